@@ -1,0 +1,23 @@
+# marlingate_options: the defines, warnings and instrumentation that every target of the tree takes.
+add_library(marlingate_options INTERFACE)
+
+target_compile_definitions(marlingate_options INTERFACE
+  QT_NO_CAST_TO_ASCII
+  QT_RESTRICTED_CAST_FROM_ASCII
+  QT_NO_FOREACH
+  QT_DEPRECATED_WARNINGS)
+
+target_compile_options(marlingate_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  $<$<BOOL:${MARLINGATE_WERROR}>:-Werror>)
+
+if(MARLINGATE_SANITIZE)
+  target_compile_options(marlingate_options INTERFACE
+    -fsanitize=${MARLINGATE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  target_link_options(marlingate_options INTERFACE -fsanitize=${MARLINGATE_SANITIZE})
+endif()
+
+if(MARLINGATE_COVERAGE)
+  target_compile_options(marlingate_options INTERFACE --coverage)
+  target_link_options(marlingate_options INTERFACE --coverage)
+endif()

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QByteArray>
+#include <QtGlobal>
+
+class QJsonObject;
+
+// All constants of the wire between the tool and a Box, and the builders of what the tool sends.
+//
+// Every frame over TCP, offsets from its first byte:
+//   0  2  header 0x12 0x34
+//   2  2  command, big-endian
+//   4  2  total length of the frame, little-endian
+//   6  n  body, by command; numbers in it are little-endian
+//   .  2  footer 0x56 0x78
+namespace Frame {
+
+constexpr quint16 boxPort = 30088; // TCP and UDP alike
+
+constexpr char header0 = 0x12;
+constexpr char header1 = 0x34;
+constexpr char footer0 = 0x56;
+constexpr char footer1 = 0x78;
+
+constexpr int commandOffset = 2;
+constexpr int lengthOffset = 4;
+constexpr int bodyOffset = 6;
+constexpr int footerSize = 2;
+
+enum Command : quint16 {
+    heartbeatRequest = 0x0100,
+    heartbeatAnswer = 0x0200,
+    projectTransfer = 0x0300, // on a connection of its own
+    programTransfer = 0x0400, // on a connection of its own
+    jsonCommand = 0x0500,
+    monitoringSegment = 0x0600,
+};
+
+// JSON body: 6 2 length of the text, 8 n the text in UTF-8.
+constexpr int jsonTextOffset = 8;
+
+// Transfer and monitoring body:
+//   6   1  sub-type
+//   7   4  total size of the file or text
+//   11  2  size of this chunk or segment; in a checksum frame one byte, the digest's length
+//   13  4  number of this chunk or segment, from 1
+//   17  n  the bytes
+constexpr char chunkSubType = 1;
+constexpr char checksumSubType = 2;
+constexpr char verdictSubType = 3;
+constexpr int totalOffset = 7;
+constexpr int chunkSizeOffset = 11;
+constexpr int chunkNumberOffset = 13;
+constexpr int chunkDataOffset = 17;
+constexpr int chunkOverhead = 19; // a chunk frame without its data
+constexpr int chunkSize = 1024;   // every chunk and segment but the last
+
+// Verdict of a transfer: 6 1 sub-type 3, 7 1 result with 0 for success.
+constexpr int verdictSize = 10;
+constexpr int verdictSubTypeOffset = 6;
+constexpr int verdictResultOffset = 7;
+
+constexpr int carryCapacity = 4096; // the longest frame that may arrive in pieces
+
+// Little-endian numbers at p; the command alone is big-endian.
+quint16 readLittle16(const char *p);
+quint32 readLittle32(const char *p);
+quint16 readCommand(const char *frame);
+
+// The 8 bytes of a heartbeat request.
+QByteArray heartbeatFrame();
+// The frame of one JSON request. The lengths are 16 bits wide; a text past 65525 bytes would wrap.
+QByteArray jsonFrame(const QJsonObject &request);
+// One chunk of a file: total and number as the wire has them, chunk of 1 to 1024 bytes.
+QByteArray chunkFrame(Command command, quint32 total, quint32 number, const QByteArray &chunk);
+// The digest that ends a file: total as the wire has it, digest of up to 255 raw bytes.
+QByteArray checksumFrame(Command command, quint32 total, const QByteArray &digest);
+
+} // namespace Frame

@@ -1,0 +1,113 @@
+#include "model/projecttree.h"
+
+#include "model/itemroles.h"
+
+#include <QIcon>
+#include <QStandardItem>
+#include <QStandardItemModel>
+#include <QVariant>
+
+namespace ProjectTree {
+
+const QString standardFolder = QStringLiteral("Standard");
+const QString serviceFolder = QStringLiteral("Service");
+const QString boxFolder = QStringLiteral("Box");
+const QString dataFolder = QStringLiteral("Data");
+
+const QString boxIcon = QStringLiteral(":/adsdemo/images/box-file.svg");
+const QString serviceIcon = QStringLiteral(":/adsdemo/images/IEC61850.svg");
+const QString dataIcon = QStringLiteral(":/adsdemo/images/data-file.svg");
+
+Level levelOf(const QStandardItem *item)
+{
+    if (!item->parent()) {
+        return Level::Project;
+    }
+    return item->parent()->parent() ? Level::Definition : Level::Folder;
+}
+
+QStandardItem *projectOf(QStandardItem *item)
+{
+    while (item && item->parent()) {
+        item = item->parent();
+    }
+    return item;
+}
+
+QStandardItem *childNamed(const QStandardItem *parent, const QString &text)
+{
+    for (int row = 0; parent && row < parent->rowCount(); ++row) {
+        QStandardItem *child = parent->child(row);
+        if (child && child->text() == text) {
+            return child;
+        }
+    }
+    return nullptr;
+}
+
+QStandardItem *projectNamed(const QStandardItemModel &model, const QString &name)
+{
+    return childNamed(model.invisibleRootItem(), name);
+}
+
+QStandardItem *makeProject(const QString &name, const QString &path, const QString &description)
+{
+    auto *project = new QStandardItem(name);
+    project->setIcon(QIcon(QStringLiteral(":/adsdemo/images/project_manage.svg")));
+    project->setData(path, projectPathRole);
+    project->setData(description, projectDescriptionRole);
+    return project;
+}
+
+void appendMissingFolders(QStandardItem *project)
+{
+    const struct {
+        QString text;
+        QString icon;
+    } folders[] = {
+        {standardFolder, QStringLiteral(":/adsdemo/images/standard.svg")},
+        {serviceFolder, QStringLiteral(":/adsdemo/images/Service.svg")},
+        {boxFolder, QStringLiteral(":/adsdemo/images/Box.svg")},
+        {dataFolder, QStringLiteral(":/adsdemo/images/Data.svg")},
+    };
+    for (const auto &folder : folders) {
+        if (!childNamed(project, folder.text)) {
+            appendDefinition(project, folder.text, folder.icon);
+        }
+    }
+}
+
+QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon)
+{
+    auto *item = new QStandardItem(name);
+    if (!icon.isEmpty()) {
+        item->setIcon(QIcon(icon));
+    }
+    folder->appendRow(item);
+    return item;
+}
+
+QString standardIcon(const QString &protocol)
+{
+    static const QMap<QString, QString> icons = {
+        {QStringLiteral("DIDO"), QStringLiteral(":/adsdemo/images/dio.svg")},
+        {QStringLiteral("CustomPoll"), QStringLiteral(":/adsdemo/images/CustomPoll.svg")},
+        {QStringLiteral("DLT645"), QStringLiteral(":/adsdemo/images/DLT645.svg")},
+        {QStringLiteral("OpcUA"), QStringLiteral(":/adsdemo/images/OpcUa.svg")},
+        {QStringLiteral("Modbus"), QStringLiteral(":/adsdemo/images/Modbus.svg")},
+    };
+    return icons.value(protocol);
+}
+
+bool isTrue(const QVariant &flag)
+{
+    return flag.toString() == QLatin1String("true");
+}
+
+void registerTypes()
+{
+    qRegisterMetaType<RowList>("QList<QVariantList>");
+    qRegisterMetaType<GroupMap>("QMap<QString,QList<QVariantList>>");
+}
+
+} // namespace ProjectTree

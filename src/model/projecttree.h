@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QList>
+#include <QMap>
+#include <QMetaType>
+#include <QString>
+#include <QVariantList>
+
+class QStandardItem;
+class QStandardItemModel;
+
+// Rows of a table as a list role holds them: one QVariantList a row, each cell a QString.
+using RowList = QList<QVariantList>;
+// Tab title to rows, as standardDatasRole holds it; row 0 of each entry has the tab's own settings.
+using GroupMap = QMap<QString, QList<QVariantList>>;
+Q_DECLARE_METATYPE(QList<QVariantList>)
+using GroupMapType = QMap<QString, QList<QVariantList>>;
+Q_DECLARE_METATYPE(GroupMapType)
+
+// The shape of the project tree: project, its four fixed folders, definitions below these. The item text is
+// the name everywhere, and the folder texts are compared by logic, so they are never translated.
+namespace ProjectTree {
+
+extern const QString standardFolder; // "Standard", row 0 of its project
+extern const QString serviceFolder;  // "Service", row 1
+extern const QString boxFolder;      // "Box", row 2
+extern const QString dataFolder;     // "Data", row 3
+
+enum class Level { Project, Folder, Definition };
+
+// Level by depth; anything below a folder counts as a definition.
+Level levelOf(const QStandardItem *item);
+// The top-level item above (or at) the item; null for null.
+QStandardItem *projectOf(QStandardItem *item);
+// The first child with exactly this text, or null.
+QStandardItem *childNamed(const QStandardItem *parent, const QString &text);
+// The first top-level item with exactly this text, or null.
+QStandardItem *projectNamed(const QStandardItemModel &model, const QString &name);
+
+// A detached project item with its path and description and no folders.
+QStandardItem *makeProject(const QString &name, const QString &path, const QString &description);
+// Appends whichever of the four folders is missing, in their order, each with its icon.
+void appendMissingFolders(QStandardItem *project);
+// Appends a definition with this name and icon resource (no icon if empty) and returns it.
+QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon);
+
+// Icon resource of a Standard by protocol; empty for a protocol without one.
+QString standardIcon(const QString &protocol);
+extern const QString boxIcon;
+extern const QString serviceIcon;
+extern const QString dataIcon;
+
+// A flag as forms store it: the boolean true or the text "true".
+bool isTrue(const QVariant &flag);
+
+// Registers the list types of the roles with the meta-type system; may be called more than once.
+void registerTypes();
+
+} // namespace ProjectTree

@@ -1,0 +1,3 @@
+#include "model/workspace.h"
+
+Workspace::~Workspace() = default;

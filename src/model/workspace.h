@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+class QStandardItem;
+
+// What a form needs of the main window, so that no form knows the main window itself. A form takes a
+// Workspace pointer that may be null, meaning that there is no main window; it is not owned.
+class Workspace
+{
+public:
+    virtual ~Workspace();
+
+    // Appends a line to the "Message" dock.
+    virtual void appendMessage(const QString &text) = 0;
+    // The project tree's current item, or null.
+    virtual QStandardItem *currentItem() const = 0;
+    // The document of a project, given its top-level item: what is saved and what is pushed to a Box.
+    virtual QJsonObject buildProjectJson(QStandardItem *project) const = 0;
+
+protected:
+    Workspace() = default;
+    Workspace(const Workspace &) = default;
+    Workspace &operator=(const Workspace &) = default;
+};

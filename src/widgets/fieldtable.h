@@ -1,0 +1,90 @@
+#pragma once
+
+#include <QHash>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+class QComboBox;
+class QFormLayout;
+class QLabel;
+class QLineEdit;
+class QStandardItem;
+class QValidator;
+class QWidget;
+
+enum class FieldKind {
+    Text,     // QLineEdit
+    Password, // QLineEdit that hides what is typed
+    ReadOnly, // QLineEdit that shows only
+    List,     // QComboBox of fixed entries, stored as the entry's text
+    Check,    // QCheckBox, stored as a boolean
+    OnOff,    // two QRadioButtons "ON" and "OFF", stored as "on" or "off"
+};
+
+enum class FieldCheck { None, Ipv4, HostName, NoCjk, Port, Integer };
+
+// One field of a form: the row that builds, fills, saves and erases it.
+struct Field {
+    const char *name;  // objectName of the widget; an OnOff pair is "<name>On" and "<name>Off" in a "<name>" widget
+    const char *label; // source text, translated in the table's context
+    FieldKind kind;
+    int role;                             // role of the item, or FieldTable::noRole
+    FieldCheck check = FieldCheck::None;  // what may be typed
+    QStringList entries = {};             // of a List, in order
+    const char *defaultValue = nullptr;   // written into a role that reads as empty, when the form opens
+    const char *listFallback = nullptr;   // List: entry selected when the role's text is not among the entries
+};
+
+// The fields of one group of a form. The widgets belong to the layout's parent widget; the table itself holds
+// no more than pointers, so it must not outlive the form.
+class FieldTable
+{
+public:
+    static constexpr int noRole = -1;
+
+    enum class Unknown {
+        SelectFallback, // a List goes to its fallback, or to its first entry
+        Keep,           // a List stays as it is
+    };
+
+    // The context is that of the form's own translations.
+    FieldTable(const char *context, QVector<Field> fields);
+
+    // Appends one labelled row a field; labels are buddies.
+    void build(QFormLayout *layout);
+
+    // Writes defaults into empty roles, then shows the item's roles.
+    void fill(QStandardItem *item, Unknown unknown = Unknown::SelectFallback) const;
+    // Writes what the widgets show into the item's roles.
+    void save(QStandardItem *item) const;
+    // Sets the item's roles to an invalid QVariant.
+    void erase(QStandardItem *item) const;
+    // Empties texts, selects first entries, unchecks boxes, sets OnOff to on.
+    void clear() const;
+
+    // What the widget of the field shows, as it would be stored; an invalid QVariant for an unknown name.
+    QVariant value(const QString &name) const;
+    QString text(const QString &name) const;
+    void setText(const QString &name, const QString &text) const;
+
+    QWidget *widget(const QString &name) const;
+    QLineEdit *lineEdit(const QString &name) const;
+    QComboBox *comboBox(const QString &name) const;
+    QLabel *label(const QString &name) const;
+
+    const QVector<Field> &fields() const { return m_fields; }
+
+private:
+    QWidget *makeWidget(const Field &field, QWidget *parent);
+    QWidget *makeOnOff(const Field &field, QWidget *parent) const;
+    QValidator *validatorFor(FieldCheck check, QWidget *parent);
+    QVariant valueOf(const Field &field) const;
+    void show(const Field &field, const QVariant &value, Unknown unknown) const;
+
+    const char *m_context;
+    QVector<Field> m_fields;
+    QHash<QString, QWidget *> m_widgets;
+    QHash<QString, QLabel *> m_labels;
+    QHash<int, QValidator *> m_validators; // one object serves all fields of a check
+};

@@ -1,0 +1,39 @@
+#include "widgets/formpage.h"
+
+#include <QBoxLayout>
+#include <QIcon>
+#include <QPushButton>
+#include <QScrollArea>
+
+namespace FormPage {
+
+QPushButton *button(const QString &text, const QString &icon, QWidget *parent)
+{
+    return new QPushButton(QIcon(icon), text, parent);
+}
+
+QScrollArea *scrollArea(QWidget *content, QWidget *parent)
+{
+    auto *area = new QScrollArea(parent);
+    area->setStyleSheet(QStringLiteral("QScrollArea { border: none; }"));
+    area->setWidgetResizable(true);
+    area->setWidget(content);
+    return area;
+}
+
+Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QString &cancelText)
+{
+    QWidget *parent = layout->parentWidget();
+    Buttons buttons{button(acceptText, QStringLiteral(":/adsdemo/images/ok.svg"), parent),
+                    button(cancelText, QStringLiteral(":/adsdemo/images/cancel.svg"), parent)};
+    buttons.save->setObjectName(QStringLiteral("saveButton"));
+    buttons.cancel->setObjectName(QStringLiteral("cancelButton"));
+    auto *row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(buttons.save);
+    row->addWidget(buttons.cancel);
+    layout->addLayout(row);
+    return buttons;
+}
+
+} // namespace FormPage

@@ -1,0 +1,24 @@
+#pragma once
+
+class QBoxLayout;
+class QPushButton;
+class QScrollArea;
+class QString;
+class QWidget;
+
+// The frame that the edit forms share: a frameless scroll area over a row with "Save" and "Cancel".
+namespace FormPage {
+
+struct Buttons {
+    QPushButton *save;   // objectName "saveButton"
+    QPushButton *cancel; // objectName "cancelButton"
+};
+
+// A button with its icon resource; the text is already translated.
+QPushButton *button(const QString &text, const QString &icon, QWidget *parent);
+// A resizable scroll area without a frame that shows the content.
+QScrollArea *scrollArea(QWidget *content, QWidget *parent);
+// Appends the row of the two confirming buttons; the accepting one may be "Save" or "OK" by its text.
+Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QString &cancelText);
+
+} // namespace FormPage

@@ -1,0 +1,44 @@
+#include "widgets/validators.h"
+
+#include <QIntValidator>
+#include <QRegExpValidator>
+
+#include <limits>
+
+namespace {
+
+QValidator *patternValidator(const QString &pattern, QObject *parent)
+{
+    return new QRegExpValidator(QRegExp(pattern, Qt::CaseSensitive, QRegExp::RegExp), parent);
+}
+
+} // namespace
+
+QValidator *ipv4Validator(QObject *parent)
+{
+    return patternValidator(QStringLiteral("^((25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\\.){3}"
+                                           "(25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)$"),
+                            parent);
+}
+
+QValidator *hostNameValidator(QObject *parent)
+{
+    return patternValidator(
+        QStringLiteral("^([a-zA-Z0-9]([-a-zA-Z0-9]*[a-zA-Z0-9])?\\.)+[a-zA-Z]{2,}$"), parent);
+}
+
+QValidator *noCjkValidator(QObject *parent)
+{
+    // QRegExp spells a code point \xhhhh, where other engines write \x{hhhh}.
+    return patternValidator(QStringLiteral("^[^\\x04BB-\\xFFFD]*$"), parent);
+}
+
+QValidator *portValidator(QObject *parent)
+{
+    return new QIntValidator(-1, 65535, parent);
+}
+
+QValidator *integerValidator(QObject *parent)
+{
+    return new QIntValidator(-1, std::numeric_limits<int>::max(), parent);
+}

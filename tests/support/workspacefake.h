@@ -1,0 +1,21 @@
+#pragma once
+
+#include "document/projectwriter.h"
+#include "model/workspace.h"
+
+#include <QStringList>
+
+// A main window for form tests: keeps the messages and hands out the item that the test chose.
+class WorkspaceFake : public Workspace
+{
+public:
+    void appendMessage(const QString &text) override { messages.append(text); }
+    QStandardItem *currentItem() const override { return current; }
+    QJsonObject buildProjectJson(QStandardItem *project) const override
+    {
+        return ::buildProjectJson(project);
+    }
+
+    QStringList messages;
+    QStandardItem *current = nullptr; // Not owned.
+};
