@@ -3,11 +3,11 @@
 #include "app/activitylog.h"
 #include "boxlink/discovery.h"
 #include "boxlink/frame.h"
+#include "widgets/tell.h"
 
 #include <QComboBox>
 #include <QDebug>
 #include <QListWidget>
-#include <QMessageBox>
 #include <QNetworkInterface>
 #include <QPushButton>
 #include <QUdpSocket>
@@ -134,8 +134,8 @@ void BoxSearchDialog::finishSearch()
 {
     searchTimer->stop();
     if (m_list->count() == 0) {
-        QMessageBox::information(this, tr("No Devices Found"),
-                                 tr("No devices were found during the search."));
+        Tell::information(this, tr("No Devices Found"),
+                          tr("No devices were found during the search."));
     }
     // One text for both outcomes. The dialog may have died while the box stood: no member is touched here.
     logToFile(QStringLiteral("BoxSearchDialog: search timeout, no devices found."));

@@ -148,18 +148,21 @@ void TestBoxSearchDialog::interfaceWithoutAddressGoesOnSearching()
 
 void TestBoxSearchDialog::dialogMayCloseWhileItsBoxStands()
 {
-    MessageBoxes boxes;
     QPointer<BoxSearchDialog> dialog = new BoxSearchDialog;
     silence(*dialog);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->show();
     dialog->searchForBoxes();
-    boxes.expect();
+    QTimer closer;
+    connect(&closer, &QTimer::timeout, this, [&] {
+        if (qApp->activeModalWidget() && dialog) {
+            dialog->close();
+        }
+    });
+    closer.start(1);
     endsOf(*dialog).first()->start(1);
-    QTRY_VERIFY(qApp->activeModalWidget() || boxes.told().size() == 1);
-    dialog->close();
     QTRY_VERIFY(!dialog);
-    QTRY_COMPARE(boxes.told().size(), 1);
+    QVERIFY(!qApp->activeModalWidget());
 }
 
 QTEST_MAIN(TestBoxSearchDialog)
