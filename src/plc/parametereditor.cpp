@@ -51,6 +51,7 @@ void ParameterEditor::prepare(QTableWidget *table)
 {
     table->setColumnCount(m_variant.columns.size());
     table->setHorizontalHeaderLabels(m_variant.headers());
+    table->horizontalHeader()->setMinimumSectionSize(buttonSize); // else a style may widen the last column
     for (int column = 0; column < m_variant.columns.size(); ++column) {
         table->setColumnWidth(column, m_variant.columns.at(column).width);
     }
@@ -103,8 +104,10 @@ void ParameterEditor::fill(QTableWidget *table, const RowList &rows)
     {
         const QSignalBlocker quiet(table);
         table->setRowCount(0);
-        for (const QVariantList &row : rows) {
-            appendLoadedRow(table, row);
+        // All rows at once: inserting them one by one would move the cell widgets made so far each time.
+        table->setRowCount(rows.size());
+        for (int row = 0; row < rows.size(); ++row) {
+            fillLoadedRow(table, row, rows.at(row));
         }
     }
     table->setUpdatesEnabled(updates);
@@ -169,10 +172,8 @@ void ParameterEditor::appendAddedRow(QTableWidget *table)
     connectAddedRow(row, parts);
 }
 
-void ParameterEditor::appendLoadedRow(QTableWidget *table, const QVariantList &values)
+void ParameterEditor::fillLoadedRow(QTableWidget *table, int row, const QVariantList &values)
 {
-    const int row = table->rowCount();
-    table->insertRow(row);
     RowParts parts;
     for (int column = 0; column < qMin(values.size(), table->columnCount()); ++column) {
         const QString text = values.at(column).toString();

@@ -87,7 +87,7 @@ private:
     };
 
     void appendAddedRow(QTableWidget *table);
-    void appendLoadedRow(QTableWidget *table, const QVariantList &values);
+    void fillLoadedRow(QTableWidget *table, int row, const QVariantList &values);
     void addButton(QTableWidget *table, int row);
     QWidget *makeEditor(QTableWidget *table, ParameterCell cell, const QString &value, RowParts *parts);
     QWidget *makeList(QTableWidget *table, ParameterCell cell, const QString &value, RowParts *parts);

@@ -253,8 +253,8 @@ void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
         page = makePage(title);
     }
     const QVariantList settings = rows.isEmpty() ? QVariantList() : rows.takeFirst();
-    auto *version = page->findChild<QComboBox *>();
-    page->findChild<QLineEdit *>()->setText(settings.value(0).toString());
+    auto *version = page->findChild<QComboBox *>(QStringLiteral("protocolVersionComboBox"));
+    page->findChild<QLineEdit *>(QStringLiteral("slaveAddressEdit"))->setText(settings.value(0).toString());
     {
         // This page need not be the current one, on which a change of the edition would act.
         const QSignalBlocker quiet(version);
