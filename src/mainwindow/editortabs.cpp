@@ -1,7 +1,7 @@
 #include "mainwindow/editortabs.h"
 
+#include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
-#include "mainwindow/windowtr.h"
 #include "widgets/svgicon.h"
 
 #include <QAbstractButton>
@@ -21,7 +21,7 @@ const char *const EditorTabs::projectTitle = QT_TRANSLATE_NOOP("CMainWindow", "E
 
 QString EditorTabs::titleOf(const char *source)
 {
-    return WindowTr::tr(source);
+    return CMainWindow::tr(source);
 }
 
 QStringList EditorTabs::titlesOf(const QVector<const char *> &sources)
@@ -137,14 +137,14 @@ void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidg
     }
     const QString name = form.name->text();
     if (name.isEmpty()) {
-        QMessageBox::warning(window, WindowTr::tr("invalid name"), WindowTr::tr("Name cannot be null"));
+        QMessageBox::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
     } else if (!item->parent()) {
-        QMessageBox::warning(window, WindowTr::tr("error"),
-                             WindowTr::tr("Unable to find parent directory"));
+        QMessageBox::warning(window, CMainWindow::tr("error"),
+                             CMainWindow::tr("Unable to find parent directory"));
     } else if (siblingHasName(item, name)) {
         QMessageBox::warning(
-            window, WindowTr::tr("Duplicate name"),
-            WindowTr::tr("The name\"%1\"already exists, please change the name.").arg(name));
+            window, CMainWindow::tr("Duplicate name"),
+            CMainWindow::tr("The name\"%1\"already exists, please change the name.").arg(name));
     } else {
         item->setText(name);
         form.saveChanges();

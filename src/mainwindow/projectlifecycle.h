@@ -1,8 +1,11 @@
 #pragma once
 
-#include "mainwindow/windowparts.h"
 
+class CMainWindow;
 class EditProjectDialog;
+class EditorTabs;
+class QStandardItem;
+class QString;
 
 // Brings projects into the tree, edits and closes them. There is no modified flag: each question whether to
 // save is asked regardless.
@@ -15,7 +18,8 @@ public:
         LeaveUnasked, // there was no project to ask about
     };
 
-    explicit ProjectLifecycle(WindowParts parts);
+    // Neither is owned; both must outlive this.
+    ProjectLifecycle(CMainWindow *window, EditorTabs *tabs);
 
     // Appends a project with its folders and its one service. Warns, and leaves no trace, if its file is on
     // the disk or a project of the name is open. Writes no file.
@@ -35,5 +39,6 @@ private:
                 const QString &description) const;
     void warn(const QString &text) const;
 
-    WindowParts m_parts;
+    CMainWindow *m_window;
+    EditorTabs *m_tabs;
 };

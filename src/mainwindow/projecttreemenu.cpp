@@ -1,11 +1,12 @@
 #include "mainwindow/projecttreemenu.h"
 
 #include "mainwindow/cmainwindow.h"
-#include "mainwindow/windowtr.h"
+#include "mainwindow/monitoringview.h"
 #include "model/projecttree.h"
 
 #include <QMenu>
 #include <QStandardItemModel>
+#include <QTreeView>
 
 namespace {
 
@@ -91,8 +92,9 @@ const QVector<ClickAction> &clickActions()
 
 } // namespace
 
-ProjectTreeMenu::ProjectTreeMenu(WindowParts parts)
-    : m_parts(std::move(parts))
+ProjectTreeMenu::ProjectTreeMenu(CMainWindow *window, MonitoringView *monitoring)
+    : m_window(window)
+    , m_monitoring(monitoring)
 {
 }
 
@@ -103,7 +105,7 @@ void ProjectTreeMenu::popUp(const QPoint &position)
         m_skipNext = false;
         return;
     }
-    const QStandardItem *item = m_parts.model->itemFromIndex(m_parts.tree->indexAt(position));
+    const QStandardItem *item = m_window->projectModel()->itemFromIndex(m_window->projectTree()->indexAt(position));
     if (!item) {
         return;
     }
@@ -111,7 +113,7 @@ void ProjectTreeMenu::popUp(const QPoint &position)
     const Node node = nodeOf(item);
     for (const MenuEntry &entry : menuEntries()) {
         if (entry.node == node) {
-            QObject::connect(menu.addAction(WindowTr::tr(entry.text)), &QAction::triggered, m_parts.window,
+            QObject::connect(menu.addAction(CMainWindow::tr(entry.text)), &QAction::triggered, m_window,
                              entry.slot);
         }
     }
@@ -121,27 +123,19 @@ void ProjectTreeMenu::popUp(const QPoint &position)
 
 void ProjectTreeMenu::click(const QModelIndex &index) const
 {
-    const QStandardItem *item = m_parts.model->itemFromIndex(index);
+    const QStandardItem *item = m_window->projectModel()->itemFromIndex(index);
     if (!item) {
         return;
     }
     const Node node = nodeOf(item);
     if (node == Node{Level::Definition, ProjectTree::dataFolder}) {
-        showMonitoringTab(item->text());
+        m_monitoring->showTab(item->text());
         return;
     }
     for (const ClickAction &action : clickActions()) {
         if (action.node == node) {
-            (m_parts.window->*action.slot)();
+            (m_window->*action.slot)();
             return;
         }
-    }
-}
-
-void ProjectTreeMenu::showMonitoringTab(const QString &name) const
-{
-    const int tab = m_parts.monitoringTab(name);
-    if (tab >= 0) {
-        m_parts.monitoring->setCurrentIndex(tab);
     }
 }

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "mainwindow/windowparts.h"
 
+class CMainWindow;
+class MonitoringView;
 class QModelIndex;
 class QPoint;
 
@@ -10,7 +11,8 @@ class QPoint;
 class ProjectTreeMenu
 {
 public:
-    explicit ProjectTreeMenu(WindowParts parts);
+    // Neither is owned; both must outlive this.
+    ProjectTreeMenu(CMainWindow *window, MonitoringView *monitoring);
 
     // Shows the menu of the node at the position (in the tree's viewport) and runs it. Each request that showed
     // a menu, an empty one included, makes the next request do nothing.
@@ -19,8 +21,7 @@ public:
     void click(const QModelIndex &index) const;
 
 private:
-    void showMonitoringTab(const QString &name) const;
-
-    WindowParts m_parts;
+    CMainWindow *m_window;
+    MonitoringView *m_monitoring;
     bool m_skipNext = false;
 };

@@ -3,39 +3,44 @@
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
-#include "mainwindow/windowtr.h"
+#include "mainwindow/monitoringview.h"
 #include "model/projecttree.h"
 
 #include <QDialog>
 #include <QMessageBox>
 #include <QStandardItemModel>
+#include <QTreeView>
 
-ResourceActions::ResourceActions(WindowParts parts)
-    : m_parts(std::move(parts))
+#include <algorithm>
+
+ResourceActions::ResourceActions(CMainWindow *window, EditorTabs *tabs, MonitoringView *monitoring)
+    : m_window(window)
+    , m_tabs(tabs)
+    , m_monitoring(monitoring)
 {
 }
 
 void ResourceActions::add(const ResourceKinds::AddKind &kind)
 {
-    QStandardItem *folder = m_parts.currentItem();
+    QStandardItem *folder = m_window->currentItem();
     if (!folder) {
         return;
     }
-    const std::optional<ResourceKinds::NewResource> resource = kind.ask(m_parts.window, folder);
+    const std::optional<ResourceKinds::NewResource> resource = kind.ask(m_window, folder);
     if (!resource) {
         return;
     }
     const bool isNamed = !resource->name.isEmpty();
     if (!isNamed || isNameTaken(kind, folder, resource->name)) {
-        QMessageBox::warning(m_parts.window, WindowTr::tr("Warning"),
-                             WindowTr::tr(isNamed ? kind.duplicateName : kind.emptyName));
+        QMessageBox::warning(m_window, CMainWindow::tr("Warning"),
+                             CMainWindow::tr(isNamed ? kind.duplicateName : kind.emptyName));
         return;
     }
     QStandardItem *item = ProjectTree::appendDefinition(folder, resource->name, resource->icon);
     for (const auto &role : resource->roles) {
         item->setData(role.second, role.first);
     }
-    m_parts.tree->setCurrentIndex(item->index());
+    m_window->projectTree()->setCurrentIndex(item->index());
     edit(kind.editKind());
 }
 
@@ -52,12 +57,12 @@ bool ResourceActions::isNameTaken(const ResourceKinds::AddKind &kind, QStandardI
 
 void ResourceActions::edit(const ResourceKinds::EditKind &kind)
 {
-    QStandardItem *item = m_parts.currentItem();
+    QStandardItem *item = m_window->currentItem();
     if (!item) {
         return;
     }
     const ResourceKinds::FormClass *form = kind.formFor(item);
-    if (ads::CDockWidget *tab = m_parts.tabs->find(EditorTabs::titleOf(kind.title))) {
+    if (ads::CDockWidget *tab = m_tabs->find(EditorTabs::titleOf(kind.title))) {
         if (form && form->isOpen(tab->widget())) {
             form->rebind(tab->widget(), item);
             EditorTabs::show(tab);
@@ -77,24 +82,24 @@ void ResourceActions::open(const ResourceKinds::EditKind &kind, const ResourceKi
     const QString title = EditorTabs::titleOf(kind.title);
     ads::CDockWidget *tab = nullptr;
     if (form) {
-        QDialog *dialog = form->make(item, m_parts.window);
-        tab = m_parts.tabs->make(title, dialog);
+        QDialog *dialog = form->make(item, m_window);
+        tab = m_tabs->make(title, dialog);
         QObject::connect(dialog, &QDialog::accepted, tab, [tab] { tab->closeDockWidget(); });
         QObject::connect(dialog, &QDialog::rejected, tab, [tab] { tab->closeDockWidget(); });
         if (form->connectTab) {
-            form->connectTab(dialog, item, tab, m_parts.window);
+            form->connectTab(dialog, item, tab, m_window);
         }
     } else {
         // Not registered, so that each further opening of such an item adds one more empty tab. On purpose:
         // there is nothing in it that could be pointed at another item.
-        tab = m_parts.tabs->makeEmpty(title);
+        tab = m_tabs->makeEmpty(title);
     }
-    m_parts.tabs->place(tab, EditorTabs::titlesOf(kind.neighbours));
+    m_tabs->place(tab, EditorTabs::titlesOf(kind.neighbours));
 }
 
 void ResourceActions::remove() const
 {
-    const QStandardItem *item = m_parts.currentItem();
+    const QStandardItem *item = m_window->currentItem();
     if (!item || ProjectTree::levelOf(item) != ProjectTree::Level::Definition) {
         return;
     }
@@ -109,36 +114,28 @@ void ResourceActions::remove() const
     const QString name = item->text();
     const QString folder = item->parent()->text();
     item->parent()->removeRow(item->row());
-    closeMonitoringTab(name);
+    m_monitoring->closeTab(name);
     for (const auto &editTab : editTabs) {
         if (folder == editTab.folder) {
-            m_parts.tabs->closeFirst(EditorTabs::titleOf(editTab.title));
+            m_tabs->closeFirst(EditorTabs::titleOf(editTab.title));
         }
     }
 }
 
 void ResourceActions::removeAll() const
 {
-    QStandardItem *item = m_parts.currentItem();
+    QStandardItem *item = m_window->currentItem();
     if (!item) {
         return;
     }
     if (item->rowCount() > 0) {
         for (int row = 0; row < item->rowCount(); ++row) {
-            closeMonitoringTab(item->child(row)->text());
+            m_monitoring->closeTab(item->child(row)->text());
         }
         item->removeRows(0, item->rowCount());
     } else if (ProjectTree::levelOf(item) == ProjectTree::Level::Definition) {
         const QString name = item->text();
         item->parent()->removeRow(item->row());
-        closeMonitoringTab(name);
-    }
-}
-
-void ResourceActions::closeMonitoringTab(const QString &name) const
-{
-    const int tab = m_parts.monitoringTab(name);
-    if (tab >= 0) {
-        m_parts.monitoring->removeTab(tab);
+        m_monitoring->closeTab(name);
     }
 }

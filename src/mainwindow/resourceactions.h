@@ -1,14 +1,17 @@
 #pragma once
 
 #include "mainwindow/resourcekinds.h"
-#include "mainwindow/windowparts.h"
+
+class EditorTabs;
+class MonitoringView;
 
 // Adds, opens and deletes what lies below a project's folders. Each acts on the tree's current item and does
 // nothing where there is none.
 class ResourceActions
 {
 public:
-    explicit ResourceActions(WindowParts parts);
+    // None is owned; all must outlive this.
+    ResourceActions(CMainWindow *window, EditorTabs *tabs, MonitoringView *monitoring);
 
     // Asks for the new definition, appends it to the current folder, makes it current and opens its tab.
     // Warns, and leaves the tree as it is, for an empty name and for one that is taken.
@@ -24,12 +27,12 @@ public:
     // Removes everything below the current folder with the monitoring tabs of those names; a definition, which
     // has nothing below it, is removed itself.
     void removeAll() const;
-    // Takes the first monitoring tab with this text out of its dock; its page lives on.
-    void closeMonitoringTab(const QString &name) const;
 
 private:
     bool isNameTaken(const ResourceKinds::AddKind &kind, QStandardItem *folder, const QString &name) const;
     void open(const ResourceKinds::EditKind &kind, const ResourceKinds::FormClass *form, QStandardItem *item);
 
-    WindowParts m_parts;
+    CMainWindow *m_window;
+    EditorTabs *m_tabs;
+    MonitoringView *m_monitoring;
 };
