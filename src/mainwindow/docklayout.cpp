@@ -218,3 +218,23 @@ void DockLayout::fillPerspectives()
     m_perspectives->clear();
     m_perspectives->addItems(m_manager->perspectiveNames());
 }
+
+ads::CDockManager *DockLayout::manager() const
+{
+    return m_manager;
+}
+
+QTabWidget *DockLayout::monitoringTabs() const
+{
+    return m_monitoringTabs;
+}
+
+QTreeView *DockLayout::projectTree() const
+{
+    return m_tree;
+}
+
+QPlainTextEdit *DockLayout::messageEditor() const
+{
+    return m_messageEditor;
+}

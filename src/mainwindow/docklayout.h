@@ -9,7 +9,6 @@ class QComboBox;
 class QIcon;
 class QMenu;
 class QPlainTextEdit;
-class QSettings;
 class QStandardItemModel;
 class QTabWidget;
 class QTreeView;
@@ -51,10 +50,10 @@ public:
     // A text editor with this placeholder in a dock with this icon and the "Options" menu; not yet placed.
     ads::CDockWidget *makeEditorDock(const QString &title, const QString &placeholder, const QIcon &icon);
 
-    ads::CDockManager *manager() const { return m_manager; }
-    QTabWidget *monitoringTabs() const { return m_monitoringTabs; }
-    QTreeView *projectTree() const { return m_tree; }
-    QPlainTextEdit *messageEditor() const { return m_messageEditor; }
+    ads::CDockManager *manager() const;
+    QTabWidget *monitoringTabs() const;
+    QTreeView *projectTree() const;
+    QPlainTextEdit *messageEditor() const;
 
 private:
     ads::CDockWidget *makeMonitoringDock();
