@@ -24,9 +24,8 @@ int main(int argc, char *argv[])
 
     // A style sheet of this name is optional: without it the program has the platform's own style.
     QFile styleFile(QStringLiteral(":/adsdemo/app.css"));
-    styleFile.open(QIODevice::ReadOnly);
     QTextStream style(&styleFile);
-    app.setStyleSheet(style.readAll());
+    app.setStyleSheet(styleFile.open(QIODevice::ReadOnly) ? style.readAll() : QString());
     styleFile.close();
 
     return QApplication::exec();

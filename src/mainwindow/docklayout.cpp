@@ -67,9 +67,12 @@ void DockLayout::createDocks(QStandardItemModel *model, QMenu *viewMenu)
     CDockWidget *monitoring = makeMonitoringDock();
     ads::CDockAreaWidget *center = m_manager->addDockWidget(ads::CenterDockWidgetArea, monitoring);
     CDockWidget *project = makeProjectDock(model);
-    m_manager->addDockWidget(ads::LeftDockWidgetArea, project, center);
+    ads::CDockAreaWidget *left = m_manager->addDockWidget(ads::LeftDockWidgetArea, project, center);
     CDockWidget *message = makeMessageDock();
     m_manager->addDockWidget(ads::BottomDockWidgetArea, message, center);
+    // The first layout, in proportion: a narrow tree, a low message dock, the rest for live values.
+    m_manager->setSplitterSizes(left, {256, 1024});
+    m_manager->setSplitterSizes(center, {450, 150});
 
     for (CDockWidget *dock : {monitoring, project, message}) {
         viewMenu->addAction(dock->toggleViewAction());
