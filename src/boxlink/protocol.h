@@ -15,7 +15,8 @@
 //
 // Lives in the GUI thread, since the answer to a write is told in a modal box. May be deleted at any time,
 // also while connected, but not from a slot that one of its own signals calls.
-class Protocol : public QObject // clazy:exclude=fully-qualified-moc-types (the names below are the signatures)
+class Protocol
+    : public QObject // clazy:exclude=fully-qualified-moc-types (the names below are the signatures)
 {
     Q_OBJECT
 public:
@@ -159,7 +160,7 @@ private:
 
     QTcpSocket m_socket;
     QTimer m_heartbeatTimer; // repeating, 5000 ms
-    QTimer m_offlineTimer;   // single shot, 30000 ms
+    QTimer m_offlineTimer; // single shot, 30000 ms
     FrameAssembler m_assembler;
     QHostAddress m_boundAddress; // null: any
 };
