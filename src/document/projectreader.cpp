@@ -87,8 +87,8 @@ RowList readModbusGroup(const QJsonObject &group, const Texts &)
     return rows;
 }
 
-// The label follows from the identifier alone, of whichever edition, and not from the group's version: meters
-// answer to identifiers of both.
+// The label follows from the identifier alone, on purpose: the identifiers of the two editions never coincide,
+// so a group may hold items of either, whatever version it names.
 RowList readDlt645Group(const QJsonObject &group, const Texts &texts)
 {
     const QJsonArray points = group.value(datasKey).toArray();
