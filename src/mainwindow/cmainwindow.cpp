@@ -5,6 +5,13 @@
 #include "mainwindow/docking.h"
 #include "mainwindow/docklayout.h"
 #include "mainwindow/dormantdocks.h"
+#include "mainwindow/editortabs.h"
+#include "mainwindow/monitoringview.h"
+#include "mainwindow/projectfiles.h"
+#include "mainwindow/projectlifecycle.h"
+#include "mainwindow/projecttreemenu.h"
+#include "mainwindow/resourceactions.h"
+#include "model/projecttree.h"
 #include "ui_mainwindow.h"
 #include "widgets/svgicon.h"
 
@@ -36,6 +43,7 @@ CMainWindow::CMainWindow(QWidget *parent)
     m_model = new QStandardItemModel(this);
     m_model->setHorizontalHeaderLabels({tr("Project Name")});
     m_layout->createDocks(m_model, m_ui->menuView);
+    createCollaborators();
 
     resize(1280, 720);
     centre();
@@ -44,6 +52,17 @@ CMainWindow::CMainWindow(QWidget *parent)
 }
 
 CMainWindow::~CMainWindow() = default;
+
+void CMainWindow::createCollaborators()
+{
+    ProjectTree::registerTypes();
+    m_files = new ProjectFiles(this, m_model, projectTree());
+    m_tabs = new EditorTabs(dockManager(), viewMenu(), this);
+    m_monitoring = new MonitoringView(monitoringTabs(), m_model, projectTree(), this);
+    m_projects = std::make_unique<ProjectLifecycle>(this, m_tabs);
+    m_resources = std::make_unique<ResourceActions>(this, m_tabs, m_monitoring);
+    m_treeMenu = std::make_unique<ProjectTreeMenu>(this, m_monitoring);
+}
 
 void CMainWindow::setUpActions()
 {
@@ -189,28 +208,6 @@ QPlainTextEdit *CMainWindow::messageEditor() const
     return m_layout->messageEditor();
 }
 
-void CMainWindow::prjectTreeView_MenuPopup(const QPoint &) {}
-
-void CMainWindow::prjectTreeView_clicked(QModelIndex) {}
-
-void CMainWindow::prjectTreeView_pressed(QModelIndex index)
-{
-    const QStandardItem *item = m_model->itemFromIndex(index);
-    Q_UNUSED(item)
-}
-
-void CMainWindow::prjectTreeView_doubleClicked(QModelIndex index)
-{
-    const QStandardItem *item = m_model->itemFromIndex(index);
-    Q_UNUSED(item)
-}
-
-void CMainWindow::slotNewProject() {}
-
-void CMainWindow::loadJsonFile() {}
-
-void CMainWindow::saveProjectAllFile() {}
-
 void CMainWindow::createEditor()
 {
     m_dormantDocks->createEditor(sender());
@@ -248,5 +245,15 @@ void CMainWindow::onImageViewerCloseRequested()
 
 void CMainWindow::closeEvent(QCloseEvent *event)
 {
+    const ProjectLifecycle::Exit exit = m_projects->confirmExit();
+    if (exit == ProjectLifecycle::Exit::Stay) {
+        event->ignore();
+        return;
+    }
+    // Without a project open the layout is not kept, on purpose: it is stored with work that was asked about.
+    if (exit == ProjectLifecycle::Exit::Leave) {
+        m_layout->saveState();
+        dockManager()->deleteLater();
+    }
     QMainWindow::closeEvent(event);
 }

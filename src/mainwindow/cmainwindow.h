@@ -1,5 +1,6 @@
 #pragma once
 
+#include "boxlink/protocol.h"
 #include "model/workspace.h"
 
 #include <QMainWindow>
@@ -10,12 +11,18 @@
 
 class DockLayout;
 class DormantDocks;
+class EditorTabs;
 class LogoWindow;
+class MonitoringView;
+class ProjectFiles;
+class ProjectLifecycle;
+class ProjectTreeMenu;
 class QMenu;
 class QPlainTextEdit;
 class QStandardItemModel;
 class QTabWidget;
 class QTreeView;
+class ResourceActions;
 
 namespace Ui {
 class MainWindow;
@@ -37,6 +44,10 @@ public:
     void appendMessage(const QString &text) override;
     QStandardItem *currentItem() const override;
     QJsonObject buildProjectJson(QStandardItem *project) const override;
+
+    // Shows the rows of a node under "Data" in the monitoring tab of that name, which is made if need be; a
+    // time that is not empty stands in for the rows' own.
+    void showDataInTable(QStandardItem *item, const QString &time, const QString &plcName);
 
     // The only store of project data: one top-level row a project.
     QStandardItemModel *projectModel() const { return m_model; }
@@ -69,8 +80,35 @@ public slots:
 
     // Projects
     void slotNewProject();
+    void handleProjectCreated(const QString &name, const QString &path, const QString &description);
+    void slotEditProject();
+    // "Close Project" of the menu: removes the current project.
+    void slotDeleteProject();
+    // Asks and saves, but removes nothing; no action leads here.
+    void slotCloseProject();
     void loadJsonFile();
+    void saveJsonFile(QStandardItem *selectedItem);
+    void saveProjectFile();
     void saveProjectAllFile();
+
+    // Fill the roles of one item from its object in the document; no open form takes notice.
+    void transmitStandardDataToEditDialog(const QJsonObject &standardObj, QStandardItem *standardFileItem);
+    void transmitServiceDataToEditDialog(const QJsonObject &serviceObj, QStandardItem *serviceFileItem);
+    void transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStandardItem *boxFileItem);
+
+    // Resources: these act on the tree's current item.
+    void standardAddFile();
+    void boxAddFile();
+    void boxSearchFile();
+    void slotstandardEditFile();
+    void slotServiceEditFile();
+    void slotBoxEditFile();
+    void slotDeleteFile();
+    void slotDeleteAllFile();
+
+    // Live values
+    void onDataReceived(const Protocol::dataMonitoringData &data);
+    void closeTabByName(const QString &tabName);
 
     // Docks that no menu leads to; these slots are reached by name.
     void createEditor();
@@ -86,6 +124,7 @@ protected:
 
 private:
     void setUpActions();
+    void createCollaborators();
     void centre();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
@@ -95,4 +134,10 @@ private:
     DormantDocks *m_dormantDocks = nullptr;
     QStandardItemModel *m_model = nullptr;
     LogoWindow *m_logo = nullptr;
+    ProjectFiles *m_files = nullptr;
+    EditorTabs *m_tabs = nullptr;
+    MonitoringView *m_monitoring = nullptr;
+    std::unique_ptr<ProjectLifecycle> m_projects;
+    std::unique_ptr<ResourceActions> m_resources;
+    std::unique_ptr<ProjectTreeMenu> m_treeMenu;
 };
