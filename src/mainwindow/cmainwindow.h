@@ -107,7 +107,7 @@ public slots:
     void slotDeleteAllFile();
 
     // Live values
-    void onDataReceived(const Protocol::dataMonitoringData &data);
+    void onDataReceived(const Protocol::dataMonitoringData &report);
     void closeTabByName(const QString &tabName);
 
     // Docks that no menu leads to; these slots are reached by name.

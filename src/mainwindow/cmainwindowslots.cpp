@@ -141,9 +141,9 @@ void CMainWindow::slotDeleteAllFile()
     m_resources->removeAll();
 }
 
-void CMainWindow::onDataReceived(const Protocol::dataMonitoringData &data)
+void CMainWindow::onDataReceived(const Protocol::dataMonitoringData &report)
 {
-    m_monitoring->receive(data);
+    m_monitoring->receive(report);
 }
 
 void CMainWindow::showDataInTable(QStandardItem *item, const QString &time, const QString &plcName)

@@ -9,7 +9,9 @@
 #include "model/projecttree.h"
 #include "standards/standardinputdialog.h"
 
-#include <QCoreApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardItem>
 
 namespace ResourceKinds {
 
