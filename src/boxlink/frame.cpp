@@ -4,10 +4,10 @@
 #include <QJsonObject>
 #include <QtEndian>
 
-namespace {
+namespace
+{
 
-template<typename Number>
-void appendLittle(QByteArray &bytes, Number number)
+template <typename Number> void appendLittle(QByteArray &bytes, Number number)
 {
     char little[sizeof(Number)];
     qToLittleEndian(number, little);

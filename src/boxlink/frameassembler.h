@@ -25,6 +25,7 @@ public:
     using Sink = std::function<void(const char *frame, unsigned length)>;
 
     explicit FrameAssembler(Sink sink);
+    Q_DISABLE_COPY(FrameAssembler)
 
     // Takes the next bytes of the stream.
     void assemble(const char *data, unsigned length);
@@ -32,8 +33,8 @@ public:
 private:
     struct Chunk {
         const char *data;
-        int length;
-        int position; // what lies before it is accounted for
+        qsizetype length;
+        qsizetype position; // what lies before it is accounted for
     };
     struct Span {
         const char *data = nullptr;
@@ -43,11 +44,12 @@ private:
 
     bool run(Chunk &chunk);
     Span completeCarried(Chunk &chunk, Buffer &joined);
+    void keepWaiting(Chunk &chunk, int carry);
+    bool skipCarriedHeader(int *start, int *carry);
     Span nextWhole(Chunk &chunk);
-    void carryOver(Chunk &chunk, int start);
 
     Sink m_sink;
-    Buffer m_carryBuffer {}; // the start of a frame that has not yet come in whole
+    Buffer m_carryBuffer{}; // the start of a frame that has not yet come in whole
     qint32 m_carryLength = 0;
     Chunk *m_current = nullptr; // Not owned. The chunk in work, on the stack of assemble().
     std::shared_ptr<char> m_alive = std::make_shared<char>();
