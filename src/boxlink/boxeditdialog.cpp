@@ -178,7 +178,7 @@ void BoxEditDialog::disconnectFromServer()
 void BoxEditDialog::endSession()
 {
     if (m_protocol) {
-        m_protocol->closeConnection();
+        // It may be on the stack below a message box, so it is not for this form to delete it.
         m_protocol->dispose();
         m_protocol = nullptr;
     }

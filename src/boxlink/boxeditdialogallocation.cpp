@@ -115,10 +115,10 @@ void BoxEditDialog::tellOffline()
     appendMessage(tr("!!!No communication for 30 seconds. Connection may be lost.!!!"));
 }
 
-void BoxEditDialog::passData(const Protocol::dataMonitoringData &data)
+void BoxEditDialog::passData(const Protocol::dataMonitoringData &report)
 {
-    qDebug() << data.projectName;
-    emit sendDataToMainWindow(data);
+    qDebug() << report.projectName;
+    emit sendDataToMainWindow(report);
     logToFile(QStringLiteral("BoxEditDialog: Data"));
 }
 

@@ -66,6 +66,28 @@ int signedFrameLength(const QByteArray &frame)
 
 } // namespace
 
+// Puts off the end of a disposed session while one of its calls is on the stack: the socket is still sending its
+// signal down there.
+class Protocol::Hold
+{
+public:
+    explicit Hold(Protocol *session)
+        : m_session(session)
+    {
+        ++session->m_holds;
+    }
+    ~Hold()
+    {
+        if (m_session && --m_session->m_holds == 0 && m_session->m_disposed) {
+            m_session->deleteLater();
+        }
+    }
+    Q_DISABLE_COPY(Hold)
+
+private:
+    QPointer<Protocol> m_session;
+};
+
 Protocol::Protocol(QObject *parent)
     : QObject(parent), m_heartbeatTimer(this), m_offlineTimer(this),
       m_assembler([this](const char *frame, unsigned length) { dispatchFrame(frame, length); })
@@ -103,6 +125,7 @@ bool Protocol::isLinkOpen() const
 
 void Protocol::bindToAddress(const QHostAddress &address)
 {
+    const Hold hold(this);
     if (!m_socket.bind(address, 0, QAbstractSocket::DefaultForPlatform)) {
         emit bindingFailed(tr("Failed to bind to IP address: %1").arg(address.toString()));
     }
@@ -111,6 +134,9 @@ void Protocol::bindToAddress(const QHostAddress &address)
 
 void Protocol::openConnection(const QString &ip)
 {
+    if (m_disposed) {
+        return;
+    }
     m_socket.connectToHost(ip, Frame::boxPort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
     // On purpose not unique: the n-th connect of one session opens with n heartbeats, and a Box answers each.
     connect(&m_socket, &QTcpSocket::connected, this, &Protocol::sendHeartbeat);
@@ -146,6 +172,18 @@ void Protocol::closeConnection()
     }
 }
 
+void Protocol::dispose()
+{
+    disconnect();
+    closeConnection();
+    if (m_holds == 0) {
+        delete this;
+        return;
+    }
+    m_disposed = true;
+    setParent(nullptr);
+}
+
 void Protocol::handleDisconnected()
 {
     emit connectionStatusChanged(tr("Connection status: Disconnected"));
@@ -173,6 +211,7 @@ void Protocol::sendRequest(const QJsonObject &request)
 
 void Protocol::receiveResponse()
 {
+    const Hold hold(this);
     // A message box in a handler holds readyRead up: what came in behind it is read before returning.
     const QPointer<Protocol> alive(this);
     do {
@@ -190,7 +229,7 @@ int Protocol::assembleFrames(const char *data, unsigned length)
 int Protocol::dispatchFrame(const char *frame, unsigned length)
 {
     const QByteArray whole(frame, int(length));
-    if (whole.size() < Frame::bodyOffset
+    if (m_disposed || whole.size() < Frame::bodyOffset
         || Frame::readLittle16(whole.constData() + Frame::lengthOffset) != whole.size()) {
         return 0;
     }

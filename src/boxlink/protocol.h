@@ -14,7 +14,8 @@
 // them: the "type" of an answer alone decides.
 //
 // Lives in the GUI thread, since the answer to a write is told in a modal box. May be deleted at any time,
-// also while connected, but not from a slot that one of its own signals calls.
+// also while connected, but not from a slot that one of its own signals calls, nor while such a box stands:
+// dispose() may.
 class Protocol
     : public QObject // clazy:exclude=fully-qualified-moc-types (the names below are the signatures)
 {
@@ -86,6 +87,9 @@ public:
     // Connects without looking at the state.
     void openConnection(const QString &ip);
     void closeConnection();
+    // Closes the link, lets no signal out any more, and deletes the object: at once, or, while one of its calls is
+    // on the stack below a message box, when that has returned. Until then it has no parent.
+    void dispose();
 
     // Requests. On a link that is not open the status tells so and the request is lost.
     void rebootDevice();
@@ -154,6 +158,8 @@ public slots:
     void writeTimeAllocationReturn(QByteArray responseData);
 
 private:
+    class Hold;
+
     bool isLinkOpen() const;
     void sendRequest(const QJsonObject &request);
     void dispatchJson(const QByteArray &text);
@@ -163,6 +169,8 @@ private:
     QTimer m_offlineTimer; // single shot, 30000 ms
     FrameAssembler m_assembler;
     QHostAddress m_boundAddress; // null: any
+    int m_holds = 0;             // calls on the stack that may have a message box above them
+    bool m_disposed = false;
 };
 
 Q_DECLARE_METATYPE(Protocol::LanAllocationData)
