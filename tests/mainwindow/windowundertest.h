@@ -2,6 +2,7 @@
 
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
+#include "model/itemroles.h"
 #include "model/projecttree.h"
 
 #include <QAction>
@@ -41,14 +42,14 @@ public:
     {
         QStandardItem *box =
             ProjectTree::appendDefinition(folder(project, ProjectTree::boxFolder), name, QString());
-        box->setData(ip, boxIp);
+        box->setData(ip, boxIpRole);
         return box;
     }
     static QStandardItem *addStandard(const QStandardItem *project, const QString &name, const QString &protocol)
     {
         QStandardItem *standard =
             ProjectTree::appendDefinition(folder(project, ProjectTree::standardFolder), name, QString());
-        standard->setData(protocol, standardProtocol);
+        standard->setData(protocol, standardProtocolRole);
         return standard;
     }
 
@@ -121,8 +122,4 @@ public:
         return form->findChild<Widget *>(QLatin1String(name));
     }
     static void press(const QWidget *form, const char *button) { input<QPushButton>(form, button)->click(); }
-
-private:
-    static constexpr int boxIp = Qt::UserRole;
-    static constexpr int standardProtocol = Qt::UserRole + 144;
 };
