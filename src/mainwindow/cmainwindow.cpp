@@ -20,9 +20,7 @@
 #include <QToolButton>
 #include <QTreeView>
 
-CMainWindow::CMainWindow(QWidget *parent)
-    : QMainWindow(parent)
-    , m_ui(std::make_unique<Ui::MainWindow>())
+CMainWindow::CMainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::MainWindow>())
 {
     m_ui->setupUi(this);
     setWindowTitle(QCoreApplication::applicationName());
@@ -70,7 +68,8 @@ void CMainWindow::setUpActions()
             m_ui->toolBar->addAction(row.action);
         }
     }
-    for (QAction *action : {m_ui->actionNew_Project, m_ui->actionLoad_Project, m_ui->actionSave_All_Project}) {
+    for (QAction *action :
+         {m_ui->actionNew_Project, m_ui->actionLoad_Project, m_ui->actionSave_All_Project}) {
         action->setProperty("Floating", false);
     }
     auto *newButton = qobject_cast<QToolButton *>(m_ui->toolBar->widgetForAction(m_ui->actionNew_Project));
@@ -189,9 +188,9 @@ QPlainTextEdit *CMainWindow::messageEditor() const
     return m_layout->messageEditor();
 }
 
-void CMainWindow::prjectTreeView_MenuPopup(const QPoint &) {}
+void CMainWindow::prjectTreeView_MenuPopup(const QPoint &) { }
 
-void CMainWindow::prjectTreeView_clicked(QModelIndex) {}
+void CMainWindow::prjectTreeView_clicked(QModelIndex) { }
 
 void CMainWindow::prjectTreeView_pressed(QModelIndex index)
 {
@@ -205,11 +204,11 @@ void CMainWindow::prjectTreeView_doubleClicked(QModelIndex index)
     Q_UNUSED(item)
 }
 
-void CMainWindow::slotNewProject() {}
+void CMainWindow::slotNewProject() { }
 
-void CMainWindow::loadJsonFile() {}
+void CMainWindow::loadJsonFile() { }
 
-void CMainWindow::saveProjectAllFile() {}
+void CMainWindow::saveProjectAllFile() { }
 
 void CMainWindow::createEditor()
 {
