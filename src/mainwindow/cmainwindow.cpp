@@ -41,7 +41,11 @@ CMainWindow::CMainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_
     m_layout->loadPerspectives();
 }
 
-CMainWindow::~CMainWindow() = default;
+CMainWindow::~CMainWindow()
+{
+    // Dying docks and forms still call this window's slots, so they go while it is more than a QWidget.
+    delete m_layout->manager();
+}
 
 void CMainWindow::setUpActions()
 {
