@@ -11,7 +11,8 @@ class CImageViewer : public QScrollArea
 public:
     explicit CImageViewer(QWidget *parent = nullptr);
 
-    // Shows the picture at its own size and tells whether there is one that can be read; else nothing changes.
+    // Shows the picture at its own size and tells whether there is one that can be read; else nothing
+    // changes.
     bool loadFile(const QString &path);
     double scale() const;
 

@@ -27,9 +27,7 @@
 #include <QToolButton>
 #include <QTreeView>
 
-CMainWindow::CMainWindow(QWidget *parent)
-    : QMainWindow(parent)
-    , m_ui(std::make_unique<Ui::MainWindow>())
+CMainWindow::CMainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::MainWindow>())
 {
     m_ui->setupUi(this);
     setWindowTitle(QCoreApplication::applicationName());
@@ -51,7 +49,11 @@ CMainWindow::CMainWindow(QWidget *parent)
     m_layout->loadPerspectives();
 }
 
-CMainWindow::~CMainWindow() = default;
+CMainWindow::~CMainWindow()
+{
+    // Dying docks and forms still call this window's slots, so they go while it is more than a QWidget.
+    delete m_layout->manager();
+}
 
 void CMainWindow::createCollaborators()
 {
@@ -89,7 +91,8 @@ void CMainWindow::setUpActions()
             m_ui->toolBar->addAction(row.action);
         }
     }
-    for (QAction *action : {m_ui->actionNew_Project, m_ui->actionLoad_Project, m_ui->actionSave_All_Project}) {
+    for (QAction *action :
+         {m_ui->actionNew_Project, m_ui->actionLoad_Project, m_ui->actionSave_All_Project}) {
         action->setProperty("Floating", false);
     }
     auto *newButton = qobject_cast<QToolButton *>(m_ui->toolBar->widgetForAction(m_ui->actionNew_Project));

@@ -24,11 +24,13 @@ class QTabWidget;
 class QTreeView;
 class ResourceActions;
 
-namespace Ui {
+namespace Ui
+{
 class MainWindow;
 } // namespace Ui
 
-namespace ads {
+namespace ads
+{
 class CDockManager;
 } // namespace ads
 
@@ -128,8 +130,9 @@ private:
     void centre();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
-    bool m_chinese = false;   // which catalogue was last loaded; false also before the first
-    QTranslator m_translator; // on purpose never loaded: the process has one translator, and CESwitching holds it
+    bool m_chinese = false; // which catalogue was last loaded; false also before the first
+    QTranslator
+        m_translator; // on purpose never loaded: the process has one translator, and CESwitching holds it
     DockLayout *m_layout = nullptr;
     DormantDocks *m_dormantDocks = nullptr;
     QStandardItemModel *m_model = nullptr;

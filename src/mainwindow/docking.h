@@ -3,7 +3,8 @@
 // The one header that includes the docking library, and the one place that knows which of its generations is
 // installed. 3.8 has no auto-hide, no pinning and no tool-bar style of the manager; from 4.4 on a dock takes
 // its manager at construction. What is there is found out at compile time. No dock of ours can be pinned, so
-// the generations behave alike. The names ending in Of are templates so that a test can give them either kind.
+// the generations behave alike. The names ending in Of are templates so that a test can give them either
+// kind.
 
 #include <DockAreaWidget.h>
 #include <DockManager.h>
@@ -16,28 +17,28 @@
 #include <type_traits>
 #include <utility>
 
-namespace Docking {
+namespace Docking
+{
 
 // AutoHideFeatureEnabled, DockAreaHasAutoHideButton and AutoHideHasMinimizeButton.
 constexpr int autoHideFlags = 0x103;
 
-template <class Manager, class = void>
-struct HasAutoHide : std::false_type {
+template <class Manager, class = void> struct HasAutoHide : std::false_type {
 };
 template <class Manager>
-struct HasAutoHide<Manager, std::void_t<decltype(Manager::setAutoHideConfigFlags(
-                                std::declval<typename Manager::AutoHideFlags>()))>> : std::true_type {
+struct HasAutoHide<
+    Manager,
+    std::void_t<decltype(Manager::setAutoHideConfigFlags(std::declval<typename Manager::AutoHideFlags>()))>>
+    : std::true_type {
 };
 
-template <class Dock, class = void>
-struct HasPinning : std::false_type {
+template <class Dock, class = void> struct HasPinning : std::false_type {
 };
 template <class Dock>
 struct HasPinning<Dock, std::void_t<decltype(Dock::DockWidgetPinnable)>> : std::true_type {
 };
 
-template <class Manager, class Dock, class = void>
-struct HasToolBarStyle : std::false_type {
+template <class Manager, class Dock, class = void> struct HasToolBarStyle : std::false_type {
 };
 template <class Manager, class Dock>
 struct HasToolBarStyle<Manager, Dock,
@@ -45,8 +46,7 @@ struct HasToolBarStyle<Manager, Dock,
                            Qt::ToolButtonIconOnly, Dock::StateFloating))>> : std::true_type {
 };
 
-template <class Manager>
-void configureOf()
+template <class Manager> void configureOf()
 {
     Manager::setConfigFlag(Manager::FocusHighlighting, true);
     if constexpr (HasAutoHide<Manager>::value) {
@@ -54,8 +54,7 @@ void configureOf()
     }
 }
 
-template <class Dock, class Manager>
-Dock *makeDockOf(Manager *manager, const QString &title)
+template <class Dock, class Manager> Dock *makeDockOf(Manager *manager, const QString &title)
 {
     if constexpr (std::is_constructible_v<Dock, Manager *, const QString &>) {
         return new Dock(manager, title);
@@ -68,16 +67,14 @@ Dock *makeDockOf(Manager *manager, const QString &title)
     }
 }
 
-template <class Dock>
-void setPinnableOf([[maybe_unused]] Dock *dock, [[maybe_unused]] bool on)
+template <class Dock> void setPinnableOf([[maybe_unused]] Dock *dock, [[maybe_unused]] bool on)
 {
     if constexpr (HasPinning<Dock>::value) {
         dock->setFeature(Dock::DockWidgetPinnable, on);
     }
 }
 
-template <class Dock, class Manager>
-void setFloatingToolBarStyleOf([[maybe_unused]] Manager *manager)
+template <class Dock, class Manager> void setFloatingToolBarStyleOf([[maybe_unused]] Manager *manager)
 {
     if constexpr (HasToolBarStyle<Manager, Dock>::value) {
         manager->setDockWidgetToolBarStyle(Qt::ToolButtonIconOnly, Dock::StateFloating);

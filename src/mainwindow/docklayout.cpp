@@ -19,7 +19,8 @@
 
 using ads::CDockWidget;
 
-namespace {
+namespace
+{
 
 const QString settingsFile = QStringLiteral("Settings.ini");
 const QString geometryKey = QStringLiteral("mainWindow/Geometry");
@@ -37,12 +38,10 @@ void switchOff(CDockWidget *dock, std::initializer_list<CDockWidget::DockWidgetF
 } // namespace
 
 DockLayout::DockLayout(CMainWindow *window)
-    : QObject(window)
-    , m_window(window)
-    , m_perspectives(new QComboBox)
-    , m_createPerspective(new QAction(svgIcon(QStringLiteral(":/adsdemo/images/picture_in_picture.svg")),
-                                      CMainWindow::tr("Create Perspective"), window))
-    , m_perspectiveList(new QWidgetAction(window))
+    : QObject(window), m_window(window), m_perspectives(new QComboBox),
+      m_createPerspective(new QAction(svgIcon(QStringLiteral(":/adsdemo/images/picture_in_picture.svg")),
+                                      CMainWindow::tr("Create Perspective"), window)),
+      m_perspectiveList(new QWidgetAction(window))
 {
     m_createPerspective->setObjectName(QStringLiteral("createPerspectiveAction"));
     connect(m_createPerspective, &QAction::triggered, window, &CMainWindow::savePerspective);
@@ -105,8 +104,9 @@ CDockWidget *DockLayout::makeMonitoringDock()
     m_monitoringTabs = qobject_cast<QTabWidget *>(dock->widget());
     m_monitoringTabs->setObjectName(QStringLiteral("monitoringTabs"));
     dock->setWindowTitle(CMainWindow::tr("Data monitoring"));
-    switchOff(dock, {CDockWidget::DockWidgetClosable, CDockWidget::DockWidgetMovable,
-                     CDockWidget::DockWidgetFloatable});
+    switchOff(
+        dock,
+        {CDockWidget::DockWidgetClosable, CDockWidget::DockWidgetMovable, CDockWidget::DockWidgetFloatable});
     dock->setFeature(CDockWidget::CustomCloseHandling, true);
     return dock;
 }
@@ -130,8 +130,9 @@ CDockWidget *DockLayout::makeProjectDock(QStandardItemModel *model)
     CDockWidget *dock = Docking::makeDock(m_manager, CMainWindow::tr("Project"));
     dock->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/project_manage.svg")));
     dock->setWidget(m_tree);
-    switchOff(dock, {CDockWidget::DockWidgetFocusable, CDockWidget::DockWidgetMovable,
-                     CDockWidget::DockWidgetFloatable, CDockWidget::DockWidgetClosable});
+    switchOff(dock,
+              {CDockWidget::DockWidgetFocusable, CDockWidget::DockWidgetMovable,
+               CDockWidget::DockWidgetFloatable, CDockWidget::DockWidgetClosable});
     dock->setFeature(CDockWidget::CustomCloseHandling, true);
     return dock;
 }

@@ -14,7 +14,8 @@ class QTabWidget;
 class QTreeView;
 class QWidgetAction;
 
-namespace ads {
+namespace ads
+{
 class CDockManager;
 class CDockWidget;
 } // namespace ads
@@ -31,8 +32,8 @@ public:
 
     // Configures the library and makes the manager, which becomes the window's central widget.
     void createManager();
-    // Makes the docks "Data monitoring", "Project" and "Message" and appends the action that shows each to the
-    // menu. Neither is owned.
+    // Makes the docks "Data monitoring", "Project" and "Message" and appends the action that shows each to
+    // the menu. Neither is owned.
     void createDocks(QStandardItemModel *model, QMenu *viewMenu);
 
     // Geometry, state and docking state of the window. A missing or damaged file changes nothing and is not

@@ -14,7 +14,8 @@
 using ads::CDockManager;
 using ads::CDockWidget;
 
-namespace {
+namespace
+{
 
 bool trueWhenAbsent(const QObject *object, const char *property)
 {
@@ -33,9 +34,7 @@ QString randomImage()
 } // namespace
 
 DormantDocks::DormantDocks(DockLayout *layout, CMainWindow *window)
-    : QObject(window)
-    , m_layout(layout)
-    , m_window(window)
+    : QObject(window), m_layout(layout), m_window(window)
 {
 }
 
@@ -47,7 +46,8 @@ void DormantDocks::createEditor(const QObject *trigger)
     static int counter = 0;
     CDockWidget *dock = m_layout->makeEditorDock(
         QStringLiteral("Editor %1").arg(counter++),
-        CMainWindow::tr("This is an editor. If you close the editor, it will be deleted. Enter your text here."),
+        CMainWindow::tr(
+            "This is an editor. If you close the editor, it will be deleted. Enter your text here."),
         svgIcon(QStringLiteral(":/adsdemo/images/edit-1.svg")));
     dock->setFeature(CDockWidget::CustomCloseHandling, true);
     dock->setFeature(CDockWidget::DockWidgetDeleteOnClose, true);
@@ -141,8 +141,9 @@ void DormantDocks::closeEditor(CDockWidget *dock)
 {
     if (dock) {
         const QString number = dock->objectName().section(QLatin1Char(' '), -1);
-        askToClose(dock, CMainWindow::tr("Close Editor"),
-                   CMainWindow::tr("Editor %1 contains unsaved changes? Would you like to close it?").arg(number));
+        askToClose(
+            dock, CMainWindow::tr("Close Editor"),
+            CMainWindow::tr("Editor %1 contains unsaved changes? Would you like to close it?").arg(number));
     }
 }
 
@@ -150,7 +151,8 @@ void DormantDocks::closeImageViewer(CDockWidget *dock)
 {
     if (dock) {
         askToClose(dock, CMainWindow::tr("Close Image Viewer"),
-                   CMainWindow::tr("%1 contains unsaved changes? Would you like to close it?").arg(dock->windowTitle()));
+                   CMainWindow::tr("%1 contains unsaved changes? Would you like to close it?")
+                       .arg(dock->windowTitle()));
     }
 }
 

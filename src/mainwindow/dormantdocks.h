@@ -6,7 +6,8 @@
 class CMainWindow;
 class DockLayout;
 
-namespace ads {
+namespace ads
+{
 class CDockWidget;
 } // namespace ads
 
@@ -19,8 +20,9 @@ public:
     // Neither is owned; the window owns this.
     DormantDocks(DockLayout *layout, CMainWindow *window);
 
-    // A dock "Editor %1". The trigger's properties "Floating" and "Tabbed", each true when absent or when there
-    // is no trigger, tell where: a window of its own, a tab beside the last docked editor, or space of its own.
+    // A dock "Editor %1". The trigger's properties "Floating" and "Tabbed", each true when absent or when
+    // there is no trigger, tell where: a window of its own, a tab beside the last docked editor, or space of
+    // its own.
     void createEditor(const QObject *trigger);
     // A further "Table %1" dock, in a window of its own.
     void createTable();
