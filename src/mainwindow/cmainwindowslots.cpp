@@ -1,4 +1,5 @@
-// The slots of the main window that act on the project tree; each hands over to the collaborator that does it.
+// The slots of the main window that act on the project tree; each hands over to the collaborator that does
+// it.
 
 #include "mainwindow/cmainwindow.h"
 

@@ -34,9 +34,7 @@ QStringList EditorTabs::titlesOf(const QVector<const char *> &sources)
 }
 
 EditorTabs::EditorTabs(ads::CDockManager *docks, QMenu *viewMenu, QObject *parent)
-    : QObject(parent)
-    , m_docks(docks)
-    , m_viewMenu(viewMenu)
+    : QObject(parent), m_docks(docks), m_viewMenu(viewMenu)
 {
     // A closed tab lives on until the event loop comes round; it must not be found again until then.
     connect(docks, &ads::CDockManager::dockWidgetAboutToBeRemoved, this, &EditorTabs::unregister);
@@ -115,7 +113,8 @@ void EditorTabs::closeAll(const QStringList &titles) const
     }
 }
 
-namespace {
+namespace
+{
 
 bool siblingHasName(const QStandardItem *item, const QString &name)
 {

@@ -13,7 +13,8 @@ class QLineEdit;
 class QMenu;
 class QStandardItem;
 
-namespace ads {
+namespace ads
+{
 class CDockManager;
 class CDockWidget;
 } // namespace ads

@@ -13,11 +13,7 @@
 #include <QStandardItemModel>
 #include <QTreeView>
 
-ProjectLifecycle::ProjectLifecycle(CMainWindow *window, EditorTabs *tabs)
-    : m_window(window)
-    , m_tabs(tabs)
-{
-}
+ProjectLifecycle::ProjectLifecycle(CMainWindow *window, EditorTabs *tabs) : m_window(window), m_tabs(tabs) { }
 
 void ProjectLifecycle::warn(const QString &text) const
 {
@@ -28,7 +24,7 @@ void ProjectLifecycle::create(const QString &name, const QString &path, const QS
 {
     if (QFileInfo::exists(path + QLatin1Char('/') + name + QLatin1String(".json"))) {
         warn(CMainWindow::tr("A project with the same name already exists in the selected directory. "
-                          "Please use a different name."));
+                             "Please use a different name."));
         return;
     }
     if (ProjectTree::projectNamed(*m_window->projectModel(), name)) {
@@ -87,7 +83,8 @@ void ProjectLifecycle::modify(QStandardItem *project, const QString &name, const
     for (int row = 0; row < m_window->projectModel()->rowCount(); ++row) {
         const QStandardItem *other = m_window->projectModel()->item(row);
         if (other != project && other->text() == name) {
-            warn(CMainWindow::tr("A project with the same name already exists. Please use a different name."));
+            warn(
+                CMainWindow::tr("A project with the same name already exists. Please use a different name."));
             return;
         }
     }
@@ -99,14 +96,15 @@ void ProjectLifecycle::modify(QStandardItem *project, const QString &name, const
 
 void ProjectLifecycle::close() const
 {
-    const QModelIndex index = m_window->projectTree() ? m_window->projectTree()->currentIndex() : QModelIndex();
+    const QModelIndex index =
+        m_window->projectTree() ? m_window->projectTree()->currentIndex() : QModelIndex();
     if (!index.isValid() || index.parent().isValid()) {
         return;
     }
-    const auto answer = QMessageBox::question(
-        m_window, CMainWindow::tr("Save Changes"),
-        CMainWindow::tr("Do you want to save changes before deleting the project?"),
-        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+    const auto answer =
+        QMessageBox::question(m_window, CMainWindow::tr("Save Changes"),
+                              CMainWindow::tr("Do you want to save changes before deleting the project?"),
+                              QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     if (answer == QMessageBox::Yes) {
         if (QStandardItem *project = m_window->currentItem()) {
             m_window->saveJsonFile(project);
@@ -118,9 +116,9 @@ void ProjectLifecycle::close() const
         m_window->projectModel()->removeRow(index.row());
     }
     // Also after "Cancel", on purpose: the command ends all editing, and "Cancel" keeps the project only.
-    m_tabs->closeAll(EditorTabs::titlesOf({EditorTabs::serviceTitle, EditorTabs::projectTitle,
-                                                 EditorTabs::plcTitle, EditorTabs::serverTitle,
-                                                 EditorTabs::boxTitle, EditorTabs::standardTitle}));
+    m_tabs->closeAll(
+        EditorTabs::titlesOf({EditorTabs::serviceTitle, EditorTabs::projectTitle, EditorTabs::plcTitle,
+                              EditorTabs::serverTitle, EditorTabs::boxTitle, EditorTabs::standardTitle}));
 }
 
 void ProjectLifecycle::saveAllIfWanted() const
@@ -129,9 +127,9 @@ void ProjectLifecycle::saveAllIfWanted() const
         qDebug() << "No projects found. Aborting close project operation.";
         return;
     }
-    const auto answer = QMessageBox::question(
-        m_window, CMainWindow::tr("Save Changes"),
-        CMainWindow::tr("Do you want to save all projects before closing them?"));
+    const auto answer =
+        QMessageBox::question(m_window, CMainWindow::tr("Save Changes"),
+                              CMainWindow::tr("Do you want to save all projects before closing them?"));
     if (answer == QMessageBox::Yes) {
         m_window->saveProjectAllFile();
     }
@@ -143,10 +141,10 @@ ProjectLifecycle::Exit ProjectLifecycle::confirmExit() const
         qDebug() << "No projects found. Closing without prompt.";
         return Exit::LeaveUnasked;
     }
-    const auto answer = QMessageBox::question(
-        m_window, CMainWindow::tr("Save Changes"),
-        CMainWindow::tr("Do you want to save all projects before closing them?"),
-        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+    const auto answer =
+        QMessageBox::question(m_window, CMainWindow::tr("Save Changes"),
+                              CMainWindow::tr("Do you want to save all projects before closing them?"),
+                              QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     if (answer == QMessageBox::Yes) {
         m_window->saveProjectAllFile();
     }

@@ -1,6 +1,5 @@
 #pragma once
 
-
 class CMainWindow;
 class EditProjectDialog;
 class EditorTabs;
@@ -13,8 +12,8 @@ class ProjectLifecycle
 {
 public:
     enum class Exit {
-        Stay,         // the user cancelled
-        Leave,        // asked, and saved where wanted
+        Stay, // the user cancelled
+        Leave, // asked, and saved where wanted
         LeaveUnasked, // there was no project to ask about
     };
 
@@ -24,7 +23,8 @@ public:
     // Appends a project with its folders and its one service. Warns, and leaves no trace, if its file is on
     // the disk or a project of the name is open. Writes no file.
     void create(const QString &name, const QString &path, const QString &description) const;
-    // Opens the "Edit Project" tab for the current item; one that is open is replaced, unsaved input included.
+    // Opens the "Edit Project" tab for the current item; one that is open is replaced, unsaved input
+    // included.
     void edit() const;
     // Asks, saves if wanted and removes the current project; closes all edit tabs of all projects.
     void close() const;

@@ -8,7 +8,8 @@
 #include <QStandardItemModel>
 #include <QTreeView>
 
-namespace {
+namespace
+{
 
 using ProjectTree::Level;
 using Slot = void (CMainWindow::*)();
@@ -44,14 +45,22 @@ const QVector<MenuEntry> &menuEntries()
 {
     using namespace ProjectTree;
     static const QVector<MenuEntry> entries = {
-        {{Level::Project, {}}, QT_TRANSLATE_NOOP("CMainWindow", "Edit Project"), &CMainWindow::slotEditProject},
-        {{Level::Project, {}}, QT_TRANSLATE_NOOP("CMainWindow", "Close Project"), &CMainWindow::slotDeleteProject},
-        {{Level::Project, {}}, QT_TRANSLATE_NOOP("CMainWindow", "Save Project"), &CMainWindow::saveProjectFile},
+        {{Level::Project, {}},
+         QT_TRANSLATE_NOOP("CMainWindow", "Edit Project"),
+         &CMainWindow::slotEditProject},
+        {{Level::Project, {}},
+         QT_TRANSLATE_NOOP("CMainWindow", "Close Project"),
+         &CMainWindow::slotDeleteProject},
+        {{Level::Project, {}},
+         QT_TRANSLATE_NOOP("CMainWindow", "Save Project"),
+         &CMainWindow::saveProjectFile},
         {{Level::Folder, standardFolder},
          QT_TRANSLATE_NOOP("CMainWindow", "Add Standard"),
          &CMainWindow::standardAddFile},
         {{Level::Folder, boxFolder}, QT_TRANSLATE_NOOP("CMainWindow", "Add Box"), &CMainWindow::boxAddFile},
-        {{Level::Folder, boxFolder}, QT_TRANSLATE_NOOP("CMainWindow", "Search Box"), &CMainWindow::boxSearchFile},
+        {{Level::Folder, boxFolder},
+         QT_TRANSLATE_NOOP("CMainWindow", "Search Box"),
+         &CMainWindow::boxSearchFile},
         {{Level::Folder, dataFolder},
          QT_TRANSLATE_NOOP("CMainWindow", "Delete All"),
          &CMainWindow::slotDeleteAllFile},
@@ -67,8 +76,12 @@ const QVector<MenuEntry> &menuEntries()
         {{Level::Definition, boxFolder},
          QT_TRANSLATE_NOOP("CMainWindow", "Editing Box"),
          &CMainWindow::slotBoxEditFile},
-        {{Level::Definition, boxFolder}, QT_TRANSLATE_NOOP("CMainWindow", "Delete"), &CMainWindow::slotDeleteFile},
-        {{Level::Definition, dataFolder}, QT_TRANSLATE_NOOP("CMainWindow", "Delete"), &CMainWindow::slotDeleteFile},
+        {{Level::Definition, boxFolder},
+         QT_TRANSLATE_NOOP("CMainWindow", "Delete"),
+         &CMainWindow::slotDeleteFile},
+        {{Level::Definition, dataFolder},
+         QT_TRANSLATE_NOOP("CMainWindow", "Delete"),
+         &CMainWindow::slotDeleteFile},
     };
     return entries;
 }
@@ -93,8 +106,7 @@ const QVector<ClickAction> &clickActions()
 } // namespace
 
 ProjectTreeMenu::ProjectTreeMenu(CMainWindow *window, MonitoringView *monitoring)
-    : m_window(window)
-    , m_monitoring(monitoring)
+    : m_window(window), m_monitoring(monitoring)
 {
 }
 
@@ -105,7 +117,8 @@ void ProjectTreeMenu::popUp(const QPoint &position)
         m_skipNext = false;
         return;
     }
-    const QStandardItem *item = m_window->projectModel()->itemFromIndex(m_window->projectTree()->indexAt(position));
+    const QStandardItem *item =
+        m_window->projectModel()->itemFromIndex(m_window->projectTree()->indexAt(position));
     if (!item) {
         return;
     }

@@ -14,9 +14,7 @@
 #include <algorithm>
 
 ResourceActions::ResourceActions(CMainWindow *window, EditorTabs *tabs, MonitoringView *monitoring)
-    : m_window(window)
-    , m_tabs(tabs)
-    , m_monitoring(monitoring)
+    : m_window(window), m_tabs(tabs), m_monitoring(monitoring)
 {
 }
 

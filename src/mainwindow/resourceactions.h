@@ -24,8 +24,8 @@ public:
     // Removes the current definition, its monitoring tab, and the edit tab of its kind even if that shows
     // another one.
     void remove() const;
-    // Removes everything below the current folder with the monitoring tabs of those names; a definition, which
-    // has nothing below it, is removed itself.
+    // Removes everything below the current folder with the monitoring tabs of those names; a definition,
+    // which has nothing below it, is removed itself.
     void removeAll() const;
 
 private:

@@ -13,21 +13,21 @@
 #include <QPushButton>
 #include <QStandardItem>
 
-namespace ResourceKinds {
+namespace ResourceKinds
+{
 
-namespace {
+namespace
+{
 
 using ConnectTab = void (*)(QDialog *, QStandardItem *, ads::CDockWidget *, CMainWindow *);
 
-template <typename Form>
-void rebind(QWidget *open, QStandardItem *item)
+template <typename Form> void rebind(QWidget *open, QStandardItem *item)
 {
     static_cast<Form *>(open)->replaceItem(item);
 }
 
 // The session moves to the other Box along with the fields.
-template <>
-void rebind<BoxEditDialog>(QWidget *open, QStandardItem *item)
+template <> void rebind<BoxEditDialog>(QWidget *open, QStandardItem *item)
 {
     auto *box = static_cast<BoxEditDialog *>(open);
     box->replaceItem(item);
@@ -35,8 +35,7 @@ void rebind<BoxEditDialog>(QWidget *open, QStandardItem *item)
     box->connectToServer();
 }
 
-template <typename Form>
-FormClass formClass(const QString &subKind, ConnectTab connectTab = nullptr)
+template <typename Form> FormClass formClass(const QString &subKind, ConnectTab connectTab = nullptr)
 {
     return {subKind,
             [](QStandardItem *item, Workspace *workspace) -> QDialog * { return new Form(item, workspace); },
@@ -49,7 +48,8 @@ void connectRename(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, CM
 {
     auto *typed = static_cast<Form *>(form);
     EditorTabs::renameOnSave(
-        {typed, typed->nameEdit(), typed->saveButton(), [typed] { typed->saveChanges(); }}, item, tab, window);
+        {typed, typed->nameEdit(), typed->saveButton(), [typed] { typed->saveChanges(); }}, item, tab,
+        window);
 }
 
 void connectBox(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, CMainWindow *window)
@@ -116,8 +116,9 @@ const AddKind &addBox()
                                {{boxIpRole, dialog.ip()}, {boxModelRole, dialog.model()}}};
         },
         QT_TRANSLATE_NOOP("CMainWindow", "Box Name cannot be empty."),
-        QT_TRANSLATE_NOOP("CMainWindow", "A box file with the same name already exists in this folder. "
-                                         "Please use a different name."),
+        QT_TRANSLATE_NOOP("CMainWindow",
+                          "A box file with the same name already exists in this folder. "
+                          "Please use a different name."),
         {},
         editBox};
     return kind;
@@ -136,8 +137,9 @@ const AddKind &addStandard()
                                {{standardProtocolRole, dialog.protocol()}}};
         },
         QT_TRANSLATE_NOOP("CMainWindow", "standard Name cannot be empty."),
-        QT_TRANSLATE_NOOP("CMainWindow", "A standard file with the same name already exists in PLC or Standard "
-                                         "folder. Please use a different name."),
+        QT_TRANSLATE_NOOP("CMainWindow",
+                          "A standard file with the same name already exists in PLC or Standard "
+                          "folder. Please use a different name."),
         {0},
         editStandard};
     return kind;

@@ -13,13 +13,15 @@ class QStandardItem;
 class QWidget;
 class Workspace;
 
-namespace ads {
+namespace ads
+{
 class CDockWidget;
 }
 
-// The tables of what can lie in a project's folders: how each kind is added and with which forms it is edited.
-// A new kind or form is a row here; the flows are in ResourceActions.
-namespace ResourceKinds {
+// The tables of what can lie in a project's folders: how each kind is added and with which forms it is
+// edited. A new kind or form is a row here; the flows are in ResourceActions.
+namespace ResourceKinds
+{
 
 // One form class of a kind.
 struct FormClass {
@@ -37,10 +39,10 @@ struct FormClass {
 struct EditKind {
     static constexpr int noSubKind = -1;
 
-    const char *title;                 // of the tab, a source text
-    int subKindRole;                   // role that chooses the form, or noSubKind
-    QVector<FormClass> forms;          // a sub-kind that is not here opens an empty tab
-    QVector<const char *> neighbours;  // titles beside which the tab goes, source texts
+    const char *title; // of the tab, a source text
+    int subKindRole; // role that chooses the form, or noSubKind
+    QVector<FormClass> forms; // a sub-kind that is not here opens an empty tab
+    QVector<const char *> neighbours; // titles beside which the tab goes, source texts
 
     // The form of the item's sub-kind, or null.
     const FormClass *formFor(const QStandardItem *item) const;
@@ -56,7 +58,7 @@ struct NewResource {
 struct AddKind {
     // Runs the input dialog over the window; nothing if it was not accepted.
     std::optional<NewResource> (*ask)(QWidget *window, const QStandardItem *folder);
-    const char *emptyName;     // warnings, source texts
+    const char *emptyName; // warnings, source texts
     const char *duplicateName;
     QVector<int> comparedRows; // folders of the project whose names are taken; none: the target folder's are
     const EditKind &(*editKind)();

@@ -191,16 +191,12 @@ void tst_EditorTabs::backgroundNeighbourIsNotFound()
     QVERIFY(m_window->areas().contains(QStringList(third)));
 }
 
-namespace {
+namespace
+{
 
 // A form that is saved under its name.
 struct Form : QDialog {
-    Form()
-        : QDialog(nullptr, Qt::Widget)
-        , name(new QLineEdit(this))
-        , save(new QPushButton(this))
-    {
-    }
+    Form() : QDialog(nullptr, Qt::Widget), name(new QLineEdit(this)), save(new QPushButton(this)) { }
     RenamingForm renaming()
     {
         return {this, name, save, [this] { saved.append(name->text()); }};
@@ -215,7 +211,8 @@ struct Form : QDialog {
 
 void tst_EditorTabs::renamingSavesAndCloses()
 {
-    QStandardItem *item = Window::addBox(m_window->addProject(QStringLiteral("plant")), QStringLiteral("a"), {});
+    QStandardItem *item =
+        Window::addBox(m_window->addProject(QStringLiteral("plant")), QStringLiteral("a"), {});
     Window::addBox(m_window->projectModel()->item(0), QStringLiteral("b"), {});
     auto *form = new Form;
     const QPointer<ads::CDockWidget> tab = m_tabs->make(first, form);

@@ -79,11 +79,11 @@ void tst_MainWindowSlots::readerSlotsFillOneItem()
     QVERIFY(QMetaObject::invokeMethod(&window, "transmitBoxDataToEditDialog", Q_ARG(QJsonObject, ip),
                                       Q_ARG(QStandardItem *, &item)));
     QCOMPARE(item.data(boxIpRole).toString(), QStringLiteral("10.0.0.1"));
-    QVERIFY(QMetaObject::invokeMethod(&window, "transmitStandardDataToEditDialog", Q_ARG(QJsonObject, protocol),
-                                      Q_ARG(QStandardItem *, &item)));
+    QVERIFY(QMetaObject::invokeMethod(&window, "transmitStandardDataToEditDialog",
+                                      Q_ARG(QJsonObject, protocol), Q_ARG(QStandardItem *, &item)));
     QCOMPARE(item.data(standardProtocolRole).toString(), QStringLiteral("DIDO"));
-    QVERIFY(QMetaObject::invokeMethod(&window, "transmitServiceDataToEditDialog", Q_ARG(QJsonObject, protocol),
-                                      Q_ARG(QStandardItem *, &item)));
+    QVERIFY(QMetaObject::invokeMethod(&window, "transmitServiceDataToEditDialog",
+                                      Q_ARG(QJsonObject, protocol), Q_ARG(QStandardItem *, &item)));
     QCOMPARE(item.data(serviceProtocolRole).toString(), QStringLiteral("DIDO"));
 }
 

@@ -76,7 +76,8 @@ void tst_ProjectLifecycle::cleanup()
 
 void tst_ProjectLifecycle::newProjectHasFourFoldersAndOneService()
 {
-    m_window->handleProjectCreated(QStringLiteral("plant"), QStringLiteral("/nowhere"), QStringLiteral("text"));
+    m_window->handleProjectCreated(QStringLiteral("plant"), QStringLiteral("/nowhere"),
+                                   QStringLiteral("text"));
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
     QCOMPARE(ProjectDump::tree(m_window->projectModel()->item(0)),
              QStringList({QStringLiteral("plant"), QStringLiteral("  +1 QString /nowhere"),
@@ -119,7 +120,8 @@ void tst_ProjectLifecycle::newProjectActionAsksAndCreates()
     QCOMPARE(ProjectDump::shape(m_window->projectModel()->item(0)),
              QStringLiteral("plant(Standard() Service(IEC61850()) Box() Data())"));
     QCOMPARE(m_window->projectModel()->item(0)->data(projectPathRole).toString(), m_folder->path());
-    QCOMPARE(m_window->projectModel()->item(0)->data(projectDescriptionRole).toString(), QStringLiteral("text"));
+    QCOMPARE(m_window->projectModel()->item(0)->data(projectDescriptionRole).toString(),
+             QStringLiteral("text"));
 }
 
 void tst_ProjectLifecycle::newProjectWritesAndOpensNothing()
@@ -136,8 +138,9 @@ void tst_ProjectLifecycle::nameOfAnOpenProjectIsRefused()
     MessageBoxes boxes;
     boxes.expect();
     m_window->handleProjectCreated(QStringLiteral("plant"), m_folder->path(), QString());
-    QCOMPARE(boxes.told(), QStringList(QStringLiteral("Warning|A project with the same name already exists. "
-                                                      "Please use a different name.")));
+    QCOMPARE(boxes.told(),
+             QStringList(QStringLiteral("Warning|A project with the same name already exists. "
+                                        "Please use a different name.")));
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
@@ -206,8 +209,9 @@ void tst_ProjectLifecycle::clickOpensTheFormWithTheStoredValues()
     const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
     m_window->click(project);
     QVERIFY(m_window->form(editProject));
-    QCOMPARE(shown(m_window->form(editProject)), QStringList({QStringLiteral("plant"), QStringLiteral("/nowhere"),
-                                                             QStringLiteral("about plant")}));
+    QCOMPARE(
+        shown(m_window->form(editProject)),
+        QStringList({QStringLiteral("plant"), QStringLiteral("/nowhere"), QStringLiteral("about plant")}));
     const ads::CDockWidget *tab = m_window->tab(editProject);
     QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
     QVERIFY(!tab->icon().isNull());
@@ -289,8 +293,9 @@ void tst_ProjectLifecycle::duplicateNameChangesNothing()
     MessageBoxes boxes;
     boxes.expect();
     Window::press(form, "saveButton");
-    QCOMPARE(boxes.told(), QStringList(QStringLiteral("Warning|A project with the same name already exists. "
-                                                      "Please use a different name.")));
+    QCOMPARE(boxes.told(),
+             QStringList(QStringLiteral("Warning|A project with the same name already exists. "
+                                        "Please use a different name.")));
     QCOMPARE(ProjectDump::tree(project), before);
     Window::settle();
     QCOMPARE(m_window->form(editProject), form);
@@ -482,8 +487,9 @@ void tst_ProjectLifecycle::leavingAsksAndSaves()
     boxes.expect();
     boxes.expect();
     QVERIFY(m_window->close());
-    QCOMPARE(boxes.told(), QStringList({leaveQuestion, savedText(QStringLiteral("plant.json")),
-                                        savedText(QStringLiteral("mill.json"))}));
+    QCOMPARE(boxes.told(),
+             QStringList({leaveQuestion, savedText(QStringLiteral("plant.json")),
+                          savedText(QStringLiteral("mill.json"))}));
     QVERIFY(QFile::exists(QStringLiteral("Settings.ini")));
 }
 

@@ -47,7 +47,8 @@ void tst_ProjectTreeMenu::init()
     const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
     Window::addStandard(project, QStringLiteral("bus"), QStringLiteral("OpcUA"));
     Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.13.8"));
-    ProjectTree::appendDefinition(Window::folder(project, ProjectTree::dataFolder), QStringLiteral("meter"), {});
+    ProjectTree::appendDefinition(Window::folder(project, ProjectTree::dataFolder), QStringLiteral("meter"),
+                                  {});
     ProjectTree::appendDefinition(project->model()->item(0), QStringLiteral("Spare"), {});
     ProjectTree::appendDefinition(project->child(4), QStringLiteral("thing"), {});
 }
@@ -167,8 +168,8 @@ void tst_ProjectTreeMenu::entriesLeadToTheirSlots_data()
     QTest::addColumn<QString>("entry");
     QTest::addColumn<QString>("effect");
     const auto row = [](const char *path, const char *entry, const char *effect) {
-        QTest::addRow("%s: %s", path, entry) << QString::fromLatin1(path) << QString::fromLatin1(entry)
-                                             << QString::fromLatin1(effect);
+        QTest::addRow("%s: %s", path, entry)
+            << QString::fromLatin1(path) << QString::fromLatin1(entry) << QString::fromLatin1(effect);
     };
     row("plant", "Edit Project", "tab Edit Project");
     row("plant", "Close Project", "box Save Changes");
@@ -265,7 +266,8 @@ void tst_ProjectTreeMenu::pressAndDoubleClickDoNothing()
     const int before = int(m_window->dockManager()->dockWidgetsMap().size());
     const QModelIndex box = node(QStringLiteral("plant/Box/gate"))->index();
     QVERIFY(QMetaObject::invokeMethod(m_window.data(), "prjectTreeView_pressed", Q_ARG(QModelIndex, box)));
-    QVERIFY(QMetaObject::invokeMethod(m_window.data(), "prjectTreeView_doubleClicked", Q_ARG(QModelIndex, box)));
+    QVERIFY(
+        QMetaObject::invokeMethod(m_window.data(), "prjectTreeView_doubleClicked", Q_ARG(QModelIndex, box)));
     QCOMPARE(int(m_window->dockManager()->dockWidgetsMap().size()), before);
 }
 

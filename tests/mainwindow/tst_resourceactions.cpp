@@ -171,7 +171,8 @@ void tst_ResourceActions::cancelledAddingChangesNothing()
         QCOMPARE(dialogs.pending(), 0);
         QCOMPARE(boxes.told(), QStringList());
     }
-    QCOMPARE(ProjectDump::shape(m_project), QStringLiteral("plant(Standard() Service(IEC61850()) Box() Data())"));
+    QCOMPARE(ProjectDump::shape(m_project),
+             QStringLiteral("plant(Standard() Service(IEC61850()) Box() Data())"));
     QCOMPARE(m_window->currentItem(), folder("Box"));
 }
 
@@ -192,8 +193,9 @@ void tst_ResourceActions::addingRefuses_data()
                                         << QStringLiteral("Warning|Box Name cannot be empty.");
     QTest::newRow("Standard of a taken name")
         << &CMainWindow::standardAddFile << standard << QStringLiteral("taken")
-        << QStringLiteral("Warning|A standard file with the same name already exists in PLC or Standard folder. "
-                          "Please use a different name.");
+        << QStringLiteral(
+               "Warning|A standard file with the same name already exists in PLC or Standard folder. "
+               "Please use a different name.");
     QTest::newRow("Box of a taken name")
         << &CMainWindow::boxAddFile << box << QStringLiteral("taken")
         << QStringLiteral("Warning|A box file with the same name already exists in this folder. Please use a "
@@ -295,8 +297,9 @@ void tst_ResourceActions::saveInAReboundTabReportsTheBoxsOwnName()
     MessageBoxes boxes;
     boxes.expect();
     boxForm()->saveButton()->click();
-    QCOMPARE(boxes.told(), QStringList(QStringLiteral("Duplicate name|The name\"b\"already exists, please change "
-                                                      "the name.")));
+    QCOMPARE(boxes.told(),
+             QStringList(QStringLiteral("Duplicate name|The name\"b\"already exists, please change "
+                                        "the name.")));
     QVERIFY(boxForm());
     QCOMPARE(b->data(boxIpRole).toString(), nobody);
     // A fresh name goes to the first item, the fields to the second, and its form's name to the text of both.
@@ -372,18 +375,15 @@ void tst_ResourceActions::foreignWidgetInTheBoxTabStopsTheSlot()
     QCOMPARE(m_window->countOf(editBox), 1);
 }
 
-namespace {
+namespace
+{
 
 // Forms of two sub-kinds, of a kind "Edit Standard".
 class FirstForm : public QDialog
 {
     Q_OBJECT
 public:
-    FirstForm(const QStandardItem *item, Workspace *)
-        : QDialog(nullptr, Qt::Widget)
-    {
-        showItem(item);
-    }
+    FirstForm(const QStandardItem *item, Workspace *) : QDialog(nullptr, Qt::Widget) { showItem(item); }
     void replaceItem(const QStandardItem *item) { showItem(item); }
 
 private:
@@ -397,8 +397,7 @@ public:
     using FirstForm::FirstForm;
 };
 
-template <typename Form>
-ResourceKinds::FormClass formClass(const char *subKind)
+template <typename Form> ResourceKinds::FormClass formClass(const char *subKind)
 {
     return {QString::fromLatin1(subKind),
             [](QStandardItem *item, Workspace *workspace) -> QDialog * { return new Form(item, workspace); },
@@ -546,7 +545,8 @@ void tst_ResourceActions::deletingClosesTheTabOfTheKind()
         tabs.place(tabs.make(each, qobject_cast<QDialog *>(forms[each])), {});
     }
     // The tab of the kind goes though it shows another node.
-    QStandardItem *item = ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("gone"), {});
+    QStandardItem *item =
+        ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("gone"), {});
     const int before = folder(folderText.constData())->rowCount();
     m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("gone"));
     m_window->select(item);

@@ -45,7 +45,8 @@ public:
         box->setData(ip, boxIpRole);
         return box;
     }
-    static QStandardItem *addStandard(const QStandardItem *project, const QString &name, const QString &protocol)
+    static QStandardItem *addStandard(const QStandardItem *project, const QString &name,
+                                      const QString &protocol)
     {
         QStandardItem *standard =
             ProjectTree::appendDefinition(folder(project, ProjectTree::standardFolder), name, QString());
@@ -116,8 +117,7 @@ public:
         QCoreApplication::processEvents();
     }
 
-    template <typename Widget>
-    static Widget *input(const QWidget *form, const char *name)
+    template <typename Widget> static Widget *input(const QWidget *form, const char *name)
     {
         return form->findChild<Widget *>(QLatin1String(name));
     }

@@ -24,8 +24,7 @@ private slots:
     void writesItsEventsToTheLog();
 };
 
-template <typename Widget>
-static Widget *child(const QDialog &dialog, const char *name)
+template <typename Widget> static Widget *child(const QDialog &dialog, const char *name)
 {
     return dialog.findChild<Widget *>(QLatin1String(name));
 }
@@ -40,10 +39,7 @@ static QStringList shown(const QDialog &dialog)
 class Form : public EditProjectDialog
 {
 public:
-    Form()
-        : EditProjectDialog(QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text"))
-    {
-    }
+    Form() : EditProjectDialog(QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text")) { }
 };
 
 void tst_EditProjectDialog::showsWhatItIsGiven()
@@ -153,9 +149,10 @@ void tst_EditProjectDialog::writesItsEventsToTheLog()
         EditProjectDialog form(QStringLiteral("plant"), QString(), QString());
         form.saveChanges();
     }
-    QCOMPARE(log.events(), QStringList({QStringLiteral("EditProjectDialog：new-nuilt"),
-                                        QStringLiteral("EditProjectDialog：save"),
-                                        QStringLiteral("EditProjectDialog: destroyed")}));
+    QCOMPARE(log.events(),
+             QStringList({QStringLiteral("EditProjectDialog：new-nuilt"),
+                          QStringLiteral("EditProjectDialog：save"),
+                          QStringLiteral("EditProjectDialog: destroyed")}));
 }
 
 QTEST_MAIN(tst_EditProjectDialog)

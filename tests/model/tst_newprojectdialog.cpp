@@ -30,8 +30,7 @@ private slots:
     void writesItsLifeToTheLog();
 
 private:
-    template <typename Widget>
-    Widget *child(const char *name) const
+    template <typename Widget> Widget *child(const char *name) const
     {
         return m_dialog->findChild<Widget *>(QLatin1String(name));
     }
@@ -133,8 +132,9 @@ void tst_NewProjectDialog::reportsThePlainTextAndCloses()
             [&] { visibleWhenReported = m_dialog->isVisible(); });
     child<QPushButton>("okButton")->click();
     QCOMPARE(m_created->count(), 1);
-    QCOMPARE(m_created->first(), QVariantList({QStringLiteral("a/b c"), QStringLiteral("/somewhere"),
-                                               QStringLiteral("<b>one</b>")}));
+    QCOMPARE(
+        m_created->first(),
+        QVariantList({QStringLiteral("a/b c"), QStringLiteral("/somewhere"), QStringLiteral("<b>one</b>")}));
     QVERIFY(visibleWhenReported);
     QVERIFY(!m_dialog->isVisible());
     QCOMPARE(m_dialog->result(), int(QDialog::Accepted));
@@ -179,9 +179,10 @@ void tst_NewProjectDialog::tabOrderFollowsTheForm()
         widget = widget->nextInFocusChain();
     } while (widget != start);
     order.removeAll(QString());
-    QCOMPARE(order, QStringList({QStringLiteral("name"), QStringLiteral("path"), QStringLiteral("browseButton"),
-                                 QStringLiteral("description"), QStringLiteral("okButton"),
-                                 QStringLiteral("cancelButton")}));
+    QCOMPARE(order,
+             QStringList({QStringLiteral("name"), QStringLiteral("path"), QStringLiteral("browseButton"),
+                          QStringLiteral("description"), QStringLiteral("okButton"),
+                          QStringLiteral("cancelButton")}));
 }
 
 void tst_NewProjectDialog::writesItsLifeToTheLog()
@@ -190,8 +191,9 @@ void tst_NewProjectDialog::writesItsLifeToTheLog()
     {
         const NewProjectDialog dialog;
     }
-    QCOMPARE(log.events(), QStringList({QStringLiteral("NewProjectDialog: new-nuilt"),
-                                        QStringLiteral("NewProjectDialog: destroyed")}));
+    QCOMPARE(log.events(),
+             QStringList({QStringLiteral("NewProjectDialog: new-nuilt"),
+                          QStringLiteral("NewProjectDialog: destroyed")}));
 }
 
 QTEST_MAIN(tst_NewProjectDialog)

@@ -76,8 +76,9 @@ void tst_standardInputDialog::labelsAreBuddies()
     for (const QLabel *label : dialog.findChildren<QLabel *>()) {
         buddies.insert(label->text(), label->buddy() ? label->buddy()->objectName() : QString());
     }
-    QCOMPARE(buddies, (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
-                                              {QStringLiteral("Protocol:"), QStringLiteral("protocol")}}));
+    QCOMPARE(buddies,
+             (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
+                                     {QStringLiteral("Protocol:"), QStringLiteral("protocol")}}));
 }
 
 void tst_standardInputDialog::writesItsLifeToTheLog()
@@ -86,8 +87,9 @@ void tst_standardInputDialog::writesItsLifeToTheLog()
     {
         const standardInputDialog dialog;
     }
-    QCOMPARE(log.events(), QStringList({QStringLiteral("standardInputDialog: new-nuilt"),
-                                        QStringLiteral("standardInputDialog: destroyed")}));
+    QCOMPARE(log.events(),
+             QStringList({QStringLiteral("standardInputDialog: new-nuilt"),
+                          QStringLiteral("standardInputDialog: destroyed")}));
 }
 
 QTEST_MAIN(tst_standardInputDialog)

@@ -8,8 +8,7 @@
 #include <QPointer>
 #include <QTimer>
 
-ModalDialogs::ModalDialogs(QObject *parent)
-    : QObject(parent)
+ModalDialogs::ModalDialogs(QObject *parent) : QObject(parent)
 {
     qApp->installEventFilter(this);
 }
@@ -44,8 +43,8 @@ bool ModalDialogs::eventFilter(QObject *watched, QEvent *event)
 void ModalDialogs::drive(QWidget *dialog)
 {
     const QPointer<QWidget> guarded(dialog);
-    const QString which = QString::fromLatin1(dialog->metaObject()->className()) + QLatin1Char('|')
-        + dialog->windowTitle();
+    const QString which =
+        QString::fromLatin1(dialog->metaObject()->className()) + QLatin1Char('|') + dialog->windowTitle();
     if (!m_steps.isEmpty()) {
         m_steps.takeFirst()(dialog);
     }

@@ -8,9 +8,10 @@
 
 class QWidget;
 
-// Drives modal dialogs and menus while it lives: each that opens gets the next step, run in its own event loop
-// once it stands. Message boxes are left to MessageBoxes. A step has to end its dialog; one that opens without
-// a step, or outlives it, is closed and remembered: end a test with QCOMPARE(dialogs.unexpected(), QStringList()).
+// Drives modal dialogs and menus while it lives: each that opens gets the next step, run in its own event
+// loop once it stands. Message boxes are left to MessageBoxes. A step has to end its dialog; one that opens
+// without a step, or outlives it, is closed and remembered: end a test with QCOMPARE(dialogs.unexpected(),
+// QStringList()).
 class ModalDialogs : public QObject
 {
     Q_OBJECT
