@@ -5,7 +5,8 @@
 #include <QSet>
 #include <QtTest>
 
-namespace {
+namespace
+{
 
 struct Role {
     int offset; // from Qt::UserRole

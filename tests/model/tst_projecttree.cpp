@@ -131,8 +131,8 @@ void TestProjectTree::definitionIsAppendedWithItsIcon()
 {
     QStandardItem folder;
     folder.appendRow(new QStandardItem(QStringLiteral("first")));
-    const QStandardItem *item
-        = ProjectTree::appendDefinition(&folder, QStringLiteral("second"), ProjectTree::boxIcon);
+    const QStandardItem *item =
+        ProjectTree::appendDefinition(&folder, QStringLiteral("second"), ProjectTree::boxIcon);
     QCOMPARE(folder.child(1), item);
     QCOMPARE(item->text(), QStringLiteral("second"));
     QCOMPARE(iconBytes(item->icon()), iconBytes(QStringLiteral(":/adsdemo/images/box-file.svg")));
@@ -207,9 +207,9 @@ void TestProjectTree::listRoleOfTheWrongTypeReadsAsEmpty_data()
     QTest::newRow("unset") << QVariant();
     QTest::newRow("text") << QVariant(QStringLiteral("rows"));
     QTest::newRow("number") << QVariant(7);
-    QTest::newRow("list of texts") << QVariant(QStringList {QStringLiteral("a")});
-    QTest::newRow("flat list") << QVariant(QVariantList {1, 2});
-    QTest::newRow("map of texts") << QVariant(QVariantMap {{QStringLiteral("a"), 1}});
+    QTest::newRow("list of texts") << QVariant(QStringList{QStringLiteral("a")});
+    QTest::newRow("flat list") << QVariant(QVariantList{1, 2});
+    QTest::newRow("map of texts") << QVariant(QVariantMap{{QStringLiteral("a"), 1}});
 }
 
 void TestProjectTree::listRoleOfTheWrongTypeReadsAsEmpty()

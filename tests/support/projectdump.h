@@ -8,7 +8,8 @@
 #include <QStringList>
 
 // What a test compares of project items: whole items as printable lines.
-namespace ProjectDump {
+namespace ProjectDump
+{
 
 // An icon by its contents, so that icons of different files differ; empty for no icon.
 inline QByteArray iconBytes(const QIcon &icon)
@@ -76,7 +77,7 @@ inline QStringList roles(const QStandardItem *item)
 // The item and all below it with texts and roles, children indented.
 inline QStringList tree(const QStandardItem *item, const QString &indent = QString())
 {
-    QStringList lines {indent + item->text()};
+    QStringList lines{indent + item->text()};
     const QStringList own = roles(item);
     for (const QString &line : own) {
         lines.append(indent + QStringLiteral("  ") + line);
