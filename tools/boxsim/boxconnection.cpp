@@ -38,13 +38,13 @@ void BoxConnection::send(const QByteArray &frame, int delay)
         return;
     }
     if (m_outbox->queued() + frame.size() > m_shared.options->maxQueued) {
-        emit violation(QStringLiteral("does not read its answers, connection ended"));
+        complain(QStringLiteral("does not read its answers, connection ended"));
         m_outbox->discard();
         m_socket->abort();
         return;
     }
     m_outbox->send(frame, delay);
-    emit frameSent(frame);
+    emit frameSent(decodedFrame(m_peer, frame));
 }
 
 void BoxConnection::sendReport(const QVector<QByteArray> &frames)
@@ -54,7 +54,7 @@ void BoxConnection::sendReport(const QVector<QByteArray> &frames)
         size += frame.size();
     }
     if (size > m_shared.options->maxQueued) {
-        emit violation(QStringLiteral("does not read its reports, one was dropped"));
+        complain(QStringLiteral("does not read its reports, one was dropped"));
         return;
     }
     for (const QByteArray &frame : frames) {
@@ -80,9 +80,9 @@ void BoxConnection::read()
         m_received += bytes.size();
         const FrameReader::Result result = m_reader.feed(bytes);
         if (result.skipped > 0) {
-            emit violation(QStringLiteral("%1 bytes outside of any frame, %2 headers without one")
-                               .arg(result.skipped)
-                               .arg(result.rejected));
+            complain(QStringLiteral("%1 bytes outside of any frame, %2 headers without one")
+                         .arg(result.skipped)
+                         .arg(result.rejected));
         }
         for (const QByteArray &frame : result.frames) {
             if (!isOpen()) {
@@ -105,13 +105,13 @@ void BoxConnection::takeRole(Role role)
 
 void BoxConnection::handle(const QByteArray &frame)
 {
-    emit frameReceived(frame);
+    emit frameReceived(decodedFrame(m_peer, frame));
     const BoxSimOptions &options = *m_shared.options;
     switch (Wire::command(frame)) {
     case Wire::heartbeat:
         takeRole(Role::session);
         if (frame.size() != Wire::minFrame) {
-            emit violation(QStringLiteral("heartbeat with a body"));
+            complain(QStringLiteral("heartbeat with a body"));
         } else if (!m_shared.faults->noHeartbeat) {
             send(Wire::heartbeatAnswer(options.version, options.serialNumber, options.model),
                  m_shared.faults->lateHeartbeat);
@@ -130,7 +130,7 @@ void BoxConnection::handle(const QByteArray &frame)
         handleTransfer(frame, &m_program);
         break;
     default:
-        emit violation(QStringLiteral("unknown command"));
+        complain(QStringLiteral("unknown command"));
     }
 }
 
@@ -138,7 +138,7 @@ void BoxConnection::handleJson(const QByteArray &frame)
 {
     const JsonOutcome outcome = answerJson(frame, m_shared.settings, *m_shared.faults);
     if (!outcome.violation.isEmpty()) {
-        emit violation(outcome.violation);
+        complain(outcome.violation);
     }
     if (!outcome.answer.isEmpty() && !m_shared.faults->noJson) {
         send(outcome.answer, m_shared.faults->lateJson);
@@ -152,7 +152,7 @@ void BoxConnection::handleTransfer(const QByteArray &frame, TransferReceiver *re
 {
     const TransferReceiver::Step step = receiver->take(frame);
     if (!step.violation.isEmpty()) {
-        emit violation(step.violation);
+        complain(step.violation);
     }
     if (!step.ended) {
         return;
@@ -163,7 +163,7 @@ void BoxConnection::handleTransfer(const QByteArray &frame, TransferReceiver *re
         send(verdict, m_shared.faults->lateVerdict);
     }
     if (step.success) {
-        emit fileReceived(command, step.file);
+        emit fileReceived(m_peer, command, step.file);
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "boxsim/framedescription.h"
 #include "boxsim/framereader.h"
 #include "boxsim/options.h"
 #include "boxsim/outbox.h"
@@ -45,12 +46,12 @@ public:
     void abort() { m_socket->abort(); }
 
 signals:
-    void frameReceived(const QByteArray &frame);
-    void frameSent(const QByteArray &frame);
+    void frameReceived(const BoxSimFrame &frame);
+    void frameSent(const BoxSimFrame &frame);
     // The peer did something that a Box does not expect.
-    void violation(const QString &text);
+    void violation(const QString &peer, const QString &text);
     // The whole file of a transfer with a good digest.
-    void fileReceived(int command, const QByteArray &file);
+    void fileReceived(const QString &peer, int command, const QByteArray &file);
     // The answer to a reboot request is on its way; delay is how long it is held back.
     void rebootRequested(int delay);
     void closed();
@@ -61,6 +62,7 @@ private:
     void handleJson(const QByteArray &frame);
     void handleTransfer(const QByteArray &frame, TransferReceiver *receiver);
     QByteArray verdictBytes(int command, bool success) const;
+    void complain(const QString &text) { emit violation(m_peer, text); }
     void takeRole(Role role);
 
     QTcpSocket *m_socket;

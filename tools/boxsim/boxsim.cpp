@@ -2,7 +2,6 @@
 
 #include "boxsim/discoveryresponder.h"
 #include "boxsim/faultlist.h"
-#include "boxsim/framedescription.h"
 #include "boxsim/reportframes.h"
 #include "boxsim/wire.h"
 
@@ -11,11 +10,6 @@ namespace
 
 constexpr int longestHeartbeat = 127; // the tool reads the length's low byte as signed
 constexpr int rebootNotice = 50; // milliseconds between the reboot's answer and the end of the link
-
-BoxSimFrame decoded(const QString &peer, const QByteArray &bytes)
-{
-    return {peer, Wire::command(bytes), bytes, describeFrame(bytes)};
-}
 
 bool isSession(BoxConnection::Role role)
 {
@@ -239,22 +233,13 @@ void BoxSim::adopt(QTcpSocket *socket)
     auto *connection = new BoxConnection(socket, {&m_options, &m_faults, &m_settings}, this);
     m_connections.append(connection);
     ++m_seen;
-    const QString peer = connection->peer();
     connect(connection, &BoxConnection::closed, this, [this, connection] { forget(connection); });
-    connect(connection, &BoxConnection::frameReceived, this,
-            [this, peer](const QByteArray &frame) { emit frameReceived(decoded(peer, frame)); });
-    connect(connection, &BoxConnection::frameSent, this,
-            [this, peer](const QByteArray &frame) { emit frameSent(decoded(peer, frame)); });
-    connect(connection, &BoxConnection::violation, this,
-            [this, peer](const QString &text) { emit violation(peer, text); });
-    connect(connection, &BoxConnection::fileReceived, this,
-            [this, peer](int command, const QByteArray &file) { takeFile(peer, command, file); });
-    connect(connection, &BoxConnection::rebootRequested, this, [this](int delay) {
-        if (m_options.rebootTime > 0 && !m_rebootTimer.isActive() && !m_down) {
-            m_rebootTimer.start(delay + rebootNotice);
-        }
-    });
-    emit connectionOpened(peer);
+    connect(connection, &BoxConnection::frameReceived, this, &BoxSim::frameReceived);
+    connect(connection, &BoxConnection::frameSent, this, &BoxSim::frameSent);
+    connect(connection, &BoxConnection::violation, this, &BoxSim::violation);
+    connect(connection, &BoxConnection::fileReceived, this, &BoxSim::takeFile);
+    connect(connection, &BoxConnection::rebootRequested, this, &BoxSim::planReboot);
+    emit connectionOpened(connection->peer());
 }
 
 void BoxSim::forget(BoxConnection *connection)
@@ -290,6 +275,13 @@ void BoxSim::pushReports(const QVector<QByteArray> &reports)
     const QVector<QByteArray> frames = reportFrames(reports, m_faults);
     for (BoxConnection *session : sessions) {
         session->sendReport(frames);
+    }
+}
+
+void BoxSim::planReboot(int delay)
+{
+    if (m_options.rebootTime > 0 && !m_rebootTimer.isActive()) {
+        m_rebootTimer.start(delay + rebootNotice);
     }
 }
 

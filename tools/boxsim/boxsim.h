@@ -1,6 +1,7 @@
 #pragma once
 
 #include "boxsim/boxconnection.h"
+#include "boxsim/framedescription.h"
 #include "boxsim/options.h"
 #include "boxsim/projectrunner.h"
 #include "boxsim/settingsmemory.h"
@@ -10,15 +11,6 @@
 #include <QVector>
 
 class DiscoveryResponder;
-
-// One whole frame on the wire, either way.
-struct BoxSimFrame {
-    QString peer; // "address:port" of the tool
-    int command = 0;
-    QByteArray bytes; // header to footer
-    QString text; // what it says, in one line
-};
-Q_DECLARE_METATYPE(BoxSimFrame)
 
 // A Box in software: serves sessions, transfers and searches on the wire as a Box does, keeps settings, runs
 // the project that is pushed to it and reports its values, and misbehaves where it is told to. Needs an event
@@ -102,6 +94,7 @@ private:
     void adopt(QTcpSocket *socket);
     void forget(BoxConnection *connection);
     void takeFile(const QString &peer, int command, const QByteArray &file);
+    void planReboot(int delay);
     void pushReports(const QVector<QByteArray> &reports);
     void goDown();
     void comeBack();

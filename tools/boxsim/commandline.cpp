@@ -73,7 +73,7 @@ public:
     QHostAddress address(const char *name)
     {
         const QHostAddress address(text(name));
-        if (address.isNull() && !text(name).isEmpty()) {
+        if (address.isNull() && m_parser.isSet(QLatin1String(name))) {
             fail(QStringLiteral("--%1 takes an IP address").arg(QLatin1String(name)));
         }
         return address;

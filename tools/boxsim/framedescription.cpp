@@ -98,3 +98,8 @@ QString describeFrame(const QByteArray &frame)
             .arg(hex(frame));
     }
 }
+
+BoxSimFrame decodedFrame(const QString &peer, const QByteArray &bytes)
+{
+    return {peer, Wire::command(bytes), bytes, describeFrame(bytes)};
+}
