@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QSignalSpy>
+#include <QThread>
 
 // Transfers to the simulated Box, by hand-written chunks and digests.
 class tst_BoxSimTransfer : public QObject
@@ -18,6 +19,7 @@ private slots:
     void sessionGoesOnDuringATransfer();
     void aTransferConnectionGetsNoReports();
     void aPushedFileThatIsNoProjectLeavesTheOldOneRunning();
+    void aBlockingToolIsServedFromAnotherThread();
 
 private:
     static BoxSimOptions options()
@@ -184,6 +186,42 @@ void tst_BoxSimTransfer::aPushedFileThatIsNoProjectLeavesTheOldOneRunning()
     QCOMPARE(violations.size(), 1);
     QCOMPARE(violations.at(0).at(1).toString(), QStringLiteral("pushed file is no project: illegal value"));
     QCOMPARE(box.projectName(), QStringLiteral("Old"));
+}
+
+void tst_BoxSimTransfer::aBlockingToolIsServedFromAnotherThread()
+{
+    QThread thread;
+    BoxSim box(options());
+    box.moveToThread(&thread);
+    thread.start();
+    bool started = false;
+    QMetaObject::invokeMethod(
+        &box, [&box] { return box.start(); }, Qt::BlockingQueuedConnection, &started);
+    QTcpSocket tool;
+    tool.connectToHost(address(), 30088);
+    const bool connected = tool.waitForConnected(5000);
+    // More than the system buffers: without a reader the tool would stand still.
+    const int size = 30 * 1024 * 1024;
+    int blocked = 0;
+    for (int at = 0, number = 1; at < size; at += 1024, ++number) {
+        tool.write(Raw::chunk(4, size, number, QByteArray(1024, 'a')));
+        blocked += tool.waitForBytesWritten(5000) ? 0 : 1;
+    }
+    tool.write(Raw::checksum(4, size, "93ec09663019ee5273f775aa3a2220e8"));
+    while (tool.bytesAvailable() < 10 && tool.waitForReadyRead(5000)) { }
+    const QByteArray verdict = tool.readAll();
+    QMetaObject::invokeMethod(
+        &box,
+        [&box, home = QThread::currentThread()] {
+            box.stop();
+            box.moveToThread(home);
+        },
+        Qt::BlockingQueuedConnection);
+    thread.quit();
+    QVERIFY(thread.wait());
+    QVERIFY(started && connected);
+    QCOMPARE(blocked, 0);
+    QCOMPARE(verdict.toHex(), QByteArray("123404000a0003005678"));
 }
 
 QTEST_GUILESS_MAIN(tst_BoxSimTransfer)

@@ -24,8 +24,8 @@ bool isNoTransfer(BoxConnection::Role role)
 } // namespace
 
 BoxSim::BoxSim(const BoxSimOptions &options, QObject *parent)
-    : QObject(parent), m_options(options), m_faults(options.faults),
-      m_discovery(new DiscoveryResponder([this] { return searchAnswer(); }, this))
+    : QObject(parent), m_options(options), m_faults(options.faults), m_runner(this), m_server(this),
+      m_discovery(new DiscoveryResponder([this] { return searchAnswer(); }, this)), m_rebootTimer(this)
 {
     qRegisterMetaType<BoxSimFrame>();
     connect(&m_server, &QTcpServer::newConnection, this, &BoxSim::acceptConnections);

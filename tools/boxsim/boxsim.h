@@ -14,7 +14,8 @@ class DiscoveryResponder;
 
 // A Box in software: serves sessions, transfers and searches on the wire as a Box does, keeps settings, runs
 // the project that is pushed to it and reports its values, and misbehaves where it is told to. Needs an event
-// loop; lives in one thread.
+// loop. Before start() it may be moved to another thread, which serves tools that block their own; from then
+// on it is called in that thread only.
 class BoxSim : public QObject
 {
     Q_OBJECT

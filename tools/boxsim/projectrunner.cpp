@@ -13,7 +13,7 @@ constexpr int mostFloodBurst = 1000; // reports a tick, whatever rate is asked
 
 } // namespace
 
-ProjectRunner::ProjectRunner(QObject *parent) : QObject(parent)
+ProjectRunner::ProjectRunner(QObject *parent) : QObject(parent), m_floodTimer(this)
 {
     connect(&m_floodTimer, &QTimer::timeout, this, &ProjectRunner::floodTick);
 }
