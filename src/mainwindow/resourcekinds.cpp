@@ -7,7 +7,10 @@
 #include "mainwindow/editortabs.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "services/serviceiec61850editdialog.h"
+#include "standards/standarddlt645editdialog.h"
 #include "standards/standardinputdialog.h"
+#include "standards/standardmodbuseditdialog.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -87,7 +90,10 @@ const EditKind &editStandard()
 {
     static const EditKind kind{EditorTabs::standardTitle,
                                standardProtocolRole,
-                               {},
+                               {formClass<standardDLT645EditDialog>(QStringLiteral("DLT645"),
+                                                                    connectRename<standardDLT645EditDialog>),
+                                formClass<standardModbusEditDialog>(QStringLiteral("Modbus"),
+                                                                    connectRename<standardModbusEditDialog>)},
                                {EditorTabs::serviceTitle, EditorTabs::plcTitle, EditorTabs::boxTitle,
                                 EditorTabs::serverTitle, EditorTabs::projectTitle}};
     return kind;
@@ -97,7 +103,7 @@ const EditKind &editService()
 {
     static const EditKind kind{EditorTabs::serviceTitle,
                                serviceProtocolRole,
-                               {},
+                               {formClass<ServiceIEC61850EditDialog>(QStringLiteral("IEC61850"))},
                                {EditorTabs::standardTitle, EditorTabs::plcTitle, EditorTabs::boxTitle,
                                 EditorTabs::serverTitle, EditorTabs::projectTitle}};
     return kind;

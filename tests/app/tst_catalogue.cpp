@@ -1,0 +1,331 @@
+#include "document/dlt645items.h"
+
+#include <QFile>
+#include <QMap>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+#include <QTranslator>
+#include <QXmlStreamReader>
+
+namespace {
+
+// Context, source text and disambiguating comment: what Qt looks a translation up by.
+using Key = QStringList;
+
+struct Translation {
+    QStringList texts; // one, or one for each plural form
+    bool finished = true;
+};
+
+using Catalogue = QMap<Key, Translation>;
+
+// Sources that the document compares with: their translation is empty, so that they show as they are.
+const QStringList emptyOnPurpose = {QStringLiteral("None"), QStringLiteral("Password")};
+// Sources that a Box compares with: their translation is the source itself.
+const QStringList sameOnPurpose = {QStringLiteral("Enable"), QStringLiteral("Disabled")};
+
+Translation readTranslation(QXmlStreamReader &xml)
+{
+    Translation translation;
+    translation.finished = !xml.attributes().hasAttribute(QLatin1String("type"));
+    QString text;
+    while (!xml.atEnd() && !(xml.isEndElement() && xml.name() == QLatin1String("translation"))) {
+        xml.readNext();
+        if (xml.isCharacters()) {
+            text += xml.text();
+        } else if (xml.isStartElement()) {
+            translation.texts.append(xml.readElementText());
+        }
+    }
+    if (translation.texts.isEmpty()) {
+        translation.texts.append(text);
+    }
+    return translation;
+}
+
+Catalogue readCatalogue(const QString &path)
+{
+    Catalogue catalogue;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return catalogue;
+    }
+    QXmlStreamReader xml(&file);
+    QString context;
+    Key key;
+    while (xml.readNext() != QXmlStreamReader::Invalid && !xml.atEnd()) {
+        if (!xml.isStartElement()) {
+            continue;
+        }
+        if (xml.name() == QLatin1String("name")) {
+            context = xml.readElementText();
+        } else if (xml.name() == QLatin1String("source")) {
+            key = Key{context, xml.readElementText(), QString()};
+        } else if (xml.name() == QLatin1String("comment")) {
+            key[2] = xml.readElementText();
+        } else if (xml.name() == QLatin1String("translation")) {
+            catalogue.insert(key, readTranslation(xml));
+        }
+    }
+    return xml.hasError() ? Catalogue() : catalogue;
+}
+
+QString shown(const Key &key)
+{
+    return key.join(QLatin1String(" | "));
+}
+
+// The parts of a text that a translation has to keep: placeholders and the number of mnemonics.
+QStringList fixedParts(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("%L?[1-9n]|&(?=[^&\\s])"));
+    QStringList parts;
+    for (auto match = pattern.globalMatch(text); match.hasNext();) {
+        parts.append(match.next().captured());
+    }
+    parts.sort();
+    return parts;
+}
+
+QStringList keysOnlyIn(const Catalogue &one, const Catalogue &other)
+{
+    QStringList keys;
+    for (auto it = one.cbegin(); it != one.cend(); ++it) {
+        if (!other.contains(it.key())) {
+            keys.append(shown(it.key()));
+        }
+    }
+    return keys;
+}
+
+} // namespace
+
+class TestCatalogue : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void everyTextOfTheSourcesHasAContext();
+    void chineseHoldsExactlyTheTextsOfTheSources();
+    void englishHoldsExactlyTheTextsOfTheSources();
+    void everyTextHasAChineseOne();
+    void comparedTextsKeepTheirSource();
+    void chineseKeepsPlaceholdersAndMnemonics();
+    void fixedTexts_data();
+    void fixedTexts();
+    void tabTitlesDiffer();
+    void meterItemsDiffer();
+    void englishShowsTheSources();
+    void bothCataloguesLoad_data();
+    void bothCataloguesLoad();
+    void emptyTranslationShowsItsSource();
+
+private:
+    QString chineseOf(const char *context, const char *source) const
+    {
+        const Key key{QString::fromLatin1(context), QString::fromLatin1(source), QString()};
+        return m_chinese.value(key).texts.value(0);
+    }
+
+    QByteArray m_complaints; // of lupdate
+    Catalogue m_sources;
+    Catalogue m_chinese;
+    Catalogue m_english;
+};
+
+void TestCatalogue::initTestCase()
+{
+    QProcess lupdate;
+    lupdate.start(QStringLiteral(LUPDATE),
+                  {QStringLiteral("-silent"), QStringLiteral("-locations"), QStringLiteral("none"),
+                   QStringLiteral("-recursive"), QStringLiteral(SOURCE_ROOT "/src"), QStringLiteral("-ts"),
+                   QStringLiteral("sources.ts")});
+    QVERIFY2(lupdate.waitForFinished(120000), qPrintable(lupdate.errorString()));
+    m_complaints = lupdate.readAllStandardError();
+    QVERIFY2(lupdate.exitCode() == 0, m_complaints.constData());
+
+    m_sources = readCatalogue(QStringLiteral("sources.ts"));
+    m_chinese = readCatalogue(QStringLiteral(SOURCE_ROOT "/src/resources/chinese.ts"));
+    m_english = readCatalogue(QStringLiteral(SOURCE_ROOT "/src/resources/english.ts"));
+    QVERIFY(!m_sources.isEmpty());
+}
+
+// A class that calls tr() without Q_OBJECT asks in its base's context, where no translation stands.
+void TestCatalogue::everyTextOfTheSourcesHasAContext()
+{
+    QCOMPARE(QString::fromLocal8Bit(m_complaints), QString());
+}
+
+void TestCatalogue::chineseHoldsExactlyTheTextsOfTheSources()
+{
+    const QStringList missing = keysOnlyIn(m_sources, m_chinese);
+    QVERIFY2(missing.isEmpty(), qPrintable(QStringLiteral("Missing:\n") + missing.join(QLatin1Char('\n'))));
+    const QStringList unused = keysOnlyIn(m_chinese, m_sources);
+    QVERIFY2(unused.isEmpty(), qPrintable(QStringLiteral("Unused:\n") + unused.join(QLatin1Char('\n'))));
+}
+
+void TestCatalogue::englishHoldsExactlyTheTextsOfTheSources()
+{
+    const QStringList missing = keysOnlyIn(m_sources, m_english);
+    QVERIFY2(missing.isEmpty(), qPrintable(QStringLiteral("Missing:\n") + missing.join(QLatin1Char('\n'))));
+    const QStringList unused = keysOnlyIn(m_english, m_sources);
+    QVERIFY2(unused.isEmpty(), qPrintable(QStringLiteral("Unused:\n") + unused.join(QLatin1Char('\n'))));
+}
+
+void TestCatalogue::everyTextHasAChineseOne()
+{
+    QStringList untranslated;
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        const bool empty = it->texts.contains(QString());
+        if (!it->finished || (empty && !emptyOnPurpose.contains(it.key().at(1)))) {
+            untranslated.append(shown(it.key()));
+        }
+    }
+    QVERIFY2(untranslated.isEmpty(), qPrintable(untranslated.join(QLatin1Char('\n'))));
+}
+
+void TestCatalogue::comparedTextsKeepTheirSource()
+{
+    QSet<QString> met;
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        const QString &source = it.key().at(1);
+        if (emptyOnPurpose.contains(source)) {
+            QVERIFY2(it->texts == QStringList(QString()), qPrintable(shown(it.key())));
+            met.insert(source);
+        } else if (sameOnPurpose.contains(source)) {
+            QVERIFY2(it->texts == QStringList(source), qPrintable(shown(it.key())));
+            met.insert(source);
+        }
+    }
+    for (const QString &source : emptyOnPurpose + sameOnPurpose) {
+        QVERIFY2(met.contains(source), qPrintable(source));
+    }
+}
+
+void TestCatalogue::chineseKeepsPlaceholdersAndMnemonics()
+{
+    QStringList different;
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        for (const QString &text : it->texts) {
+            if (!text.isEmpty() && fixedParts(text) != fixedParts(it.key().at(1))) {
+                different.append(shown(it.key()) + QLatin1String(" -> ") + text);
+            }
+        }
+    }
+    QVERIFY2(different.isEmpty(), qPrintable(different.join(QLatin1Char('\n'))));
+}
+
+void TestCatalogue::fixedTexts_data()
+{
+    QTest::addColumn<QString>("chinese");
+    const struct {
+        const char *source;
+        QString chinese;
+    } rows[] = {
+        {"New Project", QStringLiteral("新建项目")},
+        {"Load Project", QStringLiteral("加载项目")},
+        {"Save All Project", QStringLiteral("保存全部项目")},
+        {"Save Project", QStringLiteral("保存项目")},
+        {"Close Project", QStringLiteral("关闭项目")},
+        {"Edit Project", QStringLiteral("编辑项目")},
+        {"Add Standard", QStringLiteral("添加Standard")},
+        {"Add Box", QStringLiteral("添加Box")},
+        {"Search Box", QStringLiteral("搜索设备")},
+        {"Edit Box", QStringLiteral("编辑Box")},
+        {"Edit Standard", QStringLiteral("编辑Standard")},
+        {"Edit Service", QStringLiteral("编辑Service")},
+        {"Delete", QStringLiteral("删除")},
+        {"Delete All", QStringLiteral("删除全部")},
+        {"Effective", QStringLiteral("有效")},
+        {"Invalid", QStringLiteral("无效")},
+        {"Unknown", QStringLiteral("未知")},
+        {"Timed", QStringLiteral("定时上报")},
+        {"Change", QStringLiteral("变化上报")},
+        {"Change amplitude", QStringLiteral("变化幅度上报")},
+        {"anonymous", QStringLiteral("匿名")},
+        {"Username and password verification", QStringLiteral("用户名、密码验证")},
+    };
+    for (const auto &row : rows) {
+        QTest::newRow(row.source) << row.chinese;
+    }
+}
+
+// Terms that read the same wherever they stand. A term that no source uses has nothing to agree with.
+void TestCatalogue::fixedTexts()
+{
+    QFETCH(QString, chinese);
+    const QString source = QString::fromLatin1(QTest::currentDataTag());
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        if (it.key().at(1) == source) {
+            QCOMPARE(it->texts, QStringList(chinese));
+        }
+    }
+}
+
+// An open tab is found by its title: two kinds with one title would share a tab.
+void TestCatalogue::tabTitlesDiffer()
+{
+    QSet<QString> titles;
+    for (const char *source :
+         {"Edit Box", "Edit PLC", "Edit Server", "Edit Standard", "Edit Service", "Edit Project"}) {
+        const QString title = chineseOf("CMainWindow", source);
+        QVERIFY2(!title.isEmpty(), source);
+        QVERIFY2(!titles.contains(title), source);
+        titles.insert(title);
+    }
+}
+
+// The document finds the code of an item by the label that the form shows.
+void TestCatalogue::meterItemsDiffer()
+{
+    QSet<QString> labels;
+    for (const Dlt645::Item &item : Dlt645::items()) {
+        const QString label = chineseOf("CMainWindow", item.label);
+        QVERIFY2(!label.isEmpty(), item.label);
+        QVERIFY2(!labels.contains(label), item.label);
+        labels.insert(label);
+    }
+    QCOMPARE(labels.size(), 44);
+}
+
+void TestCatalogue::englishShowsTheSources()
+{
+    for (auto it = m_english.cbegin(); it != m_english.cend(); ++it) {
+        for (const QString &text : it->texts) {
+            QVERIFY2(text.isEmpty() || text == it.key().at(1), qPrintable(shown(it.key())));
+        }
+    }
+}
+
+void TestCatalogue::bothCataloguesLoad_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("chinese") << QStringLiteral(":/adsdemo/chinese.qm");
+    QTest::newRow("english") << QStringLiteral(":/adsdemo/english.qm");
+}
+
+void TestCatalogue::bothCataloguesLoad()
+{
+    QFETCH(QString, file);
+    QTranslator translator;
+    QVERIFY(translator.load(file));
+}
+
+void TestCatalogue::emptyTranslationShowsItsSource()
+{
+    QTranslator translator;
+    QVERIFY(translator.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        if (emptyOnPurpose.contains(it.key().at(1))) {
+            const QByteArray context = it.key().at(0).toUtf8();
+            const QByteArray source = it.key().at(1).toUtf8();
+            QCOMPARE(QCoreApplication::translate(context.constData(), source.constData()), it.key().at(1));
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(TestCatalogue)
+#include "tst_catalogue.moc"
