@@ -5,9 +5,11 @@
 
 #include <QStringList>
 
-namespace BoxGroups {
+namespace BoxGroups
+{
 
-namespace {
+namespace
+{
 
 constexpr auto ip = QT_TRANSLATE_NOOP("BoxEditDialog", "IP:");
 constexpr auto mask = QT_TRANSLATE_NOOP("BoxEditDialog", "Mask:");
@@ -116,9 +118,9 @@ QVector<Field> head()
 
 QVector<Field> model()
 {
-    return {list("model", QT_TRANSLATE_NOOP("BoxEditDialog", "Model:"), boxModelRole,
-                 {QStringLiteral("MRN-RIM-KX91"), QStringLiteral("MRN-GATE-70"),
-                  QStringLiteral("MRN-GATE-20")})};
+    return {
+        list("model", QT_TRANSLATE_NOOP("BoxEditDialog", "Model:"), boxModelRole,
+             {QStringLiteral("MRN-RIM-KX91"), QStringLiteral("MRN-GATE-70"), QStringLiteral("MRN-GATE-20")})};
 }
 
 QVector<BoxGroup> groups()

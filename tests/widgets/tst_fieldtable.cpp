@@ -9,7 +9,8 @@
 #include <QTranslator>
 #include <QtTest>
 
-namespace {
+namespace
+{
 
 enum TestRole {
     stationRole = Qt::UserRole + 1,
@@ -41,8 +42,7 @@ QVector<Field> testFields()
 
 // A page with the table's rows.
 struct Page {
-    explicit Page(const QVector<Field> &fields = testFields())
-        : table("Test", fields)
+    explicit Page(const QVector<Field> &fields = testFields()) : table("Test", fields)
     {
         layout = new QFormLayout(&widget);
         table.build(layout);
@@ -67,8 +67,8 @@ QVariantList shown(const FieldTable &table)
 
 QVariantList roles(const QStandardItem &item)
 {
-    return {item.text(),           item.data(stationRole), item.data(parityRole),
-            item.data(enabledRole), item.data(switchRole),  item.data(secretRole)};
+    return {item.text(),           item.data(stationRole), item.data(parityRole), item.data(enabledRole),
+            item.data(switchRole), item.data(secretRole)};
 }
 
 } // namespace
