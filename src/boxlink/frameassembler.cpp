@@ -36,35 +36,33 @@ bool isFooter(char first, char second)
 
 FrameAssembler::FrameAssembler(Sink sink) : m_sink(std::move(sink)) { }
 
+// The state is whole whenever the sink is called: the chunk's position lies behind the frame, and nothing is
+// carried over. A call from the sink works off all chunks before it returns, its own as the last.
 void FrameAssembler::assemble(const char *data, unsigned length)
 {
-    if (m_current && !run(*m_current)) { // called by the sink: what is left of the chunk in work comes first
-        return;
+    Chunk chunk{data, qsizetype(length), 0, nullptr};
+    Chunk **end = &m_chunks;
+    while (*end) {
+        end = &(*end)->next;
     }
-    Chunk chunk{data, qsizetype(length), 0};
-    Chunk *const interrupted = std::exchange(m_current, &chunk);
-    if (run(chunk)) {
-        m_current = interrupted;
-    }
-}
+    *end = &chunk;
 
-// Works a chunk off. The state is whole whenever the sink is called: the chunk's position lies behind the
-// frame, and nothing is carried over. False if the sink has destroyed this object.
-bool FrameAssembler::run(Chunk &chunk)
-{
     const std::weak_ptr<char> alive = m_alive;
     const Sink sink = m_sink; // must outlast the object while it runs
     Buffer joined;
-    while (chunk.position < chunk.length) {
-        const Span frame = m_carryLength > 0 ? completeCarried(chunk, joined) : nextWhole(chunk);
+    while (m_chunks) {
+        if (m_chunks->position == m_chunks->length) {
+            m_chunks = m_chunks->next;
+            continue;
+        }
+        const Span frame = m_carryLength > 0 ? completeCarried(*m_chunks, joined) : nextWhole(*m_chunks);
         if (frame.length > 0) {
             sink(frame.data, unsigned(frame.length));
             if (alive.expired()) {
-                return false;
+                return;
             }
         }
     }
-    return true;
 }
 
 // Something is carried over, so the chunk is still untouched. Joins the carried frame with its rest; or keeps

@@ -20,7 +20,7 @@ class FrameAssembler
 {
 public:
     // Takes one frame; the bytes are valid until it returns. A sink may call assemble() again, as a modal box
-    // does that lets the next chunk in: what is left of the present chunk then comes first. It may also
+    // does that lets the next chunk in: what is left of the earlier ones then comes first. It may also
     // destroy the assembler; the chunk's bytes must outlive the call of assemble() in any case.
     using Sink = std::function<void(const char *frame, unsigned length)>;
 
@@ -35,6 +35,7 @@ private:
         const char *data;
         qsizetype length;
         qsizetype position; // what lies before it is accounted for
+        Chunk *next;
     };
     struct Span {
         const char *data = nullptr;
@@ -42,7 +43,6 @@ private:
     };
     using Buffer = std::array<char, Frame::carryCapacity>;
 
-    bool run(Chunk &chunk);
     Span completeCarried(Chunk &chunk, Buffer &joined);
     void keepWaiting(Chunk &chunk, int carry);
     bool skipCarriedHeader(int *start, int *carry);
@@ -51,6 +51,6 @@ private:
     Sink m_sink;
     Buffer m_carryBuffer{}; // the start of a frame that has not yet come in whole
     qint32 m_carryLength = 0;
-    Chunk *m_current = nullptr; // Not owned. The chunk in work, on the stack of assemble().
+    Chunk *m_chunks = nullptr; // Not owned. In order of arrival, each on the stack of its assemble().
     std::shared_ptr<char> m_alive = std::make_shared<char>();
 };

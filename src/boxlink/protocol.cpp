@@ -64,6 +64,18 @@ int signedFrameLength(const QByteArray &frame)
     return (qint8(frame[Frame::lengthOffset + 1]) * 256) | qint8(frame[Frame::lengthOffset]);
 }
 
+// Under the names by which the signals declare them, beside their full ones.
+void registerRecords()
+{
+    qRegisterMetaType<Protocol::LanAllocationData>("LanAllocationData");
+    qRegisterMetaType<Protocol::WanAllocationData>("WanAllocationData");
+    qRegisterMetaType<Protocol::WifiAllocationData>("WifiAllocationData");
+    qRegisterMetaType<Protocol::LteAllocationData>("LteAllocationData");
+    qRegisterMetaType<Protocol::NTPAllocationData>("NTPAllocationData");
+    qRegisterMetaType<Protocol::timeAllocationData>("timeAllocationData");
+    qRegisterMetaType<Protocol::dataMonitoringData>("dataMonitoringData");
+}
+
 } // namespace
 
 // Puts off the end of a disposed session while one of its calls is on the stack: the socket is still sending its
@@ -92,6 +104,8 @@ Protocol::Protocol(QObject *parent)
     : QObject(parent), m_heartbeatTimer(this), m_offlineTimer(this),
       m_assembler([this](const char *frame, unsigned length) { dispatchFrame(frame, length); })
 {
+    registerRecords();
+
     m_heartbeatTimer.setObjectName(QStringLiteral("heartbeatTimer"));
     connect(&m_heartbeatTimer, &QTimer::timeout, this, &Protocol::sendHeartbeat);
     m_heartbeatTimer.start(heartbeatInterval);
