@@ -19,7 +19,7 @@ enum class FieldKind {
     ReadOnly, // QLineEdit that shows only
     List, // QComboBox of fixed entries, stored as the entry's text
     Check, // QCheckBox, stored as a boolean
-    OnOff, // two QRadioButtons "ON" and "OFF", stored as "on" or "off"
+    OnOff, // two QRadioButtons, stored as "on" or "off"
 };
 
 enum class FieldCheck { None, Ipv4, HostName, NoCjk, Port, Integer };
@@ -32,7 +32,7 @@ struct Field {
     FieldKind kind;
     int role; // role of the item, or FieldTable::noRole
     FieldCheck check = FieldCheck::None; // what may be typed
-    QStringList entries = {}; // of a List, in order
+    QStringList entries = {}; // source texts of a List, in order; of an OnOff, those of its two buttons
     const char *defaultValue = nullptr; // written into a role that reads as empty, when the form opens
     const char *listFallback = nullptr; // List: entry selected when the role's text is not among the entries
 };

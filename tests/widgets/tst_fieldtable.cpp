@@ -34,7 +34,12 @@ QVector<Field> testFields()
          nullptr,
          "ODD"},
         {"enabled", "Enabled:", FieldKind::Check, enabledRole},
-        {"power", "Power:", FieldKind::OnOff, switchRole},
+        {"power",
+         "Power:",
+         FieldKind::OnOff,
+         switchRole,
+         FieldCheck::None,
+         {QStringLiteral("ON"), QStringLiteral("OFF")}},
         {"secret", "Secret:", FieldKind::Password, secretRole, FieldCheck::NoCjk},
         {"clock", "Clock:", FieldKind::ReadOnly, FieldTable::noRole},
     };
@@ -206,6 +211,10 @@ void TestFieldTable::fallbackIsMetInItsTranslation()
     QVERIFY(QCoreApplication::installTranslator(&translator));
     Page page;
     QCOMPARE(page.table.label(QStringLiteral("name"))->text(), QStringLiteral("<Name:>"));
+    QCOMPARE(page.widget.findChild<QRadioButton *>(QStringLiteral("powerOn"))->text(),
+             QStringLiteral("<ON>"));
+    QCOMPARE(page.widget.findChild<QRadioButton *>(QStringLiteral("powerOff"))->text(),
+             QStringLiteral("<OFF>"));
     QStandardItem item;
     page.table.fill(&item);
     QCOMPARE(page.table.text(QStringLiteral("parity")), QStringLiteral("<ODD>"));
