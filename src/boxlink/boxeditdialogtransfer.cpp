@@ -16,7 +16,8 @@
 #include <QProgressBar>
 #include <QStandardItem>
 
-namespace {
+namespace
+{
 
 // Writes the document with the line ends of the platform; false after a debug line.
 bool writeTempFile(const QString &path, const QJsonObject &project)
@@ -41,8 +42,8 @@ void BoxEditDialog::updateProject()
         qDebug() << "No project selected.";
         return;
     }
-    const QString path = project->data(projectPathRole).toString() + QDir::separator()
-        + QLatin1String("temp.json");
+    const QString path =
+        project->data(projectPathRole).toString() + QDir::separator() + QLatin1String("temp.json");
     if (!writeTempFile(path, m_workspace->buildProjectJson(project))) {
         return;
     }
