@@ -2,7 +2,6 @@
 
 #include "boxlink/boxeditdialog.h"
 #include "mainwindow/editortabs.h"
-#include "mainwindow/monitoringview.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
 #include "support/projectdump.h"
