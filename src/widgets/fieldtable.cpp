@@ -25,6 +25,14 @@ QRadioButton *radio(const QWidget *pair, const char *suffix)
     return pair->findChild<QRadioButton *>(pair->objectName() + QLatin1String(suffix));
 }
 
+// A button of an exclusive pair refuses to be unchecked, which would leave one item's choice to the next.
+void check(QRadioButton *button, bool checked)
+{
+    button->setAutoExclusive(false);
+    button->setChecked(checked);
+    button->setAutoExclusive(true);
+}
+
 } // namespace
 
 FieldTable::FieldTable(const char *context, QVector<Field> fields)
@@ -33,17 +41,29 @@ FieldTable::FieldTable(const char *context, QVector<Field> fields)
 {
 }
 
+void FieldTable::append(const QVector<Field> &fields)
+{
+    m_fields += fields;
+}
+
 void FieldTable::build(QFormLayout *layout)
 {
-    QWidget *parent = layout->parentWidget();
     for (const Field &field : qAsConst(m_fields)) {
-        auto *label = new QLabel(QCoreApplication::translate(m_context, field.label), parent);
-        QWidget *widget = makeWidget(field, parent);
-        widget->setObjectName(nameOf(field));
-        label->setBuddy(widget);
-        layout->addRow(label, widget);
-        m_widgets.insert(nameOf(field), widget);
-        m_labels.insert(nameOf(field), label);
+        if (!widget(nameOf(field))) {
+            make(field, layout->parentWidget());
+            layout->addRow(label(nameOf(field)), widget(nameOf(field)));
+        }
+    }
+}
+
+void FieldTable::buildUnseen(QWidget *parent)
+{
+    for (const Field &field : qAsConst(m_fields)) {
+        if (!widget(nameOf(field))) {
+            make(field, parent);
+            label(nameOf(field))->hide();
+            widget(nameOf(field))->hide();
+        }
     }
 }
 
@@ -131,6 +151,16 @@ QComboBox *FieldTable::comboBox(const QString &name) const
 QLabel *FieldTable::label(const QString &name) const
 {
     return m_labels.value(name);
+}
+
+void FieldTable::make(const Field &field, QWidget *parent)
+{
+    auto *label = new QLabel(QCoreApplication::translate(m_context, field.label), parent);
+    QWidget *widget = makeWidget(field, parent);
+    widget->setObjectName(nameOf(field));
+    label->setBuddy(widget);
+    m_widgets.insert(nameOf(field), widget);
+    m_labels.insert(nameOf(field), label);
 }
 
 QWidget *FieldTable::makeWidget(const Field &field, QWidget *parent)
@@ -234,7 +264,9 @@ void FieldTable::show(const Field &field, const QVariant &value, Unknown unknown
         auto *box = qobject_cast<QComboBox *>(shown);
         int index = box->findData(text, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
         if (index < 0 && unknown == Unknown::SelectFallback) {
-            index = field.listFallback ? box->findText(QString::fromLatin1(field.listFallback)) : 0;
+            index = field.listFallback
+                ? box->findText(QCoreApplication::translate(m_context, field.listFallback))
+                : 0;
         }
         if (index >= 0) {
             box->setCurrentIndex(index);
@@ -245,8 +277,8 @@ void FieldTable::show(const Field &field, const QVariant &value, Unknown unknown
         qobject_cast<QCheckBox *>(shown)->setChecked(ProjectTree::isTrue(value));
         break;
     case FieldKind::OnOff:
-        radio(shown, "On")->setChecked(text == QLatin1String("on"));
-        radio(shown, "Off")->setChecked(text == QLatin1String("off"));
+        check(radio(shown, "On"), text == QLatin1String("on"));
+        check(radio(shown, "Off"), text == QLatin1String("off"));
         break;
     case FieldKind::Text:
     case FieldKind::Password:

@@ -36,8 +36,9 @@ struct Field {
     const char *listFallback = nullptr;   // List: entry selected when the role's text is not among the entries
 };
 
-// The fields of one group of a form. The widgets belong to the layout's parent widget; the table itself holds
-// no more than pointers, so it must not outlive the form.
+// The fields of a form or of one group of it. The widgets belong to the layout's parent widget; the table itself
+// holds no more than pointers, so it must not outlive the form. A form of several pages appends and builds page by
+// page: all its fields then fill, save and clear as one, and fields with the same check share one validator.
 class FieldTable
 {
 public:
@@ -49,10 +50,15 @@ public:
     };
 
     // The context is that of the form's own translations.
-    FieldTable(const char *context, QVector<Field> fields);
+    explicit FieldTable(const char *context, QVector<Field> fields = {});
 
-    // Appends one labelled row a field; labels are buddies.
+    // The fields of a further page, to be built before anything else is done with the table.
+    void append(const QVector<Field> &fields);
+    // Appends one labelled row a field to the layout, which is already set on a widget; labels are buddies. Fields
+    // built before are passed over.
     void build(QFormLayout *layout);
+    // The same for fields that only carry a value: hidden children of the parent, in no layout.
+    void buildUnseen(QWidget *parent);
 
     // Writes defaults into empty roles, then shows the item's roles.
     void fill(QStandardItem *item, Unknown unknown = Unknown::SelectFallback) const;
@@ -66,6 +72,7 @@ public:
     // What the widget of the field shows, as it would be stored; an invalid QVariant for an unknown name.
     QVariant value(const QString &name) const;
     QString text(const QString &name) const;
+    // Shows the text in the field; a List without that entry stays, an OnOff is unchecked but for "on" and "off".
     void setText(const QString &name, const QString &text) const;
 
     QWidget *widget(const QString &name) const;
@@ -76,6 +83,8 @@ public:
     const QVector<Field> &fields() const { return m_fields; }
 
 private:
+    // Makes the widget and its label, and enters both.
+    void make(const Field &field, QWidget *parent);
     QWidget *makeWidget(const Field &field, QWidget *parent);
     QWidget *makeOnOff(const Field &field, QWidget *parent) const;
     QValidator *validatorFor(FieldCheck check, QWidget *parent);

@@ -1,0 +1,17 @@
+#pragma once
+
+class BoxEditDialog;
+class QLabel;
+class QProgressBar;
+class QWidget;
+
+// The form's page "Commonly": session, transfers and reboot. All belongs to the page's widget.
+struct BoxCommonPage {
+    QWidget *widget;
+    QLabel *status;
+    QLabel *version;
+    QProgressBar *progress; // of a transfer, 0 to 100
+
+    // Builds the page as a child of the form and connects its buttons to the form's slots.
+    static BoxCommonPage build(BoxEditDialog *form);
+};

@@ -1,0 +1,51 @@
+#include "boxlink/hostaddressdialog.h"
+
+#include "boxlink/boxeditdialog.h"
+#include "boxlink/filetransfer.h"
+#include "widgets/formpage.h"
+
+#include <QComboBox>
+#include <QHostAddress>
+#include <QLabel>
+#include <QNetworkInterface>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+HostAddressDialog::HostAddressDialog(const QString &current, QWidget *parent)
+    : QDialog(parent)
+    , m_address(new QComboBox(this))
+{
+    setWindowTitle(BoxEditDialog::tr("Select Host Address"));
+    setMinimumSize(350, 100);
+    m_address->setObjectName(QStringLiteral("hostAddress"));
+    m_address->addItems(choices(QNetworkInterface::allAddresses()));
+    m_address->setCurrentIndex(
+        qMax(0, m_address->findData(current, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive)));
+
+    auto *layout = new QVBoxLayout(this);
+    auto *label = new QLabel(BoxEditDialog::tr("Please select the host address:"), this);
+    label->setBuddy(m_address);
+    layout->addWidget(label);
+    layout->addWidget(m_address);
+    layout->addStretch();
+    const FormPage::Buttons buttons
+        = FormPage::appendButtons(layout, BoxEditDialog::tr("OK"), BoxEditDialog::tr("Cancel"));
+    buttons.save->setObjectName(QStringLiteral("okButton"));
+    buttons.save->setDefault(true);
+    buttons.cancel->setAutoDefault(false);
+    // Two connections: what the choice sets off may cost the dialog its life.
+    connect(buttons.save, &QPushButton::clicked, this, [this] { emit chosen(m_address->currentText()); });
+    connect(buttons.save, &QPushButton::clicked, this, &QDialog::accept);
+    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+QStringList HostAddressDialog::choices(const QList<QHostAddress> &addresses)
+{
+    QStringList texts{FileTransfer::anyAddress()};
+    for (const QHostAddress &address : addresses) {
+        if (address.protocol() == QAbstractSocket::IPv4Protocol && !address.isLoopback()) {
+            texts.append(address.toString());
+        }
+    }
+    return texts;
+}

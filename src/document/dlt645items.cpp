@@ -1,0 +1,134 @@
+#include "document/dlt645items.h"
+
+#include <QCoreApplication>
+
+namespace Dlt645
+{
+
+// clang-format off
+// The trailing blank in the 1997 format of the reverse energy is part of the value that the Box expects.
+static const std::array<Item, itemCount> table = {{
+    // label, 2007 identifier and format, 1997 identifier and format
+    {QT_TRANSLATE_NOOP("CMainWindow", "Positive active power rate of 4 electric energy"), {"00010400", "XXXXXX.XX"}, {"9014", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Positive active power rate of 3 electric energy"), {"00010300", "XXXXXX.XX"}, {"9013", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Positive active power rate of 2 electric energy"), {"00010200", "XXXXXX.XX"}, {"9012", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Positive active power rate of 1 electric energy"), {"00010100", "XXXXXX.XX"}, {"9011", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Combination active power rate 4 electricity"), {"00000400", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Combination active power rate 3 electricity"), {"00000300", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Combination active power rate 2 electricity"), {"00000200", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Combination active power rate 1 electricity"), {"00000100", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Combined reactive power 2 total electrical energy"), {"00040000", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Combined reactive power 1 total electrical energy"), {"00030000", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "A-phase positive active energy"), {"00150000", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "B-phase positive active energy"), {"00290000", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "C-phase positive active energy"), {"003D0000", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Reactive constant of electric meter"), {"0400040A", "XXXXXX"}, {"C031", "NNNNNN"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Active constant of electric meter"), {"04000409", "XXXXXX"}, {"C030", "NNNNNN"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Combined active total electrical energy"), {"00000000", "XXXXXX.XX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Reverse active total electrical energy"), {"00020000", "XXXXXX.XX"}, {"9020", "XXXXXX.XX "}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Total reactive energy in the first quadrant"), {"00050000", "XXXXXX.XX"}, {"9130", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Total reactive energy in the second quadrant"), {"00060000", "XXXXXX.XX"}, {"9150", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Total reactive energy in the third quadrant"), {"00070000", "XXXXXX.XX"}, {"9160", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Total reactive energy in the fourth quadrant"), {"00080000", "XXXXXX.XX"}, {"9140", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Positive active total electrical energy"), {"00010000", "XXXXXX.XX"}, {"9010", "XXXXXX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous total apparent power"), {"02050000", "XX.XXXX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous A-phase apparent power"), {"02050100", "XX.XXXX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous B-phase apparent power"), {"02050200", "XX.XXXX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous C-phase apparent power"), {"02050300", "XX.XXXX"}, {}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous total reactive power"), {"02040000", "XX.XXXX"}, {"B640", "XX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous A-phase reactive power"), {"02040100", "XX.XXXX"}, {"B641", "XX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous B-phase reactive power"), {"02040200", "XX.XXXX"}, {"B642", "XX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous C-phase reactive power"), {"02040300", "XX.XXXX"}, {"B643", "XX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous total active power"), {"02030000", "XX.XXXX"}, {"B630", "XX.XXXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous A-phase active power"), {"02030100", "XX.XXXX"}, {"B631", "XX.XXXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous B-phase active power"), {"02030200", "XX.XXXX"}, {"B632", "XX.XXXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Instantaneous C-phase active power"), {"02030300", "XX.XXXX"}, {"B633", "XX.XXXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "Total power factor"), {"02060000", "X.XXX"}, {"B650", "X.XXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "A-phase power factor"), {"02060100", "X.XXX"}, {"B651", "X.XXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "B-phase power factor"), {"02060200", "X.XXX"}, {"B652", "X.XXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "C-phase power factor"), {"02060300", "X.XXX"}, {"B653", "X.XXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "A-phase current"), {"02020100", "XXX.XXX"}, {"B621", "XX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "B-phase current"), {"02020200", "XXX.XXX"}, {"B622", "XX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "C-phase current"), {"02020300", "XXX.XXX"}, {"B623", "XX.XX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "A-phase voltage"), {"02010100", "XXX.X"}, {"B611", "XXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "B-phase voltage"), {"02010200", "XXX.X"}, {"B612", "XXX"}},
+    {QT_TRANSLATE_NOOP("CMainWindow", "C-phase voltage"), {"02010300", "XXX.X"}, {"B613", "XXX"}},
+}};
+// clang-format on
+
+const std::array<Item, itemCount> &items()
+{
+    return table;
+}
+
+QVector<const Item *> itemsOf(Version version)
+{
+    QVector<const Item *> result;
+    for (const Item &item : table) {
+        if (item.code(version).address) {
+            result.append(&item);
+        }
+    }
+    return result;
+}
+
+static QHash<QString, const Item *> indexByAddress()
+{
+    QHash<QString, const Item *> index;
+    for (const Item &item : table) {
+        for (const Code &code : {item.code2007, item.code1997}) {
+            if (code.address) {
+                index.insert(QLatin1String(code.address), &item);
+            }
+        }
+    }
+    return index;
+}
+
+const Item *findByAddress(const QString &address)
+{
+    static const QHash<QString, const Item *> index = indexByAddress();
+    return index.value(address);
+}
+
+QString label(const Item &item)
+{
+    return QCoreApplication::translate("CMainWindow", item.label);
+}
+
+QString versionText(Version version)
+{
+    return version == Version2007 ? QStringLiteral("DLT645_2007") : QStringLiteral("DLT645_1997");
+}
+
+Version versionOf(const QString &text)
+{
+    return text == versionText(Version2007) ? Version2007 : Version1997;
+}
+
+Labels::Labels()
+{
+    // Backwards, so that of equal labels the first in the table stays.
+    for (auto item = table.rbegin(); item != table.rend(); ++item) {
+        const QString text = label(*item);
+        for (const Version version : {Version2007, Version1997}) {
+            const Code &code = item->code(version);
+            if (code.address) {
+                (version == Version2007 ? m_by2007 : m_by1997).insert(text, &*item);
+                m_byAddress.insert(QLatin1String(code.address), text);
+            }
+        }
+    }
+}
+
+const Item *Labels::find(const QString &label, Version version) const
+{
+    return (version == Version2007 ? m_by2007 : m_by1997).value(label);
+}
+
+QString Labels::ofAddress(const QString &address) const
+{
+    return m_byAddress.value(address);
+}
+
+} // namespace Dlt645

@@ -1,0 +1,64 @@
+#include "document/projectfile.h"
+
+#include "document/documentkeys.h"
+#include "document/projectwriter.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QJsonDocument>
+#include <QSaveFile>
+
+SaveResult saveProject(const QStandardItem *project)
+{
+    SaveResult result;
+    result.path = projectFilePath(project);
+    result.document = buildProjectJson(project);
+
+    QSaveFile file(result.path);
+    file.setDirectWriteFallback(true);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+        result.failure = SaveResult::Failure::OpenFailed;
+        result.errorString = file.errorString();
+        qDebug() << "Could not open file for writing:" << result.errorString;
+        return result;
+    }
+    // What the disk refuses may show only when the last bytes are flushed, so both steps decide.
+    if (file.write(QJsonDocument(result.document).toJson()) == -1 || !file.commit()) {
+        result.failure = SaveResult::Failure::WriteFailed;
+        result.errorString = file.errorString();
+        qDebug() << "Error writing to file:" << result.errorString;
+        return result;
+    }
+    qDebug() << "JSON data saved to file:" << result.path;
+    return result;
+}
+
+LoadResult readProjectFile(const QString &path)
+{
+    LoadResult result;
+    result.path = path;
+    if (path.isEmpty()) {
+        result.failure = LoadResult::Failure::EmptyPath;
+        qDebug() << "File path is empty.";
+        return result;
+    }
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        result.failure = LoadResult::Failure::OpenFailed;
+        result.errorString = file.errorString();
+        qDebug() << "Could not open file for reading:" << result.errorString;
+        return result;
+    }
+    const QByteArray bytes = file.readAll();
+    file.close();
+    const QJsonDocument document = QJsonDocument::fromJson(bytes);
+    if (!document.isObject()) {
+        result.failure = LoadResult::Failure::NoDocument;
+        qDebug() << "Failed to create valid JSON document";
+        return result;
+    }
+    result.document = document.object();
+    qDebug() << "Project Name:" << result.document.value(DocumentKeys::nameKey).toString();
+    qDebug() << "Project Description:" << result.document.value(DocumentKeys::descriptionKey).toString();
+    return result;
+}

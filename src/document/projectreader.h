@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+class QStandardItem;
+class QStandardItemModel;
+
+// These three fill the roles of one definition item from its object in the document and touch nothing else;
+// a form sees the values when it next opens. Nothing can fail: a key that is missing or of the wrong type
+// reads as empty, so it empties its role. The item must not be null.
+
+// Reads every member for every protocol. "authentication" other than "0" and "1" leaves its role alone, and
+// only "Modbus" and "DLT645" have their points read: of the other protocols standardDatasRole stays as it
+// was.
+void transmitStandardData(const QJsonObject &standard, QStandardItem *item);
+// "authentication" other than "0" and "1" leaves its role alone.
+void transmitServiceData(const QJsonObject &service, QStandardItem *item);
+void transmitBoxData(const QJsonObject &box, QStandardItem *item);
+
+// Puts a document into the model and returns its project item. A top-level item of the document's name is
+// filled as it stands, keeping its path and description; otherwise a project with this folder as its path is
+// appended. Missing folders are made, then each definition is filled by name: the first child of that name,
+// or a new one. So an open project is merged with the document, and entries of one name end up in one item.
+QStandardItem *loadProject(QStandardItemModel &model, const QJsonObject &root, const QString &folderPath);

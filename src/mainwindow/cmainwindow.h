@@ -1,0 +1,146 @@
+#pragma once
+
+#include "boxlink/protocol.h"
+#include "model/workspace.h"
+
+#include <QMainWindow>
+#include <QModelIndex>
+#include <QTranslator>
+
+#include <memory>
+
+class DockLayout;
+class DormantDocks;
+class EditorTabs;
+class LogoWindow;
+class MonitoringView;
+class ProjectFiles;
+class ProjectLifecycle;
+class ProjectTreeMenu;
+class QMenu;
+class QPlainTextEdit;
+class QStandardItemModel;
+class QTabWidget;
+class QTreeView;
+class ResourceActions;
+
+namespace Ui
+{
+class MainWindow;
+} // namespace Ui
+
+namespace ads
+{
+class CDockManager;
+} // namespace ads
+
+// The program's one main window: it owns the model of all projects, builds the collaborators and hands each
+// slot over to one of them.
+class CMainWindow : public QMainWindow, public Workspace
+{
+    Q_OBJECT
+public:
+    explicit CMainWindow(QWidget *parent = nullptr);
+    ~CMainWindow() override;
+
+    void appendMessage(const QString &text) override;
+    QStandardItem *currentItem() const override;
+    QJsonObject buildProjectJson(QStandardItem *project) const override;
+
+    // Shows the rows of a node under "Data" in the monitoring tab of that name, which is made if need be; a
+    // time that is not empty stands in for the rows' own.
+    void showDataInTable(QStandardItem *item, const QString &time, const QString &plcName);
+
+    // The only store of project data: one top-level row a project.
+    QStandardItemModel *projectModel() const { return m_model; }
+    // The actions of this menu are the registry of open docks: an action's text is its dock's title.
+    QMenu *viewMenu() const;
+    // These live in the docks, and are null once the dock manager is gone.
+    ads::CDockManager *dockManager() const;
+    QTreeView *projectTree() const;
+    QTabWidget *monitoringTabs() const;
+    QPlainTextEdit *messageEditor() const;
+
+public slots:
+    // Window and layout
+    void on_actionSaveState_triggered(bool checked);
+    void on_actionRestoreState_triggered(bool checked);
+    void savePerspective();
+    void onViewToggled(bool Open);
+    void onViewVisibilityChanged(bool Visible);
+    void aboutActionTriggered();
+    void applyVsStyle();
+    // Loads the other of the Chinese and the English catalogue; the first call loads the Chinese one. Open
+    // forms and the docks' titles keep the language in which they were built.
+    void CESwitching();
+
+    // Project tree
+    void prjectTreeView_MenuPopup(const QPoint &pos);
+    void prjectTreeView_clicked(QModelIndex index);
+    void prjectTreeView_pressed(QModelIndex index);
+    void prjectTreeView_doubleClicked(QModelIndex index);
+
+    // Projects
+    void slotNewProject();
+    void handleProjectCreated(const QString &name, const QString &path, const QString &description);
+    void slotEditProject();
+    // "Close Project" of the menu: removes the current project.
+    void slotDeleteProject();
+    // Asks and saves, but removes nothing; no action leads here.
+    void slotCloseProject();
+    void loadJsonFile();
+    void saveJsonFile(QStandardItem *selectedItem);
+    void saveProjectFile();
+    void saveProjectAllFile();
+
+    // Fill the roles of one item from its object in the document; no open form takes notice.
+    void transmitStandardDataToEditDialog(const QJsonObject &standardObj, QStandardItem *standardFileItem);
+    void transmitServiceDataToEditDialog(const QJsonObject &serviceObj, QStandardItem *serviceFileItem);
+    void transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStandardItem *boxFileItem);
+
+    // Resources: these act on the tree's current item.
+    void standardAddFile();
+    void boxAddFile();
+    void boxSearchFile();
+    void slotstandardEditFile();
+    void slotServiceEditFile();
+    void slotBoxEditFile();
+    void slotDeleteFile();
+    void slotDeleteAllFile();
+
+    // Live values
+    void onDataReceived(const Protocol::dataMonitoringData &report);
+    void closeTabByName(const QString &tabName);
+
+    // Docks that no menu leads to; these slots are reached by name.
+    void createEditor();
+    void createTable();
+    void createImageViewer();
+    void showStatusDialog();
+    void toggleDockWidgetWindowTitle();
+    void onEditorCloseRequested();
+    void onImageViewerCloseRequested();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void setUpActions();
+    void createCollaborators();
+    void centre();
+
+    std::unique_ptr<Ui::MainWindow> m_ui;
+    bool m_chinese = false; // which catalogue was last loaded; false also before the first
+    QTranslator
+        m_translator; // on purpose never loaded: the process has one translator, and CESwitching holds it
+    DockLayout *m_layout = nullptr;
+    DormantDocks *m_dormantDocks = nullptr;
+    QStandardItemModel *m_model = nullptr;
+    LogoWindow *m_logo = nullptr;
+    ProjectFiles *m_files = nullptr;
+    EditorTabs *m_tabs = nullptr;
+    MonitoringView *m_monitoring = nullptr;
+    std::unique_ptr<ProjectLifecycle> m_projects;
+    std::unique_ptr<ResourceActions> m_resources;
+    std::unique_ptr<ProjectTreeMenu> m_treeMenu;
+};

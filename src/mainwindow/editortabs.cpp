@@ -1,0 +1,172 @@
+#include "mainwindow/editortabs.h"
+
+#include "mainwindow/cmainwindow.h"
+#include "mainwindow/docking.h"
+#include "widgets/svgicon.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QStandardItemModel>
+
+const char *const EditorTabs::boxTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Box");
+const char *const EditorTabs::plcTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit PLC");
+const char *const EditorTabs::serverTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Server");
+const char *const EditorTabs::standardTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Standard");
+const char *const EditorTabs::serviceTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Service");
+const char *const EditorTabs::projectTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Project");
+
+QString EditorTabs::titleOf(const char *source)
+{
+    return CMainWindow::tr(source);
+}
+
+QStringList EditorTabs::titlesOf(const QVector<const char *> &sources)
+{
+    QStringList titles;
+    for (const char *source : sources) {
+        titles.append(titleOf(source));
+    }
+    return titles;
+}
+
+EditorTabs::EditorTabs(ads::CDockManager *docks, QMenu *viewMenu, QObject *parent)
+    : QObject(parent), m_docks(docks), m_viewMenu(viewMenu)
+{
+    // A closed tab lives on until the event loop comes round; it must not be found again until then.
+    connect(docks, &ads::CDockManager::dockWidgetAboutToBeRemoved, this, &EditorTabs::unregister);
+}
+
+ads::CDockWidget *EditorTabs::find(const QString &title) const
+{
+    const QList<QAction *> actions = m_viewMenu ? m_viewMenu->actions() : QList<QAction *>();
+    for (const QAction *action : actions) {
+        if (action->text() == title) {
+            return qobject_cast<ads::CDockWidget *>(action->parent());
+        }
+    }
+    return nullptr;
+}
+
+ads::CDockWidget *EditorTabs::make(const QString &title, QDialog *form)
+{
+    ads::CDockWidget *tab = makeEmpty(title);
+    tab->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/edit-1.svg")));
+    tab->setWidget(form);
+    m_viewMenu->addAction(tab->toggleViewAction());
+    tab->setFeature(ads::CDockWidget::DockWidgetDeleteOnClose, true);
+    return tab;
+}
+
+ads::CDockWidget *EditorTabs::makeEmpty(const QString &title)
+{
+    ads::CDockWidget *tab = Docking::makeDock(m_docks, title);
+    Docking::setPinnable(tab, false);
+    return tab;
+}
+
+void EditorTabs::place(ads::CDockWidget *tab, const QStringList &neighbours)
+{
+    const QList<ads::CDockWidget *> docks = m_docks->findChildren<ads::CDockWidget *>();
+    for (ads::CDockWidget *dock : docks) {
+        if (dock->dockManager() && neighbours.contains(dock->windowTitle())) {
+            if (ads::CDockAreaWidget *area = dock->dockAreaWidget()) {
+                m_docks->addDockWidget(ads::CenterDockWidgetArea, tab, area);
+                return;
+            }
+            break;
+        }
+    }
+    m_docks->addDockWidget(ads::RightDockWidgetArea, tab);
+}
+
+void EditorTabs::show(ads::CDockWidget *tab)
+{
+    if (tab->isClosed()) {
+        tab->toggleView();
+    }
+    tab->raise();
+}
+
+void EditorTabs::closeFirst(const QString &title) const
+{
+    if (ads::CDockWidget *tab = find(title)) {
+        tab->closeDockWidget();
+        tab->deleteLater();
+    }
+}
+
+void EditorTabs::closeAll(const QStringList &titles) const
+{
+    const QList<QAction *> actions = m_viewMenu ? m_viewMenu->actions() : QList<QAction *>();
+    for (const QAction *action : actions) {
+        if (!titles.contains(action->text())) {
+            continue;
+        }
+        if (auto *tab = qobject_cast<ads::CDockWidget *>(action->parent())) {
+            tab->closeDockWidget();
+            tab->deleteLater();
+        }
+    }
+}
+
+namespace
+{
+
+bool siblingHasName(const QStandardItem *item, const QString &name)
+{
+    const QStandardItem *parent = item->parent();
+    for (int row = 0; row < parent->rowCount(); ++row) {
+        const QStandardItem *child = parent->child(row);
+        if (child != item && child->text() == name) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The item is null once its node has left the tree; there is nothing to save into then.
+void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window)
+{
+    if (!item) {
+        return;
+    }
+    const QString name = form.name->text();
+    if (name.isEmpty()) {
+        QMessageBox::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
+    } else if (!item->parent()) {
+        QMessageBox::warning(window, CMainWindow::tr("error"),
+                             CMainWindow::tr("Unable to find parent directory"));
+    } else if (siblingHasName(item, name)) {
+        QMessageBox::warning(
+            window, CMainWindow::tr("Duplicate name"),
+            CMainWindow::tr("The name\"%1\"already exists, please change the name.").arg(name));
+    } else {
+        item->setText(name);
+        form.saveChanges();
+        tab->closeDockWidget();
+    }
+}
+
+} // namespace
+
+void EditorTabs::renameOnSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab,
+                              QWidget *window)
+{
+    // The item stays that of the first opening, on purpose: a tab that was re-bound to a sibling meets that
+    // sibling's own name as a duplicate, and is to be closed and opened anew before it can be saved.
+    const QStandardItemModel *model = item->model();
+    const QPersistentModelIndex index(item->index());
+    connect(form.save, &QAbstractButton::clicked, form.form,
+            [=] { renameAndSave(form, model->itemFromIndex(index), tab, window); });
+}
+
+void EditorTabs::unregister(const ads::CDockWidget *tab)
+{
+    if (m_viewMenu) {
+        m_viewMenu->removeAction(tab->toggleViewAction());
+    }
+}

@@ -1,0 +1,100 @@
+#include "mainwindow/projectfiles.h"
+
+#include "document/projectfile.h"
+#include "document/projectreader.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QMessageBox>
+#include <QStandardItemModel>
+#include <QTreeView>
+
+namespace
+{
+
+// These texts belong to the main window's part of the catalogue.
+struct Tr {
+    Q_DECLARE_TR_FUNCTIONS(CMainWindow)
+};
+
+// A wait cursor for as long as this lives. It must be gone before a box stands.
+class Busy
+{
+public:
+    Busy() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~Busy() { QGuiApplication::restoreOverrideCursor(); }
+    Q_DISABLE_COPY(Busy)
+};
+
+SaveResult saveBusily(const QStandardItem *project)
+{
+    const Busy busy;
+    return ::saveProject(project);
+}
+
+} // namespace
+
+ProjectFiles::ProjectFiles(QWidget *dialogParent, QStandardItemModel *model, QTreeView *view)
+    : QObject(dialogParent), m_dialogParent(dialogParent), m_model(model), m_view(view)
+{
+}
+
+void ProjectFiles::saveProject(QStandardItem *project)
+{
+    const SaveResult result = saveBusily(project);
+    if (result.ok()) {
+        inform(Tr::tr("Save Successful"), Tr::tr("JSON data saved to file:\n%1").arg(result.path));
+    }
+}
+
+void ProjectFiles::saveCurrent(QStandardItem *current)
+{
+    if (!current) {
+        qDebug() << "No project selected.";
+        return;
+    }
+    saveProject(current);
+}
+
+void ProjectFiles::saveAll()
+{
+    const QStandardItem *root = m_model ? m_model->invisibleRootItem() : nullptr;
+    if (!root) {
+        qDebug() << "Root item not found.";
+        return;
+    }
+    for (int row = 0; row < root->rowCount(); ++row) {
+        if (QStandardItem *project = root->child(row)) {
+            saveProject(project);
+        }
+    }
+}
+
+void ProjectFiles::load()
+{
+    loadFile(QFileDialog::getOpenFileName(m_dialogParent, Tr::tr("Open JSON File"), QDir::homePath(),
+                                          Tr::tr("JSON Files (*.json)")));
+}
+
+void ProjectFiles::loadFile(const QString &path)
+{
+    {
+        const Busy busy;
+        const LoadResult result = readProjectFile(path);
+        if (!result.ok()) {
+            return;
+        }
+        loadProject(*m_model, result.document, QFileInfo(path).absolutePath());
+        m_view->expandAll();
+    }
+    inform(Tr::tr("Load Successful"), Tr::tr("JSON data loaded from file:\n%1").arg(path));
+}
+
+void ProjectFiles::inform(const QString &title, const QString &text)
+{
+    QMessageBox::information(m_dialogParent, title, text);
+}

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+
+class QStandardItem;
+class QStandardItemModel;
+class QTreeView;
+class QWidget;
+
+// Saving and loading of projects as the user meets it: the file dialog, the boxes and the tree view around
+// the project document. Success shows an information box, failure is a line of the debug log alone.
+class ProjectFiles : public QObject
+{
+    Q_OBJECT
+public:
+    // Boxes and dialogs open over dialogParent, which owns this object too if it is not null.
+    ProjectFiles(QWidget *dialogParent, QStandardItemModel *model, QTreeView *view);
+
+    // Saves the document of this item, taken for a project whatever its level.
+    void saveProject(QStandardItem *project);
+    // As saveProject, with a log line for null.
+    void saveCurrent(QStandardItem *current);
+    // Saves every project of the model in row order, each with its own box; a failure stops none of the rest.
+    void saveAll();
+
+    // Asks for a file and loads it.
+    void load();
+    // Loads a file into the model: into the open project of the same name, or as a new one.
+    void loadFile(const QString &path);
+
+private:
+    void inform(const QString &title, const QString &text);
+
+    QWidget *m_dialogParent; // Not owned.
+    QStandardItemModel *m_model; // Not owned.
+    QTreeView *m_view; // Not owned.
+};

@@ -1,0 +1,339 @@
+#include "plc/parametereditor.h"
+
+#include "app/activitylog.h"
+
+#include <QComboBox>
+#include <QHeaderView>
+#include <QIcon>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTableWidget>
+
+namespace {
+
+constexpr int buttonSize = 35; // pixels
+
+const QStringList &storedEntries(ParameterCell cell)
+{
+    return cell == ParameterCell::Type ? ParameterText::types() : ParameterText::permissions();
+}
+
+} // namespace
+
+QString parameterCellText(const QTableWidget *table, int row, int column)
+{
+    if (const QTableWidgetItem *item = table->item(row, column)) {
+        return item->text();
+    }
+    QWidget *widget = table->cellWidget(row, column);
+    if (const auto *editor = qobject_cast<QLineEdit *>(widget)) {
+        return editor->text();
+    }
+    if (const auto *list = qobject_cast<QComboBox *>(widget)) {
+        return list->currentText();
+    }
+    return {};
+}
+
+ParameterEditor::ParameterEditor(const ParameterVariant &variant, QWidget *form, Workspace *workspace,
+                                 Lookup current, Lookup latest)
+    : QObject(form)
+    , m_variant(variant)
+    , m_form(form)
+    , m_workspace(workspace)
+    , m_current(std::move(current))
+    , m_latest(std::move(latest))
+{
+}
+
+void ParameterEditor::prepare(QTableWidget *table)
+{
+    table->setColumnCount(m_variant.columns.size());
+    table->setHorizontalHeaderLabels(m_variant.headers());
+    table->horizontalHeader()->setMinimumSectionSize(buttonSize); // else a style may widen the last column
+    for (int column = 0; column < m_variant.columns.size(); ++column) {
+        table->setColumnWidth(column, m_variant.columns.at(column).width);
+    }
+    table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
+    table->horizontalHeader()->setStyleSheet(
+        QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }"));
+    table->setInputMethodHints(Qt::ImhHiddenText);
+    if (m_variant.height > 0) {
+        table->setFixedHeight(m_variant.height);
+    }
+    connect(table, &QTableWidget::cellChanged, this, &ParameterEditor::validateName);
+    if (!m_variant.onlyNameCheckedInItems) {
+        connect(table, &QTableWidget::cellChanged, this, &ParameterEditor::validateLength);
+        connect(table, &QTableWidget::cellChanged, this, &ParameterEditor::validateAddr);
+        connect(table, &QTableWidget::cellChanged, this, &ParameterEditor::validateChange);
+        connect(table, &QTableWidget::cellChanged, this, &ParameterEditor::validateFormula);
+    }
+}
+
+void ParameterEditor::addParameter()
+{
+    if (QTableWidget *table = m_current()) {
+        appendAddedRow(table);
+    }
+    log("addParameter");
+}
+
+void ParameterEditor::removeParameter()
+{
+    QTableWidget *table = m_current();
+    if (table && table->currentRow() >= 0) {
+        table->removeRow(table->currentRow());
+    }
+    log("removeParameter");
+}
+
+void ParameterEditor::removeAllParameters()
+{
+    if (QTableWidget *table = m_current()) {
+        table->setRowCount(0);
+    }
+    log("removeAllParameters");
+}
+
+void ParameterEditor::fill(QTableWidget *table, const RowList &rows)
+{
+    const bool updates = table->updatesEnabled();
+    table->setUpdatesEnabled(false);
+    {
+        const QSignalBlocker quiet(table);
+        table->setRowCount(0);
+        // All rows at once: inserting them one by one would move the cell widgets made so far each time.
+        table->setRowCount(rows.size());
+        for (int row = 0; row < rows.size(); ++row) {
+            fillLoadedRow(table, row, rows.at(row));
+        }
+    }
+    table->setUpdatesEnabled(updates);
+}
+
+RowList ParameterEditor::rows(const QTableWidget *table) const
+{
+    RowList rows;
+    rows.reserve(table->rowCount());
+    const int method = m_variant.indexOf(ParameterCell::Method);
+    for (int row = 0; row < table->rowCount(); ++row) {
+        QVariantList values;
+        for (int column = 0; column < table->columnCount(); ++column) {
+            const QString text = parameterCellText(table, row, column);
+            if (!text.isNull() || table->item(row, column)) {
+                values.append(column == method ? ParameterText::storedMethod(text) : text);
+            }
+        }
+        rows.append(values);
+    }
+    return rows;
+}
+
+void ParameterEditor::updateChangeAmplitudeCell(int row, bool enabled)
+{
+    QTableWidget *table = m_current();
+    const int column = m_variant.indexOf(ParameterCell::Amplitude);
+    auto *editor = table ? qobject_cast<QLineEdit *>(table->cellWidget(row, column)) : nullptr;
+    if (editor) {
+        editor->setEnabled(enabled);
+        if (!enabled) {
+            editor->clear();
+        }
+    }
+}
+
+void ParameterEditor::updateloadChangeAmplitudeCell(int row, bool enabled)
+{
+    QTableWidget *table = m_current();
+    QTableWidgetItem *item = table ? table->item(row, m_variant.indexOf(ParameterCell::Amplitude)) : nullptr;
+    if (item) {
+        item->setFlags(enabled ? item->flags() | Qt::ItemIsEditable : item->flags() & ~Qt::ItemIsEditable);
+        if (!enabled) {
+            item->setText(QString());
+        }
+    }
+}
+
+void ParameterEditor::appendAddedRow(QTableWidget *table)
+{
+    const int row = table->rowCount();
+    table->insertRow(row);
+    RowParts parts;
+    for (int column = 0; column < m_variant.columns.size(); ++column) {
+        const ParameterCell cell = m_variant.columns.at(column).cell;
+        if (cell != ParameterCell::Button) {
+            table->setCellWidget(row, column, makeEditor(table, cell, QString(), &parts));
+        }
+    }
+    parts.length->setText(QStringLiteral("1"));
+    addButton(table, row);
+    connectAddedRow(row, parts);
+}
+
+void ParameterEditor::fillLoadedRow(QTableWidget *table, int row, const QVariantList &values)
+{
+    RowParts parts;
+    for (int column = 0; column < qMin(values.size(), table->columnCount()); ++column) {
+        const QString text = values.at(column).toString();
+        switch (m_variant.columns.at(column).cell) {
+        case ParameterCell::Type:
+        case ParameterCell::Length:
+        case ParameterCell::Permissions:
+        case ParameterCell::Method:
+        case ParameterCell::Amplitude:
+            table->setCellWidget(row, column,
+                                 makeEditor(table, m_variant.columns.at(column).cell, text, &parts));
+            break;
+        default:
+            // The button's column too: a row of a file brings an empty field for it.
+            table->setItem(row, column, new QTableWidgetItem(text.isNull() ? QLatin1String("") : text));
+        }
+    }
+    addButton(table, row);
+    connectLoadedRow(parts);
+}
+
+void ParameterEditor::addButton(QTableWidget *table, int row)
+{
+    auto *button = new QPushButton(QIcon(QStringLiteral(":/adsdemo/images/Delete.svg")), QString(), table);
+    button->setFixedSize(buttonSize, buttonSize);
+    button->setAutoDefault(false);
+    button->setToolTip(ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
+    connect(button, &QPushButton::clicked, this, &ParameterEditor::removeParameter);
+    table->setCellWidget(row, table->columnCount() - 1, button);
+}
+
+QWidget *ParameterEditor::makeEditor(QTableWidget *table, ParameterCell cell, const QString &value,
+                                     RowParts *parts)
+{
+    if (cell == ParameterCell::Type || cell == ParameterCell::Permissions || cell == ParameterCell::Method) {
+        return makeList(table, cell, value, parts);
+    }
+    auto *editor = new QLineEdit(value, table);
+    editor->setFrame(false);
+    switch (cell) {
+    case ParameterCell::Address:
+        parts->address = editor;
+        break;
+    case ParameterCell::Name:
+        parts->name = editor;
+        break;
+    case ParameterCell::Length:
+        parts->length = editor;
+        editor->setEnabled(false);
+        break;
+    case ParameterCell::Amplitude:
+        parts->amplitude = editor;
+        editor->setEnabled(false);
+        break;
+    default:
+        parts->formulas[cell == ParameterCell::WriteFormula] = editor;
+    }
+    return editor;
+}
+
+QWidget *ParameterEditor::makeList(QTableWidget *table, ParameterCell cell, const QString &value,
+                                   RowParts *parts)
+{
+    auto *list = new QComboBox(table);
+    const bool method = cell == ParameterCell::Method;
+    list->addItems(method ? ParameterText::shownMethods() : storedEntries(cell));
+    list->setCurrentText(method ? ParameterText::shownMethod(value) : value);
+    list->installEventFilter(m_form);
+    if (cell == ParameterCell::Type) {
+        parts->type = list;
+    } else if (method) {
+        parts->method = list;
+    }
+    return list;
+}
+
+void ParameterEditor::connectAddedRow(int row, const RowParts &parts)
+{
+    connect(parts.address, &QLineEdit::textChanged, this, [this, row, editor = parts.address] {
+        if (m_variant.addressOfLatestTable) {
+            validateAddrOnChange(row, m_variant.indexOf(ParameterCell::Address));
+        } else {
+            checkAtEndOfEditing(editor, row, &ParameterEditor::checkAddress);
+        }
+    });
+    connect(parts.name, &QLineEdit::textChanged, this, [this, row, editor = parts.name] {
+        if (m_variant.nameWhileTyping) {
+            checkName(row, editor);
+        } else {
+            checkAtEndOfEditing(editor, row, &ParameterEditor::checkName);
+        }
+    });
+    connectTypeAndLength(parts);
+    if (parts.amplitude) {
+        connect(parts.amplitude, &QLineEdit::textChanged, this, [this, row, editor = parts.amplitude] {
+            checkAtEndOfEditing(editor, row, &ParameterEditor::checkAmplitude);
+        });
+        connect(parts.method, &QComboBox::currentTextChanged, parts.amplitude,
+                [editor = parts.amplitude](const QString &shown) {
+                    editor->setEnabled(shown == ParameterText::amplitudeMethod());
+                    if (!editor->isEnabled()) {
+                        editor->clear();
+                    }
+                });
+    }
+    for (QLineEdit *formula : parts.formulas) {
+        if (formula) {
+            connect(formula, &QLineEdit::textChanged, this, [this, row, formula] {
+                checkAtEndOfEditing(formula, row, &ParameterEditor::checkFormula);
+            });
+        }
+    }
+}
+
+void ParameterEditor::connectLoadedRow(const RowParts &parts)
+{
+    connectTypeAndLength(parts);
+    if (parts.length && parts.type) {
+        parts.length->setEnabled(parts.type->currentText() == QLatin1String("string"));
+    }
+    if (!parts.amplitude) {
+        return;
+    }
+    connect(parts.amplitude, &QLineEdit::editingFinished, this,
+            [this, editor = parts.amplitude] { checkNumber(0, editor); });
+    if (parts.method) {
+        const auto enable = [editor = parts.amplitude](const QString &shown) {
+            editor->setEnabled(shown == ParameterText::amplitudeMethod());
+        };
+        enable(parts.method->currentText());
+        connect(parts.method, &QComboBox::currentTextChanged, parts.amplitude, enable);
+    }
+}
+
+void ParameterEditor::connectTypeAndLength(const RowParts &parts)
+{
+    if (!parts.length) {
+        return;
+    }
+    connect(parts.length, &QLineEdit::editingFinished, this,
+            [this, editor = parts.length] { checkLength(0, editor); });
+    if (parts.type) {
+        connect(parts.type, &QComboBox::currentTextChanged, parts.length,
+                [editor = parts.length](const QString &type) {
+                    editor->setEnabled(type == QLatin1String("string"));
+                    if (!editor->isEnabled()) {
+                        editor->setText(QStringLiteral("1"));
+                    }
+                });
+    }
+}
+
+void ParameterEditor::refreshButtons(QTableWidget *table)
+{
+    for (int row = 0; table && row < table->rowCount(); ++row) {
+        addButton(table, row);
+    }
+}
+
+void ParameterEditor::log(const char *operation) const
+{
+    logToFile(QLatin1String(m_variant.form) + QStringLiteral(": ") + QLatin1String(operation));
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+enum class ParameterCell {
+    Address,
+    Name,
+    Type,        // list of the twelve types
+    Length,      // live for type "string" only
+    Permissions, // list
+    Method,      // list, shown translated, stored in English
+    Amplitude,   // live for the method "Change amplitude" only
+    CollectionFormula,
+    WriteFormula,
+    Button, // removes the current row; holds no value
+};
+
+struct ParameterColumn {
+    ParameterCell cell;
+    const char *header; // source text in the context ParameterTable
+    int width;          // pixels
+};
+
+// What differs between the parameter table of a PLC and that of a Modbus tab.
+struct ParameterVariant {
+    QVector<ParameterColumn> columns;
+    const char *form;              // class name, the prefix of the activity log
+    const char *duplicateText;     // source text, %1 is a one-based row number
+    bool loadedDuplicateNamesSelf; // in a loaded row %1 is the edited row, not the one that has the name
+    bool nameWhileTyping;          // an added row's name is checked at each change, on the raw text
+    bool commaRefused;             // a name with a comma is cleared
+    bool addressOfLatestTable;     // an added row's address is looked up in the table that was made last
+    bool onlyNameCheckedInItems;   // a loaded row's items get the name check and no other
+    const char *exportTitle;       // source text
+    const char *exportFailure;     // source text of the box's title
+    bool badAddressAbandons;       // a bad address in a CSV row ends the import
+    int height;                    // fixed height of the table in pixels, or 0
+
+    int indexOf(ParameterCell cell) const; // -1 if the variant has no such column
+    QStringList headers() const;           // in the current language
+
+    static const ParameterVariant &plc();
+    static const ParameterVariant &modbus();
+};
+
+namespace ParameterText {
+
+// The twelve data types, in list order.
+const QStringList &types();
+const QStringList &permissions();
+// The reporting methods as stored, and as shown in the current language.
+const QStringList &methods();
+QStringList shownMethods();
+QString shownMethod(const QString &stored);
+QString storedMethod(const QString &shown);
+// The method that makes the amplitude live, as shown.
+QString amplitudeMethod();
+// A text of the parameter table in the current language.
+QString tr(const char *source);
+
+} // namespace ParameterText

@@ -1,0 +1,1657 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>BoxEditDialog</name>
+    <message>
+        <source>Connect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Disconnect</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Host Address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update program</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reboot Device</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: connecting..</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Program version: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Progress:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Box</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Commonly</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The box &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: Not connected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Selected address: 0.0.0.0 (No binding)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Selected host address: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Binding Failed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>!!!No communication for 30 seconds. Connection may be lost.!!!</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LAN Configuration</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LAN configuration updated successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wan Configuration</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wan configuration updated successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wifi Configuration</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wifi configuration updated successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lte Configuration</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lte configuration updated successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NTP Configuration</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NTP configuration updated successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>time Configuration</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>time configuration updated successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Program File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Program Files (*.bin);;All Files (*.*)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mask:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Gateway:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dns1:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dns2:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Dhcp:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>wifiOnOff:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mode:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>SSID:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>4G:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AT1:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AT2:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AT3:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AT4:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AT5:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NTP Server:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Local Time:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Box Time:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Model:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LAN</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>WAN</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NTP</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Binding Status: Failed to bind to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection Status:Failed to connect to server for program update.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed to open program file.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection Status:Not connected to server.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed to open program file for checksum.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Timeout</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Timeout while waiting for checksum result.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Timeout:Timeout while waiting for checksum result.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Checksum Result:Command type error.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Checksum Result:Verification data return value error.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Checksum Result:Checksum failed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Checksum Result:Checksum successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please select the host address:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BoxInputDialog</name>
+    <message>
+        <source>Box Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Model:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Box</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>BoxSearchDialog</name>
+    <message>
+        <source>Search Box</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No Devices Found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No devices were found during the search.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>CImageViewer</name>
+    <message>
+        <source>&amp;Open...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fit on Screen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Actual Pixels</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom In (25%)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom Out (25%)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Image</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is not an image that can be shown.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>CMainWindow</name>
+    <message>
+        <source>Positive active power rate of 4 electric energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Positive active power rate of 3 electric energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Positive active power rate of 2 electric energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Positive active power rate of 1 electric energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Combination active power rate 4 electricity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Combination active power rate 3 electricity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Combination active power rate 2 electricity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Combination active power rate 1 electricity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Combined reactive power 2 total electrical energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Combined reactive power 1 total electrical energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A-phase positive active energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>B-phase positive active energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>C-phase positive active energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reactive constant of electric meter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Active constant of electric meter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Combined active total electrical energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reverse active total electrical energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total reactive energy in the first quadrant</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total reactive energy in the second quadrant</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total reactive energy in the third quadrant</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total reactive energy in the fourth quadrant</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Positive active total electrical energy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous total apparent power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous A-phase apparent power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous B-phase apparent power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous C-phase apparent power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous total reactive power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous A-phase reactive power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous B-phase reactive power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous C-phase reactive power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous total active power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous A-phase active power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous B-phase active power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous C-phase active power</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total power factor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A-phase power factor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>B-phase power factor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>C-phase power factor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A-phase current</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>B-phase current</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>C-phase current</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A-phase voltage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>B-phase voltage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>C-phase voltage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>anonymous</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Username and password verification</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Project Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Create Perspective</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Data monitoring</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear Editor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is an editor. If you close the editor, it will be deleted. Enter your text here.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close Editor</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Editor %1 contains unsaved changes? Would you like to close it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close Image Viewer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 contains unsaved changes? Would you like to close it?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Box</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit PLC</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Service</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>invalid name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name cannot be null</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to find parent directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Duplicate name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name&quot;%1&quot;already exists, please change the name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Addr</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DataType</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Valid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Effective</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save Successful</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>JSON data saved to file:
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open JSON File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>JSON Files (*.json)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load Successful</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>JSON data loaded from file:
+%1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A project with the same name already exists in the selected directory. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A project with the same name already exists. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Project &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save Changes</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you want to save changes before deleting the project?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Do you want to save all projects before closing them?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Box</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Search Box</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Editing Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Editing Service</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Editing Box</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Box Name cannot be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A box file with the same name already exists in this folder. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>standard Name cannot be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A standard file with the same name already exists in PLC or Standard folder. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>CStatusDialogClass</name>
+    <message>
+        <source>Dock Widget Status</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Dock Widget:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Status</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>closed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>floating</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>tabbed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is current tab</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Feature flags</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DockWidgetClosable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DockWidgetMovable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DockWidgetFloatable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DockWidgetDeleteOnClose</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CustomCloseHandling</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>EditProjectDialog</name>
+    <message>
+        <source>Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Path:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>LogoWindow</name>
+    <message>
+        <source>About</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>MainWindow</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Restore State</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save State</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>C-E Switching</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Apply VS Style</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save All Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>View</source>
+        <translation>View</translation>
+    </message>
+    <message>
+        <source>window</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>toolBar</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>NewProjectDialog</name>
+    <message>
+        <source>New Project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Directory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Path:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name and Path cannot be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ParameterTable</name>
+    <message>
+        <source>Only positive integers and floating-point numbers are allowed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Length must be a positive integer.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Length must be a positive integer between 1 and 10.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid input in row %1: only letters, digits, underscores, dots, colons, and brackets are allowed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid input in row %1: only numbers, operators (+, -, *, /) and &apos;X&apos; are allowed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid input in row %1: only integers and floating-point numbers are allowed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name cannot contain a comma. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The address in the CSV row does not match the expected format.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The length of the numbers in the CSV row does not match the expected format.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The magnitude of the change in the CSV row does not match the expected format.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The collection formula in the CSV row does not match the expected format.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The write formula in the CSV row does not match the expected format.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV file has incorrect column count, unable to import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV header does not match expected format.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The multiple-choice content in the CSV row does not match the expected format. Set as default value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Timed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change amplitude</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Permissions</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reporting Method</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Change Amplitude</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Collection Formula</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write Formula</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Deleat</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open CSV file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>mistake</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name of the &apos;%1&apos; line already exists in this tab. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save CSV file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mistake</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Protocol</name>
+    <message>
+        <source>Failed to bind to IP address: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: connecting..</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: Waiting for connection.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: Reconnecting...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: Disconnected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: Not connected to server.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not connected to server.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: Not connected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection status: Connected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write LAN Allocation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LAN allocation write successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LAN allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write WAN Allocation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>WAN allocation write successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>WAN allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write WIFI Allocation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>WIFI allocation write successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>WIFI allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write LTE Allocation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LTE allocation write successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LTE allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write NTP Allocation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NTP allocation write successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NTP allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write time Allocation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>time allocation write successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>time allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write Restart Allocation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Restart allocation write successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Restart allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServiceIEC61850EditDialog</name>
+    <message>
+        <source>Service Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Authentication:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enable GoosePublishing:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Enable SSL:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Server Key Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IsVerifyClientCert:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate1:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate2:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate3:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate4:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate5:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate6:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate7:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate8:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate9:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client Certificate10:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Service</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Root Certificate:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Server Certificate:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Server Key:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Key File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keys (*.der *.pem *.crt *.key)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Certificate File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Certificates (*.der *.pem *.crt *.key)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed to open file: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The key storage path is inconsistent with the loading path.Please select the key again.Prevent data loss.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The certificate storage path is inconsistent with the loading path.Please select the certificate again.Prevent data loss.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>StandardFields</name>
+    <message>
+        <source>Communication Timeout:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Communication Gap:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serial Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Baud Rate:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Data Bit:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop Bit:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Parity Bit:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rts Enable:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Trigger Conditions:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Timed Loops</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>standardDLT645EditDialog</name>
+    <message>
+        <source>Server Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Slave Address:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol Version:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Tab</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Data name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Standard DLT645 &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>standardInputDialog</name>
+    <message>
+        <source>Add Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>standardModbusEditDialog</name>
+    <message>
+        <source>Server Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Modbus:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection Timeout:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Communication Timeout:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keep Alive Time:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Series:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Station Num:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Byte Order:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>StartAddress0:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Char Reversed:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Parameter table not found.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No tab selected.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Network Layer Information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serial Port Information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Tab</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Standard Modbus &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+</TS>

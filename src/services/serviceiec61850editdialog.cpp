@@ -1,0 +1,289 @@
+#include "services/serviceiec61850editdialog.h"
+
+#include "app/activitylog.h"
+#include "model/itemroles.h"
+#include "model/workspace.h"
+#include "services/certificatefile.h"
+#include "widgets/formpage.h"
+#include "widgets/tell.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStandardItem>
+
+namespace {
+
+constexpr char context[] = "ServiceIEC61850EditDialog";
+constexpr int clientSlots = 10;
+constexpr int firstClientSlot = 3; // behind the root certificate, the server certificate and the server key
+constexpr int lastClientSlot = firstClientSlot + clientSlots - 1;
+
+QVector<Field> serviceFields()
+{
+    return {
+        {"name", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Service Name:"), FieldKind::ReadOnly,
+         Qt::DisplayRole},
+        {"protocol", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Protocol:"), FieldKind::List,
+         serviceProtocolRole, FieldCheck::None, {QStringLiteral("IEC61850")}},
+        {"port", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Port:"), FieldKind::Text, servicePortRole,
+         FieldCheck::Port},
+        {"authentication", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Authentication:"),
+         FieldKind::List, serviceAuthenticationRole, FieldCheck::None,
+         {QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "None"),
+          QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Password")}},
+        {"password", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Password:"), FieldKind::Password,
+         servicePasswordRole, FieldCheck::NoCjk},
+        {"enableGoosePublishing", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Enable GoosePublishing:"),
+         FieldKind::Check, serviceEnableGoosePublishingRole},
+        {"enableSSL", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Enable SSL:"), FieldKind::Check,
+         serviceEnableSslRole},
+    };
+}
+
+QVector<Field> securityFields()
+{
+    return {
+        {"serverKeyPassword", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Server Key Password:"),
+         FieldKind::Password, serviceServerKeyPasswordRole, FieldCheck::NoCjk},
+        {"isVerifyClientCert", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "IsVerifyClientCert:"),
+         FieldKind::Check, serviceIsVerifyClientCertRole},
+    };
+}
+
+const char *const clientLabels[clientSlots] = {
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate1:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate2:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate3:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate4:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate5:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate6:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate7:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate8:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate9:"),
+    QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate10:"),
+};
+
+} // namespace
+
+ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Workspace *workspace,
+                                                     QWidget *parent)
+    : EditForm(parent)
+    , m_item(item)
+    , m_workspace(workspace)
+    , m_service(context, serviceFields())
+    , m_security(context, securityFields())
+{
+    setWindowTitle(tr("Edit Service"));
+    auto *content = new QWidget(this);
+    buildFields(new QFormLayout(content));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(FormPage::scrollArea(content, this));
+    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
+    connect(buttons.save, &QPushButton::clicked, this, &ServiceIEC61850EditDialog::saveChanges);
+    connect(buttons.cancel, &QPushButton::clicked, this, &ServiceIEC61850EditDialog::rejected);
+
+    if (m_item->data(servicePortRole).toString().isEmpty()) {
+        m_item->setData(QStringLiteral("102"), servicePortRole);
+    }
+    fill();
+    connect(m_service.comboBox(QStringLiteral("authentication")),
+            qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &ServiceIEC61850EditDialog::updatePasswordVisibility);
+    connect(qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableSSL"))),
+            &QCheckBox::stateChanged, this, &ServiceIEC61850EditDialog::updateSSLFieldsVisibility);
+    connect(qobject_cast<QCheckBox *>(m_security.widget(QStringLiteral("isVerifyClientCert"))),
+            &QCheckBox::stateChanged, this,
+            &ServiceIEC61850EditDialog::updateIsVerifyClientCertFieldsVisibility);
+    logToFile(QStringLiteral("ServiceIEC61850EditDialog: new-nuilt"));
+}
+
+ServiceIEC61850EditDialog::~ServiceIEC61850EditDialog()
+{
+    logToFile(QStringLiteral("ServiceIEC61850EditDialog: destroyed"));
+}
+
+void ServiceIEC61850EditDialog::replaceItem(QStandardItem *item)
+{
+    m_item = item;
+    fill();
+    // On purpose the role of a Standard: it is unset on a Service, so that the one entry stays selected.
+    m_service.setText(QStringLiteral("protocol"), m_item->data(standardProtocolRole).toString());
+    logToFile(QStringLiteral("ServiceIEC61850EditDialog: replace"));
+}
+
+void ServiceIEC61850EditDialog::saveChanges()
+{
+    m_service.save(m_item);
+    m_item->setData(m_security.value(QStringLiteral("serverKeyPassword")), serviceServerKeyPasswordRole);
+    for (int index = 0; index < m_slots.size(); ++index) {
+        saveSlot(index);
+    }
+    m_item->setData(isChecked("isVerifyClientCert"), serviceIsVerifyClientCertRole);
+    if (m_workspace) {
+        // The wording names another kind on purpose: it is the message that users of this form know.
+        m_workspace->appendMessage(
+            tr("The Standard OpcUa '%1' is saved successfully.").arg(m_service.text(QStringLiteral("name"))));
+    }
+    logToFile(QStringLiteral("ServiceIEC61850EditDialog: save"));
+}
+
+void ServiceIEC61850EditDialog::clearData()
+{
+    for (const char *name : {"name", "port", "password"}) {
+        m_service.lineEdit(QLatin1String(name))->clear();
+    }
+    m_security.lineEdit(QStringLiteral("serverKeyPassword"))->clear();
+    m_service.comboBox(QStringLiteral("authentication"))->clear();
+    auto *ssl = qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableSSL")));
+    ssl->setChecked(true); // and off again, so that the dependent fields follow whatever it was
+    ssl->setChecked(false);
+    qobject_cast<QCheckBox *>(m_security.widget(QStringLiteral("isVerifyClientCert")))->setChecked(false);
+}
+
+void ServiceIEC61850EditDialog::updateSSLFieldsVisibility()
+{
+    const bool ssl = isChecked("enableSSL");
+    const auto enable = [](const FieldTable &table, const QString &name, bool on) {
+        table.label(name)->setEnabled(on);
+        table.widget(name)->setEnabled(on);
+    };
+    for (int index = 0; index < firstClientSlot; ++index) {
+        m_slots.at(index).label->setEnabled(ssl);
+        m_slots.at(index).field->setEnabled(ssl);
+        m_slots.at(index).select->setEnabled(ssl);
+    }
+    enable(m_security, QStringLiteral("serverKeyPassword"), ssl);
+    m_service.widget(QStringLiteral("authentication"))->setEnabled(!ssl);
+    enable(m_service, QStringLiteral("password"), !ssl);
+    updateIsVerifyClientCertFieldsVisibility();
+}
+
+void ServiceIEC61850EditDialog::updateIsVerifyClientCertFieldsVisibility()
+{
+    const bool verify = isChecked("enableSSL") && isChecked("isVerifyClientCert");
+    for (int index = firstClientSlot; index < m_slots.size(); ++index) {
+        m_slots.at(index).label->setEnabled(verify);
+        m_slots.at(index).field->setEnabled(verify);
+        m_slots.at(index).select->setEnabled(verify);
+    }
+}
+
+void ServiceIEC61850EditDialog::buildFields(QFormLayout *form)
+{
+    m_slots.reserve(lastClientSlot + 1);
+    m_service.build(form);
+    m_service.widget(QStringLiteral("protocol"))->setEnabled(false);
+    addSlot(form, tr("Root Certificate:"), QStringLiteral("rootCertificate"), serviceRootCertificatePathRole,
+            false);
+    addSlot(form, tr("Server Certificate:"), QStringLiteral("serverCertificate"),
+            serviceServerCertificatePathRole, false);
+    addSlot(form, tr("Server Key:"), QStringLiteral("serverKey"), serviceServerKeyPathRole, true);
+    m_security.build(form);
+    for (int client = 0; client < clientSlots; ++client) {
+        // Each client has two roles, path and content, side by side.
+        addSlot(form, tr(clientLabels[client]), QStringLiteral("clientCertificate%1").arg(client + 1),
+                serviceClientCertificatePath1Role + 2 * client, false);
+    }
+}
+
+void ServiceIEC61850EditDialog::addSlot(QFormLayout *form, const QString &label, const QString &name,
+                                        int pathRole, bool isKey)
+{
+    QWidget *parent = form->parentWidget();
+    auto *field = new QLineEdit(parent);
+    field->setObjectName(name + QStringLiteral("Path"));
+    field->setReadOnly(true);
+    QPushButton *select = FormPage::button(tr("Select"), QStringLiteral(":/adsdemo/images/look.svg"), parent);
+    select->setObjectName(name + QStringLiteral("Select"));
+    select->setAutoDefault(false);
+    auto *caption = new QLabel(label, parent);
+    caption->setBuddy(select);
+    auto *row = new QHBoxLayout;
+    row->addWidget(field);
+    row->addWidget(select);
+    form->addRow(caption, row);
+
+    const int index = m_slots.size();
+    // The content role follows the path role in every pair.
+    m_slots.append({pathRole, pathRole + 1, isKey, caption, field, select, QString(), QString()});
+    connect(select, &QPushButton::clicked, this, [this, index] { selectFile(m_slots[index]); });
+}
+
+void ServiceIEC61850EditDialog::fill()
+{
+    m_service.fill(m_item);
+    if (!m_item->data(serviceEnableGoosePublishingRole).isValid()) {
+        qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableGoosePublishing")))->setChecked(true);
+    }
+    m_security.fill(m_item);
+    for (FileSlot &slot : m_slots) {
+        slot.path = m_item->data(slot.pathRole).toString();
+        slot.content = m_item->data(slot.contentRole).toString();
+        slot.field->setText(slot.path);
+    }
+    updatePasswordVisibility();
+    updateSSLFieldsVisibility();
+    updateIsVerifyClientCertFieldsVisibility();
+}
+
+void ServiceIEC61850EditDialog::updatePasswordVisibility()
+{
+    const bool visible = m_service.text(QStringLiteral("authentication")) != tr("None");
+    m_service.label(QStringLiteral("password"))->setVisible(visible);
+    m_service.widget(QStringLiteral("password"))->setVisible(visible);
+}
+
+void ServiceIEC61850EditDialog::selectFile(FileSlot &slot)
+{
+    const QString path = slot.isKey
+        ? QFileDialog::getOpenFileName(this, tr("Select Key File"), QString(),
+                                       tr("Keys (*.der *.pem *.crt *.key)"))
+        : QFileDialog::getOpenFileName(this, tr("Select Certificate File"), QString(),
+                                       tr("Certificates (*.der *.pem *.crt *.key)"));
+    if (path.isEmpty()) {
+        return;
+    }
+    slot.path = path;
+    slot.field->setText(path);
+    slot.content = readCertificateFile(path);
+}
+
+QString ServiceIEC61850EditDialog::readCertificateFile(const QString &path)
+{
+    const CertificateFile file = loadCertificateFile(path);
+    if (!file.opened) {
+        Tell::warning(this, tr("Error"), tr("Failed to open file: %1").arg(path));
+    }
+    return file.content;
+}
+
+void ServiceIEC61850EditDialog::saveSlot(int index)
+{
+    const FileSlot &slot = m_slots.at(index);
+    if (slot.field->text() == slot.path) {
+        m_item->setData(slot.path, slot.pathRole);
+        m_item->setData(slot.content, slot.contentRole);
+        return;
+    }
+    Tell::warning(this, tr("Warning"),
+                  slot.isKey ? tr("The key storage path is inconsistent with the loading path.Please select "
+                                  "the key again.Prevent data loss.")
+                             : tr("The certificate storage path is inconsistent with the loading path.Please "
+                                  "select the certificate again.Prevent data loss."));
+    // The last client empties the roles of the one before it: a slip of one that stands, on purpose.
+    const FileSlot &emptied = index == lastClientSlot ? m_slots.at(index - 1) : slot;
+    m_item->setData(QString(), emptied.pathRole);
+    m_item->setData(QString(), emptied.contentRole);
+}
+
+bool ServiceIEC61850EditDialog::isChecked(const char *name) const
+{
+    const QString key = QLatin1String(name);
+    return (m_service.widget(key) ? m_service : m_security).value(key).toBool();
+}

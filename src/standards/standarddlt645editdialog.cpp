@@ -1,0 +1,394 @@
+#include "standards/standarddlt645editdialog.h"
+
+#include "app/activitylog.h"
+#include "document/dlt645items.h"
+#include "model/itemroles.h"
+#include "model/workspace.h"
+#include "standards/standardfields.h"
+#include "widgets/formpage.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QFormLayout>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpressionValidator>
+#include <QScrollArea>
+#include <QSignalBlocker>
+#include <QStandardItem>
+#include <QTabWidget>
+#include <QTableWidget>
+
+namespace {
+
+constexpr char context[] = "standardDLT645EditDialog";
+constexpr int tableHeight = 600; // pixels
+constexpr int tickColumn = 0;
+constexpr int labelColumn = 1;
+constexpr int nameColumn = 2;
+
+const QString newTitle = QStringLiteral("DLT645-%1");
+const QString loadedTitle = QStringLiteral("Modbus-%1"); // the word that stored projects have, on purpose
+
+QVector<Field> identityFields()
+{
+    return {
+        {"name", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Server Name:"), FieldKind::Text,
+         Qt::DisplayRole},
+        {"protocol", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol:"), FieldKind::List,
+         standardProtocolRole, FieldCheck::None, {QStringLiteral("DLT645")}},
+    };
+}
+
+QVector<Field> serialFields()
+{
+    return StandardFields::serialLine("2400", "EVEN")
+        + QVector<Field>{
+            {"communicationTimeout", QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"),
+             FieldKind::Text, standardCommunicationTimeoutRole, FieldCheck::Integer, {}, "2000"},
+            {"communicationGap", QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"), FieldKind::Text,
+             standardCommunicationGapRole, FieldCheck::Integer, {}, "-1"},
+        };
+}
+
+QVector<Field> meterFields()
+{
+    return {
+        {"slaveAddressEdit", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"), FieldKind::Text,
+         FieldTable::noRole},
+        {"protocolVersionComboBox", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol Version:"),
+         FieldKind::List, FieldTable::noRole, FieldCheck::None,
+         {Dlt645::versionText(Dlt645::Version2007), Dlt645::versionText(Dlt645::Version1997)}},
+    };
+}
+
+QCheckBox *tickOf(const QTableWidget *table, int row)
+{
+    return qobject_cast<QCheckBox *>(table->cellWidget(row, tickColumn));
+}
+
+QString textOf(const QTableWidget *table, int row, int column)
+{
+    const QTableWidgetItem *item = table->item(row, column);
+    return item ? item->text() : QString();
+}
+
+} // namespace
+
+standardDLT645EditDialog::standardDLT645EditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
+    : EditForm(parent)
+    , m_item(item)
+    , m_workspace(workspace)
+    , m_fields(context, identityFields())
+    , m_serial("StandardFields", serialFields())
+    , m_trigger("StandardFields", StandardFields::trigger())
+{
+    setWindowTitle(tr("Edit Standard"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(FormPage::scrollArea(buildContent(), this));
+    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
+    m_save = buttons.save;
+    connect(buttons.cancel, &QPushButton::clicked, this, &standardDLT645EditDialog::rejected);
+    fillFields(Opening::Construct);
+    loadTabs();
+    logToFile(QStringLiteral("standardDLT645EditDialog: new-nuilt"));
+}
+
+standardDLT645EditDialog::~standardDLT645EditDialog()
+{
+    logToFile(QStringLiteral("standardDLT645EditDialog: destroyed"));
+}
+
+QWidget *standardDLT645EditDialog::buildContent()
+{
+    auto *content = new QWidget(this);
+    auto *column = new QVBoxLayout(content);
+    auto *form = new QFormLayout;
+    column->addLayout(form);
+    m_fields.build(form);
+    m_serial.build(form);
+    column->addWidget(StandardFields::triggerRow(m_trigger, content));
+
+    QPushButton *add = FormPage::button(tr("Add Tab"), QStringLiteral(":/adsdemo/images/add.svg"), content);
+    add->setObjectName(QStringLiteral("addTabButton"));
+    add->setAutoDefault(false);
+    connect(add, &QPushButton::clicked, this, &standardDLT645EditDialog::addTab);
+    column->addWidget(add, 0, Qt::AlignLeft);
+
+    m_tabs = new QTabWidget(content);
+    m_tabs->setTabsClosable(true);
+    connect(m_tabs, &QTabWidget::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
+    column->addWidget(m_tabs);
+    return content;
+}
+
+QWidget *standardDLT645EditDialog::makePage(const QString &title)
+{
+    auto *page = new QWidget(m_tabs);
+    auto *column = new QVBoxLayout(page);
+    auto *form = new QFormLayout;
+    column->addLayout(form);
+    FieldTable meter(context, meterFields());
+    meter.build(form);
+    QLineEdit *address = meter.lineEdit(QStringLiteral("slaveAddressEdit"));
+    static const QRegularExpression digits(QStringLiteral("^[0-9A-Fa-f]{0,12}$"));
+    address->setValidator(new QRegularExpressionValidator(digits, address));
+    address->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
+
+    QPushButton *all
+        = FormPage::button(tr("Select All"), QStringLiteral(":/adsdemo/images/SelectAll.svg"), page);
+    all->setObjectName(QStringLiteral("selectAllButton"));
+    all->setAutoDefault(false);
+    connect(all, &QPushButton::clicked, this, [this] { toggleSelectAll(tickColumn); });
+    column->addWidget(all, 0, Qt::AlignLeft);
+
+    QComboBox *version = meter.comboBox(QStringLiteral("protocolVersionComboBox"));
+    QTableWidget *table = makeTable(page);
+    column->addWidget(table);
+    fillTable(table, version->currentText());
+    connect(version, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            &standardDLT645EditDialog::updateParameterTable);
+    version->installEventFilter(this);
+    m_tabs->addTab(page, title);
+    return page;
+}
+
+QTableWidget *standardDLT645EditDialog::makeTable(QWidget *page)
+{
+    auto *table = new QTableWidget(0, 3, page);
+    table->setHorizontalHeaderLabels({tr("Select All"), tr("Data name"), tr("Name")});
+    table->setColumnWidth(tickColumn, 40);
+    table->setColumnWidth(labelColumn, 150);
+    table->setColumnWidth(nameColumn, 90);
+    table->setFixedHeight(tableHeight);
+    table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
+    table->horizontalHeader()->setStyleSheet(
+        QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }"));
+    connect(table, &QTableWidget::cellChanged, this, &standardDLT645EditDialog::validateName);
+    connect(table->horizontalHeader(), &QHeaderView::sectionClicked, this,
+            &standardDLT645EditDialog::toggleSelectAll);
+    return table;
+}
+
+void standardDLT645EditDialog::fillTable(QTableWidget *table, const QString &version)
+{
+    // No check while filling: checks answer to the user's editing.
+    const QSignalBlocker quiet(table);
+    const QVector<const Dlt645::Item *> items = Dlt645::itemsOf(Dlt645::versionOf(version));
+    table->setRowCount(0);
+    table->setRowCount(items.size());
+    for (int row = 0; row < items.size(); ++row) {
+        table->setItem(row, tickColumn, new QTableWidgetItem);
+        table->setCellWidget(row, tickColumn, new QCheckBox(table));
+        auto *label = new QTableWidgetItem(Dlt645::label(*items.at(row)));
+        label->setFlags(label->flags() & ~Qt::ItemIsEditable);
+        table->setItem(row, labelColumn, label);
+        table->setItem(row, nameColumn, new QTableWidgetItem);
+    }
+}
+
+void standardDLT645EditDialog::fillFields(Opening opening)
+{
+    m_fields.fill(m_item);
+    m_serial.fill(m_item);
+    m_trigger.fill(m_item);
+    if (opening == Opening::Replace) {
+        // On purpose other than at construction: a list whose role is empty goes to its first entry here.
+        const auto &fields = m_serial.fields();
+        for (const Field &field : fields) {
+            QComboBox *list = m_serial.comboBox(QLatin1String(field.name));
+            if (list && m_item->data(field.role).toString().isEmpty()) {
+                list->setCurrentIndex(0);
+            }
+        }
+    }
+}
+
+void standardDLT645EditDialog::loadTabs()
+{
+    const auto groups = m_item->data(standardDatasRole).value<GroupMap>();
+    for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
+        loadTab(group.key(), group.value());
+    }
+    retitleTabs(loadedTitle);
+    const auto tables = m_tabs->findChildren<QTableWidget *>();
+    for (QTableWidget *table : tables) {
+        table->setFixedHeight(tableHeight);
+    }
+}
+
+void standardDLT645EditDialog::retitleTabs(const QString &pattern)
+{
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        m_tabs->setTabText(index, pattern.arg(index + 1));
+    }
+    m_nextTab = m_tabs->count() + 1;
+}
+
+void standardDLT645EditDialog::replaceItem(QStandardItem *item)
+{
+    m_item = item;
+    fillFields(Opening::Replace);
+    while (m_tabs->count() > 0) {
+        deleteTab(0);
+    }
+    loadTabs();
+    logToFile(QStringLiteral("standardDLT645EditDialog: replace"));
+}
+
+void standardDLT645EditDialog::addTab()
+{
+    makePage(newTitle.arg(m_nextTab++));
+}
+
+void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
+{
+    QWidget *page = nullptr;
+    for (int index = 0; index < m_tabs->count() && !page; ++index) {
+        page = m_tabs->tabText(index) == title ? m_tabs->widget(index) : nullptr;
+    }
+    if (!page) {
+        page = makePage(title);
+    }
+    const QVariantList settings = rows.isEmpty() ? QVariantList() : rows.takeFirst();
+    auto *version = page->findChild<QComboBox *>(QStringLiteral("protocolVersionComboBox"));
+    page->findChild<QLineEdit *>(QStringLiteral("slaveAddressEdit"))->setText(settings.value(0).toString());
+    {
+        // This page need not be the current one, on which a change of the edition would act.
+        const QSignalBlocker quiet(version);
+        version->setCurrentText(settings.value(1).toString());
+    }
+    auto *table = page->findChild<QTableWidget *>();
+    fillTable(table, version->currentText());
+    const QSignalBlocker quiet(table);
+    for (int row = 0; row < qMin(rows.size(), table->rowCount()); ++row) {
+        const QVariantList &values = rows.at(row);
+        tickOf(table, row)->setChecked(ProjectTree::isTrue(values.value(0)));
+        for (int column = labelColumn; column < qMin(values.size(), table->columnCount()); ++column) {
+            table->item(row, column)->setText(values.at(column).toString());
+        }
+    }
+    logToFile(QStringLiteral("standardDLT645EditDialog: loadParameters"));
+}
+
+void standardDLT645EditDialog::deleteTab(int index)
+{
+    // At once: numbers and contents of the tabs must agree when the next event comes.
+    delete m_tabs->widget(index);
+    retitleTabs(newTitle);
+}
+
+void standardDLT645EditDialog::updateParameterTable(int index)
+{
+    Q_UNUSED(index)
+    const QWidget *page = m_tabs->currentWidget();
+    auto *table = page ? page->findChild<QTableWidget *>() : nullptr;
+    if (table) {
+        fillTable(table, page->findChild<QComboBox *>()->currentText());
+    }
+}
+
+void standardDLT645EditDialog::toggleSelectAll(int logicalIndex)
+{
+    const QWidget *page = m_tabs->currentWidget();
+    const auto *table = page ? page->findChild<QTableWidget *>() : nullptr;
+    if (logicalIndex != tickColumn || !table) {
+        return;
+    }
+    bool allTicked = true;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        allTicked = allTicked && tickOf(table, row)->isChecked();
+    }
+    for (int row = 0; row < table->rowCount(); ++row) {
+        tickOf(table, row)->setChecked(!allTicked);
+    }
+}
+
+void standardDLT645EditDialog::validateName(int row, int column)
+{
+    auto *table = qobject_cast<QTableWidget *>(sender());
+    if (column != nameColumn || m_clearingName || !table) {
+        return;
+    }
+    // Empty names count too, on purpose: emptying one beside another empty one brings the message.
+    if (isNameDuplicate(table, row, textOf(table, row, nameColumn))) {
+        m_clearingName = true;
+        if (m_workspace) {
+            m_workspace->appendMessage(
+                tr("The name of the '%1' line already exists. Please use a different name.").arg(row + 1));
+        }
+        table->item(row, nameColumn)->setText(QString());
+        m_clearingName = false;
+    }
+}
+
+bool standardDLT645EditDialog::isNameDuplicate(QTableWidget *table, int currentRow, QString currentName)
+{
+    for (int row = 0; row < table->rowCount(); ++row) {
+        if (row != currentRow && textOf(table, row, nameColumn) == currentName) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void standardDLT645EditDialog::saveChanges()
+{
+    m_fields.save(m_item);
+    m_serial.save(m_item);
+    m_trigger.save(m_item);
+    GroupMap tabs;
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        const RowList rows = rowsOf(m_tabs->widget(index));
+        if (!rows.isEmpty()) {
+            tabs.insert(m_tabs->tabText(index), rows);
+        }
+    }
+    m_item->setData(QVariant::fromValue(tabs), standardDatasRole);
+    if (m_workspace) {
+        m_workspace->appendMessage(tr("The Standard DLT645 '%1' is saved successfully.")
+                                       .arg(m_fields.text(QStringLiteral("name"))));
+    }
+    logToFile(QStringLiteral("standardDLT645EditDialog: save"));
+}
+
+RowList standardDLT645EditDialog::rowsOf(const QWidget *page) const
+{
+    const auto *table = page->findChild<QTableWidget *>();
+    const auto *address = page->findChild<QLineEdit *>(QStringLiteral("slaveAddressEdit"));
+    const auto *version = page->findChild<QComboBox *>(QStringLiteral("protocolVersionComboBox"));
+    if (!table || !address || !version) {
+        return {};
+    }
+    RowList rows{{address->text(), version->currentText()}};
+    for (int row = 0; row < table->rowCount(); ++row) {
+        rows.append({tickOf(table, row)->isChecked(), textOf(table, row, labelColumn),
+                     textOf(table, row, nameColumn)});
+    }
+    return rows;
+}
+
+void standardDLT645EditDialog::clearData()
+{
+    m_fields.clear();
+    m_serial.clear();
+    m_trigger.clear();
+    while (m_tabs->count() > 0) {
+        deleteTab(0);
+    }
+}
+
+QLineEdit *standardDLT645EditDialog::nameEdit() const
+{
+    return m_fields.lineEdit(QStringLiteral("name"));
+}
+
+bool standardDLT645EditDialog::eventFilter(QObject *obj, QEvent *event)
+{
+    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
+        return true;
+    }
+    return EditForm::eventFilter(obj, event);
+}

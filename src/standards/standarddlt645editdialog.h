@@ -1,0 +1,69 @@
+#pragma once
+
+#include "model/projecttree.h"
+#include "widgets/editform.h"
+#include "widgets/fieldtable.h"
+
+class QPushButton;
+class QStandardItem;
+class QTabWidget;
+class QTableWidget;
+class Workspace;
+
+// The form of a Standard of protocol "DLT645": one serial line, and a tab for each meter on it with its
+// address, its edition of DL/T 645 and the items ticked for reading. "Save" is connected by the main window.
+class standardDLT645EditDialog : public EditForm
+{
+    Q_OBJECT
+public:
+    // Writes the text defaults into the item's empty roles.
+    standardDLT645EditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
+    ~standardDLT645EditDialog() override;
+
+    // Shows another Standard; what was typed and not saved is overwritten.
+    void replaceItem(QStandardItem *item);
+    // Appends a tab with the 2007 items and the next number; it does not become the current one.
+    void addTab();
+    // Fills the tab of that title, made if missing: row 0 holds slave address and edition, each further row,
+    // by position, a tick, an item label and the user's name.
+    void loadTab(QString title, QList<QVariantList> rows);
+
+    QLineEdit *nameEdit() const;
+    QPushButton *saveButton() const { return m_save; }
+
+public slots:
+    void saveChanges();
+    void clearData();
+    // Clears a name that another row of the sender's table has, and says so.
+    void validateName(int row, int column);
+    bool isNameDuplicate(QTableWidget *table, int currentRow, QString currentName);
+    // Swallows the wheel over lists, so that scrolling changes none.
+    bool eventFilter(QObject *obj, QEvent *event) override;
+    // Ticks all rows of the current tab, or none if all were ticked; for the first column only.
+    void toggleSelectAll(int logicalIndex);
+    void deleteTab(int index);
+    // Fills the current tab's table with the items of its edition; ticks and names go.
+    void updateParameterTable(int index);
+
+private:
+    enum class Opening { Construct, Replace };
+
+    QWidget *buildContent();
+    QWidget *makePage(const QString &title);
+    QTableWidget *makeTable(QWidget *page);
+    void fillFields(Opening opening);
+    void loadTabs();
+    void fillTable(QTableWidget *table, const QString &version);
+    void retitleTabs(const QString &pattern);
+    RowList rowsOf(const QWidget *page) const;
+
+    QStandardItem *m_item;  // Not owned.
+    Workspace *m_workspace; // Not owned; may be null.
+    FieldTable m_fields;
+    FieldTable m_serial;
+    FieldTable m_trigger;
+    QTabWidget *m_tabs = nullptr;
+    QPushButton *m_save = nullptr;
+    int m_nextTab = 1;
+    bool m_clearingName = false;
+};

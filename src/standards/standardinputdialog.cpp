@@ -1,0 +1,52 @@
+#include "standards/standardinputdialog.h"
+
+#include "app/activitylog.h"
+#include "widgets/formpage.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QIcon>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+standardInputDialog::standardInputDialog(QWidget *parent)
+    : QDialog(parent), m_name(new QLineEdit(this)), m_protocol(new QComboBox(this))
+{
+    setWindowTitle(tr("Add Standard"));
+    setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/standard.svg")));
+    setMinimumWidth(360);
+    m_name->setObjectName(QStringLiteral("name"));
+    m_protocol->setObjectName(QStringLiteral("protocol"));
+    // Names of protocols are data: they are stored in the item as they stand here.
+    m_protocol->addItems({QStringLiteral("DLT645"), QStringLiteral("Modbus")});
+
+    auto *layout = new QVBoxLayout(this);
+    auto *form = new QFormLayout;
+    layout->addLayout(form);
+    form->addRow(tr("Name:"), m_name);
+    form->addRow(tr("Protocol:"), m_protocol);
+
+    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("OK"), tr("Cancel"));
+    buttons.save->setObjectName(QStringLiteral("okButton"));
+    buttons.save->setDefault(true);
+    buttons.cancel->setAutoDefault(false);
+    connect(buttons.save, &QPushButton::clicked, this, &QDialog::accept);
+    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    logToFile(QStringLiteral("standardInputDialog: new-nuilt"));
+}
+
+standardInputDialog::~standardInputDialog()
+{
+    logToFile(QStringLiteral("standardInputDialog: destroyed"));
+}
+
+QString standardInputDialog::name() const
+{
+    return m_name->text();
+}
+
+QString standardInputDialog::protocol() const
+{
+    return m_protocol->currentText();
+}

@@ -1,0 +1,423 @@
+#include "standards/standardmodbuseditdialog.h"
+
+#include "app/activitylog.h"
+#include "model/itemroles.h"
+#include "model/workspace.h"
+#include "standards/standardfields.h"
+#include "widgets/formpage.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStandardItem>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTimer>
+
+namespace {
+
+constexpr char context[] = "standardModbusEditDialog";
+constexpr int tableHeight = 600; // pixels
+
+const QString rtu = QStringLiteral("ModbusRTU");
+
+QVector<Field> identityFields()
+{
+    return {
+        {"name", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Server Name:"), FieldKind::Text,
+         Qt::DisplayRole},
+        {"protocol", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Protocol:"), FieldKind::List,
+         standardProtocolRole, FieldCheck::None, {QStringLiteral("Modbus")}},
+        {"modbus", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Modbus:"), FieldKind::List,
+         standardModbusModeRole, FieldCheck::None, {QStringLiteral("ModbusTCP"), rtu}},
+    };
+}
+
+QVector<Field> networkFields()
+{
+    return {
+        {"ip", QT_TRANSLATE_NOOP("standardModbusEditDialog", "IP:"), FieldKind::Text, standardIpRole,
+         FieldCheck::Ipv4, {}, "192.168.1.60"},
+        {"port", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Port:"), FieldKind::Text, standardPortRole,
+         FieldCheck::Port, {}, "502"},
+        {"connectionTimeout", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Connection Timeout:"),
+         FieldKind::Text, standardConnectionTimeoutRole, FieldCheck::Integer, {}, "2000"},
+        {"communicationTimeout", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Communication Timeout:"),
+         FieldKind::Text, standardCommunicationTimeoutRole, FieldCheck::Integer, {}, "2000"},
+        {"keepAlive", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Keep Alive Time:"), FieldKind::Text,
+         standardKeepAliveRole, FieldCheck::Integer, {}, "60000"},
+    };
+}
+
+QVector<Field> serialFields()
+{
+    return StandardFields::serialLine()
+        + QVector<Field>{
+            {"rtuCommunicationTimeout", QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"), FieldKind::Text,
+             standardRtuCommunicationTimeoutRole, FieldCheck::Integer, {}, "2000"},
+            {"communicationGap", QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"),
+             FieldKind::Text, standardCommunicationGapRole, FieldCheck::Integer, {}, "-1"},
+        };
+}
+
+// The settings of a slave: row 0 of its tab, in this order.
+QVector<Field> slaveFields()
+{
+    return {
+        {"seriesComboBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Series:"), FieldKind::List,
+         FieldTable::noRole, FieldCheck::None, {QStringLiteral("standard")}},
+        {"stationNumEdit", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Station Num:"), FieldKind::Text,
+         FieldTable::noRole, FieldCheck::Integer},
+        {"byteOrderComboBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Byte Order:"), FieldKind::List,
+         FieldTable::noRole, FieldCheck::None,
+         {QStringLiteral("ABCD"), QStringLiteral("BADC"), QStringLiteral("CDAB"), QStringLiteral("DCBA")}},
+        {"startAddress0CheckBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "StartAddress0:"),
+         FieldKind::Check, FieldTable::noRole},
+        {"charReversedCheckBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Char Reversed:"),
+         FieldKind::Check, FieldTable::noRole},
+    };
+}
+
+QString tabTitle(int number)
+{
+    return QStringLiteral("Modbus-%1").arg(number);
+}
+
+template<class Widget>
+Widget *child(const QWidget *page, const char *name)
+{
+    return page ? page->findChild<Widget *>(QLatin1String(name)) : nullptr;
+}
+
+} // namespace
+
+standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
+    : EditForm(parent)
+    , m_item(item)
+    , m_workspace(workspace)
+    , m_identity(context, identityFields())
+    , m_network(context, networkFields())
+    , m_serial("StandardFields", serialFields())
+    , m_trigger("StandardFields", StandardFields::trigger())
+    , m_parameters(new ParameterEditor(
+          ParameterVariant::modbus(), this, workspace, [this] { return currentTable(); },
+          [this] { return m_latestTable.data(); }))
+{
+    setWindowTitle(tr("Edit Standard"));
+    m_parameters->setMissingText([this] {
+        return m_tabs->currentWidget() ? tr("Parameter table not found.") : tr("No tab selected.");
+    });
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(FormPage::scrollArea(buildContent(), this));
+    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
+    m_save = buttons.save;
+    connect(buttons.cancel, &QPushButton::clicked, this, &standardModbusEditDialog::rejected);
+
+    fillFields();
+    connect(m_identity.comboBox(QStringLiteral("modbus")), &QComboBox::currentTextChanged, this,
+            &standardModbusEditDialog::onProtocolChanged);
+    onProtocolChanged(m_identity.text(QStringLiteral("modbus")));
+    QTimer::singleShot(0, this, [this] { loadTabs(); });
+    logToFile(QStringLiteral("standardModbusEditDialog: new-nuilt"));
+}
+
+standardModbusEditDialog::~standardModbusEditDialog()
+{
+    logToFile(QStringLiteral("standardModbusEditDialog: destroyed"));
+}
+
+QWidget *standardModbusEditDialog::buildContent()
+{
+    auto *content = new QWidget(this);
+    auto *column = new QVBoxLayout(content);
+    const auto group = [content, column](const QString &title, FieldTable &fields) {
+        auto *box = new QGroupBox(title, content);
+        fields.build(new QFormLayout(box));
+        column->addWidget(box);
+        return box;
+    };
+    group(QString(), m_identity)->setStyleSheet(QStringLiteral("QGroupBox { border: none; }"));
+    m_networkGroup = group(tr("Network Layer Information"), m_network);
+    m_serialGroup = group(tr("Serial Port Information"), m_serial);
+
+    QPushButton *add = FormPage::button(tr("Add Tab"), QStringLiteral(":/adsdemo/images/add.svg"), content);
+    add->setObjectName(QStringLiteral("addTabButton"));
+    add->setAutoDefault(false);
+    connect(add, &QPushButton::clicked, this, &standardModbusEditDialog::addTab);
+    column->addWidget(add, 0, Qt::AlignLeft);
+    column->addWidget(StandardFields::triggerRow(m_trigger, content));
+
+    m_tabs = new QTabWidget(content);
+    m_tabs->setTabsClosable(true);
+    connect(m_tabs, &QTabWidget::tabCloseRequested, this, &standardModbusEditDialog::deleteTab);
+    column->addWidget(m_tabs);
+    return content;
+}
+
+QWidget *standardModbusEditDialog::makePage(const QString &title)
+{
+    auto *page = new QWidget(m_tabs);
+    auto *column = new QVBoxLayout(page);
+    auto *form = new QFormLayout;
+    column->addLayout(form);
+    FieldTable slave(context, slaveFields());
+    slave.build(form);
+    slave.widget(QStringLiteral("seriesComboBox"))->setEnabled(false);
+    slave.setText(QStringLiteral("stationNumEdit"), QStringLiteral("1"));
+    child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(true);
+
+    auto *row = new QHBoxLayout;
+    const struct {
+        QString text;
+        const char *name;
+        void (standardModbusEditDialog::*pressed)();
+    } buttons[] = {
+        {tr("Add"), "addButton", &standardModbusEditDialog::addParameter},
+        {tr("Remove All"), "removeAllButton", &standardModbusEditDialog::removeAllParameters},
+        {tr("Import"), "importButton", &standardModbusEditDialog::importParameters},
+        {tr("Export"), "exportButton", &standardModbusEditDialog::exportParameters},
+    };
+    for (const auto &entry : buttons) {
+        auto *button = new QPushButton(entry.text, page);
+        button->setObjectName(QLatin1String(entry.name));
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, entry.pressed);
+        row->addWidget(button);
+    }
+    child<QPushButton>(page, "addButton")->setIcon(QIcon(QStringLiteral(":/adsdemo/images/add.svg")));
+    row->addStretch();
+    column->addLayout(row);
+
+    auto *table = new QTableWidget(page);
+    m_parameters->prepare(table);
+    m_latestTable = table;
+    column->addWidget(table);
+    m_tabs->addTab(page, title);
+    return page;
+}
+
+void standardModbusEditDialog::fillFields()
+{
+    for (const FieldTable *fields : {&m_identity, &m_network, &m_serial, &m_trigger}) {
+        fields->fill(m_item);
+    }
+}
+
+void standardModbusEditDialog::loadTabs()
+{
+    const auto groups = m_item->data(standardDatasRole).value<GroupMap>();
+    for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
+        loadTab(group.key(), group.value());
+    }
+    retitleTabs();
+    const auto tables = m_tabs->findChildren<QTableWidget *>();
+    for (QTableWidget *table : tables) {
+        table->setFixedHeight(tableHeight);
+    }
+}
+
+void standardModbusEditDialog::retitleTabs()
+{
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        m_tabs->setTabText(index, tabTitle(index + 1));
+    }
+    m_nextTab = m_tabs->count() + 1;
+}
+
+void standardModbusEditDialog::replaceItem(QStandardItem *item)
+{
+    m_item = item;
+    fillFields();
+    while (m_tabs->count() > 0) {
+        deleteTab(0);
+    }
+    loadTabs();
+    logToFile(QStringLiteral("standardModbusEditDialog: replace"));
+}
+
+void standardModbusEditDialog::addTab()
+{
+    makePage(tabTitle(m_nextTab++));
+}
+
+void standardModbusEditDialog::loadTab(QString title, QList<QVariantList> rows)
+{
+    QWidget *page = nullptr;
+    for (int index = 0; index < m_tabs->count() && !page; ++index) {
+        page = m_tabs->tabText(index) == title ? m_tabs->widget(index) : nullptr;
+    }
+    if (!page) {
+        page = makePage(title);
+    }
+    if (rows.isEmpty()) {
+        return;
+    }
+    const QVariantList settings = rows.takeFirst();
+    child<QComboBox>(page, "seriesComboBox")->setCurrentText(settings.value(0).toString());
+    child<QLineEdit>(page, "stationNumEdit")->setText(settings.value(1).toString());
+    child<QComboBox>(page, "byteOrderComboBox")->setCurrentText(settings.value(2).toString());
+    child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(ProjectTree::isTrue(settings.value(3)));
+    child<QCheckBox>(page, "charReversedCheckBox")->setChecked(ProjectTree::isTrue(settings.value(4)));
+    m_parameters->fill(page->findChild<QTableWidget *>(), rows);
+}
+
+void standardModbusEditDialog::deleteTab(int index)
+{
+    // At once: numbers and contents of the tabs must agree when the next event comes.
+    delete m_tabs->widget(index);
+    retitleTabs();
+}
+
+void standardModbusEditDialog::saveChanges()
+{
+    m_identity.save(m_item);
+    const struct {
+        const QGroupBox *box;
+        const FieldTable *fields;
+    } groups[] = {{m_networkGroup, &m_network}, {m_serialGroup, &m_serial}};
+    for (const auto &group : groups) {
+        // What is hidden is erased.
+        if (group.box->isVisible()) {
+            group.fields->save(m_item);
+        } else {
+            group.fields->erase(m_item);
+        }
+    }
+    m_trigger.save(m_item);
+
+    GroupMap tabs;
+    for (int index = 0; index < m_tabs->count(); ++index) {
+        const RowList rows = rowsOf(m_tabs->widget(index));
+        if (!rows.isEmpty()) {
+            tabs.insert(m_tabs->tabText(index), rows);
+        }
+    }
+    m_item->setData(QVariant::fromValue(tabs), standardDatasRole);
+    if (m_workspace) {
+        m_workspace->appendMessage(tr("The Standard Modbus '%1' is saved successfully.")
+                                       .arg(m_identity.text(QStringLiteral("name"))));
+    }
+    logToFile(QStringLiteral("standardModbusEditDialog: save"));
+}
+
+RowList standardModbusEditDialog::rowsOf(const QWidget *page) const
+{
+    const auto *series = child<QComboBox>(page, "seriesComboBox");
+    const auto *station = child<QLineEdit>(page, "stationNumEdit");
+    const auto *byteOrder = child<QComboBox>(page, "byteOrderComboBox");
+    const auto *startAddress0 = child<QCheckBox>(page, "startAddress0CheckBox");
+    const auto *charReversed = child<QCheckBox>(page, "charReversedCheckBox");
+    const auto *table = page->findChild<QTableWidget *>();
+    if (!series || !station || !byteOrder || !startAddress0 || !charReversed || !table) {
+        return {};
+    }
+    return RowList{{series->currentText(), station->text(), byteOrder->currentText(),
+                    startAddress0->isChecked(), charReversed->isChecked()}}
+        + m_parameters->rows(table);
+}
+
+void standardModbusEditDialog::clearData()
+{
+    for (const FieldTable *fields : {&m_identity, &m_network, &m_serial, &m_trigger}) {
+        fields->clear();
+    }
+    while (m_tabs->count() > 0) {
+        deleteTab(0);
+    }
+}
+
+void standardModbusEditDialog::onProtocolChanged(QString protocol)
+{
+    m_networkGroup->hide();
+    m_serialGroup->hide();
+    (protocol == rtu ? m_serialGroup : m_networkGroup)->show();
+}
+
+QTableWidget *standardModbusEditDialog::currentTable() const
+{
+    const QWidget *page = m_tabs->currentWidget();
+    return page ? page->findChild<QTableWidget *>() : nullptr;
+}
+
+QLineEdit *standardModbusEditDialog::nameEdit() const
+{
+    return m_identity.lineEdit(QStringLiteral("name"));
+}
+
+bool standardModbusEditDialog::eventFilter(QObject *obj, QEvent *event)
+{
+    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
+        return true;
+    }
+    return EditForm::eventFilter(obj, event);
+}
+
+// What follows hands over to the parameter table.
+
+void standardModbusEditDialog::addParameter() { m_parameters->addParameter(); }
+void standardModbusEditDialog::removeParameter() { m_parameters->removeParameter(); }
+void standardModbusEditDialog::removeAllParameters() { m_parameters->removeAllParameters(); }
+void standardModbusEditDialog::importParameters() { m_parameters->importParameters(); }
+void standardModbusEditDialog::exportParameters() { m_parameters->exportParameters(); }
+
+void standardModbusEditDialog::loadParameters(const QList<QVariantList> &rows)
+{
+    m_parameters->loadParameters(rows);
+}
+
+void standardModbusEditDialog::validateName(int row, int column) { m_parameters->validateName(row, column); }
+void standardModbusEditDialog::validateAddr(int row, int column) { m_parameters->validateAddr(row, column); }
+
+void standardModbusEditDialog::validateChange(int row, int column)
+{
+    m_parameters->validateChange(row, column);
+}
+
+void standardModbusEditDialog::validateFormula(int row, int column)
+{
+    m_parameters->validateFormula(row, column);
+}
+
+void standardModbusEditDialog::validateLength(int row, int column)
+{
+    m_parameters->validateLength(row, column);
+}
+
+void standardModbusEditDialog::validateNameOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_parameters->validateNameOnChange(row, column);
+}
+
+void standardModbusEditDialog::validateAddrOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_parameters->validateAddrOnChange(row, column);
+}
+
+void standardModbusEditDialog::validateChangeOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_parameters->validateChangeOnChange(row, column);
+}
+
+void standardModbusEditDialog::validateFormulaOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_parameters->validateFormulaOnChange(row, column);
+}
+
+void standardModbusEditDialog::updateChangeAmplitudeCell(int row, bool enabled)
+{
+    m_parameters->updateChangeAmplitudeCell(row, enabled);
+}
+
+void standardModbusEditDialog::updateloadChangeAmplitudeCell(int row, bool enabled)
+{
+    m_parameters->updateloadChangeAmplitudeCell(row, enabled);
+}

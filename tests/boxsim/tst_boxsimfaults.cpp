@@ -1,0 +1,393 @@
+#include "boxsim/boxsim.h"
+#include "boxsim/faultlist.h"
+#include "rawtool.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+
+// Each fault of the simulated Box, as a tool meets it.
+class tst_BoxSimFaults : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void silentAcceptsAndNeverSpeaks();
+    void unansweredKinds_data();
+    void unansweredKinds();
+    void lateAnswersComeLate_data();
+    void lateAnswersComeLate();
+    void splitAnswersComeInPieces_data();
+    void splitAnswersComeInPieces();
+    void joinedAnswersComeInOnePiece();
+    void noiseStandsBeforeEachFrame();
+    void linkEndsAfterBytesSent_data();
+    void linkEndsAfterBytesSent();
+    void linkEndsAfterBytesReceived();
+    void aSecondConnectionIsRefusedWhileThereIsOne();
+    void verdictsAreSpoiled_data();
+    void verdictsAreSpoiled();
+    void writesAreRefused_data();
+    void writesAreRefused();
+    void answersCarryNumbersAndLackKeys_data();
+    void answersCarryNumbersAndLackKeys();
+    void faultsChangeWhileTheBoxRuns();
+    void faultNamesAreUnderstood_data();
+    void faultNamesAreUnderstood();
+    void faultHelpNamesEveryFault();
+
+private:
+    static BoxSimOptions options(const QString &fault = QString())
+    {
+        BoxSimOptions options;
+        options.address = address();
+        options.reportInterval = 0;
+        if (!fault.isEmpty()) {
+            applyFault(fault, &options.faults);
+        }
+        return options;
+    }
+    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.2")); }
+};
+
+void tst_BoxSimFaults::silentAcceptsAndNeverSpeaks()
+{
+    BoxSimOptions own = options(QStringLiteral("silent"));
+    own.project = "{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"name\":\"a\"}]}]}";
+    BoxSim box(own);
+    QVERIFY(box.start());
+    QSignalSpy frames(&box, &BoxSim::frameReceived);
+    QSignalSpy sent(&box, &BoxSim::frameSent);
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat() + Raw::json("{\"type\":\"2\",\"pares\":{}}")
+              + Raw::transfer(4, "a", "0cc175b9c0f1b6a831c399e269772661"));
+    QTRY_COMPARE(frames.size(), 4);
+    box.reportNow();
+    QCOMPARE(sent.size(), 0);
+    QCOMPARE(tool.bytes(), QByteArray());
+}
+
+void tst_BoxSimFaults::unansweredKinds_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QByteArray>("unanswered");
+    QTest::addColumn<QByteArray>("answered");
+    const QByteArray read = Raw::json("{\"type\":\"8\",\"pares\":{}}");
+    const QByteArray transfer = Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e");
+    QTest::newRow("no heartbeat") << QStringLiteral("no-heartbeat") << Raw::heartbeat() << read;
+    QTest::newRow("no JSON") << QStringLiteral("no-json") << read << Raw::heartbeat();
+    QTest::newRow("no verdict") << QStringLiteral("verdict=none") << transfer << Raw::heartbeat();
+}
+
+void tst_BoxSimFaults::unansweredKinds()
+{
+    QFETCH(QString, fault);
+    QFETCH(QByteArray, unanswered);
+    QFETCH(QByteArray, answered);
+    BoxSim box(options(fault));
+    QVERIFY(box.start());
+    QSignalSpy sent(&box, &BoxSim::frameSent);
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(unanswered + answered);
+    QVERIFY(!tool.takeFrame().isEmpty());
+    QCOMPARE(sent.size(), 1);
+    QCOMPARE(tool.bytes(), QByteArray());
+}
+
+void tst_BoxSimFaults::lateAnswersComeLate_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QByteArray>("request");
+    QTest::newRow("heartbeat") << QStringLiteral("late-heartbeat=150") << Raw::heartbeat();
+    QTest::newRow("JSON") << QStringLiteral("late-json=150") << Raw::json("{\"type\":\"8\",\"pares\":{}}");
+    QTest::newRow("verdict") << QStringLiteral("late-verdict=150")
+                             << Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e");
+}
+
+void tst_BoxSimFaults::lateAnswersComeLate()
+{
+    QFETCH(QString, fault);
+    QFETCH(QByteArray, request);
+    BoxSim box(options(fault));
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    QElapsedTimer clock;
+    clock.start();
+    tool.send(request);
+    QVERIFY(!tool.takeFrame().isEmpty());
+    QVERIFY2(clock.elapsed() >= 149, qPrintable(QString::number(clock.elapsed())));
+}
+
+void tst_BoxSimFaults::splitAnswersComeInPieces_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<int>("longest");
+    QTest::newRow("byte by byte") << QStringLiteral("split") << 1;
+    QTest::newRow("pieces of 16") << QStringLiteral("split=16") << 16;
+}
+
+void tst_BoxSimFaults::splitAnswersComeInPieces()
+{
+    QFETCH(QString, fault);
+    QFETCH(int, longest);
+    BoxSim box(options(fault));
+    QVERIFY(box.start());
+    QVERIFY(box.setFault(QStringLiteral("split-gap=5")));
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.take(38).toHex(),
+             QByteArray("12340200260005312e302e300b53494d30303030303030310b4d524e2d474154452d37305678"));
+    // A slow reader may find two pieces together; nobody finds one that was not cut.
+    QVERIFY(tool.pieces().size() >= 38 / longest / 4);
+    QVERIFY(tool.pieces().constFirst().size() < 38);
+    QCOMPARE(tool.pieces().constFirst().size() % longest, 0);
+}
+
+void tst_BoxSimFaults::joinedAnswersComeInOnePiece()
+{
+    BoxSim box(options(QStringLiteral("join=50")));
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat());
+    tool.send(Raw::heartbeat());
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.take(3 * 38).size(), 3 * 38);
+    QCOMPARE(tool.pieces().size(), 1);
+}
+
+void tst_BoxSimFaults::noiseStandsBeforeEachFrame()
+{
+    BoxSim box(options(QStringLiteral("noise=5")));
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat() + Raw::heartbeat());
+    const QByteArray bytes = tool.take(2 * (5 + 38));
+    QCOMPARE(bytes.indexOf(QByteArray::fromHex("1234")), 5);
+    QCOMPARE(bytes.indexOf(QByteArray::fromHex("1234"), 6), 5 + 38 + 5);
+    QCOMPARE(bytes.mid(5, 38), bytes.mid(48, 38));
+}
+
+void tst_BoxSimFaults::linkEndsAfterBytesSent_data()
+{
+    QTest::addColumn<int>("bytes");
+    for (int bytes : {1, 6, 37, 38, 39, 75}) {
+        QTest::newRow(qPrintable(QString::number(bytes))) << bytes;
+    }
+}
+
+void tst_BoxSimFaults::linkEndsAfterBytesSent()
+{
+    QFETCH(int, bytes);
+    BoxSim box(options(QStringLiteral("drop-after-sent=%1").arg(bytes)));
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat() + Raw::heartbeat());
+    QVERIFY(tool.waitForEnd());
+    QCOMPARE(tool.bytes().size(), bytes);
+    QTRY_COMPARE(box.connectionCount(), 0);
+}
+
+void tst_BoxSimFaults::linkEndsAfterBytesReceived()
+{
+    BoxSim box(options(QStringLiteral("drop-after-received=15")));
+    QVERIFY(box.start());
+    QSignalSpy frames(&box, &BoxSim::frameReceived);
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat() + Raw::heartbeat());
+    QVERIFY(tool.waitForEnd());
+    QCOMPARE(frames.size(), 1);
+    RawTool again;
+    QVERIFY(again.connectTo(address()));
+    again.send(Raw::heartbeat());
+    QVERIFY(!again.takeFrame().isEmpty());
+}
+
+void tst_BoxSimFaults::aSecondConnectionIsRefusedWhileThereIsOne()
+{
+    BoxSim box(options(QStringLiteral("refuse-second")));
+    QVERIFY(box.start());
+    RawTool first;
+    QVERIFY(first.connectTo(address()));
+    QTRY_COMPARE(box.connectionCount(), 1);
+    RawTool second;
+    second.socket().connectToHost(address(), 30088);
+    QVERIFY(second.waitForEnd());
+    QCOMPARE(second.socket().error(), QAbstractSocket::ConnectionRefusedError);
+    first.send(Raw::heartbeat());
+    QVERIFY(!first.takeFrame().isEmpty());
+    first.socket().disconnectFromHost();
+    QTRY_VERIFY(box.isListening());
+    RawTool third;
+    QVERIFY(third.connectTo(address()));
+    QTRY_VERIFY(!box.isListening());
+    box.setFaults(BoxSimFaults());
+    QVERIFY(box.isListening());
+}
+
+void tst_BoxSimFaults::verdictsAreSpoiled_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QByteArray>("verdict");
+    QTest::newRow("bad") << QStringLiteral("bad") << QByteArray("123403000a0003015678");
+    QTest::newRow("wrong command") << QStringLiteral("wrong-command") << QByteArray("123404000a0003005678");
+    QTest::newRow("wrong sub-type") << QStringLiteral("wrong-subtype") << QByteArray("123403000a0002005678");
+    QTest::newRow("wrong header") << QStringLiteral("wrong-header") << QByteArray("123503000a0003005678");
+    QTest::newRow("partial") << QStringLiteral("partial") << QByteArray("123403000a");
+    QTest::newRow("too long") << QStringLiteral("too-long") << QByteArray("123403000a000300567800");
+}
+
+void tst_BoxSimFaults::verdictsAreSpoiled()
+{
+    QFETCH(QString, kind);
+    QFETCH(QByteArray, verdict);
+    BoxSim box(options(QStringLiteral("verdict=") + kind));
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::checksum(3, 0, "d41d8cd98f00b204e9800998ecf8427e"));
+    QCOMPARE(tool.take(verdict.size() / 2).toHex(), verdict);
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.takeFrame().size(), 38); // and nothing between
+}
+
+void tst_BoxSimFaults::writesAreRefused_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<QString>("code");
+    const QByteArray ntp("{\"type\":108,\"pares\":{\"NTP\":\"1.2.3.4\"}}");
+    const QByteArray reboot("{\"type\":\"6\",\"pares\":{\"reboot\":\"reboot\"}}");
+    const auto row = [](const char *name, const char *fault, const QByteArray &request, const char *code) {
+        QTest::newRow(name) << QString::fromLatin1(fault) << request << QString::fromLatin1(code);
+    };
+    row("all writes", "refuse-write=500", ntp, "500");
+    row("the reboot too", "refuse-write=500", reboot, "500");
+    row("one type", "refuse-write=108:403", ntp, "403");
+    row("another type", "refuse-write=102:403", ntp, "200");
+}
+
+void tst_BoxSimFaults::writesAreRefused()
+{
+    QFETCH(QString, fault);
+    QFETCH(QByteArray, request);
+    QFETCH(QString, code);
+    BoxSim box(options(fault));
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::json(request));
+    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue(code));
+    QCOMPARE(box.setting(QStringLiteral("NTP")) == QStringLiteral("1.2.3.4"), code == QStringLiteral("200"));
+}
+
+void tst_BoxSimFaults::answersCarryNumbersAndLackKeys_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<QByteArray>("answer");
+    const QByteArray write("{\"type\":108,\"pares\":{\"NTP\":\"1.2.3.4\"}}");
+    const QByteArray read("{\"type\":\"8\",\"pares\":{}}");
+    QTest::newRow("type") << QStringLiteral("type-number") << write
+                          << QByteArray("{\"code\":\"200\",\"type\":108}");
+    QTest::newRow("type of a read") << QStringLiteral("type-number") << read
+                                    << QByteArray("{\"pares\":{\"NTP\":\"192.168.1.1\"},\"type\":8}");
+    QTest::newRow("code") << QStringLiteral("code-number") << write
+                          << QByteArray("{\"code\":200,\"type\":\"108\"}");
+    QTest::newRow("key") << QStringLiteral("missing-key=NTP") << read
+                         << QByteArray("{\"pares\":{},\"type\":\"8\"}");
+}
+
+void tst_BoxSimFaults::answersCarryNumbersAndLackKeys()
+{
+    QFETCH(QString, fault);
+    QFETCH(QByteArray, request);
+    QFETCH(QByteArray, answer);
+    BoxSim box(options(fault));
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::json(request));
+    QCOMPARE(QJsonDocument(tool.takeJson()).toJson(QJsonDocument::Compact), answer);
+}
+
+void tst_BoxSimFaults::faultsChangeWhileTheBoxRuns()
+{
+    BoxSim box(options());
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.takeFrame().size(), 38);
+    QString error;
+    QVERIFY(!box.setFault(QStringLiteral("nonsense"), &error));
+    QCOMPARE(error, QStringLiteral("there is no fault nonsense"));
+    QVERIFY(box.setFault(QStringLiteral("no-heartbeat"), &error));
+    tool.send(Raw::heartbeat() + Raw::json("{\"type\":\"8\",\"pares\":{}}"));
+    QVERIFY(!tool.takeJson().isEmpty());
+    box.setFaults(BoxSimFaults());
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.takeFrame().size(), 38);
+}
+
+void tst_BoxSimFaults::faultNamesAreUnderstood_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const char *text, const char *error) {
+        QTest::newRow(text) << QString::fromLatin1(text) << QString::fromLatin1(error);
+    };
+    row("split", "");
+    row("split=3", "");
+    row("wrong-total=0", "");
+    row("split=0", "fault split cannot be set so: split=0");
+    row("split=", "fault split cannot be set so: split=");
+    row("late-json", "fault late-json cannot be set so: late-json");
+    row("late-json=-1", "fault late-json cannot be set so: late-json=-1");
+    row("silent=1", "fault silent cannot be set so: silent=1");
+    row("segment-size=65001", "fault segment-size cannot be set so: segment-size=65001");
+    row("verdict=good", "fault verdict cannot be set so: verdict=good");
+    row("refuse-write=x:500", "fault refuse-write cannot be set so: refuse-write=x:500");
+    row("refuse-write=102:", "fault refuse-write cannot be set so: refuse-write=102:");
+    row("missing-key=", "fault missing-key cannot be set so: missing-key=");
+    row("", "there is no fault ");
+}
+
+void tst_BoxSimFaults::faultNamesAreUnderstood()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, error);
+    BoxSimFaults faults;
+    QString told;
+    QCOMPARE(applyFault(text, &faults, &told), error.isEmpty());
+    QCOMPARE(told, error);
+    if (!error.isEmpty()) {
+        QCOMPARE(faults.split, 0);
+        QCOMPARE(faults.lateJson, 0);
+        QVERIFY(!faults.silent);
+    }
+}
+
+void tst_BoxSimFaults::faultHelpNamesEveryFault()
+{
+    const QStringList lines = faultHelp();
+    QCOMPARE(lines.size(), 25);
+    for (const QString &line : lines) {
+        // A name, its value, a sentence.
+        QVERIFY2(line.endsWith(QLatin1Char('.')), qPrintable(line));
+        const QString name = line.section(QLatin1Char(' '), 0, 0).section(QLatin1Char('['), 0, 0);
+        BoxSimFaults faults;
+        QString error;
+        applyFault(name.section(QLatin1Char('='), 0, 0), &faults, &error);
+        QVERIFY2(!error.startsWith(QLatin1String("there is no")), qPrintable(error));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_BoxSimFaults)
+#include "tst_boxsimfaults.moc"

@@ -1,0 +1,285 @@
+#include "boxsim/commandline.h"
+#include "rawtool.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+
+// The program boxsim: its command line, what it prints, how it ends.
+class tst_BoxSimProgram : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void defaultsAreThoseOfABox();
+    void everyOptionIsTaken();
+    void wrongCommandLinesAreTold_data();
+    void wrongCommandLinesAreTold();
+    void helpNamesEveryOption();
+    void faultsAreListed();
+    void whatItReceivesIsPrintedAndLogged();
+    void quietPrintsTheReadinessLineOnly();
+    void acceptedFilesAreKept();
+    void endsWithTheLastConnection();
+    void endsAfterItsSeconds();
+    void endsOnASignal();
+    void whatKeepsItFromStartingIsTold_data();
+    void whatKeepsItFromStartingIsTold();
+
+private:
+    static QString address() { return QStringLiteral("127.0.12.4"); }
+    // Starts the program on its address and waits for the readiness line.
+    static bool start(QProcess *process, const QStringList &arguments)
+    {
+        process->setProgram(QStringLiteral(BOXSIM_PROGRAM));
+        process->setArguments(QStringList{QStringLiteral("--address"), address()} + arguments);
+        process->start(QIODevice::ReadOnly);
+        const QByteArray ready = "listening on 127.0.12.4:30088\n";
+        return QTest::qWaitFor([process, ready] { return process->peek(1000000).contains(ready); });
+    }
+    static bool ended(QProcess *process)
+    {
+        return QTest::qWaitFor([process] { return process->state() == QProcess::NotRunning; });
+    }
+};
+
+void tst_BoxSimProgram::defaultsAreThoseOfABox()
+{
+    const CommandLine line = readCommandLine({QStringLiteral("boxsim")});
+    const BoxSimOptions usual;
+    QCOMPARE(line.action, CommandLine::Action::run);
+    QCOMPARE(line.options.address, usual.address);
+    QCOMPARE(line.options.port, 30088);
+    QVERIFY(line.options.discovery);
+    QVERIFY(line.options.discoveryAddress.isNull());
+    QCOMPARE(line.options.reportInterval, usual.reportInterval);
+    QCOMPARE(line.options.seed, usual.seed);
+    QCOMPARE(line.options.version, usual.version);
+    QCOMPARE(line.options.serialNumber, usual.serialNumber);
+    QCOMPARE(line.options.model, usual.model);
+    QCOMPARE(line.options.rebootTime, usual.rebootTime);
+    QCOMPARE(line.options.maxFileSize, usual.maxFileSize);
+    QVERIFY(!line.quiet && !line.once);
+    QCOMPARE(line.seconds, 0);
+}
+
+void tst_BoxSimProgram::everyOptionIsTaken()
+{
+    const QString text = QStringLiteral(
+        "boxsim --address 0.0.0.0 --port 4000 --discovery-address 127.0.0.9 --no-discovery --project p.json "
+        "--report-interval 250 --seed 9 --set lanIp=1.2.3.4 --set AT1=a=b --box-version 2.0 --serial S "
+        "--model M "
+        "--reboot-time 5 --max-file 7 --save kept --fault split=3 --fault silent --log l.txt --quiet --once "
+        "--seconds 12");
+    const CommandLine line = readCommandLine(text.split(QLatin1Char(' ')));
+    QCOMPARE(line.text, QString());
+    QCOMPARE(line.action, CommandLine::Action::run);
+    QCOMPARE(line.options.address, QHostAddress(QHostAddress::AnyIPv4));
+    QCOMPARE(line.options.port, 4000);
+    QCOMPARE(line.options.discoveryAddress, QHostAddress(QStringLiteral("127.0.0.9")));
+    QVERIFY(!line.options.discovery);
+    QCOMPARE(line.projectFile, QStringLiteral("p.json"));
+    QCOMPARE(line.options.reportInterval, 250);
+    QCOMPARE(line.options.seed, 9U);
+    QCOMPARE(line.options.settings,
+             (QMap<QString, QString>{{QStringLiteral("lanIp"), QStringLiteral("1.2.3.4")},
+                                     {QStringLiteral("AT1"), QStringLiteral("a=b")}}));
+    QCOMPARE(line.options.version, QStringLiteral("2.0"));
+    QCOMPARE(line.options.serialNumber, QStringLiteral("S"));
+    QCOMPARE(line.options.model, QStringLiteral("M"));
+    QCOMPARE(line.options.rebootTime, 5);
+    QCOMPARE(line.options.maxFileSize, 7);
+    QCOMPARE(line.saveFolder, QStringLiteral("kept"));
+    QCOMPARE(line.options.faults.split, 3);
+    QVERIFY(line.options.faults.silent);
+    QCOMPARE(line.logFile, QStringLiteral("l.txt"));
+    QVERIFY(line.quiet && line.once);
+    QCOMPARE(line.seconds, 12);
+}
+
+void tst_BoxSimProgram::wrongCommandLinesAreTold_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QByteArray>("told");
+    const auto row = [](const char *arguments, const char *told) {
+        QTest::newRow(arguments) << QString::fromLatin1(arguments) << QByteArray(told);
+    };
+    row("--nonsense", "Unknown option 'nonsense'.");
+    row("--port 65536", "--port takes a number from 0 to 65535");
+    row("--port x", "--port takes a number from 0 to 65535");
+    row("--address localhost", "--address takes an IP address");
+    row("--address=", "--address takes an IP address");
+    row("--seconds 0", "--seconds takes a number from 1 to 1000000");
+    row("--report-interval -1", "--report-interval takes a number from 0 to 1000000000");
+    row("--set lanIp", "--set takes key=value");
+    row("--fault bogus", "there is no fault bogus");
+    row("--fault split=x", "fault split cannot be set so: split=x");
+    row("file", "unexpected argument: file");
+}
+
+void tst_BoxSimProgram::wrongCommandLinesAreTold()
+{
+    QFETCH(QString, arguments);
+    QFETCH(QByteArray, told);
+    QProcess process;
+    process.start(QStringLiteral(BOXSIM_PROGRAM), arguments.split(QLatin1Char(' ')), QIODevice::ReadOnly);
+    QVERIFY(ended(&process));
+    QCOMPARE(process.readAllStandardError(), "boxsim: " + told + "\nTry --help.\n");
+    QCOMPARE(process.readAllStandardOutput(), QByteArray());
+    QCOMPARE(process.exitCode(), 2);
+}
+
+void tst_BoxSimProgram::helpNamesEveryOption()
+{
+    const CommandLine line = readCommandLine({QStringLiteral("boxsim"), QStringLiteral("--help")});
+    QCOMPARE(line.action, CommandLine::Action::help);
+    for (const char *name : {"--address",      "--port",    "--discovery-address",
+                             "--no-discovery", "--project", "--report-interval",
+                             "--seed",         "--set",     "--box-version",
+                             "--serial",       "--model",   "--reboot-time",
+                             "--max-file",     "--save",    "--fault",
+                             "--list-faults",  "--log",     "--quiet",
+                             "--once",         "--seconds", "Exit status: 0"}) {
+        QVERIFY2(line.text.contains(QLatin1String(name)), name);
+    }
+}
+
+void tst_BoxSimProgram::faultsAreListed()
+{
+    const CommandLine line = readCommandLine({QStringLiteral("boxsim"), QStringLiteral("--list-faults")});
+    QCOMPARE(line.action, CommandLine::Action::listFaults);
+    QVERIFY(line.text.contains(QLatin1String("split[=bytes]")));
+    QVERIFY(line.text.contains(QLatin1String("late-json=ms ")));
+}
+
+void tst_BoxSimProgram::whatItReceivesIsPrintedAndLogged()
+{
+    QProcess process;
+    QVERIFY(start(&process, {QStringLiteral("--log"), QStringLiteral("box.log")}));
+    RawTool tool;
+    QVERIFY(tool.connectTo(QHostAddress(address())));
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.takeFrame().size(), 38);
+    tool.send("?" + Raw::json("{\"type\":2,\"pares\":{}}"));
+    QVERIFY(QTest::qWaitFor([&process] { return process.peek(1000000).contains("must have type"); }));
+    process.terminate();
+    QVERIFY(ended(&process));
+    QString printed = QString::fromUtf8(process.readAllStandardOutput());
+    QFile log(QStringLiteral("box.log"));
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    printed.remove(QStringLiteral("listening on 127.0.12.4:30088\n"));
+    QCOMPARE(QString::fromUtf8(log.readAll()), printed);
+    printed.replace(QRegularExpression(QStringLiteral(
+                        "\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} 127\\.0\\.0\\.1:\\d+")),
+                    QStringLiteral("T P"));
+    QCOMPARE(printed.section(QStringLiteral("T P -- gone\n"), 0, 0),
+             QStringLiteral("T P -- connected\n"
+                            "T P -> heartbeat\n"
+                            "T P <- heartbeat answer: 1.0.0, SIM00000001, MRN-GATE-70\n"
+                            "T P !! 1 bytes outside of any frame, 0 headers without one\n"
+                            "T P -> read LAN: {\"pares\":{},\"type\":2}\n"
+                            "T P !! read LAN must have type as a string\n"));
+}
+
+void tst_BoxSimProgram::quietPrintsTheReadinessLineOnly()
+{
+    QProcess process;
+    QVERIFY(start(&process, {QStringLiteral("--quiet"), QStringLiteral("--once")}));
+    RawTool tool;
+    QVERIFY(tool.connectTo(QHostAddress(address())));
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.takeFrame().size(), 38);
+    tool.socket().disconnectFromHost();
+    QVERIFY(ended(&process));
+    QCOMPARE(process.readAllStandardOutput(), QByteArray("listening on 127.0.12.4:30088\n"));
+    QCOMPARE(process.readAllStandardError(), QByteArray());
+}
+
+void tst_BoxSimProgram::acceptedFilesAreKept()
+{
+    QProcess process;
+    QVERIFY(
+        start(&process, {QStringLiteral("--save"), QStringLiteral("kept/here"), QStringLiteral("--once")}));
+    RawTool tool;
+    QVERIFY(tool.connectTo(QHostAddress(address())));
+    tool.send(Raw::transfer(3, "a", "0cc175b9c0f1b6a831c399e269772661")
+              + Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e"));
+    QCOMPARE(tool.take(20).size(), 20);
+    tool.socket().disconnectFromHost();
+    QVERIFY(ended(&process));
+    QFile project(QStringLiteral("kept/here/project.json"));
+    QVERIFY(project.open(QIODevice::ReadOnly));
+    QCOMPARE(project.readAll(), QByteArray("a"));
+    QVERIFY(QFile::exists(QStringLiteral("kept/here/program.bin")));
+}
+
+void tst_BoxSimProgram::endsWithTheLastConnection()
+{
+    QProcess process;
+    QVERIFY(start(&process, {QStringLiteral("--once")}));
+    RawTool first;
+    RawTool second;
+    QVERIFY(first.connectTo(QHostAddress(address())));
+    QVERIFY(second.connectTo(QHostAddress(address())));
+    second.send(Raw::heartbeat());
+    QCOMPARE(second.takeFrame().size(), 38);
+    first.socket().disconnectFromHost();
+    QVERIFY(QTest::qWaitFor([&process] { return process.peek(1000000).contains("gone"); }));
+    second.send(Raw::heartbeat());
+    QCOMPARE(second.takeFrame().size(), 38);
+    second.socket().disconnectFromHost();
+    QVERIFY(ended(&process));
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void tst_BoxSimProgram::endsAfterItsSeconds()
+{
+    QProcess process;
+    QVERIFY(start(&process, {QStringLiteral("--seconds"), QStringLiteral("1")}));
+    QVERIFY(ended(&process));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void tst_BoxSimProgram::endsOnASignal()
+{
+    QProcess process;
+    QVERIFY(start(&process, {}));
+    process.terminate();
+    QVERIFY(ended(&process));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
+
+void tst_BoxSimProgram::whatKeepsItFromStartingIsTold_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("told");
+    QTest::newRow("project file missing")
+        << QStringList{QStringLiteral("--project"), QStringLiteral("none.json")}
+        << QByteArray("boxsim: none.json: No such file or directory\n");
+    QTest::newRow("log in a missing folder")
+        << QStringList{QStringLiteral("--log"), QStringLiteral("none/l.txt")}
+        << QByteArray("boxsim: none/l.txt: No such file or directory\n");
+    QTest::newRow("unknown setting") << QStringList{QStringLiteral("--set"), QStringLiteral("x=y")}
+                                     << QByteArray("boxsim: no such setting, or not a value for it: x=y\n");
+    QTest::newRow("address of another computer")
+        << QStringList{QStringLiteral("--address"), QStringLiteral("203.0.113.1")}
+        << QByteArray("boxsim: TCP 203.0.113.1:30088: The address is not available\n");
+}
+
+void tst_BoxSimProgram::whatKeepsItFromStartingIsTold()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, told);
+    QProcess process;
+    process.start(QStringLiteral(BOXSIM_PROGRAM),
+                  QStringList{QStringLiteral("--address"), address()} + arguments, QIODevice::ReadOnly);
+    QVERIFY(ended(&process));
+    QCOMPARE(process.readAllStandardError(), told);
+    QCOMPARE(process.exitCode(), 1);
+}
+
+QTEST_GUILESS_MAIN(tst_BoxSimProgram)
+#include "tst_boxsimprogram.moc"

@@ -1,0 +1,414 @@
+#include "boxsim/boxsim.h"
+#include "boxsim/pointsignal.h"
+#include "rawtool.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QSignalSpy>
+
+#include <algorithm>
+
+// What the simulated Box makes of a project: which points it reports, in which form, with which values.
+class tst_BoxSimProject : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void samplesRun_data();
+    void samplesRun();
+    void aReportHasExactlyTheseKeys();
+    void unselectedAndNamelessPointsAreLeftOut();
+    void pointsWithoutGroupsAreReported();
+    void eachStandardReportsAtItsOwnInterval();
+    void anIntervalOfTheBoxReplacesTheStandards();
+    void aPushedProjectReplacesTheOneBefore();
+    void documentsThatAreNoProject_data();
+    void documentsThatAreNoProject();
+    void wrongTypesInEveryKeyAreHarmless();
+    void largeProjectsAreBounded();
+    void valuesKeepToTheirPoint_data();
+    void valuesKeepToTheirPoint();
+    void countersGrowAtEachStep_data();
+    void countersGrowAtEachStep();
+    void booleansFlip();
+    void textsStay();
+    void theSameSeedGivesTheSameValues();
+
+private:
+    static BoxSimOptions options(const QByteArray &project)
+    {
+        BoxSimOptions options;
+        options.address = address();
+        options.reportInterval = 0;
+        options.project = project;
+        return options;
+    }
+    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.3")); }
+    static QByteArray sample(const QString &name)
+    {
+        QFile file(QStringLiteral(TEST_DATA_DIR "/") + name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    // So many reports of a Box, asked for once.
+    static QVector<QJsonObject> reports(const QByteArray &project, int count)
+    {
+        BoxSim box(options(project));
+        RawTool tool;
+        if (!box.start() || !tool.connectTo(address())) {
+            return {};
+        }
+        tool.send(Raw::heartbeat());
+        tool.takeFrame();
+        box.reportNow();
+        const bool came = QTest::qWaitFor([&] { return Raw::reports(tool.bytes()).size() >= count; });
+        return came ? Raw::reports(tool.bytes()) : QVector<QJsonObject>();
+    }
+    static QStringList names(const QJsonObject &report)
+    {
+        QStringList names;
+        const QJsonArray datas = report.value(QLatin1String("datas")).toArray();
+        for (const QJsonValue &point : datas) {
+            names.append(point.toObject().value(QLatin1String("name")).toString());
+        }
+        return names;
+    }
+    static SimPoint point(const QString &name, const QString &dataType,
+                          const QString &addr = QStringLiteral("0"))
+    {
+        return {name, addr, dataType, 0};
+    }
+};
+
+void tst_BoxSimProject::samplesRun_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("digest");
+    QTest::addColumn<QString>("project");
+    QTest::addColumn<QStringList>("standards");
+    QTest::addColumn<QVector<int>>("points");
+    QTest::newRow("riverside") << QStringLiteral("riverside-substation.json")
+                               << QByteArray("8e17ce118a838b7448570d31ec67d371")
+                               << QStringLiteral("Riverside substation")
+                               << QStringList{QStringLiteral("Feeder meters"),
+                                              QStringLiteral("Transformer bay"),
+                                              QStringLiteral("Tariff meters")}
+                               << QVector<int>{32, 8, 7};
+    QTest::newRow("one slave") << QStringLiteral("one-slave.json")
+                               << QByteArray("a32babd1a55d852370848124fb20cf4b") << QStringLiteral("P")
+                               << QStringList{QStringLiteral("M")} << QVector<int>{2};
+    QTest::newRow("empty") << QStringLiteral("empty.json") << QByteArray("ae4b170e6ba2deb9f010c63441637ce4")
+                           << QStringLiteral("Empty") << QStringList() << QVector<int>();
+}
+
+void tst_BoxSimProject::samplesRun()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, digest);
+    QFETCH(QString, project);
+    QFETCH(QStringList, standards);
+    QFETCH(QVector<int>, points);
+    BoxSim box(options(QByteArray()));
+    QVERIFY(box.start());
+    RawTool session;
+    RawTool transfer;
+    QVERIFY(session.connectTo(address()));
+    session.send(Raw::heartbeat());
+    QCOMPARE(session.takeFrame().size(), 38);
+    QVERIFY(transfer.connectTo(address()));
+    transfer.send(Raw::transfer(3, sample(file), digest));
+    QCOMPARE(transfer.take(10).toHex(), QByteArray("123403000a0003005678"));
+    QCOMPARE(box.projectName(), project);
+    QCOMPARE(box.standardNames(), standards);
+    box.reportNow();
+    QTRY_COMPARE(Raw::reports(session.bytes()).size(), standards.size());
+    const QVector<QJsonObject> reports = Raw::reports(session.bytes());
+    for (int i = 0; i < reports.size(); ++i) {
+        QCOMPARE(reports.at(i).value(QLatin1String("projectName")).toString(), project);
+        QCOMPARE(reports.at(i).value(QLatin1String("plcName")).toString(), standards.at(i));
+        QCOMPARE(names(reports.at(i)).size(), points.at(i));
+    }
+    QCOMPARE(transfer.bytes(), QByteArray());
+}
+
+void tst_BoxSimProject::aReportHasExactlyTheseKeys()
+{
+    const QVector<QJsonObject> found = reports(sample(QStringLiteral("one-slave.json")), 1);
+    QCOMPARE(found.size(), 1);
+    QJsonObject report = found.at(0);
+    const QString time = report.value(QLatin1String("time")).toString();
+    QVERIFY2(QDateTime::fromString(time, QStringLiteral("yyyy-MM-dd HH:mm:ss")).isValid(), qPrintable(time));
+    report.remove(QStringLiteral("time"));
+    QJsonArray datas = report.value(QLatin1String("datas")).toArray();
+    for (int i = 0; i < datas.size(); ++i) {
+        QJsonObject point = datas.at(i).toObject();
+        QVERIFY(point.value(QLatin1String("value")).isString());
+        QVERIFY(!point.value(QLatin1String("value")).toString().isEmpty());
+        point.remove(QStringLiteral("value"));
+        datas[i] = point;
+    }
+    report.insert(QStringLiteral("datas"), datas);
+    QCOMPARE(
+        QJsonDocument(report).toJson(QJsonDocument::Compact),
+        QByteArray("{\"datas\":["
+                   "{\"addr\":\"0\",\"dataType\":\"int16\",\"name\":\"a\",\"valid\":\"1\"},"
+                   "{\"addr\":\"1\",\"dataType\":\"float\",\"name\":\"b\",\"valid\":\"1\"}],"
+                   "\"description\":\"D\",\"plcName\":\"M\",\"projectName\":\"P\",\"sn\":\"SIM00000001\"}"));
+}
+
+void tst_BoxSimProject::unselectedAndNamelessPointsAreLeftOut()
+{
+    const QVector<QJsonObject> found =
+        reports("{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"datas\":["
+                "{\"select\":\"false\",\"name\":\"left\",\"addr\":\"9010\"},"
+                "{\"select\":\"true\"},"
+                "{\"select\":\"true\",\"name\":\"\",\"addr\":\"B611\",\"dataType\":\"XXX\"},"
+                "{\"select\":\"true\",\"name\":\"taken\",\"addr\":\"9020\",\"dataType\":\"XXXXXX.XX \"},"
+                "{\"name\":\"no mark\"}]}]}]}",
+                1);
+    QCOMPARE(found.size(), 1);
+    QCOMPARE(names(found.at(0)),
+             QStringList({QStringLiteral("B611"), QStringLiteral("taken"), QStringLiteral("no mark")}));
+    // The trailing blank is part of the type's name.
+    QCOMPARE(
+        found.at(0).value(QLatin1String("datas")).toArray().at(1).toObject().value(QLatin1String("dataType")),
+        QJsonValue(QStringLiteral("XXXXXX.XX ")));
+}
+
+void tst_BoxSimProject::pointsWithoutGroupsAreReported()
+{
+    const QVector<QJsonObject> found = reports("{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{"
+                                               "\"name\":\"a\",\"addr\":\"1\"},{\"name\":\"b\"}]}]}",
+                                               1);
+    QCOMPARE(found.size(), 1);
+    QCOMPARE(names(found.at(0)), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+}
+
+void tst_BoxSimProject::eachStandardReportsAtItsOwnInterval()
+{
+    BoxSimOptions own = options(
+        "{\"name\":\"P\",\"standards\":["
+        "{\"name\":\"fast\",\"parameter\":{\"collectionInterval\":\"100\"},\"datas\":[{\"name\":\"a\"}]},"
+        "{\"name\":\"slow\",\"parameter\":{\"collectionInterval\":\"60000\"},\"datas\":[{\"name\":\"b\"}]}]"
+        "}");
+    own.reportInterval = -1;
+    BoxSim box(own);
+    RawTool tool;
+    QVERIFY(box.start());
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.takeFrame().size(), 38);
+    QTRY_VERIFY(Raw::reports(tool.bytes()).size() >= 5);
+    const QVector<QJsonObject> found = Raw::reports(tool.bytes());
+    const auto slow = std::count_if(found.cbegin(), found.cend(), [](const QJsonObject &report) {
+        return report.value(QLatin1String("plcName")) == QJsonValue(QStringLiteral("slow"));
+    });
+    QVERIFY(slow <= 1);
+}
+
+void tst_BoxSimProject::anIntervalOfTheBoxReplacesTheStandards()
+{
+    BoxSimOptions own = options("{\"name\":\"P\",\"standards\":[{\"name\":\"slow\",\"parameter\":"
+                                "{\"collectionInterval\":\"60000\"},\"datas\":[{\"name\":\"b\"}]}]}");
+    own.reportInterval = 20;
+    BoxSim box(own);
+    RawTool tool;
+    QVERIFY(box.start());
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.takeFrame().size(), 38);
+    QTRY_VERIFY(Raw::reports(tool.bytes()).size() >= 3);
+}
+
+void tst_BoxSimProject::aPushedProjectReplacesTheOneBefore()
+{
+    BoxSim box(options("{\"name\":\"Old\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"name\":\"a\"}]}]}"));
+    QVERIFY(box.start());
+    QSignalSpy started(&box, &BoxSim::projectStarted);
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::transfer(3, "{\"name\":\"New\"}", "bd702dfe980ad0192f34a85ef36209d2"));
+    QCOMPARE(tool.take(10).toHex(), QByteArray("123403000a0003005678"));
+    QCOMPARE(started.size(), 1);
+    QCOMPARE(started.at(0).at(0).toString(), QStringLiteral("New"));
+    QCOMPARE(box.standardNames(), QStringList());
+}
+
+void tst_BoxSimProject::documentsThatAreNoProject_data()
+{
+    QTest::addColumn<QByteArray>("document");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("no JSON") << QByteArray("{");
+    QTest::newRow("array") << QByteArray("[]");
+    QTest::newRow("no name") << QByteArray("{}");
+    QTest::newRow("name is a number") << QByteArray("{\"name\":1}");
+    QTest::newRow("nested too deep") << QByteArray(100000, '[');
+}
+
+void tst_BoxSimProject::documentsThatAreNoProject()
+{
+    QFETCH(QByteArray, document);
+    SimProject project;
+    QString error;
+    QVERIFY(!readSimProject(document, &project, &error));
+    QVERIFY(!error.isEmpty());
+    QCOMPARE(project.name, QString());
+}
+
+void tst_BoxSimProject::wrongTypesInEveryKeyAreHarmless()
+{
+    SimProject project;
+    QString error;
+    QVERIFY(
+        readSimProject("{\"name\":\"P\",\"description\":1,\"standards\":[1,[],{\"name\":2,\"parameter\":[],"
+                       "\"datas\":{}},{\"parameter\":{\"collectionInterval\":5},\"datas\":[1,{\"datas\":[2,"
+                       "{\"name\":{},\"addr\":3},{\"name\":\"x\",\"length\":[]}]}]}]}",
+                       &project, &error));
+    QCOMPARE(project.standards.size(), 4);
+    QCOMPARE(project.standards.at(3).points.size(), 1);
+    QCOMPARE(project.standards.at(3).interval, 1000);
+}
+
+void tst_BoxSimProject::largeProjectsAreBounded()
+{
+    QByteArray points = "{\"name\":\"p\"}";
+    for (int i = 0; i < 16; ++i) {
+        points += ',' + points; // 65536 of them
+    }
+    QByteArray standards = "{}";
+    for (int i = 0; i < 9; ++i) {
+        standards += ',' + standards;
+    }
+    SimProject project;
+    QString error;
+    QVERIFY(readSimProject("{\"name\":\"P\",\"standards\":[{\"datas\":[" + points + "]}," + standards + "]}",
+                           &project, &error));
+    QCOMPARE(project.standards.size(), 256);
+    QCOMPARE(project.standards.at(0).points.size(), 50000);
+}
+
+void tst_BoxSimProject::valuesKeepToTheirPoint_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("dataType");
+    QTest::addColumn<QString>("addr");
+    QTest::addColumn<double>("low");
+    QTest::addColumn<double>("high");
+    QTest::addColumn<int>("decimals");
+    const auto row = [](const char *name, const char *dataType, const char *addr, double low, double high,
+                        int decimals) {
+        QTest::newRow(
+            qPrintable(QStringLiteral("%1 %2 %3")
+                           .arg(QString::fromUtf8(name), QLatin1String(dataType), QLatin1String(addr))))
+            << QString::fromUtf8(name) << QString::fromLatin1(dataType) << QString::fromLatin1(addr) << low
+            << high << decimals;
+    };
+    row("Phase A voltage", "float", "0", 225, 235, 2);
+    row("相电压", "uint16", "0", 225, 235, 0);
+    row("Phase A current", "double", "0", 8, 16, 3);
+    row("Total power factor", "float", "0", 0.9, 1.0, 2);
+    row("Total active power", "float", "0", 2050, 3350, 2);
+    row("Frequency", "float", "0", 49.9, 50.1, 2);
+    row("Oil temperature", "int16", "0", 42, 54, 0);
+    row("voltage of a small type", "int8", "0", 127, 127, 0);
+    row("anything", "int32", "0", 30, 70, 0);
+    row("anything", "", "0", 30, 70, 2);
+    row("Ua", "XXX.X", "02010100", 225, 235, 1);
+    row("Ua", "XXX", "B611", 225, 235, 0);
+    row("Ia", "XXX.XXX", "02020100", 8, 16, 3);
+    row("P", "XX.XXXX", "02030000", 2, 3.4, 4);
+    row("cos", "X.XXX", "B650", 0.9, 1.0, 3);
+    row("constant", "NNNNNN", "C030", 1600, 1600, 0);
+    // The address means a meter's item only together with a meter's format.
+    row("anything", "uint16", "02010100", 30, 70, 0);
+}
+
+void tst_BoxSimProject::valuesKeepToTheirPoint()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, dataType);
+    QFETCH(QString, addr);
+    QFETCH(double, low);
+    QFETCH(double, high);
+    QFETCH(int, decimals);
+    for (quint32 seed : {1U, 2U, 77U}) {
+        const PointSignal signal(point(name, dataType, addr), seed);
+        QSet<QString> seen;
+        for (quint64 step = 0; step < 200; ++step) {
+            const QString value = signal.value(step);
+            seen.insert(value);
+            bool number = false;
+            const double read = value.toDouble(&number);
+            QVERIFY2(number && read >= low && read <= high, qPrintable(value));
+            QCOMPARE(value.section(QLatin1Char('.'), 1).size(), decimals);
+        }
+        QCOMPARE(seen.size() > 2, low < high);
+    }
+}
+
+void tst_BoxSimProject::countersGrowAtEachStep_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("dataType");
+    QTest::addColumn<QString>("addr");
+    QTest::newRow("energy") << QStringLiteral("Import active energy") << QStringLiteral("float")
+                            << QStringLiteral("72");
+    QTest::newRow("hours") << QStringLiteral("Operating hours") << QStringLiteral("uint32")
+                           << QStringLiteral("40");
+    QTest::newRow("64 bits") << QStringLiteral("Energy through") << QStringLiteral("uint64")
+                             << QStringLiteral("44");
+    QTest::newRow("meter") << QStringLiteral("Import") << QStringLiteral("XXXXXX.XX")
+                           << QStringLiteral("00010000");
+    QTest::newRow("old meter") << QStringLiteral("x") << QStringLiteral("XXXXXX.XX ")
+                               << QStringLiteral("9020");
+}
+
+void tst_BoxSimProject::countersGrowAtEachStep()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, dataType);
+    QFETCH(QString, addr);
+    const PointSignal signal(point(name, dataType, addr), 1);
+    for (quint64 step = 0; step < 1000; ++step) {
+        QVERIFY2(signal.value(step).toDouble() < signal.value(step + 1).toDouble(),
+                 qPrintable(signal.value(step)));
+    }
+}
+
+void tst_BoxSimProject::booleansFlip()
+{
+    const PointSignal signal(point(QStringLiteral("Fan running"), QStringLiteral("bool")), 1);
+    QSet<QString> seen;
+    for (quint64 step = 0; step < 20; ++step) {
+        seen.insert(signal.value(step));
+    }
+    QCOMPARE(seen, QSet<QString>({QStringLiteral("0"), QStringLiteral("1")}));
+}
+
+void tst_BoxSimProject::textsStay()
+{
+    SimPoint plate = point(QStringLiteral("Nameplate"), QStringLiteral("string"));
+    const PointSignal signal(plate, 1);
+    QCOMPARE(signal.value(0).size(), 10);
+    QCOMPARE(signal.value(0), signal.value(99));
+    plate.length = 3;
+    QCOMPARE(PointSignal(plate, 1).value(0), QStringLiteral("SIM"));
+}
+
+void tst_BoxSimProject::theSameSeedGivesTheSameValues()
+{
+    const auto run = [](quint32 seed) {
+        QStringList values;
+        for (const char *name : {"voltage", "energy", "flag"}) {
+            const PointSignal signal(point(QString::fromLatin1(name), QStringLiteral("float")), seed);
+            for (quint64 step = 0; step < 50; ++step) {
+                values.append(signal.value(step));
+            }
+        }
+        return values;
+    };
+    QCOMPARE(run(7), run(7));
+    QVERIFY(run(7) != run(8));
+}
+
+QTEST_GUILESS_MAIN(tst_BoxSimProject)
+#include "tst_boxsimproject.moc"

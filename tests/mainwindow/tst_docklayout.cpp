@@ -1,0 +1,338 @@
+#include "mainwindow/cmainwindow.h"
+#include "mainwindow/docking.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QDir>
+#include <QHeaderView>
+#include <QInputDialog>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QSettings>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeView>
+#include <QWidgetAction>
+#include <QtTest>
+
+using ads::CDockWidget;
+
+// The three fixed docks, and what the user can do with them, the layout and the perspectives.
+class TestDockLayout : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void theFixedDocksHaveTheirFeatures_data();
+    void theFixedDocksHaveTheirFeatures();
+    void theDocksLieAroundTheLiveValues();
+    void theViewMenuListsTheDocksInOrder();
+    void onlyTheMessageDockHasAWorkingCloseButton();
+    void theMessageDockComesBackThroughTheViewMenu();
+    void theTreeIsSetUpForOneColumn();
+    void monitoringTabsAreNotClosedByTheirButton();
+    void theOptionsMenuClearsTheMessages();
+    void savingAndRestoringLeavesTheLayout();
+    void restoringBringsASavedLayoutBack();
+    void perspectivesAreUnplaced();
+    void aPerspectiveIsStoredAndOpened();
+    void aPerspectiveOfTheSameNameIsReplaced();
+    void anEmptyPerspectiveNameChangesNothing();
+    void storedPerspectivesAreOfferedAtStart();
+
+private:
+    // The fixed docks in the order in which they are made.
+    QList<CDockWidget *> docks() const;
+    QString layout() const;
+    QComboBox *perspectives() const;
+    QStringList perspectiveNames() const;
+    // Presses "Create Perspective" and answers the question for the name.
+    void createPerspective(const QString &name);
+
+    QScopedPointer<QTemporaryDir> m_folder;
+    QScopedPointer<CMainWindow> m_window;
+};
+
+void TestDockLayout::init()
+{
+    m_window.reset();
+    m_folder.reset(new QTemporaryDir);
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_window.reset(new CMainWindow);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.data()));
+}
+
+QList<CDockWidget *> TestDockLayout::docks() const
+{
+    QList<CDockWidget *> result;
+    const QList<QAction *> actions = m_window->viewMenu()->actions();
+    for (const QAction *action : actions) {
+        result.append(qobject_cast<CDockWidget *>(action->parent()));
+    }
+    return result;
+}
+
+QString TestDockLayout::layout() const
+{
+    QStringList result;
+    const auto all = docks();
+    for (const CDockWidget *dock : all) {
+        const QRect place(dock->mapTo(m_window.data(), QPoint(0, 0)), dock->size());
+        result.append(QStringLiteral("%1 %2 %3+%4 %5x%6")
+                          .arg(dock->windowTitle(), QLatin1String(dock->isClosed() ? "closed" : "open"))
+                          .arg(place.x())
+                          .arg(place.y())
+                          .arg(place.width())
+                          .arg(place.height()));
+    }
+    return result.join(QLatin1Char('\n'));
+}
+
+QComboBox *TestDockLayout::perspectives() const
+{
+    return qobject_cast<QComboBox *>(m_window->findChild<QWidgetAction *>()->defaultWidget());
+}
+
+QStringList TestDockLayout::perspectiveNames() const
+{
+    QStringList result;
+    for (int row = 0; row < perspectives()->count(); ++row) {
+        result.append(perspectives()->itemText(row));
+    }
+    return result;
+}
+
+void TestDockLayout::createPerspective(const QString &name)
+{
+    QString asked;
+    QTimer::singleShot(0, this, [&] {
+        auto *dialog = qobject_cast<QInputDialog *>(QApplication::activeModalWidget());
+        asked = dialog->windowTitle() + QLatin1Char('|') + dialog->labelText();
+        dialog->setTextValue(name);
+        dialog->accept();
+    });
+    const auto actions = m_window->findChildren<QAction *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QAction *action : actions) {
+        if (action->objectName() == QLatin1String("createPerspectiveAction")) {
+            QVERIFY(!action->icon().isNull());
+            action->trigger();
+        }
+    }
+    QCOMPARE(asked, QStringLiteral("Save Perspective|Enter unique name:"));
+}
+
+void TestDockLayout::theFixedDocksHaveTheirFeatures_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QByteArray>("title");
+    QTest::addColumn<QByteArray>("nameStem");
+    QTest::addColumn<int>("features");
+    QTest::newRow("data monitoring") << 0 << QByteArray("Data monitoring") << QByteArray("Table ")
+                                     << int(CDockWidget::DockWidgetFocusable
+                                            | CDockWidget::CustomCloseHandling);
+    QTest::newRow("project") << 1 << QByteArray("Project") << QByteArray("Project")
+                             << int(CDockWidget::CustomCloseHandling);
+    QTest::newRow("message") << 2 << QByteArray("Message") << QByteArray("Editor")
+                             << int(CDockWidget::DockWidgetClosable | CDockWidget::DockWidgetMovable);
+}
+
+void TestDockLayout::theFixedDocksHaveTheirFeatures()
+{
+    QFETCH(int, row);
+    QFETCH(QByteArray, title);
+    QFETCH(QByteArray, nameStem);
+    const CDockWidget *dock = docks().at(row);
+    QCOMPARE(dock->windowTitle(), CMainWindow::tr(title));
+    QVERIFY(dock->objectName().startsWith(CMainWindow::tr(nameStem)));
+    QTEST(int(dock->features()), "features");
+    QVERIFY(!dock->icon().isNull());
+}
+
+void TestDockLayout::theDocksLieAroundTheLiveValues()
+{
+    QList<QRect> places;
+    const auto all = docks();
+    for (const CDockWidget *dock : all) {
+        const ads::CDockAreaWidget *area = dock->dockAreaWidget();
+        places.append({area->mapTo(m_window.data(), QPoint(0, 0)), area->size()});
+        QCOMPARE(area->dockWidgetsCount(), 1);
+    }
+    const QRect monitoring = places.at(0);
+    const QRect project = places.at(1);
+    const QRect message = places.at(2);
+    QVERIFY(project.right() < monitoring.left());
+    QVERIFY(monitoring.bottom() < message.top());
+    QCOMPARE(message.left(), monitoring.left());
+    QCOMPARE(message.width(), monitoring.width());
+    QCOMPARE(project.top(), monitoring.top());
+    QCOMPARE(project.bottom(), message.bottom());
+    QVERIFY(project.width() < monitoring.width() && message.height() < monitoring.height());
+}
+
+void TestDockLayout::theViewMenuListsTheDocksInOrder()
+{
+    QStringList texts;
+    const QList<QAction *> actions = m_window->viewMenu()->actions();
+    for (const QAction *action : actions) {
+        texts.append(action->text());
+        QVERIFY(action->isChecked());
+    }
+    QCOMPARE(texts,
+             QStringList({CMainWindow::tr("Data monitoring"), CMainWindow::tr("Project"),
+                          CMainWindow::tr("Message")}));
+}
+
+void TestDockLayout::onlyTheMessageDockHasAWorkingCloseButton()
+{
+    QList<bool> closed;
+    const auto all = docks();
+    for (CDockWidget *dock : all) {
+        dock->dockAreaWidget()->titleBarButton(ads::TitleBarButtonClose)->click();
+        closed.append(dock->isClosed());
+        dock->dockAreaWidget()->titleBarButton(ads::TitleBarButtonUndock)->click();
+        QVERIFY(!dock->isFloating());
+    }
+    QCOMPARE(closed, QList<bool>({false, false, true}));
+}
+
+void TestDockLayout::theMessageDockComesBackThroughTheViewMenu()
+{
+    CDockWidget *message = docks().at(2);
+    m_window->appendMessage(QStringLiteral("kept"));
+    message->closeDockWidget();
+    QVERIFY(message->isClosed());
+    m_window->viewMenu()->actions().at(2)->trigger();
+    QVERIFY(!message->isClosed());
+    QVERIFY(m_window->messageEditor()->isVisible());
+    QCOMPARE(m_window->messageEditor()->toPlainText(), QStringLiteral("kept"));
+}
+
+void TestDockLayout::theTreeIsSetUpForOneColumn()
+{
+    const QTreeView *tree = m_window->projectTree();
+    QCOMPARE(docks().at(1)->widget(), static_cast<const QWidget *>(tree));
+    QCOMPARE(tree->frameShape(), QFrame::NoFrame);
+    QCOMPARE(tree->selectionBehavior(), QAbstractItemView::SelectItems);
+    QCOMPARE(tree->header()->sectionResizeMode(0), QHeaderView::Stretch);
+    QCOMPARE(tree->editTriggers(), QAbstractItemView::EditTriggers(QAbstractItemView::NoEditTriggers));
+    QCOMPARE(tree->contextMenuPolicy(), Qt::CustomContextMenu);
+}
+
+void TestDockLayout::monitoringTabsAreNotClosedByTheirButton()
+{
+    QTabWidget *tabs = m_window->monitoringTabs();
+    QCOMPARE(docks().at(0)->widget(), static_cast<QWidget *>(tabs));
+    QVERIFY(tabs->tabsClosable() && tabs->isMovable());
+    tabs->addTab(new QWidget, QStringLiteral("Riverside-1"));
+    emit tabs->tabCloseRequested(0);
+    QCOMPARE(tabs->count(), 1);
+    QVERIFY(docks().at(0)->toolBar());
+}
+
+void TestDockLayout::theOptionsMenuClearsTheMessages()
+{
+    const QList<QAction *> actions = docks().at(2)->titleBarActions();
+    QCOMPARE(actions.size(), 1);
+    const QMenu *options = actions.first()->menu();
+    QCOMPARE(options->objectName(), QStringLiteral("optionsMenu"));
+    QCOMPARE(options->title(), CMainWindow::tr("Options"));
+    QCOMPARE(options->toolTip(), CMainWindow::tr("Options"));
+    QVERIFY(!options->icon().isNull());
+    QCOMPARE(options->actions().size(), 1);
+    QCOMPARE(options->actions().first()->text(), CMainWindow::tr("Clear Editor"));
+
+    QCOMPARE(m_window->messageEditor()->placeholderText(), QStringLiteral("Message:"));
+    QCOMPARE(m_window->messageEditor()->styleSheet(), QStringLiteral("border: none"));
+    m_window->appendMessage(QStringLiteral("gone soon"));
+    options->actions().first()->trigger();
+    QCOMPARE(m_window->messageEditor()->toPlainText(), QString());
+}
+
+void TestDockLayout::savingAndRestoringLeavesTheLayout()
+{
+    // Inside the screen, so that restoring need not move it there.
+    m_window->setGeometry(40, 60, 700, 500);
+    const QString before = layout();
+    const QRect geometry = m_window->geometry();
+    QTest::ignoreMessage(QtDebugMsg, "MainWindow::on_actionSaveState_triggered");
+    m_window->findChild<QAction *>(QStringLiteral("actionSaveState"))->trigger();
+    QTest::ignoreMessage(QtDebugMsg, "MainWindow::on_actionRestoreState_triggered");
+    m_window->findChild<QAction *>(QStringLiteral("actionRestoreState"))->trigger();
+    QTRY_COMPARE(layout(), before);
+    QCOMPARE(m_window->geometry(), geometry);
+    QCOMPARE(QSettings(QStringLiteral("Settings.ini"), QSettings::IniFormat).allKeys(),
+             QStringList({QStringLiteral("mainWindow/DockingState"), QStringLiteral("mainWindow/Geometry"),
+                          QStringLiteral("mainWindow/State")}));
+}
+
+void TestDockLayout::restoringBringsASavedLayoutBack()
+{
+    const QString before = layout();
+    m_window->on_actionSaveState_triggered(false);
+    docks().at(2)->closeDockWidget();
+    m_window->resize(1000, 600);
+    QTRY_VERIFY(layout() != before);
+    m_window->on_actionRestoreState_triggered(false);
+    QTRY_COMPARE(layout(), before);
+}
+
+void TestDockLayout::perspectivesAreUnplaced()
+{
+    QVERIFY(!perspectives()->isVisible());
+    QCOMPARE(perspectives()->sizeAdjustPolicy(), QComboBox::AdjustToContents);
+    QCOMPARE(perspectives()->sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
+    QCOMPARE(perspectives()->sizePolicy().verticalPolicy(), QSizePolicy::Preferred);
+    QVERIFY(m_window->findChild<QWidgetAction *>()->associatedWidgets().isEmpty());
+    const auto *create = m_window->findChild<QAction *>(QStringLiteral("createPerspectiveAction"));
+    QVERIFY(create->associatedWidgets().isEmpty());
+    QCOMPARE(perspectiveNames(), QStringList());
+}
+
+void TestDockLayout::aPerspectiveIsStoredAndOpened()
+{
+    createPerspective(QStringLiteral("All"));
+    docks().at(2)->closeDockWidget();
+    createPerspective(QStringLiteral("No messages"));
+    QCOMPARE(perspectiveNames(), QStringList({QStringLiteral("All"), QStringLiteral("No messages")}));
+    QCOMPARE(perspectives()->currentText(), QStringLiteral("No messages"));
+    QVERIFY(QFile::exists(QStringLiteral("Settings.ini")));
+
+    emit perspectives()->textActivated(QStringLiteral("All"));
+    QVERIFY(!docks().at(2)->isClosed());
+    emit perspectives()->textActivated(QStringLiteral("No messages"));
+    QVERIFY(docks().at(2)->isClosed());
+}
+
+void TestDockLayout::aPerspectiveOfTheSameNameIsReplaced()
+{
+    createPerspective(QStringLiteral("Mine"));
+    docks().at(2)->closeDockWidget();
+    createPerspective(QStringLiteral("Mine"));
+    QCOMPARE(perspectiveNames(), QStringList(QStringLiteral("Mine")));
+    docks().at(2)->toggleView(true);
+    emit perspectives()->textActivated(QStringLiteral("Mine"));
+    QVERIFY(docks().at(2)->isClosed());
+}
+
+void TestDockLayout::anEmptyPerspectiveNameChangesNothing()
+{
+    createPerspective(QString());
+    QCOMPARE(perspectiveNames(), QStringList());
+    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+}
+
+void TestDockLayout::storedPerspectivesAreOfferedAtStart()
+{
+    createPerspective(QStringLiteral("Evening"));
+    createPerspective(QStringLiteral("Morning"));
+    m_window.reset(new CMainWindow);
+    QCOMPARE(perspectiveNames(), QStringList({QStringLiteral("Evening"), QStringLiteral("Morning")}));
+    QCOMPARE(m_window->dockManager()->perspectiveNames(), perspectiveNames());
+}
+
+QTEST_MAIN(TestDockLayout)
+#include "tst_docklayout.moc"

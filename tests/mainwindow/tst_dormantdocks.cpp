@@ -1,0 +1,234 @@
+#include "mainwindow/cimageviewer.h"
+#include "mainwindow/cmainwindow.h"
+#include "mainwindow/cstatusdialog.h"
+#include "mainwindow/docking.h"
+#include "support/messageboxes.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtTest>
+
+using ads::CDockWidget;
+
+// The dock factories that no menu leads to, reached by name or from an action with the right properties.
+class TestDormantDocks : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void anEditorFloatsUnlessToldOtherwise();
+    void dockedEditorsShareAnAreaOrSplitIt();
+    void anEditorClosesOnYesOnly();
+    void aTableFloats();
+    void aPictureIsPlacedByTheActionsText_data();
+    void aPictureIsPlacedByTheActionsText();
+    void aPictureClosesOnYesOnly();
+    void aPictureIsScaledFromItsMenu();
+    void theTitleOfTheLastEditorIsToggled();
+    void theStatusDialogShowsTheChosenDock();
+
+private:
+    QAction *trigger(const char *slot, const QString &text = {});
+    // The dock that the slot makes when the action runs it.
+    CDockWidget *make(QAction *action);
+
+    QScopedPointer<QTemporaryDir> m_folder;
+    QScopedPointer<CMainWindow> m_window;
+};
+
+void TestDormantDocks::init()
+{
+    m_window.reset();
+    m_folder.reset(new QTemporaryDir);
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_window.reset(new CMainWindow);
+    m_window->show();
+}
+
+QAction *TestDormantDocks::trigger(const char *slot, const QString &text)
+{
+    auto *action = new QAction(text, m_window.data());
+    connect(action, SIGNAL(triggered()), m_window.data(), slot);
+    return action;
+}
+
+CDockWidget *TestDormantDocks::make(QAction *action)
+{
+    const QList<CDockWidget *> before = m_window->dockManager()->dockWidgetsMap().values();
+    action->trigger();
+    const QList<CDockWidget *> after = m_window->dockManager()->dockWidgetsMap().values();
+    for (CDockWidget *dock : after) {
+        if (!before.contains(dock)) {
+            return dock;
+        }
+    }
+    return nullptr;
+}
+
+void TestDormantDocks::anEditorFloatsUnlessToldOtherwise()
+{
+    const CDockWidget *dock = make(trigger(SLOT(createEditor())));
+    QVERIFY(dock && dock->isFloating());
+    QVERIFY(dock->windowTitle().startsWith(QLatin1String("Editor ")));
+    QCOMPARE(dock->features(),
+             CDockWidget::DefaultDockWidgetFeatures | CDockWidget::CustomCloseHandling
+                 | CDockWidget::DockWidgetDeleteOnClose | CDockWidget::DockWidgetForceCloseWithArea);
+    const auto *editor = qobject_cast<QPlainTextEdit *>(dock->widget());
+    QCOMPARE(editor->placeholderText(),
+             CMainWindow::tr("This is an editor. If you close the editor, it will be deleted. "
+                             "Enter your text here."));
+    QCOMPARE(editor->styleSheet(), QStringLiteral("border: none"));
+    QCOMPARE(dock->titleBarActions().first()->menu()->objectName(), QStringLiteral("optionsMenu"));
+}
+
+void TestDormantDocks::dockedEditorsShareAnAreaOrSplitIt()
+{
+    QAction *action = trigger(SLOT(createEditor()));
+    action->setProperty("Floating", false);
+    const CDockWidget *first = make(action);
+    QVERIFY(!first->isFloating());
+    const CDockWidget *second = make(action);
+    QCOMPARE(second->dockAreaWidget(), first->dockAreaWidget());
+
+    action->setProperty("Tabbed", false);
+    const CDockWidget *third = make(action);
+    QVERIFY(!third->isFloating());
+    QVERIFY(third->dockAreaWidget() != first->dockAreaWidget());
+    QVERIFY(!ads::CDockManager::testConfigFlag(ads::CDockManager::EqualSplitOnInsertion));
+}
+
+void TestDormantDocks::anEditorClosesOnYesOnly()
+{
+    MessageBoxes boxes;
+    QPointer<CDockWidget> dock = make(trigger(SLOT(createEditor())));
+    const QString told = CMainWindow::tr("Close Editor") + QLatin1Char('|')
+        + CMainWindow::tr("Editor %1 contains unsaved changes? Would you like to close it?")
+              .arg(dock->windowTitle().mid(7));
+
+    boxes.expect(QMessageBox::No);
+    emit dock->closeRequested();
+    QVERIFY(!dock->isClosed());
+    boxes.expect(QMessageBox::Yes);
+    emit dock->closeRequested();
+    QTRY_VERIFY(!dock);
+    QCOMPARE(boxes.told(), QStringList({told, told}));
+    QCOMPARE(boxes.unexpected(), QStringList());
+}
+
+void TestDormantDocks::aTableFloats()
+{
+    const CDockWidget *dock = make(trigger(SLOT(createTable())));
+    QVERIFY(dock && dock->isFloating());
+    QVERIFY(dock->windowTitle().startsWith(QLatin1String("Table ")));
+    QVERIFY(qobject_cast<QTabWidget *>(dock->widget()));
+    QVERIFY(dock->features().testFlag(CDockWidget::DockWidgetDeleteOnClose));
+    QCOMPARE(dock->floatingDockContainer()->size(), QSize(700, 800));
+}
+
+void TestDormantDocks::aPictureIsPlacedByTheActionsText_data()
+{
+    QTest::addColumn<bool>("floating");
+    QTest::newRow("Floating") << true;
+    QTest::newRow("Docked") << false;
+    QTest::newRow("Pinned") << false;
+}
+
+void TestDormantDocks::aPictureIsPlacedByTheActionsText()
+{
+    const CDockWidget *dock =
+        make(trigger(SLOT(createImageViewer()), QLatin1String(QTest::currentDataTag())));
+    QVERIFY(dock);
+    QTEST(dock->isFloating(), "floating");
+    QVERIFY(dock->windowTitle().startsWith(QLatin1String("Image Viewer ")));
+    QVERIFY(!dock->icon().isNull());
+    const auto *viewer = qobject_cast<CImageViewer *>(dock->widget());
+    QVERIFY(viewer && !viewer->widget()->sizeHint().isEmpty());
+}
+
+void TestDormantDocks::aPictureClosesOnYesOnly()
+{
+    MessageBoxes boxes;
+    QPointer<CDockWidget> dock = make(trigger(SLOT(createImageViewer())));
+    const QString told = CMainWindow::tr("Close Image Viewer") + QLatin1Char('|')
+        + CMainWindow::tr("%1 contains unsaved changes? Would you like to close it?")
+              .arg(dock->windowTitle());
+    boxes.expect(QMessageBox::No);
+    emit dock->closeRequested();
+    QVERIFY(!dock->isClosed());
+    boxes.expect(QMessageBox::Yes);
+    emit dock->closeRequested();
+    QTRY_VERIFY(!dock);
+    QCOMPARE(boxes.told(), QStringList({told, told}));
+    QCOMPARE(boxes.unexpected(), QStringList());
+}
+
+void TestDormantDocks::aPictureIsScaledFromItsMenu()
+{
+    CImageViewer viewer;
+    viewer.resize(300, 200);
+    QVERIFY(!viewer.loadFile(QStringLiteral("missing.png")));
+    QVERIFY(viewer.loadFile(QStringLiteral(":/adsdemo/images/picture-1.png")));
+    QStringList texts;
+    const QList<QAction *> actions = viewer.actions();
+    for (const QAction *action : actions) {
+        texts.append(action->text());
+    }
+    QCOMPARE(texts,
+             QStringList({CImageViewer::tr("&Open..."), CImageViewer::tr("Fit on Screen"),
+                          CImageViewer::tr("Actual Pixels"), CImageViewer::tr("Zoom In (25%)"),
+                          CImageViewer::tr("Zoom Out (25%)")}));
+    actions.at(3)->trigger();
+    QCOMPARE(viewer.scale(), 1.25);
+    actions.at(4)->trigger();
+    actions.at(4)->trigger();
+    QCOMPARE(viewer.scale(), 0.8);
+    actions.at(2)->trigger();
+    QCOMPARE(viewer.scale(), 1.0);
+    actions.at(1)->trigger();
+    const QSize shown = viewer.widget()->size();
+    QVERIFY(shown.width() <= 300 && shown.height() <= 200);
+    QVERIFY(shown.width() >= 295 || shown.height() >= 195);
+}
+
+void TestDormantDocks::theTitleOfTheLastEditorIsToggled()
+{
+    m_window->toggleDockWidgetWindowTitle();
+    const CDockWidget *dock = make(trigger(SLOT(createEditor())));
+    const QString title = dock->windowTitle();
+    m_window->toggleDockWidgetWindowTitle();
+    QCOMPARE(dock->windowTitle(), title + QStringLiteral(" (Test)"));
+    m_window->toggleDockWidgetWindowTitle();
+    QCOMPARE(dock->windowTitle(), title);
+}
+
+void TestDormantDocks::theStatusDialogShowsTheChosenDock()
+{
+    QStringList shown;
+    QTimer::singleShot(0, this, [&] {
+        auto *dialog = qobject_cast<CStatusDialog *>(QApplication::activeModalWidget());
+        auto *docks = dialog->findChild<QComboBox *>();
+        docks->setCurrentIndex(docks->findText(CMainWindow::tr("Message")));
+        const auto boxes = dialog->findChildren<QCheckBox *>();
+        for (const QCheckBox *box : boxes) {
+            if (box->isChecked()) {
+                shown.append(box->objectName());
+            }
+        }
+        dialog->reject();
+    });
+    m_window->showStatusDialog();
+    QCOMPARE(shown,
+             QStringList({QStringLiteral("currentTabCheckBox"), QStringLiteral("closableCheckBox"),
+                          QStringLiteral("movableCheckBox")}));
+}
+
+QTEST_MAIN(TestDormantDocks)
+#include "tst_dormantdocks.moc"

@@ -1,0 +1,307 @@
+#include "mainwindow/editortabs.h"
+
+#include "support/messageboxes.h"
+#include "windowundertest.h"
+
+#include <QAbstractButton>
+
+using Window = WindowUnderTest;
+
+class tst_EditorTabs : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void openTabIsRegisteredUnderItsTitle();
+    void emptyTabIsNotRegistered();
+    void closedTabIsNotFoundAgain();
+    void closingOneTabLeavesTheOthers();
+    void tabClosedByItsButtonLeavesTheRegistry();
+    void tabHiddenByTheViewMenuComesBack();
+
+    void firstTabStandsToTheRight();
+    void tabJoinsANeighbour();
+    void tabOfNoNeighbourStandsToTheRight();
+    void closedNeighbourIsNoNeighbour();
+    void backgroundNeighbourIsNotFound();
+
+    void renamingSavesAndCloses();
+    void renamingRefuses_data();
+    void renamingRefuses();
+    void renamingKeepsTheItemOfTheFirstOpening();
+    void renamingWithoutItsItemDoesNothing();
+
+private:
+    QDialog *makeForm();
+    ads::CDockWidget *open(const QString &title, const QStringList &neighbours = {});
+
+    QScopedPointer<Window> m_window;
+    QScopedPointer<EditorTabs> m_tabs;
+};
+
+static const QString first = QStringLiteral("First");
+static const QString second = QStringLiteral("Second");
+static const QString third = QStringLiteral("Third");
+
+void tst_EditorTabs::init()
+{
+    m_window.reset(new Window);
+    m_tabs.reset(new EditorTabs(m_window->dockManager(), m_window->viewMenu(), nullptr));
+}
+
+void tst_EditorTabs::cleanup()
+{
+    m_tabs.reset();
+    m_window.reset();
+}
+
+QDialog *tst_EditorTabs::makeForm()
+{
+    return new QDialog(nullptr, Qt::Widget);
+}
+
+ads::CDockWidget *tst_EditorTabs::open(const QString &title, const QStringList &neighbours)
+{
+    ads::CDockWidget *tab = m_tabs->make(title, makeForm());
+    m_tabs->place(tab, neighbours);
+    return tab;
+}
+
+void tst_EditorTabs::openTabIsRegisteredUnderItsTitle()
+{
+    ads::CDockWidget *tab = open(first);
+    QCOMPARE(m_tabs->find(first), tab);
+    QCOMPARE(m_tabs->find(second), nullptr);
+    QCOMPARE(m_window->viewMenu()->actions().last(), tab->toggleViewAction());
+    QCOMPARE(tab->windowTitle(), first);
+    QVERIFY(!tab->icon().isNull());
+    QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+    QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetClosable));
+    QVERIFY(!tab->isClosed());
+}
+
+void tst_EditorTabs::emptyTabIsNotRegistered()
+{
+    ads::CDockWidget *tab = m_tabs->makeEmpty(first);
+    m_tabs->place(tab, {});
+    QCOMPARE(m_tabs->find(first), nullptr);
+    QVERIFY(!m_window->viewMenu()->actions().contains(tab->toggleViewAction()));
+    QVERIFY(tab->icon().isNull());
+    QVERIFY(!tab->widget());
+    QVERIFY(!tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+    QCOMPARE(m_window->countOf(first), 1);
+}
+
+void tst_EditorTabs::closedTabIsNotFoundAgain()
+{
+    const QPointer<ads::CDockWidget> old = open(first);
+    old->closeDockWidget();
+    QVERIFY(old); // it dies later, and is not met until then
+    QCOMPARE(m_tabs->find(first), nullptr);
+    ads::CDockWidget *fresh = open(first);
+    QCOMPARE(m_tabs->find(first), fresh);
+    Window::settle();
+    QVERIFY(!old);
+    QCOMPARE(m_tabs->find(first), fresh);
+    QCOMPARE(m_window->dockManager()->findDockWidget(first), fresh);
+}
+
+void tst_EditorTabs::closingOneTabLeavesTheOthers()
+{
+    const QPointer<ads::CDockWidget> a = open(first);
+    const QPointer<ads::CDockWidget> b = open(second);
+    const QPointer<ads::CDockWidget> c = open(third);
+    m_tabs->closeFirst(second);
+    Window::settle();
+    QVERIFY(a && !b && c);
+    m_tabs->closeAll({third, first, QStringLiteral("Fourth")});
+    Window::settle();
+    QVERIFY(!a && !c);
+    QCOMPARE(m_window->areas().size(), 3);
+}
+
+void tst_EditorTabs::tabClosedByItsButtonLeavesTheRegistry()
+{
+    const QPointer<ads::CDockWidget> tab = open(first);
+    const QPointer<QWidget> form = tab->widget();
+    tab->dockAreaWidget()->titleBarButton(ads::TitleBarButtonClose)->click();
+    QCOMPARE(m_tabs->find(first), nullptr);
+    Window::settle();
+    QVERIFY(!tab && !form);
+}
+
+void tst_EditorTabs::tabHiddenByTheViewMenuComesBack()
+{
+    ads::CDockWidget *tab = open(first);
+    const QPointer<QWidget> form = tab->widget();
+    tab->toggleViewAction()->trigger();
+    QVERIFY(tab->isClosed());
+    Window::settle();
+    QVERIFY(form);
+    QCOMPARE(m_tabs->find(first), tab);
+    EditorTabs::show(tab);
+    QVERIFY(!tab->isClosed());
+    QVERIFY(tab->isVisible());
+}
+
+void tst_EditorTabs::firstTabStandsToTheRight()
+{
+    const QList<QStringList> before = m_window->areas();
+    const ads::CDockWidget *tab = open(first);
+    QCOMPARE(m_window->areas().size(), before.size() + 1);
+    QCOMPARE(m_window->countOf(first), 1);
+    QCOMPARE(tab->dockAreaWidget()->dockWidgetsCount(), 1);
+    QTRY_VERIFY(tab->mapTo(m_window.data(), QPoint()).x()
+                > m_window->monitoringTabs()->mapTo(m_window.data(), QPoint()).x());
+}
+
+void tst_EditorTabs::tabJoinsANeighbour()
+{
+    open(first);
+    const ads::CDockWidget *tab = open(second, {third, first});
+    QVERIFY(m_window->areas().contains(QStringList({first, second})));
+    QCOMPARE(tab->dockAreaWidget()->currentDockWidget(), tab);
+}
+
+void tst_EditorTabs::tabOfNoNeighbourStandsToTheRight()
+{
+    open(first);
+    open(second, {third});
+    QVERIFY(m_window->areas().contains(QStringList(first)));
+    QVERIFY(m_window->areas().contains(QStringList(second)));
+}
+
+void tst_EditorTabs::closedNeighbourIsNoNeighbour()
+{
+    open(first)->closeDockWidget();
+    open(second);
+    open(third, {first, second});
+    QVERIFY(m_window->areas().contains(QStringList({second, third})));
+}
+
+void tst_EditorTabs::backgroundNeighbourIsNotFound()
+{
+    // The tab behind another one is no child of the dock manager, so only the front one can be joined.
+    open(first);
+    open(second, {first});
+    open(third, {first});
+    QVERIFY(m_window->areas().contains(QStringList({first, second})));
+    QVERIFY(m_window->areas().contains(QStringList(third)));
+}
+
+namespace
+{
+
+// A form that is saved under its name.
+struct Form : QDialog {
+    Form() : QDialog(nullptr, Qt::Widget), name(new QLineEdit(this)), save(new QPushButton(this)) { }
+    RenamingForm renaming()
+    {
+        return {this, name, save, [this] { saved.append(name->text()); }};
+    }
+
+    QLineEdit *name;
+    QPushButton *save;
+    QStringList saved;
+};
+
+} // namespace
+
+void tst_EditorTabs::renamingSavesAndCloses()
+{
+    QStandardItem *item =
+        Window::addBox(m_window->addProject(QStringLiteral("plant")), QStringLiteral("a"), {});
+    Window::addBox(m_window->projectModel()->item(0), QStringLiteral("b"), {});
+    auto *form = new Form;
+    const QPointer<ads::CDockWidget> tab = m_tabs->make(first, form);
+    m_tabs->place(tab, {});
+    EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
+    form->name->setText(QStringLiteral("c"));
+    form->save->click();
+    QCOMPARE(item->text(), QStringLiteral("c"));
+    QCOMPARE(form->saved, QStringList(QStringLiteral("c")));
+    QCOMPARE(m_tabs->find(first), nullptr);
+    Window::settle();
+    QVERIFY(!tab);
+}
+
+void tst_EditorTabs::renamingRefuses_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("topLevel");
+    QTest::addColumn<QString>("told");
+    const QString noName = QStringLiteral("invalid name|Name cannot be null");
+    const QString noParent = QStringLiteral("error|Unable to find parent directory");
+    QTest::newRow("no name") << QString() << false << noName;
+    QTest::newRow("no name before no parent") << QString() << true << noName;
+    QTest::newRow("no parent") << QStringLiteral("c") << true << noParent;
+    QTest::newRow("name of a sibling") << QStringLiteral("b") << false
+                                       << QStringLiteral("Duplicate name|The name\"b\"already exists, please "
+                                                         "change the name.");
+}
+
+void tst_EditorTabs::renamingRefuses()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, topLevel);
+    QFETCH(QString, told);
+    QStandardItem *project = m_window->addProject(QStringLiteral("a"));
+    QStandardItem *box = Window::addBox(project, QStringLiteral("a"), {});
+    Window::addBox(project, QStringLiteral("b"), {});
+    QStandardItem *item = topLevel ? project : box;
+    auto *form = new Form;
+    ads::CDockWidget *tab = m_tabs->make(first, form);
+    m_tabs->place(tab, {});
+    EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
+    form->name->setText(name);
+    MessageBoxes boxes;
+    boxes.expect();
+    form->save->click();
+    QCOMPARE(boxes.told(), QStringList(told));
+    QCOMPARE(item->text(), QStringLiteral("a"));
+    QCOMPARE(form->saved, QStringList());
+    QCOMPARE(m_tabs->find(first), tab);
+}
+
+void tst_EditorTabs::renamingKeepsTheItemOfTheFirstOpening()
+{
+    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    QStandardItem *opened = Window::addBox(project, QStringLiteral("a"), {});
+    const QStandardItem *sibling = Window::addBox(project, QStringLiteral("b"), {});
+    auto *form = new Form;
+    ads::CDockWidget *tab = m_tabs->make(first, form);
+    m_tabs->place(tab, {});
+    EditorTabs::renameOnSave(form->renaming(), opened, tab, m_window.data());
+    // The form now shows the sibling.
+    form->name->setText(QStringLiteral("b"));
+    MessageBoxes boxes;
+    boxes.expect();
+    form->save->click();
+    QCOMPARE(boxes.told().size(), 1);
+    QCOMPARE(form->saved, QStringList());
+    form->name->setText(QStringLiteral("c"));
+    form->save->click();
+    QCOMPARE(opened->text(), QStringLiteral("c"));
+    QCOMPARE(sibling->text(), QStringLiteral("b"));
+    QCOMPARE(form->saved, QStringList(QStringLiteral("c")));
+}
+
+void tst_EditorTabs::renamingWithoutItsItemDoesNothing()
+{
+    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    QStandardItem *item = Window::addBox(project, QStringLiteral("a"), {});
+    auto *form = new Form;
+    ads::CDockWidget *tab = m_tabs->make(first, form);
+    m_tabs->place(tab, {});
+    EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
+    item->parent()->removeRow(0);
+    form->name->setText(QStringLiteral("c"));
+    form->save->click();
+    QCOMPARE(form->saved, QStringList());
+    QCOMPARE(m_tabs->find(first), tab);
+}
+
+QTEST_MAIN(tst_EditorTabs)
+#include "tst_editortabs.moc"

@@ -1,0 +1,275 @@
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+#include "windowundertest.h"
+
+using Window = WindowUnderTest;
+
+class tst_ProjectTreeMenu : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void menuBelongsToTheNode_data();
+    void menuBelongsToTheNode();
+    void eachRequestThatShowedAMenuSwallowsTheNext();
+    void emptyMenuSwallowsTheNextToo();
+    void requestBesideTheNodesShowsNothingAndSwallowsNothing();
+    void entriesFollowTheLanguage();
+    void entriesLeadToTheirSlots_data();
+    void entriesLeadToTheirSlots();
+
+    void clicksOpenTheNodesForm_data();
+    void clicksOpenTheNodesForm();
+    void clickOnADataNodeShowsItsTab();
+    void pressAndDoubleClickDoNothing();
+
+private:
+    // The node that the path of texts leads to, such as "plant/Box/gate".
+    QStandardItem *node(const QString &path) const;
+    // Asks for a menu at the node and gives the entries of the one that came; nothing means that none came.
+    QStringList request(const QPoint &position, bool *came = nullptr, const QString &choose = QString());
+    QStringList request(const QString &path, bool *came = nullptr)
+    {
+        return request(m_window->centreOf(node(path)), came);
+    }
+
+    QScopedPointer<Window> m_window;
+    QStringList m_dialogs; // that the chosen entry opened, "<class>|<title>"
+};
+
+static const QString noMenu = QStringLiteral("no menu");
+
+void tst_ProjectTreeMenu::init()
+{
+    m_window.reset(new Window);
+    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    Window::addStandard(project, QStringLiteral("bus"), QStringLiteral("OpcUA"));
+    Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.13.8"));
+    ProjectTree::appendDefinition(Window::folder(project, ProjectTree::dataFolder), QStringLiteral("meter"),
+                                  {});
+    ProjectTree::appendDefinition(project->model()->item(0), QStringLiteral("Spare"), {});
+    ProjectTree::appendDefinition(project->child(4), QStringLiteral("thing"), {});
+}
+
+void tst_ProjectTreeMenu::cleanup()
+{
+    m_window.reset();
+}
+
+QStandardItem *tst_ProjectTreeMenu::node(const QString &path) const
+{
+    QStandardItem *item = m_window->projectModel()->invisibleRootItem();
+    for (const QString &text : path.split(QLatin1Char('/'))) {
+        item = ProjectTree::childNamed(item, text);
+    }
+    return item;
+}
+
+QStringList tst_ProjectTreeMenu::request(const QPoint &position, bool *came, const QString &choose)
+{
+    QStringList entries{noMenu};
+    ModalDialogs dialogs;
+    dialogs.expect([&](QWidget *widget) {
+        auto *menu = qobject_cast<QMenu *>(widget);
+        QVERIFY(menu);
+        entries.clear();
+        QAction *chosen = nullptr;
+        for (QAction *action : menu->actions()) {
+            entries.append(action->text());
+            chosen = action->text() == choose ? action : chosen;
+        }
+        menu->close();
+        if (chosen) {
+            chosen->trigger();
+        }
+    });
+    emit m_window->projectTree()->customContextMenuRequested(position);
+    m_dialogs = dialogs.unexpected();
+    if (came) {
+        *came = dialogs.pending() == 0;
+    }
+    return entries;
+}
+
+void tst_ProjectTreeMenu::menuBelongsToTheNode_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("entries");
+    const auto row = [](const char *path, std::initializer_list<const char *> entries) {
+        QStringList texts;
+        for (const char *entry : entries) {
+            texts.append(QLatin1String(entry));
+        }
+        QTest::newRow(path) << QString::fromLatin1(path) << texts;
+    };
+    row("plant", {"Edit Project", "Close Project", "Save Project"});
+    row("plant/Standard", {"Add Standard"});
+    row("plant/Service", {});
+    row("plant/Box", {"Add Box", "Search Box"});
+    row("plant/Data", {"Delete All"});
+    row("plant/Spare", {});
+    row("plant/Standard/bus", {"Editing Standard", "Delete"});
+    row("plant/Service/IEC61850", {"Editing Service"});
+    row("plant/Box/gate", {"Editing Box", "Delete"});
+    row("plant/Data/meter", {"Delete"});
+    row("plant/Spare/thing", {});
+}
+
+void tst_ProjectTreeMenu::menuBelongsToTheNode()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, entries);
+    QCOMPARE(request(path), entries);
+}
+
+void tst_ProjectTreeMenu::eachRequestThatShowedAMenuSwallowsTheNext()
+{
+    QVERIFY(request(QStringLiteral("plant")) != QStringList(noMenu));
+    QCOMPARE(request(QStringLiteral("plant/Box")), QStringList(noMenu));
+    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
+    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(noMenu));
+}
+
+void tst_ProjectTreeMenu::emptyMenuSwallowsTheNextToo()
+{
+    bool came = false;
+    QCOMPARE(request(QStringLiteral("plant/Service"), &came), QStringList());
+    QVERIFY(came);
+    request(QStringLiteral("plant"), &came);
+    QVERIFY(!came);
+    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
+}
+
+void tst_ProjectTreeMenu::requestBesideTheNodesShowsNothingAndSwallowsNothing()
+{
+    const QPoint beside = m_window->projectTree()->viewport()->rect().bottomLeft() - QPoint(0, 2);
+    QVERIFY(!m_window->projectTree()->indexAt(beside).isValid());
+    bool came = true;
+    request(beside, &came);
+    QVERIFY(!came);
+    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
+    // A swallowed request is swallowed wherever it is made.
+    request(beside, &came);
+    QVERIFY(!came);
+    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
+}
+
+void tst_ProjectTreeMenu::entriesFollowTheLanguage()
+{
+    m_window->CESwitching();
+    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(CMainWindow::tr("Delete All")));
+}
+
+void tst_ProjectTreeMenu::entriesLeadToTheirSlots_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<QString>("effect");
+    const auto row = [](const char *path, const char *entry, const char *effect) {
+        QTest::addRow("%s: %s", path, entry)
+            << QString::fromLatin1(path) << QString::fromLatin1(entry) << QString::fromLatin1(effect);
+    };
+    row("plant", "Edit Project", "tab Edit Project");
+    row("plant", "Close Project", "box Save Changes");
+    row("plant", "Save Project", "log Could not open file for writing:");
+    row("plant/Standard", "Add Standard", "dialog standardInputDialog");
+    row("plant/Box", "Add Box", "dialog BoxInputDialog");
+    row("plant/Box", "Search Box", "window BoxSearchDialog");
+    row("plant/Data", "Delete All", "gone plant/Data/meter");
+    row("plant/Standard/bus", "Editing Standard", "tab Edit Standard");
+    row("plant/Standard/bus", "Delete", "gone plant/Standard/bus");
+    row("plant/Service/IEC61850", "Editing Service", "tab Edit Service");
+    row("plant/Box/gate", "Editing Box", "tab Edit Box");
+    row("plant/Box/gate", "Delete", "gone plant/Box/gate");
+    row("plant/Data/meter", "Delete", "gone plant/Data/meter");
+}
+
+void tst_ProjectTreeMenu::entriesLeadToTheirSlots()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, entry);
+    QFETCH(QString, effect);
+    const QString kind = effect.section(QLatin1Char(' '), 0, 0);
+    const QString object = effect.section(QLatin1Char(' '), 1);
+    m_window->select(node(path));
+    MessageBoxes boxes;
+    if (kind == QLatin1String("box")) {
+        boxes.expect(QMessageBox::Cancel);
+    }
+    if (kind == QLatin1String("log")) {
+        QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QLatin1Char('^') + object));
+    }
+    request(m_window->centreOf(node(path)), nullptr, entry);
+    const bool dialogCame = !m_dialogs.filter(object).isEmpty();
+    QCOMPARE(dialogCame, kind == QLatin1String("dialog"));
+    QCOMPARE(boxes.told().filter(object).size(), kind == QLatin1String("box") ? 1 : 0);
+    if (kind == QLatin1String("tab")) {
+        QCOMPARE(m_window->countOf(object), 1);
+    }
+    if (kind == QLatin1String("gone")) {
+        QVERIFY(!node(object));
+    }
+    QWidget *window = nullptr;
+    for (QWidget *top : QApplication::topLevelWidgets()) {
+        window = top->inherits(object.toLatin1()) && top->isVisible() ? top : window;
+    }
+    QCOMPARE(window != nullptr, kind == QLatin1String("window"));
+    if (window) {
+        QVERIFY(!window->isModal());
+        QVERIFY(window->testAttribute(Qt::WA_DeleteOnClose));
+        QCOMPARE(window->parentWidget(), static_cast<QWidget *>(m_window.data()));
+    }
+}
+
+void tst_ProjectTreeMenu::clicksOpenTheNodesForm_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("project") << QStringLiteral("plant") << QStringLiteral("Edit Project");
+    QTest::newRow("Standard") << QStringLiteral("plant/Standard/bus") << QStringLiteral("Edit Standard");
+    QTest::newRow("Service") << QStringLiteral("plant/Service/IEC61850") << QStringLiteral("Edit Service");
+    QTest::newRow("Box") << QStringLiteral("plant/Box/gate") << QStringLiteral("Edit Box");
+    for (const char *path : {"plant/Standard", "plant/Service", "plant/Box", "plant/Data", "plant/Spare",
+                             "plant/Spare/thing", "plant/Data/meter"}) {
+        QTest::newRow(path) << QString::fromLatin1(path) << QString();
+    }
+}
+
+void tst_ProjectTreeMenu::clicksOpenTheNodesForm()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, title);
+    const int before = int(m_window->dockManager()->dockWidgetsMap().size());
+    m_window->click(node(path));
+    QCOMPARE(int(m_window->dockManager()->dockWidgetsMap().size()), title.isEmpty() ? before : before + 1);
+    QCOMPARE(m_window->countOf(title), title.isEmpty() ? 0 : 1);
+}
+
+void tst_ProjectTreeMenu::clickOnADataNodeShowsItsTab()
+{
+    QTabWidget *tabs = m_window->monitoringTabs();
+    for (const char *text : {"other", "meter", "meter"}) {
+        tabs->addTab(new QWidget, QString::fromLatin1(text));
+    }
+    m_window->click(node(QStringLiteral("plant/Data/meter")));
+    QCOMPARE(tabs->currentIndex(), 1);
+    tabs->setCurrentIndex(0);
+    node(QStringLiteral("plant/Data/meter"))->setText(QStringLiteral("METER"));
+    m_window->click(node(QStringLiteral("plant/Data/METER")));
+    QCOMPARE(tabs->currentIndex(), 0);
+}
+
+void tst_ProjectTreeMenu::pressAndDoubleClickDoNothing()
+{
+    const int before = int(m_window->dockManager()->dockWidgetsMap().size());
+    const QModelIndex box = node(QStringLiteral("plant/Box/gate"))->index();
+    QVERIFY(QMetaObject::invokeMethod(m_window.data(), "prjectTreeView_pressed", Q_ARG(QModelIndex, box)));
+    QVERIFY(
+        QMetaObject::invokeMethod(m_window.data(), "prjectTreeView_doubleClicked", Q_ARG(QModelIndex, box)));
+    QCOMPARE(int(m_window->dockManager()->dockWidgetsMap().size()), before);
+}
+
+QTEST_MAIN(tst_ProjectTreeMenu)
+#include "tst_projecttreemenu.moc"

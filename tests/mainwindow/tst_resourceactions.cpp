@@ -1,0 +1,644 @@
+#include "mainwindow/resourceactions.h"
+
+#include "boxlink/boxeditdialog.h"
+#include "mainwindow/editortabs.h"
+#include "mainwindow/monitoringview.h"
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+#include "support/projectdump.h"
+#include "windowundertest.h"
+
+#include <QComboBox>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+using Window = WindowUnderTest;
+
+static const QString editBox = QStringLiteral("Edit Box");
+static const QString editStandard = QStringLiteral("Edit Standard");
+static const QString editService = QStringLiteral("Edit Service");
+static const QString editProject = QStringLiteral("Edit Project");
+// Nothing listens there: sessions to it fail and are tried again.
+static const QString nobody = QStringLiteral("127.0.13.7");
+
+class tst_ResourceActions : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void addedStandardHasItsRoleAndIcon_data();
+    void addedStandardHasItsRoleAndIcon();
+    void addedStandardOpensItsTabAtOnce();
+    void addedBoxHasItsRolesAndOpensItsTab();
+    void cancelledAddingChangesNothing();
+    void addingRefuses_data();
+    void addingRefuses();
+    void namesOfOtherFoldersAndCasesAreFree();
+    void addingNeedsACurrentItem();
+
+    void boxFormShowsTheItem();
+    void clickOnAnotherBoxReusesTheTabAndMovesTheSession();
+    void saveInAReboundTabReportsTheBoxsOwnName();
+    void saveRenamesTheBoxAndClosesItsTab();
+    void cancelClosesTheTabAndLeavesTheItem();
+    void closedBoxTabEndsItsSession();
+    void boxReportsReachTheTree();
+    void foreignWidgetInTheBoxTabStopsTheSlot();
+
+    void otherFormReplacesTheTab();
+    void sameFormIsRebound();
+    void kindWithoutAFormOpensAnEmptyTabEachTime_data();
+    void kindWithoutAFormOpensAnEmptyTabEachTime();
+    void kindWithoutAFormClosesTheOpenForm();
+    void tabsStandBesideTheirNeighbours();
+    void hiddenTabComesBackWithTheOtherItem();
+
+    void deletingClosesTheTabOfTheKind_data();
+    void deletingClosesTheTabOfTheKind();
+    void deletingNeedsADefinition();
+    void deletedDataNodeLosesItsTabButNotItsPage();
+    void deletingAllEmptiesTheFolder();
+    void deletingAllOfAnEmptyDataFolderDoesNothing();
+    void deletingAllOfADefinitionRemovesIt();
+    void closeTabByNameTakesTheFirst();
+
+private:
+    // Chooses the folder's entry and fills in its dialog.
+    void add(void (CMainWindow::*slot)(), const char *folder, const QString &name, const QString &choice);
+    QStandardItem *folder(const char *text) const
+    {
+        return Window::folder(m_project, QString::fromLatin1(text));
+    }
+    BoxEditDialog *boxForm() const { return qobject_cast<BoxEditDialog *>(m_window->form(editBox)); }
+
+    QScopedPointer<Window> m_window;
+    QStandardItem *m_project = nullptr;
+};
+
+void tst_ResourceActions::init()
+{
+    m_window.reset(new Window);
+    m_project = m_window->addProject(QStringLiteral("plant"));
+}
+
+void tst_ResourceActions::cleanup()
+{
+    m_window.reset();
+}
+
+void tst_ResourceActions::add(void (CMainWindow::*slot)(), const char *folderText, const QString &name,
+                              const QString &choice)
+{
+    m_window->select(folder(folderText));
+    ModalDialogs dialogs;
+    dialogs.expect([&](QWidget *dialog) {
+        Window::input<QLineEdit>(dialog, "name")->setText(name);
+        if (auto *protocol = Window::input<QComboBox>(dialog, "protocol")) {
+            protocol->setCurrentText(choice);
+        } else {
+            Window::input<QLineEdit>(dialog, "ip")->setText(choice);
+        }
+        Window::press(dialog, "okButton");
+    });
+    (m_window.data()->*slot)();
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(dialogs.pending(), 0);
+}
+
+void tst_ResourceActions::addedStandardHasItsRoleAndIcon_data()
+{
+    QTest::addColumn<QString>("protocol");
+    QTest::newRow("DLT645") << QStringLiteral("DLT645");
+    QTest::newRow("Modbus") << QStringLiteral("Modbus");
+}
+
+void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
+{
+    QFETCH(QString, protocol);
+    // Without its tab, which would write its defaults into the item.
+    const auto resource = [&] {
+        ModalDialogs dialogs;
+        dialogs.expect([&](QWidget *dialog) {
+            Window::input<QLineEdit>(dialog, "name")->setText(QStringLiteral("bus"));
+            Window::input<QComboBox>(dialog, "protocol")->setCurrentText(protocol);
+            Window::press(dialog, "okButton");
+        });
+        return ResourceKinds::addStandard().ask(m_window.data(), folder("Standard"));
+    }();
+    QVERIFY(resource);
+    QCOMPARE(resource->name, QStringLiteral("bus"));
+    QCOMPARE(resource->roles, (QVector<QPair<int, QVariant>>{{standardProtocolRole, protocol}}));
+
+    add(&CMainWindow::standardAddFile, "Standard", QStringLiteral("bus"), protocol);
+    const QStandardItem *standard = folder("Standard")->child(0);
+    QCOMPARE(standard->text(), QStringLiteral("bus"));
+    QCOMPARE(standard->data(standardProtocolRole).toString(), protocol);
+    QCOMPARE(ProjectDump::iconBytes(standard->icon()),
+             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/%1.svg").arg(protocol)));
+}
+
+void tst_ResourceActions::addedStandardOpensItsTabAtOnce()
+{
+    add(&CMainWindow::standardAddFile, "Standard", QStringLiteral("bus"), QStringLiteral("Modbus"));
+    QCOMPARE(m_window->currentItem(), folder("Standard")->child(0));
+    QCOMPARE(m_window->countOf(editStandard), 1);
+}
+
+void tst_ResourceActions::addedBoxHasItsRolesAndOpensItsTab()
+{
+    add(&CMainWindow::boxAddFile, "Box", QStringLiteral("gate"), nobody);
+    QStandardItem *box = folder("Box")->child(0);
+    QCOMPARE(box->text(), QStringLiteral("gate"));
+    QCOMPARE(box->data(boxIpRole).toString(), nobody);
+    QCOMPARE(box->data(boxModelRole).toString(), QStringLiteral("MRN-GATE-70"));
+    QCOMPARE(ProjectDump::iconBytes(box->icon()),
+             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/box-file.svg")));
+    QCOMPARE(m_window->currentItem(), box);
+    QVERIFY(boxForm());
+    QCOMPARE(boxForm()->nameEdit()->text(), QStringLiteral("gate"));
+}
+
+void tst_ResourceActions::cancelledAddingChangesNothing()
+{
+    for (auto slot : {&CMainWindow::standardAddFile, &CMainWindow::boxAddFile}) {
+        m_window->select(folder("Box"));
+        ModalDialogs dialogs;
+        MessageBoxes boxes;
+        dialogs.expect([](QWidget *dialog) { Window::press(dialog, "cancelButton"); });
+        (m_window.data()->*slot)();
+        QCOMPARE(dialogs.pending(), 0);
+        QCOMPARE(boxes.told(), QStringList());
+    }
+    QCOMPARE(ProjectDump::shape(m_project),
+             QStringLiteral("plant(Standard() Service(IEC61850()) Box() Data())"));
+    QCOMPARE(m_window->currentItem(), folder("Box"));
+}
+
+using Slot = void (CMainWindow::*)();
+Q_DECLARE_METATYPE(Slot)
+
+void tst_ResourceActions::addingRefuses_data()
+{
+    QTest::addColumn<Slot>("slot");
+    QTest::addColumn<QByteArray>("folderText");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("told");
+    const QByteArray standard = "Standard";
+    const QByteArray box = "Box";
+    QTest::newRow("Standard without a name") << &CMainWindow::standardAddFile << standard << QString()
+                                             << QStringLiteral("Warning|standard Name cannot be empty.");
+    QTest::newRow("Box without a name") << &CMainWindow::boxAddFile << box << QString()
+                                        << QStringLiteral("Warning|Box Name cannot be empty.");
+    QTest::newRow("Standard of a taken name")
+        << &CMainWindow::standardAddFile << standard << QStringLiteral("taken")
+        << QStringLiteral(
+               "Warning|A standard file with the same name already exists in PLC or Standard folder. "
+               "Please use a different name.");
+    QTest::newRow("Box of a taken name")
+        << &CMainWindow::boxAddFile << box << QStringLiteral("taken")
+        << QStringLiteral("Warning|A box file with the same name already exists in this folder. Please use a "
+                          "different name.");
+}
+
+void tst_ResourceActions::addingRefuses()
+{
+    QFETCH(Slot, slot);
+    QFETCH(QByteArray, folderText);
+    QFETCH(QString, name);
+    QFETCH(QString, told);
+    Window::addBox(m_project, QStringLiteral("taken"), nobody);
+    Window::addStandard(m_project, QStringLiteral("taken"), QStringLiteral("Modbus"));
+    const QStringList before = ProjectDump::tree(m_project);
+    const QList<QStringList> areas = m_window->areas();
+    MessageBoxes boxes;
+    boxes.expect();
+    add(slot, folderText.constData(), name, nobody);
+    QCOMPARE(boxes.told(), QStringList(told));
+    QCOMPARE(ProjectDump::tree(m_project), before);
+    QCOMPARE(m_window->areas(), areas);
+}
+
+void tst_ResourceActions::namesOfOtherFoldersAndCasesAreFree()
+{
+    Window::addBox(m_project, QStringLiteral("abc"), nobody);
+    Window::addStandard(m_project, QStringLiteral("ABC"), QStringLiteral("Modbus"));
+    MessageBoxes boxes;
+    add(&CMainWindow::boxAddFile, "Box", QStringLiteral("ABC"), nobody);
+    add(&CMainWindow::standardAddFile, "Standard", QStringLiteral("abc"), QStringLiteral("Modbus"));
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(ProjectDump::shape(m_project),
+             QStringLiteral("plant(Standard(ABC() abc()) Service(IEC61850()) Box(abc() ABC()) Data())"));
+}
+
+void tst_ResourceActions::addingNeedsACurrentItem()
+{
+    m_window->projectTree()->setCurrentIndex(QModelIndex());
+    ModalDialogs dialogs;
+    m_window->standardAddFile();
+    m_window->boxAddFile();
+    QCOMPARE(dialogs.unexpected(), QStringList());
+}
+
+void tst_ResourceActions::boxFormShowsTheItem()
+{
+    m_window->click(Window::addBox(m_project, QStringLiteral("gate"), nobody));
+    QVERIFY(boxForm());
+    QCOMPARE(boxForm()->nameEdit()->text(), QStringLiteral("gate"));
+    const ads::CDockWidget *tab = m_window->tab(editBox);
+    QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+    QVERIFY(!tab->icon().isNull());
+}
+
+// A Box's end of a session; it only listens.
+struct Listener {
+    explicit Listener(const char *address)
+    {
+        QVERIFY2(server.listen(QHostAddress(QString::fromLatin1(address)), 30088),
+                 qPrintable(server.errorString()));
+    }
+    QTcpSocket *accept()
+    {
+        [&] { QTRY_VERIFY(server.hasPendingConnections()); }();
+        return server.nextPendingConnection();
+    }
+    QTcpServer server;
+};
+
+void tst_ResourceActions::clickOnAnotherBoxReusesTheTabAndMovesTheSession()
+{
+    Listener firstBox("127.0.13.2");
+    Listener secondBox("127.0.13.3");
+    const QStandardItem *a = Window::addBox(m_project, QStringLiteral("a"), QStringLiteral("127.0.13.2"));
+    const QStandardItem *b = Window::addBox(m_project, QStringLiteral("b"), QStringLiteral("127.0.13.3"));
+    m_window->click(a);
+    const QTcpSocket *firstSession = firstBox.accept();
+    QVERIFY(firstSession);
+    const QPointer<BoxEditDialog> form = boxForm();
+    form->nameEdit()->setText(QStringLiteral("typed"));
+    m_window->click(b);
+    QCOMPARE(boxForm(), form.data());
+    QCOMPARE(m_window->countOf(editBox), 1);
+    QCOMPARE(form->nameEdit()->text(), QStringLiteral("b"));
+    const QTcpSocket *secondSession = secondBox.accept();
+    QVERIFY(secondSession);
+    QTRY_COMPARE(firstSession->state(), QAbstractSocket::UnconnectedState);
+    QCOMPARE(secondSession->state(), QAbstractSocket::ConnectedState);
+}
+
+void tst_ResourceActions::saveInAReboundTabReportsTheBoxsOwnName()
+{
+    QStandardItem *a = Window::addBox(m_project, QStringLiteral("a"), nobody);
+    QStandardItem *b = Window::addBox(m_project, QStringLiteral("b"), nobody);
+    m_window->click(a);
+    m_window->click(b);
+    Window::input<QLineEdit>(boxForm(), "ip")->setText(QStringLiteral("127.0.13.6"));
+    MessageBoxes boxes;
+    boxes.expect();
+    boxForm()->saveButton()->click();
+    QCOMPARE(boxes.told(),
+             QStringList(QStringLiteral("Duplicate name|The name\"b\"already exists, please change "
+                                        "the name.")));
+    QVERIFY(boxForm());
+    QCOMPARE(b->data(boxIpRole).toString(), nobody);
+    // A fresh name goes to the first item, the fields to the second, and its form's name to the text of both.
+    boxForm()->nameEdit()->setText(QStringLiteral("c"));
+    boxForm()->saveButton()->click();
+    QCOMPARE(a->text(), QStringLiteral("c"));
+    QCOMPARE(a->data(boxIpRole).toString(), nobody);
+    QCOMPARE(b->text(), QStringLiteral("c"));
+    QCOMPARE(b->data(boxIpRole).toString(), QStringLiteral("127.0.13.6"));
+    QCOMPARE(m_window->tab(editBox), nullptr);
+    QCOMPARE(boxes.told().size(), 1);
+}
+
+void tst_ResourceActions::saveRenamesTheBoxAndClosesItsTab()
+{
+    QStandardItem *box = Window::addBox(m_project, QStringLiteral("a"), nobody);
+    m_window->click(box);
+    const QPointer<BoxEditDialog> form = boxForm();
+    form->nameEdit()->setText(QStringLiteral("gate"));
+    Window::input<QLineEdit>(form, "ip")->setText(QStringLiteral("127.0.13.6"));
+    form->saveButton()->click();
+    QCOMPARE(box->text(), QStringLiteral("gate"));
+    QCOMPARE(box->data(boxIpRole).toString(), QStringLiteral("127.0.13.6"));
+    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The box 'gate' is saved successfully.")));
+    QCOMPARE(m_window->tab(editBox), nullptr);
+    Window::settle();
+    QVERIFY(!form);
+}
+
+void tst_ResourceActions::cancelClosesTheTabAndLeavesTheItem()
+{
+    QStandardItem *box = Window::addBox(m_project, QStringLiteral("a"), nobody);
+    m_window->click(box);
+    const QPointer<BoxEditDialog> form = boxForm();
+    form->nameEdit()->setText(QStringLiteral("typed"));
+    Window::press(form, "cancelButton");
+    QCOMPARE(m_window->tab(editBox), nullptr);
+    Window::settle();
+    QVERIFY(!form);
+    QCOMPARE(box->text(), QStringLiteral("a"));
+}
+
+void tst_ResourceActions::closedBoxTabEndsItsSession()
+{
+    Listener box("127.0.13.4");
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), QStringLiteral("127.0.13.4")));
+    const QTcpSocket *session = box.accept();
+    QVERIFY(session);
+    m_window->tab(editBox)->closeDockWidget();
+    QTRY_COMPARE(session->state(), QAbstractSocket::UnconnectedState);
+}
+
+void tst_ResourceActions::boxReportsReachTheTree()
+{
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    Protocol::dataMonitoringData report;
+    report.projectName = QStringLiteral("plant");
+    report.plcName = QStringLiteral("meter");
+    emit boxForm()->sendDataToMainWindow(report);
+    QCOMPARE(ProjectDump::shape(folder("Data")), QStringLiteral("Data(meter())"));
+    QCOMPARE(m_window->monitoringTabs()->count(), 0);
+    emit boxForm()->sendDataToMainWindow(report);
+    QCOMPARE(m_window->monitoringTabs()->count(), 1);
+}
+
+void tst_ResourceActions::foreignWidgetInTheBoxTabStopsTheSlot()
+{
+    EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
+    auto *form = new QDialog(nullptr, Qt::Widget);
+    tabs.place(tabs.make(editBox, form), {});
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    QCOMPARE(m_window->form(editBox), form);
+    QCOMPARE(m_window->countOf(editBox), 1);
+}
+
+namespace
+{
+
+// Forms of two sub-kinds, of a kind "Edit Standard".
+class FirstForm : public QDialog
+{
+    Q_OBJECT
+public:
+    FirstForm(const QStandardItem *item, Workspace *) : QDialog(nullptr, Qt::Widget) { showItem(item); }
+    void replaceItem(const QStandardItem *item) { showItem(item); }
+
+private:
+    void showItem(const QStandardItem *item) { setWindowTitle(item->text()); }
+};
+
+class SecondForm : public FirstForm
+{
+    Q_OBJECT
+public:
+    using FirstForm::FirstForm;
+};
+
+template <typename Form> ResourceKinds::FormClass formClass(const char *subKind)
+{
+    return {QString::fromLatin1(subKind),
+            [](QStandardItem *item, Workspace *workspace) -> QDialog * { return new Form(item, workspace); },
+            [](const QWidget *open) { return open && open->metaObject() == &Form::staticMetaObject; },
+            [](QWidget *open, QStandardItem *item) { static_cast<Form *>(open)->replaceItem(item); },
+            nullptr};
+}
+
+// Opens the current item's form of the two.
+void editWithTwoForms(Window *window)
+{
+    const ResourceKinds::EditKind kind{EditorTabs::standardTitle,
+                                       standardProtocolRole,
+                                       {formClass<FirstForm>("one"), formClass<SecondForm>("two")},
+                                       {EditorTabs::boxTitle}};
+    EditorTabs tabs(window->dockManager(), window->viewMenu(), nullptr);
+    MonitoringView monitoring(nullptr, nullptr, nullptr);
+    ResourceActions(window, &tabs, &monitoring).edit(kind);
+}
+
+} // namespace
+
+void tst_ResourceActions::otherFormReplacesTheTab()
+{
+    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    editWithTwoForms(m_window.data());
+    const QPointer<QDialog> old = m_window->form(editStandard);
+    QVERIFY(qobject_cast<SecondForm *>(old));
+    m_window->select(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("one")));
+    editWithTwoForms(m_window.data());
+    QVERIFY(m_window->form(editStandard) != old);
+    QVERIFY(!qobject_cast<SecondForm *>(m_window->form(editStandard)));
+    QCOMPARE(m_window->form(editStandard)->windowTitle(), QStringLiteral("b"));
+    QCOMPARE(m_window->countOf(editStandard), 1);
+    Window::settle();
+    QVERIFY(!old);
+    QCOMPARE(m_window->tabs(editStandard).size(), 1);
+}
+
+void tst_ResourceActions::sameFormIsRebound()
+{
+    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    editWithTwoForms(m_window.data());
+    const QPointer<QDialog> old = m_window->form(editStandard);
+    m_window->select(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("two")));
+    editWithTwoForms(m_window.data());
+    QCOMPARE(m_window->form(editStandard), old.data());
+    QCOMPARE(old->windowTitle(), QStringLiteral("b"));
+    QCOMPARE(m_window->countOf(editStandard), 1);
+    old->accept();
+    QCOMPARE(m_window->tab(editStandard), nullptr);
+}
+
+void tst_ResourceActions::kindWithoutAFormOpensAnEmptyTabEachTime_data()
+{
+    QTest::addColumn<QByteArray>("folderText");
+    QTest::addColumn<int>("role");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("subKind");
+    for (const char *subKind : {"DIDO", "CustomPoll", "OpcUA", "modbus", ""}) {
+        QTest::addRow("Standard \"%s\"", subKind) << QByteArray("Standard") << int(standardProtocolRole)
+                                                  << editStandard << QString::fromLatin1(subKind);
+    }
+    QTest::newRow("Service") << QByteArray("Service") << int(serviceProtocolRole) << editService
+                             << QStringLiteral("IEC104");
+}
+
+void tst_ResourceActions::kindWithoutAFormOpensAnEmptyTabEachTime()
+{
+    QFETCH(QByteArray, folderText);
+    QFETCH(int, role);
+    QFETCH(QString, title);
+    QFETCH(QString, subKind);
+    QStandardItem *item =
+        ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("dormant"), QString());
+    item->setData(subKind, role);
+    m_window->click(item);
+    m_window->click(item);
+    m_window->click(item);
+    QCOMPARE(m_window->countOf(title), 3);
+    QCOMPARE(m_window->tabs(title).size(), 0);
+    const QList<ads::CDockWidget *> docks = m_window->dockManager()->findChildren<ads::CDockWidget *>();
+    for (const ads::CDockWidget *dock : docks) {
+        if (dock->windowTitle() == title) {
+            QVERIFY(!dock->widget());
+            QVERIFY(dock->icon().isNull());
+            QVERIFY(!dock->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+        }
+    }
+}
+
+void tst_ResourceActions::kindWithoutAFormClosesTheOpenForm()
+{
+    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    editWithTwoForms(m_window.data());
+    const QPointer<QDialog> old = m_window->form(editStandard);
+    QVERIFY(old);
+    m_window->click(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("OpcUA")));
+    QCOMPARE(m_window->tab(editStandard), nullptr);
+    QCOMPARE(m_window->countOf(editStandard), 1);
+    Window::settle();
+    QVERIFY(!old);
+}
+
+void tst_ResourceActions::tabsStandBesideTheirNeighbours()
+{
+    m_window->click(m_project);
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->click(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("OpcUA")));
+    m_window->click(folder("Service")->child(0));
+    QVERIFY(m_window->areas().contains(QStringList({editProject, editBox, editStandard, editService})));
+    // The project's form looks for Box, Server and PLC only, and the one in front here is none of them.
+    m_window->click(m_project);
+    QVERIFY(m_window->areas().contains(QStringList({editBox, editStandard, editService})));
+    QVERIFY(m_window->areas().contains(QStringList(editProject)));
+}
+
+void tst_ResourceActions::hiddenTabComesBackWithTheOtherItem()
+{
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->tab(editBox)->toggleViewAction()->trigger();
+    QVERIFY(m_window->tab(editBox)->isClosed());
+    m_window->click(Window::addBox(m_project, QStringLiteral("b"), nobody));
+    QVERIFY(m_window->tab(editBox)->isVisible());
+    QCOMPARE(boxForm()->nameEdit()->text(), QStringLiteral("b"));
+}
+
+void tst_ResourceActions::deletingClosesTheTabOfTheKind_data()
+{
+    QTest::addColumn<QByteArray>("folderText");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("Box") << QByteArray("Box") << editBox;
+    QTest::newRow("Standard") << QByteArray("Standard") << editStandard;
+    QTest::newRow("Service") << QByteArray("Service") << editService;
+}
+
+void tst_ResourceActions::deletingClosesTheTabOfTheKind()
+{
+    QFETCH(QByteArray, folderText);
+    QFETCH(QString, title);
+    EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
+    QHash<QString, QPointer<QWidget>> forms;
+    for (const QString &each : {editBox, editStandard, editService}) {
+        forms[each] = new QDialog(nullptr, Qt::Widget);
+        tabs.place(tabs.make(each, qobject_cast<QDialog *>(forms[each])), {});
+    }
+    // The tab of the kind goes though it shows another node.
+    QStandardItem *item =
+        ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("gone"), {});
+    const int before = folder(folderText.constData())->rowCount();
+    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("gone"));
+    m_window->select(item);
+    MessageBoxes boxes;
+    m_window->slotDeleteFile();
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(folder(folderText.constData())->rowCount(), before - 1);
+    QVERIFY(!ProjectTree::childNamed(folder(folderText.constData()), QStringLiteral("gone")));
+    QCOMPARE(m_window->monitoringTabs()->count(), 0);
+    Window::settle();
+    for (const QString &each : {editBox, editStandard, editService}) {
+        QCOMPARE(forms[each].isNull(), each == title);
+    }
+}
+
+void tst_ResourceActions::deletingNeedsADefinition()
+{
+    const QString before = ProjectDump::shape(m_project);
+    m_window->projectTree()->setCurrentIndex(QModelIndex());
+    m_window->slotDeleteFile();
+    m_window->slotDeleteAllFile();
+    for (const QStandardItem *item : {static_cast<const QStandardItem *>(m_project),
+                                      static_cast<const QStandardItem *>(folder("Data"))}) {
+        m_window->select(item);
+        m_window->slotDeleteFile();
+    }
+    QCOMPARE(ProjectDump::shape(m_project), before);
+    QCOMPARE(m_window->projectModel()->rowCount(), 1);
+}
+
+void tst_ResourceActions::deletedDataNodeLosesItsTabButNotItsPage()
+{
+    QStandardItem *meter = ProjectTree::appendDefinition(folder("Data"), QStringLiteral("meter"), {});
+    ProjectTree::appendDefinition(folder("Data"), QStringLiteral("pump"), {});
+    const QPointer<QWidget> page = new QWidget;
+    m_window->monitoringTabs()->addTab(page, QStringLiteral("meter"));
+    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("pump"));
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->select(meter);
+    m_window->slotDeleteFile();
+    Window::settle();
+    QCOMPARE(m_window->monitoringTabs()->count(), 1);
+    QCOMPARE(m_window->monitoringTabs()->tabText(0), QStringLiteral("pump"));
+    QVERIFY(page);
+    QVERIFY(boxForm());
+    QCOMPARE(ProjectDump::shape(folder("Data")), QStringLiteral("Data(pump())"));
+}
+
+void tst_ResourceActions::deletingAllEmptiesTheFolder()
+{
+    for (const char *name : {"meter", "pump"}) {
+        ProjectTree::appendDefinition(folder("Data"), QString::fromLatin1(name), {});
+        m_window->monitoringTabs()->addTab(new QWidget, QString::fromLatin1(name));
+    }
+    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("of another project"));
+    m_window->select(folder("Data"));
+    m_window->slotDeleteAllFile();
+    QCOMPARE(folder("Data")->rowCount(), 0);
+    QCOMPARE(m_window->monitoringTabs()->count(), 1);
+    QCOMPARE(m_window->monitoringTabs()->tabText(0), QStringLiteral("of another project"));
+}
+
+void tst_ResourceActions::deletingAllOfAnEmptyDataFolderDoesNothing()
+{
+    const QString before = ProjectDump::shape(m_project);
+    m_window->select(folder("Data"));
+    m_window->slotDeleteAllFile();
+    QCOMPARE(ProjectDump::shape(m_project), before);
+}
+
+void tst_ResourceActions::deletingAllOfADefinitionRemovesIt()
+{
+    m_window->select(ProjectTree::appendDefinition(folder("Data"), QStringLiteral("meter"), {}));
+    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("meter"));
+    m_window->slotDeleteAllFile();
+    QCOMPARE(folder("Data")->rowCount(), 0);
+    QCOMPARE(m_window->monitoringTabs()->count(), 0);
+}
+
+void tst_ResourceActions::closeTabByNameTakesTheFirst()
+{
+    QTabWidget *tabs = m_window->monitoringTabs();
+    const QPointer<QWidget> page = new QWidget;
+    tabs->addTab(page, QStringLiteral("meter"));
+    tabs->addTab(new QWidget, QStringLiteral("meter"));
+    m_window->closeTabByName(QStringLiteral("nothing"));
+    QCOMPARE(tabs->count(), 2);
+    m_window->closeTabByName(QStringLiteral("meter"));
+    QCOMPARE(tabs->count(), 1);
+    QCOMPARE(tabs->indexOf(page), -1);
+    QVERIFY(page);
+}
+
+QTEST_MAIN(tst_ResourceActions)
+#include "tst_resourceactions.moc"

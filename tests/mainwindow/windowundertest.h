@@ -1,0 +1,125 @@
+#pragma once
+
+#include "mainwindow/cmainwindow.h"
+#include "mainwindow/docking.h"
+#include "model/itemroles.h"
+#include "model/projecttree.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QTabWidget>
+#include <QTextEdit>
+#include <QTreeView>
+#include <QtTest>
+
+// The shown main window with English texts, and the ways in which a user reaches things in it.
+class WindowUnderTest : public CMainWindow
+{
+    // No Q_OBJECT: its class and translations are those of the main window.
+public:
+    WindowUnderTest()
+    {
+        CESwitching();
+        show();
+    }
+
+    // A new project below the path, by default one that is not there.
+    QStandardItem *addProject(const QString &name, const QString &path = QStringLiteral("/nowhere"))
+    {
+        handleProjectCreated(name, path, QStringLiteral("about ") + name);
+        return projectModel()->item(projectModel()->rowCount() - 1);
+    }
+    static QStandardItem *folder(const QStandardItem *project, const QString &text)
+    {
+        return ProjectTree::childNamed(project, text);
+    }
+    static QStandardItem *addBox(const QStandardItem *project, const QString &name, const QString &ip)
+    {
+        QStandardItem *box =
+            ProjectTree::appendDefinition(folder(project, ProjectTree::boxFolder), name, QString());
+        box->setData(ip, boxIpRole);
+        return box;
+    }
+    static QStandardItem *addStandard(const QStandardItem *project, const QString &name,
+                                      const QString &protocol)
+    {
+        QStandardItem *standard =
+            ProjectTree::appendDefinition(folder(project, ProjectTree::standardFolder), name, QString());
+        standard->setData(protocol, standardProtocolRole);
+        return standard;
+    }
+
+    void select(const QStandardItem *item) { projectTree()->setCurrentIndex(item->index()); }
+    void click(const QStandardItem *item)
+    {
+        QTest::mouseClick(projectTree()->viewport(), Qt::LeftButton, Qt::NoModifier, centreOf(item));
+    }
+    QPoint centreOf(const QStandardItem *item)
+    {
+        projectTree()->expandAll();
+        projectTree()->scrollTo(item->index());
+        return projectTree()->visualRect(item->index()).center();
+    }
+
+    // The open tabs of the title by the "View" menu.
+    QList<ads::CDockWidget *> tabs(const QString &title) const
+    {
+        QList<ads::CDockWidget *> found;
+        for (const QAction *action : viewMenu()->actions()) {
+            if (action->text() == title) {
+                found.append(qobject_cast<ads::CDockWidget *>(action->parent()));
+            }
+        }
+        return found;
+    }
+    ads::CDockWidget *tab(const QString &title) const { return tabs(title).value(0); }
+    // The form in the tab of the title, or null.
+    QDialog *form(const QString &title) const
+    {
+        return tab(title) ? qobject_cast<QDialog *>(tab(title)->widget()) : nullptr;
+    }
+    // Titles of all docks that stand in an area, area by area, in the order of their tabs.
+    QList<QStringList> areas() const
+    {
+        QList<QStringList> titles;
+        for (int i = 0; i < dockManager()->dockAreaCount(); ++i) {
+            QStringList area;
+            for (const ads::CDockWidget *dock : dockManager()->dockArea(i)->dockWidgets()) {
+                area.append(dock->windowTitle());
+            }
+            titles.append(area);
+        }
+        return titles;
+    }
+    // How many docks of the title stand in an area, empty ones too.
+    int countOf(const QString &title) const
+    {
+        int count = 0;
+        for (const QStringList &area : areas()) {
+            count += area.count(title);
+        }
+        return count;
+    }
+    QStringList messages() const
+    {
+        return messageEditor()->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    }
+
+    // Lets closed tabs die.
+    static void settle()
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents();
+    }
+
+    template <typename Widget> static Widget *input(const QWidget *form, const char *name)
+    {
+        return form->findChild<Widget *>(QLatin1String(name));
+    }
+    static void press(const QWidget *form, const char *button) { input<QPushButton>(form, button)->click(); }
+};

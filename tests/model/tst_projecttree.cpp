@@ -1,0 +1,223 @@
+#include "model/itemroles.h"
+#include "model/projecttree.h"
+#include "support/projectdump.h"
+
+#include <QFile>
+#include <QStandardItemModel>
+#include <QtTest>
+
+using ProjectDump::iconBytes;
+
+class TestProjectTree : public QObject
+{
+    Q_OBJECT
+private slots:
+    void levelFollowsFromDepth();
+    void projectOfClimbsToTheTop();
+    void childNamedComparesExactlyAndTakesTheFirst();
+    void projectNamedLooksAtTopLevelRowsOnly();
+    void newProjectHasItsTextRolesAndIconAndNoFolders();
+    void missingFoldersComeInTheirOrder();
+    void missingFoldersAreAppendedBehindThoseThatAreThere();
+    void folderTextsAreNeverTranslated();
+    void definitionIsAppendedWithItsIcon();
+    void definitionWithoutIconHasNone();
+    void standardIconFollowsTheProtocol_data();
+    void standardIconFollowsTheProtocol();
+    void flagsAreBooleansOrTexts_data();
+    void flagsAreBooleansOrTexts();
+    void listTypesAreRegisteredByName();
+    void unsetRoleReadsAsEmptyText();
+    void listRoleOfTheWrongTypeReadsAsEmpty_data();
+    void listRoleOfTheWrongTypeReadsAsEmpty();
+};
+
+void TestProjectTree::levelFollowsFromDepth()
+{
+    QStandardItem project;
+    auto *folder = new QStandardItem;
+    project.appendRow(folder);
+    auto *definition = new QStandardItem;
+    folder->appendRow(definition);
+    QCOMPARE(ProjectTree::levelOf(&project), ProjectTree::Level::Project);
+    QCOMPARE(ProjectTree::levelOf(folder), ProjectTree::Level::Folder);
+    QCOMPARE(ProjectTree::levelOf(definition), ProjectTree::Level::Definition);
+}
+
+void TestProjectTree::projectOfClimbsToTheTop()
+{
+    QStandardItemModel model;
+    auto *project = new QStandardItem;
+    model.appendRow(project);
+    auto *folder = new QStandardItem;
+    project->appendRow(folder);
+    auto *definition = new QStandardItem;
+    folder->appendRow(definition);
+    for (QStandardItem *item : {project, folder, definition}) {
+        QCOMPARE(ProjectTree::projectOf(item), project);
+    }
+    QCOMPARE(ProjectTree::projectOf(nullptr), nullptr);
+}
+
+void TestProjectTree::childNamedComparesExactlyAndTakesTheFirst()
+{
+    QStandardItem folder;
+    folder.appendRow(new QStandardItem(QStringLiteral("ABC")));
+    folder.appendRow(new QStandardItem(QStringLiteral("abc")));
+    folder.appendRow(new QStandardItem(QStringLiteral("abc")));
+    QCOMPARE(ProjectTree::childNamed(&folder, QStringLiteral("abc")), folder.child(1));
+    QCOMPARE(ProjectTree::childNamed(&folder, QStringLiteral("ABC")), folder.child(0));
+    QCOMPARE(ProjectTree::childNamed(&folder, QStringLiteral("Abc")), nullptr);
+    QCOMPARE(ProjectTree::childNamed(&folder, QString()), nullptr);
+    QCOMPARE(ProjectTree::childNamed(nullptr, QStringLiteral("abc")), nullptr);
+}
+
+void TestProjectTree::projectNamedLooksAtTopLevelRowsOnly()
+{
+    QStandardItemModel model;
+    auto *project = new QStandardItem(QStringLiteral("P"));
+    model.appendRow(project);
+    project->appendRow(new QStandardItem(QStringLiteral("Q")));
+    QCOMPARE(ProjectTree::projectNamed(model, QStringLiteral("P")), project);
+    QCOMPARE(ProjectTree::projectNamed(model, QStringLiteral("p")), nullptr);
+    QCOMPARE(ProjectTree::projectNamed(model, QStringLiteral("Q")), nullptr);
+}
+
+void TestProjectTree::newProjectHasItsTextRolesAndIconAndNoFolders()
+{
+    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject(
+        QStringLiteral("P"), QStringLiteral("/home/anna"), QStringLiteral("two\nlines")));
+    QCOMPARE(ProjectDump::tree(project.data()),
+             QStringList({QStringLiteral("P"), QStringLiteral("  +1 QString /home/anna"),
+                          QStringLiteral("  +2 QString two\nlines")}));
+    QVERIFY(QFile::exists(QStringLiteral(":/adsdemo/images/project_manage.svg")));
+    QCOMPARE(iconBytes(project->icon()), iconBytes(QStringLiteral(":/adsdemo/images/project_manage.svg")));
+}
+
+void TestProjectTree::missingFoldersComeInTheirOrder()
+{
+    QStandardItem project(QStringLiteral("P"));
+    ProjectTree::appendMissingFolders(&project);
+    QCOMPARE(ProjectDump::shape(&project), QStringLiteral("P(Standard() Service() Box() Data())"));
+    const QString icons[] = {QStringLiteral("standard"), QStringLiteral("Service"), QStringLiteral("Box"),
+                             QStringLiteral("Data")};
+    for (int row = 0; row < 4; ++row) {
+        const QString path = QStringLiteral(":/adsdemo/images/%1.svg").arg(icons[row]);
+        QVERIFY2(QFile::exists(path), qPrintable(path));
+        QCOMPARE(iconBytes(project.child(row)->icon()), iconBytes(path));
+    }
+    ProjectTree::appendMissingFolders(&project);
+    QCOMPARE(project.rowCount(), 4);
+}
+
+void TestProjectTree::missingFoldersAreAppendedBehindThoseThatAreThere()
+{
+    QStandardItem project(QStringLiteral("P"));
+    project.appendRow(new QStandardItem(QStringLiteral("Box")));
+    project.appendRow(new QStandardItem(QStringLiteral("standard")));
+    ProjectTree::appendMissingFolders(&project);
+    QCOMPARE(ProjectDump::shape(&project), QStringLiteral("P(Box() standard() Standard() Service() Data())"));
+}
+
+void TestProjectTree::folderTextsAreNeverTranslated()
+{
+    QCOMPARE(ProjectTree::standardFolder, QStringLiteral("Standard"));
+    QCOMPARE(ProjectTree::serviceFolder, QStringLiteral("Service"));
+    QCOMPARE(ProjectTree::boxFolder, QStringLiteral("Box"));
+    QCOMPARE(ProjectTree::dataFolder, QStringLiteral("Data"));
+}
+
+void TestProjectTree::definitionIsAppendedWithItsIcon()
+{
+    QStandardItem folder;
+    folder.appendRow(new QStandardItem(QStringLiteral("first")));
+    const QStandardItem *item =
+        ProjectTree::appendDefinition(&folder, QStringLiteral("second"), ProjectTree::boxIcon);
+    QCOMPARE(folder.child(1), item);
+    QCOMPARE(item->text(), QStringLiteral("second"));
+    QCOMPARE(iconBytes(item->icon()), iconBytes(QStringLiteral(":/adsdemo/images/box-file.svg")));
+    QCOMPARE(ProjectTree::serviceIcon, QStringLiteral(":/adsdemo/images/IEC61850.svg"));
+    QCOMPARE(ProjectTree::dataIcon, QStringLiteral(":/adsdemo/images/data-file.svg"));
+}
+
+void TestProjectTree::definitionWithoutIconHasNone()
+{
+    QStandardItem folder;
+    const QStandardItem *item = ProjectTree::appendDefinition(&folder, QStringLiteral("x"), QString());
+    QVERIFY(item->icon().isNull());
+}
+
+void TestProjectTree::standardIconFollowsTheProtocol_data()
+{
+    QTest::addColumn<QString>("protocol");
+    QTest::addColumn<QString>("icon");
+    QTest::newRow("Modbus") << QStringLiteral("Modbus") << QStringLiteral(":/adsdemo/images/Modbus.svg");
+    QTest::newRow("DLT645") << QStringLiteral("DLT645") << QStringLiteral(":/adsdemo/images/DLT645.svg");
+    QTest::newRow("other case") << QStringLiteral("modbus") << QString();
+    QTest::newRow("unknown") << QStringLiteral("Profibus") << QString();
+    QTest::newRow("empty") << QString() << QString();
+}
+
+void TestProjectTree::standardIconFollowsTheProtocol()
+{
+    QFETCH(QString, protocol);
+    QFETCH(QString, icon);
+    QCOMPARE(ProjectTree::standardIcon(protocol), icon);
+}
+
+void TestProjectTree::flagsAreBooleansOrTexts_data()
+{
+    QTest::addColumn<QVariant>("flag");
+    QTest::addColumn<bool>("isTrue");
+    QTest::newRow("text true") << QVariant(QStringLiteral("true")) << true;
+    QTest::newRow("boolean true") << QVariant(true) << true;
+    QTest::newRow("text false") << QVariant(QStringLiteral("false")) << false;
+    QTest::newRow("boolean false") << QVariant(false) << false;
+    QTest::newRow("unset") << QVariant() << false;
+    QTest::newRow("other case") << QVariant(QStringLiteral("True")) << false;
+    QTest::newRow("the document's one") << QVariant(QStringLiteral("1")) << false;
+    QTest::newRow("number") << QVariant(1) << false;
+}
+
+void TestProjectTree::flagsAreBooleansOrTexts()
+{
+    QFETCH(QVariant, flag);
+    QFETCH(bool, isTrue);
+    QCOMPARE(ProjectTree::isTrue(flag), isTrue);
+}
+
+void TestProjectTree::listTypesAreRegisteredByName()
+{
+    ProjectTree::registerTypes();
+    ProjectTree::registerTypes();
+    QCOMPARE(QMetaType::type("QList<QVariantList>"), qMetaTypeId<RowList>());
+    QCOMPARE(QMetaType::type("QMap<QString,QList<QVariantList>>"), qMetaTypeId<GroupMap>());
+}
+
+void TestProjectTree::unsetRoleReadsAsEmptyText()
+{
+    const QStandardItem item;
+    QVERIFY(!item.data(boxLanIpRole).isValid());
+    QCOMPARE(item.data(boxLanIpRole).toString(), QString());
+}
+
+void TestProjectTree::listRoleOfTheWrongTypeReadsAsEmpty_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("unset") << QVariant();
+    QTest::newRow("text") << QVariant(QStringLiteral("rows"));
+    QTest::newRow("number") << QVariant(7);
+    QTest::newRow("list of texts") << QVariant(QStringList{QStringLiteral("a")});
+    QTest::newRow("flat list") << QVariant(QVariantList{1, 2});
+    QTest::newRow("map of texts") << QVariant(QVariantMap{{QStringLiteral("a"), 1}});
+}
+
+void TestProjectTree::listRoleOfTheWrongTypeReadsAsEmpty()
+{
+    QFETCH(QVariant, value);
+    QCOMPARE(value.value<RowList>(), RowList());
+    QCOMPARE(value.value<GroupMap>(), GroupMap());
+}
+
+QTEST_GUILESS_MAIN(TestProjectTree)
+#include "tst_projecttree.moc"

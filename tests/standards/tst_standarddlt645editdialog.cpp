@@ -1,0 +1,389 @@
+#include "model/itemroles.h"
+#include "standards/standarddlt645editdialog.h"
+#include "support/workspacefake.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStandardItem>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QtTest>
+
+// The form of a DLT645 Standard on an item and a faked main window.
+class TestStandardDLT645EditDialog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void newStandardShowsItsDefaults();
+    void openingWritesTheTextDefaultsOnly();
+    void newTabShowsTheWholeCatalogue();
+    void editionChangesTheTable();
+    void selectAllTicksAndUnticks();
+    void headerClickActsOnTheFirstColumnOnly();
+    void duplicateNameIsCleared();
+    void emptiedNameCountsToo();
+    void sameNameInTwoTabsIsAccepted();
+    void saveKeepsEveryRow();
+    void loadedTabsAreCalledModbus();
+    void storedRowsAreAppliedByPosition();
+    void unknownEditionIsTheNewer();
+    void deletedTabClosesTheNumbers();
+    void replaceItemSelectsOtherEntries();
+    void slaveAddressTakesHexadecimalDigitsOnly();
+    void clearDataEmptiesTheForm();
+    void everyInputHasItsName();
+    void rolesOfTheWrongTypeDoNoHarm();
+
+private:
+    QStandardItem *m_item = nullptr;
+    WorkspaceFake *m_workspace = nullptr;
+};
+
+namespace {
+
+template<class Widget>
+Widget *find(const QWidget &form, const char *name)
+{
+    return form.findChild<Widget *>(QLatin1String(name));
+}
+
+QStringList titles(const QWidget &form)
+{
+    QStringList texts;
+    const auto *tabs = form.findChild<QTabWidget *>();
+    for (int index = 0; index < tabs->count(); ++index) {
+        texts.append(tabs->tabText(index));
+    }
+    return texts;
+}
+
+QCheckBox *tick(const QTableWidget *table, int row)
+{
+    return qobject_cast<QCheckBox *>(table->cellWidget(row, 0));
+}
+
+int ticked(const QTableWidget *table)
+{
+    int count = 0;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        count += tick(table, row)->isChecked();
+    }
+    return count;
+}
+
+void setGroups(QStandardItem *item, const GroupMap &groups)
+{
+    item->setData(QVariant::fromValue(groups), standardDatasRole);
+}
+
+} // namespace
+
+void TestStandardDLT645EditDialog::init()
+{
+    m_item = new QStandardItem(QStringLiteral("Meters"));
+    m_item->setData(QStringLiteral("DLT645"), standardProtocolRole);
+    m_workspace = new WorkspaceFake;
+}
+
+void TestStandardDLT645EditDialog::cleanup()
+{
+    delete m_workspace;
+    delete m_item;
+}
+
+void TestStandardDLT645EditDialog::newStandardShowsItsDefaults()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    QCOMPARE(form.nameEdit()->text(), QStringLiteral("Meters"));
+    const struct {
+        const char *name;
+        const char *text;
+    } lists[] = {{"protocol", "DLT645"}, {"serialport", "COM1"}, {"baudRate", "2400"},
+                 {"dataBit", "8"},       {"stopBit", "1"},       {"parityBit", "EVEN"}};
+    for (const auto &list : lists) {
+        QCOMPARE(find<QComboBox>(form, list.name)->currentText(), QLatin1String(list.text));
+    }
+    QVERIFY(!find<QCheckBox>(form, "rtsEnable")->isChecked());
+    QCOMPARE(find<QLineEdit>(form, "communicationTimeout")->text(), QStringLiteral("2000"));
+    QCOMPARE(find<QLineEdit>(form, "communicationGap")->text(), QStringLiteral("-1"));
+    QCOMPARE(find<QLineEdit>(form, "collectionInterval")->text(), QStringLiteral("2000"));
+    QCOMPARE(titles(form), QStringList());
+}
+
+void TestStandardDLT645EditDialog::openingWritesTheTextDefaultsOnly()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    QCOMPARE(m_item->data(standardCommunicationTimeoutRole), QVariant(QStringLiteral("2000")));
+    QCOMPARE(m_item->data(standardCommunicationGapRole), QVariant(QStringLiteral("-1")));
+    QCOMPARE(m_item->data(standardCollectionIntervalRole), QVariant(QStringLiteral("2000")));
+    QCOMPARE(m_item->data(standardBaudRateRole), QVariant());
+    QCOMPARE(m_item->data(standardParityBitRole), QVariant());
+    form.saveChanges();
+    QCOMPARE(m_item->data(standardBaudRateRole), QVariant(QStringLiteral("2400")));
+    QCOMPARE(m_item->data(standardParityBitRole), QVariant(QStringLiteral("EVEN")));
+}
+
+void TestStandardDLT645EditDialog::newTabShowsTheWholeCatalogue()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    form.addTab();
+    QCOMPARE(titles(form), (QStringList{"DLT645-1", "DLT645-2"}));
+    QCOMPARE(form.findChild<QTabWidget *>()->currentIndex(), 0);
+    auto *table = form.findChild<QTableWidget *>();
+    QCOMPARE(table->rowCount(), 44);
+    QCOMPARE(ticked(table), 0);
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QStringLiteral("AAAAAAAAAAAA"));
+    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), QStringLiteral("DLT645_2007"));
+    QCOMPARE(table->item(0, 1)->text(), QStringLiteral("Positive active power rate of 4 electric energy"));
+    QCOMPARE(table->item(43, 1)->text(), QStringLiteral("C-phase voltage"));
+    QVERIFY(!(table->item(0, 1)->flags() & Qt::ItemIsEditable));
+    QVERIFY(table->item(0, 2)->flags() & Qt::ItemIsEditable);
+    const QList<int> widths{table->columnWidth(0), table->columnWidth(1), table->columnWidth(2)};
+    QCOMPARE(widths, (QList<int>{40, 150, 90}));
+    QCOMPARE(table->maximumHeight(), 600);
+}
+
+void TestStandardDLT645EditDialog::editionChangesTheTable()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *table = form.findChild<QTableWidget *>();
+    tick(table, 0)->setChecked(true);
+    table->item(0, 2)->setText(QStringLiteral("mine"));
+    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText(QStringLiteral("DLT645_1997"));
+    QCOMPARE(table->rowCount(), 30);
+    QCOMPARE(ticked(table), 0);
+    QCOMPARE(table->item(0, 2)->text(), QString());
+    QCOMPARE(m_workspace->messages, QStringList());
+    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText(QStringLiteral("DLT645_2007"));
+    QCOMPARE(table->rowCount(), 44);
+}
+
+void TestStandardDLT645EditDialog::selectAllTicksAndUnticks()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *table = form.findChild<QTableWidget *>();
+    auto *button = find<QPushButton>(form, "selectAllButton");
+    button->click();
+    QCOMPARE(ticked(table), 44);
+    tick(table, 7)->setChecked(false);
+    button->click();
+    QCOMPARE(ticked(table), 44);
+    button->click();
+    QCOMPARE(ticked(table), 0);
+}
+
+void TestStandardDLT645EditDialog::headerClickActsOnTheFirstColumnOnly()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *table = form.findChild<QTableWidget *>();
+    emit table->horizontalHeader()->sectionClicked(1);
+    emit table->horizontalHeader()->sectionClicked(2);
+    QCOMPARE(ticked(table), 0);
+    emit table->horizontalHeader()->sectionClicked(0);
+    QCOMPARE(ticked(table), 44);
+}
+
+void TestStandardDLT645EditDialog::duplicateNameIsCleared()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *table = form.findChild<QTableWidget *>();
+    table->item(0, 2)->setText(QStringLiteral("volt"));
+    table->item(4, 2)->setText(QStringLiteral("Volt"));
+    table->item(5, 2)->setText(QStringLiteral("volt"));
+    QCOMPARE(table->item(4, 2)->text(), QStringLiteral("Volt"));
+    QCOMPARE(table->item(5, 2)->text(), QString());
+    QCOMPARE(m_workspace->messages,
+             QStringList{"The name of the '6' line already exists. Please use a different name."});
+    QVERIFY(form.isNameDuplicate(table, 5, QStringLiteral("volt")));
+    QVERIFY(!form.isNameDuplicate(table, 0, QStringLiteral("volt")));
+}
+
+void TestStandardDLT645EditDialog::emptiedNameCountsToo()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *table = form.findChild<QTableWidget *>();
+    table->item(2, 2)->setText(QStringLiteral("volt"));
+    QCOMPARE(m_workspace->messages, QStringList());
+    table->item(2, 2)->setText(QString());
+    QCOMPARE(m_workspace->messages,
+             QStringList{"The name of the '3' line already exists. Please use a different name."});
+}
+
+void TestStandardDLT645EditDialog::sameNameInTwoTabsIsAccepted()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    form.addTab();
+    const auto tables = form.findChildren<QTableWidget *>();
+    for (QTableWidget *table : tables) {
+        table->item(0, 2)->setText(QStringLiteral("volt"));
+        QCOMPARE(table->item(0, 2)->text(), QStringLiteral("volt"));
+    }
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestStandardDLT645EditDialog::saveKeepsEveryRow()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText(QStringLiteral("DLT645_1997"));
+    find<QLineEdit>(form, "slaveAddressEdit")->setText(QString());
+    auto *table = form.findChild<QTableWidget *>();
+    tick(table, 1)->setChecked(true);
+    table->item(1, 2)->setText(QStringLiteral("energy"));
+    form.nameEdit()->setText(QStringLiteral("Renamed"));
+    form.saveChanges();
+    const auto groups = m_item->data(standardDatasRole).value<GroupMap>();
+    QCOMPARE(groups.keys(), QStringList{"DLT645-1"});
+    const RowList rows = groups.value(QStringLiteral("DLT645-1"));
+    QCOMPARE(rows.size(), 31);
+    QCOMPARE(rows.at(0), QVariantList({"", "DLT645_1997"}));
+    QCOMPARE(rows.at(1), QVariantList({false, "Positive active power rate of 4 electric energy", ""}));
+    QCOMPARE(rows.at(2), QVariantList({true, "Positive active power rate of 3 electric energy", "energy"}));
+    QCOMPARE(m_item->text(), QStringLiteral("Renamed"));
+    QCOMPARE(m_workspace->messages, QStringList{"The Standard DLT645 'Renamed' is saved successfully."});
+}
+
+void TestStandardDLT645EditDialog::loadedTabsAreCalledModbus()
+{
+    {
+        standardDLT645EditDialog form(m_item, m_workspace);
+        form.addTab();
+        form.addTab();
+        form.saveChanges();
+    }
+    standardDLT645EditDialog form(m_item, m_workspace);
+    QCOMPARE(titles(form), (QStringList{"Modbus-1", "Modbus-2"}));
+    form.addTab();
+    QCOMPARE(titles(form), (QStringList{"Modbus-1", "Modbus-2", "DLT645-3"}));
+    form.saveChanges();
+    QCOMPARE(m_item->data(standardDatasRole).value<GroupMap>().keys(),
+             (QStringList{"DLT645-3", "Modbus-1", "Modbus-2"}));
+}
+
+void TestStandardDLT645EditDialog::storedRowsAreAppliedByPosition()
+{
+    RowList rows{{"00112233", "DLT645_1997"}, {"true", "my label", "n0"}, {false, "b", ""}};
+    for (int row = 0; row < 40; ++row) {
+        rows.append({"true", "x", QString::number(row)});
+    }
+    setGroups(m_item, {{QStringLiteral("DLT645-1"), rows}});
+    standardDLT645EditDialog form(m_item, m_workspace);
+    auto *table = form.findChild<QTableWidget *>();
+    QCOMPARE(table->rowCount(), 30);
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QStringLiteral("00112233"));
+    QVERIFY(tick(table, 0)->isChecked());
+    QVERIFY(!tick(table, 1)->isChecked());
+    QCOMPARE(table->item(0, 1)->text(), QStringLiteral("my label"));
+    QCOMPARE(table->item(0, 2)->text(), QStringLiteral("n0"));
+    QCOMPARE(table->item(29, 2)->text(), QStringLiteral("27"));
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestStandardDLT645EditDialog::unknownEditionIsTheNewer()
+{
+    setGroups(m_item, {{QStringLiteral("DLT645-1"), {{"1", "DLT645_2030"}, {true, "label", "n"}}}});
+    standardDLT645EditDialog form(m_item, m_workspace);
+    auto *table = form.findChild<QTableWidget *>();
+    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), QStringLiteral("DLT645_2007"));
+    QCOMPARE(table->rowCount(), 44);
+    QCOMPARE(table->item(0, 1)->text(), QStringLiteral("label"));
+}
+
+void TestStandardDLT645EditDialog::deletedTabClosesTheNumbers()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    form.addTab();
+    form.addTab();
+    emit form.findChild<QTabWidget *>()->tabCloseRequested(0);
+    QCOMPARE(titles(form), (QStringList{"DLT645-1", "DLT645-2"}));
+    form.addTab();
+    QCOMPARE(titles(form).last(), QStringLiteral("DLT645-3"));
+}
+
+void TestStandardDLT645EditDialog::replaceItemSelectsOtherEntries()
+{
+    QStandardItem other(QStringLiteral("Other"));
+    setGroups(&other, {{QStringLiteral("DLT645-1"), {{"77", "DLT645_2007"}}}});
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    form.replaceItem(&other);
+    QCOMPARE(form.nameEdit()->text(), QStringLiteral("Other"));
+    QCOMPARE(find<QComboBox>(form, "baudRate")->currentText(), QStringLiteral("115200"));
+    QCOMPARE(find<QComboBox>(form, "parityBit")->currentText(), QStringLiteral("NONE"));
+    QCOMPARE(other.data(standardCommunicationTimeoutRole), QVariant(QStringLiteral("2000")));
+    QCOMPARE(titles(form), QStringList{"Modbus-1"});
+    form.saveChanges();
+    QCOMPARE(other.data(standardBaudRateRole), QVariant(QStringLiteral("115200")));
+    QCOMPARE(m_item->data(standardBaudRateRole), QVariant());
+}
+
+void TestStandardDLT645EditDialog::slaveAddressTakesHexadecimalDigitsOnly()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *address = find<QLineEdit>(form, "slaveAddressEdit");
+    address->clear();
+    QTest::keyClicks(address, QStringLiteral("12xZaF0123456789AB"));
+    QCOMPARE(address->text(), QStringLiteral("12aF01234567"));
+}
+
+void TestStandardDLT645EditDialog::clearDataEmptiesTheForm()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    form.clearData();
+    QCOMPARE(form.nameEdit()->text(), QString());
+    QCOMPARE(find<QLineEdit>(form, "communicationGap")->text(), QString());
+    QCOMPARE(titles(form), QStringList());
+}
+
+void TestStandardDLT645EditDialog::everyInputHasItsName()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    QStringList names;
+    const auto widgets = form.findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        const bool cell = qobject_cast<const QTableWidget *>(widget->parentWidget()->parentWidget());
+        if (!cell
+            && (qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QComboBox *>(widget)
+                || qobject_cast<const QCheckBox *>(widget))) {
+            names.append(widget->objectName());
+        }
+    }
+    names.sort();
+    QStringList expected{"name", "protocol", "serialport", "baudRate", "dataBit", "stopBit", "parityBit",
+                         "rtsEnable", "communicationTimeout", "communicationGap", "trigger",
+                         "collectionInterval", "slaveAddressEdit", "protocolVersionComboBox"};
+    expected.sort();
+    QCOMPARE(names, expected);
+}
+
+void TestStandardDLT645EditDialog::rolesOfTheWrongTypeDoNoHarm()
+{
+    m_item->setData(42, standardDatasRole);
+    m_item->setData(QVariantList{1}, standardBaudRateRole);
+    standardDLT645EditDialog form(m_item, m_workspace);
+    QCOMPARE(titles(form), QStringList());
+    setGroups(m_item, {{QStringLiteral("a"), {}}, {QStringLiteral("b"), {{}, {}, {1, 2, 3, 4, 5}}}});
+    form.replaceItem(m_item);
+    form.saveChanges();
+    QCOMPARE(titles(form).size(), 2);
+}
+
+QTEST_MAIN(TestStandardDLT645EditDialog)
+#include "tst_standarddlt645editdialog.moc"

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "model/projecttree.h"
+
+#include <QDataStream>
+#include <QIcon>
+#include <QStandardItem>
+#include <QStringList>
+
+// What a test compares of project items: whole items as printable lines.
+namespace ProjectDump
+{
+
+// An icon by its contents, so that icons of different files differ; empty for no icon.
+inline QByteArray iconBytes(const QIcon &icon)
+{
+    QByteArray bytes;
+    if (!icon.isNull()) {
+        QDataStream stream(&bytes, QIODevice::WriteOnly);
+        stream << icon;
+    }
+    return bytes;
+}
+
+inline QByteArray iconBytes(const QString &path)
+{
+    return iconBytes(QIcon(path));
+}
+
+inline QString cells(const QVariantList &row)
+{
+    QStringList texts;
+    for (const QVariant &cell : row) {
+        texts.append(QLatin1String(cell.typeName()) + QLatin1Char(' ') + cell.toString());
+    }
+    return QLatin1Char('[') + texts.join(QStringLiteral(", ")) + QLatin1Char(']');
+}
+
+inline QString rows(const RowList &list)
+{
+    QStringList texts;
+    for (const QVariantList &row : list) {
+        texts.append(cells(row));
+    }
+    return texts.join(QLatin1Char(' '));
+}
+
+inline QString valueText(const QVariant &value)
+{
+    if (value.userType() == qMetaTypeId<GroupMap>()) {
+        const auto groups = value.value<GroupMap>();
+        QStringList texts;
+        for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+            texts.append(group.key() + QStringLiteral(": ") + rows(group.value()));
+        }
+        return QStringLiteral("groups {") + texts.join(QStringLiteral("; ")) + QLatin1Char('}');
+    }
+    if (value.userType() == qMetaTypeId<RowList>()) {
+        return QStringLiteral("rows ") + rows(value.value<RowList>());
+    }
+    return QLatin1String(value.typeName()) + QLatin1Char(' ') + value.toString();
+}
+
+// One line a role that was set: "+<offset from Qt::UserRole> <type> <text>".
+inline QStringList roles(const QStandardItem *item)
+{
+    QStringList lines;
+    for (int offset = 0; offset <= 300; ++offset) {
+        const QVariant value = item->data(Qt::UserRole + offset);
+        if (value.isValid()) {
+            lines.append(QStringLiteral("+%1 ").arg(offset) + valueText(value));
+        }
+    }
+    return lines;
+}
+
+// The item and all below it with texts and roles, children indented.
+inline QStringList tree(const QStandardItem *item, const QString &indent = QString())
+{
+    QStringList lines{indent + item->text()};
+    const QStringList own = roles(item);
+    for (const QString &line : own) {
+        lines.append(indent + QStringLiteral("  ") + line);
+    }
+    for (int row = 0; row < item->rowCount(); ++row) {
+        lines += tree(item->child(row), indent + QStringLiteral("    "));
+    }
+    return lines;
+}
+
+// The texts of the item and all below it, children in brackets: "P(Standard(M) Service() Box() Data())".
+inline QString shape(const QStandardItem *item)
+{
+    QStringList children;
+    for (int row = 0; row < item->rowCount(); ++row) {
+        children.append(shape(item->child(row)));
+    }
+    return item->text() + QLatin1Char('(') + children.join(QLatin1Char(' ')) + QLatin1Char(')');
+}
+
+} // namespace ProjectDump

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "boxsim/options.h"
+
+#include <QStringList>
+
+// What the program's command line asks for.
+struct CommandLine {
+    enum class Action { run, help, listFaults, version, wrong };
+
+    Action action = Action::run;
+    QString text; // to print: help, faults, version, or what is wrong
+    BoxSimOptions options;
+    QString projectFile; // to read into options.project; empty for none
+    QString logFile; // to append to; empty for none
+    QString saveFolder; // for accepted files; empty for none
+    bool quiet = false;
+    bool once = false;
+    int seconds = 0; // 0: no end by itself
+};
+
+// Takes the arguments with the program's name first. Reads no file.
+CommandLine readCommandLine(const QStringList &arguments);

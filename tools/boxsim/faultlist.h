@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+struct BoxSimFaults;
+
+// Sets one fault by its name, "name" or "name=value". False, with the reason in error (null allowed) and
+// faults unchanged, if there is no such fault or its value is missing or out of range.
+bool applyFault(const QString &text, BoxSimFaults *faults, QString *error = nullptr);
+
+// One line a fault: its name with its value's meaning, and a sentence.
+QStringList faultHelp();

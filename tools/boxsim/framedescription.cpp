@@ -1,0 +1,105 @@
+#include "boxsim/framedescription.h"
+
+#include "boxsim/settingsmemory.h"
+#include "boxsim/wire.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace
+{
+
+constexpr int longestText = 400;
+constexpr int longestHex = 32; // bytes
+
+QString shortened(const QString &text)
+{
+    return text.size() <= longestText ? text : text.left(longestText) + QStringLiteral("...");
+}
+
+QString hex(const QByteArray &bytes)
+{
+    const QString digits = QString::fromLatin1(bytes.left(longestHex).toHex(' '));
+    return bytes.size() <= longestHex ? digits : digits + QStringLiteral(" ...");
+}
+
+QString describeHeartbeatReply(const QByteArray &frame)
+{
+    QStringList texts;
+    int at = 6;
+    while (texts.size() < 3 && at < frame.size() - 2) {
+        const int length = static_cast<quint8>(frame.at(at));
+        texts.append(QString::fromUtf8(frame.mid(at + 1, length)));
+        at += 1 + length;
+    }
+    return QStringLiteral("heartbeat answer: ") + texts.join(QStringLiteral(", "));
+}
+
+QString describeJson(const QByteArray &frame)
+{
+    const QByteArray text = frame.mid(8, frame.size() - 10);
+    const QJsonDocument document = QJsonDocument::fromJson(text);
+    if (!document.isObject()) {
+        return QStringLiteral("JSON that is no object: ") + hex(text);
+    }
+    const QJsonValue type = document.object().value(QLatin1String("type"));
+    const QString name = settingsCommandName(type.isDouble() ? type.toInt() : type.toString().toInt());
+    return QStringLiteral("%1: %2").arg(
+        name, shortened(QString::fromUtf8(document.toJson(QJsonDocument::Compact))));
+}
+
+QString describeTransfer(const QByteArray &frame, const QString &name)
+{
+    const int subType = frame.size() > Wire::minFrame ? frame.at(6) : 0;
+    if (subType == 1 && frame.size() >= 19) {
+        return QStringLiteral("%1 chunk %2: %3 bytes of %4")
+            .arg(name)
+            .arg(Wire::number(frame, 13, 4))
+            .arg(Wire::number(frame, 11, 2))
+            .arg(Wire::number(frame, 7, 4));
+    }
+    if (subType == 2 && frame.size() >= 14) {
+        return QStringLiteral("%1 checksum of %2 bytes: %3")
+            .arg(name)
+            .arg(Wire::number(frame, 7, 4))
+            .arg(QString::fromLatin1(frame.mid(12, frame.size() - 14).toHex()));
+    }
+    if (subType == 3 && frame.size() == 10) {
+        return QStringLiteral("%1 verdict: %2")
+            .arg(name, frame.at(7) == 0 ? QStringLiteral("success") : QStringLiteral("failure"));
+    }
+    return QStringLiteral("%1 frame of no known kind: %2").arg(name, hex(frame));
+}
+
+} // namespace
+
+QString describeFrame(const QByteArray &frame)
+{
+    if (frame.size() < Wire::minFrame) {
+        return QStringLiteral("no frame: ") + hex(frame);
+    }
+    switch (Wire::command(frame)) {
+    case Wire::heartbeat:
+        return QStringLiteral("heartbeat");
+    case Wire::heartbeatReply:
+        return describeHeartbeatReply(frame);
+    case Wire::project:
+        return describeTransfer(frame, QStringLiteral("project"));
+    case Wire::program:
+        return describeTransfer(frame, QStringLiteral("program"));
+    case Wire::json:
+        return describeJson(frame);
+    case Wire::monitoring:
+        return describeTransfer(frame, QStringLiteral("report"))
+            .replace(QLatin1String("chunk"), QLatin1String("segment"));
+    default:
+        return QStringLiteral("unknown command 0x%1: %2")
+            .arg(Wire::command(frame), 4, 16, QLatin1Char('0'))
+            .arg(hex(frame));
+    }
+}
+
+BoxSimFrame decodedFrame(const QString &peer, const QByteArray &bytes)
+{
+    return {peer, Wire::command(bytes), bytes, describeFrame(bytes)};
+}

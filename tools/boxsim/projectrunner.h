@@ -1,0 +1,69 @@
+#pragma once
+
+#include "boxsim/pointsignal.h"
+#include "boxsim/simproject.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+#include <QVector>
+
+#include <memory>
+#include <vector>
+
+// Runs one project: a stream of reports for each Standard that has points, each with values one step on.
+class ProjectRunner : public QObject
+{
+    Q_OBJECT
+
+public:
+    // How reports are paced and spoiled. Times in milliseconds.
+    struct Pace {
+        int interval = -1; // -1: each Standard's own; 0: no report by itself
+        int flood = 0; // reports a second in place of the interval; 0 for none
+        bool interleave = false; // every Standard reports whenever one does
+        int invalidEvery = 0; // every so-manieth point is not valid; 0 for none
+    };
+
+    explicit ProjectRunner(QObject *parent = nullptr);
+
+    // Runs project from step 0 in place of the one before; its first reports come at once.
+    void run(const SimProject &project, quint32 seed, const QString &serialNumber);
+    // Forgets the project.
+    void clear();
+    // Holds and resumes the reports without losing the project or its steps.
+    void pause();
+    void resume();
+    void setPace(const Pace &pace);
+    // One report of each Standard, now.
+    void reportNow();
+
+    QString projectName() const { return m_project.name; }
+    QStringList standardNames() const;
+
+signals:
+    // The JSON texts of reports that are due together: one, or all Standards' where they interleave.
+    void reportsDue(const QVector<QByteArray> &reports);
+
+private:
+    struct Stream {
+        SimStandard standard;
+        std::vector<PointSignal> points;
+        quint64 step = 0;
+        std::unique_ptr<QTimer> timer;
+    };
+
+    void due(Stream &stream);
+    void floodTick();
+    QByteArray nextReport(Stream &stream) const;
+
+    SimProject m_project;
+    QString m_serialNumber;
+    std::vector<std::unique_ptr<Stream>> m_streams;
+    Pace m_pace;
+    bool m_paused = false;
+    QTimer m_floodTimer;
+    QElapsedTimer m_floodClock;
+    qint64 m_flooded = 0; // reports since m_floodClock started
+    size_t m_floodNext = 0;
+};

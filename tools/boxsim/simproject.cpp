@@ -1,0 +1,82 @@
+#include "boxsim/simproject.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace
+{
+
+constexpr int mostStandards = 256;
+constexpr int mostPoints = 50000;
+constexpr int usualInterval = 1000;
+constexpr int shortestInterval = 100;
+constexpr int longestInterval = 24 * 60 * 60 * 1000;
+
+QString text(const QJsonObject &object, const char *key)
+{
+    return object.value(QLatin1String(key)).toString();
+}
+
+void appendPoint(const QJsonObject &object, SimStandard *standard)
+{
+    SimPoint point;
+    point.addr = text(object, "addr");
+    point.name = text(object, "name");
+    if (point.name.isEmpty()) {
+        point.name = point.addr;
+    }
+    point.dataType = text(object, "dataType");
+    point.length = text(object, "length").toInt();
+    const bool left =
+        object.contains(QLatin1String("select")) && text(object, "select") != QLatin1String("true");
+    if (!left && !point.name.isEmpty() && standard->points.size() < mostPoints) {
+        standard->points.append(point);
+    }
+}
+
+SimStandard readStandard(const QJsonObject &object)
+{
+    SimStandard standard;
+    standard.name = text(object, "name");
+    const QJsonObject parameter = object.value(QLatin1String("parameter")).toObject();
+    const int interval = text(parameter, "collectionInterval").toInt();
+    standard.interval = interval <= 0 ? usualInterval : qBound(shortestInterval, interval, longestInterval);
+    const QJsonArray entries = object.value(QLatin1String("datas")).toArray();
+    for (const QJsonValue &entry : entries) {
+        const QJsonValue group = entry.toObject().value(QLatin1String("datas"));
+        if (!group.isArray()) {
+            appendPoint(entry.toObject(), &standard);
+            continue;
+        }
+        const QJsonArray points = group.toArray();
+        for (const QJsonValue &point : points) {
+            appendPoint(point.toObject(), &standard);
+        }
+    }
+    return standard;
+}
+
+} // namespace
+
+bool readSimProject(const QByteArray &document, SimProject *project, QString *error)
+{
+    QJsonParseError parseError;
+    const QJsonObject root = QJsonDocument::fromJson(document, &parseError).object();
+    SimProject read;
+    read.name = text(root, "name");
+    if (read.name.isEmpty()) {
+        *error = parseError.error == QJsonParseError::NoError ? QStringLiteral("not an object with a name")
+                                                              : parseError.errorString();
+        return false;
+    }
+    read.description = text(root, "description");
+    const QJsonArray standards = root.value(QLatin1String("standards")).toArray();
+    for (const QJsonValue &standard : standards) {
+        if (read.standards.size() < mostStandards) {
+            read.standards.append(readStandard(standard.toObject()));
+        }
+    }
+    *project = read;
+    return true;
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+// What a Box takes from a project document in order to report for it.
+struct SimPoint {
+    QString name; // its addr where the document gives no name
+    QString addr;
+    QString dataType; // as it stands, blanks included
+    int length = 0; // characters of a "string" point; 0 if the document says nothing
+};
+
+struct SimStandard {
+    QString name;
+    int interval = 1000; // milliseconds between two acquisitions
+    QVector<SimPoint> points;
+};
+
+struct SimProject {
+    QString name;
+    QString description;
+    QVector<SimStandard> standards;
+};
+
+// Reads a project document. Points stand in groups ("datas" of "datas") or directly in a Standard's "datas".
+// Left out are points with "select" other than "true" where they have that key, and points with neither name
+// nor address. A Standard without a collectionInterval reports each second, none faster than each 100 ms.
+// False, with the reason in error, if the text is no JSON object with a name; at most 256 Standards and
+// 50000 points each are taken.
+bool readSimProject(const QByteArray &document, SimProject *project, QString *error);
