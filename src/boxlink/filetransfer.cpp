@@ -124,6 +124,7 @@ void FileTransfer::awaitVerdict()
     QEventLoop loop;
     QTimer timer;
     timer.setSingleShot(true);
+    timer.setTimerType(Qt::PreciseTimer); // a coarse one may give up 5 % early
     QObject::connect(m_socket, &QIODevice::readyRead, &loop, [&] {
         if (outcome == Pending) {
             outcome = Answered;

@@ -8,6 +8,20 @@
 #include <QJsonDocument>
 #include <QSaveFile>
 
+// A full disk may take a part of the bytes without a word; only what comes after them fails.
+static bool writeWhole(QSaveFile *file, const QByteArray &bytes)
+{
+    qint64 done = 0;
+    while (done < bytes.size()) {
+        const qint64 written = file->write(bytes.constData() + done, bytes.size() - done);
+        if (written <= 0) {
+            return false;
+        }
+        done += written;
+    }
+    return true;
+}
+
 SaveResult saveProject(const QStandardItem *project)
 {
     SaveResult result;
@@ -16,14 +30,14 @@ SaveResult saveProject(const QStandardItem *project)
 
     QSaveFile file(result.path);
     file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+    // Unbuffered, since commit() does not notice what a last flush of a buffer could not write.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Unbuffered)) {
         result.failure = SaveResult::Failure::OpenFailed;
         result.errorString = file.errorString();
         qDebug() << "Could not open file for writing:" << result.errorString;
         return result;
     }
-    // What the disk refuses may show only when the last bytes are flushed, so both steps decide.
-    if (file.write(QJsonDocument(result.document).toJson()) == -1 || !file.commit()) {
+    if (!writeWhole(&file, QJsonDocument(result.document).toJson()) || !file.commit()) {
         result.failure = SaveResult::Failure::WriteFailed;
         result.errorString = file.errorString();
         qDebug() << "Error writing to file:" << result.errorString;

@@ -4,6 +4,7 @@
 #include "model/projecttree.h"
 
 #include <QHash>
+#include <QIcon>
 #include <QJsonArray>
 #include <QStandardItem>
 #include <QStandardItemModel>
@@ -87,8 +88,8 @@ RowList readModbusGroup(const QJsonObject &group, const Texts &)
     return rows;
 }
 
-// The label follows from the identifier alone, on purpose: the identifiers of the two editions never coincide,
-// so a group may hold items of either, whatever version it names.
+// The label follows from the identifier alone, on purpose: the identifiers of the two editions never
+// coincide, so a group may hold items of either, whatever version it names.
 RowList readDlt645Group(const QJsonObject &group, const Texts &texts)
 {
     const QJsonArray points = group.value(datasKey).toArray();
@@ -186,13 +187,17 @@ QHash<QString, QStandardItem *> childrenByName(const QStandardItem &folder)
 void mergeBranch(const Branch &branch, const QJsonArray &entries, QStandardItem *folder, const Texts &texts)
 {
     QHash<QString, QStandardItem *> children = childrenByName(*folder);
+    QHash<QString, QIcon> icons;
     for (const QJsonValue &entry : entries) {
         const QJsonObject object = entry.toObject();
         const QString name = object.value(nameKey).toString();
         QStandardItem *&item = children[name];
         if (!item) {
-            const QString icon = branch.iconOf(object.value(protocolKey).toString());
-            item = ProjectTree::appendDefinition(folder, name, icon);
+            const QString path = branch.iconOf(object.value(protocolKey).toString());
+            if (!path.isEmpty() && !icons.contains(path)) {
+                icons.insert(path, QIcon(path));
+            }
+            item = ProjectTree::appendDefinition(folder, name, icons.value(path));
         }
         branch.read(object, item, texts);
     }

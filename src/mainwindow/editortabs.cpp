@@ -83,8 +83,11 @@ void EditorTabs::place(ads::CDockWidget *tab, const QStringList &neighbours)
     m_docks->addDockWidget(ads::RightDockWidgetArea, tab);
 }
 
-void EditorTabs::show(ads::CDockWidget *tab)
+void EditorTabs::show(ads::CDockWidget *tab, const QStringList &neighbours)
 {
+    if (!tab->dockAreaWidget()) {
+        place(tab, neighbours);
+    }
     if (tab->isClosed()) {
         tab->toggleView();
     }

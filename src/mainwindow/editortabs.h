@@ -55,8 +55,9 @@ public:
     ads::CDockWidget *makeEmpty(const QString &title);
     // Puts the tab beside the first dock that has one of the neighbours' titles, else to the right.
     void place(ads::CDockWidget *tab, const QStringList &neighbours);
-    // Brings the tab to the front, also when it was hidden through the "View" menu.
-    static void show(ads::CDockWidget *tab);
+    // Brings the tab to the front, also one that the "View" menu has hidden. One that a restored layout has
+    // left without a place gets one as place() would give it.
+    void show(ads::CDockWidget *tab, const QStringList &neighbours);
 
     // Closes the first tab of the title, if there is one; what was typed and not saved is gone.
     void closeFirst(const QString &title) const;

@@ -38,7 +38,9 @@ void ProjectLifecycle::create(const QString &name, const QString &path, const QS
     QStandardItem *serviceItem = ProjectTree::appendDefinition(
         ProjectTree::childNamed(project, ProjectTree::serviceFolder), service, ProjectTree::serviceIcon);
     serviceItem->setData(service, serviceProtocolRole);
-    m_window->projectTree()->expandAll();
+    if (QTreeView *tree = m_window->projectTree()) {
+        tree->expandAll();
+    }
 }
 
 void ProjectLifecycle::edit() const
@@ -58,7 +60,9 @@ void ProjectLifecycle::edit() const
     form->setDescription(project->data(projectDescriptionRole).toString());
     ads::CDockWidget *tab = m_tabs->make(title, form);
     connectForm(form, project);
-    QObject::connect(form, &QDialog::finished, tab, [tab] { tab->closeDockWidget(); });
+    // Twice on purpose: to close a tab again is harmless, and who listens to its closing hears both.
+    QObject::connect(form, &QDialog::finished, tab, &ads::CDockWidget::closeDockWidget);
+    QObject::connect(form, &QDialog::finished, form, [tab] { tab->closeDockWidget(); }, Qt::DirectConnection);
     m_tabs->place(
         tab, EditorTabs::titlesOf({EditorTabs::boxTitle, EditorTabs::serverTitle, EditorTabs::plcTitle}));
 }

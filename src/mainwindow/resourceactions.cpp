@@ -63,7 +63,7 @@ void ResourceActions::edit(const ResourceKinds::EditKind &kind)
     if (ads::CDockWidget *tab = m_tabs->find(EditorTabs::titleOf(kind.title))) {
         if (form && form->isOpen(tab->widget())) {
             form->rebind(tab->widget(), item);
-            EditorTabs::show(tab);
+            m_tabs->show(tab, EditorTabs::titlesOf(kind.neighbours));
             return;
         }
         if (kind.subKindRole == ResourceKinds::EditKind::noSubKind) {

@@ -79,9 +79,14 @@ void appendMissingFolders(QStandardItem *project)
 
 QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon)
 {
+    return appendDefinition(folder, name, icon.isEmpty() ? QIcon() : QIcon(icon));
+}
+
+QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QIcon &icon)
+{
     auto *item = new QStandardItem(name);
-    if (!icon.isEmpty()) {
-        item->setIcon(QIcon(icon));
+    if (!icon.isNull()) {
+        item->setIcon(icon);
     }
     folder->appendRow(item);
     return item;

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QVariantList>
 
+class QIcon;
 class QStandardItem;
 class QStandardItemModel;
 
@@ -43,6 +44,8 @@ QStandardItem *makeProject(const QString &name, const QString &path, const QStri
 void appendMissingFolders(QStandardItem *project);
 // Appends a definition with this name and icon resource (no icon if empty) and returns it.
 QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon);
+// The same with an icon that was read before: reading one costs much more than the item.
+QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QIcon &icon);
 
 // Icon resource of a Standard by protocol; empty for a protocol without one.
 QString standardIcon(const QString &protocol);

@@ -20,6 +20,7 @@ private slots:
     void closingOneTabLeavesTheOthers();
     void tabClosedByItsButtonLeavesTheRegistry();
     void tabHiddenByTheViewMenuComesBack();
+    void tabThatARestoredLayoutDoesNotHoldComesBackToItsPlace();
 
     void firstTabStandsToTheRight();
     void tabJoinsANeighbour();
@@ -47,6 +48,7 @@ static const QString third = QStringLiteral("Third");
 
 void tst_EditorTabs::init()
 {
+    QFile::remove(QStringLiteral("Settings.ini"));
     m_window.reset(new Window);
     m_tabs.reset(new EditorTabs(m_window->dockManager(), m_window->viewMenu(), nullptr));
 }
@@ -141,9 +143,28 @@ void tst_EditorTabs::tabHiddenByTheViewMenuComesBack()
     Window::settle();
     QVERIFY(form);
     QCOMPARE(m_tabs->find(first), tab);
-    EditorTabs::show(tab);
+    m_tabs->show(tab, {});
     QVERIFY(!tab->isClosed());
     QVERIFY(tab->isVisible());
+}
+
+void tst_EditorTabs::tabThatARestoredLayoutDoesNotHoldComesBackToItsPlace()
+{
+    m_window->on_actionSaveState_triggered(false);
+    m_tabs->place(m_tabs->makeEmpty(second), {});
+    ads::CDockWidget *tab = open(first);
+    m_window->on_actionRestoreState_triggered(false);
+    QVERIFY(tab->isClosed());
+    QCOMPARE(m_tabs->find(first), tab);
+    m_tabs->show(tab, {});
+    QVERIFY(!tab->isClosed());
+    QVERIFY(!tab->isInFloatingContainer());
+    QVERIFY(m_window->areas().contains(QStringList(first)));
+    const QPointer<ads::CDockWidget> guarded = tab;
+    m_window->on_actionRestoreState_triggered(false);
+    m_tabs->closeFirst(first);
+    Window::settle();
+    QVERIFY(!guarded);
 }
 
 void tst_EditorTabs::firstTabStandsToTheRight()

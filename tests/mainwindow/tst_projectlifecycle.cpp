@@ -330,7 +330,9 @@ void tst_ProjectLifecycle::cancelClosesTheForm()
 {
     m_window->click(m_window->addProject(QStringLiteral("plant")));
     const QPointer<QDialog> form = m_window->form(editProject);
+    const QSignalSpy closed(m_window->tab(editProject), &ads::CDockWidget::closed);
     Window::press(form, "cancelButton");
+    QCOMPARE(closed.count(), 2);
     QCOMPARE(m_window->tabs(editProject).size(), 0);
     Window::settle();
     QVERIFY(!form);

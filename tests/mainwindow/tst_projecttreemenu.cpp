@@ -48,9 +48,9 @@ void tst_ProjectTreeMenu::init()
     Window::addStandard(project, QStringLiteral("bus"), QStringLiteral("OpcUA"));
     Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.13.8"));
     ProjectTree::appendDefinition(Window::folder(project, ProjectTree::dataFolder), QStringLiteral("meter"),
-                                  {});
-    ProjectTree::appendDefinition(project->model()->item(0), QStringLiteral("Spare"), {});
-    ProjectTree::appendDefinition(project->child(4), QStringLiteral("thing"), {});
+                                  QString());
+    ProjectTree::appendDefinition(project->model()->item(0), QStringLiteral("Spare"), QString());
+    ProjectTree::appendDefinition(project->child(4), QStringLiteral("thing"), QString());
 }
 
 void tst_ProjectTreeMenu::cleanup()

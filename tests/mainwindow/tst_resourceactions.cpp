@@ -546,7 +546,7 @@ void tst_ResourceActions::deletingClosesTheTabOfTheKind()
     }
     // The tab of the kind goes though it shows another node.
     QStandardItem *item =
-        ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("gone"), {});
+        ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("gone"), QString());
     const int before = folder(folderText.constData())->rowCount();
     m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("gone"));
     m_window->select(item);
@@ -579,8 +579,8 @@ void tst_ResourceActions::deletingNeedsADefinition()
 
 void tst_ResourceActions::deletedDataNodeLosesItsTabButNotItsPage()
 {
-    QStandardItem *meter = ProjectTree::appendDefinition(folder("Data"), QStringLiteral("meter"), {});
-    ProjectTree::appendDefinition(folder("Data"), QStringLiteral("pump"), {});
+    QStandardItem *meter = ProjectTree::appendDefinition(folder("Data"), QStringLiteral("meter"), QString());
+    ProjectTree::appendDefinition(folder("Data"), QStringLiteral("pump"), QString());
     const QPointer<QWidget> page = new QWidget;
     m_window->monitoringTabs()->addTab(page, QStringLiteral("meter"));
     m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("pump"));
@@ -598,7 +598,7 @@ void tst_ResourceActions::deletedDataNodeLosesItsTabButNotItsPage()
 void tst_ResourceActions::deletingAllEmptiesTheFolder()
 {
     for (const char *name : {"meter", "pump"}) {
-        ProjectTree::appendDefinition(folder("Data"), QString::fromLatin1(name), {});
+        ProjectTree::appendDefinition(folder("Data"), QString::fromLatin1(name), QString());
         m_window->monitoringTabs()->addTab(new QWidget, QString::fromLatin1(name));
     }
     m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("of another project"));
@@ -619,7 +619,7 @@ void tst_ResourceActions::deletingAllOfAnEmptyDataFolderDoesNothing()
 
 void tst_ResourceActions::deletingAllOfADefinitionRemovesIt()
 {
-    m_window->select(ProjectTree::appendDefinition(folder("Data"), QStringLiteral("meter"), {}));
+    m_window->select(ProjectTree::appendDefinition(folder("Data"), QStringLiteral("meter"), QString()));
     m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("meter"));
     m_window->slotDeleteAllFile();
     QCOMPARE(folder("Data")->rowCount(), 0);

@@ -1,0 +1,486 @@
+#include "boxlink/filetransfer.h"
+
+#include "support/boxpeer.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QPointer>
+#include <QSemaphore>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+const auto boxAddress = QStringLiteral("127.0.11.2");
+
+QByteArray hex(const char *digits)
+{
+    return QByteArray::fromHex(digits);
+}
+
+// A project verdict of success.
+QByteArray success()
+{
+    return hex("12340300 0a00 03 00 5678");
+}
+
+// A Box in a thread of its own, for what happens while the program blocks. It serves one connection.
+class ThreadedBox
+{
+public:
+    explicit ThreadedBox(std::function<void(QTcpSocket &)> serve)
+    {
+        m_thread.reset(QThread::create([this, serve = std::move(serve)] {
+            QTcpServer server;
+            m_listening = server.listen(QHostAddress(boxAddress), 30088);
+            m_ready.release();
+            if (m_listening && server.waitForNewConnection(10000)) {
+                const std::unique_ptr<QTcpSocket> link(server.nextPendingConnection());
+                serve(*link);
+            }
+        }));
+        m_thread->start();
+        m_ready.acquire();
+    }
+    ~ThreadedBox() { m_thread->wait(); }
+    Q_DISABLE_COPY(ThreadedBox)
+
+    bool isListening() const { return m_listening; }
+
+private:
+    QSemaphore m_ready;
+    bool m_listening = false;
+    std::unique_ptr<QThread> m_thread;
+};
+
+} // namespace
+
+// The push of a file to a Box: the bytes of every frame, and what the user is told of every end.
+class TestTransfer : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void sendsChunksAndDigest_data();
+    void sendsChunksAndDigest();
+    void verdict_data();
+    void verdict();
+    void percentageIsTruncated();
+    void verdictThatStaysAwayIsATimeout();
+    void noBoxAtTheAddress();
+    void localAddressThatCantBeBound();
+    void sendsFromTheLocalAddress();
+    void fileThatCantBeOpened();
+    void fileThatCantBeOpenedAgain();
+    void linkLostWhileSending();
+    void linkLostAfterTheLastChunkIsSilent();
+    void percentageSurvivesLargeFiles();
+    void totalIsAnnouncedIn32Bits();
+    void temporaryFileGoesWithItsDigest_data();
+    void temporaryFileGoesWithItsDigest();
+    void ownerMayDieWhileTheVerdictIsAwaited();
+    void secondTransferDuringTheWaitLeavesTheFirstItsVerdict();
+    void endOfTheProgramEndsTheWait();
+
+private:
+    QString write(const QByteArray &content);
+    FileTransfer::Result transfer(const FileTransfer::Job &job);
+    FileTransfer::Job job(const QByteArray &content, Frame::Command command = Frame::projectTransfer);
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<QObject> m_owner;
+    QList<int> m_percentages;
+    FileTransfer::Timeouts m_timeouts;
+};
+
+void TestTransfer::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    m_owner = std::make_unique<QObject>();
+    m_percentages.clear();
+    m_timeouts = {};
+}
+
+QString TestTransfer::write(const QByteArray &content)
+{
+    QFile file(m_dir->filePath(QStringLiteral("file.bin")));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+        qFatal("no file to send");
+    }
+    return file.fileName();
+}
+
+FileTransfer::Job TestTransfer::job(const QByteArray &content, Frame::Command command)
+{
+    FileTransfer::Job job;
+    job.command = command;
+    job.path = write(content);
+    job.boxAddress = boxAddress;
+    return job;
+}
+
+FileTransfer::Result TestTransfer::transfer(const FileTransfer::Job &job)
+{
+    FileTransfer transfer(
+        job, m_owner.get(), [this](int percentage) { m_percentages.append(percentage); }, m_timeouts);
+    return transfer.run();
+}
+
+void TestTransfer::sendsChunksAndDigest_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("stream");
+    const QByteArray kilobyte(1024, 'x');
+    QTest::newRow("empty project") << 0x0300 << QByteArray()
+                                   << hex("12340300 1e00 02 00000000 10"
+                                          "d41d8cd98f00b204e9800998ecf8427e 5678");
+    QTest::newRow("program of one byte")
+        << 0x0400 << QByteArray("a")
+        << hex("12340400 1400 01 01000000 0100 01000000 61 5678"
+               "12340400 1e00 02 01000000 10 0cc175b9c0f1b6a831c399e269772661 5678");
+    QTest::newRow("project of one full chunk")
+        << 0x0300 << kilobyte
+        << hex("12340300 1304 01 00040000 0004 01000000") + kilobyte + hex("5678")
+            + hex("12340300 1e00 02 00040000 10 7265f4d211b56873a381d321f586e4a9 5678");
+    QTest::newRow("program of one byte more")
+        << 0x0400 << kilobyte + 'x'
+        << hex("12340400 1304 01 01040000 0004 01000000") + kilobyte + hex("5678")
+            + hex("12340400 1400 01 01040000 0100 02000000 78 5678")
+            + hex("12340400 1e00 02 01040000 10 41b2b8ce59ecc0c64c9c7ecaae3002c3 5678");
+}
+
+void TestTransfer::sendsChunksAndDigest()
+{
+    QFETCH(int, command);
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, stream);
+    BoxPeer box(boxAddress);
+    QVERIFY(box.isListening());
+    box.heard = [&](int index) {
+        if (box.received(index).size() >= stream.size()) {
+            QByteArray answer = success();
+            answer[2] = char(command >> 8);
+            box.send(index, answer);
+        }
+    };
+    const FileTransfer::Result result = transfer(job(content, Frame::Command(command)));
+    QCOMPARE(box.received(0).toHex(), stream.toHex());
+    QCOMPARE(result.line, QStringLiteral("Checksum Result:Checksum successful."));
+    QVERIFY(result.boxText.isEmpty());
+    QVERIFY(result.ended);
+    QTRY_COMPARE(box.link(0)->state(), QAbstractSocket::UnconnectedState);
+    QTRY_VERIFY(m_owner->children().isEmpty());
+}
+
+void TestTransfer::verdict_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<int>("percentage");
+    const QString success = QStringLiteral("Checksum Result:Checksum successful.");
+    const QString failed = QStringLiteral("Checksum Result:Checksum failed.");
+    const QString command = QStringLiteral("Checksum Result:Command type error.");
+    const QString kind = QStringLiteral("Checksum Result:Verification data return value error.");
+    QTest::newRow("success") << hex("12340300 0a00 03 00 5678") << success << 100;
+    QTest::newRow("length and footer are not looked at") << hex("12340300 ffff 03 00 0000") << success << 100;
+    QTest::newRow("failure") << hex("12340300 0a00 03 01 5678") << failed << 0;
+    QTest::newRow("failure beyond 127") << hex("12340300 0a00 03 ff 5678") << failed << 0;
+    QTest::newRow("of a program") << hex("12340400 0a00 03 00 5678") << command << 0;
+    QTest::newRow("low command byte counts") << hex("12340301 0a00 03 00 5678") << command << 0;
+    QTest::newRow("command goes before sub-type") << hex("12340400 0a00 02 01 5678") << command << 0;
+    QTest::newRow("other sub-type") << hex("12340300 0a00 02 00 5678") << kind << 0;
+    QTest::newRow("sub-type goes before result") << hex("12340300 0a00 01 01 5678") << kind << 0;
+    QTest::newRow("other header") << hex("12350300 0a00 03 00 5678") << QString() << 100;
+    QTest::newRow("in part") << hex("12340300 0a00 03 01 56") << QString() << 100;
+    QTest::newRow("with a byte too many") << hex("12340300 0a00 03 01 5678 00") << QString() << 100;
+}
+
+void TestTransfer::verdict()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(QString, line);
+    QFETCH(int, percentage);
+    BoxPeer box(boxAddress);
+    box.heard = [&](int index) {
+        if (box.received(index).size() == 50) {
+            box.send(index, answer);
+        }
+    };
+    const FileTransfer::Result result = transfer(job("a"));
+    QCOMPARE(result.line, line);
+    QCOMPARE(result.boxText, QString());
+    QVERIFY(result.ended);
+    QCOMPARE(m_percentages.last(), percentage);
+    QTRY_VERIFY(m_owner->children().isEmpty());
+}
+
+void TestTransfer::percentageIsTruncated()
+{
+    BoxPeer box(boxAddress);
+    m_timeouts.verdict = 1;
+    transfer(job(QByteArray(3 * 1024 - 1, 'x')));
+    QCOMPARE(m_percentages, (QList<int>{0, 33, 66, 100, 0}));
+}
+
+void TestTransfer::verdictThatStaysAwayIsATimeout()
+{
+    BoxPeer box(boxAddress);
+    m_timeouts.verdict = 50;
+    QElapsedTimer clock;
+    clock.start();
+    const FileTransfer::Result result = transfer(job("a"));
+    QVERIFY(clock.elapsed() >= 50);
+    QCOMPARE(result.boxTitle, QStringLiteral("Timeout"));
+    QCOMPARE(result.boxText, QStringLiteral("Timeout while waiting for checksum result."));
+    QCOMPARE(result.line, QStringLiteral("Timeout:Timeout while waiting for checksum result."));
+    QVERIFY(!result.ended);
+    QCOMPARE(m_percentages, (QList<int>{0, 100, 0}));
+    QTRY_VERIFY(m_owner->children().isEmpty());
+    QTRY_COMPARE(box.link(0)->state(), QAbstractSocket::UnconnectedState);
+}
+
+void TestTransfer::noBoxAtTheAddress()
+{
+    QElapsedTimer clock;
+    clock.start();
+    const FileTransfer::Result result = transfer(job("a"));
+    QVERIFY2(clock.elapsed() < 10000, "a refused connection is waited for");
+    QCOMPARE(result.line,
+             QStringLiteral("Connection Status:Failed to connect to server for program update."));
+    QCOMPARE(result.boxText, QString());
+    QVERIFY(!result.ended);
+    QCOMPARE(m_percentages, QList<int>());
+    QVERIFY(m_owner->children().isEmpty());
+}
+
+void TestTransfer::localAddressThatCantBeBound()
+{
+    BoxPeer box(boxAddress);
+    FileTransfer::Job bound = job("a");
+    bound.localAddress = QStringLiteral("192.0.2.1");
+    const FileTransfer::Result result = transfer(bound);
+    QCOMPARE(result.line, QStringLiteral("Binding Status: Failed to bind to 192.0.2.1"));
+    QVERIFY(!result.ended);
+    QVERIFY(m_owner->children().isEmpty());
+    QCoreApplication::processEvents();
+    QCOMPARE(box.count(), 0);
+}
+
+void TestTransfer::sendsFromTheLocalAddress()
+{
+    BoxPeer box(boxAddress);
+    FileTransfer::Job bound = job("a");
+    bound.localAddress = QStringLiteral("127.0.11.3");
+    box.heard = [&](int index) { box.send(index, success()); };
+    QCOMPARE(transfer(bound).line, QStringLiteral("Checksum Result:Checksum successful."));
+    QCOMPARE(box.link(0)->peerAddress(), QHostAddress(QStringLiteral("127.0.11.3")));
+}
+
+void TestTransfer::fileThatCantBeOpened()
+{
+    BoxPeer box(boxAddress);
+    FileTransfer::Job missing = job("a");
+    QVERIFY(QFile::remove(missing.path));
+    const FileTransfer::Result result = transfer(missing);
+    QCOMPARE(result.boxTitle, QStringLiteral("Error"));
+    QCOMPARE(result.boxText, QStringLiteral("Failed to open program file."));
+    QCOMPARE(result.line, QString());
+    QVERIFY(!result.ended);
+    // The connection stays until its owner goes.
+    QCOMPARE(m_owner->findChild<QTcpSocket *>()->state(), QAbstractSocket::ConnectedState);
+    QTRY_COMPARE(box.count(), 1);
+    m_owner.reset();
+    QTRY_COMPARE(box.link(0)->state(), QAbstractSocket::UnconnectedState);
+    QCOMPARE(box.received(0), QByteArray());
+}
+
+void TestTransfer::fileThatCantBeOpenedAgain()
+{
+    BoxPeer box(boxAddress);
+    const FileTransfer::Job vanishing = job("a");
+    FileTransfer transfer(
+        vanishing, m_owner.get(),
+        [&](int percentage) {
+            if (percentage == 100) {
+                QFile::remove(vanishing.path);
+            }
+        },
+        m_timeouts);
+    const FileTransfer::Result result = transfer.run();
+    QCOMPARE(result.boxTitle, QStringLiteral("Error"));
+    QCOMPARE(result.boxText, QStringLiteral("Failed to open program file for checksum."));
+    QCOMPARE(result.line, QString());
+    QVERIFY(!result.ended);
+    QTRY_COMPARE(box.received(0).toHex(), hex("12340300 1400 01 01000000 0100 01000000 61 5678").toHex());
+}
+
+void TestTransfer::linkLostWhileSending()
+{
+    const ThreadedBox box([](QTcpSocket &link) {
+        link.waitForReadyRead(10000);
+        link.abort();
+    });
+    QVERIFY(box.isListening());
+    FileTransfer::Job lost = job(QByteArray(8 * 1024 * 1024, 'x'));
+    lost.removeWhenDigested = true;
+    const FileTransfer::Result result = transfer(lost);
+    QCOMPARE(result.line, QStringLiteral("Connection Status:Not connected to server."));
+    QCOMPARE(result.boxText, QString());
+    QVERIFY(!result.ended);
+    QVERIFY(m_percentages.last() < 100);
+    QVERIFY(QFile::exists(lost.path));
+}
+
+// The link is found lost only when the chunk after the last would go out.
+void TestTransfer::linkLostAfterTheLastChunkIsSilent()
+{
+    QSemaphore gone;
+    const ThreadedBox box([&gone](QTcpSocket &link) {
+        link.waitForReadyRead(10000);
+        link.abort();
+        gone.release();
+    });
+    const FileTransfer::Job lost = job(QByteArray(1025, 'x'));
+    FileTransfer transfer(
+        lost, m_owner.get(),
+        [&](int percentage) {
+            m_percentages.append(percentage);
+            if (percentage == 99) {
+                gone.acquire();
+            }
+        },
+        m_timeouts);
+    const FileTransfer::Result result = transfer.run();
+    QCOMPARE(result.line, QString());
+    QCOMPARE(result.boxText, QString());
+    QVERIFY(!result.ended);
+    QCOMPARE(m_percentages, (QList<int>{0, 99, 100}));
+}
+
+void TestTransfer::percentageSurvivesLargeFiles()
+{
+    constexpr qint64 size = 24 * 1024 * 1024; // a hundred times that passes 31 bits
+    const ThreadedBox box([](QTcpSocket &link) {
+        constexpr qint64 whole = size / 1024 * 1043 + 30;
+        qint64 count = 0;
+        while (count < whole && link.waitForReadyRead(10000)) {
+            count += link.readAll().size();
+        }
+        link.write(success());
+        link.waitForBytesWritten(10000);
+        link.waitForDisconnected(10000);
+    });
+    FileTransfer::Job large = job({});
+    QVERIFY(QFile::resize(large.path, size));
+    QCOMPARE(transfer(large).line, QStringLiteral("Checksum Result:Checksum successful."));
+    QList<int> steps;
+    for (const int percentage : qAsConst(m_percentages)) {
+        if (steps.isEmpty() || steps.last() != percentage) {
+            steps.append(percentage);
+        }
+    }
+    QList<int> expected;
+    for (int percentage = 0; percentage <= 100; ++percentage) {
+        expected.append(percentage);
+    }
+    QCOMPARE(steps, expected);
+}
+
+void TestTransfer::totalIsAnnouncedIn32Bits()
+{
+    QByteArray head;
+    {
+        const ThreadedBox box([&head](QTcpSocket &link) {
+            while (head.size() < 17 && link.waitForReadyRead(10000)) {
+                head += link.readAll();
+            }
+            link.abort();
+        });
+        FileTransfer::Job huge = job({});
+        QVERIFY(QFile::resize(huge.path, Q_INT64_C(0x100000002)));
+        QCOMPARE(transfer(huge).line, QStringLiteral("Connection Status:Not connected to server."));
+    }
+    QCOMPARE(head.left(17).toHex(), hex("12340300 1304 01 02000000 0004 01000000").toHex());
+}
+
+void TestTransfer::temporaryFileGoesWithItsDigest_data()
+{
+    QTest::addColumn<bool>("listening");
+    QTest::addColumn<bool>("temporary");
+    QTest::addColumn<bool>("stays");
+    QTest::newRow("gone, whatever the verdict") << true << true << false;
+    QTest::newRow("stays where no Box is") << false << true << true;
+    QTest::newRow("a program is not temporary") << true << false << true;
+}
+
+void TestTransfer::temporaryFileGoesWithItsDigest()
+{
+    QFETCH(bool, listening);
+    QFETCH(bool, temporary);
+    QFETCH(bool, stays);
+    const auto box = listening ? std::make_unique<BoxPeer>(boxAddress) : nullptr;
+    m_timeouts.verdict = 1;
+    FileTransfer::Job passing = job("a");
+    passing.removeWhenDigested = temporary;
+    transfer(passing);
+    QCOMPARE(QFile::exists(passing.path), stays);
+}
+
+void TestTransfer::ownerMayDieWhileTheVerdictIsAwaited()
+{
+    BoxPeer box(boxAddress);
+    box.heard = [this](int) { m_owner.reset(); };
+    QElapsedTimer clock;
+    clock.start();
+    const FileTransfer::Result result = transfer(job("a"));
+    QVERIFY2(clock.elapsed() < 4000, "the wait went on without its owner");
+    QCOMPARE(result.line, QString());
+    QCOMPARE(result.boxText, QString());
+    QVERIFY(!result.ended);
+    QCOMPARE(m_percentages, (QList<int>{0, 100}));
+}
+
+void TestTransfer::secondTransferDuringTheWaitLeavesTheFirstItsVerdict()
+{
+    BoxPeer box(boxAddress);
+    FileTransfer::Result second;
+    bool started = false;
+    box.heard = [&](int index) {
+        if (index == 0 && !started) {
+            started = true;
+            // From the first one's loop: its answer and its time-out both fall into this call.
+            QTimer::singleShot(0, this, [&] {
+                m_timeouts.verdict = 1500;
+                second = transfer(job("b"));
+            });
+        } else if (index == 1) {
+            box.send(0, success());
+        }
+    };
+    m_timeouts.verdict = 1000;
+    const FileTransfer::Result first = transfer(job("a"));
+    QCOMPARE(second.line, QStringLiteral("Timeout:Timeout while waiting for checksum result."));
+    QCOMPARE(first.line, QStringLiteral("Checksum Result:Checksum successful."));
+    QTRY_VERIFY(m_owner->children().isEmpty());
+}
+
+void TestTransfer::endOfTheProgramEndsTheWait()
+{
+    BoxPeer box(boxAddress);
+    box.heard = [](int) { QCoreApplication::quit(); };
+    FileTransfer::Result result;
+    QElapsedTimer clock;
+    clock.start();
+    QTimer::singleShot(0, this, [&] { result = transfer(job("a")); });
+    QCoreApplication::exec();
+    QVERIFY2(clock.elapsed() < 4000, "the wait went on");
+    QCOMPARE(result.line, QString());
+    QCOMPARE(result.boxText, QString());
+}
+
+QTEST_GUILESS_MAIN(TestTransfer)
+#include "tst_transfer.moc"

@@ -1,0 +1,429 @@
+#include "document/dlt645items.h"
+#include "document/documenttest.h"
+#include "document/projectfile.h"
+#include "document/projectreader.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace
+{
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+void put(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("%s can't be written", qPrintable(path));
+    }
+}
+
+QStringList filesIn(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+}
+
+// Root may write everywhere, so permissions hold only for somebody else. Files made meanwhile are theirs.
+class NotRoot
+{
+public:
+    NotRoot() : m_changed(geteuid() == 0 && seteuid(65534) == 0) { }
+    ~NotRoot()
+    {
+        if (m_changed && seteuid(0) != 0) {
+            qFatal("can't become root again");
+        }
+    }
+    Q_DISABLE_COPY(NotRoot)
+
+private:
+    const bool m_changed;
+};
+
+// No file grows beyond this many bytes while it lives, as on a full disk.
+class FullDisk
+{
+public:
+    explicit FullDisk(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
+    Q_DISABLE_COPY(FullDisk)
+
+private:
+    rlimit m_before{};
+};
+
+QString nestedArrays(int depth)
+{
+    return QString(depth, QLatin1Char('[')) + QString(depth, QLatin1Char(']'));
+}
+
+} // namespace
+
+class TestProjectFile : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void samplesLoadAndSaveByteForByte_data();
+    void samplesLoadAndSaveByteForByte();
+    void savingReplacesTheFileAndLeavesNothingElse();
+    void renamedProjectSavesBesideItsOldFile();
+    void savedResultCarriesPathAndDocument();
+    void longerOldFileLeavesNoRest();
+    void linkIsWrittenThrough();
+    void saveRefuses_data();
+    void saveRefuses();
+    void nameTooLongForAFileIsRefused();
+    void nameWithSeparatorsGoesWhereItLeads();
+    void fullDiskKeepsTheOldFile_data();
+    void fullDiskKeepsTheOldFile();
+    void readOnlyFolderWritesItsFileInPlace();
+    void readOnlyFolderTakesNoNewFile();
+    void readLogsNameAndDescription();
+    void readRefusesWhatIsNoDocument_data();
+    void readRefusesWhatIsNoDocument();
+    void readRefusesWhatItCannotOpen_data();
+    void readRefusesWhatItCannotOpen();
+    void readTakesAnyObject_data();
+    void readTakesAnyObject();
+    void fiftyMegabytesAreRead();
+    void hundredThousandPointsComeBackWhole();
+
+private:
+    QStandardItem *newProject(const QString &name, const QString &folder);
+    QString path(const char *name) const { return m_dir->filePath(S(name)); }
+
+    QScopedPointer<QTemporaryDir> m_dir;
+    QScopedPointer<QStandardItem> m_project;
+};
+
+void TestProjectFile::init()
+{
+    m_dir.reset(new QTemporaryDir(QDir::tempPath() + S("/projectfile-XXXXXX")));
+    QVERIFY(m_dir->isValid());
+}
+
+void TestProjectFile::cleanup()
+{
+    QFile::setPermissions(m_dir->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    m_project.reset();
+    m_dir.reset();
+}
+
+QStandardItem *TestProjectFile::newProject(const QString &name, const QString &folder)
+{
+    m_project.reset(ProjectTree::makeProject(name, folder, S("D")));
+    ProjectTree::appendMissingFolders(m_project.data());
+    return m_project.data();
+}
+
+void TestProjectFile::samplesLoadAndSaveByteForByte_data()
+{
+    QTest::addColumn<QString>("sample");
+    QTest::addColumn<QString>("saved");
+    QTest::newRow("empty") << S("empty") << S("Empty");
+    QTest::newRow("one slave") << S("one-slave") << S("P");
+    QTest::newRow("substation") << S("riverside-substation") << S("Riverside substation");
+}
+
+void TestProjectFile::samplesLoadAndSaveByteForByte()
+{
+    QFETCH(QString, sample);
+    QFETCH(QString, saved);
+    const QString source = QStringLiteral(TEST_DATA_DIR "/%1.json").arg(sample);
+    const LoadResult read = readProjectFile(source);
+    QVERIFY(read.ok());
+    QStandardItemModel model;
+    QVERIFY(saveProject(loadProject(model, read.document, m_dir->path())).ok());
+    QCOMPARE(contents(m_dir->filePath(saved + S(".json"))), contents(source));
+}
+
+void TestProjectFile::savingReplacesTheFileAndLeavesNothingElse()
+{
+    QStandardItem *project = newProject(S("P"), m_dir->path());
+    const QString file = path("P.json");
+    QTest::ignoreMessage(QtDebugMsg, qPrintable(QStringLiteral("JSON data saved to file: \"%1\"").arg(file)));
+    QVERIFY(saveProject(project).ok());
+    QCOMPARE(contents(file), projectDocument(project));
+    project->setData(S("changed"), projectDescriptionRole);
+    QVERIFY(saveProject(project).ok());
+    QCOMPARE(contents(file), projectDocument(project));
+    QVERIFY(contents(file).contains("changed"));
+    QCOMPARE(filesIn(m_dir->path()), QStringList({S("P.json")}));
+}
+
+void TestProjectFile::renamedProjectSavesBesideItsOldFile()
+{
+    QStandardItem *project = newProject(S("P"), m_dir->path());
+    QVERIFY(saveProject(project).ok());
+    project->setText(S("变电站 Q"));
+    QVERIFY(saveProject(project).ok());
+    QCOMPARE(filesIn(m_dir->path()), QStringList({S("P.json"), S("变电站 Q.json")}));
+    QVERIFY(contents(path("变电站 Q.json")).contains("\"name\": \"变电站 Q\""));
+}
+
+void TestProjectFile::savedResultCarriesPathAndDocument()
+{
+    const SaveResult result = saveProject(newProject(S("P"), m_dir->path()));
+    QCOMPARE(result.path, path("P.json"));
+    QCOMPARE(result.document, buildProjectJson(m_project.data()));
+    QCOMPARE(result.failure, SaveResult::Failure::None);
+    QCOMPARE(result.errorString, QString());
+}
+
+void TestProjectFile::longerOldFileLeavesNoRest()
+{
+    put(path("P.json"), QByteArray(100000, 'x'));
+    QVERIFY(saveProject(newProject(S("P"), m_dir->path())).ok());
+    QCOMPARE(contents(path("P.json")), projectDocument(m_project.data()));
+}
+
+void TestProjectFile::linkIsWrittenThrough()
+{
+    put(path("real.json"), "old");
+    QVERIFY(QFile::link(path("real.json"), path("P.json")));
+    QVERIFY(saveProject(newProject(S("P"), m_dir->path())).ok());
+    QVERIFY(QFileInfo(path("P.json")).isSymLink());
+    QCOMPARE(contents(path("real.json")), projectDocument(m_project.data()));
+}
+
+void TestProjectFile::saveRefuses_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("folder"); // below the test's own
+    QTest::newRow("folder that is not there") << S("P") << S("/missing");
+    QTest::newRow("folder that is a file") << S("P") << S("/file");
+    QTest::newRow("directory in the file's place") << S("taken") << S();
+    QTest::newRow("name with a separator") << S("a/b") << S();
+}
+
+void TestProjectFile::saveRefuses()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, folder);
+    put(path("file"), "kept");
+    QVERIFY(QDir(m_dir->path()).mkdir(S("taken.json")));
+    const QStringList before = filesIn(m_dir->path());
+
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(S("^Could not open file for writing: \".+\"$")));
+    const SaveResult result = saveProject(newProject(name, m_dir->path() + folder));
+    QCOMPARE(result.failure, SaveResult::Failure::OpenFailed);
+    QVERIFY(!result.ok());
+    QVERIFY(!result.errorString.isEmpty());
+    QCOMPARE(result.path, m_dir->path() + folder + S("/") + name + S(".json"));
+    QCOMPARE(filesIn(m_dir->path()), before);
+    QCOMPARE(contents(path("file")), QByteArray("kept"));
+}
+
+// Whether that shows at opening or at the end is up to the file system.
+void TestProjectFile::nameTooLongForAFileIsRefused()
+{
+    const SaveResult result = saveProject(newProject(QString(300, QLatin1Char('n')), m_dir->path()));
+    QVERIFY(!result.ok());
+    QVERIFY(!result.errorString.isEmpty());
+    QCOMPARE(filesIn(m_dir->path()), QStringList());
+}
+
+void TestProjectFile::nameWithSeparatorsGoesWhereItLeads()
+{
+    QVERIFY(QDir(m_dir->path()).mkpath(S("sub/deep")));
+    QVERIFY(saveProject(newProject(S("deep/../../P"), path("sub"))).ok());
+    QCOMPARE(contents(path("P.json")), projectDocument(m_project.data()));
+}
+
+void TestProjectFile::fullDiskKeepsTheOldFile_data()
+{
+    QTest::addColumn<int>("descriptionSize");
+    QTest::newRow("fails while writing") << 200000;
+    QTest::newRow("fails at the end") << 6000;
+}
+
+void TestProjectFile::fullDiskKeepsTheOldFile()
+{
+    QFETCH(int, descriptionSize);
+    QStandardItem *project = newProject(S("P"), m_dir->path());
+    QVERIFY(saveProject(project).ok());
+    const QByteArray before = contents(path("P.json"));
+    project->setData(QString(descriptionSize, QLatin1Char('d')), projectDescriptionRole);
+
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(S("^Error writing to file: \".+\"$")));
+    const auto result = [project]() {
+        const FullDisk full(4096);
+        return saveProject(project);
+    }();
+    QCOMPARE(result.failure, SaveResult::Failure::WriteFailed);
+    QVERIFY(!result.errorString.isEmpty());
+    QCOMPARE(contents(path("P.json")), before);
+    QCOMPARE(filesIn(m_dir->path()), QStringList({S("P.json")}));
+
+    QVERIFY(saveProject(project).ok());
+    QCOMPARE(contents(path("P.json")), projectDocument(project));
+}
+
+void TestProjectFile::readOnlyFolderWritesItsFileInPlace()
+{
+    QStandardItem *project = newProject(S("P"), m_dir->path());
+    put(path("P.json"), QByteArray(5000, 'x'));
+    QVERIFY(QFile::setPermissions(path("P.json"), QFile::Permissions(0x6666)));
+    QVERIFY(QFile::setPermissions(m_dir->path(), QFile::Permissions(0x5555)));
+    const NotRoot somebody;
+    QVERIFY(saveProject(project).ok());
+    QCOMPARE(contents(path("P.json")), projectDocument(project));
+}
+
+void TestProjectFile::readOnlyFolderTakesNoNewFile()
+{
+    QStandardItem *project = newProject(S("P"), m_dir->path());
+    QVERIFY(QFile::setPermissions(m_dir->path(), QFile::Permissions(0x5555)));
+    const NotRoot somebody;
+    const SaveResult result = saveProject(project);
+    QCOMPARE(result.failure, SaveResult::Failure::OpenFailed);
+    QCOMPARE(filesIn(m_dir->path()), QStringList());
+}
+
+void TestProjectFile::readLogsNameAndDescription()
+{
+    put(path("x.json"), R"({"name": "变电站", "description": "two\nlines", "boxs": []})");
+    QTest::ignoreMessage(QtDebugMsg, "Project Name: \"变电站\"");
+    QTest::ignoreMessage(QtDebugMsg, "Project Description: \"two\\nlines\"");
+    const LoadResult result = readProjectFile(path("x.json"));
+    QVERIFY(result.ok());
+    QCOMPARE(result.path, path("x.json"));
+    QCOMPARE(result.document.keys(), QStringList({S("boxs"), S("description"), S("name")}));
+    QCOMPARE(result.errorString, QString());
+}
+
+void TestProjectFile::readRefusesWhatIsNoDocument_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("blank") << QByteArray(" \n");
+    QTest::newRow("not JSON") << QByteArray("[Project]\nname=P\n");
+    QTest::newRow("array") << QByteArray(R"([{"name": "P"}])");
+    QTest::newRow("text") << QByteArray("\"P\"");
+    QTest::newRow("null") << QByteArray("null");
+    QTest::newRow("cut off") << QByteArray(R"({"name": "P", "standards": [{)");
+    QTest::newRow("something behind") << QByteArray("{} {}");
+    QTest::newRow("comma too many") << QByteArray(R"({"name": "P",})");
+    QTest::newRow("NUL bytes") << QByteArray(64, '\0');
+    QTest::newRow("not UTF-8") << QByteArray("{\"name\": \"\xff\xfe\"}");
+    QTest::newRow("nested arrays") << nestedArrays(100000).toUtf8();
+    QTest::newRow("nested in a document")
+        << QByteArray(R"({"standards": )") + nestedArrays(100000).toUtf8() + '}';
+    QTest::newRow("nested objects") << QByteArray("{\"a\":").repeated(100000);
+}
+
+void TestProjectFile::readRefusesWhatIsNoDocument()
+{
+    QFETCH(QByteArray, bytes);
+    put(path("x.json"), bytes);
+    QTest::ignoreMessage(QtDebugMsg, "Failed to create valid JSON document");
+    const LoadResult result = readProjectFile(path("x.json"));
+    QCOMPARE(result.failure, LoadResult::Failure::NoDocument);
+    QCOMPARE(result.document, QJsonObject());
+}
+
+void TestProjectFile::readRefusesWhatItCannotOpen_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("missing") << S("missing.json");
+    QTest::newRow("directory") << S(".");
+    QTest::newRow("below a file") << S("file/x.json");
+}
+
+void TestProjectFile::readRefusesWhatItCannotOpen()
+{
+    QFETCH(QString, name);
+    put(path("file"), "{}");
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(S("^Could not open file for reading: \".+\"$")));
+    const LoadResult result = readProjectFile(m_dir->filePath(name));
+    QCOMPARE(result.failure, LoadResult::Failure::OpenFailed);
+    QVERIFY(!result.errorString.isEmpty());
+
+    QTest::ignoreMessage(QtDebugMsg, "File path is empty.");
+    QCOMPARE(readProjectFile(QString()).failure, LoadResult::Failure::EmptyPath);
+}
+
+void TestProjectFile::readTakesAnyObject_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("empty object") << QByteArray("{}");
+    QTest::newRow("byte order mark") << QByteArray("\xef\xbb\xbf{}");
+    QTest::newRow("line ends of Windows") << QByteArray("{\r\n}\r\n");
+    QTest::newRow("one line") << QByteArray("{\"name\":\"\"}");
+}
+
+void TestProjectFile::readTakesAnyObject()
+{
+    QFETCH(QByteArray, bytes);
+    put(path("x.json"), bytes);
+    QTest::ignoreMessage(QtDebugMsg, "Project Name: \"\"");
+    QVERIFY(readProjectFile(path("x.json")).ok());
+}
+
+void TestProjectFile::fiftyMegabytesAreRead()
+{
+    QByteArray bytes = R"({"name": "P", "boxs": [{"name": "B0"})";
+    for (int number = 1; bytes.size() < 50 * 1000 * 1000; ++number) {
+        bytes += ",{\"name\": \"B" + QByteArray::number(number % 1000) + "\", \"ip\": \""
+            + QByteArray(1000, 'i') + "\"}";
+    }
+    put(path("x.json"), bytes + "]}");
+    bytes.clear();
+    const LoadResult result = readProjectFile(path("x.json"));
+    QVERIFY(result.ok());
+    QStandardItemModel model;
+    const QStandardItem *project = loadProject(model, result.document, m_dir->path());
+    QCOMPARE(project->child(2)->rowCount(), 1000);
+}
+
+void TestProjectFile::hundredThousandPointsComeBackWhole()
+{
+    QStandardItem *project = newProject(S("P"), m_dir->path());
+    GroupMap meters;
+    GroupMap slaves;
+    for (int group = 0; group < 5; ++group) {
+        RowList slave{row({S("standard"), S("1"), S("ABCD"), S("true"), S("false")})};
+        RowList meter{row({S("AA"), S("DLT645_2007")})};
+        for (int point = 0; point < 10000; ++point) {
+            const QString number = QString::number(point);
+            slave.append(row({number, S("n") + number, S("float"), S("1"), S("r")}));
+            const Dlt645::Item &item = Dlt645::items().at(size_t(point) % Dlt645::itemCount);
+            meter.append(row({S("true"), Dlt645::label(item), S("n") + number}));
+        }
+        slaves.insert(QStringLiteral("Modbus-%1").arg(group + 1), slave);
+        meters.insert(QStringLiteral("DLT645-%1").arg(group + 1), meter);
+    }
+    QStandardItem *modbus = ProjectTree::appendDefinition(project->child(0), S("M"), S());
+    modbus->setData(S("Modbus"), standardProtocolRole);
+    modbus->setData(QVariant::fromValue(slaves), standardDatasRole);
+    QStandardItem *dlt645 = ProjectTree::appendDefinition(project->child(0), S("D"), S());
+    dlt645->setData(S("DLT645"), standardProtocolRole);
+    dlt645->setData(QVariant::fromValue(meters), standardDatasRole);
+
+    QVERIFY(saveProject(project).ok());
+    QStandardItemModel model;
+    const QStandardItem *back = loadProject(model, readProjectFile(path("P.json")).document, m_dir->path());
+    QCOMPARE(back->child(0)->child(0)->data(standardDatasRole).value<GroupMap>(), slaves);
+    QCOMPARE(back->child(0)->child(1)->data(standardDatasRole).value<GroupMap>(), meters);
+}
+
+QTEST_GUILESS_MAIN(TestProjectFile)
+#include "tst_projectfile.moc"

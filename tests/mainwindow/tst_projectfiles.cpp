@@ -1,0 +1,361 @@
+#include "document/projectwriter.h"
+#include "mainwindow/projectfiles.h"
+#include "model/itemroles.h"
+#include "model/projecttree.h"
+#include "support/language.h"
+#include "support/messageboxes.h"
+#include "support/projectdump.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeView>
+#include <QtTest>
+
+namespace
+{
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+void put(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        qFatal("%s can't be written", qPrintable(path));
+    }
+}
+
+} // namespace
+
+class TestProjectFiles : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void savingTellsThePath();
+    void saveThatFailsShowsNothing();
+    void anyItemIsSavedAsAProject();
+    void nothingCurrentIsALogLine();
+    void currentProjectIsSaved();
+    void allProjectsAreSavedInRowOrder();
+    void failureStopsNoneOfTheRest();
+    void noProjectsSaveSilently();
+    void noModelIsALogLine();
+    void loadingBuildsExpandsAndTells();
+    void loadingMergesIntoTheOpenProject();
+    void projectIsNamedByTheDocumentAlone();
+    void loadThatFailsShowsNothing_data();
+    void loadThatFailsShowsNothing();
+    void emptyObjectLoads();
+    void textsAreThoseOfTheMainWindow();
+    void busyCursorIsGoneWhenTheBoxStands();
+    void dialogAsksForAFile();
+    void cancelledDialogIsALogLine();
+
+private:
+    QStandardItem *addProject(const QString &name, const QString &folder);
+    QString path(const char *name) const { return m_dir->filePath(QString::fromUtf8(name)); }
+    static QString saved(const QString &file)
+    {
+        return QStringLiteral("Save Successful|JSON data saved to file:\n") + file;
+    }
+
+    QScopedPointer<QTemporaryDir> m_dir;
+    QScopedPointer<QStandardItemModel> m_model;
+    QScopedPointer<QTreeView> m_view;
+    QScopedPointer<MessageBoxes> m_boxes;
+    ProjectFiles *m_files = nullptr; // The view's.
+};
+
+void TestProjectFiles::initTestCase()
+{
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+}
+
+void TestProjectFiles::init()
+{
+    m_dir.reset(new QTemporaryDir);
+    m_model.reset(new QStandardItemModel);
+    m_view.reset(new QTreeView);
+    m_view->setModel(m_model.data());
+    m_boxes.reset(new MessageBoxes);
+    m_files = new ProjectFiles(m_view.data(), m_model.data(), m_view.data());
+}
+
+void TestProjectFiles::cleanup()
+{
+    QCOMPARE(m_boxes->unexpected(), QStringList());
+    QCOMPARE(m_boxes->pending(), 0);
+    QVERIFY(!QGuiApplication::overrideCursor());
+    m_boxes.reset();
+    m_view.reset();
+    m_model.reset();
+    m_dir.reset();
+}
+
+QStandardItem *TestProjectFiles::addProject(const QString &name, const QString &folder)
+{
+    QStandardItem *project = ProjectTree::makeProject(name, folder, QString());
+    ProjectTree::appendMissingFolders(project);
+    m_model->appendRow(project);
+    return project;
+}
+
+void TestProjectFiles::savingTellsThePath()
+{
+    QStandardItem *project = addProject(QStringLiteral("P"), m_dir->path());
+    m_boxes->expect();
+    m_files->saveProject(project);
+    QCOMPARE(m_boxes->told(), QStringList({saved(path("P.json"))}));
+    QCOMPARE(contents(path("P.json")), projectDocument(project));
+}
+
+void TestProjectFiles::saveThatFailsShowsNothing()
+{
+    QTest::ignoreMessage(QtDebugMsg,
+                         QRegularExpression(QStringLiteral("^Could not open file for writing: \".+\"$")));
+    m_files->saveProject(addProject(QStringLiteral("P"), path("missing")));
+    QCOMPARE(m_boxes->told(), QStringList());
+}
+
+void TestProjectFiles::anyItemIsSavedAsAProject()
+{
+    QStandardItem *folder = addProject(QStringLiteral("P"), m_dir->path())->child(0);
+    folder->setData(m_dir->path(), projectPathRole);
+    m_boxes->expect();
+    m_files->saveProject(folder);
+    QCOMPARE(contents(path("Standard.json")),
+             QByteArray("{\n    \"description\": \"\",\n    \"name\": \"Standard\"\n}\n"));
+}
+
+void TestProjectFiles::nothingCurrentIsALogLine()
+{
+    addProject(QStringLiteral("P"), m_dir->path());
+    QTest::ignoreMessage(QtDebugMsg, "No project selected.");
+    m_files->saveCurrent(nullptr);
+    QVERIFY(!QFile::exists(path("P.json")));
+}
+
+void TestProjectFiles::currentProjectIsSaved()
+{
+    addProject(QStringLiteral("P"), m_dir->path());
+    QStandardItem *current = addProject(QStringLiteral("Q"), m_dir->path());
+    m_boxes->expect();
+    m_files->saveCurrent(current);
+    QCOMPARE(m_boxes->told(), QStringList({saved(path("Q.json"))}));
+    QVERIFY(!QFile::exists(path("P.json")));
+}
+
+void TestProjectFiles::allProjectsAreSavedInRowOrder()
+{
+    for (const char *name : {"C", "A", "B"}) {
+        addProject(QString::fromUtf8(name), m_dir->path());
+        m_boxes->expect();
+    }
+    m_files->saveAll();
+    QCOMPARE(m_boxes->told(),
+             QStringList({saved(path("C.json")), saved(path("A.json")), saved(path("B.json"))}));
+    for (int row = 0; row < 3; ++row) {
+        const QStandardItem *project = m_model->item(row);
+        QCOMPARE(contents(projectFilePath(project)), projectDocument(project));
+    }
+}
+
+void TestProjectFiles::failureStopsNoneOfTheRest()
+{
+    addProject(QStringLiteral("A"), m_dir->path());
+    addProject(QStringLiteral("B"), path("missing"));
+    addProject(QStringLiteral("C"), m_dir->path());
+    m_boxes->expect();
+    m_boxes->expect();
+    m_files->saveAll();
+    QCOMPARE(m_boxes->told(), QStringList({saved(path("A.json")), saved(path("C.json"))}));
+}
+
+void TestProjectFiles::noProjectsSaveSilently()
+{
+    m_files->saveAll();
+    QCOMPARE(m_boxes->told(), QStringList());
+    m_model->setRowCount(2); // Rows without an item are passed over.
+    m_files->saveAll();
+    QCOMPARE(m_boxes->told(), QStringList());
+}
+
+void TestProjectFiles::noModelIsALogLine()
+{
+    ProjectFiles files(nullptr, nullptr, nullptr);
+    QTest::ignoreMessage(QtDebugMsg, "Root item not found.");
+    files.saveAll();
+}
+
+void TestProjectFiles::loadingBuildsExpandsAndTells()
+{
+    const QString sample = QStringLiteral(TEST_DATA_DIR "/riverside-substation.json");
+    m_boxes->expect();
+    m_files->loadFile(sample);
+    QCOMPARE(m_boxes->told(),
+             QStringList({QStringLiteral("Load Successful|JSON data loaded from file:\n") + sample}));
+    QCOMPARE(m_model->rowCount(), 1);
+    const QStandardItem *project = m_model->item(0);
+    QCOMPARE(project->text(), QStringLiteral("Riverside substation"));
+    QCOMPARE(project->data(projectPathRole).toString(), QFileInfo(sample).absolutePath());
+    QVERIFY(m_view->isExpanded(project->index()));
+    for (int row = 0; row < 3; ++row) {
+        QVERIFY(m_view->isExpanded(project->child(row)->index()));
+    }
+    QCOMPARE(projectDocument(project), contents(sample));
+}
+
+void TestProjectFiles::loadingMergesIntoTheOpenProject()
+{
+    QStandardItem *project = addProject(QStringLiteral("P"), QStringLiteral("/elsewhere"));
+    m_boxes->expect();
+    m_files->loadFile(QStringLiteral(TEST_DATA_DIR "/one-slave.json"));
+    QCOMPARE(m_model->rowCount(), 1);
+    QCOMPARE(ProjectDump::shape(project),
+             QStringLiteral("P(Standard(M()) Service(IEC61850()) Box(B()) Data())"));
+    QCOMPARE(project->data(projectPathRole).toString(), QStringLiteral("/elsewhere"));
+    QCOMPARE(m_boxes->told().size(), 1); // Nothing but the success is told, and nothing asked.
+}
+
+void TestProjectFiles::projectIsNamedByTheDocumentAlone()
+{
+    QVERIFY(QFile::copy(QStringLiteral(TEST_DATA_DIR "/empty.json"), path("other.json")));
+    m_boxes->expect();
+    m_files->loadFile(path("other.json"));
+    m_boxes->expect();
+    m_files->saveProject(m_model->item(0));
+    QCOMPARE(m_boxes->told().last(), saved(path("Empty.json")));
+    QCOMPARE(contents(path("Empty.json")), contents(path("other.json")));
+}
+
+void TestProjectFiles::loadThatFailsShowsNothing_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("logged");
+    const QString unreadable = QStringLiteral("^Could not open file for reading: \".+\"$");
+    const QString invalid = QStringLiteral("^Failed to create valid JSON document$");
+    QTest::newRow("no path") << QString() << QByteArray() << QStringLiteral("^File path is empty\\.$");
+    QTest::newRow("missing") << QStringLiteral("missing.json") << QByteArray() << unreadable;
+    QTest::newRow("directory") << QStringLiteral(".") << QByteArray() << unreadable;
+    QTest::newRow("empty") << QStringLiteral("x.json") << QByteArray("") << invalid;
+    QTest::newRow("array") << QStringLiteral("x.json") << QByteArray("[{\"name\": \"P\"}]") << invalid;
+    QTest::newRow("not JSON") << QStringLiteral("x.json") << QByteArray("name: P") << invalid;
+}
+
+void TestProjectFiles::loadThatFailsShowsNothing()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, logged);
+    put(path("x.json"), bytes);
+    addProject(QStringLiteral("P"), m_dir->path());
+    const QStringList before = ProjectDump::tree(m_model->item(0));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(logged));
+    m_files->loadFile(file.isEmpty() ? file : m_dir->filePath(file));
+    QCOMPARE(m_boxes->told(), QStringList());
+    QCOMPARE(m_model->rowCount(), 1);
+    QCOMPARE(ProjectDump::tree(m_model->item(0)), before);
+}
+
+void TestProjectFiles::emptyObjectLoads()
+{
+    put(path("x.json"), "{}");
+    m_boxes->expect();
+    m_files->loadFile(path("x.json"));
+    QCOMPARE(ProjectDump::shape(m_model->item(0)), QStringLiteral("(Standard() Service() Box() Data())"));
+    QCOMPARE(m_boxes->told().size(), 1);
+}
+
+void TestProjectFiles::textsAreThoseOfTheMainWindow()
+{
+    const Language chinese(QString(),
+                           {{QStringLiteral("Save Successful"), QStringLiteral("SAVED")},
+                            {QStringLiteral("JSON data saved to file:\n%1"), QStringLiteral("to %1")},
+                            {QStringLiteral("Load Successful"), QStringLiteral("LOADED")},
+                            {QStringLiteral("JSON data loaded from file:\n%1"), QStringLiteral("from %1")}});
+    QStandardItem *project = addProject(QStringLiteral("P"), m_dir->path());
+    m_boxes->expect();
+    m_files->saveProject(project);
+    m_boxes->expect();
+    m_files->loadFile(path("P.json"));
+    QCOMPARE(m_boxes->told(),
+             QStringList({QStringLiteral("SAVED|to ") + path("P.json"),
+                          QStringLiteral("LOADED|from ") + path("P.json")}));
+}
+
+void TestProjectFiles::busyCursorIsGoneWhenTheBoxStands()
+{
+    int boxes = 0;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [&boxes] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            QVERIFY(!QGuiApplication::overrideCursor());
+            ++boxes;
+            box->accept();
+        }
+    });
+    m_boxes.reset(); // Here the boxes are answered by the timer.
+    timer.start(0);
+    m_files->saveProject(addProject(QStringLiteral("P"), m_dir->path()));
+    m_files->loadFile(path("P.json"));
+    QCOMPARE(boxes, 2);
+    m_boxes.reset(new MessageBoxes);
+}
+
+// Calls act with the file dialog once it stands.
+template <typename Act> static void withFileDialog(QTimer *timer, Act act)
+{
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+        if (auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
+            timer->stop();
+            act(dialog);
+        }
+    });
+    timer->start(0);
+}
+
+void TestProjectFiles::dialogAsksForAFile()
+{
+    put(path("x.json"), "{\"name\": \"P\"}");
+    QStringList seen;
+    QTimer timer;
+    withFileDialog(&timer, [this, &seen](QFileDialog *dialog) {
+        seen =
+            QStringList({dialog->windowTitle(), dialog->directory().absolutePath()}) + dialog->nameFilters();
+        QCOMPARE(dialog->parentWidget(), m_view.data());
+        dialog->setDirectory(m_dir->path());
+        dialog->selectFile(path("x.json"));
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    m_boxes->expect();
+    m_files->load();
+    QCOMPARE(seen,
+             QStringList({QStringLiteral("Open JSON File"), QDir::homePath(),
+                          QStringLiteral("JSON Files (*.json)")}));
+    QCOMPARE(m_boxes->told(),
+             QStringList({QStringLiteral("Load Successful|JSON data loaded from file:\n") + path("x.json")}));
+    QCOMPARE(m_model->item(0)->text(), QStringLiteral("P"));
+}
+
+void TestProjectFiles::cancelledDialogIsALogLine()
+{
+    QTimer timer;
+    withFileDialog(&timer, [](QFileDialog *dialog) { dialog->reject(); });
+    QTest::ignoreMessage(QtDebugMsg, "File path is empty.");
+    m_files->load();
+    QCOMPARE(m_model->rowCount(), 0);
+}
+
+QTEST_MAIN(TestProjectFiles)
+#include "tst_projectfiles.moc"

@@ -1,0 +1,126 @@
+#include "tour/traveller.h"
+
+#include "model/projecttree.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QStandardItemModel>
+#include <QTreeView>
+#include <QtTest>
+
+Traveller::Traveller(CMainWindow *window)
+    : m_window(window)
+    , m_folder(qEnvironmentVariable("TOUR_DIR", QStringLiteral("tour")))
+{
+    QDir().mkpath(m_folder);
+}
+
+void Traveller::picture(const QString &name, QWidget *dialog)
+{
+    QCoreApplication::processEvents();
+    QPixmap shot = m_window->grab();
+    if (dialog) {
+        const QPixmap over = dialog->grab();
+        const QSize size = over.size() / over.devicePixelRatio();
+        QPainter painter(&shot);
+        const QPoint at((m_window->width() - size.width()) / 2, (m_window->height() - size.height()) / 2);
+        painter.drawPixmap(at, over);
+        painter.drawRect(QRect(at, size));
+    }
+    const QString file = m_folder + QLatin1Char('/') + name + QStringLiteral(".png");
+    QVERIFY2(shot.save(file), qPrintable(file));
+}
+
+QStandardItem *Traveller::node(const QString &path) const
+{
+    QStandardItem *item = m_window->projectModel()->invisibleRootItem();
+    const QStringList texts = path.split(QLatin1Char('/'));
+    for (const QString &text : texts) {
+        item = item ? ProjectTree::childNamed(item, text) : nullptr;
+    }
+    return item;
+}
+
+QPoint Traveller::centreOf(const QStandardItem *item) const
+{
+    m_window->projectTree()->scrollTo(item->index());
+    return m_window->projectTree()->visualRect(item->index()).center();
+}
+
+void Traveller::click(const QString &path)
+{
+    QStandardItem *item = node(path);
+    QVERIFY2(item, qPrintable(path));
+    QTest::mouseClick(m_window->projectTree()->viewport(), Qt::LeftButton, Qt::NoModifier, centreOf(item));
+    QCoreApplication::processEvents();
+}
+
+void Traveller::choose(const QString &path, const QString &entry, const ModalDialogs::Step &dialog)
+{
+    QStandardItem *item = node(path);
+    QVERIFY2(item, qPrintable(path));
+    m_window->projectTree()->setCurrentIndex(item->index());
+    bool found = false;
+    m_dialogs.expect([&found, &entry](QWidget *menu) {
+        const auto actions = menu->actions();
+        for (QAction *action : actions) {
+            if (action->text() == entry) {
+                found = true;
+                QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier,
+                                  qobject_cast<QMenu *>(menu)->actionGeometry(action).center());
+            }
+        }
+    });
+    if (dialog) {
+        m_dialogs.expect(dialog);
+    }
+    // A request that showed a menu makes the window swallow the next one, so it may take two.
+    for (int request = 0; request < 2 && !found; ++request) {
+        emit m_window->projectTree()->customContextMenuRequested(centreOf(item));
+    }
+    QVERIFY2(found, qPrintable(entry));
+}
+
+void Traveller::trigger(const char *action)
+{
+    auto *found = m_window->findChild<QAction *>(QLatin1String(action));
+    QVERIFY2(found, action);
+    found->trigger();
+}
+
+void Traveller::type(const QWidget *form, const char *field, const QString &text)
+{
+    auto *edit = form->findChild<QLineEdit *>(QLatin1String(field));
+    QVERIFY2(edit, field);
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClicks(edit, text);
+    QCOMPARE(edit->text(), text);
+}
+
+void Traveller::press(const QWidget *form, const char *button)
+{
+    auto *found = form->findChild<QPushButton *>(QLatin1String(button));
+    QVERIFY2(found, button);
+    found->click();
+}
+
+void Traveller::giveFile(const QString &path)
+{
+    m_dialogs.expect([path](QWidget *dialog) {
+        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+}
+
+QStringList Traveller::messages() const
+{
+    return m_window->messageEditor()->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}

@@ -1,0 +1,278 @@
+#include "tour/traveller.h"
+
+#include "boxlink/boxeditdialog.h"
+#include "boxsim/boxsim.h"
+#include "services/serviceiec61850editdialog.h"
+#include "standards/standarddlt645editdialog.h"
+#include "standards/standardmodbuseditdialog.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardItem>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTextEdit>
+#include <QtTest>
+
+// The program's main job from end to end, at the real window in its own language, against a simulated Box.
+class TestTour : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void theWindowStands();
+    void aProjectIsMade();
+    void aModbusDeviceIsDescribed();
+    void aMeterIsDescribed();
+    void theServiceIsSet();
+    void aBoxIsAddedAndConnects();
+    void itsSettingsAreRead();
+    void theProjectIsPushed();
+    void itsValuesComeLive();
+    void theProjectIsSaved();
+    void aLargeProjectIsLoadedPushedAndWatched();
+
+private:
+    QString tr(const char *text) const { return CMainWindow::tr(text); }
+    void pushProject(const QString &box);
+    void watch(const QString &node, const QString &table, int rows);
+
+    BoxSim *m_sim = nullptr;
+    CMainWindow *m_window = nullptr;
+    Traveller *m_user = nullptr;
+};
+
+namespace {
+
+const QString address = QStringLiteral("127.0.14.1");
+const QString project = QStringLiteral("North feeder");
+
+} // namespace
+
+void TestTour::initTestCase()
+{
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    BoxSimOptions options;
+    options.address = QHostAddress(address);
+    options.discovery = false;
+    options.reportInterval = 200;
+    m_sim = new BoxSim(options, this);
+    QVERIFY2(m_sim->start(), qPrintable(m_sim->errorString()));
+    m_window = new CMainWindow;
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    m_user = new Traveller(m_window);
+}
+
+void TestTour::cleanupTestCase()
+{
+    m_user->boxes().expect(QMessageBox::No);
+    m_window->close();
+    QCOMPARE(m_user->boxes().unexpected(), QStringList());
+    QCOMPARE(m_user->dialogs().unexpected(), QStringList());
+    delete m_user;
+    delete m_window;
+}
+
+void TestTour::theWindowStands()
+{
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("MRN-IEC61850-Modbus"));
+    m_user->picture(QStringLiteral("01-start"));
+}
+
+void TestTour::aProjectIsMade()
+{
+    QVERIFY(QDir().mkpath(QStringLiteral("projects")));
+    m_user->dialogs().expect([this](QWidget *dialog) {
+        m_user->type(dialog, "name", project);
+        m_user->giveFile(QDir::current().absoluteFilePath(QStringLiteral("projects")));
+        m_user->press(dialog, "browseButton");
+        QTest::keyClicks(dialog->findChild<QTextEdit *>(), QStringLiteral("One feeder and its meter."));
+        m_user->picture(QStringLiteral("02-new-project"), dialog);
+        m_user->press(dialog, "okButton");
+    });
+    m_user->trigger("actionNew_Project");
+    QVERIFY(m_user->node(project + QStringLiteral("/Service/IEC61850")));
+}
+
+void TestTour::aModbusDeviceIsDescribed()
+{
+    m_user->choose(project + QStringLiteral("/Standard"), tr("Add Standard"), [this](QWidget *dialog) {
+        m_user->type(dialog, "name", QStringLiteral("Protection relay"));
+        dialog->findChild<QComboBox *>(QStringLiteral("protocol"))->setCurrentText(QStringLiteral("Modbus"));
+        m_user->picture(QStringLiteral("03-add-standard"), dialog);
+        m_user->press(dialog, "okButton");
+    });
+    auto *form = m_user->form<standardModbusEditDialog>();
+    QVERIFY(form);
+    m_user->type(form, "ip", QStringLiteral("192.168.1.61"));
+    m_user->press(form, "addTabButton");
+    const char *const points[][2] = {{"0", "Phase A voltage"}, {"2", "Phase B voltage"}, {"4", "Phase A current"}};
+    for (const auto &point : points) {
+        m_user->press(form, "addButton");
+        auto *table = form->findChild<QTableWidget *>();
+        const int row = table->rowCount() - 1;
+        QTest::keyClicks(table->cellWidget(row, 0), QLatin1String(point[0]));
+        QTest::keyClicks(table->cellWidget(row, 1), QLatin1String(point[1]));
+        qobject_cast<QComboBox *>(table->cellWidget(row, 2))->setCurrentText(QStringLiteral("float"));
+    }
+    m_user->picture(QStringLiteral("04-modbus"));
+    m_user->press(form, "saveButton");
+}
+
+void TestTour::aMeterIsDescribed()
+{
+    m_user->choose(project + QStringLiteral("/Standard"), tr("Add Standard"), [this](QWidget *dialog) {
+        m_user->type(dialog, "name", QStringLiteral("Tariff meter"));
+        dialog->findChild<QComboBox *>(QStringLiteral("protocol"))->setCurrentText(QStringLiteral("DLT645"));
+        m_user->press(dialog, "okButton");
+    });
+    auto *form = m_user->form<standardDLT645EditDialog>();
+    QVERIFY(form);
+    m_user->press(form, "addTabButton");
+    m_user->type(form, "slaveAddressEdit", QStringLiteral("202611210001"));
+    auto *table = form->findChild<QTableWidget *>();
+    for (const int row : {21, 41, 42, 43}) {
+        qobject_cast<QCheckBox *>(table->cellWidget(row, 0))->click();
+        table->item(row, 2)->setText(QStringLiteral("meter value %1").arg(row));
+    }
+    m_user->picture(QStringLiteral("05-dlt645"));
+    m_user->press(form, "saveButton");
+}
+
+void TestTour::theServiceIsSet()
+{
+    m_user->click(project + QStringLiteral("/Service/IEC61850"));
+    auto *form = m_user->form<ServiceIEC61850EditDialog>();
+    QVERIFY(form);
+    form->findChild<QCheckBox *>(QStringLiteral("enableSSL"))->click();
+    m_user->picture(QStringLiteral("06-service-secured"));
+    form->findChild<QCheckBox *>(QStringLiteral("enableSSL"))->click();
+    form->findChild<QComboBox *>(QStringLiteral("authentication"))->setCurrentText(QStringLiteral("Password"));
+    m_user->type(form, "password", QStringLiteral("substation"));
+    m_user->picture(QStringLiteral("07-service"));
+    m_user->press(form, "saveButton");
+}
+
+void TestTour::aBoxIsAddedAndConnects()
+{
+    m_user->choose(project + QStringLiteral("/Box"), tr("Add Box"), [this](QWidget *dialog) {
+        m_user->type(dialog, "name", QStringLiteral("Gateway"));
+        m_user->type(dialog, "ip", address);
+        m_user->picture(QStringLiteral("08-add-box"), dialog);
+        m_user->press(dialog, "okButton");
+    });
+    auto *form = m_user->form<BoxEditDialog>();
+    QVERIFY(form);
+    const QString connected = QCoreApplication::translate("Protocol", "Connection status: Connected");
+    QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(), connected);
+    m_user->picture(QStringLiteral("09-box-connected"));
+}
+
+void TestTour::itsSettingsAreRead()
+{
+    auto *form = m_user->form<BoxEditDialog>();
+    form->findChild<QTabWidget *>()->setCurrentIndex(1);
+    m_user->boxes().expect();
+    m_user->press(form, "lanReadButton");
+    auto *ip = form->findChild<QLineEdit *>(QStringLiteral("lanIp"));
+    QTRY_COMPARE(ip->text(), m_sim->setting(QStringLiteral("lanIp")));
+    QTRY_COMPARE(m_user->boxes().pending(), 0);
+    m_user->picture(QStringLiteral("10-box-settings"));
+    m_user->type(form, "lanGateway", QStringLiteral("192.168.1.254"));
+    m_user->boxes().expect();
+    m_user->press(form, "lanWriteButton");
+    QTRY_COMPARE(m_sim->setting(QStringLiteral("lanGateway")), QStringLiteral("192.168.1.254"));
+    QTRY_COMPARE(m_user->boxes().pending(), 0);
+    form->findChild<QTabWidget *>()->setCurrentIndex(0);
+}
+
+void TestTour::pushProject(const QString &box)
+{
+    QSignalSpy accepted(m_sim, &BoxSim::projectAccepted);
+    auto *form = m_user->form<BoxEditDialog>();
+    m_user->press(form, "updateProjectButton");
+    QCOMPARE(m_user->messages().last(),
+             QCoreApplication::translate("BoxEditDialog", "Checksum Result:Checksum successful."));
+    QCOMPARE(accepted.size(), 1);
+    const QJsonDocument pushed(m_window->buildProjectJson(m_user->node(box)));
+    QCOMPARE(accepted.first().first().toByteArray(), pushed.toJson());
+}
+
+void TestTour::theProjectIsPushed()
+{
+    pushProject(project);
+    m_user->picture(QStringLiteral("11-project-pushed"));
+}
+
+// Waits until the table of the node has that many rows, all of them valid.
+void TestTour::watch(const QString &path, const QString &table, int rows)
+{
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->node(path), 10000);
+    QTabWidget *tabs = m_window->monitoringTabs();
+    const auto shown = [tabs, &table]() -> QTableWidget * {
+        for (int index = 0; index < tabs->count(); ++index) {
+            if (tabs->tabText(index) == table) {
+                return tabs->widget(index)->findChild<QTableWidget *>();
+            }
+        }
+        return nullptr;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(shown() && shown()->rowCount() == rows, 10000);
+    m_user->click(path);
+    QCOMPARE(tabs->tabText(tabs->currentIndex()), table);
+    for (int row = 0; row < rows; ++row) {
+        QCOMPARE(shown()->item(row, 4)->text(), tr("Effective"));
+        QVERIFY(!shown()->item(row, 3)->text().isEmpty());
+    }
+}
+
+void TestTour::itsValuesComeLive()
+{
+    watch(project + QStringLiteral("/Data/Tariff meter"), QStringLiteral("Tariff meter"), 4);
+    watch(project + QStringLiteral("/Data/Protection relay"), QStringLiteral("Protection relay"), 3);
+    m_user->picture(QStringLiteral("12-live-values"));
+}
+
+void TestTour::theProjectIsSaved()
+{
+    m_user->boxes().expect();
+    m_user->choose(project, tr("Save Project"));
+    QCOMPARE(m_user->boxes().pending(), 0);
+    QVERIFY(QFile::exists(QStringLiteral("projects/North feeder.json")));
+    QVERIFY(!QFile::exists(QStringLiteral("projects/temp.json")));
+}
+
+void TestTour::aLargeProjectIsLoadedPushedAndWatched()
+{
+    QVERIFY(QFile::copy(QStringLiteral(TEST_DATA_DIR "/riverside-substation.json"),
+                        QStringLiteral("projects/riverside.json")));
+    m_user->giveFile(QDir::current().absoluteFilePath(QStringLiteral("projects/riverside.json")));
+    m_user->boxes().expect();
+    m_user->trigger("actionLoad_Project");
+    const QString riverside = QStringLiteral("Riverside substation");
+    QVERIFY(m_user->node(riverside));
+
+    m_user->click(riverside + QStringLiteral("/Box/Gateway north"));
+    m_user->press(m_user->form<BoxEditDialog>(), "cancelButton");
+    QTRY_VERIFY(!m_user->form<BoxEditDialog>());
+    m_user->click(riverside + QStringLiteral("/Box/Gateway north"));
+    auto *form = m_user->form<BoxEditDialog>();
+    m_user->type(form, "ip", address);
+    m_user->press(form, "connectButton");
+    const QString connected = QCoreApplication::translate("Protocol", "Connection status: Connected");
+    QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(), connected);
+    pushProject(riverside);
+    watch(riverside + QStringLiteral("/Data/Feeder meters"), QStringLiteral("Feeder meters"), 32);
+    m_user->picture(QStringLiteral("13-riverside-live"));
+}
+
+QTEST_MAIN(TestTour)
+#include "tst_tour.moc"
