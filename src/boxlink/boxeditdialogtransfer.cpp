@@ -37,11 +37,12 @@ bool writeTempFile(const QString &path, const QJsonObject &project)
 
 void BoxEditDialog::updateProject()
 {
-    QStandardItem *project = ProjectTree::projectOf(m_workspace ? m_workspace->currentItem() : nullptr);
-    if (!project) {
+    QStandardItem *current = m_workspace ? m_workspace->currentItem() : nullptr;
+    if (!current) {
         qDebug() << "No project selected.";
         return;
     }
+    QStandardItem *project = ProjectTree::projectOf(current);
     const QString path =
         project->data(projectPathRole).toString() + QDir::separator() + QLatin1String("temp.json");
     if (!writeTempFile(path, m_workspace->buildProjectJson(project))) {
