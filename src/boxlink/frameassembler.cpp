@@ -125,8 +125,11 @@ bool FrameAssembler::skipCarriedHeader(int *start, int *carry)
 {
     *start += Frame::headerSize;
     *carry -= Frame::headerSize;
+    if (*carry < 1) {
+        return false;
+    }
     char *const carried = m_carryBuffer.data() + *start;
-    const int skipped = *carry > 0 ? int(findHeader(carried, *carry)) : -1;
+    const int skipped = int(findHeader(carried, *carry));
     if (skipped < 0 || *start + skipped + *carry > Frame::carryCapacity) {
         return false;
     }
