@@ -157,7 +157,8 @@ inline QList<QByteArray> cut(const QByteArray &stream, const QList<int> &places)
 {
     QList<QByteArray> chunks;
     int from = 0;
-    for (const int place : places + QList<int>{stream.size()}) {
+    const QList<int> ends = places + QList<int>{stream.size()};
+    for (const int place : ends) {
         chunks.append(stream.mid(from, place - from));
         from = place;
     }

@@ -113,7 +113,7 @@ void tst_ProtocolAnswers::heartbeatAnswerGivesStatusAndVersion()
 
 void tst_ProtocolAnswers::heartbeatAnswer_data()
 {
-    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("version"); // null: nothing is shown
 
     const auto newRow = [](const char *name, const QByteArray &bytes, const QString &version = QString()) {
@@ -123,7 +123,7 @@ void tst_ProtocolAnswers::heartbeatAnswer_data()
         return QByteArray(1, char(v)) + QByteArray(v, 'v') + char(s) + QByteArray(s, 's') + char(m)
             + QByteArray(m, 'm');
     };
-    newRow("empty texts", hex("12 34 02 00 0b 00 00 00 00 56 78"), QStringLiteral(""));
+    newRow("empty texts", hex("12 34 02 00 0b 00 00 00 00 56 78"), QLatin1String(""));
     newRow("UTF-8", hex("12 34 02 00 0e 00 03 e7 89 88 00 00 56 78"), QString::fromUtf8("\xE7\x89\x88"));
     newRow("127 bytes", hex("12 34 02 00 7f 00") + body(100, 10, 6) + hex("56 78"),
            QString(100, QLatin1Char('v')));
@@ -148,14 +148,14 @@ void tst_ProtocolAnswers::heartbeatAnswer_data()
 
 void tst_ProtocolAnswers::heartbeatAnswer()
 {
-    QFETCH(QByteArray, answer);
+    QFETCH(QByteArray, bytes);
     QFETCH(QString, version);
 
     Protocol protocol;
     Told told(&protocol);
     heartbeatTimer(protocol)->stop();
     offlineTimer(protocol)->stop();
-    protocol.receiveHeartbeatResponse(answer);
+    protocol.receiveHeartbeatResponse(bytes);
     QCOMPARE(told.lines,
              version.isNull() ? QStringList()
                               : (QStringList{connected, QStringLiteral("version ") + version}));
