@@ -124,13 +124,14 @@ signals:
     void versionReceived(QString version);
     // 30 seconds have passed without a heartbeat answer; comes once until the next answer or disconnection.
     void offlineOccurred();
-    void lanAllocationDataReceived(LanAllocationData lanData);
-    void wanAllocationDataReceived(WanAllocationData wanData);
-    void wifiAllocationDataReceived(WifiAllocationData wifiData);
-    void lteAllocationDataReceived(LteAllocationData lteData);
-    void NTPAllocationDataReceived(NTPAllocationData NTPData);
-    void timeAllocationDataReceived(timeAllocationData timeData);
-    void dataReceived(dataMonitoringData data);
+    // The names of the records are part of the signatures and stay unqualified.
+    void lanAllocationDataReceived(LanAllocationData lanData); // clazy:exclude=fully-qualified-moc-types
+    void wanAllocationDataReceived(WanAllocationData wanData); // clazy:exclude=fully-qualified-moc-types
+    void wifiAllocationDataReceived(WifiAllocationData wifiData); // clazy:exclude=fully-qualified-moc-types
+    void lteAllocationDataReceived(LteAllocationData lteData); // clazy:exclude=fully-qualified-moc-types
+    void NTPAllocationDataReceived(NTPAllocationData NTPData); // clazy:exclude=fully-qualified-moc-types
+    void timeAllocationDataReceived(timeAllocationData timeData); // clazy:exclude=fully-qualified-moc-types
+    void dataReceived(dataMonitoringData data); // clazy:exclude=fully-qualified-moc-types
     void bindingFailed(QString error);
 
 public slots:
