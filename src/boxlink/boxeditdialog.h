@@ -96,7 +96,7 @@ private:
     void request(const char *logLine, Operation operation, Names... names);
     void showVersion(const QString &version);
     void tellOffline();
-    void passData(const Protocol::dataMonitoringData &data);
+    void passData(const Protocol::dataMonitoringData &report);
     void showLan(const Protocol::LanAllocationData &lan);
     void showWan(const Protocol::WanAllocationData &wan);
     void showWifi(const Protocol::WifiAllocationData &wifi);

@@ -36,7 +36,7 @@ bool writeTempFile(const QString &path, const QJsonObject &project)
 
 void BoxEditDialog::updateProject()
 {
-    QStandardItem *project = ProjectTree::projectOf(m_workspace ? m_workspace->currentItem() : nullptr);
+    QStandardItem *project = m_workspace ? ProjectTree::projectOf(m_workspace->currentItem()) : nullptr;
     if (!project) {
         qDebug() << "No project selected.";
         return;

@@ -72,7 +72,7 @@ FrameAssembler::Span FrameAssembler::completeCarried(Chunk &chunk, Buffer &joine
     int start = 0; // of the carried frame in the buffer
     int carry = std::exchange(m_carryLength, 0);
     const auto byteAt = [&](int offset) {
-        return offset < carry ? m_carryBuffer[size_t(start + offset)] : chunk.data[offset - carry];
+        return offset < carry ? m_carryBuffer[size_t(start) + size_t(offset)] : chunk.data[offset - carry];
     };
     while (carry > 0) {
         if (Frame::bodyOffset - carry > chunk.length) {

@@ -49,9 +49,9 @@ constexpr Field<Ntp> ntpFields[] = {{"NTP", &Ntp::NTP}};
 using Time = Protocol::timeAllocationData;
 constexpr Field<Time> timeFields[] = {{"date", &Time::date}};
 
-constexpr QLatin1String typeKey("type");
-constexpr QLatin1String paresKey("pares");
-constexpr QLatin1String codeKey("code");
+const QLatin1String typeKey("type");
+const QLatin1String paresKey("pares");
+const QLatin1String codeKey("code");
 
 // A read and the reboot carry the type as a string.
 QJsonObject readRequest(Frame::JsonType type, const QJsonObject &pares = QJsonObject())
