@@ -9,7 +9,8 @@
 #include <QProgressBar>
 #include <QPushButton>
 
-namespace {
+namespace
+{
 
 struct CommonButton {
     const char *name;
@@ -20,8 +21,9 @@ struct CommonButton {
 
 QPushButton *addButton(const CommonButton &entry, QHBoxLayout *row, BoxEditDialog *form, QWidget *page)
 {
-    QPushButton *button = FormPage::button(entry.text ? BoxEditDialog::tr(entry.text) : QString(),
-                                           QLatin1String(":/adsdemo/images/") + QLatin1String(entry.icon), page);
+    QPushButton *button =
+        FormPage::button(entry.text ? BoxEditDialog::tr(entry.text) : QString(),
+                         QLatin1String(":/adsdemo/images/") + QLatin1String(entry.icon), page);
     button->setObjectName(QLatin1String(entry.name));
     QObject::connect(button, &QPushButton::clicked, form, entry.slot);
     row->addWidget(button);
@@ -37,9 +39,9 @@ void addSessionRow(QFormLayout *layout, BoxEditDialog *form, QWidget *page)
     addButton({"disconnectButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Disconnect"), "Disconnect.svg",
                &BoxEditDialog::disconnectFromServer},
               row, form, page);
-    QPushButton *host = addButton({"changeHostButton", nullptr, "change_host.svg",
-                                   &BoxEditDialog::showChangeHostAddressDialog},
-                                  row, form, page);
+    QPushButton *host = addButton(
+        {"changeHostButton", nullptr, "change_host.svg", &BoxEditDialog::showChangeHostAddressDialog}, row,
+        form, page);
     host->setFixedSize(20, 25);
     host->setToolTip(BoxEditDialog::tr("Select Host Address"));
     host->setAccessibleName(host->toolTip());

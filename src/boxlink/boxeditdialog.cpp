@@ -21,20 +21,20 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-namespace {
+namespace
+{
 
 constexpr int clockInterval = 1000; // ms
 
 } // namespace
 
 BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
-    : m_item(item)
-    , m_workspace(workspace)
-    , m_hostAddress(FileTransfer::anyAddress())
-    , m_fields("BoxEditDialog")
+    : m_item(item), m_workspace(workspace), m_hostAddress(FileTransfer::anyAddress()),
+      m_fields("BoxEditDialog")
 {
     setWindowTitle(tr("Edit Box"));
     setMinimumWidth(480);
+    resize(480, 460);
     buildForm();
     m_fields.fill(m_item, FieldTable::Unknown::Keep);
     // On purpose, whatever the item holds, and only here: a Box form opens with LTE on.
@@ -211,9 +211,8 @@ void BoxEditDialog::showChangeHostAddressDialog()
 void BoxEditDialog::useHostAddress(const QString &address)
 {
     m_hostAddress = address;
-    appendMessage(address == FileTransfer::anyAddress()
-                      ? tr("Selected address: 0.0.0.0 (No binding)")
-                      : tr("Selected host address: %1").arg(address));
+    appendMessage(address == FileTransfer::anyAddress() ? tr("Selected address: 0.0.0.0 (No binding)")
+                                                        : tr("Selected host address: %1").arg(address));
     connectToServer();
 }
 

@@ -17,10 +17,10 @@ class QTabWidget;
 class Workspace;
 struct BoxGroup;
 
-// The form of a Box: shows what its item holds, and works on the real Box through a session that opens with the
-// form and is replaced at each Connect. Values travel between fields and Box only at Read and Write, between
-// fields and item only at opening and Save. Any slot may end with the form deleted, since some wait in a loop of
-// their own; a caller must not count on it.
+// The form of a Box: shows what its item holds, and works on the real Box through a session that opens with
+// the form and is replaced at each Connect. Values travel between fields and Box only at Read and Write,
+// between fields and item only at opening and Save. Any slot may end with the form deleted, since some wait
+// in a loop of their own; a caller must not count on it.
 class BoxEditDialog : public EditForm
 {
     Q_OBJECT
@@ -52,8 +52,8 @@ public slots:
     // Empties all fields; selects first entries and ON.
     void clearData();
     void rebootDevice();
-    // Each asks the Box for one group of settings or sends it what the fields show, on a new session if there is
-    // none. The answers fill the fields and come as message boxes.
+    // Each asks the Box for one group of settings or sends it what the fields show, on a new session if there
+    // is none. The answers fill the fields and come as message boxes.
     void readLanAllocation();
     void writeLanAllocation();
     void readWanAllocation();
@@ -69,7 +69,8 @@ public slots:
 
     // Shows another Box's item from now on; the session stays as it is.
     void replaceItem(QStandardItem *item);
-    // Pushes the project of the tree's current item to the Box, by way of "temp.json" in the project's folder.
+    // Pushes the project of the tree's current item to the Box, by way of "temp.json" in the project's
+    // folder.
     void updateProject();
     // Asks for a program file and pushes it to the Box.
     void updateProgram();
@@ -109,7 +110,7 @@ private:
     void push(FileTransfer::Job job, const char *logLine);
     void appendMessage(const QString &line);
 
-    QStandardItem *m_item;  // Not owned.
+    QStandardItem *m_item; // Not owned.
     Workspace *m_workspace; // Not owned; may be null.
     QString m_hostAddress;
     Protocol *m_protocol = nullptr; // a child; null while there is no session

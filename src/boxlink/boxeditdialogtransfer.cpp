@@ -16,7 +16,8 @@
 #include <QProgressBar>
 #include <QStandardItem>
 
-namespace {
+namespace
+{
 
 // Writes the document with the line ends of the platform; false after a debug line.
 bool writeTempFile(const QString &path, const QJsonObject &project)
@@ -36,13 +37,14 @@ bool writeTempFile(const QString &path, const QJsonObject &project)
 
 void BoxEditDialog::updateProject()
 {
-    QStandardItem *project = m_workspace ? ProjectTree::projectOf(m_workspace->currentItem()) : nullptr;
-    if (!project) {
+    QStandardItem *current = m_workspace ? m_workspace->currentItem() : nullptr;
+    if (!current) {
         qDebug() << "No project selected.";
         return;
     }
-    const QString path = project->data(projectPathRole).toString() + QDir::separator()
-        + QLatin1String("temp.json");
+    QStandardItem *project = ProjectTree::projectOf(current);
+    const QString path =
+        project->data(projectPathRole).toString() + QDir::separator() + QLatin1String("temp.json");
     if (!writeTempFile(path, m_workspace->buildProjectJson(project))) {
         return;
     }

@@ -5,9 +5,11 @@
 
 #include <QStringList>
 
-namespace BoxGroups {
+namespace BoxGroups
+{
 
-namespace {
+namespace
+{
 
 constexpr auto ip = QT_TRANSLATE_NOOP("BoxEditDialog", "IP:");
 constexpr auto mask = QT_TRANSLATE_NOOP("BoxEditDialog", "Mask:");
@@ -38,6 +40,17 @@ QStringList dhcpEntries()
             QStringLiteral(QT_TRANSLATE_NOOP("BoxEditDialog", "Enable"))};
 }
 
+Field onOff(const char *name, const char *label, int role)
+{
+    return {name,
+            label,
+            FieldKind::OnOff,
+            role,
+            FieldCheck::None,
+            {QStringLiteral(QT_TRANSLATE_NOOP("BoxEditDialog", "ON")),
+             QStringLiteral(QT_TRANSLATE_NOOP("BoxEditDialog", "OFF"))}};
+}
+
 QVector<Field> lan()
 {
     return {
@@ -64,7 +77,7 @@ QVector<Field> wan()
 QVector<Field> wifi()
 {
     return {
-        {"wifiOnOff", QT_TRANSLATE_NOOP("BoxEditDialog", "wifiOnOff:"), FieldKind::OnOff, boxWifiOnOffRole},
+        onOff("wifiOnOff", QT_TRANSLATE_NOOP("BoxEditDialog", "wifiOnOff:"), boxWifiOnOffRole),
         list("wifiMode", QT_TRANSLATE_NOOP("BoxEditDialog", "Mode:"), boxWifiModeRole,
              {QStringLiteral("station")}),
         words("wifissid", QT_TRANSLATE_NOOP("BoxEditDialog", "SSID:"), boxWifiSsidRole),
@@ -82,7 +95,7 @@ QVector<Field> wifi()
 QVector<Field> lte()
 {
     return {
-        {"lteOnOff", QT_TRANSLATE_NOOP("BoxEditDialog", "4G:"), FieldKind::OnOff, boxLteOnOffRole},
+        onOff("lteOnOff", QT_TRANSLATE_NOOP("BoxEditDialog", "4G:"), boxLteOnOffRole),
         words("at1", QT_TRANSLATE_NOOP("BoxEditDialog", "AT1:"), boxAt1Role),
         words("at2", QT_TRANSLATE_NOOP("BoxEditDialog", "AT2:"), boxAt2Role),
         words("at3", QT_TRANSLATE_NOOP("BoxEditDialog", "AT3:"), boxAt3Role),
@@ -116,9 +129,9 @@ QVector<Field> head()
 
 QVector<Field> model()
 {
-    return {list("model", QT_TRANSLATE_NOOP("BoxEditDialog", "Model:"), boxModelRole,
-                 {QStringLiteral("MRN-RIM-KX91"), QStringLiteral("MRN-GATE-70"),
-                  QStringLiteral("MRN-GATE-20")})};
+    return {
+        list("model", QT_TRANSLATE_NOOP("BoxEditDialog", "Model:"), boxModelRole,
+             {QStringLiteral("MRN-RIM-KX91"), QStringLiteral("MRN-GATE-70"), QStringLiteral("MRN-GATE-20")})};
 }
 
 QVector<BoxGroup> groups()

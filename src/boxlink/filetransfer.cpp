@@ -8,7 +8,8 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-namespace {
+namespace
+{
 
 // The texts belong to the form that starts the transfers.
 QString text(const char *source)
@@ -20,10 +21,8 @@ QString text(const char *source)
 
 FileTransfer::FileTransfer(Job job, QObject *owner, std::function<void(int)> progress,
                            const Timeouts &timeouts)
-    : m_job(std::move(job))
-    , m_progress(std::move(progress))
-    , m_timeouts(timeouts)
-    , m_socket(new QTcpSocket(owner))
+    : m_job(std::move(job)), m_progress(std::move(progress)), m_timeouts(timeouts),
+      m_socket(new QTcpSocket(owner))
 {
 }
 
@@ -78,11 +77,10 @@ bool FileTransfer::sendChunks()
             break; // unreadable from here on: the digest will tell the Box
         }
         // The total is announced in 32 bits: a file of 4 GiB or more goes out under a wrong one.
-        const QByteArray frame
-            = Frame::chunkFrame(m_job.command, static_cast<quint32>(size), number, chunk);
+        const QByteArray frame = Frame::chunkFrame(m_job.command, static_cast<quint32>(size), number, chunk);
         if (!isOpen()) {
-            m_result.line = text(
-                QT_TRANSLATE_NOOP("BoxEditDialog", "Connection Status:Not connected to server."));
+            m_result.line =
+                text(QT_TRANSLATE_NOOP("BoxEditDialog", "Connection Status:Not connected to server."));
             break;
         }
         send(frame);
@@ -100,8 +98,8 @@ bool FileTransfer::sendDigest()
     QFile file(m_job.path);
     if (!file.open(QIODevice::ReadOnly)) {
         m_result.boxTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
-        m_result.boxText
-            = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file for checksum."));
+        m_result.boxText =
+            text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file for checksum."));
         return false;
     }
     const qint64 size = file.size();
@@ -117,8 +115,8 @@ bool FileTransfer::sendDigest()
 
 void FileTransfer::awaitVerdict()
 {
-    // What came first counts: a second transfer that is started meanwhile runs inside this loop and may keep it
-    // from returning until long after.
+    // What came first counts: a second transfer that is started meanwhile runs inside this loop and may keep
+    // it from returning until long after.
     enum { Pending, Answered, TimedOut } outcome = Pending;
     QByteArray answer;
     QEventLoop loop;
@@ -149,10 +147,10 @@ void FileTransfer::awaitVerdict()
     if (outcome == TimedOut) {
         m_progress(0);
         m_result.boxTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout"));
-        m_result.boxText
-            = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout while waiting for checksum result."));
-        m_result.line
-            = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout:Timeout while waiting for checksum result."));
+        m_result.boxText =
+            text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout while waiting for checksum result."));
+        m_result.line =
+            text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout:Timeout while waiting for checksum result."));
     } else {
         judge(answer);
         m_result.ended = true;
@@ -161,7 +159,8 @@ void FileTransfer::awaitVerdict()
     m_socket->deleteLater();
 }
 
-// A verdict that is not whole at its first bytes is none, and nothing is said about it: a Box sends it in one piece.
+// A verdict that is not whole at its first bytes is none, and nothing is said about it: a Box sends it in one
+// piece.
 void FileTransfer::judge(const QByteArray &answer)
 {
     if (answer.size() != Frame::verdictSize || answer.at(0) != Frame::header0
@@ -171,7 +170,8 @@ void FileTransfer::judge(const QByteArray &answer)
     if (Frame::readCommand(answer.constData()) != m_job.command) {
         fail(text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Command type error.")));
     } else if (answer.at(Frame::verdictSubTypeOffset) != Frame::verdictSubType) {
-        fail(text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Verification data return value error.")));
+        fail(text(
+            QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Verification data return value error.")));
     } else if (answer.at(Frame::verdictResultOffset) != 0) {
         fail(text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum failed.")));
     } else {

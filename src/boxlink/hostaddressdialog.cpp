@@ -12,8 +12,7 @@
 #include <QVBoxLayout>
 
 HostAddressDialog::HostAddressDialog(const QString &current, QWidget *parent)
-    : QDialog(parent)
-    , m_address(new QComboBox(this))
+    : QDialog(parent), m_address(new QComboBox(this))
 {
     setWindowTitle(BoxEditDialog::tr("Select Host Address"));
     setMinimumSize(350, 100);
@@ -28,8 +27,8 @@ HostAddressDialog::HostAddressDialog(const QString &current, QWidget *parent)
     layout->addWidget(label);
     layout->addWidget(m_address);
     layout->addStretch();
-    const FormPage::Buttons buttons
-        = FormPage::appendButtons(layout, BoxEditDialog::tr("OK"), BoxEditDialog::tr("Cancel"));
+    const FormPage::Buttons buttons =
+        FormPage::appendButtons(layout, BoxEditDialog::tr("OK"), BoxEditDialog::tr("Cancel"));
     buttons.save->setObjectName(QStringLiteral("okButton"));
     buttons.save->setDefault(true);
     buttons.cancel->setAutoDefault(false);

@@ -62,7 +62,8 @@ void ProjectLifecycle::edit() const
     connectForm(form, project);
     // Twice on purpose: to close a tab again is harmless, and who listens to its closing hears both.
     QObject::connect(form, &QDialog::finished, tab, &ads::CDockWidget::closeDockWidget);
-    QObject::connect(form, &QDialog::finished, form, [tab] { tab->closeDockWidget(); }, Qt::DirectConnection);
+    QObject::connect(
+        form, &QDialog::finished, form, [tab] { tab->closeDockWidget(); }, Qt::DirectConnection);
     m_tabs->place(
         tab, EditorTabs::titlesOf({EditorTabs::boxTitle, EditorTabs::serverTitle, EditorTabs::plcTitle}));
 }

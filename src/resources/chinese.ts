@@ -311,6 +311,14 @@
         <source>OK</source>
         <translation>确定</translation>
     </message>
+    <message>
+        <source>ON</source>
+        <translation>开</translation>
+    </message>
+    <message>
+        <source>OFF</source>
+        <translation>关</translation>
+    </message>
 </context>
 <context>
     <name>BoxInputDialog</name>

@@ -13,7 +13,8 @@
 #include <QRadioButton>
 #include <QStandardItem>
 
-namespace {
+namespace
+{
 
 QString nameOf(const Field &field)
 {
@@ -36,8 +37,7 @@ void check(QRadioButton *button, bool checked)
 } // namespace
 
 FieldTable::FieldTable(const char *context, QVector<Field> fields)
-    : m_context(context)
-    , m_fields(std::move(fields))
+    : m_context(context), m_fields(std::move(fields))
 {
 }
 
@@ -194,13 +194,11 @@ QWidget *FieldTable::makeOnOff(const Field &field, QWidget *parent) const
     auto *pair = new QWidget(parent);
     auto *row = new QHBoxLayout(pair);
     row->setContentsMargins(0, 0, 0, 0);
-    const struct {
-        const char *suffix;
-        const char *text;
-    } buttons[] = {{"On", "ON"}, {"Off", "OFF"}};
-    for (const auto &entry : buttons) {
-        auto *button = new QRadioButton(QCoreApplication::translate(m_context, entry.text), pair);
-        button->setObjectName(nameOf(field) + QLatin1String(entry.suffix));
+    const char *const suffixes[] = {"On", "Off"};
+    for (int index = 0; index < 2; ++index) {
+        auto *button = new QRadioButton(
+            QCoreApplication::translate(m_context, field.entries.value(index).toLatin1().constData()), pair);
+        button->setObjectName(nameOf(field) + QLatin1String(suffixes[index]));
         row->addWidget(button);
     }
     row->addStretch();

@@ -88,8 +88,9 @@ void TestBoxInputDialog::okAcceptsAndCancelRejects()
     QTest::keyClick(&dialog, Qt::Key_Return);
     dialog.findChild<QPushButton *>(QStringLiteral("cancelButton"))->click();
     dialog.findChild<QPushButton *>(QStringLiteral("okButton"))->click();
-    QCOMPARE(finished,
-             (QList<QVariantList>{{int(QDialog::Accepted)}, {int(QDialog::Rejected)}, {int(QDialog::Accepted)}}));
+    QCOMPARE(
+        finished,
+        (QList<QVariantList>{{int(QDialog::Accepted)}, {int(QDialog::Rejected)}, {int(QDialog::Accepted)}}));
 }
 
 void TestBoxInputDialog::logsItsLife()

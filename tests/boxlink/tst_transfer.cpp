@@ -12,7 +12,8 @@
 
 #include <memory>
 
-namespace {
+namespace
+{
 
 const auto boxAddress = QStringLiteral("127.0.11.2");
 
@@ -142,14 +143,12 @@ void TestTransfer::sendsChunksAndDigest_data()
         << 0x0400 << QByteArray("a")
         << hex("12340400 1400 01 01000000 0100 01000000 61 5678"
                "12340400 1e00 02 01000000 10 0cc175b9c0f1b6a831c399e269772661 5678");
-    QTest::newRow("project of one full chunk")
-        << 0x0300 << kilobyte
-        << hex("12340300 1304 01 00040000 0004 01000000") + kilobyte + hex("5678")
-            + hex("12340300 1e00 02 00040000 10 7265f4d211b56873a381d321f586e4a9 5678");
-    QTest::newRow("program of one byte more")
-        << 0x0400 << kilobyte + 'x'
-        << hex("12340400 1304 01 01040000 0004 01000000") + kilobyte + hex("5678")
-            + hex("12340400 1400 01 01040000 0100 02000000 78 5678")
+    QTest::newRow("project of one full chunk") << 0x0300 << kilobyte
+                                               << hex("12340300 1304 01 00040000 0004 01000000") + kilobyte
+            + hex("5678") + hex("12340300 1e00 02 00040000 10 7265f4d211b56873a381d321f586e4a9 5678");
+    QTest::newRow("program of one byte more") << 0x0400 << kilobyte + 'x'
+                                              << hex("12340400 1304 01 01040000 0004 01000000") + kilobyte
+            + hex("5678") + hex("12340400 1400 01 01040000 0100 02000000 78 5678")
             + hex("12340400 1e00 02 01040000 10 41b2b8ce59ecc0c64c9c7ecaae3002c3 5678");
 }
 

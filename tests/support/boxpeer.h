@@ -8,8 +8,8 @@
 
 #include <functional>
 
-// A Box that says only what a test makes it say. It lives in the test's thread, so it takes nothing in while the
-// program blocks.
+// A Box that says only what a test makes it say. It lives in the test's thread, so it takes nothing in while
+// the program blocks.
 class BoxPeer : public QObject
 {
 public:

@@ -40,7 +40,7 @@ private slots:
     void aLargeProjectIsLoadedPushedAndWatched();
 
 private:
-    QString tr(const char *text) const { return CMainWindow::tr(text); }
+    static QString shown(const char *text) { return CMainWindow::tr(text); }
     void pushProject(const QString &box);
     void watch(const QString &node, const QString &table, int rows);
 
@@ -104,7 +104,7 @@ void TestTour::aProjectIsMade()
 
 void TestTour::aModbusDeviceIsDescribed()
 {
-    m_user->choose(project + QStringLiteral("/Standard"), tr("Add Standard"), [this](QWidget *dialog) {
+    m_user->choose(project + QStringLiteral("/Standard"), shown("Add Standard"), [this](QWidget *dialog) {
         m_user->type(dialog, "name", QStringLiteral("Protection relay"));
         dialog->findChild<QComboBox *>(QStringLiteral("protocol"))->setCurrentText(QStringLiteral("Modbus"));
         m_user->picture(QStringLiteral("03-add-standard"), dialog);
@@ -129,7 +129,7 @@ void TestTour::aModbusDeviceIsDescribed()
 
 void TestTour::aMeterIsDescribed()
 {
-    m_user->choose(project + QStringLiteral("/Standard"), tr("Add Standard"), [this](QWidget *dialog) {
+    m_user->choose(project + QStringLiteral("/Standard"), shown("Add Standard"), [this](QWidget *dialog) {
         m_user->type(dialog, "name", QStringLiteral("Tariff meter"));
         dialog->findChild<QComboBox *>(QStringLiteral("protocol"))->setCurrentText(QStringLiteral("DLT645"));
         m_user->press(dialog, "okButton");
@@ -163,7 +163,7 @@ void TestTour::theServiceIsSet()
 
 void TestTour::aBoxIsAddedAndConnects()
 {
-    m_user->choose(project + QStringLiteral("/Box"), tr("Add Box"), [this](QWidget *dialog) {
+    m_user->choose(project + QStringLiteral("/Box"), shown("Add Box"), [this](QWidget *dialog) {
         m_user->type(dialog, "name", QStringLiteral("Gateway"));
         m_user->type(dialog, "ip", address);
         m_user->picture(QStringLiteral("08-add-box"), dialog);
@@ -217,7 +217,7 @@ void TestTour::watch(const QString &path, const QString &table, int rows)
 {
     QTRY_VERIFY_WITH_TIMEOUT(m_user->node(path), 10000);
     QTabWidget *tabs = m_window->monitoringTabs();
-    const auto shown = [tabs, &table]() -> QTableWidget * {
+    const auto tableShown = [tabs, &table]() -> QTableWidget * {
         for (int index = 0; index < tabs->count(); ++index) {
             if (tabs->tabText(index) == table) {
                 return tabs->widget(index)->findChild<QTableWidget *>();
@@ -225,12 +225,12 @@ void TestTour::watch(const QString &path, const QString &table, int rows)
         }
         return nullptr;
     };
-    QTRY_VERIFY_WITH_TIMEOUT(shown() && shown()->rowCount() == rows, 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(tableShown() && tableShown()->rowCount() == rows, 10000);
     m_user->click(path);
     QCOMPARE(tabs->tabText(tabs->currentIndex()), table);
     for (int row = 0; row < rows; ++row) {
-        QCOMPARE(shown()->item(row, 4)->text(), tr("Effective"));
-        QVERIFY(!shown()->item(row, 3)->text().isEmpty());
+        QCOMPARE(tableShown()->item(row, 4)->text(), shown("Effective"));
+        QVERIFY(!tableShown()->item(row, 3)->text().isEmpty());
     }
 }
 
@@ -244,7 +244,7 @@ void TestTour::itsValuesComeLive()
 void TestTour::theProjectIsSaved()
 {
     m_user->boxes().expect();
-    m_user->choose(project, tr("Save Project"));
+    m_user->choose(project, shown("Save Project"));
     QCOMPARE(m_user->boxes().pending(), 0);
     QVERIFY(QFile::exists(QStringLiteral("projects/North feeder.json")));
     QVERIFY(!QFile::exists(QStringLiteral("projects/temp.json")));

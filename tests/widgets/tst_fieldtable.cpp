@@ -9,7 +9,8 @@
 #include <QTranslator>
 #include <QtTest>
 
-namespace {
+namespace
+{
 
 enum TestRole {
     stationRole = Qt::UserRole + 1,
@@ -33,7 +34,12 @@ QVector<Field> testFields()
          nullptr,
          "ODD"},
         {"enabled", "Enabled:", FieldKind::Check, enabledRole},
-        {"power", "Power:", FieldKind::OnOff, switchRole},
+        {"power",
+         "Power:",
+         FieldKind::OnOff,
+         switchRole,
+         FieldCheck::None,
+         {QStringLiteral("ON"), QStringLiteral("OFF")}},
         {"secret", "Secret:", FieldKind::Password, secretRole, FieldCheck::NoCjk},
         {"clock", "Clock:", FieldKind::ReadOnly, FieldTable::noRole},
     };
@@ -41,8 +47,7 @@ QVector<Field> testFields()
 
 // A page with the table's rows.
 struct Page {
-    explicit Page(const QVector<Field> &fields = testFields())
-        : table("Test", fields)
+    explicit Page(const QVector<Field> &fields = testFields()) : table("Test", fields)
     {
         layout = new QFormLayout(&widget);
         table.build(layout);
@@ -67,8 +72,8 @@ QVariantList shown(const FieldTable &table)
 
 QVariantList roles(const QStandardItem &item)
 {
-    return {item.text(),           item.data(stationRole), item.data(parityRole),
-            item.data(enabledRole), item.data(switchRole),  item.data(secretRole)};
+    return {item.text(),           item.data(stationRole), item.data(parityRole), item.data(enabledRole),
+            item.data(switchRole), item.data(secretRole)};
 }
 
 } // namespace
@@ -206,6 +211,10 @@ void TestFieldTable::fallbackIsMetInItsTranslation()
     QVERIFY(QCoreApplication::installTranslator(&translator));
     Page page;
     QCOMPARE(page.table.label(QStringLiteral("name"))->text(), QStringLiteral("<Name:>"));
+    QCOMPARE(page.widget.findChild<QRadioButton *>(QStringLiteral("powerOn"))->text(),
+             QStringLiteral("<ON>"));
+    QCOMPARE(page.widget.findChild<QRadioButton *>(QStringLiteral("powerOff"))->text(),
+             QStringLiteral("<OFF>"));
     QStandardItem item;
     page.table.fill(&item);
     QCOMPARE(page.table.text(QStringLiteral("parity")), QStringLiteral("<ODD>"));

@@ -1,0 +1,184 @@
+#include "support/boxformtest.h"
+
+#include "support/logtail.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QtTest>
+
+// The settings that a Box form asks for, sends and shows.
+class TestBoxEditAllocation : public BoxFormTest
+{
+    Q_OBJECT
+public:
+    TestBoxEditAllocation() : BoxFormTest(QStringLiteral("127.0.11.5")) { }
+
+private slots:
+    void requests_data();
+    void requests();
+    void answers_data();
+    void answers();
+    void answersLeaveTheItemAlone();
+    void unknownDhcpFlagLeavesTheList();
+    void unknownSwitchChecksNeitherButton();
+};
+
+void TestBoxEditAllocation::requests_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::addColumn<QString>("logged");
+    const struct {
+        const char *button;
+        QByteArray expected;
+        const char *logged;
+    } rows[] = {
+        {"rebootButton", R"({"type":"6","pares":{"reboot":"reboot"}})", "rebooting"},
+        {"lanReadButton", R"({"type":"2","pares":{}})", "read Lan"},
+        {"wanReadButton", R"({"type":"3","pares":{}})", "read Wan"},
+        {"wifiReadButton", R"({"type":"4","pares":{}})", "read Wifi"},
+        {"lteReadButton", R"({"type":"5","pares":{}})", "read Lte"},
+        {"ntpReadButton", R"({"type":"8","pares":{}})", "read NTP"},
+        {"timeReadButton", R"({"type":"9","pares":{}})", "read Time"},
+        {"lanWriteButton",
+         R"({"type":102,"pares":{"lanIp":"10.0.1.1","lanMask":"10.0.1.2","lanGateway":"10.0.1.3",
+             "lanDns1":"10.0.1.4","lanDns2":"10.0.1.5"}})",
+         "write Lan"},
+        {"wanWriteButton",
+         R"({"type":103,"pares":{"wanDhcp":"1","wanIp":"10.0.2.1","wanMask":"10.0.2.2",
+             "wanGateway":"10.0.2.3","wanDns1":"10.0.2.4","wanDns2":"10.0.2.5"}})",
+         "write Wan"},
+        {"wifiWriteButton",
+         R"({"type":104,"pares":{"wifiOnOff":"on","wifiMode":"station","ssid":"yard","password":"secret",
+             "wifiDhcp":"1","wifiIp":"10.0.3.1","wifiMask":"10.0.3.2","wifiGateway":"10.0.3.3",
+             "wifiDns1":"10.0.3.4","wifiDns2":"10.0.3.5"}})",
+         "write Wifi"},
+        {"lteWriteButton",
+         R"({"type":105,"pares":{"lteOnOff":"off","AT1":"AT+A","AT2":"AT+B","AT3":"AT+C","AT4":"AT+D",
+             "AT5":"AT+E"}})",
+         "write Lte"},
+        {"ntpWriteButton", R"({"type":108,"pares":{"NTP":"10.0.4.1"}})", "write NTP"},
+        {"timeWriteButton", R"({"type":109,"pares":{"date":"2020-02-03 04:05:06"}})", "write Time"},
+    };
+    for (const auto &row : rows) {
+        QTest::newRow(row.button) << QString::fromLatin1(row.button) << row.expected
+                                  << QStringLiteral("BoxEditDialog: ") + QLatin1String(row.logged);
+    }
+}
+
+void TestBoxEditAllocation::requests()
+{
+    QFETCH(QString, button);
+    QFETCH(QByteArray, expected);
+    QFETCH(QString, logged);
+    open();
+    find<QRadioButton>("lteOnOffOff")->setChecked(true);
+    QVERIFY(connected());
+    find<QLineEdit>("localTime")->setText(QStringLiteral("2020-02-03 04:05:06"));
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    m_form->findChild<QPushButton *>(button)->click();
+    QCOMPARE(log.events(), QStringList(logged));
+    QTRY_COMPARE(requestsIn(m_box->received(0)).size(), 1);
+    QCOMPARE(requestsIn(m_box->received(0)).first(), QJsonDocument::fromJson(expected).object());
+}
+
+void TestBoxEditAllocation::answers_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QStringList>("fields"); // name, text
+    QTest::addColumn<QString>("logged");
+    QTest::addColumn<QString>("told");
+    const auto pairs = [](const char *words) { return QString::fromLatin1(words).split(QLatin1Char(' ')); };
+    QTest::newRow("lan") << QByteArray(R"({"type":"2","pares":{"lanIp":"1.1.1.1","lanMask":"1.1.1.2",
+            "lanGateway":"1.1.1.3","lanDns1":"1.1.1.4","lanDns2":"1.1.1.5"}})")
+                         << pairs("lanIp 1.1.1.1 lanMask 1.1.1.2 lanGateway 1.1.1.3 lanDns1 1.1.1.4 "
+                                  "lanDns2 1.1.1.5")
+                         << QStringLiteral("update Lan")
+                         << QStringLiteral("LAN Configuration|LAN configuration updated successfully.");
+    QTest::newRow("wan") << QByteArray(R"({"type":"3","pares":{"wanDhcp":"0","wanIp":"2.1.1.1",
+            "wanMask":"2.1.1.2","wanGateway":"2.1.1.3","wanDns1":"2.1.1.4","wanDns2":"2.1.1.5"}})")
+                         << pairs("wanDhcp Disabled wanIp 2.1.1.1 wanMask 2.1.1.2 wanGateway 2.1.1.3 "
+                                  "wanDns1 2.1.1.4 wanDns2 2.1.1.5")
+                         << QStringLiteral("update Wan")
+                         << QStringLiteral("Wan Configuration|Wan configuration updated successfully.");
+    QTest::newRow("wifi") << QByteArray(R"({"type":"4","pares":{"wifiOnOff":"OFF","wifiMode":"bridge",
+            "ssid":"net","password":"word","wifiDhcp":"0","wifiIp":"3.1.1.1","wifiMask":"3.1.1.2",
+            "wifiGateway":"3.1.1.3","wifiDns1":"3.1.1.4","wifiDns2":"3.1.1.5"}})")
+                          << pairs("wifiOnOff off wifiMode station wifissid net wifipassword word "
+                                   "wifiDhcp Disabled wifiIp 3.1.1.1 wifiMask 3.1.1.2 wifiGateway 3.1.1.3 "
+                                   "wifiDns1 3.1.1.4 wifiDns2 3.1.1.5")
+                          << QStringLiteral("update Wifi")
+                          << QStringLiteral("Wifi Configuration|Wifi configuration updated successfully.");
+    QTest::newRow("lte") << QByteArray(R"({"type":"5","pares":{"lteOnOff":"Off","AT1":"a","AT2":"b",
+            "AT3":"c","AT4":"d","AT5":"e"}})")
+                         << pairs("lteOnOff off at1 a at2 b at3 c at4 d at5 e")
+                         << QStringLiteral("update Lte")
+                         << QStringLiteral("Lte Configuration|Lte configuration updated successfully.");
+    QTest::newRow("ntp") << QByteArray(R"({"type":"8","pares":{"NTP":"4.1.1.1"}})")
+                         << pairs("ntpServer 4.1.1.1") << QStringLiteral("update NTP")
+                         << QStringLiteral("NTP Configuration|NTP configuration updated successfully.");
+    // The clock's update is logged as NTP, on purpose.
+    QTest::newRow("time") << QByteArray(R"({"type":"9","pares":{"date":"noon"}})") << pairs("time noon")
+                          << QStringLiteral("update NTP")
+                          << QStringLiteral("time Configuration|time configuration updated successfully.");
+}
+
+void TestBoxEditAllocation::answers()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QStringList, fields);
+    QFETCH(QString, logged);
+    QFETCH(QString, told);
+    open();
+    QVERIFY(connected());
+    QMap<int, QVariant> expected = fullRoles();
+    for (const BoxInput &input : boxInputs()) {
+        const int at = fields.indexOf(QLatin1String(input.name));
+        if (at >= 0) {
+            expected[input.role] = fields.at(at + 1);
+        }
+    }
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    m_boxes->expect();
+    answer(jsonAnswer(text));
+    QTRY_COMPARE(m_boxes->told(), QStringList(told));
+    QCOMPARE(shownRoles(), expected);
+    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: ") + logged));
+}
+
+void TestBoxEditAllocation::answersLeaveTheItemAlone()
+{
+    open();
+    m_boxes->expect();
+    emit m_form->protocol()->NTPAllocationDataReceived({QStringLiteral("9.9.9.9")});
+    QCOMPARE(shown("ntpServer"), QStringLiteral("9.9.9.9"));
+    QCOMPARE(rolesOf(*m_item), fullRoles());
+}
+
+void TestBoxEditAllocation::unknownDhcpFlagLeavesTheList()
+{
+    open();
+    m_boxes->expect();
+    Protocol::WanAllocationData wan;
+    wan.wanDhcp = QStringLiteral("2");
+    emit m_form->protocol()->wanAllocationDataReceived(wan);
+    QCOMPARE(shown("wanDhcp"), QStringLiteral("Enable"));
+    m_boxes->expect();
+    wan.wanDhcp = QStringLiteral("Disabled");
+    emit m_form->protocol()->wanAllocationDataReceived(wan);
+    QCOMPARE(shown("wanDhcp"), QStringLiteral("Enable"));
+}
+
+void TestBoxEditAllocation::unknownSwitchChecksNeitherButton()
+{
+    open();
+    m_boxes->expect();
+    emit m_form->protocol()->lteAllocationDataReceived({});
+    QCOMPARE(shown("lteOnOff"), QStringLiteral("neither"));
+}
+
+QTEST_MAIN(TestBoxEditAllocation)
+#include "tst_boxeditallocation.moc"

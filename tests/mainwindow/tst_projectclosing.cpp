@@ -1,0 +1,232 @@
+#include "support/messageboxes.h"
+#include "windowundertest.h"
+
+#include <QTcpServer>
+#include <QTcpSocket>
+
+using Window = WindowUnderTest;
+
+class tst_ProjectClosing : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void closingAsksSavesAndRemoves();
+    void closingWithoutSavingRemoves();
+    void cancelledClosingKeepsTheProjectAndClosesAllTabs();
+    void closingActsOnProjectsAlone();
+    void closingLeavesMonitoringTabs();
+    void closingEndsTheBoxSession();
+    void slotCloseProjectSavesAndRemovesNothing();
+    void slotCloseProjectWithoutProjectsOnlyLogs();
+
+    void leavingWithoutProjectsAsksAndStoresNothing();
+    void leavingAsksAndSaves();
+    void leavingWithoutSavingStoresTheLayout();
+    void cancelledLeavingKeepsTheProgram();
+
+private:
+    QString savedText(const QString &name) const
+    {
+        return QStringLiteral("Save Successful|JSON data saved to file:\n") + m_folder->filePath(name);
+    }
+
+    QScopedPointer<QTemporaryDir> m_folder;
+    QScopedPointer<Window> m_window;
+};
+
+void tst_ProjectClosing::init()
+{
+    QFile::remove(QStringLiteral("Settings.ini"));
+    m_folder.reset(new QTemporaryDir);
+    m_window.reset(new Window);
+}
+
+void tst_ProjectClosing::cleanup()
+{
+    m_window.reset();
+}
+
+static const QString editProject = QStringLiteral("Edit Project");
+
+static const QString closeQuestion =
+    QStringLiteral("Save Changes|Do you want to save changes before deleting the project?");
+static const QString leaveQuestion =
+    QStringLiteral("Save Changes|Do you want to save all projects before closing them?");
+
+void tst_ProjectClosing::closingAsksSavesAndRemoves()
+{
+    m_window->addProject(QStringLiteral("mill"));
+    m_window->select(m_window->addProject(QStringLiteral("plant"), m_folder->path()));
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::Yes);
+    boxes.expect();
+    m_window->slotDeleteProject();
+    QCOMPARE(boxes.told(), QStringList({closeQuestion, savedText(QStringLiteral("plant.json"))}));
+    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(m_window->projectModel()->rowCount(), 1);
+    QCOMPARE(m_window->projectModel()->item(0)->text(), QStringLiteral("mill"));
+    QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("plant.json"))));
+}
+
+void tst_ProjectClosing::closingWithoutSavingRemoves()
+{
+    m_window->select(m_window->addProject(QStringLiteral("plant"), m_folder->path()));
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::No);
+    m_window->slotDeleteProject();
+    QCOMPARE(boxes.told(), QStringList(closeQuestion));
+    QCOMPARE(m_window->projectModel()->rowCount(), 0);
+    QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("plant.json"))));
+}
+
+void tst_ProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()
+{
+    QStandardItem *other = m_window->addProject(QStringLiteral("mill"));
+    m_window->click(Window::addBox(other, QStringLiteral("gate"), QStringLiteral("127.0.13.9")));
+    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    m_window->click(project);
+    const QPointer<QDialog> boxForm = m_window->form(QStringLiteral("Edit Box"));
+    const QPointer<QDialog> projectForm = m_window->form(editProject);
+    QVERIFY(boxForm && projectForm);
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::Cancel);
+    m_window->slotDeleteProject();
+    QCOMPARE(boxes.told(), QStringList(closeQuestion));
+    QCOMPARE(m_window->projectModel()->rowCount(), 2);
+    QCOMPARE(m_window->projectModel()->item(1), project);
+    QCOMPARE(m_window->tabs(QStringLiteral("Edit Box")).size(), 0);
+    QCOMPARE(m_window->tabs(editProject).size(), 0);
+    Window::settle();
+    QVERIFY(!boxForm && !projectForm);
+}
+
+void tst_ProjectClosing::closingActsOnProjectsAlone()
+{
+    MessageBoxes boxes;
+    m_window->slotDeleteProject();
+    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    m_window->click(project);
+    m_window->select(project->child(1));
+    m_window->slotDeleteProject();
+    m_window->select(project->child(1)->child(0));
+    m_window->slotDeleteProject();
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(m_window->projectModel()->rowCount(), 1);
+    QVERIFY(m_window->form(editProject));
+}
+
+void tst_ProjectClosing::closingLeavesMonitoringTabs()
+{
+    m_window->select(m_window->addProject(QStringLiteral("plant")));
+    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("meter"));
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::No);
+    m_window->slotDeleteProject();
+    QCOMPARE(m_window->monitoringTabs()->count(), 1);
+}
+
+void tst_ProjectClosing::closingEndsTheBoxSession()
+{
+    QTcpServer box;
+    QVERIFY2(box.listen(QHostAddress(QStringLiteral("127.0.13.1")), 30088), qPrintable(box.errorString()));
+    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    m_window->click(Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.13.1")));
+    QTRY_VERIFY(box.hasPendingConnections());
+    const QTcpSocket *session = box.nextPendingConnection();
+    QCOMPARE(session->state(), QAbstractSocket::ConnectedState);
+    m_window->select(project);
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::No);
+    m_window->slotDeleteProject();
+    QTRY_COMPARE(session->state(), QAbstractSocket::UnconnectedState);
+}
+
+void tst_ProjectClosing::slotCloseProjectSavesAndRemovesNothing()
+{
+    m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::No);
+    m_window->slotCloseProject();
+    QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("plant.json"))));
+    boxes.expect(QMessageBox::Yes);
+    boxes.expect();
+    m_window->slotCloseProject();
+    QCOMPARE(boxes.told(),
+             QStringList({leaveQuestion, leaveQuestion, savedText(QStringLiteral("plant.json"))}));
+    QCOMPARE(m_window->projectModel()->rowCount(), 1);
+}
+
+void tst_ProjectClosing::slotCloseProjectWithoutProjectsOnlyLogs()
+{
+    MessageBoxes boxes;
+    QTest::ignoreMessage(QtDebugMsg, "No projects found. Aborting close project operation.");
+    m_window->slotCloseProject();
+    QCOMPARE(boxes.told(), QStringList());
+}
+
+void tst_ProjectClosing::leavingWithoutProjectsAsksAndStoresNothing()
+{
+    MessageBoxes boxes;
+    QTest::ignoreMessage(QtDebugMsg, "No projects found. Closing without prompt.");
+    QVERIFY(m_window->close());
+    Window::settle();
+    QCOMPARE(boxes.told(), QStringList());
+    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(m_window->dockManager());
+}
+
+void tst_ProjectClosing::leavingAsksAndSaves()
+{
+    m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    m_window->addProject(QStringLiteral("mill"), m_folder->path());
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::Yes);
+    boxes.expect();
+    boxes.expect();
+    QVERIFY(m_window->close());
+    QCOMPARE(boxes.told(),
+             QStringList({leaveQuestion, savedText(QStringLiteral("plant.json")),
+                          savedText(QStringLiteral("mill.json"))}));
+    QVERIFY(QFile::exists(QStringLiteral("Settings.ini")));
+}
+
+void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
+{
+    m_window->click(m_window->addProject(QStringLiteral("plant"), m_folder->path()));
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::No);
+    QVERIFY(m_window->close());
+    QCOMPARE(boxes.told(), QStringList(leaveQuestion));
+    QVERIFY(QDir(m_folder->path()).isEmpty());
+    const QSettings settings(QStringLiteral("Settings.ini"), QSettings::IniFormat);
+    QCOMPARE(settings.allKeys(),
+             QStringList({QStringLiteral("mainWindow/DockingState"), QStringLiteral("mainWindow/Geometry"),
+                          QStringLiteral("mainWindow/State")}));
+    QVERIFY(m_window->dockManager());
+    Window::settle();
+    QVERIFY(!m_window->dockManager());
+    // What comes late to a window without docks meets nothing.
+    m_window->slotEditProject();
+    m_window->slotDeleteProject();
+    m_window->closeTabByName(QStringLiteral("meter"));
+    QCOMPARE(boxes.told().size(), 1);
+}
+
+void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
+{
+    m_window->click(m_window->addProject(QStringLiteral("plant")));
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::Cancel);
+    QVERIFY(!m_window->close());
+    Window::settle();
+    QVERIFY(m_window->isVisible());
+    QVERIFY(m_window->dockManager());
+    QVERIFY(m_window->form(editProject));
+    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+}
+
+QTEST_MAIN(tst_ProjectClosing)
+#include "tst_projectclosing.moc"

@@ -1,0 +1,353 @@
+#include "mainwindow/resourceactions.h"
+
+#include "boxlink/boxeditdialog.h"
+#include "mainwindow/editortabs.h"
+#include "mainwindow/monitoringview.h"
+#include "support/messageboxes.h"
+#include "support/projectdump.h"
+#include "windowundertest.h"
+
+#include <QTcpServer>
+#include <QTcpSocket>
+
+using Window = WindowUnderTest;
+
+static const QString editBox = QStringLiteral("Edit Box");
+static const QString editStandard = QStringLiteral("Edit Standard");
+static const QString editService = QStringLiteral("Edit Service");
+static const QString editProject = QStringLiteral("Edit Project");
+// Nothing listens there: sessions to it fail and are tried again.
+static const QString nobody = QStringLiteral("127.0.13.7");
+
+class tst_ResourceTabs : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void boxFormShowsTheItem();
+    void clickOnAnotherBoxReusesTheTabAndMovesTheSession();
+    void saveInAReboundTabReportsTheBoxsOwnName();
+    void saveRenamesTheBoxAndClosesItsTab();
+    void cancelClosesTheTabAndLeavesTheItem();
+    void closedBoxTabEndsItsSession();
+    void boxReportsReachTheTree();
+    void foreignWidgetInTheBoxTabStopsTheSlot();
+
+    void otherFormReplacesTheTab();
+    void sameFormIsRebound();
+    void kindWithoutAFormOpensAnEmptyTabEachTime_data();
+    void kindWithoutAFormOpensAnEmptyTabEachTime();
+    void kindWithoutAFormClosesTheOpenForm();
+    void tabsStandBesideTheirNeighbours();
+    void hiddenTabComesBackWithTheOtherItem();
+
+private:
+    QStandardItem *folder(const char *text) const
+    {
+        return Window::folder(m_project, QString::fromLatin1(text));
+    }
+    BoxEditDialog *boxForm() const { return qobject_cast<BoxEditDialog *>(m_window->form(editBox)); }
+
+    QScopedPointer<Window> m_window;
+    QStandardItem *m_project = nullptr;
+};
+
+void tst_ResourceTabs::init()
+{
+    m_window.reset(new Window);
+    m_project = m_window->addProject(QStringLiteral("plant"));
+}
+
+void tst_ResourceTabs::cleanup()
+{
+    m_window.reset();
+}
+
+void tst_ResourceTabs::boxFormShowsTheItem()
+{
+    m_window->click(Window::addBox(m_project, QStringLiteral("gate"), nobody));
+    QVERIFY(boxForm());
+    QCOMPARE(boxForm()->nameEdit()->text(), QStringLiteral("gate"));
+    const ads::CDockWidget *tab = m_window->tab(editBox);
+    QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+    QVERIFY(!tab->icon().isNull());
+}
+
+// A Box's end of a session; it only listens.
+struct Listener {
+    explicit Listener(const char *address)
+    {
+        QVERIFY2(server.listen(QHostAddress(QString::fromLatin1(address)), 30088),
+                 qPrintable(server.errorString()));
+    }
+    QTcpSocket *accept()
+    {
+        [&] { QTRY_VERIFY(server.hasPendingConnections()); }();
+        return server.nextPendingConnection();
+    }
+    QTcpServer server;
+};
+
+void tst_ResourceTabs::clickOnAnotherBoxReusesTheTabAndMovesTheSession()
+{
+    Listener firstBox("127.0.13.2");
+    Listener secondBox("127.0.13.3");
+    const QStandardItem *a = Window::addBox(m_project, QStringLiteral("a"), QStringLiteral("127.0.13.2"));
+    const QStandardItem *b = Window::addBox(m_project, QStringLiteral("b"), QStringLiteral("127.0.13.3"));
+    m_window->click(a);
+    const QTcpSocket *firstSession = firstBox.accept();
+    QVERIFY(firstSession);
+    const QPointer<BoxEditDialog> form = boxForm();
+    form->nameEdit()->setText(QStringLiteral("typed"));
+    m_window->click(b);
+    QCOMPARE(boxForm(), form.data());
+    QCOMPARE(m_window->countOf(editBox), 1);
+    QCOMPARE(form->nameEdit()->text(), QStringLiteral("b"));
+    const QTcpSocket *secondSession = secondBox.accept();
+    QVERIFY(secondSession);
+    QTRY_COMPARE(firstSession->state(), QAbstractSocket::UnconnectedState);
+    QCOMPARE(secondSession->state(), QAbstractSocket::ConnectedState);
+}
+
+void tst_ResourceTabs::saveInAReboundTabReportsTheBoxsOwnName()
+{
+    QStandardItem *a = Window::addBox(m_project, QStringLiteral("a"), nobody);
+    QStandardItem *b = Window::addBox(m_project, QStringLiteral("b"), nobody);
+    m_window->click(a);
+    m_window->click(b);
+    Window::input<QLineEdit>(boxForm(), "ip")->setText(QStringLiteral("127.0.13.6"));
+    MessageBoxes boxes;
+    boxes.expect();
+    boxForm()->saveButton()->click();
+    QCOMPARE(boxes.told(),
+             QStringList(QStringLiteral("Duplicate name|The name\"b\"already exists, please change "
+                                        "the name.")));
+    QVERIFY(boxForm());
+    QCOMPARE(b->data(boxIpRole).toString(), nobody);
+    // A fresh name goes to the first item, the fields to the second, and its form's name to the text of both.
+    boxForm()->nameEdit()->setText(QStringLiteral("c"));
+    boxForm()->saveButton()->click();
+    QCOMPARE(a->text(), QStringLiteral("c"));
+    QCOMPARE(a->data(boxIpRole).toString(), nobody);
+    QCOMPARE(b->text(), QStringLiteral("c"));
+    QCOMPARE(b->data(boxIpRole).toString(), QStringLiteral("127.0.13.6"));
+    QCOMPARE(m_window->tab(editBox), nullptr);
+    QCOMPARE(boxes.told().size(), 1);
+}
+
+void tst_ResourceTabs::saveRenamesTheBoxAndClosesItsTab()
+{
+    QStandardItem *box = Window::addBox(m_project, QStringLiteral("a"), nobody);
+    m_window->click(box);
+    const QPointer<BoxEditDialog> form = boxForm();
+    form->nameEdit()->setText(QStringLiteral("gate"));
+    Window::input<QLineEdit>(form, "ip")->setText(QStringLiteral("127.0.13.6"));
+    form->saveButton()->click();
+    QCOMPARE(box->text(), QStringLiteral("gate"));
+    QCOMPARE(box->data(boxIpRole).toString(), QStringLiteral("127.0.13.6"));
+    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The box 'gate' is saved successfully.")));
+    QCOMPARE(m_window->tab(editBox), nullptr);
+    Window::settle();
+    QVERIFY(!form);
+}
+
+void tst_ResourceTabs::cancelClosesTheTabAndLeavesTheItem()
+{
+    QStandardItem *box = Window::addBox(m_project, QStringLiteral("a"), nobody);
+    m_window->click(box);
+    const QPointer<BoxEditDialog> form = boxForm();
+    form->nameEdit()->setText(QStringLiteral("typed"));
+    Window::press(form, "cancelButton");
+    QCOMPARE(m_window->tab(editBox), nullptr);
+    Window::settle();
+    QVERIFY(!form);
+    QCOMPARE(box->text(), QStringLiteral("a"));
+}
+
+void tst_ResourceTabs::closedBoxTabEndsItsSession()
+{
+    Listener box("127.0.13.4");
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), QStringLiteral("127.0.13.4")));
+    const QTcpSocket *session = box.accept();
+    QVERIFY(session);
+    m_window->tab(editBox)->closeDockWidget();
+    QTRY_COMPARE(session->state(), QAbstractSocket::UnconnectedState);
+}
+
+void tst_ResourceTabs::boxReportsReachTheTree()
+{
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    Protocol::dataMonitoringData report;
+    report.projectName = QStringLiteral("plant");
+    report.plcName = QStringLiteral("meter");
+    emit boxForm()->sendDataToMainWindow(report);
+    QCOMPARE(ProjectDump::shape(folder("Data")), QStringLiteral("Data(meter())"));
+    QCOMPARE(m_window->monitoringTabs()->count(), 0);
+    emit boxForm()->sendDataToMainWindow(report);
+    QCOMPARE(m_window->monitoringTabs()->count(), 1);
+}
+
+void tst_ResourceTabs::foreignWidgetInTheBoxTabStopsTheSlot()
+{
+    EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
+    auto *form = new QDialog(nullptr, Qt::Widget);
+    tabs.place(tabs.make(editBox, form), {});
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    QCOMPARE(m_window->form(editBox), form);
+    QCOMPARE(m_window->countOf(editBox), 1);
+}
+
+namespace
+{
+
+// Forms of two sub-kinds, of a kind "Edit Standard".
+class FirstForm : public QDialog
+{
+    Q_OBJECT
+public:
+    FirstForm(const QStandardItem *item, Workspace *) : QDialog(nullptr, Qt::Widget) { showItem(item); }
+    void replaceItem(const QStandardItem *item) { showItem(item); }
+
+private:
+    void showItem(const QStandardItem *item) { setWindowTitle(item->text()); }
+};
+
+class SecondForm : public FirstForm
+{
+    Q_OBJECT
+public:
+    using FirstForm::FirstForm;
+};
+
+template <typename Form> ResourceKinds::FormClass formClass(const char *subKind)
+{
+    return {QString::fromLatin1(subKind),
+            [](QStandardItem *item, Workspace *workspace) -> QDialog * { return new Form(item, workspace); },
+            [](const QWidget *open) { return open && open->metaObject() == &Form::staticMetaObject; },
+            [](QWidget *open, QStandardItem *item) { static_cast<Form *>(open)->replaceItem(item); },
+            nullptr};
+}
+
+// Opens the current item's form of the two.
+void editWithTwoForms(Window *window)
+{
+    const ResourceKinds::EditKind kind{EditorTabs::standardTitle,
+                                       standardProtocolRole,
+                                       {formClass<FirstForm>("one"), formClass<SecondForm>("two")},
+                                       {EditorTabs::boxTitle}};
+    EditorTabs tabs(window->dockManager(), window->viewMenu(), nullptr);
+    MonitoringView monitoring(nullptr, nullptr, nullptr);
+    ResourceActions(window, &tabs, &monitoring).edit(kind);
+}
+
+} // namespace
+
+void tst_ResourceTabs::otherFormReplacesTheTab()
+{
+    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    editWithTwoForms(m_window.data());
+    const QPointer<QDialog> old = m_window->form(editStandard);
+    QVERIFY(qobject_cast<SecondForm *>(old));
+    m_window->select(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("one")));
+    editWithTwoForms(m_window.data());
+    QVERIFY(m_window->form(editStandard) != old);
+    QVERIFY(!qobject_cast<SecondForm *>(m_window->form(editStandard)));
+    QCOMPARE(m_window->form(editStandard)->windowTitle(), QStringLiteral("b"));
+    QCOMPARE(m_window->countOf(editStandard), 1);
+    Window::settle();
+    QVERIFY(!old);
+    QCOMPARE(m_window->tabs(editStandard).size(), 1);
+}
+
+void tst_ResourceTabs::sameFormIsRebound()
+{
+    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    editWithTwoForms(m_window.data());
+    const QPointer<QDialog> old = m_window->form(editStandard);
+    m_window->select(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("two")));
+    editWithTwoForms(m_window.data());
+    QCOMPARE(m_window->form(editStandard), old.data());
+    QCOMPARE(old->windowTitle(), QStringLiteral("b"));
+    QCOMPARE(m_window->countOf(editStandard), 1);
+    old->accept();
+    QCOMPARE(m_window->tab(editStandard), nullptr);
+}
+
+void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime_data()
+{
+    QTest::addColumn<QByteArray>("folderText");
+    QTest::addColumn<int>("role");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("subKind");
+    for (const char *subKind : {"DIDO", "CustomPoll", "OpcUA", "modbus", ""}) {
+        QTest::addRow("Standard \"%s\"", subKind) << QByteArray("Standard") << int(standardProtocolRole)
+                                                  << editStandard << QString::fromLatin1(subKind);
+    }
+    QTest::newRow("Service") << QByteArray("Service") << int(serviceProtocolRole) << editService
+                             << QStringLiteral("IEC104");
+}
+
+void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime()
+{
+    QFETCH(QByteArray, folderText);
+    QFETCH(int, role);
+    QFETCH(QString, title);
+    QFETCH(QString, subKind);
+    QStandardItem *item =
+        ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("dormant"), QString());
+    item->setData(subKind, role);
+    m_window->click(item);
+    m_window->click(item);
+    m_window->click(item);
+    QCOMPARE(m_window->countOf(title), 3);
+    QCOMPARE(m_window->tabs(title).size(), 0);
+    const QList<ads::CDockWidget *> docks = m_window->dockManager()->findChildren<ads::CDockWidget *>();
+    for (const ads::CDockWidget *dock : docks) {
+        if (dock->windowTitle() == title) {
+            QVERIFY(!dock->widget());
+            QVERIFY(dock->icon().isNull());
+            QVERIFY(!dock->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+        }
+    }
+}
+
+void tst_ResourceTabs::kindWithoutAFormClosesTheOpenForm()
+{
+    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    editWithTwoForms(m_window.data());
+    const QPointer<QDialog> old = m_window->form(editStandard);
+    QVERIFY(old);
+    m_window->click(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("OpcUA")));
+    QCOMPARE(m_window->tab(editStandard), nullptr);
+    QCOMPARE(m_window->countOf(editStandard), 1);
+    Window::settle();
+    QVERIFY(!old);
+}
+
+void tst_ResourceTabs::tabsStandBesideTheirNeighbours()
+{
+    m_window->click(m_project);
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->click(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("OpcUA")));
+    m_window->click(folder("Service")->child(0));
+    QVERIFY(m_window->areas().contains(QStringList({editProject, editBox, editStandard, editService})));
+    // The project's form looks for Box, Server and PLC only, and the one in front here is none of them.
+    m_window->click(m_project);
+    QVERIFY(m_window->areas().contains(QStringList({editBox, editStandard, editService})));
+    QVERIFY(m_window->areas().contains(QStringList(editProject)));
+}
+
+void tst_ResourceTabs::hiddenTabComesBackWithTheOtherItem()
+{
+    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->tab(editBox)->toggleViewAction()->trigger();
+    QVERIFY(m_window->tab(editBox)->isClosed());
+    m_window->click(Window::addBox(m_project, QStringLiteral("b"), nobody));
+    QVERIFY(m_window->tab(editBox)->isVisible());
+    QCOMPARE(boxForm()->nameEdit()->text(), QStringLiteral("b"));
+}
+
+QTEST_MAIN(tst_ResourceTabs)
+#include "tst_resourcetabs.moc"

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "boxlink/boxeditdialog.h"
+#include "support/boxpeer.h"
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+#include "support/workspacefake.h"
+
+#include <QJsonObject>
+#include <QMap>
+#include <QObject>
+#include <QPointer>
+#include <QStandardItem>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+// One row for each input of a Box form: its name, its role, and a text of its own for it.
+struct BoxInput {
+    const char *name;
+    int role;
+    const char *text;
+};
+const QVector<BoxInput> &boxInputs();
+
+// The item's data under the roles of the inputs.
+QMap<int, QVariant> rolesOf(const QStandardItem &item);
+
+// The frame of a JSON answer.
+QByteArray jsonAnswer(const QByteArray &text);
+// The JSON requests among the frames that a session brought, in order.
+QList<QJsonObject> requestsIn(const QByteArray &stream);
+
+// What the tests of the Box form share: a Box that they speak for, an item full of values, a main window, and
+// watch over each message box and dialog. Each program has a Box address of its own.
+class BoxFormTest : public QObject
+{
+    Q_OBJECT
+protected:
+    explicit BoxFormTest(QString boxAddress);
+
+    // Opens m_form on m_item; it connects to m_box.
+    void open();
+    template <typename Widget> Widget *find(const char *name) const
+    {
+        return m_form->findChild<Widget *>(QLatin1String(name));
+    }
+    void click(const char *button) const;
+    // What an input shows; of a pair of radio buttons "on", "off" or "neither".
+    QString shown(const char *name) const;
+    // What all inputs show, under their roles.
+    QMap<int, QVariant> shownRoles() const;
+    QString status() const;
+    QString boxAddress() const { return m_boxAddress; }
+    // What m_item begins with: the text of each input.
+    QMap<int, QVariant> fullRoles() const;
+    // Waits until the last session has said its first heartbeat.
+    bool connected() const;
+    // Sends to the form on the last connection.
+    void answer(const QByteArray &bytes) const;
+    // Runs the act in the loop of the next message box, which nobody else answers, then leaves the box.
+    void actBelowTheNextBox(std::function<void()> act);
+    // Takes the address in the next host address dialog, whether or not it offers it.
+    void chooseHostAddress(const QString &address);
+
+    std::unique_ptr<BoxPeer> m_box;
+    std::unique_ptr<WorkspaceFake> m_workspace;
+    std::unique_ptr<QStandardItem> m_item;
+    std::unique_ptr<MessageBoxes> m_boxes;
+    std::unique_ptr<ModalDialogs> m_dialogs;
+    QPointer<BoxEditDialog> m_form;
+
+protected slots:
+    void init();
+    void cleanup();
+
+private:
+    QString m_boxAddress;
+};
