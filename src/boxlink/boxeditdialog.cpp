@@ -76,7 +76,8 @@ void BoxEditDialog::buildForm()
     // The session ends before whoever hears the rejection closes the form.
     connect(buttons.cancel, &QPushButton::clicked, this, &BoxEditDialog::disconnectFromServer);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::rejected);
-    for (QPushButton *button : findChildren<QPushButton *>()) {
+    const auto pushButtons = findChildren<QPushButton *>();
+    for (QPushButton *button : pushButtons) {
         button->setAutoDefault(false);
     }
 }
@@ -90,7 +91,8 @@ QTabWidget *BoxEditDialog::buildPages()
     m_version = common.version;
     m_progress = common.progress;
     tabs->addTab(common.widget, tr("Commonly"));
-    for (const BoxGroup &group : BoxGroups::groups()) {
+    const QVector<BoxGroup> groups = BoxGroups::groups();
+    for (const BoxGroup &group : groups) {
         QWidget *page = buildGroupPage(group);
         if (group.title) {
             tabs->addTab(page, tr(group.title));

@@ -16,8 +16,7 @@
 // Lives in the GUI thread, since the answer to a write is told in a modal box. May be deleted at any time,
 // also while connected, but not from a slot that one of its own signals calls, nor while such a box stands:
 // dispose() may.
-class Protocol
-    : public QObject // clazy:exclude=fully-qualified-moc-types (the names below are the signatures)
+class Protocol : public QObject
 {
     Q_OBJECT
 public:

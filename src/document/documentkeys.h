@@ -57,28 +57,28 @@ struct ParameterField {
 };
 
 // clang-format off
-inline constexpr QLatin1String nameKey("name");
-inline constexpr QLatin1String descriptionKey("description");
-inline constexpr QLatin1String protocolKey("protocol");
-inline constexpr QLatin1String modbusKey("modbus");
-inline constexpr QLatin1String parameterKey("parameter");
-inline constexpr QLatin1String extendedParametersKey("extendedParameters");
-inline constexpr QLatin1String authenticationKey("authentication");
-inline constexpr QLatin1String datasKey("datas");
-inline constexpr QLatin1String standardsKey("standards");
-inline constexpr QLatin1String servicesKey("services");
-inline constexpr QLatin1String boxsKey("boxs");
+inline const QLatin1String nameKey("name");
+inline const QLatin1String descriptionKey("description");
+inline const QLatin1String protocolKey("protocol");
+inline const QLatin1String modbusKey("modbus");
+inline const QLatin1String parameterKey("parameter");
+inline const QLatin1String extendedParametersKey("extendedParameters");
+inline const QLatin1String authenticationKey("authentication");
+inline const QLatin1String datasKey("datas");
+inline const QLatin1String standardsKey("standards");
+inline const QLatin1String servicesKey("services");
+inline const QLatin1String boxsKey("boxs");
 
-inline constexpr QLatin1String modbus("Modbus");
-inline constexpr QLatin1String modbusTcp("ModbusTCP");
-inline constexpr QLatin1String modbusRtu("ModbusRTU");
-inline constexpr QLatin1String dlt645("DLT645");
-inline constexpr QLatin1String dido("DIDO");
-inline constexpr QLatin1String customPoll("CustomPoll");
-inline constexpr QLatin1String opcUa("OpcUA");
-inline constexpr QLatin1String iec61850("IEC61850");
+inline const QLatin1String modbus("Modbus");
+inline const QLatin1String modbusTcp("ModbusTCP");
+inline const QLatin1String modbusRtu("ModbusRTU");
+inline const QLatin1String dlt645("DLT645");
+inline const QLatin1String dido("DIDO");
+inline const QLatin1String customPoll("CustomPoll");
+inline const QLatin1String opcUa("OpcUA");
+inline const QLatin1String iec61850("IEC61850");
 
-inline constexpr Field boxFields[] = {
+inline const Field boxFields[] = {
     {QLatin1String("ip"), boxIpRole},
     {QLatin1String("lanIp"), boxLanIpRole},
     {QLatin1String("lanMask"), boxLanMaskRole},
@@ -104,18 +104,18 @@ inline constexpr Field boxFields[] = {
     {QLatin1String("lteOnOff"), boxLteOnOffRole},
 };
 
-inline constexpr Field serviceFields[] = {
+inline const Field serviceFields[] = {
     {QLatin1String("port"), servicePortRole},
     {QLatin1String("enableGoosePublishing"), serviceEnableGoosePublishingRole},
     {QLatin1String("enableSSL"), serviceEnableSslRole},
     {QLatin1String("isVerifyClientCert"), serviceIsVerifyClientCertRole},
 };
 
-inline constexpr Field servicePasswordFields[] = {
+inline const Field servicePasswordFields[] = {
     {QLatin1String("password"), servicePasswordRole},
 };
 
-inline constexpr Field serviceCertificateFields[] = {
+inline const Field serviceCertificateFields[] = {
     {QLatin1String("rootCertificate"), serviceRootCertificateRole},
     {QLatin1String("rootCertificatePath"), serviceRootCertificatePathRole},
     {QLatin1String("serverCertificate"), serviceServerCertificateRole},
@@ -125,7 +125,7 @@ inline constexpr Field serviceCertificateFields[] = {
     {QLatin1String("serverKeyPassword"), serviceServerKeyPasswordRole},
 };
 
-inline constexpr Field serviceClientCertificateFields[] = {
+inline const Field serviceClientCertificateFields[] = {
     {QLatin1String("clientCertificate1"), serviceClientCertificate1Role},
     {QLatin1String("clientCertificatePath1"), serviceClientCertificatePath1Role},
     {QLatin1String("clientCertificate2"), serviceClientCertificate2Role},
@@ -149,9 +149,9 @@ inline constexpr Field serviceClientCertificateFields[] = {
 };
 
 // One key, two roles: a Standard keeps the time-out of its serial line apart from that of its TCP link.
-inline constexpr QLatin1String communicationTimeoutKey("communicationTimeout");
+inline const QLatin1String communicationTimeoutKey("communicationTimeout");
 
-inline constexpr ParameterField standardParameters[] = {
+inline const ParameterField standardParameters[] = {
     {QLatin1String("serialport"), standardSerialPortRole, Coding::Text, Serial},
     {QLatin1String("baudRate"), standardBaudRateRole, Coding::Text, Serial},
     {QLatin1String("dataBit"), standardDataBitRole, Coding::Text, Serial},
@@ -170,7 +170,7 @@ inline constexpr ParameterField standardParameters[] = {
 };
 
 // "extendedParameters" of OpcUA, beside "authentication".
-inline constexpr Field standardSecurityFields[] = {
+inline const Field standardSecurityFields[] = {
     {QLatin1String("securityPolicy"), standardSecurityPolicyRole},
     {QLatin1String("messageSecurityMode"), standardMessageSecurityModeRole},
     {QLatin1String("username"), standardUsernameRole},
@@ -182,14 +182,14 @@ inline constexpr Field standardSecurityFields[] = {
 };
 
 // Row 0 of a Modbus group, then each further row.
-inline constexpr Column modbusGroupColumns[] = {
+inline const Column modbusGroupColumns[] = {
     {QLatin1String("series")},
     {QLatin1String("stationNum")},
     {QLatin1String("byteOrder")},
     {QLatin1String("startAddress0"), Coding::Flag},
     {QLatin1String("charReversed"), Coding::Flag},
 };
-inline constexpr Column modbusPointColumns[] = {
+inline const Column modbusPointColumns[] = {
     {QLatin1String("addr")},
     {QLatin1String("name")},
     {QLatin1String("dataType")},
@@ -198,20 +198,20 @@ inline constexpr Column modbusPointColumns[] = {
 };
 
 // A DLT645 group and point: no plain columns, see the writer and the reader.
-inline constexpr QLatin1String slaveAddressKey("slaveAddress");
-inline constexpr QLatin1String protocolVersionKey("protocolVersion");
-inline constexpr QLatin1String selectKey("select");
-inline constexpr QLatin1String addrKey("addr");
-inline constexpr QLatin1String dataTypeKey("dataType");
+inline const QLatin1String slaveAddressKey("slaveAddress");
+inline const QLatin1String protocolVersionKey("protocolVersion");
+inline const QLatin1String selectKey("select");
+inline const QLatin1String addrKey("addr");
+inline const QLatin1String dataTypeKey("dataType");
 
 // Rows of the kinds that keep a plain list. They are written and never read back.
-inline constexpr Column didoColumns[] = {
+inline const Column didoColumns[] = {
     {QLatin1String("addr")},
     {QLatin1String("name")},
     {QLatin1String("permissions")},
     {QLatin1String("reportingMethod")},
 };
-inline constexpr Column customPollColumns[] = {
+inline const Column customPollColumns[] = {
     {QLatin1String("name")},
     {QLatin1String("hex")},
     {QLatin1String("dataContent")},
@@ -219,7 +219,7 @@ inline constexpr Column customPollColumns[] = {
     {QLatin1String("permissions")},
     {QLatin1String("reportingMethod")},
 };
-inline constexpr Column opcUaColumns[] = {
+inline const Column opcUaColumns[] = {
     {QLatin1String("addr")},
     {QLatin1String("name")},
     {QLatin1String("index")},

@@ -116,7 +116,7 @@ void CMainWindow::CESwitching()
     const QString file =
         m_chinese ? QStringLiteral(":/adsdemo/english.qm") : QStringLiteral(":/adsdemo/chinese.qm");
     m_chinese = !m_chinese;
-    if (translator.load(file, QStringLiteral(""), QStringLiteral(""), QStringLiteral(""))) {
+    if (translator.load(file, QLatin1String(""), QLatin1String(""), QLatin1String(""))) {
         QCoreApplication::installTranslator(&translator);
     } else {
         QCoreApplication::removeTranslator(&translator);

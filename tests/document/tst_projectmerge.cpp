@@ -258,7 +258,8 @@ void TestProjectMerge::wrongTypesInTheRootReadAsMissing_data()
             {"object", QJsonValue(QJsonObject{{S("name"), S("x")}})},
         };
         for (const auto &value : values) {
-            QTest::newRow(QByteArray(key) + " is a " + value.first) << S(key) << value.second;
+            const QByteArray row = QByteArray(key) + " is a " + value.first;
+            QTest::newRow(row.constData()) << S(key) << value.second;
         }
     }
     QTest::newRow("name is an array") << S("name") << QJsonValue(QJsonArray{S("x")});

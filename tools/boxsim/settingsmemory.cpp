@@ -9,7 +9,7 @@ namespace
 constexpr int rebootType = 6;
 constexpr int longestValue =
     1024; // so that the largest group's answer fits its 16-bit length, escaped or not
-constexpr QLatin1String dateKey("date");
+const QLatin1String dateKey("date");
 
 struct Field {
     QString key;
