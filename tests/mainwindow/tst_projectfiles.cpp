@@ -44,8 +44,7 @@ private slots:
     void savingTellsThePath();
     void saveThatFailsShowsNothing();
     void anyItemIsSavedAsAProject();
-    void nothingCurrentIsALogLine();
-    void currentProjectIsSaved();
+    void noProjectIsALogLine();
     void allProjectsAreSavedInRowOrder();
     void failureStopsNoneOfTheRest();
     void noProjectsSaveSilently();
@@ -56,6 +55,7 @@ private slots:
     void loadThatFailsShowsNothing_data();
     void loadThatFailsShowsNothing();
     void emptyObjectLoads();
+    void viewMayBeGone();
     void textsAreThoseOfTheMainWindow();
     void busyCursorIsGoneWhenTheBoxStands();
     void dialogAsksForAFile();
@@ -137,21 +137,11 @@ void TestProjectFiles::anyItemIsSavedAsAProject()
              QByteArray("{\n    \"description\": \"\",\n    \"name\": \"Standard\"\n}\n"));
 }
 
-void TestProjectFiles::nothingCurrentIsALogLine()
+void TestProjectFiles::noProjectIsALogLine()
 {
     addProject(QStringLiteral("P"), m_dir->path());
     QTest::ignoreMessage(QtDebugMsg, "No project selected.");
-    m_files->saveCurrent(nullptr);
-    QVERIFY(!QFile::exists(path("P.json")));
-}
-
-void TestProjectFiles::currentProjectIsSaved()
-{
-    addProject(QStringLiteral("P"), m_dir->path());
-    QStandardItem *current = addProject(QStringLiteral("Q"), m_dir->path());
-    m_boxes->expect();
-    m_files->saveCurrent(current);
-    QCOMPARE(m_boxes->told(), QStringList({saved(path("Q.json"))}));
+    m_files->saveProject(nullptr);
     QVERIFY(!QFile::exists(path("P.json")));
 }
 
@@ -275,6 +265,16 @@ void TestProjectFiles::emptyObjectLoads()
     m_files->loadFile(path("x.json"));
     QCOMPARE(ProjectDump::shape(m_model->item(0)), QStringLiteral("(Standard() Service() Box() Data())"));
     QCOMPARE(m_boxes->told().size(), 1);
+}
+
+void TestProjectFiles::viewMayBeGone()
+{
+    auto *view = new QTreeView;
+    ProjectFiles files(m_view.data(), m_model.data(), view);
+    delete view;
+    m_boxes->expect();
+    files.loadFile(QStringLiteral(TEST_DATA_DIR "/empty.json"));
+    QCOMPARE(m_model->rowCount(), 1);
 }
 
 void TestProjectFiles::textsAreThoseOfTheMainWindow()
