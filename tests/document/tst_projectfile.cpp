@@ -2,31 +2,20 @@
 #include "document/documenttest.h"
 #include "document/projectfile.h"
 #include "document/projectreader.h"
+#include "support/files.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <csignal>
 #include <sys/resource.h>
 #include <unistd.h>
 
+using Files::contents;
+using Files::put;
+
 namespace
 {
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
-
-void put(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("%s can't be written", qPrintable(path));
-    }
-}
 
 QStringList filesIn(const QString &folder)
 {

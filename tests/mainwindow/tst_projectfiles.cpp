@@ -2,12 +2,12 @@
 #include "mainwindow/projectfiles.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "support/files.h"
 #include "support/language.h"
 #include "support/messageboxes.h"
 #include "support/projectdump.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
@@ -15,24 +15,8 @@
 #include <QTreeView>
 #include <QtTest>
 
-namespace
-{
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
-
-void put(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("%s can't be written", qPrintable(path));
-    }
-}
-
-} // namespace
+using Files::contents;
+using Files::put;
 
 class TestProjectFiles : public QObject
 {
