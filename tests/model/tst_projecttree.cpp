@@ -198,7 +198,7 @@ void TestProjectTree::listTypesAreRegisteredByName()
     QCOMPARE(QMetaType::type("QList<QVariantList>"), qMetaTypeId<RowList>());
     QCOMPARE(QMetaType::type("QMap<QString,QList<QVariantList>>"), qMetaTypeId<GroupMap>());
     QCOMPARE(QVariant::fromValue(RowList()).typeName(), "QList<QVariantList>");
-    QCOMPARE(QVariant::fromValue(GroupMap()).typeName(), "QMap<QString,QList<QVariantList>>");
+    QCOMPARE(QVariant::fromValue(GroupMap()).typeName(), "QMap<QString,QList<QVariantList> >");
 }
 
 void TestProjectTree::unsetRoleReadsAsEmptyText()
