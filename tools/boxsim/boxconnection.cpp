@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr qint64 readPiece = 64 * 1024;
+constexpr qint64 readPiece = 65536;
 constexpr int longestClosing = 2000; // milliseconds
 
 int otherTransfer(int command)

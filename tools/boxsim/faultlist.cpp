@@ -91,7 +91,7 @@ bool applyRefusal(const QString &value, BoxSimFaults *faults)
 {
     const int colon = value.indexOf(QLatin1Char(':'));
     bool ok = true;
-    const int type = colon < 0 ? 0 : value.left(colon).toInt(&ok);
+    const int type = colon < 0 ? 0 : value.leftRef(colon).toInt(&ok);
     const QString code = value.mid(colon + 1);
     if (!ok || code.isEmpty()) {
         return false;

@@ -9,7 +9,7 @@ namespace
 constexpr int rebootType = 6;
 constexpr int longestValue =
     1024; // so that the largest group's answer fits its 16-bit length, escaped or not
-constexpr QLatin1String dateKey("date");
+constexpr char dateKey[] = "date";
 
 struct Field {
     QString key;
@@ -137,7 +137,7 @@ bool SettingsMemory::write(int type, const QJsonObject &values)
 
 QString SettingsMemory::value(const QString &key) const
 {
-    if (key == dateKey) {
+    if (key == QLatin1String(dateKey)) {
         return QDateTime::currentDateTime().addMSecs(m_clockOffset).toString(dateFormat());
     }
     return m_values.value(key);
@@ -148,7 +148,7 @@ bool SettingsMemory::setValue(const QString &key, const QString &value)
     if (!m_values.contains(key) || value.size() > longestValue) {
         return false;
     }
-    if (key != dateKey) {
+    if (key != QLatin1String(dateKey)) {
         m_values.insert(key, value);
         return true;
     }
