@@ -1,11 +1,11 @@
 #include "plc/parametercsv.h"
 
 #include "plc/parametereditor.h"
+#include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QFileDialog>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QTableWidget>
@@ -163,7 +163,7 @@ void ParameterEditor::loadParameters(const RowList &rows)
 
 void ParameterEditor::importParameters()
 {
-    const QString path = QFileDialog::getOpenFileName(
+    const QString path = chooseOpenFile(
         m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")), QString(),
         ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
     if (!path.isEmpty()) {
@@ -174,7 +174,7 @@ void ParameterEditor::importParameters()
 void ParameterEditor::exportParameters()
 {
     // The title of an open dialog stands on the save dialog of one variant, on purpose.
-    const QString path = QFileDialog::getSaveFileName(
+    const QString path = chooseSaveFile(
         m_form, ParameterText::tr(m_variant.exportTitle), QString(),
         ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
     if (!path.isEmpty()) {
@@ -209,13 +209,12 @@ void ParameterEditor::importFile(const QString &path)
         refuse(import.refusal);
         return;
     }
-    // The table made last is emptied and given the buttons, on purpose, also when another one is filled.
+    // The table made last is emptied, on purpose, also when another one is filled.
     if (QTableWidget *latest = m_latest()) {
         latest->setRowCount(0);
     }
     loadParameters(import.rows);
     if (guard) {
-        refreshButtons(m_latest());
         log("importParameters");
     }
 }
