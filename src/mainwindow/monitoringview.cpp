@@ -93,7 +93,7 @@ MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTre
 
 void MonitoringView::receive(const Protocol::dataMonitoringData &data)
 {
-    qDebug() << "Main: " << data.projectName;
+    qDebug().noquote().nospace() << "Main: " << data.projectName;
     QStandardItem *project = m_model ? ProjectTree::projectNamed(*m_model, data.projectName) : nullptr;
     if (!project) {
         return;
