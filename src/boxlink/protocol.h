@@ -86,8 +86,8 @@ public:
     // Connects without looking at the state.
     void openConnection(const QString &ip);
     void closeConnection();
-    // Closes the link, lets no signal out any more, and deletes the object: at once, or, while one of its calls is
-    // on the stack below a message box, when that has returned. Until then it has no parent.
+    // Closes the link, lets no signal out any more, and deletes the object: at once, or, while one of its calls
+    // is on the stack below a slot or a message box, when that has returned. Until then it has no parent.
     void dispose();
 
     // Requests. On a link that is not open the status tells so and the request is lost.
@@ -169,7 +169,7 @@ private:
     QTimer m_offlineTimer; // single shot, 30000 ms
     FrameAssembler m_assembler;
     QHostAddress m_boundAddress; // null: any
-    int m_holds = 0;             // calls on the stack that may have a message box above them
+    int m_holds = 0; // calls on the stack that go on after a signal or a message box
     bool m_disposed = false;
 };
 

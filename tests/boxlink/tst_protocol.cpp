@@ -44,6 +44,9 @@ private slots:
     void noBoxAtTheAddress();
     void requestOnAConnectingSocketIsSentLater();
     void closeOfAClosedSocketDoesNothing();
+
+    void disposedFromItsOwnSignals_data();
+    void disposedFromItsOwnSignals();
     void deletedWhileConnected();
     void deletedWhileConnecting();
     void deletedWhileClosing();
@@ -302,6 +305,63 @@ void tst_Protocol::closeOfAClosedSocketDoesNothing()
     Told told(&protocol);
     protocol.closeConnection();
     QCOMPARE(told.lines, QStringList());
+}
+
+void tst_Protocol::disposedFromItsOwnSignals_data()
+{
+    QTest::addColumn<QString>("line"); // the session goes when it tells this
+    QTest::newRow("request on a closed link") << requestUnsent;
+    QTest::newRow("heartbeat on a closed link") << heartbeatUnsent;
+    QTest::newRow("silence") << QStringLiteral("offline");
+    QTest::newRow("heartbeat answer") << connected;
+    QTest::newRow("version") << QStringLiteral("version 1.2.3");
+    QTest::newRow("disconnection") << disconnected;
+    QTest::newRow("reconnection") << waiting;
+}
+
+void tst_Protocol::disposedFromItsOwnSignals()
+{
+    QFETCH(QString, line);
+
+    const QPointer<Protocol> protocol = new Protocol;
+    QStringList lines;
+    const auto take = [&](const QString &told) {
+        lines.append(told);
+        if (told == line) {
+            protocol->dispose();
+        }
+    };
+    connect(protocol, &Protocol::connectionStatusChanged, this, take);
+    connect(protocol, &Protocol::versionReceived, this,
+            [&take](const QString &version) { take(QStringLiteral("version ") + version); });
+    connect(protocol, &Protocol::offlineOccurred, this, [&take] { take(QStringLiteral("offline")); });
+
+    protocol->readLanAllocation();
+    if (protocol) {
+        heartbeatTimer(*protocol)->start(0);
+        offlineTimer(*protocol)->start(20);
+        QTRY_VERIFY(!protocol || lines.contains(QStringLiteral("offline")));
+    }
+    if (protocol) {
+        heartbeatTimer(*protocol)->stop();
+        // Not off a socket: the frame reader alone is on the stack.
+        const QByteArray twice = answer + answer;
+        protocol->assembleFrames(twice.constData(), unsigned(twice.size()));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    if (protocol) {
+        protocol->openConnection(address);
+        QTRY_VERIFY(m_box->received().startsWith(heartbeat));
+        m_box->close();
+        QTRY_VERIFY(!protocol || lines.contains(disconnected));
+    }
+    if (protocol) {
+        protocol->bindToAddress(QHostAddress(QStringLiteral("127.0.10.59")));
+        protocol->connectToBox(address);
+        QTRY_VERIFY(!protocol);
+    }
+    QCOMPARE(lines.last(), line);
+    QCOMPARE(lines.count(line), 1);
 }
 
 void tst_Protocol::deletedWhileConnected()
