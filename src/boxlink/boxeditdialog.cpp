@@ -33,7 +33,6 @@ BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
       m_fields("BoxEditDialog")
 {
     setWindowTitle(tr("Edit Box"));
-    setMinimumWidth(480);
     resize(480, 460);
     buildForm();
     m_fields.fill(m_item, FieldTable::Unknown::Keep);
