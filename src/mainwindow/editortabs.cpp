@@ -2,6 +2,7 @@
 
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
+#include "model/itemref.h"
 #include "widgets/svgicon.h"
 
 #include <QAbstractButton>
@@ -10,7 +11,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
-#include <QStandardItemModel>
+#include <QStandardItem>
 
 const char *const EditorTabs::boxTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Box");
 const char *const EditorTabs::plcTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit PLC");
@@ -161,10 +162,8 @@ void EditorTabs::renameOnSave(const RenamingForm &form, QStandardItem *item, ads
 {
     // The item stays that of the first opening, on purpose: a tab that was re-bound to a sibling meets that
     // sibling's own name as a duplicate, and is to be closed and opened anew before it can be saved.
-    const QStandardItemModel *model = item->model();
-    const QPersistentModelIndex index(item->index());
     connect(form.save, &QAbstractButton::clicked, form.form,
-            [=] { renameAndSave(form, model->itemFromIndex(index), tab, window); });
+            [form, first = ItemRef(item), tab, window] { renameAndSave(form, first.item(), tab, window); });
 }
 
 void EditorTabs::unregister(const ads::CDockWidget *tab)
