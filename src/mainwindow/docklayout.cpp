@@ -35,6 +35,15 @@ void switchOff(CDockWidget *dock, std::initializer_list<CDockWidget::DockWidgetF
     Docking::setPinnable(dock, false);
 }
 
+// The icons of the nodes are dark and drawn for light ground: they vanish on most platforms' highlight.
+void setReadableSelection(QTreeView *tree)
+{
+    QPalette palette;
+    palette.setColor(QPalette::Highlight, QColor(0xcf, 0xe6, 0xf7));
+    palette.setColor(QPalette::HighlightedText, QColor(0x1e, 0x1e, 0x1e));
+    tree->setPalette(palette);
+}
+
 } // namespace
 
 DockLayout::DockLayout(CMainWindow *window)
@@ -122,6 +131,7 @@ CDockWidget *DockLayout::makeProjectDock(QStandardItemModel *model)
     m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
     m_tree->expandAll();
+    setReadableSelection(m_tree);
     connect(m_tree, &QTreeView::customContextMenuRequested, m_window, &CMainWindow::prjectTreeView_MenuPopup);
     connect(m_tree, &QTreeView::clicked, m_window, &CMainWindow::prjectTreeView_clicked);
     connect(m_tree, &QTreeView::pressed, m_window, &CMainWindow::prjectTreeView_pressed);
