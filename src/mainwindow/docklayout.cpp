@@ -197,7 +197,8 @@ void DockLayout::restoreState()
     const QSettings settings(settingsFile, QSettings::IniFormat);
     m_window->restoreGeometry(settings.value(geometryKey).toByteArray());
     m_window->restoreState(settings.value(stateKey).toByteArray());
-    m_manager->restoreState(settings.value(dockingStateKey).toByteArray());
+    // The manager's states are compressed, and so is the empty one that stands for none.
+    m_manager->restoreState(settings.value(dockingStateKey, qCompress(QByteArray())).toByteArray());
 }
 
 void DockLayout::loadPerspectives()
