@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QSignalBlocker>
+#include <QSplitter>
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTreeView>
@@ -68,6 +69,8 @@ void DockLayout::createManager()
     m_manager = new ads::CDockManager(m_window);
     Docking::setFloatingToolBarStyle(m_manager);
     connect(m_perspectives, &QComboBox::textActivated, m_manager, &ads::CDockManager::openPerspective);
+    // A restored layout stands in new splitters.
+    connect(m_manager, &ads::CDockManager::stateRestored, this, &DockLayout::keepTreeWidth);
 }
 
 void DockLayout::createDocks(QStandardItemModel *model, QMenu *viewMenu)
@@ -76,11 +79,13 @@ void DockLayout::createDocks(QStandardItemModel *model, QMenu *viewMenu)
     ads::CDockAreaWidget *center = m_manager->addDockWidget(ads::CenterDockWidgetArea, monitoring);
     CDockWidget *project = makeProjectDock(model);
     ads::CDockAreaWidget *left = m_manager->addDockWidget(ads::LeftDockWidgetArea, project, center);
+    m_projectDock = project;
     CDockWidget *message = makeMessageDock();
     m_manager->addDockWidget(ads::BottomDockWidgetArea, message, center);
     // The first layout, in proportion: a narrow tree, a low message dock, the rest for live values.
     m_manager->setSplitterSizes(left, {256, 1024});
     m_manager->setSplitterSizes(center, {450, 150});
+    keepTreeWidth();
 
     for (CDockWidget *dock : {monitoring, project, message}) {
         viewMenu->addAction(dock->toggleViewAction());
@@ -89,6 +94,18 @@ void DockLayout::createDocks(QStandardItemModel *model, QMenu *viewMenu)
     for (CDockWidget *dock : docks) {
         connect(dock, &CDockWidget::viewToggled, m_window, &CMainWindow::onViewToggled);
         connect(dock, &CDockWidget::visibilityChanged, m_window, &CMainWindow::onViewVisibilityChanged);
+    }
+}
+
+void DockLayout::keepTreeWidth()
+{
+    QWidget *area = m_projectDock ? m_projectDock->dockAreaWidget() : nullptr;
+    auto *splitter = area ? qobject_cast<QSplitter *>(area->parentWidget()) : nullptr;
+    if (!splitter || splitter->orientation() != Qt::Horizontal) {
+        return;
+    }
+    for (int i = 0; i < splitter->count(); ++i) {
+        splitter->setStretchFactor(i, splitter->widget(i) == area ? 0 : 1);
     }
 }
 
