@@ -13,12 +13,23 @@
 #include <QMessageBox>
 #include <QStandardItem>
 
+#include <algorithm>
+
 const char *const EditorTabs::boxTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Box");
 const char *const EditorTabs::plcTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit PLC");
 const char *const EditorTabs::serverTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Server");
 const char *const EditorTabs::standardTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Standard");
 const char *const EditorTabs::serviceTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Service");
 const char *const EditorTabs::projectTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Project");
+
+namespace
+{
+
+// What a new area for forms gets: enough to show them whole, yet never most of a small window.
+constexpr int formWidth = 520;
+constexpr int formPercentage = 42;
+
+} // namespace
 
 QString EditorTabs::titleOf(const char *source)
 {
@@ -81,7 +92,26 @@ void EditorTabs::place(ads::CDockWidget *tab, const QStringList &neighbours)
             break;
         }
     }
-    m_docks->addDockWidget(ads::RightDockWidgetArea, tab);
+    widen(m_docks->addDockWidget(ads::RightDockWidgetArea, tab));
+}
+
+void EditorTabs::widen(ads::CDockAreaWidget *area) const
+{
+    QList<int> sizes = m_docks->splitterSizes(area);
+    if (sizes.size() < 2) {
+        return;
+    }
+    if (sizes == QList<int>({0, 0})) {
+        sizes.first() = m_docks->width(); // the splitter was made for this area and is not laid out yet
+    }
+    const int wanted = qMin(formWidth, m_docks->width() * formPercentage / 100);
+    const auto widest = std::max_element(sizes.begin(), sizes.end() - 1);
+    const int taken = qMin(wanted - sizes.last(), (*widest - sizes.last()) / 2);
+    if (taken > 0) {
+        *widest -= taken;
+        sizes.last() += taken;
+        m_docks->setSplitterSizes(area, sizes);
+    }
 }
 
 void EditorTabs::show(ads::CDockWidget *tab, const QStringList &neighbours)
