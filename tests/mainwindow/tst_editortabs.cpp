@@ -224,8 +224,8 @@ void tst_EditorTabs::secondAreaOfASmallWindowSharesWithTheWidestOther()
     QTRY_VERIFY(one->dockAreaWidget()->width() > 520 - handles);
     const ads::CDockWidget *other = open(second);
     const auto leftover = [=] { return one->dockAreaWidget()->mapTo(m_window.data(), QPoint()).x(); };
-    QTRY_VERIFY(other->dockAreaWidget()->width() > 400);
-    QVERIFY(leftover() >= other->dockAreaWidget()->width());
+    QTRY_VERIFY(other->dockAreaWidget()->width() > 400
+                && leftover() >= other->dockAreaWidget()->width());
 }
 
 void tst_EditorTabs::theTreeKeepsItsWidth()

@@ -25,6 +25,7 @@ private slots:
     void leavingWithoutProjectsAsksAndStoresNothing();
     void leavingAsksAndSaves();
     void leavingWithoutSavingStoresTheLayout();
+    void leavingTakesAllFormsAndSessionsAlong();
     void cancelledLeavingKeepsTheProgram();
     void leavingTwiceAsksTwiceAndKeepsTheFirstLayout();
 
@@ -221,6 +222,33 @@ void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
     m_window->closeTabByName(QStringLiteral("meter"));
     m_window->prjectTreeView_MenuPopup(QPoint(5, 5));
     QCOMPARE(boxes.told().size(), 1);
+}
+
+void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
+{
+    QTcpServer box;
+    QVERIFY2(box.listen(QHostAddress(QStringLiteral("127.0.13.1")), 30088), qPrintable(box.errorString()));
+    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    m_window->click(project);
+    m_window->click(Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.13.1")));
+    m_window->click(Window::addStandard(project, QStringLiteral("bus"), QStringLiteral("Modbus")));
+    m_window->click(project->child(1)->child(0));
+    QList<QPointer<QDialog>> forms;
+    for (const char *title : {"Edit Project", "Edit Box", "Edit Standard", "Edit Service"}) {
+        forms.append(m_window->form(QLatin1String(title)));
+        QVERIFY(forms.last());
+    }
+    QTRY_VERIFY(box.hasPendingConnections());
+    const QTcpSocket *session = box.nextPendingConnection();
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::No);
+    QVERIFY(m_window->close());
+    Window::settle();
+    for (const QPointer<QDialog> &form : forms) {
+        QVERIFY(!form);
+    }
+    QTRY_COMPARE(session->state(), QAbstractSocket::UnconnectedState);
+    QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
 void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
