@@ -83,16 +83,16 @@ const char *refusalOf(RowFault fault, const ParameterVariant &variant)
     switch (fault) {
     case RowFault::Address:
         // A bad address passes in silence in the other variant, on purpose.
-        return variant.badAddressAbandons
-            ? QT_TRANSLATE_NOOP("ParameterTable",
-                                "The address in the CSV row does not match the expected format.")
-            : nullptr;
+        return variant.badAddressAbandons ? QT_TRANSLATE_NOOP(
+                   "ParameterTable", "The address in the CSV row does not match the expected format.")
+                                          : nullptr;
     case RowFault::Length:
-        return QT_TRANSLATE_NOOP("ParameterTable",
-                                 "The length of the numbers in the CSV row does not match the expected format.");
+        return QT_TRANSLATE_NOOP(
+            "ParameterTable", "The length of the numbers in the CSV row does not match the expected format.");
     case RowFault::Amplitude:
         return QT_TRANSLATE_NOOP(
-            "ParameterTable", "The magnitude of the change in the CSV row does not match the expected format.");
+            "ParameterTable",
+            "The magnitude of the change in the CSV row does not match the expected format.");
     case RowFault::CollectionFormula:
         return QT_TRANSLATE_NOOP("ParameterTable",
                                  "The collection formula in the CSV row does not match the expected format.");
@@ -130,13 +130,13 @@ ParameterCsv::Import ParameterCsv::read(QTextStream &stream, const ParameterVari
         }
         const QStringList fields = line.split(QLatin1Char(','));
         if (fields.size() < leastFields) {
-            import.refusal
-                = QT_TRANSLATE_NOOP("ParameterTable", "CSV file has incorrect column count, unable to import");
+            import.refusal =
+                QT_TRANSLATE_NOOP("ParameterTable", "CSV file has incorrect column count, unable to import");
         } else if (!headerRead) {
             headerRead = true;
             if (fields != headers) {
-                import.refusal
-                    = QT_TRANSLATE_NOOP("ParameterTable", "CSV header does not match expected format.");
+                import.refusal =
+                    QT_TRANSLATE_NOOP("ParameterTable", "CSV header does not match expected format.");
             }
         } else {
             const RowFault fault = checkRow(fields, variant);
@@ -163,9 +163,9 @@ void ParameterEditor::loadParameters(const RowList &rows)
 
 void ParameterEditor::importParameters()
 {
-    const QString path = chooseOpenFile(
-        m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")), QString(),
-        ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
+    const QString path =
+        chooseOpenFile(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")),
+                       QString(), ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
     if (!path.isEmpty()) {
         importFile(path);
     }
@@ -174,9 +174,9 @@ void ParameterEditor::importParameters()
 void ParameterEditor::exportParameters()
 {
     // The title of an open dialog stands on the save dialog of one variant, on purpose.
-    const QString path = chooseSaveFile(
-        m_form, ParameterText::tr(m_variant.exportTitle), QString(),
-        ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
+    const QString path =
+        chooseSaveFile(m_form, ParameterText::tr(m_variant.exportTitle), QString(),
+                       ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
     if (!path.isEmpty()) {
         exportFile(path);
     }
@@ -186,9 +186,9 @@ void ParameterEditor::importFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        Tell::warning(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "mistake")),
-                      ParameterText::tr(
-                          QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for reading.")));
+        Tell::warning(
+            m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "mistake")),
+            ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for reading.")));
         return;
     }
     QTextStream stream(&file);
@@ -200,9 +200,10 @@ void ParameterEditor::importFile(const QString &path)
         }
     };
     const ParameterCsv::Import import = ParameterCsv::read(stream, m_variant, [&refuse] {
-        refuse(QT_TRANSLATE_NOOP("ParameterTable",
-                                 "The multiple-choice content in the CSV row does not match the expected format. "
-                                 "Set as default value"));
+        refuse(QT_TRANSLATE_NOOP(
+            "ParameterTable",
+            "The multiple-choice content in the CSV row does not match the expected format. "
+            "Set as default value"));
     });
     file.close();
     if (import.refusal || !guard) {
@@ -223,9 +224,9 @@ void ParameterEditor::exportFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        Tell::warning(m_form, ParameterText::tr(m_variant.exportFailure),
-                      ParameterText::tr(
-                          QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for writing.")));
+        Tell::warning(
+            m_form, ParameterText::tr(m_variant.exportFailure),
+            ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for writing.")));
         return;
     }
     // Without a table the file stays empty.

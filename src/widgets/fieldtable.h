@@ -26,19 +26,21 @@ enum class FieldCheck { None, Ipv4, HostName, NoCjk, Port, Integer };
 
 // One field of a form: the row that builds, fills, saves and erases it.
 struct Field {
-    const char *name;  // objectName of the widget; an OnOff pair is "<name>On" and "<name>Off" in a "<name>" widget
+    const char
+        *name; // objectName of the widget; an OnOff pair is "<name>On" and "<name>Off" in a "<name>" widget
     const char *label; // source text, translated in the table's context
     FieldKind kind;
-    int role;                             // role of the item, or FieldTable::noRole
-    FieldCheck check = FieldCheck::None;  // what may be typed
-    QStringList entries = {};             // of a List, in order
-    const char *defaultValue = nullptr;   // written into a role that reads as empty, when the form opens
-    const char *listFallback = nullptr;   // List: entry selected when the role's text is not among the entries
+    int role;                            // role of the item, or FieldTable::noRole
+    FieldCheck check = FieldCheck::None; // what may be typed
+    QStringList entries = {};            // of a List, in order
+    const char *defaultValue = nullptr;  // written into a role that reads as empty, when the form opens
+    const char *listFallback = nullptr;  // List: entry selected when the role's text is not among the entries
 };
 
-// The fields of a form or of one group of it. The widgets belong to the layout's parent widget; the table itself
-// holds no more than pointers, so it must not outlive the form. A form of several pages appends and builds page by
-// page: all its fields then fill, save and clear as one, and fields with the same check share one validator.
+// The fields of a form or of one group of it. The widgets belong to the layout's parent widget; the table
+// itself holds no more than pointers, so it must not outlive the form. A form of several pages appends and
+// builds page by page: all its fields then fill, save and clear as one, and fields with the same check share
+// one validator.
 class FieldTable
 {
 public:
@@ -54,8 +56,8 @@ public:
 
     // The fields of a further page, to be built before anything else is done with the table.
     void append(const QVector<Field> &fields);
-    // Appends one labelled row a field to the layout, which is already set on a widget; labels are buddies. Fields
-    // built before are passed over.
+    // Appends one labelled row a field to the layout, which is already set on a widget; labels are buddies.
+    // Fields built before are passed over.
     void build(QFormLayout *layout);
     // The same for fields that only carry a value: hidden children of the parent, in no layout.
     void buildUnseen(QWidget *parent);
@@ -72,7 +74,8 @@ public:
     // What the widget of the field shows, as it would be stored; an invalid QVariant for an unknown name.
     QVariant value(const QString &name) const;
     QString text(const QString &name) const;
-    // Shows the text in the field; a List without that entry stays, an OnOff is unchecked but for "on" and "off".
+    // Shows the text in the field; a List without that entry stays, an OnOff is unchecked but for "on" and
+    // "off".
     void setText(const QString &name, const QString &text) const;
 
     QWidget *widget(const QString &name) const;
