@@ -154,7 +154,7 @@ void ParameterEditor::loadParameters(const RowList &rows)
 {
     QTableWidget *table = m_current();
     if (!table) {
-        Tell::warning(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Error")), m_missing());
+        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")), m_missing());
         return;
     }
     fill(table, rows);
@@ -164,8 +164,8 @@ void ParameterEditor::loadParameters(const RowList &rows)
 void ParameterEditor::importParameters()
 {
     const QString path =
-        chooseOpenFile(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")),
-                       QString(), ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
+        chooseOpenFile(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")),
+                       QString(), ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
     if (!path.isEmpty()) {
         importFile(path);
     }
@@ -175,8 +175,8 @@ void ParameterEditor::exportParameters()
 {
     // The title of an open dialog stands on the save dialog of one variant, on purpose.
     const QString path =
-        chooseSaveFile(m_form, ParameterText::tr(m_variant.exportTitle), QString(),
-                       ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
+        chooseSaveFile(m_form, ParameterText::translated(m_variant.exportTitle), QString(),
+                       ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
     if (!path.isEmpty()) {
         exportFile(path);
     }
@@ -187,16 +187,16 @@ void ParameterEditor::importFile(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         Tell::warning(
-            m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "mistake")),
-            ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for reading.")));
+            m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "mistake")),
+            ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for reading.")));
         return;
     }
     QTextStream stream(&file);
     const QPointer<ParameterEditor> guard(this);
     const auto refuse = [this, &guard](const char *text) {
         if (guard) {
-            Tell::warning(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "error")),
-                          ParameterText::tr(text));
+            Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "error")),
+                          ParameterText::translated(text));
         }
     };
     const ParameterCsv::Import import = ParameterCsv::read(stream, m_variant, [&refuse] {
@@ -225,8 +225,8 @@ void ParameterEditor::exportFile(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
         Tell::warning(
-            m_form, ParameterText::tr(m_variant.exportFailure),
-            ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for writing.")));
+            m_form, ParameterText::translated(m_variant.exportFailure),
+            ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for writing.")));
         return;
     }
     // Without a table the file stays empty.
