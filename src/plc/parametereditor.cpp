@@ -2,6 +2,7 @@
 
 #include "app/activitylog.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -16,6 +17,18 @@ constexpr int buttonSize = 35; // pixels
 const QStringList &storedEntries(ParameterCell cell)
 {
     return cell == ParameterCell::Type ? ParameterText::types() : ParameterText::permissions();
+}
+
+// Showing a widget posts an update of its own for it, and each widget that is repainted on its own looks at
+// all of its siblings: with thousands in one table that takes minutes. One update of each window stands for
+// all of them.
+void repaintAtOnce()
+{
+    QCoreApplication::removePostedEvents(nullptr, QEvent::UpdateLater);
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        window->update();
+    }
 }
 
 } // namespace
@@ -104,8 +117,9 @@ void ParameterEditor::removeAllParameters()
 void ParameterEditor::fill(QTableWidget *table, const RowList &rows)
 {
     const QSignalBlocker quiet(table);
-    // Thousands of cell widgets are made and shown in one go below a hidden parent. Blocking updates would not do:
-    // allowing them again repaints each widget on its own, at a cost that is quadratic in their number.
+    // Thousands of cell widgets are made and shown in one go below a hidden parent. Blocking updates would
+    // not do: allowing them again repaints each widget on its own, at a cost that is quadratic in their
+    // number.
     table->viewport()->hide();
     table->setRowCount(0);
     // All rows at once: inserting them one by one would move the cell widgets made so far each time.
@@ -115,6 +129,7 @@ void ParameterEditor::fill(QTableWidget *table, const RowList &rows)
     }
     table->doItemsLayout(); // else the next layout moves, and so repaints, each widget
     table->viewport()->show();
+    repaintAtOnce();
 }
 
 RowList ParameterEditor::rows(const QTableWidget *table) const
@@ -216,7 +231,8 @@ QWidget *ParameterEditor::makeEditor(QTableWidget *table, ParameterCell cell, co
     if (cell == ParameterCell::Type || cell == ParameterCell::Permissions || cell == ParameterCell::Method) {
         return makeList(table, cell, value, parts);
     }
-    // Cell widgets are born in the viewport: a later move there would change the style of each, which is slow.
+    // Cell widgets are born in the viewport: a later move there would change the style of each, which is
+    // slow.
     auto *editor = new QLineEdit(value, table->viewport());
     editor->setFrame(false);
     switch (cell) {

@@ -14,8 +14,8 @@ class QTableWidget;
 class QWidget;
 class Workspace;
 
-// The parameter table of a form: rows, cell rules and CSV, for one table or for a table in each tab. The table
-// is the record: a row is what its cells show.
+// The parameter table of a form: rows, cell rules and CSV, for one table or for a table in each tab. The
+// table is the record: a row is what its cells show.
 //
 // Two kinds of row differ on purpose. A row that "Add" made has a widget in every cell, and its handlers keep
 // the row number of its creation. A row that was loaded, from the item or from a file, has plain items for
@@ -64,7 +64,8 @@ public:
 
     // An editor of an added row was changed: from now on each end of its editing runs the check.
     void validateNameOnChange(int row, int column);
-    // In the table made last, on purpose: in another tab it is the editor of that row, if any, that is watched.
+    // In the table made last, on purpose: in another tab it is the editor of that row, if any, that is
+    // watched.
     void validateAddrOnChange(int row, int column);
     void validateFormulaOnChange(int row, int column);
     void validateChangeOnChange(int row, int column);

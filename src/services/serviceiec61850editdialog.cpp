@@ -30,12 +30,19 @@ QVector<Field> serviceFields()
     return {
         {"name", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Service Name:"), FieldKind::ReadOnly,
          Qt::DisplayRole},
-        {"protocol", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Protocol:"), FieldKind::List,
-         serviceProtocolRole, FieldCheck::None, {QStringLiteral("IEC61850")}},
+        {"protocol",
+         QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Protocol:"),
+         FieldKind::List,
+         serviceProtocolRole,
+         FieldCheck::None,
+         {QStringLiteral("IEC61850")}},
         {"port", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Port:"), FieldKind::Text, servicePortRole,
          FieldCheck::Port},
-        {"authentication", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Authentication:"),
-         FieldKind::List, serviceAuthenticationRole, FieldCheck::None,
+        {"authentication",
+         QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Authentication:"),
+         FieldKind::List,
+         serviceAuthenticationRole,
+         FieldCheck::None,
          {QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "None"),
           QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Password")}},
         {"password", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Password:"), FieldKind::Password,
@@ -219,7 +226,8 @@ void ServiceIEC61850EditDialog::fill()
 {
     m_service.fill(m_item);
     if (!m_item->data(serviceEnableGoosePublishingRole).isValid()) {
-        qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableGoosePublishing")))->setChecked(true);
+        qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableGoosePublishing")))
+            ->setChecked(true);
     }
     m_security.fill(m_item);
     for (FileSlot &slot : m_slots) {

@@ -53,9 +53,9 @@ private:
     QString readCertificateFile(const QString &path);
     bool isChecked(const char *name) const;
 
-    QStandardItem *m_item;   // Not owned.
-    Workspace *m_workspace;  // Not owned; may be null.
-    FieldTable m_service;    // the fields above the certificates
-    FieldTable m_security;   // the fields between them
+    QStandardItem *m_item;     // Not owned.
+    Workspace *m_workspace;    // Not owned; may be null.
+    FieldTable m_service;      // the fields above the certificates
+    FieldTable m_security;     // the fields between them
     QVector<FileSlot> m_slots; // root, server certificate, server key, then the ten clients
 };

@@ -37,8 +37,12 @@ QVector<Field> identityFields()
     return {
         {"name", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Server Name:"), FieldKind::Text,
          Qt::DisplayRole},
-        {"protocol", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol:"), FieldKind::List,
-         standardProtocolRole, FieldCheck::None, {QStringLiteral("DLT645")}},
+        {"protocol",
+         QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol:"),
+         FieldKind::List,
+         standardProtocolRole,
+         FieldCheck::None,
+         {QStringLiteral("DLT645")}},
     };
 }
 
@@ -46,10 +50,20 @@ QVector<Field> serialFields()
 {
     return StandardFields::serialLine("2400", "EVEN")
         + QVector<Field>{
-            {"communicationTimeout", QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"),
-             FieldKind::Text, standardCommunicationTimeoutRole, FieldCheck::Integer, {}, "2000"},
-            {"communicationGap", QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"), FieldKind::Text,
-             standardCommunicationGapRole, FieldCheck::Integer, {}, "-1"},
+            {"communicationTimeout",
+             QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"),
+             FieldKind::Text,
+             standardCommunicationTimeoutRole,
+             FieldCheck::Integer,
+             {},
+             "2000"},
+            {"communicationGap",
+             QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"),
+             FieldKind::Text,
+             standardCommunicationGapRole,
+             FieldCheck::Integer,
+             {},
+             "-1"},
         };
 }
 
@@ -58,8 +72,11 @@ QVector<Field> meterFields()
     return {
         {"slaveAddressEdit", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"), FieldKind::Text,
          FieldTable::noRole},
-        {"protocolVersionComboBox", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol Version:"),
-         FieldKind::List, FieldTable::noRole, FieldCheck::None,
+        {"protocolVersionComboBox",
+         QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol Version:"),
+         FieldKind::List,
+         FieldTable::noRole,
+         FieldCheck::None,
          {Dlt645::versionText(Dlt645::Version2007), Dlt645::versionText(Dlt645::Version1997)}},
     };
 }
@@ -141,8 +158,8 @@ QWidget *standardDLT645EditDialog::makePage(const QString &title)
     address->setValidator(new QRegularExpressionValidator(digits, address));
     address->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
 
-    QPushButton *all
-        = FormPage::button(tr("Select All"), QStringLiteral(":/adsdemo/images/SelectAll.svg"), page);
+    QPushButton *all =
+        FormPage::button(tr("Select All"), QStringLiteral(":/adsdemo/images/SelectAll.svg"), page);
     all->setObjectName(QStringLiteral("selectAllButton"));
     connect(all, &QPushButton::clicked, this, [this] { toggleSelectAll(tickColumn); });
     column->addWidget(all, 0, Qt::AlignLeft);
@@ -280,6 +297,7 @@ void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
         for (int column = labelColumn; column < qMin(values.size(), table->columnCount()); ++column) {
             table->item(row, column)->setText(values.at(column).toString());
         }
+        table->item(row, labelColumn)->setToolTip(textOf(table, row, labelColumn));
     }
     logToFile(QStringLiteral("standardDLT645EditDialog: loadParameters"));
 }
@@ -359,8 +377,8 @@ void standardDLT645EditDialog::saveChanges()
     }
     m_item->setData(QVariant::fromValue(tabs), standardDatasRole);
     if (m_workspace) {
-        m_workspace->appendMessage(tr("The Standard DLT645 '%1' is saved successfully.")
-                                       .arg(m_fields.text(QStringLiteral("name"))));
+        m_workspace->appendMessage(
+            tr("The Standard DLT645 '%1' is saved successfully.").arg(m_fields.text(QStringLiteral("name"))));
     }
     logToFile(QStringLiteral("standardDLT645EditDialog: save"));
 }

@@ -35,8 +35,13 @@ QVector<Field> StandardFields::serialLine(const char *baudRate, const char *pari
 
 QVector<Field> StandardFields::trigger()
 {
-    return {{"collectionInterval", QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"), FieldKind::Text,
-             standardCollectionIntervalRole, FieldCheck::Integer, {}, "2000"}};
+    return {{"collectionInterval",
+             QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"),
+             FieldKind::Text,
+             standardCollectionIntervalRole,
+             FieldCheck::Integer,
+             {},
+             "2000"}};
 }
 
 QWidget *StandardFields::triggerRow(FieldTable &table, QWidget *parent)

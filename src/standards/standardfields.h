@@ -8,8 +8,8 @@ class QWidget;
 // Fields that the forms of several Standards share.
 namespace StandardFields {
 
-// The serial line from port to parity and the RTS flag; preselected entries of baud rate and parity for a role
-// that is not among the entries, or null for the first.
+// The serial line from port to parity and the RTS flag; preselected entries of baud rate and parity for a
+// role that is not among the entries, or null for the first.
 QVector<Field> serialLine(const char *baudRate = nullptr, const char *parity = nullptr);
 // The period of the trigger, in milliseconds.
 QVector<Field> trigger();

@@ -3,6 +3,7 @@
 #include "app/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
+#include "standards/modbusfields.h"
 #include "standards/standardfields.h"
 #include "widgets/formpage.h"
 
@@ -22,75 +23,14 @@
 
 namespace {
 
-constexpr char context[] = "standardModbusEditDialog";
 constexpr int tableHeight = 600; // pixels
-
-const QString rtu = QStringLiteral("ModbusRTU");
-
-QVector<Field> identityFields()
-{
-    return {
-        {"name", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Server Name:"), FieldKind::Text,
-         Qt::DisplayRole},
-        {"protocol", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Protocol:"), FieldKind::List,
-         standardProtocolRole, FieldCheck::None, {QStringLiteral("Modbus")}},
-        {"modbus", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Modbus:"), FieldKind::List,
-         standardModbusModeRole, FieldCheck::None, {QStringLiteral("ModbusTCP"), rtu}},
-    };
-}
-
-QVector<Field> networkFields()
-{
-    return {
-        {"ip", QT_TRANSLATE_NOOP("standardModbusEditDialog", "IP:"), FieldKind::Text, standardIpRole,
-         FieldCheck::Ipv4, {}, "192.168.1.60"},
-        {"port", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Port:"), FieldKind::Text, standardPortRole,
-         FieldCheck::Port, {}, "502"},
-        {"connectionTimeout", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Connection Timeout:"),
-         FieldKind::Text, standardConnectionTimeoutRole, FieldCheck::Integer, {}, "2000"},
-        {"communicationTimeout", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Communication Timeout:"),
-         FieldKind::Text, standardCommunicationTimeoutRole, FieldCheck::Integer, {}, "2000"},
-        {"keepAlive", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Keep Alive Time:"), FieldKind::Text,
-         standardKeepAliveRole, FieldCheck::Integer, {}, "60000"},
-    };
-}
-
-QVector<Field> serialFields()
-{
-    return StandardFields::serialLine()
-        + QVector<Field>{
-            {"rtuCommunicationTimeout", QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"), FieldKind::Text,
-             standardRtuCommunicationTimeoutRole, FieldCheck::Integer, {}, "2000"},
-            {"communicationGap", QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"),
-             FieldKind::Text, standardCommunicationGapRole, FieldCheck::Integer, {}, "-1"},
-        };
-}
-
-// The settings of a slave: row 0 of its tab, in this order.
-QVector<Field> slaveFields()
-{
-    return {
-        {"seriesComboBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Series:"), FieldKind::List,
-         FieldTable::noRole, FieldCheck::None, {QStringLiteral("standard")}},
-        {"stationNumEdit", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Station Num:"), FieldKind::Text,
-         FieldTable::noRole, FieldCheck::Integer},
-        {"byteOrderComboBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Byte Order:"), FieldKind::List,
-         FieldTable::noRole, FieldCheck::None,
-         {QStringLiteral("ABCD"), QStringLiteral("BADC"), QStringLiteral("CDAB"), QStringLiteral("DCBA")}},
-        {"startAddress0CheckBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "StartAddress0:"),
-         FieldKind::Check, FieldTable::noRole},
-        {"charReversedCheckBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Char Reversed:"),
-         FieldKind::Check, FieldTable::noRole},
-    };
-}
 
 QString tabTitle(int number)
 {
     return QStringLiteral("Modbus-%1").arg(number);
 }
 
-template<class Widget>
-Widget *child(const QWidget *page, const char *name)
+template <class Widget> Widget *child(const QWidget *page, const char *name)
 {
     return page ? page->findChild<Widget *>(QLatin1String(name)) : nullptr;
 }
@@ -101,9 +41,9 @@ standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspac
     : EditForm(parent)
     , m_item(item)
     , m_workspace(workspace)
-    , m_identity(context, identityFields())
-    , m_network(context, networkFields())
-    , m_serial("StandardFields", serialFields())
+    , m_identity(ModbusFields::context, ModbusFields::identity())
+    , m_network(ModbusFields::context, ModbusFields::network())
+    , m_serial("StandardFields", ModbusFields::serial())
     , m_trigger("StandardFields", StandardFields::trigger())
     , m_parameters(new ParameterEditor(
           ParameterVariant::modbus(), this, workspace, [this] { return currentTable(); },
@@ -188,7 +128,7 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
     auto *column = new QVBoxLayout(page);
     auto *form = new QFormLayout;
     column->addLayout(form);
-    FieldTable slave(context, slaveFields());
+    FieldTable slave(ModbusFields::context, ModbusFields::slave());
     slave.build(form);
     slave.setLabelWidth(m_fieldColumn - column->contentsMargins().left());
     slave.widget(QStringLiteral("seriesComboBox"))->setEnabled(false);
@@ -344,7 +284,7 @@ RowList standardModbusEditDialog::rowsOf(const QWidget *page) const
     }
     return RowList{{series->currentText(), station->text(), byteOrder->currentText(),
                     startAddress0->isChecked(), charReversed->isChecked()}}
-        + m_parameters->rows(table);
+    + m_parameters->rows(table);
 }
 
 void standardModbusEditDialog::clearData()
@@ -361,7 +301,7 @@ void standardModbusEditDialog::onProtocolChanged(QString protocol)
 {
     m_networkGroup->hide();
     m_serialGroup->hide();
-    (protocol == rtu ? m_serialGroup : m_networkGroup)->show();
+    (protocol == ModbusFields::rtu() ? m_serialGroup : m_networkGroup)->show();
 }
 
 QTableWidget *standardModbusEditDialog::currentTable() const
@@ -385,19 +325,40 @@ bool standardModbusEditDialog::eventFilter(QObject *obj, QEvent *event)
 
 // What follows hands over to the parameter table.
 
-void standardModbusEditDialog::addParameter() { m_parameters->addParameter(); }
-void standardModbusEditDialog::removeParameter() { m_parameters->removeParameter(); }
-void standardModbusEditDialog::removeAllParameters() { m_parameters->removeAllParameters(); }
-void standardModbusEditDialog::importParameters() { m_parameters->importParameters(); }
-void standardModbusEditDialog::exportParameters() { m_parameters->exportParameters(); }
+void standardModbusEditDialog::addParameter()
+{
+    m_parameters->addParameter();
+}
+void standardModbusEditDialog::removeParameter()
+{
+    m_parameters->removeParameter();
+}
+void standardModbusEditDialog::removeAllParameters()
+{
+    m_parameters->removeAllParameters();
+}
+void standardModbusEditDialog::importParameters()
+{
+    m_parameters->importParameters();
+}
+void standardModbusEditDialog::exportParameters()
+{
+    m_parameters->exportParameters();
+}
 
 void standardModbusEditDialog::loadParameters(const QList<QVariantList> &rows)
 {
     m_parameters->loadParameters(rows);
 }
 
-void standardModbusEditDialog::validateName(int row, int column) { m_parameters->validateName(row, column); }
-void standardModbusEditDialog::validateAddr(int row, int column) { m_parameters->validateAddr(row, column); }
+void standardModbusEditDialog::validateName(int row, int column)
+{
+    m_parameters->validateName(row, column);
+}
+void standardModbusEditDialog::validateAddr(int row, int column)
+{
+    m_parameters->validateAddr(row, column);
+}
 
 void standardModbusEditDialog::validateChange(int row, int column)
 {

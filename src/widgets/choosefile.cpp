@@ -3,8 +3,7 @@
 #include <QFileDialog>
 #include <QPointer>
 
-namespace
-{
+namespace {
 
 QString chosenPath(QFileDialog *made)
 {

@@ -3,8 +3,8 @@
 class QString;
 class QWidget;
 
-// Unlike QFileDialog's own static functions these survive the death of the parent while the dialog stands, and
-// return an empty text then, as for a cancelled dialog. Each begins in the folder.
+// Unlike QFileDialog's own static functions these survive the death of the parent while the dialog stands,
+// and return an empty text then, as for a cancelled dialog. Each begins in the folder.
 
 // The path of an existing file that the user chooses.
 QString chooseOpenFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter);

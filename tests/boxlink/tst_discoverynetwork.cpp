@@ -32,8 +32,7 @@ private:
     QProcess m_box;
 };
 
-namespace
-{
+namespace {
 
 // Set in the process that runs inside the namespace.
 const char insideVariable[] = "MARLINGATE_SEARCHING_HOST";
@@ -107,7 +106,8 @@ bool TestDiscoveryNetwork::makeHosts(QString *reason)
     const QStringList steps{
         QStringLiteral("netns add ") + tool,
         QStringLiteral("netns add ") + box,
-        QStringLiteral("link add %1 netns %2 type veth peer name %1 netns %3").arg(QStringLiteral("mgv"), tool, box),
+        QStringLiteral("link add %1 netns %2 type veth peer name %1 netns %3")
+            .arg(QStringLiteral("mgv"), tool, box),
         QStringLiteral("-n %1 addr add %2/24 dev mgv").arg(tool, searchAddress),
         QStringLiteral("-n %1 addr add %2/24 dev mgv").arg(box, boxAddress),
         QStringLiteral("-n %1 link set lo up").arg(tool),
@@ -148,9 +148,9 @@ void TestDiscoveryNetwork::runOnSearchingHost(const char *test)
     }
     m_box.setProcessChannelMode(QProcess::MergedChannels);
     m_box.start(QStringLiteral("ip"),
-                {QStringLiteral("netns"), QStringLiteral("exec"), hostName("b"), QStringLiteral(BOXSIM_PROGRAM),
-                 QStringLiteral("--address"), boxAddress, QStringLiteral("--discovery-address"),
-                 QStringLiteral("0.0.0.0")});
+                {QStringLiteral("netns"), QStringLiteral("exec"), hostName("b"),
+                 QStringLiteral(BOXSIM_PROGRAM), QStringLiteral("--address"), boxAddress,
+                 QStringLiteral("--discovery-address"), QStringLiteral("0.0.0.0")});
     QByteArray said;
     QTRY_VERIFY2((said += m_box.readAll()).contains("listening on"), said.constData());
 
@@ -159,8 +159,9 @@ void TestDiscoveryNetwork::runOnSearchingHost(const char *test)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QLatin1String(insideVariable), QStringLiteral("1"));
     inside.setProcessEnvironment(environment);
-    inside.start(QStringLiteral("ip"), {QStringLiteral("netns"), QStringLiteral("exec"), hostName("t"),
-                                        QCoreApplication::applicationFilePath(), QLatin1String(test)});
+    inside.start(QStringLiteral("ip"),
+                 {QStringLiteral("netns"), QStringLiteral("exec"), hostName("t"),
+                  QCoreApplication::applicationFilePath(), QLatin1String(test)});
     QVERIFY(inside.waitForFinished(60000));
     const QByteArray output = inside.readAll();
     QVERIFY2(inside.exitCode() == 0, output.constData());
@@ -217,7 +218,8 @@ void TestDiscoveryNetwork::hostileDatagramsLeaveNoRow()
         send(QByteArray("\x12\x34", 2) + QByteArray(size, '\x12'));
     }
     send(QByteArray("\x12\x34\xFF\xFF", 4) + QByteArray(33, 'x'));
-    // The last of them tells that all before it were read: 16 characters without NUL, M larger than what is left.
+    // The last of them tells that all before it were read: 16 characters without NUL, M larger than what is
+    // left.
     send(QByteArray("\x12\x34\xFF\xFF", 4) + QByteArray(32, 'y') + QByteArray("\xFFM"));
     const QString last = QStringLiteral("设备IP: yyyyyyyyyyyyyyyy\n子网掩码: yyyyyyyyyyyyyyyy\n盒子型号: M");
     QTRY_COMPARE(rowsOf(dialog), (QStringList{boxRow, last}));
@@ -233,7 +235,8 @@ void TestDiscoveryNetwork::takenPortShowsNothing()
     QVERIFY(other.bind(QHostAddress(searchAddress), 5, QAbstractSocket::DontShareAddress));
     BoxSearchDialog dialog;
     selectInterface(dialog, searchAddress);
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(QStringLiteral("^Binding to address:.*10\\.213\\.7\\.1")));
+    QTest::ignoreMessage(QtDebugMsg,
+                         QRegularExpression(QStringLiteral("^Binding to address:.*10\\.213\\.7\\.1")));
     QTest::ignoreMessage(QtDebugMsg, "Failed to bind to selected network interface!");
     dialog.sendSearchBroadcast();
     QTest::qWait(300);

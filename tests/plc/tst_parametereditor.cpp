@@ -81,11 +81,12 @@ namespace {
 
 enum Column { Address, Name, Type, Length, Permissions, Method, Amplitude, Collection, Write, Button };
 
-QVariantList plcRow(const QString &address, const QString &name, const QString &method = QStringLiteral("Timed"),
+QVariantList plcRow(const QString &address, const QString &name,
+                    const QString &method = QStringLiteral("Timed"),
                     const QString &amplitude = QString(QLatin1String("")))
 {
-    return {address, name, QStringLiteral("int16"), QStringLiteral("1"), QStringLiteral("r"),
-            method,  amplitude, QStringLiteral("X*2"), QStringLiteral("X/2")};
+    return {address, name,      QStringLiteral("int16"), QStringLiteral("1"),  QStringLiteral("r"),
+            method,  amplitude, QStringLiteral("X*2"),   QStringLiteral("X/2")};
 }
 
 QVariantList modbusRow(const QString &address, const QString &name)
@@ -94,8 +95,8 @@ QVariantList modbusRow(const QString &address, const QString &name)
 }
 
 const QString lengthBox = QStringLiteral("Warning|Length must be a positive integer between 1 and 10.");
-const QString numberBox
-    = QStringLiteral("Warning|Only positive integers and floating-point numbers are allowed.");
+const QString numberBox =
+    QStringLiteral("Warning|Only positive integers and floating-point numbers are allowed.");
 
 } // namespace
 
@@ -151,8 +152,16 @@ void TestParameterEditor::columnsOfBothVariants_data()
     QTest::addColumn<QStringList>("headers");
     QTest::addColumn<QList<int>>("widths");
     QTest::newRow("PLC") << false
-                         << QStringList{"Address", "Name", "Type", "Length", "Permissions", "Reporting Method",
-                                        "Change Amplitude", "Collection Formula", "Write Formula", "Deleat"}
+                         << QStringList{"Address",
+                                        "Name",
+                                        "Type",
+                                        "Length",
+                                        "Permissions",
+                                        "Reporting Method",
+                                        "Change Amplitude",
+                                        "Collection Formula",
+                                        "Write Formula",
+                                        "Deleat"}
                          << QList<int>{70, 70, 80, 70, 70, 120, 80, 100, 100, 35};
     QTest::newRow("Modbus") << true
                             << QStringList{"Address", "Name", "Type", "Length", "Permissions", "Deleat"}
@@ -181,8 +190,7 @@ void TestParameterEditor::columnsOfBothVariants()
 void TestParameterEditor::untouchedAddedRowStoresItsDefaults()
 {
     m_editor->addParameter();
-    QCOMPARE(m_editor->rows(m_table),
-             RowList{QVariantList({"", "", "bool", "1", "r", "Timed", "", "", ""})});
+    QCOMPARE(m_editor->rows(m_table), RowList{QVariantList({"", "", "bool", "1", "r", "Timed", "", "", ""})});
     QVERIFY(!editor(0, Length)->isEnabled());
     QVERIFY(!editor(0, Amplitude)->isEnabled());
     auto *button = qobject_cast<QPushButton *>(m_table->cellWidget(0, Button));
@@ -195,7 +203,8 @@ void TestParameterEditor::loadedRowsComeBackAsTheyWere_data()
     QTest::addColumn<QList<QVariantList>>("rows");
     QTest::newRow("PLC") << false
                          << RowList{plcRow("D100", "a"), plcRow("", "", "Change"),
-                                    plcRow("D2", "c", "Change amplitude", "0.5"), plcRow("D3", "d", "Change", "7")};
+                                    plcRow("D2", "c", "Change amplitude", "0.5"),
+                                    plcRow("D3", "d", "Change", "7")};
     QTest::newRow("Modbus") << true << RowList{modbusRow("0", "a"), modbusRow("", "")};
     QTest::newRow("none") << false << RowList();
 }
@@ -236,7 +245,9 @@ void TestParameterEditor::fieldUnderTheButtonStaysInTheRow()
 void TestParameterEditor::shortAndLongRowsDoNoHarm()
 {
     QVariantList longRow = plcRow("1", "a");
-    longRow << "" << "" << "x";
+    longRow << ""
+            << ""
+            << "x";
     m_editor->loadParameters({{}, {"1"}, {"1", "a", "string"}, longRow});
     QCOMPARE(m_table->rowCount(), 4);
     QCOMPARE(m_editor->rows(m_table).at(1), QVariantList({"1"}));
@@ -340,9 +351,10 @@ void TestParameterEditor::amplitudeOfAnAddedRow()
     type(0, Amplitude, typed);
     QCOMPARE(editor(0, Amplitude)->text(), kept ? typed : QString());
     QCOMPARE(m_boxes->told(), kept ? QStringList() : QStringList{numberBox});
-    QCOMPARE(m_workspace->messages,
-             kept ? QStringList()
-                  : QStringList{"Invalid input in row 1: only integers and floating-point numbers are allowed."});
+    QCOMPARE(
+        m_workspace->messages,
+        kept ? QStringList()
+             : QStringList{"Invalid input in row 1: only integers and floating-point numbers are allowed."});
 }
 
 void TestParameterEditor::amplitudeOfALoadedRow_data()
@@ -391,9 +403,10 @@ void TestParameterEditor::addressOfAnAddedRow()
     type(0, Address, typed);
     QCOMPARE(editor(0, Address)->text(), kept ? typed : QString());
     QCOMPARE(m_workspace->messages,
-             kept ? QStringList()
-                  : QStringList{"Invalid input in row 1: only letters, digits, underscores, dots, colons, and "
-                                "brackets are allowed."});
+             kept
+                 ? QStringList()
+                 : QStringList{"Invalid input in row 1: only letters, digits, underscores, dots, colons, and "
+                               "brackets are allowed."});
 }
 
 void TestParameterEditor::addressOfALoadedRow()
@@ -401,9 +414,10 @@ void TestParameterEditor::addressOfALoadedRow()
     m_editor->loadParameters({plcRow("1", "a"), plcRow("2", "b")});
     edit(1, Address, QStringLiteral("D 1"));
     QCOMPARE(m_table->item(1, Address)->text(), QString());
-    QCOMPARE(m_workspace->messages,
-             QStringList{"Invalid input in row 2: only letters, digits, underscores, dots, colons, and brackets "
-                         "are allowed."});
+    QCOMPARE(
+        m_workspace->messages,
+        QStringList{"Invalid input in row 2: only letters, digits, underscores, dots, colons, and brackets "
+                    "are allowed."});
 }
 
 void TestParameterEditor::formulas_data()
@@ -440,7 +454,8 @@ void TestParameterEditor::formulas()
     QCOMPARE(parameterCellText(m_table, 0, column), kept ? typed : QString());
     QCOMPARE(m_workspace->messages,
              kept ? QStringList()
-                  : QStringList{"Invalid input in row 1: only numbers, operators (+, -, *, /) and 'X' are allowed."});
+                  : QStringList{
+                      "Invalid input in row 1: only numbers, operators (+, -, *, /) and 'X' are allowed."});
 }
 
 void TestParameterEditor::untouchedEditorIsNotChecked()
@@ -512,8 +527,9 @@ void TestParameterEditor::modbusNameIsCheckedWhileTyping()
     QCOMPARE(editor(1, Name)->text(), QStringLiteral("a"));
     editor(1, Name)->setText(QStringLiteral("ab"));
     QCOMPARE(editor(1, Name)->text(), QString());
-    QCOMPARE(m_workspace->messages,
-             QStringList{"The name of the '1' line already exists in this tab. Please use a different name."});
+    QCOMPARE(
+        m_workspace->messages,
+        QStringList{"The name of the '1' line already exists in this tab. Please use a different name."});
     editor(1, Name)->setText(QStringLiteral("ab "));
     QCOMPARE(editor(1, Name)->text(), QStringLiteral("ab "));
 }
@@ -537,8 +553,9 @@ void TestParameterEditor::modbusLoadedNameNamesTheOtherRow()
     m_editor->loadParameters({modbusRow("0", "a"), modbusRow("1", "b")});
     edit(1, Name, QStringLiteral("a"));
     QCOMPARE(m_table->item(1, Name)->text(), QString());
-    QCOMPARE(m_workspace->messages,
-             QStringList{"The name of the '1' line already exists in this tab. Please use a different name."});
+    QCOMPARE(
+        m_workspace->messages,
+        QStringList{"The name of the '1' line already exists in this tab. Please use a different name."});
 }
 
 void TestParameterEditor::modbusLoadedAddressIsNotChecked()
@@ -644,8 +661,8 @@ void TestParameterEditor::wheelIsLeftToTheForm()
     watched.addParameter();
     for (const int column : {int(Type), int(Permissions), int(Method)}) {
         auto *box = qobject_cast<QComboBox *>(table.cellWidget(0, column));
-        QWheelEvent wheel(QPointF(1, 1), QPointF(1, 1), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
-                          Qt::NoScrollPhase, false);
+        QWheelEvent wheel(QPointF(1, 1), QPointF(1, 1), QPoint(), QPoint(0, -120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(box, &wheel);
         QCOMPARE(box->currentIndex(), 0);
     }
@@ -667,7 +684,8 @@ void TestParameterEditor::withoutAWindowNothingIsTold()
 
 void TestParameterEditor::fillingRaisesNoMessage()
 {
-    m_editor->loadParameters({plcRow("D 1", "a"), plcRow("D 1", "a"), plcRow("x y", "a", "Change amplitude", "no")});
+    m_editor->loadParameters(
+        {plcRow("D 1", "a"), plcRow("D 1", "a"), plcRow("x y", "a", "Change amplitude", "no")});
     QCOMPARE(m_table->rowCount(), 3);
     QCOMPARE(m_workspace->messages, QStringList());
 }
@@ -730,6 +748,7 @@ void TestParameterEditor::rowsAreMadeUnseenAndInTheirPlace()
         using QObject::QObject;
         int styleChanges = 0;
         int lateMoves = 0;
+        int lateUpdates = 0;
         bool filled = false;
         bool eventFilter(QObject *watched, QEvent *event) override
         {
@@ -737,6 +756,7 @@ void TestParameterEditor::rowsAreMadeUnseenAndInTheirPlace()
             const bool cell = qobject_cast<QComboBox *>(watched) || qobject_cast<QPushButton *>(watched);
             styleChanges += cell && event->type() == QEvent::StyleChange;
             lateMoves += cell && filled && (event->type() == QEvent::Move || event->type() == QEvent::Resize);
+            lateUpdates += cell && filled && event->type() == QEvent::UpdateLater;
             return false;
         }
     };
@@ -756,6 +776,7 @@ void TestParameterEditor::rowsAreMadeUnseenAndInTheirPlace()
     qApp->removeEventFilter(&events);
     QCOMPARE(events.styleChanges, 0);
     QCOMPARE(events.lateMoves, 0);
+    QCOMPARE(events.lateUpdates, 0);
     QCOMPARE(m_table->viewport()->findChildren<QPushButton *>().size(), 3);
 }
 

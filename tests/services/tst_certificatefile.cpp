@@ -117,7 +117,8 @@ void TestCertificateFile::certificatesOfOpensslAreCarriedWhole()
     const auto run = [&openssl](const QString &arguments) {
         return QProcess::execute(openssl, arguments.split(QLatin1Char(' '))) == 0;
     };
-    QVERIFY(run(QStringLiteral("req -x509 -newkey rsa:2048 -nodes -keyout s.key -out s.pem -days 2 -subj /CN=box")));
+    QVERIFY(run(
+        QStringLiteral("req -x509 -newkey rsa:2048 -nodes -keyout s.key -out s.pem -days 2 -subj /CN=box")));
     QVERIFY(run(QStringLiteral("x509 -in s.pem -outform DER -out s.der")));
     QCOMPARE(loadCertificateFile(QStringLiteral("s.pem")).content.toUtf8() + '\n',
              readFile(QStringLiteral("s.pem")));

@@ -16,7 +16,8 @@
 #include <QStandardPaths>
 #include <QtTest>
 
-// A service with SSL on from the file dialog to the project file and back, with certificates as engineers have.
+// A service with SSL on from the file dialog to the project file and back, with certificates as engineers
+// have.
 class TestServiceDocument : public QObject
 {
     Q_OBJECT
@@ -27,8 +28,7 @@ private:
     void select(ServiceIEC61850EditDialog &form, const QString &slot, const QString &file);
 };
 
-namespace
-{
+namespace {
 
 QByteArray readFile(const QString &name)
 {
@@ -45,9 +45,11 @@ QStandardItem *serviceOf(QStandardItem *project)
 bool makeCertificates(const QString &openssl)
 {
     const QStringList commands{
-        QStringLiteral("req -x509 -newkey rsa:2048 -nodes -keyout root.key -out root.pem -days 2 -subj /CN=root"),
+        QStringLiteral(
+            "req -x509 -newkey rsa:2048 -nodes -keyout root.key -out root.pem -days 2 -subj /CN=root"),
         QStringLiteral("req -newkey rsa:2048 -nodes -keyout server.key -out server.csr -subj /CN=server"),
-        QStringLiteral("x509 -req -in server.csr -CA root.pem -CAkey root.key -CAcreateserial -days 2 -out server.crt"),
+        QStringLiteral(
+            "x509 -req -in server.csr -CA root.pem -CAkey root.key -CAcreateserial -days 2 -out server.crt"),
         QStringLiteral("x509 -in server.crt -outform DER -out server.der"),
     };
     for (const QString &command : commands) {
@@ -64,7 +66,8 @@ void TestServiceDocument::select(ServiceIEC61850EditDialog &form, const QString 
 {
     ModalDialogs dialogs;
     dialogs.expect([&file](QWidget *dialog) {
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(QFileInfo(file).absoluteFilePath());
+        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
+            ->setText(QFileInfo(file).absoluteFilePath());
         QMetaObject::invokeMethod(dialog, "accept");
     });
     form.findChild<QPushButton *>(slot + QStringLiteral("Select"))->click();
@@ -82,8 +85,8 @@ void TestServiceDocument::certificatesSurviveSaveAndLoadByteForByte()
     QVERIFY(makeCertificates(openssl));
 
     QStandardItemModel model;
-    QStandardItem *project
-        = ProjectTree::makeProject(QStringLiteral("Secure"), QDir::currentPath(), QStringLiteral("with SSL"));
+    QStandardItem *project =
+        ProjectTree::makeProject(QStringLiteral("Secure"), QDir::currentPath(), QStringLiteral("with SSL"));
     model.appendRow(project);
     ProjectTree::appendMissingFolders(project);
     QStandardItem *service = ProjectTree::appendDefinition(
@@ -93,7 +96,8 @@ void TestServiceDocument::certificatesSurviveSaveAndLoadByteForByte()
         ServiceIEC61850EditDialog form(service, nullptr);
         form.findChild<QCheckBox *>(QStringLiteral("enableSSL"))->setChecked(true);
         form.findChild<QCheckBox *>(QStringLiteral("isVerifyClientCert"))->setChecked(true);
-        form.findChild<QLineEdit *>(QStringLiteral("serverKeyPassword"))->setText(QStringLiteral("p\"w\\d é"));
+        form.findChild<QLineEdit *>(QStringLiteral("serverKeyPassword"))
+            ->setText(QStringLiteral("p\"w\\d é"));
         select(form, QStringLiteral("rootCertificate"), QStringLiteral("root.pem"));
         select(form, QStringLiteral("serverCertificate"), QStringLiteral("server.der"));
         select(form, QStringLiteral("serverKey"), QStringLiteral("server.key"));
@@ -108,15 +112,17 @@ void TestServiceDocument::certificatesSurviveSaveAndLoadByteForByte()
     file.close();
 
     QStandardItemModel other;
-    QStandardItem *loaded
-        = loadProject(other, QJsonDocument::fromJson(readFile(file.fileName())).object(), QDir::currentPath());
+    QStandardItem *loaded =
+        loadProject(other, QJsonDocument::fromJson(readFile(file.fileName())).object(), QDir::currentPath());
     QStandardItem *loadedService = serviceOf(loaded);
     const auto text = [loadedService](int role) { return loadedService->data(role).toString().toLatin1(); };
     QCOMPARE(text(serviceRootCertificateRole) + '\n', readFile(QStringLiteral("root.pem")));
-    QCOMPARE(QByteArray::fromBase64(text(serviceServerCertificateRole)), readFile(QStringLiteral("server.der")));
+    QCOMPARE(QByteArray::fromBase64(text(serviceServerCertificateRole)),
+             readFile(QStringLiteral("server.der")));
     QCOMPARE(text(serviceServerKeyRole) + '\n', readFile(QStringLiteral("server.key")));
     QCOMPARE(text(serviceClientCertificate1Role) + '\n', readFile(QStringLiteral("server.crt")));
-    QCOMPARE(QByteArray::fromBase64(text(serviceClientCertificate10Role)), readFile(QStringLiteral("server.der")));
+    QCOMPARE(QByteArray::fromBase64(text(serviceClientCertificate10Role)),
+             readFile(QStringLiteral("server.der")));
     QCOMPARE(projectDocument(loaded), saved);
 
     // A form that opens on what was loaded and is saved untouched changes nothing.

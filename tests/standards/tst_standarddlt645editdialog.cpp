@@ -287,6 +287,7 @@ void TestStandardDLT645EditDialog::storedRowsAreAppliedByPosition()
     QVERIFY(tick(table, 0)->isChecked());
     QVERIFY(!tick(table, 1)->isChecked());
     QCOMPARE(table->item(0, 1)->text(), QStringLiteral("my label"));
+    QCOMPARE(table->item(0, 1)->toolTip(), QStringLiteral("my label"));
     QCOMPARE(table->item(0, 2)->text(), QStringLiteral("n0"));
     QCOMPARE(table->item(29, 2)->text(), QStringLiteral("27"));
     QCOMPARE(m_workspace->messages, QStringList());

@@ -51,8 +51,7 @@ private:
 
 namespace {
 
-template<class Widget>
-Widget *find(const QWidget &form, const char *name)
+template <class Widget> Widget *find(const QWidget &form, const char *name)
 {
     return form.findChild<Widget *>(QLatin1String(name));
 }
@@ -129,10 +128,10 @@ void TestStandardModbusEditDialog::newStandardShowsItsDefaults()
     const struct {
         const char *name;
         const char *text;
-    } fields[] = {{"ip", "192.168.1.60"},         {"port", "502"},
-                  {"connectionTimeout", "2000"},  {"communicationTimeout", "2000"},
-                  {"keepAlive", "60000"},         {"rtuCommunicationTimeout", "2000"},
-                  {"communicationGap", "-1"},     {"collectionInterval", "2000"}};
+    } fields[] = {{"ip", "192.168.1.60"},        {"port", "502"},
+                  {"connectionTimeout", "2000"}, {"communicationTimeout", "2000"},
+                  {"keepAlive", "60000"},        {"rtuCommunicationTimeout", "2000"},
+                  {"communicationGap", "-1"},    {"collectionInterval", "2000"}};
     for (const auto &field : fields) {
         QCOMPARE(find<QLineEdit>(form, field.name)->text(), QLatin1String(field.text));
     }
@@ -206,9 +205,12 @@ void TestStandardModbusEditDialog::serialLineIsSaved()
     find<QCheckBox>(form, "rtsEnable")->setChecked(true);
     find<QLineEdit>(form, "rtuCommunicationTimeout")->setText(QStringLiteral("900"));
     form.saveChanges();
-    const QList<QVariant> saved{m_item->data(standardSerialPortRole), m_item->data(standardBaudRateRole),
-                                m_item->data(standardDataBitRole),    m_item->data(standardStopBitRole),
-                                m_item->data(standardParityBitRole),  m_item->data(standardRtsEnableRole),
+    const QList<QVariant> saved{m_item->data(standardSerialPortRole),
+                                m_item->data(standardBaudRateRole),
+                                m_item->data(standardDataBitRole),
+                                m_item->data(standardStopBitRole),
+                                m_item->data(standardParityBitRole),
+                                m_item->data(standardRtsEnableRole),
                                 m_item->data(standardRtuCommunicationTimeoutRole)};
     QCOMPARE(saved, (QList<QVariant>{"COM2", "9600", "7", "2", "ODD", true, "900"}));
 }
@@ -243,9 +245,10 @@ void TestStandardModbusEditDialog::saveStoresEveryTab()
     form.nameEdit()->setText(QStringLiteral("Renamed"));
     form.saveChanges();
     QCOMPARE(m_item->text(), QStringLiteral("Renamed"));
-    QCOMPARE(groupsOf(m_item),
-             (GroupMap{{"Modbus-1", {{"standard", "1", "ABCD", true, false}}},
-                       {"Modbus-2", {{"standard", "", "CDAB", true, false}, {"0", "a", "string", "5", "rw"}}}}));
+    QCOMPARE(
+        groupsOf(m_item),
+        (GroupMap{{"Modbus-1", {{"standard", "1", "ABCD", true, false}}},
+                  {"Modbus-2", {{"standard", "", "CDAB", true, false}, {"0", "a", "string", "5", "rw"}}}}));
     QCOMPARE(m_workspace->messages, QStringList{"The Standard Modbus 'Renamed' is saved successfully."});
 }
 
@@ -281,8 +284,11 @@ void TestStandardModbusEditDialog::twelveTabsComeBackInTextOrder()
 
 void TestStandardModbusEditDialog::storedTabIsShown()
 {
-    setGroups(m_item, {{QStringLiteral("Modbus-1"),
-                        {{"unknown", "5", "EFGH", "true", "true"}, {"0", "a", "string", "4", "r"}, {"1", "b", "int8", "4", "rw"}}}});
+    setGroups(m_item,
+              {{QStringLiteral("Modbus-1"),
+                {{"unknown", "5", "EFGH", "true", "true"},
+                 {"0", "a", "string", "4", "r"},
+                 {"1", "b", "int8", "4", "rw"}}}});
     standardModbusEditDialog form(m_item, m_workspace);
     QTRY_COMPARE(titles(form).size(), 1);
     const QWidget &page = *form.findChild<QTabWidget *>()->widget(0);
@@ -305,7 +311,8 @@ void TestStandardModbusEditDialog::sameNameInTwoTabsIsAccepted()
         form.addTab();
         tabs->setCurrentIndex(tab);
         form.addParameter();
-        auto *name = qobject_cast<QLineEdit *>(tabs->widget(tab)->findChild<QTableWidget *>()->cellWidget(0, 1));
+        auto *name =
+            qobject_cast<QLineEdit *>(tabs->widget(tab)->findChild<QTableWidget *>()->cellWidget(0, 1));
         name->setText(QStringLiteral("volt"));
         QCOMPARE(name->text(), QStringLiteral("volt"));
     }
@@ -343,8 +350,9 @@ void TestStandardModbusEditDialog::replaceItemShowsTheOtherStandard()
     other.setData(QStringLiteral("ModbusRTU"), standardModbusModeRole);
     other.setData(QStringLiteral("9600"), standardBaudRateRole);
     other.setData(QStringLiteral("true"), standardRtsEnableRole);
-    setGroups(&other, {{QStringLiteral("Modbus-10"), group(QStringLiteral("10"))},
-                       {QStringLiteral("Modbus-2"), group(QStringLiteral("2"))}});
+    setGroups(&other,
+              {{QStringLiteral("Modbus-10"), group(QStringLiteral("10"))},
+               {QStringLiteral("Modbus-2"), group(QStringLiteral("2"))}});
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
     QTRY_COMPARE(titles(form).size(), 1);
@@ -446,10 +454,28 @@ void TestStandardModbusEditDialog::everyInputHasItsName()
         }
     }
     names.sort();
-    QStringList expected{"name", "protocol", "modbus", "ip", "port", "connectionTimeout", "communicationTimeout",
-                         "keepAlive", "serialport", "baudRate", "dataBit", "stopBit", "parityBit", "rtsEnable",
-                         "rtuCommunicationTimeout", "communicationGap", "trigger", "collectionInterval",
-                         "seriesComboBox", "stationNumEdit", "byteOrderComboBox", "startAddress0CheckBox",
+    QStringList expected{"name",
+                         "protocol",
+                         "modbus",
+                         "ip",
+                         "port",
+                         "connectionTimeout",
+                         "communicationTimeout",
+                         "keepAlive",
+                         "serialport",
+                         "baudRate",
+                         "dataBit",
+                         "stopBit",
+                         "parityBit",
+                         "rtsEnable",
+                         "rtuCommunicationTimeout",
+                         "communicationGap",
+                         "trigger",
+                         "collectionInterval",
+                         "seriesComboBox",
+                         "stationNumEdit",
+                         "byteOrderComboBox",
+                         "startAddress0CheckBox",
                          "charReversedCheckBox"};
     expected.sort();
     QCOMPARE(names, expected);

@@ -49,8 +49,7 @@ private:
     QWidget *m_window = nullptr;
 };
 
-namespace
-{
+namespace {
 
 bool isCell(const QWidget *widget)
 {
@@ -197,7 +196,8 @@ void TestEditForm::tabKeyGoesDownTheForm()
 {
     EditForm *form = open();
     QList<QWidget *> order;
-    for (QWidget *widget = form->nextInFocusChain(); form->isAncestorOf(widget); widget = widget->nextInFocusChain()) {
+    for (QWidget *widget = form->nextInFocusChain(); form->isAncestorOf(widget);
+         widget = widget->nextInFocusChain()) {
         if (takesTab(widget)) {
             order.append(widget);
         }

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "widgets/fieldtable.h"
+
+// The fields of the form of a Modbus Standard, group by group.
+namespace ModbusFields {
+
+// Of their translations; the serial line has the context StandardFields.
+constexpr char context[] = "standardModbusEditDialog";
+
+// The mode of a serial link; the other one is a network link.
+QString rtu();
+
+QVector<Field> identity();
+QVector<Field> network();
+QVector<Field> serial();
+// The settings of a slave: row 0 of its tab, in this order.
+QVector<Field> slave();
+
+} // namespace ModbusFields
