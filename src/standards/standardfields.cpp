@@ -51,7 +51,7 @@ QWidget *StandardFields::triggerRow(FieldTable &table, QWidget *parent)
     trigger->addItem(QCoreApplication::translate("StandardFields", "Timed Loops"));
     QWidget *period = table.widget(QStringLiteral("collectionInterval"));
     auto *both = new QHBoxLayout;
-    form->takeAt(1);
+    delete form->takeAt(1);
     both->addWidget(trigger);
     both->addWidget(period);
     form->setLayout(0, QFormLayout::FieldRole, both);
