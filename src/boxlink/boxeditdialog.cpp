@@ -33,10 +33,9 @@ BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
       m_fields("BoxEditDialog")
 {
     setWindowTitle(tr("Edit Box"));
-    setMinimumWidth(480);
     resize(480, 460);
     buildForm();
-    m_fields.fill(m_item, FieldTable::Unknown::Keep);
+    m_fields.fill(item, FieldTable::Unknown::Keep);
     // On purpose, whatever the item holds, and only here: a Box form opens with LTE on.
     m_fields.setText(QStringLiteral("lteOnOff"), QStringLiteral("on"));
 
@@ -136,15 +135,19 @@ void BoxEditDialog::startClock()
 
 void BoxEditDialog::saveChanges()
 {
-    m_fields.save(m_item);
+    QStandardItem *item = m_item.item();
+    if (!item) {
+        return;
+    }
+    m_fields.save(item);
     appendMessage(tr("The box '%1' is saved successfully.").arg(nameEdit()->text()));
     logToFile(QStringLiteral("BoxEditDialog: save"));
 }
 
 void BoxEditDialog::replaceItem(QStandardItem *item)
 {
-    m_item = item;
-    m_fields.fill(m_item, FieldTable::Unknown::Keep);
+    m_item = ItemRef(item);
+    m_fields.fill(item, FieldTable::Unknown::Keep);
     logToFile(QStringLiteral("BoxEditDialog: replace"));
 }
 

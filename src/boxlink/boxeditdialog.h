@@ -2,6 +2,7 @@
 
 #include "boxlink/filetransfer.h"
 #include "boxlink/protocol.h"
+#include "model/itemref.h"
 #include "widgets/editform.h"
 #include "widgets/fieldtable.h"
 
@@ -25,8 +26,8 @@ class BoxEditDialog : public EditForm
 {
     Q_OBJECT
 public:
-    // Shows the item, which is not owned and must not be null, and connects to the address that it holds. The
-    // workspace, not owned, may be null.
+    // Shows the item, which is not owned, must not be null and may be deleted before the form, and connects to
+    // the address that it holds. The workspace, not owned, may be null.
     BoxEditDialog(QStandardItem *item, Workspace *workspace);
     ~BoxEditDialog() override;
 
@@ -42,7 +43,8 @@ public:
     void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_timeouts = timeouts; }
 
 public slots:
-    // Writes the fields into the item and says so in the "Message" dock. Checks nothing, closes nothing.
+    // Writes the fields into the item and says so in the "Message" dock. Checks nothing, closes nothing. Without
+    // effect once the item has left its tree.
     void saveChanges();
     // Ends the session, if there is one.
     void disconnectFromServer();
@@ -110,7 +112,7 @@ private:
     void push(FileTransfer::Job job, const char *logLine);
     void appendMessage(const QString &line);
 
-    QStandardItem *m_item; // Not owned.
+    ItemRef m_item;
     Workspace *m_workspace; // Not owned; may be null.
     QString m_hostAddress;
     Protocol *m_protocol = nullptr; // a child; null while there is no session

@@ -72,7 +72,7 @@ FrameAssembler::Span FrameAssembler::completeCarried(Chunk &chunk, Buffer &joine
     int start = 0; // of the carried frame in the buffer
     int carry = std::exchange(m_carryLength, 0);
     const auto byteAt = [&](int offset) {
-        return offset < carry ? m_carryBuffer[size_t(start) + size_t(offset)] : chunk.data[offset - carry];
+        return offset < carry ? m_carryBuffer.data()[start + offset] : chunk.data[offset - carry];
     };
     while (carry > 0) {
         if (Frame::bodyOffset - carry > chunk.length) {
@@ -125,8 +125,11 @@ bool FrameAssembler::skipCarriedHeader(int *start, int *carry)
 {
     *start += Frame::headerSize;
     *carry -= Frame::headerSize;
+    if (*carry < 1) {
+        return false;
+    }
     char *const carried = m_carryBuffer.data() + *start;
-    const int skipped = *carry > 0 ? int(findHeader(carried, *carry)) : -1;
+    const int skipped = int(findHeader(carried, *carry));
     if (skipped < 0 || *start + skipped + *carry > Frame::carryCapacity) {
         return false;
     }

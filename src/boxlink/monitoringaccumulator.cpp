@@ -8,7 +8,8 @@
 namespace
 {
 
-QByteArray monitoringBuffer; // the text so far, clazy:exclude=non-pod-global-static
+// The text so far.
+QByteArray monitoringBuffer; // clazy:exclude=non-pod-global-static
 quint32 monitoringTotal = 0; // the announced length of the whole text; 0: no report is being assembled
 
 struct Segment {

@@ -78,8 +78,8 @@ void registerRecords()
 
 } // namespace
 
-// Puts off the end of a disposed session while one of its calls is on the stack: the socket is still sending its
-// signal down there.
+// Puts off the end of a disposed session while one of its calls is on the stack: the call is not done yet, and
+// the socket may still be sending its signal down there.
 class Protocol::Hold
 {
 public:
@@ -159,6 +159,7 @@ void Protocol::openConnection(const QString &ip)
 
 void Protocol::connectToBox(const QString &ip)
 {
+    const Hold hold(this);
     switch (m_socket.state()) {
     case QAbstractSocket::UnconnectedState:
         bindToAddress(m_boundAddress);
@@ -200,6 +201,7 @@ void Protocol::dispose()
 
 void Protocol::handleDisconnected()
 {
+    const Hold hold(this);
     emit connectionStatusChanged(tr("Connection status: Disconnected"));
     m_offlineTimer.start();
     MonitoringAccumulator::reset();
@@ -281,6 +283,7 @@ void Protocol::dispatchJson(const QByteArray &text)
 
 void Protocol::receiveHeartbeatResponse(QByteArray responseData)
 {
+    const Hold hold(this);
     if (responseData.isEmpty()) {
         emit connectionStatusChanged(tr("Connection status: Not connected"));
         m_offlineTimer.start();

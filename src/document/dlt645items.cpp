@@ -72,25 +72,6 @@ QVector<const Item *> itemsOf(Version version)
     return result;
 }
 
-static QHash<QString, const Item *> indexByAddress()
-{
-    QHash<QString, const Item *> index;
-    for (const Item &item : table) {
-        for (const Code &code : {item.code2007, item.code1997}) {
-            if (code.address) {
-                index.insert(QLatin1String(code.address), &item);
-            }
-        }
-    }
-    return index;
-}
-
-const Item *findByAddress(const QString &address)
-{
-    static const QHash<QString, const Item *> index = indexByAddress();
-    return index.value(address);
-}
-
 QString label(const Item &item)
 {
     return QCoreApplication::translate("CMainWindow", item.label);

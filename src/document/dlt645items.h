@@ -34,8 +34,6 @@ constexpr int itemCount = 44;
 const std::array<Item, itemCount> &items();
 // The items that an edition has, in table order: 44 for 2007, 30 for 1997.
 QVector<const Item *> itemsOf(Version version);
-// The item with this identifier in either edition, exact and case-sensitive; null if there is none.
-const Item *findByAddress(const QString &address);
 
 // The item's name in the language in force.
 QString label(const Item &item);
@@ -54,7 +52,8 @@ public:
 
     // The first item in table order that has this label and that the edition has; null if there is none.
     const Item *find(const QString &label, Version version) const;
-    // The label of the item with this identifier in either edition; empty if there is none.
+    // The label of the item with this identifier in either edition, exact and case-sensitive; empty if there
+    // is none.
     QString ofAddress(const QString &address) const;
 
 private:

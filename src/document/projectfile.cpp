@@ -26,8 +26,6 @@ SaveResult saveProject(const QStandardItem *project)
 {
     SaveResult result;
     result.path = projectFilePath(project);
-    result.document = buildProjectJson(project);
-
     QSaveFile file(result.path);
     file.setDirectWriteFallback(true);
     // Unbuffered, since commit() does not notice what a last flush of a buffer could not write.
@@ -37,7 +35,7 @@ SaveResult saveProject(const QStandardItem *project)
         qDebug() << "Could not open file for writing:" << result.errorString;
         return result;
     }
-    if (!writeWhole(&file, QJsonDocument(result.document).toJson()) || !file.commit()) {
+    if (!writeWhole(&file, projectDocument(project)) || !file.commit()) {
         result.failure = SaveResult::Failure::WriteFailed;
         result.errorString = file.errorString();
         qDebug() << "Error writing to file:" << result.errorString;

@@ -14,7 +14,6 @@ struct SaveResult {
     bool ok() const { return failure == Failure::None; }
 
     QString path; // The file that was, or would have been, written.
-    QJsonObject document; // What was to be saved.
     Failure failure = Failure::None;
     QString errorString; // The file's own words; empty on success.
 };

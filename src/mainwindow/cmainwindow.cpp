@@ -256,7 +256,9 @@ void CMainWindow::closeEvent(QCloseEvent *event)
     // Without a project open the layout is not kept, on purpose: it is stored with work that was asked about.
     if (exit == ProjectLifecycle::Exit::Leave) {
         m_layout->saveState();
-        dockManager()->deleteLater();
+        if (ads::CDockManager *manager = dockManager()) { // gone if the window is closed a second time
+            manager->deleteLater();
+        }
     }
     QMainWindow::closeEvent(event);
 }

@@ -75,7 +75,7 @@ void CMainWindow::saveJsonFile(QStandardItem *selectedItem)
 
 void CMainWindow::saveProjectFile()
 {
-    m_files->saveCurrent(currentItem());
+    m_files->saveProject(currentItem());
 }
 
 void CMainWindow::saveProjectAllFile()

@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QSignalBlocker>
+#include <QSplitter>
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTreeView>
@@ -33,6 +34,15 @@ void switchOff(CDockWidget *dock, std::initializer_list<CDockWidget::DockWidgetF
         dock->setFeature(feature, false);
     }
     Docking::setPinnable(dock, false);
+}
+
+// The icons of the nodes are dark and drawn for light ground: they vanish on most platforms' highlight.
+void setReadableSelection(QTreeView *tree)
+{
+    QPalette palette;
+    palette.setColor(QPalette::Highlight, QColor(0xcf, 0xe6, 0xf7));
+    palette.setColor(QPalette::HighlightedText, QColor(0x1e, 0x1e, 0x1e));
+    tree->setPalette(palette);
 }
 
 } // namespace
@@ -59,6 +69,8 @@ void DockLayout::createManager()
     m_manager = new ads::CDockManager(m_window);
     Docking::setFloatingToolBarStyle(m_manager);
     connect(m_perspectives, &QComboBox::textActivated, m_manager, &ads::CDockManager::openPerspective);
+    // A restored layout stands in new splitters.
+    connect(m_manager, &ads::CDockManager::stateRestored, this, &DockLayout::keepTreeWidth);
 }
 
 void DockLayout::createDocks(QStandardItemModel *model, QMenu *viewMenu)
@@ -67,11 +79,13 @@ void DockLayout::createDocks(QStandardItemModel *model, QMenu *viewMenu)
     ads::CDockAreaWidget *center = m_manager->addDockWidget(ads::CenterDockWidgetArea, monitoring);
     CDockWidget *project = makeProjectDock(model);
     ads::CDockAreaWidget *left = m_manager->addDockWidget(ads::LeftDockWidgetArea, project, center);
+    m_projectDock = project;
     CDockWidget *message = makeMessageDock();
     m_manager->addDockWidget(ads::BottomDockWidgetArea, message, center);
     // The first layout, in proportion: a narrow tree, a low message dock, the rest for live values.
     m_manager->setSplitterSizes(left, {256, 1024});
     m_manager->setSplitterSizes(center, {450, 150});
+    keepTreeWidth();
 
     for (CDockWidget *dock : {monitoring, project, message}) {
         viewMenu->addAction(dock->toggleViewAction());
@@ -80,6 +94,18 @@ void DockLayout::createDocks(QStandardItemModel *model, QMenu *viewMenu)
     for (CDockWidget *dock : docks) {
         connect(dock, &CDockWidget::viewToggled, m_window, &CMainWindow::onViewToggled);
         connect(dock, &CDockWidget::visibilityChanged, m_window, &CMainWindow::onViewVisibilityChanged);
+    }
+}
+
+void DockLayout::keepTreeWidth()
+{
+    QWidget *area = m_projectDock ? m_projectDock->dockAreaWidget() : nullptr;
+    auto *splitter = area ? qobject_cast<QSplitter *>(area->parentWidget()) : nullptr;
+    if (!splitter || splitter->orientation() != Qt::Horizontal) {
+        return;
+    }
+    for (int i = 0; i < splitter->count(); ++i) {
+        splitter->setStretchFactor(i, splitter->widget(i) == area ? 0 : 1);
     }
 }
 
@@ -122,6 +148,7 @@ CDockWidget *DockLayout::makeProjectDock(QStandardItemModel *model)
     m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
     m_tree->expandAll();
+    setReadableSelection(m_tree);
     connect(m_tree, &QTreeView::customContextMenuRequested, m_window, &CMainWindow::prjectTreeView_MenuPopup);
     connect(m_tree, &QTreeView::clicked, m_window, &CMainWindow::prjectTreeView_clicked);
     connect(m_tree, &QTreeView::pressed, m_window, &CMainWindow::prjectTreeView_pressed);
@@ -187,7 +214,8 @@ void DockLayout::restoreState()
     const QSettings settings(settingsFile, QSettings::IniFormat);
     m_window->restoreGeometry(settings.value(geometryKey).toByteArray());
     m_window->restoreState(settings.value(stateKey).toByteArray());
-    m_manager->restoreState(settings.value(dockingStateKey).toByteArray());
+    // The manager's states are compressed, and so is the empty one that stands for none.
+    m_manager->restoreState(settings.value(dockingStateKey, qCompress(QByteArray())).toByteArray());
 }
 
 void DockLayout::loadPerspectives()

@@ -61,12 +61,15 @@ private:
     ads::CDockWidget *makeProjectDock(QStandardItemModel *model);
     ads::CDockWidget *makeMessageDock();
     void fillPerspectives();
+    // Makes what lies beside the tree take all gain and loss of width.
+    void keepTreeWidth();
 
     CMainWindow *m_window; // Not owned: it owns this.
     QComboBox *m_perspectives;
     QAction *m_createPerspective;
     QWidgetAction *m_perspectiveList;
     QPointer<ads::CDockManager> m_manager;
+    QPointer<ads::CDockWidget> m_projectDock;
     QPointer<QTabWidget> m_monitoringTabs;
     QPointer<QTreeView> m_tree;
     QPointer<QPlainTextEdit> m_messageEditor;

@@ -2,6 +2,7 @@
 
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
+#include "model/itemref.h"
 #include "widgets/svgicon.h"
 
 #include <QAbstractButton>
@@ -10,7 +11,9 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
-#include <QStandardItemModel>
+#include <QStandardItem>
+
+#include <algorithm>
 
 const char *const EditorTabs::boxTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Box");
 const char *const EditorTabs::plcTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit PLC");
@@ -18,6 +21,15 @@ const char *const EditorTabs::serverTitle = QT_TRANSLATE_NOOP("CMainWindow", "Ed
 const char *const EditorTabs::standardTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Standard");
 const char *const EditorTabs::serviceTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Service");
 const char *const EditorTabs::projectTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Project");
+
+namespace
+{
+
+// What a new area for forms gets: enough to show them whole, yet never most of a small window.
+constexpr int formWidth = 520;
+constexpr int formPercentage = 42;
+
+} // namespace
 
 QString EditorTabs::titleOf(const char *source)
 {
@@ -80,7 +92,26 @@ void EditorTabs::place(ads::CDockWidget *tab, const QStringList &neighbours)
             break;
         }
     }
-    m_docks->addDockWidget(ads::RightDockWidgetArea, tab);
+    widen(m_docks->addDockWidget(ads::RightDockWidgetArea, tab));
+}
+
+void EditorTabs::widen(ads::CDockAreaWidget *area) const
+{
+    QList<int> sizes = m_docks->splitterSizes(area);
+    if (sizes.size() < 2) {
+        return;
+    }
+    if (sizes == QList<int>({0, 0})) {
+        sizes.first() = m_docks->width(); // the splitter was made for this area and is not laid out yet
+    }
+    const int wanted = qMin(formWidth, m_docks->width() * formPercentage / 100);
+    const auto widest = std::max_element(sizes.begin(), sizes.end() - 1);
+    const int taken = qMin(wanted - sizes.last(), (*widest - sizes.last()) / 2);
+    if (taken > 0) {
+        *widest -= taken;
+        sizes.last() += taken;
+        m_docks->setSplitterSizes(area, sizes);
+    }
 }
 
 void EditorTabs::show(ads::CDockWidget *tab, const QStringList &neighbours)
@@ -161,10 +192,8 @@ void EditorTabs::renameOnSave(const RenamingForm &form, QStandardItem *item, ads
 {
     // The item stays that of the first opening, on purpose: a tab that was re-bound to a sibling meets that
     // sibling's own name as a duplicate, and is to be closed and opened anew before it can be saved.
-    const QStandardItemModel *model = item->model();
-    const QPersistentModelIndex index(item->index());
     connect(form.save, &QAbstractButton::clicked, form.form,
-            [=] { renameAndSave(form, model->itemFromIndex(index), tab, window); });
+            [form, first = ItemRef(item), tab, window] { renameAndSave(form, first.item(), tab, window); });
 }
 
 void EditorTabs::unregister(const ads::CDockWidget *tab)

@@ -15,6 +15,7 @@ class QStandardItem;
 
 namespace ads
 {
+class CDockAreaWidget;
 class CDockManager;
 class CDockWidget;
 } // namespace ads
@@ -53,7 +54,8 @@ public:
     ads::CDockWidget *make(const QString &title, QDialog *form);
     // A tab for what has no form: without icon, not registered and not deleted when it closes.
     ads::CDockWidget *makeEmpty(const QString &title);
-    // Puts the tab beside the first dock that has one of the neighbours' titles, else to the right.
+    // Puts the tab beside the first dock that has one of the neighbours' titles, else to the right, in an area
+    // of its own that is wide enough for a form.
     void place(ads::CDockWidget *tab, const QStringList &neighbours);
     // Brings the tab to the front, also one that the "View" menu has hidden. One that a restored layout has
     // left without a place gets one as place() would give it.
@@ -70,6 +72,9 @@ public:
                              QWidget *window);
 
 private:
+    // Widens the area, the last one of its splitter, at the cost of the widest other one there, which never
+    // gets the narrower of the two.
+    void widen(ads::CDockAreaWidget *area) const;
     void unregister(const ads::CDockWidget *tab);
 
     QPointer<ads::CDockManager> m_docks;

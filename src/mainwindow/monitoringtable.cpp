@@ -126,6 +126,18 @@ void updateRows(QTableWidget *table, const QVariantList &rows, const QString &ti
     }
 }
 
+void styleHeader(const QTableWidget *table)
+{
+    const QString style = QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }");
+    if (table->horizontalHeader()->styleSheet() != style) {
+        table->horizontalHeader()->setStyleSheet(style);
+    }
+    // The background is light whatever the desktop's colours are, so the text has to be dark.
+    for (int column = 0; column < table->columnCount(); ++column) {
+        table->horizontalHeaderItem(column)->setForeground(Qt::black);
+    }
+}
+
 } // namespace
 
 namespace MonitoringTable
@@ -149,10 +161,7 @@ void update(QTableWidget *table, const QVariantList &rows, const QString &time)
     table->verticalScrollBar()->setValue(vertical);
     table->horizontalScrollBar()->setValue(horizontal);
 
-    const QString style = QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }");
-    if (table->horizontalHeader()->styleSheet() != style) {
-        table->horizontalHeader()->setStyleSheet(style);
-    }
+    styleHeader(table);
     table->setColumnWidth(UpdateTime, timeWidth);
     if (isNew) { // later on the width is the user's
         table->resizeColumnToContents(Name);

@@ -6,10 +6,12 @@
 
 #include <QDateTime>
 #include <QDebug>
+#include <QFont>
 #include <QIcon>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QStandardItemModel>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTreeView>
@@ -23,6 +25,23 @@ const char tabStyle[] =
     "min-width: 80px; height: 20px; padding: 5px 10px; } "
     "QTabBar::tab:selected { background-color: #1296db; color: white; } "
     "QTabBar::tab:hover { background-color: #7dc5eb; }";
+
+constexpr int tabTextSize = 16; // pixels, as in tabStyle
+
+void styleTabs(QTabWidget *tabs)
+{
+    // Setting a style sheet polishes every widget below, so not anew with each report.
+    const QString style = QLatin1String(tabStyle);
+    if (tabs->styleSheet() != style) {
+        tabs->setStyleSheet(style);
+    }
+    // A tab bar measures its tabs with its own font, whatever the style sheet draws them with.
+    QFont font = tabs->tabBar()->font();
+    if (font.pixelSize() != tabTextSize) {
+        font.setPixelSize(tabTextSize);
+        tabs->tabBar()->setFont(font);
+    }
+}
 
 QString now()
 {
@@ -74,7 +93,7 @@ MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTre
 
 void MonitoringView::receive(const Protocol::dataMonitoringData &data)
 {
-    qDebug() << "Main: " << data.projectName;
+    qDebug().noquote().nospace() << "Main: " << data.projectName;
     QStandardItem *project = m_model ? ProjectTree::projectNamed(*m_model, data.projectName) : nullptr;
     if (!project) {
         return;
@@ -107,11 +126,7 @@ void MonitoringView::showData(QStandardItem *item, const QString &time, const QS
         return;
     }
     MonitoringTable::update(table, item->data(dataRowsRole).toList(), time);
-    // Setting a style sheet polishes every widget below, so not anew with each report.
-    const QString style = QLatin1String(tabStyle);
-    if (m_tabs->styleSheet() != style) {
-        m_tabs->setStyleSheet(style);
-    }
+    styleTabs(m_tabs);
 }
 
 void MonitoringView::showTab(const QString &name)

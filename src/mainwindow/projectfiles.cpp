@@ -45,19 +45,14 @@ ProjectFiles::ProjectFiles(QWidget *dialogParent, QStandardItemModel *model, QTr
 
 void ProjectFiles::saveProject(QStandardItem *project)
 {
+    if (!project) {
+        qDebug() << "No project selected.";
+        return;
+    }
     const SaveResult result = saveBusily(project);
     if (result.ok()) {
         inform(Tr::tr("Save Successful"), Tr::tr("JSON data saved to file:\n%1").arg(result.path));
     }
-}
-
-void ProjectFiles::saveCurrent(QStandardItem *current)
-{
-    if (!current) {
-        qDebug() << "No project selected.";
-        return;
-    }
-    saveProject(current);
 }
 
 void ProjectFiles::saveAll()
@@ -89,7 +84,9 @@ void ProjectFiles::loadFile(const QString &path)
             return;
         }
         loadProject(*m_model, result.document, QFileInfo(path).absolutePath());
-        m_view->expandAll();
+        if (m_view) {
+            m_view->expandAll();
+        }
     }
     inform(Tr::tr("Load Successful"), Tr::tr("JSON data loaded from file:\n%1").arg(path));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 class QStandardItem;
 class QStandardItemModel;
@@ -13,13 +14,12 @@ class ProjectFiles : public QObject
 {
     Q_OBJECT
 public:
-    // Boxes and dialogs open over dialogParent, which owns this object too if it is not null.
+    // Boxes and dialogs open over dialogParent, which owns this object too if it is not null. The view may
+    // die first.
     ProjectFiles(QWidget *dialogParent, QStandardItemModel *model, QTreeView *view);
 
-    // Saves the document of this item, taken for a project whatever its level.
+    // Saves the document of this item, taken for a project whatever its level. Null is a log line.
     void saveProject(QStandardItem *project);
-    // As saveProject, with a log line for null.
-    void saveCurrent(QStandardItem *current);
     // Saves every project of the model in row order, each with its own box; a failure stops none of the rest.
     void saveAll();
 
@@ -33,5 +33,5 @@ private:
 
     QWidget *m_dialogParent; // Not owned.
     QStandardItemModel *m_model; // Not owned.
-    QTreeView *m_view; // Not owned.
+    QPointer<QTreeView> m_view; // Not owned.
 };

@@ -4,6 +4,7 @@
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
 #include "model/editprojectdialog.h"
+#include "model/itemref.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 
@@ -70,11 +71,10 @@ void ProjectLifecycle::edit() const
 
 void ProjectLifecycle::connectForm(EditProjectDialog *form, QStandardItem *project) const
 {
-    const QPersistentModelIndex index(project->index());
     QObject::connect(
         form, &EditProjectDialog::projectModified, form,
-        [this, index](const QString &name, const QString &path, const QString &description) {
-            modify(m_window->projectModel()->itemFromIndex(index), name, path, description);
+        [this, edited = ItemRef(project)](const QString &name, const QString &path, const QString &description) {
+            modify(edited.item(), name, path, description);
         },
         Qt::DirectConnection);
 }

@@ -117,8 +117,9 @@ void ProjectTreeMenu::popUp(const QPoint &position)
         m_skipNext = false;
         return;
     }
+    const QTreeView *tree = m_window->projectTree();
     const QStandardItem *item =
-        m_window->projectModel()->itemFromIndex(m_window->projectTree()->indexAt(position));
+        tree ? m_window->projectModel()->itemFromIndex(tree->indexAt(position)) : nullptr;
     if (!item) {
         return;
     }

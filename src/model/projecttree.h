@@ -15,8 +15,6 @@ using RowList = QList<QVariantList>;
 // Tab title to rows, as standardDatasRole holds it; row 0 of each entry has the tab's own settings.
 using GroupMap = QMap<QString, QList<QVariantList>>;
 Q_DECLARE_METATYPE(QList<QVariantList>)
-using GroupMapType = QMap<QString, QList<QVariantList>>;
-Q_DECLARE_METATYPE(GroupMapType)
 
 // The shape of the project tree: project, its four fixed folders, definitions below these. The item text is
 // the name everywhere, and the folder texts are compared by logic, so they are never translated.

@@ -311,13 +311,13 @@ bool ParameterEditor::isFormula(int column) const
 void ParameterEditor::tell(const char *source, int row)
 {
     if (m_workspace) {
-        const QString text = ParameterText::tr(source);
+        const QString text = ParameterText::translated(source);
         m_workspace->appendMessage(text.contains(QLatin1String("%1")) ? text.arg(row + 1) : text);
     }
 }
 
 void ParameterEditor::warn(const char *source)
 {
-    Tell::warning(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Warning")),
-                  ParameterText::tr(source));
+    Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Warning")),
+                  ParameterText::translated(source));
 }

@@ -1,11 +1,11 @@
 #include "plc/parametercsv.h"
 
 #include "plc/parametereditor.h"
+#include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QFileDialog>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QTableWidget>
@@ -154,7 +154,7 @@ void ParameterEditor::loadParameters(const RowList &rows)
 {
     QTableWidget *table = m_current();
     if (!table) {
-        Tell::warning(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Error")), m_missing());
+        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")), m_missing());
         return;
     }
     fill(table, rows);
@@ -163,9 +163,9 @@ void ParameterEditor::loadParameters(const RowList &rows)
 
 void ParameterEditor::importParameters()
 {
-    const QString path = QFileDialog::getOpenFileName(
-        m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")), QString(),
-        ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
+    const QString path = chooseOpenFile(
+        m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")), QString(),
+        ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
     if (!path.isEmpty()) {
         importFile(path);
     }
@@ -174,9 +174,9 @@ void ParameterEditor::importParameters()
 void ParameterEditor::exportParameters()
 {
     // The title of an open dialog stands on the save dialog of one variant, on purpose.
-    const QString path = QFileDialog::getSaveFileName(
-        m_form, ParameterText::tr(m_variant.exportTitle), QString(),
-        ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
+    const QString path = chooseSaveFile(
+        m_form, ParameterText::translated(m_variant.exportTitle), QString(),
+        ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
     if (!path.isEmpty()) {
         exportFile(path);
     }
@@ -186,8 +186,8 @@ void ParameterEditor::importFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        Tell::warning(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "mistake")),
-                      ParameterText::tr(
+        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "mistake")),
+                      ParameterText::translated(
                           QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for reading.")));
         return;
     }
@@ -195,8 +195,8 @@ void ParameterEditor::importFile(const QString &path)
     const QPointer<ParameterEditor> guard(this);
     const auto refuse = [this, &guard](const char *text) {
         if (guard) {
-            Tell::warning(m_form, ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "error")),
-                          ParameterText::tr(text));
+            Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "error")),
+                          ParameterText::translated(text));
         }
     };
     const ParameterCsv::Import import = ParameterCsv::read(stream, m_variant, [&refuse] {
@@ -209,13 +209,12 @@ void ParameterEditor::importFile(const QString &path)
         refuse(import.refusal);
         return;
     }
-    // The table made last is emptied and given the buttons, on purpose, also when another one is filled.
+    // The table made last is emptied, on purpose, also when another one is filled.
     if (QTableWidget *latest = m_latest()) {
         latest->setRowCount(0);
     }
     loadParameters(import.rows);
     if (guard) {
-        refreshButtons(m_latest());
         log("importParameters");
     }
 }
@@ -224,8 +223,8 @@ void ParameterEditor::exportFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        Tell::warning(m_form, ParameterText::tr(m_variant.exportFailure),
-                      ParameterText::tr(
+        Tell::warning(m_form, ParameterText::translated(m_variant.exportFailure),
+                      ParameterText::translated(
                           QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for writing.")));
         return;
     }

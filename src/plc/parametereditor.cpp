@@ -4,7 +4,6 @@
 
 #include <QComboBox>
 #include <QHeaderView>
-#include <QIcon>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -42,6 +41,7 @@ ParameterEditor::ParameterEditor(const ParameterVariant &variant, QWidget *form,
     , m_variant(variant)
     , m_form(form)
     , m_workspace(workspace)
+    , m_deleteIcon(QStringLiteral(":/adsdemo/images/Delete.svg"))
     , m_current(std::move(current))
     , m_latest(std::move(latest))
 {
@@ -52,9 +52,13 @@ void ParameterEditor::prepare(QTableWidget *table)
     table->setColumnCount(m_variant.columns.size());
     table->setHorizontalHeaderLabels(m_variant.headers());
     table->horizontalHeader()->setMinimumSectionSize(buttonSize); // else a style may widen the last column
+    table->horizontalHeader()->setTextElideMode(Qt::ElideRight);
     for (int column = 0; column < m_variant.columns.size(); ++column) {
         table->setColumnWidth(column, m_variant.columns.at(column).width);
+        table->horizontalHeaderItem(column)->setToolTip(table->horizontalHeaderItem(column)->text());
     }
+    table->verticalHeader()->setDefaultSectionSize(buttonSize + 1); // the grid takes a pixel
+    table->setWordWrap(false);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
     table->horizontalHeader()->setStyleSheet(
@@ -99,18 +103,18 @@ void ParameterEditor::removeAllParameters()
 
 void ParameterEditor::fill(QTableWidget *table, const RowList &rows)
 {
-    const bool updates = table->updatesEnabled();
-    table->setUpdatesEnabled(false);
-    {
-        const QSignalBlocker quiet(table);
-        table->setRowCount(0);
-        // All rows at once: inserting them one by one would move the cell widgets made so far each time.
-        table->setRowCount(rows.size());
-        for (int row = 0; row < rows.size(); ++row) {
-            fillLoadedRow(table, row, rows.at(row));
-        }
+    const QSignalBlocker quiet(table);
+    // Thousands of cell widgets are made and shown in one go below a hidden parent. Blocking updates would not do:
+    // allowing them again repaints each widget on its own, at a cost that is quadratic in their number.
+    table->viewport()->hide();
+    table->setRowCount(0);
+    // All rows at once: inserting them one by one would move the cell widgets made so far each time.
+    table->setRowCount(rows.size());
+    for (int row = 0; row < rows.size(); ++row) {
+        fillLoadedRow(table, row, rows.at(row));
     }
-    table->setUpdatesEnabled(updates);
+    table->doItemsLayout(); // else the next layout moves, and so repaints, each widget
+    table->viewport()->show();
 }
 
 RowList ParameterEditor::rows(const QTableWidget *table) const
@@ -197,10 +201,11 @@ void ParameterEditor::fillLoadedRow(QTableWidget *table, int row, const QVariant
 
 void ParameterEditor::addButton(QTableWidget *table, int row)
 {
-    auto *button = new QPushButton(QIcon(QStringLiteral(":/adsdemo/images/Delete.svg")), QString(), table);
+    auto *button = new QPushButton(m_deleteIcon, QString(), table->viewport());
     button->setFixedSize(buttonSize, buttonSize);
     button->setAutoDefault(false);
-    button->setToolTip(ParameterText::tr(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
+    button->setFocusPolicy(Qt::TabFocus); // a click that took the focus would make its own row current
+    button->setToolTip(ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
     connect(button, &QPushButton::clicked, this, &ParameterEditor::removeParameter);
     table->setCellWidget(row, table->columnCount() - 1, button);
 }
@@ -211,7 +216,8 @@ QWidget *ParameterEditor::makeEditor(QTableWidget *table, ParameterCell cell, co
     if (cell == ParameterCell::Type || cell == ParameterCell::Permissions || cell == ParameterCell::Method) {
         return makeList(table, cell, value, parts);
     }
-    auto *editor = new QLineEdit(value, table);
+    // Cell widgets are born in the viewport: a later move there would change the style of each, which is slow.
+    auto *editor = new QLineEdit(value, table->viewport());
     editor->setFrame(false);
     switch (cell) {
     case ParameterCell::Address:
@@ -237,7 +243,7 @@ QWidget *ParameterEditor::makeEditor(QTableWidget *table, ParameterCell cell, co
 QWidget *ParameterEditor::makeList(QTableWidget *table, ParameterCell cell, const QString &value,
                                    RowParts *parts)
 {
-    auto *list = new QComboBox(table);
+    auto *list = new QComboBox(table->viewport());
     const bool method = cell == ParameterCell::Method;
     list->addItems(method ? ParameterText::shownMethods() : storedEntries(cell));
     list->setCurrentText(method ? ParameterText::shownMethod(value) : value);
@@ -323,13 +329,6 @@ void ParameterEditor::connectTypeAndLength(const RowParts &parts)
                         editor->setText(QStringLiteral("1"));
                     }
                 });
-    }
-}
-
-void ParameterEditor::refreshButtons(QTableWidget *table)
-{
-    for (int row = 0; table && row < table->rowCount(); ++row) {
-        addButton(table, row);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "model/projecttree.h"
 #include "plc/parametervariant.h"
 
+#include <QIcon>
 #include <QObject>
 
 #include <functional>
@@ -38,7 +39,7 @@ public:
 
     // Appends a row to the current table.
     void addParameter();
-    // Removes the current row, which need not be the one whose button was pressed.
+    // Removes the current row: on purpose not the row whose button was pressed, if another one is current.
     void removeParameter();
     void removeAllParameters();
     // Replaces the rows of the current table; says in a box when there is none.
@@ -95,7 +96,6 @@ private:
     void connectLoadedRow(const RowParts &parts);
     void connectTypeAndLength(const RowParts &parts);
     void checkAtEndOfEditing(QLineEdit *editor, int row, Check check);
-    void refreshButtons(QTableWidget *table);
 
     void checkName(int row, QLineEdit *editor);
     void checkAddress(int row, QLineEdit *editor);
@@ -118,6 +118,7 @@ private:
     const ParameterVariant &m_variant;
     QWidget *m_form;        // Not owned.
     Workspace *m_workspace; // Not owned; may be null.
+    QIcon m_deleteIcon;
     Lookup m_current;
     Lookup m_latest;
     std::function<QString()> m_missing;

@@ -46,7 +46,7 @@ QStringList ParameterVariant::headers() const
 {
     QStringList texts;
     for (const ParameterColumn &each : columns) {
-        texts.append(ParameterText::tr(each.header));
+        texts.append(ParameterText::translated(each.header));
     }
     return texts;
 }
@@ -128,7 +128,7 @@ QStringList ParameterText::shownMethods()
 {
     QStringList texts;
     for (const char *method : storedMethods) {
-        texts.append(tr(method));
+        texts.append(translated(method));
     }
     return texts;
 }
@@ -136,7 +136,7 @@ QStringList ParameterText::shownMethods()
 QString ParameterText::shownMethod(const QString &stored)
 {
     const int index = methods().indexOf(stored);
-    return index < 0 ? stored : tr(storedMethods[index]);
+    return index < 0 ? stored : translated(storedMethods[index]);
 }
 
 QString ParameterText::storedMethod(const QString &shown)
@@ -147,10 +147,10 @@ QString ParameterText::storedMethod(const QString &shown)
 
 QString ParameterText::amplitudeMethod()
 {
-    return tr(storedMethods[2]);
+    return translated(storedMethods[2]);
 }
 
-QString ParameterText::tr(const char *source)
+QString ParameterText::translated(const char *source)
 {
     return QCoreApplication::translate(context, source);
 }

@@ -58,6 +58,6 @@ QString storedMethod(const QString &shown);
 // The method that makes the amplitude live, as shown.
 QString amplitudeMethod();
 // A text of the parameter table in the current language.
-QString tr(const char *source);
+QString translated(const char *source);
 
 } // namespace ParameterText

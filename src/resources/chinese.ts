@@ -1157,6 +1157,38 @@
         <source>Mistake</source>
         <translation>错误</translation>
     </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>CSV File (*.csv)</source>
+        <translation>CSV 文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>CSV file (*.csv)</source>
+        <translation>CSV 文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Unable to open file for reading.</source>
+        <translation>无法打开文件进行读取。</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Unable to open file for writing.</source>
+        <translation>无法打开文件进行写入。</translation>
+    </message>
+    <message>
+        <source>Delete the current row</source>
+        <translation>删除当前行</translation>
+    </message>
 </context>
 <context>
     <name>Protocol</name>

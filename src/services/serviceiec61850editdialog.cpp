@@ -4,15 +4,16 @@
 #include "model/itemroles.h"
 #include "model/workspace.h"
 #include "services/certificatefile.h"
+#include "widgets/choosefile.h"
 #include "widgets/formpage.h"
 #include "widgets/tell.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFileDialog>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStandardItem>
@@ -201,7 +202,6 @@ void ServiceIEC61850EditDialog::addSlot(QFormLayout *form, const QString &label,
     field->setReadOnly(true);
     QPushButton *select = FormPage::button(tr("Select"), QStringLiteral(":/adsdemo/images/look.svg"), parent);
     select->setObjectName(name + QStringLiteral("Select"));
-    select->setAutoDefault(false);
     auto *caption = new QLabel(label, parent);
     caption->setBuddy(select);
     auto *row = new QHBoxLayout;
@@ -225,11 +225,17 @@ void ServiceIEC61850EditDialog::fill()
     for (FileSlot &slot : m_slots) {
         slot.path = m_item->data(slot.pathRole).toString();
         slot.content = m_item->data(slot.contentRole).toString();
-        slot.field->setText(slot.path);
+        showPath(slot);
     }
     updatePasswordVisibility();
     updateSSLFieldsVisibility();
     updateIsVerifyClientCertFieldsVisibility();
+}
+
+void ServiceIEC61850EditDialog::showPath(const FileSlot &slot)
+{
+    slot.field->setText(slot.path);
+    slot.field->setToolTip(slot.path);
 }
 
 void ServiceIEC61850EditDialog::updatePasswordVisibility()
@@ -242,16 +248,19 @@ void ServiceIEC61850EditDialog::updatePasswordVisibility()
 void ServiceIEC61850EditDialog::selectFile(FileSlot &slot)
 {
     const QString path = slot.isKey
-        ? QFileDialog::getOpenFileName(this, tr("Select Key File"), QString(),
-                                       tr("Keys (*.der *.pem *.crt *.key)"))
-        : QFileDialog::getOpenFileName(this, tr("Select Certificate File"), QString(),
-                                       tr("Certificates (*.der *.pem *.crt *.key)"));
+        ? chooseOpenFile(this, tr("Select Key File"), QString(), tr("Keys (*.der *.pem *.crt *.key)"))
+        : chooseOpenFile(this, tr("Select Certificate File"), QString(),
+                         tr("Certificates (*.der *.pem *.crt *.key)"));
     if (path.isEmpty()) {
         return;
     }
     slot.path = path;
-    slot.field->setText(path);
-    slot.content = readCertificateFile(path);
+    showPath(slot);
+    const QPointer<ServiceIEC61850EditDialog> guard(this);
+    const QString content = readCertificateFile(path);
+    if (guard) {
+        slot.content = content;
+    }
 }
 
 QString ServiceIEC61850EditDialog::readCertificateFile(const QString &path)

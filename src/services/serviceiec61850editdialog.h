@@ -46,6 +46,8 @@ private:
     void addSlot(QFormLayout *form, const QString &label, const QString &name, int pathRole, bool isKey);
     void fill();
     void updatePasswordVisibility();
+    // The path is often longer than its field.
+    static void showPath(const FileSlot &slot);
     void selectFile(FileSlot &slot);
     void saveSlot(int index);
     QString readCertificateFile(const QString &path);

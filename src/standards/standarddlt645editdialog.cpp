@@ -113,7 +113,6 @@ QWidget *standardDLT645EditDialog::buildContent()
 
     QPushButton *add = FormPage::button(tr("Add Tab"), QStringLiteral(":/adsdemo/images/add.svg"), content);
     add->setObjectName(QStringLiteral("addTabButton"));
-    add->setAutoDefault(false);
     connect(add, &QPushButton::clicked, this, &standardDLT645EditDialog::addTab);
     column->addWidget(add, 0, Qt::AlignLeft);
 
@@ -121,6 +120,10 @@ QWidget *standardDLT645EditDialog::buildContent()
     m_tabs->setTabsClosable(true);
     connect(m_tabs, &QTabWidget::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
     column->addWidget(m_tabs);
+    const int widest = qMax(m_fields.labelWidth(), qMax(m_serial.labelWidth(), m_trigger.labelWidth()));
+    for (const FieldTable *fields : {&m_fields, &m_serial, &m_trigger}) {
+        fields->setLabelWidth(widest);
+    }
     return content;
 }
 
@@ -132,6 +135,7 @@ QWidget *standardDLT645EditDialog::makePage(const QString &title)
     column->addLayout(form);
     FieldTable meter(context, meterFields());
     meter.build(form);
+    meter.setLabelWidth(m_serial.labelWidth() - column->contentsMargins().left());
     QLineEdit *address = meter.lineEdit(QStringLiteral("slaveAddressEdit"));
     static const QRegularExpression digits(QStringLiteral("^[0-9A-Fa-f]{0,12}$"));
     address->setValidator(new QRegularExpressionValidator(digits, address));
@@ -140,7 +144,6 @@ QWidget *standardDLT645EditDialog::makePage(const QString &title)
     QPushButton *all
         = FormPage::button(tr("Select All"), QStringLiteral(":/adsdemo/images/SelectAll.svg"), page);
     all->setObjectName(QStringLiteral("selectAllButton"));
-    all->setAutoDefault(false);
     connect(all, &QPushButton::clicked, this, [this] { toggleSelectAll(tickColumn); });
     column->addWidget(all, 0, Qt::AlignLeft);
 
@@ -151,7 +154,9 @@ QWidget *standardDLT645EditDialog::makePage(const QString &title)
     connect(version, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &standardDLT645EditDialog::updateParameterTable);
     version->installEventFilter(this);
+    column->addStretch();
     m_tabs->addTab(page, title);
+    FormPage::orderBehind(m_tabs, page);
     return page;
 }
 
@@ -162,6 +167,11 @@ QTableWidget *standardDLT645EditDialog::makeTable(QWidget *page)
     table->setColumnWidth(tickColumn, 40);
     table->setColumnWidth(labelColumn, 150);
     table->setColumnWidth(nameColumn, 90);
+    table->horizontalHeader()->setTextElideMode(Qt::ElideRight);
+    for (int column = 0; column < table->columnCount(); ++column) {
+        table->horizontalHeaderItem(column)->setToolTip(table->horizontalHeaderItem(column)->text());
+    }
+    table->setWordWrap(false);
     table->setFixedHeight(tableHeight);
     table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
     table->horizontalHeader()->setStyleSheet(
@@ -184,6 +194,7 @@ void standardDLT645EditDialog::fillTable(QTableWidget *table, const QString &ver
         table->setCellWidget(row, tickColumn, new QCheckBox(table));
         auto *label = new QTableWidgetItem(Dlt645::label(*items.at(row)));
         label->setFlags(label->flags() & ~Qt::ItemIsEditable);
+        label->setToolTip(label->text());
         table->setItem(row, labelColumn, label);
         table->setItem(row, nameColumn, new QTableWidgetItem);
     }

@@ -11,6 +11,7 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -122,7 +123,11 @@ standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspac
     connect(m_identity.comboBox(QStringLiteral("modbus")), &QComboBox::currentTextChanged, this,
             &standardModbusEditDialog::onProtocolChanged);
     onProtocolChanged(m_identity.text(QStringLiteral("modbus")));
-    QTimer::singleShot(0, this, [this] { loadTabs(); });
+    QTimer::singleShot(0, this, [this] {
+        if (!m_tabsLoaded) {
+            loadTabs();
+        }
+    });
     logToFile(QStringLiteral("standardModbusEditDialog: new-nuilt"));
 }
 
@@ -147,7 +152,6 @@ QWidget *standardModbusEditDialog::buildContent()
 
     QPushButton *add = FormPage::button(tr("Add Tab"), QStringLiteral(":/adsdemo/images/add.svg"), content);
     add->setObjectName(QStringLiteral("addTabButton"));
-    add->setAutoDefault(false);
     connect(add, &QPushButton::clicked, this, &standardModbusEditDialog::addTab);
     column->addWidget(add, 0, Qt::AlignLeft);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
@@ -156,7 +160,26 @@ QWidget *standardModbusEditDialog::buildContent()
     m_tabs->setTabsClosable(true);
     connect(m_tabs, &QTabWidget::tabCloseRequested, this, &standardModbusEditDialog::deleteTab);
     column->addWidget(m_tabs);
+    alignFields();
     return content;
+}
+
+void standardModbusEditDialog::alignFields()
+{
+    int widest = 0;
+    for (const FieldTable *fields : {&m_identity, &m_network, &m_serial, &m_trigger}) {
+        widest = qMax(widest, fields->labelWidth());
+    }
+    const QWidget *identity = m_identity.label(QStringLiteral("name"))->parentWidget();
+    const auto inset = [](const QWidget *box) {
+        return box->contentsMargins().left() + box->layout()->contentsMargins().left();
+    };
+    // The frames of the two groups stand furthest in; the labels of the others make up for it.
+    m_fieldColumn = widest + inset(m_networkGroup);
+    m_identity.setLabelWidth(m_fieldColumn - inset(identity));
+    m_network.setLabelWidth(widest);
+    m_serial.setLabelWidth(widest);
+    m_trigger.setLabelWidth(m_fieldColumn);
 }
 
 QWidget *standardModbusEditDialog::makePage(const QString &title)
@@ -167,6 +190,7 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
     column->addLayout(form);
     FieldTable slave(context, slaveFields());
     slave.build(form);
+    slave.setLabelWidth(m_fieldColumn - column->contentsMargins().left());
     slave.widget(QStringLiteral("seriesComboBox"))->setEnabled(false);
     slave.setText(QStringLiteral("stationNumEdit"), QStringLiteral("1"));
     child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(true);
@@ -174,22 +198,21 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
     auto *row = new QHBoxLayout;
     const struct {
         QString text;
+        const char *icon;
         const char *name;
         void (standardModbusEditDialog::*pressed)();
     } buttons[] = {
-        {tr("Add"), "addButton", &standardModbusEditDialog::addParameter},
-        {tr("Remove All"), "removeAllButton", &standardModbusEditDialog::removeAllParameters},
-        {tr("Import"), "importButton", &standardModbusEditDialog::importParameters},
-        {tr("Export"), "exportButton", &standardModbusEditDialog::exportParameters},
+        {tr("Add"), ":/adsdemo/images/add.svg", "addButton", &standardModbusEditDialog::addParameter},
+        {tr("Remove All"), "", "removeAllButton", &standardModbusEditDialog::removeAllParameters},
+        {tr("Import"), "", "importButton", &standardModbusEditDialog::importParameters},
+        {tr("Export"), "", "exportButton", &standardModbusEditDialog::exportParameters},
     };
     for (const auto &entry : buttons) {
-        auto *button = new QPushButton(entry.text, page);
+        auto *button = FormPage::button(entry.text, QLatin1String(entry.icon), page);
         button->setObjectName(QLatin1String(entry.name));
-        button->setAutoDefault(false);
         connect(button, &QPushButton::clicked, this, entry.pressed);
         row->addWidget(button);
     }
-    child<QPushButton>(page, "addButton")->setIcon(QIcon(QStringLiteral(":/adsdemo/images/add.svg")));
     row->addStretch();
     column->addLayout(row);
 
@@ -197,7 +220,9 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
     m_parameters->prepare(table);
     m_latestTable = table;
     column->addWidget(table);
+    column->addStretch();
     m_tabs->addTab(page, title);
+    FormPage::orderBehind(m_tabs, page);
     return page;
 }
 
@@ -210,6 +235,7 @@ void standardModbusEditDialog::fillFields()
 
 void standardModbusEditDialog::loadTabs()
 {
+    m_tabsLoaded = true;
     const auto groups = m_item->data(standardDatasRole).value<GroupMap>();
     for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
         loadTab(group.key(), group.value());

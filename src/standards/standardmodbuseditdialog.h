@@ -63,6 +63,7 @@ public slots:
 
 private:
     QWidget *buildContent();
+    void alignFields();
     QWidget *makePage(const QString &title);
     void fillFields();
     void loadTabs();
@@ -82,5 +83,7 @@ private:
     QTabWidget *m_tabs = nullptr;
     QPushButton *m_save = nullptr;
     QPointer<QTableWidget> m_latestTable; // of the tab made last
+    int m_fieldColumn = 0; // left edge of the fields in the content, pixels
     int m_nextTab = 1;
+    bool m_tabsLoaded = false; // by the timer of the constructor, or before it by replaceItem
 };

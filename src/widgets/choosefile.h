@@ -3,6 +3,10 @@
 class QString;
 class QWidget;
 
-// The path of an existing file that the user chooses, beginning in the folder, or an empty text. Unlike
-// QFileDialog's own static function it survives the death of the parent while the dialog stands.
+// Unlike QFileDialog's own static functions these survive the death of the parent while the dialog stands, and
+// return an empty text then, as for a cancelled dialog. Each begins in the folder.
+
+// The path of an existing file that the user chooses.
 QString chooseOpenFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter);
+// The path of a file to be written, which may exist if the user agrees to replace it.
+QString chooseSaveFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter);

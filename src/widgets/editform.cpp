@@ -3,8 +3,9 @@
 #include <QKeyEvent>
 
 EditForm::EditForm(QWidget *parent)
-    : QDialog(parent, Qt::Widget)
+    : QDialog(parent)
 {
+    setWindowFlags(Qt::Widget); // which the base's constructor would take for "no flags" and make a dialog
 }
 
 void EditForm::keyPressEvent(QKeyEvent *event)

@@ -153,6 +153,22 @@ QLabel *FieldTable::label(const QString &name) const
     return m_labels.value(name);
 }
 
+int FieldTable::labelWidth() const
+{
+    int width = 0;
+    for (const QLabel *label : m_labels) {
+        width = qMax(width, label->sizeHint().width());
+    }
+    return width;
+}
+
+void FieldTable::setLabelWidth(int width) const
+{
+    for (QLabel *label : m_labels) {
+        label->setMinimumWidth(width);
+    }
+}
+
 void FieldTable::make(const Field &field, QWidget *parent)
 {
     auto *label = new QLabel(QCoreApplication::translate(m_context, field.label), parent);
@@ -173,8 +189,12 @@ QWidget *FieldTable::makeWidget(const Field &field, QWidget *parent)
         }
         return box;
     }
-    case FieldKind::Check:
-        return new QCheckBox(parent);
+    case FieldKind::Check: {
+        // As high as its neighbours, so that rows and labels keep one distance.
+        auto *box = new QCheckBox(parent);
+        box->setMinimumHeight(QLineEdit().sizeHint().height());
+        return box;
+    }
     case FieldKind::OnOff:
         return makeOnOff(field, parent);
     case FieldKind::Text:

@@ -83,6 +83,11 @@ public:
     QComboBox *comboBox(const QString &name) const;
     QLabel *label(const QString &name) const;
 
+    // The width that the widest label asks for, in pixels.
+    int labelWidth() const;
+    // Makes every label at least that wide, so that the fields of several tables stand in one line.
+    void setLabelWidth(int width) const;
+
     const QVector<Field> &fields() const { return m_fields; }
 
 private:

@@ -9,7 +9,9 @@ namespace FormPage {
 
 QPushButton *button(const QString &text, const QString &icon, QWidget *parent)
 {
-    return new QPushButton(QIcon(icon), text, parent);
+    auto *made = new QPushButton(QIcon(icon), text, parent);
+    made->setAutoDefault(false);
+    return made;
 }
 
 QScrollArea *scrollArea(QWidget *content, QWidget *parent)
@@ -17,6 +19,7 @@ QScrollArea *scrollArea(QWidget *content, QWidget *parent)
     auto *area = new QScrollArea(parent);
     area->setStyleSheet(QStringLiteral("QScrollArea { border: none; }"));
     area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus); // a stop of the Tab key where nothing is to be done
     area->setWidget(content);
     return area;
 }
@@ -34,6 +37,18 @@ Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QStri
     row->addWidget(buttons.cancel);
     layout->addLayout(row);
     return buttons;
+}
+
+void orderBehind(QWidget *previous, const QWidget *page)
+{
+    const auto widgets = page->findChildren<QWidget *>();
+    for (QWidget *widget : widgets) {
+        const bool takesTab = (widget->focusPolicy() & Qt::TabFocus) != 0 && !widget->focusProxy();
+        if (takesTab && widget->window() == page->window()) {
+            QWidget::setTabOrder(previous, widget);
+            previous = widget;
+        }
+    }
 }
 
 } // namespace FormPage

@@ -14,11 +14,15 @@ struct Buttons {
     QPushButton *cancel; // objectName "cancelButton"
 };
 
-// A button with its icon resource; the text is already translated.
+// A button with its icon resource, pressed by Enter only if a dialog makes it its default; the text is already
+// translated.
 QPushButton *button(const QString &text, const QString &icon, QWidget *parent);
 // A resizable scroll area without a frame that shows the content.
 QScrollArea *scrollArea(QWidget *content, QWidget *parent);
 // Appends the row of the two confirming buttons; the accepting one may be "Save" or "OK" by its text.
 Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QString &cancelText);
+// Puts the inputs of a page behind a widget in the tab order: what is made after its form stands last otherwise,
+// behind the confirming buttons or even the rest of the window.
+void orderBehind(QWidget *previous, const QWidget *page);
 
 } // namespace FormPage

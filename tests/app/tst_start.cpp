@@ -30,6 +30,7 @@ void TestStart::runsWithoutAnyFileAndMissesNoResource()
     QCOMPARE((out + program.readAllStandardOutput()).count('\n'), 1);
     const QByteArray errors = program.readAllStandardError();
     QVERIFY2(!errors.contains("/adsdemo/") && !errors.contains("connectSlotsByName"), errors);
+    QVERIFY2(!errors.contains("qUncompress"), errors);
     QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
 }
 

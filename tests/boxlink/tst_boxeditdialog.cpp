@@ -40,6 +40,7 @@ private slots:
     void switchOfOneItemDoesNotReachTheNext();
     void clearDataEmptiesTheForm();
     void localTimeTicks();
+    void fitsANarrowTab();
     void logsItsLife();
 };
 
@@ -136,20 +137,25 @@ void TestBoxEditDialog::commonPage()
     const struct {
         const char *name;
         QString text;
+        const char *icon;
     } buttons[] = {
-        {"connectButton", QStringLiteral("Connect")},
-        {"disconnectButton", QStringLiteral("Disconnect")},
-        {"changeHostButton", QString()},
-        {"updateProjectButton", QStringLiteral("Update project")},
-        {"updateProgramButton", QStringLiteral("Update program")},
-        {"rebootButton", QStringLiteral("Reboot Device")},
-        {"lanReadButton", QStringLiteral("Read")},
-        {"timeWriteButton", QStringLiteral("Write")},
-        {"saveButton", QStringLiteral("Save")},
-        {"cancelButton", QStringLiteral("Cancel")},
+        {"connectButton", QStringLiteral("Connect"), "Connect"},
+        {"disconnectButton", QStringLiteral("Disconnect"), "Disconnect"},
+        {"changeHostButton", QString(), "change_host"},
+        {"updateProjectButton", QStringLiteral("Update project"), "Update project"},
+        {"updateProgramButton", QStringLiteral("Update program"), "Update project"},
+        {"rebootButton", QStringLiteral("Reboot Device"), "Reboot Device"},
+        {"lanReadButton", QStringLiteral("Read"), "read"},
+        {"timeWriteButton", QStringLiteral("Write"), "write"},
+        {"saveButton", QStringLiteral("Save"), "ok"},
+        {"cancelButton", QStringLiteral("Cancel"), "cancel"},
     };
     for (const auto &button : buttons) {
         QCOMPARE(find<QPushButton>(button.name)->text(), button.text);
+        const QIcon icon(QStringLiteral(":/adsdemo/images/%1.svg").arg(QLatin1String(button.icon)));
+        const QImage image = icon.pixmap(32).toImage();
+        QVERIFY2(!image.isNull(), button.icon);
+        QVERIFY2(find<QPushButton>(button.name)->icon().pixmap(32).toImage() == image, button.name);
     }
     QCOMPARE(find<QPushButton>("changeHostButton")->maximumSize(), QSize(20, 25));
     QCOMPARE(find<QPushButton>("changeHostButton")->minimumSize(), QSize(20, 25));
@@ -336,6 +342,14 @@ void TestBoxEditDialog::localTimeTicks()
         QDateTime::fromString(shown("localTime"), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
     QVERIFY(shownTime.isValid());
     QVERIFY(qAbs(shownTime.secsTo(QDateTime::currentDateTime())) <= 2);
+}
+
+// Save and Cancel stay in sight in a tab that is narrower than the widest page.
+void TestBoxEditDialog::fitsANarrowTab()
+{
+    open();
+    QVERIFY2(m_form->minimumSizeHint().width() <= 260 && m_form->minimumWidth() <= 260,
+             qPrintable(QString::number(m_form->minimumSizeHint().width())));
 }
 
 void TestBoxEditDialog::logsItsLife()

@@ -92,6 +92,10 @@ void TestBoxEditTransfer::projectIsPushed()
     QStandardItem *project = addProject();
     const QByteArray document = QJsonDocument(m_workspace->buildProjectJson(project)).toJson();
     QVERIFY(!document.isEmpty() && document.size() < 1024);
+    // What a push that failed has left is written over.
+    QFile left(m_dir->filePath(QStringLiteral("temp.json")));
+    QVERIFY(left.open(QIODevice::WriteOnly) && left.resize(4096));
+    left.close();
     open();
     QVERIFY(connected());
     answerTransferWith(QByteArray::fromHex("12340300 0a00 03 00 5678"));
@@ -248,6 +252,7 @@ void TestBoxEditTransfer::transferTakesTheHostAddress()
     m_form->updateProject();
     QCOMPARE(m_workspace->messages,
              QStringList(QStringLiteral("Binding Status: Failed to bind to 192.0.2.1")));
+    QCOMPARE(filesInFolder(), QStringList(QStringLiteral("temp.json")));
 }
 
 void TestBoxEditTransfer::sessionLivesOnDuringATransfer()

@@ -16,6 +16,8 @@ private slots:
     void aPeerThatDoesNotReadIsDropped();
     void connectionsAreLimited();
     void searchIsAnsweredToItsSender();
+    void aBoxOnEveryAddressSaysItsLanAddress();
+    void searchStaysUnansweredWhereToldSo();
     void strangeDatagramsAreNotAnswered_data();
     void strangeDatagramsAreNotAnswered();
     void rawBytesReachEverySession();
@@ -125,6 +127,41 @@ void tst_BoxSim::searchIsAnsweredToItsSender()
                  + QByteArray::fromHex("5678"));
     QCOMPARE(answer.senderPort(), 30088);
     QCOMPARE(searched.size(), 1);
+}
+
+void tst_BoxSim::aBoxOnEveryAddressSaysItsLanAddress()
+{
+    BoxSimOptions own = options();
+    own.address = QHostAddress(QHostAddress::AnyIPv4);
+    own.port = 0;
+    BoxSim box(own);
+    QVERIFY(box.start());
+    QUdpSocket tool;
+    QVERIFY(tool.bind(address(), 0));
+    tool.writeDatagram(QByteArray::fromHex("12340000") + "Search Box" + QByteArray::fromHex("5678"),
+                       address(), box.port());
+    QTRY_VERIFY(tool.hasPendingDatagrams());
+    QCOMPARE(tool.receiveDatagram().data().mid(4, 16), "192.168.1.80" + QByteArray(4, '\0'));
+}
+
+void tst_BoxSim::searchStaysUnansweredWhereToldSo()
+{
+    BoxSimOptions own = options();
+    own.faults.noDiscovery = true;
+    own.discoveryAddress = QHostAddress(QStringLiteral("127.0.12.101"));
+    BoxSim box(own);
+    QVERIFY(box.start());
+    QSignalSpy searched(&box, &BoxSim::searched);
+    QUdpSocket tool;
+    QVERIFY(tool.bind(address(), 0));
+    const QByteArray search = QByteArray::fromHex("12340000") + "Search Box" + QByteArray::fromHex("5678");
+    tool.writeDatagram(search, own.discoveryAddress, 30088);
+    QTRY_COMPARE(searched.size(), 1);
+    QVERIFY(!tool.hasPendingDatagrams());
+    box.setFaults(BoxSimFaults());
+    tool.writeDatagram(search, own.discoveryAddress, 30088);
+    QTRY_VERIFY(tool.hasPendingDatagrams());
+    QCOMPARE(tool.receiveDatagram().data().mid(4, 10), QByteArray("127.0.12.1"));
 }
 
 void tst_BoxSim::strangeDatagramsAreNotAnswered_data()

@@ -74,9 +74,8 @@ private slots:
     void tableHoldsEveryItemInOrder();
     void identifiersAreUnique();
     void editionsListTheirItemsInTableOrder();
-    void itemIsFoundByTheIdentifierOfEitherEdition();
-    void unknownIdentifierFindsNothing_data();
-    void unknownIdentifierFindsNothing();
+    void unknownIdentifierHasNoLabel_data();
+    void unknownIdentifierHasNoLabel();
     void versionFollowsFromItsText_data();
     void versionFollowsFromItsText();
     void labelIsTranslatedInTheLanguageInForce();
@@ -141,17 +140,7 @@ void TestDlt645Items::editionsListTheirItemsInTableOrder()
     QCOMPARE(older.size(), 30);
 }
 
-void TestDlt645Items::itemIsFoundByTheIdentifierOfEitherEdition()
-{
-    for (const Dlt645::Item &item : Dlt645::items()) {
-        QCOMPARE(Dlt645::findByAddress(QLatin1String(item.code2007.address)), &item);
-        if (item.code1997.address) {
-            QCOMPARE(Dlt645::findByAddress(QLatin1String(item.code1997.address)), &item);
-        }
-    }
-}
-
-void TestDlt645Items::unknownIdentifierFindsNothing_data()
+void TestDlt645Items::unknownIdentifierHasNoLabel_data()
 {
     QTest::addColumn<QString>("address");
     QTest::newRow("empty") << QString();
@@ -161,10 +150,9 @@ void TestDlt645Items::unknownIdentifierFindsNothing_data()
     QTest::newRow("a format") << QStringLiteral("XXXXXX.XX");
 }
 
-void TestDlt645Items::unknownIdentifierFindsNothing()
+void TestDlt645Items::unknownIdentifierHasNoLabel()
 {
     QFETCH(QString, address);
-    QCOMPARE(Dlt645::findByAddress(address), nullptr);
     QCOMPARE(Dlt645::Labels().ofAddress(address), QString());
 }
 

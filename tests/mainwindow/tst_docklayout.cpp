@@ -33,6 +33,7 @@ private slots:
     void onlyTheMessageDockHasAWorkingCloseButton();
     void theMessageDockComesBackThroughTheViewMenu();
     void theTreeIsSetUpForOneColumn();
+    void aSelectedNodeIsDarkOnLightWhateverThePlatformsColours();
     void monitoringTabsAreNotClosedByTheirButton();
     void theOptionsMenuClearsTheMessages();
     void savingAndRestoringLeavesTheLayout();
@@ -220,6 +221,25 @@ void TestDockLayout::theTreeIsSetUpForOneColumn()
     QCOMPARE(tree->header()->sectionResizeMode(0), QHeaderView::Stretch);
     QCOMPARE(tree->editTriggers(), QAbstractItemView::EditTriggers(QAbstractItemView::NoEditTriggers));
     QCOMPARE(tree->contextMenuPolicy(), Qt::CustomContextMenu);
+}
+
+void TestDockLayout::aSelectedNodeIsDarkOnLightWhateverThePlatformsColours()
+{
+    const QPalette platform = QApplication::palette();
+    QPalette dark = platform;
+    dark.setColor(QPalette::Highlight, Qt::darkBlue);
+    dark.setColor(QPalette::HighlightedText, Qt::white);
+    dark.setColor(QPalette::Base, Qt::black);
+    dark.setColor(QPalette::Text, Qt::white);
+    QApplication::setPalette(dark);
+    m_window.reset(new CMainWindow);
+    const QPalette shown = m_window->projectTree()->palette();
+    QApplication::setPalette(platform);
+    for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        QCOMPARE(shown.color(group, QPalette::Highlight).name(), QStringLiteral("#cfe6f7"));
+        QCOMPARE(shown.color(group, QPalette::HighlightedText).name(), QStringLiteral("#1e1e1e"));
+        QCOMPARE(shown.color(group, QPalette::Base), QColor(Qt::black));
+    }
 }
 
 void TestDockLayout::monitoringTabsAreNotClosedByTheirButton()

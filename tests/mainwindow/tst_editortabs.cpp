@@ -23,6 +23,11 @@ private slots:
     void tabThatARestoredLayoutDoesNotHoldComesBackToItsPlace();
 
     void firstTabStandsToTheRight();
+    void newAreaIsWideEnoughForAForm_data();
+    void newAreaIsWideEnoughForAForm();
+    void secondAreaIsTakenFromTheWidestOther();
+    void secondAreaOfASmallWindowSharesWithTheWidestOther();
+    void theTreeKeepsItsWidth();
     void tabJoinsANeighbour();
     void tabOfNoNeighbourStandsToTheRight();
     void closedNeighbourIsNoNeighbour();
@@ -176,6 +181,79 @@ void tst_EditorTabs::firstTabStandsToTheRight()
     QCOMPARE(tab->dockAreaWidget()->dockWidgetsCount(), 1);
     QTRY_VERIFY(tab->mapTo(m_window.data(), QPoint()).x()
                 > m_window->monitoringTabs()->mapTo(m_window.data(), QPoint()).x());
+}
+
+void tst_EditorTabs::newAreaIsWideEnoughForAForm_data()
+{
+    QTest::addColumn<int>("window");
+    QTest::addColumn<int>("wanted");
+    QTest::newRow("large") << 1280 << 520;
+    QTest::newRow("very large") << 1900 << 520;
+    QTest::newRow("small") << 1000 << 420;
+}
+
+// A splitter shares out its own width, which is a few pixels less than the window's.
+static const int handles = 10;
+
+void tst_EditorTabs::newAreaIsWideEnoughForAForm()
+{
+    QFETCH(int, window);
+    QFETCH(int, wanted);
+    m_window->resize(window, 720);
+    QTRY_COMPARE(m_window->dockManager()->width(), window);
+    const ads::CDockWidget *tab = open(first);
+    QTRY_VERIFY(tab->dockAreaWidget()->width() > wanted - handles);
+    QVERIFY(tab->dockAreaWidget()->width() <= wanted);
+}
+
+void tst_EditorTabs::secondAreaIsTakenFromTheWidestOther()
+{
+    m_window->resize(1900, 720);
+    QTRY_COMPARE(m_window->dockManager()->width(), 1900);
+    const ads::CDockWidget *one = open(first);
+    QTRY_VERIFY(one->dockAreaWidget()->width() > 520 - handles);
+    const ads::CDockWidget *other = open(second);
+    QTRY_VERIFY(other->dockAreaWidget()->width() > 520 - handles);
+    QVERIFY(one->dockAreaWidget()->width() > 300);
+    QVERIFY(m_window->monitoringTabs()->width() > 300);
+}
+
+void tst_EditorTabs::secondAreaOfASmallWindowSharesWithTheWidestOther()
+{
+    const ads::CDockWidget *one = open(first);
+    QTRY_VERIFY(one->dockAreaWidget()->width() > 520 - handles);
+    const ads::CDockWidget *other = open(second);
+    const auto leftover = [=] { return one->dockAreaWidget()->mapTo(m_window.data(), QPoint()).x(); };
+    QTRY_VERIFY(other->dockAreaWidget()->width() > 400);
+    QVERIFY(leftover() >= other->dockAreaWidget()->width());
+}
+
+void tst_EditorTabs::theTreeKeepsItsWidth()
+{
+    const auto width = [this] { return m_window->projectTree()->width(); };
+    QTRY_VERIFY(width() > 200);
+    const int before = width();
+    for (bool isRestored : {false, true}) {
+        if (isRestored) {
+            m_window->on_actionSaveState_triggered(false);
+            m_window->on_actionRestoreState_triggered(false);
+            QTRY_COMPARE(width(), before);
+        }
+        for (int time = 0; time < 3; ++time) {
+            ads::CDockWidget *tab = open(first);
+            QTRY_VERIFY(tab->dockAreaWidget()->width() > 520 - handles);
+            QCOMPARE(width(), before);
+            tab->closeDockWidget();
+            Window::settle();
+            QTRY_VERIFY(m_window->monitoringTabs()->width() > 900);
+            QCOMPARE(width(), before);
+        }
+        m_window->resize(1500, 800);
+        QTRY_VERIFY(m_window->monitoringTabs()->width() > 1100);
+        QCOMPARE(width(), before);
+        m_window->resize(1280, 720);
+        QTRY_VERIFY(m_window->monitoringTabs()->width() < 1100);
+    }
 }
 
 void tst_EditorTabs::tabJoinsANeighbour()

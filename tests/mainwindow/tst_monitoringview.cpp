@@ -9,6 +9,7 @@
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QStandardItemModel>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTranslator>
@@ -92,6 +93,7 @@ private slots:
     void firstProjectOfANameWins();
     void firstReportMakesTheNodeAndNoTab();
     void makesADataFolderWhereNoneIs();
+    void nodeComesWithItsValues();
     void keepsTheRowsInTheNode();
     void skipsWhatIsNotAnObject();
     void keepsTwoPlcsApart();
@@ -100,6 +102,8 @@ private slots:
 
     void secondReportShowsTheTable();
     void looksAsDesigned();
+    void longNamesFitTheirTabs();
+    void headersAreReadableOnADarkDesktop();
     void showsValidityInWords_data();
     void showsValidityInWords();
     void numberAsValueShowsAsEmptyCell();
@@ -202,9 +206,9 @@ void TestMonitoringView::dropsAReportOfAProjectThatIsNotOpen()
 {
     const auto data = report(QStringLiteral("Hillside"), QStringLiteral("Meter 1"),
                              {point(QStringLiteral("Ua"), QStringLiteral("230.1"))});
-    QTest::ignoreMessage(QtDebugMsg, "Main:  \"Hillside\"");
+    QTest::ignoreMessage(QtDebugMsg, "Main: Hillside");
     m_view->receive(data);
-    QTest::ignoreMessage(QtDebugMsg, "Main:  \"Hillside\"");
+    QTest::ignoreMessage(QtDebugMsg, "Main: Hillside");
     m_view->receive(data);
     QCOMPARE(m_model->rowCount(), 1);
     QCOMPARE(dataFolder()->rowCount(), 0);
@@ -241,6 +245,24 @@ void TestMonitoringView::makesADataFolderWhereNoneIs()
     QCOMPARE(m_model->item(0)->child(0)->icon().pixmap(64).toImage(),
              QIcon(QStringLiteral(":/adsdemo/images/Data.png")).pixmap(64).toImage());
     QCOMPARE(dataFolder()->rowCount(), 1);
+}
+
+void TestMonitoringView::nodeComesWithItsValues()
+{
+    // Whoever hears of the new node finds it complete, and the tree is opened behind it.
+    QStringList seen;
+    connect(m_model.data(), &QStandardItemModel::rowsInserted, this, [&](const QModelIndex &folder, int row) {
+        const QModelIndex node = m_model->index(row, 0, folder);
+        seen.append(node.data().toString());
+        seen.append(QString::number(node.data(dataRowsRole).toList().size()));
+        seen.append(node.data(dataDisplayRole).toString());
+        seen.append(m_tree->isExpanded(folder) ? QStringLiteral("open") : QStringLiteral("closed"));
+    });
+    receive({point(QStringLiteral("Ua"), QStringLiteral("1"))});
+    QCOMPARE(seen,
+             QStringList({QStringLiteral("Meter 1"), QStringLiteral("1"), QStringLiteral("NoDisplay"),
+                          QStringLiteral("closed")}));
+    QVERIFY(m_tree->isExpanded(dataFolder()->index()));
 }
 
 void TestMonitoringView::keepsTheRowsInTheNode()
@@ -371,6 +393,48 @@ void TestMonitoringView::looksAsDesigned()
     QVERIFY(!shown->horizontalHeader()->styleSheet().isEmpty());
     QCOMPARE(shown->columnWidth(5), 180);
     QCOMPARE(shown->columnWidth(0), 234);
+}
+
+void TestMonitoringView::longNamesFitTheirTabs()
+{
+    const QString name = QStringLiteral("Transformer station west, feeder 12");
+    const QJsonArray datas{point(QStringLiteral("a"), QStringLiteral("1"))};
+    QFont font = m_tabs->font();
+    font.setPixelSize(11); // the desktop's
+    m_tabs->setFont(font);
+    m_tabs->resize(900, 300);
+    m_tabs->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_tabs.data()));
+    showPoints(datas);
+    showPoints(datas, name);
+    const QTabBar *bar = m_tabs->tabBar();
+    font.setPixelSize(16); // the size and the padding of the style sheet
+    const int text = QFontMetrics(font).horizontalAdvance(name);
+    QTRY_VERIFY2(bar->tabRect(1).width() >= text + 2 * 10,
+                 qPrintable(QStringLiteral("%1 for %2").arg(bar->tabRect(1).width()).arg(text)));
+}
+
+void TestMonitoringView::headersAreReadableOnADarkDesktop()
+{
+    const QPalette before = QApplication::palette();
+    QPalette dark(QColor(0x30, 0x30, 0x30)); // with white texts
+    QCOMPARE(dark.color(QPalette::ButtonText), QColor(Qt::white));
+    QApplication::setPalette(dark);
+    m_tabs->resize(900, 300);
+    m_tabs->show();
+    QTableWidget *shown = showPoints({point(QStringLiteral("Ua"), QStringLiteral("1"))});
+    const QHeaderView *header = shown->horizontalHeader();
+    const int width = header->sectionSize(0);
+    const QImage image =
+        shown->horizontalHeader()->grab().toImage().copy(4, 4, width - 8, header->height() - 8);
+    QApplication::setPalette(before);
+    int darkest = 255;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            darkest = qMin(darkest, qGray(image.pixel(x, y)));
+        }
+    }
+    QVERIFY2(darkest < 0x50, qPrintable(QString::number(darkest)));
 }
 
 void TestMonitoringView::showsValidityInWords_data()

@@ -26,11 +26,18 @@ private slots:
     void leavingAsksAndSaves();
     void leavingWithoutSavingStoresTheLayout();
     void cancelledLeavingKeepsTheProgram();
+    void leavingTwiceAsksTwiceAndKeepsTheFirstLayout();
 
 private:
     QString savedText(const QString &name) const
     {
         return QStringLiteral("Save Successful|JSON data saved to file:\n") + m_folder->filePath(name);
+    }
+
+    static QByteArray layoutFile()
+    {
+        QFile file(QStringLiteral("Settings.ini"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     QScopedPointer<QTemporaryDir> m_folder;
@@ -212,6 +219,7 @@ void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
     m_window->slotEditProject();
     m_window->slotDeleteProject();
     m_window->closeTabByName(QStringLiteral("meter"));
+    m_window->prjectTreeView_MenuPopup(QPoint(5, 5));
     QCOMPARE(boxes.told().size(), 1);
 }
 
@@ -226,6 +234,22 @@ void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
     QVERIFY(m_window->dockManager());
     QVERIFY(m_window->form(editProject));
     QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+}
+
+void tst_ProjectClosing::leavingTwiceAsksTwiceAndKeepsTheFirstLayout()
+{
+    m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::No);
+    boxes.expect(QMessageBox::No);
+    QVERIFY(m_window->close());
+    Window::settle();
+    const QByteArray layout = layoutFile();
+    QVERIFY(!layout.isEmpty());
+    m_window->show();
+    QVERIFY(m_window->close());
+    QCOMPARE(boxes.told(), QStringList({leaveQuestion, leaveQuestion}));
+    QCOMPARE(layoutFile(), layout);
 }
 
 QTEST_MAIN(tst_ProjectClosing)

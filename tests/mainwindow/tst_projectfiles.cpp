@@ -2,12 +2,12 @@
 #include "mainwindow/projectfiles.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "support/files.h"
 #include "support/language.h"
 #include "support/messageboxes.h"
 #include "support/projectdump.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
@@ -15,24 +15,8 @@
 #include <QTreeView>
 #include <QtTest>
 
-namespace
-{
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
-}
-
-void put(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
-        qFatal("%s can't be written", qPrintable(path));
-    }
-}
-
-} // namespace
+using Files::contents;
+using Files::put;
 
 class TestProjectFiles : public QObject
 {
@@ -44,8 +28,7 @@ private slots:
     void savingTellsThePath();
     void saveThatFailsShowsNothing();
     void anyItemIsSavedAsAProject();
-    void nothingCurrentIsALogLine();
-    void currentProjectIsSaved();
+    void noProjectIsALogLine();
     void allProjectsAreSavedInRowOrder();
     void failureStopsNoneOfTheRest();
     void noProjectsSaveSilently();
@@ -56,6 +39,7 @@ private slots:
     void loadThatFailsShowsNothing_data();
     void loadThatFailsShowsNothing();
     void emptyObjectLoads();
+    void viewMayBeGone();
     void textsAreThoseOfTheMainWindow();
     void busyCursorIsGoneWhenTheBoxStands();
     void dialogAsksForAFile();
@@ -137,21 +121,11 @@ void TestProjectFiles::anyItemIsSavedAsAProject()
              QByteArray("{\n    \"description\": \"\",\n    \"name\": \"Standard\"\n}\n"));
 }
 
-void TestProjectFiles::nothingCurrentIsALogLine()
+void TestProjectFiles::noProjectIsALogLine()
 {
     addProject(QStringLiteral("P"), m_dir->path());
     QTest::ignoreMessage(QtDebugMsg, "No project selected.");
-    m_files->saveCurrent(nullptr);
-    QVERIFY(!QFile::exists(path("P.json")));
-}
-
-void TestProjectFiles::currentProjectIsSaved()
-{
-    addProject(QStringLiteral("P"), m_dir->path());
-    QStandardItem *current = addProject(QStringLiteral("Q"), m_dir->path());
-    m_boxes->expect();
-    m_files->saveCurrent(current);
-    QCOMPARE(m_boxes->told(), QStringList({saved(path("Q.json"))}));
+    m_files->saveProject(nullptr);
     QVERIFY(!QFile::exists(path("P.json")));
 }
 
@@ -275,6 +249,16 @@ void TestProjectFiles::emptyObjectLoads()
     m_files->loadFile(path("x.json"));
     QCOMPARE(ProjectDump::shape(m_model->item(0)), QStringLiteral("(Standard() Service() Box() Data())"));
     QCOMPARE(m_boxes->told().size(), 1);
+}
+
+void TestProjectFiles::viewMayBeGone()
+{
+    auto *view = new QTreeView;
+    ProjectFiles files(m_view.data(), m_model.data(), view);
+    delete view;
+    m_boxes->expect();
+    files.loadFile(QStringLiteral(TEST_DATA_DIR "/empty.json"));
+    QCOMPARE(m_model->rowCount(), 1);
 }
 
 void TestProjectFiles::textsAreThoseOfTheMainWindow()

@@ -3,6 +3,7 @@
 #include "support/logtail.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
+#include "support/projectdump.h"
 
 #include <QFileDialog>
 #include <QLabel>
@@ -19,6 +20,7 @@ private slots:
     void cleanup();
 
     void opensEmptyAndWithAReadOnlyPath();
+    void carriesItsIcons();
     void browsingFillsThePath();
     void cancelledBrowsingLeavesThePath();
     void refusesWithoutNameOrPath_data();
@@ -65,6 +67,18 @@ void tst_NewProjectDialog::opensEmptyAndWithAReadOnlyPath()
     }
     QCOMPARE(buttons,
              QStringList({QStringLiteral("Browse"), QStringLiteral("OK"), QStringLiteral("Cancel")}));
+}
+
+void tst_NewProjectDialog::carriesItsIcons()
+{
+    const auto image = [](const char *name) {
+        const QString path = QLatin1String(":/adsdemo/images/") + QLatin1String(name);
+        return QFile::exists(path) ? ProjectDump::iconBytes(path) : QByteArray("no such image");
+    };
+    QCOMPARE(ProjectDump::iconBytes(m_dialog->windowIcon()), image("New.png"));
+    QCOMPARE(ProjectDump::iconBytes(child<QPushButton>("browseButton")->icon()), image("look.svg"));
+    QCOMPARE(ProjectDump::iconBytes(child<QPushButton>("okButton")->icon()), image("ok.svg"));
+    QCOMPARE(ProjectDump::iconBytes(child<QPushButton>("cancelButton")->icon()), image("cancel.svg"));
 }
 
 void tst_NewProjectDialog::browsingFillsThePath()

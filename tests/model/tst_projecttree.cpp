@@ -153,6 +153,10 @@ void TestProjectTree::standardIconFollowsTheProtocol_data()
     QTest::addColumn<QString>("icon");
     QTest::newRow("Modbus") << QStringLiteral("Modbus") << QStringLiteral(":/adsdemo/images/Modbus.svg");
     QTest::newRow("DLT645") << QStringLiteral("DLT645") << QStringLiteral(":/adsdemo/images/DLT645.svg");
+    QTest::newRow("DIDO") << QStringLiteral("DIDO") << QStringLiteral(":/adsdemo/images/dio.svg");
+    QTest::newRow("CustomPoll") << QStringLiteral("CustomPoll")
+                                << QStringLiteral(":/adsdemo/images/CustomPoll.svg");
+    QTest::newRow("OpcUA") << QStringLiteral("OpcUA") << QStringLiteral(":/adsdemo/images/OpcUa.svg");
     QTest::newRow("other case") << QStringLiteral("modbus") << QString();
     QTest::newRow("unknown") << QStringLiteral("Profibus") << QString();
     QTest::newRow("empty") << QString() << QString();
@@ -163,6 +167,7 @@ void TestProjectTree::standardIconFollowsTheProtocol()
     QFETCH(QString, protocol);
     QFETCH(QString, icon);
     QCOMPARE(ProjectTree::standardIcon(protocol), icon);
+    QVERIFY(icon.isEmpty() || QFile::exists(icon));
 }
 
 void TestProjectTree::flagsAreBooleansOrTexts_data()
@@ -192,6 +197,8 @@ void TestProjectTree::listTypesAreRegisteredByName()
     ProjectTree::registerTypes();
     QCOMPARE(QMetaType::type("QList<QVariantList>"), qMetaTypeId<RowList>());
     QCOMPARE(QMetaType::type("QMap<QString,QList<QVariantList>>"), qMetaTypeId<GroupMap>());
+    QCOMPARE(QVariant::fromValue(RowList()).typeName(), "QList<QVariantList>");
+    QCOMPARE(QVariant::fromValue(GroupMap()).typeName(), "QMap<QString,QList<QVariantList> >");
 }
 
 void TestProjectTree::unsetRoleReadsAsEmptyText()

@@ -50,7 +50,9 @@ private slots:
     void modbusLoadedNameNamesTheOtherRow();
     void modbusLoadedAddressIsNotChecked();
     void modbusAddressIsLookedUpInTheLatestTable();
+    void modbusAddressOfTheLatestTableIsWatchedInstead();
     void deleteButtonRemovesTheCurrentRow();
+    void clickedDeleteButtonRemovesTheCurrentRow();
     void removeAllEmptiesTheTable();
     void wheelIsLeftToTheForm();
     void withoutAWindowNothingIsTold();
@@ -58,6 +60,7 @@ private slots:
     void itemsOfLengthAndAmplitude();
     void amplitudeCellSlots();
     void twoThousandRowsAreHandledInOneGo();
+    void rowsAreMadeUnseenAndInTheirPlace();
 
 private:
     void make(const ParameterVariant &variant);
@@ -563,6 +566,31 @@ void TestParameterEditor::modbusAddressIsLookedUpInTheLatestTable()
     QCOMPARE(editor(0, Address)->text(), QStringLiteral("D 1"));
 }
 
+void TestParameterEditor::modbusAddressOfTheLatestTableIsWatchedInstead()
+{
+    make(ParameterVariant::modbus());
+    m_editor->addParameter();
+    QLineEdit *typedInto = editor(0, Address);
+    QTableWidget *first = m_table;
+    QTableWidget latest(m_form);
+    m_editor->prepare(&latest);
+    m_table = &latest;
+    m_latest = &latest;
+    m_editor->addParameter();
+    QLineEdit *watched = editor(0, Address);
+    {
+        const QSignalBlocker quiet(watched);
+        watched->setText(QStringLiteral("D 1"));
+    }
+    m_table = first;
+    typedInto->setText(QStringLiteral("D 2"));
+    emit typedInto->editingFinished();
+    QCOMPARE(typedInto->text(), QStringLiteral("D 2"));
+    emit watched->editingFinished();
+    QCOMPARE(watched->text(), QString());
+    QCOMPARE(m_workspace->messages.size(), 1);
+}
+
 void TestParameterEditor::deleteButtonRemovesTheCurrentRow()
 {
     m_editor->loadParameters({plcRow("1", "a"), plcRow("2", "b"), plcRow("3", "c")});
@@ -572,6 +600,18 @@ void TestParameterEditor::deleteButtonRemovesTheCurrentRow()
     QCOMPARE(m_table->rowCount(), 3);
     m_table->setCurrentCell(0, 0);
     lastButton->click();
+    QCOMPARE(m_editor->rows(m_table), (RowList{plcRow("2", "b"), plcRow("3", "c")}));
+}
+
+void TestParameterEditor::clickedDeleteButtonRemovesTheCurrentRow()
+{
+    m_editor->loadParameters({plcRow("1", "a"), plcRow("2", "b"), plcRow("3", "c")});
+    m_table->resize(900, 300);
+    m_form->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_form));
+    m_table->setFocus();
+    m_table->setCurrentCell(0, Address);
+    QTest::mouseClick(m_table->cellWidget(2, Button), Qt::LeftButton);
     QCOMPARE(m_editor->rows(m_table), (RowList{plcRow("2", "b"), plcRow("3", "c")}));
 }
 
@@ -679,6 +719,44 @@ void TestParameterEditor::twoThousandRowsAreHandledInOneGo()
     QCoreApplication::processEvents();
     QCOMPARE(m_editor->rows(m_table), rows);
     QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestParameterEditor::rowsAreMadeUnseenAndInTheirPlace()
+{
+    // Each of these events comes once a cell if it comes at all, and some cost as much as there are cells.
+    class Events : public QObject
+    {
+    public:
+        using QObject::QObject;
+        int styleChanges = 0;
+        int lateMoves = 0;
+        bool filled = false;
+        bool eventFilter(QObject *watched, QEvent *event) override
+        {
+            // A widget under construction is not of its class yet and takes a change of style lightly.
+            const bool cell = qobject_cast<QComboBox *>(watched) || qobject_cast<QPushButton *>(watched);
+            styleChanges += cell && event->type() == QEvent::StyleChange;
+            lateMoves += cell && filled && (event->type() == QEvent::Move || event->type() == QEvent::Resize);
+            return false;
+        }
+    };
+    make(ParameterVariant::modbus());
+    m_form->setStyleSheet(QStringLiteral("QScrollArea { border: none; }"));
+    m_table->resize(600, 300);
+    m_form->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_form));
+    Events events;
+    qApp->installEventFilter(&events);
+    m_editor->loadParameters({modbusRow("0", "a"), modbusRow("1", "b"), modbusRow("2", "c")});
+    QVERIFY(m_table->viewport()->isVisible());
+    QVERIFY(m_table->cellWidget(2, Type)->isVisible());
+    events.filled = true;
+    QCoreApplication::processEvents();
+    m_table->doItemsLayout();
+    qApp->removeEventFilter(&events);
+    QCOMPARE(events.styleChanges, 0);
+    QCOMPARE(events.lateMoves, 0);
+    QCOMPARE(m_table->viewport()->findChildren<QPushButton *>().size(), 3);
 }
 
 QTEST_MAIN(TestParameterEditor)

@@ -15,6 +15,8 @@ private slots:
     void contentFollowsTheEnding();
     void fileThatCannotBeOpenedSaysSo_data();
     void fileThatCannotBeOpenedSaysSo();
+    void fileWithoutPermissionSaysSo();
+    void fileThatFailsToBeReadHasNoContent();
     void certificatesOfOpensslAreCarriedWhole();
     void hundredMegabytesAreRead();
 };
@@ -82,6 +84,28 @@ void TestCertificateFile::fileThatCannotBeOpenedSaysSo()
     const CertificateFile file = loadCertificateFile(path);
     QVERIFY(!file.opened);
     QCOMPARE(file.content, QString());
+}
+
+void TestCertificateFile::fileWithoutPermissionSaysSo()
+{
+    const QString path = writeFile(QStringLiteral("secret.pem"), "x");
+    QVERIFY(QFile::setPermissions(path, QFileDevice::Permissions()));
+    if (QFile(path).open(QIODevice::ReadOnly)) {
+        QSKIP("this user reads files without permission");
+    }
+    const CertificateFile file = loadCertificateFile(path);
+    QVERIFY(!file.opened);
+    QCOMPARE(file.content, QString());
+}
+
+void TestCertificateFile::fileThatFailsToBeReadHasNoContent()
+{
+    // Opens for anyone's own process, and refuses to be read at its start.
+    const QString memory = QStringLiteral("/proc/self/mem");
+    if (!QFile::exists(memory) || !QFile::link(memory, QStringLiteral("memory.pem"))) {
+        QSKIP("no such file here");
+    }
+    QCOMPARE(loadCertificateFile(QStringLiteral("memory.pem")).content, QString());
 }
 
 void TestCertificateFile::certificatesOfOpensslAreCarriedWhole()

@@ -35,6 +35,7 @@ private slots:
     void sameNameInTwoTabsIsAccepted();
     void buttonsActOnTheCurrentTab();
     void replaceItemShowsTheOtherStandard();
+    void replaceItemBeforeTheTabsAppearedLoadsThemOnce();
     void operationsWithoutATab();
     void wheelLeavesListsAlone();
     void clearDataEmptiesTheForm();
@@ -356,8 +357,26 @@ void TestStandardModbusEditDialog::replaceItemShowsTheOtherStandard()
     QCOMPARE(titles(form), (QStringList{"Modbus-1", "Modbus-2"}));
     QCOMPARE(stations(form), (QStringList{"10", "2"}));
     form.replaceItem(m_item);
+    QCOMPARE(find<QComboBox>(form, "modbus")->currentText(), QStringLiteral("ModbusTCP"));
     QCOMPARE(find<QComboBox>(form, "baudRate")->currentText(), QStringLiteral("115200"));
     QCOMPARE(stations(form), QStringList{"1"});
+}
+
+void TestStandardModbusEditDialog::replaceItemBeforeTheTabsAppearedLoadsThemOnce()
+{
+    GroupMap groups;
+    for (int number = 1; number <= 12; ++number) {
+        groups.insert(QStringLiteral("Modbus-%1").arg(number), group(QString::number(number)));
+    }
+    QStandardItem other(QStringLiteral("Other"));
+    setGroups(&other, groups);
+    standardModbusEditDialog form(m_item, m_workspace);
+    form.replaceItem(&other);
+    const QStringList expected{"1", "10", "11", "12", "2", "3", "4", "5", "6", "7", "8", "9"};
+    QCOMPARE(stations(form), expected);
+    show(form);
+    QCoreApplication::processEvents();
+    QCOMPARE(stations(form), expected);
 }
 
 void TestStandardModbusEditDialog::operationsWithoutATab()

@@ -59,7 +59,7 @@ Request readRequest(const QByteArray &frame)
 
 QString carryOut(const Request &request, SettingsMemory *settings, const BoxSimFaults &faults)
 {
-    const QString refusal = faults.refusedWrites.value(request.type, faults.refusedWrites.value(0));
+    QString refusal = faults.refusedWrites.value(request.type, faults.refusedWrites.value(0));
     if (!refusal.isEmpty()) {
         return refusal;
     }

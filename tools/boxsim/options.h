@@ -70,7 +70,7 @@ struct BoxSimOptions {
     int rebootTime = 2000; // how long a reboot keeps the Box off the network; 0 keeps it on
 
     int maxFileSize = 64 * 1024 * 1024;
-    int maxQueued = 32 * 1024 * 1024; // unsent bytes a connection; reports beyond are dropped
+    int maxQueued = 16 * 1024 * 1024; // unsent bytes a connection; reports beyond are dropped
     int maxConnections = 8; // further ones are closed at once
 
     BoxSimFaults faults;

@@ -54,7 +54,7 @@ void Outbox::discard()
 
 void Outbox::append(const QByteArray &frame)
 {
-    if (m_exhausted || m_faults->silent) {
+    if (m_exhausted || m_faults->silent || m_socket->state() != QAbstractSocket::ConnectedState) {
         return;
     }
     m_waiting += noise(m_faults->noise) + frame;
@@ -70,7 +70,7 @@ void Outbox::append(const QByteArray &frame)
 void Outbox::drain()
 {
     const int there = m_waiting.size() - m_head;
-    if (there == 0) {
+    if (there == 0 || m_socket->state() != QAbstractSocket::ConnectedState) {
         return;
     }
     const int size = m_faults->split > 0 ? qMin(m_faults->split, there) : there;

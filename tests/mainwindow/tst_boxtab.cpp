@@ -1,0 +1,314 @@
+#include "boxlink/boxeditdialog.h"
+#include "boxsim/boxsim.h"
+#include "document/projectreader.h"
+#include "support/logtail.h"
+#include "support/messageboxes.h"
+#include "windowundertest.h"
+
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QTemporaryDir>
+
+using Window = WindowUnderTest;
+
+static const QString editBox = QStringLiteral("Edit Box");
+static const QString firstAddress = QStringLiteral("127.0.21.1");
+static const QString secondAddress = QStringLiteral("127.0.21.2");
+
+// The Box's tab in the real window against Boxes that answer: what ends its session, and what may happen to
+// its node, its tab and the window meanwhile.
+class tst_BoxTab : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void endOfTheTabEndsTheSessionFirst_data();
+    void endOfTheTabEndsTheSessionFirst();
+    void clickOnAnotherBoxMovesTheSession();
+    void formOutlivesItsNode();
+    void reboundFormOutlivesItsNode();
+    void loadingMergesBelowTheForm();
+    void waitForTheVerdictMayBeCutShort_data();
+    void waitForTheVerdictMayBeCutShort();
+    void programMayEndDuringTheWaitForTheVerdict();
+    void outcomeIsToldInTheLanguageOfTheWindow_data();
+    void outcomeIsToldInTheLanguageOfTheWindow();
+
+private:
+    void startSim(std::unique_ptr<BoxSim> &sim, const QString &address);
+    BoxEditDialog *boxForm() const { return qobject_cast<BoxEditDialog *>(m_window->form(editBox)); }
+    // Opens the form of the first Box and waits for its session.
+    BoxEditDialog *open();
+    void act(const QByteArray &ending);
+
+    std::unique_ptr<BoxSim> m_firstSim;
+    std::unique_ptr<BoxSim> m_secondSim;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<Window> m_window;
+    std::unique_ptr<MessageBoxes> m_boxes;
+    QStandardItem *m_project = nullptr;
+    QStandardItem *m_first = nullptr;
+    QStandardItem *m_second = nullptr;
+};
+
+void tst_BoxTab::initTestCase()
+{
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+void tst_BoxTab::startSim(std::unique_ptr<BoxSim> &sim, const QString &address)
+{
+    BoxSimOptions options;
+    options.address = QHostAddress(address);
+    options.discovery = false;
+    options.reportInterval = 0;
+    sim = std::make_unique<BoxSim>(options);
+    QVERIFY2(sim->start(), qPrintable(sim->errorString()));
+}
+
+void tst_BoxTab::init()
+{
+    startSim(m_firstSim, firstAddress);
+    startSim(m_secondSim, secondAddress);
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_window = std::make_unique<Window>();
+    m_boxes = std::make_unique<MessageBoxes>();
+    m_project = m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    m_first = Window::addBox(m_project, QStringLiteral("a"), firstAddress);
+    m_second = Window::addBox(m_project, QStringLiteral("b"), secondAddress);
+}
+
+void tst_BoxTab::cleanup()
+{
+    m_window.reset();
+    QCOMPARE(m_boxes->unexpected(), QStringList());
+    QCOMPARE(m_boxes->pending(), 0);
+}
+
+BoxEditDialog *tst_BoxTab::open()
+{
+    m_window->click(m_first);
+    if (!QTest::qWaitFor([this] { return m_firstSim->sessionCount() == 1; })) {
+        qWarning("no session");
+    }
+    return boxForm();
+}
+
+void tst_BoxTab::act(const QByteArray &ending)
+{
+    if (ending == "tab closed") {
+        m_window->tab(editBox)->closeDockWidget();
+    } else if (ending == "cancelled") {
+        Window::press(boxForm(), "cancelButton");
+    } else if (ending == "saved") {
+        Window::press(boxForm(), "saveButton");
+    } else if (ending == "Box deleted") {
+        m_window->select(m_first);
+        m_window->slotDeleteFile();
+    } else if (ending == "other Box deleted") {
+        m_window->select(m_second);
+        m_window->slotDeleteFile();
+    } else if (ending == "project closed") {
+        m_window->select(m_project);
+        m_boxes->expect(QMessageBox::No);
+        m_window->slotDeleteProject();
+    } else if (ending == "project nearly closed") {
+        m_window->select(m_project);
+        m_boxes->expect(QMessageBox::Cancel);
+        m_window->slotDeleteProject();
+    } else if (ending == "window destroyed") {
+        m_window.reset();
+    }
+}
+
+void tst_BoxTab::endOfTheTabEndsTheSessionFirst_data()
+{
+    QTest::addColumn<QByteArray>("ending");
+    QTest::addColumn<bool>("saves");
+    for (const char *ending : {"tab closed", "cancelled", "saved", "Box deleted", "other Box deleted",
+                               "project closed", "project nearly closed", "window destroyed"}) {
+        QTest::newRow(ending) << QByteArray(ending) << (qstrcmp(ending, "saved") == 0);
+    }
+}
+
+void tst_BoxTab::endOfTheTabEndsTheSessionFirst()
+{
+    QFETCH(QByteArray, ending);
+    QFETCH(bool, saves);
+    const QPointer<BoxEditDialog> form = open();
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    act(ending);
+    Window::settle();
+    QVERIFY(!form);
+    QStringList expected{QStringLiteral("BoxEditDialog: disconnect"),
+                         QStringLiteral("BoxEditDialog: destroyed")};
+    if (saves) {
+        expected.prepend(QStringLiteral("BoxEditDialog: save"));
+    }
+    QCOMPARE(log.events(), expected);
+    QTRY_COMPARE(m_firstSim->connectionCount(), 0);
+}
+
+void tst_BoxTab::clickOnAnotherBoxMovesTheSession()
+{
+    const BoxEditDialog *form = open();
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    m_window->click(m_second);
+    QCOMPARE(boxForm(), form);
+    QCOMPARE(
+        log.events(),
+        (QStringList{QStringLiteral("BoxEditDialog: replace"), QStringLiteral("BoxEditDialog: disconnect"),
+                     QStringLiteral("BoxEditDialog: connect")}));
+    QTRY_COMPARE(m_secondSim->sessionCount(), 1);
+    QTRY_COMPARE(m_firstSim->connectionCount(), 0);
+    QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(),
+                 QStringLiteral("Connection status: Connected"));
+    QCOMPARE(m_firstSim->connectionsSeen(), 1);
+}
+
+// No command of the tree's menu empties the "Box" folder below an open form, but the slot can be called.
+void tst_BoxTab::formOutlivesItsNode()
+{
+    BoxEditDialog *form = open();
+    m_window->select(Window::folder(m_project, ProjectTree::boxFolder));
+    m_window->slotDeleteAllFile();
+    QCOMPARE(boxForm(), form);
+    form->saveChanges();
+    form->saveButton()->click();
+    QCOMPARE(m_window->messages(), QStringList());
+    QCOMPARE(boxForm(), form);
+}
+
+void tst_BoxTab::reboundFormOutlivesItsNode()
+{
+    BoxEditDialog *form = open();
+    m_window->click(m_second);
+    m_window->select(m_second);
+    m_window->slotDeleteAllFile();
+    form->nameEdit()->setText(QStringLiteral("c"));
+    form->saveButton()->click();
+    QCOMPARE(m_window->messages(), QStringList());
+    QCOMPARE(m_first->text(), QStringLiteral("c"));
+    QCOMPARE(m_first->data(boxIpRole).toString(), firstAddress);
+}
+
+void tst_BoxTab::loadingMergesBelowTheForm()
+{
+    BoxEditDialog *form = open();
+    const QJsonObject document = m_window->buildProjectJson(m_project);
+    m_first->setData(QStringLiteral("10.1.1.1"), boxLanIpRole);
+    QCOMPARE(loadProject(*m_window->projectModel(), document, m_folder->path()), m_project);
+    QCOMPARE(m_first->data(boxLanIpRole).toString(), QString());
+    Window::input<QLineEdit>(form, "lanIp")->setText(QStringLiteral("10.1.1.2"));
+    form->saveButton()->click();
+    QCOMPARE(m_first->data(boxLanIpRole).toString(), QStringLiteral("10.1.1.2"));
+    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The box 'a' is saved successfully.")));
+}
+
+void tst_BoxTab::waitForTheVerdictMayBeCutShort_data()
+{
+    QTest::addColumn<QByteArray>("ending");
+    for (const char *ending : {"tab closed", "cancelled", "Box deleted", "project closed"}) {
+        QTest::newRow(ending) << QByteArray(ending);
+    }
+}
+
+void tst_BoxTab::waitForTheVerdictMayBeCutShort()
+{
+    QFETCH(QByteArray, ending);
+    const QPointer<BoxEditDialog> form = open();
+    BoxSimFaults faults;
+    faults.verdict = BoxSimVerdict::none;
+    m_firstSim->setFaults(faults);
+    // Events flow during the wait alone.
+    QTimer::singleShot(0, this, [&] { act(ending); });
+    QElapsedTimer clock;
+    clock.start();
+    Window::press(form, "updateProjectButton");
+    QVERIFY2(clock.elapsed() < 4000, "the wait went on without its form");
+    QVERIFY(!form);
+    QCOMPARE(m_window->messages(), QStringList());
+    QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("temp.json"))));
+    QTRY_COMPARE(m_firstSim->connectionCount(), 0);
+}
+
+void tst_BoxTab::programMayEndDuringTheWaitForTheVerdict()
+{
+    const QPointer<BoxEditDialog> form = open();
+    BoxSimFaults faults;
+    faults.verdict = BoxSimVerdict::none;
+    m_firstSim->setFaults(faults);
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+    m_boxes->expect(QMessageBox::No);
+    QTimer::singleShot(0, this, [&] {
+        QTimer::singleShot(0, this, [&] { m_window->close(); });
+        Window::press(form, "updateProjectButton");
+    });
+    QElapsedTimer clock;
+    clock.start();
+    QCoreApplication::exec();
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QVERIFY2(clock.elapsed() < 4000, "the wait outlived the program");
+    m_window.reset();
+    QVERIFY(!form);
+    QTRY_COMPARE(m_firstSim->connectionCount(), 0);
+}
+
+void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow_data()
+{
+    QTest::addColumn<int>("verdict");
+    QTest::addColumn<QString>("english");
+    QTest::addColumn<QString>("chinese");
+    QTest::addColumn<QString>("englishBox");
+    QTest::addColumn<QString>("chineseBox");
+    const auto row = [](const char *name, BoxSimVerdict verdict, const char *english, const char *chinese,
+                        const char *englishBox = "", const char *chineseBox = "") {
+        QTest::newRow(name) << int(verdict) << QString::fromUtf8(english) << QString::fromUtf8(chinese)
+                            << QString::fromUtf8(englishBox) << QString::fromUtf8(chineseBox);
+    };
+    row("success", BoxSimVerdict::honest, "Checksum Result:Checksum successful.", "校验结果：校验成功。");
+    row("failure", BoxSimVerdict::bad, "Checksum Result:Checksum failed.", "校验结果：校验失败。");
+    row("other command", BoxSimVerdict::wrongCommand, "Checksum Result:Command type error.",
+        "校验结果：命令类型错误。");
+    row("other sub-type", BoxSimVerdict::wrongSubType,
+        "Checksum Result:Verification data return value error.", "校验结果：校验数据返回值错误。");
+    row("part of a verdict", BoxSimVerdict::partial, "", "");
+    row("no verdict", BoxSimVerdict::none, "Timeout:Timeout while waiting for checksum result.",
+        "超时：等待校验结果超时。", "Timeout|Timeout while waiting for checksum result.",
+        "超时|等待校验结果超时。");
+}
+
+void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow()
+{
+    QFETCH(int, verdict);
+    QFETCH(QString, english);
+    QFETCH(QString, chinese);
+    QFETCH(QString, englishBox);
+    QFETCH(QString, chineseBox);
+    BoxEditDialog *form = open();
+    FileTransfer::Timeouts timeouts;
+    timeouts.verdict = verdict == int(BoxSimVerdict::none) ? 50 : timeouts.verdict;
+    form->setTransferTimeouts(timeouts);
+    BoxSimFaults faults;
+    faults.verdict = BoxSimVerdict(verdict);
+    m_firstSim->setFaults(faults);
+    QStringList lines{english, chinese};
+    QStringList told{englishBox, chineseBox};
+    lines.removeAll(QString());
+    told.removeAll(QString());
+    for (int time = 0; time < told.size(); ++time) {
+        m_boxes->expect();
+    }
+    Window::press(form, "updateProjectButton");
+    m_window->CESwitching();
+    Window::press(form, "updateProjectButton");
+    m_window->CESwitching();
+    QCOMPARE(m_window->messages(), lines);
+    QCOMPARE(m_boxes->told(), told);
+}
+
+QTEST_MAIN(tst_BoxTab)
+#include "tst_boxtab.moc"
