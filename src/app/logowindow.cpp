@@ -3,7 +3,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-LogoWindow::LogoWindow(QWidget *parent) : QDialog(parent)
+LogoWindow::LogoWindow(QWidget *parent)
+    : QDialog(parent)
 {
     setWindowTitle(tr("About"));
     setStyleSheet(QStringLiteral("background-color: white;"));

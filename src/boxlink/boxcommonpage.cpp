@@ -9,8 +9,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 
-namespace
-{
+namespace {
 
 struct CommonButton {
     const char *name;

@@ -21,16 +21,17 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-namespace
-{
+namespace {
 
 constexpr int clockInterval = 1000; // ms
 
 } // namespace
 
 BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
-    : m_item(item), m_workspace(workspace), m_hostAddress(FileTransfer::anyAddress()),
-      m_fields("BoxEditDialog")
+    : m_item(item)
+    , m_workspace(workspace)
+    , m_hostAddress(FileTransfer::anyAddress())
+    , m_fields("BoxEditDialog")
 {
     setWindowTitle(tr("Edit Box"));
     resize(480, 460);

@@ -26,8 +26,8 @@ class BoxEditDialog : public EditForm
 {
     Q_OBJECT
 public:
-    // Shows the item, which is not owned, must not be null and may be deleted before the form, and connects to
-    // the address that it holds. The workspace, not owned, may be null.
+    // Shows the item, which is not owned, must not be null and may be deleted before the form, and connects
+    // to the address that it holds. The workspace, not owned, may be null.
     BoxEditDialog(QStandardItem *item, Workspace *workspace);
     ~BoxEditDialog() override;
 
@@ -43,8 +43,8 @@ public:
     void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_timeouts = timeouts; }
 
 public slots:
-    // Writes the fields into the item and says so in the "Message" dock. Checks nothing, closes nothing. Without
-    // effect once the item has left its tree.
+    // Writes the fields into the item and says so in the "Message" dock. Checks nothing, closes nothing.
+    // Without effect once the item has left its tree.
     void saveChanges();
     // Ends the session, if there is one.
     void disconnectFromServer();

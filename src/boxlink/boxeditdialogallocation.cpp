@@ -7,8 +7,7 @@
 #include <QDebug>
 #include <QLabel>
 
-namespace
-{
+namespace {
 
 // The entry for a flag from the wire; an empty text, which no list has, for anything else.
 QString dhcpEntry(const QString &flag)

@@ -16,8 +16,7 @@
 #include <QProgressBar>
 #include <QStandardItem>
 
-namespace
-{
+namespace {
 
 // Writes the document with the line ends of the platform; false after a debug line.
 bool writeTempFile(const QString &path, const QJsonObject &project)

@@ -5,11 +5,9 @@
 
 #include <QStringList>
 
-namespace BoxGroups
-{
+namespace BoxGroups {
 
-namespace
-{
+namespace {
 
 constexpr auto ip = QT_TRANSLATE_NOOP("BoxEditDialog", "IP:");
 constexpr auto mask = QT_TRANSLATE_NOOP("BoxEditDialog", "Mask:");

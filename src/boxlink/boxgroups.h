@@ -6,7 +6,7 @@ class BoxEditDialog;
 
 // One group of a Box's settings as the form shows it: a page with its fields over "Read" and "Write".
 struct BoxGroup {
-    const char *name; // of the buttons: "<name>ReadButton", "<name>WriteButton"
+    const char *name;  // of the buttons: "<name>ReadButton", "<name>WriteButton"
     const char *title; // source text of the tab, or null for a page that is built and never shown
     void (BoxEditDialog::*read)();
     void (BoxEditDialog::*write)();
@@ -14,8 +14,7 @@ struct BoxGroup {
 };
 
 // The tables that the form is made of; all labels and entries are source texts of BoxEditDialog.
-namespace BoxGroups
-{
+namespace BoxGroups {
 
 // The rows above the tabs.
 QVector<Field> head();

@@ -8,8 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace
-{
+namespace {
 
 QVector<Field> addressFields()
 {
@@ -32,7 +31,9 @@ QVector<Field> modelFields()
 
 } // namespace
 
-BoxInputDialog::BoxInputDialog(QWidget *parent) : QDialog(parent), m_fields("BoxInputDialog", addressFields())
+BoxInputDialog::BoxInputDialog(QWidget *parent)
+    : QDialog(parent)
+    , m_fields("BoxInputDialog", addressFields())
 {
     setWindowTitle(tr("Add Box"));
     setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/Box.png")));

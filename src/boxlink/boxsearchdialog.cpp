@@ -134,8 +134,7 @@ void BoxSearchDialog::finishSearch()
 {
     searchTimer->stop();
     if (m_list->count() == 0) {
-        Tell::information(this, tr("No Devices Found"),
-                          tr("No devices were found during the search."));
+        Tell::information(this, tr("No Devices Found"), tr("No devices were found during the search."));
     }
     // One text for both outcomes. The dialog may have died while the box stood: no member is touched here.
     logToFile(QStringLiteral("BoxSearchDialog: search timeout, no devices found."));

@@ -8,8 +8,7 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-namespace
-{
+namespace {
 
 // The texts belong to the form that starts the transfers.
 QString text(const char *source)
@@ -21,8 +20,10 @@ QString text(const char *source)
 
 FileTransfer::FileTransfer(Job job, QObject *owner, std::function<void(int)> progress,
                            const Timeouts &timeouts)
-    : m_job(std::move(job)), m_progress(std::move(progress)), m_timeouts(timeouts),
-      m_socket(new QTcpSocket(owner))
+    : m_job(std::move(job))
+    , m_progress(std::move(progress))
+    , m_timeouts(timeouts)
+    , m_socket(new QTcpSocket(owner))
 {
 }
 

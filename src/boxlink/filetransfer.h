@@ -24,17 +24,17 @@ public:
 
     struct Job {
         Frame::Command command = Frame::projectTransfer; // or programTransfer
-        QString path; // read piece by piece, never held as a whole
+        QString path;                                    // read piece by piece, never held as a whole
         QString boxAddress;
         QString localAddress = anyAddress(); // to send from
-        bool removeWhenDigested = false; // for a temporary file; one that was not digested stays
+        bool removeWhenDigested = false;     // for a temporary file; one that was not digested stays
     };
 
     // What to tell the user afterwards, the box before the line; an empty text is not told.
     struct Result {
         QString boxTitle;
         QString boxText;
-        QString line; // for the "Message" dock
+        QString line;       // for the "Message" dock
         bool ended = false; // the wait for the verdict ended with an answer of any kind
     };
 

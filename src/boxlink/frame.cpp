@@ -4,8 +4,7 @@
 #include <QJsonObject>
 #include <QtEndian>
 
-namespace
-{
+namespace {
 
 template <typename Number> void appendLittle(QByteArray &bytes, Number number)
 {

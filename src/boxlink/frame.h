@@ -13,8 +13,7 @@ class QJsonObject;
 //   4  2  total length of the frame, header and footer included, little-endian
 //   6  n  body, by command; numbers in it are little-endian
 //   .  2  footer 0x56 0x78
-namespace Frame
-{
+namespace Frame {
 
 constexpr quint16 boxPort = 30088; // TCP and UDP alike
 
@@ -76,9 +75,9 @@ constexpr int totalOffset = 7;
 constexpr int chunkSizeOffset = 11;
 constexpr int chunkNumberOffset = 13;
 constexpr int chunkDataOffset = 17;
-constexpr int chunkOverhead = 19; // a chunk frame without its data
+constexpr int chunkOverhead = 19;    // a chunk frame without its data
 constexpr int checksumOverhead = 14; // a checksum frame without its digest
-constexpr int chunkSize = 1024; // every chunk and segment but the last
+constexpr int chunkSize = 1024;      // every chunk and segment but the last
 
 // Verdict of a transfer: 6 1 sub-type 3, 7 1 result with 0 for success.
 constexpr int verdictSize = 10;

@@ -4,8 +4,7 @@
 #include <cstring>
 #include <utility>
 
-namespace
-{
+namespace {
 
 // The place of the first header in a range, or -1. A first header byte that ends the range does not count,
 // unless it is the whole range: then the stream may have been cut right behind it.
@@ -34,7 +33,10 @@ bool isFooter(char first, char second)
 
 } // namespace
 
-FrameAssembler::FrameAssembler(Sink sink) : m_sink(std::move(sink)) { }
+FrameAssembler::FrameAssembler(Sink sink)
+    : m_sink(std::move(sink))
+{
+}
 
 // The state is whole whenever the sink is called: the chunk's position lies behind the frame, and nothing is
 // carried over. A call from the sink works off all chunks before it returns, its own as the last.

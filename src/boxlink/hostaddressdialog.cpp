@@ -12,7 +12,8 @@
 #include <QVBoxLayout>
 
 HostAddressDialog::HostAddressDialog(const QString &current, QWidget *parent)
-    : QDialog(parent), m_address(new QComboBox(this))
+    : QDialog(parent)
+    , m_address(new QComboBox(this))
 {
     setWindowTitle(BoxEditDialog::tr("Select Host Address"));
     setMinimumSize(350, 100);

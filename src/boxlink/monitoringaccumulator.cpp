@@ -5,8 +5,7 @@
 #include <QDebug>
 #include <QJsonDocument>
 
-namespace
-{
+namespace {
 
 // The text so far.
 QByteArray monitoringBuffer; // clazy:exclude=non-pod-global-static

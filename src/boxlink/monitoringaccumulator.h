@@ -8,8 +8,7 @@
 // Joins the segments of a live data report into its JSON text. There is one accumulator for the whole
 // program, shared by all sessions, and it holds one report at a time: segments count in the order of their
 // arrival. For the GUI thread only.
-namespace MonitoringAccumulator
-{
+namespace MonitoringAccumulator {
 
 // Far above any report; one that grows past it is dropped, since a Box announces up to 4 GiB.
 constexpr int sizeLimit = 64 * 1024 * 1024; // bytes of text

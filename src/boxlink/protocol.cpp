@@ -10,12 +10,11 @@
 #include <array>
 #include <optional>
 
-namespace
-{
+namespace {
 
 constexpr int heartbeatInterval = 5000; // ms
-constexpr int offlineAfter = 30000; // ms
-constexpr int reconnectDelay = 2000; // ms
+constexpr int offlineAfter = 30000;     // ms
+constexpr int reconnectDelay = 2000;    // ms
 
 // Who takes the answer of a JSON command.
 struct AnswerHandler {
@@ -78,8 +77,8 @@ void registerRecords()
 
 } // namespace
 
-// Puts off the end of a disposed session while one of its calls is on the stack: the call is not done yet, and
-// the socket may still be sending its signal down there.
+// Puts off the end of a disposed session while one of its calls is on the stack: the call is not done yet,
+// and the socket may still be sending its signal down there.
 class Protocol::Hold
 {
 public:
@@ -101,8 +100,10 @@ private:
 };
 
 Protocol::Protocol(QObject *parent)
-    : QObject(parent), m_heartbeatTimer(this), m_offlineTimer(this),
-      m_assembler([this](const char *frame, unsigned length) { dispatchFrame(frame, length); })
+    : QObject(parent)
+    , m_heartbeatTimer(this)
+    , m_offlineTimer(this)
+    , m_assembler([this](const char *frame, unsigned length) { dispatchFrame(frame, length); })
 {
     registerRecords();
 

@@ -86,8 +86,9 @@ public:
     // Connects without looking at the state.
     void openConnection(const QString &ip);
     void closeConnection();
-    // Closes the link, lets no signal out any more, and deletes the object: at once, or, while one of its calls
-    // is on the stack below a slot or a message box, when that has returned. Until then it has no parent.
+    // Closes the link, lets no signal out any more, and deletes the object: at once, or, while one of its
+    // calls is on the stack below a slot or a message box, when that has returned. Until then it has no
+    // parent.
     void dispose();
 
     // Requests. On a link that is not open the status tells so and the request is lost.
@@ -124,13 +125,13 @@ signals:
     // 30 seconds have passed without a heartbeat answer; comes once until the next answer or disconnection.
     void offlineOccurred();
     // The names of the records are part of the signatures and stay unqualified.
-    void lanAllocationDataReceived(LanAllocationData lanData); // clazy:exclude=fully-qualified-moc-types
-    void wanAllocationDataReceived(WanAllocationData wanData); // clazy:exclude=fully-qualified-moc-types
+    void lanAllocationDataReceived(LanAllocationData lanData);    // clazy:exclude=fully-qualified-moc-types
+    void wanAllocationDataReceived(WanAllocationData wanData);    // clazy:exclude=fully-qualified-moc-types
     void wifiAllocationDataReceived(WifiAllocationData wifiData); // clazy:exclude=fully-qualified-moc-types
-    void lteAllocationDataReceived(LteAllocationData lteData); // clazy:exclude=fully-qualified-moc-types
-    void NTPAllocationDataReceived(NTPAllocationData NTPData); // clazy:exclude=fully-qualified-moc-types
+    void lteAllocationDataReceived(LteAllocationData lteData);    // clazy:exclude=fully-qualified-moc-types
+    void NTPAllocationDataReceived(NTPAllocationData NTPData);    // clazy:exclude=fully-qualified-moc-types
     void timeAllocationDataReceived(timeAllocationData timeData); // clazy:exclude=fully-qualified-moc-types
-    void dataReceived(dataMonitoringData data); // clazy:exclude=fully-qualified-moc-types
+    void dataReceived(dataMonitoringData data);                   // clazy:exclude=fully-qualified-moc-types
     void bindingFailed(QString error);
 
 public slots:
@@ -166,10 +167,10 @@ private:
 
     QTcpSocket m_socket;
     QTimer m_heartbeatTimer; // repeating, 5000 ms
-    QTimer m_offlineTimer; // single shot, 30000 ms
+    QTimer m_offlineTimer;   // single shot, 30000 ms
     FrameAssembler m_assembler;
     QHostAddress m_boundAddress; // null: any
-    int m_holds = 0; // calls on the stack that go on after a signal or a message box
+    int m_holds = 0;             // calls on the stack that go on after a signal or a message box
     bool m_disposed = false;
 };
 

@@ -8,8 +8,7 @@
 
 #include <optional>
 
-namespace
-{
+namespace {
 
 // One value of a settings group: its key on the wire and its place in the record.
 template <typename Record> struct Field {

@@ -2,8 +2,7 @@
 
 #include <QCoreApplication>
 
-namespace Dlt645
-{
+namespace Dlt645 {
 
 // clang-format off
 // The trailing blank in the 1997 format of the reverse energy is part of the value that the Box expects.

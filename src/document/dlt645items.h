@@ -8,8 +8,7 @@
 
 // The data items that can be read from a DL/T 645 meter: the one table behind the form, the document and the
 // point import. Its order is the order of the form's rows and of every search.
-namespace Dlt645
-{
+namespace Dlt645 {
 
 // The edition of DL/T 645 that a meter speaks, with the number that the document holds for it.
 enum Version : int { Version2007 = 1, Version1997 = 2 };
@@ -17,7 +16,7 @@ enum Version : int { Version2007 = 1, Version1997 = 2 };
 // How one edition addresses an item and lays out its value; both null where the edition has no such item.
 struct Code {
     const char *address = nullptr; // Data identifier: eight hexadecimal digits in 2007, four in 1997.
-    const char *format = nullptr; // X is a digit, N a digit of a constant; blanks count.
+    const char *format = nullptr;  // X is a digit, N a digit of a constant; blanks count.
 };
 
 struct Item {

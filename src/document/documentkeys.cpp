@@ -4,8 +4,7 @@
 
 #include <QCoreApplication>
 
-namespace DocumentKeys
-{
+namespace DocumentKeys {
 
 QString toDocument(const QVariant &value, Coding coding)
 {
@@ -26,8 +25,8 @@ QString fromDocument(const QJsonValue &value, Coding coding)
 
 Texts::Texts()
     : serviceAuthentication{QCoreApplication::translate("CMainWindow", "None"),
-                            QCoreApplication::translate("CMainWindow", "Password")},
-      standardAuthentication{QCoreApplication::translate("CMainWindow", "anonymous"),
+                            QCoreApplication::translate("CMainWindow", "Password")}
+    , standardAuthentication{QCoreApplication::translate("CMainWindow", "anonymous"),
                              QCoreApplication::translate("CMainWindow", "Username and password verification")}
 {
 }

@@ -12,8 +12,7 @@
 
 // The keys of the project document, each beside the role or the row cell that it stands for. The writer and
 // the reader walk the same tables, so that a new key is one line here.
-namespace DocumentKeys
-{
+namespace DocumentKeys {
 
 // How a value lies in the document. Everything is a string there.
 enum class Coding {

@@ -11,8 +11,7 @@
 
 using namespace DocumentKeys;
 
-namespace
-{
+namespace {
 
 template <typename Table> void readFields(const QJsonObject &object, const Table &fields, QStandardItem *item)
 {

@@ -10,8 +10,7 @@
 
 using namespace DocumentKeys;
 
-namespace
-{
+namespace {
 
 QString textOf(const QStandardItem &item, int role)
 {

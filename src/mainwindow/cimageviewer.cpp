@@ -6,14 +6,15 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
-namespace
-{
+namespace {
 
 constexpr double zoomStep = 1.25;
 
 } // namespace
 
-CImageViewer::CImageViewer(QWidget *parent) : QScrollArea(parent), m_picture(new CRenderWidget)
+CImageViewer::CImageViewer(QWidget *parent)
+    : QScrollArea(parent)
+    , m_picture(new CRenderWidget)
 {
     setWidget(m_picture);
     setAlignment(Qt::AlignCenter);

@@ -27,7 +27,9 @@
 #include <QToolButton>
 #include <QTreeView>
 
-CMainWindow::CMainWindow(QWidget *parent) : QMainWindow(parent), m_ui(std::make_unique<Ui::MainWindow>())
+CMainWindow::CMainWindow(QWidget *parent)
+    : QMainWindow(parent)
+    , m_ui(std::make_unique<Ui::MainWindow>())
 {
     m_ui->setupUi(this);
     setWindowTitle(QCoreApplication::applicationName());

@@ -24,13 +24,11 @@ class QTabWidget;
 class QTreeView;
 class ResourceActions;
 
-namespace Ui
-{
+namespace Ui {
 class MainWindow;
 } // namespace Ui
 
-namespace ads
-{
+namespace ads {
 class CDockManager;
 } // namespace ads
 

@@ -2,7 +2,10 @@
 
 #include <QPainter>
 
-CRenderWidget::CRenderWidget(QWidget *parent) : QWidget(parent) { }
+CRenderWidget::CRenderWidget(QWidget *parent)
+    : QWidget(parent)
+{
+}
 
 void CRenderWidget::setPicture(const QPixmap &picture)
 {

@@ -6,7 +6,8 @@
 using ads::CDockWidget;
 
 CStatusDialog::CStatusDialog(ads::CDockManager *manager, QWidget *parent)
-    : QDialog(parent), m_ui(std::make_unique<Ui::CStatusDialogClass>())
+    : QDialog(parent)
+    , m_ui(std::make_unique<Ui::CStatusDialogClass>())
 {
     m_ui->setupUi(this);
     const QList<CDockWidget *> docks = manager->dockWidgetsMap().values();

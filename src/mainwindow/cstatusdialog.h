@@ -4,13 +4,11 @@
 
 #include <memory>
 
-namespace Ui
-{
+namespace Ui {
 class CStatusDialogClass;
 } // namespace Ui
 
-namespace ads
-{
+namespace ads {
 class CDockManager;
 class CDockWidget;
 } // namespace ads

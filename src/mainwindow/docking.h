@@ -17,8 +17,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace Docking
-{
+namespace Docking {
 
 // AutoHideFeatureEnabled, DockAreaHasAutoHideButton and AutoHideHasMinimizeButton.
 constexpr int autoHideFlags = 0x103;

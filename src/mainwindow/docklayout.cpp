@@ -20,8 +20,7 @@
 
 using ads::CDockWidget;
 
-namespace
-{
+namespace {
 
 const QString settingsFile = QStringLiteral("Settings.ini");
 const QString geometryKey = QStringLiteral("mainWindow/Geometry");
@@ -48,10 +47,12 @@ void setReadableSelection(QTreeView *tree)
 } // namespace
 
 DockLayout::DockLayout(CMainWindow *window)
-    : QObject(window), m_window(window), m_perspectives(new QComboBox),
-      m_createPerspective(new QAction(svgIcon(QStringLiteral(":/adsdemo/images/picture_in_picture.svg")),
-                                      CMainWindow::tr("Create Perspective"), window)),
-      m_perspectiveList(new QWidgetAction(window))
+    : QObject(window)
+    , m_window(window)
+    , m_perspectives(new QComboBox)
+    , m_createPerspective(new QAction(svgIcon(QStringLiteral(":/adsdemo/images/picture_in_picture.svg")),
+                                      CMainWindow::tr("Create Perspective"), window))
+    , m_perspectiveList(new QWidgetAction(window))
 {
     m_createPerspective->setObjectName(QStringLiteral("createPerspectiveAction"));
     connect(m_createPerspective, &QAction::triggered, window, &CMainWindow::savePerspective);

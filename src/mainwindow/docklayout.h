@@ -14,8 +14,7 @@ class QTabWidget;
 class QTreeView;
 class QWidgetAction;
 
-namespace ads
-{
+namespace ads {
 class CDockManager;
 class CDockWidget;
 } // namespace ads

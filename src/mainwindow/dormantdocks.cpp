@@ -14,8 +14,7 @@
 using ads::CDockManager;
 using ads::CDockWidget;
 
-namespace
-{
+namespace {
 
 bool trueWhenAbsent(const QObject *object, const char *property)
 {
@@ -34,7 +33,9 @@ QString randomImage()
 } // namespace
 
 DormantDocks::DormantDocks(DockLayout *layout, CMainWindow *window)
-    : QObject(window), m_layout(layout), m_window(window)
+    : QObject(window)
+    , m_layout(layout)
+    , m_window(window)
 {
 }
 

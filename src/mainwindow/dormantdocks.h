@@ -6,8 +6,7 @@
 class CMainWindow;
 class DockLayout;
 
-namespace ads
-{
+namespace ads {
 class CDockWidget;
 } // namespace ads
 

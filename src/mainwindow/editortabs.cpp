@@ -22,8 +22,7 @@ const char *const EditorTabs::standardTitle = QT_TRANSLATE_NOOP("CMainWindow", "
 const char *const EditorTabs::serviceTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Service");
 const char *const EditorTabs::projectTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Project");
 
-namespace
-{
+namespace {
 
 // What a new area for forms gets: enough to show them whole, yet never most of a small window.
 constexpr int formWidth = 520;
@@ -46,7 +45,9 @@ QStringList EditorTabs::titlesOf(const QVector<const char *> &sources)
 }
 
 EditorTabs::EditorTabs(ads::CDockManager *docks, QMenu *viewMenu, QObject *parent)
-    : QObject(parent), m_docks(docks), m_viewMenu(viewMenu)
+    : QObject(parent)
+    , m_docks(docks)
+    , m_viewMenu(viewMenu)
 {
     // A closed tab lives on until the event loop comes round; it must not be found again until then.
     connect(docks, &ads::CDockManager::dockWidgetAboutToBeRemoved, this, &EditorTabs::unregister);
@@ -147,8 +148,7 @@ void EditorTabs::closeAll(const QStringList &titles) const
     }
 }
 
-namespace
-{
+namespace {
 
 bool siblingHasName(const QStandardItem *item, const QString &name)
 {

@@ -13,8 +13,7 @@ class QLineEdit;
 class QMenu;
 class QStandardItem;
 
-namespace ads
-{
+namespace ads {
 class CDockAreaWidget;
 class CDockManager;
 class CDockWidget;
@@ -54,8 +53,8 @@ public:
     ads::CDockWidget *make(const QString &title, QDialog *form);
     // A tab for what has no form: without icon, not registered and not deleted when it closes.
     ads::CDockWidget *makeEmpty(const QString &title);
-    // Puts the tab beside the first dock that has one of the neighbours' titles, else to the right, in an area
-    // of its own that is wide enough for a form.
+    // Puts the tab beside the first dock that has one of the neighbours' titles, else to the right, in an
+    // area of its own that is wide enough for a form.
     void place(ads::CDockWidget *tab, const QStringList &neighbours);
     // Brings the tab to the front, also one that the "View" menu has hidden. One that a restored layout has
     // left without a place gets one as place() would give it.

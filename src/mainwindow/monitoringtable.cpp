@@ -10,8 +10,7 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 
 const char *const headers[] = {
     QT_TRANSLATE_NOOP("CMainWindow", "Name"),     QT_TRANSLATE_NOOP("CMainWindow", "Addr"),
@@ -140,8 +139,7 @@ void styleHeader(const QTableWidget *table)
 
 } // namespace
 
-namespace MonitoringTable
-{
+namespace MonitoringTable {
 
 void update(QTableWidget *table, const QVariantList &rows, const QString &time)
 {

@@ -5,8 +5,7 @@
 class QTableWidget;
 
 // The table of one PLC's live values: a row a point, told by its name in column 0.
-namespace MonitoringTable
-{
+namespace MonitoringTable {
 
 // Brings the table in line with the rows: points that it has get their new texts, new ones are added, those
 // that the rows do not hold are removed. Of rows with the same name the last counts. A time that is not

@@ -17,8 +17,7 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
-namespace
-{
+namespace {
 
 const char tabStyle[] =
     "QTabBar::tab { font-size: 16px; color: black; background-color: #e0e0e0; border-radius: 5px; "
@@ -87,7 +86,10 @@ QStandardItem *dataFolderOf(QStandardItem *project)
 } // namespace
 
 MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTreeView *tree, QObject *parent)
-    : QObject(parent), m_tabs(tabs), m_model(model), m_tree(tree)
+    : QObject(parent)
+    , m_tabs(tabs)
+    , m_model(model)
+    , m_tree(tree)
 {
 }
 

@@ -13,8 +13,7 @@
 #include <QStandardItemModel>
 #include <QTreeView>
 
-namespace
-{
+namespace {
 
 // These texts belong to the main window's part of the catalogue.
 struct Tr {
@@ -39,7 +38,10 @@ SaveResult saveBusily(const QStandardItem *project)
 } // namespace
 
 ProjectFiles::ProjectFiles(QWidget *dialogParent, QStandardItemModel *model, QTreeView *view)
-    : QObject(dialogParent), m_dialogParent(dialogParent), m_model(model), m_view(view)
+    : QObject(dialogParent)
+    , m_dialogParent(dialogParent)
+    , m_model(model)
+    , m_view(view)
 {
 }
 

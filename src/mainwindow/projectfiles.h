@@ -31,7 +31,7 @@ public:
 private:
     void inform(const QString &title, const QString &text);
 
-    QWidget *m_dialogParent; // Not owned.
+    QWidget *m_dialogParent;     // Not owned.
     QStandardItemModel *m_model; // Not owned.
-    QPointer<QTreeView> m_view; // Not owned.
+    QPointer<QTreeView> m_view;  // Not owned.
 };

@@ -14,7 +14,11 @@
 #include <QStandardItemModel>
 #include <QTreeView>
 
-ProjectLifecycle::ProjectLifecycle(CMainWindow *window, EditorTabs *tabs) : m_window(window), m_tabs(tabs) { }
+ProjectLifecycle::ProjectLifecycle(CMainWindow *window, EditorTabs *tabs)
+    : m_window(window)
+    , m_tabs(tabs)
+{
+}
 
 void ProjectLifecycle::warn(const QString &text) const
 {
@@ -73,7 +77,8 @@ void ProjectLifecycle::connectForm(EditProjectDialog *form, QStandardItem *proje
 {
     QObject::connect(
         form, &EditProjectDialog::projectModified, form,
-        [this, edited = ItemRef(project)](const QString &name, const QString &path, const QString &description) {
+        [this, edited = ItemRef(project)](const QString &name, const QString &path,
+                                          const QString &description) {
             modify(edited.item(), name, path, description);
         },
         Qt::DirectConnection);

@@ -12,8 +12,8 @@ class ProjectLifecycle
 {
 public:
     enum class Exit {
-        Stay, // the user cancelled
-        Leave, // asked, and saved where wanted
+        Stay,         // the user cancelled
+        Leave,        // asked, and saved where wanted
         LeaveUnasked, // there was no project to ask about
     };
 

@@ -8,8 +8,7 @@
 #include <QStandardItemModel>
 #include <QTreeView>
 
-namespace
-{
+namespace {
 
 using ProjectTree::Level;
 using Slot = void (CMainWindow::*)();
@@ -106,7 +105,8 @@ const QVector<ClickAction> &clickActions()
 } // namespace
 
 ProjectTreeMenu::ProjectTreeMenu(CMainWindow *window, MonitoringView *monitoring)
-    : m_window(window), m_monitoring(monitoring)
+    : m_window(window)
+    , m_monitoring(monitoring)
 {
 }
 

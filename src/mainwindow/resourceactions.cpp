@@ -14,7 +14,9 @@
 #include <algorithm>
 
 ResourceActions::ResourceActions(CMainWindow *window, EditorTabs *tabs, MonitoringView *monitoring)
-    : m_window(window), m_tabs(tabs), m_monitoring(monitoring)
+    : m_window(window)
+    , m_tabs(tabs)
+    , m_monitoring(monitoring)
 {
 }
 

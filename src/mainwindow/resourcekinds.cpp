@@ -16,11 +16,9 @@
 #include <QPushButton>
 #include <QStandardItem>
 
-namespace ResourceKinds
-{
+namespace ResourceKinds {
 
-namespace
-{
+namespace {
 
 using ConnectTab = void (*)(QDialog *, QStandardItem *, ads::CDockWidget *, CMainWindow *);
 

@@ -13,15 +13,13 @@ class QStandardItem;
 class QWidget;
 class Workspace;
 
-namespace ads
-{
+namespace ads {
 class CDockWidget;
 }
 
 // The tables of what can lie in a project's folders: how each kind is added and with which forms it is
 // edited. A new kind or form is a row here; the flows are in ResourceActions.
-namespace ResourceKinds
-{
+namespace ResourceKinds {
 
 // One form class of a kind.
 struct FormClass {
@@ -39,9 +37,9 @@ struct FormClass {
 struct EditKind {
     static constexpr int noSubKind = -1;
 
-    const char *title; // of the tab, a source text
-    int subKindRole; // role that chooses the form, or noSubKind
-    QVector<FormClass> forms; // a sub-kind that is not here opens an empty tab
+    const char *title;                // of the tab, a source text
+    int subKindRole;                  // role that chooses the form, or noSubKind
+    QVector<FormClass> forms;         // a sub-kind that is not here opens an empty tab
     QVector<const char *> neighbours; // titles beside which the tab goes, source texts
 
     // The form of the item's sub-kind, or null.

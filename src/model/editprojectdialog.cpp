@@ -12,8 +12,10 @@
 
 EditProjectDialog::EditProjectDialog(const QString &name, const QString &path, const QString &description,
                                      QWidget *parent)
-    : EditForm(parent), m_name(new QLineEdit(name, this)), m_path(new QLineEdit(path, this)),
-      m_description(new QTextEdit(this))
+    : EditForm(parent)
+    , m_name(new QLineEdit(name, this))
+    , m_path(new QLineEdit(path, this))
+    , m_description(new QTextEdit(this))
 {
     setWindowTitle(QStringLiteral("Edit Project"));
     m_name->setObjectName(QStringLiteral("name"));

@@ -15,8 +15,10 @@
 #include <QVBoxLayout>
 
 NewProjectDialog::NewProjectDialog(QWidget *parent)
-    : QDialog(parent), m_name(new QLineEdit(this)), m_path(new QLineEdit(this)),
-      m_description(new QTextEdit(this))
+    : QDialog(parent)
+    , m_name(new QLineEdit(this))
+    , m_path(new QLineEdit(this))
+    , m_description(new QTextEdit(this))
 {
     setWindowTitle(tr("New Project"));
     setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/New.png")));

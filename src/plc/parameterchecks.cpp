@@ -46,8 +46,8 @@ QLineEdit *editorAt(QTableWidget *table, int row, int column)
     return table ? qobject_cast<QLineEdit *>(table->cellWidget(row, column)) : nullptr;
 }
 
-constexpr char amplitudeBox[]
-    = QT_TRANSLATE_NOOP("ParameterTable", "Only positive integers and floating-point numbers are allowed.");
+constexpr char amplitudeBox[] =
+    QT_TRANSLATE_NOOP("ParameterTable", "Only positive integers and floating-point numbers are allowed.");
 
 } // namespace
 
@@ -246,10 +246,11 @@ bool ParameterEditor::addressPasses(int row, const QString &text)
 {
     const bool passes = matches(addressPattern(), text);
     if (!passes) {
-        tell(QT_TRANSLATE_NOOP("ParameterTable",
-                               "Invalid input in row %1: only letters, digits, underscores, dots, colons, and "
-                               "brackets are allowed."),
-             row);
+        tell(
+            QT_TRANSLATE_NOOP("ParameterTable",
+                              "Invalid input in row %1: only letters, digits, underscores, dots, colons, and "
+                              "brackets are allowed."),
+            row);
     }
     return passes;
 }
@@ -270,8 +271,9 @@ bool ParameterEditor::amplitudePasses(int row, const QString &text)
 {
     const bool passes = matches(amplitudePattern(), text);
     if (!passes) {
-        tell(QT_TRANSLATE_NOOP("ParameterTable", "Invalid input in row %1: only integers and floating-point "
-                                                 "numbers are allowed."),
+        tell(QT_TRANSLATE_NOOP("ParameterTable",
+                               "Invalid input in row %1: only integers and floating-point "
+                               "numbers are allowed."),
              row);
     }
     return passes;

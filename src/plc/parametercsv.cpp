@@ -83,16 +83,16 @@ const char *refusalOf(RowFault fault, const ParameterVariant &variant)
     switch (fault) {
     case RowFault::Address:
         // A bad address passes in silence in the other variant, on purpose.
-        return variant.badAddressAbandons
-            ? QT_TRANSLATE_NOOP("ParameterTable",
-                                "The address in the CSV row does not match the expected format.")
-            : nullptr;
+        return variant.badAddressAbandons ? QT_TRANSLATE_NOOP(
+                   "ParameterTable", "The address in the CSV row does not match the expected format.")
+                                          : nullptr;
     case RowFault::Length:
-        return QT_TRANSLATE_NOOP("ParameterTable",
-                                 "The length of the numbers in the CSV row does not match the expected format.");
+        return QT_TRANSLATE_NOOP(
+            "ParameterTable", "The length of the numbers in the CSV row does not match the expected format.");
     case RowFault::Amplitude:
         return QT_TRANSLATE_NOOP(
-            "ParameterTable", "The magnitude of the change in the CSV row does not match the expected format.");
+            "ParameterTable",
+            "The magnitude of the change in the CSV row does not match the expected format.");
     case RowFault::CollectionFormula:
         return QT_TRANSLATE_NOOP("ParameterTable",
                                  "The collection formula in the CSV row does not match the expected format.");
@@ -130,13 +130,13 @@ ParameterCsv::Import ParameterCsv::read(QTextStream &stream, const ParameterVari
         }
         const QStringList fields = line.split(QLatin1Char(','));
         if (fields.size() < leastFields) {
-            import.refusal
-                = QT_TRANSLATE_NOOP("ParameterTable", "CSV file has incorrect column count, unable to import");
+            import.refusal =
+                QT_TRANSLATE_NOOP("ParameterTable", "CSV file has incorrect column count, unable to import");
         } else if (!headerRead) {
             headerRead = true;
             if (fields != headers) {
-                import.refusal
-                    = QT_TRANSLATE_NOOP("ParameterTable", "CSV header does not match expected format.");
+                import.refusal =
+                    QT_TRANSLATE_NOOP("ParameterTable", "CSV header does not match expected format.");
             }
         } else {
             const RowFault fault = checkRow(fields, variant);
@@ -154,7 +154,8 @@ void ParameterEditor::loadParameters(const RowList &rows)
 {
     QTableWidget *table = m_current();
     if (!table) {
-        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")), m_missing());
+        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")),
+                      m_missing());
         return;
     }
     fill(table, rows);
@@ -174,9 +175,9 @@ void ParameterEditor::importParameters()
 void ParameterEditor::exportParameters()
 {
     // The title of an open dialog stands on the save dialog of one variant, on purpose.
-    const QString path = chooseSaveFile(
-        m_form, ParameterText::translated(m_variant.exportTitle), QString(),
-        ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
+    const QString path =
+        chooseSaveFile(m_form, ParameterText::translated(m_variant.exportTitle), QString(),
+                       ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
     if (!path.isEmpty()) {
         exportFile(path);
     }
@@ -200,9 +201,10 @@ void ParameterEditor::importFile(const QString &path)
         }
     };
     const ParameterCsv::Import import = ParameterCsv::read(stream, m_variant, [&refuse] {
-        refuse(QT_TRANSLATE_NOOP("ParameterTable",
-                                 "The multiple-choice content in the CSV row does not match the expected format. "
-                                 "Set as default value"));
+        refuse(QT_TRANSLATE_NOOP(
+            "ParameterTable",
+            "The multiple-choice content in the CSV row does not match the expected format. "
+            "Set as default value"));
     });
     file.close();
     if (import.refusal || !guard) {

@@ -220,7 +220,8 @@ void ParameterEditor::addButton(QTableWidget *table, int row)
     button->setFixedSize(buttonSize, buttonSize);
     button->setAutoDefault(false);
     button->setFocusPolicy(Qt::TabFocus); // a click that took the focus would make its own row current
-    button->setToolTip(ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
+    button->setToolTip(
+        ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
     connect(button, &QPushButton::clicked, this, &ParameterEditor::removeParameter);
     table->setCellWidget(row, table->columnCount() - 1, button);
 }

@@ -11,7 +11,9 @@
 #include <QVBoxLayout>
 
 standardInputDialog::standardInputDialog(QWidget *parent)
-    : QDialog(parent), m_name(new QLineEdit(this)), m_protocol(new QComboBox(this))
+    : QDialog(parent)
+    , m_name(new QLineEdit(this))
+    , m_protocol(new QComboBox(this))
 {
     setWindowTitle(tr("Add Standard"));
     setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/standard.svg")));

@@ -13,8 +13,7 @@
 #include <QRadioButton>
 #include <QStandardItem>
 
-namespace
-{
+namespace {
 
 QString nameOf(const Field &field)
 {
@@ -37,7 +36,8 @@ void check(QRadioButton *button, bool checked)
 } // namespace
 
 FieldTable::FieldTable(const char *context, QVector<Field> fields)
-    : m_context(context), m_fields(std::move(fields))
+    : m_context(context)
+    , m_fields(std::move(fields))
 {
 }
 

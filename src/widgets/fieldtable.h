@@ -14,12 +14,12 @@ class QValidator;
 class QWidget;
 
 enum class FieldKind {
-    Text, // QLineEdit
+    Text,     // QLineEdit
     Password, // QLineEdit that hides what is typed
     ReadOnly, // QLineEdit that shows only
-    List, // QComboBox of fixed entries, stored as the entry's text
-    Check, // QCheckBox, stored as a boolean
-    OnOff, // two QRadioButtons, stored as "on" or "off"
+    List,     // QComboBox of fixed entries, stored as the entry's text
+    Check,    // QCheckBox, stored as a boolean
+    OnOff,    // two QRadioButtons, stored as "on" or "off"
 };
 
 enum class FieldCheck { None, Ipv4, HostName, NoCjk, Port, Integer };
@@ -30,7 +30,7 @@ struct Field {
         *name; // objectName of the widget; an OnOff pair is "<name>On" and "<name>Off" in a "<name>" widget
     const char *label; // source text, translated in the table's context
     FieldKind kind;
-    int role; // role of the item, or FieldTable::noRole
+    int role;                            // role of the item, or FieldTable::noRole
     FieldCheck check = FieldCheck::None; // what may be typed
     QStringList entries = {}; // source texts of a List, in order; of an OnOff, those of its two buttons
     const char *defaultValue = nullptr; // written into a role that reads as empty, when the form opens
@@ -48,7 +48,7 @@ public:
 
     enum class Unknown {
         SelectFallback, // a List goes to its fallback, or to its first entry
-        Keep, // a List stays as it is
+        Keep,           // a List stays as it is
     };
 
     // The context is that of the form's own translations.

@@ -23,8 +23,8 @@ QValidator *ipv4Validator(QObject *parent)
 
 QValidator *hostNameValidator(QObject *parent)
 {
-    return patternValidator(
-        QStringLiteral("^([a-zA-Z0-9]([-a-zA-Z0-9]*[a-zA-Z0-9])?\\.)+[a-zA-Z]{2,}$"), parent);
+    return patternValidator(QStringLiteral("^([a-zA-Z0-9]([-a-zA-Z0-9]*[a-zA-Z0-9])?\\.)+[a-zA-Z]{2,}$"),
+                            parent);
 }
 
 QValidator *noCjkValidator(QObject *parent)

@@ -20,8 +20,7 @@ private slots:
     void aContextWithoutNamesIsPrintedEmpty();
 };
 
-namespace
-{
+namespace {
 
 struct Outcome {
     QByteArray out;

@@ -17,8 +17,7 @@ private slots:
     void hasNoApplicationStyleSheet();
 };
 
-namespace
-{
+namespace {
 
 QString imagePath(const char *name)
 {

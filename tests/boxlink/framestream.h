@@ -11,8 +11,7 @@
 #include <limits>
 #include <memory>
 
-namespace FrameStream
-{
+namespace FrameStream {
 
 using Frames = QList<QByteArray>;
 

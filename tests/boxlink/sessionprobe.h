@@ -6,8 +6,7 @@
 
 #include <QStringList>
 
-namespace SessionProbe
-{
+namespace SessionProbe {
 
 inline QByteArray hex(const char *bytes)
 {

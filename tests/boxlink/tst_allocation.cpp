@@ -13,8 +13,7 @@
 using Request = std::function<void(Protocol &)>;
 Q_DECLARE_METATYPE(Request)
 
-namespace
-{
+namespace {
 
 const QString address = QStringLiteral("127.0.10.2");
 

@@ -14,7 +14,10 @@ class TestBoxEditAllocation : public BoxFormTest
 {
     Q_OBJECT
 public:
-    TestBoxEditAllocation() : BoxFormTest(QStringLiteral("127.0.11.5")) { }
+    TestBoxEditAllocation()
+        : BoxFormTest(QStringLiteral("127.0.11.5"))
+    {
+    }
 
 private slots:
     void requests_data();

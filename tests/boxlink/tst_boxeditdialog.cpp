@@ -19,7 +19,10 @@ class TestBoxEditDialog : public BoxFormTest
 {
     Q_OBJECT
 public:
-    TestBoxEditDialog() : BoxFormTest(QStringLiteral("127.0.11.1")) { }
+    TestBoxEditDialog()
+        : BoxFormTest(QStringLiteral("127.0.11.1"))
+    {
+    }
 
 private slots:
     void declaresItsSlotsInOrder();

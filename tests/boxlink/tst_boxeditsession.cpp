@@ -17,7 +17,10 @@ class TestBoxEditSession : public BoxFormTest
 {
     Q_OBJECT
 public:
-    TestBoxEditSession() : BoxFormTest(QStringLiteral("127.0.11.4")) { }
+    TestBoxEditSession()
+        : BoxFormTest(QStringLiteral("127.0.11.4"))
+    {
+    }
 
 private slots:
     void connectsAtOnceAndHeartbeats();

@@ -23,7 +23,10 @@ class TestBoxEditTransfer : public BoxFormTest
 {
     Q_OBJECT
 public:
-    TestBoxEditTransfer() : BoxFormTest(QStringLiteral("127.0.11.6")) { }
+    TestBoxEditTransfer()
+        : BoxFormTest(QStringLiteral("127.0.11.6"))
+    {
+    }
 
 private slots:
     void init();

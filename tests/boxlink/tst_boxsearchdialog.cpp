@@ -66,8 +66,9 @@ void TestBoxSearchDialog::listsABoxOnceByItsAddress()
     dialog.showAnswer(answer("192.168.1.71"));
     dialog.showAnswer(answer("192.168.1.70"));
     QCOMPARE(rowsOf(dialog),
-             (QStringList{QStringLiteral("设备IP: 192.168.1.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70"),
-                          QStringLiteral("设备IP: 192.168.1.71\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70")}));
+             (QStringList{
+                 QStringLiteral("设备IP: 192.168.1.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70"),
+                 QStringLiteral("设备IP: 192.168.1.71\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70")}));
 }
 
 void TestBoxSearchDialog::badDatagramLeavesNoTrace()

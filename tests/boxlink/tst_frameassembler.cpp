@@ -5,8 +5,7 @@
 
 using namespace FrameStream;
 
-namespace
-{
+namespace {
 
 QByteArray oneOf(QRandomGenerator &random, const QList<QByteArray> &choice)
 {

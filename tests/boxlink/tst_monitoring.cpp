@@ -3,8 +3,7 @@
 #include <QJsonArray>
 #include <QtTest>
 
-namespace
-{
+namespace {
 
 QByteArray hex(const char *bytes)
 {

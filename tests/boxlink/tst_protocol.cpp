@@ -13,8 +13,7 @@
 
 using namespace SessionProbe;
 
-namespace
-{
+namespace {
 
 const QString address = QStringLiteral("127.0.10.1");
 const QString nobody = QStringLiteral("127.0.10.99");

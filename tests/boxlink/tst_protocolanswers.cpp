@@ -14,8 +14,7 @@
 
 using namespace SessionProbe;
 
-namespace
-{
+namespace {
 
 const QString address = QStringLiteral("127.0.20.31");
 
@@ -34,7 +33,8 @@ QByteArray jsonFrame(const QByteArray &text)
 class OnMessageBox : public QObject
 {
 public:
-    explicit OnMessageBox(std::function<void()> act) : m_act(std::move(act))
+    explicit OnMessageBox(std::function<void()> act)
+        : m_act(std::move(act))
     {
         qApp->installEventFilter(this);
     }

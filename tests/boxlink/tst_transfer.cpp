@@ -12,8 +12,7 @@
 
 #include <memory>
 
-namespace
-{
+namespace {
 
 const auto boxAddress = QStringLiteral("127.0.11.2");
 

@@ -62,7 +62,7 @@ public:
     }
 
     QTcpSocket &socket() { return m_socket; }
-    QByteArray bytes() const { return m_bytes; } // come and not taken
+    QByteArray bytes() const { return m_bytes; }            // come and not taken
     QVector<QByteArray> pieces() const { return m_pieces; } // as they came, all of them
 
 private:
@@ -71,8 +71,7 @@ private:
     QVector<QByteArray> m_pieces;
 };
 
-namespace Raw
-{
+namespace Raw {
 
 inline QByteArray little(int value, int width)
 {

@@ -208,7 +208,7 @@ void tst_BoxSimTransfer::aBlockingToolIsServedFromAnotherThread()
         blocked += tool.waitForBytesWritten(5000) ? 0 : 1;
     }
     tool.write(Raw::checksum(4, size, "93ec09663019ee5273f775aa3a2220e8"));
-    while (tool.bytesAvailable() < 10 && tool.waitForReadyRead(5000)) { }
+    while (tool.bytesAvailable() < 10 && tool.waitForReadyRead(5000)) {}
     const QByteArray verdict = tool.readAll();
     QMetaObject::invokeMethod(
         &box,

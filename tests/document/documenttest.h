@@ -60,7 +60,8 @@ private:
 class Standard : public Definition
 {
 public:
-    explicit Standard(const char *protocol) : Definition(QStringLiteral("Standard"), QStringLiteral("M"))
+    explicit Standard(const char *protocol)
+        : Definition(QStringLiteral("Standard"), QStringLiteral("M"))
     {
         setProtocol(protocol);
         for (int role = standardCollectionIntervalRole; role <= standardRtuCommunicationTimeoutRole; ++role) {

@@ -4,8 +4,7 @@
 #include <QSet>
 #include <QtTest>
 
-namespace
-{
+namespace {
 
 struct Expected {
     const char *label;

@@ -14,8 +14,7 @@
 using Files::contents;
 using Files::put;
 
-namespace
-{
+namespace {
 
 QStringList filesIn(const QString &folder)
 {
@@ -26,7 +25,10 @@ QStringList filesIn(const QString &folder)
 class NotRoot
 {
 public:
-    NotRoot() : m_changed(geteuid() == 0 && seteuid(65534) == 0) { }
+    NotRoot()
+        : m_changed(geteuid() == 0 && seteuid(65534) == 0)
+    {
+    }
     ~NotRoot()
     {
         if (m_changed && seteuid(0) != 0) {

@@ -3,8 +3,7 @@
 
 #include <QFile>
 
-namespace
-{
+namespace {
 
 using ProjectDump::iconBytes;
 using ProjectDump::shape;

@@ -1,8 +1,7 @@
 #include "document/readertest.h"
 #include "support/language.h"
 
-namespace
-{
+namespace {
 
 // Every path to a value of the object, with the value put in its place ("undefined" takes the key away).
 void replaceEach(const QJsonValue &value, const QJsonValue &replacement, const QString &path,

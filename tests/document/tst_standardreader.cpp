@@ -2,8 +2,7 @@
 #include "document/readertest.h"
 #include "support/language.h"
 
-namespace
-{
+namespace {
 
 // The map that a Standard item has after this object, as text.
 QString groupsAfter(const QJsonObject &object)

@@ -3,13 +3,15 @@
 #include <QtTest>
 
 // Both generations of the docking library as far as docking.h touches them, and what it did with them.
-namespace
-{
+namespace {
 
 struct OldDock {
     enum DockWidgetFeature { DockWidgetClosable = 0x001 };
     enum eState { StateHidden, StateDocked, StateFloating };
-    explicit OldDock(const QString &title) : log{QStringLiteral("dock ") + title} { }
+    explicit OldDock(const QString &title)
+        : log{QStringLiteral("dock ") + title}
+    {
+    }
     void setFeature(DockWidgetFeature feature, bool on)
     {
         log.append(QStringLiteral("feature %1 %2").arg(feature).arg(on));
@@ -58,7 +60,10 @@ struct NewDock {
         : log{QStringLiteral("dock %1 of %2").arg(title, QLatin1String(manager ? "its manager" : "none"))}
     {
     }
-    [[deprecated]] explicit NewDock(const QString &title) : log{QStringLiteral("dock ") + title} { }
+    [[deprecated]] explicit NewDock(const QString &title)
+        : log{QStringLiteral("dock ") + title}
+    {
+    }
     void setFeature(DockWidgetFeature feature, bool on)
     {
         log.append(QStringLiteral("feature %1 %2").arg(feature).arg(on));

@@ -224,8 +224,7 @@ void tst_EditorTabs::secondAreaOfASmallWindowSharesWithTheWidestOther()
     QTRY_VERIFY(one->dockAreaWidget()->width() > 520 - handles);
     const ads::CDockWidget *other = open(second);
     const auto leftover = [=] { return one->dockAreaWidget()->mapTo(m_window.data(), QPoint()).x(); };
-    QTRY_VERIFY(other->dockAreaWidget()->width() > 400
-                && leftover() >= other->dockAreaWidget()->width());
+    QTRY_VERIFY(other->dockAreaWidget()->width() > 400 && leftover() >= other->dockAreaWidget()->width());
 }
 
 void tst_EditorTabs::theTreeKeepsItsWidth()
@@ -290,12 +289,16 @@ void tst_EditorTabs::backgroundNeighbourIsNotFound()
     QVERIFY(m_window->areas().contains(QStringList(third)));
 }
 
-namespace
-{
+namespace {
 
 // A form that is saved under its name.
 struct Form : QDialog {
-    Form() : QDialog(nullptr, Qt::Widget), name(new QLineEdit(this)), save(new QPushButton(this)) { }
+    Form()
+        : QDialog(nullptr, Qt::Widget)
+        , name(new QLineEdit(this))
+        , save(new QPushButton(this))
+    {
+    }
     RenamingForm renaming()
     {
         return {this, name, save, [this] { saved.append(name->text()); }};

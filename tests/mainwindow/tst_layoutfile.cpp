@@ -33,8 +33,7 @@ private:
     QScopedPointer<QTemporaryDir> m_folder;
 };
 
-namespace
-{
+namespace {
 
 const QString defaultLayout = QStringLiteral("open open open 1280x720");
 const QString storedLayout = QStringLiteral("open open closed 1100x650");

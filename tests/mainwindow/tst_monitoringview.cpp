@@ -19,8 +19,7 @@
 
 #include <algorithm>
 
-namespace
-{
+namespace {
 
 // A point as a Box sends it: all five values are texts.
 QJsonObject point(const QString &name, const QString &value, const QString &valid = QStringLiteral("1"))

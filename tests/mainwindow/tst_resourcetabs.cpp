@@ -199,15 +199,18 @@ void tst_ResourceTabs::foreignWidgetInTheBoxTabStopsTheSlot()
     QCOMPARE(m_window->countOf(editBox), 1);
 }
 
-namespace
-{
+namespace {
 
 // Forms of two sub-kinds, of a kind "Edit Standard".
 class FirstForm : public QDialog
 {
     Q_OBJECT
 public:
-    FirstForm(const QStandardItem *item, Workspace *) : QDialog(nullptr, Qt::Widget) { showItem(item); }
+    FirstForm(const QStandardItem *item, Workspace *)
+        : QDialog(nullptr, Qt::Widget)
+    {
+        showItem(item);
+    }
     void replaceItem(const QStandardItem *item) { showItem(item); }
 
 private:

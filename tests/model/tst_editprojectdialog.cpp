@@ -39,7 +39,10 @@ static QStringList shown(const QDialog &dialog)
 class Form : public EditProjectDialog
 {
 public:
-    Form() : EditProjectDialog(QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text")) { }
+    Form()
+        : EditProjectDialog(QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text"))
+    {
+    }
 };
 
 void tst_EditProjectDialog::showsWhatItIsGiven()

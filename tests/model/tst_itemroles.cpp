@@ -5,8 +5,7 @@
 #include <QSet>
 #include <QtTest>
 
-namespace
-{
+namespace {
 
 struct Role {
     int offset; // from Qt::UserRole

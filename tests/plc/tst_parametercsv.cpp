@@ -44,12 +44,12 @@ private:
 
 namespace {
 
-const QByteArray plcHeader
-    = "Address,Name,Type,Length,Permissions,Reporting Method,Change Amplitude,Collection Formula,Write "
-      "Formula,Deleat\n";
+const QByteArray plcHeader =
+    "Address,Name,Type,Length,Permissions,Reporting Method,Change Amplitude,Collection Formula,Write "
+    "Formula,Deleat\n";
 const QByteArray modbusHeader = "Address,Name,Type,Length,Permissions,Deleat\n";
-const QString choiceBox = QStringLiteral(
-    "error|The multiple-choice content in the CSV row does not match the expected format. Set as default value");
+const QString choiceBox = QStringLiteral("error|The multiple-choice content in the CSV row does not match "
+                                         "the expected format. Set as default value");
 
 QVariantList row(const QByteArray &fields)
 {
@@ -126,8 +126,11 @@ void TestParameterCsv::exportWritesHeaderAndRows_data()
     QTest::addColumn<bool>("modbus");
     QTest::addColumn<QList<QVariantList>>("rows");
     QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("PLC") << false << RowList{row("D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2"), row("x y,,bool,1,r,Timed,,,")}
-                         << plcHeader + "D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2,\nx y,,bool,1,r,Timed,,,,\n";
+    QTest::newRow("PLC") << false
+                         << RowList{row("D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2"),
+                                    row("x y,,bool,1,r,Timed,,,")}
+                         << plcHeader
+            + "D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2,\nx y,,bool,1,r,Timed,,,,\n";
     QTest::newRow("Modbus") << true << RowList{row("0,a,float,1,r"), row("2,b,string,9,rw")}
                             << modbusHeader + "0,a,float,1,r,\n2,b,string,9,rw,\n";
     QTest::newRow("no rows") << true << RowList() << modbusHeader;
@@ -158,9 +161,9 @@ void TestParameterCsv::exportedFileImportsUnchanged()
 {
     QFETCH(bool, modbus);
     make(modbus ? ParameterVariant::modbus() : ParameterVariant::plc());
-    const RowList rows = modbus ? RowList{row("0,电压,float,1,r"), row("2,b,string,9,rw")}
-                                : RowList{row("D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2"),
-                                          row("D2,电压,string,5,r,Change,,,")};
+    const RowList rows = modbus
+        ? RowList{row("0,电压,float,1,r"), row("2,b,string,9,rw")}
+        : RowList{row("D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2"), row("D2,电压,string,5,r,Change,,,")};
     m_editor->loadParameters(rows);
     m_editor->exportFile(QStringLiteral("out.csv"));
     const QByteArray exported = readFile(QStringLiteral("out.csv"));
@@ -181,36 +184,49 @@ void TestParameterCsv::refusedFileLeavesTheTable_data()
     QTest::addColumn<bool>("modbus");
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QStringList>("told");
-    const auto error = [](const char *text) { return QStringList{QStringLiteral("error|") + QLatin1String(text)}; };
+    const auto error = [](const char *text) {
+        return QStringList{QStringLiteral("error|") + QLatin1String(text)};
+    };
     const QStringList count = error("CSV file has incorrect column count, unable to import");
     const QStringList header = error("CSV header does not match expected format.");
-    const QStringList length = error("The length of the numbers in the CSV row does not match the expected format.");
+    const QStringList length =
+        error("The length of the numbers in the CSV row does not match the expected format.");
     const QByteArray goodPlc = "D1,a,int16,1,r,Timed,,,,\n";
     const QByteArray goodModbus = "0,a,float,1,r,\n";
 
     QTest::newRow("five fields") << false << plcHeader + "1,a,bool,1,r\n" << count;
     QTest::newRow("five fields, Modbus") << true << modbusHeader + "1,a,bool,1,r\n" << count;
-    QTest::newRow("five fields behind a good row") << false << plcHeader + goodPlc + "1,a,bool,1,r\n" << count;
+    QTest::newRow("five fields behind a good row") << false << plcHeader + goodPlc + "1,a,bool,1,r\n"
+                                                   << count;
     QTest::newRow("short header") << true << QByteArray("Address,Name\n") << count;
-    QTest::newRow("other header") << true << QByteArray("Addr,Name,Type,Length,Permissions,Deleat\n") << header;
-    QTest::newRow("trailing comma in the header")
-        << true << modbusHeader.chopped(1) + ",\n" << header;
-    QTest::newRow("blank in the header") << true << QByteArray("Address, Name,Type,Length,Permissions,Deleat\n") << header;
+    QTest::newRow("other header") << true << QByteArray("Addr,Name,Type,Length,Permissions,Deleat\n")
+                                  << header;
+    QTest::newRow("trailing comma in the header") << true << modbusHeader.chopped(1) + ",\n" << header;
+    QTest::newRow("blank in the header")
+        << true << QByteArray("Address, Name,Type,Length,Permissions,Deleat\n") << header;
     QTest::newRow("header of the other variant") << true << plcHeader << header;
-    QTest::newRow("quotes") << true << QByteArray("\"Address\",\"Name\",\"Type\",\"Length\",\"Permissions\",\"Deleat\"\n") << header;
+    QTest::newRow("quotes") << true
+                            << QByteArray(
+                                   "\"Address\",\"Name\",\"Type\",\"Length\",\"Permissions\",\"Deleat\"\n")
+                            << header;
     QTest::newRow("length with letters") << false << plcHeader + "D1,a,int16,x,r,Timed,,,,\n" << length;
     QTest::newRow("length with letters, Modbus") << true << modbusHeader + "0,a,float,1.5,r,\n" << length;
     QTest::newRow("length with a blank") << true << modbusHeader + "0,a,float, 1,r,\n" << length;
-    QTest::newRow("amplitude") << false << plcHeader + "D1,a,int16,1,r,Timed,x,,,\n"
-                               << error("The magnitude of the change in the CSV row does not match the expected format.");
-    QTest::newRow("collection formula") << false << plcHeader + "D1,a,int16,1,r,Timed,,y,,\n"
-                                        << error("The collection formula in the CSV row does not match the expected format.");
-    QTest::newRow("write formula") << false << plcHeader + "D1,a,int16,1,r,Timed,,,y,\n"
-                                   << error("The write formula in the CSV row does not match the expected format.");
-    QTest::newRow("bad address, Modbus") << true << modbusHeader + goodModbus + "D 1,a,float,1,r,\n"
-                                         << error("The address in the CSV row does not match the expected format.");
-    QTest::newRow("empty address, Modbus") << true << modbusHeader + ",a,float,1,r,\n"
-                                           << error("The address in the CSV row does not match the expected format.");
+    QTest::newRow("amplitude")
+        << false << plcHeader + "D1,a,int16,1,r,Timed,x,,,\n"
+        << error("The magnitude of the change in the CSV row does not match the expected format.");
+    QTest::newRow("collection formula")
+        << false << plcHeader + "D1,a,int16,1,r,Timed,,y,,\n"
+        << error("The collection formula in the CSV row does not match the expected format.");
+    QTest::newRow("write formula")
+        << false << plcHeader + "D1,a,int16,1,r,Timed,,,y,\n"
+        << error("The write formula in the CSV row does not match the expected format.");
+    QTest::newRow("bad address, Modbus")
+        << true << modbusHeader + goodModbus + "D 1,a,float,1,r,\n"
+        << error("The address in the CSV row does not match the expected format.");
+    QTest::newRow("empty address, Modbus")
+        << true << modbusHeader + ",a,float,1,r,\n"
+        << error("The address in the CSV row does not match the expected format.");
 }
 
 void TestParameterCsv::refusedFileLeavesTheTable()
@@ -251,11 +267,12 @@ void TestParameterCsv::acceptedFileReplacesTheTable_data()
     QTest::newRow("negative and empty length") << true << modbusHeader + "0,a,string,-3,r,\n1,b,string,,r,\n"
                                                << RowList{row("0,a,string,-3,r,"), row("1,b,string,,r,")};
     QTest::newRow("bad address in a PLC table, later fields untested")
-        << false << plcHeader + "D 1,a,int16,1,r,Timed,x,y,z,\n" << RowList{row("D 1,a,int16,1,r,Timed,x,y,z,")};
+        << false << plcHeader + "D 1,a,int16,1,r,Timed,x,y,z,\n"
+        << RowList{row("D 1,a,int16,1,r,Timed,x,y,z,")};
     QTest::newRow("more fields than columns") << true << modbusHeader + "0,a,float,1,r,,x,y\n"
                                               << RowList{row("0,a,float,1,r,")};
-    QTest::newRow("no line feed at the end") << true << modbusHeader + "0,a,float,1,r,"
-                                             << RowList{row("0,a,float,1,r,")};
+    QTest::newRow("no line feed at the end")
+        << true << modbusHeader + "0,a,float,1,r," << RowList{row("0,a,float,1,r,")};
 }
 
 void TestParameterCsv::acceptedFileReplacesTheTable()
@@ -277,8 +294,9 @@ void TestParameterCsv::badChoiceIsToldOnceARowAndGoesOn()
     m_boxes->expect();
     m_boxes->expect();
     m_boxes->expect();
-    m_editor->importFile(writeFile(plcHeader + "D1,a,INT16,1,r,Timed,,,,\nD2,b,int16,1,w,Timed,,,,\n"
-                                               "D3,c,int16,1,r,Never,,,,\nD4,d,int16,1,r,Change,,,,\n"));
+    m_editor->importFile(writeFile(plcHeader
+                                   + "D1,a,INT16,1,r,Timed,,,,\nD2,b,int16,1,w,Timed,,,,\n"
+                                     "D3,c,int16,1,r,Never,,,,\nD4,d,int16,1,r,Change,,,,\n"));
     QCOMPARE(m_boxes->told(), (QStringList{choiceBox, choiceBox, choiceBox}));
     QCOMPARE(m_editor->rows(m_table),
              (RowList{row("D1,a,bool,1,r,Timed,,,,"), row("D2,b,int16,1,r,Timed,,,,"),
@@ -335,10 +353,11 @@ void TestParameterCsv::fileThatCannotBeOpened()
     QCOMPARE(m_table->rowCount(), 1);
     make(ParameterVariant::modbus());
     m_editor->exportFile(QStringLiteral("folder"));
-    QCOMPARE(m_boxes->told(), (QStringList{QStringLiteral("mistake|Unable to open file for reading."),
-                                           QStringLiteral("mistake|Unable to open file for reading."),
-                                           QStringLiteral("mistake|Unable to open file for writing."),
-                                           QStringLiteral("Mistake|Unable to open file for writing.")}));
+    QCOMPARE(m_boxes->told(),
+             (QStringList{QStringLiteral("mistake|Unable to open file for reading."),
+                          QStringLiteral("mistake|Unable to open file for reading."),
+                          QStringLiteral("mistake|Unable to open file for writing."),
+                          QStringLiteral("Mistake|Unable to open file for writing.")}));
 }
 
 void TestParameterCsv::hostileFilesAreSurvived()

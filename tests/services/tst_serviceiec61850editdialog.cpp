@@ -170,7 +170,8 @@ void TestServiceIEC61850EditDialog::sslAndVerificationDecideWhatIsLive()
     check(form, "isVerifyClientCert")->setChecked(verify);
     check(form, "enableSSL")->setChecked(!ssl);
     check(form, "enableSSL")->setChecked(ssl);
-    for (const char *name : {"rootCertificatePath", "serverCertificatePath", "serverKeyPath", "serverKeyPassword"}) {
+    for (const char *name :
+         {"rootCertificatePath", "serverCertificatePath", "serverKeyPath", "serverKeyPassword"}) {
         QCOMPARE(edit(form, name)->isEnabled(), ssl);
     }
     QCOMPARE(form.findChild<QPushButton *>(QStringLiteral("rootCertificateSelect"))->isEnabled(), ssl);
@@ -311,13 +312,14 @@ void TestServiceIEC61850EditDialog::writableFieldThatDiffersIsEmptied()
     m_boxes->expect();
     m_boxes->expect();
     press(form, "saveButton");
-    QCOMPARE(m_boxes->told(),
-             (QStringList{QStringLiteral("Warning|The certificate storage path is inconsistent with the loading "
-                                         "path.Please select the certificate again.Prevent data loss."),
-                          QStringLiteral("Warning|The key storage path is inconsistent with the loading path."
-                                         "Please select the key again.Prevent data loss.")}));
-    for (const int role : {serviceRootCertificatePathRole, serviceRootCertificateRole, serviceServerKeyPathRole,
-                           serviceServerKeyRole}) {
+    QCOMPARE(
+        m_boxes->told(),
+        (QStringList{QStringLiteral("Warning|The certificate storage path is inconsistent with the loading "
+                                    "path.Please select the certificate again.Prevent data loss."),
+                     QStringLiteral("Warning|The key storage path is inconsistent with the loading path."
+                                    "Please select the key again.Prevent data loss.")}));
+    for (const int role : {serviceRootCertificatePathRole, serviceRootCertificateRole,
+                           serviceServerKeyPathRole, serviceServerKeyRole}) {
         QCOMPARE(m_item->data(role), QVariant(QString()));
     }
 }
@@ -393,11 +395,17 @@ void TestServiceIEC61850EditDialog::everyInputHasItsName()
             names.append(widget->objectName());
         }
     }
-    QStringList expected{QStringLiteral("name"), QStringLiteral("protocol"), QStringLiteral("port"),
-                         QStringLiteral("authentication"), QStringLiteral("password"),
-                         QStringLiteral("enableGoosePublishing"), QStringLiteral("enableSSL"),
-                         QStringLiteral("rootCertificatePath"), QStringLiteral("serverCertificatePath"),
-                         QStringLiteral("serverKeyPath"), QStringLiteral("serverKeyPassword"),
+    QStringList expected{QStringLiteral("name"),
+                         QStringLiteral("protocol"),
+                         QStringLiteral("port"),
+                         QStringLiteral("authentication"),
+                         QStringLiteral("password"),
+                         QStringLiteral("enableGoosePublishing"),
+                         QStringLiteral("enableSSL"),
+                         QStringLiteral("rootCertificatePath"),
+                         QStringLiteral("serverCertificatePath"),
+                         QStringLiteral("serverKeyPath"),
+                         QStringLiteral("serverKeyPassword"),
                          QStringLiteral("isVerifyClientCert")};
     for (int client = 1; client <= 10; ++client) {
         expected.append(QStringLiteral("clientCertificate%1Path").arg(client));

@@ -47,8 +47,7 @@ private:
 
 namespace {
 
-template<class Widget>
-Widget *find(const QWidget &form, const char *name)
+template <class Widget> Widget *find(const QWidget &form, const char *name)
 {
     return form.findChild<Widget *>(QLatin1String(name));
 }
@@ -367,9 +366,20 @@ void TestStandardDLT645EditDialog::everyInputHasItsName()
         }
     }
     names.sort();
-    QStringList expected{"name", "protocol", "serialport", "baudRate", "dataBit", "stopBit", "parityBit",
-                         "rtsEnable", "communicationTimeout", "communicationGap", "trigger",
-                         "collectionInterval", "slaveAddressEdit", "protocolVersionComboBox"};
+    QStringList expected{"name",
+                         "protocol",
+                         "serialport",
+                         "baudRate",
+                         "dataBit",
+                         "stopBit",
+                         "parityBit",
+                         "rtsEnable",
+                         "communicationTimeout",
+                         "communicationGap",
+                         "trigger",
+                         "collectionInterval",
+                         "slaveAddressEdit",
+                         "protocolVersionComboBox"};
     expected.sort();
     QCOMPARE(names, expected);
 }

@@ -85,7 +85,10 @@ QList<QJsonObject> requestsIn(const QByteArray &stream)
     return requests;
 }
 
-BoxFormTest::BoxFormTest(QString boxAddress) : m_boxAddress(std::move(boxAddress)) { }
+BoxFormTest::BoxFormTest(QString boxAddress)
+    : m_boxAddress(std::move(boxAddress))
+{
+}
 
 void BoxFormTest::init()
 {

@@ -10,7 +10,8 @@ class Language : public QTranslator
 public:
     // Each text of the context CMainWindow is the source behind the prefix, unless it is in the table.
     explicit Language(const QString &prefix, const QHash<QString, QString> &texts = {})
-        : m_prefix(prefix), m_texts(texts)
+        : m_prefix(prefix)
+        , m_texts(texts)
     {
         QCoreApplication::installTranslator(this);
     }

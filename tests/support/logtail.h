@@ -10,7 +10,11 @@
 class LogTail
 {
 public:
-    explicit LogTail(QString className) : m_className(std::move(className)), m_start(QFile(path()).size()) { }
+    explicit LogTail(QString className)
+        : m_className(std::move(className))
+        , m_start(QFile(path()).size())
+    {
+    }
 
     // The events without their dates, in order.
     QStringList events() const

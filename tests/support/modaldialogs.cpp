@@ -8,7 +8,8 @@
 #include <QPointer>
 #include <QTimer>
 
-ModalDialogs::ModalDialogs(QObject *parent) : QObject(parent)
+ModalDialogs::ModalDialogs(QObject *parent)
+    : QObject(parent)
 {
     qApp->installEventFilter(this);
 }

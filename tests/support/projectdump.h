@@ -8,8 +8,7 @@
 #include <QStringList>
 
 // What a test compares of project items: whole items as printable lines.
-namespace ProjectDump
-{
+namespace ProjectDump {
 
 // An icon by its contents, so that icons of different files differ; empty for no icon.
 inline QByteArray iconBytes(const QIcon &icon)

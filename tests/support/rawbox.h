@@ -12,7 +12,8 @@
 class RawBox
 {
 public:
-    explicit RawBox(const QString &address) : m_address(address)
+    explicit RawBox(const QString &address)
+        : m_address(address)
     {
         QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] {
             while (QTcpSocket *link = m_server.nextPendingConnection()) {

@@ -32,11 +32,7 @@ public:
     void trigger(const char *action);
 
     // The form in the open edit tab, of the type.
-    template<class Form>
-    Form *form() const
-    {
-        return m_window->findChild<Form *>();
-    }
+    template <class Form> Form *form() const { return m_window->findChild<Form *>(); }
     // Keys into the named field of the dialog or form, in place of what it holds.
     void type(const QWidget *form, const char *field, const QString &text);
     void press(const QWidget *form, const char *button);

@@ -114,7 +114,8 @@ void TestTour::aModbusDeviceIsDescribed()
     QVERIFY(form);
     m_user->type(form, "ip", QStringLiteral("192.168.1.61"));
     m_user->press(form, "addTabButton");
-    const char *const points[][2] = {{"0", "Phase A voltage"}, {"2", "Phase B voltage"}, {"4", "Phase A current"}};
+    const char *const points[][2] = {
+        {"0", "Phase A voltage"}, {"2", "Phase B voltage"}, {"4", "Phase A current"}};
     for (const auto &point : points) {
         m_user->press(form, "addButton");
         auto *table = form->findChild<QTableWidget *>();
@@ -155,7 +156,8 @@ void TestTour::theServiceIsSet()
     form->findChild<QCheckBox *>(QStringLiteral("enableSSL"))->click();
     m_user->picture(QStringLiteral("06-service-secured"));
     form->findChild<QCheckBox *>(QStringLiteral("enableSSL"))->click();
-    form->findChild<QComboBox *>(QStringLiteral("authentication"))->setCurrentText(QStringLiteral("Password"));
+    form->findChild<QComboBox *>(QStringLiteral("authentication"))
+        ->setCurrentText(QStringLiteral("Password"));
     m_user->type(form, "password", QStringLiteral("substation"));
     m_user->picture(QStringLiteral("07-service"));
     m_user->press(form, "saveButton");

@@ -9,8 +9,7 @@
 #include <QTranslator>
 #include <QtTest>
 
-namespace
-{
+namespace {
 
 enum TestRole {
     stationRole = Qt::UserRole + 1,
@@ -47,7 +46,8 @@ QVector<Field> testFields()
 
 // A page with the table's rows.
 struct Page {
-    explicit Page(const QVector<Field> &fields = testFields()) : table("Test", fields)
+    explicit Page(const QVector<Field> &fields = testFields())
+        : table("Test", fields)
     {
         layout = new QFormLayout(&widget);
         table.build(layout);

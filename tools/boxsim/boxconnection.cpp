@@ -5,10 +5,9 @@
 
 #include <QHostAddress>
 
-namespace
-{
+namespace {
 
-constexpr qint64 readPiece = 65536; // bytes
+constexpr qint64 readPiece = 65536;  // bytes
 constexpr int longestClosing = 2000; // milliseconds
 
 int otherTransfer(int command)
@@ -19,10 +18,13 @@ int otherTransfer(int command)
 } // namespace
 
 BoxConnection::BoxConnection(QTcpSocket *socket, const Shared &shared, QObject *parent)
-    : QObject(parent), m_socket(socket), m_shared(shared),
-      m_peer(QStringLiteral("%1:%2").arg(socket->peerAddress().toString()).arg(socket->peerPort())),
-      m_outbox(new Outbox(socket, shared.faults, shared.options->seed, this)),
-      m_project(shared.options->maxFileSize), m_program(shared.options->maxFileSize)
+    : QObject(parent)
+    , m_socket(socket)
+    , m_shared(shared)
+    , m_peer(QStringLiteral("%1:%2").arg(socket->peerAddress().toString()).arg(socket->peerPort()))
+    , m_outbox(new Outbox(socket, shared.faults, shared.options->seed, this))
+    , m_project(shared.options->maxFileSize)
+    , m_program(shared.options->maxFileSize)
 {
     m_socket->setParent(this);
     m_socket->setReadBufferSize(4 * readPiece);

@@ -5,11 +5,10 @@
 #include "boxsim/reportframes.h"
 #include "boxsim/wire.h"
 
-namespace
-{
+namespace {
 
 constexpr int longestHeartbeat = 127; // the tool reads the length's low byte as signed
-constexpr int rebootNotice = 50; // milliseconds between the reboot's answer and the end of the link
+constexpr int rebootNotice = 50;      // milliseconds between the reboot's answer and the end of the link
 
 bool isSession(BoxConnection::Role role)
 {
@@ -24,8 +23,13 @@ bool isNoTransfer(BoxConnection::Role role)
 } // namespace
 
 BoxSim::BoxSim(const BoxSimOptions &options, QObject *parent)
-    : QObject(parent), m_options(options), m_faults(options.faults), m_runner(this), m_server(this),
-      m_discovery(new DiscoveryResponder([this] { return searchAnswer(); }, this)), m_rebootTimer(this)
+    : QObject(parent)
+    , m_options(options)
+    , m_faults(options.faults)
+    , m_runner(this)
+    , m_server(this)
+    , m_discovery(new DiscoveryResponder([this] { return searchAnswer(); }, this))
+    , m_rebootTimer(this)
 {
     qRegisterMetaType<BoxSimFrame>();
     connect(&m_server, &QTcpServer::newConnection, this, &BoxSim::acceptConnections);

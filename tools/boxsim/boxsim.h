@@ -113,5 +113,5 @@ private:
     quint16 m_port = 0;
     int m_seen = 0;
     bool m_running = false; // between start() and stop()
-    bool m_down = false; // in a reboot
+    bool m_down = false;    // in a reboot
 };

@@ -4,8 +4,7 @@
 
 #include <QCommandLineParser>
 
-namespace
-{
+namespace {
 
 const char description[] =
     "A simulated Box: serves sessions, transfers and searches on TCP and UDP as a Box does,\n"
@@ -50,7 +49,10 @@ const Option optionTable[] = {
 class Reader
 {
 public:
-    explicit Reader(const QCommandLineParser &parser) : m_parser(parser) { }
+    explicit Reader(const QCommandLineParser &parser)
+        : m_parser(parser)
+    {
+    }
 
     QString text(const char *name) const { return m_parser.value(QLatin1String(name)); }
 

@@ -12,8 +12,8 @@ struct CommandLine {
     QString text; // to print: help, faults, version, or what is wrong
     BoxSimOptions options;
     QString projectFile; // to read into options.project; empty for none
-    QString logFile; // to append to; empty for none
-    QString saveFolder; // for accepted files; empty for none
+    QString logFile;     // to append to; empty for none
+    QString saveFolder;  // for accepted files; empty for none
     bool quiet = false;
     bool once = false;
     int seconds = 0; // 0: no end by itself

@@ -5,7 +5,9 @@
 #include <QNetworkDatagram>
 
 DiscoveryResponder::DiscoveryResponder(std::function<QByteArray()> answer, QObject *parent)
-    : QObject(parent), m_answer(std::move(answer)), m_socket(this)
+    : QObject(parent)
+    , m_answer(std::move(answer))
+    , m_socket(this)
 {
     connect(&m_socket, &QUdpSocket::readyRead, this, &DiscoveryResponder::readDatagrams);
 }

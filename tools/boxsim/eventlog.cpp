@@ -4,7 +4,9 @@
 
 #include <cstdio>
 
-EventLog::EventLog(BoxSim *box, bool quiet, QObject *parent) : QObject(parent), m_quiet(quiet)
+EventLog::EventLog(BoxSim *box, bool quiet, QObject *parent)
+    : QObject(parent)
+    , m_quiet(quiet)
 {
     connect(box, &BoxSim::connectionOpened, this,
             [this](const QString &peer) { write(peer, "--", QStringLiteral("connected")); });

@@ -2,8 +2,7 @@
 
 #include "boxsim/options.h"
 
-namespace
-{
+namespace {
 
 // How a fault's value reads. The target is the one member that is not null.
 struct Fault {
@@ -12,7 +11,7 @@ struct Fault {
     const char *sentence;
     bool BoxSimFaults::*flag;
     int BoxSimFaults::*number;
-    int least; // of number
+    int least;     // of number
     int byDefault; // of number, where no value is given; below least if one is needed
 };
 

@@ -6,8 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace
-{
+namespace {
 
 constexpr int longestText = 400;
 constexpr int longestHex = 32; // bytes

@@ -9,7 +9,7 @@ struct BoxSimFrame {
     QString peer; // "address:port" of the tool
     int command = 0;
     QByteArray bytes; // header to footer; cut short only by the fault of a partial verdict
-    QString text; // what it says, in one line
+    QString text;     // what it says, in one line
 };
 Q_DECLARE_METATYPE(BoxSimFrame)
 

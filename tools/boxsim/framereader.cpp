@@ -2,8 +2,7 @@
 
 #include "boxsim/wire.h"
 
-namespace
-{
+namespace {
 
 constexpr char header[] = "\x12\x34";
 constexpr char footer[] = "\x56\x78";

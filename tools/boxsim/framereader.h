@@ -10,8 +10,8 @@ class FrameReader
 public:
     struct Result {
         QVector<QByteArray> frames; // whole, header to footer, in order
-        int skipped = 0; // bytes that belong to no frame
-        int rejected = 0; // headers whose length is under 8 or whose footer is missing
+        int skipped = 0;            // bytes that belong to no frame
+        int rejected = 0;           // headers whose length is under 8 or whose footer is missing
     };
 
     // Takes the next bytes, cut in any way. A rejected header costs its two bytes: the search goes on inside

@@ -7,8 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace
-{
+namespace {
 
 constexpr int textOffset = 8;
 constexpr int overhead = 10; // a JSON frame without its text

@@ -8,8 +8,8 @@ class SettingsMemory;
 
 // What a Box does with one 0x0500 request.
 struct JsonOutcome {
-    QByteArray answer; // frame to send; empty if there is none
-    QString violation; // what is wrong with the request; empty if nothing is
+    QByteArray answer;    // frame to send; empty if there is none
+    QString violation;    // what is wrong with the request; empty if nothing is
     bool reboots = false; // the answer is the last thing before the Box goes down
 };
 

@@ -10,8 +10,7 @@
 #include <csignal>
 #include <cstdio>
 
-namespace
-{
+namespace {
 
 enum ExitStatus { ended = 0, couldNotStart = 1, wrongCommandLine = 2 };
 

@@ -7,31 +7,31 @@
 
 // What the answer to a transfer's checksum looks like.
 enum class BoxSimVerdict {
-    honest, // what the digest says
-    bad, // result 1, whatever the digest says
+    honest,       // what the digest says
+    bad,          // result 1, whatever the digest says
     wrongCommand, // the other transfer's command
     wrongSubType, // sub-type 2 in place of 3
-    wrongHeader, // 0x12 0x35
-    partial, // the first 5 bytes, then nothing
-    tooLong, // one byte behind the 10
-    none, // no answer
+    wrongHeader,  // 0x12 0x35
+    partial,      // the first 5 bytes, then nothing
+    tooLong,      // one byte behind the 10
+    none,         // no answer
 };
 
 // How the Box misbehaves. Everything at its default is a Box without a fault. Times in milliseconds.
 struct BoxSimFaults {
-    bool silent = false; // accepts, reads, never sends a byte
-    bool noHeartbeat = false; // 0x0100 stays without an answer
-    bool noJson = false; // 0x0500 stays without an answer
-    bool noDiscovery = false; // search datagrams stay without an answer
-    int lateHeartbeat = 0; // waits before each heartbeat answer
-    int lateJson = 0; // waits before each JSON answer
-    int lateVerdict = 0; // waits before each verdict
-    int split = 0; // cuts all that is sent into pieces of so many bytes; 0 does not
-    int splitGap = 0; // waits between two such pieces
-    int join = 0; // gathers what is sent for so long, then sends it in one piece
-    int noise = 0; // bytes of noise before each frame, never a header in them
+    bool silent = false;       // accepts, reads, never sends a byte
+    bool noHeartbeat = false;  // 0x0100 stays without an answer
+    bool noJson = false;       // 0x0500 stays without an answer
+    bool noDiscovery = false;  // search datagrams stay without an answer
+    int lateHeartbeat = 0;     // waits before each heartbeat answer
+    int lateJson = 0;          // waits before each JSON answer
+    int lateVerdict = 0;       // waits before each verdict
+    int split = 0;             // cuts all that is sent into pieces of so many bytes; 0 does not
+    int splitGap = 0;          // waits between two such pieces
+    int join = 0;              // gathers what is sent for so long, then sends it in one piece
+    int noise = 0;             // bytes of noise before each frame, never a header in them
     int dropAfterReceived = 0; // ends a connection after so many bytes from it; 0 does not
-    int dropAfterSent = 0; // ends a connection after so many bytes to it; 0 does not
+    int dropAfterSent = 0;     // ends a connection after so many bytes to it; 0 does not
     bool refuseSecond = false; // a second connection is refused while there is one
 
     BoxSimVerdict verdict = BoxSimVerdict::honest;
@@ -39,22 +39,22 @@ struct BoxSimFaults {
     QMap<int, QString> refusedWrites;
     bool typeAsNumber = false; // JSON answers carry type as a number
     bool codeAsNumber = false; // JSON answers carry code as a number
-    QString missingKey; // read answers lack this key
+    QString missingKey;        // read answers lack this key
 
     // -1 for none, 0 for every segment of a report, else the number of the one to spoil.
-    int wrongTotal = -1; // the announced total is one byte too many
-    int wrongNumber = -1; // the segment number is one too high
-    int segmentSize = 0; // bytes of text a segment in place of 1024; 0 leaves the 1024
-    int flood = 0; // so many reports a second, whatever the interval says; 0 does not
+    int wrongTotal = -1;     // the announced total is one byte too many
+    int wrongNumber = -1;    // the segment number is one too high
+    int segmentSize = 0;     // bytes of text a segment in place of 1024; 0 leaves the 1024
+    int flood = 0;           // so many reports a second, whatever the interval says; 0 does not
     bool interleave = false; // the segments of all Standards' reports are mixed
-    int invalidEvery = 0; // every so-manieth point is reported as not valid; 0 for none
+    int invalidEvery = 0;    // every so-manieth point is reported as not valid; 0 for none
 };
 
 // What a simulated Box is. Sizes in bytes, times in milliseconds.
 struct BoxSimOptions {
     QHostAddress address = QHostAddress(QHostAddress::LocalHost); // TCP, and UDP unless told otherwise
-    quint16 port = 30088; // TCP and UDP; 0 lets the system choose
-    bool discovery = true; // whether UDP is served at all
+    quint16 port = 30088;                                         // TCP and UDP; 0 lets the system choose
+    bool discovery = true;                                        // whether UDP is served at all
     QHostAddress discoveryAddress; // null: same as address. 0.0.0.0 hears broadcasts.
 
     // The heartbeat answer's texts; together at most 116 bytes, since the answer stays under 128.
@@ -63,15 +63,15 @@ struct BoxSimOptions {
     QString model = QStringLiteral("MRN-GATE-70");
 
     QMap<QString, QString> settings; // wire key ("lanIp", "NTP", ...) to its first value
-    QByteArray project; // document to run from the start; empty for none
-    quint32 seed = 1; // same seed, same project: same values
+    QByteArray project;              // document to run from the start; empty for none
+    quint32 seed = 1;                // same seed, same project: same values
     // Between two reports of a Standard. -1: the Standard's own collectionInterval. 0: only on reportNow().
     int reportInterval = -1;
     int rebootTime = 2000; // how long a reboot keeps the Box off the network; 0 keeps it on
 
     int maxFileSize = 64 * 1024 * 1024;
     int maxQueued = 16 * 1024 * 1024; // unsent bytes a connection; reports beyond are dropped
-    int maxConnections = 8; // further ones are closed at once
+    int maxConnections = 8;           // further ones are closed at once
 
     BoxSimFaults faults;
 };

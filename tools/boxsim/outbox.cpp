@@ -4,15 +4,17 @@
 
 #include <QTcpSocket>
 
-namespace
-{
+namespace {
 
 constexpr char headerByte = 0x12;
 
 } // namespace
 
 Outbox::Outbox(QTcpSocket *socket, const BoxSimFaults *faults, quint32 noiseSeed, QObject *parent)
-    : QObject(parent), m_socket(socket), m_faults(faults), m_noise(noiseSeed)
+    : QObject(parent)
+    , m_socket(socket)
+    , m_faults(faults)
+    , m_noise(noiseSeed)
 {
     for (QTimer *timer : {&m_joinTimer, &m_splitTimer}) {
         timer->setSingleShot(true);

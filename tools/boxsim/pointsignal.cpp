@@ -5,8 +5,7 @@
 
 #include <cmath>
 
-namespace
-{
+namespace {
 
 using Motion = PointSignal::Motion;
 

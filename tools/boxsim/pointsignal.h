@@ -12,10 +12,10 @@ class PointSignal
 public:
     enum class Motion {
         wander, // swings around a base
-        grow, // a counter, larger at each step until its type wraps
-        flip, // "0" and "1" in turn, for some steps each
+        grow,   // a counter, larger at each step until its type wraps
+        flip,   // "0" and "1" in turn, for some steps each
         steady, // one number for good
-        text, // one text for good
+        text,   // one text for good
     };
 
     PointSignal(const SimPoint &point, quint32 seed);

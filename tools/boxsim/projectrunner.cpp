@@ -5,15 +5,16 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace
-{
+namespace {
 
-constexpr int floodTickTime = 10; // milliseconds
+constexpr int floodTickTime = 10;    // milliseconds
 constexpr int mostFloodBurst = 1000; // reports a tick, whatever rate is asked
 
 } // namespace
 
-ProjectRunner::ProjectRunner(QObject *parent) : QObject(parent), m_floodTimer(this)
+ProjectRunner::ProjectRunner(QObject *parent)
+    : QObject(parent)
+    , m_floodTimer(this)
 {
     connect(&m_floodTimer, &QTimer::timeout, this, &ProjectRunner::floodTick);
 }

@@ -19,10 +19,10 @@ class ProjectRunner : public QObject
 public:
     // How reports are paced and spoiled. Times in milliseconds.
     struct Pace {
-        int interval = -1; // -1: each Standard's own; 0: no report by itself
-        int flood = 0; // reports a second in place of the interval; 0 for none
+        int interval = -1;       // -1: each Standard's own; 0: no report by itself
+        int flood = 0;           // reports a second in place of the interval; 0 for none
         bool interleave = false; // every Standard reports whenever one does
-        int invalidEvery = 0; // every so-manieth point is not valid; 0 for none
+        int invalidEvery = 0;    // every so-manieth point is not valid; 0 for none
     };
 
     explicit ProjectRunner(QObject *parent = nullptr);

@@ -3,8 +3,7 @@
 #include <QStringList>
 #include <QVector>
 
-namespace
-{
+namespace {
 
 constexpr int rebootType = 6;
 constexpr int longestValue =

@@ -4,8 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace
-{
+namespace {
 
 constexpr int mostStandards = 256;
 constexpr int mostPoints = 50000;

@@ -9,7 +9,7 @@ struct SimPoint {
     QString name; // its addr where the document gives no name
     QString addr;
     QString dataType; // as it stands, blanks included
-    int length = 0; // characters of a "string" point; 0 if the document says nothing
+    int length = 0;   // characters of a "string" point; 0 if the document says nothing
 };
 
 struct SimStandard {

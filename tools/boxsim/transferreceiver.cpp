@@ -4,8 +4,7 @@
 
 #include <QCryptographicHash>
 
-namespace
-{
+namespace {
 
 constexpr int subTypeOffset = 6;
 constexpr int totalOffset = 7;
@@ -18,7 +17,10 @@ constexpr int checksumSize = 30;
 
 } // namespace
 
-TransferReceiver::TransferReceiver(int maxFileSize) : m_maxFileSize(maxFileSize) { }
+TransferReceiver::TransferReceiver(int maxFileSize)
+    : m_maxFileSize(maxFileSize)
+{
+}
 
 TransferReceiver::Step TransferReceiver::take(const QByteArray &frame)
 {

@@ -10,10 +10,10 @@ class TransferReceiver
 public:
     // What one frame led to.
     struct Step {
-        QString violation; // what is wrong with the frame; empty if nothing is
-        bool ended = false; // it was the checksum: a verdict is due, the next frame begins a new transfer
+        QString violation;    // what is wrong with the frame; empty if nothing is
+        bool ended = false;   // it was the checksum: a verdict is due, the next frame begins a new transfer
         bool success = false; // all chunks were in order and the digest is that of the bytes
-        QByteArray file; // the bytes, at success
+        QByteArray file;      // the bytes, at success
     };
 
     // maxFileSize: a file that announces more fails. In bytes.
@@ -29,7 +29,7 @@ private:
 
     int m_maxFileSize;
     QByteArray m_file;
-    quint32 m_total = 0; // as the first chunk announced it
+    quint32 m_total = 0;  // as the first chunk announced it
     quint32 m_chunks = 0; // taken so far
     bool m_broken = false;
 };

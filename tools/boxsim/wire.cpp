@@ -3,11 +3,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-namespace Wire
-{
+namespace Wire {
 
-namespace
-{
+namespace {
 
 constexpr int addressWidth = 16;
 constexpr int maxCounted = 127; // the tool reads the length bytes as signed

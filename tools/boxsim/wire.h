@@ -10,13 +10,12 @@ class QJsonObject;
 // the two shows against the other.
 //
 // Frame: 12 34, command (2, big-endian), total length (2, little-endian), body, 56 78.
-namespace Wire
-{
+namespace Wire {
 
 constexpr int minFrame = 8;
 constexpr int maxFrame = 0xffff;
 constexpr int segmentText = 1024; // text a monitoring segment holds, and file bytes a chunk holds
-constexpr int digestSize = 16; // MD5
+constexpr int digestSize = 16;    // MD5
 
 enum Command {
     heartbeat = 0x0100,
