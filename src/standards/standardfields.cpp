@@ -56,11 +56,7 @@ QWidget *StandardFields::triggerRow(FieldTable &table, QWidget *parent)
     trigger->addItem(QCoreApplication::translate("StandardFields", "Timed Loops"));
     QWidget *period = table.widget(QStringLiteral("collectionInterval"));
     auto *both = new QHBoxLayout;
-<<<<<<< HEAD
-    delete form->takeAt(1);
-=======
     delete form->takeAt(1); // the layout's item, not the widget
->>>>>>> helper/integ
     both->addWidget(trigger);
     both->addWidget(period);
     form->setLayout(0, QFormLayout::FieldRole, both);
