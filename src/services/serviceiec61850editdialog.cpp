@@ -96,8 +96,8 @@ ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Worksp
     connect(buttons.save, &QPushButton::clicked, this, &ServiceIEC61850EditDialog::saveChanges);
     connect(buttons.cancel, &QPushButton::clicked, this, &ServiceIEC61850EditDialog::rejected);
 
-    if (m_item->data(servicePortRole).toString().isEmpty()) {
-        m_item->setData(QStringLiteral("102"), servicePortRole);
+    if (m_item.item()->data(servicePortRole).toString().isEmpty()) {
+        m_item.item()->setData(QStringLiteral("102"), servicePortRole);
     }
     fill();
     connect(m_service.comboBox(QStringLiteral("authentication")),
@@ -118,21 +118,25 @@ ServiceIEC61850EditDialog::~ServiceIEC61850EditDialog()
 
 void ServiceIEC61850EditDialog::replaceItem(QStandardItem *item)
 {
-    m_item = item;
+    m_item = ItemRef(item);
     fill();
     // On purpose the role of a Standard: it is unset on a Service, so that the one entry stays selected.
-    m_service.setText(QStringLiteral("protocol"), m_item->data(standardProtocolRole).toString());
+    m_service.setText(QStringLiteral("protocol"), m_item.item()->data(standardProtocolRole).toString());
     logToFile(QStringLiteral("ServiceIEC61850EditDialog: replace"));
 }
 
 void ServiceIEC61850EditDialog::saveChanges()
 {
-    m_service.save(m_item);
-    m_item->setData(m_security.value(QStringLiteral("serverKeyPassword")), serviceServerKeyPasswordRole);
+    QStandardItem *item = m_item.item();
+    if (!item) {
+        return; // its node has left the tree: there is nothing to write into
+    }
+    m_service.save(item);
+    item->setData(m_security.value(QStringLiteral("serverKeyPassword")), serviceServerKeyPasswordRole);
     for (int index = 0; index < m_slots.size(); ++index) {
         saveSlot(index);
     }
-    m_item->setData(isChecked("isVerifyClientCert"), serviceIsVerifyClientCertRole);
+    item->setData(isChecked("isVerifyClientCert"), serviceIsVerifyClientCertRole);
     if (m_workspace) {
         // The wording names another kind on purpose: it is the message that users of this form know.
         m_workspace->appendMessage(
@@ -224,15 +228,15 @@ void ServiceIEC61850EditDialog::addSlot(QFormLayout *form, const QString &label,
 
 void ServiceIEC61850EditDialog::fill()
 {
-    m_service.fill(m_item);
-    if (!m_item->data(serviceEnableGoosePublishingRole).isValid()) {
+    m_service.fill(m_item.item());
+    if (!m_item.item()->data(serviceEnableGoosePublishingRole).isValid()) {
         qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableGoosePublishing")))
             ->setChecked(true);
     }
-    m_security.fill(m_item);
+    m_security.fill(m_item.item());
     for (FileSlot &slot : m_slots) {
-        slot.path = m_item->data(slot.pathRole).toString();
-        slot.content = m_item->data(slot.contentRole).toString();
+        slot.path = m_item.item()->data(slot.pathRole).toString();
+        slot.content = m_item.item()->data(slot.contentRole).toString();
         showPath(slot);
     }
     updatePasswordVisibility();
@@ -284,8 +288,8 @@ void ServiceIEC61850EditDialog::saveSlot(int index)
 {
     const FileSlot &slot = m_slots.at(index);
     if (slot.field->text() == slot.path) {
-        m_item->setData(slot.path, slot.pathRole);
-        m_item->setData(slot.content, slot.contentRole);
+        m_item.item()->setData(slot.path, slot.pathRole);
+        m_item.item()->setData(slot.content, slot.contentRole);
         return;
     }
     Tell::warning(this, tr("Warning"),
@@ -295,8 +299,8 @@ void ServiceIEC61850EditDialog::saveSlot(int index)
                                   "select the certificate again.Prevent data loss."));
     // The last client empties the roles of the one before it: a slip of one that stands, on purpose.
     const FileSlot &emptied = index == lastClientSlot ? m_slots.at(index - 1) : slot;
-    m_item->setData(QString(), emptied.pathRole);
-    m_item->setData(QString(), emptied.contentRole);
+    m_item.item()->setData(QString(), emptied.pathRole);
+    m_item.item()->setData(QString(), emptied.contentRole);
 }
 
 bool ServiceIEC61850EditDialog::isChecked(const char *name) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/itemref.h"
 #include "widgets/editform.h"
 #include "widgets/fieldtable.h"
 
@@ -53,7 +54,7 @@ private:
     QString readCertificateFile(const QString &path);
     bool isChecked(const char *name) const;
 
-    QStandardItem *m_item;     // Not owned.
+    ItemRef m_item;
     Workspace *m_workspace;    // Not owned; may be null.
     FieldTable m_service;      // the fields above the certificates
     FieldTable m_security;     // the fields between them

@@ -219,15 +219,15 @@ void standardDLT645EditDialog::fillTable(QTableWidget *table, const QString &ver
 
 void standardDLT645EditDialog::fillFields(Opening opening)
 {
-    m_fields.fill(m_item);
-    m_serial.fill(m_item);
-    m_trigger.fill(m_item);
+    m_fields.fill(m_item.item());
+    m_serial.fill(m_item.item());
+    m_trigger.fill(m_item.item());
     if (opening == Opening::Replace) {
         // On purpose other than at construction: a list whose role is empty goes to its first entry here.
         const auto &fields = m_serial.fields();
         for (const Field &field : fields) {
             QComboBox *list = m_serial.comboBox(QLatin1String(field.name));
-            if (list && m_item->data(field.role).toString().isEmpty()) {
+            if (list && m_item.item()->data(field.role).toString().isEmpty()) {
                 list->setCurrentIndex(0);
             }
         }
@@ -236,7 +236,7 @@ void standardDLT645EditDialog::fillFields(Opening opening)
 
 void standardDLT645EditDialog::loadTabs()
 {
-    const auto groups = m_item->data(standardDatasRole).value<GroupMap>();
+    const auto groups = m_item.item()->data(standardDatasRole).value<GroupMap>();
     for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
         loadTab(group.key(), group.value());
     }
@@ -257,7 +257,7 @@ void standardDLT645EditDialog::retitleTabs(const QString &pattern)
 
 void standardDLT645EditDialog::replaceItem(QStandardItem *item)
 {
-    m_item = item;
+    m_item = ItemRef(item);
     fillFields(Opening::Replace);
     while (m_tabs->count() > 0) {
         deleteTab(0);
@@ -365,9 +365,13 @@ bool standardDLT645EditDialog::isNameDuplicate(QTableWidget *table, int currentR
 
 void standardDLT645EditDialog::saveChanges()
 {
-    m_fields.save(m_item);
-    m_serial.save(m_item);
-    m_trigger.save(m_item);
+    QStandardItem *item = m_item.item();
+    if (!item) {
+        return; // its node has left the tree: there is nothing to write into
+    }
+    m_fields.save(item);
+    m_serial.save(item);
+    m_trigger.save(item);
     GroupMap tabs;
     for (int index = 0; index < m_tabs->count(); ++index) {
         const RowList rows = rowsOf(m_tabs->widget(index));
@@ -375,7 +379,7 @@ void standardDLT645EditDialog::saveChanges()
             tabs.insert(m_tabs->tabText(index), rows);
         }
     }
-    m_item->setData(QVariant::fromValue(tabs), standardDatasRole);
+    item->setData(QVariant::fromValue(tabs), standardDatasRole);
     if (m_workspace) {
         m_workspace->appendMessage(
             tr("The Standard DLT645 '%1' is saved successfully.").arg(m_fields.text(QStringLiteral("name"))));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/itemref.h"
 #include "model/projecttree.h"
 #include "widgets/editform.h"
 #include "widgets/fieldtable.h"
@@ -57,7 +58,7 @@ private:
     void retitleTabs(const QString &pattern);
     RowList rowsOf(const QWidget *page) const;
 
-    QStandardItem *m_item;  // Not owned.
+    ItemRef m_item;
     Workspace *m_workspace; // Not owned; may be null.
     FieldTable m_fields;
     FieldTable m_serial;

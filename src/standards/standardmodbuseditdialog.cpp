@@ -169,14 +169,17 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
 void standardModbusEditDialog::fillFields()
 {
     for (const FieldTable *fields : {&m_identity, &m_network, &m_serial, &m_trigger}) {
-        fields->fill(m_item);
+        fields->fill(m_item.item());
     }
 }
 
 void standardModbusEditDialog::loadTabs()
 {
     m_tabsLoaded = true;
-    const auto groups = m_item->data(standardDatasRole).value<GroupMap>();
+    if (!m_item.item()) {
+        return;
+    }
+    const auto groups = m_item.item()->data(standardDatasRole).value<GroupMap>();
     for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
         loadTab(group.key(), group.value());
     }
@@ -197,7 +200,7 @@ void standardModbusEditDialog::retitleTabs()
 
 void standardModbusEditDialog::replaceItem(QStandardItem *item)
 {
-    m_item = item;
+    m_item = ItemRef(item);
     fillFields();
     while (m_tabs->count() > 0) {
         deleteTab(0);
@@ -241,7 +244,11 @@ void standardModbusEditDialog::deleteTab(int index)
 
 void standardModbusEditDialog::saveChanges()
 {
-    m_identity.save(m_item);
+    QStandardItem *item = m_item.item();
+    if (!item) {
+        return; // its node has left the tree: there is nothing to write into
+    }
+    m_identity.save(item);
     const struct {
         const QGroupBox *box;
         const FieldTable *fields;
@@ -249,12 +256,12 @@ void standardModbusEditDialog::saveChanges()
     for (const auto &group : groups) {
         // What is hidden is erased.
         if (group.box->isVisible()) {
-            group.fields->save(m_item);
+            group.fields->save(item);
         } else {
-            group.fields->erase(m_item);
+            group.fields->erase(item);
         }
     }
-    m_trigger.save(m_item);
+    m_trigger.save(item);
 
     GroupMap tabs;
     for (int index = 0; index < m_tabs->count(); ++index) {
@@ -263,7 +270,7 @@ void standardModbusEditDialog::saveChanges()
             tabs.insert(m_tabs->tabText(index), rows);
         }
     }
-    m_item->setData(QVariant::fromValue(tabs), standardDatasRole);
+    item->setData(QVariant::fromValue(tabs), standardDatasRole);
     if (m_workspace) {
         m_workspace->appendMessage(tr("The Standard Modbus '%1' is saved successfully.")
                                        .arg(m_identity.text(QStringLiteral("name"))));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/itemref.h"
 #include "model/projecttree.h"
 #include "plc/parametereditor.h"
 #include "widgets/editform.h"
@@ -71,7 +72,7 @@ private:
     QTableWidget *currentTable() const;
     RowList rowsOf(const QWidget *page) const;
 
-    QStandardItem *m_item;  // Not owned.
+    ItemRef m_item;
     Workspace *m_workspace; // Not owned; may be null.
     FieldTable m_identity;
     FieldTable m_network;

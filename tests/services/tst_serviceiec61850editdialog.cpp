@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardItem>
+#include <QStandardItemModel>
 #include <QTimer>
 #include <QtTest>
 
@@ -39,6 +40,7 @@ private slots:
     void clearDataLeavesTheFilesAlone();
     void everyInputHasItsName();
     void rolesOfTheWrongTypeDoNoHarm();
+    void saveWithoutItsNodeDoesNothing();
 
 private:
     QStandardItem *m_item = nullptr;
@@ -423,6 +425,17 @@ void TestServiceIEC61850EditDialog::rolesOfTheWrongTypeDoNoHarm()
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     press(form, "saveButton");
     QCOMPARE(m_item->data(serviceRootCertificateRole), QVariant(QString()));
+}
+
+void TestServiceIEC61850EditDialog::saveWithoutItsNodeDoesNothing()
+{
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    ServiceIEC61850EditDialog form(model.item(0), m_workspace);
+    model.removeRow(0);
+    form.saveChanges();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_workspace->messages, QStringList());
 }
 
 QTEST_MAIN(TestServiceIEC61850EditDialog)

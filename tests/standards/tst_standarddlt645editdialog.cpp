@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardItem>
+#include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
@@ -39,6 +40,7 @@ private slots:
     void clearDataEmptiesTheForm();
     void everyInputHasItsName();
     void rolesOfTheWrongTypeDoNoHarm();
+    void saveWithoutItsNodeDoesNothing();
 
 private:
     QStandardItem *m_item = nullptr;
@@ -394,6 +396,17 @@ void TestStandardDLT645EditDialog::rolesOfTheWrongTypeDoNoHarm()
     form.replaceItem(m_item);
     form.saveChanges();
     QCOMPARE(titles(form).size(), 2);
+}
+
+void TestStandardDLT645EditDialog::saveWithoutItsNodeDoesNothing()
+{
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    standardDLT645EditDialog form(model.item(0), m_workspace);
+    model.removeRow(0);
+    form.saveChanges();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_workspace->messages, QStringList());
 }
 
 QTEST_MAIN(TestStandardDLT645EditDialog)

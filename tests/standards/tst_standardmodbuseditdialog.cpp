@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardItem>
+#include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
@@ -42,6 +43,7 @@ private slots:
     void cancelRejects();
     void everyInputHasItsName();
     void rolesOfTheWrongTypeDoNoHarm();
+    void saveWithoutItsNodeDoesNothing();
 
 private:
     QStandardItem *m_item = nullptr;
@@ -492,6 +494,17 @@ void TestStandardModbusEditDialog::rolesOfTheWrongTypeDoNoHarm()
     form.replaceItem(m_item);
     form.saveChanges();
     QCOMPARE(titles(form).size(), 2);
+}
+
+void TestStandardModbusEditDialog::saveWithoutItsNodeDoesNothing()
+{
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    standardModbusEditDialog form(model.item(0), m_workspace);
+    model.removeRow(0);
+    form.saveChanges();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_workspace->messages, QStringList());
 }
 
 QTEST_MAIN(TestStandardModbusEditDialog)
