@@ -1,6 +1,7 @@
 #include "tour/traveller.h"
 
 #include "boxlink/boxeditdialog.h"
+#include "boxlink/boxsearchdialog.h"
 #include "boxsim/boxsim.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
@@ -12,6 +13,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QStandardItem>
 #include <QTabWidget>
@@ -32,6 +34,7 @@ private slots:
     void aModbusDeviceIsDescribed();
     void aMeterIsDescribed();
     void theServiceIsSet();
+    void theSearchForBoxesStands();
     void aBoxIsAddedAndConnects();
     void itsSettingsAreRead();
     void theProjectIsPushed();
@@ -163,19 +166,31 @@ void TestTour::theServiceIsSet()
     m_user->press(form, "saveButton");
 }
 
+// Opened and closed only: a search would broadcast on the network that the machine is in.
+void TestTour::theSearchForBoxesStands()
+{
+    m_user->choose(project + QStringLiteral("/Box"), shown("Search Box"));
+    const QPointer<BoxSearchDialog> dialog = m_user->form<BoxSearchDialog>();
+    QVERIFY(dialog);
+    QVERIFY(dialog->isVisible());
+    m_user->picture(QStringLiteral("08-search"), dialog);
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    QTRY_VERIFY(!dialog);
+}
+
 void TestTour::aBoxIsAddedAndConnects()
 {
     m_user->choose(project + QStringLiteral("/Box"), shown("Add Box"), [this](QWidget *dialog) {
         m_user->type(dialog, "name", QStringLiteral("Gateway"));
         m_user->type(dialog, "ip", address);
-        m_user->picture(QStringLiteral("08-add-box"), dialog);
+        m_user->picture(QStringLiteral("09-add-box"), dialog);
         m_user->press(dialog, "okButton");
     });
     auto *form = m_user->form<BoxEditDialog>();
     QVERIFY(form);
     const QString connected = QCoreApplication::translate("Protocol", "Connection status: Connected");
     QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(), connected);
-    m_user->picture(QStringLiteral("09-box-connected"));
+    m_user->picture(QStringLiteral("10-box-connected"));
 }
 
 void TestTour::itsSettingsAreRead()
@@ -187,7 +202,7 @@ void TestTour::itsSettingsAreRead()
     auto *ip = form->findChild<QLineEdit *>(QStringLiteral("lanIp"));
     QTRY_COMPARE(ip->text(), m_sim->setting(QStringLiteral("lanIp")));
     QTRY_COMPARE(m_user->boxes().pending(), 0);
-    m_user->picture(QStringLiteral("10-box-settings"));
+    m_user->picture(QStringLiteral("11-box-settings"));
     m_user->type(form, "lanGateway", QStringLiteral("192.168.1.254"));
     m_user->boxes().expect();
     m_user->press(form, "lanWriteButton");
@@ -211,7 +226,7 @@ void TestTour::pushProject(const QString &box)
 void TestTour::theProjectIsPushed()
 {
     pushProject(project);
-    m_user->picture(QStringLiteral("11-project-pushed"));
+    m_user->picture(QStringLiteral("12-project-pushed"));
 }
 
 // Waits until the table of the node has that many rows, all of them valid.
@@ -240,7 +255,7 @@ void TestTour::itsValuesComeLive()
 {
     watch(project + QStringLiteral("/Data/Tariff meter"), QStringLiteral("Tariff meter"), 4);
     watch(project + QStringLiteral("/Data/Protection relay"), QStringLiteral("Protection relay"), 3);
-    m_user->picture(QStringLiteral("12-live-values"));
+    m_user->picture(QStringLiteral("13-live-values"));
 }
 
 void TestTour::theProjectIsSaved()
@@ -273,7 +288,7 @@ void TestTour::aLargeProjectIsLoadedPushedAndWatched()
     QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(), connected);
     pushProject(riverside);
     watch(riverside + QStringLiteral("/Data/Feeder meters"), QStringLiteral("Feeder meters"), 32);
-    m_user->picture(QStringLiteral("13-riverside-live"));
+    m_user->picture(QStringLiteral("14-riverside-live"));
 }
 
 QTEST_MAIN(TestTour)
