@@ -17,7 +17,7 @@ static const QString editStandard = QStringLiteral("Edit Standard");
 static const QString editService = QStringLiteral("Edit Service");
 static const QString editProject = QStringLiteral("Edit Project");
 // Nothing listens there: sessions to it fail and are tried again.
-static const QString nobody = QStringLiteral("127.0.13.7");
+static const QString nobody = QStringLiteral("127.0.13.17");
 
 class tst_ResourceTabs : public QObject
 {
