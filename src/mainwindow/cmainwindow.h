@@ -44,6 +44,7 @@ public:
     void appendMessage(const QString &text) override;
     QStandardItem *currentItem() const override;
     QJsonObject buildProjectJson(QStandardItem *project) const override;
+    void openImportDataDialog() override;
 
     // Shows the rows of a node under "Data" in the monitoring tab of that name, which is made if need be; a
     // time that is not empty stands in for the rows' own.

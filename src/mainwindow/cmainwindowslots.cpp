@@ -142,6 +142,8 @@ void CMainWindow::slotDeleteAllFile()
     m_resources->removeAll();
 }
 
+void CMainWindow::openImportDataDialog() {}
+
 void CMainWindow::onDataReceived(const Protocol::dataMonitoringData &report)
 {
     m_monitoring->receive(report);

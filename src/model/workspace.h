@@ -18,6 +18,8 @@ public:
     virtual QStandardItem *currentItem() const = 0;
     // The document of a project, given its top-level item: what is saved and what is pushed to a Box.
     virtual QJsonObject buildProjectJson(QStandardItem *project) const = 0;
+    // Opens the window in which points of the current project are picked for the current server form.
+    virtual void openImportDataDialog() = 0;
 
 protected:
     Workspace() = default;

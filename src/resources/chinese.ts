@@ -64,7 +64,7 @@
         <translation>写入</translation>
     </message>
     <message>
-        <source>The box '%1' is saved successfully.</source>
+        <source>The box &apos;%1&apos; is saved successfully.</source>
         <translation>Box“%1”保存成功。</translation>
     </message>
     <message>
@@ -577,11 +577,11 @@
     </message>
     <message>
         <source>None</source>
-        <translation />
+        <translation></translation>
     </message>
     <message>
         <source>Password</source>
-        <translation />
+        <translation></translation>
     </message>
     <message>
         <source>anonymous</source>
@@ -684,7 +684,7 @@
         <translation>名称重复</translation>
     </message>
     <message>
-        <source>The name"%1"already exists, please change the name.</source>
+        <source>The name&quot;%1&quot;already exists, please change the name.</source>
         <translation>名称“%1”已存在，请更换名称。</translation>
     </message>
     <message>
@@ -764,7 +764,7 @@
         <translation>已存在同名项目，请使用其他名称。</translation>
     </message>
     <message>
-        <source>The Project '%1' is saved successfully.</source>
+        <source>The Project &apos;%1&apos; is saved successfully.</source>
         <translation>项目“%1”保存成功。</translation>
     </message>
     <message>
@@ -1038,7 +1038,7 @@
         <translation>第 %1 行输入无效：只允许字母、数字、下划线、点、冒号和方括号。</translation>
     </message>
     <message>
-        <source>Invalid input in row %1: only numbers, operators (+, -, *, /) and 'X' are allowed.</source>
+        <source>Invalid input in row %1: only numbers, operators (+, -, *, /) and &apos;X&apos; are allowed.</source>
         <translation>第 %1 行输入无效：只允许数字、运算符（+、-、*、/）和“X”。</translation>
     </message>
     <message>
@@ -1134,7 +1134,7 @@
         <translation>删除</translation>
     </message>
     <message>
-        <source>The name of the '%1' line already exists. Please use a different name.</source>
+        <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
         <translation>第“%1”行的名称已存在，请使用其他名称。</translation>
     </message>
     <message>
@@ -1146,7 +1146,7 @@
         <translation>错误</translation>
     </message>
     <message>
-        <source>The name of the '%1' line already exists in this tab. Please use a different name.</source>
+        <source>The name of the &apos;%1&apos; line already exists in this tab. Please use a different name.</source>
         <translation>本标签页第“%1”行的名称已存在，请使用其他名称。</translation>
     </message>
     <message>
@@ -1314,6 +1314,17 @@
     </message>
 </context>
 <context>
+    <name>ServerForm</name>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
     <name>ServiceIEC61850EditDialog</name>
     <message>
         <source>Service Name:</source>
@@ -1333,11 +1344,11 @@
     </message>
     <message>
         <source>None</source>
-        <translation />
+        <translation></translation>
     </message>
     <message>
         <source>Password</source>
-        <translation />
+        <translation></translation>
     </message>
     <message>
         <source>Password:</source>
@@ -1412,7 +1423,7 @@
         <translation>取消</translation>
     </message>
     <message>
-        <source>The Standard OpcUa '%1' is saved successfully.</source>
+        <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
         <translation>Standard OpcUa“%1”保存成功。</translation>
     </message>
     <message>
@@ -1558,11 +1569,11 @@
         <translation>名称</translation>
     </message>
     <message>
-        <source>The name of the '%1' line already exists. Please use a different name.</source>
+        <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
         <translation>第“%1”行的名称已存在，请使用其他名称。</translation>
     </message>
     <message>
-        <source>The Standard DLT645 '%1' is saved successfully.</source>
+        <source>The Standard DLT645 &apos;%1&apos; is saved successfully.</source>
         <translation>Standard DLT645“%1”保存成功。</translation>
     </message>
 </context>
@@ -1692,7 +1703,7 @@
         <translation>导出</translation>
     </message>
     <message>
-        <source>The Standard Modbus '%1' is saved successfully.</source>
+        <source>The Standard Modbus &apos;%1&apos; is saved successfully.</source>
         <translation>Standard Modbus“%1”保存成功。</translation>
     </message>
 </context>

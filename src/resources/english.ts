@@ -1312,6 +1312,17 @@
     </message>
 </context>
 <context>
+    <name>ServerForm</name>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ServiceIEC61850EditDialog</name>
     <message>
         <source>Service Name:</source>

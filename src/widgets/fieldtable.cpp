@@ -11,7 +11,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QRegularExpressionValidator>
 #include <QStandardItem>
+#include <QTextEdit>
 
 namespace {
 
@@ -20,9 +22,47 @@ QString nameOf(const Field &field)
     return QString::fromLatin1(field.name);
 }
 
-QRadioButton *radio(const QWidget *pair, const char *suffix)
+QRadioButton *radio(const QWidget *group, const QString &suffix)
 {
-    return pair->findChild<QRadioButton *>(pair->objectName() + QLatin1String(suffix));
+    return group->findChild<QRadioButton *>(group->objectName() + suffix);
+}
+
+QStringList onOff()
+{
+    return {QStringLiteral("On"), QStringLiteral("Off")};
+}
+
+// "1", "2" and so on, one for each entry.
+QStringList numbers(const Field &field)
+{
+    QStringList result;
+    for (int number = 1; number <= field.entries.size(); ++number) {
+        result.append(QString::number(number));
+    }
+    return result;
+}
+
+int checkedNumber(const QWidget *group, const Field &field)
+{
+    const QStringList suffixes = numbers(field);
+    for (const QString &suffix : suffixes) {
+        if (radio(group, suffix)->isChecked()) {
+            return suffix.toInt();
+        }
+    }
+    return 0;
+}
+
+void writeDefault(const Field &field, QStandardItem *item)
+{
+    const QVariant value = item->data(field.role);
+    if (field.kind == FieldKind::Check) {
+        if (!value.isValid()) {
+            item->setData(field.defaultValue == QByteArrayLiteral("true"), field.role);
+        }
+    } else if (value.toString().isEmpty()) {
+        item->setData(QString::fromLatin1(field.defaultValue), field.role);
+    }
 }
 
 // A button of an exclusive pair refuses to be unchecked, which would leave one item's choice to the next.
@@ -73,8 +113,8 @@ void FieldTable::fill(QStandardItem *item, Unknown unknown) const
         if (field.role == noRole) {
             continue;
         }
-        if (field.defaultValue && item->data(field.role).toString().isEmpty()) {
-            item->setData(QString::fromLatin1(field.defaultValue), field.role);
+        if (field.defaultValue) {
+            writeDefault(field, item);
         }
         show(field, item->data(field.role), unknown);
     }
@@ -182,13 +222,9 @@ void FieldTable::make(const Field &field, QWidget *parent)
 QWidget *FieldTable::makeWidget(const Field &field, QWidget *parent)
 {
     switch (field.kind) {
-    case FieldKind::List: {
-        auto *box = new QComboBox(parent);
-        for (const QString &entry : field.entries) {
-            box->addItem(QCoreApplication::translate(m_context, entry.toLatin1().constData()));
-        }
-        return box;
-    }
+    case FieldKind::List:
+    case FieldKind::Coded:
+        return makeList(field, parent);
     case FieldKind::Check: {
         // As high as its neighbours, so that rows and labels keep one distance.
         auto *box = new QCheckBox(parent);
@@ -196,7 +232,14 @@ QWidget *FieldTable::makeWidget(const Field &field, QWidget *parent)
         return box;
     }
     case FieldKind::OnOff:
-        return makeOnOff(field, parent);
+        return makeRadios(field, onOff(), parent);
+    case FieldKind::Numbered:
+        return makeRadios(field, numbers(field), parent);
+    case FieldKind::Script: {
+        auto *edit = new QTextEdit(parent);
+        edit->setAcceptRichText(false);
+        return edit;
+    }
     case FieldKind::Text:
     case FieldKind::Password:
     case FieldKind::ReadOnly:
@@ -205,33 +248,45 @@ QWidget *FieldTable::makeWidget(const Field &field, QWidget *parent)
     auto *edit = new QLineEdit(parent);
     edit->setReadOnly(field.kind == FieldKind::ReadOnly);
     edit->setEchoMode(field.kind == FieldKind::Password ? QLineEdit::Password : QLineEdit::Normal);
-    edit->setValidator(validatorFor(field.check, parent));
+    edit->setValidator(validatorFor(field, parent));
     return edit;
 }
 
-QWidget *FieldTable::makeOnOff(const Field &field, QWidget *parent) const
+QWidget *FieldTable::makeList(const Field &field, QWidget *parent) const
 {
-    auto *pair = new QWidget(parent);
-    auto *row = new QHBoxLayout(pair);
+    auto *box = new QComboBox(parent);
+    for (const QString &entry : field.entries) {
+        box->addItem(QCoreApplication::translate(m_context, entry.toLatin1().constData()));
+    }
+    for (const Choice &choice : field.choices) {
+        box->addItem(QCoreApplication::translate(m_context, choice.text), choice.code);
+    }
+    return box;
+}
+
+QWidget *FieldTable::makeRadios(const Field &field, const QStringList &suffixes, QWidget *parent) const
+{
+    auto *group = new QWidget(parent);
+    group->setObjectName(nameOf(field));
+    auto *row = new QHBoxLayout(group);
     row->setContentsMargins(0, 0, 0, 0);
-    const char *const suffixes[] = {"On", "Off"};
-    for (int index = 0; index < 2; ++index) {
+    for (int index = 0; index < suffixes.size(); ++index) {
         auto *button = new QRadioButton(
-            QCoreApplication::translate(m_context, field.entries.value(index).toLatin1().constData()), pair);
-        button->setObjectName(nameOf(field) + QLatin1String(suffixes[index]));
+            QCoreApplication::translate(m_context, field.entries.value(index).toLatin1().constData()), group);
+        button->setObjectName(nameOf(field) + suffixes.at(index));
         row->addWidget(button);
     }
     row->addStretch();
-    pair->setFocusProxy(radio(pair, "On"));
-    return pair;
+    group->setFocusProxy(radio(group, suffixes.first()));
+    return group;
 }
 
-QValidator *FieldTable::validatorFor(FieldCheck check, QWidget *parent)
+QValidator *FieldTable::validatorFor(const Field &field, QWidget *parent)
 {
-    const auto key = static_cast<int>(check);
+    const QString key = QString::number(int(field.check)) + QLatin1String(field.pattern);
     if (!m_validators.contains(key)) {
         QValidator *validator = nullptr;
-        switch (check) {
+        switch (field.check) {
         case FieldCheck::None:
             break;
         case FieldCheck::Ipv4:
@@ -249,6 +304,10 @@ QValidator *FieldTable::validatorFor(FieldCheck check, QWidget *parent)
         case FieldCheck::Integer:
             validator = integerValidator(parent);
             break;
+        case FieldCheck::Pattern:
+            validator = new QRegularExpressionValidator(
+                QRegularExpression(QString::fromLatin1(field.pattern)), parent);
+            break;
         }
         m_validators.insert(key, validator);
     }
@@ -264,7 +323,13 @@ QVariant FieldTable::valueOf(const Field &field) const
     case FieldKind::Check:
         return qobject_cast<QCheckBox *>(shown)->isChecked();
     case FieldKind::OnOff:
-        return radio(shown, "On")->isChecked() ? QStringLiteral("on") : QStringLiteral("off");
+        return radio(shown, QStringLiteral("On"))->isChecked() ? QStringLiteral("on") : QStringLiteral("off");
+    case FieldKind::Coded:
+        return qobject_cast<QComboBox *>(shown)->currentData();
+    case FieldKind::Numbered:
+        return checkedNumber(shown, field);
+    case FieldKind::Script:
+        return qobject_cast<QTextEdit *>(shown)->toPlainText();
     case FieldKind::Text:
     case FieldKind::Password:
     case FieldKind::ReadOnly:
@@ -295,8 +360,26 @@ void FieldTable::show(const Field &field, const QVariant &value, Unknown unknown
         qobject_cast<QCheckBox *>(shown)->setChecked(ProjectTree::isTrue(value));
         break;
     case FieldKind::OnOff:
-        check(radio(shown, "On"), text == QLatin1String("on"));
-        check(radio(shown, "Off"), text == QLatin1String("off"));
+        check(radio(shown, QStringLiteral("On")), text == QLatin1String("on"));
+        check(radio(shown, QStringLiteral("Off")), text == QLatin1String("off"));
+        break;
+    case FieldKind::Coded: {
+        auto *box = qobject_cast<QComboBox *>(shown);
+        QVariant code = value; // a document's codes are texts
+        code.convert(int(field.choices.first().code.type()));
+        const int index = box->findData(code);
+        if (index >= 0 || unknown == Unknown::SelectFallback) {
+            box->setCurrentIndex(qMax(index, 0));
+        }
+        break;
+    }
+    case FieldKind::Numbered: {
+        QRadioButton *numbered = radio(shown, text);
+        (numbered ? numbered : radio(shown, QStringLiteral("1")))->setChecked(true);
+        break;
+    }
+    case FieldKind::Script:
+        qobject_cast<QTextEdit *>(shown)->setPlainText(text);
         break;
     case FieldKind::Text:
     case FieldKind::Password:

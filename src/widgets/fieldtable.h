@@ -20,21 +20,34 @@ enum class FieldKind {
     List,     // QComboBox of fixed entries, stored as the entry's text
     Check,    // QCheckBox, stored as a boolean
     OnOff,    // two QRadioButtons, stored as "on" or "off"
+    Coded,    // QComboBox of choices, stored as the code of the chosen one
+    Numbered, // QRadioButtons, stored as the number, from 1, of the checked one
+    Script,   // QTextEdit, stored as plain text
 };
 
-enum class FieldCheck { None, Ipv4, HostName, NoCjk, Port, Integer };
+enum class FieldCheck { None, Ipv4, HostName, NoCjk, Port, Integer, Pattern };
+
+// A choice of a Coded field: what is shown and what is stored.
+struct Choice {
+    const char *text; // source text in UTF-8, shown as it stands where the catalogue does not have it
+    QVariant code;
+};
 
 // One field of a form: the row that builds, fills, saves and erases it.
 struct Field {
-    const char
-        *name; // objectName of the widget; an OnOff pair is "<name>On" and "<name>Off" in a "<name>" widget
+    // objectName of the widget; radio buttons are "<name>On" and "<name>Off", or "<name>1" and so on, in a
+    // "<name>" widget
+    const char *name;
     const char *label; // source text, translated in the table's context
     FieldKind kind;
     int role;                            // role of the item, or FieldTable::noRole
     FieldCheck check = FieldCheck::None; // what may be typed
-    QStringList entries = {}; // source texts of a List, in order; of an OnOff, those of its two buttons
-    const char *defaultValue = nullptr; // written into a role that reads as empty, when the form opens
-    const char *listFallback = nullptr; // List: entry selected when the role's text is not among the entries
+    QStringList entries = {};            // source texts of a List or of radio buttons, in order
+    const char *defaultValue = nullptr;  // written into a role that reads as empty when the form opens; a
+                                         // Check takes "true", for a role that holds nothing
+    const char *listFallback = nullptr;  // List: entry selected when the role's text is not among the entries
+    const char *pattern = nullptr;       // of FieldCheck::Pattern: the regular expression
+    QVector<Choice> choices = {};        // of a Coded field, in order; the first stands for an unknown code
 };
 
 // The fields of a form or of one group of it. The widgets belong to the layout's parent widget; the table
@@ -68,7 +81,7 @@ public:
     void save(QStandardItem *item) const;
     // Sets the item's roles to an invalid QVariant.
     void erase(QStandardItem *item) const;
-    // Empties texts, selects first entries, unchecks boxes, sets OnOff to on.
+    // Empties texts, selects first entries and first radio buttons, unchecks boxes.
     void clear() const;
 
     // What the widget of the field shows, as it would be stored; an invalid QVariant for an unknown name.
@@ -94,8 +107,9 @@ private:
     // Makes the widget and its label, and enters both.
     void make(const Field &field, QWidget *parent);
     QWidget *makeWidget(const Field &field, QWidget *parent);
-    QWidget *makeOnOff(const Field &field, QWidget *parent) const;
-    QValidator *validatorFor(FieldCheck check, QWidget *parent);
+    QWidget *makeList(const Field &field, QWidget *parent) const;
+    QWidget *makeRadios(const Field &field, const QStringList &suffixes, QWidget *parent) const;
+    QValidator *validatorFor(const Field &field, QWidget *parent);
     QVariant valueOf(const Field &field) const;
     void show(const Field &field, const QVariant &value, Unknown unknown) const;
 
@@ -103,5 +117,5 @@ private:
     QVector<Field> m_fields;
     QHash<QString, QWidget *> m_widgets;
     QHash<QString, QLabel *> m_labels;
-    QHash<int, QValidator *> m_validators; // one object serves all fields of a check
+    QHash<QString, QValidator *> m_validators; // one object serves all fields of a check
 };

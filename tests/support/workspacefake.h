@@ -15,7 +15,9 @@ public:
     {
         return ::buildProjectJson(project);
     }
+    void openImportDataDialog() override { ++imports; }
 
     QStringList messages;
     QStandardItem *current = nullptr; // Not owned.
+    int imports = 0;                  // how often the point import was opened
 };

@@ -100,6 +100,14 @@ private slots:
     void unknownNameHasNoValue();
     void pagesAddUpToOneTableWithOneValidatorACheck();
     void unseenFieldsCarryValuesInNoLayout();
+    void choicesAreStoredAsTheirCodes_data();
+    void choicesAreStoredAsTheirCodes();
+    void numberedButtonsAreStoredAsANumber_data();
+    void numberedButtonsAreStoredAsANumber();
+    void checkTakesItsDefaultWhereTheRoleHoldsNothing_data();
+    void checkTakesItsDefaultWhereTheRoleHoldsNothing();
+    void patternRestrainsTypingAndIsShared();
+    void scriptKeepsItsLines();
 };
 
 void TestFieldTable::buildsOneLabelledRowAField()
@@ -340,6 +348,105 @@ void TestFieldTable::unseenFieldsCarryValuesInNoLayout()
     QStandardItem item(QStringLiteral("pump"));
     table.fill(&item);
     QCOMPARE(table.text(QStringLiteral("name")), QStringLiteral("pump"));
+}
+
+void TestFieldTable::choicesAreStoredAsTheirCodes_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QVariant>("saved");
+    QTest::newRow("number") << QVariant(90) << QVariant(90);
+    QTest::newRow("number as a document has it") << QVariant(QStringLiteral("90")) << QVariant(90);
+    QTest::newRow("unknown") << QVariant(3) << QVariant(80);
+    QTest::newRow("nothing") << QVariant() << QVariant(80);
+    QTest::newRow("no number") << QVariant(QStringLiteral("gate")) << QVariant(80);
+}
+
+void TestFieldTable::choicesAreStoredAsTheirCodes()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, saved);
+    Field field{"type", "Type:", FieldKind::Coded, stationRole};
+    field.choices = {{"rain", 80}, {"gate", 90}};
+    Page page({field});
+    QStandardItem item;
+    item.setData(stored, stationRole);
+    page.table.fill(&item);
+    page.table.save(&item);
+    QCOMPARE(item.data(stationRole), saved);
+}
+
+void TestFieldTable::numberedButtonsAreStoredAsANumber_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QVariant>("saved");
+    QTest::newRow("first") << QVariant(1) << QVariant(1);
+    QTest::newRow("second") << QVariant(2) << QVariant(2);
+    QTest::newRow("as a document has it") << QVariant(QStringLiteral("2")) << QVariant(2);
+    QTest::newRow("zero") << QVariant(0) << QVariant(1);
+    QTest::newRow("beyond") << QVariant(3) << QVariant(1);
+    QTest::newRow("nothing") << QVariant() << QVariant(1);
+}
+
+void TestFieldTable::numberedButtonsAreStoredAsANumber()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, saved);
+    Page page({{"format",
+                "Format:",
+                FieldKind::Numbered,
+                stationRole,
+                FieldCheck::None,
+                {QStringLiteral("plain"), QStringLiteral("own")}}});
+    page.widget.findChild<QRadioButton *>(QStringLiteral("format2"))->setChecked(true);
+    QStandardItem item;
+    item.setData(stored, stationRole);
+    page.table.fill(&item);
+    page.table.save(&item);
+    QCOMPARE(item.data(stationRole), saved);
+}
+
+void TestFieldTable::checkTakesItsDefaultWhereTheRoleHoldsNothing_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QVariant>("expected");
+    QTest::newRow("nothing") << QVariant() << QVariant(true);
+    QTest::newRow("off") << QVariant(false) << QVariant(false);
+    QTest::newRow("off as a text") << QVariant(QStringLiteral("false")) << QVariant(QStringLiteral("false"));
+    QTest::newRow("empty text") << QVariant(QString()) << QVariant(QString());
+}
+
+void TestFieldTable::checkTakesItsDefaultWhereTheRoleHoldsNothing()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, expected);
+    Page page({{"enabled", "Enabled:", FieldKind::Check, enabledRole, FieldCheck::None, {}, "true"}});
+    QStandardItem item;
+    item.setData(stored, enabledRole);
+    page.table.fill(&item);
+    QCOMPARE(item.data(enabledRole), expected);
+}
+
+void TestFieldTable::patternRestrainsTypingAndIsShared()
+{
+    Field local{"local", "Local:", FieldKind::Text, stationRole, FieldCheck::Pattern};
+    local.pattern = "^[0-9A-F]{0,4}$";
+    Field remote = local;
+    remote.name = "remote";
+    Page page({local, remote});
+    QLineEdit *edit = page.table.lineEdit(QStringLiteral("local"));
+    QTest::keyClicks(edit, QStringLiteral("4xD57A"));
+    QCOMPARE(edit->text(), QStringLiteral("4D57"));
+    QCOMPARE(edit->validator(), page.table.lineEdit(QStringLiteral("remote"))->validator());
+}
+
+void TestFieldTable::scriptKeepsItsLines()
+{
+    Page page({{"script", "Script:", FieldKind::Script, secretRole}});
+    QStandardItem item;
+    item.setData(QStringLiteral("var a = 1;\n\treturn a < 2;"), secretRole);
+    page.table.fill(&item);
+    page.table.save(&item);
+    QCOMPARE(item.data(secretRole), QVariant(QStringLiteral("var a = 1;\n\treturn a < 2;")));
 }
 
 QTEST_MAIN(TestFieldTable)

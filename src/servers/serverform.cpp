@@ -1,0 +1,93 @@
+#include "servers/serverform.h"
+
+#include "app/activitylog.h"
+#include "model/workspace.h"
+#include "widgets/formpage.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStandardItem>
+
+ServerForm::ServerForm(const Kind &kind, const QVector<Field> &fields, QStandardItem *item,
+                       Workspace *workspace)
+    : m_kind(kind)
+    , m_item(item)
+    , m_workspace(workspace)
+    , m_fields(kind.className, fields)
+{
+    setWindowTitle(QCoreApplication::translate(kind.className, kind.title));
+    auto *content = new QWidget(this);
+    m_page = new QVBoxLayout(content);
+    auto *fieldPage = new QWidget(content);
+    m_fields.build(new QFormLayout(fieldPage));
+    m_page->addWidget(fieldPage);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(FormPage::scrollArea(content, this));
+    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
+    connect(buttons.save, &QPushButton::clicked, this, &ServerForm::saveChanges);
+    connect(buttons.cancel, &QPushButton::clicked, this, &ServerForm::rejected);
+}
+
+ServerForm::~ServerForm()
+{
+    log(QStringLiteral("destroyed"));
+}
+
+void ServerForm::open()
+{
+    showItem(item());
+    log(QStringLiteral("new-nuilt"));
+}
+
+void ServerForm::replaceItem(QStandardItem *item)
+{
+    m_item = ItemRef(item);
+    showItem(item);
+    log(QStringLiteral("replace"));
+}
+
+void ServerForm::saveChanges()
+{
+    if (!item()) {
+        return; // its node has left the tree: there is nothing to write into
+    }
+    saveItem(item());
+    if (m_workspace) {
+        m_workspace->appendMessage(
+            QCoreApplication::translate(m_kind.className, m_kind.savedMessage).arg(item()->text()));
+    }
+    if (m_kind.logsSave) {
+        log(QStringLiteral("save"));
+    }
+}
+
+void ServerForm::clearData()
+{
+    for (const Field &field : m_fields.fields()) {
+        QWidget *widget = m_fields.widget(QLatin1String(field.name));
+        if (auto *edit = qobject_cast<QLineEdit *>(widget)) {
+            edit->clear();
+        } else if (auto *box = qobject_cast<QComboBox *>(widget)) {
+            box->setCurrentIndex(0);
+        }
+    }
+}
+
+void ServerForm::showItem(QStandardItem *item)
+{
+    m_fields.fill(item);
+}
+
+void ServerForm::saveItem(QStandardItem *item)
+{
+    m_fields.save(item);
+}
+
+void ServerForm::log(const QString &event) const
+{
+    logToFile(QLatin1String(m_kind.className) + QStringLiteral(": ") + event);
+}
