@@ -3,6 +3,7 @@
 #include "app/activitylog.h"
 #include "boxlink/discovery.h"
 #include "boxlink/frame.h"
+#include "widgets/tablecopy.h"
 #include "widgets/tell.h"
 
 #include <QComboBox>
@@ -45,6 +46,7 @@ BoxSearchDialog::BoxSearchDialog(QWidget *parent)
     auto *search = new QPushButton(tr("Search"), this);
     search->setObjectName(QStringLiteral("searchButton"));
     m_list->setObjectName(QStringLiteral("boxes"));
+    TableCopy::install(m_list);
     m_interfaces->setObjectName(QStringLiteral("interfaces"));
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_list);

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace MonitoringTable;
+
 namespace {
 
 const char *const headers[] = {
@@ -17,12 +19,13 @@ const char *const headers[] = {
     QT_TRANSLATE_NOOP("CMainWindow", "DataType"), QT_TRANSLATE_NOOP("CMainWindow", "Value"),
     QT_TRANSLATE_NOOP("CMainWindow", "Valid"),    QT_TRANSLATE_NOOP("CMainWindow", "Update Time"),
 };
-enum Column { Name, Addr, DataType, Value, Valid, UpdateTime, ColumnCount };
-const int timeWidth = 180; // pixels
+constexpr int timeWidth = 180;                 // pixels
+constexpr int validityRole = Qt::UserRole;     // of the cells in column Valid: whether the row is valid
+const QString validCode = QStringLiteral("1"); // what a Box sends for a valid value
 
 QString validityText(const QString &valid)
 {
-    if (valid == QLatin1String("1")) {
+    if (valid == validCode) {
         return QCoreApplication::translate("CMainWindow", "Effective");
     }
     if (valid == QLatin1String("0")) {
@@ -53,13 +56,25 @@ void setCell(QTableWidget *table, int row, int column, const QString &text)
     table->setItem(row, column, item);
 }
 
+// The text follows from the code, so a cell that keeps its text keeps its flag.
+void setValidity(QTableWidget *table, int row, const QString &code)
+{
+    const QString text = validityText(code);
+    const QTableWidgetItem *shown = table->item(row, Valid);
+    if (!shown || shown->text() != text) {
+        auto *item = new QTableWidgetItem(text);
+        item->setData(validityRole, code == validCode);
+        table->setItem(row, Valid, item);
+    }
+}
+
 void setRow(QTableWidget *table, int row, const QVariantMap &values, const QString &time)
 {
     setCell(table, row, Name, values.value(QStringLiteral("name")).toString());
     setCell(table, row, Addr, values.value(QStringLiteral("addr")).toString());
     setCell(table, row, DataType, values.value(QStringLiteral("dataType")).toString());
     setCell(table, row, Value, values.value(QStringLiteral("value")).toString());
-    setCell(table, row, Valid, validityText(values.value(QStringLiteral("valid")).toString()));
+    setValidity(table, row, values.value(QStringLiteral("valid")).toString());
     setCell(table, row, UpdateTime,
             time.isEmpty() ? values.value(QStringLiteral("updateTime")).toString() : time);
 }
@@ -139,9 +154,12 @@ void styleHeader(const QTableWidget *table)
 
 } // namespace
 
-namespace MonitoringTable {
+bool MonitoringTable::isValid(const QModelIndex &index)
+{
+    return index.siblingAtColumn(Valid).data(validityRole).toBool();
+}
 
-void update(QTableWidget *table, const QVariantList &rows, const QString &time)
+void MonitoringTable::update(QTableWidget *table, const QVariantList &rows, const QString &time)
 {
     const bool isNew = table->columnCount() == 0;
     table->setColumnCount(ColumnCount);
@@ -165,5 +183,3 @@ void update(QTableWidget *table, const QVariantList &rows, const QString &time)
         table->resizeColumnToContents(Name);
     }
 }
-
-} // namespace MonitoringTable

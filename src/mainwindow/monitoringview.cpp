@@ -1,5 +1,6 @@
 #include "mainwindow/monitoringview.h"
 
+#include "mainwindow/monitoringpage.h"
 #include "mainwindow/monitoringtable.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
@@ -15,7 +16,6 @@
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTreeView>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -164,12 +164,7 @@ QTableWidget *MonitoringView::tableOf(const QString &plcName)
     if (tab >= 0) {
         return m_tabs->widget(tab)->findChild<QTableWidget *>();
     }
-    auto *page = new QWidget;
-    auto *layout = new QVBoxLayout(page);
-    auto *table = new QTableWidget;
-    // Values come from the Box; typing over them would only last until the next report.
-    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    layout->addWidget(table);
+    auto *page = new MonitoringPage;
     m_tabs->addTab(page, plcName);
-    return table;
+    return page->findChild<QTableWidget *>();
 }
