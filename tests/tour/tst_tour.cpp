@@ -21,7 +21,8 @@
 #include <QTextEdit>
 #include <QtTest>
 
-// The program's main job from end to end, at the real window in its own language, against a simulated Box.
+// The program's main job from end to end, at the real window, against a simulated Box: in the program's own
+// language, or in English where TOUR_LANGUAGE says so.
 class TestTour : public QObject
 {
     Q_OBJECT
@@ -69,6 +70,9 @@ void TestTour::initTestCase()
     m_sim = new BoxSim(options, this);
     QVERIFY2(m_sim->start(), qPrintable(m_sim->errorString()));
     m_window = new CMainWindow;
+    if (qEnvironmentVariable("TOUR_LANGUAGE") == QStringLiteral("english")) {
+        m_window->CESwitching();
+    }
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window));
     m_user = new Traveller(m_window);
