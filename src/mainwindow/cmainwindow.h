@@ -3,8 +3,10 @@
 #include "boxlink/protocol.h"
 #include "model/workspace.h"
 
+#include <QDialog>
 #include <QMainWindow>
 #include <QModelIndex>
+#include <QPointer>
 #include <QTranslator>
 
 #include <memory>
@@ -44,11 +46,14 @@ public:
     void appendMessage(const QString &text) override;
     QStandardItem *currentItem() const override;
     QJsonObject buildProjectJson(QStandardItem *project) const override;
-    void openImportDataDialog() override;
 
     // Shows the rows of a node under "Data" in the monitoring tab of that name, which is made if need be; a
     // time that is not empty stands in for the rows' own.
     void showDataInTable(QStandardItem *item, const QString &time, const QString &plcName);
+
+    // The form of a Server that was opened last, which imported points go to; null once it is gone.
+    void setCurrentServerForm(QDialog *form) { m_currentServerForm = form; }
+    QDialog *currentServerForm() const { return m_currentServerForm; }
 
     // The only store of project data: one top-level row a project.
     QStandardItemModel *projectModel() const { return m_model; }
@@ -107,6 +112,13 @@ public slots:
     void slotDeleteFile();
     void slotDeleteAllFile();
 
+    // Opens a window in which points of the current project are picked; it stays open for further picks and
+    // shows the project as it is now. Without a current item nothing shows.
+    void openImportDataDialog() override;
+    // Hands picked points and the name of their definition to the current server form; without one, or with
+    // one that takes none, they are dropped in silence.
+    void handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC);
+
     // Live values
     void onDataReceived(const Protocol::dataMonitoringData &report);
     void closeTabByName(const QString &tabName);
@@ -139,6 +151,7 @@ private:
     ProjectFiles *m_files = nullptr;
     EditorTabs *m_tabs = nullptr;
     MonitoringView *m_monitoring = nullptr;
+    QPointer<QDialog> m_currentServerForm;
     std::unique_ptr<ProjectLifecycle> m_projects;
     std::unique_ptr<ResourceActions> m_resources;
     std::unique_ptr<ProjectTreeMenu> m_treeMenu;

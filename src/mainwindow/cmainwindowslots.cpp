@@ -4,14 +4,19 @@
 #include "mainwindow/cmainwindow.h"
 
 #include "boxlink/boxsearchdialog.h"
+#include "document/datapoints.h"
 #include "document/projectreader.h"
 #include "mainwindow/monitoringview.h"
 #include "mainwindow/projectfiles.h"
 #include "mainwindow/projectlifecycle.h"
 #include "mainwindow/projecttreemenu.h"
 #include "mainwindow/resourceactions.h"
+#include "model/itemroles.h"
 #include "model/newprojectdialog.h"
+#include "model/projecttree.h"
+#include "servers/importdatadialog.h"
 
+#include <QDebug>
 #include <QStandardItemModel>
 
 void CMainWindow::prjectTreeView_MenuPopup(const QPoint &pos)
@@ -142,7 +147,32 @@ void CMainWindow::slotDeleteAllFile()
     m_resources->removeAll();
 }
 
-void CMainWindow::openImportDataDialog() {}
+void CMainWindow::openImportDataDialog()
+{
+    auto *dialog = new ImportDataDialog(this);
+    QStandardItem *project = ProjectTree::projectOf(currentItem());
+    if (!project) {
+        qDebug() << "No project selected.";
+        dialog->deleteLater(); // it was never shown, so no closing will free it
+        return;
+    }
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setProjectName(project->text());
+    dialog->setProjectDescription(project->data(projectDescriptionRole).toString());
+    const DataPoints::Lists lists = DataPoints::collect(*project);
+    for (auto list = lists.cbegin(); list != lists.cend(); ++list) {
+        dialog->addPoints(list.key(), list.value());
+    }
+    dialog->buildTree(*m_model, project->text());
+    dialog->show();
+    connect(dialog, &ImportDataDialog::dataSelected, this, &CMainWindow::handleImportedData);
+}
+
+void CMainWindow::handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC)
+{
+    Q_UNUSED(points)
+    Q_UNUSED(currentPLC)
+}
 
 void CMainWindow::onDataReceived(const Protocol::dataMonitoringData &report)
 {
