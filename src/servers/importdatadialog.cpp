@@ -28,6 +28,8 @@ const struct {
     {QLatin1String("length"), QT_TRANSLATE_NOOP("ImportDataDialog", "Length")},
 };
 
+constexpr int minimumColumnWidth = 100;
+
 // A copy of the folder with those of its definitions that declare points; null for any other folder.
 QStandardItem *cloneFolder(const QStandardItem &folder)
 {
@@ -63,6 +65,7 @@ ImportDataDialog::ImportDataDialog(QWidget *parent)
     m_table->setSelectionMode(QAbstractItemView::MultiSelection);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->horizontalHeader()->setStretchLastSection(true);
 
     auto *splitter = new QSplitter(Qt::Horizontal, this);
     splitter->addWidget(m_tree);
@@ -132,7 +135,10 @@ void ImportDataDialog::showPoints(const QList<QJsonObject> &points)
         headers.append(tr(column.header));
     }
     m_model->setHorizontalHeaderLabels(headers);
-    m_table->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch); // clearing forgets it
+    for (int column = 0; column < m_model->columnCount(); ++column) {
+        m_table->resizeColumnToContents(column);
+        m_table->setColumnWidth(column, qMax(m_table->columnWidth(column), minimumColumnWidth));
+    }
 }
 
 void ImportDataDialog::onOkButtonClicked()

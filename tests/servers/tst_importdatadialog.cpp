@@ -94,6 +94,7 @@ private slots:
     void clickedDefinitionFillsTheTable();
     void arrowKeysLeadToPointsToo();
     void projectAndFolderEmptyTheTable();
+    void longNamesAreReadable();
     void definitionWithoutPoints();
     void unknownMeterItemHasEmptyCells();
     void selectionIsHandedOverInItsOrder();
@@ -323,7 +324,7 @@ void TestImportDataDialog::clickedDefinitionFillsTheTable()
     QCOMPARE(shown(*m_table->model()),
              QStringList({headers, QStringLiteral("p0|0|int16|1"), QStringLiteral("p1|1|int16|1"),
                           QStringLiteral("p2|2|int16|1")}));
-    QVERIFY(m_table->horizontalHeader()->length() <= m_table->viewport()->width());
+    QCOMPARE(m_table->horizontalHeader()->length(), m_table->viewport()->width());
     clickNode(valves);
     QCOMPARE(shown(*m_table->model()), QStringList({headers, QStringLiteral("v0|9|int16|1")}));
 }
@@ -345,6 +346,14 @@ void TestImportDataDialog::projectAndFolderEmptyTheTable()
         clickNode(pumps.mid(0, depth));
         QCOMPARE(shown(*m_table->model()), QStringList(QString()));
     }
+}
+
+void TestImportDataDialog::longNamesAreReadable()
+{
+    const QString name = QStringLiteral("Combined active total electrical energy of tariff 1");
+    m_dialog->addPoints(QStringLiteral("valves"), {collected(name, QStringLiteral("0"))});
+    clickNode(valves);
+    QVERIFY(m_table->columnWidth(0) > m_table->fontMetrics().horizontalAdvance(name));
 }
 
 void TestImportDataDialog::definitionWithoutPoints()
