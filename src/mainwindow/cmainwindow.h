@@ -3,7 +3,6 @@
 #include "boxlink/protocol.h"
 #include "model/workspace.h"
 
-#include <QDialog>
 #include <QMainWindow>
 #include <QModelIndex>
 #include <QPointer>
@@ -19,6 +18,7 @@ class MonitoringView;
 class ProjectFiles;
 class ProjectLifecycle;
 class ProjectTreeMenu;
+class QDialog;
 class QMenu;
 class QPlainTextEdit;
 class QStandardItemModel;
@@ -51,10 +51,6 @@ public:
     // time that is not empty stands in for the rows' own.
     void showDataInTable(QStandardItem *item, const QString &time, const QString &plcName);
 
-    // The form of a Server that was opened last, which imported points go to; null once it is gone.
-    void setCurrentServerForm(QDialog *form) { m_currentServerForm = form; }
-    QDialog *currentServerForm() const { return m_currentServerForm; }
-
     // The only store of project data: one top-level row a project.
     QStandardItemModel *projectModel() const { return m_model; }
     // The actions of this menu are the registry of open docks: an action's text is its dock's title.
@@ -64,6 +60,11 @@ public:
     QTreeView *projectTree() const;
     QTabWidget *monitoringTabs() const;
     QPlainTextEdit *messageEditor() const;
+
+    // The form of a Server that was opened last of those that other parts of the program hand something to;
+    // null once it is gone.
+    QDialog *currentServerForm() const;
+    void setCurrentServerForm(QDialog *form);
 
 public slots:
     // Window and layout

@@ -4,19 +4,16 @@
 #include "mainwindow/cmainwindow.h"
 
 #include "boxlink/boxsearchdialog.h"
-#include "document/datapoints.h"
 #include "document/projectreader.h"
 #include "mainwindow/monitoringview.h"
+#include "mainwindow/pointimport.h"
 #include "mainwindow/projectfiles.h"
 #include "mainwindow/projectlifecycle.h"
 #include "mainwindow/projecttreemenu.h"
 #include "mainwindow/resourceactions.h"
-#include "model/itemroles.h"
 #include "model/newprojectdialog.h"
-#include "model/projecttree.h"
-#include "servers/importdatadialog.h"
 
-#include <QDebug>
+#include <QDialog>
 #include <QStandardItemModel>
 
 void CMainWindow::prjectTreeView_MenuPopup(const QPoint &pos)
@@ -147,31 +144,24 @@ void CMainWindow::slotDeleteAllFile()
     m_resources->removeAll();
 }
 
+QDialog *CMainWindow::currentServerForm() const
+{
+    return m_currentServerForm;
+}
+
+void CMainWindow::setCurrentServerForm(QDialog *form)
+{
+    m_currentServerForm = form;
+}
+
 void CMainWindow::openImportDataDialog()
 {
-    auto *dialog = new ImportDataDialog(this);
-    QStandardItem *project = ProjectTree::projectOf(currentItem());
-    if (!project) {
-        qDebug() << "No project selected.";
-        dialog->deleteLater(); // it was never shown, so no closing will free it
-        return;
-    }
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setProjectName(project->text());
-    dialog->setProjectDescription(project->data(projectDescriptionRole).toString());
-    const DataPoints::Lists lists = DataPoints::collect(*project);
-    for (auto list = lists.cbegin(); list != lists.cend(); ++list) {
-        dialog->addPoints(list.key(), list.value());
-    }
-    dialog->buildTree(*m_model, project->text());
-    dialog->show();
-    connect(dialog, &ImportDataDialog::dataSelected, this, &CMainWindow::handleImportedData);
+    PointImport::open(this);
 }
 
 void CMainWindow::handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC)
 {
-    Q_UNUSED(points)
-    Q_UNUSED(currentPLC)
+    PointImport::deliver(m_currentServerForm, points, currentPLC);
 }
 
 void CMainWindow::onDataReceived(const Protocol::dataMonitoringData &report)
