@@ -13,10 +13,12 @@ namespace Dlt645 {
 // The edition of DL/T 645 that a meter speaks, with the number that the document holds for it.
 enum Version : int { Version2007 = 1, Version1997 = 2 };
 
-// How one edition addresses an item and lays out its value; both null where the edition has no such item.
+// How one edition addresses an item and lays out its value; all null where the edition has no such item.
 struct Code {
     const char *address = nullptr; // Data identifier: eight hexadecimal digits in 2007, four in 1997.
     const char *format = nullptr;  // X is a digit, N a digit of a constant; blanks count.
+    const char *length = nullptr;  // Of the value in bytes, as a Server's table takes it.
+    const char *type = nullptr;    // Its data type there.
 };
 
 struct Item {

@@ -5,6 +5,7 @@
 
 #include <QMainWindow>
 #include <QModelIndex>
+#include <QPointer>
 #include <QTranslator>
 
 #include <memory>
@@ -17,6 +18,7 @@ class MonitoringView;
 class ProjectFiles;
 class ProjectLifecycle;
 class ProjectTreeMenu;
+class QDialog;
 class QMenu;
 class QPlainTextEdit;
 class QStandardItemModel;
@@ -44,7 +46,6 @@ public:
     void appendMessage(const QString &text) override;
     QStandardItem *currentItem() const override;
     QJsonObject buildProjectJson(QStandardItem *project) const override;
-    void openImportDataDialog() override;
 
     // Shows the rows of a node under "Data" in the monitoring tab of that name, which is made if need be; a
     // time that is not empty stands in for the rows' own.
@@ -59,6 +60,11 @@ public:
     QTreeView *projectTree() const;
     QTabWidget *monitoringTabs() const;
     QPlainTextEdit *messageEditor() const;
+
+    // The form of a Server that was opened last of those that other parts of the program hand something to;
+    // null once it is gone.
+    QDialog *currentServerForm() const;
+    void setCurrentServerForm(QDialog *form);
 
 public slots:
     // Window and layout
@@ -107,6 +113,13 @@ public slots:
     void slotDeleteFile();
     void slotDeleteAllFile();
 
+    // Opens a window in which points of the current project are picked; it stays open for further picks and
+    // shows the project as it is now. Without a current item nothing shows.
+    void openImportDataDialog() override;
+    // Hands picked points and the name of their definition to the current server form; without one, or with
+    // one that takes none, they are dropped in silence.
+    void handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC);
+
     // Live values
     void onDataReceived(const Protocol::dataMonitoringData &report);
     void closeTabByName(const QString &tabName);
@@ -139,6 +152,7 @@ private:
     ProjectFiles *m_files = nullptr;
     EditorTabs *m_tabs = nullptr;
     MonitoringView *m_monitoring = nullptr;
+    QPointer<QDialog> m_currentServerForm;
     std::unique_ptr<ProjectLifecycle> m_projects;
     std::unique_ptr<ResourceActions> m_resources;
     std::unique_ptr<ProjectTreeMenu> m_treeMenu;

@@ -6,12 +6,14 @@
 #include "boxlink/boxsearchdialog.h"
 #include "document/projectreader.h"
 #include "mainwindow/monitoringview.h"
+#include "mainwindow/pointimport.h"
 #include "mainwindow/projectfiles.h"
 #include "mainwindow/projectlifecycle.h"
 #include "mainwindow/projecttreemenu.h"
 #include "mainwindow/resourceactions.h"
 #include "model/newprojectdialog.h"
 
+#include <QDialog>
 #include <QStandardItemModel>
 
 void CMainWindow::prjectTreeView_MenuPopup(const QPoint &pos)
@@ -142,7 +144,25 @@ void CMainWindow::slotDeleteAllFile()
     m_resources->removeAll();
 }
 
-void CMainWindow::openImportDataDialog() {}
+QDialog *CMainWindow::currentServerForm() const
+{
+    return m_currentServerForm;
+}
+
+void CMainWindow::setCurrentServerForm(QDialog *form)
+{
+    m_currentServerForm = form;
+}
+
+void CMainWindow::openImportDataDialog()
+{
+    PointImport::open(this);
+}
+
+void CMainWindow::handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC)
+{
+    PointImport::deliver(m_currentServerForm, points, currentPLC);
+}
 
 void CMainWindow::onDataReceived(const Protocol::dataMonitoringData &report)
 {

@@ -3,6 +3,7 @@
 #include "model/itemroles.h"
 
 #include <QIcon>
+#include <QJsonObject>
 #include <QStandardItem>
 #include <QStandardItemModel>
 #include <QVariant>
@@ -13,6 +14,7 @@ const QString standardFolder = QStringLiteral("Standard");
 const QString serviceFolder = QStringLiteral("Service");
 const QString boxFolder = QStringLiteral("Box");
 const QString dataFolder = QStringLiteral("Data");
+const QString plcFolder = QStringLiteral("PLC");
 
 const QString boxIcon = QStringLiteral(":/adsdemo/images/box-file.svg");
 const QString serviceIcon = QStringLiteral(":/adsdemo/images/IEC61850.svg");
@@ -113,6 +115,7 @@ void registerTypes()
 {
     qRegisterMetaType<RowList>("QList<QVariantList>");
     qRegisterMetaType<GroupMap>("QMap<QString,QList<QVariantList>>");
+    qRegisterMetaType<QList<QJsonObject>>("QList<QJsonObject>");
 }
 
 } // namespace ProjectTree

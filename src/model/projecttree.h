@@ -24,6 +24,7 @@ extern const QString standardFolder; // "Standard", row 0 of its project
 extern const QString serviceFolder;  // "Service", row 1
 extern const QString boxFolder;      // "Box", row 2
 extern const QString dataFolder;     // "Data", row 3
+extern const QString plcFolder;      // "PLC", a fifth folder that no project is given
 
 enum class Level { Project, Folder, Definition };
 
@@ -54,7 +55,8 @@ extern const QString dataIcon;
 // A flag as forms store it: the boolean true or the text "true".
 bool isTrue(const QVariant &flag);
 
-// Registers the list types of the roles with the meta-type system; may be called more than once.
+// Registers the list types of the roles and of imported points with the meta-type system; may be called more
+// than once.
 void registerTypes();
 
 } // namespace ProjectTree

@@ -54,6 +54,8 @@ void tst_MainWindowSlots::slotsAreFoundByName_data()
              "slotBoxEditFile()",
              "slotDeleteFile()",
              "slotDeleteAllFile()",
+             "openImportDataDialog()",
+             "handleImportedData(QList<QJsonObject>,QString)",
              "closeTabByName(QString)",
              "onDataReceived(Protocol::dataMonitoringData)",
          }) {
@@ -92,6 +94,7 @@ void tst_MainWindowSlots::listRolesAreKnownByName()
     const WindowUnderTest window;
     QCOMPARE(QMetaType::type("QList<QVariantList>"), qMetaTypeId<QList<QVariantList>>());
     QCOMPARE(QMetaType::type("QMap<QString,QList<QVariantList>>"), qMetaTypeId<GroupMap>());
+    QCOMPARE(QMetaType::type("QList<QJsonObject>"), qMetaTypeId<QList<QJsonObject>>());
 }
 
 QTEST_MAIN(tst_MainWindowSlots)

@@ -1,0 +1,42 @@
+#include "mainwindow/pointimport.h"
+
+#include "document/datapoints.h"
+#include "mainwindow/cmainwindow.h"
+#include "model/itemroles.h"
+#include "model/projecttree.h"
+#include "servers/importdatadialog.h"
+
+#include <QDebug>
+#include <QStandardItemModel>
+
+namespace PointImport {
+
+void open(CMainWindow *window)
+{
+    auto *dialog = new ImportDataDialog(window);
+    const QStandardItem *project = ProjectTree::projectOf(window->currentItem());
+    if (!project) {
+        qDebug() << "No project selected.";
+        dialog->deleteLater(); // it was never shown, so no closing will free it
+        return;
+    }
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setProjectName(project->text());
+    dialog->setProjectDescription(project->data(projectDescriptionRole).toString());
+    const DataPoints::Lists lists = DataPoints::collect(*project);
+    for (auto list = lists.cbegin(); list != lists.cend(); ++list) {
+        dialog->addPoints(list.key(), list.value());
+    }
+    dialog->buildTree(*window->projectModel(), project->text());
+    dialog->show();
+    QObject::connect(dialog, &ImportDataDialog::dataSelected, window, &CMainWindow::handleImportedData);
+}
+
+void deliver(QDialog *form, const QList<QJsonObject> &points, const QString &currentPLC)
+{
+    Q_UNUSED(form)
+    Q_UNUSED(points)
+    Q_UNUSED(currentPLC)
+}
+
+} // namespace PointImport

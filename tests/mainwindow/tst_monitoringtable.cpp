@@ -1,0 +1,335 @@
+#include "monitoringtest.h"
+
+#include <QAbstractItemModelTester>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+// What a table of live values shows, and what of it stays from report to report.
+class TestMonitoringTable : public MonitoringTest
+{
+    Q_OBJECT
+private slots:
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
+
+    void secondReportShowsTheTable();
+    void headersAreReadableOnADarkDesktop();
+    void showsValidityInWords_data();
+    void showsValidityInWords();
+    void numberAsValueShowsAsEmptyCell();
+    void sameNameTwiceIsOneRow();
+    void missingPointsLeaveTheTable();
+    void newPointsComeAtTheEndUntilTheUserSorts();
+    void emptyReportEmptiesTheTable();
+    void ownTimeOfTheRowsIfNoneIsGiven();
+    void rowsStayTogetherWhileSorted_data();
+    void rowsStayTogetherWhileSorted();
+    void sortOrderSurvivesEachReport();
+    void scrollPositionSurvivesEachReport();
+    void selectionFollowsThePoint();
+    void updatesTheCellsThatAreThere();
+    void takesTenThousandPoints();
+};
+
+void TestMonitoringTable::secondReportShowsTheTable()
+{
+    receive({point(QStringLiteral("Ua"), QStringLiteral("1"))});
+    receive({point(QStringLiteral("Ua"), QStringLiteral("230.1")),
+             point(QStringLiteral("Ub"), QStringLiteral("230.4"), QStringLiteral("0"))});
+    QCOMPARE(m_tabs->count(), 1);
+    QCOMPARE(m_tabs->tabText(0), QStringLiteral("Meter 1"));
+    QVERIFY(qobject_cast<QVBoxLayout *>(m_tabs->widget(0)->layout()));
+    QCOMPARE(rowsOf(table()),
+             QStringList({QStringLiteral("Ua|@Ua|float|230.1|Effective"),
+                          QStringLiteral("Ub|@Ub|float|230.4|Invalid")}));
+    for (const QString &time : column(table(), 5)) {
+        QVERIFY2(timePattern.match(time).hasMatch(), qPrintable(time));
+        QVERIFY(!time.startsWith(QLatin1String("1999"))); // when it came, not what the Box's clock said
+    }
+}
+
+void TestMonitoringTable::headersAreReadableOnADarkDesktop()
+{
+    const QPalette before = QApplication::palette();
+    QPalette dark(QColor(0x30, 0x30, 0x30)); // with white texts
+    QCOMPARE(dark.color(QPalette::ButtonText), QColor(Qt::white));
+    QApplication::setPalette(dark);
+    m_tabs->resize(900, 300);
+    m_tabs->show();
+    QTableWidget *shown = showPoints({point(QStringLiteral("Ua"), QStringLiteral("1"))});
+    const QHeaderView *header = shown->horizontalHeader();
+    const int width = header->sectionSize(0);
+    const QImage image =
+        shown->horizontalHeader()->grab().toImage().copy(4, 4, width - 8, header->height() - 8);
+    QApplication::setPalette(before);
+    int darkest = 255;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            darkest = qMin(darkest, qGray(image.pixel(x, y)));
+        }
+    }
+    QVERIFY2(darkest < 0x50, qPrintable(QString::number(darkest)));
+}
+
+void TestMonitoringTable::showsValidityInWords_data()
+{
+    QTest::addColumn<QJsonValue>("valid");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("valid") << QJsonValue(QStringLiteral("1")) << QStringLiteral("Effective");
+    QTest::newRow("invalid") << QJsonValue(QStringLiteral("0")) << QStringLiteral("Invalid");
+    QTest::newRow("another text") << QJsonValue(QStringLiteral("2")) << QStringLiteral("Unknown");
+    QTest::newRow("the word Invalid") << QJsonValue(QStringLiteral("Invalid")) << QStringLiteral("Unknown");
+    QTest::newRow("empty") << QJsonValue(QString()) << QStringLiteral("Unknown");
+    QTest::newRow("a number") << QJsonValue(1) << QStringLiteral("Unknown");
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << QStringLiteral("Unknown");
+}
+
+void TestMonitoringTable::showsValidityInWords()
+{
+    QFETCH(QJsonValue, valid);
+    QFETCH(QString, shown);
+    QJsonObject data = point(QStringLiteral("Ua"), QStringLiteral("1"));
+    data.insert(QStringLiteral("valid"), valid); // an undefined value removes the key
+    QCOMPARE(column(showPoints({data}), 4), QStringList(shown));
+}
+
+void TestMonitoringTable::numberAsValueShowsAsEmptyCell()
+{
+    QJsonObject data = point(QStringLiteral("Ua"), QString());
+    data.insert(QStringLiteral("value"), 230.1);
+    QCOMPARE(rowsOf(showPoints({data})), QStringList(QStringLiteral("Ua|@Ua|float||Effective")));
+}
+
+void TestMonitoringTable::sameNameTwiceIsOneRow()
+{
+    const QJsonArray datas{point(QStringLiteral("Ua"), QStringLiteral("1")),
+                           point(QStringLiteral("Ub"), QStringLiteral("2")),
+                           point(QStringLiteral("Ua"), QStringLiteral("3"), QStringLiteral("0"))};
+    const QStringList expected{QStringLiteral("Ua|@Ua|float|3|Invalid"),
+                               QStringLiteral("Ub|@Ub|float|2|Effective")};
+    QTableWidget *shown = showPoints(datas);
+    QCOMPARE(rowsOf(shown), expected);
+    receive(datas);
+    QCOMPARE(rowsOf(shown), expected);
+    QCOMPARE(dataFolder()->child(0)->data(dataRowsRole).toList().size(), 3);
+}
+
+void TestMonitoringTable::missingPointsLeaveTheTable()
+{
+    QTableWidget *shown = showPoints(
+        {point(QStringLiteral("a"), QStringLiteral("1")), point(QStringLiteral("b"), QStringLiteral("2")),
+         point(QStringLiteral("c"), QStringLiteral("3")), point(QStringLiteral("d"), QStringLiteral("4")),
+         point(QStringLiteral("e"), QStringLiteral("5"))});
+    receive(
+        {point(QStringLiteral("d"), QStringLiteral("6")), point(QStringLiteral("b"), QStringLiteral("7"))});
+    QCOMPARE(
+        rowsOf(shown),
+        QStringList({QStringLiteral("b|@b|float|7|Effective"), QStringLiteral("d|@d|float|6|Effective")}));
+}
+
+void TestMonitoringTable::newPointsComeAtTheEndUntilTheUserSorts()
+{
+    QTableWidget *shown = showPoints(
+        {point(QStringLiteral("c"), QStringLiteral("1")), point(QStringLiteral("a"), QStringLiteral("2"))});
+    receive({point(QStringLiteral("b"), QStringLiteral("3")), point(QStringLiteral("a"), QStringLiteral("2")),
+             point(QStringLiteral("c"), QStringLiteral("1"))});
+    QCOMPARE(column(shown, 0), QStringList({QStringLiteral("c"), QStringLiteral("a"), QStringLiteral("b")}));
+}
+
+void TestMonitoringTable::emptyReportEmptiesTheTable()
+{
+    QTableWidget *shown = showPoints(
+        {point(QStringLiteral("a"), QStringLiteral("1")), point(QStringLiteral("b"), QStringLiteral("2"))});
+    receive({});
+    QCOMPARE(shown->rowCount(), 0);
+    QCOMPARE(m_tabs->count(), 1);
+    receive({point(QStringLiteral("b"), QStringLiteral("3"))});
+    QCOMPARE(rowsOf(shown), QStringList(QStringLiteral("b|@b|float|3|Effective")));
+}
+
+void TestMonitoringTable::ownTimeOfTheRowsIfNoneIsGiven()
+{
+    QStandardItem node;
+    const QVariantMap row{{QStringLiteral("name"), QStringLiteral("Ua")},
+                          {QStringLiteral("updateTime"), QStringLiteral("2024-05-06 07:08:09")}};
+    node.setData(QVariantList{row}, dataRowsRole);
+    m_view->showData(&node, QString(), QStringLiteral("Meter 1"));
+    QCOMPARE(column(table(), 5), QStringList(QStringLiteral("2024-05-06 07:08:09")));
+    m_view->showData(&node, QStringLiteral("2025-01-02 03:04:05"), QStringLiteral("Meter 1"));
+    QCOMPARE(column(table(), 5), QStringList(QStringLiteral("2025-01-02 03:04:05")));
+}
+
+void TestMonitoringTable::rowsStayTogetherWhileSorted_data()
+{
+    QTest::addColumn<int>("section");
+    QTest::addColumn<Qt::SortOrder>("order");
+    for (int section = 0; section < 6; ++section) {
+        QTest::addRow("column %d up", section) << section << Qt::AscendingOrder;
+        QTest::addRow("column %d down", section) << section << Qt::DescendingOrder;
+    }
+}
+
+void TestMonitoringTable::rowsStayTogetherWhileSorted()
+{
+    QFETCH(int, section);
+    QFETCH(Qt::SortOrder, order);
+    // Every value changes its place from report to report, points come and go.
+    const auto points = [](int round) {
+        QJsonArray datas;
+        for (int i = 0; i < 40; ++i) {
+            if ((i + round) % 7 != 0) {
+                const int shuffled = (i * 17 + round * 11) % 41;
+                datas.append(QJsonObject{
+                    {QStringLiteral("name"), QStringLiteral("p%1").arg(i, 2, 10, QLatin1Char('0'))},
+                    {QStringLiteral("addr"), QStringLiteral("a%1").arg((shuffled + 5) % 41)},
+                    {QStringLiteral("dataType"),
+                     shuffled % 2 ? QStringLiteral("int16") : QStringLiteral("bool")},
+                    {QStringLiteral("value"), QString::number(shuffled)},
+                    {QStringLiteral("valid"), QString::number(shuffled % 3)}});
+            }
+        }
+        return datas;
+    };
+    const QStringList validity{QStringLiteral("Invalid"), QStringLiteral("Effective"),
+                               QStringLiteral("Unknown")};
+    QTableWidget *shown = showPoints(points(0));
+    shown->sortByColumn(section, order);
+    for (int round = 1; round < 8; ++round) {
+        receive(points(round));
+        QStringList expected;
+        for (const QJsonValue &value : points(round)) {
+            const QJsonObject data = value.toObject();
+            expected.append(QStringList({data.value(QStringLiteral("name")).toString(),
+                                         data.value(QStringLiteral("addr")).toString(),
+                                         data.value(QStringLiteral("dataType")).toString(),
+                                         data.value(QStringLiteral("value")).toString(),
+                                         validity.at(data.value(QStringLiteral("valid")).toString().toInt())})
+                                .join(QLatin1Char('|')));
+        }
+        QStringList rows = rowsOf(shown);
+        std::sort(rows.begin(), rows.end());
+        std::sort(expected.begin(), expected.end());
+        QCOMPARE(rows, expected);
+
+        const QStringList keys = column(shown, section);
+        QVERIFY(order == Qt::AscendingOrder ? std::is_sorted(keys.begin(), keys.end())
+                                            : std::is_sorted(keys.rbegin(), keys.rend()));
+    }
+}
+
+void TestMonitoringTable::sortOrderSurvivesEachReport()
+{
+    QTableWidget *shown = showPoints({point(QStringLiteral("a"), QStringLiteral("1")),
+                                      point(QStringLiteral("b"), QStringLiteral("2")),
+                                      point(QStringLiteral("c"), QStringLiteral("3"))});
+    shown->sortByColumn(3, Qt::DescendingOrder);
+    QCOMPARE(column(shown, 0), QStringList({QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("a")}));
+    receive({point(QStringLiteral("a"), QStringLiteral("9")), point(QStringLiteral("b"), QStringLiteral("2")),
+             point(QStringLiteral("c"), QStringLiteral("3"))});
+    QCOMPARE(column(shown, 0), QStringList({QStringLiteral("a"), QStringLiteral("c"), QStringLiteral("b")}));
+    QCOMPARE(shown->horizontalHeader()->sortIndicatorSection(), 3);
+    QCOMPARE(shown->horizontalHeader()->sortIndicatorOrder(), Qt::DescendingOrder);
+    QVERIFY(shown->horizontalHeader()->isSortIndicatorShown());
+    QVERIFY(shown->isSortingEnabled());
+}
+
+void TestMonitoringTable::scrollPositionSurvivesEachReport()
+{
+    const auto points = [](int count, int round) {
+        QJsonArray datas;
+        for (int i = 0; i < count; ++i) {
+            datas.append(point(QStringLiteral("point %1").arg(i), QString::number((i * 31 + round) % 97)));
+        }
+        return datas;
+    };
+    m_tabs->resize(400, 300);
+    m_tabs->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_tabs.data()));
+    QTableWidget *shown = showPoints(points(200, 0));
+    QTRY_VERIFY(shown->verticalScrollBar()->maximum() > 100);
+    QTRY_VERIFY(shown->horizontalScrollBar()->maximum() > 1);
+    for (const auto mode : {QAbstractItemView::ScrollPerItem, QAbstractItemView::ScrollPerPixel}) {
+        shown->setVerticalScrollMode(mode);
+        shown->setHorizontalScrollMode(mode);
+        shown->sortByColumn(3, Qt::AscendingOrder);
+        shown->verticalScrollBar()->setValue(77);
+        const int horizontal = mode == QAbstractItemView::ScrollPerItem ? 2 : 33;
+        shown->horizontalScrollBar()->setValue(horizontal);
+        for (int round = 1; round < 5; ++round) {
+            receive(points(200 + round * 5 * (round % 2 ? 1 : -1), round)); // points come and go
+            QCOMPARE(shown->verticalScrollBar()->value(), 77);
+            QCOMPARE(shown->horizontalScrollBar()->value(), horizontal);
+            QCoreApplication::processEvents(); // the view may lay out later
+            QCOMPARE(shown->verticalScrollBar()->value(), 77);
+            QCOMPARE(shown->horizontalScrollBar()->value(), horizontal);
+        }
+    }
+    // At the very end it stays there too, though rows came.
+    shown->verticalScrollBar()->setValue(shown->verticalScrollBar()->maximum());
+    const int end = shown->verticalScrollBar()->value();
+    receive(points(300, 9));
+    QCoreApplication::processEvents();
+    QCOMPARE(shown->verticalScrollBar()->value(), end);
+}
+
+void TestMonitoringTable::selectionFollowsThePoint()
+{
+    QTableWidget *shown = showPoints({point(QStringLiteral("a"), QStringLiteral("1")),
+                                      point(QStringLiteral("b"), QStringLiteral("2")),
+                                      point(QStringLiteral("c"), QStringLiteral("3"))});
+    shown->sortByColumn(3, Qt::AscendingOrder);
+    shown->setCurrentCell(1, 3); // the value of b
+    receive({point(QStringLiteral("a"), QStringLiteral("5")), point(QStringLiteral("b"), QStringLiteral("9")),
+             point(QStringLiteral("d"), QStringLiteral("0"))});
+    QCOMPARE(column(shown, 0), QStringList({QStringLiteral("d"), QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(shown->currentRow(), 2);
+    QCOMPARE(shown->currentColumn(), 3);
+    QCOMPARE(shown->selectedItems().size(), 1);
+    QCOMPARE(shown->selectedItems().first()->text(), QStringLiteral("9"));
+}
+
+void TestMonitoringTable::updatesTheCellsThatAreThere()
+{
+    QTableWidget *shown = showPoints({point(QStringLiteral("a"), QStringLiteral("1"))});
+    QAbstractItemModelTester tester(shown->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const QTableWidgetItem *value = shown->item(0, 3);
+    QSignalSpy changed(shown->model(), &QAbstractItemModel::dataChanged);
+    receive(
+        {point(QStringLiteral("a"), QStringLiteral("2")), point(QStringLiteral("b"), QStringLiteral("3"))});
+    QCOMPARE(shown->item(0, 3), value);
+    QCOMPARE(value->text(), QStringLiteral("2"));
+    QCOMPARE(changed.count(), 1); // told once a report, whatever the number of points
+    receive({point(QStringLiteral("b"), QStringLiteral("3"))});
+    QCOMPARE(rowsOf(shown), QStringList(QStringLiteral("b|@b|float|3|Effective")));
+}
+
+void TestMonitoringTable::takesTenThousandPoints()
+{
+    const int count = 10000;
+    const auto points = [](int first, int round) {
+        QJsonArray datas;
+        for (int i = first; i < count; ++i) {
+            datas.append(point(QStringLiteral("point %1").arg(i), QString::number(i * 31 % 9973 + round)));
+        }
+        return datas;
+    };
+    QTableWidget *shown = showPoints(points(0, 0));
+    QCOMPARE(shown->rowCount(), count);
+    shown->sortByColumn(3, Qt::AscendingOrder);
+    receive(points(0, 7));
+    QCOMPARE(shown->rowCount(), count);
+    for (int row = 0; row < count; ++row) {
+        const int i = shown->item(row, 0)->text().mid(6).toInt();
+        QCOMPARE(shown->item(row, 1)->text(), QStringLiteral("@point %1").arg(i));
+        QCOMPARE(shown->item(row, 3)->text(), QString::number(i * 31 % 9973 + 7));
+    }
+    receive(points(count / 2, 1));
+    QCOMPARE(shown->rowCount(), count / 2);
+    receive({});
+    QCOMPARE(shown->rowCount(), 0);
+}
+
+QTEST_MAIN(TestMonitoringTable)
+#include "tst_monitoringtable.moc"
