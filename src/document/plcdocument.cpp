@@ -67,10 +67,9 @@ Extended modbusMaker(const char *manufacturer, int series, int stationNum, int b
              charReversed(reversed)}};
 }
 
-QVector<Extended> siemensAndMitsubishi()
+QVector<Extended> siemensProtocols()
 {
     const QLatin1String siemens("Siemens");
-    const QLatin1String mitsubishi("Mitsubishi");
     return {
         {siemens,
          words("S7"),
@@ -81,6 +80,13 @@ QVector<Extended> siemensAndMitsubishi()
           {"localTSAP", plcS7LocalTsapRole},
           {"destTSA", plcS7DestTsapRole}}},
         {siemens, words("PPI|PPI On TCP"), {{"stationNum", plcPpiStationNumRole}}},
+    };
+}
+
+QVector<Extended> mitsubishiProtocols()
+{
+    const QLatin1String mitsubishi("Mitsubishi");
+    return {
         {mitsubishi, words("EtherNet/IP"), {slotKey(plcMitsubishiEipSlotRole)}},
         {mitsubishi,
          words("MC-3C"),
@@ -110,10 +116,9 @@ QVector<Extended> siemensAndMitsubishi()
     };
 }
 
-QVector<Extended> otherMakers()
+QVector<Extended> omronProtocols()
 {
     const QLatin1String omron("Omron");
-    const QLatin1String allenBradley("AllenBradley");
     return {
         {omron,
          words("Fins"),
@@ -130,6 +135,13 @@ QVector<Extended> otherMakers()
           {"hostcomputerUnit", plcHostLinkHostcomputerUnitRole},
           {"byteOrder", plcHostLinkByteOrderRole},
           charReversed(plcHostLinkCharReversedRole)}},
+    };
+}
+
+QVector<Extended> otherProtocols()
+{
+    const QLatin1String allenBradley("AllenBradley");
+    return {
         {allenBradley,
          words("EtherNet/IP|MicroCIP"),
          {{"model", plcAbModelRole}, slotKey(plcAbSlotRole), {"router", plcAbRouterRole}}},
@@ -196,7 +208,8 @@ const Column pointColumns[] = {
 
 QVector<Key> extendedKeys(const QString &manufacturer, const QString &protocol)
 {
-    static const QVector<Extended> table = siemensAndMitsubishi() + otherMakers();
+    static const QVector<Extended> table =
+        siemensProtocols() + mitsubishiProtocols() + omronProtocols() + otherProtocols();
     for (const Extended &row : table) {
         if (row.manufacturer == manufacturer && row.protocols.contains(protocol)) {
             return row.keys;

@@ -224,7 +224,7 @@ struct Branch {
     QJsonArray objects;
 };
 
-const QLatin1String noRootKey;
+const QLatin1String noRootKey("");
 
 void appendChildren(Branch *branch, const QStandardItem &folder, const Texts &texts)
 {
@@ -258,7 +258,7 @@ QJsonObject buildProjectJson(const QStandardItem *project)
     // Any folder at all, whatever its text, brings all three arrays; a project without folders has none.
     if (project->rowCount() > 0) {
         for (const Branch &branch : branches) {
-            if (branch.rootKey != noRootKey) {
+            if (!branch.rootKey.isEmpty()) {
                 root.insert(branch.rootKey, branch.objects);
             }
         }

@@ -10,7 +10,6 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QGroupBox>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStandardItem>
@@ -250,7 +249,6 @@ void PLCEditDialog::onProtocolChanged(QString protocol)
         group(entry->group).box->show();
     }
     adjustSize();
-    updateGeometry(); // a layout around the form gives it its place back
 
     QComboBox *models = group(PlcGroup::S7Model).fields.comboBox(QStringLiteral("model"));
     models->clear();

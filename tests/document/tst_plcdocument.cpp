@@ -433,7 +433,8 @@ void TestPlcDocument::rowsAreWrittenByCells_data()
     QTest::addColumn<QString>("written");
     const QStringList nine{S("a"), S("b"), S("c"), S("d"), S("e"), S("f"), S("g"), S("h"), S("i")};
     QTest::newRow("nine") << nine << S("a b c d e f g h i");
-    QTest::newRow("with the tenth of a file") << QStringList(nine + QStringList(S("j"))) << S("a b c d e f g h i");
+    QTest::newRow("with the tenth of a file")
+        << QStringList(nine + QStringList(S("j"))) << S("a b c d e f g h i");
     QTest::newRow("two") << QStringList(nine.mid(0, 2)) << S("a b       ");
     QTest::newRow("none") << QStringList() << S("        ");
 }

@@ -209,7 +209,7 @@ void TestPlcSlots::tabShowsAndFillsItsDock()
     QVERIFY(invoke("slotPLCEditFile"));
     QTRY_VERIFY(form()->isVisible());
     QTRY_COMPARE(form()->size(), form()->parentWidget()->size());
-    // A form that sizes itself is put back into its place.
+    // The form sizes itself to its groups and yet stays in its place.
     Window::input<QComboBox>(form(), "protocol")->setCurrentText(QStringLiteral("PPI"));
     QTRY_COMPARE(form()->size(), form()->parentWidget()->size());
     Window::press(form(), "saveButton");
