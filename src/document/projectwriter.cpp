@@ -1,6 +1,7 @@
 #include "document/projectwriter.h"
 
 #include "document/documentkeys.h"
+#include "document/plcdocument.h"
 #include "model/projecttree.h"
 
 #include <QDir>
@@ -214,13 +215,16 @@ QJsonObject standardObject(const QStandardItem &standard, const Texts &texts)
     return object;
 }
 
-// What a folder of the project puts into the document, and under which key of the root.
+// What a folder of the project puts into the document, and under which key of the root; of a branch without a
+// key the objects are made and dropped, on purpose: no Box reads these kinds yet.
 struct Branch {
     QString folder;
     QLatin1String rootKey;
     QJsonObject (*object)(const QStandardItem &, const Texts &);
     QJsonArray objects;
 };
+
+const QLatin1String noRootKey("");
 
 void appendChildren(Branch *branch, const QStandardItem &folder, const Texts &texts)
 {
@@ -238,6 +242,7 @@ QJsonObject buildProjectJson(const QStandardItem *project)
     QJsonObject root{{nameKey, project->text()}, {descriptionKey, textOf(*project, projectDescriptionRole)}};
     const Texts texts;
     Branch branches[] = {
+        {plcFolder, noRootKey, [](const QStandardItem &plc, const Texts &) { return plcObject(plc); }, {}},
         {ProjectTree::boxFolder, boxsKey, boxObject, {}},
         {ProjectTree::standardFolder, standardsKey, standardObject, {}},
         {ProjectTree::serviceFolder, servicesKey, serviceObject, {}},
@@ -253,7 +258,9 @@ QJsonObject buildProjectJson(const QStandardItem *project)
     // Any folder at all, whatever its text, brings all three arrays; a project without folders has none.
     if (project->rowCount() > 0) {
         for (const Branch &branch : branches) {
-            root.insert(branch.rootKey, branch.objects);
+            if (!branch.rootKey.isEmpty()) {
+                root.insert(branch.rootKey, branch.objects);
+            }
         }
     }
     return root;

@@ -102,6 +102,8 @@ public slots:
     void transmitStandardDataToEditDialog(const QJsonObject &standardObj, QStandardItem *standardFileItem);
     void transmitServiceDataToEditDialog(const QJsonObject &serviceObj, QStandardItem *serviceFileItem);
     void transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStandardItem *boxFileItem);
+    // No document has such an object yet; this one is reached by name.
+    void transmitPLCDataToEditDialog(const QJsonObject &plcObj, QStandardItem *plcFileItem);
 
     // Resources: these act on the tree's current item.
     void standardAddFile();
@@ -110,6 +112,9 @@ public slots:
     void slotstandardEditFile();
     void slotServiceEditFile();
     void slotBoxEditFile();
+    // No folder and no menu leads to a PLC; these two are reached by name.
+    void plcAddFile();
+    void slotPLCEditFile();
     void slotDeleteFile();
     void slotDeleteAllFile();
 

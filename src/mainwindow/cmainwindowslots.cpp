@@ -4,6 +4,7 @@
 #include "mainwindow/cmainwindow.h"
 
 #include "boxlink/boxsearchdialog.h"
+#include "document/plcdocument.h"
 #include "document/projectreader.h"
 #include "mainwindow/monitoringview.h"
 #include "mainwindow/pointimport.h"
@@ -100,6 +101,21 @@ void CMainWindow::transmitServiceDataToEditDialog(const QJsonObject &serviceObj,
 void CMainWindow::transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStandardItem *boxFileItem)
 {
     transmitBoxData(boxObj, boxFileItem);
+}
+
+void CMainWindow::transmitPLCDataToEditDialog(const QJsonObject &plcObj, QStandardItem *plcFileItem)
+{
+    transmitPlcData(plcObj, plcFileItem);
+}
+
+void CMainWindow::plcAddFile()
+{
+    m_resources->add(ResourceKinds::addPlc());
+}
+
+void CMainWindow::slotPLCEditFile()
+{
+    m_resources->edit(ResourceKinds::editPlc());
 }
 
 void CMainWindow::standardAddFile()

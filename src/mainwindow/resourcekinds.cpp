@@ -7,6 +7,8 @@
 #include "mainwindow/editortabs.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "plc/plceditdialog.h"
+#include "plc/plcinputdialog.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardinputdialog.h"
@@ -84,6 +86,16 @@ const EditKind &editBox()
     return kind;
 }
 
+const EditKind &editPlc()
+{
+    static const EditKind kind{EditorTabs::plcTitle,
+                               EditKind::noSubKind,
+                               {formClass<PLCEditDialog>(QString())},
+                               {EditorTabs::serviceTitle, EditorTabs::standardTitle, EditorTabs::boxTitle,
+                                EditorTabs::serverTitle, EditorTabs::projectTitle}};
+    return kind;
+}
+
 const EditKind &editStandard()
 {
     static const EditKind kind{EditorTabs::standardTitle,
@@ -125,6 +137,28 @@ const AddKind &addBox()
                           "Please use a different name."),
         {},
         editBox};
+    return kind;
+}
+
+const AddKind &addPlc()
+{
+    static const AddKind kind{
+        [](QWidget *window, const QStandardItem *) -> std::optional<NewResource> {
+            PLCInputDialog dialog(window);
+            if (dialog.exec() != QDialog::Accepted) {
+                return std::nullopt;
+            }
+            return NewResource{
+                dialog.plcName(),
+                QStringLiteral(":/adsdemo/images/PLC-file.svg"),
+                {{plcManufacturerRole, dialog.manufacturer()}, {plcProtocolRole, dialog.protocol()}}};
+        },
+        QT_TRANSLATE_NOOP("CMainWindow", "PLC Name cannot be empty."),
+        QT_TRANSLATE_NOOP("CMainWindow",
+                          "A PLC file with the same name already exists in PLC or StandardDIO "
+                          "folder. Please use a different name."),
+        {0, 1},
+        editPlc};
     return kind;
 }
 

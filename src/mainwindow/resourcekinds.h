@@ -63,10 +63,12 @@ struct AddKind {
 };
 
 const EditKind &editBox();
+const EditKind &editPlc();
 const EditKind &editStandard();
 const EditKind &editService();
 
 const AddKind &addBox();
+const AddKind &addPlc();
 const AddKind &addStandard();
 
 } // namespace ResourceKinds

@@ -1,12 +1,11 @@
 #include "standards/standardfields.h"
 
 #include "model/itemroles.h"
+#include "widgets/formpage.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QFormLayout>
-#include <QHBoxLayout>
-#include <QLabel>
 
 QVector<Field> StandardFields::serialLine(const char *baudRate, const char *parity)
 {
@@ -54,12 +53,6 @@ QWidget *StandardFields::triggerRow(FieldTable &table, QWidget *parent)
     auto *trigger = new QComboBox(row);
     trigger->setObjectName(QStringLiteral("trigger"));
     trigger->addItem(QCoreApplication::translate("StandardFields", "Timed Loops"));
-    QWidget *period = table.widget(QStringLiteral("collectionInterval"));
-    auto *both = new QHBoxLayout;
-    delete form->takeAt(1); // the layout's item, not the widget
-    both->addWidget(trigger);
-    both->addWidget(period);
-    form->setLayout(0, QFormLayout::FieldRole, both);
-    QWidget::setTabOrder(trigger, period);
+    FormPage::putBeforeField(form, 0, trigger);
     return row;
 }

@@ -1,6 +1,7 @@
 #include "widgets/formpage.h"
 
 #include <QBoxLayout>
+#include <QFormLayout>
 #include <QIcon>
 #include <QPushButton>
 #include <QScrollArea>
@@ -37,6 +38,19 @@ Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QStri
     row->addWidget(buttons.cancel);
     layout->addLayout(row);
     return buttons;
+}
+
+void putBeforeField(QFormLayout *form, int row, QWidget *widget)
+{
+    QLayoutItem *item = form->itemAt(row, QFormLayout::FieldRole);
+    QWidget *field = item->widget();
+    form->removeItem(item);
+    delete item; // the layout's item, not the widget
+    auto *both = new QHBoxLayout;
+    both->addWidget(widget);
+    both->addWidget(field);
+    form->setLayout(row, QFormLayout::FieldRole, both);
+    QWidget::setTabOrder(widget, field);
 }
 
 void orderBehind(QWidget *previous, const QWidget *page)

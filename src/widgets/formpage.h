@@ -1,6 +1,7 @@
 #pragma once
 
 class QBoxLayout;
+class QFormLayout;
 class QPushButton;
 class QScrollArea;
 class QString;
@@ -21,6 +22,8 @@ QPushButton *button(const QString &text, const QString &icon, QWidget *parent);
 QScrollArea *scrollArea(QWidget *content, QWidget *parent);
 // Appends the row of the two confirming buttons; the accepting one may be "Save" or "OK" by its text.
 Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QString &cancelText);
+// Puts a widget between the label and the field of a row, also in the tab order.
+void putBeforeField(QFormLayout *form, int row, QWidget *widget);
 // Puts the inputs of a page behind a widget in the tab order: what is made after its form stands last
 // otherwise, behind the confirming buttons or even the rest of the window.
 void orderBehind(QWidget *previous, const QWidget *page);

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "widgets/fieldtable.h"
+
+#include <QLatin1String>
+#include <QStringList>
+#include <QVector>
+
+// The groups of the PLC form that hold the settings of a link or of a protocol, in the order of the form.
+enum class PlcGroup {
+    None,
+    Network,
+    Serial,
+    S7Model,
+    S7Rack,
+    S7Tsap,
+    Ppi,
+    MitsubishiEip,
+    Mc3c,
+    Mc1e,
+    Mc3e,
+    FxLinks,
+    FxSerial,
+    Fins,
+    OmronEip,
+    HostLink,
+    AllenBradleyEip,
+    Df1,
+    Ads,
+    Inovance,
+    Xinje,
+    Modbus,
+    Delta,
+};
+
+// What the system can talk to. All strings are stored in projects as they stand here, so none is translated.
+namespace PlcCatalogue {
+
+// A protocol of a manufacturer.
+struct Entry {
+    QLatin1String manufacturer;
+    QLatin1String protocol;
+    PlcGroup link;  // Network or Serial
+    PlcGroup group; // with the protocol's own settings
+    // Protocols that are not are known to the form and to the document only: no list offers them.
+    bool listed;
+};
+
+// In the order of the lists.
+const QVector<Entry> &entries();
+// The entry of exactly this pair, or null.
+const Entry *find(const QString &manufacturer, const QString &protocol);
+
+// The manufacturers that a new PLC can have. "Modbus" is none of them on purpose: stored projects may have
+// it.
+QStringList manufacturers();
+// The listed protocols; "Empty" for a manufacturer that is not in the catalogue.
+QStringList protocols(const QString &manufacturer);
+
+// The models of "S7"; "Empty" for every other protocol.
+QStringList models(const QString &protocol);
+// The group with the connection settings of an S7 model: rack, TSAP or none.
+PlcGroup groupOfModel(const QString &model);
+// The models of AllenBradley, stored as codes.
+QVector<Choice> allenBradleyModels();
+// The series of a manufacturer of Modbus devices; empty for others.
+QStringList series(const QString &manufacturer);
+
+// The port of a PLC that has none yet, whatever its manufacturer and link.
+QString defaultPort(const QString &protocol);
+
+} // namespace PlcCatalogue

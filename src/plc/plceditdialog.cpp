@@ -1,0 +1,387 @@
+#include "plc/plceditdialog.h"
+
+#include "app/activitylog.h"
+#include "model/itemroles.h"
+#include "model/workspace.h"
+#include "plc/plcfields.h"
+#include "widgets/formpage.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStandardItem>
+#include <QTableWidget>
+
+#include <algorithm>
+
+namespace {
+
+constexpr char context[] = "PLCEditDialog";
+constexpr int parameterListHeight = 600; // pixels
+
+// A save walks these before the period, and the other groups behind it in the form's order.
+const PlcGroup savedBeforePeriod[] = {PlcGroup::Network, PlcGroup::S7Model, PlcGroup::Serial,
+                                      PlcGroup::Ppi,     PlcGroup::S7Rack,  PlcGroup::S7Tsap};
+
+bool isLink(PlcGroup group)
+{
+    return group == PlcGroup::Network || group == PlcGroup::Serial;
+}
+
+// These two go by the model.
+bool isOfModel(PlcGroup group)
+{
+    return group == PlcGroup::S7Rack || group == PlcGroup::S7Tsap;
+}
+
+} // namespace
+
+PLCEditDialog::PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
+    : EditForm(parent)
+    , m_item(item)
+    , m_workspace(workspace)
+    , m_attributes(context, PlcFields::attributes())
+    , m_trigger(context, PlcFields::trigger())
+    , m_omronModel(context, PlcFields::omronModel())
+    , m_parameters(new ParameterEditor(
+          ParameterVariant::plc(), this, workspace, [this] { return m_table; }, [this] { return m_table; }))
+{
+    setWindowTitle(tr("Edit PLC"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(FormPage::scrollArea(buildContent(), this));
+    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
+    connect(buttons.save, &QPushButton::clicked, this, &PLCEditDialog::saveChanges);
+    connect(buttons.cancel, &QPushButton::clicked, this, &PLCEditDialog::rejected);
+
+    fillAttributes();
+    for (const Group &each : m_groups) {
+        each.fields.fill(m_item.item());
+    }
+    m_trigger.fill(m_item.item());
+    m_omronModel.fill(m_item.item());
+    loadStoredParameters();
+    connect(m_attributes.comboBox(QStringLiteral("protocol")), &QComboBox::currentTextChanged, this,
+            &PLCEditDialog::onProtocolChanged);
+    onProtocolChanged(m_attributes.text(QStringLiteral("protocol")));
+    logToFile(QStringLiteral("PLCEditDialog: new-nuilt"));
+}
+
+PLCEditDialog::~PLCEditDialog()
+{
+    logToFile(QStringLiteral("PLCEditDialog: destroyed"));
+}
+
+QWidget *PLCEditDialog::buildContent()
+{
+    auto *content = new QWidget(this);
+    auto *column = new QVBoxLayout(content);
+    m_attributes.build(new QFormLayout(addBox(column, "attributes", tr("PLC Attribute"))));
+    const auto groups = PlcFields::groups();
+    for (const PlcFields::Group &each : groups) {
+        QGroupBox *box = addBox(column, each.name, each.title ? tr(each.title) : QString());
+        m_groups.push_back({each.group, box, FieldTable(context, each.fields)});
+        m_groups.back().fields.build(new QFormLayout(box));
+    }
+    group(PlcGroup::Modbus).fields.widget(QStringLiteral("series"))->setEnabled(false);
+    m_omronModel.buildUnseen(content);
+
+    QGroupBox *parameters = addBox(column, "parameters", tr("Parameter List"));
+    parameters->setFixedHeight(parameterListHeight);
+    auto *form = new QFormLayout(parameters);
+    addTrigger(form);
+    form->addRow(tableButtons());
+    m_table = new QTableWidget(parameters);
+    m_parameters->prepare(m_table);
+    form->addRow(m_table);
+    column->addStretch();
+    alignFields();
+    return content;
+}
+
+QGroupBox *PLCEditDialog::addBox(QVBoxLayout *column, const char *name, const QString &title)
+{
+    auto *box = new QGroupBox(title, column->parentWidget());
+    box->setObjectName(QLatin1String(name));
+    column->addWidget(box);
+    return box;
+}
+
+void PLCEditDialog::addTrigger(QFormLayout *form)
+{
+    m_trigger.build(form);
+    // Its one entry is not stored.
+    auto *trigger = new QComboBox(form->parentWidget());
+    trigger->setObjectName(QStringLiteral("trigger"));
+    trigger->addItem(tr("Timed Loops"));
+    FormPage::putBeforeField(form, 0, trigger);
+}
+
+QWidget *PLCEditDialog::tableButtons()
+{
+    auto *buttons = new QWidget(this);
+    auto *row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    const struct {
+        QString text;
+        const char *icon;
+        const char *name;
+        void (PLCEditDialog::*pressed)();
+    } rows[] = {
+        {tr("Add"), ":/adsdemo/images/add.svg", "addButton", &PLCEditDialog::addParameter},
+        {tr("Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
+         &PLCEditDialog::removeAllParameters},
+        {tr("Import"), ":/adsdemo/images/read.svg", "importButton", &PLCEditDialog::importParameters},
+        {tr("Export"), ":/adsdemo/images/write.svg", "exportButton", &PLCEditDialog::exportParameters},
+    };
+    for (const auto &each : rows) {
+        QPushButton *button = FormPage::button(each.text, QLatin1String(each.icon), buttons);
+        button->setObjectName(QLatin1String(each.name));
+        connect(button, &QPushButton::clicked, this, each.pressed);
+        row->addWidget(button);
+    }
+    row->addStretch();
+    return buttons;
+}
+
+void PLCEditDialog::alignFields()
+{
+    int widest = qMax(m_attributes.labelWidth(), m_trigger.labelWidth());
+    for (const Group &each : m_groups) {
+        widest = qMax(widest, each.fields.labelWidth());
+    }
+    m_attributes.setLabelWidth(widest);
+    m_trigger.setLabelWidth(widest);
+    for (const Group &each : m_groups) {
+        each.fields.setLabelWidth(widest);
+    }
+}
+
+void PLCEditDialog::fillAttributes()
+{
+    QStandardItem *item = m_item.item();
+    // Before the list of protocols changes: which groups show goes by the manufacturer, too.
+    m_attributes.setText(QStringLiteral("manufacturer"), item->data(plcManufacturerRole).toString());
+    QComboBox *protocols = m_attributes.comboBox(QStringLiteral("protocol"));
+    protocols->clear();
+    protocols->addItems(PlcCatalogue::protocols(item->data(plcManufacturerRole).toString()));
+    m_attributes.fill(item);
+    updateProtocolOptions(protocols->currentText());
+}
+
+void PLCEditDialog::loadStoredParameters()
+{
+    loadParameters(m_item.item()->data(plcParametersRole).value<RowList>());
+}
+
+void PLCEditDialog::replaceItem(QStandardItem *item)
+{
+    m_item = ItemRef(item);
+    fillAttributes();
+    for (const Group &each : m_groups) {
+        if (isLink(each.id) || each.box->isVisible()) {
+            each.fields.fill(item);
+        }
+    }
+    m_trigger.fill(item);
+    loadStoredParameters();
+    logToFile(QStringLiteral("PLCEditDialog: replace"));
+}
+
+void PLCEditDialog::saveChanges()
+{
+    QStandardItem *item = m_item.item();
+    if (!item) {
+        return; // its node has left the tree: there is nothing to write into
+    }
+    m_attributes.save(item);
+    for (PlcGroup id : savedBeforePeriod) {
+        saveGroup(group(id), item);
+    }
+    m_trigger.save(item);
+    for (const Group &each : m_groups) {
+        if (each.id > PlcGroup::Ppi) {
+            saveGroup(each, item);
+        }
+    }
+    ProjectTree::registerTypes();
+    item->setData(QVariant::fromValue(m_parameters->rows(m_table)), plcParametersRole);
+    if (m_workspace) {
+        m_workspace->appendMessage(
+            tr("The PLC '%1' is saved successfully.").arg(m_attributes.text(QStringLiteral("name"))));
+    }
+    logToFile(QStringLiteral("PLCEditDialog: save"));
+}
+
+void PLCEditDialog::saveGroup(const Group &group, QStandardItem *item) const
+{
+    // What is hidden is erased.
+    if (group.box->isVisible()) {
+        group.fields.save(item);
+    } else {
+        group.fields.erase(item);
+    }
+}
+
+void PLCEditDialog::clearData()
+{
+    m_attributes.clear();
+    for (const Group &each : m_groups) {
+        each.fields.clear();
+    }
+    m_trigger.clear();
+    m_omronModel.clear();
+    m_table->setRowCount(0);
+}
+
+void PLCEditDialog::onProtocolChanged(QString protocol)
+{
+    for (const Group &each : m_groups) {
+        if (!isOfModel(each.id)) {
+            each.box->hide();
+        }
+    }
+    const QString manufacturer = m_attributes.text(QStringLiteral("manufacturer"));
+    if (const PlcCatalogue::Entry *entry = PlcCatalogue::find(manufacturer, protocol)) {
+        group(entry->link).box->show();
+        group(entry->group).box->show();
+    }
+    adjustSize();
+
+    QComboBox *models = group(PlcGroup::S7Model).fields.comboBox(QStringLiteral("model"));
+    models->clear();
+    models->addItems(PlcCatalogue::models(protocol));
+    const QStandardItem *item = m_item.item();
+    const int stored = item ? models->findText(item->data(plcModelRole).toString()) : -1;
+    if (stored >= 0) {
+        models->setCurrentIndex(stored);
+    }
+    connect(models, &QComboBox::currentTextChanged, this, &PLCEditDialog::onmodelChanged,
+            Qt::UniqueConnection);
+    onmodelChanged(models->currentText());
+}
+
+void PLCEditDialog::onmodelChanged(QString model)
+{
+    const bool isS7 = m_attributes.text(QStringLiteral("protocol")) == QLatin1String("S7");
+    const PlcGroup shown = isS7 ? PlcCatalogue::groupOfModel(model) : PlcGroup::None;
+    group(PlcGroup::S7Rack).box->setVisible(shown == PlcGroup::S7Rack);
+    group(PlcGroup::S7Tsap).box->setVisible(shown == PlcGroup::S7Tsap);
+}
+
+void PLCEditDialog::updateProtocolOptions(QString protocol)
+{
+    QStandardItem *item = m_item.item();
+    if (item && item->data(plcPortRole).toString().isEmpty()) {
+        item->setData(PlcCatalogue::defaultPort(protocol), plcPortRole);
+    }
+}
+
+const PLCEditDialog::Group &PLCEditDialog::group(PlcGroup id) const
+{
+    const auto found =
+        std::find_if(m_groups.begin(), m_groups.end(), [id](const Group &each) { return each.id == id; });
+    Q_ASSERT(found != m_groups.end());
+    return *found;
+}
+
+bool PLCEditDialog::eventFilter(QObject *obj, QEvent *event)
+{
+    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
+        return true;
+    }
+    return EditForm::eventFilter(obj, event);
+}
+
+// What follows hands over to the parameter table.
+
+void PLCEditDialog::addParameter()
+{
+    m_parameters->addParameter();
+}
+
+void PLCEditDialog::removeParameter()
+{
+    m_parameters->removeParameter();
+}
+
+void PLCEditDialog::removeAllParameters()
+{
+    m_parameters->removeAllParameters();
+}
+
+void PLCEditDialog::loadParameters(const QList<QVariantList> &rows)
+{
+    m_parameters->loadParameters(rows);
+}
+
+void PLCEditDialog::importParameters()
+{
+    m_parameters->importParameters();
+}
+
+void PLCEditDialog::exportParameters()
+{
+    m_parameters->exportParameters();
+}
+
+void PLCEditDialog::validateLength(int row, int column)
+{
+    m_parameters->validateLength(row, column);
+}
+
+void PLCEditDialog::validateName(int row, int column)
+{
+    m_parameters->validateName(row, column);
+}
+
+void PLCEditDialog::validateNameOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_parameters->validateNameOnChange(row, column);
+}
+
+void PLCEditDialog::validateAddr(int row, int column)
+{
+    m_parameters->validateAddr(row, column);
+}
+
+void PLCEditDialog::validateAddrOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_parameters->validateAddrOnChange(row, column);
+}
+
+void PLCEditDialog::validateChange(int row, int column)
+{
+    m_parameters->validateChange(row, column);
+}
+
+void PLCEditDialog::validateChangeOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_parameters->validateChangeOnChange(row, column);
+}
+
+void PLCEditDialog::validateFormula(int row, int column)
+{
+    m_parameters->validateFormula(row, column);
+}
+
+void PLCEditDialog::validateFormulaOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_parameters->validateFormulaOnChange(row, column);
+}
+
+void PLCEditDialog::updateChangeAmplitudeCell(int row, bool enabled)
+{
+    m_parameters->updateChangeAmplitudeCell(row, enabled);
+}
+
+void PLCEditDialog::updateloadChangeAmplitudeCell(int row, bool enabled)
+{
+    m_parameters->updateloadChangeAmplitudeCell(row, enabled);
+}

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "model/itemref.h"
+#include "model/projecttree.h"
+#include "plc/parametereditor.h"
+#include "plc/plccatalogue.h"
+#include "widgets/editform.h"
+#include "widgets/fieldtable.h"
+
+#include <vector>
+
+class QFormLayout;
+class QGroupBox;
+class QStandardItem;
+class QTableWidget;
+class QVBoxLayout;
+class Workspace;
+
+// The form of one PLC: a stack of groups of which those that fit manufacturer and protocol are shown, over
+// the parameter table. At "Save" the visible groups are written and the hidden ones erased; the form stays
+// open.
+class PLCEditDialog : public EditForm
+{
+    Q_OBJECT
+public:
+    // Writes defaults into the item's empty roles, those of hidden groups included.
+    PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
+    ~PLCEditDialog() override;
+
+    // Shows another PLC; what was typed and not saved is overwritten. On purpose protocol groups that are not
+    // visible keep what they show, in a tab behind another all of them.
+    void replaceItem(QStandardItem *item);
+
+    void addParameter();
+    void removeParameter();
+    void removeAllParameters();
+    void loadParameters(const QList<QVariantList> &rows);
+    void importParameters();
+    void exportParameters();
+
+public slots:
+    void saveChanges();
+    void clearData();
+    // Shows the groups of the manufacturer and this protocol, and offers its models.
+    void onProtocolChanged(QString protocol);
+    // Shows the connection settings of an S7 model.
+    void onmodelChanged(QString model);
+    // Gives an item without a port the protocol's; the field takes no notice.
+    void updateProtocolOptions(QString protocol);
+    void validateLength(int row, int column);
+    void validateName(int row, int column);
+    void validateNameOnChange(int row, int column, QString newName);
+    void validateAddr(int row, int column);
+    void validateAddrOnChange(int row, int column, QString newName);
+    void validateChange(int row, int column);
+    void validateChangeOnChange(int row, int column, QString newName);
+    void validateFormula(int row, int column);
+    void validateFormulaOnChange(int row, int column, QString newName);
+    // Swallows the wheel over the lists that it watches, so that scrolling changes no cell.
+    bool eventFilter(QObject *obj, QEvent *event) override;
+    void updateChangeAmplitudeCell(int row, bool enabled);
+    void updateloadChangeAmplitudeCell(int row, bool enabled);
+
+private:
+    struct Group {
+        PlcGroup id;
+        QGroupBox *box;
+        FieldTable fields;
+    };
+
+    QWidget *buildContent();
+    QGroupBox *addBox(QVBoxLayout *column, const char *name, const QString &title);
+    void addTrigger(QFormLayout *form);
+    QWidget *tableButtons();
+    void alignFields();
+    void fillAttributes();
+    void loadStoredParameters();
+    void saveGroup(const Group &group, QStandardItem *item) const;
+    const Group &group(PlcGroup id) const;
+
+    ItemRef m_item;
+    Workspace *m_workspace; // Not owned; may be null.
+    FieldTable m_attributes;
+    std::vector<Group> m_groups; // in the order of the form
+    FieldTable m_trigger;
+    FieldTable m_omronModel;
+    QTableWidget *m_table = nullptr;
+    ParameterEditor *m_parameters;
+};

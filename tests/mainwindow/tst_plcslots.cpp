@@ -1,0 +1,314 @@
+#include "mainwindow/cmainwindow.h"
+
+#include "document/projectwriter.h"
+#include "plc/plceditdialog.h"
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+#include "support/projectdump.h"
+#include "windowundertest.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QJsonDocument>
+
+using Window = WindowUnderTest;
+
+static const QString editPlc = QStringLiteral("Edit PLC");
+
+// The PLC slots of the main window, which nothing but their names leads to.
+class TestPlcSlots : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void addedPlcHasItsRolesAndIconAndOpens();
+    void addingRefuses_data();
+    void addingRefuses();
+    void otherCasesAndFoldersAreFree();
+    void blankNameIsTaken();
+    void cancelledAddingChangesNothing();
+    void slotsNeedACurrentItem();
+    void addingToAProjectWithoutFolders();
+    void secondPlcTakesTheTab();
+    void tabShowsAndFillsItsDock();
+    void tabOfAnotherFormIsLeftAlone();
+    void tabOpensBesideItsNeighbours_data();
+    void tabOpensBesideItsNeighbours();
+    void cancelClosesTheTab();
+    void savingTellsTheMessageDock();
+    void noClickLeadsToAPlc();
+    void documentFillsThePlc();
+    void plcIsNotInTheDocument();
+
+private:
+    bool invoke(const char *slot) { return QMetaObject::invokeMethod(m_window.data(), slot); }
+    // Adds with the dialog, which enters these.
+    void add(const QString &name, const char *manufacturer, const char *protocol);
+    QStandardItem *plc(const char *name, const char *manufacturer, const char *protocol) const;
+    PLCEditDialog *form() const { return qobject_cast<PLCEditDialog *>(m_window->form(editPlc)); }
+
+    QScopedPointer<Window> m_window;
+    QStandardItem *m_project = nullptr;
+    QStandardItem *m_folder = nullptr; // a "PLC" folder that the project does not have by itself
+};
+
+void TestPlcSlots::init()
+{
+    m_window.reset(new Window);
+    m_project = m_window->addProject(QStringLiteral("plant"));
+    m_folder = ProjectTree::appendDefinition(m_project, QStringLiteral("PLC"), QString());
+}
+
+void TestPlcSlots::cleanup()
+{
+    m_window.reset();
+}
+
+void TestPlcSlots::add(const QString &name, const char *manufacturer, const char *protocol)
+{
+    ModalDialogs dialogs;
+    dialogs.expect([&](QWidget *dialog) {
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Add PLC"));
+        Window::input<QLineEdit>(dialog, "name")->setText(name);
+        Window::input<QComboBox>(dialog, "manufacturer")->setCurrentText(QLatin1String(manufacturer));
+        Window::input<QComboBox>(dialog, "protocol")->setCurrentText(QLatin1String(protocol));
+        Window::press(dialog, "okButton");
+    });
+    QVERIFY(invoke("plcAddFile"));
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(dialogs.pending(), 0);
+}
+
+QStandardItem *TestPlcSlots::plc(const char *name, const char *manufacturer, const char *protocol) const
+{
+    QStandardItem *item = ProjectTree::appendDefinition(m_folder, QLatin1String(name), QString());
+    item->setData(QLatin1String(manufacturer), plcManufacturerRole);
+    item->setData(QLatin1String(protocol), plcProtocolRole);
+    return item;
+}
+
+void TestPlcSlots::addedPlcHasItsRolesAndIconAndOpens()
+{
+    m_window->select(m_folder);
+    add(QStringLiteral("press 1"), "Mitsubishi", "MC-3C");
+    QCOMPARE(m_folder->rowCount(), 1);
+    const QStandardItem *item = m_folder->child(0);
+    QCOMPARE(item->text(), QStringLiteral("press 1"));
+    QCOMPARE(item->data(plcManufacturerRole).toString(), QStringLiteral("Mitsubishi"));
+    QCOMPARE(item->data(plcProtocolRole).toString(), QStringLiteral("MC-3C"));
+    QCOMPARE(ProjectDump::iconBytes(item->icon()),
+             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/PLC-file.svg")));
+    QCOMPARE(m_window->currentItem(), item);
+    QVERIFY(form());
+    // The opening gives it its settings.
+    QCOMPARE(item->data(plcPortRole).toString(), QStringLiteral("102"));
+    QCOMPARE(item->data(plcMc3cSumCheckRole), QVariant(true));
+}
+
+void TestPlcSlots::addingRefuses_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("told");
+    const QString taken =
+        QStringLiteral("Warning|A PLC file with the same name already exists in PLC or StandardDIO folder. "
+                       "Please use a different name.");
+    QTest::newRow("no name") << QString() << QStringLiteral("Warning|PLC Name cannot be empty.");
+    QTest::newRow("name of a Standard") << QStringLiteral("meter") << taken;
+    QTest::newRow("name of a service") << QStringLiteral("IEC61850") << taken;
+}
+
+void TestPlcSlots::addingRefuses()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, told);
+    Window::addStandard(m_project, QStringLiteral("meter"), QStringLiteral("Modbus"));
+    m_window->select(m_folder);
+    const QStringList before = ProjectDump::tree(m_project);
+    MessageBoxes boxes;
+    boxes.expect();
+    add(name, "Siemens", "S7");
+    QCOMPARE(boxes.told(), QStringList(told));
+    QCOMPARE(ProjectDump::tree(m_project), before);
+    QCOMPARE(m_window->currentItem(), m_folder);
+    QVERIFY(!form());
+}
+
+// Only the first two folders of the project are compared, and exactly: its own is not among them.
+void TestPlcSlots::otherCasesAndFoldersAreFree()
+{
+    Window::addStandard(m_project, QStringLiteral("meter"), QStringLiteral("Modbus"));
+    Window::addBox(m_project, QStringLiteral("gate"), QStringLiteral("127.0.0.1"));
+    MessageBoxes boxes;
+    for (const char *name : {"Meter", "gate", "Meter"}) {
+        m_window->select(m_folder);
+        add(QLatin1String(name), "Siemens", "S7");
+    }
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(m_folder->rowCount(), 3);
+}
+
+void TestPlcSlots::blankNameIsTaken()
+{
+    m_window->select(m_folder);
+    add(QStringLiteral("  "), "Siemens", "S7");
+    QCOMPARE(m_folder->child(0)->text(), QStringLiteral("  "));
+}
+
+void TestPlcSlots::cancelledAddingChangesNothing()
+{
+    m_window->select(m_folder);
+    MessageBoxes boxes;
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) { Window::press(dialog, "cancelButton"); });
+    QVERIFY(invoke("plcAddFile"));
+    QCOMPARE(dialogs.pending(), 0);
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(m_folder->rowCount(), 0);
+}
+
+void TestPlcSlots::slotsNeedACurrentItem()
+{
+    m_window->projectTree()->setCurrentIndex(QModelIndex());
+    ModalDialogs dialogs;
+    QVERIFY(invoke("plcAddFile"));
+    QVERIFY(invoke("slotPLCEditFile"));
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QVERIFY(!form());
+}
+
+void TestPlcSlots::addingToAProjectWithoutFolders()
+{
+    auto *bare = new QStandardItem(QStringLiteral("bare"));
+    m_window->projectModel()->appendRow(bare);
+    m_window->select(bare);
+    add(QStringLiteral("press"), "Omron", "Fins");
+    QCOMPARE(ProjectDump::shape(bare), QStringLiteral("bare(press())"));
+}
+
+void TestPlcSlots::secondPlcTakesTheTab()
+{
+    QStandardItem *first = plc("one", "Siemens", "S7");
+    QStandardItem *second = plc("two", "Omron", "Fins");
+    m_window->select(first);
+    QVERIFY(invoke("slotPLCEditFile"));
+    const PLCEditDialog *opened = form();
+    QVERIFY(opened);
+    m_window->select(second);
+    QVERIFY(invoke("slotPLCEditFile"));
+    QCOMPARE(form(), opened);
+    QCOMPARE(m_window->countOf(editPlc), 1);
+    QCOMPARE(Window::input<QLineEdit>(opened, "name")->text(), QStringLiteral("two"));
+    QVERIFY(!opened->findChild<QGroupBox *>(QStringLiteral("fins"))->isHidden());
+}
+
+void TestPlcSlots::tabShowsAndFillsItsDock()
+{
+    m_window->select(plc("one", "Siemens", "S7"));
+    QVERIFY(invoke("slotPLCEditFile"));
+    QTRY_VERIFY(form()->isVisible());
+    QTRY_COMPARE(form()->size(), form()->parentWidget()->size());
+    // The form sizes itself to its groups and yet stays in its place.
+    Window::input<QComboBox>(form(), "protocol")->setCurrentText(QStringLiteral("PPI"));
+    QTRY_COMPARE(form()->size(), form()->parentWidget()->size());
+    Window::press(form(), "saveButton");
+    QVERIFY(!m_folder->child(0)->data(plcIpRole).isValid());
+    QCOMPARE(m_folder->child(0)->data(plcPpiStationNumRole).toString(), QStringLiteral("2"));
+}
+
+void TestPlcSlots::tabOfAnotherFormIsLeftAlone()
+{
+    m_window->select(plc("one", "Siemens", "S7"));
+    QVERIFY(invoke("slotPLCEditFile"));
+    ads::CDockWidget *tab = m_window->tab(editPlc);
+    delete tab->takeWidget();
+    auto *other = new QDialog;
+    tab->setWidget(other);
+    QVERIFY(invoke("slotPLCEditFile"));
+    QCOMPARE(m_window->tabs(editPlc).size(), 1);
+    QCOMPARE(m_window->tab(editPlc)->widget(), other);
+}
+
+void TestPlcSlots::tabOpensBesideItsNeighbours_data()
+{
+    QTest::addColumn<QByteArray>("slot");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("Service") << QByteArray("slotServiceEditFile") << QStringLiteral("Edit Service");
+    QTest::newRow("Standard") << QByteArray("slotstandardEditFile") << QStringLiteral("Edit Standard");
+    QTest::newRow("Project") << QByteArray("slotEditProject") << QStringLiteral("Edit Project");
+}
+
+void TestPlcSlots::tabOpensBesideItsNeighbours()
+{
+    QFETCH(QByteArray, slot);
+    QFETCH(QString, title);
+    const QMap<QString, QStandardItem *> items{
+        {QStringLiteral("Edit Service"), Window::folder(m_project, QStringLiteral("Service"))->child(0)},
+        {QStringLiteral("Edit Standard"),
+         Window::addStandard(m_project, QStringLiteral("meter"), QStringLiteral("Modbus"))},
+        {QStringLiteral("Edit Project"), m_project}};
+    m_window->select(items.value(title));
+    QVERIFY(invoke(slot.constData()));
+    m_window->select(plc("one", "Siemens", "S7"));
+    QVERIFY(invoke("slotPLCEditFile"));
+    QVERIFY(m_window->areas().contains(QStringList({title, editPlc})));
+}
+
+void TestPlcSlots::cancelClosesTheTab()
+{
+    m_window->select(plc("one", "Siemens", "S7"));
+    QVERIFY(invoke("slotPLCEditFile"));
+    Window::press(form(), "cancelButton");
+    Window::settle();
+    QCOMPARE(m_window->countOf(editPlc), 0);
+    QVERIFY(!form());
+}
+
+void TestPlcSlots::savingTellsTheMessageDock()
+{
+    m_window->select(plc("one", "Siemens", "S7"));
+    QVERIFY(invoke("slotPLCEditFile"));
+    Window::press(form(), "saveButton");
+    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The PLC 'one' is saved successfully.")));
+    QVERIFY(form()); // it stays open
+}
+
+void TestPlcSlots::noClickLeadsToAPlc()
+{
+    QStandardItem *item = plc("one", "Siemens", "S7");
+    m_window->click(item);
+    m_window->click(m_folder);
+    QVERIFY(!form());
+    QCOMPARE(m_window->countOf(editPlc), 0);
+}
+
+void TestPlcSlots::documentFillsThePlc()
+{
+    QStandardItem item;
+    const QJsonObject object = QJsonDocument::fromJson(R"({"manufacturer": "Omron", "protocol": "Fins",
+                                    "extendedParameters": {"unitNumber": "4"}, "parameter": {"ip": "10.0.0.8"}})")
+                                   .object();
+    QVERIFY(QMetaObject::invokeMethod(m_window.data(), "transmitPLCDataToEditDialog",
+                                      Q_ARG(QJsonObject, object), Q_ARG(QStandardItem *, &item)));
+    QCOMPARE(item.data(plcManufacturerRole).toString(), QStringLiteral("Omron"));
+    QCOMPARE(item.data(plcFinsUnitNumberRole).toString(), QStringLiteral("4"));
+    QCOMPARE(item.data(plcIpRole).toString(), QStringLiteral("10.0.0.8"));
+    PLCEditDialog opened(&item, nullptr);
+    QCOMPARE(opened.findChild<QGroupBox *>(QStringLiteral("fins"))
+                 ->findChild<QLineEdit *>(QStringLiteral("unitNumber"))
+                 ->text(),
+             QStringLiteral("4"));
+}
+
+void TestPlcSlots::plcIsNotInTheDocument()
+{
+    const QByteArray before = projectDocument(m_project);
+    m_window->select(plc("one", "Siemens", "S7"));
+    QVERIFY(invoke("slotPLCEditFile"));
+    Window::press(form(), "saveButton");
+    QCOMPARE(projectDocument(m_project), before);
+}
+
+QTEST_MAIN(TestPlcSlots)
+#include "tst_plcslots.moc"

@@ -1,0 +1,222 @@
+#include "plc/plccatalogue.h"
+
+#include <QtTest>
+
+static QString S(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+class TestPlcCatalogue : public QObject
+{
+    Q_OBJECT
+private slots:
+    void pairsShowTheirGroups_data();
+    void pairsShowTheirGroups();
+    void noOtherPairIsKnown();
+    void manufacturersInOrder();
+    void protocolsInOrder_data();
+    void protocolsInOrder();
+    void modelsOfProtocols();
+    void modelsShowTheirSettings_data();
+    void modelsShowTheirSettings();
+    void allenBradleyModelsHaveCodes();
+    void seriesOfManufacturers_data();
+    void seriesOfManufacturers();
+    void portGoesByTheProtocol_data();
+    void portGoesByTheProtocol();
+};
+
+namespace {
+
+struct Pair {
+    const char *manufacturer;
+    const char *protocol;
+    PlcGroup link;
+    PlcGroup group;
+};
+
+// clang-format off
+const Pair pairs[] = {
+    {"Siemens", "S7", PlcGroup::Network, PlcGroup::S7Model},
+    {"Siemens", "PPI", PlcGroup::Serial, PlcGroup::Ppi},
+    {"Siemens", "PPI On TCP", PlcGroup::Network, PlcGroup::Ppi},
+    {"Mitsubishi", "EtherNet/IP", PlcGroup::Network, PlcGroup::MitsubishiEip},
+    {"Mitsubishi", "MC-3C", PlcGroup::Serial, PlcGroup::Mc3c},
+    {"Mitsubishi", "MC-1E", PlcGroup::Network, PlcGroup::Mc1e},
+    {"Mitsubishi", "MC-3E", PlcGroup::Network, PlcGroup::Mc3e},
+    {"Mitsubishi", "FxLinks", PlcGroup::Serial, PlcGroup::FxLinks},
+    {"Mitsubishi", "FxSerial", PlcGroup::Serial, PlcGroup::FxSerial},
+    {"Omron", "Fins", PlcGroup::Network, PlcGroup::Fins},
+    {"Omron", "EtherNet/IP", PlcGroup::Network, PlcGroup::OmronEip},
+    {"Omron", "HostLink", PlcGroup::Serial, PlcGroup::HostLink},
+    {"Omron", "HostLink On TCP", PlcGroup::Serial, PlcGroup::HostLink},
+    {"AllenBradley", "EtherNet/IP", PlcGroup::Network, PlcGroup::AllenBradleyEip},
+    {"AllenBradley", "MicroCIP", PlcGroup::Network, PlcGroup::AllenBradleyEip},
+    {"AllenBradley", "DF1", PlcGroup::Serial, PlcGroup::Df1},
+    {"Beckhoff", "Ads", PlcGroup::Network, PlcGroup::Ads},
+    {"Inovance", "Modbus TCP", PlcGroup::Network, PlcGroup::Inovance},
+    {"Inovance", "Modbus RTU On TCP", PlcGroup::Network, PlcGroup::Inovance},
+    {"Inovance", "Modbus RTU", PlcGroup::Serial, PlcGroup::Inovance},
+    {"XinJE", "Modbus TCP", PlcGroup::Network, PlcGroup::Xinje},
+    {"XinJE", "Modbus RTU On TCP", PlcGroup::Network, PlcGroup::Xinje},
+    {"XinJE", "Modbus RTU", PlcGroup::Serial, PlcGroup::Xinje},
+    {"Modbus", "Modbus TCP", PlcGroup::Network, PlcGroup::Modbus},
+    {"Modbus", "Modbus RTU", PlcGroup::Serial, PlcGroup::Modbus},
+    {"Delta", "Modbus TCP", PlcGroup::Network, PlcGroup::Delta},
+    {"Delta", "Modbus RTU", PlcGroup::Serial, PlcGroup::Delta},
+};
+// clang-format on
+
+} // namespace
+
+void TestPlcCatalogue::pairsShowTheirGroups_data()
+{
+    QTest::addColumn<int>("place");
+    int place = 0;
+    for (const Pair &pair : pairs) {
+        QTest::addRow("%s %s", pair.manufacturer, pair.protocol) << place++;
+    }
+}
+
+void TestPlcCatalogue::pairsShowTheirGroups()
+{
+    QFETCH(int, place);
+    const Pair &pair = pairs[place];
+    const PlcCatalogue::Entry *entry = PlcCatalogue::find(S(pair.manufacturer), S(pair.protocol));
+    QVERIFY(entry);
+    QVERIFY(entry->link == pair.link);
+    QVERIFY(entry->group == pair.group);
+}
+
+// A protocol of one manufacturer means nothing to another, and case counts.
+void TestPlcCatalogue::noOtherPairIsKnown()
+{
+    QCOMPARE(PlcCatalogue::entries().size(), int(std::size(pairs)));
+    for (const Pair &one : pairs) {
+        for (const Pair &other : pairs) {
+            const bool isPair = std::any_of(std::begin(pairs), std::end(pairs), [&](const Pair &pair) {
+                return S(pair.manufacturer) == S(one.manufacturer) && S(pair.protocol) == S(other.protocol);
+            });
+            QCOMPARE(PlcCatalogue::find(S(one.manufacturer), S(other.protocol)) != nullptr, isPair);
+        }
+    }
+    QVERIFY(!PlcCatalogue::find(S("siemens"), S("S7")));
+    QVERIFY(!PlcCatalogue::find(S("Siemens"), S("s7")));
+    QVERIFY(!PlcCatalogue::find(S("Siemens"), S("Empty")));
+    QVERIFY(!PlcCatalogue::find(S("Modbus"), S("Modbus RTU On TCP")));
+    QVERIFY(!PlcCatalogue::find(S("Delta"), S("Modbus RTU On TCP")));
+}
+
+void TestPlcCatalogue::manufacturersInOrder()
+{
+    QCOMPARE(PlcCatalogue::manufacturers().join(QLatin1Char('|')),
+             S("Siemens|Mitsubishi|Omron|AllenBradley|XinJE|Beckhoff|Inovance|Delta"));
+}
+
+void TestPlcCatalogue::protocolsInOrder_data()
+{
+    QTest::addColumn<QString>("protocols");
+    QTest::newRow("Siemens") << S("S7|PPI");
+    QTest::newRow("Mitsubishi") << S("EtherNet/IP|MC-3C|MC-1E|MC-3E|FxLinks|FxSerial");
+    QTest::newRow("Omron") << S("Fins|EtherNet/IP|HostLink");
+    QTest::newRow("AllenBradley") << S("EtherNet/IP|DF1");
+    QTest::newRow("XinJE") << S("Modbus TCP|Modbus RTU");
+    QTest::newRow("Beckhoff") << S("Ads");
+    QTest::newRow("Inovance") << S("Modbus TCP|Modbus RTU");
+    QTest::newRow("Modbus") << S("Modbus TCP|Modbus RTU");
+    QTest::newRow("Delta") << S("Modbus TCP|Modbus RTU");
+    QTest::newRow("Panasonic") << S("Empty");
+    QTest::newRow("delta") << S("Empty");
+    QTest::newRow("") << S("Empty");
+}
+
+void TestPlcCatalogue::protocolsInOrder()
+{
+    QFETCH(QString, protocols);
+    QCOMPARE(PlcCatalogue::protocols(S(QTest::currentDataTag())).join(QLatin1Char('|')), protocols);
+}
+
+void TestPlcCatalogue::modelsOfProtocols()
+{
+    QCOMPARE(PlcCatalogue::models(S("S7")).join(QLatin1Char('|')), S("S200|S1200|S300|S400|S1500|S200Smart"));
+    for (const Pair &pair : pairs) {
+        if (S(pair.protocol) != S("S7")) {
+            QCOMPARE(PlcCatalogue::models(S(pair.protocol)), QStringList(S("Empty")));
+        }
+    }
+    QCOMPARE(PlcCatalogue::models(S("Empty")), QStringList(S("Empty")));
+}
+
+void TestPlcCatalogue::modelsShowTheirSettings_data()
+{
+    QTest::addColumn<int>("group");
+    QTest::newRow("S200") << int(PlcGroup::S7Tsap);
+    QTest::newRow("S1200") << int(PlcGroup::S7Rack);
+    QTest::newRow("S300") << int(PlcGroup::S7Rack);
+    QTest::newRow("S400") << int(PlcGroup::S7Rack);
+    QTest::newRow("S1500") << int(PlcGroup::S7Rack);
+    QTest::newRow("S200Smart") << int(PlcGroup::None);
+    QTest::newRow("Empty") << int(PlcGroup::None);
+    QTest::newRow("") << int(PlcGroup::None);
+}
+
+void TestPlcCatalogue::modelsShowTheirSettings()
+{
+    QFETCH(int, group);
+    QCOMPARE(int(PlcCatalogue::groupOfModel(S(QTest::currentDataTag()))), group);
+}
+
+void TestPlcCatalogue::allenBradleyModelsHaveCodes()
+{
+    QStringList models;
+    for (const Choice &choice : PlcCatalogue::allenBradleyModels()) {
+        models.append(S(choice.text) + QLatin1Char('=') + choice.code.toString());
+    }
+    QCOMPARE(models,
+             QStringList({S("ControlLogix系列=controllogix"), S("CompactLogix系列=compactlogix"),
+                          S("MicroLogix系列=micrologix"), S("Logix5000系列=lgxplc5"),
+                          S("Micro800系列=micro800"), S("SLC 500=slc500")}));
+}
+
+void TestPlcCatalogue::seriesOfManufacturers_data()
+{
+    QTest::addColumn<QString>("series");
+    QTest::newRow("XinJE") << S("XD3E|XD5E|XDH|XG");
+    QTest::newRow("Inovance") << S("AM|H3U|H5U");
+    QTest::newRow("Modbus") << S("standard");
+    QTest::newRow("Delta") << S("AH|AS|DVP");
+    QTest::newRow("Siemens") << S("");
+}
+
+void TestPlcCatalogue::seriesOfManufacturers()
+{
+    QFETCH(QString, series);
+    QCOMPARE(PlcCatalogue::series(S(QTest::currentDataTag())).join(QLatin1Char('|')), series);
+}
+
+void TestPlcCatalogue::portGoesByTheProtocol_data()
+{
+    QTest::addColumn<QString>("port");
+    QTest::newRow("Modbus TCP") << S("502");
+    QTest::newRow("Modbus RTU") << S("502");
+    QTest::newRow("Modbus RTU On TCP") << S("502");
+    QTest::newRow("EtherNet/IP") << S("44818");
+    QTest::newRow("MC-1E") << S("");
+    QTest::newRow("MC-3E") << S("");
+    QTest::newRow("Fins") << S("9600");
+    QTest::newRow("Ads") << S("48898");
+    for (const char *other : {"S7", "PPI", "PPI On TCP", "MC-3C", "FxLinks", "FxSerial", "HostLink",
+                              "HostLink On TCP", "MicroCIP", "DF1", "Empty", "fins", ""}) {
+        QTest::newRow(other) << S("102");
+    }
+}
+
+void TestPlcCatalogue::portGoesByTheProtocol()
+{
+    QFETCH(QString, port);
+    QCOMPARE(PlcCatalogue::defaultPort(S(QTest::currentDataTag())), port);
+}
+
+QTEST_APPLESS_MAIN(TestPlcCatalogue)
+#include "tst_plccatalogue.moc"
