@@ -1,6 +1,7 @@
 #include "document/projectwriter.h"
 
-#include "document/documentkeys.h"
+#include "document/documentrows.h"
+#include "document/serverdocument.h"
 #include "model/projecttree.h"
 
 #include <QDir>
@@ -11,30 +12,6 @@
 using namespace DocumentKeys;
 
 namespace {
-
-QString textOf(const QStandardItem &item, int role)
-{
-    return item.data(role).toString();
-}
-
-template <typename Table>
-void insertFields(QJsonObject *object, const Table &fields, const QStandardItem &item)
-{
-    for (const Field &field : fields) {
-        object->insert(field.key, textOf(item, field.role));
-    }
-}
-
-// Cells that a short row lacks are written as empty ones.
-template <typename Table> QJsonObject rowObject(const Table &columns, const QVariantList &row)
-{
-    QJsonObject object;
-    int cell = 0;
-    for (const Column &column : columns) {
-        object.insert(column.key, toDocument(row.value(cell++), column.coding));
-    }
-    return object;
-}
 
 QJsonObject boxObject(const QStandardItem &box, const Texts &)
 {
@@ -214,7 +191,7 @@ QJsonObject standardObject(const QStandardItem &standard, const Texts &texts)
     return object;
 }
 
-// What a folder of the project puts into the document, and under which key of the root.
+// What a folder of the project puts into the document, and under which key of the root; empty for nowhere.
 struct Branch {
     QString folder;
     QLatin1String rootKey;
@@ -241,6 +218,11 @@ QJsonObject buildProjectJson(const QStandardItem *project)
         {ProjectTree::boxFolder, boxsKey, boxObject, {}},
         {ProjectTree::standardFolder, standardsKey, standardObject, {}},
         {ProjectTree::serviceFolder, servicesKey, serviceObject, {}},
+        // Made and dropped, on purpose: the document has no place for Servers yet.
+        {QStringLiteral("Server"),
+         QLatin1String(),
+         [](const QStandardItem &item, const Texts &) { return serverObject(item); },
+         {}},
     };
     for (int row = 0; row < project->rowCount(); ++row) {
         const QStandardItem *folder = project->child(row);
@@ -253,7 +235,9 @@ QJsonObject buildProjectJson(const QStandardItem *project)
     // Any folder at all, whatever its text, brings all three arrays; a project without folders has none.
     if (project->rowCount() > 0) {
         for (const Branch &branch : branches) {
-            root.insert(branch.rootKey, branch.objects);
+            if (branch.rootKey.size() > 0) {
+                root.insert(branch.rootKey, branch.objects);
+            }
         }
     }
     return root;
