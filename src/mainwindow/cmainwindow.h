@@ -5,6 +5,7 @@
 
 #include <QMainWindow>
 #include <QModelIndex>
+#include <QPointer>
 #include <QTranslator>
 
 #include <memory>
@@ -17,6 +18,7 @@ class MonitoringView;
 class ProjectFiles;
 class ProjectLifecycle;
 class ProjectTreeMenu;
+class QDialog;
 class QMenu;
 class QPlainTextEdit;
 class QStandardItemModel;
@@ -60,6 +62,11 @@ public:
     QTabWidget *monitoringTabs() const;
     QPlainTextEdit *messageEditor() const;
 
+    // The form of a Server that was opened last of those that other parts of the program hand something to;
+    // null once it is gone.
+    QDialog *currentServerForm() const;
+    void setCurrentServerForm(QDialog *form);
+
 public slots:
     // Window and layout
     void on_actionSaveState_triggered(bool checked);
@@ -96,6 +103,7 @@ public slots:
     void transmitStandardDataToEditDialog(const QJsonObject &standardObj, QStandardItem *standardFileItem);
     void transmitServiceDataToEditDialog(const QJsonObject &serviceObj, QStandardItem *serviceFileItem);
     void transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStandardItem *boxFileItem);
+    void transmitServerDataToEditDialog(const QJsonObject &serverObj, QStandardItem *serverFileItem);
 
     // Resources: these act on the tree's current item.
     void standardAddFile();
@@ -106,6 +114,10 @@ public slots:
     void slotBoxEditFile();
     void slotDeleteFile();
     void slotDeleteAllFile();
+
+    // Servers: no menu leads to these slots, which act on the tree's current item.
+    void serverAddFile();
+    void slotServerEditFile();
 
     // Live values
     void onDataReceived(const Protocol::dataMonitoringData &report);
@@ -139,6 +151,7 @@ private:
     ProjectFiles *m_files = nullptr;
     EditorTabs *m_tabs = nullptr;
     MonitoringView *m_monitoring = nullptr;
+    QPointer<QDialog> m_currentServerForm;
     std::unique_ptr<ProjectLifecycle> m_projects;
     std::unique_ptr<ResourceActions> m_resources;
     std::unique_ptr<ProjectTreeMenu> m_treeMenu;

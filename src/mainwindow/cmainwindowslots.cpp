@@ -5,6 +5,7 @@
 
 #include "boxlink/boxsearchdialog.h"
 #include "document/projectreader.h"
+#include "document/serverdocument.h"
 #include "mainwindow/monitoringview.h"
 #include "mainwindow/projectfiles.h"
 #include "mainwindow/projectlifecycle.h"
@@ -12,6 +13,7 @@
 #include "mainwindow/resourceactions.h"
 #include "model/newprojectdialog.h"
 
+#include <QDialog>
 #include <QStandardItemModel>
 
 void CMainWindow::prjectTreeView_MenuPopup(const QPoint &pos)
@@ -100,6 +102,11 @@ void CMainWindow::transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStanda
     transmitBoxData(boxObj, boxFileItem);
 }
 
+void CMainWindow::transmitServerDataToEditDialog(const QJsonObject &serverObj, QStandardItem *serverFileItem)
+{
+    transmitServerData(serverObj, serverFileItem);
+}
+
 void CMainWindow::standardAddFile()
 {
     m_resources->add(ResourceKinds::addStandard());
@@ -140,6 +147,26 @@ void CMainWindow::slotDeleteFile()
 void CMainWindow::slotDeleteAllFile()
 {
     m_resources->removeAll();
+}
+
+void CMainWindow::serverAddFile()
+{
+    m_resources->add(ResourceKinds::addServer());
+}
+
+void CMainWindow::slotServerEditFile()
+{
+    m_resources->edit(ResourceKinds::editServer());
+}
+
+QDialog *CMainWindow::currentServerForm() const
+{
+    return m_currentServerForm;
+}
+
+void CMainWindow::setCurrentServerForm(QDialog *form)
+{
+    m_currentServerForm = form;
 }
 
 void CMainWindow::openImportDataDialog() {}

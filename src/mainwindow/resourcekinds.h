@@ -65,8 +65,10 @@ struct AddKind {
 const EditKind &editBox();
 const EditKind &editStandard();
 const EditKind &editService();
+const EditKind &editServer();
 
 const AddKind &addBox();
 const AddKind &addStandard();
+const AddKind &addServer();
 
 } // namespace ResourceKinds

@@ -46,6 +46,7 @@ void tst_MainWindowSlots::slotsAreFoundByName_data()
              "transmitStandardDataToEditDialog(QJsonObject,QStandardItem*)",
              "transmitServiceDataToEditDialog(QJsonObject,QStandardItem*)",
              "transmitBoxDataToEditDialog(QJsonObject,QStandardItem*)",
+             "transmitServerDataToEditDialog(QJsonObject,QStandardItem*)",
              "standardAddFile()",
              "boxAddFile()",
              "boxSearchFile()",
@@ -54,6 +55,8 @@ void tst_MainWindowSlots::slotsAreFoundByName_data()
              "slotBoxEditFile()",
              "slotDeleteFile()",
              "slotDeleteAllFile()",
+             "serverAddFile()",
+             "slotServerEditFile()",
              "closeTabByName(QString)",
              "onDataReceived(Protocol::dataMonitoringData)",
          }) {
