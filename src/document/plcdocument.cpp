@@ -1,6 +1,6 @@
 #include "document/plcdocument.h"
 
-#include "document/documentkeys.h"
+#include "document/documentrows.h"
 #include "model/projecttree.h"
 
 #include <QJsonArray>
@@ -9,8 +9,6 @@
 #include <QVector>
 
 using namespace DocumentKeys;
-
-const QString plcFolder = QStringLiteral("PLC");
 
 namespace {
 
@@ -257,12 +255,7 @@ QJsonObject plcObject(const QStandardItem &plc)
     QJsonArray points;
     const auto rows = plc.data(plcParametersRole).value<RowList>();
     for (const QVariantList &row : rows) {
-        QJsonObject point;
-        int cell = 0;
-        for (const Column &column : pointColumns) {
-            point.insert(column.key, toDocument(row.value(cell++), column.coding));
-        }
-        points.append(point);
+        points.append(rowObject(pointColumns, row));
     }
     QJsonObject object{
         {nameKey, plc.text()},
@@ -291,12 +284,7 @@ void transmitPlcData(const QJsonObject &plc, QStandardItem *item)
     RowList rows;
     const QJsonArray points = plc.value(datasKey).toArray();
     for (const QJsonValue &value : points) {
-        const QJsonObject point = value.toObject();
-        QVariantList row;
-        for (const Column &column : pointColumns) {
-            row.append(fromDocument(point.value(column.key), column.coding));
-        }
-        rows.append(row);
+        rows.append(readRow(pointColumns, value.toObject()));
     }
     item->setData(QVariant::fromValue(rows), plcParametersRole);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QJsonObject>
-#include <QString>
 
 class QStandardItem;
 
@@ -9,9 +8,6 @@ class QStandardItem;
 // named "PLC" and leaves them out of the document, and the reader looks for none: which root key they lie
 // under is up to whoever gives projects that folder. All values are strings; there are "parameter" and
 // "extendedParameters" for every protocol, an unknown one included.
-
-// The text of the folder.
-extern const QString plcFolder;
 
 QJsonObject plcObject(const QStandardItem &plc);
 

@@ -1,6 +1,6 @@
 #include "document/projectreader.h"
 
-#include "document/documentkeys.h"
+#include "document/documentrows.h"
 #include "model/projecttree.h"
 
 #include <QHash>
@@ -12,23 +12,6 @@
 using namespace DocumentKeys;
 
 namespace {
-
-template <typename Table> void readFields(const QJsonObject &object, const Table &fields, QStandardItem *item)
-{
-    for (const Field &field : fields) {
-        item->setData(object.value(field.key).toString(), field.role);
-    }
-}
-
-template <typename Table> QVariantList readRow(const Table &columns, const QJsonObject &object)
-{
-    QVariantList row;
-    row.reserve(int(std::size(columns)));
-    for (const Column &column : columns) {
-        row.append(fromDocument(object.value(column.key), column.coding));
-    }
-    return row;
-}
 
 void readAuthentication(const QJsonObject &extended, const std::array<QString, 2> &texts, QStandardItem *item,
                         int role)

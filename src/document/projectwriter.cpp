@@ -1,7 +1,8 @@
 #include "document/projectwriter.h"
 
-#include "document/documentkeys.h"
+#include "document/documentrows.h"
 #include "document/plcdocument.h"
+#include "document/serverdocument.h"
 #include "model/projecttree.h"
 
 #include <QDir>
@@ -12,30 +13,6 @@
 using namespace DocumentKeys;
 
 namespace {
-
-QString textOf(const QStandardItem &item, int role)
-{
-    return item.data(role).toString();
-}
-
-template <typename Table>
-void insertFields(QJsonObject *object, const Table &fields, const QStandardItem &item)
-{
-    for (const Field &field : fields) {
-        object->insert(field.key, textOf(item, field.role));
-    }
-}
-
-// Cells that a short row lacks are written as empty ones.
-template <typename Table> QJsonObject rowObject(const Table &columns, const QVariantList &row)
-{
-    QJsonObject object;
-    int cell = 0;
-    for (const Column &column : columns) {
-        object.insert(column.key, toDocument(row.value(cell++), column.coding));
-    }
-    return object;
-}
 
 QJsonObject boxObject(const QStandardItem &box, const Texts &)
 {
@@ -215,6 +192,16 @@ QJsonObject standardObject(const QStandardItem &standard, const Texts &texts)
     return object;
 }
 
+QJsonObject plc(const QStandardItem &item, const Texts &)
+{
+    return plcObject(item);
+}
+
+QJsonObject server(const QStandardItem &item, const Texts &)
+{
+    return serverObject(item);
+}
+
 // What a folder of the project puts into the document, and under which key of the root; of a branch without a
 // key the objects are made and dropped, on purpose: no Box reads these kinds yet.
 struct Branch {
@@ -242,10 +229,11 @@ QJsonObject buildProjectJson(const QStandardItem *project)
     QJsonObject root{{nameKey, project->text()}, {descriptionKey, textOf(*project, projectDescriptionRole)}};
     const Texts texts;
     Branch branches[] = {
-        {plcFolder, noRootKey, [](const QStandardItem &plc, const Texts &) { return plcObject(plc); }, {}},
         {ProjectTree::boxFolder, boxsKey, boxObject, {}},
         {ProjectTree::standardFolder, standardsKey, standardObject, {}},
         {ProjectTree::serviceFolder, servicesKey, serviceObject, {}},
+        {ProjectTree::plcFolder, noRootKey, plc, {}},
+        {ProjectTree::serverFolder, noRootKey, server, {}},
     };
     for (int row = 0; row < project->rowCount(); ++row) {
         const QStandardItem *folder = project->child(row);

@@ -104,6 +104,7 @@ public slots:
     void transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStandardItem *boxFileItem);
     // No document has such an object yet; this one is reached by name.
     void transmitPLCDataToEditDialog(const QJsonObject &plcObj, QStandardItem *plcFileItem);
+    void transmitServerDataToEditDialog(const QJsonObject &serverObj, QStandardItem *serverFileItem);
 
     // Resources: these act on the tree's current item.
     void standardAddFile();
@@ -117,6 +118,10 @@ public slots:
     void slotPLCEditFile();
     void slotDeleteFile();
     void slotDeleteAllFile();
+
+    // Servers: no menu leads to these slots, which act on the tree's current item.
+    void serverAddFile();
+    void slotServerEditFile();
 
     // Opens a window in which points of the current project are picked; it stays open for further picks and
     // shows the project as it is now. Without a current item nothing shows.

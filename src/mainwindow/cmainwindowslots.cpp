@@ -6,6 +6,7 @@
 #include "boxlink/boxsearchdialog.h"
 #include "document/plcdocument.h"
 #include "document/projectreader.h"
+#include "document/serverdocument.h"
 #include "mainwindow/monitoringview.h"
 #include "mainwindow/pointimport.h"
 #include "mainwindow/projectfiles.h"
@@ -118,6 +119,11 @@ void CMainWindow::slotPLCEditFile()
     m_resources->edit(ResourceKinds::editPlc());
 }
 
+void CMainWindow::transmitServerDataToEditDialog(const QJsonObject &serverObj, QStandardItem *serverFileItem)
+{
+    transmitServerData(serverObj, serverFileItem);
+}
+
 void CMainWindow::standardAddFile()
 {
     m_resources->add(ResourceKinds::addStandard());
@@ -158,6 +164,16 @@ void CMainWindow::slotDeleteFile()
 void CMainWindow::slotDeleteAllFile()
 {
     m_resources->removeAll();
+}
+
+void CMainWindow::serverAddFile()
+{
+    m_resources->add(ResourceKinds::addServer());
+}
+
+void CMainWindow::slotServerEditFile()
+{
+    m_resources->edit(ResourceKinds::editServer());
 }
 
 QDialog *CMainWindow::currentServerForm() const

@@ -9,6 +9,13 @@
 #include "model/projecttree.h"
 #include "plc/plceditdialog.h"
 #include "plc/plcinputdialog.h"
+#include "servers/serveralimqtteditdialog.h"
+#include "servers/servereditdialog.h"
+#include "servers/serverhuaweimqtteditdialog.h"
+#include "servers/serverinputdialog.h"
+#include "servers/serveronenetmqtteditdialog.h"
+#include "servers/serveropcuaeditdialog.h"
+#include "servers/serverprotocols.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardinputdialog.h"
@@ -61,6 +68,11 @@ void connectBox(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, CMain
     QObject::connect(box, &BoxEditDialog::sendDataToMainWindow, window, &CMainWindow::onDataReceived);
     QObject::connect(tab, &QObject::destroyed, box, &BoxEditDialog::disconnectFromServer);
     connectRename<BoxEditDialog>(form, item, tab, window);
+}
+
+void makeCurrentServer(QDialog *form, QStandardItem *, ads::CDockWidget *, CMainWindow *window)
+{
+    window->setCurrentServerForm(form);
 }
 
 } // namespace
@@ -116,6 +128,21 @@ const EditKind &editService()
                                {formClass<ServiceIEC61850EditDialog>(QStringLiteral("IEC61850"))},
                                {EditorTabs::standardTitle, EditorTabs::plcTitle, EditorTabs::boxTitle,
                                 EditorTabs::serverTitle, EditorTabs::projectTitle}};
+    return kind;
+}
+
+const EditKind &editServer()
+{
+    static const EditKind kind{
+        EditorTabs::serverTitle,
+        serverProtocolRole,
+        {formClass<ServerEditDialog>(QStringLiteral("MQTT")),
+         formClass<ServerAliMQTTEditDialog>(QStringLiteral("AliMQTT")),
+         formClass<ServerOneNetMQTTEditDialog>(QStringLiteral("OneNetMQTT")),
+         formClass<ServerHuaWeiMQTTEditDialog>(QStringLiteral("HuaWeiMQTT")),
+         formClass<ServerOPCUAEditDialog>(QStringLiteral("OpcUaServer"), makeCurrentServer)},
+        {EditorTabs::serviceTitle, EditorTabs::standardTitle, EditorTabs::boxTitle, EditorTabs::plcTitle,
+         EditorTabs::projectTitle}};
     return kind;
 }
 
@@ -180,6 +207,38 @@ const AddKind &addStandard()
                           "folder. Please use a different name."),
         {0},
         editStandard};
+    return kind;
+}
+
+const AddKind &addServer()
+{
+    static const AddKind kind{
+        [](QWidget *window, const QStandardItem *folder) -> std::optional<NewResource> {
+            ServerInputDialog dialog(window);
+            QStringList protocols;
+            for (int row = 0; row < folder->rowCount(); ++row) {
+                if (const QStandardItem *child = folder->child(row)) {
+                    protocols.append(child->data(serverProtocolRole).toString());
+                }
+            }
+            dialog.setExistingProtocols(protocols);
+            if (dialog.exec() != QDialog::Accepted) {
+                return std::nullopt;
+            }
+            return NewResource{dialog.name(),
+                               ServerProtocols::icon(dialog.protocol()),
+                               {{serverDescriptionRole, dialog.description()},
+                                {serverProtocolRole, dialog.protocol()},
+                                {serverIpRole, dialog.ip()},
+                                {serverPortRole, dialog.port()},
+                                {serverDomainNameRole, dialog.domain()}}};
+        },
+        QT_TRANSLATE_NOOP("CMainWindow", "Server Name cannot be empty."),
+        QT_TRANSLATE_NOOP("CMainWindow",
+                          "A server file with the same name already exists in this folder. "
+                          "Please use a different name."),
+        {},
+        editServer};
     return kind;
 }
 

@@ -66,9 +66,11 @@ const EditKind &editBox();
 const EditKind &editPlc();
 const EditKind &editStandard();
 const EditKind &editService();
+const EditKind &editServer();
 
 const AddKind &addBox();
 const AddKind &addPlc();
 const AddKind &addStandard();
+const AddKind &addServer();
 
 } // namespace ResourceKinds

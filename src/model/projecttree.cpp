@@ -15,6 +15,7 @@ const QString serviceFolder = QStringLiteral("Service");
 const QString boxFolder = QStringLiteral("Box");
 const QString dataFolder = QStringLiteral("Data");
 const QString plcFolder = QStringLiteral("PLC");
+const QString serverFolder = QStringLiteral("Server");
 
 const QString boxIcon = QStringLiteral(":/adsdemo/images/box-file.svg");
 const QString serviceIcon = QStringLiteral(":/adsdemo/images/IEC61850.svg");

@@ -24,7 +24,9 @@ extern const QString standardFolder; // "Standard", row 0 of its project
 extern const QString serviceFolder;  // "Service", row 1
 extern const QString boxFolder;      // "Box", row 2
 extern const QString dataFolder;     // "Data", row 3
-extern const QString plcFolder;      // "PLC", a fifth folder that no project is given
+// Folders that no project is given and that are known all the same.
+extern const QString plcFolder;    // "PLC"
+extern const QString serverFolder; // "Server"
 
 enum class Level { Project, Folder, Definition };
 

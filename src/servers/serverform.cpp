@@ -46,6 +46,7 @@ void ServerForm::open()
 void ServerForm::replaceItem(QStandardItem *item)
 {
     m_item = ItemRef(item);
+    m_unknown = m_kind.unknownOnReplace;
     showItem(item);
     log(QStringLiteral("replace"));
 }
@@ -79,7 +80,7 @@ void ServerForm::clearData()
 
 void ServerForm::showItem(QStandardItem *item)
 {
-    m_fields.fill(item);
+    m_fields.fill(item, m_unknown);
 }
 
 void ServerForm::saveItem(QStandardItem *item)

@@ -31,6 +31,9 @@ protected:
         const char *title;        // source text of the window title
         const char *savedMessage; // source text with the item's name for %1
         bool logsSave = true;
+        // What becomes of a list whose stored text is not among its entries when the form, which is open
+        // already, is pointed at another item.
+        FieldTable::Unknown unknownOnReplace = FieldTable::Unknown::SelectFallback;
     };
 
     // The workspace is not owned and may be null. The form's own constructor ends with open().
@@ -55,4 +58,5 @@ private:
     Workspace *m_workspace; // Not owned; may be null.
     FieldTable m_fields;
     QVBoxLayout *m_page;
+    FieldTable::Unknown m_unknown = FieldTable::Unknown::SelectFallback;
 };

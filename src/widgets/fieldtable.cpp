@@ -211,7 +211,7 @@ void FieldTable::setLabelWidth(int width) const
 
 void FieldTable::make(const Field &field, QWidget *parent)
 {
-    auto *label = new QLabel(QCoreApplication::translate(m_context, field.label), parent);
+    auto *label = new QLabel(translated(field, field.label), parent);
     QWidget *widget = makeWidget(field, parent);
     widget->setObjectName(nameOf(field));
     label->setBuddy(widget);
@@ -256,10 +256,10 @@ QWidget *FieldTable::makeList(const Field &field, QWidget *parent) const
 {
     auto *box = new QComboBox(parent);
     for (const QString &entry : field.entries) {
-        box->addItem(QCoreApplication::translate(m_context, entry.toLatin1().constData()));
+        box->addItem(translated(field, entry.toLatin1().constData()));
     }
     for (const Choice &choice : field.choices) {
-        box->addItem(QCoreApplication::translate(m_context, choice.text), choice.code);
+        box->addItem(translated(field, choice.text), choice.code);
     }
     return box;
 }
@@ -271,8 +271,8 @@ QWidget *FieldTable::makeRadios(const Field &field, const QStringList &suffixes,
     auto *row = new QHBoxLayout(group);
     row->setContentsMargins(0, 0, 0, 0);
     for (int index = 0; index < suffixes.size(); ++index) {
-        auto *button = new QRadioButton(
-            QCoreApplication::translate(m_context, field.entries.value(index).toLatin1().constData()), group);
+        const QByteArray text = field.entries.value(index).toLatin1();
+        auto *button = new QRadioButton(translated(field, text.constData()), group);
         button->setObjectName(nameOf(field) + suffixes.at(index));
         row->addWidget(button);
     }
@@ -314,6 +314,11 @@ QValidator *FieldTable::validatorFor(const Field &field, QWidget *parent)
     return m_validators.value(key);
 }
 
+QString FieldTable::translated(const Field &field, const char *source) const
+{
+    return QCoreApplication::translate(field.context ? field.context : m_context, source);
+}
+
 QVariant FieldTable::valueOf(const Field &field) const
 {
     QWidget *shown = widget(nameOf(field));
@@ -347,9 +352,7 @@ void FieldTable::show(const Field &field, const QVariant &value, Unknown unknown
         auto *box = qobject_cast<QComboBox *>(shown);
         int index = box->findData(text, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
         if (index < 0 && unknown == Unknown::SelectFallback) {
-            index = field.listFallback
-                ? box->findText(QCoreApplication::translate(m_context, field.listFallback))
-                : 0;
+            index = field.listFallback ? box->findText(translated(field, field.listFallback)) : 0;
         }
         if (index >= 0) {
             box->setCurrentIndex(index);

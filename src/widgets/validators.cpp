@@ -2,6 +2,7 @@
 
 #include <QIntValidator>
 #include <QRegExpValidator>
+#include <QRegularExpressionValidator>
 
 #include <limits>
 
@@ -23,8 +24,9 @@ QValidator *ipv4Validator(QObject *parent)
 
 QValidator *hostNameValidator(QObject *parent)
 {
-    return patternValidator(QStringLiteral("^([a-zA-Z0-9]([-a-zA-Z0-9]*[a-zA-Z0-9])?\\.)+[a-zA-Z]{2,}$"),
-                            parent);
+    const QRegularExpression pattern(
+        QStringLiteral("^([a-zA-Z0-9]([-a-zA-Z0-9]*[a-zA-Z0-9])?\\.)+[a-zA-Z]{2,}$"));
+    return new QRegularExpressionValidator(pattern, parent);
 }
 
 QValidator *noCjkValidator(QObject *parent)

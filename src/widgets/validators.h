@@ -8,7 +8,8 @@ class QValidator;
 
 // Four decimal parts of 0 to 255.
 QValidator *ipv4Validator(QObject *parent);
-// A dotted host name whose last label has letters only.
+// A dotted host name whose last label has letters only. A dotted IP address can be typed: a name may begin
+// so.
 QValidator *hostNameValidator(QObject *parent);
 // Anything but U+04BB to U+FFFD, so that Chinese can't be typed.
 QValidator *noCjkValidator(QObject *parent);

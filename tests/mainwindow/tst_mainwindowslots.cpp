@@ -46,6 +46,7 @@ void tst_MainWindowSlots::slotsAreFoundByName_data()
              "transmitStandardDataToEditDialog(QJsonObject,QStandardItem*)",
              "transmitServiceDataToEditDialog(QJsonObject,QStandardItem*)",
              "transmitBoxDataToEditDialog(QJsonObject,QStandardItem*)",
+             "transmitServerDataToEditDialog(QJsonObject,QStandardItem*)",
              "standardAddFile()",
              "boxAddFile()",
              "boxSearchFile()",
@@ -56,6 +57,8 @@ void tst_MainWindowSlots::slotsAreFoundByName_data()
              "slotDeleteAllFile()",
              "openImportDataDialog()",
              "handleImportedData(QList<QJsonObject>,QString)",
+             "serverAddFile()",
+             "slotServerEditFile()",
              "closeTabByName(QString)",
              "onDataReceived(Protocol::dataMonitoringData)",
          }) {

@@ -91,6 +91,7 @@ private slots:
     void unknownEntry();
     void listEntriesAreMatchedByCase();
     void fallbackIsMetInItsTranslation();
+    void fieldsMayHaveAContextOfTheirOwn();
     void flagIsTakenAsBooleanAndAsText_data();
     void flagIsTakenAsBooleanAndAsText();
     void otherSwitchTextsCheckNeitherButton();
@@ -226,6 +227,35 @@ void TestFieldTable::fallbackIsMetInItsTranslation()
     QStandardItem item;
     page.table.fill(&item);
     QCOMPARE(page.table.text(QStringLiteral("parity")), QStringLiteral("<ODD>"));
+}
+
+void TestFieldTable::fieldsMayHaveAContextOfTheirOwn()
+{
+    class ByContext : public QTranslator
+    {
+    public:
+        bool isEmpty() const override { return false; }
+        QString translate(const char *context, const char *source, const char *, int) const override
+        {
+            return *context ? QString::fromLatin1(context) + QString::fromLatin1(source) : QString();
+        }
+    } translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    QVector<Field> fields(
+        3, {"list", "L", FieldKind::List, parityRole, FieldCheck::None, {QStringLiteral("a")}});
+    fields[1].name = "other";
+    fields[1].context = "Other";
+    fields[2].name = "plain";
+    fields[2].context = "";
+    const Page page(fields);
+    QStringList texts;
+    for (const char *name : {"list", "other", "plain"}) {
+        texts.append(page.table.label(QLatin1String(name))->text());
+        texts.append(page.table.text(QLatin1String(name)));
+    }
+    QCOMPARE(texts,
+             QStringList({QStringLiteral("TestL"), QStringLiteral("Testa"), QStringLiteral("OtherL"),
+                          QStringLiteral("Othera"), QStringLiteral("L"), QStringLiteral("a")}));
 }
 
 void TestFieldTable::flagIsTakenAsBooleanAndAsText_data()

@@ -38,6 +38,8 @@ void TestValidators::letsTypeOnlyWhatItIsFor_data()
         {"ipv4: letter", ipv4Validator, QStringLiteral("192.a"), QValidator::Invalid},
         {"ipv4: blank", ipv4Validator, QStringLiteral("192. "), QValidator::Invalid},
         {"host: dotted", hostNameValidator, QStringLiteral("mqtt.example-1.com"), QValidator::Acceptable},
+        {"host: dotted IP address", hostNameValidator, QStringLiteral("192.168.1.70"),
+         QValidator::Intermediate},
         {"host: one label", hostNameValidator, QStringLiteral("localhost"), QValidator::Intermediate},
         {"host: last label of digits", hostNameValidator, QStringLiteral("a.1"), QValidator::Intermediate},
         {"host: begins with a hyphen", hostNameValidator, QStringLiteral("-a"), QValidator::Invalid},

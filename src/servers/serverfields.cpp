@@ -1,0 +1,98 @@
+#include "servers/serverfields.h"
+
+#include "model/itemroles.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QLabel>
+
+namespace {
+
+QVector<Field> ofThisContext(QVector<Field> fields)
+{
+    for (Field &field : fields) {
+        field.context = ServerFields::context;
+    }
+    return fields;
+}
+
+QVector<Field> identityStoredIn(int protocolRole, const QString &protocol)
+{
+    return ofThisContext({
+        {"name", QT_TRANSLATE_NOOP("ServerFields", "Server Name:"), FieldKind::ReadOnly, Qt::DisplayRole},
+        {"description", QT_TRANSLATE_NOOP("ServerFields", "Description:"), FieldKind::Text,
+         serverDescriptionRole},
+        {"protocol",
+         QT_TRANSLATE_NOOP("ServerFields", "Protocol:"),
+         FieldKind::List,
+         protocolRole,
+         FieldCheck::None,
+         {protocol}},
+    });
+}
+
+} // namespace
+
+QVector<Field> ServerFields::identity(const QString &protocol)
+{
+    return identityStoredIn(serverProtocolRole, protocol);
+}
+
+QVector<Field> ServerFields::cloud(const QString &protocol)
+{
+    Field key{"protocolKey", "", FieldKind::List, serverProtocolRole, FieldCheck::None, {protocol}};
+    key.context = "";
+    return identityStoredIn(FieldTable::noRole, protocol) + QVector<Field>{key}
+    + ofThisContext({{"domainName", QT_TRANSLATE_NOOP("ServerFields", "Domain Name:"), FieldKind::Text,
+                      serverDomainNameRole, FieldCheck::HostName}})
+        + port();
+}
+
+QVector<Field> ServerFields::device()
+{
+    return ofThisContext({
+        {"productKey", QT_TRANSLATE_NOOP("ServerFields", "Product Key:"), FieldKind::Text,
+         serverProductKeyRole, FieldCheck::NoCjk},
+        {"deviceName", QT_TRANSLATE_NOOP("ServerFields", "Device Name:"), FieldKind::Text,
+         serverDeviceNameRole, FieldCheck::NoCjk},
+        {"deviceSecret", QT_TRANSLATE_NOOP("ServerFields", "Device Secret:"), FieldKind::Password,
+         serverDeviceSecretRole, FieldCheck::NoCjk},
+    });
+}
+
+QVector<Field> ServerFields::port()
+{
+    return ofThisContext({{"port", QT_TRANSLATE_NOOP("ServerFields", "Port:"), FieldKind::Text,
+                           serverPortRole, FieldCheck::Port}});
+}
+
+QVector<Field> ServerFields::clientId()
+{
+    return ofThisContext({{"clientId", QT_TRANSLATE_NOOP("ServerFields", "Client ID:"), FieldKind::Text,
+                           serverClientIdRole, FieldCheck::NoCjk}});
+}
+
+QVector<Field> ServerFields::credentials(FieldKind password)
+{
+    return ofThisContext({
+        {"username", QT_TRANSLATE_NOOP("ServerFields", "User Name:"), FieldKind::Text, serverUsernameRole,
+         FieldCheck::NoCjk},
+        {"password", QT_TRANSLATE_NOOP("ServerFields", "Password:"), password, serverPasswordRole,
+         FieldCheck::NoCjk},
+    });
+}
+
+QVector<Field> ServerFields::qos(const QStringList &levels)
+{
+    return ofThisContext({{"qos", QT_TRANSLATE_NOOP("ServerFields", "qos:"), FieldKind::List, serverQosRole,
+                           FieldCheck::None, levels, nullptr, "1"}});
+}
+
+void ServerFields::lockProtocol(const FieldTable &fields)
+{
+    fields.comboBox(QStringLiteral("protocol"))->setEnabled(false);
+    if (QComboBox *key = fields.comboBox(QStringLiteral("protocolKey"))) {
+        key->hide();
+        fields.label(QStringLiteral("protocolKey"))->hide();
+    }
+}

@@ -1,0 +1,27 @@
+#include "servers/serveronenetmqtteditdialog.h"
+
+#include "servers/serverfields.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+QVector<Field> cloudFields()
+{
+    // The provider refuses a subscription of level 2: two levels, on purpose.
+    return ServerFields::cloud(QStringLiteral("OneNetMQTT")) + ServerFields::device()
+        + ServerFields::qos({QStringLiteral("0"), QStringLiteral("1")});
+}
+
+} // namespace
+
+ServerOneNetMQTTEditDialog::ServerOneNetMQTTEditDialog(QStandardItem *item, Workspace *workspace)
+    : ServerForm({"ServerOneNetMQTTEditDialog",
+                  QT_TRANSLATE_NOOP("ServerOneNetMQTTEditDialog", "Edit Server"),
+                  QT_TRANSLATE_NOOP("ServerOneNetMQTTEditDialog",
+                                    "The Server OneNetMQTT '%1' is saved successfully.")},
+                 cloudFields(), item, workspace)
+{
+    ServerFields::lockProtocol(fields());
+    open();
+}

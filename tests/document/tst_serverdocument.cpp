@@ -1,0 +1,398 @@
+#include "document/serverdocument.h"
+
+#include "readertest.h"
+
+// A Server as an object of the document: the object that is written, and the roles that are read from one.
+class TestServerDocument : public QObject
+{
+    Q_OBJECT
+private slots:
+    void writesTheKeysOfTheProtocol_data();
+    void writesTheKeysOfTheProtocol();
+    void unsetRolesAreWrittenAsEmptyTexts_data();
+    void unsetRolesAreWrittenAsEmptyTexts();
+    void stationTypeIsWrittenInHexadecimal_data();
+    void stationTypeIsWrittenInHexadecimal();
+    void commandCodeIsWrittenAsAConstant();
+    void writesRows_data();
+    void writesRows();
+    void readsTheKeysOfTheProtocol_data();
+    void readsTheKeysOfTheProtocol();
+    void missingKeysEmptyTheirRoles_data();
+    void missingKeysEmptyTheirRoles();
+    void stationTypeIsReadFromHexadecimal_data();
+    void stationTypeIsReadFromHexadecimal();
+    void readsRows_data();
+    void readsRows();
+    void writtenServerIsReadBack_data();
+    void writtenServerIsReadBack();
+    void serversNeverReachTheFile();
+};
+
+namespace {
+
+constexpr int firstRole = serverDescriptionRole;
+constexpr int lastRole = serverInputRegistersRole;
+
+// Every text role holds "v" and its offset; station type and system code are numbers.
+void fill(QStandardItem *item, const QString &protocol)
+{
+    for (int role = firstRole; role <= lastRole; ++role) {
+        item->setData(QStringLiteral("v%1").arg(role - Qt::UserRole), role);
+    }
+    item->setData(protocol, serverProtocolRole);
+    item->setData(1, serverPayloadFormatRole);
+    item->setData(22, serverSystemCodeRole);
+    item->setData(75, serverRemoteStationTypeRole);
+    item->setData(QVariant::fromValue(rows({{S("p"), S("n"), S("c")}})), serverPointsRole);
+    const RowList holding = rows({{S("p"), S("h"), S("bool"), S("0"), S("1")}});
+    const RowList input = rows({{S("p"), S("i"), S("float"), S("1"), S("2")}});
+    item->setData(QVariant::fromValue(holding), serverHoldingRegistersRole);
+    item->setData(QVariant::fromValue(input), serverInputRegistersRole);
+}
+
+struct Example {
+    const char *protocol;
+    const char *json; // of an item filled as above
+};
+
+const Example examples[] = {
+    {"MQTT", R"({"name": "S", "description": "v3", "protocol": "MQTT", "ip": "v5", "port": "v6",
+        "payloadFormat": "1", "reportTopic": "v8", "reportJS": "v10", "writeTopic": "v9", "writeJS": "v11",
+        "clientId": "v12", "username": "v13", "password": "v14", "qos": "v15"})"},
+    {"ModbusTCP(Slave)", R"json({"name": "S", "protocol": "ModbusTCP(Slave)", "type": "v28", "port": "v6",
+        "datas": [{"plcname": "p", "name": "h", "dataType": "bool", "addr": "0", "length": "1",
+                   "register": "4"},
+                  {"plcname": "p", "name": "i", "dataType": "float", "addr": "1", "length": "2",
+                   "register": "3"}]})json"},
+    {"AliMQTT", R"({"name": "S", "description": "v3", "protocol": "AliMQTT", "domainName": "v16",
+        "port": "v6", "productKey": "v17", "deviceName": "v18", "deviceSecret": "v19", "qos": "v15"})"},
+    {"OneNetMQTT", R"({"name": "S", "description": "v3", "protocol": "OneNetMQTT", "domainName": "v16",
+        "port": "v6", "productKey": "v17", "deviceName": "v18", "deviceSecret": "v19", "qos": "v15"})"},
+    {"HuaWeiMQTT", R"({"name": "S", "description": "v3", "protocol": "HuaWeiMQTT", "domainName": "v16",
+        "port": "v6", "clientId": "v12", "username": "v13", "password": "v14", "serviceId": "v20",
+        "qos": "v15"})"},
+    {"HJ212", R"({"name": "S", "protocol": "HJ212", "ip": "v5", "port": "v6", "MN": "v12", "PW": "v14",
+        "ST": "22", "Flag": "4", "CN": "2011",
+        "datas": [{"plcname": "p", "name": "n", "factorCode": "c"}]})"},
+    {"SL651", R"({"name": "S", "protocol": "SL651", "ip": "v5", "port": "v6",
+        "centralStationAddress": "v24", "remoteStationAddress": "v25", "passwd": "v14",
+        "remoteStationType": "4B", "datas": [{"plcname": "p", "name": "n", "code": "c"}]})"},
+    {"OpcUaServer", R"({"name": "S", "description": "v3", "protocol": "OpcUaServer", "port": "v6",
+        "anonymous": "v27", "username": "v13", "password": "v14"})"},
+    {"mqtt", R"({"name": "S"})"},
+    {"", R"({"name": "S"})"},
+};
+
+void addExamples()
+{
+    QTest::addColumn<QByteArray>("json");
+    for (const Example &example : examples) {
+        QTest::newRow(example.protocol) << QByteArray(example.json);
+    }
+}
+
+QByteArray bytesOf(const QStandardItem &item)
+{
+    return QJsonDocument(serverObject(item)).toJson();
+}
+
+} // namespace
+
+void TestServerDocument::writesTheKeysOfTheProtocol_data()
+{
+    addExamples();
+}
+
+void TestServerDocument::writesTheKeysOfTheProtocol()
+{
+    QFETCH(QByteArray, json);
+    QStandardItem item(S("S"));
+    fill(&item, QString::fromLatin1(QTest::currentDataTag()));
+    QCOMPARE(bytesOf(item), onDisk(json.constData()));
+}
+
+void TestServerDocument::unsetRolesAreWrittenAsEmptyTexts_data()
+{
+    addExamples();
+}
+
+void TestServerDocument::unsetRolesAreWrittenAsEmptyTexts()
+{
+    QFETCH(QByteArray, json);
+    QJsonObject expected = parse(json.constData());
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    for (const QString &key : expected.keys()) {
+        expected.insert(key, expected.value(key).isArray() ? QJsonValue(QJsonArray()) : QJsonValue(S()));
+    }
+    const QJsonObject fixed{{S("name"), S("S")},
+                            {S("protocol"), protocol},
+                            {S("Flag"), S("4")},
+                            {S("CN"), S("2011")},
+                            {S("remoteStationType"), S("0")}};
+    for (auto it = fixed.begin(); it != fixed.end(); ++it) {
+        if (expected.contains(it.key())) {
+            expected.insert(it.key(), it.value());
+        }
+    }
+    QStandardItem item(S("S"));
+    item.setData(protocol, serverProtocolRole);
+    QCOMPARE(bytesOf(item), QJsonDocument(expected).toJson());
+}
+
+void TestServerDocument::stationTypeIsWrittenInHexadecimal_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QString>("written");
+    QTest::newRow("80") << QVariant(80) << S("50");
+    QTest::newRow("72") << QVariant(72) << S("48");
+    QTest::newRow("75") << QVariant(75) << S("4B");
+    QTest::newRow("90") << QVariant(90) << S("5A");
+    QTest::newRow("68") << QVariant(68) << S("44");
+    QTest::newRow("84") << QVariant(84) << S("54");
+    QTest::newRow("77") << QVariant(77) << S("4D");
+    QTest::newRow("71") << QVariant(71) << S("47");
+    QTest::newRow("81") << QVariant(81) << S("51");
+    QTest::newRow("73") << QVariant(73) << S("49");
+    QTest::newRow("79") << QVariant(79) << S("4F");
+    QTest::newRow("text") << QVariant(S("79")) << S("4F");
+    QTest::newRow("no number") << QVariant(S("4F")) << S("0");
+    QTest::newRow("unset") << QVariant() << S("0");
+}
+
+void TestServerDocument::stationTypeIsWrittenInHexadecimal()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QString, written);
+    QStandardItem item(S("S"));
+    item.setData(S("SL651"), serverProtocolRole);
+    item.setData(stored, serverRemoteStationTypeRole);
+    QCOMPARE(serverObject(item).value(S("remoteStationType")), QJsonValue(written));
+}
+
+void TestServerDocument::commandCodeIsWrittenAsAConstant()
+{
+    QStandardItem item(S("S"));
+    item.setData(S("HJ212"), serverProtocolRole);
+    for (const char *code : {"", "2011", "2051"}) {
+        item.setData(S(code), serverCommandCodeRole);
+        QCOMPARE(serverObject(item).value(S("CN")), QJsonValue(S("2011")));
+        QCOMPARE(serverObject(item).value(S("Flag")), QJsonValue(S("4")));
+    }
+}
+
+void TestServerDocument::writesRows_data()
+{
+    QTest::addColumn<int>("role");
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QByteArray>("datas");
+    const QVariant two = QVariant::fromValue(RowList{{S("a"), S("b"), S("c"), S("d"), S("e"), S("f")}, {1}});
+    const auto holding = int(serverHoldingRegistersRole);
+    const auto input = int(serverInputRegistersRole);
+    const auto points = int(serverPointsRole);
+    QTest::newRow("ModbusTCP(Slave)") << holding << two << QByteArray(R"([
+        {"plcname": "a", "name": "b", "dataType": "c", "addr": "d", "length": "e", "register": "4"},
+        {"plcname": "1", "name": "", "dataType": "", "addr": "", "length": "", "register": "4"}])");
+    QTest::newRow("ModbusTCP(Slave) input") << input << two << QByteArray(R"([
+        {"plcname": "a", "name": "b", "dataType": "c", "addr": "d", "length": "e", "register": "3"},
+        {"plcname": "1", "name": "", "dataType": "", "addr": "", "length": "", "register": "3"}])");
+    QTest::newRow("HJ212") << points << two << QByteArray(R"([
+        {"plcname": "a", "name": "b", "factorCode": "c"}, {"plcname": "1", "name": "", "factorCode": ""}])");
+    QTest::newRow("SL651") << points << two << QByteArray(R"([
+        {"plcname": "a", "name": "b", "code": "c"}, {"plcname": "1", "name": "", "code": ""}])");
+    QTest::newRow("SL651 of the wrong type") << points << QVariant(S("rows")) << QByteArray("[]");
+    QTest::newRow("HJ212 without rows") << points << QVariant() << QByteArray("[]");
+}
+
+void TestServerDocument::writesRows()
+{
+    QFETCH(int, role);
+    QFETCH(QVariant, stored);
+    QFETCH(QByteArray, datas);
+    QStandardItem item(S("S"));
+    item.setData(QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(' '), 0, 0),
+                 serverProtocolRole);
+    item.setData(stored, role);
+    QCOMPARE(QJsonDocument(serverObject(item).value(S("datas")).toArray()).toJson(),
+             QJsonDocument::fromJson(datas).toJson());
+}
+
+namespace {
+
+// The roles that are read of the examples, other than protocol and description.
+QStringList readRoles(const QString &protocol)
+{
+    const QString points = S("+23 rows [QString p, QString n, QString c]");
+    if (protocol == S("MQTT")) {
+        return QStringList{line(5, "v5"),   line(6, "v6"),   line(7, "1"),    line(8, "v8"),
+                           line(9, "v9"),   line(10, "v10"), line(11, "v11"), line(12, "v12"),
+                           line(13, "v13"), line(14, "v14"), line(15, "v15")};
+    }
+    if (protocol == S("ModbusTCP(Slave)")) {
+        return {line(6, "v6"), line(28, "v28"),
+                S("+29 rows [QString p, QString h, QString bool, QString 0, QString 1]"),
+                S("+30 rows [QString p, QString i, QString float, QString 1, QString 2]")};
+    }
+    if (protocol == S("AliMQTT") || protocol == S("OneNetMQTT")) {
+        return {line(6, "v6"),   line(15, "v15"), line(16, "v16"),
+                line(17, "v17"), line(18, "v18"), line(19, "v19")};
+    }
+    if (protocol == S("HuaWeiMQTT")) {
+        return {line(6, "v6"),   line(12, "v12"), line(13, "v13"), line(14, "v14"),
+                line(15, "v15"), line(16, "v16"), line(20, "v20")};
+    }
+    if (protocol == S("HJ212")) {
+        return {line(5, "v5"), line(6, "v6"), line(12, "v12"), line(14, "v14"), line(21, "22"), points};
+    }
+    if (protocol == S("SL651")) {
+        return {line(5, "v5"), line(6, "v6"), points, line(24, "v24"), line(25, "v25"), line(26, "75")};
+    }
+    if (protocol == S("OpcUaServer")) {
+        return {line(6, "v6"), line(13, "v13"), line(14, "v14"), line(27, "v27")};
+    }
+    return {};
+}
+
+bool isDescribed(const QString &protocol)
+{
+    return protocol.contains(S("MQTT")) || protocol == S("OpcUaServer");
+}
+
+} // namespace
+
+void TestServerDocument::readsTheKeysOfTheProtocol_data()
+{
+    addExamples();
+}
+
+// The example with members of all the others, so that what is read shows whose it is.
+void TestServerDocument::readsTheKeysOfTheProtocol()
+{
+    QFETCH(QByteArray, json);
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    QJsonObject object;
+    for (const Example &example : examples) {
+        const QJsonObject other = parse(example.json);
+        for (auto it = other.begin(); it != other.end(); ++it) {
+            object.insert(it.key(), it.value());
+        }
+    }
+    const QJsonObject own = parse(json.constData());
+    for (auto it = own.begin(); it != own.end(); ++it) {
+        object.insert(it.key(), it.value());
+    }
+    object.insert(S("protocol"), protocol);
+    QCOMPARE(rolesAfter(transmitServerData, object),
+             QStringList({line(3, "v3"), S("+4 QString ") + protocol}) + readRoles(protocol));
+}
+
+void TestServerDocument::missingKeysEmptyTheirRoles_data()
+{
+    addExamples();
+}
+
+// Over an item on which each role holds something: those of the protocol are emptied, the others stay.
+void TestServerDocument::missingKeysEmptyTheirRoles()
+{
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    QStringList expected = lines(firstRole - Qt::UserRole, lastRole - Qt::UserRole, "old");
+    const auto put = [&expected](const QString &roleLine) {
+        expected[roleLine.section(QLatin1Char(' '), 0, 0).toInt() - 3] = roleLine;
+    };
+    for (const QString &read : readRoles(protocol)) {
+        const QString offset = read.section(QLatin1Char(' '), 0, 0);
+        put(offset + (read.contains(S(" rows ")) ? S(" rows ") : S(" QString ")));
+    }
+    put(S("+3 QString "));
+    put(S("+4 QString ") + protocol);
+    if (protocol == S("SL651")) {
+        put(S("+26 QString 0"));
+    }
+    QCOMPARE(rolesOver(transmitServerData, {{S("protocol"), protocol}}, firstRole, lastRole), expected);
+}
+
+void TestServerDocument::stationTypeIsReadFromHexadecimal_data()
+{
+    QTest::addColumn<QJsonValue>("written");
+    QTest::addColumn<QString>("stored");
+    QTest::newRow("4B") << QJsonValue(S("4B")) << S("75");
+    QTest::newRow("lower case") << QJsonValue(S("4b")) << S("75");
+    QTest::newRow("digits") << QJsonValue(S("50")) << S("80");
+    QTest::newRow("no number") << QJsonValue(S("XY")) << S("0");
+    QTest::newRow("empty") << QJsonValue(S()) << S("0");
+    QTest::newRow("JSON number") << QJsonValue(75) << S("0");
+}
+
+void TestServerDocument::stationTypeIsReadFromHexadecimal()
+{
+    QFETCH(QJsonValue, written);
+    QFETCH(QString, stored);
+    QStandardItem item;
+    transmitServerData({{S("protocol"), S("SL651")}, {S("remoteStationType"), written}}, &item);
+    QCOMPARE(item.data(serverRemoteStationTypeRole), QVariant(stored));
+}
+
+void TestServerDocument::readsRows_data()
+{
+    QTest::addColumn<QByteArray>("datas");
+    QTest::addColumn<QStringList>("lists");
+    const QString none = S("+29 rows ");
+    QTest::newRow("registers apart")
+        << QByteArray(R"([{"name": "a", "register": "3"},
+        {"name": "b", "register": "4"}, {"name": "c", "register": "3"}])")
+        << QStringList({S("+29 rows [QString , QString b, QString , QString , QString ]"),
+                        S("+30 rows [QString , QString a, QString , QString , QString ] "
+                          "[QString , QString c, QString , QString , QString ]")});
+    QTest::newRow("other registers are dropped")
+        << QByteArray(R"([{"name": "a", "register": "1"}, {"name": "b"}, {"name": "c", "register": 4},
+                          {"name": "d", "register": ""}, 7, "text"])")
+        << QStringList({S("+29 rows "), S("+30 rows ")});
+    QTest::newRow("empty") << QByteArray("[]") << QStringList({none, S("+30 rows ")});
+}
+
+void TestServerDocument::readsRows()
+{
+    QFETCH(QByteArray, datas);
+    QFETCH(QStringList, lists);
+    const QJsonObject object{{S("protocol"), S("ModbusTCP(Slave)")},
+                             {S("datas"), QJsonDocument::fromJson(datas).array()}};
+    const QStringList roles = rolesAfter(transmitServerData, object);
+    QCOMPARE(roles.mid(roles.size() - 2), lists);
+}
+
+void TestServerDocument::writtenServerIsReadBack_data()
+{
+    addExamples();
+}
+
+void TestServerDocument::writtenServerIsReadBack()
+{
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    QStandardItem item(S("S"));
+    fill(&item, protocol);
+    const QJsonObject written = serverObject(item);
+    // An unknown protocol is not in its object, and reads as none.
+    const bool isKnown = written.contains(S("protocol"));
+    QCOMPARE(rolesAfter(transmitServerData, written),
+             QStringList(
+                 {line(3, isDescribed(protocol) ? "v3" : ""), S("+4 QString ") + (isKnown ? protocol : S())})
+                 + readRoles(protocol));
+}
+
+void TestServerDocument::serversNeverReachTheFile()
+{
+    QStandardItem project(S("P"));
+    project.appendRow(new QStandardItem(S("Box")));
+    const QByteArray before = projectDocument(&project);
+    auto *folder = new QStandardItem(S("Server"));
+    for (const Example &example : examples) {
+        auto *server = new QStandardItem(S("S"));
+        fill(server, QString::fromLatin1(example.protocol));
+        folder->appendRow(server);
+    }
+    project.appendRow(folder);
+    QCOMPARE(projectDocument(&project), before);
+}
+
+QTEST_GUILESS_MAIN(TestServerDocument)
+#include "tst_serverdocument.moc"

@@ -1,0 +1,373 @@
+#include "mainwindow/resourcekinds.h"
+
+#include "mainwindow/editortabs.h"
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+#include "support/projectdump.h"
+#include "windowundertest.h"
+
+#include <QComboBox>
+
+using Window = WindowUnderTest;
+
+static const QString editServer = QStringLiteral("Edit Server");
+static const QString editBox = QStringLiteral("Edit Box");
+
+// Servers in the main window. A project has no folder for them, so the tests add one and call the slots by
+// name.
+class tst_ServerTabs : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void addedServerHasItsRolesAndIcon_data();
+    void addedServerHasItsRolesAndIcon();
+    void addedServerOpensItsTabAtOnce();
+    void addingRefuses_data();
+    void addingRefuses();
+    void cancelledAddingChangesNothing();
+    void namesOfOtherFoldersAreFree();
+    void folderHasOneSlaveAtMost();
+
+    void protocolChoosesTheForm_data();
+    void protocolChoosesTheForm();
+    void sameProtocolIsRebound();
+    void otherProtocolReplacesTheTab();
+    void saveKeepsTheTabAndCancelClosesIt();
+    void unknownProtocolOpensAnEmptyTabEachTime();
+    void tabStandsBesideItsNeighbours_data();
+    void tabStandsBesideItsNeighbours();
+    void slotsNeedACurrentItem();
+    void currentServerFormIsTheOpcUaForm();
+    void noClickLeadsToAServer();
+    void readerSlotFillsOneItem();
+
+private:
+    void invoke(const char *slot) { QVERIFY(QMetaObject::invokeMethod(m_window.data(), slot)); }
+    QStandardItem *addServer(const char *name, const char *protocol) const
+    {
+        QStandardItem *item = ProjectTree::appendDefinition(m_folder, QString::fromLatin1(name), QString());
+        item->setData(QString::fromLatin1(protocol), serverProtocolRole);
+        return item;
+    }
+    QDialog *open(const QStandardItem *item)
+    {
+        m_window->select(item);
+        invoke("slotServerEditFile");
+        return m_window->form(editServer);
+    }
+    static void fillIn(QWidget *dialog, const QString &name, const QString &protocol);
+    void add(const QString &name, const QString &protocol);
+
+    QScopedPointer<Window> m_window;
+    QStandardItem *m_project = nullptr;
+    QStandardItem *m_folder = nullptr;
+};
+
+void tst_ServerTabs::init()
+{
+    m_window.reset(new Window);
+    m_project = m_window->addProject(QStringLiteral("plant"));
+    m_folder = ProjectTree::appendDefinition(m_project, QStringLiteral("Server"), QString());
+}
+
+void tst_ServerTabs::cleanup()
+{
+    m_window.reset();
+}
+
+void tst_ServerTabs::fillIn(QWidget *dialog, const QString &name, const QString &protocol)
+{
+    Window::input<QLineEdit>(dialog, "name")->setText(name);
+    Window::input<QLineEdit>(dialog, "description")->setText(QStringLiteral("up"));
+    auto *list = Window::input<QComboBox>(dialog, "protocol");
+    list->setCurrentIndex(list->findData(protocol));
+    Window::input<QLineEdit>(dialog, "ip")->setText(QStringLiteral("10.0.0.1"));
+    Window::input<QLineEdit>(dialog, "domainName")->setText(QStringLiteral("a.example.com"));
+    Window::press(dialog, "okButton");
+}
+
+void tst_ServerTabs::add(const QString &name, const QString &protocol)
+{
+    m_window->select(m_folder);
+    ModalDialogs dialogs;
+    dialogs.expect([&](QWidget *dialog) { fillIn(dialog, name, protocol); });
+    invoke("serverAddFile");
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(dialogs.pending(), 0);
+}
+
+void tst_ServerTabs::addedServerHasItsRolesAndIcon_data()
+{
+    QTest::addColumn<QString>("icon");
+    QTest::addColumn<QString>("port");
+    QTest::newRow("MQTT") << QStringLiteral("MQTT") << QStringLiteral("1883");
+    QTest::newRow("AliMQTT") << QStringLiteral("ali") << QStringLiteral("1883");
+    QTest::newRow("OneNetMQTT") << QStringLiteral("onenet") << QStringLiteral("1883");
+    QTest::newRow("HuaWeiMQTT") << QStringLiteral("HuaWei") << QStringLiteral("8883");
+    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("server-file") << QStringLiteral("502");
+    QTest::newRow("HJ212") << QStringLiteral("HJ212") << QString();
+    QTest::newRow("SL651") << QStringLiteral("SL651") << QString();
+    QTest::newRow("OpcUaServer") << QStringLiteral("OpcUaServer") << QStringLiteral("4840");
+}
+
+void tst_ServerTabs::addedServerHasItsRolesAndIcon()
+{
+    QFETCH(QString, icon);
+    QFETCH(QString, port);
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    // Without its tab, whose form may write more into the item.
+    const auto resource = [&] {
+        ModalDialogs dialogs;
+        dialogs.expect([&](QWidget *dialog) { fillIn(dialog, QStringLiteral("north"), protocol); });
+        return ResourceKinds::addServer().ask(m_window.data(), m_folder);
+    }();
+    QVERIFY(resource);
+    const QVector<QPair<int, QVariant>> roles{{serverDescriptionRole, QStringLiteral("up")},
+                                              {serverProtocolRole, protocol},
+                                              {serverIpRole, QStringLiteral("10.0.0.1")},
+                                              {serverPortRole, port},
+                                              {serverDomainNameRole, QStringLiteral("a.example.com")}};
+    QCOMPARE(resource->name, QStringLiteral("north"));
+    QCOMPARE(resource->roles, roles);
+
+    add(QStringLiteral("north"), protocol);
+    QCOMPARE(ProjectDump::shape(m_folder), QStringLiteral("Server(north())"));
+    const QStandardItem *server = m_folder->child(0);
+    for (const auto &role : roles) {
+        QCOMPARE(server->data(role.first), role.second);
+    }
+    QCOMPARE(ProjectDump::iconBytes(server->icon()),
+             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/%1.svg").arg(icon)));
+}
+
+void tst_ServerTabs::addedServerOpensItsTabAtOnce()
+{
+    add(QStringLiteral("north"), QStringLiteral("OpcUaServer"));
+    QCOMPARE(m_window->currentItem(), m_folder->child(0));
+    const QDialog *form = m_window->form(editServer);
+    QVERIFY(form);
+    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), QStringLiteral("north"));
+    QCOMPARE(Window::input<QLineEdit>(form, "port")->text(), QStringLiteral("4840"));
+    QCOMPARE(Window::input<QComboBox>(form, "anonymous")->currentText(), QStringLiteral("false"));
+    QCOMPARE(Window::input<QLineEdit>(form, "username")->text(), QString());
+    QCOMPARE(Window::input<QLineEdit>(form, "password")->text(), QString());
+}
+
+void tst_ServerTabs::addingRefuses_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("no name") << QString() << QStringLiteral("Warning|Server Name cannot be empty.");
+    QTest::newRow("taken name")
+        << QStringLiteral("taken")
+        << QStringLiteral(
+               "Warning|A server file with the same name already exists in this folder. Please use "
+               "a different name.");
+}
+
+void tst_ServerTabs::addingRefuses()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, told);
+    addServer("taken", "MQTT");
+    const QStringList before = ProjectDump::tree(m_project);
+    const QList<QStringList> areas = m_window->areas();
+    MessageBoxes boxes;
+    boxes.expect();
+    add(name, QStringLiteral("HJ212"));
+    QCOMPARE(boxes.told(), QStringList(told));
+    QCOMPARE(ProjectDump::tree(m_project), before);
+    QCOMPARE(m_window->areas(), areas);
+}
+
+void tst_ServerTabs::cancelledAddingChangesNothing()
+{
+    m_window->select(m_folder);
+    ModalDialogs dialogs;
+    MessageBoxes boxes;
+    dialogs.expect([](QWidget *dialog) { Window::press(dialog, "cancelButton"); });
+    invoke("serverAddFile");
+    QCOMPARE(dialogs.pending(), 0);
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(m_folder->rowCount(), 0);
+    QCOMPARE(m_window->countOf(editServer), 0);
+}
+
+void tst_ServerTabs::namesOfOtherFoldersAreFree()
+{
+    Window::addStandard(m_project, QStringLiteral("north"), QStringLiteral("Modbus"));
+    addServer("NORTH", "MQTT");
+    MessageBoxes boxes;
+    add(QStringLiteral("north"), QStringLiteral("MQTT"));
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(ProjectDump::shape(m_folder), QStringLiteral("Server(NORTH() north())"));
+}
+
+void tst_ServerTabs::folderHasOneSlaveAtMost()
+{
+    addServer("a", "MQTT");
+    addServer("b", "ModbusTCP(Slave)");
+    MessageBoxes boxes;
+    boxes.expect();
+    add(QStringLiteral("c"), QStringLiteral("ModbusTCP(Slave)"));
+    QCOMPARE(boxes.told(),
+             QStringList(QStringLiteral(
+                 "Warning|A ModbusTCP(Slave) file already exists. You cannot create another one.")));
+    QCOMPARE(m_folder->child(2)->data(serverProtocolRole).toString(), QStringLiteral("MQTT"));
+    QCOMPARE(m_folder->child(2)->data(serverPortRole).toString(), QStringLiteral("1883"));
+}
+
+void tst_ServerTabs::protocolChoosesTheForm_data()
+{
+    QTest::addColumn<QString>("className");
+    QTest::newRow("MQTT") << QStringLiteral("ServerEditDialog");
+    QTest::newRow("AliMQTT") << QStringLiteral("ServerAliMQTTEditDialog");
+    QTest::newRow("OneNetMQTT") << QStringLiteral("ServerOneNetMQTTEditDialog");
+    QTest::newRow("HuaWeiMQTT") << QStringLiteral("ServerHuaWeiMQTTEditDialog");
+    QTest::newRow("OpcUaServer") << QStringLiteral("ServerOPCUAEditDialog");
+}
+
+void tst_ServerTabs::protocolChoosesTheForm()
+{
+    QFETCH(QString, className);
+    const QDialog *form = open(addServer("a", QTest::currentDataTag()));
+    QVERIFY(form);
+    QCOMPARE(QString::fromLatin1(form->metaObject()->className()), className);
+    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), QStringLiteral("a"));
+    const ads::CDockWidget *tab = m_window->tab(editServer);
+    QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+    QVERIFY(!tab->icon().isNull());
+    QCOMPARE(form->windowTitle(), tab->windowTitle());
+}
+
+void tst_ServerTabs::sameProtocolIsRebound()
+{
+    const QPointer<QDialog> form = open(addServer("a", "AliMQTT"));
+    Window::input<QLineEdit>(form, "port")->setText(QStringLiteral("typed"));
+    QCOMPARE(open(addServer("b", "AliMQTT")), form.data());
+    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), QStringLiteral("b"));
+    QCOMPARE(Window::input<QLineEdit>(form, "port")->text(), QString());
+    QCOMPARE(m_window->countOf(editServer), 1);
+}
+
+void tst_ServerTabs::otherProtocolReplacesTheTab()
+{
+    const QPointer<QDialog> old = open(addServer("a", "AliMQTT"));
+    const QDialog *form = open(addServer("b", "OneNetMQTT"));
+    QVERIFY(form != old);
+    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), QStringLiteral("b"));
+    QCOMPARE(m_window->countOf(editServer), 1);
+    Window::settle();
+    QVERIFY(!old);
+}
+
+void tst_ServerTabs::saveKeepsTheTabAndCancelClosesIt()
+{
+    QStandardItem *item = addServer("a", "MQTT");
+    const QPointer<QDialog> form = open(item);
+    Window::input<QLineEdit>(form, "port")->setText(QStringLiteral("1884"));
+    Window::press(form, "saveButton");
+    QCOMPARE(item->data(serverPortRole).toString(), QStringLiteral("1884"));
+    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The Server MQTT 'a' is saved successfully.")));
+    QCOMPARE(m_window->form(editServer), form.data());
+    Window::input<QLineEdit>(form, "port")->setText(QStringLiteral("typed"));
+    Window::press(form, "cancelButton");
+    QCOMPARE(m_window->tab(editServer), nullptr);
+    Window::settle();
+    QVERIFY(!form);
+    QCOMPARE(item->data(serverPortRole).toString(), QStringLiteral("1884"));
+}
+
+void tst_ServerTabs::unknownProtocolOpensAnEmptyTabEachTime()
+{
+    const QPointer<QDialog> old = open(addServer("a", "MQTT"));
+    const QStandardItem *unknown = addServer("b", "mqtt");
+    QCOMPARE(open(unknown), nullptr);
+    open(addServer("c", ""));
+    QCOMPARE(m_window->countOf(editServer), 2);
+    QCOMPARE(m_window->tabs(editServer).size(), 0);
+    Window::settle();
+    QVERIFY(!old);
+    const QList<ads::CDockWidget *> docks = m_window->dockManager()->findChildren<ads::CDockWidget *>();
+    for (const ads::CDockWidget *dock : docks) {
+        if (dock->windowTitle() == editServer) {
+            QVERIFY(!dock->widget());
+            QVERIFY(dock->icon().isNull());
+            QVERIFY(!dock->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+        }
+    }
+}
+
+void tst_ServerTabs::tabStandsBesideItsNeighbours_data()
+{
+    QTest::addColumn<QString>("neighbour");
+    for (const char *title : {"Edit Service", "Edit Standard", "Edit Box", "Edit PLC", "Edit Project"}) {
+        QTest::newRow(title) << QString::fromLatin1(title);
+    }
+}
+
+void tst_ServerTabs::tabStandsBesideItsNeighbours()
+{
+    QFETCH(QString, neighbour);
+    EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
+    tabs.place(tabs.make(neighbour, new QDialog(nullptr, Qt::Widget)), {});
+    open(addServer("a", "MQTT"));
+    QVERIFY(m_window->areas().contains(QStringList({neighbour, editServer})));
+}
+
+void tst_ServerTabs::slotsNeedACurrentItem()
+{
+    m_window->projectTree()->setCurrentIndex(QModelIndex());
+    ModalDialogs dialogs;
+    invoke("serverAddFile");
+    invoke("slotServerEditFile");
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(m_window->countOf(editServer), 0);
+}
+
+void tst_ServerTabs::currentServerFormIsTheOpcUaForm()
+{
+    QCOMPARE(m_window->currentServerForm(), nullptr);
+    open(addServer("a", "MQTT"));
+    QCOMPARE(m_window->currentServerForm(), nullptr);
+    const QPointer<QDialog> form = open(addServer("b", "OpcUaServer"));
+    QCOMPARE(m_window->currentServerForm(), form.data());
+    // Re-bound, it is the same form.
+    open(addServer("c", "OpcUaServer"));
+    QCOMPARE(m_window->currentServerForm(), form.data());
+    // A form of another kind does not clear it; it goes with its own form.
+    for (const char *protocol : {"AliMQTT", "OneNetMQTT", "HuaWeiMQTT", "unknown"}) {
+        QVERIFY(open(addServer("d", protocol)) != form);
+        QVERIFY(!form || m_window->currentServerForm() == form);
+    }
+    Window::settle();
+    QVERIFY(!form);
+    QCOMPARE(m_window->currentServerForm(), nullptr);
+    const QDialog *next = open(addServer("e", "OpcUaServer"));
+    QVERIFY(next);
+    QCOMPARE(m_window->currentServerForm(), next);
+}
+
+void tst_ServerTabs::noClickLeadsToAServer()
+{
+    m_window->click(addServer("a", "MQTT"));
+    m_window->click(m_folder);
+    QCOMPARE(m_window->countOf(editServer), 0);
+}
+
+void tst_ServerTabs::readerSlotFillsOneItem()
+{
+    QStandardItem item;
+    const QJsonObject object{{QStringLiteral("protocol"), QStringLiteral("AliMQTT")},
+                             {QStringLiteral("productKey"), QStringLiteral("key")}};
+    QVERIFY(QMetaObject::invokeMethod(m_window.data(), "transmitServerDataToEditDialog",
+                                      Q_ARG(QJsonObject, object), Q_ARG(QStandardItem *, &item)));
+    QCOMPARE(item.data(serverProtocolRole).toString(), QStringLiteral("AliMQTT"));
+    QCOMPARE(item.data(serverProductKeyRole).toString(), QStringLiteral("key"));
+}
+
+QTEST_MAIN(tst_ServerTabs)
+#include "tst_servertabs.moc"

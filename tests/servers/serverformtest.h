@@ -1,0 +1,161 @@
+#pragma once
+
+#include "model/itemroles.h"
+#include "servers/serveralimqtteditdialog.h"
+#include "servers/servereditdialog.h"
+#include "servers/serverhuaweimqtteditdialog.h"
+#include "servers/serveronenetmqtteditdialog.h"
+#include "servers/serveropcuaeditdialog.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QIntValidator>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegExpValidator>
+#include <QRegularExpressionValidator>
+#include <QStandardItemModel>
+#include <QTextEdit>
+#include <QTranslator>
+#include <QtTest>
+
+// What the tests of the forms of Servers share.
+namespace ServerFormTest {
+
+// The form of a protocol; null for one that is not of this family.
+inline ServerForm *make(const QString &protocol, QStandardItem *item, Workspace *workspace)
+{
+    if (protocol == QLatin1String("MQTT")) {
+        return new ServerEditDialog(item, workspace);
+    }
+    if (protocol == QLatin1String("AliMQTT")) {
+        return new ServerAliMQTTEditDialog(item, workspace);
+    }
+    if (protocol == QLatin1String("OneNetMQTT")) {
+        return new ServerOneNetMQTTEditDialog(item, workspace);
+    }
+    if (protocol == QLatin1String("HuaWeiMQTT")) {
+        return new ServerHuaWeiMQTTEditDialog(item, workspace);
+    }
+    return protocol == QLatin1String("OpcUaServer") ? new ServerOPCUAEditDialog(item, workspace) : nullptr;
+}
+
+inline QStandardItem *addServer(QStandardItemModel *model, const QString &name, const QString &protocol)
+{
+    auto *item = new QStandardItem(name);
+    item->setData(protocol, serverProtocolRole);
+    model->appendRow(item);
+    return item;
+}
+
+inline QString checkOf(const QValidator *validator)
+{
+    const auto *number = qobject_cast<const QIntValidator *>(validator);
+    if (number) {
+        return QStringLiteral(" %1..%2").arg(number->bottom()).arg(number->top());
+    }
+    if (const auto *pattern = qobject_cast<const QRegularExpressionValidator *>(validator)) {
+        const QString host = QStringLiteral("^([a-zA-Z0-9]([-a-zA-Z0-9]*[a-zA-Z0-9])?\\.)+[a-zA-Z]{2,}$");
+        return pattern->regularExpression().pattern() == host ? QStringLiteral(" host")
+                                                              : QStringLiteral(" ?");
+    }
+    if (const auto *pattern = qobject_cast<const QRegExpValidator *>(validator)) {
+        const QString noCjk = QStringLiteral("^[^\\x04BB-\\xFFFD]*$");
+        return pattern->regExp().pattern() == noCjk ? QStringLiteral(" no CJK") : QStringLiteral(" ?");
+    }
+    return validator ? QStringLiteral(" ?") : QString();
+}
+
+// What an input is, in a few words.
+inline QString kindOf(const QWidget *input)
+{
+    if (const auto *edit = qobject_cast<const QLineEdit *>(input)) {
+        return QStringLiteral("line") + (edit->isReadOnly() ? QStringLiteral(" read-only") : QString())
+            + (edit->echoMode() == QLineEdit::Password ? QStringLiteral(" hidden") : QString())
+            + checkOf(edit->validator());
+    }
+    if (const auto *list = qobject_cast<const QComboBox *>(input)) {
+        QStringList entries;
+        for (int i = 0; i < list->count(); ++i) {
+            entries.append(list->itemText(i));
+        }
+        return QStringLiteral("list ") + entries.join(QLatin1Char('|'))
+            + (list->isEnabled() ? QString() : QStringLiteral(" disabled"));
+    }
+    if (qobject_cast<const QTextEdit *>(input)) {
+        return QStringLiteral("script");
+    }
+    QStringList buttons;
+    for (const QRadioButton *button : input->findChildren<QRadioButton *>()) {
+        buttons.append(button->text());
+    }
+    return QStringLiteral("radio ") + buttons.join(QLatin1Char('|'));
+}
+
+// The rows that are not hidden, in their order: "<label> <objectName>: <kind>".
+inline QStringList rowsOf(const QWidget &form)
+{
+    QStringList rows;
+    const auto *layout = form.findChild<QFormLayout *>();
+    for (int row = 0; row < layout->rowCount(); ++row) {
+        const auto *label = qobject_cast<QLabel *>(layout->itemAt(row, QFormLayout::LabelRole)->widget());
+        const QWidget *input = layout->itemAt(row, QFormLayout::FieldRole)->widget();
+        if (!input->isHidden()) {
+            rows.append(label->text() + QLatin1Char(' ') + input->objectName() + QStringLiteral(": ")
+                        + kindOf(input)
+                        + (label->buddy() == input ? QString() : QStringLiteral(" no buddy")));
+        }
+    }
+    return rows;
+}
+
+template <typename Widget> Widget *input(const QWidget &form, const char *name)
+{
+    return form.findChild<Widget *>(QLatin1String(name));
+}
+
+inline void press(const QWidget &form, const char *button)
+{
+    input<QPushButton>(form, button)->click();
+}
+
+// "<name>=<what the input shows>" in the order of the rows.
+inline QStringList valuesOf(const QWidget &form)
+{
+    QStringList values;
+    const auto *layout = form.findChild<QFormLayout *>();
+    for (int row = 0; row < layout->rowCount(); ++row) {
+        const QWidget *shown = layout->itemAt(row, QFormLayout::FieldRole)->widget();
+        QString value;
+        if (const auto *edit = qobject_cast<const QLineEdit *>(shown)) {
+            value = edit->text();
+        } else if (const auto *list = qobject_cast<const QComboBox *>(shown)) {
+            value = list->currentText();
+        } else if (const auto *script = qobject_cast<const QTextEdit *>(shown)) {
+            value = script->toPlainText();
+        } else {
+            for (const QRadioButton *button : shown->findChildren<QRadioButton *>()) {
+                value += button->isChecked() ? QLatin1Char('1') : QLatin1Char('0');
+            }
+        }
+        values.append(shown->objectName() + QLatin1Char('=') + value);
+    }
+    return values;
+}
+
+// An interface language in which each text is its source behind a mark.
+class Marked : public QTranslator
+{
+public:
+    Marked() { QCoreApplication::installTranslator(this); }
+    ~Marked() override { QCoreApplication::removeTranslator(this); }
+    QString translate(const char *context, const char *source, const char *, int) const override
+    {
+        return *context ? QLatin1Char('*') + QString::fromUtf8(source) : QString();
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace ServerFormTest

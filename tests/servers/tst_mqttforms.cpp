@@ -1,0 +1,88 @@
+#include "serverformtest.h"
+
+using namespace ServerFormTest;
+
+// What the forms of the MQTT family share beyond the plain fields.
+class TestMqttForms : public QObject
+{
+    Q_OBJECT
+private slots:
+    void unknownQosShowsAsOne_data();
+    void unknownQosShowsAsOne();
+    void cloudProviderIsShownInTheUsersLanguage_data();
+    void cloudProviderIsShownInTheUsersLanguage();
+};
+
+void TestMqttForms::unknownQosShowsAsOne_data()
+{
+    QTest::addColumn<QString>("protocol");
+    QTest::addColumn<QString>("qos");
+    QTest::addColumn<QString>("shown");
+    const struct {
+        const char *protocol;
+        QStringList levels;
+    } rows[] = {
+        {"MQTT", {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}},
+        {"AliMQTT", {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}},
+        {"OneNetMQTT", {QStringLiteral("0"), QStringLiteral("1")}},
+        {"HuaWeiMQTT", {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}},
+    };
+    for (const auto &row : rows) {
+        for (const char *stored : {"0", "1", "2", "3", "", "01", "many"}) {
+            const QString qos = QLatin1String(stored);
+            QTest::addRow("%s, \"%s\"", row.protocol, stored)
+                << QString::fromLatin1(row.protocol) << qos
+                << (row.levels.contains(qos) ? qos : QStringLiteral("1"));
+        }
+    }
+}
+
+void TestMqttForms::unknownQosShowsAsOne()
+{
+    QFETCH(QString, protocol);
+    QFETCH(QString, qos);
+    QFETCH(QString, shown);
+    QStandardItemModel model;
+    QStandardItem *item = addServer(&model, QStringLiteral("up"), protocol);
+    item->setData(qos, serverQosRole);
+    QStandardItem *other = addServer(&model, QStringLiteral("other"), protocol);
+    other->setData(QStringLiteral("0"), serverQosRole);
+    const QScopedPointer<ServerForm> opened(make(protocol, item, nullptr));
+    QCOMPARE(input<QComboBox>(*opened, "qos")->currentText(), shown);
+    const QScopedPointer<ServerForm> rebound(make(protocol, other, nullptr));
+    rebound->replaceItem(item);
+    QCOMPARE(input<QComboBox>(*rebound, "qos")->currentText(), shown);
+    rebound->saveChanges();
+    QCOMPARE(item->data(serverQosRole), QVariant(shown));
+}
+
+void TestMqttForms::cloudProviderIsShownInTheUsersLanguage_data()
+{
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("AliMQTT") << QStringLiteral("*AliMQTT");
+    QTest::newRow("OneNetMQTT") << QStringLiteral("*OneNetMQTT");
+    QTest::newRow("HuaWeiMQTT") << QStringLiteral("*HuaWeiMQTT");
+}
+
+// Whatever is shown, the plain key is stored.
+void TestMqttForms::cloudProviderIsShownInTheUsersLanguage()
+{
+    QFETCH(QString, shown);
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    QStandardItemModel model;
+    QStandardItem *item = addServer(&model, QStringLiteral("up"), protocol);
+    const Marked marked;
+    const QScopedPointer<ServerForm> dialog(make(protocol, item, nullptr));
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("*Edit Server"));
+    QCOMPARE(input<QComboBox>(*dialog, "protocol")->currentText(), shown);
+    dialog->replaceItem(item);
+    dialog->saveChanges();
+    QCOMPARE(item->data(serverProtocolRole).toString(), protocol);
+    dialog->show();
+    const auto *key = input<QComboBox>(*dialog, "protocolKey");
+    QVERIFY(!key->isVisible());
+    QCOMPARE(key->currentText(), protocol);
+}
+
+QTEST_MAIN(TestMqttForms)
+#include "tst_mqttforms.moc"

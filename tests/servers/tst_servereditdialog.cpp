@@ -1,0 +1,214 @@
+#include "serverformtest.h"
+
+#include "servers/javascripthighlighter.h"
+
+using namespace ServerFormTest;
+
+// What only the form of plain MQTT has: the payload format and the scripts.
+class TestServerEditDialog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void storedFormatDecidesWhetherScriptsAreLive_data();
+    void storedFormatDecidesWhetherScriptsAreLive();
+    void choosingAFormatSwitchesTheScripts();
+    void onlyTheScriptsAreLocked();
+    void lockedScriptsAreKeptAndSaved();
+    void replaceItemSwitchesTheScripts();
+    void scriptsAreHighlighted();
+    void scriptsAreStoredAsTheyStand();
+    void whatCannotBeTyped_data();
+    void whatCannotBeTyped();
+    void formatsAreShownInTheUsersLanguage();
+
+private:
+    bool scriptsAreLive(const QWidget &form) const
+    {
+        const bool report = input<QTextEdit>(form, "reportJS")->isEnabled();
+        const bool write = input<QTextEdit>(form, "writeJS")->isEnabled();
+        [&] { QCOMPARE(report, write); }();
+        return report;
+    }
+    static QRadioButton *format(const QWidget &form, int number)
+    {
+        return form.findChild<QRadioButton *>(QStringLiteral("payloadFormat%1").arg(number));
+    }
+
+    QScopedPointer<QStandardItemModel> m_model;
+    QStandardItem *m_item = nullptr;
+};
+
+void TestServerEditDialog::init()
+{
+    m_model.reset(new QStandardItemModel);
+    m_item = addServer(m_model.data(), QStringLiteral("up"), QStringLiteral("MQTT"));
+}
+
+void TestServerEditDialog::cleanup()
+{
+    m_model.reset();
+}
+
+void TestServerEditDialog::storedFormatDecidesWhetherScriptsAreLive_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<int>("checked");
+    QTest::newRow("unset") << QVariant() << 1;
+    QTest::newRow("0") << QVariant(0) << 1;
+    QTest::newRow("1") << QVariant(1) << 1;
+    QTest::newRow("2") << QVariant(2) << 2;
+    QTest::newRow("3") << QVariant(3) << 1;
+    QTest::newRow("text 1 of a document") << QVariant(QStringLiteral("1")) << 1;
+    QTest::newRow("text 2 of a document") << QVariant(QStringLiteral("2")) << 2;
+    QTest::newRow("empty text") << QVariant(QString()) << 1;
+    QTest::newRow("other text") << QVariant(QStringLiteral("custom")) << 1;
+}
+
+void TestServerEditDialog::storedFormatDecidesWhetherScriptsAreLive()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(int, checked);
+    m_item->setData(stored, serverPayloadFormatRole);
+    const ServerEditDialog opened(m_item, nullptr);
+    QCOMPARE(format(opened, 1)->isChecked(), checked == 1);
+    QCOMPARE(format(opened, 2)->isChecked(), checked == 2);
+    QCOMPARE(scriptsAreLive(opened), checked == 2);
+    // A form that showed the other format.
+    QStandardItem *other = addServer(m_model.data(), QStringLiteral("other"), QStringLiteral("MQTT"));
+    other->setData(3 - checked, serverPayloadFormatRole);
+    ServerEditDialog rebound(other, nullptr);
+    rebound.replaceItem(m_item);
+    QCOMPARE(format(rebound, checked)->isChecked(), true);
+    QCOMPARE(scriptsAreLive(rebound), checked == 2);
+    rebound.saveChanges();
+    QCOMPARE(m_item->data(serverPayloadFormatRole), QVariant(checked));
+    QCOMPARE(m_item->data(serverPayloadFormatRole).type(), QVariant::Int);
+}
+
+void TestServerEditDialog::choosingAFormatSwitchesTheScripts()
+{
+    ServerEditDialog form(m_item, nullptr);
+    for (int round = 0; round < 2; ++round) {
+        format(form, 2)->click();
+        QVERIFY(scriptsAreLive(form));
+        format(form, 2)->click();
+        QVERIFY(scriptsAreLive(form));
+        format(form, 1)->click();
+        QVERIFY(!scriptsAreLive(form));
+    }
+}
+
+void TestServerEditDialog::onlyTheScriptsAreLocked()
+{
+    ServerEditDialog form(m_item, nullptr);
+    for (int number : {1, 2}) {
+        format(form, number)->click();
+        for (const char *name :
+             {"ip", "port", "clientId", "username", "password", "reportTopic", "writeTopic"}) {
+            QVERIFY2(input<QLineEdit>(form, name)->isEnabled(), name);
+            QVERIFY2(!input<QLineEdit>(form, name)->isReadOnly(), name);
+        }
+        QVERIFY(input<QComboBox>(form, "qos")->isEnabled());
+    }
+}
+
+void TestServerEditDialog::lockedScriptsAreKeptAndSaved()
+{
+    m_item->setData(2, serverPayloadFormatRole);
+    m_item->setData(QStringLiteral("return 1"), serverReportJsRole);
+    m_item->setData(QStringLiteral("return 2"), serverWriteJsRole);
+    ServerEditDialog form(m_item, nullptr);
+    input<QTextEdit>(form, "reportJS")->setPlainText(QStringLiteral("return 3"));
+    format(form, 1)->click();
+    QVERIFY(!scriptsAreLive(form));
+    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), QStringLiteral("return 3"));
+    QCOMPARE(input<QTextEdit>(form, "writeJS")->toPlainText(), QStringLiteral("return 2"));
+    form.saveChanges();
+    QCOMPARE(m_item->data(serverPayloadFormatRole), QVariant(1));
+    QCOMPARE(m_item->data(serverReportJsRole), QVariant(QStringLiteral("return 3")));
+    QCOMPARE(m_item->data(serverWriteJsRole), QVariant(QStringLiteral("return 2")));
+}
+
+void TestServerEditDialog::replaceItemSwitchesTheScripts()
+{
+    QStandardItem *custom = addServer(m_model.data(), QStringLiteral("custom"), QStringLiteral("MQTT"));
+    custom->setData(2, serverPayloadFormatRole);
+    custom->setData(QStringLiteral("report"), serverReportJsRole);
+    ServerEditDialog form(m_item, nullptr);
+    QVERIFY(!scriptsAreLive(form));
+    form.replaceItem(custom);
+    QVERIFY(format(form, 2)->isChecked());
+    QVERIFY(scriptsAreLive(form));
+    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), QStringLiteral("report"));
+    form.replaceItem(m_item);
+    QVERIFY(format(form, 1)->isChecked());
+    QVERIFY(!scriptsAreLive(form));
+    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), QString());
+}
+
+void TestServerEditDialog::scriptsAreHighlighted()
+{
+    const ServerEditDialog form(m_item, nullptr);
+    for (const char *name : {"reportJS", "writeJS"}) {
+        const auto *edit = input<QTextEdit>(form, name);
+        QCOMPARE(edit->document()->findChildren<JavaScriptHighlighter *>().size(), 1);
+    }
+}
+
+void TestServerEditDialog::scriptsAreStoredAsTheyStand()
+{
+    const QString script = QStringLiteral("var 电 = \"<b>1</b>\"; // 100 %1\n\n\treturn 电;\n");
+    m_item->setData(2, serverPayloadFormatRole);
+    m_item->setData(script, serverReportJsRole);
+    ServerEditDialog form(m_item, nullptr);
+    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), script);
+    input<QTextEdit>(form, "writeJS")->setPlainText(script);
+    form.saveChanges();
+    QCOMPARE(m_item->data(serverReportJsRole), QVariant(script));
+    QCOMPARE(m_item->data(serverWriteJsRole), QVariant(script));
+}
+
+void TestServerEditDialog::whatCannotBeTyped_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("shown");
+    const auto add = [](const char *name, const char *what, const QString &typed, const QString &shown) {
+        QTest::addRow("%s: %s", name, what) << typed << shown;
+    };
+    add("ip", "dotted", QStringLiteral("192.168.1.70"), QStringLiteral("192.168.1.70"));
+    add("ip", "host", QStringLiteral("mqtt.example.com"), QStringLiteral("mqtt.example.com"));
+    add("ip", "others", QStringLiteral("a_b /c"), QStringLiteral("abc"));
+    add("port", "minus", QStringLiteral("-"), QStringLiteral("-"));
+    add("port", "-1", QStringLiteral("-1"), QStringLiteral("-1"));
+    add("port", "letters", QStringLiteral("1x8y8z3"), QStringLiteral("1883"));
+    for (const char *name : {"clientId", "username", "password", "reportTopic", "writeTopic"}) {
+        add(name, "Chinese", QStringLiteral("a电b"), QStringLiteral("ab"));
+        add(name, "Western European", QStringLiteral("Zähler/#"), QStringLiteral("Zähler/#"));
+    }
+}
+
+void TestServerEditDialog::whatCannotBeTyped()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, shown);
+    const QString name = QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(':'), 0, 0);
+    const ServerEditDialog form(m_item, nullptr);
+    auto *edit = input<QLineEdit>(form, name.toLatin1().constData());
+    for (const QChar &character : typed) {
+        edit->insert(character);
+    }
+    QCOMPARE(edit->text(), shown);
+}
+
+void TestServerEditDialog::formatsAreShownInTheUsersLanguage()
+{
+    const Marked marked;
+    const ServerEditDialog form(m_item, nullptr);
+    QCOMPARE(format(form, 1)->text(), QStringLiteral("*Tarnwick MQTT"));
+    QCOMPARE(format(form, 2)->text(), QStringLiteral("*Custom formatting"));
+}
+
+QTEST_MAIN(TestServerEditDialog)
+#include "tst_servereditdialog.moc"

@@ -1,0 +1,377 @@
+#include "servers/serverinputdialog.h"
+
+#include "serverformtest.h"
+#include "support/logtail.h"
+#include "support/messageboxes.h"
+#include "support/projectdump.h"
+
+using namespace ServerFormTest;
+
+class TestServerInputDialog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void offersTheProtocolsInOrder();
+    void fieldsStandInOrder();
+    void firstProtocolIsSetUpInTheEventLoop();
+    void protocolDecidesWhatIsShown_data();
+    void protocolDecidesWhatIsShown();
+    void slotOfAnUnknownProtocolShowsThePortOnly();
+    void emptiedDomainStaysEmpty();
+    void secondSlaveIsRefused();
+    void otherProtocolsMayRepeat_data();
+    void otherProtocolsMayRepeat();
+    void handsOutWhatWasEntered();
+    void handsOutWhatIsHidden();
+    void handsOutTheKeyInEachLanguage_data();
+    void handsOutTheKeyInEachLanguage();
+    void whatCanBeTyped_data();
+    void whatCanBeTyped();
+    void enterAcceptsAndEscapeRejects();
+    void writesItsLifeToTheLog();
+};
+
+namespace {
+
+const QString defaultHost = QStringLiteral("mqtts.heclouds.com");
+
+QStringList entriesOf(const QComboBox &list)
+{
+    QStringList entries;
+    for (int i = 0; i < list.count(); ++i) {
+        entries.append(list.itemText(i));
+    }
+    return entries;
+}
+
+QStringList protocols()
+{
+    return {QStringLiteral("MQTT"),       QStringLiteral("AliMQTT"),          QStringLiteral("OneNetMQTT"),
+            QStringLiteral("HuaWeiMQTT"), QStringLiteral("ModbusTCP(Slave)"), QStringLiteral("HJ212"),
+            QStringLiteral("SL651"),      QStringLiteral("OpcUaServer")};
+}
+
+// The dialog after its first run of the event loop.
+class Dialog : public ServerInputDialog
+{
+    // No Q_OBJECT: its texts are those of the dialog.
+public:
+    Dialog()
+    {
+        show();
+        QCoreApplication::processEvents();
+    }
+    template <typename Widget> Widget *in(const char *name) const { return input<Widget>(*this, name); }
+    void choose(const QString &protocol) { in<QComboBox>("protocol")->setCurrentText(protocol); }
+    QString textOf(const char *name) const { return in<QLineEdit>(name)->text(); }
+    // The texts of the labels and the names of the line edits that can be seen, from top to bottom, labels
+    // before fields.
+    QStringList seen() const
+    {
+        QMap<QPair<int, int>, QString> texts;
+        const auto widgets = findChildren<QWidget *>();
+        for (const QWidget *widget : widgets) {
+            const auto *label = qobject_cast<const QLabel *>(widget);
+            const bool isInput = qobject_cast<const QLineEdit *>(widget);
+            if (widget->isVisible() && (label || isInput)) {
+                const QPoint centre = widget->mapTo(this, widget->rect().center());
+                texts.insert({centre.y() / 8, centre.x()}, label ? label->text() : widget->objectName());
+            }
+        }
+        return texts.values();
+    }
+};
+
+} // namespace
+
+void TestServerInputDialog::offersTheProtocolsInOrder()
+{
+    const Dialog dialog;
+    QCOMPARE(dialog.windowTitle(), QStringLiteral("Add Server"));
+    QCOMPARE(ProjectDump::iconBytes(dialog.windowIcon()),
+             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/Server.svg")));
+    QCOMPARE(entriesOf(*dialog.in<QComboBox>("protocol")), protocols());
+    const struct {
+        const char *name;
+        QString text;
+        QString icon;
+    } buttons[] = {
+        {"okButton", QStringLiteral("OK"), QStringLiteral(":/adsdemo/images/ok.svg")},
+        {"cancelButton", QStringLiteral("Cancel"), QStringLiteral(":/adsdemo/images/cancel.svg")},
+    };
+    for (const auto &button : buttons) {
+        QCOMPARE(dialog.in<QPushButton>(button.name)->text(), button.text);
+        QCOMPARE(ProjectDump::iconBytes(dialog.in<QPushButton>(button.name)->icon()),
+                 ProjectDump::iconBytes(button.icon));
+    }
+}
+
+void TestServerInputDialog::fieldsStandInOrder()
+{
+    const Dialog dialog;
+    QStringList labels;
+    for (const QLabel *label : dialog.findChildren<QLabel *>()) {
+        labels.append(label->text() + QStringLiteral(" -> ")
+                      + (label->buddy() ? label->buddy()->objectName() : QString()));
+    }
+    labels.sort();
+    QCOMPARE(labels,
+             QStringList({QStringLiteral("Description: -> description"),
+                          QStringLiteral("Domain Name: -> domainName"), QStringLiteral("IP Address: -> ip"),
+                          QStringLiteral("Local port number: -> port"), QStringLiteral("ModbusTCP slave -> "),
+                          QStringLiteral("Port: -> port"), QStringLiteral("Protocol: -> protocol"),
+                          QStringLiteral("Server Name: -> name")}));
+    QCOMPARE(checkOf(dialog.in<QLineEdit>("name")->validator()), QString());
+    QCOMPARE(checkOf(dialog.in<QLineEdit>("description")->validator()), QString());
+    QCOMPARE(checkOf(dialog.in<QLineEdit>("ip")->validator()), QStringLiteral(" host"));
+    QCOMPARE(checkOf(dialog.in<QLineEdit>("port")->validator()), QStringLiteral(" -1..65535"));
+    QCOMPARE(checkOf(dialog.in<QLineEdit>("domainName")->validator()), QStringLiteral(" host"));
+}
+
+void TestServerInputDialog::firstProtocolIsSetUpInTheEventLoop()
+{
+    const ServerInputDialog dialog;
+    QCOMPARE(dialog.port(), QString());
+    QCoreApplication::processEvents();
+    QCOMPARE(dialog.port(), QStringLiteral("1883"));
+    QVERIFY(input<QLineEdit>(dialog, "domainName")->isHidden());
+    QVERIFY(!input<QLineEdit>(dialog, "ip")->isHidden());
+}
+
+void TestServerInputDialog::protocolDecidesWhatIsShown_data()
+{
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<QString>("domain");
+    QTest::addColumn<QStringList>("options");
+    const QString typed = QStringLiteral("typed.example.com");
+    const QStringList address{QStringLiteral("IP Address:"), QStringLiteral("ip"), QStringLiteral("Port:"),
+                              QStringLiteral("port")};
+    const QStringList domain{QStringLiteral("Port:"), QStringLiteral("port"), QStringLiteral("Domain Name:"),
+                             QStringLiteral("domainName")};
+    QTest::newRow("MQTT") << QStringLiteral("1883") << typed << address;
+    QTest::newRow("AliMQTT") << QStringLiteral("1883") << QString() << domain;
+    QTest::newRow("OneNetMQTT") << QStringLiteral("1883") << defaultHost << domain;
+    QTest::newRow("HuaWeiMQTT") << QStringLiteral("8883") << QString() << domain;
+    QTest::newRow("ModbusTCP(Slave)")
+        << QStringLiteral("502") << typed
+        << QStringList({QStringLiteral("Local port number:"), QStringLiteral("port"),
+                        QStringLiteral("ModbusTCP slave")});
+    QTest::newRow("HJ212") << QString() << typed << address;
+    QTest::newRow("SL651") << QString() << typed << address;
+    QTest::newRow("OpcUaServer") << QStringLiteral("4840") << typed
+                                 << QStringList({QStringLiteral("Port:"), QStringLiteral("port")});
+}
+
+// From each other protocol, with a port and a domain typed there.
+void TestServerInputDialog::protocolDecidesWhatIsShown()
+{
+    QFETCH(QString, port);
+    QFETCH(QString, domain);
+    QFETCH(QStringList, options);
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    const QStringList above{QStringLiteral("Server Name:"), QStringLiteral("name"),
+                            QStringLiteral("Description:"), QStringLiteral("description"),
+                            QStringLiteral("Protocol:")};
+    for (const QString &from : protocols()) {
+        if (from == protocol) {
+            continue;
+        }
+        Dialog dialog;
+        dialog.choose(from);
+        dialog.in<QLineEdit>("port")->setText(QStringLiteral("typed"));
+        dialog.in<QLineEdit>("domainName")->setText(QStringLiteral("typed.example.com"));
+        dialog.choose(protocol);
+        QCoreApplication::processEvents();
+        QCOMPARE(dialog.port(), port);
+        QCOMPARE(dialog.domain(), domain);
+        QCOMPARE(dialog.seen(), above + options);
+    }
+}
+
+void TestServerInputDialog::slotOfAnUnknownProtocolShowsThePortOnly()
+{
+    Dialog dialog;
+    QVERIFY(
+        QMetaObject::invokeMethod(&dialog, "updateProtocolOptions", Q_ARG(QString, QStringLiteral("mqtt"))));
+    QVERIFY(dialog.in<QLineEdit>("port")->isVisible());
+    QVERIFY(!dialog.in<QLineEdit>("ip")->isVisible());
+    QVERIFY(!dialog.in<QLineEdit>("domainName")->isVisible());
+    QCOMPARE(dialog.port(), QStringLiteral("1883"));
+    QVERIFY(QMetaObject::invokeMethod(&dialog, "updateProtocolOptions",
+                                      Q_ARG(QString, QStringLiteral("OpcUaServer"))));
+    QCOMPARE(dialog.port(), QStringLiteral("4840"));
+}
+
+void TestServerInputDialog::emptiedDomainStaysEmpty()
+{
+    Dialog dialog;
+    dialog.choose(QStringLiteral("HuaWeiMQTT"));
+    QTest::keyClicks(dialog.in<QLineEdit>("domainName"), QStringLiteral("iot.example.com"));
+    QCOMPARE(dialog.domain(), QStringLiteral("iot.example.com"));
+    dialog.choose(QStringLiteral("AliMQTT"));
+    QCOMPARE(dialog.domain(), QString());
+    dialog.choose(QStringLiteral("MQTT"));
+    QCOMPARE(dialog.domain(), QString());
+    QVERIFY(!dialog.in<QLineEdit>("domainName")->isVisible());
+}
+
+void TestServerInputDialog::secondSlaveIsRefused()
+{
+    Dialog dialog;
+    dialog.setExistingProtocols({QStringLiteral("MQTT"), QStringLiteral("ModbusTCP(Slave)")});
+    dialog.choose(QStringLiteral("OpcUaServer"));
+    MessageBoxes boxes;
+    boxes.expect();
+    dialog.choose(QStringLiteral("ModbusTCP(Slave)"));
+    QCOMPARE(boxes.told(),
+             QStringList(QStringLiteral(
+                 "Warning|A ModbusTCP(Slave) file already exists. You cannot create another one.")));
+    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(dialog.protocol(), QStringLiteral("MQTT"));
+    QCOMPARE(dialog.in<QComboBox>("protocol")->currentIndex(), 0);
+    QCOMPARE(dialog.port(), QStringLiteral("1883"));
+    QVERIFY(dialog.in<QLineEdit>("ip")->isVisible());
+}
+
+void TestServerInputDialog::otherProtocolsMayRepeat_data()
+{
+    QTest::addColumn<QStringList>("existing");
+    for (const QString &protocol : protocols()) {
+        QStringList existing = protocols();
+        existing.removeOne(QStringLiteral("ModbusTCP(Slave)"));
+        if (protocol == QLatin1String("ModbusTCP(Slave)")) {
+            existing += {QStringLiteral("modbustcp(slave)"), QStringLiteral("ModbusTCP(Slave) ")};
+        }
+        QTest::newRow(qPrintable(protocol)) << existing;
+    }
+    QTest::newRow("HJ212 beside a slave") << QStringList(QStringLiteral("ModbusTCP(Slave)"));
+}
+
+void TestServerInputDialog::otherProtocolsMayRepeat()
+{
+    QFETCH(QStringList, existing);
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(' '), 0, 0);
+    Dialog dialog;
+    dialog.setExistingProtocols(existing);
+    MessageBoxes boxes;
+    dialog.choose(QStringLiteral("SL651"));
+    dialog.choose(protocol);
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(dialog.protocol(), protocol);
+}
+
+void TestServerInputDialog::handsOutWhatWasEntered()
+{
+    Dialog dialog;
+    QTest::keyClicks(dialog.in<QLineEdit>("name"), QStringLiteral("up 1"));
+    QTest::keyClicks(dialog.in<QLineEdit>("description"), QStringLiteral("to the broker"));
+    QTest::keyClicks(dialog.in<QLineEdit>("ip"), QStringLiteral("192.168.1.70"));
+    dialog.in<QPushButton>("okButton")->click();
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(dialog.name(), QStringLiteral("up 1"));
+    QCOMPARE(dialog.description(), QStringLiteral("to the broker"));
+    QCOMPARE(dialog.protocol(), QStringLiteral("MQTT"));
+    QCOMPARE(dialog.ip(), QStringLiteral("192.168.1.70"));
+    QCOMPARE(dialog.port(), QStringLiteral("1883"));
+    QCOMPARE(dialog.domain(), QString());
+}
+
+void TestServerInputDialog::handsOutWhatIsHidden()
+{
+    Dialog dialog;
+    dialog.in<QLineEdit>("ip")->setText(QStringLiteral("10.0.0.1"));
+    dialog.choose(QStringLiteral("OneNetMQTT"));
+    dialog.choose(QStringLiteral("OpcUaServer"));
+    QVERIFY(!dialog.in<QLineEdit>("ip")->isVisible());
+    QCOMPARE(dialog.ip(), QStringLiteral("10.0.0.1"));
+    QCOMPARE(dialog.domain(), defaultHost);
+}
+
+void TestServerInputDialog::handsOutTheKeyInEachLanguage_data()
+{
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("port");
+    QTest::newRow("MQTT") << QStringLiteral("MQTT") << QStringLiteral("1883");
+    QTest::newRow("AliMQTT") << QStringLiteral("*AliMQTT") << QStringLiteral("1883");
+    QTest::newRow("OneNetMQTT") << QStringLiteral("*OneNetMQTT") << QStringLiteral("1883");
+    QTest::newRow("HuaWeiMQTT") << QStringLiteral("*HuaWeiMQTT") << QStringLiteral("8883");
+    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("ModbusTCP(Slave)") << QStringLiteral("502");
+    QTest::newRow("HJ212") << QStringLiteral("HJ212") << QString();
+    QTest::newRow("SL651") << QStringLiteral("SL651") << QString();
+    QTest::newRow("OpcUaServer") << QStringLiteral("OpcUaServer") << QStringLiteral("4840");
+}
+
+void TestServerInputDialog::handsOutTheKeyInEachLanguage()
+{
+    QFETCH(QString, shown);
+    QFETCH(QString, port);
+    const Marked marked;
+    Dialog dialog;
+    const QString key = QString::fromLatin1(QTest::currentDataTag());
+    dialog.in<QComboBox>("protocol")->setCurrentIndex(protocols().indexOf(key));
+    QCOMPARE(dialog.in<QComboBox>("protocol")->currentText(), shown);
+    QCOMPARE(dialog.protocol(), key);
+    QCOMPARE(dialog.port(), port);
+}
+
+void TestServerInputDialog::whatCanBeTyped_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("shown");
+    const auto add = [](const char *name, const char *what, const QString &typed, const QString &shown) {
+        QTest::addRow("%s: %s", name, what) << typed << shown;
+    };
+    add("name", "anything", QStringLiteral("电 a/_"), QStringLiteral("电 a/_"));
+    add("description", "anything", QStringLiteral("电 a/_"), QStringLiteral("电 a/_"));
+    for (const char *name : {"ip", "domainName"}) {
+        add(name, "dotted", QStringLiteral("192.168.1.70"), QStringLiteral("192.168.1.70"));
+        add(name, "host", QStringLiteral("mqtt.example.com"), QStringLiteral("mqtt.example.com"));
+        add(name, "others", QStringLiteral("电a_b c/"), QStringLiteral("abc"));
+    }
+    add("port", "-1", QStringLiteral("-1"), QStringLiteral("-1"));
+    add("port", "minus", QStringLiteral("-"), QStringLiteral("-"));
+    add("port", "letters", QStringLiteral("a1b2"), QStringLiteral("12"));
+    add("port", "highest", QStringLiteral("655350"), QStringLiteral("65535"));
+}
+
+void TestServerInputDialog::whatCanBeTyped()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, shown);
+    const QString name = QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(':'), 0, 0);
+    const Dialog dialog;
+    auto *edit = dialog.in<QLineEdit>(name.toLatin1().constData());
+    edit->clear();
+    for (const QChar &character : typed) {
+        edit->insert(character);
+    }
+    QCOMPARE(edit->text(), shown);
+}
+
+void TestServerInputDialog::enterAcceptsAndEscapeRejects()
+{
+    Dialog dialog;
+    QTest::keyClick(dialog.in<QLineEdit>("name"), Qt::Key_Return);
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    dialog.show();
+    QTest::keyClick(dialog.in<QLineEdit>("name"), Qt::Key_Escape);
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    dialog.show();
+    dialog.setResult(QDialog::Accepted);
+    dialog.in<QPushButton>("cancelButton")->click();
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+}
+
+void TestServerInputDialog::writesItsLifeToTheLog()
+{
+    const LogTail log(QStringLiteral("ServerInputDialog"));
+    {
+        const ServerInputDialog dialog;
+    }
+    QCOMPARE(log.events(),
+             QStringList({QStringLiteral("ServerInputDialog: new-nuilt"),
+                          QStringLiteral("ServerInputDialog: destroyed")}));
+}
+
+QTEST_MAIN(TestServerInputDialog)
+#include "tst_serverinputdialog.moc"
