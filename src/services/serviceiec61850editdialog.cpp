@@ -3,10 +3,8 @@
 #include "app/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
-#include "services/certificatefile.h"
-#include "widgets/choosefile.h"
+#include "widgets/certificatefield.h"
 #include "widgets/formpage.h"
-#include "widgets/tell.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -21,9 +19,9 @@
 namespace {
 
 constexpr char context[] = "ServiceIEC61850EditDialog";
-constexpr int clientSlots = 10;
-constexpr int firstClientSlot = 3; // behind the root certificate, the server certificate and the server key
-constexpr int lastClientSlot = firstClientSlot + clientSlots - 1;
+constexpr int clients = 10;
+constexpr int firstClient = 3; // behind the root certificate, the server certificate and the server key
+constexpr int lastClient = firstClient + clients - 1;
 
 QVector<Field> serviceFields()
 {
@@ -64,7 +62,7 @@ QVector<Field> securityFields()
     };
 }
 
-const char *const clientLabels[clientSlots] = {
+const char *const clientLabels[clients] = {
     QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate1:"),
     QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate2:"),
     QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate3:"),
@@ -133,8 +131,10 @@ void ServiceIEC61850EditDialog::saveChanges()
     }
     m_service.save(item);
     item->setData(m_security.value(QStringLiteral("serverKeyPassword")), serviceServerKeyPasswordRole);
-    for (int index = 0; index < m_slots.size(); ++index) {
-        saveSlot(index);
+    for (int index = 0; index < m_certificates.size(); ++index) {
+        if (!saveCertificate(index)) {
+            return;
+        }
     }
     item->setData(isChecked("isVerifyClientCert"), serviceIsVerifyClientCertRole);
     if (m_workspace) {
@@ -165,10 +165,8 @@ void ServiceIEC61850EditDialog::updateSSLFieldsVisibility()
         table.label(name)->setEnabled(on);
         table.widget(name)->setEnabled(on);
     };
-    for (int index = 0; index < firstClientSlot; ++index) {
-        m_slots.at(index).label->setEnabled(ssl);
-        m_slots.at(index).field->setEnabled(ssl);
-        m_slots.at(index).select->setEnabled(ssl);
+    for (int index = 0; index < firstClient; ++index) {
+        m_certificates.at(index)->setLive(ssl);
     }
     enable(m_security, QStringLiteral("serverKeyPassword"), ssl);
     m_service.widget(QStringLiteral("authentication"))->setEnabled(!ssl);
@@ -179,51 +177,43 @@ void ServiceIEC61850EditDialog::updateSSLFieldsVisibility()
 void ServiceIEC61850EditDialog::updateIsVerifyClientCertFieldsVisibility()
 {
     const bool verify = isChecked("enableSSL") && isChecked("isVerifyClientCert");
-    for (int index = firstClientSlot; index < m_slots.size(); ++index) {
-        m_slots.at(index).label->setEnabled(verify);
-        m_slots.at(index).field->setEnabled(verify);
-        m_slots.at(index).select->setEnabled(verify);
+    for (int index = firstClient; index < m_certificates.size(); ++index) {
+        m_certificates.at(index)->setLive(verify);
     }
 }
 
 void ServiceIEC61850EditDialog::buildFields(QFormLayout *form)
 {
-    m_slots.reserve(lastClientSlot + 1);
+    using Kind = CertificateField::Kind;
+    QWidget *parent = form->parentWidget();
     m_service.build(form);
     m_service.widget(QStringLiteral("protocol"))->setEnabled(false);
-    addSlot(form, tr("Root Certificate:"), QStringLiteral("rootCertificate"), serviceRootCertificatePathRole,
-            false);
-    addSlot(form, tr("Server Certificate:"), QStringLiteral("serverCertificate"),
-            serviceServerCertificatePathRole, false);
-    addSlot(form, tr("Server Key:"), QStringLiteral("serverKey"), serviceServerKeyPathRole, true);
+    addCertificate(form, tr("Root Certificate:"),
+                   new CertificateField(Kind::Certificate, QStringLiteral("rootCertificate"),
+                                        serviceRootCertificatePathRole, serviceRootCertificateRole, parent));
+    addCertificate(form, tr("Server Certificate:"),
+                   new CertificateField(Kind::Certificate, QStringLiteral("serverCertificate"),
+                                        serviceServerCertificatePathRole, serviceServerCertificateRole,
+                                        parent));
+    addCertificate(form, tr("Server Key:"),
+                   new CertificateField(Kind::Key, QStringLiteral("serverKey"), serviceServerKeyPathRole,
+                                        serviceServerKeyRole, parent));
     m_security.build(form);
-    for (int client = 0; client < clientSlots; ++client) {
+    for (int client = 0; client < clients; ++client) {
         // Each client has two roles, path and content, side by side.
-        addSlot(form, tr(clientLabels[client]), QStringLiteral("clientCertificate%1").arg(client + 1),
-                serviceClientCertificatePath1Role + 2 * client, false);
+        const int pathRole = serviceClientCertificatePath1Role + 2 * client;
+        addCertificate(form, tr(clientLabels[client]),
+                       new CertificateField(Kind::Certificate,
+                                            QStringLiteral("clientCertificate%1").arg(client + 1), pathRole,
+                                            pathRole + 1, parent));
     }
 }
 
-void ServiceIEC61850EditDialog::addSlot(QFormLayout *form, const QString &label, const QString &name,
-                                        int pathRole, bool isKey)
+void ServiceIEC61850EditDialog::addCertificate(QFormLayout *form, const QString &label,
+                                               CertificateField *field)
 {
-    QWidget *parent = form->parentWidget();
-    auto *field = new QLineEdit(parent);
-    field->setObjectName(name + QStringLiteral("Path"));
-    field->setReadOnly(true);
-    QPushButton *select = FormPage::button(tr("Select"), QStringLiteral(":/adsdemo/images/look.svg"), parent);
-    select->setObjectName(name + QStringLiteral("Select"));
-    auto *caption = new QLabel(label, parent);
-    caption->setBuddy(select);
-    auto *row = new QHBoxLayout;
-    row->addWidget(field);
-    row->addWidget(select);
-    form->addRow(caption, row);
-
-    const int index = m_slots.size();
-    // The content role follows the path role in every pair.
-    m_slots.append({pathRole, pathRole + 1, isKey, caption, field, select, QString(), QString()});
-    connect(select, &QPushButton::clicked, this, [this, index] { selectFile(m_slots[index]); });
+    form->addRow(field->makeLabel(label), field);
+    m_certificates.append(field);
 }
 
 void ServiceIEC61850EditDialog::fill()
@@ -234,20 +224,12 @@ void ServiceIEC61850EditDialog::fill()
             ->setChecked(true);
     }
     m_security.fill(m_item.item());
-    for (FileSlot &slot : m_slots) {
-        slot.path = m_item.item()->data(slot.pathRole).toString();
-        slot.content = m_item.item()->data(slot.contentRole).toString();
-        showPath(slot);
+    for (CertificateField *field : qAsConst(m_certificates)) {
+        field->fill(m_item.item());
     }
     updatePasswordVisibility();
     updateSSLFieldsVisibility();
     updateIsVerifyClientCertFieldsVisibility();
-}
-
-void ServiceIEC61850EditDialog::showPath(const FileSlot &slot)
-{
-    slot.field->setText(slot.path);
-    slot.field->setToolTip(slot.path);
 }
 
 void ServiceIEC61850EditDialog::updatePasswordVisibility()
@@ -257,50 +239,19 @@ void ServiceIEC61850EditDialog::updatePasswordVisibility()
     m_service.widget(QStringLiteral("password"))->setVisible(visible);
 }
 
-void ServiceIEC61850EditDialog::selectFile(FileSlot &slot)
+bool ServiceIEC61850EditDialog::saveCertificate(int index)
 {
-    const QString path = slot.isKey
-        ? chooseOpenFile(this, tr("Select Key File"), QString(), tr("Keys (*.der *.pem *.crt *.key)"))
-        : chooseOpenFile(this, tr("Select Certificate File"), QString(),
-                         tr("Certificates (*.der *.pem *.crt *.key)"));
-    if (path.isEmpty()) {
-        return;
+    if (m_certificates.at(index)->save(m_item.item())) {
+        return true;
     }
-    slot.path = path;
-    showPath(slot);
     const QPointer<ServiceIEC61850EditDialog> guard(this);
-    const QString content = readCertificateFile(path);
-    if (guard) {
-        slot.content = content;
+    m_certificates.at(index)->warnOfOtherPath();
+    if (!guard || !m_item.item()) {
+        return false;
     }
-}
-
-QString ServiceIEC61850EditDialog::readCertificateFile(const QString &path)
-{
-    const CertificateFile file = loadCertificateFile(path);
-    if (!file.opened) {
-        Tell::warning(this, tr("Error"), tr("Failed to open file: %1").arg(path));
-    }
-    return file.content;
-}
-
-void ServiceIEC61850EditDialog::saveSlot(int index)
-{
-    const FileSlot &slot = m_slots.at(index);
-    if (slot.field->text() == slot.path) {
-        m_item.item()->setData(slot.path, slot.pathRole);
-        m_item.item()->setData(slot.content, slot.contentRole);
-        return;
-    }
-    Tell::warning(this, tr("Warning"),
-                  slot.isKey ? tr("The key storage path is inconsistent with the loading path.Please select "
-                                  "the key again.Prevent data loss.")
-                             : tr("The certificate storage path is inconsistent with the loading path.Please "
-                                  "select the certificate again.Prevent data loss."));
     // The last client empties the roles of the one before it: a slip of one that stands, on purpose.
-    const FileSlot &emptied = index == lastClientSlot ? m_slots.at(index - 1) : slot;
-    m_item.item()->setData(QString(), emptied.pathRole);
-    m_item.item()->setData(QString(), emptied.contentRole);
+    m_certificates.at(index == lastClient ? index - 1 : index)->erase(m_item.item());
+    return true;
 }
 
 bool ServiceIEC61850EditDialog::isChecked(const char *name) const

@@ -6,8 +6,8 @@
 
 #include <QVector>
 
+class CertificateField;
 class QFormLayout;
-class QPushButton;
 class QStandardItem;
 class Workspace;
 
@@ -31,32 +31,18 @@ public slots:
     void updateIsVerifyClientCertFieldsVisibility();
 
 private:
-    // A certificate or key: a path and the content that was read from there.
-    struct FileSlot {
-        int pathRole;
-        int contentRole;
-        bool isKey;
-        QLabel *label;
-        QLineEdit *field;
-        QPushButton *select;
-        QString path;
-        QString content;
-    };
-
     void buildFields(QFormLayout *form);
-    void addSlot(QFormLayout *form, const QString &label, const QString &name, int pathRole, bool isKey);
+    void addCertificate(QFormLayout *form, const QString &label, CertificateField *field);
     void fill();
     void updatePasswordVisibility();
-    // The path is often longer than its field.
-    static void showPath(const FileSlot &slot);
-    void selectFile(FileSlot &slot);
-    void saveSlot(int index);
-    QString readCertificateFile(const QString &path);
+    // Writes one into the item; false if the form or the item was gone when its box closed.
+    bool saveCertificate(int index);
     bool isChecked(const char *name) const;
 
     ItemRef m_item;
-    Workspace *m_workspace;    // Not owned; may be null.
-    FieldTable m_service;      // the fields above the certificates
-    FieldTable m_security;     // the fields between them
-    QVector<FileSlot> m_slots; // root, server certificate, server key, then the ten clients
+    Workspace *m_workspace; // Not owned; may be null.
+    FieldTable m_service;   // the fields above the certificates
+    FieldTable m_security;  // the fields between them
+    // Root, server certificate, server key, then the ten clients.
+    QVector<CertificateField *> m_certificates;
 };

@@ -72,22 +72,7 @@ QVector<Field> ModbusFields::network()
 QVector<Field> ModbusFields::serial()
 {
     return StandardFields::serialLine()
-        + QVector<Field>{
-            {"rtuCommunicationTimeout",
-             QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"),
-             FieldKind::Text,
-             standardRtuCommunicationTimeoutRole,
-             FieldCheck::Integer,
-             {},
-             "2000"},
-            {"communicationGap",
-             QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"),
-             FieldKind::Text,
-             standardCommunicationGapRole,
-             FieldCheck::Integer,
-             {},
-             "-1"},
-        };
+        + StandardFields::serialTimes("rtuCommunicationTimeout", standardRtuCommunicationTimeoutRole);
 }
 
 QVector<Field> ModbusFields::slave()

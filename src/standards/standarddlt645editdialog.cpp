@@ -5,6 +5,7 @@
 #include "model/itemroles.h"
 #include "model/workspace.h"
 #include "standards/standardfields.h"
+#include "standards/standardtabs.h"
 #include "widgets/formpage.h"
 
 #include <QCheckBox>
@@ -18,19 +19,14 @@
 #include <QScrollArea>
 #include <QSignalBlocker>
 #include <QStandardItem>
-#include <QTabWidget>
 #include <QTableWidget>
 
 namespace {
 
 constexpr char context[] = "standardDLT645EditDialog";
-constexpr int tableHeight = 600; // pixels
 constexpr int tickColumn = 0;
 constexpr int labelColumn = 1;
 constexpr int nameColumn = 2;
-
-const QString newTitle = QStringLiteral("DLT645-%1");
-const QString loadedTitle = QStringLiteral("Modbus-%1"); // the word that stored projects have, on purpose
 
 QVector<Field> identityFields()
 {
@@ -49,22 +45,7 @@ QVector<Field> identityFields()
 QVector<Field> serialFields()
 {
     return StandardFields::serialLine("2400", "EVEN")
-        + QVector<Field>{
-            {"communicationTimeout",
-             QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"),
-             FieldKind::Text,
-             standardCommunicationTimeoutRole,
-             FieldCheck::Integer,
-             {},
-             "2000"},
-            {"communicationGap",
-             QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"),
-             FieldKind::Text,
-             standardCommunicationGapRole,
-             FieldCheck::Integer,
-             {},
-             "-1"},
-        };
+        + StandardFields::serialTimes("communicationTimeout", standardCommunicationTimeoutRole);
 }
 
 QVector<Field> meterFields()
@@ -128,14 +109,13 @@ QWidget *standardDLT645EditDialog::buildContent()
     m_serial.build(form);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
 
-    QPushButton *add = FormPage::button(tr("Add Tab"), QStringLiteral(":/adsdemo/images/add.svg"), content);
-    add->setObjectName(QStringLiteral("addTabButton"));
+    QPushButton *add = StandardTabs::makeAddButton(content);
     connect(add, &QPushButton::clicked, this, &standardDLT645EditDialog::addTab);
     column->addWidget(add, 0, Qt::AlignLeft);
 
-    m_tabs = new QTabWidget(content);
-    m_tabs->setTabsClosable(true);
-    connect(m_tabs, &QTabWidget::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
+    // Loaded tabs bear the word that stored projects have, on purpose.
+    m_tabs = new StandardTabs(QStringLiteral("DLT645-%1"), QStringLiteral("Modbus-%1"), content);
+    connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
     column->addWidget(m_tabs);
     const int widest = qMax(m_fields.labelWidth(), qMax(m_serial.labelWidth(), m_trigger.labelWidth()));
     for (const FieldTable *fields : {&m_fields, &m_serial, &m_trigger}) {
@@ -172,8 +152,7 @@ QWidget *standardDLT645EditDialog::makePage(const QString &title)
             &standardDLT645EditDialog::updateParameterTable);
     version->installEventFilter(this);
     column->addStretch();
-    m_tabs->addTab(page, title);
-    FormPage::orderBehind(m_tabs, page);
+    m_tabs->appendPage(page, title);
     return page;
 }
 
@@ -189,7 +168,7 @@ QTableWidget *standardDLT645EditDialog::makeTable(QWidget *page)
         table->horizontalHeaderItem(column)->setToolTip(table->horizontalHeaderItem(column)->text());
     }
     table->setWordWrap(false);
-    table->setFixedHeight(tableHeight);
+    table->setFixedHeight(StandardTabs::tableHeight);
     table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
     table->horizontalHeader()->setStyleSheet(
         QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }"));
@@ -236,47 +215,27 @@ void standardDLT645EditDialog::fillFields(Opening opening)
 
 void standardDLT645EditDialog::loadTabs()
 {
-    const auto groups = m_item.item()->data(standardDatasRole).value<GroupMap>();
-    for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
-        loadTab(group.key(), group.value());
-    }
-    retitleTabs(loadedTitle);
-    const auto tables = m_tabs->findChildren<QTableWidget *>();
-    for (QTableWidget *table : tables) {
-        table->setFixedHeight(tableHeight);
-    }
-}
-
-void standardDLT645EditDialog::retitleTabs(const QString &pattern)
-{
-    for (int index = 0; index < m_tabs->count(); ++index) {
-        m_tabs->setTabText(index, pattern.arg(index + 1));
-    }
-    m_nextTab = m_tabs->count() + 1;
+    m_tabs->load(m_item.item()->data(standardDatasRole),
+                 [this](const QString &title, const RowList &rows) { loadTab(title, rows); });
 }
 
 void standardDLT645EditDialog::replaceItem(QStandardItem *item)
 {
     m_item = ItemRef(item);
     fillFields(Opening::Replace);
-    while (m_tabs->count() > 0) {
-        deleteTab(0);
-    }
+    m_tabs->deletePages();
     loadTabs();
     logToFile(QStringLiteral("standardDLT645EditDialog: replace"));
 }
 
 void standardDLT645EditDialog::addTab()
 {
-    makePage(newTitle.arg(m_nextTab++));
+    makePage(m_tabs->takeTitle());
 }
 
 void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
 {
-    QWidget *page = nullptr;
-    for (int index = 0; index < m_tabs->count() && !page; ++index) {
-        page = m_tabs->tabText(index) == title ? m_tabs->widget(index) : nullptr;
-    }
+    QWidget *page = m_tabs->pageTitled(title);
     if (!page) {
         page = makePage(title);
     }
@@ -304,9 +263,7 @@ void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
 
 void standardDLT645EditDialog::deleteTab(int index)
 {
-    // At once: numbers and contents of the tabs must agree when the next event comes.
-    delete m_tabs->widget(index);
-    retitleTabs(newTitle);
+    m_tabs->deletePage(index);
 }
 
 void standardDLT645EditDialog::updateParameterTable(int index)
@@ -372,13 +329,7 @@ void standardDLT645EditDialog::saveChanges()
     m_fields.save(item);
     m_serial.save(item);
     m_trigger.save(item);
-    GroupMap tabs;
-    for (int index = 0; index < m_tabs->count(); ++index) {
-        const RowList rows = rowsOf(m_tabs->widget(index));
-        if (!rows.isEmpty()) {
-            tabs.insert(m_tabs->tabText(index), rows);
-        }
-    }
+    const GroupMap tabs = m_tabs->groups([this](const QWidget *page) { return rowsOf(page); });
     item->setData(QVariant::fromValue(tabs), standardDatasRole);
     if (m_workspace) {
         m_workspace->appendMessage(
@@ -408,9 +359,7 @@ void standardDLT645EditDialog::clearData()
     m_fields.clear();
     m_serial.clear();
     m_trigger.clear();
-    while (m_tabs->count() > 0) {
-        deleteTab(0);
-    }
+    m_tabs->deletePages();
 }
 
 QLineEdit *standardDLT645EditDialog::nameEdit() const

@@ -7,8 +7,8 @@
 
 class QPushButton;
 class QStandardItem;
-class QTabWidget;
 class QTableWidget;
+class StandardTabs;
 class Workspace;
 
 // The form of a Standard of protocol "DLT645": one serial line, and a tab for each meter on it with its
@@ -55,7 +55,6 @@ private:
     void fillFields(Opening opening);
     void loadTabs();
     void fillTable(QTableWidget *table, const QString &version);
-    void retitleTabs(const QString &pattern);
     RowList rowsOf(const QWidget *page) const;
 
     ItemRef m_item;
@@ -63,8 +62,7 @@ private:
     FieldTable m_fields;
     FieldTable m_serial;
     FieldTable m_trigger;
-    QTabWidget *m_tabs = nullptr;
+    StandardTabs *m_tabs = nullptr;
     QPushButton *m_save = nullptr;
-    int m_nextTab = 1;
     bool m_clearingName = false;
 };

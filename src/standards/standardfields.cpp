@@ -32,6 +32,26 @@ QVector<Field> StandardFields::serialLine(const char *baudRate, const char *pari
     };
 }
 
+QVector<Field> StandardFields::serialTimes(const char *timeoutName, int timeoutRole)
+{
+    return {
+        {timeoutName,
+         QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"),
+         FieldKind::Text,
+         timeoutRole,
+         FieldCheck::Integer,
+         {},
+         "2000"},
+        {"communicationGap",
+         QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"),
+         FieldKind::Text,
+         standardCommunicationGapRole,
+         FieldCheck::Integer,
+         {},
+         "-1"},
+    };
+}
+
 QVector<Field> StandardFields::trigger()
 {
     return {{"collectionInterval",

@@ -5,6 +5,7 @@
 #include "model/workspace.h"
 #include "standards/modbusfields.h"
 #include "standards/standardfields.h"
+#include "standards/standardtabs.h"
 #include "widgets/formpage.h"
 
 #include <QCheckBox>
@@ -17,18 +18,10 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStandardItem>
-#include <QTabWidget>
 #include <QTableWidget>
 #include <QTimer>
 
 namespace {
-
-constexpr int tableHeight = 600; // pixels
-
-QString tabTitle(int number)
-{
-    return QStringLiteral("Modbus-%1").arg(number);
-}
 
 template <class Widget> Widget *child(const QWidget *page, const char *name)
 {
@@ -90,15 +83,14 @@ QWidget *standardModbusEditDialog::buildContent()
     m_networkGroup = group(tr("Network Layer Information"), m_network);
     m_serialGroup = group(tr("Serial Port Information"), m_serial);
 
-    QPushButton *add = FormPage::button(tr("Add Tab"), QStringLiteral(":/adsdemo/images/add.svg"), content);
-    add->setObjectName(QStringLiteral("addTabButton"));
+    QPushButton *add = StandardTabs::makeAddButton(content);
     connect(add, &QPushButton::clicked, this, &standardModbusEditDialog::addTab);
     column->addWidget(add, 0, Qt::AlignLeft);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
 
-    m_tabs = new QTabWidget(content);
-    m_tabs->setTabsClosable(true);
-    connect(m_tabs, &QTabWidget::tabCloseRequested, this, &standardModbusEditDialog::deleteTab);
+    const QString title = QStringLiteral("Modbus-%1");
+    m_tabs = new StandardTabs(title, title, content);
+    connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardModbusEditDialog::deleteTab);
     column->addWidget(m_tabs);
     alignFields();
     return content;
@@ -161,8 +153,7 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
     m_latestTable = table;
     column->addWidget(table);
     column->addStretch();
-    m_tabs->addTab(page, title);
-    FormPage::orderBehind(m_tabs, page);
+    m_tabs->appendPage(page, title);
     return page;
 }
 
@@ -176,50 +167,29 @@ void standardModbusEditDialog::fillFields()
 void standardModbusEditDialog::loadTabs()
 {
     m_tabsLoaded = true;
-    if (!m_item.item()) {
-        return;
+    if (const QStandardItem *item = m_item.item()) {
+        m_tabs->load(item->data(standardDatasRole),
+                     [this](const QString &title, const RowList &rows) { loadTab(title, rows); });
     }
-    const auto groups = m_item.item()->data(standardDatasRole).value<GroupMap>();
-    for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
-        loadTab(group.key(), group.value());
-    }
-    retitleTabs();
-    const auto tables = m_tabs->findChildren<QTableWidget *>();
-    for (QTableWidget *table : tables) {
-        table->setFixedHeight(tableHeight);
-    }
-}
-
-void standardModbusEditDialog::retitleTabs()
-{
-    for (int index = 0; index < m_tabs->count(); ++index) {
-        m_tabs->setTabText(index, tabTitle(index + 1));
-    }
-    m_nextTab = m_tabs->count() + 1;
 }
 
 void standardModbusEditDialog::replaceItem(QStandardItem *item)
 {
     m_item = ItemRef(item);
     fillFields();
-    while (m_tabs->count() > 0) {
-        deleteTab(0);
-    }
+    m_tabs->deletePages();
     loadTabs();
     logToFile(QStringLiteral("standardModbusEditDialog: replace"));
 }
 
 void standardModbusEditDialog::addTab()
 {
-    makePage(tabTitle(m_nextTab++));
+    makePage(m_tabs->takeTitle());
 }
 
 void standardModbusEditDialog::loadTab(QString title, QList<QVariantList> rows)
 {
-    QWidget *page = nullptr;
-    for (int index = 0; index < m_tabs->count() && !page; ++index) {
-        page = m_tabs->tabText(index) == title ? m_tabs->widget(index) : nullptr;
-    }
+    QWidget *page = m_tabs->pageTitled(title);
     if (!page) {
         page = makePage(title);
     }
@@ -237,9 +207,7 @@ void standardModbusEditDialog::loadTab(QString title, QList<QVariantList> rows)
 
 void standardModbusEditDialog::deleteTab(int index)
 {
-    // At once: numbers and contents of the tabs must agree when the next event comes.
-    delete m_tabs->widget(index);
-    retitleTabs();
+    m_tabs->deletePage(index);
 }
 
 void standardModbusEditDialog::saveChanges()
@@ -263,13 +231,7 @@ void standardModbusEditDialog::saveChanges()
     }
     m_trigger.save(item);
 
-    GroupMap tabs;
-    for (int index = 0; index < m_tabs->count(); ++index) {
-        const RowList rows = rowsOf(m_tabs->widget(index));
-        if (!rows.isEmpty()) {
-            tabs.insert(m_tabs->tabText(index), rows);
-        }
-    }
+    const GroupMap tabs = m_tabs->groups([this](const QWidget *page) { return rowsOf(page); });
     item->setData(QVariant::fromValue(tabs), standardDatasRole);
     if (m_workspace) {
         m_workspace->appendMessage(tr("The Standard Modbus '%1' is saved successfully.")
@@ -299,9 +261,7 @@ void standardModbusEditDialog::clearData()
     for (const FieldTable *fields : {&m_identity, &m_network, &m_serial, &m_trigger}) {
         fields->clear();
     }
-    while (m_tabs->count() > 0) {
-        deleteTab(0);
-    }
+    m_tabs->deletePages();
 }
 
 void standardModbusEditDialog::onProtocolChanged(QString protocol)

@@ -11,8 +11,8 @@
 class QGroupBox;
 class QPushButton;
 class QStandardItem;
-class QTabWidget;
 class QTableWidget;
+class StandardTabs;
 class Workspace;
 
 // The form of a Standard of protocol "Modbus": one link, TCP or serial, and a tab for each slave on it with
@@ -68,7 +68,6 @@ private:
     QWidget *makePage(const QString &title);
     void fillFields();
     void loadTabs();
-    void retitleTabs();
     QTableWidget *currentTable() const;
     RowList rowsOf(const QWidget *page) const;
 
@@ -81,10 +80,9 @@ private:
     ParameterEditor *m_parameters;
     QGroupBox *m_networkGroup = nullptr;
     QGroupBox *m_serialGroup = nullptr;
-    QTabWidget *m_tabs = nullptr;
+    StandardTabs *m_tabs = nullptr;
     QPushButton *m_save = nullptr;
     QPointer<QTableWidget> m_latestTable; // of the tab made last
     int m_fieldColumn = 0;                // left edge of the fields in the content, pixels
-    int m_nextTab = 1;
-    bool m_tabsLoaded = false; // by the timer of the constructor, or before it by replaceItem
+    bool m_tabsLoaded = false;            // by the timer of the constructor, or before it by replaceItem
 };

@@ -1,6 +1,7 @@
 #include "model/itemroles.h"
 #include "standards/standarddlt645editdialog.h"
-#include "support/workspacefake.h"
+#include "support/logtail.h"
+#include "support/standardformtest.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -15,12 +16,15 @@
 #include <QtTest>
 
 // The form of a DLT645 Standard on an item and a faked main window.
-class TestStandardDLT645EditDialog : public QObject
+class TestStandardDLT645EditDialog : public StandardFormTest
 {
     Q_OBJECT
+public:
+    TestStandardDLT645EditDialog()
+        : StandardFormTest(QStringLiteral("Meters"), QStringLiteral("DLT645"))
+    {
+    }
 private slots:
-    void init();
-    void cleanup();
     void newStandardShowsItsDefaults();
     void openingWritesTheTextDefaultsOnly();
     void newTabShowsTheWholeCatalogue();
@@ -41,28 +45,10 @@ private slots:
     void everyInputHasItsName();
     void rolesOfTheWrongTypeDoNoHarm();
     void saveWithoutItsNodeDoesNothing();
-
-private:
-    QStandardItem *m_item = nullptr;
-    WorkspaceFake *m_workspace = nullptr;
+    void writesItsLifeToTheLog();
 };
 
 namespace {
-
-template <class Widget> Widget *find(const QWidget &form, const char *name)
-{
-    return form.findChild<Widget *>(QLatin1String(name));
-}
-
-QStringList titles(const QWidget &form)
-{
-    QStringList texts;
-    const auto *tabs = form.findChild<QTabWidget *>();
-    for (int index = 0; index < tabs->count(); ++index) {
-        texts.append(tabs->tabText(index));
-    }
-    return texts;
-}
 
 QCheckBox *tick(const QTableWidget *table, int row)
 {
@@ -78,25 +64,7 @@ int ticked(const QTableWidget *table)
     return count;
 }
 
-void setGroups(QStandardItem *item, const GroupMap &groups)
-{
-    item->setData(QVariant::fromValue(groups), standardDatasRole);
-}
-
 } // namespace
-
-void TestStandardDLT645EditDialog::init()
-{
-    m_item = new QStandardItem(QStringLiteral("Meters"));
-    m_item->setData(QStringLiteral("DLT645"), standardProtocolRole);
-    m_workspace = new WorkspaceFake;
-}
-
-void TestStandardDLT645EditDialog::cleanup()
-{
-    delete m_workspace;
-    delete m_item;
-}
 
 void TestStandardDLT645EditDialog::newStandardShowsItsDefaults()
 {
@@ -357,17 +325,6 @@ void TestStandardDLT645EditDialog::everyInputHasItsName()
 {
     standardDLT645EditDialog form(m_item, m_workspace);
     form.addTab();
-    QStringList names;
-    const auto widgets = form.findChildren<QWidget *>();
-    for (const QWidget *widget : widgets) {
-        const bool cell = qobject_cast<const QTableWidget *>(widget->parentWidget()->parentWidget());
-        if (!cell
-            && (qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QComboBox *>(widget)
-                || qobject_cast<const QCheckBox *>(widget))) {
-            names.append(widget->objectName());
-        }
-    }
-    names.sort();
     QStringList expected{"name",
                          "protocol",
                          "serialport",
@@ -383,7 +340,7 @@ void TestStandardDLT645EditDialog::everyInputHasItsName()
                          "slaveAddressEdit",
                          "protocolVersionComboBox"};
     expected.sort();
-    QCOMPARE(names, expected);
+    QCOMPARE(inputNames(form), expected);
 }
 
 void TestStandardDLT645EditDialog::rolesOfTheWrongTypeDoNoHarm()
@@ -407,6 +364,20 @@ void TestStandardDLT645EditDialog::saveWithoutItsNodeDoesNothing()
     form.saveChanges();
     QCoreApplication::processEvents();
     QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestStandardDLT645EditDialog::writesItsLifeToTheLog()
+{
+    const LogTail log(QStringLiteral("standardDLT645EditDialog"));
+    QStandardItem other(QStringLiteral("Other"));
+    {
+        standardDLT645EditDialog form(m_item, m_workspace);
+        form.replaceItem(&other);
+        form.saveChanges();
+    }
+    QCOMPARE(log.events(),
+             (QStringList{"standardDLT645EditDialog: new-nuilt", "standardDLT645EditDialog: replace",
+                          "standardDLT645EditDialog: save", "standardDLT645EditDialog: destroyed"}));
 }
 
 QTEST_MAIN(TestStandardDLT645EditDialog)

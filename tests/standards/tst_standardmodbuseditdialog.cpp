@@ -1,7 +1,7 @@
 #include "model/itemroles.h"
 #include "standards/standardmodbuseditdialog.h"
-#include "support/messageboxes.h"
-#include "support/workspacefake.h"
+#include "support/logtail.h"
+#include "support/standardformtest.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -16,12 +16,15 @@
 #include <QtTest>
 
 // The form of a Modbus Standard on an item and a faked main window.
-class TestStandardModbusEditDialog : public QObject
+class TestStandardModbusEditDialog : public StandardFormTest
 {
     Q_OBJECT
+public:
+    TestStandardModbusEditDialog()
+        : StandardFormTest(QStringLiteral("Feeder"), QStringLiteral("Modbus"))
+    {
+    }
 private slots:
-    void init();
-    void cleanup();
     void newStandardShowsItsDefaults();
     void openingWritesTheTextDefaults();
     void tabsAppearAfterTheConstructor();
@@ -44,35 +47,12 @@ private slots:
     void everyInputHasItsName();
     void rolesOfTheWrongTypeDoNoHarm();
     void saveWithoutItsNodeDoesNothing();
-
-private:
-    QStandardItem *m_item = nullptr;
-    WorkspaceFake *m_workspace = nullptr;
-    MessageBoxes *m_boxes = nullptr;
+    void writesItsLifeToTheLog();
+    void formMayDieBelowItsFileDialog_data();
+    void formMayDieBelowItsFileDialog();
 };
 
 namespace {
-
-template <class Widget> Widget *find(const QWidget &form, const char *name)
-{
-    return form.findChild<Widget *>(QLatin1String(name));
-}
-
-void show(standardModbusEditDialog &form)
-{
-    form.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&form));
-}
-
-QStringList titles(const QWidget &form)
-{
-    QStringList texts;
-    const auto *tabs = form.findChild<QTabWidget *>();
-    for (int index = 0; index < tabs->count(); ++index) {
-        texts.append(tabs->tabText(index));
-    }
-    return texts;
-}
 
 QStringList stations(const QWidget &form)
 {
@@ -89,34 +69,7 @@ RowList group(const QString &station, const RowList &points = {})
     return RowList{{"standard", station, "CDAB", true, false}} + points;
 }
 
-void setGroups(QStandardItem *item, const GroupMap &groups)
-{
-    item->setData(QVariant::fromValue(groups), standardDatasRole);
-}
-
-GroupMap groupsOf(const QStandardItem *item)
-{
-    return item->data(standardDatasRole).value<GroupMap>();
-}
-
 } // namespace
-
-void TestStandardModbusEditDialog::init()
-{
-    m_item = new QStandardItem(QStringLiteral("Feeder"));
-    m_item->setData(QStringLiteral("Modbus"), standardProtocolRole);
-    m_workspace = new WorkspaceFake;
-    m_boxes = new MessageBoxes(this);
-}
-
-void TestStandardModbusEditDialog::cleanup()
-{
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
-    delete m_boxes;
-    delete m_workspace;
-    delete m_item;
-}
 
 void TestStandardModbusEditDialog::newStandardShowsItsDefaults()
 {
@@ -416,9 +369,7 @@ void TestStandardModbusEditDialog::wheelLeavesListsAlone()
     form.addTab();
     form.addParameter();
     auto *type = qobject_cast<QComboBox *>(form.findChild<QTableWidget *>()->cellWidget(0, 2));
-    QWheelEvent wheel(QPointF(1, 1), QPointF(1, 1), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(type, &wheel);
+    turnWheel(type);
     QCOMPARE(type->currentText(), QStringLiteral("bool"));
 }
 
@@ -447,15 +398,6 @@ void TestStandardModbusEditDialog::everyInputHasItsName()
 {
     standardModbusEditDialog form(m_item, m_workspace);
     form.addTab();
-    QStringList names;
-    const auto widgets = form.findChildren<QWidget *>();
-    for (const QWidget *widget : widgets) {
-        if (qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QComboBox *>(widget)
-            || qobject_cast<const QCheckBox *>(widget)) {
-            names.append(widget->objectName());
-        }
-    }
-    names.sort();
     QStringList expected{"name",
                          "protocol",
                          "modbus",
@@ -480,7 +422,7 @@ void TestStandardModbusEditDialog::everyInputHasItsName()
                          "startAddress0CheckBox",
                          "charReversedCheckBox"};
     expected.sort();
-    QCOMPARE(names, expected);
+    QCOMPARE(inputNames(form), expected);
 }
 
 void TestStandardModbusEditDialog::rolesOfTheWrongTypeDoNoHarm()
@@ -504,6 +446,39 @@ void TestStandardModbusEditDialog::saveWithoutItsNodeDoesNothing()
     model.removeRow(0);
     form.saveChanges();
     QCoreApplication::processEvents();
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestStandardModbusEditDialog::writesItsLifeToTheLog()
+{
+    const LogTail log(QStringLiteral("standardModbusEditDialog"));
+    QStandardItem other(QStringLiteral("Other"));
+    {
+        standardModbusEditDialog form(m_item, m_workspace);
+        form.replaceItem(&other);
+        form.saveChanges();
+    }
+    QCOMPARE(log.events(),
+             (QStringList{"standardModbusEditDialog: new-nuilt", "standardModbusEditDialog: replace",
+                          "standardModbusEditDialog: save", "standardModbusEditDialog: destroyed"}));
+}
+
+void TestStandardModbusEditDialog::formMayDieBelowItsFileDialog_data()
+{
+    QTest::addColumn<QByteArray>("button");
+    QTest::newRow("import") << QByteArray("importButton");
+    QTest::newRow("export") << QByteArray("exportButton");
+}
+
+void TestStandardModbusEditDialog::formMayDieBelowItsFileDialog()
+{
+    QFETCH(QByteArray, button);
+    const QPointer<standardModbusEditDialog> form = new standardModbusEditDialog(m_item, m_workspace);
+    form->addTab();
+    form->addParameter();
+    m_dialogs->expect([form](QWidget *) { delete form; });
+    find<QPushButton>(*form, button)->click();
+    QVERIFY(!form);
     QCOMPARE(m_workspace->messages, QStringList());
 }
 

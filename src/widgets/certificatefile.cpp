@@ -1,4 +1,4 @@
-#include "services/certificatefile.h"
+#include "widgets/certificatefile.h"
 
 #include <QFile>
 

@@ -1,0 +1,90 @@
+#include "standards/standardtabs.h"
+
+#include "widgets/formpage.h"
+
+#include <QPushButton>
+#include <QTableWidget>
+
+StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, QWidget *parent)
+    : QTabWidget(parent)
+    , m_newTitle(std::move(newTitle))
+    , m_loadedTitle(std::move(loadedTitle))
+{
+    setTabsClosable(true);
+}
+
+QPushButton *StandardTabs::makeAddButton(QWidget *parent)
+{
+    QPushButton *add = FormPage::button(tr("Add Tab"), QStringLiteral(":/adsdemo/images/add.svg"), parent);
+    add->setObjectName(QStringLiteral("addTabButton"));
+    return add;
+}
+
+QString StandardTabs::takeTitle()
+{
+    return m_newTitle.arg(m_next++);
+}
+
+void StandardTabs::appendPage(QWidget *page, const QString &title)
+{
+    addTab(page, title);
+    FormPage::orderBehind(this, page);
+}
+
+QWidget *StandardTabs::pageTitled(const QString &title) const
+{
+    for (int index = 0; index < count(); ++index) {
+        if (tabText(index) == title) {
+            return widget(index);
+        }
+    }
+    return nullptr;
+}
+
+void StandardTabs::deletePage(int index)
+{
+    // At once: numbers and contents of the tabs must agree when the next event comes.
+    delete widget(index);
+    retitle(m_newTitle);
+}
+
+void StandardTabs::deletePages()
+{
+    while (count() > 0) {
+        deletePage(0);
+    }
+}
+
+void StandardTabs::load(const QVariant &stored,
+                        const std::function<void(const QString &, const RowList &)> &loadTab)
+{
+    const auto groups = stored.value<GroupMap>();
+    for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
+        loadTab(group.key(), group.value());
+    }
+    retitle(m_loadedTitle);
+    const auto tables = findChildren<QTableWidget *>();
+    for (QTableWidget *table : tables) {
+        table->setFixedHeight(tableHeight);
+    }
+}
+
+GroupMap StandardTabs::groups(const std::function<RowList(const QWidget *)> &rowsOf) const
+{
+    GroupMap groups;
+    for (int index = 0; index < count(); ++index) {
+        const RowList rows = rowsOf(widget(index));
+        if (!rows.isEmpty()) {
+            groups.insert(tabText(index), rows);
+        }
+    }
+    return groups;
+}
+
+void StandardTabs::retitle(const QString &pattern)
+{
+    for (int index = 0; index < count(); ++index) {
+        setTabText(index, pattern.arg(index + 1));
+    }
+    m_next = count() + 1;
+}

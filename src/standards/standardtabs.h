@@ -1,0 +1,46 @@
+#pragma once
+
+#include "model/projecttree.h"
+
+#include <QTabWidget>
+
+#include <functional>
+
+class QPushButton;
+
+// The tabs of a Standard, one for each device on its link: closable, and numbered from 1 in their titles. The
+// form makes the pages; its stored rows are a list for each title.
+class StandardTabs : public QTabWidget
+{
+    Q_OBJECT
+public:
+    static constexpr int tableHeight = 600; // of the table on a page, pixels
+
+    // Titles with %1 for the number: of a new tab and of all tabs when one was closed, and of loaded tabs.
+    StandardTabs(QString newTitle, QString loadedTitle, QWidget *parent);
+
+    // The button "Add Tab", not connected.
+    static QPushButton *makeAddButton(QWidget *parent);
+
+    // The title of a tab to be appended; its number is taken then.
+    QString takeTitle();
+    // The page belongs to the tabs from here on; it does not become the current one.
+    void appendPage(QWidget *page, const QString &title);
+    // The first page with that title, or null.
+    QWidget *pageTitled(const QString &title) const;
+    // At once and without asking; the numbers of the others close up.
+    void deletePage(int index);
+    void deletePages();
+
+    // Hands each entry of the stored map to the form, in the order of titles as texts, and numbers the tabs.
+    void load(const QVariant &stored, const std::function<void(const QString &, const RowList &)> &loadTab);
+    // The map to be stored; a page that gives no rows is left out.
+    GroupMap groups(const std::function<RowList(const QWidget *)> &rowsOf) const;
+
+private:
+    void retitle(const QString &pattern);
+
+    QString m_newTitle;
+    QString m_loadedTitle;
+    int m_next = 1; // number of the next new tab
+};

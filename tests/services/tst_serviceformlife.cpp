@@ -1,0 +1,119 @@
+#include "model/itemroles.h"
+#include "services/serviceiec61850editdialog.h"
+#include "support/logtail.h"
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+#include "support/workspacefake.h"
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QStandardItem>
+#include <QStandardItemModel>
+#include <QTimer>
+#include <QtTest>
+
+// The form of the IEC61850 service from its making to its end, which may come below a dialog of its own.
+class TestServiceFormLife : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void formMayDieBelowItsFileDialog_data();
+    void formMayDieBelowItsFileDialog();
+    void formMayDieBelowTheBoxOfItsPath();
+    void itemMayLeaveBelowTheBoxOfItsPath();
+    void writesItsLifeToTheLog();
+
+private:
+    QStandardItem *m_item = nullptr;
+    WorkspaceFake *m_workspace = nullptr;
+    MessageBoxes *m_boxes = nullptr;
+};
+
+void TestServiceFormLife::init()
+{
+    m_item = new QStandardItem(QStringLiteral("IEC61850"));
+    m_workspace = new WorkspaceFake;
+    m_boxes = new MessageBoxes(this);
+}
+
+void TestServiceFormLife::cleanup()
+{
+    QCOMPARE(m_boxes->unexpected(), QStringList());
+    QCOMPARE(m_boxes->pending(), 0);
+    delete m_boxes;
+    delete m_workspace;
+    delete m_item;
+}
+
+void TestServiceFormLife::formMayDieBelowItsFileDialog_data()
+{
+    QTest::addColumn<QByteArray>("button");
+    QTest::newRow("certificate") << QByteArray("rootCertificateSelect");
+    QTest::newRow("key") << QByteArray("serverKeySelect");
+    QTest::newRow("client") << QByteArray("clientCertificate10Select");
+}
+
+void TestServiceFormLife::formMayDieBelowItsFileDialog()
+{
+    QFETCH(QByteArray, button);
+    ModalDialogs dialogs;
+    const QPointer<ServiceIEC61850EditDialog> form = new ServiceIEC61850EditDialog(m_item, m_workspace);
+    form->findChild<QCheckBox *>(QStringLiteral("enableSSL"))->setChecked(true);
+    form->findChild<QCheckBox *>(QStringLiteral("isVerifyClientCert"))->setChecked(true);
+    dialogs.expect([form](QWidget *) { delete form; });
+    form->findChild<QPushButton *>(QString::fromLatin1(button))->click();
+    QVERIFY(!form);
+    QCOMPARE(dialogs.pending(), 0);
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(m_item->data(serviceRootCertificatePathRole), QVariant());
+}
+
+void TestServiceFormLife::formMayDieBelowTheBoxOfItsPath()
+{
+    const QPointer<ServiceIEC61850EditDialog> form = new ServiceIEC61850EditDialog(m_item, m_workspace);
+    form->findChild<QLineEdit *>(QStringLiteral("rootCertificatePath"))->setText(QStringLiteral("/other"));
+    form->findChild<QLineEdit *>(QStringLiteral("serverKeyPath"))->setText(QStringLiteral("/other"));
+    delete m_boxes; // which would answer the box first
+    QTimer::singleShot(0, this, [form] { delete form; });
+    form->saveChanges();
+    m_boxes = new MessageBoxes(this);
+    QVERIFY(!form);
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestServiceFormLife::itemMayLeaveBelowTheBoxOfItsPath()
+{
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    ServiceIEC61850EditDialog form(model.item(0), m_workspace);
+    form.findChild<QLineEdit *>(QStringLiteral("rootCertificatePath"))->setText(QStringLiteral("/other"));
+    form.findChild<QLineEdit *>(QStringLiteral("serverKeyPath"))->setText(QStringLiteral("/other"));
+    m_boxes->expect();
+    QTimer::singleShot(0, &model, [&model] { model.clear(); });
+    form.saveChanges();
+    QCOMPARE(m_boxes->told().size(), 1);
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestServiceFormLife::writesItsLifeToTheLog()
+{
+    const LogTail log(QStringLiteral("ServiceIEC61850EditDialog"));
+    QStandardItem other(QStringLiteral("Other"));
+    {
+        ServiceIEC61850EditDialog form(m_item, m_workspace);
+        form.replaceItem(&other);
+        form.saveChanges();
+    }
+    QCOMPARE(log.events(),
+             (QStringList{QStringLiteral("ServiceIEC61850EditDialog: new-nuilt"),
+                          QStringLiteral("ServiceIEC61850EditDialog: replace"),
+                          QStringLiteral("ServiceIEC61850EditDialog: save"),
+                          QStringLiteral("ServiceIEC61850EditDialog: destroyed")}));
+}
+
+QTEST_MAIN(TestServiceFormLife)
+#include "tst_serviceformlife.moc"

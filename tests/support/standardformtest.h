@@ -1,0 +1,48 @@
+#pragma once
+
+#include "model/projecttree.h"
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+#include "support/workspacefake.h"
+
+#include <QObject>
+#include <QWidget>
+
+class QStandardItem;
+
+// What the tests of the forms of Standards share: a Standard, a main window, watch over each message box and
+// dialog, and ways to look at a form.
+class StandardFormTest : public QObject
+{
+    Q_OBJECT
+protected:
+    // The Standard that each test begins with.
+    StandardFormTest(QString name, QString protocol);
+
+    template <class Widget> static Widget *find(const QWidget &form, const char *name)
+    {
+        return form.findChild<Widget *>(QLatin1String(name));
+    }
+    static void show(QWidget &form);
+    // Of the tabs, in order.
+    static QStringList titles(const QWidget &form);
+    // Of all inputs that are no cells, sorted.
+    static QStringList inputNames(const QWidget &form);
+    static void setGroups(QStandardItem *item, const GroupMap &groups);
+    static GroupMap groupsOf(const QStandardItem *item);
+    // Turns the wheel by one notch over the widget.
+    static void turnWheel(QWidget *widget);
+
+    QStandardItem *m_item = nullptr;
+    WorkspaceFake *m_workspace = nullptr;
+    MessageBoxes *m_boxes = nullptr;
+    ModalDialogs *m_dialogs = nullptr;
+
+protected slots:
+    void init();
+    void cleanup();
+
+private:
+    QString m_name;
+    QString m_protocol;
+};
