@@ -1,0 +1,120 @@
+#include "servers/pointform.h"
+
+#include "app/activitylog.h"
+#include "model/workspace.h"
+#include "widgets/tell.h"
+
+#include <QHeaderView>
+#include <QMenu>
+#include <QTableView>
+
+namespace {
+
+constexpr int leastHeight = 220; // pixels: the header and half a dozen points
+
+bool hasPoint(const QAbstractItemModel *model, const QStringList &leading)
+{
+    for (int row = 0; row < model->rowCount(); ++row) {
+        int column = 0;
+        while (column < leading.size() && model->index(row, column).data().toString() == leading.at(column)) {
+            ++column;
+        }
+        if (column == leading.size()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+PointForm::PointForm(const Kind &kind, const Points &points, const QVector<Field> &fields,
+                     QStandardItem *item, Workspace *workspace)
+    : ServerForm(kind, fields, item, workspace)
+    , m_points(points)
+{
+    // Under the name by which the slot declares it, so that it may be called by name and queued.
+    qRegisterMetaType<QList<QJsonObject>>("QList<QJsonObject>");
+}
+
+void PointForm::handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC)
+{
+    const QTableView *view = pointView();
+    if (!view) {
+        return;
+    }
+    for (const QJsonObject &point : points) {
+        const QStringList leading = leadingCells(point, currentPLC);
+        if (!hasPoint(view->model(), leading)) {
+            appendPoint(leading, point);
+        } else if (m_points.tellsDuplicates && workspace()) {
+            // On purpose without the two names: with a blank behind each "%" the text is shown as it stands,
+            // which is the message that users of these forms know.
+            workspace()->appendMessage(
+                tr("The data with device name '% 2' and variable name '% 1' already exists."));
+        }
+    }
+}
+
+void PointForm::clearData()
+{
+    ServerForm::clearData();
+    for (const QTableView *view : qAsConst(m_views)) {
+        view->model()->removeRows(0, view->model()->rowCount());
+    }
+}
+
+void PointForm::showContextMenu(const QPoint &pos)
+{
+    const QTableView *view = pointView();
+    if (!view) {
+        return;
+    }
+    QMenu menu(tr("Context menu")); // without a parent: the form may be closed while it stands
+    connect(menu.addAction(tr("Import Data Points")), &QAction::triggered, this,
+            &PointForm::importDataPoints);
+    connect(menu.addAction(tr("Delete")), &QAction::triggered, this, &PointForm::deleteSelectedItem);
+    menu.exec(view->viewport()->mapToGlobal(pos));
+}
+
+void PointForm::importDataPoints()
+{
+    log(QStringLiteral("Import Data Points"));
+    if (workspace()) {
+        workspace()->openImportDataDialog();
+    } else {
+        Tell::warning(this, tr("Warning"), tr("Main window pointer is not set."));
+    }
+}
+
+void PointForm::deleteSelectedItem()
+{
+    const QTableView *view = pointView();
+    const QModelIndexList selected = view ? view->selectionModel()->selectedIndexes() : QModelIndexList();
+    if (selected.isEmpty()) {
+        return;
+    }
+    logToFile(QLatin1String(m_points.deletedLine));
+    removePoint(view->model(), selected.first().row());
+}
+
+void PointForm::addPointView(QTableView *view)
+{
+    view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    view->setSelectionMode(QAbstractItemView::SingleSelection);
+    view->setMinimumHeight(leastHeight);
+    view->horizontalHeader()->setHighlightSections(false);
+    view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(view, &QWidget::customContextMenuRequested, this, &PointForm::showContextMenu);
+    m_views.append(view);
+}
+
+QTableView *PointForm::pointView() const
+{
+    return m_views.value(0);
+}
+
+void PointForm::removePoint(QAbstractItemModel *model, int row)
+{
+    model->removeRow(row);
+}

@@ -1,0 +1,423 @@
+#include "pointformtest.h"
+#include "servers/serverhj212editdialog.h"
+#include "support/workspacefake.h"
+
+#include <QRegExpValidator>
+#include <QRegularExpressionValidator>
+#include <QTableWidget>
+#include <QTranslator>
+
+using namespace PointFormTest;
+
+// The form of an HJ212 server.
+class TestServerHJ212EditDialog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+    void fieldsInTheirOrder();
+    void openingWritesTheCommandCodeOnly();
+    void storedCommandCodeStays();
+    void systemCodes_data();
+    void systemCodes();
+    void systemCodesAreTwentyAndDiffer_data();
+    void systemCodesAreTwentyAndDiffer();
+    void unknownSystemCodeShowsTheFirst_data();
+    void unknownSystemCodeShowsTheFirst();
+    void typing_data();
+    void typing();
+    void validatorsOfTheNewerKind();
+    void factorCode_data();
+    void factorCode();
+    void importedPointHasNoFactorCode();
+    void pointThatIsThereIsTold_data();
+    void pointThatIsThereIsTold();
+    void saveWritesEveryRole();
+    void saveChecksNothing();
+    void replaceItemShowsTheOther();
+    void clearDataEmptiesTheForm();
+    void thousandPointsComeBack();
+
+private:
+    QStandardItem *m_item = nullptr;
+    WorkspaceFake *m_workspace = nullptr;
+};
+
+namespace {
+
+const QString source = QStringLiteral("Meter A");
+
+const struct {
+    int code;
+    const char *text;
+} codes[] = {
+    {21, "Surface water quality testing"},
+    {22, "Air quality testing"},
+    {23, "Acoustic environment quality testing"},
+    {24, "Groundwater quality testing"},
+    {25, "Soil quality testing"},
+    {26, "Sea water quality testing"},
+    {27, "Volatile organic compound detection"},
+    {31, "Air pollution sources"},
+    {32, "Surface water pollution sources"},
+    {33, "Groundwater environmental pollution sources"},
+    {34, "Marine environmental pollution sources"},
+    {35, "Soil environmental pollution sources"},
+    {36, "Sources of acoustic environmental pollution"},
+    {37, "Vibration environmental pollution sources"},
+    {38, "Radioactive environmental pollution source"},
+    {39, "Construction site dust pollution source"},
+    {41, "Electromagnetic environmental pollution sources"},
+    {51, "Monitoring of flue gas emission process"},
+    {52, "Monitoring of sewage discharge process"},
+    {91, "system interaction"},
+};
+
+QTableWidget *points(const QWidget &form)
+{
+    return form.findChild<QTableWidget *>(QStringLiteral("points"));
+}
+
+QLineEdit *factor(const QWidget &form, int row)
+{
+    return qobject_cast<QLineEdit *>(points(form)->cellWidget(row, 2));
+}
+
+QVariantList row(const char *plc, const char *name, const char *code)
+{
+    return {QString::fromLatin1(plc), QString::fromLatin1(name), QString::fromLatin1(code)};
+}
+
+} // namespace
+
+void TestServerHJ212EditDialog::init()
+{
+    m_item = new QStandardItem(QStringLiteral("Platform"));
+    m_item->setData(QStringLiteral("HJ212"), serverProtocolRole);
+    m_workspace = new WorkspaceFake;
+}
+
+void TestServerHJ212EditDialog::cleanup()
+{
+    delete m_workspace;
+    delete m_item;
+}
+
+void TestServerHJ212EditDialog::fieldsInTheirOrder()
+{
+    const ServerHJ212EditDialog form(m_item, m_workspace);
+    QCOMPARE(inputs(form),
+             (QStringList{QStringLiteral("Server Name:|name"), QStringLiteral("Protocol:|protocol"),
+                          QStringLiteral("IP Address:|ip"), QStringLiteral("Port:|port"),
+                          QStringLiteral("Client ID:|clientId"), QStringLiteral("Password:|password"),
+                          QStringLiteral("System Code:|systemCode"),
+                          QStringLiteral("Command Code:|commandCode")}));
+    QVERIFY(edit(form, "name")->isReadOnly());
+    QCOMPARE(edit(form, "name")->text(), QStringLiteral("Platform"));
+    QVERIFY(!list(form, "protocol")->isEnabled());
+    QCOMPARE(list(form, "protocol")->count(), 1);
+    QCOMPARE(list(form, "protocol")->currentText(), QStringLiteral("HJ212"));
+    QCOMPARE(edit(form, "password")->echoMode(), QLineEdit::Password);
+    QCOMPARE(
+        headers(points(form)),
+        (QStringList{QStringLiteral("PLC Name"), QStringLiteral("Name"), QStringLiteral("Factor Code")}));
+}
+
+void TestServerHJ212EditDialog::openingWritesTheCommandCodeOnly()
+{
+    auto expected = rolesOf(*m_item);
+    expected.insert(serverCommandCodeRole, QStringLiteral("2011"));
+    const ServerHJ212EditDialog form(m_item, nullptr);
+    QCOMPARE(rolesOf(*m_item), expected);
+    QCOMPARE(edit(form, "commandCode")->text(), QStringLiteral("2011"));
+}
+
+void TestServerHJ212EditDialog::storedCommandCodeStays()
+{
+    m_item->setData(QStringLiteral("2051"), serverCommandCodeRole);
+    const ServerHJ212EditDialog form(m_item, nullptr);
+    QCOMPARE(edit(form, "commandCode")->text(), QStringLiteral("2051"));
+    QCOMPARE(m_item->data(serverCommandCodeRole), QVariant(QStringLiteral("2051")));
+}
+
+void TestServerHJ212EditDialog::systemCodes_data()
+{
+    QTest::addColumn<int>("place");
+    QTest::addColumn<int>("code");
+    int place = 0;
+    for (const auto &entry : codes) {
+        QTest::newRow(entry.text) << place++ << entry.code;
+    }
+}
+
+void TestServerHJ212EditDialog::systemCodes()
+{
+    QFETCH(int, place);
+    QFETCH(int, code);
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    QComboBox *entries = list(form, "systemCode");
+    QCOMPARE(entries->itemText(place), QString::fromLatin1(QTest::currentDataTag()));
+    QCOMPARE(entries->itemData(place), QVariant(code));
+    entries->setCurrentIndex(place);
+    press(form, "saveButton");
+    QCOMPARE(m_item->data(serverSystemCodeRole), QVariant(code));
+    QCOMPARE(m_item->data(serverSystemCodeRole).type(), QVariant::Int);
+    entries->setCurrentIndex(place == 0 ? 1 : 0);
+    form.replaceItem(m_item);
+    QCOMPARE(entries->currentIndex(), place);
+    m_item->setData(QString::number(code), serverSystemCodeRole); // as a document gives it
+    const ServerHJ212EditDialog loaded(m_item, m_workspace);
+    QCOMPARE(list(loaded, "systemCode")->currentIndex(), place);
+}
+
+void TestServerHJ212EditDialog::systemCodesAreTwentyAndDiffer_data()
+{
+    QTest::addColumn<QString>("catalogue");
+    QTest::newRow("English") << QStringLiteral(":/adsdemo/english.qm");
+    QTest::newRow("Chinese") << QStringLiteral(":/adsdemo/chinese.qm");
+}
+
+void TestServerHJ212EditDialog::systemCodesAreTwentyAndDiffer()
+{
+    QFETCH(QString, catalogue);
+    QTranslator language;
+    QVERIFY(language.load(catalogue));
+    QVERIFY(QCoreApplication::installTranslator(&language));
+    const ServerHJ212EditDialog form(m_item, m_workspace);
+    QSet<QString> texts;
+    for (int index = 0; index < list(form, "systemCode")->count(); ++index) {
+        texts.insert(list(form, "systemCode")->itemText(index));
+    }
+    QCOMPARE(list(form, "systemCode")->count(), 20);
+    QCOMPARE(texts.size(), 20);
+}
+
+void TestServerHJ212EditDialog::unknownSystemCodeShowsTheFirst_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::newRow("unset") << QVariant();
+    QTest::newRow("not in the list") << QVariant(28);
+    QTest::newRow("no number") << QVariant(QStringLiteral("water"));
+}
+
+void TestServerHJ212EditDialog::unknownSystemCodeShowsTheFirst()
+{
+    QFETCH(QVariant, stored);
+    m_item->setData(91, serverSystemCodeRole);
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    QStandardItem other;
+    other.setData(stored, serverSystemCodeRole);
+    form.replaceItem(&other);
+    QCOMPARE(list(form, "systemCode")->currentData(), QVariant(21));
+    const ServerHJ212EditDialog opened(&other, m_workspace);
+    QCOMPARE(list(opened, "systemCode")->currentData(), QVariant(21));
+}
+
+void TestServerHJ212EditDialog::typing_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("taken");
+    const auto add = [](const char *name, const char *field, const QString &typed, const QString &taken) {
+        QTest::newRow(name) << QString::fromLatin1(field) << typed << taken;
+    };
+    add("client in small letters", "clientId", QStringLiteral("abc"), QString());
+    add("client in capital letters", "clientId", QStringLiteral("ABC"), QStringLiteral("ABC"));
+    add("client with a G", "clientId", QStringLiteral("0AG9"), QStringLiteral("0A9"));
+    add("client of 25 digits", "clientId", QString(25, QLatin1Char('7')), QString(24, QLatin1Char('7')));
+    add("address", "ip", QStringLiteral("192.168.1.10"), QStringLiteral("192.168.1.10"));
+    add("address part over 255", "ip", QStringLiteral("256"), QStringLiteral("25"));
+    add("address by name", "ip", QStringLiteral("host"), QString());
+    add("port of -1", "port", QStringLiteral("-1"), QStringLiteral("-1"));
+    add("port of six digits", "port", QStringLiteral("655350"), QStringLiteral("65535"));
+    add("password", "password", QStringLiteral("p\u00e4ss 1"), QStringLiteral("p\u00e4ss 1"));
+    add("Chinese password", "password", QStringLiteral("a\u5bc6b"), QStringLiteral("ab"));
+    add("free command code", "commandCode", QStringLiteral("x-\u4ee4"), QStringLiteral("x-\u4ee4"));
+}
+
+void TestServerHJ212EditDialog::typing()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, typed);
+    QFETCH(QString, taken);
+    const ServerHJ212EditDialog form(m_item, m_workspace);
+    auto *input = form.findChild<QLineEdit *>(field);
+    input->clear();
+    for (const QChar &letter : typed) {
+        QTest::sendKeyEvent(QTest::Click, input, Qt::Key_unknown, QString(letter), Qt::NoModifier);
+    }
+    QCOMPARE(input->text(), taken);
+}
+
+// They differ from the older kind in characters beyond U+FFFF.
+void TestServerHJ212EditDialog::validatorsOfTheNewerKind()
+{
+    const ServerHJ212EditDialog form(m_item, m_workspace);
+    for (const char *name : {"ip", "password"}) {
+        QVERIFY2(qobject_cast<const QRegularExpressionValidator *>(edit(form, name)->validator()), name);
+    }
+    QString beyond = QStringLiteral("\U00020000");
+    int position = 0;
+    QCOMPARE(edit(form, "password")->validator()->validate(beyond, position), QValidator::Acceptable);
+}
+
+void TestServerHJ212EditDialog::factorCode_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("taken");
+    QTest::newRow("code") << QStringLiteral("w01018") << QStringLiteral("w01018");
+    QTest::newRow("capital letters") << QStringLiteral("A34013") << QStringLiteral("A34013");
+    QTest::newRow("dash and blank") << QStringLiteral("a-3 4") << QStringLiteral("a34");
+}
+
+void TestServerHJ212EditDialog::factorCode()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, taken);
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    form.handleImportedData({point(QStringLiteral("flow"))}, source);
+    QVERIFY(qobject_cast<const QRegExpValidator *>(factor(form, 0)->validator()));
+    QTest::keyClicks(factor(form, 0), typed);
+    press(form, "saveButton");
+    QCOMPARE(rowsOf(*m_item, serverPointsRole), (RowList{{source, QStringLiteral("flow"), taken}}));
+}
+
+void TestServerHJ212EditDialog::importedPointHasNoFactorCode()
+{
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    form.handleImportedData({point(QStringLiteral("flow")), point(QStringLiteral("level"))}, source);
+    QCOMPARE(points(form)->rowCount(), 2);
+    for (int column = 0; column < 2; ++column) {
+        QVERIFY(!(points(form)->item(0, column)->flags() & Qt::ItemIsEditable));
+    }
+    press(form, "saveButton");
+    QCOMPARE(rowsOf(*m_item, serverPointsRole),
+             (RowList{row("Meter A", "flow", ""), row("Meter A", "level", "")}));
+}
+
+void TestServerHJ212EditDialog::pointThatIsThereIsTold_data()
+{
+    QTest::addColumn<QString>("plc");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("refused");
+    QTest::newRow("same source and name") << source << QStringLiteral("flow") << true;
+    QTest::newRow("other source") << QStringLiteral("Meter B") << QStringLiteral("flow") << false;
+    QTest::newRow("other name") << source << QStringLiteral("Flow") << false;
+}
+
+void TestServerHJ212EditDialog::pointThatIsThereIsTold()
+{
+    QFETCH(QString, plc);
+    QFETCH(QString, name);
+    QFETCH(bool, refused);
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    form.handleImportedData({point(QStringLiteral("flow"))}, source);
+    factor(form, 0)->setText(QStringLiteral("w1"));
+    form.handleImportedData({point(name, QStringLiteral("float")), point(QStringLiteral("next"))}, plc);
+    QCOMPARE(m_workspace->messages,
+             refused ? QStringList(
+                 QStringLiteral("The data with device name '% 2' and variable name '% 1' already exists."))
+                     : QStringList());
+    press(form, "saveButton");
+    RowList expected{row("Meter A", "flow", "w1")};
+    if (!refused) {
+        expected.append({plc, name, QString(QLatin1String(""))});
+    }
+    expected.append({plc, QStringLiteral("next"), QString(QLatin1String(""))});
+    QCOMPARE(rowsOf(*m_item, serverPointsRole), expected);
+}
+
+void TestServerHJ212EditDialog::saveWritesEveryRole()
+{
+    m_item->setData(QVariant::fromValue(RowList{row("Meter A", "flow", "w01018"), row("Pump", "ph", "")}),
+                    serverPointsRole);
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    edit(form, "ip")->setText(QStringLiteral("10.1.2.3"));
+    edit(form, "port")->setText(QStringLiteral("9001"));
+    edit(form, "clientId")->setText(QStringLiteral("0A1B"));
+    edit(form, "password")->setText(QStringLiteral("secret"));
+    list(form, "systemCode")->setCurrentIndex(8);
+    edit(form, "commandCode")->setText(QStringLiteral("2051"));
+    factor(form, 1)->setText(QStringLiteral("w01001"));
+    press(form, "saveButton");
+    QMap<int, QVariant> expected;
+    expected.insert(serverProtocolRole, QStringLiteral("HJ212"));
+    expected.insert(serverIpRole, QStringLiteral("10.1.2.3"));
+    expected.insert(serverPortRole, QStringLiteral("9001"));
+    expected.insert(serverClientIdRole, QStringLiteral("0A1B"));
+    expected.insert(serverPasswordRole, QStringLiteral("secret"));
+    expected.insert(serverSystemCodeRole, 32);
+    expected.insert(serverCommandCodeRole, QStringLiteral("2051"));
+    QCOMPARE(rowsOf(*m_item, serverPointsRole),
+             (RowList{row("Meter A", "flow", "w01018"), row("Pump", "ph", "w01001")}));
+    auto roles = rolesOf(*m_item);
+    roles.remove(serverPointsRole);
+    QCOMPARE(roles, expected);
+    QCOMPARE(m_item->text(), QStringLiteral("Platform"));
+    QCOMPARE(m_workspace->messages,
+             QStringList(QStringLiteral("The Server HJ212 'Platform' is saved successfully.")));
+}
+
+void TestServerHJ212EditDialog::saveChecksNothing()
+{
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    edit(form, "ip")->setText(QStringLiteral("10.1."));
+    press(form, "saveButton");
+    QCOMPARE(m_item->data(serverIpRole), QVariant(QStringLiteral("10.1.")));
+    QCOMPARE(m_item->data(serverSystemCodeRole), QVariant(21));
+}
+
+void TestServerHJ212EditDialog::replaceItemShowsTheOther()
+{
+    m_item->setData(QVariant::fromValue(RowList{row("a", "b", "c"), row("d", "e", "f")}), serverPointsRole);
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    QStandardItem other(QStringLiteral("Second"));
+    other.setData(QStringLiteral("1.2.3.4"), serverIpRole);
+    other.setData(QStringLiteral("77"), serverPortRole);
+    other.setData(QStringLiteral("FF"), serverClientIdRole);
+    other.setData(QStringLiteral("word"), serverPasswordRole);
+    other.setData(52, serverSystemCodeRole);
+    other.setData(QVariant::fromValue(RowList{row("g", "h", "i")}), serverPointsRole);
+    form.replaceItem(&other);
+    QCOMPARE(edit(form, "name")->text(), QStringLiteral("Second"));
+    QCOMPARE(edit(form, "ip")->text(), QStringLiteral("1.2.3.4"));
+    QCOMPARE(edit(form, "port")->text(), QStringLiteral("77"));
+    QCOMPARE(edit(form, "clientId")->text(), QStringLiteral("FF"));
+    QCOMPARE(edit(form, "password")->text(), QStringLiteral("word"));
+    QCOMPARE(list(form, "systemCode")->currentData(), QVariant(52));
+    QCOMPARE(edit(form, "commandCode")->text(), QStringLiteral("2011"));
+    press(form, "saveButton");
+    QCOMPARE(rowsOf(other, serverPointsRole), RowList{row("g", "h", "i")});
+    QCOMPARE(rowsOf(*m_item, serverPointsRole).size(), 2);
+}
+
+void TestServerHJ212EditDialog::clearDataEmptiesTheForm()
+{
+    m_item->setData(91, serverSystemCodeRole);
+    m_item->setData(QStringLiteral("1.2.3.4"), serverIpRole);
+    m_item->setData(QVariant::fromValue(RowList{row("a", "b", "c")}), serverPointsRole);
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    form.clearData();
+    for (const char *name : {"name", "ip", "port", "clientId", "password", "commandCode"}) {
+        QCOMPARE(edit(form, name)->text(), QString());
+    }
+    QCOMPARE(list(form, "systemCode")->currentIndex(), 0);
+    QCOMPARE(points(form)->rowCount(), 0);
+    QCOMPARE(m_item->data(serverSystemCodeRole), QVariant(91));
+}
+
+void TestServerHJ212EditDialog::thousandPointsComeBack()
+{
+    RowList stored;
+    for (int number = 0; number < 1000; ++number) {
+        stored.append({source, QStringLiteral("p%1").arg(number), QStringLiteral("w%1").arg(number)});
+    }
+    m_item->setData(QVariant::fromValue(stored), serverPointsRole);
+    ServerHJ212EditDialog form(m_item, m_workspace);
+    press(form, "saveButton");
+    QCOMPARE(rowsOf(*m_item, serverPointsRole), stored);
+}
+
+QTEST_MAIN(TestServerHJ212EditDialog)
+#include "tst_serverhj212editdialog.moc"
