@@ -5,6 +5,7 @@
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "servers/importdatadialog.h"
+#include "servers/pointform.h"
 
 #include <QDebug>
 #include <QStandardItemModel>
@@ -34,9 +35,9 @@ void open(CMainWindow *window)
 
 void deliver(QDialog *form, const QList<QJsonObject> &points, const QString &currentPLC)
 {
-    Q_UNUSED(form)
-    Q_UNUSED(points)
-    Q_UNUSED(currentPLC)
+    if (auto *receiver = qobject_cast<PointForm *>(form)) {
+        receiver->handleImportedData(points, currentPLC);
+    }
 }
 
 } // namespace PointImport

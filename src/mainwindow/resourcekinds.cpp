@@ -11,11 +11,14 @@
 #include "plc/plcinputdialog.h"
 #include "servers/serveralimqtteditdialog.h"
 #include "servers/servereditdialog.h"
+#include "servers/serverhj212editdialog.h"
 #include "servers/serverhuaweimqtteditdialog.h"
 #include "servers/serverinputdialog.h"
+#include "servers/servermodbustcpeditdialog.h"
 #include "servers/serveronenetmqtteditdialog.h"
 #include "servers/serveropcuaeditdialog.h"
 #include "servers/serverprotocols.h"
+#include "servers/serversl651editdialog.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardinputdialog.h"
@@ -140,6 +143,9 @@ const EditKind &editServer()
          formClass<ServerAliMQTTEditDialog>(QStringLiteral("AliMQTT")),
          formClass<ServerOneNetMQTTEditDialog>(QStringLiteral("OneNetMQTT")),
          formClass<ServerHuaWeiMQTTEditDialog>(QStringLiteral("HuaWeiMQTT")),
+         formClass<ServerModbusTCPEditDialog>(QStringLiteral("ModbusTCP(Slave)"), makeCurrentServer),
+         formClass<ServerHJ212EditDialog>(QStringLiteral("HJ212"), makeCurrentServer),
+         formClass<ServerSL651EditDialog>(QStringLiteral("SL651"), makeCurrentServer),
          formClass<ServerOPCUAEditDialog>(QStringLiteral("OpcUaServer"), makeCurrentServer)},
         {EditorTabs::serviceTitle, EditorTabs::standardTitle, EditorTabs::boxTitle, EditorTabs::plcTitle,
          EditorTabs::projectTitle}};

@@ -835,6 +835,22 @@
         <source>A standard file with the same name already exists in PLC or Standard folder. Please use a different name.</source>
         <translation>PLC 或 Standard 文件夹中已存在同名的 Standard，请使用其他名称。</translation>
     </message>
+    <message>
+        <source>PLC Name cannot be empty.</source>
+        <translation>PLC 名称不能为空。</translation>
+    </message>
+    <message>
+        <source>A PLC file with the same name already exists in PLC or StandardDIO folder. Please use a different name.</source>
+        <translation>PLC 或 StandardDIO 文件夹中已存在同名的 PLC，请使用其他名称。</translation>
+    </message>
+    <message>
+        <source>Server Name cannot be empty.</source>
+        <translation>Server 名称不能为空。</translation>
+    </message>
+    <message>
+        <source>A server file with the same name already exists in this folder. Please use a different name.</source>
+        <translation>该文件夹中已存在同名的 Server，请使用其他名称。</translation>
+    </message>
 </context>
 <context>
     <name>CStatusDialogClass</name>
@@ -892,6 +908,49 @@
     </message>
 </context>
 <context>
+    <name>CertificateField</name>
+    <message>
+        <source>Select</source>
+        <translation>选择</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>The key storage path is inconsistent with the loading path.Please select the key again.Prevent data loss.</source>
+        <translation>密钥的保存路径与加载路径不一致。请重新选择密钥，以防数据丢失。</translation>
+    </message>
+    <message>
+        <source>The certificate storage path is inconsistent with the loading path.Please select the certificate again.Prevent data loss.</source>
+        <translation>证书的保存路径与加载路径不一致。请重新选择证书，以防数据丢失。</translation>
+    </message>
+    <message>
+        <source>Select Key File</source>
+        <translation>选择密钥文件</translation>
+    </message>
+    <message>
+        <source>Keys (*.der *.pem *.crt *.key)</source>
+        <translation>密钥 (*.der *.pem *.crt *.key)</translation>
+    </message>
+    <message>
+        <source>Select Certificate File</source>
+        <translation>选择证书文件</translation>
+    </message>
+    <message>
+        <source>Certificates (*.der *.pem *.crt *.key)</source>
+        <translation>证书 (*.der *.pem *.crt *.key)</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Failed to open file: %1</source>
+        <translation>打开文件失败：%1</translation>
+    </message>
+</context>
+<context>
     <name>EditProjectDialog</name>
     <message>
         <source>Name:</source>
@@ -908,6 +967,33 @@
     <message>
         <source>Save</source>
         <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>ImportDataDialog</name>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>地址</translation>
+    </message>
+    <message>
+        <source>DataType</source>
+        <translation>数据类型</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -977,6 +1063,29 @@
     </message>
 </context>
 <context>
+    <name>MonitoringPage</name>
+    <message>
+        <source>Filter by name or address</source>
+        <translation>按名称或地址筛选</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>导出...</translation>
+    </message>
+    <message>
+        <source>Export Values</source>
+        <translation>导出数据</translation>
+    </message>
+    <message>
+        <source>CSV Files (*.csv)</source>
+        <translation>CSV 文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>The file %1 could not be written.</source>
+        <translation>无法写入文件 %1。</translation>
+    </message>
+</context>
+<context>
     <name>NewProjectDialog</name>
     <message>
         <source>New Project</source>
@@ -1017,6 +1126,276 @@
     <message>
         <source>Name and Path cannot be empty.</source>
         <translation>名称和路径不能为空。</translation>
+    </message>
+</context>
+<context>
+    <name>PLCEditDialog</name>
+    <message>
+        <source>Edit PLC</source>
+        <translation>编辑PLC</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>PLC Attribute</source>
+        <translation>PLC 属性</translation>
+    </message>
+    <message>
+        <source>Parameter List</source>
+        <translation>参数列表</translation>
+    </message>
+    <message>
+        <source>Timed Loops</source>
+        <translation>定时循环</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation>全部删除</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>The PLC &apos;%1&apos; is saved successfully.</source>
+        <translation>PLC“%1”保存成功。</translation>
+    </message>
+    <message>
+        <source>Model:</source>
+        <translation>型号：</translation>
+    </message>
+    <message>
+        <source>Slot:</source>
+        <translation>槽号：</translation>
+    </message>
+    <message>
+        <source>Mode:</source>
+        <translation>模式：</translation>
+    </message>
+    <message>
+        <source>Format:</source>
+        <translation>格式：</translation>
+    </message>
+    <message>
+        <source>Binary:</source>
+        <translation>二进制：</translation>
+    </message>
+    <message>
+        <source>Series:</source>
+        <translation>系列：</translation>
+    </message>
+    <message>
+        <source>Station Num:</source>
+        <translation>站号：</translation>
+    </message>
+    <message>
+        <source>Byte Order:</source>
+        <translation>字节序：</translation>
+    </message>
+    <message>
+        <source>Sum Check:</source>
+        <translation>和校验：</translation>
+    </message>
+    <message>
+        <source>Write Bit By Word:</source>
+        <translation>按字写位：</translation>
+    </message>
+    <message>
+        <source>Char Reversed:</source>
+        <translation>字符反转：</translation>
+    </message>
+    <message>
+        <source>StartAddress0:</source>
+        <translation>起始地址为0：</translation>
+    </message>
+    <message>
+        <source>Communication Timeout:</source>
+        <translation>通信超时：</translation>
+    </message>
+    <message>
+        <source>PLC Information</source>
+        <translation>PLC 信息</translation>
+    </message>
+    <message>
+        <source>IP:</source>
+        <translation>IP：</translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation>端口：</translation>
+    </message>
+    <message>
+        <source>Connection Timeout:</source>
+        <translation>连接超时：</translation>
+    </message>
+    <message>
+        <source>Keep Alive Time:</source>
+        <translation>心跳时间：</translation>
+    </message>
+    <message>
+        <source>Serial Port:</source>
+        <translation>串口：</translation>
+    </message>
+    <message>
+        <source>Baud Rate:</source>
+        <translation>波特率：</translation>
+    </message>
+    <message>
+        <source>Data Bit:</source>
+        <translation>数据位：</translation>
+    </message>
+    <message>
+        <source>Stop Bit:</source>
+        <translation>停止位：</translation>
+    </message>
+    <message>
+        <source>Parity Bit:</source>
+        <translation>校验位：</translation>
+    </message>
+    <message>
+        <source>Rts Enable:</source>
+        <translation>RTS 使能：</translation>
+    </message>
+    <message>
+        <source>Communication Gap:</source>
+        <translation>通信间隔：</translation>
+    </message>
+    <message>
+        <source>Connection Type:</source>
+        <translation>连接类型：</translation>
+    </message>
+    <message>
+        <source>Rack:</source>
+        <translation>机架号：</translation>
+    </message>
+    <message>
+        <source>LocalTSAP:</source>
+        <translation>本地 TSAP：</translation>
+    </message>
+    <message>
+        <source>DestTSAP:</source>
+        <translation>目标 TSAP：</translation>
+    </message>
+    <message>
+        <source>Net Num:</source>
+        <translation>网络号：</translation>
+    </message>
+    <message>
+        <source>Message waiting time:</source>
+        <translation>报文等待时间：</translation>
+    </message>
+    <message>
+        <source>New Agreement:</source>
+        <translation>新协议：</translation>
+    </message>
+    <message>
+        <source>Unit Number:</source>
+        <translation>单元号：</translation>
+    </message>
+    <message>
+        <source>DeviceID Num:</source>
+        <translation>设备标识号：</translation>
+    </message>
+    <message>
+        <source>PLC Unit Num:</source>
+        <translation>PLC 单元号：</translation>
+    </message>
+    <message>
+        <source>Hostomputer Unit Num:</source>
+        <translation>上位机单元号：</translation>
+    </message>
+    <message>
+        <source>Router:</source>
+        <translation>路由：</translation>
+    </message>
+    <message>
+        <source>Target Node:</source>
+        <translation>目标节点：</translation>
+    </message>
+    <message>
+        <source>Source Node:</source>
+        <translation>源节点：</translation>
+    </message>
+    <message>
+        <source>Auto Netld:</source>
+        <translation>自动 NetId：</translation>
+    </message>
+    <message>
+        <source>TargetNetId:</source>
+        <translation>目标 NetId：</translation>
+    </message>
+    <message>
+        <source>SenderNetId:</source>
+        <translation>发送方 NetId：</translation>
+    </message>
+    <message>
+        <source>Tag Cache:</source>
+        <translation>标签缓存：</translation>
+    </message>
+    <message>
+        <source>PLC Name:</source>
+        <translation>PLC 名称：</translation>
+    </message>
+    <message>
+        <source>Manufacturer:</source>
+        <translation>厂商：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>Network Layer Information</source>
+        <translation>网络层信息</translation>
+    </message>
+    <message>
+        <source>Serial Port Information</source>
+        <translation>串口信息</translation>
+    </message>
+    <message>
+        <source>Trigger Conditions:</source>
+        <translation>触发条件：</translation>
+    </message>
+</context>
+<context>
+    <name>PLCInputDialog</name>
+    <message>
+        <source>Add PLC</source>
+        <translation>添加PLC</translation>
+    </message>
+    <message>
+        <source>PLC Name:</source>
+        <translation>PLC 名称：</translation>
+    </message>
+    <message>
+        <source>Manufacturer:</source>
+        <translation>厂商：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
     </message>
 </context>
 <context>
@@ -1189,6 +1568,73 @@
         <source>Delete the current row</source>
         <translation>删除当前行</translation>
     </message>
+    <message>
+        <source>The spatial index value type can only be filled with numbers.</source>
+        <translation>命名空间索引只能填写数字。</translation>
+    </message>
+    <message>
+        <source>GUID Node</source>
+        <translation>GUID 节点</translation>
+    </message>
+    <message>
+        <source>Numerical Node</source>
+        <translation>数值节点</translation>
+    </message>
+    <message>
+        <source>String Node</source>
+        <translation>字符串节点</translation>
+    </message>
+    <message>
+        <source>HEX</source>
+        <translation>十六进制</translation>
+    </message>
+    <message>
+        <source>Data Content</source>
+        <translation>数据内容</translation>
+    </message>
+    <message>
+        <source>CRC</source>
+        <translation>CRC 校验</translation>
+    </message>
+    <message>
+        <source>Spatial Index</source>
+        <translation>命名空间索引</translation>
+    </message>
+    <message>
+        <source>Node Type</source>
+        <translation>节点类型</translation>
+    </message>
+    <message>
+        <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
+        <translation>第 %1 行输入无效：只允许字母、数字、下划线和点。</translation>
+    </message>
+</context>
+<context>
+    <name>PointForm</name>
+    <message>
+        <source>The data with device name &apos;% 2&apos; and variable name &apos;% 1&apos; already exists.</source>
+        <translation>设备名称为“% 2”、变量名称为“% 1”的数据已存在。</translation>
+    </message>
+    <message>
+        <source>Context menu</source>
+        <translation>上下文菜单</translation>
+    </message>
+    <message>
+        <source>Import Data Points</source>
+        <translation>导入数据点</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>Main window pointer is not set.</source>
+        <translation>未设置主窗口指针。</translation>
+    </message>
 </context>
 <context>
     <name>Protocol</name>
@@ -1314,6 +1760,123 @@
     </message>
 </context>
 <context>
+    <name>ServerAliMQTTEditDialog</name>
+    <message>
+        <source>Edit Server</source>
+        <translation>编辑Server</translation>
+    </message>
+    <message>
+        <source>The Server AliMQTT &apos;%1&apos; is saved successfully.</source>
+        <translation>Server 阿里云MQTT“%1”保存成功。</translation>
+    </message>
+</context>
+<context>
+    <name>ServerEditDialog</name>
+    <message>
+        <source>Payload Format:</source>
+        <translation>负载格式：</translation>
+    </message>
+    <message>
+        <source>Tarnwick MQTT</source>
+        <translation>Tarnwick MQTT 格式</translation>
+    </message>
+    <message>
+        <source>Custom formatting</source>
+        <translation>自定义格式</translation>
+    </message>
+    <message>
+        <source>Report Topic:</source>
+        <translation>上报主题：</translation>
+    </message>
+    <message>
+        <source>Report JS:</source>
+        <translation>上报脚本：</translation>
+    </message>
+    <message>
+        <source>Write Topic:</source>
+        <translation>写入主题：</translation>
+    </message>
+    <message>
+        <source>Write JS:</source>
+        <translation>写入脚本：</translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation>IP 地址：</translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation>编辑Server</translation>
+    </message>
+    <message>
+        <source>The Server MQTT &apos;%1&apos; is saved successfully.</source>
+        <translation>Server MQTT“%1”保存成功。</translation>
+    </message>
+</context>
+<context>
+    <name>ServerFields</name>
+    <message>
+        <source>Server Name:</source>
+        <translation>Server 名称：</translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation>描述：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>Domain Name:</source>
+        <translation>域名：</translation>
+    </message>
+    <message>
+        <source>Product Key:</source>
+        <translation>产品密钥：</translation>
+    </message>
+    <message>
+        <source>Device Name:</source>
+        <translation>设备名称：</translation>
+    </message>
+    <message>
+        <source>Device Secret:</source>
+        <translation>设备密钥：</translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation>端口：</translation>
+    </message>
+    <message>
+        <source>Client ID:</source>
+        <translation>客户端 ID：</translation>
+    </message>
+    <message>
+        <source>User Name:</source>
+        <translation>用户名：</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>密码：</translation>
+    </message>
+    <message>
+        <source>qos:</source>
+        <translation>QoS：</translation>
+    </message>
+    <message>
+        <source>AliMQTT</source>
+        <translation>阿里云MQTT</translation>
+    </message>
+    <message>
+        <source>OneNetMQTT</source>
+        <translation>中国移动OneNET MQTT</translation>
+    </message>
+    <message>
+        <source>HuaWeiMQTT</source>
+        <translation>华为云MQTT</translation>
+    </message>
+</context>
+<context>
     <name>ServerForm</name>
     <message>
         <source>Save</source>
@@ -1322,6 +1885,875 @@
     <message>
         <source>Cancel</source>
         <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>ServerHJ212EditDialog</name>
+    <message>
+        <source>Surface water quality testing</source>
+        <translation>地表水质量监测</translation>
+    </message>
+    <message>
+        <source>Air quality testing</source>
+        <translation>空气质量监测</translation>
+    </message>
+    <message>
+        <source>Acoustic environment quality testing</source>
+        <translation>声环境质量监测</translation>
+    </message>
+    <message>
+        <source>Groundwater quality testing</source>
+        <translation>地下水质量监测</translation>
+    </message>
+    <message>
+        <source>Soil quality testing</source>
+        <translation>土壤质量监测</translation>
+    </message>
+    <message>
+        <source>Sea water quality testing</source>
+        <translation>海水质量监测</translation>
+    </message>
+    <message>
+        <source>Volatile organic compound detection</source>
+        <translation>挥发性有机物监测</translation>
+    </message>
+    <message>
+        <source>Air pollution sources</source>
+        <translation>大气环境污染源</translation>
+    </message>
+    <message>
+        <source>Surface water pollution sources</source>
+        <translation>地表水体环境污染源</translation>
+    </message>
+    <message>
+        <source>Groundwater environmental pollution sources</source>
+        <translation>地下水体环境污染源</translation>
+    </message>
+    <message>
+        <source>Marine environmental pollution sources</source>
+        <translation>海洋环境污染源</translation>
+    </message>
+    <message>
+        <source>Soil environmental pollution sources</source>
+        <translation>土壤环境污染源</translation>
+    </message>
+    <message>
+        <source>Sources of acoustic environmental pollution</source>
+        <translation>声环境污染源</translation>
+    </message>
+    <message>
+        <source>Vibration environmental pollution sources</source>
+        <translation>振动环境污染源</translation>
+    </message>
+    <message>
+        <source>Radioactive environmental pollution source</source>
+        <translation>放射性环境污染源</translation>
+    </message>
+    <message>
+        <source>Construction site dust pollution source</source>
+        <translation>工地扬尘污染源</translation>
+    </message>
+    <message>
+        <source>Electromagnetic environmental pollution sources</source>
+        <translation>电磁环境污染源</translation>
+    </message>
+    <message>
+        <source>Monitoring of flue gas emission process</source>
+        <translation>烟气排放过程监控</translation>
+    </message>
+    <message>
+        <source>Monitoring of sewage discharge process</source>
+        <translation>污水排放过程监控</translation>
+    </message>
+    <message>
+        <source>system interaction</source>
+        <translation>系统交互</translation>
+    </message>
+    <message>
+        <source>Server Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation>IP 地址：</translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation>端口：</translation>
+    </message>
+    <message>
+        <source>Client ID:</source>
+        <translation>客户端 ID：</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>密码：</translation>
+    </message>
+    <message>
+        <source>System Code:</source>
+        <translation>系统编码：</translation>
+    </message>
+    <message>
+        <source>Command Code:</source>
+        <translation>命令编码：</translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation>编辑Standard</translation>
+    </message>
+    <message>
+        <source>The Server HJ212 &apos;%1&apos; is saved successfully.</source>
+        <translation>Server HJ212“%1”保存成功。</translation>
+    </message>
+    <message>
+        <source>PLC Name</source>
+        <translation>PLC 名称</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Factor Code</source>
+        <translation>因子编码</translation>
+    </message>
+</context>
+<context>
+    <name>ServerHuaWeiMQTTEditDialog</name>
+    <message>
+        <source>Service ID:</source>
+        <translation>服务 ID：</translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation>编辑Server</translation>
+    </message>
+    <message>
+        <source>The Server HuaWeiMQTT &apos;%1&apos; is saved successfully.</source>
+        <translation>Server 华为云MQTT“%1”保存成功。</translation>
+    </message>
+</context>
+<context>
+    <name>ServerInputDialog</name>
+    <message>
+        <source>Add Server</source>
+        <translation>添加Server</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation>IP 地址：</translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation>端口：</translation>
+    </message>
+    <message>
+        <source>Local port number:</source>
+        <translation>本地端口号：</translation>
+    </message>
+    <message>
+        <source>ModbusTCP slave</source>
+        <translation>ModbusTCP 从站</translation>
+    </message>
+    <message>
+        <source>Domain Name:</source>
+        <translation>域名：</translation>
+    </message>
+    <message>
+        <source>Server Name:</source>
+        <translation>Server 名称：</translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation>描述：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>A ModbusTCP(Slave) file already exists. You cannot create another one.</source>
+        <translation>已存在 ModbusTCP(Slave)，不能再创建一个。</translation>
+    </message>
+</context>
+<context>
+    <name>ServerModbusTCPEditDialog</name>
+    <message>
+        <source>Server Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation>类型：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation>端口：</translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation>编辑Server</translation>
+    </message>
+    <message>
+        <source>The Server ModbusTCP(Slave) &apos;%1&apos; is saved successfully.</source>
+        <translation>Server ModbusTCP(Slave)“%1”保存成功。</translation>
+    </message>
+    <message>
+        <source>Holding Register</source>
+        <translation>保持寄存器</translation>
+    </message>
+    <message>
+        <source>Input Register</source>
+        <translation>输入寄存器</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>Address conflict detected. Please resolve the conflict.</source>
+        <translation>检测到地址冲突，请解决冲突。</translation>
+    </message>
+    <message>
+        <source>PLC Name</source>
+        <translation>PLC 名称</translation>
+    </message>
+    <message>
+        <source>Variable Name</source>
+        <translation>变量名称</translation>
+    </message>
+    <message>
+        <source>Data Type</source>
+        <translation>数据类型</translation>
+    </message>
+    <message>
+        <source>Modbus Address</source>
+        <translation>Modbus 地址</translation>
+    </message>
+    <message>
+        <source>Address length</source>
+        <translation>地址长度</translation>
+    </message>
+</context>
+<context>
+    <name>ServerOPCUAEditDialog</name>
+    <message>
+        <source>Anonymous:</source>
+        <translation>匿名登录：</translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation>编辑Server</translation>
+    </message>
+    <message>
+        <source>The Server OpcUa &apos;%1&apos; is saved successfully.</source>
+        <translation>Server OpcUa“%1”保存成功。</translation>
+    </message>
+</context>
+<context>
+    <name>ServerOneNetMQTTEditDialog</name>
+    <message>
+        <source>Edit Server</source>
+        <translation>编辑Server</translation>
+    </message>
+    <message>
+        <source>The Server OneNetMQTT &apos;%1&apos; is saved successfully.</source>
+        <translation>Server 中国移动OneNET MQTT“%1”保存成功。</translation>
+    </message>
+</context>
+<context>
+    <name>ServerSL651EditDialog</name>
+    <message>
+        <source>precipitation</source>
+        <translation>降水</translation>
+    </message>
+    <message>
+        <source>river course</source>
+        <translation>河道</translation>
+    </message>
+    <message>
+        <source>Reservoir (Lake)</source>
+        <translation>水库（湖泊）</translation>
+    </message>
+    <message>
+        <source>gate dam</source>
+        <translation>闸坝</translation>
+    </message>
+    <message>
+        <source>pump station</source>
+        <translation>泵站</translation>
+    </message>
+    <message>
+        <source>tide</source>
+        <translation>潮汐</translation>
+    </message>
+    <message>
+        <source>soil moisture content</source>
+        <translation>墒情</translation>
+    </message>
+    <message>
+        <source>groundwater</source>
+        <translation>地下水</translation>
+    </message>
+    <message>
+        <source>water quality</source>
+        <translation>水质</translation>
+    </message>
+    <message>
+        <source>Water intake</source>
+        <translation>取水口</translation>
+    </message>
+    <message>
+        <source>Drain</source>
+        <translation>排水口</translation>
+    </message>
+    <message>
+        <source>Server Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation>IP 地址：</translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation>端口：</translation>
+    </message>
+    <message>
+        <source>centralStationAddress:</source>
+        <translation>中心站地址：</translation>
+    </message>
+    <message>
+        <source>remoteStationAddress:</source>
+        <translation>遥测站地址：</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>密码：</translation>
+    </message>
+    <message>
+        <source>remoteStationType:</source>
+        <translation>遥测站类型：</translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation>编辑Standard</translation>
+    </message>
+    <message>
+        <source>The Server SL651 &apos;%1&apos; is saved successfully.</source>
+        <translation>Server SL651“%1”保存成功。</translation>
+    </message>
+    <message>
+        <source>PLC Name</source>
+        <translation>PLC 名称</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>要素编码</translation>
+    </message>
+    <message>
+        <source>Input Error</source>
+        <translation>输入错误</translation>
+    </message>
+    <message>
+        <source>Please enter a valid address between 1 and 255.</source>
+        <translation>请输入 1 到 255 之间的有效地址。</translation>
+    </message>
+    <message>
+        <source>Observation time guide symbol</source>
+        <translation>观测时间引导符</translation>
+    </message>
+    <message>
+        <source>Station code guide symbol</source>
+        <translation>测站编码引导符</translation>
+    </message>
+    <message>
+        <source>sectional area</source>
+        <translation>断面面积</translation>
+    </message>
+    <message>
+        <source>Instantaneous temperature</source>
+        <translation>瞬时气温</translation>
+    </message>
+    <message>
+        <source>Instantaneous water temperature</source>
+        <translation>瞬时水温</translation>
+    </message>
+    <message>
+        <source>Time step code</source>
+        <translation>时间步长码</translation>
+    </message>
+    <message>
+        <source>Daily evaporation</source>
+        <translation>日蒸发量</translation>
+    </message>
+    <message>
+        <source>Current evaporation</source>
+        <translation>当前蒸发</translation>
+    </message>
+    <message>
+        <source>pressure</source>
+        <translation>气压</translation>
+    </message>
+    <message>
+        <source>Opening height of dam and reservoir gates</source>
+        <translation>闸坝、水库闸门开启高度</translation>
+    </message>
+    <message>
+        <source>Number of water conveyance equipment and gate (group)</source>
+        <translation>输水设备、闸门（组）编号</translation>
+    </message>
+    <message>
+        <source>Type of water conveyance equipment</source>
+        <translation>输水设备类别</translation>
+    </message>
+    <message>
+        <source>Number of opening holes for reservoir and dam gates</source>
+        <translation>水库、闸坝闸门开启孔数</translation>
+    </message>
+    <message>
+        <source>ground temperature</source>
+        <translation>地温</translation>
+    </message>
+    <message>
+        <source>Instantaneous burial depth of groundwater</source>
+        <translation>地下水瞬时埋深</translation>
+    </message>
+    <message>
+        <source>Wave Height</source>
+        <translation>波浪高度</translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 10 centimeters</source>
+        <translation>10 厘米处土壤含水量</translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 20 centimeters</source>
+        <translation>20 厘米处土壤含水量</translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 30 centimeters</source>
+        <translation>30 厘米处土壤含水量</translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 40 centimeters</source>
+        <translation>40 厘米处土壤含水量</translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 50 centimeters</source>
+        <translation>50 厘米处土壤含水量</translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 60 centimeters</source>
+        <translation>60 厘米处土壤含水量</translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 80 centimeters</source>
+        <translation>80 厘米处土壤含水量</translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 100 centimeters</source>
+        <translation>100 厘米处土壤含水量</translation>
+    </message>
+    <message>
+        <source>humidity</source>
+        <translation>湿度</translation>
+    </message>
+    <message>
+        <source>Number of startup units</source>
+        <translation>开机台数</translation>
+    </message>
+    <message>
+        <source>Precipitation during the 1-hour period</source>
+        <translation>1 小时时段降水量</translation>
+    </message>
+    <message>
+        <source>Precipitation during the 2-hour period</source>
+        <translation>2 小时时段降水量</translation>
+    </message>
+    <message>
+        <source>Precipitation during the 3-hour period</source>
+        <translation>3 小时时段降水量</translation>
+    </message>
+    <message>
+        <source>Precipitation during the 6-hour period</source>
+        <translation>6 小时时段降水量</translation>
+    </message>
+    <message>
+        <source>Precipitation during the 12-hour period</source>
+        <translation>12 小时时段降水量</translation>
+    </message>
+    <message>
+        <source>daily precipitation</source>
+        <translation>日降水量</translation>
+    </message>
+    <message>
+        <source>Current precipitation</source>
+        <translation>当前降水量</translation>
+    </message>
+    <message>
+        <source>Precipitation during a 1-minute period</source>
+        <translation>1 分钟时段降水量</translation>
+    </message>
+    <message>
+        <source>Precipitation during a 5-minute period</source>
+        <translation>5 分钟时段降水量</translation>
+    </message>
+    <message>
+        <source>Precipitation during a 10-minute period</source>
+        <translation>10 分钟时段降水量</translation>
+    </message>
+    <message>
+        <source>Precipitation during a 30-minute period</source>
+        <translation>30 分钟时段降水量</translation>
+    </message>
+    <message>
+        <source>Rainstorm</source>
+        <translation>暴雨量</translation>
+    </message>
+    <message>
+        <source>Accumulated precipitation value</source>
+        <translation>降水量累计值</translation>
+    </message>
+    <message>
+        <source>Instantaneous flow rate, pumping flow rate</source>
+        <translation>瞬时流量、抽水流量</translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 1</source>
+        <translation>取（排）水口流量 1</translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 2</source>
+        <translation>取（排）水口流量 2</translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 3</source>
+        <translation>取（排）水口流量 3</translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 4</source>
+        <translation>取（排）水口流量 4</translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 5</source>
+        <translation>取（排）水口流量 5</translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 6</source>
+        <translation>取（排）水口流量 6</translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 7</source>
+        <translation>取（排）水口流量 7</translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 8</source>
+        <translation>取（排）水口流量 8</translation>
+    </message>
+    <message>
+        <source>Total outbound flow and total gate flow</source>
+        <translation>总出库流量、过闸总流量</translation>
+    </message>
+    <message>
+        <source>Flow rate of water conveyance equipment and flow rate through gates (groups)</source>
+        <translation>输水设备流量、过闸（组）流量</translation>
+    </message>
+    <message>
+        <source>sediment load</source>
+        <translation>输沙量</translation>
+    </message>
+    <message>
+        <source>wind direction</source>
+        <translation>风向</translation>
+    </message>
+    <message>
+        <source>Wind power (level)</source>
+        <translation>风力（级）</translation>
+    </message>
+    <message>
+        <source>wind speed</source>
+        <translation>风速</translation>
+    </message>
+    <message>
+        <source>Cross-Section Mean Velocity</source>
+        <translation>断面平均流速</translation>
+    </message>
+    <message>
+        <source>Current instantaneous flow velocity</source>
+        <translation>当前瞬时流速</translation>
+    </message>
+    <message>
+        <source>supply voltage</source>
+        <translation>电源电压</translation>
+    </message>
+    <message>
+        <source>Instantaneous river water level and lake level</source>
+        <translation>瞬时河道水位、潮位</translation>
+    </message>
+    <message>
+        <source>Reservoir (gate, station) groundwater level</source>
+        <translation>库（闸、站）下水位</translation>
+    </message>
+    <message>
+        <source>Water level above the reservoir (gate, station)</source>
+        <translation>库（闸、站）上水位</translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 1</source>
+        <translation>取（排）水口水位 1</translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 2</source>
+        <translation>取（排）水口水位 2</translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 3</source>
+        <translation>取（排）水口水位 3</translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 4</source>
+        <translation>取（排）水口水位 4</translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 5</source>
+        <translation>取（排）水口水位 5</translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 6</source>
+        <translation>取（排）水口水位 6</translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 7</source>
+        <translation>取（排）水口水位 7</translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 8</source>
+        <translation>取（排）水口水位 8</translation>
+    </message>
+    <message>
+        <source>Sand content</source>
+        <translation>含沙量</translation>
+    </message>
+    <message>
+        <source>ph value</source>
+        <translation>pH 值</translation>
+    </message>
+    <message>
+        <source>dissolved oxygen</source>
+        <translation>溶解氧</translation>
+    </message>
+    <message>
+        <source>conductivity</source>
+        <translation>电导率</translation>
+    </message>
+    <message>
+        <source>turbidity</source>
+        <translation>浊度</translation>
+    </message>
+    <message>
+        <source>Permanganate index</source>
+        <translation>高锰酸盐指数</translation>
+    </message>
+    <message>
+        <source>Oxidation-reduction potential</source>
+        <translation>氧化还原电位</translation>
+    </message>
+    <message>
+        <source>Ammonia mist</source>
+        <translation>氨氮</translation>
+    </message>
+    <message>
+        <source>Phosphorus</source>
+        <translation>总磷</translation>
+    </message>
+    <message>
+        <source>total ammonia</source>
+        <translation>总氮</translation>
+    </message>
+    <message>
+        <source>total organic carbon</source>
+        <translation>总有机碳</translation>
+    </message>
+    <message>
+        <source>copper</source>
+        <translation>铜</translation>
+    </message>
+    <message>
+        <source>zinc</source>
+        <translation>锌</translation>
+    </message>
+    <message>
+        <source>selenium</source>
+        <translation>硒</translation>
+    </message>
+    <message>
+        <source>arsenic</source>
+        <translation>砷</translation>
+    </message>
+    <message>
+        <source>Total mercury</source>
+        <translation>总汞</translation>
+    </message>
+    <message>
+        <source>cadmium</source>
+        <translation>镉</translation>
+    </message>
+    <message>
+        <source>lead</source>
+        <translation>铅</translation>
+    </message>
+    <message>
+        <source>Chlorophyll a</source>
+        <translation>叶绿素 a</translation>
+    </message>
+    <message>
+        <source>Water pressure 1</source>
+        <translation>水压 1</translation>
+    </message>
+    <message>
+        <source>Water pressure 2</source>
+        <translation>水压 2</translation>
+    </message>
+    <message>
+        <source>Water pressure 3</source>
+        <translation>水压 3</translation>
+    </message>
+    <message>
+        <source>Water pressure 4</source>
+        <translation>水压 4</translation>
+    </message>
+    <message>
+        <source>Water pressure 5</source>
+        <translation>水压 5</translation>
+    </message>
+    <message>
+        <source>Water pressure 6</source>
+        <translation>水压 6</translation>
+    </message>
+    <message>
+        <source>Water pressure 7</source>
+        <translation>水压 7</translation>
+    </message>
+    <message>
+        <source>Water pressure 8</source>
+        <translation>水压 8</translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 1</source>
+        <translation>水表 1 剩余水量</translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 2</source>
+        <translation>水表 2 剩余水量</translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 3</source>
+        <translation>水表 3 剩余水量</translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 4</source>
+        <translation>水表 4 剩余水量</translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 5</source>
+        <translation>水表 5 剩余水量</translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 6</source>
+        <translation>水表 6 剩余水量</translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 7</source>
+        <translation>水表 7 剩余水量</translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 8</source>
+        <translation>水表 8 剩余水量</translation>
+    </message>
+    <message>
+        <source>Water meter 1 hourly water volume</source>
+        <translation>水表 1 每小时水量</translation>
+    </message>
+    <message>
+        <source>Water meter 2 hourly water volume</source>
+        <translation>水表 2 每小时水量</translation>
+    </message>
+    <message>
+        <source>Water meter 3 hourly water volume</source>
+        <translation>水表 3 每小时水量</translation>
+    </message>
+    <message>
+        <source>Water meter 4 hourly water volume</source>
+        <translation>水表 4 每小时水量</translation>
+    </message>
+    <message>
+        <source>Water meter 5 hourly water volume</source>
+        <translation>水表 5 每小时水量</translation>
+    </message>
+    <message>
+        <source>Water meter 6 hourly water volume</source>
+        <translation>水表 6 每小时水量</translation>
+    </message>
+    <message>
+        <source>Water meter 7 hourly water volume</source>
+        <translation>水表 7 每小时水量</translation>
+    </message>
+    <message>
+        <source>Water meter 8 hourly water volume</source>
+        <translation>水表 8 每小时水量</translation>
+    </message>
+    <message>
+        <source>AC A-phase voltage</source>
+        <translation>交流 A 相电压</translation>
+    </message>
+    <message>
+        <source>AC B-phase voltage</source>
+        <translation>交流 B 相电压</translation>
+    </message>
+    <message>
+        <source>AC C-phase voltage</source>
+        <translation>交流 C 相电压</translation>
+    </message>
+    <message>
+        <source>AC A-phase current</source>
+        <translation>交流 A 相电流</translation>
+    </message>
+    <message>
+        <source>AC B-phase current</source>
+        <translation>交流 B 相电流</translation>
+    </message>
+    <message>
+        <source>AC C-phase current</source>
+        <translation>交流 C 相电流</translation>
     </message>
 </context>
 <context>
@@ -1438,46 +2870,6 @@
         <source>Server Key:</source>
         <translation>服务器密钥：</translation>
     </message>
-    <message>
-        <source>Select</source>
-        <translation>选择</translation>
-    </message>
-    <message>
-        <source>Select Key File</source>
-        <translation>选择密钥文件</translation>
-    </message>
-    <message>
-        <source>Keys (*.der *.pem *.crt *.key)</source>
-        <translation>密钥 (*.der *.pem *.crt *.key)</translation>
-    </message>
-    <message>
-        <source>Select Certificate File</source>
-        <translation>选择证书文件</translation>
-    </message>
-    <message>
-        <source>Certificates (*.der *.pem *.crt *.key)</source>
-        <translation>证书 (*.der *.pem *.crt *.key)</translation>
-    </message>
-    <message>
-        <source>Error</source>
-        <translation>错误</translation>
-    </message>
-    <message>
-        <source>Failed to open file: %1</source>
-        <translation>打开文件失败：%1</translation>
-    </message>
-    <message>
-        <source>Warning</source>
-        <translation>警告</translation>
-    </message>
-    <message>
-        <source>The key storage path is inconsistent with the loading path.Please select the key again.Prevent data loss.</source>
-        <translation>密钥的保存路径与加载路径不一致。请重新选择密钥，以防数据丢失。</translation>
-    </message>
-    <message>
-        <source>The certificate storage path is inconsistent with the loading path.Please select the certificate again.Prevent data loss.</source>
-        <translation>证书的保存路径与加载路径不一致。请重新选择证书，以防数据丢失。</translation>
-    </message>
 </context>
 <context>
     <name>StandardFields</name>
@@ -1523,6 +2915,63 @@
     </message>
 </context>
 <context>
+    <name>StandardTableForm</name>
+    <message>
+        <source>The Standard CustomPoll &apos;%1&apos; is saved successfully.</source>
+        <translation>Standard CustomPoll“%1”保存成功。</translation>
+    </message>
+    <message>
+        <source>The Standard DIDO &apos;%1&apos; is saved successfully.</source>
+        <translation>Standard DIDO“%1”保存成功。</translation>
+    </message>
+    <message>
+        <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
+        <translation>Standard OpcUa“%1”保存成功。</translation>
+    </message>
+    <message>
+        <source>Server Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation>编辑Standard</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation>全部删除</translation>
+    </message>
+</context>
+<context>
+    <name>StandardTabs</name>
+    <message>
+        <source>Add Tab</source>
+        <translation>添加标签页</translation>
+    </message>
+</context>
+<context>
+    <name>TableCopy</name>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+</context>
+<context>
     <name>standardDLT645EditDialog</name>
     <message>
         <source>Server Name:</source>
@@ -1551,10 +3000,6 @@
     <message>
         <source>Cancel</source>
         <translation>取消</translation>
-    </message>
-    <message>
-        <source>Add Tab</source>
-        <translation>添加标签页</translation>
     </message>
     <message>
         <source>Select All</source>
@@ -1683,10 +3128,6 @@
         <translation>串口信息</translation>
     </message>
     <message>
-        <source>Add Tab</source>
-        <translation>添加标签页</translation>
-    </message>
-    <message>
         <source>Add</source>
         <translation>添加</translation>
     </message>
@@ -1705,6 +3146,41 @@
     <message>
         <source>The Standard Modbus &apos;%1&apos; is saved successfully.</source>
         <translation>Standard Modbus“%1”保存成功。</translation>
+    </message>
+</context>
+<context>
+    <name>standardOPCUAEditDialog</name>
+    <message>
+        <source>URL:</source>
+        <translation>URL：</translation>
+    </message>
+    <message>
+        <source>Security Policy:</source>
+        <translation>安全策略：</translation>
+    </message>
+    <message>
+        <source>Message Mode:</source>
+        <translation>消息模式：</translation>
+    </message>
+    <message>
+        <source>Authentication:</source>
+        <translation>认证方式：</translation>
+    </message>
+    <message>
+        <source>User Name:</source>
+        <translation>用户名：</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>密码：</translation>
+    </message>
+    <message>
+        <source>Certificate:</source>
+        <translation>证书：</translation>
+    </message>
+    <message>
+        <source>Private Key:</source>
+        <translation>私钥：</translation>
     </message>
 </context>
 </TS>

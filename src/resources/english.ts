@@ -833,6 +833,22 @@
         <source>A standard file with the same name already exists in PLC or Standard folder. Please use a different name.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>PLC Name cannot be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A PLC file with the same name already exists in PLC or StandardDIO folder. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Server Name cannot be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A server file with the same name already exists in this folder. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>CStatusDialogClass</name>
@@ -890,6 +906,49 @@
     </message>
 </context>
 <context>
+    <name>CertificateField</name>
+    <message>
+        <source>Select</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The key storage path is inconsistent with the loading path.Please select the key again.Prevent data loss.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The certificate storage path is inconsistent with the loading path.Please select the certificate again.Prevent data loss.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Key File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keys (*.der *.pem *.crt *.key)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Select Certificate File</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Certificates (*.der *.pem *.crt *.key)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Failed to open file: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>EditProjectDialog</name>
     <message>
         <source>Name:</source>
@@ -905,6 +964,33 @@
     </message>
     <message>
         <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ImportDataDialog</name>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DataType</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -975,6 +1061,29 @@
     </message>
 </context>
 <context>
+    <name>MonitoringPage</name>
+    <message>
+        <source>Filter by name or address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export Values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV Files (*.csv)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file %1 could not be written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>NewProjectDialog</name>
     <message>
         <source>New Project</source>
@@ -1014,6 +1123,276 @@
     </message>
     <message>
         <source>Name and Path cannot be empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PLCEditDialog</name>
+    <message>
+        <source>Edit PLC</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Attribute</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Parameter List</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Timed Loops</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The PLC &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Model:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Slot:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mode:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Format:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Binary:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Series:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Station Num:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Byte Order:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sum Check:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write Bit By Word:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Char Reversed:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>StartAddress0:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Communication Timeout:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection Timeout:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Keep Alive Time:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serial Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Baud Rate:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Data Bit:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop Bit:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Parity Bit:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rts Enable:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Communication Gap:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connection Type:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rack:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LocalTSAP:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DestTSAP:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Net Num:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Message waiting time:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New Agreement:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unit Number:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>DeviceID Num:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Unit Num:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Hostomputer Unit Num:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Router:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Target Node:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Source Node:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Auto Netld:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>TargetNetId:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>SenderNetId:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tag Cache:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Manufacturer:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Network Layer Information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Serial Port Information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Trigger Conditions:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PLCInputDialog</name>
+    <message>
+        <source>Add PLC</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Manufacturer:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1187,6 +1566,73 @@
         <source>Delete the current row</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The spatial index value type can only be filled with numbers.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>GUID Node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numerical Node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>String Node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>HEX</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Data Content</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CRC</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Spatial Index</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Node Type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PointForm</name>
+    <message>
+        <source>The data with device name &apos;% 2&apos; and variable name &apos;% 1&apos; already exists.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Context menu</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import Data Points</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Main window pointer is not set.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Protocol</name>
@@ -1312,6 +1758,123 @@
     </message>
 </context>
 <context>
+    <name>ServerAliMQTTEditDialog</name>
+    <message>
+        <source>Edit Server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Server AliMQTT &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerEditDialog</name>
+    <message>
+        <source>Payload Format:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tarnwick MQTT</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Custom formatting</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Report Topic:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Report JS:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write Topic:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Write JS:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Server MQTT &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerFields</name>
+    <message>
+        <source>Server Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Domain Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Product Key:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Device Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Device Secret:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client ID:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>qos:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AliMQTT</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OneNetMQTT</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>HuaWeiMQTT</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ServerForm</name>
     <message>
         <source>Save</source>
@@ -1319,6 +1882,875 @@
     </message>
     <message>
         <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerHJ212EditDialog</name>
+    <message>
+        <source>Surface water quality testing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Air quality testing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Acoustic environment quality testing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Groundwater quality testing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil quality testing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sea water quality testing</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Volatile organic compound detection</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Air pollution sources</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Surface water pollution sources</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Groundwater environmental pollution sources</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Marine environmental pollution sources</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil environmental pollution sources</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sources of acoustic environmental pollution</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Vibration environmental pollution sources</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Radioactive environmental pollution source</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Construction site dust pollution source</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Electromagnetic environmental pollution sources</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Monitoring of flue gas emission process</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Monitoring of sewage discharge process</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>system interaction</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Server Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Client ID:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>System Code:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Command Code:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Server HJ212 &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Factor Code</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerHuaWeiMQTTEditDialog</name>
+    <message>
+        <source>Service ID:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Server HuaWeiMQTT &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerInputDialog</name>
+    <message>
+        <source>Add Server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Local port number:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ModbusTCP slave</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Domain Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Server Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Description:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A ModbusTCP(Slave) file already exists. You cannot create another one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerModbusTCPEditDialog</name>
+    <message>
+        <source>Server Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Server ModbusTCP(Slave) &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Holding Register</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input Register</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address conflict detected. Please resolve the conflict.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Variable Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Data Type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Modbus Address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address length</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerOPCUAEditDialog</name>
+    <message>
+        <source>Anonymous:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Server OpcUa &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerOneNetMQTTEditDialog</name>
+    <message>
+        <source>Edit Server</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Server OneNetMQTT &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ServerSL651EditDialog</name>
+    <message>
+        <source>precipitation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>river course</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reservoir (Lake)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>gate dam</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>pump station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>tide</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>soil moisture content</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>groundwater</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>water quality</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water intake</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Drain</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Server Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>IP Address:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Port:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>centralStationAddress:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>remoteStationAddress:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>remoteStationType:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Server SL651 &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please enter a valid address between 1 and 255.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Observation time guide symbol</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Station code guide symbol</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sectional area</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous temperature</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous water temperature</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time step code</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Daily evaporation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Current evaporation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>pressure</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Opening height of dam and reservoir gates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Number of water conveyance equipment and gate (group)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Type of water conveyance equipment</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Number of opening holes for reservoir and dam gates</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ground temperature</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous burial depth of groundwater</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wave Height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 10 centimeters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 20 centimeters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 30 centimeters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 40 centimeters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 50 centimeters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 60 centimeters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 80 centimeters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Soil moisture content at 100 centimeters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>humidity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Number of startup units</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during the 1-hour period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during the 2-hour period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during the 3-hour period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during the 6-hour period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during the 12-hour period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>daily precipitation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Current precipitation</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during a 1-minute period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during a 5-minute period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during a 10-minute period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Precipitation during a 30-minute period</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rainstorm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Accumulated precipitation value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous flow rate, pumping flow rate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 5</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 6</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 7</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Inlet (outlet) flow rate 8</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total outbound flow and total gate flow</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Flow rate of water conveyance equipment and flow rate through gates (groups)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sediment load</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>wind direction</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Wind power (level)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>wind speed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cross-Section Mean Velocity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Current instantaneous flow velocity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>supply voltage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Instantaneous river water level and lake level</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Reservoir (gate, station) groundwater level</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level above the reservoir (gate, station)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 5</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 6</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 7</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water level at the intake (outlet) 8</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sand content</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>ph value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>dissolved oxygen</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>conductivity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>turbidity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Permanganate index</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Oxidation-reduction potential</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ammonia mist</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Phosphorus</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>total ammonia</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>total organic carbon</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>copper</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>zinc</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>selenium</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>arsenic</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Total mercury</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cadmium</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>lead</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Chlorophyll a</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water pressure 1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water pressure 2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water pressure 3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water pressure 4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water pressure 5</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water pressure 6</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water pressure 7</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water pressure 8</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 5</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 6</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 7</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remaining water volume of water meter 8</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water meter 1 hourly water volume</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water meter 2 hourly water volume</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water meter 3 hourly water volume</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water meter 4 hourly water volume</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water meter 5 hourly water volume</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water meter 6 hourly water volume</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water meter 7 hourly water volume</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Water meter 8 hourly water volume</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AC A-phase voltage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AC B-phase voltage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AC C-phase voltage</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AC A-phase current</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AC B-phase current</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>AC C-phase current</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -1436,46 +2868,6 @@
         <source>Server Key:</source>
         <translation type="unfinished"></translation>
     </message>
-    <message>
-        <source>Select</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Select Key File</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Keys (*.der *.pem *.crt *.key)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Select Certificate File</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Certificates (*.der *.pem *.crt *.key)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Error</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Failed to open file: %1</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Warning</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The key storage path is inconsistent with the loading path.Please select the key again.Prevent data loss.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The certificate storage path is inconsistent with the loading path.Please select the certificate again.Prevent data loss.</source>
-        <translation type="unfinished"></translation>
-    </message>
 </context>
 <context>
     <name>StandardFields</name>
@@ -1521,6 +2913,63 @@
     </message>
 </context>
 <context>
+    <name>StandardTableForm</name>
+    <message>
+        <source>The Standard CustomPoll &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Standard DIDO &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Server Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Edit Standard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>StandardTabs</name>
+    <message>
+        <source>Add Tab</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>TableCopy</name>
+    <message>
+        <source>Copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>standardDLT645EditDialog</name>
     <message>
         <source>Server Name:</source>
@@ -1548,10 +2997,6 @@
     </message>
     <message>
         <source>Cancel</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Add Tab</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1681,10 +3126,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Add Tab</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Add</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1702,6 +3143,41 @@
     </message>
     <message>
         <source>The Standard Modbus &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>standardOPCUAEditDialog</name>
+    <message>
+        <source>URL:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Security Policy:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Message Mode:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Authentication:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>User Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Certificate:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Private Key:</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
