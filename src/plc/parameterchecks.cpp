@@ -51,6 +51,12 @@ constexpr char amplitudeBox[] =
 
 } // namespace
 
+bool ParameterEditor::isCount(const QString &text)
+{
+    bool number = false;
+    return text.trimmed().toInt(&number) >= 1 && number;
+}
+
 void ParameterEditor::validateName(int row, int column)
 {
     QTableWidget *table = m_current();
@@ -91,12 +97,12 @@ void ParameterEditor::validateLength(int row, int column)
 {
     QTableWidget *table = m_current();
     QTableWidgetItem *item = itemAt(table, row, column);
-    if (!item || column != m_variant.indexOf(ParameterCell::Length)) {
+    const bool index = column == m_variant.indexOf(ParameterCell::SpatialIndex);
+    if (!item || (!index && column != m_variant.indexOf(ParameterCell::Length))) {
         return;
     }
-    bool number = false;
     const QString text = item->text();
-    if (text.trimmed().toInt(&number) >= 1 && number) {
+    if (isCount(text)) {
         const QSignalBlocker quiet(table);
         item->setData(Qt::UserRole, text);
         return;
@@ -105,7 +111,9 @@ void ParameterEditor::validateLength(int row, int column)
         const QSignalBlocker quiet(table);
         item->setText(item->data(Qt::UserRole).toString());
     }
-    warn(QT_TRANSLATE_NOOP("ParameterTable", "Length must be a positive integer."));
+    warn(index ? QT_TRANSLATE_NOOP("ParameterTable",
+                                   "The spatial index value type can only be filled with numbers.")
+               : QT_TRANSLATE_NOOP("ParameterTable", "Length must be a positive integer."));
 }
 
 void ParameterEditor::validateChange(int row, int column)
@@ -204,9 +212,7 @@ void ParameterEditor::checkAmplitude(int row, QLineEdit *editor)
 void ParameterEditor::checkLength(int row, QLineEdit *editor)
 {
     Q_UNUSED(row)
-    bool number = false;
-    const int length = editor->text().trimmed().toInt(&number);
-    if ((number && length >= 1) || m_warning) {
+    if (isCount(editor->text()) || m_warning) {
         return;
     }
     m_warning = true;
@@ -244,13 +250,9 @@ void ParameterEditor::checkNumber(int row, QLineEdit *editor)
 
 bool ParameterEditor::addressPasses(int row, const QString &text)
 {
-    const bool passes = matches(addressPattern(), text);
+    const bool passes = !m_variant.addressText || matches(addressPattern(), text);
     if (!passes) {
-        tell(
-            QT_TRANSLATE_NOOP("ParameterTable",
-                              "Invalid input in row %1: only letters, digits, underscores, dots, colons, and "
-                              "brackets are allowed."),
-            row);
+        tell(m_variant.addressText, row);
     }
     return passes;
 }

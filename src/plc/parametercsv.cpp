@@ -40,8 +40,7 @@ bool passes(ParameterCell cell, const QString &field)
     case ParameterCell::CollectionFormula:
     case ParameterCell::WriteFormula:
         return formula.match(field).hasMatch();
-    case ParameterCell::Name: // neither its form nor its uniqueness
-    case ParameterCell::Button:
+    default: // of a name neither its form nor its uniqueness
         break;
     }
     return true;

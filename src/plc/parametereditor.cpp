@@ -10,14 +10,11 @@
 #include <QSignalBlocker>
 #include <QTableWidget>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int buttonSize = 35; // pixels
-
-const QStringList &storedEntries(ParameterCell cell)
-{
-    return cell == ParameterCell::Type ? ParameterText::types() : ParameterText::permissions();
-}
 
 // Showing a widget posts an update of its own for it, and each widget that is repainted on its own looks at
 // all of its siblings: with thousands in one table that takes minutes. One update of each window stands for
@@ -136,13 +133,14 @@ RowList ParameterEditor::rows(const QTableWidget *table) const
 {
     RowList rows;
     rows.reserve(table->rowCount());
-    const int method = m_variant.indexOf(ParameterCell::Method);
+    const QVector<int> translated{m_variant.indexOf(ParameterCell::Method),
+                                  m_variant.indexOf(ParameterCell::NodeType)};
     for (int row = 0; row < table->rowCount(); ++row) {
         QVariantList values;
         for (int column = 0; column < table->columnCount(); ++column) {
             const QString text = parameterCellText(table, row, column);
             if (!text.isNull() || table->item(row, column)) {
-                values.append(column == method ? ParameterText::storedMethod(text) : text);
+                values.append(translated.contains(column) ? ParameterText::stored(text) : text);
             }
         }
         rows.append(values);
@@ -182,13 +180,18 @@ void ParameterEditor::appendAddedRow(QTableWidget *table)
     RowParts parts;
     for (int column = 0; column < m_variant.columns.size(); ++column) {
         const ParameterCell cell = m_variant.columns.at(column).cell;
-        if (cell != ParameterCell::Button) {
+        if (cell == ParameterCell::SpatialIndex) {
+            table->setItem(row, column, makeSpatialIndex(QStringLiteral("1")));
+        } else if (cell != ParameterCell::Button) {
             table->setCellWidget(row, column, makeEditor(table, cell, QString(), &parts));
         }
     }
-    parts.length->setText(QStringLiteral("1"));
+    if (parts.length) {
+        parts.length->setText(QStringLiteral("1"));
+    }
     addButton(table, row);
     connectAddedRow(row, parts);
+    emit rowMade(table, row);
 }
 
 void ParameterEditor::fillLoadedRow(QTableWidget *table, int row, const QVariantList &values)
@@ -202,8 +205,15 @@ void ParameterEditor::fillLoadedRow(QTableWidget *table, int row, const QVariant
         case ParameterCell::Permissions:
         case ParameterCell::Method:
         case ParameterCell::Amplitude:
+        case ParameterCell::Hex:
+        case ParameterCell::DataContent:
+        case ParameterCell::Crc:
+        case ParameterCell::NodeType:
             table->setCellWidget(row, column,
                                  makeEditor(table, m_variant.columns.at(column).cell, text, &parts));
+            break;
+        case ParameterCell::SpatialIndex:
+            table->setItem(row, column, makeSpatialIndex(text));
             break;
         default:
             // The button's column too: a row of a file brings an empty field for it.
@@ -212,6 +222,15 @@ void ParameterEditor::fillLoadedRow(QTableWidget *table, int row, const QVariant
     }
     addButton(table, row);
     connectLoadedRow(parts);
+    emit rowMade(table, row);
+}
+
+// An item that keeps its last good text, for validateLength to go back to.
+QTableWidgetItem *ParameterEditor::makeSpatialIndex(const QString &text)
+{
+    auto *item = new QTableWidgetItem(text);
+    item->setData(Qt::UserRole, isCount(text) ? text : QStringLiteral("1"));
+    return item;
 }
 
 void ParameterEditor::addButton(QTableWidget *table, int row)
@@ -229,7 +248,7 @@ void ParameterEditor::addButton(QTableWidget *table, int row)
 QWidget *ParameterEditor::makeEditor(QTableWidget *table, ParameterCell cell, const QString &value,
                                      RowParts *parts)
 {
-    if (cell == ParameterCell::Type || cell == ParameterCell::Permissions || cell == ParameterCell::Method) {
+    if (!m_variant.entries(cell).isEmpty()) {
         return makeList(table, cell, value, parts);
     }
     // Cell widgets are born in the viewport: a later move there would change the style of each, which is
@@ -251,6 +270,8 @@ QWidget *ParameterEditor::makeEditor(QTableWidget *table, ParameterCell cell, co
         parts->amplitude = editor;
         editor->setEnabled(false);
         break;
+    case ParameterCell::DataContent:
+        break;
     default:
         parts->formulas[cell == ParameterCell::WriteFormula] = editor;
     }
@@ -261,13 +282,14 @@ QWidget *ParameterEditor::makeList(QTableWidget *table, ParameterCell cell, cons
                                    RowParts *parts)
 {
     auto *list = new QComboBox(table->viewport());
-    const bool method = cell == ParameterCell::Method;
-    list->addItems(method ? ParameterText::shownMethods() : storedEntries(cell));
-    list->setCurrentText(method ? ParameterText::shownMethod(value) : value);
+    QStringList entries = m_variant.entries(cell);
+    std::transform(entries.cbegin(), entries.cend(), entries.begin(), ParameterText::shown);
+    list->addItems(entries);
+    list->setCurrentText(ParameterText::shown(value));
     list->installEventFilter(m_form);
     if (cell == ParameterCell::Type) {
         parts->type = list;
-    } else if (method) {
+    } else if (cell == ParameterCell::Method) {
         parts->method = list;
     }
     return list;
@@ -275,13 +297,15 @@ QWidget *ParameterEditor::makeList(QTableWidget *table, ParameterCell cell, cons
 
 void ParameterEditor::connectAddedRow(int row, const RowParts &parts)
 {
-    connect(parts.address, &QLineEdit::textChanged, this, [this, row, editor = parts.address] {
-        if (m_variant.addressOfLatestTable) {
-            validateAddrOnChange(row, m_variant.indexOf(ParameterCell::Address));
-        } else {
-            checkAtEndOfEditing(editor, row, &ParameterEditor::checkAddress);
-        }
-    });
+    if (parts.address) {
+        connect(parts.address, &QLineEdit::textChanged, this, [this, row, editor = parts.address] {
+            if (m_variant.addressOfLatestTable) {
+                validateAddrOnChange(row, m_variant.indexOf(ParameterCell::Address));
+            } else {
+                checkAtEndOfEditing(editor, row, &ParameterEditor::checkAddress);
+            }
+        });
+    }
     connect(parts.name, &QLineEdit::textChanged, this, [this, row, editor = parts.name] {
         if (m_variant.nameWhileTyping) {
             checkName(row, editor);

@@ -11,11 +11,12 @@
 class QComboBox;
 class QLineEdit;
 class QTableWidget;
+class QTableWidgetItem;
 class QWidget;
 class Workspace;
 
 // The parameter table of a form: rows, cell rules and CSV, for one table or for a table in each tab. The
-// table is the record: a row is what its cells show.
+// table is the record: a row is what its cells show. The variant says which columns it has.
 //
 // Two kinds of row differ on purpose. A row that "Add" made has a widget in every cell, and its handlers keep
 // the row number of its creation. A row that was loaded, from the item or from a file, has plain items for
@@ -74,6 +75,10 @@ public:
     void updateChangeAmplitudeCell(int row, bool enabled);
     void updateloadChangeAmplitudeCell(int row, bool enabled);
 
+signals:
+    // A row was added or loaded and shows its values: a form may connect cells that act on one another.
+    void rowMade(QTableWidget *table, int row);
+
 private:
     using Check = void (ParameterEditor::*)(int row, QLineEdit *editor);
 
@@ -90,6 +95,7 @@ private:
 
     void appendAddedRow(QTableWidget *table);
     void fillLoadedRow(QTableWidget *table, int row, const QVariantList &values);
+    static QTableWidgetItem *makeSpatialIndex(const QString &text);
     void addButton(QTableWidget *table, int row);
     QWidget *makeEditor(QTableWidget *table, ParameterCell cell, const QString &value, RowParts *parts);
     QWidget *makeList(QTableWidget *table, ParameterCell cell, const QString &value, RowParts *parts);
@@ -105,6 +111,7 @@ private:
     void checkLength(int row, QLineEdit *editor);
     void checkNumber(int row, QLineEdit *editor);
 
+    static bool isCount(const QString &text); // a decimal integer of at least 1
     bool addressPasses(int row, const QString &text);
     bool formulaPasses(int row, const QString &text);
     bool amplitudePasses(int row, const QString &text);

@@ -12,6 +12,43 @@ const char *const storedMethods[] = {
     QT_TRANSLATE_NOOP("ParameterTable", "Change amplitude"),
 };
 
+const char *const nodeTypes[] = {
+    QT_TRANSLATE_NOOP("ParameterTable", "GUID Node"),
+    QT_TRANSLATE_NOOP("ParameterTable", "Numerical Node"),
+    QT_TRANSLATE_NOOP("ParameterTable", "String Node"),
+};
+
+template <typename Texts> QStringList listOf(const Texts &texts)
+{
+    QStringList list;
+    for (const char *text : texts) {
+        list.append(QString::fromLatin1(text));
+    }
+    return list;
+}
+
+QStringList translatedAll(const QStringList &sources)
+{
+    QStringList texts;
+    for (const QString &source : sources) {
+        texts.append(ParameterText::translated(source.toLatin1().constData()));
+    }
+    return texts;
+}
+
+// The entries that are shown translated, as stored.
+const QStringList &translatedEntries()
+{
+    static const QStringList list = listOf(storedMethods) + listOf(nodeTypes);
+    return list;
+}
+
+// Of the tables with addresses of a controller.
+constexpr char controllerAddress[] =
+    QT_TRANSLATE_NOOP("ParameterTable",
+                      "Invalid input in row %1: only letters, digits, underscores, dots, colons, and "
+                      "brackets are allowed.");
+
 ParameterColumn column(ParameterCell cell, int width)
 {
     // "Deleat" is the word that files and users know.
@@ -26,8 +63,24 @@ ParameterColumn column(ParameterCell cell, int width)
         QT_TRANSLATE_NOOP("ParameterTable", "Collection Formula"),
         QT_TRANSLATE_NOOP("ParameterTable", "Write Formula"),
         QT_TRANSLATE_NOOP("ParameterTable", "Deleat"),
+        QT_TRANSLATE_NOOP("ParameterTable", "HEX"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Data Content"),
+        QT_TRANSLATE_NOOP("ParameterTable", "CRC"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Spatial Index"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Node Type"),
     };
     return {cell, headers[static_cast<int>(cell)], width};
+}
+
+// A table with the rules of a PLC's, as high as its page allows.
+ParameterVariant withoutTabs(const char *form, const QVector<ParameterColumn> &columns,
+                             const char *addressText)
+{
+    ParameterVariant variant = ParameterVariant::plc();
+    variant.form = form;
+    variant.columns = columns;
+    variant.addressText = addressText;
+    return variant;
 }
 
 } // namespace
@@ -51,6 +104,25 @@ QStringList ParameterVariant::headers() const
     return texts;
 }
 
+QStringList ParameterVariant::entries(ParameterCell cell) const
+{
+    switch (cell) {
+    case ParameterCell::Type:
+        return ParameterText::types();
+    case ParameterCell::Permissions:
+        return ParameterText::permissions();
+    case ParameterCell::Method:
+        return ParameterText::methods().mid(0, indexOf(ParameterCell::Amplitude) < 0 ? 2 : -1);
+    case ParameterCell::Hex:
+    case ParameterCell::Crc:
+        return {QStringLiteral("true"), QStringLiteral("false")};
+    case ParameterCell::NodeType:
+        return listOf(nodeTypes);
+    default:
+        return {};
+    }
+}
+
 const ParameterVariant &ParameterVariant::plc()
 {
     static const ParameterVariant variant{
@@ -70,7 +142,8 @@ const ParameterVariant &ParameterVariant::plc()
         QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file"),
         QT_TRANSLATE_NOOP("ParameterTable", "mistake"),
         false,
-        0};
+        0,
+        controllerAddress};
     return variant;
 }
 
@@ -92,7 +165,47 @@ const ParameterVariant &ParameterVariant::modbus()
         QT_TRANSLATE_NOOP("ParameterTable", "Save CSV file"),
         QT_TRANSLATE_NOOP("ParameterTable", "Mistake"),
         true,
-        600};
+        600,
+        controllerAddress};
+    return variant;
+}
+
+const ParameterVariant &ParameterVariant::customPoll()
+{
+    static const ParameterVariant variant =
+        withoutTabs("standardCustomPollEditDialog",
+                    {column(ParameterCell::Name, 100), column(ParameterCell::Hex, 100),
+                     column(ParameterCell::DataContent, 200), column(ParameterCell::Crc, 100),
+                     column(ParameterCell::Permissions, 110), column(ParameterCell::Method, 150),
+                     column(ParameterCell::Button, 35)},
+                    nullptr);
+    return variant;
+}
+
+const ParameterVariant &ParameterVariant::dido()
+{
+    static const ParameterVariant variant =
+        withoutTabs("standardDIOEditDialog",
+                    {column(ParameterCell::Address, 120), column(ParameterCell::Name, 120),
+                     column(ParameterCell::Permissions, 110), column(ParameterCell::Method, 150),
+                     column(ParameterCell::Button, 35)},
+                    nullptr);
+    return variant;
+}
+
+const ParameterVariant &ParameterVariant::opcUa()
+{
+    static const ParameterVariant variant =
+        withoutTabs("standardOPCUAEditDialog",
+                    {column(ParameterCell::Address, 100), column(ParameterCell::Name, 70),
+                     column(ParameterCell::SpatialIndex, 90), column(ParameterCell::NodeType, 165),
+                     column(ParameterCell::Permissions, 70), column(ParameterCell::Method, 175),
+                     column(ParameterCell::Amplitude, 80), column(ParameterCell::CollectionFormula, 90),
+                     column(ParameterCell::WriteFormula, 90), column(ParameterCell::Type, 85),
+                     column(ParameterCell::Button, 35)},
+                    QT_TRANSLATE_NOOP(
+                        "ParameterTable",
+                        "Invalid input in row %1: only letters, digits, underscores, and dots are allowed."));
     return variant;
 }
 
@@ -114,35 +227,24 @@ const QStringList &ParameterText::permissions()
 
 const QStringList &ParameterText::methods()
 {
-    static const QStringList list = [] {
-        QStringList texts;
-        for (const char *method : storedMethods) {
-            texts.append(QString::fromLatin1(method));
-        }
-        return texts;
-    }();
+    static const QStringList list = listOf(storedMethods);
     return list;
 }
 
 QStringList ParameterText::shownMethods()
 {
-    QStringList texts;
-    for (const char *method : storedMethods) {
-        texts.append(translated(method));
-    }
-    return texts;
+    return translatedAll(methods());
 }
 
-QString ParameterText::shownMethod(const QString &stored)
+QString ParameterText::shown(const QString &stored)
 {
-    const int index = methods().indexOf(stored);
-    return index < 0 ? stored : translated(storedMethods[index]);
+    return translatedEntries().contains(stored) ? translated(stored.toLatin1().constData()) : stored;
 }
 
-QString ParameterText::storedMethod(const QString &shown)
+QString ParameterText::stored(const QString &shown)
 {
-    const int index = shownMethods().indexOf(shown);
-    return index < 0 ? shown : methods().at(index);
+    const int index = translatedAll(translatedEntries()).indexOf(shown);
+    return index < 0 ? shown : translatedEntries().at(index);
 }
 
 QString ParameterText::amplitudeMethod()

@@ -1,12 +1,15 @@
 #include "mainwindow/resourceactions.h"
 
 #include "boxlink/boxeditdialog.h"
+#include "document/projectreader.h"
 #include "mainwindow/editortabs.h"
 #include "mainwindow/monitoringview.h"
 #include "support/messageboxes.h"
 #include "support/projectdump.h"
 #include "windowundertest.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -39,6 +42,7 @@ private slots:
     void sameFormIsRebound();
     void kindWithoutAFormOpensAnEmptyTabEachTime_data();
     void kindWithoutAFormOpensAnEmptyTabEachTime();
+    void loadedDidoStandardOpensAnEmptyTab();
     void kindWithoutAFormClosesTheOpenForm();
     void tabsStandBesideTheirNeighbours();
     void hiddenTabComesBackWithTheOtherItem();
@@ -314,6 +318,23 @@ void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime()
             QVERIFY(!dock->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
         }
     }
+}
+
+void tst_ResourceTabs::loadedDidoStandardOpensAnEmptyTab()
+{
+    const QJsonObject document =
+        QJsonDocument::fromJson(R"({"name": "plant", "standards": [{"name": "inputs", "protocol": "DIDO",
+            "parameter": {"collectionInterval": "500"},
+            "datas": [{"addr": "1", "name": "door", "permissions": "r", "reportingMethod": "Timed"}]}]})")
+            .object();
+    QCOMPARE(loadProject(*m_window->projectModel(), document, QString()), m_project);
+    const QStandardItem *standard = folder("Standard")->child(0);
+    QCOMPARE(standard->text(), QStringLiteral("inputs"));
+    QCOMPARE(standard->data(standardCollectionIntervalRole), QVariant(QStringLiteral("500")));
+    QCOMPARE(standard->data(standardDatasRole), QVariant());
+    m_window->click(standard);
+    QCOMPARE(m_window->countOf(editStandard), 1);
+    QCOMPARE(m_window->form(editStandard), nullptr);
 }
 
 void tst_ResourceTabs::kindWithoutAFormClosesTheOpenForm()

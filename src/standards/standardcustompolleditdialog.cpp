@@ -1,0 +1,74 @@
+#include "standards/standardcustompolleditdialog.h"
+
+#include "model/itemroles.h"
+#include "plc/parametereditor.h"
+#include "standards/standardfields.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QRegularExpressionValidator>
+#include <QTableWidget>
+
+namespace {
+
+constexpr int hexDigits = 0; // index in the list "HEX"
+constexpr int noCrc = 1;     // index in the list "CRC"
+
+template <class Widget> Widget *cell(const QTableWidget *table, int row, ParameterCell which)
+{
+    return qobject_cast<Widget *>(table->cellWidget(row, ParameterVariant::customPoll().indexOf(which)));
+}
+
+} // namespace
+
+standardCustomPollEditDialog::standardCustomPollEditDialog(QStandardItem *item, Workspace *workspace,
+                                                           QWidget *parent)
+    : StandardTableForm(
+        {"CustomPoll", ParameterVariant::customPoll(),
+         QT_TRANSLATE_NOOP("StandardTableForm", "The Standard CustomPoll '%1' is saved successfully."),
+         "StandardFields"},
+        StandardFields::serialLine()
+            + StandardFields::serialTimes("communicationTimeout", standardCommunicationTimeoutRole),
+        item, workspace, parent)
+    , m_hexDigits(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9a-fA-F ]*")), this))
+    , m_printable(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[ -~]*")), this))
+{
+    connect(rows(), &ParameterEditor::rowMade, this, &standardCustomPollEditDialog::connectRow);
+    open();
+}
+
+void standardCustomPollEditDialog::connectRow(QTableWidget *table, int row)
+{
+    auto *hex = cell<QComboBox>(table, row, ParameterCell::Hex);
+    auto *content = cell<QLineEdit>(table, row, ParameterCell::DataContent);
+    auto *crc = cell<QComboBox>(table, row, ParameterCell::Crc);
+    if (!hex || !content || !crc) {
+        return; // a stored row may be short
+    }
+    onCRCComboBoxChanged(hex->currentIndex(), crc);
+    content->setValidator(validatorFor(hex->currentIndex()));
+    // The row's widgets live and die together.
+    connect(hex, qOverload<int>(&QComboBox::currentIndexChanged), this,
+            [this, crc, content](int index) { onHexComboBoxChanged(index, crc, content); });
+}
+
+QRegularExpressionValidator *standardCustomPollEditDialog::validatorFor(int hexIndex) const
+{
+    return hexIndex == hexDigits ? m_hexDigits : m_printable;
+}
+
+void standardCustomPollEditDialog::onCRCComboBoxChanged(int index, QComboBox *crcComboBox)
+{
+    crcComboBox->setEnabled(index == hexDigits);
+    if (index != hexDigits) {
+        crcComboBox->setCurrentIndex(noCrc);
+    }
+}
+
+void standardCustomPollEditDialog::onHexComboBoxChanged(int index, QComboBox *crcComboBox,
+                                                        QLineEdit *dataContentLineEdit)
+{
+    onCRCComboBoxChanged(index, crcComboBox);
+    dataContentLineEdit->setValidator(validatorFor(index));
+    dataContentLineEdit->clear();
+}

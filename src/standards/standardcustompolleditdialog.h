@@ -1,0 +1,30 @@
+#pragma once
+
+#include "standards/standardtableform.h"
+
+class QComboBox;
+class QRegularExpressionValidator;
+
+// The form of a Standard of protocol "CustomPoll": a serial line and the raw bytes or text that are sent on
+// it.
+class standardCustomPollEditDialog : public StandardTableForm
+{
+    Q_OBJECT
+public:
+    // Writes the text defaults into the item's empty roles.
+    standardCustomPollEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
+
+public slots:
+    // A row's list "HEX" stands on the entry with that index, the first being hexadecimal digits: only these
+    // may have a CRC.
+    void onCRCComboBoxChanged(int index, QComboBox *crcComboBox);
+    // The same; what may be typed as data changes as well, so the data are cleared.
+    void onHexComboBoxChanged(int index, QComboBox *crcComboBox, QLineEdit *dataContentLineEdit);
+
+private:
+    void connectRow(QTableWidget *table, int row);
+    QRegularExpressionValidator *validatorFor(int hexIndex) const;
+
+    QRegularExpressionValidator *m_hexDigits;
+    QRegularExpressionValidator *m_printable;
+};

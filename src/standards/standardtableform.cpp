@@ -1,0 +1,206 @@
+#include "standards/standardtableform.h"
+
+#include "app/activitylog.h"
+#include "model/itemroles.h"
+#include "model/projecttree.h"
+#include "model/workspace.h"
+#include "plc/parametereditor.h"
+#include "standards/standardfields.h"
+#include "widgets/formpage.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStandardItem>
+#include <QTableWidget>
+
+namespace {
+
+constexpr char context[] = "StandardTableForm";
+constexpr int leastTableHeight = 300; // pixels
+
+QVector<Field> identityFields(const char *protocol)
+{
+    return {
+        {"name", QT_TRANSLATE_NOOP("StandardTableForm", "Server Name:"), FieldKind::Text, Qt::DisplayRole},
+        {"protocol",
+         QT_TRANSLATE_NOOP("StandardTableForm", "Protocol:"),
+         FieldKind::List,
+         standardProtocolRole,
+         FieldCheck::None,
+         {QString::fromLatin1(protocol)}},
+    };
+}
+
+} // namespace
+
+StandardTableForm::StandardTableForm(const Kind &kind, const QVector<Field> &connection, QStandardItem *item,
+                                     Workspace *workspace, QWidget *parent)
+    : EditForm(parent)
+    , m_kind(kind)
+    , m_item(item)
+    , m_workspace(workspace)
+    , m_identity(context, identityFields(kind.protocol))
+    , m_connection(kind.fieldContext, connection)
+    , m_trigger("StandardFields", StandardFields::trigger())
+    , m_rows(new ParameterEditor(
+          kind.rows, this, workspace, [this] { return m_table; }, [this] { return m_table; }))
+{
+    setWindowTitle(tr("Edit Standard"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(FormPage::scrollArea(buildContent(), this));
+    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
+    m_save = buttons.save;
+    connect(m_save, &QPushButton::clicked, this, &StandardTableForm::saveChanges);
+    connect(buttons.cancel, &QPushButton::clicked, this, &StandardTableForm::rejected);
+}
+
+StandardTableForm::~StandardTableForm()
+{
+    log("destroyed");
+}
+
+void StandardTableForm::open()
+{
+    const int widest = qMax(m_identity.labelWidth(), qMax(m_connection.labelWidth(), m_trigger.labelWidth()));
+    for (const FieldTable *fields : {&m_identity, &m_connection, &m_trigger}) {
+        fields->setLabelWidth(widest);
+    }
+    showItem(item());
+    log("new-nuilt");
+}
+
+QWidget *StandardTableForm::buildContent()
+{
+    auto *content = new QWidget(this);
+    auto *column = new QVBoxLayout(content);
+    m_fieldLayout = new QFormLayout;
+    column->addLayout(m_fieldLayout);
+    m_identity.build(m_fieldLayout);
+    m_connection.build(m_fieldLayout);
+    column->addWidget(StandardFields::triggerRow(m_trigger, content));
+    column->addWidget(makeButtons(content));
+    m_table = new QTableWidget(content);
+    m_rows->prepare(m_table);
+    m_table->setMinimumHeight(leastTableHeight);
+    column->addWidget(m_table, 1);
+    return content;
+}
+
+QWidget *StandardTableForm::makeButtons(QWidget *parent)
+{
+    auto *buttons = new QWidget(parent);
+    auto *row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    QPushButton *add = FormPage::button(tr("Add"), QStringLiteral(":/adsdemo/images/add.svg"), buttons);
+    add->setObjectName(QStringLiteral("addButton"));
+    connect(add, &QPushButton::clicked, this, &StandardTableForm::addParameter);
+    row->addWidget(add);
+    QPushButton *removeAll = FormPage::button(tr("Remove All"), QString(), buttons);
+    removeAll->setObjectName(QStringLiteral("removeAllButton"));
+    connect(removeAll, &QPushButton::clicked, this, &StandardTableForm::removeAllParameters);
+    row->addWidget(removeAll);
+    row->addStretch();
+    return buttons;
+}
+
+void StandardTableForm::replaceItem(QStandardItem *item)
+{
+    m_item = ItemRef(item);
+    showItem(item);
+    log("replace");
+}
+
+void StandardTableForm::showItem(QStandardItem *item)
+{
+    m_identity.fill(item);
+    m_connection.fill(item);
+    m_trigger.fill(item);
+    m_rows->fill(m_table, item->data(standardDatasRole).value<RowList>());
+}
+
+void StandardTableForm::saveChanges()
+{
+    if (!item()) {
+        return; // its node has left the tree: there is nothing to write into
+    }
+    if (!saveItem(item())) {
+        return;
+    }
+    if (m_workspace) {
+        m_workspace->appendMessage(QCoreApplication::translate(context, m_kind.savedMessage)
+                                       .arg(m_identity.text(QStringLiteral("name"))));
+    }
+    log("save");
+}
+
+bool StandardTableForm::saveItem(QStandardItem *item)
+{
+    m_identity.save(item);
+    m_connection.save(item);
+    m_trigger.save(item);
+    item->setData(QVariant::fromValue(m_rows->rows(m_table)), standardDatasRole);
+    return true;
+}
+
+void StandardTableForm::clearData()
+{
+    m_identity.clear();
+    m_connection.clear();
+    m_trigger.clear();
+    m_table->setRowCount(0);
+}
+
+QLineEdit *StandardTableForm::nameEdit() const
+{
+    return m_identity.lineEdit(QStringLiteral("name"));
+}
+
+bool StandardTableForm::eventFilter(QObject *obj, QEvent *event)
+{
+    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
+        return true;
+    }
+    return EditForm::eventFilter(obj, event);
+}
+
+void StandardTableForm::log(const char *event) const
+{
+    logToFile(QLatin1String(m_kind.rows.form) + QStringLiteral(": ") + QLatin1String(event));
+}
+
+// What follows hands over to the table of rows.
+
+void StandardTableForm::addParameter()
+{
+    m_rows->addParameter();
+}
+void StandardTableForm::removeParameter()
+{
+    m_rows->removeParameter();
+}
+void StandardTableForm::removeAllParameters()
+{
+    m_rows->removeAllParameters();
+}
+
+void StandardTableForm::loadParameters(const QList<QVariantList> &rows)
+{
+    m_rows->loadParameters(rows);
+}
+
+void StandardTableForm::validateName(int row, int column)
+{
+    m_rows->validateName(row, column);
+}
+
+void StandardTableForm::validateNameOnChange(int row, int column, QString newName)
+{
+    Q_UNUSED(newName)
+    m_rows->validateNameOnChange(row, column);
+}

@@ -1,0 +1,213 @@
+#include "model/itemroles.h"
+#include "standards/standardcustompolleditdialog.h"
+#include "support/standardformtest.h"
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QRegularExpressionValidator>
+#include <QStandardItem>
+#include <QTableWidget>
+#include <QtTest>
+
+// What the list "HEX" of a row of raw polling decides.
+class TestStandardCustomPollEditDialog : public StandardFormTest
+{
+    Q_OBJECT
+public:
+    TestStandardCustomPollEditDialog()
+        : StandardFormTest(QStringLiteral("Poll"), QStringLiteral("CustomPoll"))
+    {
+    }
+private slots:
+    void newStandardShowsItsDefaults();
+    void crcSlotFollowsTheIndex_data();
+    void crcSlotFollowsTheIndex();
+    void hexSlotFollowsTheIndex_data();
+    void hexSlotFollowsTheIndex();
+    void listOfARowDecides_data();
+    void listOfARowDecides();
+    void storedRowIsShownAsItIs_data();
+    void storedRowIsShownAsItIs();
+    void textRowHasNoCrc();
+    void removedRowTakesItsConnectionsAlong();
+};
+
+namespace {
+
+enum Column { Name, Hex, DataContent, Crc };
+
+QComboBox *list(const QTableWidget *table, int row, int column)
+{
+    return qobject_cast<QComboBox *>(table->cellWidget(row, column));
+}
+
+QLineEdit *dataOf(const QTableWidget *table, int row)
+{
+    return qobject_cast<QLineEdit *>(table->cellWidget(row, DataContent));
+}
+
+QString patternOf(const QLineEdit *edit)
+{
+    const auto *validator = qobject_cast<const QRegularExpressionValidator *>(edit->validator());
+    return validator ? validator->regularExpression().pattern() : QString();
+}
+
+void addIndices()
+{
+    QTest::addColumn<int>("index");
+    QTest::newRow("hexadecimal digits") << 0;
+    QTest::newRow("text") << 1;
+    QTest::newRow("nothing selected") << -1;
+    QTest::newRow("any other") << 5;
+}
+
+const QString hexPattern = QStringLiteral("[0-9a-fA-F ]*");
+const QString textPattern = QStringLiteral("[ -~]*");
+
+} // namespace
+
+void TestStandardCustomPollEditDialog::newStandardShowsItsDefaults()
+{
+    const standardCustomPollEditDialog form(m_item, m_workspace);
+    const struct {
+        const char *name;
+        const char *text;
+    } lists[] = {{"serialport", "COM1"}, {"baudRate", "115200"}, {"dataBit", "8"},
+                 {"stopBit", "1"},       {"parityBit", "NONE"},  {"protocol", "CustomPoll"}};
+    for (const auto &field : lists) {
+        QCOMPARE(find<QComboBox>(form, field.name)->currentText(), QLatin1String(field.text));
+    }
+    QCOMPARE(find<QLineEdit>(form, "communicationTimeout")->text(), QStringLiteral("2000"));
+    QCOMPARE(find<QLineEdit>(form, "communicationGap")->text(), QStringLiteral("-1"));
+}
+
+void TestStandardCustomPollEditDialog::crcSlotFollowsTheIndex_data()
+{
+    addIndices();
+}
+
+void TestStandardCustomPollEditDialog::crcSlotFollowsTheIndex()
+{
+    QFETCH(int, index);
+    standardCustomPollEditDialog form(m_item, m_workspace);
+    QComboBox crc;
+    crc.addItems({"true", "false"});
+    QVERIFY(QMetaObject::invokeMethod(&form, "onCRCComboBoxChanged", Q_ARG(int, index),
+                                      Q_ARG(QComboBox *, &crc)));
+    QCOMPARE(crc.isEnabled(), index == 0);
+    QCOMPARE(crc.currentIndex(), index == 0 ? 0 : 1);
+    form.onCRCComboBoxChanged(0, &crc);
+    QVERIFY(crc.isEnabled());
+    QCOMPARE(crc.currentIndex(), index == 0 ? 0 : 1);
+}
+
+void TestStandardCustomPollEditDialog::hexSlotFollowsTheIndex_data()
+{
+    addIndices();
+}
+
+void TestStandardCustomPollEditDialog::hexSlotFollowsTheIndex()
+{
+    QFETCH(int, index);
+    standardCustomPollEditDialog form(m_item, m_workspace);
+    QComboBox crc;
+    crc.addItems({"true", "false"});
+    QLineEdit data(QStringLiteral("AB"));
+    QVERIFY(QMetaObject::invokeMethod(&form, "onHexComboBoxChanged", Q_ARG(int, index),
+                                      Q_ARG(QComboBox *, &crc), Q_ARG(QLineEdit *, &data)));
+    QCOMPARE(crc.isEnabled(), index == 0);
+    QCOMPARE(crc.currentIndex(), index == 0 ? 0 : 1);
+    QCOMPARE(data.text(), QString());
+    QCOMPARE(patternOf(&data), index == 0 ? hexPattern : textPattern);
+    QTest::keyClicks(&data, QStringLiteral("0x1F ~z"));
+    QCOMPARE(data.text(), index == 0 ? QStringLiteral("01F ") : QStringLiteral("0x1F ~z"));
+}
+
+void TestStandardCustomPollEditDialog::listOfARowDecides_data()
+{
+    QTest::addColumn<bool>("added");
+    QTest::newRow("added row") << true;
+    QTest::newRow("loaded row") << false;
+}
+
+void TestStandardCustomPollEditDialog::listOfARowDecides()
+{
+    QFETCH(bool, added);
+    standardCustomPollEditDialog form(m_item, m_workspace);
+    form.addParameter(); // a neighbour, which must not change
+    if (added) {
+        form.addParameter();
+    } else {
+        form.loadParameters(
+            {{"other", "true", "01", "true", "r", "Timed"}, {"ask", "true", "0A", "true", "r", "Timed"}});
+    }
+    auto *table = form.findChild<QTableWidget *>();
+    dataOf(table, 0)->setText(QStringLiteral("FF"));
+    dataOf(table, 1)->setText(QStringLiteral("0A"));
+    list(table, 1, Hex)->setCurrentText(QStringLiteral("false"));
+    QVERIFY(!list(table, 1, Crc)->isEnabled());
+    QCOMPARE(list(table, 1, Crc)->currentText(), QStringLiteral("false"));
+    QCOMPARE(dataOf(table, 1)->text(), QString());
+    QCOMPARE(patternOf(dataOf(table, 1)), textPattern);
+    list(table, 1, Hex)->setCurrentText(QStringLiteral("true"));
+    QVERIFY(list(table, 1, Crc)->isEnabled());
+    QCOMPARE(list(table, 1, Crc)->currentText(), QStringLiteral("false"));
+    QCOMPARE(patternOf(dataOf(table, 1)), hexPattern);
+    QCOMPARE(dataOf(table, 0)->text(), QStringLiteral("FF"));
+    QVERIFY(list(table, 0, Crc)->isEnabled());
+}
+
+void TestStandardCustomPollEditDialog::storedRowIsShownAsItIs_data()
+{
+    QTest::addColumn<QString>("hex");
+    QTest::addColumn<QString>("data");
+    QTest::addColumn<bool>("live");
+    QTest::addColumn<QString>("pattern");
+    QTest::newRow("hexadecimal digits") << "true"
+                                        << "01 03" << true << hexPattern;
+    QTest::newRow("text") << "false"
+                          << "READ?" << false << textPattern;
+    QTest::newRow("digits that are none") << "true"
+                                          << "xyz" << true << hexPattern;
+}
+
+void TestStandardCustomPollEditDialog::storedRowIsShownAsItIs()
+{
+    QFETCH(QString, hex);
+    QFETCH(QString, data);
+    QFETCH(bool, live);
+    QFETCH(QString, pattern);
+    m_item->setData(QVariant::fromValue(RowList{{"ask", hex, data, "false", "r", "Timed"}}),
+                    standardDatasRole);
+    const standardCustomPollEditDialog form(m_item, m_workspace);
+    const auto *table = form.findChild<QTableWidget *>();
+    QCOMPARE(dataOf(table, 0)->text(), data);
+    QCOMPARE(list(table, 0, Crc)->isEnabled(), live);
+    QCOMPARE(patternOf(dataOf(table, 0)), pattern);
+}
+
+void TestStandardCustomPollEditDialog::textRowHasNoCrc()
+{
+    m_item->setData(QVariant::fromValue(RowList{{"ask", "false", "READ?", "true", "r", "Timed"}}),
+                    standardDatasRole);
+    standardCustomPollEditDialog form(m_item, m_workspace);
+    form.saveChanges();
+    QCOMPARE(m_item->data(standardDatasRole).value<RowList>(),
+             (RowList{{"ask", "false", "READ?", "false", "r", "Timed"}}));
+}
+
+void TestStandardCustomPollEditDialog::removedRowTakesItsConnectionsAlong()
+{
+    standardCustomPollEditDialog form(m_item, m_workspace);
+    form.addParameter();
+    form.addParameter();
+    auto *table = form.findChild<QTableWidget *>();
+    table->setCurrentCell(0, 0);
+    form.removeParameter();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    list(table, 0, Hex)->setCurrentIndex(1);
+    QVERIFY(!list(table, 0, Crc)->isEnabled());
+}
+
+QTEST_MAIN(TestStandardCustomPollEditDialog)
+#include "tst_standardcustompolleditdialog.moc"

@@ -1,0 +1,431 @@
+#include "model/itemroles.h"
+#include "plc/parametereditor.h"
+#include "standards/tableform.h"
+#include "support/logtail.h"
+#include "support/standardformtest.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QStandardItem>
+#include <QStandardItemModel>
+#include <QTableWidget>
+#include <QTranslator>
+#include <QtTest>
+
+// What the forms of the three Standards without tabs have in common, on an item and a faked main window.
+class TestStandardTableForms : public StandardFormTest
+{
+    Q_OBJECT
+public:
+    TestStandardTableForms()
+        : StandardFormTest(QStringLiteral("Yard"), QStringLiteral("DIDO"))
+    {
+    }
+private slots:
+    void initTestCase_data();
+    void everyInputHasItsName();
+    void everyLabelHasItsInput();
+    void openingWritesTheTextDefaultsOnly();
+    void tableHasItsColumns();
+    void newRowStoresItsDefaults();
+    void storedRowsComeBackAsTheyWere();
+    void listsAreShownTranslatedAndStoredInEnglish();
+    void duplicateNameIsCleared();
+    void nameSlotsActOnTheirOwnColumnOnly();
+    void buttonsAddAndRemoveRows();
+    void replaceItemShowsTheOtherStandard();
+    void clearDataEmptiesTheForm();
+    void wheelLeavesListsAlone();
+    void cancelLeavesTheItemAlone();
+    void rolesOfTheWrongTypeDoNoHarm();
+    void saveWithoutItsNodeDoesNothing();
+    void withoutAWindowNothingIsTold();
+    void writesItsLifeToTheLog();
+
+private:
+    using Form = StandardTableFormPtr;
+    // Of the kind that the test runs for.
+    static Form makeForm(QStandardItem *item, Workspace *workspace);
+    Form makeForm() { return makeForm(m_item, m_workspace); }
+};
+
+namespace {
+
+// One row for each kind: what its form and its table have.
+struct KindRow {
+    const char *protocol;
+    const char *className;
+    QString savedMessage;
+    QStringList inputs; // beside name, protocol, trigger and period
+    QStringList headers;
+    int name;         // column
+    QVariantList row; // a full one, as stored
+    QVariantList untouched;
+};
+
+const QVector<KindRow> &kinds()
+{
+    static const QVector<KindRow> table{
+        {"CustomPoll",
+         "standardCustomPollEditDialog",
+         "The Standard CustomPoll 'Yard' is saved successfully.",
+         {"serialport", "baudRate", "dataBit", "stopBit", "parityBit", "rtsEnable", "communicationTimeout",
+          "communicationGap"},
+         {"Name", "HEX", "Data Content", "CRC", "Permissions", "Reporting Method", "Deleat"},
+         0,
+         {"ask", "true", "01 03 00 00", "false", "rw", "Change"},
+         {"", "true", "", "true", "r", "Timed"}},
+        {"DIDO",
+         "standardDIOEditDialog",
+         "The Standard DIDO 'Yard' is saved successfully.",
+         {},
+         {"Address", "Name", "Permissions", "Reporting Method", "Deleat"},
+         1,
+         {"DI 1", "door", "rw", "Change"},
+         {"", "", "r", "Timed"}},
+        {"OpcUA",
+         "standardOPCUAEditDialog",
+         "The Standard OpcUa 'Yard' is saved successfully.",
+         {"url", "securityPolicy", "messageSecurityMode", "authentication", "username", "password",
+          "certificatePath", "privateKeyPath"},
+         {"Address", "Name", "Spatial Index", "Node Type", "Permissions", "Reporting Method",
+          "Change Amplitude", "Collection Formula", "Write Formula", "Type", "Deleat"},
+         1,
+         {"Pump.Speed", "speed", "3", "String Node", "rw", "Change amplitude", "0.5", "X*2", "X/2", "double"},
+         {"", "", "1", "GUID Node", "r", "Timed", "", "", "", "bool"}},
+    };
+    return table;
+}
+
+const KindRow &kindOfTest()
+{
+    QFETCH_GLOBAL(int, kind);
+    return kinds().at(kind);
+}
+
+QTableWidget *tableOf(const StandardTableForm &form)
+{
+    return form.findChild<QTableWidget *>();
+}
+
+RowList rowsOf(const QStandardItem *item)
+{
+    return item->data(standardDatasRole).value<RowList>();
+}
+
+void setRows(QStandardItem *item, const RowList &rows)
+{
+    item->setData(QVariant::fromValue(rows), standardDatasRole);
+}
+
+QVariantList named(QVariantList row, int column, const QString &name)
+{
+    row[column] = name;
+    return row;
+}
+
+// A language in which every text has a tilde before it.
+class Tilde : public QTranslator
+{
+public:
+    Tilde() { QCoreApplication::installTranslator(this); }
+    ~Tilde() override { QCoreApplication::removeTranslator(this); }
+    QString translate(const char *, const char *source, const char *, int) const override
+    {
+        return QLatin1Char('~') + QString::fromUtf8(source);
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
+
+// Every test runs for every kind.
+void TestStandardTableForms::initTestCase_data()
+{
+    QTest::addColumn<int>("kind");
+    for (int kind = 0; kind < kinds().size(); ++kind) {
+        QTest::newRow(kinds().at(kind).protocol) << kind;
+    }
+}
+
+StandardTableFormPtr TestStandardTableForms::makeForm(QStandardItem *item, Workspace *workspace)
+{
+    return makeTableForm(kindOfTest().protocol, item, workspace);
+}
+
+void TestStandardTableForms::everyInputHasItsName()
+{
+    const Form form = makeForm();
+    form->addParameter();
+    QStringList expected =
+        kindOfTest().inputs + QStringList{"name", "protocol", "trigger", "collectionInterval"};
+    expected.sort();
+    QCOMPARE(inputNames(*form), expected);
+    QCOMPARE(form->windowTitle(), QStringLiteral("Edit Standard"));
+    QCOMPARE(find<QComboBox>(*form, "trigger")->currentText(), QStringLiteral("Timed Loops"));
+}
+
+void TestStandardTableForms::everyLabelHasItsInput()
+{
+    const Form form = makeForm();
+    const auto labels = form->findChildren<QLabel *>();
+    QCOMPARE(labels.size(), kindOfTest().inputs.size() + 3);
+    for (const QLabel *label : labels) {
+        QVERIFY2(label->buddy(), qPrintable(label->text()));
+    }
+}
+
+void TestStandardTableForms::openingWritesTheTextDefaultsOnly()
+{
+    const Form form = makeForm();
+    const bool serial = kindOfTest().inputs.contains(QStringLiteral("communicationGap"));
+    QMap<int, QVariant> expected{{standardProtocolRole, "DIDO"}, {standardCollectionIntervalRole, "2000"}};
+    if (serial) {
+        expected.insert(standardCommunicationTimeoutRole, "2000");
+        expected.insert(standardCommunicationGapRole, "-1");
+    }
+    QMap<int, QVariant> written;
+    for (int role = standardProtocolRole; role <= standardRtuCommunicationTimeoutRole; ++role) {
+        if (m_item->data(role).isValid()) {
+            written.insert(role, m_item->data(role));
+        }
+    }
+    QCOMPARE(written, expected);
+}
+
+void TestStandardTableForms::tableHasItsColumns()
+{
+    const Form form = makeForm();
+    QStringList headers;
+    for (int column = 0; column < tableOf(*form)->columnCount(); ++column) {
+        headers.append(tableOf(*form)->horizontalHeaderItem(column)->text());
+    }
+    QCOMPARE(headers, kindOfTest().headers);
+}
+
+void TestStandardTableForms::newRowStoresItsDefaults()
+{
+    const Form form = makeForm();
+    form->addParameter();
+    form->saveChanges();
+    QCOMPARE(rowsOf(m_item), RowList{kindOfTest().untouched});
+}
+
+void TestStandardTableForms::storedRowsComeBackAsTheyWere()
+{
+    const KindRow &kind = kindOfTest();
+    const RowList rows{kind.row, kind.untouched, kind.untouched};
+    setRows(m_item, rows);
+    const Form form = makeForm();
+    form->saveChanges();
+    QCOMPARE(rowsOf(m_item), rows);
+    QCOMPARE(m_workspace->messages, QStringList{kind.savedMessage});
+}
+
+void TestStandardTableForms::listsAreShownTranslatedAndStoredInEnglish()
+{
+    const KindRow &kind = kindOfTest();
+    setRows(m_item, {kind.row});
+    const Tilde language;
+    const Form form = makeForm();
+    for (const char *header : {"Reporting Method", "Node Type"}) {
+        const int column = kind.headers.indexOf(QLatin1String(header));
+        if (column >= 0) {
+            QCOMPARE(parameterCellText(tableOf(*form), 0, column),
+                     QLatin1Char('~') + kind.row.at(column).toString());
+        }
+    }
+    form->addParameter();
+    form->saveChanges();
+    QCOMPARE(rowsOf(m_item), (RowList{kind.row, kind.untouched}));
+}
+
+void TestStandardTableForms::duplicateNameIsCleared()
+{
+    const KindRow &kind = kindOfTest();
+    const Form form = makeForm();
+    QTableWidget *table = tableOf(*form);
+    form->loadParameters({named(kind.row, kind.name, "a"), named(kind.row, kind.name, "b")});
+    form->addParameter();
+    table->item(1, kind.name)->setText(QStringLiteral("A"));
+    table->item(1, kind.name)->setText(QStringLiteral("a"));
+    QCOMPARE(table->item(1, kind.name)->text(), QString());
+    auto *editor = qobject_cast<QLineEdit *>(table->cellWidget(2, kind.name));
+    editor->setText(QStringLiteral(" a "));
+    emit editor->editingFinished();
+    QCOMPARE(editor->text(), QString());
+    // In a loaded row the message tells its own number, in an added one that of the other row.
+    QCOMPARE(m_workspace->messages,
+             (QStringList{"The name of the '2' line already exists. Please use a different name.",
+                          "The name of the '1' line already exists. Please use a different name."}));
+}
+
+void TestStandardTableForms::nameSlotsActOnTheirOwnColumnOnly()
+{
+    const KindRow &kind = kindOfTest();
+    const Form form = makeForm();
+    form->loadParameters({named(kind.row, kind.name, "a"), named(kind.row, kind.name, "a")});
+    const auto call = [&form](const char *slot, int row, int column) {
+        return QMetaObject::invokeMethod(form.get(), slot, Q_ARG(int, row), Q_ARG(int, column));
+    };
+    QVERIFY(call("validateName", 1, kind.headers.size() - 1));
+    QVERIFY(call("validateName", 7, kind.name));
+    QCOMPARE(m_workspace->messages, QStringList());
+    QVERIFY(call("validateName", 1, kind.name));
+    QCOMPARE(m_workspace->messages,
+             QStringList{"The name of the '2' line already exists. Please use a different name."});
+    form->addParameter();
+    auto *editor = qobject_cast<QLineEdit *>(tableOf(*form)->cellWidget(2, kind.name));
+    {
+        const QSignalBlocker quiet(editor);
+        editor->setText(QStringLiteral("a"));
+    }
+    QVERIFY(QMetaObject::invokeMethod(form.get(), "validateNameOnChange", Q_ARG(int, 2),
+                                      Q_ARG(int, kind.name), Q_ARG(QString, QStringLiteral("a"))));
+    QCOMPARE(editor->text(), QStringLiteral("a"));
+    emit editor->editingFinished();
+    QCOMPARE(editor->text(), QString());
+}
+
+void TestStandardTableForms::buttonsAddAndRemoveRows()
+{
+    const Form form = makeForm();
+    QTableWidget *table = tableOf(*form);
+    for (int row = 0; row < 3; ++row) {
+        find<QPushButton>(*form, "addButton")->click();
+    }
+    QCOMPARE(table->rowCount(), 3);
+    table->setCurrentCell(1, 0);
+    qobject_cast<QPushButton *>(table->cellWidget(1, table->columnCount() - 1))->click();
+    QCOMPARE(table->rowCount(), 2);
+    form->removeParameter();
+    QCOMPARE(table->rowCount(), 1);
+    find<QPushButton>(*form, "removeAllButton")->click();
+    QCOMPARE(table->rowCount(), 0);
+}
+
+void TestStandardTableForms::replaceItemShowsTheOtherStandard()
+{
+    const KindRow &kind = kindOfTest();
+    setRows(m_item, {kind.untouched, kind.untouched});
+    QStandardItem other(QStringLiteral("Other"));
+    other.setData(QStringLiteral("700"), standardCollectionIntervalRole);
+    setRows(&other, {kind.row});
+    const Form form = makeForm();
+    form->nameEdit()->setText(QStringLiteral("not saved"));
+    form->replaceItem(&other);
+    QCOMPARE(form->nameEdit()->text(), QStringLiteral("Other"));
+    QCOMPARE(find<QLineEdit>(*form, "collectionInterval")->text(), QStringLiteral("700"));
+    form->saveChanges();
+    QCOMPARE(rowsOf(&other), RowList{kind.row});
+    QCOMPARE(m_item->text(), QStringLiteral("Yard"));
+    QCOMPARE(rowsOf(m_item).size(), 2);
+    form->replaceItem(m_item);
+    QCOMPARE(tableOf(*form)->rowCount(), 2);
+}
+
+void TestStandardTableForms::clearDataEmptiesTheForm()
+{
+    setRows(m_item, {kindOfTest().row});
+    for (const int role : {standardUrlRole, standardCertificatePathRole, standardPrivateKeyPathRole,
+                           standardUsernameRole, standardPasswordRole}) {
+        m_item->setData(QStringLiteral("x"), role);
+    }
+    const Form form = makeForm();
+    QVERIFY(QMetaObject::invokeMethod(form.get(), "clearData"));
+    const QStringList names = inputNames(*form);
+    for (const QString &name : names) {
+        const auto *edit = form->findChild<QLineEdit *>(name);
+        QCOMPARE(edit ? edit->text() : QString(), QString());
+    }
+    QCOMPARE(tableOf(*form)->rowCount(), 0);
+    QCOMPARE(rowsOf(m_item).size(), 1);
+}
+
+void TestStandardTableForms::wheelLeavesListsAlone()
+{
+    const Form form = makeForm();
+    form->addParameter();
+    const auto lists = tableOf(*form)->findChildren<QComboBox *>();
+    QVERIFY(lists.size() >= 2);
+    for (QComboBox *list : lists) {
+        turnWheel(list);
+        QCOMPARE(list->currentIndex(), 0);
+    }
+}
+
+void TestStandardTableForms::cancelLeavesTheItemAlone()
+{
+    const Form form = makeForm();
+    QSignalSpy rejected(form.get(), &QDialog::rejected);
+    form->nameEdit()->setText(QStringLiteral("not saved"));
+    find<QPushButton>(*form, "cancelButton")->click();
+    QCOMPARE(rejected.size(), 1);
+    QCOMPARE(m_item->text(), QStringLiteral("Yard"));
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestStandardTableForms::rolesOfTheWrongTypeDoNoHarm()
+{
+    for (int role = standardCollectionIntervalRole; role <= standardPrivateKeyPathRole; ++role) {
+        m_item->setData(QVariantList{1, "x"}, role);
+    }
+    // What a Standard with tabs stores.
+    setGroups(m_item, {{QStringLiteral("Modbus-1"), {{"standard", "1"}}}});
+    const Form form = makeForm();
+    QCOMPARE(tableOf(*form)->rowCount(), 0);
+    form->saveChanges();
+    QCOMPARE(rowsOf(m_item), RowList());
+    setRows(m_item, {{}, {"1"}, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}});
+    form->replaceItem(m_item);
+    QCOMPARE(tableOf(*form)->rowCount(), 3);
+    form->saveChanges();
+    QCOMPARE(rowsOf(m_item).at(1), QVariantList{"1"});
+}
+
+void TestStandardTableForms::saveWithoutItsNodeDoesNothing()
+{
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    const Form form = makeForm(model.item(0), m_workspace);
+    model.removeRow(0);
+    form->saveChanges();
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestStandardTableForms::withoutAWindowNothingIsTold()
+{
+    const KindRow &kind = kindOfTest();
+    const Form form = makeForm(m_item, nullptr);
+    form->loadParameters({kind.row, kind.row});
+    form->validateName(1, kind.name);
+    form->saveChanges();
+    QCOMPARE(rowsOf(m_item), (RowList{kind.row, named(kind.row, kind.name, QString(QLatin1String("")))}));
+}
+
+void TestStandardTableForms::writesItsLifeToTheLog()
+{
+    const QString name = QLatin1String(kindOfTest().className);
+    const LogTail log(name);
+    QStandardItem other;
+    {
+        const Form form = makeForm();
+        form->replaceItem(&other);
+        form->addParameter();
+        form->removeParameter();
+        form->removeAllParameters();
+        form->saveChanges();
+    }
+    QStringList expected;
+    for (const char *event : {"new-nuilt", "replace", "addParameter", "removeParameter",
+                              "removeAllParameters", "save", "destroyed"}) {
+        expected.append(name + QStringLiteral(": ") + QLatin1String(event));
+    }
+    QCOMPARE(log.events(), expected);
+}
+
+QTEST_MAIN(TestStandardTableForms)
+#include "tst_standardtableforms.moc"
