@@ -198,8 +198,8 @@ const ParameterVariant &ParameterVariant::opcUa()
     static const ParameterVariant variant =
         withoutTabs("standardOPCUAEditDialog",
                     {column(ParameterCell::Address, 100), column(ParameterCell::Name, 70),
-                     column(ParameterCell::SpatialIndex, 90), column(ParameterCell::NodeType, 150),
-                     column(ParameterCell::Permissions, 70), column(ParameterCell::Method, 160),
+                     column(ParameterCell::SpatialIndex, 90), column(ParameterCell::NodeType, 165),
+                     column(ParameterCell::Permissions, 70), column(ParameterCell::Method, 175),
                      column(ParameterCell::Amplitude, 80), column(ParameterCell::CollectionFormula, 90),
                      column(ParameterCell::WriteFormula, 90), column(ParameterCell::Type, 85),
                      column(ParameterCell::Button, 35)},

@@ -26,15 +26,21 @@ constexpr int parameterListHeight = 600; // pixels
 const PlcGroup savedBeforePeriod[] = {PlcGroup::Network, PlcGroup::S7Model, PlcGroup::Serial,
                                       PlcGroup::Ppi,     PlcGroup::S7Rack,  PlcGroup::S7Tsap};
 
-bool isLink(PlcGroup group)
-{
-    return group == PlcGroup::Network || group == PlcGroup::Serial;
-}
-
 // These two go by the model.
 bool isOfModel(PlcGroup group)
 {
     return group == PlcGroup::S7Rack || group == PlcGroup::S7Tsap;
+}
+
+// An unknown text leaves a list at the entry of the PLC before, on purpose; an empty one selects the first.
+void refillSerial(const FieldTable &serial, QStandardItem *item)
+{
+    serial.fill(item, FieldTable::Unknown::Keep);
+    for (const Field &field : serial.fields()) {
+        if (field.kind == FieldKind::List && item->data(field.role).toString().isEmpty()) {
+            serial.comboBox(QLatin1String(field.name))->setCurrentIndex(0);
+        }
+    }
 }
 
 } // namespace
@@ -181,7 +187,9 @@ void PLCEditDialog::replaceItem(QStandardItem *item)
     m_item = ItemRef(item);
     fillAttributes();
     for (const Group &each : m_groups) {
-        if (isLink(each.id) || each.box->isVisible()) {
+        if (each.id == PlcGroup::Serial) {
+            refillSerial(each.fields, item);
+        } else if (each.id == PlcGroup::Network || each.box->isVisible()) {
             each.fields.fill(item);
         }
     }
