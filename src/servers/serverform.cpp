@@ -23,7 +23,10 @@ ServerForm::ServerForm(const Kind &kind, const QVector<Field> &fields, QStandard
     auto *content = new QWidget(this);
     m_page = new QVBoxLayout(content);
     auto *fieldPage = new QWidget(content);
-    m_fields.build(new QFormLayout(fieldPage));
+    auto *form = new QFormLayout(fieldPage);
+    form->setContentsMargins(0, 0, 0, 0);
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows); // in a narrow tab, rather than to scroll sideways
+    m_fields.build(form);
     m_page->addWidget(fieldPage);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(FormPage::scrollArea(content, this));
