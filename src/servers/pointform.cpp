@@ -90,7 +90,10 @@ void PointForm::importDataPoints()
 void PointForm::deleteSelectedItem()
 {
     const QTableView *view = pointView();
-    const QModelIndexList selected = view ? view->selectionModel()->selectedIndexes() : QModelIndexList();
+    if (!view) {
+        return;
+    }
+    const QModelIndexList selected = view->selectionModel()->selectedIndexes();
     if (selected.isEmpty()) {
         return;
     }

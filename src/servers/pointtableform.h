@@ -11,7 +11,7 @@ class PointTableForm : public PointForm
     Q_OBJECT
 protected:
     // The headers of the three columns are already translated.
-    PointTableForm(const Kind &kind, const Points &points, const QVector<Field> &fields,
+    PointTableForm(const Kind &kind, const Points &points, const QVector<Field> &fieldRows,
                    const QStringList &headers, QStandardItem *item, Workspace *workspace);
 
     // Shows the item's points in place of those that are there.

@@ -17,7 +17,11 @@ namespace {
 enum Column { PlcColumn, NameColumn, TypeColumn, AddressColumn, LengthColumn };
 
 // Where the rows of each map are kept, in the order of the tabs.
-constexpr int mapRoles[] = {serverHoldingRegistersRole, serverInputRegistersRole};
+const QVector<int> &mapRoles()
+{
+    static const QVector<int> roles = {serverHoldingRegistersRole, serverInputRegistersRole};
+    return roles;
+}
 
 QVector<Field> slaveFields()
 {
@@ -123,7 +127,7 @@ void ServerModbusTCPEditDialog::populateData(QStandardItem *item)
     for (int index = 0; item && index < m_maps.size(); ++index) {
         QStandardItemModel *map = m_maps.at(index);
         map->removeRows(0, map->rowCount());
-        const auto rows = item->data(mapRoles[index]).value<RowList>();
+        const auto rows = item->data(mapRoles().at(index)).value<RowList>();
         for (const QVariantList &cells : rows) {
             QList<QStandardItem *> row;
             for (int column = 0; column < map->columnCount(); ++column) {
@@ -198,7 +202,7 @@ void ServerModbusTCPEditDialog::showItem(QStandardItem *item)
 void ServerModbusTCPEditDialog::saveItem(QStandardItem *item)
 {
     for (int index = 0; index < m_maps.size(); ++index) {
-        item->setData(QVariant::fromValue(rowsOf(m_maps.at(index))), mapRoles[index]);
+        item->setData(QVariant::fromValue(rowsOf(m_maps.at(index))), mapRoles().at(index));
     }
 }
 

@@ -1,21 +1,16 @@
-#include "pointformtest.h"
-#include "servers/servermodbustcpeditdialog.h"
-#include "support/messageboxes.h"
-#include "support/workspacefake.h"
+#include "modbusformtest.h"
 
 #include <QSignalSpy>
-#include <QStandardItemModel>
-#include <QTabWidget>
 
-using namespace PointFormTest;
+using namespace ModbusFormTest;
 
-// The form of the Modbus TCP slave and its two register maps.
-class TestServerModbusTCPEditDialog : public QObject
+// The form of the Modbus TCP slave: fields, imported points, what is saved.
+class TestServerModbusTCPEditDialog : public Fixture
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
+    void init() { open(); }
+    void cleanup() { close(); }
     void fieldsInTheirOrder();
     void openingMakesTheTypeSlave();
     void tabsAndColumns();
@@ -28,145 +23,13 @@ private slots:
     void loadedRowsKeepTheirEditability();
     void pointThatIsThereIsTold_data();
     void pointThatIsThereIsTold();
-    void deletingMovesTheRowsBehind_data();
-    void deletingMovesTheRowsBehind();
-    void deletingMayEndBelowZero();
-    void deletingChecksEachStep();
-    void conflict_data();
-    void conflict();
-    void conflictNeedsAnotherRow();
-    void typedConflictIsToldOnceAndEmptied();
-    void conflictAtZeroIsNotToldAgain();
-    void resolvedConflictIsToldAnew();
-    void otherColumnsAreNotChecked();
-    void foreignChangeIsNotChecked();
-    void formMayCloseUnderTheConflict();
-    void mapsAreIndependent();
     void importIsAnnounced();
     void saveWritesTheRowsOnly();
     void replaceItemShowsTheOther();
     void populatingAgainShowsTheSameRows();
     void clearDataEmptiesTheForm();
     void closeDialogCancels();
-    void hugeNumbersDoNoHarm();
-
-private:
-    void make();
-    QTableView *view(const char *name) const;
-    QAbstractItemModel *holding() const { return view("holdingRegisters")->model(); }
-    QAbstractItemModel *input() const { return view("inputRegisters")->model(); }
-    void showInput() const { m_form->findChild<QTabWidget *>()->setCurrentIndex(1); }
-    void load(const RowList &rows);
-
-    QStandardItem *m_item = nullptr;
-    ServerModbusTCPEditDialog *m_form = nullptr;
-    WorkspaceFake *m_workspace = nullptr;
-    MessageBoxes *m_boxes = nullptr;
 };
-
-namespace {
-
-constexpr int addressColumn = 3;
-const QString source = QStringLiteral("Meter A");
-const QString conflictBox = QStringLiteral("Warning|Address conflict detected. Please resolve the conflict.");
-
-QVariantList row(const QString &name, const QString &type, const QString &address, const QString &length)
-{
-    return {source, name, type, address, length};
-}
-
-// Rows that follow each other without a gap, named "p0" and so on.
-RowList rowsOfLengths(const QVector<int> &lengths)
-{
-    RowList rows;
-    int address = 0;
-    for (int length : lengths) {
-        rows.append(row(QStringLiteral("p%1").arg(rows.size()), QStringLiteral("t"), QString::number(address),
-                        QString::number(length)));
-        address += length;
-    }
-    return rows;
-}
-
-QStringList addresses(const QAbstractItemModel *map)
-{
-    QStringList texts;
-    for (int index = 0; index < map->rowCount(); ++index) {
-        texts.append(map->index(index, addressColumn).data().toString());
-    }
-    return texts;
-}
-
-QStringList texts(std::initializer_list<const char *> list)
-{
-    QStringList made;
-    for (const char *text : list) {
-        made.append(QString::fromLatin1(text));
-    }
-    return made;
-}
-
-void setAddress(QAbstractItemModel *map, int row, const char *address)
-{
-    map->setData(map->index(row, addressColumn), QString::fromLatin1(address));
-}
-
-// Types into the address as a user does, with a double click before and Enter behind.
-void typeAddress(QTableView *view, int row, const char *address)
-{
-    const QPoint place = view->visualRect(view->model()->index(row, addressColumn)).center();
-    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place);
-    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place);
-    QTRY_VERIFY(view->viewport()->findChild<QLineEdit *>());
-    const QPointer<QLineEdit> editor = view->viewport()->findChild<QLineEdit *>();
-    editor->selectAll();
-    QTest::keyClicks(editor, QString::fromLatin1(address));
-    QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_VERIFY(!editor);
-}
-
-} // namespace
-
-void TestServerModbusTCPEditDialog::init()
-{
-    m_item = new QStandardItem(QStringLiteral("Map"));
-    m_item->setData(QStringLiteral("ModbusTCP(Slave)"), serverProtocolRole);
-    m_item->setData(QStringLiteral("502"), serverPortRole);
-    m_workspace = new WorkspaceFake;
-    m_boxes = new MessageBoxes(this);
-    make();
-}
-
-void TestServerModbusTCPEditDialog::cleanup()
-{
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
-    delete m_form;
-    m_form = nullptr;
-    delete m_boxes;
-    delete m_workspace;
-    delete m_item;
-}
-
-void TestServerModbusTCPEditDialog::make()
-{
-    delete m_form;
-    m_form = new ServerModbusTCPEditDialog(m_item, m_workspace);
-    m_form->resize(800, 700);
-    m_form->show();
-}
-
-QTableView *TestServerModbusTCPEditDialog::view(const char *name) const
-{
-    return m_form->findChild<QTableView *>(QLatin1String(name));
-}
-
-// Shows these rows as holding registers of the item.
-void TestServerModbusTCPEditDialog::load(const RowList &rows)
-{
-    m_item->setData(QVariant::fromValue(rows), serverHoldingRegistersRole);
-    m_form->replaceItem(m_item);
-}
 
 void TestServerModbusTCPEditDialog::fieldsInTheirOrder()
 {
@@ -313,181 +176,6 @@ void TestServerModbusTCPEditDialog::pointThatIsThereIsTold()
     QCOMPARE(holding()->index(holding()->rowCount() - 1, 1).data().toString(), QStringLiteral("next"));
 }
 
-void TestServerModbusTCPEditDialog::deletingMovesTheRowsBehind_data()
-{
-    QTest::addColumn<int>("deleted");
-    QTest::addColumn<QStringList>("left");
-    QTest::newRow("first") << 0 << texts({"0", "1"});
-    QTest::newRow("middle") << 1 << texts({"0", "2"});
-    QTest::newRow("last") << 2 << texts({"0", "2"});
-}
-
-void TestServerModbusTCPEditDialog::deletingMovesTheRowsBehind()
-{
-    QFETCH(int, deleted);
-    QFETCH(QStringList, left);
-    load(rowsOfLengths({2, 1, 4}));
-    view("holdingRegisters")->selectRow(deleted);
-    m_form->deleteSelectedItem();
-    QCOMPARE(addresses(holding()), left);
-}
-
-void TestServerModbusTCPEditDialog::deletingMayEndBelowZero()
-{
-    load(rowsOfLengths({2, 1, 4}));
-    setAddress(holding(), 0, "100");
-    setAddress(holding(), 1, "0");
-    view("holdingRegisters")->selectRow(0);
-    m_form->deleteSelectedItem();
-    QCOMPARE(addresses(holding()), texts({"-2", "1"}));
-}
-
-// The rows move one after the other, and the first meets the second where that still was.
-void TestServerModbusTCPEditDialog::deletingChecksEachStep()
-{
-    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("10"), QStringLiteral("2")),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("5"), QStringLiteral("1")),
-          row(QStringLiteral("c"), QStringLiteral("t"), QStringLiteral("3"), QStringLiteral("1"))});
-    m_boxes->expect();
-    view("holdingRegisters")->selectRow(0);
-    m_form->deleteSelectedItem();
-    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
-    QCOMPARE(addresses(holding()), texts({"", "1"}));
-}
-
-void TestServerModbusTCPEditDialog::conflict_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("length");
-    QTest::addColumn<bool>("conflicts");
-    // Against the registers 10 to 13.
-    const auto add = [](const char *name, const char *address, const char *length, bool conflicts) {
-        QTest::newRow(name) << QString::fromLatin1(address) << QString::fromLatin1(length) << conflicts;
-    };
-    add("same place", "10", "4", true);
-    add("inside", "12", "1", true);
-    add("last register", "13", "4", true);
-    add("right behind", "14", "4", false);
-    add("right before", "8", "2", false);
-    add("reaching in", "8", "3", true);
-    add("around", "5", "20", true);
-    add("no length, inside", "11", "0", true);
-    add("no length, at the start", "10", "0", true);
-    add("no length, behind", "14", "0", false);
-    add("no number", "x", "4", false);
-    add("no number, long enough", "", "11", true);
-    add("negative", "-3", "2", false);
-}
-
-void TestServerModbusTCPEditDialog::conflict()
-{
-    QFETCH(QString, address);
-    QFETCH(QString, length);
-    QFETCH(bool, conflicts);
-    load({row(QStringLiteral("a"), QStringLiteral("t"), address, length),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("10"), QStringLiteral("4"))});
-    auto *map = qobject_cast<QStandardItemModel *>(holding());
-    for (int which : {0, 1}) {
-        bool found = false;
-        QVERIFY(QMetaObject::invokeMethod(m_form, "checkAddressConflict", Q_RETURN_ARG(bool, found),
-                                          Q_ARG(QStandardItemModel *, map), Q_ARG(int, which)));
-        QCOMPARE(found, conflicts);
-    }
-}
-
-void TestServerModbusTCPEditDialog::conflictNeedsAnotherRow()
-{
-    QStandardItemModel map(0, 5);
-    QVERIFY(!m_form->checkAddressConflict(&map, 0));
-    map.appendRow({new QStandardItem, new QStandardItem, new QStandardItem,
-                   new QStandardItem(QStringLiteral("0")), new QStandardItem(QStringLiteral("4"))});
-    QVERIFY(!m_form->checkAddressConflict(&map, 0));
-}
-
-void TestServerModbusTCPEditDialog::typedConflictIsToldOnceAndEmptied()
-{
-    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("7"), QStringLiteral("2")),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("9"), QStringLiteral("2"))});
-    m_boxes->expect();
-    typeAddress(view("holdingRegisters"), 1, "8");
-    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
-    QCOMPARE(addresses(holding()), texts({"7", ""}));
-    typeAddress(view("holdingRegisters"), 1, "20");
-    QCOMPARE(addresses(holding()), texts({"7", "20"}));
-}
-
-// The emptied cell counts as address 0: while that conflicts too, the conflict counts as told.
-void TestServerModbusTCPEditDialog::conflictAtZeroIsNotToldAgain()
-{
-    load(rowsOfLengths({4, 2}));
-    m_boxes->expect();
-    setAddress(holding(), 1, "1");
-    QCOMPARE(addresses(holding()), texts({"0", ""}));
-    setAddress(holding(), 1, "2");
-    QCOMPARE(addresses(holding()), texts({"0", ""}));
-    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
-}
-
-void TestServerModbusTCPEditDialog::resolvedConflictIsToldAnew()
-{
-    load(rowsOfLengths({4, 2}));
-    for (int time = 0; time < 2; ++time) {
-        m_boxes->expect();
-        setAddress(holding(), 1, "1");
-        setAddress(holding(), 1, "4");
-    }
-    QCOMPARE(m_boxes->told(), (QStringList{conflictBox, conflictBox}));
-    QCOMPARE(addresses(holding()), texts({"0", "4"}));
-}
-
-void TestServerModbusTCPEditDialog::otherColumnsAreNotChecked()
-{
-    load(rowsOfLengths({1, 1}));
-    holding()->setData(holding()->index(0, 4), QStringLiteral("5"));
-    QCOMPARE(addresses(holding()), texts({"0", "1"}));
-}
-
-void TestServerModbusTCPEditDialog::foreignChangeIsNotChecked()
-{
-    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("0"), QStringLiteral("2")),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("1"), QStringLiteral("2"))});
-    const QModelIndex cell = holding()->index(0, addressColumn);
-    QVERIFY(QMetaObject::invokeMethod(m_form, "handleDataChanged", Q_ARG(QModelIndex, cell),
-                                      Q_ARG(QModelIndex, cell)));
-    QCOMPARE(addresses(holding()), texts({"0", "1"}));
-}
-
-void TestServerModbusTCPEditDialog::formMayCloseUnderTheConflict()
-{
-    load(rowsOfLengths({4, 2}));
-    QTimer::singleShot(0, this, [this] {
-        delete m_form;
-        m_form = nullptr;
-    });
-    // The box dies with its form, before anybody answers it.
-    setAddress(holding(), 1, "1");
-    QVERIFY(!m_form);
-}
-
-void TestServerModbusTCPEditDialog::mapsAreIndependent()
-{
-    m_form->handleImportedData({point(QStringLiteral("a"))}, source);
-    showInput();
-    m_form->handleImportedData({point(QStringLiteral("a")), point(QStringLiteral("b"))}, source);
-    setAddress(input(), 1, "7");
-    setAddress(holding(), 0, "7");
-    QCOMPARE(m_workspace->messages, QStringList());
-    QCOMPARE(addresses(holding()), texts({"7"}));
-    QCOMPARE(addresses(input()), texts({"0", "7"}));
-    view("holdingRegisters")->selectRow(0);
-    m_form->deleteSelectedItem(); // of the map that is shown nothing is selected
-    QCOMPARE(holding()->rowCount(), 1);
-    view("inputRegisters")->selectRow(0);
-    m_form->deleteSelectedItem();
-    QCOMPARE(addresses(input()), texts({"6"}));
-    QCOMPARE(addresses(holding()), texts({"7"}));
-}
-
 void TestServerModbusTCPEditDialog::importIsAnnounced()
 {
     QSignalSpy imported(m_form, SIGNAL(dataImported(QList<QJsonObject>, QString)));
@@ -577,20 +265,6 @@ void TestServerModbusTCPEditDialog::closeDialogCancels()
     QSignalSpy rejected(m_form, &QDialog::rejected);
     QVERIFY(QMetaObject::invokeMethod(m_form, "closeDialog"));
     QCOMPARE(rejected.size(), 1);
-}
-
-void TestServerModbusTCPEditDialog::hugeNumbersDoNoHarm()
-{
-    const QString most = QStringLiteral("2147483647");
-    load({row(QStringLiteral("a"), QStringLiteral("t"), most, most),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("-2147483648"), most)});
-    m_form->handleImportedData({point(QStringLiteral("c"), QStringLiteral("string"), most)}, source);
-    QCOMPARE(addresses(holding()).last(), QStringLiteral("4294967294"));
-    load({row(QStringLiteral("a"), QStringLiteral("t"), most, most),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("-2147483648"), most)});
-    view("holdingRegisters")->selectRow(0);
-    m_form->deleteSelectedItem();
-    QCOMPARE(addresses(holding()), texts({"-4294967295"}));
 }
 
 QTEST_MAIN(TestServerModbusTCPEditDialog)

@@ -1,0 +1,241 @@
+#include "modbusformtest.h"
+
+#include <QStandardItemModel>
+
+using namespace ModbusFormTest;
+
+// The register maps of the Modbus TCP slave: deleted rows and conflicts of addresses.
+class TestRegisterMaps : public Fixture
+{
+    Q_OBJECT
+private slots:
+    void init() { open(); }
+    void cleanup() { close(); }
+    void deletingMovesTheRowsBehind_data();
+    void deletingMovesTheRowsBehind();
+    void deletingMayEndBelowZero();
+    void deletingChecksEachStep();
+    void conflict_data();
+    void conflict();
+    void conflictNeedsAnotherRow();
+    void typedConflictIsToldOnceAndEmptied();
+    void conflictAtZeroIsNotToldAgain();
+    void resolvedConflictIsToldAnew();
+    void otherColumnsAreNotChecked();
+    void foreignChangeIsNotChecked();
+    void formMayCloseUnderTheConflict();
+    void mapsAreIndependent();
+    void hugeNumbersDoNoHarm();
+};
+
+namespace {
+
+const QString conflictBox = QStringLiteral("Warning|Address conflict detected. Please resolve the conflict.");
+
+// Types into the address as a user does, with a double click before and Enter behind.
+void typeAddress(QTableView *view, int row, const char *address)
+{
+    const QPoint place = view->visualRect(view->model()->index(row, addressColumn)).center();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place);
+    QTRY_VERIFY(view->viewport()->findChild<QLineEdit *>());
+    const QPointer<QLineEdit> editor = view->viewport()->findChild<QLineEdit *>();
+    editor->selectAll();
+    QTest::keyClicks(editor, QString::fromLatin1(address));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY(!editor);
+}
+
+} // namespace
+
+void TestRegisterMaps::deletingMovesTheRowsBehind_data()
+{
+    QTest::addColumn<int>("deleted");
+    QTest::addColumn<QStringList>("left");
+    QTest::newRow("first") << 0 << texts({"0", "1"});
+    QTest::newRow("middle") << 1 << texts({"0", "2"});
+    QTest::newRow("last") << 2 << texts({"0", "2"});
+}
+
+void TestRegisterMaps::deletingMovesTheRowsBehind()
+{
+    QFETCH(int, deleted);
+    QFETCH(QStringList, left);
+    load(rowsOfLengths({2, 1, 4}));
+    view("holdingRegisters")->selectRow(deleted);
+    m_form->deleteSelectedItem();
+    QCOMPARE(addresses(holding()), left);
+}
+
+void TestRegisterMaps::deletingMayEndBelowZero()
+{
+    load(rowsOfLengths({2, 1, 4}));
+    setAddress(holding(), 0, "100");
+    setAddress(holding(), 1, "0");
+    view("holdingRegisters")->selectRow(0);
+    m_form->deleteSelectedItem();
+    QCOMPARE(addresses(holding()), texts({"-2", "1"}));
+}
+
+// The rows move one after the other, and the first meets the second where that still was.
+void TestRegisterMaps::deletingChecksEachStep()
+{
+    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("10"), QStringLiteral("2")),
+          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("5"), QStringLiteral("1")),
+          row(QStringLiteral("c"), QStringLiteral("t"), QStringLiteral("3"), QStringLiteral("1"))});
+    m_boxes->expect();
+    view("holdingRegisters")->selectRow(0);
+    m_form->deleteSelectedItem();
+    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
+    QCOMPARE(addresses(holding()), texts({"", "1"}));
+}
+
+void TestRegisterMaps::conflict_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("length");
+    QTest::addColumn<bool>("conflicts");
+    // Against the registers 10 to 13.
+    const auto add = [](const char *name, const char *address, const char *length, bool conflicts) {
+        QTest::newRow(name) << QString::fromLatin1(address) << QString::fromLatin1(length) << conflicts;
+    };
+    add("same place", "10", "4", true);
+    add("inside", "12", "1", true);
+    add("last register", "13", "4", true);
+    add("right behind", "14", "4", false);
+    add("right before", "8", "2", false);
+    add("reaching in", "8", "3", true);
+    add("around", "5", "20", true);
+    add("no length, inside", "11", "0", true);
+    add("no length, at the start", "10", "0", true);
+    add("no length, behind", "14", "0", false);
+    add("no number", "x", "4", false);
+    add("no number, long enough", "", "11", true);
+    add("negative", "-3", "2", false);
+}
+
+void TestRegisterMaps::conflict()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, length);
+    QFETCH(bool, conflicts);
+    load({row(QStringLiteral("a"), QStringLiteral("t"), address, length),
+          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("10"), QStringLiteral("4"))});
+    auto *map = qobject_cast<QStandardItemModel *>(holding());
+    for (int which : {0, 1}) {
+        bool found = false;
+        QVERIFY(QMetaObject::invokeMethod(m_form, "checkAddressConflict", Q_RETURN_ARG(bool, found),
+                                          Q_ARG(QStandardItemModel *, map), Q_ARG(int, which)));
+        QCOMPARE(found, conflicts);
+    }
+}
+
+void TestRegisterMaps::conflictNeedsAnotherRow()
+{
+    QStandardItemModel map(0, 5);
+    QVERIFY(!m_form->checkAddressConflict(&map, 0));
+    map.appendRow({new QStandardItem, new QStandardItem, new QStandardItem,
+                   new QStandardItem(QStringLiteral("0")), new QStandardItem(QStringLiteral("4"))});
+    QVERIFY(!m_form->checkAddressConflict(&map, 0));
+}
+
+void TestRegisterMaps::typedConflictIsToldOnceAndEmptied()
+{
+    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("7"), QStringLiteral("2")),
+          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("9"), QStringLiteral("2"))});
+    m_boxes->expect();
+    typeAddress(view("holdingRegisters"), 1, "8");
+    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
+    QCOMPARE(addresses(holding()), texts({"7", ""}));
+    typeAddress(view("holdingRegisters"), 1, "20");
+    QCOMPARE(addresses(holding()), texts({"7", "20"}));
+}
+
+// The emptied cell counts as address 0: while that conflicts too, the conflict counts as told.
+void TestRegisterMaps::conflictAtZeroIsNotToldAgain()
+{
+    load(rowsOfLengths({4, 2}));
+    m_boxes->expect();
+    setAddress(holding(), 1, "1");
+    QCOMPARE(addresses(holding()), texts({"0", ""}));
+    setAddress(holding(), 1, "2");
+    QCOMPARE(addresses(holding()), texts({"0", ""}));
+    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
+}
+
+void TestRegisterMaps::resolvedConflictIsToldAnew()
+{
+    load(rowsOfLengths({4, 2}));
+    for (int time = 0; time < 2; ++time) {
+        m_boxes->expect();
+        setAddress(holding(), 1, "1");
+        setAddress(holding(), 1, "4");
+    }
+    QCOMPARE(m_boxes->told(), (QStringList{conflictBox, conflictBox}));
+    QCOMPARE(addresses(holding()), texts({"0", "4"}));
+}
+
+void TestRegisterMaps::otherColumnsAreNotChecked()
+{
+    load(rowsOfLengths({1, 1}));
+    holding()->setData(holding()->index(0, 4), QStringLiteral("5"));
+    QCOMPARE(addresses(holding()), texts({"0", "1"}));
+}
+
+void TestRegisterMaps::foreignChangeIsNotChecked()
+{
+    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("0"), QStringLiteral("2")),
+          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("1"), QStringLiteral("2"))});
+    const QModelIndex cell = holding()->index(0, addressColumn);
+    QVERIFY(QMetaObject::invokeMethod(m_form, "handleDataChanged", Q_ARG(QModelIndex, cell),
+                                      Q_ARG(QModelIndex, cell)));
+    QCOMPARE(addresses(holding()), texts({"0", "1"}));
+}
+
+void TestRegisterMaps::formMayCloseUnderTheConflict()
+{
+    load(rowsOfLengths({4, 2}));
+    QTimer::singleShot(0, this, [this] {
+        delete m_form;
+        m_form = nullptr;
+    });
+    // The box dies with its form, before anybody answers it.
+    setAddress(holding(), 1, "1");
+    QVERIFY(!m_form);
+}
+
+void TestRegisterMaps::mapsAreIndependent()
+{
+    m_form->handleImportedData({point(QStringLiteral("a"))}, source);
+    showInput();
+    m_form->handleImportedData({point(QStringLiteral("a")), point(QStringLiteral("b"))}, source);
+    setAddress(input(), 1, "7");
+    setAddress(holding(), 0, "7");
+    QCOMPARE(m_workspace->messages, QStringList());
+    QCOMPARE(addresses(holding()), texts({"7"}));
+    QCOMPARE(addresses(input()), texts({"0", "7"}));
+    view("holdingRegisters")->selectRow(0);
+    m_form->deleteSelectedItem(); // of the map that is shown nothing is selected
+    QCOMPARE(holding()->rowCount(), 1);
+    view("inputRegisters")->selectRow(0);
+    m_form->deleteSelectedItem();
+    QCOMPARE(addresses(input()), texts({"6"}));
+    QCOMPARE(addresses(holding()), texts({"7"}));
+}
+
+void TestRegisterMaps::hugeNumbersDoNoHarm()
+{
+    const QString most = QStringLiteral("2147483647");
+    load({row(QStringLiteral("a"), QStringLiteral("t"), most, most),
+          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("-2147483648"), most)});
+    m_form->handleImportedData({point(QStringLiteral("c"), QStringLiteral("string"), most)}, source);
+    QCOMPARE(addresses(holding()).last(), QStringLiteral("4294967294"));
+    load({row(QStringLiteral("a"), QStringLiteral("t"), most, most),
+          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("-2147483648"), most)});
+    view("holdingRegisters")->selectRow(0);
+    m_form->deleteSelectedItem();
+    QCOMPARE(addresses(holding()), texts({"-4294967295"}));
+}
+
+QTEST_MAIN(TestRegisterMaps)
+#include "tst_registermaps.moc"
