@@ -21,5 +21,5 @@ ServerAliMQTTEditDialog::ServerAliMQTTEditDialog(QStandardItem *item, Workspace 
         cloudFields(), item, workspace)
 {
     ServerFields::lockProtocol(fields());
-    open();
+    begin();
 }

@@ -59,7 +59,7 @@ ServerEditDialog::ServerEditDialog(QStandardItem *item, Workspace *workspace)
             this, [this] { setScriptsEnabled(false); });
     connect(formats->findChild<QRadioButton *>(QStringLiteral("payloadFormat2")), &QRadioButton::toggled,
             this, [this] { setScriptsEnabled(true); });
-    open();
+    begin();
 }
 
 void ServerEditDialog::setScriptsEnabled(bool enabled)

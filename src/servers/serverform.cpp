@@ -40,7 +40,7 @@ ServerForm::~ServerForm()
     log(QStringLiteral("destroyed"));
 }
 
-void ServerForm::open()
+void ServerForm::begin()
 {
     showItem(item());
     log(QStringLiteral("new-nuilt"));

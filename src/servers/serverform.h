@@ -36,9 +36,9 @@ protected:
         FieldTable::Unknown unknownOnReplace = FieldTable::Unknown::SelectFallback;
     };
 
-    // The workspace is not owned and may be null. The form's own constructor ends with open().
+    // The workspace is not owned and may be null. The form's own constructor ends with begin().
     ServerForm(const Kind &kind, const QVector<Field> &fields, QStandardItem *item, Workspace *workspace);
-    void open();
+    void begin();
 
     // What a form does beyond its fields, before these are told or logged; the item is never null.
     virtual void showItem(QStandardItem *item);

@@ -109,7 +109,7 @@ ServerHJ212EditDialog::ServerHJ212EditDialog(QStandardItem *item, Workspace *wor
         {"ServerHJ212EditDialog: Delete", true}, connectionFields(),
         {tr("PLC Name"), tr("Name"), tr("Factor Code")}, item, workspace)
 {
-    open();
+    begin();
 }
 
 void ServerHJ212EditDialog::showItem(QStandardItem *item)

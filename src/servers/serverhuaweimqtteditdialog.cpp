@@ -26,5 +26,5 @@ ServerHuaWeiMQTTEditDialog::ServerHuaWeiMQTTEditDialog(QStandardItem *item, Work
                  cloudFields(), item, workspace)
 {
     ServerFields::lockProtocol(fields());
-    open();
+    begin();
 }

@@ -104,7 +104,7 @@ ServerModbusTCPEditDialog::ServerModbusTCPEditDialog(QStandardItem *item, Worksp
                 {"ServerModbusTCPEditDialog: delete", true}, slaveFields(), item, workspace)
 {
     setupUI();
-    open();
+    begin();
     // On purpose after it was shown, and whatever it held: the Box knows no other type.
     item->setData(QStringLiteral("Slave"), serverTypeRole);
 }

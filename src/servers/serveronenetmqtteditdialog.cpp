@@ -23,5 +23,5 @@ ServerOneNetMQTTEditDialog::ServerOneNetMQTTEditDialog(QStandardItem *item, Work
                  cloudFields(), item, workspace)
 {
     ServerFields::lockProtocol(fields());
-    open();
+    begin();
 }

@@ -30,7 +30,7 @@ ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *wor
                  opcUaFields(), item, workspace)
 {
     ServerFields::lockProtocol(fields());
-    open();
+    begin();
 }
 
 // Takes the entries of "Anonymous:" away altogether, on purpose: a form without a choice is the cleared state

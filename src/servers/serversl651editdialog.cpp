@@ -105,7 +105,7 @@ ServerSL651EditDialog::ServerSL651EditDialog(QStandardItem *item, Workspace *wor
 {
     connect(fields().lineEdit(QStringLiteral("centralStationAddress")), &QLineEdit::editingFinished, this,
             &ServerSL651EditDialog::validateCentralStationAddress);
-    open();
+    begin();
 }
 
 bool ServerSL651EditDialog::eventFilter(QObject *watched, QEvent *event)
