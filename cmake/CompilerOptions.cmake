@@ -7,9 +7,13 @@ target_compile_definitions(marlingate_options INTERFACE
   QT_NO_FOREACH
   QT_DEPRECATED_WARNINGS)
 
-target_compile_options(marlingate_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
-  $<$<BOOL:${MARLINGATE_WERROR}>:-Werror>)
+if(MSVC)
+  target_compile_options(marlingate_options INTERFACE /utf-8 /W4 $<$<BOOL:${MARLINGATE_WERROR}>:/WX>)
+else()
+  target_compile_options(marlingate_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    $<$<BOOL:${MARLINGATE_WERROR}>:-Werror>)
+endif()
 
 if(MARLINGATE_SANITIZE)
   target_compile_options(marlingate_options INTERFACE

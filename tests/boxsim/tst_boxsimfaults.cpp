@@ -376,12 +376,11 @@ void tst_BoxSimFaults::faultNamesAreUnderstood()
 
 void tst_BoxSimFaults::faultHelpNamesEveryFault()
 {
-    const QStringList lines = faultHelp();
-    QCOMPARE(lines.size(), 25);
-    for (const QString &line : lines) {
-        // A name, its value, a sentence.
-        QVERIFY2(line.endsWith(QLatin1Char('.')), qPrintable(line));
-        const QString name = line.section(QLatin1Char(' '), 0, 0).section(QLatin1Char('['), 0, 0);
+    const QVector<HelpEntry> entries = faultEntries();
+    QCOMPARE(entries.size(), 25);
+    for (const HelpEntry &entry : entries) {
+        QVERIFY2(entry.sentence.endsWith(QLatin1Char('.')), qPrintable(entry.sentence));
+        const QString name = entry.term.section(QLatin1Char('['), 0, 0);
         BoxSimFaults faults;
         QString error;
         applyFault(name.section(QLatin1Char('='), 0, 0), &faults, &error);

@@ -16,9 +16,8 @@ private slots:
     void everyOptionIsTaken();
     void wrongCommandLinesAreTold_data();
     void wrongCommandLinesAreTold();
-    void helpNamesEveryOption();
-    void faultsAreListed();
     void whatItReceivesIsPrintedAndLogged();
+    void bytesAreShownOnRequest();
     void quietPrintsTheReadinessLineOnly();
     void acceptedFilesAreKept();
     void endsWithTheLastConnection();
@@ -60,7 +59,7 @@ void tst_BoxSimProgram::defaultsAreThoseOfABox()
     QCOMPARE(line.options.model, usual.model);
     QCOMPARE(line.options.rebootTime, usual.rebootTime);
     QCOMPARE(line.options.maxFileSize, usual.maxFileSize);
-    QVERIFY(!line.quiet && !line.once);
+    QVERIFY(!line.quiet && !line.once && !line.hex);
     QCOMPARE(line.seconds, 0);
 }
 
@@ -70,7 +69,8 @@ void tst_BoxSimProgram::everyOptionIsTaken()
         "boxsim --address 0.0.0.0 --port 4000 --discovery-address 127.0.0.9 --no-discovery --project p.json "
         "--report-interval 250 --seed 9 --set lanIp=1.2.3.4 --set AT1=a=b --box-version 2.0 --serial S "
         "--model M "
-        "--reboot-time 5 --max-file 7 --save kept --fault split=3 --fault silent --log l.txt --quiet --once "
+        "--reboot-time 5 --max-file 7 --save kept --fault split=3 --fault silent --log l.txt --hex --quiet "
+        "--once "
         "--seconds 12");
     const CommandLine line = readCommandLine(text.split(QLatin1Char(' ')));
     QCOMPARE(line.text, QString());
@@ -94,7 +94,7 @@ void tst_BoxSimProgram::everyOptionIsTaken()
     QCOMPARE(line.options.faults.split, 3);
     QVERIFY(line.options.faults.silent);
     QCOMPARE(line.logFile, QStringLiteral("l.txt"));
-    QVERIFY(line.quiet && line.once);
+    QVERIFY(line.hex && line.quiet && line.once);
     QCOMPARE(line.seconds, 12);
 }
 
@@ -113,6 +113,8 @@ void tst_BoxSimProgram::wrongCommandLinesAreTold_data()
     row("--seconds 0", "--seconds takes a number from 1 to 1000000");
     row("--report-interval -1", "--report-interval takes a number from 0 to 1000000000");
     row("--set lanIp", "--set takes key=value");
+    row("--scenario bogus", "there is no scenario bogus");
+    row("--scenario=", "there is no scenario ");
     row("--fault bogus", "there is no fault bogus");
     row("--fault split=x", "fault split cannot be set so: split=x");
     row("file", "unexpected argument: file");
@@ -128,29 +130,6 @@ void tst_BoxSimProgram::wrongCommandLinesAreTold()
     QCOMPARE(process.readAllStandardError(), "boxsim: " + told + "\nTry --help.\n");
     QCOMPARE(process.readAllStandardOutput(), QByteArray());
     QCOMPARE(process.exitCode(), 2);
-}
-
-void tst_BoxSimProgram::helpNamesEveryOption()
-{
-    const CommandLine line = readCommandLine({QStringLiteral("boxsim"), QStringLiteral("--help")});
-    QCOMPARE(line.action, CommandLine::Action::help);
-    for (const char *name : {"--address",      "--port",    "--discovery-address",
-                             "--no-discovery", "--project", "--report-interval",
-                             "--seed",         "--set",     "--box-version",
-                             "--serial",       "--model",   "--reboot-time",
-                             "--max-file",     "--save",    "--fault",
-                             "--list-faults",  "--log",     "--quiet",
-                             "--once",         "--seconds", "Exit status: 0"}) {
-        QVERIFY2(line.text.contains(QLatin1String(name)), name);
-    }
-}
-
-void tst_BoxSimProgram::faultsAreListed()
-{
-    const CommandLine line = readCommandLine({QStringLiteral("boxsim"), QStringLiteral("--list-faults")});
-    QCOMPARE(line.action, CommandLine::Action::listFaults);
-    QVERIFY(line.text.contains(QLatin1String("split[=bytes]")));
-    QVERIFY(line.text.contains(QLatin1String("late-json=ms ")));
 }
 
 void tst_BoxSimProgram::whatItReceivesIsPrintedAndLogged()
@@ -180,6 +159,30 @@ void tst_BoxSimProgram::whatItReceivesIsPrintedAndLogged()
                             "T P !! 1 bytes outside of any frame, 0 headers without one\n"
                             "T P -> read LAN: {\"pares\":{},\"type\":2}\n"
                             "T P !! read LAN must have type as a string\n"));
+}
+
+void tst_BoxSimProgram::bytesAreShownOnRequest()
+{
+    QProcess process;
+    QVERIFY(start(&process,
+                  {QStringLiteral("--hex"), QStringLiteral("--once"), QStringLiteral("--model"),
+                   QStringLiteral("M~\x7f")}));
+    RawTool tool;
+    QVERIFY(tool.connectTo(QHostAddress(address())));
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.takeFrame().size(), 30);
+    tool.socket().disconnectFromHost();
+    QVERIFY(ended(&process));
+    QStringList indented = QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'));
+    indented = indented.filter(QRegularExpression(QStringLiteral("^    ")));
+    QCOMPARE(indented,
+             QStringList({
+                 QStringLiteral("    0000  12 34 01 00 08 00 56 78                          .4....Vx"),
+                 QStringLiteral("    0000  12 34 02 00 1e 00 05 31 2e 30 2e 30 0b 53 49 4d  "
+                                ".4.....1.0.0.SIM"),
+                 QStringLiteral("    0010  30 30 30 30 30 30 30 31 03 4d 7e 7f 56 78        "
+                                "00000001.M~.Vx"),
+             }));
 }
 
 void tst_BoxSimProgram::quietPrintsTheReadinessLineOnly()

@@ -2,10 +2,10 @@
 
 #include "boxlink/boxeditdialog.h"
 #include "boxlink/boxsearchdialog.h"
-#include "boxsim/boxsim.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
+#include "support/boxundertest.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -21,8 +21,8 @@
 #include <QTextEdit>
 #include <QtTest>
 
-// The program's main job from end to end, at the real window, against a simulated Box: in the program's own
-// language, or in English where TOUR_LANGUAGE says so.
+// The program's main job from end to end, at the real window, against a simulated Box or the real one that
+// BOX_ADDRESS names: in the program's own language, or in English where TOUR_LANGUAGE says so.
 class TestTour : public QObject
 {
     Q_OBJECT
@@ -38,6 +38,7 @@ private slots:
     void theSearchForBoxesStands();
     void aBoxIsAddedAndConnects();
     void itsSettingsAreRead();
+    void itsSettingsAreWritten();
     void theProjectIsPushed();
     void itsValuesComeLive();
     void theProjectIsSaved();
@@ -48,14 +49,14 @@ private:
     void pushProject(const QString &box);
     void watch(const QString &node, const QString &table, int rows);
 
-    BoxSim *m_sim = nullptr;
+    std::unique_ptr<BoxUnderTest> m_box;
+    QString m_address;
     CMainWindow *m_window = nullptr;
     Traveller *m_user = nullptr;
 };
 
 namespace {
 
-const QString address = QStringLiteral("127.0.14.1");
 const QString project = QStringLiteral("North feeder");
 
 } // namespace
@@ -64,11 +65,12 @@ void TestTour::initTestCase()
 {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     BoxSimOptions options;
-    options.address = QHostAddress(address);
+    options.address = QHostAddress(QStringLiteral("127.0.14.1"));
     options.discovery = false;
     options.reportInterval = 200;
-    m_sim = new BoxSim(options, this);
-    QVERIFY2(m_sim->start(), qPrintable(m_sim->errorString()));
+    m_box = std::make_unique<BoxUnderTest>(options);
+    QVERIFY(m_box->start());
+    m_address = m_box->address().toString();
     m_window = new CMainWindow;
     if (qEnvironmentVariable("TOUR_LANGUAGE") == QStringLiteral("english")) {
         m_window->CESwitching();
@@ -186,7 +188,7 @@ void TestTour::aBoxIsAddedAndConnects()
 {
     m_user->choose(project + QStringLiteral("/Box"), shown("Add Box"), [this](QWidget *dialog) {
         m_user->type(dialog, "name", QStringLiteral("Gateway"));
-        m_user->type(dialog, "ip", address);
+        m_user->type(dialog, "ip", m_address);
         m_user->picture(QStringLiteral("09-add-box"), dialog);
         m_user->press(dialog, "okButton");
     });
@@ -204,31 +206,47 @@ void TestTour::itsSettingsAreRead()
     m_user->boxes().expect();
     m_user->press(form, "lanReadButton");
     auto *ip = form->findChild<QLineEdit *>(QStringLiteral("lanIp"));
-    QTRY_COMPARE(ip->text(), m_sim->setting(QStringLiteral("lanIp")));
     QTRY_COMPARE(m_user->boxes().pending(), 0);
+    QVERIFY(!ip->text().isEmpty());
     m_user->picture(QStringLiteral("11-box-settings"));
+    form->findChild<QTabWidget *>()->setCurrentIndex(0);
+}
+
+void TestTour::itsSettingsAreWritten()
+{
+    SKIP_WITHOUT_SIMULATOR("a real Box would leave its network");
+    BoxSim *box = m_box->simulated();
+    auto *form = m_user->form<BoxEditDialog>();
+    QCOMPARE(form->findChild<QLineEdit *>(QStringLiteral("lanIp"))->text(),
+             box->setting(QStringLiteral("lanIp")));
+    form->findChild<QTabWidget *>()->setCurrentIndex(1);
     m_user->type(form, "lanGateway", QStringLiteral("192.168.1.254"));
     m_user->boxes().expect();
     m_user->press(form, "lanWriteButton");
-    QTRY_COMPARE(m_sim->setting(QStringLiteral("lanGateway")), QStringLiteral("192.168.1.254"));
+    QTRY_COMPARE(box->setting(QStringLiteral("lanGateway")), QStringLiteral("192.168.1.254"));
     QTRY_COMPARE(m_user->boxes().pending(), 0);
     form->findChild<QTabWidget *>()->setCurrentIndex(0);
 }
 
 void TestTour::pushProject(const QString &box)
 {
-    QSignalSpy accepted(m_sim, &BoxSim::projectAccepted);
+    BoxSim *simulated = m_box->simulated();
+    const auto accepted =
+        simulated ? std::make_unique<QSignalSpy>(simulated, &BoxSim::projectAccepted) : nullptr;
     auto *form = m_user->form<BoxEditDialog>();
     m_user->press(form, "updateProjectButton");
     QCOMPARE(m_user->messages().last(),
              QCoreApplication::translate("BoxEditDialog", "Checksum Result:Checksum successful."));
-    QCOMPARE(accepted.size(), 1);
-    const QJsonDocument pushed(m_window->buildProjectJson(m_user->node(box)));
-    QCOMPARE(accepted.first().first().toByteArray(), pushed.toJson());
+    if (accepted) {
+        QCOMPARE(accepted->size(), 1);
+        const QJsonDocument pushed(m_window->buildProjectJson(m_user->node(box)));
+        QCOMPARE(accepted->first().first().toByteArray(), pushed.toJson());
+    }
 }
 
 void TestTour::theProjectIsPushed()
 {
+    SKIP_UNLESS_BOX_MAY_CHANGE();
     pushProject(project);
     m_user->picture(QStringLiteral("12-project-pushed"));
 }
@@ -257,6 +275,7 @@ void TestTour::watch(const QString &path, const QString &table, int rows)
 
 void TestTour::itsValuesComeLive()
 {
+    SKIP_WITHOUT_SIMULATOR("a real Box has other meters than the tour's");
     watch(project + QStringLiteral("/Data/Tariff meter"), QStringLiteral("Tariff meter"), 4);
     watch(project + QStringLiteral("/Data/Protection relay"), QStringLiteral("Protection relay"), 3);
     m_user->picture(QStringLiteral("13-live-values"));
@@ -273,6 +292,7 @@ void TestTour::theProjectIsSaved()
 
 void TestTour::aLargeProjectIsLoadedPushedAndWatched()
 {
+    SKIP_WITHOUT_SIMULATOR("a real Box has other meters than the project's");
     QVERIFY(QFile::copy(QStringLiteral(TEST_DATA_DIR "/riverside-substation.json"),
                         QStringLiteral("projects/riverside.json")));
     m_user->giveFile(QDir::current().absoluteFilePath(QStringLiteral("projects/riverside.json")));
@@ -286,7 +306,7 @@ void TestTour::aLargeProjectIsLoadedPushedAndWatched()
     QTRY_VERIFY(!m_user->form<BoxEditDialog>());
     m_user->click(riverside + QStringLiteral("/Box/Gateway north"));
     auto *form = m_user->form<BoxEditDialog>();
-    m_user->type(form, "ip", address);
+    m_user->type(form, "ip", m_address);
     m_user->press(form, "connectButton");
     const QString connected = QCoreApplication::translate("Protocol", "Connection status: Connected");
     QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(), connected);

@@ -1,49 +1,13 @@
 #include "boxsim/commandline.h"
 
 #include "boxsim/faultlist.h"
+#include "boxsim/optiontable.h"
+#include "boxsim/scenariolist.h"
+#include "boxsim/usage.h"
 
 #include <QCommandLineParser>
 
 namespace {
-
-const char description[] =
-    "A simulated Box: serves sessions, transfers and searches on TCP and UDP as a Box does,\n"
-    "runs the project that is pushed to it, and reports moving values for its points.\n"
-    "Prints \"listening on ADDRESS:PORT\" when it is ready, then one line a frame.\n"
-    "\n"
-    "Exit status: 0 ended as asked, 1 could not start, 2 wrong command line.";
-
-struct Option {
-    const char *name;
-    const char *value; // placeholder; null for a switch
-    const char *byDefault;
-    const char *sentence;
-};
-
-const Option optionTable[] = {
-    {"address", "ip", "127.0.0.1", "Listen on this address; 0.0.0.0 for all."},
-    {"port", "number", "30088", "Listen on this TCP and UDP port. The tool knows only 30088."},
-    {"discovery-address", "ip", nullptr,
-     "Listen for search datagrams here; 0.0.0.0 hears broadcasts. As --address if not said."},
-    {"no-discovery", nullptr, nullptr, "Do not open the UDP port."},
-    {"project", "file", nullptr, "Run this project document from the start."},
-    {"report-interval", "ms", nullptr,
-     "Let every Standard report so often, in place of its collectionInterval; 0 for no reports."},
-    {"seed", "number", "1", "Repeat the values of another run with the same seed."},
-    {"set", "key=value", nullptr, "Give a setting its first value, such as lanIp=10.0.0.2. Repeatable."},
-    {"box-version", "text", "1.0.0", "Say this program version in heartbeat answers."},
-    {"serial", "text", "SIM00000001", "Say this serial number in heartbeat answers."},
-    {"model", "text", "MRN-GATE-70", "Say this model in heartbeat and search answers."},
-    {"reboot-time", "ms", "2000", "Stay off the network for so long at a reboot; 0 to stay on."},
-    {"max-file", "bytes", "67108864", "Fail transfers of larger files."},
-    {"save", "folder", nullptr, "Keep the last accepted files there as project.json and program.bin."},
-    {"fault", "name[=value]", nullptr, "Misbehave in this way; see --list-faults. Repeatable."},
-    {"list-faults", nullptr, nullptr, "List the faults and end."},
-    {"log", "file", nullptr, "Append every line to this file as well."},
-    {"quiet", nullptr, nullptr, "Print the readiness line and errors only; --log still gets every line."},
-    {"once", nullptr, nullptr, "End when the last open connection has closed."},
-    {"seconds", "number", nullptr, "End after so many seconds."},
-};
 
 // Reads options and remembers the first that is wrong.
 class Reader
@@ -97,17 +61,15 @@ private:
 
 void setUp(QCommandLineParser *parser)
 {
-    parser->setApplicationDescription(QString::fromLatin1(description));
-    parser->addHelpOption();
-    parser->addVersionOption();
-    for (const Option &option : optionTable) {
-        QString sentence = QString::fromLatin1(option.sentence);
-        if (option.byDefault) {
-            sentence += QStringLiteral(" Default: %1.").arg(QLatin1String(option.byDefault));
+    for (const OptionTable::Group &group : OptionTable::groups()) {
+        for (const OptionTable::Option &option : group.options) {
+            QStringList names = {QString::fromLatin1(option.name)};
+            if (names.constFirst() == QLatin1String("help")) {
+                names.append(QStringLiteral("h"));
+            }
+            parser->addOption(QCommandLineOption(names, QString(), QString::fromLatin1(option.value),
+                                                 QString::fromLatin1(option.byDefault)));
         }
-        parser->addOption(QCommandLineOption(QString::fromLatin1(option.name), sentence,
-                                             QString::fromLatin1(option.value),
-                                             QString::fromLatin1(option.byDefault)));
     }
 }
 
@@ -152,6 +114,7 @@ void readOptions(const QCommandLineParser &parser, Reader *reader, CommandLine *
     line->projectFile = reader->text("project");
     line->logFile = reader->text("log");
     line->saveFolder = reader->text("save");
+    line->hex = parser.isSet(QStringLiteral("hex"));
     line->quiet = parser.isSet(QStringLiteral("quiet"));
     line->once = parser.isSet(QStringLiteral("once"));
     line->seconds = reader->number("seconds", 1, largest / 1000, 0);
@@ -170,6 +133,43 @@ CommandLine just(CommandLine::Action action, const QString &text)
     return line;
 }
 
+// What is asked for in place of a run; runs if nothing is.
+CommandLine instead(const QCommandLineParser &parser)
+{
+    if (parser.isSet(QStringLiteral("help"))) {
+        return just(CommandLine::Action::tell, Usage::help());
+    }
+    if (parser.isSet(QStringLiteral("man"))) {
+        return just(CommandLine::Action::tell, Usage::manualPage().chopped(1)); // its line feed is added
+    }
+    if (parser.isSet(QStringLiteral("version"))) {
+        return just(CommandLine::Action::tell,
+                    QStringLiteral("boxsim ") + QCoreApplication::applicationVersion());
+    }
+    if (parser.isSet(QStringLiteral("list-scenarios"))) {
+        return just(CommandLine::Action::tell, Usage::columns(scenarioEntries()));
+    }
+    if (parser.isSet(QStringLiteral("list-faults"))) {
+        return just(CommandLine::Action::tell, Usage::columns(faultEntries()));
+    }
+    return {};
+}
+
+// The arguments with those of the scenarios before them, so that what the user says counts for more.
+QStringList withScenarios(const QCommandLineParser &parser, const QStringList &arguments, Reader *reader)
+{
+    QStringList all = arguments.mid(0, 1);
+    const QStringList names = parser.values(QStringLiteral("scenario"));
+    for (const QString &name : names) {
+        const QStringList scenario = scenarioArguments(name);
+        if (scenario.isEmpty()) {
+            reader->fail(QStringLiteral("there is no scenario ") + name);
+        }
+        all += scenario;
+    }
+    return all + arguments.mid(1);
+}
+
 } // namespace
 
 CommandLine readCommandLine(const QStringList &arguments)
@@ -179,18 +179,12 @@ CommandLine readCommandLine(const QStringList &arguments)
     if (!parser.parse(arguments)) {
         return just(CommandLine::Action::wrong, parser.errorText());
     }
-    if (parser.isSet(QStringLiteral("help"))) {
-        return just(CommandLine::Action::help, parser.helpText());
+    CommandLine line = instead(parser);
+    if (line.action != CommandLine::Action::run) {
+        return line;
     }
-    if (parser.isSet(QStringLiteral("version"))) {
-        return just(CommandLine::Action::version,
-                    QStringLiteral("boxsim ") + QCoreApplication::applicationVersion());
-    }
-    if (parser.isSet(QStringLiteral("list-faults"))) {
-        return just(CommandLine::Action::listFaults, faultHelp().join(QLatin1Char('\n')));
-    }
-    CommandLine line;
     Reader reader(parser);
+    parser.parse(withScenarios(parser, arguments, &reader));
     readOptions(parser, &reader, &line);
     return reader.wrong().isEmpty() ? line : just(CommandLine::Action::wrong, reader.wrong());
 }

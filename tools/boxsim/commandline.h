@@ -6,14 +6,15 @@
 
 // What the program's command line asks for.
 struct CommandLine {
-    enum class Action { run, help, listFaults, version, wrong };
+    enum class Action { run, tell, wrong };
 
     Action action = Action::run;
-    QString text; // to print: help, faults, version, or what is wrong
+    QString text; // to print and end: help, lists, version, or what is wrong
     BoxSimOptions options;
     QString projectFile; // to read into options.project; empty for none
     QString logFile;     // to append to; empty for none
     QString saveFolder;  // for accepted files; empty for none
+    bool hex = false;    // show bytes
     bool quiet = false;
     bool once = false;
     int seconds = 0; // 0: no end by itself

@@ -4,18 +4,38 @@
 
 #include <cstdio>
 
-EventLog::EventLog(BoxSim *box, bool quiet, QObject *parent)
+namespace {
+
+constexpr int bytesALine = 16;
+
+QByteArray hexLines(const QByteArray &bytes)
+{
+    QByteArray lines;
+    for (int at = 0; at < bytes.size(); at += bytesALine) {
+        QByteArray part = bytes.mid(at, bytesALine);
+        const QByteArray digits = part.toHex(' ').leftJustified(3 * bytesALine);
+        for (char &c : part) {
+            c = c >= ' ' && c <= '~' ? c : '.';
+        }
+        lines +=
+            "    " + QByteArray::number(at, 16).rightJustified(4, '0') + "  " + digits + ' ' + part + '\n';
+    }
+    return lines;
+}
+
+} // namespace
+
+EventLog::EventLog(BoxSim *box, bool quiet, bool hex, QObject *parent)
     : QObject(parent)
     , m_quiet(quiet)
+    , m_hex(hex)
 {
     connect(box, &BoxSim::connectionOpened, this,
             [this](const QString &peer) { write(peer, "--", QStringLiteral("connected")); });
     connect(box, &BoxSim::connectionClosed, this,
             [this](const QString &peer) { write(peer, "--", QStringLiteral("gone")); });
-    connect(box, &BoxSim::frameReceived, this,
-            [this](const BoxSimFrame &frame) { write(frame.peer, "->", frame.text); });
-    connect(box, &BoxSim::frameSent, this,
-            [this](const BoxSimFrame &frame) { write(frame.peer, "<-", frame.text); });
+    connect(box, &BoxSim::frameReceived, this, [this](const BoxSimFrame &frame) { writeFrame("->", frame); });
+    connect(box, &BoxSim::frameSent, this, [this](const BoxSimFrame &frame) { writeFrame("<-", frame); });
     connect(box, &BoxSim::violation, this,
             [this](const QString &peer, const QString &text) { write(peer, "!!", text); });
     connect(box, &BoxSim::searched, this,
@@ -52,17 +72,28 @@ void EventLog::write(const QString &peer, const char *mark, const QString &text)
             ? c
             : QChar(QLatin1Char('?')); // what a peer sends must not break the line or the terminal
     }
-    const QByteArray line =
-        QStringLiteral("%1 %2 %3 %4\n")
+    put(QStringLiteral("%1 %2 %3 %4\n")
             .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")), peer,
                  QLatin1String(mark), clean)
-            .toUtf8();
+            .toUtf8());
+}
+
+void EventLog::writeFrame(const char *mark, const BoxSimFrame &frame)
+{
+    write(frame.peer, mark, frame.text);
+    if (m_hex) {
+        put(hexLines(frame.bytes));
+    }
+}
+
+void EventLog::put(const QByteArray &lines)
+{
     if (!m_quiet) {
-        fputs(line.constData(), stdout);
+        fputs(lines.constData(), stdout);
         fflush(stdout);
     }
     if (m_file.isOpen()) {
-        m_file.write(line);
+        m_file.write(lines);
         m_file.flush();
     }
 }

@@ -2,6 +2,8 @@
 
 #include "boxsim/options.h"
 
+#include <QStringList>
+
 namespace {
 
 // How a fault's value reads. The target is the one member that is not null.
@@ -126,11 +128,6 @@ bool applyValue(const QString &name, bool given, const QString &value, BoxSimFau
     return false;
 }
 
-QString helpLine(const QString &name, const QString &sentence)
-{
-    return name.leftJustified(28) + sentence;
-}
-
 } // namespace
 
 bool applyFault(const QString &text, BoxSimFaults *faults, QString *error)
@@ -150,28 +147,28 @@ bool applyFault(const QString &text, BoxSimFaults *faults, QString *error)
     return true;
 }
 
-QStringList faultHelp()
+QVector<HelpEntry> faultEntries()
 {
-    QStringList lines;
+    QVector<HelpEntry> entries;
     for (const Fault &fault : faultTable) {
         QString name = QString::fromLatin1(fault.name);
         if (fault.value) {
             const bool optional = fault.byDefault >= fault.least;
             name += QString::fromLatin1(optional ? "[=%1]" : "=%1").arg(QLatin1String(fault.value));
         }
-        lines.append(helpLine(name, QString::fromLatin1(fault.sentence)));
+        entries.append({name, QString::fromLatin1(fault.sentence)});
     }
     QStringList verdicts;
     for (const VerdictName &entry : verdictNames) {
         verdicts.append(QString::fromLatin1(entry.name));
     }
-    lines.append(helpLine(QStringLiteral("verdict=kind"),
-                          QStringLiteral("End transfers with a verdict that is ")
-                              + verdicts.join(QStringLiteral(", ")) + QLatin1Char('.')));
-    lines.append(helpLine(
-        QStringLiteral("refuse-write=[type:]code"),
-        QStringLiteral("Refuse writes and the reboot with this code, all or those of a type (105:500).")));
-    lines.append(
-        helpLine(QStringLiteral("missing-key=key"), QStringLiteral("Leave this key out of read answers.")));
-    return lines;
+    entries.append({QStringLiteral("verdict=kind"),
+                    QStringLiteral("End transfers with a verdict that is ")
+                        + verdicts.join(QStringLiteral(", ")) + QLatin1Char('.')});
+    entries.append(
+        {QStringLiteral("refuse-write=[type:]code"),
+         QStringLiteral("Refuse writes and the reboot with this code, all or those of a type (105:500).")});
+    entries.append(
+        {QStringLiteral("missing-key=key"), QStringLiteral("Leave this key out of read answers.")});
+    return entries;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
+#include "boxsim/helpentry.h"
 
 struct BoxSimFaults;
 
@@ -9,5 +8,5 @@ struct BoxSimFaults;
 // faults unchanged, if there is no such fault or its value is missing or out of range.
 bool applyFault(const QString &text, BoxSimFaults *faults, QString *error = nullptr);
 
-// One line a fault: its name with its value's meaning, and a sentence.
-QStringList faultHelp();
+// One entry a fault: its name with its value's meaning, and a sentence.
+QVector<HelpEntry> faultEntries();

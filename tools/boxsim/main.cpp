@@ -89,7 +89,7 @@ int run(CommandLine line)
         return tell(stderr, QStringLiteral("boxsim: cannot make ") + line.saveFolder, couldNotStart);
     }
     BoxSim box(line.options);
-    EventLog log(&box, line.quiet);
+    EventLog log(&box, line.quiet, line.hex);
     if (!line.logFile.isEmpty() && !log.openFile(line.logFile)) {
         return tell(stderr, QStringLiteral("boxsim: %1: %2").arg(line.logFile, log.errorString()),
                     couldNotStart);

@@ -1,0 +1,46 @@
+# Installs the build into a fresh prefix and compares what lies there with what should.
+cmake_minimum_required(VERSION 3.25)
+set(prefix ${WORK_DIR}/prefix)
+file(REMOVE_RECURSE ${WORK_DIR})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefix}
+                OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+
+set(expected
+  bin/boxsim
+  bin/marlin-gate-70
+  libexec/marlin-gate-70/MARLINLOG.log
+  libexec/marlin-gate-70/marlin-gate-70
+  share/applications/marlin-gate-70.desktop
+  share/doc/marlin-gate-70/changelog
+  share/doc/marlin-gate-70/copyright
+  share/icons/hicolor/scalable/apps/marlin-gate-70.svg
+  share/man/man1/boxsim.1
+  share/man/man1/marlin-gate-70.1
+  share/metainfo/org.marlingate.marlingate70.metainfo.xml)
+foreach(size 16 22 24 32 48 64 128 256 512)
+  list(APPEND expected share/icons/hicolor/${size}x${size}/apps/marlin-gate-70.png)
+endforeach()
+
+# The manual's pages and pictures may come and go; what matters is that they are there and nothing but they.
+file(GLOB_RECURSE files LIST_DIRECTORIES false RELATIVE ${prefix} ${prefix}/*)
+set(found ${files})
+list(FILTER files INCLUDE REGEX "^share/doc/marlin-gate-70/(pictures/)?[a-z0-9-]+\\.(md|png)$")
+list(REMOVE_ITEM found ${files})
+# A link to what is not there yet is no file to GLOB.
+if(IS_SYMLINK ${prefix}/libexec/marlin-gate-70/MARLINLOG.log)
+  list(APPEND found libexec/marlin-gate-70/MARLINLOG.log)
+  list(REMOVE_DUPLICATES found)
+endif()
+
+list(SORT expected)
+list(SORT found)
+if(NOT found STREQUAL expected)
+  message(FATAL_ERROR "Installed:\n${found}\nExpected:\n${expected}")
+endif()
+foreach(page box-protocol.md project-document.md)
+  if(NOT share/doc/marlin-gate-70/${page} IN_LIST files)
+    message(FATAL_ERROR "${page} is missing.")
+  endif()
+endforeach()
+
+execute_process(COMMAND ${prefix}/bin/boxsim --version COMMAND_ERROR_IS_FATAL ANY)
