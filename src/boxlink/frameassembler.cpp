@@ -77,6 +77,7 @@ FrameAssembler::Span FrameAssembler::completeCarried(Chunk &chunk, Buffer &joine
         return offset < carry ? m_carryBuffer.data()[start + offset] : chunk.data[offset - carry];
     };
     while (carry > 0) {
+        remember(start + carry, chunk.data, qMin(chunk.length, qsizetype(Frame::bodyOffset - carry)));
         if (Frame::bodyOffset - carry > chunk.length) {
             keepWaiting(chunk, carry); // the length field is not complete
             return {};
@@ -94,6 +95,7 @@ FrameAssembler::Span FrameAssembler::completeCarried(Chunk &chunk, Buffer &joine
             }
             std::copy_n(m_carryBuffer.data() + start, carry, joined.data());
             std::copy_n(chunk.data, need, joined.data() + carry);
+            remember(start + carry, chunk.data, need);
             chunk.position = need;
             return {joined.data(), size};
         }
@@ -112,7 +114,7 @@ void FrameAssembler::keepWaiting(Chunk &chunk, int carry)
         return;
     }
     if (chunk.length <= Frame::carryCapacity - carry) {
-        std::copy_n(chunk.data, chunk.length, m_carryBuffer.data() + carry);
+        remember(carry, chunk.data, chunk.length);
         m_carryLength = carry + int(chunk.length);
     }
     chunk.position = chunk.length;
@@ -122,7 +124,8 @@ void FrameAssembler::keepWaiting(Chunk &chunk, int carry)
 //
 // On purpose *carry is lessened by the rejected header only and not by what is skipped before the next one,
 // and keepWaiting() adds to the buffer from its beginning: behind a rejected frame the carry is a guess, and
-// the guess is settled by the next header to come in. What it counts beyond the carried bytes reads as zeros.
+// the guess is settled by the next header to come in. What it counts beyond the carried bytes is what earlier
+// frames left there.
 bool FrameAssembler::skipCarriedHeader(int *start, int *carry)
 {
     *start += Frame::headerSize;
@@ -130,14 +133,19 @@ bool FrameAssembler::skipCarriedHeader(int *start, int *carry)
     if (*carry < 1) {
         return false;
     }
-    char *const carried = m_carryBuffer.data() + *start;
-    const int skipped = int(findHeader(carried, *carry));
+    const int skipped = int(findHeader(m_carryBuffer.data() + *start, *carry));
     if (skipped < 0 || *start + skipped + *carry > Frame::carryCapacity) {
         return false;
     }
-    std::fill_n(carried + *carry, skipped, '\0');
     *start += skipped;
     return true;
+}
+
+// Puts bytes into the buffer, as far as it reaches.
+void FrameAssembler::remember(int place, const char *data, qsizetype length)
+{
+    const qsizetype room = qMax(0, Frame::carryCapacity - place);
+    std::copy_n(data, qBound(qsizetype(0), length, room), m_carryBuffer.data() + place);
 }
 
 // Nothing is carried over. Finds the next frame that lies whole in the chunk, which is handed out in place;
@@ -155,7 +163,7 @@ FrameAssembler::Span FrameAssembler::nextWhole(Chunk &chunk)
         // A start of up to 6 bytes is kept unseen, though the last of them may complete the length field.
         const int size = rest > Frame::bodyOffset ? Frame::readLittle16(frame + Frame::lengthOffset) : 0;
         if (rest <= Frame::bodyOffset || (size > rest && rest <= Frame::carryCapacity)) {
-            std::copy_n(frame, rest, m_carryBuffer.data());
+            remember(0, frame, rest);
             m_carryLength = qint32(rest);
             break;
         }

@@ -46,6 +46,7 @@ private:
     Span completeCarried(Chunk &chunk, Buffer &joined);
     void keepWaiting(Chunk &chunk, int carry);
     bool skipCarriedHeader(int *start, int *carry);
+    void remember(int place, const char *data, qsizetype length);
     Span nextWhole(Chunk &chunk);
 
     Sink m_sink;

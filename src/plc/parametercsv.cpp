@@ -22,7 +22,9 @@ bool passes(ParameterCell cell, const QString &field)
 {
     static const QRegularExpression address(QStringLiteral("^[\\x21-\\x7E]+$"));
     static const QRegularExpression length(QStringLiteral("^-?\\d*$"));
-    static const QRegularExpression amplitude(QStringLiteral("^-?\\d*\\.?\\d*$"));
+    // Digits, a point, digits, of which each may lack. Possessive, so that a long number that fails at its
+    // end is not tried again from each of its digits.
+    static const QRegularExpression amplitude(QStringLiteral("^-?\\d*+(?:\\.\\d*+)?$"));
     static const QRegularExpression formula(QStringLiteral("^[\\d.+\\-*/X]*$"));
     switch (cell) {
     case ParameterCell::Address:

@@ -1,14 +1,14 @@
 #pragma once
 
-// Frames by hand, the reader under test, and a second telling of its rules to compare it with.
+// Frames by hand, the reader under test, and the model of its rules to compare it with.
 
 #include "boxlink/frameassembler.h"
+#include "framemodel.h"
 
 #include <QByteArray>
 #include <QList>
 
 #include <algorithm>
-#include <limits>
 #include <memory>
 
 namespace FrameStream {
@@ -59,98 +59,6 @@ public:
     FrameAssembler assembler;
 };
 
-// The same rules once more, told in slices of byte arrays: what is kept, what is in hand, what is left.
-class Model
-{
-public:
-    void feed(const QByteArray &chunk)
-    {
-        if (chunk.isEmpty()) {
-            return;
-        }
-        if (kept.isEmpty()) {
-            fresh(chunk);
-        } else {
-            carried(chunk);
-        }
-    }
-
-    Frames frames;
-
-private:
-    static int headerIn(const QByteArray &range)
-    {
-        return range == QByteArray("\x12") ? 0 : range.indexOf(QByteArray("\x12\x34"));
-    }
-
-    static int announced(const QByteArray &start)
-    {
-        return start.size() < 6 ? std::numeric_limits<int>::max() : uchar(start[4]) + 256 * uchar(start[5]);
-    }
-
-    static bool isWhole(const QByteArray &candidate)
-    {
-        return candidate.size() >= 8 && candidate.endsWith("Vx");
-    }
-
-    void fresh(QByteArray left)
-    {
-        kept.clear();
-        for (int at = headerIn(left); at >= 0; at = headerIn(left)) {
-            left = left.mid(at);
-            const int size = announced(left);
-            if (left.size() < 7 || (size > left.size() && left.size() <= 4096)) {
-                kept = left;
-                return;
-            }
-            const bool whole = size <= left.size() && isWhole(left.left(size));
-            if (whole) {
-                frames.append(left.left(size));
-            }
-            left = left.mid(whole ? size : 2);
-        }
-    }
-
-    void carried(const QByteArray &chunk)
-    {
-        const QByteArray buffer = kept;
-        QByteArray hand = kept;
-        int place = 0; // of what is in hand within the buffer
-        while (!hand.isEmpty()) {
-            const QByteArray joined = hand + chunk;
-            const int size = announced(joined);
-            if (size > joined.size()) {
-                if (headerIn(chunk) >= 0) {
-                    break;
-                }
-                kept = buffer.left(hand.size()) + chunk;
-                if (kept.size() > 4096) {
-                    kept.clear();
-                }
-                return;
-            }
-            if (size > hand.size() && isWhole(joined.left(size))) {
-                if (size > 4096) {
-                    break;
-                }
-                frames.append(joined.left(size));
-                fresh(chunk.mid(size - hand.size()));
-                return;
-            }
-            const QByteArray behind = hand.mid(2);
-            const int at = headerIn(behind);
-            place += 2 + at;
-            if (at < 0 || place + behind.size() > 4096) {
-                break;
-            }
-            hand = behind.mid(at) + QByteArray(at, '\0');
-        }
-        fresh(chunk);
-    }
-
-    QByteArray kept;
-};
-
 // Chunks of a stream, cut before each of the given places.
 inline QList<QByteArray> cut(const QByteArray &stream, const QList<int> &places)
 {
@@ -175,7 +83,7 @@ inline Frames readerFrames(const QList<QByteArray> &chunks)
 
 inline Frames modelFrames(const QList<QByteArray> &chunks)
 {
-    Model model;
+    FrameModel model;
     for (const QByteArray &chunk : chunks) {
         model.feed(chunk);
     }

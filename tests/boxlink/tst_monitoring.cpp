@@ -1,6 +1,8 @@
 #include "boxlink/monitoringaccumulator.h"
 
+#include <QFile>
 #include <QJsonArray>
+#include <QtEndian>
 #include <QtTest>
 
 namespace {
@@ -31,6 +33,35 @@ QJsonObject report(int size)
 
 using MonitoringAccumulator::addSegment;
 
+// A text in segments, as a Box cuts it; what the last of them gives.
+std::optional<QJsonObject> sendReport(const QByteArray &text)
+{
+    const auto little32 = [](int number) {
+        QByteArray bytes(4, '\0');
+        qToLittleEndian(number, bytes.data());
+        return bytes;
+    };
+    std::optional<QJsonObject> given;
+    int number = 0;
+    for (int at = 0; at < text.size(); at += 1024) {
+        const QByteArray part = text.mid(at, 1024);
+        given = addSegment(hex("12 34 06 00") + little32(part.size() + 19).left(2) + hex("01")
+                           + little32(text.size()) + little32(part.size()).left(2) + little32(++number) + part
+                           + hex("56 78"));
+    }
+    return given;
+}
+
+// What the process holds in memory, or 0.
+qint64 residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    return file.readAll().split(' ').value(1).toLongLong() * 4096;
+}
+
 } // namespace
 
 class tst_Monitoring : public QObject
@@ -59,7 +90,10 @@ private slots:
     void textThatIsNotJson();
     void arrayReadsAsAnEmptyReport();
     void resetForgetsTheReport();
+    void deepTextIsSurvived_data();
+    void deepTextIsSurvived();
     void endlessReportIsDropped();
+    void droppedReportReleasesItsMemory();
 };
 
 void tst_Monitoring::oneSegment()
@@ -249,6 +283,25 @@ void tst_Monitoring::resetForgetsTheReport()
     QCOMPARE(addSegment(segment("15 00", "02 00 00 00", "02 00", "01 00 00 00", "{}")), QJsonObject());
 }
 
+void tst_Monitoring::deepTextIsSurvived_data()
+{
+    QTest::addColumn<QByteArray>("text"); // of a MiB
+    const int half = 512 * 1024;
+    QTest::newRow("arrays") << QByteArray(half, '[') + QByteArray(half, ']');
+    QTest::newRow("arrays without an end") << QByteArray(2 * half, '[');
+    QTest::newRow("objects without an end")
+        << QByteArray("{\"a\":").repeated(2 * half / 5 + 1).left(2 * half);
+}
+
+void tst_Monitoring::deepTextIsSurvived()
+{
+    QFETCH(QByteArray, text);
+
+    QTest::ignoreMessage(QtWarningMsg, "Failed to parse JSON data");
+    QCOMPARE(sendReport(text), std::nullopt);
+    QCOMPARE(addSegment(segment("15 00", "02 00 00 00", "02 00", "01 00 00 00", "{}")), QJsonObject());
+}
+
 void tst_Monitoring::endlessReportIsDropped()
 {
     // Announces 4 GiB in frames of the largest size, and never ends.
@@ -265,6 +318,31 @@ void tst_Monitoring::endlessReportIsDropped()
     QCOMPARE(addSegment(frame), std::nullopt);
     QTest::ignoreMessage(QtDebugMsg, "data长度::2");
     QCOMPARE(addSegment(segment("15 00", "02 00 00 00", "02 00", "01 00 00 00", "{}")), QJsonObject());
+}
+
+void tst_Monitoring::droppedReportReleasesItsMemory()
+{
+#if defined(__SANITIZE_ADDRESS__)
+    QSKIP("the sanitizer keeps released memory for a while");
+#endif
+    if (residentBytes() == 0) {
+        QSKIP("no figures of the process here");
+    }
+    const QByteArray frame = segment("ff ff", "ff ff ff ff", "00 04", "01 00 00 00", QByteArray(65516, ' '));
+    const QtMessageHandler shown =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    const qint64 before = residentBytes();
+    qint64 sent = 0;
+    for (; sent + 65516 <= MonitoringAccumulator::sizeLimit; sent += 65516) {
+        addSegment(frame);
+    }
+    const qint64 full = residentBytes();
+    addSegment(frame);
+    const qint64 after = residentBytes();
+    qInstallMessageHandler(shown);
+
+    QVERIFY2(full - before > sent / 2, qPrintable(QStringLiteral("%1 bytes").arg(full - before)));
+    QVERIFY2(after - before < sent / 16, qPrintable(QStringLiteral("%1 bytes").arg(after - before)));
 }
 
 QTEST_GUILESS_MAIN(tst_Monitoring)

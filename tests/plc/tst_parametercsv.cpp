@@ -379,6 +379,14 @@ void TestParameterCsv::hostileFilesAreSurvived()
     }
     m_editor->importFile(writeFile(many + "end\n"));
     QCOMPARE(m_table->rowCount(), 0);
+
+    make(ParameterVariant::plc());
+    for (const QByteArray &amplitude :
+         {QByteArray(4 * 1024 * 1024, '1') + 'x', "0." + QByteArray(4 * 1024 * 1024, '1') + '.'}) {
+        m_boxes->expect();
+        m_editor->importFile(writeFile(plcHeader + "D1,a,int16,1,r,Timed," + amplitude + ",,,\n"));
+    }
+    QCOMPARE(m_table->rowCount(), 0);
 }
 
 void TestParameterCsv::withoutTableTheExportIsEmptyAndTheImportTells()
