@@ -77,6 +77,7 @@ BoxCommonPage BoxCommonPage::build(BoxEditDialog *form)
     BoxCommonPage page{widget, new QLabel(BoxEditDialog::tr("Connection status: connecting.."), widget),
                        new QLabel(BoxEditDialog::tr("Program version: ") + QLatin1String("0.0.0"), widget),
                        new QProgressBar(widget)};
+    page.version->setTextFormat(Qt::PlainText); // the Box's own words
     page.status->setObjectName(QStringLiteral("statusLabel"));
     page.version->setObjectName(QStringLiteral("versionLabel"));
     page.progress->setObjectName(QStringLiteral("progressBar"));

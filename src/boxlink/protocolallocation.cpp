@@ -1,10 +1,10 @@
 // The JSON commands of a session: a Box's settings, group by group, and its reboot.
 
 #include "boxlink/protocol.h"
+#include "widgets/tell.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QMessageBox>
 
 #include <optional>
 
@@ -158,7 +158,7 @@ void tellResult(const QByteArray &answer, const WriteTexts &texts)
     const QString text = code.toString() == QLatin1String("200")
         ? Protocol::tr(texts.success)
         : Protocol::tr(texts.failure) + code.toString();
-    QMessageBox::information(nullptr, Protocol::tr(texts.title), text, QMessageBox::Ok);
+    Tell::information(nullptr, Protocol::tr(texts.title), text);
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 #include "mainwindow/cimageviewer.h"
 
 #include "mainwindow/crenderwidget.h"
+#include "widgets/tell.h"
 
 #include <QAction>
 #include <QFileDialog>
-#include <QMessageBox>
 
 namespace {
 
@@ -58,7 +58,7 @@ void CImageViewer::open()
 {
     const QString path = QFileDialog::getOpenFileName(this, tr("Open Image"));
     if (!path.isEmpty() && !loadFile(path)) {
-        QMessageBox::warning(this, tr("Open Image"), tr("%1 is not an image that can be shown.").arg(path));
+        Tell::warning(this, tr("Open Image"), tr("%1 is not an image that can be shown.").arg(path));
     }
 }
 

@@ -6,9 +6,9 @@
 #include "mainwindow/docking.h"
 #include "mainwindow/docklayout.h"
 #include "widgets/svgicon.h"
+#include "widgets/tell.h"
 
 #include <QAction>
-#include <QMessageBox>
 #include <QRandomGenerator>
 
 using ads::CDockManager;
@@ -160,7 +160,8 @@ void DormantDocks::closeImageViewer(CDockWidget *dock)
 void DormantDocks::askToClose(CDockWidget *dock, const QString &title, const QString &text)
 {
     const QPointer<CDockWidget> guarded(dock);
-    if (QMessageBox::question(m_window, title, text) == QMessageBox::Yes && guarded) {
+    if (Tell::question(m_window, title, text, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes
+        && guarded) {
         guarded->closeDockWidget();
     }
 }

@@ -4,13 +4,13 @@
 #include "mainwindow/docking.h"
 #include "model/itemref.h"
 #include "widgets/svgicon.h"
+#include "widgets/tell.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QDialog>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <QStandardItem>
 
 #include <algorithm>
@@ -170,14 +170,12 @@ void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidg
     }
     const QString name = form.name->text();
     if (name.isEmpty()) {
-        QMessageBox::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
+        Tell::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
     } else if (!item->parent()) {
-        QMessageBox::warning(window, CMainWindow::tr("error"),
-                             CMainWindow::tr("Unable to find parent directory"));
+        Tell::warning(window, CMainWindow::tr("error"), CMainWindow::tr("Unable to find parent directory"));
     } else if (siblingHasName(item, name)) {
-        QMessageBox::warning(
-            window, CMainWindow::tr("Duplicate name"),
-            CMainWindow::tr("The name\"%1\"already exists, please change the name.").arg(name));
+        Tell::warning(window, CMainWindow::tr("Duplicate name"),
+                      CMainWindow::tr("The name\"%1\"already exists, please change the name.").arg(name));
     } else {
         item->setText(name);
         form.saveChanges();

@@ -2,6 +2,7 @@
 
 #include "document/projectfile.h"
 #include "document/projectreader.h"
+#include "widgets/tell.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -9,7 +10,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QMessageBox>
 #include <QStandardItemModel>
 #include <QTreeView>
 
@@ -95,5 +95,5 @@ void ProjectFiles::loadFile(const QString &path)
 
 void ProjectFiles::inform(const QString &title, const QString &text)
 {
-    QMessageBox::information(m_dialogParent, title, text);
+    Tell::information(m_dialogParent, title, text);
 }

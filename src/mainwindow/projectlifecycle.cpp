@@ -7,10 +7,10 @@
 #include "model/itemref.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "widgets/tell.h"
 
 #include <QDebug>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QStandardItemModel>
 #include <QTreeView>
 
@@ -22,7 +22,7 @@ ProjectLifecycle::ProjectLifecycle(CMainWindow *window, EditorTabs *tabs)
 
 void ProjectLifecycle::warn(const QString &text) const
 {
-    QMessageBox::warning(m_window, CMainWindow::tr("Warning"), text);
+    Tell::warning(m_window, CMainWindow::tr("Warning"), text);
 }
 
 void ProjectLifecycle::create(const QString &name, const QString &path, const QString &description) const
@@ -112,9 +112,9 @@ void ProjectLifecycle::close() const
         return;
     }
     const auto answer =
-        QMessageBox::question(m_window, CMainWindow::tr("Save Changes"),
-                              CMainWindow::tr("Do you want to save changes before deleting the project?"),
-                              QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        Tell::question(m_window, CMainWindow::tr("Save Changes"),
+                       CMainWindow::tr("Do you want to save changes before deleting the project?"),
+                       QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     if (answer == QMessageBox::Yes) {
         if (QStandardItem *project = m_window->currentItem()) {
             m_window->saveJsonFile(project);
@@ -138,8 +138,9 @@ void ProjectLifecycle::saveAllIfWanted() const
         return;
     }
     const auto answer =
-        QMessageBox::question(m_window, CMainWindow::tr("Save Changes"),
-                              CMainWindow::tr("Do you want to save all projects before closing them?"));
+        Tell::question(m_window, CMainWindow::tr("Save Changes"),
+                       CMainWindow::tr("Do you want to save all projects before closing them?"),
+                       QMessageBox::Yes | QMessageBox::No);
     if (answer == QMessageBox::Yes) {
         m_window->saveProjectAllFile();
     }
@@ -152,9 +153,9 @@ ProjectLifecycle::Exit ProjectLifecycle::confirmExit() const
         return Exit::LeaveUnasked;
     }
     const auto answer =
-        QMessageBox::question(m_window, CMainWindow::tr("Save Changes"),
-                              CMainWindow::tr("Do you want to save all projects before closing them?"),
-                              QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        Tell::question(m_window, CMainWindow::tr("Save Changes"),
+                       CMainWindow::tr("Do you want to save all projects before closing them?"),
+                       QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     if (answer == QMessageBox::Yes) {
         m_window->saveProjectAllFile();
     }

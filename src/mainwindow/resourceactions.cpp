@@ -5,9 +5,9 @@
 #include "mainwindow/editortabs.h"
 #include "mainwindow/monitoringview.h"
 #include "model/projecttree.h"
+#include "widgets/tell.h"
 
 #include <QDialog>
-#include <QMessageBox>
 #include <QStandardItemModel>
 #include <QTreeView>
 
@@ -32,8 +32,8 @@ void ResourceActions::add(const ResourceKinds::AddKind &kind)
     }
     const bool isNamed = !resource->name.isEmpty();
     if (!isNamed || isNameTaken(kind, folder, resource->name)) {
-        QMessageBox::warning(m_window, CMainWindow::tr("Warning"),
-                             CMainWindow::tr(isNamed ? kind.duplicateName : kind.emptyName));
+        Tell::warning(m_window, CMainWindow::tr("Warning"),
+                      CMainWindow::tr(isNamed ? kind.duplicateName : kind.emptyName));
         return;
     }
     QStandardItem *item = ProjectTree::appendDefinition(folder, resource->name, resource->icon);

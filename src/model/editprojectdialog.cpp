@@ -2,10 +2,10 @@
 
 #include "app/activitylog.h"
 #include "widgets/formpage.h"
+#include "widgets/tell.h"
 
 #include <QFormLayout>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -65,7 +65,7 @@ void EditProjectDialog::setDescription(const QString &description)
 void EditProjectDialog::saveChanges()
 {
     if (m_name->text().isEmpty()) {
-        QMessageBox::warning(this, QStringLiteral("Warning"), QStringLiteral("Name cannot be empty."));
+        Tell::warning(this, QStringLiteral("Warning"), QStringLiteral("Name cannot be empty."));
         return;
     }
     emit projectModified(m_name->text(), m_path->text(), m_description->toPlainText());

@@ -2,6 +2,7 @@
 
 #include "app/activitylog.h"
 #include "widgets/formpage.h"
+#include "widgets/tell.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -9,7 +10,6 @@
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -82,7 +82,7 @@ void NewProjectDialog::browsePath()
 void NewProjectDialog::createProject()
 {
     if (m_name->text().isEmpty() || m_path->text().isEmpty()) {
-        QMessageBox::warning(this, tr("Warning"), tr("Name and Path cannot be empty."));
+        Tell::warning(this, tr("Warning"), tr("Name and Path cannot be empty."));
         return;
     }
     emit projectCreated(m_name->text(), m_path->text(), m_description->toPlainText());

@@ -8,6 +8,7 @@ QMessageBox::StandardButton tell(QMessageBox::Icon icon, QWidget *parent, const 
                                  const QString &text, QMessageBox::StandardButtons buttons)
 {
     QPointer<QMessageBox> box = new QMessageBox(icon, title, text, buttons, parent);
+    box->setTextFormat(Qt::PlainText); // names and codes come from files and Boxes: they are no mark-up
     const int pressed = box->exec();
     if (!box) {
         return QMessageBox::NoButton;

@@ -24,7 +24,7 @@ endforeach()
 # The manual's pages and pictures may come and go; what matters is that they are there and nothing but they.
 file(GLOB_RECURSE files LIST_DIRECTORIES false RELATIVE ${prefix} ${prefix}/*)
 set(found ${files})
-list(FILTER files INCLUDE REGEX "^share/doc/marlin-gate-70/(pictures/)?[a-z0-9-]+\\.(md|png)$")
+list(FILTER files INCLUDE REGEX "^share/doc/marlin-gate-70/(pictures/((en|zh)/)?)?[a-z0-9-]+(\\.zh)?\\.(md|png)$")
 list(REMOVE_ITEM found ${files})
 # A link to what is not there yet is no file to GLOB.
 if(IS_SYMLINK ${prefix}/libexec/marlin-gate-70/MARLINLOG.log)

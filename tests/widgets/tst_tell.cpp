@@ -1,0 +1,45 @@
+#include "widgets/tell.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QPointer>
+#include <QTimer>
+#include <QtTest>
+
+// The message boxes of the forms.
+class TestTell : public QObject
+{
+    Q_OBJECT
+private slots:
+    void textIsShownAsItStands();
+    void boxThatDiesWithItsParentHasNoAnswer();
+};
+
+void TestTell::textIsShownAsItStands()
+{
+    QString shown;
+    Qt::TextFormat format = Qt::RichText;
+    QTimer::singleShot(0, this, [&] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        QVERIFY(box);
+        shown = box->text();
+        format = box->textFormat();
+        box->button(QMessageBox::No)->click();
+    });
+    QCOMPARE(Tell::question(nullptr, QStringLiteral("Box"), QStringLiteral("<img src='file:///x'>"),
+                            QMessageBox::Yes | QMessageBox::No),
+             QMessageBox::No);
+    QCOMPARE(shown, QStringLiteral("<img src='file:///x'>"));
+    QCOMPARE(format, Qt::PlainText);
+}
+
+void TestTell::boxThatDiesWithItsParentHasNoAnswer()
+{
+    QPointer<QWidget> parent = new QWidget;
+    QTimer::singleShot(0, this, [parent] { delete parent; });
+    QCOMPARE(Tell::warning(parent, QStringLiteral("Box"), QStringLiteral("gone")), QMessageBox::NoButton);
+    QVERIFY(!parent);
+}
+
+QTEST_MAIN(TestTell)
+#include "tst_tell.moc"
