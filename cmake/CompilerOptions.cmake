@@ -25,3 +25,7 @@ if(MARLINGATE_COVERAGE)
   target_compile_options(marlingate_options INTERFACE --coverage)
   target_link_options(marlingate_options INTERFACE --coverage)
 endif()
+
+if(MARLINGATE_FUZZ)
+  target_compile_options(marlingate_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
