@@ -25,15 +25,27 @@ void insertFields(QJsonObject *object, const Table &fields, const QStandardItem 
     }
 }
 
-// Cells that a short row lacks are written as empty ones.
-template <typename Table> QJsonObject rowObject(const Table &columns, const QVariantList &row)
+// Adds a row's cells to the object; those that a short row lacks are written as empty ones.
+template <typename Table>
+QJsonObject withRow(QJsonObject object, const Table &columns, const QVariantList &row)
 {
-    QJsonObject object;
     int cell = 0;
     for (const Column &column : columns) {
         object.insert(column.key, toDocument(row.value(cell++), column.coding));
     }
     return object;
+}
+
+// One object per row, from the given one on. All start as copies of an object that has the keys: a value for
+// a key that is there costs half of one with a new key.
+template <typename Table> QJsonArray rowArray(const Table &columns, const RowList &rows, int first)
+{
+    const QJsonObject keys = withRow(QJsonObject(), columns, QVariantList());
+    QJsonArray array;
+    for (int row = first; row < rows.size(); ++row) {
+        array.append(withRow(keys, columns, rows.at(row)));
+    }
+    return array;
 }
 
 QJsonObject boxObject(const QStandardItem &box, const Texts &)
@@ -88,12 +100,8 @@ QJsonObject parameterObject(const QStandardItem &standard, StandardKind kind)
 
 QJsonObject modbusGroup(const RowList &rows, const Texts &)
 {
-    QJsonObject group = rowObject(modbusGroupColumns, rows.value(0));
-    QJsonArray points;
-    for (int row = 1; row < rows.size(); ++row) {
-        points.append(rowObject(modbusPointColumns, rows.at(row)));
-    }
-    group.insert(datasKey, points);
+    QJsonObject group = withRow(QJsonObject(), modbusGroupColumns, rows.value(0));
+    group.insert(datasKey, rowArray(modbusPointColumns, rows, 1));
     return group;
 }
 
@@ -139,14 +147,9 @@ QJsonArray groupArray(const QStandardItem &standard, QJsonObject (*group)(const 
     return array;
 }
 
-template <typename Table> QJsonArray rowArray(const Table &columns, const QStandardItem &standard)
+template <typename Table> QJsonArray plainList(const Table &columns, const QStandardItem &standard)
 {
-    QJsonArray array;
-    const auto rows = standard.data(standardDatasRole).value<RowList>();
-    for (const QVariantList &row : rows) {
-        array.append(rowObject(columns, row));
-    }
-    return array;
+    return rowArray(columns, standard.data(standardDatasRole).value<RowList>(), 0);
 }
 
 void writeModbus(QJsonObject *object, const QStandardItem &standard, const Texts &texts)
@@ -167,13 +170,13 @@ void writeDlt645(QJsonObject *object, const QStandardItem &standard, const Texts
 void writeDido(QJsonObject *object, const QStandardItem &standard, const Texts &)
 {
     object->insert(parameterKey, parameterObject(standard, Dido));
-    object->insert(datasKey, rowArray(didoColumns, standard));
+    object->insert(datasKey, plainList(didoColumns, standard));
 }
 
 void writeCustomPoll(QJsonObject *object, const QStandardItem &standard, const Texts &)
 {
     object->insert(parameterKey, parameterObject(standard, CustomPoll));
-    object->insert(datasKey, rowArray(customPollColumns, standard));
+    object->insert(datasKey, plainList(customPollColumns, standard));
 }
 
 void writeOpcUa(QJsonObject *object, const QStandardItem &standard, const Texts &texts)
@@ -188,7 +191,7 @@ void writeOpcUa(QJsonObject *object, const QStandardItem &standard, const Texts 
     }
     object->insert(parameterKey, parameterObject(standard, OpcUa));
     object->insert(extendedParametersKey, extended);
-    object->insert(datasKey, rowArray(opcUaColumns, standard));
+    object->insert(datasKey, plainList(opcUaColumns, standard));
 }
 
 // A protocol of none of these kinds leaves the name alone, without even "protocol".
