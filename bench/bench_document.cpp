@@ -85,14 +85,18 @@ void saveAndLoad(benchmark::State &state, MakeProject makeProject, Shape shape)
     }
 }
 
+void once(benchmark::internal::Benchmark *benchmark)
+{
+    benchmark->Iterations(1)->Unit(benchmark::kMillisecond);
+}
+
 } // namespace
 
-#define ONCE ->Iterations(1)->Unit(benchmark::kMillisecond)
-BENCHMARK_CAPTURE(save, 100000, LargePlant::modbusProject, plant) ONCE;
-BENCHMARK_CAPTURE(saveLeast, 100000, plant) ONCE;
-BENCHMARK_CAPTURE(save, 10000, LargePlant::modbusProject, tenth) ONCE;
-BENCHMARK_CAPTURE(saveLeast, 10000, tenth) ONCE;
-BENCHMARK_CAPTURE(load, 100000, LargePlant::modbusProject, plant) ONCE;
-BENCHMARK_CAPTURE(loadLeast, 100000, plant) ONCE;
-BENCHMARK_CAPTURE(saveAndLoad, dlt645, LargePlant::meterProject, tenth) ONCE;
-BENCHMARK_CAPTURE(saveAndLoad, modbus, LargePlant::modbusProject, tenth) ONCE;
+BENCHMARK_CAPTURE(save, 100000, LargePlant::modbusProject, plant)->Apply(once);
+BENCHMARK_CAPTURE(saveLeast, 100000, plant)->Apply(once);
+BENCHMARK_CAPTURE(save, 10000, LargePlant::modbusProject, tenth)->Apply(once);
+BENCHMARK_CAPTURE(saveLeast, 10000, tenth)->Apply(once);
+BENCHMARK_CAPTURE(load, 100000, LargePlant::modbusProject, plant)->Apply(once);
+BENCHMARK_CAPTURE(loadLeast, 100000, plant)->Apply(once);
+BENCHMARK_CAPTURE(saveAndLoad, dlt645, LargePlant::meterProject, tenth)->Apply(once);
+BENCHMARK_CAPTURE(saveAndLoad, modbus, LargePlant::modbusProject, tenth)->Apply(once);

@@ -92,6 +92,18 @@ void prepare(QTableWidget *table, const QVariantList &rows, int sortColumn)
     QCoreApplication::processEvents();
 }
 
+// Whether each row shows the value of its own point.
+bool holds(const QTableWidget &table, const QVariantList &rows)
+{
+    for (int row = 0; row < table.rowCount(); ++row) {
+        const int point = table.item(row, 0)->text().mid(6).toInt(); // behind "Point "
+        if (table.item(row, 3)->text() != rows.at(point).toMap().value(QStringLiteral("value")).toString()) {
+            return false;
+        }
+    }
+    return table.rowCount() == rows.size();
+}
+
 void liveTable(benchmark::State &state)
 {
     QList<QVariantList> reports;
@@ -105,6 +117,9 @@ void liveTable(benchmark::State &state)
         MonitoringTable::update(&table, reports.at(round % rounds), timeOf(round));
         QCoreApplication::processEvents();
         ++round;
+    }
+    if (!holds(table, reports.at((round - 1) % rounds))) {
+        state.SkipWithError("a value stands in the wrong row");
     }
 }
 

@@ -37,7 +37,7 @@ QJsonObject withRow(QJsonObject object, const Table &columns, const QVariantList
 }
 
 // One object per row, from the given one on. All start as copies of an object that has the keys: a value for
-// a key that is there costs half of one with a new key.
+// a key that is there costs much less than one with a new key.
 template <typename Table> QJsonArray rowArray(const Table &columns, const RowList &rows, int first)
 {
     const QJsonObject keys = withRow(QJsonObject(), columns, QVariantList());
