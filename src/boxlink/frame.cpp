@@ -13,16 +13,21 @@ template <typename Number> void appendLittle(QByteArray &bytes, Number number)
     bytes.append(little, sizeof(Number));
 }
 
-QByteArray buildFrame(Frame::Command command, const QByteArray &body)
+// A frame up to its body, with room for all of it.
+QByteArray beginFrame(Frame::Command command, int bodySize)
 {
+    const int size = Frame::minimumSize + bodySize;
     QByteArray frame;
-    frame.reserve(Frame::minimumSize + body.size());
+    frame.reserve(size);
     frame.append(Frame::header0).append(Frame::header1);
     frame.append(char(command >> 8)).append(char(command & 0xff));
-    appendLittle(frame, quint16(Frame::minimumSize + body.size()));
-    frame.append(body);
-    frame.append(Frame::footer0).append(Frame::footer1);
+    appendLittle(frame, quint16(size));
     return frame;
+}
+
+QByteArray &endFrame(QByteArray &frame)
+{
+    return frame.append(Frame::footer0).append(Frame::footer1);
 }
 
 } // namespace
@@ -44,33 +49,36 @@ quint16 Frame::readCommand(const char *frame)
 
 QByteArray Frame::heartbeatFrame()
 {
-    return buildFrame(heartbeatRequest, QByteArray());
+    QByteArray frame = beginFrame(heartbeatRequest, 0);
+    return endFrame(frame);
 }
 
 QByteArray Frame::buildJsonFrame(const QJsonObject &request)
 {
     const QByteArray text = QJsonDocument(request).toJson();
-    QByteArray body;
-    appendLittle(body, quint16(text.size()));
-    body.append(text);
-    return buildFrame(jsonCommand, body);
+    QByteArray frame = beginFrame(jsonCommand, text.size() + jsonOverhead - minimumSize);
+    appendLittle(frame, quint16(text.size()));
+    frame.append(text);
+    return endFrame(frame);
 }
 
 QByteArray Frame::chunkFrame(Command command, quint32 total, quint32 number, const QByteArray &chunk)
 {
-    QByteArray body(1, chunkSubType);
-    appendLittle(body, total);
-    appendLittle(body, quint16(chunk.size()));
-    appendLittle(body, number);
-    body.append(chunk);
-    return buildFrame(command, body);
+    QByteArray frame = beginFrame(command, chunk.size() + chunkOverhead - minimumSize);
+    frame.append(chunkSubType);
+    appendLittle(frame, total);
+    appendLittle(frame, quint16(chunk.size()));
+    appendLittle(frame, number);
+    frame.append(chunk);
+    return endFrame(frame);
 }
 
 QByteArray Frame::checksumFrame(Command command, quint32 total, const QByteArray &digest)
 {
-    QByteArray body(1, checksumSubType);
-    appendLittle(body, total);
-    body.append(char(digest.size()));
-    body.append(digest);
-    return buildFrame(command, body);
+    QByteArray frame = beginFrame(command, digest.size() + checksumOverhead - minimumSize);
+    frame.append(checksumSubType);
+    appendLittle(frame, total);
+    frame.append(char(digest.size()));
+    frame.append(digest);
+    return endFrame(frame);
 }

@@ -2,6 +2,7 @@
 
 #include "document/documentkeys.h"
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QStandardItem>
 
@@ -23,15 +24,28 @@ void insertFields(QJsonObject *object, const Table &fields, const QStandardItem 
     }
 }
 
-// Cells that a short row lacks are written as empty ones.
-template <typename Table> QJsonObject rowObject(const Table &columns, const QVariantList &row)
+// Adds a row's cells to the object; those that a short row lacks are written as empty ones.
+template <typename Table>
+QJsonObject withRow(QJsonObject object, const Table &columns, const QVariantList &row)
 {
-    QJsonObject object;
     int cell = 0;
     for (const Column &column : columns) {
         object.insert(column.key, toDocument(row.value(cell++), column.coding));
     }
     return object;
+}
+
+// One object per row, from the given one on. All start as copies of an object that has the keys: a value for
+// a key that is there costs much less than one with a new key.
+template <typename Table>
+QJsonArray rowArray(const Table &columns, const QList<QVariantList> &rows, int first)
+{
+    const QJsonObject keys = withRow(QJsonObject(), columns, QVariantList());
+    QJsonArray array;
+    for (int row = first; row < rows.size(); ++row) {
+        array.append(withRow(keys, columns, rows.at(row)));
+    }
+    return array;
 }
 
 template <typename Table> void readFields(const QJsonObject &object, const Table &fields, QStandardItem *item)

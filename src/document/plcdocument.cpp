@@ -252,18 +252,13 @@ QJsonObject plcObject(const QStandardItem &plc)
 {
     const QString manufacturer = plc.data(plcManufacturerRole).toString();
     const QString protocol = plc.data(plcProtocolRole).toString();
-    QJsonArray points;
-    const auto rows = plc.data(plcParametersRole).value<RowList>();
-    for (const QVariantList &row : rows) {
-        points.append(rowObject(pointColumns, row));
-    }
     QJsonObject object{
         {nameKey, plc.text()},
         {manufacturerKey, manufacturer},
         {protocolKey, protocol},
         {extendedParametersKey, writeKeys(extendedKeys(manufacturer, protocol), plc)},
         {parameterKey, writeKeys(parameterKeys(protocol), plc)},
-        {datasKey, points},
+        {datasKey, rowArray(pointColumns, plc.data(plcParametersRole).value<RowList>(), 0)},
     };
     // On purpose a second time, beside "extendedParameters", where alone it is read.
     if (manufacturer == QLatin1String("Siemens") && protocol == QLatin1String("S7")) {

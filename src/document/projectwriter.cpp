@@ -66,12 +66,8 @@ QJsonObject parameterObject(const QStandardItem &standard, StandardKind kind)
 
 QJsonObject modbusGroup(const RowList &rows, const Texts &)
 {
-    QJsonObject group = rowObject(modbusGroupColumns, rows.value(0));
-    QJsonArray points;
-    for (int row = 1; row < rows.size(); ++row) {
-        points.append(rowObject(modbusPointColumns, rows.at(row)));
-    }
-    group.insert(datasKey, points);
+    QJsonObject group = withRow(QJsonObject(), modbusGroupColumns, rows.value(0));
+    group.insert(datasKey, rowArray(modbusPointColumns, rows, 1));
     return group;
 }
 
@@ -117,14 +113,9 @@ QJsonArray groupArray(const QStandardItem &standard, QJsonObject (*group)(const 
     return array;
 }
 
-template <typename Table> QJsonArray rowArray(const Table &columns, const QStandardItem &standard)
+template <typename Table> QJsonArray plainList(const Table &columns, const QStandardItem &standard)
 {
-    QJsonArray array;
-    const auto rows = standard.data(standardDatasRole).value<RowList>();
-    for (const QVariantList &row : rows) {
-        array.append(rowObject(columns, row));
-    }
-    return array;
+    return rowArray(columns, standard.data(standardDatasRole).value<RowList>(), 0);
 }
 
 void writeModbus(QJsonObject *object, const QStandardItem &standard, const Texts &texts)
@@ -145,13 +136,13 @@ void writeDlt645(QJsonObject *object, const QStandardItem &standard, const Texts
 void writeDido(QJsonObject *object, const QStandardItem &standard, const Texts &)
 {
     object->insert(parameterKey, parameterObject(standard, Dido));
-    object->insert(datasKey, rowArray(didoColumns, standard));
+    object->insert(datasKey, plainList(didoColumns, standard));
 }
 
 void writeCustomPoll(QJsonObject *object, const QStandardItem &standard, const Texts &)
 {
     object->insert(parameterKey, parameterObject(standard, CustomPoll));
-    object->insert(datasKey, rowArray(customPollColumns, standard));
+    object->insert(datasKey, plainList(customPollColumns, standard));
 }
 
 void writeOpcUa(QJsonObject *object, const QStandardItem &standard, const Texts &texts)
@@ -166,7 +157,7 @@ void writeOpcUa(QJsonObject *object, const QStandardItem &standard, const Texts 
     }
     object->insert(parameterKey, parameterObject(standard, OpcUa));
     object->insert(extendedParametersKey, extended);
-    object->insert(datasKey, rowArray(opcUaColumns, standard));
+    object->insert(datasKey, plainList(opcUaColumns, standard));
 }
 
 // A protocol of none of these kinds leaves the name alone, without even "protocol".

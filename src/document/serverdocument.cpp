@@ -150,7 +150,7 @@ void appendRows(QJsonArray *array, const Rows &table, const QStandardItem &serve
 {
     const auto rows = server.data(table.role).value<RowList>();
     for (const QVariantList &row : rows) {
-        QJsonObject object = rowObject(table.columns, row);
+        QJsonObject object = withRow(QJsonObject(), table.columns, row);
         if (table.registerType.size() > 0) {
             object.insert(registerKey, table.registerType);
         }

@@ -2,6 +2,7 @@
 
 #include "document/projectfile.h"
 #include "document/projectreader.h"
+#include "mainwindow/busy.h"
 #include "widgets/tell.h"
 
 #include <QCoreApplication>
@@ -9,7 +10,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QStandardItemModel>
 #include <QTreeView>
 
@@ -18,15 +18,6 @@ namespace {
 // These texts belong to the main window's part of the catalogue.
 struct Tr {
     Q_DECLARE_TR_FUNCTIONS(CMainWindow)
-};
-
-// A wait cursor for as long as this lives. It must be gone before a box stands.
-class Busy
-{
-public:
-    Busy() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~Busy() { QGuiApplication::restoreOverrideCursor(); }
-    Q_DISABLE_COPY(Busy)
 };
 
 SaveResult saveBusily(const QStandardItem *project)

@@ -1,5 +1,6 @@
 #include "mainwindow/projectlifecycle.h"
 
+#include "mainwindow/busy.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
@@ -123,6 +124,7 @@ void ProjectLifecycle::close() const
         }
     }
     if (answer == QMessageBox::Yes || answer == QMessageBox::No) {
+        const Busy busy;
         m_window->projectModel()->removeRow(index.row());
     }
     // Also after "Cancel", on purpose: the command ends all editing, and "Cancel" keeps the project only.

@@ -1,6 +1,7 @@
 #include "support/messageboxes.h"
 #include "windowundertest.h"
 
+#include <QCursor>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -15,6 +16,7 @@ private slots:
 
     void closingAsksSavesAndRemoves();
     void closingWithoutSavingRemoves();
+    void cursorWaitsWhileTheProjectGoes();
     void cancelledClosingKeepsTheProjectAndClosesAllTabs();
     void closingActsOnProjectsAlone();
     void closingLeavesMonitoringTabs();
@@ -88,6 +90,21 @@ void tst_ProjectClosing::closingWithoutSavingRemoves()
     QCOMPARE(boxes.told(), QStringList(closeQuestion));
     QCOMPARE(m_window->projectModel()->rowCount(), 0);
     QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("plant.json"))));
+}
+
+void tst_ProjectClosing::cursorWaitsWhileTheProjectGoes()
+{
+    m_window->select(m_window->addProject(QStringLiteral("Riverside")));
+    int waits = 0;
+    connect(m_window->projectModel(), &QAbstractItemModel::rowsAboutToBeRemoved, this, [&waits] {
+        const QCursor *cursor = QGuiApplication::overrideCursor();
+        waits += cursor && cursor->shape() == Qt::WaitCursor ? 1 : 0;
+    });
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::No);
+    m_window->slotDeleteProject();
+    QCOMPARE(waits, 1);
+    QVERIFY(!QGuiApplication::overrideCursor());
 }
 
 void tst_ProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()

@@ -7,6 +7,7 @@
 #include "support/messageboxes.h"
 #include "support/projectdump.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QFileDialog>
 #include <QStandardItemModel>
@@ -41,6 +42,8 @@ private slots:
     void emptyObjectLoads();
     void viewMayBeGone();
     void textsAreThoseOfTheMainWindow();
+    void cursorWaitsDuringTheWork_data();
+    void cursorWaitsDuringTheWork();
     void busyCursorIsGoneWhenTheBoxStands();
     void dialogAsksForAFile();
     void cancelledDialogIsALogLine();
@@ -276,6 +279,56 @@ void TestProjectFiles::textsAreThoseOfTheMainWindow()
     QCOMPARE(m_boxes->told(),
              QStringList({QStringLiteral("SAVED|to ") + path("P.json"),
                           QStringLiteral("LOADED|from ") + path("P.json")}));
+}
+
+// Whether the wait cursor was shown at each debug line of the work.
+static QVector<bool> waiting; // clazy:exclude=non-pod-global-static
+
+static void noteCursor(QtMsgType type, const QMessageLogContext &, const QString &)
+{
+    if (type == QtDebugMsg) { // A box has warnings of the platform come.
+        const QCursor *cursor = QGuiApplication::overrideCursor();
+        waiting.append(cursor && cursor->shape() == Qt::WaitCursor);
+    }
+}
+
+void TestProjectFiles::cursorWaitsDuringTheWork_data()
+{
+    QTest::addColumn<QString>("save"); // folder of the project, below that of the test; null to load
+    QTest::addColumn<QString>("load"); // file
+    QTest::addColumn<QVector<bool>>("shown");
+    QTest::addColumn<bool>("told");
+
+    const QVector<bool> once{true};
+    QTest::newRow("saved") << QStringLiteral("") << QString() << once << true;
+    QTest::newRow("save failed") << QStringLiteral("/not/there") << QString() << once << false;
+    // A loaded document tells its name and its description.
+    QTest::newRow("loaded") << QString() << QStringLiteral("good.json") << QVector<bool>{true, true} << true;
+    QTest::newRow("no file") << QString() << QStringLiteral("none.json") << once << false;
+    QTest::newRow("no document") << QString() << QStringLiteral("bad.json") << once << false;
+}
+
+void TestProjectFiles::cursorWaitsDuringTheWork()
+{
+    QFETCH(const QString, save);
+    QFETCH(const QString, load);
+    QFETCH(const bool, told);
+    put(path("good.json"), "{\"name\": \"P\"}");
+    put(path("bad.json"), "{");
+    if (told) {
+        m_boxes->expect();
+    }
+    waiting.clear();
+    const QtMessageHandler before = qInstallMessageHandler(noteCursor);
+    if (save.isNull()) {
+        m_files->loadFile(m_dir->filePath(load));
+    } else {
+        m_files->saveProject(addProject(QStringLiteral("P"), m_dir->path() + save));
+    }
+    qInstallMessageHandler(before);
+    QTEST(waiting, "shown");
+    QVERIFY(!QGuiApplication::overrideCursor());
+    QCOMPARE(m_boxes->told().size(), told ? 1 : 0);
 }
 
 void TestProjectFiles::busyCursorIsGoneWhenTheBoxStands()

@@ -1,0 +1,166 @@
+// Live reports from their segments to the table.
+
+#include "boxlink/protocol.h"
+#include "mainwindow/monitoringtable.h"
+#include "mainwindow/monitoringview.h"
+#include "model/projecttree.h"
+#include "support/segments.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QStandardItemModel>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTreeView>
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+constexpr int rounds = 4;      // different reports, one after the other
+constexpr int columnCount = 6; // of the table of live values
+constexpr int livePoints = 1000;
+
+void report(benchmark::State &state)
+{
+    QStandardItemModel model;
+    QStandardItem *project = ProjectTree::makeProject(QStringLiteral("Plant"), QString(), QString());
+    ProjectTree::appendMissingFolders(project);
+    model.appendRow(project);
+    QTreeView tree;
+    tree.setModel(&model);
+    QTabWidget tabs;
+    tabs.resize(1024, 500);
+    tabs.show();
+    MonitoringView view(&tabs, &model, &tree);
+    Protocol protocol;
+    QObject::connect(&protocol, &Protocol::dataReceived, &view, &MonitoringView::receive);
+
+    QList<QByteArray> streams;
+    for (int round = 0; round < rounds; ++round) {
+        streams.append(Segments::stream(Segments::reportText(int(state.range(0)), round)));
+    }
+    const auto receive = [&protocol](const QByteArray &stream) {
+        constexpr int chunk = 64 * 1024; // as a socket hands them out
+        for (int offset = 0; offset < stream.size(); offset += chunk) {
+            protocol.assembleFrames(stream.constData() + offset,
+                                    unsigned(qMin(chunk, stream.size() - offset)));
+        }
+        QCoreApplication::processEvents();
+    };
+    receive(streams.at(0)); // makes the node
+    receive(streams.at(1)); // makes the tab
+    int next = 2;
+    for (auto _ : state) {
+        receive(streams.at(next++ % rounds));
+    }
+    if (!tabs.findChild<QTableWidget *>() || tabs.findChild<QTableWidget *>()->rowCount() != state.range(0)) {
+        state.SkipWithError("the table does not hold the report");
+    }
+}
+
+QVariantList liveRows(int round)
+{
+    QVariantList rows;
+    for (int point = 0; point < livePoints; ++point) {
+        rows.append(QVariantMap{
+            {QStringLiteral("name"), QStringLiteral("Point %1").arg(point)},
+            {QStringLiteral("addr"), QString::number(40001 + point)},
+            {QStringLiteral("dataType"), QStringLiteral("float")},
+            {QStringLiteral("value"), QString::number((point * 7919 + round * 104729) % 100003)},
+            {QStringLiteral("valid"), point % 10 == 0 ? QStringLiteral("0") : QStringLiteral("1")},
+            {QStringLiteral("updateTime"), QString()}});
+    }
+    return rows;
+}
+
+QString timeOf(int round)
+{
+    return QStringLiteral("2026-01-01 00:00:%1").arg(round % 60, 2, 10, QLatin1Char('0'));
+}
+
+// A shown table of live values, sorted by a column and scrolled.
+void prepare(QTableWidget *table, const QVariantList &rows, int sortColumn)
+{
+    table->resize(1024, 500);
+    MonitoringTable::update(table, rows, timeOf(0));
+    table->show();
+    table->sortByColumn(sortColumn, Qt::AscendingOrder);
+    QCoreApplication::processEvents();
+    table->verticalScrollBar()->setValue(table->verticalScrollBar()->maximum() / 2);
+    QCoreApplication::processEvents();
+}
+
+// Whether each row shows the value of its own point.
+bool holds(const QTableWidget &table, const QVariantList &rows)
+{
+    for (int row = 0; row < table.rowCount(); ++row) {
+        const int point = table.item(row, 0)->text().mid(6).toInt(); // behind "Point "
+        if (table.item(row, 3)->text() != rows.at(point).toMap().value(QStringLiteral("value")).toString()) {
+            return false;
+        }
+    }
+    return table.rowCount() == rows.size();
+}
+
+void liveTable(benchmark::State &state)
+{
+    QList<QVariantList> reports;
+    for (int round = 0; round < rounds; ++round) {
+        reports.append(liveRows(round));
+    }
+    QTableWidget table;
+    prepare(&table, reports.at(0), int(state.range(0)));
+    int round = 1;
+    for (auto _ : state) {
+        MonitoringTable::update(&table, reports.at(round % rounds), timeOf(round));
+        QCoreApplication::processEvents();
+        ++round;
+    }
+    if (!holds(table, reports.at((round - 1) % rounds))) {
+        state.SkipWithError("a value stands in the wrong row");
+    }
+}
+
+// The same texts into rows whose numbers are known.
+void liveTableLeast(benchmark::State &state)
+{
+    const QVariantList rows = liveRows(0);
+    QTableWidget table;
+    prepare(&table, rows, 0);
+    table.setSortingEnabled(false);
+    QList<QVector<QStringList>> texts;
+    for (int round = 0; round < rounds; ++round) {
+        QVector<QStringList> report(livePoints);
+        const QVariantList live = liveRows(round);
+        for (int row = 0; row < livePoints; ++row) {
+            const int point = table.item(row, 0)->text().mid(6).toInt();
+            const QVariantMap values = live.at(point).toMap();
+            report[row] =
+                QStringList{values.value(QStringLiteral("name")).toString(),
+                            values.value(QStringLiteral("addr")).toString(),
+                            values.value(QStringLiteral("dataType")).toString(),
+                            values.value(QStringLiteral("value")).toString(), table.item(row, 4)->text()};
+        }
+        texts.append(report);
+    }
+    int round = 1;
+    for (auto _ : state) {
+        for (int row = 0; row < livePoints; ++row) {
+            for (int column = 0; column < columnCount - 1; ++column) {
+                table.item(row, column)->setText(texts.at(round % rounds).at(row).at(column));
+            }
+            table.item(row, columnCount - 1)->setText(timeOf(round));
+        }
+        QCoreApplication::processEvents();
+        ++round;
+    }
+}
+
+} // namespace
+
+BENCHMARK(report)->Arg(1000)->Iterations(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(report)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(liveTable)->DenseRange(0, columnCount - 1)->Iterations(20)->Unit(benchmark::kMillisecond);
+BENCHMARK(liveTableLeast)->Iterations(20)->Unit(benchmark::kMillisecond);
