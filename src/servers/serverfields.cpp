@@ -88,6 +88,21 @@ QVector<Field> ServerFields::qos(const QStringList &levels)
                            FieldCheck::None, levels, nullptr, "1"}});
 }
 
+Field ServerFields::patterned(const char *name, const char *label, FieldKind kind, int role,
+                              const char *pattern)
+{
+    Field field{name, label, kind, role, FieldCheck::Pattern};
+    field.pattern = pattern;
+    return field;
+}
+
+Field ServerFields::coded(const char *name, const char *label, int role, const QVector<Choice> &choices)
+{
+    Field field{name, label, FieldKind::Coded, role};
+    field.choices = choices;
+    return field;
+}
+
 void ServerFields::lockProtocol(const FieldTable &fields)
 {
     fields.comboBox(QStringLiteral("protocol"))->setEnabled(false);

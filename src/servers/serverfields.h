@@ -22,6 +22,11 @@ QVector<Field> credentials(FieldKind password = FieldKind::Password);
 // The levels offered; a stored one that is not among them shows as "1".
 QVector<Field> qos(const QStringList &levels);
 
+// A text in which only what the regular expression allows may be typed, and a list whose choice is stored by
+// its code; both of the form's own context.
+Field patterned(const char *name, const char *label, FieldKind kind, int role, const char *pattern);
+Field coded(const char *name, const char *label, int role, const QVector<Choice> &choices);
+
 // A Server keeps its protocol: disables "protocol" and takes the row of "protocolKey" out of sight.
 void lockProtocol(const FieldTable &fields);
 

@@ -2,6 +2,7 @@
 
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "servers/serverfields.h"
 #include "widgets/formpage.h"
 #include "widgets/tell.h"
 
@@ -30,16 +31,8 @@ QVector<Field> slaveFields()
         {"name", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Server Name:"), FieldKind::ReadOnly,
          Qt::DisplayRole},
         {"type", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Type:"), FieldKind::Text, serverTypeRole},
-        {"protocol",
-         QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Protocol:"),
-         FieldKind::Coded,
-         serverProtocolRole,
-         FieldCheck::None,
-         {},
-         nullptr,
-         nullptr,
-         nullptr,
-         {{"ModbusTCP(Slave)", protocol}}},
+        ServerFields::coded("protocol", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Protocol:"),
+                            serverProtocolRole, {{"ModbusTCP(Slave)", protocol}}),
         {"port", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Port:"), FieldKind::Text, serverPortRole},
     };
 }

@@ -1,6 +1,7 @@
 #include "servers/serversl651editdialog.h"
 
 #include "model/itemroles.h"
+#include "servers/serverfields.h"
 #include "servers/sl651elements.h"
 #include "widgets/tell.h"
 
@@ -29,11 +30,6 @@ QVector<Choice> stationTypes()
     };
 }
 
-Field hexadecimal(const char *name, const char *label, FieldKind kind, int role, const char *pattern)
-{
-    return {name, label, kind, role, FieldCheck::Pattern, {}, nullptr, nullptr, pattern};
-}
-
 QVector<Field> connectionFields()
 {
     return {
@@ -49,24 +45,17 @@ QVector<Field> connectionFields()
          FieldCheck::Ipv4},
         {"port", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Port:"), FieldKind::Text, serverPortRole,
          FieldCheck::Port},
-        hexadecimal("centralStationAddress",
-                    QT_TRANSLATE_NOOP("ServerSL651EditDialog", "centralStationAddress:"), FieldKind::Text,
-                    serverCentralStationAddressRole, "[0-9A-Fa-f]{1,2}"),
-        hexadecimal("remoteStationAddress",
-                    QT_TRANSLATE_NOOP("ServerSL651EditDialog", "remoteStationAddress:"), FieldKind::Text,
-                    serverRemoteStationAddressRole, "[0-9A-Fa-f]+"),
-        hexadecimal("password", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Password:"), FieldKind::Password,
-                    serverPasswordRole, "^[0-9A-Fa-f]{4}$"),
-        {"remoteStationType",
-         QT_TRANSLATE_NOOP("ServerSL651EditDialog", "remoteStationType:"),
-         FieldKind::Coded,
-         serverRemoteStationTypeRole,
-         FieldCheck::None,
-         {},
-         nullptr,
-         nullptr,
-         nullptr,
-         stationTypes()},
+        ServerFields::patterned("centralStationAddress",
+                                QT_TRANSLATE_NOOP("ServerSL651EditDialog", "centralStationAddress:"),
+                                FieldKind::Text, serverCentralStationAddressRole, "[0-9A-Fa-f]{1,2}"),
+        ServerFields::patterned("remoteStationAddress",
+                                QT_TRANSLATE_NOOP("ServerSL651EditDialog", "remoteStationAddress:"),
+                                FieldKind::Text, serverRemoteStationAddressRole, "[0-9A-Fa-f]+"),
+        ServerFields::patterned("password", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Password:"),
+                                FieldKind::Password, serverPasswordRole, "^[0-9A-Fa-f]{4}$"),
+        ServerFields::coded("remoteStationType",
+                            QT_TRANSLATE_NOOP("ServerSL651EditDialog", "remoteStationType:"),
+                            serverRemoteStationTypeRole, stationTypes()),
     };
 }
 

@@ -4,7 +4,7 @@
 
 const QVector<Sl651::Element> &Sl651::elements()
 {
-    // The codes 05 and 45 are left out on purpose: a Box takes neither for a point.
+    // Without the codes 05 and 45 on purpose: a point that has one shows, and is saved, as the first element.
     // clang-format off
     static const QVector<Element> table = {
         {"F0", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Observation time guide symbol")},

@@ -19,6 +19,7 @@ private slots:
     void conflict();
     void conflictNeedsAnotherRow();
     void typedConflictIsToldOnceAndEmptied();
+    void conflictAmongInputRegistersIsTold();
     void conflictAtZeroIsNotToldAgain();
     void resolvedConflictIsToldAnew();
     void otherColumnsAreNotChecked();
@@ -149,6 +150,17 @@ void TestRegisterMaps::typedConflictIsToldOnceAndEmptied()
     QCOMPARE(addresses(holding()), texts({"7", ""}));
     typeAddress(view("holdingRegisters"), 1, "20");
     QCOMPARE(addresses(holding()), texts({"7", "20"}));
+}
+
+void TestRegisterMaps::conflictAmongInputRegistersIsTold()
+{
+    showInput();
+    m_form->handleImportedData({point(QStringLiteral("a")), point(QStringLiteral("b"))}, source);
+    setAddress(input(), 0, "5");
+    m_boxes->expect();
+    setAddress(input(), 1, "5");
+    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
+    QCOMPARE(addresses(input()), texts({"5", ""}));
 }
 
 // The emptied cell counts as address 0: while that conflicts too, the conflict counts as told.
