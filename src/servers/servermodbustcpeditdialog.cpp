@@ -15,6 +15,8 @@
 
 namespace {
 
+constexpr int leastWidth = 140; // pixels of a column: in a narrow tab the table scrolls
+
 enum Column { PlcColumn, NameColumn, TypeColumn, AddressColumn, LengthColumn };
 
 // Where the rows of each map are kept, in the order of the tabs.
@@ -251,7 +253,8 @@ void ServerModbusTCPEditDialog::addMap(const QString &title, const QString &name
     auto *view = new QTableView(m_tabs);
     view->setObjectName(name);
     view->setModel(map);
-    view->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     addPointView(view);
+    view->horizontalHeader()->setMinimumSectionSize(leastWidth);
+    view->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     m_tabs->addTab(view, title);
 }

@@ -1,5 +1,6 @@
 #include "modbusformtest.h"
 
+#include <QHeaderView>
 #include <QSignalSpy>
 
 using namespace ModbusFormTest;
@@ -14,6 +15,7 @@ private slots:
     void fieldsInTheirOrder();
     void openingMakesTheTypeSlave();
     void tabsAndColumns();
+    void headersAreReadableInANarrowTab();
     void setupUIBuildsOnce();
     void addressLength_data();
     void addressLength();
@@ -64,6 +66,17 @@ void TestServerModbusTCPEditDialog::tabsAndColumns()
         QCOMPARE(headers(view(name)),
                  texts({"PLC Name", "Variable Name", "Data Type", "Modbus Address", "Address length"}));
         QCOMPARE(view(name)->contextMenuPolicy(), Qt::CustomContextMenu);
+    }
+}
+
+void TestServerModbusTCPEditDialog::headersAreReadableInANarrowTab()
+{
+    m_form->resize(330, 700);
+    const QTableView *map = view("holdingRegisters");
+    QTRY_VERIFY(map->width() < 330);
+    for (int column = 0; column < map->model()->columnCount(); ++column) {
+        const QString text = map->model()->headerData(column, Qt::Horizontal).toString();
+        QVERIFY(map->columnWidth(column) > map->horizontalHeader()->fontMetrics().horizontalAdvance(text));
     }
 }
 
