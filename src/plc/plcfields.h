@@ -19,7 +19,8 @@ QVector<Field> attributes();
 QVector<Group> groups();
 // The period of the trigger, in milliseconds.
 QVector<Field> trigger();
-// The model of an Omron PLC on EtherNet/IP, which no one sees.
+// The model of an Omron PLC on EtherNet/IP. On purpose no one sees it and no save touches it: it stays on the
+// item for the document.
 QVector<Field> omronModel();
 
 } // namespace PlcFields

@@ -45,6 +45,12 @@ QVector<Field> serviceFields()
           QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Password")}},
         {"password", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Password:"), FieldKind::Password,
          servicePasswordRole, FieldCheck::NoCjk},
+    };
+}
+
+QVector<Field> switchFields()
+{
+    return {
         {"enableGoosePublishing", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Enable GoosePublishing:"),
          FieldKind::Check, serviceEnableGoosePublishingRole},
         {"enableSSL", QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Enable SSL:"), FieldKind::Check,
@@ -75,6 +81,11 @@ const char *const clientLabels[clients] = {
     QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "Client Certificate10:"),
 };
 
+QCheckBox *checkBox(const FieldTable &table, const char *name)
+{
+    return qobject_cast<QCheckBox *>(table.widget(QLatin1String(name)));
+}
+
 } // namespace
 
 ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Workspace *workspace,
@@ -83,6 +94,7 @@ ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Worksp
     , m_item(item)
     , m_workspace(workspace)
     , m_service(context, serviceFields())
+    , m_switches(context, switchFields())
     , m_security(context, securityFields())
 {
     setWindowTitle(tr("Edit Service"));
@@ -101,10 +113,9 @@ ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Worksp
     connect(m_service.comboBox(QStringLiteral("authentication")),
             qOverload<int>(&QComboBox::currentIndexChanged), this,
             &ServiceIEC61850EditDialog::updatePasswordVisibility);
-    connect(qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableSSL"))),
-            &QCheckBox::stateChanged, this, &ServiceIEC61850EditDialog::updateSSLFieldsVisibility);
-    connect(qobject_cast<QCheckBox *>(m_security.widget(QStringLiteral("isVerifyClientCert"))),
-            &QCheckBox::stateChanged, this,
+    connect(checkBox(m_switches, "enableSSL"), &QCheckBox::stateChanged, this,
+            &ServiceIEC61850EditDialog::updateSSLFieldsVisibility);
+    connect(checkBox(m_security, "isVerifyClientCert"), &QCheckBox::stateChanged, this,
             &ServiceIEC61850EditDialog::updateIsVerifyClientCertFieldsVisibility);
     logToFile(QStringLiteral("ServiceIEC61850EditDialog: new-nuilt"));
 }
@@ -131,12 +142,13 @@ void ServiceIEC61850EditDialog::saveChanges()
     }
     m_service.save(item);
     item->setData(m_security.value(QStringLiteral("serverKeyPassword")), serviceServerKeyPasswordRole);
+    m_switches.save(item);
     for (int index = 0; index < m_certificates.size(); ++index) {
-        if (!saveCertificate(index)) {
+        if (!saveCertificate(index, item)) {
             return;
         }
     }
-    item->setData(isChecked("isVerifyClientCert"), serviceIsVerifyClientCertRole);
+    item->setData(m_security.value(QStringLiteral("isVerifyClientCert")), serviceIsVerifyClientCertRole);
     if (m_workspace) {
         // The wording names another kind on purpose: it is the message that users of this form know.
         m_workspace->appendMessage(
@@ -152,15 +164,15 @@ void ServiceIEC61850EditDialog::clearData()
     }
     m_security.lineEdit(QStringLiteral("serverKeyPassword"))->clear();
     m_service.comboBox(QStringLiteral("authentication"))->clear();
-    auto *ssl = qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableSSL")));
+    QCheckBox *ssl = checkBox(m_switches, "enableSSL");
     ssl->setChecked(true); // and off again, so that the dependent fields follow whatever it was
     ssl->setChecked(false);
-    qobject_cast<QCheckBox *>(m_security.widget(QStringLiteral("isVerifyClientCert")))->setChecked(false);
+    checkBox(m_security, "isVerifyClientCert")->setChecked(false);
 }
 
 void ServiceIEC61850EditDialog::updateSSLFieldsVisibility()
 {
-    const bool ssl = isChecked("enableSSL");
+    const bool ssl = checkBox(m_switches, "enableSSL")->isChecked();
     const auto enable = [](const FieldTable &table, const QString &name, bool on) {
         table.label(name)->setEnabled(on);
         table.widget(name)->setEnabled(on);
@@ -176,7 +188,8 @@ void ServiceIEC61850EditDialog::updateSSLFieldsVisibility()
 
 void ServiceIEC61850EditDialog::updateIsVerifyClientCertFieldsVisibility()
 {
-    const bool verify = isChecked("enableSSL") && isChecked("isVerifyClientCert");
+    const bool verify = checkBox(m_switches, "enableSSL")->isChecked()
+        && checkBox(m_security, "isVerifyClientCert")->isChecked();
     for (int index = firstClient; index < m_certificates.size(); ++index) {
         m_certificates.at(index)->setLive(verify);
     }
@@ -187,6 +200,7 @@ void ServiceIEC61850EditDialog::buildFields(QFormLayout *form)
     using Kind = CertificateField::Kind;
     QWidget *parent = form->parentWidget();
     m_service.build(form);
+    m_switches.build(form);
     m_service.widget(QStringLiteral("protocol"))->setEnabled(false);
     addCertificate(form, tr("Root Certificate:"),
                    new CertificateField(Kind::Certificate, QStringLiteral("rootCertificate"),
@@ -219,9 +233,9 @@ void ServiceIEC61850EditDialog::addCertificate(QFormLayout *form, const QString 
 void ServiceIEC61850EditDialog::fill()
 {
     m_service.fill(m_item.item());
+    m_switches.fill(m_item.item());
     if (!m_item.item()->data(serviceEnableGoosePublishingRole).isValid()) {
-        qobject_cast<QCheckBox *>(m_service.widget(QStringLiteral("enableGoosePublishing")))
-            ->setChecked(true);
+        checkBox(m_switches, "enableGoosePublishing")->setChecked(true);
     }
     m_security.fill(m_item.item());
     for (CertificateField *field : qAsConst(m_certificates)) {
@@ -239,23 +253,17 @@ void ServiceIEC61850EditDialog::updatePasswordVisibility()
     m_service.widget(QStringLiteral("password"))->setVisible(visible);
 }
 
-bool ServiceIEC61850EditDialog::saveCertificate(int index)
+bool ServiceIEC61850EditDialog::saveCertificate(int index, QStandardItem *item)
 {
-    if (m_certificates.at(index)->save(m_item.item())) {
+    if (m_certificates.at(index)->save(item)) {
         return true;
     }
     const QPointer<ServiceIEC61850EditDialog> guard(this);
     m_certificates.at(index)->warnOfOtherPath();
-    if (!guard || !m_item.item()) {
+    if (!guard || m_item.item() != item) {
         return false;
     }
     // The last client empties the roles of the one before it: a slip of one that stands, on purpose.
-    m_certificates.at(index == lastClient ? index - 1 : index)->erase(m_item.item());
+    m_certificates.at(index == lastClient ? index - 1 : index)->erase(item);
     return true;
-}
-
-bool ServiceIEC61850EditDialog::isChecked(const char *name) const
-{
-    const QString key = QLatin1String(name);
-    return (m_service.widget(key) ? m_service : m_security).value(key).toBool();
 }

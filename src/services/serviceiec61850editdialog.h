@@ -35,14 +35,15 @@ private:
     void addCertificate(QFormLayout *form, const QString &label, CertificateField *field);
     void fill();
     void updatePasswordVisibility();
-    // Writes one into the item; false if the form or the item was gone when its box closed.
-    bool saveCertificate(int index);
-    bool isChecked(const char *name) const;
+    // Writes one into the item; false if the form was gone, or showed another item, when its box closed.
+    bool saveCertificate(int index, QStandardItem *item);
 
     ItemRef m_item;
     Workspace *m_workspace; // Not owned; may be null.
-    FieldTable m_service;   // the fields above the certificates
-    FieldTable m_security;  // the fields between them
+    // The fields above the certificates are two tables: a save writes the key's password between them.
+    FieldTable m_service;
+    FieldTable m_switches;
+    FieldTable m_security; // the fields between the certificates
     // Root, server certificate, server key, then the ten clients.
     QVector<CertificateField *> m_certificates;
 };

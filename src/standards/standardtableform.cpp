@@ -13,7 +13,6 @@
 #include <QEvent>
 #include <QFormLayout>
 #include <QLineEdit>
-#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStandardItem>

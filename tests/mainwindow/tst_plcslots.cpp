@@ -236,6 +236,7 @@ void TestPlcSlots::tabOpensBesideItsNeighbours_data()
     QTest::addColumn<QString>("title");
     QTest::newRow("Service") << QByteArray("slotServiceEditFile") << QStringLiteral("Edit Service");
     QTest::newRow("Standard") << QByteArray("slotstandardEditFile") << QStringLiteral("Edit Standard");
+    QTest::newRow("Server") << QByteArray("slotServerEditFile") << QStringLiteral("Edit Server");
     QTest::newRow("Project") << QByteArray("slotEditProject") << QStringLiteral("Edit Project");
 }
 
@@ -243,7 +244,10 @@ void TestPlcSlots::tabOpensBesideItsNeighbours()
 {
     QFETCH(QByteArray, slot);
     QFETCH(QString, title);
+    QStandardItem *server = ProjectTree::appendDefinition(m_project, QStringLiteral("broker"), QString());
+    server->setData(QStringLiteral("MQTT"), serverProtocolRole);
     const QMap<QString, QStandardItem *> items{
+        {QStringLiteral("Edit Server"), server},
         {QStringLiteral("Edit Service"), Window::folder(m_project, QStringLiteral("Service"))->child(0)},
         {QStringLiteral("Edit Standard"),
          Window::addStandard(m_project, QStringLiteral("meter"), QStringLiteral("Modbus"))},

@@ -25,6 +25,8 @@ private slots:
     void formMayDieBelowItsFileDialog();
     void formMayDieBelowTheBoxOfItsPath();
     void itemMayLeaveBelowTheBoxOfItsPath();
+    void otherItemMayComeBelowTheBoxOfItsPath();
+    void savingWritesRolesInOrder();
     void writesItsLifeToTheLog();
 
 private:
@@ -97,6 +99,60 @@ void TestServiceFormLife::itemMayLeaveBelowTheBoxOfItsPath()
     form.saveChanges();
     QCOMPARE(m_boxes->told().size(), 1);
     QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestServiceFormLife::otherItemMayComeBelowTheBoxOfItsPath()
+{
+    QStandardItem other(QStringLiteral("Other"));
+    other.setData(QStringLiteral("kept"), serviceRootCertificateRole);
+    ServiceIEC61850EditDialog form(m_item, m_workspace);
+    form.findChild<QLineEdit *>(QStringLiteral("rootCertificatePath"))->setText(QStringLiteral("/other"));
+    m_boxes->expect();
+    QTimer::singleShot(0, &form, [&form, &other] { form.replaceItem(&other); });
+    form.saveChanges();
+    QCOMPARE(m_boxes->told().size(), 1);
+    QCOMPARE(other.data(serviceRootCertificateRole), QVariant(QStringLiteral("kept")));
+    QCOMPARE(other.data(serviceServerKeyPathRole), QVariant());
+    QCOMPARE(m_item->data(serviceIsVerifyClientCertRole), QVariant());
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+// What a listener to the tree sees change, one after the other.
+void TestServiceFormLife::savingWritesRolesInOrder()
+{
+    QVector<int> expected{Qt::DisplayRole,
+                          serviceProtocolRole,
+                          servicePortRole,
+                          serviceAuthenticationRole,
+                          servicePasswordRole,
+                          serviceServerKeyPasswordRole,
+                          serviceEnableGoosePublishingRole,
+                          serviceEnableSslRole,
+                          serviceRootCertificatePathRole,
+                          serviceRootCertificateRole,
+                          serviceServerCertificatePathRole,
+                          serviceServerCertificateRole,
+                          serviceServerKeyPathRole,
+                          serviceServerKeyRole};
+    for (int client = 0; client < 10; ++client) {
+        expected.append(serviceClientCertificatePath1Role + 2 * client);
+        expected.append(serviceClientCertificate1Role + 2 * client);
+    }
+    expected.append(serviceIsVerifyClientCertRole);
+
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem(QStringLiteral("IEC61850")));
+    ServiceIEC61850EditDialog form(model.item(0), m_workspace);
+    for (int role : qAsConst(expected)) {
+        model.item(0)->setData(QStringLiteral("changed meanwhile"), role);
+    }
+    QVector<int> written;
+    connect(&model, &QStandardItemModel::dataChanged, this,
+            [&written](const QModelIndex &, const QModelIndex &, const QVector<int> &roles) {
+                written.append(roles.first());
+            });
+    form.saveChanges();
+    QCOMPARE(written, expected);
 }
 
 void TestServiceFormLife::writesItsLifeToTheLog()

@@ -6,7 +6,7 @@
 #include <QStringList>
 
 // What one class writes to the activity log from here on. Programs of one folder share the log, so the lines
-// of other classes are left out.
+// of other classes are left out; a class that several of them make objects of needs a program with OWN_LOG.
 class LogTail
 {
 public:
