@@ -194,7 +194,7 @@ QJsonObject server(const QStandardItem &item, const Texts &)
 }
 
 // What a folder of the project puts into the document, and under which key of the root; of a branch without a
-// key the objects are made and dropped, on purpose: no Box reads these kinds yet.
+// key the objects are made and dropped, on purpose: no document has these kinds.
 struct Branch {
     QString folder;
     QLatin1String rootKey;

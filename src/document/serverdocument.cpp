@@ -66,7 +66,7 @@ const Member members[] = {
     {QLatin1String("ST"), serverSystemCodeRole, Hj212},
     {QLatin1String("centralStationAddress"), serverCentralStationAddressRole, Sl651},
     {QLatin1String("remoteStationAddress"), serverRemoteStationAddressRole, Sl651},
-    // On purpose not read back: the password of a station is entered anew on each tool.
+    // On purpose written and not read back: a station that comes out of a document is without its password.
     {QLatin1String("passwd"), serverPasswordRole, Sl651, Form::Unread},
     {QLatin1String("remoteStationType"), serverRemoteStationTypeRole, Sl651, Form::Hexadecimal},
 };

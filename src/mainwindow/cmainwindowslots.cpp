@@ -109,16 +109,6 @@ void CMainWindow::transmitPLCDataToEditDialog(const QJsonObject &plcObj, QStanda
     transmitPlcData(plcObj, plcFileItem);
 }
 
-void CMainWindow::plcAddFile()
-{
-    m_resources->add(ResourceKinds::addPlc());
-}
-
-void CMainWindow::slotPLCEditFile()
-{
-    m_resources->edit(ResourceKinds::editPlc());
-}
-
 void CMainWindow::transmitServerDataToEditDialog(const QJsonObject &serverObj, QStandardItem *serverFileItem)
 {
     transmitServerData(serverObj, serverFileItem);
@@ -164,6 +154,16 @@ void CMainWindow::slotDeleteFile()
 void CMainWindow::slotDeleteAllFile()
 {
     m_resources->removeAll();
+}
+
+void CMainWindow::plcAddFile()
+{
+    m_resources->add(ResourceKinds::addPlc());
+}
+
+void CMainWindow::slotPLCEditFile()
+{
+    m_resources->edit(ResourceKinds::editPlc());
 }
 
 void CMainWindow::serverAddFile()

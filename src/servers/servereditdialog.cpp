@@ -29,7 +29,7 @@ QVector<Field> payloadFields()
     };
 }
 
-// The password is legible in this form alone, on purpose: it is that of a broker in the plant's own network.
+// On purpose: of the forms with a password, this one alone shows it as it is typed.
 QVector<Field> mqttFields()
 {
     return ServerFields::identity(QStringLiteral("MQTT"))

@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QFormLayout>
 #include <QLabel>
 
 namespace {
@@ -107,6 +108,10 @@ void ServerFields::lockProtocol(const FieldTable &fields)
 {
     fields.comboBox(QStringLiteral("protocol"))->setEnabled(false);
     if (QComboBox *key = fields.comboBox(QStringLiteral("protocolKey"))) {
+        // A hidden row would leave a gap; the widgets stay, as children of the page.
+        const auto row = qobject_cast<QFormLayout *>(key->parentWidget()->layout())->takeRow(key);
+        delete row.labelItem;
+        delete row.fieldItem;
         key->hide();
         fields.label(QStringLiteral("protocolKey"))->hide();
     }

@@ -8,7 +8,7 @@ namespace {
 
 QVector<Field> cloudFields()
 {
-    // The provider refuses a subscription of level 2: two levels, on purpose.
+    // On purpose without level 2, which the other kinds have; a stored "2" shows and saves as "1".
     return ServerFields::cloud(QStringLiteral("OneNetMQTT")) + ServerFields::device()
         + ServerFields::qos({QStringLiteral("0"), QStringLiteral("1")});
 }

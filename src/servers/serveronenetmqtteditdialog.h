@@ -2,7 +2,7 @@
 
 #include "servers/serverform.h"
 
-// The form of a Server that reports to OneNET, which knows two levels of qos only.
+// The form of a Server that reports to OneNET; two levels of qos are offered.
 class ServerOneNetMQTTEditDialog : public ServerForm
 {
     Q_OBJECT

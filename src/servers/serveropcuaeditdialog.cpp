@@ -33,8 +33,8 @@ ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *wor
     begin();
 }
 
-// Takes the entries of "Anonymous:" away altogether, on purpose: a form without a choice is the cleared state
-// of this kind.
+// On purpose: "Anonymous:" loses its entries altogether, where the lists of other forms go to their first
+// one.
 void ServerOPCUAEditDialog::clearData()
 {
     ServerForm::clearData();

@@ -19,7 +19,16 @@ private slots:
     void closedDialogIsFreed();
     void dialogDiesWithTheWindow();
     void dialogHandsItsPointsToTheWindow();
+    void pickedPointsReachTheTableThatIsShown_data();
+    void pickedPointsReachTheTableThatIsShown();
     void pointsForNoFormAreDropped();
+    void formWithoutATableTakesNothing_data();
+    void formWithoutATableTakesNothing();
+    void pointsGoToTheFormThatIsCurrentByThen();
+    void closedFormIsNotTouched_data();
+    void closedFormIsNotTouched();
+    void reboundFormStaysTheCurrentOne_data();
+    void reboundFormStaysTheCurrentOne();
     void currentServerFormMayDie();
 };
 
@@ -66,6 +75,80 @@ QStringList pointsOf(ImportDataDialog *dialog, const QString &standard)
 }
 
 const RowList onePump{{"", "1", "ABCD", "false", "false"}, {"0", "speed", "int16", "1", "r"}};
+const QString editServer = QStringLiteral("Edit Server");
+
+// A project with the Standard "pumps", which has the point "speed", and a folder for Servers.
+QStandardItem *addPlant(WindowUnderTest *window)
+{
+    QStandardItem *project = window->addProject(QStringLiteral("Riverside"));
+    setPoints(window->addStandard(project, QStringLiteral("pumps"), QStringLiteral("Modbus")), onePump);
+    return ProjectTree::appendDefinition(project, ProjectTree::serverFolder, QString());
+}
+
+// The form of a Server, opened as the slot does that no menu leads to.
+QDialog *openForm(WindowUnderTest *window, const QStandardItem *server)
+{
+    window->select(server);
+    QMetaObject::invokeMethod(window, "slotServerEditFile");
+    return window->form(editServer);
+}
+
+QStandardItem *addServer(QStandardItem *folder, const QString &name, const QString &protocol)
+{
+    QStandardItem *server = ProjectTree::appendDefinition(folder, name, QString());
+    server->setData(protocol, serverProtocolRole);
+    return server;
+}
+
+// Picks the one point of "pumps" and presses "OK".
+void pickSpeed(ImportDataDialog *dialog)
+{
+    auto *tree = dialog->findChild<QTreeView *>();
+    const QModelIndexList pumps =
+        tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, QStringLiteral("pumps"), 1,
+                             Qt::MatchExactly | Qt::MatchRecursive);
+    tree->setCurrentIndex(pumps.value(0));
+    dialog->findChild<QTableView *>()->selectRow(0);
+    WindowUnderTest::press(dialog, "okButton");
+}
+
+// The cells of each table of a form, a text a row, behind the table's name.
+QStringList tableRows(const QWidget *form)
+{
+    QStringList rows;
+    const auto tables = form->findChildren<QTableView *>();
+    for (const QTableView *table : tables) {
+        const QAbstractItemModel &model = *table->model();
+        for (int row = 0; row < model.rowCount(); ++row) {
+            QStringList cells{table->objectName()};
+            for (int column = 0; column < model.columnCount(); ++column) {
+                cells.append(model.index(row, column).data().toString());
+            }
+            rows.append(cells.join(QLatin1Char('|')));
+        }
+    }
+    return rows;
+}
+
+// The form's inputs and the rows of its tables.
+QStringList contents(const QWidget *form)
+{
+    QStringList texts = tableRows(form);
+    const auto edits = form->findChildren<QLineEdit *>();
+    for (const QLineEdit *edit : edits) {
+        texts.append(edit->objectName() + QLatin1Char('=') + edit->text());
+    }
+    return texts;
+}
+
+// The forms with tables, and the row that "speed" becomes there.
+void addFormsWithTables()
+{
+    QTest::addColumn<QString>("row");
+    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("holdingRegisters|pumps|speed|int16|0|1");
+    QTest::newRow("HJ212") << QStringLiteral("points|pumps|speed|");
+    QTest::newRow("SL651") << QStringLiteral("points|pumps|speed|");
+}
 
 } // namespace
 
@@ -184,6 +267,32 @@ void TestImportData::dialogHandsItsPointsToTheWindow()
     QVERIFY(!disconnect(dialog.data(), &ImportDataDialog::dataSelected, nullptr, nullptr));
 }
 
+void TestImportData::pickedPointsReachTheTableThatIsShown_data()
+{
+    addFormsWithTables();
+    QTest::newRow("ModbusTCP(Slave), second map") << QStringLiteral("inputRegisters|pumps|speed|int16|0|1");
+}
+
+void TestImportData::pickedPointsReachTheTableThatIsShown()
+{
+    QFETCH(QString, row);
+    WindowUnderTest window;
+    const QStringList tag = QString::fromLatin1(QTest::currentDataTag()).split(QStringLiteral(", "));
+    QDialog *form = openForm(&window, addServer(addPlant(&window), QStringLiteral("north"), tag.first()));
+    QVERIFY(form);
+    if (tag.size() > 1) {
+        form->findChild<QTabWidget *>()->setCurrentIndex(1);
+    }
+    QVERIFY(QMetaObject::invokeMethod(form, "importDataPoints"));
+    const Dialog dialog = window.findChild<ImportDataDialog *>();
+    QVERIFY(dialog);
+    QCOMPARE(tableRows(form), QStringList());
+    pickSpeed(dialog);
+    QCOMPARE(tableRows(form), QStringList(row));
+    pickSpeed(dialog); // that a point comes once is the form's doing
+    QCOMPARE(tableRows(form), QStringList(row));
+}
+
 void TestImportData::pointsForNoFormAreDropped()
 {
     WindowUnderTest window;
@@ -195,6 +304,104 @@ void TestImportData::pointsForNoFormAreDropped()
                                           Q_ARG(QString, QStringLiteral("pumps"))));
         QCOMPARE(window.messages(), QStringList());
     }
+}
+
+void TestImportData::formWithoutATableTakesNothing_data()
+{
+    QTest::addColumn<QString>("protocol");
+    for (const char *protocol : {"MQTT", "AliMQTT", "OneNetMQTT", "HuaWeiMQTT", "OpcUaServer"}) {
+        QTest::newRow(protocol) << QString::fromLatin1(protocol);
+    }
+}
+
+void TestImportData::formWithoutATableTakesNothing()
+{
+    QFETCH(QString, protocol);
+    WindowUnderTest window;
+    QStandardItem *folder = addPlant(&window);
+    // With a table before it, whose tab the other form takes.
+    QVERIFY(openForm(&window, addServer(folder, QStringLiteral("north"), QStringLiteral("HJ212"))));
+    const QDialog *form = openForm(&window, addServer(folder, QStringLiteral("south"), protocol));
+    window.settle();
+    QVERIFY(form);
+    const QStringList before = contents(form);
+    const Dialog dialog = open(&window);
+    QVERIFY(dialog);
+    pickSpeed(dialog);
+    QCOMPARE(contents(form), before);
+    QCOMPARE(window.messages(), QStringList());
+}
+
+void TestImportData::pointsGoToTheFormThatIsCurrentByThen()
+{
+    WindowUnderTest window;
+    QStandardItem *folder = addPlant(&window);
+    QStandardItem *first = addServer(folder, QStringLiteral("north"), QStringLiteral("HJ212"));
+    openForm(&window, first);
+    const Dialog dialog = open(&window);
+    QVERIFY(dialog);
+    const QDialog *form =
+        openForm(&window, addServer(folder, QStringLiteral("south"), QStringLiteral("SL651")));
+    window.settle();
+    pickSpeed(dialog);
+    QCOMPARE(tableRows(form), QStringList(QStringLiteral("points|pumps|speed|")));
+    form = openForm(&window, first);
+    QCOMPARE(tableRows(form), QStringList());
+}
+
+void TestImportData::closedFormIsNotTouched_data()
+{
+    addFormsWithTables();
+}
+
+void TestImportData::closedFormIsNotTouched()
+{
+    WindowUnderTest window;
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    const QStandardItem *server = addServer(addPlant(&window), QStringLiteral("north"), protocol);
+    const QPointer<QDialog> form = openForm(&window, server);
+    QVERIFY(form);
+    const Dialog dialog = open(&window);
+    QVERIFY(dialog);
+    window.press(form, "cancelButton");
+    window.settle();
+    QVERIFY(!form);
+    QVERIFY(!window.currentServerForm());
+    pickSpeed(dialog);
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(window.messages(), QStringList());
+    QCOMPARE(tableRows(openForm(&window, server)), QStringList());
+}
+
+void TestImportData::reboundFormStaysTheCurrentOne_data()
+{
+    addFormsWithTables();
+    QTest::newRow("OpcUaServer") << QString();
+}
+
+void TestImportData::reboundFormStaysTheCurrentOne()
+{
+    QFETCH(QString, row);
+    WindowUnderTest window;
+    QStandardItem *folder = addPlant(&window);
+    const QString protocol = QString::fromLatin1(QTest::currentDataTag());
+    QStandardItem *first = addServer(folder, QStringLiteral("north"), protocol);
+    QDialog *form = openForm(&window, first);
+    QVERIFY(form);
+    QCOMPARE(window.currentServerForm(), form);
+    const QStandardItem *second = addServer(folder, QStringLiteral("south"), protocol);
+    QCOMPARE(openForm(&window, second), form);
+    QCOMPARE(window.currentServerForm(), form);
+    const Dialog dialog = open(&window);
+    QVERIFY(dialog);
+    pickSpeed(dialog);
+    QCOMPARE(tableRows(form), row.isEmpty() ? QStringList() : QStringList(row));
+    // Saved, the point is the second Server's.
+    window.press(form, "saveButton");
+    QCOMPARE(openForm(&window, first), form);
+    QCOMPARE(tableRows(form), QStringList());
+    openForm(&window, second);
+    QCOMPARE(tableRows(form).size(), row.isEmpty() ? 0 : 1);
 }
 
 void TestImportData::currentServerFormMayDie()

@@ -51,6 +51,14 @@ void tst_ProjectTreeMenu::init()
                                   QString());
     ProjectTree::appendDefinition(project->model()->item(0), QStringLiteral("Spare"), QString());
     ProjectTree::appendDefinition(project->child(4), QStringLiteral("thing"), QString());
+    // Kinds with forms that nothing in the window leads to.
+    QStandardItem *plcs =
+        ProjectTree::appendDefinition(project->model()->item(0), ProjectTree::plcFolder, QString());
+    ProjectTree::appendDefinition(plcs, QStringLiteral("press"), QString());
+    QStandardItem *servers =
+        ProjectTree::appendDefinition(project->model()->item(0), ProjectTree::serverFolder, QString());
+    ProjectTree::appendDefinition(servers, QStringLiteral("north"), QString())
+        ->setData(QStringLiteral("MQTT"), serverProtocolRole);
 }
 
 void tst_ProjectTreeMenu::cleanup()
@@ -115,6 +123,10 @@ void tst_ProjectTreeMenu::menuBelongsToTheNode_data()
     row("plant/Box/gate", {"Editing Box", "Delete"});
     row("plant/Data/meter", {"Delete"});
     row("plant/Spare/thing", {});
+    row("plant/PLC", {});
+    row("plant/PLC/press", {});
+    row("plant/Server", {});
+    row("plant/Server/north", {});
 }
 
 void tst_ProjectTreeMenu::menuBelongsToTheNode()
@@ -204,6 +216,7 @@ void tst_ProjectTreeMenu::entriesLeadToTheirSlots()
     request(m_window->centreOf(node(path)), nullptr, entry);
     const bool dialogCame = !m_dialogs.filter(object).isEmpty();
     QCOMPARE(dialogCame, kind == QLatin1String("dialog"));
+    QCOMPARE(m_dialogs.size(), dialogCame ? 1 : 0);
     QCOMPARE(boxes.told().filter(object).size(), kind == QLatin1String("box") ? 1 : 0);
     if (kind == QLatin1String("tab")) {
         QCOMPARE(m_window->countOf(object), 1);
@@ -231,8 +244,9 @@ void tst_ProjectTreeMenu::clicksOpenTheNodesForm_data()
     QTest::newRow("Standard") << QStringLiteral("plant/Standard/bus") << QStringLiteral("Edit Standard");
     QTest::newRow("Service") << QStringLiteral("plant/Service/IEC61850") << QStringLiteral("Edit Service");
     QTest::newRow("Box") << QStringLiteral("plant/Box/gate") << QStringLiteral("Edit Box");
-    for (const char *path : {"plant/Standard", "plant/Service", "plant/Box", "plant/Data", "plant/Spare",
-                             "plant/Spare/thing", "plant/Data/meter"}) {
+    for (const char *path :
+         {"plant/Standard", "plant/Service", "plant/Box", "plant/Data", "plant/Spare", "plant/Spare/thing",
+          "plant/Data/meter", "plant/PLC", "plant/PLC/press", "plant/Server", "plant/Server/north"}) {
         QTest::newRow(path) << QString::fromLatin1(path) << QString();
     }
 }
@@ -242,7 +256,9 @@ void tst_ProjectTreeMenu::clicksOpenTheNodesForm()
     QFETCH(QString, path);
     QFETCH(QString, title);
     const int before = int(m_window->dockManager()->dockWidgetsMap().size());
+    const ModalDialogs dialogs;
     m_window->click(node(path));
+    QCOMPARE(dialogs.unexpected(), QStringList());
     QCOMPARE(int(m_window->dockManager()->dockWidgetsMap().size()), title.isEmpty() ? before : before + 1);
     QCOMPARE(m_window->countOf(title), title.isEmpty() ? 0 : 1);
 }

@@ -227,6 +227,9 @@ void tst_ServerTabs::protocolChoosesTheForm_data()
     QTest::newRow("AliMQTT") << QStringLiteral("ServerAliMQTTEditDialog");
     QTest::newRow("OneNetMQTT") << QStringLiteral("ServerOneNetMQTTEditDialog");
     QTest::newRow("HuaWeiMQTT") << QStringLiteral("ServerHuaWeiMQTTEditDialog");
+    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("ServerModbusTCPEditDialog");
+    QTest::newRow("HJ212") << QStringLiteral("ServerHJ212EditDialog");
+    QTest::newRow("SL651") << QStringLiteral("ServerSL651EditDialog");
     QTest::newRow("OpcUaServer") << QStringLiteral("ServerOPCUAEditDialog");
 }
 
@@ -240,7 +243,7 @@ void tst_ServerTabs::protocolChoosesTheForm()
     const ads::CDockWidget *tab = m_window->tab(editServer);
     QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
     QVERIFY(!tab->icon().isNull());
-    QCOMPARE(form->windowTitle(), tab->windowTitle());
+    QCOMPARE(tab->windowTitle(), editServer);
 }
 
 void tst_ServerTabs::sameProtocolIsRebound()

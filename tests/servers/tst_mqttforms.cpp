@@ -81,6 +81,7 @@ void TestMqttForms::cloudProviderIsShownInTheUsersLanguage()
     dialog->show();
     const auto *key = input<QComboBox>(*dialog, "protocolKey");
     QVERIFY(!key->isVisible());
+    QCOMPARE(dialog->findChild<QFormLayout *>()->indexOf(input<QComboBox>(*dialog, "protocolKey")), -1);
     QCOMPARE(key->currentText(), protocol);
 }
 

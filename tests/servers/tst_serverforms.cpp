@@ -128,6 +128,12 @@ QString stored(const Row &row, const QString &protocol)
     }
 }
 
+// The list behind a cloud form's protocol stands in no row; the provider's name does.
+QString shownName(const Row &row)
+{
+    return row.role == serverProtocolRole ? QStringLiteral("protocol") : QLatin1String(row.name);
+}
+
 void fill(QStandardItem *item, const Form &form)
 {
     for (const Row &row : form.rows) {
@@ -233,14 +239,10 @@ void TestServerForms::newServerShowsItsDefaults()
     QStringList values = valuesOf(*dialog);
     QStringList expected;
     for (const Row &row : form.rows) {
-        const QString name = QLatin1String(row.name);
-        if (name == QLatin1String("protocolKey")) {
-            expected.append(QStringLiteral("protocol=") + protocol);
-        }
+        const QString name = shownName(row);
         const QHash<QString, QString> defaults = {
             {QStringLiteral("name"), QStringLiteral("up")},
             {QStringLiteral("protocol"), protocol},
-            {QStringLiteral("protocolKey"), protocol},
             {QStringLiteral("qos"), QStringLiteral("1")},
             {QStringLiteral("payloadFormat"), QStringLiteral("10")},
             {QStringLiteral("anonymous"), QStringLiteral("false")},
@@ -266,10 +268,7 @@ QStringList storedValues(const Form &form)
     const QString protocol = QLatin1String(form.protocol);
     QStringList values;
     for (const Row &row : form.rows) {
-        const QString name = QLatin1String(row.name);
-        if (name == QLatin1String("protocolKey")) {
-            values.append(QStringLiteral("protocol=") + protocol);
-        }
+        const QString name = shownName(row);
         // The second of two buttons is checked.
         values.append(name + QLatin1Char('=')
                       + (row.role == serverPayloadFormatRole ? QStringLiteral("01") : stored(row, protocol)));
