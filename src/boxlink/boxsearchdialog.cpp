@@ -43,7 +43,7 @@ BoxSearchDialog::BoxSearchDialog(QWidget *parent)
     searchTimer->setObjectName(QStringLiteral("searchTimer"));
     setWindowTitle(tr("Search Box"));
     setMinimumSize(360, 320);
-    auto *search = new QPushButton(tr("Search"), this);
+    auto *search = new QPushButton(QIcon(QStringLiteral(":/adsdemo/images/look.svg")), tr("Search"), this);
     search->setObjectName(QStringLiteral("searchButton"));
     m_list->setObjectName(QStringLiteral("boxes"));
     TableCopy::install(m_list);

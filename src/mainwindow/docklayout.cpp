@@ -4,12 +4,14 @@
 #include "mainwindow/docking.h"
 #include "widgets/svgicon.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QInputDialog>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QScrollArea>
 #include <QSettings>
 #include <QSignalBlocker>
 #include <QSplitter>
@@ -44,6 +46,21 @@ void setReadableSelection(QTreeView *tree)
     tree->setPalette(palette);
 }
 
+// The library gives its buttons tool tips, but no names for screen readers, and its scroll areas the focus.
+void makeAccessible(const QWidget *parent)
+{
+    const auto buttons = parent->findChildren<QAbstractButton *>();
+    for (QAbstractButton *button : buttons) {
+        if (button->accessibleName().isEmpty()) {
+            button->setAccessibleName(button->toolTip());
+        }
+    }
+    const auto areas = parent->findChildren<QScrollArea *>(QStringLiteral("dockWidgetScrollArea"));
+    for (QScrollArea *area : areas) {
+        area->setFocusPolicy(Qt::NoFocus);
+    }
+}
+
 } // namespace
 
 DockLayout::DockLayout(CMainWindow *window)
@@ -70,6 +87,13 @@ void DockLayout::createManager()
     m_manager = new ads::CDockManager(m_window);
     Docking::setFloatingToolBarStyle(m_manager);
     connect(m_perspectives, &QComboBox::textActivated, m_manager, &ads::CDockManager::openPerspective);
+    // The library's light colour for the focused tab's text is dark on a dark desktop.
+    m_manager->setStyleSheet(m_manager->styleSheet()
+                             + QStringLiteral("ads--CDockWidgetTab[focused=\"true\"] QLabel { color: "
+                                              "palette(highlighted-text); }"));
+    connect(m_manager, &ads::CDockManager::dockAreaCreated, this,
+            [](const ads::CDockAreaWidget *area) { makeAccessible(area); });
+    connect(m_manager, &ads::CDockManager::dockWidgetAdded, this, [this] { makeAccessible(m_manager); });
     // A restored layout stands in new splitters.
     connect(m_manager, &ads::CDockManager::stateRestored, this, &DockLayout::keepTreeWidth);
 }
@@ -193,6 +217,8 @@ CDockWidget *DockLayout::makeMessageDock()
     switchOff(dock, {CDockWidget::DockWidgetFocusable, CDockWidget::DockWidgetFloatable});
     m_messageEditor = qobject_cast<QPlainTextEdit *>(dock->widget());
     m_messageEditor->setObjectName(QStringLiteral("messageEditor"));
+    m_messageEditor->setAccessibleName(dock->windowTitle());
+    m_messageEditor->setTabChangesFocus(true); // else Tab would never leave it
     return dock;
 }
 

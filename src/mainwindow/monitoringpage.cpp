@@ -66,6 +66,7 @@ MonitoringPage::MonitoringPage(QWidget *parent)
     m_table->setItemDelegate(new ValidityDelegate(m_table));
     m_table->setContextMenuPolicy(Qt::CustomContextMenu);
     TableCopy::install(m_table);
+    m_table->setTabKeyNavigation(false); // else Tab would never leave it
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_filter);
     layout->addWidget(m_table);

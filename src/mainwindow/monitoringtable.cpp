@@ -1,5 +1,7 @@
 #include "mainwindow/monitoringtable.h"
 
+#include "widgets/tableheader.h"
+
 #include <QCoreApplication>
 #include <QHash>
 #include <QHeaderView>
@@ -140,18 +142,6 @@ void updateRows(QTableWidget *table, const QVariantList &rows, const QString &ti
     }
 }
 
-void styleHeader(const QTableWidget *table)
-{
-    const QString style = QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }");
-    if (table->horizontalHeader()->styleSheet() != style) {
-        table->horizontalHeader()->setStyleSheet(style);
-    }
-    // The background is light whatever the desktop's colours are, so the text has to be dark.
-    for (int column = 0; column < table->columnCount(); ++column) {
-        table->horizontalHeaderItem(column)->setForeground(Qt::black);
-    }
-}
-
 } // namespace
 
 bool MonitoringTable::isValid(const QModelIndex &index)
@@ -177,7 +167,7 @@ void MonitoringTable::update(QTableWidget *table, const QVariantList &rows, cons
     table->verticalScrollBar()->setValue(vertical);
     table->horizontalScrollBar()->setValue(horizontal);
 
-    styleHeader(table);
+    TableHeader::makeGrey(table);
     table->setColumnWidth(UpdateTime, timeWidth);
     if (isNew) { // later on the width is the user's
         table->resizeColumnToContents(Name);

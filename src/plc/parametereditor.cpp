@@ -1,6 +1,8 @@
 #include "plc/parametereditor.h"
 
 #include "app/activitylog.h"
+#include "widgets/tablecopy.h"
+#include "widgets/tableheader.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -62,17 +64,17 @@ void ParameterEditor::prepare(QTableWidget *table)
     table->setColumnCount(m_variant.columns.size());
     table->setHorizontalHeaderLabels(m_variant.headers());
     table->horizontalHeader()->setMinimumSectionSize(buttonSize); // else a style may widen the last column
-    table->horizontalHeader()->setTextElideMode(Qt::ElideRight);
     for (int column = 0; column < m_variant.columns.size(); ++column) {
         table->setColumnWidth(column, m_variant.columns.at(column).width);
-        table->horizontalHeaderItem(column)->setToolTip(table->horizontalHeaderItem(column)->text());
     }
+    TableHeader::explain(table);
     table->verticalHeader()->setDefaultSectionSize(buttonSize + 1); // the grid takes a pixel
     table->setWordWrap(false);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
     table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
-    table->horizontalHeader()->setStyleSheet(
-        QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }"));
+    TableHeader::makeGrey(table);
+    TableCopy::install(table);
+    table->setTabKeyNavigation(false); // Tab leads through the cell widgets and out of the table
     table->setInputMethodHints(Qt::ImhHiddenText);
     if (m_variant.height > 0) {
         table->setFixedHeight(m_variant.height);
@@ -241,6 +243,7 @@ void ParameterEditor::addButton(QTableWidget *table, int row)
     button->setFocusPolicy(Qt::TabFocus); // a click that took the focus would make its own row current
     button->setToolTip(
         ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
+    button->setAccessibleName(button->toolTip());
     connect(button, &QPushButton::clicked, this, &ParameterEditor::removeParameter);
     table->setCellWidget(row, table->columnCount() - 1, button);
 }
@@ -286,6 +289,8 @@ QWidget *ParameterEditor::makeList(QTableWidget *table, ParameterCell cell, cons
     std::transform(entries.cbegin(), entries.cend(), entries.begin(), ParameterText::shown);
     list->addItems(entries);
     list->setCurrentText(ParameterText::shown(value));
+    list->setToolTip(list->currentText()); // may be longer than its column
+    connect(list, &QComboBox::currentTextChanged, list, &QWidget::setToolTip);
     list->installEventFilter(m_form);
     if (cell == ParameterCell::Type) {
         parts->type = list;

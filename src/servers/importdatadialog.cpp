@@ -5,6 +5,7 @@
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "widgets/formpage.h"
+#include "widgets/tablecopy.h"
 
 #include <QHeaderView>
 #include <QPointer>
@@ -66,6 +67,8 @@ ImportDataDialog::ImportDataDialog(QWidget *parent)
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    m_table->setTabKeyNavigation(false); // else Tab would never leave it
+    TableCopy::install(m_table);
 
     auto *splitter = new QSplitter(Qt::Horizontal, this);
     splitter->addWidget(m_tree);

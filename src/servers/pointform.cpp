@@ -2,6 +2,8 @@
 
 #include "app/activitylog.h"
 #include "model/workspace.h"
+#include "widgets/tablecopy.h"
+#include "widgets/tableheader.h"
 #include "widgets/tell.h"
 
 #include <QHeaderView>
@@ -107,6 +109,9 @@ void PointForm::addPointView(QTableView *view)
     view->setSelectionMode(QAbstractItemView::SingleSelection);
     view->setMinimumHeight(leastHeight);
     view->horizontalHeader()->setHighlightSections(false);
+    TableHeader::explain(view);
+    view->setTabKeyNavigation(false); // else Tab would never leave it
+    TableCopy::install(view);
     view->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(view, &QWidget::customContextMenuRequested, this, &PointForm::showContextMenu);
     m_views.append(view);

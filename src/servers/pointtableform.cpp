@@ -12,7 +12,7 @@
 namespace {
 
 constexpr int codeColumn = 2;
-constexpr int nameWidth = 140; // pixels of a source or a name
+constexpr int nameWidth = 130; // pixels of a source or a name
 
 } // namespace
 

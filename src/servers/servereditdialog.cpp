@@ -51,6 +51,8 @@ ServerEditDialog::ServerEditDialog(QStandardItem *item, Workspace *workspace)
     for (const char *script : {"reportJS", "writeJS"}) {
         auto *edit = qobject_cast<QTextEdit *>(fields().widget(QLatin1String(script)));
         new JavaScriptHighlighter(edit->document());
+        // The highlighter's colours are made for light ground, whatever the desktop's is.
+        edit->setStyleSheet(QStringLiteral("QTextEdit:enabled { background-color: white; color: black; }"));
     }
     // Either signal tells what its own button stands for, whatever it says: the button that loses the check
     // signals first, so that the last word is the checked one's. Opening checks one of the two.

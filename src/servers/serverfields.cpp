@@ -114,5 +114,10 @@ void ServerFields::lockProtocol(const FieldTable &fields)
         delete row.fieldItem;
         key->hide();
         fields.label(QStringLiteral("protocolKey"))->hide();
+        // A hidden row would keep the distance to the next one.
+        auto *form = qobject_cast<QFormLayout *>(key->parentWidget()->layout());
+        const QFormLayout::TakeRowResult row = form->takeRow(key);
+        delete row.labelItem; // the layout's items, not the widgets
+        delete row.fieldItem;
     }
 }

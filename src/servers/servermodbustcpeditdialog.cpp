@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QPointer>
 #include <QStandardItemModel>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -90,6 +91,15 @@ RowList rowsOf(const QAbstractItemModel *map)
     return rows;
 }
 
+QStandardItem *makeCell(const QString &text, int column)
+{
+    auto *cell = new QStandardItem(text);
+    if (column < AddressColumn) {
+        cell->setToolTip(text); // may be longer than its column
+    }
+    return cell;
+}
+
 } // namespace
 
 ServerModbusTCPEditDialog::ServerModbusTCPEditDialog(QStandardItem *item, Workspace *workspace)
@@ -114,7 +124,9 @@ void ServerModbusTCPEditDialog::setupUI()
     addMap(tr("Holding Register"), QStringLiteral("holdingRegisters"));
     addMap(tr("Input Register"), QStringLiteral("inputRegisters"));
     page()->addWidget(m_tabs);
-    FormPage::orderBehind(fields().widget(QStringLiteral("port")), m_tabs);
+    QWidget *port = fields().widget(QStringLiteral("port"));
+    FormPage::orderBehind(port, m_tabs);
+    setTabOrder(port, m_tabs->tabBar()); // which is made after the pages that it stands above
 }
 
 void ServerModbusTCPEditDialog::populateData(QStandardItem *item)
@@ -126,7 +138,7 @@ void ServerModbusTCPEditDialog::populateData(QStandardItem *item)
         for (const QVariantList &cells : rows) {
             QList<QStandardItem *> row;
             for (int column = 0; column < map->columnCount(); ++column) {
-                row.append(new QStandardItem(cells.value(column).toString()));
+                row.append(makeCell(cells.value(column).toString(), column));
             }
             map->appendRow(row);
         }
@@ -224,7 +236,7 @@ void ServerModbusTCPEditDialog::appendPoint(const QStringList &leading, const QJ
     QList<QStandardItem *> row;
     const QStringList cells = leading + QStringList{QString::number(address), QString::number(length)};
     for (const QString &text : cells) {
-        row.append(new QStandardItem(text));
+        row.append(makeCell(text, row.size()));
         row.last()->setEditable(row.size() - 1 == AddressColumn);
     }
     map->appendRow(row);

@@ -128,6 +128,8 @@ QWidget *ServerSL651EditDialog::makeCodeCell(const QString &code, QWidget *paren
     } else {
         list->setCurrentText(code); // which normally is no label either, so that the first stands
     }
+    list->setToolTip(list->currentText()); // often longer than its column
+    connect(list, &QComboBox::currentTextChanged, list, &QWidget::setToolTip);
     list->installEventFilter(this);
     // Else the table's menu would come up over a row that this click did not select.
     list->setContextMenuPolicy(Qt::PreventContextMenu);

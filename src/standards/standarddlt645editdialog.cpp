@@ -7,6 +7,8 @@
 #include "standards/standardfields.h"
 #include "standards/standardtabs.h"
 #include "widgets/formpage.h"
+#include "widgets/tablecopy.h"
+#include "widgets/tableheader.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -163,15 +165,13 @@ QTableWidget *standardDLT645EditDialog::makeTable(QWidget *page)
     table->setColumnWidth(tickColumn, 40);
     table->setColumnWidth(labelColumn, 150);
     table->setColumnWidth(nameColumn, 90);
-    table->horizontalHeader()->setTextElideMode(Qt::ElideRight);
-    for (int column = 0; column < table->columnCount(); ++column) {
-        table->horizontalHeaderItem(column)->setToolTip(table->horizontalHeaderItem(column)->text());
-    }
+    TableHeader::explain(table);
     table->setWordWrap(false);
     table->setFixedHeight(StandardTabs::tableHeight);
     table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
-    table->horizontalHeader()->setStyleSheet(
-        QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }"));
+    TableHeader::makeGrey(table);
+    TableCopy::install(table);
+    table->setTabKeyNavigation(false); // else Tab would never leave it
     connect(table, &QTableWidget::cellChanged, this, &standardDLT645EditDialog::validateName);
     connect(table->horizontalHeader(), &QHeaderView::sectionClicked, this,
             &standardDLT645EditDialog::toggleSelectAll);

@@ -135,9 +135,12 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
         void (standardModbusEditDialog::*pressed)();
     } buttons[] = {
         {tr("Add"), ":/adsdemo/images/add.svg", "addButton", &standardModbusEditDialog::addParameter},
-        {tr("Remove All"), "", "removeAllButton", &standardModbusEditDialog::removeAllParameters},
-        {tr("Import"), "", "importButton", &standardModbusEditDialog::importParameters},
-        {tr("Export"), "", "exportButton", &standardModbusEditDialog::exportParameters},
+        {tr("Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
+         &standardModbusEditDialog::removeAllParameters},
+        {tr("Import"), ":/adsdemo/images/read.svg", "importButton",
+         &standardModbusEditDialog::importParameters},
+        {tr("Export"), ":/adsdemo/images/write.svg", "exportButton",
+         &standardModbusEditDialog::exportParameters},
     };
     for (const auto &entry : buttons) {
         auto *button = FormPage::button(entry.text, QLatin1String(entry.icon), page);

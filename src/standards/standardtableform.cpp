@@ -100,7 +100,8 @@ QWidget *StandardTableForm::makeButtons(QWidget *parent)
     add->setObjectName(QStringLiteral("addButton"));
     connect(add, &QPushButton::clicked, this, &StandardTableForm::addParameter);
     row->addWidget(add);
-    QPushButton *removeAll = FormPage::button(tr("Remove All"), QString(), buttons);
+    QPushButton *removeAll =
+        FormPage::button(tr("Remove All"), QStringLiteral(":/adsdemo/images/cancel.svg"), buttons);
     removeAll->setObjectName(QStringLiteral("removeAllButton"));
     connect(removeAll, &QPushButton::clicked, this, &StandardTableForm::removeAllParameters);
     row->addWidget(removeAll);

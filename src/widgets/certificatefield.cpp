@@ -34,6 +34,7 @@ QLabel *CertificateField::makeLabel(const QString &text)
 {
     m_label = new QLabel(text, parentWidget());
     m_label->setBuddy(m_select);
+    m_field->setAccessibleName(text); // the label names the button
     return m_label;
 }
 

@@ -238,6 +238,7 @@ QWidget *FieldTable::makeWidget(const Field &field, QWidget *parent)
     case FieldKind::Script: {
         auto *edit = new QTextEdit(parent);
         edit->setAcceptRichText(false);
+        edit->setTabChangesFocus(true); // else Tab would never leave it
         return edit;
     }
     case FieldKind::Text:
