@@ -23,6 +23,7 @@ private slots:
     void anyDamagedFileGivesTheDefaultLayout();
     void anyTruncationStillStarts();
     void aFolderInTheFilesPlaceGivesTheDefaultLayout();
+    void aFileThatMayNotBeWrittenIsReadAllTheSame();
 
 private:
     // One start: what it reports, or "crashed".
@@ -143,6 +144,14 @@ void TestLayoutFile::aFolderInTheFilesPlaceGivesTheDefaultLayout()
     QCOMPARE(start("report"), defaultLayout);
     QCOMPARE(start("store"), storedLayout);
     QCOMPARE(start("report"), defaultLayout);
+}
+
+void TestLayoutFile::aFileThatMayNotBeWrittenIsReadAllTheSame()
+{
+    QCOMPARE(start("store"), storedLayout);
+    QVERIFY(QFile::setPermissions(QStringLiteral("Settings.ini"), QFile::ReadOwner));
+    QCOMPARE(start("report"), storedLayout);
+    QCOMPARE(start("store"), storedLayout);
 }
 
 int main(int argc, char *argv[])
