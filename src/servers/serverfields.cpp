@@ -110,14 +110,9 @@ void ServerFields::lockProtocol(const FieldTable &fields)
     if (QComboBox *key = fields.comboBox(QStringLiteral("protocolKey"))) {
         // A hidden row would leave a gap; the widgets stay, as children of the page.
         const auto row = qobject_cast<QFormLayout *>(key->parentWidget()->layout())->takeRow(key);
-        delete row.labelItem;
+        delete row.labelItem; // the layout's items, not the widgets
         delete row.fieldItem;
         key->hide();
         fields.label(QStringLiteral("protocolKey"))->hide();
-        // A hidden row would keep the distance to the next one.
-        auto *form = qobject_cast<QFormLayout *>(key->parentWidget()->layout());
-        const QFormLayout::TakeRowResult row = form->takeRow(key);
-        delete row.labelItem; // the layout's items, not the widgets
-        delete row.fieldItem;
     }
 }
