@@ -4,7 +4,6 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QFormLayout>
 #include <QLabel>
 
 namespace {
@@ -95,10 +94,5 @@ void ServerFields::lockProtocol(const FieldTable &fields)
     if (QComboBox *key = fields.comboBox(QStringLiteral("protocolKey"))) {
         key->hide();
         fields.label(QStringLiteral("protocolKey"))->hide();
-        // A hidden row would keep the distance to the next one.
-        auto *form = qobject_cast<QFormLayout *>(key->parentWidget()->layout());
-        const QFormLayout::TakeRowResult row = form->takeRow(key);
-        delete row.labelItem; // the layout's items, not the widgets
-        delete row.fieldItem;
     }
 }
