@@ -4,7 +4,6 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QFormLayout>
 #include <QLabel>
 
 namespace {

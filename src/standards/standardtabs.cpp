@@ -3,6 +3,8 @@
 #include "widgets/formpage.h"
 
 #include <QPushButton>
+#include <QShortcut>
+#include <QTabBar>
 #include <QTableWidget>
 
 StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, QWidget *parent)
@@ -11,6 +13,13 @@ StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, QWidget *paren
     , m_loadedTitle(std::move(loadedTitle))
 {
     setTabsClosable(true);
+    // The close buttons are out of the keyboard's reach.
+    auto *close = new QShortcut(QKeySequence::Delete, tabBar(), nullptr, nullptr, Qt::WidgetShortcut);
+    connect(close, &QShortcut::activated, this, [this] {
+        if (count() > 0) {
+            emit tabCloseRequested(currentIndex());
+        }
+    });
 }
 
 QPushButton *StandardTabs::makeAddButton(QWidget *parent)

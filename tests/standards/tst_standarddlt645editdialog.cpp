@@ -3,6 +3,7 @@
 #include "support/logtail.h"
 #include "support/standardformtest.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHeaderView>
@@ -11,6 +12,7 @@
 #include <QSignalSpy>
 #include <QStandardItem>
 #include <QStandardItemModel>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
@@ -39,6 +41,7 @@ private slots:
     void storedRowsAreAppliedByPosition();
     void unknownEditionIsTheNewer();
     void deletedTabClosesTheNumbers();
+    void deleteKeyClosesTheCurrentTab();
     void replaceItemSelectsOtherEntries();
     void slaveAddressTakesHexadecimalDigitsOnly();
     void clearDataEmptiesTheForm();
@@ -282,6 +285,23 @@ void TestStandardDLT645EditDialog::deletedTabClosesTheNumbers()
     QCOMPARE(titles(form), (QStringList{"DLT645-1", "DLT645-2"}));
     form.addTab();
     QCOMPARE(titles(form).last(), QStringLiteral("DLT645-3"));
+}
+
+void TestStandardDLT645EditDialog::deleteKeyClosesTheCurrentTab()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    form.addTab();
+    show(form);
+    QApplication::setActiveWindow(&form);
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    auto *bar = form.findChild<QTabWidget *>()->tabBar();
+    bar->setFocus();
+    QTest::keyClick(bar, Qt::Key_Delete);
+    QCOMPARE(titles(form), QStringList{"DLT645-1"});
+    QTest::keyClick(bar, Qt::Key_Delete);
+    QTest::keyClick(bar, Qt::Key_Delete);
+    QCOMPARE(titles(form), QStringList());
 }
 
 void TestStandardDLT645EditDialog::replaceItemSelectsOtherEntries()
