@@ -34,12 +34,6 @@ void styleTabs(QTabWidget *tabs)
     if (tabs->styleSheet() != style) {
         tabs->setStyleSheet(style);
     }
-    // Dark text, which the blue and the lighter blue of a hovered tab leave readable; white is too pale
-    // there.
-    const QString selected = QStringLiteral("QTabBar::tab:selected { color: black; }");
-    if (tabs->tabBar()->styleSheet() != selected) {
-        tabs->tabBar()->setStyleSheet(selected);
-    }
     // A tab bar measures its tabs with its own font, whatever the style sheet draws them with.
     QFont font = tabs->tabBar()->font();
     if (font.pixelSize() != tabTextSize) {

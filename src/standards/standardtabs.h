@@ -9,7 +9,7 @@
 class QPushButton;
 
 // The tabs of a Standard, one for each device on its link: closable, and numbered from 1 in their titles. The
-// form makes the pages; its stored rows are a list for each title. The Delete key on the tab bar stands for
+// form makes the pages; its stored rows are a list for each title. Ctrl+W on the tab bar stands for
 // the current tab's close button.
 class StandardTabs : public QTabWidget
 {

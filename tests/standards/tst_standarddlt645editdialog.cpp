@@ -41,7 +41,7 @@ private slots:
     void storedRowsAreAppliedByPosition();
     void unknownEditionIsTheNewer();
     void deletedTabClosesTheNumbers();
-    void deleteKeyClosesTheCurrentTab();
+    void controlWClosesTheCurrentTab();
     void replaceItemSelectsOtherEntries();
     void slaveAddressTakesHexadecimalDigitsOnly();
     void clearDataEmptiesTheForm();
@@ -287,7 +287,7 @@ void TestStandardDLT645EditDialog::deletedTabClosesTheNumbers()
     QCOMPARE(titles(form).last(), QStringLiteral("DLT645-3"));
 }
 
-void TestStandardDLT645EditDialog::deleteKeyClosesTheCurrentTab()
+void TestStandardDLT645EditDialog::controlWClosesTheCurrentTab()
 {
     standardDLT645EditDialog form(m_item, m_workspace);
     form.addTab();
@@ -297,10 +297,10 @@ void TestStandardDLT645EditDialog::deleteKeyClosesTheCurrentTab()
     QVERIFY(QTest::qWaitForWindowActive(&form));
     auto *bar = form.findChild<QTabWidget *>()->tabBar();
     bar->setFocus();
-    QTest::keyClick(bar, Qt::Key_Delete);
+    QTest::keyClick(bar, Qt::Key_W, Qt::ControlModifier);
     QCOMPARE(titles(form), QStringList{"DLT645-1"});
-    QTest::keyClick(bar, Qt::Key_Delete);
-    QTest::keyClick(bar, Qt::Key_Delete);
+    QTest::keyClick(bar, Qt::Key_W, Qt::ControlModifier);
+    QTest::keyClick(bar, Qt::Key_W, Qt::ControlModifier);
     QCOMPARE(titles(form), QStringList());
 }
 
