@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QFormLayout>
 #include <QLabel>
 
 namespace {
