@@ -20,6 +20,7 @@ namespace {
 // Colours the rows that are not valid. The text's colour comes with the background's, whatever the desktop's.
 class ValidityDelegate : public QStyledItemDelegate
 {
+    Q_OBJECT
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
@@ -135,3 +136,5 @@ QByteArray MonitoringPage::shownAsCsv() const
     }
     return csv;
 }
+
+#include "monitoringpage.moc"

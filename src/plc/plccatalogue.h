@@ -60,7 +60,7 @@ QStringList protocols(const QString &manufacturer);
 // The models of "S7"; "Empty" for every other protocol.
 QStringList models(const QString &protocol);
 // The group with the connection settings of an S7 model: rack, TSAP or none.
-PlcGroup groupOfModel(const QString &model);
+PlcGroup groupOfModel(const QString &name);
 // The models of AllenBradley, stored as codes.
 QVector<Choice> allenBradleyModels();
 // The series of a manufacturer of Modbus devices; empty for others.

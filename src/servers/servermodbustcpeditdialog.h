@@ -33,7 +33,7 @@ public slots:
     // Answers to a change of an address in one of the maps: one that conflicts is told and emptied.
     void handleDataChanged(const QModelIndex &topLeft, const QModelIndex &bottomRight);
     // Whether the row's registers overlap those of another row of the same map.
-    bool checkAddressConflict(QStandardItemModel *model, int row) const;
+    bool checkAddressConflict(QStandardItemModel *model, int row) const; // clazy:exclude=const-signal-or-slot
 
 protected:
     void showItem(QStandardItem *item) override;

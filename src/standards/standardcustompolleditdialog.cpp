@@ -34,7 +34,7 @@ standardCustomPollEditDialog::standardCustomPollEditDialog(QStandardItem *item, 
     , m_printable(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[ -~]*")), this))
 {
     connect(rows(), &ParameterEditor::rowMade, this, &standardCustomPollEditDialog::connectRow);
-    open();
+    begin();
 }
 
 void standardCustomPollEditDialog::connectRow(QTableWidget *table, int row)

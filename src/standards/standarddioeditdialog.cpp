@@ -9,5 +9,5 @@ standardDIOEditDialog::standardDIOEditDialog(QStandardItem *item, Workspace *wor
          "StandardFields"},
         {}, item, workspace, parent)
 {
-    open();
+    begin();
 }

@@ -68,7 +68,7 @@ standardOPCUAEditDialog::standardOPCUAEditDialog(QStandardItem *item, Workspace 
          QCoreApplication::translate("CMainWindow", "Username and password verification")});
     connect(authentication, qOverload<int>(&QComboBox::currentIndexChanged), this,
             &standardOPCUAEditDialog::updateUserVisibility);
-    open();
+    begin();
 }
 
 void standardOPCUAEditDialog::showItem(QStandardItem *item)

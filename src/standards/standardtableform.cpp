@@ -64,7 +64,7 @@ StandardTableForm::~StandardTableForm()
     log("destroyed");
 }
 
-void StandardTableForm::open()
+void StandardTableForm::begin()
 {
     const int widest = qMax(m_identity.labelWidth(), qMax(m_connection.labelWidth(), m_trigger.labelWidth()));
     for (const FieldTable *fields : {&m_identity, &m_connection, &m_trigger}) {

@@ -54,10 +54,10 @@ protected:
         const char *fieldContext; // of the translations of the connection's fields
     };
 
-    // The workspace is not owned and may be null. The form's own constructor ends with open().
+    // The workspace is not owned and may be null. The form's own constructor ends with begin().
     StandardTableForm(const Kind &kind, const QVector<Field> &connection, QStandardItem *item,
                       Workspace *workspace, QWidget *parent);
-    void open();
+    void begin();
 
     // What a form has beyond its fields and rows; the item is never null.
     virtual void showItem(QStandardItem *item);

@@ -15,7 +15,7 @@ StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, QWidget *paren
     setTabsClosable(true);
     // The close buttons are out of the keyboard's reach. Two keys, since what is closed is gone.
     auto *close =
-        new QShortcut(QKeySequence(Qt::CTRL + Qt::Key_W), tabBar(), nullptr, nullptr, Qt::WidgetShortcut);
+        new QShortcut(QKeySequence(QStringLiteral("Ctrl+W")), tabBar(), nullptr, nullptr, Qt::WidgetShortcut);
     connect(close, &QShortcut::activated, this, [this] {
         if (count() > 0) {
             emit tabCloseRequested(currentIndex());
