@@ -110,7 +110,7 @@ ServerModbusTCPEditDialog::ServerModbusTCPEditDialog(QStandardItem *item, Worksp
 {
     setupUI();
     begin();
-    // On purpose after it was shown, and whatever it held: the Box knows no other type.
+    // On purpose after it was shown and whatever it held: a register map is always that of a slave.
     item->setData(QStringLiteral("Slave"), serverTypeRole);
 }
 
