@@ -7,7 +7,6 @@
 #include "widgets/formpage.h"
 
 #include <QComboBox>
-#include <QEvent>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QPushButton>
@@ -297,9 +296,6 @@ const PLCEditDialog::Group &PLCEditDialog::group(PlcGroup id) const
 
 bool PLCEditDialog::eventFilter(QObject *obj, QEvent *event)
 {
-    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
-        return true;
-    }
     return EditForm::eventFilter(obj, event);
 }
 

@@ -12,7 +12,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QEvent>
 #include <QFormLayout>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -369,8 +368,5 @@ QLineEdit *standardDLT645EditDialog::nameEdit() const
 
 bool standardDLT645EditDialog::eventFilter(QObject *obj, QEvent *event)
 {
-    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
-        return true;
-    }
     return EditForm::eventFilter(obj, event);
 }

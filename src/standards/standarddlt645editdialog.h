@@ -38,7 +38,7 @@ public slots:
     // Clears a name that another row of the sender's table has, and says so.
     void validateName(int row, int column);
     bool isNameDuplicate(QTableWidget *table, int currentRow, QString currentName);
-    // Swallows the wheel over lists, so that scrolling changes none.
+    // The guard against the wheel, which may be called by name here.
     bool eventFilter(QObject *obj, QEvent *event) override;
     // Ticks all rows of the current tab, or none if all were ticked; for the first column only.
     void toggleSelectAll(int logicalIndex);

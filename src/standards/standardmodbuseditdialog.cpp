@@ -10,7 +10,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QEvent>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -287,9 +286,6 @@ QLineEdit *standardModbusEditDialog::nameEdit() const
 
 bool standardModbusEditDialog::eventFilter(QObject *obj, QEvent *event)
 {
-    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
-        return true;
-    }
     return EditForm::eventFilter(obj, event);
 }
 

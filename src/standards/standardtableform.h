@@ -43,7 +43,7 @@ public slots:
     // Clears a name that another row has, and says so: of an item, and of an editor at each end of editing.
     void validateName(int row, int column);
     void validateNameOnChange(int row, int column, QString newName);
-    // Swallows the wheel over the lists of the table, so that scrolling changes no cell.
+    // The guard against the wheel, which may be called by name here.
     bool eventFilter(QObject *obj, QEvent *event) override;
 
 protected:

@@ -10,6 +10,10 @@ class EditForm : public QDialog
 public:
     explicit EditForm(QWidget *parent = nullptr);
 
+    // Swallows the wheel over each list that the form is installed on as a filter: the wheel is to scroll the
+    // form or its table, and must not change a value on the way.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 protected:
     void keyPressEvent(QKeyEvent *event) override;
 };
