@@ -135,7 +135,7 @@ void StandardTableForm::saveChanges()
         m_workspace->appendMessage(QCoreApplication::translate(context, m_kind.savedMessage)
                                        .arg(m_identity.text(QStringLiteral("name"))));
     }
-    log("save");
+    logToFile(QLatin1String(m_kind.savedLine));
 }
 
 bool StandardTableForm::saveItem(QStandardItem *item)

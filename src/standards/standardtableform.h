@@ -51,6 +51,7 @@ protected:
         const char *protocol;
         const ParameterVariant &rows;
         const char *savedMessage; // source text in the context StandardTableForm, with the name for %1
+        const char *savedLine;    // what the activity log gets for a save
         const char *fieldContext; // of the translations of the connection's fields
     };
 
