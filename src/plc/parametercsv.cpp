@@ -151,18 +151,6 @@ ParameterCsv::Import ParameterCsv::read(QTextStream &stream, const ParameterVari
     return import;
 }
 
-void ParameterEditor::loadParameters(const RowList &rows)
-{
-    QTableWidget *table = m_current();
-    if (!table) {
-        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")),
-                      m_missing());
-        return;
-    }
-    fill(table, rows);
-    log("loadParameters");
-}
-
 void ParameterEditor::importParameters()
 {
     const QString path = chooseOpenFile(

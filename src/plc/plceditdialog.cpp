@@ -97,7 +97,7 @@ QWidget *PLCEditDialog::buildContent()
     parameters->setFixedHeight(parameterListHeight);
     auto *form = new QFormLayout(parameters);
     addTrigger(form);
-    form->addRow(tableButtons());
+    form->addRow(m_parameters->makeButtons(parameters));
     m_table = new QTableWidget(parameters);
     m_parameters->prepare(m_table);
     form->addRow(m_table);
@@ -122,33 +122,6 @@ void PLCEditDialog::addTrigger(QFormLayout *form)
     trigger->setObjectName(QStringLiteral("trigger"));
     trigger->addItem(tr("Timed Loops"));
     FormPage::putBeforeField(form, 0, trigger);
-}
-
-QWidget *PLCEditDialog::tableButtons()
-{
-    auto *buttons = new QWidget(this);
-    auto *row = new QHBoxLayout(buttons);
-    row->setContentsMargins(0, 0, 0, 0);
-    const struct {
-        QString text;
-        const char *icon;
-        const char *name;
-        void (PLCEditDialog::*pressed)();
-    } rows[] = {
-        {tr("Add"), ":/adsdemo/images/add.svg", "addButton", &PLCEditDialog::addParameter},
-        {tr("Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
-         &PLCEditDialog::removeAllParameters},
-        {tr("Import"), ":/adsdemo/images/read.svg", "importButton", &PLCEditDialog::importParameters},
-        {tr("Export"), ":/adsdemo/images/write.svg", "exportButton", &PLCEditDialog::exportParameters},
-    };
-    for (const auto &each : rows) {
-        QPushButton *button = FormPage::button(each.text, QLatin1String(each.icon), buttons);
-        button->setObjectName(QLatin1String(each.name));
-        connect(button, &QPushButton::clicked, this, each.pressed);
-        row->addWidget(button);
-    }
-    row->addStretch();
-    return buttons;
 }
 
 void PLCEditDialog::alignFields()

@@ -71,7 +71,6 @@ private:
     QWidget *buildContent();
     QGroupBox *addBox(QVBoxLayout *column, const char *name, const QString &title);
     void addTrigger(QFormLayout *form);
-    QWidget *tableButtons();
     void alignFields();
     void fillAttributes();
     void loadStoredParameters();

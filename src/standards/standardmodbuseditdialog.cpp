@@ -126,30 +126,7 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
     slave.setText(QStringLiteral("stationNumEdit"), QStringLiteral("1"));
     child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(true);
 
-    auto *row = new QHBoxLayout;
-    const struct {
-        QString text;
-        const char *icon;
-        const char *name;
-        void (standardModbusEditDialog::*pressed)();
-    } buttons[] = {
-        {tr("Add"), ":/adsdemo/images/add.svg", "addButton", &standardModbusEditDialog::addParameter},
-        {tr("Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
-         &standardModbusEditDialog::removeAllParameters},
-        {tr("Import"), ":/adsdemo/images/read.svg", "importButton",
-         &standardModbusEditDialog::importParameters},
-        {tr("Export"), ":/adsdemo/images/write.svg", "exportButton",
-         &standardModbusEditDialog::exportParameters},
-    };
-    for (const auto &entry : buttons) {
-        auto *button = FormPage::button(entry.text, QLatin1String(entry.icon), page);
-        button->setObjectName(QLatin1String(entry.name));
-        connect(button, &QPushButton::clicked, this, entry.pressed);
-        row->addWidget(button);
-    }
-    row->addStretch();
-    column->addLayout(row);
-
+    column->addWidget(m_parameters->makeButtons(page));
     auto *table = new QTableWidget(page);
     m_parameters->prepare(table);
     m_latestTable = table;

@@ -82,30 +82,12 @@ QWidget *StandardTableForm::buildContent()
     m_identity.build(m_fieldLayout);
     m_connection.build(m_fieldLayout);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
-    column->addWidget(makeButtons(content));
+    column->addWidget(m_rows->makeButtons(content));
     m_table = new QTableWidget(content);
     m_rows->prepare(m_table);
     m_table->setMinimumHeight(leastTableHeight);
     column->addWidget(m_table, 1);
     return content;
-}
-
-QWidget *StandardTableForm::makeButtons(QWidget *parent)
-{
-    auto *buttons = new QWidget(parent);
-    auto *row = new QHBoxLayout(buttons);
-    row->setContentsMargins(0, 0, 0, 0);
-    QPushButton *add = FormPage::button(tr("Add"), QStringLiteral(":/adsdemo/images/add.svg"), buttons);
-    add->setObjectName(QStringLiteral("addButton"));
-    connect(add, &QPushButton::clicked, this, &StandardTableForm::addParameter);
-    row->addWidget(add);
-    QPushButton *removeAll =
-        FormPage::button(tr("Remove All"), QStringLiteral(":/adsdemo/images/cancel.svg"), buttons);
-    removeAll->setObjectName(QStringLiteral("removeAllButton"));
-    connect(removeAll, &QPushButton::clicked, this, &StandardTableForm::removeAllParameters);
-    row->addWidget(removeAll);
-    row->addStretch();
-    return buttons;
 }
 
 void StandardTableForm::replaceItem(QStandardItem *item)

@@ -74,7 +74,6 @@ protected:
 
 private:
     QWidget *buildContent();
-    QWidget *makeButtons(QWidget *parent);
     void log(const char *event) const;
 
     Kind m_kind;
