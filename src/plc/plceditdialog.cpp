@@ -31,17 +31,6 @@ bool isOfModel(PlcGroup group)
     return group == PlcGroup::S7Rack || group == PlcGroup::S7Tsap;
 }
 
-// An unknown text leaves a list at the entry of the PLC before, on purpose; an empty one selects the first.
-void refillSerial(const FieldTable &serial, QStandardItem *item)
-{
-    serial.fill(item, FieldTable::Unknown::Keep);
-    for (const Field &field : serial.fields()) {
-        if (field.kind == FieldKind::List && item->data(field.role).toString().isEmpty()) {
-            serial.comboBox(QLatin1String(field.name))->setCurrentIndex(0);
-        }
-    }
-}
-
 } // namespace
 
 PLCEditDialog::PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
@@ -126,15 +115,11 @@ void PLCEditDialog::addTrigger(QFormLayout *form)
 
 void PLCEditDialog::alignFields()
 {
-    int widest = qMax(m_attributes.labelWidth(), m_trigger.labelWidth());
+    QVector<const FieldTable *> tables{&m_attributes, &m_trigger};
     for (const Group &each : m_groups) {
-        widest = qMax(widest, each.fields.labelWidth());
+        tables.append(&each.fields);
     }
-    m_attributes.setLabelWidth(widest);
-    m_trigger.setLabelWidth(widest);
-    for (const Group &each : m_groups) {
-        each.fields.setLabelWidth(widest);
-    }
+    FieldTable::align(tables);
 }
 
 void PLCEditDialog::fillAttributes()
@@ -160,7 +145,9 @@ void PLCEditDialog::replaceItem(QStandardItem *item)
     fillAttributes();
     for (const Group &each : m_groups) {
         if (each.id == PlcGroup::Serial) {
-            refillSerial(each.fields, item);
+            // An unknown text leaves a list at the entry of the PLC before, on purpose.
+            each.fields.fill(item, FieldTable::Unknown::Keep);
+            each.fields.resetEmptyLists(item);
         } else if (each.id == PlcGroup::Network || each.box->isVisible()) {
             each.fields.fill(item);
         }

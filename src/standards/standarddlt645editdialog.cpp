@@ -90,7 +90,7 @@ standardDLT645EditDialog::standardDLT645EditDialog(QStandardItem *item, Workspac
     const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
     m_save = buttons.save;
     connect(buttons.cancel, &QPushButton::clicked, this, &standardDLT645EditDialog::rejected);
-    fillFields(Opening::Construct);
+    fillFields();
     loadTabs();
     logToFile(QStringLiteral("standardDLT645EditDialog: new-nuilt"));
 }
@@ -118,10 +118,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     m_tabs = new StandardTabs(QStringLiteral("DLT645-%1"), QStringLiteral("Modbus-%1"), content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
     column->addWidget(m_tabs);
-    const int widest = qMax(m_fields.labelWidth(), qMax(m_serial.labelWidth(), m_trigger.labelWidth()));
-    for (const FieldTable *fields : {&m_fields, &m_serial, &m_trigger}) {
-        fields->setLabelWidth(widest);
-    }
+    FieldTable::align({&m_fields, &m_serial, &m_trigger});
     return content;
 }
 
@@ -195,21 +192,11 @@ void standardDLT645EditDialog::fillTable(QTableWidget *table, const QString &ver
     }
 }
 
-void standardDLT645EditDialog::fillFields(Opening opening)
+void standardDLT645EditDialog::fillFields()
 {
     m_fields.fill(m_item.item());
     m_serial.fill(m_item.item());
     m_trigger.fill(m_item.item());
-    if (opening == Opening::Replace) {
-        // On purpose other than at construction: a list whose role is empty goes to its first entry here.
-        const auto &fields = m_serial.fields();
-        for (const Field &field : fields) {
-            QComboBox *list = m_serial.comboBox(QLatin1String(field.name));
-            if (list && m_item.item()->data(field.role).toString().isEmpty()) {
-                list->setCurrentIndex(0);
-            }
-        }
-    }
 }
 
 void standardDLT645EditDialog::loadTabs()
@@ -221,7 +208,8 @@ void standardDLT645EditDialog::loadTabs()
 void standardDLT645EditDialog::replaceItem(QStandardItem *item)
 {
     m_item = ItemRef(item);
-    fillFields(Opening::Replace);
+    fillFields();
+    m_serial.resetEmptyLists(item); // on purpose other than at construction, where they go to their fallbacks
     m_tabs->deletePages();
     loadTabs();
     logToFile(QStringLiteral("standardDLT645EditDialog: replace"));

@@ -47,12 +47,10 @@ public slots:
     void updateParameterTable(int index);
 
 private:
-    enum class Opening { Construct, Replace };
-
     QWidget *buildContent();
     QWidget *makePage(const QString &title);
     QTableWidget *makeTable(QWidget *page);
-    void fillFields(Opening opening);
+    void fillFields();
     void loadTabs();
     void fillTable(QTableWidget *table, const QString &version);
     RowList rowsOf(const QWidget *page) const;

@@ -65,10 +65,7 @@ StandardTableForm::~StandardTableForm()
 
 void StandardTableForm::begin()
 {
-    const int widest = qMax(m_identity.labelWidth(), qMax(m_connection.labelWidth(), m_trigger.labelWidth()));
-    for (const FieldTable *fields : {&m_identity, &m_connection, &m_trigger}) {
-        fields->setLabelWidth(widest);
-    }
+    FieldTable::align({&m_identity, &m_connection, &m_trigger});
     showItem(item());
     log("new-nuilt");
 }

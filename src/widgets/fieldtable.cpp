@@ -149,6 +149,15 @@ void FieldTable::clear() const
     }
 }
 
+void FieldTable::resetEmptyLists(const QStandardItem *item) const
+{
+    for (const Field &field : m_fields) {
+        if (field.kind == FieldKind::List && item->data(field.role).toString().isEmpty()) {
+            comboBox(nameOf(field))->setCurrentIndex(0);
+        }
+    }
+}
+
 QVariant FieldTable::value(const QString &name) const
 {
     for (const Field &field : m_fields) {
@@ -206,6 +215,17 @@ void FieldTable::setLabelWidth(int width) const
 {
     for (QLabel *label : m_labels) {
         label->setMinimumWidth(width);
+    }
+}
+
+void FieldTable::align(const QVector<const FieldTable *> &tables)
+{
+    int widest = 0;
+    for (const FieldTable *table : tables) {
+        widest = qMax(widest, table->labelWidth());
+    }
+    for (const FieldTable *table : tables) {
+        table->setLabelWidth(widest);
     }
 }
 

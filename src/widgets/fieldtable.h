@@ -85,6 +85,8 @@ public:
     void erase(QStandardItem *item) const;
     // Empties texts, selects first entries and first radio buttons, unchecks boxes.
     void clear() const;
+    // Selects the first entry of each List whose role is empty, for a form that is pointed at another item.
+    void resetEmptyLists(const QStandardItem *item) const;
 
     // What the widget of the field shows, as it would be stored; an invalid QVariant for an unknown name.
     QVariant value(const QString &name) const;
@@ -100,8 +102,10 @@ public:
 
     // The width that the widest label asks for, in pixels.
     int labelWidth() const;
-    // Makes every label at least that wide, so that the fields of several tables stand in one line.
+    // Makes every label at least that wide.
     void setLabelWidth(int width) const;
+    // Makes all labels of these tables as wide as the widest, so that the fields stand in one line.
+    static void align(const QVector<const FieldTable *> &tables);
 
     const QVector<Field> &fields() const { return m_fields; }
 
