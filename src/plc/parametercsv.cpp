@@ -4,7 +4,6 @@
 #include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QPointer>
 #include <QRegularExpression>

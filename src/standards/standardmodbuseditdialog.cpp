@@ -1,6 +1,7 @@
 #include "standards/standardmodbuseditdialog.h"
 
 #include "app/activitylog.h"
+#include "document/documentkeys.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
 #include "standards/modbusfields.h"
@@ -247,7 +248,7 @@ void standardModbusEditDialog::onProtocolChanged(QString protocol)
 {
     m_networkGroup->hide();
     m_serialGroup->hide();
-    (protocol == ModbusFields::rtu() ? m_serialGroup : m_networkGroup)->show();
+    (protocol == DocumentKeys::modbusRtu ? m_serialGroup : m_networkGroup)->show();
 }
 
 QTableWidget *standardModbusEditDialog::currentTable() const

@@ -48,8 +48,8 @@ struct Field {
     const char *listFallback = nullptr;  // List: entry selected when the role's text is not among the entries
     const char *pattern = nullptr;       // of FieldCheck::Pattern: the regular expression
     QVector<Choice> choices = {};        // of a Coded field, in order; the first stands for an unknown code
-    const char *context =
-        nullptr; // of its texts, where it is not the table's; "" for texts that stay as they are
+    const char *context = nullptr;       // of its texts, where it is not the table's; "" for texts that
+                                         // stay as they are
 };
 
 // The fields of a form or of one group of it. The widgets belong to the layout's parent widget; the table
