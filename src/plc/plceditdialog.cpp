@@ -76,7 +76,7 @@ QWidget *PLCEditDialog::buildContent()
     const auto groups = PlcFields::groups();
     for (const PlcFields::Group &each : groups) {
         QGroupBox *box = addBox(column, each.name, each.title ? tr(each.title) : QString());
-        m_groups.push_back({each.group, box, FieldTable(context, each.fields)});
+        m_groups.push_back({each.id, box, FieldTable(context, each.fields)});
         m_groups.back().fields.build(new QFormLayout(box));
     }
     group(PlcGroup::Modbus).fields.widget(QStringLiteral("series"))->setEnabled(false);

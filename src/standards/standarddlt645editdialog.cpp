@@ -80,7 +80,7 @@ standardDLT645EditDialog::standardDLT645EditDialog(QStandardItem *item, Workspac
     : EditForm(parent)
     , m_item(item)
     , m_workspace(workspace)
-    , m_fields(context, identityFields())
+    , m_identity(context, identityFields())
     , m_serial("StandardFields", serialFields())
     , m_trigger("StandardFields", StandardFields::trigger())
 {
@@ -106,7 +106,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     auto *column = new QVBoxLayout(content);
     auto *form = new QFormLayout;
     column->addLayout(form);
-    m_fields.build(form);
+    m_identity.build(form);
     m_serial.build(form);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
 
@@ -118,7 +118,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     m_tabs = new StandardTabs(QStringLiteral("DLT645-%1"), QStringLiteral("Modbus-%1"), content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
     column->addWidget(m_tabs);
-    FieldTable::align({&m_fields, &m_serial, &m_trigger});
+    FieldTable::align({&m_identity, &m_serial, &m_trigger});
     return content;
 }
 
@@ -194,7 +194,7 @@ void standardDLT645EditDialog::fillTable(QTableWidget *table, const QString &ver
 
 void standardDLT645EditDialog::fillFields()
 {
-    m_fields.fill(m_item.item());
+    m_identity.fill(m_item.item());
     m_serial.fill(m_item.item());
     m_trigger.fill(m_item.item());
 }
@@ -313,14 +313,14 @@ void standardDLT645EditDialog::saveChanges()
     if (!item) {
         return; // its node has left the tree: there is nothing to write into
     }
-    m_fields.save(item);
+    m_identity.save(item);
     m_serial.save(item);
     m_trigger.save(item);
     const GroupMap tabs = m_tabs->groups([this](const QWidget *page) { return rowsOf(page); });
     item->setData(QVariant::fromValue(tabs), standardDatasRole);
     if (m_workspace) {
-        m_workspace->appendMessage(
-            tr("The Standard DLT645 '%1' is saved successfully.").arg(m_fields.text(QStringLiteral("name"))));
+        m_workspace->appendMessage(tr("The Standard DLT645 '%1' is saved successfully.")
+                                       .arg(m_identity.text(QStringLiteral("name"))));
     }
     logToFile(QStringLiteral("standardDLT645EditDialog: save"));
 }
@@ -343,7 +343,7 @@ RowList standardDLT645EditDialog::rowsOf(const QWidget *page) const
 
 void standardDLT645EditDialog::clearData()
 {
-    m_fields.clear();
+    m_identity.clear();
     m_serial.clear();
     m_trigger.clear();
     m_tabs->deletePages();
@@ -351,7 +351,7 @@ void standardDLT645EditDialog::clearData()
 
 QLineEdit *standardDLT645EditDialog::nameEdit() const
 {
-    return m_fields.lineEdit(QStringLiteral("name"));
+    return m_identity.lineEdit(QStringLiteral("name"));
 }
 
 bool standardDLT645EditDialog::eventFilter(QObject *obj, QEvent *event)

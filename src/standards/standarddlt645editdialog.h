@@ -57,7 +57,7 @@ private:
 
     ItemRef m_item;
     Workspace *m_workspace; // Not owned; may be null.
-    FieldTable m_fields;
+    FieldTable m_identity;
     FieldTable m_serial;
     FieldTable m_trigger;
     StandardTabs *m_tabs = nullptr;

@@ -2,8 +2,9 @@
 
 #include <QDialog>
 
-// Base of the forms that live in a dock tab: a QDialog for its signals, never exec()ed. Enter presses no
-// button and Escape does not reject, since either would act on a whole tab of unsaved input by one key.
+// Base of the forms that live in a dock tab: a QDialog for its signals, never exec()ed. Closing the tab is
+// for whoever opened it, who hears rejected() of "Cancel". Enter presses no button and Escape does not
+// reject, since either would act on a whole tab of unsaved input by one key.
 class EditForm : public QDialog
 {
     Q_OBJECT

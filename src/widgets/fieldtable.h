@@ -119,6 +119,8 @@ private:
     QString translated(const Field &field, const char *source) const;
     QVariant valueOf(const Field &field) const;
     void show(const Field &field, const QVariant &value, Unknown unknown) const;
+    void showEntry(const Field &field, QComboBox *box, const QString &text, Unknown unknown) const;
+    static void showCode(const Field &field, QComboBox *box, QVariant code, Unknown unknown);
 
     const char *m_context;
     QVector<Field> m_fields;
