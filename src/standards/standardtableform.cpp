@@ -8,7 +8,6 @@
 #include "standards/standardfields.h"
 #include "widgets/formpage.h"
 
-#include <QComboBox>
 #include <QCoreApplication>
 #include <QFormLayout>
 #include <QLineEdit>
