@@ -430,7 +430,7 @@ void TestStandardTableForms::writesItsLifeToTheLog()
          {"new-nuilt", "replace", "addParameter", "removeParameter", "removeAllParameters"}) {
         expected.append(name + QStringLiteral(": ") + QLatin1String(event));
     }
-    expected += {QLatin1String(kind.savedLine), name + QStringLiteral(": destroyed")};
+    expected += QStringList{QLatin1String(kind.savedLine), name + QStringLiteral(": destroyed")};
     QCOMPARE(log.events(), expected);
 }
 
