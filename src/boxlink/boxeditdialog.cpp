@@ -76,10 +76,6 @@ void BoxEditDialog::buildForm()
     // The session ends before whoever hears the rejection closes the form.
     connect(buttons.cancel, &QPushButton::clicked, this, &BoxEditDialog::disconnectFromServer);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::rejected);
-    const auto pushButtons = findChildren<QPushButton *>();
-    for (QPushButton *button : pushButtons) {
-        button->setAutoDefault(false);
-    }
 }
 
 QTabWidget *BoxEditDialog::buildPages()

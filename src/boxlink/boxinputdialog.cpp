@@ -48,12 +48,8 @@ BoxInputDialog::BoxInputDialog(QWidget *parent)
     m_fields.buildUnseen(this);
     layout->addStretch();
 
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("OK"), tr("Cancel"));
-    buttons.save->setObjectName(QStringLiteral("okButton"));
-    buttons.save->setDefault(true);
-    buttons.cancel->setAutoDefault(false);
-    connect(buttons.save, &QPushButton::clicked, this, &QDialog::accept);
-    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    const QPushButton *ok = FormPage::appendDialogButtons(layout, tr("OK"), tr("Cancel"));
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     logToFile(QStringLiteral("BoxInputDialog: new-nuilt"));
 }
 

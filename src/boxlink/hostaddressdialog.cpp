@@ -28,15 +28,11 @@ HostAddressDialog::HostAddressDialog(const QString &current, QWidget *parent)
     layout->addWidget(label);
     layout->addWidget(m_address);
     layout->addStretch();
-    const FormPage::Buttons buttons =
-        FormPage::appendButtons(layout, BoxEditDialog::tr("OK"), BoxEditDialog::tr("Cancel"));
-    buttons.save->setObjectName(QStringLiteral("okButton"));
-    buttons.save->setDefault(true);
-    buttons.cancel->setAutoDefault(false);
+    const QPushButton *ok =
+        FormPage::appendDialogButtons(layout, BoxEditDialog::tr("OK"), BoxEditDialog::tr("Cancel"));
     // Two connections: what the choice sets off may cost the dialog its life.
-    connect(buttons.save, &QPushButton::clicked, this, [this] { emit chosen(m_address->currentText()); });
-    connect(buttons.save, &QPushButton::clicked, this, &QDialog::accept);
-    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(ok, &QPushButton::clicked, this, [this] { emit chosen(m_address->currentText()); });
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
 }
 
 QStringList HostAddressDialog::choices(const QList<QHostAddress> &addresses)

@@ -153,8 +153,8 @@ private:
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     bool m_chinese = false; // which catalogue was last loaded; false also before the first
-    QTranslator
-        m_translator; // on purpose never loaded: the process has one translator, and CESwitching holds it
+    // On purpose never loaded: the process has one translator, and CESwitching() holds it.
+    QTranslator m_translator;
     DockLayout *m_layout = nullptr;
     DormantDocks *m_dormantDocks = nullptr;
     QStandardItemModel *m_model = nullptr;

@@ -28,6 +28,39 @@ namespace {
 constexpr int formWidth = 520;
 constexpr int formPercentage = 42;
 
+bool siblingHasName(const QStandardItem *item, const QString &name)
+{
+    const QStandardItem *parent = item->parent();
+    for (int row = 0; row < parent->rowCount(); ++row) {
+        const QStandardItem *child = parent->child(row);
+        if (child != item && child->text() == name) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The item is null once its node has left the tree; there is nothing to save into then.
+void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window)
+{
+    if (!item) {
+        return;
+    }
+    const QString name = form.name->text();
+    if (name.isEmpty()) {
+        Tell::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
+    } else if (!item->parent()) {
+        Tell::warning(window, CMainWindow::tr("error"), CMainWindow::tr("Unable to find parent directory"));
+    } else if (siblingHasName(item, name)) {
+        Tell::warning(window, CMainWindow::tr("Duplicate name"),
+                      CMainWindow::tr("The name\"%1\"already exists, please change the name.").arg(name));
+    } else {
+        item->setText(name);
+        form.saveChanges();
+        tab->closeDockWidget();
+    }
+}
+
 } // namespace
 
 QString EditorTabs::titleOf(const char *source)
@@ -147,43 +180,6 @@ void EditorTabs::closeAll(const QStringList &titles) const
         }
     }
 }
-
-namespace {
-
-bool siblingHasName(const QStandardItem *item, const QString &name)
-{
-    const QStandardItem *parent = item->parent();
-    for (int row = 0; row < parent->rowCount(); ++row) {
-        const QStandardItem *child = parent->child(row);
-        if (child != item && child->text() == name) {
-            return true;
-        }
-    }
-    return false;
-}
-
-// The item is null once its node has left the tree; there is nothing to save into then.
-void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window)
-{
-    if (!item) {
-        return;
-    }
-    const QString name = form.name->text();
-    if (name.isEmpty()) {
-        Tell::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
-    } else if (!item->parent()) {
-        Tell::warning(window, CMainWindow::tr("error"), CMainWindow::tr("Unable to find parent directory"));
-    } else if (siblingHasName(item, name)) {
-        Tell::warning(window, CMainWindow::tr("Duplicate name"),
-                      CMainWindow::tr("The name\"%1\"already exists, please change the name.").arg(name));
-    } else {
-        item->setText(name);
-        form.saveChanges();
-        tab->closeDockWidget();
-    }
-}
-
-} // namespace
 
 void EditorTabs::renameOnSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab,
                               QWidget *window)

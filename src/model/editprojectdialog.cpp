@@ -34,8 +34,6 @@ EditProjectDialog::EditProjectDialog(const QString &name, const QString &path, c
     form->addRow(tr("Description:"), m_description);
 
     const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
-    buttons.save->setAutoDefault(false);
-    buttons.cancel->setAutoDefault(false);
     connect(buttons.save, &QPushButton::clicked, this, &EditProjectDialog::saveChanges);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
     // The full-width colons of this form's log lines are on purpose: readers of the log search for them.

@@ -29,12 +29,8 @@ NewProjectDialog::NewProjectDialog(QWidget *parent)
     layout->addLayout(form);
     appendFields(form);
 
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("OK"), tr("Cancel"));
-    buttons.save->setObjectName(QStringLiteral("okButton"));
-    buttons.save->setDefault(true);
-    buttons.cancel->setAutoDefault(false);
-    connect(buttons.save, &QPushButton::clicked, this, &NewProjectDialog::createProject);
-    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    const QPushButton *ok = FormPage::appendDialogButtons(layout, tr("OK"), tr("Cancel"));
+    connect(ok, &QPushButton::clicked, this, &NewProjectDialog::createProject);
     logToFile(QStringLiteral("NewProjectDialog: new-nuilt"));
 }
 
@@ -55,7 +51,6 @@ void NewProjectDialog::appendFields(QFormLayout *form)
     auto *browse = FormPage::button(tr("Browse"), QStringLiteral(":/adsdemo/images/look.svg"), this);
     browse->setObjectName(QStringLiteral("browseButton"));
     browse->setToolTip(tr("Select Directory"));
-    browse->setAutoDefault(false);
     connect(browse, &QPushButton::clicked, this, &NewProjectDialog::browsePath);
 
     auto *pathRow = new QHBoxLayout;

@@ -127,12 +127,7 @@ void ParameterEditor::validateChange(int row, int column)
 
 void ParameterEditor::validateNameOnChange(int row, int column)
 {
-    QLineEdit *editor = editorAt(m_current(), row, column);
-    if (editor && m_variant.nameWhileTyping) {
-        checkName(row, editor);
-    } else {
-        checkAtEndOfEditing(editor, row, &ParameterEditor::checkName);
-    }
+    watchName(editorAt(m_current(), row, column), row);
 }
 
 void ParameterEditor::validateAddrOnChange(int row, int column)
@@ -148,6 +143,15 @@ void ParameterEditor::validateFormulaOnChange(int row, int column)
 void ParameterEditor::validateChangeOnChange(int row, int column)
 {
     checkAtEndOfEditing(editorAt(m_current(), row, column), row, &ParameterEditor::checkAmplitude);
+}
+
+void ParameterEditor::watchName(QLineEdit *editor, int row)
+{
+    if (editor && m_variant.nameWhileTyping) {
+        checkName(row, editor);
+    } else {
+        checkAtEndOfEditing(editor, row, &ParameterEditor::checkName);
+    }
 }
 
 void ParameterEditor::checkAtEndOfEditing(QLineEdit *editor, int row, Check check)
@@ -199,52 +203,34 @@ void ParameterEditor::checkAmplitude(int row, QLineEdit *editor)
         return;
     }
     editor->clear();
-    if (m_workspace && !m_warning) {
-        m_warning = true;
-        const QPointer<ParameterEditor> guard(this);
-        warn(amplitudeBox);
-        if (guard) {
-            m_warning = false;
-        }
+    if (m_workspace) {
+        warnOnce(amplitudeBox);
     }
 }
 
-void ParameterEditor::checkLength(int row, QLineEdit *editor)
+void ParameterEditor::checkLength(QLineEdit *editor)
 {
-    Q_UNUSED(row)
-    if (isCount(editor->text()) || m_warning) {
+    if (isCount(editor->text())) {
         return;
     }
-    m_warning = true;
     const QPointer<QLineEdit> guarded(editor);
-    const QPointer<ParameterEditor> guard(this);
     // No upper bound on purpose: the 10 lives in the message only.
-    warn(QT_TRANSLATE_NOOP("ParameterTable", "Length must be a positive integer between 1 and 10."));
-    if (guarded) {
+    const bool told =
+        warnOnce(QT_TRANSLATE_NOOP("ParameterTable", "Length must be a positive integer between 1 and 10."));
+    if (told && guarded) {
         guarded->setText(QStringLiteral("1"));
     }
-    if (guard) {
-        m_warning = false;
-    }
 }
 
-void ParameterEditor::checkNumber(int row, QLineEdit *editor)
+void ParameterEditor::checkNumber(QLineEdit *editor)
 {
-    Q_UNUSED(row)
     bool number = false;
-    const double value = editor->text().trimmed().toDouble(&number);
-    if ((number && value >= 0) || m_warning) {
+    if (editor->text().trimmed().toDouble(&number) >= 0 && number) {
         return;
     }
-    m_warning = true;
     const QPointer<QLineEdit> guarded(editor);
-    const QPointer<ParameterEditor> guard(this);
-    warn(amplitudeBox);
-    if (guarded) {
+    if (warnOnce(amplitudeBox) && guarded) {
         guarded->clear();
-    }
-    if (guard) {
-        m_warning = false;
     }
 }
 
@@ -324,4 +310,18 @@ void ParameterEditor::warn(const char *source)
 {
     Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Warning")),
                   ParameterText::translated(source));
+}
+
+bool ParameterEditor::warnOnce(const char *source)
+{
+    if (m_warning) {
+        return false;
+    }
+    m_warning = true;
+    const QPointer<ParameterEditor> guard(this);
+    warn(source);
+    if (guard) {
+        m_warning = false;
+    }
+    return true;
 }

@@ -4,7 +4,6 @@
 #include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QPointer>
 #include <QRegularExpression>
@@ -149,18 +148,6 @@ ParameterCsv::Import ParameterCsv::read(QTextStream &stream, const ParameterVari
         }
     }
     return import;
-}
-
-void ParameterEditor::loadParameters(const RowList &rows)
-{
-    QTableWidget *table = m_current();
-    if (!table) {
-        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")),
-                      m_missing());
-        return;
-    }
-    fill(table, rows);
-    log("loadParameters");
 }
 
 void ParameterEditor::importParameters()

@@ -1,11 +1,14 @@
 #include "plc/parametereditor.h"
 
 #include "app/activitylog.h"
+#include "widgets/formpage.h"
 #include "widgets/tablecopy.h"
 #include "widgets/tableheader.h"
+#include "widgets/tell.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
@@ -88,6 +91,40 @@ void ParameterEditor::prepare(QTableWidget *table)
     }
 }
 
+QWidget *ParameterEditor::makeButtons(QWidget *parent)
+{
+    static const struct {
+        const char *text;
+        const char *icon;
+        const char *name;
+        void (ParameterEditor::*pressed)();
+        bool isOfCsv;
+    } table[] = {
+        {QT_TRANSLATE_NOOP("ParameterTable", "Add"), ":/adsdemo/images/add.svg", "addButton",
+         &ParameterEditor::addParameter, false},
+        {QT_TRANSLATE_NOOP("ParameterTable", "Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
+         &ParameterEditor::removeAllParameters, false},
+        {QT_TRANSLATE_NOOP("ParameterTable", "Import"), ":/adsdemo/images/read.svg", "importButton",
+         &ParameterEditor::importParameters, true},
+        {QT_TRANSLATE_NOOP("ParameterTable", "Export"), ":/adsdemo/images/write.svg", "exportButton",
+         &ParameterEditor::exportParameters, true},
+    };
+    auto *buttons = new QWidget(parent);
+    auto *row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    for (const auto &entry : table) {
+        if (m_variant.hasCsv || !entry.isOfCsv) {
+            QPushButton *button =
+                FormPage::button(ParameterText::translated(entry.text), QLatin1String(entry.icon), buttons);
+            button->setObjectName(QLatin1String(entry.name));
+            connect(button, &QPushButton::clicked, this, entry.pressed);
+            row->addWidget(button);
+        }
+    }
+    row->addStretch();
+    return buttons;
+}
+
 void ParameterEditor::addParameter()
 {
     if (QTableWidget *table = m_current()) {
@@ -111,6 +148,18 @@ void ParameterEditor::removeAllParameters()
         table->setRowCount(0);
     }
     log("removeAllParameters");
+}
+
+void ParameterEditor::loadParameters(const RowList &rows)
+{
+    QTableWidget *table = m_current();
+    if (!table) {
+        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")),
+                      m_missing());
+        return;
+    }
+    fill(table, rows);
+    log("loadParameters");
 }
 
 void ParameterEditor::fill(QTableWidget *table, const RowList &rows)
@@ -311,13 +360,8 @@ void ParameterEditor::connectAddedRow(int row, const RowParts &parts)
             }
         });
     }
-    connect(parts.name, &QLineEdit::textChanged, this, [this, row, editor = parts.name] {
-        if (m_variant.nameWhileTyping) {
-            checkName(row, editor);
-        } else {
-            checkAtEndOfEditing(editor, row, &ParameterEditor::checkName);
-        }
-    });
+    connect(parts.name, &QLineEdit::textChanged, this,
+            [this, row, editor = parts.name] { watchName(editor, row); });
     connectTypeAndLength(parts);
     if (parts.amplitude) {
         connect(parts.amplitude, &QLineEdit::textChanged, this, [this, row, editor = parts.amplitude] {
@@ -350,7 +394,7 @@ void ParameterEditor::connectLoadedRow(const RowParts &parts)
         return;
     }
     connect(parts.amplitude, &QLineEdit::editingFinished, this,
-            [this, editor = parts.amplitude] { checkNumber(0, editor); });
+            [this, editor = parts.amplitude] { checkNumber(editor); });
     if (parts.method) {
         const auto enable = [editor = parts.amplitude](const QString &shown) {
             editor->setEnabled(shown == ParameterText::amplitudeMethod());
@@ -366,7 +410,7 @@ void ParameterEditor::connectTypeAndLength(const RowParts &parts)
         return;
     }
     connect(parts.length, &QLineEdit::editingFinished, this,
-            [this, editor = parts.length] { checkLength(0, editor); });
+            [this, editor = parts.length] { checkLength(editor); });
     if (parts.type) {
         connect(parts.type, &QComboBox::currentTextChanged, parts.length,
                 [editor = parts.length](const QString &type) {

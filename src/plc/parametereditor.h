@@ -37,6 +37,9 @@ public:
 
     // Columns, widths, style and checks of a new table.
     void prepare(QTableWidget *table);
+    // The row of buttons that work on the current table: "Add" and "Remove All", and where there is CSV
+    // "Import" and "Export".
+    QWidget *makeButtons(QWidget *parent);
 
     // Appends a row to the current table.
     void addParameter();
@@ -102,14 +105,15 @@ private:
     void connectAddedRow(int row, const RowParts &parts);
     void connectLoadedRow(const RowParts &parts);
     void connectTypeAndLength(const RowParts &parts);
+    void watchName(QLineEdit *editor, int row);
     void checkAtEndOfEditing(QLineEdit *editor, int row, Check check);
 
     void checkName(int row, QLineEdit *editor);
     void checkAddress(int row, QLineEdit *editor);
     void checkFormula(int row, QLineEdit *editor);
     void checkAmplitude(int row, QLineEdit *editor);
-    void checkLength(int row, QLineEdit *editor);
-    void checkNumber(int row, QLineEdit *editor);
+    void checkLength(QLineEdit *editor);
+    void checkNumber(QLineEdit *editor);
 
     static bool isCount(const QString &text); // a decimal integer of at least 1
     bool addressPasses(int row, const QString &text);
@@ -121,6 +125,9 @@ private:
 
     void tell(const char *source, int row);
     void warn(const char *source);
+    // The same for the editors, whose boxes take the focus and so end another editing: says nothing, and
+    // returns false, while such a box stands. The editor may be gone afterwards.
+    bool warnOnce(const char *source);
     void log(const char *operation) const;
 
     const ParameterVariant &m_variant;
@@ -130,7 +137,7 @@ private:
     Lookup m_current;
     Lookup m_latest;
     std::function<QString()> m_missing;
-    bool m_warning = false; // a box of a length or amplitude cell stands: the focus it takes raises no second
+    bool m_warning = false; // a box of warnOnce() stands
 };
 
 // What a cell shows: its item's, its editor's or its list's text; null where there is none of these, as for

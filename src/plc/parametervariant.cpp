@@ -72,14 +72,56 @@ ParameterColumn column(ParameterCell cell, int width)
     return {cell, headers[static_cast<int>(cell)], width};
 }
 
-// A table with the rules of a PLC's, as high as its page allows.
+// The rules of a table that has no tabs around it.
 ParameterVariant withoutTabs(const char *form, const QVector<ParameterColumn> &columns,
                              const char *addressText)
 {
-    ParameterVariant variant = ParameterVariant::plc();
+    ParameterVariant variant;
     variant.form = form;
     variant.columns = columns;
     variant.addressText = addressText;
+    variant.duplicateText = QT_TRANSLATE_NOOP(
+        "ParameterTable", "The name of the '%1' line already exists. Please use a different name.");
+    variant.loadedDuplicateNamesSelf = true;
+    return variant;
+}
+
+ParameterVariant plcVariant()
+{
+    ParameterVariant variant =
+        withoutTabs("PLCEditDialog",
+                    {column(ParameterCell::Address, 70), column(ParameterCell::Name, 70),
+                     column(ParameterCell::Type, 80), column(ParameterCell::Length, 70),
+                     column(ParameterCell::Permissions, 70), column(ParameterCell::Method, 120),
+                     column(ParameterCell::Amplitude, 80), column(ParameterCell::CollectionFormula, 100),
+                     column(ParameterCell::WriteFormula, 100), column(ParameterCell::Button, 35)},
+                    controllerAddress);
+    variant.hasCsv = true;
+    variant.exportTitle = QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file");
+    variant.exportFailure = QT_TRANSLATE_NOOP("ParameterTable", "mistake");
+    return variant;
+}
+
+ParameterVariant modbusVariant()
+{
+    ParameterVariant variant;
+    variant.form = "standardModbusEditDialog";
+    variant.columns = {column(ParameterCell::Address, 70),     column(ParameterCell::Name, 70),
+                       column(ParameterCell::Type, 80),        column(ParameterCell::Length, 70),
+                       column(ParameterCell::Permissions, 70), column(ParameterCell::Button, 35)};
+    variant.addressText = controllerAddress;
+    variant.duplicateText = QT_TRANSLATE_NOOP(
+        "ParameterTable",
+        "The name of the '%1' line already exists in this tab. Please use a different name.");
+    variant.nameWhileTyping = true;
+    variant.commaRefused = true;
+    variant.addressOfLatestTable = true;
+    variant.onlyNameCheckedInItems = true;
+    variant.height = 600;
+    variant.hasCsv = true;
+    variant.exportTitle = QT_TRANSLATE_NOOP("ParameterTable", "Save CSV file");
+    variant.exportFailure = QT_TRANSLATE_NOOP("ParameterTable", "Mistake");
+    variant.badAddressAbandons = true;
     return variant;
 }
 
@@ -125,48 +167,13 @@ QStringList ParameterVariant::entries(ParameterCell cell) const
 
 const ParameterVariant &ParameterVariant::plc()
 {
-    static const ParameterVariant variant{
-        {column(ParameterCell::Address, 70), column(ParameterCell::Name, 70), column(ParameterCell::Type, 80),
-         column(ParameterCell::Length, 70), column(ParameterCell::Permissions, 70),
-         column(ParameterCell::Method, 120), column(ParameterCell::Amplitude, 80),
-         column(ParameterCell::CollectionFormula, 100), column(ParameterCell::WriteFormula, 100),
-         column(ParameterCell::Button, 35)},
-        "PLCEditDialog",
-        QT_TRANSLATE_NOOP("ParameterTable",
-                          "The name of the '%1' line already exists. Please use a different name."),
-        true,
-        false,
-        false,
-        false,
-        false,
-        QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file"),
-        QT_TRANSLATE_NOOP("ParameterTable", "mistake"),
-        false,
-        0,
-        controllerAddress};
+    static const ParameterVariant variant = plcVariant();
     return variant;
 }
 
 const ParameterVariant &ParameterVariant::modbus()
 {
-    static const ParameterVariant variant{
-        {column(ParameterCell::Address, 70), column(ParameterCell::Name, 70), column(ParameterCell::Type, 80),
-         column(ParameterCell::Length, 70), column(ParameterCell::Permissions, 70),
-         column(ParameterCell::Button, 35)},
-        "standardModbusEditDialog",
-        QT_TRANSLATE_NOOP(
-            "ParameterTable",
-            "The name of the '%1' line already exists in this tab. Please use a different name."),
-        false,
-        true,
-        true,
-        true,
-        true,
-        QT_TRANSLATE_NOOP("ParameterTable", "Save CSV file"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Mistake"),
-        true,
-        600,
-        controllerAddress};
+    static const ParameterVariant variant = modbusVariant();
     return variant;
 }
 

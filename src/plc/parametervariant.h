@@ -31,18 +31,23 @@ struct ParameterColumn {
 // What differs between the tables of a PLC, of a Modbus tab and of the Standards that have rows without tabs.
 struct ParameterVariant {
     QVector<ParameterColumn> columns;
-    const char *form;              // class name, the prefix of the activity log
-    const char *duplicateText;     // source text, %1 is a one-based row number
-    bool loadedDuplicateNamesSelf; // in a loaded row %1 is the edited row, not the one that has the name
-    bool nameWhileTyping;          // an added row's name is checked at each change, on the raw text
-    bool commaRefused;             // a name with a comma is cleared
-    bool addressOfLatestTable;     // an added row's address is looked up in the table that was made last
-    bool onlyNameCheckedInItems;   // a loaded row's items get the name check and no other
-    const char *exportTitle;       // source text
-    const char *exportFailure;     // source text of the box's title
-    bool badAddressAbandons;       // a bad address in a CSV row ends the import
-    int height;                    // fixed height of the table in pixels, or 0
-    const char *addressText;       // source text of a bad address, %1 as above; null: any address passes
+    const char *form = nullptr; // class name, the prefix of the activity log
+    int height = 0;             // fixed height of the table in pixels, or 0
+
+    // Source texts; %1 is a one-based row number. Without an addressText any address passes.
+    const char *duplicateText = nullptr;
+    const char *addressText = nullptr;
+    bool loadedDuplicateNamesSelf = false; // in a loaded row %1 is its own number, not that of the other row
+    bool nameWhileTyping = false;          // an added row's name is checked at each change, on the raw text
+    bool commaRefused = false;             // a name with a comma is cleared
+    bool addressOfLatestTable = false;     // an added row's address is looked up in the table made last
+    bool onlyNameCheckedInItems = false;   // a loaded row's items get the name check and no other
+
+    // Whether rows come from CSV files and go into them; what follows is unused where they do not.
+    bool hasCsv = false;
+    const char *exportTitle = nullptr;   // source text
+    const char *exportFailure = nullptr; // source text of the box's title
+    bool badAddressAbandons = false;     // a bad address in a row ends the import
 
     int indexOf(ParameterCell cell) const;         // -1 if the variant has no such column
     QStringList headers() const;                   // in the current language

@@ -7,7 +7,6 @@
 #include "widgets/formpage.h"
 
 #include <QComboBox>
-#include <QEvent>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QPushButton>
@@ -30,17 +29,6 @@ const PlcGroup savedBeforePeriod[] = {PlcGroup::Network, PlcGroup::S7Model, PlcG
 bool isOfModel(PlcGroup group)
 {
     return group == PlcGroup::S7Rack || group == PlcGroup::S7Tsap;
-}
-
-// An unknown text leaves a list at the entry of the PLC before, on purpose; an empty one selects the first.
-void refillSerial(const FieldTable &serial, QStandardItem *item)
-{
-    serial.fill(item, FieldTable::Unknown::Keep);
-    for (const Field &field : serial.fields()) {
-        if (field.kind == FieldKind::List && item->data(field.role).toString().isEmpty()) {
-            serial.comboBox(QLatin1String(field.name))->setCurrentIndex(0);
-        }
-    }
 }
 
 } // namespace
@@ -88,7 +76,7 @@ QWidget *PLCEditDialog::buildContent()
     const auto groups = PlcFields::groups();
     for (const PlcFields::Group &each : groups) {
         QGroupBox *box = addBox(column, each.name, each.title ? tr(each.title) : QString());
-        m_groups.push_back({each.group, box, FieldTable(context, each.fields)});
+        m_groups.push_back({each.id, box, FieldTable(context, each.fields)});
         m_groups.back().fields.build(new QFormLayout(box));
     }
     group(PlcGroup::Modbus).fields.widget(QStringLiteral("series"))->setEnabled(false);
@@ -98,7 +86,7 @@ QWidget *PLCEditDialog::buildContent()
     parameters->setFixedHeight(parameterListHeight);
     auto *form = new QFormLayout(parameters);
     addTrigger(form);
-    form->addRow(tableButtons());
+    form->addRow(m_parameters->makeButtons(parameters));
     m_table = new QTableWidget(parameters);
     m_parameters->prepare(m_table);
     form->addRow(m_table);
@@ -125,44 +113,13 @@ void PLCEditDialog::addTrigger(QFormLayout *form)
     FormPage::putBeforeField(form, 0, trigger);
 }
 
-QWidget *PLCEditDialog::tableButtons()
-{
-    auto *buttons = new QWidget(this);
-    auto *row = new QHBoxLayout(buttons);
-    row->setContentsMargins(0, 0, 0, 0);
-    const struct {
-        QString text;
-        const char *icon;
-        const char *name;
-        void (PLCEditDialog::*pressed)();
-    } rows[] = {
-        {tr("Add"), ":/adsdemo/images/add.svg", "addButton", &PLCEditDialog::addParameter},
-        {tr("Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
-         &PLCEditDialog::removeAllParameters},
-        {tr("Import"), ":/adsdemo/images/read.svg", "importButton", &PLCEditDialog::importParameters},
-        {tr("Export"), ":/adsdemo/images/write.svg", "exportButton", &PLCEditDialog::exportParameters},
-    };
-    for (const auto &each : rows) {
-        QPushButton *button = FormPage::button(each.text, QLatin1String(each.icon), buttons);
-        button->setObjectName(QLatin1String(each.name));
-        connect(button, &QPushButton::clicked, this, each.pressed);
-        row->addWidget(button);
-    }
-    row->addStretch();
-    return buttons;
-}
-
 void PLCEditDialog::alignFields()
 {
-    int widest = qMax(m_attributes.labelWidth(), m_trigger.labelWidth());
+    QVector<const FieldTable *> tables{&m_attributes, &m_trigger};
     for (const Group &each : m_groups) {
-        widest = qMax(widest, each.fields.labelWidth());
+        tables.append(&each.fields);
     }
-    m_attributes.setLabelWidth(widest);
-    m_trigger.setLabelWidth(widest);
-    for (const Group &each : m_groups) {
-        each.fields.setLabelWidth(widest);
-    }
+    FieldTable::align(tables);
 }
 
 void PLCEditDialog::fillAttributes()
@@ -188,7 +145,9 @@ void PLCEditDialog::replaceItem(QStandardItem *item)
     fillAttributes();
     for (const Group &each : m_groups) {
         if (each.id == PlcGroup::Serial) {
-            refillSerial(each.fields, item);
+            // An unknown text leaves a list at the entry of the PLC before, on purpose.
+            each.fields.fill(item, FieldTable::Unknown::Keep);
+            each.fields.resetEmptyLists(item);
         } else if (each.id == PlcGroup::Network || each.box->isVisible()) {
             each.fields.fill(item);
         }
@@ -297,9 +256,6 @@ const PLCEditDialog::Group &PLCEditDialog::group(PlcGroup id) const
 
 bool PLCEditDialog::eventFilter(QObject *obj, QEvent *event)
 {
-    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
-        return true;
-    }
     return EditForm::eventFilter(obj, event);
 }
 

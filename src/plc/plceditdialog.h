@@ -56,7 +56,7 @@ public slots:
     void validateChangeOnChange(int row, int column, QString newName);
     void validateFormula(int row, int column);
     void validateFormulaOnChange(int row, int column, QString newName);
-    // Swallows the wheel over the lists that it watches, so that scrolling changes no cell.
+    // The guard against the wheel, which may be called by name here.
     bool eventFilter(QObject *obj, QEvent *event) override;
     void updateChangeAmplitudeCell(int row, bool enabled);
     void updateloadChangeAmplitudeCell(int row, bool enabled);
@@ -71,7 +71,6 @@ private:
     QWidget *buildContent();
     QGroupBox *addBox(QVBoxLayout *column, const char *name, const QString &title);
     void addTrigger(QFormLayout *form);
-    QWidget *tableButtons();
     void alignFields();
     void fillAttributes();
     void loadStoredParameters();

@@ -243,10 +243,10 @@ struct ModbusRoles {
     int charReversed;
 };
 
-Group modbusGroup(PlcGroup group, const char *name, const char *manufacturer, const ModbusRoles &roles,
+Group modbusGroup(PlcGroup id, const char *name, const char *manufacturer, const ModbusRoles &roles,
                   Initially startsAtZero)
 {
-    return {group,
+    return {id,
             name,
             plcInformation,
             {list("series", series, roles.series, PlcCatalogue::series(QLatin1String(manufacturer))),

@@ -7,7 +7,7 @@
 namespace PlcFields {
 
 struct Group {
-    PlcGroup group;
+    PlcGroup id;
     const char *name;  // objectName of the group box
     const char *title; // null for a box without one
     QVector<Field> fields;

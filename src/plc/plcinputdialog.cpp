@@ -35,11 +35,8 @@ PLCInputDialog::PLCInputDialog(QWidget *parent)
     form->addRow(tr("Protocol:"), m_protocol);
     layout->addStretch();
 
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("OK"), tr("Cancel"));
-    buttons.save->setObjectName(QStringLiteral("okButton"));
-    buttons.save->setDefault(true);
-    connect(buttons.save, &QPushButton::clicked, this, &QDialog::accept);
-    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    const QPushButton *ok = FormPage::appendDialogButtons(layout, tr("OK"), tr("Cancel"));
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     logToFile(QStringLiteral("PLCInputDialog: new-nuilt"));
 }
 

@@ -2,8 +2,6 @@
 
 #include "servers/serverfields.h"
 
-#include <QCoreApplication>
-
 namespace {
 
 QVector<Field> cloudFields()

@@ -3,7 +3,6 @@
 #include "model/itemroles.h"
 
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QFormLayout>
 #include <QLabel>
 

@@ -2,6 +2,7 @@
 
 #include "model/itemroles.h"
 #include "servers/serverfields.h"
+#include "widgets/validators.h"
 
 #include <QLineEdit>
 #include <QRegExpValidator>
@@ -35,10 +36,8 @@ QVector<Choice> systemCodes()
     };
 }
 
-// Address and password by QRegularExpression, where the shared checks use the older engine: the two differ
-// in characters beyond U+FFFF, which this one lets through in a password.
-const char *const ipPattern = "^((25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\\.){3}"
-                              "(25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)$";
+// Address and password go by QRegularExpression here, where the shared checks use the older engine: the two
+// differ in characters beyond U+FFFF, which this one lets through in a password.
 const char *const noCjkPattern = "^[^\\x{04BB}-\\x{FFFD}]*$";
 
 QVector<Field> connectionFields()
@@ -53,7 +52,7 @@ QVector<Field> connectionFields()
          FieldCheck::None,
          {QStringLiteral("HJ212")}},
         ServerFields::patterned("ip", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "IP Address:"),
-                                FieldKind::Text, serverIpRole, ipPattern),
+                                FieldKind::Text, serverIpRole, ipv4Pattern),
         {"port", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Port:"), FieldKind::Text, serverPortRole,
          FieldCheck::Port},
         ServerFields::patterned("clientId", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Client ID:"),

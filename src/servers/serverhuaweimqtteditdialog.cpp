@@ -3,8 +3,6 @@
 #include "model/itemroles.h"
 #include "servers/serverfields.h"
 
-#include <QCoreApplication>
-
 namespace {
 
 QVector<Field> cloudFields()

@@ -38,11 +38,8 @@ ServerInputDialog::ServerInputDialog(QWidget *parent)
     layout->addLayout(form);
     fillForm(form);
     layout->addStretch();
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("OK"), tr("Cancel"));
-    buttons.save->setObjectName(QStringLiteral("okButton"));
-    buttons.save->setDefault(true);
-    connect(buttons.save, &QPushButton::clicked, this, &QDialog::accept);
-    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    const QPushButton *ok = FormPage::appendDialogButtons(layout, tr("OK"), tr("Cancel"));
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
 
     connect(m_protocol, &QComboBox::currentTextChanged, this, &ServerInputDialog::updateProtocolOptions);
     QMetaObject::invokeMethod(this, "updateProtocolOptions", Qt::QueuedConnection,

@@ -6,7 +6,6 @@
 #include "widgets/tell.h"
 
 #include <QComboBox>
-#include <QEvent>
 #include <QLineEdit>
 #include <QStringListModel>
 
@@ -95,14 +94,6 @@ ServerSL651EditDialog::ServerSL651EditDialog(QStandardItem *item, Workspace *wor
     connect(fields().lineEdit(QStringLiteral("centralStationAddress")), &QLineEdit::editingFinished, this,
             &ServerSL651EditDialog::validateCentralStationAddress);
     begin();
-}
-
-bool ServerSL651EditDialog::eventFilter(QObject *watched, QEvent *event)
-{
-    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(watched)) {
-        return true;
-    }
-    return PointTableForm::eventFilter(watched, event);
 }
 
 void ServerSL651EditDialog::validateCentralStationAddress()

@@ -13,9 +13,6 @@ public:
     // The item is not owned; a null workspace takes no messages and imports nothing.
     ServerSL651EditDialog(QStandardItem *item, Workspace *workspace);
 
-    // Keeps the wheel, which is to scroll the table, from changing a code.
-    bool eventFilter(QObject *watched, QEvent *event) override;
-
 public slots:
     // Clears a central station address that is not 1 to 255, in hexadecimal digits, and tells so.
     void validateCentralStationAddress();
@@ -25,6 +22,6 @@ protected:
     QString codeOf(const QWidget *cell) const override;
 
 private:
-    QStringListModel
-        *m_labels; // the elements as they are shown, in their order; the lists of all rows share it
+    // The elements as they are shown, in their order; the lists of all rows share it.
+    QStringListModel *m_labels;
 };

@@ -1,7 +1,5 @@
 #include "servers/sl651elements.h"
 
-#include <QCoreApplication>
-
 const QVector<Sl651::Element> &Sl651::elements()
 {
     // Without the codes 05 and 45 on purpose: a point that has one shows, and is saved, as the first element.

@@ -243,7 +243,6 @@ void ServiceIEC61850EditDialog::fill()
     }
     updatePasswordVisibility();
     updateSSLFieldsVisibility();
-    updateIsVerifyClientCertFieldsVisibility();
 }
 
 void ServiceIEC61850EditDialog::updatePasswordVisibility()

@@ -17,7 +17,8 @@ class ServiceIEC61850EditDialog : public EditForm
 {
     Q_OBJECT
 public:
-    // The item is not owned and must outlive the form's use of it; a null workspace takes no messages.
+    // The item is not owned, must not be null and may be deleted before the form. Writes the port's default
+    // into an empty role. The workspace, not owned, may be null.
     ServiceIEC61850EditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
     ~ServiceIEC61850EditDialog() override;
 

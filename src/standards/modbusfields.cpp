@@ -1,12 +1,8 @@
 #include "standards/modbusfields.h"
 
+#include "document/documentkeys.h"
 #include "model/itemroles.h"
 #include "standards/standardfields.h"
-
-QString ModbusFields::rtu()
-{
-    return QStringLiteral("ModbusRTU");
-}
 
 QVector<Field> ModbusFields::identity()
 {
@@ -24,7 +20,7 @@ QVector<Field> ModbusFields::identity()
          FieldKind::List,
          standardModbusModeRole,
          FieldCheck::None,
-         {QStringLiteral("ModbusTCP"), rtu()}},
+         {DocumentKeys::modbusTcp, DocumentKeys::modbusRtu}},
     };
 }
 

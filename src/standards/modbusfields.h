@@ -8,9 +8,6 @@ namespace ModbusFields {
 // Of their translations; the serial line has the context StandardFields.
 constexpr char context[] = "standardModbusEditDialog";
 
-// The mode of a serial link; the other one is a network link.
-QString rtu();
-
 QVector<Field> identity();
 QVector<Field> network();
 QVector<Field> serial();

@@ -26,7 +26,7 @@ standardCustomPollEditDialog::standardCustomPollEditDialog(QStandardItem *item, 
     : StandardTableForm(
         {"CustomPoll", ParameterVariant::customPoll(),
          QT_TRANSLATE_NOOP("StandardTableForm", "The Standard CustomPoll '%1' is saved successfully."),
-         "StandardFields"},
+         "standardCustomPollEditDialog: save", "StandardFields"},
         StandardFields::serialLine()
             + StandardFields::serialTimes("communicationTimeout", standardCommunicationTimeoutRole),
         item, workspace, parent)

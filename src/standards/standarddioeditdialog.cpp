@@ -6,7 +6,8 @@ standardDIOEditDialog::standardDIOEditDialog(QStandardItem *item, Workspace *wor
     : StandardTableForm(
         {"DIDO", ParameterVariant::dido(),
          QT_TRANSLATE_NOOP("StandardTableForm", "The Standard DIDO '%1' is saved successfully."),
-         "StandardFields"},
+         // On purpose the protocol's name, unlike the other lines of this form: so a save is found in logs.
+         "standardDIDOEditDialog: save", "StandardFields"},
         {}, item, workspace, parent)
 {
     begin();

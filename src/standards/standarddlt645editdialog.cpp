@@ -12,7 +12,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QEvent>
 #include <QFormLayout>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -81,7 +80,7 @@ standardDLT645EditDialog::standardDLT645EditDialog(QStandardItem *item, Workspac
     : EditForm(parent)
     , m_item(item)
     , m_workspace(workspace)
-    , m_fields(context, identityFields())
+    , m_identity(context, identityFields())
     , m_serial("StandardFields", serialFields())
     , m_trigger("StandardFields", StandardFields::trigger())
 {
@@ -91,7 +90,7 @@ standardDLT645EditDialog::standardDLT645EditDialog(QStandardItem *item, Workspac
     const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
     m_save = buttons.save;
     connect(buttons.cancel, &QPushButton::clicked, this, &standardDLT645EditDialog::rejected);
-    fillFields(Opening::Construct);
+    fillFields();
     loadTabs();
     logToFile(QStringLiteral("standardDLT645EditDialog: new-nuilt"));
 }
@@ -107,7 +106,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     auto *column = new QVBoxLayout(content);
     auto *form = new QFormLayout;
     column->addLayout(form);
-    m_fields.build(form);
+    m_identity.build(form);
     m_serial.build(form);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
 
@@ -119,10 +118,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     m_tabs = new StandardTabs(QStringLiteral("DLT645-%1"), QStringLiteral("Modbus-%1"), content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
     column->addWidget(m_tabs);
-    const int widest = qMax(m_fields.labelWidth(), qMax(m_serial.labelWidth(), m_trigger.labelWidth()));
-    for (const FieldTable *fields : {&m_fields, &m_serial, &m_trigger}) {
-        fields->setLabelWidth(widest);
-    }
+    FieldTable::align({&m_identity, &m_serial, &m_trigger});
     return content;
 }
 
@@ -196,21 +192,11 @@ void standardDLT645EditDialog::fillTable(QTableWidget *table, const QString &ver
     }
 }
 
-void standardDLT645EditDialog::fillFields(Opening opening)
+void standardDLT645EditDialog::fillFields()
 {
-    m_fields.fill(m_item.item());
+    m_identity.fill(m_item.item());
     m_serial.fill(m_item.item());
     m_trigger.fill(m_item.item());
-    if (opening == Opening::Replace) {
-        // On purpose other than at construction: a list whose role is empty goes to its first entry here.
-        const auto &fields = m_serial.fields();
-        for (const Field &field : fields) {
-            QComboBox *list = m_serial.comboBox(QLatin1String(field.name));
-            if (list && m_item.item()->data(field.role).toString().isEmpty()) {
-                list->setCurrentIndex(0);
-            }
-        }
-    }
 }
 
 void standardDLT645EditDialog::loadTabs()
@@ -222,7 +208,8 @@ void standardDLT645EditDialog::loadTabs()
 void standardDLT645EditDialog::replaceItem(QStandardItem *item)
 {
     m_item = ItemRef(item);
-    fillFields(Opening::Replace);
+    fillFields();
+    m_serial.resetEmptyLists(item); // on purpose other than at construction, where they go to their fallbacks
     m_tabs->deletePages();
     loadTabs();
     logToFile(QStringLiteral("standardDLT645EditDialog: replace"));
@@ -326,14 +313,14 @@ void standardDLT645EditDialog::saveChanges()
     if (!item) {
         return; // its node has left the tree: there is nothing to write into
     }
-    m_fields.save(item);
+    m_identity.save(item);
     m_serial.save(item);
     m_trigger.save(item);
     const GroupMap tabs = m_tabs->groups([this](const QWidget *page) { return rowsOf(page); });
     item->setData(QVariant::fromValue(tabs), standardDatasRole);
     if (m_workspace) {
-        m_workspace->appendMessage(
-            tr("The Standard DLT645 '%1' is saved successfully.").arg(m_fields.text(QStringLiteral("name"))));
+        m_workspace->appendMessage(tr("The Standard DLT645 '%1' is saved successfully.")
+                                       .arg(m_identity.text(QStringLiteral("name"))));
     }
     logToFile(QStringLiteral("standardDLT645EditDialog: save"));
 }
@@ -356,7 +343,7 @@ RowList standardDLT645EditDialog::rowsOf(const QWidget *page) const
 
 void standardDLT645EditDialog::clearData()
 {
-    m_fields.clear();
+    m_identity.clear();
     m_serial.clear();
     m_trigger.clear();
     m_tabs->deletePages();
@@ -364,13 +351,10 @@ void standardDLT645EditDialog::clearData()
 
 QLineEdit *standardDLT645EditDialog::nameEdit() const
 {
-    return m_fields.lineEdit(QStringLiteral("name"));
+    return m_identity.lineEdit(QStringLiteral("name"));
 }
 
 bool standardDLT645EditDialog::eventFilter(QObject *obj, QEvent *event)
 {
-    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
-        return true;
-    }
     return EditForm::eventFilter(obj, event);
 }

@@ -38,7 +38,7 @@ public slots:
     // Clears a name that another row of the sender's table has, and says so.
     void validateName(int row, int column);
     bool isNameDuplicate(QTableWidget *table, int currentRow, QString currentName);
-    // Swallows the wheel over lists, so that scrolling changes none.
+    // The guard against the wheel, which may be called by name here.
     bool eventFilter(QObject *obj, QEvent *event) override;
     // Ticks all rows of the current tab, or none if all were ticked; for the first column only.
     void toggleSelectAll(int logicalIndex);
@@ -47,19 +47,17 @@ public slots:
     void updateParameterTable(int index);
 
 private:
-    enum class Opening { Construct, Replace };
-
     QWidget *buildContent();
     QWidget *makePage(const QString &title);
     QTableWidget *makeTable(QWidget *page);
-    void fillFields(Opening opening);
+    void fillFields();
     void loadTabs();
     void fillTable(QTableWidget *table, const QString &version);
     RowList rowsOf(const QWidget *page) const;
 
     ItemRef m_item;
     Workspace *m_workspace; // Not owned; may be null.
-    FieldTable m_fields;
+    FieldTable m_identity;
     FieldTable m_serial;
     FieldTable m_trigger;
     StandardTabs *m_tabs = nullptr;

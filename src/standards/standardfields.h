@@ -2,7 +2,6 @@
 
 #include "widgets/fieldtable.h"
 
-class QHBoxLayout;
 class QWidget;
 
 // Fields that the forms of several Standards share.

@@ -29,12 +29,8 @@ standardInputDialog::standardInputDialog(QWidget *parent)
     form->addRow(tr("Name:"), m_name);
     form->addRow(tr("Protocol:"), m_protocol);
 
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("OK"), tr("Cancel"));
-    buttons.save->setObjectName(QStringLiteral("okButton"));
-    buttons.save->setDefault(true);
-    buttons.cancel->setAutoDefault(false);
-    connect(buttons.save, &QPushButton::clicked, this, &QDialog::accept);
-    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
+    const QPushButton *ok = FormPage::appendDialogButtons(layout, tr("OK"), tr("Cancel"));
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     logToFile(QStringLiteral("standardInputDialog: new-nuilt"));
 }
 

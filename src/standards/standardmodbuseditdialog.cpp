@@ -1,6 +1,7 @@
 #include "standards/standardmodbuseditdialog.h"
 
 #include "app/activitylog.h"
+#include "document/documentkeys.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
 #include "standards/modbusfields.h"
@@ -10,7 +11,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QEvent>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -127,30 +127,7 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
     slave.setText(QStringLiteral("stationNumEdit"), QStringLiteral("1"));
     child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(true);
 
-    auto *row = new QHBoxLayout;
-    const struct {
-        QString text;
-        const char *icon;
-        const char *name;
-        void (standardModbusEditDialog::*pressed)();
-    } buttons[] = {
-        {tr("Add"), ":/adsdemo/images/add.svg", "addButton", &standardModbusEditDialog::addParameter},
-        {tr("Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
-         &standardModbusEditDialog::removeAllParameters},
-        {tr("Import"), ":/adsdemo/images/read.svg", "importButton",
-         &standardModbusEditDialog::importParameters},
-        {tr("Export"), ":/adsdemo/images/write.svg", "exportButton",
-         &standardModbusEditDialog::exportParameters},
-    };
-    for (const auto &entry : buttons) {
-        auto *button = FormPage::button(entry.text, QLatin1String(entry.icon), page);
-        button->setObjectName(QLatin1String(entry.name));
-        connect(button, &QPushButton::clicked, this, entry.pressed);
-        row->addWidget(button);
-    }
-    row->addStretch();
-    column->addLayout(row);
-
+    column->addWidget(m_parameters->makeButtons(page));
     auto *table = new QTableWidget(page);
     m_parameters->prepare(table);
     m_latestTable = table;
@@ -271,7 +248,7 @@ void standardModbusEditDialog::onProtocolChanged(QString protocol)
 {
     m_networkGroup->hide();
     m_serialGroup->hide();
-    (protocol == ModbusFields::rtu() ? m_serialGroup : m_networkGroup)->show();
+    (protocol == DocumentKeys::modbusRtu ? m_serialGroup : m_networkGroup)->show();
 }
 
 QTableWidget *standardModbusEditDialog::currentTable() const
@@ -287,9 +264,6 @@ QLineEdit *standardModbusEditDialog::nameEdit() const
 
 bool standardModbusEditDialog::eventFilter(QObject *obj, QEvent *event)
 {
-    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
-        return true;
-    }
     return EditForm::eventFilter(obj, event);
 }
 

@@ -55,7 +55,7 @@ public slots:
     void validateFormula(int row, int column);
     void validateFormulaOnChange(int row, int column, QString newName);
     void validateLength(int row, int column);
-    // Swallows the wheel over the lists that it watches, so that scrolling changes no cell.
+    // The guard against the wheel, which may be called by name here.
     bool eventFilter(QObject *obj, QEvent *event) override;
     void deleteTab(int index);
     void onProtocolChanged(QString protocol);

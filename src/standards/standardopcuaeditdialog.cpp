@@ -47,7 +47,8 @@ QVector<Field> connectionFields()
 standardOPCUAEditDialog::standardOPCUAEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
     : StandardTableForm(
         {"OpcUA", ParameterVariant::opcUa(),
-         QT_TRANSLATE_NOOP("StandardTableForm", "The Standard OpcUa '%1' is saved successfully."), context},
+         QT_TRANSLATE_NOOP("StandardTableForm", "The Standard OpcUa '%1' is saved successfully."),
+         "standardOPCUAEditDialog: save", context},
         connectionFields(), item, workspace, parent)
     , m_certificate(new CertificateField(CertificateField::Kind::Certificate, QStringLiteral("certificate"),
                                          standardCertificatePathRole, standardCertificateRole,

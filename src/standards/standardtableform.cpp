@@ -8,9 +8,7 @@
 #include "standards/standardfields.h"
 #include "widgets/formpage.h"
 
-#include <QComboBox>
 #include <QCoreApplication>
-#include <QEvent>
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -66,10 +64,7 @@ StandardTableForm::~StandardTableForm()
 
 void StandardTableForm::begin()
 {
-    const int widest = qMax(m_identity.labelWidth(), qMax(m_connection.labelWidth(), m_trigger.labelWidth()));
-    for (const FieldTable *fields : {&m_identity, &m_connection, &m_trigger}) {
-        fields->setLabelWidth(widest);
-    }
+    FieldTable::align({&m_identity, &m_connection, &m_trigger});
     showItem(item());
     log("new-nuilt");
 }
@@ -83,30 +78,12 @@ QWidget *StandardTableForm::buildContent()
     m_identity.build(m_fieldLayout);
     m_connection.build(m_fieldLayout);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
-    column->addWidget(makeButtons(content));
+    column->addWidget(m_rows->makeButtons(content));
     m_table = new QTableWidget(content);
     m_rows->prepare(m_table);
     m_table->setMinimumHeight(leastTableHeight);
     column->addWidget(m_table, 1);
     return content;
-}
-
-QWidget *StandardTableForm::makeButtons(QWidget *parent)
-{
-    auto *buttons = new QWidget(parent);
-    auto *row = new QHBoxLayout(buttons);
-    row->setContentsMargins(0, 0, 0, 0);
-    QPushButton *add = FormPage::button(tr("Add"), QStringLiteral(":/adsdemo/images/add.svg"), buttons);
-    add->setObjectName(QStringLiteral("addButton"));
-    connect(add, &QPushButton::clicked, this, &StandardTableForm::addParameter);
-    row->addWidget(add);
-    QPushButton *removeAll =
-        FormPage::button(tr("Remove All"), QStringLiteral(":/adsdemo/images/cancel.svg"), buttons);
-    removeAll->setObjectName(QStringLiteral("removeAllButton"));
-    connect(removeAll, &QPushButton::clicked, this, &StandardTableForm::removeAllParameters);
-    row->addWidget(removeAll);
-    row->addStretch();
-    return buttons;
 }
 
 void StandardTableForm::replaceItem(QStandardItem *item)
@@ -136,7 +113,7 @@ void StandardTableForm::saveChanges()
         m_workspace->appendMessage(QCoreApplication::translate(context, m_kind.savedMessage)
                                        .arg(m_identity.text(QStringLiteral("name"))));
     }
-    log("save");
+    logToFile(QLatin1String(m_kind.savedLine));
 }
 
 bool StandardTableForm::saveItem(QStandardItem *item)
@@ -163,9 +140,6 @@ QLineEdit *StandardTableForm::nameEdit() const
 
 bool StandardTableForm::eventFilter(QObject *obj, QEvent *event)
 {
-    if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(obj)) {
-        return true;
-    }
     return EditForm::eventFilter(obj, event);
 }
 

@@ -43,7 +43,7 @@ public slots:
     // Clears a name that another row has, and says so: of an item, and of an editor at each end of editing.
     void validateName(int row, int column);
     void validateNameOnChange(int row, int column, QString newName);
-    // Swallows the wheel over the lists of the table, so that scrolling changes no cell.
+    // The guard against the wheel, which may be called by name here.
     bool eventFilter(QObject *obj, QEvent *event) override;
 
 protected:
@@ -51,6 +51,7 @@ protected:
         const char *protocol;
         const ParameterVariant &rows;
         const char *savedMessage; // source text in the context StandardTableForm, with the name for %1
+        const char *savedLine;    // what the activity log gets for a save
         const char *fieldContext; // of the translations of the connection's fields
     };
 
@@ -73,7 +74,6 @@ protected:
 
 private:
     QWidget *buildContent();
-    QWidget *makeButtons(QWidget *parent);
     void log(const char *event) const;
 
     Kind m_kind;

@@ -149,6 +149,15 @@ void FieldTable::clear() const
     }
 }
 
+void FieldTable::resetEmptyLists(const QStandardItem *item) const
+{
+    for (const Field &field : m_fields) {
+        if (field.kind == FieldKind::List && item->data(field.role).toString().isEmpty()) {
+            comboBox(nameOf(field))->setCurrentIndex(0);
+        }
+    }
+}
+
 QVariant FieldTable::value(const QString &name) const
 {
     for (const Field &field : m_fields) {
@@ -206,6 +215,17 @@ void FieldTable::setLabelWidth(int width) const
 {
     for (QLabel *label : m_labels) {
         label->setMinimumWidth(width);
+    }
+}
+
+void FieldTable::align(const QVector<const FieldTable *> &tables)
+{
+    int widest = 0;
+    for (const FieldTable *table : tables) {
+        widest = qMax(widest, table->labelWidth());
+    }
+    for (const FieldTable *table : tables) {
+        table->setLabelWidth(widest);
     }
 }
 
@@ -349,17 +369,9 @@ void FieldTable::show(const Field &field, const QVariant &value, Unknown unknown
     QWidget *shown = widget(nameOf(field));
     const QString text = value.toString();
     switch (field.kind) {
-    case FieldKind::List: {
-        auto *box = qobject_cast<QComboBox *>(shown);
-        int index = box->findData(text, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
-        if (index < 0 && unknown == Unknown::SelectFallback) {
-            index = field.listFallback ? box->findText(translated(field, field.listFallback)) : 0;
-        }
-        if (index >= 0) {
-            box->setCurrentIndex(index);
-        }
+    case FieldKind::List:
+        showEntry(field, qobject_cast<QComboBox *>(shown), text, unknown);
         break;
-    }
     case FieldKind::Check:
         qobject_cast<QCheckBox *>(shown)->setChecked(ProjectTree::isTrue(value));
         break;
@@ -367,16 +379,9 @@ void FieldTable::show(const Field &field, const QVariant &value, Unknown unknown
         check(radio(shown, QStringLiteral("On")), text == QLatin1String("on"));
         check(radio(shown, QStringLiteral("Off")), text == QLatin1String("off"));
         break;
-    case FieldKind::Coded: {
-        auto *box = qobject_cast<QComboBox *>(shown);
-        QVariant code = value; // a document's codes are texts
-        code.convert(int(field.choices.first().code.type()));
-        const int index = box->findData(code);
-        if (index >= 0 || unknown == Unknown::SelectFallback) {
-            box->setCurrentIndex(qMax(index, 0));
-        }
+    case FieldKind::Coded:
+        showCode(field, qobject_cast<QComboBox *>(shown), value, unknown);
         break;
-    }
     case FieldKind::Numbered: {
         QRadioButton *numbered = radio(shown, text);
         (numbered ? numbered : radio(shown, QStringLiteral("1")))->setChecked(true);
@@ -390,5 +395,25 @@ void FieldTable::show(const Field &field, const QVariant &value, Unknown unknown
     case FieldKind::ReadOnly:
         qobject_cast<QLineEdit *>(shown)->setText(text);
         break;
+    }
+}
+
+void FieldTable::showEntry(const Field &field, QComboBox *box, const QString &text, Unknown unknown) const
+{
+    int index = box->findData(text, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    if (index < 0 && unknown == Unknown::SelectFallback) {
+        index = field.listFallback ? box->findText(translated(field, field.listFallback)) : 0;
+    }
+    if (index >= 0) {
+        box->setCurrentIndex(index);
+    }
+}
+
+void FieldTable::showCode(const Field &field, QComboBox *box, QVariant code, Unknown unknown)
+{
+    code.convert(int(field.choices.first().code.type())); // a document's codes are texts
+    const int index = box->findData(code);
+    if (index >= 0 || unknown == Unknown::SelectFallback) {
+        box->setCurrentIndex(qMax(index, 0));
     }
 }

@@ -48,8 +48,8 @@ struct Field {
     const char *listFallback = nullptr;  // List: entry selected when the role's text is not among the entries
     const char *pattern = nullptr;       // of FieldCheck::Pattern: the regular expression
     QVector<Choice> choices = {};        // of a Coded field, in order; the first stands for an unknown code
-    const char *context =
-        nullptr; // of its texts, where it is not the table's; "" for texts that stay as they are
+    const char *context = nullptr;       // of its texts, where it is not the table's; "" for texts that
+                                         // stay as they are
 };
 
 // The fields of a form or of one group of it. The widgets belong to the layout's parent widget; the table
@@ -85,6 +85,8 @@ public:
     void erase(QStandardItem *item) const;
     // Empties texts, selects first entries and first radio buttons, unchecks boxes.
     void clear() const;
+    // Selects the first entry of each List whose role is empty, for a form that is pointed at another item.
+    void resetEmptyLists(const QStandardItem *item) const;
 
     // What the widget of the field shows, as it would be stored; an invalid QVariant for an unknown name.
     QVariant value(const QString &name) const;
@@ -100,8 +102,10 @@ public:
 
     // The width that the widest label asks for, in pixels.
     int labelWidth() const;
-    // Makes every label at least that wide, so that the fields of several tables stand in one line.
+    // Makes every label at least that wide.
     void setLabelWidth(int width) const;
+    // Makes all labels of these tables as wide as the widest, so that the fields stand in one line.
+    static void align(const QVector<const FieldTable *> &tables);
 
     const QVector<Field> &fields() const { return m_fields; }
 
@@ -115,6 +119,8 @@ private:
     QString translated(const Field &field, const char *source) const;
     QVariant valueOf(const Field &field) const;
     void show(const Field &field, const QVariant &value, Unknown unknown) const;
+    void showEntry(const Field &field, QComboBox *box, const QString &text, Unknown unknown) const;
+    static void showCode(const Field &field, QComboBox *box, QVariant code, Unknown unknown);
 
     const char *m_context;
     QVector<Field> m_fields;

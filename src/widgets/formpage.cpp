@@ -1,6 +1,7 @@
 #include "widgets/formpage.h"
 
 #include <QBoxLayout>
+#include <QDialog>
 #include <QFormLayout>
 #include <QIcon>
 #include <QPushButton>
@@ -25,10 +26,10 @@ QScrollArea *scrollArea(QWidget *content, QWidget *parent)
     return area;
 }
 
-Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QString &cancelText)
+Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString &cancelText)
 {
     QWidget *parent = layout->parentWidget();
-    Buttons buttons{button(acceptText, QStringLiteral(":/adsdemo/images/ok.svg"), parent),
+    Buttons buttons{button(saveText, QStringLiteral(":/adsdemo/images/ok.svg"), parent),
                     button(cancelText, QStringLiteral(":/adsdemo/images/cancel.svg"), parent)};
     buttons.save->setObjectName(QStringLiteral("saveButton"));
     buttons.cancel->setObjectName(QStringLiteral("cancelButton"));
@@ -38,6 +39,16 @@ Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QStri
     row->addWidget(buttons.cancel);
     layout->addLayout(row);
     return buttons;
+}
+
+QPushButton *appendDialogButtons(QBoxLayout *layout, const QString &okText, const QString &cancelText)
+{
+    const Buttons buttons = appendButtons(layout, okText, cancelText);
+    buttons.save->setObjectName(QStringLiteral("okButton"));
+    buttons.save->setDefault(true);
+    QObject::connect(buttons.cancel, &QPushButton::clicked, qobject_cast<QDialog *>(layout->parentWidget()),
+                     &QDialog::reject);
+    return buttons.save;
 }
 
 void putBeforeField(QFormLayout *form, int row, QWidget *widget)

@@ -7,7 +7,8 @@ class QScrollArea;
 class QString;
 class QWidget;
 
-// The frame that the edit forms share: a frameless scroll area over a row with "Save" and "Cancel".
+// What forms and dialogs are laid out with: buttons, the scroll area of an edit form and the confirming row
+// below it, and the tab order.
 namespace FormPage {
 
 struct Buttons {
@@ -20,8 +21,11 @@ struct Buttons {
 QPushButton *button(const QString &text, const QString &icon, QWidget *parent);
 // A resizable scroll area without a frame that shows the content.
 QScrollArea *scrollArea(QWidget *content, QWidget *parent);
-// Appends the row of the two confirming buttons; the accepting one may be "Save" or "OK" by its text.
-Buttons appendButtons(QBoxLayout *layout, const QString &acceptText, const QString &cancelText);
+// Appends the row of the two confirming buttons, neither of them connected; the texts are already translated.
+Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString &cancelText);
+// The same for the dialog that the layout is of: "Cancel" rejects it, and "OK", which is returned and not
+// connected, is what Enter presses. Its objectName is "okButton".
+QPushButton *appendDialogButtons(QBoxLayout *layout, const QString &okText, const QString &cancelText);
 // Puts a widget between the label and the field of a row, also in the tab order.
 void putBeforeField(QFormLayout *form, int row, QWidget *widget);
 // Puts the inputs of a page behind a widget in the tab order: what is made after its form stands last

@@ -17,9 +17,7 @@ QValidator *patternValidator(const QString &pattern, QObject *parent)
 
 QValidator *ipv4Validator(QObject *parent)
 {
-    return patternValidator(QStringLiteral("^((25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\\.){3}"
-                                           "(25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)$"),
-                            parent);
+    return patternValidator(QString::fromLatin1(ipv4Pattern), parent);
 }
 
 QValidator *hostNameValidator(QObject *parent)

@@ -7,6 +7,8 @@ class QValidator;
 // no form validates before it saves or sends.
 
 // Four decimal parts of 0 to 255.
+inline constexpr char ipv4Pattern[] = "^((25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\\.){3}"
+                                      "(25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)$";
 QValidator *ipv4Validator(QObject *parent);
 // A dotted host name whose last label has letters only. A dotted IP address can be typed: a name may begin
 // so.

@@ -180,7 +180,7 @@ QByteArray BoxConnection::verdictBytes(int command, bool success) const
     case BoxSimVerdict::wrongCommand:
         return Wire::verdict(otherTransfer(command), success ? 0 : 1);
     case BoxSimVerdict::wrongSubType:
-        bytes[6] = 2;
+        bytes[Wire::subTypeOffset] = 2;
         return bytes;
     case BoxSimVerdict::wrongHeader:
         bytes[1] = 0x35;

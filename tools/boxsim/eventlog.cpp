@@ -67,10 +67,8 @@ void EventLog::line(const QString &text)
 void EventLog::write(const QString &peer, const char *mark, const QString &text)
 {
     QString clean = text;
-    for (QChar &c : clean) {
-        c = c.isPrint()
-            ? c
-            : QChar(QLatin1Char('?')); // what a peer sends must not break the line or the terminal
+    for (QChar &c : clean) { // what a peer sends must not break the line or the terminal
+        c = c.isPrint() ? c : QChar(QLatin1Char('?'));
     }
     put(QStringLiteral("%1 %2 %3 %4\n")
             .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")), peer,

@@ -25,7 +25,7 @@ QString hex(const QByteArray &bytes)
 QString describeHeartbeatReply(const QByteArray &frame)
 {
     QStringList texts;
-    int at = 6;
+    int at = Wire::bodyOffset;
     while (texts.size() < 3 && at < frame.size() - 2) {
         const int length = static_cast<quint8>(frame.at(at));
         texts.append(QString::fromUtf8(frame.mid(at + 1, length)));
@@ -36,7 +36,7 @@ QString describeHeartbeatReply(const QByteArray &frame)
 
 QString describeJson(const QByteArray &frame)
 {
-    const QByteArray text = frame.mid(8, frame.size() - 10);
+    const QByteArray text = frame.mid(Wire::jsonTextOffset, frame.size() - Wire::jsonOverhead);
     const QJsonDocument document = QJsonDocument::fromJson(text);
     if (!document.isObject()) {
         return QStringLiteral("JSON that is no object: ") + hex(text);
@@ -49,23 +49,25 @@ QString describeJson(const QByteArray &frame)
 
 QString describeTransfer(const QByteArray &frame, const QString &name)
 {
-    const int subType = frame.size() > Wire::minFrame ? frame.at(6) : 0;
-    if (subType == 1 && frame.size() >= 19) {
+    const int subType = frame.size() > Wire::minFrame ? frame.at(Wire::subTypeOffset) : 0;
+    if (subType == 1 && frame.size() >= Wire::chunkOverhead) {
         return QStringLiteral("%1 chunk %2: %3 bytes of %4")
             .arg(name)
-            .arg(Wire::number(frame, 13, 4))
-            .arg(Wire::number(frame, 11, 2))
-            .arg(Wire::number(frame, 7, 4));
+            .arg(Wire::number(frame, Wire::numberOffset, 4))
+            .arg(Wire::number(frame, Wire::sizeOffset, 2))
+            .arg(Wire::number(frame, Wire::totalOffset, 4));
     }
-    if (subType == 2 && frame.size() >= 14) {
+    if (subType == 2 && frame.size() >= Wire::checksumOverhead) {
+        const QByteArray digest = frame.mid(Wire::digestOffset, frame.size() - Wire::checksumOverhead);
         return QStringLiteral("%1 checksum of %2 bytes: %3")
             .arg(name)
-            .arg(Wire::number(frame, 7, 4))
-            .arg(QString::fromLatin1(frame.mid(12, frame.size() - 14).toHex()));
+            .arg(Wire::number(frame, Wire::totalOffset, 4))
+            .arg(QString::fromLatin1(digest.toHex()));
     }
-    if (subType == 3 && frame.size() == 10) {
+    if (subType == 3 && frame.size() == Wire::verdictSize) {
+        const bool success = frame.at(Wire::verdictOffset) == 0;
         return QStringLiteral("%1 verdict: %2")
-            .arg(name, frame.at(7) == 0 ? QStringLiteral("success") : QStringLiteral("failure"));
+            .arg(name, success ? QStringLiteral("success") : QStringLiteral("failure"));
     }
     return QStringLiteral("%1 frame of no known kind: %2").arg(name, hex(frame));
 }

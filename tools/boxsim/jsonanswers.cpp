@@ -9,10 +9,6 @@
 
 namespace {
 
-constexpr int textOffset = 8;
-constexpr int overhead = 10; // a JSON frame without its text
-constexpr int rebootType = 6;
-
 struct Request {
     int type = 0;
     QJsonObject pares;
@@ -28,12 +24,12 @@ Request refused(const QString &why)
 
 Request readRequest(const QByteArray &frame)
 {
-    const int length = frame.size() - overhead;
-    if (length < 0 || Wire::number(frame, 6, 2) != static_cast<quint32>(length)) {
+    const int length = frame.size() - Wire::jsonOverhead;
+    if (length < 0 || Wire::number(frame, Wire::bodyOffset, 2) != static_cast<quint32>(length)) {
         return refused(QStringLiteral("text length does not fit the frame"));
     }
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(frame.mid(textOffset, length), &error);
+    const QJsonDocument document = QJsonDocument::fromJson(frame.mid(Wire::jsonTextOffset, length), &error);
     if (!document.isObject()) {
         return refused(QStringLiteral("text is no JSON object: ") + error.errorString());
     }

@@ -5,9 +5,7 @@
 
 namespace {
 
-constexpr int rebootType = 6;
-constexpr int longestValue =
-    1024; // so that the largest group's answer fits its 16-bit length, escaped or not
+constexpr int longestValue = 1024; // so that the largest group's answer fits its 16-bit length, even escaped
 const QLatin1String dateKey("date");
 
 struct Field {

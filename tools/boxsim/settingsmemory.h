@@ -5,6 +5,9 @@
 #include <QMap>
 #include <QString>
 
+// The type of the JSON command that is no group's.
+constexpr int rebootType = 6;
+
 // A name for a JSON command's type, such as "read LAN", "write time" or "reboot"; "JSON type 7" for a type
 // that no Box knows.
 QString settingsCommandName(int type);

@@ -4,19 +4,6 @@
 
 #include <QCryptographicHash>
 
-namespace {
-
-constexpr int subTypeOffset = 6;
-constexpr int totalOffset = 7;
-constexpr int sizeOffset = 11;
-constexpr int numberOffset = 13;
-constexpr int dataOffset = 17;
-constexpr int chunkOverhead = 19;
-constexpr int digestOffset = 12;
-constexpr int checksumSize = 30;
-
-} // namespace
-
 TransferReceiver::TransferReceiver(int maxFileSize)
     : m_maxFileSize(maxFileSize)
 {
@@ -24,7 +11,7 @@ TransferReceiver::TransferReceiver(int maxFileSize)
 
 TransferReceiver::Step TransferReceiver::take(const QByteArray &frame)
 {
-    const int subType = frame.size() > Wire::minFrame ? frame.at(subTypeOffset) : 0;
+    const int subType = frame.size() > Wire::minFrame ? frame.at(Wire::subTypeOffset) : 0;
     if (subType == 2) {
         return takeChecksum(frame);
     }
@@ -43,12 +30,12 @@ TransferReceiver::Step TransferReceiver::take(const QByteArray &frame)
 
 QString TransferReceiver::takeChunk(const QByteArray &frame)
 {
-    const int size = frame.size() - chunkOverhead;
+    const int size = frame.size() - Wire::chunkOverhead;
     if (size < 1 || size > Wire::segmentText
-        || Wire::number(frame, sizeOffset, 2) != static_cast<quint32>(size)) {
+        || Wire::number(frame, Wire::sizeOffset, 2) != static_cast<quint32>(size)) {
         return QStringLiteral("chunk size does not fit the frame");
     }
-    const quint32 total = Wire::number(frame, totalOffset, 4);
+    const quint32 total = Wire::number(frame, Wire::totalOffset, 4);
     if (m_chunks == 0) {
         m_total = total;
     }
@@ -58,7 +45,7 @@ QString TransferReceiver::takeChunk(const QByteArray &frame)
     if (total > static_cast<quint32>(m_maxFileSize)) {
         return QStringLiteral("a file of %1 bytes is too large").arg(total);
     }
-    const quint32 number = Wire::number(frame, numberOffset, 4);
+    const quint32 number = Wire::number(frame, Wire::numberOffset, 4);
     ++m_chunks;
     if (number != m_chunks) {
         return QStringLiteral("chunk %1 where %2 was due").arg(number).arg(m_chunks);
@@ -70,7 +57,7 @@ QString TransferReceiver::takeChunk(const QByteArray &frame)
             .arg(size)
             .arg(m_total);
     }
-    m_file += frame.mid(dataOffset, size);
+    m_file += frame.mid(Wire::dataOffset, size);
     return QString();
 }
 
@@ -80,14 +67,15 @@ TransferReceiver::Step TransferReceiver::takeChecksum(const QByteArray &frame)
     step.ended = true;
     if (m_broken) {
         // told already
-    } else if (frame.size() != checksumSize || Wire::number(frame, sizeOffset, 1) != Wire::digestSize) {
+    } else if (frame.size() != Wire::checksumOverhead + Wire::digestSize
+               || Wire::number(frame, Wire::sizeOffset, 1) != Wire::digestSize) {
         step.violation = QStringLiteral("checksum frame does not hold 16 bytes");
-    } else if (Wire::number(frame, totalOffset, 4) != m_total) {
+    } else if (Wire::number(frame, Wire::totalOffset, 4) != m_total) {
         step.violation = QStringLiteral("checksum frame announces another total");
     } else if (static_cast<quint32>(m_file.size()) != m_total) {
         step.violation = QStringLiteral("%1 of %2 bytes have come").arg(m_file.size()).arg(m_total);
     } else if (QCryptographicHash::hash(m_file, QCryptographicHash::Md5)
-               != frame.mid(digestOffset, Wire::digestSize)) {
+               != frame.mid(Wire::digestOffset, Wire::digestSize)) {
         step.violation = QStringLiteral("digest is not that of the bytes");
     }
     step.success = !m_broken && step.violation.isEmpty();

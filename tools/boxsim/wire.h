@@ -17,6 +17,22 @@ constexpr int maxFrame = 0xffff;
 constexpr int segmentText = 1024; // text a monitoring segment holds, and file bytes a chunk holds
 constexpr int digestSize = 16;    // MD5
 
+// Offsets from the first byte of a frame, and what a frame has besides its text or data.
+constexpr int bodyOffset = 6;
+constexpr int jsonTextOffset = 8;
+constexpr int jsonOverhead = 10;
+// Of a chunk, a checksum, a verdict or a monitoring segment.
+constexpr int subTypeOffset = 6;
+constexpr int totalOffset = 7;
+constexpr int sizeOffset = 11;
+constexpr int numberOffset = 13;
+constexpr int dataOffset = 17;
+constexpr int chunkOverhead = 19;
+constexpr int digestOffset = 12;
+constexpr int checksumOverhead = 14;
+constexpr int verdictOffset = 7;
+constexpr int verdictSize = 10;
+
 enum Command {
     heartbeat = 0x0100,
     heartbeatReply = 0x0200,
