@@ -1155,22 +1155,6 @@
         <translation>定时循环</translation>
     </message>
     <message>
-        <source>Add</source>
-        <translation>添加</translation>
-    </message>
-    <message>
-        <source>Remove All</source>
-        <translation>全部删除</translation>
-    </message>
-    <message>
-        <source>Import</source>
-        <translation>导入</translation>
-    </message>
-    <message>
-        <source>Export</source>
-        <translation>导出</translation>
-    </message>
-    <message>
         <source>The PLC &apos;%1&apos; is saved successfully.</source>
         <translation>PLC“%1”保存成功。</translation>
     </message>
@@ -1607,6 +1591,22 @@
     <message>
         <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
         <translation>第 %1 行输入无效：只允许字母、数字、下划线和点。</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation>全部删除</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
     </message>
 </context>
 <context>
@@ -2948,14 +2948,6 @@
         <source>Cancel</source>
         <translation>取消</translation>
     </message>
-    <message>
-        <source>Add</source>
-        <translation>添加</translation>
-    </message>
-    <message>
-        <source>Remove All</source>
-        <translation>全部删除</translation>
-    </message>
 </context>
 <context>
     <name>StandardTabs</name>
@@ -3126,22 +3118,6 @@
     <message>
         <source>Serial Port Information</source>
         <translation>串口信息</translation>
-    </message>
-    <message>
-        <source>Add</source>
-        <translation>添加</translation>
-    </message>
-    <message>
-        <source>Remove All</source>
-        <translation>全部删除</translation>
-    </message>
-    <message>
-        <source>Import</source>
-        <translation>导入</translation>
-    </message>
-    <message>
-        <source>Export</source>
-        <translation>导出</translation>
     </message>
     <message>
         <source>The Standard Modbus &apos;%1&apos; is saved successfully.</source>

@@ -207,7 +207,10 @@ void TestCatalogue::comparedTextsKeepTheirSource()
 void TestCatalogue::chineseKeepsPlaceholdersAndMnemonics()
 {
     QStringList different;
-    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+    Catalogue chinese = readCatalogue(QStringLiteral(SOURCE_ROOT "/src/resources/toolkit_chinese.ts"));
+    QVERIFY(!chinese.isEmpty());
+    chinese.insert(m_chinese);
+    for (auto it = chinese.cbegin(); it != chinese.cend(); ++it) {
         for (const QString &text : it->texts) {
             if (!text.isEmpty() && fixedParts(text) != fixedParts(it.key().at(1))) {
                 different.append(shown(it.key()) + QLatin1String(" -> ") + text);
