@@ -27,13 +27,7 @@ private slots:
     void unusableOptionsAreTold();
 
 private:
-    static BoxSimOptions options()
-    {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
-        return options;
-    }
+    static BoxSimOptions options() { return Raw::quietBox(address()); }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.1")); }
 };
 

@@ -36,16 +36,7 @@ private slots:
     void faultHelpNamesEveryFault();
 
 private:
-    static BoxSimOptions options(const QString &fault = QString())
-    {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
-        if (!fault.isEmpty()) {
-            applyFault(fault, &options.faults);
-        }
-        return options;
-    }
+    static BoxSimOptions options(const QString &fault = QString()) { return Raw::quietBox(address(), fault); }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.2")); }
 };
 
