@@ -1,5 +1,6 @@
 #include "model/itemroles.h"
 #include "services/serviceiec61850editdialog.h"
+#include "support/files.h"
 #include "support/messageboxes.h"
 #include "support/workspacefake.h"
 
@@ -84,15 +85,6 @@ void answerFileDialog(const QString &path)
         dialog->findChild<QPushButton *>()->setFocus();
         QMetaObject::invokeMethod(dialog, "accept");
     });
-}
-
-QString writeFile(const QString &name, const QByteArray &bytes)
-{
-    QFile file(name);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(bytes);
-    }
-    return QFileInfo(file).absoluteFilePath();
 }
 
 } // namespace
@@ -250,7 +242,7 @@ void TestServiceIEC61850EditDialog::saveWritesEveryRole()
 
 void TestServiceIEC61850EditDialog::selectedFileIsSavedWithItsContent()
 {
-    const QString path = writeFile(QStringLiteral("root.pem"), "-----CERT-----\n");
+    const QString path = Files::put(QStringLiteral("root.pem"), "-----CERT-----\n");
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     check(form, "enableSSL")->setChecked(true);
     answerFileDialog(path);
@@ -266,7 +258,7 @@ void TestServiceIEC61850EditDialog::selectedFileIsSavedWithItsContent()
 
 void TestServiceIEC61850EditDialog::cancelLeavesTheItemAlone()
 {
-    const QString path = writeFile(QStringLiteral("key.key"), "KEY");
+    const QString path = Files::put(QStringLiteral("key.key"), "KEY");
     m_item->setData(QStringLiteral("old"), serviceServerKeyRole);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     QSignalSpy rejected(&form, &QDialog::rejected);
@@ -283,7 +275,7 @@ void TestServiceIEC61850EditDialog::cancelLeavesTheItemAlone()
 void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
 {
     const QString path = QDir::current().absoluteFilePath(QStringLiteral("gone.pem"));
-    writeFile(path, "x");
+    Files::put(path, "x");
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     check(form, "enableSSL")->setChecked(true);
     m_boxes->expect();
