@@ -249,6 +249,9 @@ void tst_BoxSim::unusableOptionsAreTold_data()
                                      << "no such setting, or not a value for it: lanIP=1.2.3.4";
     QTest::newRow("bad date") << "date"
                               << "x" << QByteArray() << "no such setting, or not a value for it: date=x";
+    const QString tooLong(1025, QLatin1Char('a'));
+    QTest::newRow("long text") << "ssid" << tooLong << QByteArray()
+                               << "no such setting, or not a value for it: ssid=" + tooLong;
     QTest::newRow("project is an array")
         << "NTP"
         << "" << QByteArray("[]") << "not a project: not an object with a name";

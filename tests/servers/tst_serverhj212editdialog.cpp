@@ -271,7 +271,9 @@ void TestServerHJ212EditDialog::importedPointHasNoFactorCode()
     form.handleImportedData({point(QStringLiteral("flow")), point(QStringLiteral("level"))}, source);
     QCOMPARE(pointTable(form)->rowCount(), 2);
     for (int column = 0; column < 2; ++column) {
-        QVERIFY(!(pointTable(form)->item(0, column)->flags() & Qt::ItemIsEditable));
+        const QTableWidgetItem *cell = pointTable(form)->item(0, column);
+        QVERIFY(!(cell->flags() & Qt::ItemIsEditable));
+        QCOMPARE(cell->toolTip(), cell->text());
     }
     press(form, "saveButton");
     QCOMPARE(rowsOf(*m_item, serverPointsRole),

@@ -17,6 +17,8 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <algorithm>
+
 // The form of the IEC61850 service on an item and a faked main window.
 class TestServiceIEC61850EditDialog : public QObject
 {
@@ -183,11 +185,20 @@ void TestServiceIEC61850EditDialog::sslAndVerificationDecideWhatIsLive()
 void TestServiceIEC61850EditDialog::passwordRowFollowsTheAuthentication()
 {
     ServiceIEC61850EditDialog form(m_item, m_workspace);
+    const auto labelIsHidden = [&form] {
+        const auto labels = form.findChildren<QLabel *>();
+        const auto label = std::find_if(labels.begin(), labels.end(), [&form](const QLabel *each) {
+            return each->buddy() == edit(form, "password");
+        });
+        return label == labels.end() || (*label)->isHidden();
+    };
     list(form, "authentication")->setCurrentText(QStringLiteral("Password"));
     QVERIFY(!edit(form, "password")->isHidden());
+    QVERIFY(!labelIsHidden());
     QCOMPARE(edit(form, "password")->echoMode(), QLineEdit::Password);
     list(form, "authentication")->setCurrentText(QStringLiteral("None"));
     QVERIFY(edit(form, "password")->isHidden());
+    QVERIFY(labelIsHidden());
 }
 
 void TestServiceIEC61850EditDialog::storedFlagsAreShown_data()
