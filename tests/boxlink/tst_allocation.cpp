@@ -421,6 +421,7 @@ void tst_Allocation::writeAnswer_data()
     newRow("104", "200", "Write WIFI Allocation|WIFI allocation write successful.");
     newRow("104", "0200", "Write WIFI Allocation|WIFI allocation write failed. Error code: 0200");
     newRow("105", "200", "Write LTE Allocation|LTE allocation write successful.");
+    newRow("105", "2000", "Write LTE Allocation|LTE allocation write failed. Error code: 2000");
     newRow("105", "500", "Write LTE Allocation|LTE allocation write failed. Error code: 500");
     newRow("108", "200", "Write NTP Allocation|NTP allocation write successful.");
     newRow("108", "", "Write NTP Allocation|NTP allocation write failed. Error code: ");

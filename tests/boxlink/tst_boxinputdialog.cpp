@@ -1,5 +1,6 @@
 #include "boxlink/boxinputdialog.h"
 
+#include "support/inputdialogs.h"
 #include "support/logtail.h"
 
 #include <QComboBox>
@@ -58,11 +59,8 @@ void TestBoxInputDialog::modelIsBuiltAndNeverSeen()
     dialog.show();
     const auto *model = dialog.findChild<QComboBox *>(QStringLiteral("model"));
     QVERIFY(!model->isVisible());
-    QStringList entries;
-    for (int index = 0; index < model->count(); ++index) {
-        entries.append(model->itemText(index));
-    }
-    QCOMPARE(entries, (QStringList{QStringLiteral("MRN-GATE-70"), QStringLiteral("MRN-GATE-20")}));
+    QCOMPARE(InputDialogs::entries(model),
+             (QStringList{QStringLiteral("MRN-GATE-70"), QStringLiteral("MRN-GATE-20")}));
     for (const QLayout *layout : dialog.findChildren<QLayout *>()) {
         QCOMPARE(layout->indexOf(const_cast<QComboBox *>(model)), -1);
     }

@@ -88,6 +88,16 @@ QStringList rowsOf(const BoxSearchDialog &dialog)
     return rows;
 }
 
+// Has the Box answer a search that is not the dialog's: all that the dialog sent it before is answered then.
+void awaitTheBox()
+{
+    QUdpSocket probe;
+    QVERIFY(probe.bind(QHostAddress(searchAddress)));
+    const QByteArray search("\x12\x34\0\0Search Box\x56\x78", 16);
+    QCOMPARE(probe.writeDatagram(search, QHostAddress(boxAddress), 30088), qint64(search.size()));
+    QTRY_VERIFY(probe.hasPendingDatagrams());
+}
+
 const QString boxRow = QStringLiteral("设备IP: 10.213.7.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70");
 
 } // namespace
@@ -177,9 +187,10 @@ void TestDiscoveryNetwork::boxOnTheOtherHostIsListed()
     selectInterface(dialog, searchAddress);
     dialog.findChild<QPushButton *>(QStringLiteral("searchButton"))->click();
     QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
-    // The answers to the next broadcasts bring no second row.
+    // The answer to the next broadcast brings no second row.
+    const QSignalSpy answered(dialog.findChild<QUdpSocket *>(), &QUdpSocket::readyRead);
     dialog.sendSearchBroadcast();
-    QTest::qWait(1500);
+    QTRY_VERIFY(!answered.isEmpty());
     QCOMPARE(rowsOf(dialog), QStringList{boxRow});
 }
 
@@ -191,8 +202,10 @@ void TestDiscoveryNetwork::searchedInterfaceDecides()
     }
     BoxSearchDialog dialog;
     selectInterface(dialog, QStringLiteral("127.0.0.1"));
+    const QSignalSpy broadcast(dialog.findChild<QTimer *>(QStringLiteral("searchTimer")), &QTimer::timeout);
     dialog.searchForBoxes();
-    QTest::qWait(1500);
+    QTRY_VERIFY(!broadcast.isEmpty());
+    awaitTheBox();
     QCOMPARE(rowsOf(dialog), QStringList());
     // Taken up by the next broadcast of the same search.
     selectInterface(dialog, searchAddress);
@@ -239,8 +252,9 @@ void TestDiscoveryNetwork::takenPortShowsNothing()
                          QRegularExpression(QStringLiteral("^Binding to address:.*10\\.213\\.7\\.1")));
     QTest::ignoreMessage(QtDebugMsg, "Failed to bind to selected network interface!");
     dialog.sendSearchBroadcast();
-    QTest::qWait(300);
+    awaitTheBox();
     QCOMPARE(rowsOf(dialog), QStringList());
+    QVERIFY(!other.hasPendingDatagrams()); // nothing was asked
     other.close();
     dialog.sendSearchBroadcast();
     QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});

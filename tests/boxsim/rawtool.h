@@ -1,5 +1,8 @@
 #pragma once
 
+#include "boxsim/faultlist.h"
+#include "boxsim/options.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTcpSocket>
@@ -72,6 +75,18 @@ private:
 };
 
 namespace Raw {
+
+// A Box that reports only when it is asked to, with one fault or none.
+inline BoxSimOptions quietBox(const QHostAddress &address, const QString &fault = QString())
+{
+    BoxSimOptions options;
+    options.address = address;
+    options.reportInterval = 0;
+    if (!fault.isEmpty() && !applyFault(fault, &options.faults)) {
+        qFatal("no such fault: %s", qPrintable(fault));
+    }
+    return options;
+}
 
 inline QByteArray little(int value, int width)
 {

@@ -27,13 +27,7 @@ private slots:
     void unusableOptionsAreTold();
 
 private:
-    static BoxSimOptions options()
-    {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
-        return options;
-    }
+    static BoxSimOptions options() { return Raw::quietBox(address()); }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.1")); }
 };
 
@@ -255,6 +249,9 @@ void tst_BoxSim::unusableOptionsAreTold_data()
                                      << "no such setting, or not a value for it: lanIP=1.2.3.4";
     QTest::newRow("bad date") << "date"
                               << "x" << QByteArray() << "no such setting, or not a value for it: date=x";
+    const QString tooLong(1025, QLatin1Char('a'));
+    QTest::newRow("long text") << "ssid" << tooLong << QByteArray()
+                               << "no such setting, or not a value for it: ssid=" + tooLong;
     QTest::newRow("project is an array")
         << "NTP"
         << "" << QByteArray("[]") << "not a project: not an object with a name";

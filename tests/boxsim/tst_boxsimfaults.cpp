@@ -20,6 +20,7 @@ private slots:
     void splitAnswersComeInPieces();
     void joinedAnswersComeInOnePiece();
     void noiseStandsBeforeEachFrame();
+    void noiseHoldsNoHalfOfAHeader();
     void linkEndsAfterBytesSent_data();
     void linkEndsAfterBytesSent();
     void linkEndsAfterBytesReceived();
@@ -36,16 +37,7 @@ private slots:
     void faultHelpNamesEveryFault();
 
 private:
-    static BoxSimOptions options(const QString &fault = QString())
-    {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
-        if (!fault.isEmpty()) {
-            applyFault(fault, &options.faults);
-        }
-        return options;
-    }
+    static BoxSimOptions options(const QString &fault = QString()) { return Raw::quietBox(address(), fault); }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.2")); }
 };
 
@@ -170,6 +162,16 @@ void tst_BoxSimFaults::noiseStandsBeforeEachFrame()
     QCOMPARE(bytes.indexOf(QByteArray::fromHex("1234")), 5);
     QCOMPARE(bytes.indexOf(QByteArray::fromHex("1234"), 6), 5 + 38 + 5);
     QCOMPARE(bytes.mid(5, 38), bytes.mid(48, 38));
+}
+
+void tst_BoxSimFaults::noiseHoldsNoHalfOfAHeader()
+{
+    BoxSim box(options(QStringLiteral("noise=20000")));
+    QVERIFY(box.start());
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::heartbeat());
+    QCOMPARE(tool.take(20000 + 38).indexOf('\x12'), 20000);
 }
 
 void tst_BoxSimFaults::linkEndsAfterBytesSent_data()

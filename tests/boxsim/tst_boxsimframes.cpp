@@ -14,18 +14,13 @@ private slots:
     void requestsAreFoundHoweverTheyAreCut();
     void garbageCostsNothingButItself_data();
     void garbageCostsNothingButItself();
+    void garbageIsCounted();
     void randomGarbageNeverEndsTheBox();
     void framesAreDecodedForTheLog_data();
     void framesAreDecodedForTheLog();
 
 private:
-    static BoxSimOptions options()
-    {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
-        return options;
-    }
+    static BoxSimOptions options() { return Raw::quietBox(address()); }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.7")); }
 };
 
@@ -80,6 +75,16 @@ void tst_BoxSimFrames::garbageCostsNothingButItself()
     tool.send(garbage + QByteArray(65536, '\0') + Raw::heartbeat());
     QCOMPARE(tool.takeFrame().left(4).toHex(), QByteArray("12340200"));
     QCOMPARE(box.connectionCount(), 1);
+}
+
+void tst_BoxSimFrames::garbageIsCounted()
+{
+    FrameReader reader;
+    const FrameReader::Result result =
+        reader.feed("noise" + QByteArray::fromHex("1234010008005679") + Raw::heartbeat());
+    QCOMPARE(result.frames, QVector<QByteArray>{Raw::heartbeat()});
+    QCOMPARE(result.rejected, 1);
+    QCOMPARE(result.skipped, 13);
 }
 
 void tst_BoxSimFrames::randomGarbageNeverEndsTheBox()

@@ -29,11 +29,9 @@ private slots:
 private:
     static BoxSimOptions options()
     {
-        BoxSimOptions options;
-        options.address = address();
+        BoxSimOptions options = Raw::quietBox(address());
         options.version = QStringLiteral("1.2.3");
         options.serialNumber = QStringLiteral("SN7");
-        options.reportInterval = 0;
         return options;
     }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.33.2")); }

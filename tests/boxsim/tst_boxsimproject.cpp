@@ -37,9 +37,7 @@ private slots:
 private:
     static BoxSimOptions options(const QByteArray &project)
     {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
+        BoxSimOptions options = Raw::quietBox(address());
         options.project = project;
         return options;
     }

@@ -1,5 +1,4 @@
 #include "boxsim/boxsim.h"
-#include "boxsim/faultlist.h"
 #include "rawtool.h"
 
 #include <QElapsedTimer>
@@ -18,16 +17,7 @@ private slots:
     void pointsAreNotValid();
 
 private:
-    static BoxSimOptions options(const QString &fault)
-    {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
-        if (!fault.isEmpty()) {
-            applyFault(fault, &options.faults);
-        }
-        return options;
-    }
+    static BoxSimOptions options(const QString &fault) { return Raw::quietBox(address(), fault); }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.8")); }
     // Two Standards, S and T, whose reports of about 2200 bytes take three segments each.
     static QByteArray project();

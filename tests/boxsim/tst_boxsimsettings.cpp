@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 #include <QSignalSpy>
+#include <QTcpServer>
 
 // Settings groups, clock and reboot of the simulated Box, by hand-written 0x0500 frames.
 class tst_BoxSimSettings : public QObject
@@ -22,16 +23,11 @@ private slots:
     void aRequestAgainstTheRulesGetsNoAnswer_data();
     void aRequestAgainstTheRulesGetsNoAnswer();
     void rebootAnswersThenGoesDownAndComesBack();
+    void rebootWaitsForAnAddressThatWasTaken();
     void rebootWithoutItsWordIsRefused();
 
 private:
-    static BoxSimOptions options()
-    {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
-        return options;
-    }
+    static BoxSimOptions options() { return Raw::quietBox(address()); }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.5")); }
 };
 
@@ -243,6 +239,26 @@ void tst_BoxSimSettings::rebootAnswersThenGoesDownAndComesBack()
     RawTool again;
     QVERIFY(again.connectTo(address()));
     QCOMPARE(box.setting(QStringLiteral("NTP")), QStringLiteral("1.2.3.4"));
+}
+
+void tst_BoxSimSettings::rebootWaitsForAnAddressThatWasTaken()
+{
+    BoxSimOptions own = options();
+    own.rebootTime = 20;
+    BoxSim box(own);
+    QVERIFY(box.start());
+    QTcpServer other;
+    connect(&box, &BoxSim::rebooting, this, [&other] { other.listen(address(), 30088); });
+    QSignalSpy back(&box, &BoxSim::backFromReboot);
+    RawTool tool;
+    QVERIFY(tool.connectTo(address()));
+    tool.send(Raw::json("{\"type\":\"6\",\"pares\":{\"reboot\":\"reboot\"}}"));
+    QTRY_VERIFY(box.errorString().startsWith(QStringLiteral("TCP 127.0.12.5:30088: ")));
+    QVERIFY(other.isListening());
+    QCOMPARE(back.size(), 0);
+    other.close();
+    QTRY_COMPARE(back.size(), 1);
+    QVERIFY(box.isListening());
 }
 
 void tst_BoxSimSettings::rebootWithoutItsWordIsRefused()

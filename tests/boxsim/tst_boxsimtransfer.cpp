@@ -22,13 +22,7 @@ private slots:
     void aBlockingToolIsServedFromAnotherThread();
 
 private:
-    static BoxSimOptions options()
-    {
-        BoxSimOptions options;
-        options.address = address();
-        options.reportInterval = 0;
-        return options;
-    }
+    static BoxSimOptions options() { return Raw::quietBox(address()); }
     static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.6")); }
 };
 

@@ -38,6 +38,8 @@ private slots:
     void theOptionsMenuClearsTheMessages();
     void savingAndRestoringLeavesTheLayout();
     void restoringBringsASavedLayoutBack();
+    void theTreeKeepsItsWidthAsTheWindowGrows_data();
+    void theTreeKeepsItsWidthAsTheWindowGrows();
     void perspectivesAreUnplaced();
     void aPerspectiveIsStoredAndOpened();
     void aPerspectiveOfTheSameNameIsReplaced();
@@ -298,6 +300,29 @@ void TestDockLayout::restoringBringsASavedLayoutBack()
     QTRY_VERIFY(layout() != before);
     m_window->on_actionRestoreState_triggered(false);
     QTRY_COMPARE(layout(), before);
+}
+
+void TestDockLayout::theTreeKeepsItsWidthAsTheWindowGrows_data()
+{
+    QTest::addColumn<bool>("restored");
+    QTest::newRow("first layout") << false;
+    QTest::newRow("restored layout") << true;
+}
+
+void TestDockLayout::theTreeKeepsItsWidthAsTheWindowGrows()
+{
+    QFETCH(bool, restored);
+    m_window->setGeometry(40, 60, 700, 400);
+    if (restored) {
+        m_window->on_actionSaveState_triggered(false);
+        m_window->on_actionRestoreState_triggered(false);
+    }
+    QCoreApplication::processEvents();
+    const int tree = docks().at(1)->width();
+    const int values = docks().at(0)->width();
+    m_window->resize(760, 400);
+    QTRY_COMPARE(docks().at(0)->width(), values + 60);
+    QCOMPARE(docks().at(1)->width(), tree);
 }
 
 void TestDockLayout::perspectivesAreUnplaced()

@@ -26,8 +26,6 @@ class TestMainWindow : public QObject
 private slots:
     void init();
     void firstStartIsCentredWithTheFixedTitle();
-    void slotsAreFoundByName_data();
-    void slotsAreFoundByName();
     void generatedObjectsStandInTheirOrder();
     void menusAndToolBarHoldTheirActions();
     void actionsCarryIconShortcutAndProperty_data();
@@ -79,41 +77,6 @@ void TestMainWindow::firstStartIsCentredWithTheFixedTitle()
     QCOMPARE(m_window->frameGeometry(),
              QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, QSize(1280, 720), available));
     QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
-}
-
-void TestMainWindow::slotsAreFoundByName_data()
-{
-    QTest::addColumn<QByteArray>("signature");
-    for (const char *signature : {"on_actionSaveState_triggered(bool)",
-                                  "on_actionRestoreState_triggered(bool)",
-                                  "savePerspective()",
-                                  "onViewToggled(bool)",
-                                  "onViewVisibilityChanged(bool)",
-                                  "aboutActionTriggered()",
-                                  "applyVsStyle()",
-                                  "CESwitching()",
-                                  "prjectTreeView_MenuPopup(QPoint)",
-                                  "prjectTreeView_clicked(QModelIndex)",
-                                  "prjectTreeView_pressed(QModelIndex)",
-                                  "prjectTreeView_doubleClicked(QModelIndex)",
-                                  "slotNewProject()",
-                                  "loadJsonFile()",
-                                  "saveProjectAllFile()",
-                                  "createEditor()",
-                                  "createTable()",
-                                  "createImageViewer()",
-                                  "showStatusDialog()",
-                                  "toggleDockWidgetWindowTitle()",
-                                  "onEditorCloseRequested()",
-                                  "onImageViewerCloseRequested()"}) {
-        QTest::newRow(signature) << QByteArray(signature);
-    }
-}
-
-void TestMainWindow::slotsAreFoundByName()
-{
-    QFETCH(QByteArray, signature);
-    QVERIFY(CMainWindow::staticMetaObject.indexOfSlot(signature) >= 0);
 }
 
 void TestMainWindow::generatedObjectsStandInTheirOrder()

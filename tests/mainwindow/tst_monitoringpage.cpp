@@ -50,6 +50,8 @@ private slots:
     void emptiedFilterShowsAll();
     void rowsThatAreNotValidAreColoured_data();
     void rowsThatAreNotValidAreColoured();
+    void rowsThatAreNotValidAreReadableOnADarkDesktop();
+    void valuesAreNotTypedOver();
     void csvHoldsWhatIsShown();
     void csvQuotesWhatWouldTearIt();
     void menuExportsIntoTheChosenFile();
@@ -57,6 +59,8 @@ private slots:
 
 private:
     QStringList shownNames() const;
+    // The value of the first row as it is drawn.
+    QImage drawnValue() const;
     void filter(const QString &text) const { m_filter->setText(text); }
     void report(const QVariantList &rows) const { MonitoringTable::update(m_table, rows, reportTime); }
     // Picks the export from the menu and gives the path in the file dialog.
@@ -93,6 +97,13 @@ QStringList TestMonitoringPage::shownNames() const
     return names;
 }
 
+QImage TestMonitoringPage::drawnValue() const
+{
+    m_table->clearSelection();
+    const QRect cell = m_table->visualItemRect(m_table->item(0, MonitoringTable::Value));
+    return m_table->viewport()->grab(cell).toImage();
+}
+
 void TestMonitoringPage::filterShowsMatchingRows_data()
 {
     QTest::addColumn<QString>("text");
@@ -117,6 +128,8 @@ void TestMonitoringPage::filterShowsMatchingRows()
 void TestMonitoringPage::filterHoldsThroughReportsAndSorting()
 {
     filter(QStringLiteral("4000"));
+    m_table->sortByColumn(MonitoringTable::Name, Qt::AscendingOrder); // the hidden row comes to the top
+    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ua"), QStringLiteral("Ub")}));
     m_table->sortByColumn(MonitoringTable::Name, Qt::DescendingOrder);
     QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ub"), QStringLiteral("Ua")}));
     report(feeders());
@@ -157,11 +170,35 @@ void TestMonitoringPage::rowsThatAreNotValidAreColoured()
     const QString other = valid == QStringLiteral("1") ? QStringLiteral("0") : QStringLiteral("1");
     report({point(QStringLiteral("Ua"), QStringLiteral("40001"), other)});
     report({point(QStringLiteral("Ua"), QStringLiteral("40001"), valid)});
-    m_table->clearSelection();
-    const QRect cell = m_table->visualItemRect(m_table->item(0, MonitoringTable::Value));
-    const QImage picture = m_table->viewport()->grab(cell).toImage();
+    const QImage picture = drawnValue();
     const QColor background = picture.pixelColor(picture.width() - 4, 3);
     QTEST(background == QColor(0xf6, 0xe6, 0xc8), "coloured");
+}
+
+void TestMonitoringPage::rowsThatAreNotValidAreReadableOnADarkDesktop()
+{
+    const QPalette dark(QColor(0x30, 0x30, 0x30)); // with white texts
+    QCOMPARE(dark.color(QPalette::Text), QColor(Qt::white));
+    m_page->setPalette(dark);
+    report({point(QStringLiteral("Ua"), QStringLiteral("40001"), QStringLiteral("0"))});
+    const QImage picture = drawnValue();
+    int darkest = 255;
+    for (int x = 2; x < picture.width() - 4; ++x) {
+        for (int y = 2; y < picture.height() - 4; ++y) {
+            darkest = qMin(darkest, qGray(picture.pixel(x, y)));
+        }
+    }
+    QVERIFY2(darkest < 0x70, qPrintable(QString::number(darkest)));
+}
+
+void TestMonitoringPage::valuesAreNotTypedOver()
+{
+    m_table->setCurrentCell(0, MonitoringTable::Value);
+    QTest::keyClick(m_table, Qt::Key_F2);
+    QTest::keyClicks(m_table, QStringLiteral("9"));
+    QTest::mouseDClick(m_table->viewport(), Qt::LeftButton, {},
+                       m_table->visualItemRect(m_table->currentItem()).center());
+    QVERIFY(!m_table->viewport()->findChild<QLineEdit *>());
 }
 
 void TestMonitoringPage::csvHoldsWhatIsShown()
@@ -177,10 +214,13 @@ void TestMonitoringPage::csvHoldsWhatIsShown()
 void TestMonitoringPage::csvQuotesWhatWouldTearIt()
 {
     report({point(QStringLiteral("a,b"), QStringLiteral("say \"x\"")),
-            point(QStringLiteral("two\nlines"), QStringLiteral("线路"))});
-    QCOMPARE(m_page->shownAsCsv().split('\r').mid(1, 2).join('\r'),
-             QByteArray("\n\"a,b\",\"say \"\"x\"\"\",float,1.5,Effective,2026-01-31 10:00:00\r"
-                        "\n\"two\nlines\",\xe7\xba\xbf\xe8\xb7\xaf,float,1.5,Effective,2026-01-31 10:00:00"));
+            point(QStringLiteral("two\nlines"), QStringLiteral("线路")),
+            point(QStringLiteral("c"), QStringLiteral("carriage\rreturn"))});
+    const QByteArray rest = ",float,1.5,Effective,2026-01-31 10:00:00\r\n";
+    const QByteArray csv = m_page->shownAsCsv();
+    QCOMPARE(csv.mid(csv.indexOf("\r\n") + 2),
+             "\"a,b\",\"say \"\"x\"\"\"" + rest + "\"two\nlines\",\xe7\xba\xbf\xe8\xb7\xaf" + rest
+                 + "c,\"carriage\rreturn\"" + rest);
 }
 
 void TestMonitoringPage::exportTo(const QString &path)

@@ -1,9 +1,9 @@
 #include "model/editprojectdialog.h"
 
+#include "support/inputdialogs.h"
 #include "support/logtail.h"
 #include "support/messageboxes.h"
 
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTextEdit>
@@ -20,6 +20,7 @@ private slots:
     void refusesAnEmptyName();
     void cancelRejects();
     void enterAndEscapeDoNothing();
+    void descriptionTakesPlainTextOnly();
     void labelsAreBuddies();
     void writesItsEventsToTheLog();
 };
@@ -132,14 +133,16 @@ void tst_EditProjectDialog::enterAndEscapeDoNothing()
     QCOMPARE(finished.count(), 0);
 }
 
+void tst_EditProjectDialog::descriptionTakesPlainTextOnly()
+{
+    const Form form;
+    InputDialogs::comparePasteOfRichText(child<QTextEdit>(form, "description"));
+}
+
 void tst_EditProjectDialog::labelsAreBuddies()
 {
     const Form form;
-    QMap<QString, QString> buddies;
-    for (const QLabel *label : form.findChildren<QLabel *>()) {
-        buddies.insert(label->text(), label->buddy() ? label->buddy()->objectName() : QString());
-    }
-    QCOMPARE(buddies,
+    QCOMPARE(InputDialogs::buddies(form),
              (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
                                      {QStringLiteral("Path:"), QStringLiteral("path")},
                                      {QStringLiteral("Description:"), QStringLiteral("description")}}));

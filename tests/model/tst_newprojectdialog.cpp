@@ -1,12 +1,12 @@
 #include "model/newprojectdialog.h"
 
+#include "support/inputdialogs.h"
 #include "support/logtail.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
 #include "support/projectdump.h"
 
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTextEdit>
@@ -27,6 +27,7 @@ private slots:
     void refusesWithoutNameOrPath();
     void reportsThePlainTextAndCloses();
     void enterCreatesAndEscapeCancels();
+    void descriptionTakesPlainTextOnly();
     void labelsAreBuddies();
     void tabOrderFollowsTheForm();
     void writesItsLifeToTheLog();
@@ -169,13 +170,14 @@ void tst_NewProjectDialog::enterCreatesAndEscapeCancels()
     QCOMPARE(m_created->count(), 1);
 }
 
+void tst_NewProjectDialog::descriptionTakesPlainTextOnly()
+{
+    InputDialogs::comparePasteOfRichText(child<QTextEdit>("description"));
+}
+
 void tst_NewProjectDialog::labelsAreBuddies()
 {
-    QMap<QString, QString> buddies;
-    for (const QLabel *label : m_dialog->findChildren<QLabel *>()) {
-        buddies.insert(label->text(), label->buddy() ? label->buddy()->objectName() : QString());
-    }
-    QCOMPARE(buddies,
+    QCOMPARE(InputDialogs::buddies(*m_dialog),
              (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
                                      {QStringLiteral("Path:"), QStringLiteral("path")},
                                      {QStringLiteral("Description:"), QStringLiteral("description")}}));

@@ -1,10 +1,10 @@
 #include "plc/parametereditor.h"
+#include "support/files.h"
 #include "support/messageboxes.h"
 #include "support/workspacefake.h"
 
 #include <QDialog>
 #include <QDir>
-#include <QFile>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTranslator>
@@ -61,20 +61,9 @@ QVariantList row(const QByteArray &fields)
     return values;
 }
 
-QByteArray readFile(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-}
-
 QString writeFile(const QByteArray &bytes)
 {
-    QFile file(QStringLiteral("in.csv"));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
-        return QString();
-    }
-    file.write(bytes);
-    return file.fileName();
+    return Files::put(QStringLiteral("in.csv"), bytes);
 }
 
 class Chinese : public QTranslator
@@ -147,7 +136,7 @@ void TestParameterCsv::exportWritesHeaderAndRows()
     make(modbus ? ParameterVariant::modbus() : ParameterVariant::plc());
     m_editor->loadParameters(rows);
     m_editor->exportFile(QStringLiteral("out.csv"));
-    QCOMPARE(readFile(QStringLiteral("out.csv")), bytes);
+    QCOMPARE(Files::contents(QStringLiteral("out.csv")), bytes);
 }
 
 void TestParameterCsv::exportedFileImportsUnchanged_data()
@@ -166,11 +155,11 @@ void TestParameterCsv::exportedFileImportsUnchanged()
         : RowList{row("D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2"), row("D2,电压,string,5,r,Change,,,")};
     m_editor->loadParameters(rows);
     m_editor->exportFile(QStringLiteral("out.csv"));
-    const QByteArray exported = readFile(QStringLiteral("out.csv"));
+    const QByteArray exported = Files::contents(QStringLiteral("out.csv"));
     m_editor->removeAllParameters();
     m_editor->importFile(QStringLiteral("out.csv"));
     m_editor->exportFile(QStringLiteral("again.csv"));
-    QCOMPARE(readFile(QStringLiteral("again.csv")), exported);
+    QCOMPARE(Files::contents(QStringLiteral("again.csv")), exported);
     RowList withButtonField = rows;
     for (QVariantList &each : withButtonField) {
         each.append(QString(QLatin1String("")));
@@ -311,7 +300,7 @@ void TestParameterCsv::chineseFileAndEnglishWord()
     m_editor->loadParameters({row("D1,a,int16,1,r,Change,,,")});
     m_editor->exportFile(QStringLiteral("out.csv"));
     const QByteArray header = QStringLiteral("地址").toUtf8() + plcHeader.mid(7);
-    QCOMPARE(readFile(QStringLiteral("out.csv")),
+    QCOMPARE(Files::contents(QStringLiteral("out.csv")),
              header + "D1,a,int16,1,r," + QStringLiteral("变化上报").toUtf8() + ",,,,\n");
     m_editor->importFile(QStringLiteral("out.csv"));
     QCOMPARE(m_editor->rows(m_table), RowList{row("D1,a,int16,1,r,Change,,,,")});
@@ -395,7 +384,7 @@ void TestParameterCsv::withoutTableTheExportIsEmptyAndTheImportTells()
     m_table = nullptr;
     m_latest = nullptr;
     m_editor->exportFile(QStringLiteral("none.csv"));
-    QCOMPARE(readFile(QStringLiteral("none.csv")), QByteArray());
+    QCOMPARE(Files::contents(QStringLiteral("none.csv")), QByteArray());
     m_boxes->expect();
     m_editor->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n"));
     QCOMPARE(m_boxes->told(), QStringList{QStringLiteral("Error|No tab selected.")});

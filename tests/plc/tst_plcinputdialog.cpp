@@ -1,10 +1,10 @@
 #include "plc/plcinputdialog.h"
 
+#include "support/inputdialogs.h"
 #include "support/logtail.h"
 #include "support/projectdump.h"
 
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QtTest>
@@ -37,11 +37,7 @@ QComboBox *list(const QDialog &dialog, const char *name)
 
 QString entries(const QComboBox *box)
 {
-    QStringList texts;
-    for (int i = 0; i < box->count(); ++i) {
-        texts.append(box->itemText(i));
-    }
-    return texts.join(QLatin1Char('|'));
+    return InputDialogs::entries(box).join(QLatin1Char('|'));
 }
 
 QPushButton *button(const QDialog &dialog, const char *name)
@@ -119,26 +115,13 @@ void TestPLCInputDialog::handsOutWhatWasEntered()
 void TestPLCInputDialog::enterAcceptsAndEscapeRejects()
 {
     PLCInputDialog dialog;
-    dialog.show();
-    QTest::keyClick(nameOf(dialog), Qt::Key_Return);
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    dialog.show();
-    QTest::keyClick(nameOf(dialog), Qt::Key_Escape);
-    QCOMPARE(dialog.result(), int(QDialog::Rejected));
-    dialog.show();
-    dialog.setResult(QDialog::Accepted);
-    button(dialog, "cancelButton")->click();
-    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    InputDialogs::compareEnterAndEscape(&dialog);
 }
 
 void TestPLCInputDialog::labelsAreBuddies()
 {
     const PLCInputDialog dialog;
-    QMap<QString, QString> buddies;
-    for (const QLabel *label : dialog.findChildren<QLabel *>()) {
-        buddies.insert(label->text(), label->buddy() ? label->buddy()->objectName() : QString());
-    }
-    QCOMPARE(buddies,
+    QCOMPARE(InputDialogs::buddies(dialog),
              (QMap<QString, QString>{{QStringLiteral("PLC Name:"), QStringLiteral("name")},
                                      {QStringLiteral("Manufacturer:"), QStringLiteral("manufacturer")},
                                      {QStringLiteral("Protocol:"), QStringLiteral("protocol")}}));

@@ -3,6 +3,7 @@
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "rehearsals.h"
+#include "support/files.h"
 
 #include <QProcess>
 #include <QRandomGenerator>
@@ -21,12 +22,6 @@ std::unique_ptr<QStandardItem> version(const QString &folder, QChar fill)
         ProjectTree::makeProject(QStringLiteral("plant"), folder, QString(400000, fill)));
     ProjectTree::appendMissingFolders(project.get());
     return project;
-}
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // What the child process does until it is killed.
@@ -71,7 +66,7 @@ void TestKilledSave::fileIsAlwaysWhole()
         child.kill();
         QVERIFY(child.waitForFinished());
         ++kills;
-        const QByteArray after = contents(path);
+        const QByteArray after = Files::contents(path);
         QVERIFY2(after == first || after == second, qPrintable(QStringLiteral("kill %1").arg(kills)));
     }
 }

@@ -151,7 +151,9 @@ void TestSecrets::work(Window *window, BoxSim *sim, const QString &folder, QStri
     sim->sendRaw(Wire::jsonAnswer(
         {{QStringLiteral("type"), QStringLiteral("77")}, {QStringLiteral("password"), onTheBox}}));
     sim->sendRaw(Wire::segments("{\"password\":\"" + onTheBox.toUtf8() + '"', 1024, -1, -1).first());
-    QTest::qWait(50);
+    boxes.expect(); // of an answer behind them, which comes when they are taken in
+    form->readNTPAllocation();
+    QTRY_COMPARE(boxes.pending(), 0);
     collectTexts(seen);
 
     window->select(box);

@@ -14,6 +14,7 @@
 #include <QPushButton>
 #include <QStandardItem>
 #include <QTableView>
+#include <QTableWidget>
 #include <QtTest>
 
 // What the tests of the Server forms with points share.
@@ -32,6 +33,44 @@ inline QComboBox *list(const QWidget &form, const char *name)
 inline void press(const QWidget &form, const char *name)
 {
     form.findChild<QPushButton *>(QLatin1String(name))->click();
+}
+
+// The table of the forms that have one only.
+inline QTableWidget *pointTable(const QWidget &form)
+{
+    return form.findChild<QTableWidget *>(QStringLiteral("points"));
+}
+
+inline QVariantList pointRow(const char *plc, const char *name, const char *code)
+{
+    return {QString::fromLatin1(plc), QString::fromLatin1(name), QString::fromLatin1(code)};
+}
+
+// The texts of these line edits, in this order.
+inline QStringList textsOf(const QWidget &form, std::initializer_list<const char *> names)
+{
+    QStringList shown;
+    for (const char *name : names) {
+        shown.append(edit(form, name)->text());
+    }
+    return shown;
+}
+
+// Opens the form on these points and saves it: they are to stay as they are.
+template <typename Form> void comparePointsAfterSave(QStandardItem *item, const RowList &stored)
+{
+    item->setData(QVariant::fromValue(stored), serverPointsRole);
+    Form form(item, nullptr);
+    press(form, "saveButton");
+    QCOMPARE(item->data(serverPointsRole).value<RowList>(), stored);
+}
+
+// A row for each language of the interface.
+inline void catalogues()
+{
+    QTest::addColumn<QString>("catalogue");
+    QTest::newRow("English") << QStringLiteral(":/adsdemo/english.qm");
+    QTest::newRow("Chinese") << QStringLiteral(":/adsdemo/chinese.qm");
 }
 
 // A point as the import hands it over.

@@ -83,6 +83,7 @@ private slots:
     void cleanup();
 
     void looksAsDesigned();
+    void columnsAreWideEnoughToRead();
     void slotsAndSignalAreFoundByName_data();
     void slotsAndSignalAreFoundByName();
     void treeHoldsWhatCanDeclarePoints();
@@ -219,6 +220,15 @@ void TestImportDataDialog::looksAsDesigned()
     QVERIFY(button("okButton")->x() > 400);
     QVERIFY(button("okButton")->x() < button("cancelButton")->x());
     QVERIFY(button("okButton")->y() > splitter->geometry().bottom());
+}
+
+void TestImportDataDialog::columnsAreWideEnoughToRead()
+{
+    clickNode(valves);
+    QCOMPARE(m_table->model()->columnCount(), 4);
+    for (int column = 0; column < 4; ++column) {
+        QVERIFY2(m_table->columnWidth(column) >= 100, qPrintable(QString::number(column)));
+    }
 }
 
 void TestImportDataDialog::slotsAndSignalAreFoundByName_data()

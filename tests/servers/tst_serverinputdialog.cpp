@@ -1,6 +1,7 @@
 #include "servers/serverinputdialog.h"
 
 #include "serverformtest.h"
+#include "support/inputdialogs.h"
 #include "support/logtail.h"
 #include "support/messageboxes.h"
 #include "support/projectdump.h"
@@ -34,15 +35,6 @@ private slots:
 namespace {
 
 const QString defaultHost = QStringLiteral("mqtts.heclouds.com");
-
-QStringList entriesOf(const QComboBox &list)
-{
-    QStringList entries;
-    for (int i = 0; i < list.count(); ++i) {
-        entries.append(list.itemText(i));
-    }
-    return entries;
-}
 
 QStringList protocols()
 {
@@ -90,7 +82,7 @@ void TestServerInputDialog::offersTheProtocolsInOrder()
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Add Server"));
     QCOMPARE(ProjectDump::iconBytes(dialog.windowIcon()),
              ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/Server.svg")));
-    QCOMPARE(entriesOf(*dialog.in<QComboBox>("protocol")), protocols());
+    QCOMPARE(InputDialogs::entries(dialog.in<QComboBox>("protocol")), protocols());
     const struct {
         const char *name;
         QString text;
@@ -351,15 +343,7 @@ void TestServerInputDialog::whatCanBeTyped()
 void TestServerInputDialog::enterAcceptsAndEscapeRejects()
 {
     Dialog dialog;
-    QTest::keyClick(dialog.in<QLineEdit>("name"), Qt::Key_Return);
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    dialog.show();
-    QTest::keyClick(dialog.in<QLineEdit>("name"), Qt::Key_Escape);
-    QCOMPARE(dialog.result(), int(QDialog::Rejected));
-    dialog.show();
-    dialog.setResult(QDialog::Accepted);
-    dialog.in<QPushButton>("cancelButton")->click();
-    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    InputDialogs::compareEnterAndEscape(&dialog);
 }
 
 void TestServerInputDialog::writesItsLifeToTheLog()

@@ -26,6 +26,7 @@ private slots:
     void pointThatIsThereIsTold_data();
     void pointThatIsThereIsTold();
     void importIsAnnounced();
+    void namesStandInToolTips();
     void saveWritesTheRowsOnly();
     void replaceItemShowsTheOther();
     void populatingAgainShowsTheSameRows();
@@ -198,6 +199,16 @@ void TestServerModbusTCPEditDialog::importIsAnnounced()
     QCOMPARE(imported.size(), 1);
     QCOMPARE(imported.first().at(0).value<QList<QJsonObject>>(), points);
     QCOMPARE(imported.first().at(1).toString(), source);
+}
+
+void TestServerModbusTCPEditDialog::namesStandInToolTips()
+{
+    m_form->handleImportedData({point(QStringLiteral("a"), QStringLiteral("float"))}, source);
+    QStringList shown;
+    for (int column = 0; column < holding()->columnCount(); ++column) {
+        shown.append(holding()->index(0, column).data(Qt::ToolTipRole).toString());
+    }
+    QCOMPARE(shown, texts({"Meter A", "a", "float", "", ""}));
 }
 
 void TestServerModbusTCPEditDialog::saveWritesTheRowsOnly()

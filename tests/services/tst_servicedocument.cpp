@@ -3,6 +3,7 @@
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "services/serviceiec61850editdialog.h"
+#include "support/files.h"
 #include "support/modaldialogs.h"
 
 #include <QCheckBox>
@@ -29,12 +30,6 @@ private:
 };
 
 namespace {
-
-QByteArray readFile(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QStandardItem *serviceOf(QStandardItem *project)
 {
@@ -112,17 +107,17 @@ void TestServiceDocument::certificatesSurviveSaveAndLoadByteForByte()
     file.close();
 
     QStandardItemModel other;
-    QStandardItem *loaded =
-        loadProject(other, QJsonDocument::fromJson(readFile(file.fileName())).object(), QDir::currentPath());
+    QStandardItem *loaded = loadProject(
+        other, QJsonDocument::fromJson(Files::contents(file.fileName())).object(), QDir::currentPath());
     QStandardItem *loadedService = serviceOf(loaded);
     const auto text = [loadedService](int role) { return loadedService->data(role).toString().toLatin1(); };
-    QCOMPARE(text(serviceRootCertificateRole) + '\n', readFile(QStringLiteral("root.pem")));
+    QCOMPARE(text(serviceRootCertificateRole) + '\n', Files::contents(QStringLiteral("root.pem")));
     QCOMPARE(QByteArray::fromBase64(text(serviceServerCertificateRole)),
-             readFile(QStringLiteral("server.der")));
-    QCOMPARE(text(serviceServerKeyRole) + '\n', readFile(QStringLiteral("server.key")));
-    QCOMPARE(text(serviceClientCertificate1Role) + '\n', readFile(QStringLiteral("server.crt")));
+             Files::contents(QStringLiteral("server.der")));
+    QCOMPARE(text(serviceServerKeyRole) + '\n', Files::contents(QStringLiteral("server.key")));
+    QCOMPARE(text(serviceClientCertificate1Role) + '\n', Files::contents(QStringLiteral("server.crt")));
     QCOMPARE(QByteArray::fromBase64(text(serviceClientCertificate10Role)),
-             readFile(QStringLiteral("server.der")));
+             Files::contents(QStringLiteral("server.der")));
     QCOMPARE(projectDocument(loaded), saved);
 
     // A form that opens on what was loaded and is saved untouched changes nothing.

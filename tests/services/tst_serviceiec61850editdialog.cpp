@@ -1,5 +1,6 @@
 #include "model/itemroles.h"
 #include "services/serviceiec61850editdialog.h"
+#include "support/files.h"
 #include "support/messageboxes.h"
 #include "support/workspacefake.h"
 
@@ -15,6 +16,8 @@
 #include <QStandardItemModel>
 #include <QTimer>
 #include <QtTest>
+
+#include <algorithm>
 
 // The form of the IEC61850 service on an item and a faked main window.
 class TestServiceIEC61850EditDialog : public QObject
@@ -84,15 +87,6 @@ void answerFileDialog(const QString &path)
         dialog->findChild<QPushButton *>()->setFocus();
         QMetaObject::invokeMethod(dialog, "accept");
     });
-}
-
-QString writeFile(const QString &name, const QByteArray &bytes)
-{
-    QFile file(name);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(bytes);
-    }
-    return QFileInfo(file).absoluteFilePath();
 }
 
 } // namespace
@@ -191,11 +185,20 @@ void TestServiceIEC61850EditDialog::sslAndVerificationDecideWhatIsLive()
 void TestServiceIEC61850EditDialog::passwordRowFollowsTheAuthentication()
 {
     ServiceIEC61850EditDialog form(m_item, m_workspace);
+    const auto labelIsHidden = [&form] {
+        const auto labels = form.findChildren<QLabel *>();
+        const auto label = std::find_if(labels.begin(), labels.end(), [&form](const QLabel *each) {
+            return each->buddy() == edit(form, "password");
+        });
+        return label == labels.end() || (*label)->isHidden();
+    };
     list(form, "authentication")->setCurrentText(QStringLiteral("Password"));
     QVERIFY(!edit(form, "password")->isHidden());
+    QVERIFY(!labelIsHidden());
     QCOMPARE(edit(form, "password")->echoMode(), QLineEdit::Password);
     list(form, "authentication")->setCurrentText(QStringLiteral("None"));
     QVERIFY(edit(form, "password")->isHidden());
+    QVERIFY(labelIsHidden());
 }
 
 void TestServiceIEC61850EditDialog::storedFlagsAreShown_data()
@@ -250,7 +253,7 @@ void TestServiceIEC61850EditDialog::saveWritesEveryRole()
 
 void TestServiceIEC61850EditDialog::selectedFileIsSavedWithItsContent()
 {
-    const QString path = writeFile(QStringLiteral("root.pem"), "-----CERT-----\n");
+    const QString path = Files::put(QStringLiteral("root.pem"), "-----CERT-----\n");
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     check(form, "enableSSL")->setChecked(true);
     answerFileDialog(path);
@@ -266,7 +269,7 @@ void TestServiceIEC61850EditDialog::selectedFileIsSavedWithItsContent()
 
 void TestServiceIEC61850EditDialog::cancelLeavesTheItemAlone()
 {
-    const QString path = writeFile(QStringLiteral("key.key"), "KEY");
+    const QString path = Files::put(QStringLiteral("key.key"), "KEY");
     m_item->setData(QStringLiteral("old"), serviceServerKeyRole);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     QSignalSpy rejected(&form, &QDialog::rejected);
@@ -283,7 +286,7 @@ void TestServiceIEC61850EditDialog::cancelLeavesTheItemAlone()
 void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
 {
     const QString path = QDir::current().absoluteFilePath(QStringLiteral("gone.pem"));
-    writeFile(path, "x");
+    Files::put(path, "x");
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     check(form, "enableSSL")->setChecked(true);
     m_boxes->expect();

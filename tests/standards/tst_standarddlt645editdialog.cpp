@@ -1,6 +1,5 @@
 #include "model/itemroles.h"
 #include "standards/standarddlt645editdialog.h"
-#include "support/logtail.h"
 #include "support/standardformtest.h"
 
 #include <QApplication>
@@ -11,7 +10,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardItem>
-#include <QStandardItemModel>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -38,6 +36,8 @@ private slots:
     void sameNameInTwoTabsIsAccepted();
     void saveKeepsEveryRow();
     void loadedTabsAreCalledModbus();
+    void loadedEditionLeavesOtherTabsAlone();
+    void wheelLeavesTheEditionAlone();
     void storedRowsAreAppliedByPosition();
     void unknownEditionIsTheNewer();
     void deletedTabClosesTheNumbers();
@@ -159,6 +159,7 @@ void TestStandardDLT645EditDialog::headerClickActsOnTheFirstColumnOnly()
     form.addTab();
     auto *table = form.findChild<QTableWidget *>();
     emit table->horizontalHeader()->sectionClicked(1);
+    QCOMPARE(ticked(table), 0);
     emit table->horizontalHeader()->sectionClicked(2);
     QCOMPARE(ticked(table), 0);
     emit table->horizontalHeader()->sectionClicked(0);
@@ -243,6 +244,35 @@ void TestStandardDLT645EditDialog::loadedTabsAreCalledModbus()
     form.saveChanges();
     QCOMPARE(m_item->data(standardDatasRole).value<GroupMap>().keys(),
              (QStringList{"DLT645-3", "Modbus-1", "Modbus-2"}));
+}
+
+void TestStandardDLT645EditDialog::loadedEditionLeavesOtherTabsAlone()
+{
+    const GroupMap groups{
+        {QStringLiteral("DLT645-1"), {{"1", "DLT645_2007"}, {"true", "label", "mine"}}},
+        {QStringLiteral("DLT645-2"), {{"2", "DLT645_1997"}, {"true", "label", "other"}}},
+    };
+    setGroups(m_item, groups);
+    standardDLT645EditDialog form(m_item, m_workspace);
+    const auto *tabs = form.findChild<QTabWidget *>();
+    const auto *newer = tabs->widget(0)->findChild<QTableWidget *>();
+    const auto *older = tabs->widget(1)->findChild<QTableWidget *>();
+    QCOMPARE(newer->rowCount(), 44);
+    QCOMPARE(newer->item(0, 2)->text(), QStringLiteral("mine"));
+    QCOMPARE(ticked(newer), 1);
+    QCOMPARE(older->rowCount(), 30);
+    QCOMPARE(older->item(0, 2)->text(), QStringLiteral("other"));
+    QCOMPARE(ticked(older), 1);
+}
+
+void TestStandardDLT645EditDialog::wheelLeavesTheEditionAlone()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    show(form);
+    auto *version = find<QComboBox>(form, "protocolVersionComboBox");
+    turnWheel(version);
+    QCOMPARE(version->currentText(), QStringLiteral("DLT645_2007"));
 }
 
 void TestStandardDLT645EditDialog::storedRowsAreAppliedByPosition()
@@ -377,25 +407,12 @@ void TestStandardDLT645EditDialog::rolesOfTheWrongTypeDoNoHarm()
 
 void TestStandardDLT645EditDialog::saveWithoutItsNodeDoesNothing()
 {
-    QStandardItemModel model;
-    model.appendRow(new QStandardItem(QStringLiteral("gone")));
-    standardDLT645EditDialog form(model.item(0), m_workspace);
-    model.removeRow(0);
-    form.saveChanges();
-    QCoreApplication::processEvents();
-    QCOMPARE(m_workspace->messages, QStringList());
+    saveWithoutItsNode<standardDLT645EditDialog>();
 }
 
 void TestStandardDLT645EditDialog::writesItsLifeToTheLog()
 {
-    const LogTail log(QStringLiteral("standardDLT645EditDialog"));
-    QStandardItem other(QStringLiteral("Other"));
-    {
-        standardDLT645EditDialog form(m_item, m_workspace);
-        form.replaceItem(&other);
-        form.saveChanges();
-    }
-    QCOMPARE(log.events(),
+    QCOMPARE(linesOfALife<standardDLT645EditDialog>(),
              (QStringList{"standardDLT645EditDialog: new-nuilt", "standardDLT645EditDialog: replace",
                           "standardDLT645EditDialog: save", "standardDLT645EditDialog: destroyed"}));
 }

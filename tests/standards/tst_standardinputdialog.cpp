@@ -1,9 +1,9 @@
 #include "standards/standardinputdialog.h"
 
+#include "support/inputdialogs.h"
 #include "support/logtail.h"
 
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QtTest>
@@ -34,11 +34,8 @@ void tst_standardInputDialog::offersTheTwoProtocols()
     const standardInputDialog dialog;
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Add Standard"));
     QVERIFY(!nameOf(dialog)->validator());
-    QStringList entries;
-    for (int i = 0; i < protocolOf(dialog)->count(); ++i) {
-        entries.append(protocolOf(dialog)->itemText(i));
-    }
-    QCOMPARE(entries, QStringList({QStringLiteral("DLT645"), QStringLiteral("Modbus")}));
+    QCOMPARE(InputDialogs::entries(protocolOf(dialog)),
+             QStringList({QStringLiteral("DLT645"), QStringLiteral("Modbus")}));
     QCOMPARE(dialog.name(), QString());
     QCOMPARE(dialog.protocol(), QStringLiteral("DLT645"));
 }
@@ -57,26 +54,13 @@ void tst_standardInputDialog::handsOutWhatWasEntered()
 void tst_standardInputDialog::enterAcceptsAndEscapeRejects()
 {
     standardInputDialog dialog;
-    dialog.show();
-    QTest::keyClick(nameOf(dialog), Qt::Key_Return);
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    dialog.show();
-    QTest::keyClick(nameOf(dialog), Qt::Key_Escape);
-    QCOMPARE(dialog.result(), int(QDialog::Rejected));
-    dialog.show();
-    dialog.setResult(QDialog::Accepted);
-    dialog.findChild<QPushButton *>(QStringLiteral("cancelButton"))->click();
-    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    InputDialogs::compareEnterAndEscape(&dialog);
 }
 
 void tst_standardInputDialog::labelsAreBuddies()
 {
     const standardInputDialog dialog;
-    QMap<QString, QString> buddies;
-    for (const QLabel *label : dialog.findChildren<QLabel *>()) {
-        buddies.insert(label->text(), label->buddy() ? label->buddy()->objectName() : QString());
-    }
-    QCOMPARE(buddies,
+    QCOMPARE(InputDialogs::buddies(dialog),
              (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
                                      {QStringLiteral("Protocol:"), QStringLiteral("protocol")}}));
 }

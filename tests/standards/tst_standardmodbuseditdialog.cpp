@@ -1,6 +1,5 @@
 #include "model/itemroles.h"
 #include "standards/standardmodbuseditdialog.h"
-#include "support/logtail.h"
 #include "support/standardformtest.h"
 
 #include <QCheckBox>
@@ -10,7 +9,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardItem>
-#include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
@@ -30,6 +28,7 @@ private slots:
     void tabsAppearAfterTheConstructor();
     void unknownModeShowsTcpAndIsOverwritten();
     void linkDecidesWhatIsSavedAndErased();
+    void unknownModeShowsTheNetwork();
     void serialLineIsSaved();
     void newTabHasItsInitialValues();
     void saveStoresEveryTab();
@@ -145,6 +144,16 @@ void TestStandardModbusEditDialog::linkDecidesWhatIsSavedAndErased()
 
     standardModbusEditDialog again(m_item, m_workspace);
     QCOMPARE(find<QLineEdit>(again, "ip")->text(), QStringLiteral("192.168.1.60"));
+}
+
+void TestStandardModbusEditDialog::unknownModeShowsTheNetwork()
+{
+    standardModbusEditDialog form(m_item, m_workspace);
+    show(form);
+    form.onProtocolChanged(QStringLiteral("ModbusRTU"));
+    form.onProtocolChanged(QStringLiteral("ModbusASCII"));
+    QVERIFY(find<QLineEdit>(form, "ip")->isVisible());
+    QVERIFY(!find<QComboBox>(form, "baudRate")->isVisible());
 }
 
 void TestStandardModbusEditDialog::serialLineIsSaved()
@@ -440,25 +449,12 @@ void TestStandardModbusEditDialog::rolesOfTheWrongTypeDoNoHarm()
 
 void TestStandardModbusEditDialog::saveWithoutItsNodeDoesNothing()
 {
-    QStandardItemModel model;
-    model.appendRow(new QStandardItem(QStringLiteral("gone")));
-    standardModbusEditDialog form(model.item(0), m_workspace);
-    model.removeRow(0);
-    form.saveChanges();
-    QCoreApplication::processEvents();
-    QCOMPARE(m_workspace->messages, QStringList());
+    saveWithoutItsNode<standardModbusEditDialog>();
 }
 
 void TestStandardModbusEditDialog::writesItsLifeToTheLog()
 {
-    const LogTail log(QStringLiteral("standardModbusEditDialog"));
-    QStandardItem other(QStringLiteral("Other"));
-    {
-        standardModbusEditDialog form(m_item, m_workspace);
-        form.replaceItem(&other);
-        form.saveChanges();
-    }
-    QCOMPARE(log.events(),
+    QCOMPARE(linesOfALife<standardModbusEditDialog>(),
              (QStringList{"standardModbusEditDialog: new-nuilt", "standardModbusEditDialog: replace",
                           "standardModbusEditDialog: save", "standardModbusEditDialog: destroyed"}));
 }

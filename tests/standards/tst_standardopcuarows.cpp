@@ -36,6 +36,8 @@ private:
     static QLineEdit *editor(const QWidget &form, int row, int column);
     static QTableWidgetItem *cell(const QWidget &form, int row, int column);
     static void type(const QWidget &form, int row, int column, const QString &text);
+    // Types into the first row, an added or a loaded one: the text stays, or goes with this message.
+    void compareTyping(bool added, int column, const QString &text, bool kept, const QString &message);
 };
 
 namespace {
@@ -85,6 +87,17 @@ void TestStandardOPCUARows::type(const QWidget &form, int row, int column, const
     }
 }
 
+void TestStandardOPCUARows::compareTyping(bool added, int column, const QString &text, bool kept,
+                                          const QString &message)
+{
+    standardOPCUAEditDialog form(m_item, m_workspace);
+    form.loadParameters(added ? RowList() : RowList{node()});
+    form.addParameter();
+    type(form, 0, column, text);
+    QCOMPARE(parameterCellText(form.findChild<QTableWidget *>(), 0, column), kept ? text : QString());
+    QCOMPARE(m_workspace->messages, kept ? QStringList() : QStringList{message});
+}
+
 void TestStandardOPCUARows::addressIsChecked_data()
 {
     QTest::addColumn<bool>("added");
@@ -105,15 +118,8 @@ void TestStandardOPCUARows::addressIsChecked()
     QFETCH(bool, added);
     QFETCH(QString, text);
     QFETCH(bool, kept);
-    standardOPCUAEditDialog form(m_item, m_workspace);
-    form.loadParameters(added ? RowList() : RowList{node()});
-    form.addParameter();
-    type(form, 0, Address, text);
-    QCOMPARE(parameterCellText(form.findChild<QTableWidget *>(), 0, Address), kept ? text : QString());
-    QCOMPARE(m_workspace->messages,
-             kept ? QStringList()
-                  : QStringList{"Invalid input in row 1: only letters, digits, underscores, and dots are "
-                                "allowed."});
+    compareTyping(added, Address, text, kept,
+                  "Invalid input in row 1: only letters, digits, underscores, and dots are allowed.");
 }
 
 void TestStandardOPCUARows::changeAmplitudeIsChecked_data()
@@ -190,15 +196,8 @@ void TestStandardOPCUARows::formulasAreChecked()
     QFETCH(int, column);
     QFETCH(QString, text);
     QFETCH(bool, kept);
-    standardOPCUAEditDialog form(m_item, m_workspace);
-    form.loadParameters(added ? RowList() : RowList{node()});
-    form.addParameter();
-    type(form, 0, column, text);
-    QCOMPARE(parameterCellText(form.findChild<QTableWidget *>(), 0, column), kept ? text : QString());
-    QCOMPARE(m_workspace->messages,
-             kept ? QStringList()
-                  : QStringList{
-                      "Invalid input in row 1: only numbers, operators (+, -, *, /) and 'X' are allowed."});
+    compareTyping(added, column, text, kept,
+                  "Invalid input in row 1: only numbers, operators (+, -, *, /) and 'X' are allowed.");
 }
 
 void TestStandardOPCUARows::spatialIndexIsAPositiveNumber_data()
@@ -225,7 +224,7 @@ void TestStandardOPCUARows::spatialIndexIsAPositiveNumber()
     QFETCH(QString, text);
     QFETCH(bool, kept);
     standardOPCUAEditDialog form(m_item, m_workspace);
-    form.loadParameters(added ? RowList() : RowList{node(QStringLiteral("1"))});
+    form.loadParameters(added ? RowList() : RowList{node()});
     form.addParameter();
     type(form, 0, SpatialIndex, QStringLiteral("7"));
     if (!kept) {

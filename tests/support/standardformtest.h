@@ -1,14 +1,15 @@
 #pragma once
 
 #include "model/projecttree.h"
+#include "support/logtail.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
 #include "support/workspacefake.h"
 
 #include <QObject>
+#include <QStandardItemModel>
 #include <QWidget>
-
-class QStandardItem;
+#include <QtTest>
 
 // What the tests of the forms of Standards share: a Standard, a main window, watch over each message box and
 // dialog, and ways to look at a form.
@@ -32,6 +33,30 @@ protected:
     static GroupMap groupsOf(const QStandardItem *item);
     // Turns the wheel by one notch over the widget.
     static void turnWheel(QWidget *widget);
+
+    // Saves a form whose node has left the tree: nothing happens.
+    template <class Form> void saveWithoutItsNode() const
+    {
+        QStandardItemModel model;
+        model.appendRow(new QStandardItem(QStringLiteral("gone")));
+        Form form(model.item(0), m_workspace);
+        model.removeRow(0);
+        form.saveChanges();
+        QCoreApplication::processEvents();
+        QCOMPARE(m_workspace->messages, QStringList());
+    }
+    // The lines of a form that is opened, given another item, saved and closed.
+    template <class Form> QStringList linesOfALife() const
+    {
+        const LogTail log(QString::fromLatin1(Form::staticMetaObject.className()));
+        QStandardItem other(QStringLiteral("Other"));
+        {
+            Form form(m_item, m_workspace);
+            form.replaceItem(&other);
+            form.saveChanges();
+        }
+        return log.events();
+    }
 
     QStandardItem *m_item = nullptr;
     WorkspaceFake *m_workspace = nullptr;

@@ -1,5 +1,7 @@
 #include "widgets/certificatefile.h"
 
+#include "support/files.h"
+
 #include <QDir>
 #include <QFile>
 #include <QProcess>
@@ -20,26 +22,6 @@ private slots:
     void certificatesOfOpensslAreCarriedWhole();
     void hundredMegabytesAreRead();
 };
-
-namespace {
-
-QString writeFile(const QString &name, const QByteArray &bytes)
-{
-    QFile file(name);
-    if (!file.open(QIODevice::WriteOnly)) {
-        return QString();
-    }
-    file.write(bytes);
-    return QFileInfo(file).absoluteFilePath();
-}
-
-QByteArray readFile(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
 
 void TestCertificateFile::contentFollowsTheEnding_data()
 {
@@ -64,7 +46,7 @@ void TestCertificateFile::contentFollowsTheEnding()
     QFETCH(QString, name);
     QFETCH(QByteArray, bytes);
     QFETCH(QString, content);
-    const CertificateFile file = loadCertificateFile(writeFile(name, bytes));
+    const CertificateFile file = loadCertificateFile(Files::put(name, bytes));
     QVERIFY(file.opened);
     QCOMPARE(file.content, content);
 }
@@ -73,7 +55,7 @@ void TestCertificateFile::fileThatCannotBeOpenedSaysSo_data()
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("missing") << "missing.pem";
-    QTest::newRow("below a file") << writeFile(QStringLiteral("plain"), "x") + QStringLiteral("/a.pem");
+    QTest::newRow("below a file") << Files::put(QStringLiteral("plain"), "x") + QStringLiteral("/a.pem");
     QDir().mkdir(QStringLiteral("folder.pem"));
     QTest::newRow("a folder") << "folder.pem";
 }
@@ -88,7 +70,7 @@ void TestCertificateFile::fileThatCannotBeOpenedSaysSo()
 
 void TestCertificateFile::fileWithoutPermissionSaysSo()
 {
-    const QString path = writeFile(QStringLiteral("secret.pem"), "x");
+    const QString path = Files::put(QStringLiteral("secret.pem"), "x");
     QVERIFY(QFile::setPermissions(path, QFileDevice::Permissions()));
     if (QFile(path).open(QIODevice::ReadOnly)) {
         QSKIP("this user reads files without permission");
@@ -121,11 +103,11 @@ void TestCertificateFile::certificatesOfOpensslAreCarriedWhole()
         QStringLiteral("req -x509 -newkey rsa:2048 -nodes -keyout s.key -out s.pem -days 2 -subj /CN=box")));
     QVERIFY(run(QStringLiteral("x509 -in s.pem -outform DER -out s.der")));
     QCOMPARE(loadCertificateFile(QStringLiteral("s.pem")).content.toUtf8() + '\n',
-             readFile(QStringLiteral("s.pem")));
+             Files::contents(QStringLiteral("s.pem")));
     QCOMPARE(loadCertificateFile(QStringLiteral("s.key")).content.toUtf8() + '\n',
-             readFile(QStringLiteral("s.key")));
+             Files::contents(QStringLiteral("s.key")));
     QCOMPARE(QByteArray::fromBase64(loadCertificateFile(QStringLiteral("s.der")).content.toLatin1()),
-             readFile(QStringLiteral("s.der")));
+             Files::contents(QStringLiteral("s.der")));
 }
 
 void TestCertificateFile::hundredMegabytesAreRead()

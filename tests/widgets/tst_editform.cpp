@@ -28,6 +28,7 @@ private slots:
     void cleanup();
     void noButtonIsPressedByEnter_data() { forms(); }
     void noButtonIsPressedByEnter();
+    void enterPressesNoDefaultButtonEither();
     void enterAndEscapeAreHarmless_data() { forms(); }
     void enterAndEscapeAreHarmless();
     void everyInputHasALabel_data() { forms(); }
@@ -147,6 +148,19 @@ void TestEditForm::noButtonIsPressedByEnter()
     for (const QPushButton *button : buttons) {
         QVERIFY2(!button->autoDefault() && !button->isDefault(), qPrintable(button->objectName()));
     }
+}
+
+void TestEditForm::enterPressesNoDefaultButtonEither()
+{
+    EditForm form(m_window);
+    QLineEdit edit(&form);
+    QPushButton button(&form);
+    button.setDefault(true);
+    const QSignalSpy clicked(&button, &QPushButton::clicked);
+    m_window->show();
+    QTest::keyClick(&edit, Qt::Key_Return);
+    QTest::keyClick(&edit, Qt::Key_Enter);
+    QCOMPARE(clicked.size(), 0);
 }
 
 void TestEditForm::enterAndEscapeAreHarmless()

@@ -13,6 +13,7 @@ class TestTell : public QObject
 private slots:
     void textIsShownAsItStands();
     void boxThatDiesWithItsParentHasNoAnswer();
+    void answeredBoxGoes();
 };
 
 void TestTell::textIsShownAsItStands()
@@ -39,6 +40,14 @@ void TestTell::boxThatDiesWithItsParentHasNoAnswer()
     QTimer::singleShot(0, this, [parent] { delete parent; });
     QCOMPARE(Tell::warning(parent, QStringLiteral("Box"), QStringLiteral("gone")), QMessageBox::NoButton);
     QVERIFY(!parent);
+}
+
+void TestTell::answeredBoxGoes()
+{
+    QWidget parent;
+    QTimer::singleShot(0, this, [] { QApplication::activeModalWidget()->close(); });
+    Tell::information(&parent, QStringLiteral("Box"), QStringLiteral("done"));
+    QTRY_VERIFY(parent.children().isEmpty());
 }
 
 QTEST_MAIN(TestTell)
