@@ -3,6 +3,11 @@
 #include "model/itemroles.h"
 #include "standards/standardfields.h"
 
+QString ModbusFields::tcp()
+{
+    return QStringLiteral("ModbusTCP");
+}
+
 QString ModbusFields::rtu()
 {
     return QStringLiteral("ModbusRTU");
@@ -24,7 +29,7 @@ QVector<Field> ModbusFields::identity()
          FieldKind::List,
          standardModbusModeRole,
          FieldCheck::None,
-         {QStringLiteral("ModbusTCP"), rtu()}},
+         {tcp(), rtu()}},
     };
 }
 

@@ -8,7 +8,8 @@ namespace ModbusFields {
 // Of their translations; the serial line has the context StandardFields.
 constexpr char context[] = "standardModbusEditDialog";
 
-// The mode of a serial link; the other one is a network link.
+// The modes: a network link and a serial one.
+QString tcp();
 QString rtu();
 
 QVector<Field> identity();

@@ -269,9 +269,8 @@ void standardModbusEditDialog::clearData()
 
 void standardModbusEditDialog::onProtocolChanged(QString protocol)
 {
-    m_networkGroup->hide();
-    m_serialGroup->hide();
-    (protocol == ModbusFields::rtu() ? m_serialGroup : m_networkGroup)->show();
+    m_networkGroup->setVisible(protocol == ModbusFields::tcp());
+    m_serialGroup->setVisible(protocol == ModbusFields::rtu());
 }
 
 QTableWidget *standardModbusEditDialog::currentTable() const

@@ -30,6 +30,7 @@ private slots:
     void tabsAppearAfterTheConstructor();
     void unknownModeShowsTcpAndIsOverwritten();
     void linkDecidesWhatIsSavedAndErased();
+    void otherLinkShowsNoGroup();
     void serialLineIsSaved();
     void newTabHasItsInitialValues();
     void saveStoresEveryTab();
@@ -145,6 +146,15 @@ void TestStandardModbusEditDialog::linkDecidesWhatIsSavedAndErased()
 
     standardModbusEditDialog again(m_item, m_workspace);
     QCOMPARE(find<QLineEdit>(again, "ip")->text(), QStringLiteral("192.168.1.60"));
+}
+
+void TestStandardModbusEditDialog::otherLinkShowsNoGroup()
+{
+    standardModbusEditDialog form(m_item, m_workspace);
+    show(form);
+    form.onProtocolChanged(QStringLiteral("ModbusASCII"));
+    QVERIFY(!find<QLineEdit>(form, "ip")->isVisible());
+    QVERIFY(!find<QComboBox>(form, "baudRate")->isVisible());
 }
 
 void TestStandardModbusEditDialog::serialLineIsSaved()
