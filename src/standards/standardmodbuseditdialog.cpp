@@ -246,9 +246,8 @@ void standardModbusEditDialog::clearData()
 
 void standardModbusEditDialog::onProtocolChanged(QString protocol)
 {
-    m_networkGroup->hide();
-    m_serialGroup->hide();
-    (protocol == DocumentKeys::modbusRtu ? m_serialGroup : m_networkGroup)->show();
+    m_networkGroup->setVisible(protocol == DocumentKeys::modbusTcp);
+    m_serialGroup->setVisible(protocol == DocumentKeys::modbusRtu);
 }
 
 QTableWidget *standardModbusEditDialog::currentTable() const

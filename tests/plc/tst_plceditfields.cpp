@@ -283,6 +283,7 @@ void TestPLCEditFields::saveStandsBelowTheScrollArea()
     PlcUnderTest plc("Siemens", "S7");
     plc.openAndShow();
     const auto *area = plc.form->findChild<QScrollArea *>();
+    QCOMPARE(area->frameShape(), QFrame::NoFrame);
     QCOMPARE(area->styleSheet(), S("QScrollArea { border: none; }"));
     for (const char *name : {"saveButton", "cancelButton"}) {
         const auto *button = plc.form->findChild<QPushButton *>(S(name));

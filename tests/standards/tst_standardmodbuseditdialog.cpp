@@ -28,7 +28,7 @@ private slots:
     void tabsAppearAfterTheConstructor();
     void unknownModeShowsTcpAndIsOverwritten();
     void linkDecidesWhatIsSavedAndErased();
-    void unknownModeShowsTheNetwork();
+    void otherLinkShowsNoGroup();
     void serialLineIsSaved();
     void newTabHasItsInitialValues();
     void saveStoresEveryTab();
@@ -146,13 +146,12 @@ void TestStandardModbusEditDialog::linkDecidesWhatIsSavedAndErased()
     QCOMPARE(find<QLineEdit>(again, "ip")->text(), QStringLiteral("192.168.1.60"));
 }
 
-void TestStandardModbusEditDialog::unknownModeShowsTheNetwork()
+void TestStandardModbusEditDialog::otherLinkShowsNoGroup()
 {
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
-    form.onProtocolChanged(QStringLiteral("ModbusRTU"));
     form.onProtocolChanged(QStringLiteral("ModbusASCII"));
-    QVERIFY(find<QLineEdit>(form, "ip")->isVisible());
+    QVERIFY(!find<QLineEdit>(form, "ip")->isVisible());
     QVERIFY(!find<QComboBox>(form, "baudRate")->isVisible());
 }
 
