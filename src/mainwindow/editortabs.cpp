@@ -162,16 +162,13 @@ bool siblingHasName(const QStandardItem *item, const QString &name)
     return false;
 }
 
-// The item is null once its node has left the tree; there is nothing to save into then.
+// The item is null once its node has left the tree, which leaves it without a folder to be found.
 void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window)
 {
-    if (!item) {
-        return;
-    }
     const QString name = form.name->text();
     if (name.isEmpty()) {
         Tell::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
-    } else if (!item->parent()) {
+    } else if (!item || !item->parent()) {
         Tell::warning(window, CMainWindow::tr("error"), CMainWindow::tr("Unable to find parent directory"));
     } else if (siblingHasName(item, name)) {
         Tell::warning(window, CMainWindow::tr("Duplicate name"),
