@@ -155,7 +155,7 @@ bool siblingHasName(const QStandardItem *item, const QString &name)
     const QStandardItem *parent = item->parent();
     for (int row = 0; row < parent->rowCount(); ++row) {
         const QStandardItem *child = parent->child(row);
-        if (child != item && child->text() == name) {
+        if (child && child != item && child->text() == name) {
             return true;
         }
     }

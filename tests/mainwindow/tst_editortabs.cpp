@@ -316,6 +316,7 @@ void tst_EditorTabs::renamingSavesAndCloses()
     QStandardItem *item =
         Window::addBox(m_window->addProject(QStringLiteral("plant")), QStringLiteral("a"), {});
     Window::addBox(m_window->projectModel()->item(0), QStringLiteral("b"), {});
+    item->parent()->setRowCount(3); // A row without an item is passed over.
     auto *form = new Form;
     const QPointer<ads::CDockWidget> tab = m_tabs->make(first, form);
     m_tabs->place(tab, {});
