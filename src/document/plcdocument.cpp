@@ -101,8 +101,8 @@ QVector<Extended> mitsubishiProtocols()
           {"stationNum", plcMc3eStationNumRole},
           {"netNum", plcMc3eNetNumRole},
           {"binary", plcMc3eBinaryRole, Coding::Flag},
-          // Spelt unlike MC-3C's, and read under a third spelling, on purpose: after reading it is off.
-          {"writeBitByWord", plcMc3eWriteBitByWordRole, Coding::Flag, "writebitByWord"},
+          // Written unlike MC-3C's and read as MC-3C's, on purpose: after a save and a load it is off.
+          {"writeBitByWord", plcMc3eWriteBitByWordRole, Coding::Flag, "writebitByword"},
           charReversed(plcMc3eCharReversedRole)}},
         {mitsubishi,
          words("FxLinks"),

@@ -5,11 +5,12 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
 
 // A full disk may take a part of the bytes without a word; only what comes after them fails.
-static bool writeWhole(QSaveFile *file, const QByteArray &bytes)
+static bool writeWhole(QFileDevice *file, const QByteArray &bytes)
 {
     qint64 done = 0;
     while (done < bytes.size()) {
@@ -22,12 +23,22 @@ static bool writeWhole(QSaveFile *file, const QByteArray &bytes)
     return true;
 }
 
+// A pipe or a device is written into: a file in its place would be the end of it.
+static bool isDevice(const QString &path)
+{
+    const QFileInfo target(path);
+    return target.exists() && !target.isFile() && !target.isDir();
+}
+
 SaveResult saveProject(const QStandardItem *project)
 {
     SaveResult result;
     result.path = projectFilePath(project);
-    QSaveFile file(result.path);
-    file.setDirectWriteFallback(true);
+    QSaveFile replacement(result.path);
+    replacement.setDirectWriteFallback(true);
+    QFile device(result.path);
+    const bool inPlace = isDevice(result.path);
+    QFileDevice &file = inPlace ? static_cast<QFileDevice &>(device) : replacement;
     // Unbuffered, since commit() does not notice what a last flush of a buffer could not write.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Unbuffered)) {
         result.failure = SaveResult::Failure::OpenFailed;
@@ -35,7 +46,7 @@ SaveResult saveProject(const QStandardItem *project)
         qDebug() << "Could not open file for writing:" << result.errorString;
         return result;
     }
-    if (!writeWhole(&file, projectDocument(project)) || !file.commit()) {
+    if (!writeWhole(&file, projectDocument(project)) || (!inPlace && !replacement.commit())) {
         result.failure = SaveResult::Failure::WriteFailed;
         result.errorString = file.errorString();
         qDebug() << "Error writing to file:" << result.errorString;

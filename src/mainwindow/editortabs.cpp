@@ -33,23 +33,20 @@ bool siblingHasName(const QStandardItem *item, const QString &name)
     const QStandardItem *parent = item->parent();
     for (int row = 0; row < parent->rowCount(); ++row) {
         const QStandardItem *child = parent->child(row);
-        if (child != item && child->text() == name) {
+        if (child && child != item && child->text() == name) {
             return true;
         }
     }
     return false;
 }
 
-// The item is null once its node has left the tree; there is nothing to save into then.
+// The item is null once its node has left the tree, which leaves it without a folder to be found.
 void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window)
 {
-    if (!item) {
-        return;
-    }
     const QString name = form.name->text();
     if (name.isEmpty()) {
         Tell::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
-    } else if (!item->parent()) {
+    } else if (!item || !item->parent()) {
         Tell::warning(window, CMainWindow::tr("error"), CMainWindow::tr("Unable to find parent directory"));
     } else if (siblingHasName(item, name)) {
         Tell::warning(window, CMainWindow::tr("Duplicate name"),

@@ -93,7 +93,7 @@ void ProjectLifecycle::modify(QStandardItem *project, const QString &name, const
     }
     for (int row = 0; row < m_window->projectModel()->rowCount(); ++row) {
         const QStandardItem *other = m_window->projectModel()->item(row);
-        if (other != project && other->text() == name) {
+        if (other && other != project && other->text() == name) {
             warn(
                 CMainWindow::tr("A project with the same name already exists. Please use a different name."));
             return;

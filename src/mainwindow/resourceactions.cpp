@@ -130,7 +130,9 @@ void ResourceActions::removeAll() const
     }
     if (item->rowCount() > 0) {
         for (int row = 0; row < item->rowCount(); ++row) {
-            m_monitoring->closeTab(item->child(row)->text());
+            if (const QStandardItem *child = item->child(row)) {
+                m_monitoring->closeTab(child->text());
+            }
         }
         item->removeRows(0, item->rowCount());
     } else if (ProjectTree::levelOf(item) == ProjectTree::Level::Definition) {

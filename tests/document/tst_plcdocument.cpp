@@ -46,7 +46,7 @@ const QVector<Pair> pairs{
     {"Mitsubishi", "MC-1E", {{"stationNum", plcMc1eStationNumRole}, {"binary", plcMc1eBinaryRole, true}}},
     {"Mitsubishi", "MC-3E", {{"mode", plcMc3eModeRole}, {"stationNum", plcMc3eStationNumRole},
         {"netNum", plcMc3eNetNumRole}, {"binary", plcMc3eBinaryRole, true},
-        {"writeBitByWord", plcMc3eWriteBitByWordRole, true, "writebitByWord"},
+        {"writeBitByWord", plcMc3eWriteBitByWordRole, true, "writebitByword"},
         {"charReversed", plcMc3eCharReversedRole, true}}},
     {"Mitsubishi", "FxLinks", {{"stationNum", plcFxLinksStationNumRole}, {"sumCheck", plcFxLinksSumCheckRole, true},
         {"messageWaitingTime", plcFxLinksMessageWaitingTimeRole}, {"format", plcFxLinksFormatRole}}},

@@ -8,7 +8,9 @@
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using Files::contents;
@@ -79,6 +81,7 @@ private slots:
     void savedResultCarriesThePath();
     void longerOldFileLeavesNoRest();
     void linkIsWrittenThrough();
+    void pipeIsWrittenInto();
     void saveRefuses_data();
     void saveRefuses();
     void nameTooLongForAFileIsRefused();
@@ -192,6 +195,19 @@ void TestProjectFile::linkIsWrittenThrough()
     QVERIFY(saveProject(newProject(S("P"), m_dir->path())).ok());
     QVERIFY(QFileInfo(path("P.json")).isSymLink());
     QCOMPARE(contents(path("real.json")), projectDocument(m_project.data()));
+}
+
+void TestProjectFile::pipeIsWrittenInto()
+{
+    const QByteArray pipe = QFile::encodeName(path("pipe"));
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+    QVERIFY(QFile::link(path("pipe"), path("P.json")));
+    const int reader = open(pipe.constData(), O_RDONLY | O_NONBLOCK);
+    QVERIFY(saveProject(newProject(S("P"), m_dir->path())).ok());
+    QByteArray bytes(65536, '\0');
+    bytes.resize(int(read(reader, bytes.data(), size_t(bytes.size()))));
+    close(reader);
+    QCOMPARE(bytes, projectDocument(m_project.data()));
 }
 
 void TestProjectFile::saveRefuses_data()

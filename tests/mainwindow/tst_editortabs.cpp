@@ -37,7 +37,7 @@ private slots:
     void renamingRefuses_data();
     void renamingRefuses();
     void renamingKeepsTheItemOfTheFirstOpening();
-    void renamingWithoutItsItemDoesNothing();
+    void renamingWithoutItsItemFindsNoParent();
 
 private:
     QDialog *makeForm();
@@ -316,6 +316,7 @@ void tst_EditorTabs::renamingSavesAndCloses()
     QStandardItem *item =
         Window::addBox(m_window->addProject(QStringLiteral("plant")), QStringLiteral("a"), {});
     Window::addBox(m_window->projectModel()->item(0), QStringLiteral("b"), {});
+    item->parent()->setRowCount(3); // A row without an item is passed over.
     auto *form = new Form;
     const QPointer<ads::CDockWidget> tab = m_tabs->make(first, form);
     m_tabs->place(tab, {});
@@ -390,7 +391,7 @@ void tst_EditorTabs::renamingKeepsTheItemOfTheFirstOpening()
     QCOMPARE(form->saved, QStringList(QStringLiteral("c")));
 }
 
-void tst_EditorTabs::renamingWithoutItsItemDoesNothing()
+void tst_EditorTabs::renamingWithoutItsItemFindsNoParent()
 {
     const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
     QStandardItem *item = Window::addBox(project, QStringLiteral("a"), {});
@@ -400,7 +401,10 @@ void tst_EditorTabs::renamingWithoutItsItemDoesNothing()
     EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
     item->parent()->removeRow(0);
     form->name->setText(QStringLiteral("c"));
+    MessageBoxes boxes;
+    boxes.expect();
     form->save->click();
+    QCOMPARE(boxes.told(), QStringList(QStringLiteral("error|Unable to find parent directory")));
     QCOMPARE(form->saved, QStringList());
     QCOMPARE(m_tabs->find(first), tab);
 }

@@ -234,6 +234,7 @@ void tst_ProjectLifecycle::oneTabStaysHoweverOftenItIsOpenedAtOnce()
 void tst_ProjectLifecycle::savedValuesGoToTheItemAlone()
 {
     QStandardItem *project = m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    m_window->projectModel()->setRowCount(2); // A row without an item is passed over.
     m_window->click(project);
     QDialog *form = m_window->form(editProject);
     Window::input<QLineEdit>(form, "name")->setText(QStringLiteral("mill"));

@@ -296,6 +296,7 @@ void tst_ResourceActions::deletingAllEmptiesTheFolder()
         ProjectTree::appendDefinition(folder("Data"), QString::fromLatin1(name), QString());
         m_window->monitoringTabs()->addTab(new QWidget, QString::fromLatin1(name));
     }
+    folder("Data")->setRowCount(3); // A row without an item is passed over.
     m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("of another project"));
     m_window->select(folder("Data"));
     m_window->slotDeleteAllFile();
