@@ -177,7 +177,9 @@ void tst_BoxTab::formOutlivesItsNode()
     m_window->slotDeleteAllFile();
     QCOMPARE(boxForm(), form);
     form->saveChanges();
+    m_boxes->expect();
     form->saveButton()->click();
+    QCOMPARE(m_boxes->told(), QStringList(QStringLiteral("error|Unable to find parent directory")));
     QCOMPARE(m_window->messages(), QStringList());
     QCOMPARE(boxForm(), form);
 }
