@@ -18,6 +18,7 @@ QPushButton *button(const QString &text, const QString &icon, QWidget *parent)
 QScrollArea *scrollArea(QWidget *content, QWidget *parent)
 {
     auto *area = new QScrollArea(parent);
+    area->setFrameShape(QFrame::NoFrame);
     area->setStyleSheet(QStringLiteral("QScrollArea { border: none; }"));
     area->setWidgetResizable(true);
     area->setFocusPolicy(Qt::NoFocus); // a stop of the Tab key where nothing is to be done
