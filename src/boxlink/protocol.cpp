@@ -121,6 +121,7 @@ Protocol::Protocol(QObject *parent)
 
 Protocol::~Protocol()
 {
+    blockSignals(true); // who listens may be on the way out, too
     // The socket is the last member to go and tells of its end: it must do so while the timers are there.
     m_socket.abort();
 }

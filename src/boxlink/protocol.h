@@ -15,7 +15,7 @@
 //
 // Lives in the GUI thread, since the answer to a write is told in a modal box. May be deleted at any time,
 // also while connected, but not from a slot that one of its own signals calls, nor while such a box stands:
-// dispose() may.
+// dispose() may. Tells nothing while it is deleted.
 class Protocol : public QObject
 {
     Q_OBJECT

@@ -62,12 +62,14 @@ void setCell(QTableWidget *table, int row, int column, const QString &text)
 void setValidity(QTableWidget *table, int row, const QString &code)
 {
     const QString text = validityText(code);
-    const QTableWidgetItem *shown = table->item(row, Valid);
-    if (!shown || shown->text() != text) {
-        auto *item = new QTableWidgetItem(text);
-        item->setData(validityRole, code == validCode);
-        table->setItem(row, Valid, item);
+    QTableWidgetItem *item = table->item(row, Valid);
+    if (item && item->text() == text) {
+        return;
     }
+    item = item ? table->takeItem(row, Valid) : new QTableWidgetItem;
+    item->setText(text);
+    item->setData(validityRole, code == validCode);
+    table->setItem(row, Valid, item);
 }
 
 void setRow(QTableWidget *table, int row, const QVariantMap &values, const QString &time)

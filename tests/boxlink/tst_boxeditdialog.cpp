@@ -128,6 +128,7 @@ void TestBoxEditDialog::showsTabsButNotWifiAndLte()
         QVERIFY(!find<QPushButton>(name)->isVisible());
     }
     const auto *area = m_form->findChild<QScrollArea *>();
+    QCOMPARE(area->frameShape(), QFrame::NoFrame);
     QCOMPARE(area->styleSheet(), QStringLiteral("QScrollArea { border: none; }"));
     QCOMPARE(area->widget(), tabs);
 }

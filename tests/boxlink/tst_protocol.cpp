@@ -372,7 +372,7 @@ void tst_Protocol::deletedWhileConnected()
     // Half a report in hand goes with the session.
     protocol->dataMonitoring(hex("12 34 06 00 14 00 01 02 04 00 00 00 04 01 00 00 00 7b 56 78"));
     protocol.reset();
-    QCOMPARE(told.lines, QStringList{disconnected});
+    QCOMPARE(told.lines, QStringList()); // its listeners may be going, too
     QTRY_VERIFY(!m_box->isLinked());
 
     Protocol next;
@@ -401,7 +401,7 @@ void tst_Protocol::deletedWhileClosing()
     protocol->closeConnection();
     QCOMPARE(told.lines, QStringList());
     protocol.reset();
-    QCOMPARE(told.lines, QStringList{disconnected});
+    QCOMPARE(told.lines, QStringList());
     QTRY_VERIFY(!m_box->isLinked());
 }
 

@@ -295,11 +295,14 @@ void TestMonitoringTable::updatesTheCellsThatAreThere()
     QTableWidget *shown = showPoints({point(QStringLiteral("a"), QStringLiteral("1"))});
     QAbstractItemModelTester tester(shown->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     const QTableWidgetItem *value = shown->item(0, 3);
+    const QTableWidgetItem *valid = shown->item(0, 4);
     QSignalSpy changed(shown->model(), &QAbstractItemModel::dataChanged);
-    receive(
-        {point(QStringLiteral("a"), QStringLiteral("2")), point(QStringLiteral("b"), QStringLiteral("3"))});
+    receive({point(QStringLiteral("a"), QStringLiteral("2"), QStringLiteral("0")),
+             point(QStringLiteral("b"), QStringLiteral("3"))});
     QCOMPARE(shown->item(0, 3), value);
     QCOMPARE(value->text(), QStringLiteral("2"));
+    QCOMPARE(shown->item(0, 4), valid);
+    QCOMPARE(valid->text(), QStringLiteral("Invalid"));
     QCOMPARE(changed.count(), 1); // told once a report, whatever the number of points
     receive({point(QStringLiteral("b"), QStringLiteral("3"))});
     QCOMPARE(rowsOf(shown), QStringList(QStringLiteral("b|@b|float|3|Effective")));
