@@ -86,7 +86,13 @@ void DockLayout::createManager()
     Docking::configureDocking();
     m_manager = new ads::CDockManager(m_window);
     Docking::setFloatingToolBarStyle(m_manager);
-    connect(m_perspectives, &QComboBox::textActivated, m_manager, &ads::CDockManager::openPerspective);
+    // By the older of two signals that a choice emits: it is the one that may be emitted by name from
+    // outside.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    connect(m_perspectives, qOverload<const QString &>(&QComboBox::activated), m_manager,
+            &ads::CDockManager::openPerspective);
+    QT_WARNING_POP
     // The library's light colour for the focused tab's text is dark on a dark desktop.
     m_manager->setStyleSheet(m_manager->styleSheet()
                              + QStringLiteral("ads--CDockWidgetTab[focused=\"true\"] QLabel { color: "
