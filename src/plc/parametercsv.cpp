@@ -84,20 +84,20 @@ const char *refusalOf(RowFault fault, const ParameterVariant &variant)
     case RowFault::Address:
         // A bad address passes in silence in the other variant, on purpose.
         return variant.badAddressAbandons ? QT_TRANSLATE_NOOP(
-                   "ParameterTable", "The address in the CSV row does not match the expected format.")
+                   "PLCEditDialog", "The address in the CSV row does not match the expected format.")
                                           : nullptr;
     case RowFault::Length:
         return QT_TRANSLATE_NOOP(
-            "ParameterTable", "The length of the numbers in the CSV row does not match the expected format.");
+            "PLCEditDialog", "The length of the numbers in the CSV row does not match the expected format.");
     case RowFault::Amplitude:
         return QT_TRANSLATE_NOOP(
-            "ParameterTable",
+            "PLCEditDialog",
             "The magnitude of the change in the CSV row does not match the expected format.");
     case RowFault::CollectionFormula:
-        return QT_TRANSLATE_NOOP("ParameterTable",
+        return QT_TRANSLATE_NOOP("PLCEditDialog",
                                  "The collection formula in the CSV row does not match the expected format.");
     case RowFault::WriteFormula:
-        return QT_TRANSLATE_NOOP("ParameterTable",
+        return QT_TRANSLATE_NOOP("PLCEditDialog",
                                  "The write formula in the CSV row does not match the expected format.");
     case RowFault::Choice:
     case RowFault::None:
@@ -131,12 +131,12 @@ ParameterCsv::Import ParameterCsv::read(QTextStream &stream, const ParameterVari
         const QStringList fields = line.split(QLatin1Char(','));
         if (fields.size() < leastFields) {
             import.refusal =
-                QT_TRANSLATE_NOOP("ParameterTable", "CSV file has incorrect column count, unable to import");
+                QT_TRANSLATE_NOOP("PLCEditDialog", "CSV file has incorrect column count, unable to import");
         } else if (!headerRead) {
             headerRead = true;
             if (fields != headers) {
                 import.refusal =
-                    QT_TRANSLATE_NOOP("ParameterTable", "CSV header does not match expected format.");
+                    QT_TRANSLATE_NOOP("PLCEditDialog", "CSV header does not match expected format.");
             }
         } else {
             const RowFault fault = checkRow(fields, variant);
@@ -153,8 +153,8 @@ ParameterCsv::Import ParameterCsv::read(QTextStream &stream, const ParameterVari
 void ParameterEditor::importParameters()
 {
     const QString path = chooseOpenFile(
-        m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")), QString(),
-        ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
+        m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "Open CSV file")), QString(),
+        ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "CSV File (*.csv)")));
     if (!path.isEmpty()) {
         importFile(path);
     }
@@ -165,7 +165,7 @@ void ParameterEditor::exportParameters()
     // The title of an open dialog stands on the save dialog of one variant, on purpose.
     const QString path =
         chooseSaveFile(m_form, ParameterText::translated(m_variant.exportTitle), QString(),
-                       ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
+                       ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "CSV file (*.csv)")));
     if (!path.isEmpty()) {
         exportFile(path);
     }
@@ -175,22 +175,22 @@ void ParameterEditor::importFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "mistake")),
+        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "mistake")),
                       ParameterText::translated(
-                          QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for reading.")));
+                          QT_TRANSLATE_NOOP("PLCEditDialog", "Unable to open file for reading.")));
         return;
     }
     QTextStream stream(&file);
     const QPointer<ParameterEditor> guard(this);
     const auto refuse = [this, &guard](const char *text) {
         if (guard) {
-            Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "error")),
+            Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "error")),
                           ParameterText::translated(text));
         }
     };
     const ParameterCsv::Import import = ParameterCsv::read(stream, m_variant, [&refuse] {
         refuse(QT_TRANSLATE_NOOP(
-            "ParameterTable",
+            "PLCEditDialog",
             "The multiple-choice content in the CSV row does not match the expected format. "
             "Set as default value"));
     });
@@ -215,7 +215,7 @@ void ParameterEditor::exportFile(const QString &path)
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
         Tell::warning(m_form, ParameterText::translated(m_variant.exportFailure),
                       ParameterText::translated(
-                          QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for writing.")));
+                          QT_TRANSLATE_NOOP("PLCEditDialog", "Unable to open file for writing.")));
         return;
     }
     // Without a table the file stays empty.

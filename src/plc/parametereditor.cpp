@@ -100,13 +100,13 @@ QWidget *ParameterEditor::makeButtons(QWidget *parent)
         void (ParameterEditor::*pressed)();
         bool isOfCsv;
     } table[] = {
-        {QT_TRANSLATE_NOOP("ParameterTable", "Add"), ":/adsdemo/images/add.svg", "addButton",
+        {QT_TRANSLATE_NOOP("PLCEditDialog", "Add"), ":/adsdemo/images/add.svg", "addButton",
          &ParameterEditor::addParameter, false},
-        {QT_TRANSLATE_NOOP("ParameterTable", "Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
+        {QT_TRANSLATE_NOOP("PLCEditDialog", "Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
          &ParameterEditor::removeAllParameters, false},
-        {QT_TRANSLATE_NOOP("ParameterTable", "Import"), ":/adsdemo/images/read.svg", "importButton",
+        {QT_TRANSLATE_NOOP("PLCEditDialog", "Import"), ":/adsdemo/images/read.svg", "importButton",
          &ParameterEditor::importParameters, true},
-        {QT_TRANSLATE_NOOP("ParameterTable", "Export"), ":/adsdemo/images/write.svg", "exportButton",
+        {QT_TRANSLATE_NOOP("PLCEditDialog", "Export"), ":/adsdemo/images/write.svg", "exportButton",
          &ParameterEditor::exportParameters, true},
     };
     auto *buttons = new QWidget(parent);
@@ -154,7 +154,7 @@ void ParameterEditor::loadParameters(const RowList &rows)
 {
     QTableWidget *table = m_current();
     if (!table) {
-        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")),
+        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "Error")),
                       m_missing());
         return;
     }
@@ -291,7 +291,7 @@ void ParameterEditor::addButton(QTableWidget *table, int row)
     button->setAutoDefault(false);
     button->setFocusPolicy(Qt::TabFocus); // a click that took the focus would make its own row current
     button->setToolTip(
-        ParameterText::translated(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
+        ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "Delete the current row")));
     button->setAccessibleName(button->toolTip());
     connect(button, &QPushButton::clicked, this, &ParameterEditor::removeParameter);
     table->setCellWidget(row, table->columnCount() - 1, button);

@@ -4,18 +4,19 @@
 
 namespace {
 
-constexpr char context[] = "ParameterTable";
+// The texts belong to the form that had this table first.
+constexpr char context[] = "PLCEditDialog";
 
 const char *const storedMethods[] = {
-    QT_TRANSLATE_NOOP("ParameterTable", "Timed"),
-    QT_TRANSLATE_NOOP("ParameterTable", "Change"),
-    QT_TRANSLATE_NOOP("ParameterTable", "Change amplitude"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "Timed"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "Change"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "Change amplitude"),
 };
 
 const char *const nodeTypes[] = {
-    QT_TRANSLATE_NOOP("ParameterTable", "GUID Node"),
-    QT_TRANSLATE_NOOP("ParameterTable", "Numerical Node"),
-    QT_TRANSLATE_NOOP("ParameterTable", "String Node"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "GUID Node"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "Numerical Node"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "String Node"),
 };
 
 template <typename Texts> QStringList listOf(const Texts &texts)
@@ -45,7 +46,7 @@ const QStringList &translatedEntries()
 
 // Of the tables with addresses of a controller.
 constexpr char controllerAddress[] =
-    QT_TRANSLATE_NOOP("ParameterTable",
+    QT_TRANSLATE_NOOP("PLCEditDialog",
                       "Invalid input in row %1: only letters, digits, underscores, dots, colons, and "
                       "brackets are allowed.");
 
@@ -53,21 +54,21 @@ ParameterColumn column(ParameterCell cell, int width)
 {
     // "Deleat" is the word that files and users know.
     static const char *const headers[] = {
-        QT_TRANSLATE_NOOP("ParameterTable", "Address"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Name"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Type"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Length"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Permissions"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Reporting Method"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Change Amplitude"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Collection Formula"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Write Formula"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Deleat"),
-        QT_TRANSLATE_NOOP("ParameterTable", "HEX"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Data Content"),
-        QT_TRANSLATE_NOOP("ParameterTable", "CRC"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Spatial Index"),
-        QT_TRANSLATE_NOOP("ParameterTable", "Node Type"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Address"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Name"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Type"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Length"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Permissions"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Reporting Method"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Change Amplitude"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Collection Formula"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Write Formula"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Deleat"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "HEX"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Data Content"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "CRC"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Spatial Index"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Node Type"),
     };
     return {cell, headers[static_cast<int>(cell)], width};
 }
@@ -81,7 +82,7 @@ ParameterVariant withoutTabs(const char *form, const QVector<ParameterColumn> &c
     variant.columns = columns;
     variant.addressText = addressText;
     variant.duplicateText = QT_TRANSLATE_NOOP(
-        "ParameterTable", "The name of the '%1' line already exists. Please use a different name.");
+        "PLCEditDialog", "The name of the '%1' line already exists. Please use a different name.");
     variant.loadedDuplicateNamesSelf = true;
     return variant;
 }
@@ -97,8 +98,8 @@ ParameterVariant plcVariant()
                      column(ParameterCell::WriteFormula, 100), column(ParameterCell::Button, 35)},
                     controllerAddress);
     variant.hasCsv = true;
-    variant.exportTitle = QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file");
-    variant.exportFailure = QT_TRANSLATE_NOOP("ParameterTable", "mistake");
+    variant.exportTitle = QT_TRANSLATE_NOOP("PLCEditDialog", "Open CSV file");
+    variant.exportFailure = QT_TRANSLATE_NOOP("PLCEditDialog", "mistake");
     return variant;
 }
 
@@ -111,7 +112,7 @@ ParameterVariant modbusVariant()
                        column(ParameterCell::Permissions, 70), column(ParameterCell::Button, 35)};
     variant.addressText = controllerAddress;
     variant.duplicateText = QT_TRANSLATE_NOOP(
-        "ParameterTable",
+        "PLCEditDialog",
         "The name of the '%1' line already exists in this tab. Please use a different name.");
     variant.nameWhileTyping = true;
     variant.commaRefused = true;
@@ -119,8 +120,8 @@ ParameterVariant modbusVariant()
     variant.onlyNameCheckedInItems = true;
     variant.height = 600;
     variant.hasCsv = true;
-    variant.exportTitle = QT_TRANSLATE_NOOP("ParameterTable", "Save CSV file");
-    variant.exportFailure = QT_TRANSLATE_NOOP("ParameterTable", "Mistake");
+    variant.exportTitle = QT_TRANSLATE_NOOP("PLCEditDialog", "Save CSV file");
+    variant.exportFailure = QT_TRANSLATE_NOOP("PLCEditDialog", "Mistake");
     variant.badAddressAbandons = true;
     return variant;
 }
@@ -211,7 +212,7 @@ const ParameterVariant &ParameterVariant::opcUa()
                      column(ParameterCell::WriteFormula, 90), column(ParameterCell::Type, 85),
                      column(ParameterCell::Button, 35)},
                     QT_TRANSLATE_NOOP(
-                        "ParameterTable",
+                        "PLCEditDialog",
                         "Invalid input in row %1: only letters, digits, underscores, and dots are allowed."));
     return variant;
 }

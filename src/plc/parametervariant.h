@@ -24,7 +24,7 @@ enum class ParameterCell {
 
 struct ParameterColumn {
     ParameterCell cell;
-    const char *header; // source text in the context ParameterTable
+    const char *header; // source text in the context PLCEditDialog
     int width;          // pixels
 };
 

@@ -1354,39 +1354,13 @@
         <source>Trigger Conditions:</source>
         <translation>触发条件：</translation>
     </message>
-</context>
-<context>
-    <name>PLCInputDialog</name>
-    <message>
-        <source>Add PLC</source>
-        <translation>添加PLC</translation>
-    </message>
-    <message>
-        <source>PLC Name:</source>
-        <translation>PLC 名称：</translation>
-    </message>
-    <message>
-        <source>Manufacturer:</source>
-        <translation>厂商：</translation>
-    </message>
-    <message>
-        <source>Protocol:</source>
-        <translation>协议：</translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation>确定</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-</context>
-<context>
-    <name>ParameterTable</name>
     <message>
         <source>Only positive integers and floating-point numbers are allowed.</source>
         <translation>只允许输入正整数和浮点数。</translation>
+    </message>
+    <message>
+        <source>The spatial index value type can only be filled with numbers.</source>
+        <translation>命名空间索引只能填写数字。</translation>
     </message>
     <message>
         <source>Length must be a positive integer.</source>
@@ -1395,10 +1369,6 @@
     <message>
         <source>Length must be a positive integer between 1 and 10.</source>
         <translation>长度必须为 1 到 10 之间的正整数。</translation>
-    </message>
-    <message>
-        <source>Invalid input in row %1: only letters, digits, underscores, dots, colons, and brackets are allowed.</source>
-        <translation>第 %1 行输入无效：只允许字母、数字、下划线、点、冒号和方括号。</translation>
     </message>
     <message>
         <source>Invalid input in row %1: only numbers, operators (+, -, *, /) and &apos;X&apos; are allowed.</source>
@@ -1411,6 +1381,10 @@
     <message>
         <source>The name cannot contain a comma. Please use a different name.</source>
         <translation>名称不能包含逗号，请使用其他名称。</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
     </message>
     <message>
         <source>The address in the CSV row does not match the expected format.</source>
@@ -1441,8 +1415,60 @@
         <translation>CSV 表头格式不正确。</translation>
     </message>
     <message>
+        <source>Open CSV file</source>
+        <translation>打开 CSV 文件</translation>
+    </message>
+    <message>
+        <source>CSV File (*.csv)</source>
+        <translation>CSV 文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>CSV file (*.csv)</source>
+        <translation>CSV 文件 (*.csv)</translation>
+    </message>
+    <message>
+        <source>mistake</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Unable to open file for reading.</source>
+        <translation>无法打开文件进行读取。</translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
         <source>The multiple-choice content in the CSV row does not match the expected format. Set as default value</source>
         <translation>CSV 行中的选项内容格式不正确，已设为默认值</translation>
+    </message>
+    <message>
+        <source>Unable to open file for writing.</source>
+        <translation>无法打开文件进行写入。</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation>全部删除</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Delete the current row</source>
+        <translation>删除当前行</translation>
     </message>
     <message>
         <source>Timed</source>
@@ -1455,6 +1481,22 @@
     <message>
         <source>Change amplitude</source>
         <translation>变化幅度上报</translation>
+    </message>
+    <message>
+        <source>GUID Node</source>
+        <translation>GUID 节点</translation>
+    </message>
+    <message>
+        <source>Numerical Node</source>
+        <translation>数值节点</translation>
+    </message>
+    <message>
+        <source>String Node</source>
+        <translation>字符串节点</translation>
+    </message>
+    <message>
+        <source>Invalid input in row %1: only letters, digits, underscores, dots, colons, and brackets are allowed.</source>
+        <translation>第 %1 行输入无效：只允许字母、数字、下划线、点、冒号和方括号。</translation>
     </message>
     <message>
         <source>Address</source>
@@ -1497,78 +1539,6 @@
         <translation>删除</translation>
     </message>
     <message>
-        <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
-        <translation>第“%1”行的名称已存在，请使用其他名称。</translation>
-    </message>
-    <message>
-        <source>Open CSV file</source>
-        <translation>打开 CSV 文件</translation>
-    </message>
-    <message>
-        <source>mistake</source>
-        <translation>错误</translation>
-    </message>
-    <message>
-        <source>The name of the &apos;%1&apos; line already exists in this tab. Please use a different name.</source>
-        <translation>本标签页第“%1”行的名称已存在，请使用其他名称。</translation>
-    </message>
-    <message>
-        <source>Save CSV file</source>
-        <translation>保存 CSV 文件</translation>
-    </message>
-    <message>
-        <source>Mistake</source>
-        <translation>错误</translation>
-    </message>
-    <message>
-        <source>Warning</source>
-        <translation>警告</translation>
-    </message>
-    <message>
-        <source>Error</source>
-        <translation>错误</translation>
-    </message>
-    <message>
-        <source>CSV File (*.csv)</source>
-        <translation>CSV 文件 (*.csv)</translation>
-    </message>
-    <message>
-        <source>CSV file (*.csv)</source>
-        <translation>CSV 文件 (*.csv)</translation>
-    </message>
-    <message>
-        <source>Unable to open file for reading.</source>
-        <translation>无法打开文件进行读取。</translation>
-    </message>
-    <message>
-        <source>error</source>
-        <translation>错误</translation>
-    </message>
-    <message>
-        <source>Unable to open file for writing.</source>
-        <translation>无法打开文件进行写入。</translation>
-    </message>
-    <message>
-        <source>Delete the current row</source>
-        <translation>删除当前行</translation>
-    </message>
-    <message>
-        <source>The spatial index value type can only be filled with numbers.</source>
-        <translation>命名空间索引只能填写数字。</translation>
-    </message>
-    <message>
-        <source>GUID Node</source>
-        <translation>GUID 节点</translation>
-    </message>
-    <message>
-        <source>Numerical Node</source>
-        <translation>数值节点</translation>
-    </message>
-    <message>
-        <source>String Node</source>
-        <translation>字符串节点</translation>
-    </message>
-    <message>
         <source>HEX</source>
         <translation>十六进制</translation>
     </message>
@@ -1589,24 +1559,51 @@
         <translation>节点类型</translation>
     </message>
     <message>
+        <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
+        <translation>第“%1”行的名称已存在，请使用其他名称。</translation>
+    </message>
+    <message>
+        <source>The name of the &apos;%1&apos; line already exists in this tab. Please use a different name.</source>
+        <translation>本标签页第“%1”行的名称已存在，请使用其他名称。</translation>
+    </message>
+    <message>
+        <source>Save CSV file</source>
+        <translation>保存 CSV 文件</translation>
+    </message>
+    <message>
+        <source>Mistake</source>
+        <translation>错误</translation>
+    </message>
+    <message>
         <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
         <translation>第 %1 行输入无效：只允许字母、数字、下划线和点。</translation>
     </message>
+</context>
+<context>
+    <name>PLCInputDialog</name>
     <message>
-        <source>Add</source>
-        <translation>添加</translation>
+        <source>Add PLC</source>
+        <translation>添加PLC</translation>
     </message>
     <message>
-        <source>Remove All</source>
-        <translation>全部删除</translation>
+        <source>PLC Name:</source>
+        <translation>PLC 名称：</translation>
     </message>
     <message>
-        <source>Import</source>
-        <translation>导入</translation>
+        <source>Manufacturer:</source>
+        <translation>厂商：</translation>
     </message>
     <message>
-        <source>Export</source>
-        <translation>导出</translation>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
     </message>
 </context>
 <context>

@@ -1352,38 +1352,12 @@
         <source>Trigger Conditions:</source>
         <translation type="unfinished"></translation>
     </message>
-</context>
-<context>
-    <name>PLCInputDialog</name>
-    <message>
-        <source>Add PLC</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>PLC Name:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Manufacturer:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Protocol:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>ParameterTable</name>
     <message>
         <source>Only positive integers and floating-point numbers are allowed.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The spatial index value type can only be filled with numbers.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1392,10 +1366,6 @@
     </message>
     <message>
         <source>Length must be a positive integer between 1 and 10.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Invalid input in row %1: only letters, digits, underscores, dots, colons, and brackets are allowed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1408,6 +1378,10 @@
     </message>
     <message>
         <source>The name cannot contain a comma. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1439,7 +1413,59 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Open CSV file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV File (*.csv)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV file (*.csv)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>mistake</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to open file for reading.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>The multiple-choice content in the CSV row does not match the expected format. Set as default value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unable to open file for writing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete the current row</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1452,6 +1478,22 @@
     </message>
     <message>
         <source>Change amplitude</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>GUID Node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Numerical Node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>String Node</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Invalid input in row %1: only letters, digits, underscores, dots, colons, and brackets are allowed.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1495,78 +1537,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Open CSV file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>mistake</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The name of the &apos;%1&apos; line already exists in this tab. Please use a different name.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Save CSV file</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Mistake</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Warning</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Error</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>CSV File (*.csv)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>CSV file (*.csv)</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Unable to open file for reading.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>error</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Unable to open file for writing.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Delete the current row</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The spatial index value type can only be filled with numbers.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>GUID Node</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Numerical Node</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>String Node</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>HEX</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1587,23 +1557,50 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name of the &apos;%1&apos; line already exists in this tab. Please use a different name.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save CSV file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mistake</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
         <translation type="unfinished"></translation>
     </message>
+</context>
+<context>
+    <name>PLCInputDialog</name>
     <message>
-        <source>Add</source>
+        <source>Add PLC</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Remove All</source>
+        <source>PLC Name:</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Import</source>
+        <source>Manufacturer:</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Export</source>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
