@@ -10,7 +10,8 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${MARLINGATE_MAINTAINER})
 set(CPACK_DEBIAN_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5svg5")          # the plugin that draws the icons
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk")   # the program speaks Chinese
+# The program speaks Chinese, and Qt's own buttons and dialogs do with it.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk, qttranslations5-l10n")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "qtwayland5")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Marlin Gate 70 is a desktop tool for an industrial edge gateway, a Box. It

@@ -19,6 +19,7 @@
 #include <QDebug>
 #include <QFile>
 #include <QGuiApplication>
+#include <QLibraryInfo>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QStandardItemModel>
@@ -112,6 +113,23 @@ void CMainWindow::centre()
     move(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, frameSize(), available).topLeft());
 }
 
+namespace {
+
+// The buttons of message boxes, file dialogs and the like, where Qt's own catalogue is installed.
+void translateQt(bool chinese)
+{
+    static QTranslator translator;
+    if (chinese
+        && translator.load(QStringLiteral("qtbase_zh_CN"),
+                           QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(&translator);
+    } else {
+        QCoreApplication::removeTranslator(&translator);
+    }
+}
+
+} // namespace
+
 void CMainWindow::CESwitching()
 {
     static QTranslator translator;
@@ -124,6 +142,7 @@ void CMainWindow::CESwitching()
         QCoreApplication::removeTranslator(&translator);
         qWarning() << "Failed to load translation file: " << file;
     }
+    translateQt(m_chinese);
     m_ui->retranslateUi(this);
     setWindowTitle(QStringLiteral("MRN-IEC61850-Modbus"));
 }

@@ -152,9 +152,8 @@ private:
     void centre();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
-    bool m_chinese = false; // which catalogue was last loaded; false also before the first
-    QTranslator
-        m_translator; // on purpose never loaded: the process has one translator, and CESwitching holds it
+    bool m_chinese = false;   // which catalogue was last loaded; false also before the first
+    QTranslator m_translator; // on purpose never loaded: CESwitching holds the one that the process has
     DockLayout *m_layout = nullptr;
     DormantDocks *m_dormantDocks = nullptr;
     QStandardItemModel *m_model = nullptr;
