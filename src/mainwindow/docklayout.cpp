@@ -17,6 +17,7 @@
 #include <QSplitter>
 #include <QStandardItemModel>
 #include <QTabWidget>
+#include <QToolBar>
 #include <QTreeView>
 #include <QWidgetAction>
 
@@ -44,6 +45,23 @@ void setReadableSelection(QTreeView *tree)
     palette.setColor(QPalette::Highlight, QColor(0xcf, 0xe6, 0xf7));
     palette.setColor(QPalette::HighlightedText, QColor(0x1e, 0x1e, 0x1e));
     tree->setPalette(palette);
+}
+
+// Of the library's style sheet, which is drawn for light ground.
+QString styleAdditions(const QPalette &desktop)
+{
+    // The library's light colour for the focused tab's text is dark on a dark desktop.
+    QString style =
+        QStringLiteral("ads--CDockWidgetTab[focused=\"true\"] QLabel { color: palette(highlighted-text); }");
+    if (isDark(desktop)) {
+        style += QStringLiteral(
+            "#tabCloseButton, #dockAreaCloseButton { qproperty-icon: url(:/adsdemo/images/close-light.svg), "
+            "url(:/ads/images/close-button-disabled.svg) disabled; }"
+            "#detachGroupButton { qproperty-icon: url(:/adsdemo/images/detach-light.svg), "
+            "url(:/ads/images/detach-button-disabled.svg) disabled; }"
+            "#tabsMenuButton { qproperty-icon: url(:/adsdemo/images/tabs-light.svg); }");
+    }
+    return style;
 }
 
 // The library gives its buttons tool tips, but no names for screen readers, and its scroll areas the focus.
@@ -93,10 +111,7 @@ void DockLayout::createManager()
     connect(m_perspectives, qOverload<const QString &>(&QComboBox::activated), m_manager,
             &ads::CDockManager::openPerspective);
     QT_WARNING_POP
-    // The library's light colour for the focused tab's text is dark on a dark desktop.
-    m_manager->setStyleSheet(m_manager->styleSheet()
-                             + QStringLiteral("ads--CDockWidgetTab[focused=\"true\"] QLabel { color: "
-                                              "palette(highlighted-text); }"));
+    m_manager->setStyleSheet(m_manager->styleSheet() + styleAdditions(m_window->palette()));
     connect(m_manager, &ads::CDockManager::dockAreaCreated, this,
             [](const ads::CDockAreaWidget *area) { makeAccessible(area); });
     connect(m_manager, &ads::CDockManager::dockWidgetAdded, this, [this] { makeAccessible(m_manager); });
@@ -150,7 +165,7 @@ CDockWidget *DockLayout::makeTableDock()
     dock->setWidget(tabs);
     dock->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/data monitoring.svg")));
     dock->setMinimumSizeHintMode(CDockWidget::MinimumSizeHintFromContent);
-    dock->createDefaultToolBar();
+    dock->createDefaultToolBar()->hide(); // nothing is in it: it would be a blank strip above the tables
     return dock;
 }
 

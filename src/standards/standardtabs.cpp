@@ -1,6 +1,7 @@
 #include "standards/standardtabs.h"
 
 #include "widgets/formpage.h"
+#include "widgets/svgicon.h"
 
 #include <QPushButton>
 #include <QShortcut>
@@ -13,6 +14,10 @@ StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, QWidget *paren
     , m_loadedTitle(std::move(loadedTitle))
 {
     setTabsClosable(true);
+    if (isDark(palette())) { // the platform's cross is black
+        tabBar()->setStyleSheet(
+            QStringLiteral("QTabBar::close-button { image: url(:/adsdemo/images/close-light.svg); }"));
+    }
     // The close buttons are out of the keyboard's reach. Two keys, since what is closed is gone.
     auto *close =
         new QShortcut(QKeySequence(QStringLiteral("Ctrl+W")), tabBar(), nullptr, nullptr, Qt::WidgetShortcut);

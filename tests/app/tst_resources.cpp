@@ -58,9 +58,11 @@ void TestResources::drawsEverySvg_data()
         "box-file.svg",
         "cancel.svg",
         "change_host.svg",
+        "close-light.svg",
         "data-file.svg",
         "data monitoring.svg",
         "custom-menu-button.svg",
+        "detach-light.svg",
         "dio.svg",
         "edit-1.svg",
         "look.svg",
@@ -76,6 +78,7 @@ void TestResources::drawsEverySvg_data()
         "saveini.svg",
         "server-file.svg",
         "standard.svg",
+        "tabs-light.svg",
         "write.svg",
     };
     for (const char *name : names) {

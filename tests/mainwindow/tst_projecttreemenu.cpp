@@ -15,6 +15,7 @@ private slots:
     void menuBelongsToTheNode();
     void eachRequestThatShowedAMenuSwallowsTheNext();
     void emptyMenuSwallowsTheNextToo();
+    void menuKeyShowsTheMenuOfTheCurrentNode();
     void requestBesideTheNodesShowsNothingAndSwallowsNothing();
     void entriesFollowTheLanguage();
     void entriesLeadToTheirSlots_data();
@@ -38,6 +39,12 @@ private:
     QScopedPointer<Window> m_window;
     QStringList m_dialogs; // that the chosen entry opened, "<class>|<title>"
 };
+
+// Where the menu key asks for a menu, as Qt finds the place.
+static QPoint placeOfMenuKey(const QWidget *widget)
+{
+    return widget->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
+}
 
 static const QString noMenu = QStringLiteral("no menu");
 
@@ -152,6 +159,25 @@ void tst_ProjectTreeMenu::emptyMenuSwallowsTheNextToo()
     request(QStringLiteral("plant"), &came);
     QVERIFY(!came);
     QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
+}
+
+// A form can be opened without a mouse.
+void tst_ProjectTreeMenu::menuKeyShowsTheMenuOfTheCurrentNode()
+{
+    QTreeView *tree = m_window->projectTree();
+    tree->setCurrentIndex(node(QStringLiteral("plant/Box/gate"))->index());
+    QStringList entries;
+    ModalDialogs dialogs;
+    dialogs.expect([&entries](QWidget *menu) {
+        for (const QAction *action : menu->actions()) {
+            entries.append(action->text());
+        }
+        menu->close();
+    });
+    const QPoint place = placeOfMenuKey(tree);
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, place, tree->mapToGlobal(place));
+    QCoreApplication::sendEvent(tree, &event);
+    QCOMPARE(entries, QStringList({CMainWindow::tr("Editing Box"), CMainWindow::tr("Delete")}));
 }
 
 void tst_ProjectTreeMenu::requestBesideTheNodesShowsNothingAndSwallowsNothing()

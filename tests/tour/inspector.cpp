@@ -28,8 +28,9 @@
 namespace {
 
 constexpr double leastContrast = 4.5; // WCAG 2, level AA
-constexpr int leastLineEdit = 15;     // characters: an address
-constexpr int mostSteps = 300;        // of the Tab key through one form
+constexpr double leastIconContrast = 3;
+constexpr int leastLineEdit = 15; // characters: an address
+constexpr int mostSteps = 300;    // of the Tab key through one form
 
 QString nameOf(const QWidget *widget)
 {
@@ -137,6 +138,29 @@ QStringList Inspector::paleTexts(const QWidget *form, const QImage &picture)
     const auto edits = form->findChildren<QTextEdit *>();
     for (const QTextEdit *edit : edits) {
         addPaleWords(edit, found);
+    }
+    return found;
+}
+
+QStringList Inspector::paleIcons(const QWidget *form, const QImage &picture)
+{
+    QStringList found;
+    const auto widgets = shownWidgets(form);
+    for (const QWidget *widget : widgets) {
+        const auto *button = qobject_cast<const QAbstractButton *>(widget);
+        const bool isTabClose = button && qobject_cast<const QTabBar *>(button->parentWidget());
+        if (!button || !button->isEnabled() || !button->text().isEmpty()
+            || (button->icon().isNull() && !isTabClose)
+            || button->visibleRegion().boundingRect() != button->rect()) {
+            continue;
+        }
+        const double scale = picture.devicePixelRatio();
+        QRect inside = placeOf(button, form).adjusted(3, 3, -3, -3); // without a frame
+        inside = QRect(inside.topLeft() * scale, inside.size() * scale);
+        const double contrast = TextSpots::contrastIn(picture, inside);
+        if (contrast < leastIconContrast) {
+            found.append(QStringLiteral("%1: %2").arg(nameOf(button)).arg(contrast, 0, 'f', 1));
+        }
     }
     return found;
 }

@@ -11,6 +11,8 @@ namespace Inspector {
 
 // Enabled texts whose contrast to what is around them is below 4.5, in the picture of the form.
 QStringList paleTexts(const QWidget *form, const QImage &picture);
+// Live buttons without a text whose icon's contrast to its ground is below 3.
+QStringList paleIcons(const QWidget *form, const QImage &picture);
 // Texts that are not shown in full and have no tool tip that says them, and fields too narrow for an address.
 QStringList cutOffTexts(const QWidget *form);
 // Pages that can only be seen by scrolling sideways.

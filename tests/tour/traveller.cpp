@@ -1,5 +1,7 @@
 #include "tour/traveller.h"
 
+#include "boxlink/boxeditdialog.h"
+#include "mainwindow/docking.h"
 #include "model/projecttree.h"
 
 #include <QAction>
@@ -11,6 +13,8 @@
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStandardItemModel>
 #include <QTreeView>
 #include <QtTest>
@@ -36,6 +40,32 @@ void Traveller::picture(const QString &name, QWidget *dialog)
     }
     const QString file = m_folder + QLatin1Char('/') + name + QStringLiteral(".png");
     QVERIFY2(shot.save(file), qPrintable(file));
+}
+
+void Traveller::scrollTo(QWidget *widget, int below)
+{
+    for (QWidget *parent = widget->parentWidget(); parent; parent = parent->parentWidget()) {
+        if (auto *area = qobject_cast<QScrollArea *>(parent)) {
+            area->verticalScrollBar()->setValue(widget->mapTo(area->widget(), QPoint()).y() - below);
+            return;
+        }
+    }
+}
+
+void Traveller::widenLiveValues()
+{
+    constexpr int formWidth = 370; // pixels that are enough for the form of a Box
+    ads::CDockManager *docks = m_window->dockManager();
+    for (QWidget *parent = form<BoxEditDialog>(); parent; parent = parent->parentWidget()) {
+        if (auto *area = qobject_cast<ads::CDockAreaWidget *>(parent)) {
+            QList<int> sizes = docks->splitterSizes(area);
+            const int last = sizes.size() - 1;
+            sizes[last - 1] += sizes.at(last) - formWidth;
+            sizes[last] = formWidth;
+            docks->setSplitterSizes(area, sizes);
+            return;
+        }
+    }
 }
 
 QStandardItem *Traveller::node(const QString &path) const

@@ -23,6 +23,12 @@ public:
     // Saves what the window shows, with the dialog over it if one is given.
     void picture(const QString &name, QWidget *dialog = nullptr);
 
+    // Scrolls the form until the widget's top is so many pixels below the top of what is shown; a negative
+    // number hides so much of the widget.
+    void scrollTo(QWidget *widget, int below);
+    // Drags the edge between the live values and the form of a Box.
+    void widenLiveValues();
+
     // The node that the texts lead to, such as "plant/Box/gate"; null if there is none.
     QStandardItem *node(const QString &path) const;
     void click(const QString &path);

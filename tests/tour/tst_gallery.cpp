@@ -187,7 +187,9 @@ void TestGallery::looksRight()
     const QPixmap picture = m_form->grab();
     take(language + QLatin1Char('-') + desktop, QLatin1String(exhibit.name), picture);
 
-    const QStringList pale = Inspector::paleTexts(m_form.get(), picture.toImage());
+    const QImage image = picture.toImage();
+    const QStringList pale =
+        Inspector::paleTexts(m_form.get(), image) + Inspector::paleIcons(m_form.get(), image);
     const QStringList cutOff = Inspector::cutOffTexts(m_form.get());
     const QStringList sideways = Inspector::sidewaysPages(m_form.get());
     const QStringList wrong = pale + cutOff + sideways;

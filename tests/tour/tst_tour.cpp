@@ -2,6 +2,8 @@
 
 #include "boxlink/boxeditdialog.h"
 #include "boxlink/boxsearchdialog.h"
+#include "boxlink/discovery.h"
+#include "boxlink/frame.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
@@ -13,12 +15,14 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
 #include <QStandardItem>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTextEdit>
+#include <QUdpSocket>
 #include <QtTest>
 
 // The program's main job from end to end, at the real window, against a simulated Box or the real one that
@@ -66,7 +70,6 @@ void TestTour::initTestCase()
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     BoxSimOptions options;
     options.address = QHostAddress(QStringLiteral("127.0.14.1"));
-    options.discovery = false;
     options.reportInterval = 200;
     m_box = std::make_unique<BoxUnderTest>(options);
     QVERIFY(m_box->start());
@@ -134,6 +137,11 @@ void TestTour::aModbusDeviceIsDescribed()
         qobject_cast<QComboBox *>(table->cellWidget(row, 2))->setCurrentText(QStringLiteral("float"));
     }
     m_user->picture(QStringLiteral("04-modbus"));
+    auto *table = form->findChild<QTableWidget *>();
+    table->setColumnWidth(0, 55); // as a user would, who wants to read the names
+    table->setColumnWidth(1, 118);
+    m_user->scrollTo(table, 80);
+    m_user->picture(QStringLiteral("04-modbus-points"));
     m_user->press(form, "saveButton");
 }
 
@@ -154,6 +162,11 @@ void TestTour::aMeterIsDescribed()
         table->item(row, 2)->setText(QStringLiteral("meter value %1").arg(row));
     }
     m_user->picture(QStringLiteral("05-dlt645"));
+    table->setColumnWidth(1, 220);
+    table->setColumnWidth(2, 130);
+    m_user->scrollTo(table, -120);
+    table->scrollToBottom();
+    m_user->picture(QStringLiteral("05-dlt645-items"));
     m_user->press(form, "saveButton");
 }
 
@@ -172,13 +185,21 @@ void TestTour::theServiceIsSet()
     m_user->press(form, "saveButton");
 }
 
-// Opened and closed only: a search would broadcast on the network that the machine is in.
+// Asks the Box alone: a search would broadcast on the network that the machine is in.
 void TestTour::theSearchForBoxesStands()
 {
     m_user->choose(project + QStringLiteral("/Box"), shown("Search Box"));
     const QPointer<BoxSearchDialog> dialog = m_user->form<BoxSearchDialog>();
     QVERIFY(dialog);
     QVERIFY(dialog->isVisible());
+    if (m_box->simulated()) {
+        auto *socket = dialog->findChild<QUdpSocket *>();
+        QVERIFY(socket->bind(QHostAddress(QHostAddress::LocalHost)));
+        socket->writeDatagram(Discovery::request(), m_box->address(), Frame::boxPort);
+        auto *list = dialog->findChild<QListWidget *>();
+        QTRY_COMPARE(list->count(), 1);
+        QVERIFY(list->item(0)->text().contains(m_address));
+    }
     m_user->picture(QStringLiteral("08-search"), dialog);
     QTest::keyClick(dialog, Qt::Key_Escape);
     QTRY_VERIFY(!dialog);
@@ -278,6 +299,7 @@ void TestTour::itsValuesComeLive()
     SKIP_WITHOUT_SIMULATOR("a real Box has other meters than the tour's");
     watch(project + QStringLiteral("/Data/Tariff meter"), QStringLiteral("Tariff meter"), 4);
     watch(project + QStringLiteral("/Data/Protection relay"), QStringLiteral("Protection relay"), 3);
+    m_user->widenLiveValues();
     m_user->picture(QStringLiteral("13-live-values"));
 }
 

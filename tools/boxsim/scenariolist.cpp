@@ -22,7 +22,7 @@ const Scenario scenarioTable[] = {
      "--fault split=7 --fault split-gap=5 --fault noise=16"},
     {"loose-plug", "Each connection breaks after 20000 bytes to it.",
      "--fault drop-after-sent=20000"},
-    {"locked", "Every write is refused, and so is every file.",
+    {"locked", "Every write is refused, and every file is called damaged.",
      "--fault refuse-write=403 --fault verdict=bad"},
     {"young-firmware", "Typical mistakes of a new firmware: numbers for strings, a key forgotten.",
      "--fault type-number --fault code-number --fault missing-key=lanDns2"},
