@@ -4,11 +4,11 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
-#include <QHash>
 #include <QHeaderView>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMap>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -249,24 +249,18 @@ double TextSpots::contrast(const QColor &one, const QColor &other)
 
 double TextSpots::contrastIn(const QImage &image, const QRect &area)
 {
-    QHash<QRgb, int> counts;
+    // Row by row: the ground of a button is a gradient from top to bottom.
+    double strongest = 1;
     const QRect inside = area & image.rect();
     for (int y = inside.top(); y <= inside.bottom(); ++y) {
+        QMap<QRgb, int> counts;
         for (int x = inside.left(); x <= inside.right(); ++x) {
             ++counts[image.pixel(x, y)];
         }
-    }
-    QRgb ground = 0;
-    int most = 0;
-    for (auto count = counts.cbegin(); count != counts.cend(); ++count) {
-        if (count.value() > most) {
-            most = count.value();
-            ground = count.key();
+        const auto ground = std::max_element(counts.cbegin(), counts.cend());
+        for (auto count = counts.cbegin(); count != counts.cend(); ++count) {
+            strongest = qMax(strongest, contrast(QColor(count.key()), QColor(ground.key())));
         }
-    }
-    double strongest = 1;
-    for (auto count = counts.cbegin(); count != counts.cend(); ++count) {
-        strongest = qMax(strongest, contrast(QColor(count.key()), QColor(ground)));
     }
     return strongest;
 }

@@ -25,7 +25,7 @@ QVector<TextSpot> of(const QWidget *root);
 
 // The contrast of two colours by the rule of WCAG 2: from 1 to 21.
 double contrast(const QColor &one, const QColor &other);
-// The strongest contrast of a pixel of the area to the area's most frequent colour; 1 for an empty area.
+// The strongest contrast of a pixel of the area to the most frequent colour of its row; 1 for an empty area.
 double contrastIn(const QImage &image, const QRect &area);
 
 } // namespace TextSpots
