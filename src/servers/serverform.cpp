@@ -64,9 +64,7 @@ void ServerForm::saveChanges()
         m_workspace->appendMessage(
             QCoreApplication::translate(m_kind.className, m_kind.savedMessage).arg(item()->text()));
     }
-    if (m_kind.logsSave) {
-        log(QStringLiteral("save"));
-    }
+    log(QStringLiteral("save"));
 }
 
 void ServerForm::clearData()

@@ -30,7 +30,6 @@ protected:
         const char *className;    // context of the texts, and what the activity log calls the form
         const char *title;        // source text of the window title
         const char *savedMessage; // source text with the item's name for %1
-        bool logsSave = true;
         // What becomes of a list whose stored text is not among its entries when the form, which is open
         // already, is pointed at another item.
         FieldTable::Unknown unknownOnReplace = FieldTable::Unknown::SelectFallback;

@@ -26,7 +26,7 @@ QVector<Field> opcUaFields()
 ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *workspace)
     : ServerForm({"ServerOPCUAEditDialog", QT_TRANSLATE_NOOP("ServerOPCUAEditDialog", "Edit Server"),
                   QT_TRANSLATE_NOOP("ServerOPCUAEditDialog", "The Server OpcUa '%1' is saved successfully."),
-                  true, FieldTable::Unknown::Keep},
+                  FieldTable::Unknown::Keep},
                  opcUaFields(), item, workspace)
 {
     ServerFields::lockProtocol(fields());

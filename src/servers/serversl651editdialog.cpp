@@ -83,10 +83,9 @@ int elementOf(const QString &code)
 
 ServerSL651EditDialog::ServerSL651EditDialog(QStandardItem *item, Workspace *workspace)
     : PointTableForm(
-        // On purpose no line in the activity log for a save, and the other form's line for a deleted point:
-        // logs of this form have always read so.
+        // On purpose the other form's line in the activity log for a deleted point: logs have always read so.
         {"ServerSL651EditDialog", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Edit Standard"),
-         QT_TRANSLATE_NOOP("ServerSL651EditDialog", "The Server SL651 '%1' is saved successfully."), false},
+         QT_TRANSLATE_NOOP("ServerSL651EditDialog", "The Server SL651 '%1' is saved successfully.")},
         {"ServerHJ212EditDialog: Delete", false}, connectionFields(),
         {tr("PLC Name"), tr("Name"), tr("Code")}, item, workspace)
     , m_labels(new QStringListModel(elementLabels(), this))

@@ -259,12 +259,14 @@ void TestPointForms::linesOfTheActivityLog_data()
                        QStringLiteral("ServerHJ212EditDialog: loadParameters"),
                        QStringLiteral("ServerHJ212EditDialog: replace"),
                        QStringLiteral("ServerHJ212EditDialog: destroyed")};
-    // It has no line of its own for a save, and the HJ212 form's for a deleted point.
-    QTest::newRow("ServerSL651EditDialog") << QStringList{
-        QStringLiteral("ServerSL651EditDialog: new-nuilt"),
-        QStringLiteral("ServerSL651EditDialog: Import Data Points"),
-        QStringLiteral("ServerHJ212EditDialog: Delete"), QStringLiteral("ServerSL651EditDialog: replace"),
-        QStringLiteral("ServerSL651EditDialog: destroyed")};
+    // A deleted point has the HJ212 form's line.
+    QTest::newRow("ServerSL651EditDialog")
+        << QStringList{QStringLiteral("ServerSL651EditDialog: new-nuilt"),
+                       QStringLiteral("ServerSL651EditDialog: Import Data Points"),
+                       QStringLiteral("ServerHJ212EditDialog: Delete"),
+                       QStringLiteral("ServerSL651EditDialog: save"),
+                       QStringLiteral("ServerSL651EditDialog: replace"),
+                       QStringLiteral("ServerSL651EditDialog: destroyed")};
 }
 
 void TestPointForms::linesOfTheActivityLog()
