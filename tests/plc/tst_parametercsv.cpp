@@ -1,22 +1,21 @@
-#include "plc/parametereditor.h"
+#include "parametereditortest.h"
 #include "support/files.h"
-#include "support/messageboxes.h"
-#include "support/workspacefake.h"
 
-#include <QDialog>
 #include <QDir>
 #include <QPushButton>
-#include <QTableWidget>
 #include <QTranslator>
-#include <QtTest>
 
 // Parameter rows to a file and back, and every file that an import refuses.
-class TestParameterCsv : public QObject
+class TestParameterCsv : public ParameterEditorTest
 {
     Q_OBJECT
 private slots:
-    void init();
-    void cleanup();
+    void init()
+    {
+        setUp();
+        make(ParameterVariant::plc());
+    }
+    void cleanup() { tearDown(); }
     void exportWritesHeaderAndRows_data();
     void exportWritesHeaderAndRows();
     void exportedFileImportsUnchanged_data();
@@ -33,13 +32,12 @@ private slots:
     void withoutTableTheExportIsEmptyAndTheImportTells();
 
 private:
-    void make(const ParameterVariant &variant);
-    QDialog *m_form = nullptr;
-    QTableWidget *m_table = nullptr;
-    QTableWidget *m_latest = nullptr;
-    ParameterEditor *m_editor = nullptr;
-    WorkspaceFake *m_workspace = nullptr;
-    MessageBoxes *m_boxes = nullptr;
+    // Of a form with tabs, which tells when it has none.
+    void make(const ParameterVariant &variant)
+    {
+        ParameterEditorTest::make(variant);
+        m_editor->setMissingText([] { return QStringLiteral("No tab selected."); });
+    }
 };
 
 namespace {
@@ -80,35 +78,6 @@ public:
 };
 
 } // namespace
-
-void TestParameterCsv::init()
-{
-    m_workspace = new WorkspaceFake;
-    m_boxes = new MessageBoxes(this);
-    make(ParameterVariant::plc());
-}
-
-void TestParameterCsv::cleanup()
-{
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
-    delete m_form;
-    m_form = nullptr;
-    delete m_boxes;
-    delete m_workspace;
-}
-
-void TestParameterCsv::make(const ParameterVariant &variant)
-{
-    delete m_form;
-    m_form = new QDialog;
-    m_table = new QTableWidget(m_form);
-    m_latest = m_table;
-    m_editor = new ParameterEditor(
-        variant, m_form, m_workspace, [this] { return m_table; }, [this] { return m_latest; });
-    m_editor->setMissingText([] { return QStringLiteral("No tab selected."); });
-    m_editor->prepare(m_table);
-}
 
 void TestParameterCsv::exportWritesHeaderAndRows_data()
 {
