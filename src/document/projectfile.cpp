@@ -5,9 +5,12 @@
 
 #include <QDebug>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
+
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
 
 // A full disk may take a part of the bytes without a word; only what comes after them fails.
 static bool writeWhole(QFileDevice *file, const QByteArray &bytes)
@@ -23,11 +26,18 @@ static bool writeWhole(QFileDevice *file, const QByteArray &bytes)
     return true;
 }
 
-// A pipe or a device is written into: a file in its place would be the end of it.
+// A device is written into: a file in its place would be the end of it. A pipe is replaced like a file, since
+// opening one that nobody reads would wait for ever.
 static bool isDevice(const QString &path)
 {
-    const QFileInfo target(path);
-    return target.exists() && !target.isFile() && !target.isDir();
+#ifdef Q_OS_UNIX
+    struct stat target;
+    return stat(QFile::encodeName(path).constData(), &target) == 0
+        && (S_ISCHR(target.st_mode) || S_ISBLK(target.st_mode));
+#else
+    Q_UNUSED(path)
+    return false;
+#endif
 }
 
 SaveResult saveProject(const QStandardItem *project)
