@@ -1,9 +1,9 @@
 // Live reports from their segments to the table.
 
-#include "boxlink/protocol.h"
-#include "mainwindow/monitoringtable.h"
-#include "mainwindow/monitoringview.h"
+#include "boxes/protocol.h"
 #include "model/projecttree.h"
+#include "monitoring/monitoringtable.h"
+#include "monitoring/monitoringview.h"
 #include "support/segments.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // Large parameter tables in the form of a Modbus Standard.
 
 #include "model/itemroles.h"
-#include "plc/parametereditor.h"
+#include "parametertable/parametereditor.h"
 #include "standards/standardmodbuseditdialog.h"
 #include "support/largeplant.h"
 

@@ -1,7 +1,7 @@
 // JSON answers: the input is the text, given to the dispatcher in a frame and to the slot of every command.
 
+#include "boxes/protocol.h"
 #include "boxlink/frame.h"
-#include "boxlink/protocol.h"
 #include "fuzztarget.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)

@@ -1,7 +1,7 @@
 // Certificate and key files: the first byte of the input chooses the file's ending, the rest is the file.
 
+#include "document/certificatefile.h"
 #include "fuzztarget.h"
-#include "widgets/certificatefile.h"
 
 #include <QFile>
 #include <QTemporaryDir>

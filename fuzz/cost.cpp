@@ -8,7 +8,7 @@
 #include "document/projectreader.h"
 #include "document/projectwriter.h"
 #include "fuzztarget.h"
-#include "plc/parametercsv.h"
+#include "parametertable/parametercsv.h"
 
 #include <QJsonDocument>
 #include <QRandomGenerator>

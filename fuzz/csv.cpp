@@ -2,7 +2,7 @@
 // file, with the header in front of it unless that byte is large.
 
 #include "fuzztarget.h"
-#include "plc/parametercsv.h"
+#include "parametertable/parametercsv.h"
 
 #include <QTextStream>
 

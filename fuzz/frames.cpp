@@ -1,10 +1,10 @@
 // The reassembler with all that a session does with a frame, beside the model of the reassembler's rules. The
 // pieces of the input are the chunks of the stream.
 
+#include "boxes/protocol.h"
 #include "boxlink/frameassembler.h"
 #include "boxlink/framemodel.h"
 #include "boxlink/monitoringaccumulator.h"
-#include "boxlink/protocol.h"
 #include "fuzztarget.h"
 
 #include <algorithm>

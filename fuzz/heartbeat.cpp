@@ -1,8 +1,8 @@
 // Heartbeat answers: the input is the whole frame; once more, as a frame with the right length and footer
 // around it.
 
+#include "boxes/protocol.h"
 #include "boxlink/frame.h"
-#include "boxlink/protocol.h"
 #include "fuzztarget.h"
 
 static int connectedTold(Protocol *session, const QByteArray &frame)

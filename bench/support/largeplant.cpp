@@ -1,6 +1,6 @@
 #include "support/largeplant.h"
 
-#include "document/documentkeys.h"
+#include "definitions/documentkeys.h"
 
 #include <QStandardItem>
 

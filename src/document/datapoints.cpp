@@ -1,7 +1,7 @@
 #include "document/datapoints.h"
 
-#include "document/dlt645items.h"
-#include "document/documentkeys.h"
+#include "definitions/dlt645items.h"
+#include "definitions/documentkeys.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/documentkeys.h"
+#include "definitions/documentkeys.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #include "document/projectfile.h"
 
-#include "document/documentkeys.h"
+#include "definitions/documentkeys.h"
 #include "document/projectwriter.h"
 
 #include <QDebug>

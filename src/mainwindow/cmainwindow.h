@@ -1,6 +1,6 @@
 #pragma once
 
-#include "boxlink/protocol.h"
+#include "boxes/protocol.h"
 #include "model/workspace.h"
 
 #include <QMainWindow>

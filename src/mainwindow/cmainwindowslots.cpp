@@ -3,17 +3,17 @@
 
 #include "mainwindow/cmainwindow.h"
 
-#include "boxlink/boxsearchdialog.h"
+#include "boxes/boxsearchdialog.h"
 #include "document/plcdocument.h"
 #include "document/projectreader.h"
 #include "document/serverdocument.h"
-#include "mainwindow/monitoringview.h"
 #include "mainwindow/pointimport.h"
 #include "mainwindow/projectfiles.h"
 #include "mainwindow/projectlifecycle.h"
 #include "mainwindow/projecttreemenu.h"
 #include "mainwindow/resourceactions.h"
-#include "model/newprojectdialog.h"
+#include "monitoring/monitoringview.h"
+#include "projects/newprojectdialog.h"
 
 #include <QDialog>
 #include <QStandardItemModel>

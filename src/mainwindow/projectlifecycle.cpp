@@ -4,10 +4,10 @@
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
-#include "model/editprojectdialog.h"
 #include "model/itemref.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "projects/editprojectdialog.h"
 #include "widgets/tell.h"
 
 #include <QDebug>

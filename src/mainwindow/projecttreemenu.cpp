@@ -1,8 +1,8 @@
 #include "mainwindow/projecttreemenu.h"
 
 #include "mainwindow/cmainwindow.h"
-#include "mainwindow/monitoringview.h"
 #include "model/projecttree.h"
+#include "monitoring/monitoringview.h"
 
 #include <QMenu>
 #include <QStandardItemModel>

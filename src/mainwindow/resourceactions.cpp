@@ -3,8 +3,8 @@
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
-#include "mainwindow/monitoringview.h"
 #include "model/projecttree.h"
+#include "monitoring/monitoringview.h"
 #include "widgets/tell.h"
 
 #include <QDialog>

@@ -1,7 +1,7 @@
 #include "mainwindow/resourcekinds.h"
 
-#include "boxlink/boxeditdialog.h"
-#include "boxlink/boxinputdialog.h"
+#include "boxes/boxeditdialog.h"
+#include "boxes/boxinputdialog.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"

@@ -1,10 +1,10 @@
 #include "plc/plceditdialog.h"
 
-#include "app/activitylog.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
 #include "plc/plcfields.h"
-#include "widgets/formpage.h"
 
 #include <QComboBox>
 #include <QFormLayout>

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "forms/editform.h"
+#include "forms/fieldtable.h"
 #include "model/itemref.h"
 #include "model/projecttree.h"
-#include "plc/parametereditor.h"
+#include "parametertable/parametereditor.h"
 #include "plc/plccatalogue.h"
-#include "widgets/editform.h"
-#include "widgets/fieldtable.h"
 
 #include <vector>
 

@@ -1,8 +1,8 @@
 #include "plc/plcinputdialog.h"
 
-#include "app/activitylog.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 #include "plc/plccatalogue.h"
-#include "widgets/formpage.h"
 
 #include <QComboBox>
 #include <QFormLayout>

@@ -1,10 +1,10 @@
 #include "servers/importdatadialog.h"
 
-#include "app/activitylog.h"
 #include "document/datapoints.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
-#include "widgets/formpage.h"
 #include "widgets/tablecopy.h"
 
 #include <QHeaderView>

@@ -1,6 +1,6 @@
 #include "servers/pointform.h"
 
-#include "app/activitylog.h"
+#include "log/activitylog.h"
 #include "model/workspace.h"
 #include "widgets/tablecopy.h"
 #include "widgets/tableheader.h"

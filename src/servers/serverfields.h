@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/fieldtable.h"
+#include "forms/fieldtable.h"
 
 // Fields that the forms of several Servers share.
 namespace ServerFields {

@@ -1,8 +1,8 @@
 #include "servers/serverform.h"
 
-#include "app/activitylog.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 #include "model/workspace.h"
-#include "widgets/formpage.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "forms/editform.h"
+#include "forms/fieldtable.h"
 #include "model/itemref.h"
-#include "widgets/editform.h"
-#include "widgets/fieldtable.h"
 
 class QStandardItem;
 class QVBoxLayout;

@@ -1,8 +1,8 @@
 #include "servers/serverhj212editdialog.h"
 
+#include "forms/validators.h"
 #include "model/itemroles.h"
 #include "servers/serverfields.h"
-#include "widgets/validators.h"
 
 #include <QLineEdit>
 #include <QRegExpValidator>

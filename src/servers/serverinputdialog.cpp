@@ -1,10 +1,10 @@
 #include "servers/serverinputdialog.h"
 
-#include "app/activitylog.h"
+#include "forms/formpage.h"
+#include "forms/validators.h"
+#include "log/activitylog.h"
 #include "servers/serverprotocols.h"
-#include "widgets/formpage.h"
 #include "widgets/tell.h"
-#include "widgets/validators.h"
 
 #include <QComboBox>
 #include <QFormLayout>

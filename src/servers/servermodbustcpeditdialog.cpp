@@ -1,9 +1,9 @@
 #include "servers/servermodbustcpeditdialog.h"
 
+#include "forms/formpage.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "servers/serverfields.h"
-#include "widgets/formpage.h"
 #include "widgets/tell.h"
 
 #include <QHeaderView>

@@ -1,10 +1,10 @@
 #include "services/serviceiec61850editdialog.h"
 
-#include "app/activitylog.h"
+#include "forms/certificatefield.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
-#include "widgets/certificatefield.h"
-#include "widgets/formpage.h"
 
 #include <QCheckBox>
 #include <QComboBox>

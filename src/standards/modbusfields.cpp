@@ -1,6 +1,6 @@
 #include "standards/modbusfields.h"
 
-#include "document/documentkeys.h"
+#include "definitions/documentkeys.h"
 #include "model/itemroles.h"
 #include "standards/standardfields.h"
 

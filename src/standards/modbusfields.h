@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/fieldtable.h"
+#include "forms/fieldtable.h"
 
 // The fields of the form of a Modbus Standard, group by group.
 namespace ModbusFields {

@@ -1,7 +1,7 @@
 #include "standards/standardcustompolleditdialog.h"
 
 #include "model/itemroles.h"
-#include "plc/parametereditor.h"
+#include "parametertable/parametereditor.h"
 #include "standards/standardfields.h"
 
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #include "standards/standarddioeditdialog.h"
 
-#include "plc/parametervariant.h"
+#include "parameters/parametervariant.h"
 
 standardDIOEditDialog::standardDIOEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
     : StandardTableForm(

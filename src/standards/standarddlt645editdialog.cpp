@@ -1,12 +1,12 @@
 #include "standards/standarddlt645editdialog.h"
 
-#include "app/activitylog.h"
-#include "document/dlt645items.h"
+#include "definitions/dlt645items.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
 #include "standards/standardfields.h"
 #include "standards/standardtabs.h"
-#include "widgets/formpage.h"
 #include "widgets/tablecopy.h"
 #include "widgets/tableheader.h"
 

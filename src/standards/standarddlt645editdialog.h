@@ -1,9 +1,9 @@
 #pragma once
 
+#include "forms/editform.h"
+#include "forms/fieldtable.h"
 #include "model/itemref.h"
 #include "model/projecttree.h"
-#include "widgets/editform.h"
-#include "widgets/fieldtable.h"
 
 class QPushButton;
 class QStandardItem;

@@ -1,7 +1,7 @@
 #include "standards/standardfields.h"
 
+#include "forms/formpage.h"
 #include "model/itemroles.h"
-#include "widgets/formpage.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

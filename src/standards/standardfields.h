@@ -1,6 +1,6 @@
 #pragma once
 
-#include "widgets/fieldtable.h"
+#include "forms/fieldtable.h"
 
 class QWidget;
 

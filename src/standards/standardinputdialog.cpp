@@ -1,7 +1,7 @@
 #include "standards/standardinputdialog.h"
 
-#include "app/activitylog.h"
-#include "widgets/formpage.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 
 #include <QComboBox>
 #include <QFormLayout>

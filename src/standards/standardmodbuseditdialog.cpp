@@ -1,13 +1,13 @@
 #include "standards/standardmodbuseditdialog.h"
 
-#include "app/activitylog.h"
-#include "document/documentkeys.h"
+#include "definitions/documentkeys.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
 #include "standards/modbusfields.h"
 #include "standards/standardfields.h"
 #include "standards/standardtabs.h"
-#include "widgets/formpage.h"
 
 #include <QCheckBox>
 #include <QComboBox>

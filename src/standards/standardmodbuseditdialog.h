@@ -1,10 +1,10 @@
 #pragma once
 
+#include "forms/editform.h"
+#include "forms/fieldtable.h"
 #include "model/itemref.h"
 #include "model/projecttree.h"
-#include "plc/parametereditor.h"
-#include "widgets/editform.h"
-#include "widgets/fieldtable.h"
+#include "parametertable/parametereditor.h"
 
 #include <QPointer>
 

@@ -1,9 +1,9 @@
 #include "standards/standardopcuaeditdialog.h"
 
+#include "forms/certificatefield.h"
+#include "forms/formpage.h"
 #include "model/itemroles.h"
-#include "plc/parametereditor.h"
-#include "widgets/certificatefield.h"
-#include "widgets/formpage.h"
+#include "parametertable/parametereditor.h"
 
 #include <QComboBox>
 #include <QCoreApplication>

@@ -1,12 +1,12 @@
 #include "standards/standardtableform.h"
 
-#include "app/activitylog.h"
+#include "forms/formpage.h"
+#include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "model/workspace.h"
-#include "plc/parametereditor.h"
+#include "parametertable/parametereditor.h"
 #include "standards/standardfields.h"
-#include "widgets/formpage.h"
 
 #include <QCoreApplication>
 #include <QFormLayout>

@@ -1,6 +1,6 @@
 #include "standards/standardtabs.h"
 
-#include "widgets/formpage.h"
+#include "forms/formpage.h"
 #include "widgets/svgicon.h"
 
 #include <QPushButton>

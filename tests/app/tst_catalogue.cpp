@@ -1,4 +1,4 @@
-#include "document/dlt645items.h"
+#include "definitions/dlt645items.h"
 #include "support/catalogue.h"
 
 #include <QProcess>

@@ -2,8 +2,8 @@
 
 // Projects such as the forms of Standards, the service and Boxes can make, with texts of every kind.
 
-#include "document/dlt645items.h"
-#include "document/documentkeys.h"
+#include "definitions/dlt645items.h"
+#include "definitions/documentkeys.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 

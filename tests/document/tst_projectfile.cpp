@@ -1,4 +1,4 @@
-#include "document/dlt645items.h"
+#include "definitions/dlt645items.h"
 #include "document/documenttest.h"
 #include "document/projectfile.h"
 #include "document/projectreader.h"

@@ -1,6 +1,6 @@
-#include "app/logowindow.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
+#include "mainwindow/logowindow.h"
 
 #include <QAction>
 #include <QDir>

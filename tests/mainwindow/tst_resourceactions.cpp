@@ -1,6 +1,6 @@
 #include "mainwindow/resourceactions.h"
 
-#include "boxlink/boxeditdialog.h"
+#include "boxes/boxeditdialog.h"
 #include "mainwindow/editortabs.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"

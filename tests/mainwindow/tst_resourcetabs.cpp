@@ -1,9 +1,9 @@
 #include "mainwindow/resourceactions.h"
 
-#include "boxlink/boxeditdialog.h"
+#include "boxes/boxeditdialog.h"
 #include "document/projectreader.h"
 #include "mainwindow/editortabs.h"
-#include "mainwindow/monitoringview.h"
+#include "monitoring/monitoringview.h"
 #include "support/messageboxes.h"
 #include "support/projectdump.h"
 #include "windowundertest.h"

@@ -1,4 +1,4 @@
-#include "boxlink/boxeditdialog.h"
+#include "boxes/boxeditdialog.h"
 #include "boxsim/boxsim.h"
 #include "document/projectfile.h"
 #include "document/projectreader.h"

@@ -1,4 +1,4 @@
-#include "boxlink/boxeditdialog.h"
+#include "boxes/boxeditdialog.h"
 #include "boxsim/boxsim.h"
 #include "boxsim/wire.h"
 #include "mainwindow/windowundertest.h"

@@ -1,5 +1,5 @@
 #include "app/messagehandler.h"
-#include "boxlink/boxeditdialog.h"
+#include "boxes/boxeditdialog.h"
 #include "boxsim/boxsim.h"
 #include "boxsim/wire.h"
 #include "mainwindow/windowundertest.h"

@@ -1,5 +1,5 @@
 #include "model/itemroles.h"
-#include "plc/parametereditor.h"
+#include "parametertable/parametereditor.h"
 #include "standards/standardopcuaeditdialog.h"
 #include "support/standardformtest.h"
 

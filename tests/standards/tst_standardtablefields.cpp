@@ -1,5 +1,5 @@
 #include "model/itemroles.h"
-#include "plc/parametervariant.h"
+#include "parameters/parametervariant.h"
 #include "standards/tableform.h"
 #include "support/standardformtest.h"
 

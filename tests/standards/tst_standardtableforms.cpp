@@ -1,5 +1,5 @@
 #include "model/itemroles.h"
-#include "plc/parametereditor.h"
+#include "parametertable/parametereditor.h"
 #include "standards/tableform.h"
 #include "support/logtail.h"
 #include "support/standardformtest.h"

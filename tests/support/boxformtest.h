@@ -1,6 +1,6 @@
 #pragma once
 
-#include "boxlink/boxeditdialog.h"
+#include "boxes/boxeditdialog.h"
 #include "support/boxpeer.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"

@@ -1,6 +1,6 @@
 #include "tour/traveller.h"
 
-#include "boxlink/boxeditdialog.h"
+#include "boxes/boxeditdialog.h"
 #include "mainwindow/docking.h"
 #include "model/projecttree.h"
 

@@ -1,7 +1,7 @@
 #include "tour/traveller.h"
 
-#include "boxlink/boxeditdialog.h"
-#include "boxlink/boxsearchdialog.h"
+#include "boxes/boxeditdialog.h"
+#include "boxes/boxsearchdialog.h"
 #include "boxlink/discovery.h"
 #include "boxlink/frame.h"
 #include "services/serviceiec61850editdialog.h"

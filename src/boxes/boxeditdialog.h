@@ -1,0 +1,125 @@
+#pragma once
+
+#include "boxes/protocol.h"
+#include "boxlink/filetransfer.h"
+#include "forms/editform.h"
+#include "forms/fieldtable.h"
+#include "model/itemref.h"
+
+#include <QPair>
+#include <QVector>
+
+class QLabel;
+class QLineEdit;
+class QProgressBar;
+class QPushButton;
+class QStandardItem;
+class QTabWidget;
+class Workspace;
+struct BoxGroup;
+
+// The form of a Box: shows what its item holds, and works on the real Box through a session that opens with
+// the form and is replaced at each Connect. Values travel between fields and Box only at Read and Write,
+// between fields and item only at opening and Save. Any slot may end with the form deleted, since some wait
+// in a loop of their own; a caller must not count on it.
+class BoxEditDialog : public EditForm
+{
+    Q_OBJECT
+public:
+    // Shows the item, which is not owned, must not be null and may be deleted before the form, and connects
+    // to the address that it holds. The workspace, not owned, may be null.
+    BoxEditDialog(QStandardItem *item, Workspace *workspace);
+    ~BoxEditDialog() override;
+
+    QLineEdit *nameEdit() const;
+    QPushButton *saveButton() const { return m_saveButton; }
+
+    // The local address that sessions and transfers go out from; "0.0.0.0" for any. It dies with the form.
+    QString hostAddress() const { return m_hostAddress; }
+    // The present session, or null. Owned by the form.
+    Protocol *protocol() const { return m_protocol; }
+
+    // For the transfers that start from now on.
+    void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_timeouts = timeouts; }
+
+public slots:
+    // Writes the fields into the item and says so in the "Message" dock. Checks nothing, closes nothing.
+    // Without effect once the item has left its tree.
+    void saveChanges();
+    // Ends the session, if there is one.
+    void disconnectFromServer();
+    // Replaces the session by a new one to the address in the "IP:" field.
+    void connectToServer();
+    void showChangeHostAddressDialog();
+    // Empties all fields; selects first entries and ON.
+    void clearData();
+    void rebootDevice();
+    // Each asks the Box for one group of settings or sends it what the fields show, on a new session if there
+    // is none. The answers fill the fields and come as message boxes.
+    void readLanAllocation();
+    void writeLanAllocation();
+    void readWanAllocation();
+    void writeWanAllocation();
+    void readWifiAllocation();
+    void writeWifiAllocation();
+    void readLteAllocation();
+    void writeLteAllocation();
+    void readNTPAllocation();
+    void writeNTPAllocation();
+    void readTimeAllocation();
+    void writeTimeAllocation();
+
+    // Shows another Box's item from now on; the session stays as it is.
+    void replaceItem(QStandardItem *item);
+    // Pushes the project of the tree's current item to the Box, by way of "temp.json" in the project's
+    // folder.
+    void updateProject();
+    // Asks for a program file and pushes it to the Box.
+    void updateProgram();
+
+signals:
+    void sendDataToMainWindow(Protocol::dataMonitoringData data);
+
+private:
+    using FieldTexts = QVector<QPair<const char *, QString>>;
+
+    void buildForm();
+    QTabWidget *buildPages();
+    QWidget *buildGroupPage(const BoxGroup &group);
+    void startClock();
+
+    void listenTo(const Protocol *session);
+    void endSession();
+    Protocol *session();
+    void useHostAddress(const QString &address);
+    void warnOfBindingFailure();
+
+    // Gives the operation the texts of the named fields.
+    template <typename Operation, typename... Names>
+    void request(const char *logLine, Operation operation, Names... names);
+    void showVersion(const QString &version);
+    void tellOffline();
+    void passData(const Protocol::dataMonitoringData &report);
+    void showLan(const Protocol::LanAllocationData &lan);
+    void showWan(const Protocol::WanAllocationData &wan);
+    void showWifi(const Protocol::WifiAllocationData &wifi);
+    void showLte(const Protocol::LteAllocationData &lte);
+    void showNtp(const Protocol::NTPAllocationData &ntp);
+    void showTime(const Protocol::timeAllocationData &time);
+    // Fills fields from an answer, logs, and tells the user; the form may be gone afterwards.
+    void showAnswer(const FieldTexts &texts, const char *logLine, const QString &title, const QString &text);
+
+    void push(FileTransfer::Job job, const char *logLine);
+    void appendMessage(const QString &line);
+
+    ItemRef m_item;
+    Workspace *m_workspace; // Not owned; may be null.
+    QString m_hostAddress;
+    Protocol *m_protocol = nullptr; // a child; null while there is no session
+    FileTransfer::Timeouts m_timeouts;
+    FieldTable m_fields;
+    QLabel *m_status = nullptr;
+    QLabel *m_version = nullptr;
+    QProgressBar *m_progress = nullptr;
+    QPushButton *m_saveButton = nullptr;
+};

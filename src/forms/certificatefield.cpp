@@ -1,0 +1,108 @@
+#include "forms/certificatefield.h"
+
+#include "document/certificatefile.h"
+#include "forms/formpage.h"
+#include "widgets/choosefile.h"
+#include "widgets/tell.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardItem>
+
+CertificateField::CertificateField(Kind kind, const QString &name, int pathRole, int contentRole,
+                                   QWidget *parent)
+    : QWidget(parent)
+    , m_kind(kind)
+    , m_pathRole(pathRole)
+    , m_contentRole(contentRole)
+    , m_field(new QLineEdit(this))
+    , m_select(FormPage::button(tr("Select"), QStringLiteral(":/adsdemo/images/look.svg"), this))
+{
+    m_field->setObjectName(name + QStringLiteral("Path"));
+    m_field->setReadOnly(true);
+    m_select->setObjectName(name + QStringLiteral("Select"));
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_field);
+    row->addWidget(m_select);
+    connect(m_select, &QPushButton::clicked, this, &CertificateField::selectFile);
+}
+
+QLabel *CertificateField::makeLabel(const QString &text)
+{
+    m_label = new QLabel(text, parentWidget());
+    m_label->setBuddy(m_select);
+    m_field->setAccessibleName(text); // the label names the button
+    return m_label;
+}
+
+void CertificateField::setLive(bool live)
+{
+    setEnabled(live);
+    if (m_label) {
+        m_label->setEnabled(live);
+    }
+}
+
+void CertificateField::fill(const QStandardItem *item)
+{
+    keep(item->data(m_pathRole).toString(), item->data(m_contentRole).toString());
+}
+
+bool CertificateField::save(QStandardItem *item) const
+{
+    if (m_field->text() != m_path) {
+        return false;
+    }
+    item->setData(m_path, m_pathRole);
+    item->setData(m_content, m_contentRole);
+    return true;
+}
+
+void CertificateField::erase(QStandardItem *item) const
+{
+    item->setData(QString(), m_pathRole);
+    item->setData(QString(), m_contentRole);
+}
+
+void CertificateField::clear()
+{
+    keep(QString(), QString());
+}
+
+void CertificateField::warnOfOtherPath()
+{
+    Tell::warning(
+        this, tr("Warning"),
+        m_kind == Kind::Key
+            ? tr("The key storage path is inconsistent with the loading path.Please select the key again."
+                 "Prevent data loss.")
+            : tr("The certificate storage path is inconsistent with the loading path.Please select the "
+                 "certificate again.Prevent data loss."));
+}
+
+void CertificateField::keep(const QString &path, const QString &content)
+{
+    m_path = path;
+    m_content = content;
+    m_field->setText(path);
+    m_field->setToolTip(path); // often longer than its field
+}
+
+void CertificateField::selectFile()
+{
+    const QString path = m_kind == Kind::Key
+        ? chooseOpenFile(this, tr("Select Key File"), QString(), tr("Keys (*.der *.pem *.crt *.key)"))
+        : chooseOpenFile(this, tr("Select Certificate File"), QString(),
+                         tr("Certificates (*.der *.pem *.crt *.key)"));
+    if (path.isEmpty()) {
+        return;
+    }
+    const CertificateFile file = loadCertificateFile(path);
+    keep(path, file.content);
+    if (!file.opened) {
+        Tell::warning(this, tr("Error"), tr("Failed to open file: %1").arg(path));
+    }
+}

@@ -1,0 +1,177 @@
+#include "monitoring/monitoringtable.h"
+
+#include "widgets/tableheader.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QTableWidget>
+#include <QVector>
+
+#include <algorithm>
+
+using namespace MonitoringTable;
+
+namespace {
+
+const char *const headers[] = {
+    QT_TRANSLATE_NOOP("CMainWindow", "Name"),     QT_TRANSLATE_NOOP("CMainWindow", "Addr"),
+    QT_TRANSLATE_NOOP("CMainWindow", "DataType"), QT_TRANSLATE_NOOP("CMainWindow", "Value"),
+    QT_TRANSLATE_NOOP("CMainWindow", "Valid"),    QT_TRANSLATE_NOOP("CMainWindow", "Update Time"),
+};
+constexpr int timeWidth = 180;                 // pixels
+constexpr int validityRole = Qt::UserRole;     // of the cells in column Valid: whether the row is valid
+const QString validCode = QStringLiteral("1"); // what a Box sends for a valid value
+
+QString validityText(const QString &valid)
+{
+    if (valid == validCode) {
+        return QCoreApplication::translate("CMainWindow", "Effective");
+    }
+    if (valid == QLatin1String("0")) {
+        return QCoreApplication::translate("CMainWindow", "Invalid");
+    }
+    return QCoreApplication::translate("CMainWindow", "Unknown");
+}
+
+QString nameAt(const QTableWidget *table, int row)
+{
+    const QTableWidgetItem *item = table->item(row, Name);
+    return item ? item->text() : QString();
+}
+
+// An item that is in a table looks itself up among all the cells to report a change of its text, so the text
+// is set outside. Cells that keep their text are left alone.
+void setCell(QTableWidget *table, int row, int column, const QString &text)
+{
+    QTableWidgetItem *item = table->item(row, column);
+    if (!item) {
+        item = new QTableWidgetItem;
+    } else if (item->text() == text) {
+        return;
+    } else {
+        item = table->takeItem(row, column);
+    }
+    item->setText(text);
+    table->setItem(row, column, item);
+}
+
+// The text follows from the code, so a cell that keeps its text keeps its flag.
+void setValidity(QTableWidget *table, int row, const QString &code)
+{
+    const QString text = validityText(code);
+    QTableWidgetItem *item = table->item(row, Valid);
+    if (item && item->text() == text) {
+        return;
+    }
+    item = item ? table->takeItem(row, Valid) : new QTableWidgetItem;
+    item->setText(text);
+    item->setData(validityRole, code == validCode);
+    table->setItem(row, Valid, item);
+}
+
+void setRow(QTableWidget *table, int row, const QVariantMap &values, const QString &time)
+{
+    setCell(table, row, Name, values.value(QStringLiteral("name")).toString());
+    setCell(table, row, Addr, values.value(QStringLiteral("addr")).toString());
+    setCell(table, row, DataType, values.value(QStringLiteral("dataType")).toString());
+    setCell(table, row, Value, values.value(QStringLiteral("value")).toString());
+    setValidity(table, row, values.value(QStringLiteral("valid")).toString());
+    setCell(table, row, UpdateTime,
+            time.isEmpty() ? values.value(QStringLiteral("updateTime")).toString() : time);
+}
+
+// The row of each report row's point, by name; a point that the table lacks gets the next row at the end.
+QVector<int> placesOf(const QTableWidget *table, const QVariantList &rows)
+{
+    QHash<QString, int> rowOfName;
+    for (int row = table->rowCount() - 1; row >= 0; --row) { // backwards: the first row of a name counts
+        rowOfName.insert(nameAt(table, row), row);
+    }
+    int end = table->rowCount();
+    QVector<int> places;
+    places.reserve(rows.size());
+    for (const QVariant &row : rows) {
+        const QString name = row.toMap().value(QStringLiteral("name")).toString();
+        const auto known = rowOfName.constFind(name);
+        const int place = known != rowOfName.cend() ? *known : end++;
+        if (known == rowOfName.cend()) {
+            rowOfName.insert(name, place);
+        }
+        places.append(place);
+    }
+    return places;
+}
+
+// Removes the rows without a place in the report, whole runs at a time, from the end so that the numbers
+// ahead stay true.
+void removeOthers(QTableWidget *table, const QVector<int> &places)
+{
+    QVector<bool> held(table->rowCount(), false);
+    for (const int place : places) {
+        held[place] = true;
+    }
+    for (int last = held.size() - 1; last >= 0; --last) {
+        int count = 0;
+        while (last - count >= 0 && !held.at(last - count)) {
+            ++count;
+        }
+        if (count > 0) {
+            last -= count;
+            table->model()->removeRows(last + 1, count);
+        }
+    }
+}
+
+// Sorting has to be off: a row that moved half-way would get the rest of its cells in another one.
+void updateRows(QTableWidget *table, const QVariantList &rows, const QString &time)
+{
+    const QVector<int> places = placesOf(table, rows);
+    const int lastPlace = places.isEmpty() ? -1 : *std::max_element(places.begin(), places.end());
+    table->setRowCount(std::max(table->rowCount(), lastPlace + 1));
+    {
+        const QSignalBlocker blocker(table->model()); // one signal for all the cells, below
+        for (int i = 0; i < rows.size(); ++i) {
+            setRow(table, places.at(i), rows.at(i).toMap(), time);
+        }
+    }
+    removeOthers(table, places);
+    if (table->rowCount() > 0) {
+        QAbstractItemModel *model = table->model();
+        emit model->dataChanged(model->index(0, 0), model->index(table->rowCount() - 1, ColumnCount - 1));
+    }
+}
+
+} // namespace
+
+bool MonitoringTable::isValid(const QModelIndex &index)
+{
+    return index.siblingAtColumn(Valid).data(validityRole).toBool();
+}
+
+void MonitoringTable::update(QTableWidget *table, const QVariantList &rows, const QString &time)
+{
+    const bool isNew = table->columnCount() == 0;
+    table->setColumnCount(ColumnCount);
+    QStringList labels;
+    for (const char *header : headers) {
+        labels.append(QCoreApplication::translate("CMainWindow", header));
+    }
+    table->setHorizontalHeaderLabels(labels);
+
+    const int vertical = table->verticalScrollBar()->value();
+    const int horizontal = table->horizontalScrollBar()->value();
+    table->setSortingEnabled(false);
+    updateRows(table, rows, time);
+    table->setSortingEnabled(true); // sorts by the user's column and order, which the header has kept
+    table->verticalScrollBar()->setValue(vertical);
+    table->horizontalScrollBar()->setValue(horizontal);
+
+    TableHeader::makeGrey(table);
+    table->setColumnWidth(UpdateTime, timeWidth);
+    if (isNew) { // later on the width is the user's
+        table->resizeColumnToContents(Name);
+    }
+}

@@ -1,0 +1,170 @@
+#include "monitoring/monitoringview.h"
+
+#include "model/itemroles.h"
+#include "model/projecttree.h"
+#include "monitoring/monitoringpage.h"
+#include "monitoring/monitoringtable.h"
+
+#include <QDateTime>
+#include <QDebug>
+#include <QFont>
+#include <QIcon>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QStandardItemModel>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTreeView>
+
+namespace {
+
+const char tabStyle[] =
+    "QTabBar::tab { font-size: 16px; color: black; background-color: #e0e0e0; border-radius: 5px; "
+    "min-width: 80px; height: 20px; padding: 5px 10px; } "
+    "QTabBar::tab:selected { background-color: #1296db; color: white; } "
+    "QTabBar::tab:hover { background-color: #7dc5eb; }";
+
+constexpr int tabTextSize = 16; // pixels, as in tabStyle
+
+void styleTabs(QTabWidget *tabs)
+{
+    // Setting a style sheet polishes every widget below, so not anew with each report.
+    const QString style = QLatin1String(tabStyle);
+    if (tabs->styleSheet() != style) {
+        tabs->setStyleSheet(style);
+    }
+    // A tab bar measures its tabs with its own font, whatever the style sheet draws them with.
+    QFont font = tabs->tabBar()->font();
+    if (font.pixelSize() != tabTextSize) {
+        font.setPixelSize(tabTextSize);
+        tabs->tabBar()->setFont(font);
+    }
+}
+
+QString now()
+{
+    return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+// The rows of a node: each point of a report that is an object, its values as texts.
+QVariantList rowsOf(const QJsonArray &datas)
+{
+    const QString time = now();
+    QVariantList rows;
+    rows.reserve(datas.size());
+    for (const QJsonValue &data : datas) {
+        if (!data.isObject()) {
+            continue;
+        }
+        const QJsonObject point = data.toObject();
+        QVariantMap row;
+        for (const QString &key : {QStringLiteral("name"), QStringLiteral("addr"), QStringLiteral("dataType"),
+                                   QStringLiteral("value"), QStringLiteral("valid")}) {
+            row.insert(key, point.value(key).toString());
+        }
+        if (row.value(QStringLiteral("valid")).toString().isEmpty()) {
+            row.insert(QStringLiteral("valid"), QStringLiteral("Invalid"));
+        }
+        row.insert(QStringLiteral("updateTime"), time);
+        rows.append(row);
+    }
+    return rows;
+}
+
+QStandardItem *dataFolderOf(QStandardItem *project)
+{
+    QStandardItem *folder = ProjectTree::childNamed(project, ProjectTree::dataFolder);
+    if (!folder) {
+        // On purpose the bitmap: it tells a folder that a report made from one that the project came with.
+        folder = ProjectTree::appendDefinition(project, ProjectTree::dataFolder,
+                                               QStringLiteral(":/adsdemo/images/Data.png"));
+    }
+    return folder;
+}
+
+} // namespace
+
+MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTreeView *tree, QObject *parent)
+    : QObject(parent)
+    , m_tabs(tabs)
+    , m_model(model)
+    , m_tree(tree)
+{
+}
+
+void MonitoringView::receive(const Protocol::dataMonitoringData &data)
+{
+    qDebug().noquote().nospace() << "Main: " << data.projectName;
+    QStandardItem *project = m_model ? ProjectTree::projectNamed(*m_model, data.projectName) : nullptr;
+    if (!project) {
+        return;
+    }
+    QStandardItem *folder = dataFolderOf(project);
+    const QVariantList rows = rowsOf(data.datas);
+    if (QStandardItem *node = ProjectTree::childNamed(folder, data.plcName)) {
+        node->setData(rows, dataRowsRole);
+        showData(node, now(), data.plcName);
+    } else {
+        // On purpose without a tab: a PLC's first report makes its node, the tab comes with the second.
+        node = new QStandardItem(QIcon(ProjectTree::dataIcon), data.plcName);
+        node->setData(rows, dataRowsRole);
+        node->setData(QStringLiteral("NoDisplay"), dataDisplayRole);
+        folder->appendRow(node);
+    }
+    if (m_tree) {
+        m_tree->expandAll();
+    }
+}
+
+void MonitoringView::showData(QStandardItem *item, const QString &time, const QString &plcName)
+{
+    if (!m_tabs || !item) {
+        return;
+    }
+    m_tabs->setTabsClosable(false);
+    QTableWidget *table = tableOf(plcName);
+    if (!table) {
+        return;
+    }
+    MonitoringTable::update(table, item->data(dataRowsRole).toList(), time);
+    styleTabs(m_tabs);
+}
+
+void MonitoringView::showTab(const QString &name)
+{
+    const int tab = tabNamed(name);
+    if (tab >= 0) {
+        m_tabs->setCurrentIndex(tab);
+    }
+}
+
+void MonitoringView::closeTab(const QString &name)
+{
+    const int tab = tabNamed(name);
+    if (tab >= 0) {
+        // On purpose the page is not deleted: it stays a child of the tab widget and dies with it.
+        m_tabs->removeTab(tab);
+    }
+}
+
+int MonitoringView::tabNamed(const QString &name) const
+{
+    for (int tab = 0; m_tabs && tab < m_tabs->count(); ++tab) {
+        if (m_tabs->tabText(tab) == name) {
+            return tab;
+        }
+    }
+    return -1;
+}
+
+QTableWidget *MonitoringView::tableOf(const QString &plcName)
+{
+    const int tab = tabNamed(plcName);
+    if (tab >= 0) {
+        return m_tabs->widget(tab)->findChild<QTableWidget *>();
+    }
+    auto *page = new MonitoringPage;
+    m_tabs->addTab(page, plcName);
+    return page->findChild<QTableWidget *>();
+}

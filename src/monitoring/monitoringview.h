@@ -1,0 +1,45 @@
+#pragma once
+
+#include "boxes/protocol.h"
+
+#include <QObject>
+#include <QPointer>
+
+class QStandardItem;
+class QStandardItemModel;
+class QTableWidget;
+class QTabWidget;
+class QTreeView;
+
+// Keeps the values that Boxes report in the project tree, one node a PLC under "Data", and shows them in one
+// table a PLC, in a tab with the PLC's name. A table is updated in place: sort order, scroll position,
+// current cell and selection stay with the user through each report.
+class MonitoringView : public QObject
+{
+    Q_OBJECT
+public:
+    // None of the three is owned. A view without tabs or tree only keeps the values.
+    MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTreeView *tree, QObject *parent = nullptr);
+
+    // Takes one report and drops it if no open project has its name. The first report of a PLC makes the
+    // PLC's node; each later one updates the node and shows its values.
+    void receive(const Protocol::dataMonitoringData &data);
+
+    // Shows the rows of a node under "Data" in the tab plcName, which is made if need be. The rows are
+    // QVariantMaps of the texts name, addr, dataType, value, valid ("1", "0" or anything else) and
+    // updateTime; a time that is not empty stands in for the rows' own.
+    void showData(QStandardItem *item, const QString &time, const QString &plcName);
+
+    // Brings the first tab with this text to the front, if there is one.
+    void showTab(const QString &name);
+    // Takes the first tab with this text out; its page lives on for as long as the tab widget.
+    void closeTab(const QString &name);
+
+private:
+    int tabNamed(const QString &name) const;
+    QTableWidget *tableOf(const QString &plcName);
+
+    QPointer<QTabWidget> m_tabs;
+    QPointer<QStandardItemModel> m_model;
+    QPointer<QTreeView> m_tree;
+};

@@ -1,0 +1,266 @@
+#include "parameters/parametervariant.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+// The texts belong to the form that had this table first.
+constexpr char context[] = "PLCEditDialog";
+
+const char *const storedMethods[] = {
+    QT_TRANSLATE_NOOP("PLCEditDialog", "Timed"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "Change"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "Change amplitude"),
+};
+
+const char *const nodeTypes[] = {
+    QT_TRANSLATE_NOOP("PLCEditDialog", "GUID Node"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "Numerical Node"),
+    QT_TRANSLATE_NOOP("PLCEditDialog", "String Node"),
+};
+
+template <typename Texts> QStringList listOf(const Texts &texts)
+{
+    QStringList list;
+    for (const char *text : texts) {
+        list.append(QString::fromLatin1(text));
+    }
+    return list;
+}
+
+QStringList translatedAll(const QStringList &sources)
+{
+    QStringList texts;
+    for (const QString &source : sources) {
+        texts.append(ParameterText::translated(source.toLatin1().constData()));
+    }
+    return texts;
+}
+
+// The entries that are shown translated, as stored.
+const QStringList &translatedEntries()
+{
+    static const QStringList list = listOf(storedMethods) + listOf(nodeTypes);
+    return list;
+}
+
+// Of the tables with addresses of a controller.
+constexpr char controllerAddress[] =
+    QT_TRANSLATE_NOOP("PLCEditDialog",
+                      "Invalid input in row %1: only letters, digits, underscores, dots, colons, and "
+                      "brackets are allowed.");
+
+ParameterColumn column(ParameterCell cell, int width)
+{
+    // "Deleat" is the word that files and users know.
+    static const char *const headers[] = {
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Address"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Name"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Type"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Length"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Permissions"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Reporting Method"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Change Amplitude"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Collection Formula"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Write Formula"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Deleat"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "HEX"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Data Content"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "CRC"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Spatial Index"),
+        QT_TRANSLATE_NOOP("PLCEditDialog", "Node Type"),
+    };
+    return {cell, headers[static_cast<int>(cell)], width};
+}
+
+// The rules of a table that has no tabs around it.
+ParameterVariant withoutTabs(const char *form, const QVector<ParameterColumn> &columns,
+                             const char *addressText)
+{
+    ParameterVariant variant;
+    variant.form = form;
+    variant.columns = columns;
+    variant.addressText = addressText;
+    variant.duplicateText = QT_TRANSLATE_NOOP(
+        "PLCEditDialog", "The name of the '%1' line already exists. Please use a different name.");
+    variant.loadedDuplicateNamesSelf = true;
+    return variant;
+}
+
+ParameterVariant plcVariant()
+{
+    ParameterVariant variant =
+        withoutTabs("PLCEditDialog",
+                    {column(ParameterCell::Address, 70), column(ParameterCell::Name, 70),
+                     column(ParameterCell::Type, 80), column(ParameterCell::Length, 70),
+                     column(ParameterCell::Permissions, 70), column(ParameterCell::Method, 120),
+                     column(ParameterCell::Amplitude, 80), column(ParameterCell::CollectionFormula, 100),
+                     column(ParameterCell::WriteFormula, 100), column(ParameterCell::Button, 35)},
+                    controllerAddress);
+    variant.hasCsv = true;
+    variant.exportTitle = QT_TRANSLATE_NOOP("PLCEditDialog", "Open CSV file");
+    variant.exportFailure = QT_TRANSLATE_NOOP("PLCEditDialog", "mistake");
+    return variant;
+}
+
+ParameterVariant modbusVariant()
+{
+    ParameterVariant variant;
+    variant.form = "standardModbusEditDialog";
+    variant.columns = {column(ParameterCell::Address, 70),     column(ParameterCell::Name, 70),
+                       column(ParameterCell::Type, 80),        column(ParameterCell::Length, 70),
+                       column(ParameterCell::Permissions, 70), column(ParameterCell::Button, 35)};
+    variant.addressText = controllerAddress;
+    variant.duplicateText = QT_TRANSLATE_NOOP(
+        "PLCEditDialog",
+        "The name of the '%1' line already exists in this tab. Please use a different name.");
+    variant.nameWhileTyping = true;
+    variant.commaRefused = true;
+    variant.addressOfLatestTable = true;
+    variant.onlyNameCheckedInItems = true;
+    variant.height = 600;
+    variant.hasCsv = true;
+    variant.exportTitle = QT_TRANSLATE_NOOP("PLCEditDialog", "Save CSV file");
+    variant.exportFailure = QT_TRANSLATE_NOOP("PLCEditDialog", "Mistake");
+    variant.badAddressAbandons = true;
+    return variant;
+}
+
+} // namespace
+
+int ParameterVariant::indexOf(ParameterCell cell) const
+{
+    for (int index = 0; index < columns.size(); ++index) {
+        if (columns.at(index).cell == cell) {
+            return index;
+        }
+    }
+    return -1;
+}
+
+QStringList ParameterVariant::headers() const
+{
+    QStringList texts;
+    for (const ParameterColumn &each : columns) {
+        texts.append(ParameterText::translated(each.header));
+    }
+    return texts;
+}
+
+QStringList ParameterVariant::entries(ParameterCell cell) const
+{
+    switch (cell) {
+    case ParameterCell::Type:
+        return ParameterText::types();
+    case ParameterCell::Permissions:
+        return ParameterText::permissions();
+    case ParameterCell::Method:
+        return ParameterText::methods().mid(0, indexOf(ParameterCell::Amplitude) < 0 ? 2 : -1);
+    case ParameterCell::Hex:
+    case ParameterCell::Crc:
+        return {QStringLiteral("true"), QStringLiteral("false")};
+    case ParameterCell::NodeType:
+        return listOf(nodeTypes);
+    default:
+        return {};
+    }
+}
+
+const ParameterVariant &ParameterVariant::plc()
+{
+    static const ParameterVariant variant = plcVariant();
+    return variant;
+}
+
+const ParameterVariant &ParameterVariant::modbus()
+{
+    static const ParameterVariant variant = modbusVariant();
+    return variant;
+}
+
+const ParameterVariant &ParameterVariant::customPoll()
+{
+    static const ParameterVariant variant =
+        withoutTabs("standardCustomPollEditDialog",
+                    {column(ParameterCell::Name, 100), column(ParameterCell::Hex, 100),
+                     column(ParameterCell::DataContent, 200), column(ParameterCell::Crc, 100),
+                     column(ParameterCell::Permissions, 110), column(ParameterCell::Method, 150),
+                     column(ParameterCell::Button, 35)},
+                    nullptr);
+    return variant;
+}
+
+const ParameterVariant &ParameterVariant::dido()
+{
+    static const ParameterVariant variant =
+        withoutTabs("standardDIOEditDialog",
+                    {column(ParameterCell::Address, 120), column(ParameterCell::Name, 120),
+                     column(ParameterCell::Permissions, 110), column(ParameterCell::Method, 150),
+                     column(ParameterCell::Button, 35)},
+                    nullptr);
+    return variant;
+}
+
+const ParameterVariant &ParameterVariant::opcUa()
+{
+    static const ParameterVariant variant =
+        withoutTabs("standardOPCUAEditDialog",
+                    {column(ParameterCell::Address, 100), column(ParameterCell::Name, 70),
+                     column(ParameterCell::SpatialIndex, 90), column(ParameterCell::NodeType, 165),
+                     column(ParameterCell::Permissions, 70), column(ParameterCell::Method, 175),
+                     column(ParameterCell::Amplitude, 80), column(ParameterCell::CollectionFormula, 90),
+                     column(ParameterCell::WriteFormula, 90), column(ParameterCell::Type, 85),
+                     column(ParameterCell::Button, 35)},
+                    QT_TRANSLATE_NOOP(
+                        "PLCEditDialog",
+                        "Invalid input in row %1: only letters, digits, underscores, and dots are allowed."));
+    return variant;
+}
+
+const QStringList &ParameterText::types()
+{
+    static const QStringList list{
+        QStringLiteral("bool"),   QStringLiteral("int8"),   QStringLiteral("uint8"),
+        QStringLiteral("int16"),  QStringLiteral("uint16"), QStringLiteral("int32"),
+        QStringLiteral("uint32"), QStringLiteral("int64"),  QStringLiteral("uint64"),
+        QStringLiteral("float"),  QStringLiteral("double"), QStringLiteral("string")};
+    return list;
+}
+
+const QStringList &ParameterText::permissions()
+{
+    static const QStringList list{QStringLiteral("r"), QStringLiteral("rw")};
+    return list;
+}
+
+const QStringList &ParameterText::methods()
+{
+    static const QStringList list = listOf(storedMethods);
+    return list;
+}
+
+QStringList ParameterText::shownMethods()
+{
+    return translatedAll(methods());
+}
+
+QString ParameterText::shown(const QString &stored)
+{
+    return translatedEntries().contains(stored) ? translated(stored.toLatin1().constData()) : stored;
+}
+
+QString ParameterText::stored(const QString &shown)
+{
+    const int index = translatedAll(translatedEntries()).indexOf(shown);
+    return index < 0 ? shown : translatedEntries().at(index);
+}
+
+QString ParameterText::amplitudeMethod()
+{
+    return translated(storedMethods[2]);
+}
+
+QString ParameterText::translated(const char *source)
+{
+    return QCoreApplication::translate(context, source);
+}

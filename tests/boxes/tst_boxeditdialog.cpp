@@ -1,0 +1,371 @@
+#include "support/boxformtest.h"
+
+#include "boxes/hostaddressdialog.h"
+#include "model/itemroles.h"
+#include "support/logtail.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QTabWidget>
+#include <QtTest>
+
+// The form of a Box: its fields and what goes between them and the item.
+class TestBoxEditDialog : public BoxFormTest
+{
+    Q_OBJECT
+public:
+    TestBoxEditDialog()
+        : BoxFormTest(QStringLiteral("127.0.11.1"))
+    {
+    }
+
+private slots:
+    void declaresItsSlotsInOrder();
+    void everyInputIsNamedAfterItsKey();
+    void showsTabsButNotWifiAndLte();
+    void commonPage();
+    void buttonsAreNeverDisabledAndNoneTakesEnter();
+    void wordsShareOneValidator();
+    void addressesTakeDottedNumbersOnly();
+    void showsTheItem();
+    void opensWithLteOnWhateverTheItemHolds();
+    void unknownListTextOpensWithTheFirstEntry();
+    void savesAllFieldsAndSaysSo();
+    void savesWithoutMainWindow();
+    void openingLeavesTheItemAlone();
+    void replacedItemIsShownAndLteComesFromIt();
+    void replacedItemKeepsListsWithUnknownTexts();
+    void switchOfOneItemDoesNotReachTheNext();
+    void clearDataEmptiesTheForm();
+    void localTimeTicks();
+    void fitsANarrowTab();
+    void logsItsLife();
+};
+
+void TestBoxEditDialog::declaresItsSlotsInOrder()
+{
+    QStringList slotNames;
+    const QMetaObject &meta = BoxEditDialog::staticMetaObject;
+    for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
+        const QMetaMethod method = meta.method(index);
+        if (method.methodType() == QMetaMethod::Slot) {
+            QCOMPARE(method.access(), QMetaMethod::Public);
+            slotNames.append(QString::fromLatin1(method.methodSignature()));
+        }
+    }
+    QCOMPARE(slotNames.join(QLatin1Char(' ')),
+             QStringLiteral("saveChanges() disconnectFromServer() connectToServer() "
+                            "showChangeHostAddressDialog() clearData() rebootDevice() readLanAllocation() "
+                            "writeLanAllocation() readWanAllocation() writeWanAllocation() "
+                            "readWifiAllocation() writeWifiAllocation() readLteAllocation() "
+                            "writeLteAllocation() readNTPAllocation() writeNTPAllocation() "
+                            "readTimeAllocation() writeTimeAllocation() replaceItem(QStandardItem*) "
+                            "updateProject() updateProgram()"));
+    QVERIFY(meta.indexOfSignal("sendDataToMainWindow(Protocol::dataMonitoringData)") >= 0);
+}
+
+void TestBoxEditDialog::everyInputIsNamedAfterItsKey()
+{
+    open();
+    QStringList expected{QStringLiteral("localTime"), QStringLiteral("wifiOnOffOn"),
+                         QStringLiteral("wifiOnOffOff"), QStringLiteral("lteOnOffOn"),
+                         QStringLiteral("lteOnOffOff")};
+    for (const BoxInput &input : boxInputs()) {
+        if (!QByteArray(input.name).endsWith("OnOff")) {
+            expected.append(QLatin1String(input.name));
+        }
+    }
+    QStringList found;
+    for (const QWidget *widget : m_form->findChildren<QWidget *>()) {
+        if (qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QComboBox *>(widget)
+            || qobject_cast<const QRadioButton *>(widget)) {
+            found.append(widget->objectName());
+        }
+    }
+    expected.sort();
+    found.sort();
+    QCOMPARE(found, expected);
+    QCOMPARE(m_form->nameEdit()->objectName(), QStringLiteral("name"));
+    QCOMPARE(m_form->saveButton()->objectName(), QStringLiteral("saveButton"));
+    for (const QPushButton *button : m_form->findChildren<QPushButton *>()) {
+        QVERIFY2(!button->objectName().isEmpty(), qPrintable(button->text()));
+    }
+}
+
+void TestBoxEditDialog::showsTabsButNotWifiAndLte()
+{
+    open();
+    m_form->show();
+    QCOMPARE(m_form->windowTitle(), QStringLiteral("Edit Box"));
+    auto *tabs = m_form->findChild<QTabWidget *>();
+    QStringList titles;
+    QStringList visible;
+    for (int index = 0; index < tabs->count(); ++index) {
+        titles.append(tabs->tabText(index));
+        tabs->setCurrentIndex(index);
+        for (const QLineEdit *edit : m_form->findChildren<QLineEdit *>()) {
+            if (edit->isVisible() && !visible.contains(edit->objectName())) {
+                visible.append(edit->objectName());
+            }
+        }
+    }
+    QCOMPARE(titles,
+             (QStringList{QStringLiteral("Commonly"), QStringLiteral("LAN"), QStringLiteral("WAN"),
+                          QStringLiteral("NTP"), QStringLiteral("Time")}));
+    visible.sort();
+    QCOMPARE(visible.join(QLatin1Char(' ')),
+             QStringLiteral("ip lanDns1 lanDns2 lanGateway lanIp lanMask localTime name ntpServer time "
+                            "wanDns1 wanDns2 wanGateway wanIp wanMask"));
+    QVERIFY(!find<QComboBox>("model")->isVisible());
+    QVERIFY(!find<QComboBox>("model")->isEnabled());
+    for (const char *name : {"wifiReadButton", "wifiWriteButton", "lteReadButton", "lteWriteButton"}) {
+        QVERIFY(find<QPushButton>(name));
+        QVERIFY(!find<QPushButton>(name)->isVisible());
+    }
+    const auto *area = m_form->findChild<QScrollArea *>();
+    QCOMPARE(area->frameShape(), QFrame::NoFrame);
+    QCOMPARE(area->styleSheet(), QStringLiteral("QScrollArea { border: none; }"));
+    QCOMPARE(area->widget(), tabs);
+}
+
+void TestBoxEditDialog::commonPage()
+{
+    open();
+    QCOMPARE(status(), QStringLiteral("Connection status: connecting.."));
+    QCOMPARE(find<QLabel>("versionLabel")->text(), QStringLiteral("Program version: 0.0.0"));
+    const struct {
+        const char *name;
+        QString text;
+        const char *icon;
+    } buttons[] = {
+        {"connectButton", QStringLiteral("Connect"), "Connect"},
+        {"disconnectButton", QStringLiteral("Disconnect"), "Disconnect"},
+        {"changeHostButton", QString(), "change_host"},
+        {"updateProjectButton", QStringLiteral("Update project"), "Update project"},
+        {"updateProgramButton", QStringLiteral("Update program"), "Update project"},
+        {"rebootButton", QStringLiteral("Reboot Device"), "Reboot Device"},
+        {"lanReadButton", QStringLiteral("Read"), "read"},
+        {"timeWriteButton", QStringLiteral("Write"), "write"},
+        {"saveButton", QStringLiteral("Save"), "ok"},
+        {"cancelButton", QStringLiteral("Cancel"), "cancel"},
+    };
+    for (const auto &button : buttons) {
+        QCOMPARE(find<QPushButton>(button.name)->text(), button.text);
+        const QIcon icon(QStringLiteral(":/adsdemo/images/%1.svg").arg(QLatin1String(button.icon)));
+        const QImage image = icon.pixmap(32).toImage();
+        QVERIFY2(!image.isNull(), button.icon);
+        QVERIFY2(find<QPushButton>(button.name)->icon().pixmap(32).toImage() == image, button.name);
+    }
+    QCOMPARE(find<QPushButton>("changeHostButton")->maximumSize(), QSize(20, 25));
+    QCOMPARE(find<QPushButton>("changeHostButton")->minimumSize(), QSize(20, 25));
+    const auto *progress = find<QProgressBar>("progressBar");
+    QCOMPARE(progress->minimum(), 0);
+    QCOMPARE(progress->maximum(), 100);
+    QCOMPARE(progress->value(), 0);
+}
+
+void TestBoxEditDialog::buttonsAreNeverDisabledAndNoneTakesEnter()
+{
+    open();
+    const auto check = [this] {
+        for (const QPushButton *button : m_form->findChildren<QPushButton *>()) {
+            QVERIFY2(button->isEnabled(), qPrintable(button->objectName()));
+            QVERIFY2(!button->autoDefault() && !button->isDefault(), qPrintable(button->objectName()));
+        }
+    };
+    check();
+    m_form->disconnectFromServer();
+    check();
+}
+
+void TestBoxEditDialog::wordsShareOneValidator()
+{
+    open();
+    const QValidator *validator = find<QLineEdit>("wifissid")->validator();
+    QVERIFY(validator);
+    for (const char *name : {"wifipassword", "at1", "at2", "at3", "at4", "at5"}) {
+        QCOMPARE(find<QLineEdit>(name)->validator(), validator);
+    }
+    QCOMPARE(find<QLineEdit>("name")->validator(), nullptr);
+    QCOMPARE(find<QLineEdit>("wifipassword")->echoMode(), QLineEdit::Password);
+}
+
+void TestBoxEditDialog::addressesTakeDottedNumbersOnly()
+{
+    open();
+    for (const char *name :
+         {"ip", "lanIp", "lanMask", "lanGateway", "lanDns1", "lanDns2", "wanIp", "wanMask", "wanGateway",
+          "wanDns1", "wanDns2", "wifiIp", "wifiMask", "wifiGateway", "wifiDns1", "wifiDns2", "ntpServer"}) {
+        auto *edit = find<QLineEdit>(name);
+        edit->clear();
+        QTest::keyClicks(edit, QStringLiteral("10.x300.1"));
+        QCOMPARE(edit->text(), QStringLiteral("10.30.1"));
+    }
+}
+
+void TestBoxEditDialog::showsTheItem()
+{
+    open();
+    QCOMPARE(shownRoles(), fullRoles());
+}
+
+void TestBoxEditDialog::opensWithLteOnWhateverTheItemHolds()
+{
+    m_item->setData(QStringLiteral("off"), boxLteOnOffRole);
+    open();
+    QCOMPARE(shown("lteOnOff"), QStringLiteral("on"));
+    m_form->saveChanges();
+    QCOMPARE(m_item->data(boxLteOnOffRole), QVariant(QStringLiteral("on")));
+}
+
+void TestBoxEditDialog::unknownListTextOpensWithTheFirstEntry()
+{
+    m_item->setData(QStringLiteral("perhaps"), boxWanDhcpRole);
+    m_item->setData(QStringLiteral("enable"), boxWifiDhcpRole);
+    m_item->setData(QStringLiteral("MRN-GATE-99"), boxModelRole);
+    m_item->setData(QStringLiteral("neither"), boxWifiOnOffRole);
+    open();
+    QCOMPARE(shown("wanDhcp"), QStringLiteral("Disabled"));
+    QCOMPARE(shown("wifiDhcp"), QStringLiteral("Disabled"));
+    QCOMPARE(shown("model"), QStringLiteral("MRN-RIM-KX91"));
+    QCOMPARE(shown("wifiOnOff"), QStringLiteral("neither"));
+}
+
+void TestBoxEditDialog::savesAllFieldsAndSaysSo()
+{
+    open();
+    QStandardItem other;
+    m_form->replaceItem(&other);
+    for (const BoxInput &input : boxInputs()) {
+        if (auto *edit = find<QLineEdit>(input.name)) {
+            edit->setText(QString::fromLatin1(input.text));
+        } else if (auto *list = find<QComboBox>(input.name)) {
+            list->setCurrentText(QString::fromLatin1(input.text));
+        }
+    }
+    find<QLineEdit>("ip")->setText(boxAddress());
+    find<QRadioButton>("wifiOnOffOff")->setChecked(true);
+    find<QRadioButton>("lteOnOffOn")->setChecked(true);
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    m_form->saveChanges();
+    QMap<int, QVariant> expected = fullRoles();
+    expected[boxWifiOnOffRole] = QStringLiteral("off");
+    QCOMPARE(rolesOf(other), expected);
+    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("The box 'Gate 1' is saved successfully.")));
+    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: save")));
+    QVERIFY(m_form);
+}
+
+void TestBoxEditDialog::savesWithoutMainWindow()
+{
+    m_form = new BoxEditDialog(m_item.get(), nullptr);
+    m_form->nameEdit()->setText(QStringLiteral("alone"));
+    m_form->saveChanges();
+    QCOMPARE(m_item->text(), QStringLiteral("alone"));
+}
+
+void TestBoxEditDialog::openingLeavesTheItemAlone()
+{
+    QStandardItem bare(QStringLiteral("bare"));
+    const auto before = rolesOf(bare);
+    m_form = new BoxEditDialog(&bare, m_workspace.get());
+    QCOMPARE(rolesOf(bare), before);
+}
+
+void TestBoxEditDialog::replacedItemIsShownAndLteComesFromIt()
+{
+    QStandardItem bare(QStringLiteral("bare"));
+    m_form = new BoxEditDialog(&bare, m_workspace.get());
+    const Protocol *session = m_form->protocol();
+    m_item->setData(QStringLiteral("off"), boxLteOnOffRole);
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    m_form->replaceItem(m_item.get());
+    QMap<int, QVariant> expected = fullRoles();
+    expected[boxLteOnOffRole] = QStringLiteral("off");
+    QCOMPARE(shownRoles(), expected);
+    QCOMPARE(m_form->protocol(), session);
+    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: replace")));
+    m_form->saveChanges();
+    QCOMPARE(rolesOf(*m_item), expected);
+    QCOMPARE(bare.text(), QStringLiteral("bare"));
+}
+
+void TestBoxEditDialog::replacedItemKeepsListsWithUnknownTexts()
+{
+    open();
+    QStandardItem bare;
+    bare.setData(QStringLiteral("perhaps"), boxWanDhcpRole);
+    m_form->replaceItem(&bare);
+    QCOMPARE(shown("wanDhcp"), QStringLiteral("Enable"));
+    QCOMPARE(shown("model"), QStringLiteral("MRN-GATE-20"));
+    QCOMPARE(shown("lanIp"), QString());
+}
+
+void TestBoxEditDialog::switchOfOneItemDoesNotReachTheNext()
+{
+    open();
+    QStandardItem bare;
+    m_form->replaceItem(&bare);
+    QCOMPARE(shown("wifiOnOff"), QStringLiteral("neither"));
+    QCOMPARE(shown("lteOnOff"), QStringLiteral("neither"));
+    m_form->saveChanges();
+    QCOMPARE(bare.data(boxWifiOnOffRole), QVariant(QStringLiteral("off")));
+}
+
+void TestBoxEditDialog::clearDataEmptiesTheForm()
+{
+    m_item->setData(QStringLiteral("off"), boxWifiOnOffRole);
+    open();
+    find<QRadioButton>("lteOnOffOff")->setChecked(true);
+    m_form->clearData();
+    QMap<int, QVariant> expected;
+    for (const BoxInput &input : boxInputs()) {
+        expected.insert(input.role, QString());
+    }
+    expected[boxModelRole] = QStringLiteral("MRN-RIM-KX91");
+    expected[boxWanDhcpRole] = QStringLiteral("Disabled");
+    expected[boxWifiDhcpRole] = QStringLiteral("Disabled");
+    expected[boxWifiModeRole] = QStringLiteral("station");
+    expected[boxWifiOnOffRole] = QStringLiteral("on");
+    expected[boxLteOnOffRole] = QStringLiteral("on");
+    QCOMPARE(shownRoles(), expected);
+    QCOMPARE(rolesOf(*m_item).value(boxLanIpRole), fullRoles().value(boxLanIpRole));
+}
+
+void TestBoxEditDialog::localTimeTicks()
+{
+    open();
+    QCOMPARE(shown("localTime"), QString());
+    QTRY_VERIFY(!shown("localTime").isEmpty());
+    const QDateTime shownTime =
+        QDateTime::fromString(shown("localTime"), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    QVERIFY(shownTime.isValid());
+    QVERIFY(qAbs(shownTime.secsTo(QDateTime::currentDateTime())) <= 2);
+}
+
+// Save and Cancel stay in sight in a tab that is narrower than the widest page.
+void TestBoxEditDialog::fitsANarrowTab()
+{
+    open();
+    QVERIFY2(m_form->minimumSizeHint().width() <= 260 && m_form->minimumWidth() <= 260,
+             qPrintable(QString::number(m_form->minimumSizeHint().width())));
+}
+
+void TestBoxEditDialog::logsItsLife()
+{
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    open();
+    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: new-nuilt")));
+    delete m_form;
+    QCOMPARE(log.events(),
+             (QStringList{QStringLiteral("BoxEditDialog: new-nuilt"),
+                          QStringLiteral("BoxEditDialog: destroyed")}));
+}
+
+QTEST_MAIN(TestBoxEditDialog)
+#include "tst_boxeditdialog.moc"

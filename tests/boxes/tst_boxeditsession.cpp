@@ -1,0 +1,294 @@
+#include "support/boxformtest.h"
+
+#include "boxes/hostaddressdialog.h"
+#include "support/logtail.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QHostAddress>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+// The session that a Box form holds, and the local address that it goes out from.
+class TestBoxEditSession : public BoxFormTest
+{
+    Q_OBJECT
+public:
+    TestBoxEditSession()
+        : BoxFormTest(QStringLiteral("127.0.11.4"))
+    {
+    }
+
+private slots:
+    void connectsAtOnceAndHeartbeats();
+    void showsStatusAndVersion();
+    void connectTwiceReplacesTheSession();
+    void disconnectDropsTheSessionOnce();
+    void readAfterDisconnectMakesASession();
+    void cancelDisconnectsBeforeItRejects();
+    void offlineIsToldInTheMessageDock();
+    void reportsArePassedOn();
+    void requestOnADeadLinkIsToldInTheLabel();
+    void hostAddressChoices();
+    void hostAddressDialogOffersTheAddressesOfThisMachine();
+    void anyHostAddressStartsANewSession();
+    void chosenHostAddressIsBoundAndRemembered();
+    void cancelledHostAddressChangesNothing();
+    void bindingFailureIsToldForTheSessionOfThatMoment();
+    void sessionMayBeDroppedBelowItsOwnBox_data();
+    void sessionMayBeDroppedBelowItsOwnBox();
+};
+
+void TestBoxEditSession::connectsAtOnceAndHeartbeats()
+{
+    open();
+    QVERIFY(connected());
+    QCOMPARE(m_box->received(0).toHex(), QByteArray("1234010008005678"));
+}
+
+void TestBoxEditSession::showsStatusAndVersion()
+{
+    open();
+    QVERIFY(connected());
+    // Version "2.1.0", serial number "S1", model "M".
+    answer(QByteArray::fromHex("12340200 1300 05 322e312e30 02 5331 01 4d 5678"));
+    QTRY_COMPARE(status(), QStringLiteral("Connection status: Connected"));
+    QCOMPARE(find<QLabel>("versionLabel")->text(), QStringLiteral("Program version: 2.1.0"));
+    m_box->link(0)->abort();
+    QTRY_COMPARE(status(), QStringLiteral("Connection status: Disconnected"));
+}
+
+void TestBoxEditSession::connectTwiceReplacesTheSession()
+{
+    open();
+    QVERIFY(connected());
+    const QPointer<Protocol> first(m_form->protocol());
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    QStringList labels;
+    for (int press = 0; press < 2; ++press) {
+        click("connectButton");
+        labels.append(status());
+    }
+    QVERIFY(!first);
+    QCOMPARE(labels,
+             (QStringList{QStringLiteral("Connection status: connecting.."),
+                          QStringLiteral("Connection status: connecting..")}));
+    const QString disconnected = QStringLiteral("BoxEditDialog: disconnect");
+    const QString connectedLine = QStringLiteral("BoxEditDialog: connect");
+    QCOMPARE(log.events(), (QStringList{disconnected, connectedLine, disconnected, connectedLine}));
+    QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
+    QVERIFY(connected());
+}
+
+void TestBoxEditSession::disconnectDropsTheSessionOnce()
+{
+    open();
+    QVERIFY(connected());
+    const QPointer<Protocol> session(m_form->protocol());
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    click("disconnectButton");
+    QVERIFY(!session);
+    QCOMPARE(m_form->protocol(), nullptr);
+    QCOMPARE(status(), QStringLiteral("Connection status: Not connected"));
+    find<QLabel>("statusLabel")->setText(QStringLiteral("untouched"));
+    click("disconnectButton");
+    QCOMPARE(status(), QStringLiteral("untouched"));
+    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: disconnect")));
+    QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
+}
+
+void TestBoxEditSession::readAfterDisconnectMakesASession()
+{
+    open();
+    QVERIFY(connected());
+    m_form->disconnectFromServer();
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    click("lanReadButton");
+    QVERIFY(m_form->protocol());
+    QCOMPARE(
+        log.events(),
+        (QStringList{QStringLiteral("BoxEditDialog: connect"), QStringLiteral("BoxEditDialog: read Lan")}));
+    QTRY_COMPARE(m_box->count(), 2);
+    QTRY_COMPARE(requestsIn(m_box->received(1)).size(), 1);
+    QCOMPARE(requestsIn(m_box->received(1)).first().value(QLatin1String("type")).toString(),
+             QStringLiteral("2"));
+}
+
+void TestBoxEditSession::cancelDisconnectsBeforeItRejects()
+{
+    open();
+    QString statusAtRejection;
+    connect(m_form, &QDialog::rejected, this, [&] { statusAtRejection = status(); });
+    click("cancelButton");
+    QCOMPARE(statusAtRejection, QStringLiteral("Connection status: Not connected"));
+    QCOMPARE(m_form->protocol(), nullptr);
+}
+
+void TestBoxEditSession::offlineIsToldInTheMessageDock()
+{
+    open();
+    emit m_form->protocol()->offlineOccurred();
+    QCOMPARE(m_workspace->messages,
+             QStringList(QStringLiteral("!!!No communication for 30 seconds. Connection may be lost.!!!")));
+    delete m_form;
+    m_form = new BoxEditDialog(m_item.get(), nullptr);
+    emit m_form->protocol()->offlineOccurred();
+}
+
+void TestBoxEditSession::reportsArePassedOn()
+{
+    qRegisterMetaType<Protocol::dataMonitoringData>();
+    open();
+    const QSignalSpy passed(m_form, &BoxEditDialog::sendDataToMainWindow);
+    const LogTail log(QStringLiteral("BoxEditDialog"));
+    Protocol::dataMonitoringData report;
+    report.projectName = QStringLiteral("plant");
+    report.plcName = QStringLiteral("meter");
+    QTest::ignoreMessage(QtDebugMsg, "\"plant\"");
+    emit m_form->protocol()->dataReceived(report);
+    QCOMPARE(passed.size(), 1);
+    QCOMPARE(passed.first().first().value<Protocol::dataMonitoringData>().plcName, QStringLiteral("meter"));
+    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: Data")));
+}
+
+void TestBoxEditSession::requestOnADeadLinkIsToldInTheLabel()
+{
+    open();
+    QVERIFY(connected());
+    m_box->link(0)->abort();
+    QTRY_COMPARE(status(), QStringLiteral("Connection status: Disconnected"));
+    click("lanReadButton");
+    QCOMPARE(status(), QStringLiteral("Not connected to server."));
+}
+
+void TestBoxEditSession::hostAddressChoices()
+{
+    const QList<QHostAddress> addresses{
+        QHostAddress(QStringLiteral("127.0.0.1")), QHostAddress(QStringLiteral("10.1.2.3")),
+        QHostAddress(QStringLiteral("::1")),       QHostAddress(QStringLiteral("fe80::1")),
+        QHostAddress(QStringLiteral("127.9.9.9")), QHostAddress(QStringLiteral("192.168.1.5")),
+    };
+    QCOMPARE(
+        HostAddressDialog::choices(addresses),
+        (QStringList{QStringLiteral("0.0.0.0"), QStringLiteral("10.1.2.3"), QStringLiteral("192.168.1.5")}));
+}
+
+void TestBoxEditSession::hostAddressDialogOffersTheAddressesOfThisMachine()
+{
+    open();
+    m_dialogs->expect([](QWidget *dialog) {
+        QCOMPARE(dialog->windowTitle(), QStringLiteral("Select Host Address"));
+        QCOMPARE(dialog->minimumSize(), QSize(350, 100));
+        QCOMPARE(dialog->findChild<QLabel *>()->text(), QStringLiteral("Please select the host address:"));
+        const auto *list = dialog->findChild<QComboBox *>(QStringLiteral("hostAddress"));
+        QCOMPARE(list->itemText(0), QStringLiteral("0.0.0.0"));
+        QCOMPARE(list->currentIndex(), 0);
+        dialog->close();
+    });
+    click("changeHostButton");
+    // It stays a child of the form.
+    QVERIFY(m_form->findChild<HostAddressDialog *>());
+}
+
+void TestBoxEditSession::anyHostAddressStartsANewSession()
+{
+    open();
+    QVERIFY(connected());
+    const QPointer<Protocol> first(m_form->protocol());
+    m_dialogs->expect(
+        [](QWidget *dialog) { dialog->findChild<QPushButton *>(QStringLiteral("okButton"))->click(); });
+    m_form->showChangeHostAddressDialog();
+    QVERIFY(!first);
+    QCOMPARE(m_form->findChild<HostAddressDialog *>()->result(), int(QDialog::Accepted));
+    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("Selected address: 0.0.0.0 (No binding)")));
+    QCOMPARE(status(), QStringLiteral("Connection status: connecting.."));
+    QTRY_COMPARE(m_box->count(), 2);
+}
+
+void TestBoxEditSession::chosenHostAddressIsBoundAndRemembered()
+{
+    open();
+    QVERIFY(connected());
+    chooseHostAddress(QStringLiteral("127.0.11.7"));
+    QCOMPARE(m_form->hostAddress(), QStringLiteral("127.0.11.7"));
+    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("Selected host address: 127.0.11.7")));
+    QCOMPARE(status(), QStringLiteral("Connection status: Waiting for connection."));
+    QTRY_COMPARE(m_box->count(), 2);
+    QCOMPARE(status(), QStringLiteral("Connection status: Reconnecting..."));
+    QCOMPARE(m_box->link(1)->peerAddress(), QHostAddress(QStringLiteral("127.0.11.7")));
+}
+
+void TestBoxEditSession::cancelledHostAddressChangesNothing()
+{
+    open();
+    const Protocol *session = m_form->protocol();
+    m_dialogs->expect([](QWidget *dialog) {
+        auto *list = dialog->findChild<QComboBox *>(QStringLiteral("hostAddress"));
+        list->addItem(QStringLiteral("127.0.11.7"));
+        list->setCurrentIndex(list->count() - 1);
+        dialog->findChild<QPushButton *>(QStringLiteral("cancelButton"))->click();
+    });
+    m_form->showChangeHostAddressDialog();
+    QCOMPARE(m_form->hostAddress(), QStringLiteral("0.0.0.0"));
+    QCOMPARE(m_form->protocol(), session);
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestBoxEditSession::bindingFailureIsToldForTheSessionOfThatMoment()
+{
+    open();
+    const QString told = QStringLiteral("Binding Failed|Failed to bind to IP address: 192.0.2.1");
+    // Twice, and still one box a failure.
+    for (int time = 0; time < 2; ++time) {
+        m_dialogs->expect([](QWidget *dialog) { dialog->close(); });
+        m_form->showChangeHostAddressDialog();
+    }
+    m_form->protocol()->closeConnection();
+    m_boxes->expect();
+    m_form->protocol()->bindToAddress(QHostAddress(QStringLiteral("192.0.2.1")));
+    QCOMPARE(m_boxes->told(), QStringList(told));
+
+    // The session that "OK" starts has nobody listening.
+    chooseHostAddress(QStringLiteral("192.0.2.1"));
+    QCOMPARE(m_boxes->told(), QStringList(told));
+}
+
+void TestBoxEditSession::sessionMayBeDroppedBelowItsOwnBox_data()
+{
+    QTest::addColumn<QByteArray>("stream");
+    QTest::addColumn<bool>("again");
+    const QByteArray read = jsonAnswer(R"({"type":"8","pares":{"NTP":"4.1.1.1"}})");
+    const QByteArray written = jsonAnswer(R"({"type":"108","code":"200"})");
+    QTest::newRow("an update's, disconnected") << read + read << false;
+    QTest::newRow("an update's, connected anew") << read + read << true;
+    QTest::newRow("a write's, disconnected") << written + written << false;
+    QTest::newRow("a write's, connected anew") << written + written << true;
+}
+
+// What the dropped session still had in hand is not told any more.
+void TestBoxEditSession::sessionMayBeDroppedBelowItsOwnBox()
+{
+    QFETCH(QByteArray, stream);
+    QFETCH(bool, again);
+    open();
+    QVERIFY(connected());
+    const QPointer<Protocol> dropped(m_form->protocol());
+    actBelowTheNextBox([&] {
+        if (again) {
+            m_form->connectToServer();
+        } else {
+            m_form->disconnectFromServer();
+        }
+    });
+    answer(stream);
+    QTRY_VERIFY(!dropped);
+    QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
+    QCOMPARE(bool(m_form->protocol()), again);
+    QCOMPARE(QApplication::activeModalWidget(), nullptr);
+}
+
+QTEST_MAIN(TestBoxEditSession)
+#include "tst_boxeditsession.moc"

@@ -1,0 +1,170 @@
+#include "boxes/boxsearchdialog.h"
+#include "support/messageboxes.h"
+
+#include <QComboBox>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+#include <QtTest>
+
+// The search dialog without a network: what it lists, when it stops, what it tells.
+class TestBoxSearchDialog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void listsABoxOnceByItsAddress();
+    void badDatagramLeavesNoTrace();
+    void newSearchForgetsTheOldRows();
+    void searchWithoutAnswerIsTold();
+    void searchWithAnswerEndsInSilence();
+    void firstEndOfTwoSearchesStopsTheBroadcasts();
+    void interfaceWithoutAddressGoesOnSearching();
+    void dialogMayCloseWhileItsBoxStands();
+};
+
+namespace {
+
+QByteArray answer(const QByteArray &ip)
+{
+    return QByteArray("\x12\x34\xFF\xFF", 4) + ip.leftJustified(16, '\0')
+        + QByteArray("255.255.255.0\0\0\0", 16) + QByteArray("\x0BMRN-GATE-70", 12);
+}
+
+QStringList rowsOf(const BoxSearchDialog &dialog)
+{
+    QStringList rows;
+    const auto *list = dialog.findChild<QListWidget *>();
+    for (int row = 0; row < list->count(); ++row) {
+        rows.append(list->item(row)->text());
+    }
+    return rows;
+}
+
+QList<QTimer *> endsOf(const BoxSearchDialog &dialog)
+{
+    return dialog.findChildren<QTimer *>(QStringLiteral("searchEnd"));
+}
+
+QTimer *broadcastsOf(const BoxSearchDialog &dialog)
+{
+    return dialog.findChild<QTimer *>(QStringLiteral("searchTimer"));
+}
+
+// A dialog that broadcasts nothing: it has no interface to do so from.
+void silence(const BoxSearchDialog &dialog)
+{
+    dialog.findChild<QComboBox *>()->clear();
+}
+
+} // namespace
+
+void TestBoxSearchDialog::listsABoxOnceByItsAddress()
+{
+    BoxSearchDialog dialog;
+    dialog.showAnswer(answer("192.168.1.70"));
+    dialog.showAnswer(answer("192.168.1.71"));
+    dialog.showAnswer(answer("192.168.1.70"));
+    QCOMPARE(rowsOf(dialog),
+             (QStringList{
+                 QStringLiteral("设备IP: 192.168.1.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70"),
+                 QStringLiteral("设备IP: 192.168.1.71\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70")}));
+}
+
+void TestBoxSearchDialog::badDatagramLeavesNoTrace()
+{
+    BoxSearchDialog dialog;
+    dialog.showAnswer(QByteArray());
+    dialog.showAnswer(answer("192.168.1.70").left(37));
+    dialog.showAnswer(answer("192.168.1.70").replace(0, 1, "\x11"));
+    dialog.showAnswer(answer("192.168.1.70").replace(2, 1, QByteArray(1, '\0')));
+    QCOMPARE(rowsOf(dialog), QStringList());
+}
+
+void TestBoxSearchDialog::newSearchForgetsTheOldRows()
+{
+    BoxSearchDialog dialog;
+    silence(dialog);
+    dialog.showAnswer(answer("192.168.1.70"));
+    dialog.findChild<QPushButton *>()->click();
+    QCOMPARE(rowsOf(dialog), QStringList());
+    dialog.showAnswer(answer("192.168.1.70"));
+    QCOMPARE(rowsOf(dialog).size(), 1);
+}
+
+void TestBoxSearchDialog::searchWithoutAnswerIsTold()
+{
+    MessageBoxes boxes;
+    boxes.expect();
+    BoxSearchDialog dialog;
+    silence(dialog);
+    dialog.searchForBoxes();
+    QCOMPARE(endsOf(dialog).size(), 1);
+    QCOMPARE(endsOf(dialog).first()->interval(), 10000);
+    QCOMPARE(broadcastsOf(dialog)->interval(), 1000);
+    QVERIFY(broadcastsOf(dialog)->isActive());
+    endsOf(dialog).first()->start(1);
+    QTRY_COMPARE(boxes.told(),
+                 QStringList{QStringLiteral("No Devices Found|No devices were found during the search.")});
+    QVERIFY(!broadcastsOf(dialog)->isActive());
+    QCOMPARE(boxes.unexpected(), QStringList());
+}
+
+void TestBoxSearchDialog::searchWithAnswerEndsInSilence()
+{
+    MessageBoxes boxes;
+    BoxSearchDialog dialog;
+    silence(dialog);
+    dialog.searchForBoxes();
+    dialog.showAnswer(answer("192.168.1.70"));
+    endsOf(dialog).first()->start(1);
+    QTRY_VERIFY(!broadcastsOf(dialog)->isActive());
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(rowsOf(dialog).size(), 1);
+}
+
+void TestBoxSearchDialog::firstEndOfTwoSearchesStopsTheBroadcasts()
+{
+    MessageBoxes boxes;
+    BoxSearchDialog dialog;
+    silence(dialog);
+    dialog.searchForBoxes();
+    dialog.searchForBoxes();
+    dialog.showAnswer(answer("192.168.1.70"));
+    QCOMPARE(endsOf(dialog).size(), 2);
+    endsOf(dialog).first()->start(1);
+    QTRY_VERIFY(!broadcastsOf(dialog)->isActive());
+    QTRY_COMPARE(endsOf(dialog).size(), 1);
+}
+
+void TestBoxSearchDialog::interfaceWithoutAddressGoesOnSearching()
+{
+    BoxSearchDialog dialog;
+    silence(dialog);
+    dialog.searchForBoxes();
+    QTest::ignoreMessage(QtDebugMsg, "No IPv4 address found for selected network interface!");
+    dialog.sendSearchBroadcast();
+    QVERIFY(broadcastsOf(dialog)->isActive());
+}
+
+void TestBoxSearchDialog::dialogMayCloseWhileItsBoxStands()
+{
+    QPointer<BoxSearchDialog> dialog = new BoxSearchDialog;
+    silence(*dialog);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+    dialog->searchForBoxes();
+    QTimer closer;
+    connect(&closer, &QTimer::timeout, this, [&] {
+        if (qApp->activeModalWidget() && dialog) {
+            dialog->close();
+        }
+    });
+    closer.start(1);
+    endsOf(*dialog).first()->start(1);
+    QTRY_VERIFY(!dialog);
+    QVERIFY(!qApp->activeModalWidget());
+}
+
+QTEST_MAIN(TestBoxSearchDialog)
+#include "tst_boxsearchdialog.moc"

@@ -1,0 +1,264 @@
+#include "boxes/boxsearchdialog.h"
+
+#include <QComboBox>
+#include <QFileInfo>
+#include <QHostAddress>
+#include <QListWidget>
+#include <QNetworkInterface>
+#include <QProcess>
+#include <QPushButton>
+#include <QUdpSocket>
+#include <QtTest>
+
+// The search over a real broadcast: a simulated Box and the search dialog on two hosts of their own, network
+// namespaces joined by a pair of virtual interfaces. Nothing is sent outside of them.
+class TestDiscoveryNetwork : public QObject
+{
+    Q_OBJECT
+private slots:
+    void boxOnTheOtherHostIsListed();
+    void searchedInterfaceDecides();
+    void hostileDatagramsLeaveNoRow();
+    void takenPortShowsNothing();
+    void cleanup();
+
+private:
+    // The test of this name again, inside the namespace of the searching host.
+    void runOnSearchingHost(const char *test);
+    // False with the reason if this user may not make namespaces.
+    bool makeHosts(QString *reason);
+    void removeHosts();
+
+    QProcess m_box;
+};
+
+namespace {
+
+// Set in the process that runs inside the namespace.
+const char insideVariable[] = "MARLINGATE_SEARCHING_HOST";
+const QString searchAddress = QStringLiteral("10.213.7.1");
+const QString boxAddress = QStringLiteral("10.213.7.70");
+
+bool isInside()
+{
+    return qEnvironmentVariableIsSet(insideVariable);
+}
+
+// Names with the process number, so that two runs do not meet; interfaces take 15 characters at most.
+QString hostName(const char *role)
+{
+    return QStringLiteral("mg%1%2").arg(QLatin1String(role)).arg(QCoreApplication::applicationPid());
+}
+
+// Runs ip(8); its complaint, or an empty text.
+QString ip(const QString &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(QStringLiteral("ip"), arguments.split(QLatin1Char(' ')));
+    if (!process.waitForStarted() || !process.waitForFinished()) {
+        return QStringLiteral("ip cannot be run: ") + process.errorString();
+    }
+    const QString said = QString::fromLocal8Bit(process.readAll()).trimmed();
+    return process.exitCode() == 0 ? QString() : QStringLiteral("ip %1: %2").arg(arguments, said);
+}
+
+void selectInterface(const BoxSearchDialog &dialog, const QString &address)
+{
+    auto *interfaces = dialog.findChild<QComboBox *>();
+    for (int index = 0; index < interfaces->count(); ++index) {
+        const auto entries = interfaces->itemData(index).value<QNetworkInterface>().addressEntries();
+        for (const QNetworkAddressEntry &entry : entries) {
+            if (entry.ip() == QHostAddress(address)) {
+                interfaces->setCurrentIndex(index);
+                return;
+            }
+        }
+    }
+    QFAIL("the interface is not in the list");
+}
+
+QStringList rowsOf(const BoxSearchDialog &dialog)
+{
+    QStringList rows;
+    const auto *list = dialog.findChild<QListWidget *>();
+    for (int row = 0; row < list->count(); ++row) {
+        rows.append(list->item(row)->text());
+    }
+    return rows;
+}
+
+// Has the Box answer a search that is not the dialog's: all that the dialog sent it before is answered then.
+void awaitTheBox()
+{
+    QUdpSocket probe;
+    QVERIFY(probe.bind(QHostAddress(searchAddress)));
+    const QByteArray search("\x12\x34\0\0Search Box\x56\x78", 16);
+    QCOMPARE(probe.writeDatagram(search, QHostAddress(boxAddress), 30088), qint64(search.size()));
+    QTRY_VERIFY(probe.hasPendingDatagrams());
+}
+
+const QString boxRow = QStringLiteral("设备IP: 10.213.7.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70");
+
+} // namespace
+
+void TestDiscoveryNetwork::cleanup()
+{
+    if (!isInside()) {
+        removeHosts();
+    }
+}
+
+bool TestDiscoveryNetwork::makeHosts(QString *reason)
+{
+    const QString tool = hostName("t");
+    const QString box = hostName("b");
+    const QStringList steps{
+        QStringLiteral("netns add ") + tool,
+        QStringLiteral("netns add ") + box,
+        QStringLiteral("link add %1 netns %2 type veth peer name %1 netns %3")
+            .arg(QStringLiteral("mgv"), tool, box),
+        QStringLiteral("-n %1 addr add %2/24 dev mgv").arg(tool, searchAddress),
+        QStringLiteral("-n %1 addr add %2/24 dev mgv").arg(box, boxAddress),
+        QStringLiteral("-n %1 link set lo up").arg(tool),
+        QStringLiteral("-n %1 link set mgv up").arg(tool),
+        QStringLiteral("-n %1 link set mgv up").arg(box),
+    };
+    for (const QString &step : steps) {
+        *reason = ip(step);
+        if (!reason->isEmpty()) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void TestDiscoveryNetwork::removeHosts()
+{
+    if (m_box.state() != QProcess::NotRunning) {
+        m_box.terminate();
+        if (!m_box.waitForFinished(5000)) {
+            m_box.kill();
+            m_box.waitForFinished(5000);
+        }
+    }
+    // The pair of interfaces goes with its namespaces. What was not made is not there to remove.
+    for (const char *role : {"t", "b"}) {
+        if (QFileInfo::exists(QStringLiteral("/run/netns/") + hostName(role))) {
+            QCOMPARE(ip(QStringLiteral("netns del ") + hostName(role)), QString());
+        }
+    }
+}
+
+void TestDiscoveryNetwork::runOnSearchingHost(const char *test)
+{
+    QString reason;
+    if (!makeHosts(&reason)) {
+        QSKIP(qPrintable(QStringLiteral("Network namespaces may not be made here: ") + reason));
+    }
+    m_box.setProcessChannelMode(QProcess::MergedChannels);
+    m_box.start(QStringLiteral("ip"),
+                {QStringLiteral("netns"), QStringLiteral("exec"), hostName("b"),
+                 QStringLiteral(BOXSIM_PROGRAM), QStringLiteral("--address"), boxAddress,
+                 QStringLiteral("--discovery-address"), QStringLiteral("0.0.0.0")});
+    QByteArray said;
+    QTRY_VERIFY2((said += m_box.readAll()).contains("listening on"), said.constData());
+
+    QProcess inside;
+    inside.setProcessChannelMode(QProcess::MergedChannels);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(insideVariable), QStringLiteral("1"));
+    inside.setProcessEnvironment(environment);
+    inside.start(QStringLiteral("ip"),
+                 {QStringLiteral("netns"), QStringLiteral("exec"), hostName("t"),
+                  QCoreApplication::applicationFilePath(), QLatin1String(test)});
+    QVERIFY(inside.waitForFinished(60000));
+    const QByteArray output = inside.readAll();
+    QVERIFY2(inside.exitCode() == 0, output.constData());
+}
+
+void TestDiscoveryNetwork::boxOnTheOtherHostIsListed()
+{
+    if (!isInside()) {
+        runOnSearchingHost("boxOnTheOtherHostIsListed");
+        return;
+    }
+    BoxSearchDialog dialog;
+    selectInterface(dialog, searchAddress);
+    dialog.findChild<QPushButton *>(QStringLiteral("searchButton"))->click();
+    QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
+    // The answer to the next broadcast brings no second row.
+    const QSignalSpy answered(dialog.findChild<QUdpSocket *>(), &QUdpSocket::readyRead);
+    dialog.sendSearchBroadcast();
+    QTRY_VERIFY(!answered.isEmpty());
+    QCOMPARE(rowsOf(dialog), QStringList{boxRow});
+}
+
+void TestDiscoveryNetwork::searchedInterfaceDecides()
+{
+    if (!isInside()) {
+        runOnSearchingHost("searchedInterfaceDecides");
+        return;
+    }
+    BoxSearchDialog dialog;
+    selectInterface(dialog, QStringLiteral("127.0.0.1"));
+    const QSignalSpy broadcast(dialog.findChild<QTimer *>(QStringLiteral("searchTimer")), &QTimer::timeout);
+    dialog.searchForBoxes();
+    QTRY_VERIFY(!broadcast.isEmpty());
+    awaitTheBox();
+    QCOMPARE(rowsOf(dialog), QStringList());
+    // Taken up by the next broadcast of the same search.
+    selectInterface(dialog, searchAddress);
+    QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
+}
+
+void TestDiscoveryNetwork::hostileDatagramsLeaveNoRow()
+{
+    if (!isInside()) {
+        runOnSearchingHost("hostileDatagramsLeaveNoRow");
+        return;
+    }
+    BoxSearchDialog dialog;
+    selectInterface(dialog, searchAddress);
+    dialog.sendSearchBroadcast();
+    QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
+    QUdpSocket sender;
+    const auto send = [&sender](const QByteArray &datagram) {
+        QCOMPARE(sender.writeDatagram(datagram, QHostAddress(searchAddress), 5), qint64(datagram.size()));
+    };
+    for (int size = 0; size <= 40; ++size) {
+        send(QByteArray(size, '\xFF'));
+        send(QByteArray("\x12\x34", 2) + QByteArray(size, '\x12'));
+    }
+    send(QByteArray("\x12\x34\xFF\xFF", 4) + QByteArray(33, 'x'));
+    // The last of them tells that all before it were read: 16 characters without NUL, M larger than what is
+    // left.
+    send(QByteArray("\x12\x34\xFF\xFF", 4) + QByteArray(32, 'y') + QByteArray("\xFFM"));
+    const QString last = QStringLiteral("设备IP: yyyyyyyyyyyyyyyy\n子网掩码: yyyyyyyyyyyyyyyy\n盒子型号: M");
+    QTRY_COMPARE(rowsOf(dialog), (QStringList{boxRow, last}));
+}
+
+void TestDiscoveryNetwork::takenPortShowsNothing()
+{
+    if (!isInside()) {
+        runOnSearchingHost("takenPortShowsNothing");
+        return;
+    }
+    QUdpSocket other;
+    QVERIFY(other.bind(QHostAddress(searchAddress), 5, QAbstractSocket::DontShareAddress));
+    BoxSearchDialog dialog;
+    selectInterface(dialog, searchAddress);
+    QTest::ignoreMessage(QtDebugMsg,
+                         QRegularExpression(QStringLiteral("^Binding to address:.*10\\.213\\.7\\.1")));
+    QTest::ignoreMessage(QtDebugMsg, "Failed to bind to selected network interface!");
+    dialog.sendSearchBroadcast();
+    awaitTheBox();
+    QCOMPARE(rowsOf(dialog), QStringList());
+    QVERIFY(!other.hasPendingDatagrams()); // nothing was asked
+    other.close();
+    dialog.sendSearchBroadcast();
+    QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
+}
+
+QTEST_MAIN(TestDiscoveryNetwork)
+#include "tst_discoverynetwork.moc"

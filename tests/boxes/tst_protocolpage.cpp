@@ -1,0 +1,366 @@
+// The frames that the protocol page shows, against the program.
+
+#include "boxes/protocol.h"
+#include "boxlink/discovery.h"
+#include "boxlink/filetransfer.h"
+#include "support/boxpeer.h"
+#include "support/messageboxes.h"
+#include "support/protocolpage.h"
+#include "support/rawbox.h"
+
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <functional>
+
+namespace {
+
+const QString address = QStringLiteral("127.0.33.1");
+
+QString text(const char *latin)
+{
+    return QString::fromLatin1(latin);
+}
+
+struct Request {
+    const char *name;
+    std::function<void(Protocol &)> send;
+};
+
+// What the program is made to send, with the values of the page.
+const QList<Request> &requests()
+{
+    static const QList<Request> table = {
+        {"read LAN", [](Protocol &p) { p.readLanAllocation(); }},
+        {"read WAN", [](Protocol &p) { p.readWanAllocation(); }},
+        {"read WIFI", [](Protocol &p) { p.readWifiAllocation(); }},
+        {"read LTE", [](Protocol &p) { p.readLteAllocation(); }},
+        {"read NTP", [](Protocol &p) { p.readNTPAllocation(); }},
+        {"read time", [](Protocol &p) { p.readTimeAllocation(); }},
+        {"reboot", [](Protocol &p) { p.rebootDevice(); }},
+        {"write LAN",
+         [](Protocol &p) {
+             p.writeLanAllocation(text("10.0.0.2"), text("255.0.0.0"), text("10.0.0.1"), text("10.0.0.1"),
+                                  QString());
+         }},
+        {"write WAN",
+         [](Protocol &p) {
+             p.writeWanAllocation(text("Disabled"), text("10.1.0.2"), text("255.255.0.0"), text("10.1.0.1"),
+                                  text("10.1.0.1"), QString());
+         }},
+        {"write WIFI",
+         [](Protocol &p) {
+             p.writeWifiAllocation(text("on"), text("station"), text("plant"), text("secret"), text("Enable"),
+                                   QString(), QString(), QString(), QString(), QString());
+         }},
+        {"write LTE",
+         [](Protocol &p) {
+             p.writeLteAllocation(text("off"), text("AT+CSQ"), QString(), QString(), QString(), QString());
+         }},
+        {"write NTP", [](Protocol &p) { p.writeNTPAllocation(text("10.0.0.9")); }},
+        {"write time", [](Protocol &p) { p.writeTimeAllocation(text("2026-01-31 23:59:59")); }},
+    };
+    return table;
+}
+
+struct Answer {
+    const char *name;
+    const char *told; // the record's fields, or title and text of a message box
+};
+
+const Answer answers[] = {
+    {"heartbeat answer", "Connection status: Connected|1.2.3"},
+    {"read LAN answer", "10.0.0.2|255.0.0.0|10.0.0.1|10.0.0.1|"},
+    {"read WAN answer", "0|10.1.0.2|255.255.0.0|10.1.0.1|10.1.0.1|"},
+    {"read WIFI answer", "on|station|plant|secret|1|||||"},
+    {"read LTE answer", "off|AT+CSQ||||"},
+    {"read NTP answer", "10.0.0.9"},
+    {"read time answer", "2026-01-31 23:59:59"},
+    {"reboot answer", "Write Restart Allocation|Restart allocation write successful."},
+    {"write LAN answer", "Write LAN Allocation|LAN allocation write successful."},
+    {"write WAN answer", "Write WAN Allocation|WAN allocation write successful."},
+    {"write WIFI answer", "Write WIFI Allocation|WIFI allocation write successful."},
+    {"write LTE answer", "Write LTE Allocation|LTE allocation write successful."},
+    {"write LTE refusal", "Write LTE Allocation|LTE allocation write failed. Error code: 500"},
+    {"write NTP answer", "Write NTP Allocation|NTP allocation write successful."},
+    {"write time answer", "Write time Allocation|time allocation write successful."},
+    {"report of one segment", "report|||12345678|"},
+    {"report with two points", "report|Riverside|Modbus-1|SN7|2026-01-31 23:59:59|Ua=230.1 (1)|Ub= (0)"},
+};
+
+struct Transfer {
+    const char *row;
+    Frame::Command command;
+    QByteArray file;
+    QStringList frames;
+    const char *verdict;
+    const char *line;
+};
+
+const QList<Transfer> &transfers()
+{
+    static const QList<Transfer> table = {
+        {"project",
+         Frame::projectTransfer,
+         "abc",
+         {text("project chunk"), text("project checksum")},
+         "project verdict, success",
+         "Checksum Result:Checksum successful."},
+        {"refused project",
+         Frame::projectTransfer,
+         "abc",
+         {text("project chunk"), text("project checksum")},
+         "project verdict, failure",
+         "Checksum Result:Checksum failed."},
+        {"empty project",
+         Frame::projectTransfer,
+         "",
+         {text("empty project checksum")},
+         "project verdict, success",
+         "Checksum Result:Checksum successful."},
+        {"program",
+         Frame::programTransfer,
+         QByteArray(1025, 'a'),
+         {text("program chunk 1"), text("program chunk 2"), text("program checksum")},
+         "program verdict, success",
+         "Checksum Result:Checksum successful."},
+        {"refused program",
+         Frame::programTransfer,
+         QByteArray(1025, 'a'),
+         {text("program chunk 1"), text("program chunk 2"), text("program checksum")},
+         "program verdict, failure",
+         "Checksum Result:Checksum failed."},
+    };
+    return table;
+}
+
+QString reportText(const Protocol::dataMonitoringData &data)
+{
+    QStringList parts = {text("report"), data.projectName, data.plcName, data.sn, data.time};
+    for (const QJsonValue &value : data.datas) {
+        const QJsonObject point = value.toObject();
+        parts.append(text("%1=%2 (%3)")
+                         .arg(point.value(text("name")).toString(), point.value(text("value")).toString(),
+                              point.value(text("valid")).toString()));
+    }
+    return parts.join(QLatin1Char('|'));
+}
+
+// What a session tells of an answer, its fields joined by bars.
+class Told : public QObject
+{
+public:
+    explicit Told(Protocol *p)
+    {
+        using P = Protocol;
+        connect(p, &P::connectionStatusChanged, this, [this](const QString &s) { told += s; });
+        connect(p, &P::versionReceived, this, [this](const QString &v) { told += QLatin1Char('|') + v; });
+        connect(p, &P::dataReceived, this, [this](const P::dataMonitoringData &d) { told += reportText(d); });
+        connect(p, &P::lanAllocationDataReceived, this, [this](const P::LanAllocationData &d) {
+            tell({d.lanIp, d.lanMask, d.lanGateway, d.lanDns1, d.lanDns2});
+        });
+        connect(p, &P::wanAllocationDataReceived, this, [this](const P::WanAllocationData &d) {
+            tell({d.wanDhcp, d.wanIp, d.wanMask, d.wanGateway, d.wanDns1, d.wanDns2});
+        });
+        connect(p, &P::wifiAllocationDataReceived, this, [this](const P::WifiAllocationData &d) {
+            tell({d.wifiOnOff, d.wifiMode, d.ssid, d.password, d.wifiDhcp, d.wifiIp, d.wifiMask,
+                  d.wifiGateway, d.wifiDns1, d.wifiDns2});
+        });
+        connect(p, &P::lteAllocationDataReceived, this, [this](const P::LteAllocationData &d) {
+            tell({d.lteOnOff, d.AT1, d.AT2, d.AT3, d.AT4, d.AT5});
+        });
+        connect(p, &P::NTPAllocationDataReceived, this,
+                [this](const P::NTPAllocationData &d) { tell({d.NTP}); });
+        connect(p, &P::timeAllocationDataReceived, this,
+                [this](const P::timeAllocationData &d) { tell({d.date}); });
+    }
+
+    QString told;
+
+private:
+    void tell(const QStringList &fields) { told += fields.join(QLatin1Char('|')); }
+};
+
+} // namespace
+
+class tst_ProtocolPage : public QObject
+{
+    Q_OBJECT
+private slots:
+    void pageIsInOrder();
+    void everyBlockIsTried();
+    void everyFrameIsWholeForTheReader();
+    void heartbeatIsThatOfThePage();
+    void requestIsThatOfThePage_data();
+    void requestIsThatOfThePage();
+    void answerIsUnderstood_data();
+    void answerIsUnderstood();
+    void reportOfTwoSegmentsIsJoined();
+    void transferIsThatOfThePage_data();
+    void transferIsThatOfThePage();
+    void searchIsThatOfThePage();
+
+private:
+    const ProtocolPage m_page;
+};
+
+void tst_ProtocolPage::pageIsInOrder()
+{
+    QCOMPARE(m_page.wrong(), QStringList());
+    QVERIFY(!m_page.names().isEmpty());
+}
+
+void tst_ProtocolPage::everyBlockIsTried()
+{
+    QStringList tried = {text("heartbeat"), text("report segment 1"), text("report segment 2"),
+                         text("search"), text("search answer")};
+    for (const Request &request : requests()) {
+        tried.append(text(request.name));
+    }
+    for (const Answer &answer : answers) {
+        tried.append(text(answer.name));
+    }
+    for (const Transfer &transfer : transfers()) {
+        tried += transfer.frames;
+        tried.append(text(transfer.verdict));
+    }
+    tried.removeDuplicates();
+    tried.sort();
+    QStringList shown = m_page.names();
+    shown.sort();
+    QCOMPARE(tried, shown);
+}
+
+void tst_ProtocolPage::everyFrameIsWholeForTheReader()
+{
+    const QStringList names = m_page.names();
+    for (const QString &name : names) {
+        if (name.startsWith(QLatin1String("search"))) {
+            continue; // a datagram
+        }
+        const QByteArray bytes = m_page.bytes(name.toLatin1());
+        QList<QByteArray> frames;
+        FrameAssembler reader(
+            [&frames](const char *frame, unsigned length) { frames.append(QByteArray(frame, int(length))); });
+        reader.assemble(bytes.constData(), unsigned(bytes.size()));
+        QVERIFY2(frames == QList<QByteArray>{bytes}, qPrintable(name));
+    }
+}
+
+void tst_ProtocolPage::heartbeatIsThatOfThePage()
+{
+    RawBox box(address);
+    QVERIFY(box.listen());
+    Protocol protocol;
+    protocol.openConnection(address);
+    QTRY_COMPARE(box.received(), m_page.bytes("heartbeat"));
+}
+
+void tst_ProtocolPage::requestIsThatOfThePage_data()
+{
+    QTest::addColumn<int>("index");
+    for (int index = 0; index < requests().size(); ++index) {
+        QTest::newRow(requests().at(index).name) << index;
+    }
+}
+
+void tst_ProtocolPage::requestIsThatOfThePage()
+{
+    QFETCH(int, index);
+    const Request &request = requests().at(index);
+    RawBox box(address);
+    QVERIFY(box.listen());
+    Protocol protocol;
+    protocol.openConnection(address);
+    QTRY_COMPARE(box.received(), m_page.bytes("heartbeat"));
+    box.forgetReceived();
+    request.send(protocol);
+    QTRY_COMPARE(box.received(), m_page.bytes(request.name));
+}
+
+void tst_ProtocolPage::answerIsUnderstood_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("told");
+    for (const Answer &answer : answers) {
+        QTest::newRow(answer.name) << m_page.bytes(answer.name) << text(answer.told);
+    }
+}
+
+void tst_ProtocolPage::answerIsUnderstood()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, told);
+    MessageBoxes boxes;
+    const bool inABox = told.startsWith(QLatin1String("Write "));
+    if (inABox) {
+        boxes.expect();
+    }
+    Protocol protocol;
+    Told session(&protocol);
+    protocol.assembleFrames(bytes.constData(), unsigned(bytes.size()));
+    QCOMPARE(inABox ? boxes.told().join(QLatin1Char('\n')) : session.told, told);
+    QCOMPARE(boxes.unexpected(), QStringList());
+}
+
+void tst_ProtocolPage::reportOfTwoSegmentsIsJoined()
+{
+    Protocol protocol;
+    Told session(&protocol);
+    const QByteArray bytes = m_page.bytes("report segment 1") + m_page.bytes("report segment 2");
+    protocol.assembleFrames(bytes.constData(), unsigned(bytes.size()));
+    QCOMPARE(session.told, QStringLiteral("report|||%1|").arg(QString(1016, QLatin1Char('a'))));
+}
+
+void tst_ProtocolPage::transferIsThatOfThePage_data()
+{
+    QTest::addColumn<int>("index");
+    for (int index = 0; index < transfers().size(); ++index) {
+        QTest::newRow(transfers().at(index).row) << index;
+    }
+}
+
+void tst_ProtocolPage::transferIsThatOfThePage()
+{
+    QFETCH(int, index);
+    const Transfer &transfer = transfers().at(index);
+    QByteArray stream;
+    for (const QString &name : transfer.frames) {
+        stream += m_page.bytes(name.toLatin1());
+    }
+    const QTemporaryDir dir;
+    QFile file(dir.filePath(QStringLiteral("file")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(transfer.file);
+    file.close();
+
+    BoxPeer box(address);
+    QVERIFY(box.isListening());
+    box.heard = [&](int link) {
+        if (box.received(link).size() >= stream.size()) {
+            box.send(link, m_page.bytes(transfer.verdict));
+        }
+    };
+    FileTransfer::Job job;
+    job.command = transfer.command;
+    job.path = file.fileName();
+    job.boxAddress = address;
+    QObject owner;
+    const FileTransfer::Result result = FileTransfer(job, &owner, [](int) {}, {}).run();
+    QCOMPARE(box.received(0).toHex(), stream.toHex());
+    QCOMPARE(result.line, text(transfer.line));
+}
+
+void tst_ProtocolPage::searchIsThatOfThePage()
+{
+    QCOMPARE(Discovery::request(), m_page.bytes("search"));
+    const Discovery::Answer answer = Discovery::parseAnswer(m_page.bytes("search answer"));
+    QVERIFY(answer.valid);
+    QCOMPARE(answer.ip, text("192.168.1.2"));
+    QCOMPARE(answer.mask, text("255.255.255.0"));
+    QCOMPARE(answer.model, text("MRN-GATE-70"));
+}
+
+QTEST_MAIN(tst_ProtocolPage)
+#include "tst_protocolpage.moc"

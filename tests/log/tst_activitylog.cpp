@@ -1,0 +1,108 @@
+#include "log/activitylog.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+// The log lies beside the executable, so each case runs a copy of this program in a folder of its own; given
+// arguments, the copy logs each of them and ends.
+class TestActivityLog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void aLineHasDateTimeAndMessage();
+    void laterRunsAppend();
+    void fullWidthCharactersAreKept();
+    void aLogThatCannotBeOpenedIsSkipped();
+
+private:
+    int log(const QStringList &messages) const;
+    QStringList lines() const;
+
+    QScopedPointer<QTemporaryDir> m_folder;
+};
+
+void TestActivityLog::init()
+{
+    m_folder.reset(new QTemporaryDir);
+    QVERIFY(
+        QFile::copy(QCoreApplication::applicationFilePath(), m_folder->filePath(QStringLiteral("program"))));
+}
+
+int TestActivityLog::log(const QStringList &messages) const
+{
+    return QProcess::execute(m_folder->filePath(QStringLiteral("program")), messages);
+}
+
+QStringList TestActivityLog::lines() const
+{
+    QFile file(m_folder->filePath(QStringLiteral("MARLINLOG.log")));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))
+                                          : QStringList();
+}
+
+void TestActivityLog::aLineHasDateTimeAndMessage()
+{
+    const QDateTime before = QDateTime::currentDateTime().addMSecs(-1000);
+    QCOMPARE(log({QStringLiteral("BoxEditDialog: save")}), 0);
+    const QDateTime after = QDateTime::currentDateTime();
+
+    const QStringList written = lines();
+    QCOMPARE(written.size(), 2);
+    QCOMPARE(written.at(1), QString());
+    QCOMPARE(written.at(0).mid(19), QStringLiteral(": BoxEditDialog: save"));
+    const auto time = QDateTime::fromString(written.at(0).left(19), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    QVERIFY2(time.isValid() && before <= time && time <= after, qPrintable(written.at(0)));
+}
+
+void TestActivityLog::laterRunsAppend()
+{
+    QCOMPARE(
+        log({QStringLiteral("NewProjectDialog: new-nuilt"), QStringLiteral("NewProjectDialog: destroyed")}),
+        0);
+    QCOMPARE(log({QStringLiteral("BoxSearchDialog new-nuilt")}), 0);
+    QStringList messages;
+    const QStringList written = lines();
+    for (const QString &line : written) {
+        messages.append(line.mid(21));
+    }
+    QCOMPARE(messages,
+             QStringList({QStringLiteral("NewProjectDialog: new-nuilt"),
+                          QStringLiteral("NewProjectDialog: destroyed"),
+                          QStringLiteral("BoxSearchDialog new-nuilt"), QString()}));
+}
+
+void TestActivityLog::fullWidthCharactersAreKept()
+{
+    QCOMPARE(log({QStringLiteral("EditProjectDialog：save")}), 0);
+    QCOMPARE(lines().value(0).mid(21), QStringLiteral("EditProjectDialog：save"));
+}
+
+void TestActivityLog::aLogThatCannotBeOpenedIsSkipped()
+{
+    QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("MARLINLOG.log")));
+    QCOMPARE(log({QStringLiteral("BoxEditDialog: save")}), 0);
+    QCOMPARE(lines(), QStringList());
+}
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication app(argc, argv);
+    const QStringList messages = QCoreApplication::arguments().mid(1);
+    if (!messages.isEmpty() && !messages.first().startsWith(QLatin1Char('-'))) {
+        for (const QString &message : messages) {
+            logToFile(message);
+        }
+        return 0;
+    }
+    TestActivityLog test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_activitylog.moc"

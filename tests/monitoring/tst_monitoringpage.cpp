@@ -1,0 +1,268 @@
+#include "monitoring/monitoringpage.h"
+#include "monitoring/monitoringtable.h"
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QHeaderView>
+#include <QImage>
+#include <QLineEdit>
+#include <QMenu>
+#include <QTableWidget>
+#include <QtTest>
+
+namespace {
+
+QVariantMap point(const QString &name, const QString &addr, const QString &valid = QStringLiteral("1"))
+{
+    return {{QStringLiteral("name"), name},
+            {QStringLiteral("addr"), addr},
+            {QStringLiteral("dataType"), QStringLiteral("float")},
+            {QStringLiteral("value"), QStringLiteral("1.5")},
+            {QStringLiteral("valid"), valid}};
+}
+
+QVariantList feeders()
+{
+    return {point(QStringLiteral("Ua"), QStringLiteral("40001")),
+            point(QStringLiteral("Ub"), QStringLiteral("40003")),
+            point(QStringLiteral("Ia"), QStringLiteral("50001"), QStringLiteral("0"))};
+}
+
+const QString reportTime = QStringLiteral("2026-01-31 10:00:00");
+
+} // namespace
+
+// The filter, the menu and the colours around a table of live values.
+class TestMonitoringPage : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void filterShowsMatchingRows_data();
+    void filterShowsMatchingRows();
+    void filterHoldsThroughReportsAndSorting();
+    void pointsThatComeLaterAreFiltered();
+    void emptiedFilterShowsAll();
+    void rowsThatAreNotValidAreColoured_data();
+    void rowsThatAreNotValidAreColoured();
+    void rowsThatAreNotValidAreReadableOnADarkDesktop();
+    void valuesAreNotTypedOver();
+    void csvHoldsWhatIsShown();
+    void csvQuotesWhatWouldTearIt();
+    void menuExportsIntoTheChosenFile();
+    void exportThatFailsIsTold();
+
+private:
+    QStringList shownNames() const;
+    // The value of the first row as it is drawn.
+    QImage drawnValue() const;
+    void filter(const QString &text) const { m_filter->setText(text); }
+    void report(const QVariantList &rows) const { MonitoringTable::update(m_table, rows, reportTime); }
+    // Picks the export from the menu and gives the path in the file dialog.
+    void exportTo(const QString &path);
+
+    std::unique_ptr<MonitoringPage> m_page;
+    QTableWidget *m_table = nullptr;
+    QLineEdit *m_filter = nullptr;
+};
+
+void TestMonitoringPage::init()
+{
+    m_page = std::make_unique<MonitoringPage>();
+    m_table = m_page->findChild<QTableWidget *>();
+    m_filter = m_page->findChild<QLineEdit *>(QStringLiteral("filter"));
+    report(feeders());
+    m_page->resize(700, 300);
+    m_page->show();
+}
+
+void TestMonitoringPage::cleanup()
+{
+    m_page.reset();
+}
+
+QStringList TestMonitoringPage::shownNames() const
+{
+    QStringList names;
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        if (!m_table->isRowHidden(row)) {
+            names.append(m_table->item(row, MonitoringTable::Name)->text());
+        }
+    }
+    return names;
+}
+
+QImage TestMonitoringPage::drawnValue() const
+{
+    m_table->clearSelection();
+    const QRect cell = m_table->visualItemRect(m_table->item(0, MonitoringTable::Value));
+    return m_table->viewport()->grab(cell).toImage();
+}
+
+void TestMonitoringPage::filterShowsMatchingRows_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("shown");
+    const QString ua = QStringLiteral("Ua");
+    const QString ub = QStringLiteral("Ub");
+    const QString ia = QStringLiteral("Ia");
+    QTest::newRow("name") << QStringLiteral("Ub") << QStringList{ub};
+    QTest::newRow("part of a name, other case") << QStringLiteral("A") << QStringList{ua, ia};
+    QTest::newRow("address") << QStringLiteral("4000") << QStringList{ua, ub};
+    QTest::newRow("value is not searched") << QStringLiteral("1.5") << QStringList{};
+    QTest::newRow("empty") << QString() << QStringList{ua, ub, ia};
+}
+
+void TestMonitoringPage::filterShowsMatchingRows()
+{
+    QFETCH(QString, text);
+    QTest::keyClicks(m_filter, text);
+    QTEST(shownNames(), "shown");
+}
+
+void TestMonitoringPage::filterHoldsThroughReportsAndSorting()
+{
+    filter(QStringLiteral("4000"));
+    m_table->sortByColumn(MonitoringTable::Name, Qt::AscendingOrder); // the hidden row comes to the top
+    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ua"), QStringLiteral("Ub")}));
+    m_table->sortByColumn(MonitoringTable::Name, Qt::DescendingOrder);
+    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ub"), QStringLiteral("Ua")}));
+    report(feeders());
+    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ub"), QStringLiteral("Ua")}));
+    report({feeders().at(2), feeders().at(0)});
+    QCOMPARE(shownNames(), QStringList{QStringLiteral("Ua")});
+}
+
+void TestMonitoringPage::pointsThatComeLaterAreFiltered()
+{
+    filter(QStringLiteral("4000"));
+    report(feeders() << point(QStringLiteral("P"), QStringLiteral("60001"))
+                     << point(QStringLiteral("Uc"), QStringLiteral("40005")));
+    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ua"), QStringLiteral("Ub"), QStringLiteral("Uc")}));
+}
+
+void TestMonitoringPage::emptiedFilterShowsAll()
+{
+    filter(QStringLiteral("nothing of this name"));
+    QCOMPARE(shownNames(), QStringList());
+    filter(QString());
+    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ua"), QStringLiteral("Ub"), QStringLiteral("Ia")}));
+}
+
+void TestMonitoringPage::rowsThatAreNotValidAreColoured_data()
+{
+    QTest::addColumn<QString>("valid");
+    QTest::addColumn<bool>("coloured");
+    QTest::newRow("valid") << QStringLiteral("1") << false;
+    QTest::newRow("invalid") << QStringLiteral("0") << true;
+    QTest::newRow("unknown") << QStringLiteral("Invalid") << true;
+}
+
+void TestMonitoringPage::rowsThatAreNotValidAreColoured()
+{
+    QFETCH(QString, valid);
+    // The other validity first, so that a colour that stayed behind is seen too.
+    const QString other = valid == QStringLiteral("1") ? QStringLiteral("0") : QStringLiteral("1");
+    report({point(QStringLiteral("Ua"), QStringLiteral("40001"), other)});
+    report({point(QStringLiteral("Ua"), QStringLiteral("40001"), valid)});
+    const QImage picture = drawnValue();
+    const QColor background = picture.pixelColor(picture.width() - 4, 3);
+    QTEST(background == QColor(0xf6, 0xe6, 0xc8), "coloured");
+}
+
+void TestMonitoringPage::rowsThatAreNotValidAreReadableOnADarkDesktop()
+{
+    const QPalette dark(QColor(0x30, 0x30, 0x30)); // with white texts
+    QCOMPARE(dark.color(QPalette::Text), QColor(Qt::white));
+    m_page->setPalette(dark);
+    report({point(QStringLiteral("Ua"), QStringLiteral("40001"), QStringLiteral("0"))});
+    const QImage picture = drawnValue();
+    int darkest = 255;
+    for (int x = 2; x < picture.width() - 4; ++x) {
+        for (int y = 2; y < picture.height() - 4; ++y) {
+            darkest = qMin(darkest, qGray(picture.pixel(x, y)));
+        }
+    }
+    QVERIFY2(darkest < 0x70, qPrintable(QString::number(darkest)));
+}
+
+void TestMonitoringPage::valuesAreNotTypedOver()
+{
+    m_table->setCurrentCell(0, MonitoringTable::Value);
+    QTest::keyClick(m_table, Qt::Key_F2);
+    QTest::keyClicks(m_table, QStringLiteral("9"));
+    QTest::mouseDClick(m_table->viewport(), Qt::LeftButton, {},
+                       m_table->visualItemRect(m_table->currentItem()).center());
+    QVERIFY(!m_table->viewport()->findChild<QLineEdit *>());
+}
+
+void TestMonitoringPage::csvHoldsWhatIsShown()
+{
+    filter(QStringLiteral("4000"));
+    QCOMPARE(m_page->shownAsCsv(),
+             QByteArray("\xef\xbb\xbf"
+                        "Name,Addr,DataType,Value,Valid,Update Time\r\n"
+                        "Ua,40001,float,1.5,Effective,2026-01-31 10:00:00\r\n"
+                        "Ub,40003,float,1.5,Effective,2026-01-31 10:00:00\r\n"));
+}
+
+void TestMonitoringPage::csvQuotesWhatWouldTearIt()
+{
+    report({point(QStringLiteral("a,b"), QStringLiteral("say \"x\"")),
+            point(QStringLiteral("two\nlines"), QStringLiteral("线路")),
+            point(QStringLiteral("c"), QStringLiteral("carriage\rreturn"))});
+    const QByteArray rest = ",float,1.5,Effective,2026-01-31 10:00:00\r\n";
+    const QByteArray csv = m_page->shownAsCsv();
+    QCOMPARE(csv.mid(csv.indexOf("\r\n") + 2),
+             "\"a,b\",\"say \"\"x\"\"\"" + rest + "\"two\nlines\",\xe7\xba\xbf\xe8\xb7\xaf" + rest
+                 + "c,\"carriage\rreturn\"" + rest);
+}
+
+void TestMonitoringPage::exportTo(const QString &path)
+{
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *menu) {
+        QCOMPARE(menu->actions().size(), 2);
+        QCOMPARE(menu->actions().first()->text(), QStringLiteral("Copy"));
+        qobject_cast<QMenu *>(menu)->setActiveAction(menu->actions().last());
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+    dialogs.expect([path](QWidget *widget) {
+        auto *dialog = qobject_cast<QFileDialog *>(widget);
+        dialog->setOption(QFileDialog::DontConfirmOverwrite);
+        dialog->selectFile(path);
+        static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
+    });
+    emit m_table->customContextMenuRequested(QPoint(5, 5));
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(dialogs.pending(), 0);
+}
+
+void TestMonitoringPage::menuExportsIntoTheChosenFile()
+{
+    const QString path = QDir::current().filePath(QStringLiteral("values.csv"));
+    exportTo(path);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), m_page->shownAsCsv());
+}
+
+void TestMonitoringPage::exportThatFailsIsTold()
+{
+    QVERIFY(QDir().mkpath(QStringLiteral("folder/values.csv")));
+    const QString path = QDir::current().filePath(QStringLiteral("folder/values.csv"));
+    MessageBoxes boxes;
+    boxes.expect();
+    exportTo(path);
+    QCOMPARE(boxes.told(),
+             QStringList{QStringLiteral("Export Values|The file %1 could not be written.").arg(path)});
+    QCOMPARE(boxes.unexpected(), QStringList());
+}
+
+QTEST_MAIN(TestMonitoringPage)
+#include "tst_monitoringpage.moc"

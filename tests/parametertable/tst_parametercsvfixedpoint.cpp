@@ -1,0 +1,147 @@
+#include "parametertable/parametereditor.h"
+#include "support/files.h"
+#include "support/messageboxes.h"
+#include "support/rounds.h"
+#include "support/workspacefake.h"
+
+#include <QDialog>
+#include <QRandomGenerator>
+#include <QTableWidget>
+#include <QtTest>
+
+// Whatever rows a table can hold: exported, imported and exported again they are the same file.
+class TestParameterCsvFixedPoint : public QObject
+{
+    Q_OBJECT
+private slots:
+    void randomRows_data();
+    void randomRows();
+};
+
+namespace {
+
+template <typename List> QString oneOf(QRandomGenerator &random, const List &choice)
+{
+    return choice.at(random.bounded(choice.size()));
+}
+
+// A cell whose value the import accepts. Blanks around a name are cut by it, and a comma would be a border.
+QString cellText(QRandomGenerator &random, ParameterCell cell)
+{
+    static const QStringList names{QString(),
+                                   QStringLiteral("a"),
+                                   QStringLiteral("two words"),
+                                   QStringLiteral("\"quoted\""),
+                                   QStringLiteral("'; \\ /"),
+                                   QStringLiteral("电压"),
+                                   QStringLiteral("\U0001F600"),
+                                   QStringLiteral("tab\tinside"),
+                                   QStringLiteral("\u0001"),
+                                   QString(500, QLatin1Char('n'))};
+    static const QStringList addresses{QStringLiteral("0"), QStringLiteral("65535"), QStringLiteral("D100"),
+                                       QStringLiteral("DB1.DBX0.0"), QStringLiteral("\"!~")};
+    static const QStringList lengths{QString(), QStringLiteral("1"), QStringLiteral("-3"),
+                                     QStringLiteral("-"), QString(400, QLatin1Char('9'))};
+    static const QStringList amplitudes{QString(), QStringLiteral("0.5"), QStringLiteral("-.5"),
+                                        QStringLiteral("7."), QStringLiteral(".")};
+    static const QStringList formulas{QString(), QStringLiteral("X*2"), QStringLiteral("X/2+1.5-X")};
+    switch (cell) {
+    case ParameterCell::Address:
+        return oneOf(random, addresses);
+    case ParameterCell::Name:
+        return oneOf(random, names);
+    case ParameterCell::Type:
+        return oneOf(random, ParameterText::types());
+    case ParameterCell::Length:
+        return oneOf(random, lengths);
+    case ParameterCell::Permissions:
+        return oneOf(random, ParameterText::permissions());
+    case ParameterCell::Method:
+        return oneOf(random, ParameterText::methods());
+    case ParameterCell::Amplitude:
+        return oneOf(random, amplitudes);
+    case ParameterCell::CollectionFormula:
+    case ParameterCell::WriteFormula:
+        return oneOf(random, formulas);
+    default: // no other cell goes into a file
+        return {};
+    }
+}
+
+RowList randomRowList(QRandomGenerator &random, const ParameterVariant &variant)
+{
+    RowList rows;
+    for (int left = random.bounded(8); left > 0; --left) {
+        QVariantList row;
+        for (const ParameterColumn &column : variant.columns) {
+            if (column.cell != ParameterCell::Button) {
+                row.append(cellText(random, column.cell));
+            }
+        }
+        rows.append(row);
+    }
+    return rows;
+}
+
+// One form with one table.
+class Table
+{
+public:
+    explicit Table(const ParameterVariant &variant)
+        : m_editor(
+            variant, &m_form, &m_workspace, [this] { return &m_table; }, [this] { return &m_table; })
+    {
+        m_editor.prepare(&m_table);
+    }
+    void load(const RowList &rows) { m_editor.loadParameters(rows); }
+    void import(const QString &path) { m_editor.importFile(path); }
+    QByteArray exported(const QString &path)
+    {
+        m_editor.exportFile(path);
+        return Files::contents(path);
+    }
+
+private:
+    WorkspaceFake m_workspace;
+    QDialog m_form;
+    QTableWidget m_table;
+    ParameterEditor m_editor;
+};
+
+} // namespace
+
+void TestParameterCsvFixedPoint::randomRows_data()
+{
+    QTest::addColumn<bool>("modbus");
+    QTest::addColumn<quint32>("seed");
+    const quint32 seed = QRandomGenerator::global()->generate();
+    for (const bool modbus : {false, true}) {
+        const char *const name = modbus ? "Modbus" : "PLC";
+        QTest::addRow("%s, seed 1", name) << modbus << 1u;
+        QTest::addRow("%s, seed %u", name, seed) << modbus << seed; // a new one each time
+    }
+}
+
+void TestParameterCsvFixedPoint::randomRows()
+{
+    QFETCH(bool, modbus);
+    QFETCH(quint32, seed);
+
+    const ParameterVariant &variant = modbus ? ParameterVariant::modbus() : ParameterVariant::plc();
+    const QString first = QStringLiteral("first.csv");
+    const QString second = QStringLiteral("second.csv");
+    MessageBoxes boxes;
+    QRandomGenerator random(seed);
+    for (int round = rounds(100); round > 0; --round) {
+        Table out(variant);
+        out.load(randomRowList(random, variant));
+        const QByteArray bytes = out.exported(first);
+        Table back(variant);
+        back.import(first);
+        QCOMPARE(back.exported(second), bytes);
+    }
+    QCOMPARE(boxes.unexpected(), QStringList());
+}
+
+QTEST_MAIN(TestParameterCsvFixedPoint)
+#include "tst_parametercsvfixedpoint.moc"

@@ -1,0 +1,165 @@
+#include "projects/editprojectdialog.h"
+
+#include "support/inputdialogs.h"
+#include "support/logtail.h"
+#include "support/messageboxes.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QtTest>
+
+class tst_EditProjectDialog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void showsWhatItIsGiven();
+    void settersReplaceWhatItShows();
+    void savingReportsAndStaysOpen();
+    void savingNeedsOnlyAName();
+    void refusesAnEmptyName();
+    void cancelRejects();
+    void enterAndEscapeDoNothing();
+    void descriptionTakesPlainTextOnly();
+    void labelsAreBuddies();
+    void writesItsEventsToTheLog();
+};
+
+template <typename Widget> static Widget *child(const QDialog &dialog, const char *name)
+{
+    return dialog.findChild<Widget *>(QLatin1String(name));
+}
+
+static QStringList shown(const QDialog &dialog)
+{
+    return {child<QLineEdit>(dialog, "name")->text(), child<QLineEdit>(dialog, "path")->text(),
+            child<QTextEdit>(dialog, "description")->toPlainText()};
+}
+
+// A form of the project "plant".
+class Form : public EditProjectDialog
+{
+public:
+    Form()
+        : EditProjectDialog(QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text"))
+    {
+    }
+};
+
+void tst_EditProjectDialog::showsWhatItIsGiven()
+{
+    const Form form;
+    QCOMPARE(form.windowTitle(), QStringLiteral("Edit Project"));
+    QCOMPARE(shown(form),
+             QStringList({QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text")}));
+    QVERIFY(child<QLineEdit>(form, "path")->isReadOnly());
+    QStringList buttons;
+    for (const QPushButton *button : form.findChildren<QPushButton *>()) {
+        buttons.append(button->text());
+        QVERIFY(!button->autoDefault());
+    }
+    QCOMPARE(buttons, QStringList({QStringLiteral("Save"), QStringLiteral("Cancel")}));
+}
+
+void tst_EditProjectDialog::settersReplaceWhatItShows()
+{
+    Form form;
+    form.setName(QStringLiteral("mill"));
+    form.setPath(QStringLiteral("/here"));
+    form.setDescription(QStringLiteral("<i>other</i>"));
+    QCOMPARE(shown(form),
+             QStringList({QStringLiteral("mill"), QStringLiteral("/here"), QStringLiteral("<i>other</i>")}));
+}
+
+void tst_EditProjectDialog::savingReportsAndStaysOpen()
+{
+    Form form;
+    form.show();
+    const QSignalSpy modified(&form, &EditProjectDialog::projectModified);
+    const QSignalSpy finished(&form, &QDialog::finished);
+    child<QPushButton>(form, "saveButton")->click();
+    QCOMPARE(modified.count(), 1);
+    QCOMPARE(modified.first(),
+             QVariantList({QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text")}));
+    QCOMPARE(finished.count(), 0);
+    QVERIFY(form.isVisible());
+}
+
+void tst_EditProjectDialog::savingNeedsOnlyAName()
+{
+    Form form;
+    const QSignalSpy modified(&form, &EditProjectDialog::projectModified);
+    form.setPath(QString());
+    form.setDescription(QString());
+    form.saveChanges();
+    QCOMPARE(modified.count(), 1);
+    QCOMPARE(modified.first(), QVariantList({QStringLiteral("plant"), QString(), QString()}));
+}
+
+void tst_EditProjectDialog::refusesAnEmptyName()
+{
+    Form form;
+    const QSignalSpy modified(&form, &EditProjectDialog::projectModified);
+    const LogTail log(QStringLiteral("EditProjectDialog"));
+    form.setName(QString());
+    MessageBoxes boxes;
+    boxes.expect();
+    form.saveChanges();
+    QCOMPARE(boxes.told(), QStringList(QStringLiteral("Warning|Name cannot be empty.")));
+    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(modified.count(), 0);
+    QCOMPARE(log.events(), QStringList());
+}
+
+void tst_EditProjectDialog::cancelRejects()
+{
+    Form form;
+    const QSignalSpy rejected(&form, &QDialog::rejected);
+    const QSignalSpy finished(&form, &QDialog::finished);
+    child<QPushButton>(form, "cancelButton")->click();
+    QCOMPARE(rejected.count(), 1);
+    QCOMPARE(finished.count(), 1);
+}
+
+void tst_EditProjectDialog::enterAndEscapeDoNothing()
+{
+    Form form;
+    form.show();
+    const QSignalSpy modified(&form, &EditProjectDialog::projectModified);
+    const QSignalSpy finished(&form, &QDialog::finished);
+    QTest::keyClick(child<QLineEdit>(form, "name"), Qt::Key_Return);
+    QTest::keyClick(child<QLineEdit>(form, "name"), Qt::Key_Escape);
+    QCOMPARE(modified.count(), 0);
+    QCOMPARE(finished.count(), 0);
+}
+
+void tst_EditProjectDialog::descriptionTakesPlainTextOnly()
+{
+    const Form form;
+    InputDialogs::comparePasteOfRichText(child<QTextEdit>(form, "description"));
+}
+
+void tst_EditProjectDialog::labelsAreBuddies()
+{
+    const Form form;
+    QCOMPARE(InputDialogs::buddies(form),
+             (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
+                                     {QStringLiteral("Path:"), QStringLiteral("path")},
+                                     {QStringLiteral("Description:"), QStringLiteral("description")}}));
+}
+
+void tst_EditProjectDialog::writesItsEventsToTheLog()
+{
+    const LogTail log(QStringLiteral("EditProjectDialog"));
+    {
+        EditProjectDialog form(QStringLiteral("plant"), QString(), QString());
+        form.saveChanges();
+    }
+    QCOMPARE(log.events(),
+             QStringList({QStringLiteral("EditProjectDialog：new-nuilt"),
+                          QStringLiteral("EditProjectDialog：save"),
+                          QStringLiteral("EditProjectDialog: destroyed")}));
+}
+
+QTEST_MAIN(tst_EditProjectDialog)
+#include "tst_editprojectdialog.moc"

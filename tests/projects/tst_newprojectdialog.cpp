@@ -1,0 +1,216 @@
+#include "projects/newprojectdialog.h"
+
+#include "support/inputdialogs.h"
+#include "support/logtail.h"
+#include "support/messageboxes.h"
+#include "support/modaldialogs.h"
+#include "support/projectdump.h"
+
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTextEdit>
+#include <QtTest>
+
+class tst_NewProjectDialog : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void opensEmptyAndWithAReadOnlyPath();
+    void carriesItsIcons();
+    void browsingFillsThePath();
+    void cancelledBrowsingLeavesThePath();
+    void refusesWithoutNameOrPath_data();
+    void refusesWithoutNameOrPath();
+    void reportsThePlainTextAndCloses();
+    void enterCreatesAndEscapeCancels();
+    void descriptionTakesPlainTextOnly();
+    void labelsAreBuddies();
+    void tabOrderFollowsTheForm();
+    void writesItsLifeToTheLog();
+
+private:
+    template <typename Widget> Widget *child(const char *name) const
+    {
+        return m_dialog->findChild<Widget *>(QLatin1String(name));
+    }
+
+    QScopedPointer<NewProjectDialog> m_dialog;
+    QScopedPointer<QSignalSpy> m_created;
+};
+
+void tst_NewProjectDialog::init()
+{
+    m_dialog.reset(new NewProjectDialog);
+    m_created.reset(new QSignalSpy(m_dialog.data(), &NewProjectDialog::projectCreated));
+    m_dialog->show();
+}
+
+void tst_NewProjectDialog::cleanup()
+{
+    m_created.reset();
+    m_dialog.reset();
+}
+
+void tst_NewProjectDialog::opensEmptyAndWithAReadOnlyPath()
+{
+    QCOMPARE(m_dialog->windowTitle(), QStringLiteral("New Project"));
+    QCOMPARE(child<QLineEdit>("name")->text(), QString());
+    QCOMPARE(child<QLineEdit>("path")->text(), QString());
+    QVERIFY(child<QLineEdit>("path")->isReadOnly());
+    QCOMPARE(child<QTextEdit>("description")->toPlainText(), QString());
+    QStringList buttons;
+    for (const QPushButton *button : m_dialog->findChildren<QPushButton *>()) {
+        buttons.append(button->text());
+    }
+    QCOMPARE(buttons,
+             QStringList({QStringLiteral("Browse"), QStringLiteral("OK"), QStringLiteral("Cancel")}));
+}
+
+void tst_NewProjectDialog::carriesItsIcons()
+{
+    const auto image = [](const char *name) {
+        const QString path = QLatin1String(":/adsdemo/images/") + QLatin1String(name);
+        return QFile::exists(path) ? ProjectDump::iconBytes(path) : QByteArray("no such image");
+    };
+    QCOMPARE(ProjectDump::iconBytes(m_dialog->windowIcon()), image("New.png"));
+    QCOMPARE(ProjectDump::iconBytes(child<QPushButton>("browseButton")->icon()), image("look.svg"));
+    QCOMPARE(ProjectDump::iconBytes(child<QPushButton>("okButton")->icon()), image("ok.svg"));
+    QCOMPARE(ProjectDump::iconBytes(child<QPushButton>("cancelButton")->icon()), image("cancel.svg"));
+}
+
+void tst_NewProjectDialog::browsingFillsThePath()
+{
+    const QTemporaryDir folder;
+    ModalDialogs dialogs;
+    QStringList asked;
+    dialogs.expect([&](QWidget *widget) {
+        auto *dialog = qobject_cast<QFileDialog *>(widget);
+        QVERIFY(dialog);
+        asked = QStringList({dialog->windowTitle(), dialog->directory().path()});
+        QVERIFY(dialog->testOption(QFileDialog::ShowDirsOnly));
+        dialog->setDirectory(folder.path());
+        dialog->selectFile(folder.path());
+        static_cast<QDialog *>(dialog)->accept();
+    });
+    child<QPushButton>("browseButton")->click();
+    QCOMPARE(asked, QStringList({QStringLiteral("Select Directory"), QDir::homePath()}));
+    QCOMPARE(child<QLineEdit>("path")->text(), folder.path());
+    QCOMPARE(dialogs.unexpected(), QStringList());
+}
+
+void tst_NewProjectDialog::cancelledBrowsingLeavesThePath()
+{
+    child<QLineEdit>("path")->setText(QStringLiteral("/kept"));
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) { dialog->close(); });
+    child<QPushButton>("browseButton")->click();
+    QCOMPARE(child<QLineEdit>("path")->text(), QStringLiteral("/kept"));
+    QCOMPARE(dialogs.pending(), 0);
+}
+
+void tst_NewProjectDialog::refusesWithoutNameOrPath_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("path");
+    QTest::newRow("neither") << QString() << QString();
+    QTest::newRow("no path") << QStringLiteral("plant") << QString();
+    QTest::newRow("no name") << QString() << QStringLiteral("/tmp");
+}
+
+void tst_NewProjectDialog::refusesWithoutNameOrPath()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, path);
+    child<QLineEdit>("name")->setText(name);
+    child<QLineEdit>("path")->setText(path);
+    MessageBoxes boxes;
+    boxes.expect();
+    child<QPushButton>("okButton")->click();
+    QCOMPARE(boxes.told(), QStringList(QStringLiteral("Warning|Name and Path cannot be empty.")));
+    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(m_created->count(), 0);
+    QVERIFY(m_dialog->isVisible());
+    QCOMPARE(child<QLineEdit>("name")->text(), name);
+}
+
+void tst_NewProjectDialog::reportsThePlainTextAndCloses()
+{
+    QTest::keyClicks(child<QLineEdit>("name"), QStringLiteral("a/b c"));
+    child<QLineEdit>("path")->setText(QStringLiteral("/somewhere"));
+    QTest::keyClicks(child<QTextEdit>("description"), QStringLiteral("<b>one</b>"));
+    bool visibleWhenReported = false;
+    connect(m_dialog.data(), &NewProjectDialog::projectCreated, this,
+            [&] { visibleWhenReported = m_dialog->isVisible(); });
+    child<QPushButton>("okButton")->click();
+    QCOMPARE(m_created->count(), 1);
+    QCOMPARE(
+        m_created->first(),
+        QVariantList({QStringLiteral("a/b c"), QStringLiteral("/somewhere"), QStringLiteral("<b>one</b>")}));
+    QVERIFY(visibleWhenReported);
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_dialog->result(), int(QDialog::Accepted));
+}
+
+void tst_NewProjectDialog::enterCreatesAndEscapeCancels()
+{
+    child<QLineEdit>("name")->setText(QStringLiteral("plant"));
+    child<QLineEdit>("path")->setText(QStringLiteral("/somewhere"));
+    QTest::keyClick(child<QTextEdit>("description"), Qt::Key_Return);
+    QCOMPARE(m_created->count(), 0);
+    QTest::keyClick(child<QLineEdit>("name"), Qt::Key_Return);
+    QCOMPARE(m_created->count(), 1);
+    QCOMPARE(m_created->first().at(2).toString(), QStringLiteral("\n"));
+    m_dialog->show();
+    QTest::keyClick(child<QLineEdit>("name"), Qt::Key_Escape);
+    QCOMPARE(m_dialog->result(), int(QDialog::Rejected));
+    QCOMPARE(m_created->count(), 1);
+}
+
+void tst_NewProjectDialog::descriptionTakesPlainTextOnly()
+{
+    InputDialogs::comparePasteOfRichText(child<QTextEdit>("description"));
+}
+
+void tst_NewProjectDialog::labelsAreBuddies()
+{
+    QCOMPARE(InputDialogs::buddies(*m_dialog),
+             (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
+                                     {QStringLiteral("Path:"), QStringLiteral("path")},
+                                     {QStringLiteral("Description:"), QStringLiteral("description")}}));
+}
+
+void tst_NewProjectDialog::tabOrderFollowsTheForm()
+{
+    QStringList order;
+    const QWidget *start = child<QLineEdit>("name");
+    const QWidget *widget = start;
+    do {
+        if (widget->focusPolicy() & Qt::TabFocus && !widget->objectName().startsWith(QLatin1String("qt_"))) {
+            order.append(widget->objectName());
+        }
+        widget = widget->nextInFocusChain();
+    } while (widget != start);
+    order.removeAll(QString());
+    QCOMPARE(order,
+             QStringList({QStringLiteral("name"), QStringLiteral("path"), QStringLiteral("browseButton"),
+                          QStringLiteral("description"), QStringLiteral("okButton"),
+                          QStringLiteral("cancelButton")}));
+}
+
+void tst_NewProjectDialog::writesItsLifeToTheLog()
+{
+    const LogTail log(QStringLiteral("NewProjectDialog"));
+    {
+        const NewProjectDialog dialog;
+    }
+    QCOMPARE(log.events(),
+             QStringList({QStringLiteral("NewProjectDialog: new-nuilt"),
+                          QStringLiteral("NewProjectDialog: destroyed")}));
+}
+
+QTEST_MAIN(tst_NewProjectDialog)
+#include "tst_newprojectdialog.moc"
