@@ -58,6 +58,7 @@ QVector<Field> connectionFields()
     };
 }
 
+// As they read in the language of this moment.
 QStringList elementLabels()
 {
     QStringList labels;
@@ -88,7 +89,6 @@ ServerSL651EditDialog::ServerSL651EditDialog(QStandardItem *item, Workspace *wor
          QT_TRANSLATE_NOOP("ServerSL651EditDialog", "The Server SL651 '%1' is saved successfully.")},
         {"ServerHJ212EditDialog: Delete", false}, connectionFields(),
         {tr("PLC Name"), tr("Name"), tr("Code")}, item, workspace)
-    , m_labels(new QStringListModel(elementLabels(), this))
 {
     connect(fields().lineEdit(QStringLiteral("centralStationAddress")), &QLineEdit::editingFinished, this,
             &ServerSL651EditDialog::validateCentralStationAddress);
@@ -111,7 +111,8 @@ QWidget *ServerSL651EditDialog::makeCodeCell(const QString &code, QWidget *paren
     auto *list = new QComboBox(parent);
     // The cell gives the width: measuring every label for every row takes a second for a thousand points.
     list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    list->setModel(m_labels);
+    // Of this row alone, since entries may be added to a list.
+    list->setModel(new QStringListModel(elementLabels(), list));
     const int element = elementOf(code);
     if (element >= 0) {
         list->setCurrentIndex(element);
@@ -129,7 +130,11 @@ QWidget *ServerSL651EditDialog::makeCodeCell(const QString &code, QWidget *paren
 QString ServerSL651EditDialog::codeOf(const QWidget *cell) const
 {
     const auto *list = qobject_cast<const QComboBox *>(cell);
-    const QString label = list ? list->currentText() : QString();
-    const int element = m_labels->stringList().indexOf(label);
-    return element < 0 ? label : QLatin1String(Sl651::elements().at(element).code);
+    const QString text = list ? list->currentText() : QString();
+    for (const Sl651::Element &element : Sl651::elements()) {
+        if (text == tr(element.label)) {
+            return QLatin1String(element.code);
+        }
+    }
+    return text; // no label in the present language
 }

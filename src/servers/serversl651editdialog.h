@@ -2,8 +2,6 @@
 
 #include "servers/pointtableform.h"
 
-class QStringListModel;
-
 // The form of a Server of protocol "SL651": the telemetry connection of a hydrological station, and the
 // points that are reported, each with the code of an element of the standard.
 class ServerSL651EditDialog : public PointTableForm
@@ -20,8 +18,4 @@ public slots:
 protected:
     QWidget *makeCodeCell(const QString &code, QWidget *parent) override;
     QString codeOf(const QWidget *cell) const override;
-
-private:
-    // The elements as they are shown, in their order; the lists of all rows share it.
-    QStringListModel *m_labels;
 };

@@ -28,6 +28,9 @@ private slots:
     void elementsComeBackInEachLanguage();
     void unknownElementIsSavedAsTheFirst_data();
     void unknownElementIsSavedAsTheFirst();
+    void textThatIsNoElementIsStoredAsItStands_data();
+    void textThatIsNoElementIsStoredAsItStands();
+    void codesAreFoundInTheLanguageOfTheMoment();
     void typing_data();
     void typing();
     void centralStationAddress_data();
@@ -234,6 +237,54 @@ void TestServerSL651EditDialog::unknownElementIsSavedAsTheFirst()
     QCOMPARE(code(form, 0)->currentText(), QStringLiteral("Observation time guide symbol"));
     press(form, "saveButton");
     QCOMPARE(rowsOf(*m_item, serverPointsRole), onePoint("F0"));
+}
+
+void TestServerSL651EditDialog::textThatIsNoElementIsStoredAsItStands_data()
+{
+    QTest::addColumn<int>("place");
+    QTest::newRow("in front") << 0;
+    QTest::newRow("in between") << 50;
+    QTest::newRow("behind") << elementCount;
+}
+
+void TestServerSL651EditDialog::textThatIsNoElementIsStoredAsItStands()
+{
+    QFETCH(int, place);
+    m_item->setData(QVariant::fromValue(RowList{pointRow("Gauge", "own", "39"), pointRow("Gauge", "ph", "46"),
+                                                pointRow("Gauge", "rain", "25")}),
+                    serverPointsRole);
+    ServerSL651EditDialog form(m_item, m_workspace);
+    for (int row : {0, 1}) {
+        code(form, row)->insertItem(place, QStringLiteral("snow depth"));
+    }
+    code(form, 0)->setCurrentIndex(place);
+    form.handleImportedData({point(QStringLiteral("new"))}, source);
+    press(form, "saveButton");
+    QCOMPARE(rowsOf(*m_item, serverPointsRole),
+             (RowList{pointRow("Gauge", "own", "snow depth"), pointRow("Gauge", "ph", "46"),
+                      pointRow("Gauge", "rain", "25"), pointRow("Gauge", "new", "F0")}));
+    QCOMPARE(code(form, 2)->count(), elementCount);
+    QCOMPARE(code(form, 3)->count(), elementCount);
+}
+
+// A row keeps the labels of the language in which it was built.
+void TestServerSL651EditDialog::codesAreFoundInTheLanguageOfTheMoment()
+{
+    m_item->setData(QVariant::fromValue(onePoint("25")), serverPointsRole);
+    ServerSL651EditDialog form(m_item, m_workspace);
+    QTranslator language;
+    QVERIFY(language.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    QVERIFY(QCoreApplication::installTranslator(&language));
+    form.handleImportedData({point(QStringLiteral("new"))}, source);
+    code(form, 1)->setCurrentText(ServerSL651EditDialog::tr("Rainstorm"));
+    QVERIFY(code(form, 1)->currentText() != QStringLiteral("Rainstorm"));
+    press(form, "saveButton");
+    QCOMPARE(rowsOf(*m_item, serverPointsRole),
+             (RowList{pointRow("Gauge", "p", "Rainstorm"), pointRow("Gauge", "new", "25")}));
+    QVERIFY(QCoreApplication::removeTranslator(&language));
+    press(form, "saveButton");
+    QCOMPARE(rowsOf(*m_item, serverPointsRole).value(0), pointRow("Gauge", "p", "25"));
+    QCOMPARE(rowsOf(*m_item, serverPointsRole).value(1).value(2).toString(), code(form, 1)->currentText());
 }
 
 void TestServerSL651EditDialog::typing_data()
