@@ -111,12 +111,18 @@ void ImportDataDialog::buildTree(const QStandardItemModel &projects, const QStri
     }
     m_tree->setModel(model);
     // The arrow keys lead to points as clicks do, so that the table is always of the current definition.
+    // The definition that is shown already keeps its rows as they are selected.
     connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            &ImportDataDialog::onTreeViewClicked);
+            [this](const QModelIndex &current) {
+                if (current != m_shown) {
+                    onTreeViewClicked(current);
+                }
+            });
 }
 
 void ImportDataDialog::onTreeViewClicked(const QModelIndex &index)
 {
+    m_shown = index;
     m_model->clear();
     const auto points = m_points.constFind(index.data().toString());
     if (points != m_points.constEnd()) {

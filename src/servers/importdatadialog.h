@@ -4,6 +4,7 @@
 #include <QJsonObject>
 #include <QList>
 #include <QMap>
+#include <QPersistentModelIndex>
 
 class QModelIndex;
 class QStandardItemModel;
@@ -48,7 +49,8 @@ private:
     QString m_projectName;
     QString m_projectDescription;
     QMap<QString, QList<QJsonObject>> m_points;
-    QStandardItemModel *m_model; // of the table
+    QPersistentModelIndex m_shown; // the node whose points the table shows
+    QStandardItemModel *m_model;   // of the table
     QTreeView *m_tree;
     QTableView *m_table;
 };

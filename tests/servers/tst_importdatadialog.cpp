@@ -102,6 +102,7 @@ private slots:
     void rowClickedTwiceIsNotHandedOver();
     void otherDefinitionForgetsTheSelection();
     void sameDefinitionClickedAgainForgetsTheSelection();
+    void sameDefinitionMadeCurrentKeepsTheSelection();
     void sameRowsAreHandedOverTwice();
     void nothingSelectedIsHandedOverToo();
     void enterHandsNothingOver();
@@ -429,6 +430,22 @@ void TestImportDataDialog::sameDefinitionClickedAgainForgetsTheSelection()
     clickRow(0);
     clickNode(pumps);
     QCOMPARE(pressOk(), Handed({}, QStringLiteral("pumps")));
+}
+
+// A click need not have made its node the current one, as one that a program makes.
+void TestImportDataDialog::sameDefinitionMadeCurrentKeepsTheSelection()
+{
+    QVERIFY(QMetaObject::invokeMethod(m_dialog, "onTreeViewClicked", Q_ARG(QModelIndex, node(pumps))));
+    clickRow(2);
+    clickRow(0);
+    m_tree->setCurrentIndex(node(pumps));
+    QCOMPARE(pressOk(),
+             Handed({point(QStringLiteral("p2"), QStringLiteral("2")),
+                     point(QStringLiteral("p0"), QStringLiteral("0"))},
+                    QStringLiteral("pumps")));
+    m_tree->setCurrentIndex(node(valves));
+    clickRow(0);
+    QCOMPARE(pressOk(), Handed({point(QStringLiteral("v0"), QStringLiteral("9"))}, QStringLiteral("valves")));
 }
 
 // Whether a point may come twice is for the form to say.
