@@ -106,7 +106,6 @@ void PointForm::deleteSelectedItem()
 void PointForm::addPointView(QTableView *view)
 {
     view->setSelectionBehavior(QAbstractItemView::SelectRows);
-    view->setSelectionMode(QAbstractItemView::SingleSelection);
     view->setMinimumHeight(leastHeight);
     view->horizontalHeader()->setHighlightSections(false);
     TableHeader::explain(view);

@@ -26,6 +26,8 @@ private slots:
     void menuOfAnEmptyTableDeletesNothing();
     void onlyTheSelectedRowIsDeleted_data() { forms(); }
     void onlyTheSelectedRowIsDeleted();
+    void rowSelectedFirstIsDeletedFirst_data() { forms(); }
+    void rowSelectedFirstIsDeletedFirst();
     void importWithoutAMainWindowWarns_data() { forms(); }
     void importWithoutAMainWindowWarns();
     void slotsAreCalledByName_data() { forms(); }
@@ -188,6 +190,26 @@ void TestPointForms::onlyTheSelectedRowIsDeleted()
     table(form.data())->selectRow(2);
     form->deleteSelectedItem();
     QCOMPARE(names(form.data()), abc.mid(0, 2));
+}
+
+void TestPointForms::rowSelectedFirstIsDeletedFirst()
+{
+    const QScopedPointer<PointForm> form(shown());
+    form->handleImportedData(points(abc), source);
+    QTableView *view = table(form.data());
+    const auto click = [view](int row, Qt::KeyboardModifiers keys) {
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, keys,
+                          view->visualRect(view->model()->index(row, 1)).center());
+    };
+    click(2, Qt::NoModifier);
+    click(0, Qt::ControlModifier);
+    QCOMPARE(view->selectionModel()->selectedRows().size(), 2);
+    form->deleteSelectedItem();
+    QCOMPARE(names(form.data()), abc.mid(0, 2));
+    form->deleteSelectedItem();
+    QCOMPARE(names(form.data()), abc.mid(1, 1));
+    form->deleteSelectedItem(); // nothing is selected any more
+    QCOMPARE(names(form.data()), abc.mid(1, 1));
 }
 
 void TestPointForms::importWithoutAMainWindowWarns()
