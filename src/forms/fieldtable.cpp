@@ -143,8 +143,8 @@ void FieldTable::clear() const
     for (const Field &field : m_fields) {
         show(field, field.kind == FieldKind::OnOff ? QVariant(QStringLiteral("on")) : QVariant(),
              Unknown::SelectFallback);
-        if (field.kind == FieldKind::List) {
-            comboBox(nameOf(field))->setCurrentIndex(0);
+        if (QComboBox *box = comboBox(nameOf(field))) {
+            box->setCurrentIndex(0);
         }
     }
 }
@@ -414,6 +414,6 @@ void FieldTable::showCode(const Field &field, QComboBox *box, QVariant code, Unk
     code.convert(int(field.choices.first().code.type())); // a document's codes are texts
     const int index = box->findData(code);
     if (index >= 0 || unknown == Unknown::SelectFallback) {
-        box->setCurrentIndex(qMax(index, 0));
+        box->setCurrentIndex(index < 0 && !field.unknownShowsNone ? 0 : index);
     }
 }

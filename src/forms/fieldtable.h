@@ -50,6 +50,7 @@ struct Field {
     QVector<Choice> choices = {};        // of a Coded field, in order; the first stands for an unknown code
     const char *context = nullptr;       // of its texts, where it is not the table's; "" for texts that
                                          // stay as they are
+    bool unknownShowsNone = false; // Coded: for an unknown code nothing is selected in place of the first
 };
 
 // The fields of a form or of one group of it. The widgets belong to the layout's parent widget; the table

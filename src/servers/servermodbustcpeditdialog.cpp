@@ -29,13 +29,17 @@ const QVector<int> &mapRoles()
 
 QVector<Field> slaveFields()
 {
-    const QString protocol = QStringLiteral("ModbusTCP(Slave)");
+    const QString slave = QStringLiteral("ModbusTCP(Slave)");
+    Field protocol =
+        ServerFields::coded("protocol", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Protocol:"),
+                            serverProtocolRole, {{"ModbusTCP(Slave)", slave}});
+    // Compat: on purpose an empty list for another protocol, or for none, unlike in the other forms.
+    protocol.unknownShowsNone = true;
     return {
         {"name", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Server Name:"), FieldKind::ReadOnly,
          Qt::DisplayRole},
         {"type", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Type:"), FieldKind::Text, serverTypeRole},
-        ServerFields::coded("protocol", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Protocol:"),
-                            serverProtocolRole, {{"ModbusTCP(Slave)", protocol}}),
+        protocol,
         {"port", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Port:"), FieldKind::Text, serverPortRole},
     };
 }

@@ -382,27 +382,35 @@ void TestFieldTable::unseenFieldsCarryValuesInNoLayout()
 
 void TestFieldTable::choicesAreStoredAsTheirCodes_data()
 {
+    QTest::addColumn<bool>("unknownShowsNone");
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<QVariant>("saved");
-    QTest::newRow("number") << QVariant(90) << QVariant(90);
-    QTest::newRow("number as a document has it") << QVariant(QStringLiteral("90")) << QVariant(90);
-    QTest::newRow("unknown") << QVariant(3) << QVariant(80);
-    QTest::newRow("nothing") << QVariant() << QVariant(80);
-    QTest::newRow("no number") << QVariant(QStringLiteral("gate")) << QVariant(80);
+    QTest::newRow("number") << false << QVariant(90) << QVariant(90);
+    QTest::newRow("number as a document has it") << false << QVariant(QStringLiteral("90")) << QVariant(90);
+    QTest::newRow("unknown") << false << QVariant(3) << QVariant(80);
+    QTest::newRow("nothing") << false << QVariant() << QVariant(80);
+    QTest::newRow("no number") << false << QVariant(QStringLiteral("gate")) << QVariant(80);
+    QTest::newRow("number, else none") << true << QVariant(90) << QVariant(90);
+    QTest::newRow("unknown, so none") << true << QVariant(3) << QVariant();
+    QTest::newRow("nothing, so none") << true << QVariant() << QVariant();
 }
 
 void TestFieldTable::choicesAreStoredAsTheirCodes()
 {
+    QFETCH(bool, unknownShowsNone);
     QFETCH(QVariant, stored);
     QFETCH(QVariant, saved);
     Field field{"type", "Type:", FieldKind::Coded, stationRole};
     field.choices = {{"rain", 80}, {"gate", 90}};
+    field.unknownShowsNone = unknownShowsNone;
     Page page({field});
     QStandardItem item;
     item.setData(stored, stationRole);
     page.table.fill(&item);
     page.table.save(&item);
     QCOMPARE(item.data(stationRole), saved);
+    page.table.clear();
+    QCOMPARE(page.table.value(QStringLiteral("type")), QVariant(80));
 }
 
 void TestFieldTable::numberedButtonsAreStoredAsANumber_data()

@@ -46,6 +46,8 @@ private slots:
     void formMayCloseUnderItsMenu();
     void rolesOfTheWrongTypeDoNoHarm_data() { forms(); }
     void rolesOfTheWrongTypeDoNoHarm();
+    void unknownProtocol_data();
+    void unknownProtocol();
     void columnsFillTheTable_data() { forms(); }
     void columnsFillTheTable();
 
@@ -356,6 +358,33 @@ void TestPointForms::rolesOfTheWrongTypeDoNoHarm()
     m_item->setData(m_item->data(serverPointsRole), serverHoldingRegistersRole);
     form->replaceItem(m_item);
     QCOMPARE(names(form.data()), (QStringList{QString(), QString(), QStringLiteral("2")}));
+}
+
+void TestPointForms::unknownProtocol_data()
+{
+    QTest::addColumn<QString>("shownProtocol");
+    QTest::newRow("ServerModbusTCPEditDialog") << QString();
+    QTest::newRow("ServerHJ212EditDialog") << QStringLiteral("HJ212");
+    QTest::newRow("ServerSL651EditDialog") << QStringLiteral("SL651");
+}
+
+void TestPointForms::unknownProtocol()
+{
+    QFETCH(QString, shownProtocol);
+    const QScopedPointer<PointForm> form(shown());
+    const QComboBox *protocol = list(*form, "protocol");
+    QCOMPARE(protocol->currentText(), shownProtocol);
+    for (const char *stored : {"ModbusTCP(Slave)", "HJ212", "SL651", "MQTT"}) {
+        m_item->setData(QString::fromLatin1(stored), serverProtocolRole);
+        const QScopedPointer<PointForm> opened(make(m_item, m_workspace));
+        form->replaceItem(m_item);
+        const QString expected =
+            protocol->itemText(0) == QLatin1String(stored) ? protocol->itemText(0) : shownProtocol;
+        QCOMPARE(protocol->currentText(), expected);
+        QCOMPARE(list(*opened, "protocol")->currentText(), expected);
+    }
+    form->clearData();
+    QCOMPARE(protocol->currentIndex(), 0);
 }
 
 void TestPointForms::columnsFillTheTable()

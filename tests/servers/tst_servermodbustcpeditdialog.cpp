@@ -249,6 +249,7 @@ void TestServerModbusTCPEditDialog::replaceItemShowsTheOther()
     showInput();
     m_form->handleImportedData({point(QStringLiteral("a"))}, source);
     QStandardItem other(QStringLiteral("Second"));
+    other.setData(QStringLiteral("ModbusTCP(Slave)"), serverProtocolRole);
     other.setData(QStringLiteral("Other"), serverTypeRole);
     other.setData(QStringLiteral("77"), serverPortRole);
     other.setData(QVariant::fromValue(rowsOfLengths({3})), serverHoldingRegistersRole);
