@@ -8,6 +8,7 @@
 
 #include <QHeaderView>
 #include <QMenu>
+#include <QPointer>
 #include <QTableView>
 
 namespace {
@@ -81,11 +82,14 @@ void PointForm::showContextMenu(const QPoint &pos)
 
 void PointForm::importDataPoints()
 {
-    log(QStringLiteral("Import Data Points"));
+    const QPointer<PointForm> alive(this); // the box runs an event loop of its own
     if (workspace()) {
         workspace()->openImportDataDialog();
     } else {
         Tell::warning(this, tr("Warning"), tr("Main window pointer is not set."));
+    }
+    if (alive) {
+        log(QStringLiteral("Import Data Points"));
     }
 }
 
@@ -99,8 +103,9 @@ void PointForm::deleteSelectedItem()
     if (selected.isEmpty()) {
         return;
     }
-    logToFile(QLatin1String(m_points.deletedLine));
+    const QLatin1String line(m_points.deletedLine); // may be needed after the form, see removePoint()
     removePoint(view->model(), selected.first().row());
+    logToFile(line);
 }
 
 void PointForm::addPointView(QTableView *view)

@@ -44,6 +44,7 @@ protected:
     virtual QStringList leadingCells(const QJsonObject &point, const QString &currentPLC) const = 0;
     // Appends a row for a point that the table does not have.
     virtual void appendPoint(const QStringList &leading, const QJsonObject &point) = 0;
+    // May run an event loop in which the form is closed.
     virtual void removePoint(QAbstractItemModel *model, int row);
 
     const QVector<QTableView *> &pointViews() const { return m_views; }

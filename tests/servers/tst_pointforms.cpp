@@ -38,12 +38,20 @@ private slots:
     void emptyImportChangesNothing();
     void linesOfTheActivityLog_data();
     void linesOfTheActivityLog();
+    void importIsLoggedWhenItHasRun_data() { forms(); }
+    void importIsLoggedWhenItHasRun();
+    void warningIsLoggedWhenItHasGone_data() { forms(); }
+    void warningIsLoggedWhenItHasGone();
+    void deleteIsLoggedWhenTheRowHasGone_data() { forms(); }
+    void deleteIsLoggedWhenTheRowHasGone();
     void cancelLeavesTheItemAlone_data() { forms(); }
     void cancelLeavesTheItemAlone();
     void formOutlivesItsNode_data() { forms(); }
     void formOutlivesItsNode();
     void formMayCloseUnderItsMenu_data() { forms(); }
     void formMayCloseUnderItsMenu();
+    void formMayCloseUnderTheWarning_data() { forms(); }
+    void formMayCloseUnderTheWarning();
     void rolesOfTheWrongTypeDoNoHarm_data() { forms(); }
     void rolesOfTheWrongTypeDoNoHarm();
     void unknownProtocol_data();
@@ -93,6 +101,22 @@ QList<QJsonObject> points(const QStringList &names)
     }
     return list;
 }
+
+// Looks at what is in the log while the import runs.
+class ImportWatch : public WorkspaceFake
+{
+public:
+    explicit ImportWatch(const LogTail *log)
+        : m_log(log)
+    {
+    }
+    void openImportDataDialog() override { events = m_log->events(); }
+
+    QStringList events{QStringLiteral("no import")};
+
+private:
+    const LogTail *m_log;
+};
 
 const QStringList abc = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
 
@@ -309,6 +333,50 @@ void TestPointForms::linesOfTheActivityLog()
     QCOMPARE(log.events(), lines);
 }
 
+void TestPointForms::importIsLoggedWhenItHasRun()
+{
+    QFETCH(QString, className);
+    const QStringList line(className + QStringLiteral(": Import Data Points"));
+    const LogTail log(className);
+    ImportWatch watch(&log);
+    const QScopedPointer<PointForm> form(make(m_item, &watch));
+    const QStringList opened = log.events();
+    form->importDataPoints();
+    QCOMPARE(watch.events, opened);
+    QCOMPARE(log.events(), opened + line);
+}
+
+void TestPointForms::warningIsLoggedWhenItHasGone()
+{
+    QFETCH(QString, className);
+    const QScopedPointer<PointForm> form(make(m_item, nullptr));
+    const LogTail log(className);
+    QStringList besideTheBox{QStringLiteral("no box")};
+    m_boxes->expect();
+    QTimer::singleShot(0, this, [&] { besideTheBox = log.events(); });
+    form->importDataPoints();
+    QCOMPARE(besideTheBox, QStringList());
+    QCOMPARE(log.events(), QStringList(className + QStringLiteral(": Import Data Points")));
+}
+
+void TestPointForms::deleteIsLoggedWhenTheRowHasGone()
+{
+    const QScopedPointer<PointForm> form(shown());
+    form->handleImportedData(points(abc), source);
+    table(form.data())->selectRow(0);
+    const LogTail log(QStringLiteral("Server"));
+    QStringList before;
+    const auto look = [&] { before.append(log.events()); };
+    const QAbstractItemModel *model = table(form.data())->model();
+    connect(model, &QAbstractItemModel::rowsRemoved, this, look);
+    connect(model, &QAbstractItemModel::dataChanged, this, look); // as of the addresses that close up
+    form->deleteSelectedItem();
+    QCOMPARE(names(form.data()), abc.mid(1));
+    QCOMPARE(before, QStringList());
+    QCOMPARE(log.events().size(), 1);
+    QVERIFY(log.events().first().endsWith(QStringLiteral("elete")));
+}
+
 void TestPointForms::cancelLeavesTheItemAlone()
 {
     const QScopedPointer<PointForm> form(shown());
@@ -344,6 +412,17 @@ void TestPointForms::formMayCloseUnderItsMenu()
     });
     form->showContextMenu(QPoint(5, 5));
     QVERIFY(!form);
+}
+
+void TestPointForms::formMayCloseUnderTheWarning()
+{
+    QFETCH(QString, className);
+    QPointer<PointForm> form(make(m_item, nullptr));
+    const LogTail log(className);
+    QTimer::singleShot(0, this, [&] { delete form; });
+    form->importDataPoints();
+    QVERIFY(!form);
+    QCOMPARE(log.events(), QStringList(className + QStringLiteral(": destroyed")));
 }
 
 void TestPointForms::rolesOfTheWrongTypeDoNoHarm()

@@ -25,6 +25,7 @@ private slots:
     void otherColumnsAreNotChecked();
     void foreignChangeIsNotChecked();
     void formMayCloseUnderTheConflict();
+    void formMayCloseUnderTheConflictOfADelete();
     void mapsAreIndependent();
     void hugeNumbersDoNoHarm();
 };
@@ -213,6 +214,20 @@ void TestRegisterMaps::formMayCloseUnderTheConflict()
     });
     // The box dies with its form, before anybody answers it.
     setAddress(holding(), 1, "1");
+    QVERIFY(!m_form);
+}
+
+void TestRegisterMaps::formMayCloseUnderTheConflictOfADelete()
+{
+    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("10"), QStringLiteral("2")),
+          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("5"), QStringLiteral("1")),
+          row(QStringLiteral("c"), QStringLiteral("t"), QStringLiteral("3"), QStringLiteral("1"))});
+    QTimer::singleShot(0, this, [this] {
+        delete m_form;
+        m_form = nullptr;
+    });
+    view("holdingRegisters")->selectRow(0);
+    m_form->deleteSelectedItem();
     QVERIFY(!m_form);
 }
 
