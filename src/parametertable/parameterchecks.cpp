@@ -225,7 +225,9 @@ void ParameterEditor::checkLength(QLineEdit *editor)
 void ParameterEditor::checkNumber(QLineEdit *editor)
 {
     bool number = false;
-    if (editor->text().trimmed().toDouble(&number) >= 0 && number) {
+    const double value = editor->text().trimmed().toDouble(&number);
+    // Compat: "nan" stands on purpose, since it is a number and not negative; so does "inf".
+    if (number && !(value < 0)) {
         return;
     }
     const QPointer<QLineEdit> guarded(editor);

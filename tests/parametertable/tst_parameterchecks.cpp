@@ -154,7 +154,11 @@ void TestParameterChecks::amplitudeOfALoadedRow_data()
     QTest::addColumn<bool>("kept");
     QTest::newRow("number") << "2.5" << true;
     QTest::newRow("exponent") << "1e3" << true;
+    QTest::newRow("no number by its name") << "nan" << true;
+    QTest::newRow("infinite") << "inf" << true;
+    QTest::newRow("negative zero") << "-0" << true;
     QTest::newRow("minus") << "-3" << false;
+    QTest::newRow("negative infinite") << "-inf" << false;
     QTest::newRow("empty") << "" << false;
     QTest::newRow("letters") << "abc" << false;
 }
