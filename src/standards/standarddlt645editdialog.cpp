@@ -226,10 +226,11 @@ void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
     if (!page) {
         page = makePage(title);
     }
-    const QVariantList settings = rows.isEmpty() ? QVariantList() : rows.takeFirst();
     auto *version = page->findChild<QComboBox *>(QStringLiteral("protocolVersionComboBox"));
-    page->findChild<QLineEdit *>(QStringLiteral("slaveAddressEdit"))->setText(settings.value(0).toString());
-    {
+    if (!rows.isEmpty()) {
+        const QVariantList settings = rows.takeFirst();
+        page->findChild<QLineEdit *>(QStringLiteral("slaveAddressEdit"))
+            ->setText(settings.value(0).toString());
         // This page need not be the current one, on which a change of the edition would act.
         const QSignalBlocker quiet(version);
         version->setCurrentText(settings.value(1).toString());

@@ -26,7 +26,7 @@ public:
     // Appends a tab with the 2007 items and the next number; it does not become the current one.
     void addTab();
     // Fills the tab of that title, made if missing: row 0 holds slave address and edition, each further row,
-    // by position, a tick, an item label and the user's name.
+    // by position, a tick, an item label and the user's name. Without any row the tab keeps its settings.
     void loadTab(QString title, QList<QVariantList> rows);
 
     QLineEdit *nameEdit() const;

@@ -40,6 +40,7 @@ private slots:
     void wheelLeavesTheEditionAlone();
     void storedRowsAreAppliedByPosition();
     void unknownEditionIsTheNewer();
+    void tabWithoutRowsKeepsItsSettings();
     void deletedTabClosesTheNumbers();
     void controlWClosesTheCurrentTab();
     void replaceItemSelectsOtherEntries();
@@ -303,6 +304,21 @@ void TestStandardDLT645EditDialog::unknownEditionIsTheNewer()
     QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), QStringLiteral("DLT645_2007"));
     QCOMPARE(table->rowCount(), 44);
     QCOMPARE(table->item(0, 1)->text(), QStringLiteral("label"));
+}
+
+void TestStandardDLT645EditDialog::tabWithoutRowsKeepsItsSettings()
+{
+    m_item->setData(QVariant::fromValue(GroupMap{{QStringLiteral("DLT645-1"), {}}}), standardDatasRole);
+    standardDLT645EditDialog form(m_item, m_workspace);
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QStringLiteral("AAAAAAAAAAAA"));
+    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), QStringLiteral("DLT645_2007"));
+    QCOMPARE(form.findChild<QTableWidget *>()->rowCount(), 44);
+    form.loadTab(QStringLiteral("Modbus-1"), {{QString(), QStringLiteral("DLT645_1997")}});
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QString()); // as stored
+    find<QLineEdit>(form, "slaveAddressEdit")->setText(QStringLiteral("12"));
+    form.loadTab(QStringLiteral("Modbus-1"), {});
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QStringLiteral("12"));
+    QCOMPARE(form.findChild<QTableWidget *>()->rowCount(), 30);
 }
 
 void TestStandardDLT645EditDialog::deletedTabClosesTheNumbers()
