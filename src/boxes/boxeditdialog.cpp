@@ -21,6 +21,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 constexpr int clockInterval = 1000; // ms
@@ -155,8 +157,10 @@ void BoxEditDialog::clearData()
 
 void BoxEditDialog::connectToServer()
 {
-    if (m_protocol) {
-        disconnectFromServer();
+    const QPointer<BoxEditDialog> alive(this);
+    disconnectFromServer();
+    if (!alive || m_protocol) {
+        return; // who heard of the end has closed the form or connected it already
     }
     m_protocol = new Protocol(this);
     listenTo(m_protocol);
@@ -172,17 +176,21 @@ void BoxEditDialog::disconnectFromServer()
     if (!m_protocol) {
         return;
     }
+    const QPointer<BoxEditDialog> alive(this);
     endSession();
+    if (!alive) {
+        return;
+    }
     m_status->setText(tr("Connection status: Not connected"));
     logToFile(QStringLiteral("BoxEditDialog: disconnect"));
 }
 
 void BoxEditDialog::endSession()
 {
-    if (m_protocol) {
-        // It may be on the stack below a message box, so it is not for this form to delete it.
-        m_protocol->dispose();
-        m_protocol = nullptr;
+    // It may be on the stack below a message box, so it is not for this form to delete it. Who hears of its
+    // end may delete the form.
+    if (Protocol *session = std::exchange(m_protocol, nullptr)) {
+        session->dispose();
     }
 }
 

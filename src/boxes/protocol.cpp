@@ -191,14 +191,19 @@ void Protocol::closeConnection()
 
 void Protocol::dispose()
 {
-    disconnect();
-    closeConnection();
-    if (m_holds == 0) {
-        delete this;
+    if (m_disposed) {
         return;
     }
     m_disposed = true;
+    // Who hears of the end may delete the parent, or let events in: neither may end the session below.
     setParent(nullptr);
+    ++m_holds;
+    closeConnection();
+    m_socket.abort(); // bytes to send put the end off
+    blockSignals(true);
+    if (--m_holds == 0) {
+        delete this;
+    }
 }
 
 void Protocol::handleDisconnected()

@@ -86,9 +86,9 @@ public:
     // Connects without looking at the state.
     void openConnection(const QString &ip);
     void closeConnection();
-    // Closes the link, lets no signal out any more, and deletes the object: at once, or, while one of its
-    // calls is on the stack below a slot or a message box, when that has returned. Until then it has no
-    // parent.
+    // Closes the link, of which whoever listens hears as of any disconnection, and deletes the object: at
+    // once, or, while one of its calls is on the stack below a slot or a message box, when that has returned.
+    // Until then it has no parent, and lets no signal out but destroyed.
     void dispose();
 
     // Requests. On a link that is not open the status tells so and the request is lost.

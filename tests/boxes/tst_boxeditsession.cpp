@@ -27,6 +27,9 @@ private slots:
     void showsStatusAndVersion();
     void connectTwiceReplacesTheSession();
     void disconnectDropsTheSessionOnce();
+    void endOfTheSessionIsHeard_data();
+    void endOfTheSessionIsHeard();
+    void listenerMayConnectAnew();
     void readAfterDisconnectMakesASession();
     void cancelDisconnectsBeforeItRejects();
     void offlineIsToldInTheMessageDock();
@@ -98,6 +101,45 @@ void TestBoxEditSession::disconnectDropsTheSessionOnce()
     QCOMPARE(status(), QStringLiteral("untouched"));
     QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: disconnect")));
     QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
+}
+
+void TestBoxEditSession::endOfTheSessionIsHeard_data()
+{
+    QTest::addColumn<QByteArray>("end");
+    for (const char *end : {"disconnectButton", "connectButton", "cancelButton", "form deleted"}) {
+        QTest::newRow(end) << QByteArray(end);
+    }
+}
+
+void TestBoxEditSession::endOfTheSessionIsHeard()
+{
+    QFETCH(QByteArray, end);
+    open();
+    QVERIFY(connected());
+    QStringList heard;
+    connect(m_form->protocol(), &Protocol::connectionStatusChanged, m_box.get(),
+            [&](const QString &told) { heard.append(told); });
+    connect(m_form->protocol(), &QObject::destroyed, m_box.get(),
+            [&] { heard.append(QStringLiteral("destroyed")); });
+    if (end == "form deleted") {
+        delete m_form;
+    } else {
+        click(end.constData());
+    }
+    QCOMPARE(heard,
+             (QStringList{QStringLiteral("Connection status: Disconnected"), QStringLiteral("destroyed")}));
+    QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
+}
+
+void TestBoxEditSession::listenerMayConnectAnew()
+{
+    open();
+    QVERIFY(connected());
+    connect(m_form->protocol(), &Protocol::connectionStatusChanged, m_form,
+            [this] { m_form->connectToServer(); });
+    click("connectButton");
+    QCOMPARE(m_form->findChildren<Protocol *>(), QList<Protocol *>{m_form->protocol()});
+    QTRY_COMPARE(m_box->count(), 2);
 }
 
 void TestBoxEditSession::readAfterDisconnectMakesASession()

@@ -305,9 +305,10 @@ void TestBoxEditTransfer::formMayDie_data()
 {
     QTest::addColumn<QByteArray>("moment");
     for (const char *moment :
-         {"while connecting", "after the link broke", "below an update's box", "below a write's box",
-          "below a binding failure's box", "below the host address dialog", "below the file dialog",
-          "while the verdict is awaited", "below the time-out's box"}) {
+         {"while connecting", "after the link broke", "when it disconnects", "when it connects anew",
+          "below an update's box", "below a write's box", "below a binding failure's box",
+          "below the host address dialog", "below the file dialog", "while the verdict is awaited",
+          "below the time-out's box"}) {
         QTest::newRow(moment) << QByteArray(moment);
     }
 }
@@ -328,6 +329,14 @@ void TestBoxEditTransfer::formMayDie()
         m_box->link(0)->abort();
         QTRY_COMPARE(status(), QStringLiteral("Connection status: Disconnected"));
         delete m_form;
+    } else if (moment == "when it disconnects" || moment == "when it connects anew") {
+        connect(m_form->protocol(), &Protocol::connectionStatusChanged, m_box.get(),
+                [this] { delete m_form; });
+        if (moment == "when it disconnects") {
+            m_form->disconnectFromServer();
+        } else {
+            m_form->connectToServer();
+        }
     } else if (moment == "below an update's box") {
         actBelowTheNextBox(kill);
         answer(jsonAnswer(R"({"type":"8","pares":{"NTP":"4.1.1.1"}})"));

@@ -46,6 +46,9 @@ private slots:
 
     void disposedFromItsOwnSignals_data();
     void disposedFromItsOwnSignals();
+    void disposalIsHeard_data();
+    void disposalIsHeard();
+    void disposalBelowItsOwnCallIsHeard();
     void deletedWhileConnected();
     void deletedWhileConnecting();
     void deletedWhileClosing();
@@ -361,6 +364,62 @@ void tst_Protocol::disposedFromItsOwnSignals()
     }
     QCOMPARE(lines.last(), line);
     QCOMPARE(lines.count(line), 1);
+}
+
+void tst_Protocol::disposalIsHeard_data()
+{
+    QTest::addColumn<QByteArray>("moment");
+    QTest::addColumn<QStringList>("lines");
+    const QString destroyed = QStringLiteral("destroyed");
+    // There is no disconnection of a link that has not come up.
+    for (const char *moment : {"closed", "connecting"}) {
+        QTest::newRow(moment) << QByteArray(moment) << QStringList{destroyed};
+    }
+    for (const char *moment : {"connected", "bytes to send"}) {
+        QTest::newRow(moment) << QByteArray(moment) << QStringList{disconnected, destroyed};
+    }
+}
+
+void tst_Protocol::disposalIsHeard()
+{
+    QFETCH(QByteArray, moment);
+    QFETCH(QStringList, lines);
+    const QPointer<Protocol> protocol = new Protocol;
+    Told told(protocol);
+    connect(protocol, &QObject::destroyed, this, [&] { told.lines.append(QStringLiteral("destroyed")); });
+    if (moment != "closed") {
+        protocol->openConnection(address);
+    }
+    if (moment == "connected" || moment == "bytes to send") {
+        QTRY_COMPARE(m_box->received(), heartbeat);
+    }
+    if (moment == "bytes to send") {
+        protocol->readLanAllocation();
+    }
+    protocol->dispose();
+    QVERIFY(!protocol);
+    QCOMPARE(told.lines, lines);
+    QTRY_VERIFY(!m_box->isLinked());
+}
+
+// What comes behind it in the same answer is not told any more.
+void tst_Protocol::disposalBelowItsOwnCallIsHeard()
+{
+    const QPointer<Protocol> protocol = new Protocol;
+    Told told(protocol);
+    connect(protocol, &QObject::destroyed, this, [&] { told.lines.append(QStringLiteral("destroyed")); });
+    connect(protocol, &Protocol::connectionStatusChanged, this, [&](const QString &status) {
+        if (status == connected) {
+            protocol->dispose();
+            QVERIFY(protocol);
+        }
+    });
+    protocol->openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->send(answer + answer);
+    QTRY_VERIFY(!protocol);
+    QCOMPARE(told.lines, (QStringList{connected, disconnected, QStringLiteral("destroyed")}));
+    QTRY_VERIFY(!m_box->isLinked());
 }
 
 void tst_Protocol::deletedWhileConnected()
