@@ -116,28 +116,12 @@ bool FileTransfer::sendDigest()
 
 void FileTransfer::awaitVerdict()
 {
-    // What came first counts: a second transfer that is started meanwhile runs inside this loop and may keep
-    // it from returning until long after.
-    enum { Pending, Answered, TimedOut } outcome = Pending;
-    QByteArray answer;
     QEventLoop loop;
     QTimer timer;
     timer.setSingleShot(true);
     timer.setTimerType(Qt::PreciseTimer); // a coarse one may give up 5 % early
-    // What both lambdas refer to outlives the loop, their context.
-    QObject::connect(m_socket, &QIODevice::readyRead, &loop, [&] {
-        if (outcome == Pending) { // clazy:exclude=lambda-in-connect
-            outcome = Answered;
-            answer = m_socket->readAll(); // clazy:exclude=lambda-in-connect
-        }
-        loop.quit();
-    });
-    QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
-        if (outcome == Pending) {
-            outcome = TimedOut;
-        }
-        loop.quit();
-    });
+    QObject::connect(m_socket, &QIODevice::readyRead, &loop, &QEventLoop::quit);
+    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
     QObject::connect(m_socket, &QObject::destroyed, &loop, &QEventLoop::quit);
     timer.start(m_timeouts.verdict);
     loop.exec();
@@ -145,7 +129,10 @@ void FileTransfer::awaitVerdict()
     if (!m_socket) {
         return;
     }
-    if (outcome == TimedOut) {
+    // Compat: judged by what holds now, not by what ended the wait. A second transfer that is started
+    // meanwhile runs inside the loop and may keep it from returning until the time is up, whatever came
+    // before.
+    if (!timer.isActive()) {
         m_progress(0);
         m_result.boxTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout"));
         m_result.boxText =
@@ -153,14 +140,14 @@ void FileTransfer::awaitVerdict()
         m_result.line =
             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout:Timeout while waiting for checksum result."));
     } else {
-        judge(answer);
+        judge(m_socket->readAll());
         m_result.ended = true;
     }
     m_socket->disconnectFromHost();
     m_socket->deleteLater();
 }
 
-// A verdict that is not whole at its first bytes is none, and nothing is said about it: a Box sends it in one
+// A verdict that is not whole when the wait ends is none, and nothing is said about it: a Box sends it in one
 // piece.
 void FileTransfer::judge(const QByteArray &answer)
 {

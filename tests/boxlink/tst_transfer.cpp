@@ -82,7 +82,8 @@ private slots:
     void temporaryFileGoesWithItsDigest_data();
     void temporaryFileGoesWithItsDigest();
     void ownerMayDieWhileTheVerdictIsAwaited();
-    void secondTransferDuringTheWaitLeavesTheFirstItsVerdict();
+    void secondTransferDuringTheWait_data();
+    void secondTransferDuringTheWait();
     void endOfTheProgramEndsTheWait();
 
 private:
@@ -442,27 +443,55 @@ void TestTransfer::ownerMayDieWhileTheVerdictIsAwaited()
     QCOMPARE(m_percentages, (QList<int>{0, 100}));
 }
 
-void TestTransfer::secondTransferDuringTheWaitLeavesTheFirstItsVerdict()
+void TestTransfer::secondTransferDuringTheWait_data()
 {
+    QTest::addColumn<int>("firstTimeout"); // ms; the second one's is 400, and it gets no verdict
+    QTest::addColumn<QList<QByteArray>>("pieces");
+    QTest::addColumn<QString>("line");
+    const QString success = QStringLiteral("Checksum Result:Checksum successful.");
+    const QString timeout = QStringLiteral("Timeout:Timeout while waiting for checksum result.");
+    const QByteArray verdict = ::success();
+    QTest::newRow("no verdict, time up") << 200 << QList<QByteArray>() << timeout;
+    QTest::newRow("verdict, time up") << 200 << QList<QByteArray>{verdict} << timeout;
+    QTest::newRow("verdict, time left") << 8000 << QList<QByteArray>{verdict} << success;
+    QTest::newRow("verdict in pieces, time left")
+        << 8000 << QList<QByteArray>{verdict.left(4), verdict.mid(4)} << success;
+    QTest::newRow("two verdicts, time left") << 8000 << QList<QByteArray>{verdict, verdict} << QString();
+}
+
+// The second transfer runs in the loop of the first and ends before it: what the first is told, in this call.
+void TestTransfer::secondTransferDuringTheWait()
+{
+    QFETCH(int, firstTimeout);
+    QFETCH(QList<QByteArray>, pieces);
+    QFETCH(QString, line);
     BoxPeer box(boxAddress);
     FileTransfer::Result second;
     bool started = false;
+    QTimer speaker; // a piece at a time, so that each arrives on its own
+    connect(&speaker, &QTimer::timeout, this, [&] {
+        if (!pieces.isEmpty()) {
+            box.send(0, pieces.takeFirst());
+        }
+    });
     box.heard = [&](int index) {
         if (index == 0 && !started) {
             started = true;
-            // From the first one's loop: its answer and its time-out both fall into this call.
             QTimer::singleShot(0, this, [&] {
-                m_timeouts.verdict = 1500;
+                m_timeouts.verdict = 400;
                 second = transfer(job("b"));
             });
         } else if (index == 1) {
-            box.send(0, success());
+            speaker.start(10);
         }
     };
-    m_timeouts.verdict = 1000;
+    m_timeouts.verdict = firstTimeout;
     const FileTransfer::Result first = transfer(job("a"));
+    QVERIFY(pieces.isEmpty());
     QCOMPARE(second.line, QStringLiteral("Timeout:Timeout while waiting for checksum result."));
-    QCOMPARE(first.line, QStringLiteral("Checksum Result:Checksum successful."));
+    QCOMPARE(first.line, line);
+    QCOMPARE(first.boxTitle, firstTimeout < 400 ? QStringLiteral("Timeout") : QString());
+    QCOMPARE(first.ended, firstTimeout > 400);
     QTRY_VERIFY(m_owner->children().isEmpty());
 }
 
