@@ -1,69 +1,31 @@
-#include "boxlink/filetransfer.h"
+#include "transfertest.h"
 
 #include "support/boxpeer.h"
 
 #include <QElapsedTimer>
-#include <QFile>
-#include <QPointer>
-#include <QSemaphore>
-#include <QTemporaryDir>
-#include <QThread>
 #include <QtTest>
 
-#include <memory>
-
 namespace {
-
-const auto boxAddress = QStringLiteral("127.0.11.2");
 
 QByteArray hex(const char *digits)
 {
     return QByteArray::fromHex(digits);
 }
 
-// A project verdict of success.
-QByteArray success()
-{
-    return hex("12340300 0a00 03 00 5678");
-}
-
-// A Box in a thread of its own, for what happens while the program blocks. It serves one connection.
-class ThreadedBox
-{
-public:
-    explicit ThreadedBox(std::function<void(QTcpSocket &)> serve)
-    {
-        m_thread.reset(QThread::create([this, serve = std::move(serve)] {
-            QTcpServer server;
-            m_listening = server.listen(QHostAddress(boxAddress), 30088);
-            m_ready.release();
-            if (m_listening && server.waitForNewConnection(10000)) {
-                const std::unique_ptr<QTcpSocket> link(server.nextPendingConnection());
-                serve(*link);
-            }
-        }));
-        m_thread->start();
-        m_ready.acquire();
-    }
-    ~ThreadedBox() { m_thread->wait(); }
-    Q_DISABLE_COPY(ThreadedBox)
-
-    bool isListening() const { return m_listening; }
-
-private:
-    QSemaphore m_ready;
-    bool m_listening = false;
-    std::unique_ptr<QThread> m_thread;
-};
-
 } // namespace
 
 // The push of a file to a Box: the bytes of every frame, and what the user is told of every end.
-class TestTransfer : public QObject
+class TestTransfer : public QObject, protected TransferTest
 {
     Q_OBJECT
+public:
+    TestTransfer()
+        : TransferTest(QStringLiteral("127.0.11.2"))
+    {
+    }
+
 private slots:
-    void init();
+    void init() { reset(); }
     void sendsChunksAndDigest_data();
     void sendsChunksAndDigest();
     void verdict_data();
@@ -75,60 +37,13 @@ private slots:
     void sendsFromTheLocalAddress();
     void fileThatCantBeOpened();
     void fileThatCantBeOpenedAgain();
-    void linkLostWhileSending();
-    void linkLostAfterTheLastChunkIsSilent();
-    void percentageSurvivesLargeFiles();
-    void totalIsAnnouncedIn32Bits();
     void temporaryFileGoesWithItsDigest_data();
     void temporaryFileGoesWithItsDigest();
     void ownerMayDieWhileTheVerdictIsAwaited();
     void secondTransferDuringTheWait_data();
     void secondTransferDuringTheWait();
     void endOfTheProgramEndsTheWait();
-
-private:
-    QString write(const QByteArray &content);
-    FileTransfer::Result transfer(const FileTransfer::Job &job);
-    FileTransfer::Job job(const QByteArray &content, Frame::Command command = Frame::projectTransfer);
-
-    std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<QObject> m_owner;
-    QList<int> m_percentages;
-    FileTransfer::Timeouts m_timeouts;
 };
-
-void TestTransfer::init()
-{
-    m_dir = std::make_unique<QTemporaryDir>();
-    m_owner = std::make_unique<QObject>();
-    m_percentages.clear();
-    m_timeouts = {};
-}
-
-QString TestTransfer::write(const QByteArray &content)
-{
-    QFile file(m_dir->filePath(QStringLiteral("file.bin")));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-        qFatal("no file to send");
-    }
-    return file.fileName();
-}
-
-FileTransfer::Job TestTransfer::job(const QByteArray &content, Frame::Command command)
-{
-    FileTransfer::Job job;
-    job.command = command;
-    job.path = write(content);
-    job.boxAddress = boxAddress;
-    return job;
-}
-
-FileTransfer::Result TestTransfer::transfer(const FileTransfer::Job &job)
-{
-    FileTransfer transfer(
-        job, m_owner.get(), [this](int percentage) { m_percentages.append(percentage); }, m_timeouts);
-    return transfer.run();
-}
 
 void TestTransfer::sendsChunksAndDigest_data()
 {
@@ -157,7 +72,7 @@ void TestTransfer::sendsChunksAndDigest()
     QFETCH(int, command);
     QFETCH(QByteArray, content);
     QFETCH(QByteArray, stream);
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     QVERIFY(box.isListening());
     box.heard = [&](int index) {
         if (box.received(index).size() >= stream.size()) {
@@ -203,7 +118,7 @@ void TestTransfer::verdict()
     QFETCH(QByteArray, answer);
     QFETCH(QString, line);
     QFETCH(int, percentage);
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     box.heard = [&](int index) {
         if (box.received(index).size() == 50) {
             box.send(index, answer);
@@ -219,7 +134,7 @@ void TestTransfer::verdict()
 
 void TestTransfer::percentageIsTruncated()
 {
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     m_timeouts.verdict = 1;
     transfer(job(QByteArray(3 * 1024 - 1, 'x')));
     QCOMPARE(m_percentages, (QList<int>{0, 33, 66, 100, 0}));
@@ -227,7 +142,7 @@ void TestTransfer::percentageIsTruncated()
 
 void TestTransfer::verdictThatStaysAwayIsATimeout()
 {
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     m_timeouts.verdict = 50;
     QElapsedTimer clock;
     clock.start();
@@ -258,7 +173,7 @@ void TestTransfer::noBoxAtTheAddress()
 
 void TestTransfer::localAddressThatCantBeBound()
 {
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     FileTransfer::Job bound = job("a");
     bound.localAddress = QStringLiteral("192.0.2.1");
     const FileTransfer::Result result = transfer(bound);
@@ -271,7 +186,7 @@ void TestTransfer::localAddressThatCantBeBound()
 
 void TestTransfer::sendsFromTheLocalAddress()
 {
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     FileTransfer::Job bound = job("a");
     bound.localAddress = QStringLiteral("127.0.11.3");
     box.heard = [&](int index) { box.send(index, success()); };
@@ -281,7 +196,7 @@ void TestTransfer::sendsFromTheLocalAddress()
 
 void TestTransfer::fileThatCantBeOpened()
 {
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     FileTransfer::Job missing = job("a");
     QVERIFY(QFile::remove(missing.path));
     const FileTransfer::Result result = transfer(missing);
@@ -299,7 +214,7 @@ void TestTransfer::fileThatCantBeOpened()
 
 void TestTransfer::fileThatCantBeOpenedAgain()
 {
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     const FileTransfer::Job vanishing = job("a");
     FileTransfer transfer(
         vanishing, m_owner.get(),
@@ -317,95 +232,6 @@ void TestTransfer::fileThatCantBeOpenedAgain()
     QTRY_COMPARE(box.received(0).toHex(), hex("12340300 1400 01 01000000 0100 01000000 61 5678").toHex());
 }
 
-void TestTransfer::linkLostWhileSending()
-{
-    const ThreadedBox box([](QTcpSocket &link) {
-        link.waitForReadyRead(10000);
-        link.abort();
-    });
-    QVERIFY(box.isListening());
-    FileTransfer::Job lost = job(QByteArray(8 * 1024 * 1024, 'x'));
-    lost.removeWhenDigested = true;
-    const FileTransfer::Result result = transfer(lost);
-    QCOMPARE(result.line, QStringLiteral("Connection Status:Not connected to server."));
-    QCOMPARE(result.boxText, QString());
-    QVERIFY(!result.ended);
-    QVERIFY(m_percentages.last() < 100);
-    QVERIFY(QFile::exists(lost.path));
-}
-
-// The link is found lost only when the chunk after the last would go out.
-void TestTransfer::linkLostAfterTheLastChunkIsSilent()
-{
-    QSemaphore gone;
-    const ThreadedBox box([&gone](QTcpSocket &link) {
-        link.waitForReadyRead(10000);
-        link.abort();
-        gone.release();
-    });
-    const FileTransfer::Job lost = job(QByteArray(1025, 'x'));
-    FileTransfer transfer(
-        lost, m_owner.get(),
-        [&](int percentage) {
-            m_percentages.append(percentage);
-            if (percentage == 99) {
-                gone.acquire();
-            }
-        },
-        m_timeouts);
-    const FileTransfer::Result result = transfer.run();
-    QCOMPARE(result.line, QString());
-    QCOMPARE(result.boxText, QString());
-    QVERIFY(!result.ended);
-    QCOMPARE(m_percentages, (QList<int>{0, 99, 100}));
-}
-
-void TestTransfer::percentageSurvivesLargeFiles()
-{
-    constexpr qint64 size = 24 * 1024 * 1024; // a hundred times that passes 31 bits
-    const ThreadedBox box([](QTcpSocket &link) {
-        constexpr qint64 whole = size / 1024 * 1043 + 30;
-        qint64 count = 0;
-        while (count < whole && link.waitForReadyRead(10000)) {
-            count += link.readAll().size();
-        }
-        link.write(success());
-        link.waitForBytesWritten(10000);
-        link.waitForDisconnected(10000);
-    });
-    FileTransfer::Job large = job({});
-    QVERIFY(QFile::resize(large.path, size));
-    QCOMPARE(transfer(large).line, QStringLiteral("Checksum Result:Checksum successful."));
-    QList<int> steps;
-    for (const int percentage : qAsConst(m_percentages)) {
-        if (steps.isEmpty() || steps.last() != percentage) {
-            steps.append(percentage);
-        }
-    }
-    QList<int> expected;
-    for (int percentage = 0; percentage <= 100; ++percentage) {
-        expected.append(percentage);
-    }
-    QCOMPARE(steps, expected);
-}
-
-void TestTransfer::totalIsAnnouncedIn32Bits()
-{
-    QByteArray head;
-    {
-        const ThreadedBox box([&head](QTcpSocket &link) {
-            while (head.size() < 17 && link.waitForReadyRead(10000)) {
-                head += link.readAll();
-            }
-            link.abort();
-        });
-        FileTransfer::Job huge = job({});
-        QVERIFY(QFile::resize(huge.path, Q_INT64_C(0x100000002)));
-        QCOMPARE(transfer(huge).line, QStringLiteral("Connection Status:Not connected to server."));
-    }
-    QCOMPARE(head.left(17).toHex(), hex("12340300 1304 01 02000000 0004 01000000").toHex());
-}
-
 void TestTransfer::temporaryFileGoesWithItsDigest_data()
 {
     QTest::addColumn<bool>("listening");
@@ -421,7 +247,7 @@ void TestTransfer::temporaryFileGoesWithItsDigest()
     QFETCH(bool, listening);
     QFETCH(bool, temporary);
     QFETCH(bool, stays);
-    const auto box = listening ? std::make_unique<BoxPeer>(boxAddress) : nullptr;
+    const auto box = listening ? std::make_unique<BoxPeer>(m_boxAddress) : nullptr;
     m_timeouts.verdict = 1;
     FileTransfer::Job passing = job("a");
     passing.removeWhenDigested = temporary;
@@ -431,7 +257,7 @@ void TestTransfer::temporaryFileGoesWithItsDigest()
 
 void TestTransfer::ownerMayDieWhileTheVerdictIsAwaited()
 {
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     box.heard = [this](int) { m_owner.reset(); };
     QElapsedTimer clock;
     clock.start();
@@ -448,14 +274,14 @@ void TestTransfer::secondTransferDuringTheWait_data()
     QTest::addColumn<int>("firstTimeout"); // ms; the second one's is 400, and it gets no verdict
     QTest::addColumn<QList<QByteArray>>("pieces");
     QTest::addColumn<QString>("line");
-    const QString success = QStringLiteral("Checksum Result:Checksum successful.");
+    const QString successful = QStringLiteral("Checksum Result:Checksum successful.");
     const QString timeout = QStringLiteral("Timeout:Timeout while waiting for checksum result.");
-    const QByteArray verdict = ::success();
+    const QByteArray verdict = success();
     QTest::newRow("no verdict, time up") << 200 << QList<QByteArray>() << timeout;
     QTest::newRow("verdict, time up") << 200 << QList<QByteArray>{verdict} << timeout;
-    QTest::newRow("verdict, time left") << 8000 << QList<QByteArray>{verdict} << success;
+    QTest::newRow("verdict, time left") << 8000 << QList<QByteArray>{verdict} << successful;
     QTest::newRow("verdict in pieces, time left")
-        << 8000 << QList<QByteArray>{verdict.left(4), verdict.mid(4)} << success;
+        << 8000 << QList<QByteArray>{verdict.left(4), verdict.mid(4)} << successful;
     QTest::newRow("two verdicts, time left") << 8000 << QList<QByteArray>{verdict, verdict} << QString();
 }
 
@@ -465,7 +291,7 @@ void TestTransfer::secondTransferDuringTheWait()
     QFETCH(int, firstTimeout);
     QFETCH(QList<QByteArray>, pieces);
     QFETCH(QString, line);
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     FileTransfer::Result second;
     bool started = false;
     QTimer speaker; // a piece at a time, so that each arrives on its own
@@ -497,7 +323,7 @@ void TestTransfer::secondTransferDuringTheWait()
 
 void TestTransfer::endOfTheProgramEndsTheWait()
 {
-    BoxPeer box(boxAddress);
+    BoxPeer box(m_boxAddress);
     box.heard = [](int) { QCoreApplication::quit(); };
     FileTransfer::Result result;
     QElapsedTimer clock;

@@ -1,0 +1,151 @@
+#include "transfertest.h"
+
+#include <QHostAddress>
+#include <QSemaphore>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QThread>
+#include <QtTest>
+
+namespace {
+
+// A Box in a thread of its own, for what happens while the program blocks. It serves one connection.
+class ThreadedBox
+{
+public:
+    ThreadedBox(const QString &address, std::function<void(QTcpSocket &)> serve)
+    {
+        m_thread.reset(QThread::create([this, address, serve = std::move(serve)] {
+            QTcpServer server;
+            m_listening = server.listen(QHostAddress(address), 30088);
+            m_ready.release();
+            if (m_listening && server.waitForNewConnection(10000)) {
+                const std::unique_ptr<QTcpSocket> link(server.nextPendingConnection());
+                serve(*link);
+            }
+        }));
+        m_thread->start();
+        m_ready.acquire();
+    }
+    ~ThreadedBox() { m_thread->wait(); }
+    Q_DISABLE_COPY(ThreadedBox)
+
+    bool isListening() const { return m_listening; }
+
+private:
+    QSemaphore m_ready;
+    bool m_listening = false;
+    std::unique_ptr<QThread> m_thread;
+};
+
+} // namespace
+
+// The push of a file to a Box that takes it as it likes, or not: what happens while the program blocks.
+class TestTransferLink : public QObject, protected TransferTest
+{
+    Q_OBJECT
+public:
+    TestTransferLink()
+        : TransferTest(QStringLiteral("127.0.11.20"))
+    {
+    }
+
+private slots:
+    void init() { reset(); }
+    void linkLostWhileSending();
+    void linkLostAfterTheLastChunkIsSilent();
+    void percentageSurvivesLargeFiles();
+    void totalIsAnnouncedIn32Bits();
+};
+
+void TestTransferLink::linkLostWhileSending()
+{
+    const ThreadedBox box(m_boxAddress, [](QTcpSocket &link) {
+        link.waitForReadyRead(10000);
+        link.abort();
+    });
+    QVERIFY(box.isListening());
+    FileTransfer::Job lost = job(QByteArray(8 * 1024 * 1024, 'x'));
+    lost.removeWhenDigested = true;
+    const FileTransfer::Result result = transfer(lost);
+    QCOMPARE(result.line, QStringLiteral("Connection Status:Not connected to server."));
+    QCOMPARE(result.boxText, QString());
+    QVERIFY(!result.ended);
+    QVERIFY(m_percentages.last() < 100);
+    QVERIFY(QFile::exists(lost.path));
+}
+
+// The link is found lost only when the chunk after the last would go out.
+void TestTransferLink::linkLostAfterTheLastChunkIsSilent()
+{
+    QSemaphore gone;
+    const ThreadedBox box(m_boxAddress, [&gone](QTcpSocket &link) {
+        link.waitForReadyRead(10000);
+        link.abort();
+        gone.release();
+    });
+    const FileTransfer::Job lost = job(QByteArray(1025, 'x'));
+    FileTransfer transfer(
+        lost, m_owner.get(),
+        [&](int percentage) {
+            m_percentages.append(percentage);
+            if (percentage == 99) {
+                gone.acquire();
+            }
+        },
+        m_timeouts);
+    const FileTransfer::Result result = transfer.run();
+    QCOMPARE(result.line, QString());
+    QCOMPARE(result.boxText, QString());
+    QVERIFY(!result.ended);
+    QCOMPARE(m_percentages, (QList<int>{0, 99, 100}));
+}
+
+void TestTransferLink::percentageSurvivesLargeFiles()
+{
+    constexpr qint64 size = 24 * 1024 * 1024; // a hundred times that passes 31 bits
+    const ThreadedBox box(m_boxAddress, [](QTcpSocket &link) {
+        constexpr qint64 whole = size / 1024 * 1043 + 30;
+        qint64 count = 0;
+        while (count < whole && link.waitForReadyRead(10000)) {
+            count += link.readAll().size();
+        }
+        link.write(success());
+        link.waitForBytesWritten(10000);
+        link.waitForDisconnected(10000);
+    });
+    FileTransfer::Job large = job({});
+    QVERIFY(QFile::resize(large.path, size));
+    QCOMPARE(transfer(large).line, QStringLiteral("Checksum Result:Checksum successful."));
+    QList<int> steps;
+    for (const int percentage : qAsConst(m_percentages)) {
+        if (steps.isEmpty() || steps.last() != percentage) {
+            steps.append(percentage);
+        }
+    }
+    QList<int> expected;
+    for (int percentage = 0; percentage <= 100; ++percentage) {
+        expected.append(percentage);
+    }
+    QCOMPARE(steps, expected);
+}
+
+void TestTransferLink::totalIsAnnouncedIn32Bits()
+{
+    QByteArray head;
+    {
+        const ThreadedBox box(m_boxAddress, [&head](QTcpSocket &link) {
+            while (head.size() < 17 && link.waitForReadyRead(10000)) {
+                head += link.readAll();
+            }
+            link.abort();
+        });
+        FileTransfer::Job huge = job({});
+        QVERIFY(QFile::resize(huge.path, Q_INT64_C(0x100000002)));
+        QCOMPARE(transfer(huge).line, QStringLiteral("Connection Status:Not connected to server."));
+    }
+    QCOMPARE(head.left(17).toHex(), QByteArray("1234030013040102000000000401000000"));
+}
+
+QTEST_GUILESS_MAIN(TestTransferLink)
+#include "tst_transferlink.moc"
