@@ -19,6 +19,7 @@ private slots:
     void boxOnTheOtherHostIsListed();
     void searchedInterfaceDecides();
     void hostileDatagramsLeaveNoRow();
+    void answerUnreadAtTheNextBroadcastIsLost();
     void takenPortShowsNothing();
     void cleanup();
 
@@ -236,6 +237,30 @@ void TestDiscoveryNetwork::hostileDatagramsLeaveNoRow()
     send(QByteArray("\x12\x34\xFF\xFF", 4) + QByteArray(32, 'y') + QByteArray("\xFFM"));
     const QString last = QStringLiteral("设备IP: yyyyyyyyyyyyyyyy\n子网掩码: yyyyyyyyyyyyyyyy\n盒子型号: M");
     QTRY_COMPARE(rowsOf(dialog), (QStringList{boxRow, last}));
+}
+
+void TestDiscoveryNetwork::answerUnreadAtTheNextBroadcastIsLost()
+{
+    if (!isInside()) {
+        runOnSearchingHost("answerUnreadAtTheNextBroadcastIsLost");
+        return;
+    }
+    BoxSearchDialog dialog;
+    selectInterface(dialog, searchAddress);
+    dialog.sendSearchBroadcast();
+    QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
+    QUdpSocket sender;
+    const auto answerFrom = [&sender](char name) {
+        const QByteArray answer =
+            QByteArray("\x12\x34\xFF\xFF", 4) + QByteArray(32, name) + QByteArray("\x01M");
+        QCOMPARE(sender.writeDatagram(answer, QHostAddress(searchAddress), 5), qint64(answer.size()));
+    };
+    answerFrom('x');
+    dialog.sendSearchBroadcast();
+    // One that comes later is taken, whichever broadcast it answers.
+    answerFrom('y');
+    const QString late = QStringLiteral("设备IP: yyyyyyyyyyyyyyyy\n子网掩码: yyyyyyyyyyyyyyyy\n盒子型号: M");
+    QTRY_COMPARE(rowsOf(dialog), (QStringList{boxRow, late}));
 }
 
 void TestDiscoveryNetwork::takenPortShowsNothing()

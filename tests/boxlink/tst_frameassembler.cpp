@@ -48,6 +48,12 @@ void tst_FrameAssembler::chunks_data()
         << QList<QByteArray>{json.left(9), json.mid(9) + hex("12"), segment.mid(1)} << Frames{json, segment};
     QTest::newRow("bad footer: the frame inside is found")
         << QList<QByteArray>{hex("12 34 05 00 10 00") + heartbeat + hex("00 00")} << Frames{heartbeat};
+    QTest::newRow("bad footer of a carried frame: the frame inside what was carried is lost")
+        << QList<QByteArray>{hex("12 34 05 00 16 00") + heartbeat, hex("00 00 00 00 00 00 00 00") + json}
+        << Frames{json};
+    QTest::newRow("bad footer of a carried frame: the frame inside the new chunk is found")
+        << QList<QByteArray>{hex("12 34 05 00 14 00 00 00"), hex("00 00") + heartbeat + hex("00 00") + json}
+        << Frames{heartbeat, json};
     QTest::newRow("noise before the first header")
         << QList<QByteArray>{QByteArray(5000, '.') + answer} << Frames{answer};
     QTest::newRow("chunk of noise leaves no trace")

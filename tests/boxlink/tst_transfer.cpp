@@ -229,6 +229,8 @@ void TestTransfer::fileThatCantBeOpenedAgain()
     QCOMPARE(result.boxText, QStringLiteral("Failed to open program file for checksum."));
     QCOMPARE(result.line, QString());
     QVERIFY(!result.ended);
+    // Here, too, the connection stays.
+    QCOMPARE(m_owner->findChild<QTcpSocket *>()->state(), QAbstractSocket::ConnectedState);
     QTRY_COMPARE(box.received(0).toHex(), hex("12340300 1400 01 01000000 0100 01000000 61 5678").toHex());
 }
 

@@ -52,11 +52,51 @@ public:
 
 private slots:
     void init() { reset(); }
+    void boxThatDoesNotReadIsWaitedFor();
     void linkLostWhileSending();
     void linkLostAfterTheLastChunkIsSilent();
     void percentageSurvivesLargeFiles();
     void totalIsAnnouncedIn32Bits();
 };
+
+// A frame that does not go out in its time is no end: the rest follows it.
+void TestTransferLink::boxThatDoesNotReadIsWaitedFor()
+{
+    constexpr qint64 size = 24 * 1024 * 1024; // past what the system holds of a connection
+    constexpr qint64 whole = size / 1024 * 1043 + 30;
+    QSemaphore allSent;
+    qint64 count = 0;
+    FileTransfer::Result result;
+    bool heldUp = false;
+    {
+        const ThreadedBox box(m_boxAddress, [&](QTcpSocket &link) {
+            allSent.acquire();
+            while (count < whole && link.waitForReadyRead(10000)) {
+                count += link.readAll().size();
+            }
+            link.write(success());
+            link.waitForBytesWritten(10000);
+            link.waitForDisconnected(10000);
+        });
+        FileTransfer::Job large = job({});
+        QVERIFY(QFile::resize(large.path, size));
+        m_timeouts.writing = 0;
+        FileTransfer transfer(
+            large, m_owner.get(),
+            [&](int percentage) {
+                if (percentage == 100) {
+                    heldUp = m_owner->findChild<QTcpSocket *>()->bytesToWrite() > Frame::chunkSize;
+                    allSent.release();
+                }
+            },
+            m_timeouts);
+        result = transfer.run();
+        allSent.release();
+    }
+    QVERIFY(heldUp);
+    QCOMPARE(result.line, QStringLiteral("Checksum Result:Checksum successful."));
+    QCOMPARE(count, whole);
+}
 
 void TestTransferLink::linkLostWhileSending()
 {
