@@ -41,9 +41,8 @@ void ProjectLifecycle::create(const QString &name, const QString &path, const QS
     m_window->projectModel()->appendRow(project);
     ProjectTree::appendMissingFolders(project);
     const QString service = QStringLiteral("IEC61850");
-    QStandardItem *serviceItem = ProjectTree::appendDefinition(
-        ProjectTree::childNamed(project, ProjectTree::serviceFolder), service, ProjectTree::serviceIcon);
-    serviceItem->setData(service, serviceProtocolRole);
+    ProjectTree::appendDefinition(ProjectTree::childNamed(project, ProjectTree::serviceFolder), service,
+                                  ProjectTree::serviceIcon, {{serviceProtocolRole, service}});
     if (QTreeView *tree = m_window->projectTree()) {
         tree->expandAll();
     }

@@ -36,10 +36,8 @@ void ResourceActions::add(const ResourceKinds::AddKind &kind)
                       CMainWindow::tr(isNamed ? kind.duplicateName : kind.emptyName));
         return;
     }
-    QStandardItem *item = ProjectTree::appendDefinition(folder, resource->name, resource->icon);
-    for (const auto &role : resource->roles) {
-        item->setData(role.second, role.first);
-    }
+    const QStandardItem *item =
+        ProjectTree::appendDefinition(folder, resource->name, resource->icon, resource->roles);
     m_window->projectTree()->setCurrentIndex(item->index());
     edit(kind.editKind());
 }

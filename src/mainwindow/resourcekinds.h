@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QPair>
+#include "model/projecttree.h"
+
 #include <QString>
-#include <QVariant>
 #include <QVector>
 
 #include <optional>
@@ -50,7 +50,7 @@ struct EditKind {
 struct NewResource {
     QString name;
     QString icon; // resource; empty for none
-    QVector<QPair<int, QVariant>> roles;
+    ProjectTree::Roles roles;
 };
 
 struct AddKind {

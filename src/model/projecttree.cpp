@@ -80,16 +80,21 @@ void appendMissingFolders(QStandardItem *project)
     }
 }
 
-QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon)
+QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon,
+                                const Roles &roles)
 {
-    return appendDefinition(folder, name, icon.isEmpty() ? QIcon() : QIcon(icon));
+    return appendDefinition(folder, name, icon.isEmpty() ? QIcon() : QIcon(icon), roles);
 }
 
-QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QIcon &icon)
+QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QIcon &icon,
+                                const Roles &roles)
 {
     auto *item = new QStandardItem(name);
     if (!icon.isNull()) {
         item->setIcon(icon);
+    }
+    for (const auto &role : roles) {
+        item->setData(role.second, role.first);
     }
     folder->appendRow(item);
     return item;

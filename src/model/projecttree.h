@@ -3,8 +3,10 @@
 #include <QList>
 #include <QMap>
 #include <QMetaType>
+#include <QPair>
 #include <QString>
 #include <QVariantList>
+#include <QVector>
 
 class QIcon;
 class QStandardItem;
@@ -28,6 +30,9 @@ extern const QString dataFolder;     // "Data", row 3
 extern const QString plcFolder;    // "PLC"
 extern const QString serverFolder; // "Server"
 
+// Values of an item, each with its role.
+using Roles = QVector<QPair<int, QVariant>>;
+
 enum class Level { Project, Folder, Definition };
 
 // Level by depth; anything below a folder counts as a definition.
@@ -43,10 +48,13 @@ QStandardItem *projectNamed(const QStandardItemModel &model, const QString &name
 QStandardItem *makeProject(const QString &name, const QString &path, const QString &description);
 // Appends whichever of the four folders is missing, in their order, each with its icon.
 void appendMissingFolders(QStandardItem *project);
-// Appends a definition with this name and icon resource (no icon if empty) and returns it.
-QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon);
+// Appends a definition with this name, icon resource (no icon if empty) and roles, and returns it. It has
+// them all before it is in the tree, so that whoever hears of the new row finds them.
+QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon,
+                                const Roles &roles = {});
 // The same with an icon that was read before: reading one costs much more than the item.
-QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QIcon &icon);
+QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QIcon &icon,
+                                const Roles &roles = {});
 
 // Icon resource of a Standard by protocol; empty for a protocol without one.
 QString standardIcon(const QString &protocol);
