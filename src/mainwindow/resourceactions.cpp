@@ -22,22 +22,24 @@ ResourceActions::ResourceActions(CMainWindow *window, EditorTabs *tabs, Monitori
 
 void ResourceActions::add(const ResourceKinds::AddKind &kind)
 {
-    QStandardItem *folder = m_window->currentItem();
-    if (!folder) {
-        return;
+    if (QStandardItem *folder = m_window->currentItem()) {
+        kind.ask(m_window, folder, [this, &kind, folder](const ResourceKinds::NewResource &resource) {
+            append(kind, folder, resource);
+        });
     }
-    const std::optional<ResourceKinds::NewResource> resource = kind.ask(m_window, folder);
-    if (!resource) {
-        return;
-    }
-    const bool isNamed = !resource->name.isEmpty();
-    if (!isNamed || isNameTaken(kind, folder, resource->name)) {
+}
+
+void ResourceActions::append(const ResourceKinds::AddKind &kind, QStandardItem *folder,
+                             const ResourceKinds::NewResource &resource)
+{
+    const bool isNamed = !resource.name.isEmpty();
+    if (!isNamed || isNameTaken(kind, folder, resource.name)) {
         Tell::warning(m_window, CMainWindow::tr("Warning"),
                       CMainWindow::tr(isNamed ? kind.duplicateName : kind.emptyName));
         return;
     }
     const QStandardItem *item =
-        ProjectTree::appendDefinition(folder, resource->name, resource->icon, resource->roles);
+        ProjectTree::appendDefinition(folder, resource.name, resource.icon, resource.roles);
     m_window->projectTree()->setCurrentIndex(item->index());
     edit(kind.editKind());
 }

@@ -29,6 +29,8 @@ public:
     void removeAll() const;
 
 private:
+    void append(const ResourceKinds::AddKind &kind, QStandardItem *folder,
+                const ResourceKinds::NewResource &resource);
     bool isNameTaken(const ResourceKinds::AddKind &kind, QStandardItem *folder, const QString &name) const;
     void open(const ResourceKinds::EditKind &kind, const ResourceKinds::FormClass *form, QStandardItem *item);
 

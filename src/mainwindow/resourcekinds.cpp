@@ -155,14 +155,13 @@ const EditKind &editServer()
 const AddKind &addBox()
 {
     static const AddKind kind{
-        [](QWidget *window, const QStandardItem *) -> std::optional<NewResource> {
+        [](QWidget *window, const QStandardItem *, const AddKind::Take &take) {
             BoxInputDialog dialog(window);
-            if (dialog.exec() != QDialog::Accepted) {
-                return std::nullopt;
+            if (dialog.exec() == QDialog::Accepted) {
+                take({dialog.name(),
+                      ProjectTree::boxIcon,
+                      {{boxIpRole, dialog.ip()}, {boxModelRole, dialog.model()}}});
             }
-            return NewResource{dialog.name(),
-                               ProjectTree::boxIcon,
-                               {{boxIpRole, dialog.ip()}, {boxModelRole, dialog.model()}}};
         },
         QT_TRANSLATE_NOOP("CMainWindow", "Box Name cannot be empty."),
         QT_TRANSLATE_NOOP("CMainWindow",
@@ -176,15 +175,13 @@ const AddKind &addBox()
 const AddKind &addPlc()
 {
     static const AddKind kind{
-        [](QWidget *window, const QStandardItem *) -> std::optional<NewResource> {
+        [](QWidget *window, const QStandardItem *, const AddKind::Take &take) {
             PLCInputDialog dialog(window);
-            if (dialog.exec() != QDialog::Accepted) {
-                return std::nullopt;
+            if (dialog.exec() == QDialog::Accepted) {
+                take({dialog.plcName(),
+                      QStringLiteral(":/adsdemo/images/PLC-file.svg"),
+                      {{plcManufacturerRole, dialog.manufacturer()}, {plcProtocolRole, dialog.protocol()}}});
             }
-            return NewResource{
-                dialog.plcName(),
-                QStringLiteral(":/adsdemo/images/PLC-file.svg"),
-                {{plcManufacturerRole, dialog.manufacturer()}, {plcProtocolRole, dialog.protocol()}}};
         },
         QT_TRANSLATE_NOOP("CMainWindow", "PLC Name cannot be empty."),
         QT_TRANSLATE_NOOP("CMainWindow",
@@ -198,14 +195,13 @@ const AddKind &addPlc()
 const AddKind &addStandard()
 {
     static const AddKind kind{
-        [](QWidget *window, const QStandardItem *) -> std::optional<NewResource> {
+        [](QWidget *window, const QStandardItem *, const AddKind::Take &take) {
             standardInputDialog dialog(window);
-            if (dialog.exec() != QDialog::Accepted) {
-                return std::nullopt;
+            if (dialog.exec() == QDialog::Accepted) {
+                take({dialog.name(),
+                      ProjectTree::standardIcon(dialog.protocol()),
+                      {{standardProtocolRole, dialog.protocol()}}});
             }
-            return NewResource{dialog.name(),
-                               ProjectTree::standardIcon(dialog.protocol()),
-                               {{standardProtocolRole, dialog.protocol()}}};
         },
         QT_TRANSLATE_NOOP("CMainWindow", "standard Name cannot be empty."),
         QT_TRANSLATE_NOOP("CMainWindow",
@@ -219,7 +215,7 @@ const AddKind &addStandard()
 const AddKind &addServer()
 {
     static const AddKind kind{
-        [](QWidget *window, const QStandardItem *folder) -> std::optional<NewResource> {
+        [](QWidget *window, const QStandardItem *folder, const AddKind::Take &take) {
             ServerInputDialog dialog(window);
             QStringList protocols;
             for (int row = 0; row < folder->rowCount(); ++row) {
@@ -228,16 +224,15 @@ const AddKind &addServer()
                 }
             }
             dialog.setExistingProtocols(protocols);
-            if (dialog.exec() != QDialog::Accepted) {
-                return std::nullopt;
+            if (dialog.exec() == QDialog::Accepted) {
+                take({dialog.name(),
+                      ServerProtocols::icon(dialog.protocol()),
+                      {{serverDescriptionRole, dialog.description()},
+                       {serverProtocolRole, dialog.protocol()},
+                       {serverIpRole, dialog.ip()},
+                       {serverPortRole, dialog.port()},
+                       {serverDomainNameRole, dialog.domain()}}});
             }
-            return NewResource{dialog.name(),
-                               ServerProtocols::icon(dialog.protocol()),
-                               {{serverDescriptionRole, dialog.description()},
-                                {serverProtocolRole, dialog.protocol()},
-                                {serverIpRole, dialog.ip()},
-                                {serverPortRole, dialog.port()},
-                                {serverDomainNameRole, dialog.domain()}}};
         },
         QT_TRANSLATE_NOOP("CMainWindow", "Server Name cannot be empty."),
         QT_TRANSLATE_NOOP("CMainWindow",

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVector>
 
-#include <optional>
+#include <functional>
 
 class CMainWindow;
 class QDialog;
@@ -54,8 +54,11 @@ struct NewResource {
 };
 
 struct AddKind {
-    // Runs the input dialog over the window; nothing if it was not accepted.
-    std::optional<NewResource> (*ask)(QWidget *window, const QStandardItem *folder);
+    using Take = std::function<void(const NewResource &)>;
+
+    // Runs the input dialog over the window and, if it was accepted, hands on what it gave.
+    // Compat: the dialog lives until that has returned, so its end is logged after the form's beginning.
+    void (*ask)(QWidget *window, const QStandardItem *folder, const Take &take);
     const char *emptyName; // warnings, source texts
     const char *duplicateName;
     QVector<int> comparedRows; // folders of the project whose names are taken; none: the target folder's are

@@ -1,3 +1,4 @@
+#include "support/logtail.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
 #include "support/projectdump.h"
@@ -76,6 +77,10 @@ private slots:
     void nodeIsCompleteWhenItAppears_data();
     void nodeIsCompleteWhenItAppears();
     void itemsOfANewProjectAreCompleteWhenTheyAppear();
+    void inputDialogOutlivesTheOpeningOfTheForm_data();
+    void inputDialogOutlivesTheOpeningOfTheForm();
+    void inputDialogOutlivesTheWarning_data();
+    void inputDialogOutlivesTheWarning();
 
 private:
     static void addKinds();
@@ -186,6 +191,52 @@ void TestNewNodes::itemsOfANewProjectAreCompleteWhenTheyAppear()
                           QStringLiteral("new Standard, icon"), QStringLiteral("new Service, icon"),
                           QStringLiteral("new Box, icon"), QStringLiteral("new Data, icon"),
                           QStringLiteral("new IEC61850, icon, +171 QString IEC61850")}));
+}
+
+void TestNewNodes::inputDialogOutlivesTheOpeningOfTheForm_data()
+{
+    addKinds();
+}
+
+void TestNewNodes::inputDialogOutlivesTheOpeningOfTheForm()
+{
+    QFETCH(QByteArray, slot);
+    QFETCH(QString, folder);
+    QFETCH(QStringList, inputs);
+    const LogTail log{QString()};
+    QString dialogClass;
+    add(slot, folder, inputs, QStringLiteral("north"),
+        [&](QWidget *dialog) { dialogClass = QLatin1String(dialog->metaObject()->className()); });
+    const QString formClass = QLatin1String(QTest::currentDataTag());
+    QCOMPARE(
+        log.events().filter(QRegularExpression(QStringLiteral(": (new-nuilt|destroyed)$"))),
+        QStringList({dialogClass + QStringLiteral(": new-nuilt"), formClass + QStringLiteral(": new-nuilt"),
+                     dialogClass + QStringLiteral(": destroyed")}));
+}
+
+void TestNewNodes::inputDialogOutlivesTheWarning_data()
+{
+    addKinds();
+}
+
+void TestNewNodes::inputDialogOutlivesTheWarning()
+{
+    QFETCH(QByteArray, slot);
+    QFETCH(QString, folder);
+    QFETCH(QStringList, inputs);
+    // A PLC is compared with the Standards instead of its own kind.
+    const QString compared = folder == ProjectTree::plcFolder ? ProjectTree::standardFolder : folder;
+    ProjectTree::appendDefinition(Window::folder(m_project, compared), QStringLiteral("taken"), QString());
+    for (const QString &name : {QStringLiteral("taken"), QString()}) {
+        MessageBoxes boxes;
+        boxes.expect();
+        QStringList toldBefore;
+        add(slot, folder, inputs, name, [&](QWidget *dialog) {
+            connect(dialog, &QObject::destroyed, &boxes, [&] { toldBefore = boxes.told(); });
+        });
+        QCOMPARE(boxes.told().size(), 1);
+        QCOMPARE(toldBefore, boxes.told());
+    }
 }
 
 QTEST_MAIN(TestNewNodes)

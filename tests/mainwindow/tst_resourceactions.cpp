@@ -9,6 +9,8 @@
 
 #include <QComboBox>
 
+#include <optional>
+
 using Window = WindowUnderTest;
 
 static const QString editBox = QStringLiteral("Edit Box");
@@ -97,15 +99,17 @@ void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
 {
     QFETCH(QString, protocol);
     // Without its tab, which would write its defaults into the item.
-    const auto resource = [&] {
+    std::optional<ResourceKinds::NewResource> resource;
+    {
         ModalDialogs dialogs;
         dialogs.expect([&](QWidget *dialog) {
             Window::input<QLineEdit>(dialog, "name")->setText(QStringLiteral("bus"));
             Window::input<QComboBox>(dialog, "protocol")->setCurrentText(protocol);
             Window::press(dialog, "okButton");
         });
-        return ResourceKinds::addStandard().ask(m_window.data(), folder("Standard"));
-    }();
+        ResourceKinds::addStandard().ask(m_window.data(), folder("Standard"),
+                                         [&](const ResourceKinds::NewResource &given) { resource = given; });
+    }
     QVERIFY(resource);
     QCOMPARE(resource->name, QStringLiteral("bus"));
     QCOMPARE(resource->roles, (QVector<QPair<int, QVariant>>{{standardProtocolRole, protocol}}));

@@ -8,6 +8,8 @@
 
 #include <QComboBox>
 
+#include <optional>
+
 using Window = WindowUnderTest;
 
 static const QString editServer = QStringLiteral("Edit Server");
@@ -119,11 +121,13 @@ void tst_ServerTabs::addedServerHasItsRolesAndIcon()
     QFETCH(QString, port);
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
     // Without its tab, whose form may write more into the item.
-    const auto resource = [&] {
+    std::optional<ResourceKinds::NewResource> resource;
+    {
         ModalDialogs dialogs;
         dialogs.expect([&](QWidget *dialog) { fillIn(dialog, QStringLiteral("north"), protocol); });
-        return ResourceKinds::addServer().ask(m_window.data(), m_folder);
-    }();
+        ResourceKinds::addServer().ask(m_window.data(), m_folder,
+                                       [&](const ResourceKinds::NewResource &given) { resource = given; });
+    }
     QVERIFY(resource);
     const QVector<QPair<int, QVariant>> roles{{serverDescriptionRole, QStringLiteral("up")},
                                               {serverProtocolRole, protocol},

@@ -7,6 +7,7 @@
 
 // What one class writes to the activity log from here on. Programs of one folder share the log, so the lines
 // of other classes are left out; a class that several of them make objects of needs a program with OWN_LOG.
+// An empty name stands for all classes.
 class LogTail
 {
 public:
@@ -25,7 +26,8 @@ public:
         }
         QStringList events;
         const int dateLength = int(qstrlen("yyyy-MM-dd HH:mm:ss: "));
-        for (const QString &line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
+        for (const QString &line :
+             QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
             if (line.mid(dateLength).startsWith(m_className)) {
                 events.append(line.mid(dateLength));
             }
