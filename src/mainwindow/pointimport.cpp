@@ -17,8 +17,8 @@ void open(CMainWindow *window)
     auto *dialog = new ImportDataDialog(window);
     const QStandardItem *project = ProjectTree::projectOf(window->currentItem());
     if (!project) {
+        // Compat: never shown, the dialog is not freed before the window is.
         qDebug() << "No project selected.";
-        dialog->deleteLater(); // it was never shown, so no closing will free it
         return;
     }
     dialog->setAttribute(Qt::WA_DeleteOnClose);

@@ -10,7 +10,7 @@ class TestImportData : public QObject
 {
     Q_OBJECT
 private slots:
-    void nothingOpensWithoutACurrentItem();
+    void dialogWithoutACurrentItemStaysHidden();
     void opensForTheProjectOfTheCurrentItem_data();
     void opensForTheProjectOfTheCurrentItem();
     void showsTheProjectAsItWasThen();
@@ -152,15 +152,20 @@ void addFormsWithTables()
 
 } // namespace
 
-void TestImportData::nothingOpensWithoutACurrentItem()
+void TestImportData::dialogWithoutACurrentItemStaysHidden()
 {
-    WindowUnderTest window;
-    window.addProject(QStringLiteral("Riverside"));
-    window.projectTree()->setCurrentIndex(QModelIndex());
-    QTest::ignoreMessage(QtDebugMsg, "No project selected.");
-    const Dialog dialog = open(&window);
-    QVERIFY(!dialog || !dialog->isVisible());
-    window.settle();
+    Dialog dialog;
+    {
+        WindowUnderTest window;
+        window.addProject(QStringLiteral("Riverside"));
+        window.projectTree()->setCurrentIndex(QModelIndex());
+        QTest::ignoreMessage(QtDebugMsg, "No project selected.");
+        dialog = open(&window);
+        window.settle();
+        QVERIFY(dialog);
+        QCOMPARE(dialog->parent(), &window);
+        QVERIFY(!dialog->isVisible());
+    }
     QVERIFY(!dialog);
 }
 
