@@ -221,6 +221,7 @@ CDockWidget *DockLayout::makeEditorDock(const QString &title, const QString &pla
 
     auto *options = new QMenu(CMainWindow::tr("Options"), dock);
     options->setObjectName(QStringLiteral("optionsMenu"));
+    options->menuAction()->setObjectName(options->objectName()); // the title bar's button is named after it
     options->setToolTip(CMainWindow::tr("Options"));
     options->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/custom-menu-button.svg")));
     options->addAction(CMainWindow::tr("Clear Editor"), editor, &QPlainTextEdit::clear);

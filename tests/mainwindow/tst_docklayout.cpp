@@ -265,6 +265,8 @@ void TestDockLayout::theOptionsMenuClearsTheMessages()
 {
     const QList<QAction *> actions = docks().at(2)->titleBarActions();
     QCOMPARE(actions.size(), 1);
+    QCOMPARE(actions.first()->objectName(), QStringLiteral("optionsMenu"));
+    QVERIFY(docks().at(2)->dockAreaWidget()->findChild<QAbstractButton *>(QStringLiteral("optionsMenu")));
     const QMenu *options = actions.first()->menu();
     QCOMPARE(options->objectName(), QStringLiteral("optionsMenu"));
     QCOMPARE(options->title(), CMainWindow::tr("Options"));

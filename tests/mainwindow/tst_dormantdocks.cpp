@@ -86,6 +86,7 @@ void TestDormantDocks::anEditorFloatsUnlessToldOtherwise()
              CMainWindow::tr("This is an editor. If you close the editor, it will be deleted. "
                              "Enter your text here."));
     QCOMPARE(editor->styleSheet(), QStringLiteral("border: none"));
+    QCOMPARE(dock->titleBarActions().first()->objectName(), QStringLiteral("optionsMenu"));
     QCOMPARE(dock->titleBarActions().first()->menu()->objectName(), QStringLiteral("optionsMenu"));
 }
 
