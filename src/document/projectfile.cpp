@@ -5,6 +5,7 @@
 
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QSaveFile>
 
@@ -40,29 +41,89 @@ static bool isDevice(const QString &path)
 #endif
 }
 
-SaveResult saveProject(const QStandardItem *project)
+static SaveResult failed(SaveResult::Failure failure, const QFileDevice &file)
 {
     SaveResult result;
-    result.path = projectFilePath(project);
-    QSaveFile replacement(result.path);
-    replacement.setDirectWriteFallback(true);
-    QFile device(result.path);
-    const bool inPlace = isDevice(result.path);
-    QFileDevice &file = inPlace ? static_cast<QFileDevice &>(device) : replacement;
-    // Unbuffered, since commit() does not notice what a last flush of a buffer could not write.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text | QIODevice::Unbuffered)) {
-        result.failure = SaveResult::Failure::OpenFailed;
-        result.errorString = file.errorString();
+    result.failure = failure;
+    result.errorString = file.errorString();
+    return result;
+}
+
+// All files are unbuffered, since nothing notices what a last flush of a buffer could not write.
+constexpr QIODevice::OpenMode writing = QIODevice::WriteOnly | QIODevice::Text | QIODevice::Unbuffered;
+
+static SaveResult writeDevice(const QString &path, const QByteArray &document)
+{
+    QFile file(path);
+    if (!file.open(writing)) {
+        return failed(SaveResult::Failure::OpenFailed, file);
+    }
+    return writeWhole(&file, document) ? SaveResult() : failed(SaveResult::Failure::WriteFailed, file);
+}
+
+// A folder that takes no new file, or does not let it take the old one's place, counts as a failure to open:
+// the old file was not touched, and perhaps it can be written itself.
+static SaveResult replaceFile(const QString &path, const QByteArray &document)
+{
+    QSaveFile file(path);
+    if (!file.open(writing)) {
+        return failed(SaveResult::Failure::OpenFailed, file);
+    }
+    if (writeWhole(&file, document) && file.commit()) {
+        return SaveResult();
+    }
+    return failed(file.error() == QFileDevice::RenameError ? SaveResult::Failure::OpenFailed
+                                                           : SaveResult::Failure::WriteFailed,
+                  file);
+}
+
+// The old bytes are cut off after the new ones are there only, and are put back if the new ones do not fit.
+static SaveResult overwriteFile(const QString &path, const QByteArray &document)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered) && !file.open(writing)) {
+        return failed(SaveResult::Failure::OpenFailed, file);
+    }
+    const QByteArray old = file.isReadable() ? file.readAll() : QByteArray();
+    file.setTextModeEnabled(true);
+    if (file.seek(0) && writeWhole(&file, document) && file.resize(file.pos())) {
+        return SaveResult();
+    }
+    const SaveResult result = failed(SaveResult::Failure::WriteFailed, file);
+    file.setTextModeEnabled(false);
+    if (!file.seek(0) || !writeWhole(&file, old) || !file.resize(old.size())) {
+        qDebug() << "Could not put the old contents back:" << file.errorString();
+    }
+    return result;
+}
+
+static SaveResult writeDocument(const QString &path, const QByteArray &document)
+{
+    if (isDevice(path)) {
+        return writeDevice(path, document);
+    }
+    const SaveResult result = replaceFile(path, document);
+    return result.failure == SaveResult::Failure::OpenFailed && QFileInfo(path).isFile()
+        ? overwriteFile(path, document)
+        : result;
+}
+
+SaveResult saveProject(const QStandardItem *project)
+{
+    const QString path = projectFilePath(project);
+    SaveResult result = writeDocument(path, projectDocument(project));
+    result.path = path;
+    switch (result.failure) {
+    case SaveResult::Failure::None:
+        qDebug() << "JSON data saved to file:" << path;
+        break;
+    case SaveResult::Failure::OpenFailed:
         qDebug() << "Could not open file for writing:" << result.errorString;
-        return result;
-    }
-    if (!writeWhole(&file, projectDocument(project)) || (!inPlace && !replacement.commit())) {
-        result.failure = SaveResult::Failure::WriteFailed;
-        result.errorString = file.errorString();
+        break;
+    case SaveResult::Failure::WriteFailed:
         qDebug() << "Error writing to file:" << result.errorString;
-        return result;
+        break;
     }
-    qDebug() << "JSON data saved to file:" << result.path;
     return result;
 }
 

@@ -30,8 +30,9 @@ struct LoadResult {
 };
 
 // Saves the document of a top-level item under projectFilePath(). The file is replaced as a whole at the end,
-// so that a full disk or a crash never costs the old one. Only in a folder where no file can be made is an
-// existing file written in place.
+// so that a full disk or a crash never costs the old one. Only where the folder takes no new file, or does
+// not let it take the old one's place, is an existing file written in place: a full disk still leaves it as
+// it was, a crash may not.
 SaveResult saveProject(const QStandardItem *project);
 
 // Reads a document; refuses what is not JSON or has no object at its root.

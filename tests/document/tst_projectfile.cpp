@@ -3,17 +3,16 @@
 #include "document/projectfile.h"
 #include "document/projectreader.h"
 #include "support/files.h"
+#include "support/hardships.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 using Files::contents;
 using Files::put;
+using Hardships::FullDisk;
 
 namespace {
 
@@ -21,44 +20,6 @@ QStringList filesIn(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
-
-// Root may write everywhere, so permissions hold only for somebody else. Files made meanwhile are theirs.
-class NotRoot
-{
-public:
-    NotRoot()
-        : m_changed(geteuid() == 0 && seteuid(65534) == 0)
-    {
-    }
-    ~NotRoot()
-    {
-        if (m_changed && seteuid(0) != 0) {
-            qFatal("can't become root again");
-        }
-    }
-    Q_DISABLE_COPY(NotRoot)
-
-private:
-    const bool m_changed;
-};
-
-// No file grows beyond this many bytes while it lives, as on a full disk.
-class FullDisk
-{
-public:
-    explicit FullDisk(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &m_before); }
-    Q_DISABLE_COPY(FullDisk)
-
-private:
-    rlimit m_before{};
-};
 
 QString nestedArrays(int depth)
 {
@@ -88,8 +49,6 @@ private slots:
     void nameWithSeparatorsGoesWhereItLeads();
     void fullDiskKeepsTheOldFile_data();
     void fullDiskKeepsTheOldFile();
-    void readOnlyFolderWritesItsFileInPlace();
-    void readOnlyFolderTakesNoNewFile();
     void readLogsNameAndDescription();
     void readRefusesWhatIsNoDocument_data();
     void readRefusesWhatIsNoDocument();
@@ -116,7 +75,6 @@ void TestProjectFile::init()
 
 void TestProjectFile::cleanup()
 {
-    QFile::setPermissions(m_dir->path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     m_project.reset();
     m_dir.reset();
 }
@@ -289,27 +247,6 @@ void TestProjectFile::fullDiskKeepsTheOldFile()
 
     QVERIFY(saveProject(project).ok());
     QCOMPARE(contents(path("P.json")), projectDocument(project));
-}
-
-void TestProjectFile::readOnlyFolderWritesItsFileInPlace()
-{
-    QStandardItem *project = newProject(S("P"), m_dir->path());
-    put(path("P.json"), QByteArray(5000, 'x'));
-    QVERIFY(QFile::setPermissions(path("P.json"), QFile::Permissions(0x6666)));
-    QVERIFY(QFile::setPermissions(m_dir->path(), QFile::Permissions(0x5555)));
-    const NotRoot somebody;
-    QVERIFY(saveProject(project).ok());
-    QCOMPARE(contents(path("P.json")), projectDocument(project));
-}
-
-void TestProjectFile::readOnlyFolderTakesNoNewFile()
-{
-    QStandardItem *project = newProject(S("P"), m_dir->path());
-    QVERIFY(QFile::setPermissions(m_dir->path(), QFile::Permissions(0x5555)));
-    const NotRoot somebody;
-    const SaveResult result = saveProject(project);
-    QCOMPARE(result.failure, SaveResult::Failure::OpenFailed);
-    QCOMPARE(filesIn(m_dir->path()), QStringList());
 }
 
 void TestProjectFile::readLogsNameAndDescription()
