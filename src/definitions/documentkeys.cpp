@@ -26,8 +26,12 @@ QString fromDocument(const QJsonValue &value, Coding coding)
 Texts::Texts()
     : serviceAuthentication{QCoreApplication::translate("CMainWindow", "None"),
                             QCoreApplication::translate("CMainWindow", "Password")}
-    , standardAuthentication{QCoreApplication::translate("CMainWindow", "anonymous"),
-                             QCoreApplication::translate("CMainWindow", "Username and password verification")}
+    , standardAuthentication{
+          QCoreApplication::translate("CMainWindow",
+                                      QT_TRANSLATE_NOOP("StandardAuthentication", "anonymous")),
+          QCoreApplication::translate(
+              "CMainWindow",
+              QT_TRANSLATE_NOOP("StandardAuthentication", "Username and password verification"))}
 {
 }
 

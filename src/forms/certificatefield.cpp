@@ -5,20 +5,23 @@
 #include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStandardItem>
 
-CertificateField::CertificateField(Kind kind, const QString &name, int pathRole, int contentRole,
-                                   QWidget *parent)
+CertificateField::CertificateField(const char *context, Kind kind, const QString &name, int pathRole,
+                                   int contentRole, QWidget *parent)
     : QWidget(parent)
+    , m_context(context)
     , m_kind(kind)
     , m_pathRole(pathRole)
     , m_contentRole(contentRole)
     , m_field(new QLineEdit(this))
-    , m_select(FormPage::button(tr("Select"), QStringLiteral(":/adsdemo/images/look.svg"), this))
+    , m_select(FormPage::button(translated(QT_TRANSLATE_NOOP("CertificateField", "Select")),
+                                QStringLiteral(":/adsdemo/images/look.svg"), this))
 {
     m_field->setObjectName(name + QStringLiteral("Path"));
     m_field->setReadOnly(true);
@@ -75,12 +78,21 @@ void CertificateField::clear()
 void CertificateField::warnOfOtherPath()
 {
     Tell::warning(
-        this, tr("Warning"),
+        this, translated(QT_TRANSLATE_NOOP("CertificateField", "Warning")),
         m_kind == Kind::Key
-            ? tr("The key storage path is inconsistent with the loading path.Please select the key again."
-                 "Prevent data loss.")
-            : tr("The certificate storage path is inconsistent with the loading path.Please select the "
-                 "certificate again.Prevent data loss."));
+            ? translated(QT_TRANSLATE_NOOP(
+                "CertificateField",
+                "The key storage path is inconsistent with the loading path.Please select the key again."
+                "Prevent data loss."))
+            : translated(QT_TRANSLATE_NOOP(
+                "CertificateField",
+                "The certificate storage path is inconsistent with the loading path.Please select the "
+                "certificate again.Prevent data loss.")));
+}
+
+QString CertificateField::translated(const char *source) const
+{
+    return QCoreApplication::translate(m_context, source);
 }
 
 void CertificateField::keep(const QString &path, const QString &content)
@@ -94,15 +106,19 @@ void CertificateField::keep(const QString &path, const QString &content)
 void CertificateField::selectFile()
 {
     const QString path = m_kind == Kind::Key
-        ? chooseOpenFile(this, tr("Select Key File"), QString(), tr("Keys (*.der *.pem *.crt *.key)"))
-        : chooseOpenFile(this, tr("Select Certificate File"), QString(),
-                         tr("Certificates (*.der *.pem *.crt *.key)"));
+        ? chooseOpenFile(this, translated(QT_TRANSLATE_NOOP("CertificateField", "Select Key File")),
+                         QString(),
+                         translated(QT_TRANSLATE_NOOP("CertificateField", "Keys (*.der *.pem *.crt *.key)")))
+        : chooseOpenFile(
+            this, translated(QT_TRANSLATE_NOOP("CertificateField", "Select Certificate File")), QString(),
+            translated(QT_TRANSLATE_NOOP("CertificateField", "Certificates (*.der *.pem *.crt *.key)")));
     if (path.isEmpty()) {
         return;
     }
     const CertificateFile file = loadCertificateFile(path);
     keep(path, file.content);
     if (!file.opened) {
-        Tell::warning(this, tr("Error"), tr("Failed to open file: %1").arg(path));
+        Tell::warning(this, translated(QT_TRANSLATE_NOOP("CertificateField", "Error")),
+                      translated(QT_TRANSLATE_NOOP("CertificateField", "Failed to open file: %1")).arg(path));
     }
 }

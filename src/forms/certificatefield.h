@@ -9,15 +9,18 @@ class QPushButton;
 class QStandardItem;
 
 // A certificate or key in a form: the path of its file, shown only, and "Select", which reads the file. The
-// item keeps the path and the content that was read from there.
+// item keeps the path and the content that was read from there. Its texts stand in the shared context
+// CertificateField.
 class CertificateField : public QWidget
 {
     Q_OBJECT
 public:
     enum class Kind { Certificate, Key };
 
-    // The line edit is named "<name>Path", the button "<name>Select".
-    CertificateField(Kind kind, const QString &name, int pathRole, int contentRole, QWidget *parent);
+    // The context is the class name of the form, in which its texts are looked up. The line edit is named
+    // "<name>Path", the button "<name>Select".
+    CertificateField(const char *context, Kind kind, const QString &name, int pathRole, int contentRole,
+                     QWidget *parent);
 
     // The label of the row in the form, made once; the text is already translated.
     QLabel *makeLabel(const QString &text);
@@ -36,9 +39,11 @@ public:
     void warnOfOtherPath();
 
 private:
+    QString translated(const char *source) const;
     void keep(const QString &path, const QString &content);
     void selectFile();
 
+    const char *m_context;
     Kind m_kind;
     int m_pathRole;
     int m_contentRole;

@@ -337,7 +337,7 @@ QValidator *FieldTable::validatorFor(const Field &field, QWidget *parent)
 
 QString FieldTable::translated(const Field &field, const char *source) const
 {
-    return QCoreApplication::translate(field.context ? field.context : m_context, source);
+    return field.isTranslated ? QCoreApplication::translate(m_context, source) : QString::fromUtf8(source);
 }
 
 QVariant FieldTable::valueOf(const Field &field) const

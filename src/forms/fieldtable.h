@@ -38,7 +38,7 @@ struct Field {
     // objectName of the widget; radio buttons are "<name>On" and "<name>Off", or "<name>1" and so on, in a
     // "<name>" widget
     const char *name;
-    const char *label; // source text, translated in the table's context
+    const char *label; // source text; of a field of several forms in a shared context
     FieldKind kind;
     int role;                            // role of the item, or FieldTable::noRole
     FieldCheck check = FieldCheck::None; // what may be typed
@@ -48,8 +48,7 @@ struct Field {
     const char *listFallback = nullptr;  // List: entry selected when the role's text is not among the entries
     const char *pattern = nullptr;       // of FieldCheck::Pattern: the regular expression
     QVector<Choice> choices = {};        // of a Coded field, in order; the first stands for an unknown code
-    const char *context = nullptr;       // of its texts, where it is not the table's; "" for texts that
-                                         // stay as they are
+    bool isTranslated = true;            // false for texts that stay as they are
     bool unknownShowsNone = false; // Coded: for an unknown code nothing is selected in place of the first
 };
 
@@ -67,7 +66,7 @@ public:
         Keep,           // a List stays as it is
     };
 
-    // The context is that of the form's own translations.
+    // All texts are looked up in the context, which is the class name of the form that shows them.
     explicit FieldTable(const char *context, QVector<Field> fields = {});
 
     // The fields of a further page, to be built before anything else is done with the table.
@@ -109,6 +108,7 @@ public:
     static void align(const QVector<const FieldTable *> &tables);
 
     const QVector<Field> &fields() const { return m_fields; }
+    const char *context() const { return m_context; }
 
 private:
     // Makes the widget and its label, and enters both.

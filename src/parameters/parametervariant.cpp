@@ -4,19 +4,16 @@
 
 namespace {
 
-// The texts belong to the form that had this table first.
-constexpr char context[] = "PLCEditDialog";
-
 const char *const storedMethods[] = {
-    QT_TRANSLATE_NOOP("PLCEditDialog", "Timed"),
-    QT_TRANSLATE_NOOP("PLCEditDialog", "Change"),
-    QT_TRANSLATE_NOOP("PLCEditDialog", "Change amplitude"),
+    QT_TRANSLATE_NOOP("ParameterTable", "Timed"),
+    QT_TRANSLATE_NOOP("ParameterTable", "Change"),
+    QT_TRANSLATE_NOOP("ParameterTable", "Change amplitude"),
 };
 
 const char *const nodeTypes[] = {
-    QT_TRANSLATE_NOOP("PLCEditDialog", "GUID Node"),
-    QT_TRANSLATE_NOOP("PLCEditDialog", "Numerical Node"),
-    QT_TRANSLATE_NOOP("PLCEditDialog", "String Node"),
+    QT_TRANSLATE_NOOP("ParameterTable", "GUID Node"),
+    QT_TRANSLATE_NOOP("ParameterTable", "Numerical Node"),
+    QT_TRANSLATE_NOOP("ParameterTable", "String Node"),
 };
 
 template <typename Texts> QStringList listOf(const Texts &texts)
@@ -28,11 +25,11 @@ template <typename Texts> QStringList listOf(const Texts &texts)
     return list;
 }
 
-QStringList translatedAll(const QStringList &sources)
+QStringList translatedAll(const ParameterVariant &variant, const QStringList &sources)
 {
     QStringList texts;
     for (const QString &source : sources) {
-        texts.append(ParameterText::translated(source.toLatin1().constData()));
+        texts.append(variant.translated(source.toLatin1().constData()));
     }
     return texts;
 }
@@ -46,7 +43,7 @@ const QStringList &translatedEntries()
 
 // Of the tables with addresses of a controller.
 constexpr char controllerAddress[] =
-    QT_TRANSLATE_NOOP("PLCEditDialog",
+    QT_TRANSLATE_NOOP("ParameterTable",
                       "Invalid input in row %1: only letters, digits, underscores, dots, colons, and "
                       "brackets are allowed.");
 
@@ -54,21 +51,21 @@ ParameterColumn column(ParameterCell cell, int width)
 {
     // "Deleat" is the word that files and users know.
     static const char *const headers[] = {
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Address"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Name"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Type"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Length"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Permissions"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Reporting Method"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Change Amplitude"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Collection Formula"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Write Formula"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Deleat"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "HEX"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Data Content"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "CRC"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Spatial Index"),
-        QT_TRANSLATE_NOOP("PLCEditDialog", "Node Type"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Address"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Name"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Type"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Length"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Permissions"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Reporting Method"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Change Amplitude"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Collection Formula"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Write Formula"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Deleat"),
+        QT_TRANSLATE_NOOP("ParameterTable", "HEX"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Data Content"),
+        QT_TRANSLATE_NOOP("ParameterTable", "CRC"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Spatial Index"),
+        QT_TRANSLATE_NOOP("ParameterTable", "Node Type"),
     };
     return {cell, headers[static_cast<int>(cell)], width};
 }
@@ -82,7 +79,7 @@ ParameterVariant withoutTabs(const char *form, const QVector<ParameterColumn> &c
     variant.columns = columns;
     variant.addressText = addressText;
     variant.duplicateText = QT_TRANSLATE_NOOP(
-        "PLCEditDialog", "The name of the '%1' line already exists. Please use a different name.");
+        "ParameterTable", "The name of the '%1' line already exists. Please use a different name.");
     variant.loadedDuplicateNamesSelf = true;
     return variant;
 }
@@ -98,8 +95,8 @@ ParameterVariant plcVariant()
                      column(ParameterCell::WriteFormula, 100), column(ParameterCell::Button, 35)},
                     controllerAddress);
     variant.hasCsv = true;
-    variant.exportTitle = QT_TRANSLATE_NOOP("PLCEditDialog", "Open CSV file");
-    variant.exportFailure = QT_TRANSLATE_NOOP("PLCEditDialog", "mistake");
+    variant.exportTitle = QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file");
+    variant.exportFailure = QT_TRANSLATE_NOOP("ParameterTable", "mistake");
     return variant;
 }
 
@@ -112,7 +109,7 @@ ParameterVariant modbusVariant()
                        column(ParameterCell::Permissions, 70), column(ParameterCell::Button, 35)};
     variant.addressText = controllerAddress;
     variant.duplicateText = QT_TRANSLATE_NOOP(
-        "PLCEditDialog",
+        "ParameterTable",
         "The name of the '%1' line already exists in this tab. Please use a different name.");
     variant.nameWhileTyping = true;
     variant.commaRefused = true;
@@ -120,8 +117,8 @@ ParameterVariant modbusVariant()
     variant.onlyNameCheckedInItems = true;
     variant.height = 600;
     variant.hasCsv = true;
-    variant.exportTitle = QT_TRANSLATE_NOOP("PLCEditDialog", "Save CSV file");
-    variant.exportFailure = QT_TRANSLATE_NOOP("PLCEditDialog", "Mistake");
+    variant.exportTitle = QT_TRANSLATE_NOOP("ParameterTable", "Save CSV file");
+    variant.exportFailure = QT_TRANSLATE_NOOP("ParameterTable", "Mistake");
     variant.badAddressAbandons = true;
     return variant;
 }
@@ -142,7 +139,7 @@ QStringList ParameterVariant::headers() const
 {
     QStringList texts;
     for (const ParameterColumn &each : columns) {
-        texts.append(ParameterText::translated(each.header));
+        texts.append(translated(each.header));
     }
     return texts;
 }
@@ -164,6 +161,32 @@ QStringList ParameterVariant::entries(ParameterCell cell) const
     default:
         return {};
     }
+}
+
+QString ParameterVariant::translated(const char *source) const
+{
+    return QCoreApplication::translate(form, source);
+}
+
+QString ParameterVariant::shown(const QString &stored) const
+{
+    return translatedEntries().contains(stored) ? translated(stored.toLatin1().constData()) : stored;
+}
+
+QString ParameterVariant::stored(const QString &shown) const
+{
+    const int index = translatedAll(*this, translatedEntries()).indexOf(shown);
+    return index < 0 ? shown : translatedEntries().at(index);
+}
+
+QStringList ParameterVariant::shownMethods() const
+{
+    return translatedAll(*this, ParameterText::methods());
+}
+
+QString ParameterVariant::amplitudeMethod() const
+{
+    return translated(storedMethods[2]);
 }
 
 const ParameterVariant &ParameterVariant::plc()
@@ -212,7 +235,7 @@ const ParameterVariant &ParameterVariant::opcUa()
                      column(ParameterCell::WriteFormula, 90), column(ParameterCell::Type, 85),
                      column(ParameterCell::Button, 35)},
                     QT_TRANSLATE_NOOP(
-                        "PLCEditDialog",
+                        "ParameterTable",
                         "Invalid input in row %1: only letters, digits, underscores, and dots are allowed."));
     return variant;
 }
@@ -237,30 +260,4 @@ const QStringList &ParameterText::methods()
 {
     static const QStringList list = listOf(storedMethods);
     return list;
-}
-
-QStringList ParameterText::shownMethods()
-{
-    return translatedAll(methods());
-}
-
-QString ParameterText::shown(const QString &stored)
-{
-    return translatedEntries().contains(stored) ? translated(stored.toLatin1().constData()) : stored;
-}
-
-QString ParameterText::stored(const QString &shown)
-{
-    const int index = translatedAll(translatedEntries()).indexOf(shown);
-    return index < 0 ? shown : translatedEntries().at(index);
-}
-
-QString ParameterText::amplitudeMethod()
-{
-    return translated(storedMethods[2]);
-}
-
-QString ParameterText::translated(const char *source)
-{
-    return QCoreApplication::translate(context, source);
 }

@@ -24,14 +24,15 @@ enum class ParameterCell {
 
 struct ParameterColumn {
     ParameterCell cell;
-    const char *header; // source text in the context PLCEditDialog
+    const char *header; // source text
     int width;          // pixels
 };
 
 // What differs between the tables of a PLC, of a Modbus tab and of the Standards that have rows without tabs.
+// Source texts stand in the shared context ParameterTable and are looked up in that of the form.
 struct ParameterVariant {
     QVector<ParameterColumn> columns;
-    const char *form = nullptr; // class name, the prefix of the activity log
+    const char *form = nullptr; // class name: context of the texts, and the prefix of the activity log
     int height = 0;             // fixed height of the table in pixels, or 0
 
     // Source texts; %1 is a one-based row number. Without an addressText any address passes.
@@ -52,6 +53,15 @@ struct ParameterVariant {
     int indexOf(ParameterCell cell) const;         // -1 if the variant has no such column
     QStringList headers() const;                   // in the current language
     QStringList entries(ParameterCell cell) const; // of a list, as stored; empty for any other cell
+    // A text of the table in the current language.
+    QString translated(const char *source) const;
+    // An entry of a list, as shown for what is stored and the other way round; what is never translated, or
+    // is not known, stands for itself.
+    QString shown(const QString &stored) const;
+    QString stored(const QString &shown) const;
+    QStringList shownMethods() const;
+    // The method that makes the amplitude live, as shown.
+    QString amplitudeMethod() const;
 
     static const ParameterVariant &plc();
     static const ParameterVariant &modbus();
@@ -60,21 +70,13 @@ struct ParameterVariant {
     static const ParameterVariant &opcUa();
 };
 
+// Entries of lists, as stored.
 namespace ParameterText {
 
 // The twelve data types, in list order.
 const QStringList &types();
 const QStringList &permissions();
-// The reporting methods as stored, and as shown in the current language.
+// The reporting methods as stored.
 const QStringList &methods();
-QStringList shownMethods();
-// An entry of a list, as shown for what is stored and the other way round; what is never translated, or is
-// not known, stands for itself.
-QString shown(const QString &stored);
-QString stored(const QString &shown);
-// The method that makes the amplitude live, as shown.
-QString amplitudeMethod();
-// A text of the parameter table in the current language.
-QString translated(const char *source);
 
 } // namespace ParameterText

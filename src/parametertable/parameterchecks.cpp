@@ -47,7 +47,7 @@ QLineEdit *editorAt(QTableWidget *table, int row, int column)
 }
 
 constexpr char amplitudeBox[] =
-    QT_TRANSLATE_NOOP("PLCEditDialog", "Only positive integers and floating-point numbers are allowed.");
+    QT_TRANSLATE_NOOP("ParameterTable", "Only positive integers and floating-point numbers are allowed.");
 
 } // namespace
 
@@ -111,9 +111,9 @@ void ParameterEditor::validateLength(int row, int column)
         const QSignalBlocker quiet(table);
         item->setText(item->data(Qt::UserRole).toString());
     }
-    warn(index ? QT_TRANSLATE_NOOP("PLCEditDialog",
+    warn(index ? QT_TRANSLATE_NOOP("ParameterTable",
                                    "The spatial index value type can only be filled with numbers.")
-               : QT_TRANSLATE_NOOP("PLCEditDialog", "Length must be a positive integer."));
+               : QT_TRANSLATE_NOOP("ParameterTable", "Length must be a positive integer."));
 }
 
 void ParameterEditor::validateChange(int row, int column)
@@ -216,7 +216,7 @@ void ParameterEditor::checkLength(QLineEdit *editor)
     const QPointer<QLineEdit> guarded(editor);
     // No upper bound on purpose: the 10 lives in the message only.
     const bool told =
-        warnOnce(QT_TRANSLATE_NOOP("PLCEditDialog", "Length must be a positive integer between 1 and 10."));
+        warnOnce(QT_TRANSLATE_NOOP("ParameterTable", "Length must be a positive integer between 1 and 10."));
     if (told && guarded) {
         guarded->setText(QStringLiteral("1"));
     }
@@ -249,7 +249,7 @@ bool ParameterEditor::formulaPasses(int row, const QString &text)
 {
     const bool passes = matches(formulaPattern(), text);
     if (!passes) {
-        tell(QT_TRANSLATE_NOOP("PLCEditDialog",
+        tell(QT_TRANSLATE_NOOP("ParameterTable",
                                "Invalid input in row %1: only numbers, operators (+, -, *, /) and 'X' are "
                                "allowed."),
              row);
@@ -261,7 +261,7 @@ bool ParameterEditor::amplitudePasses(int row, const QString &text)
 {
     const bool passes = matches(amplitudePattern(), text);
     if (!passes) {
-        tell(QT_TRANSLATE_NOOP("PLCEditDialog",
+        tell(QT_TRANSLATE_NOOP("ParameterTable",
                                "Invalid input in row %1: only integers and floating-point "
                                "numbers are allowed."),
              row);
@@ -273,7 +273,7 @@ bool ParameterEditor::commaPasses(const QString &text)
 {
     const bool passes = !m_variant.commaRefused || !text.contains(QLatin1Char(','));
     if (!passes) {
-        tell(QT_TRANSLATE_NOOP("PLCEditDialog",
+        tell(QT_TRANSLATE_NOOP("ParameterTable",
                                "The name cannot contain a comma. Please use a different name."),
              0);
     }
@@ -303,15 +303,15 @@ bool ParameterEditor::isFormula(int column) const
 void ParameterEditor::tell(const char *source, int row)
 {
     if (m_workspace) {
-        const QString text = ParameterText::translated(source);
+        const QString text = m_variant.translated(source);
         m_workspace->appendMessage(text.contains(QLatin1String("%1")) ? text.arg(row + 1) : text);
     }
 }
 
 void ParameterEditor::warn(const char *source)
 {
-    Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "Warning")),
-                  ParameterText::translated(source));
+    Tell::warning(m_form, m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Warning")),
+                  m_variant.translated(source));
 }
 
 bool ParameterEditor::warnOnce(const char *source)

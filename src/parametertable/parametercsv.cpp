@@ -17,7 +17,7 @@ constexpr int leastFields = 6;
 
 enum class RowFault { None, Address, Choice, Length, Amplitude, CollectionFormula, WriteFormula };
 
-bool passes(ParameterCell cell, const QString &field)
+bool passes(const ParameterVariant &variant, ParameterCell cell, const QString &field)
 {
     static const QRegularExpression address(QStringLiteral("^[\\x21-\\x7E]+$"));
     static const QRegularExpression length(QStringLiteral("^-?\\d*$"));
@@ -35,7 +35,7 @@ bool passes(ParameterCell cell, const QString &field)
     case ParameterCell::Permissions:
         return ParameterText::permissions().contains(field);
     case ParameterCell::Method:
-        return ParameterText::shownMethods().contains(field);
+        return variant.shownMethods().contains(field);
     case ParameterCell::Amplitude:
         return amplitude.match(field).hasMatch();
     case ParameterCell::CollectionFormula:
@@ -70,7 +70,7 @@ RowFault checkRow(const QStringList &fields, const ParameterVariant &variant)
 {
     for (int column = 0; column < variant.columns.size(); ++column) {
         const ParameterCell cell = variant.columns.at(column).cell;
-        if (!passes(cell, fields.value(column, QLatin1String("")))) {
+        if (!passes(variant, cell, fields.value(column, QLatin1String("")))) {
             return faultOf(cell);
         }
     }
@@ -84,20 +84,20 @@ const char *refusalOf(RowFault fault, const ParameterVariant &variant)
     case RowFault::Address:
         // A bad address passes in silence in the other variant, on purpose.
         return variant.badAddressAbandons ? QT_TRANSLATE_NOOP(
-                   "PLCEditDialog", "The address in the CSV row does not match the expected format.")
+                   "ParameterTable", "The address in the CSV row does not match the expected format.")
                                           : nullptr;
     case RowFault::Length:
         return QT_TRANSLATE_NOOP(
-            "PLCEditDialog", "The length of the numbers in the CSV row does not match the expected format.");
+            "ParameterTable", "The length of the numbers in the CSV row does not match the expected format.");
     case RowFault::Amplitude:
         return QT_TRANSLATE_NOOP(
-            "PLCEditDialog",
+            "ParameterTable",
             "The magnitude of the change in the CSV row does not match the expected format.");
     case RowFault::CollectionFormula:
-        return QT_TRANSLATE_NOOP("PLCEditDialog",
+        return QT_TRANSLATE_NOOP("ParameterTable",
                                  "The collection formula in the CSV row does not match the expected format.");
     case RowFault::WriteFormula:
-        return QT_TRANSLATE_NOOP("PLCEditDialog",
+        return QT_TRANSLATE_NOOP("ParameterTable",
                                  "The write formula in the CSV row does not match the expected format.");
     case RowFault::Choice:
     case RowFault::None:
@@ -131,12 +131,12 @@ ParameterCsv::Import ParameterCsv::read(QTextStream &stream, const ParameterVari
         const QStringList fields = line.split(QLatin1Char(','));
         if (fields.size() < leastFields) {
             import.refusal =
-                QT_TRANSLATE_NOOP("PLCEditDialog", "CSV file has incorrect column count, unable to import");
+                QT_TRANSLATE_NOOP("ParameterTable", "CSV file has incorrect column count, unable to import");
         } else if (!headerRead) {
             headerRead = true;
             if (fields != headers) {
                 import.refusal =
-                    QT_TRANSLATE_NOOP("PLCEditDialog", "CSV header does not match expected format.");
+                    QT_TRANSLATE_NOOP("ParameterTable", "CSV header does not match expected format.");
             }
         } else {
             const RowFault fault = checkRow(fields, variant);
@@ -153,8 +153,8 @@ ParameterCsv::Import ParameterCsv::read(QTextStream &stream, const ParameterVari
 void ParameterEditor::importParameters()
 {
     const QString path = chooseOpenFile(
-        m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "Open CSV file")), QString(),
-        ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "CSV File (*.csv)")));
+        m_form, m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")), QString(),
+        m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
     if (!path.isEmpty()) {
         importFile(path);
     }
@@ -164,8 +164,8 @@ void ParameterEditor::exportParameters()
 {
     // The title of an open dialog stands on the save dialog of one variant, on purpose.
     const QString path =
-        chooseSaveFile(m_form, ParameterText::translated(m_variant.exportTitle), QString(),
-                       ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "CSV file (*.csv)")));
+        chooseSaveFile(m_form, m_variant.translated(m_variant.exportTitle), QString(),
+                       m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
     if (!path.isEmpty()) {
         exportFile(path);
     }
@@ -175,22 +175,22 @@ void ParameterEditor::importFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "mistake")),
-                      ParameterText::translated(
-                          QT_TRANSLATE_NOOP("PLCEditDialog", "Unable to open file for reading.")));
+        Tell::warning(
+            m_form, m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "mistake")),
+            m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for reading.")));
         return;
     }
     QTextStream stream(&file);
     const QPointer<ParameterEditor> guard(this);
     const auto refuse = [this, &guard](const char *text) {
         if (guard) {
-            Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "error")),
-                          ParameterText::translated(text));
+            Tell::warning(m_form, m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "error")),
+                          m_variant.translated(text));
         }
     };
     const ParameterCsv::Import import = ParameterCsv::read(stream, m_variant, [&refuse] {
         refuse(QT_TRANSLATE_NOOP(
-            "PLCEditDialog",
+            "ParameterTable",
             "The multiple-choice content in the CSV row does not match the expected format. "
             "Set as default value"));
     });
@@ -213,9 +213,9 @@ void ParameterEditor::exportFile(const QString &path)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        Tell::warning(m_form, ParameterText::translated(m_variant.exportFailure),
-                      ParameterText::translated(
-                          QT_TRANSLATE_NOOP("PLCEditDialog", "Unable to open file for writing.")));
+        Tell::warning(
+            m_form, m_variant.translated(m_variant.exportFailure),
+            m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for writing.")));
         return;
     }
     // Without a table the file stays empty.

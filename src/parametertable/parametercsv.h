@@ -14,7 +14,7 @@ namespace ParameterCsv {
 // What an import came to: rows as loadParameters takes them, or the text of the box that abandons it.
 struct Import {
     RowList rows;
-    const char *refusal = nullptr; // source text in the context PLCEditDialog; null if all lines passed
+    const char *refusal = nullptr; // source text of the parameter table; null if all lines passed
 };
 
 // Reads a whole file. A bad choice in a list is told through the callback, once a row, and the row is kept.

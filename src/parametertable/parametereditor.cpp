@@ -100,13 +100,13 @@ QWidget *ParameterEditor::makeButtons(QWidget *parent)
         void (ParameterEditor::*pressed)();
         bool isOfCsv;
     } table[] = {
-        {QT_TRANSLATE_NOOP("PLCEditDialog", "Add"), ":/adsdemo/images/add.svg", "addButton",
+        {QT_TRANSLATE_NOOP("ParameterTable", "Add"), ":/adsdemo/images/add.svg", "addButton",
          &ParameterEditor::addParameter, false},
-        {QT_TRANSLATE_NOOP("PLCEditDialog", "Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
+        {QT_TRANSLATE_NOOP("ParameterTable", "Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
          &ParameterEditor::removeAllParameters, false},
-        {QT_TRANSLATE_NOOP("PLCEditDialog", "Import"), ":/adsdemo/images/read.svg", "importButton",
+        {QT_TRANSLATE_NOOP("ParameterTable", "Import"), ":/adsdemo/images/read.svg", "importButton",
          &ParameterEditor::importParameters, true},
-        {QT_TRANSLATE_NOOP("PLCEditDialog", "Export"), ":/adsdemo/images/write.svg", "exportButton",
+        {QT_TRANSLATE_NOOP("ParameterTable", "Export"), ":/adsdemo/images/write.svg", "exportButton",
          &ParameterEditor::exportParameters, true},
     };
     auto *buttons = new QWidget(parent);
@@ -115,7 +115,7 @@ QWidget *ParameterEditor::makeButtons(QWidget *parent)
     for (const auto &entry : table) {
         if (m_variant.hasCsv || !entry.isOfCsv) {
             QPushButton *button =
-                FormPage::button(ParameterText::translated(entry.text), QLatin1String(entry.icon), buttons);
+                FormPage::button(m_variant.translated(entry.text), QLatin1String(entry.icon), buttons);
             button->setObjectName(QLatin1String(entry.name));
             connect(button, &QPushButton::clicked, this, entry.pressed);
             row->addWidget(button);
@@ -154,7 +154,7 @@ void ParameterEditor::loadParameters(const RowList &rows)
 {
     QTableWidget *table = m_current();
     if (!table) {
-        Tell::warning(m_form, ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "Error")),
+        Tell::warning(m_form, m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Error")),
                       m_missing());
         return;
     }
@@ -191,7 +191,7 @@ RowList ParameterEditor::rows(const QTableWidget *table) const
         for (int column = 0; column < table->columnCount(); ++column) {
             const QString text = parameterCellText(table, row, column);
             if (!text.isNull() || table->item(row, column)) {
-                values.append(translated.contains(column) ? ParameterText::stored(text) : text);
+                values.append(translated.contains(column) ? m_variant.stored(text) : text);
             }
         }
         rows.append(values);
@@ -290,8 +290,7 @@ void ParameterEditor::addButton(QTableWidget *table, int row)
     button->setFixedSize(buttonSize, buttonSize);
     button->setAutoDefault(false);
     button->setFocusPolicy(Qt::TabFocus); // a click that took the focus would make its own row current
-    button->setToolTip(
-        ParameterText::translated(QT_TRANSLATE_NOOP("PLCEditDialog", "Delete the current row")));
+    button->setToolTip(m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
     button->setAccessibleName(button->toolTip());
     connect(button, &QPushButton::clicked, this, &ParameterEditor::removeParameter);
     table->setCellWidget(row, table->columnCount() - 1, button);
@@ -335,9 +334,10 @@ QWidget *ParameterEditor::makeList(QTableWidget *table, ParameterCell cell, cons
 {
     auto *list = new QComboBox(table->viewport());
     QStringList entries = m_variant.entries(cell);
-    std::transform(entries.cbegin(), entries.cend(), entries.begin(), ParameterText::shown);
+    std::transform(entries.cbegin(), entries.cend(), entries.begin(),
+                   [this](const QString &stored) { return m_variant.shown(stored); });
     list->addItems(entries);
-    list->setCurrentText(ParameterText::shown(value));
+    list->setCurrentText(m_variant.shown(value));
     list->setToolTip(list->currentText()); // may be longer than its column
     connect(list, &QComboBox::currentTextChanged, list, &QWidget::setToolTip);
     list->installEventFilter(m_form);
@@ -368,8 +368,8 @@ void ParameterEditor::connectAddedRow(int row, const RowParts &parts)
             checkAtEndOfEditing(editor, row, &ParameterEditor::checkAmplitude);
         });
         connect(parts.method, &QComboBox::currentTextChanged, parts.amplitude,
-                [editor = parts.amplitude](const QString &shown) {
-                    editor->setEnabled(shown == ParameterText::amplitudeMethod());
+                [&variant = m_variant, editor = parts.amplitude](const QString &shown) {
+                    editor->setEnabled(shown == variant.amplitudeMethod());
                     if (!editor->isEnabled()) {
                         editor->clear();
                     }
@@ -396,8 +396,8 @@ void ParameterEditor::connectLoadedRow(const RowParts &parts)
     connect(parts.amplitude, &QLineEdit::editingFinished, this,
             [this, editor = parts.amplitude] { checkNumber(editor); });
     if (parts.method) {
-        const auto enable = [editor = parts.amplitude](const QString &shown) {
-            editor->setEnabled(shown == ParameterText::amplitudeMethod());
+        const auto enable = [&variant = m_variant, editor = parts.amplitude](const QString &shown) {
+            editor->setEnabled(shown == variant.amplitudeMethod());
         };
         enable(parts.method->currentText());
         connect(parts.method, &QComboBox::currentTextChanged, parts.amplitude, enable);

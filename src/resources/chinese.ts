@@ -584,14 +584,6 @@
         <translation></translation>
     </message>
     <message>
-        <source>anonymous</source>
-        <translation>匿名</translation>
-    </message>
-    <message>
-        <source>Username and password verification</source>
-        <translation>用户名、密码验证</translation>
-    </message>
-    <message>
         <source>Project Name</source>
         <translation>项目名称</translation>
     </message>
@@ -1354,6 +1346,36 @@
         <source>Trigger Conditions:</source>
         <translation>触发条件：</translation>
     </message>
+</context>
+<context>
+    <name>PLCInputDialog</name>
+    <message>
+        <source>Add PLC</source>
+        <translation>添加PLC</translation>
+    </message>
+    <message>
+        <source>PLC Name:</source>
+        <translation>PLC 名称：</translation>
+    </message>
+    <message>
+        <source>Manufacturer:</source>
+        <translation>厂商：</translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation>协议：</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>ParameterTable</name>
     <message>
         <source>Only positive integers and floating-point numbers are allowed.</source>
         <translation>只允许输入正整数和浮点数。</translation>
@@ -1577,33 +1599,6 @@
     <message>
         <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
         <translation>第 %1 行输入无效：只允许字母、数字、下划线和点。</translation>
-    </message>
-</context>
-<context>
-    <name>PLCInputDialog</name>
-    <message>
-        <source>Add PLC</source>
-        <translation>添加PLC</translation>
-    </message>
-    <message>
-        <source>PLC Name:</source>
-        <translation>PLC 名称：</translation>
-    </message>
-    <message>
-        <source>Manufacturer:</source>
-        <translation>厂商：</translation>
-    </message>
-    <message>
-        <source>Protocol:</source>
-        <translation>协议：</translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation>确定</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
     </message>
 </context>
 <context>
@@ -2869,6 +2864,17 @@
     </message>
 </context>
 <context>
+    <name>StandardAuthentication</name>
+    <message>
+        <source>anonymous</source>
+        <translation>匿名</translation>
+    </message>
+    <message>
+        <source>Username and password verification</source>
+        <translation>用户名、密码验证</translation>
+    </message>
+</context>
+<context>
     <name>StandardFields</name>
     <message>
         <source>Communication Timeout:</source>
@@ -2914,18 +2920,6 @@
 <context>
     <name>StandardTableForm</name>
     <message>
-        <source>The Standard CustomPoll &apos;%1&apos; is saved successfully.</source>
-        <translation>Standard CustomPoll“%1”保存成功。</translation>
-    </message>
-    <message>
-        <source>The Standard DIDO &apos;%1&apos; is saved successfully.</source>
-        <translation>Standard DIDO“%1”保存成功。</translation>
-    </message>
-    <message>
-        <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
-        <translation>Standard OpcUa“%1”保存成功。</translation>
-    </message>
-    <message>
         <source>Server Name:</source>
         <translation>名称：</translation>
     </message>
@@ -2947,17 +2941,24 @@
     </message>
 </context>
 <context>
-    <name>StandardTabs</name>
-    <message>
-        <source>Add Tab</source>
-        <translation>添加标签页</translation>
-    </message>
-</context>
-<context>
     <name>TableCopy</name>
     <message>
         <source>Copy</source>
         <translation>复制</translation>
+    </message>
+</context>
+<context>
+    <name>standardCustomPollEditDialog</name>
+    <message>
+        <source>The Standard CustomPoll &apos;%1&apos; is saved successfully.</source>
+        <translation>Standard CustomPoll“%1”保存成功。</translation>
+    </message>
+</context>
+<context>
+    <name>standardDIOEditDialog</name>
+    <message>
+        <source>The Standard DIDO &apos;%1&apos; is saved successfully.</source>
+        <translation>Standard DIDO“%1”保存成功。</translation>
     </message>
 </context>
 <context>
@@ -3009,6 +3010,10 @@
     <message>
         <source>The Standard DLT645 &apos;%1&apos; is saved successfully.</source>
         <translation>Standard DLT645“%1”保存成功。</translation>
+    </message>
+    <message>
+        <source>Add Tab</source>
+        <translation>添加标签页</translation>
     </message>
 </context>
 <context>
@@ -3120,6 +3125,10 @@
         <source>The Standard Modbus &apos;%1&apos; is saved successfully.</source>
         <translation>Standard Modbus“%1”保存成功。</translation>
     </message>
+    <message>
+        <source>Add Tab</source>
+        <translation>添加标签页</translation>
+    </message>
 </context>
 <context>
     <name>standardOPCUAEditDialog</name>
@@ -3154,6 +3163,10 @@
     <message>
         <source>Private Key:</source>
         <translation>私钥：</translation>
+    </message>
+    <message>
+        <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
+        <translation>Standard OpcUa“%1”保存成功。</translation>
     </message>
 </context>
 </TS>

@@ -584,14 +584,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>anonymous</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Username and password verification</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Project Name</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1352,6 +1344,36 @@
         <source>Trigger Conditions:</source>
         <translation type="unfinished"></translation>
     </message>
+</context>
+<context>
+    <name>PLCInputDialog</name>
+    <message>
+        <source>Add PLC</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PLC Name:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Manufacturer:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Protocol:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ParameterTable</name>
     <message>
         <source>Only positive integers and floating-point numbers are allowed.</source>
         <translation type="unfinished"></translation>
@@ -1574,33 +1596,6 @@
     </message>
     <message>
         <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
-    <name>PLCInputDialog</name>
-    <message>
-        <source>Add PLC</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>PLC Name:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Manufacturer:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Protocol:</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>OK</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Cancel</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2867,6 +2862,17 @@
     </message>
 </context>
 <context>
+    <name>StandardAuthentication</name>
+    <message>
+        <source>anonymous</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Username and password verification</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>StandardFields</name>
     <message>
         <source>Communication Timeout:</source>
@@ -2912,18 +2918,6 @@
 <context>
     <name>StandardTableForm</name>
     <message>
-        <source>The Standard CustomPoll &apos;%1&apos; is saved successfully.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The Standard DIDO &apos;%1&apos; is saved successfully.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Server Name:</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2945,16 +2939,23 @@
     </message>
 </context>
 <context>
-    <name>StandardTabs</name>
+    <name>TableCopy</name>
     <message>
-        <source>Add Tab</source>
+        <source>Copy</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
-    <name>TableCopy</name>
+    <name>standardCustomPollEditDialog</name>
     <message>
-        <source>Copy</source>
+        <source>The Standard CustomPoll &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>standardDIOEditDialog</name>
+    <message>
+        <source>The Standard DIDO &apos;%1&apos; is saved successfully.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -3006,6 +3007,10 @@
     </message>
     <message>
         <source>The Standard DLT645 &apos;%1&apos; is saved successfully.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Tab</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -3118,6 +3123,10 @@
         <source>The Standard Modbus &apos;%1&apos; is saved successfully.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Add Tab</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>standardOPCUAEditDialog</name>
@@ -3151,6 +3160,10 @@
     </message>
     <message>
         <source>Private Key:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -458,6 +458,13 @@ Do you want to delete it anyway?</source>
     </message>
 </context>
 <context>
+    <name>CloseButton</name>
+    <message>
+        <source>Close Tab</source>
+        <translation>关闭标签页</translation>
+    </message>
+</context>
+<context>
     <name>QScrollBar</name>
     <message>
         <source>Scroll here</source>

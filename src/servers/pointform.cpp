@@ -53,8 +53,8 @@ void PointForm::handleImportedData(const QList<QJsonObject> &points, const QStri
         } else if (m_points.tellsDuplicates && workspace()) {
             // On purpose without the two names: with a blank behind each "%" the text is shown as it stands,
             // which is the message that users of these forms know.
-            workspace()->appendMessage(
-                tr("The data with device name '% 2' and variable name '% 1' already exists."));
+            workspace()->appendMessage(translated(QT_TRANSLATE_NOOP(
+                "PointForm", "The data with device name '% 2' and variable name '% 1' already exists.")));
         }
     }
 }
@@ -73,10 +73,12 @@ void PointForm::showContextMenu(const QPoint &pos)
     if (!view) {
         return;
     }
-    QMenu menu(tr("Context menu")); // without a parent: the form may be closed while it stands
-    connect(menu.addAction(tr("Import Data Points")), &QAction::triggered, this,
-            &PointForm::importDataPoints);
-    connect(menu.addAction(tr("Delete")), &QAction::triggered, this, &PointForm::deleteSelectedItem);
+    // Without a parent: the form may be closed while it stands.
+    QMenu menu(translated(QT_TRANSLATE_NOOP("PointForm", "Context menu")));
+    connect(menu.addAction(translated(QT_TRANSLATE_NOOP("PointForm", "Import Data Points"))),
+            &QAction::triggered, this, &PointForm::importDataPoints);
+    connect(menu.addAction(translated(QT_TRANSLATE_NOOP("PointForm", "Delete"))), &QAction::triggered, this,
+            &PointForm::deleteSelectedItem);
     menu.exec(view->viewport()->mapToGlobal(pos));
 }
 
@@ -86,7 +88,8 @@ void PointForm::importDataPoints()
     if (workspace()) {
         workspace()->openImportDataDialog();
     } else {
-        Tell::warning(this, tr("Warning"), tr("Main window pointer is not set."));
+        Tell::warning(this, translated(QT_TRANSLATE_NOOP("PointForm", "Warning")),
+                      translated(QT_TRANSLATE_NOOP("PointForm", "Main window pointer is not set.")));
     }
     if (alive) {
         log(QStringLiteral("Import Data Points"));

@@ -8,17 +8,9 @@
 
 namespace {
 
-QVector<Field> ofThisContext(QVector<Field> fields)
-{
-    for (Field &field : fields) {
-        field.context = ServerFields::context;
-    }
-    return fields;
-}
-
 QVector<Field> identityStoredIn(int protocolRole, const QString &protocol)
 {
-    return ofThisContext({
+    return {
         {"name", QT_TRANSLATE_NOOP("ServerFields", "Server Name:"), FieldKind::ReadOnly, Qt::DisplayRole},
         {"description", QT_TRANSLATE_NOOP("ServerFields", "Description:"), FieldKind::Text,
          serverDescriptionRole},
@@ -28,7 +20,7 @@ QVector<Field> identityStoredIn(int protocolRole, const QString &protocol)
          protocolRole,
          FieldCheck::None,
          {protocol}},
-    });
+    };
 }
 
 } // namespace
@@ -41,51 +33,51 @@ QVector<Field> ServerFields::identity(const QString &protocol)
 QVector<Field> ServerFields::cloud(const QString &protocol)
 {
     Field key{"protocolKey", "", FieldKind::List, serverProtocolRole, FieldCheck::None, {protocol}};
-    key.context = "";
+    key.isTranslated = false;
     return identityStoredIn(FieldTable::noRole, protocol) + QVector<Field>{key}
-    + ofThisContext({{"domainName", QT_TRANSLATE_NOOP("ServerFields", "Domain Name:"), FieldKind::Text,
-                      serverDomainNameRole, FieldCheck::HostName}})
-        + port();
+    + QVector<Field>{{"domainName", QT_TRANSLATE_NOOP("ServerFields", "Domain Name:"), FieldKind::Text,
+                      serverDomainNameRole, FieldCheck::HostName}}
+    + port();
 }
 
 QVector<Field> ServerFields::device()
 {
-    return ofThisContext({
+    return {
         {"productKey", QT_TRANSLATE_NOOP("ServerFields", "Product Key:"), FieldKind::Text,
          serverProductKeyRole, FieldCheck::NoCjk},
         {"deviceName", QT_TRANSLATE_NOOP("ServerFields", "Device Name:"), FieldKind::Text,
          serverDeviceNameRole, FieldCheck::NoCjk},
         {"deviceSecret", QT_TRANSLATE_NOOP("ServerFields", "Device Secret:"), FieldKind::Password,
          serverDeviceSecretRole, FieldCheck::NoCjk},
-    });
+    };
 }
 
 QVector<Field> ServerFields::port()
 {
-    return ofThisContext({{"port", QT_TRANSLATE_NOOP("ServerFields", "Port:"), FieldKind::Text,
-                           serverPortRole, FieldCheck::Port}});
+    return {{"port", QT_TRANSLATE_NOOP("ServerFields", "Port:"), FieldKind::Text, serverPortRole,
+             FieldCheck::Port}};
 }
 
 QVector<Field> ServerFields::clientId()
 {
-    return ofThisContext({{"clientId", QT_TRANSLATE_NOOP("ServerFields", "Client ID:"), FieldKind::Text,
-                           serverClientIdRole, FieldCheck::NoCjk}});
+    return {{"clientId", QT_TRANSLATE_NOOP("ServerFields", "Client ID:"), FieldKind::Text, serverClientIdRole,
+             FieldCheck::NoCjk}};
 }
 
 QVector<Field> ServerFields::credentials(FieldKind password)
 {
-    return ofThisContext({
+    return {
         {"username", QT_TRANSLATE_NOOP("ServerFields", "User Name:"), FieldKind::Text, serverUsernameRole,
          FieldCheck::NoCjk},
         {"password", QT_TRANSLATE_NOOP("ServerFields", "Password:"), password, serverPasswordRole,
          FieldCheck::NoCjk},
-    });
+    };
 }
 
 QVector<Field> ServerFields::qos(const QStringList &levels)
 {
-    return ofThisContext({{"qos", QT_TRANSLATE_NOOP("ServerFields", "qos:"), FieldKind::List, serverQosRole,
-                           FieldCheck::None, levels, nullptr, "1"}});
+    return {{"qos", QT_TRANSLATE_NOOP("ServerFields", "qos:"), FieldKind::List, serverQosRole,
+             FieldCheck::None, levels, nullptr, "1"}};
 }
 
 Field ServerFields::patterned(const char *name, const char *label, FieldKind kind, int role,

@@ -2,11 +2,8 @@
 
 #include "forms/fieldtable.h"
 
-// Fields that the forms of several Servers share.
+// Fields that the forms of several Servers share; their texts stand in the shared context ServerFields.
 namespace ServerFields {
-
-// Of their translations.
-constexpr char context[] = "ServerFields";
 
 // "name", "description" and the one-entry list "protocol", which is stored.
 QVector<Field> identity(const QString &protocol);

@@ -19,7 +19,7 @@ ServerForm::ServerForm(const Kind &kind, const QVector<Field> &fields, QStandard
     , m_workspace(workspace)
     , m_fields(kind.className, fields)
 {
-    setWindowTitle(QCoreApplication::translate(kind.className, kind.title));
+    setWindowTitle(translated(kind.title));
     auto *content = new QWidget(this);
     m_page = new QVBoxLayout(content);
     auto *fieldPage = new QWidget(content);
@@ -30,7 +30,9 @@ ServerForm::ServerForm(const Kind &kind, const QVector<Field> &fields, QStandard
     m_page->addWidget(fieldPage);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(FormPage::scrollArea(content, this));
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
+    const FormPage::Buttons buttons =
+        FormPage::appendButtons(layout, translated(QT_TRANSLATE_NOOP("ServerForm", "Save")),
+                                translated(QT_TRANSLATE_NOOP("ServerForm", "Cancel")));
     connect(buttons.save, &QPushButton::clicked, this, &ServerForm::saveChanges);
     connect(buttons.cancel, &QPushButton::clicked, this, &ServerForm::rejected);
 }
@@ -61,8 +63,7 @@ void ServerForm::saveChanges()
     }
     saveItem(item());
     if (m_workspace) {
-        m_workspace->appendMessage(
-            QCoreApplication::translate(m_kind.className, m_kind.savedMessage).arg(item()->text()));
+        m_workspace->appendMessage(translated(m_kind.savedMessage).arg(item()->text()));
     }
     log(QStringLiteral("save"));
 }
@@ -87,6 +88,11 @@ void ServerForm::showItem(QStandardItem *item)
 void ServerForm::saveItem(QStandardItem *item)
 {
     m_fields.save(item);
+}
+
+QString ServerForm::translated(const char *source) const
+{
+    return QCoreApplication::translate(m_kind.className, source);
 }
 
 void ServerForm::log(const QString &event) const

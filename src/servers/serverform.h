@@ -49,6 +49,8 @@ protected:
     // Null once its node has left the tree.
     QStandardItem *item() const { return m_item.item(); }
     Workspace *workspace() const { return m_workspace; }
+    // A text in the context of the form's own class.
+    QString translated(const char *source) const;
     void log(const QString &event) const;
 
 private:

@@ -16,6 +16,12 @@
 
 #include <algorithm>
 
+namespace {
+
+constexpr char context[] = "ServerInputDialog";
+
+} // namespace
+
 ServerInputDialog::ServerInputDialog(QWidget *parent)
     : QDialog(parent)
     , m_name(makeEdit("name"))
@@ -30,7 +36,7 @@ ServerInputDialog::ServerInputDialog(QWidget *parent)
     resize(420, 260);
     m_protocol->setObjectName(QStringLiteral("protocol"));
     for (const ServerProtocol &protocol : ServerProtocols::all()) {
-        m_protocol->addItem(protocol.shownName(), protocol.key);
+        m_protocol->addItem(protocol.shownName(context), protocol.key);
     }
 
     auto *layout = new QVBoxLayout(this);
@@ -98,8 +104,9 @@ void ServerInputDialog::fillForm(QFormLayout *form)
 void ServerInputDialog::updateProtocolOptions(const QString &protocol)
 {
     const QVector<ServerProtocol> &all = ServerProtocols::all();
-    const auto chosen = std::find_if(
-        all.begin(), all.end(), [&](const ServerProtocol &each) { return each.shownName() == protocol; });
+    const auto chosen = std::find_if(all.begin(), all.end(), [&](const ServerProtocol &each) {
+        return each.shownName(context) == protocol;
+    });
     const unsigned shown = chosen == all.end() ? 0 : chosen->shown;
     for (const Option &option : qAsConst(m_options)) {
         option.widget->setVisible((option.input & shown) != 0);

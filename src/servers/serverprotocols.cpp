@@ -1,15 +1,12 @@
 #include "servers/serverprotocols.h"
 
-#include "servers/serverfields.h"
-
 #include <QCoreApplication>
 
 #include <algorithm>
 
-QString ServerProtocol::shownName() const
+QString ServerProtocol::shownName(const char *context) const
 {
-    return isTranslated ? QCoreApplication::translate(ServerFields::context, key.toLatin1().constData())
-                        : key;
+    return isTranslated ? QCoreApplication::translate(context, key.toLatin1().constData()) : key;
 }
 
 const QVector<ServerProtocol> &ServerProtocols::all()

@@ -22,7 +22,8 @@ struct ServerProtocol {
     unsigned shown;        // Inputs
     bool isSingle = false; // a folder has at most one of it
 
-    QString shownName() const;
+    // As the dialog shows it, whose class name is the context.
+    QString shownName(const char *context) const;
 };
 
 namespace ServerProtocols {

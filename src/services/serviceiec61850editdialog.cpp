@@ -203,21 +203,21 @@ void ServiceIEC61850EditDialog::buildFields(QFormLayout *form)
     m_switches.build(form);
     m_service.widget(QStringLiteral("protocol"))->setEnabled(false);
     addCertificate(form, tr("Root Certificate:"),
-                   new CertificateField(Kind::Certificate, QStringLiteral("rootCertificate"),
+                   new CertificateField(context, Kind::Certificate, QStringLiteral("rootCertificate"),
                                         serviceRootCertificatePathRole, serviceRootCertificateRole, parent));
     addCertificate(form, tr("Server Certificate:"),
-                   new CertificateField(Kind::Certificate, QStringLiteral("serverCertificate"),
+                   new CertificateField(context, Kind::Certificate, QStringLiteral("serverCertificate"),
                                         serviceServerCertificatePathRole, serviceServerCertificateRole,
                                         parent));
     addCertificate(form, tr("Server Key:"),
-                   new CertificateField(Kind::Key, QStringLiteral("serverKey"), serviceServerKeyPathRole,
-                                        serviceServerKeyRole, parent));
+                   new CertificateField(context, Kind::Key, QStringLiteral("serverKey"),
+                                        serviceServerKeyPathRole, serviceServerKeyRole, parent));
     m_security.build(form);
     for (int client = 0; client < clients; ++client) {
         // Each client has two roles, path and content, side by side.
         const int pathRole = serviceClientCertificatePath1Role + 2 * client;
         addCertificate(form, tr(clientLabels[client]),
-                       new CertificateField(Kind::Certificate,
+                       new CertificateField(context, Kind::Certificate,
                                             QStringLiteral("clientCertificate%1").arg(client + 1), pathRole,
                                             pathRole + 1, parent));
     }

@@ -5,7 +5,7 @@
 // The fields of the form of a Modbus Standard, group by group.
 namespace ModbusFields {
 
-// Of their translations; the serial line has the context StandardFields.
+// Of their translations.
 constexpr char context[] = "standardModbusEditDialog";
 
 QVector<Field> identity();

@@ -25,8 +25,9 @@ standardCustomPollEditDialog::standardCustomPollEditDialog(QStandardItem *item, 
                                                            QWidget *parent)
     : StandardTableForm(
         {"CustomPoll", ParameterVariant::customPoll(),
-         QT_TRANSLATE_NOOP("StandardTableForm", "The Standard CustomPoll '%1' is saved successfully."),
-         "standardCustomPollEditDialog: save", "StandardFields"},
+         QT_TRANSLATE_NOOP("standardCustomPollEditDialog",
+                           "The Standard CustomPoll '%1' is saved successfully."),
+         "standardCustomPollEditDialog: save"},
         StandardFields::serialLine()
             + StandardFields::serialTimes("communicationTimeout", standardCommunicationTimeoutRole),
         item, workspace, parent)

@@ -5,9 +5,9 @@
 standardDIOEditDialog::standardDIOEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
     : StandardTableForm(
         {"DIDO", ParameterVariant::dido(),
-         QT_TRANSLATE_NOOP("StandardTableForm", "The Standard DIDO '%1' is saved successfully."),
+         QT_TRANSLATE_NOOP("standardDIOEditDialog", "The Standard DIDO '%1' is saved successfully."),
          // On purpose the protocol's name, unlike the other lines of this form: so a save is found in logs.
-         "standardDIDOEditDialog: save", "StandardFields"},
+         "standardDIDOEditDialog: save"},
         {}, item, workspace, parent)
 {
     begin();

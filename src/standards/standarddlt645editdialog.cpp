@@ -81,8 +81,8 @@ standardDLT645EditDialog::standardDLT645EditDialog(QStandardItem *item, Workspac
     , m_item(item)
     , m_workspace(workspace)
     , m_identity(context, identityFields())
-    , m_serial("StandardFields", serialFields())
-    , m_trigger("StandardFields", StandardFields::trigger())
+    , m_serial(context, serialFields())
+    , m_trigger(context, StandardFields::trigger())
 {
     setWindowTitle(tr("Edit Standard"));
     auto *layout = new QVBoxLayout(this);
@@ -110,7 +110,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     m_serial.build(form);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
 
-    QPushButton *add = StandardTabs::makeAddButton(content);
+    QPushButton *add = StandardTabs::makeAddButton(tr("Add Tab"), content);
     connect(add, &QPushButton::clicked, this, &standardDLT645EditDialog::addTab);
     column->addWidget(add, 0, Qt::AlignLeft);
 

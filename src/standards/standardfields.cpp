@@ -72,7 +72,8 @@ QWidget *StandardFields::triggerRow(FieldTable &table, QWidget *parent)
     // The list stands between the label and the period; its one entry is not stored.
     auto *trigger = new QComboBox(row);
     trigger->setObjectName(QStringLiteral("trigger"));
-    trigger->addItem(QCoreApplication::translate("StandardFields", "Timed Loops"));
+    trigger->addItem(
+        QCoreApplication::translate(table.context(), QT_TRANSLATE_NOOP("StandardFields", "Timed Loops")));
     FormPage::putBeforeField(form, 0, trigger);
     return row;
 }

@@ -4,7 +4,7 @@
 
 class QWidget;
 
-// Fields that the forms of several Standards share.
+// Fields that the forms of several Standards share; their texts stand in the shared context StandardFields.
 namespace StandardFields {
 
 // The serial line from port to parity and the RTS flag; preselected entries of baud rate and parity for a

@@ -36,8 +36,8 @@ standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspac
     , m_workspace(workspace)
     , m_identity(ModbusFields::context, ModbusFields::identity())
     , m_network(ModbusFields::context, ModbusFields::network())
-    , m_serial("StandardFields", ModbusFields::serial())
-    , m_trigger("StandardFields", StandardFields::trigger())
+    , m_serial(ModbusFields::context, ModbusFields::serial())
+    , m_trigger(ModbusFields::context, StandardFields::trigger())
     , m_parameters(new ParameterEditor(
           ParameterVariant::modbus(), this, workspace, [this] { return currentTable(); },
           [this] { return m_latestTable.data(); }))
@@ -83,7 +83,7 @@ QWidget *standardModbusEditDialog::buildContent()
     m_networkGroup = group(tr("Network Layer Information"), m_network);
     m_serialGroup = group(tr("Serial Port Information"), m_serial);
 
-    QPushButton *add = StandardTabs::makeAddButton(content);
+    QPushButton *add = StandardTabs::makeAddButton(tr("Add Tab"), content);
     connect(add, &QPushButton::clicked, this, &standardModbusEditDialog::addTab);
     column->addWidget(add, 0, Qt::AlignLeft);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));

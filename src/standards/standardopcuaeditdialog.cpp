@@ -6,7 +6,6 @@
 #include "parametertable/parametereditor.h"
 
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -32,9 +31,10 @@ QVector<Field> connectionFields()
         list("messageSecurityMode", QT_TRANSLATE_NOOP("standardOPCUAEditDialog", "Message Mode:"),
              standardMessageSecurityModeRole,
              {QStringLiteral("None"), QStringLiteral("Sign"), QStringLiteral("SignAndEncrypt")}),
-        // Its entries come with the form: they are not of this context.
         list("authentication", QT_TRANSLATE_NOOP("standardOPCUAEditDialog", "Authentication:"),
-             standardAuthenticationRole, {}),
+             standardAuthenticationRole,
+             {QT_TRANSLATE_NOOP("StandardAuthentication", "anonymous"),
+              QT_TRANSLATE_NOOP("StandardAuthentication", "Username and password verification")}),
         {"username", QT_TRANSLATE_NOOP("standardOPCUAEditDialog", "User Name:"), FieldKind::Text,
          standardUsernameRole},
         {"password", QT_TRANSLATE_NOOP("standardOPCUAEditDialog", "Password:"), FieldKind::Password,
@@ -47,13 +47,13 @@ QVector<Field> connectionFields()
 standardOPCUAEditDialog::standardOPCUAEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
     : StandardTableForm(
         {"OpcUA", ParameterVariant::opcUa(),
-         QT_TRANSLATE_NOOP("StandardTableForm", "The Standard OpcUa '%1' is saved successfully."),
-         "standardOPCUAEditDialog: save", context},
+         QT_TRANSLATE_NOOP("standardOPCUAEditDialog", "The Standard OpcUa '%1' is saved successfully."),
+         "standardOPCUAEditDialog: save"},
         connectionFields(), item, workspace, parent)
-    , m_certificate(new CertificateField(CertificateField::Kind::Certificate, QStringLiteral("certificate"),
-                                         standardCertificatePathRole, standardCertificateRole,
-                                         fieldLayout()->parentWidget()))
-    , m_key(new CertificateField(CertificateField::Kind::Key, QStringLiteral("privateKey"),
+    , m_certificate(new CertificateField(context, CertificateField::Kind::Certificate,
+                                         QStringLiteral("certificate"), standardCertificatePathRole,
+                                         standardCertificateRole, fieldLayout()->parentWidget()))
+    , m_key(new CertificateField(context, CertificateField::Kind::Key, QStringLiteral("privateKey"),
                                  standardPrivateKeyPathRole, standardPrivateKeyRole,
                                  fieldLayout()->parentWidget()))
 {
@@ -62,12 +62,8 @@ standardOPCUAEditDialog::standardOPCUAEditDialog(QStandardItem *item, Workspace 
     QWidget *password = connection().widget(QStringLiteral("password"));
     FormPage::orderBehind(password, m_key);
     FormPage::orderBehind(password, m_certificate); // and so before the key
-    QComboBox *authentication = connection().comboBox(QStringLiteral("authentication"));
-    // The document compares with these texts as its own context translates them.
-    authentication->addItems(
-        {QCoreApplication::translate("CMainWindow", "anonymous"),
-         QCoreApplication::translate("CMainWindow", "Username and password verification")});
-    connect(authentication, qOverload<int>(&QComboBox::currentIndexChanged), this,
+    connect(connection().comboBox(QStringLiteral("authentication")),
+            qOverload<int>(&QComboBox::currentIndexChanged), this,
             &standardOPCUAEditDialog::updateUserVisibility);
     begin();
 }

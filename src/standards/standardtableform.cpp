@@ -18,7 +18,6 @@
 
 namespace {
 
-constexpr char context[] = "StandardTableForm";
 constexpr int leastTableHeight = 300; // pixels
 
 QVector<Field> identityFields(const char *protocol)
@@ -42,16 +41,18 @@ StandardTableForm::StandardTableForm(const Kind &kind, const QVector<Field> &con
     , m_kind(kind)
     , m_item(item)
     , m_workspace(workspace)
-    , m_identity(context, identityFields(kind.protocol))
-    , m_connection(kind.fieldContext, connection)
-    , m_trigger("StandardFields", StandardFields::trigger())
+    , m_identity(kind.rows.form, identityFields(kind.protocol))
+    , m_connection(kind.rows.form, connection)
+    , m_trigger(kind.rows.form, StandardFields::trigger())
     , m_rows(new ParameterEditor(
           kind.rows, this, workspace, [this] { return m_table; }, [this] { return m_table; }))
 {
-    setWindowTitle(tr("Edit Standard"));
+    setWindowTitle(translated(QT_TRANSLATE_NOOP("StandardTableForm", "Edit Standard")));
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(FormPage::scrollArea(buildContent(), this));
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
+    const FormPage::Buttons buttons =
+        FormPage::appendButtons(layout, translated(QT_TRANSLATE_NOOP("StandardTableForm", "Save")),
+                                translated(QT_TRANSLATE_NOOP("StandardTableForm", "Cancel")));
     m_save = buttons.save;
     connect(m_save, &QPushButton::clicked, this, &StandardTableForm::saveChanges);
     connect(buttons.cancel, &QPushButton::clicked, this, &StandardTableForm::rejected);
@@ -67,6 +68,11 @@ void StandardTableForm::begin()
     FieldTable::align({&m_identity, &m_connection, &m_trigger});
     showItem(item());
     log("new-nuilt");
+}
+
+QString StandardTableForm::translated(const char *source) const
+{
+    return QCoreApplication::translate(m_kind.rows.form, source);
 }
 
 QWidget *StandardTableForm::buildContent()
@@ -110,8 +116,8 @@ void StandardTableForm::saveChanges()
         return;
     }
     if (m_workspace) {
-        m_workspace->appendMessage(QCoreApplication::translate(context, m_kind.savedMessage)
-                                       .arg(m_identity.text(QStringLiteral("name"))));
+        m_workspace->appendMessage(
+            translated(m_kind.savedMessage).arg(m_identity.text(QStringLiteral("name"))));
     }
     logToFile(QLatin1String(m_kind.savedLine));
 }

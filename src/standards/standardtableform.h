@@ -50,9 +50,8 @@ protected:
     struct Kind {
         const char *protocol;
         const ParameterVariant &rows;
-        const char *savedMessage; // source text in the context StandardTableForm, with the name for %1
+        const char *savedMessage; // source text with the name for %1
         const char *savedLine;    // what the activity log gets for a save
-        const char *fieldContext; // of the translations of the connection's fields
     };
 
     // The workspace is not owned and may be null. The form's own constructor ends with begin().
@@ -73,6 +72,8 @@ protected:
     QStandardItem *item() const { return m_item.item(); }
 
 private:
+    // A text in the context of the form's own class.
+    QString translated(const char *source) const;
     QWidget *buildContent();
     void log(const char *event) const;
 

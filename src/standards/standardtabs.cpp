@@ -28,9 +28,9 @@ StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, QWidget *paren
     });
 }
 
-QPushButton *StandardTabs::makeAddButton(QWidget *parent)
+QPushButton *StandardTabs::makeAddButton(const QString &text, QWidget *parent)
 {
-    QPushButton *add = FormPage::button(tr("Add Tab"), QStringLiteral(":/adsdemo/images/add.svg"), parent);
+    QPushButton *add = FormPage::button(text, QStringLiteral(":/adsdemo/images/add.svg"), parent);
     add->setObjectName(QStringLiteral("addTabButton"));
     return add;
 }

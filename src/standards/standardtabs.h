@@ -20,8 +20,8 @@ public:
     // Titles with %1 for the number: of a new tab and of all tabs when one was closed, and of loaded tabs.
     StandardTabs(QString newTitle, QString loadedTitle, QWidget *parent);
 
-    // The button "Add Tab", not connected.
-    static QPushButton *makeAddButton(QWidget *parent);
+    // The button that adds a tab, not connected; the text is already translated.
+    static QPushButton *makeAddButton(const QString &text, QWidget *parent);
 
     // The title of a tab to be appended; its number is taken then.
     QString takeTitle();

@@ -7,6 +7,8 @@
 #include <QTest>
 #include <QTranslator>
 
+#include <algorithm>
+
 namespace {
 
 // Sources that the document compares with: their translation is empty, so that they show as they are.
@@ -63,6 +65,7 @@ private slots:
     void bothCataloguesLoad_data();
     void bothCataloguesLoad();
     void emptyTranslationShowsItsSource();
+    void theProgramHasEveryTranslation();
 
 private:
     QString chineseOf(const char *context, const char *source) const
@@ -270,6 +273,28 @@ void TestCatalogue::emptyTranslationShowsItsSource()
             QCOMPARE(QCoreApplication::translate(context.constData(), source.constData()), it.key().at(1));
         }
     }
+}
+
+// What stands in a shared context reaches those of the forms.
+void TestCatalogue::theProgramHasEveryTranslation()
+{
+    QTranslator translator;
+    QVERIFY(translator.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    QSet<QByteArray> contexts;
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        contexts.insert(it.key().at(0).toUtf8());
+    }
+    QStringList lost;
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        const QByteArray source = it.key().at(1).toUtf8();
+        const bool found = std::any_of(contexts.cbegin(), contexts.cend(), [&](const QByteArray &context) {
+            return translator.translate(context.constData(), source.constData()) == it->texts.first();
+        });
+        if (!found) {
+            lost.append(shown(it.key()));
+        }
+    }
+    QCOMPARE(lost, QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestCatalogue)

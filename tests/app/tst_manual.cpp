@@ -42,7 +42,8 @@ bool isOutOfReach(const QString &context)
         QStringLiteral("CImageViewer"),  QStringLiteral("CStatusDialogClass"),
         QStringLiteral("PLC"),           QStringLiteral("PointForm"),
         QStringLiteral("Server"),        QStringLiteral("StandardTableForm"),
-        QStringLiteral("standardOPCUA"),
+        QStringLiteral("standardOPCUA"), QStringLiteral("standardCustomPoll"),
+        QStringLiteral("standardDIO"),
     };
     return std::any_of(contexts.cbegin(), contexts.cend(),
                        [&context](const QString &start) { return context.startsWith(start); });

@@ -91,7 +91,7 @@ private slots:
     void unknownEntry();
     void listEntriesAreMatchedByCase();
     void fallbackIsMetInItsTranslation();
-    void fieldsMayHaveAContextOfTheirOwn();
+    void textsAreOfTheTablesContext();
     void flagIsTakenAsBooleanAndAsText_data();
     void flagIsTakenAsBooleanAndAsText();
     void otherSwitchTextsCheckNeitherButton();
@@ -229,7 +229,7 @@ void TestFieldTable::fallbackIsMetInItsTranslation()
     QCOMPARE(page.table.text(QStringLiteral("parity")), QStringLiteral("<ODD>"));
 }
 
-void TestFieldTable::fieldsMayHaveAContextOfTheirOwn()
+void TestFieldTable::textsAreOfTheTablesContext()
 {
     class ByContext : public QTranslator
     {
@@ -242,20 +242,18 @@ void TestFieldTable::fieldsMayHaveAContextOfTheirOwn()
     } translator;
     QVERIFY(QCoreApplication::installTranslator(&translator));
     QVector<Field> fields(
-        3, {"list", "L", FieldKind::List, parityRole, FieldCheck::None, {QStringLiteral("a")}});
-    fields[1].name = "other";
-    fields[1].context = "Other";
-    fields[2].name = "plain";
-    fields[2].context = "";
+        2, {"list", "L", FieldKind::List, parityRole, FieldCheck::None, {QStringLiteral("a")}});
+    fields[1].name = "plain";
+    fields[1].isTranslated = false;
     const Page page(fields);
     QStringList texts;
-    for (const char *name : {"list", "other", "plain"}) {
+    for (const char *name : {"list", "plain"}) {
         texts.append(page.table.label(QLatin1String(name))->text());
         texts.append(page.table.text(QLatin1String(name)));
     }
     QCOMPARE(texts,
-             QStringList({QStringLiteral("TestL"), QStringLiteral("Testa"), QStringLiteral("OtherL"),
-                          QStringLiteral("Othera"), QStringLiteral("L"), QStringLiteral("a")}));
+             QStringList({QStringLiteral("TestL"), QStringLiteral("Testa"), QStringLiteral("L"),
+                          QStringLiteral("a")}));
 }
 
 void TestFieldTable::flagIsTakenAsBooleanAndAsText_data()

@@ -112,7 +112,7 @@ void TestParameterEditor::unknownChoicesFallToTheFirstEntry()
 void TestParameterEditor::storedMethodIsShownTranslated()
 {
     m_editor->loadParameters({plcRow("1", "a", "Change amplitude", "3")});
-    QCOMPARE(list(0, Method)->currentText(), ParameterText::amplitudeMethod());
+    QCOMPARE(list(0, Method)->currentText(), ParameterVariant::plc().amplitudeMethod());
     QVERIFY(editor(0, Amplitude)->isEnabled());
 }
 

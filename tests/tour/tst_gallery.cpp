@@ -1,4 +1,5 @@
 #include "tour/contactsheet.h"
+#include "tour/formtexts.h"
 #include "tour/gallery.h"
 #include "tour/inspector.h"
 
@@ -26,6 +27,8 @@ private slots:
     void everyTableCanBeCopied();
     void looksRight_data();
     void looksRight();
+    void translationsAreOfTheForm_data();
+    void translationsAreOfTheForm();
 
 private:
     void addExhibitRows() const;
@@ -195,6 +198,26 @@ void TestGallery::looksRight()
     const QStringList wrong = pale + cutOff + sideways;
     QVERIFY2(wrong.isEmpty(),
              "\npale:" + lines(pale) + "\ncut off:" + lines(cutOff) + "\nsideways:" + lines(sideways));
+}
+
+void TestGallery::translationsAreOfTheForm_data()
+{
+    addExhibitRows();
+}
+
+// A catalogue is keyed by class: each text is found under the class of the form that shows it, wherever the
+// code has it from.
+void TestGallery::translationsAreOfTheForm()
+{
+    QFETCH(int, index);
+    QVERIFY(m_translator.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    m_stock.english = false;
+    const QString folder = QStringLiteral(SOURCE_ROOT "/src/resources/");
+    static const FormTexts texts(readCatalogue(folder + QStringLiteral("chinese.ts")),
+                                 readCatalogue(folder + QStringLiteral("toolkit_chinese.ts")), m_translator);
+    show(m_exhibits.at(index), wholeHeight);
+    const QStringList foreign = texts.foreign(m_form.get());
+    QVERIFY2(foreign.isEmpty(), lines(foreign));
 }
 
 QTEST_MAIN(TestGallery)
