@@ -217,7 +217,7 @@
     </message>
     <message>
         <source>NTP Server:</source>
-        <translation>NTP 服务器：</translation>
+        <translation>NTP Server：</translation>
     </message>
     <message>
         <source>Local Time:</source>
@@ -1963,7 +1963,7 @@
     </message>
     <message>
         <source>Server Name:</source>
-        <translation>名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -2018,7 +2018,7 @@
     <name>ServerHuaWeiMQTTEditDialog</name>
     <message>
         <source>Service ID:</source>
-        <translation>服务 ID：</translation>
+        <translation>Service ID：</translation>
     </message>
     <message>
         <source>Edit Server</source>
@@ -2088,7 +2088,7 @@
     <name>ServerModbusTCPEditDialog</name>
     <message>
         <source>Server Name:</source>
-        <translation>名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Type:</source>
@@ -2221,7 +2221,7 @@
     </message>
     <message>
         <source>Server Name:</source>
-        <translation>名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -2752,7 +2752,7 @@
     <name>ServiceIEC61850EditDialog</name>
     <message>
         <source>Service Name:</source>
-        <translation>服务名称：</translation>
+        <translation>Service 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -2788,7 +2788,7 @@
     </message>
     <message>
         <source>Server Key Password:</source>
-        <translation>服务器密钥密码：</translation>
+        <translation>Server 私钥密码：</translation>
     </message>
     <message>
         <source>IsVerifyClientCert:</source>
@@ -2856,11 +2856,11 @@
     </message>
     <message>
         <source>Server Certificate:</source>
-        <translation>服务器证书：</translation>
+        <translation>Server 证书：</translation>
     </message>
     <message>
         <source>Server Key:</source>
-        <translation>服务器密钥：</translation>
+        <translation>Server 私钥：</translation>
     </message>
 </context>
 <context>
@@ -2921,7 +2921,7 @@
     <name>StandardTableForm</name>
     <message>
         <source>Server Name:</source>
-        <translation>名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -2965,7 +2965,7 @@
     <name>standardDLT645EditDialog</name>
     <message>
         <source>Server Name:</source>
-        <translation>名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -3043,7 +3043,7 @@
     <name>standardModbusEditDialog</name>
     <message>
         <source>Server Name:</source>
-        <translation>名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>

@@ -59,6 +59,7 @@ private slots:
     void chineseKeepsPlaceholdersAndMnemonics();
     void fixedTexts_data();
     void fixedTexts();
+    void wordsOfTheTreeStayLatin();
     void tabTitlesDiffer();
     void meterItemsDiffer();
     void englishShowsTheSources();
@@ -210,6 +211,32 @@ void TestCatalogue::fixedTexts()
             QCOMPARE(it->texts, QStringList(chinese));
         }
     }
+}
+
+// The engineer finds them so in the tree, in documents and on the Box.
+void TestCatalogue::wordsOfTheTreeStayLatin()
+{
+    const QSet<QString> otherwise = {
+        QStringLiteral("Search Box"), // says what the search finds
+        // The server of these is the Box.
+        QStringLiteral("Connection status: Not connected to server."),
+        QStringLiteral("Connection Status:Not connected to server."),
+        QStringLiteral("Connection Status:Failed to connect to server for program update."),
+        QStringLiteral("Not connected to server."),
+    };
+    QStringList lost;
+    for (const char *word : {"Box", "Standard", "Service", "Server", "PLC"}) {
+        const QRegularExpression pattern(QStringLiteral("\\b%1\\b").arg(QLatin1String(word)),
+                                         QRegularExpression::CaseInsensitiveOption);
+        for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+            const QString &source = it.key().at(1);
+            if (source.contains(pattern) && !otherwise.contains(source)
+                && !it->texts.first().contains(QLatin1String(word))) {
+                lost.append(shown(it.key()));
+            }
+        }
+    }
+    QCOMPARE(lost.join(QLatin1Char('\n')), QString());
 }
 
 // An open tab is found by its title: two kinds with one title would share a tab.
