@@ -29,7 +29,7 @@
     </message>
     <message>
         <source>Connection status: connecting..</source>
-        <translation>连接状态：正在连接..</translation>
+        <translation>连接状态：正在连接</translation>
     </message>
     <message>
         <source>Program version: </source>
@@ -93,7 +93,7 @@
     </message>
     <message>
         <source>!!!No communication for 30 seconds. Connection may be lost.!!!</source>
-        <translation>！！！30 秒内无通信，连接可能已丢失。！！！</translation>
+        <translation>30 秒内无通信，连接可能已断开！</translation>
     </message>
     <message>
         <source>LAN Configuration</source>
@@ -101,7 +101,7 @@
     </message>
     <message>
         <source>LAN configuration updated successfully.</source>
-        <translation>LAN 配置更新成功。</translation>
+        <translation>LAN 配置读取成功。</translation>
     </message>
     <message>
         <source>Wan Configuration</source>
@@ -109,15 +109,15 @@
     </message>
     <message>
         <source>Wan configuration updated successfully.</source>
-        <translation>WAN 配置更新成功。</translation>
+        <translation>WAN 配置读取成功。</translation>
     </message>
     <message>
         <source>Wifi Configuration</source>
-        <translation>WIFI 配置</translation>
+        <translation>WiFi 配置</translation>
     </message>
     <message>
         <source>Wifi configuration updated successfully.</source>
-        <translation>WIFI 配置更新成功。</translation>
+        <translation>WiFi 配置读取成功。</translation>
     </message>
     <message>
         <source>Lte Configuration</source>
@@ -125,7 +125,7 @@
     </message>
     <message>
         <source>Lte configuration updated successfully.</source>
-        <translation>LTE 配置更新成功。</translation>
+        <translation>LTE 配置读取成功。</translation>
     </message>
     <message>
         <source>NTP Configuration</source>
@@ -133,7 +133,7 @@
     </message>
     <message>
         <source>NTP configuration updated successfully.</source>
-        <translation>NTP 配置更新成功。</translation>
+        <translation>NTP 配置读取成功。</translation>
     </message>
     <message>
         <source>time Configuration</source>
@@ -141,7 +141,7 @@
     </message>
     <message>
         <source>time configuration updated successfully.</source>
-        <translation>时间配置更新成功。</translation>
+        <translation>时间配置读取成功。</translation>
     </message>
     <message>
         <source>Select Program File</source>
@@ -221,7 +221,7 @@
     </message>
     <message>
         <source>Local Time:</source>
-        <translation>本地时间：</translation>
+        <translation>本机时间：</translation>
     </message>
     <message>
         <source>Box Time:</source>
@@ -253,11 +253,11 @@
     </message>
     <message>
         <source>Binding Status: Failed to bind to %1</source>
-        <translation>绑定状态：绑定到 %1 失败</translation>
+        <translation>绑定状态：无法绑定 %1</translation>
     </message>
     <message>
         <source>Connection Status:Failed to connect to server for program update.</source>
-        <translation>连接状态：无法连接到服务器，更新未进行。</translation>
+        <translation>连接状态：无法连接到 Box，更新未进行</translation>
     </message>
     <message>
         <source>Error</source>
@@ -265,15 +265,15 @@
     </message>
     <message>
         <source>Failed to open program file.</source>
-        <translation>打开程序文件失败。</translation>
+        <translation>无法打开程序文件。</translation>
     </message>
     <message>
         <source>Connection Status:Not connected to server.</source>
-        <translation>连接状态：未连接到服务器。</translation>
+        <translation>连接状态：未连接到 Box</translation>
     </message>
     <message>
         <source>Failed to open program file for checksum.</source>
-        <translation>计算校验和时打开程序文件失败。</translation>
+        <translation>计算校验和时无法打开程序文件。</translation>
     </message>
     <message>
         <source>Timeout</source>
@@ -363,7 +363,7 @@
     </message>
     <message>
         <source>No devices were found during the search.</source>
-        <translation>搜索期间未找到任何设备。</translation>
+        <translation>未搜索到任何设备。</translation>
     </message>
 </context>
 <context>
@@ -394,7 +394,7 @@
     </message>
     <message>
         <source>%1 is not an image that can be shown.</source>
-        <translation>%1 不是可显示的图片。</translation>
+        <translation>无法显示图片 %1。</translation>
     </message>
 </context>
 <context>
@@ -589,7 +589,7 @@
     </message>
     <message>
         <source>Create Perspective</source>
-        <translation>创建布局方案</translation>
+        <translation>新建布局方案</translation>
     </message>
     <message>
         <source>Data monitoring</source>
@@ -661,7 +661,7 @@
     </message>
     <message>
         <source>Name cannot be null</source>
-        <translation>名称不能为空</translation>
+        <translation>名称不能为空。</translation>
     </message>
     <message>
         <source>error</source>
@@ -669,7 +669,7 @@
     </message>
     <message>
         <source>Unable to find parent directory</source>
-        <translation>找不到上级目录</translation>
+        <translation>找不到父节点。</translation>
     </message>
     <message>
         <source>Duplicate name</source>
@@ -677,7 +677,7 @@
     </message>
     <message>
         <source>The name&quot;%1&quot;already exists, please change the name.</source>
-        <translation>名称“%1”已存在，请更换名称。</translation>
+        <translation>名称“%1”已存在，请使用其他名称。</translation>
     </message>
     <message>
         <source>Name</source>
@@ -868,7 +868,7 @@
     </message>
     <message>
         <source>tabbed</source>
-        <translation>标签页</translation>
+        <translation>以标签页停靠</translation>
     </message>
     <message>
         <source>is current tab</source>
@@ -911,7 +911,7 @@
     </message>
     <message>
         <source>The key storage path is inconsistent with the loading path.Please select the key again.Prevent data loss.</source>
-        <translation>密钥的保存路径与加载路径不一致。请重新选择密钥，以防数据丢失。</translation>
+        <translation>私钥的保存路径与加载路径不一致。请重新选择私钥，以防数据丢失。</translation>
     </message>
     <message>
         <source>The certificate storage path is inconsistent with the loading path.Please select the certificate again.Prevent data loss.</source>
@@ -919,11 +919,11 @@
     </message>
     <message>
         <source>Select Key File</source>
-        <translation>选择密钥文件</translation>
+        <translation>选择私钥文件</translation>
     </message>
     <message>
         <source>Keys (*.der *.pem *.crt *.key)</source>
-        <translation>密钥 (*.der *.pem *.crt *.key)</translation>
+        <translation>私钥 (*.der *.pem *.crt *.key)</translation>
     </message>
     <message>
         <source>Select Certificate File</source>
@@ -939,7 +939,7 @@
     </message>
     <message>
         <source>Failed to open file: %1</source>
-        <translation>打开文件失败：%1</translation>
+        <translation>无法打开文件：%1</translation>
     </message>
 </context>
 <context>
@@ -1196,7 +1196,7 @@
     </message>
     <message>
         <source>StartAddress0:</source>
-        <translation>起始地址为0：</translation>
+        <translation>地址从 0 开始：</translation>
     </message>
     <message>
         <source>Communication Timeout:</source>
@@ -1204,7 +1204,7 @@
     </message>
     <message>
         <source>PLC Information</source>
-        <translation>PLC 信息</translation>
+        <translation>PLC 参数</translation>
     </message>
     <message>
         <source>IP:</source>
@@ -1220,7 +1220,7 @@
     </message>
     <message>
         <source>Keep Alive Time:</source>
-        <translation>心跳时间：</translation>
+        <translation>保活时间：</translation>
     </message>
     <message>
         <source>Serial Port:</source>
@@ -1276,7 +1276,7 @@
     </message>
     <message>
         <source>New Agreement:</source>
-        <translation>新协议：</translation>
+        <translation>新版协议：</translation>
     </message>
     <message>
         <source>Unit Number:</source>
@@ -1336,11 +1336,11 @@
     </message>
     <message>
         <source>Network Layer Information</source>
-        <translation>网络层信息</translation>
+        <translation>网络参数</translation>
     </message>
     <message>
         <source>Serial Port Information</source>
-        <translation>串口信息</translation>
+        <translation>串口参数</translation>
     </message>
     <message>
         <source>Trigger Conditions:</source>
@@ -1378,11 +1378,11 @@
     <name>ParameterTable</name>
     <message>
         <source>Only positive integers and floating-point numbers are allowed.</source>
-        <translation>只允许输入正整数和浮点数。</translation>
+        <translation>只允许正整数和小数。</translation>
     </message>
     <message>
         <source>The spatial index value type can only be filled with numbers.</source>
-        <translation>命名空间索引只能填写数字。</translation>
+        <translation>命名空间只能填写数字。</translation>
     </message>
     <message>
         <source>Length must be a positive integer.</source>
@@ -1398,7 +1398,7 @@
     </message>
     <message>
         <source>Invalid input in row %1: only integers and floating-point numbers are allowed.</source>
-        <translation>第 %1 行输入无效：只允许整数和浮点数。</translation>
+        <translation>第 %1 行输入无效：只允许整数和小数。</translation>
     </message>
     <message>
         <source>The name cannot contain a comma. Please use a different name.</source>
@@ -1430,7 +1430,7 @@
     </message>
     <message>
         <source>CSV file has incorrect column count, unable to import</source>
-        <translation>CSV 文件列数不正确，无法导入</translation>
+        <translation>CSV 文件列数不正确，无法导入。</translation>
     </message>
     <message>
         <source>CSV header does not match expected format.</source>
@@ -1454,7 +1454,7 @@
     </message>
     <message>
         <source>Unable to open file for reading.</source>
-        <translation>无法打开文件进行读取。</translation>
+        <translation>无法读取文件。</translation>
     </message>
     <message>
         <source>error</source>
@@ -1462,11 +1462,11 @@
     </message>
     <message>
         <source>The multiple-choice content in the CSV row does not match the expected format. Set as default value</source>
-        <translation>CSV 行中的选项内容格式不正确，已设为默认值</translation>
+        <translation>CSV 行中的选项内容格式不正确，已设为默认值。</translation>
     </message>
     <message>
         <source>Unable to open file for writing.</source>
-        <translation>无法打开文件进行写入。</translation>
+        <translation>无法写入文件。</translation>
     </message>
     <message>
         <source>Add</source>
@@ -1474,7 +1474,7 @@
     </message>
     <message>
         <source>Remove All</source>
-        <translation>全部删除</translation>
+        <translation>删除全部</translation>
     </message>
     <message>
         <source>Import</source>
@@ -1518,7 +1518,7 @@
     </message>
     <message>
         <source>Invalid input in row %1: only letters, digits, underscores, dots, colons, and brackets are allowed.</source>
-        <translation>第 %1 行输入无效：只允许字母、数字、下划线、点、冒号和方括号。</translation>
+        <translation>第 %1 行输入无效：只允许不含空格的 ASCII 字符。</translation>
     </message>
     <message>
         <source>Address</source>
@@ -1574,7 +1574,7 @@
     </message>
     <message>
         <source>Spatial Index</source>
-        <translation>命名空间索引</translation>
+        <translation>命名空间</translation>
     </message>
     <message>
         <source>Node Type</source>
@@ -1582,11 +1582,11 @@
     </message>
     <message>
         <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
-        <translation>第“%1”行的名称已存在，请使用其他名称。</translation>
+        <translation>第 %1 行的名称与其他行重复，请使用其他名称。</translation>
     </message>
     <message>
         <source>The name of the &apos;%1&apos; line already exists in this tab. Please use a different name.</source>
-        <translation>本标签页第“%1”行的名称已存在，请使用其他名称。</translation>
+        <translation>本标签页第 %1 行的名称与其他行重复，请使用其他名称。</translation>
     </message>
     <message>
         <source>Save CSV file</source>
@@ -1598,14 +1598,14 @@
     </message>
     <message>
         <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
-        <translation>第 %1 行输入无效：只允许字母、数字、下划线和点。</translation>
+        <translation>第 %1 行输入无效：只允许不含空格的 ASCII 字符。</translation>
     </message>
 </context>
 <context>
     <name>PointForm</name>
     <message>
         <source>The data with device name &apos;% 2&apos; and variable name &apos;% 1&apos; already exists.</source>
-        <translation>设备名称为“% 2”、变量名称为“% 1”的数据已存在。</translation>
+        <translation>已存在设备名称和变量名称相同的数据点。</translation>
     </message>
     <message>
         <source>Context menu</source>
@@ -1625,38 +1625,38 @@
     </message>
     <message>
         <source>Main window pointer is not set.</source>
-        <translation>未设置主窗口指针。</translation>
+        <translation>找不到主窗口。</translation>
     </message>
 </context>
 <context>
     <name>Protocol</name>
     <message>
         <source>Failed to bind to IP address: %1</source>
-        <translation>绑定 IP 地址失败：%1</translation>
+        <translation>无法绑定 IP 地址：%1</translation>
     </message>
     <message>
         <source>Connection status: connecting..</source>
-        <translation>连接状态：正在连接..</translation>
+        <translation>连接状态：正在连接</translation>
     </message>
     <message>
         <source>Connection status: Waiting for connection.</source>
-        <translation>连接状态：等待连接。</translation>
+        <translation>连接状态：等待连接</translation>
     </message>
     <message>
         <source>Connection status: Reconnecting...</source>
-        <translation>连接状态：正在重新连接...</translation>
+        <translation>连接状态：正在重新连接</translation>
     </message>
     <message>
         <source>Connection status: Disconnected</source>
-        <translation>连接状态：连接已断开</translation>
+        <translation>连接状态：已断开</translation>
     </message>
     <message>
         <source>Connection status: Not connected to server.</source>
-        <translation>连接状态：未连接到服务器。</translation>
+        <translation>连接状态：未连接到 Box</translation>
     </message>
     <message>
         <source>Not connected to server.</source>
-        <translation>未连接到服务器。</translation>
+        <translation>未连接到 Box。</translation>
     </message>
     <message>
         <source>Connection status: Not connected</source>
@@ -1692,15 +1692,15 @@
     </message>
     <message>
         <source>Write WIFI Allocation</source>
-        <translation>写入 WIFI 配置</translation>
+        <translation>写入 WiFi 配置</translation>
     </message>
     <message>
         <source>WIFI allocation write successful.</source>
-        <translation>WIFI 配置写入成功。</translation>
+        <translation>WiFi 配置写入成功。</translation>
     </message>
     <message>
         <source>WIFI allocation write failed. Error code: </source>
-        <translation>WIFI 配置写入失败，错误码：</translation>
+        <translation>WiFi 配置写入失败，错误码：</translation>
     </message>
     <message>
         <source>Write LTE Allocation</source>
@@ -1740,15 +1740,15 @@
     </message>
     <message>
         <source>Write Restart Allocation</source>
-        <translation>写入重启配置</translation>
+        <translation>重启设备</translation>
     </message>
     <message>
         <source>Restart allocation write successful.</source>
-        <translation>重启配置写入成功。</translation>
+        <translation>重启命令下发成功。</translation>
     </message>
     <message>
         <source>Restart allocation write failed. Error code: </source>
-        <translation>重启配置写入失败，错误码：</translation>
+        <translation>重启命令下发失败，错误码：</translation>
     </message>
 </context>
 <context>
@@ -1759,7 +1759,7 @@
     </message>
     <message>
         <source>The Server AliMQTT &apos;%1&apos; is saved successfully.</source>
-        <translation>Server 阿里云MQTT“%1”保存成功。</translation>
+        <translation>Server 阿里云 MQTT“%1”保存成功。</translation>
     </message>
 </context>
 <context>
@@ -1825,7 +1825,7 @@
     </message>
     <message>
         <source>Product Key:</source>
-        <translation>产品密钥：</translation>
+        <translation>产品标识：</translation>
     </message>
     <message>
         <source>Device Name:</source>
@@ -1857,15 +1857,15 @@
     </message>
     <message>
         <source>AliMQTT</source>
-        <translation>阿里云MQTT</translation>
+        <translation>阿里云 MQTT</translation>
     </message>
     <message>
         <source>OneNetMQTT</source>
-        <translation>中国移动OneNET MQTT</translation>
+        <translation>中国移动 OneNET MQTT</translation>
     </message>
     <message>
         <source>HuaWeiMQTT</source>
-        <translation>华为云MQTT</translation>
+        <translation>华为云 MQTT</translation>
     </message>
 </context>
 <context>
@@ -2026,7 +2026,7 @@
     </message>
     <message>
         <source>The Server HuaWeiMQTT &apos;%1&apos; is saved successfully.</source>
-        <translation>Server 华为云MQTT“%1”保存成功。</translation>
+        <translation>Server 华为云 MQTT“%1”保存成功。</translation>
     </message>
 </context>
 <context>
@@ -2053,7 +2053,7 @@
     </message>
     <message>
         <source>Local port number:</source>
-        <translation>本地端口号：</translation>
+        <translation>本机端口号：</translation>
     </message>
     <message>
         <source>ModbusTCP slave</source>
@@ -2081,7 +2081,7 @@
     </message>
     <message>
         <source>A ModbusTCP(Slave) file already exists. You cannot create another one.</source>
-        <translation>已存在 ModbusTCP(Slave)，不能再创建一个。</translation>
+        <translation>已存在 ModbusTCP(Slave)，不能重复创建。</translation>
     </message>
 </context>
 <context>
@@ -2124,7 +2124,7 @@
     </message>
     <message>
         <source>Address conflict detected. Please resolve the conflict.</source>
-        <translation>检测到地址冲突，请解决冲突。</translation>
+        <translation>检测到地址冲突，请修改地址。</translation>
     </message>
     <message>
         <source>PLC Name</source>
@@ -2170,7 +2170,7 @@
     </message>
     <message>
         <source>The Server OneNetMQTT &apos;%1&apos; is saved successfully.</source>
-        <translation>Server 中国移动OneNET MQTT“%1”保存成功。</translation>
+        <translation>Server 中国移动 OneNET MQTT“%1”保存成功。</translation>
     </message>
 </context>
 <context>
@@ -2345,35 +2345,35 @@
     </message>
     <message>
         <source>Soil moisture content at 10 centimeters</source>
-        <translation>10 厘米处土壤含水量</translation>
+        <translation>10厘米处土壤含水量</translation>
     </message>
     <message>
         <source>Soil moisture content at 20 centimeters</source>
-        <translation>20 厘米处土壤含水量</translation>
+        <translation>20厘米处土壤含水量</translation>
     </message>
     <message>
         <source>Soil moisture content at 30 centimeters</source>
-        <translation>30 厘米处土壤含水量</translation>
+        <translation>30厘米处土壤含水量</translation>
     </message>
     <message>
         <source>Soil moisture content at 40 centimeters</source>
-        <translation>40 厘米处土壤含水量</translation>
+        <translation>40厘米处土壤含水量</translation>
     </message>
     <message>
         <source>Soil moisture content at 50 centimeters</source>
-        <translation>50 厘米处土壤含水量</translation>
+        <translation>50厘米处土壤含水量</translation>
     </message>
     <message>
         <source>Soil moisture content at 60 centimeters</source>
-        <translation>60 厘米处土壤含水量</translation>
+        <translation>60厘米处土壤含水量</translation>
     </message>
     <message>
         <source>Soil moisture content at 80 centimeters</source>
-        <translation>80 厘米处土壤含水量</translation>
+        <translation>80厘米处土壤含水量</translation>
     </message>
     <message>
         <source>Soil moisture content at 100 centimeters</source>
-        <translation>100 厘米处土壤含水量</translation>
+        <translation>100厘米处土壤含水量</translation>
     </message>
     <message>
         <source>humidity</source>
@@ -2385,23 +2385,23 @@
     </message>
     <message>
         <source>Precipitation during the 1-hour period</source>
-        <translation>1 小时时段降水量</translation>
+        <translation>1小时时段降水量</translation>
     </message>
     <message>
         <source>Precipitation during the 2-hour period</source>
-        <translation>2 小时时段降水量</translation>
+        <translation>2小时时段降水量</translation>
     </message>
     <message>
         <source>Precipitation during the 3-hour period</source>
-        <translation>3 小时时段降水量</translation>
+        <translation>3小时时段降水量</translation>
     </message>
     <message>
         <source>Precipitation during the 6-hour period</source>
-        <translation>6 小时时段降水量</translation>
+        <translation>6小时时段降水量</translation>
     </message>
     <message>
         <source>Precipitation during the 12-hour period</source>
-        <translation>12 小时时段降水量</translation>
+        <translation>12小时时段降水量</translation>
     </message>
     <message>
         <source>daily precipitation</source>
@@ -2413,19 +2413,19 @@
     </message>
     <message>
         <source>Precipitation during a 1-minute period</source>
-        <translation>1 分钟时段降水量</translation>
+        <translation>1分钟时段降水量</translation>
     </message>
     <message>
         <source>Precipitation during a 5-minute period</source>
-        <translation>5 分钟时段降水量</translation>
+        <translation>5分钟时段降水量</translation>
     </message>
     <message>
         <source>Precipitation during a 10-minute period</source>
-        <translation>10 分钟时段降水量</translation>
+        <translation>10分钟时段降水量</translation>
     </message>
     <message>
         <source>Precipitation during a 30-minute period</source>
-        <translation>30 分钟时段降水量</translation>
+        <translation>30分钟时段降水量</translation>
     </message>
     <message>
         <source>Rainstorm</source>
@@ -2441,35 +2441,35 @@
     </message>
     <message>
         <source>Inlet (outlet) flow rate 1</source>
-        <translation>取（排）水口流量 1</translation>
+        <translation>取（排）水口流量1</translation>
     </message>
     <message>
         <source>Inlet (outlet) flow rate 2</source>
-        <translation>取（排）水口流量 2</translation>
+        <translation>取（排）水口流量2</translation>
     </message>
     <message>
         <source>Inlet (outlet) flow rate 3</source>
-        <translation>取（排）水口流量 3</translation>
+        <translation>取（排）水口流量3</translation>
     </message>
     <message>
         <source>Inlet (outlet) flow rate 4</source>
-        <translation>取（排）水口流量 4</translation>
+        <translation>取（排）水口流量4</translation>
     </message>
     <message>
         <source>Inlet (outlet) flow rate 5</source>
-        <translation>取（排）水口流量 5</translation>
+        <translation>取（排）水口流量5</translation>
     </message>
     <message>
         <source>Inlet (outlet) flow rate 6</source>
-        <translation>取（排）水口流量 6</translation>
+        <translation>取（排）水口流量6</translation>
     </message>
     <message>
         <source>Inlet (outlet) flow rate 7</source>
-        <translation>取（排）水口流量 7</translation>
+        <translation>取（排）水口流量7</translation>
     </message>
     <message>
         <source>Inlet (outlet) flow rate 8</source>
-        <translation>取（排）水口流量 8</translation>
+        <translation>取（排）水口流量8</translation>
     </message>
     <message>
         <source>Total outbound flow and total gate flow</source>
@@ -2521,35 +2521,35 @@
     </message>
     <message>
         <source>Water level at the intake (outlet) 1</source>
-        <translation>取（排）水口水位 1</translation>
+        <translation>取（排）水口水位1</translation>
     </message>
     <message>
         <source>Water level at the intake (outlet) 2</source>
-        <translation>取（排）水口水位 2</translation>
+        <translation>取（排）水口水位2</translation>
     </message>
     <message>
         <source>Water level at the intake (outlet) 3</source>
-        <translation>取（排）水口水位 3</translation>
+        <translation>取（排）水口水位3</translation>
     </message>
     <message>
         <source>Water level at the intake (outlet) 4</source>
-        <translation>取（排）水口水位 4</translation>
+        <translation>取（排）水口水位4</translation>
     </message>
     <message>
         <source>Water level at the intake (outlet) 5</source>
-        <translation>取（排）水口水位 5</translation>
+        <translation>取（排）水口水位5</translation>
     </message>
     <message>
         <source>Water level at the intake (outlet) 6</source>
-        <translation>取（排）水口水位 6</translation>
+        <translation>取（排）水口水位6</translation>
     </message>
     <message>
         <source>Water level at the intake (outlet) 7</source>
-        <translation>取（排）水口水位 7</translation>
+        <translation>取（排）水口水位7</translation>
     </message>
     <message>
         <source>Water level at the intake (outlet) 8</source>
-        <translation>取（排）水口水位 8</translation>
+        <translation>取（排）水口水位8</translation>
     </message>
     <message>
         <source>Sand content</source>
@@ -2557,7 +2557,7 @@
     </message>
     <message>
         <source>ph value</source>
-        <translation>pH 值</translation>
+        <translation>pH值</translation>
     </message>
     <message>
         <source>dissolved oxygen</source>
@@ -2625,127 +2625,127 @@
     </message>
     <message>
         <source>Chlorophyll a</source>
-        <translation>叶绿素 a</translation>
+        <translation>叶绿素a</translation>
     </message>
     <message>
         <source>Water pressure 1</source>
-        <translation>水压 1</translation>
+        <translation>水压1</translation>
     </message>
     <message>
         <source>Water pressure 2</source>
-        <translation>水压 2</translation>
+        <translation>水压2</translation>
     </message>
     <message>
         <source>Water pressure 3</source>
-        <translation>水压 3</translation>
+        <translation>水压3</translation>
     </message>
     <message>
         <source>Water pressure 4</source>
-        <translation>水压 4</translation>
+        <translation>水压4</translation>
     </message>
     <message>
         <source>Water pressure 5</source>
-        <translation>水压 5</translation>
+        <translation>水压5</translation>
     </message>
     <message>
         <source>Water pressure 6</source>
-        <translation>水压 6</translation>
+        <translation>水压6</translation>
     </message>
     <message>
         <source>Water pressure 7</source>
-        <translation>水压 7</translation>
+        <translation>水压7</translation>
     </message>
     <message>
         <source>Water pressure 8</source>
-        <translation>水压 8</translation>
+        <translation>水压8</translation>
     </message>
     <message>
         <source>Remaining water volume of water meter 1</source>
-        <translation>水表 1 剩余水量</translation>
+        <translation>水表1剩余水量</translation>
     </message>
     <message>
         <source>Remaining water volume of water meter 2</source>
-        <translation>水表 2 剩余水量</translation>
+        <translation>水表2剩余水量</translation>
     </message>
     <message>
         <source>Remaining water volume of water meter 3</source>
-        <translation>水表 3 剩余水量</translation>
+        <translation>水表3剩余水量</translation>
     </message>
     <message>
         <source>Remaining water volume of water meter 4</source>
-        <translation>水表 4 剩余水量</translation>
+        <translation>水表4剩余水量</translation>
     </message>
     <message>
         <source>Remaining water volume of water meter 5</source>
-        <translation>水表 5 剩余水量</translation>
+        <translation>水表5剩余水量</translation>
     </message>
     <message>
         <source>Remaining water volume of water meter 6</source>
-        <translation>水表 6 剩余水量</translation>
+        <translation>水表6剩余水量</translation>
     </message>
     <message>
         <source>Remaining water volume of water meter 7</source>
-        <translation>水表 7 剩余水量</translation>
+        <translation>水表7剩余水量</translation>
     </message>
     <message>
         <source>Remaining water volume of water meter 8</source>
-        <translation>水表 8 剩余水量</translation>
+        <translation>水表8剩余水量</translation>
     </message>
     <message>
         <source>Water meter 1 hourly water volume</source>
-        <translation>水表 1 每小时水量</translation>
+        <translation>水表1每小时水量</translation>
     </message>
     <message>
         <source>Water meter 2 hourly water volume</source>
-        <translation>水表 2 每小时水量</translation>
+        <translation>水表2每小时水量</translation>
     </message>
     <message>
         <source>Water meter 3 hourly water volume</source>
-        <translation>水表 3 每小时水量</translation>
+        <translation>水表3每小时水量</translation>
     </message>
     <message>
         <source>Water meter 4 hourly water volume</source>
-        <translation>水表 4 每小时水量</translation>
+        <translation>水表4每小时水量</translation>
     </message>
     <message>
         <source>Water meter 5 hourly water volume</source>
-        <translation>水表 5 每小时水量</translation>
+        <translation>水表5每小时水量</translation>
     </message>
     <message>
         <source>Water meter 6 hourly water volume</source>
-        <translation>水表 6 每小时水量</translation>
+        <translation>水表6每小时水量</translation>
     </message>
     <message>
         <source>Water meter 7 hourly water volume</source>
-        <translation>水表 7 每小时水量</translation>
+        <translation>水表7每小时水量</translation>
     </message>
     <message>
         <source>Water meter 8 hourly water volume</source>
-        <translation>水表 8 每小时水量</translation>
+        <translation>水表8每小时水量</translation>
     </message>
     <message>
         <source>AC A-phase voltage</source>
-        <translation>交流 A 相电压</translation>
+        <translation>交流A相电压</translation>
     </message>
     <message>
         <source>AC B-phase voltage</source>
-        <translation>交流 B 相电压</translation>
+        <translation>交流B相电压</translation>
     </message>
     <message>
         <source>AC C-phase voltage</source>
-        <translation>交流 C 相电压</translation>
+        <translation>交流C相电压</translation>
     </message>
     <message>
         <source>AC A-phase current</source>
-        <translation>交流 A 相电流</translation>
+        <translation>交流A相电流</translation>
     </message>
     <message>
         <source>AC B-phase current</source>
-        <translation>交流 B 相电流</translation>
+        <translation>交流B相电流</translation>
     </message>
     <message>
         <source>AC C-phase current</source>
-        <translation>交流 C 相电流</translation>
+        <translation>交流C相电流</translation>
     </message>
 </context>
 <context>
@@ -2796,43 +2796,43 @@
     </message>
     <message>
         <source>Client Certificate1:</source>
-        <translation>客户端证书1：</translation>
+        <translation>客户端证书 1：</translation>
     </message>
     <message>
         <source>Client Certificate2:</source>
-        <translation>客户端证书2：</translation>
+        <translation>客户端证书 2：</translation>
     </message>
     <message>
         <source>Client Certificate3:</source>
-        <translation>客户端证书3：</translation>
+        <translation>客户端证书 3：</translation>
     </message>
     <message>
         <source>Client Certificate4:</source>
-        <translation>客户端证书4：</translation>
+        <translation>客户端证书 4：</translation>
     </message>
     <message>
         <source>Client Certificate5:</source>
-        <translation>客户端证书5：</translation>
+        <translation>客户端证书 5：</translation>
     </message>
     <message>
         <source>Client Certificate6:</source>
-        <translation>客户端证书6：</translation>
+        <translation>客户端证书 6：</translation>
     </message>
     <message>
         <source>Client Certificate7:</source>
-        <translation>客户端证书7：</translation>
+        <translation>客户端证书 7：</translation>
     </message>
     <message>
         <source>Client Certificate8:</source>
-        <translation>客户端证书8：</translation>
+        <translation>客户端证书 8：</translation>
     </message>
     <message>
         <source>Client Certificate9:</source>
-        <translation>客户端证书9：</translation>
+        <translation>客户端证书 9：</translation>
     </message>
     <message>
         <source>Client Certificate10:</source>
-        <translation>客户端证书10：</translation>
+        <translation>客户端证书 10：</translation>
     </message>
     <message>
         <source>Edit Service</source>
@@ -2973,7 +2973,7 @@
     </message>
     <message>
         <source>Slave Address:</source>
-        <translation>从站地址：</translation>
+        <translation>电表地址：</translation>
     </message>
     <message>
         <source>Protocol Version:</source>
@@ -2997,7 +2997,7 @@
     </message>
     <message>
         <source>Data name</source>
-        <translation>数据名称</translation>
+        <translation>数据项</translation>
     </message>
     <message>
         <source>Name</source>
@@ -3005,7 +3005,7 @@
     </message>
     <message>
         <source>The name of the &apos;%1&apos; line already exists. Please use a different name.</source>
-        <translation>第“%1”行的名称已存在，请使用其他名称。</translation>
+        <translation>第 %1 行的名称与其他行重复，请使用其他名称。</translation>
     </message>
     <message>
         <source>The Standard DLT645 &apos;%1&apos; is saved successfully.</source>
@@ -3013,7 +3013,7 @@
     </message>
     <message>
         <source>Add Tab</source>
-        <translation>添加标签页</translation>
+        <translation>添加电表</translation>
     </message>
 </context>
 <context>
@@ -3071,7 +3071,7 @@
     </message>
     <message>
         <source>Keep Alive Time:</source>
-        <translation>心跳时间：</translation>
+        <translation>保活时间：</translation>
     </message>
     <message>
         <source>Series:</source>
@@ -3079,7 +3079,7 @@
     </message>
     <message>
         <source>Station Num:</source>
-        <translation>从站地址：</translation>
+        <translation>站号：</translation>
     </message>
     <message>
         <source>Byte Order:</source>
@@ -3087,7 +3087,7 @@
     </message>
     <message>
         <source>StartAddress0:</source>
-        <translation>起始地址为0：</translation>
+        <translation>地址从 0 开始：</translation>
     </message>
     <message>
         <source>Char Reversed:</source>
@@ -3115,11 +3115,11 @@
     </message>
     <message>
         <source>Network Layer Information</source>
-        <translation>网络层信息</translation>
+        <translation>网络参数</translation>
     </message>
     <message>
         <source>Serial Port Information</source>
-        <translation>串口信息</translation>
+        <translation>串口参数</translation>
     </message>
     <message>
         <source>The Standard Modbus &apos;%1&apos; is saved successfully.</source>
@@ -3127,7 +3127,7 @@
     </message>
     <message>
         <source>Add Tab</source>
-        <translation>添加标签页</translation>
+        <translation>添加从站</translation>
     </message>
 </context>
 <context>
@@ -3142,7 +3142,7 @@
     </message>
     <message>
         <source>Message Mode:</source>
-        <translation>消息模式：</translation>
+        <translation>消息安全模式：</translation>
     </message>
     <message>
         <source>Authentication:</source>

@@ -60,6 +60,8 @@ private slots:
     void fixedTexts_data();
     void fixedTexts();
     void wordsOfTheTreeStayLatin();
+    void aSourceHasOneTranslation();
+    void statesEndAlike();
     void tabTitlesDiffer();
     void meterItemsDiffer();
     void englishShowsTheSources();
@@ -237,6 +239,38 @@ void TestCatalogue::wordsOfTheTreeStayLatin()
         }
     }
     QCOMPARE(lost.join(QLatin1Char('\n')), QString());
+}
+
+void TestCatalogue::aSourceHasOneTranslation()
+{
+    const QSet<QString> several = {QStringLiteral("Add Tab")}; // a tab is a slave or a meter
+    QMap<QString, QSet<QString>> translations;
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        translations[it.key().at(1)].insert(it->texts.first());
+    }
+    QStringList different;
+    for (auto it = translations.cbegin(); it != translations.cend(); ++it) {
+        if (it->size() > 1 && !several.contains(it.key())) {
+            different.append(it.key() + QLatin1String(": ") + it->values().join(QLatin1String(", ")));
+        }
+    }
+    QCOMPARE(different.join(QLatin1Char('\n')), QString());
+}
+
+// A state is no sentence and has no mark at its end; nothing is shouted.
+void TestCatalogue::statesEndAlike()
+{
+    static const QRegularExpression marked(QStringLiteral("^(连接|绑定)状态：.*[。.…！]$|[！!].*[！!]"));
+    QStringList found;
+    int states = 0;
+    for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
+        states += it->texts.first().contains(QStringLiteral("状态：")) ? 1 : 0;
+        if (it->texts.first().contains(marked)) {
+            found.append(it->texts.first());
+        }
+    }
+    QVERIFY(states > 8);
+    QCOMPARE(found.join(QLatin1Char('\n')), QString());
 }
 
 // An open tab is found by its title: two kinds with one title would share a tab.
