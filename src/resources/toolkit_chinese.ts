@@ -27,7 +27,7 @@
     </message>
     <message>
         <source>Yes to &amp;All</source>
-        <translation>全部选是(&amp;A)</translation>
+        <translation>全部是(&amp;A)</translation>
     </message>
     <message>
         <source>&amp;No</source>
@@ -35,7 +35,7 @@
     </message>
     <message>
         <source>N&amp;o to All</source>
-        <translation>全部选否(&amp;O)</translation>
+        <translation>全部否(&amp;O)</translation>
     </message>
     <message>
         <source>Abort</source>
@@ -100,7 +100,7 @@
     <name>QFileDialog</name>
     <message>
         <source>Look in:</source>
-        <translation>查找位置：</translation>
+        <translation>查找范围：</translation>
     </message>
     <message>
         <source>File &amp;name:</source>
@@ -224,7 +224,7 @@
     </message>
     <message>
         <source>My Computer</source>
-        <translation>我的电脑</translation>
+        <translation>计算机</translation>
     </message>
     <message>
         <source>Drive</source>
@@ -343,7 +343,7 @@ Do you want to delete it anyway?</source>
     </message>
     <message>
         <source>My Computer</source>
-        <translation>我的电脑</translation>
+        <translation>计算机</translation>
     </message>
     <message>
         <source>Computer</source>
