@@ -60,12 +60,11 @@ template <int chunk> void assemble(const QByteArray &stream)
 
 void accumulate(const QByteArray &text)
 {
-    MonitoringAccumulator::reset();
+    MonitoringAccumulator accumulator;
     for (int at = 0; at < text.size(); at += Frame::chunkSize) {
-        MonitoringAccumulator::addSegment(
+        accumulator.addSegment(
             Frame::chunkFrame(Frame::monitoringSegment, 0xffffffff, 1, text.mid(at, Frame::chunkSize)));
     }
-    MonitoringAccumulator::reset();
 }
 
 void readProject(const QByteArray &document)

@@ -1,10 +1,10 @@
 // The reassembler with all that a session does with a frame, beside the model of the reassembler's rules. The
 // pieces of the input are the chunks of the stream.
 
-#include "boxes/protocol.h"
 #include "boxlink/frameassembler.h"
 #include "boxlink/framemodel.h"
 #include "boxlink/monitoringaccumulator.h"
+#include "boxlink/session.h"
 #include "fuzztarget.h"
 
 #include <algorithm>
@@ -12,8 +12,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
 {
-    MonitoringAccumulator::reset();
-    Protocol session;
+    MonitoringAccumulator::shared().reset();
+    Session session;
     FrameModel model;
     QList<QByteArray> frames;
     FrameAssembler assembler(
@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
         const std::unique_ptr<char[]> block(new char[std::size_t(chunk.size())]);
         std::copy(chunk.begin(), chunk.end(), block.get());
         assembler.assemble(block.get(), unsigned(chunk.size()));
-        session.assembleFrames(block.get(), unsigned(chunk.size()));
+        session.assemble(block.get(), unsigned(chunk.size()));
         model.feed(chunk);
     }
     Fuzz::require(frames == model.frames, "the reassembler gives the frames of its model");

@@ -1,66 +1,74 @@
 #include "boxes/protocol.h"
 
-#include "boxlink/monitoringaccumulator.h"
-
-#include <QDebug>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QPointer>
-
-#include <array>
-#include <optional>
+#include "boxes/dhcpword.h"
+#include "widgets/tell.h"
 
 namespace {
 
-constexpr int heartbeatInterval = 5000; // ms
-constexpr int offlineAfter = 30000;     // ms
-constexpr int reconnectDelay = 2000;    // ms
-
-// Who takes the answer of a JSON command.
-struct AnswerHandler {
-    Frame::JsonType type;
-    void (Protocol::*take)(QByteArray);
-};
-constexpr AnswerHandler answerHandlers[] = {
-    {Frame::lanRead, &Protocol::readLanAllocationReturn},
-    {Frame::lanWrite, &Protocol::writeLanAllocationReturn},
-    {Frame::wanRead, &Protocol::readWanAllocationReturn},
-    {Frame::wanWrite, &Protocol::writeWanAllocationReturn},
-    {Frame::wifiRead, &Protocol::readWifiAllocationReturn},
-    {Frame::wifiWrite, &Protocol::writeWifiAllocationReturn},
-    {Frame::lteRead, &Protocol::readLteAllocationReturn},
-    {Frame::lteWrite, &Protocol::writeLteAllocationReturn},
-    {Frame::deviceReboot, &Protocol::rebootDeviceReturn},
-    {Frame::ntpRead, &Protocol::readNTPAllocationReturn},
-    {Frame::ntpWrite, &Protocol::writeNTPAllocationReturn},
-    {Frame::timeRead, &Protocol::readTimeAllocationReturn},
-    {Frame::timeWrite, &Protocol::writeTimeAllocationReturn},
-};
-
-// The version, serial number and model of a heartbeat answer with a good footer, or nothing if a count is
-// negative or leads past the footer. The counts are signed bytes.
-std::optional<std::array<QString, 3>> heartbeatTexts(const QByteArray &frame)
+const char *textOf(Session::Status status)
 {
-    std::array<QString, 3> texts;
-    const int end = frame.size() - Frame::footerSize;
-    int offset = Frame::bodyOffset;
-    for (QString &text : texts) {
-        const int count = offset < end ? qint8(frame[offset]) : -1;
-        ++offset;
-        if (count < 0 || count > end - offset) {
-            return std::nullopt;
-        }
-        text = QString::fromUtf8(frame.constData() + offset, count);
-        offset += count;
+    switch (status) {
+    case Session::Status::Connecting:
+        return QT_TRANSLATE_NOOP("Protocol", "Connection status: connecting..");
+    case Session::Status::Waiting:
+        return QT_TRANSLATE_NOOP("Protocol", "Connection status: Waiting for connection.");
+    case Session::Status::Reconnecting:
+        return QT_TRANSLATE_NOOP("Protocol", "Connection status: Reconnecting...");
+    case Session::Status::Connected:
+        return QT_TRANSLATE_NOOP("Protocol", "Connection status: Connected");
+    case Session::Status::Disconnected:
+        return QT_TRANSLATE_NOOP("Protocol", "Connection status: Disconnected");
+    case Session::Status::HeartbeatLost:
+        return QT_TRANSLATE_NOOP("Protocol", "Connection status: Not connected to server.");
+    case Session::Status::RequestLost:
+        return QT_TRANSLATE_NOOP("Protocol", "Not connected to server.");
+    case Session::Status::EmptyAnswer:
+        return QT_TRANSLATE_NOOP("Protocol", "Connection status: Not connected");
     }
-    return texts;
+    Q_UNREACHABLE();
 }
 
-// On purpose from signed bytes: the Box keeps a heartbeat answer under 128 bytes, and one whose low length
-// byte is 0x80 or more is refused by its length.
-int signedFrameLength(const QByteArray &frame)
+// What the user is told of the result of a command.
+struct ResultTexts {
+    Frame::JsonType command;
+    const char *title;
+    const char *success;
+    const char *failure; // followed by the code
+};
+constexpr ResultTexts resultTexts[] = {
+    {Frame::lanWrite, QT_TRANSLATE_NOOP("Protocol", "Write LAN Allocation"),
+     QT_TRANSLATE_NOOP("Protocol", "LAN allocation write successful."),
+     QT_TRANSLATE_NOOP("Protocol", "LAN allocation write failed. Error code: ")},
+    {Frame::wanWrite, QT_TRANSLATE_NOOP("Protocol", "Write WAN Allocation"),
+     QT_TRANSLATE_NOOP("Protocol", "WAN allocation write successful."),
+     QT_TRANSLATE_NOOP("Protocol", "WAN allocation write failed. Error code: ")},
+    {Frame::wifiWrite, QT_TRANSLATE_NOOP("Protocol", "Write WIFI Allocation"),
+     QT_TRANSLATE_NOOP("Protocol", "WIFI allocation write successful."),
+     QT_TRANSLATE_NOOP("Protocol", "WIFI allocation write failed. Error code: ")},
+    {Frame::lteWrite, QT_TRANSLATE_NOOP("Protocol", "Write LTE Allocation"),
+     QT_TRANSLATE_NOOP("Protocol", "LTE allocation write successful."),
+     QT_TRANSLATE_NOOP("Protocol", "LTE allocation write failed. Error code: ")},
+    {Frame::ntpWrite, QT_TRANSLATE_NOOP("Protocol", "Write NTP Allocation"),
+     QT_TRANSLATE_NOOP("Protocol", "NTP allocation write successful."),
+     QT_TRANSLATE_NOOP("Protocol", "NTP allocation write failed. Error code: ")},
+    {Frame::timeWrite, QT_TRANSLATE_NOOP("Protocol", "Write time Allocation"),
+     QT_TRANSLATE_NOOP("Protocol", "time allocation write successful."),
+     QT_TRANSLATE_NOOP("Protocol", "time allocation write failed. Error code: ")},
+    {Frame::deviceReboot, QT_TRANSLATE_NOOP("Protocol", "Write Restart Allocation"),
+     QT_TRANSLATE_NOOP("Protocol", "Restart allocation write successful."),
+     QT_TRANSLATE_NOOP("Protocol", "Restart allocation write failed. Error code: ")},
+};
+
+void tellResult(const CommandResult &result)
 {
-    return (qint8(frame[Frame::lengthOffset + 1]) * 256) | qint8(frame[Frame::lengthOffset]);
+    for (const ResultTexts &texts : resultTexts) {
+        if (texts.command == result.command) {
+            const QString text =
+                result.succeeded() ? Protocol::tr(texts.success) : Protocol::tr(texts.failure) + result.code;
+            Tell::information(nullptr, Protocol::tr(texts.title), text);
+            return;
+        }
+    }
 }
 
 // Under the names by which the signals declare them, beside their full ones.
@@ -77,267 +85,84 @@ void registerRecords()
 
 } // namespace
 
-// Puts off the end of a disposed session while one of its calls is on the stack: the call is not done yet,
-// and the socket may still be sending its signal down there.
-class Protocol::Hold
-{
-public:
-    explicit Hold(Protocol *session)
-        : m_session(session)
-    {
-        ++session->m_holds;
-    }
-    ~Hold()
-    {
-        if (m_session && --m_session->m_holds == 0 && m_session->m_disposed) {
-            m_session->deleteLater();
-        }
-    }
-    Q_DISABLE_COPY(Hold)
-
-private:
-    QPointer<Protocol> m_session;
-};
-
 Protocol::Protocol(QObject *parent)
     : QObject(parent)
-    , m_heartbeatTimer(this)
-    , m_offlineTimer(this)
-    , m_assembler([this](const char *frame, unsigned length) { dispatchFrame(frame, length); })
+    , m_session(new Session(this))
 {
     registerRecords();
 
-    m_heartbeatTimer.setObjectName(QStringLiteral("heartbeatTimer"));
-    connect(&m_heartbeatTimer, &QTimer::timeout, this, &Protocol::sendHeartbeat);
-    m_heartbeatTimer.start(heartbeatInterval);
-
-    m_offlineTimer.setObjectName(QStringLiteral("offlineTimer"));
-    connect(&m_offlineTimer, &QTimer::timeout, this, &Protocol::handleOffline);
-    m_offlineTimer.setSingleShot(true);
-    m_offlineTimer.start(offlineAfter);
-
-    connect(&m_socket, &QTcpSocket::disconnected, this, &Protocol::handleDisconnected);
+    connect(m_session, &Session::statusChanged, this,
+            [this](Session::Status status) { emit connectionStatusChanged(tr(textOf(status))); });
+    connect(m_session, &Session::versionReceived, this, &Protocol::versionReceived);
+    connect(m_session, &Session::offlineOccurred, this, &Protocol::handleOffline);
+    connect(m_session, &Session::settingsReceived, this, [this](const BoxSettings &settings) {
+        std::visit([this](const auto &record) { pass(record); }, settings);
+    });
+    connect(m_session, &Session::commandAnswered, this, tellResult);
+    connect(m_session, &Session::reportReceived, this, &Protocol::dataReceived);
+    connect(m_session, &Session::bindingFailed, this, [this](const QHostAddress &address) {
+        emit bindingFailed(tr("Failed to bind to IP address: %1").arg(address.toString()));
+    });
+    // Only a disposed session goes before this object does.
+    connect(m_session, &QObject::destroyed, this, [this] { delete this; });
 }
 
 Protocol::~Protocol()
 {
     blockSignals(true); // who listens may be on the way out, too
-    // The socket is the last member to go and tells of its end: it must do so while the timers are there.
-    m_socket.abort();
-}
-
-bool Protocol::isLinkOpen() const
-{
-    // By the state, since isOpen() stays true after a refused connection and after the Box has closed.
-    switch (m_socket.state()) {
-    case QAbstractSocket::HostLookupState:
-    case QAbstractSocket::ConnectingState:
-    case QAbstractSocket::ConnectedState:
-        return true;
-    default:
-        return false;
-    }
-}
-
-void Protocol::bindToAddress(const QHostAddress &address)
-{
-    const Hold hold(this);
-    if (!m_socket.bind(address, 0, QAbstractSocket::DefaultForPlatform)) {
-        emit bindingFailed(tr("Failed to bind to IP address: %1").arg(address.toString()));
-    }
-    m_boundAddress = address;
-}
-
-void Protocol::openConnection(const QString &ip)
-{
-    if (m_disposed) {
-        return;
-    }
-    m_socket.connectToHost(ip, Frame::boxPort, QIODevice::ReadWrite, QAbstractSocket::AnyIPProtocol);
-    // On purpose not unique: the n-th connect of one session opens with n heartbeats, and a Box answers each.
-    connect(&m_socket, &QTcpSocket::connected, this, &Protocol::sendHeartbeat);
-    connect(&m_socket, &QTcpSocket::readyRead, this, &Protocol::receiveResponse);
-}
-
-void Protocol::connectToBox(const QString &ip)
-{
-    const Hold hold(this);
-    switch (m_socket.state()) {
-    case QAbstractSocket::UnconnectedState:
-        bindToAddress(m_boundAddress);
-        openConnection(ip);
-        emit connectionStatusChanged(tr("Connection status: connecting.."));
-        return;
-    case QAbstractSocket::ConnectedState:
-        return;
-    default:
-        break;
-    }
-    m_socket.disconnectFromHost();
-    emit connectionStatusChanged(tr("Connection status: Waiting for connection."));
-    QTimer::singleShot(reconnectDelay, this, [this, ip] {
-        bindToAddress(m_boundAddress);
-        openConnection(ip);
-        emit connectionStatusChanged(tr("Connection status: Reconnecting..."));
-    });
-}
-
-void Protocol::closeConnection()
-{
-    if (isLinkOpen()) {
-        m_socket.disconnectFromHost();
-    }
 }
 
 void Protocol::dispose()
 {
-    if (m_disposed) {
-        return;
-    }
-    m_disposed = true;
-    // Who hears of the end may delete the parent, or let events in: neither may end the session below.
+    // Who hears of the end may delete the parent: that must not end this object below.
     setParent(nullptr);
-    ++m_holds;
-    closeConnection();
-    m_socket.abort(); // bytes to send put the end off
-    blockSignals(true);
-    if (--m_holds == 0) {
-        delete this;
-    }
+    m_session->dispose();
 }
 
-void Protocol::handleDisconnected()
+void Protocol::writeLanAllocation(const QString &ip, const QString &mask, const QString &gateway,
+                                  const QString &dns1, const QString &dns2)
 {
-    const Hold hold(this);
-    emit connectionStatusChanged(tr("Connection status: Disconnected"));
-    m_offlineTimer.start();
-    MonitoringAccumulator::reset();
+    write(LanSettings{ip, mask, gateway, dns1, dns2});
 }
 
-void Protocol::sendHeartbeat()
+void Protocol::writeWanAllocation(const QString &dhcp, const QString &ip, const QString &mask,
+                                  const QString &gateway, const QString &dns1, const QString &dns2)
 {
-    if (isLinkOpen()) {
-        m_socket.write(Frame::heartbeatFrame());
-    } else {
-        emit connectionStatusChanged(tr("Connection status: Not connected to server."));
-    }
+    write(WanSettings{DhcpWord::toFlag(dhcp), ip, mask, gateway, dns1, dns2});
 }
 
-void Protocol::sendRequest(const QJsonObject &request)
+void Protocol::writeWifiAllocation(const QString &onOff, const QString &mode, const QString &ssid,
+                                   const QString &password, const QString &dhcp, const QString &ip,
+                                   const QString &mask, const QString &gateway, const QString &dns1,
+                                   const QString &dns2)
 {
-    if (isLinkOpen()) {
-        m_socket.write(Frame::buildJsonFrame(request));
-    } else {
-        emit connectionStatusChanged(tr("Not connected to server."));
-    }
+    write(WifiSettings{onOff, mode, ssid, password, DhcpWord::toFlag(dhcp), ip, mask, gateway, dns1, dns2});
 }
 
-void Protocol::receiveResponse()
+void Protocol::writeLteAllocation(const QString &onOff, const QString &at1, const QString &at2,
+                                  const QString &at3, const QString &at4, const QString &at5)
 {
-    const Hold hold(this);
-    // A message box in a handler holds readyRead up: what came in behind it is read before returning.
-    const QPointer<Protocol> alive(this);
-    do {
-        const QByteArray chunk = m_socket.readAll();
-        assembleFrames(chunk.constData(), unsigned(chunk.size()));
-    } while (alive && m_socket.state() == QAbstractSocket::ConnectedState && m_socket.bytesAvailable() > 0);
+    write(LteSettings{onOff, at1, at2, at3, at4, at5});
+}
+
+void Protocol::writeNTPAllocation(const QString &server)
+{
+    write(NtpSettings{server});
+}
+
+void Protocol::writeTimeAllocation(const QString &date)
+{
+    write(TimeSettings{date});
 }
 
 int Protocol::assembleFrames(const char *data, unsigned length)
 {
-    m_assembler.assemble(data, length);
+    m_session->assemble(data, length);
     return 0;
 }
 
 int Protocol::dispatchFrame(const char *frame, unsigned length)
 {
-    const QByteArray whole(frame, int(length));
-    if (m_disposed || whole.size() < Frame::bodyOffset
-        || Frame::readLittle16(whole.constData() + Frame::lengthOffset) != whole.size()) {
-        return 0;
-    }
-    switch (Frame::readCommand(whole.constData())) {
-    case Frame::heartbeatAnswer:
-        receiveHeartbeatResponse(whole);
-        break;
-    case Frame::jsonCommand:
-        // The text-length field is not looked at: the text reaches to the footer.
-        dispatchJson(whole.mid(Frame::jsonTextOffset, qMax(0, whole.size() - Frame::jsonOverhead)));
-        break;
-    case Frame::monitoringSegment:
-        dataMonitoring(whole);
-        break;
-    default:
-        break;
-    }
+    m_session->dispatch(QByteArray(frame, int(length)));
     return 0;
-}
-
-void Protocol::dispatchJson(const QByteArray &text)
-{
-    const QJsonValue type = QJsonDocument::fromJson(text).object().value(QLatin1String("type"));
-    if (!type.isString()) {
-        return;
-    }
-    for (const AnswerHandler &handler : answerHandlers) {
-        if (type.toString() == QString::number(handler.type)) {
-            (this->*handler.take)(text);
-            return;
-        }
-    }
-    qDebug().noquote().nospace() << "Unhandled type string: " << type.toString();
-}
-
-void Protocol::receiveHeartbeatResponse(QByteArray responseData)
-{
-    const Hold hold(this);
-    if (responseData.isEmpty()) {
-        emit connectionStatusChanged(tr("Connection status: Not connected"));
-        m_offlineTimer.start();
-        return;
-    }
-    // Even an answer that fails the tests below is a sign of life.
-    m_heartbeatTimer.start();
-    m_offlineTimer.start();
-    if (responseData.size() < Frame::bodyOffset || signedFrameLength(responseData) != responseData.size()) {
-        return;
-    }
-    if (responseData[responseData.size() - 2] != Frame::footer0
-        || responseData[responseData.size() - 1] != Frame::footer1) {
-        qDebug("Invalid package footer.");
-        return;
-    }
-    const auto texts = heartbeatTexts(responseData);
-    if (!texts) {
-        return;
-    }
-    const auto &[version, serialNumber, model] = *texts;
-    emit connectionStatusChanged(tr("Connection status: Connected"));
-    emit versionReceived(version);
-    qDebug().noquote().nospace() << "Box Version: " << version;
-    qDebug().noquote().nospace() << "Box Serial Number: " << serialNumber;
-    qDebug().noquote().nospace() << "Box Model: " << model;
-}
-
-void Protocol::handleOffline()
-{
-    emit offlineOccurred();
-}
-
-void Protocol::dataMonitoring(QByteArray responseData)
-{
-    const std::optional<QJsonObject> report = MonitoringAccumulator::addSegment(responseData);
-    if (!report) {
-        return;
-    }
-    const auto text = [&report](const char *key) { return report->value(QLatin1String(key)).toString(); };
-    dataMonitoringData data;
-    data.projectName = text("projectName");
-    data.plcName = text("plcName");
-    data.description = text("description");
-    data.sn = text("sn");
-    data.time = text("time");
-    data.datas = report->value(QLatin1String("datas")).toArray();
-    emit dataReceived(data);
-    qDebug("完成data::");
 }

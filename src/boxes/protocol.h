@@ -1,104 +1,47 @@
 #pragma once
 
-#include "boxlink/frameassembler.h"
+#include "boxlink/session.h"
 
-#include <QHostAddress>
-#include <QJsonArray>
 #include <QMetaType>
-#include <QObject>
-#include <QTcpSocket>
-#include <QTimer>
 
-// The tool's end of one TCP link to one Box: connects, sends the heartbeat, watches for silence, and turns
-// what the Box sends into signals. Requests are neither queued nor repeated, and answers are not matched to
-// them: the "type" of an answer alone decides.
+// The session of a form: hands all over to a Session, and tells in words how the link does and, in modal
+// messages, what became of a write or of the reboot.
 //
-// Lives in the GUI thread, since the answer to a write is told in a modal box. May be deleted at any time,
-// also while connected, but not from a slot that one of its own signals calls, nor while such a box stands:
-// dispose() may. Tells nothing while it is deleted.
+// Lives in the GUI thread. May be deleted at any time, also while connected, but not from a slot that one of
+// its own signals calls, nor while such a message stands: dispose() may. Tells nothing while it is deleted.
 class Protocol : public QObject
 {
     Q_OBJECT
 public:
-    // One record for each group of a Box's settings. The fields are the keys on the wire, in the wire's
-    // order, and hold the text of the answer as it stands.
-    struct LanAllocationData {
-        QString lanIp;
-        QString lanMask;
-        QString lanGateway;
-        QString lanDns1;
-        QString lanDns2;
-    };
-    struct WanAllocationData {
-        QString wanDhcp; // "1" on, "0" off
-        QString wanIp;
-        QString wanMask;
-        QString wanGateway;
-        QString wanDns1;
-        QString wanDns2;
-    };
-    struct WifiAllocationData {
-        QString wifiOnOff; // "on" or "off", in any case
-        QString wifiMode;
-        QString ssid;
-        QString password; // in clear text
-        QString wifiDhcp; // "1" on, "0" off
-        QString wifiIp;
-        QString wifiMask;
-        QString wifiGateway;
-        QString wifiDns1;
-        QString wifiDns2;
-    };
-    struct LteAllocationData {
-        QString lteOnOff; // "on" or "off", in any case
-        QString AT1;
-        QString AT2;
-        QString AT3;
-        QString AT4;
-        QString AT5;
-    };
-    struct NTPAllocationData {
-        QString NTP;
-    };
-    struct timeAllocationData {
-        QString date; // yyyy-MM-dd HH:mm:ss when sent; what a Box answers is free text
-    };
-    // One report of live values. Each element of datas is an object with the strings "name", "addr",
-    // "dataType", "value" and "valid" ("1" valid, "0" invalid).
-    struct dataMonitoringData {
-        QString projectName;
-        QString plcName;
-        QString description;
-        QString sn;
-        QString time;
-        QJsonArray datas;
-    };
+    using LanAllocationData = LanSettings;
+    using WanAllocationData = WanSettings;
+    using WifiAllocationData = WifiSettings;
+    using LteAllocationData = LteSettings;
+    using NTPAllocationData = NtpSettings;
+    using timeAllocationData = TimeSettings;
+    using dataMonitoringData = MonitoringReport;
 
     explicit Protocol(QObject *parent = nullptr);
     ~Protocol() override;
 
-    // Binds the socket to a local address and keeps the address for later connects, whether or not the bind
-    // succeeds; a failure is told by bindingFailed.
-    void bindToAddress(const QHostAddress &address);
-    // Connects by the state of the socket: an unconnected one at once, one that is under way or bound after
-    // it was cut and 2000 ms have passed, a connected one not at all.
-    void connectToBox(const QString &ip);
-    // Connects without looking at the state.
-    void openConnection(const QString &ip);
-    void closeConnection();
-    // Closes the link, of which whoever listens hears as of any disconnection, and deletes the object: at
-    // once, or, while one of its calls is on the stack below a slot or a message box, when that has returned.
-    // Until then it has no parent, and lets no signal out but destroyed.
+    // As the functions of Session; a disposed object lives until its session goes.
+    void bindToAddress(const QHostAddress &address) { m_session->bindToAddress(address); }
+    void connectToBox(const QString &ip) { m_session->connectToBox(ip); }
+    void openConnection(const QString &ip) { m_session->openConnection(ip); }
+    void closeConnection() { m_session->closeConnection(); }
     void dispose();
 
     // Requests. On a link that is not open the status tells so and the request is lost.
-    void rebootDevice();
-    void readLanAllocation();
-    void readWanAllocation();
-    void readWifiAllocation();
-    void readLteAllocation();
-    void readNTPAllocation();
-    void readTimeAllocation();
+    void rebootDevice() { m_session->reboot(); }
+    void read(SettingsGroup group) { m_session->read(group); }
+    void write(const BoxSettings &settings) { m_session->write(settings); }
+    // The same group by group.
+    void readLanAllocation() { read(SettingsGroup::Lan); }
+    void readWanAllocation() { read(SettingsGroup::Wan); }
+    void readWifiAllocation() { read(SettingsGroup::Wifi); }
+    void readLteAllocation() { read(SettingsGroup::Lte); }
+    void readNTPAllocation() { read(SettingsGroup::Ntp); }
+    void readTimeAllocation() { read(SettingsGroup::Time); }
     // dhcp is "Enable" or "Disabled"; with any other text the key is left out of the request.
     void writeLanAllocation(const QString &ip, const QString &mask, const QString &gateway,
                             const QString &dns1, const QString &dns2);
@@ -135,43 +78,39 @@ signals:
     void bindingFailed(QString error);
 
 public slots:
-    void handleDisconnected();
-    void sendHeartbeat();
-    void receiveResponse();
+    void handleDisconnected() { m_session->handleDisconnected(); }
+    void sendHeartbeat() { m_session->sendHeartbeat(); }
+    void receiveResponse() { m_session->receive(); }
     // These two take the whole frame.
-    void receiveHeartbeatResponse(QByteArray responseData);
-    void dataMonitoring(QByteArray responseData);
-    void handleOffline();
+    void receiveHeartbeatResponse(QByteArray responseData) { m_session->takeHeartbeat(responseData); }
+    void dataMonitoring(QByteArray responseData) { m_session->takeSegment(responseData); }
+    void handleOffline() { emit offlineOccurred(); }
     // These take the JSON text of an answer. A read emits its record, or nothing if a key is missing; a
-    // write and the reboot tell the result in a message box.
-    void rebootDeviceReturn(QByteArray responseData);
-    void readLanAllocationReturn(QByteArray responseData);
-    void readWanAllocationReturn(QByteArray responseData);
-    void readWifiAllocationReturn(QByteArray responseData);
-    void readLteAllocationReturn(QByteArray responseData);
-    void readNTPAllocationReturn(QByteArray responseData);
-    void readTimeAllocationReturn(QByteArray responseData);
-    void writeLanAllocationReturn(QByteArray responseData);
-    void writeWanAllocationReturn(QByteArray responseData);
-    void writeWifiAllocationReturn(QByteArray responseData);
-    void writeLteAllocationReturn(QByteArray responseData);
-    void writeNTPAllocationReturn(QByteArray responseData);
-    void writeTimeAllocationReturn(QByteArray responseData);
+    // write and the reboot tell the result in a modal message.
+    void rebootDeviceReturn(QByteArray responseData) { take(Frame::deviceReboot, responseData); }
+    void readLanAllocationReturn(QByteArray responseData) { take(Frame::lanRead, responseData); }
+    void readWanAllocationReturn(QByteArray responseData) { take(Frame::wanRead, responseData); }
+    void readWifiAllocationReturn(QByteArray responseData) { take(Frame::wifiRead, responseData); }
+    void readLteAllocationReturn(QByteArray responseData) { take(Frame::lteRead, responseData); }
+    void readNTPAllocationReturn(QByteArray responseData) { take(Frame::ntpRead, responseData); }
+    void readTimeAllocationReturn(QByteArray responseData) { take(Frame::timeRead, responseData); }
+    void writeLanAllocationReturn(QByteArray responseData) { take(Frame::lanWrite, responseData); }
+    void writeWanAllocationReturn(QByteArray responseData) { take(Frame::wanWrite, responseData); }
+    void writeWifiAllocationReturn(QByteArray responseData) { take(Frame::wifiWrite, responseData); }
+    void writeLteAllocationReturn(QByteArray responseData) { take(Frame::lteWrite, responseData); }
+    void writeNTPAllocationReturn(QByteArray responseData) { take(Frame::ntpWrite, responseData); }
+    void writeTimeAllocationReturn(QByteArray responseData) { take(Frame::timeWrite, responseData); }
 
 private:
-    class Hold;
+    void take(Frame::JsonType command, const QByteArray &text) { m_session->takeAnswer(command, text); }
+    void pass(const LanSettings &lan) { emit lanAllocationDataReceived(lan); }
+    void pass(const WanSettings &wan) { emit wanAllocationDataReceived(wan); }
+    void pass(const WifiSettings &wifi) { emit wifiAllocationDataReceived(wifi); }
+    void pass(const LteSettings &lte) { emit lteAllocationDataReceived(lte); }
+    void pass(const NtpSettings &ntp) { emit NTPAllocationDataReceived(ntp); }
+    void pass(const TimeSettings &time) { emit timeAllocationDataReceived(time); }
 
-    bool isLinkOpen() const;
-    void sendRequest(const QJsonObject &request);
-    void dispatchJson(const QByteArray &text);
-
-    QTcpSocket m_socket;
-    QTimer m_heartbeatTimer; // repeating, 5000 ms
-    QTimer m_offlineTimer;   // single shot, 30000 ms
-    FrameAssembler m_assembler;
-    QHostAddress m_boundAddress; // null: any
-    int m_holds = 0;             // calls on the stack that go on after a signal or a message box
-    bool m_disposed = false;
+    Session *m_session; // a child, until it is disposed of
 };
 
 Q_DECLARE_METATYPE(Protocol::LanAllocationData)

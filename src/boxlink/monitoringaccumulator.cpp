@@ -7,10 +7,6 @@
 
 namespace {
 
-// The text so far.
-QByteArray monitoringBuffer; // clazy:exclude=non-pod-global-static
-quint32 monitoringTotal = 0; // the announced length of the whole text; 0: no report is being assembled
-
 struct Segment {
     quint32 total;
     quint16 size;
@@ -33,29 +29,35 @@ struct Segment {
 
 } // namespace
 
+MonitoringAccumulator &MonitoringAccumulator::shared()
+{
+    static MonitoringAccumulator accumulator;
+    return accumulator;
+}
+
 std::optional<QJsonObject> MonitoringAccumulator::addSegment(const QByteArray &frame)
 {
     const Segment segment(frame);
-    if (monitoringTotal == 0 && frame.size() >= Frame::chunkOverhead) {
-        monitoringTotal = segment.total;
-        qDebug().nospace() << "data长度::" << monitoringTotal;
+    if (m_total == 0 && frame.size() >= Frame::chunkOverhead) {
+        m_total = segment.total;
+        qDebug().nospace() << "data长度::" << m_total;
     }
-    if (segment.total != monitoringTotal) {
+    if (segment.total != m_total) {
         qDebug().nospace() << "长度不符::" << segment.total;
         reset();
         return std::nullopt;
     }
-    if (monitoringBuffer.size() + segment.text.size() > sizeLimit) {
+    if (m_text.size() + segment.text.size() > sizeLimit) {
         qDebug().nospace() << "Monitoring report too long, dropped: " << segment.total;
         reset();
         return std::nullopt;
     }
-    monitoringBuffer.append(segment.text);
-    if (segment.end() != monitoringTotal) {
+    m_text.append(segment.text);
+    if (segment.end() != m_total) {
         qDebug("数据长度未达到要\xEF\xBF\xBD:"); // the replacement character is part of the line
         return std::nullopt;
     }
-    const QJsonDocument report = QJsonDocument::fromJson(monitoringBuffer);
+    const QJsonDocument report = QJsonDocument::fromJson(m_text);
     reset();
     if (report.isNull()) {
         qWarning("Failed to parse JSON data");
@@ -66,6 +68,6 @@ std::optional<QJsonObject> MonitoringAccumulator::addSegment(const QByteArray &f
 
 void MonitoringAccumulator::reset()
 {
-    monitoringBuffer = QByteArray();
-    monitoringTotal = 0;
+    m_text = QByteArray();
+    m_total = 0;
 }

@@ -108,8 +108,6 @@ private slots:
     void readAnswer();
     void droppedReadAnswer_data();
     void droppedReadAnswer();
-    void everyKeyOfARecordIsNeeded_data();
-    void everyKeyOfARecordIsNeeded();
     void writeAnswer_data();
     void writeAnswer();
     void droppedWriteAnswer_data();
@@ -362,47 +360,6 @@ void tst_Allocation::droppedReadAnswer()
     protocol.readNTPAllocationReturn(json);
     protocol.readTimeAllocationReturn(json);
     QCOMPARE(delivered.records, QList<QStringList>());
-}
-
-void tst_Allocation::everyKeyOfARecordIsNeeded_data()
-{
-    QTest::addColumn<QByteArray>("type");
-    QTest::addColumn<QByteArrayList>("keys");
-    const auto newRow = [](const char *name, const char *type, const char *keys) {
-        QTest::newRow(name) << QByteArray(type) << QByteArray(keys).split(' ');
-    };
-    newRow("LAN", "2", "lanIp lanMask lanGateway lanDns1 lanDns2");
-    newRow("WAN", "3", "wanDhcp wanIp wanMask wanGateway wanDns1 wanDns2");
-    newRow("WIFI", "4",
-           "wifiOnOff wifiMode ssid password wifiDhcp wifiIp wifiMask wifiGateway wifiDns1 wifiDns2");
-    newRow("LTE", "5", "lteOnOff AT1 AT2 AT3 AT4 AT5");
-    newRow("NTP", "8", "NTP");
-    newRow("time", "9", "date");
-}
-
-void tst_Allocation::everyKeyOfARecordIsNeeded()
-{
-    QFETCH(QByteArray, type);
-    QFETCH(QByteArrayList, keys);
-
-    Protocol protocol;
-    Delivered delivered(&protocol);
-    const auto answerWith = [&](const QByteArrayList &present) {
-        QByteArrayList members{"\"other\":\"\""};
-        for (const QByteArray &key : present) {
-            members.append('"' + key + "\":\"\"");
-        }
-        const QByteArray frame =
-            answerFrame("{\"type\":\"" + type + "\",\"pares\":{" + members.join(',') + "}}");
-        protocol.dispatchFrame(frame.constData(), unsigned(frame.size()));
-        return delivered.records.size();
-    };
-    for (int missing = 0; missing < keys.size(); ++missing) {
-        QByteArrayList present = keys;
-        present.removeAt(missing);
-        QVERIFY2(answerWith(present) == 0, keys.at(missing).constData());
-    }
-    QCOMPARE(answerWith(keys), 1);
 }
 
 void tst_Allocation::writeAnswer_data()

@@ -1,4 +1,5 @@
 #include "boxlink/monitoringaccumulator.h"
+#include "boxlink/monitoringreport.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -31,7 +32,10 @@ QJsonObject report(int size)
     return {{QStringLiteral("sn"), QString(size - 9, QLatin1Char('x'))}};
 }
 
-using MonitoringAccumulator::addSegment;
+std::optional<QJsonObject> addSegment(const QByteArray &frame)
+{
+    return MonitoringAccumulator::shared().addSegment(frame);
+}
 
 // A text in segments, as a Box cuts it; what the last of them gives.
 std::optional<QJsonObject> sendReport(const QByteArray &text)
@@ -68,7 +72,7 @@ class tst_Monitoring : public QObject
 {
     Q_OBJECT
 private slots:
-    void init() { MonitoringAccumulator::reset(); }
+    void init() { MonitoringAccumulator::shared().reset(); }
 
     void oneSegment();
     void exactly1024Bytes();
@@ -94,6 +98,9 @@ private slots:
     void deepTextIsSurvived();
     void endlessReportIsDropped();
     void droppedReportReleasesItsMemory();
+
+    void reportIsRead();
+    void whatIsNoTextReadsAsEmpty();
 };
 
 void tst_Monitoring::oneSegment()
@@ -278,7 +285,7 @@ void tst_Monitoring::arrayReadsAsAnEmptyReport()
 void tst_Monitoring::resetForgetsTheReport()
 {
     addSegment(segment("13 04", "01 04 00 00", "00 04", "01 00 00 00", reportText(1025).left(1024)));
-    MonitoringAccumulator::reset();
+    MonitoringAccumulator::shared().reset();
     QTest::ignoreMessage(QtDebugMsg, "data长度::2");
     QCOMPARE(addSegment(segment("15 00", "02 00 00 00", "02 00", "01 00 00 00", "{}")), QJsonObject());
 }
@@ -343,6 +350,30 @@ void tst_Monitoring::droppedReportReleasesItsMemory()
 
     QVERIFY2(full - before > sent / 2, qPrintable(QStringLiteral("%1 bytes").arg(full - before)));
     QVERIFY2(after - before < sent / 16, qPrintable(QStringLiteral("%1 bytes").arg(after - before)));
+}
+
+void tst_Monitoring::reportIsRead()
+{
+    const QJsonArray datas{QJsonObject{{QStringLiteral("name"), QStringLiteral("Ua")}}};
+    const auto read = MonitoringReport::fromJson({{QStringLiteral("projectName"), QStringLiteral("P")},
+                                                  {QStringLiteral("plcName"), QStringLiteral("M1")},
+                                                  {QStringLiteral("description"), QStringLiteral("d")},
+                                                  {QStringLiteral("sn"), QStringLiteral("7")},
+                                                  {QStringLiteral("time"), QStringLiteral("now")},
+                                                  {QStringLiteral("datas"), datas}});
+    QCOMPARE((QStringList{read.projectName, read.plcName, read.description, read.sn, read.time}),
+             (QStringList{QStringLiteral("P"), QStringLiteral("M1"), QStringLiteral("d"), QStringLiteral("7"),
+                          QStringLiteral("now")}));
+    QCOMPARE(read.datas, datas);
+}
+
+void tst_Monitoring::whatIsNoTextReadsAsEmpty()
+{
+    const auto read = MonitoringReport::fromJson({{QStringLiteral("sn"), 7},
+                                                  {QStringLiteral("time"), QJsonValue::Null},
+                                                  {QStringLiteral("datas"), QJsonObject()}});
+    QCOMPARE(read.projectName + read.plcName + read.description + read.sn + read.time, QString());
+    QCOMPARE(read.datas, QJsonArray());
 }
 
 QTEST_GUILESS_MAIN(tst_Monitoring)

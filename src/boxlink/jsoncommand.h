@@ -1,0 +1,38 @@
+#pragma once
+
+#include "boxlink/boxsettings.h"
+#include "boxlink/frame.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+
+#include <optional>
+#include <variant>
+
+// The result of a write or of the reboot.
+struct CommandResult {
+    Frame::JsonType command; // lanWrite to timeWrite, or deviceReboot
+    QString code;
+
+    bool succeeded() const { return code == QLatin1String("200"); }
+};
+
+// The JSON commands of command 0x0500: settings, group by group, and the reboot.
+namespace JsonCommand {
+
+QJsonObject readRequest(SettingsGroup group);
+QJsonObject writeRequest(const BoxSettings &settings);
+QJsonObject rebootRequest();
+
+// The "type" of an answer, or nothing if the text is no JSON object with a string of that key.
+std::optional<QString> typeOf(const QByteArray &answer);
+// The command with that "type", or nothing for one that is not in use.
+std::optional<Frame::JsonType> commandOf(const QString &type);
+
+// What the answer to a command says: the settings that were read, the result of a write or of the reboot, or
+// nothing. Settings need all of their keys, where a value that is not a JSON string reads as an empty text; a
+// result needs a "code" that is a JSON string.
+using Answer = std::variant<std::monostate, BoxSettings, CommandResult>;
+Answer readAnswer(Frame::JsonType command, const QByteArray &answer);
+
+} // namespace JsonCommand

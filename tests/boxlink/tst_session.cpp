@@ -1,0 +1,295 @@
+// A session without a form: what it tells a program that has no display, and its end at any moment.
+
+#include "boxlink/monitoringaccumulator.h"
+#include "boxlink/session.h"
+#include "support/rawbox.h"
+
+#include <QPointer>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+const QString address = QStringLiteral("127.0.20.32");
+
+QByteArray hex(const char *bytes)
+{
+    return QByteArray::fromHex(bytes);
+}
+
+const QByteArray heartbeat = hex("12 34 01 00 08 00 56 78");
+const QByteArray heartbeatAnswer = hex("12 34 02 00 0c 00 01 31 00 00 56 78"); // version "1"
+// A whole report: "{}".
+const QByteArray report = hex("12 34 06 00 15 00 01 02 00 00 00 02 00 01 00 00 00 7b 7d 56 78");
+
+QByteArray answerFrame(const QByteArray &json)
+{
+    return hex("12 34 05 00") + char(json.size() + 10) + '\0' + char(json.size()) + '\0' + json
+        + hex("56 78");
+}
+
+// Everything that a session tells, in order.
+class Told : public QObject
+{
+public:
+    explicit Told(Session *session)
+    {
+        connect(session, &Session::statusChanged, this,
+                [this](Session::Status status) { lines.append(QVariant::fromValue(status).toString()); });
+        connect(session, &Session::versionReceived, this,
+                [this](const QString &version) { lines.append(QStringLiteral("version ") + version); });
+        connect(session, &Session::offlineOccurred, this,
+                [this] { lines.append(QStringLiteral("offline")); });
+        connect(session, &Session::settingsReceived, this, [this](const BoxSettings &settings) {
+            BoxSettings record = settings;
+            const QVector<SettingsText> texts = textsOf(record);
+            for (const SettingsText &text : texts) {
+                lines.append(QLatin1String(text.key) + QLatin1Char('=') + *text.text);
+            }
+        });
+        connect(session, &Session::commandAnswered, this, [this](const CommandResult &result) {
+            lines.append(QStringLiteral("%1: %2").arg(result.command).arg(result.code));
+        });
+        connect(session, &Session::reportReceived, this, [this] { lines.append(QStringLiteral("report")); });
+        connect(session, &Session::bindingFailed, this, [this](const QHostAddress &local) {
+            lines.append(QStringLiteral("binding ") + local.toString());
+        });
+        connect(session, &QObject::destroyed, this, [this] { lines.append(QStringLiteral("destroyed")); });
+    }
+
+    QStringList lines;
+};
+
+QStringList words(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char('|'));
+}
+
+} // namespace
+
+class tst_Session : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void tellsStatusesAndVersion();
+    void tellsAFailedBind();
+    void asksAndHearsAnswers();
+    void writesWithoutAMessage();
+    void resultsOfCommandsAreTold_data();
+    void resultsOfCommandsAreTold();
+    void requestOnAClosedLinkIsLost();
+
+    void endsInItsOwnSignals_data();
+    void endsInItsOwnSignals();
+    void disposedSessionTakesNothingIn();
+    void disposedSessionDoesNotConnect();
+    void disposedSessionOutlivesItsParent();
+
+private:
+    std::unique_ptr<RawBox> m_box;
+};
+
+void tst_Session::init()
+{
+    m_box = std::make_unique<RawBox>(address);
+    QVERIFY(m_box->listen());
+    MonitoringAccumulator::shared().reset();
+}
+
+void tst_Session::cleanup()
+{
+    m_box.reset();
+}
+
+void tst_Session::tellsStatusesAndVersion()
+{
+    Session session;
+    Told told(&session);
+    session.connectToBox(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->send(heartbeatAnswer);
+    QTRY_COMPARE(told.lines, words("Connecting|Connected|version 1"));
+    m_box->close();
+    QTRY_COMPARE(told.lines, words("Connecting|Connected|version 1|Disconnected"));
+}
+
+void tst_Session::tellsAFailedBind()
+{
+    Session session;
+    Told told(&session);
+    session.bindToAddress(QHostAddress(QStringLiteral("203.0.113.9"))); // not of this machine
+    QCOMPARE(told.lines, words("binding 203.0.113.9"));
+}
+
+void tst_Session::asksAndHearsAnswers()
+{
+    Session session;
+    Told told(&session);
+    session.openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->forgetReceived();
+    session.read(SettingsGroup::Ntp);
+    QTRY_COMPARE(m_box->received(),
+                 hex("12 34 05 00 34 00 2a 00") + "{\n    \"pares\": {\n    },\n    \"type\": \"8\"\n}\n"
+                     + hex("56 78"));
+    m_box->send(answerFrame(R"({"type":"8","pares":{"NTP":"10.0.0.9"}})") + report);
+    QTRY_COMPARE(told.lines, words("NTP=10.0.0.9|report"));
+}
+
+void tst_Session::writesWithoutAMessage()
+{
+    Session session;
+    Told told(&session);
+    session.openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->forgetReceived();
+    session.write(NtpSettings{QStringLiteral("10.0.0.9")});
+    QTRY_COMPARE(m_box->received(),
+                 hex("12 34 05 00 4e 00 44 00")
+                     + "{\n    \"pares\": {\n        \"NTP\": \"10.0.0.9\"\n    },\n    \"type\": 108\n}\n"
+                     + hex("56 78"));
+    m_box->forgetReceived();
+    session.reboot();
+    QTRY_VERIFY(m_box->received().contains("\"reboot\": \"reboot\""));
+    m_box->send(answerFrame(R"({"type":"108","code":"200"})") + answerFrame(R"({"type":"6","code":"busy"})"));
+    QTRY_COMPARE(told.lines, words("108: 200|6: busy"));
+}
+
+void tst_Session::resultsOfCommandsAreTold_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("success") << QByteArray(R"({"type":"102","code":"200"})") << words("102: 200");
+    QTest::newRow("refusal") << QByteArray(R"({"type":"105","code":"500"})") << words("105: 500");
+    QTest::newRow("code a number") << QByteArray(R"({"type":"102","code":200})") << QStringList();
+    QTest::newRow("type a number") << QByteArray(R"({"type":102,"code":"200"})") << QStringList();
+}
+
+void tst_Session::resultsOfCommandsAreTold()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QStringList, lines);
+    Session session;
+    Told told(&session);
+    session.dispatch(answerFrame(json));
+    QCOMPARE(told.lines, lines);
+}
+
+void tst_Session::requestOnAClosedLinkIsLost()
+{
+    Session session;
+    Told told(&session);
+    session.read(SettingsGroup::Lan);
+    session.write(LanSettings());
+    session.reboot();
+    session.sendHeartbeat();
+    QCOMPARE(told.lines, words("RequestLost|RequestLost|RequestLost|HeartbeatLost"));
+}
+
+void tst_Session::endsInItsOwnSignals_data()
+{
+    QTest::addColumn<QByteArray>("frame");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("heartbeat answer") << heartbeatAnswer << words("Connected|Disconnected|destroyed");
+    QTest::newRow("settings") << answerFrame(R"({"type":"8","pares":{"NTP":"n"}})")
+                              << words("NTP=n|Disconnected|destroyed");
+    QTest::newRow("result") << answerFrame(R"({"type":"108","code":"200"})")
+                            << words("108: 200|Disconnected|destroyed");
+    QTest::newRow("report") << report << words("report|Disconnected|destroyed");
+}
+
+// The first thing that it tells ends it, while the socket's signal is on the stack.
+void tst_Session::endsInItsOwnSignals()
+{
+    QFETCH(QByteArray, frame);
+    QFETCH(QStringList, lines);
+    const QPointer<Session> session = new Session;
+    Told told(session);
+    const auto end = [&] {
+        session->dispose();
+        QVERIFY(session);
+    };
+    connect(session, &Session::statusChanged, this, [&](Session::Status status) {
+        if (status == Session::Status::Connected) {
+            end();
+        }
+    });
+    connect(session, &Session::settingsReceived, this, end);
+    connect(session, &Session::commandAnswered, this, end);
+    connect(session, &Session::reportReceived, this, end);
+    session->openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->send(frame + frame);
+    QTRY_VERIFY(!session);
+    QCOMPARE(told.lines, lines);
+    QTRY_VERIFY(!m_box->isLinked());
+}
+
+// What came with the same chunk does not reach what other sessions share.
+void tst_Session::disposedSessionTakesNothingIn()
+{
+    const QPointer<Session> session = new Session;
+    connect(session, &Session::statusChanged, this, [&](Session::Status status) {
+        if (status == Session::Status::Connected) {
+            session->dispose();
+        }
+    });
+    // The first segment of a report of 1026 bytes.
+    const QByteArray half = hex("12 34 06 00 14 00 01 02 04 00 00 00 04 01 00 00 00 7b 56 78");
+    session->openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->send(heartbeatAnswer + half);
+    QTRY_VERIFY(!session);
+
+    Session next;
+    Told told(&next);
+    next.dispatch(report);
+    QCOMPARE(told.lines, words("report"));
+}
+
+void tst_Session::disposedSessionDoesNotConnect()
+{
+    const QPointer<Session> session = new Session;
+    connect(session, &Session::statusChanged, this, [&](Session::Status status) {
+        if (status == Session::Status::Connected) {
+            session->dispose();
+            session->connectToBox(address);
+            session->openConnection(address);
+        }
+    });
+    session->openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->send(heartbeatAnswer);
+    QTRY_VERIFY(!session);
+
+    // One that connects later marks the time at which it would have been there.
+    m_box->forgetReceived();
+    Session next;
+    next.openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    QCOMPARE(m_box->connections(), 2);
+}
+
+void tst_Session::disposedSessionOutlivesItsParent()
+{
+    auto parent = std::make_unique<QObject>();
+    const QPointer<Session> session = new Session(parent.get());
+    Told told(session);
+    connect(session, &Session::commandAnswered, this, [&] {
+        session->dispose();
+        parent.reset();
+        QVERIFY(session);
+    });
+    session->openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->send(answerFrame(R"({"type":"6","code":"200"})"));
+    QTRY_VERIFY(!session);
+    QCOMPARE(told.lines, words("6: 200|Disconnected|destroyed"));
+}
+
+QTEST_GUILESS_MAIN(tst_Session)
+#include "tst_session.moc"
