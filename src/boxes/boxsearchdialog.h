@@ -1,15 +1,14 @@
 #pragma once
 
+#include "boxlink/boxsearch.h"
+
 #include <QDialog>
-#include <QSet>
-#include <QTimer>
 
 class QComboBox;
 class QListWidget;
-class QUdpSocket;
 
-// Finds Boxes on the local network by UDP broadcast and lists what they say about themselves. For reading
-// only: the user copies an address into a Box by hand.
+// Searches for Boxes on the local network and lists what they say about themselves. For reading only: the
+// user copies an address into a Box by hand.
 class BoxSearchDialog : public QDialog
 {
     Q_OBJECT
@@ -17,24 +16,19 @@ public:
     explicit BoxSearchDialog(QWidget *parent = nullptr);
     ~BoxSearchDialog() override;
 
-    // Lists the Box of one datagram as a new last row; anything but a first answer of its address is dropped
-    // in silence.
-    void showAnswer(const QByteArray &datagram);
-
 public slots:
-    // Clears the list and broadcasts once a second for ten seconds.
+    // Clears the list and starts a search; one that finds nothing is told when it ends.
     void searchForBoxes();
-    // One broadcast from the first IPv4 address of the selected interface; failures are debug lines.
+    // One broadcast on the selected interface.
     void sendSearchBroadcast();
     void readPendingDatagrams();
 
 private:
     void fillInterfaces();
-    void finishSearch();
+    void showBox(const Discovery::Answer &box);
+    void tellEnd();
 
     QListWidget *m_list;
     QComboBox *m_interfaces; // user data: the QNetworkInterface
-    QUdpSocket *udpSocket;
-    QTimer *searchTimer;
-    QSet<QString> foundAddresses; // of the current search
+    BoxSearch *m_search;
 };

@@ -51,6 +51,11 @@ QTimer *broadcastsOf(const BoxSearchDialog &dialog)
     return dialog.findChild<QTimer *>(QStringLiteral("searchTimer"));
 }
 
+void take(const BoxSearchDialog &dialog, const QByteArray &datagram)
+{
+    dialog.findChild<BoxSearch *>()->take(datagram);
+}
+
 // A dialog that broadcasts nothing: it has no interface to do so from.
 void silence(const BoxSearchDialog &dialog)
 {
@@ -62,9 +67,9 @@ void silence(const BoxSearchDialog &dialog)
 void TestBoxSearchDialog::listsABoxOnceByItsAddress()
 {
     BoxSearchDialog dialog;
-    dialog.showAnswer(answer("192.168.1.70"));
-    dialog.showAnswer(answer("192.168.1.71"));
-    dialog.showAnswer(answer("192.168.1.70"));
+    take(dialog, answer("192.168.1.70"));
+    take(dialog, answer("192.168.1.71"));
+    take(dialog, answer("192.168.1.70"));
     QCOMPARE(rowsOf(dialog),
              (QStringList{
                  QStringLiteral("设备IP: 192.168.1.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70"),
@@ -74,10 +79,10 @@ void TestBoxSearchDialog::listsABoxOnceByItsAddress()
 void TestBoxSearchDialog::badDatagramLeavesNoTrace()
 {
     BoxSearchDialog dialog;
-    dialog.showAnswer(QByteArray());
-    dialog.showAnswer(answer("192.168.1.70").left(37));
-    dialog.showAnswer(answer("192.168.1.70").replace(0, 1, "\x11"));
-    dialog.showAnswer(answer("192.168.1.70").replace(2, 1, QByteArray(1, '\0')));
+    take(dialog, QByteArray());
+    take(dialog, answer("192.168.1.70").left(37));
+    take(dialog, answer("192.168.1.70").replace(0, 1, "\x11"));
+    take(dialog, answer("192.168.1.70").replace(2, 1, QByteArray(1, '\0')));
     QCOMPARE(rowsOf(dialog), QStringList());
 }
 
@@ -85,10 +90,10 @@ void TestBoxSearchDialog::newSearchForgetsTheOldRows()
 {
     BoxSearchDialog dialog;
     silence(dialog);
-    dialog.showAnswer(answer("192.168.1.70"));
+    take(dialog, answer("192.168.1.70"));
     dialog.findChild<QPushButton *>()->click();
     QCOMPARE(rowsOf(dialog), QStringList());
-    dialog.showAnswer(answer("192.168.1.70"));
+    take(dialog, answer("192.168.1.70"));
     QCOMPARE(rowsOf(dialog).size(), 1);
 }
 
@@ -116,7 +121,7 @@ void TestBoxSearchDialog::searchWithAnswerEndsInSilence()
     BoxSearchDialog dialog;
     silence(dialog);
     dialog.searchForBoxes();
-    dialog.showAnswer(answer("192.168.1.70"));
+    take(dialog, answer("192.168.1.70"));
     endsOf(dialog).first()->start(1);
     QTRY_VERIFY(!broadcastsOf(dialog)->isActive());
     QCOMPARE(boxes.told(), QStringList());
@@ -130,7 +135,7 @@ void TestBoxSearchDialog::firstEndOfTwoSearchesStopsTheBroadcasts()
     silence(dialog);
     dialog.searchForBoxes();
     dialog.searchForBoxes();
-    dialog.showAnswer(answer("192.168.1.70"));
+    take(dialog, answer("192.168.1.70"));
     QCOMPARE(endsOf(dialog).size(), 2);
     endsOf(dialog).first()->start(1);
     QTRY_VERIFY(!broadcastsOf(dialog)->isActive());

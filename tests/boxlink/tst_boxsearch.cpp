@@ -1,0 +1,134 @@
+#include "boxlink/boxsearch.h"
+
+#include <QtTest>
+
+// A search without a network: what it finds, and when it ends.
+class TestBoxSearch : public QObject
+{
+    Q_OBJECT
+private slots:
+    void aBoxIsFoundOnceByItsAddress();
+    void badDatagramLeavesNoTrace();
+    void newSearchForgetsWhatWasFound();
+    void firstEndOfTwoSearchesStopsTheBroadcasts();
+    void interfaceIsAskedForAtEachBroadcast();
+    void searchMayGoWhenItEnds();
+};
+
+namespace {
+
+QByteArray answer(const QByteArray &ip)
+{
+    return QByteArray("\x12\x34\xFF\xFF", 4) + ip.leftJustified(16, '\0')
+        + QByteArray("255.255.255.0\0\0\0", 16) + QByteArray("\x0BMRN-GATE-70", 12);
+}
+
+// An interface without an address, which nothing can be sent from.
+QNetworkInterface noInterface()
+{
+    return {};
+}
+
+// "address mask model" of each Box that the search finds.
+void listen(BoxSearch *search, QStringList *found)
+{
+    QObject::connect(search, &BoxSearch::found, search, [found](const Discovery::Answer &box) {
+        found->append(box.ip + QLatin1Char(' ') + box.mask + QLatin1Char(' ') + box.model);
+    });
+}
+
+QTimer *broadcastsOf(const BoxSearch &search)
+{
+    return search.findChild<QTimer *>(QStringLiteral("searchTimer"));
+}
+
+QList<QTimer *> endsOf(const BoxSearch &search)
+{
+    return search.findChildren<QTimer *>(QStringLiteral("searchEnd"));
+}
+
+} // namespace
+
+void TestBoxSearch::aBoxIsFoundOnceByItsAddress()
+{
+    BoxSearch search(noInterface);
+    QStringList found;
+    listen(&search, &found);
+    search.take(answer("192.168.1.70"));
+    search.take(answer("192.168.1.71"));
+    search.take(answer("192.168.1.70"));
+    QCOMPARE(found,
+             (QStringList{QStringLiteral("192.168.1.70 255.255.255.0 MRN-GATE-70"),
+                          QStringLiteral("192.168.1.71 255.255.255.0 MRN-GATE-70")}));
+}
+
+void TestBoxSearch::badDatagramLeavesNoTrace()
+{
+    BoxSearch search(noInterface);
+    QStringList found;
+    listen(&search, &found);
+    search.take(QByteArray());
+    search.take(answer("192.168.1.70").left(37));
+    search.take(answer("192.168.1.70").replace(0, 1, "\x11"));
+    search.take(answer("192.168.1.70").replace(2, 1, QByteArray(1, '\0')));
+    QCOMPARE(found, QStringList());
+}
+
+void TestBoxSearch::newSearchForgetsWhatWasFound()
+{
+    BoxSearch search(noInterface);
+    QStringList found;
+    listen(&search, &found);
+    search.take(answer("192.168.1.70"));
+    search.start();
+    search.take(answer("192.168.1.70"));
+    QCOMPARE(found.size(), 2);
+}
+
+void TestBoxSearch::firstEndOfTwoSearchesStopsTheBroadcasts()
+{
+    BoxSearch search(noInterface);
+    QSignalSpy finished(&search, &BoxSearch::finished);
+    search.start();
+    QVERIFY(broadcastsOf(search)->isActive());
+    QCOMPARE(broadcastsOf(search)->interval(), 1000);
+    search.start();
+    QCOMPARE(endsOf(search).size(), 2);
+    QCOMPARE(endsOf(search).at(0)->interval(), 10000);
+    endsOf(search).at(0)->start(1);
+    QVERIFY(finished.wait());
+    QVERIFY(!broadcastsOf(search)->isActive());
+    QTRY_COMPARE(endsOf(search).size(), 1);
+    endsOf(search).at(0)->start(1);
+    QVERIFY(finished.wait());
+    QCOMPARE(finished.size(), 2);
+}
+
+void TestBoxSearch::interfaceIsAskedForAtEachBroadcast()
+{
+    int asked = 0;
+    BoxSearch search([&asked] {
+        ++asked;
+        return QNetworkInterface();
+    });
+    search.start();
+    QCOMPARE(asked, 0); // the first broadcast comes with the timer
+    for (int time = 1; time <= 2; ++time) {
+        QTest::ignoreMessage(QtDebugMsg, "No IPv4 address found for selected network interface!");
+        search.broadcast();
+        QCOMPARE(asked, time);
+    }
+    QVERIFY(broadcastsOf(search)->isActive());
+}
+
+void TestBoxSearch::searchMayGoWhenItEnds()
+{
+    QPointer<BoxSearch> search = new BoxSearch(noInterface);
+    connect(search, &BoxSearch::finished, this, [&] { delete search; });
+    search->start();
+    endsOf(*search).first()->start(1);
+    QTRY_VERIFY(!search);
+}
+
+QTEST_GUILESS_MAIN(TestBoxSearch)
+#include "tst_boxsearch.moc"
