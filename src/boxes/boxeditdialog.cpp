@@ -1,7 +1,7 @@
 #include "boxes/boxeditdialog.h"
 
 #include "boxes/boxcommonpage.h"
-#include "boxes/boxgroups.h"
+#include "boxes/dhcpword.h"
 #include "boxes/hostaddressdialog.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
@@ -10,6 +10,7 @@
 
 #include <QComboBox>
 #include <QDateTime>
+#include <QDebug>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -27,6 +28,24 @@ namespace {
 
 constexpr int clockInterval = 1000; // ms
 
+// What a field shows for a text on the wire, and the other way round.
+QString fieldText(const SettingsText &text)
+{
+    switch (text.kind) {
+    case SettingsText::Dhcp:
+        return DhcpWord::fromFlag(*text.text);
+    case SettingsText::OnOff:
+        return text.text->toLower();
+    default:
+        return *text.text;
+    }
+}
+
+QString wireText(SettingsText::Kind kind, const QString &shown)
+{
+    return kind == SettingsText::Dhcp ? DhcpWord::toFlag(shown) : shown;
+}
+
 } // namespace
 
 BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
@@ -39,7 +58,7 @@ BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
     resize(480, 460);
     buildForm();
     m_fields.fill(item, FieldTable::Unknown::Keep);
-    // On purpose, whatever the item holds, and only here: a Box form opens with LTE on.
+    // Compat: whatever the item holds, a Box form opens with LTE on. Only here, not with another item.
     m_fields.setText(QStringLiteral("lteOnOff"), QStringLiteral("on"));
 
     // The first session comes up without a local address, so there is nothing to bind.
@@ -87,13 +106,12 @@ QTabWidget *BoxEditDialog::buildPages()
     const BoxCommonPage common = BoxCommonPage::build(this);
     m_status = common.status;
     m_version = common.version;
-    m_progress = common.progress;
+    m_upload = new BoxUpload([this] { return route(); }, common.progress, m_workspace, this);
     tabs->addTab(common.widget, tr("Commonly"));
-    const QVector<BoxGroup> groups = BoxGroups::groups();
-    for (const BoxGroup &group : groups) {
-        QWidget *page = buildGroupPage(group);
-        if (group.title) {
-            tabs->addTab(page, tr(group.title));
+    for (int group = 0; group < m_groups.size(); ++group) {
+        QWidget *page = buildGroupPage(static_cast<SettingsGroup>(group));
+        if (const char *title = m_groups.at(group).title) {
+            tabs->addTab(page, tr(title));
         } else {
             page->hide();
         }
@@ -101,20 +119,20 @@ QTabWidget *BoxEditDialog::buildPages()
     return tabs;
 }
 
-QWidget *BoxEditDialog::buildGroupPage(const BoxGroup &group)
+QWidget *BoxEditDialog::buildGroupPage(SettingsGroup group)
 {
     auto *page = new QWidget(this);
     auto *layout = new QFormLayout(page);
-    m_fields.append(group.fields);
+    m_fields.append(pageOf(group).fields);
     m_fields.build(layout);
 
-    const QString name = QString::fromLatin1(group.name);
+    const QString name = QString::fromLatin1(pageOf(group).name);
     QPushButton *read = FormPage::button(tr("Read"), QStringLiteral(":/adsdemo/images/read.svg"), page);
     QPushButton *write = FormPage::button(tr("Write"), QStringLiteral(":/adsdemo/images/write.svg"), page);
     read->setObjectName(name + QLatin1String("ReadButton"));
     write->setObjectName(name + QLatin1String("WriteButton"));
-    connect(read, &QPushButton::clicked, this, group.read);
-    connect(write, &QPushButton::clicked, this, group.write);
+    connect(read, &QPushButton::clicked, this, [this, group] { readGroup(group); });
+    connect(write, &QPushButton::clicked, this, [this, group] { writeGroup(group); });
     auto *row = new QHBoxLayout;
     row->addWidget(read);
     row->addWidget(write);
@@ -187,7 +205,7 @@ void BoxEditDialog::disconnectFromServer()
 
 void BoxEditDialog::endSession()
 {
-    // It may be on the stack below a message box, so it is not for this form to delete it. Who hears of its
+    // It may be on the stack below a modal message, so it is not for this form to delete it. Who hears of its
     // end may delete the form.
     if (Protocol *session = std::exchange(m_protocol, nullptr)) {
         session->dispose();
@@ -200,12 +218,13 @@ void BoxEditDialog::listenTo(const Protocol *session)
     connect(session, &Protocol::versionReceived, this, &BoxEditDialog::showVersion);
     connect(session, &Protocol::offlineOccurred, this, &BoxEditDialog::tellOffline);
     connect(session, &Protocol::dataReceived, this, &BoxEditDialog::passData);
-    connect(session, &Protocol::lanAllocationDataReceived, this, &BoxEditDialog::showLan);
-    connect(session, &Protocol::wanAllocationDataReceived, this, &BoxEditDialog::showWan);
-    connect(session, &Protocol::wifiAllocationDataReceived, this, &BoxEditDialog::showWifi);
-    connect(session, &Protocol::lteAllocationDataReceived, this, &BoxEditDialog::showLte);
-    connect(session, &Protocol::NTPAllocationDataReceived, this, &BoxEditDialog::showNtp);
-    connect(session, &Protocol::timeAllocationDataReceived, this, &BoxEditDialog::showTime);
+    const auto show = [this](const auto &record) { showSettings(record); };
+    connect(session, &Protocol::lanAllocationDataReceived, this, show);
+    connect(session, &Protocol::wanAllocationDataReceived, this, show);
+    connect(session, &Protocol::wifiAllocationDataReceived, this, show);
+    connect(session, &Protocol::lteAllocationDataReceived, this, show);
+    connect(session, &Protocol::NTPAllocationDataReceived, this, show);
+    connect(session, &Protocol::timeAllocationDataReceived, this, show);
 }
 
 void BoxEditDialog::showChangeHostAddressDialog()
@@ -224,7 +243,7 @@ void BoxEditDialog::useHostAddress(const QString &address)
     connectToServer();
 }
 
-// Reaches the session of this moment only, on purpose: the one that "OK" starts has no one listening.
+// Compat: reaches the session of this moment only; the one that "OK" starts has no one listening.
 void BoxEditDialog::warnOfBindingFailure()
 {
     if (!m_protocol) {
@@ -239,6 +258,78 @@ void BoxEditDialog::warnOfBindingFailure()
             }
         },
         Qt::DirectConnection);
+}
+
+FileTransfer::Job BoxEditDialog::route() const
+{
+    FileTransfer::Job job;
+    job.boxAddress = m_fields.text(QStringLiteral("ip"));
+    job.localAddress = m_hostAddress;
+    return job;
+}
+
+// The present session, or a new one.
+Protocol *BoxEditDialog::session()
+{
+    if (!m_protocol) {
+        connectToServer();
+    }
+    return m_protocol;
+}
+
+void BoxEditDialog::rebootDevice()
+{
+    session()->rebootDevice();
+    logToFile(QStringLiteral("BoxEditDialog: rebooting"));
+}
+
+void BoxEditDialog::readGroup(SettingsGroup group)
+{
+    const QString line = QLatin1String("BoxEditDialog: read ") + QLatin1String(pageOf(group).logName);
+    session()->read(group); // who hears of its status may delete the form
+    logToFile(line);
+}
+
+void BoxEditDialog::writeGroup(SettingsGroup group)
+{
+    const BoxGroup &page = pageOf(group);
+    const QString line = QLatin1String("BoxEditDialog: write ") + QLatin1String(page.logName);
+    BoxSettings settings = emptySettings(group);
+    const QVector<SettingsText> texts = textsOf(settings);
+    for (int i = 0; i < texts.size(); ++i) {
+        *texts[i].text = wireText(texts[i].kind, m_fields.text(QLatin1String(page.fields[i].name)));
+    }
+    session()->write(settings);
+    logToFile(line);
+}
+
+void BoxEditDialog::showSettings(BoxSettings settings)
+{
+    const BoxGroup &page = pageOf(groupOf(settings));
+    const QVector<SettingsText> texts = textsOf(settings);
+    const int first = page.fields.size() - texts.size();
+    for (int i = 0; i < texts.size(); ++i) {
+        m_fields.setText(QLatin1String(page.fields[first + i].name), fieldText(texts[i]));
+    }
+    logToFile(QLatin1String("BoxEditDialog: update ") + QLatin1String(page.updateName));
+    Tell::information(this, tr(page.updateTitle), tr(page.updateText));
+}
+
+void BoxEditDialog::showVersion(const QString &version)
+{
+    m_version->setText(tr("Program version: ") + version);
+}
+
+void BoxEditDialog::tellOffline()
+{
+    appendMessage(tr("!!!No communication for 30 seconds. Connection may be lost.!!!"));
+}
+
+void BoxEditDialog::passData(const Protocol::dataMonitoringData &report)
+{
+    qDebug() << report.projectName;
+    emit sendDataToMainWindow(report);
+    logToFile(QStringLiteral("BoxEditDialog: Data"));
 }
 
 void BoxEditDialog::appendMessage(const QString &line)

@@ -1,22 +1,18 @@
 #pragma once
 
+#include "boxes/boxgroups.h"
+#include "boxes/boxupload.h"
 #include "boxes/protocol.h"
-#include "boxlink/filetransfer.h"
 #include "forms/editform.h"
 #include "forms/fieldtable.h"
 #include "model/itemref.h"
 
-#include <QPair>
-#include <QVector>
-
 class QLabel;
 class QLineEdit;
-class QProgressBar;
 class QPushButton;
 class QStandardItem;
 class QTabWidget;
 class Workspace;
-struct BoxGroup;
 
 // The form of a Box: shows what its item holds, and works on the real Box through a session that opens with
 // the form and is replaced at each Connect. Values travel between fields and Box only at Read and Write,
@@ -40,7 +36,7 @@ public:
     Protocol *protocol() const { return m_protocol; }
 
     // For the transfers that start from now on.
-    void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_timeouts = timeouts; }
+    void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_upload->setTimeouts(timeouts); }
 
 public slots:
     // Writes the fields into the item and says so in the "Message" dock. Checks nothing, closes nothing.
@@ -55,71 +51,63 @@ public slots:
     void clearData();
     void rebootDevice();
     // Each asks the Box for one group of settings or sends it what the fields show, on a new session if there
-    // is none. The answers fill the fields and come as message boxes.
-    void readLanAllocation();
-    void writeLanAllocation();
-    void readWanAllocation();
-    void writeWanAllocation();
-    void readWifiAllocation();
-    void writeWifiAllocation();
-    void readLteAllocation();
-    void writeLteAllocation();
-    void readNTPAllocation();
-    void writeNTPAllocation();
-    void readTimeAllocation();
-    void writeTimeAllocation();
+    // is none. The answers fill the fields and are told in messages.
+    void readLanAllocation() { readGroup(SettingsGroup::Lan); }
+    void writeLanAllocation() { writeGroup(SettingsGroup::Lan); }
+    void readWanAllocation() { readGroup(SettingsGroup::Wan); }
+    void writeWanAllocation() { writeGroup(SettingsGroup::Wan); }
+    void readWifiAllocation() { readGroup(SettingsGroup::Wifi); }
+    void writeWifiAllocation() { writeGroup(SettingsGroup::Wifi); }
+    void readLteAllocation() { readGroup(SettingsGroup::Lte); }
+    void writeLteAllocation() { writeGroup(SettingsGroup::Lte); }
+    void readNTPAllocation() { readGroup(SettingsGroup::Ntp); }
+    void writeNTPAllocation() { writeGroup(SettingsGroup::Ntp); }
+    void readTimeAllocation() { readGroup(SettingsGroup::Time); }
+    void writeTimeAllocation() { writeGroup(SettingsGroup::Time); }
 
     // Shows another Box's item from now on; the session stays as it is.
     void replaceItem(QStandardItem *item);
     // Pushes the project of the tree's current item to the Box, by way of "temp.json" in the project's
     // folder.
-    void updateProject();
+    void updateProject() { m_upload->pushProject(); }
     // Asks for a program file and pushes it to the Box.
-    void updateProgram();
+    void updateProgram() { m_upload->pushProgram(); }
 
 signals:
     void sendDataToMainWindow(Protocol::dataMonitoringData data);
 
 private:
-    using FieldTexts = QVector<QPair<const char *, QString>>;
-
     void buildForm();
     QTabWidget *buildPages();
-    QWidget *buildGroupPage(const BoxGroup &group);
+    QWidget *buildGroupPage(SettingsGroup group);
     void startClock();
 
     void listenTo(const Protocol *session);
     void endSession();
     Protocol *session();
+    FileTransfer::Job route() const;
     void useHostAddress(const QString &address);
     void warnOfBindingFailure();
 
-    // Gives the operation the texts of the named fields.
-    template <typename Operation, typename... Names>
-    void request(const char *logLine, Operation operation, Names... names);
+    const BoxGroup &pageOf(SettingsGroup group) const { return m_groups.at(int(group)); }
+    void readGroup(SettingsGroup group);
+    void writeGroup(SettingsGroup group);
+    // Fills the fields from an answer, logs, and tells the user; the form may be gone afterwards.
+    void showSettings(BoxSettings settings);
     void showVersion(const QString &version);
     void tellOffline();
     void passData(const Protocol::dataMonitoringData &report);
-    void showLan(const Protocol::LanAllocationData &lan);
-    void showWan(const Protocol::WanAllocationData &wan);
-    void showWifi(const Protocol::WifiAllocationData &wifi);
-    void showLte(const Protocol::LteAllocationData &lte);
-    void showNtp(const Protocol::NTPAllocationData &ntp);
-    void showTime(const Protocol::timeAllocationData &time);
-    // Fills fields from an answer, logs, and tells the user; the form may be gone afterwards.
-    void showAnswer(const FieldTexts &texts, const char *logLine, const QString &title, const QString &text);
 
-    void push(FileTransfer::Job job, const char *logLine);
     void appendMessage(const QString &line);
 
     ItemRef m_item;
     Workspace *m_workspace; // Not owned; may be null.
     QString m_hostAddress;
     Protocol *m_protocol = nullptr; // a child; null while there is no session
-    FileTransfer::Timeouts m_timeouts;
+    QVector<BoxGroup> m_groups = BoxGroups::groups();
     FieldTable m_fields;
+    BoxUpload *m_upload = nullptr;
     QLabel *m_status = nullptr;
     QLabel *m_version = nullptr;
-    QProgressBar *m_progress = nullptr;
     QPushButton *m_saveButton = nullptr;
 };

@@ -1,6 +1,5 @@
 #include "boxes/boxgroups.h"
 
-#include "boxes/boxeditdialog.h"
 #include "model/itemroles.h"
 
 #include <QStringList>
@@ -31,7 +30,7 @@ Field list(const char *name, const char *label, int role, const QStringList &ent
     return {name, label, FieldKind::List, role, FieldCheck::None, entries};
 }
 
-// Both words stay English in every language: the session compares them when it writes.
+// Both words stay English in every language, see DhcpWord.
 QStringList dhcpEntries()
 {
     return {QStringLiteral(QT_TRANSLATE_NOOP("BoxEditDialog", "Disabled")),
@@ -134,19 +133,25 @@ QVector<Field> model()
 
 QVector<BoxGroup> groups()
 {
-    using Form = BoxEditDialog;
     return {
-        {"lan", QT_TRANSLATE_NOOP("BoxEditDialog", "LAN"), &Form::readLanAllocation,
-         &Form::writeLanAllocation, lan()},
-        {"wan", QT_TRANSLATE_NOOP("BoxEditDialog", "WAN"), &Form::readWanAllocation,
-         &Form::writeWanAllocation, wan()},
+        {"lan", QT_TRANSLATE_NOOP("BoxEditDialog", "LAN"), "Lan", "Lan",
+         QT_TRANSLATE_NOOP("BoxEditDialog", "LAN Configuration"),
+         QT_TRANSLATE_NOOP("BoxEditDialog", "LAN configuration updated successfully."), lan()},
+        {"wan", QT_TRANSLATE_NOOP("BoxEditDialog", "WAN"), "Wan", "Wan",
+         QT_TRANSLATE_NOOP("BoxEditDialog", "Wan Configuration"),
+         QT_TRANSLATE_NOOP("BoxEditDialog", "Wan configuration updated successfully."), wan()},
         // The next two are built and never shown: they keep the item's values through a save.
-        {"wifi", nullptr, &Form::readWifiAllocation, &Form::writeWifiAllocation, wifi()},
-        {"lte", nullptr, &Form::readLteAllocation, &Form::writeLteAllocation, lte()},
-        {"ntp", QT_TRANSLATE_NOOP("BoxEditDialog", "NTP"), &Form::readNTPAllocation,
-         &Form::writeNTPAllocation, ntp()},
-        {"time", QT_TRANSLATE_NOOP("BoxEditDialog", "Time"), &Form::readTimeAllocation,
-         &Form::writeTimeAllocation, clocks()},
+        {"wifi", nullptr, "Wifi", "Wifi", QT_TRANSLATE_NOOP("BoxEditDialog", "Wifi Configuration"),
+         QT_TRANSLATE_NOOP("BoxEditDialog", "Wifi configuration updated successfully."), wifi()},
+        {"lte", nullptr, "Lte", "Lte", QT_TRANSLATE_NOOP("BoxEditDialog", "Lte Configuration"),
+         QT_TRANSLATE_NOOP("BoxEditDialog", "Lte configuration updated successfully."), lte()},
+        {"ntp", QT_TRANSLATE_NOOP("BoxEditDialog", "NTP"), "NTP", "NTP",
+         QT_TRANSLATE_NOOP("BoxEditDialog", "NTP Configuration"),
+         QT_TRANSLATE_NOOP("BoxEditDialog", "NTP configuration updated successfully."), ntp()},
+        // Compat: the clock's update has the line of NTP's in the activity log.
+        {"time", QT_TRANSLATE_NOOP("BoxEditDialog", "Time"), "Time", "NTP",
+         QT_TRANSLATE_NOOP("BoxEditDialog", "time Configuration"),
+         QT_TRANSLATE_NOOP("BoxEditDialog", "time configuration updated successfully."), clocks()},
     };
 }
 

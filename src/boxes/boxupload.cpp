@@ -1,4 +1,4 @@
-// The slots of BoxEditDialog that push a file to the Box.
+#include "boxes/boxupload.h"
 
 #include "boxes/boxeditdialog.h"
 #include "log/activitylog.h"
@@ -34,7 +34,16 @@ bool writeTempFile(const QString &path, const QJsonObject &project)
 
 } // namespace
 
-void BoxEditDialog::updateProject()
+BoxUpload::BoxUpload(Route route, QProgressBar *progress, Workspace *workspace, QWidget *form)
+    : QObject(form)
+    , m_route(std::move(route))
+    , m_progress(progress)
+    , m_workspace(workspace)
+    , m_form(form)
+{
+}
+
+void BoxUpload::pushProject()
 {
     QStandardItem *current = m_workspace ? m_workspace->currentItem() : nullptr;
     if (!current) {
@@ -47,38 +56,38 @@ void BoxEditDialog::updateProject()
     if (!writeTempFile(path, m_workspace->buildProjectJson(project))) {
         return;
     }
-    FileTransfer::Job job;
+    FileTransfer::Job job = m_route();
     job.command = Frame::projectTransfer;
     job.path = path;
     job.removeWhenDigested = true;
     push(job, "BoxEditDialog: updateProject");
 }
 
-void BoxEditDialog::updateProgram()
+void BoxUpload::pushProgram()
 {
-    const QPointer<BoxEditDialog> alive(this);
-    FileTransfer::Job job;
-    job.command = Frame::programTransfer;
-    job.path = chooseOpenFile(this, tr("Select Program File"), QDir::homePath(),
-                              tr("Program Files (*.bin);;All Files (*.*)"));
-    if (alive && !job.path.isEmpty()) {
-        push(job, "BoxEditDialog: updateProgram");
+    const QPointer<BoxUpload> alive(this);
+    const QString path = chooseOpenFile(m_form, BoxEditDialog::tr("Select Program File"), QDir::homePath(),
+                                        BoxEditDialog::tr("Program Files (*.bin);;All Files (*.*)"));
+    if (!alive || path.isEmpty()) {
+        return;
     }
+    FileTransfer::Job job = m_route();
+    job.command = Frame::programTransfer;
+    job.path = path;
+    push(job, "BoxEditDialog: updateProgram");
 }
 
-void BoxEditDialog::push(FileTransfer::Job job, const char *logLine)
+void BoxUpload::push(FileTransfer::Job job, const char *logLine)
 {
-    const QPointer<BoxEditDialog> alive(this);
-    job.boxAddress = m_fields.text(QStringLiteral("ip"));
-    job.localAddress = m_hostAddress;
+    const QPointer<BoxUpload> alive(this);
     FileTransfer transfer(
-        job, this, [this](int percent) { m_progress->setValue(percent); }, m_timeouts);
+        std::move(job), m_form, [this](int percent) { m_progress->setValue(percent); }, m_timeouts);
     const FileTransfer::Result result = transfer.run();
     if (alive && !result.boxText.isEmpty()) {
-        Tell::warning(this, result.boxTitle, result.boxText);
+        Tell::warning(m_form, result.boxTitle, result.boxText);
     }
-    if (alive && !result.line.isEmpty()) {
-        appendMessage(result.line);
+    if (alive && m_workspace && !result.line.isEmpty()) {
+        m_workspace->appendMessage(result.line);
     }
     if (alive && result.ended) {
         logToFile(QLatin1String(logLine));

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "boxlink/filetransfer.h"
+
+#include <QObject>
+
+#include <functional>
+
+class QProgressBar;
+class QWidget;
+class Workspace;
+
+// Pushes the current project or a program to the Box of a form, and tells the user how that went. The form
+// may die while a transfer waits, which ends it without a word.
+class BoxUpload : public QObject
+{
+    Q_OBJECT
+public:
+    // Asked when a transfer begins for the addresses of its job.
+    using Route = std::function<FileTransfer::Job()>;
+
+    // Belongs to the form, as the progress bar does. The workspace, not owned, may be null.
+    BoxUpload(Route route, QProgressBar *progress, Workspace *workspace, QWidget *form);
+
+    // For the transfers that start from now on.
+    void setTimeouts(const FileTransfer::Timeouts &timeouts) { m_timeouts = timeouts; }
+
+    // Pushes the project of the tree's current item, by way of "temp.json" in the project's folder.
+    void pushProject();
+    // Asks for a program file and pushes it.
+    void pushProgram();
+
+private:
+    void push(FileTransfer::Job job, const char *logLine);
+
+    Route m_route;
+    QProgressBar *m_progress;
+    Workspace *m_workspace;
+    QWidget *m_form;
+    FileTransfer::Timeouts m_timeouts;
+};
