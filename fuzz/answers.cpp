@@ -1,26 +1,30 @@
-// JSON answers: the input is the text, given to the dispatcher in a frame and to the slot of every command.
+// JSON answers: the input is the text, given to a session in a frame and as the answer to every command.
 
-#include "boxes/protocol.h"
-#include "boxlink/frame.h"
+#include "boxlink/session.h"
 #include "fuzztarget.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
 {
-    static Protocol session;
+    static Session session;
     const QByteArray text = Fuzz::bytesOf(data, qMin(size, std::size_t(65535 - Frame::jsonOverhead)));
     const int length = text.size() + Frame::jsonOverhead;
-    const QByteArray frame = QByteArray("\x12\x34\x05\x00", 4) + char(length & 0xff) + char(length >> 8)
-        + QByteArray(2, '\0') + text + "\x56\x78";
-    session.dispatchFrame(frame.constData(), unsigned(frame.size()));
+    session.dispatch(QByteArray("\x12\x34\x05\x00", 4) + char(length & 0xff) + char(length >> 8)
+                     + QByteArray(2, '\0') + text + "\x56\x78");
 
-    session.readLanAllocationReturn(text);
-    session.readWanAllocationReturn(text);
-    session.readWifiAllocationReturn(text);
-    session.readLteAllocationReturn(text);
-    session.readNTPAllocationReturn(text);
-    session.readTimeAllocationReturn(text);
-    // The others differ in their texts alone, and each of their boxes costs more than all of the above.
-    session.writeLanAllocationReturn(text);
-    session.rebootDeviceReturn(text);
+    for (const Frame::JsonType read :
+         {Frame::lanRead, Frame::wanRead, Frame::wifiRead, Frame::lteRead, Frame::ntpRead, Frame::timeRead}) {
+        const JsonCommand::Answer answer = JsonCommand::readAnswer(read, text);
+        const auto *settings = std::get_if<BoxSettings>(&answer);
+        Fuzz::require(!std::holds_alternative<CommandResult>(answer), "a read is answered by settings");
+        Fuzz::require(!settings
+                          || JsonCommand::readRequest(groupOf(*settings)).value(QLatin1String("type"))
+                              == QString::number(read),
+                      "settings are those of the group that was asked for");
+    }
+    for (const Frame::JsonType write : {Frame::lanWrite, Frame::wanWrite, Frame::wifiWrite, Frame::lteWrite,
+                                        Frame::ntpWrite, Frame::timeWrite, Frame::deviceReboot}) {
+        Fuzz::require(!std::holds_alternative<BoxSettings>(JsonCommand::readAnswer(write, text)),
+                      "a write is answered by a result");
+    }
     return 0;
 }

@@ -1,21 +1,15 @@
 #include "fuzztarget.h"
 
 #include "model/projecttree.h"
-#include "support/messageboxes.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 
 #include <cstdio>
 #include <cstdlib>
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv)
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Never deleted: at the end of a process its font database outlives it, and that reads as a leak.
-    static const auto *const application = new QApplication(*argc, *argv);
-    static const auto *const boxes = new MessageBoxes;
-    Q_UNUSED(application)
-    Q_UNUSED(boxes)
+    static const QCoreApplication application(*argc, *argv);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     ProjectTree::registerTypes();
     return 0;

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// What the fuzz targets share. Before the first input an application without a display is made, and the log
-// is turned off; a message box is closed as soon as it stands.
+// What the fuzz targets share. Before the first input an application without widgets is made, and the log is
+// turned off.
 
 extern "C" int LLVMFuzzerInitialize(int *argc, char ***argv);
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size);
