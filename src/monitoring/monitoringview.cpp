@@ -1,5 +1,6 @@
 #include "monitoring/monitoringview.h"
 
+#include "boxlink/monitoringreport.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "monitoring/monitoringpage.h"
@@ -76,7 +77,7 @@ QStandardItem *dataFolderOf(QStandardItem *project)
 {
     QStandardItem *folder = ProjectTree::childNamed(project, ProjectTree::dataFolder);
     if (!folder) {
-        // On purpose the bitmap: it tells a folder that a report made from one that the project came with.
+        // Compat: the bitmap tells a folder that a report made from one that the project came with.
         folder = ProjectTree::appendDefinition(project, ProjectTree::dataFolder,
                                                QStringLiteral(":/adsdemo/images/Data.png"));
     }
@@ -93,21 +94,21 @@ MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTre
 {
 }
 
-void MonitoringView::receive(const Protocol::dataMonitoringData &data)
+void MonitoringView::receive(const MonitoringReport &report)
 {
-    qDebug().noquote().nospace() << "Main: " << data.projectName;
-    QStandardItem *project = m_model ? ProjectTree::projectNamed(*m_model, data.projectName) : nullptr;
+    qDebug().noquote().nospace() << "Main: " << report.projectName;
+    QStandardItem *project = m_model ? ProjectTree::projectNamed(*m_model, report.projectName) : nullptr;
     if (!project) {
         return;
     }
     QStandardItem *folder = dataFolderOf(project);
-    const QVariantList rows = rowsOf(data.datas);
-    if (QStandardItem *node = ProjectTree::childNamed(folder, data.plcName)) {
+    const QVariantList rows = rowsOf(report.datas);
+    if (QStandardItem *node = ProjectTree::childNamed(folder, report.plcName)) {
         node->setData(rows, dataRowsRole);
-        showData(node, now(), data.plcName);
+        showData(node, now(), report.plcName);
     } else {
-        // On purpose without a tab: a PLC's first report makes its node, the tab comes with the second.
-        node = new QStandardItem(QIcon(ProjectTree::dataIcon), data.plcName);
+        // Compat: without a tab. A PLC's first report makes its node, the tab comes with the second.
+        node = new QStandardItem(QIcon(ProjectTree::dataIcon), report.plcName);
         node->setData(rows, dataRowsRole);
         node->setData(QStringLiteral("NoDisplay"), dataDisplayRole);
         folder->appendRow(node);
@@ -143,7 +144,7 @@ void MonitoringView::closeTab(const QString &name)
 {
     const int tab = tabNamed(name);
     if (tab >= 0) {
-        // On purpose the page is not deleted: it stays a child of the tab widget and dies with it.
+        // Compat: the page is not deleted. It stays a child of the tab widget and dies with it.
         m_tabs->removeTab(tab);
     }
 }

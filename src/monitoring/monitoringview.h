@@ -1,10 +1,9 @@
 #pragma once
 
-#include "boxes/protocol.h"
-
 #include <QObject>
 #include <QPointer>
 
+struct MonitoringReport;
 class QStandardItem;
 class QStandardItemModel;
 class QTableWidget;
@@ -23,7 +22,7 @@ public:
 
     // Takes one report and drops it if no open project has its name. The first report of a PLC makes the
     // PLC's node; each later one updates the node and shows its values.
-    void receive(const Protocol::dataMonitoringData &data);
+    void receive(const MonitoringReport &report);
 
     // Shows the rows of a node under "Data" in the tab plcName, which is made if need be. The rows are
     // QVariantMaps of the texts name, addr, dataType, value, valid ("1", "0" or anything else) and

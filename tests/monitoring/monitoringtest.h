@@ -1,5 +1,6 @@
 #pragma once
 
+#include "boxlink/monitoringreport.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "monitoring/monitoringview.h"
@@ -27,10 +28,9 @@ inline QJsonObject point(const QString &name, const QString &value,
             {QStringLiteral("valid"), valid}};
 }
 
-inline Protocol::dataMonitoringData report(const QString &project, const QString &plc,
-                                           const QJsonArray &datas)
+inline MonitoringReport report(const QString &project, const QString &plc, const QJsonArray &datas)
 {
-    Protocol::dataMonitoringData data;
+    MonitoringReport data;
     data.projectName = project;
     data.plcName = plc;
     data.time = QStringLiteral("1999-12-31 23:59:59");
