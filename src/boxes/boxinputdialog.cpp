@@ -43,7 +43,7 @@ BoxInputDialog::BoxInputDialog(QWidget *parent)
     auto *form = new QFormLayout;
     layout->addLayout(form);
     m_fields.build(form);
-    // On purpose not in the layout: every new Box gets the first model.
+    // Compat: not in the layout, so every new Box gets the first model.
     m_fields.append(modelFields());
     m_fields.buildUnseen(this);
     layout->addStretch();

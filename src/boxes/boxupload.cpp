@@ -83,8 +83,8 @@ void BoxUpload::push(FileTransfer::Job job, const char *logLine)
     FileTransfer transfer(
         std::move(job), m_form, [this](int percent) { m_progress->setValue(percent); }, m_timeouts);
     const FileTransfer::Result result = transfer.run();
-    if (alive && !result.boxText.isEmpty()) {
-        Tell::warning(m_form, result.boxTitle, result.boxText);
+    if (alive && !result.messageText.isEmpty()) {
+        Tell::warning(m_form, result.messageTitle, result.messageText);
     }
     if (alive && m_workspace && !result.line.isEmpty()) {
         m_workspace->appendMessage(result.line);

@@ -51,7 +51,7 @@ bool FileTransfer::connectToBox()
     m_socket->connectToHost(m_job.boxAddress, Frame::boxPort, QIODevice::ReadWrite,
                             QAbstractSocket::AnyIPProtocol);
     if (!m_socket->waitForConnected(m_timeouts.connecting)) {
-        // A project that finds no Box is told in the words of a program, on purpose.
+        // Compat: a project that finds no Box is told in the words of a program.
         m_result.line = text(QT_TRANSLATE_NOOP(
             "BoxEditDialog", "Connection Status:Failed to connect to server for program update."));
         delete m_socket;
@@ -64,8 +64,8 @@ bool FileTransfer::sendChunks()
 {
     QFile file(m_job.path);
     if (!file.open(QIODevice::ReadOnly)) {
-        m_result.boxTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
-        m_result.boxText = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file."));
+        m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
+        m_result.messageText = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file."));
         return false;
     }
     const qint64 size = file.size();
@@ -98,8 +98,8 @@ bool FileTransfer::sendDigest()
 {
     QFile file(m_job.path);
     if (!file.open(QIODevice::ReadOnly)) {
-        m_result.boxTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
-        m_result.boxText =
+        m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
+        m_result.messageText =
             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file for checksum."));
         return false;
     }
@@ -134,8 +134,8 @@ void FileTransfer::awaitVerdict()
     // before.
     if (!timer.isActive()) {
         m_progress(0);
-        m_result.boxTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout"));
-        m_result.boxText =
+        m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout"));
+        m_result.messageText =
             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout while waiting for checksum result."));
         m_result.line =
             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout:Timeout while waiting for checksum result."));

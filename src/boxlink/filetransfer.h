@@ -30,10 +30,10 @@ public:
         bool removeWhenDigested = false;     // for a temporary file; one that was not digested stays
     };
 
-    // What to tell the user afterwards, the box before the line; an empty text is not told.
+    // What to tell the user afterwards, the message before the line; an empty text is not told.
     struct Result {
-        QString boxTitle;
-        QString boxText;
+        QString messageTitle;
+        QString messageText;
         QString line;       // for the "Message" dock
         bool ended = false; // the wait for the verdict ended with an answer of any kind
     };

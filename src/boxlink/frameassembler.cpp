@@ -122,10 +122,10 @@ void FrameAssembler::keepWaiting(Chunk &chunk, int carry)
 
 // Moves on to the next header within the carry, behind the one at *start. False if there is none.
 //
-// On purpose *carry is lessened by the rejected header only and not by what is skipped before the next one,
-// and keepWaiting() adds to the buffer from its beginning: behind a rejected frame the carry is a guess, and
-// the guess is settled by the next header to come in. What it counts beyond the carried bytes is what earlier
-// frames left there.
+// Compat: *carry is lessened by the rejected header only and not by what is skipped before the next one, and
+// keepWaiting() adds to the buffer from its beginning; which frames survive a disturbance depends on both.
+// Behind a rejected frame the carry is a guess, and the guess is settled by the next header to come in. What
+// it counts beyond the carried bytes is what earlier frames left there.
 bool FrameAssembler::skipCarriedHeader(int *start, int *carry)
 {
     *start += Frame::headerSize;

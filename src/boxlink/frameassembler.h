@@ -19,9 +19,9 @@
 class FrameAssembler
 {
 public:
-    // Takes one frame; the bytes are valid until it returns. A sink may call assemble() again, as a modal box
-    // does that lets the next chunk in: what is left of the earlier ones then comes first. It may also
-    // destroy the assembler; the chunk's bytes must outlive the call of assemble() in any case.
+    // Takes one frame; the bytes are valid until it returns. A sink may call assemble() again, as a modal
+    // message does that lets the next chunk in: what is left of the earlier ones then comes first. It may
+    // also destroy the assembler; the chunk's bytes must outlive the call of assemble() in any case.
     using Sink = std::function<void(const char *frame, unsigned length)>;
 
     explicit FrameAssembler(Sink sink);

@@ -84,7 +84,7 @@ void TestTransfer::sendsChunksAndDigest()
     const FileTransfer::Result result = transfer(job(content, Frame::Command(command)));
     QCOMPARE(box.received(0).toHex(), stream.toHex());
     QCOMPARE(result.line, QStringLiteral("Checksum Result:Checksum successful."));
-    QVERIFY(result.boxText.isEmpty());
+    QVERIFY(result.messageText.isEmpty());
     QVERIFY(result.ended);
     QTRY_COMPARE(box.link(0)->state(), QAbstractSocket::UnconnectedState);
     QTRY_VERIFY(m_owner->children().isEmpty());
@@ -126,7 +126,7 @@ void TestTransfer::verdict()
     };
     const FileTransfer::Result result = transfer(job("a"));
     QCOMPARE(result.line, line);
-    QCOMPARE(result.boxText, QString());
+    QCOMPARE(result.messageText, QString());
     QVERIFY(result.ended);
     QCOMPARE(m_percentages.last(), percentage);
     QTRY_VERIFY(m_owner->children().isEmpty());
@@ -148,8 +148,8 @@ void TestTransfer::verdictThatStaysAwayIsATimeout()
     clock.start();
     const FileTransfer::Result result = transfer(job("a"));
     QVERIFY(clock.elapsed() >= 50);
-    QCOMPARE(result.boxTitle, QStringLiteral("Timeout"));
-    QCOMPARE(result.boxText, QStringLiteral("Timeout while waiting for checksum result."));
+    QCOMPARE(result.messageTitle, QStringLiteral("Timeout"));
+    QCOMPARE(result.messageText, QStringLiteral("Timeout while waiting for checksum result."));
     QCOMPARE(result.line, QStringLiteral("Timeout:Timeout while waiting for checksum result."));
     QVERIFY(!result.ended);
     QCOMPARE(m_percentages, (QList<int>{0, 100, 0}));
@@ -165,7 +165,7 @@ void TestTransfer::noBoxAtTheAddress()
     QVERIFY2(clock.elapsed() < 10000, "a refused connection is waited for");
     QCOMPARE(result.line,
              QStringLiteral("Connection Status:Failed to connect to server for program update."));
-    QCOMPARE(result.boxText, QString());
+    QCOMPARE(result.messageText, QString());
     QVERIFY(!result.ended);
     QCOMPARE(m_percentages, QList<int>());
     QVERIFY(m_owner->children().isEmpty());
@@ -200,8 +200,8 @@ void TestTransfer::fileThatCantBeOpened()
     FileTransfer::Job missing = job("a");
     QVERIFY(QFile::remove(missing.path));
     const FileTransfer::Result result = transfer(missing);
-    QCOMPARE(result.boxTitle, QStringLiteral("Error"));
-    QCOMPARE(result.boxText, QStringLiteral("Failed to open program file."));
+    QCOMPARE(result.messageTitle, QStringLiteral("Error"));
+    QCOMPARE(result.messageText, QStringLiteral("Failed to open program file."));
     QCOMPARE(result.line, QString());
     QVERIFY(!result.ended);
     // The connection stays until its owner goes.
@@ -225,8 +225,8 @@ void TestTransfer::fileThatCantBeOpenedAgain()
         },
         m_timeouts);
     const FileTransfer::Result result = transfer.run();
-    QCOMPARE(result.boxTitle, QStringLiteral("Error"));
-    QCOMPARE(result.boxText, QStringLiteral("Failed to open program file for checksum."));
+    QCOMPARE(result.messageTitle, QStringLiteral("Error"));
+    QCOMPARE(result.messageText, QStringLiteral("Failed to open program file for checksum."));
     QCOMPARE(result.line, QString());
     QVERIFY(!result.ended);
     // Here, too, the connection stays.
@@ -266,7 +266,7 @@ void TestTransfer::ownerMayDieWhileTheVerdictIsAwaited()
     const FileTransfer::Result result = transfer(job("a"));
     QVERIFY2(clock.elapsed() < 4000, "the wait went on without its owner");
     QCOMPARE(result.line, QString());
-    QCOMPARE(result.boxText, QString());
+    QCOMPARE(result.messageText, QString());
     QVERIFY(!result.ended);
     QCOMPARE(m_percentages, (QList<int>{0, 100}));
 }
@@ -318,7 +318,7 @@ void TestTransfer::secondTransferDuringTheWait()
     QVERIFY(pieces.isEmpty());
     QCOMPARE(second.line, QStringLiteral("Timeout:Timeout while waiting for checksum result."));
     QCOMPARE(first.line, line);
-    QCOMPARE(first.boxTitle, firstTimeout < 400 ? QStringLiteral("Timeout") : QString());
+    QCOMPARE(first.messageTitle, firstTimeout < 400 ? QStringLiteral("Timeout") : QString());
     QCOMPARE(first.ended, firstTimeout > 400);
     QTRY_VERIFY(m_owner->children().isEmpty());
 }
@@ -334,7 +334,7 @@ void TestTransfer::endOfTheProgramEndsTheWait()
     QCoreApplication::exec();
     QVERIFY2(clock.elapsed() < 4000, "the wait went on");
     QCOMPARE(result.line, QString());
-    QCOMPARE(result.boxText, QString());
+    QCOMPARE(result.messageText, QString());
 }
 
 QTEST_GUILESS_MAIN(TestTransfer)

@@ -109,7 +109,7 @@ void TestTransferLink::linkLostWhileSending()
     lost.removeWhenDigested = true;
     const FileTransfer::Result result = transfer(lost);
     QCOMPARE(result.line, QStringLiteral("Connection Status:Not connected to server."));
-    QCOMPARE(result.boxText, QString());
+    QCOMPARE(result.messageText, QString());
     QVERIFY(!result.ended);
     QVERIFY(m_percentages.last() < 100);
     QVERIFY(QFile::exists(lost.path));
@@ -136,7 +136,7 @@ void TestTransferLink::linkLostAfterTheLastChunkIsSilent()
         m_timeouts);
     const FileTransfer::Result result = transfer.run();
     QCOMPARE(result.line, QString());
-    QCOMPARE(result.boxText, QString());
+    QCOMPARE(result.messageText, QString());
     QVERIFY(!result.ended);
     QCOMPARE(m_percentages, (QList<int>{0, 99, 100}));
 }
