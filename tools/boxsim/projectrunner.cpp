@@ -134,7 +134,7 @@ void ProjectRunner::floodTick()
     }
 }
 
-QByteArray ProjectRunner::nextReport(Stream &stream) const
+QByteArray ProjectRunner::nextReport(Stream &stream)
 {
     QJsonArray datas;
     for (int i = 0; i < stream.standard.points.size(); ++i) {

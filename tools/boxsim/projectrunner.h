@@ -55,7 +55,7 @@ private:
 
     void due(Stream &stream);
     void floodTick();
-    QByteArray nextReport(Stream &stream) const;
+    QByteArray nextReport(Stream &stream);
 
     SimProject m_project;
     QString m_serialNumber;
