@@ -28,8 +28,21 @@ endforeach()
 install(FILES ${PROJECT_SOURCE_DIR}/src/resources/images/logo-1.svg
         DESTINATION ${icons}/scalable/apps RENAME ${package_name}.svg)
 
-install(FILES ${CMAKE_CURRENT_SOURCE_DIR}/man/marlin-gate-70.1 ${CMAKE_CURRENT_SOURCE_DIR}/man/boxsim.1
-        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+set(manual_pages ${CMAKE_CURRENT_SOURCE_DIR}/man/marlin-gate-70.1)
+find_program(HELP2MAN help2man)
+if(HELP2MAN AND NOT CMAKE_CROSSCOMPILING)
+  set(boxsim_page ${CMAKE_CURRENT_BINARY_DIR}/boxsim.1)
+  add_custom_command(OUTPUT ${boxsim_page}
+    COMMAND ${HELP2MAN} --no-info --include=${CMAKE_CURRENT_SOURCE_DIR}/man/boxsim.h2m --output=${boxsim_page}
+            $<TARGET_FILE:boxsim>
+    DEPENDS boxsim ${CMAKE_CURRENT_SOURCE_DIR}/man/boxsim.h2m
+    VERBATIM)
+  add_custom_target(manual_pages ALL DEPENDS ${boxsim_page})
+  list(APPEND manual_pages ${boxsim_page})
+else()
+  message(STATUS "No help2man to make boxsim's manual page: it is left out")
+endif()
+install(FILES ${manual_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${documents}
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 

@@ -3,6 +3,7 @@
 #include "rawtool.h"
 
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QSignalSpy>
 
 // Each fault of the simulated Box, as a tool meets it.
@@ -378,14 +379,15 @@ void tst_BoxSimFaults::faultNamesAreUnderstood()
 
 void tst_BoxSimFaults::faultHelpNamesEveryFault()
 {
-    const QVector<HelpEntry> entries = faultEntries();
-    QCOMPARE(entries.size(), 25);
-    for (const HelpEntry &entry : entries) {
-        QVERIFY2(entry.sentence.endsWith(QLatin1Char('.')), qPrintable(entry.sentence));
-        const QString name = entry.term.section(QLatin1Char('['), 0, 0);
+    const QStringList entries =
+        faultList().chopped(1).split(QRegularExpression(QStringLiteral("\n(?=  \\S)")));
+    QCOMPARE(entries.size(), 31);
+    for (const QString &entry : entries) {
+        QVERIFY2(entry.endsWith(QLatin1Char('.')), qPrintable(entry));
         BoxSimFaults faults;
         QString error;
-        applyFault(name.section(QLatin1Char('='), 0, 0), &faults, &error);
+        applyFault(entry.trimmed().section(QRegularExpression(QStringLiteral("[[= ]")), 0, 0), &faults,
+                   &error);
         QVERIFY2(!error.startsWith(QLatin1String("there is no")), qPrintable(error));
     }
 }

@@ -14,12 +14,15 @@ set(expected
   share/doc/marlin-gate-70/changelog
   share/doc/marlin-gate-70/copyright
   share/icons/hicolor/scalable/apps/marlin-gate-70.svg
-  share/man/man1/boxsim.1
   share/man/man1/marlin-gate-70.1
   share/metainfo/org.marlingate.marlingate70.metainfo.xml)
 foreach(size 16 22 24 32 48 64 128 256 512)
   list(APPEND expected share/icons/hicolor/${size}x${size}/apps/marlin-gate-70.png)
 endforeach()
+
+if(HELP2MAN)
+  list(APPEND expected share/man/man1/boxsim.1)
+endif()
 
 # The manual's pages and pictures may come and go; what matters is that they are there and nothing but they.
 file(GLOB_RECURSE files LIST_DIRECTORIES false RELATIVE ${prefix} ${prefix}/*)
@@ -44,3 +47,18 @@ foreach(page box-protocol.md project-document.md)
 endforeach()
 
 execute_process(COMMAND ${prefix}/bin/boxsim --version COMMAND_ERROR_IS_FATAL ANY)
+if(HELP2MAN)
+  # The manual page has an entry for each word of the help, whose columns help2man tells apart.
+  execute_process(COMMAND ${prefix}/bin/boxsim --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX REPLACE "\nExamples:.*" "" help "${help}")
+  string(REGEX MATCHALL "\n  (-h, )?[a-z-]+" words "${help}")
+  file(READ ${prefix}/share/man/man1/boxsim.1 page)
+  string(REGEX REPLACE "\\\\f[A-Z]|\\\\" "" page "${page}") # fonts and escapes
+  foreach(word ${words})
+    string(STRIP "${word}" word)
+    string(FIND "${page}" "\n.TP\n${word}" at)
+    if(at EQUAL -1)
+      message(FATAL_ERROR "The manual page of boxsim has no entry \"${word}\".")
+    endif()
+  endforeach()
+endif()

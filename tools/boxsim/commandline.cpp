@@ -1,13 +1,82 @@
 #include "boxsim/commandline.h"
 
 #include "boxsim/faultlist.h"
-#include "boxsim/optiontable.h"
 #include "boxsim/scenariolist.h"
-#include "boxsim/usage.h"
 
 #include <QCommandLineParser>
 
 namespace {
+
+// clang-format off
+const char description[] =
+    "A simulated Box: serves sessions, transfers and searches on TCP and UDP as a\n"
+    "Box does, runs the project that is pushed to it, and reports moving values for\n"
+    "its points. Prints \"listening on ADDRESS:PORT\" when it is ready, then one line\n"
+    "a frame. Ends with the status 0 as it is asked to, with 1 if it could not start,\n"
+    "with 2 if the command line is wrong.";
+
+const char examples[] =
+    "Examples:\n"
+    "  A Box for the tool on this computer, with a project that runs:\n"
+    "    $ boxsim --address 127.0.0.2 --project riverside-substation.json\n"
+    "  A Box that the whole network finds, with every byte in a file:\n"
+    "    $ boxsim --address 0.0.0.0 --quiet --hex --log box.log\n"
+    "  A slow Box that refuses to have its LTE settings written:\n"
+    "    $ boxsim --scenario slow --fault refuse-write=105:500\n"
+    "  A scenario with one thing changed, since options count for more than it does:\n"
+    "    $ boxsim --scenario slow --fault late-json=500";
+
+// Name, what it does, placeholder of its value (a switch has none), default.
+QList<QCommandLineOption> options()
+{
+    return {
+        {"address", "Listen on this address; 0.0.0.0 for all.", "ip", "127.0.0.1"},
+        {"port", "Listen on this TCP and UDP port. The tool knows only 30088.", "number", "30088"},
+        {"discovery-address", "Listen for search datagrams here; 0.0.0.0 hears broadcasts. As --address if not said.", "ip"},
+        {"no-discovery", "Do not open the UDP port."},
+        {"box-version", "Say this program version in heartbeat answers.", "text", "1.0.0"},
+        {"serial", "Say this serial number in heartbeat answers.", "text", "SIM00000001"},
+        {"model", "Say this model in heartbeat and search answers.", "text", "MRN-GATE-70"},
+        {"set", "Give a setting its first value, such as lanIp=10.0.0.2. Repeatable.", "key=value"},
+        {"reboot-time", "Stay off the network for so long at a reboot; 0 to stay on.", "ms", "2000"},
+        {"max-file", "Fail transfers of larger files.", "bytes", "67108864"},
+        {"save", "Keep the last accepted files there as project.json and program.bin.", "folder"},
+        {"project", "Run this project document from the start.", "file"},
+        {"report-interval", "Let every Standard report so often, in place of its collectionInterval; 0 for no reports.", "ms"},
+        {"seed", "Repeat the values of another run with the same seed.", "number", "1"},
+        {"scenario", "Put a set of options before the others; see the scenarios below. Repeatable.", "name"},
+        {"fault", "Misbehave in this way; see the faults below. Repeatable.", "name[=value]"},
+        {"list-scenarios", "List the scenarios and end."},
+        {"list-faults", "List the faults and end."},
+        {"log", "Append every line to this file as well.", "file"},
+        {"hex", "Show the bytes of each frame below its line."},
+        {"quiet", "Print the readiness line and errors only; --log still gets every line."},
+        {"once", "End when the last open connection has closed."},
+        {"seconds", "End after so many seconds.", "number"},
+        {QStringList{"h", "help"}, "Print this help and end."},
+        {"version", "Print the program's version and end."},
+    };
+}
+// clang-format on
+
+void setUp(QCommandLineParser *parser)
+{
+    parser->setApplicationDescription(QString::fromLatin1(description));
+    const QList<QCommandLineOption> all = options();
+    for (QCommandLineOption option : all) {
+        if (!option.defaultValues().isEmpty()) {
+            option.setDescription(QStringLiteral("%1 Default: %2.")
+                                      .arg(option.description(), option.defaultValues().constFirst()));
+        }
+        parser->addOption(option);
+    }
+}
+
+QString help(const QCommandLineParser &parser)
+{
+    return parser.helpText() + QStringLiteral("\nScenarios:\n") + scenarioList()
+        + QStringLiteral("\nFaults:\n") + faultList() + QLatin1Char('\n') + QLatin1String(examples);
+}
 
 // Reads options and remembers the first that is wrong.
 class Reader
@@ -58,20 +127,6 @@ private:
     const QCommandLineParser &m_parser;
     QString m_wrong;
 };
-
-void setUp(QCommandLineParser *parser)
-{
-    for (const OptionTable::Group &group : OptionTable::groups()) {
-        for (const OptionTable::Option &option : group.options) {
-            QStringList names = {QString::fromLatin1(option.name)};
-            if (names.constFirst() == QLatin1String("help")) {
-                names.append(QStringLiteral("h"));
-            }
-            parser->addOption(QCommandLineOption(names, QString(), QString::fromLatin1(option.value),
-                                                 QString::fromLatin1(option.byDefault)));
-        }
-    }
-}
 
 void readSettings(const QStringList &pairs, Reader *reader, BoxSimOptions *options)
 {
@@ -137,20 +192,17 @@ CommandLine just(CommandLine::Action action, const QString &text)
 CommandLine instead(const QCommandLineParser &parser)
 {
     if (parser.isSet(QStringLiteral("help"))) {
-        return just(CommandLine::Action::tell, Usage::help());
-    }
-    if (parser.isSet(QStringLiteral("man"))) {
-        return just(CommandLine::Action::tell, Usage::manualPage().chopped(1)); // its line feed is added
+        return just(CommandLine::Action::tell, help(parser));
     }
     if (parser.isSet(QStringLiteral("version"))) {
         return just(CommandLine::Action::tell,
                     QStringLiteral("boxsim ") + QCoreApplication::applicationVersion());
     }
     if (parser.isSet(QStringLiteral("list-scenarios"))) {
-        return just(CommandLine::Action::tell, Usage::columns(scenarioEntries()));
+        return just(CommandLine::Action::tell, scenarioList().chopped(1));
     }
     if (parser.isSet(QStringLiteral("list-faults"))) {
-        return just(CommandLine::Action::tell, Usage::columns(faultEntries()));
+        return just(CommandLine::Action::tell, faultList().chopped(1));
     }
     return {};
 }

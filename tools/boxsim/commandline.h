@@ -20,5 +20,6 @@ struct CommandLine {
     int seconds = 0; // 0: no end by itself
 };
 
-// Takes the arguments with the program's name first. Reads no file.
+// Takes the arguments with the program's name first. Reads no file. The help names the running
+// QCoreApplication.
 CommandLine readCommandLine(const QStringList &arguments);

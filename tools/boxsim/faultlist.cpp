@@ -1,16 +1,15 @@
 #include "boxsim/faultlist.h"
 
+#include "boxsim/helpline.h"
 #include "boxsim/options.h"
-
-#include <QStringList>
 
 namespace {
 
 // How a fault's value reads. The target is the one member that is not null.
 struct Fault {
     const char *name;
-    const char *value; // its placeholder; null for a fault without one
-    const char *sentence;
+    const char *value;    // its placeholder; null for a fault without one
+    const char *sentence; // a line feed where the help breaks it
     bool BoxSimFaults::*flag;
     int BoxSimFaults::*number;
     int least;     // of number
@@ -23,26 +22,26 @@ constexpr int needed = -2;
 const Fault faultTable[] = {
     {"silent", nullptr, "Accept connections and never send a byte.", &BoxSimFaults::silent, nullptr, 0, 0},
     {"no-heartbeat", nullptr, "Leave heartbeats unanswered.", &BoxSimFaults::noHeartbeat, nullptr, 0, 0},
-    {"no-json", nullptr, "Leave JSON requests unanswered; writes are carried out.", &BoxSimFaults::noJson, nullptr, 0, 0},
+    {"no-json", nullptr, "Leave JSON requests unanswered; writes are carried\nout.", &BoxSimFaults::noJson, nullptr, 0, 0},
     {"no-discovery", nullptr, "Leave search datagrams unanswered.", &BoxSimFaults::noDiscovery, nullptr, 0, 0},
     {"late-heartbeat", "ms", "Wait before each heartbeat answer.", nullptr, &BoxSimFaults::lateHeartbeat, 0, needed},
     {"late-json", "ms", "Wait before each JSON answer.", nullptr, &BoxSimFaults::lateJson, 0, needed},
     {"late-verdict", "ms", "Wait before each transfer's verdict.", nullptr, &BoxSimFaults::lateVerdict, 0, needed},
     {"split", "bytes", "Send in pieces of so many bytes (1 if not said).", nullptr, &BoxSimFaults::split, 1, 1},
     {"split-gap", "ms", "Wait between two pieces of a split.", nullptr, &BoxSimFaults::splitGap, 0, needed},
-    {"join", "ms", "Gather what is sent for so long (100 if not said), then send it in one piece.", nullptr, &BoxSimFaults::join, 1, 100},
-    {"noise", "bytes", "Send so many bytes of noise (16 if not said) before each frame.", nullptr, &BoxSimFaults::noise, 1, 16},
+    {"join", "ms", "Gather what is sent for so long (100 if not said),\nthen send it in one piece.", nullptr, &BoxSimFaults::join, 1, 100},
+    {"noise", "bytes", "Send so many bytes of noise (16 if not said)\nbefore each frame.", nullptr, &BoxSimFaults::noise, 1, 16},
     {"drop-after-received", "bytes", "End a connection after so many bytes from it.", nullptr, &BoxSimFaults::dropAfterReceived, 1, needed},
     {"drop-after-sent", "bytes", "End a connection after so many bytes to it.", nullptr, &BoxSimFaults::dropAfterSent, 1, needed},
     {"refuse-second", nullptr, "Refuse a second connection while there is one.", &BoxSimFaults::refuseSecond, nullptr, 0, 0},
     {"type-number", nullptr, "Answer JSON requests with type as a number.", &BoxSimFaults::typeAsNumber, nullptr, 0, 0},
     {"code-number", nullptr, "Answer JSON writes with code as a number.", &BoxSimFaults::codeAsNumber, nullptr, 0, 0},
-    {"wrong-total", "segment", "Announce one byte too many in that segment of each report, or in all (0, if not said).", nullptr, &BoxSimFaults::wrongTotal, 0, 0},
-    {"wrong-number", "segment", "Number that segment of each report one too high, or all (0, if not said).", nullptr, &BoxSimFaults::wrongNumber, 0, 0},
-    {"segment-size", "bytes", "Cut reports into segments of so many bytes in place of 1024.", nullptr, &BoxSimFaults::segmentSize, 1, needed},
-    {"flood", "rate", "Send so many reports a second (1000 if not said), whatever the interval.", nullptr, &BoxSimFaults::flood, 1, 1000},
+    {"wrong-total", "segment", "Announce one byte too many in that segment of each\nreport, or in all (0, if not said).", nullptr, &BoxSimFaults::wrongTotal, 0, 0},
+    {"wrong-number", "segment", "Number that segment of each report one too high,\nor all (0, if not said).", nullptr, &BoxSimFaults::wrongNumber, 0, 0},
+    {"segment-size", "bytes", "Cut reports into segments of so many bytes in\nplace of 1024.", nullptr, &BoxSimFaults::segmentSize, 1, needed},
+    {"flood", "rate", "Send so many reports a second (1000 if not said),\nwhatever the interval.", nullptr, &BoxSimFaults::flood, 1, 1000},
     {"interleave", nullptr, "Mix the segments of all Standards' reports.", &BoxSimFaults::interleave, nullptr, 0, 0},
-    {"invalid", "n", "Report every n-th point as not valid (every one if not said).", nullptr, &BoxSimFaults::invalidEvery, 1, 1},
+    {"invalid", "n", "Report every n-th point as not valid (every one if\nnot said).", nullptr, &BoxSimFaults::invalidEvery, 1, 1},
 };
 // clang-format on
 
@@ -52,16 +51,17 @@ constexpr int largestSegment = 65000; // its frame still fits the 16-bit length
 struct VerdictName {
     const char *name;
     BoxSimVerdict verdict;
+    const char *sentence;
 };
 
 const VerdictName verdictNames[] = {
-    {"bad", BoxSimVerdict::bad},
-    {"wrong-command", BoxSimVerdict::wrongCommand},
-    {"wrong-subtype", BoxSimVerdict::wrongSubType},
-    {"wrong-header", BoxSimVerdict::wrongHeader},
-    {"partial", BoxSimVerdict::partial},
-    {"too-long", BoxSimVerdict::tooLong},
-    {"none", BoxSimVerdict::none},
+    {"bad", BoxSimVerdict::bad, "Call every file that is sent damaged."},
+    {"wrong-command", BoxSimVerdict::wrongCommand, "End transfers with the other transfer's command."},
+    {"wrong-subtype", BoxSimVerdict::wrongSubType, "End transfers with sub-type 2 in place of 3."},
+    {"wrong-header", BoxSimVerdict::wrongHeader, "End transfers with the header 12 35."},
+    {"partial", BoxSimVerdict::partial, "End transfers with half of a verdict."},
+    {"too-long", BoxSimVerdict::tooLong, "End transfers with a verdict of one byte too many."},
+    {"none", BoxSimVerdict::none, "End transfers without a verdict."},
 };
 
 bool applyNumber(const Fault &fault, bool given, const QString &value, BoxSimFaults *faults)
@@ -147,28 +147,25 @@ bool applyFault(const QString &text, BoxSimFaults *faults, QString *error)
     return true;
 }
 
-QVector<HelpEntry> faultEntries()
+QString faultList()
 {
-    QVector<HelpEntry> entries;
+    QString list;
     for (const Fault &fault : faultTable) {
         QString name = QString::fromLatin1(fault.name);
         if (fault.value) {
             const bool optional = fault.byDefault >= fault.least;
             name += QString::fromLatin1(optional ? "[=%1]" : "=%1").arg(QLatin1String(fault.value));
         }
-        entries.append({name, QString::fromLatin1(fault.sentence)});
+        list += helpLine(name, QString::fromLatin1(fault.sentence));
     }
-    QStringList verdicts;
     for (const VerdictName &entry : verdictNames) {
-        verdicts.append(QString::fromLatin1(entry.name));
+        list += helpLine(QStringLiteral("verdict=") + QLatin1String(entry.name),
+                         QString::fromLatin1(entry.sentence));
     }
-    entries.append({QStringLiteral("verdict=kind"),
-                    QStringLiteral("End transfers with a verdict that is ")
-                        + verdicts.join(QStringLiteral(", ")) + QLatin1Char('.')});
-    entries.append(
-        {QStringLiteral("refuse-write=[type:]code"),
-         QStringLiteral("Refuse writes and the reboot with this code, all or those of a type (105:500).")});
-    entries.append(
-        {QStringLiteral("missing-key=key"), QStringLiteral("Leave this key out of read answers.")});
-    return entries;
+    list += helpLine(QStringLiteral("refuse-write=[type:]code"),
+                     QStringLiteral("Refuse writes and the reboot with this code, all\n"
+                                    "or those of a type (105:500)."));
+    list +=
+        helpLine(QStringLiteral("missing-key=key"), QStringLiteral("Leave this key out of read answers."));
+    return list;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "boxsim/helpentry.h"
+#include <QString>
 
 struct BoxSimFaults;
 
@@ -8,5 +8,5 @@ struct BoxSimFaults;
 // faults unchanged, if there is no such fault or its value is missing or out of range.
 bool applyFault(const QString &text, BoxSimFaults *faults, QString *error = nullptr);
 
-// One entry a fault: its name with its value's meaning, and a sentence.
-QVector<HelpEntry> faultEntries();
+// One entry of the help for each: its name with its value's meaning, and a sentence.
+QString faultList();
