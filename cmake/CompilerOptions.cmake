@@ -19,6 +19,9 @@ if(MARLINGATE_SANITIZE)
   target_compile_options(marlingate_options INTERFACE
     -fsanitize=${MARLINGATE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
   target_link_options(marlingate_options INTERFACE -fsanitize=${MARLINGATE_SANITIZE})
+  # Their options at run time; a library would keep them from the sanitizers.
+  target_sources(marlingate_options INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/tests/support/sanitizers.cpp>)
 endif()
 
 if(MARLINGATE_COVERAGE)
