@@ -47,7 +47,7 @@ void tst_BoxSimProgram::defaultsAreThoseOfABox()
 {
     const CommandLine line = readCommandLine({QStringLiteral("boxsim")});
     const BoxSimOptions usual;
-    QCOMPARE(line.action, CommandLine::Action::run);
+    QCOMPARE(line.action, CommandLine::Action::Run);
     QCOMPARE(line.options.address, usual.address);
     QCOMPARE(line.options.port, 30088);
     QVERIFY(line.options.discovery);
@@ -74,7 +74,7 @@ void tst_BoxSimProgram::everyOptionIsTaken()
         "--seconds 12");
     const CommandLine line = readCommandLine(text.split(QLatin1Char(' ')));
     QCOMPARE(line.text, QString());
-    QCOMPARE(line.action, CommandLine::Action::run);
+    QCOMPARE(line.action, CommandLine::Action::Run);
     QCOMPARE(line.options.address, QHostAddress(QHostAddress::AnyIPv4));
     QCOMPARE(line.options.port, 4000);
     QCOMPARE(line.options.discoveryAddress, QHostAddress(QStringLiteral("127.0.0.9")));

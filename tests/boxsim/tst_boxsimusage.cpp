@@ -88,7 +88,7 @@ void tst_BoxSimUsage::examplesAreTaken()
     for (const QString &line : lines) {
         if (line.startsWith(QLatin1String("    $ boxsim "))) {
             const CommandLine example = readCommandLine(line.mid(6).split(QLatin1Char(' ')));
-            QVERIFY2(example.action == CommandLine::Action::run, qPrintable(example.text));
+            QVERIFY2(example.action == CommandLine::Action::Run, qPrintable(example.text));
             ++taken;
         }
     }
@@ -121,7 +121,7 @@ void tst_BoxSimUsage::listsAreTold()
     QFETCH(QString, entry);
     QFETCH(int, entries);
     const CommandLine line = read(option);
-    QCOMPARE(line.action, CommandLine::Action::tell);
+    QCOMPARE(line.action, CommandLine::Action::Tell);
     QCOMPARE(line.text + QLatin1Char('\n'), list);
     QVERIFY2(list.contains(entry), qPrintable(list));
     QCOMPARE(terms(list).size(), entries);
@@ -147,7 +147,7 @@ void tst_BoxSimUsage::scenarioStandsForItsOptions()
     }
     const QStringList arguments = scenarioArguments(name);
     const CommandLine spelt = readCommandLine(QStringList{QStringLiteral("boxsim")} + arguments);
-    QVERIFY2(spelt.action == CommandLine::Action::run, qPrintable(spelt.text));
+    QVERIFY2(spelt.action == CommandLine::Action::Run, qPrintable(spelt.text));
     const QString list = QLatin1Char('\n') + scenarioList();
     const QString entry = list.section(QStringLiteral("\n  %1 ").arg(name), 1)
                               .section(QRegularExpression(QStringLiteral("\n  \\S")), 0, 0);
@@ -158,7 +158,7 @@ void tst_BoxSimUsage::scenarioStandsForItsOptions()
 void tst_BoxSimUsage::scenariosAddUp()
 {
     const CommandLine line = read(QStringLiteral("--scenario lively --seed 5 --scenario slow"));
-    QCOMPARE(line.action, CommandLine::Action::run);
+    QCOMPARE(line.action, CommandLine::Action::Run);
     QCOMPARE(line.options.seed, 5U);
     QCOMPARE(line.options.reportInterval, 1000);
     QCOMPARE(line.options.faults.invalidEvery, 10);

@@ -223,7 +223,7 @@ void tst_BoxTab::waitForTheVerdictMayBeCutShort()
     QFETCH(QByteArray, ending);
     const QPointer<BoxEditDialog> form = open();
     BoxSimFaults faults;
-    faults.verdict = BoxSimVerdict::none;
+    faults.verdict = BoxSimVerdict::None;
     m_firstSim->setFaults(faults);
     // Events flow during the wait alone.
     QTimer::singleShot(0, this, [&] { act(ending); });
@@ -241,7 +241,7 @@ void tst_BoxTab::programMayEndDuringTheWaitForTheVerdict()
 {
     const QPointer<BoxEditDialog> form = open();
     BoxSimFaults faults;
-    faults.verdict = BoxSimVerdict::none;
+    faults.verdict = BoxSimVerdict::None;
     m_firstSim->setFaults(faults);
     QGuiApplication::setQuitOnLastWindowClosed(true);
     m_boxes->expect(QMessageBox::No);
@@ -271,14 +271,14 @@ void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow_data()
         QTest::newRow(name) << int(verdict) << QString::fromUtf8(english) << QString::fromUtf8(chinese)
                             << QString::fromUtf8(englishBox) << QString::fromUtf8(chineseBox);
     };
-    row("success", BoxSimVerdict::honest, "Checksum Result:Checksum successful.", "校验结果：校验成功。");
-    row("failure", BoxSimVerdict::bad, "Checksum Result:Checksum failed.", "校验结果：校验失败。");
-    row("other command", BoxSimVerdict::wrongCommand, "Checksum Result:Command type error.",
+    row("success", BoxSimVerdict::Honest, "Checksum Result:Checksum successful.", "校验结果：校验成功。");
+    row("failure", BoxSimVerdict::Bad, "Checksum Result:Checksum failed.", "校验结果：校验失败。");
+    row("other command", BoxSimVerdict::WrongCommand, "Checksum Result:Command type error.",
         "校验结果：命令类型错误。");
-    row("other sub-type", BoxSimVerdict::wrongSubType,
+    row("other sub-type", BoxSimVerdict::WrongSubType,
         "Checksum Result:Verification data return value error.", "校验结果：校验数据返回值错误。");
-    row("part of a verdict", BoxSimVerdict::partial, "", "");
-    row("no verdict", BoxSimVerdict::none, "Timeout:Timeout while waiting for checksum result.",
+    row("part of a verdict", BoxSimVerdict::Partial, "", "");
+    row("no verdict", BoxSimVerdict::None, "Timeout:Timeout while waiting for checksum result.",
         "超时：等待校验结果超时。", "Timeout|Timeout while waiting for checksum result.",
         "超时|等待校验结果超时。");
 }
@@ -292,7 +292,7 @@ void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow()
     QFETCH(QString, chineseBox);
     BoxEditDialog *form = open();
     FileTransfer::Timeouts timeouts;
-    timeouts.verdict = verdict == int(BoxSimVerdict::none) ? 50 : timeouts.verdict;
+    timeouts.verdict = verdict == int(BoxSimVerdict::None) ? 50 : timeouts.verdict;
     form->setTransferTimeouts(timeouts);
     BoxSimFaults faults;
     faults.verdict = BoxSimVerdict(verdict);

@@ -149,7 +149,7 @@ void TestDeaths::reach(const QByteArray &moment, const std::function<void()> &th
         Window::settle();
     } else if (moment == "verdict awaited") {
         BoxSimFaults faults;
-        faults.verdict = BoxSimVerdict::none;
+        faults.verdict = BoxSimVerdict::None;
         m_firstSim->setFaults(faults);
         FileTransfer::Timeouts timeouts;
         timeouts.verdict = 100;

@@ -12,7 +12,7 @@ constexpr int longestClosing = 2000; // milliseconds
 
 int otherTransfer(int command)
 {
-    return command == Wire::project ? Wire::program : Wire::project;
+    return command == Wire::Project ? Wire::Program : Wire::Project;
 }
 
 } // namespace
@@ -100,7 +100,7 @@ void BoxConnection::read()
 
 void BoxConnection::takeRole(Role role)
 {
-    if (m_role == Role::unknown) {
+    if (m_role == Role::Unknown) {
         m_role = role;
     }
 }
@@ -110,8 +110,8 @@ void BoxConnection::handle(const QByteArray &frame)
     emit frameReceived(decodedFrame(m_peer, frame));
     const BoxSimOptions &options = *m_shared.options;
     switch (Wire::command(frame)) {
-    case Wire::heartbeat:
-        takeRole(Role::session);
+    case Wire::Heartbeat:
+        takeRole(Role::Session);
         if (frame.size() != Wire::minFrame) {
             complain(QStringLiteral("heartbeat with a body"));
         } else if (!m_shared.faults->noHeartbeat) {
@@ -119,16 +119,16 @@ void BoxConnection::handle(const QByteArray &frame)
                  m_shared.faults->lateHeartbeat);
         }
         break;
-    case Wire::json:
-        takeRole(Role::session);
+    case Wire::Json:
+        takeRole(Role::Session);
         handleJson(frame);
         break;
-    case Wire::project:
-        takeRole(Role::transfer);
+    case Wire::Project:
+        takeRole(Role::Transfer);
         handleTransfer(frame, &m_project);
         break;
-    case Wire::program:
-        takeRole(Role::transfer);
+    case Wire::Program:
+        takeRole(Role::Transfer);
         handleTransfer(frame, &m_program);
         break;
     default:
@@ -173,23 +173,23 @@ QByteArray BoxConnection::verdictBytes(int command, bool success) const
 {
     QByteArray bytes = Wire::verdict(command, success ? 0 : 1);
     switch (m_shared.faults->verdict) {
-    case BoxSimVerdict::honest:
+    case BoxSimVerdict::Honest:
         return bytes;
-    case BoxSimVerdict::bad:
+    case BoxSimVerdict::Bad:
         return Wire::verdict(command, 1);
-    case BoxSimVerdict::wrongCommand:
+    case BoxSimVerdict::WrongCommand:
         return Wire::verdict(otherTransfer(command), success ? 0 : 1);
-    case BoxSimVerdict::wrongSubType:
+    case BoxSimVerdict::WrongSubType:
         bytes[Wire::subTypeOffset] = 2;
         return bytes;
-    case BoxSimVerdict::wrongHeader:
+    case BoxSimVerdict::WrongHeader:
         bytes[1] = 0x35;
         return bytes;
-    case BoxSimVerdict::partial:
+    case BoxSimVerdict::Partial:
         return bytes.left(5);
-    case BoxSimVerdict::tooLong:
+    case BoxSimVerdict::TooLong:
         return bytes + '\0';
-    case BoxSimVerdict::none:
+    case BoxSimVerdict::None:
         break;
     }
     return QByteArray();

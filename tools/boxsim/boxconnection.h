@@ -18,7 +18,7 @@ class BoxConnection : public QObject
     Q_OBJECT
 
 public:
-    enum class Role { unknown, session, transfer };
+    enum class Role { Unknown, Session, Transfer };
 
     // What all connections of a Box share. Nothing is owned, everything outlives the connection.
     struct Shared {
@@ -68,7 +68,7 @@ private:
     QTcpSocket *m_socket;
     Shared m_shared;
     QString m_peer;
-    Role m_role = Role::unknown;
+    Role m_role = Role::Unknown;
     FrameReader m_reader;
     Outbox *m_outbox;
     TransferReceiver m_project;

@@ -12,12 +12,12 @@ constexpr int rebootNotice = 50;      // milliseconds between the reboot's answe
 
 bool isSession(BoxConnection::Role role)
 {
-    return role == BoxConnection::Role::session;
+    return role == BoxConnection::Role::Session;
 }
 
 bool isNoTransfer(BoxConnection::Role role)
 {
-    return role != BoxConnection::Role::transfer;
+    return role != BoxConnection::Role::Transfer;
 }
 
 } // namespace
@@ -259,7 +259,7 @@ void BoxSim::forget(BoxConnection *connection)
 
 void BoxSim::takeFile(const QString &peer, int command, const QByteArray &file)
 {
-    if (command == Wire::program) {
+    if (command == Wire::Program) {
         emit programAccepted(file);
         return;
     }

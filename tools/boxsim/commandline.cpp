@@ -192,17 +192,17 @@ CommandLine just(CommandLine::Action action, const QString &text)
 CommandLine instead(const QCommandLineParser &parser)
 {
     if (parser.isSet(QStringLiteral("help"))) {
-        return just(CommandLine::Action::tell, help(parser));
+        return just(CommandLine::Action::Tell, help(parser));
     }
     if (parser.isSet(QStringLiteral("version"))) {
-        return just(CommandLine::Action::tell,
+        return just(CommandLine::Action::Tell,
                     QStringLiteral("boxsim ") + QCoreApplication::applicationVersion());
     }
     if (parser.isSet(QStringLiteral("list-scenarios"))) {
-        return just(CommandLine::Action::tell, scenarioList().chopped(1));
+        return just(CommandLine::Action::Tell, scenarioList().chopped(1));
     }
     if (parser.isSet(QStringLiteral("list-faults"))) {
-        return just(CommandLine::Action::tell, faultList().chopped(1));
+        return just(CommandLine::Action::Tell, faultList().chopped(1));
     }
     return {};
 }
@@ -229,14 +229,14 @@ CommandLine readCommandLine(const QStringList &arguments)
     QCommandLineParser parser;
     setUp(&parser);
     if (!parser.parse(arguments)) {
-        return just(CommandLine::Action::wrong, parser.errorText());
+        return just(CommandLine::Action::Wrong, parser.errorText());
     }
     CommandLine line = instead(parser);
-    if (line.action != CommandLine::Action::run) {
+    if (line.action != CommandLine::Action::Run) {
         return line;
     }
     Reader reader(parser);
     parser.parse(withScenarios(parser, arguments, &reader));
     readOptions(parser, &reader, &line);
-    return reader.wrong().isEmpty() ? line : just(CommandLine::Action::wrong, reader.wrong());
+    return reader.wrong().isEmpty() ? line : just(CommandLine::Action::Wrong, reader.wrong());
 }

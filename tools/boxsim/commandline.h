@@ -6,9 +6,9 @@
 
 // What the program's command line asks for.
 struct CommandLine {
-    enum class Action { run, tell, wrong };
+    enum class Action { Run, Tell, Wrong };
 
-    Action action = Action::run;
+    Action action = Action::Run;
     QString text; // to print and end: help, lists, version, or what is wrong
     BoxSimOptions options;
     QString projectFile; // to read into options.project; empty for none

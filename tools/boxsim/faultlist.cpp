@@ -55,13 +55,13 @@ struct VerdictName {
 };
 
 const VerdictName verdictNames[] = {
-    {"bad", BoxSimVerdict::bad, "Call every file that is sent damaged."},
-    {"wrong-command", BoxSimVerdict::wrongCommand, "End transfers with the other transfer's command."},
-    {"wrong-subtype", BoxSimVerdict::wrongSubType, "End transfers with sub-type 2 in place of 3."},
-    {"wrong-header", BoxSimVerdict::wrongHeader, "End transfers with the header 12 35."},
-    {"partial", BoxSimVerdict::partial, "End transfers with half of a verdict."},
-    {"too-long", BoxSimVerdict::tooLong, "End transfers with a verdict of one byte too many."},
-    {"none", BoxSimVerdict::none, "End transfers without a verdict."},
+    {"bad", BoxSimVerdict::Bad, "Call every file that is sent damaged."},
+    {"wrong-command", BoxSimVerdict::WrongCommand, "End transfers with the other transfer's command."},
+    {"wrong-subtype", BoxSimVerdict::WrongSubType, "End transfers with sub-type 2 in place of 3."},
+    {"wrong-header", BoxSimVerdict::WrongHeader, "End transfers with the header 12 35."},
+    {"partial", BoxSimVerdict::Partial, "End transfers with half of a verdict."},
+    {"too-long", BoxSimVerdict::TooLong, "End transfers with a verdict of one byte too many."},
+    {"none", BoxSimVerdict::None, "End transfers without a verdict."},
 };
 
 bool applyNumber(const Fault &fault, bool given, const QString &value, BoxSimFaults *faults)

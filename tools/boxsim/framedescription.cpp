@@ -80,17 +80,17 @@ QString describeFrame(const QByteArray &frame)
         return QStringLiteral("no frame: ") + hex(frame);
     }
     switch (Wire::command(frame)) {
-    case Wire::heartbeat:
+    case Wire::Heartbeat:
         return QStringLiteral("heartbeat");
-    case Wire::heartbeatReply:
+    case Wire::HeartbeatReply:
         return describeHeartbeatReply(frame);
-    case Wire::project:
+    case Wire::Project:
         return describeTransfer(frame, QStringLiteral("project"));
-    case Wire::program:
+    case Wire::Program:
         return describeTransfer(frame, QStringLiteral("program"));
-    case Wire::json:
+    case Wire::Json:
         return describeJson(frame);
-    case Wire::monitoring:
+    case Wire::Monitoring:
         return describeTransfer(frame, QStringLiteral("report"))
             .replace(QLatin1String("chunk"), QLatin1String("segment"));
     default:

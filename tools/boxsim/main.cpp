@@ -12,7 +12,7 @@
 
 namespace {
 
-enum ExitStatus { ended = 0, couldNotStart = 1, wrongCommandLine = 2 };
+enum ExitStatus { Ended = 0, CouldNotStart = 1, WrongCommandLine = 2 };
 
 constexpr int signalCheck = 50; // milliseconds
 
@@ -83,25 +83,25 @@ int run(CommandLine line)
 {
     QString error;
     if (!line.projectFile.isEmpty() && !readFile(line.projectFile, &line.options.project, &error)) {
-        return tell(stderr, QStringLiteral("boxsim: ") + error, couldNotStart);
+        return tell(stderr, QStringLiteral("boxsim: ") + error, CouldNotStart);
     }
     if (!line.saveFolder.isEmpty() && !QDir().mkpath(line.saveFolder)) {
-        return tell(stderr, QStringLiteral("boxsim: cannot make ") + line.saveFolder, couldNotStart);
+        return tell(stderr, QStringLiteral("boxsim: cannot make ") + line.saveFolder, CouldNotStart);
     }
     BoxSim box(line.options);
     EventLog log(&box, line.quiet, line.hex);
     if (!line.logFile.isEmpty() && !log.openFile(line.logFile)) {
         return tell(stderr, QStringLiteral("boxsim: %1: %2").arg(line.logFile, log.errorString()),
-                    couldNotStart);
+                    CouldNotStart);
     }
     if (!line.saveFolder.isEmpty()) {
         keepFiles(&box, &log, line.saveFolder);
     }
     if (!box.start()) {
-        return tell(stderr, QStringLiteral("boxsim: ") + box.errorString(), couldNotStart);
+        return tell(stderr, QStringLiteral("boxsim: ") + box.errorString(), CouldNotStart);
     }
     tell(stdout, QStringLiteral("listening on %1:%2").arg(line.options.address.toString()).arg(box.port()),
-         ended);
+         Ended);
     QTimer signalTimer;
     endByItself(&box, line, &signalTimer);
     const int status = QCoreApplication::exec();
@@ -118,11 +118,11 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(BOXSIM_VERSION));
     const CommandLine line = readCommandLine(QCoreApplication::arguments());
     switch (line.action) {
-    case CommandLine::Action::run:
+    case CommandLine::Action::Run:
         return run(line);
-    case CommandLine::Action::wrong:
-        return tell(stderr, QStringLiteral("boxsim: %1\nTry --help.").arg(line.text), wrongCommandLine);
+    case CommandLine::Action::Wrong:
+        return tell(stderr, QStringLiteral("boxsim: %1\nTry --help.").arg(line.text), WrongCommandLine);
     default:
-        return tell(stdout, line.text, ended);
+        return tell(stdout, line.text, Ended);
     }
 }

@@ -7,14 +7,14 @@
 
 // What the answer to a transfer's checksum looks like.
 enum class BoxSimVerdict {
-    honest,       // what the digest says
-    bad,          // result 1, whatever the digest says
-    wrongCommand, // the other transfer's command
-    wrongSubType, // sub-type 2 in place of 3
-    wrongHeader,  // 0x12 0x35
-    partial,      // the first 5 bytes, then nothing
-    tooLong,      // one byte behind the 10
-    none,         // no answer
+    Honest,       // what the digest says
+    Bad,          // result 1, whatever the digest says
+    WrongCommand, // the other transfer's command
+    WrongSubType, // sub-type 2 in place of 3
+    WrongHeader,  // 0x12 0x35
+    Partial,      // the first 5 bytes, then nothing
+    TooLong,      // one byte behind the 10
+    None,         // no answer
 };
 
 // How the Box misbehaves. Everything at its default is a Box without a fault. Times in milliseconds.
@@ -34,7 +34,7 @@ struct BoxSimFaults {
     int dropAfterSent = 0;     // ends a connection after so many bytes to it; 0 does not
     bool refuseSecond = false; // a second connection is refused while there is one
 
-    BoxSimVerdict verdict = BoxSimVerdict::honest;
+    BoxSimVerdict verdict = BoxSimVerdict::Honest;
     // Request type to the code that refuses it; type 0 stands for every write and the reboot.
     QMap<int, QString> refusedWrites;
     bool typeAsNumber = false; // JSON answers carry type as a number

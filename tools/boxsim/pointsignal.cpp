@@ -18,53 +18,53 @@ struct Course {
 
 // The first row whose word stands in the name wins: the longer terms come before those they contain.
 const Course coursesByName[] = {
-    {"power factor", Motion::wander, 0.95, 0.04},
-    {"功率因数", Motion::wander, 0.95, 0.04},
-    {"voltage", Motion::wander, 230, 5},
-    {"电压", Motion::wander, 230, 5},
-    {"current", Motion::wander, 12, 4},
-    {"电流", Motion::wander, 12, 4},
-    {"frequency", Motion::wander, 50, 0.05},
-    {"频率", Motion::wander, 50, 0.05},
-    {"reactive power", Motion::wander, 620, 180},
-    {"无功功率", Motion::wander, 620, 180},
-    {"power", Motion::wander, 2700, 650},
-    {"功率", Motion::wander, 2700, 650},
-    {"energy", Motion::grow, 12000, 0.4},
-    {"电能", Motion::grow, 12000, 0.4},
-    {"电量", Motion::grow, 12000, 0.4},
-    {"hours", Motion::grow, 8000, 0.1},
-    {"count", Motion::grow, 100, 1},
-    {"import", Motion::grow, 12000, 0.4},
-    {"export", Motion::grow, 800, 0.1},
-    {"temperature", Motion::wander, 48, 6},
-    {"温度", Motion::wander, 48, 6},
-    {"humidity", Motion::wander, 55, 8},
-    {"湿度", Motion::wander, 55, 8},
-    {"pressure", Motion::wander, 6, 0.5},
-    {"压力", Motion::wander, 6, 0.5},
-    {"level", Motion::wander, 60, 12},
-    {"flow", Motion::wander, 18, 4},
-    {"speed", Motion::wander, 1480, 15},
-    {"position", Motion::wander, 9, 2},
-    {"load", Motion::wander, 62, 15},
+    {"power factor", Motion::Wander, 0.95, 0.04},
+    {"功率因数", Motion::Wander, 0.95, 0.04},
+    {"voltage", Motion::Wander, 230, 5},
+    {"电压", Motion::Wander, 230, 5},
+    {"current", Motion::Wander, 12, 4},
+    {"电流", Motion::Wander, 12, 4},
+    {"frequency", Motion::Wander, 50, 0.05},
+    {"频率", Motion::Wander, 50, 0.05},
+    {"reactive power", Motion::Wander, 620, 180},
+    {"无功功率", Motion::Wander, 620, 180},
+    {"power", Motion::Wander, 2700, 650},
+    {"功率", Motion::Wander, 2700, 650},
+    {"energy", Motion::Grow, 12000, 0.4},
+    {"电能", Motion::Grow, 12000, 0.4},
+    {"电量", Motion::Grow, 12000, 0.4},
+    {"hours", Motion::Grow, 8000, 0.1},
+    {"count", Motion::Grow, 100, 1},
+    {"import", Motion::Grow, 12000, 0.4},
+    {"export", Motion::Grow, 800, 0.1},
+    {"temperature", Motion::Wander, 48, 6},
+    {"温度", Motion::Wander, 48, 6},
+    {"humidity", Motion::Wander, 55, 8},
+    {"湿度", Motion::Wander, 55, 8},
+    {"pressure", Motion::Wander, 6, 0.5},
+    {"压力", Motion::Wander, 6, 0.5},
+    {"level", Motion::Wander, 60, 12},
+    {"flow", Motion::Wander, 18, 4},
+    {"speed", Motion::Wander, 1480, 15},
+    {"position", Motion::Wander, 9, 2},
+    {"load", Motion::Wander, 62, 15},
 };
 
 // DL/T 645-2007 and -1997 data identifiers; kW, kvar, kVA and kWh.
 const Course coursesByIdentifier[] = {
-    {"0201", Motion::wander, 230, 5},     {"B61", Motion::wander, 230, 5},
-    {"0202", Motion::wander, 12, 4},      {"B62", Motion::wander, 12, 4},
-    {"0203", Motion::wander, 2.7, 0.65},  {"B63", Motion::wander, 2.7, 0.65},
-    {"0204", Motion::wander, 0.62, 0.18}, {"B64", Motion::wander, 0.62, 0.18},
-    {"0205", Motion::wander, 2.8, 0.65},  {"0206", Motion::wander, 0.95, 0.04},
-    {"B65", Motion::wander, 0.95, 0.04},  {"040004", Motion::steady, 1600, 0},
-    {"C03", Motion::steady, 1600, 0},     {"00", Motion::grow, 12000, 0.4},
-    {"90", Motion::grow, 12000, 0.4},     {"91", Motion::grow, 900, 0.1},
+    {"0201", Motion::Wander, 230, 5},     {"B61", Motion::Wander, 230, 5},
+    {"0202", Motion::Wander, 12, 4},      {"B62", Motion::Wander, 12, 4},
+    {"0203", Motion::Wander, 2.7, 0.65},  {"B63", Motion::Wander, 2.7, 0.65},
+    {"0204", Motion::Wander, 0.62, 0.18}, {"B64", Motion::Wander, 0.62, 0.18},
+    {"0205", Motion::Wander, 2.8, 0.65},  {"0206", Motion::Wander, 0.95, 0.04},
+    {"B65", Motion::Wander, 0.95, 0.04},  {"040004", Motion::Steady, 1600, 0},
+    {"C03", Motion::Steady, 1600, 0},     {"00", Motion::Grow, 12000, 0.4},
+    {"90", Motion::Grow, 12000, 0.4},     {"91", Motion::Grow, 900, 0.1},
 };
 
 constexpr double fullTurn = 6.283185307179586;
 
-const Course usualCourse = {"", Motion::wander, 50, 20};
+const Course usualCourse = {"", Motion::Wander, 50, 20};
 
 struct Type {
     const char *name;
@@ -162,15 +162,15 @@ PointSignal::PointSignal(const SimPoint &point, quint32 seed)
     m_decimals = type.decimals;
     if (dataType.compare(QLatin1String("bool"), Qt::CaseInsensitive) == 0
         || dataType.compare(QLatin1String("boolean"), Qt::CaseInsensitive) == 0) {
-        m_motion = Motion::flip;
+        m_motion = Motion::Flip;
     } else if (dataType.compare(QLatin1String("string"), Qt::CaseInsensitive) == 0) {
-        m_motion = Motion::text;
+        m_motion = Motion::Text;
         m_text = QStringLiteral("SIM-%1").arg(m_key % 1000000, 6, 10, QLatin1Char('0'));
         m_text = point.length > 0 ? m_text.left(point.length) : m_text;
-    } else if (m_motion == Motion::grow) {
+    } else if (m_motion == Motion::Grow) {
         // Twice the last digit, so that rounding never hides a step.
         m_swing = qMax(m_swing, 2 * std::pow(10.0, -m_decimals));
-    } else if (m_motion == Motion::wander && m_decimals == 0) {
+    } else if (m_motion == Motion::Wander && m_decimals == 0) {
         m_swing = qMax(m_swing, 2.0);
     }
 }
@@ -191,17 +191,17 @@ QString PointSignal::value(quint64 step) const
     const auto at = static_cast<double>(step);
     const double own = static_cast<double>(m_key % 1000) / 1000; // sets points of one kind apart
     switch (m_motion) {
-    case Motion::flip:
+    case Motion::Flip:
         return (step + m_key % 16) / (2 + m_key % 5) % 2 == 0 ? QStringLiteral("0") : QStringLiteral("1");
-    case Motion::text:
+    case Motion::Text:
         return m_text;
-    case Motion::steady:
+    case Motion::Steady:
         return number(m_base);
-    case Motion::grow: {
+    case Motion::Grow: {
         const double grown = m_base * (0.5 + own) + m_swing * (at + 0.5 * noise(step));
         return number(std::fmod(grown, m_high + 1));
     }
-    case Motion::wander:
+    case Motion::Wander:
         break;
     }
     const double turn = fullTurn * (at / static_cast<double>(24 + m_key % 40) + own);

@@ -11,11 +11,11 @@ class PointSignal
 {
 public:
     enum class Motion {
-        wander, // swings around a base
-        grow,   // a counter, larger at each step until its type wraps
-        flip,   // "0" and "1" in turn, for some steps each
-        steady, // one number for good
-        text,   // one text for good
+        Wander, // swings around a base
+        Grow,   // a counter, larger at each step until its type wraps
+        Flip,   // "0" and "1" in turn, for some steps each
+        Steady, // one number for good
+        Text,   // one text for good
     };
 
     PointSignal(const SimPoint &point, quint32 seed);
@@ -27,7 +27,7 @@ private:
     double noise(quint64 step) const;
     QString number(double value) const;
 
-    Motion m_motion = Motion::wander;
+    Motion m_motion = Motion::Wander;
     quint64 m_key = 0; // stirs seed and point
     double m_base = 0;
     double m_swing = 0; // a wanderer's reach to each side; a counter's growth a step

@@ -72,7 +72,7 @@ QByteArray frame(int command, const QByteArray &body)
 
 QByteArray heartbeatAnswer(const QString &version, const QString &serialNumber, const QString &model)
 {
-    return frame(heartbeatReply,
+    return frame(HeartbeatReply,
                  counted(version.toUtf8(), maxCounted) + counted(serialNumber.toUtf8(), maxCounted)
                      + counted(model.toUtf8(), maxCounted));
 }
@@ -80,7 +80,7 @@ QByteArray heartbeatAnswer(const QString &version, const QString &serialNumber, 
 QByteArray jsonAnswer(const QJsonObject &object)
 {
     const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
-    return frame(json, numberBytes(static_cast<quint32>(text.size()), 2) + text);
+    return frame(Json, numberBytes(static_cast<quint32>(text.size()), 2) + text);
 }
 
 QByteArray verdict(int command, quint8 result)
@@ -96,7 +96,7 @@ QVector<QByteArray> segments(const QByteArray &text, int segmentSize, int wrongT
         const auto segment = static_cast<quint32>(frames.size()) + 1;
         const QByteArray part = text.mid(at, segmentSize);
         frames.append(
-            frame(monitoring,
+            frame(Monitoring,
                   QByteArray(1, '\1') + numberBytes(spoils(wrongTotal, segment) ? total + 1 : total, 4)
                       + numberBytes(static_cast<quint32>(part.size()), 2)
                       + numberBytes(spoils(wrongNumber, segment) ? segment + 1 : segment, 4) + part));

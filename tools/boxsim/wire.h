@@ -34,12 +34,12 @@ constexpr int verdictOffset = 7;
 constexpr int verdictSize = 10;
 
 enum Command {
-    heartbeat = 0x0100,
-    heartbeatReply = 0x0200,
-    project = 0x0300,
-    program = 0x0400,
-    json = 0x0500,
-    monitoring = 0x0600,
+    Heartbeat = 0x0100,
+    HeartbeatReply = 0x0200,
+    Project = 0x0300,
+    Program = 0x0400,
+    Json = 0x0500,
+    Monitoring = 0x0600,
 };
 
 // The number of width bytes at offset, low byte first. The caller has checked that they are there.
