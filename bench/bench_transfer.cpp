@@ -40,10 +40,10 @@ QList<QByteArray> framesOf(const QByteArray &bytes)
     QList<QByteArray> frames;
     quint32 number = 1;
     for (int offset = 0; offset < bytes.size(); offset += Frame::chunkSize) {
-        frames.append(Frame::chunkFrame(Frame::programTransfer, quint32(bytes.size()), number++,
+        frames.append(Frame::chunkFrame(Frame::ProgramTransfer, quint32(bytes.size()), number++,
                                         bytes.mid(offset, Frame::chunkSize)));
     }
-    frames.append(Frame::checksumFrame(Frame::programTransfer, quint32(bytes.size()),
+    frames.append(Frame::checksumFrame(Frame::ProgramTransfer, quint32(bytes.size()),
                                        QCryptographicHash::hash(bytes, QCryptographicHash::Md5)));
     return frames;
 }
@@ -123,7 +123,7 @@ void transfer(benchmark::State &state)
 {
     const Task task;
     FileTransfer::Job job;
-    job.command = Frame::programTransfer;
+    job.command = Frame::ProgramTransfer;
     job.path = task.path;
     job.boxAddress = QLatin1String(address);
     for (auto _ : state) {
@@ -161,12 +161,12 @@ bool writeFromFile(QTcpSocket &socket, const Task &task)
     bool good = file.open(QIODevice::ReadOnly);
     for (quint32 number = 1; good && !file.atEnd(); ++number) {
         good = write(
-            socket, Frame::chunkFrame(Frame::programTransfer, fileSize, number, file.read(Frame::chunkSize)));
+            socket, Frame::chunkFrame(Frame::ProgramTransfer, fileSize, number, file.read(Frame::chunkSize)));
     }
     file.seek(0);
     QCryptographicHash hash(QCryptographicHash::Md5);
     hash.addData(&file);
-    return good && write(socket, Frame::checksumFrame(Frame::programTransfer, fileSize, hash.result()));
+    return good && write(socket, Frame::checksumFrame(Frame::ProgramTransfer, fileSize, hash.result()));
 }
 
 void bareSocket(benchmark::State &state, WriteFrames writeFrames)

@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
                      + QByteArray(2, '\0') + text + "\x56\x78");
 
     for (const Frame::JsonType read :
-         {Frame::lanRead, Frame::wanRead, Frame::wifiRead, Frame::lteRead, Frame::ntpRead, Frame::timeRead}) {
+         {Frame::LanRead, Frame::WanRead, Frame::WifiRead, Frame::LteRead, Frame::NtpRead, Frame::TimeRead}) {
         const JsonCommand::Answer answer = JsonCommand::readAnswer(read, text);
         const auto *settings = std::get_if<BoxSettings>(&answer);
         Fuzz::require(!std::holds_alternative<CommandResult>(answer), "a read is answered by settings");
@@ -21,8 +21,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
                               == QString::number(read),
                       "settings are those of the group that was asked for");
     }
-    for (const Frame::JsonType write : {Frame::lanWrite, Frame::wanWrite, Frame::wifiWrite, Frame::lteWrite,
-                                        Frame::ntpWrite, Frame::timeWrite, Frame::deviceReboot}) {
+    for (const Frame::JsonType write : {Frame::LanWrite, Frame::WanWrite, Frame::WifiWrite, Frame::LteWrite,
+                                        Frame::NtpWrite, Frame::TimeWrite, Frame::DeviceReboot}) {
         Fuzz::require(!std::holds_alternative<BoxSettings>(JsonCommand::readAnswer(write, text)),
                       "a write is answered by a result");
     }

@@ -63,7 +63,7 @@ void accumulate(const QByteArray &text)
     MonitoringAccumulator accumulator;
     for (int at = 0; at < text.size(); at += Frame::chunkSize) {
         accumulator.addSegment(
-            Frame::chunkFrame(Frame::monitoringSegment, 0xffffffff, 1, text.mid(at, Frame::chunkSize)));
+            Frame::chunkFrame(Frame::MonitoringSegment, 0xffffffff, 1, text.mid(at, Frame::chunkSize)));
     }
 }
 

@@ -8,7 +8,7 @@
 
 static QByteArray segment(quint32 total, quint32 number, const QByteArray &text)
 {
-    return Frame::chunkFrame(Frame::monitoringSegment, total, number, text);
+    return Frame::chunkFrame(Frame::MonitoringSegment, total, number, text);
 }
 
 // The text of all pieces, sent as a Box does.

@@ -32,7 +32,7 @@ QByteArray Segments::stream(const QByteArray &text)
     QByteArray frames;
     quint32 number = 1;
     for (int offset = 0; offset < text.size(); offset += Frame::chunkSize) {
-        frames.append(Frame::chunkFrame(Frame::monitoringSegment, quint32(text.size()), number++,
+        frames.append(Frame::chunkFrame(Frame::MonitoringSegment, quint32(text.size()), number++,
                                         text.mid(offset, Frame::chunkSize)));
     }
     return frames;

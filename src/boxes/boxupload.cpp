@@ -57,7 +57,7 @@ void BoxUpload::pushProject()
         return;
     }
     FileTransfer::Job job = m_route();
-    job.command = Frame::projectTransfer;
+    job.command = Frame::ProjectTransfer;
     job.path = path;
     job.removeWhenDigested = true;
     push(job, "BoxEditDialog: updateProject");
@@ -72,7 +72,7 @@ void BoxUpload::pushProgram()
         return;
     }
     FileTransfer::Job job = m_route();
-    job.command = Frame::programTransfer;
+    job.command = Frame::ProgramTransfer;
     job.path = path;
     push(job, "BoxEditDialog: updateProgram");
 }

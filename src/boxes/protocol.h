@@ -87,19 +87,19 @@ public slots:
     void handleOffline() { emit offlineOccurred(); }
     // These take the JSON text of an answer. A read emits its record, or nothing if a key is missing; a
     // write and the reboot tell the result in a modal message.
-    void rebootDeviceReturn(QByteArray responseData) { take(Frame::deviceReboot, responseData); }
-    void readLanAllocationReturn(QByteArray responseData) { take(Frame::lanRead, responseData); }
-    void readWanAllocationReturn(QByteArray responseData) { take(Frame::wanRead, responseData); }
-    void readWifiAllocationReturn(QByteArray responseData) { take(Frame::wifiRead, responseData); }
-    void readLteAllocationReturn(QByteArray responseData) { take(Frame::lteRead, responseData); }
-    void readNTPAllocationReturn(QByteArray responseData) { take(Frame::ntpRead, responseData); }
-    void readTimeAllocationReturn(QByteArray responseData) { take(Frame::timeRead, responseData); }
-    void writeLanAllocationReturn(QByteArray responseData) { take(Frame::lanWrite, responseData); }
-    void writeWanAllocationReturn(QByteArray responseData) { take(Frame::wanWrite, responseData); }
-    void writeWifiAllocationReturn(QByteArray responseData) { take(Frame::wifiWrite, responseData); }
-    void writeLteAllocationReturn(QByteArray responseData) { take(Frame::lteWrite, responseData); }
-    void writeNTPAllocationReturn(QByteArray responseData) { take(Frame::ntpWrite, responseData); }
-    void writeTimeAllocationReturn(QByteArray responseData) { take(Frame::timeWrite, responseData); }
+    void rebootDeviceReturn(QByteArray responseData) { take(Frame::DeviceReboot, responseData); }
+    void readLanAllocationReturn(QByteArray responseData) { take(Frame::LanRead, responseData); }
+    void readWanAllocationReturn(QByteArray responseData) { take(Frame::WanRead, responseData); }
+    void readWifiAllocationReturn(QByteArray responseData) { take(Frame::WifiRead, responseData); }
+    void readLteAllocationReturn(QByteArray responseData) { take(Frame::LteRead, responseData); }
+    void readNTPAllocationReturn(QByteArray responseData) { take(Frame::NtpRead, responseData); }
+    void readTimeAllocationReturn(QByteArray responseData) { take(Frame::TimeRead, responseData); }
+    void writeLanAllocationReturn(QByteArray responseData) { take(Frame::LanWrite, responseData); }
+    void writeWanAllocationReturn(QByteArray responseData) { take(Frame::WanWrite, responseData); }
+    void writeWifiAllocationReturn(QByteArray responseData) { take(Frame::WifiWrite, responseData); }
+    void writeLteAllocationReturn(QByteArray responseData) { take(Frame::LteWrite, responseData); }
+    void writeNTPAllocationReturn(QByteArray responseData) { take(Frame::NtpWrite, responseData); }
+    void writeTimeAllocationReturn(QByteArray responseData) { take(Frame::TimeWrite, responseData); }
 
 private:
     void take(Frame::JsonType command, const QByteArray &text) { m_session->takeAnswer(command, text); }

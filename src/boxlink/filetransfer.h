@@ -23,7 +23,7 @@ public:
     };
 
     struct Job {
-        Frame::Command command = Frame::projectTransfer; // or programTransfer
+        Frame::Command command = Frame::ProjectTransfer; // or ProgramTransfer
         QString path;                                    // read piece by piece, never held as a whole
         QString boxAddress;
         QString localAddress = anyAddress(); // to send from

@@ -49,14 +49,14 @@ quint16 Frame::readCommand(const char *frame)
 
 QByteArray Frame::heartbeatFrame()
 {
-    QByteArray frame = beginFrame(heartbeatRequest, 0);
+    QByteArray frame = beginFrame(HeartbeatRequest, 0);
     return endFrame(frame);
 }
 
 QByteArray Frame::buildJsonFrame(const QJsonObject &request)
 {
     const QByteArray text = QJsonDocument(request).toJson();
-    QByteArray frame = beginFrame(jsonCommand, text.size() + jsonOverhead - minimumSize);
+    QByteArray frame = beginFrame(JsonCommand, text.size() + jsonOverhead - minimumSize);
     appendLittle(frame, quint16(text.size()));
     frame.append(text);
     return endFrame(frame);

@@ -30,12 +30,12 @@ constexpr int footerSize = 2;
 constexpr int minimumSize = bodyOffset + footerSize; // a frame without a body
 
 enum Command : quint16 {
-    heartbeatRequest = 0x0100,
-    heartbeatAnswer = 0x0200,
-    projectTransfer = 0x0300, // on a connection of its own
-    programTransfer = 0x0400, // on a connection of its own
-    jsonCommand = 0x0500,
-    monitoringSegment = 0x0600,
+    HeartbeatRequest = 0x0100,
+    HeartbeatAnswer = 0x0200,
+    ProjectTransfer = 0x0300, // on a connection of its own
+    ProgramTransfer = 0x0400, // on a connection of its own
+    JsonCommand = 0x0500,
+    MonitoringSegment = 0x0600,
 };
 
 // Heartbeat answer: three texts in UTF-8 (version, serial number, model), each behind one length byte.
@@ -47,19 +47,19 @@ constexpr int jsonOverhead = 10; // a JSON frame without its text
 // The "type" of a JSON command. A read and the reboot send it as a JSON string, a write sends it as a JSON
 // number, and every answer has it as a string: the Box expects it so.
 enum JsonType {
-    lanRead = 2,
-    wanRead = 3,
-    wifiRead = 4,
-    lteRead = 5,
-    deviceReboot = 6,
-    ntpRead = 8,
-    timeRead = 9,
-    lanWrite = 102,
-    wanWrite = 103,
-    wifiWrite = 104,
-    lteWrite = 105,
-    ntpWrite = 108,
-    timeWrite = 109,
+    LanRead = 2,
+    WanRead = 3,
+    WifiRead = 4,
+    LteRead = 5,
+    DeviceReboot = 6,
+    NtpRead = 8,
+    TimeRead = 9,
+    LanWrite = 102,
+    WanWrite = 103,
+    WifiWrite = 104,
+    LteWrite = 105,
+    NtpWrite = 108,
+    TimeWrite = 109,
 };
 
 // Transfer and monitoring body:

@@ -16,8 +16,8 @@ struct GroupCommands {
     Frame::JsonType write;
 };
 constexpr GroupCommands groupCommands[] = {
-    {Frame::lanRead, Frame::lanWrite}, {Frame::wanRead, Frame::wanWrite}, {Frame::wifiRead, Frame::wifiWrite},
-    {Frame::lteRead, Frame::lteWrite}, {Frame::ntpRead, Frame::ntpWrite}, {Frame::timeRead, Frame::timeWrite},
+    {Frame::LanRead, Frame::LanWrite}, {Frame::WanRead, Frame::WanWrite}, {Frame::WifiRead, Frame::WifiWrite},
+    {Frame::LteRead, Frame::LteWrite}, {Frame::NtpRead, Frame::NtpWrite}, {Frame::TimeRead, Frame::TimeWrite},
 };
 static_assert(std::size(groupCommands) == std::variant_size_v<BoxSettings>);
 
@@ -50,7 +50,7 @@ QJsonObject JsonCommand::readRequest(SettingsGroup group)
 
 QJsonObject JsonCommand::rebootRequest()
 {
-    return {{typeKey, QString::number(Frame::deviceReboot)},
+    return {{typeKey, QString::number(Frame::DeviceReboot)},
             {paresKey, QJsonObject{{QStringLiteral("reboot"), QStringLiteral("reboot")}}}};
 }
 
@@ -86,7 +86,7 @@ std::optional<Frame::JsonType> JsonCommand::commandOf(const QString &type)
             return commands.write;
         }
     }
-    return isType(Frame::deviceReboot) ? std::optional(Frame::deviceReboot) : std::nullopt;
+    return isType(Frame::DeviceReboot) ? std::optional(Frame::DeviceReboot) : std::nullopt;
 }
 
 JsonCommand::Answer JsonCommand::readAnswer(Frame::JsonType command, const QByteArray &answer)

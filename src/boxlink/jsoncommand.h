@@ -11,7 +11,7 @@
 
 // The result of a write or of the reboot.
 struct CommandResult {
-    Frame::JsonType command; // lanWrite to timeWrite, or deviceReboot
+    Frame::JsonType command; // LanWrite to TimeWrite, or DeviceReboot
     QString code;
 
     bool succeeded() const { return code == QLatin1String("200"); }

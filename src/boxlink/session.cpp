@@ -206,14 +206,14 @@ void Session::dispatch(const QByteArray &frame)
         return;
     }
     switch (Frame::readCommand(frame.constData())) {
-    case Frame::heartbeatAnswer:
+    case Frame::HeartbeatAnswer:
         takeHeartbeat(frame);
         break;
-    case Frame::jsonCommand:
+    case Frame::JsonCommand:
         // The text-length field is not looked at: the text reaches to the footer.
         dispatchJson(frame.mid(Frame::jsonTextOffset, qMax(0, frame.size() - Frame::jsonOverhead)));
         break;
-    case Frame::monitoringSegment:
+    case Frame::MonitoringSegment:
         takeSegment(frame);
         break;
     default:

@@ -39,7 +39,7 @@ protected:
         return file.fileName();
     }
 
-    FileTransfer::Job job(const QByteArray &content, Frame::Command command = Frame::projectTransfer)
+    FileTransfer::Job job(const QByteArray &content, Frame::Command command = Frame::ProjectTransfer)
     {
         FileTransfer::Job job;
         job.command = command;

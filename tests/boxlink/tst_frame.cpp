@@ -85,7 +85,7 @@ void tst_Frame::chunkFrame()
 void tst_Frame::checksumFrame()
 {
     const QByteArray digest = QByteArray::fromHex("900150983cd24fb0d6963f7d28e17f72"); // of "abc"
-    QCOMPARE(Frame::checksumFrame(Frame::programTransfer, 3, digest),
+    QCOMPARE(Frame::checksumFrame(Frame::ProgramTransfer, 3, digest),
              QByteArray::fromHex("12 34 04 00 1e 00 02 03 00 00 00 10"
                                  "90 01 50 98 3c d2 4f b0 d6 96 3f 7d 28 e1 7f 72 56 78"));
 }
@@ -93,7 +93,7 @@ void tst_Frame::checksumFrame()
 void tst_Frame::checksumFrameOfNoData()
 {
     const QByteArray digest = QByteArray::fromHex("d41d8cd98f00b204e9800998ecf8427e");
-    QCOMPARE(Frame::checksumFrame(Frame::projectTransfer, 0, digest),
+    QCOMPARE(Frame::checksumFrame(Frame::ProjectTransfer, 0, digest),
              QByteArray::fromHex("12 34 03 00 1e 00 02 00 00 00 00 10"
                                  "d4 1d 8c d9 8f 00 b2 04 e9 80 09 98 ec f8 42 7e 56 78"));
 }

@@ -165,14 +165,14 @@ void tst_JsonCommand::settingsAnswer_data()
                            Frame::JsonType write) {
         QTest::newRow(name) << command << text(keys).split(QLatin1Char(' ')) << write;
     };
-    newRow("LAN", Frame::lanRead, "lanIp lanMask lanGateway lanDns1 lanDns2", Frame::lanWrite);
-    newRow("WAN", Frame::wanRead, "wanDhcp wanIp wanMask wanGateway wanDns1 wanDns2", Frame::wanWrite);
-    newRow("WIFI", Frame::wifiRead,
+    newRow("LAN", Frame::LanRead, "lanIp lanMask lanGateway lanDns1 lanDns2", Frame::LanWrite);
+    newRow("WAN", Frame::WanRead, "wanDhcp wanIp wanMask wanGateway wanDns1 wanDns2", Frame::WanWrite);
+    newRow("WIFI", Frame::WifiRead,
            "wifiOnOff wifiMode ssid password wifiDhcp wifiIp wifiMask wifiGateway wifiDns1 wifiDns2",
-           Frame::wifiWrite);
-    newRow("LTE", Frame::lteRead, "lteOnOff AT1 AT2 AT3 AT4 AT5", Frame::lteWrite);
-    newRow("NTP", Frame::ntpRead, "NTP", Frame::ntpWrite);
-    newRow("time", Frame::timeRead, "date", Frame::timeWrite);
+           Frame::WifiWrite);
+    newRow("LTE", Frame::LteRead, "lteOnOff AT1 AT2 AT3 AT4 AT5", Frame::LteWrite);
+    newRow("NTP", Frame::NtpRead, "NTP", Frame::NtpWrite);
+    newRow("time", Frame::TimeRead, "date", Frame::TimeWrite);
 }
 
 void tst_JsonCommand::settingsAnswer()
@@ -221,7 +221,7 @@ void tst_JsonCommand::everyKeyIsNeeded()
 void tst_JsonCommand::valueThatIsNoTextReadsAsEmpty()
 {
     const auto answer = JsonCommand::readAnswer(
-        Frame::wanRead,
+        Frame::WanRead,
         R"({"pares":{"wanDhcp":1,"wanIp":null,"wanMask":true,"wanGateway":["d"],"wanDns1":{},"wanDns2":"f"}})");
     QCOMPARE(shown(answer),
              QByteArray(R"({"pares":{"wanDns1":"","wanDns2":"f","wanGateway":"","wanIp":"","wanMask":""},)"
@@ -245,7 +245,7 @@ void tst_JsonCommand::droppedSettings()
 {
     QFETCH(QByteArray, json);
     for (const auto command :
-         {Frame::lanRead, Frame::wanRead, Frame::wifiRead, Frame::lteRead, Frame::ntpRead, Frame::timeRead}) {
+         {Frame::LanRead, Frame::WanRead, Frame::WifiRead, Frame::LteRead, Frame::NtpRead, Frame::TimeRead}) {
         QVERIFY(std::holds_alternative<std::monostate>(JsonCommand::readAnswer(command, json)));
     }
 }
@@ -264,8 +264,8 @@ void tst_JsonCommand::commandAnswer()
 {
     QFETCH(QString, code);
     QFETCH(bool, succeeded);
-    for (const auto command : {Frame::lanWrite, Frame::wanWrite, Frame::wifiWrite, Frame::lteWrite,
-                               Frame::ntpWrite, Frame::timeWrite, Frame::deviceReboot}) {
+    for (const auto command : {Frame::LanWrite, Frame::WanWrite, Frame::WifiWrite, Frame::LteWrite,
+                               Frame::NtpWrite, Frame::TimeWrite, Frame::DeviceReboot}) {
         const auto answer = JsonCommand::readAnswer(command, compact({{QStringLiteral("code"), code}}));
         const auto *result = std::get_if<CommandResult>(&answer);
         QVERIFY(result);
@@ -289,8 +289,8 @@ void tst_JsonCommand::droppedResult_data()
 void tst_JsonCommand::droppedResult()
 {
     QFETCH(QByteArray, json);
-    QVERIFY(std::holds_alternative<std::monostate>(JsonCommand::readAnswer(Frame::lanWrite, json)));
-    QVERIFY(std::holds_alternative<std::monostate>(JsonCommand::readAnswer(Frame::deviceReboot, json)));
+    QVERIFY(std::holds_alternative<std::monostate>(JsonCommand::readAnswer(Frame::LanWrite, json)));
+    QVERIFY(std::holds_alternative<std::monostate>(JsonCommand::readAnswer(Frame::DeviceReboot, json)));
 }
 
 QTEST_GUILESS_MAIN(tst_JsonCommand)
