@@ -35,7 +35,7 @@ using Roles = QVector<QPair<int, QVariant>>;
 
 enum class Level { Project, Folder, Definition };
 
-// Level by depth; anything below a folder counts as a definition.
+// Level by depth; anything below a folder counts as a definition. The item must not be null.
 Level levelOf(const QStandardItem *item);
 // The top-level item above (or at) the item; null for null.
 QStandardItem *projectOf(QStandardItem *item);
