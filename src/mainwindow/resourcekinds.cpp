@@ -2,6 +2,7 @@
 
 #include "boxes/boxeditdialog.h"
 #include "boxes/boxinputdialog.h"
+#include "definitions/serverprotocols.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
@@ -17,7 +18,6 @@
 #include "servers/servermodbustcpeditdialog.h"
 #include "servers/serveronenetmqtteditdialog.h"
 #include "servers/serveropcuaeditdialog.h"
-#include "servers/serverprotocols.h"
 #include "servers/serversl651editdialog.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"

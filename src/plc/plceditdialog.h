@@ -1,11 +1,11 @@
 #pragma once
 
+#include "definitions/plccatalogue.h"
 #include "forms/editform.h"
 #include "forms/fieldtable.h"
 #include "model/itemref.h"
 #include "model/projecttree.h"
 #include "parametertable/parametereditor.h"
-#include "plc/plccatalogue.h"
 
 #include <vector>
 

@@ -64,6 +64,15 @@ Field check(const char *name, const char *label, int role, Initially initially)
             initially == Initially::On ? "true" : nullptr};
 }
 
+QVector<Choice> allenBradleyModels()
+{
+    QVector<Choice> choices;
+    for (const PlcCatalogue::Model &each : PlcCatalogue::allenBradleyModels()) {
+        choices.append({each.text, QString(each.code)});
+    }
+    return choices;
+}
+
 QVector<Field> network()
 {
     return {
@@ -210,7 +219,7 @@ QVector<Group> others()
                 nullptr,
                 nullptr,
                 nullptr,
-                PlcCatalogue::allenBradleyModels()},
+                allenBradleyModels()},
           number("Slot", slot, plcAbSlotRole, "0"),
           number("router", QT_TRANSLATE_NOOP("PLCEditDialog", "Router:"), plcAbRouterRole, nullptr)}},
         {PlcGroup::Df1,

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "definitions/plccatalogue.h"
 #include "forms/fieldtable.h"
-#include "plc/plccatalogue.h"
 
 // The tables that the PLC form is made of; all labels and titles are source texts of PLCEditDialog.
 namespace PlcFields {

@@ -1,8 +1,8 @@
 #include "plc/plcinputdialog.h"
 
+#include "definitions/plccatalogue.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
-#include "plc/plccatalogue.h"
 
 #include <QComboBox>
 #include <QFormLayout>

@@ -1,9 +1,9 @@
 #include "servers/serverinputdialog.h"
 
+#include "definitions/serverprotocols.h"
 #include "forms/formpage.h"
 #include "forms/validators.h"
 #include "log/activitylog.h"
-#include "servers/serverprotocols.h"
 #include "widgets/tell.h"
 
 #include <QComboBox>

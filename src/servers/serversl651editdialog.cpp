@@ -1,8 +1,8 @@
 #include "servers/serversl651editdialog.h"
 
+#include "definitions/sl651elements.h"
 #include "model/itemroles.h"
 #include "servers/serverfields.h"
-#include "servers/sl651elements.h"
 #include "widgets/tell.h"
 
 #include <QComboBox>

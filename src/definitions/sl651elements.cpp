@@ -1,4 +1,4 @@
-#include "servers/sl651elements.h"
+#include "definitions/sl651elements.h"
 
 const QVector<Sl651::Element> &Sl651::elements()
 {

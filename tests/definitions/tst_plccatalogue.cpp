@@ -1,4 +1,4 @@
-#include "plc/plccatalogue.h"
+#include "definitions/plccatalogue.h"
 
 #include <QtTest>
 
@@ -170,8 +170,8 @@ void TestPlcCatalogue::modelsShowTheirSettings()
 void TestPlcCatalogue::allenBradleyModelsHaveCodes()
 {
     QStringList models;
-    for (const Choice &choice : PlcCatalogue::allenBradleyModels()) {
-        models.append(S(choice.text) + QLatin1Char('=') + choice.code.toString());
+    for (const PlcCatalogue::Model &model : PlcCatalogue::allenBradleyModels()) {
+        models.append(S(model.text) + QLatin1Char('=') + model.code);
     }
     QCOMPARE(models,
              QStringList({S("ControlLogix系列=controllogix"), S("CompactLogix系列=compactlogix"),
@@ -218,5 +218,5 @@ void TestPlcCatalogue::portGoesByTheProtocol()
     QCOMPARE(PlcCatalogue::defaultPort(S(QTest::currentDataTag())), port);
 }
 
-QTEST_APPLESS_MAIN(TestPlcCatalogue)
+QTEST_GUILESS_MAIN(TestPlcCatalogue)
 #include "tst_plccatalogue.moc"

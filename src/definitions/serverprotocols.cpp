@@ -1,4 +1,4 @@
-#include "servers/serverprotocols.h"
+#include "definitions/serverprotocols.h"
 
 #include <QCoreApplication>
 

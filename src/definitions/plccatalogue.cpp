@@ -1,4 +1,4 @@
-#include "plc/plccatalogue.h"
+#include "definitions/plccatalogue.h"
 
 namespace {
 
@@ -154,16 +154,17 @@ PlcGroup groupOfModel(const QString &name)
     return PlcGroup::None;
 }
 
-QVector<Choice> allenBradleyModels()
+const QVector<Model> &allenBradleyModels()
 {
-    return {
-        {"ControlLogix系列", QStringLiteral("controllogix")},
-        {"CompactLogix系列", QStringLiteral("compactlogix")},
-        {"MicroLogix系列", QStringLiteral("micrologix")},
-        {"Logix5000系列", QStringLiteral("lgxplc5")},
-        {"Micro800系列", QStringLiteral("micro800")},
-        {"SLC 500", QStringLiteral("slc500")},
+    static const QVector<Model> models{
+        {"ControlLogix系列", QLatin1String("controllogix")},
+        {"CompactLogix系列", QLatin1String("compactlogix")},
+        {"MicroLogix系列", QLatin1String("micrologix")},
+        {"Logix5000系列", QLatin1String("lgxplc5")},
+        {"Micro800系列", QLatin1String("micro800")},
+        {"SLC 500", QLatin1String("slc500")},
     };
+    return models;
 }
 
 QStringList series(const QString &manufacturer)

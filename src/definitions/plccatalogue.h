@@ -1,12 +1,10 @@
 #pragma once
 
-#include "forms/fieldtable.h"
-
 #include <QLatin1String>
 #include <QStringList>
 #include <QVector>
 
-// The groups of the PLC form that hold the settings of a link or of a protocol, in the order of the form.
+// The groups of settings of a link or of a protocol, in the order of the form.
 enum class PlcGroup {
     None,
     Network,
@@ -61,8 +59,13 @@ QStringList protocols(const QString &manufacturer);
 QStringList models(const QString &protocol);
 // The group with the connection settings of an S7 model: rack, TSAP or none.
 PlcGroup groupOfModel(const QString &name);
-// The models of AllenBradley, stored as codes.
-QVector<Choice> allenBradleyModels();
+// A model as lists show it and as it is stored.
+struct Model {
+    const char *text; // UTF-8
+    QLatin1String code;
+};
+// The models of AllenBradley.
+const QVector<Model> &allenBradleyModels();
 // The series of a manufacturer of Modbus devices; empty for others.
 QStringList series(const QString &manufacturer);
 
