@@ -1,6 +1,7 @@
 #include "support/largeplant.h"
 
 #include "definitions/documentkeys.h"
+#include "definitions/protocols.h"
 
 #include <QStandardItem>
 
@@ -31,9 +32,9 @@ std::unique_ptr<QStandardItem> project(const Shape &shape, const QString &protoc
     QStandardItem *folder = ProjectTree::childNamed(project.get(), ProjectTree::standardFolder);
     for (int number = 0; number < shape.standards; ++number) {
         QStandardItem *standard = ProjectTree::appendDefinition(folder, QStringLiteral("Line %1").arg(number),
-                                                                ProjectTree::standardIcon(protocol));
+                                                                Protocols::standardIcon(protocol));
         standard->setData(protocol, standardProtocolRole);
-        standard->setData(QStringLiteral("ModbusTCP"), standardModbusModeRole);
+        standard->setData(QString(Protocols::modbusTcp), standardModbusModeRole);
         fillParameters(standard, kind);
         GroupMap groups;
         for (int slave = 0; slave < shape.slaves; ++slave) {
@@ -85,12 +86,12 @@ RowList modbusTab(int points)
 
 std::unique_ptr<QStandardItem> modbusProject(const Shape &shape)
 {
-    return project(shape, QStringLiteral("Modbus"), DocumentKeys::ModbusTcp, modbusGroup);
+    return project(shape, Protocols::modbus, DocumentKeys::ModbusTcp, modbusGroup);
 }
 
 std::unique_ptr<QStandardItem> meterProject(const Shape &shape)
 {
-    return project(shape, QStringLiteral("DLT645"), DocumentKeys::Meter, meterGroup);
+    return project(shape, Protocols::dlt645, DocumentKeys::Meter, meterGroup);
 }
 
 } // namespace LargePlant

@@ -68,15 +68,6 @@ inline const QLatin1String standardsKey("standards");
 inline const QLatin1String servicesKey("services");
 inline const QLatin1String boxsKey("boxs");
 
-inline const QLatin1String modbus("Modbus");
-inline const QLatin1String modbusTcp("ModbusTCP");
-inline const QLatin1String modbusRtu("ModbusRTU");
-inline const QLatin1String dlt645("DLT645");
-inline const QLatin1String dido("DIDO");
-inline const QLatin1String customPoll("CustomPoll");
-inline const QLatin1String opcUa("OpcUA");
-inline const QLatin1String iec61850("IEC61850");
-
 inline const Field boxFields[] = {
     {QLatin1String("ip"), boxIpRole},
     {QLatin1String("lanIp"), boxLanIpRole},

@@ -1,5 +1,7 @@
 #include "definitions/serverprotocols.h"
 
+#include "definitions/protocols.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -14,16 +16,16 @@ const QVector<ServerProtocol> &ServerProtocols::all()
     // clang-format off
     using P = ServerProtocol;
     static const QVector<ServerProtocol> protocols = {
-        {QStringLiteral("MQTT"), false, "MQTT.svg", "1883", nullptr, P::Address | P::Port},
-        {QT_TRANSLATE_NOOP("ServerFields", "AliMQTT"), true, "ali.svg", "1883", "", P::Domain | P::Port},
-        {QT_TRANSLATE_NOOP("ServerFields", "OneNetMQTT"), true, "onenet.svg", "1883", "mqtts.heclouds.com",
+        {Protocols::mqtt, false, "MQTT.svg", "1883", nullptr, P::Address | P::Port},
+        {Protocols::aliMqtt, true, "ali.svg", "1883", "", P::Domain | P::Port},
+        {Protocols::oneNetMqtt, true, "onenet.svg", "1883", "mqtts.heclouds.com",
          P::Domain | P::Port},
-        {QT_TRANSLATE_NOOP("ServerFields", "HuaWeiMQTT"), true, "HuaWei.svg", "8883", "", P::Domain | P::Port},
-        {QStringLiteral("ModbusTCP(Slave)"), false, "server-file.svg", "502", nullptr,
+        {Protocols::huaWeiMqtt, true, "HuaWei.svg", "8883", "", P::Domain | P::Port},
+        {Protocols::modbusTcpSlave, false, "server-file.svg", "502", nullptr,
          P::LocalPort | P::SlaveNote, true},
-        {QStringLiteral("HJ212"), false, "HJ212.svg", "", nullptr, P::Address | P::Port},
-        {QStringLiteral("SL651"), false, "SL651.svg", "", nullptr, P::Address | P::Port},
-        {QStringLiteral("OpcUaServer"), false, "OpcUaServer.svg", "4840", nullptr, P::Port},
+        {Protocols::hj212, false, "HJ212.svg", "", nullptr, P::Address | P::Port},
+        {Protocols::sl651, false, "SL651.svg", "", nullptr, P::Address | P::Port},
+        {Protocols::opcUaServer, false, "OpcUaServer.svg", "4840", nullptr, P::Port},
     };
     // clang-format on
     return protocols;

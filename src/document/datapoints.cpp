@@ -2,6 +2,7 @@
 
 #include "definitions/dlt645items.h"
 #include "definitions/documentkeys.h"
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 
@@ -50,10 +51,10 @@ const QVector<Member> &parameterMembers()
 const QVector<Source> &sources()
 {
     static const QVector<Source> table = {
-        {DocumentKeys::modbus, Layout::Groups, parameterMembers()},
+        {Protocols::modbus, Layout::Groups, parameterMembers()},
         // The Standard's form stores three cells a row, so that no reporting method stands there as yet.
-        {DocumentKeys::dlt645, Layout::MeterGroups, {{DocumentKeys::nameKey, 2}, {reportingMethodKey, 3}}},
-        {DocumentKeys::dido,
+        {Protocols::dlt645, Layout::MeterGroups, {{DocumentKeys::nameKey, 2}, {reportingMethodKey, 3}}},
+        {Protocols::dido,
          Layout::List,
          {{DocumentKeys::addrKey, 0},
           {DocumentKeys::nameKey, 1},
@@ -61,7 +62,7 @@ const QVector<Source> &sources()
           {reportingMethodKey, 3},
           {DocumentKeys::dataTypeKey, noColumn, QLatin1String("bit")},
           {lengthKey, noColumn, QLatin1String("1")}}},
-        {DocumentKeys::opcUa,
+        {Protocols::opcUa,
          Layout::List,
          {{DocumentKeys::addrKey, 0},
           {DocumentKeys::nameKey, 1},

@@ -1,5 +1,6 @@
 #include "document/projectreader.h"
 
+#include "definitions/protocols.h"
 #include "document/documentrows.h"
 #include "model/projecttree.h"
 
@@ -43,10 +44,10 @@ void readService(const QJsonObject &service, QStandardItem *item, const Texts &t
 // Where "communicationTimeout" goes; a Modbus Standard of neither mode keeps both roles as they are.
 int timeoutRoleOf(const QString &protocol, const QString &mode)
 {
-    if (protocol != modbus || mode == modbusTcp) {
+    if (protocol != Protocols::modbus || mode == Protocols::modbusTcp) {
         return standardCommunicationTimeoutRole;
     }
-    return mode == modbusRtu ? standardRtuCommunicationTimeoutRole : -1;
+    return mode == Protocols::modbusRtu ? standardRtuCommunicationTimeoutRole : -1;
 }
 
 void readParameter(const QJsonObject &parameter, int timeoutRole, QStandardItem *item)
@@ -116,22 +117,23 @@ void readStandard(const QJsonObject &standard, QStandardItem *item, const Texts 
     readAuthentication(extended, texts.standardAuthentication, item, standardAuthenticationRole);
 
     const QJsonArray groups = standard.value(datasKey).toArray();
-    if (protocol == dlt645) {
-        item->setData(readGroups(groups, dlt645, readDlt645Group, texts), standardDatasRole);
-    } else if (protocol == modbus) {
-        item->setData(readGroups(groups, modbus, readModbusGroup, texts), standardDatasRole);
+    if (protocol == Protocols::dlt645) {
+        item->setData(readGroups(groups, Protocols::dlt645, readDlt645Group, texts), standardDatasRole);
+    } else if (protocol == Protocols::modbus) {
+        item->setData(readGroups(groups, Protocols::modbus, readModbusGroup, texts), standardDatasRole);
     }
 }
 
 // Loaded Standards of the other kinds have no icon, though the tree knows one for some of them.
 QString standardIconOf(const QString &protocol)
 {
-    return protocol == dlt645 || protocol == modbus ? ProjectTree::standardIcon(protocol) : QString();
+    return protocol == Protocols::dlt645 || protocol == Protocols::modbus ? Protocols::standardIcon(protocol)
+                                                                          : QString();
 }
 
 QString serviceIconOf(const QString &protocol)
 {
-    return protocol == iec61850 ? ProjectTree::serviceIcon : QString();
+    return protocol == Protocols::iec61850 ? ProjectTree::serviceIcon : QString();
 }
 
 QString boxIconOf(const QString &)
@@ -148,9 +150,9 @@ struct Branch {
 };
 
 const Branch branches[] = {
-    {standardsKey, 0, standardIconOf, readStandard},
-    {servicesKey, 1, serviceIconOf, readService},
-    {boxsKey, 2, boxIconOf, readBox},
+    {standardsKey, ProjectTree::StandardRow, standardIconOf, readStandard},
+    {servicesKey, ProjectTree::ServiceRow, serviceIconOf, readService},
+    {boxsKey, ProjectTree::BoxRow, boxIconOf, readBox},
 };
 
 // The first child of each name.

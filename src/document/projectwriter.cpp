@@ -1,5 +1,6 @@
 #include "document/projectwriter.h"
 
+#include "definitions/protocols.h"
 #include "document/documentrows.h"
 #include "document/plcdocument.h"
 #include "document/serverdocument.h"
@@ -45,7 +46,7 @@ QJsonObject serviceObject(const QStandardItem &service, const Texts &texts)
 {
     QJsonObject object{{nameKey, service.text()}};
     const QString protocol = textOf(service, serviceProtocolRole);
-    if (protocol == iec61850) {
+    if (protocol == Protocols::iec61850) {
         object.insert(protocolKey, protocol);
         insertFields(&object, serviceFields, service);
         object.insert(extendedParametersKey, serviceExtendedParameters(service, texts));
@@ -121,7 +122,9 @@ template <typename Table> QJsonArray plainList(const Table &columns, const QStan
 void writeModbus(QJsonObject *object, const QStandardItem &standard, const Texts &texts)
 {
     const QString mode = textOf(standard, standardModbusModeRole);
-    const StandardKind kind = mode == modbusTcp ? ModbusTcp : mode == modbusRtu ? ModbusRtu : None;
+    const StandardKind kind = mode == Protocols::modbusTcp ? ModbusTcp
+        : mode == Protocols::modbusRtu                     ? ModbusRtu
+                                                           : None;
     object->insert(modbusKey, mode);
     object->insert(parameterKey, parameterObject(standard, kind));
     object->insert(datasKey, groupArray(standard, modbusGroup, texts));
@@ -167,8 +170,9 @@ QJsonObject standardObject(const QStandardItem &standard, const Texts &texts)
         QLatin1String protocol;
         void (*write)(QJsonObject *, const QStandardItem &, const Texts &);
     } kinds[] = {
-        {modbus, writeModbus},         {dlt645, writeDlt645}, {dido, writeDido},
-        {customPoll, writeCustomPoll}, {opcUa, writeOpcUa},
+        {Protocols::modbus, writeModbus}, {Protocols::dlt645, writeDlt645},
+        {Protocols::dido, writeDido},     {Protocols::customPoll, writeCustomPoll},
+        {Protocols::opcUa, writeOpcUa},
     };
 
     QJsonObject object{{nameKey, standard.text()}};

@@ -1,5 +1,6 @@
 #include "document/serverdocument.h"
 
+#include "definitions/protocols.h"
 #include "document/documentrows.h"
 #include "model/projecttree.h"
 
@@ -129,14 +130,14 @@ unsigned kindOf(const QString &protocol)
         QLatin1String protocol;
         Kind kind;
     } kinds[] = {
-        {QLatin1String("MQTT"), Mqtt},
-        {QLatin1String("AliMQTT"), AliMqtt},
-        {QLatin1String("OneNetMQTT"), OneNetMqtt},
-        {QLatin1String("HuaWeiMQTT"), HuaWeiMqtt},
-        {QLatin1String("ModbusTCP(Slave)"), Slave},
-        {QLatin1String("HJ212"), Hj212},
-        {QLatin1String("SL651"), Sl651},
-        {QLatin1String("OpcUaServer"), OpcUaServer},
+        {Protocols::mqtt, Mqtt},
+        {Protocols::aliMqtt, AliMqtt},
+        {Protocols::oneNetMqtt, OneNetMqtt},
+        {Protocols::huaWeiMqtt, HuaWeiMqtt},
+        {Protocols::modbusTcpSlave, Slave},
+        {Protocols::hj212, Hj212},
+        {Protocols::sl651, Sl651},
+        {Protocols::opcUaServer, OpcUaServer},
     };
     for (const auto &each : kinds) {
         if (protocol == each.protocol) {

@@ -2,6 +2,7 @@
 
 #include "boxes/boxeditdialog.h"
 #include "boxes/boxinputdialog.h"
+#include "definitions/protocols.h"
 #include "definitions/serverprotocols.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
@@ -199,7 +200,7 @@ const AddKind &addStandard()
             standardInputDialog dialog(window);
             if (dialog.exec() == QDialog::Accepted) {
                 take({dialog.name(),
-                      ProjectTree::standardIcon(dialog.protocol()),
+                      Protocols::standardIcon(dialog.protocol()),
                       {{standardProtocolRole, dialog.protocol()}}});
             }
         },

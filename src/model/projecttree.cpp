@@ -100,18 +100,6 @@ QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, cons
     return item;
 }
 
-QString standardIcon(const QString &protocol)
-{
-    static const QMap<QString, QString> icons = {
-        {QStringLiteral("DIDO"), QStringLiteral(":/adsdemo/images/dio.svg")},
-        {QStringLiteral("CustomPoll"), QStringLiteral(":/adsdemo/images/CustomPoll.svg")},
-        {QStringLiteral("DLT645"), QStringLiteral(":/adsdemo/images/DLT645.svg")},
-        {QStringLiteral("OpcUA"), QStringLiteral(":/adsdemo/images/OpcUa.svg")},
-        {QStringLiteral("Modbus"), QStringLiteral(":/adsdemo/images/Modbus.svg")},
-    };
-    return icons.value(protocol);
-}
-
 bool isTrue(const QVariant &flag)
 {
     return flag.toString() == QLatin1String("true");

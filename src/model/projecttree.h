@@ -22,10 +22,13 @@ Q_DECLARE_METATYPE(QList<QVariantList>)
 // the name everywhere, and the folder texts are compared by logic, so they are never translated.
 namespace ProjectTree {
 
-extern const QString standardFolder; // "Standard", row 0 of its project
-extern const QString serviceFolder;  // "Service", row 1
-extern const QString boxFolder;      // "Box", row 2
-extern const QString dataFolder;     // "Data", row 3
+// The fixed folders of a project, by their rows. Logic finds a folder by its text or by its row.
+enum FolderRow : int { StandardRow, ServiceRow, BoxRow, DataRow };
+
+extern const QString standardFolder; // "Standard"
+extern const QString serviceFolder;  // "Service"
+extern const QString boxFolder;      // "Box"
+extern const QString dataFolder;     // "Data"
 // Folders that no project is given and that are known all the same.
 extern const QString plcFolder;    // "PLC"
 extern const QString serverFolder; // "Server"
@@ -56,8 +59,7 @@ QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, cons
 QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QIcon &icon,
                                 const Roles &roles = {});
 
-// Icon resource of a Standard by protocol; empty for a protocol without one.
-QString standardIcon(const QString &protocol);
+// Icon resources of definitions; that of a Standard goes by its protocol.
 extern const QString boxIcon;
 extern const QString serviceIcon;
 extern const QString dataIcon;

@@ -1,6 +1,6 @@
 #include "standards/modbusfields.h"
 
-#include "definitions/documentkeys.h"
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "standards/standardfields.h"
 
@@ -20,7 +20,7 @@ QVector<Field> ModbusFields::identity()
          FieldKind::List,
          standardModbusModeRole,
          FieldCheck::None,
-         {DocumentKeys::modbusTcp, DocumentKeys::modbusRtu}},
+         {Protocols::modbusTcp, Protocols::modbusRtu}},
     };
 }
 

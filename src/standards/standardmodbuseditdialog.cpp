@@ -1,6 +1,6 @@
 #include "standards/standardmodbuseditdialog.h"
 
-#include "definitions/documentkeys.h"
+#include "definitions/protocols.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
 #include "model/itemroles.h"
@@ -246,8 +246,8 @@ void standardModbusEditDialog::clearData()
 
 void standardModbusEditDialog::onProtocolChanged(QString protocol)
 {
-    m_networkGroup->setVisible(protocol == DocumentKeys::modbusTcp);
-    m_serialGroup->setVisible(protocol == DocumentKeys::modbusRtu);
+    m_networkGroup->setVisible(protocol == Protocols::modbusTcp);
+    m_serialGroup->setVisible(protocol == Protocols::modbusRtu);
 }
 
 QTableWidget *standardModbusEditDialog::currentTable() const

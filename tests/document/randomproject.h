@@ -4,6 +4,7 @@
 
 #include "definitions/dlt645items.h"
 #include "definitions/documentkeys.h"
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 
@@ -28,11 +29,11 @@ public:
         model->appendRow(project);
         ProjectTree::appendMissingFolders(project);
         for (int left = below(4); left > 0; --left) {
-            makeStandard(define(project->child(0)));
+            makeStandard(define(project->child(ProjectTree::StandardRow)));
         }
-        makeService(define(project->child(1)));
+        makeService(define(project->child(ProjectTree::ServiceRow)));
         for (int left = below(4); left > 0; --left) {
-            fill(define(project->child(2)), DocumentKeys::boxFields);
+            fill(define(project->child(ProjectTree::BoxRow)), DocumentKeys::boxFields);
         }
         return project;
     }
@@ -102,7 +103,7 @@ private:
     void makeService(QStandardItem *item)
     {
         using namespace DocumentKeys;
-        item->setData(iec61850, serviceProtocolRole);
+        item->setData(Protocols::iec61850, serviceProtocolRole);
         fill(item, serviceFields);
         fill(item, servicePasswordFields);
         fill(item, serviceCertificateFields);
@@ -117,11 +118,11 @@ private:
     void makeStandard(QStandardItem *item)
     {
         const bool meter = below(2) == 1;
-        item->setData(meter ? DocumentKeys::dlt645 : DocumentKeys::modbus, standardProtocolRole);
+        item->setData(meter ? Protocols::dlt645 : Protocols::modbus, standardProtocolRole);
         fill(item, DocumentKeys::standardParameters);
         item->setData(flag(), standardRtsEnableRole);
         if (!meter) {
-            item->setData(oneOf(QVector<QString>{DocumentKeys::modbusTcp, DocumentKeys::modbusRtu}),
+            item->setData(oneOf(QVector<QString>{Protocols::modbusTcp, Protocols::modbusRtu}),
                           standardModbusModeRole);
         }
         GroupMap groups;

@@ -18,12 +18,11 @@ private slots:
     void projectNamedLooksAtTopLevelRowsOnly();
     void newProjectHasItsTextRolesAndIconAndNoFolders();
     void missingFoldersComeInTheirOrder();
+    void foldersAreNamedByTheirRows();
     void missingFoldersAreAppendedBehindThoseThatAreThere();
     void folderTextsAreNeverTranslated();
     void definitionIsAppendedWithItsIcon();
     void definitionWithoutIconHasNone();
-    void standardIconFollowsTheProtocol_data();
-    void standardIconFollowsTheProtocol();
     void flagsAreBooleansOrTexts_data();
     void flagsAreBooleansOrTexts();
     void listTypesAreRegisteredByName();
@@ -110,6 +109,16 @@ void TestProjectTree::missingFoldersComeInTheirOrder()
     QCOMPARE(project.rowCount(), 4);
 }
 
+void TestProjectTree::foldersAreNamedByTheirRows()
+{
+    QStandardItem project;
+    ProjectTree::appendMissingFolders(&project);
+    QCOMPARE(project.child(ProjectTree::StandardRow)->text(), ProjectTree::standardFolder);
+    QCOMPARE(project.child(ProjectTree::ServiceRow)->text(), ProjectTree::serviceFolder);
+    QCOMPARE(project.child(ProjectTree::BoxRow)->text(), ProjectTree::boxFolder);
+    QCOMPARE(project.child(ProjectTree::DataRow)->text(), ProjectTree::dataFolder);
+}
+
 void TestProjectTree::missingFoldersAreAppendedBehindThoseThatAreThere()
 {
     QStandardItem project(QStringLiteral("P"));
@@ -145,29 +154,6 @@ void TestProjectTree::definitionWithoutIconHasNone()
     QStandardItem folder;
     const QStandardItem *item = ProjectTree::appendDefinition(&folder, QStringLiteral("x"), QString());
     QVERIFY(item->icon().isNull());
-}
-
-void TestProjectTree::standardIconFollowsTheProtocol_data()
-{
-    QTest::addColumn<QString>("protocol");
-    QTest::addColumn<QString>("icon");
-    QTest::newRow("Modbus") << QStringLiteral("Modbus") << QStringLiteral(":/adsdemo/images/Modbus.svg");
-    QTest::newRow("DLT645") << QStringLiteral("DLT645") << QStringLiteral(":/adsdemo/images/DLT645.svg");
-    QTest::newRow("DIDO") << QStringLiteral("DIDO") << QStringLiteral(":/adsdemo/images/dio.svg");
-    QTest::newRow("CustomPoll") << QStringLiteral("CustomPoll")
-                                << QStringLiteral(":/adsdemo/images/CustomPoll.svg");
-    QTest::newRow("OpcUA") << QStringLiteral("OpcUA") << QStringLiteral(":/adsdemo/images/OpcUa.svg");
-    QTest::newRow("other case") << QStringLiteral("modbus") << QString();
-    QTest::newRow("unknown") << QStringLiteral("Profibus") << QString();
-    QTest::newRow("empty") << QString() << QString();
-}
-
-void TestProjectTree::standardIconFollowsTheProtocol()
-{
-    QFETCH(QString, protocol);
-    QFETCH(QString, icon);
-    QCOMPARE(ProjectTree::standardIcon(protocol), icon);
-    QVERIFY(icon.isEmpty() || QFile::exists(icon));
 }
 
 void TestProjectTree::flagsAreBooleansOrTexts_data()
