@@ -1,7 +1,9 @@
 #include "support/largeplant.h"
 
-#include "definitions/documentkeys.h"
+#include "definitions/dlt645items.h"
 #include "definitions/protocols.h"
+#include "definitions/values.h"
+#include "model/itemroles.h"
 
 #include <QStandardItem>
 
@@ -16,9 +18,9 @@ using MakeGroup = std::function<RowList(int number, int points)>;
 
 void fillParameters(QStandardItem *standard, unsigned kind)
 {
-    for (const DocumentKeys::ParameterField &field : DocumentKeys::standardParameters) {
-        if (field.writtenFor & kind) {
-            standard->setData(QStringLiteral("1000"), field.role);
+    for (const Definitions::Value &value : Definitions::values(Definitions::Kind::Standard)) {
+        if (value.place == Definitions::Place::Parameter && (value.subKinds & kind)) {
+            standard->setData(QStringLiteral("1000"), value.role);
         }
     }
 }
@@ -86,12 +88,12 @@ RowList modbusTab(int points)
 
 std::unique_ptr<QStandardItem> modbusProject(const Shape &shape)
 {
-    return project(shape, Protocols::modbus, DocumentKeys::ModbusTcp, modbusGroup);
+    return project(shape, Protocols::modbus, Definitions::ModbusTcp, modbusGroup);
 }
 
 std::unique_ptr<QStandardItem> meterProject(const Shape &shape)
 {
-    return project(shape, Protocols::dlt645, DocumentKeys::Meter, meterGroup);
+    return project(shape, Protocols::dlt645, Definitions::Meter, meterGroup);
 }
 
 } // namespace LargePlant

@@ -6,18 +6,18 @@
 
 namespace DocumentKeys {
 
-QString toDocument(const QVariant &value, Coding coding)
+QString toDocument(const QVariant &value, Definitions::Coding coding)
 {
-    if (coding == Coding::Text) {
+    if (coding == Definitions::Coding::Text) {
         return value.toString();
     }
     return ProjectTree::isTrue(value) ? QStringLiteral("1") : QStringLiteral("0");
 }
 
-QString fromDocument(const QJsonValue &value, Coding coding)
+QString fromDocument(const QJsonValue &value, Definitions::Coding coding)
 {
     const QString text = value.toString();
-    if (coding == Coding::Text) {
+    if (coding == Definitions::Coding::Text) {
         return text;
     }
     return text == QLatin1String("1") ? QStringLiteral("true") : QStringLiteral("false");

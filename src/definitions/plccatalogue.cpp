@@ -110,6 +110,29 @@ const Entry *find(const QString &manufacturer, const QString &protocol)
     return nullptr;
 }
 
+PlcGroup linkOf(const QString &protocol)
+{
+    for (const Entry &entry : entries()) {
+        if (entry.protocol == protocol) {
+            return entry.link;
+        }
+    }
+    return PlcGroup::None;
+}
+
+PlcGroup groupInDocument(const QString &manufacturer, const QString &protocol)
+{
+    if (const Entry *entry = find(manufacturer, protocol)) {
+        return entry->group;
+    }
+    if (protocol == modbusRtuOnTcp) {
+        return manufacturer == modbus ? PlcGroup::Modbus
+            : manufacturer == delta   ? PlcGroup::Delta
+                                      : PlcGroup::None;
+    }
+    return PlcGroup::None;
+}
+
 QStringList manufacturers()
 {
     QStringList names;

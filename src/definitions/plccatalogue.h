@@ -49,6 +49,11 @@ const QVector<Entry> &entries();
 // The entry of exactly this pair, or null.
 const Entry *find(const QString &manufacturer, const QString &protocol);
 
+// The link of a protocol, whatever the manufacturer: Network, Serial, or None for an unknown protocol.
+PlcGroup linkOf(const QString &protocol);
+// The group whose settings the document holds for this pair, or None. It knows more pairs than the form.
+PlcGroup groupInDocument(const QString &manufacturer, const QString &protocol);
+
 // The manufacturers that a new PLC can have. "Modbus" is none of them on purpose: stored projects may have
 // it.
 QStringList manufacturers();

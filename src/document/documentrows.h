@@ -4,62 +4,41 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QStandardItem>
+#include <QVariantList>
 
 #include <iterator>
 
-// Items and rows written and read by the tables of their keys.
+// Rows of tables written and read by their columns.
 namespace DocumentKeys {
 
-inline QString textOf(const QStandardItem &item, int role)
-{
-    return item.data(role).toString();
-}
-
-template <typename Table>
-void insertFields(QJsonObject *object, const Table &fields, const QStandardItem &item)
-{
-    for (const Field &field : fields) {
-        object->insert(field.key, textOf(item, field.role));
-    }
-}
-
 // Adds a row's cells to the object; those that a short row lacks are written as empty ones.
-template <typename Table>
-QJsonObject withRow(QJsonObject object, const Table &columns, const QVariantList &row)
+template <typename Columns>
+QJsonObject withRow(QJsonObject object, const Columns &columns, const QVariantList &row)
 {
     int cell = 0;
-    for (const Column &column : columns) {
+    for (const Definitions::Column &column : columns) {
         object.insert(column.key, toDocument(row.value(cell++), column.coding));
     }
     return object;
 }
 
-// One object per row, from the given one on. All start as copies of an object that has the keys: a value for
-// a key that is there costs much less than one with a new key.
-template <typename Table>
-QJsonArray rowArray(const Table &columns, const QList<QVariantList> &rows, int first)
+// Appends one object per row, from the given one on. All start as copies of an object that has the keys: a
+// value for a key that is there costs much less than one with a new key. What else the keys hold, each has.
+template <typename Columns>
+void appendRows(QJsonArray *array, const Columns &columns, const QList<QVariantList> &rows, int first,
+                const QJsonObject &others = QJsonObject())
 {
-    const QJsonObject keys = withRow(QJsonObject(), columns, QVariantList());
-    QJsonArray array;
+    const QJsonObject keys = withRow(others, columns, QVariantList());
     for (int row = first; row < rows.size(); ++row) {
-        array.append(withRow(keys, columns, rows.at(row)));
-    }
-    return array;
-}
-
-template <typename Table> void readFields(const QJsonObject &object, const Table &fields, QStandardItem *item)
-{
-    for (const Field &field : fields) {
-        item->setData(object.value(field.key).toString(), field.role);
+        array->append(withRow(keys, columns, rows.at(row)));
     }
 }
 
-template <typename Table> QVariantList readRow(const Table &columns, const QJsonObject &object)
+template <typename Columns> QVariantList readRow(const Columns &columns, const QJsonObject &object)
 {
     QVariantList row;
-    row.reserve(int(std::size(columns)));
-    for (const Column &column : columns) {
+    row.reserve(int(std::distance(std::begin(columns), std::end(columns))));
+    for (const Definitions::Column &column : columns) {
         row.append(fromDocument(object.value(column.key), column.coding));
     }
     return row;

@@ -14,6 +14,8 @@ private slots:
     void pairsShowTheirGroups_data();
     void pairsShowTheirGroups();
     void noOtherPairIsKnown();
+    void linkGoesByTheProtocol();
+    void documentKnowsTwoMorePairs();
     void manufacturersInOrder();
     void protocolsInOrder_data();
     void protocolsInOrder();
@@ -106,6 +108,29 @@ void TestPlcCatalogue::noOtherPairIsKnown()
     QVERIFY(!PlcCatalogue::find(S("Siemens"), S("Empty")));
     QVERIFY(!PlcCatalogue::find(S("Modbus"), S("Modbus RTU On TCP")));
     QVERIFY(!PlcCatalogue::find(S("Delta"), S("Modbus RTU On TCP")));
+}
+
+void TestPlcCatalogue::linkGoesByTheProtocol()
+{
+    for (const Pair &pair : pairs) {
+        QVERIFY2(PlcCatalogue::linkOf(S(pair.protocol)) == pair.link, pair.protocol);
+    }
+    for (const char *unknown : {"Empty", "s7", ""}) {
+        QVERIFY2(PlcCatalogue::linkOf(S(unknown)) == PlcGroup::None, unknown);
+    }
+}
+
+void TestPlcCatalogue::documentKnowsTwoMorePairs()
+{
+    for (const Pair &pair : pairs) {
+        QVERIFY(PlcCatalogue::groupInDocument(S(pair.manufacturer), S(pair.protocol)) == pair.group);
+    }
+    const QString onTcp = S("Modbus RTU On TCP");
+    QVERIFY(PlcCatalogue::groupInDocument(S("Modbus"), onTcp) == PlcGroup::Modbus);
+    QVERIFY(PlcCatalogue::groupInDocument(S("Delta"), onTcp) == PlcGroup::Delta);
+    for (const char *other : {"Siemens", "Omron", "Beckhoff", "Panasonic", ""}) {
+        QVERIFY2(PlcCatalogue::groupInDocument(S(other), onTcp) == PlcGroup::None, other);
+    }
 }
 
 void TestPlcCatalogue::manufacturersInOrder()

@@ -33,7 +33,7 @@ public:
         }
         makeService(define(project->child(ProjectTree::ServiceRow)));
         for (int left = below(4); left > 0; --left) {
-            fill(define(project->child(ProjectTree::BoxRow)), DocumentKeys::boxFields);
+            fill(define(project->child(ProjectTree::BoxRow)), Definitions::Kind::Box);
         }
         return project;
     }
@@ -91,24 +91,23 @@ private:
         return ProjectTree::appendDefinition(folder, name, QString());
     }
 
-    template <typename Table> void fill(QStandardItem *item, const Table &fields)
+    void fill(QStandardItem *item, Definitions::Kind kind)
     {
-        for (const auto &field : fields) {
-            if (below(10) > 0) { // else unset, as on an item whose form was never opened
-                item->setData(text(), field.role);
+        for (const Definitions::Value &value : Definitions::values(kind)) {
+            const bool isText =
+                value.coding == Definitions::Coding::Text || value.coding == Definitions::Coding::Flag;
+            if (isText && below(10) > 0) { // else unset, as on an item whose form was never opened
+                item->setData(text(), value.role);
             }
         }
     }
 
     void makeService(QStandardItem *item)
     {
-        using namespace DocumentKeys;
+        fill(item, Definitions::Kind::Service);
         item->setData(Protocols::iec61850, serviceProtocolRole);
-        fill(item, serviceFields);
-        fill(item, servicePasswordFields);
-        fill(item, serviceCertificateFields);
-        fill(item, serviceClientCertificateFields);
-        item->setData(Texts().serviceAuthentication.at(std::size_t(below(2))), serviceAuthenticationRole);
+        item->setData(DocumentKeys::Texts().serviceAuthentication.at(std::size_t(below(2))),
+                      serviceAuthenticationRole);
         for (const int role :
              {serviceEnableGoosePublishingRole, serviceEnableSslRole, serviceIsVerifyClientCertRole}) {
             item->setData(flag(), role);
@@ -118,8 +117,8 @@ private:
     void makeStandard(QStandardItem *item)
     {
         const bool meter = below(2) == 1;
+        fill(item, Definitions::Kind::Standard);
         item->setData(meter ? Protocols::dlt645 : Protocols::modbus, standardProtocolRole);
-        fill(item, DocumentKeys::standardParameters);
         item->setData(flag(), standardRtsEnableRole);
         if (!meter) {
             item->setData(oneOf(QVector<QString>{Protocols::modbusTcp, Protocols::modbusRtu}),
