@@ -18,7 +18,7 @@ void TestServerProtocols::offeredInOrder()
     QStringList keys;
     for (const ServerProtocol &protocol : ServerProtocols::all()) {
         keys.append(protocol.key);
-        QCOMPARE(protocol.shownName(), QString(protocol.key)); // no catalogue is loaded
+        QCOMPARE(protocol.shownName("ServerInputDialog"), QString(protocol.key)); // no catalogue is loaded
     }
     QCOMPARE(keys.join(QLatin1Char('|')),
              QStringLiteral("MQTT|AliMQTT|OneNetMQTT|HuaWeiMQTT|ModbusTCP(Slave)|HJ212|SL651|OpcUaServer"));
