@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMap>
+#include <QRegularExpression>
 #include <QTableView>
 
 #include <limits>
@@ -55,7 +56,8 @@ QString textOf(const QAbstractItemView *view, const QModelIndex &index)
 
 QString oneLine(QString text)
 {
-    return text.replace(QLatin1Char('\t'), QLatin1Char(' ')).replace(QLatin1Char('\n'), QLatin1Char(' '));
+    static const QRegularExpression breaks(QStringLiteral("\r\n|[\t\n\r\\x{2028}\\x{2029}]"));
+    return text.replace(breaks, QStringLiteral(" "));
 }
 
 } // namespace

@@ -23,6 +23,7 @@ private slots:
     void hiddenRowsStayBehind();
     void columnsComeInTheOrderShown();
     void cellWidgetsGiveWhatTheyShow();
+    void breaksAndTabsDoNotTearTheLines_data();
     void breaksAndTabsDoNotTearTheLines();
     void listsAreCopiedToo();
     void nothingSelectedIsAnEmptyText();
@@ -86,12 +87,29 @@ void TestTableCopy::cellWidgetsGiveWhatTheyShow()
     QCOMPARE(TableCopy::selectedText(m_table.get()), QStringLiteral("40001\tfloat\ttrue"));
 }
 
+void TestTableCopy::breaksAndTabsDoNotTearTheLines_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("copied");
+    QTest::newRow("line feed and tab") << "one\ntwo\tthree"
+                                       << "one two three";
+    QTest::newRow("carriage return") << "one\rtwo"
+                                     << "one two";
+    QTest::newRow("both are one line break") << "one\r\ntwo"
+                                             << "one two";
+    QTest::newRow("two line breaks") << "one\n\ntwo"
+                                     << "one  two";
+    QTest::newRow("separators of Unicode") << QStringLiteral("one\u2028two\u2029three") << "one two three";
+}
+
 void TestTableCopy::breaksAndTabsDoNotTearTheLines()
 {
-    m_table->item(0, 0)->setText(QStringLiteral("one\ntwo\tthree"));
+    QFETCH(QString, text);
+    QFETCH(QString, copied);
+    m_table->item(0, 0)->setText(text);
     select(0, 0);
     select(0, 1);
-    QCOMPARE(TableCopy::selectedText(m_table.get()), QStringLiteral("one two three\ta1"));
+    QCOMPARE(TableCopy::selectedText(m_table.get()), copied + QStringLiteral("\ta1"));
 }
 
 void TestTableCopy::listsAreCopiedToo()
