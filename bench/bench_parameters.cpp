@@ -1,7 +1,6 @@
 // Large parameter tables in the form of a Modbus Standard.
 
 #include "model/itemroles.h"
-#include "parametertable/parametereditor.h"
 #include "standards/standardmodbuseditdialog.h"
 #include "support/largeplant.h"
 
@@ -89,7 +88,7 @@ void importCsv(benchmark::State &state)
         state.PauseTiming();
         auto form = opened(empty.get());
         state.ResumeTiming();
-        form->findChild<ParameterEditor *>()->importFile(path);
+        form->importFile(path);
         QCoreApplication::processEvents();
         state.PauseTiming();
         if (!holds(*form, points)) {

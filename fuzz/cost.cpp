@@ -8,7 +8,7 @@
 #include "document/projectreader.h"
 #include "document/projectwriter.h"
 #include "fuzztarget.h"
-#include "parametertable/parametercsv.h"
+#include "parameters/parametercsv.h"
 
 #include <QJsonDocument>
 #include <QRandomGenerator>
@@ -78,7 +78,7 @@ template <bool plc> void readCsv(const QByteArray &rows)
     const ParameterVariant &variant = plc ? ParameterVariant::plc() : ParameterVariant::modbus();
     QByteArray file = variant.headers().join(QLatin1Char(',')).toUtf8() + '\n' + rows;
     QTextStream stream(&file, QIODevice::ReadOnly);
-    ParameterCsv::read(stream, variant, [] {});
+    ParameterCsv::read(stream.readAll(), variant);
 }
 
 // A document with as many of these as fit in, %1 being a number of its own for each.

@@ -2,7 +2,7 @@
 // file, with the header in front of it unless that byte is large.
 
 #include "fuzztarget.h"
-#include "parametertable/parametercsv.h"
+#include "parameters/parametercsv.h"
 
 #include <QTextStream>
 
@@ -17,9 +17,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
         file.prepend(variant.headers().join(QLatin1Char(',')).toUtf8() + '\n');
     }
     QTextStream stream(&file, QIODevice::ReadOnly | QIODevice::Text);
-    int badChoices = 0;
-    const ParameterCsv::Import import = ParameterCsv::read(stream, variant, [&badChoices] { ++badChoices; });
-    Fuzz::require(badChoices <= import.rows.size(), "a bad choice is told once a row");
+    const ParameterCsv::Import import = ParameterCsv::read(stream.readAll(), variant);
+    Fuzz::require(import.refusal || import.badChoices <= import.rows.size(),
+                  "a bad choice is told once a row");
+    Fuzz::require(!import.refusal || import.rows.isEmpty(), "what is refused brings no rows");
     for (const QVariantList &row : import.rows) {
         Fuzz::require(row.size() >= 6 && row.size() <= variant.columns.size(), "a row has its columns");
         for (const QVariant &cell : row) {

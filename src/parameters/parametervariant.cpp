@@ -1,43 +1,15 @@
 #include "parameters/parametervariant.h"
 
+#include "parameters/parametertext.h"
+
 #include <QCoreApplication>
 
 namespace {
 
-const char *const storedMethods[] = {
-    QT_TRANSLATE_NOOP("ParameterTable", "Timed"),
-    QT_TRANSLATE_NOOP("ParameterTable", "Change"),
-    QT_TRANSLATE_NOOP("ParameterTable", "Change amplitude"),
-};
-
-const char *const nodeTypes[] = {
-    QT_TRANSLATE_NOOP("ParameterTable", "GUID Node"),
-    QT_TRANSLATE_NOOP("ParameterTable", "Numerical Node"),
-    QT_TRANSLATE_NOOP("ParameterTable", "String Node"),
-};
-
-template <typename Texts> QStringList listOf(const Texts &texts)
-{
-    QStringList list;
-    for (const char *text : texts) {
-        list.append(QString::fromLatin1(text));
-    }
-    return list;
-}
-
-QStringList translatedAll(const ParameterVariant &variant, const QStringList &sources)
-{
-    QStringList texts;
-    for (const QString &source : sources) {
-        texts.append(variant.translated(source.toLatin1().constData()));
-    }
-    return texts;
-}
-
 // The entries that are shown translated, as stored.
 const QStringList &translatedEntries()
 {
-    static const QStringList list = listOf(storedMethods) + listOf(nodeTypes);
+    static const QStringList list = ParameterText::methods() + ParameterText::nodeTypes();
     return list;
 }
 
@@ -157,7 +129,7 @@ QStringList ParameterVariant::entries(ParameterCell cell) const
     case ParameterCell::Crc:
         return {QStringLiteral("true"), QStringLiteral("false")};
     case ParameterCell::NodeType:
-        return listOf(nodeTypes);
+        return ParameterText::nodeTypes();
     default:
         return {};
     }
@@ -173,20 +145,28 @@ QString ParameterVariant::shown(const QString &stored) const
     return translatedEntries().contains(stored) ? translated(stored.toLatin1().constData()) : stored;
 }
 
-QString ParameterVariant::stored(const QString &shown) const
+QString ParameterVariant::stored(const QString &shownText) const
 {
-    const int index = translatedAll(*this, translatedEntries()).indexOf(shown);
-    return index < 0 ? shown : translatedEntries().at(index);
+    for (const QString &entry : translatedEntries()) {
+        if (shown(entry) == shownText) {
+            return entry;
+        }
+    }
+    return shownText;
 }
 
-QStringList ParameterVariant::shownMethods() const
+QStringList ParameterVariant::shownEntries(ParameterCell cell) const
 {
-    return translatedAll(*this, ParameterText::methods());
+    QStringList texts = entries(cell);
+    for (QString &text : texts) {
+        text = shown(text);
+    }
+    return texts;
 }
 
 QString ParameterVariant::amplitudeMethod() const
 {
-    return translated(storedMethods[2]);
+    return shown(ParameterText::methods().last());
 }
 
 const ParameterVariant &ParameterVariant::plc()
@@ -238,26 +218,4 @@ const ParameterVariant &ParameterVariant::opcUa()
                         "ParameterTable",
                         "Invalid input in row %1: only letters, digits, underscores, and dots are allowed."));
     return variant;
-}
-
-const QStringList &ParameterText::types()
-{
-    static const QStringList list{
-        QStringLiteral("bool"),   QStringLiteral("int8"),   QStringLiteral("uint8"),
-        QStringLiteral("int16"),  QStringLiteral("uint16"), QStringLiteral("int32"),
-        QStringLiteral("uint32"), QStringLiteral("int64"),  QStringLiteral("uint64"),
-        QStringLiteral("float"),  QStringLiteral("double"), QStringLiteral("string")};
-    return list;
-}
-
-const QStringList &ParameterText::permissions()
-{
-    static const QStringList list{QStringLiteral("r"), QStringLiteral("rw")};
-    return list;
-}
-
-const QStringList &ParameterText::methods()
-{
-    static const QStringList list = listOf(storedMethods);
-    return list;
 }

@@ -59,7 +59,8 @@ struct ParameterVariant {
     // is not known, stands for itself.
     QString shown(const QString &stored) const;
     QString stored(const QString &shown) const;
-    QStringList shownMethods() const;
+    // The entries of a list, as shown.
+    QStringList shownEntries(ParameterCell cell) const;
     // The method that makes the amplitude live, as shown.
     QString amplitudeMethod() const;
 
@@ -69,14 +70,3 @@ struct ParameterVariant {
     static const ParameterVariant &dido();
     static const ParameterVariant &opcUa();
 };
-
-// Entries of lists, as stored.
-namespace ParameterText {
-
-// The twelve data types, in list order.
-const QStringList &types();
-const QStringList &permissions();
-// The reporting methods as stored.
-const QStringList &methods();
-
-} // namespace ParameterText

@@ -4,6 +4,7 @@
 #include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
+#include "parametertable/parametertable.h"
 #include "plc/plcfields.h"
 
 #include <QComboBox>
@@ -12,7 +13,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStandardItem>
-#include <QTableWidget>
 
 #include <algorithm>
 
@@ -34,14 +34,11 @@ bool isOfModel(PlcGroup group)
 } // namespace
 
 PLCEditDialog::PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
-    : EditForm(parent)
+    : ParameterForm(ParameterVariant::plc(), workspace, parent)
     , m_item(item)
-    , m_workspace(workspace)
     , m_attributes(context, PlcFields::attributes())
     , m_trigger(context, PlcFields::trigger())
     , m_omronModel(context, PlcFields::omronModel())
-    , m_parameters(new ParameterEditor(
-          ParameterVariant::plc(), this, workspace, [this] { return m_table; }, [this] { return m_table; }))
 {
     setWindowTitle(tr("Edit PLC"));
     auto *layout = new QVBoxLayout(this);
@@ -86,9 +83,8 @@ QWidget *PLCEditDialog::buildContent()
     parameters->setFixedHeight(parameterListHeight);
     auto *form = new QFormLayout(parameters);
     addTrigger(form);
-    form->addRow(m_parameters->makeButtons(parameters));
-    m_table = new QTableWidget(parameters);
-    m_parameters->prepare(m_table);
+    form->addRow(makeTableButtons(parameters));
+    m_table = makeTable(parameters);
     form->addRow(m_table);
     column->addStretch();
     alignFields();
@@ -174,9 +170,9 @@ void PLCEditDialog::saveChanges()
         }
     }
     ProjectTree::registerTypes();
-    item->setData(QVariant::fromValue(m_parameters->rows(m_table)), plcParametersRole);
-    if (m_workspace) {
-        m_workspace->appendMessage(
+    item->setData(QVariant::fromValue(m_table->rows()), plcParametersRole);
+    if (workspace()) {
+        workspace()->appendMessage(
             tr("The PLC '%1' is saved successfully.").arg(m_attributes.text(QStringLiteral("name"))));
     }
     logToFile(QStringLiteral("PLCEditDialog: save"));
@@ -252,100 +248,4 @@ const PLCEditDialog::Group &PLCEditDialog::group(PlcGroup id) const
         std::find_if(m_groups.begin(), m_groups.end(), [id](const Group &each) { return each.id == id; });
     Q_ASSERT(found != m_groups.end());
     return *found;
-}
-
-bool PLCEditDialog::eventFilter(QObject *obj, QEvent *event)
-{
-    return EditForm::eventFilter(obj, event);
-}
-
-// What follows hands over to the parameter table.
-
-void PLCEditDialog::addParameter()
-{
-    m_parameters->addParameter();
-}
-
-void PLCEditDialog::removeParameter()
-{
-    m_parameters->removeParameter();
-}
-
-void PLCEditDialog::removeAllParameters()
-{
-    m_parameters->removeAllParameters();
-}
-
-void PLCEditDialog::loadParameters(const QList<QVariantList> &rows)
-{
-    m_parameters->loadParameters(rows);
-}
-
-void PLCEditDialog::importParameters()
-{
-    m_parameters->importParameters();
-}
-
-void PLCEditDialog::exportParameters()
-{
-    m_parameters->exportParameters();
-}
-
-void PLCEditDialog::validateLength(int row, int column)
-{
-    m_parameters->validateLength(row, column);
-}
-
-void PLCEditDialog::validateName(int row, int column)
-{
-    m_parameters->validateName(row, column);
-}
-
-void PLCEditDialog::validateNameOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_parameters->validateNameOnChange(row, column);
-}
-
-void PLCEditDialog::validateAddr(int row, int column)
-{
-    m_parameters->validateAddr(row, column);
-}
-
-void PLCEditDialog::validateAddrOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_parameters->validateAddrOnChange(row, column);
-}
-
-void PLCEditDialog::validateChange(int row, int column)
-{
-    m_parameters->validateChange(row, column);
-}
-
-void PLCEditDialog::validateChangeOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_parameters->validateChangeOnChange(row, column);
-}
-
-void PLCEditDialog::validateFormula(int row, int column)
-{
-    m_parameters->validateFormula(row, column);
-}
-
-void PLCEditDialog::validateFormulaOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_parameters->validateFormulaOnChange(row, column);
-}
-
-void PLCEditDialog::updateChangeAmplitudeCell(int row, bool enabled)
-{
-    m_parameters->updateChangeAmplitudeCell(row, enabled);
-}
-
-void PLCEditDialog::updateloadChangeAmplitudeCell(int row, bool enabled)
-{
-    m_parameters->updateloadChangeAmplitudeCell(row, enabled);
 }

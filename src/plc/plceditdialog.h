@@ -1,25 +1,21 @@
 #pragma once
 
 #include "definitions/plccatalogue.h"
-#include "forms/editform.h"
 #include "forms/fieldtable.h"
 #include "model/itemref.h"
-#include "model/projecttree.h"
-#include "parametertable/parametereditor.h"
+#include "parametertable/parameterform.h"
 
 #include <vector>
 
 class QFormLayout;
 class QGroupBox;
 class QStandardItem;
-class QTableWidget;
 class QVBoxLayout;
-class Workspace;
 
 // The form of one PLC: a stack of groups of which those that fit manufacturer and protocol are shown, over
 // the parameter table. At "Save" the visible groups are written and the hidden ones erased; the form stays
 // open.
-class PLCEditDialog : public EditForm
+class PLCEditDialog : public ParameterForm
 {
     Q_OBJECT
 public:
@@ -31,13 +27,6 @@ public:
     // visible keep what they show, in a tab behind another all of them.
     void replaceItem(QStandardItem *item);
 
-    void addParameter();
-    void removeParameter();
-    void removeAllParameters();
-    void loadParameters(const QList<QVariantList> &rows);
-    void importParameters();
-    void exportParameters();
-
 public slots:
     void saveChanges();
     void clearData();
@@ -47,19 +36,9 @@ public slots:
     void onmodelChanged(QString model);
     // Gives an item without a port the protocol's; the field takes no notice.
     void updateProtocolOptions(QString protocol);
-    void validateLength(int row, int column);
-    void validateName(int row, int column);
-    void validateNameOnChange(int row, int column, QString newName);
-    void validateAddr(int row, int column);
-    void validateAddrOnChange(int row, int column, QString newName);
-    void validateChange(int row, int column);
-    void validateChangeOnChange(int row, int column, QString newName);
-    void validateFormula(int row, int column);
-    void validateFormulaOnChange(int row, int column, QString newName);
-    // The guard against the wheel, which may be called by name here.
-    bool eventFilter(QObject *obj, QEvent *event) override;
-    void updateChangeAmplitudeCell(int row, bool enabled);
-    void updateloadChangeAmplitudeCell(int row, bool enabled);
+
+protected:
+    ParameterTable *currentTable() const override { return m_table; }
 
 private:
     struct Group {
@@ -78,11 +57,9 @@ private:
     const Group &group(PlcGroup id) const;
 
     ItemRef m_item;
-    Workspace *m_workspace; // Not owned; may be null.
     FieldTable m_attributes;
     std::vector<Group> m_groups; // in the order of the form
     FieldTable m_trigger;
     FieldTable m_omronModel;
-    QTableWidget *m_table = nullptr;
-    ParameterEditor *m_parameters;
+    ParameterTable *m_table = nullptr;
 };

@@ -1,22 +1,21 @@
 #include "standards/standardcustompolleditdialog.h"
 
 #include "model/itemroles.h"
-#include "parametertable/parametereditor.h"
+#include "parametertable/parametertable.h"
 #include "standards/standardfields.h"
 
 #include <QComboBox>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
-#include <QTableWidget>
 
 namespace {
 
 constexpr int hexDigits = 0; // index in the list "HEX"
 constexpr int noCrc = 1;     // index in the list "CRC"
 
-template <class Widget> Widget *cell(const QTableWidget *table, int row, ParameterCell which)
+int columnOf(ParameterCell cell)
 {
-    return qobject_cast<Widget *>(table->cellWidget(row, ParameterVariant::customPoll().indexOf(which)));
+    return ParameterVariant::customPoll().indexOf(cell);
 }
 
 } // namespace
@@ -34,15 +33,15 @@ standardCustomPollEditDialog::standardCustomPollEditDialog(QStandardItem *item, 
     , m_hexDigits(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9a-fA-F ]*")), this))
     , m_printable(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[ -~]*")), this))
 {
-    connect(rows(), &ParameterEditor::rowMade, this, &standardCustomPollEditDialog::connectRow);
+    connect(currentTable(), &ParameterTable::rowMade, this, &standardCustomPollEditDialog::connectRow);
     begin();
 }
 
-void standardCustomPollEditDialog::connectRow(QTableWidget *table, int row)
+void standardCustomPollEditDialog::connectRow(int row)
 {
-    auto *hex = cell<QComboBox>(table, row, ParameterCell::Hex);
-    auto *content = cell<QLineEdit>(table, row, ParameterCell::DataContent);
-    auto *crc = cell<QComboBox>(table, row, ParameterCell::Crc);
+    const QComboBox *hex = currentTable()->list(row, columnOf(ParameterCell::Hex));
+    QLineEdit *content = currentTable()->editor(row, columnOf(ParameterCell::DataContent));
+    QComboBox *crc = currentTable()->list(row, columnOf(ParameterCell::Crc));
     if (!hex || !content || !crc) {
         return; // a stored row may be short
     }

@@ -22,7 +22,7 @@ public slots:
     void onHexComboBoxChanged(int index, QComboBox *crcComboBox, QLineEdit *dataContentLineEdit);
 
 private:
-    void connectRow(QTableWidget *table, int row);
+    void connectRow(int row);
     QRegularExpressionValidator *validatorFor(int hexIndex) const;
 
     QRegularExpressionValidator *m_hexDigits;

@@ -5,6 +5,7 @@
 #include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
+#include "parametertable/parametertable.h"
 #include "standards/modbusfields.h"
 #include "standards/standardfields.h"
 #include "standards/standardtabs.h"
@@ -18,7 +19,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStandardItem>
-#include <QTableWidget>
 #include <QTimer>
 
 namespace {
@@ -31,21 +31,14 @@ template <class Widget> Widget *child(const QWidget *page, const char *name)
 } // namespace
 
 standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
-    : EditForm(parent)
+    : ParameterForm(ParameterVariant::modbus(), workspace, parent)
     , m_item(item)
-    , m_workspace(workspace)
     , m_identity(ModbusFields::context, ModbusFields::identity())
     , m_network(ModbusFields::context, ModbusFields::network())
     , m_serial(ModbusFields::context, ModbusFields::serial())
     , m_trigger(ModbusFields::context, StandardFields::trigger())
-    , m_parameters(new ParameterEditor(
-          ParameterVariant::modbus(), this, workspace, [this] { return currentTable(); },
-          [this] { return m_latestTable.data(); }))
 {
     setWindowTitle(tr("Edit Standard"));
-    m_parameters->setMissingText([this] {
-        return m_tabs->currentWidget() ? tr("Parameter table not found.") : tr("No tab selected.");
-    });
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(FormPage::scrollArea(buildContent(), this));
     const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
@@ -127,11 +120,9 @@ QWidget *standardModbusEditDialog::makePage(const QString &title)
     slave.setText(QStringLiteral("stationNumEdit"), QStringLiteral("1"));
     child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(true);
 
-    column->addWidget(m_parameters->makeButtons(page));
-    auto *table = new QTableWidget(page);
-    m_parameters->prepare(table);
-    m_latestTable = table;
-    column->addWidget(table);
+    column->addWidget(makeTableButtons(page));
+    m_latestTable = makeTable(page);
+    column->addWidget(m_latestTable);
     column->addStretch();
     m_tabs->appendPage(page, title);
     return page;
@@ -182,7 +173,7 @@ void standardModbusEditDialog::loadTab(QString title, QList<QVariantList> rows)
     child<QComboBox>(page, "byteOrderComboBox")->setCurrentText(settings.value(2).toString());
     child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(ProjectTree::isTrue(settings.value(3)));
     child<QCheckBox>(page, "charReversedCheckBox")->setChecked(ProjectTree::isTrue(settings.value(4)));
-    m_parameters->fill(page->findChild<QTableWidget *>(), rows);
+    page->findChild<ParameterTable *>()->fill(rows);
 }
 
 void standardModbusEditDialog::deleteTab(int index)
@@ -213,8 +204,8 @@ void standardModbusEditDialog::saveChanges()
 
     const GroupMap tabs = m_tabs->groups([this](const QWidget *page) { return rowsOf(page); });
     item->setData(QVariant::fromValue(tabs), standardDatasRole);
-    if (m_workspace) {
-        m_workspace->appendMessage(tr("The Standard Modbus '%1' is saved successfully.")
+    if (workspace()) {
+        workspace()->appendMessage(tr("The Standard Modbus '%1' is saved successfully.")
                                        .arg(m_identity.text(QStringLiteral("name"))));
     }
     logToFile(QStringLiteral("standardModbusEditDialog: save"));
@@ -227,13 +218,13 @@ RowList standardModbusEditDialog::rowsOf(const QWidget *page) const
     const auto *byteOrder = child<QComboBox>(page, "byteOrderComboBox");
     const auto *startAddress0 = child<QCheckBox>(page, "startAddress0CheckBox");
     const auto *charReversed = child<QCheckBox>(page, "charReversedCheckBox");
-    const auto *table = page->findChild<QTableWidget *>();
+    const auto *table = page->findChild<ParameterTable *>();
     if (!series || !station || !byteOrder || !startAddress0 || !charReversed || !table) {
         return {};
     }
     return RowList{{series->currentText(), station->text(), byteOrder->currentText(),
                     startAddress0->isChecked(), charReversed->isChecked()}}
-    + m_parameters->rows(table);
+    + table->rows();
 }
 
 void standardModbusEditDialog::clearData()
@@ -250,104 +241,23 @@ void standardModbusEditDialog::onProtocolChanged(QString protocol)
     m_serialGroup->setVisible(protocol == Protocols::modbusRtu);
 }
 
-QTableWidget *standardModbusEditDialog::currentTable() const
+ParameterTable *standardModbusEditDialog::currentTable() const
 {
     const QWidget *page = m_tabs->currentWidget();
-    return page ? page->findChild<QTableWidget *>() : nullptr;
+    return page ? page->findChild<ParameterTable *>() : nullptr;
+}
+
+ParameterTable *standardModbusEditDialog::latestTable() const
+{
+    return m_latestTable;
+}
+
+QString standardModbusEditDialog::missingTableText() const
+{
+    return m_tabs->currentWidget() ? tr("Parameter table not found.") : tr("No tab selected.");
 }
 
 QLineEdit *standardModbusEditDialog::nameEdit() const
 {
     return m_identity.lineEdit(QStringLiteral("name"));
-}
-
-bool standardModbusEditDialog::eventFilter(QObject *obj, QEvent *event)
-{
-    return EditForm::eventFilter(obj, event);
-}
-
-// What follows hands over to the parameter table.
-
-void standardModbusEditDialog::addParameter()
-{
-    m_parameters->addParameter();
-}
-void standardModbusEditDialog::removeParameter()
-{
-    m_parameters->removeParameter();
-}
-void standardModbusEditDialog::removeAllParameters()
-{
-    m_parameters->removeAllParameters();
-}
-void standardModbusEditDialog::importParameters()
-{
-    m_parameters->importParameters();
-}
-void standardModbusEditDialog::exportParameters()
-{
-    m_parameters->exportParameters();
-}
-
-void standardModbusEditDialog::loadParameters(const QList<QVariantList> &rows)
-{
-    m_parameters->loadParameters(rows);
-}
-
-void standardModbusEditDialog::validateName(int row, int column)
-{
-    m_parameters->validateName(row, column);
-}
-void standardModbusEditDialog::validateAddr(int row, int column)
-{
-    m_parameters->validateAddr(row, column);
-}
-
-void standardModbusEditDialog::validateChange(int row, int column)
-{
-    m_parameters->validateChange(row, column);
-}
-
-void standardModbusEditDialog::validateFormula(int row, int column)
-{
-    m_parameters->validateFormula(row, column);
-}
-
-void standardModbusEditDialog::validateLength(int row, int column)
-{
-    m_parameters->validateLength(row, column);
-}
-
-void standardModbusEditDialog::validateNameOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_parameters->validateNameOnChange(row, column);
-}
-
-void standardModbusEditDialog::validateAddrOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_parameters->validateAddrOnChange(row, column);
-}
-
-void standardModbusEditDialog::validateChangeOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_parameters->validateChangeOnChange(row, column);
-}
-
-void standardModbusEditDialog::validateFormulaOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_parameters->validateFormulaOnChange(row, column);
-}
-
-void standardModbusEditDialog::updateChangeAmplitudeCell(int row, bool enabled)
-{
-    m_parameters->updateChangeAmplitudeCell(row, enabled);
-}
-
-void standardModbusEditDialog::updateloadChangeAmplitudeCell(int row, bool enabled)
-{
-    m_parameters->updateloadChangeAmplitudeCell(row, enabled);
 }

@@ -1,23 +1,19 @@
 #pragma once
 
-#include "forms/editform.h"
 #include "forms/fieldtable.h"
 #include "model/itemref.h"
-#include "model/projecttree.h"
-#include "parametertable/parametereditor.h"
+#include "parametertable/parameterform.h"
 
 #include <QPointer>
 
 class QGroupBox;
 class QPushButton;
 class QStandardItem;
-class QTableWidget;
 class StandardTabs;
-class Workspace;
 
 // The form of a Standard of protocol "Modbus": one link, TCP or serial, and a tab for each slave on it with
 // its station number, byte order and parameter table. "Save" is connected by the main window.
-class standardModbusEditDialog : public EditForm
+class standardModbusEditDialog : public ParameterForm
 {
     Q_OBJECT
 public:
@@ -33,34 +29,19 @@ public:
     // two flags, each further row a parameter of five texts.
     void loadTab(QString title, QList<QVariantList> rows);
 
-    void addParameter();
-    void removeParameter();
-    void removeAllParameters();
-    void loadParameters(const QList<QVariantList> &rows);
-    void importParameters();
-    void exportParameters();
-
     QLineEdit *nameEdit() const;
     QPushButton *saveButton() const { return m_save; }
 
 public slots:
     void saveChanges();
     void clearData();
-    void validateName(int row, int column);
-    void validateNameOnChange(int row, int column, QString newName);
-    void validateAddr(int row, int column);
-    void validateAddrOnChange(int row, int column, QString newName);
-    void validateChange(int row, int column);
-    void validateChangeOnChange(int row, int column, QString newName);
-    void validateFormula(int row, int column);
-    void validateFormulaOnChange(int row, int column, QString newName);
-    void validateLength(int row, int column);
-    // The guard against the wheel, which may be called by name here.
-    bool eventFilter(QObject *obj, QEvent *event) override;
     void deleteTab(int index);
     void onProtocolChanged(QString protocol);
-    void updateChangeAmplitudeCell(int row, bool enabled);
-    void updateloadChangeAmplitudeCell(int row, bool enabled);
+
+protected:
+    ParameterTable *currentTable() const override;
+    ParameterTable *latestTable() const override;
+    QString missingTableText() const override;
 
 private:
     QWidget *buildContent();
@@ -68,21 +49,18 @@ private:
     QWidget *makePage(const QString &title);
     void fillFields();
     void loadTabs();
-    QTableWidget *currentTable() const;
     RowList rowsOf(const QWidget *page) const;
 
     ItemRef m_item;
-    Workspace *m_workspace; // Not owned; may be null.
     FieldTable m_identity;
     FieldTable m_network;
     FieldTable m_serial;
     FieldTable m_trigger;
-    ParameterEditor *m_parameters;
     QGroupBox *m_networkGroup = nullptr;
     QGroupBox *m_serialGroup = nullptr;
     StandardTabs *m_tabs = nullptr;
     QPushButton *m_save = nullptr;
-    QPointer<QTableWidget> m_latestTable; // of the tab made last
-    int m_fieldColumn = 0;                // left edge of the fields in the content, pixels
-    bool m_tabsLoaded = false;            // by the timer of the constructor, or before it by replaceItem
+    QPointer<ParameterTable> m_latestTable; // of the tab made last
+    int m_fieldColumn = 0;                  // left edge of the fields in the content, pixels
+    bool m_tabsLoaded = false;              // by the timer of the constructor, or before it by replaceItem
 };

@@ -3,7 +3,6 @@
 #include "forms/certificatefield.h"
 #include "forms/formpage.h"
 #include "model/itemroles.h"
-#include "parametertable/parametereditor.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -107,24 +106,4 @@ void standardOPCUAEditDialog::updateUserVisibility()
         connection().label(name)->setVisible(named);
         connection().widget(name)->setVisible(named);
     }
-}
-
-void standardOPCUAEditDialog::validateAddr(int row, int column)
-{
-    rows()->validateAddr(row, column);
-}
-
-void standardOPCUAEditDialog::validateChange(int row, int column)
-{
-    rows()->validateChange(row, column);
-}
-
-void standardOPCUAEditDialog::validateFormula(int row, int column)
-{
-    rows()->validateFormula(row, column);
-}
-
-void standardOPCUAEditDialog::validateLength(int row, int column)
-{
-    rows()->validateLength(row, column);
 }

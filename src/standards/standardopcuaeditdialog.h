@@ -15,11 +15,6 @@ public:
 
 public slots:
     void clearData() override;
-    // Checks of the table's items, each for its own columns; the length is that of the spatial index.
-    void validateAddr(int row, int column);
-    void validateChange(int row, int column);
-    void validateFormula(int row, int column);
-    void validateLength(int row, int column);
 
 protected:
     void showItem(QStandardItem *item) override;

@@ -3,9 +3,8 @@
 #include "forms/formpage.h"
 #include "log/activitylog.h"
 #include "model/itemroles.h"
-#include "model/projecttree.h"
 #include "model/workspace.h"
-#include "parametertable/parametereditor.h"
+#include "parametertable/parametertable.h"
 #include "standards/standardfields.h"
 
 #include <QCoreApplication>
@@ -14,7 +13,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStandardItem>
-#include <QTableWidget>
 
 namespace {
 
@@ -37,15 +35,12 @@ QVector<Field> identityFields(const char *protocol)
 
 StandardTableForm::StandardTableForm(const Kind &kind, const QVector<Field> &connection, QStandardItem *item,
                                      Workspace *workspace, QWidget *parent)
-    : EditForm(parent)
+    : ParameterForm(kind.rows, workspace, parent)
     , m_kind(kind)
     , m_item(item)
-    , m_workspace(workspace)
     , m_identity(kind.rows.form, identityFields(kind.protocol))
     , m_connection(kind.rows.form, connection)
     , m_trigger(kind.rows.form, StandardFields::trigger())
-    , m_rows(new ParameterEditor(
-          kind.rows, this, workspace, [this] { return m_table; }, [this] { return m_table; }))
 {
     setWindowTitle(translated(QT_TRANSLATE_NOOP("StandardTableForm", "Edit Standard")));
     auto *layout = new QVBoxLayout(this);
@@ -84,9 +79,8 @@ QWidget *StandardTableForm::buildContent()
     m_identity.build(m_fieldLayout);
     m_connection.build(m_fieldLayout);
     column->addWidget(StandardFields::triggerRow(m_trigger, content));
-    column->addWidget(m_rows->makeButtons(content));
-    m_table = new QTableWidget(content);
-    m_rows->prepare(m_table);
+    column->addWidget(makeTableButtons(content));
+    m_table = makeTable(content);
     m_table->setMinimumHeight(leastTableHeight);
     column->addWidget(m_table, 1);
     return content;
@@ -104,7 +98,7 @@ void StandardTableForm::showItem(QStandardItem *item)
     m_identity.fill(item);
     m_connection.fill(item);
     m_trigger.fill(item);
-    m_rows->fill(m_table, item->data(standardDatasRole).value<RowList>());
+    m_table->fill(item->data(standardDatasRole).value<RowList>());
 }
 
 void StandardTableForm::saveChanges()
@@ -115,8 +109,8 @@ void StandardTableForm::saveChanges()
     if (!saveItem(item())) {
         return;
     }
-    if (m_workspace) {
-        m_workspace->appendMessage(
+    if (workspace()) {
+        workspace()->appendMessage(
             translated(m_kind.savedMessage).arg(m_identity.text(QStringLiteral("name"))));
     }
     logToFile(QLatin1String(m_kind.savedLine));
@@ -127,7 +121,7 @@ bool StandardTableForm::saveItem(QStandardItem *item)
     m_identity.save(item);
     m_connection.save(item);
     m_trigger.save(item);
-    item->setData(QVariant::fromValue(m_rows->rows(m_table)), standardDatasRole);
+    item->setData(QVariant::fromValue(m_table->rows()), standardDatasRole);
     return true;
 }
 
@@ -142,45 +136,4 @@ void StandardTableForm::clearData()
 QLineEdit *StandardTableForm::nameEdit() const
 {
     return m_identity.lineEdit(QStringLiteral("name"));
-}
-
-bool StandardTableForm::eventFilter(QObject *obj, QEvent *event)
-{
-    return EditForm::eventFilter(obj, event);
-}
-
-void StandardTableForm::log(const char *event) const
-{
-    logToFile(QLatin1String(m_kind.rows.form) + QStringLiteral(": ") + QLatin1String(event));
-}
-
-// What follows hands over to the table of rows.
-
-void StandardTableForm::addParameter()
-{
-    m_rows->addParameter();
-}
-void StandardTableForm::removeParameter()
-{
-    m_rows->removeParameter();
-}
-void StandardTableForm::removeAllParameters()
-{
-    m_rows->removeAllParameters();
-}
-
-void StandardTableForm::loadParameters(const QList<QVariantList> &rows)
-{
-    m_rows->loadParameters(rows);
-}
-
-void StandardTableForm::validateName(int row, int column)
-{
-    m_rows->validateName(row, column);
-}
-
-void StandardTableForm::validateNameOnChange(int row, int column, QString newName)
-{
-    Q_UNUSED(newName)
-    m_rows->validateNameOnChange(row, column);
 }

@@ -1,4 +1,6 @@
-#include "parametereditortest.h"
+#include "parameterformtest.h"
+
+#include <QTimer>
 
 namespace {
 
@@ -9,7 +11,7 @@ const QString numberBox =
 } // namespace
 
 // The parameter table in both variants, as a user meets it: what its cells take, and what is told.
-class TestParameterChecks : public ParameterEditorTest
+class TestParameterChecks : public ParameterFormTest
 {
     Q_OBJECT
 private slots:
@@ -43,6 +45,8 @@ private slots:
     void withoutAWindowNothingIsTold();
     void itemsOfLengthAndAmplitude();
     void amplitudeCellSlots();
+    void oneWarningStandsAtATime_data();
+    void oneWarningStandsAtATime();
 };
 
 void TestParameterChecks::typeDecidesTheLength_data()
@@ -56,9 +60,9 @@ void TestParameterChecks::typeDecidesTheLength()
 {
     QFETCH(bool, added);
     if (added) {
-        m_editor->addParameter();
+        m_form->addParameter();
     } else {
-        m_editor->loadParameters({plcRow("1", "a")});
+        m_form->loadParameters({plcRow("1", "a")});
     }
     list(0, Type)->setCurrentText(QStringLiteral("string"));
     QVERIFY(editor(0, Length)->isEnabled());
@@ -91,7 +95,7 @@ void TestParameterChecks::lengthRuleHasNoUpperBound()
 {
     QFETCH(QString, typed);
     QFETCH(bool, kept);
-    m_editor->addParameter();
+    m_form->addParameter();
     if (!kept) {
         m_boxes->expect();
     }
@@ -102,8 +106,8 @@ void TestParameterChecks::lengthRuleHasNoUpperBound()
 
 void TestParameterChecks::methodDecidesTheAmplitude()
 {
-    m_editor->loadParameters({plcRow("1", "a", "Change amplitude", "3")});
-    m_editor->addParameter();
+    m_form->loadParameters({plcRow("1", "a", "Change amplitude", "3")});
+    m_form->addParameter();
     list(1, Method)->setCurrentText(QStringLiteral("Change amplitude"));
     QVERIFY(editor(1, Amplitude)->isEnabled());
     type(1, Amplitude, QStringLiteral("4"));
@@ -113,7 +117,7 @@ void TestParameterChecks::methodDecidesTheAmplitude()
     }
     QCOMPARE(editor(0, Amplitude)->text(), QStringLiteral("3"));
     QCOMPARE(editor(1, Amplitude)->text(), QString());
-    QCOMPARE(m_editor->rows(m_table).at(0).at(Amplitude).toString(), QStringLiteral("3"));
+    QCOMPARE(m_table->rows().at(0).at(Amplitude).toString(), QStringLiteral("3"));
 }
 
 void TestParameterChecks::amplitudeOfAnAddedRow_data()
@@ -134,7 +138,7 @@ void TestParameterChecks::amplitudeOfAnAddedRow()
 {
     QFETCH(QString, typed);
     QFETCH(bool, kept);
-    m_editor->addParameter();
+    m_form->addParameter();
     editor(0, Amplitude)->setText(QStringLiteral("0"));
     if (!kept) {
         m_boxes->expect();
@@ -167,7 +171,7 @@ void TestParameterChecks::amplitudeOfALoadedRow()
 {
     QFETCH(QString, typed);
     QFETCH(bool, kept);
-    m_editor->loadParameters({plcRow("1", "a", "Change amplitude", "3")});
+    m_form->loadParameters({plcRow("1", "a", "Change amplitude", "3")});
     if (!kept) {
         m_boxes->expect();
     }
@@ -193,7 +197,7 @@ void TestParameterChecks::addressOfAnAddedRow()
 {
     QFETCH(QString, typed);
     QFETCH(bool, kept);
-    m_editor->addParameter();
+    m_form->addParameter();
     editor(0, Address)->setText(QStringLiteral("x"));
     type(0, Address, typed);
     QCOMPARE(editor(0, Address)->text(), kept ? typed : QString());
@@ -206,7 +210,7 @@ void TestParameterChecks::addressOfAnAddedRow()
 
 void TestParameterChecks::addressOfALoadedRow()
 {
-    m_editor->loadParameters({plcRow("1", "a"), plcRow("2", "b")});
+    m_form->loadParameters({plcRow("1", "a"), plcRow("2", "b")});
     edit(1, Address, QStringLiteral("D 1"));
     QCOMPARE(m_table->item(1, Address)->text(), QString());
     QCOMPARE(
@@ -239,14 +243,14 @@ void TestParameterChecks::formulas()
     QFETCH(QString, typed);
     QFETCH(bool, kept);
     if (added) {
-        m_editor->addParameter();
+        m_form->addParameter();
         editor(0, column)->setText(QStringLiteral("X"));
         type(0, column, typed);
     } else {
-        m_editor->loadParameters({plcRow("1", "a")});
+        m_form->loadParameters({plcRow("1", "a")});
         edit(0, column, typed);
     }
-    QCOMPARE(parameterCellText(m_table, 0, column), kept ? typed : QString());
+    QCOMPARE(m_table->text(0, column), kept ? typed : QString());
     QCOMPARE(m_workspace->messages,
              kept ? QStringList()
                   : QStringList{
@@ -255,7 +259,7 @@ void TestParameterChecks::formulas()
 
 void TestParameterChecks::untouchedEditorIsNotChecked()
 {
-    m_editor->addParameter();
+    m_form->addParameter();
     {
         // A text that stands there without having been typed, as an undone edit would leave it.
         const QSignalBlocker quiet(editor(0, Address));
@@ -271,9 +275,9 @@ void TestParameterChecks::untouchedEditorIsNotChecked()
 
 void TestParameterChecks::duplicateNameOfAnAddedRow()
 {
-    m_editor->addParameter();
-    m_editor->addParameter();
-    m_editor->addParameter();
+    m_form->addParameter();
+    m_form->addParameter();
+    m_form->addParameter();
     type(0, Name, QStringLiteral("volt"));
     type(1, Name, QStringLiteral("Volt"));
     type(2, Name, QStringLiteral(" volt "));
@@ -285,7 +289,7 @@ void TestParameterChecks::duplicateNameOfAnAddedRow()
 
 void TestParameterChecks::duplicateNameOfALoadedRow()
 {
-    m_editor->loadParameters({plcRow("1", "a"), plcRow("2", "b"), plcRow("3", " a")});
+    m_form->loadParameters({plcRow("1", "a"), plcRow("2", "b"), plcRow("3", " a")});
     edit(1, Name, QStringLiteral("a"));
     QCOMPARE(m_table->item(1, Name)->text(), QString());
     QCOMPARE(m_workspace->messages,
@@ -298,10 +302,10 @@ void TestParameterChecks::duplicateNameOfALoadedRow()
 
 void TestParameterChecks::addedRowKeepsTheNumberOfItsCreation()
 {
-    m_editor->addParameter();
-    m_editor->addParameter();
+    m_form->addParameter();
+    m_form->addParameter();
     m_table->setCurrentCell(0, 0);
-    m_editor->removeParameter();
+    m_form->removeParameter();
     // The row that was the second is now the first, and takes itself for a row of the same name.
     type(0, Name, QStringLiteral("volt"));
     QCOMPARE(editor(0, Name)->text(), QString());
@@ -316,8 +320,8 @@ void TestParameterChecks::addedRowKeepsTheNumberOfItsCreation()
 void TestParameterChecks::modbusNameIsCheckedWhileTyping()
 {
     make(ParameterVariant::modbus());
-    m_editor->loadParameters({modbusRow("0", "ab")});
-    m_editor->addParameter();
+    m_form->loadParameters({modbusRow("0", "ab")});
+    m_form->addParameter();
     editor(1, Name)->setText(QStringLiteral("a"));
     QCOMPARE(editor(1, Name)->text(), QStringLiteral("a"));
     editor(1, Name)->setText(QStringLiteral("ab"));
@@ -332,8 +336,8 @@ void TestParameterChecks::modbusNameIsCheckedWhileTyping()
 void TestParameterChecks::modbusNameRefusesACommaFirst()
 {
     make(ParameterVariant::modbus());
-    m_editor->loadParameters({modbusRow("0", "a"), modbusRow("1", "b")});
-    m_editor->addParameter();
+    m_form->loadParameters({modbusRow("0", "a"), modbusRow("1", "b")});
+    m_form->addParameter();
     editor(2, Name)->setText(QStringLiteral("x,y"));
     QCOMPARE(editor(2, Name)->text(), QString());
     edit(1, Name, QStringLiteral("a,"));
@@ -345,7 +349,7 @@ void TestParameterChecks::modbusNameRefusesACommaFirst()
 void TestParameterChecks::modbusLoadedNameNamesTheOtherRow()
 {
     make(ParameterVariant::modbus());
-    m_editor->loadParameters({modbusRow("0", "a"), modbusRow("1", "b")});
+    m_form->loadParameters({modbusRow("0", "a"), modbusRow("1", "b")});
     edit(1, Name, QStringLiteral("a"));
     QCOMPARE(m_table->item(1, Name)->text(), QString());
     QCOMPARE(
@@ -356,7 +360,7 @@ void TestParameterChecks::modbusLoadedNameNamesTheOtherRow()
 void TestParameterChecks::modbusLoadedAddressIsNotChecked()
 {
     make(ParameterVariant::modbus());
-    m_editor->loadParameters({modbusRow("0", "a")});
+    m_form->loadParameters({modbusRow("0", "a")});
     edit(0, Address, QStringLiteral("D 1"));
     QCOMPARE(m_table->item(0, Address)->text(), QStringLiteral("D 1"));
     QCOMPARE(m_workspace->messages, QStringList());
@@ -365,15 +369,14 @@ void TestParameterChecks::modbusLoadedAddressIsNotChecked()
 void TestParameterChecks::modbusAddressIsLookedUpInTheLatestTable()
 {
     make(ParameterVariant::modbus());
-    m_editor->addParameter();
+    m_form->addParameter();
     type(0, Address, QStringLiteral("D 1"));
     QCOMPARE(editor(0, Address)->text(), QString());
 
     make(ParameterVariant::modbus());
-    QTableWidget other(m_form);
-    m_editor->prepare(&other);
-    m_latest = &other;
-    m_editor->addParameter();
+    ParameterTable *other = m_form->makeTable(m_form);
+    m_latest = other;
+    m_form->addParameter();
     type(0, Address, QStringLiteral("D 1"));
     QCOMPARE(editor(0, Address)->text(), QStringLiteral("D 1"));
 }
@@ -381,14 +384,13 @@ void TestParameterChecks::modbusAddressIsLookedUpInTheLatestTable()
 void TestParameterChecks::modbusAddressOfTheLatestTableIsWatchedInstead()
 {
     make(ParameterVariant::modbus());
-    m_editor->addParameter();
+    m_form->addParameter();
     QLineEdit *typedInto = editor(0, Address);
-    QTableWidget *first = m_table;
-    QTableWidget latest(m_form);
-    m_editor->prepare(&latest);
-    m_table = &latest;
-    m_latest = &latest;
-    m_editor->addParameter();
+    ParameterTable *first = m_table;
+    ParameterTable *latest = m_form->makeTable(m_form);
+    m_table = latest;
+    m_latest = latest;
+    m_form->addParameter();
     QLineEdit *watched = editor(0, Address);
     {
         const QSignalBlocker quiet(watched);
@@ -408,7 +410,7 @@ void TestParameterChecks::withoutAWindowNothingIsTold()
     delete m_workspace;
     m_workspace = nullptr;
     make(ParameterVariant::plc());
-    m_editor->addParameter();
+    m_form->addParameter();
     type(0, Address, QStringLiteral("D 1"));
     type(0, Amplitude, QStringLiteral("abc"));
     QCOMPARE(editor(0, Address)->text(), QString());
@@ -434,22 +436,52 @@ void TestParameterChecks::itemsOfLengthAndAmplitude()
 
 void TestParameterChecks::amplitudeCellSlots()
 {
-    m_editor->addParameter();
-    m_editor->updateChangeAmplitudeCell(0, true);
+    m_form->addParameter();
+    m_form->updateChangeAmplitudeCell(0, true);
     QVERIFY(editor(0, Amplitude)->isEnabled());
     editor(0, Amplitude)->setText(QStringLiteral("3"));
-    m_editor->updateChangeAmplitudeCell(0, false);
+    m_form->updateChangeAmplitudeCell(0, false);
     QVERIFY(!editor(0, Amplitude)->isEnabled());
     QCOMPARE(editor(0, Amplitude)->text(), QString());
     m_table->setRowCount(2);
     m_table->setItem(1, Amplitude, new QTableWidgetItem(QStringLiteral("3")));
-    m_editor->updateloadChangeAmplitudeCell(1, false);
+    m_form->updateloadChangeAmplitudeCell(1, false);
     QVERIFY(!(m_table->item(1, Amplitude)->flags() & Qt::ItemIsEditable));
     QCOMPARE(m_table->item(1, Amplitude)->text(), QString());
-    m_editor->updateloadChangeAmplitudeCell(1, true);
+    m_form->updateloadChangeAmplitudeCell(1, true);
     QVERIFY(m_table->item(1, Amplitude)->flags() & Qt::ItemIsEditable);
-    m_editor->updateChangeAmplitudeCell(9, true);
-    m_editor->updateloadChangeAmplitudeCell(9, true);
+    m_form->updateChangeAmplitudeCell(9, true);
+    m_form->updateloadChangeAmplitudeCell(9, true);
+}
+
+void TestParameterChecks::oneWarningStandsAtATime_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("told");
+    QTest::addColumn<QString>("after");
+    QTest::newRow("length") << int(Length) << lengthBox << "1";
+    QTest::newRow("amplitude") << int(Amplitude) << numberBox << "";
+}
+
+void TestParameterChecks::oneWarningStandsAtATime()
+{
+    QFETCH(int, column);
+    QFETCH(QString, told);
+    QFETCH(QString, after);
+    const QString bad = QStringLiteral("-");
+    m_form->loadParameters({plcRow("1", "a", "Change amplitude"), plcRow("2", "b", "Change amplitude")});
+    editor(0, column)->setText(bad);
+    editor(1, column)->setText(bad);
+    // The message box takes the focus, and so ends the editing of the other cell.
+    QTimer::singleShot(0, m_form, [this, column] { emit editor(1, column)->editingFinished(); });
+    m_boxes->expect();
+    emit editor(0, column)->editingFinished();
+    QCOMPARE(m_boxes->told(), QStringList{told});
+    QCOMPARE(editor(0, column)->text(), after);
+    QCOMPARE(editor(1, column)->text(), bad);
+    m_boxes->expect();
+    emit editor(1, column)->editingFinished();
+    QCOMPARE(m_boxes->told(), (QStringList{told, told}));
 }
 
 QTEST_MAIN(TestParameterChecks)

@@ -1,12 +1,11 @@
-#include "parametertable/parametereditor.h"
+#include "parameters/parametertext.h"
+#include "parametertable/parameterform.h"
+#include "parametertable/parametertable.h"
 #include "support/files.h"
 #include "support/messageboxes.h"
 #include "support/rounds.h"
-#include "support/workspacefake.h"
 
-#include <QDialog>
 #include <QRandomGenerator>
-#include <QTableWidget>
 #include <QtTest>
 
 // Whatever rows a table can hold: exported, imported and exported again they are the same file.
@@ -84,28 +83,25 @@ RowList randomRowList(QRandomGenerator &random, const ParameterVariant &variant)
 }
 
 // One form with one table.
-class Table
+class Form : public ParameterForm
 {
 public:
-    explicit Table(const ParameterVariant &variant)
-        : m_editor(
-            variant, &m_form, &m_workspace, [this] { return &m_table; }, [this] { return &m_table; })
+    explicit Form(const ParameterVariant &variant)
+        : ParameterForm(variant, nullptr, nullptr)
+        , m_table(makeTable(this))
     {
-        m_editor.prepare(&m_table);
     }
-    void load(const RowList &rows) { m_editor.loadParameters(rows); }
-    void import(const QString &path) { m_editor.importFile(path); }
     QByteArray exported(const QString &path)
     {
-        m_editor.exportFile(path);
+        exportFile(path);
         return Files::contents(path);
     }
 
+protected:
+    ParameterTable *currentTable() const override { return m_table; }
+
 private:
-    WorkspaceFake m_workspace;
-    QDialog m_form;
-    QTableWidget m_table;
-    ParameterEditor m_editor;
+    ParameterTable *m_table;
 };
 
 } // namespace
@@ -133,11 +129,11 @@ void TestParameterCsvFixedPoint::randomRows()
     MessageBoxes boxes;
     QRandomGenerator random(seed);
     for (int round = rounds(100); round > 0; --round) {
-        Table out(variant);
-        out.load(randomRowList(random, variant));
+        Form out(variant);
+        out.loadParameters(randomRowList(random, variant));
         const QByteArray bytes = out.exported(first);
-        Table back(variant);
-        back.import(first);
+        Form back(variant);
+        back.importFile(first);
         QCOMPARE(back.exported(second), bytes);
     }
     QCOMPARE(boxes.unexpected(), QStringList());

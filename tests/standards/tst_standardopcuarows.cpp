@@ -1,5 +1,5 @@
 #include "model/itemroles.h"
-#include "parametertable/parametereditor.h"
+#include "parametertable/parametertable.h"
 #include "standards/standardopcuaeditdialog.h"
 #include "support/standardformtest.h"
 
@@ -94,7 +94,7 @@ void TestStandardOPCUARows::compareTyping(bool added, int column, const QString 
     form.loadParameters(added ? RowList() : RowList{node()});
     form.addParameter();
     type(form, 0, column, text);
-    QCOMPARE(parameterCellText(form.findChild<QTableWidget *>(), 0, column), kept ? text : QString());
+    QCOMPARE(form.findChild<ParameterTable *>()->text(0, column), kept ? text : QString());
     QCOMPARE(m_workspace->messages, kept ? QStringList() : QStringList{message});
 }
 

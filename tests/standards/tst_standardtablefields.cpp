@@ -1,5 +1,5 @@
 #include "model/itemroles.h"
-#include "parameters/parametervariant.h"
+#include "parameters/parametertext.h"
 #include "standards/tableform.h"
 #include "support/standardformtest.h"
 

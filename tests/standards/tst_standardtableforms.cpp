@@ -1,5 +1,5 @@
 #include "model/itemroles.h"
-#include "parametertable/parametereditor.h"
+#include "parametertable/parametertable.h"
 #include "standards/tableform.h"
 #include "support/logtail.h"
 #include "support/standardformtest.h"
@@ -110,9 +110,9 @@ const KindRow &kindOfTest()
     return kinds().at(kind);
 }
 
-QTableWidget *tableOf(const StandardTableForm &form)
+ParameterTable *tableOf(const StandardTableForm &form)
 {
-    return form.findChild<QTableWidget *>();
+    return form.findChild<ParameterTable *>();
 }
 
 RowList rowsOf(const QStandardItem *item)
@@ -238,8 +238,7 @@ void TestStandardTableForms::listsAreShownTranslatedAndStoredInEnglish()
     for (const char *header : {"Reporting Method", "Node Type"}) {
         const int column = kind.headers.indexOf(QLatin1String(header));
         if (column >= 0) {
-            QCOMPARE(parameterCellText(tableOf(*form), 0, column),
-                     QLatin1Char('~') + kind.row.at(column).toString());
+            QCOMPARE(tableOf(*form)->text(0, column), QLatin1Char('~') + kind.row.at(column).toString());
         }
     }
     form->addParameter();

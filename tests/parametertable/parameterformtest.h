@@ -1,13 +1,12 @@
 #pragma once
 
-#include "parametertable/parametereditor.h"
+#include "parametertable/parameterform.h"
+#include "parametertable/parametertable.h"
 #include "support/messageboxes.h"
 #include "support/workspacefake.h"
 
 #include <QComboBox>
-#include <QDialog>
 #include <QLineEdit>
-#include <QTableWidget>
 #include <QtTest>
 
 // What the tests of the parameter table share: rows as they are stored, and a table in a form that the test
@@ -28,7 +27,31 @@ inline QVariantList modbusRow(const QString &address, const QString &name)
     return {address, name, QStringLiteral("float"), QStringLiteral("1"), QStringLiteral("rw")};
 }
 
-class ParameterEditorTest : public QObject
+// A form whose tables the test chooses.
+class FormUnderTest : public ParameterForm
+{
+public:
+    FormUnderTest(const ParameterVariant &variant, Workspace *workspace, ParameterTable *&current,
+                  ParameterTable *&latest)
+        : ParameterForm(variant, workspace, nullptr)
+        , m_current(current)
+        , m_latest(latest)
+    {
+    }
+    using ParameterForm::makeTable;
+    using ParameterForm::makeTableButtons;
+
+protected:
+    ParameterTable *currentTable() const override { return m_current; }
+    ParameterTable *latestTable() const override { return m_latest; }
+    QString missingTableText() const override { return QStringLiteral("No tab selected."); }
+
+private:
+    ParameterTable *&m_current;
+    ParameterTable *&m_latest;
+};
+
+class ParameterFormTest : public QObject
 {
     // No Q_OBJECT: the slots are those of the test.
 protected:
@@ -52,22 +75,13 @@ protected:
     void make(const ParameterVariant &variant)
     {
         delete m_form;
-        m_form = new QDialog;
-        m_table = new QTableWidget(m_form);
+        m_form = new FormUnderTest(variant, m_workspace, m_table, m_latest);
+        m_table = m_form->makeTable(m_form);
         m_latest = m_table;
-        m_editor = new ParameterEditor(
-            variant, m_form, m_workspace, [this] { return m_table; }, [this] { return m_latest; });
-        m_editor->prepare(m_table);
     }
 
-    QLineEdit *editor(int row, int column) const
-    {
-        return qobject_cast<QLineEdit *>(m_table->cellWidget(row, column));
-    }
-    QComboBox *list(int row, int column) const
-    {
-        return qobject_cast<QComboBox *>(m_table->cellWidget(row, column));
-    }
+    QLineEdit *editor(int row, int column) const { return m_table->editor(row, column); }
+    QComboBox *list(int row, int column) const { return m_table->list(row, column); }
     // Types into an editor and ends the editing.
     void type(int row, int column, const QString &text) const
     {
@@ -77,10 +91,9 @@ protected:
     }
     void edit(int row, int column, const QString &text) const { m_table->item(row, column)->setText(text); }
 
-    QDialog *m_form = nullptr;
-    QTableWidget *m_table = nullptr;
-    QTableWidget *m_latest = nullptr;
-    ParameterEditor *m_editor = nullptr;
+    FormUnderTest *m_form = nullptr;
+    ParameterTable *m_table = nullptr;
+    ParameterTable *m_latest = nullptr;
     WorkspaceFake *m_workspace = nullptr;
     MessageBoxes *m_boxes = nullptr;
 };

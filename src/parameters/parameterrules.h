@@ -1,0 +1,24 @@
+#pragma once
+
+#include "parameters/parametervariant.h"
+
+// What a cell of a parameter table may hold. The texts come trimmed, but for those of a file.
+namespace ParameterRules {
+
+// Printable ASCII without blanks, not empty. On purpose wider than the words that tell of a bad address.
+bool isAddress(const QString &text);
+// Digits, points, the four operators and X; may be empty.
+bool isFormula(const QString &text);
+// A decimal integer of at least 1; blanks around it do no harm.
+bool isCount(const QString &text);
+// A number that is not negative; blanks around it do no harm.
+bool isThreshold(const QString &text);
+
+// What is wrong with the text of an address, a name, an amplitude or a formula: source text, with %1 for the
+// one-based row. Null for a text that may stand, as an empty one always may.
+const char *faultOf(const ParameterVariant &variant, ParameterCell cell, const QString &text);
+
+// The first row but one that has this name, or -1.
+int rowWithName(const QStringList &names, int except, const QString &name);
+
+} // namespace ParameterRules

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "forms/editform.h"
+#include "model/projecttree.h"
+#include "parameters/parametervariant.h"
+
+class ParameterTable;
+class QLineEdit;
+class QTableWidgetItem;
+class Workspace;
+
+// Base of the forms that have a table of parameters, or one in each tab: its buttons, its CSV and what is
+// checked at the end of an editing. A check clears its cell and says so in the "Message" dock; the rules are
+// those of the variant.
+class ParameterForm : public EditForm
+{
+    Q_OBJECT
+public:
+    // The flows behind the file dialogs.
+    void importFile(const QString &path);
+    void exportFile(const QString &path);
+
+public slots:
+    // Appends a row to the current table.
+    void addParameter();
+    // Removes the current row: on purpose not the row whose button was pressed, if another one is current.
+    void removeParameter();
+    void removeAllParameters();
+    // Replaces the rows of the current table; says in a message box when there is none.
+    void loadParameters(const QList<QVariantList> &rows);
+    // Both do nothing where the variant has no CSV.
+    void importParameters();
+    void exportParameters();
+
+    // Checks of items, at cellChanged; each acts on its own columns only.
+    void validateName(int row, int column);
+    void validateAddr(int row, int column);
+    void validateChange(int row, int column);
+    void validateFormula(int row, int column);
+    void validateLength(int row, int column);
+
+    // An editor of an added row was changed: from now on each end of its editing runs the check.
+    void validateNameOnChange(int row, int column, QString newName);
+    // In the table made last, on purpose: in another tab it is the editor of that row, if any, that is
+    // watched.
+    void validateAddrOnChange(int row, int column, QString newName);
+    void validateChangeOnChange(int row, int column, QString newName);
+    void validateFormulaOnChange(int row, int column, QString newName);
+
+    // The amplitude's cell: the editor of an added row, the item of a loaded one.
+    void updateChangeAmplitudeCell(int row, bool enabled);
+    void updateloadChangeAmplitudeCell(int row, bool enabled);
+
+    // The guard against the wheel, which may be called by name here.
+    bool eventFilter(QObject *obj, QEvent *event) override;
+
+protected:
+    // The workspace is not owned and may be null.
+    ParameterForm(const ParameterVariant &variant, Workspace *workspace, QWidget *parent);
+
+    // The table that the user works on, and the one that was made last; null if there is none.
+    virtual ParameterTable *currentTable() const = 0;
+    virtual ParameterTable *latestTable() const { return currentTable(); }
+    // What to say when rows are to be loaded and there is no current table.
+    virtual QString missingTableText() const { return {}; }
+
+    ParameterTable *makeTable(QWidget *parent);
+    // The buttons that work on the current table: "Add" and "Remove All", and where there is CSV "Import" and
+    // "Export".
+    QWidget *makeTableButtons(QWidget *parent);
+
+    Workspace *workspace() const { return m_workspace; }
+    void log(const char *event) const;
+
+private:
+    QTableWidgetItem *itemOf(int row, int column) const;
+    QLineEdit *editorOf(const ParameterTable *table, int row, int column) const;
+    QStringList names(bool trimmed) const;
+    void checkItem(int row, int column, std::initializer_list<ParameterCell> cells);
+
+    void onEdited(QLineEdit *editor, int row, ParameterCell cell);
+    void watch(QLineEdit *editor, int row, ParameterCell cell);
+    void check(QLineEdit *editor, int row, ParameterCell cell);
+    void checkName(QLineEdit *editor, int row);
+    void checkLength(QLineEdit *editor);
+    void checkThreshold(QLineEdit *editor);
+
+    void tell(const char *source, int row);
+    void warn(const char *title, const char *source);
+    // For the editors, whose message boxes take the focus and so end another editing: says nothing, and
+    // returns false, while such a box stands. The editor may be gone afterwards.
+    bool warnOnce(const char *source);
+
+    const ParameterVariant &m_variant;
+    Workspace *m_workspace; // Not owned; may be null.
+    bool m_warning = false; // a message box of warnOnce() stands
+    // Receives for the checks: hiding the form ends an editing, and at the form's end that is too late.
+    QObject m_checks;
+};

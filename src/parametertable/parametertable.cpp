@@ -1,0 +1,314 @@
+#include "parametertable/parametertable.h"
+
+#include "parameters/parameterrules.h"
+#include "widgets/tablecopy.h"
+#include "widgets/tableheader.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+namespace {
+
+constexpr int buttonSize = 35; // pixels
+
+// Showing a widget posts an update of its own for it, and each widget that is repainted on its own looks at
+// all of its siblings: with thousands in one table that takes minutes. One update of each window stands for
+// all of them.
+void repaintAtOnce()
+{
+    QCoreApplication::removePostedEvents(nullptr, QEvent::UpdateLater);
+    const auto windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        window->update();
+    }
+}
+
+// Of the cells that hold items in a loaded row and editors in an added one.
+bool isItemWhenLoaded(ParameterCell cell)
+{
+    switch (cell) {
+    case ParameterCell::Address:
+    case ParameterCell::Name:
+    case ParameterCell::CollectionFormula:
+    case ParameterCell::WriteFormula:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool hasLength(const QString &type)
+{
+    return type == QLatin1String("string");
+}
+
+} // namespace
+
+ParameterTable::ParameterTable(const ParameterVariant &variant, QObject *listFilter, QWidget *parent)
+    : QTableWidget(parent)
+    , m_variant(variant)
+    , m_listFilter(listFilter)
+    , m_deleteIcon(QStringLiteral(":/adsdemo/images/Delete.svg"))
+{
+    setUpColumns();
+    verticalHeader()->setDefaultSectionSize(buttonSize + 1); // the grid takes a pixel
+    setWordWrap(false);
+    setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
+    TableHeader::makeGrey(this);
+    TableCopy::install(this);
+    setTabKeyNavigation(false); // Tab leads through the cell widgets and out of the table
+    setInputMethodHints(Qt::ImhHiddenText);
+    if (m_variant.height > 0) {
+        setFixedHeight(m_variant.height);
+    }
+}
+
+void ParameterTable::setUpColumns()
+{
+    setColumnCount(m_variant.columns.size());
+    setHorizontalHeaderLabels(m_variant.headers());
+    horizontalHeader()->setMinimumSectionSize(buttonSize); // else a style may widen the last column
+    horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+    for (int column = 0; column < m_variant.columns.size(); ++column) {
+        setColumnWidth(column, m_variant.columns.at(column).width);
+    }
+    TableHeader::explain(this);
+}
+
+void ParameterTable::appendRow()
+{
+    const int row = rowCount();
+    insertRow(row);
+    for (int column = 0; column < m_variant.columns.size(); ++column) {
+        const ParameterCell cell = m_variant.columns.at(column).cell;
+        if (cell == ParameterCell::SpatialIndex) {
+            setItem(row, column, makeSpatialIndex(QStringLiteral("1")));
+        } else {
+            const bool counts = cell == ParameterCell::Length;
+            setCellWidget(row, column, makeWidget(cell, counts ? QStringLiteral("1") : QString()));
+        }
+    }
+    connectEditors(row);
+    connectLength(row, RowKind::Added);
+    connectAmplitude(row, RowKind::Added);
+    emit rowMade(row);
+}
+
+void ParameterTable::fill(const RowList &rows)
+{
+    {
+        const QSignalBlocker quiet(this);
+        // Thousands of cell widgets are made and shown in one go below a hidden parent. Blocking updates
+        // would not do: allowing them again repaints each widget on its own, at a cost that is quadratic in
+        // their number.
+        viewport()->hide();
+        setRowCount(0);
+        // All rows at once: inserting them one by one would move the cell widgets made so far each time.
+        setRowCount(rows.size());
+        for (int row = 0; row < rows.size(); ++row) {
+            fillRow(row, rows.at(row));
+        }
+        doItemsLayout(); // else the next layout moves, and so repaints, each widget
+        viewport()->show();
+        repaintAtOnce();
+    }
+    for (int row = 0; row < rows.size(); ++row) {
+        emit rowMade(row);
+    }
+}
+
+void ParameterTable::fillRow(int row, const QVariantList &values)
+{
+    const int buttonColumn = columnCount() - 1;
+    for (int column = 0; column < qMin(values.size(), columnCount()); ++column) {
+        const ParameterCell cell = m_variant.columns.at(column).cell;
+        const QString text = values.at(column).toString();
+        if (cell == ParameterCell::SpatialIndex) {
+            setItem(row, column, makeSpatialIndex(text));
+        } else if (isItemWhenLoaded(cell) || column == buttonColumn) {
+            // The button's column too: a row of a file brings an empty field for it.
+            setItem(row, column, new QTableWidgetItem(text.isNull() ? QLatin1String("") : text));
+        } else {
+            setCellWidget(row, column, makeWidget(cell, text));
+        }
+    }
+    setCellWidget(row, buttonColumn, makeButton());
+    connectLength(row, RowKind::Loaded);
+    connectAmplitude(row, RowKind::Loaded);
+}
+
+RowList ParameterTable::rows() const
+{
+    RowList rows;
+    rows.reserve(rowCount());
+    const QVector<int> translated{m_variant.indexOf(ParameterCell::Method),
+                                  m_variant.indexOf(ParameterCell::NodeType)};
+    for (int row = 0; row < rowCount(); ++row) {
+        QVariantList values;
+        for (int column = 0; column < columnCount(); ++column) {
+            const QString shown = text(row, column);
+            if (!shown.isNull() || item(row, column)) {
+                values.append(translated.contains(column) ? m_variant.stored(shown) : shown);
+            }
+        }
+        rows.append(values);
+    }
+    return rows;
+}
+
+QList<QStringList> ParameterTable::texts() const
+{
+    QList<QStringList> rows;
+    for (int row = 0; row < rowCount(); ++row) {
+        QStringList texts;
+        for (int column = 0; column < columnCount(); ++column) {
+            texts.append(text(row, column));
+        }
+        rows.append(texts);
+    }
+    return rows;
+}
+
+QString ParameterTable::text(int row, int column) const
+{
+    if (const QTableWidgetItem *cell = item(row, column)) {
+        return cell->text();
+    }
+    QWidget *widget = cellWidget(row, column);
+    if (const auto *edit = qobject_cast<QLineEdit *>(widget)) {
+        return edit->text();
+    }
+    if (const auto *choice = qobject_cast<QComboBox *>(widget)) {
+        return choice->currentText();
+    }
+    return {};
+}
+
+QLineEdit *ParameterTable::editor(int row, int column) const
+{
+    return qobject_cast<QLineEdit *>(cellWidget(row, column));
+}
+
+QComboBox *ParameterTable::list(int row, int column) const
+{
+    return qobject_cast<QComboBox *>(cellWidget(row, column));
+}
+
+// An item that keeps its last good text, for the check of lengths to go back to.
+QTableWidgetItem *ParameterTable::makeSpatialIndex(const QString &text)
+{
+    auto *item = new QTableWidgetItem(text);
+    item->setData(Qt::UserRole, ParameterRules::isCount(text) ? text : QStringLiteral("1"));
+    return item;
+}
+
+// Cell widgets are born in the viewport: a later move there would change the style of each, which is slow.
+QWidget *ParameterTable::makeWidget(ParameterCell cell, const QString &value)
+{
+    if (cell == ParameterCell::Button) {
+        return makeButton();
+    }
+    if (m_variant.entries(cell).isEmpty()) {
+        return makeEditor(cell, value);
+    }
+    return makeList(cell, value);
+}
+
+QWidget *ParameterTable::makeButton()
+{
+    auto *button = new QPushButton(m_deleteIcon, QString(), viewport());
+    button->setFixedSize(buttonSize, buttonSize);
+    button->setAutoDefault(false);
+    button->setFocusPolicy(Qt::TabFocus); // a click that took the focus would make its own row current
+    button->setToolTip(m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row")));
+    button->setAccessibleName(button->toolTip());
+    connect(button, &QPushButton::clicked, this, &ParameterTable::removePressed);
+    return button;
+}
+
+QLineEdit *ParameterTable::makeEditor(ParameterCell cell, const QString &value)
+{
+    auto *made = new QLineEdit(value, viewport());
+    made->setFrame(false);
+    made->setEnabled(cell != ParameterCell::Length && cell != ParameterCell::Amplitude);
+    return made;
+}
+
+QComboBox *ParameterTable::makeList(ParameterCell cell, const QString &value)
+{
+    auto *made = new QComboBox(viewport());
+    made->addItems(m_variant.shownEntries(cell));
+    made->setCurrentText(m_variant.shown(value));
+    made->setToolTip(made->currentText()); // may be longer than its column
+    connect(made, &QComboBox::currentTextChanged, made, &QWidget::setToolTip);
+    made->installEventFilter(m_listFilter);
+    return made;
+}
+
+void ParameterTable::connectEditors(int row)
+{
+    for (int column = 0; column < columnCount(); ++column) {
+        const ParameterCell cell = m_variant.columns.at(column).cell;
+        QLineEdit *edit = editor(row, column);
+        if (edit && (isItemWhenLoaded(cell) || cell == ParameterCell::Amplitude)) {
+            connect(edit, &QLineEdit::textChanged, this,
+                    [this, edit, row, cell] { emit edited(edit, row, cell); });
+        }
+    }
+}
+
+// A row of a file may be short, so that any of these cells may be missing.
+void ParameterTable::connectLength(int row, RowKind kind)
+{
+    QLineEdit *length = editor(row, m_variant.indexOf(ParameterCell::Length));
+    const QComboBox *type = list(row, m_variant.indexOf(ParameterCell::Type));
+    if (!length) {
+        return;
+    }
+    connect(length, &QLineEdit::editingFinished, this, [this, length] { emit lengthEntered(length); });
+    if (!type) {
+        return;
+    }
+    connect(type, &QComboBox::currentTextChanged, length, [length](const QString &shown) {
+        length->setEnabled(hasLength(shown));
+        if (!length->isEnabled()) {
+            length->setText(QStringLiteral("1"));
+        }
+    });
+    if (kind == RowKind::Loaded) {
+        length->setEnabled(hasLength(type->currentText()));
+    }
+}
+
+void ParameterTable::connectAmplitude(int row, RowKind kind)
+{
+    QLineEdit *amplitude = editor(row, m_variant.indexOf(ParameterCell::Amplitude));
+    const QComboBox *method = list(row, m_variant.indexOf(ParameterCell::Method));
+    if (!amplitude) {
+        return;
+    }
+    if (kind == RowKind::Loaded) {
+        connect(amplitude, &QLineEdit::editingFinished, this,
+                [this, amplitude] { emit amplitudeEntered(amplitude); });
+    }
+    if (!method) {
+        return;
+    }
+    const auto enable = [&variant = m_variant, amplitude](const QString &shown) {
+        amplitude->setEnabled(shown == variant.amplitudeMethod());
+    };
+    connect(method, &QComboBox::currentTextChanged, amplitude, enable);
+    if (kind == RowKind::Loaded) {
+        enable(method->currentText());
+    } else {
+        connect(method, &QComboBox::currentTextChanged, amplitude, [amplitude] {
+            if (!amplitude->isEnabled()) {
+                amplitude->clear();
+            }
+        });
+    }
+}

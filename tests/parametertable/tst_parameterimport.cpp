@@ -1,0 +1,279 @@
+#include "parameterformtest.h"
+#include "support/files.h"
+#include "support/modaldialogs.h"
+
+#include <QDir>
+#include <QPushButton>
+#include <QTranslator>
+
+// Parameter rows to a file and back, as the user meets it.
+class TestParameterImport : public ParameterFormTest
+{
+    Q_OBJECT
+private slots:
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
+    void exportWritesHeaderAndRows_data();
+    void exportWritesHeaderAndRows();
+    void exportedFileImportsUnchanged_data();
+    void exportedFileImportsUnchanged();
+    void refusedFileLeavesTheTable_data();
+    void refusedFileLeavesTheTable();
+    void acceptedFileReplacesTheTable_data();
+    void acceptedFileReplacesTheTable();
+    void badChoiceIsToldOnceARowAndGoesOn();
+    void chineseFileAndEnglishWord();
+    void modbusEmptiesTheLatestTableToo();
+    void fileThatCannotBeOpened();
+    void withoutTableTheExportIsEmptyAndTheImportTells();
+    void noFileWhereThereIsNoCsv();
+};
+
+namespace {
+
+const QByteArray plcHeader =
+    "Address,Name,Type,Length,Permissions,Reporting Method,Change Amplitude,Collection Formula,Write "
+    "Formula,Deleat\n";
+const QByteArray modbusHeader = "Address,Name,Type,Length,Permissions,Deleat\n";
+const QString choiceBox = QStringLiteral("error|The multiple-choice content in the CSV row does not match "
+                                         "the expected format. Set as default value");
+
+QVariantList row(const QByteArray &fields)
+{
+    QVariantList values;
+    const QStringList texts = QString::fromUtf8(fields).split(QLatin1Char(','));
+    for (const QString &text : texts) {
+        values.append(text);
+    }
+    return values;
+}
+
+QString writeFile(const QByteArray &bytes)
+{
+    return Files::put(QStringLiteral("in.csv"), bytes);
+}
+
+class Chinese : public QTranslator
+{
+public:
+    QString translate(const char *, const char *source, const char *, int) const override
+    {
+        static const QHash<QByteArray, QString> texts{{"Timed", QStringLiteral("定时上报")},
+                                                      {"Change", QStringLiteral("变化上报")},
+                                                      {"Address", QStringLiteral("地址")}};
+        return texts.value(source);
+    }
+    bool isEmpty() const override { return false; }
+};
+
+} // namespace
+
+void TestParameterImport::exportWritesHeaderAndRows_data()
+{
+    QTest::addColumn<bool>("modbus");
+    QTest::addColumn<QList<QVariantList>>("rows");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("PLC") << false
+                         << RowList{row("D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2"),
+                                    row("x y,,bool,1,r,Timed,,,")}
+                         << plcHeader
+            + "D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2,\nx y,,bool,1,r,Timed,,,,\n";
+    QTest::newRow("Modbus") << true << RowList{row("0,a,float,1,r"), row("2,b,string,9,rw")}
+                            << modbusHeader + "0,a,float,1,r,\n2,b,string,9,rw,\n";
+    QTest::newRow("no rows") << true << RowList() << modbusHeader;
+    QTest::newRow("a comma is not protected")
+        << false << RowList{QVariantList{"D,1", "a", "bool", "1", "r", "Timed", "", "", ""}}
+        << plcHeader + "D,1,a,bool,1,r,Timed,,,,\n";
+}
+
+void TestParameterImport::exportWritesHeaderAndRows()
+{
+    QFETCH(bool, modbus);
+    QFETCH(QList<QVariantList>, rows);
+    QFETCH(QByteArray, bytes);
+    make(modbus ? ParameterVariant::modbus() : ParameterVariant::plc());
+    m_form->loadParameters(rows);
+    m_form->exportFile(QStringLiteral("out.csv"));
+    QCOMPARE(Files::contents(QStringLiteral("out.csv")), bytes);
+}
+
+void TestParameterImport::exportedFileImportsUnchanged_data()
+{
+    QTest::addColumn<bool>("modbus");
+    QTest::newRow("PLC") << false;
+    QTest::newRow("Modbus") << true;
+}
+
+void TestParameterImport::exportedFileImportsUnchanged()
+{
+    QFETCH(bool, modbus);
+    make(modbus ? ParameterVariant::modbus() : ParameterVariant::plc());
+    const RowList rows = modbus
+        ? RowList{row("0,电压,float,1,r"), row("2,b,string,9,rw")}
+        : RowList{row("D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2"), row("D2,电压,string,5,r,Change,,,")};
+    m_form->loadParameters(rows);
+    m_form->exportFile(QStringLiteral("out.csv"));
+    const QByteArray exported = Files::contents(QStringLiteral("out.csv"));
+    m_form->removeAllParameters();
+    m_form->importFile(QStringLiteral("out.csv"));
+    m_form->exportFile(QStringLiteral("again.csv"));
+    QCOMPARE(Files::contents(QStringLiteral("again.csv")), exported);
+    RowList withButtonField = rows;
+    for (QVariantList &each : withButtonField) {
+        each.append(QString(QLatin1String("")));
+    }
+    QCOMPARE(m_table->rows(), withButtonField);
+    QCOMPARE(m_workspace->messages, QStringList());
+}
+
+void TestParameterImport::refusedFileLeavesTheTable_data()
+{
+    QTest::addColumn<bool>("modbus");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("told");
+    QTest::newRow("behind a good row")
+        << false << plcHeader + "D1,a,int16,1,r,Timed,,,,\n1,a,bool,1,r\n"
+        << QStringList{"error|CSV file has incorrect column count, unable to import"};
+    QTest::newRow("behind a bad choice")
+        << true << modbusHeader + "0,a,FLOAT,1,r,\n0,a,float,x,r,\n"
+        << QStringList{choiceBox,
+                       "error|The length of the numbers in the CSV row does not match the expected format."};
+}
+
+void TestParameterImport::refusedFileLeavesTheTable()
+{
+    QFETCH(bool, modbus);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, told);
+    make(modbus ? ParameterVariant::modbus() : ParameterVariant::plc());
+    const RowList before{modbus ? row("7,old,int8,1,r") : row("7,old,int8,1,r,Timed,,,")};
+    m_form->loadParameters(before);
+    for (int box = 0; box < told.size(); ++box) {
+        m_boxes->expect();
+    }
+    m_form->importFile(writeFile(bytes));
+    QCOMPARE(m_boxes->told(), told);
+    QCOMPARE(m_table->rows(), before);
+}
+
+void TestParameterImport::acceptedFileReplacesTheTable_data()
+{
+    QTest::addColumn<bool>("modbus");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QList<QVariantList>>("rows");
+    QTest::newRow("empty file") << false << QByteArray() << RowList();
+    QTest::newRow("PLC") << false << plcHeader + "D 1,a,int16,1,r,Timed,,,\n"
+                         << RowList{row("D 1,a,int16,1,r,Timed,,,")};
+    QTest::newRow("CR LF") << true << QByteArray(modbusHeader).replace("\n", "\r\n") + "0,a,float,1,r,\r\n"
+                           << RowList{row("0,a,float,1,r,")};
+    QTest::newRow("byte order mark") << true << "\xEF\xBB\xBF" + modbusHeader + "0,a,float,1,r,\n"
+                                     << RowList{row("0,a,float,1,r,")};
+}
+
+void TestParameterImport::acceptedFileReplacesTheTable()
+{
+    QFETCH(bool, modbus);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QList<QVariantList>, rows);
+    make(modbus ? ParameterVariant::modbus() : ParameterVariant::plc());
+    m_form->loadParameters({modbus ? row("7,old,int8,1,r") : row("7,old,int8,1,r,Timed,,,")});
+    m_form->importFile(writeFile(bytes));
+    QCOMPARE(m_table->rows(), rows);
+    for (int each = 0; each < m_table->rowCount(); ++each) {
+        QVERIFY(qobject_cast<QPushButton *>(m_table->cellWidget(each, m_table->columnCount() - 1)));
+    }
+}
+
+void TestParameterImport::badChoiceIsToldOnceARowAndGoesOn()
+{
+    m_boxes->expect();
+    m_boxes->expect();
+    m_boxes->expect();
+    m_form->importFile(writeFile(plcHeader
+                                 + "D1,a,INT16,1,r,Timed,,,,\nD2,b,int16,1,w,Timed,,,,\n"
+                                   "D3,c,int16,1,r,Never,,,,\nD4,d,int16,1,r,Change,,,,\n"));
+    QCOMPARE(m_boxes->told(), (QStringList{choiceBox, choiceBox, choiceBox}));
+    QCOMPARE(m_table->rows(),
+             (RowList{row("D1,a,bool,1,r,Timed,,,,"), row("D2,b,int16,1,r,Timed,,,,"),
+                      row("D3,c,int16,1,r,Timed,,,,"), row("D4,d,int16,1,r,Change,,,,")}));
+}
+
+void TestParameterImport::chineseFileAndEnglishWord()
+{
+    Chinese chinese;
+    QCoreApplication::installTranslator(&chinese);
+    make(ParameterVariant::plc());
+    m_form->loadParameters({row("D1,a,int16,1,r,Change,,,")});
+    m_form->exportFile(QStringLiteral("out.csv"));
+    const QByteArray header = QStringLiteral("地址").toUtf8() + plcHeader.mid(7);
+    QCOMPARE(Files::contents(QStringLiteral("out.csv")),
+             header + "D1,a,int16,1,r," + QStringLiteral("变化上报").toUtf8() + ",,,,\n");
+    m_form->importFile(QStringLiteral("out.csv"));
+    QCOMPARE(m_table->rows(), RowList{row("D1,a,int16,1,r,Change,,,,")});
+
+    // The English word brings the box, and the row loads properly all the same.
+    m_boxes->expect();
+    m_form->importFile(writeFile(header + "D1,a,int16,1,r,Timed,,,,\n"));
+    QCOMPARE(m_table->rows(), RowList{row("D1,a,int16,1,r,Timed,,,,")});
+
+    m_boxes->expect();
+    m_form->importFile(writeFile(plcHeader));
+    QCOMPARE(m_boxes->told(),
+             (QStringList{choiceBox, QStringLiteral("error|CSV header does not match expected format.")}));
+    QCoreApplication::removeTranslator(&chinese);
+}
+
+void TestParameterImport::modbusEmptiesTheLatestTableToo()
+{
+    make(ParameterVariant::modbus());
+    ParameterTable *latest = m_form->makeTable(m_form);
+    latest->fill({row("9,z,int8,1,r")});
+    m_latest = latest;
+    m_form->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n"));
+    QCOMPARE(latest->rowCount(), 0);
+    QCOMPARE(m_table->rows(), RowList{row("0,a,float,1,r,")});
+}
+
+void TestParameterImport::fileThatCannotBeOpened()
+{
+    for (int box = 0; box < 4; ++box) {
+        m_boxes->expect();
+    }
+    QDir().mkdir(QStringLiteral("folder"));
+    m_form->loadParameters({row("7,old,int8,1,r,Timed,,,")});
+    m_form->importFile(QStringLiteral("missing.csv"));
+    m_form->importFile(QStringLiteral("folder"));
+    m_form->exportFile(QStringLiteral("folder"));
+    QCOMPARE(m_table->rowCount(), 1);
+    make(ParameterVariant::modbus());
+    m_form->exportFile(QStringLiteral("folder"));
+    QCOMPARE(m_boxes->told(),
+             (QStringList{QStringLiteral("mistake|Unable to open file for reading."),
+                          QStringLiteral("mistake|Unable to open file for reading."),
+                          QStringLiteral("mistake|Unable to open file for writing."),
+                          QStringLiteral("Mistake|Unable to open file for writing.")}));
+}
+
+void TestParameterImport::withoutTableTheExportIsEmptyAndTheImportTells()
+{
+    make(ParameterVariant::modbus());
+    m_table = nullptr;
+    m_latest = nullptr;
+    m_form->exportFile(QStringLiteral("none.csv"));
+    QCOMPARE(Files::contents(QStringLiteral("none.csv")), QByteArray());
+    m_boxes->expect();
+    m_form->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n"));
+    QCOMPARE(m_boxes->told(), QStringList{QStringLiteral("Error|No tab selected.")});
+}
+
+void TestParameterImport::noFileWhereThereIsNoCsv()
+{
+    const ModalDialogs dialogs;
+    make(ParameterVariant::dido());
+    m_form->importParameters();
+    m_form->exportParameters();
+    QCOMPARE(dialogs.unexpected(), QStringList());
+}
+
+QTEST_MAIN(TestParameterImport)
+#include "tst_parameterimport.moc"
