@@ -1,33 +1,25 @@
 #include "standards/standarddlt645editdialog.h"
 
-#include "definitions/dlt645items.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/workspace.h"
+#include "standards/meterpage.h"
 #include "standards/standardfields.h"
 #include "standards/standardtabs.h"
-#include "widgets/tablecopy.h"
-#include "widgets/tableheader.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QScrollArea>
-#include <QSignalBlocker>
 #include <QStandardItem>
 #include <QTableWidget>
 
 namespace {
 
 constexpr char context[] = "standardDLT645EditDialog";
-constexpr int tickColumn = 0;
-constexpr int labelColumn = 1;
-constexpr int nameColumn = 2;
 
 QVector<Field> identityFields()
 {
@@ -47,31 +39,6 @@ QVector<Field> serialFields()
 {
     return StandardFields::serialLine("2400", "EVEN")
         + StandardFields::serialTimes("communicationTimeout", standardCommunicationTimeoutRole);
-}
-
-QVector<Field> meterFields()
-{
-    return {
-        {"slaveAddressEdit", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"), FieldKind::Text,
-         FieldTable::noRole},
-        {"protocolVersionComboBox",
-         QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol Version:"),
-         FieldKind::List,
-         FieldTable::noRole,
-         FieldCheck::None,
-         {Dlt645::versionText(Dlt645::Version2007), Dlt645::versionText(Dlt645::Version1997)}},
-    };
-}
-
-QCheckBox *tickOf(const QTableWidget *table, int row)
-{
-    return qobject_cast<QCheckBox *>(table->cellWidget(row, tickColumn));
-}
-
-QString textOf(const QTableWidget *table, int row, int column)
-{
-    const QTableWidgetItem *item = table->item(row, column);
-    return item ? item->text() : QString();
 }
 
 } // namespace
@@ -122,74 +89,24 @@ QWidget *standardDLT645EditDialog::buildContent()
     return content;
 }
 
-QWidget *standardDLT645EditDialog::makePage(const QString &title)
+MeterPage *standardDLT645EditDialog::makePage(const QString &title)
 {
-    auto *page = new QWidget(m_tabs);
-    auto *column = new QVBoxLayout(page);
-    auto *form = new QFormLayout;
-    column->addLayout(form);
-    FieldTable meter(context, meterFields());
-    meter.build(form);
-    meter.setLabelWidth(m_serial.labelWidth() - column->contentsMargins().left());
-    QLineEdit *address = meter.lineEdit(QStringLiteral("slaveAddressEdit"));
-    static const QRegularExpression digits(QStringLiteral("^[0-9A-Fa-f]{0,12}$"));
-    address->setValidator(new QRegularExpressionValidator(digits, address));
-    address->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
-
-    QPushButton *all =
-        FormPage::button(tr("Select All"), QStringLiteral(":/adsdemo/images/SelectAll.svg"), page);
-    all->setObjectName(QStringLiteral("selectAllButton"));
-    connect(all, &QPushButton::clicked, this, [this] { toggleSelectAll(tickColumn); });
-    column->addWidget(all, 0, Qt::AlignLeft);
-
-    QComboBox *version = meter.comboBox(QStringLiteral("protocolVersionComboBox"));
-    QTableWidget *table = makeTable(page);
-    column->addWidget(table);
-    fillTable(table, version->currentText());
-    connect(version, qOverload<int>(&QComboBox::currentIndexChanged), this,
+    auto *page = new MeterPage(m_serial.labelWidth(), m_tabs);
+    connect(page, &MeterPage::selectAllPressed, this, [this] { toggleSelectAll(MeterPage::tickColumn); });
+    connect(page->table(), &QTableWidget::cellChanged, this, &standardDLT645EditDialog::validateName);
+    connect(page->table()->horizontalHeader(), &QHeaderView::sectionClicked, this,
+            &standardDLT645EditDialog::toggleSelectAll);
+    connect(page->version(), qOverload<int>(&QComboBox::currentIndexChanged), this,
             &standardDLT645EditDialog::updateParameterTable);
-    version->installEventFilter(this);
-    column->addStretch();
+    page->version()->installEventFilter(this);
     m_tabs->appendPage(page, title);
     return page;
 }
 
-QTableWidget *standardDLT645EditDialog::makeTable(QWidget *page)
+MeterPage *standardDLT645EditDialog::currentPage() const
 {
-    auto *table = new QTableWidget(0, 3, page);
-    table->setHorizontalHeaderLabels({tr("Select All"), tr("Data name"), tr("Name")});
-    table->setColumnWidth(tickColumn, 40);
-    table->setColumnWidth(labelColumn, 150);
-    table->setColumnWidth(nameColumn, 90);
-    TableHeader::explain(table);
-    table->setWordWrap(false);
-    table->setFixedHeight(StandardTabs::tableHeight);
-    table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
-    TableHeader::makeGrey(table);
-    TableCopy::install(table);
-    table->setTabKeyNavigation(false); // else Tab would never leave it
-    connect(table, &QTableWidget::cellChanged, this, &standardDLT645EditDialog::validateName);
-    connect(table->horizontalHeader(), &QHeaderView::sectionClicked, this,
-            &standardDLT645EditDialog::toggleSelectAll);
-    return table;
-}
-
-void standardDLT645EditDialog::fillTable(QTableWidget *table, const QString &version)
-{
-    // No check while filling: checks answer to the user's editing.
-    const QSignalBlocker quiet(table);
-    const QVector<const Dlt645::Item *> items = Dlt645::itemsOf(Dlt645::versionOf(version));
-    table->setRowCount(0);
-    table->setRowCount(items.size());
-    for (int row = 0; row < items.size(); ++row) {
-        table->setItem(row, tickColumn, new QTableWidgetItem);
-        table->setCellWidget(row, tickColumn, new QCheckBox(table));
-        auto *label = new QTableWidgetItem(Dlt645::label(*items.at(row)));
-        label->setFlags(label->flags() & ~Qt::ItemIsEditable);
-        label->setToolTip(label->text());
-        table->setItem(row, labelColumn, label);
-        table->setItem(row, nameColumn, new QTableWidgetItem);
-    }
+    auto *page = qobject_cast<MeterPage *>(m_tabs->currentWidget());
+    return page && page->table() ? page : nullptr;
 }
 
 void standardDLT645EditDialog::fillFields()
@@ -222,30 +139,11 @@ void standardDLT645EditDialog::addTab()
 
 void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
 {
-    QWidget *page = m_tabs->pageTitled(title);
+    StandardPage *page = m_tabs->pageTitled(title);
     if (!page) {
         page = makePage(title);
     }
-    auto *version = page->findChild<QComboBox *>(QStringLiteral("protocolVersionComboBox"));
-    if (!rows.isEmpty()) {
-        const QVariantList settings = rows.takeFirst();
-        page->findChild<QLineEdit *>(QStringLiteral("slaveAddressEdit"))
-            ->setText(settings.value(0).toString());
-        // This page need not be the current one, on which a change of the edition would act.
-        const QSignalBlocker quiet(version);
-        version->setCurrentText(settings.value(1).toString());
-    }
-    auto *table = page->findChild<QTableWidget *>();
-    fillTable(table, version->currentText());
-    const QSignalBlocker quiet(table);
-    for (int row = 0; row < qMin(rows.size(), table->rowCount()); ++row) {
-        const QVariantList &values = rows.at(row);
-        tickOf(table, row)->setChecked(ProjectTree::isTrue(values.value(0)));
-        for (int column = labelColumn; column < qMin(values.size(), table->columnCount()); ++column) {
-            table->item(row, column)->setText(values.at(column).toString());
-        }
-        table->item(row, labelColumn)->setToolTip(textOf(table, row, labelColumn));
-    }
+    page->setRows(rows);
     logToFile(QStringLiteral("standardDLT645EditDialog: loadParameters"));
 }
 
@@ -257,43 +155,33 @@ void standardDLT645EditDialog::deleteTab(int index)
 void standardDLT645EditDialog::updateParameterTable(int index)
 {
     Q_UNUSED(index)
-    const QWidget *page = m_tabs->currentWidget();
-    auto *table = page ? page->findChild<QTableWidget *>() : nullptr;
-    if (table) {
-        fillTable(table, page->findChild<QComboBox *>()->currentText());
+    if (MeterPage *page = currentPage()) {
+        page->showItems();
     }
 }
 
 void standardDLT645EditDialog::toggleSelectAll(int logicalIndex)
 {
-    const QWidget *page = m_tabs->currentWidget();
-    const auto *table = page ? page->findChild<QTableWidget *>() : nullptr;
-    if (logicalIndex != tickColumn || !table) {
-        return;
-    }
-    bool allTicked = true;
-    for (int row = 0; row < table->rowCount(); ++row) {
-        allTicked = allTicked && tickOf(table, row)->isChecked();
-    }
-    for (int row = 0; row < table->rowCount(); ++row) {
-        tickOf(table, row)->setChecked(!allTicked);
+    MeterPage *page = currentPage();
+    if (page && logicalIndex == MeterPage::tickColumn) {
+        page->toggleTicks();
     }
 }
 
 void standardDLT645EditDialog::validateName(int row, int column)
 {
     auto *table = qobject_cast<QTableWidget *>(sender());
-    if (column != nameColumn || m_clearingName || !table) {
+    if (column != MeterPage::nameColumn || m_clearingName || !table) {
         return;
     }
     // Empty names count too, on purpose: emptying one beside another empty one brings the message.
-    if (isNameDuplicate(table, row, textOf(table, row, nameColumn))) {
+    if (isNameDuplicate(table, row, MeterPage::nameOf(table, row))) {
         m_clearingName = true;
         if (m_workspace) {
             m_workspace->appendMessage(
                 tr("The name of the '%1' line already exists. Please use a different name.").arg(row + 1));
         }
-        table->item(row, nameColumn)->setText(QString());
+        table->item(row, MeterPage::nameColumn)->setText(QString());
         m_clearingName = false;
     }
 }
@@ -301,7 +189,7 @@ void standardDLT645EditDialog::validateName(int row, int column)
 bool standardDLT645EditDialog::isNameDuplicate(QTableWidget *table, int currentRow, QString currentName)
 {
     for (int row = 0; row < table->rowCount(); ++row) {
-        if (row != currentRow && textOf(table, row, nameColumn) == currentName) {
+        if (row != currentRow && MeterPage::nameOf(table, row) == currentName) {
             return true;
         }
     }
@@ -317,29 +205,12 @@ void standardDLT645EditDialog::saveChanges()
     m_identity.save(item);
     m_serial.save(item);
     m_trigger.save(item);
-    const GroupMap tabs = m_tabs->groups([this](const QWidget *page) { return rowsOf(page); });
-    item->setData(QVariant::fromValue(tabs), standardDatasRole);
+    item->setData(QVariant::fromValue(m_tabs->groups()), standardDatasRole);
     if (m_workspace) {
         m_workspace->appendMessage(tr("The Standard DLT645 '%1' is saved successfully.")
                                        .arg(m_identity.text(QStringLiteral("name"))));
     }
     logToFile(QStringLiteral("standardDLT645EditDialog: save"));
-}
-
-RowList standardDLT645EditDialog::rowsOf(const QWidget *page) const
-{
-    const auto *table = page->findChild<QTableWidget *>();
-    const auto *address = page->findChild<QLineEdit *>(QStringLiteral("slaveAddressEdit"));
-    const auto *version = page->findChild<QComboBox *>(QStringLiteral("protocolVersionComboBox"));
-    if (!table || !address || !version) {
-        return {};
-    }
-    RowList rows{{address->text(), version->currentText()}};
-    for (int row = 0; row < table->rowCount(); ++row) {
-        rows.append({tickOf(table, row)->isChecked(), textOf(table, row, labelColumn),
-                     textOf(table, row, nameColumn)});
-    }
-    return rows;
 }
 
 void standardDLT645EditDialog::clearData()

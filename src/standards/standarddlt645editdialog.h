@@ -5,6 +5,7 @@
 #include "model/itemref.h"
 #include "model/projecttree.h"
 
+class MeterPage;
 class QPushButton;
 class QStandardItem;
 class QTableWidget;
@@ -48,12 +49,11 @@ public slots:
 
 private:
     QWidget *buildContent();
-    QWidget *makePage(const QString &title);
-    QTableWidget *makeTable(QWidget *page);
+    MeterPage *makePage(const QString &title);
+    // Null without a tab that has its table.
+    MeterPage *currentPage() const;
     void fillFields();
     void loadTabs();
-    void fillTable(QTableWidget *table, const QString &version);
-    RowList rowsOf(const QWidget *page) const;
 
     ItemRef m_item;
     Workspace *m_workspace; // Not owned; may be null.

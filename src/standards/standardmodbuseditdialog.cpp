@@ -7,10 +7,10 @@
 #include "model/workspace.h"
 #include "parametertable/parametertable.h"
 #include "standards/modbusfields.h"
+#include "standards/modbuspage.h"
 #include "standards/standardfields.h"
 #include "standards/standardtabs.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -20,15 +20,6 @@
 #include <QScrollArea>
 #include <QStandardItem>
 #include <QTimer>
-
-namespace {
-
-template <class Widget> Widget *child(const QWidget *page, const char *name)
-{
-    return page ? page->findChild<Widget *>(QLatin1String(name)) : nullptr;
-}
-
-} // namespace
 
 standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
     : ParameterForm(ParameterVariant::modbus(), workspace, parent)
@@ -107,23 +98,12 @@ void standardModbusEditDialog::alignFields()
     m_trigger.setLabelWidth(m_fieldColumn);
 }
 
-QWidget *standardModbusEditDialog::makePage(const QString &title)
+ModbusPage *standardModbusEditDialog::makePage(const QString &title)
 {
-    auto *page = new QWidget(m_tabs);
-    auto *column = new QVBoxLayout(page);
-    auto *form = new QFormLayout;
-    column->addLayout(form);
-    FieldTable slave(ModbusFields::context, ModbusFields::slave());
-    slave.build(form);
-    slave.setLabelWidth(m_fieldColumn - column->contentsMargins().left());
-    slave.widget(QStringLiteral("seriesComboBox"))->setEnabled(false);
-    slave.setText(QStringLiteral("stationNumEdit"), QStringLiteral("1"));
-    child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(true);
-
-    column->addWidget(makeTableButtons(page));
+    auto *page = new ModbusPage(m_fieldColumn, m_tabs);
+    QWidget *buttons = makeTableButtons(page); // first, as the Tab key goes
     m_latestTable = makeTable(page);
-    column->addWidget(m_latestTable);
-    column->addStretch();
+    page->addTable(buttons, m_latestTable);
     m_tabs->appendPage(page, title);
     return page;
 }
@@ -160,20 +140,11 @@ void standardModbusEditDialog::addTab()
 
 void standardModbusEditDialog::loadTab(QString title, QList<QVariantList> rows)
 {
-    QWidget *page = m_tabs->pageTitled(title);
+    StandardPage *page = m_tabs->pageTitled(title);
     if (!page) {
         page = makePage(title);
     }
-    if (rows.isEmpty()) {
-        return;
-    }
-    const QVariantList settings = rows.takeFirst();
-    child<QComboBox>(page, "seriesComboBox")->setCurrentText(settings.value(0).toString());
-    child<QLineEdit>(page, "stationNumEdit")->setText(settings.value(1).toString());
-    child<QComboBox>(page, "byteOrderComboBox")->setCurrentText(settings.value(2).toString());
-    child<QCheckBox>(page, "startAddress0CheckBox")->setChecked(ProjectTree::isTrue(settings.value(3)));
-    child<QCheckBox>(page, "charReversedCheckBox")->setChecked(ProjectTree::isTrue(settings.value(4)));
-    page->findChild<ParameterTable *>()->fill(rows);
+    page->setRows(rows);
 }
 
 void standardModbusEditDialog::deleteTab(int index)
@@ -202,29 +173,12 @@ void standardModbusEditDialog::saveChanges()
     }
     m_trigger.save(item);
 
-    const GroupMap tabs = m_tabs->groups([this](const QWidget *page) { return rowsOf(page); });
-    item->setData(QVariant::fromValue(tabs), standardDatasRole);
+    item->setData(QVariant::fromValue(m_tabs->groups()), standardDatasRole);
     if (workspace()) {
         workspace()->appendMessage(tr("The Standard Modbus '%1' is saved successfully.")
                                        .arg(m_identity.text(QStringLiteral("name"))));
     }
     logToFile(QStringLiteral("standardModbusEditDialog: save"));
-}
-
-RowList standardModbusEditDialog::rowsOf(const QWidget *page) const
-{
-    const auto *series = child<QComboBox>(page, "seriesComboBox");
-    const auto *station = child<QLineEdit>(page, "stationNumEdit");
-    const auto *byteOrder = child<QComboBox>(page, "byteOrderComboBox");
-    const auto *startAddress0 = child<QCheckBox>(page, "startAddress0CheckBox");
-    const auto *charReversed = child<QCheckBox>(page, "charReversedCheckBox");
-    const auto *table = page->findChild<ParameterTable *>();
-    if (!series || !station || !byteOrder || !startAddress0 || !charReversed || !table) {
-        return {};
-    }
-    return RowList{{series->currentText(), station->text(), byteOrder->currentText(),
-                    startAddress0->isChecked(), charReversed->isChecked()}}
-    + table->rows();
 }
 
 void standardModbusEditDialog::clearData()
@@ -243,8 +197,8 @@ void standardModbusEditDialog::onProtocolChanged(QString protocol)
 
 ParameterTable *standardModbusEditDialog::currentTable() const
 {
-    const QWidget *page = m_tabs->currentWidget();
-    return page ? page->findChild<ParameterTable *>() : nullptr;
+    const auto *page = qobject_cast<ModbusPage *>(m_tabs->currentWidget());
+    return page ? page->table() : nullptr;
 }
 
 ParameterTable *standardModbusEditDialog::latestTable() const

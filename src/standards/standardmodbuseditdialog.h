@@ -6,6 +6,7 @@
 
 #include <QPointer>
 
+class ModbusPage;
 class QGroupBox;
 class QPushButton;
 class QStandardItem;
@@ -46,10 +47,9 @@ protected:
 private:
     QWidget *buildContent();
     void alignFields();
-    QWidget *makePage(const QString &title);
+    ModbusPage *makePage(const QString &title);
     void fillFields();
     void loadTabs();
-    RowList rowsOf(const QWidget *page) const;
 
     ItemRef m_item;
     FieldTable m_identity;

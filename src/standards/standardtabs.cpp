@@ -1,6 +1,7 @@
 #include "standards/standardtabs.h"
 
 #include "forms/formpage.h"
+#include "standards/standardpage.h"
 #include "widgets/svgicon.h"
 
 #include <QPushButton>
@@ -40,17 +41,17 @@ QString StandardTabs::takeTitle()
     return m_newTitle.arg(m_next++);
 }
 
-void StandardTabs::appendPage(QWidget *page, const QString &title)
+void StandardTabs::appendPage(StandardPage *page, const QString &title)
 {
     addTab(page, title);
     FormPage::orderBehind(this, page);
 }
 
-QWidget *StandardTabs::pageTitled(const QString &title) const
+StandardPage *StandardTabs::pageTitled(const QString &title) const
 {
     for (int index = 0; index < count(); ++index) {
         if (tabText(index) == title) {
-            return widget(index);
+            return qobject_cast<StandardPage *>(widget(index));
         }
     }
     return nullptr;
@@ -84,11 +85,12 @@ void StandardTabs::load(const QVariant &stored,
     }
 }
 
-GroupMap StandardTabs::groups(const std::function<RowList(const QWidget *)> &rowsOf) const
+GroupMap StandardTabs::groups() const
 {
     GroupMap groups;
     for (int index = 0; index < count(); ++index) {
-        const RowList rows = rowsOf(widget(index));
+        const auto *page = qobject_cast<StandardPage *>(widget(index));
+        const RowList rows = page ? page->rows() : RowList();
         if (!rows.isEmpty()) {
             groups.insert(tabText(index), rows);
         }

@@ -7,6 +7,7 @@
 #include <functional>
 
 class QPushButton;
+class StandardPage;
 
 // The tabs of a Standard, one for each device on its link: closable, and numbered from 1 in their titles. The
 // form makes the pages; its stored rows are a list for each title. Ctrl+W on the tab bar stands for
@@ -26,9 +27,9 @@ public:
     // The title of a tab to be appended; its number is taken then.
     QString takeTitle();
     // The page belongs to the tabs from here on; it does not become the current one.
-    void appendPage(QWidget *page, const QString &title);
+    void appendPage(StandardPage *page, const QString &title);
     // The first page with that title, or null.
-    QWidget *pageTitled(const QString &title) const;
+    StandardPage *pageTitled(const QString &title) const;
     // At once and without asking; the numbers of the others close up.
     void deletePage(int index);
     void deletePages();
@@ -36,7 +37,7 @@ public:
     // Hands each entry of the stored map to the form, in the order of titles as texts, and numbers the tabs.
     void load(const QVariant &stored, const std::function<void(const QString &, const RowList &)> &loadTab);
     // The map to be stored; a page that gives no rows is left out.
-    GroupMap groups(const std::function<RowList(const QWidget *)> &rowsOf) const;
+    GroupMap groups() const;
 
 private:
     void retitle(const QString &pattern);

@@ -1,0 +1,179 @@
+#include "standards/meterpage.h"
+
+#include "definitions/dlt645items.h"
+#include "forms/formpage.h"
+#include "standards/standardtabs.h"
+#include "widgets/tablecopy.h"
+#include "widgets/tableheader.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRegularExpressionValidator>
+#include <QSignalBlocker>
+#include <QTableWidget>
+
+namespace {
+
+// The texts belong to the form.
+constexpr char context[] = "standardDLT645EditDialog";
+
+QString translated(const char *source)
+{
+    return QCoreApplication::translate(context, source);
+}
+
+QVector<Field> meterFields()
+{
+    return {
+        {"slaveAddressEdit", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"), FieldKind::Text,
+         FieldTable::noRole},
+        {"protocolVersionComboBox",
+         QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol Version:"),
+         FieldKind::List,
+         FieldTable::noRole,
+         FieldCheck::None,
+         {Dlt645::versionText(Dlt645::Version2007), Dlt645::versionText(Dlt645::Version1997)}},
+    };
+}
+
+QCheckBox *tickOf(const QTableWidget *table, int row)
+{
+    return qobject_cast<QCheckBox *>(table->cellWidget(row, MeterPage::tickColumn));
+}
+
+QString textOf(const QTableWidget *table, int row, int column)
+{
+    const QTableWidgetItem *item = table->item(row, column);
+    return item ? item->text() : QString();
+}
+
+} // namespace
+
+MeterPage::MeterPage(int labelWidth, QWidget *parent)
+    : StandardPage(parent)
+    , m_settings(context, meterFields())
+{
+    auto *column = new QVBoxLayout(this);
+    auto *form = new QFormLayout;
+    column->addLayout(form);
+    m_settings.build(form);
+    m_settings.setLabelWidth(labelWidth - column->contentsMargins().left());
+    QLineEdit *address = m_settings.lineEdit(QStringLiteral("slaveAddressEdit"));
+    static const QRegularExpression digits(QStringLiteral("^[0-9A-Fa-f]{0,12}$"));
+    address->setValidator(new QRegularExpressionValidator(digits, address));
+    address->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
+
+    QPushButton *all =
+        FormPage::button(translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Select All")),
+                         QStringLiteral(":/adsdemo/images/SelectAll.svg"), this);
+    all->setObjectName(QStringLiteral("selectAllButton"));
+    connect(all, &QPushButton::clicked, this, &MeterPage::selectAllPressed);
+    column->addWidget(all, 0, Qt::AlignLeft);
+    m_table = makeTable();
+    column->addWidget(m_table);
+    column->addStretch();
+    showItems();
+}
+
+QTableWidget *MeterPage::makeTable()
+{
+    auto *table = new QTableWidget(0, 3, this);
+    table->setHorizontalHeaderLabels({translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Select All")),
+                                      translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Data name")),
+                                      translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Name"))});
+    table->setColumnWidth(tickColumn, 40);
+    table->setColumnWidth(labelColumn, 150);
+    table->setColumnWidth(nameColumn, 90);
+    TableHeader::explain(table);
+    table->setWordWrap(false);
+    table->setFixedHeight(StandardTabs::tableHeight);
+    table->setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
+    TableHeader::makeGrey(table);
+    TableCopy::install(table);
+    table->setTabKeyNavigation(false); // else Tab would never leave it
+    return table;
+}
+
+QComboBox *MeterPage::version() const
+{
+    return m_settings.comboBox(QStringLiteral("protocolVersionComboBox"));
+}
+
+QTableWidget *MeterPage::table() const
+{
+    return m_table;
+}
+
+RowList MeterPage::rows() const
+{
+    if (!m_table) {
+        return {};
+    }
+    RowList rows{{m_settings.text(QStringLiteral("slaveAddressEdit")), version()->currentText()}};
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        rows.append({tickOf(m_table, row)->isChecked(), textOf(m_table, row, labelColumn),
+                     textOf(m_table, row, nameColumn)});
+    }
+    return rows;
+}
+
+void MeterPage::setRows(const RowList &rows)
+{
+    if (!m_table) {
+        return;
+    }
+    if (!rows.isEmpty()) {
+        m_settings.setText(QStringLiteral("slaveAddressEdit"), rows.first().value(0).toString());
+        // This page need not be the current one, on which a change of the edition would act.
+        const QSignalBlocker quiet(version());
+        version()->setCurrentText(rows.first().value(1).toString());
+    }
+    showItems();
+    const QSignalBlocker quiet(m_table);
+    for (int row = 0; row < qMin(rows.size() - 1, m_table->rowCount()); ++row) {
+        const QVariantList &values = rows.at(row + 1);
+        tickOf(m_table, row)->setChecked(ProjectTree::isTrue(values.value(0)));
+        for (int column = labelColumn; column < qMin(values.size(), m_table->columnCount()); ++column) {
+            m_table->item(row, column)->setText(values.at(column).toString());
+        }
+        m_table->item(row, labelColumn)->setToolTip(textOf(m_table, row, labelColumn));
+    }
+}
+
+void MeterPage::showItems()
+{
+    // No check while filling: checks answer to the user's editing.
+    const QSignalBlocker quiet(m_table);
+    const QVector<const Dlt645::Item *> items = Dlt645::itemsOf(Dlt645::versionOf(version()->currentText()));
+    m_table->setRowCount(0);
+    m_table->setRowCount(items.size());
+    for (int row = 0; row < items.size(); ++row) {
+        m_table->setItem(row, tickColumn, new QTableWidgetItem);
+        m_table->setCellWidget(row, tickColumn, new QCheckBox(m_table));
+        auto *label = new QTableWidgetItem(Dlt645::label(*items.at(row)));
+        label->setFlags(label->flags() & ~Qt::ItemIsEditable);
+        label->setToolTip(label->text());
+        m_table->setItem(row, labelColumn, label);
+        m_table->setItem(row, nameColumn, new QTableWidgetItem);
+    }
+}
+
+void MeterPage::toggleTicks()
+{
+    bool allTicked = true;
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        allTicked = allTicked && tickOf(m_table, row)->isChecked();
+    }
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        tickOf(m_table, row)->setChecked(!allTicked);
+    }
+}
+
+QString MeterPage::nameOf(const QTableWidget *table, int row)
+{
+    return textOf(table, row, nameColumn);
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "forms/fieldtable.h"
+#include "standards/standardpage.h"
+
+#include <QPointer>
+
+class ParameterTable;
+
+// One slave of a Modbus Standard: its station number, its byte order and its parameters. Row 0 holds series,
+// station number, byte order and the two flags, each further row a parameter of five texts.
+class ModbusPage : public StandardPage
+{
+    Q_OBJECT
+public:
+    // The fields begin that many pixels from the left.
+    ModbusPage(int fieldColumn, QWidget *parent);
+
+    // The page takes both; called once.
+    void addTable(QWidget *buttons, ParameterTable *table);
+    // Null if it is gone.
+    ParameterTable *table() const;
+
+    RowList rows() const override;
+    // Without any row nothing changes.
+    void setRows(const RowList &rows) override;
+
+private:
+    FieldTable m_settings;
+    QPointer<ParameterTable> m_table;
+};
