@@ -2,12 +2,14 @@
 
 #include "boxes/protocol.h"
 #include "model/projecttree.h"
+#include "monitoring/monitoringpage.h"
 #include "monitoring/monitoringtable.h"
 #include "monitoring/monitoringview.h"
 #include "support/segments.h"
 
 #include <QApplication>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QStandardItemModel>
 #include <QTabWidget>
@@ -60,10 +62,10 @@ void report(benchmark::State &state)
     }
 }
 
-QVariantList liveRows(int round)
+QVariantList liveRows(int round, int points = livePoints, int step = 1)
 {
     QVariantList rows;
-    for (int point = 0; point < livePoints; ++point) {
+    for (int point = 0; point < points; point += step) {
         rows.append(QVariantMap{
             {QStringLiteral("name"), QStringLiteral("Point %1").arg(point)},
             {QStringLiteral("addr"), QString::number(40001 + point)},
@@ -123,6 +125,31 @@ void liveTable(benchmark::State &state)
     }
 }
 
+// Every second point leaves a filtered page.
+void liveTableHalved(benchmark::State &state)
+{
+    const int points = int(state.range(0));
+    const QVariantList all = liveRows(0, points);
+    const QVariantList half = liveRows(1, points, 2);
+    for (auto _ : state) {
+        state.PauseTiming();
+        {
+            MonitoringPage page;
+            page.findChild<QLineEdit *>(QStringLiteral("filter"))->setText(QStringLiteral("7"));
+            auto *table = page.findChild<QTableWidget *>();
+            prepare(table, all, 0);
+            state.ResumeTiming();
+            MonitoringTable::update(table, half, timeOf(1));
+            QCoreApplication::processEvents();
+            state.PauseTiming();
+            if (table->rowCount() != half.size()) {
+                state.SkipWithError("the table does not hold the report");
+            }
+        }
+        state.ResumeTiming();
+    }
+}
+
 // The same texts into rows whose numbers are known.
 void liveTableLeast(benchmark::State &state)
 {
@@ -163,4 +190,5 @@ void liveTableLeast(benchmark::State &state)
 BENCHMARK(report)->Arg(1000)->Iterations(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(report)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(liveTable)->DenseRange(0, columnCount - 1)->Iterations(20)->Unit(benchmark::kMillisecond);
+BENCHMARK(liveTableHalved)->Arg(8000)->Arg(16000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(liveTableLeast)->Iterations(20)->Unit(benchmark::kMillisecond);

@@ -5,7 +5,9 @@
 #include <QCoreApplication>
 #include <QHash>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QScrollBar>
+#include <QSet>
 #include <QSignalBlocker>
 #include <QTableWidget>
 #include <QVector>
@@ -34,6 +36,11 @@ QString validityText(const QString &valid)
         return QCoreApplication::translate("CMainWindow", "Invalid");
     }
     return QCoreApplication::translate("CMainWindow", "Unknown");
+}
+
+QString nameOf(const QVariant &row)
+{
+    return row.toMap().value(QStringLiteral("name")).toString();
 }
 
 QString nameAt(const QTableWidget *table, int row)
@@ -94,7 +101,7 @@ QVector<int> placesOf(const QTableWidget *table, const QVariantList &rows)
     QVector<int> places;
     places.reserve(rows.size());
     for (const QVariant &row : rows) {
-        const QString name = row.toMap().value(QStringLiteral("name")).toString();
+        const QString name = nameOf(row);
         const auto known = rowOfName.constFind(name);
         const int place = known != rowOfName.cend() ? *known : end++;
         if (known == rowOfName.cend()) {
@@ -105,29 +112,53 @@ QVector<int> placesOf(const QTableWidget *table, const QVariantList &rows)
     return places;
 }
 
-// Removes the rows without a place in the report, whole runs at a time, from the end so that the numbers
-// ahead stay true.
-void removeOthers(QTableWidget *table, const QVector<int> &places)
+// Where the current cell's row is to go, the next one that stays takes its place, as in any removal.
+void moveCurrent(const QTableWidget *table, const QVector<bool> &stays)
 {
-    QVector<bool> held(table->rowCount(), false);
-    for (const int place : places) {
-        held[place] = true;
+    const QModelIndex current = table->currentIndex();
+    if (!current.isValid() || stays.at(current.row())) {
+        return;
     }
-    for (int last = held.size() - 1; last >= 0; --last) {
-        int count = 0;
-        while (last - count >= 0 && !held.at(last - count)) {
-            ++count;
-        }
-        if (count > 0) {
-            last -= count;
-            table->model()->removeRows(last + 1, count);
+    const int next = stays.indexOf(true, current.row());
+    const int row = next >= 0 ? next : stays.lastIndexOf(true, current.row());
+    table->selectionModel()->setCurrentIndex(table->model()->index(row, current.column()),
+                                             QItemSelectionModel::NoUpdate);
+}
+
+// Removes the rows whose points the report lacks. Sorted behind all others they go at once: one by one, each
+// would move all the rows behind it. The sort takes selection, current cell and hidden rows along. Its keys
+// stand in the column that the report writes anew in every row.
+void removeOthers(QTableWidget *table, const QVariantList &rows)
+{
+    QSet<QString> names;
+    for (const QVariant &row : rows) {
+        names.insert(nameOf(row));
+    }
+    QVector<bool> stays;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        stays.append(names.contains(nameAt(table, row)));
+    }
+    const int kept = stays.count(true);
+    if (kept == stays.size()) {
+        return;
+    }
+    moveCurrent(table, stays);
+    {
+        const QSignalBlocker blocker(table->model());
+        for (int row = 0; row < stays.size(); ++row) {
+            auto *key = new QTableWidgetItem;
+            key->setData(Qt::DisplayRole, stays.at(row) ? 0 : 1);
+            table->setItem(row, UpdateTime, key);
         }
     }
+    table->model()->sort(UpdateTime); // stable
+    table->setRowCount(kept);
 }
 
 // Sorting has to be off: a row that moved half-way would get the rest of its cells in another one.
 void updateRows(QTableWidget *table, const QVariantList &rows, const QString &time)
 {
+    removeOthers(table, rows);
     const QVector<int> places = placesOf(table, rows);
     const int lastPlace = places.isEmpty() ? -1 : *std::max_element(places.begin(), places.end());
     table->setRowCount(std::max(table->rowCount(), lastPlace + 1));
@@ -137,7 +168,6 @@ void updateRows(QTableWidget *table, const QVariantList &rows, const QString &ti
             setRow(table, places.at(i), rows.at(i).toMap(), time);
         }
     }
-    removeOthers(table, places);
     if (table->rowCount() > 0) {
         QAbstractItemModel *model = table->model();
         emit model->dataChanged(model->index(0, 0), model->index(table->rowCount() - 1, ColumnCount - 1));

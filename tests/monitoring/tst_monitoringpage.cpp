@@ -3,6 +3,7 @@
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
 
+#include <QAbstractItemModelTester>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -56,6 +57,7 @@ private slots:
     void csvQuotesWhatWouldTearIt();
     void menuExportsIntoTheChosenFile();
     void exportThatFailsIsTold();
+    void pageMayDieBelowItsFileDialog();
 
 private:
     QStringList shownNames() const;
@@ -76,6 +78,8 @@ void TestMonitoringPage::init()
     m_page = std::make_unique<MonitoringPage>();
     m_table = m_page->findChild<QTableWidget *>();
     m_filter = m_page->findChild<QLineEdit *>(QStringLiteral("filter"));
+    new QAbstractItemModelTester(m_table->model(), QAbstractItemModelTester::FailureReportingMode::QtTest,
+                                 m_table->model());
     report(feeders());
     m_page->resize(700, 300);
     m_page->show();
@@ -262,6 +266,20 @@ void TestMonitoringPage::exportThatFailsIsTold()
     QCOMPARE(boxes.told(),
              QStringList{QStringLiteral("Export Values|The file %1 could not be written.").arg(path)});
     QCOMPARE(boxes.unexpected(), QStringList());
+}
+
+void TestMonitoringPage::pageMayDieBelowItsFileDialog()
+{
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *menu) {
+        qobject_cast<QMenu *>(menu)->setActiveAction(menu->actions().last());
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+    dialogs.expect([this](QWidget *) { m_page.reset(); });
+    emit m_table->customContextMenuRequested(QPoint(5, 5));
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(dialogs.pending(), 0);
+    QVERIFY(!m_page);
 }
 
 QTEST_MAIN(TestMonitoringPage)

@@ -1,6 +1,5 @@
 #include "monitoringtest.h"
 
-#include <QAbstractItemModelTester>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -21,6 +20,8 @@ private slots:
     void numberAsValueShowsAsEmptyCell();
     void sameNameTwiceIsOneRow();
     void missingPointsLeaveTheTable();
+    void scatteredPointsLeaveTheOthersAsTheyWere();
+    void widthsAreThoseOfTheFirstReportAndTheUser();
     void newPointsComeAtTheEndUntilTheUserSorts();
     void emptyReportEmptiesTheTable();
     void ownTimeOfTheRowsIfNoneIsGiven();
@@ -29,6 +30,8 @@ private slots:
     void sortOrderSurvivesEachReport();
     void scrollPositionSurvivesEachReport();
     void selectionFollowsThePoint();
+    void currentPointThatGoesIsFollowedByItsNeighbour_data();
+    void currentPointThatGoesIsFollowedByItsNeighbour();
     void updatesTheCellsThatAreThere();
     void takesTenThousandPoints();
 };
@@ -127,6 +130,48 @@ void TestMonitoringTable::missingPointsLeaveTheTable()
     QCOMPARE(
         rowsOf(shown),
         QStringList({QStringLiteral("b|@b|float|7|Effective"), QStringLiteral("d|@d|float|6|Effective")}));
+}
+
+void TestMonitoringTable::scatteredPointsLeaveTheOthersAsTheyWere()
+{
+    const auto points = [](int step) {
+        QJsonArray datas;
+        for (int i = 0; i < 100; i += step) {
+            datas.prepend(point(QStringLiteral("point %1").arg(i), QString::number(i)));
+        }
+        return datas;
+    };
+    QTableWidget *shown = showPoints(points(1)); // not sorted: from 99 down
+    shown->setCurrentCell(39, 1);                // the address of point 60
+    shown->item(59, 2)->setSelected(true);       // the type of point 40
+    QSignalSpy removed(shown->model(), &QAbstractItemModel::rowsRemoved);
+    receive(points(4));
+    QCOMPARE(removed.count(), 1); // at once, however many gaps there are
+    QStringList expected;
+    for (int i = 96; i >= 0; i -= 4) {
+        expected.append(QStringLiteral("point %1|@point %1|float|%1|Effective").arg(i));
+    }
+    QCOMPARE(rowsOf(shown), expected);
+    QCOMPARE(shown->currentItem()->text(), QStringLiteral("@point 60"));
+    QStringList selected;
+    for (const QTableWidgetItem *item : shown->selectedItems()) {
+        selected.append(QStringLiteral("%1 %2").arg(item->row()).arg(item->column()));
+    }
+    selected.sort();
+    QCOMPARE(selected, QStringList({QStringLiteral("14 2"), QStringLiteral("9 1")}));
+}
+
+void TestMonitoringTable::widthsAreThoseOfTheFirstReportAndTheUser()
+{
+    const QJsonArray datas{point(QStringLiteral("a name as long as those of large plants"), QString())};
+    QTableWidget *shown = showPoints(datas);
+    QVERIFY(shown->columnWidth(0) >= shown->fontMetrics().horizontalAdvance(shown->item(0, 0)->text()));
+    QCOMPARE(shown->columnWidth(5), 180);
+    shown->setColumnWidth(0, 50);
+    shown->setColumnWidth(5, 50);
+    receive(datas);
+    QCOMPARE(shown->columnWidth(0), 50);
+    QCOMPARE(shown->columnWidth(5), 180);
 }
 
 void TestMonitoringTable::newPointsComeAtTheEndUntilTheUserSorts()
@@ -290,10 +335,47 @@ void TestMonitoringTable::selectionFollowsThePoint()
     QCOMPARE(shown->selectedItems().first()->text(), QStringLiteral("9"));
 }
 
+void TestMonitoringTable::currentPointThatGoesIsFollowedByItsNeighbour_data()
+{
+    QTest::addColumn<int>("first"); // of those that go
+    QTest::addColumn<QString>("next");
+    QTest::newRow("the one below") << 120 << QStringLiteral("@point 130");
+    QTest::newRow("the one above at the end") << 190 << QStringLiteral("@point 189");
+}
+
+void TestMonitoringTable::currentPointThatGoesIsFollowedByItsNeighbour()
+{
+    QFETCH(int, first);
+    QFETCH(QString, next);
+    const auto points = [](int from, int to) {
+        QJsonArray datas;
+        for (int i = 0; i < 200; ++i) {
+            if (i < from || i >= to) {
+                datas.append(point(QStringLiteral("point %1").arg(i), QString::number(i)));
+            }
+        }
+        return datas;
+    };
+    m_tabs->resize(400, 300);
+    m_tabs->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_tabs.data()));
+    QTableWidget *shown = showPoints(points(0, 0));
+    shown->setCurrentCell(first, 1);
+    QTRY_VERIFY(shown->horizontalScrollBar()->maximum() > 1);
+    shown->verticalScrollBar()->setValue(33);
+    shown->horizontalScrollBar()->setValue(2);
+    receive(points(first, first + 10));
+    QCOMPARE(shown->currentItem()->text(), next);
+    // The user did not ask to see it.
+    QCOMPARE(shown->verticalScrollBar()->value(), 33);
+    QCOMPARE(shown->horizontalScrollBar()->value(), 2);
+    receive({});
+    QVERIFY(!shown->currentItem());
+}
+
 void TestMonitoringTable::updatesTheCellsThatAreThere()
 {
     QTableWidget *shown = showPoints({point(QStringLiteral("a"), QStringLiteral("1"))});
-    QAbstractItemModelTester tester(shown->model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
     const QTableWidgetItem *value = shown->item(0, 3);
     const QTableWidgetItem *valid = shown->item(0, 4);
     QSignalSpy changed(shown->model(), &QAbstractItemModel::dataChanged);
@@ -318,7 +400,9 @@ void TestMonitoringTable::takesTenThousandPoints()
         }
         return datas;
     };
-    QTableWidget *shown = showPoints(points(0, 0));
+    receive(points(0, 0)); // not by showPoints(): who watches the model looks at every cell, often
+    receive(points(0, 0));
+    QTableWidget *shown = table();
     QCOMPARE(shown->rowCount(), count);
     shown->sortByColumn(3, Qt::AscendingOrder);
     receive(points(0, 7));
