@@ -37,6 +37,12 @@ QStandardItem *projectOf(QStandardItem *item)
     return item;
 }
 
+QStandardItem *itemAt(const QModelIndex &index)
+{
+    const auto *model = qobject_cast<const QStandardItemModel *>(index.model());
+    return model ? model->itemFromIndex(index) : nullptr;
+}
+
 QStandardItem *childNamed(const QStandardItem *parent, const QString &text)
 {
     for (int row = 0; parent && row < parent->rowCount(); ++row) {

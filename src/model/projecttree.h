@@ -9,6 +9,7 @@
 #include <QVector>
 
 class QIcon;
+class QModelIndex;
 class QStandardItem;
 class QStandardItemModel;
 
@@ -40,6 +41,8 @@ enum class Level { Project, Folder, Definition };
 
 // Level by depth; anything below a folder counts as a definition. The item must not be null.
 Level levelOf(const QStandardItem *item);
+// The item of an index of a project tree, or null.
+QStandardItem *itemAt(const QModelIndex &index);
 // The top-level item above (or at) the item; null for null.
 QStandardItem *projectOf(QStandardItem *item);
 // The first child with exactly this text, or null.

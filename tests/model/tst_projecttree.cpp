@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QStandardItemModel>
+#include <QStringListModel>
 #include <QtTest>
 
 using ProjectDump::iconBytes;
@@ -14,6 +15,7 @@ class TestProjectTree : public QObject
 private slots:
     void levelFollowsFromDepth();
     void projectOfClimbsToTheTop();
+    void itemAtIsThatOfTheIndex();
     void childNamedComparesExactlyAndTakesTheFirst();
     void projectNamedLooksAtTopLevelRowsOnly();
     void newProjectHasItsTextRolesAndIconAndNoFolders();
@@ -41,6 +43,18 @@ void TestProjectTree::levelFollowsFromDepth()
     QCOMPARE(ProjectTree::levelOf(&project), ProjectTree::Level::Project);
     QCOMPARE(ProjectTree::levelOf(folder), ProjectTree::Level::Folder);
     QCOMPARE(ProjectTree::levelOf(definition), ProjectTree::Level::Definition);
+}
+
+void TestProjectTree::itemAtIsThatOfTheIndex()
+{
+    QStandardItemModel model;
+    model.appendRow(ProjectTree::makeProject(QStringLiteral("p"), QString(), QString()));
+    ProjectTree::appendMissingFolders(model.item(0));
+    QCOMPARE(ProjectTree::itemAt(model.index(0, 0)), model.item(0));
+    QCOMPARE(ProjectTree::itemAt(model.index(1, 0, model.index(0, 0))), model.item(0)->child(1));
+    QCOMPARE(ProjectTree::itemAt(QModelIndex()), nullptr);
+    const QStringListModel other({QStringLiteral("p")});
+    QCOMPARE(ProjectTree::itemAt(other.index(0)), nullptr);
 }
 
 void TestProjectTree::projectOfClimbsToTheTop()
