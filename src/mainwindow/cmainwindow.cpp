@@ -1,54 +1,53 @@
 #include "mainwindow/cmainwindow.h"
 
-#include "document/projectwriter.h"
+#include "boxes/boxeditdialog.h"
+#include "boxes/boxsearchdialog.h"
 #include "mainwindow/docking.h"
-#include "mainwindow/docklayout.h"
+#include "mainwindow/dockstyle.h"
 #include "mainwindow/dormantdocks.h"
-#include "mainwindow/editortabs.h"
 #include "mainwindow/logowindow.h"
+#include "mainwindow/perspectives.h"
+#include "mainwindow/pointimport.h"
 #include "mainwindow/projectfiles.h"
 #include "mainwindow/projectlifecycle.h"
 #include "mainwindow/projecttreemenu.h"
 #include "mainwindow/resourceactions.h"
-#include "model/projecttree.h"
+#include "mainwindow/windowactions.h"
+#include "mainwindow/windowtext.h"
 #include "monitoring/monitoringview.h"
+#include "projects/newprojectdialog.h"
 #include "ui_mainwindow.h"
-#include "widgets/svgicon.h"
 
 #include <QCloseEvent>
 #include <QDebug>
-#include <QFile>
-#include <QGuiApplication>
 #include <QPlainTextEdit>
-#include <QScreen>
 #include <QStandardItemModel>
-#include <QStyle>
-#include <QTextStream>
-#include <QToolButton>
 #include <QTreeView>
 
 CMainWindow::CMainWindow(QWidget *parent)
     : QMainWindow(parent)
     , m_ui(std::make_unique<Ui::MainWindow>())
 {
+    ProjectTree::registerTypes();
     m_ui->setupUi(this);
     setWindowTitle(QCoreApplication::applicationName());
-    m_layout = new DockLayout(this);
-    m_dormantDocks = new DormantDocks(m_layout, this);
-    setUpActions();
+    WindowActions::setUp(*m_ui);
+    m_perspectives = new Perspectives(this);
     CESwitching();
     m_logo = new LogoWindow(this);
 
-    m_layout->createManager();
+    m_layout = new DockLayout(this);
     m_model = new QStandardItemModel(this);
     m_model->setHorizontalHeaderLabels({tr("Project Name")});
     m_layout->createDocks(m_model, m_ui->menuView);
     createCollaborators();
+    connectActions();
+    connectCollaborators();
+    connectTreeMenu();
 
-    resize(1280, 720);
-    centre();
+    m_layout->setFirstGeometry();
     m_layout->restoreState();
-    m_layout->loadPerspectives();
+    m_perspectives->load(dockManager());
 }
 
 CMainWindow::~CMainWindow()
@@ -59,82 +58,80 @@ CMainWindow::~CMainWindow()
 
 void CMainWindow::createCollaborators()
 {
-    ProjectTree::registerTypes();
+    auto *tabs = new EditorTabs(dockManager(), viewMenu(), this);
+    m_dormantDocks = new DormantDocks(dockManager(), this);
     m_files = new ProjectFiles(this, m_model, projectTree());
-    m_tabs = new EditorTabs(dockManager(), viewMenu(), this);
     m_monitoring = new MonitoringView(monitoringTabs(), m_model, projectTree(), this);
-    m_projects = std::make_unique<ProjectLifecycle>(this, m_tabs);
-    m_resources = std::make_unique<ResourceActions>(this, m_tabs, m_monitoring);
-    m_treeMenu = std::make_unique<ProjectTreeMenu>(this, m_monitoring);
+    m_projects = new ProjectLifecycle(m_model, projectTree(), tabs, m_files, this);
+    m_resources = new ResourceActions(projectTree(), tabs, this, this);
+    m_points = new PointImport(projectTree(), this);
+    m_treeMenu = new ProjectTreeMenu(projectTree(), this);
 }
 
-void CMainWindow::setUpActions()
+void CMainWindow::connectActions()
 {
-    const struct {
-        QAction *action;
-        QMenu *menu;
-        bool onToolBar;
-        const char *icon;
-        QKeySequence shortcut;
-    } rows[] = {
-        {m_ui->actionNew_Project, m_ui->menuWindow, true, "New Project.svg", QKeySequence::New},
-        {m_ui->actionLoad_Project, m_ui->menuWindow, true, "Load Project.svg", QKeySequence::Open},
-        {m_ui->actionSave_All_Project, m_ui->menuWindow, true, "save.svg", Qt::CTRL + Qt::SHIFT + Qt::Key_S},
-        {m_ui->actionAbout, m_ui->menuAbout, false, "logo-1.png", {}},
-        {m_ui->actionSaveState, m_ui->menuFile, true, "saveini.svg", {}},
-        {m_ui->actionRestoreState, m_ui->menuFile, true, "restore.svg", {}},
-    };
-    m_ui->toolBar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    for (const auto &row : rows) {
-        row.action->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/") + QLatin1String(row.icon)));
-        row.action->setShortcut(row.shortcut);
-        row.menu->addAction(row.action);
-        if (row.onToolBar) {
-            m_ui->toolBar->addAction(row.action);
-        }
-    }
-    for (QAction *action :
-         {m_ui->actionNew_Project, m_ui->actionLoad_Project, m_ui->actionSave_All_Project}) {
-        action->setProperty("Floating", false);
-    }
-    auto *newButton = qobject_cast<QToolButton *>(m_ui->toolBar->widgetForAction(m_ui->actionNew_Project));
-    newButton->setPopupMode(QToolButton::InstantPopup);
-
     connect(m_ui->actionNew_Project, &QAction::triggered, this, &CMainWindow::slotNewProject);
     connect(m_ui->actionLoad_Project, &QAction::triggered, this, &CMainWindow::loadJsonFile);
     connect(m_ui->actionSave_All_Project, &QAction::triggered, this, &CMainWindow::saveProjectAllFile);
     connect(m_ui->actionAbout, &QAction::triggered, this, &CMainWindow::aboutActionTriggered);
+    connect(m_perspectives, &Perspectives::createTriggered, this, &CMainWindow::savePerspective);
+
+    const QMap<QString, ads::CDockWidget *> docks = dockManager()->dockWidgetsMap();
+    for (const ads::CDockWidget *dock : docks) {
+        connect(dock, &ads::CDockWidget::viewToggled, this, &CMainWindow::onViewToggled);
+        connect(dock, &ads::CDockWidget::visibilityChanged, this, &CMainWindow::onViewVisibilityChanged);
+    }
+    const QTreeView *tree = projectTree();
+    connect(tree, &QTreeView::customContextMenuRequested, this, &CMainWindow::prjectTreeView_MenuPopup);
+    connect(tree, &QTreeView::clicked, this, &CMainWindow::prjectTreeView_clicked);
+    connect(tree, &QTreeView::pressed, this, &CMainWindow::prjectTreeView_pressed);
+    connect(tree, &QTreeView::doubleClicked, this, &CMainWindow::prjectTreeView_doubleClicked);
 }
 
-void CMainWindow::centre()
+void CMainWindow::connectCollaborators()
 {
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
-    move(QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, frameSize(), available).topLeft());
+    connect(m_projects, &ProjectLifecycle::message, this, &CMainWindow::appendMessage);
+    connect(m_resources, &ResourceActions::removed, this, &CMainWindow::closeTabByName);
+    connect(m_resources, &ResourceActions::formMade, m_points, &PointImport::considerForm);
+    connect(m_resources, &ResourceActions::formMade, this, [this](const QDialog *form) {
+        if (const auto *box = qobject_cast<const BoxEditDialog *>(form)) {
+            connect(box, &BoxEditDialog::sendDataToMainWindow, this, &CMainWindow::onDataReceived);
+        }
+    });
+    connect(m_points, &PointImport::picked, this, &CMainWindow::handleImportedData);
+}
+
+void CMainWindow::connectTreeMenu()
+{
+    const ProjectTreeMenu *menu = m_treeMenu;
+    connect(menu, &ProjectTreeMenu::editProject, this, &CMainWindow::slotEditProject);
+    connect(menu, &ProjectTreeMenu::closeProject, this, &CMainWindow::slotDeleteProject);
+    connect(menu, &ProjectTreeMenu::saveProject, this, &CMainWindow::saveProjectFile);
+    connect(menu, &ProjectTreeMenu::addStandard, this, &CMainWindow::standardAddFile);
+    connect(menu, &ProjectTreeMenu::editStandard, this, &CMainWindow::slotstandardEditFile);
+    connect(menu, &ProjectTreeMenu::editService, this, &CMainWindow::slotServiceEditFile);
+    connect(menu, &ProjectTreeMenu::addBox, this, &CMainWindow::boxAddFile);
+    connect(menu, &ProjectTreeMenu::searchBoxes, this, &CMainWindow::boxSearchFile);
+    connect(menu, &ProjectTreeMenu::editBox, this, &CMainWindow::slotBoxEditFile);
+    connect(menu, &ProjectTreeMenu::deleteDefinition, this, &CMainWindow::slotDeleteFile);
+    connect(menu, &ProjectTreeMenu::deleteAll, this, &CMainWindow::slotDeleteAllFile);
+    connect(menu, &ProjectTreeMenu::showData, m_monitoring, &MonitoringView::showTab);
 }
 
 void CMainWindow::CESwitching()
 {
     static QTranslator translator;
-    const QString file =
-        m_chinese ? QStringLiteral(":/adsdemo/english.qm") : QStringLiteral(":/adsdemo/chinese.qm");
     m_chinese = !m_chinese;
-    if (translator.load(file, QLatin1String(""), QLatin1String(""), QLatin1String(""))) {
-        QCoreApplication::installTranslator(&translator);
-    } else {
-        QCoreApplication::removeTranslator(&translator);
-        qWarning() << "Failed to load translation file: " << file;
-    }
+    WindowText::load(&translator, QLatin1String(m_chinese ? ":/adsdemo/chinese.qm" : ":/adsdemo/english.qm"));
     m_ui->retranslateUi(this);
     setWindowTitle(QStringLiteral("MRN-IEC61850-Modbus"));
 }
 
 void CMainWindow::applyVsStyle()
 {
-    QFile file(QStringLiteral(":adsdemo/res/visual_studio_light.css"));
-    if (!dockManager() || !file.open(QIODevice::ReadOnly)) {
-        return;
+    if (dockManager()) {
+        DockStyle::applyVisualStudio(dockManager());
     }
-    dockManager()->setStyleSheet(QTextStream(&file).readAll());
 }
 
 void CMainWindow::aboutActionTriggered()
@@ -156,19 +153,12 @@ void CMainWindow::on_actionRestoreState_triggered(bool)
 
 void CMainWindow::savePerspective()
 {
-    m_layout->savePerspective();
+    m_perspectives->save();
 }
 
-void CMainWindow::onViewToggled(bool)
+QStandardItem *CMainWindow::currentItem() const
 {
-    const auto *dock = qobject_cast<ads::CDockWidget *>(sender());
-    Q_UNUSED(dock)
-}
-
-void CMainWindow::onViewVisibilityChanged(bool)
-{
-    const auto *dock = qobject_cast<ads::CDockWidget *>(sender());
-    Q_UNUSED(dock)
+    return projectTree() ? ProjectTree::itemAt(projectTree()->currentIndex()) : nullptr;
 }
 
 void CMainWindow::appendMessage(const QString &text)
@@ -178,44 +168,165 @@ void CMainWindow::appendMessage(const QString &text)
     }
 }
 
-QStandardItem *CMainWindow::currentItem() const
-{
-    return projectTree() ? m_model->itemFromIndex(projectTree()->currentIndex()) : nullptr;
-}
-
-QJsonObject CMainWindow::buildProjectJson(QStandardItem *project) const
-{
-    return ::buildProjectJson(project);
-}
-
 QMenu *CMainWindow::viewMenu() const
 {
     return m_ui->menuView;
 }
 
-ads::CDockManager *CMainWindow::dockManager() const
+void CMainWindow::prjectTreeView_MenuPopup(const QPoint &pos)
 {
-    return m_layout->manager();
+    m_treeMenu->popUp(pos);
 }
 
-QTreeView *CMainWindow::projectTree() const
+void CMainWindow::prjectTreeView_clicked(QModelIndex index)
 {
-    return m_layout->projectTree();
+    m_treeMenu->click(index);
 }
 
-QTabWidget *CMainWindow::monitoringTabs() const
+void CMainWindow::slotNewProject()
 {
-    return m_layout->monitoringTabs();
+    NewProjectDialog dialog(this);
+    connect(&dialog, &NewProjectDialog::projectCreated, this, &CMainWindow::handleProjectCreated);
+    dialog.exec();
 }
 
-QPlainTextEdit *CMainWindow::messageEditor() const
+void CMainWindow::handleProjectCreated(const QString &name, const QString &path, const QString &description)
 {
-    return m_layout->messageEditor();
+    m_projects->create(name, path, description);
+}
+
+void CMainWindow::slotEditProject()
+{
+    m_projects->edit();
+}
+
+void CMainWindow::slotDeleteProject()
+{
+    m_projects->close();
+}
+
+void CMainWindow::slotCloseProject()
+{
+    m_projects->saveAllIfWanted();
+}
+
+void CMainWindow::loadJsonFile()
+{
+    m_files->load();
+}
+
+void CMainWindow::saveJsonFile(QStandardItem *selectedItem)
+{
+    m_files->saveProject(selectedItem);
+}
+
+void CMainWindow::saveProjectFile()
+{
+    m_files->saveProject(currentItem());
+}
+
+void CMainWindow::saveProjectAllFile()
+{
+    m_files->saveAll();
+}
+
+void CMainWindow::standardAddFile()
+{
+    m_resources->add(ResourceKind::standard());
+}
+
+void CMainWindow::boxAddFile()
+{
+    m_resources->add(ResourceKind::box());
+}
+
+void CMainWindow::boxSearchFile()
+{
+    auto *dialog = new BoxSearchDialog(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->show();
+}
+
+void CMainWindow::slotstandardEditFile()
+{
+    m_resources->edit(ResourceKind::standard());
+}
+
+void CMainWindow::slotServiceEditFile()
+{
+    m_resources->edit(ResourceKind::service());
+}
+
+void CMainWindow::slotBoxEditFile()
+{
+    m_resources->edit(ResourceKind::box());
+}
+
+void CMainWindow::slotDeleteFile()
+{
+    m_resources->remove();
+}
+
+void CMainWindow::slotDeleteAllFile()
+{
+    m_resources->removeAll();
+}
+
+void CMainWindow::plcAddFile()
+{
+    m_resources->add(ResourceKind::plc());
+}
+
+void CMainWindow::slotPLCEditFile()
+{
+    m_resources->edit(ResourceKind::plc());
+}
+
+void CMainWindow::serverAddFile()
+{
+    m_resources->add(ResourceKind::server());
+}
+
+void CMainWindow::slotServerEditFile()
+{
+    m_resources->edit(ResourceKind::server());
+}
+
+QDialog *CMainWindow::currentServerForm() const
+{
+    return m_points->receiver();
+}
+
+void CMainWindow::openImportDataDialog()
+{
+    m_points->open();
+}
+
+void CMainWindow::handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC)
+{
+    m_points->deliver(points, currentPLC);
+}
+
+void CMainWindow::onDataReceived(const Protocol::dataMonitoringData &report)
+{
+    m_monitoring->receive(report);
+}
+
+void CMainWindow::showDataInTable(QStandardItem *item, const QString &time, const QString &plcName)
+{
+    m_monitoring->showData(item, time, plcName);
+}
+
+void CMainWindow::closeTabByName(const QString &tabName)
+{
+    m_monitoring->closeTab(tabName);
 }
 
 void CMainWindow::createEditor()
 {
-    m_dormantDocks->createEditor(sender());
+    if (const ads::CDockWidget *dock = m_dormantDocks->createEditor(sender())) {
+        connect(dock, &ads::CDockWidget::closeRequested, this, &CMainWindow::onEditorCloseRequested);
+    }
 }
 
 void CMainWindow::createTable()
@@ -225,7 +336,9 @@ void CMainWindow::createTable()
 
 void CMainWindow::createImageViewer()
 {
-    m_dormantDocks->createImageViewer(sender());
+    if (const ads::CDockWidget *dock = m_dormantDocks->createImageViewer(sender())) {
+        connect(dock, &ads::CDockWidget::closeRequested, this, &CMainWindow::onImageViewerCloseRequested);
+    }
 }
 
 void CMainWindow::showStatusDialog()
@@ -255,7 +368,7 @@ void CMainWindow::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    // Without a project open the layout is not kept, on purpose: it is stored with work that was asked about.
+    // Compat: without a project open the layout is not kept.
     if (exit == ProjectLifecycle::Exit::Leave) {
         m_layout->saveState();
         if (ads::CDockManager *manager = dockManager()) { // gone if the window is closed a second time

@@ -1,38 +1,33 @@
 #pragma once
 
 #include "boxes/protocol.h"
+#include "document/plcdocument.h"
+#include "document/projectreader.h"
+#include "document/projectwriter.h"
+#include "document/serverdocument.h"
+#include "mainwindow/docklayout.h"
 #include "model/workspace.h"
 
 #include <QMainWindow>
 #include <QModelIndex>
-#include <QPointer>
 #include <QTranslator>
 
 #include <memory>
 
-class DockLayout;
 class DormantDocks;
-class EditorTabs;
 class LogoWindow;
 class MonitoringView;
+class Perspectives;
+class PointImport;
 class ProjectFiles;
 class ProjectLifecycle;
 class ProjectTreeMenu;
 class QDialog;
-class QMenu;
-class QPlainTextEdit;
-class QStandardItemModel;
-class QTabWidget;
-class QTreeView;
 class ResourceActions;
 
 namespace Ui {
 class MainWindow;
 } // namespace Ui
-
-namespace ads {
-class CDockManager;
-} // namespace ads
 
 // The program's one main window: it owns the model of all projects, builds the collaborators and hands each
 // slot over to one of them.
@@ -45,7 +40,10 @@ public:
 
     void appendMessage(const QString &text) override;
     QStandardItem *currentItem() const override;
-    QJsonObject buildProjectJson(QStandardItem *project) const override;
+    QJsonObject buildProjectJson(QStandardItem *project) const override
+    {
+        return ::buildProjectJson(project);
+    }
 
     // Shows the rows of a node under "Data" in the monitoring tab of that name, which is made if need be; a
     // time that is not empty stands in for the rows' own.
@@ -56,23 +54,23 @@ public:
     // The actions of this menu are the registry of open docks: an action's text is its dock's title.
     QMenu *viewMenu() const;
     // These live in the docks, and are null once the dock manager is gone.
-    ads::CDockManager *dockManager() const;
-    QTreeView *projectTree() const;
-    QTabWidget *monitoringTabs() const;
-    QPlainTextEdit *messageEditor() const;
+    ads::CDockManager *dockManager() const { return m_layout->manager(); }
+    QTreeView *projectTree() const { return m_layout->projectTree(); }
+    QTabWidget *monitoringTabs() const { return m_layout->monitoringTabs(); }
+    QPlainTextEdit *messageEditor() const { return m_layout->messageEditor(); }
 
     // The form of a Server that was opened last of those that other parts of the program hand something to;
     // null once it is gone.
     QDialog *currentServerForm() const;
-    void setCurrentServerForm(QDialog *form);
 
 public slots:
     // Window and layout
     void on_actionSaveState_triggered(bool checked);
     void on_actionRestoreState_triggered(bool checked);
     void savePerspective();
-    void onViewToggled(bool Open);
-    void onViewVisibilityChanged(bool Visible);
+    // Compat: these two do nothing.
+    void onViewToggled(bool) {}
+    void onViewVisibilityChanged(bool) {}
     void aboutActionTriggered();
     void applyVsStyle();
     // Loads the other of the Chinese and the English catalogue; the first call loads the Chinese one. Open
@@ -82,8 +80,9 @@ public slots:
     // Project tree
     void prjectTreeView_MenuPopup(const QPoint &pos);
     void prjectTreeView_clicked(QModelIndex index);
-    void prjectTreeView_pressed(QModelIndex index);
-    void prjectTreeView_doubleClicked(QModelIndex index);
+    // Compat: these two do nothing.
+    void prjectTreeView_pressed(QModelIndex) {}
+    void prjectTreeView_doubleClicked(QModelIndex) {}
 
     // Projects
     void slotNewProject();
@@ -99,12 +98,27 @@ public slots:
     void saveProjectAllFile();
 
     // Fill the roles of one item from its object in the document; no open form takes notice.
-    void transmitStandardDataToEditDialog(const QJsonObject &standardObj, QStandardItem *standardFileItem);
-    void transmitServiceDataToEditDialog(const QJsonObject &serviceObj, QStandardItem *serviceFileItem);
-    void transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStandardItem *boxFileItem);
+    void transmitStandardDataToEditDialog(const QJsonObject &standardObj, QStandardItem *standardFileItem)
+    {
+        transmitStandardData(standardObj, standardFileItem);
+    }
+    void transmitServiceDataToEditDialog(const QJsonObject &serviceObj, QStandardItem *serviceFileItem)
+    {
+        transmitServiceData(serviceObj, serviceFileItem);
+    }
+    void transmitBoxDataToEditDialog(const QJsonObject &boxObj, QStandardItem *boxFileItem)
+    {
+        transmitBoxData(boxObj, boxFileItem);
+    }
     // No document has such an object yet; this one is reached by name.
-    void transmitPLCDataToEditDialog(const QJsonObject &plcObj, QStandardItem *plcFileItem);
-    void transmitServerDataToEditDialog(const QJsonObject &serverObj, QStandardItem *serverFileItem);
+    void transmitPLCDataToEditDialog(const QJsonObject &plcObj, QStandardItem *plcFileItem)
+    {
+        transmitPlcData(plcObj, plcFileItem);
+    }
+    void transmitServerDataToEditDialog(const QJsonObject &serverObj, QStandardItem *serverFileItem)
+    {
+        transmitServerData(serverObj, serverFileItem);
+    }
 
     // Resources: these act on the tree's current item.
     void standardAddFile();
@@ -147,23 +161,25 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    void setUpActions();
     void createCollaborators();
-    void centre();
+    void connectActions();
+    void connectCollaborators();
+    void connectTreeMenu();
 
     std::unique_ptr<Ui::MainWindow> m_ui;
     bool m_chinese = false; // which catalogue was last loaded; false also before the first
-    // On purpose never loaded: the process has one translator, and CESwitching() holds it.
+    // Compat: never loaded; the process has one translator, and CESwitching() holds it.
     QTranslator m_translator;
-    DockLayout *m_layout = nullptr;
-    DormantDocks *m_dormantDocks = nullptr;
-    QStandardItemModel *m_model = nullptr;
+    // All are children of the window.
+    Perspectives *m_perspectives = nullptr;
     LogoWindow *m_logo = nullptr;
+    DockLayout *m_layout = nullptr;
+    QStandardItemModel *m_model = nullptr;
+    DormantDocks *m_dormantDocks = nullptr;
     ProjectFiles *m_files = nullptr;
-    EditorTabs *m_tabs = nullptr;
     MonitoringView *m_monitoring = nullptr;
-    QPointer<QDialog> m_currentServerForm;
-    std::unique_ptr<ProjectLifecycle> m_projects;
-    std::unique_ptr<ResourceActions> m_resources;
-    std::unique_ptr<ProjectTreeMenu> m_treeMenu;
+    ProjectLifecycle *m_projects = nullptr;
+    ResourceActions *m_resources = nullptr;
+    PointImport *m_points = nullptr;
+    ProjectTreeMenu *m_treeMenu = nullptr;
 };

@@ -1,31 +1,29 @@
 #include "mainwindow/docklayout.h"
 
-#include "mainwindow/cmainwindow.h"
+#include "mainwindow/dockfactory.h"
 #include "mainwindow/docking.h"
+#include "mainwindow/dockstyle.h"
+#include "mainwindow/layoutfile.h"
+#include "mainwindow/windowtext.h"
 #include "widgets/svgicon.h"
 
-#include <QAbstractButton>
 #include <QAction>
-#include <QComboBox>
+#include <QGuiApplication>
 #include <QHeaderView>
-#include <QInputDialog>
+#include <QMainWindow>
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QScrollArea>
-#include <QSettings>
-#include <QSignalBlocker>
+#include <QScreen>
 #include <QSplitter>
 #include <QStandardItemModel>
+#include <QStyle>
 #include <QTabWidget>
-#include <QToolBar>
 #include <QTreeView>
-#include <QWidgetAction>
 
 using ads::CDockWidget;
 
 namespace {
 
-const QString settingsFile = QStringLiteral("Settings.ini");
 const QString geometryKey = QStringLiteral("mainWindow/Geometry");
 const QString stateKey = QStringLiteral("mainWindow/State");
 const QString dockingStateKey = QStringLiteral("mainWindow/DockingState");
@@ -38,83 +36,16 @@ void switchOff(CDockWidget *dock, std::initializer_list<CDockWidget::DockWidgetF
     Docking::setPinnable(dock, false);
 }
 
-// The icons of the nodes are dark and drawn for light ground: they vanish on most platforms' highlight.
-void setReadableSelection(QTreeView *tree)
-{
-    QPalette palette;
-    palette.setColor(QPalette::Highlight, QColor(0xcf, 0xe6, 0xf7));
-    palette.setColor(QPalette::HighlightedText, QColor(0x1e, 0x1e, 0x1e));
-    tree->setPalette(palette);
-}
-
-// Of the library's style sheet, which is drawn for light ground.
-QString styleAdditions(const QPalette &desktop)
-{
-    // The library's light colour for the focused tab's text is dark on a dark desktop.
-    QString style =
-        QStringLiteral("ads--CDockWidgetTab[focused=\"true\"] QLabel { color: palette(highlighted-text); }");
-    if (isDark(desktop)) {
-        style += QStringLiteral(
-            "#tabCloseButton, #dockAreaCloseButton { qproperty-icon: url(:/adsdemo/images/close-light.svg), "
-            "url(:/ads/images/close-button-disabled.svg) disabled; }"
-            "#detachGroupButton { qproperty-icon: url(:/adsdemo/images/detach-light.svg), "
-            "url(:/ads/images/detach-button-disabled.svg) disabled; }"
-            "#tabsMenuButton { qproperty-icon: url(:/adsdemo/images/tabs-light.svg); }");
-    }
-    return style;
-}
-
-// The library gives its buttons tool tips, but no names for screen readers, and its scroll areas the focus.
-void makeAccessible(const QWidget *parent)
-{
-    const auto buttons = parent->findChildren<QAbstractButton *>();
-    for (QAbstractButton *button : buttons) {
-        if (button->accessibleName().isEmpty()) {
-            button->setAccessibleName(button->toolTip());
-        }
-    }
-    const auto areas = parent->findChildren<QScrollArea *>(QStringLiteral("dockWidgetScrollArea"));
-    for (QScrollArea *area : areas) {
-        area->setFocusPolicy(Qt::NoFocus);
-    }
-}
-
 } // namespace
 
-DockLayout::DockLayout(CMainWindow *window)
+DockLayout::DockLayout(QMainWindow *window)
     : QObject(window)
     , m_window(window)
-    , m_perspectives(new QComboBox)
-    , m_createPerspective(new QAction(svgIcon(QStringLiteral(":/adsdemo/images/picture_in_picture.svg")),
-                                      CMainWindow::tr("Create Perspective"), window))
-    , m_perspectiveList(new QWidgetAction(window))
-{
-    m_createPerspective->setObjectName(QStringLiteral("createPerspectiveAction"));
-    connect(m_createPerspective, &QAction::triggered, window, &CMainWindow::savePerspective);
-
-    m_perspectives->setObjectName(QStringLiteral("perspectiveComboBox"));
-    m_perspectives->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    m_perspectives->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    m_perspectiveList->setObjectName(QStringLiteral("perspectiveListAction"));
-    m_perspectiveList->setDefaultWidget(m_perspectives);
-}
-
-void DockLayout::createManager()
 {
     Docking::configureDocking();
-    m_manager = new ads::CDockManager(m_window);
+    m_manager = new ads::CDockManager(window);
     Docking::setFloatingToolBarStyle(m_manager);
-    // By the older of two signals that a choice emits: it is the one that may be emitted by name from
-    // outside.
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
-    connect(m_perspectives, qOverload<const QString &>(&QComboBox::activated), m_manager,
-            &ads::CDockManager::openPerspective);
-    QT_WARNING_POP
-    m_manager->setStyleSheet(m_manager->styleSheet() + styleAdditions(m_window->palette()));
-    connect(m_manager, &ads::CDockManager::dockAreaCreated, this,
-            [](const ads::CDockAreaWidget *area) { makeAccessible(area); });
-    connect(m_manager, &ads::CDockManager::dockWidgetAdded, this, [this] { makeAccessible(m_manager); });
+    DockStyle::install(m_manager, window->palette());
     // A restored layout stands in new splitters.
     connect(m_manager, &ads::CDockManager::stateRestored, this, &DockLayout::keepTreeWidth);
 }
@@ -136,11 +67,6 @@ void DockLayout::createDocks(QStandardItemModel *model, QMenu *viewMenu)
     for (CDockWidget *dock : {monitoring, project, message}) {
         viewMenu->addAction(dock->toggleViewAction());
     }
-    const QMap<QString, CDockWidget *> docks = m_manager->dockWidgetsMap();
-    for (CDockWidget *dock : docks) {
-        connect(dock, &CDockWidget::viewToggled, m_window, &CMainWindow::onViewToggled);
-        connect(dock, &CDockWidget::visibilityChanged, m_window, &CMainWindow::onViewVisibilityChanged);
-    }
 }
 
 void DockLayout::keepTreeWidth()
@@ -155,27 +81,13 @@ void DockLayout::keepTreeWidth()
     }
 }
 
-CDockWidget *DockLayout::makeTableDock()
-{
-    static int counter = 0;
-    CDockWidget *dock = Docking::makeDock(m_manager, QStringLiteral("Table %1").arg(counter++));
-    auto *tabs = new QTabWidget;
-    tabs->setTabsClosable(true);
-    tabs->setMovable(true);
-    dock->setWidget(tabs);
-    dock->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/data monitoring.svg")));
-    dock->setMinimumSizeHintMode(CDockWidget::MinimumSizeHintFromContent);
-    dock->createDefaultToolBar()->hide(); // nothing is in it: it would be a blank strip above the tables
-    return dock;
-}
-
 CDockWidget *DockLayout::makeMonitoringDock()
 {
-    CDockWidget *dock = makeTableDock();
+    CDockWidget *dock = DockFactory::makeTable(m_manager);
     // The tabs' close buttons stay without effect: a monitoring tab goes with its node in the tree.
     m_monitoringTabs = qobject_cast<QTabWidget *>(dock->widget());
     m_monitoringTabs->setObjectName(QStringLiteral("monitoringTabs"));
-    dock->setWindowTitle(CMainWindow::tr("Data monitoring"));
+    dock->setWindowTitle(WindowText::tr("Data monitoring"));
     switchOff(
         dock,
         {CDockWidget::DockWidgetClosable, CDockWidget::DockWidgetMovable, CDockWidget::DockWidgetFloatable});
@@ -194,13 +106,9 @@ CDockWidget *DockLayout::makeProjectDock(QStandardItemModel *model)
     m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
     m_tree->expandAll();
-    setReadableSelection(m_tree);
-    connect(m_tree, &QTreeView::customContextMenuRequested, m_window, &CMainWindow::prjectTreeView_MenuPopup);
-    connect(m_tree, &QTreeView::clicked, m_window, &CMainWindow::prjectTreeView_clicked);
-    connect(m_tree, &QTreeView::pressed, m_window, &CMainWindow::prjectTreeView_pressed);
-    connect(m_tree, &QTreeView::doubleClicked, m_window, &CMainWindow::prjectTreeView_doubleClicked);
+    DockStyle::makeSelectionReadable(m_tree);
 
-    CDockWidget *dock = Docking::makeDock(m_manager, CMainWindow::tr("Project"));
+    CDockWidget *dock = Docking::makeDock(m_manager, WindowText::tr("Project"));
     dock->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/project_manage.svg")));
     dock->setWidget(m_tree);
     switchOff(dock,
@@ -210,30 +118,12 @@ CDockWidget *DockLayout::makeProjectDock(QStandardItemModel *model)
     return dock;
 }
 
-CDockWidget *DockLayout::makeEditorDock(const QString &title, const QString &placeholder, const QIcon &icon)
-{
-    CDockWidget *dock = Docking::makeDock(m_manager, title);
-    auto *editor = new QPlainTextEdit;
-    editor->setPlaceholderText(placeholder);
-    editor->setStyleSheet(QStringLiteral("border: none"));
-    dock->setWidget(editor);
-    dock->setIcon(icon);
-
-    auto *options = new QMenu(CMainWindow::tr("Options"), dock);
-    options->setObjectName(QStringLiteral("optionsMenu"));
-    options->menuAction()->setObjectName(options->objectName()); // the title bar's button is named after it
-    options->setToolTip(CMainWindow::tr("Options"));
-    options->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/custom-menu-button.svg")));
-    options->addAction(CMainWindow::tr("Clear Editor"), editor, &QPlainTextEdit::clear);
-    dock->setTitleBarActions({options->menuAction()});
-    return dock;
-}
-
 CDockWidget *DockLayout::makeMessageDock()
 {
-    CDockWidget *dock = makeEditorDock(QStringLiteral("Editor"), QStringLiteral("Message:"),
-                                       svgIcon(QStringLiteral(":/adsdemo/images/message.svg")));
-    dock->setWindowTitle(CMainWindow::tr("Message"));
+    CDockWidget *dock =
+        DockFactory::makeEditor(m_manager, QStringLiteral("Editor"), QStringLiteral("Message:"),
+                                svgIcon(QStringLiteral(":/adsdemo/images/message.svg")));
+    dock->setWindowTitle(WindowText::tr("Message"));
     dock->setGeometry(10, 10, 600, 300);
     dock->resize(600, 2000);
     switchOff(dock, {CDockWidget::DockWidgetFocusable, CDockWidget::DockWidgetFloatable});
@@ -244,12 +134,20 @@ CDockWidget *DockLayout::makeMessageDock()
     return dock;
 }
 
+void DockLayout::setFirstGeometry()
+{
+    m_window->resize(1280, 720);
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    m_window->move(
+        QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, m_window->frameSize(), available).topLeft());
+}
+
 void DockLayout::saveState() const
 {
     if (!m_manager) {
         return;
     }
-    QSettings settings(settingsFile, QSettings::IniFormat);
+    LayoutFile settings;
     settings.setValue(geometryKey, m_window->saveGeometry());
     settings.setValue(stateKey, m_window->saveState());
     settings.setValue(dockingStateKey, m_manager->saveState());
@@ -260,44 +158,11 @@ void DockLayout::restoreState()
     if (!m_manager) {
         return;
     }
-    const QSettings settings(settingsFile, QSettings::IniFormat);
+    const LayoutFile settings;
     m_window->restoreGeometry(settings.value(geometryKey).toByteArray());
     m_window->restoreState(settings.value(stateKey).toByteArray());
     // The manager's states are compressed, and so is the empty one that stands for none.
     m_manager->restoreState(settings.value(dockingStateKey, qCompress(QByteArray())).toByteArray());
-}
-
-void DockLayout::loadPerspectives()
-{
-    QSettings settings(settingsFile, QSettings::IniFormat);
-    m_manager->loadPerspectives(settings);
-    fillPerspectives();
-}
-
-void DockLayout::savePerspective()
-{
-    if (!m_manager) {
-        return;
-    }
-    const QString name = QInputDialog::getText(m_window, QStringLiteral("Save Perspective"),
-                                               QStringLiteral("Enter unique name:"));
-    if (name.isEmpty()) {
-        return;
-    }
-    m_manager->addPerspective(name);
-    {
-        const QSignalBlocker blocker(m_perspectives);
-        fillPerspectives();
-        m_perspectives->setCurrentText(name);
-    }
-    QSettings settings(settingsFile, QSettings::IniFormat);
-    m_manager->savePerspectives(settings);
-}
-
-void DockLayout::fillPerspectives()
-{
-    m_perspectives->clear();
-    m_perspectives->addItems(m_manager->perspectiveNames());
 }
 
 ads::CDockManager *DockLayout::manager() const

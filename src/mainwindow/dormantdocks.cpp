@@ -1,10 +1,10 @@
 #include "mainwindow/dormantdocks.h"
 
 #include "mainwindow/cimageviewer.h"
-#include "mainwindow/cmainwindow.h"
 #include "mainwindow/cstatusdialog.h"
+#include "mainwindow/dockfactory.h"
 #include "mainwindow/docking.h"
-#include "mainwindow/docklayout.h"
+#include "mainwindow/windowtext.h"
 #include "widgets/svgicon.h"
 #include "widgets/tell.h"
 
@@ -32,49 +32,48 @@ QString randomImage()
 
 } // namespace
 
-DormantDocks::DormantDocks(DockLayout *layout, CMainWindow *window)
+DormantDocks::DormantDocks(CDockManager *manager, QWidget *window)
     : QObject(window)
-    , m_layout(layout)
+    , m_manager(manager)
     , m_window(window)
 {
 }
 
-void DormantDocks::createEditor(const QObject *trigger)
+CDockWidget *DormantDocks::createEditor(const QObject *trigger)
 {
-    if (!m_layout->manager()) {
-        return;
+    if (!m_manager) {
+        return nullptr;
     }
     static int counter = 0;
-    CDockWidget *dock = m_layout->makeEditorDock(
-        QStringLiteral("Editor %1").arg(counter++),
-        CMainWindow::tr(
+    CDockWidget *dock = DockFactory::makeEditor(
+        m_manager, QStringLiteral("Editor %1").arg(counter++),
+        WindowText::tr(
             "This is an editor. If you close the editor, it will be deleted. Enter your text here."),
         svgIcon(QStringLiteral(":/adsdemo/images/edit-1.svg")));
     dock->setFeature(CDockWidget::CustomCloseHandling, true);
     dock->setFeature(CDockWidget::DockWidgetDeleteOnClose, true);
     dock->setFeature(CDockWidget::DockWidgetForceCloseWithArea, true);
-    connect(dock, &CDockWidget::closeRequested, m_window, &CMainWindow::onEditorCloseRequested);
     placeEditor(dock, trigger);
     m_lastEditor = dock;
+    return dock;
 }
 
 void DormantDocks::placeEditor(CDockWidget *dock, const QObject *trigger)
 {
-    CDockManager *manager = m_layout->manager();
     if (trueWhenAbsent(trigger, "Floating")) {
-        manager->addDockWidgetFloating(dock);
+        m_manager->addDockWidgetFloating(dock);
         return;
     }
     ads::CDockAreaWidget *area = m_lastDockedEditor ? m_lastDockedEditor->dockAreaWidget() : nullptr;
     if (!area) {
-        manager->addDockWidget(ads::TopDockWidgetArea, dock);
+        m_manager->addDockWidget(ads::TopDockWidgetArea, dock);
     } else if (trueWhenAbsent(trigger, "Tabbed")) {
-        manager->addDockWidgetTabToArea(dock, area);
+        m_manager->addDockWidgetTabToArea(dock, area);
     } else {
         // Only this split shares the space out equally: the flag is the library's and counts process-wide.
         const bool equalSplit = CDockManager::testConfigFlag(CDockManager::EqualSplitOnInsertion);
         CDockManager::setConfigFlag(CDockManager::EqualSplitOnInsertion, true);
-        manager->addDockWidget(ads::RightDockWidgetArea, dock, area);
+        m_manager->addDockWidget(ads::RightDockWidgetArea, dock, area);
         CDockManager::setConfigFlag(CDockManager::EqualSplitOnInsertion, equalSplit);
     }
     m_lastDockedEditor = dock;
@@ -82,22 +81,21 @@ void DormantDocks::placeEditor(CDockWidget *dock, const QObject *trigger)
 
 void DormantDocks::createTable()
 {
-    if (!m_layout->manager()) {
+    if (!m_manager) {
         return;
     }
-    CDockWidget *dock = m_layout->makeTableDock();
+    CDockWidget *dock = DockFactory::makeTable(m_manager);
     dock->setFeature(CDockWidget::DockWidgetDeleteOnClose, true);
-    m_layout->manager()->addDockWidgetFloating(dock)->resize(700, 800);
+    m_manager->addDockWidgetFloating(dock)->resize(700, 800);
 }
 
-void DormantDocks::createImageViewer(const QObject *trigger)
+CDockWidget *DormantDocks::createImageViewer(const QObject *trigger)
 {
-    CDockManager *manager = m_layout->manager();
-    if (!manager) {
-        return;
+    if (!m_manager) {
+        return nullptr;
     }
     static int counter = 0;
-    CDockWidget *dock = Docking::makeDock(manager, QStringLiteral("Image Viewer %1").arg(counter++));
+    CDockWidget *dock = Docking::makeDock(m_manager, QStringLiteral("Image Viewer %1").arg(counter++));
     auto *viewer = new CImageViewer;
     viewer->loadFile(randomImage());
     dock->setWidget(viewer, CDockWidget::ForceNoScrollArea);
@@ -106,24 +104,24 @@ void DormantDocks::createImageViewer(const QObject *trigger)
     dock->setFeature(CDockWidget::DockWidgetForceCloseWithArea, true);
     dock->setFeature(CDockWidget::CustomCloseHandling, true);
     dock->resize(640, 480);
-    connect(dock, &CDockWidget::closeRequested, m_window, &CMainWindow::onImageViewerCloseRequested);
 
     const auto *action = qobject_cast<const QAction *>(trigger);
     const QString where = action ? action->text() : QString();
     if (where == QLatin1String("Docked")) {
-        manager->addDockWidget(ads::RightDockWidgetArea, dock);
+        m_manager->addDockWidget(ads::RightDockWidgetArea, dock);
     } else if (where == QLatin1String("Pinned")) {
         // No dock can be pinned, so this one stays open at the edge where it would be.
-        manager->addDockWidget(ads::LeftDockWidgetArea, dock);
+        m_manager->addDockWidget(ads::LeftDockWidgetArea, dock);
     } else {
-        manager->addDockWidgetFloating(dock)->resize(640, 480);
+        m_manager->addDockWidgetFloating(dock)->resize(640, 480);
     }
+    return dock;
 }
 
 void DormantDocks::showStatusDialog()
 {
-    if (m_layout->manager()) {
-        CStatusDialog(m_layout->manager(), m_window).exec();
+    if (m_manager) {
+        CStatusDialog(m_manager, m_window).exec();
     }
 }
 
@@ -143,16 +141,16 @@ void DormantDocks::closeEditor(CDockWidget *dock)
     if (dock) {
         const QString number = dock->objectName().section(QLatin1Char(' '), -1);
         askToClose(
-            dock, CMainWindow::tr("Close Editor"),
-            CMainWindow::tr("Editor %1 contains unsaved changes? Would you like to close it?").arg(number));
+            dock, WindowText::tr("Close Editor"),
+            WindowText::tr("Editor %1 contains unsaved changes? Would you like to close it?").arg(number));
     }
 }
 
 void DormantDocks::closeImageViewer(CDockWidget *dock)
 {
     if (dock) {
-        askToClose(dock, CMainWindow::tr("Close Image Viewer"),
-                   CMainWindow::tr("%1 contains unsaved changes? Would you like to close it?")
+        askToClose(dock, WindowText::tr("Close Image Viewer"),
+                   WindowText::tr("%1 contains unsaved changes? Would you like to close it?")
                        .arg(dock->windowTitle()));
     }
 }

@@ -3,10 +3,10 @@
 #include <QObject>
 #include <QPointer>
 
-class CMainWindow;
-class DockLayout;
+class QWidget;
 
 namespace ads {
+class CDockManager;
 class CDockWidget;
 } // namespace ads
 
@@ -16,18 +16,21 @@ class DormantDocks : public QObject
 {
     Q_OBJECT
 public:
-    // Neither is owned; the window owns this.
-    DormantDocks(DockLayout *layout, CMainWindow *window);
+    // The window owns this, and questions stand over it. The manager may die first; then no dock is made.
+    DormantDocks(ads::CDockManager *manager, QWidget *window);
+
+    // These return the new dock, which is to be closed where its closeRequested() leads, or null.
 
     // A dock "Editor %1". The trigger's properties "Floating" and "Tabbed", each true when absent or when
     // there is no trigger, tell where: a window of its own, a tab beside the last docked editor, or space of
     // its own.
-    void createEditor(const QObject *trigger);
-    // A further "Table %1" dock, in a window of its own.
-    void createTable();
+    ads::CDockWidget *createEditor(const QObject *trigger);
     // A picture in a dock "Image Viewer %1". The trigger's text "Floating", "Docked" or "Pinned" tells where;
     // without one of these it floats.
-    void createImageViewer(const QObject *trigger);
+    ads::CDockWidget *createImageViewer(const QObject *trigger);
+
+    // A further "Table %1" dock, in a window of its own.
+    void createTable();
     void showStatusDialog();
     // Adds " (Test)" to the title of the editor that was made last, or cuts it off again.
     void toggleTitle();
@@ -40,8 +43,8 @@ private:
     void placeEditor(ads::CDockWidget *dock, const QObject *trigger);
     void askToClose(ads::CDockWidget *dock, const QString &title, const QString &text);
 
-    DockLayout *m_layout;
-    CMainWindow *m_window;
+    QPointer<ads::CDockManager> m_manager;
+    QWidget *m_window;
     QPointer<ads::CDockWidget> m_lastEditor;
     QPointer<ads::CDockWidget> m_lastDockedEditor;
 };

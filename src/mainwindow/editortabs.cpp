@@ -1,7 +1,7 @@
 #include "mainwindow/editortabs.h"
 
-#include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
+#include "mainwindow/windowtext.h"
 #include "model/itemref.h"
 #include "widgets/svgicon.h"
 #include "widgets/tell.h"
@@ -12,17 +12,41 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QStandardItem>
+#include <QStringList>
 
 #include <algorithm>
 
-const char *const EditorTabs::boxTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Box");
-const char *const EditorTabs::plcTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit PLC");
-const char *const EditorTabs::serverTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Server");
-const char *const EditorTabs::standardTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Standard");
-const char *const EditorTabs::serviceTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Service");
-const char *const EditorTabs::projectTitle = QT_TRANSLATE_NOOP("CMainWindow", "Edit Project");
-
 namespace {
+
+const struct {
+    EditorTab kind;
+    const char *title; // source text
+} titles[] = {
+    {EditorTab::Box, QT_TRANSLATE_NOOP("CMainWindow", "Edit Box")},
+    {EditorTab::Plc, QT_TRANSLATE_NOOP("CMainWindow", "Edit PLC")},
+    {EditorTab::Server, QT_TRANSLATE_NOOP("CMainWindow", "Edit Server")},
+    {EditorTab::Standard, QT_TRANSLATE_NOOP("CMainWindow", "Edit Standard")},
+    {EditorTab::Service, QT_TRANSLATE_NOOP("CMainWindow", "Edit Service")},
+    {EditorTab::Project, QT_TRANSLATE_NOOP("CMainWindow", "Edit Project")},
+};
+
+bool isNeighbour(EditorTab kind, EditorTab other)
+{
+    return kind == EditorTab::Project
+        ? other == EditorTab::Box || other == EditorTab::Plc || other == EditorTab::Server
+        : other != kind;
+}
+
+QStringList neighbourTitles(EditorTab kind)
+{
+    QStringList neighbours;
+    for (const auto &row : titles) {
+        if (isNeighbour(kind, row.kind)) {
+            neighbours.append(WindowText::tr(row.title));
+        }
+    }
+    return neighbours;
+}
 
 // What a new area for forms gets: enough to show them whole, yet never most of a small window.
 constexpr int formWidth = 520;
@@ -45,12 +69,12 @@ void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidg
 {
     const QString name = form.name->text();
     if (name.isEmpty()) {
-        Tell::warning(window, CMainWindow::tr("invalid name"), CMainWindow::tr("Name cannot be null"));
+        Tell::warning(window, WindowText::tr("invalid name"), WindowText::tr("Name cannot be null"));
     } else if (!item || !item->parent()) {
-        Tell::warning(window, CMainWindow::tr("error"), CMainWindow::tr("Unable to find parent directory"));
+        Tell::warning(window, WindowText::tr("error"), WindowText::tr("Unable to find parent directory"));
     } else if (siblingHasName(item, name)) {
-        Tell::warning(window, CMainWindow::tr("Duplicate name"),
-                      CMainWindow::tr("The name\"%1\"already exists, please change the name.").arg(name));
+        Tell::warning(window, WindowText::tr("Duplicate name"),
+                      WindowText::tr("The name\"%1\"already exists, please change the name.").arg(name));
     } else {
         item->setText(name);
         form.saveChanges();
@@ -60,18 +84,11 @@ void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidg
 
 } // namespace
 
-QString EditorTabs::titleOf(const char *source)
+QString EditorTabs::titleOf(EditorTab kind)
 {
-    return CMainWindow::tr(source);
-}
-
-QStringList EditorTabs::titlesOf(const QVector<const char *> &sources)
-{
-    QStringList titles;
-    for (const char *source : sources) {
-        titles.append(titleOf(source));
-    }
-    return titles;
+    const auto *row = std::find_if(std::begin(titles), std::end(titles),
+                                   [kind](const auto &title) { return title.kind == kind; });
+    return WindowText::tr(row->title);
 }
 
 EditorTabs::EditorTabs(ads::CDockManager *docks, QMenu *viewMenu, QObject *parent)
@@ -83,8 +100,9 @@ EditorTabs::EditorTabs(ads::CDockManager *docks, QMenu *viewMenu, QObject *paren
     connect(docks, &ads::CDockManager::dockWidgetAboutToBeRemoved, this, &EditorTabs::unregister);
 }
 
-ads::CDockWidget *EditorTabs::find(const QString &title) const
+ads::CDockWidget *EditorTabs::find(EditorTab kind) const
 {
+    const QString title = titleOf(kind);
     const QList<QAction *> actions = m_viewMenu ? m_viewMenu->actions() : QList<QAction *>();
     for (const QAction *action : actions) {
         if (action->text() == title) {
@@ -94,9 +112,9 @@ ads::CDockWidget *EditorTabs::find(const QString &title) const
     return nullptr;
 }
 
-ads::CDockWidget *EditorTabs::make(const QString &title, QDialog *form)
+ads::CDockWidget *EditorTabs::make(EditorTab kind, QDialog *form)
 {
-    ads::CDockWidget *tab = makeEmpty(title);
+    ads::CDockWidget *tab = makeEmpty(kind);
     tab->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/edit-1.svg")));
     tab->setWidget(form);
     m_viewMenu->addAction(tab->toggleViewAction());
@@ -104,15 +122,16 @@ ads::CDockWidget *EditorTabs::make(const QString &title, QDialog *form)
     return tab;
 }
 
-ads::CDockWidget *EditorTabs::makeEmpty(const QString &title)
+ads::CDockWidget *EditorTabs::makeEmpty(EditorTab kind)
 {
-    ads::CDockWidget *tab = Docking::makeDock(m_docks, title);
+    ads::CDockWidget *tab = Docking::makeDock(m_docks, titleOf(kind));
     Docking::setPinnable(tab, false);
     return tab;
 }
 
-void EditorTabs::place(ads::CDockWidget *tab, const QStringList &neighbours)
+void EditorTabs::place(ads::CDockWidget *tab, EditorTab kind)
 {
+    const QStringList neighbours = neighbourTitles(kind);
     const QList<ads::CDockWidget *> docks = m_docks->findChildren<ads::CDockWidget *>();
     for (ads::CDockWidget *dock : docks) {
         if (dock->dockManager() && neighbours.contains(dock->windowTitle())) {
@@ -145,10 +164,10 @@ void EditorTabs::widen(ads::CDockAreaWidget *area) const
     }
 }
 
-void EditorTabs::show(ads::CDockWidget *tab, const QStringList &neighbours)
+void EditorTabs::show(ads::CDockWidget *tab, EditorTab kind)
 {
     if (!tab->dockAreaWidget()) {
-        place(tab, neighbours);
+        place(tab, kind);
     }
     if (tab->isClosed()) {
         tab->toggleView();
@@ -156,19 +175,23 @@ void EditorTabs::show(ads::CDockWidget *tab, const QStringList &neighbours)
     tab->raise();
 }
 
-void EditorTabs::closeFirst(const QString &title) const
+void EditorTabs::closeFirst(EditorTab kind) const
 {
-    if (ads::CDockWidget *tab = find(title)) {
+    if (ads::CDockWidget *tab = find(kind)) {
         tab->closeDockWidget();
         tab->deleteLater();
     }
 }
 
-void EditorTabs::closeAll(const QStringList &titles) const
+void EditorTabs::closeAll() const
 {
+    QStringList all;
+    for (const auto &row : titles) {
+        all.append(WindowText::tr(row.title));
+    }
     const QList<QAction *> actions = m_viewMenu ? m_viewMenu->actions() : QList<QAction *>();
     for (const QAction *action : actions) {
-        if (!titles.contains(action->text())) {
+        if (!all.contains(action->text())) {
             continue;
         }
         if (auto *tab = qobject_cast<ads::CDockWidget *>(action->parent())) {
@@ -181,7 +204,7 @@ void EditorTabs::closeAll(const QStringList &titles) const
 void EditorTabs::renameOnSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab,
                               QWidget *window)
 {
-    // The item stays that of the first opening, on purpose: a tab that was re-bound to a sibling meets that
+    // Compat: the item stays that of the first opening. A tab that was re-bound to a sibling meets that
     // sibling's own name as a duplicate, and is to be closed and opened anew before it can be saved.
     connect(form.save, &QAbstractButton::clicked, form.form,
             [form, first = ItemRef(item), tab, window] { renameAndSave(form, first.item(), tab, window); });

@@ -2,8 +2,6 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QStringList>
-#include <QVector>
 
 #include <functional>
 
@@ -19,6 +17,9 @@ class CDockManager;
 class CDockWidget;
 } // namespace ads
 
+// What a tab edits; at most one tab of each is open.
+enum class EditorTab { Box, Plc, Server, Standard, Service, Project };
+
 // A form whose name field renames the item when it is saved.
 struct RenamingForm {
     QDialog *form;
@@ -28,42 +29,34 @@ struct RenamingForm {
 };
 
 // The dock tabs with the edit forms. The actions in the "View" menu are the registry of those that are open:
-// an action's text is its tab's title, at most one tab of a title is there, and a tab that closes leaves the
-// registry at once, though the library deletes its dock only later.
+// an action's text is its tab's title, and a tab that closes leaves the registry at once, though the library
+// deletes its dock only later.
 class EditorTabs : public QObject
 {
     Q_OBJECT
 public:
-    // Titles as source texts; tr() of them in the main window's context is what a tab is called.
-    static const char *const boxTitle;
-    static const char *const plcTitle;
-    static const char *const serverTitle;
-    static const char *const standardTitle;
-    static const char *const serviceTitle;
-    static const char *const projectTitle;
-    static QString titleOf(const char *source);
-    static QStringList titlesOf(const QVector<const char *> &sources);
+    static QString titleOf(EditorTab kind);
 
     EditorTabs(ads::CDockManager *docks, QMenu *viewMenu, QObject *parent);
 
-    // The first open tab of the title, or null.
-    ads::CDockWidget *find(const QString &title) const;
+    // The first open tab of the kind, or null.
+    ads::CDockWidget *find(EditorTab kind) const;
 
     // A registered tab, not placed yet, that owns the form and deletes it when it closes.
-    ads::CDockWidget *make(const QString &title, QDialog *form);
+    ads::CDockWidget *make(EditorTab kind, QDialog *form);
     // A tab for what has no form: without icon, not registered and not deleted when it closes.
-    ads::CDockWidget *makeEmpty(const QString &title);
-    // Puts the tab beside the first dock that has one of the neighbours' titles, else to the right, in an
-    // area of its own that is wide enough for a form.
-    void place(ads::CDockWidget *tab, const QStringList &neighbours);
+    ads::CDockWidget *makeEmpty(EditorTab kind);
+    // Puts the tab beside the first tab of another kind, that of a project beside those of Boxes, PLCs and
+    // Servers alone; else to the right, in an area of its own that is wide enough for a form.
+    void place(ads::CDockWidget *tab, EditorTab kind);
     // Brings the tab to the front, also one that the "View" menu has hidden. One that a restored layout has
     // left without a place gets one as place() would give it.
-    void show(ads::CDockWidget *tab, const QStringList &neighbours);
+    void show(ads::CDockWidget *tab, EditorTab kind);
 
-    // Closes the first tab of the title, if there is one; what was typed and not saved is gone.
-    void closeFirst(const QString &title) const;
-    // Closes all tabs of these titles.
-    void closeAll(const QStringList &titles) const;
+    // Closes the first tab of the kind, if there is one; what was typed and not saved is gone.
+    void closeFirst(EditorTab kind) const;
+    // Closes all tabs of all kinds.
+    void closeAll() const;
 
     // Makes the form's save button rename the item and save, then close the tab. Refuses, with a warning over
     // the window, an empty name, an item without a parent, and the name of a sibling.

@@ -1,21 +1,28 @@
 #include "mainwindow/pointimport.h"
 
 #include "document/datapoints.h"
-#include "mainwindow/cmainwindow.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "servers/importdatadialog.h"
 #include "servers/pointform.h"
+#include "servers/serveropcuaeditdialog.h"
 
 #include <QDebug>
 #include <QStandardItemModel>
+#include <QTreeView>
 
-namespace PointImport {
-
-void open(CMainWindow *window)
+PointImport::PointImport(QTreeView *tree, QWidget *window)
+    : QObject(window)
+    , m_tree(tree)
+    , m_window(window)
 {
-    auto *dialog = new ImportDataDialog(window);
-    const QStandardItem *project = ProjectTree::projectOf(window->currentItem());
+}
+
+void PointImport::open()
+{
+    auto *dialog = new ImportDataDialog(m_window);
+    const QStandardItem *project =
+        m_tree ? ProjectTree::projectOf(ProjectTree::itemAt(m_tree->currentIndex())) : nullptr;
     if (!project) {
         // Compat: never shown, the dialog is not freed before the window is.
         qDebug() << "No project selected.";
@@ -28,16 +35,27 @@ void open(CMainWindow *window)
     for (auto list = lists.cbegin(); list != lists.cend(); ++list) {
         dialog->addPoints(list.key(), list.value());
     }
-    dialog->buildTree(*window->projectModel(), project->text());
+    dialog->buildTree(*project->model(), project->text());
     dialog->show();
-    QObject::connect(dialog, &ImportDataDialog::dataSelected, window, &CMainWindow::handleImportedData);
+    connect(dialog, &ImportDataDialog::dataSelected, this, &PointImport::picked);
 }
 
-void deliver(QDialog *form, const QList<QJsonObject> &points, const QString &currentPLC)
+QDialog *PointImport::receiver() const
 {
-    if (auto *receiver = qobject_cast<PointForm *>(form)) {
-        receiver->handleImportedData(points, currentPLC);
+    return m_receiver;
+}
+
+void PointImport::considerForm(QDialog *form)
+{
+    // Compat: also the form of the OPC UA server, which takes none, so that the form before it gets no more.
+    if (qobject_cast<PointForm *>(form) || qobject_cast<ServerOPCUAEditDialog *>(form)) {
+        m_receiver = form;
     }
 }
 
-} // namespace PointImport
+void PointImport::deliver(const QList<QJsonObject> &points, const QString &currentPLC)
+{
+    if (auto *form = qobject_cast<PointForm *>(m_receiver.data())) {
+        form->handleImportedData(points, currentPLC);
+    }
+}

@@ -1,22 +1,41 @@
 #pragma once
 
+#include <QDialog>
 #include <QJsonObject>
 #include <QList>
+#include <QPointer>
 #include <QString>
 
-class CMainWindow;
-class QDialog;
+class QTreeView;
 
 // Brings points of the project's definitions into the table of a Server.
-namespace PointImport {
+class PointImport : public QObject
+{
+    Q_OBJECT
+public:
+    // The window owns this and the dialogs; the tree may die first.
+    PointImport(QTreeView *tree, QWidget *window);
 
-// Shows a dialog with the points of the window's current project, beside those that are open already. It is a
-// child of the window, is freed when it closes, and hands what is picked to the window. Without a current
-// item nothing shows, and the dialog that was made lives as long as the window.
-void open(CMainWindow *window);
+    // Shows a dialog with the points of the current project, beside those that are open already. It is freed
+    // when it closes. Without a current item nothing shows, and the dialog that was made lives as long as the
+    // window.
+    void open();
 
-// Hands the points and the name of their definition to the form of a Server. A form that takes none, or null,
-// drops them in silence.
-void deliver(QDialog *form, const QList<QJsonObject> &points, const QString &currentPLC);
+    // The form that gets the points; null for none, and once it is gone.
+    QDialog *receiver() const;
+    // Makes a new form the receiver if it is of a Server that points can be picked for.
+    void considerForm(QDialog *form);
 
-} // namespace PointImport
+    // Hands the points and the name of their definition to the receiver. One that takes none, or null, drops
+    // them in silence.
+    void deliver(const QList<QJsonObject> &points, const QString &currentPLC);
+
+signals:
+    // What was picked in one of the dialogs.
+    void picked(const QList<QJsonObject> &points, const QString &currentPLC);
+
+private:
+    QPointer<QTreeView> m_tree;
+    QWidget *m_window;
+    QPointer<QDialog> m_receiver;
+};

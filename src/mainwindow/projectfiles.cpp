@@ -3,9 +3,9 @@
 #include "document/projectfile.h"
 #include "document/projectreader.h"
 #include "mainwindow/busy.h"
+#include "mainwindow/windowtext.h"
 #include "widgets/tell.h"
 
-#include <QCoreApplication>
 #include <QDebug>
 #include <QDir>
 #include <QFileDialog>
@@ -14,11 +14,6 @@
 #include <QTreeView>
 
 namespace {
-
-// These texts belong to the main window's part of the catalogue.
-struct Tr {
-    Q_DECLARE_TR_FUNCTIONS(CMainWindow)
-};
 
 SaveResult saveBusily(const QStandardItem *project)
 {
@@ -44,7 +39,8 @@ void ProjectFiles::saveProject(QStandardItem *project)
     }
     const SaveResult result = saveBusily(project);
     if (result.ok()) {
-        inform(Tr::tr("Save Successful"), Tr::tr("JSON data saved to file:\n%1").arg(result.path));
+        inform(WindowText::tr("Save Successful"),
+               WindowText::tr("JSON data saved to file:\n%1").arg(result.path));
     }
 }
 
@@ -64,8 +60,8 @@ void ProjectFiles::saveAll()
 
 void ProjectFiles::load()
 {
-    loadFile(QFileDialog::getOpenFileName(m_dialogParent, Tr::tr("Open JSON File"), QDir::homePath(),
-                                          Tr::tr("JSON Files (*.json)")));
+    loadFile(QFileDialog::getOpenFileName(m_dialogParent, WindowText::tr("Open JSON File"), QDir::homePath(),
+                                          WindowText::tr("JSON Files (*.json)")));
 }
 
 void ProjectFiles::loadFile(const QString &path)
@@ -81,7 +77,7 @@ void ProjectFiles::loadFile(const QString &path)
             m_view->expandAll();
         }
     }
-    inform(Tr::tr("Load Successful"), Tr::tr("JSON data loaded from file:\n%1").arg(path));
+    inform(WindowText::tr("Load Successful"), WindowText::tr("JSON data loaded from file:\n%1").arg(path));
 }
 
 void ProjectFiles::inform(const QString &title, const QString &text)

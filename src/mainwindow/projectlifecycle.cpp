@@ -1,9 +1,10 @@
 #include "mainwindow/projectlifecycle.h"
 
 #include "mainwindow/busy.h"
-#include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
+#include "mainwindow/projectfiles.h"
+#include "mainwindow/windowtext.h"
 #include "model/itemref.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
@@ -15,47 +16,56 @@
 #include <QStandardItemModel>
 #include <QTreeView>
 
-ProjectLifecycle::ProjectLifecycle(CMainWindow *window, EditorTabs *tabs)
-    : m_window(window)
+ProjectLifecycle::ProjectLifecycle(QStandardItemModel *model, QTreeView *tree, EditorTabs *tabs,
+                                   ProjectFiles *files, QWidget *window)
+    : QObject(window)
+    , m_model(model)
+    , m_tree(tree)
     , m_tabs(tabs)
+    , m_files(files)
+    , m_window(window)
 {
+}
+
+QStandardItem *ProjectLifecycle::currentItem() const
+{
+    return m_tree ? ProjectTree::itemAt(m_tree->currentIndex()) : nullptr;
 }
 
 void ProjectLifecycle::warn(const QString &text) const
 {
-    Tell::warning(m_window, CMainWindow::tr("Warning"), text);
+    Tell::warning(m_window, WindowText::tr("Warning"), text);
 }
 
 void ProjectLifecycle::create(const QString &name, const QString &path, const QString &description) const
 {
     if (QFileInfo::exists(path + QLatin1Char('/') + name + QLatin1String(".json"))) {
-        warn(CMainWindow::tr("A project with the same name already exists in the selected directory. "
-                             "Please use a different name."));
+        warn(WindowText::tr("A project with the same name already exists in the selected directory. "
+                            "Please use a different name."));
         return;
     }
-    if (ProjectTree::projectNamed(*m_window->projectModel(), name)) {
-        warn(CMainWindow::tr("A project with the same name already exists. Please use a different name."));
+    if (ProjectTree::projectNamed(*m_model, name)) {
+        warn(WindowText::tr("A project with the same name already exists. Please use a different name."));
         return;
     }
     QStandardItem *project = ProjectTree::makeProject(name, path, description);
-    m_window->projectModel()->appendRow(project);
+    m_model->appendRow(project);
     ProjectTree::appendMissingFolders(project);
     const QString service = QStringLiteral("IEC61850");
     ProjectTree::appendDefinition(ProjectTree::childNamed(project, ProjectTree::serviceFolder), service,
                                   ProjectTree::serviceIcon, {{serviceProtocolRole, service}});
-    if (QTreeView *tree = m_window->projectTree()) {
-        tree->expandAll();
+    if (m_tree) {
+        m_tree->expandAll();
     }
 }
 
-void ProjectLifecycle::edit() const
+void ProjectLifecycle::edit()
 {
-    QStandardItem *project = m_window->currentItem();
+    QStandardItem *project = currentItem();
     if (!project) {
         return;
     }
-    const QString title = EditorTabs::titleOf(EditorTabs::projectTitle);
-    if (ads::CDockWidget *open = m_tabs->find(title)) {
+    if (ads::CDockWidget *open = m_tabs->find(EditorTab::Project)) {
         open->closeDockWidget();
     }
     auto *form = new EditProjectDialog(QStringLiteral("Default Name"), QStringLiteral("Default Path"),
@@ -63,19 +73,18 @@ void ProjectLifecycle::edit() const
     form->setName(project->text());
     form->setPath(project->data(projectPathRole).toString());
     form->setDescription(project->data(projectDescriptionRole).toString());
-    ads::CDockWidget *tab = m_tabs->make(title, form);
+    ads::CDockWidget *tab = m_tabs->make(EditorTab::Project, form);
     connectForm(form, project);
-    // Twice on purpose: to close a tab again is harmless, and who listens to its closing hears both.
-    QObject::connect(form, &QDialog::finished, tab, &ads::CDockWidget::closeDockWidget);
-    QObject::connect(
+    // Compat: twice, which who listens to the closing hears; to close a tab again is harmless.
+    connect(form, &QDialog::finished, tab, &ads::CDockWidget::closeDockWidget);
+    connect(
         form, &QDialog::finished, form, [tab] { tab->closeDockWidget(); }, Qt::DirectConnection);
-    m_tabs->place(
-        tab, EditorTabs::titlesOf({EditorTabs::boxTitle, EditorTabs::serverTitle, EditorTabs::plcTitle}));
+    m_tabs->place(tab, EditorTab::Project);
 }
 
-void ProjectLifecycle::connectForm(EditProjectDialog *form, QStandardItem *project) const
+void ProjectLifecycle::connectForm(EditProjectDialog *form, QStandardItem *project)
 {
-    QObject::connect(
+    connect(
         form, &EditProjectDialog::projectModified, form,
         [this, edited = ItemRef(project)](const QString &name, const QString &path,
                                           const QString &description) {
@@ -85,80 +94,76 @@ void ProjectLifecycle::connectForm(EditProjectDialog *form, QStandardItem *proje
 }
 
 void ProjectLifecycle::modify(QStandardItem *project, const QString &name, const QString &path,
-                              const QString &description) const
+                              const QString &description)
 {
     if (!project) {
         return; // its row has left the tree
     }
-    for (int row = 0; row < m_window->projectModel()->rowCount(); ++row) {
-        const QStandardItem *other = m_window->projectModel()->item(row);
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        const QStandardItem *other = m_model->item(row);
         if (other && other != project && other->text() == name) {
-            warn(
-                CMainWindow::tr("A project with the same name already exists. Please use a different name."));
+            warn(WindowText::tr("A project with the same name already exists. Please use a different name."));
             return;
         }
     }
     project->setText(name);
     project->setData(path, projectPathRole);
     project->setData(description, projectDescriptionRole);
-    m_window->appendMessage(CMainWindow::tr("The Project '%1' is saved successfully.").arg(name));
+    emit message(WindowText::tr("The Project '%1' is saved successfully.").arg(name));
 }
 
 void ProjectLifecycle::close() const
 {
-    const QModelIndex index =
-        m_window->projectTree() ? m_window->projectTree()->currentIndex() : QModelIndex();
+    const QModelIndex index = m_tree ? m_tree->currentIndex() : QModelIndex();
     if (!index.isValid() || index.parent().isValid()) {
         return;
     }
     const auto answer =
-        Tell::question(m_window, CMainWindow::tr("Save Changes"),
-                       CMainWindow::tr("Do you want to save changes before deleting the project?"),
+        Tell::question(m_window, WindowText::tr("Save Changes"),
+                       WindowText::tr("Do you want to save changes before deleting the project?"),
                        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     if (answer == QMessageBox::Yes) {
-        if (QStandardItem *project = m_window->currentItem()) {
-            m_window->saveJsonFile(project);
+        if (QStandardItem *project = currentItem()) {
+            m_files->saveProject(project);
         } else {
             qDebug() << "No project selected.";
         }
     }
     if (answer == QMessageBox::Yes || answer == QMessageBox::No) {
         const Busy busy;
-        m_window->projectModel()->removeRow(index.row());
+        m_model->removeRow(index.row());
     }
-    // Also after "Cancel", on purpose: the command ends all editing, and "Cancel" keeps the project only.
-    m_tabs->closeAll(
-        EditorTabs::titlesOf({EditorTabs::serviceTitle, EditorTabs::projectTitle, EditorTabs::plcTitle,
-                              EditorTabs::serverTitle, EditorTabs::boxTitle, EditorTabs::standardTitle}));
+    // Compat: also after "Cancel", which keeps the project and not the tabs.
+    m_tabs->closeAll();
 }
 
 void ProjectLifecycle::saveAllIfWanted() const
 {
-    if (m_window->projectModel()->rowCount() == 0) {
+    if (m_model->rowCount() == 0) {
         qDebug() << "No projects found. Aborting close project operation.";
         return;
     }
     const auto answer =
-        Tell::question(m_window, CMainWindow::tr("Save Changes"),
-                       CMainWindow::tr("Do you want to save all projects before closing them?"),
+        Tell::question(m_window, WindowText::tr("Save Changes"),
+                       WindowText::tr("Do you want to save all projects before closing them?"),
                        QMessageBox::Yes | QMessageBox::No);
     if (answer == QMessageBox::Yes) {
-        m_window->saveProjectAllFile();
+        m_files->saveAll();
     }
 }
 
 ProjectLifecycle::Exit ProjectLifecycle::confirmExit() const
 {
-    if (m_window->projectModel()->rowCount() == 0) {
+    if (m_model->rowCount() == 0) {
         qDebug() << "No projects found. Closing without prompt.";
         return Exit::LeaveUnasked;
     }
     const auto answer =
-        Tell::question(m_window, CMainWindow::tr("Save Changes"),
-                       CMainWindow::tr("Do you want to save all projects before closing them?"),
+        Tell::question(m_window, WindowText::tr("Save Changes"),
+                       WindowText::tr("Do you want to save all projects before closing them?"),
                        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
     if (answer == QMessageBox::Yes) {
-        m_window->saveProjectAllFile();
+        m_files->saveAll();
     }
     return answer == QMessageBox::Yes || answer == QMessageBox::No ? Exit::Leave : Exit::Stay;
 }

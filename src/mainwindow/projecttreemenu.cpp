@@ -1,17 +1,17 @@
 #include "mainwindow/projecttreemenu.h"
 
-#include "mainwindow/cmainwindow.h"
+#include "mainwindow/windowtext.h"
 #include "model/projecttree.h"
-#include "monitoring/monitoringview.h"
 
 #include <QMenu>
-#include <QStandardItemModel>
+#include <QStandardItem>
 #include <QTreeView>
 
 namespace {
 
 using ProjectTree::Level;
-using Slot = void (CMainWindow::*)();
+using Menu = ProjectTreeMenu;
+using Command = void (Menu::*)();
 
 // A kind of node; the folder is empty for a project.
 struct Node {
@@ -34,121 +34,85 @@ Node nodeOf(const QStandardItem *item)
     return {Level::Definition, item->parent()->text()};
 }
 
-struct MenuEntry {
+struct Entry {
     Node node;
-    const char *text;
-    Slot slot;
+    const char *text; // source text
+    Command command;
+    bool isClick = false; // whether a click on the node does the same
 };
 
-const QVector<MenuEntry> &menuEntries()
+const QVector<Entry> &entries()
 {
     using namespace ProjectTree;
-    static const QVector<MenuEntry> entries = {
-        {{Level::Project, {}},
-         QT_TRANSLATE_NOOP("CMainWindow", "Edit Project"),
-         &CMainWindow::slotEditProject},
-        {{Level::Project, {}},
-         QT_TRANSLATE_NOOP("CMainWindow", "Close Project"),
-         &CMainWindow::slotDeleteProject},
-        {{Level::Project, {}},
-         QT_TRANSLATE_NOOP("CMainWindow", "Save Project"),
-         &CMainWindow::saveProjectFile},
+    static const Node project{Level::Project, {}};
+    static const Node standard{Level::Definition, standardFolder};
+    static const Node service{Level::Definition, serviceFolder};
+    static const Node box{Level::Definition, boxFolder};
+    static const Node data{Level::Definition, dataFolder};
+    static const QVector<Entry> rows = {
+        {project, QT_TRANSLATE_NOOP("CMainWindow", "Edit Project"), &Menu::editProject, true},
+        {project, QT_TRANSLATE_NOOP("CMainWindow", "Close Project"), &Menu::closeProject},
+        {project, QT_TRANSLATE_NOOP("CMainWindow", "Save Project"), &Menu::saveProject},
         {{Level::Folder, standardFolder},
          QT_TRANSLATE_NOOP("CMainWindow", "Add Standard"),
-         &CMainWindow::standardAddFile},
-        {{Level::Folder, boxFolder}, QT_TRANSLATE_NOOP("CMainWindow", "Add Box"), &CMainWindow::boxAddFile},
-        {{Level::Folder, boxFolder},
-         QT_TRANSLATE_NOOP("CMainWindow", "Search Box"),
-         &CMainWindow::boxSearchFile},
-        {{Level::Folder, dataFolder},
-         QT_TRANSLATE_NOOP("CMainWindow", "Delete All"),
-         &CMainWindow::slotDeleteAllFile},
-        {{Level::Definition, standardFolder},
-         QT_TRANSLATE_NOOP("CMainWindow", "Editing Standard"),
-         &CMainWindow::slotstandardEditFile},
-        {{Level::Definition, standardFolder},
-         QT_TRANSLATE_NOOP("CMainWindow", "Delete"),
-         &CMainWindow::slotDeleteFile},
-        {{Level::Definition, serviceFolder},
-         QT_TRANSLATE_NOOP("CMainWindow", "Editing Service"),
-         &CMainWindow::slotServiceEditFile},
-        {{Level::Definition, boxFolder},
-         QT_TRANSLATE_NOOP("CMainWindow", "Editing Box"),
-         &CMainWindow::slotBoxEditFile},
-        {{Level::Definition, boxFolder},
-         QT_TRANSLATE_NOOP("CMainWindow", "Delete"),
-         &CMainWindow::slotDeleteFile},
-        {{Level::Definition, dataFolder},
-         QT_TRANSLATE_NOOP("CMainWindow", "Delete"),
-         &CMainWindow::slotDeleteFile},
+         &Menu::addStandard},
+        {{Level::Folder, boxFolder}, QT_TRANSLATE_NOOP("CMainWindow", "Add Box"), &Menu::addBox},
+        {{Level::Folder, boxFolder}, QT_TRANSLATE_NOOP("CMainWindow", "Search Box"), &Menu::searchBoxes},
+        {{Level::Folder, dataFolder}, QT_TRANSLATE_NOOP("CMainWindow", "Delete All"), &Menu::deleteAll},
+        {standard, QT_TRANSLATE_NOOP("CMainWindow", "Editing Standard"), &Menu::editStandard, true},
+        {standard, QT_TRANSLATE_NOOP("CMainWindow", "Delete"), &Menu::deleteDefinition},
+        {service, QT_TRANSLATE_NOOP("CMainWindow", "Editing Service"), &Menu::editService, true},
+        {box, QT_TRANSLATE_NOOP("CMainWindow", "Editing Box"), &Menu::editBox, true},
+        {box, QT_TRANSLATE_NOOP("CMainWindow", "Delete"), &Menu::deleteDefinition},
+        {data, QT_TRANSLATE_NOOP("CMainWindow", "Delete"), &Menu::deleteDefinition},
     };
-    return entries;
-}
-
-struct ClickAction {
-    Node node;
-    Slot slot;
-};
-
-const QVector<ClickAction> &clickActions()
-{
-    using namespace ProjectTree;
-    static const QVector<ClickAction> actions = {
-        {{Level::Project, {}}, &CMainWindow::slotEditProject},
-        {{Level::Definition, standardFolder}, &CMainWindow::slotstandardEditFile},
-        {{Level::Definition, serviceFolder}, &CMainWindow::slotServiceEditFile},
-        {{Level::Definition, boxFolder}, &CMainWindow::slotBoxEditFile},
-    };
-    return actions;
+    return rows;
 }
 
 } // namespace
 
-ProjectTreeMenu::ProjectTreeMenu(CMainWindow *window, MonitoringView *monitoring)
-    : m_window(window)
-    , m_monitoring(monitoring)
+ProjectTreeMenu::ProjectTreeMenu(QTreeView *tree, QObject *parent)
+    : QObject(parent)
+    , m_tree(tree)
 {
 }
 
 void ProjectTreeMenu::popUp(const QPoint &position)
 {
-    // On purpose: every second request is swallowed, wherever it was made.
+    // Compat: every second request is swallowed, wherever it was made.
     if (m_skipNext) {
         m_skipNext = false;
         return;
     }
-    const QTreeView *tree = m_window->projectTree();
-    const QStandardItem *item =
-        tree ? m_window->projectModel()->itemFromIndex(tree->indexAt(position)) : nullptr;
+    const QStandardItem *item = m_tree ? ProjectTree::itemAt(m_tree->indexAt(position)) : nullptr;
     if (!item) {
         return;
     }
     QMenu menu;
     const Node node = nodeOf(item);
-    for (const MenuEntry &entry : menuEntries()) {
+    for (const Entry &entry : entries()) {
         if (entry.node == node) {
-            QObject::connect(menu.addAction(CMainWindow::tr(entry.text)), &QAction::triggered, m_window,
-                             entry.slot);
+            connect(menu.addAction(WindowText::tr(entry.text)), &QAction::triggered, this, entry.command);
         }
     }
     m_skipNext = true;
     menu.exec(QCursor::pos());
 }
 
-void ProjectTreeMenu::click(const QModelIndex &index) const
+void ProjectTreeMenu::click(const QModelIndex &index)
 {
-    const QStandardItem *item = m_window->projectModel()->itemFromIndex(index);
+    const QStandardItem *item = ProjectTree::itemAt(index);
     if (!item) {
         return;
     }
     const Node node = nodeOf(item);
     if (node == Node{Level::Definition, ProjectTree::dataFolder}) {
-        m_monitoring->showTab(item->text());
+        emit showData(item->text());
         return;
     }
-    for (const ClickAction &action : clickActions()) {
-        if (action.node == node) {
-            (m_window->*action.slot)();
+    for (const Entry &entry : entries()) {
+        if (entry.isClick && entry.node == node) {
+            emit(this->*entry.command)();
             return;
         }
     }

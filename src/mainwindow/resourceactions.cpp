@@ -1,74 +1,67 @@
 #include "mainwindow/resourceactions.h"
 
-#include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
-#include "mainwindow/editortabs.h"
-#include "model/projecttree.h"
-#include "monitoring/monitoringview.h"
+#include "mainwindow/windowtext.h"
 #include "widgets/tell.h"
 
 #include <QDialog>
-#include <QStandardItemModel>
+#include <QStandardItem>
 #include <QTreeView>
 
-#include <algorithm>
-
-ResourceActions::ResourceActions(CMainWindow *window, EditorTabs *tabs, MonitoringView *monitoring)
-    : m_window(window)
+ResourceActions::ResourceActions(QTreeView *tree, EditorTabs *tabs, Workspace *workspace, QWidget *window)
+    : QObject(window)
+    , m_tree(tree)
     , m_tabs(tabs)
-    , m_monitoring(monitoring)
+    , m_workspace(workspace)
+    , m_window(window)
 {
 }
 
-void ResourceActions::add(const ResourceKinds::AddKind &kind)
+QStandardItem *ResourceActions::currentItem() const
 {
-    if (QStandardItem *folder = m_window->currentItem()) {
-        kind.ask(m_window, folder, [this, &kind, folder](const ResourceKinds::NewResource &resource) {
+    return m_tree ? ProjectTree::itemAt(m_tree->currentIndex()) : nullptr;
+}
+
+void ResourceActions::add(const ResourceKind &kind)
+{
+    if (QStandardItem *folder = currentItem()) {
+        kind.ask(m_window, folder, [this, &kind, folder](const ResourceKind::New &resource) {
             append(kind, folder, resource);
         });
     }
 }
 
-void ResourceActions::append(const ResourceKinds::AddKind &kind, QStandardItem *folder,
-                             const ResourceKinds::NewResource &resource)
+void ResourceActions::append(const ResourceKind &kind, QStandardItem *folder,
+                             const ResourceKind::New &resource)
 {
     const bool isNamed = !resource.name.isEmpty();
-    if (!isNamed || isNameTaken(kind, folder, resource.name)) {
-        Tell::warning(m_window, CMainWindow::tr("Warning"),
-                      CMainWindow::tr(isNamed ? kind.duplicateName : kind.emptyName));
+    if (!isNamed || kind.isNameTaken(folder, resource.name)) {
+        Tell::warning(
+            m_window, WindowText::tr("Warning"),
+            WindowText::tr(isNamed ? kind.description().duplicateName : kind.description().emptyName));
         return;
     }
     const QStandardItem *item =
         ProjectTree::appendDefinition(folder, resource.name, resource.icon, resource.roles);
-    m_window->projectTree()->setCurrentIndex(item->index());
-    edit(kind.editKind());
+    m_tree->setCurrentIndex(item->index());
+    edit(kind);
 }
 
-bool ResourceActions::isNameTaken(const ResourceKinds::AddKind &kind, QStandardItem *folder,
-                                  const QString &name) const
+void ResourceActions::edit(const ResourceKind &kind)
 {
-    if (kind.comparedRows.isEmpty()) {
-        return ProjectTree::childNamed(folder, name);
-    }
-    const QStandardItem *project = ProjectTree::projectOf(folder);
-    return std::any_of(kind.comparedRows.begin(), kind.comparedRows.end(),
-                       [&](int row) { return ProjectTree::childNamed(project->child(row), name); });
-}
-
-void ResourceActions::edit(const ResourceKinds::EditKind &kind)
-{
-    QStandardItem *item = m_window->currentItem();
+    QStandardItem *item = currentItem();
     if (!item) {
         return;
     }
-    const ResourceKinds::FormClass *form = kind.formFor(item);
-    if (ads::CDockWidget *tab = m_tabs->find(EditorTabs::titleOf(kind.title))) {
+    const FormClass *form = kind.formFor(item);
+    const EditorTab tabKind = kind.description().tab;
+    if (ads::CDockWidget *tab = m_tabs->find(tabKind)) {
         if (form && form->isOpen(tab->widget())) {
             form->rebind(tab->widget(), item);
-            m_tabs->show(tab, EditorTabs::titlesOf(kind.neighbours));
+            m_tabs->show(tab, tabKind);
             return;
         }
-        if (kind.subKindRole == ResourceKinds::EditKind::noSubKind) {
+        if (kind.description().subKindRole == ResourceKind::noSubKind) {
             return; // a tab of this title with something else in it is left alone
         }
         tab->closeDockWidget();
@@ -76,68 +69,65 @@ void ResourceActions::edit(const ResourceKinds::EditKind &kind)
     open(kind, form, item);
 }
 
-void ResourceActions::open(const ResourceKinds::EditKind &kind, const ResourceKinds::FormClass *form,
-                           QStandardItem *item)
+void ResourceActions::open(const ResourceKind &kind, const FormClass *form, QStandardItem *item)
 {
-    const QString title = EditorTabs::titleOf(kind.title);
+    const EditorTab tabKind = kind.description().tab;
     ads::CDockWidget *tab = nullptr;
     if (form) {
-        QDialog *dialog = form->make(item, m_window);
-        tab = m_tabs->make(title, dialog);
-        QObject::connect(dialog, &QDialog::accepted, tab, [tab] { tab->closeDockWidget(); });
-        QObject::connect(dialog, &QDialog::rejected, tab, [tab] { tab->closeDockWidget(); });
-        if (form->connectTab) {
-            form->connectTab(dialog, item, tab, m_window);
-        }
+        QDialog *dialog = form->make(item, m_workspace);
+        emit formMade(dialog);
+        tab = m_tabs->make(tabKind, dialog);
+        connect(dialog, &QDialog::accepted, tab, [tab] { tab->closeDockWidget(); });
+        connect(dialog, &QDialog::rejected, tab, [tab] { tab->closeDockWidget(); });
+        form->connectTab(dialog, item, tab, m_window);
     } else {
-        // Not registered, so that each further opening of such an item adds one more empty tab. On purpose:
-        // there is nothing in it that could be pointed at another item.
-        tab = m_tabs->makeEmpty(title);
+        // Compat: not registered, so that each further opening of such an item adds one more empty tab.
+        tab = m_tabs->makeEmpty(tabKind);
     }
-    m_tabs->place(tab, EditorTabs::titlesOf(kind.neighbours));
+    m_tabs->place(tab, tabKind);
 }
 
-void ResourceActions::remove() const
+void ResourceActions::remove()
 {
-    const QStandardItem *item = m_window->currentItem();
+    const QStandardItem *item = currentItem();
     if (!item || ProjectTree::levelOf(item) != ProjectTree::Level::Definition) {
         return;
     }
     const struct {
         QString folder;
-        const char *title;
+        EditorTab tab;
     } editTabs[] = {
-        {ProjectTree::serviceFolder, EditorTabs::serviceTitle},
-        {ProjectTree::boxFolder, EditorTabs::boxTitle},
-        {ProjectTree::standardFolder, EditorTabs::standardTitle},
+        {ProjectTree::serviceFolder, EditorTab::Service},
+        {ProjectTree::boxFolder, EditorTab::Box},
+        {ProjectTree::standardFolder, EditorTab::Standard},
     };
     const QString name = item->text();
     const QString folder = item->parent()->text();
     item->parent()->removeRow(item->row());
-    m_monitoring->closeTab(name);
+    emit removed(name);
     for (const auto &editTab : editTabs) {
         if (folder == editTab.folder) {
-            m_tabs->closeFirst(EditorTabs::titleOf(editTab.title));
+            m_tabs->closeFirst(editTab.tab);
         }
     }
 }
 
-void ResourceActions::removeAll() const
+void ResourceActions::removeAll()
 {
-    QStandardItem *item = m_window->currentItem();
+    QStandardItem *item = currentItem();
     if (!item) {
         return;
     }
     if (item->rowCount() > 0) {
         for (int row = 0; row < item->rowCount(); ++row) {
             if (const QStandardItem *child = item->child(row)) {
-                m_monitoring->closeTab(child->text());
+                emit removed(child->text());
             }
         }
         item->removeRows(0, item->rowCount());
     } else if (ProjectTree::levelOf(item) == ProjectTree::Level::Definition) {
         const QString name = item->text();
         item->parent()->removeRow(item->row());
-        m_monitoring->closeTab(name);
+        emit removed(name);
     }
 }

@@ -4,11 +4,8 @@
 #include "boxes/boxinputdialog.h"
 #include "definitions/protocols.h"
 #include "definitions/serverprotocols.h"
-#include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
-#include "mainwindow/editortabs.h"
 #include "model/itemroles.h"
-#include "model/projecttree.h"
 #include "plc/plceditdialog.h"
 #include "plc/plcinputdialog.h"
 #include "servers/serveralimqtteditdialog.h"
@@ -29,219 +26,232 @@
 #include <QPushButton>
 #include <QStandardItem>
 
-namespace ResourceKinds {
+#include <algorithm>
 
 namespace {
 
-using ConnectTab = void (*)(QDialog *, QStandardItem *, ads::CDockWidget *, CMainWindow *);
-
-template <typename Form> void rebind(QWidget *open, QStandardItem *item)
+class BoxForm : public RenamingFormOf<BoxEditDialog>
 {
-    static_cast<Form *>(open)->replaceItem(item);
+public:
+    using RenamingFormOf::RenamingFormOf;
+
+    // The session moves to the other Box along with the fields.
+    void rebind(QWidget *open, QStandardItem *item) const override
+    {
+        auto *box = static_cast<BoxEditDialog *>(open);
+        box->replaceItem(item);
+        box->disconnectFromServer();
+        box->connectToServer();
+    }
+    void connectTab(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window) const override
+    {
+        QObject::connect(tab, &QObject::destroyed, static_cast<BoxEditDialog *>(form),
+                         &BoxEditDialog::disconnectFromServer);
+        RenamingFormOf::connectTab(form, item, tab, window);
+    }
+};
+
+template <typename Class> const FormClass *formClass(QLatin1String subKind = {})
+{
+    static const Class form{QString(subKind)};
+    return &form;
 }
 
-// The session moves to the other Box along with the fields.
-template <> void rebind<BoxEditDialog>(QWidget *open, QStandardItem *item)
+class BoxKind : public ResourceKind
 {
-    auto *box = static_cast<BoxEditDialog *>(open);
-    box->replaceItem(item);
-    box->disconnectFromServer();
-    box->connectToServer();
-}
+public:
+    BoxKind()
+        : ResourceKind({EditorTab::Box,
+                        noSubKind,
+                        {formClass<BoxForm>()},
+                        QT_TRANSLATE_NOOP("CMainWindow", "Box Name cannot be empty."),
+                        QT_TRANSLATE_NOOP("CMainWindow",
+                                          "A box file with the same name already exists in this folder. "
+                                          "Please use a different name.")})
+    {
+    }
 
-template <typename Form> FormClass formClass(const QString &subKind, ConnectTab connectTab = nullptr)
-{
-    return {subKind,
-            [](QStandardItem *item, Workspace *workspace) -> QDialog * { return new Form(item, workspace); },
-            [](const QWidget *open) { return open && open->metaObject() == &Form::staticMetaObject; },
-            rebind<Form>, connectTab};
-}
+    void ask(QWidget *window, const QStandardItem *, const Take &take) const override
+    {
+        BoxInputDialog dialog(window);
+        if (dialog.exec() == QDialog::Accepted) {
+            take({dialog.name(),
+                  ProjectTree::boxIcon,
+                  {{boxIpRole, dialog.ip()}, {boxModelRole, dialog.model()}}});
+        }
+    }
+};
 
-template <typename Form>
-void connectRename(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, CMainWindow *window)
+class PlcKind : public ResourceKind
 {
-    auto *typed = static_cast<Form *>(form);
-    EditorTabs::renameOnSave(
-        {typed, typed->nameEdit(), typed->saveButton(), [typed] { typed->saveChanges(); }}, item, tab,
-        window);
-}
+public:
+    PlcKind()
+        : ResourceKind(
+            {EditorTab::Plc,
+             noSubKind,
+             {formClass<FormOf<PLCEditDialog>>()},
+             QT_TRANSLATE_NOOP("CMainWindow", "PLC Name cannot be empty."),
+             QT_TRANSLATE_NOOP("CMainWindow",
+                               "A PLC file with the same name already exists in PLC or StandardDIO "
+                               "folder. Please use a different name."),
+             // Compat: these two, whatever folders the warning names.
+             {ProjectTree::StandardRow, ProjectTree::ServiceRow}})
+    {
+    }
 
-void connectBox(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, CMainWindow *window)
-{
-    auto *box = static_cast<BoxEditDialog *>(form);
-    QObject::connect(box, &BoxEditDialog::sendDataToMainWindow, window, &CMainWindow::onDataReceived);
-    QObject::connect(tab, &QObject::destroyed, box, &BoxEditDialog::disconnectFromServer);
-    connectRename<BoxEditDialog>(form, item, tab, window);
-}
+    void ask(QWidget *window, const QStandardItem *, const Take &take) const override
+    {
+        PLCInputDialog dialog(window);
+        if (dialog.exec() == QDialog::Accepted) {
+            take({dialog.plcName(),
+                  QStringLiteral(":/adsdemo/images/PLC-file.svg"),
+                  {{plcManufacturerRole, dialog.manufacturer()}, {plcProtocolRole, dialog.protocol()}}});
+        }
+    }
+};
 
-void makeCurrentServer(QDialog *form, QStandardItem *, ads::CDockWidget *, CMainWindow *window)
+class StandardKind : public ResourceKind
 {
-    window->setCurrentServerForm(form);
-}
+public:
+    StandardKind()
+        : ResourceKind({EditorTab::Standard,
+                        standardProtocolRole,
+                        {formClass<RenamingFormOf<standardDLT645EditDialog>>(Protocols::dlt645),
+                         formClass<RenamingFormOf<standardModbusEditDialog>>(Protocols::modbus)},
+                        QT_TRANSLATE_NOOP("CMainWindow", "standard Name cannot be empty."),
+                        QT_TRANSLATE_NOOP("CMainWindow",
+                                          "A standard file with the same name already exists in PLC or "
+                                          "Standard folder. Please use a different name."),
+                        {ProjectTree::StandardRow}})
+    {
+    }
+
+    void ask(QWidget *window, const QStandardItem *, const Take &take) const override
+    {
+        standardInputDialog dialog(window);
+        if (dialog.exec() == QDialog::Accepted) {
+            take({dialog.name(),
+                  Protocols::standardIcon(dialog.protocol()),
+                  {{standardProtocolRole, dialog.protocol()}}});
+        }
+    }
+};
+
+class ServiceKind : public ResourceKind
+{
+public:
+    ServiceKind()
+        : ResourceKind({EditorTab::Service,
+                        serviceProtocolRole,
+                        {formClass<FormOf<ServiceIEC61850EditDialog>>(Protocols::iec61850)}})
+    {
+    }
+};
+
+class ServerKind : public ResourceKind
+{
+public:
+    ServerKind()
+        : ResourceKind({EditorTab::Server,
+                        serverProtocolRole,
+                        {formClass<FormOf<ServerEditDialog>>(Protocols::mqtt),
+                         formClass<FormOf<ServerAliMQTTEditDialog>>(Protocols::aliMqtt),
+                         formClass<FormOf<ServerOneNetMQTTEditDialog>>(Protocols::oneNetMqtt),
+                         formClass<FormOf<ServerHuaWeiMQTTEditDialog>>(Protocols::huaWeiMqtt),
+                         formClass<FormOf<ServerModbusTCPEditDialog>>(Protocols::modbusTcpSlave),
+                         formClass<FormOf<ServerHJ212EditDialog>>(Protocols::hj212),
+                         formClass<FormOf<ServerSL651EditDialog>>(Protocols::sl651),
+                         formClass<FormOf<ServerOPCUAEditDialog>>(Protocols::opcUaServer)},
+                        QT_TRANSLATE_NOOP("CMainWindow", "Server Name cannot be empty."),
+                        QT_TRANSLATE_NOOP("CMainWindow",
+                                          "A server file with the same name already exists in this folder. "
+                                          "Please use a different name.")})
+    {
+    }
+
+    void ask(QWidget *window, const QStandardItem *folder, const Take &take) const override
+    {
+        ServerInputDialog dialog(window);
+        QStringList protocols;
+        for (int row = 0; row < folder->rowCount(); ++row) {
+            if (const QStandardItem *child = folder->child(row)) {
+                protocols.append(child->data(serverProtocolRole).toString());
+            }
+        }
+        dialog.setExistingProtocols(protocols);
+        if (dialog.exec() == QDialog::Accepted) {
+            take({dialog.name(),
+                  ServerProtocols::icon(dialog.protocol()),
+                  {{serverDescriptionRole, dialog.description()},
+                   {serverProtocolRole, dialog.protocol()},
+                   {serverIpRole, dialog.ip()},
+                   {serverPortRole, dialog.port()},
+                   {serverDomainNameRole, dialog.domain()}}});
+        }
+    }
+};
 
 } // namespace
 
-const FormClass *EditKind::formFor(const QStandardItem *item) const
+ResourceKind::ResourceKind(const Description &description)
+    : m_description(description)
 {
-    const QString subKind = subKindRole == noSubKind ? QString() : item->data(subKindRole).toString();
-    for (const FormClass &form : forms) {
-        if (form.subKind == subKind) {
-            return &form;
+}
+
+ResourceKind::~ResourceKind() = default;
+
+const ResourceKind &ResourceKind::box()
+{
+    static const BoxKind kind;
+    return kind;
+}
+
+const ResourceKind &ResourceKind::plc()
+{
+    static const PlcKind kind;
+    return kind;
+}
+
+const ResourceKind &ResourceKind::standard()
+{
+    static const StandardKind kind;
+    return kind;
+}
+
+const ResourceKind &ResourceKind::service()
+{
+    static const ServiceKind kind;
+    return kind;
+}
+
+const ResourceKind &ResourceKind::server()
+{
+    static const ServerKind kind;
+    return kind;
+}
+
+void ResourceKind::ask(QWidget *, const QStandardItem *, const Take &) const {}
+
+const FormClass *ResourceKind::formFor(const QStandardItem *item) const
+{
+    const int role = m_description.subKindRole;
+    const QString subKind = role == noSubKind ? QString() : item->data(role).toString();
+    for (const FormClass *form : m_description.forms) {
+        if (form->subKind() == subKind) {
+            return form;
         }
     }
     return nullptr;
 }
 
-const EditKind &editBox()
+bool ResourceKind::isNameTaken(QStandardItem *folder, const QString &name) const
 {
-    static const EditKind kind{EditorTabs::boxTitle,
-                               EditKind::noSubKind,
-                               {formClass<BoxEditDialog>(QString(), connectBox)},
-                               {EditorTabs::serviceTitle, EditorTabs::standardTitle, EditorTabs::serverTitle,
-                                EditorTabs::plcTitle, EditorTabs::projectTitle}};
-    return kind;
+    const QVector<ProjectTree::FolderRow> &rows = m_description.comparedFolders;
+    if (rows.isEmpty()) {
+        return ProjectTree::childNamed(folder, name);
+    }
+    const QStandardItem *project = ProjectTree::projectOf(folder);
+    return std::any_of(rows.begin(), rows.end(), [&](ProjectTree::FolderRow row) {
+        return ProjectTree::childNamed(project->child(row), name);
+    });
 }
-
-const EditKind &editPlc()
-{
-    static const EditKind kind{EditorTabs::plcTitle,
-                               EditKind::noSubKind,
-                               {formClass<PLCEditDialog>(QString())},
-                               {EditorTabs::serviceTitle, EditorTabs::standardTitle, EditorTabs::boxTitle,
-                                EditorTabs::serverTitle, EditorTabs::projectTitle}};
-    return kind;
-}
-
-const EditKind &editStandard()
-{
-    static const EditKind kind{EditorTabs::standardTitle,
-                               standardProtocolRole,
-                               {formClass<standardDLT645EditDialog>(QStringLiteral("DLT645"),
-                                                                    connectRename<standardDLT645EditDialog>),
-                                formClass<standardModbusEditDialog>(QStringLiteral("Modbus"),
-                                                                    connectRename<standardModbusEditDialog>)},
-                               {EditorTabs::serviceTitle, EditorTabs::plcTitle, EditorTabs::boxTitle,
-                                EditorTabs::serverTitle, EditorTabs::projectTitle}};
-    return kind;
-}
-
-const EditKind &editService()
-{
-    static const EditKind kind{EditorTabs::serviceTitle,
-                               serviceProtocolRole,
-                               {formClass<ServiceIEC61850EditDialog>(QStringLiteral("IEC61850"))},
-                               {EditorTabs::standardTitle, EditorTabs::plcTitle, EditorTabs::boxTitle,
-                                EditorTabs::serverTitle, EditorTabs::projectTitle}};
-    return kind;
-}
-
-const EditKind &editServer()
-{
-    static const EditKind kind{
-        EditorTabs::serverTitle,
-        serverProtocolRole,
-        {formClass<ServerEditDialog>(QStringLiteral("MQTT")),
-         formClass<ServerAliMQTTEditDialog>(QStringLiteral("AliMQTT")),
-         formClass<ServerOneNetMQTTEditDialog>(QStringLiteral("OneNetMQTT")),
-         formClass<ServerHuaWeiMQTTEditDialog>(QStringLiteral("HuaWeiMQTT")),
-         formClass<ServerModbusTCPEditDialog>(QStringLiteral("ModbusTCP(Slave)"), makeCurrentServer),
-         formClass<ServerHJ212EditDialog>(QStringLiteral("HJ212"), makeCurrentServer),
-         formClass<ServerSL651EditDialog>(QStringLiteral("SL651"), makeCurrentServer),
-         formClass<ServerOPCUAEditDialog>(QStringLiteral("OpcUaServer"), makeCurrentServer)},
-        {EditorTabs::serviceTitle, EditorTabs::standardTitle, EditorTabs::boxTitle, EditorTabs::plcTitle,
-         EditorTabs::projectTitle}};
-    return kind;
-}
-
-const AddKind &addBox()
-{
-    static const AddKind kind{
-        [](QWidget *window, const QStandardItem *, const AddKind::Take &take) {
-            BoxInputDialog dialog(window);
-            if (dialog.exec() == QDialog::Accepted) {
-                take({dialog.name(),
-                      ProjectTree::boxIcon,
-                      {{boxIpRole, dialog.ip()}, {boxModelRole, dialog.model()}}});
-            }
-        },
-        QT_TRANSLATE_NOOP("CMainWindow", "Box Name cannot be empty."),
-        QT_TRANSLATE_NOOP("CMainWindow",
-                          "A box file with the same name already exists in this folder. "
-                          "Please use a different name."),
-        {},
-        editBox};
-    return kind;
-}
-
-const AddKind &addPlc()
-{
-    static const AddKind kind{
-        [](QWidget *window, const QStandardItem *, const AddKind::Take &take) {
-            PLCInputDialog dialog(window);
-            if (dialog.exec() == QDialog::Accepted) {
-                take({dialog.plcName(),
-                      QStringLiteral(":/adsdemo/images/PLC-file.svg"),
-                      {{plcManufacturerRole, dialog.manufacturer()}, {plcProtocolRole, dialog.protocol()}}});
-            }
-        },
-        QT_TRANSLATE_NOOP("CMainWindow", "PLC Name cannot be empty."),
-        QT_TRANSLATE_NOOP("CMainWindow",
-                          "A PLC file with the same name already exists in PLC or StandardDIO "
-                          "folder. Please use a different name."),
-        {0, 1},
-        editPlc};
-    return kind;
-}
-
-const AddKind &addStandard()
-{
-    static const AddKind kind{
-        [](QWidget *window, const QStandardItem *, const AddKind::Take &take) {
-            standardInputDialog dialog(window);
-            if (dialog.exec() == QDialog::Accepted) {
-                take({dialog.name(),
-                      Protocols::standardIcon(dialog.protocol()),
-                      {{standardProtocolRole, dialog.protocol()}}});
-            }
-        },
-        QT_TRANSLATE_NOOP("CMainWindow", "standard Name cannot be empty."),
-        QT_TRANSLATE_NOOP("CMainWindow",
-                          "A standard file with the same name already exists in PLC or Standard "
-                          "folder. Please use a different name."),
-        {0},
-        editStandard};
-    return kind;
-}
-
-const AddKind &addServer()
-{
-    static const AddKind kind{
-        [](QWidget *window, const QStandardItem *folder, const AddKind::Take &take) {
-            ServerInputDialog dialog(window);
-            QStringList protocols;
-            for (int row = 0; row < folder->rowCount(); ++row) {
-                if (const QStandardItem *child = folder->child(row)) {
-                    protocols.append(child->data(serverProtocolRole).toString());
-                }
-            }
-            dialog.setExistingProtocols(protocols);
-            if (dialog.exec() == QDialog::Accepted) {
-                take({dialog.name(),
-                      ServerProtocols::icon(dialog.protocol()),
-                      {{serverDescriptionRole, dialog.description()},
-                       {serverProtocolRole, dialog.protocol()},
-                       {serverIpRole, dialog.ip()},
-                       {serverPortRole, dialog.port()},
-                       {serverDomainNameRole, dialog.domain()}}});
-            }
-        },
-        QT_TRANSLATE_NOOP("CMainWindow", "Server Name cannot be empty."),
-        QT_TRANSLATE_NOOP("CMainWindow",
-                          "A server file with the same name already exists in this folder. "
-                          "Please use a different name."),
-        {},
-        editServer};
-    return kind;
-}
-
-} // namespace ResourceKinds

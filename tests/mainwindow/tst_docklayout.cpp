@@ -1,5 +1,5 @@
+#include "docksundertest.h"
 #include "mainwindow/cmainwindow.h"
-#include "mainwindow/docking.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -29,6 +29,7 @@ private slots:
     void theFixedDocksHaveTheirFeatures_data();
     void theFixedDocksHaveTheirFeatures();
     void theDocksLieAroundTheLiveValues();
+    void theFirstLayoutIsForLiveValues();
     void theViewMenuListsTheDocksInOrder();
     void onlyTheMessageDockHasAWorkingCloseButton();
     void theMessageDockComesBackThroughTheViewMenu();
@@ -180,6 +181,22 @@ void TestDockLayout::theDocksLieAroundTheLiveValues()
     QCOMPARE(project.top(), monitoring.top());
     QCOMPARE(project.bottom(), message.bottom());
     QVERIFY(project.width() < monitoring.width() && message.height() < monitoring.height());
+}
+
+void TestDockLayout::theFirstLayoutIsForLiveValues()
+{
+    const DocksUnderTest window; // no layout was restored in it
+    const QWidget *tree = window.projectTree();
+    const QWidget *messages = window.layout()->messageEditor();
+    const int height = window.dockManager()->height();
+    QTRY_VERIFY(qAbs(tree->width() - 256) < 10);
+    QTRY_VERIFY2(messages->height() < height / 4 && messages->height() > height / 8,
+                 qPrintable(QString::number(messages->height())));
+    const int values = window.monitoringTabs()->width();
+    const int width = tree->width();
+    const_cast<DocksUnderTest &>(window).resize(1380, 720);
+    QTRY_COMPARE(window.monitoringTabs()->width(), values + 100);
+    QCOMPARE(tree->width(), width);
 }
 
 void TestDockLayout::theViewMenuListsTheDocksInOrder()

@@ -1,7 +1,9 @@
+#include "mainwindow/dormantdocks.h"
+
+#include "docksundertest.h"
 #include "mainwindow/cimageviewer.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/cstatusdialog.h"
-#include "mainwindow/docking.h"
 #include "support/messageboxes.h"
 
 #include <QAction>
@@ -34,6 +36,7 @@ private slots:
     void aPictureIsScaledFromItsMenu();
     void theTitleOfTheLastEditorIsToggled();
     void theStatusDialogShowsTheChosenDock();
+    void docksNeedNoMainWindow();
 
 private:
     QAction *trigger(const char *slot, const QString &text = {});
@@ -229,6 +232,28 @@ void TestDormantDocks::theStatusDialogShowsTheChosenDock()
     QCOMPARE(shown,
              QStringList({QStringLiteral("currentTabCheckBox"), QStringLiteral("closableCheckBox"),
                           QStringLiteral("movableCheckBox")}));
+}
+
+void TestDormantDocks::docksNeedNoMainWindow()
+{
+    DocksUnderTest window;
+    DormantDocks docks(window.dockManager(), &window);
+    CDockWidget *editor = docks.createEditor(nullptr);
+    QVERIFY(editor->isFloating());
+    docks.toggleTitle();
+    QVERIFY(editor->windowTitle().endsWith(QLatin1String(" (Test)")));
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::Yes);
+    docks.closeEditor(editor);
+    QCOMPARE(boxes.told().size(), 1);
+    DockAreas::settle();
+    docks.toggleTitle();
+
+    delete window.dockManager();
+    QVERIFY(!docks.createEditor(nullptr));
+    QVERIFY(!docks.createImageViewer(nullptr));
+    docks.createTable();
+    docks.showStatusDialog();
 }
 
 QTEST_MAIN(TestDormantDocks)

@@ -1,11 +1,15 @@
 #include "mainwindow/editortabs.h"
 
+#include "docksundertest.h"
 #include "support/messageboxes.h"
-#include "windowundertest.h"
 
 #include <QAbstractButton>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
 
-using Window = WindowUnderTest;
+using Window = DocksUnderTest;
+using DockAreas::settle;
 
 class tst_EditorTabs : public QObject
 {
@@ -28,10 +32,11 @@ private slots:
     void secondAreaIsTakenFromTheWidestOther();
     void secondAreaOfASmallWindowSharesWithTheWidestOther();
     void theTreeKeepsItsWidth();
+    void tabJoinsANeighbour_data();
     void tabJoinsANeighbour();
-    void tabOfNoNeighbourStandsToTheRight();
     void closedNeighbourIsNoNeighbour();
     void backgroundNeighbourIsNotFound();
+    void neighbourWithoutAPlaceEndsTheSearch();
 
     void renamingSavesAndCloses();
     void renamingRefuses_data();
@@ -41,15 +46,21 @@ private slots:
 
 private:
     QDialog *makeForm();
-    ads::CDockWidget *open(const QString &title, const QStringList &neighbours = {});
+    ads::CDockWidget *open(EditorTab kind);
 
     QScopedPointer<Window> m_window;
     QScopedPointer<EditorTabs> m_tabs;
 };
 
-static const QString first = QStringLiteral("First");
-static const QString second = QStringLiteral("Second");
-static const QString third = QStringLiteral("Third");
+// A tab of a project joins the first of these and not the second.
+static const EditorTab first = EditorTab::Box;
+static const EditorTab second = EditorTab::Standard;
+static const EditorTab third = EditorTab::Project;
+
+static QString title(EditorTab kind)
+{
+    return EditorTabs::titleOf(kind);
+}
 
 void tst_EditorTabs::init()
 {
@@ -69,10 +80,10 @@ QDialog *tst_EditorTabs::makeForm()
     return new QDialog(nullptr, Qt::Widget);
 }
 
-ads::CDockWidget *tst_EditorTabs::open(const QString &title, const QStringList &neighbours)
+ads::CDockWidget *tst_EditorTabs::open(EditorTab kind)
 {
-    ads::CDockWidget *tab = m_tabs->make(title, makeForm());
-    m_tabs->place(tab, neighbours);
+    ads::CDockWidget *tab = m_tabs->make(kind, makeForm());
+    m_tabs->place(tab, kind);
     return tab;
 }
 
@@ -82,7 +93,7 @@ void tst_EditorTabs::openTabIsRegisteredUnderItsTitle()
     QCOMPARE(m_tabs->find(first), tab);
     QCOMPARE(m_tabs->find(second), nullptr);
     QCOMPARE(m_window->viewMenu()->actions().last(), tab->toggleViewAction());
-    QCOMPARE(tab->windowTitle(), first);
+    QCOMPARE(tab->windowTitle(), title(first));
     QVERIFY(!tab->icon().isNull());
     QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
     QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetClosable));
@@ -92,13 +103,13 @@ void tst_EditorTabs::openTabIsRegisteredUnderItsTitle()
 void tst_EditorTabs::emptyTabIsNotRegistered()
 {
     ads::CDockWidget *tab = m_tabs->makeEmpty(first);
-    m_tabs->place(tab, {});
+    m_tabs->place(tab, first);
     QCOMPARE(m_tabs->find(first), nullptr);
     QVERIFY(!m_window->viewMenu()->actions().contains(tab->toggleViewAction()));
     QVERIFY(tab->icon().isNull());
     QVERIFY(!tab->widget());
     QVERIFY(!tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
-    QCOMPARE(m_window->countOf(first), 1);
+    QCOMPARE(m_window->countOf(title(first)), 1);
 }
 
 void tst_EditorTabs::closedTabIsNotFoundAgain()
@@ -109,10 +120,10 @@ void tst_EditorTabs::closedTabIsNotFoundAgain()
     QCOMPARE(m_tabs->find(first), nullptr);
     ads::CDockWidget *fresh = open(first);
     QCOMPARE(m_tabs->find(first), fresh);
-    Window::settle();
+    settle();
     QVERIFY(!old);
     QCOMPARE(m_tabs->find(first), fresh);
-    QCOMPARE(m_window->dockManager()->findDockWidget(first), fresh);
+    QCOMPARE(m_window->dockManager()->findDockWidget(title(first)), fresh);
 }
 
 void tst_EditorTabs::closingOneTabLeavesTheOthers()
@@ -121,10 +132,10 @@ void tst_EditorTabs::closingOneTabLeavesTheOthers()
     const QPointer<ads::CDockWidget> b = open(second);
     const QPointer<ads::CDockWidget> c = open(third);
     m_tabs->closeFirst(second);
-    Window::settle();
+    settle();
     QVERIFY(a && !b && c);
-    m_tabs->closeAll({third, first, QStringLiteral("Fourth")});
-    Window::settle();
+    m_tabs->closeAll();
+    settle();
     QVERIFY(!a && !c);
     QCOMPARE(m_window->areas().size(), 3);
 }
@@ -135,7 +146,7 @@ void tst_EditorTabs::tabClosedByItsButtonLeavesTheRegistry()
     const QPointer<QWidget> form = tab->widget();
     tab->dockAreaWidget()->titleBarButton(ads::TitleBarButtonClose)->click();
     QCOMPARE(m_tabs->find(first), nullptr);
-    Window::settle();
+    settle();
     QVERIFY(!tab && !form);
 }
 
@@ -145,30 +156,30 @@ void tst_EditorTabs::tabHiddenByTheViewMenuComesBack()
     const QPointer<QWidget> form = tab->widget();
     tab->toggleViewAction()->trigger();
     QVERIFY(tab->isClosed());
-    Window::settle();
+    settle();
     QVERIFY(form);
     QCOMPARE(m_tabs->find(first), tab);
-    m_tabs->show(tab, {});
+    m_tabs->show(tab, first);
     QVERIFY(!tab->isClosed());
     QVERIFY(tab->isVisible());
 }
 
 void tst_EditorTabs::tabThatARestoredLayoutDoesNotHoldComesBackToItsPlace()
 {
-    m_window->on_actionSaveState_triggered(false);
-    m_tabs->place(m_tabs->makeEmpty(second), {});
+    m_window->layout()->saveState();
+    m_tabs->place(m_tabs->makeEmpty(second), second);
     ads::CDockWidget *tab = open(first);
-    m_window->on_actionRestoreState_triggered(false);
+    m_window->layout()->restoreState();
     QVERIFY(tab->isClosed());
     QCOMPARE(m_tabs->find(first), tab);
-    m_tabs->show(tab, {});
+    m_tabs->show(tab, first);
     QVERIFY(!tab->isClosed());
     QVERIFY(!tab->isInFloatingContainer());
-    QVERIFY(m_window->areas().contains(QStringList(first)));
+    QVERIFY(m_window->areas().contains(QStringList(title(first))));
     const QPointer<ads::CDockWidget> guarded = tab;
-    m_window->on_actionRestoreState_triggered(false);
+    m_window->layout()->restoreState();
     m_tabs->closeFirst(first);
-    Window::settle();
+    settle();
     QVERIFY(!guarded);
 }
 
@@ -177,7 +188,7 @@ void tst_EditorTabs::firstTabStandsToTheRight()
     const QList<QStringList> before = m_window->areas();
     const ads::CDockWidget *tab = open(first);
     QCOMPARE(m_window->areas().size(), before.size() + 1);
-    QCOMPARE(m_window->countOf(first), 1);
+    QCOMPARE(m_window->countOf(title(first)), 1);
     QCOMPARE(tab->dockAreaWidget()->dockWidgetsCount(), 1);
     QTRY_VERIFY(tab->mapTo(m_window.data(), QPoint()).x()
                 > m_window->monitoringTabs()->mapTo(m_window.data(), QPoint()).x());
@@ -210,9 +221,9 @@ void tst_EditorTabs::secondAreaIsTakenFromTheWidestOther()
 {
     m_window->resize(1900, 720);
     QTRY_COMPARE(m_window->dockManager()->width(), 1900);
-    const ads::CDockWidget *one = open(first);
+    const ads::CDockWidget *one = open(second);
     QTRY_VERIFY(one->dockAreaWidget()->width() > 520 - handles);
-    const ads::CDockWidget *other = open(second);
+    const ads::CDockWidget *other = open(third);
     QTRY_VERIFY(other->dockAreaWidget()->width() > 520 - handles);
     QVERIFY(one->dockAreaWidget()->width() > 300);
     QVERIFY(m_window->monitoringTabs()->width() > 300);
@@ -220,9 +231,9 @@ void tst_EditorTabs::secondAreaIsTakenFromTheWidestOther()
 
 void tst_EditorTabs::secondAreaOfASmallWindowSharesWithTheWidestOther()
 {
-    const ads::CDockWidget *one = open(first);
+    const ads::CDockWidget *one = open(second);
     QTRY_VERIFY(one->dockAreaWidget()->width() > 520 - handles);
-    const ads::CDockWidget *other = open(second);
+    const ads::CDockWidget *other = open(third);
     const auto leftover = [=] { return one->dockAreaWidget()->mapTo(m_window.data(), QPoint()).x(); };
     QTRY_VERIFY(other->dockAreaWidget()->width() > 400 && leftover() >= other->dockAreaWidget()->width());
 }
@@ -234,8 +245,8 @@ void tst_EditorTabs::theTreeKeepsItsWidth()
     const int before = width();
     for (bool isRestored : {false, true}) {
         if (isRestored) {
-            m_window->on_actionSaveState_triggered(false);
-            m_window->on_actionRestoreState_triggered(false);
+            m_window->layout()->saveState();
+            m_window->layout()->restoreState();
             QTRY_COMPARE(width(), before);
         }
         for (int time = 0; time < 3; ++time) {
@@ -243,7 +254,7 @@ void tst_EditorTabs::theTreeKeepsItsWidth()
             QTRY_VERIFY(tab->dockAreaWidget()->width() > 520 - handles);
             QCOMPARE(width(), before);
             tab->closeDockWidget();
-            Window::settle();
+            settle();
             QTRY_VERIFY(m_window->monitoringTabs()->width() > 900);
             QCOMPARE(width(), before);
         }
@@ -255,38 +266,70 @@ void tst_EditorTabs::theTreeKeepsItsWidth()
     }
 }
 
-void tst_EditorTabs::tabJoinsANeighbour()
+void tst_EditorTabs::tabJoinsANeighbour_data()
 {
-    open(first);
-    const ads::CDockWidget *tab = open(second, {third, first});
-    QVERIFY(m_window->areas().contains(QStringList({first, second})));
-    QCOMPARE(tab->dockAreaWidget()->currentDockWidget(), tab);
+    QTest::addColumn<int>("open");
+    QTest::addColumn<int>("next");
+    QTest::addColumn<bool>("joins");
+    const QList<EditorTab> kinds{EditorTab::Box,      EditorTab::Plc,     EditorTab::Server,
+                                 EditorTab::Standard, EditorTab::Service, EditorTab::Project};
+    for (const EditorTab open : kinds) {
+        for (const EditorTab next : kinds) {
+            if (open != next) {
+                QTest::newRow(qPrintable(title(open) + QLatin1String(", ") + title(next)))
+                    << int(open) << int(next)
+                    << (next != EditorTab::Project || open == EditorTab::Box || open == EditorTab::Plc
+                        || open == EditorTab::Server);
+            }
+        }
+    }
 }
 
-void tst_EditorTabs::tabOfNoNeighbourStandsToTheRight()
+void tst_EditorTabs::tabJoinsANeighbour()
 {
-    open(first);
-    open(second, {third});
-    QVERIFY(m_window->areas().contains(QStringList(first)));
-    QVERIFY(m_window->areas().contains(QStringList(second)));
+    QFETCH(int, open);
+    QFETCH(int, next);
+    QFETCH(bool, joins);
+    const QString one = title(EditorTab(open));
+    const QString other = title(EditorTab(next));
+    this->open(EditorTab(open));
+    const ads::CDockWidget *tab = this->open(EditorTab(next));
+    QCOMPARE(m_window->areas().contains(QStringList({one, other})), joins);
+    QCOMPARE(m_window->areas().contains(QStringList(one)), !joins);
+    QCOMPARE(m_window->areas().contains(QStringList(other)), !joins);
+    QCOMPARE(tab->dockAreaWidget()->currentDockWidget(), tab);
 }
 
 void tst_EditorTabs::closedNeighbourIsNoNeighbour()
 {
-    open(first)->closeDockWidget();
-    open(second);
-    open(third, {first, second});
-    QVERIFY(m_window->areas().contains(QStringList({second, third})));
+    open(second)->closeDockWidget();
+    open(third);
+    open(first);
+    QVERIFY(m_window->areas().contains(QStringList({title(third), title(first)})));
 }
 
 void tst_EditorTabs::backgroundNeighbourIsNotFound()
 {
     // The tab behind another one is no child of the dock manager, so only the front one can be joined.
     open(first);
-    open(second, {first});
-    open(third, {first});
-    QVERIFY(m_window->areas().contains(QStringList({first, second})));
-    QVERIFY(m_window->areas().contains(QStringList(third)));
+    open(second);
+    open(third);
+    QVERIFY(m_window->areas().contains(QStringList({title(first), title(second)})));
+    QVERIFY(m_window->areas().contains(QStringList(title(third))));
+}
+
+void tst_EditorTabs::neighbourWithoutAPlaceEndsTheSearch()
+{
+    m_window->layout()->saveState();
+    const ads::CDockWidget *left = open(first);
+    m_window->layout()
+        ->restoreState(); // takes the first tab's place away, and the second time puts it in front
+    m_window->layout()->restoreState();
+    QVERIFY(!left->dockAreaWidget());
+    m_tabs->place(m_tabs->makeEmpty(EditorTab::Plc), EditorTab::Plc);
+    open(EditorTab::Server);
+    QVERIFY(m_window->areas().contains(QStringList(title(EditorTab::Plc))));
+    QVERIFY(m_window->areas().contains(QStringList(title(EditorTab::Server))));
 }
 
 namespace {
@@ -313,20 +356,19 @@ struct Form : QDialog {
 
 void tst_EditorTabs::renamingSavesAndCloses()
 {
-    QStandardItem *item =
-        Window::addBox(m_window->addProject(QStringLiteral("plant")), QStringLiteral("a"), {});
-    Window::addBox(m_window->projectModel()->item(0), QStringLiteral("b"), {});
+    QStandardItem *item = Window::addBox(m_window->addProject(QStringLiteral("plant")), QStringLiteral("a"));
+    Window::addBox(m_window->projectModel()->item(0), QStringLiteral("b"));
     item->parent()->setRowCount(3); // A row without an item is passed over.
     auto *form = new Form;
     const QPointer<ads::CDockWidget> tab = m_tabs->make(first, form);
-    m_tabs->place(tab, {});
+    m_tabs->place(tab, first);
     EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
     form->name->setText(QStringLiteral("c"));
     form->save->click();
     QCOMPARE(item->text(), QStringLiteral("c"));
     QCOMPARE(form->saved, QStringList(QStringLiteral("c")));
     QCOMPARE(m_tabs->find(first), nullptr);
-    Window::settle();
+    settle();
     QVERIFY(!tab);
 }
 
@@ -351,12 +393,12 @@ void tst_EditorTabs::renamingRefuses()
     QFETCH(bool, topLevel);
     QFETCH(QString, told);
     QStandardItem *project = m_window->addProject(QStringLiteral("a"));
-    QStandardItem *box = Window::addBox(project, QStringLiteral("a"), {});
-    Window::addBox(project, QStringLiteral("b"), {});
+    QStandardItem *box = Window::addBox(project, QStringLiteral("a"));
+    Window::addBox(project, QStringLiteral("b"));
     QStandardItem *item = topLevel ? project : box;
     auto *form = new Form;
     ads::CDockWidget *tab = m_tabs->make(first, form);
-    m_tabs->place(tab, {});
+    m_tabs->place(tab, first);
     EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
     form->name->setText(name);
     MessageBoxes boxes;
@@ -371,11 +413,11 @@ void tst_EditorTabs::renamingRefuses()
 void tst_EditorTabs::renamingKeepsTheItemOfTheFirstOpening()
 {
     const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
-    QStandardItem *opened = Window::addBox(project, QStringLiteral("a"), {});
-    const QStandardItem *sibling = Window::addBox(project, QStringLiteral("b"), {});
+    QStandardItem *opened = Window::addBox(project, QStringLiteral("a"));
+    const QStandardItem *sibling = Window::addBox(project, QStringLiteral("b"));
     auto *form = new Form;
     ads::CDockWidget *tab = m_tabs->make(first, form);
-    m_tabs->place(tab, {});
+    m_tabs->place(tab, first);
     EditorTabs::renameOnSave(form->renaming(), opened, tab, m_window.data());
     // The form now shows the sibling.
     form->name->setText(QStringLiteral("b"));
@@ -394,10 +436,10 @@ void tst_EditorTabs::renamingKeepsTheItemOfTheFirstOpening()
 void tst_EditorTabs::renamingWithoutItsItemFindsNoParent()
 {
     const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
-    QStandardItem *item = Window::addBox(project, QStringLiteral("a"), {});
+    QStandardItem *item = Window::addBox(project, QStringLiteral("a"));
     auto *form = new Form;
     ads::CDockWidget *tab = m_tabs->make(first, form);
-    m_tabs->place(tab, {});
+    m_tabs->place(tab, first);
     EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
     item->parent()->removeRow(0);
     form->name->setText(QStringLiteral("c"));

@@ -1,4 +1,8 @@
+#include "mainwindow/pointimport.h"
+
 #include "servers/importdatadialog.h"
+#include "servers/serverhj212editdialog.h"
+#include "support/workspacefake.h"
 #include "windowundertest.h"
 
 #include <QJsonObject>
@@ -29,7 +33,8 @@ private slots:
     void closedFormIsNotTouched();
     void reboundFormStaysTheCurrentOne_data();
     void reboundFormStaysTheCurrentOne();
-    void currentServerFormMayDie();
+    void receiverMayDie();
+    void importNeedsNoMainWindow();
 };
 
 namespace {
@@ -302,13 +307,9 @@ void TestImportData::pointsForNoFormAreDropped()
 {
     WindowUnderTest window;
     const QList<QJsonObject> points{{{QStringLiteral("name"), QStringLiteral("speed")}}};
-    QDialog other;
-    for (QDialog *form : {static_cast<QDialog *>(nullptr), &other}) {
-        window.setCurrentServerForm(form);
-        QVERIFY(QMetaObject::invokeMethod(&window, "handleImportedData", Q_ARG(QList<QJsonObject>, points),
-                                          Q_ARG(QString, QStringLiteral("pumps"))));
-        QCOMPARE(window.messages(), QStringList());
-    }
+    QVERIFY(QMetaObject::invokeMethod(&window, "handleImportedData", Q_ARG(QList<QJsonObject>, points),
+                                      Q_ARG(QString, QStringLiteral("pumps"))));
+    QCOMPARE(window.messages(), QStringList());
 }
 
 void TestImportData::formWithoutATableTakesNothing_data()
@@ -409,17 +410,46 @@ void TestImportData::reboundFormStaysTheCurrentOne()
     QCOMPARE(tableRows(form).size(), row.isEmpty() ? 0 : 1);
 }
 
-void TestImportData::currentServerFormMayDie()
+void TestImportData::receiverMayDie()
 {
-    WindowUnderTest window;
-    QVERIFY(!window.currentServerForm());
+    QWidget window;
+    PointImport points(nullptr, &window);
     {
-        QDialog form;
-        window.setCurrentServerForm(&form);
-        QCOMPARE(window.currentServerForm(), &form);
+        WorkspaceFake workspace;
+        QStandardItem item;
+        ServerHJ212EditDialog form(&item, &workspace);
+        points.considerForm(&form);
+        QCOMPARE(points.receiver(), &form);
+        points.deliver({{{QStringLiteral("name"), QStringLiteral("speed")}}}, QStringLiteral("pumps"));
+        QCOMPARE(tableRows(&form).size(), 1);
     }
-    QVERIFY(!window.currentServerForm());
-    window.handleImportedData({}, QString());
+    QVERIFY(!points.receiver());
+    points.deliver({{{QStringLiteral("name"), QStringLiteral("speed")}}}, QStringLiteral("pumps"));
+}
+
+void TestImportData::importNeedsNoMainWindow()
+{
+    QWidget window;
+    QStandardItemModel model;
+    QTreeView tree;
+    tree.setModel(&model);
+    model.appendRow(ProjectTree::makeProject(QStringLiteral("plant"), QString(), QString()));
+    PointImport points(&tree, &window);
+    QTest::ignoreMessage(QtDebugMsg, "No project selected.");
+    points.open();
+    QCOMPARE(window.findChildren<ImportDataDialog *>().size(), 1);
+    QVERIFY(!window.findChild<ImportDataDialog *>()->isVisible());
+    delete window.findChild<ImportDataDialog *>();
+    tree.setCurrentIndex(model.index(0, 0));
+    points.open();
+    auto *dialog = window.findChild<ImportDataDialog *>();
+    QVERIFY(dialog->isVisible());
+    const QList<QJsonObject> speed{{{QStringLiteral("name"), QStringLiteral("speed")}}};
+    QSignalSpy picked(&points, &PointImport::picked);
+    emit dialog->dataSelected(speed, QStringLiteral("pumps"));
+    QCOMPARE(picked.count(), 1);
+    QCOMPARE(picked.first().at(0).value<QList<QJsonObject>>(), speed);
+    QCOMPARE(picked.first().at(1).toString(), QStringLiteral("pumps"));
 }
 
 QTEST_MAIN(TestImportData)

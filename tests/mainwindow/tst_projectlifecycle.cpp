@@ -1,4 +1,10 @@
+#include "mainwindow/projectlifecycle.h"
+
+#include "docksundertest.h"
+#include "mainwindow/editortabs.h"
+#include "mainwindow/projectfiles.h"
 #include "model/itemroles.h"
+#include "projects/editprojectdialog.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
 #include "support/projectdump.h"
@@ -34,6 +40,7 @@ private slots:
     void cancelClosesTheForm();
     void formOfAClosedProjectSavesNowhere();
     void editNeedsACurrentItem();
+    void projectsNeedNoMainWindow();
 
 private:
     QString savedText(const QString &name) const
@@ -335,6 +342,35 @@ void tst_ProjectLifecycle::editNeedsACurrentItem()
 {
     m_window->slotEditProject();
     QCOMPARE(m_window->tabs(editProject).size(), 0);
+}
+
+void tst_ProjectLifecycle::projectsNeedNoMainWindow()
+{
+    DocksUnderTest window;
+    EditorTabs tabs(window.dockManager(), window.viewMenu(), nullptr);
+    ProjectFiles files(nullptr, window.projectModel(), window.projectTree());
+    ProjectLifecycle projects(window.projectModel(), window.projectTree(), &tabs, &files, &window);
+    projects.create(QStringLiteral("plant"), QStringLiteral("/nowhere"), QString());
+    QStandardItem *project = window.projectModel()->item(0);
+    window.select(project);
+    projects.edit();
+    auto *form = qobject_cast<EditProjectDialog *>(tabs.find(EditorTab::Project)->widget());
+    form->setName(QStringLiteral("works"));
+    QSignalSpy told(&projects, &ProjectLifecycle::message);
+    form->saveChanges();
+    QCOMPARE(project->text(), QStringLiteral("works"));
+    QCOMPARE(told,
+             QList<QVariantList>{QVariantList{QStringLiteral("The Project 'works' is saved successfully.")}});
+
+    MessageBoxes boxes;
+    boxes.expect(QMessageBox::Cancel);
+    boxes.expect(QMessageBox::No);
+    QCOMPARE(projects.confirmExit(), ProjectLifecycle::Exit::Stay);
+    projects.close();
+    QCOMPARE(window.projectModel()->rowCount(), 0);
+    QVERIFY(!tabs.find(EditorTab::Project));
+    QTest::ignoreMessage(QtDebugMsg, "No projects found. Closing without prompt.");
+    QCOMPARE(projects.confirmExit(), ProjectLifecycle::Exit::LeaveUnasked);
 }
 
 QTEST_MAIN(tst_ProjectLifecycle)

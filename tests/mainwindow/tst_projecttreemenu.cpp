@@ -1,3 +1,5 @@
+#include "mainwindow/projecttreemenu.h"
+
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
 #include "windowundertest.h"
@@ -25,6 +27,7 @@ private slots:
     void clicksOpenTheNodesForm();
     void clickOnADataNodeShowsItsTab();
     void pressAndDoubleClickDoNothing();
+    void menuNeedsNoMainWindow();
 
 private:
     // The node that the path of texts leads to, such as "plant/Box/gate".
@@ -311,6 +314,41 @@ void tst_ProjectTreeMenu::pressAndDoubleClickDoNothing()
     QVERIFY(
         QMetaObject::invokeMethod(m_window.data(), "prjectTreeView_doubleClicked", Q_ARG(QModelIndex, box)));
     QCOMPARE(int(m_window->dockManager()->dockWidgetsMap().size()), before);
+}
+
+void tst_ProjectTreeMenu::menuNeedsNoMainWindow()
+{
+    QStandardItemModel model;
+    auto *tree = new QTreeView;
+    tree->setModel(&model);
+    model.appendRow(ProjectTree::makeProject(QStringLiteral("plant"), QString(), QString()));
+    QStandardItem *project = model.item(0);
+    ProjectTree::appendMissingFolders(project);
+    const QStandardItem *meter = ProjectTree::appendDefinition(
+        ProjectTree::childNamed(project, ProjectTree::dataFolder), QStringLiteral("meter"), QString());
+    ProjectTreeMenu menu(tree, nullptr);
+
+    QSignalSpy edits(&menu, &ProjectTreeMenu::editProject);
+    QSignalSpy shown(&menu, &ProjectTreeMenu::showData);
+    menu.click(project->index());
+    menu.click(meter->index());
+    QCOMPARE(edits.count(), 1);
+    QCOMPARE(shown, QList<QVariantList>{QVariantList{QStringLiteral("meter")}});
+
+    QSignalSpy saves(&menu, &ProjectTreeMenu::saveProject);
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *widget) {
+        qobject_cast<QMenu *>(widget)->setActiveAction(widget->actions().last());
+        QTest::keyClick(widget, Qt::Key_Return);
+    });
+    menu.popUp(tree->visualRect(project->index()).center());
+    QCOMPARE(saves.count(), 1);
+
+    menu.popUp(QPoint()); // which is swallowed
+    delete tree;
+    menu.popUp(QPoint());
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(dialogs.pending(), 0);
 }
 
 QTEST_MAIN(tst_ProjectTreeMenu)

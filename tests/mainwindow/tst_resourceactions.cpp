@@ -1,10 +1,12 @@
 #include "mainwindow/resourceactions.h"
 
 #include "boxes/boxeditdialog.h"
+#include "docksundertest.h"
 #include "mainwindow/editortabs.h"
 #include "support/messageboxes.h"
 #include "support/modaldialogs.h"
 #include "support/projectdump.h"
+#include "support/workspacefake.h"
 #include "windowundertest.h"
 
 #include <QComboBox>
@@ -44,6 +46,8 @@ private slots:
     void deletingAllOfAnEmptyDataFolderDoesNothing();
     void deletingAllOfADefinitionRemovesIt();
     void closeTabByNameTakesTheFirst();
+
+    void actionsNeedNoMainWindow();
 
 private:
     // Chooses the folder's entry and fills in its dialog.
@@ -99,7 +103,7 @@ void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
 {
     QFETCH(QString, protocol);
     // Without its tab, which would write its defaults into the item.
-    std::optional<ResourceKinds::NewResource> resource;
+    std::optional<ResourceKind::New> resource;
     {
         ModalDialogs dialogs;
         dialogs.expect([&](QWidget *dialog) {
@@ -107,8 +111,8 @@ void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
             Window::input<QComboBox>(dialog, "protocol")->setCurrentText(protocol);
             Window::press(dialog, "okButton");
         });
-        ResourceKinds::addStandard().ask(m_window.data(), folder("Standard"),
-                                         [&](const ResourceKinds::NewResource &given) { resource = given; });
+        ResourceKind::standard().ask(m_window.data(), folder("Standard"),
+                                     [&](const ResourceKind::New &given) { resource = given; });
     }
     QVERIFY(resource);
     QCOMPARE(resource->name, QStringLiteral("bus"));
@@ -239,9 +243,10 @@ void tst_ResourceActions::deletingClosesTheTabOfTheKind()
     QFETCH(QString, title);
     EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
     QHash<QString, QPointer<QWidget>> forms;
-    for (const QString &each : {editBox, editStandard, editService}) {
-        forms[each] = new QDialog(nullptr, Qt::Widget);
-        tabs.place(tabs.make(each, qobject_cast<QDialog *>(forms[each])), {});
+    for (const EditorTab kind : {EditorTab::Box, EditorTab::Standard, EditorTab::Service}) {
+        auto *form = new QDialog(nullptr, Qt::Widget);
+        tabs.place(tabs.make(kind, form), kind);
+        forms[EditorTabs::titleOf(kind)] = form;
     }
     // The tab of the kind goes though it shows another node.
     QStandardItem *item =
@@ -338,6 +343,31 @@ void tst_ResourceActions::closeTabByNameTakesTheFirst()
     QCOMPARE(tabs->count(), 1);
     QCOMPARE(tabs->indexOf(page), -1);
     QVERIFY(page);
+}
+
+void tst_ResourceActions::actionsNeedNoMainWindow()
+{
+    DocksUnderTest window;
+    WorkspaceFake workspace;
+    EditorTabs tabs(window.dockManager(), window.viewMenu(), nullptr);
+    ResourceActions actions(window.projectTree(), &tabs, &workspace, &window);
+    QSignalSpy made(&actions, &ResourceActions::formMade);
+    QSignalSpy removed(&actions, &ResourceActions::removed);
+    actions.edit(ResourceKind::standard()); // without a current item
+    QCOMPARE(made.count(), 0);
+
+    const QStandardItem *project = window.addProject(QStringLiteral("plant"));
+    QStandardItem *standards = ProjectTree::childNamed(project, ProjectTree::standardFolder);
+    window.select(ProjectTree::appendDefinition(standards, QStringLiteral("bus"), QString(),
+                                                {{standardProtocolRole, QStringLiteral("Modbus")}}));
+    actions.edit(ResourceKind::standard());
+    QCOMPARE(made.count(), 1);
+    QCOMPARE(made.first().first().value<QDialog *>(), tabs.find(EditorTab::Standard)->widget());
+
+    actions.remove();
+    QCOMPARE(standards->rowCount(), 0);
+    QCOMPARE(removed, QList<QVariantList>{QVariantList{QStringLiteral("bus")}});
+    QVERIFY(!tabs.find(EditorTab::Standard));
 }
 
 QTEST_MAIN(tst_ResourceActions)

@@ -3,7 +3,6 @@
 #include "boxes/boxeditdialog.h"
 #include "document/projectreader.h"
 #include "mainwindow/editortabs.h"
-#include "monitoring/monitoringview.h"
 #include "support/messageboxes.h"
 #include "support/projectdump.h"
 #include "windowundertest.h"
@@ -197,7 +196,7 @@ void tst_ResourceTabs::foreignWidgetInTheBoxTabStopsTheSlot()
 {
     EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
     auto *form = new QDialog(nullptr, Qt::Widget);
-    tabs.place(tabs.make(editBox, form), {});
+    tabs.place(tabs.make(EditorTab::Box, form), EditorTab::Box);
     m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
     QCOMPARE(m_window->form(editBox), form);
     QCOMPARE(m_window->countOf(editBox), 1);
@@ -228,25 +227,19 @@ public:
     using FirstForm::FirstForm;
 };
 
-template <typename Form> ResourceKinds::FormClass formClass(const char *subKind)
-{
-    return {QString::fromLatin1(subKind),
-            [](QStandardItem *item, Workspace *workspace) -> QDialog * { return new Form(item, workspace); },
-            [](const QWidget *open) { return open && open->metaObject() == &Form::staticMetaObject; },
-            [](QWidget *open, QStandardItem *item) { static_cast<Form *>(open)->replaceItem(item); },
-            nullptr};
-}
-
 // Opens the current item's form of the two.
 void editWithTwoForms(Window *window)
 {
-    const ResourceKinds::EditKind kind{EditorTabs::standardTitle,
-                                       standardProtocolRole,
-                                       {formClass<FirstForm>("one"), formClass<SecondForm>("two")},
-                                       {EditorTabs::boxTitle}};
+    static const FormOf<FirstForm> first(QStringLiteral("one"));
+    static const FormOf<SecondForm> second(QStringLiteral("two"));
+    struct Kind : ResourceKind {
+        Kind()
+            : ResourceKind({EditorTab::Standard, standardProtocolRole, {&first, &second}})
+        {
+        }
+    };
     EditorTabs tabs(window->dockManager(), window->viewMenu(), nullptr);
-    MonitoringView monitoring(nullptr, nullptr, nullptr);
-    ResourceActions(window, &tabs, &monitoring).edit(kind);
+    ResourceActions(window->projectTree(), &tabs, window, nullptr).edit(Kind());
 }
 
 } // namespace

@@ -121,12 +121,12 @@ void tst_ServerTabs::addedServerHasItsRolesAndIcon()
     QFETCH(QString, port);
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
     // Without its tab, whose form may write more into the item.
-    std::optional<ResourceKinds::NewResource> resource;
+    std::optional<ResourceKind::New> resource;
     {
         ModalDialogs dialogs;
         dialogs.expect([&](QWidget *dialog) { fillIn(dialog, QStringLiteral("north"), protocol); });
-        ResourceKinds::addServer().ask(m_window.data(), m_folder,
-                                       [&](const ResourceKinds::NewResource &given) { resource = given; });
+        ResourceKind::server().ask(m_window.data(), m_folder,
+                                   [&](const ResourceKind::New &given) { resource = given; });
     }
     QVERIFY(resource);
     const QVector<QPair<int, QVariant>> roles{{serverDescriptionRole, QStringLiteral("up")},
@@ -310,19 +310,21 @@ void tst_ServerTabs::unknownProtocolOpensAnEmptyTabEachTime()
 
 void tst_ServerTabs::tabStandsBesideItsNeighbours_data()
 {
-    QTest::addColumn<QString>("neighbour");
-    for (const char *title : {"Edit Service", "Edit Standard", "Edit Box", "Edit PLC", "Edit Project"}) {
-        QTest::newRow(title) << QString::fromLatin1(title);
+    QTest::addColumn<int>("neighbour");
+    for (const EditorTab kind :
+         {EditorTab::Service, EditorTab::Standard, EditorTab::Box, EditorTab::Plc, EditorTab::Project}) {
+        QTest::newRow(qPrintable(EditorTabs::titleOf(kind))) << int(kind);
     }
 }
 
 void tst_ServerTabs::tabStandsBesideItsNeighbours()
 {
-    QFETCH(QString, neighbour);
+    QFETCH(int, neighbour);
+    const auto kind = EditorTab(neighbour);
     EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
-    tabs.place(tabs.make(neighbour, new QDialog(nullptr, Qt::Widget)), {});
+    tabs.place(tabs.make(kind, new QDialog(nullptr, Qt::Widget)), kind);
     open(addServer("a", "MQTT"));
-    QVERIFY(m_window->areas().contains(QStringList({neighbour, editServer})));
+    QVERIFY(m_window->areas().contains(QStringList({EditorTabs::titleOf(kind), editServer})));
 }
 
 void tst_ServerTabs::slotsNeedACurrentItem()

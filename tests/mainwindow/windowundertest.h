@@ -1,7 +1,7 @@
 #pragma once
 
+#include "dockareas.h"
 #include "mainwindow/cmainwindow.h"
-#include "mainwindow/docking.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 
@@ -83,39 +83,14 @@ public:
     {
         return tab(title) ? qobject_cast<QDialog *>(tab(title)->widget()) : nullptr;
     }
-    // Titles of all docks that stand in an area, area by area, in the order of their tabs.
-    QList<QStringList> areas() const
-    {
-        QList<QStringList> titles;
-        for (int i = 0; i < dockManager()->dockAreaCount(); ++i) {
-            QStringList area;
-            for (const ads::CDockWidget *dock : dockManager()->dockArea(i)->dockWidgets()) {
-                area.append(dock->windowTitle());
-            }
-            titles.append(area);
-        }
-        return titles;
-    }
-    // How many docks of the title stand in an area, empty ones too.
-    int countOf(const QString &title) const
-    {
-        int count = 0;
-        for (const QStringList &area : areas()) {
-            count += area.count(title);
-        }
-        return count;
-    }
+    QList<QStringList> areas() const { return DockAreas::titles(dockManager()); }
+    int countOf(const QString &title) const { return DockAreas::countOf(dockManager(), title); }
     QStringList messages() const
     {
         return messageEditor()->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     }
 
-    // Lets closed tabs die.
-    static void settle()
-    {
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents();
-    }
+    static void settle() { DockAreas::settle(); }
 
     template <typename Widget> static Widget *input(const QWidget *form, const char *name)
     {

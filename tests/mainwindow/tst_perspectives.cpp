@@ -1,0 +1,120 @@
+#include "mainwindow/perspectives.h"
+
+#include "docksundertest.h"
+#include "support/modaldialogs.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QInputDialog>
+#include <QTemporaryDir>
+#include <QWidgetAction>
+
+// The named layouts, with any docks.
+class TestPerspectives : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup();
+
+    void actionIsASignal();
+    void withoutAManagerNothingIsAsked();
+    void savedOnesAreOfferedAndOpen();
+    void managerMayDieWhileTheNameIsAsked();
+
+private:
+    QStringList names() const;
+    void save(const QString &name);
+
+    QScopedPointer<QTemporaryDir> m_folder;
+    QScopedPointer<DocksUnderTest> m_window;
+    Perspectives *m_perspectives = nullptr; // the window's
+};
+
+void TestPerspectives::init()
+{
+    m_folder.reset(new QTemporaryDir);
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_window.reset(new DocksUnderTest);
+    m_perspectives = new Perspectives(m_window.data());
+}
+
+void TestPerspectives::cleanup()
+{
+    m_window.reset();
+}
+
+QStringList TestPerspectives::names() const
+{
+    const auto *list = m_window->findChild<QWidgetAction *>(QStringLiteral("perspectiveListAction"));
+    const auto *box = qobject_cast<QComboBox *>(list->defaultWidget());
+    QStringList texts;
+    for (int row = 0; row < box->count(); ++row) {
+        texts.append(box->itemText(row));
+    }
+    return texts;
+}
+
+void TestPerspectives::save(const QString &name)
+{
+    ModalDialogs dialogs;
+    dialogs.expect([name](QWidget *dialog) {
+        qobject_cast<QInputDialog *>(dialog)->setTextValue(name);
+        qobject_cast<QInputDialog *>(dialog)->accept();
+    });
+    m_perspectives->save();
+    QCOMPARE(dialogs.unexpected(), QStringList());
+    QCOMPARE(dialogs.pending(), 0);
+}
+
+void TestPerspectives::actionIsASignal()
+{
+    QSignalSpy triggered(m_perspectives, &Perspectives::createTriggered);
+    m_window->findChild<QAction *>(QStringLiteral("createPerspectiveAction"))->trigger();
+    QCOMPARE(triggered.count(), 1);
+}
+
+void TestPerspectives::withoutAManagerNothingIsAsked()
+{
+    ModalDialogs dialogs;
+    m_perspectives->save();
+    QCOMPARE(dialogs.unexpected(), QStringList());
+}
+
+void TestPerspectives::savedOnesAreOfferedAndOpen()
+{
+    m_perspectives->load(m_window->dockManager());
+    QCOMPARE(names(), QStringList());
+    save(QStringLiteral("All"));
+    auto *message = qobject_cast<ads::CDockWidget *>(m_window->viewMenu()->actions().last()->parent());
+    message->closeDockWidget();
+    save(QStringLiteral("Few"));
+    QCOMPARE(names(), QStringList({QStringLiteral("All"), QStringLiteral("Few")}));
+    m_window->dockManager()->openPerspective(QStringLiteral("All"));
+    QVERIFY(!message->isClosed());
+
+    auto *next = new Perspectives(m_window.data());
+    delete m_window->findChild<QWidgetAction *>(QStringLiteral("perspectiveListAction")); // the first one's
+    delete m_perspectives;
+    m_perspectives = next;
+    next->load(m_window->dockManager());
+    QCOMPARE(names(), QStringList({QStringLiteral("All"), QStringLiteral("Few")}));
+}
+
+void TestPerspectives::managerMayDieWhileTheNameIsAsked()
+{
+    m_perspectives->load(m_window->dockManager());
+    ModalDialogs dialogs;
+    dialogs.expect([this](QWidget *dialog) {
+        delete m_window->dockManager();
+        qobject_cast<QInputDialog *>(dialog)->setTextValue(QStringLiteral("All"));
+        qobject_cast<QInputDialog *>(dialog)->accept();
+    });
+    m_perspectives->save();
+    QCOMPARE(dialogs.pending(), 0);
+    QCOMPARE(names(), QStringList());
+    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+}
+
+QTEST_MAIN(TestPerspectives)
+#include "tst_perspectives.moc"
