@@ -1,10 +1,11 @@
 #include "mainwindow/cimageviewer.h"
 
 #include "mainwindow/crenderwidget.h"
+#include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
 #include <QAction>
-#include <QFileDialog>
+#include <QPointer>
 
 namespace {
 
@@ -56,8 +57,9 @@ double CImageViewer::scale() const
 
 void CImageViewer::open()
 {
-    const QString path = QFileDialog::getOpenFileName(this, tr("Open Image"));
-    if (!path.isEmpty() && !loadFile(path)) {
+    const QPointer<CImageViewer> self(this);
+    const QString path = chooseOpenFile(this, tr("Open Image"), QString(), QString());
+    if (!path.isEmpty() && self && !loadFile(path)) {
         Tell::warning(this, tr("Open Image"), tr("%1 is not an image that can be shown.").arg(path));
     }
 }

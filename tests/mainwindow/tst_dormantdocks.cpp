@@ -5,11 +5,13 @@
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/cstatusdialog.h"
 #include "support/messageboxes.h"
+#include "support/modaldialogs.h"
 
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
+#include <QFileDialog>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTabWidget>
@@ -36,6 +38,7 @@ private slots:
     void aPictureIsScaledFromItsMenu();
     void theTitleOfTheLastEditorIsToggled();
     void theStatusDialogShowsTheChosenDock();
+    void aPictureMayCloseBelowItsFileDialog();
     void docksNeedNoMainWindow();
 
 private:
@@ -232,6 +235,25 @@ void TestDormantDocks::theStatusDialogShowsTheChosenDock()
     QCOMPARE(shown,
              QStringList({QStringLiteral("currentTabCheckBox"), QStringLiteral("closableCheckBox"),
                           QStringLiteral("movableCheckBox")}));
+}
+
+void TestDormantDocks::aPictureMayCloseBelowItsFileDialog()
+{
+    CDockWidget *dock = make(trigger(SLOT(createImageViewer())));
+    const QPointer<CImageViewer> viewer = qobject_cast<CImageViewer *>(dock->widget());
+    ModalDialogs dialogs;
+    MessageBoxes boxes;
+    dialogs.expect([&](QWidget *widget) {
+        auto *dialog = qobject_cast<QFileDialog *>(widget);
+        dialog->selectFile(QCoreApplication::applicationFilePath()); // no picture
+        dock->closeDockWidget();
+        DockAreas::settle();
+        QVERIFY(!viewer);
+    });
+    viewer->open();
+    QCOMPARE(dialogs.pending(), 0);
+    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(boxes.unexpected(), QStringList());
 }
 
 void TestDormantDocks::docksNeedNoMainWindow()
