@@ -24,6 +24,7 @@ class TestMainWindow : public QObject
     Q_OBJECT
 
 private slots:
+    void docksDieWhileTheWindowIsOneStill();
     void init();
     void firstStartIsCentredWithTheFixedTitle();
     void generatedObjectsStandInTheirOrder();
@@ -281,6 +282,18 @@ void TestMainWindow::withoutDocksTheWindowStillAnswers()
     action("actionSaveState")->trigger();
     action("actionRestoreState")->trigger();
     QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+}
+
+// Dying forms still call the window.
+void TestMainWindow::docksDieWhileTheWindowIsOneStill()
+{
+    auto *window = new CMainWindow;
+    const QObject *object = window;
+    QByteArray was;
+    connect(window->dockManager(), &QObject::destroyed, this,
+            [&] { was = object->metaObject()->className(); });
+    delete window;
+    QCOMPARE(was, QByteArray("CMainWindow"));
 }
 
 QTEST_MAIN(TestMainWindow)

@@ -5,6 +5,7 @@
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QDialog>
 #include <QLineEdit>
@@ -24,6 +25,8 @@ class WindowUnderTest : public CMainWindow
 public:
     WindowUnderTest()
     {
+        new QAbstractItemModelTester(projectModel(), QAbstractItemModelTester::FailureReportingMode::QtTest,
+                                     projectModel());
         CESwitching();
         show();
     }
