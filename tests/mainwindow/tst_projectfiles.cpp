@@ -300,7 +300,7 @@ void TestProjectFiles::cursorWaitsDuringTheWork_data()
     QTest::addColumn<bool>("told");
 
     const QVector<bool> once{true};
-    QTest::newRow("saved") << QStringLiteral("") << QString() << once << true;
+    QTest::newRow("saved") << QString(QLatin1String("")) << QString() << once << true;
     QTest::newRow("save failed") << QStringLiteral("/not/there") << QString() << once << false;
     // A loaded document tells its name and its description.
     QTest::newRow("loaded") << QString() << QStringLiteral("good.json") << QVector<bool>{true, true} << true;

@@ -408,7 +408,7 @@ void TestMonitoringTable::takesTenThousandPoints()
     receive(points(0, 7));
     QCOMPARE(shown->rowCount(), count);
     for (int row = 0; row < count; ++row) {
-        const int i = shown->item(row, 0)->text().mid(6).toInt();
+        const int i = shown->item(row, 0)->text().midRef(6).toInt();
         QCOMPARE(shown->item(row, 1)->text(), QStringLiteral("@point %1").arg(i));
         QCOMPARE(shown->item(row, 3)->text(), QString::number(i * 31 % 9973 + 7));
     }

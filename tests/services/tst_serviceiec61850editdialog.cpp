@@ -76,7 +76,7 @@ void press(const QWidget &form, const char *name)
 // Types a path into the file dialog that the next event loop brings up, or gives up if empty.
 void answerFileDialog(const QString &path)
 {
-    QTimer::singleShot(0, [path] {
+    QTimer::singleShot(0, qApp, [path] {
         auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
         QVERIFY(dialog);
         if (path.isEmpty()) {
@@ -291,7 +291,7 @@ void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
     check(form, "enableSSL")->setChecked(true);
     m_boxes->expect();
     // The file goes away between the choice and the reading: a link to nowhere takes its place.
-    QTimer::singleShot(0, [path] {
+    QTimer::singleShot(0, qApp, [path] {
         auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
         QVERIFY(dialog);
         dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);

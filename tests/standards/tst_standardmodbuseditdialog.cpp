@@ -204,7 +204,7 @@ void TestStandardModbusEditDialog::saveStoresEveryTab()
     show(form);
     form.addTab();
     form.addTab();
-    form.loadTab(QStringLiteral("Modbus-2"), group(QStringLiteral(""), {{"0", "a", "string", "5", "rw"}}));
+    form.loadTab(QStringLiteral("Modbus-2"), group(QString(), {{"0", "a", "string", "5", "rw"}}));
     form.nameEdit()->setText(QStringLiteral("Renamed"));
     form.saveChanges();
     QCOMPARE(m_item->text(), QStringLiteral("Renamed"));

@@ -28,7 +28,7 @@ public:
         const int dateLength = int(qstrlen("yyyy-MM-dd HH:mm:ss: "));
         for (const QString &line :
              QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-            if (line.mid(dateLength).startsWith(m_className)) {
+            if (line.midRef(dateLength).startsWith(m_className)) {
                 events.append(line.mid(dateLength));
             }
         }
