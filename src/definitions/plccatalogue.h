@@ -54,8 +54,8 @@ PlcGroup linkOf(const QString &protocol);
 // The group whose settings the document holds for this pair, or None. It knows more pairs than the form.
 PlcGroup groupInDocument(const QString &manufacturer, const QString &protocol);
 
-// The manufacturers that a new PLC can have. "Modbus" is none of them on purpose: stored projects may have
-// it.
+// The manufacturers that a new PLC can have.
+// Compat: "Modbus" is none of them, and stored projects may have it.
 QStringList manufacturers();
 // The listed protocols; "Empty" for a manufacturer that is not in the catalogue.
 QStringList protocols(const QString &manufacturer);

@@ -2,7 +2,7 @@
 
 const QVector<Sl651::Element> &Sl651::elements()
 {
-    // Without the codes 05 and 45 on purpose: a point that has one shows, and is saved, as the first element.
+    // Compat: without the codes 05 and 45. A point that has one shows, and is saved, as the first element.
     // clang-format off
     static const QVector<Element> table = {
         {"F0", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Observation time guide symbol")},
