@@ -16,6 +16,7 @@
 #include "mainwindow/windowtext.h"
 #include "monitoring/monitoringview.h"
 #include "projects/newprojectdialog.h"
+#include "servers/importdatadialog.h"
 #include "ui_mainwindow.h"
 
 #include <QCloseEvent>
@@ -98,7 +99,6 @@ void CMainWindow::connectCollaborators()
             connect(box, &BoxEditDialog::sendDataToMainWindow, this, &CMainWindow::onDataReceived);
         }
     });
-    connect(m_points, &PointImport::picked, this, &CMainWindow::handleImportedData);
 }
 
 void CMainWindow::connectTreeMenu()
@@ -299,7 +299,9 @@ QDialog *CMainWindow::currentServerForm() const
 
 void CMainWindow::openImportDataDialog()
 {
-    m_points->open();
+    if (const ImportDataDialog *dialog = m_points->open()) {
+        connect(dialog, &ImportDataDialog::dataSelected, this, &CMainWindow::handleImportedData);
+    }
 }
 
 void CMainWindow::handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC)

@@ -18,7 +18,7 @@ PointImport::PointImport(QTreeView *tree, QWidget *window)
 {
 }
 
-void PointImport::open()
+ImportDataDialog *PointImport::open()
 {
     auto *dialog = new ImportDataDialog(m_window);
     const QStandardItem *project =
@@ -26,7 +26,7 @@ void PointImport::open()
     if (!project) {
         // Compat: never shown, the dialog is not freed before the window is.
         qDebug() << "No project selected.";
-        return;
+        return nullptr;
     }
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setProjectName(project->text());
@@ -37,7 +37,7 @@ void PointImport::open()
     }
     dialog->buildTree(*project->model(), project->text());
     dialog->show();
-    connect(dialog, &ImportDataDialog::dataSelected, this, &PointImport::picked);
+    return dialog;
 }
 
 QDialog *PointImport::receiver() const

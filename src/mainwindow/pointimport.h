@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QString>
 
+class ImportDataDialog;
 class QTreeView;
 
 // Brings points of the project's definitions into the table of a Server.
@@ -16,10 +17,10 @@ public:
     // The window owns this and the dialogs; the tree may die first.
     PointImport(QTreeView *tree, QWidget *window);
 
-    // Shows a dialog with the points of the current project, beside those that are open already. It is freed
-    // when it closes. Without a current item nothing shows, and the dialog that was made lives as long as the
-    // window.
-    void open();
+    // Shows a dialog with the points of the current project, beside those that are open already, and returns
+    // it. It is freed when it closes. Without a current item nothing shows, null is returned, and the dialog
+    // that was made lives as long as the window.
+    ImportDataDialog *open();
 
     // The form that gets the points; null for none, and once it is gone.
     QDialog *receiver() const;
@@ -29,10 +30,6 @@ public:
     // Hands the points and the name of their definition to the receiver. One that takes none, or null, drops
     // them in silence.
     void deliver(const QList<QJsonObject> &points, const QString &currentPLC);
-
-signals:
-    // What was picked in one of the dialogs.
-    void picked(const QList<QJsonObject> &points, const QString &currentPLC);
 
 private:
     QPointer<QTreeView> m_tree;
