@@ -7,6 +7,7 @@
 #include "widgets/tell.h"
 
 #include <QAction>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
@@ -87,6 +88,10 @@ void MonitoringPage::applyFilter()
         const QTableWidgetItem *item = m_table->item(row, column);
         return item && item->text().contains(wanted, Qt::CaseInsensitive);
     };
+    // While it shows itself the header would work all positions out anew for each row that goes or comes.
+    QHeaderView *header = m_table->verticalHeader();
+    const bool updates = header->updatesEnabled();
+    header->setUpdatesEnabled(false);
     for (int row = 0; row < m_table->rowCount(); ++row) {
         const bool hidden =
             !wanted.isEmpty() && !holds(row, MonitoringTable::Name) && !holds(row, MonitoringTable::Addr);
@@ -94,6 +99,7 @@ void MonitoringPage::applyFilter()
             m_table->setRowHidden(row, hidden);
         }
     }
+    header->setUpdatesEnabled(updates);
 }
 
 void MonitoringPage::showMenu(const QPoint &position)
