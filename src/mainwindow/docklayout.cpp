@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <QSettings>
 #include <QSplitter>
 #include <QStandardItemModel>
 #include <QStyle>
@@ -147,7 +148,7 @@ void DockLayout::saveState() const
     if (!m_manager) {
         return;
     }
-    LayoutFile settings;
+    QSettings settings(layoutFile, QSettings::IniFormat);
     settings.setValue(geometryKey, m_window->saveGeometry());
     settings.setValue(stateKey, m_window->saveState());
     settings.setValue(dockingStateKey, m_manager->saveState());
@@ -158,7 +159,7 @@ void DockLayout::restoreState()
     if (!m_manager) {
         return;
     }
-    const LayoutFile settings;
+    const QSettings settings(layoutFile, QSettings::IniFormat);
     m_window->restoreGeometry(settings.value(geometryKey).toByteArray());
     m_window->restoreState(settings.value(stateKey).toByteArray());
     // The manager's states are compressed, and so is the empty one that stands for none.

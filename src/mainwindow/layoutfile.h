@@ -1,14 +1,6 @@
 #pragma once
 
-#include <QSettings>
+#include <QString>
 
-// "Settings.ini" in the working directory, with the window's layout and the perspectives.
-class LayoutFile : public QSettings
-{
-    // No Q_OBJECT: it adds nothing but its name.
-public:
-    LayoutFile()
-        : QSettings(QStringLiteral("Settings.ini"), QSettings::IniFormat)
-    {
-    }
-};
+// In the working directory, with the window's layout and the perspectives.
+inline const QString layoutFile = QStringLiteral("Settings.ini");

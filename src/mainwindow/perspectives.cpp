@@ -8,6 +8,7 @@
 #include <QAction>
 #include <QComboBox>
 #include <QInputDialog>
+#include <QSettings>
 #include <QSignalBlocker>
 #include <QWidgetAction>
 
@@ -39,7 +40,7 @@ void Perspectives::load(ads::CDockManager *manager)
     connect(m_names, qOverload<const QString &>(&QComboBox::activated), manager,
             &ads::CDockManager::openPerspective);
     QT_WARNING_POP
-    LayoutFile file;
+    QSettings file(layoutFile, QSettings::IniFormat);
     manager->loadPerspectives(file);
     fill();
 }
@@ -60,7 +61,7 @@ void Perspectives::save()
         fill();
         m_names->setCurrentText(name);
     }
-    LayoutFile file;
+    QSettings file(layoutFile, QSettings::IniFormat);
     m_manager->savePerspectives(file);
 }
 
