@@ -172,7 +172,7 @@ QVector<Value> modbusMakers()
         text(PlcGroup::Delta, plcDeltaSeriesRole, "series"),
         text(PlcGroup::Delta, plcDeltaStationNumRole, "stationNum", "1"),
         text(PlcGroup::Delta, plcDeltaByteOrderRole, "byteOrder"),
-        // Compat: off, unlike the three before; so new Delta PLCs have always begun.
+        // Compat: off, unlike the three before.
         flag(PlcGroup::Delta, plcDeltaStartAddress0Role, "startAddress0"),
         flag(PlcGroup::Delta, plcDeltaCharReversedRole, "charReversed"),
     };

@@ -35,7 +35,7 @@ const QVector<Value> &ValueTables::service()
         plain(serviceEnableGoosePublishingRole, "enableGoosePublishing"),
         plain(serviceEnableSslRole, "enableSSL"),
         plain(serviceIsVerifyClientCertRole, "isVerifyClientCert"),
-        // Compat: never "0". A Box takes the absent key for "no authentication".
+        // Compat: never "0"; without authentication the key is left out.
         extended(serviceAuthenticationRole, "authentication", PasswordService, Coding::ServiceLogin),
         extended(servicePasswordRole, "password", PasswordService),
         extended(serviceRootCertificateRole, "rootCertificate", withSsl),

@@ -77,7 +77,7 @@ QStandardItem *dataFolderOf(QStandardItem *project)
 {
     QStandardItem *folder = ProjectTree::childNamed(project, ProjectTree::dataFolder);
     if (!folder) {
-        // Compat: the bitmap tells a folder that a report made from one that the project came with.
+        // Compat: the bitmap, not the icon of a new project's folder.
         folder = ProjectTree::appendDefinition(project, ProjectTree::dataFolder,
                                                QStringLiteral(":/adsdemo/images/Data.png"));
     }

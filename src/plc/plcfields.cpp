@@ -279,7 +279,7 @@ QVector<Group> modbusMakers()
                     {plcModbusSeriesRole, plcModbusStationNumRole, plcModbusByteOrderRole,
                      plcModbusStartAddress0Role, plcModbusCharReversedRole},
                     Initially::On),
-        // Off on purpose, unlike the three before: so new Delta PLCs have always begun.
+        // Compat: off, unlike the three before.
         modbusGroup(PlcGroup::Delta, "delta", "Delta",
                     {plcDeltaSeriesRole, plcDeltaStationNumRole, plcDeltaByteOrderRole,
                      plcDeltaStartAddress0Role, plcDeltaCharReversedRole},

@@ -51,8 +51,7 @@ void PointForm::handleImportedData(const QList<QJsonObject> &points, const QStri
         if (!hasPoint(view->model(), leading)) {
             appendPoint(leading, point);
         } else if (m_points.tellsDuplicates && workspace()) {
-            // On purpose without the two names: with a blank behind each "%" the text is shown as it stands,
-            // which is the message that users of these forms know.
+            // Compat: without the two names, since a blank behind each "%" has the text shown as it stands.
             workspace()->appendMessage(translated(QT_TRANSLATE_NOOP(
                 "PointForm", "The data with device name '% 2' and variable name '% 1' already exists.")));
         }

@@ -84,7 +84,7 @@ int elementOf(const QString &code)
 
 ServerSL651EditDialog::ServerSL651EditDialog(QStandardItem *item, Workspace *workspace)
     : PointTableForm(
-        // On purpose the other form's line in the activity log for a deleted point: logs have always read so.
+        // Compat: the activity log gets the other form's line for a deleted point.
         {"ServerSL651EditDialog", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Edit Standard"),
          QT_TRANSLATE_NOOP("ServerSL651EditDialog", "The Server SL651 '%1' is saved successfully.")},
         {"ServerHJ212EditDialog: Delete", false}, connectionFields(),

@@ -81,7 +81,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     connect(add, &QPushButton::clicked, this, &standardDLT645EditDialog::addTab);
     column->addWidget(add, 0, Qt::AlignLeft);
 
-    // Loaded tabs bear the word that stored projects have, on purpose.
+    // Compat: loaded tabs bear the word of the other form.
     m_tabs = new StandardTabs(QStringLiteral("DLT645-%1"), QStringLiteral("Modbus-%1"), content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
     column->addWidget(m_tabs);
