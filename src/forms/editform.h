@@ -11,8 +11,9 @@ class EditForm : public QDialog
 public:
     explicit EditForm(QWidget *parent = nullptr);
 
+public slots:
     // Swallows the wheel over each list that the form is installed on as a filter: the wheel is to scroll the
-    // form or its table, and must not change a value on the way.
+    // form or its table, and must not change a value on the way. May be called by name.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "forms/fields.h"
+
 #include <QHash>
 #include <QStringList>
 #include <QVariant>
@@ -26,12 +28,6 @@ enum class FieldKind {
 };
 
 enum class FieldCheck { None, Ipv4, HostName, NoCjk, Port, Integer, Pattern };
-
-// A choice of a Coded field: what is shown and what is stored.
-struct Choice {
-    const char *text; // source text in UTF-8, shown as it stands where the catalogue does not have it
-    QVariant code;
-};
 
 // One field of a form: the row that builds, fills, saves and erases it.
 struct Field {

@@ -5,6 +5,7 @@ class QValidator;
 
 // The validators that the forms share; each is made new with the given parent. They restrain typing only:
 // no form validates before it saves or sends.
+using MakeValidator = QValidator *(*)(QObject *parent);
 
 // Four decimal parts of 0 to 255.
 inline constexpr char ipv4Pattern[] = "^((25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\\.){3}"

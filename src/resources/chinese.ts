@@ -943,6 +943,17 @@
     </message>
 </context>
 <context>
+    <name>DefinitionForm</name>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
     <name>EditProjectDialog</name>
     <message>
         <source>Name:</source>

@@ -941,6 +941,17 @@
     </message>
 </context>
 <context>
+    <name>DefinitionForm</name>
+    <message>
+        <source>Save</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>EditProjectDialog</name>
     <message>
         <source>Name:</source>

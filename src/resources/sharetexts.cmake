@@ -8,6 +8,11 @@ cmake_minimum_required(VERSION 3.25)
 # A shared context and the contexts that it goes into.
 set(rows
   "CertificateField       ServiceIEC61850EditDialog standardOPCUAEditDialog"
+  "DefinitionForm         BoxEditDialog PLCEditDialog ServiceIEC61850EditDialog standardModbusEditDialog
+                          standardDLT645EditDialog standardCustomPollEditDialog standardDIOEditDialog
+                          standardOPCUAEditDialog ServerEditDialog ServerAliMQTTEditDialog
+                          ServerOneNetMQTTEditDialog ServerHuaWeiMQTTEditDialog ServerOPCUAEditDialog
+                          ServerModbusTCPEditDialog ServerHJ212EditDialog ServerSL651EditDialog"
   "ParameterTable         PLCEditDialog standardModbusEditDialog standardCustomPollEditDialog
                           standardDIOEditDialog standardOPCUAEditDialog"
   "PointForm              ServerModbusTCPEditDialog ServerHJ212EditDialog ServerSL651EditDialog"

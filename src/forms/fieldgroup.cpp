@@ -1,0 +1,124 @@
+#include "forms/fieldgroup.h"
+
+#include <QCoreApplication>
+#include <QFormLayout>
+#include <QLabel>
+#include <QRegularExpressionValidator>
+
+FieldGroup::FieldGroup(const char *className)
+    : m_className(className)
+{
+}
+
+void FieldGroup::setLayout(QFormLayout *layout)
+{
+    m_layout = layout;
+    m_page = layout->parentWidget();
+}
+
+void FieldGroup::appendRow(const FormField *field)
+{
+    m_layout->addRow(field->label(), field->widget());
+}
+
+void FieldGroup::fill(QStandardItem *item)
+{
+    for (const auto &field : m_fields) {
+        field->fill(item);
+    }
+}
+
+void FieldGroup::refill(QStandardItem *item)
+{
+    for (const auto &field : m_fields) {
+        field->refill(item, m_onRefill);
+    }
+}
+
+void FieldGroup::save(QStandardItem *item)
+{
+    for (const auto &field : m_fields) {
+        field->save(item);
+    }
+}
+
+void FieldGroup::clear()
+{
+    for (const auto &field : m_fields) {
+        field->clear();
+    }
+}
+
+void FieldGroup::erase(QStandardItem *item) const
+{
+    for (const auto &field : m_fields) {
+        field->erase(item);
+    }
+}
+
+QVariantList FieldGroup::values() const
+{
+    QVariantList values;
+    for (const auto &field : m_fields) {
+        values.append(field->value());
+    }
+    return values;
+}
+
+void FieldGroup::setValues(const QVariantList &values)
+{
+    int index = 0;
+    for (const auto &field : m_fields) {
+        field->setText(values.value(index++).toString());
+    }
+}
+
+int FieldGroup::labelWidth() const
+{
+    int width = 0;
+    for (const auto &field : m_fields) {
+        width = qMax(width, field->label()->sizeHint().width());
+    }
+    return width;
+}
+
+void FieldGroup::setLabelWidth(int width)
+{
+    for (const auto &field : m_fields) {
+        field->label()->setMinimumWidth(width);
+    }
+}
+
+void FieldGroup::align(const QVector<FieldGroup *> &groups)
+{
+    int widest = 0;
+    for (const FieldGroup *group : groups) {
+        widest = qMax(widest, group->labelWidth());
+    }
+    for (FieldGroup *group : groups) {
+        group->setLabelWidth(widest);
+    }
+}
+
+QString FieldGroup::translated(const char *source) const
+{
+    return QCoreApplication::translate(m_className, source);
+}
+
+QValidator *FieldGroup::validator(MakeValidator maker)
+{
+    QValidator *&made = m_checks[maker];
+    if (!made) {
+        made = maker(m_page);
+    }
+    return made;
+}
+
+QValidator *FieldGroup::validator(const QString &pattern)
+{
+    QValidator *&made = m_patterns[pattern];
+    if (!made) {
+        made = new QRegularExpressionValidator(QRegularExpression(pattern), m_page);
+    }
+    return made;
+}

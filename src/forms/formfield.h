@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+class FieldGroup;
+class QLabel;
+class QStandardItem;
+class QWidget;
+
+// One labelled input of a form, and the role of the item that it shows. FieldGroup makes and owns it.
+class FormField
+{
+public:
+    static constexpr int noRole = -1;
+
+    // What a list does when its form, which is open already, turns to another item.
+    struct OnRefill {
+        bool unknownStays = false;
+        bool emptyGoesFirst = false;
+    };
+
+    // The widget is a child of the group's page.
+    FormField(const FieldGroup &group, int role, const char *name, const QString &label, QWidget *widget);
+    virtual ~FormField() = default;
+    FormField(const FormField &) = delete;
+    FormField &operator=(const FormField &) = delete;
+
+    QLabel *label() const { return m_label; }
+    QWidget *widget() const { return m_widget; }
+    // Of the widget and its label.
+    void setEnabled(bool enabled);
+    void setVisible(bool visible);
+
+    // Writes the default into an empty role, then shows the role.
+    void fill(QStandardItem *item);
+    void refill(QStandardItem *item, const OnRefill &onRefill);
+    // Writes what the field shows.
+    void save(QStandardItem *item) const;
+    void erase(QStandardItem *item) const;
+    virtual void clear() = 0;
+
+    // What the field shows, as it is stored.
+    virtual QVariant value() const = 0;
+    QString text() const { return value().toString(); }
+    virtual void setText(const QString &text) { show(text); }
+
+protected:
+    virtual void show(const QVariant &value) = 0;
+    virtual void showAgain(const QVariant &value, const OnRefill &) { show(value); }
+    // For an empty role; an invalid QVariant for none.
+    void setDefault(const QVariant &value) { m_default = value; }
+    virtual bool isEmpty(const QVariant &value) const { return value.toString().isEmpty(); }
+
+private:
+    void writeDefault(QStandardItem *item) const;
+
+    int m_role;
+    QWidget *m_widget;
+    QLabel *m_label;
+    QVariant m_default;
+};

@@ -1,0 +1,187 @@
+#include "forms/definitionform.h"
+#include "support/logtail.h"
+#include "support/workspacefake.h"
+
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QtTest>
+
+#include <functional>
+
+namespace {
+
+// Notes what its form has it do.
+struct NotingPart : FormPart {
+    NotingPart(QString partName, QStringList *notes)
+        : name(std::move(partName))
+        , noted(notes)
+    {
+    }
+    void fill(QStandardItem *item) override { note("fill", item); }
+    void refill(QStandardItem *item) override { note("refill", item); }
+    void save(QStandardItem *item) override
+    {
+        note("save", item);
+        if (const auto happens = meanwhile) { // a copy, since the part may go
+            happens();
+        }
+    }
+    void clear() override { noted->append(QStringLiteral("clear ") + name); }
+    void note(const char *what, const QStandardItem *item) const
+    {
+        noted->append(QLatin1String(what) + QLatin1Char(' ') + name + QLatin1Char(' ') + item->text());
+    }
+
+    QString name;
+    QStringList *noted;
+    std::function<void()> meanwhile; // of a save: what a message lets happen
+};
+
+class NotingForm : public DefinitionForm
+{
+    Q_OBJECT
+public:
+    NotingForm(QStringList *notes, QStandardItem *item, Workspace *workspace, const char *savedAs)
+        : DefinitionForm({"NotingForm", "'%1' is kept.", savedAs}, item, workspace)
+        , first(QStringLiteral("first"), notes)
+        , second(QStringLiteral("second"), notes)
+    {
+        setContent(new QLabel(this), {&first, &second});
+    }
+    explicit NotingForm(QStringList *notes, QStandardItem *item, Workspace *workspace = nullptr)
+        : NotingForm(notes, item, workspace, "NotingForm")
+    {
+    }
+
+    NotingPart first;
+    NotingPart second;
+};
+
+} // namespace
+
+// What every form of a definition does with its parts.
+class TestDefinitionForm : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void partsAreFilledSavedAndClearedInOrder();
+    void savingTellsTheWorkspaceTheNewName();
+    void formMayDieWhileAPartIsSaved();
+    void itemMayLeaveWhileAPartIsSaved();
+    void otherItemMayComeWhileAPartIsSaved();
+    void savingWithoutItsNodeDoesNothing();
+    void buttonsStandBelowThePageAndCancelRejects();
+    void writesItsLifeToTheLog();
+
+private:
+    QStandardItemModel m_model;
+    QStringList m_notes;
+    WorkspaceFake m_workspace;
+};
+
+void TestDefinitionForm::init()
+{
+    m_model.clear();
+    m_model.appendRow(new QStandardItem(QStringLiteral("A")));
+    m_model.appendRow(new QStandardItem(QStringLiteral("B")));
+    m_notes.clear();
+    m_workspace.messages.clear();
+}
+
+void TestDefinitionForm::partsAreFilledSavedAndClearedInOrder()
+{
+    NotingForm form(&m_notes, m_model.item(0));
+    form.saveChanges();
+    form.replaceItem(m_model.item(1));
+    form.saveChanges();
+    form.clearData();
+    QCOMPARE(
+        m_notes,
+        (QStringList{"fill first A", "fill second A", "save first A", "save second A", "refill first B",
+                     "refill second B", "save first B", "save second B", "clear first", "clear second"}));
+}
+
+void TestDefinitionForm::savingTellsTheWorkspaceTheNewName()
+{
+    NotingForm form(&m_notes, m_model.item(0), &m_workspace);
+    form.second.meanwhile = [this] { m_model.item(0)->setText(QStringLiteral("New")); };
+    form.saveChanges();
+    QCOMPARE(m_workspace.messages, QStringList(QStringLiteral("'New' is kept.")));
+}
+
+void TestDefinitionForm::formMayDieWhileAPartIsSaved()
+{
+    const LogTail log(QStringLiteral("NotingForm"));
+    const QPointer<NotingForm> form = new NotingForm(&m_notes, m_model.item(0), &m_workspace);
+    form->first.meanwhile = [form] { delete form; };
+    m_notes.clear();
+    form->saveChanges();
+    QVERIFY(!form);
+    QCOMPARE(m_notes, QStringList(QStringLiteral("save first A")));
+    QCOMPARE(m_workspace.messages, QStringList());
+    QCOMPARE(log.events(), (QStringList{"NotingForm: new-nuilt", "NotingForm: destroyed"}));
+}
+
+void TestDefinitionForm::itemMayLeaveWhileAPartIsSaved()
+{
+    NotingForm form(&m_notes, m_model.item(0), &m_workspace);
+    form.first.meanwhile = [this] { m_model.removeRow(0); };
+    m_notes.clear();
+    form.saveChanges();
+    QCOMPARE(m_notes, QStringList(QStringLiteral("save first A")));
+    QCOMPARE(m_workspace.messages, QStringList());
+}
+
+void TestDefinitionForm::otherItemMayComeWhileAPartIsSaved()
+{
+    NotingForm form(&m_notes, m_model.item(0), &m_workspace);
+    form.first.meanwhile = [this, &form] { form.replaceItem(m_model.item(1)); };
+    m_notes.clear();
+    form.saveChanges();
+    QCOMPARE(m_notes, (QStringList{"save first A", "refill first B", "refill second B"}));
+    QCOMPARE(m_workspace.messages, QStringList());
+}
+
+void TestDefinitionForm::savingWithoutItsNodeDoesNothing()
+{
+    NotingForm form(&m_notes, m_model.item(0), &m_workspace);
+    m_model.removeRow(0);
+    m_notes.clear();
+    form.saveChanges();
+    QCOMPARE(m_notes, QStringList());
+    QCOMPARE(m_workspace.messages, QStringList());
+}
+
+void TestDefinitionForm::buttonsStandBelowThePageAndCancelRejects()
+{
+    NotingForm form(&m_notes, m_model.item(0));
+    form.show();
+    const auto *page = form.findChild<QScrollArea *>();
+    QCOMPARE(form.saveButton()->objectName(), QStringLiteral("saveButton"));
+    QVERIFY(form.saveButton()->geometry().top() >= page->geometry().bottom());
+    const QSignalSpy rejected(&form, &QDialog::rejected);
+    form.findChild<QPushButton *>(QStringLiteral("cancelButton"))->click();
+    QCOMPARE(rejected.size(), 1);
+    QVERIFY(form.isVisible());
+}
+
+void TestDefinitionForm::writesItsLifeToTheLog()
+{
+    const LogTail log(QStringLiteral("Noting"));
+    {
+        NotingForm form(&m_notes, m_model.item(0), nullptr, "NotingOfOld");
+        form.replaceItem(m_model.item(1));
+        form.saveChanges();
+    }
+    QCOMPARE(log.events(),
+             (QStringList{"NotingForm: new-nuilt", "NotingForm: replace", "NotingOfOld: save",
+                          "NotingForm: destroyed"}));
+}
+
+QTEST_MAIN(TestDefinitionForm)
+#include "tst_definitionform.moc"

@@ -1,0 +1,514 @@
+#include "forms/fieldgroup.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QStandardItem>
+#include <QTextEdit>
+#include <QTranslator>
+#include <QtTest>
+
+namespace {
+
+enum TestRole {
+    stationRole = Qt::UserRole + 1,
+    parityRole,
+    enabledRole,
+    switchRole,
+    secretRole,
+};
+
+// An empty page.
+struct EmptyPage {
+    EmptyPage()
+    {
+        layout = new QFormLayout(&widget);
+        group.setLayout(layout);
+    }
+
+    QWidget widget;
+    QFormLayout *layout;
+    FieldGroup group{"Test"};
+};
+
+// A page with a field of most kinds.
+struct Page : EmptyPage {
+    Page()
+    {
+        name = group.add<TextField>(Qt::DisplayRole, "name", "Name:");
+        station =
+            group.add<TextField>(stationRole, "station", "Station:")->check(integerValidator)->initially("7");
+        parity = group.add<ListField>(parityRole, "parity", "Parity:")->entries("NONE ODD EVEN");
+        enabled = group.add<CheckField>(enabledRole, "enabled", "Enabled:");
+        power = group.add<OnOffField>(switchRole, "power", "Power:")
+                    ->texts(QStringLiteral("on"), QStringLiteral("off"));
+        secret = group.add<TextField>(secretRole, "secret", "Secret:")->check(noCjkValidator)->password();
+        clock = group.add<TextField>(FormField::noRole, "clock", "Clock:")->readOnly();
+    }
+    bool on() const { return widget.findChild<QRadioButton *>(QStringLiteral("powerOn"))->isChecked(); }
+    bool off() const { return widget.findChild<QRadioButton *>(QStringLiteral("powerOff"))->isChecked(); }
+    // What the fields show, in their order.
+    QVariantList shown() const
+    {
+        return {name->value(),  station->value(), parity->value(), enabled->value(),
+                power->value(), secret->value(),  clock->value()};
+    }
+
+    TextField *name;
+    TextField *station;
+    ListField *parity;
+    CheckField *enabled;
+    OnOffField *power;
+    TextField *secret;
+    TextField *clock;
+};
+
+QVariantList roles(const QStandardItem &item)
+{
+    return {item.text(),           item.data(stationRole), item.data(parityRole), item.data(enabledRole),
+            item.data(switchRole), item.data(secretRole)};
+}
+
+void setRoles(QStandardItem &item)
+{
+    item.setText(QStringLiteral("pump"));
+    item.setData(QStringLiteral("12"), stationRole);
+    item.setData(QStringLiteral("EVEN"), parityRole);
+    item.setData(true, enabledRole);
+    item.setData(QStringLiteral("off"), switchRole);
+    item.setData(QStringLiteral("pass"), secretRole);
+}
+
+} // namespace
+
+// A group of fields builds, fills, saves, clears and erases them.
+class TestFields : public QObject
+{
+    Q_OBJECT
+private slots:
+    void addsOneLabelledRowAField();
+    void secretIsHiddenAndClockCantBeTyped();
+    void fillShowsTheItemAndSaveWritesItBack();
+    void fillWritesDefaultsIntoEmptyRolesOnly();
+    void unknownEntry_data();
+    void unknownEntry();
+    void refilledList_data();
+    void refilledList();
+    void sourceTextsGoByTheFormsClass();
+    void flagIsTakenAsBooleanAndAsText_data();
+    void flagIsTakenAsBooleanAndAsText();
+    void otherSwitchTextsCheckNeitherButton();
+    void eraseLeavesNoRoleBehind();
+    void clearEmptiesAndSelectsFirst();
+    void setTextReachesOneFieldAndKeepsUnknownEntries();
+    void labelGoesWithItsField();
+    void pagesAddUpToOneGroupWithOneValidatorACheck();
+    void unseenFieldsCarryValuesInNoLayout();
+    void choicesAreStoredAsTheirCodes_data();
+    void choicesAreStoredAsTheirCodes();
+    void numberedButtonsAreStoredAsANumber_data();
+    void numberedButtonsAreStoredAsANumber();
+    void checkTakesItsDefaultWhereTheRoleHoldsNothing_data();
+    void checkTakesItsDefaultWhereTheRoleHoldsNothing();
+    void unsetCheckMayShowCheckedAndWritesNothing();
+    void patternRestrainsTypingAndIsShared();
+    void scriptKeepsItsLines();
+};
+
+void TestFields::addsOneLabelledRowAField()
+{
+    const Page page;
+    QStringList rows;
+    for (int row = 0; row < page.layout->rowCount(); ++row) {
+        auto *label = qobject_cast<QLabel *>(page.layout->itemAt(row, QFormLayout::LabelRole)->widget());
+        QWidget *field = page.layout->itemAt(row, QFormLayout::FieldRole)->widget();
+        QCOMPARE(label->buddy(), field);
+        rows.append(label->text() + field->objectName());
+    }
+    QCOMPARE(rows,
+             (QStringList{QStringLiteral("Name:name"), QStringLiteral("Station:station"),
+                          QStringLiteral("Parity:parity"), QStringLiteral("Enabled:enabled"),
+                          QStringLiteral("Power:power"), QStringLiteral("Secret:secret"),
+                          QStringLiteral("Clock:clock")}));
+}
+
+void TestFields::secretIsHiddenAndClockCantBeTyped()
+{
+    const Page page;
+    QCOMPARE(page.secret->edit()->echoMode(), QLineEdit::Password);
+    QVERIFY(!page.secret->edit()->isReadOnly());
+    QVERIFY(page.clock->edit()->isReadOnly());
+}
+
+void TestFields::fillShowsTheItemAndSaveWritesItBack()
+{
+    QStandardItem item;
+    setRoles(item);
+    const QVariantList stored = roles(item);
+    Page page;
+    page.group.fill(&item);
+    QCOMPARE(page.shown(), stored + QVariantList{QString()});
+
+    QStandardItem copy;
+    page.group.save(&copy);
+    QCOMPARE(roles(copy), stored);
+}
+
+void TestFields::fillWritesDefaultsIntoEmptyRolesOnly()
+{
+    Page page;
+    QStandardItem item;
+    page.group.fill(&item);
+    QCOMPARE(roles(item), (QVariantList{QString(), QStringLiteral("7"), {}, {}, {}, {}}));
+    QCOMPARE(page.station->text(), QStringLiteral("7"));
+
+    item.setData(QStringLiteral("8"), stationRole);
+    page.group.fill(&item);
+    QCOMPARE(item.data(stationRole), QVariant(QStringLiteral("8")));
+
+    item.setData(QString(), stationRole);
+    page.group.refill(&item);
+    QCOMPARE(item.data(stationRole), QVariant(QStringLiteral("7")));
+}
+
+void TestFields::unknownEntry_data()
+{
+    QTest::addColumn<QByteArray>("fallback");
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("to the fallback") << QByteArray("ODD") << "MARK"
+                                     << "ODD";
+    QTest::newRow("empty, to the fallback") << QByteArray("ODD") << ""
+                                            << "ODD";
+    QTest::newRow("to the first entry") << QByteArray() << "MARK"
+                                        << "NONE";
+    QTest::newRow("of another case") << QByteArray() << "even"
+                                     << "NONE";
+    QTest::newRow("known") << QByteArray("ODD") << "EVEN"
+                           << "EVEN";
+}
+
+void TestFields::unknownEntry()
+{
+    QFETCH(QByteArray, fallback);
+    QFETCH(QString, stored);
+    QFETCH(QString, expected);
+    Page page;
+    page.parity->fallback(fallback.constData());
+    page.parity->setText(QStringLiteral("EVEN"));
+    QStandardItem item;
+    item.setData(stored, parityRole);
+    page.group.fill(&item);
+    QCOMPARE(page.parity->text(), expected);
+}
+
+void TestFields::refilledList_data()
+{
+    QTest::addColumn<bool>("keepUnknown");
+    QTest::addColumn<bool>("resetEmpty");
+    QTest::addColumn<QString>("unknown");
+    QTest::addColumn<QString>("empty");
+    QTest::newRow("as it was filled") << false << false << "ODD"
+                                      << "ODD";
+    QTest::newRow("unknown stays") << true << false << "EVEN"
+                                   << "EVEN";
+    QTest::newRow("empty goes first") << false << true << "ODD"
+                                      << "NONE";
+    QTest::newRow("both") << true << true << "EVEN"
+                          << "NONE";
+}
+
+void TestFields::refilledList()
+{
+    QFETCH(bool, keepUnknown);
+    QFETCH(bool, resetEmpty);
+    Page page;
+    page.parity->fallback("ODD");
+    if (keepUnknown) {
+        page.group.keepUnknownOnRefill();
+    }
+    if (resetEmpty) {
+        page.group.resetEmptyOnRefill();
+    }
+    QStandardItem item;
+    page.group.fill(&item);
+    QCOMPARE(page.parity->text(), QStringLiteral("ODD"));
+    for (const char *stored : {"unknown", "empty"}) {
+        page.parity->setText(QStringLiteral("EVEN"));
+        const QString text = QLatin1String(stored);
+        item.setData(text == QLatin1String("empty") ? QString() : text, parityRole);
+        page.group.refill(&item);
+        QTEST(page.parity->text(), stored);
+    }
+}
+
+void TestFields::sourceTextsGoByTheFormsClass()
+{
+    class ByContext : public QTranslator
+    {
+    public:
+        bool isEmpty() const override { return false; }
+        QString translate(const char *context, const char *source, const char *, int) const override
+        {
+            return QLatin1String(context) + QLatin1Char(' ') + QLatin1String(source);
+        }
+    } translator;
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    EmptyPage page;
+    const auto *source = page.group.add<ListField>(FormField::noRole, "source", "L:")->entries("a b");
+    const auto *ready = page.group.add<TextField>(FormField::noRole, "ready", QStringLiteral("R:"));
+    const auto *codes = page.group.add<CodedField>(FormField::noRole, "codes", "C:")->choices({{"c", 1}});
+    QCOMPARE(source->label()->text(), QStringLiteral("Test L:"));
+    QCOMPARE(source->text(), QStringLiteral("a"));
+    QCOMPARE(ready->label()->text(), QStringLiteral("R:"));
+    QCOMPARE(codes->box()->currentText(), QStringLiteral("Test c"));
+}
+
+void TestFields::flagIsTakenAsBooleanAndAsText_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<bool>("expected");
+    QTest::newRow("boolean true") << QVariant(true) << true;
+    QTest::newRow("boolean false") << QVariant(false) << false;
+    QTest::newRow("text true") << QVariant(QStringLiteral("true")) << true;
+    QTest::newRow("text false") << QVariant(QStringLiteral("false")) << false;
+    QTest::newRow("nothing") << QVariant() << false;
+}
+
+void TestFields::flagIsTakenAsBooleanAndAsText()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(bool, expected);
+    Page page;
+    QStandardItem item;
+    item.setData(stored, enabledRole);
+    page.group.fill(&item);
+    QCOMPARE(page.enabled->value(), QVariant(expected));
+    QCOMPARE(item.data(enabledRole), stored);
+}
+
+void TestFields::otherSwitchTextsCheckNeitherButton()
+{
+    const Page page;
+    QVERIFY(!page.on());
+    QVERIFY(!page.off());
+    page.power->setText(QStringLiteral("on"));
+    QVERIFY(page.on());
+    QVERIFY(!page.off());
+    page.power->setText(QStringLiteral("off"));
+    QVERIFY(!page.on());
+    QVERIFY(page.off());
+    page.power->setText(QStringLiteral("ON"));
+    QVERIFY(!page.on());
+    QVERIFY(!page.off());
+    QCOMPARE(page.power->text(), QStringLiteral("off"));
+
+    auto *on = page.widget.findChild<QRadioButton *>(QStringLiteral("powerOn"));
+    page.widget.findChild<QRadioButton *>(QStringLiteral("powerOff"))->click();
+    on->click();
+    QVERIFY(page.on());
+    QVERIFY(!page.off());
+}
+
+void TestFields::eraseLeavesNoRoleBehind()
+{
+    Page page;
+    QStandardItem item;
+    page.group.save(&item);
+    page.group.erase(&item);
+    QCOMPARE(roles(item), (QVariantList{QString(), {}, {}, {}, {}, {}}));
+}
+
+void TestFields::clearEmptiesAndSelectsFirst()
+{
+    QStandardItem item;
+    setRoles(item);
+    Page page;
+    page.group.fill(&item);
+    page.group.clear();
+    QCOMPARE(page.shown(),
+             (QVariantList{QString(), QString(), QStringLiteral("NONE"), false, QStringLiteral("on"),
+                           QString(), QString()}));
+}
+
+void TestFields::setTextReachesOneFieldAndKeepsUnknownEntries()
+{
+    const Page page;
+    page.clock->setText(QStringLiteral("12:00"));
+    page.parity->setText(QStringLiteral("EVEN"));
+    page.parity->setText(QStringLiteral("MARK"));
+    QCOMPARE(page.shown(),
+             (QVariantList{QString(), QString(), QStringLiteral("EVEN"), false, QStringLiteral("off"),
+                           QString(), QStringLiteral("12:00")}));
+}
+
+void TestFields::labelGoesWithItsField()
+{
+    const Page page;
+    page.secret->setVisible(false);
+    page.clock->setEnabled(false);
+    page.parity->disabled();
+    QVERIFY(page.secret->edit()->isHidden() && page.secret->label()->isHidden());
+    QVERIFY(!page.clock->edit()->isEnabled() && !page.clock->label()->isEnabled());
+    QVERIFY(!page.parity->box()->isEnabled() && page.parity->label()->isEnabled());
+}
+
+void TestFields::pagesAddUpToOneGroupWithOneValidatorACheck()
+{
+    QWidget form;
+    FieldGroup group("Test");
+    QVector<TextField *> fields;
+    for (const char *name : {"first", "second"}) {
+        auto *layout = new QFormLayout(new QWidget(&form));
+        group.setLayout(layout);
+        fields.append(group.add<TextField>(FormField::noRole, name, "Text:")->check(noCjkValidator));
+        QCOMPARE(layout->rowCount(), 1);
+    }
+    QVERIFY(fields.first()->edit()->validator());
+    QCOMPARE(fields.first()->edit()->validator(), fields.last()->edit()->validator());
+    QVERIFY(fields.first()->edit()->parentWidget() != fields.last()->edit()->parentWidget());
+}
+
+void TestFields::unseenFieldsCarryValuesInNoLayout()
+{
+    QWidget form;
+    auto *layout = new QFormLayout(&form);
+    FieldGroup group("Test");
+    group.setPage(&form);
+    const auto *name = group.addUnseen<TextField>(Qt::DisplayRole, "name", QStringLiteral("Name:"));
+    form.show();
+    QCOMPARE(layout->count(), 0);
+    for (const QWidget *child : form.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
+        QVERIFY2(!child->isVisible(), qPrintable(child->objectName()));
+    }
+    QStandardItem item(QStringLiteral("pump"));
+    group.fill(&item);
+    QCOMPARE(name->text(), QStringLiteral("pump"));
+}
+
+void TestFields::choicesAreStoredAsTheirCodes_data()
+{
+    QTest::addColumn<bool>("unknownShowsNone");
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QVariant>("saved");
+    QTest::newRow("number") << false << QVariant(90) << QVariant(90);
+    QTest::newRow("number as a document has it") << false << QVariant(QStringLiteral("90")) << QVariant(90);
+    QTest::newRow("unknown") << false << QVariant(3) << QVariant(80);
+    QTest::newRow("nothing") << false << QVariant() << QVariant(80);
+    QTest::newRow("no number") << false << QVariant(QStringLiteral("gate")) << QVariant(80);
+    QTest::newRow("number, else none") << true << QVariant(90) << QVariant(90);
+    QTest::newRow("unknown, so none") << true << QVariant(3) << QVariant();
+    QTest::newRow("nothing, so none") << true << QVariant() << QVariant();
+}
+
+void TestFields::choicesAreStoredAsTheirCodes()
+{
+    QFETCH(bool, unknownShowsNone);
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, saved);
+    EmptyPage page;
+    auto *type =
+        page.group.add<CodedField>(stationRole, "type", "Type:")->choices({{"rain", 80}, {"gate", 90}});
+    if (unknownShowsNone) {
+        type->unknownShowsNone();
+    }
+    QStandardItem item;
+    item.setData(stored, stationRole);
+    page.group.fill(&item);
+    page.group.save(&item);
+    QCOMPARE(item.data(stationRole), saved);
+    page.group.clear();
+    QCOMPARE(type->value(), QVariant(80));
+}
+
+void TestFields::numberedButtonsAreStoredAsANumber_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QVariant>("saved");
+    QTest::newRow("first") << QVariant(1) << QVariant(1);
+    QTest::newRow("second") << QVariant(2) << QVariant(2);
+    QTest::newRow("as a document has it") << QVariant(QStringLiteral("2")) << QVariant(2);
+    QTest::newRow("zero") << QVariant(0) << QVariant(1);
+    QTest::newRow("beyond") << QVariant(3) << QVariant(1);
+    QTest::newRow("nothing") << QVariant() << QVariant(1);
+}
+
+void TestFields::numberedButtonsAreStoredAsANumber()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, saved);
+    EmptyPage page;
+    page.group.add<NumberedField>(stationRole, "format", "Format:")
+        ->texts({QStringLiteral("plain"), QStringLiteral("own")});
+    page.widget.findChild<QRadioButton *>(QStringLiteral("format2"))->setChecked(true);
+    QStandardItem item;
+    item.setData(stored, stationRole);
+    page.group.fill(&item);
+    page.group.save(&item);
+    QCOMPARE(item.data(stationRole), saved);
+}
+
+void TestFields::checkTakesItsDefaultWhereTheRoleHoldsNothing_data()
+{
+    QTest::addColumn<QVariant>("stored");
+    QTest::addColumn<QVariant>("expected");
+    QTest::newRow("nothing") << QVariant() << QVariant(true);
+    QTest::newRow("off") << QVariant(false) << QVariant(false);
+    QTest::newRow("off as a text") << QVariant(QStringLiteral("false")) << QVariant(QStringLiteral("false"));
+    QTest::newRow("empty text") << QVariant(QString()) << QVariant(QString());
+}
+
+void TestFields::checkTakesItsDefaultWhereTheRoleHoldsNothing()
+{
+    QFETCH(QVariant, stored);
+    QFETCH(QVariant, expected);
+    Page page;
+    page.enabled->initially(true);
+    QStandardItem item;
+    item.setData(stored, enabledRole);
+    page.group.fill(&item);
+    QCOMPARE(item.data(enabledRole), expected);
+}
+
+void TestFields::unsetCheckMayShowCheckedAndWritesNothing()
+{
+    Page page;
+    page.enabled->unsetShowsChecked();
+    QStandardItem item;
+    page.group.fill(&item);
+    QVERIFY(page.enabled->isChecked());
+    QCOMPARE(item.data(enabledRole), QVariant());
+    item.setData(false, enabledRole);
+    page.group.fill(&item);
+    QVERIFY(!page.enabled->isChecked());
+}
+
+void TestFields::patternRestrainsTypingAndIsShared()
+{
+    EmptyPage page;
+    const char *pattern = "^[0-9A-F]{0,4}$";
+    QLineEdit *edit = page.group.add<TextField>(stationRole, "local", "Local:")->pattern(pattern)->edit();
+    const auto *remote = page.group.add<TextField>(secretRole, "remote", "Remote:")->pattern(pattern);
+    QTest::keyClicks(edit, QStringLiteral("4xD57A"));
+    QCOMPARE(edit->text(), QStringLiteral("4D57"));
+    QCOMPARE(edit->validator(), remote->edit()->validator());
+}
+
+void TestFields::scriptKeepsItsLines()
+{
+    EmptyPage page;
+    const auto *script = page.group.add<ScriptField>(secretRole, "script", "Script:");
+    const QString lines = QStringLiteral("var a = 1;\n\treturn a < 2;");
+    QStandardItem item;
+    item.setData(lines, secretRole);
+    page.group.fill(&item);
+    page.group.save(&item);
+    QCOMPARE(item.data(secretRole), QVariant(lines));
+    page.group.clear();
+    QCOMPARE(script->text(), lines);
+}
+
+QTEST_MAIN(TestFields)
+#include "tst_fields.moc"
