@@ -1880,17 +1880,6 @@
     </message>
 </context>
 <context>
-    <name>ServerForm</name>
-    <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-</context>
-<context>
     <name>ServerHJ212EditDialog</name>
     <message>
         <source>Surface water quality testing</source>

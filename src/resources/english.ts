@@ -1878,17 +1878,6 @@
     </message>
 </context>
 <context>
-    <name>ServerForm</name>
-    <message>
-        <source>Save</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
     <name>ServerHJ212EditDialog</name>
     <message>
         <source>Surface water quality testing</source>

@@ -18,9 +18,6 @@ set(rows
   "PointForm              ServerModbusTCPEditDialog ServerHJ212EditDialog ServerSL651EditDialog"
   "ServerFields           ServerInputDialog ServerEditDialog ServerAliMQTTEditDialog
                           ServerOneNetMQTTEditDialog ServerHuaWeiMQTTEditDialog ServerOPCUAEditDialog"
-  "ServerForm             ServerEditDialog ServerAliMQTTEditDialog ServerOneNetMQTTEditDialog
-                          ServerHuaWeiMQTTEditDialog ServerOPCUAEditDialog ServerModbusTCPEditDialog
-                          ServerHJ212EditDialog ServerSL651EditDialog"
   "StandardAuthentication CMainWindow standardOPCUAEditDialog"
   "StandardFields         standardModbusEditDialog standardDLT645EditDialog standardCustomPollEditDialog
                           standardDIOEditDialog standardOPCUAEditDialog"

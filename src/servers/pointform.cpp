@@ -31,9 +31,8 @@ bool hasPoint(const QAbstractItemModel *model, const QStringList &leading)
 
 } // namespace
 
-PointForm::PointForm(const Kind &kind, const Points &points, const QVector<Field> &fields,
-                     QStandardItem *item, Workspace *workspace)
-    : ServerForm(kind, fields, item, workspace)
+PointForm::PointForm(const Names &names, const Points &points, QStandardItem *item, Workspace *workspace)
+    : ServerForm(names, item, workspace)
     , m_points(points)
 {
     // Under the name by which the slot declares it, so that it may be called by name and queued.
@@ -50,19 +49,11 @@ void PointForm::handleImportedData(const QList<QJsonObject> &points, const QStri
         const QStringList leading = leadingCells(point, currentPLC);
         if (!hasPoint(view->model(), leading)) {
             appendPoint(leading, point);
-        } else if (m_points.tellsDuplicates && workspace()) {
+        } else if (m_points.tellsDuplicates) {
             // Compat: without the two names, since a blank behind each "%" has the text shown as it stands.
-            workspace()->appendMessage(translated(QT_TRANSLATE_NOOP(
+            appendMessage(translated(QT_TRANSLATE_NOOP(
                 "PointForm", "The data with device name '% 2' and variable name '% 1' already exists.")));
         }
-    }
-}
-
-void PointForm::clearData()
-{
-    ServerForm::clearData();
-    for (const QTableView *view : qAsConst(m_views)) {
-        view->model()->removeRows(0, view->model()->rowCount());
     }
 }
 
@@ -91,7 +82,7 @@ void PointForm::importDataPoints()
                       translated(QT_TRANSLATE_NOOP("PointForm", "Main window pointer is not set.")));
     }
     if (alive) {
-        log(QStringLiteral("Import Data Points"));
+        log("Import Data Points");
     }
 }
 

@@ -17,8 +17,6 @@ public slots:
     // Appends the picked points of one source to the table that is shown, but for those that it has. Each
     // point has the texts "name", "addr", "dataType" and "length".
     virtual void handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC);
-    // Empties the fields and all tables of points.
-    void clearData() override;
     // Takes the place in the table that is shown.
     void showContextMenu(const QPoint &pos);
     // Has the workspace open the import, or tells that there is none.
@@ -32,8 +30,7 @@ protected:
         bool tellsDuplicates;    // whether the workspace is told of a point that is there already
     };
 
-    PointForm(const Kind &kind, const Points &points, const QVector<Field> &fields, QStandardItem *item,
-              Workspace *workspace);
+    PointForm(const Names &names, const Points &points, QStandardItem *item, Workspace *workspace);
 
     // Takes a table, which already has its model, as one of the form's tables of points.
     void addPointView(QTableView *view);

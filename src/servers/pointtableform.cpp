@@ -3,7 +3,6 @@
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 
-#include <QComboBox>
 #include <QHeaderView>
 #include <QStandardItem>
 #include <QTableWidget>
@@ -16,12 +15,17 @@ constexpr int nameWidth = 130; // pixels of a source or a name
 
 } // namespace
 
-PointTableForm::PointTableForm(const Kind &kind, const Points &points, const QVector<Field> &fieldRows,
-                               const QStringList &headers, QStandardItem *item, Workspace *workspace)
-    : PointForm(kind, points, fieldRows, item, workspace)
-    , m_table(new QTableWidget(0, headers.size(), this))
+PointTableForm::PointTableForm(const Names &names, const Points &points, QStandardItem *item,
+                               Workspace *workspace)
+    : PointForm(names, points, item, workspace)
+    , m_pointTable([this](QStandardItem *shown) { fillPoints(shown); },
+                   [this](QStandardItem *saved) { savePoints(saved); }, [this] { m_table->setRowCount(0); })
 {
-    fields().comboBox(QStringLiteral("protocol"))->setEnabled(false);
+}
+
+void PointTableForm::addPoints(const QStringList &headers)
+{
+    m_table = new QTableWidget(0, headers.size(), page()->parentWidget());
     m_table->setObjectName(QStringLiteral("points"));
     m_table->setHorizontalHeaderLabels(headers);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -29,12 +33,11 @@ PointTableForm::PointTableForm(const Kind &kind, const Points &points, const QVe
     m_table->horizontalHeader()->setStretchLastSection(true);
     addPointView(m_table);
     page()->addWidget(m_table);
-    QWidget::setTabOrder(fields().widget(QLatin1String(fieldRows.last().name)), m_table);
+    setParts({&fields(), &m_pointTable});
 }
 
-void PointTableForm::showItem(QStandardItem *item)
+void PointTableForm::fillPoints(const QStandardItem *item)
 {
-    PointForm::showItem(item);
     const auto points = item->data(serverPointsRole).value<RowList>();
     m_table->setRowCount(0);
     m_table->setRowCount(points.size());
@@ -45,9 +48,8 @@ void PointTableForm::showItem(QStandardItem *item)
     }
 }
 
-void PointTableForm::saveItem(QStandardItem *item)
+void PointTableForm::savePoints(QStandardItem *item) const
 {
-    PointForm::saveItem(item);
     RowList points;
     for (int row = 0; row < m_table->rowCount(); ++row) {
         QVariantList cells;

@@ -10,13 +10,12 @@ class PointTableForm : public PointForm
 {
     Q_OBJECT
 protected:
-    // The headers of the three columns are already translated.
-    PointTableForm(const Kind &kind, const Points &points, const QVector<Field> &fieldRows,
-                   const QStringList &headers, QStandardItem *item, Workspace *workspace);
+    PointTableForm(const Names &names, const Points &points, QStandardItem *item, Workspace *workspace);
 
-    // Shows the item's points in place of those that are there.
-    void showItem(QStandardItem *item) override;
-    void saveItem(QStandardItem *item) override;
+    // Puts the table below the fields, which are complete by now, and shows the item. The headers of the
+    // three columns are already translated.
+    void addPoints(const QStringList &headers);
+
     QStringList leadingCells(const QJsonObject &point, const QString &currentPLC) const override;
     void appendPoint(const QStringList &leading, const QJsonObject &point) override;
 
@@ -24,9 +23,13 @@ protected:
     virtual QWidget *makeCodeCell(const QString &code, QWidget *parent) = 0;
     // What is to be stored for such a widget.
     virtual QString codeOf(const QWidget *cell) const = 0;
+    // Shows the item's points in place of those that are there.
+    virtual void fillPoints(const QStandardItem *item);
 
 private:
+    void savePoints(QStandardItem *item) const;
     void fillRow(int row, const QStringList &leading, const QString &code);
 
-    QTableWidget *m_table;
+    QTableWidget *m_table = nullptr;
+    CustomPart m_pointTable;
 };

@@ -2,22 +2,15 @@
 
 #include "servers/serverfields.h"
 
-namespace {
-
-QVector<Field> cloudFields()
-{
-    return ServerFields::cloud(QStringLiteral("AliMQTT")) + ServerFields::device()
-        + ServerFields::qos({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")});
-}
-
-} // namespace
-
 ServerAliMQTTEditDialog::ServerAliMQTTEditDialog(QStandardItem *item, Workspace *workspace)
     : ServerForm(
-        {"ServerAliMQTTEditDialog", QT_TRANSLATE_NOOP("ServerAliMQTTEditDialog", "Edit Server"),
+        {staticMetaObject.className(),
          QT_TRANSLATE_NOOP("ServerAliMQTTEditDialog", "The Server AliMQTT '%1' is saved successfully.")},
-        cloudFields(), item, workspace)
+        item, workspace)
 {
-    ServerFields::lockProtocol(fields());
-    begin();
+    setWindowTitle(tr("Edit Server"));
+    ServerFields::addCloud(fields(), "AliMQTT");
+    ServerFields::addDevice(fields());
+    ServerFields::addQos(fields(), "0 1 2");
+    setParts({&fields()});
 }

@@ -7,65 +7,45 @@
 #include <QRadioButton>
 #include <QTextEdit>
 
-namespace {
-
-QVector<Field> payloadFields()
-{
-    return {
-        {"payloadFormat",
-         QT_TRANSLATE_NOOP("ServerEditDialog", "Payload Format:"),
-         FieldKind::Numbered,
-         serverPayloadFormatRole,
-         FieldCheck::None,
-         {QT_TRANSLATE_NOOP("ServerEditDialog", "Tarnwick MQTT"),
-          QT_TRANSLATE_NOOP("ServerEditDialog", "Custom formatting")}},
-        {"reportTopic", QT_TRANSLATE_NOOP("ServerEditDialog", "Report Topic:"), FieldKind::Text,
-         serverReportTopicRole, FieldCheck::NoCjk},
-        {"reportJS", QT_TRANSLATE_NOOP("ServerEditDialog", "Report JS:"), FieldKind::Script,
-         serverReportJsRole},
-        {"writeTopic", QT_TRANSLATE_NOOP("ServerEditDialog", "Write Topic:"), FieldKind::Text,
-         serverWriteTopicRole, FieldCheck::NoCjk},
-        {"writeJS", QT_TRANSLATE_NOOP("ServerEditDialog", "Write JS:"), FieldKind::Script, serverWriteJsRole},
-    };
-}
-
-// On purpose: of the forms with a password, this one alone shows it as it is typed.
-QVector<Field> mqttFields()
-{
-    return ServerFields::identity(QStringLiteral("MQTT"))
-        + QVector<Field>{{"ip", QT_TRANSLATE_NOOP("ServerEditDialog", "IP Address:"), FieldKind::Text,
-                          serverIpRole, FieldCheck::HostName}}
-    + ServerFields::port() + ServerFields::clientId() + ServerFields::credentials(FieldKind::Text)
-        + ServerFields::qos({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")})
-        + payloadFields();
-}
-
-} // namespace
-
 ServerEditDialog::ServerEditDialog(QStandardItem *item, Workspace *workspace)
-    : ServerForm({"ServerEditDialog", QT_TRANSLATE_NOOP("ServerEditDialog", "Edit Server"),
+    : ServerForm({staticMetaObject.className(),
                   QT_TRANSLATE_NOOP("ServerEditDialog", "The Server MQTT '%1' is saved successfully.")},
-                 mqttFields(), item, workspace)
+                 item, workspace)
 {
-    ServerFields::lockProtocol(fields());
-    for (const char *script : {"reportJS", "writeJS"}) {
-        auto *edit = qobject_cast<QTextEdit *>(fields().widget(QLatin1String(script)));
-        new JavaScriptHighlighter(edit->document());
-        // The highlighter's colours are made for light ground, whatever the desktop's is.
-        edit->setStyleSheet(QStringLiteral("QTextEdit:enabled { background-color: white; color: black; }"));
-    }
+    setWindowTitle(tr("Edit Server"));
+    ServerFields::addIdentity(fields(), "MQTT");
+    fields().add<TextField>(serverIpRole, "ip", tr("IP Address:"))->check(hostNameValidator);
+    ServerFields::addPort(fields());
+    ServerFields::addClientId(fields());
+    ServerFields::addUserName(fields());
+    // On purpose: of the forms with a password, this one alone shows it as it is typed.
+    ServerFields::addPassword(fields());
+    ServerFields::addQos(fields(), "0 1 2");
+    addPayload();
+    setParts({&fields()});
+}
+
+void ServerEditDialog::addPayload()
+{
+    const auto *format =
+        fields()
+            .add<NumberedField>(serverPayloadFormatRole, "payloadFormat", tr("Payload Format:"))
+            ->texts({tr("Tarnwick MQTT"), tr("Custom formatting")});
+    fields().add<TextField>(serverReportTopicRole, "reportTopic", tr("Report Topic:"))->check(noCjkValidator);
+    addScript(serverReportJsRole, "reportJS", tr("Report JS:"), format);
+    fields().add<TextField>(serverWriteTopicRole, "writeTopic", tr("Write Topic:"))->check(noCjkValidator);
+    addScript(serverWriteJsRole, "writeJS", tr("Write JS:"), format);
+}
+
+void ServerEditDialog::addScript(int role, const char *name, const QString &label,
+                                 const NumberedField *format)
+{
+    QTextEdit *edit = fields().add<ScriptField>(role, name, label)->edit();
+    new JavaScriptHighlighter(edit->document());
+    // The highlighter's colours are made for light ground, whatever the desktop's is.
+    edit->setStyleSheet(QStringLiteral("QTextEdit:enabled { background-color: white; color: black; }"));
     // Either signal tells what its own button stands for, whatever it says: the button that loses the check
     // signals first, so that the last word is the checked one's. Opening checks one of the two.
-    const QWidget *formats = fields().widget(QStringLiteral("payloadFormat"));
-    connect(formats->findChild<QRadioButton *>(QStringLiteral("payloadFormat1")), &QRadioButton::toggled,
-            this, [this] { setScriptsEnabled(false); });
-    connect(formats->findChild<QRadioButton *>(QStringLiteral("payloadFormat2")), &QRadioButton::toggled,
-            this, [this] { setScriptsEnabled(true); });
-    begin();
-}
-
-void ServerEditDialog::setScriptsEnabled(bool enabled)
-{
-    fields().widget(QStringLiteral("reportJS"))->setEnabled(enabled);
-    fields().widget(QStringLiteral("writeJS"))->setEnabled(enabled);
+    connect(format->button(1), &QRadioButton::toggled, edit, [edit] { edit->setEnabled(false); });
+    connect(format->button(2), &QRadioButton::toggled, edit, [edit] { edit->setEnabled(true); });
 }

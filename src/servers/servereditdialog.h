@@ -12,5 +12,6 @@ public:
     ServerEditDialog(QStandardItem *item, Workspace *workspace);
 
 private:
-    void setScriptsEnabled(bool enabled);
+    void addPayload();
+    void addScript(int role, const char *name, const QString &label, const NumberedField *format);
 };

@@ -2,108 +2,82 @@
 
 #include "model/itemroles.h"
 
-#include <QComboBox>
-#include <QFormLayout>
-#include <QLabel>
+namespace ServerFields {
 
 namespace {
 
-QVector<Field> identityStoredIn(int protocolRole, const QString &protocol)
+ListField *addIdentityStoredIn(int protocolRole, FieldGroup &fields)
 {
-    return {
-        {"name", QT_TRANSLATE_NOOP("ServerFields", "Server Name:"), FieldKind::ReadOnly, Qt::DisplayRole},
-        {"description", QT_TRANSLATE_NOOP("ServerFields", "Description:"), FieldKind::Text,
-         serverDescriptionRole},
-        {"protocol",
-         QT_TRANSLATE_NOOP("ServerFields", "Protocol:"),
-         FieldKind::List,
-         protocolRole,
-         FieldCheck::None,
-         {protocol}},
-    };
+    fields.add<TextField>(Qt::DisplayRole, "name", QT_TRANSLATE_NOOP("ServerFields", "Server Name:"))
+        ->readOnly();
+    fields.add<TextField>(serverDescriptionRole, "description",
+                          QT_TRANSLATE_NOOP("ServerFields", "Description:"));
+    return fields.add<ListField>(protocolRole, "protocol", QT_TRANSLATE_NOOP("ServerFields", "Protocol:"))
+        ->disabled(); // a Server keeps its protocol
 }
 
 } // namespace
 
-QVector<Field> ServerFields::identity(const QString &protocol)
+void addIdentity(FieldGroup &fields, const char *protocol)
 {
-    return identityStoredIn(serverProtocolRole, protocol);
+    addIdentityStoredIn(serverProtocolRole, fields)->entries(protocol);
 }
 
-QVector<Field> ServerFields::cloud(const QString &protocol)
+void addCloud(FieldGroup &fields, const char *protocol)
 {
-    Field key{"protocolKey", "", FieldKind::List, serverProtocolRole, FieldCheck::None, {protocol}};
-    key.isTranslated = false;
-    return identityStoredIn(FieldTable::noRole, protocol) + QVector<Field>{key}
-    + QVector<Field>{{"domainName", QT_TRANSLATE_NOOP("ServerFields", "Domain Name:"), FieldKind::Text,
-                      serverDomainNameRole, FieldCheck::HostName}}
-    + port();
+    addIdentityStoredIn(FormField::noRole, fields)->entries(QStringList(fields.translated(protocol)));
+    fields.addUnseen<ListField>(serverProtocolRole, "protocolKey", QString())->entries(protocol);
+    fields
+        .add<TextField>(serverDomainNameRole, "domainName", QT_TRANSLATE_NOOP("ServerFields", "Domain Name:"))
+        ->check(hostNameValidator);
+    addPort(fields);
 }
 
-QVector<Field> ServerFields::device()
+void addDevice(FieldGroup &fields)
 {
-    return {
-        {"productKey", QT_TRANSLATE_NOOP("ServerFields", "Product Key:"), FieldKind::Text,
-         serverProductKeyRole, FieldCheck::NoCjk},
-        {"deviceName", QT_TRANSLATE_NOOP("ServerFields", "Device Name:"), FieldKind::Text,
-         serverDeviceNameRole, FieldCheck::NoCjk},
-        {"deviceSecret", QT_TRANSLATE_NOOP("ServerFields", "Device Secret:"), FieldKind::Password,
-         serverDeviceSecretRole, FieldCheck::NoCjk},
-    };
+    fields
+        .add<TextField>(serverProductKeyRole, "productKey", QT_TRANSLATE_NOOP("ServerFields", "Product Key:"))
+        ->check(noCjkValidator);
+    fields
+        .add<TextField>(serverDeviceNameRole, "deviceName", QT_TRANSLATE_NOOP("ServerFields", "Device Name:"))
+        ->check(noCjkValidator);
+    fields
+        .add<TextField>(serverDeviceSecretRole, "deviceSecret",
+                        QT_TRANSLATE_NOOP("ServerFields", "Device Secret:"))
+        ->check(noCjkValidator)
+        ->password();
 }
 
-QVector<Field> ServerFields::port()
+void addPort(FieldGroup &fields)
 {
-    return {{"port", QT_TRANSLATE_NOOP("ServerFields", "Port:"), FieldKind::Text, serverPortRole,
-             FieldCheck::Port}};
+    fields.add<TextField>(serverPortRole, "port", QT_TRANSLATE_NOOP("ServerFields", "Port:"))
+        ->check(portValidator);
 }
 
-QVector<Field> ServerFields::clientId()
+void addClientId(FieldGroup &fields)
 {
-    return {{"clientId", QT_TRANSLATE_NOOP("ServerFields", "Client ID:"), FieldKind::Text, serverClientIdRole,
-             FieldCheck::NoCjk}};
+    fields.add<TextField>(serverClientIdRole, "clientId", QT_TRANSLATE_NOOP("ServerFields", "Client ID:"))
+        ->check(noCjkValidator);
 }
 
-QVector<Field> ServerFields::credentials(FieldKind password)
+void addUserName(FieldGroup &fields)
 {
-    return {
-        {"username", QT_TRANSLATE_NOOP("ServerFields", "User Name:"), FieldKind::Text, serverUsernameRole,
-         FieldCheck::NoCjk},
-        {"password", QT_TRANSLATE_NOOP("ServerFields", "Password:"), password, serverPasswordRole,
-         FieldCheck::NoCjk},
-    };
+    fields.add<TextField>(serverUsernameRole, "username", QT_TRANSLATE_NOOP("ServerFields", "User Name:"))
+        ->check(noCjkValidator);
 }
 
-QVector<Field> ServerFields::qos(const QStringList &levels)
+TextField *addPassword(FieldGroup &fields)
 {
-    return {{"qos", QT_TRANSLATE_NOOP("ServerFields", "qos:"), FieldKind::List, serverQosRole,
-             FieldCheck::None, levels, nullptr, "1"}};
+    return fields
+        .add<TextField>(serverPasswordRole, "password", QT_TRANSLATE_NOOP("ServerFields", "Password:"))
+        ->check(noCjkValidator);
 }
 
-Field ServerFields::patterned(const char *name, const char *label, FieldKind kind, int role,
-                              const char *pattern)
+void addQos(FieldGroup &fields, const char *levels)
 {
-    Field field{name, label, kind, role, FieldCheck::Pattern};
-    field.pattern = pattern;
-    return field;
+    fields.add<ListField>(serverQosRole, "qos", QT_TRANSLATE_NOOP("ServerFields", "qos:"))
+        ->entries(levels)
+        ->fallback("1");
 }
 
-Field ServerFields::coded(const char *name, const char *label, int role, const QVector<Choice> &choices)
-{
-    Field field{name, label, FieldKind::Coded, role};
-    field.choices = choices;
-    return field;
-}
-
-void ServerFields::lockProtocol(const FieldTable &fields)
-{
-    fields.comboBox(QStringLiteral("protocol"))->setEnabled(false);
-    if (QComboBox *key = fields.comboBox(QStringLiteral("protocolKey"))) {
-        // A hidden row would leave a gap; the widgets stay, as children of the page.
-        const auto row = qobject_cast<QFormLayout *>(key->parentWidget()->layout())->takeRow(key);
-        delete row.labelItem; // the layout's items, not the widgets
-        delete row.fieldItem;
-        key->hide();
-        fields.label(QStringLiteral("protocolKey"))->hide();
-    }
-}
+} // namespace ServerFields

@@ -1,30 +1,23 @@
 #pragma once
 
-#include "forms/fieldtable.h"
+#include "forms/fieldgroup.h"
 
-// Fields that the forms of several Servers share; their texts stand in the shared context ServerFields.
+// Rows that the forms of several Servers share; each function adds its own to the group. Their texts stand in
+// the shared context ServerFields.
 namespace ServerFields {
 
-// "name", "description" and the one-entry list "protocol", which is stored.
-QVector<Field> identity(const QString &protocol);
+// "name", "description" and the one-entry list "protocol", which is stored and can't be changed.
+void addIdentity(FieldGroup &fields, const char *protocol);
 // The rows from "name" to "port" of a Server in a provider's cloud. "protocol" shows what the provider is
-// called and is not stored; the list "protocolKey" behind it is, and has the plain key.
-QVector<Field> cloud(const QString &protocol);
+// called and is not stored; the unseen list "protocolKey" behind it is, and has the plain key.
+void addCloud(FieldGroup &fields, const char *protocol);
 // What a device is known by to its provider: "productKey", "deviceName", "deviceSecret".
-QVector<Field> device();
-QVector<Field> port();
-QVector<Field> clientId();
-// "username" and "password"; the password is hidden unless the kind says otherwise.
-QVector<Field> credentials(FieldKind password = FieldKind::Password);
-// The levels offered; a stored one that is not among them shows as "1".
-QVector<Field> qos(const QStringList &levels);
-
-// A text in which only what the regular expression allows may be typed, and a list whose choice is stored by
-// its code; both of the form's own context.
-Field patterned(const char *name, const char *label, FieldKind kind, int role, const char *pattern);
-Field coded(const char *name, const char *label, int role, const QVector<Choice> &choices);
-
-// A Server keeps its protocol: disables "protocol" and takes the row of "protocolKey" out of sight.
-void lockProtocol(const FieldTable &fields);
+void addDevice(FieldGroup &fields);
+void addPort(FieldGroup &fields);
+void addClientId(FieldGroup &fields);
+void addUserName(FieldGroup &fields);
+TextField *addPassword(FieldGroup &fields);
+// The levels offered, separated by blanks; a stored one that is not among them shows as "1".
+void addQos(FieldGroup &fields, const char *levels);
 
 } // namespace ServerFields

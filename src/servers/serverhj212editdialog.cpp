@@ -1,8 +1,6 @@
 #include "servers/serverhj212editdialog.h"
 
-#include "forms/validators.h"
 #include "model/itemroles.h"
-#include "servers/serverfields.h"
 
 #include <QLineEdit>
 #include <QRegExpValidator>
@@ -40,53 +38,36 @@ QVector<Choice> systemCodes()
 // differ in characters beyond U+FFFF, which this one lets through in a password.
 const char *const noCjkPattern = "^[^\\x{04BB}-\\x{FFFD}]*$";
 
-QVector<Field> connectionFields()
-{
-    return {
-        {"name", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Server Name:"), FieldKind::ReadOnly,
-         Qt::DisplayRole},
-        {"protocol",
-         QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Protocol:"),
-         FieldKind::List,
-         serverProtocolRole,
-         FieldCheck::None,
-         {QStringLiteral("HJ212")}},
-        ServerFields::patterned("ip", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "IP Address:"),
-                                FieldKind::Text, serverIpRole, ipv4Pattern),
-        {"port", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Port:"), FieldKind::Text, serverPortRole,
-         FieldCheck::Port},
-        ServerFields::patterned("clientId", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Client ID:"),
-                                FieldKind::Text, serverClientIdRole, "[0-9A-F]{1,24}"),
-        ServerFields::patterned("password", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Password:"),
-                                FieldKind::Password, serverPasswordRole, noCjkPattern),
-        ServerFields::coded("systemCode", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "System Code:"),
-                            serverSystemCodeRole, systemCodes()),
-        {"commandCode",
-         QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Command Code:"),
-         FieldKind::Text,
-         serverCommandCodeRole,
-         FieldCheck::None,
-         {},
-         "2011"},
-    };
-}
-
 } // namespace
 
 ServerHJ212EditDialog::ServerHJ212EditDialog(QStandardItem *item, Workspace *workspace)
     : PointTableForm(
-        {"ServerHJ212EditDialog", QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "Edit Standard"),
+        {staticMetaObject.className(),
          QT_TRANSLATE_NOOP("ServerHJ212EditDialog", "The Server HJ212 '%1' is saved successfully.")},
-        {"ServerHJ212EditDialog: Delete", true}, connectionFields(),
-        {tr("PLC Name"), tr("Name"), tr("Factor Code")}, item, workspace)
+        {"ServerHJ212EditDialog: Delete", true}, item, workspace)
 {
-    begin();
+    setWindowTitle(tr("Edit Standard"));
+    addConnection();
+    addPoints({tr("PLC Name"), tr("Name"), tr("Factor Code")});
 }
 
-void ServerHJ212EditDialog::showItem(QStandardItem *item)
+void ServerHJ212EditDialog::addConnection()
 {
-    PointTableForm::showItem(item);
-    log(QStringLiteral("loadParameters"));
+    FieldGroup &form = fields();
+    form.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
+    form.add<ListField>(serverProtocolRole, "protocol", tr("Protocol:"))->entries("HJ212")->disabled();
+    form.add<TextField>(serverIpRole, "ip", tr("IP Address:"))->pattern(ipv4Pattern);
+    form.add<TextField>(serverPortRole, "port", tr("Port:"))->check(portValidator);
+    form.add<TextField>(serverClientIdRole, "clientId", tr("Client ID:"))->pattern("[0-9A-F]{1,24}");
+    form.add<TextField>(serverPasswordRole, "password", tr("Password:"))->pattern(noCjkPattern)->password();
+    form.add<CodedField>(serverSystemCodeRole, "systemCode", tr("System Code:"))->choices(systemCodes());
+    form.add<TextField>(serverCommandCodeRole, "commandCode", tr("Command Code:"))->initially("2011");
+}
+
+void ServerHJ212EditDialog::fillPoints(const QStandardItem *item)
+{
+    PointTableForm::fillPoints(item);
+    log("loadParameters");
 }
 
 QWidget *ServerHJ212EditDialog::makeCodeCell(const QString &code, QWidget *parent)

@@ -12,7 +12,10 @@ public:
     ServerHJ212EditDialog(QStandardItem *item, Workspace *workspace);
 
 protected:
-    void showItem(QStandardItem *item) override;
+    void fillPoints(const QStandardItem *item) override;
     QWidget *makeCodeCell(const QString &code, QWidget *parent) override;
     QString codeOf(const QWidget *cell) const override;
+
+private:
+    void addConnection();
 };

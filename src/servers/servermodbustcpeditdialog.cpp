@@ -1,15 +1,12 @@
 #include "servers/servermodbustcpeditdialog.h"
 
-#include "forms/formpage.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
-#include "servers/serverfields.h"
 #include "widgets/tell.h"
 
 #include <QHeaderView>
 #include <QPointer>
 #include <QStandardItemModel>
-#include <QTabBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -25,23 +22,6 @@ const QVector<int> &mapRoles()
 {
     static const QVector<int> roles = {serverHoldingRegistersRole, serverInputRegistersRole};
     return roles;
-}
-
-QVector<Field> slaveFields()
-{
-    const QString slave = QStringLiteral("ModbusTCP(Slave)");
-    Field protocol =
-        ServerFields::coded("protocol", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Protocol:"),
-                            serverProtocolRole, {{"ModbusTCP(Slave)", slave}});
-    // Compat: on purpose an empty list for another protocol, or for none, unlike in the other forms.
-    protocol.unknownShowsNone = true;
-    return {
-        {"name", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Server Name:"), FieldKind::ReadOnly,
-         Qt::DisplayRole},
-        {"type", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Type:"), FieldKind::Text, serverTypeRole},
-        protocol,
-        {"port", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Port:"), FieldKind::Text, serverPortRole},
-    };
 }
 
 // How many registers a value takes. Arithmetic is in 64 bits: the numbers are what a file or a user gave.
@@ -107,15 +87,33 @@ QStandardItem *makeCell(const QString &text, int column)
 } // namespace
 
 ServerModbusTCPEditDialog::ServerModbusTCPEditDialog(QStandardItem *item, Workspace *workspace)
-    : PointForm({"ServerModbusTCPEditDialog", QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog", "Edit Server"),
+    : PointForm({staticMetaObject.className(),
                  QT_TRANSLATE_NOOP("ServerModbusTCPEditDialog",
                                    "The Server ModbusTCP(Slave) '%1' is saved successfully.")},
-                {"ServerModbusTCPEditDialog: delete", true}, slaveFields(), item, workspace)
+                {"ServerModbusTCPEditDialog: delete", true}, item, workspace)
+    // Compat: a save writes none of the fields, so that their texts never reach the item from here.
+    , m_shownFields([this](QStandardItem *shown) { fields().fill(shown); }, {}, [this] { fields().clear(); })
+    , m_registers([this](QStandardItem *shown) { populateData(shown); },
+                  [this](QStandardItem *saved) { saveMaps(saved); }, [this] { clearMaps(); })
 {
+    setWindowTitle(tr("Edit Server"));
+    addFields();
     setupUI();
-    begin();
+    setParts({&m_shownFields, &m_registers});
     // On purpose after it was shown and whatever it held: a register map is always that of a slave.
     item->setData(QStringLiteral("Slave"), serverTypeRole);
+}
+
+void ServerModbusTCPEditDialog::addFields()
+{
+    fields().add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
+    fields().add<TextField>(serverTypeRole, "type", tr("Type:"));
+    // Compat: on purpose an empty list for another protocol, or for none, unlike in the other forms.
+    fields()
+        .add<CodedField>(serverProtocolRole, "protocol", tr("Protocol:"))
+        ->choices({{"ModbusTCP(Slave)", QStringLiteral("ModbusTCP(Slave)")}})
+        ->unknownShowsNone();
+    fields().add<TextField>(serverPortRole, "port", tr("Port:"));
 }
 
 void ServerModbusTCPEditDialog::setupUI()
@@ -123,14 +121,11 @@ void ServerModbusTCPEditDialog::setupUI()
     if (m_tabs) {
         return;
     }
-    m_tabs = new QTabWidget(this);
+    m_tabs = new QTabWidget(page()->parentWidget());
     m_tabs->setObjectName(QStringLiteral("maps"));
     addMap(tr("Holding Register"), QStringLiteral("holdingRegisters"));
     addMap(tr("Input Register"), QStringLiteral("inputRegisters"));
     page()->addWidget(m_tabs);
-    QWidget *port = fields().widget(QStringLiteral("port"));
-    FormPage::orderBehind(port, m_tabs);
-    setTabOrder(port, m_tabs->tabBar()); // which is made after the pages that it stands above
 }
 
 void ServerModbusTCPEditDialog::populateData(QStandardItem *item)
@@ -149,6 +144,20 @@ void ServerModbusTCPEditDialog::populateData(QStandardItem *item)
     }
 }
 
+void ServerModbusTCPEditDialog::saveMaps(QStandardItem *item) const
+{
+    for (int index = 0; index < m_maps.size(); ++index) {
+        item->setData(QVariant::fromValue(rowsOf(m_maps.at(index))), mapRoles().at(index));
+    }
+}
+
+void ServerModbusTCPEditDialog::clearMaps()
+{
+    for (QStandardItemModel *map : qAsConst(m_maps)) {
+        map->removeRows(0, map->rowCount());
+    }
+}
+
 void ServerModbusTCPEditDialog::saveData()
 {
     saveChanges();
@@ -156,7 +165,7 @@ void ServerModbusTCPEditDialog::saveData()
 
 void ServerModbusTCPEditDialog::closeDialog()
 {
-    emit rejected();
+    cancel();
 }
 
 void ServerModbusTCPEditDialog::handleImportedData(const QList<QJsonObject> &points,
@@ -201,20 +210,6 @@ bool ServerModbusTCPEditDialog::checkAddressConflict(QStandardItemModel *model, 
         }
     }
     return false;
-}
-
-void ServerModbusTCPEditDialog::showItem(QStandardItem *item)
-{
-    PointForm::showItem(item);
-    populateData(item);
-}
-
-// On purpose none of the fields: their texts never reach the item from here.
-void ServerModbusTCPEditDialog::saveItem(QStandardItem *item)
-{
-    for (int index = 0; index < m_maps.size(); ++index) {
-        item->setData(QVariant::fromValue(rowsOf(m_maps.at(index))), mapRoles().at(index));
-    }
 }
 
 QTableView *ServerModbusTCPEditDialog::pointView() const

@@ -36,16 +36,19 @@ public slots:
     bool checkAddressConflict(QStandardItemModel *model, int row) const; // clazy:exclude=const-signal-or-slot
 
 protected:
-    void showItem(QStandardItem *item) override;
-    void saveItem(QStandardItem *item) override;
     QTableView *pointView() const override;
     QStringList leadingCells(const QJsonObject &point, const QString &currentPLC) const override;
     void appendPoint(const QStringList &leading, const QJsonObject &point) override;
     void removePoint(QAbstractItemModel *model, int row) override;
 
 private:
+    void addFields();
     void addMap(const QString &title, const QString &name);
+    void saveMaps(QStandardItem *item) const;
+    void clearMaps();
 
+    CustomPart m_shownFields;
+    CustomPart m_registers;
     QTabWidget *m_tabs = nullptr;
     QVector<QStandardItemModel *> m_maps; // children of the form, in the order of the tabs
     bool m_conflictReported = false;

@@ -5,32 +5,22 @@
 
 #include <QComboBox>
 
-namespace {
-
-QVector<Field> opcUaFields()
-{
-    return ServerFields::identity(QStringLiteral("OpcUaServer")) + ServerFields::port()
-        + QVector<Field>{{"anonymous",
-                          QT_TRANSLATE_NOOP("ServerOPCUAEditDialog", "Anonymous:"),
-                          FieldKind::List,
-                          serverAnonymousRole,
-                          FieldCheck::None,
-                          {QStringLiteral("true"), QStringLiteral("false")},
-                          nullptr,
-                          "false"}}
-    + ServerFields::credentials();
-}
-
-} // namespace
-
 ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *workspace)
-    : ServerForm({"ServerOPCUAEditDialog", QT_TRANSLATE_NOOP("ServerOPCUAEditDialog", "Edit Server"),
-                  QT_TRANSLATE_NOOP("ServerOPCUAEditDialog", "The Server OpcUa '%1' is saved successfully."),
-                  FieldTable::Unknown::Keep},
-                 opcUaFields(), item, workspace)
+    : ServerForm({staticMetaObject.className(),
+                  QT_TRANSLATE_NOOP("ServerOPCUAEditDialog", "The Server OpcUa '%1' is saved successfully.")},
+                 item, workspace)
 {
-    ServerFields::lockProtocol(fields());
-    begin();
+    setWindowTitle(tr("Edit Server"));
+    fields().keepUnknownOnRefill();
+    ServerFields::addIdentity(fields(), "OpcUaServer");
+    ServerFields::addPort(fields());
+    m_anonymous = fields()
+                      .add<ListField>(serverAnonymousRole, "anonymous", tr("Anonymous:"))
+                      ->entries("true false")
+                      ->fallback("false");
+    ServerFields::addUserName(fields());
+    ServerFields::addPassword(fields())->password();
+    setParts({&fields()});
 }
 
 // On purpose: "Anonymous:" loses its entries altogether, where the lists of other forms go to their first
@@ -38,5 +28,5 @@ ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *wor
 void ServerOPCUAEditDialog::clearData()
 {
     ServerForm::clearData();
-    fields().comboBox(QStringLiteral("anonymous"))->clear();
+    m_anonymous->box()->clear();
 }

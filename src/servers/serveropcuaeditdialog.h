@@ -12,4 +12,7 @@ public:
 
 public slots:
     void clearData() override;
+
+private:
+    ListField *m_anonymous;
 };

@@ -2,7 +2,6 @@
 
 #include "definitions/sl651elements.h"
 #include "model/itemroles.h"
-#include "servers/serverfields.h"
 #include "widgets/tell.h"
 
 #include <QComboBox>
@@ -26,35 +25,6 @@ QVector<Choice> stationTypes()
         {QT_TRANSLATE_NOOP("ServerSL651EditDialog", "water quality"), int('Q')},
         {QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Water intake"), int('I')},
         {QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Drain"), int('O')},
-    };
-}
-
-QVector<Field> connectionFields()
-{
-    return {
-        {"name", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Server Name:"), FieldKind::ReadOnly,
-         Qt::DisplayRole},
-        {"protocol",
-         QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Protocol:"),
-         FieldKind::List,
-         serverProtocolRole,
-         FieldCheck::None,
-         {QStringLiteral("SL651")}},
-        {"ip", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "IP Address:"), FieldKind::Text, serverIpRole,
-         FieldCheck::Ipv4},
-        {"port", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Port:"), FieldKind::Text, serverPortRole,
-         FieldCheck::Port},
-        ServerFields::patterned("centralStationAddress",
-                                QT_TRANSLATE_NOOP("ServerSL651EditDialog", "centralStationAddress:"),
-                                FieldKind::Text, serverCentralStationAddressRole, "[0-9A-Fa-f]{1,2}"),
-        ServerFields::patterned("remoteStationAddress",
-                                QT_TRANSLATE_NOOP("ServerSL651EditDialog", "remoteStationAddress:"),
-                                FieldKind::Text, serverRemoteStationAddressRole, "[0-9A-Fa-f]+"),
-        ServerFields::patterned("password", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Password:"),
-                                FieldKind::Password, serverPasswordRole, "^[0-9A-Fa-f]{4}$"),
-        ServerFields::coded("remoteStationType",
-                            QT_TRANSLATE_NOOP("ServerSL651EditDialog", "remoteStationType:"),
-                            serverRemoteStationTypeRole, stationTypes()),
     };
 }
 
@@ -84,20 +54,40 @@ int elementOf(const QString &code)
 
 ServerSL651EditDialog::ServerSL651EditDialog(QStandardItem *item, Workspace *workspace)
     : PointTableForm(
-        // Compat: the activity log gets the other form's line for a deleted point.
-        {"ServerSL651EditDialog", QT_TRANSLATE_NOOP("ServerSL651EditDialog", "Edit Standard"),
+        {staticMetaObject.className(),
          QT_TRANSLATE_NOOP("ServerSL651EditDialog", "The Server SL651 '%1' is saved successfully.")},
-        {"ServerHJ212EditDialog: Delete", false}, connectionFields(),
-        {tr("PLC Name"), tr("Name"), tr("Code")}, item, workspace)
+        // Compat: the activity log gets the other form's line for a deleted point.
+        {"ServerHJ212EditDialog: Delete", false}, item, workspace)
 {
-    connect(fields().lineEdit(QStringLiteral("centralStationAddress")), &QLineEdit::editingFinished, this,
+    setWindowTitle(tr("Edit Standard"));
+    addConnection();
+    addPoints({tr("PLC Name"), tr("Name"), tr("Code")});
+    connect(m_centralStation->edit(), &QLineEdit::editingFinished, this,
             &ServerSL651EditDialog::validateCentralStationAddress);
-    begin();
+}
+
+void ServerSL651EditDialog::addConnection()
+{
+    FieldGroup &form = fields();
+    form.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
+    form.add<ListField>(serverProtocolRole, "protocol", tr("Protocol:"))->entries("SL651")->disabled();
+    form.add<TextField>(serverIpRole, "ip", tr("IP Address:"))->check(ipv4Validator);
+    form.add<TextField>(serverPortRole, "port", tr("Port:"))->check(portValidator);
+    m_centralStation = form.add<TextField>(serverCentralStationAddressRole, "centralStationAddress",
+                                           tr("centralStationAddress:"))
+                           ->pattern("[0-9A-Fa-f]{1,2}");
+    form.add<TextField>(serverRemoteStationAddressRole, "remoteStationAddress", tr("remoteStationAddress:"))
+        ->pattern("[0-9A-Fa-f]+");
+    form.add<TextField>(serverPasswordRole, "password", tr("Password:"))
+        ->pattern("^[0-9A-Fa-f]{4}$")
+        ->password();
+    form.add<CodedField>(serverRemoteStationTypeRole, "remoteStationType", tr("remoteStationType:"))
+        ->choices(stationTypes());
 }
 
 void ServerSL651EditDialog::validateCentralStationAddress()
 {
-    QLineEdit *edit = fields().lineEdit(QStringLiteral("centralStationAddress"));
+    QLineEdit *edit = m_centralStation->edit();
     bool ok = false;
     const int address = edit->text().toInt(&ok, 16);
     if (!ok || address < 1 || address > 255) {

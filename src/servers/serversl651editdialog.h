@@ -18,4 +18,9 @@ public slots:
 protected:
     QWidget *makeCodeCell(const QString &code, QWidget *parent) override;
     QString codeOf(const QWidget *cell) const override;
+
+private:
+    void addConnection();
+
+    TextField *m_centralStation = nullptr;
 };
