@@ -5,19 +5,16 @@
 #include "boxes/hostaddressdialog.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
-#include "model/workspace.h"
+#include "model/itemroles.h"
 #include "widgets/tell.h"
 
-#include <QComboBox>
 #include <QDateTime>
 #include <QDebug>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -27,6 +24,11 @@
 namespace {
 
 constexpr int clockInterval = 1000; // ms
+
+const BoxGroup &pageOf(SettingsGroup group)
+{
+    return BoxGroups::groups().at(int(group));
+}
 
 // What a field shows for a text on the wire, and the other way round.
 QString fieldText(const SettingsText &text)
@@ -49,54 +51,52 @@ QString wireText(SettingsText::Kind kind, const QString &shown)
 } // namespace
 
 BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
-    : m_item(item)
-    , m_workspace(workspace)
+    : DefinitionForm({staticMetaObject.className(),
+                      QT_TRANSLATE_NOOP("BoxEditDialog", "The box '%1' is saved successfully.")},
+                     item, workspace)
     , m_hostAddress(FileTransfer::anyAddress())
-    , m_fields("BoxEditDialog")
+    , m_fields(staticMetaObject.className())
 {
     setWindowTitle(tr("Edit Box"));
     resize(480, 460);
-    buildForm();
-    m_fields.fill(item, FieldTable::Unknown::Keep);
+    addHead();
+    setContent(buildPages(), {&m_fields});
     // Compat: whatever the item holds, a Box form opens with LTE on. Only here, not with another item.
-    m_fields.setText(QStringLiteral("lteOnOff"), QStringLiteral("on"));
+    fieldsOf(SettingsGroup::Lte).first()->setText(QStringLiteral("on"));
 
     // The first session comes up without a local address, so there is nothing to bind.
     m_protocol = new Protocol(this);
-    m_protocol->openConnection(m_fields.text(QStringLiteral("ip")));
+    m_protocol->openConnection(m_ip->text());
     listenTo(m_protocol);
     startClock();
-    logToFile(QStringLiteral("BoxEditDialog: new-nuilt"));
 }
 
 BoxEditDialog::~BoxEditDialog()
 {
     endSession();
-    logToFile(QStringLiteral("BoxEditDialog: destroyed"));
 }
 
-QLineEdit *BoxEditDialog::nameEdit() const
+void BoxEditDialog::cancel()
 {
-    return m_fields.lineEdit(QStringLiteral("name"));
+    const QPointer<BoxEditDialog> alive(this);
+    disconnectFromServer();
+    if (alive) {
+        DefinitionForm::cancel();
+    }
 }
 
-void BoxEditDialog::buildForm()
+void BoxEditDialog::addHead()
 {
-    auto *layout = new QVBoxLayout(this);
     auto *head = new QFormLayout;
-    layout->addLayout(head);
-    m_fields.append(BoxGroups::head());
-    m_fields.build(head);
-    m_fields.append(BoxGroups::model());
-    m_fields.buildUnseen(this);
-    m_fields.comboBox(QStringLiteral("model"))->setEnabled(false);
-
-    layout->addWidget(FormPage::scrollArea(buildPages(), this));
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
-    m_saveButton = buttons.save;
-    // The session ends before whoever hears the rejection closes the form.
-    connect(buttons.cancel, &QPushButton::clicked, this, &BoxEditDialog::disconnectFromServer);
-    connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::rejected);
+    column()->addLayout(head);
+    m_fields.setLayout(head);
+    m_fields.keepUnknownOnRefill();
+    m_name = m_fields.add<TextField>(Qt::DisplayRole, "name", tr("Name:"));
+    m_ip = m_fields.add<TextField>(boxIpRole, "ip", tr("IP:"))->check(ipv4Validator);
+    // The model, which no one sees.
+    m_fields.addUnseen<ListField>(boxModelRole, "model", tr("Model:"))
+        ->entries("MRN-RIM-KX91 MRN-GATE-70 MRN-GATE-20")
+        ->disabled();
 }
 
 QTabWidget *BoxEditDialog::buildPages()
@@ -106,11 +106,12 @@ QTabWidget *BoxEditDialog::buildPages()
     const BoxCommonPage common = BoxCommonPage::build(this);
     m_status = common.status;
     m_version = common.version;
-    m_upload = new BoxUpload([this] { return route(); }, common.progress, m_workspace, this);
+    m_upload = new BoxUpload([this] { return route(); }, common.progress, workspace(), this);
     tabs->addTab(common.widget, tr("Commonly"));
-    for (int group = 0; group < m_groups.size(); ++group) {
+    const QVector<BoxGroup> &groups = BoxGroups::groups();
+    for (int group = 0; group < groups.size(); ++group) {
         QWidget *page = buildGroupPage(static_cast<SettingsGroup>(group));
-        if (const char *title = m_groups.at(group).title) {
+        if (const char *title = groups.at(group).title) {
             tabs->addTab(page, tr(title));
         } else {
             page->hide();
@@ -123,8 +124,8 @@ QWidget *BoxEditDialog::buildGroupPage(SettingsGroup group)
 {
     auto *page = new QWidget(this);
     auto *layout = new QFormLayout(page);
-    m_fields.append(pageOf(group).fields);
-    m_fields.build(layout);
+    m_fields.setLayout(layout);
+    m_pages.append(pageOf(group).addRows(m_fields));
 
     const QString name = QString::fromLatin1(pageOf(group).name);
     QPushButton *read = FormPage::button(tr("Read"), QStringLiteral(":/adsdemo/images/read.svg"), page);
@@ -144,33 +145,11 @@ void BoxEditDialog::startClock()
 {
     auto *clock = new QTimer(this);
     connect(clock, &QTimer::timeout, this, [this] {
-        m_fields.setText(QStringLiteral("localTime"),
-                         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+        fieldsOf(SettingsGroup::Time)
+            .first()
+            ->setText(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
     });
     clock->start(clockInterval);
-}
-
-void BoxEditDialog::saveChanges()
-{
-    QStandardItem *item = m_item.item();
-    if (!item) {
-        return;
-    }
-    m_fields.save(item);
-    appendMessage(tr("The box '%1' is saved successfully.").arg(nameEdit()->text()));
-    logToFile(QStringLiteral("BoxEditDialog: save"));
-}
-
-void BoxEditDialog::replaceItem(QStandardItem *item)
-{
-    m_item = ItemRef(item);
-    m_fields.fill(item, FieldTable::Unknown::Keep);
-    logToFile(QStringLiteral("BoxEditDialog: replace"));
-}
-
-void BoxEditDialog::clearData()
-{
-    m_fields.clear();
 }
 
 void BoxEditDialog::connectToServer()
@@ -185,7 +164,7 @@ void BoxEditDialog::connectToServer()
     if (m_hostAddress != FileTransfer::anyAddress()) {
         m_protocol->bindToAddress(QHostAddress(m_hostAddress));
     }
-    m_protocol->connectToBox(m_fields.text(QStringLiteral("ip")));
+    m_protocol->connectToBox(m_ip->text());
     logToFile(QStringLiteral("BoxEditDialog: connect"));
 }
 
@@ -263,7 +242,7 @@ void BoxEditDialog::warnOfBindingFailure()
 FileTransfer::Job BoxEditDialog::route() const
 {
     FileTransfer::Job job;
-    job.boxAddress = m_fields.text(QStringLiteral("ip"));
+    job.boxAddress = m_ip->text();
     job.localAddress = m_hostAddress;
     return job;
 }
@@ -292,12 +271,11 @@ void BoxEditDialog::readGroup(SettingsGroup group)
 
 void BoxEditDialog::writeGroup(SettingsGroup group)
 {
-    const BoxGroup &page = pageOf(group);
-    const QString line = QLatin1String("BoxEditDialog: write ") + QLatin1String(page.logName);
+    const QString line = QLatin1String("BoxEditDialog: write ") + QLatin1String(pageOf(group).logName);
     BoxSettings settings = emptySettings(group);
     const QVector<SettingsText> texts = textsOf(settings);
     for (int i = 0; i < texts.size(); ++i) {
-        *texts[i].text = wireText(texts[i].kind, m_fields.text(QLatin1String(page.fields[i].name)));
+        *texts[i].text = wireText(texts[i].kind, fieldsOf(group).at(i)->text());
     }
     session()->write(settings);
     logToFile(line);
@@ -306,10 +284,11 @@ void BoxEditDialog::writeGroup(SettingsGroup group)
 void BoxEditDialog::showSettings(BoxSettings settings)
 {
     const BoxGroup &page = pageOf(groupOf(settings));
+    const BoxGroup::Fields &fields = fieldsOf(groupOf(settings));
     const QVector<SettingsText> texts = textsOf(settings);
-    const int first = page.fields.size() - texts.size();
+    const int first = fields.size() - texts.size();
     for (int i = 0; i < texts.size(); ++i) {
-        m_fields.setText(QLatin1String(page.fields[first + i].name), fieldText(texts[i]));
+        fields.at(first + i)->setText(fieldText(texts[i]));
     }
     logToFile(QLatin1String("BoxEditDialog: update ") + QLatin1String(page.updateName));
     Tell::information(this, tr(page.updateTitle), tr(page.updateText));
@@ -330,11 +309,4 @@ void BoxEditDialog::passData(const Protocol::dataMonitoringData &report)
     qDebug() << report.projectName;
     emit sendDataToMainWindow(report);
     logToFile(QStringLiteral("BoxEditDialog: Data"));
-}
-
-void BoxEditDialog::appendMessage(const QString &line)
-{
-    if (m_workspace) {
-        m_workspace->appendMessage(line);
-    }
 }

@@ -3,22 +3,16 @@
 #include "boxes/boxgroups.h"
 #include "boxes/boxupload.h"
 #include "boxes/protocol.h"
-#include "forms/editform.h"
-#include "forms/fieldtable.h"
-#include "model/itemref.h"
+#include "forms/definitionform.h"
 
 class QLabel;
-class QLineEdit;
-class QPushButton;
-class QStandardItem;
 class QTabWidget;
-class Workspace;
 
 // The form of a Box: shows what its item holds, and works on the real Box through a session that opens with
 // the form and is replaced at each Connect. Values travel between fields and Box only at Read and Write,
-// between fields and item only at opening and Save. Any slot may end with the form deleted, since some wait
-// in a loop of their own; a caller must not count on it.
-class BoxEditDialog : public EditForm
+// between fields and item only at opening and Save; the session stays as it is when another item comes. Any
+// slot may end with the form deleted, since some wait in a loop of their own; a caller must not count on it.
+class BoxEditDialog : public DefinitionForm
 {
     Q_OBJECT
 public:
@@ -27,8 +21,7 @@ public:
     BoxEditDialog(QStandardItem *item, Workspace *workspace);
     ~BoxEditDialog() override;
 
-    QLineEdit *nameEdit() const;
-    QPushButton *saveButton() const { return m_saveButton; }
+    QLineEdit *nameEdit() const { return m_name->edit(); }
 
     // The local address that sessions and transfers go out from; "0.0.0.0" for any. It dies with the form.
     QString hostAddress() const { return m_hostAddress; }
@@ -39,16 +32,14 @@ public:
     void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_upload->setTimeouts(timeouts); }
 
 public slots:
-    // Writes the fields into the item and says so in the "Message" dock. Checks nothing, closes nothing.
-    // Without effect once the item has left its tree.
-    void saveChanges();
+    // This one, clearData() and replaceItem() stand here for the order of the slots, which is fixed.
+    void saveChanges() override { DefinitionForm::saveChanges(); }
     // Ends the session, if there is one.
     void disconnectFromServer();
     // Replaces the session by a new one to the address in the "IP:" field.
     void connectToServer();
     void showChangeHostAddressDialog();
-    // Empties all fields; selects first entries and ON.
-    void clearData();
+    void clearData() override { DefinitionForm::clearData(); }
     void rebootDevice();
     // Each asks the Box for one group of settings or sends it what the fields show, on a new session if there
     // is none. The answers fill the fields and are told in messages.
@@ -65,8 +56,7 @@ public slots:
     void readTimeAllocation() { readGroup(SettingsGroup::Time); }
     void writeTimeAllocation() { writeGroup(SettingsGroup::Time); }
 
-    // Shows another Box's item from now on; the session stays as it is.
-    void replaceItem(QStandardItem *item);
+    void replaceItem(QStandardItem *item) override { DefinitionForm::replaceItem(item); }
     // Pushes the project of the tree's current item to the Box, by way of "temp.json" in the project's
     // folder.
     void updateProject() { m_upload->pushProject(); }
@@ -76,8 +66,12 @@ public slots:
 signals:
     void sendDataToMainWindow(Protocol::dataMonitoringData data);
 
+protected:
+    // Ends the session first.
+    void cancel() override;
+
 private:
-    void buildForm();
+    void addHead();
     QTabWidget *buildPages();
     QWidget *buildGroupPage(SettingsGroup group);
     void startClock();
@@ -89,7 +83,7 @@ private:
     void useHostAddress(const QString &address);
     void warnOfBindingFailure();
 
-    const BoxGroup &pageOf(SettingsGroup group) const { return m_groups.at(int(group)); }
+    const BoxGroup::Fields &fieldsOf(SettingsGroup group) const { return m_pages[int(group)]; }
     void readGroup(SettingsGroup group);
     void writeGroup(SettingsGroup group);
     // Fills the fields from an answer, logs, and tells the user; the form may be gone afterwards.
@@ -98,16 +92,13 @@ private:
     void tellOffline();
     void passData(const Protocol::dataMonitoringData &report);
 
-    void appendMessage(const QString &line);
-
-    ItemRef m_item;
-    Workspace *m_workspace; // Not owned; may be null.
     QString m_hostAddress;
     Protocol *m_protocol = nullptr; // a child; null while there is no session
-    QVector<BoxGroup> m_groups = BoxGroups::groups();
-    FieldTable m_fields;
+    FieldGroup m_fields;
+    TextField *m_name = nullptr;
+    TextField *m_ip = nullptr;
+    QVector<BoxGroup::Fields> m_pages; // by SettingsGroup
     BoxUpload *m_upload = nullptr;
     QLabel *m_status = nullptr;
     QLabel *m_version = nullptr;
-    QPushButton *m_saveButton = nullptr;
 };

@@ -1,158 +1,137 @@
 #include "boxes/boxgroups.h"
 
+#include "boxes/boxeditdialog.h"
 #include "model/itemroles.h"
-
-#include <QStringList>
 
 namespace BoxGroups {
 
 namespace {
 
-constexpr auto ip = QT_TRANSLATE_NOOP("BoxEditDialog", "IP:");
-constexpr auto mask = QT_TRANSLATE_NOOP("BoxEditDialog", "Mask:");
-constexpr auto gateway = QT_TRANSLATE_NOOP("BoxEditDialog", "Gateway:");
-constexpr auto dns1 = QT_TRANSLATE_NOOP("BoxEditDialog", "Dns1:");
-constexpr auto dns2 = QT_TRANSLATE_NOOP("BoxEditDialog", "Dns2:");
-constexpr auto dhcp = QT_TRANSLATE_NOOP("BoxEditDialog", "Dhcp:");
+using Fields = BoxGroup::Fields;
 
-Field address(const char *name, const char *label, int role)
-{
-    return {name, label, FieldKind::Text, role, FieldCheck::Ipv4};
-}
+struct AddressRow {
+    int role;
+    const char *name;
+};
 
-Field words(const char *name, const char *label, int role)
+// The five addresses of a network interface.
+Fields addAddresses(FieldGroup &group, const AddressRow (&rows)[5])
 {
-    return {name, label, FieldKind::Text, role, FieldCheck::NoCjk};
-}
-
-Field list(const char *name, const char *label, int role, const QStringList &entries)
-{
-    return {name, label, FieldKind::List, role, FieldCheck::None, entries};
+    const QStringList labels{BoxEditDialog::tr("IP:"), BoxEditDialog::tr("Mask:"),
+                             BoxEditDialog::tr("Gateway:"), BoxEditDialog::tr("Dns1:"),
+                             BoxEditDialog::tr("Dns2:")};
+    Fields fields;
+    for (const AddressRow &row : rows) {
+        fields.append(
+            group.add<TextField>(row.role, row.name, labels.at(fields.size()))->check(ipv4Validator));
+    }
+    return fields;
 }
 
 // Both words stay English in every language, see DhcpWord.
-QStringList dhcpEntries()
+FormField *addDhcp(FieldGroup &group, int role, const char *name)
 {
-    return {QStringLiteral(QT_TRANSLATE_NOOP("BoxEditDialog", "Disabled")),
-            QStringLiteral(QT_TRANSLATE_NOOP("BoxEditDialog", "Enable"))};
+    return group.add<ListField>(role, name, BoxEditDialog::tr("Dhcp:"))
+        ->entries({BoxEditDialog::tr("Disabled"), BoxEditDialog::tr("Enable")});
 }
 
-Field onOff(const char *name, const char *label, int role)
+FormField *addOnOff(FieldGroup &group, int role, const char *name, const QString &label)
 {
-    return {name,
-            label,
-            FieldKind::OnOff,
-            role,
-            FieldCheck::None,
-            {QStringLiteral(QT_TRANSLATE_NOOP("BoxEditDialog", "ON")),
-             QStringLiteral(QT_TRANSLATE_NOOP("BoxEditDialog", "OFF"))}};
+    return group.add<OnOffField>(role, name, label)->texts(BoxEditDialog::tr("ON"), BoxEditDialog::tr("OFF"));
 }
 
-QVector<Field> lan()
+TextField *addWords(FieldGroup &group, int role, const char *name, const QString &label)
+{
+    return group.add<TextField>(role, name, label)->check(noCjkValidator);
+}
+
+Fields addLan(FieldGroup &group)
+{
+    return addAddresses(group,
+                        {{boxLanIpRole, "lanIp"},
+                         {boxLanMaskRole, "lanMask"},
+                         {boxLanGatewayRole, "lanGateway"},
+                         {boxLanDns1Role, "lanDns1"},
+                         {boxLanDns2Role, "lanDns2"}});
+}
+
+Fields addWan(FieldGroup &group)
+{
+    const Fields dhcp{addDhcp(group, boxWanDhcpRole, "wanDhcp")};
+    return dhcp
+        + addAddresses(group,
+                       {{boxWanIpRole, "wanIp"},
+                        {boxWanMaskRole, "wanMask"},
+                        {boxWanGatewayRole, "wanGateway"},
+                        {boxWanDns1Role, "wanDns1"},
+                        {boxWanDns2Role, "wanDns2"}});
+}
+
+Fields addWifi(FieldGroup &group)
+{
+    const Fields fields{
+        addOnOff(group, boxWifiOnOffRole, "wifiOnOff", BoxEditDialog::tr("wifiOnOff:")),
+        group.add<ListField>(boxWifiModeRole, "wifiMode", BoxEditDialog::tr("Mode:"))->entries("station"),
+        addWords(group, boxWifiSsidRole, "wifissid", BoxEditDialog::tr("SSID:")),
+        addWords(group, boxWifiPasswordRole, "wifipassword", BoxEditDialog::tr("Password:"))->password(),
+        addDhcp(group, boxWifiDhcpRole, "wifiDhcp")};
+    return fields
+        + addAddresses(group,
+                       {{boxWifiIpRole, "wifiIp"},
+                        {boxWifiMaskRole, "wifiMask"},
+                        {boxWifiGatewayRole, "wifiGateway"},
+                        {boxWifiDns1Role, "wifiDns1"},
+                        {boxWifiDns2Role, "wifiDns2"}});
+}
+
+Fields addLte(FieldGroup &group)
+{
+    return {addOnOff(group, boxLteOnOffRole, "lteOnOff", BoxEditDialog::tr("4G:")),
+            addWords(group, boxAt1Role, "at1", BoxEditDialog::tr("AT1:")),
+            addWords(group, boxAt2Role, "at2", BoxEditDialog::tr("AT2:")),
+            addWords(group, boxAt3Role, "at3", BoxEditDialog::tr("AT3:")),
+            addWords(group, boxAt4Role, "at4", BoxEditDialog::tr("AT4:")),
+            addWords(group, boxAt5Role, "at5", BoxEditDialog::tr("AT5:"))};
+}
+
+Fields addNtp(FieldGroup &group)
+{
+    return {group.add<TextField>(boxNtpServerRole, "ntpServer", BoxEditDialog::tr("NTP Server:"))
+                ->check(ipv4Validator)};
+}
+
+Fields addClocks(FieldGroup &group)
 {
     return {
-        address("lanIp", ip, boxLanIpRole),
-        address("lanMask", mask, boxLanMaskRole),
-        address("lanGateway", gateway, boxLanGatewayRole),
-        address("lanDns1", dns1, boxLanDns1Role),
-        address("lanDns2", dns2, boxLanDns2Role),
-    };
-}
-
-QVector<Field> wan()
-{
-    return {
-        list("wanDhcp", dhcp, boxWanDhcpRole, dhcpEntries()),
-        address("wanIp", ip, boxWanIpRole),
-        address("wanMask", mask, boxWanMaskRole),
-        address("wanGateway", gateway, boxWanGatewayRole),
-        address("wanDns1", dns1, boxWanDns1Role),
-        address("wanDns2", dns2, boxWanDns2Role),
-    };
-}
-
-QVector<Field> wifi()
-{
-    return {
-        onOff("wifiOnOff", QT_TRANSLATE_NOOP("BoxEditDialog", "wifiOnOff:"), boxWifiOnOffRole),
-        list("wifiMode", QT_TRANSLATE_NOOP("BoxEditDialog", "Mode:"), boxWifiModeRole,
-             {QStringLiteral("station")}),
-        words("wifissid", QT_TRANSLATE_NOOP("BoxEditDialog", "SSID:"), boxWifiSsidRole),
-        {"wifipassword", QT_TRANSLATE_NOOP("BoxEditDialog", "Password:"), FieldKind::Password,
-         boxWifiPasswordRole, FieldCheck::NoCjk},
-        list("wifiDhcp", dhcp, boxWifiDhcpRole, dhcpEntries()),
-        address("wifiIp", ip, boxWifiIpRole),
-        address("wifiMask", mask, boxWifiMaskRole),
-        address("wifiGateway", gateway, boxWifiGatewayRole),
-        address("wifiDns1", dns1, boxWifiDns1Role),
-        address("wifiDns2", dns2, boxWifiDns2Role),
-    };
-}
-
-QVector<Field> lte()
-{
-    return {
-        onOff("lteOnOff", QT_TRANSLATE_NOOP("BoxEditDialog", "4G:"), boxLteOnOffRole),
-        words("at1", QT_TRANSLATE_NOOP("BoxEditDialog", "AT1:"), boxAt1Role),
-        words("at2", QT_TRANSLATE_NOOP("BoxEditDialog", "AT2:"), boxAt2Role),
-        words("at3", QT_TRANSLATE_NOOP("BoxEditDialog", "AT3:"), boxAt3Role),
-        words("at4", QT_TRANSLATE_NOOP("BoxEditDialog", "AT4:"), boxAt4Role),
-        words("at5", QT_TRANSLATE_NOOP("BoxEditDialog", "AT5:"), boxAt5Role),
-    };
-}
-
-QVector<Field> ntp()
-{
-    return {address("ntpServer", QT_TRANSLATE_NOOP("BoxEditDialog", "NTP Server:"), boxNtpServerRole)};
-}
-
-QVector<Field> clocks()
-{
-    return {
-        {"localTime", QT_TRANSLATE_NOOP("BoxEditDialog", "Local Time:"), FieldKind::ReadOnly,
-         FieldTable::noRole},
-        {"time", QT_TRANSLATE_NOOP("BoxEditDialog", "Box Time:"), FieldKind::ReadOnly, boxTimeRole},
-    };
+        group.add<TextField>(FormField::noRole, "localTime", BoxEditDialog::tr("Local Time:"))->readOnly(),
+        group.add<TextField>(boxTimeRole, "time", BoxEditDialog::tr("Box Time:"))->readOnly()};
 }
 
 } // namespace
 
-QVector<Field> head()
+const QVector<BoxGroup> &groups()
 {
-    // The item's text is its name.
-    return {{"name", QT_TRANSLATE_NOOP("BoxEditDialog", "Name:"), FieldKind::Text, Qt::DisplayRole},
-            address("ip", ip, boxIpRole)};
-}
-
-QVector<Field> model()
-{
-    return {
-        list("model", QT_TRANSLATE_NOOP("BoxEditDialog", "Model:"), boxModelRole,
-             {QStringLiteral("MRN-RIM-KX91"), QStringLiteral("MRN-GATE-70"), QStringLiteral("MRN-GATE-20")})};
-}
-
-QVector<BoxGroup> groups()
-{
-    return {
+    static const QVector<BoxGroup> all = {
         {"lan", QT_TRANSLATE_NOOP("BoxEditDialog", "LAN"), "Lan", "Lan",
          QT_TRANSLATE_NOOP("BoxEditDialog", "LAN Configuration"),
-         QT_TRANSLATE_NOOP("BoxEditDialog", "LAN configuration updated successfully."), lan()},
+         QT_TRANSLATE_NOOP("BoxEditDialog", "LAN configuration updated successfully."), addLan},
         {"wan", QT_TRANSLATE_NOOP("BoxEditDialog", "WAN"), "Wan", "Wan",
          QT_TRANSLATE_NOOP("BoxEditDialog", "Wan Configuration"),
-         QT_TRANSLATE_NOOP("BoxEditDialog", "Wan configuration updated successfully."), wan()},
+         QT_TRANSLATE_NOOP("BoxEditDialog", "Wan configuration updated successfully."), addWan},
         // The next two are built and never shown: they keep the item's values through a save.
         {"wifi", nullptr, "Wifi", "Wifi", QT_TRANSLATE_NOOP("BoxEditDialog", "Wifi Configuration"),
-         QT_TRANSLATE_NOOP("BoxEditDialog", "Wifi configuration updated successfully."), wifi()},
+         QT_TRANSLATE_NOOP("BoxEditDialog", "Wifi configuration updated successfully."), addWifi},
         {"lte", nullptr, "Lte", "Lte", QT_TRANSLATE_NOOP("BoxEditDialog", "Lte Configuration"),
-         QT_TRANSLATE_NOOP("BoxEditDialog", "Lte configuration updated successfully."), lte()},
+         QT_TRANSLATE_NOOP("BoxEditDialog", "Lte configuration updated successfully."), addLte},
         {"ntp", QT_TRANSLATE_NOOP("BoxEditDialog", "NTP"), "NTP", "NTP",
          QT_TRANSLATE_NOOP("BoxEditDialog", "NTP Configuration"),
-         QT_TRANSLATE_NOOP("BoxEditDialog", "NTP configuration updated successfully."), ntp()},
+         QT_TRANSLATE_NOOP("BoxEditDialog", "NTP configuration updated successfully."), addNtp},
         // Compat: the clock's update has the line of NTP's in the activity log.
         {"time", QT_TRANSLATE_NOOP("BoxEditDialog", "Time"), "Time", "NTP",
          QT_TRANSLATE_NOOP("BoxEditDialog", "time Configuration"),
-         QT_TRANSLATE_NOOP("BoxEditDialog", "time configuration updated successfully."), clocks()},
+         QT_TRANSLATE_NOOP("BoxEditDialog", "time configuration updated successfully."), addClocks},
     };
+    return all;
 }
 
 } // namespace BoxGroups

@@ -8,32 +8,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace {
-
-QVector<Field> addressFields()
-{
-    return {
-        {"name", QT_TRANSLATE_NOOP("BoxInputDialog", "Box Name:"), FieldKind::Text, FieldTable::noRole},
-        {"ip", QT_TRANSLATE_NOOP("BoxInputDialog", "IP Address:"), FieldKind::Text, FieldTable::noRole,
-         FieldCheck::Ipv4},
-    };
-}
-
-QVector<Field> modelFields()
-{
-    return {{"model",
-             QT_TRANSLATE_NOOP("BoxInputDialog", "Model:"),
-             FieldKind::List,
-             FieldTable::noRole,
-             FieldCheck::None,
-             {QStringLiteral("MRN-GATE-70"), QStringLiteral("MRN-GATE-20")}}};
-}
-
-} // namespace
-
 BoxInputDialog::BoxInputDialog(QWidget *parent)
     : QDialog(parent)
-    , m_fields("BoxInputDialog", addressFields())
+    , m_fields(staticMetaObject.className())
 {
     setWindowTitle(tr("Add Box"));
     setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/Box.png")));
@@ -42,10 +19,12 @@ BoxInputDialog::BoxInputDialog(QWidget *parent)
     auto *layout = new QVBoxLayout(this);
     auto *form = new QFormLayout;
     layout->addLayout(form);
-    m_fields.build(form);
+    m_fields.setLayout(form);
+    m_name = m_fields.add<TextField>(FormField::noRole, "name", tr("Box Name:"));
+    m_ip = m_fields.add<TextField>(FormField::noRole, "ip", tr("IP Address:"))->check(ipv4Validator);
     // Compat: not in the layout, so every new Box gets the first model.
-    m_fields.append(modelFields());
-    m_fields.buildUnseen(this);
+    m_model = m_fields.addUnseen<ListField>(FormField::noRole, "model", tr("Model:"))
+                  ->entries("MRN-GATE-70 MRN-GATE-20");
     layout->addStretch();
 
     const QPushButton *ok = FormPage::appendDialogButtons(layout, tr("OK"), tr("Cancel"));
@@ -56,19 +35,4 @@ BoxInputDialog::BoxInputDialog(QWidget *parent)
 BoxInputDialog::~BoxInputDialog()
 {
     logToFile(QStringLiteral("BoxInputDialog: destroyed"));
-}
-
-QString BoxInputDialog::name() const
-{
-    return m_fields.text(QStringLiteral("name"));
-}
-
-QString BoxInputDialog::ip() const
-{
-    return m_fields.text(QStringLiteral("ip"));
-}
-
-QString BoxInputDialog::model() const
-{
-    return m_fields.text(QStringLiteral("model"));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "forms/fieldtable.h"
+#include "forms/fieldgroup.h"
 
 #include <QDialog>
 
@@ -12,11 +12,14 @@ public:
     explicit BoxInputDialog(QWidget *parent = nullptr);
     ~BoxInputDialog() override;
 
-    QString name() const;
-    QString ip() const;
+    QString name() const { return m_name->text(); }
+    QString ip() const { return m_ip->text(); }
     // Always "MRN-GATE-70": the model can't be chosen.
-    QString model() const;
+    QString model() const { return m_model->text(); }
 
 private:
-    FieldTable m_fields;
+    FieldGroup m_fields;
+    TextField *m_name;
+    TextField *m_ip;
+    ListField *m_model;
 };
