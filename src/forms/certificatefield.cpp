@@ -2,6 +2,7 @@
 
 #include "document/certificatefile.h"
 #include "forms/formpage.h"
+#include "model/itemref.h"
 #include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
@@ -9,6 +10,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QStandardItem>
 
@@ -49,25 +51,25 @@ void CertificateField::setLive(bool live)
     }
 }
 
-void CertificateField::fill(const QStandardItem *item)
+void CertificateField::fill(QStandardItem *item)
 {
     keep(item->data(m_pathRole).toString(), item->data(m_contentRole).toString());
 }
 
-bool CertificateField::save(QStandardItem *item) const
+void CertificateField::save(QStandardItem *item)
 {
-    if (m_field->text() != m_path) {
-        return false;
+    if (m_field->text() == m_path) {
+        item->setData(m_path, m_pathRole);
+        item->setData(m_content, m_contentRole);
+        return;
     }
-    item->setData(m_path, m_pathRole);
-    item->setData(m_content, m_contentRole);
-    return true;
-}
-
-void CertificateField::erase(QStandardItem *item) const
-{
-    item->setData(QString(), m_pathRole);
-    item->setData(QString(), m_contentRole);
+    const ItemRef saved(item);
+    const QPointer<CertificateField> alive(this);
+    warnOfOtherPath();
+    if (alive && saved.item()) {
+        item->setData(QString(), m_emptied->m_pathRole);
+        item->setData(QString(), m_emptied->m_contentRole);
+    }
 }
 
 void CertificateField::clear()

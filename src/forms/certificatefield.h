@@ -1,5 +1,7 @@
 #pragma once
 
+#include "forms/formpart.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -11,7 +13,7 @@ class QStandardItem;
 // A certificate or key in a form: the path of its file, shown only, and "Select", which reads the file. The
 // item keeps the path and the content that was read from there. Its texts stand in the shared context
 // CertificateField.
-class CertificateField : public QWidget
+class CertificateField : public QWidget, public FormPart
 {
     Q_OBJECT
 public:
@@ -28,18 +30,18 @@ public:
     void setLive(bool live);
 
     // Keeps and shows what the item holds.
-    void fill(const QStandardItem *item);
-    // Writes the kept path and content; false, and nothing written, if the field shows another path.
-    bool save(QStandardItem *item) const;
-    // Writes two empty texts.
-    void erase(QStandardItem *item) const;
+    void fill(QStandardItem *item) override;
+    // Writes the kept path and content; if the field shows another path, warns of it and writes two empty
+    // texts for the field that the next function names.
+    void save(QStandardItem *item) override;
+    // The field that is emptied in place of this one.
+    void emptyInstead(const CertificateField *other) { m_emptied = other; }
     // Keeps and shows nothing.
-    void clear();
-    // The box for a save that returned false. The form may be gone when this returns.
-    void warnOfOtherPath();
+    void clear() override;
 
 private:
     QString translated(const char *source) const;
+    void warnOfOtherPath();
     void keep(const QString &path, const QString &content);
     void selectFile();
 
@@ -47,6 +49,7 @@ private:
     Kind m_kind;
     int m_pathRole;
     int m_contentRole;
+    const CertificateField *m_emptied = this;
     QLabel *m_label = nullptr;
     QLineEdit *m_field;
     QPushButton *m_select;

@@ -1,8 +1,6 @@
 #include "parametertable/parameterform.h"
 
 #include "forms/formpage.h"
-#include "log/activitylog.h"
-#include "model/workspace.h"
 #include "parameters/parametercsv.h"
 #include "parameters/parameterrules.h"
 #include "parametertable/parametertable.h"
@@ -28,10 +26,10 @@ constexpr char amplitudeFault[] =
 
 } // namespace
 
-ParameterForm::ParameterForm(const ParameterVariant &variant, Workspace *workspace, QWidget *parent)
-    : EditForm(parent)
+ParameterForm::ParameterForm(const Names &names, const ParameterVariant &variant, QStandardItem *item,
+                             Workspace *workspace, QWidget *parent)
+    : DefinitionForm(names, item, workspace, parent)
     , m_variant(variant)
-    , m_workspace(workspace)
 {
 }
 
@@ -306,11 +304,6 @@ void ParameterForm::updateloadChangeAmplitudeCell(int row, bool enabled)
     }
 }
 
-bool ParameterForm::eventFilter(QObject *obj, QEvent *event)
-{
-    return EditForm::eventFilter(obj, event);
-}
-
 void ParameterForm::checkItem(int row, int column, std::initializer_list<ParameterCell> cells)
 {
     QTableWidgetItem *item = itemOf(row, column);
@@ -359,7 +352,7 @@ void ParameterForm::check(QLineEdit *editor, int row, ParameterCell cell)
     }
     tell(fault, row);
     editor->clear();
-    if (cell == ParameterCell::Amplitude && m_workspace) {
+    if (cell == ParameterCell::Amplitude && workspace()) {
         warnOnce(amplitudeFault);
     }
 }
@@ -430,10 +423,8 @@ QStringList ParameterForm::names(bool trimmed) const
 
 void ParameterForm::tell(const char *source, int row)
 {
-    if (m_workspace) {
-        const QString text = m_variant.translated(source);
-        m_workspace->appendMessage(text.contains(QLatin1String("%1")) ? text.arg(row + 1) : text);
-    }
+    const QString text = m_variant.translated(source);
+    appendMessage(text.contains(QLatin1String("%1")) ? text.arg(row + 1) : text);
 }
 
 void ParameterForm::warn(const char *title, const char *source)
@@ -453,9 +444,4 @@ bool ParameterForm::warnOnce(const char *source)
         m_warning = false;
     }
     return true;
-}
-
-void ParameterForm::log(const char *event) const
-{
-    logToFile(QLatin1String(m_variant.form) + QStringLiteral(": ") + QLatin1String(event));
 }

@@ -1,18 +1,17 @@
 #pragma once
 
-#include "forms/editform.h"
+#include "forms/definitionform.h"
 #include "model/projecttree.h"
 #include "parameters/parametervariant.h"
 
 class ParameterTable;
 class QLineEdit;
 class QTableWidgetItem;
-class Workspace;
 
 // Base of the forms that have a table of parameters, or one in each tab: its buttons, its CSV and what is
 // checked at the end of an editing. A check clears its cell and says so in the "Message" dock; the rules are
 // those of the variant.
-class ParameterForm : public EditForm
+class ParameterForm : public DefinitionForm
 {
     Q_OBJECT
 public:
@@ -51,12 +50,9 @@ public slots:
     void updateChangeAmplitudeCell(int row, bool enabled);
     void updateloadChangeAmplitudeCell(int row, bool enabled);
 
-    // The guard against the wheel, which may be called by name here.
-    bool eventFilter(QObject *obj, QEvent *event) override;
-
 protected:
-    // The workspace is not owned and may be null.
-    ParameterForm(const ParameterVariant &variant, Workspace *workspace, QWidget *parent);
+    ParameterForm(const Names &names, const ParameterVariant &variant, QStandardItem *item,
+                  Workspace *workspace, QWidget *parent);
 
     // The table that the user works on, and the one that was made last; null if there is none.
     virtual ParameterTable *currentTable() const = 0;
@@ -68,9 +64,6 @@ protected:
     // The buttons that work on the current table: "Add" and "Remove All", and where there is CSV "Import" and
     // "Export".
     QWidget *makeTableButtons(QWidget *parent);
-
-    Workspace *workspace() const { return m_workspace; }
-    void log(const char *event) const;
 
 private:
     QTableWidgetItem *itemOf(int row, int column) const;
@@ -92,7 +85,6 @@ private:
     bool warnOnce(const char *source);
 
     const ParameterVariant &m_variant;
-    Workspace *m_workspace; // Not owned; may be null.
     bool m_warning = false; // a message box of warnOnce() stands
     // Receives for the checks: hiding the form ends an editing, and at the form's end that is too late.
     QObject m_checks;

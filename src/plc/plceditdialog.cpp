@@ -1,9 +1,7 @@
 #include "plc/plceditdialog.h"
 
 #include "forms/formpage.h"
-#include "log/activitylog.h"
 #include "model/itemroles.h"
-#include "model/workspace.h"
 #include "parametertable/parametertable.h"
 #include "plc/plcfields.h"
 
@@ -11,14 +9,10 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QStandardItem>
-
-#include <algorithm>
 
 namespace {
 
-constexpr char context[] = "PLCEditDialog";
 constexpr int parameterListHeight = 600; // pixels
 
 // A save walks these before the period, and the other groups behind it in the form's order.
@@ -31,195 +25,150 @@ bool isOfModel(PlcGroup group)
     return group == PlcGroup::S7Rack || group == PlcGroup::S7Tsap;
 }
 
+bool isOfLink(PlcGroup group)
+{
+    return group == PlcGroup::Network || group == PlcGroup::Serial;
+}
+
+QFormLayout *addBox(QBoxLayout *column, const char *name, const QString &title)
+{
+    auto *box = new QGroupBox(title, column->parentWidget());
+    box->setObjectName(QLatin1String(name));
+    column->addWidget(box);
+    return new QFormLayout(box);
+}
+
 } // namespace
 
 PLCEditDialog::PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
-    : ParameterForm(ParameterVariant::plc(), workspace, parent)
-    , m_item(item)
-    , m_attributes(context, PlcFields::attributes())
-    , m_trigger(context, PlcFields::trigger())
-    , m_omronModel(context, PlcFields::omronModel())
+    : ParameterForm({staticMetaObject.className(),
+                     QT_TRANSLATE_NOOP("PLCEditDialog", "The PLC '%1' is saved successfully.")},
+                    ParameterVariant::plc(), item, workspace, parent)
+    , m_attributes(staticMetaObject.className())
+    , m_trigger(staticMetaObject.className())
+    , m_omronModel(staticMetaObject.className())
+    , m_attributePart([this](QStandardItem *shown) { fillAttributes(shown); },
+                      [this](QStandardItem *saved) { m_attributes.save(saved); },
+                      [this] { m_attributes.clear(); })
+    // Compat: only the default of a new PLC; another PLC and a save leave the role alone, for the document.
+    , m_omronPart([this](QStandardItem *shown) { m_omronModel.fill(shown); }, {},
+                  [this] { m_omronModel.clear(); }, [](QStandardItem *) {})
+    , m_stored(
+          [this](QStandardItem *shown) { loadParameters(shown->data(plcParametersRole).value<RowList>()); },
+          [this](QStandardItem *saved) {
+              ProjectTree::registerTypes();
+              saved->setData(QVariant::fromValue(m_table->rows()), plcParametersRole);
+          },
+          [this] { m_table->setRowCount(0); })
 {
     setWindowTitle(tr("Edit PLC"));
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(FormPage::scrollArea(buildContent(), this));
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
-    connect(buttons.save, &QPushButton::clicked, this, &PLCEditDialog::saveChanges);
-    connect(buttons.cancel, &QPushButton::clicked, this, &PLCEditDialog::rejected);
-
-    fillAttributes();
-    for (const Group &each : m_groups) {
-        each.fields.fill(m_item.item());
-    }
-    m_trigger.fill(m_item.item());
-    m_omronModel.fill(m_item.item());
-    loadStoredParameters();
-    connect(m_attributes.comboBox(QStringLiteral("protocol")), &QComboBox::currentTextChanged, this,
-            &PLCEditDialog::onProtocolChanged);
-    onProtocolChanged(m_attributes.text(QStringLiteral("protocol")));
-    logToFile(QStringLiteral("PLCEditDialog: new-nuilt"));
-}
-
-PLCEditDialog::~PLCEditDialog()
-{
-    logToFile(QStringLiteral("PLCEditDialog: destroyed"));
+    QWidget *content = buildContent();
+    setContent(content, parts());
+    connect(saveButton(), &QPushButton::clicked, this, &PLCEditDialog::saveChanges);
+    connect(m_protocol->box(), &QComboBox::currentTextChanged, this, &PLCEditDialog::onProtocolChanged);
+    onProtocolChanged(m_protocol->text());
 }
 
 QWidget *PLCEditDialog::buildContent()
 {
     auto *content = new QWidget(this);
     auto *column = new QVBoxLayout(content);
-    m_attributes.build(new QFormLayout(addBox(column, "attributes", tr("PLC Attribute"))));
-    const auto groups = PlcFields::groups();
-    for (const PlcFields::Group &each : groups) {
-        QGroupBox *box = addBox(column, each.name, each.title ? tr(each.title) : QString());
-        m_groups.push_back({each.id, box, FieldTable(context, each.fields)});
-        m_groups.back().fields.build(new QFormLayout(box));
+    addAttributes(column);
+    for (const PlcFields::Group &each : PlcFields::groups()) {
+        const auto refill = isOfLink(each.id) ? FieldFrame::Refill::Always : FieldFrame::Refill::WhenVisible;
+        FieldFrame &frame = m_groups.try_emplace(each.id, staticMetaObject.className(), refill).first->second;
+        frame.build(column, each.title ? tr(each.title) : QString())->setObjectName(QLatin1String(each.name));
+        if (each.id == PlcGroup::S7Model) {
+            m_model = PlcFields::addModels(frame);
+        } else {
+            each.addRows(frame);
+        }
     }
-    group(PlcGroup::Modbus).fields.widget(QStringLiteral("series"))->setEnabled(false);
-    m_omronModel.buildUnseen(content);
-
-    QGroupBox *parameters = addBox(column, "parameters", tr("Parameter List"));
-    parameters->setFixedHeight(parameterListHeight);
-    auto *form = new QFormLayout(parameters);
-    addTrigger(form);
-    form->addRow(makeTableButtons(parameters));
-    m_table = makeTable(parameters);
-    form->addRow(m_table);
+    m_omronModel.setPage(content);
+    PlcFields::addOmronModel(m_omronModel);
+    addParameterList(column);
     column->addStretch();
-    alignFields();
+
+    QVector<FieldGroup *> aligned{&m_attributes, &m_trigger};
+    for (auto &each : m_groups) {
+        aligned.append(&each.second);
+    }
+    FieldGroup::align(aligned);
     return content;
 }
 
-QGroupBox *PLCEditDialog::addBox(QVBoxLayout *column, const char *name, const QString &title)
+void PLCEditDialog::addAttributes(QVBoxLayout *column)
 {
-    auto *box = new QGroupBox(title, column->parentWidget());
-    box->setObjectName(QLatin1String(name));
-    column->addWidget(box);
-    return box;
+    m_attributes.setLayout(addBox(column, "attributes", tr("PLC Attribute")));
+    m_attributes.add<TextField>(Qt::DisplayRole, "name", tr("PLC Name:"))->readOnly();
+    m_manufacturer =
+        m_attributes.add<TextField>(plcManufacturerRole, "manufacturer", tr("Manufacturer:"))->readOnly();
+    m_protocol = m_attributes.add<ListField>(plcProtocolRole, "protocol", tr("Protocol:"));
 }
 
-void PLCEditDialog::addTrigger(QFormLayout *form)
+void PLCEditDialog::addParameterList(QVBoxLayout *column)
 {
-    m_trigger.build(form);
+    QFormLayout *form = addBox(column, "parameters", tr("Parameter List"));
+    QWidget *box = form->parentWidget();
+    box->setFixedHeight(parameterListHeight);
+    m_trigger.setLayout(form);
+    PlcFields::addNumber(m_trigger, plcCollectionIntervalRole, "collectionInterval",
+                         QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"))
+        ->initially("2000");
     // Its one entry is not stored.
-    auto *trigger = new QComboBox(form->parentWidget());
+    auto *trigger = new QComboBox(box);
     trigger->setObjectName(QStringLiteral("trigger"));
     trigger->addItem(tr("Timed Loops"));
     FormPage::putBeforeField(form, 0, trigger);
+    form->addRow(makeTableButtons(box));
+    m_table = makeTable(box);
+    form->addRow(m_table);
 }
 
-void PLCEditDialog::alignFields()
+QVector<FormPart *> PLCEditDialog::parts()
 {
-    QVector<const FieldTable *> tables{&m_attributes, &m_trigger};
-    for (const Group &each : m_groups) {
-        tables.append(&each.fields);
-    }
-    FieldTable::align(tables);
-}
-
-void PLCEditDialog::fillAttributes()
-{
-    QStandardItem *item = m_item.item();
-    // Before the list of protocols changes: which groups show goes by the manufacturer, too.
-    m_attributes.setText(QStringLiteral("manufacturer"), item->data(plcManufacturerRole).toString());
-    QComboBox *protocols = m_attributes.comboBox(QStringLiteral("protocol"));
-    protocols->clear();
-    protocols->addItems(PlcCatalogue::protocols(item->data(plcManufacturerRole).toString()));
-    m_attributes.fill(item);
-    updateProtocolOptions(protocols->currentText());
-}
-
-void PLCEditDialog::loadStoredParameters()
-{
-    loadParameters(m_item.item()->data(plcParametersRole).value<RowList>());
-}
-
-void PLCEditDialog::replaceItem(QStandardItem *item)
-{
-    m_item = ItemRef(item);
-    fillAttributes();
-    for (const Group &each : m_groups) {
-        if (each.id == PlcGroup::Serial) {
-            // An unknown text leaves a list at the entry of the PLC before, on purpose.
-            each.fields.fill(item, FieldTable::Unknown::Keep);
-            each.fields.resetEmptyLists(item);
-        } else if (each.id == PlcGroup::Network || each.box->isVisible()) {
-            each.fields.fill(item);
-        }
-    }
-    m_trigger.fill(item);
-    loadStoredParameters();
-    logToFile(QStringLiteral("PLCEditDialog: replace"));
-}
-
-void PLCEditDialog::saveChanges()
-{
-    QStandardItem *item = m_item.item();
-    if (!item) {
-        return; // its node has left the tree: there is nothing to write into
-    }
-    m_attributes.save(item);
+    QVector<FormPart *> parts{&m_attributePart};
     for (PlcGroup id : savedBeforePeriod) {
-        saveGroup(group(id), item);
+        parts.append(&group(id));
     }
-    m_trigger.save(item);
-    for (const Group &each : m_groups) {
-        if (each.id > PlcGroup::Ppi) {
-            saveGroup(each, item);
+    parts.append(&m_trigger);
+    for (auto &[id, frame] : m_groups) {
+        if (id > PlcGroup::Ppi) {
+            parts.append(&frame);
         }
     }
-    ProjectTree::registerTypes();
-    item->setData(QVariant::fromValue(m_table->rows()), plcParametersRole);
-    if (workspace()) {
-        workspace()->appendMessage(
-            tr("The PLC '%1' is saved successfully.").arg(m_attributes.text(QStringLiteral("name"))));
-    }
-    logToFile(QStringLiteral("PLCEditDialog: save"));
+    return parts << &m_omronPart << &m_stored;
 }
 
-void PLCEditDialog::saveGroup(const Group &group, QStandardItem *item) const
+void PLCEditDialog::fillAttributes(QStandardItem *item)
 {
-    // What is hidden is erased.
-    if (group.box->isVisible()) {
-        group.fields.save(item);
-    } else {
-        group.fields.erase(item);
-    }
-}
-
-void PLCEditDialog::clearData()
-{
-    m_attributes.clear();
-    for (const Group &each : m_groups) {
-        each.fields.clear();
-    }
-    m_trigger.clear();
-    m_omronModel.clear();
-    m_table->setRowCount(0);
+    const QString manufacturer = item->data(plcManufacturerRole).toString();
+    // Before the list of protocols changes: which groups show goes by the manufacturer, too.
+    m_manufacturer->setText(manufacturer);
+    m_protocol->box()->clear();
+    m_protocol->entries(PlcCatalogue::protocols(manufacturer));
+    m_attributes.fill(item);
+    updateProtocolOptions(m_protocol->text());
 }
 
 void PLCEditDialog::onProtocolChanged(QString protocol)
 {
-    for (const Group &each : m_groups) {
-        if (!isOfModel(each.id)) {
-            each.box->hide();
+    for (const auto &[id, frame] : m_groups) {
+        if (!isOfModel(id)) {
+            frame.box()->hide();
         }
     }
-    const QString manufacturer = m_attributes.text(QStringLiteral("manufacturer"));
-    if (const PlcCatalogue::Entry *entry = PlcCatalogue::find(manufacturer, protocol)) {
-        group(entry->link).box->show();
-        group(entry->group).box->show();
+    if (const PlcCatalogue::Entry *entry = PlcCatalogue::find(m_manufacturer->text(), protocol)) {
+        group(entry->link).box()->show();
+        group(entry->group).box()->show();
     }
     adjustSize();
 
-    QComboBox *models = group(PlcGroup::S7Model).fields.comboBox(QStringLiteral("model"));
+    QComboBox *models = m_model->box();
     models->clear();
-    models->addItems(PlcCatalogue::models(protocol));
-    const QStandardItem *item = m_item.item();
-    const int stored = item ? models->findText(item->data(plcModelRole).toString()) : -1;
-    if (stored >= 0) {
-        models->setCurrentIndex(stored);
+    m_model->entries(PlcCatalogue::models(protocol));
+    if (const QStandardItem *shown = item()) {
+        m_model->setText(shown->data(plcModelRole).toString());
     }
     connect(models, &QComboBox::currentTextChanged, this, &PLCEditDialog::onmodelChanged,
             Qt::UniqueConnection);
@@ -228,24 +177,16 @@ void PLCEditDialog::onProtocolChanged(QString protocol)
 
 void PLCEditDialog::onmodelChanged(QString model)
 {
-    const bool isS7 = m_attributes.text(QStringLiteral("protocol")) == QLatin1String("S7");
+    const bool isS7 = m_protocol->text() == QLatin1String("S7");
     const PlcGroup shown = isS7 ? PlcCatalogue::groupOfModel(model) : PlcGroup::None;
-    group(PlcGroup::S7Rack).box->setVisible(shown == PlcGroup::S7Rack);
-    group(PlcGroup::S7Tsap).box->setVisible(shown == PlcGroup::S7Tsap);
+    group(PlcGroup::S7Rack).box()->setVisible(shown == PlcGroup::S7Rack);
+    group(PlcGroup::S7Tsap).box()->setVisible(shown == PlcGroup::S7Tsap);
 }
 
 void PLCEditDialog::updateProtocolOptions(QString protocol)
 {
-    QStandardItem *item = m_item.item();
-    if (item && item->data(plcPortRole).toString().isEmpty()) {
-        item->setData(PlcCatalogue::defaultPort(protocol), plcPortRole);
+    QStandardItem *shown = item();
+    if (shown && shown->data(plcPortRole).toString().isEmpty()) {
+        shown->setData(PlcCatalogue::defaultPort(protocol), plcPortRole);
     }
-}
-
-const PLCEditDialog::Group &PLCEditDialog::group(PlcGroup id) const
-{
-    const auto found =
-        std::find_if(m_groups.begin(), m_groups.end(), [id](const Group &each) { return each.id == id; });
-    Q_ASSERT(found != m_groups.end());
-    return *found;
 }

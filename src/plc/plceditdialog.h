@@ -1,35 +1,25 @@
 #pragma once
 
 #include "definitions/plccatalogue.h"
-#include "forms/fieldtable.h"
-#include "model/itemref.h"
+#include "forms/fieldframe.h"
 #include "parametertable/parameterform.h"
 
-#include <vector>
+#include <map>
 
-class QFormLayout;
 class QGroupBox;
-class QStandardItem;
-class QVBoxLayout;
 
 // The form of one PLC: a stack of groups of which those that fit manufacturer and protocol are shown, over
-// the parameter table. At "Save" the visible groups are written and the hidden ones erased; the form stays
-// open.
+// the parameter table. At "Save" the visible groups are written and the hidden ones erased. On purpose
+// protocol groups that are not visible keep what they show when the form turns to another PLC, in a tab
+// behind another all of them.
 class PLCEditDialog : public ParameterForm
 {
     Q_OBJECT
 public:
     // Writes defaults into the item's empty roles, those of hidden groups included.
     PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
-    ~PLCEditDialog() override;
-
-    // Shows another PLC; what was typed and not saved is overwritten. On purpose protocol groups that are not
-    // visible keep what they show, in a tab behind another all of them.
-    void replaceItem(QStandardItem *item);
 
 public slots:
-    void saveChanges();
-    void clearData();
     // Shows the groups of the manufacturer and this protocol, and offers its models.
     void onProtocolChanged(QString protocol);
     // Shows the connection settings of an S7 model.
@@ -41,25 +31,22 @@ protected:
     ParameterTable *currentTable() const override { return m_table; }
 
 private:
-    struct Group {
-        PlcGroup id;
-        QGroupBox *box;
-        FieldTable fields;
-    };
-
     QWidget *buildContent();
-    QGroupBox *addBox(QVBoxLayout *column, const char *name, const QString &title);
-    void addTrigger(QFormLayout *form);
-    void alignFields();
-    void fillAttributes();
-    void loadStoredParameters();
-    void saveGroup(const Group &group, QStandardItem *item) const;
-    const Group &group(PlcGroup id) const;
+    void addAttributes(QVBoxLayout *column);
+    void addParameterList(QVBoxLayout *column);
+    QVector<FormPart *> parts();
+    void fillAttributes(QStandardItem *item);
+    FieldFrame &group(PlcGroup id) { return m_groups.at(id); }
 
-    ItemRef m_item;
-    FieldTable m_attributes;
-    std::vector<Group> m_groups; // in the order of the form
-    FieldTable m_trigger;
-    FieldTable m_omronModel;
+    FieldGroup m_attributes;
+    std::map<PlcGroup, FieldFrame> m_groups; // in the order of the form
+    FieldGroup m_trigger;
+    FieldGroup m_omronModel;
+    CustomPart m_attributePart;
+    CustomPart m_omronPart;
+    CustomPart m_stored; // the parameters
+    TextField *m_manufacturer = nullptr;
+    ListField *m_protocol = nullptr;
+    ListField *m_model = nullptr; // of S7
     ParameterTable *m_table = nullptr;
 };

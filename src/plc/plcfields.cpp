@@ -22,46 +22,24 @@ constexpr auto startAddress0 = QT_TRANSLATE_NOOP("PLCEditDialog", "StartAddress0
 constexpr auto communicationTimeout = QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Timeout:");
 constexpr auto plcInformation = QT_TRANSLATE_NOOP("PLCEditDialog", "PLC Information");
 
-constexpr auto fourHexDigits = "^[0-9A-Fa-f]{0,4}$";
-constexpr auto hexDigits = "^[0-9A-Fa-f]*$";
-
-Field number(const char *name, const char *label, int role, const char *defaultValue)
+TextField *addHex(FieldGroup &fields, int role, const char *name, const char *label, const char *pattern)
 {
-    return {name, label, FieldKind::Text, role, FieldCheck::Integer, {}, defaultValue};
+    return fields.add<TextField>(role, name, label)->pattern(pattern);
 }
 
-Field matching(const char *name, const char *label, int role, const char *pattern, const char *defaultValue)
+ListField *addList(FieldGroup &fields, int role, const char *name, const char *label, const char *entries)
 {
-    return {name, label, FieldKind::Text, role, FieldCheck::Pattern, {}, defaultValue, nullptr, pattern};
+    return fields.add<ListField>(role, name, label)->entries(entries);
 }
 
-Field list(const char *name, const char *label, int role, const QStringList &entries)
+void addByteOrder(FieldGroup &fields, int role)
 {
-    return {name, label, FieldKind::List, role, FieldCheck::None, entries};
+    addList(fields, role, "byteOrder", byteOrder, "ABCD BADC CDAB DCBA");
 }
 
-// The entries in one text, separated by blanks.
-Field list(const char *name, const char *label, int role, const char *entries)
+CheckField *addCheck(FieldGroup &fields, int role, const char *name, const char *label)
 {
-    return list(name, label, role, QString::fromLatin1(entries).split(QLatin1Char(' ')));
-}
-
-Field byteOrderList(int role)
-{
-    return list("byteOrder", byteOrder, role, "ABCD BADC CDAB DCBA");
-}
-
-enum class Initially { Off, On };
-
-Field check(const char *name, const char *label, int role, Initially initially)
-{
-    return {name,
-            label,
-            FieldKind::Check,
-            role,
-            FieldCheck::None,
-            {},
-            initially == Initially::On ? "true" : nullptr};
+    return fields.add<CheckField>(role, name, label);
 }
 
 QVector<Choice> allenBradleyModels()
@@ -73,174 +51,168 @@ QVector<Choice> allenBradleyModels()
     return choices;
 }
 
-QVector<Field> network()
+void addNetwork(FieldGroup &fields)
 {
-    return {
-        {"ip",
-         QT_TRANSLATE_NOOP("PLCEditDialog", "IP:"),
-         FieldKind::Text,
-         plcIpRole,
-         FieldCheck::Ipv4,
-         {},
-         "192.168.1.60"},
-        // Its default goes by the protocol: PlcCatalogue::defaultPort().
-        {"port", QT_TRANSLATE_NOOP("PLCEditDialog", "Port:"), FieldKind::Text, plcPortRole, FieldCheck::Port},
-        number("connectionTimeout", QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Timeout:"),
-               plcConnectionTimeoutRole, "2000"),
-        number("communicationTimeout", communicationTimeout, plcTcpCommunicationTimeoutRole, "2000"),
-        number("keepAlive", QT_TRANSLATE_NOOP("PLCEditDialog", "Keep Alive Time:"), plcKeepAliveRole,
-               "60000"),
-    };
+    fields.add<TextField>(plcIpRole, "ip", QT_TRANSLATE_NOOP("PLCEditDialog", "IP:"))
+        ->check(ipv4Validator)
+        ->initially("192.168.1.60");
+    // Its default goes by the protocol: PlcCatalogue::defaultPort().
+    fields.add<TextField>(plcPortRole, "port", QT_TRANSLATE_NOOP("PLCEditDialog", "Port:"))
+        ->check(portValidator);
+    addNumber(fields, plcConnectionTimeoutRole, "connectionTimeout",
+              QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Timeout:"))
+        ->initially("2000");
+    addNumber(fields, plcTcpCommunicationTimeoutRole, "communicationTimeout", communicationTimeout)
+        ->initially("2000");
+    addNumber(fields, plcKeepAliveRole, "keepAlive", QT_TRANSLATE_NOOP("PLCEditDialog", "Keep Alive Time:"))
+        ->initially("60000");
 }
 
-QVector<Field> serial()
+void addSerial(FieldGroup &fields)
 {
-    return {
-        list("serialport", QT_TRANSLATE_NOOP("PLCEditDialog", "Serial Port:"), plcSerialPortRole,
-             "COM1 COM2"),
-        list("baudRate", QT_TRANSLATE_NOOP("PLCEditDialog", "Baud Rate:"), plcBaudRateRole,
-             "115200 57600 38400 19200 9600 4800 2400 1200 600"),
-        list("dataBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Data Bit:"), plcDataBitRole, "8 7"),
-        list("stopBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Stop Bit:"), plcStopBitRole, "1 2"),
-        list("parityBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Parity Bit:"), plcParityBitRole,
-             "NONE ODD EVEN"),
-        check("rtsEnable", QT_TRANSLATE_NOOP("PLCEditDialog", "Rts Enable:"), plcRtsEnableRole,
-              Initially::Off),
-        number("communicationTimeout", communicationTimeout, plcSerialCommunicationTimeoutRole, "2000"),
-        number("communicationGap", QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Gap:"),
-               plcCommunicationGapRole, "-1"),
-    };
+    // Compat: an unknown text leaves a list at the entry of the PLC before.
+    fields.keepUnknownOnRefill();
+    fields.resetEmptyOnRefill();
+    addList(fields, plcSerialPortRole, "serialport", QT_TRANSLATE_NOOP("PLCEditDialog", "Serial Port:"),
+            "COM1 COM2");
+    addList(fields, plcBaudRateRole, "baudRate", QT_TRANSLATE_NOOP("PLCEditDialog", "Baud Rate:"),
+            "115200 57600 38400 19200 9600 4800 2400 1200 600");
+    addList(fields, plcDataBitRole, "dataBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Data Bit:"), "8 7");
+    addList(fields, plcStopBitRole, "stopBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Stop Bit:"), "1 2");
+    addList(fields, plcParityBitRole, "parityBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Parity Bit:"),
+            "NONE ODD EVEN");
+    addCheck(fields, plcRtsEnableRole, "rtsEnable", QT_TRANSLATE_NOOP("PLCEditDialog", "Rts Enable:"));
+    addNumber(fields, plcSerialCommunicationTimeoutRole, "communicationTimeout", communicationTimeout)
+        ->initially("2000");
+    addNumber(fields, plcCommunicationGapRole, "communicationGap",
+              QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Gap:"))
+        ->initially("-1");
 }
 
-QVector<Group> siemens()
+void addS7Rack(FieldGroup &fields)
 {
-    return {
-        {PlcGroup::S7Model, "s7Model", plcInformation, {list("model", model, plcModelRole, QStringList())}},
-        {PlcGroup::S7Rack,
-         "s7Rack",
-         nullptr,
-         {number("connectionType", QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Type:"),
-                 plcS7ConnectionTypeRole, "1"),
-          number("rack", QT_TRANSLATE_NOOP("PLCEditDialog", "Rack:"), plcS7RackRole, "0"),
-          number("Slot", slot, plcS7SlotRole, "0")}},
-        {PlcGroup::S7Tsap,
-         "s7Tsap",
-         nullptr,
-         {matching("localTSAP", QT_TRANSLATE_NOOP("PLCEditDialog", "LocalTSAP:"), plcS7LocalTsapRole,
-                   fourHexDigits, "4D57"),
-          matching("destTSA", QT_TRANSLATE_NOOP("PLCEditDialog", "DestTSAP:"), plcS7DestTsapRole,
-                   fourHexDigits, "4D57")}},
-        {PlcGroup::Ppi, "ppi", plcInformation, {number("stationNum", stationNum, plcPpiStationNumRole, "2")}},
-    };
+    addNumber(fields, plcS7ConnectionTypeRole, "connectionType",
+              QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Type:"))
+        ->initially("1");
+    addNumber(fields, plcS7RackRole, "rack", QT_TRANSLATE_NOOP("PLCEditDialog", "Rack:"))->initially("0");
+    addNumber(fields, plcS7SlotRole, "Slot", slot)->initially("0");
 }
 
-QVector<Group> mitsubishi()
+void addS7Tsap(FieldGroup &fields)
 {
-    return {
-        {PlcGroup::MitsubishiEip,
-         "mitsubishiEip",
-         plcInformation,
-         {number("Slot", slot, plcMitsubishiEipSlotRole, "0")}},
-        {PlcGroup::Mc3c,
-         "mc3c",
-         plcInformation,
-         {number("stationNum", stationNum, plcMc3cStationNumRole, "2"),
-          list("format", format, plcMc3cFormatRole, "1 2 3 4"),
-          check("sumCheck", sumCheck, plcMc3cSumCheckRole, Initially::On),
-          check("writebitByword", writeBitByWord, plcMc3cWriteBitByWordRole, Initially::On)}},
-        {PlcGroup::Mc1e,
-         "mc1e",
-         plcInformation,
-         {matching("stationNum", stationNum, plcMc1eStationNumRole, hexDigits, "FF"),
-          check("binary", binary, plcMc1eBinaryRole, Initially::On)}},
-        {PlcGroup::Mc3e,
-         "mc3e",
-         plcInformation,
-         {list("mode", mode, plcMc3eModeRole, "TCP UDP"),
-          number("stationNum", stationNum, plcMc3eStationNumRole, "0"),
-          number("netNum", QT_TRANSLATE_NOOP("PLCEditDialog", "Net Num:"), plcMc3eNetNumRole, "0"),
-          check("binary", binary, plcMc3eBinaryRole, Initially::On),
-          check("writeBitByWord", writeBitByWord, plcMc3eWriteBitByWordRole, Initially::On),
-          check("charReversed", charReversed, plcMc3eCharReversedRole, Initially::Off)}},
-        {PlcGroup::FxLinks,
-         "fxLinks",
-         plcInformation,
-         {number("stationNum", stationNum, plcFxLinksStationNumRole, "0"),
-          check("sumCheck", sumCheck, plcFxLinksSumCheckRole, Initially::On),
-          number("messageWaitingTime", QT_TRANSLATE_NOOP("PLCEditDialog", "Message waiting time:"),
-                 plcFxLinksMessageWaitingTimeRole, "1"),
-          list("format", format, plcFxLinksFormatRole, "1 4")}},
-        {PlcGroup::FxSerial,
-         "fxSerial",
-         plcInformation,
-         {check("newAgreement", QT_TRANSLATE_NOOP("PLCEditDialog", "New Agreement:"),
-                plcFxSerialNewAgreementRole, Initially::On)}},
-    };
+    addHex(fields, plcS7LocalTsapRole, "localTSAP", QT_TRANSLATE_NOOP("PLCEditDialog", "LocalTSAP:"),
+           "^[0-9A-Fa-f]{0,4}$")
+        ->initially("4D57");
+    addHex(fields, plcS7DestTsapRole, "destTSA", QT_TRANSLATE_NOOP("PLCEditDialog", "DestTSAP:"),
+           "^[0-9A-Fa-f]{0,4}$")
+        ->initially("4D57");
 }
 
-QVector<Group> omron()
+void addPpi(FieldGroup &fields)
 {
-    return {
-        {PlcGroup::Fins,
-         "fins",
-         plcInformation,
-         {list("mode", mode, plcFinsModeRole, "TCP UDP"),
-          number("unitNumber", QT_TRANSLATE_NOOP("PLCEditDialog", "Unit Number:"), plcFinsUnitNumberRole,
-                 "0"),
-          byteOrderList(plcFinsByteOrderRole),
-          check("charReversed", charReversed, plcFinsCharReversedRole, Initially::Off)}},
-        {PlcGroup::OmronEip, "omronEip", plcInformation, {number("Slot", slot, plcOmronEipSlotRole, "0")}},
-        {PlcGroup::HostLink,
-         "hostLink",
-         plcInformation,
-         {number("stationNum", stationNum, plcHostLinkStationNumRole, "0"),
-          number("deviceIDNum", QT_TRANSLATE_NOOP("PLCEditDialog", "DeviceID Num:"),
-                 plcHostLinkDeviceIdNumRole, "0"),
-          number("PLCUnit", QT_TRANSLATE_NOOP("PLCEditDialog", "PLC Unit Num:"), plcHostLinkPlcUnitRole, "0"),
-          number("hostcomputerUnit", QT_TRANSLATE_NOOP("PLCEditDialog", "Hostomputer Unit Num:"),
-                 plcHostLinkHostcomputerUnitRole, "0"),
-          byteOrderList(plcHostLinkByteOrderRole),
-          check("charReversed", charReversed, plcHostLinkCharReversedRole, Initially::Off)}},
-    };
+    addNumber(fields, plcPpiStationNumRole, "stationNum", stationNum)->initially("2");
 }
 
-QVector<Group> others()
+void addMitsubishiEip(FieldGroup &fields)
 {
-    return {
-        {PlcGroup::AllenBradleyEip,
-         "allenBradleyEip",
-         plcInformation,
-         {Field{"model",
-                model,
-                FieldKind::Coded,
-                plcAbModelRole,
-                FieldCheck::None,
-                {},
-                nullptr,
-                nullptr,
-                nullptr,
-                allenBradleyModels()},
-          number("Slot", slot, plcAbSlotRole, "0"),
-          number("router", QT_TRANSLATE_NOOP("PLCEditDialog", "Router:"), plcAbRouterRole, nullptr)}},
-        {PlcGroup::Df1,
-         "df1",
-         plcInformation,
-         {number("stationNum", stationNum, plcDf1StationNumRole, "1"),
-          number("targetNode", QT_TRANSLATE_NOOP("PLCEditDialog", "Target Node:"), plcDf1TargetNodeRole, "2"),
-          number("sourceNode", QT_TRANSLATE_NOOP("PLCEditDialog", "Source Node:"), plcDf1SourceNodeRole,
-                 "1")}},
-        {PlcGroup::Ads,
-         "ads",
-         plcInformation,
-         {check("autoNetld", QT_TRANSLATE_NOOP("PLCEditDialog", "Auto Netld:"), plcAdsAutoNetIdRole,
-                Initially::Off),
-          number("targetNetId", QT_TRANSLATE_NOOP("PLCEditDialog", "TargetNetId:"), plcAdsTargetNetIdRole,
-                 nullptr),
-          number("senderNetId", QT_TRANSLATE_NOOP("PLCEditDialog", "SenderNetId:"), plcAdsSenderNetIdRole,
-                 nullptr),
-          check("tagCache", QT_TRANSLATE_NOOP("PLCEditDialog", "Tag Cache:"), plcAdsTagCacheRole,
-                Initially::Off)}},
-    };
+    addNumber(fields, plcMitsubishiEipSlotRole, "Slot", slot)->initially("0");
+}
+
+void addMc3c(FieldGroup &fields)
+{
+    addNumber(fields, plcMc3cStationNumRole, "stationNum", stationNum)->initially("2");
+    addList(fields, plcMc3cFormatRole, "format", format, "1 2 3 4");
+    addCheck(fields, plcMc3cSumCheckRole, "sumCheck", sumCheck)->initially(true);
+    addCheck(fields, plcMc3cWriteBitByWordRole, "writebitByword", writeBitByWord)->initially(true);
+}
+
+void addMc1e(FieldGroup &fields)
+{
+    addHex(fields, plcMc1eStationNumRole, "stationNum", stationNum, "^[0-9A-Fa-f]*$")->initially("FF");
+    addCheck(fields, plcMc1eBinaryRole, "binary", binary)->initially(true);
+}
+
+void addMc3e(FieldGroup &fields)
+{
+    addList(fields, plcMc3eModeRole, "mode", mode, "TCP UDP");
+    addNumber(fields, plcMc3eStationNumRole, "stationNum", stationNum)->initially("0");
+    addNumber(fields, plcMc3eNetNumRole, "netNum", QT_TRANSLATE_NOOP("PLCEditDialog", "Net Num:"))
+        ->initially("0");
+    addCheck(fields, plcMc3eBinaryRole, "binary", binary)->initially(true);
+    addCheck(fields, plcMc3eWriteBitByWordRole, "writeBitByWord", writeBitByWord)->initially(true);
+    addCheck(fields, plcMc3eCharReversedRole, "charReversed", charReversed);
+}
+
+void addFxLinks(FieldGroup &fields)
+{
+    addNumber(fields, plcFxLinksStationNumRole, "stationNum", stationNum)->initially("0");
+    addCheck(fields, plcFxLinksSumCheckRole, "sumCheck", sumCheck)->initially(true);
+    addNumber(fields, plcFxLinksMessageWaitingTimeRole, "messageWaitingTime",
+              QT_TRANSLATE_NOOP("PLCEditDialog", "Message waiting time:"))
+        ->initially("1");
+    addList(fields, plcFxLinksFormatRole, "format", format, "1 4");
+}
+
+void addFxSerial(FieldGroup &fields)
+{
+    addCheck(fields, plcFxSerialNewAgreementRole, "newAgreement",
+             QT_TRANSLATE_NOOP("PLCEditDialog", "New Agreement:"))
+        ->initially(true);
+}
+
+void addFins(FieldGroup &fields)
+{
+    addList(fields, plcFinsModeRole, "mode", mode, "TCP UDP");
+    addNumber(fields, plcFinsUnitNumberRole, "unitNumber", QT_TRANSLATE_NOOP("PLCEditDialog", "Unit Number:"))
+        ->initially("0");
+    addByteOrder(fields, plcFinsByteOrderRole);
+    addCheck(fields, plcFinsCharReversedRole, "charReversed", charReversed);
+}
+
+void addOmronEip(FieldGroup &fields)
+{
+    addNumber(fields, plcOmronEipSlotRole, "Slot", slot)->initially("0");
+}
+
+void addHostLink(FieldGroup &fields)
+{
+    addNumber(fields, plcHostLinkStationNumRole, "stationNum", stationNum)->initially("0");
+    addNumber(fields, plcHostLinkDeviceIdNumRole, "deviceIDNum",
+              QT_TRANSLATE_NOOP("PLCEditDialog", "DeviceID Num:"))
+        ->initially("0");
+    addNumber(fields, plcHostLinkPlcUnitRole, "PLCUnit", QT_TRANSLATE_NOOP("PLCEditDialog", "PLC Unit Num:"))
+        ->initially("0");
+    addNumber(fields, plcHostLinkHostcomputerUnitRole, "hostcomputerUnit",
+              QT_TRANSLATE_NOOP("PLCEditDialog", "Hostomputer Unit Num:"))
+        ->initially("0");
+    addByteOrder(fields, plcHostLinkByteOrderRole);
+    addCheck(fields, plcHostLinkCharReversedRole, "charReversed", charReversed);
+}
+
+void addAllenBradleyEip(FieldGroup &fields)
+{
+    fields.add<CodedField>(plcAbModelRole, "model", model)->choices(allenBradleyModels());
+    addNumber(fields, plcAbSlotRole, "Slot", slot)->initially("0");
+    addNumber(fields, plcAbRouterRole, "router", QT_TRANSLATE_NOOP("PLCEditDialog", "Router:"));
+}
+
+void addDf1(FieldGroup &fields)
+{
+    addNumber(fields, plcDf1StationNumRole, "stationNum", stationNum)->initially("1");
+    addNumber(fields, plcDf1TargetNodeRole, "targetNode", QT_TRANSLATE_NOOP("PLCEditDialog", "Target Node:"))
+        ->initially("2");
+    addNumber(fields, plcDf1SourceNodeRole, "sourceNode", QT_TRANSLATE_NOOP("PLCEditDialog", "Source Node:"))
+        ->initially("1");
+}
+
+void addAds(FieldGroup &fields)
+{
+    addCheck(fields, plcAdsAutoNetIdRole, "autoNetld", QT_TRANSLATE_NOOP("PLCEditDialog", "Auto Netld:"));
+    addNumber(fields, plcAdsTargetNetIdRole, "targetNetId",
+              QT_TRANSLATE_NOOP("PLCEditDialog", "TargetNetId:"));
+    addNumber(fields, plcAdsSenderNetIdRole, "senderNetId",
+              QT_TRANSLATE_NOOP("PLCEditDialog", "SenderNetId:"));
+    addCheck(fields, plcAdsTagCacheRole, "tagCache", QT_TRANSLATE_NOOP("PLCEditDialog", "Tag Cache:"));
 }
 
 // The roles of a maker of Modbus devices.
@@ -252,73 +224,104 @@ struct ModbusRoles {
     int charReversed;
 };
 
-Group modbusGroup(PlcGroup id, const char *name, const char *manufacturer, const ModbusRoles &roles,
-                  Initially startsAtZero)
+// The list of series and the check of the address 0 are for the maker's own ways.
+struct ModbusRows {
+    ListField *series;
+    CheckField *startAddress0;
+};
+
+ModbusRows addModbusMaker(FieldGroup &fields, const char *manufacturer, const ModbusRoles &roles)
 {
-    return {id,
-            name,
-            plcInformation,
-            {list("series", series, roles.series, PlcCatalogue::series(QLatin1String(manufacturer))),
-             number("stationNum", stationNum, roles.stationNum, "1"), byteOrderList(roles.byteOrder),
-             check("startAddress0", startAddress0, roles.startAddress0, startsAtZero),
-             check("charReversed", charReversed, roles.charReversed, Initially::Off)}};
+    auto *ofMaker = fields.add<ListField>(roles.series, "series", series)
+                        ->entries(PlcCatalogue::series(QLatin1String(manufacturer)));
+    addNumber(fields, roles.stationNum, "stationNum", stationNum)->initially("1");
+    addByteOrder(fields, roles.byteOrder);
+    auto *startsAtZero = addCheck(fields, roles.startAddress0, "startAddress0", startAddress0);
+    addCheck(fields, roles.charReversed, "charReversed", charReversed);
+    return {ofMaker, startsAtZero};
 }
 
-QVector<Group> modbusMakers()
+void addInovance(FieldGroup &fields)
 {
-    return {
-        modbusGroup(PlcGroup::Inovance, "inovance", "Inovance",
-                    {plcInovanceSeriesRole, plcInovanceStationNumRole, plcInovanceByteOrderRole,
-                     plcInovanceStartAddress0Role, plcInovanceCharReversedRole},
-                    Initially::On),
-        modbusGroup(PlcGroup::Xinje, "xinje", "XinJE",
-                    {plcXinjeSeriesRole, plcXinjeStationNumRole, plcXinjeByteOrderRole,
-                     plcXinjeStartAddress0Role, plcXinjeCharReversedRole},
-                    Initially::On),
-        modbusGroup(PlcGroup::Modbus, "modbus", "Modbus",
-                    {plcModbusSeriesRole, plcModbusStationNumRole, plcModbusByteOrderRole,
-                     plcModbusStartAddress0Role, plcModbusCharReversedRole},
-                    Initially::On),
-        // Compat: off, unlike the three before.
-        modbusGroup(PlcGroup::Delta, "delta", "Delta",
-                    {plcDeltaSeriesRole, plcDeltaStationNumRole, plcDeltaByteOrderRole,
-                     plcDeltaStartAddress0Role, plcDeltaCharReversedRole},
-                    Initially::Off),
-    };
+    addModbusMaker(fields, "Inovance",
+                   {plcInovanceSeriesRole, plcInovanceStationNumRole, plcInovanceByteOrderRole,
+                    plcInovanceStartAddress0Role, plcInovanceCharReversedRole})
+        .startAddress0->initially(true);
+}
+
+void addXinje(FieldGroup &fields)
+{
+    addModbusMaker(fields, "XinJE",
+                   {plcXinjeSeriesRole, plcXinjeStationNumRole, plcXinjeByteOrderRole,
+                    plcXinjeStartAddress0Role, plcXinjeCharReversedRole})
+        .startAddress0->initially(true);
+}
+
+void addModbus(FieldGroup &fields)
+{
+    const ModbusRows rows =
+        addModbusMaker(fields, "Modbus",
+                       {plcModbusSeriesRole, plcModbusStationNumRole, plcModbusByteOrderRole,
+                        plcModbusStartAddress0Role, plcModbusCharReversedRole});
+    rows.series->disabled();
+    rows.startAddress0->initially(true);
+}
+
+void addDelta(FieldGroup &fields)
+{
+    // Compat: off, unlike the three before.
+    addModbusMaker(fields, "Delta",
+                   {plcDeltaSeriesRole, plcDeltaStationNumRole, plcDeltaByteOrderRole,
+                    plcDeltaStartAddress0Role, plcDeltaCharReversedRole});
 }
 
 } // namespace
 
-QVector<Field> attributes()
+TextField *addNumber(FieldGroup &fields, int role, const char *name, const char *label)
 {
-    return {
-        {"name", QT_TRANSLATE_NOOP("PLCEditDialog", "PLC Name:"), FieldKind::ReadOnly, Qt::DisplayRole},
-        {"manufacturer", QT_TRANSLATE_NOOP("PLCEditDialog", "Manufacturer:"), FieldKind::ReadOnly,
-         plcManufacturerRole},
-        {"protocol", QT_TRANSLATE_NOOP("PLCEditDialog", "Protocol:"), FieldKind::List, plcProtocolRole},
+    return fields.add<TextField>(role, name, label)->check(integerValidator);
+}
+
+ListField *addModels(FieldGroup &fields)
+{
+    return fields.add<ListField>(plcModelRole, "model", model);
+}
+
+void addOmronModel(FieldGroup &fields)
+{
+    fields.addUnseen<TextField>(plcOmronEipModelRole, "omronModel", fields.translated(model))
+        ->initially("omron-njnx");
+}
+
+const QVector<Group> &groups()
+{
+    static const QVector<Group> all = {
+        {PlcGroup::Network, "network", QT_TRANSLATE_NOOP("PLCEditDialog", "Network Layer Information"),
+         addNetwork},
+        {PlcGroup::Serial, "serial", QT_TRANSLATE_NOOP("PLCEditDialog", "Serial Port Information"),
+         addSerial},
+        {PlcGroup::S7Model, "s7Model", plcInformation, nullptr},
+        {PlcGroup::S7Rack, "s7Rack", nullptr, addS7Rack},
+        {PlcGroup::S7Tsap, "s7Tsap", nullptr, addS7Tsap},
+        {PlcGroup::Ppi, "ppi", plcInformation, addPpi},
+        {PlcGroup::MitsubishiEip, "mitsubishiEip", plcInformation, addMitsubishiEip},
+        {PlcGroup::Mc3c, "mc3c", plcInformation, addMc3c},
+        {PlcGroup::Mc1e, "mc1e", plcInformation, addMc1e},
+        {PlcGroup::Mc3e, "mc3e", plcInformation, addMc3e},
+        {PlcGroup::FxLinks, "fxLinks", plcInformation, addFxLinks},
+        {PlcGroup::FxSerial, "fxSerial", plcInformation, addFxSerial},
+        {PlcGroup::Fins, "fins", plcInformation, addFins},
+        {PlcGroup::OmronEip, "omronEip", plcInformation, addOmronEip},
+        {PlcGroup::HostLink, "hostLink", plcInformation, addHostLink},
+        {PlcGroup::AllenBradleyEip, "allenBradleyEip", plcInformation, addAllenBradleyEip},
+        {PlcGroup::Df1, "df1", plcInformation, addDf1},
+        {PlcGroup::Ads, "ads", plcInformation, addAds},
+        {PlcGroup::Inovance, "inovance", plcInformation, addInovance},
+        {PlcGroup::Xinje, "xinje", plcInformation, addXinje},
+        {PlcGroup::Modbus, "modbus", plcInformation, addModbus},
+        {PlcGroup::Delta, "delta", plcInformation, addDelta},
     };
-}
-
-QVector<Group> groups()
-{
-    return QVector<Group>{
-               {PlcGroup::Network, "network", QT_TRANSLATE_NOOP("PLCEditDialog", "Network Layer Information"),
-                network()},
-               {PlcGroup::Serial, "serial", QT_TRANSLATE_NOOP("PLCEditDialog", "Serial Port Information"),
-                serial()},
-           }
-    + siemens() + mitsubishi() + omron() + others() + modbusMakers();
-}
-
-QVector<Field> trigger()
-{
-    return {number("collectionInterval", QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"),
-                   plcCollectionIntervalRole, "2000")};
-}
-
-QVector<Field> omronModel()
-{
-    return {{"omronModel", model, FieldKind::Text, plcOmronEipModelRole, FieldCheck::None, {}, "omron-njnx"}};
+    return all;
 }
 
 } // namespace PlcFields

@@ -1134,14 +1134,6 @@
         <translation>编辑PLC</translation>
     </message>
     <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
         <source>PLC Attribute</source>
         <translation>PLC 属性</translation>
     </message>
@@ -2835,14 +2827,6 @@
         <translation>编辑Service</translation>
     </message>
     <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
         <source>The Standard OpcUa &apos;%1&apos; is saved successfully.</source>
         <translation>Standard OpcUa“%1”保存成功。</translation>
     </message>
@@ -2927,14 +2911,6 @@
         <source>Edit Standard</source>
         <translation>编辑Standard</translation>
     </message>
-    <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
 </context>
 <context>
     <name>TableCopy</name>
@@ -2978,14 +2954,6 @@
     <message>
         <source>Edit Standard</source>
         <translation>编辑Standard</translation>
-    </message>
-    <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
     </message>
     <message>
         <source>Select All</source>
@@ -3100,14 +3068,6 @@
     <message>
         <source>No tab selected.</source>
         <translation>未选择标签页。</translation>
-    </message>
-    <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
     </message>
     <message>
         <source>Network Layer Information</source>

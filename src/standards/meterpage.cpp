@@ -10,9 +10,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QFormLayout>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QSignalBlocker>
 #include <QTableWidget>
 
@@ -24,20 +22,6 @@ constexpr char context[] = "standardDLT645EditDialog";
 QString translated(const char *source)
 {
     return QCoreApplication::translate(context, source);
-}
-
-QVector<Field> meterFields()
-{
-    return {
-        {"slaveAddressEdit", QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"), FieldKind::Text,
-         FieldTable::noRole},
-        {"protocolVersionComboBox",
-         QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol Version:"),
-         FieldKind::List,
-         FieldTable::noRole,
-         FieldCheck::None,
-         {Dlt645::versionText(Dlt645::Version2007), Dlt645::versionText(Dlt645::Version1997)}},
-    };
 }
 
 QCheckBox *tickOf(const QTableWidget *table, int row)
@@ -55,17 +39,23 @@ QString textOf(const QTableWidget *table, int row, int column)
 
 MeterPage::MeterPage(int labelWidth, QWidget *parent)
     : StandardPage(parent)
-    , m_settings(context, meterFields())
+    , m_settings(context)
 {
     auto *column = new QVBoxLayout(this);
     auto *form = new QFormLayout;
     column->addLayout(form);
-    m_settings.build(form);
+    m_settings.setLayout(form);
+    m_settings
+        .add<TextField>(FormField::noRole, "slaveAddressEdit",
+                        QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"))
+        ->pattern("^[0-9A-Fa-f]{0,12}$")
+        ->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
+    m_version =
+        m_settings
+            .add<ListField>(FormField::noRole, "protocolVersionComboBox",
+                            QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol Version:"))
+            ->entries({Dlt645::versionText(Dlt645::Version2007), Dlt645::versionText(Dlt645::Version1997)});
     m_settings.setLabelWidth(labelWidth - column->contentsMargins().left());
-    QLineEdit *address = m_settings.lineEdit(QStringLiteral("slaveAddressEdit"));
-    static const QRegularExpression digits(QStringLiteral("^[0-9A-Fa-f]{0,12}$"));
-    address->setValidator(new QRegularExpressionValidator(digits, address));
-    address->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
 
     QPushButton *all =
         FormPage::button(translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Select All")),
@@ -98,11 +88,6 @@ QTableWidget *MeterPage::makeTable()
     return table;
 }
 
-QComboBox *MeterPage::version() const
-{
-    return m_settings.comboBox(QStringLiteral("protocolVersionComboBox"));
-}
-
 QTableWidget *MeterPage::table() const
 {
     return m_table;
@@ -113,7 +98,7 @@ RowList MeterPage::rows() const
     if (!m_table) {
         return {};
     }
-    RowList rows{{m_settings.text(QStringLiteral("slaveAddressEdit")), version()->currentText()}};
+    RowList rows{m_settings.values()};
     for (int row = 0; row < m_table->rowCount(); ++row) {
         rows.append({tickOf(m_table, row)->isChecked(), textOf(m_table, row, labelColumn),
                      textOf(m_table, row, nameColumn)});
@@ -127,10 +112,9 @@ void MeterPage::setRows(const RowList &rows)
         return;
     }
     if (!rows.isEmpty()) {
-        m_settings.setText(QStringLiteral("slaveAddressEdit"), rows.first().value(0).toString());
         // This page need not be the current one, on which a change of the edition would act.
         const QSignalBlocker quiet(version());
-        version()->setCurrentText(rows.first().value(1).toString());
+        m_settings.setValues(rows.first());
     }
     showItems();
     const QSignalBlocker quiet(m_table);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "forms/fieldtable.h"
+#include "forms/fieldgroup.h"
 #include "standards/standardpage.h"
 
 #include <QPointer>
@@ -21,7 +21,7 @@ public:
     // The labels of the fields are that many pixels wide, less the page's margin.
     MeterPage(int labelWidth, QWidget *parent);
 
-    QComboBox *version() const;
+    QComboBox *version() const { return m_version->box(); }
     // Null if it is gone.
     QTableWidget *table() const;
 
@@ -41,6 +41,7 @@ signals:
 private:
     QTableWidget *makeTable();
 
-    FieldTable m_settings;
+    FieldGroup m_settings;
+    ListField *m_version = nullptr;
     QPointer<QTableWidget> m_table;
 };

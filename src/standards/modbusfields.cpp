@@ -1,96 +1,51 @@
 #include "standards/modbusfields.h"
 
-#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "standards/standardfields.h"
+#include "standards/standardmodbuseditdialog.h"
 
-QVector<Field> ModbusFields::identity()
+void ModbusFields::addNetwork(FieldGroup &fields)
 {
-    return {
-        {"name", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Server Name:"), FieldKind::Text,
-         Qt::DisplayRole},
-        {"protocol",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "Protocol:"),
-         FieldKind::List,
-         standardProtocolRole,
-         FieldCheck::None,
-         {QStringLiteral("Modbus")}},
-        {"modbus",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "Modbus:"),
-         FieldKind::List,
-         standardModbusModeRole,
-         FieldCheck::None,
-         {Protocols::modbusTcp, Protocols::modbusRtu}},
-    };
+    fields.add<TextField>(standardIpRole, "ip", standardModbusEditDialog::tr("IP:"))
+        ->check(ipv4Validator)
+        ->initially("192.168.1.60");
+    fields.add<TextField>(standardPortRole, "port", standardModbusEditDialog::tr("Port:"))
+        ->check(portValidator)
+        ->initially("502");
+    fields
+        .add<TextField>(standardConnectionTimeoutRole, "connectionTimeout",
+                        standardModbusEditDialog::tr("Connection Timeout:"))
+        ->check(integerValidator)
+        ->initially("2000");
+    fields
+        .add<TextField>(standardCommunicationTimeoutRole, "communicationTimeout",
+                        standardModbusEditDialog::tr("Communication Timeout:"))
+        ->check(integerValidator)
+        ->initially("2000");
+    fields
+        .add<TextField>(standardKeepAliveRole, "keepAlive", standardModbusEditDialog::tr("Keep Alive Time:"))
+        ->check(integerValidator)
+        ->initially("60000");
 }
 
-QVector<Field> ModbusFields::network()
+void ModbusFields::addSerial(FieldGroup &fields)
 {
-    return {
-        {"ip",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "IP:"),
-         FieldKind::Text,
-         standardIpRole,
-         FieldCheck::Ipv4,
-         {},
-         "192.168.1.60"},
-        {"port",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "Port:"),
-         FieldKind::Text,
-         standardPortRole,
-         FieldCheck::Port,
-         {},
-         "502"},
-        {"connectionTimeout",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "Connection Timeout:"),
-         FieldKind::Text,
-         standardConnectionTimeoutRole,
-         FieldCheck::Integer,
-         {},
-         "2000"},
-        {"communicationTimeout",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "Communication Timeout:"),
-         FieldKind::Text,
-         standardCommunicationTimeoutRole,
-         FieldCheck::Integer,
-         {},
-         "2000"},
-        {"keepAlive",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "Keep Alive Time:"),
-         FieldKind::Text,
-         standardKeepAliveRole,
-         FieldCheck::Integer,
-         {},
-         "60000"},
-    };
+    StandardFields::addSerialLine(fields);
+    StandardFields::addSerialTimes(fields, standardRtuCommunicationTimeoutRole, "rtuCommunicationTimeout");
 }
 
-QVector<Field> ModbusFields::serial()
+void ModbusFields::addSlave(FieldGroup &fields)
 {
-    return StandardFields::serialLine()
-        + StandardFields::serialTimes("rtuCommunicationTimeout", standardRtuCommunicationTimeoutRole);
-}
-
-QVector<Field> ModbusFields::slave()
-{
-    return {
-        {"seriesComboBox",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "Series:"),
-         FieldKind::List,
-         FieldTable::noRole,
-         FieldCheck::None,
-         {QStringLiteral("standard")}},
-        {"stationNumEdit", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Station Num:"), FieldKind::Text,
-         FieldTable::noRole, FieldCheck::Integer},
-        {"byteOrderComboBox",
-         QT_TRANSLATE_NOOP("standardModbusEditDialog", "Byte Order:"),
-         FieldKind::List,
-         FieldTable::noRole,
-         FieldCheck::None,
-         {QStringLiteral("ABCD"), QStringLiteral("BADC"), QStringLiteral("CDAB"), QStringLiteral("DCBA")}},
-        {"startAddress0CheckBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "StartAddress0:"),
-         FieldKind::Check, FieldTable::noRole},
-        {"charReversedCheckBox", QT_TRANSLATE_NOOP("standardModbusEditDialog", "Char Reversed:"),
-         FieldKind::Check, FieldTable::noRole},
-    };
+    constexpr int none = FormField::noRole; // row 0 of the tab keeps them
+    fields.add<ListField>(none, "seriesComboBox", standardModbusEditDialog::tr("Series:"))
+        ->entries("standard")
+        ->disabled();
+    fields.add<TextField>(none, "stationNumEdit", standardModbusEditDialog::tr("Station Num:"))
+        ->check(integerValidator)
+        ->setText(QStringLiteral("1"));
+    fields.add<ListField>(none, "byteOrderComboBox", standardModbusEditDialog::tr("Byte Order:"))
+        ->entries("ABCD BADC CDAB DCBA");
+    fields.add<CheckField>(none, "startAddress0CheckBox", standardModbusEditDialog::tr("StartAddress0:"))
+        ->setText(QStringLiteral("true"));
+    fields.add<CheckField>(none, "charReversedCheckBox", standardModbusEditDialog::tr("Char Reversed:"));
 }

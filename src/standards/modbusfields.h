@@ -1,17 +1,14 @@
 #pragma once
 
-#include "forms/fieldtable.h"
+#include "forms/fieldgroup.h"
 
-// The fields of the form of a Modbus Standard, group by group.
+// The rows of the form of a Modbus Standard, group by group; all texts but those of the serial line are
+// source texts of that form.
 namespace ModbusFields {
 
-// Of their translations.
-constexpr char context[] = "standardModbusEditDialog";
-
-QVector<Field> identity();
-QVector<Field> network();
-QVector<Field> serial();
+void addNetwork(FieldGroup &fields);
+void addSerial(FieldGroup &fields);
 // The settings of a slave: row 0 of its tab, in this order.
-QVector<Field> slave();
+void addSlave(FieldGroup &fields);
 
 } // namespace ModbusFields

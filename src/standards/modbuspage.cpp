@@ -7,16 +7,14 @@
 
 ModbusPage::ModbusPage(int fieldColumn, QWidget *parent)
     : StandardPage(parent)
-    , m_settings(ModbusFields::context, ModbusFields::slave())
+    , m_settings("standardModbusEditDialog")
 {
     auto *column = new QVBoxLayout(this);
     auto *form = new QFormLayout;
     column->addLayout(form);
-    m_settings.build(form);
+    m_settings.setLayout(form);
+    ModbusFields::addSlave(m_settings);
     m_settings.setLabelWidth(fieldColumn - column->contentsMargins().left());
-    m_settings.widget(QStringLiteral("seriesComboBox"))->setEnabled(false);
-    m_settings.setText(QStringLiteral("stationNumEdit"), QStringLiteral("1"));
-    m_settings.setText(QStringLiteral("startAddress0CheckBox"), QStringLiteral("true"));
 }
 
 void ModbusPage::addTable(QWidget *buttons, ParameterTable *table)
@@ -38,11 +36,7 @@ RowList ModbusPage::rows() const
     if (!m_table) {
         return {};
     }
-    QVariantList settings;
-    for (const Field &field : m_settings.fields()) {
-        settings.append(m_settings.value(QLatin1String(field.name)));
-    }
-    return RowList{settings} + m_table->rows();
+    return RowList{m_settings.values()} + m_table->rows();
 }
 
 void ModbusPage::setRows(const RowList &rows)
@@ -50,9 +44,6 @@ void ModbusPage::setRows(const RowList &rows)
     if (rows.isEmpty() || !m_table) {
         return;
     }
-    int index = 0;
-    for (const Field &field : m_settings.fields()) {
-        m_settings.setText(QLatin1String(field.name), rows.first().value(index++).toString());
-    }
+    m_settings.setValues(rows.first());
     m_table->fill(rows.mid(1));
 }

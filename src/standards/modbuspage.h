@@ -1,6 +1,6 @@
 #pragma once
 
-#include "forms/fieldtable.h"
+#include "forms/fieldgroup.h"
 #include "standards/standardpage.h"
 
 #include <QPointer>
@@ -26,6 +26,6 @@ public:
     void setRows(const RowList &rows) override;
 
 private:
-    FieldTable m_settings;
+    FieldGroup m_settings;
     QPointer<ParameterTable> m_table;
 };

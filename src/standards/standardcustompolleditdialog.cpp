@@ -22,19 +22,17 @@ int columnOf(ParameterCell cell)
 
 standardCustomPollEditDialog::standardCustomPollEditDialog(QStandardItem *item, Workspace *workspace,
                                                            QWidget *parent)
-    : StandardTableForm(
-        {"CustomPoll", ParameterVariant::customPoll(),
-         QT_TRANSLATE_NOOP("standardCustomPollEditDialog",
-                           "The Standard CustomPoll '%1' is saved successfully."),
-         "standardCustomPollEditDialog: save"},
-        StandardFields::serialLine()
-            + StandardFields::serialTimes("communicationTimeout", standardCommunicationTimeoutRole),
-        item, workspace, parent)
+    : StandardTableForm({staticMetaObject.className(),
+                         QT_TRANSLATE_NOOP("standardCustomPollEditDialog",
+                                           "The Standard CustomPoll '%1' is saved successfully.")},
+                        "CustomPoll", ParameterVariant::customPoll(), item, workspace, parent)
     , m_hexDigits(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9a-fA-F ]*")), this))
     , m_printable(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[ -~]*")), this))
 {
-    connect(currentTable(), &ParameterTable::rowMade, this, &standardCustomPollEditDialog::connectRow);
-    begin();
+    StandardFields::addSerialLine(fields());
+    StandardFields::addSerialTimes(fields(), standardCommunicationTimeoutRole, "communicationTimeout");
+    connect(addTable(), &ParameterTable::rowMade, this, &standardCustomPollEditDialog::connectRow);
+    setParts();
 }
 
 void standardCustomPollEditDialog::connectRow(int row)

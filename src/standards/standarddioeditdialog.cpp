@@ -4,11 +4,12 @@
 
 standardDIOEditDialog::standardDIOEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
     : StandardTableForm(
-        {"DIDO", ParameterVariant::dido(),
+        {staticMetaObject.className(),
          QT_TRANSLATE_NOOP("standardDIOEditDialog", "The Standard DIDO '%1' is saved successfully."),
          // On purpose the protocol's name, unlike the other lines of this form: so a save is found in logs.
-         "standardDIDOEditDialog: save"},
-        {}, item, workspace, parent)
+         "standardDIDOEditDialog"},
+        "DIDO", ParameterVariant::dido(), item, workspace, parent)
 {
-    begin();
+    addTable();
+    setParts();
 }

@@ -1,46 +1,32 @@
 #pragma once
 
-#include "forms/editform.h"
-#include "forms/fieldtable.h"
-#include "model/itemref.h"
+#include "forms/definitionform.h"
 #include "model/projecttree.h"
 
 class MeterPage;
-class QPushButton;
-class QStandardItem;
 class QTableWidget;
 class StandardTabs;
-class Workspace;
 
 // The form of a Standard of protocol "DLT645": one serial line, and a tab for each meter on it with its
 // address, its edition of DL/T 645 and the items ticked for reading. "Save" is connected by the main window.
-class standardDLT645EditDialog : public EditForm
+class standardDLT645EditDialog : public DefinitionForm
 {
     Q_OBJECT
 public:
     // Writes the text defaults into the item's empty roles.
     standardDLT645EditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
-    ~standardDLT645EditDialog() override;
-
-    // Shows another Standard; what was typed and not saved is overwritten.
-    void replaceItem(QStandardItem *item);
     // Appends a tab with the 2007 items and the next number; it does not become the current one.
     void addTab();
     // Fills the tab of that title, made if missing: row 0 holds slave address and edition, each further row,
     // by position, a tick, an item label and the user's name. Without any row the tab keeps its settings.
     void loadTab(QString title, QList<QVariantList> rows);
 
-    QLineEdit *nameEdit() const;
-    QPushButton *saveButton() const { return m_save; }
+    QLineEdit *nameEdit() const { return m_name->edit(); }
 
 public slots:
-    void saveChanges();
-    void clearData();
     // Clears a name that another row of the sender's table has, and says so.
     void validateName(int row, int column);
     bool isNameDuplicate(QTableWidget *table, int currentRow, QString currentName);
-    // The guard against the wheel, which may be called by name here.
-    bool eventFilter(QObject *obj, QEvent *event) override;
     // Ticks all rows of the current tab, or none if all were ticked; for the first column only.
     void toggleSelectAll(int logicalIndex);
     void deleteTab(int index);
@@ -52,15 +38,10 @@ private:
     MeterPage *makePage(const QString &title);
     // Null without a tab that has its table.
     MeterPage *currentPage() const;
-    void fillFields();
-    void loadTabs();
 
-    ItemRef m_item;
-    Workspace *m_workspace; // Not owned; may be null.
-    FieldTable m_identity;
-    FieldTable m_serial;
-    FieldTable m_trigger;
+    FieldGroup m_fields;
+    CustomPart m_stored; // the tabs
+    TextField *m_name = nullptr;
     StandardTabs *m_tabs = nullptr;
-    QPushButton *m_save = nullptr;
     bool m_clearingName = false;
 };

@@ -4,76 +4,60 @@
 #include "model/itemroles.h"
 
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QFormLayout>
 
-QVector<Field> StandardFields::serialLine(const char *baudRate, const char *parity)
+void StandardFields::addSerialLine(FieldGroup &fields, const char *baudRate, const char *parity)
 {
-    const auto list = [](const char *name, const char *label, int role, const QStringList &entries,
-                         const char *fallback) {
-        return Field{name, label, FieldKind::List, role, FieldCheck::None, entries, nullptr, fallback};
-    };
-    return {
-        list("serialport", QT_TRANSLATE_NOOP("StandardFields", "Serial Port:"), standardSerialPortRole,
-             {QStringLiteral("COM1"), QStringLiteral("COM2")}, nullptr),
-        list("baudRate", QT_TRANSLATE_NOOP("StandardFields", "Baud Rate:"), standardBaudRateRole,
-             {QStringLiteral("115200"), QStringLiteral("57600"), QStringLiteral("38400"),
-              QStringLiteral("19200"), QStringLiteral("9600"), QStringLiteral("4800"), QStringLiteral("2400"),
-              QStringLiteral("1200"), QStringLiteral("600")},
-             baudRate),
-        list("dataBit", QT_TRANSLATE_NOOP("StandardFields", "Data Bit:"), standardDataBitRole,
-             {QStringLiteral("8"), QStringLiteral("7")}, nullptr),
-        list("stopBit", QT_TRANSLATE_NOOP("StandardFields", "Stop Bit:"), standardStopBitRole,
-             {QStringLiteral("1"), QStringLiteral("2")}, nullptr),
-        list("parityBit", QT_TRANSLATE_NOOP("StandardFields", "Parity Bit:"), standardParityBitRole,
-             {QStringLiteral("NONE"), QStringLiteral("ODD"), QStringLiteral("EVEN")}, parity),
-        {"rtsEnable", QT_TRANSLATE_NOOP("StandardFields", "Rts Enable:"), FieldKind::Check,
-         standardRtsEnableRole},
-    };
+    fields
+        .add<ListField>(standardSerialPortRole, "serialport",
+                        QT_TRANSLATE_NOOP("StandardFields", "Serial Port:"))
+        ->entries("COM1 COM2");
+    fields
+        .add<ListField>(standardBaudRateRole, "baudRate", QT_TRANSLATE_NOOP("StandardFields", "Baud Rate:"))
+        ->entries("115200 57600 38400 19200 9600 4800 2400 1200 600")
+        ->fallback(baudRate);
+    fields.add<ListField>(standardDataBitRole, "dataBit", QT_TRANSLATE_NOOP("StandardFields", "Data Bit:"))
+        ->entries("8 7");
+    fields.add<ListField>(standardStopBitRole, "stopBit", QT_TRANSLATE_NOOP("StandardFields", "Stop Bit:"))
+        ->entries("1 2");
+    fields
+        .add<ListField>(standardParityBitRole, "parityBit",
+                        QT_TRANSLATE_NOOP("StandardFields", "Parity Bit:"))
+        ->entries("NONE ODD EVEN")
+        ->fallback(parity);
+    fields.add<CheckField>(standardRtsEnableRole, "rtsEnable",
+                           QT_TRANSLATE_NOOP("StandardFields", "Rts Enable:"));
 }
 
-QVector<Field> StandardFields::serialTimes(const char *timeoutName, int timeoutRole)
+void StandardFields::addSerialTimes(FieldGroup &fields, int timeoutRole, const char *timeoutName)
 {
-    return {
-        {timeoutName,
-         QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"),
-         FieldKind::Text,
-         timeoutRole,
-         FieldCheck::Integer,
-         {},
-         "2000"},
-        {"communicationGap",
-         QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"),
-         FieldKind::Text,
-         standardCommunicationGapRole,
-         FieldCheck::Integer,
-         {},
-         "-1"},
-    };
+    fields
+        .add<TextField>(timeoutRole, timeoutName,
+                        QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"))
+        ->check(integerValidator)
+        ->initially("2000");
+    fields
+        .add<TextField>(standardCommunicationGapRole, "communicationGap",
+                        QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"))
+        ->check(integerValidator)
+        ->initially("-1");
 }
 
-QVector<Field> StandardFields::trigger()
-{
-    return {{"collectionInterval",
-             QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"),
-             FieldKind::Text,
-             standardCollectionIntervalRole,
-             FieldCheck::Integer,
-             {},
-             "2000"}};
-}
-
-QWidget *StandardFields::triggerRow(FieldTable &table, QWidget *parent)
+QWidget *StandardFields::makeTriggerRow(FieldGroup &fields, QWidget *parent)
 {
     auto *row = new QWidget(parent);
     auto *form = new QFormLayout(row);
     form->setContentsMargins(0, 0, 0, 0);
-    table.build(form);
+    fields.setLayout(form);
+    fields
+        .add<TextField>(standardCollectionIntervalRole, "collectionInterval",
+                        QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"))
+        ->check(integerValidator)
+        ->initially("2000");
     // The list stands between the label and the period; its one entry is not stored.
     auto *trigger = new QComboBox(row);
     trigger->setObjectName(QStringLiteral("trigger"));
-    trigger->addItem(
-        QCoreApplication::translate(table.context(), QT_TRANSLATE_NOOP("StandardFields", "Timed Loops")));
+    trigger->addItem(fields.translated(QT_TRANSLATE_NOOP("StandardFields", "Timed Loops")));
     FormPage::putBeforeField(form, 0, trigger);
     return row;
 }

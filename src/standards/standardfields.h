@@ -1,20 +1,18 @@
 #pragma once
 
-#include "forms/fieldtable.h"
+#include "forms/fieldgroup.h"
 
-class QWidget;
-
-// Fields that the forms of several Standards share; their texts stand in the shared context StandardFields.
+// Rows that the forms of several Standards share; each function adds its own to the group. Their texts stand
+// in the shared context StandardFields.
 namespace StandardFields {
 
 // The serial line from port to parity and the RTS flag; preselected entries of baud rate and parity for a
-// role that is not among the entries, or null for the first.
-QVector<Field> serialLine(const char *baudRate = nullptr, const char *parity = nullptr);
+// role that is not among the entries, or an empty text for the first.
+void addSerialLine(FieldGroup &fields, const char *baudRate = "", const char *parity = "");
 // The times of a serial line, in milliseconds; the time-out has a name and a role of its own for each kind.
-QVector<Field> serialTimes(const char *timeoutName, int timeoutRole);
-// The period of the trigger, in milliseconds.
-QVector<Field> trigger();
-// Builds the row with "Trigger Conditions:", its list and the period of the table.
-QWidget *triggerRow(FieldTable &table, QWidget *parent);
+void addSerialTimes(FieldGroup &fields, int timeoutRole, const char *timeoutName);
+// Makes the row with "Trigger Conditions:", its list and the period, in milliseconds; the group goes on
+// there.
+QWidget *makeTriggerRow(FieldGroup &fields, QWidget *parent);
 
 } // namespace StandardFields

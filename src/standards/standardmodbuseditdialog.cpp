@@ -1,10 +1,7 @@
 #include "standards/standardmodbuseditdialog.h"
 
 #include "definitions/protocols.h"
-#include "forms/formpage.h"
-#include "log/activitylog.h"
 #include "model/itemroles.h"
-#include "model/workspace.h"
 #include "parametertable/parametertable.h"
 #include "standards/modbusfields.h"
 #include "standards/modbuspage.h"
@@ -15,83 +12,91 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QStandardItem>
 #include <QTimer>
 
 standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
-    : ParameterForm(ParameterVariant::modbus(), workspace, parent)
-    , m_item(item)
-    , m_identity(ModbusFields::context, ModbusFields::identity())
-    , m_network(ModbusFields::context, ModbusFields::network())
-    , m_serial(ModbusFields::context, ModbusFields::serial())
-    , m_trigger(ModbusFields::context, StandardFields::trigger())
+    : ParameterForm(
+        {staticMetaObject.className(),
+         QT_TRANSLATE_NOOP("standardModbusEditDialog", "The Standard Modbus '%1' is saved successfully.")},
+        ParameterVariant::modbus(), item, workspace, parent)
+    , m_identity(staticMetaObject.className())
+    , m_network(staticMetaObject.className())
+    , m_serial(staticMetaObject.className())
+    , m_trigger(staticMetaObject.className())
+    , m_stored(
+          [this](QStandardItem *) {
+              QTimer::singleShot(0, this, [this] {
+                  if (!m_tabsLoaded) {
+                      loadTabs();
+                  }
+              });
+          },
+          [this](QStandardItem *saved) {
+              saved->setData(QVariant::fromValue(m_tabs->groups()), standardDatasRole);
+          },
+          [this] { m_tabs->deletePages(); },
+          [this](QStandardItem *) {
+              m_tabs->deletePages();
+              loadTabs();
+          })
 {
     setWindowTitle(tr("Edit Standard"));
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(FormPage::scrollArea(buildContent(), this));
-    const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
-    m_save = buttons.save;
-    connect(buttons.cancel, &QPushButton::clicked, this, &standardModbusEditDialog::rejected);
-
-    fillFields();
-    connect(m_identity.comboBox(QStringLiteral("modbus")), &QComboBox::currentTextChanged, this,
+    setContent(buildContent(), {&m_identity, &m_network, &m_serial, &m_trigger, &m_stored});
+    connect(m_link->box(), &QComboBox::currentTextChanged, this,
             &standardModbusEditDialog::onProtocolChanged);
-    onProtocolChanged(m_identity.text(QStringLiteral("modbus")));
-    QTimer::singleShot(0, this, [this] {
-        if (!m_tabsLoaded) {
-            loadTabs();
-        }
-    });
-    logToFile(QStringLiteral("standardModbusEditDialog: new-nuilt"));
-}
-
-standardModbusEditDialog::~standardModbusEditDialog()
-{
-    logToFile(QStringLiteral("standardModbusEditDialog: destroyed"));
+    onProtocolChanged(m_link->text());
 }
 
 QWidget *standardModbusEditDialog::buildContent()
 {
     auto *content = new QWidget(this);
     auto *column = new QVBoxLayout(content);
-    const auto group = [content, column](const QString &title, FieldTable &fields) {
-        auto *box = new QGroupBox(title, content);
-        fields.build(new QFormLayout(box));
-        column->addWidget(box);
-        return box;
-    };
-    group(QString(), m_identity)->setStyleSheet(QStringLiteral("QGroupBox { border: none; }"));
-    m_networkGroup = group(tr("Network Layer Information"), m_network);
-    m_serialGroup = group(tr("Serial Port Information"), m_serial);
+    const QWidget *identity = buildIdentity(column);
+    m_network.build(column, tr("Network Layer Information"));
+    ModbusFields::addNetwork(m_network);
+    m_serial.build(column, tr("Serial Port Information"));
+    ModbusFields::addSerial(m_serial);
 
     QPushButton *add = StandardTabs::makeAddButton(tr("Add Tab"), content);
     connect(add, &QPushButton::clicked, this, &standardModbusEditDialog::addTab);
     column->addWidget(add, 0, Qt::AlignLeft);
-    column->addWidget(StandardFields::triggerRow(m_trigger, content));
+    column->addWidget(StandardFields::makeTriggerRow(m_trigger, content));
 
     const QString title = QStringLiteral("Modbus-%1");
     m_tabs = new StandardTabs(title, title, content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardModbusEditDialog::deleteTab);
     column->addWidget(m_tabs);
-    alignFields();
+    alignFields(identity);
     return content;
 }
 
-void standardModbusEditDialog::alignFields()
+QWidget *standardModbusEditDialog::buildIdentity(QVBoxLayout *column)
+{
+    auto *box = new QGroupBox(column->parentWidget());
+    box->setStyleSheet(QStringLiteral("QGroupBox { border: none; }"));
+    column->addWidget(box);
+    m_identity.setLayout(new QFormLayout(box));
+    m_name = m_identity.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"));
+    m_identity.add<ListField>(standardProtocolRole, "protocol", tr("Protocol:"))->entries("Modbus");
+    m_link = m_identity.add<ListField>(standardModbusModeRole, "modbus", tr("Modbus:"))
+                 ->entries({Protocols::modbusTcp, Protocols::modbusRtu});
+    return box;
+}
+
+void standardModbusEditDialog::alignFields(const QWidget *identity)
 {
     int widest = 0;
-    for (const FieldTable *fields : {&m_identity, &m_network, &m_serial, &m_trigger}) {
+    for (const FieldGroup *fields :
+         QVector<const FieldGroup *>{&m_identity, &m_network, &m_serial, &m_trigger}) {
         widest = qMax(widest, fields->labelWidth());
     }
-    const QWidget *identity = m_identity.label(QStringLiteral("name"))->parentWidget();
     const auto inset = [](const QWidget *box) {
         return box->contentsMargins().left() + box->layout()->contentsMargins().left();
     };
     // The frames of the two groups stand furthest in; the labels of the others make up for it.
-    m_fieldColumn = widest + inset(m_networkGroup);
+    m_fieldColumn = widest + inset(m_network.box());
     m_identity.setLabelWidth(m_fieldColumn - inset(identity));
     m_network.setLabelWidth(widest);
     m_serial.setLabelWidth(widest);
@@ -108,29 +113,13 @@ ModbusPage *standardModbusEditDialog::makePage(const QString &title)
     return page;
 }
 
-void standardModbusEditDialog::fillFields()
-{
-    for (const FieldTable *fields : {&m_identity, &m_network, &m_serial, &m_trigger}) {
-        fields->fill(m_item.item());
-    }
-}
-
 void standardModbusEditDialog::loadTabs()
 {
     m_tabsLoaded = true;
-    if (const QStandardItem *item = m_item.item()) {
-        m_tabs->load(item->data(standardDatasRole),
+    if (const QStandardItem *shown = item()) {
+        m_tabs->load(shown->data(standardDatasRole),
                      [this](const QString &title, const RowList &rows) { loadTab(title, rows); });
     }
-}
-
-void standardModbusEditDialog::replaceItem(QStandardItem *item)
-{
-    m_item = ItemRef(item);
-    fillFields();
-    m_tabs->deletePages();
-    loadTabs();
-    logToFile(QStringLiteral("standardModbusEditDialog: replace"));
 }
 
 void standardModbusEditDialog::addTab()
@@ -152,47 +141,10 @@ void standardModbusEditDialog::deleteTab(int index)
     m_tabs->deletePage(index);
 }
 
-void standardModbusEditDialog::saveChanges()
-{
-    QStandardItem *item = m_item.item();
-    if (!item) {
-        return; // its node has left the tree: there is nothing to write into
-    }
-    m_identity.save(item);
-    const struct {
-        const QGroupBox *box;
-        const FieldTable *fields;
-    } groups[] = {{m_networkGroup, &m_network}, {m_serialGroup, &m_serial}};
-    for (const auto &group : groups) {
-        // What is hidden is erased.
-        if (group.box->isVisible()) {
-            group.fields->save(item);
-        } else {
-            group.fields->erase(item);
-        }
-    }
-    m_trigger.save(item);
-
-    item->setData(QVariant::fromValue(m_tabs->groups()), standardDatasRole);
-    if (workspace()) {
-        workspace()->appendMessage(tr("The Standard Modbus '%1' is saved successfully.")
-                                       .arg(m_identity.text(QStringLiteral("name"))));
-    }
-    logToFile(QStringLiteral("standardModbusEditDialog: save"));
-}
-
-void standardModbusEditDialog::clearData()
-{
-    for (const FieldTable *fields : {&m_identity, &m_network, &m_serial, &m_trigger}) {
-        fields->clear();
-    }
-    m_tabs->deletePages();
-}
-
 void standardModbusEditDialog::onProtocolChanged(QString protocol)
 {
-    m_networkGroup->setVisible(protocol == Protocols::modbusTcp);
-    m_serialGroup->setVisible(protocol == Protocols::modbusRtu);
+    m_network.box()->setVisible(protocol == Protocols::modbusTcp);
+    m_serial.box()->setVisible(protocol == Protocols::modbusRtu);
 }
 
 ParameterTable *standardModbusEditDialog::currentTable() const
@@ -209,9 +161,4 @@ ParameterTable *standardModbusEditDialog::latestTable() const
 QString standardModbusEditDialog::missingTableText() const
 {
     return m_tabs->currentWidget() ? tr("Parameter table not found.") : tr("No tab selected.");
-}
-
-QLineEdit *standardModbusEditDialog::nameEdit() const
-{
-    return m_identity.lineEdit(QStringLiteral("name"));
 }

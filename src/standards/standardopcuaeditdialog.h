@@ -2,8 +2,6 @@
 
 #include "standards/standardtableform.h"
 
-class CertificateField;
-
 // The form of a Standard of protocol "OpcUA": a client of an OPC UA server, with its security and the nodes
 // that it reads.
 class standardOPCUAEditDialog : public StandardTableForm
@@ -13,16 +11,11 @@ public:
     // Writes the period's default into an empty role.
     standardOPCUAEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
 
-public slots:
-    void clearData() override;
-
-protected:
-    void showItem(QStandardItem *item) override;
-    bool saveItem(QStandardItem *item) override;
-
 private:
+    void addConnection();
     void updateUserVisibility();
 
-    CertificateField *m_certificate;
-    CertificateField *m_key;
+    ListField *m_authentication = nullptr;
+    TextField *m_username = nullptr;
+    TextField *m_password = nullptr;
 };

@@ -33,7 +33,7 @@ class FormUnderTest : public ParameterForm
 public:
     FormUnderTest(const ParameterVariant &variant, Workspace *workspace, ParameterTable *&current,
                   ParameterTable *&latest)
-        : ParameterForm(variant, workspace, nullptr)
+        : ParameterForm({variant.form, "'%1' is saved."}, variant, nullptr, workspace, nullptr)
         , m_current(current)
         , m_latest(latest)
     {

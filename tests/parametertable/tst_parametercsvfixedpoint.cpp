@@ -87,7 +87,7 @@ class Form : public ParameterForm
 {
 public:
     explicit Form(const ParameterVariant &variant)
-        : ParameterForm(variant, nullptr, nullptr)
+        : ParameterForm({variant.form, "'%1' is saved."}, variant, nullptr, nullptr, nullptr)
         , m_table(makeTable(this))
     {
     }
