@@ -5,7 +5,7 @@
 
 class QStandardItem;
 
-// The project document on disk. Nothing here shows a box: what happened is in the result and, for whoever
+// The project document on disk. Nothing here shows a message: what happened is in the result and, for whoever
 // looks for it, in the debug log.
 
 struct SaveResult {

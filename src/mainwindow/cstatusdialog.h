@@ -13,7 +13,7 @@ class CDockManager;
 class CDockWidget;
 } // namespace ads
 
-// Shows state and feature flags of the dock that is chosen in its combo box.
+// Shows state and feature flags of the dock that is chosen in its list.
 class CStatusDialog : public QDialog
 {
     Q_OBJECT

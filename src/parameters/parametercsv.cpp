@@ -62,7 +62,7 @@ const char *refusalOf(ParameterCell cell, const ParameterVariant &variant)
 {
     switch (cell) {
     case ParameterCell::Address:
-        // A bad address passes in silence in the other variant, on purpose.
+        // Compat: the other variant takes a bad address without a word.
         return variant.badAddressAbandons ? QT_TRANSLATE_NOOP(
                    "ParameterTable", "The address in the CSV row does not match the expected format.")
                                           : nullptr;

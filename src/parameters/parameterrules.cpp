@@ -31,7 +31,7 @@ bool ParameterRules::isThreshold(const QString &text)
 
 const char *ParameterRules::faultOf(const ParameterVariant &variant, ParameterCell cell, const QString &text)
 {
-    // A leading minus passes here, though the message box that goes with it speaks of positive numbers.
+    // A leading minus passes here, though the message that goes with it speaks of positive numbers.
     static const QRegularExpression amplitude(QStringLiteral("^-?\\d*\\.?\\d+$"));
     if (text.isEmpty()) {
         return nullptr;

@@ -5,7 +5,7 @@
 // What a cell of a parameter table may hold. The texts come trimmed, but for those of a file.
 namespace ParameterRules {
 
-// Printable ASCII without blanks, not empty. On purpose wider than the words that tell of a bad address.
+// Printable ASCII without blanks, not empty. Compat: wider than the message about a bad address says.
 bool isAddress(const QString &text);
 // Digits, points, the four operators and X; may be empty.
 bool isFormula(const QString &text);

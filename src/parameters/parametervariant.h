@@ -47,7 +47,7 @@ struct ParameterVariant {
     // Whether rows come from CSV files and go into them; what follows is unused where they do not.
     bool hasCsv = false;
     const char *exportTitle = nullptr;   // source text
-    const char *exportFailure = nullptr; // source text of the box's title
+    const char *exportFailure = nullptr; // source text of the message's title
     bool badAddressAbandons = false;     // a bad address in a row ends the import
 
     int indexOf(ParameterCell cell) const;         // -1 if the variant has no such column

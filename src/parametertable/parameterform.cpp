@@ -142,7 +142,7 @@ void ParameterForm::exportParameters()
     if (!m_variant.hasCsv) {
         return;
     }
-    // The title of an open dialog stands on the save dialog of one variant, on purpose.
+    // Compat: one variant has the title of an open dialog here.
     const QString path =
         chooseSaveFile(this, m_variant.translated(m_variant.exportTitle), QString(),
                        m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
@@ -176,7 +176,7 @@ void ParameterForm::importFile(const QString &path)
         warn(error, import.refusal);
         return;
     }
-    // The table made last is emptied, on purpose, also when another one is filled.
+    // Compat: empties the table that was made last, also when another one is filled.
     if (ParameterTable *latest = latestTable()) {
         latest->setRowCount(0);
     }
@@ -382,7 +382,7 @@ void ParameterForm::checkLength(QLineEdit *editor)
         return;
     }
     const QPointer<QLineEdit> guarded(editor);
-    // No upper bound on purpose: the 10 lives in the message only.
+    // Compat: there is no upper bound, whatever the message says.
     const bool told =
         warnOnce(QT_TRANSLATE_NOOP("ParameterTable", "Length must be a positive integer between 1 and 10."));
     if (told && guarded) {

@@ -22,7 +22,7 @@ public:
 public slots:
     // Appends a row to the current table.
     void addParameter();
-    // Removes the current row: on purpose not the row whose button was pressed, if another one is current.
+    // Compat: removes the current row, also when the button of another row was pressed.
     void removeParameter();
     void removeAllParameters();
     // Replaces the rows of the current table; says in a message box when there is none.
@@ -40,8 +40,7 @@ public slots:
 
     // An editor of an added row was changed: from now on each end of its editing runs the check.
     void validateNameOnChange(int row, int column, QString newName);
-    // In the table made last, on purpose: in another tab it is the editor of that row, if any, that is
-    // watched.
+    // Compat: watches the editor in the table that was made last, also for an edit in another tab.
     void validateAddrOnChange(int row, int column, QString newName);
     void validateChangeOnChange(int row, int column, QString newName);
     void validateFormulaOnChange(int row, int column, QString newName);

@@ -11,7 +11,7 @@ class QLineEdit;
 
 // A table of parameters. It is the record: a row is what its cells show.
 //
-// Two kinds of row differ on purpose. A row that was added has a widget in every cell, and tells of its
+// Compat: two kinds of row differ. A row that was added has a widget in every cell, and tells of its
 // editors under the row number of its creation. A row that was loaded, from the item or from a file, has
 // plain items for address, name and formulas, of which cellChanged() tells under their present row numbers.
 class ParameterTable : public QTableWidget

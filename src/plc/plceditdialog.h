@@ -9,9 +9,10 @@
 class QGroupBox;
 
 // The form of one PLC: a stack of groups of which those that fit manufacturer and protocol are shown, over
-// the parameter table. At "Save" the visible groups are written and the hidden ones erased. On purpose
-// protocol groups that are not visible keep what they show when the form turns to another PLC, in a tab
-// behind another all of them.
+// the parameter table. At "Save" the visible groups are written and the hidden ones erased.
+//
+// Compat: protocol groups that are not visible keep what they show when the form turns to another PLC; in a
+// tab behind another these are all of them.
 class PLCEditDialog : public ParameterForm
 {
     Q_OBJECT

@@ -8,8 +8,8 @@ namespace PlcFields {
 
 struct Group {
     PlcGroup id;
-    const char *name;                    // objectName of the group box
-    const char *title;                   // null for a box without one
+    const char *name;                    // objectName of the frame
+    const char *title;                   // null for a frame without one
     void (*addRows)(FieldGroup &fields); // null for the S7 models, to which the form talks
 };
 

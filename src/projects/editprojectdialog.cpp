@@ -36,7 +36,7 @@ EditProjectDialog::EditProjectDialog(const QString &name, const QString &path, c
     const FormPage::Buttons buttons = FormPage::appendButtons(layout, tr("Save"), tr("Cancel"));
     connect(buttons.save, &QPushButton::clicked, this, &EditProjectDialog::saveChanges);
     connect(buttons.cancel, &QPushButton::clicked, this, &QDialog::reject);
-    // The full-width colons of this form's log lines are on purpose: readers of the log search for them.
+    // Compat: the log lines of this form have a full-width colon.
     logToFile(QStringLiteral("EditProjectDialog：new-nuilt"));
 }
 

@@ -74,7 +74,7 @@ void PointForm::showContextMenu(const QPoint &pos)
 
 void PointForm::importDataPoints()
 {
-    const QPointer<PointForm> alive(this); // the box runs an event loop of its own
+    const QPointer<PointForm> alive(this); // the message runs an event loop of its own
     if (workspace()) {
         workspace()->openImportDataDialog();
     } else {

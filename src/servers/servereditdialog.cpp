@@ -18,7 +18,7 @@ ServerEditDialog::ServerEditDialog(QStandardItem *item, Workspace *workspace)
     ServerFields::addPort(fields());
     ServerFields::addClientId(fields());
     ServerFields::addUserName(fields());
-    // On purpose: of the forms with a password, this one alone shows it as it is typed.
+    // Compat: of the forms with a password, this one alone shows it as it is typed.
     ServerFields::addPassword(fields());
     ServerFields::addQos(fields(), "0 1 2");
     addPayload();

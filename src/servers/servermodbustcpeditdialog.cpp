@@ -100,7 +100,7 @@ ServerModbusTCPEditDialog::ServerModbusTCPEditDialog(QStandardItem *item, Worksp
     addFields();
     setupUI();
     setParts({&m_shownFields, &m_registers});
-    // On purpose after it was shown and whatever it held: a register map is always that of a slave.
+    // Compat: set after the fields have shown it, whatever it held.
     item->setData(QStringLiteral("Slave"), serverTypeRole);
 }
 
@@ -108,7 +108,7 @@ void ServerModbusTCPEditDialog::addFields()
 {
     fields().add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
     fields().add<TextField>(serverTypeRole, "type", tr("Type:"));
-    // Compat: on purpose an empty list for another protocol, or for none, unlike in the other forms.
+    // Compat: an empty list for another protocol, or for none, unlike in the other forms.
     fields()
         .add<CodedField>(serverProtocolRole, "protocol", tr("Protocol:"))
         ->choices({{"ModbusTCP(Slave)", QStringLiteral("ModbusTCP(Slave)")}})
@@ -226,7 +226,7 @@ QStringList ServerModbusTCPEditDialog::leadingCells(const QJsonObject &point, co
 void ServerModbusTCPEditDialog::appendPoint(const QStringList &leading, const QJsonObject &point)
 {
     QStandardItemModel *map = m_maps.at(m_tabs->currentIndex());
-    qint64 address = 0; // on purpose by the lengths alone: no gap is looked for, no edited address heeded
+    qint64 address = 0; // Compat: the sum of the lengths, whatever addresses were edited
     for (int row = 0; row < map->rowCount(); ++row) {
         address += numberAt(map, row, LengthColumn);
     }
@@ -245,8 +245,8 @@ void ServerModbusTCPEditDialog::removePoint(QAbstractItemModel *model, int row)
 {
     const qint64 length = numberAt(model, row, LengthColumn);
     model->removeRow(row);
-    // On purpose by position and not by address, so that a map edited by hand may go negative or out of
-    // order. Each step is checked as an edit is, and its box may outlive the form.
+    // Compat: by position and not by address, so that a map edited by hand may go negative or out of order.
+    // Each step is checked as an edit is, and its message may outlive the form.
     const QPointer<QAbstractItemModel> map(model);
     for (int next = row; map && next < map->rowCount(); ++next) {
         map->setData(map->index(next, AddressColumn),

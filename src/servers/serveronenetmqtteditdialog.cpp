@@ -11,7 +11,7 @@ ServerOneNetMQTTEditDialog::ServerOneNetMQTTEditDialog(QStandardItem *item, Work
     setWindowTitle(tr("Edit Server"));
     ServerFields::addCloud(fields(), "OneNetMQTT");
     ServerFields::addDevice(fields());
-    // On purpose without level 2, which the other kinds have; a stored "2" shows and saves as "1".
+    // Compat: without level 2, which the other kinds have; a stored "2" is shown and saved as "1".
     ServerFields::addQos(fields(), "0 1");
     setParts({&fields()});
 }

@@ -23,8 +23,7 @@ ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *wor
     setParts({&fields()});
 }
 
-// On purpose: "Anonymous:" loses its entries altogether, where the lists of other forms go to their first
-// one.
+// Compat: "Anonymous:" loses its entries, where the lists of other forms go to their first one.
 void ServerOPCUAEditDialog::clearData()
 {
     ServerForm::clearData();

@@ -35,7 +35,7 @@ ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Worksp
                                                      QWidget *parent)
     : DefinitionForm(
         {staticMetaObject.className(),
-         // The wording names another kind on purpose: it is the message that users of this form know.
+         // Compat: the message speaks of a Standard.
          QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "The Standard OpcUa '%1' is saved successfully.")},
         item, workspace, parent)
     , m_service(staticMetaObject.className())

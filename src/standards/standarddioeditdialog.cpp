@@ -6,7 +6,7 @@ standardDIOEditDialog::standardDIOEditDialog(QStandardItem *item, Workspace *wor
     : StandardTableForm(
         {staticMetaObject.className(),
          QT_TRANSLATE_NOOP("standardDIOEditDialog", "The Standard DIDO '%1' is saved successfully."),
-         // On purpose the protocol's name, unlike the other lines of this form: so a save is found in logs.
+         // Compat: the protocol's name, unlike the other lines of this form.
          "standardDIDOEditDialog"},
         "DIDO", ParameterVariant::dido(), item, workspace, parent)
 {

@@ -40,7 +40,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     auto *form = new QFormLayout;
     column->addLayout(form);
     m_fields.setLayout(form);
-    m_fields.resetEmptyOnRefill(); // on purpose other than at construction, where they go to their fallbacks
+    m_fields.resetEmptyOnRefill(); // Compat: at construction they go to their fallbacks instead
     m_name = m_fields.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"));
     m_fields.add<ListField>(standardProtocolRole, "protocol", tr("Protocol:"))->entries("DLT645");
     StandardFields::addSerialLine(m_fields, "2400", "EVEN");
@@ -121,7 +121,7 @@ void standardDLT645EditDialog::validateName(int row, int column)
     if (column != MeterPage::nameColumn || m_clearingName || !table) {
         return;
     }
-    // Empty names count too, on purpose: emptying one beside another empty one brings the message.
+    // Compat: two empty names are a duplicate, too.
     if (isNameDuplicate(table, row, MeterPage::nameOf(table, row))) {
         m_clearingName = true;
         appendMessage(

@@ -6,8 +6,8 @@
 
 class QJsonObject;
 
-// The wire as a Box sees it, written apart from the tool's own frame code on purpose: a mistake in one of
-// the two shows against the other.
+// The wire as a Box sees it. It shares no code with the tool's own frames, so that a mistake in one of the
+// two shows against the other.
 //
 // Frame: 12 34, command (2, big-endian), total length (2, little-endian), body, 56 78.
 namespace Wire {
