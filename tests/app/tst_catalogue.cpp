@@ -12,9 +12,9 @@
 namespace {
 
 // Sources that the document compares with: their translation is empty, so that they show as they are.
-const QStringList emptyOnPurpose = {QStringLiteral("None"), QStringLiteral("Password")};
+const QStringList emptyOnPurpose = {"None", "Password"};
 // Sources that a Box compares with: their translation is the source itself.
-const QStringList sameOnPurpose = {QStringLiteral("Enable"), QStringLiteral("Disabled")};
+const QStringList sameOnPurpose = {"Enable", "Disabled"};
 
 QString shown(const Key &key)
 {
@@ -24,7 +24,7 @@ QString shown(const Key &key)
 // The parts of a text that a translation has to keep: placeholders and the number of mnemonics.
 QStringList fixedParts(const QString &text)
 {
-    static const QRegularExpression pattern(QStringLiteral("%L?[1-9n]|&(?=[^&\\s])"));
+    static const QRegularExpression pattern("%L?[1-9n]|&(?=[^&\\s])");
     QStringList parts;
     for (auto match = pattern.globalMatch(text); match.hasNext();) {
         parts.append(match.next().captured());
@@ -86,17 +86,16 @@ private:
 void TestCatalogue::initTestCase()
 {
     QProcess lupdate;
-    lupdate.start(QStringLiteral(LUPDATE),
-                  {QStringLiteral("-silent"), QStringLiteral("-locations"), QStringLiteral("none"),
-                   QStringLiteral("-recursive"), QStringLiteral(SOURCE_ROOT "/src"), QStringLiteral("-ts"),
-                   QStringLiteral("sources.ts")});
+    lupdate.start(
+        QString(LUPDATE),
+        {"-silent", "-locations", "none", "-recursive", QString(SOURCE_ROOT "/src"), "-ts", "sources.ts"});
     QVERIFY2(lupdate.waitForFinished(120000), qPrintable(lupdate.errorString()));
     m_complaints = lupdate.readAllStandardError();
     QVERIFY2(lupdate.exitCode() == 0, m_complaints.constData());
 
-    m_sources = readCatalogue(QStringLiteral("sources.ts"));
-    m_chinese = readCatalogue(QStringLiteral(SOURCE_ROOT "/src/resources/chinese.ts"));
-    m_english = readCatalogue(QStringLiteral(SOURCE_ROOT "/src/resources/english.ts"));
+    m_sources = readCatalogue("sources.ts");
+    m_chinese = readCatalogue(QString(SOURCE_ROOT "/src/resources/chinese.ts"));
+    m_english = readCatalogue(QString(SOURCE_ROOT "/src/resources/english.ts"));
     QVERIFY(!m_sources.isEmpty());
 }
 
@@ -109,17 +108,17 @@ void TestCatalogue::everyTextOfTheSourcesHasAContext()
 void TestCatalogue::chineseHoldsExactlyTheTextsOfTheSources()
 {
     const QStringList missing = keysOnlyIn(m_sources, m_chinese);
-    QVERIFY2(missing.isEmpty(), qPrintable(QStringLiteral("Missing:\n") + missing.join(QLatin1Char('\n'))));
+    QVERIFY2(missing.isEmpty(), qPrintable("Missing:\n" + missing.join(QLatin1Char('\n'))));
     const QStringList unused = keysOnlyIn(m_chinese, m_sources);
-    QVERIFY2(unused.isEmpty(), qPrintable(QStringLiteral("Unused:\n") + unused.join(QLatin1Char('\n'))));
+    QVERIFY2(unused.isEmpty(), qPrintable("Unused:\n" + unused.join(QLatin1Char('\n'))));
 }
 
 void TestCatalogue::englishHoldsExactlyTheTextsOfTheSources()
 {
     const QStringList missing = keysOnlyIn(m_sources, m_english);
-    QVERIFY2(missing.isEmpty(), qPrintable(QStringLiteral("Missing:\n") + missing.join(QLatin1Char('\n'))));
+    QVERIFY2(missing.isEmpty(), qPrintable("Missing:\n" + missing.join(QLatin1Char('\n'))));
     const QStringList unused = keysOnlyIn(m_english, m_sources);
-    QVERIFY2(unused.isEmpty(), qPrintable(QStringLiteral("Unused:\n") + unused.join(QLatin1Char('\n'))));
+    QVERIFY2(unused.isEmpty(), qPrintable("Unused:\n" + unused.join(QLatin1Char('\n'))));
 }
 
 void TestCatalogue::everyTextHasAChineseOne()
@@ -155,7 +154,7 @@ void TestCatalogue::comparedTextsKeepTheirSource()
 void TestCatalogue::chineseKeepsPlaceholdersAndMnemonics()
 {
     QStringList different;
-    Catalogue chinese = readCatalogue(QStringLiteral(SOURCE_ROOT "/src/resources/toolkit_chinese.ts"));
+    Catalogue chinese = readCatalogue(QString(SOURCE_ROOT "/src/resources/toolkit_chinese.ts"));
     QVERIFY(!chinese.isEmpty());
     chinese.insert(m_chinese);
     for (auto it = chinese.cbegin(); it != chinese.cend(); ++it) {
@@ -175,28 +174,28 @@ void TestCatalogue::fixedTexts_data()
         const char *source;
         QString chinese;
     } rows[] = {
-        {"New Project", QStringLiteral("新建项目")},
-        {"Load Project", QStringLiteral("加载项目")},
-        {"Save All Project", QStringLiteral("保存全部项目")},
-        {"Save Project", QStringLiteral("保存项目")},
-        {"Close Project", QStringLiteral("关闭项目")},
-        {"Edit Project", QStringLiteral("编辑项目")},
-        {"Add Standard", QStringLiteral("添加Standard")},
-        {"Add Box", QStringLiteral("添加Box")},
-        {"Search Box", QStringLiteral("搜索设备")},
-        {"Edit Box", QStringLiteral("编辑Box")},
-        {"Edit Standard", QStringLiteral("编辑Standard")},
-        {"Edit Service", QStringLiteral("编辑Service")},
-        {"Delete", QStringLiteral("删除")},
-        {"Delete All", QStringLiteral("删除全部")},
-        {"Effective", QStringLiteral("有效")},
-        {"Invalid", QStringLiteral("无效")},
-        {"Unknown", QStringLiteral("未知")},
-        {"Timed", QStringLiteral("定时上报")},
-        {"Change", QStringLiteral("变化上报")},
-        {"Change amplitude", QStringLiteral("变化幅度上报")},
-        {"anonymous", QStringLiteral("匿名")},
-        {"Username and password verification", QStringLiteral("用户名、密码验证")},
+        {"New Project", "新建项目"},
+        {"Load Project", "加载项目"},
+        {"Save All Project", "保存全部项目"},
+        {"Save Project", "保存项目"},
+        {"Close Project", "关闭项目"},
+        {"Edit Project", "编辑项目"},
+        {"Add Standard", "添加Standard"},
+        {"Add Box", "添加Box"},
+        {"Search Box", "搜索设备"},
+        {"Edit Box", "编辑Box"},
+        {"Edit Standard", "编辑Standard"},
+        {"Edit Service", "编辑Service"},
+        {"Delete", "删除"},
+        {"Delete All", "删除全部"},
+        {"Effective", "有效"},
+        {"Invalid", "无效"},
+        {"Unknown", "未知"},
+        {"Timed", "定时上报"},
+        {"Change", "变化上报"},
+        {"Change amplitude", "变化幅度上报"},
+        {"anonymous", "匿名"},
+        {"Username and password verification", "用户名、密码验证"},
     };
     for (const auto &row : rows) {
         QTest::newRow(row.source) << row.chinese;
@@ -222,16 +221,16 @@ void TestCatalogue::fixedTexts()
 void TestCatalogue::wordsOfTheTreeStayLatin()
 {
     const QSet<QString> otherwise = {
-        QStringLiteral("Search Box"), // says what the search finds
+        "Search Box", // says what the search finds
         // The server of these is the Box.
-        QStringLiteral("Connection status: Not connected to server."),
-        QStringLiteral("Connection Status:Not connected to server."),
-        QStringLiteral("Connection Status:Failed to connect to server for program update."),
-        QStringLiteral("Not connected to server."),
+        "Connection status: Not connected to server.",
+        "Connection Status:Not connected to server.",
+        "Connection Status:Failed to connect to server for program update.",
+        "Not connected to server.",
     };
     QStringList lost;
     for (const char *word : {"Box", "Standard", "Service", "Server", "PLC"}) {
-        const QRegularExpression pattern(QStringLiteral("\\b%1\\b").arg(QLatin1String(word)),
+        const QRegularExpression pattern(QString("\\b%1\\b").arg(QLatin1String(word)),
                                          QRegularExpression::CaseInsensitiveOption);
         for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
             const QString &source = it.key().at(1);
@@ -246,7 +245,7 @@ void TestCatalogue::wordsOfTheTreeStayLatin()
 
 void TestCatalogue::aSourceHasOneTranslation()
 {
-    const QSet<QString> several = {QStringLiteral("Add Tab")}; // a tab is a slave or a meter
+    const QSet<QString> several = {"Add Tab"}; // a tab is a slave or a meter
     QMap<QString, QSet<QString>> translations;
     for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
         translations[it.key().at(1)].insert(it->texts.first());
@@ -263,11 +262,11 @@ void TestCatalogue::aSourceHasOneTranslation()
 // A state is no sentence and has no mark at its end; nothing is shouted.
 void TestCatalogue::statesEndAlike()
 {
-    static const QRegularExpression marked(QStringLiteral("^(连接|绑定)状态：.*[。.…！]$|[！!].*[！!]"));
+    static const QRegularExpression marked("^(连接|绑定)状态：.*[。.…！]$|[！!].*[！!]");
     QStringList found;
     int states = 0;
     for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
-        states += it->texts.first().contains(QStringLiteral("状态：")) ? 1 : 0;
+        states += it->texts.first().contains("状态：") ? 1 : 0;
         if (it->texts.first().contains(marked)) {
             found.append(it->texts.first());
         }
@@ -314,8 +313,8 @@ void TestCatalogue::englishShowsTheSources()
 void TestCatalogue::bothCataloguesLoad_data()
 {
     QTest::addColumn<QString>("file");
-    QTest::newRow("chinese") << QStringLiteral(":/adsdemo/chinese.qm");
-    QTest::newRow("english") << QStringLiteral(":/adsdemo/english.qm");
+    QTest::newRow("chinese") << ":/adsdemo/chinese.qm";
+    QTest::newRow("english") << ":/adsdemo/english.qm";
 }
 
 void TestCatalogue::bothCataloguesLoad()
@@ -328,7 +327,7 @@ void TestCatalogue::bothCataloguesLoad()
 void TestCatalogue::emptyTranslationShowsItsSource()
 {
     QTranslator translator;
-    QVERIFY(translator.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    QVERIFY(translator.load(":/adsdemo/chinese.qm"));
     QVERIFY(QCoreApplication::installTranslator(&translator));
     for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
         if (emptyOnPurpose.contains(it.key().at(1))) {
@@ -343,7 +342,7 @@ void TestCatalogue::emptyTranslationShowsItsSource()
 void TestCatalogue::theProgramHasEveryTranslation()
 {
     QTranslator translator;
-    QVERIFY(translator.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    QVERIFY(translator.load(":/adsdemo/chinese.qm"));
     QSet<QByteArray> contexts;
     for (auto it = m_chinese.cbegin(); it != m_chinese.cend(); ++it) {
         contexts.insert(it.key().at(0).toUtf8());

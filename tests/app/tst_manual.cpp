@@ -29,21 +29,15 @@ namespace {
 // Quotes that are no texts of the catalogue: names of nodes and entries, which no language changes, answers
 // of Qt's own boxes, a text that the program never translates, and the word that tells how quotes are marked.
 const QSet<QString> fixedTexts = {
-    QStringLiteral("Standard"), QStringLiteral("Service"), QStringLiteral("Box"),
-    QStringLiteral("Data"),     QStringLiteral("Modbus"),  QStringLiteral("DLT645"),
-    QStringLiteral("Yes"),      QStringLiteral("No"),      QStringLiteral("Name cannot be empty."),
-    QStringLiteral("italics"),
+    "Standard", "Service", "Box", "Data", "Modbus", "DLT645", "Yes", "No", "Name cannot be empty.", "italics",
 };
 
 // No menu and no tab leads to the forms that show these.
 bool isOutOfReach(const QString &context)
 {
     static const QStringList contexts = {
-        QStringLiteral("CImageViewer"),  QStringLiteral("CStatusDialogClass"),
-        QStringLiteral("PLC"),           QStringLiteral("PointForm"),
-        QStringLiteral("Server"),        QStringLiteral("StandardTableForm"),
-        QStringLiteral("standardOPCUA"), QStringLiteral("standardCustomPoll"),
-        QStringLiteral("standardDIO"),
+        "CImageViewer",  "CStatusDialogClass", "PLC",         "PointForm", "Server", "StandardTableForm",
+        "standardOPCUA", "standardCustomPoll", "standardDIO",
     };
     return std::any_of(contexts.cbegin(), contexts.cend(),
                        [&context](const QString &start) { return context.startsWith(start); });
@@ -52,20 +46,20 @@ bool isOutOfReach(const QString &context)
 // Messages of forms and pages out of reach, in the contexts of others.
 bool isDormant(const QString &text)
 {
-    static const QRegularExpression pattern(QStringLiteral(
+    static const QRegularExpression pattern(
         "^(PLC|Server|A PLC|A server|Wifi|WIFI|Lte|LTE|Editor %1|%1 contains|This is an editor|"
         "Only positive|The spatial index|The magnitude|The collection|The write formula|"
         "Length must be a positive integer\\.|Parameter table not|No tab|"
-        "Invalid input in row %1: only (numbers|integers|letters, digits, underscores, and))"));
+        "Invalid input in row %1: only (numbers|integers|letters, digits, underscores, and))");
     return pattern.match(text).hasMatch();
 }
 
 // What a box, the status of a link or the "Message" dock says, as against the name of a field or an action.
 bool isMessage(const QString &text)
 {
-    static const QRegularExpression pattern(QStringLiteral(
+    static const QRegularExpression pattern(
         "[^.]\\.$|[!?]$|Error code:|^Connection status|^Unable|^CSV file has|Set as default|null$|"
-        "^Selected |failed|Failed to|^JSON data"));
+        "^Selected |failed|Failed to|^JSON data");
     return pattern.match(text).hasMatch();
 }
 
@@ -80,7 +74,7 @@ constexpr Manual chinese{"manual.zh.md", "`([^`\n]+)`"};
 
 QString textOf(const Manual &manual)
 {
-    QFile file(QStringLiteral(SOURCE_ROOT "/docs/") + QString::fromLatin1(manual.file));
+    QFile file(QString(SOURCE_ROOT "/docs/") + QString::fromLatin1(manual.file));
     QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     return text.remove(QLatin1String("**"));
 }
@@ -98,18 +92,18 @@ QStringList quotes(const Manual &manual, const QString &text)
 // Commands and names of files and of types stand in code as well.
 bool isProgramText(const QString &quoted)
 {
-    static const QRegularExpression code(QStringLiteral("^[ -~]+$|^<"));
+    static const QRegularExpression code("^[ -~]+$|^<");
     return !quoted.contains(code);
 }
 
 // The first cells of the tables of messages.
 QVector<QStringList> messageRows(const Manual &manual)
 {
-    const QStringList chapters = textOf(manual).split(QStringLiteral("\n## "));
+    const QStringList chapters = textOf(manual).split("\n## ");
     QVector<QStringList> rows;
     const QStringList lines = chapters.value(chapters.size() - 2).split(QLatin1Char('\n'));
     for (const QString &line : lines) {
-        const QStringList quoted = quotes(manual, line.section(QStringLiteral(" | "), 0, 0));
+        const QStringList quoted = quotes(manual, line.section(" | ", 0, 0));
         if (line.startsWith(QLatin1Char('|')) && !quoted.isEmpty()) {
             rows.append(quoted);
         }
@@ -126,7 +120,7 @@ QString joined(const QStringList &texts)
 
 void TestManual::initTestCase()
 {
-    const Catalogue catalogue = readCatalogue(QStringLiteral(SOURCE_ROOT "/src/resources/chinese.ts"));
+    const Catalogue catalogue = readCatalogue(QString(SOURCE_ROOT "/src/resources/chinese.ts"));
     for (auto it = catalogue.cbegin(); it != catalogue.cend(); ++it) {
         const QString source = it.key().at(1).simplified();
         m_chineseOf[source].insert(it->texts.first().simplified());
@@ -150,7 +144,7 @@ void TestManual::englishQuotesTheProgram()
 
 void TestManual::chineseQuotesTheProgram()
 {
-    QSet<QString> known{QStringLiteral("这样的文字")}; // which tells how quotes are marked
+    QSet<QString> known{"这样的文字"}; // which tells how quotes are marked
     for (const QSet<QString> &texts : qAsConst(m_chineseOf)) {
         known += texts;
     }

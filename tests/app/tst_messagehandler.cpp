@@ -59,7 +59,7 @@ void TestMessageHandler::eachTypeHasItsStreamAndFormat_data()
 void TestMessageHandler::eachTypeHasItsStreamAndFormat()
 {
     QFETCH(int, type);
-    const Outcome outcome = run({QString::number(type), QStringLiteral("25 °C")});
+    const Outcome outcome = run({QString::number(type), "25 °C"});
     QCOMPARE(outcome.status, QProcess::NormalExit);
     QTEST(outcome.out, "out");
     QTEST(outcome.err, "err");
@@ -67,7 +67,7 @@ void TestMessageHandler::eachTypeHasItsStreamAndFormat()
 
 void TestMessageHandler::aFatalMessageAbortsWithoutFlush()
 {
-    const Outcome outcome = run({QString::number(QtFatalMsg), QStringLiteral("no memory")});
+    const Outcome outcome = run({QString::number(QtFatalMsg), "no memory"});
     QCOMPARE(outcome.status, QProcess::CrashExit);
     QCOMPARE(outcome.out, QByteArray());
     QCOMPARE(outcome.err, QByteArray("Fatal: no memory (box.cpp:42, void poll(int))\n"));
@@ -75,8 +75,7 @@ void TestMessageHandler::aFatalMessageAbortsWithoutFlush()
 
 void TestMessageHandler::aContextWithoutNamesIsPrintedEmpty()
 {
-    const Outcome outcome =
-        run({QString::number(QtWarningMsg), QStringLiteral("no names"), QStringLiteral("without context")});
+    const Outcome outcome = run({QString::number(QtWarningMsg), "no names", "without context"});
     QCOMPARE(outcome.err, QByteArray("Warning: no names (:0, )\n"));
 }
 

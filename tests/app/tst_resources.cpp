@@ -21,7 +21,7 @@ namespace {
 
 QString imagePath(const char *name)
 {
-    return QStringLiteral(":/adsdemo/images/") + QLatin1String(name);
+    return ":/adsdemo/images/" + QLatin1String(name);
 }
 
 } // namespace
@@ -138,10 +138,10 @@ void TestResources::loadsEveryPng()
 void TestResources::hasADockStyleSheet()
 {
     // Read without a slash behind the colon too: the resource root is meant either way.
-    for (const QString &path : {QStringLiteral(":adsdemo/res/visual_studio_light.css"),
-                                QStringLiteral(":/adsdemo/res/visual_studio_light.css")}) {
-        QFile file(path);
-        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(path));
+    for (const char *path :
+         {":adsdemo/res/visual_studio_light.css", ":/adsdemo/res/visual_studio_light.css"}) {
+        QFile file(QString::fromLatin1(path));
+        QVERIFY2(file.open(QIODevice::ReadOnly), path);
         const QByteArray text = file.readAll();
         for (const char *word :
              {"ads--CDockManager", "ads--CDockAreaWidget", "ads--CDockAreaTitleBar", "ads--CDockWidgetTab",
@@ -154,7 +154,7 @@ void TestResources::hasADockStyleSheet()
 void TestResources::hasNoApplicationStyleSheet()
 {
     // The program starts in the platform's own style.
-    QVERIFY(!QFile::exists(QStringLiteral(":/adsdemo/app.css")));
+    QVERIFY(!QFile::exists(":/adsdemo/app.css"));
 }
 
 QTEST_MAIN(TestResources)

@@ -19,7 +19,7 @@ private slots:
 void TestStart::runsWithoutAnyFileAndMissesNoResource()
 {
     QProcess program;
-    program.start(QStringLiteral(PROGRAM), QStringList());
+    program.start(QString(PROGRAM), QStringList());
     QVERIFY(program.waitForStarted());
     QByteArray out;
     QTRY_VERIFY_WITH_TIMEOUT(!(out += program.readAllStandardOutput()).isEmpty(), 30000);
@@ -31,7 +31,7 @@ void TestStart::runsWithoutAnyFileAndMissesNoResource()
     const QByteArray errors = program.readAllStandardError();
     QVERIFY2(!errors.contains("/adsdemo/") && !errors.contains("connectSlotsByName"), errors);
     QVERIFY2(!errors.contains("qUncompress"), errors);
-    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(!QFile::exists("Settings.ini"));
 }
 
 void TestStart::resourcesComeWithTheLibrary_data()
@@ -39,7 +39,7 @@ void TestStart::resourcesComeWithTheLibrary_data()
     QTest::addColumn<QString>("path");
     for (const char *path :
          {"chinese.qm", "english.qm", "res/visual_studio_light.css", "images/logo-1.png"}) {
-        QTest::newRow(path) << QStringLiteral(":/adsdemo/") + QLatin1String(path);
+        QTest::newRow(path) << ":/adsdemo/" + QLatin1String(path);
     }
 }
 
@@ -57,16 +57,14 @@ void TestStart::anEmptyTranslationShowsTheSource_data()
     QTest::addColumn<QByteArray>("context");
     QTest::addColumn<QByteArray>("source");
     QTest::addColumn<QString>("shown");
-    const QString chinese = QStringLiteral(":/adsdemo/chinese.qm");
-    const QString english = QStringLiteral(":/adsdemo/english.qm");
+    const QString chinese = ":/adsdemo/chinese.qm";
+    const QString english = ":/adsdemo/english.qm";
     const QByteArray service("ServiceIEC61850EditDialog");
     const QByteArray window("MainWindow");
-    QTest::newRow("None") << chinese << service << QByteArray("None") << QStringLiteral("None");
-    QTest::newRow("Password") << chinese << service << QByteArray("Password") << QStringLiteral("Password");
-    QTest::newRow("translated") << chinese << window << QByteArray("New Project")
-                                << QStringLiteral("新建项目");
-    QTest::newRow("English") << english << window << QByteArray("New Project")
-                             << QStringLiteral("New Project");
+    QTest::newRow("None") << chinese << service << QByteArray("None") << "None";
+    QTest::newRow("Password") << chinese << service << QByteArray("Password") << "Password";
+    QTest::newRow("translated") << chinese << window << QByteArray("New Project") << "新建项目";
+    QTest::newRow("English") << english << window << QByteArray("New Project") << "New Project";
 }
 
 void TestStart::anEmptyTranslationShowsTheSource()

@@ -18,7 +18,7 @@ class EnglishTexts : public QStringList
 public:
     void look(const QString &text)
     {
-        static const QRegularExpression word(QStringLiteral("[A-Za-z]{3,}"));
+        static const QRegularExpression word("[A-Za-z]{3,}");
         if (word.match(text.section(QLatin1Char('\t'), 0, 0)).hasMatch()) { // behind it stands a shortcut
             append(text);
         }
@@ -69,10 +69,10 @@ void TestToolkitTexts::aQuestionIsAnsweredInChinese()
 {
     const QMessageBox box(QMessageBox::Question, QString(), QString(),
                           QMessageBox::Ok | QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-    QCOMPARE(box.button(QMessageBox::Ok)->text(), QStringLiteral("确定"));
-    QCOMPARE(box.button(QMessageBox::Yes)->text(), QStringLiteral("是(&Y)"));
-    QCOMPARE(box.button(QMessageBox::No)->text(), QStringLiteral("否(&N)"));
-    QCOMPARE(box.button(QMessageBox::Cancel)->text(), QStringLiteral("取消"));
+    QCOMPARE(box.button(QMessageBox::Ok)->text(), "确定");
+    QCOMPARE(box.button(QMessageBox::Yes)->text(), "是(&Y)");
+    QCOMPARE(box.button(QMessageBox::No)->text(), "否(&N)");
+    QCOMPARE(box.button(QMessageBox::Cancel)->text(), "取消");
 }
 
 void TestToolkitTexts::fileDialogsAreChinese_data()

@@ -17,14 +17,14 @@ inline const QByteArray heartbeat = hex("12 34 01 00 08 00 56 78");
 inline const QByteArray answer =
     hex("12 34 02 00 1e 00 05") + "1.2.3" + hex("03") + "SN7" + hex("0b") + "MRN-GATE-70" + hex("56 78");
 
-inline const QString connecting = QStringLiteral("Connection status: connecting..");
-inline const QString waiting = QStringLiteral("Connection status: Waiting for connection.");
-inline const QString reconnecting = QStringLiteral("Connection status: Reconnecting...");
-inline const QString connected = QStringLiteral("Connection status: Connected");
-inline const QString disconnected = QStringLiteral("Connection status: Disconnected");
-inline const QString heartbeatUnsent = QStringLiteral("Connection status: Not connected to server.");
-inline const QString requestUnsent = QStringLiteral("Not connected to server.");
-inline const QString notConnected = QStringLiteral("Connection status: Not connected");
+inline const QString connecting = "Connection status: connecting..";
+inline const QString waiting = "Connection status: Waiting for connection.";
+inline const QString reconnecting = "Connection status: Reconnecting...";
+inline const QString connected = "Connection status: Connected";
+inline const QString disconnected = "Connection status: Disconnected";
+inline const QString heartbeatUnsent = "Connection status: Not connected to server.";
+inline const QString requestUnsent = "Not connected to server.";
+inline const QString notConnected = "Connection status: Not connected";
 
 // Everything that a session tells, in order.
 class Told : public QObject
@@ -38,7 +38,7 @@ public:
         connect(protocol, &Protocol::connectionStatusChanged, this,
                 [this](const QString &s) { lines.append(s); });
         connect(protocol, &Protocol::versionReceived, this,
-                [this](const QString &version) { lines.append(QStringLiteral("version ") + version); });
+                [this](const QString &version) { lines.append("version " + version); });
         connect(protocol, &Protocol::offlineOccurred, this, note("offline"));
         connect(protocol, &Protocol::lanAllocationDataReceived, this, note("lan"));
         connect(protocol, &Protocol::wanAllocationDataReceived, this, note("wan"));
@@ -48,7 +48,7 @@ public:
         connect(protocol, &Protocol::timeAllocationDataReceived, this, note("time"));
         connect(protocol, &Protocol::dataReceived, this, note("data"));
         connect(protocol, &Protocol::bindingFailed, this,
-                [this](const QString &error) { lines.append(QStringLiteral("binding ") + error); });
+                [this](const QString &error) { lines.append("binding " + error); });
     }
 
     QStringList lines;
@@ -56,12 +56,12 @@ public:
 
 inline QTimer *heartbeatTimer(const Protocol &protocol)
 {
-    return protocol.findChild<QTimer *>(QStringLiteral("heartbeatTimer"));
+    return protocol.findChild<QTimer *>("heartbeatTimer");
 }
 
 inline QTimer *offlineTimer(const Protocol &protocol)
 {
-    return protocol.findChild<QTimer *>(QStringLiteral("offlineTimer"));
+    return protocol.findChild<QTimer *>("offlineTimer");
 }
 
 } // namespace SessionProbe

@@ -15,7 +15,7 @@ Q_DECLARE_METATYPE(Request)
 
 namespace {
 
-const QString address = QStringLiteral("127.0.10.2");
+const QString address = "127.0.10.2";
 
 QByteArray hex(const char *bytes)
 {
@@ -284,7 +284,7 @@ void tst_Allocation::requestOnAClosedLinkIsLost()
     connect(&protocol, &Protocol::connectionStatusChanged, this,
             [&statuses](const QString &s) { statuses.append(s); });
     send(protocol);
-    QCOMPARE(statuses, QStringList{QStringLiteral("Not connected to server.")});
+    QCOMPARE(statuses, QStringList{"Not connected to server."});
 }
 
 void tst_Allocation::readAnswer_data()

@@ -15,7 +15,7 @@ class TestBoxEditAllocation : public BoxFormTest
     Q_OBJECT
 public:
     TestBoxEditAllocation()
-        : BoxFormTest(QStringLiteral("127.0.11.5"))
+        : BoxFormTest("127.0.11.5")
     {
     }
 
@@ -68,7 +68,7 @@ void TestBoxEditAllocation::requests_data()
     };
     for (const auto &row : rows) {
         QTest::newRow(row.button) << QString::fromLatin1(row.button) << row.expected
-                                  << QStringLiteral("BoxEditDialog: ") + QLatin1String(row.logged);
+                                  << "BoxEditDialog: " + QLatin1String(row.logged);
     }
 }
 
@@ -80,8 +80,8 @@ void TestBoxEditAllocation::requests()
     open();
     find<QRadioButton>("lteOnOffOff")->setChecked(true);
     QVERIFY(connected());
-    find<QLineEdit>("localTime")->setText(QStringLiteral("2020-02-03 04:05:06"));
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    find<QLineEdit>("localTime")->setText("2020-02-03 04:05:06");
+    const LogTail log("BoxEditDialog");
     m_form->findChild<QPushButton *>(button)->click();
     QCOMPARE(log.events(), QStringList(logged));
     QTRY_COMPARE(requestsIn(m_box->received(0)).size(), 1);
@@ -99,34 +99,33 @@ void TestBoxEditAllocation::answers_data()
             "lanGateway":"1.1.1.3","lanDns1":"1.1.1.4","lanDns2":"1.1.1.5"}})")
                          << pairs("lanIp 1.1.1.1 lanMask 1.1.1.2 lanGateway 1.1.1.3 lanDns1 1.1.1.4 "
                                   "lanDns2 1.1.1.5")
-                         << QStringLiteral("update Lan")
-                         << QStringLiteral("LAN Configuration|LAN configuration updated successfully.");
+                         << "update Lan"
+                         << "LAN Configuration|LAN configuration updated successfully.";
     QTest::newRow("wan") << QByteArray(R"({"type":"3","pares":{"wanDhcp":"0","wanIp":"2.1.1.1",
             "wanMask":"2.1.1.2","wanGateway":"2.1.1.3","wanDns1":"2.1.1.4","wanDns2":"2.1.1.5"}})")
                          << pairs("wanDhcp Disabled wanIp 2.1.1.1 wanMask 2.1.1.2 wanGateway 2.1.1.3 "
                                   "wanDns1 2.1.1.4 wanDns2 2.1.1.5")
-                         << QStringLiteral("update Wan")
-                         << QStringLiteral("Wan Configuration|Wan configuration updated successfully.");
+                         << "update Wan"
+                         << "Wan Configuration|Wan configuration updated successfully.";
     QTest::newRow("wifi") << QByteArray(R"({"type":"4","pares":{"wifiOnOff":"OFF","wifiMode":"bridge",
             "ssid":"net","password":"word","wifiDhcp":"0","wifiIp":"3.1.1.1","wifiMask":"3.1.1.2",
             "wifiGateway":"3.1.1.3","wifiDns1":"3.1.1.4","wifiDns2":"3.1.1.5"}})")
                           << pairs("wifiOnOff off wifiMode station wifissid net wifipassword word "
                                    "wifiDhcp Disabled wifiIp 3.1.1.1 wifiMask 3.1.1.2 wifiGateway 3.1.1.3 "
                                    "wifiDns1 3.1.1.4 wifiDns2 3.1.1.5")
-                          << QStringLiteral("update Wifi")
-                          << QStringLiteral("Wifi Configuration|Wifi configuration updated successfully.");
+                          << "update Wifi"
+                          << "Wifi Configuration|Wifi configuration updated successfully.";
     QTest::newRow("lte") << QByteArray(R"({"type":"5","pares":{"lteOnOff":"Off","AT1":"a","AT2":"b",
             "AT3":"c","AT4":"d","AT5":"e"}})")
-                         << pairs("lteOnOff off at1 a at2 b at3 c at4 d at5 e")
-                         << QStringLiteral("update Lte")
-                         << QStringLiteral("Lte Configuration|Lte configuration updated successfully.");
+                         << pairs("lteOnOff off at1 a at2 b at3 c at4 d at5 e") << "update Lte"
+                         << "Lte Configuration|Lte configuration updated successfully.";
     QTest::newRow("ntp") << QByteArray(R"({"type":"8","pares":{"NTP":"4.1.1.1"}})")
-                         << pairs("ntpServer 4.1.1.1") << QStringLiteral("update NTP")
-                         << QStringLiteral("NTP Configuration|NTP configuration updated successfully.");
-    // The clock's update is logged as NTP, on purpose.
+                         << pairs("ntpServer 4.1.1.1") << "update NTP"
+                         << "NTP Configuration|NTP configuration updated successfully.";
+    // Compat: the clock's update is logged as NTP.
     QTest::newRow("time") << QByteArray(R"({"type":"9","pares":{"date":"noon"}})") << pairs("time noon")
-                          << QStringLiteral("update NTP")
-                          << QStringLiteral("time Configuration|time configuration updated successfully.");
+                          << "update NTP"
+                          << "time Configuration|time configuration updated successfully.";
 }
 
 void TestBoxEditAllocation::answers()
@@ -144,20 +143,20 @@ void TestBoxEditAllocation::answers()
             expected[input.role] = fields.at(at + 1);
         }
     }
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     m_boxes->expect();
     answer(jsonAnswer(text));
     QTRY_COMPARE(m_boxes->told(), QStringList(told));
     QCOMPARE(shownRoles(), expected);
-    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: ") + logged));
+    QCOMPARE(log.events(), QStringList("BoxEditDialog: " + logged));
 }
 
 void TestBoxEditAllocation::answersLeaveTheItemAlone()
 {
     open();
     m_boxes->expect();
-    emit m_form->protocol()->NTPAllocationDataReceived({QStringLiteral("9.9.9.9")});
-    QCOMPARE(shown("ntpServer"), QStringLiteral("9.9.9.9"));
+    emit m_form->protocol()->NTPAllocationDataReceived({"9.9.9.9"});
+    QCOMPARE(shown("ntpServer"), "9.9.9.9");
     QCOMPARE(rolesOf(*m_item), fullRoles());
 }
 
@@ -166,13 +165,13 @@ void TestBoxEditAllocation::unknownDhcpFlagLeavesTheList()
     open();
     m_boxes->expect();
     Protocol::WanAllocationData wan;
-    wan.wanDhcp = QStringLiteral("2");
+    wan.wanDhcp = "2";
     emit m_form->protocol()->wanAllocationDataReceived(wan);
-    QCOMPARE(shown("wanDhcp"), QStringLiteral("Enable"));
+    QCOMPARE(shown("wanDhcp"), "Enable");
     m_boxes->expect();
-    wan.wanDhcp = QStringLiteral("Disabled");
+    wan.wanDhcp = "Disabled";
     emit m_form->protocol()->wanAllocationDataReceived(wan);
-    QCOMPARE(shown("wanDhcp"), QStringLiteral("Enable"));
+    QCOMPARE(shown("wanDhcp"), "Enable");
 }
 
 void TestBoxEditAllocation::unknownSwitchChecksNeitherButton()
@@ -180,7 +179,7 @@ void TestBoxEditAllocation::unknownSwitchChecksNeitherButton()
     open();
     m_boxes->expect();
     emit m_form->protocol()->lteAllocationDataReceived({});
-    QCOMPARE(shown("lteOnOff"), QStringLiteral("neither"));
+    QCOMPARE(shown("lteOnOff"), "neither");
 }
 
 QTEST_MAIN(TestBoxEditAllocation)

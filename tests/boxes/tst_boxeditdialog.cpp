@@ -20,7 +20,7 @@ class TestBoxEditDialog : public BoxFormTest
     Q_OBJECT
 public:
     TestBoxEditDialog()
-        : BoxFormTest(QStringLiteral("127.0.11.1"))
+        : BoxFormTest("127.0.11.1")
     {
     }
 
@@ -59,22 +59,20 @@ void TestBoxEditDialog::declaresItsSlotsInOrder()
         }
     }
     QCOMPARE(slotNames.join(QLatin1Char(' ')),
-             QStringLiteral("saveChanges() disconnectFromServer() connectToServer() "
-                            "showChangeHostAddressDialog() clearData() rebootDevice() readLanAllocation() "
-                            "writeLanAllocation() readWanAllocation() writeWanAllocation() "
-                            "readWifiAllocation() writeWifiAllocation() readLteAllocation() "
-                            "writeLteAllocation() readNTPAllocation() writeNTPAllocation() "
-                            "readTimeAllocation() writeTimeAllocation() replaceItem(QStandardItem*) "
-                            "updateProject() updateProgram()"));
+             "saveChanges() disconnectFromServer() connectToServer() "
+             "showChangeHostAddressDialog() clearData() rebootDevice() readLanAllocation() "
+             "writeLanAllocation() readWanAllocation() writeWanAllocation() "
+             "readWifiAllocation() writeWifiAllocation() readLteAllocation() "
+             "writeLteAllocation() readNTPAllocation() writeNTPAllocation() "
+             "readTimeAllocation() writeTimeAllocation() replaceItem(QStandardItem*) "
+             "updateProject() updateProgram()");
     QVERIFY(meta.indexOfSignal("sendDataToMainWindow(Protocol::dataMonitoringData)") >= 0);
 }
 
 void TestBoxEditDialog::everyInputIsNamedAfterItsKey()
 {
     open();
-    QStringList expected{QStringLiteral("localTime"), QStringLiteral("wifiOnOffOn"),
-                         QStringLiteral("wifiOnOffOff"), QStringLiteral("lteOnOffOn"),
-                         QStringLiteral("lteOnOffOff")};
+    QStringList expected{"localTime", "wifiOnOffOn", "wifiOnOffOff", "lteOnOffOn", "lteOnOffOff"};
     for (const BoxInput &input : boxInputs()) {
         if (!QByteArray(input.name).endsWith("OnOff")) {
             expected.append(QLatin1String(input.name));
@@ -90,8 +88,8 @@ void TestBoxEditDialog::everyInputIsNamedAfterItsKey()
     expected.sort();
     found.sort();
     QCOMPARE(found, expected);
-    QCOMPARE(m_form->nameEdit()->objectName(), QStringLiteral("name"));
-    QCOMPARE(m_form->saveButton()->objectName(), QStringLiteral("saveButton"));
+    QCOMPARE(m_form->nameEdit()->objectName(), "name");
+    QCOMPARE(m_form->saveButton()->objectName(), "saveButton");
     for (const QPushButton *button : m_form->findChildren<QPushButton *>()) {
         QVERIFY2(!button->objectName().isEmpty(), qPrintable(button->text()));
     }
@@ -101,7 +99,7 @@ void TestBoxEditDialog::showsTabsButNotWifiAndLte()
 {
     open();
     m_form->show();
-    QCOMPARE(m_form->windowTitle(), QStringLiteral("Edit Box"));
+    QCOMPARE(m_form->windowTitle(), "Edit Box");
     auto *tabs = m_form->findChild<QTabWidget *>();
     QStringList titles;
     QStringList visible;
@@ -114,13 +112,11 @@ void TestBoxEditDialog::showsTabsButNotWifiAndLte()
             }
         }
     }
-    QCOMPARE(titles,
-             (QStringList{QStringLiteral("Commonly"), QStringLiteral("LAN"), QStringLiteral("WAN"),
-                          QStringLiteral("NTP"), QStringLiteral("Time")}));
+    QCOMPARE(titles, (QStringList{"Commonly", "LAN", "WAN", "NTP", "Time"}));
     visible.sort();
     QCOMPARE(visible.join(QLatin1Char(' ')),
-             QStringLiteral("ip lanDns1 lanDns2 lanGateway lanIp lanMask localTime name ntpServer time "
-                            "wanDns1 wanDns2 wanGateway wanIp wanMask"));
+             "ip lanDns1 lanDns2 lanGateway lanIp lanMask localTime name ntpServer time "
+             "wanDns1 wanDns2 wanGateway wanIp wanMask");
     QVERIFY(!find<QComboBox>("model")->isVisible());
     QVERIFY(!find<QComboBox>("model")->isEnabled());
     for (const char *name : {"wifiReadButton", "wifiWriteButton", "lteReadButton", "lteWriteButton"}) {
@@ -129,34 +125,34 @@ void TestBoxEditDialog::showsTabsButNotWifiAndLte()
     }
     const auto *area = m_form->findChild<QScrollArea *>();
     QCOMPARE(area->frameShape(), QFrame::NoFrame);
-    QCOMPARE(area->styleSheet(), QStringLiteral("QScrollArea { border: none; }"));
+    QCOMPARE(area->styleSheet(), "QScrollArea { border: none; }");
     QCOMPARE(area->widget(), tabs);
 }
 
 void TestBoxEditDialog::commonPage()
 {
     open();
-    QCOMPARE(status(), QStringLiteral("Connection status: connecting.."));
-    QCOMPARE(find<QLabel>("versionLabel")->text(), QStringLiteral("Program version: 0.0.0"));
+    QCOMPARE(status(), "Connection status: connecting..");
+    QCOMPARE(find<QLabel>("versionLabel")->text(), "Program version: 0.0.0");
     const struct {
         const char *name;
         QString text;
         const char *icon;
     } buttons[] = {
-        {"connectButton", QStringLiteral("Connect"), "Connect"},
-        {"disconnectButton", QStringLiteral("Disconnect"), "Disconnect"},
+        {"connectButton", "Connect", "Connect"},
+        {"disconnectButton", "Disconnect", "Disconnect"},
         {"changeHostButton", QString(), "change_host"},
-        {"updateProjectButton", QStringLiteral("Update project"), "Update project"},
-        {"updateProgramButton", QStringLiteral("Update program"), "Update project"},
-        {"rebootButton", QStringLiteral("Reboot Device"), "Reboot Device"},
-        {"lanReadButton", QStringLiteral("Read"), "read"},
-        {"timeWriteButton", QStringLiteral("Write"), "write"},
-        {"saveButton", QStringLiteral("Save"), "ok"},
-        {"cancelButton", QStringLiteral("Cancel"), "cancel"},
+        {"updateProjectButton", "Update project", "Update project"},
+        {"updateProgramButton", "Update program", "Update project"},
+        {"rebootButton", "Reboot Device", "Reboot Device"},
+        {"lanReadButton", "Read", "read"},
+        {"timeWriteButton", "Write", "write"},
+        {"saveButton", "Save", "ok"},
+        {"cancelButton", "Cancel", "cancel"},
     };
     for (const auto &button : buttons) {
         QCOMPARE(find<QPushButton>(button.name)->text(), button.text);
-        const QIcon icon(QStringLiteral(":/adsdemo/images/%1.svg").arg(QLatin1String(button.icon)));
+        const QIcon icon(QString(":/adsdemo/images/%1.svg").arg(QLatin1String(button.icon)));
         const QImage image = icon.pixmap(32).toImage();
         QVERIFY2(!image.isNull(), button.icon);
         QVERIFY2(find<QPushButton>(button.name)->icon().pixmap(32).toImage() == image, button.name);
@@ -203,8 +199,8 @@ void TestBoxEditDialog::addressesTakeDottedNumbersOnly()
           "wanDns1", "wanDns2", "wifiIp", "wifiMask", "wifiGateway", "wifiDns1", "wifiDns2", "ntpServer"}) {
         auto *edit = find<QLineEdit>(name);
         edit->clear();
-        QTest::keyClicks(edit, QStringLiteral("10.x300.1"));
-        QCOMPARE(edit->text(), QStringLiteral("10.30.1"));
+        QTest::keyClicks(edit, "10.x300.1");
+        QCOMPARE(edit->text(), "10.30.1");
     }
 }
 
@@ -216,24 +212,24 @@ void TestBoxEditDialog::showsTheItem()
 
 void TestBoxEditDialog::opensWithLteOnWhateverTheItemHolds()
 {
-    m_item->setData(QStringLiteral("off"), boxLteOnOffRole);
+    m_item->setData("off", boxLteOnOffRole);
     open();
-    QCOMPARE(shown("lteOnOff"), QStringLiteral("on"));
+    QCOMPARE(shown("lteOnOff"), "on");
     m_form->saveChanges();
-    QCOMPARE(m_item->data(boxLteOnOffRole), QVariant(QStringLiteral("on")));
+    QCOMPARE(m_item->data(boxLteOnOffRole), QVariant("on"));
 }
 
 void TestBoxEditDialog::unknownListTextOpensWithTheFirstEntry()
 {
-    m_item->setData(QStringLiteral("perhaps"), boxWanDhcpRole);
-    m_item->setData(QStringLiteral("enable"), boxWifiDhcpRole);
-    m_item->setData(QStringLiteral("MRN-GATE-99"), boxModelRole);
-    m_item->setData(QStringLiteral("neither"), boxWifiOnOffRole);
+    m_item->setData("perhaps", boxWanDhcpRole);
+    m_item->setData("enable", boxWifiDhcpRole);
+    m_item->setData("MRN-GATE-99", boxModelRole);
+    m_item->setData("neither", boxWifiOnOffRole);
     open();
-    QCOMPARE(shown("wanDhcp"), QStringLiteral("Disabled"));
-    QCOMPARE(shown("wifiDhcp"), QStringLiteral("Disabled"));
-    QCOMPARE(shown("model"), QStringLiteral("MRN-RIM-KX91"));
-    QCOMPARE(shown("wifiOnOff"), QStringLiteral("neither"));
+    QCOMPARE(shown("wanDhcp"), "Disabled");
+    QCOMPARE(shown("wifiDhcp"), "Disabled");
+    QCOMPARE(shown("model"), "MRN-RIM-KX91");
+    QCOMPARE(shown("wifiOnOff"), "neither");
 }
 
 void TestBoxEditDialog::savesAllFieldsAndSaysSo()
@@ -251,27 +247,27 @@ void TestBoxEditDialog::savesAllFieldsAndSaysSo()
     find<QLineEdit>("ip")->setText(boxAddress());
     find<QRadioButton>("wifiOnOffOff")->setChecked(true);
     find<QRadioButton>("lteOnOffOn")->setChecked(true);
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     m_form->saveChanges();
     QMap<int, QVariant> expected = fullRoles();
-    expected[boxWifiOnOffRole] = QStringLiteral("off");
+    expected[boxWifiOnOffRole] = "off";
     QCOMPARE(rolesOf(other), expected);
-    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("The box 'Gate 1' is saved successfully.")));
-    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: save")));
+    QCOMPARE(m_workspace->messages, QStringList("The box 'Gate 1' is saved successfully."));
+    QCOMPARE(log.events(), QStringList("BoxEditDialog: save"));
     QVERIFY(m_form);
 }
 
 void TestBoxEditDialog::savesWithoutMainWindow()
 {
     m_form = new BoxEditDialog(m_item.get(), nullptr);
-    m_form->nameEdit()->setText(QStringLiteral("alone"));
+    m_form->nameEdit()->setText("alone");
     m_form->saveChanges();
-    QCOMPARE(m_item->text(), QStringLiteral("alone"));
+    QCOMPARE(m_item->text(), "alone");
 }
 
 void TestBoxEditDialog::openingLeavesTheItemAlone()
 {
-    QStandardItem bare(QStringLiteral("bare"));
+    QStandardItem bare("bare");
     const auto before = rolesOf(bare);
     m_form = new BoxEditDialog(&bare, m_workspace.get());
     QCOMPARE(rolesOf(bare), before);
@@ -279,30 +275,30 @@ void TestBoxEditDialog::openingLeavesTheItemAlone()
 
 void TestBoxEditDialog::replacedItemIsShownAndLteComesFromIt()
 {
-    QStandardItem bare(QStringLiteral("bare"));
+    QStandardItem bare("bare");
     m_form = new BoxEditDialog(&bare, m_workspace.get());
     const Protocol *session = m_form->protocol();
-    m_item->setData(QStringLiteral("off"), boxLteOnOffRole);
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    m_item->setData("off", boxLteOnOffRole);
+    const LogTail log("BoxEditDialog");
     m_form->replaceItem(m_item.get());
     QMap<int, QVariant> expected = fullRoles();
-    expected[boxLteOnOffRole] = QStringLiteral("off");
+    expected[boxLteOnOffRole] = "off";
     QCOMPARE(shownRoles(), expected);
     QCOMPARE(m_form->protocol(), session);
-    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: replace")));
+    QCOMPARE(log.events(), QStringList("BoxEditDialog: replace"));
     m_form->saveChanges();
     QCOMPARE(rolesOf(*m_item), expected);
-    QCOMPARE(bare.text(), QStringLiteral("bare"));
+    QCOMPARE(bare.text(), "bare");
 }
 
 void TestBoxEditDialog::replacedItemKeepsListsWithUnknownTexts()
 {
     open();
     QStandardItem bare;
-    bare.setData(QStringLiteral("perhaps"), boxWanDhcpRole);
+    bare.setData("perhaps", boxWanDhcpRole);
     m_form->replaceItem(&bare);
-    QCOMPARE(shown("wanDhcp"), QStringLiteral("Enable"));
-    QCOMPARE(shown("model"), QStringLiteral("MRN-GATE-20"));
+    QCOMPARE(shown("wanDhcp"), "Enable");
+    QCOMPARE(shown("model"), "MRN-GATE-20");
     QCOMPARE(shown("lanIp"), QString());
 }
 
@@ -311,15 +307,15 @@ void TestBoxEditDialog::switchOfOneItemDoesNotReachTheNext()
     open();
     QStandardItem bare;
     m_form->replaceItem(&bare);
-    QCOMPARE(shown("wifiOnOff"), QStringLiteral("neither"));
-    QCOMPARE(shown("lteOnOff"), QStringLiteral("neither"));
+    QCOMPARE(shown("wifiOnOff"), "neither");
+    QCOMPARE(shown("lteOnOff"), "neither");
     m_form->saveChanges();
-    QCOMPARE(bare.data(boxWifiOnOffRole), QVariant(QStringLiteral("off")));
+    QCOMPARE(bare.data(boxWifiOnOffRole), QVariant("off"));
 }
 
 void TestBoxEditDialog::clearDataEmptiesTheForm()
 {
-    m_item->setData(QStringLiteral("off"), boxWifiOnOffRole);
+    m_item->setData("off", boxWifiOnOffRole);
     open();
     find<QRadioButton>("lteOnOffOff")->setChecked(true);
     m_form->clearData();
@@ -327,12 +323,12 @@ void TestBoxEditDialog::clearDataEmptiesTheForm()
     for (const BoxInput &input : boxInputs()) {
         expected.insert(input.role, QString());
     }
-    expected[boxModelRole] = QStringLiteral("MRN-RIM-KX91");
-    expected[boxWanDhcpRole] = QStringLiteral("Disabled");
-    expected[boxWifiDhcpRole] = QStringLiteral("Disabled");
-    expected[boxWifiModeRole] = QStringLiteral("station");
-    expected[boxWifiOnOffRole] = QStringLiteral("on");
-    expected[boxLteOnOffRole] = QStringLiteral("on");
+    expected[boxModelRole] = "MRN-RIM-KX91";
+    expected[boxWanDhcpRole] = "Disabled";
+    expected[boxWifiDhcpRole] = "Disabled";
+    expected[boxWifiModeRole] = "station";
+    expected[boxWifiOnOffRole] = "on";
+    expected[boxLteOnOffRole] = "on";
     QCOMPARE(shownRoles(), expected);
     QCOMPARE(rolesOf(*m_item).value(boxLanIpRole), fullRoles().value(boxLanIpRole));
 }
@@ -342,8 +338,7 @@ void TestBoxEditDialog::localTimeTicks()
     open();
     QCOMPARE(shown("localTime"), QString());
     QTRY_VERIFY(!shown("localTime").isEmpty());
-    const QDateTime shownTime =
-        QDateTime::fromString(shown("localTime"), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    const QDateTime shownTime = QDateTime::fromString(shown("localTime"), "yyyy-MM-dd HH:mm:ss");
     QVERIFY(shownTime.isValid());
     QVERIFY(qAbs(shownTime.secsTo(QDateTime::currentDateTime())) <= 2);
 }
@@ -358,13 +353,11 @@ void TestBoxEditDialog::fitsANarrowTab()
 
 void TestBoxEditDialog::logsItsLife()
 {
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     open();
-    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: new-nuilt")));
+    QCOMPARE(log.events(), QStringList("BoxEditDialog: new-nuilt"));
     delete m_form;
-    QCOMPARE(log.events(),
-             (QStringList{QStringLiteral("BoxEditDialog: new-nuilt"),
-                          QStringLiteral("BoxEditDialog: destroyed")}));
+    QCOMPARE(log.events(), (QStringList{"BoxEditDialog: new-nuilt", "BoxEditDialog: destroyed"}));
 }
 
 QTEST_MAIN(TestBoxEditDialog)

@@ -18,7 +18,7 @@ class TestBoxEditSession : public BoxFormTest
     Q_OBJECT
 public:
     TestBoxEditSession()
-        : BoxFormTest(QStringLiteral("127.0.11.4"))
+        : BoxFormTest("127.0.11.4")
     {
     }
 
@@ -58,10 +58,10 @@ void TestBoxEditSession::showsStatusAndVersion()
     QVERIFY(connected());
     // Version "2.1.0", serial number "S1", model "M".
     answer(QByteArray::fromHex("12340200 1300 05 322e312e30 02 5331 01 4d 5678"));
-    QTRY_COMPARE(status(), QStringLiteral("Connection status: Connected"));
-    QCOMPARE(find<QLabel>("versionLabel")->text(), QStringLiteral("Program version: 2.1.0"));
+    QTRY_COMPARE(status(), "Connection status: Connected");
+    QCOMPARE(find<QLabel>("versionLabel")->text(), "Program version: 2.1.0");
     m_box->link(0)->abort();
-    QTRY_COMPARE(status(), QStringLiteral("Connection status: Disconnected"));
+    QTRY_COMPARE(status(), "Connection status: Disconnected");
 }
 
 void TestBoxEditSession::connectTwiceReplacesTheSession()
@@ -69,18 +69,16 @@ void TestBoxEditSession::connectTwiceReplacesTheSession()
     open();
     QVERIFY(connected());
     const QPointer<Protocol> first(m_form->protocol());
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     QStringList labels;
     for (int press = 0; press < 2; ++press) {
         click("connectButton");
         labels.append(status());
     }
     QVERIFY(!first);
-    QCOMPARE(labels,
-             (QStringList{QStringLiteral("Connection status: connecting.."),
-                          QStringLiteral("Connection status: connecting..")}));
-    const QString disconnected = QStringLiteral("BoxEditDialog: disconnect");
-    const QString connectedLine = QStringLiteral("BoxEditDialog: connect");
+    QCOMPARE(labels, (QStringList{"Connection status: connecting..", "Connection status: connecting.."}));
+    const QString disconnected = "BoxEditDialog: disconnect";
+    const QString connectedLine = "BoxEditDialog: connect";
     QCOMPARE(log.events(), (QStringList{disconnected, connectedLine, disconnected, connectedLine}));
     QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
     QVERIFY(connected());
@@ -91,15 +89,15 @@ void TestBoxEditSession::disconnectDropsTheSessionOnce()
     open();
     QVERIFY(connected());
     const QPointer<Protocol> session(m_form->protocol());
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     click("disconnectButton");
     QVERIFY(!session);
     QCOMPARE(m_form->protocol(), nullptr);
-    QCOMPARE(status(), QStringLiteral("Connection status: Not connected"));
-    find<QLabel>("statusLabel")->setText(QStringLiteral("untouched"));
+    QCOMPARE(status(), "Connection status: Not connected");
+    find<QLabel>("statusLabel")->setText("untouched");
     click("disconnectButton");
-    QCOMPARE(status(), QStringLiteral("untouched"));
-    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: disconnect")));
+    QCOMPARE(status(), "untouched");
+    QCOMPARE(log.events(), QStringList("BoxEditDialog: disconnect"));
     QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
 }
 
@@ -119,15 +117,13 @@ void TestBoxEditSession::endOfTheSessionIsHeard()
     QStringList heard;
     connect(m_form->protocol(), &Protocol::connectionStatusChanged, m_box.get(),
             [&](const QString &told) { heard.append(told); });
-    connect(m_form->protocol(), &QObject::destroyed, m_box.get(),
-            [&] { heard.append(QStringLiteral("destroyed")); });
+    connect(m_form->protocol(), &QObject::destroyed, m_box.get(), [&] { heard.append("destroyed"); });
     if (end == "form deleted") {
         delete m_form;
     } else {
         click(end.constData());
     }
-    QCOMPARE(heard,
-             (QStringList{QStringLiteral("Connection status: Disconnected"), QStringLiteral("destroyed")}));
+    QCOMPARE(heard, (QStringList{"Connection status: Disconnected", "destroyed"}));
     QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
 }
 
@@ -147,16 +143,13 @@ void TestBoxEditSession::readAfterDisconnectMakesASession()
     open();
     QVERIFY(connected());
     m_form->disconnectFromServer();
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     click("lanReadButton");
     QVERIFY(m_form->protocol());
-    QCOMPARE(
-        log.events(),
-        (QStringList{QStringLiteral("BoxEditDialog: connect"), QStringLiteral("BoxEditDialog: read Lan")}));
+    QCOMPARE(log.events(), (QStringList{"BoxEditDialog: connect", "BoxEditDialog: read Lan"}));
     QTRY_COMPARE(m_box->count(), 2);
     QTRY_COMPARE(requestsIn(m_box->received(1)).size(), 1);
-    QCOMPARE(requestsIn(m_box->received(1)).first().value(QLatin1String("type")).toString(),
-             QStringLiteral("2"));
+    QCOMPARE(requestsIn(m_box->received(1)).first().value(QLatin1String("type")).toString(), "2");
 }
 
 void TestBoxEditSession::cancelDisconnectsBeforeItRejects()
@@ -165,7 +158,7 @@ void TestBoxEditSession::cancelDisconnectsBeforeItRejects()
     QString statusAtRejection;
     connect(m_form, &QDialog::rejected, this, [&] { statusAtRejection = status(); });
     click("cancelButton");
-    QCOMPARE(statusAtRejection, QStringLiteral("Connection status: Not connected"));
+    QCOMPARE(statusAtRejection, "Connection status: Not connected");
     QCOMPARE(m_form->protocol(), nullptr);
 }
 
@@ -174,7 +167,7 @@ void TestBoxEditSession::offlineIsToldInTheMessageDock()
     open();
     emit m_form->protocol()->offlineOccurred();
     QCOMPARE(m_workspace->messages,
-             QStringList(QStringLiteral("!!!No communication for 30 seconds. Connection may be lost.!!!")));
+             QStringList("!!!No communication for 30 seconds. Connection may be lost.!!!"));
     delete m_form;
     m_form = new BoxEditDialog(m_item.get(), nullptr);
     emit m_form->protocol()->offlineOccurred();
@@ -185,15 +178,15 @@ void TestBoxEditSession::reportsArePassedOn()
     qRegisterMetaType<Protocol::dataMonitoringData>();
     open();
     const QSignalSpy passed(m_form, &BoxEditDialog::sendDataToMainWindow);
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     Protocol::dataMonitoringData report;
-    report.projectName = QStringLiteral("plant");
-    report.plcName = QStringLiteral("meter");
+    report.projectName = "plant";
+    report.plcName = "meter";
     QTest::ignoreMessage(QtDebugMsg, "\"plant\"");
     emit m_form->protocol()->dataReceived(report);
     QCOMPARE(passed.size(), 1);
-    QCOMPARE(passed.first().first().value<Protocol::dataMonitoringData>().plcName, QStringLiteral("meter"));
-    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: Data")));
+    QCOMPARE(passed.first().first().value<Protocol::dataMonitoringData>().plcName, "meter");
+    QCOMPARE(log.events(), QStringList("BoxEditDialog: Data"));
 }
 
 void TestBoxEditSession::requestOnADeadLinkIsToldInTheLabel()
@@ -201,32 +194,29 @@ void TestBoxEditSession::requestOnADeadLinkIsToldInTheLabel()
     open();
     QVERIFY(connected());
     m_box->link(0)->abort();
-    QTRY_COMPARE(status(), QStringLiteral("Connection status: Disconnected"));
+    QTRY_COMPARE(status(), "Connection status: Disconnected");
     click("lanReadButton");
-    QCOMPARE(status(), QStringLiteral("Not connected to server."));
+    QCOMPARE(status(), "Not connected to server.");
 }
 
 void TestBoxEditSession::hostAddressChoices()
 {
     const QList<QHostAddress> addresses{
-        QHostAddress(QStringLiteral("127.0.0.1")), QHostAddress(QStringLiteral("10.1.2.3")),
-        QHostAddress(QStringLiteral("::1")),       QHostAddress(QStringLiteral("fe80::1")),
-        QHostAddress(QStringLiteral("127.9.9.9")), QHostAddress(QStringLiteral("192.168.1.5")),
+        QHostAddress("127.0.0.1"), QHostAddress("10.1.2.3"),  QHostAddress("::1"),
+        QHostAddress("fe80::1"),   QHostAddress("127.9.9.9"), QHostAddress("192.168.1.5"),
     };
-    QCOMPARE(
-        HostAddressDialog::choices(addresses),
-        (QStringList{QStringLiteral("0.0.0.0"), QStringLiteral("10.1.2.3"), QStringLiteral("192.168.1.5")}));
+    QCOMPARE(HostAddressDialog::choices(addresses), (QStringList{"0.0.0.0", "10.1.2.3", "192.168.1.5"}));
 }
 
 void TestBoxEditSession::hostAddressDialogOffersTheAddressesOfThisMachine()
 {
     open();
     m_dialogs->expect([](QWidget *dialog) {
-        QCOMPARE(dialog->windowTitle(), QStringLiteral("Select Host Address"));
+        QCOMPARE(dialog->windowTitle(), "Select Host Address");
         QCOMPARE(dialog->minimumSize(), QSize(350, 100));
-        QCOMPARE(dialog->findChild<QLabel *>()->text(), QStringLiteral("Please select the host address:"));
-        const auto *list = dialog->findChild<QComboBox *>(QStringLiteral("hostAddress"));
-        QCOMPARE(list->itemText(0), QStringLiteral("0.0.0.0"));
+        QCOMPARE(dialog->findChild<QLabel *>()->text(), "Please select the host address:");
+        const auto *list = dialog->findChild<QComboBox *>("hostAddress");
+        QCOMPARE(list->itemText(0), "0.0.0.0");
         QCOMPARE(list->currentIndex(), 0);
         dialog->close();
     });
@@ -240,13 +230,12 @@ void TestBoxEditSession::anyHostAddressStartsANewSession()
     open();
     QVERIFY(connected());
     const QPointer<Protocol> first(m_form->protocol());
-    m_dialogs->expect(
-        [](QWidget *dialog) { dialog->findChild<QPushButton *>(QStringLiteral("okButton"))->click(); });
+    m_dialogs->expect([](QWidget *dialog) { dialog->findChild<QPushButton *>("okButton")->click(); });
     m_form->showChangeHostAddressDialog();
     QVERIFY(!first);
     QCOMPARE(m_form->findChild<HostAddressDialog *>()->result(), int(QDialog::Accepted));
-    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("Selected address: 0.0.0.0 (No binding)")));
-    QCOMPARE(status(), QStringLiteral("Connection status: connecting.."));
+    QCOMPARE(m_workspace->messages, QStringList("Selected address: 0.0.0.0 (No binding)"));
+    QCOMPARE(status(), "Connection status: connecting..");
     QTRY_COMPARE(m_box->count(), 2);
 }
 
@@ -254,13 +243,13 @@ void TestBoxEditSession::chosenHostAddressIsBoundAndRemembered()
 {
     open();
     QVERIFY(connected());
-    chooseHostAddress(QStringLiteral("127.0.11.7"));
-    QCOMPARE(m_form->hostAddress(), QStringLiteral("127.0.11.7"));
-    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("Selected host address: 127.0.11.7")));
-    QCOMPARE(status(), QStringLiteral("Connection status: Waiting for connection."));
+    chooseHostAddress("127.0.11.7");
+    QCOMPARE(m_form->hostAddress(), "127.0.11.7");
+    QCOMPARE(m_workspace->messages, QStringList("Selected host address: 127.0.11.7"));
+    QCOMPARE(status(), "Connection status: Waiting for connection.");
     QTRY_COMPARE(m_box->count(), 2);
-    QCOMPARE(status(), QStringLiteral("Connection status: Reconnecting..."));
-    QCOMPARE(m_box->link(1)->peerAddress(), QHostAddress(QStringLiteral("127.0.11.7")));
+    QCOMPARE(status(), "Connection status: Reconnecting...");
+    QCOMPARE(m_box->link(1)->peerAddress(), QHostAddress("127.0.11.7"));
 }
 
 void TestBoxEditSession::cancelledHostAddressChangesNothing()
@@ -268,13 +257,13 @@ void TestBoxEditSession::cancelledHostAddressChangesNothing()
     open();
     const Protocol *session = m_form->protocol();
     m_dialogs->expect([](QWidget *dialog) {
-        auto *list = dialog->findChild<QComboBox *>(QStringLiteral("hostAddress"));
-        list->addItem(QStringLiteral("127.0.11.7"));
+        auto *list = dialog->findChild<QComboBox *>("hostAddress");
+        list->addItem("127.0.11.7");
         list->setCurrentIndex(list->count() - 1);
-        dialog->findChild<QPushButton *>(QStringLiteral("cancelButton"))->click();
+        dialog->findChild<QPushButton *>("cancelButton")->click();
     });
     m_form->showChangeHostAddressDialog();
-    QCOMPARE(m_form->hostAddress(), QStringLiteral("0.0.0.0"));
+    QCOMPARE(m_form->hostAddress(), "0.0.0.0");
     QCOMPARE(m_form->protocol(), session);
     QCOMPARE(m_workspace->messages, QStringList());
 }
@@ -282,7 +271,7 @@ void TestBoxEditSession::cancelledHostAddressChangesNothing()
 void TestBoxEditSession::bindingFailureIsToldForTheSessionOfThatMoment()
 {
     open();
-    const QString told = QStringLiteral("Binding Failed|Failed to bind to IP address: 192.0.2.1");
+    const QString told = "Binding Failed|Failed to bind to IP address: 192.0.2.1";
     // Twice, and still one box a failure.
     for (int time = 0; time < 2; ++time) {
         m_dialogs->expect([](QWidget *dialog) { dialog->close(); });
@@ -290,11 +279,11 @@ void TestBoxEditSession::bindingFailureIsToldForTheSessionOfThatMoment()
     }
     m_form->protocol()->closeConnection();
     m_boxes->expect();
-    m_form->protocol()->bindToAddress(QHostAddress(QStringLiteral("192.0.2.1")));
+    m_form->protocol()->bindToAddress(QHostAddress("192.0.2.1"));
     QCOMPARE(m_boxes->told(), QStringList(told));
 
     // The session that "OK" starts has nobody listening.
-    chooseHostAddress(QStringLiteral("192.0.2.1"));
+    chooseHostAddress("192.0.2.1");
     QCOMPARE(m_boxes->told(), QStringList(told));
 }
 

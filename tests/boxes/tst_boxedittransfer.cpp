@@ -24,7 +24,7 @@ class TestBoxEditTransfer : public BoxFormTest
     Q_OBJECT
 public:
     TestBoxEditTransfer()
-        : BoxFormTest(QStringLiteral("127.0.11.6"))
+        : BoxFormTest("127.0.11.6")
     {
     }
 
@@ -64,10 +64,10 @@ void TestBoxEditTransfer::init()
 
 QStandardItem *TestBoxEditTransfer::addProject()
 {
-    QStandardItem *project = ProjectTree::makeProject(QStringLiteral("plant"), m_dir->path(), QString());
+    QStandardItem *project = ProjectTree::makeProject("plant", m_dir->path(), QString());
     ProjectTree::appendMissingFolders(project);
     QStandardItem *box = ProjectTree::appendDefinition(
-        ProjectTree::childNamed(project, ProjectTree::boxFolder), QStringLiteral("Gate 1"), QString());
+        ProjectTree::childNamed(project, ProjectTree::boxFolder), "Gate 1", QString());
     m_model->appendRow(project);
     m_workspace->current = box;
     return project;
@@ -96,16 +96,16 @@ void TestBoxEditTransfer::projectIsPushed()
     const QByteArray document = QJsonDocument(m_workspace->buildProjectJson(project)).toJson();
     QVERIFY(!document.isEmpty() && document.size() < 1024);
     // What a push that failed has left is written over.
-    QFile left(m_dir->filePath(QStringLiteral("temp.json")));
+    QFile left(m_dir->filePath("temp.json"));
     QVERIFY(left.open(QIODevice::WriteOnly) && left.resize(4096));
     left.close();
     open();
     QVERIFY(connected());
     answerTransferWith(QByteArray::fromHex("12340300 0a00 03 00 5678"));
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     click("updateProjectButton");
-    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("Checksum Result:Checksum successful.")));
-    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: updateProject")));
+    QCOMPARE(m_workspace->messages, QStringList("Checksum Result:Checksum successful."));
+    QCOMPARE(log.events(), QStringList("BoxEditDialog: updateProject"));
     QCOMPARE(find<QProgressBar>("progressBar")->value(), 100);
     QCOMPARE(filesInFolder(), QStringList());
     // One chunk: 17 bytes, the document, 2 bytes; then the digest's frame.
@@ -138,17 +138,16 @@ void TestBoxEditTransfer::projectPushNeedsATempFile()
     QFETCH(bool, full);
     QStandardItem *project = addProject();
     if (full) {
-        if (!QFile::exists(QStringLiteral("/dev/full"))) {
+        if (!QFile::exists("/dev/full")) {
             QSKIP("no device that is always full");
         }
-        QVERIFY(QFile::link(QStringLiteral("/dev/full"), m_dir->filePath(QStringLiteral("temp.json"))));
+        QVERIFY(QFile::link("/dev/full", m_dir->filePath("temp.json")));
     } else {
-        project->setData(m_dir->filePath(QStringLiteral("nowhere")), projectPathRole);
+        project->setData(m_dir->filePath("nowhere"), projectPathRole);
     }
     open();
     QVERIFY(connected());
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral("^Could not create temp file: \".+\"$")));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Could not create temp file: \".+\"$"));
     m_form->updateProject();
     QCOMPARE(m_workspace->messages, QStringList());
     QCoreApplication::processEvents();
@@ -158,19 +157,18 @@ void TestBoxEditTransfer::projectPushNeedsATempFile()
 void TestBoxEditTransfer::unreachableBoxIsToldAndTempFileStays()
 {
     addProject();
-    m_item->setData(QStringLiteral("127.0.11.9"), // nobody listens there
+    m_item->setData("127.0.11.9", // nobody listens there
                     boxIpRole);
     open();
     m_form->updateProject();
-    QCOMPARE(
-        m_workspace->messages,
-        QStringList(QStringLiteral("Connection Status:Failed to connect to server for program update.")));
-    QCOMPARE(filesInFolder(), QStringList(QStringLiteral("temp.json")));
+    QCOMPARE(m_workspace->messages,
+             QStringList("Connection Status:Failed to connect to server for program update."));
+    QCOMPARE(filesInFolder(), QStringList("temp.json"));
 }
 
 void TestBoxEditTransfer::programIsPushed()
 {
-    QFile program(m_dir->filePath(QStringLiteral("gate.bin")));
+    QFile program(m_dir->filePath("gate.bin"));
     QVERIFY(program.open(QIODevice::WriteOnly));
     program.write("a");
     program.close();
@@ -180,17 +178,16 @@ void TestBoxEditTransfer::programIsPushed()
     m_dialogs->expect([&](QWidget *widget) {
         auto *dialog = qobject_cast<QFileDialog *>(widget);
         QVERIFY(dialog);
-        QCOMPARE(dialog->windowTitle(), QStringLiteral("Select Program File"));
+        QCOMPARE(dialog->windowTitle(), "Select Program File");
         QCOMPARE(dialog->directory().path(), QDir::homePath());
-        QCOMPARE(dialog->nameFilters(),
-                 (QStringList{QStringLiteral("Program Files (*.bin)"), QStringLiteral("All Files (*.*)")}));
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(program.fileName());
+        QCOMPARE(dialog->nameFilters(), (QStringList{"Program Files (*.bin)", "All Files (*.*)"}));
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(program.fileName());
         static_cast<QDialog *>(dialog)->accept();
     });
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     click("updateProgramButton");
-    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("Checksum Result:Checksum failed.")));
-    QCOMPARE(log.events(), QStringList(QStringLiteral("BoxEditDialog: updateProgram")));
+    QCOMPARE(m_workspace->messages, QStringList("Checksum Result:Checksum failed."));
+    QCOMPARE(log.events(), QStringList("BoxEditDialog: updateProgram"));
     QCOMPARE(find<QProgressBar>("progressBar")->value(), 0);
     QCOMPARE(m_box->received(1).toHex(),
              QByteArray::fromHex("12340400 1400 01 01000000 0100 01000000 61 5678"
@@ -211,19 +208,19 @@ void TestBoxEditTransfer::programPushCanBeCancelled()
 
 void TestBoxEditTransfer::missingProgramIsTold()
 {
-    QFile program(m_dir->filePath(QStringLiteral("gate.bin")));
+    QFile program(m_dir->filePath("gate.bin"));
     QVERIFY(program.open(QIODevice::WriteOnly));
     open();
     QVERIFY(connected());
     m_dialogs->expect([&](QWidget *widget) {
         auto *dialog = qobject_cast<QFileDialog *>(widget);
         connect(dialog, &QDialog::accepted, this, [&program] { program.remove(); });
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(program.fileName());
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(program.fileName());
         static_cast<QDialog *>(dialog)->accept();
     });
     m_boxes->expect();
     m_form->updateProgram();
-    QCOMPARE(m_boxes->told(), QStringList(QStringLiteral("Error|Failed to open program file.")));
+    QCOMPARE(m_boxes->told(), QStringList("Error|Failed to open program file."));
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
@@ -234,13 +231,11 @@ void TestBoxEditTransfer::timeoutIsToldInABoxAndInTheDock()
     FileTransfer::Timeouts timeouts;
     timeouts.verdict = 20;
     m_form->setTransferTimeouts(timeouts);
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     m_boxes->expect();
     m_form->updateProject();
-    QCOMPARE(m_boxes->told(),
-             QStringList(QStringLiteral("Timeout|Timeout while waiting for checksum result.")));
-    QCOMPARE(m_workspace->messages,
-             QStringList(QStringLiteral("Timeout:Timeout while waiting for checksum result.")));
+    QCOMPARE(m_boxes->told(), QStringList("Timeout|Timeout while waiting for checksum result."));
+    QCOMPARE(m_workspace->messages, QStringList("Timeout:Timeout while waiting for checksum result."));
     QCOMPARE(find<QProgressBar>("progressBar")->value(), 0);
     QCOMPARE(log.events(), QStringList());
     QCOMPARE(filesInFolder(), QStringList());
@@ -250,12 +245,11 @@ void TestBoxEditTransfer::transferTakesTheHostAddress()
 {
     addProject();
     open();
-    chooseHostAddress(QStringLiteral("192.0.2.1"));
+    chooseHostAddress("192.0.2.1");
     m_workspace->messages.clear();
     m_form->updateProject();
-    QCOMPARE(m_workspace->messages,
-             QStringList(QStringLiteral("Binding Status: Failed to bind to 192.0.2.1")));
-    QCOMPARE(filesInFolder(), QStringList(QStringLiteral("temp.json")));
+    QCOMPARE(m_workspace->messages, QStringList("Binding Status: Failed to bind to 192.0.2.1"));
+    QCOMPARE(filesInFolder(), QStringList("temp.json"));
 }
 
 void TestBoxEditTransfer::sessionLivesOnDuringATransfer()
@@ -273,8 +267,8 @@ void TestBoxEditTransfer::sessionLivesOnDuringATransfer()
         }
     };
     m_form->updateProject();
-    QCOMPARE(shown("ntpServer"), QStringLiteral("4.1.1.1"));
-    QCOMPARE(m_workspace->messages, QStringList(QStringLiteral("Checksum Result:Checksum successful.")));
+    QCOMPARE(shown("ntpServer"), "4.1.1.1");
+    QCOMPARE(m_workspace->messages, QStringList("Checksum Result:Checksum successful."));
 }
 
 void TestBoxEditTransfer::updateProjectAgainDuringTheWait()
@@ -296,8 +290,7 @@ void TestBoxEditTransfer::updateProjectAgainDuringTheWait()
     };
     click("updateProjectButton");
     QCOMPARE(m_workspace->messages,
-             (QStringList{QStringLiteral("Checksum Result:Checksum successful."),
-                          QStringLiteral("Checksum Result:Checksum failed.")}));
+             (QStringList{"Checksum Result:Checksum successful.", "Checksum Result:Checksum failed."}));
     QCOMPARE(filesInFolder(), QStringList());
 }
 
@@ -327,7 +320,7 @@ void TestBoxEditTransfer::formMayDie()
     const auto kill = [this] { m_form->deleteLater(); };
     if (moment == "after the link broke") {
         m_box->link(0)->abort();
-        QTRY_COMPARE(status(), QStringLiteral("Connection status: Disconnected"));
+        QTRY_COMPARE(status(), "Connection status: Disconnected");
         delete m_form;
     } else if (moment == "when it disconnects" || moment == "when it connects anew") {
         connect(m_form->protocol(), &Protocol::connectionStatusChanged, m_box.get(),
@@ -349,7 +342,7 @@ void TestBoxEditTransfer::formMayDie()
         m_form->showChangeHostAddressDialog();
         m_form->protocol()->closeConnection();
         actBelowTheNextBox(kill);
-        m_form->protocol()->bindToAddress(QHostAddress(QStringLiteral("192.0.2.1")));
+        m_form->protocol()->bindToAddress(QHostAddress("192.0.2.1"));
     } else if (moment == "below the host address dialog") {
         m_dialogs->expect([this](QWidget *) { delete m_form; });
         m_form->showChangeHostAddressDialog();

@@ -27,7 +27,7 @@ private slots:
 void TestBoxInputDialog::showsNameAndAddress()
 {
     const BoxInputDialog dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Add Box"));
+    QCOMPARE(dialog.windowTitle(), "Add Box");
     QCOMPARE(dialog.size(), QSize(500, 200));
     const auto *form = dialog.findChild<QFormLayout *>();
     QStringList rows;
@@ -35,32 +35,28 @@ void TestBoxInputDialog::showsNameAndAddress()
         rows.append(qobject_cast<QLabel *>(form->itemAt(row, QFormLayout::LabelRole)->widget())->text());
         rows.append(form->itemAt(row, QFormLayout::FieldRole)->widget()->objectName());
     }
-    QCOMPARE(rows,
-             (QStringList{QStringLiteral("Box Name:"), QStringLiteral("name"), QStringLiteral("IP Address:"),
-                          QStringLiteral("ip")}));
-    QCOMPARE(dialog.findChild<QPushButton *>(QStringLiteral("okButton"))->text(), QStringLiteral("OK"));
-    QCOMPARE(dialog.findChild<QPushButton *>(QStringLiteral("cancelButton"))->text(),
-             QStringLiteral("Cancel"));
+    QCOMPARE(rows, (QStringList{"Box Name:", "name", "IP Address:", "ip"}));
+    QCOMPARE(dialog.findChild<QPushButton *>("okButton")->text(), "OK");
+    QCOMPARE(dialog.findChild<QPushButton *>("cancelButton")->text(), "Cancel");
 }
 
 void TestBoxInputDialog::handsOutWhatWasTypedAndTheFirstModel()
 {
     BoxInputDialog dialog;
-    QTest::keyClicks(dialog.findChild<QLineEdit *>(QStringLiteral("name")), QStringLiteral("Gate 1"));
-    QTest::keyClicks(dialog.findChild<QLineEdit *>(QStringLiteral("ip")), QStringLiteral("192.168.1.70"));
-    QCOMPARE(dialog.name(), QStringLiteral("Gate 1"));
-    QCOMPARE(dialog.ip(), QStringLiteral("192.168.1.70"));
-    QCOMPARE(dialog.model(), QStringLiteral("MRN-GATE-70"));
+    QTest::keyClicks(dialog.findChild<QLineEdit *>("name"), "Gate 1");
+    QTest::keyClicks(dialog.findChild<QLineEdit *>("ip"), "192.168.1.70");
+    QCOMPARE(dialog.name(), "Gate 1");
+    QCOMPARE(dialog.ip(), "192.168.1.70");
+    QCOMPARE(dialog.model(), "MRN-GATE-70");
 }
 
 void TestBoxInputDialog::modelIsBuiltAndNeverSeen()
 {
     BoxInputDialog dialog;
     dialog.show();
-    const auto *model = dialog.findChild<QComboBox *>(QStringLiteral("model"));
+    const auto *model = dialog.findChild<QComboBox *>("model");
     QVERIFY(!model->isVisible());
-    QCOMPARE(InputDialogs::entries(model),
-             (QStringList{QStringLiteral("MRN-GATE-70"), QStringLiteral("MRN-GATE-20")}));
+    QCOMPARE(InputDialogs::entries(model), (QStringList{"MRN-GATE-70", "MRN-GATE-20"}));
     for (const QLayout *layout : dialog.findChildren<QLayout *>()) {
         QCOMPARE(layout->indexOf(const_cast<QComboBox *>(model)), -1);
     }
@@ -72,10 +68,10 @@ void TestBoxInputDialog::modelIsBuiltAndNeverSeen()
 void TestBoxInputDialog::addressTakesDottedNumbersOnlyAndNameTakesAll()
 {
     BoxInputDialog dialog;
-    auto *ip = dialog.findChild<QLineEdit *>(QStringLiteral("ip"));
-    QTest::keyClicks(ip, QStringLiteral("192.x999.1"));
-    QCOMPARE(dialog.ip(), QStringLiteral("192.99.1"));
-    QCOMPARE(dialog.findChild<QLineEdit *>(QStringLiteral("name"))->validator(), nullptr);
+    auto *ip = dialog.findChild<QLineEdit *>("ip");
+    QTest::keyClicks(ip, "192.x999.1");
+    QCOMPARE(dialog.ip(), "192.99.1");
+    QCOMPARE(dialog.findChild<QLineEdit *>("name")->validator(), nullptr);
 }
 
 void TestBoxInputDialog::okAcceptsAndCancelRejects()
@@ -84,8 +80,8 @@ void TestBoxInputDialog::okAcceptsAndCancelRejects()
     QSignalSpy finished(&dialog, &QDialog::finished);
     dialog.show();
     QTest::keyClick(&dialog, Qt::Key_Return);
-    dialog.findChild<QPushButton *>(QStringLiteral("cancelButton"))->click();
-    dialog.findChild<QPushButton *>(QStringLiteral("okButton"))->click();
+    dialog.findChild<QPushButton *>("cancelButton")->click();
+    dialog.findChild<QPushButton *>("okButton")->click();
     QCOMPARE(
         finished,
         (QList<QVariantList>{{int(QDialog::Accepted)}, {int(QDialog::Rejected)}, {int(QDialog::Accepted)}}));
@@ -93,13 +89,11 @@ void TestBoxInputDialog::okAcceptsAndCancelRejects()
 
 void TestBoxInputDialog::logsItsLife()
 {
-    const LogTail log(QStringLiteral("BoxInputDialog"));
+    const LogTail log("BoxInputDialog");
     {
         const BoxInputDialog dialog;
     }
-    QCOMPARE(log.events(),
-             (QStringList{QStringLiteral("BoxInputDialog: new-nuilt"),
-                          QStringLiteral("BoxInputDialog: destroyed")}));
+    QCOMPARE(log.events(), (QStringList{"BoxInputDialog: new-nuilt", "BoxInputDialog: destroyed"}));
 }
 
 QTEST_MAIN(TestBoxInputDialog)

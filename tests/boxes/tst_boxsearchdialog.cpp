@@ -43,12 +43,12 @@ QStringList rowsOf(const BoxSearchDialog &dialog)
 
 QList<QTimer *> endsOf(const BoxSearchDialog &dialog)
 {
-    return dialog.findChildren<QTimer *>(QStringLiteral("searchEnd"));
+    return dialog.findChildren<QTimer *>("searchEnd");
 }
 
 QTimer *broadcastsOf(const BoxSearchDialog &dialog)
 {
-    return dialog.findChild<QTimer *>(QStringLiteral("searchTimer"));
+    return dialog.findChild<QTimer *>("searchTimer");
 }
 
 void take(const BoxSearchDialog &dialog, const QByteArray &datagram)
@@ -71,9 +71,8 @@ void TestBoxSearchDialog::listsABoxOnceByItsAddress()
     take(dialog, answer("192.168.1.71"));
     take(dialog, answer("192.168.1.70"));
     QCOMPARE(rowsOf(dialog),
-             (QStringList{
-                 QStringLiteral("设备IP: 192.168.1.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70"),
-                 QStringLiteral("设备IP: 192.168.1.71\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70")}));
+             (QStringList{"设备IP: 192.168.1.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70",
+                          "设备IP: 192.168.1.71\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70"}));
 }
 
 void TestBoxSearchDialog::badDatagramLeavesNoTrace()
@@ -109,8 +108,7 @@ void TestBoxSearchDialog::searchWithoutAnswerIsTold()
     QCOMPARE(broadcastsOf(dialog)->interval(), 1000);
     QVERIFY(broadcastsOf(dialog)->isActive());
     endsOf(dialog).first()->start(1);
-    QTRY_COMPARE(boxes.told(),
-                 QStringList{QStringLiteral("No Devices Found|No devices were found during the search.")});
+    QTRY_COMPARE(boxes.told(), QStringList{"No Devices Found|No devices were found during the search."});
     QVERIFY(!broadcastsOf(dialog)->isActive());
     QCOMPARE(boxes.unexpected(), QStringList());
 }

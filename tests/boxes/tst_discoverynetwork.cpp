@@ -37,8 +37,8 @@ namespace {
 
 // Set in the process that runs inside the namespace.
 const char insideVariable[] = "MARLINGATE_SEARCHING_HOST";
-const QString searchAddress = QStringLiteral("10.213.7.1");
-const QString boxAddress = QStringLiteral("10.213.7.70");
+const QString searchAddress = "10.213.7.1";
+const QString boxAddress = "10.213.7.70";
 
 bool isInside()
 {
@@ -48,7 +48,7 @@ bool isInside()
 // Names with the process number, so that two runs do not meet; interfaces take 15 characters at most.
 QString hostName(const char *role)
 {
-    return QStringLiteral("mg%1%2").arg(QLatin1String(role)).arg(QCoreApplication::applicationPid());
+    return QString("mg%1%2").arg(QLatin1String(role)).arg(QCoreApplication::applicationPid());
 }
 
 // Runs ip(8); its complaint, or an empty text.
@@ -56,12 +56,12 @@ QString ip(const QString &arguments)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(QStringLiteral("ip"), arguments.split(QLatin1Char(' ')));
+    process.start("ip", arguments.split(QLatin1Char(' ')));
     if (!process.waitForStarted() || !process.waitForFinished()) {
-        return QStringLiteral("ip cannot be run: ") + process.errorString();
+        return "ip cannot be run: " + process.errorString();
     }
     const QString said = QString::fromLocal8Bit(process.readAll()).trimmed();
-    return process.exitCode() == 0 ? QString() : QStringLiteral("ip %1: %2").arg(arguments, said);
+    return process.exitCode() == 0 ? QString() : QString("ip %1: %2").arg(arguments, said);
 }
 
 void selectInterface(const BoxSearchDialog &dialog, const QString &address)
@@ -99,7 +99,7 @@ void awaitTheBox()
     QTRY_VERIFY(probe.hasPendingDatagrams());
 }
 
-const QString boxRow = QStringLiteral("设备IP: 10.213.7.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70");
+const QString boxRow = "设备IP: 10.213.7.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70";
 
 } // namespace
 
@@ -115,15 +115,14 @@ bool TestDiscoveryNetwork::makeHosts(QString *reason)
     const QString tool = hostName("t");
     const QString box = hostName("b");
     const QStringList steps{
-        QStringLiteral("netns add ") + tool,
-        QStringLiteral("netns add ") + box,
-        QStringLiteral("link add %1 netns %2 type veth peer name %1 netns %3")
-            .arg(QStringLiteral("mgv"), tool, box),
-        QStringLiteral("-n %1 addr add %2/24 dev mgv").arg(tool, searchAddress),
-        QStringLiteral("-n %1 addr add %2/24 dev mgv").arg(box, boxAddress),
-        QStringLiteral("-n %1 link set lo up").arg(tool),
-        QStringLiteral("-n %1 link set mgv up").arg(tool),
-        QStringLiteral("-n %1 link set mgv up").arg(box),
+        "netns add " + tool,
+        "netns add " + box,
+        QString("link add %1 netns %2 type veth peer name %1 netns %3").arg("mgv", tool, box),
+        QString("-n %1 addr add %2/24 dev mgv").arg(tool, searchAddress),
+        QString("-n %1 addr add %2/24 dev mgv").arg(box, boxAddress),
+        QString("-n %1 link set lo up").arg(tool),
+        QString("-n %1 link set mgv up").arg(tool),
+        QString("-n %1 link set mgv up").arg(box),
     };
     for (const QString &step : steps) {
         *reason = ip(step);
@@ -145,8 +144,8 @@ void TestDiscoveryNetwork::removeHosts()
     }
     // The pair of interfaces goes with its namespaces. What was not made is not there to remove.
     for (const char *role : {"t", "b"}) {
-        if (QFileInfo::exists(QStringLiteral("/run/netns/") + hostName(role))) {
-            QCOMPARE(ip(QStringLiteral("netns del ") + hostName(role)), QString());
+        if (QFileInfo::exists("/run/netns/" + hostName(role))) {
+            QCOMPARE(ip("netns del " + hostName(role)), QString());
         }
     }
 }
@@ -155,24 +154,22 @@ void TestDiscoveryNetwork::runOnSearchingHost(const char *test)
 {
     QString reason;
     if (!makeHosts(&reason)) {
-        QSKIP(qPrintable(QStringLiteral("Network namespaces may not be made here: ") + reason));
+        QSKIP(qPrintable("Network namespaces may not be made here: " + reason));
     }
     m_box.setProcessChannelMode(QProcess::MergedChannels);
-    m_box.start(QStringLiteral("ip"),
-                {QStringLiteral("netns"), QStringLiteral("exec"), hostName("b"),
-                 QStringLiteral(BOXSIM_PROGRAM), QStringLiteral("--address"), boxAddress,
-                 QStringLiteral("--discovery-address"), QStringLiteral("0.0.0.0")});
+    m_box.start("ip",
+                {"netns", "exec", hostName("b"), QString(BOXSIM_PROGRAM), "--address", boxAddress,
+                 "--discovery-address", "0.0.0.0"});
     QByteArray said;
     QTRY_VERIFY2((said += m_box.readAll()).contains("listening on"), said.constData());
 
     QProcess inside;
     inside.setProcessChannelMode(QProcess::MergedChannels);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QLatin1String(insideVariable), QStringLiteral("1"));
+    environment.insert(QLatin1String(insideVariable), "1");
     inside.setProcessEnvironment(environment);
-    inside.start(QStringLiteral("ip"),
-                 {QStringLiteral("netns"), QStringLiteral("exec"), hostName("t"),
-                  QCoreApplication::applicationFilePath(), QLatin1String(test)});
+    inside.start(
+        "ip", {"netns", "exec", hostName("t"), QCoreApplication::applicationFilePath(), QLatin1String(test)});
     QVERIFY(inside.waitForFinished(60000));
     const QByteArray output = inside.readAll();
     QVERIFY2(inside.exitCode() == 0, output.constData());
@@ -186,7 +183,7 @@ void TestDiscoveryNetwork::boxOnTheOtherHostIsListed()
     }
     BoxSearchDialog dialog;
     selectInterface(dialog, searchAddress);
-    dialog.findChild<QPushButton *>(QStringLiteral("searchButton"))->click();
+    dialog.findChild<QPushButton *>("searchButton")->click();
     QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
     // The answer to the next broadcast brings no second row.
     const QSignalSpy answered(dialog.findChild<QUdpSocket *>(), &QUdpSocket::readyRead);
@@ -202,8 +199,8 @@ void TestDiscoveryNetwork::searchedInterfaceDecides()
         return;
     }
     BoxSearchDialog dialog;
-    selectInterface(dialog, QStringLiteral("127.0.0.1"));
-    const QSignalSpy broadcast(dialog.findChild<QTimer *>(QStringLiteral("searchTimer")), &QTimer::timeout);
+    selectInterface(dialog, "127.0.0.1");
+    const QSignalSpy broadcast(dialog.findChild<QTimer *>("searchTimer"), &QTimer::timeout);
     dialog.searchForBoxes();
     QTRY_VERIFY(!broadcast.isEmpty());
     awaitTheBox();
@@ -235,7 +232,7 @@ void TestDiscoveryNetwork::hostileDatagramsLeaveNoRow()
     // The last of them tells that all before it were read: 16 characters without NUL, M larger than what is
     // left.
     send(QByteArray("\x12\x34\xFF\xFF", 4) + QByteArray(32, 'y') + QByteArray("\xFFM"));
-    const QString last = QStringLiteral("设备IP: yyyyyyyyyyyyyyyy\n子网掩码: yyyyyyyyyyyyyyyy\n盒子型号: M");
+    const QString last = "设备IP: yyyyyyyyyyyyyyyy\n子网掩码: yyyyyyyyyyyyyyyy\n盒子型号: M";
     QTRY_COMPARE(rowsOf(dialog), (QStringList{boxRow, last}));
 }
 
@@ -259,7 +256,7 @@ void TestDiscoveryNetwork::answerUnreadAtTheNextBroadcastIsLost()
     dialog.sendSearchBroadcast();
     // One that comes later is taken, whichever broadcast it answers.
     answerFrom('y');
-    const QString late = QStringLiteral("设备IP: yyyyyyyyyyyyyyyy\n子网掩码: yyyyyyyyyyyyyyyy\n盒子型号: M");
+    const QString late = "设备IP: yyyyyyyyyyyyyyyy\n子网掩码: yyyyyyyyyyyyyyyy\n盒子型号: M";
     QTRY_COMPARE(rowsOf(dialog), (QStringList{boxRow, late}));
 }
 
@@ -273,8 +270,7 @@ void TestDiscoveryNetwork::takenPortShowsNothing()
     QVERIFY(other.bind(QHostAddress(searchAddress), 5, QAbstractSocket::DontShareAddress));
     BoxSearchDialog dialog;
     selectInterface(dialog, searchAddress);
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral("^Binding to address:.*10\\.213\\.7\\.1")));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Binding to address:.*10\\.213\\.7\\.1"));
     QTest::ignoreMessage(QtDebugMsg, "Failed to bind to selected network interface!");
     dialog.sendSearchBroadcast();
     awaitTheBox();

@@ -15,8 +15,8 @@ using namespace SessionProbe;
 
 namespace {
 
-const QString address = QStringLiteral("127.0.10.1");
-const QString nobody = QStringLiteral("127.0.10.99");
+const QString address = "127.0.10.1";
+const QString nobody = "127.0.10.99";
 
 } // namespace
 
@@ -120,7 +120,7 @@ void tst_Protocol::recordsAreKnownToTheMetaTypeSystem()
     QSignalSpy spy(&protocol, &Protocol::timeAllocationDataReceived);
     protocol.readTimeAllocationReturn("{\"pares\":{\"date\":\"noon\"}}");
     QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(0).value<Protocol::timeAllocationData>().date, QStringLiteral("noon"));
+    QCOMPARE(spy.at(0).at(0).value<Protocol::timeAllocationData>().date, "noon");
 }
 
 void tst_Protocol::bothTimersRunFromConstruction()
@@ -147,7 +147,7 @@ void tst_Protocol::tellsTheStatusesOfASession()
     QTRY_COMPARE(m_box->received(), heartbeat);
     QCOMPARE(told.lines, expected);
     m_box->send(answer);
-    expected << connected << QStringLiteral("version 1.2.3");
+    expected << connected << "version 1.2.3";
     QTRY_COMPARE(told.lines, expected);
 
     m_box->close();
@@ -199,13 +199,13 @@ void tst_Protocol::boundSocketIsGivenUpAndReconnectedLater()
 {
     Protocol protocol;
     Told told(&protocol);
-    protocol.bindToAddress(QHostAddress(QStringLiteral("127.0.10.55")));
+    protocol.bindToAddress(QHostAddress("127.0.10.55"));
     protocol.connectToBox(address);
     // Giving up the binding is a disconnection, too.
     QCOMPARE(told.lines, (QStringList{disconnected, waiting}));
     QTRY_COMPARE(told.lines, (QStringList{disconnected, waiting, reconnecting}));
     QTRY_COMPARE(m_box->received(), heartbeat);
-    QCOMPARE(m_box->peerAddress(), QHostAddress(QStringLiteral("127.0.10.55")));
+    QCOMPARE(m_box->peerAddress(), QHostAddress("127.0.10.55"));
     QCOMPARE(m_box->connections(), 1);
 }
 
@@ -233,33 +233,31 @@ void tst_Protocol::secondConnectSendsAHeartbeatForEachConnect()
     QTRY_COMPARE(m_box->received(), heartbeat + heartbeat);
     // A frame is handled once all the same.
     m_box->send(answer);
-    QTRY_COMPARE(
-        told.lines,
-        (QStringList{connecting, disconnected, connecting, connected, QStringLiteral("version 1.2.3")}));
+    QTRY_COMPARE(told.lines, (QStringList{connecting, disconnected, connecting, connected, "version 1.2.3"}));
 }
 
 void tst_Protocol::reconnectionDiesWithItsObject()
 {
     auto first = std::make_unique<Protocol>();
-    first->bindToAddress(QHostAddress(QStringLiteral("127.0.10.56")));
+    first->bindToAddress(QHostAddress("127.0.10.56"));
     first->connectToBox(address);
     first.reset();
 
     // A second one that started later marks the time at which the first would have connected.
     Protocol second;
-    second.bindToAddress(QHostAddress(QStringLiteral("127.0.10.57")));
+    second.bindToAddress(QHostAddress("127.0.10.57"));
     second.connectToBox(address);
     QTRY_COMPARE(m_box->received(), heartbeat);
     QCOMPARE(m_box->connections(), 1);
-    QCOMPARE(m_box->peerAddress(), QHostAddress(QStringLiteral("127.0.10.57")));
+    QCOMPARE(m_box->peerAddress(), QHostAddress("127.0.10.57"));
 }
 
 void tst_Protocol::failedBindIsToldAndTheConnectGoesOn()
 {
     Protocol protocol;
     Told told(&protocol);
-    protocol.bindToAddress(QHostAddress(QStringLiteral("203.0.113.9"))); // not of this machine
-    QCOMPARE(told.lines, QStringList{QStringLiteral("binding Failed to bind to IP address: 203.0.113.9")});
+    protocol.bindToAddress(QHostAddress("203.0.113.9")); // not of this machine
+    QCOMPARE(told.lines, QStringList{"binding Failed to bind to IP address: 203.0.113.9"});
     protocol.openConnection(address);
     QTRY_COMPARE(m_box->received(), heartbeat);
 }
@@ -267,11 +265,10 @@ void tst_Protocol::failedBindIsToldAndTheConnectGoesOn()
 void tst_Protocol::failedBindKeepsTheAddress()
 {
     Protocol protocol;
-    protocol.bindToAddress(QHostAddress(QStringLiteral("203.0.113.9")));
+    protocol.bindToAddress(QHostAddress("203.0.113.9"));
     Told told(&protocol);
     protocol.connectToBox(address);
-    QCOMPARE(told.lines,
-             (QStringList{QStringLiteral("binding Failed to bind to IP address: 203.0.113.9"), connecting}));
+    QCOMPARE(told.lines, (QStringList{"binding Failed to bind to IP address: 203.0.113.9", connecting}));
     QTRY_COMPARE(m_box->received(), heartbeat);
 }
 
@@ -282,10 +279,10 @@ void tst_Protocol::noBoxAtTheAddress()
     heartbeatTimer(protocol)->start(10);
     offlineTimer(protocol)->start(30);
     protocol.connectToBox(nobody);
-    QTRY_VERIFY(told.lines.contains(QStringLiteral("offline")));
+    QTRY_VERIFY(told.lines.contains("offline"));
     QTRY_VERIFY(told.lines.count(heartbeatUnsent) > 5);
     QCOMPARE(told.lines.first(), connecting);
-    QCOMPARE(told.lines.count(QStringLiteral("offline")), 1);
+    QCOMPARE(told.lines.count("offline"), 1);
     told.lines.removeDuplicates();
     QCOMPARE(told.lines.size(), 3);
 }
@@ -314,9 +311,9 @@ void tst_Protocol::disposedFromItsOwnSignals_data()
     QTest::addColumn<QString>("line"); // the session goes when it tells this
     QTest::newRow("request on a closed link") << requestUnsent;
     QTest::newRow("heartbeat on a closed link") << heartbeatUnsent;
-    QTest::newRow("silence") << QStringLiteral("offline");
+    QTest::newRow("silence") << "offline";
     QTest::newRow("heartbeat answer") << connected;
-    QTest::newRow("version") << QStringLiteral("version 1.2.3");
+    QTest::newRow("version") << "version 1.2.3";
     QTest::newRow("disconnection") << disconnected;
     QTest::newRow("reconnection") << waiting;
 }
@@ -335,14 +332,14 @@ void tst_Protocol::disposedFromItsOwnSignals()
     };
     connect(protocol, &Protocol::connectionStatusChanged, this, take);
     connect(protocol, &Protocol::versionReceived, this,
-            [&take](const QString &version) { take(QStringLiteral("version ") + version); });
-    connect(protocol, &Protocol::offlineOccurred, this, [&take] { take(QStringLiteral("offline")); });
+            [&take](const QString &version) { take("version " + version); });
+    connect(protocol, &Protocol::offlineOccurred, this, [&take] { take("offline"); });
 
     protocol->readLanAllocation();
     if (protocol) {
         heartbeatTimer(*protocol)->start(0);
         offlineTimer(*protocol)->start(20);
-        QTRY_VERIFY(!protocol || lines.contains(QStringLiteral("offline")));
+        QTRY_VERIFY(!protocol || lines.contains("offline"));
     }
     if (protocol) {
         heartbeatTimer(*protocol)->stop();
@@ -358,7 +355,7 @@ void tst_Protocol::disposedFromItsOwnSignals()
         QTRY_VERIFY(!protocol || lines.contains(disconnected));
     }
     if (protocol) {
-        protocol->bindToAddress(QHostAddress(QStringLiteral("127.0.10.59")));
+        protocol->bindToAddress(QHostAddress("127.0.10.59"));
         protocol->connectToBox(address);
         QTRY_VERIFY(!protocol);
     }
@@ -370,7 +367,7 @@ void tst_Protocol::disposalIsHeard_data()
 {
     QTest::addColumn<QByteArray>("moment");
     QTest::addColumn<QStringList>("lines");
-    const QString destroyed = QStringLiteral("destroyed");
+    const QString destroyed = "destroyed";
     // There is no disconnection of a link that has not come up.
     for (const char *moment : {"closed", "connecting"}) {
         QTest::newRow(moment) << QByteArray(moment) << QStringList{destroyed};
@@ -386,7 +383,7 @@ void tst_Protocol::disposalIsHeard()
     QFETCH(QStringList, lines);
     const QPointer<Protocol> protocol = new Protocol;
     Told told(protocol);
-    connect(protocol, &QObject::destroyed, this, [&] { told.lines.append(QStringLiteral("destroyed")); });
+    connect(protocol, &QObject::destroyed, this, [&] { told.lines.append("destroyed"); });
     if (moment != "closed") {
         protocol->openConnection(address);
     }
@@ -407,7 +404,7 @@ void tst_Protocol::disposalBelowItsOwnCallIsHeard()
 {
     const QPointer<Protocol> protocol = new Protocol;
     Told told(protocol);
-    connect(protocol, &QObject::destroyed, this, [&] { told.lines.append(QStringLiteral("destroyed")); });
+    connect(protocol, &QObject::destroyed, this, [&] { told.lines.append("destroyed"); });
     connect(protocol, &Protocol::connectionStatusChanged, this, [&](const QString &status) {
         if (status == connected) {
             protocol->dispose();
@@ -418,7 +415,7 @@ void tst_Protocol::disposalBelowItsOwnCallIsHeard()
     QTRY_COMPARE(m_box->received(), heartbeat);
     m_box->send(answer + answer);
     QTRY_VERIFY(!protocol);
-    QCOMPARE(told.lines, (QStringList{connected, disconnected, QStringLiteral("destroyed")}));
+    QCOMPARE(told.lines, (QStringList{connected, disconnected, "destroyed"}));
     QTRY_VERIFY(!m_box->isLinked());
 }
 
@@ -467,7 +464,7 @@ void tst_Protocol::deletedWhileClosing()
 void tst_Protocol::deletedWhileBound()
 {
     auto protocol = std::make_unique<Protocol>();
-    protocol->bindToAddress(QHostAddress(QStringLiteral("127.0.10.58")));
+    protocol->bindToAddress(QHostAddress("127.0.10.58"));
     protocol.reset();
     QCOMPARE(m_box->connections(), 0);
 }

@@ -16,7 +16,7 @@ using namespace SessionProbe;
 
 namespace {
 
-const QString address = QStringLiteral("127.0.20.31");
+const QString address = "127.0.20.31";
 
 // A frame of up to 255 bytes around a body.
 QByteArray frame(const char *command, const QByteArray &body)
@@ -108,7 +108,7 @@ void tst_ProtocolAnswers::heartbeatAnswerGivesStatusAndVersion()
     QTest::ignoreMessage(QtDebugMsg, "Box Serial Number: SN7");
     QTest::ignoreMessage(QtDebugMsg, "Box Model: MRN-GATE-70");
     protocol.receiveHeartbeatResponse(answer);
-    QCOMPARE(told.lines, (QStringList{connected, QStringLiteral("version 1.2.3")}));
+    QCOMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
 }
 
 void tst_ProtocolAnswers::heartbeatAnswer_data()
@@ -116,7 +116,7 @@ void tst_ProtocolAnswers::heartbeatAnswer_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("version"); // null: nothing is shown
 
-    QTest::newRow("good") << answer << QStringLiteral("1.2.3");
+    QTest::newRow("good") << answer << "1.2.3";
     QTest::newRow("empty texts") << hex("12 34 02 00 0b 00 00 00 00 56 78") << QString(QLatin1String(""));
     QTest::newRow("length too large") << hex("12 34 02 00 0c 00 00 00 00 56 78") << QString();
     QTest::newRow("version past the footer") << hex("12 34 02 00 0b 00 04 00 00 56 78") << QString();
@@ -133,9 +133,7 @@ void tst_ProtocolAnswers::heartbeatAnswer()
     heartbeatTimer(protocol)->stop();
     offlineTimer(protocol)->stop();
     protocol.receiveHeartbeatResponse(bytes);
-    QCOMPARE(told.lines,
-             version.isNull() ? QStringList()
-                              : (QStringList{connected, QStringLiteral("version ") + version}));
+    QCOMPARE(told.lines, version.isNull() ? QStringList() : (QStringList{connected, "version " + version}));
     // A sign of life, good or bad: the next heartbeat counts from here.
     QVERIFY(heartbeatTimer(protocol)->isActive());
     QCOMPARE(heartbeatTimer(protocol)->interval(), 5000);
@@ -171,12 +169,12 @@ void tst_ProtocolAnswers::offlineComesOnce()
     Protocol protocol;
     Told told(&protocol);
     offlineTimer(protocol)->start(10);
-    QTRY_COMPARE(told.lines, QStringList{QStringLiteral("offline")});
+    QTRY_COMPARE(told.lines, QStringList{"offline"});
     QVERIFY(!offlineTimer(protocol)->isActive());
     QVERIFY(heartbeatTimer(protocol)->isActive());
 
     protocol.receiveHeartbeatResponse(hex("12 34 02 00 0b 00 00 00 00 56 78"));
-    QTRY_COMPARE(told.lines.count(QStringLiteral("offline")), 2);
+    QTRY_COMPARE(told.lines.count("offline"), 2);
 }
 
 void tst_ProtocolAnswers::onlyHeartbeatAnswersFeedTheOfflineTimer()
@@ -189,7 +187,7 @@ void tst_ProtocolAnswers::onlyHeartbeatAnswersFeedTheOfflineTimer()
     heartbeatTimer(protocol)->stop();
     m_box->send(hex("12 34 06 00 15 00 01 02 00 00 00 02 00 01 00 00 00") + "{}" + hex("56 78")
                 + jsonFrame("{\"type\":\"8\",\"pares\":{\"NTP\":\"\"}}"));
-    QTRY_COMPARE(told.lines, (QStringList{QStringLiteral("data"), QStringLiteral("ntp")}));
+    QTRY_COMPARE(told.lines, (QStringList{"data", "ntp"}));
     QVERIFY(!offlineTimer(protocol)->isActive());
     QVERIFY(!heartbeatTimer(protocol)->isActive());
 }
@@ -248,7 +246,7 @@ void tst_ProtocolAnswers::droppedFrames()
     // The same off the stream leaves the next frame unharmed.
     QCOMPARE(protocol.assembleFrames(bytes.constData(), unsigned(bytes.size())), 0);
     QCOMPARE(protocol.assembleFrames(answer.constData(), unsigned(answer.size())), 0);
-    QCOMPARE(told.lines, (QStringList{connected, QStringLiteral("version 1.2.3")}));
+    QCOMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
 }
 
 void tst_ProtocolAnswers::unhandledTypeWritesALine()
@@ -273,8 +271,7 @@ void tst_ProtocolAnswers::answersComeInOneByteAtATime()
         m_box->send(QByteArray(1, byte));
         QCoreApplication::processEvents();
     }
-    QTRY_COMPARE(told.lines,
-                 (QStringList{connected, QStringLiteral("version 1.2.3"), QStringLiteral("time")}));
+    QTRY_COMPARE(told.lines, (QStringList{connected, "version 1.2.3", "time"}));
 }
 
 void tst_ProtocolAnswers::boxThatClosesAtAnyByte()
@@ -298,7 +295,7 @@ void tst_ProtocolAnswers::carriedFrameSurvivesADisconnection()
     protocol.assembleFrames(answer.constData(), 9);
     protocol.handleDisconnected();
     protocol.assembleFrames(answer.constData() + 9, unsigned(answer.size() - 9));
-    QCOMPARE(told.lines, (QStringList{disconnected, connected, QStringLiteral("version 1.2.3")}));
+    QCOMPARE(told.lines, (QStringList{disconnected, connected, "version 1.2.3"}));
 }
 
 void tst_ProtocolAnswers::dataBehindAMessageBoxIsReadWhenItCloses()
@@ -315,9 +312,8 @@ void tst_ProtocolAnswers::dataBehindAMessageBoxIsReadWhenItCloses()
         QTest::qWait(0); // lets the socket take it in
     });
     m_box->send(jsonFrame("{\"type\":\"109\",\"code\":\"200\"}"));
-    QTRY_COMPARE(m_boxes->told(),
-                 QStringList{QStringLiteral("Write time Allocation|time allocation write successful.")});
-    QTRY_COMPARE(told.lines, (QStringList{connected, QStringLiteral("version 1.2.3")}));
+    QTRY_COMPARE(m_boxes->told(), QStringList{"Write time Allocation|time allocation write successful."});
+    QTRY_COMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
 }
 
 void tst_ProtocolAnswers::dataEntersDuringAMessageBox()
@@ -329,7 +325,7 @@ void tst_ProtocolAnswers::dataEntersDuringAMessageBox()
     OnMessageBox onBox(
         [&protocol] { protocol.assembleFrames(answer.constData() + 9, unsigned(answer.size() - 9)); });
     protocol.assembleFrames(first.constData(), unsigned(first.size()));
-    QCOMPARE(told.lines, (QStringList{connected, QStringLiteral("version 1.2.3")}));
+    QCOMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
     QCOMPARE(m_boxes->told().size(), 1);
 }
 
@@ -345,14 +341,12 @@ void tst_ProtocolAnswers::reportIsDelivered()
     protocol.dataMonitoring(hex("12 34 06 00 80 00 01 6d 00 00 00 6d 00 01 00 00 00") + text + hex("56 78"));
     QCOMPARE(spy.size(), 1);
     const auto data = spy.at(0).at(0).value<Protocol::dataMonitoringData>();
-    QCOMPARE(data.projectName, QStringLiteral("P"));
-    QCOMPARE(data.plcName, QStringLiteral("M1"));
-    QCOMPARE(data.description, QStringLiteral("d"));
-    QCOMPARE(data.sn, QStringLiteral("7"));
-    QCOMPARE(data.time, QStringLiteral("now"));
-    QCOMPARE(data.datas,
-             (QJsonArray{QJsonObject{{QStringLiteral("name"), QStringLiteral("u")},
-                                     {QStringLiteral("value"), QStringLiteral("1")}}}));
+    QCOMPARE(data.projectName, "P");
+    QCOMPARE(data.plcName, "M1");
+    QCOMPARE(data.description, "d");
+    QCOMPARE(data.sn, "7");
+    QCOMPARE(data.time, "now");
+    QCOMPARE(data.datas, (QJsonArray{QJsonObject{{"name", "u"}, {"value", "1"}}}));
 }
 
 void tst_ProtocolAnswers::reportWithMissingKeysIsDeliveredEmpty()

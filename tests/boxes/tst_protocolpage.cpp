@@ -16,7 +16,7 @@
 
 namespace {
 
-const QString address = QStringLiteral("127.0.33.1");
+const QString address = "127.0.33.1";
 
 QString text(const char *latin)
 {
@@ -310,7 +310,7 @@ void tst_ProtocolPage::reportOfTwoSegmentsIsJoined()
     Told session(&protocol);
     const QByteArray bytes = m_page.bytes("report segment 1") + m_page.bytes("report segment 2");
     protocol.assembleFrames(bytes.constData(), unsigned(bytes.size()));
-    QCOMPARE(session.told, QStringLiteral("report|||%1|").arg(QString(1016, QLatin1Char('a'))));
+    QCOMPARE(session.told, QString("report|||%1|").arg(QString(1016, QLatin1Char('a'))));
 }
 
 void tst_ProtocolPage::transferIsThatOfThePage_data()
@@ -330,7 +330,7 @@ void tst_ProtocolPage::transferIsThatOfThePage()
         stream += m_page.bytes(name.toLatin1());
     }
     const QTemporaryDir dir;
-    QFile file(dir.filePath(QStringLiteral("file")));
+    QFile file(dir.filePath("file"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(transfer.file);
     file.close();

@@ -32,7 +32,7 @@ protected:
     // The path of a file with this content.
     QString write(const QByteArray &content)
     {
-        QFile file(m_dir->filePath(QStringLiteral("file.bin")));
+        QFile file(m_dir->filePath("file.bin"));
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
             qFatal("no file to send");
         }

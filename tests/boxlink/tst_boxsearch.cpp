@@ -39,12 +39,12 @@ void listen(BoxSearch *search, QStringList *found)
 
 QTimer *broadcastsOf(const BoxSearch &search)
 {
-    return search.findChild<QTimer *>(QStringLiteral("searchTimer"));
+    return search.findChild<QTimer *>("searchTimer");
 }
 
 QList<QTimer *> endsOf(const BoxSearch &search)
 {
-    return search.findChildren<QTimer *>(QStringLiteral("searchEnd"));
+    return search.findChildren<QTimer *>("searchEnd");
 }
 
 } // namespace
@@ -57,9 +57,9 @@ void TestBoxSearch::aBoxIsFoundOnceByItsAddress()
     search.take(answer("192.168.1.70"));
     search.take(answer("192.168.1.71"));
     search.take(answer("192.168.1.70"));
-    QCOMPARE(found,
-             (QStringList{QStringLiteral("192.168.1.70 255.255.255.0 MRN-GATE-70"),
-                          QStringLiteral("192.168.1.71 255.255.255.0 MRN-GATE-70")}));
+    QCOMPARE(
+        found,
+        (QStringList{"192.168.1.70 255.255.255.0 MRN-GATE-70", "192.168.1.71 255.255.255.0 MRN-GATE-70"}));
 }
 
 void TestBoxSearch::badDatagramLeavesNoTrace()

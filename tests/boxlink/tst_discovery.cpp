@@ -41,27 +41,31 @@ void TestDiscovery::answerIsRead_data()
     QTest::addColumn<QString>("model");
 
     const QString none;
-    const QString ip = QStringLiteral("192.168.1.70");
-    const QString mask = QStringLiteral("255.255.255.0");
+    const QString ip = "192.168.1.70";
+    const QString mask = "255.255.255.0";
     const QByteArray good = answer("192.168.1.70", "255.255.255.0", "\x0CMRN-GATE-70X");
-    QTest::newRow("whole") << good << true << ip << mask << QStringLiteral("MRN-GATE-70X");
+    QTest::newRow("whole") << good << true << ip << mask << "MRN-GATE-70X";
     QTest::newRow("bytes behind the model are not read")
-        << good + QByteArray("\x56\x78tail") << true << ip << mask << QStringLiteral("MRN-GATE-70X");
+        << good + QByteArray("\x56\x78tail") << true << ip << mask << "MRN-GATE-70X";
     QTest::newRow("38 bytes with one of model")
-        << answer("192.168.1.70", "255.255.255.0", "\x01M") << true << ip << mask << QStringLiteral("M");
+        << answer("192.168.1.70", "255.255.255.0", "\x01M") << true << ip << mask << "M";
     QTest::newRow("37 bytes") << answer("192.168.1.70", "255.255.255.0", QByteArray("\x00", 1)) << false
                               << none << none << none;
     QTest::newRow("model longer than what is left")
-        << answer("192.168.1.70", "255.255.255.0", "\xFFMRN") << true << ip << mask << QStringLiteral("MRN");
+        << answer("192.168.1.70", "255.255.255.0", "\xFFMRN") << true << ip << mask << "MRN";
     QTest::newRow("sixteen characters need no NUL")
-        << answer("1234567890123456", "6543210987654321", "\x01M") << true
-        << QStringLiteral("1234567890123456") << QStringLiteral("6543210987654321") << QStringLiteral("M");
+        << answer("1234567890123456", "6543210987654321", "\x01M") << true << "1234567890123456"
+        << "6543210987654321"
+        << "M";
     QTest::newRow("white space is cut")
-        << answer(" 10.0.0.1 ", "\t255.0.0.0\n", "\x05 G70 ") << true << QStringLiteral("10.0.0.1")
-        << QStringLiteral("255.0.0.0") << QStringLiteral("G70");
+        << answer(" 10.0.0.1 ", "\t255.0.0.0\n", "\x05 G70 ") << true << "10.0.0.1"
+        << "255.0.0.0"
+        << "G70";
     QTest::newRow("first NUL ends a text")
         << answer(QByteArray("1.2.3.4\0junk", 12), "255.0.0.0", QByteArray("\x04G\0xx", 5)) << true
-        << QStringLiteral("1.2.3.4") << QStringLiteral("255.0.0.0") << QStringLiteral("G");
+        << "1.2.3.4"
+        << "255.0.0.0"
+        << "G";
     QTest::newRow("wrong header") << QByteArray(good).replace(0, 1, "\x13") << false << none << none << none;
     QTest::newRow("wrong second header byte")
         << QByteArray(good).replace(1, 1, "\x35") << false << none << none << none;

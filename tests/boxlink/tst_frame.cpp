@@ -26,8 +26,7 @@ void tst_Frame::heartbeatIsEightBytes()
 
 void tst_Frame::jsonFrameCarriesBothLengths()
 {
-    const QJsonObject request{{QStringLiteral("type"), QStringLiteral("2")},
-                              {QStringLiteral("pares"), QJsonObject()}};
+    const QJsonObject request{{"type", "2"}, {"pares", QJsonObject()}};
     const QByteArray text = "{\n"
                             "    \"pares\": {\n"
                             "    },\n"
@@ -39,7 +38,7 @@ void tst_Frame::jsonFrameCarriesBothLengths()
 
 void tst_Frame::jsonTextLongerThanAByteCounts()
 {
-    const QJsonObject request{{QStringLiteral("a"), QString(500, QLatin1Char('x'))}};
+    const QJsonObject request{{"a", QString(500, QLatin1Char('x'))}};
     const QByteArray frame = Frame::buildJsonFrame(request);
     // 500 characters and 16 around them: 516 = 0x0204, and 10 more in all
     QCOMPARE(frame.left(8), QByteArray::fromHex("12 34 05 00 0e 02 04 02"));
@@ -48,7 +47,7 @@ void tst_Frame::jsonTextLongerThanAByteCounts()
 
 void tst_Frame::jsonTextIsUtf8()
 {
-    const QJsonObject request{{QStringLiteral("ssid"), QString::fromUtf8("\xE7\xBD\x91")}};
+    const QJsonObject request{{"ssid", QString::fromUtf8("\xE7\xBD\x91")}};
     QCOMPARE(Frame::buildJsonFrame(request),
              QByteArray::fromHex("12 34 05 00 20 00 16 00") + "{\n    \"ssid\": \"\xE7\xBD\x91\"\n}\n"
                  + QByteArray::fromHex("56 78"));

@@ -112,7 +112,7 @@ void tst_FrameAssembler::everySplitOfGoodFramesGivesAllOfThem()
     const Frames all{heartbeat, answer, json, segment, frameOfSize(1043), heartbeat};
     for (int place = 0; place <= stream.size(); ++place) {
         const Frames frames = readerFrames(cut(stream, {place}));
-        QVERIFY2(frames == all, qPrintable(QStringLiteral("cut at %1").arg(place)));
+        QVERIFY2(frames == all, qPrintable(QString("cut at %1").arg(place)));
     }
 }
 
@@ -152,8 +152,7 @@ void tst_FrameAssembler::lengthFieldTooSmallCostsItsHeader()
         answer + hex("12 34 05 00") + little16(size) + heartbeat + hex("12 34 56 78") + little16(size) + json;
     for (int place = 0; place <= stream.size(); ++place) {
         const QList<QByteArray> chunks = cut(stream, {place});
-        QVERIFY2(readerFrames(chunks) == modelFrames(chunks),
-                 qPrintable(QStringLiteral("cut at %1").arg(place)));
+        QVERIFY2(readerFrames(chunks) == modelFrames(chunks), qPrintable(QString("cut at %1").arg(place)));
     }
     QCOMPARE(readerFrames({stream}), (Frames{answer, heartbeat, json}));
 }

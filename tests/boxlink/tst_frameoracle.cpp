@@ -101,7 +101,7 @@ QString shown(const QList<QByteArray> &chunks)
     for (const QByteArray &chunk : chunks) {
         texts.append(QString::fromLatin1(chunk.left(100).toHex(' ')));
     }
-    return texts.join(QStringLiteral(" | "));
+    return texts.join(" | ");
 }
 
 } // namespace
@@ -217,11 +217,11 @@ void tst_FrameOracle::lengthsCarriesAndFooters()
         }
         const QList<QByteArray> chunks = cut(stream, {carry});
         const Frames frames = readerFrames(chunks);
-        QVERIFY2(frames == modelFrames(chunks), qPrintable(QStringLiteral("carry of %1").arg(carry)));
+        QVERIFY2(frames == modelFrames(chunks), qPrintable(QString("carry of %1").arg(carry)));
         if (good) {
             const bool given = size <= Frame::carryCapacity || carry == 0;
             QVERIFY2(frames == (given ? Frames{frame, answer} : Frames{answer}),
-                     qPrintable(QStringLiteral("carry of %1").arg(carry)));
+                     qPrintable(QString("carry of %1").arg(carry)));
         }
     }
 }

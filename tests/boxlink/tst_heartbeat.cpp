@@ -50,10 +50,10 @@ void tst_Heartbeat::answer_data()
     const auto newRow = [](const char *name, const QByteArray &bytes, const QString &texts = QString()) {
         QTest::newRow(name) << bytes << texts;
     };
-    newRow("three texts", hex("12 34 02 00 0f 00 02 31 2e 01 53 01 4d 56 78"), QStringLiteral("1.|S|M"));
-    newRow("empty texts", hex("12 34 02 00 0b 00 00 00 00 56 78"), QStringLiteral("||"));
-    newRow("UTF-8", hex("12 34 02 00 0e 00 03 e7 89 88 00 00 56 78"), QStringLiteral("版||"));
-    newRow("bytes behind the model", hex("12 34 02 00 0d 00 00 00 00 01 02 56 78"), QStringLiteral("||"));
+    newRow("three texts", hex("12 34 02 00 0f 00 02 31 2e 01 53 01 4d 56 78"), "1.|S|M");
+    newRow("empty texts", hex("12 34 02 00 0b 00 00 00 00 56 78"), "||");
+    newRow("UTF-8", hex("12 34 02 00 0e 00 03 e7 89 88 00 00 56 78"), "版||");
+    newRow("bytes behind the model", hex("12 34 02 00 0d 00 00 00 00 01 02 56 78"), "||");
     newRow("127 bytes", hex("12 34 02 00 7f 00") + body(100, 10, 6) + hex("56 78"), bodyTexts(100, 10, 6));
     newRow("128 bytes", hex("12 34 02 00 80 00") + body(100, 10, 7) + hex("56 78"));
     newRow("255 bytes", hex("12 34 02 00 ff 00") + body(100, 100, 44) + hex("56 78"));

@@ -184,11 +184,10 @@ void tst_JsonCommand::settingsAnswer()
     QJsonObject pares;
     for (const QString &key : qAsConst(keys)) {
         // Flags come back as they are; all other texts tell their key.
-        pares.insert(key, key.endsWith(QLatin1String("Dhcp")) ? QStringLiteral("1") : key);
+        pares.insert(key, key.endsWith(QLatin1String("Dhcp")) ? QString("1") : key);
     }
-    const QByteArray expected =
-        compact({{QStringLiteral("type"), int(write)}, {QStringLiteral("pares"), pares}});
-    const auto answer = JsonCommand::readAnswer(command, compact({{QStringLiteral("pares"), pares}}));
+    const QByteArray expected = compact({{"type", int(write)}, {"pares", pares}});
+    const auto answer = JsonCommand::readAnswer(command, compact({{"pares", pares}}));
     QCOMPARE(shown(answer), expected);
 
     BoxSettings settings = std::get<BoxSettings>(answer);
@@ -199,8 +198,8 @@ void tst_JsonCommand::settingsAnswer()
     }
     QCOMPARE(order, keys);
 
-    pares.insert(QStringLiteral("other"), QStringLiteral("x"));
-    QCOMPARE(shown(JsonCommand::readAnswer(command, compact({{QStringLiteral("pares"), pares}}))), expected);
+    pares.insert("other", "x");
+    QCOMPARE(shown(JsonCommand::readAnswer(command, compact({{"pares", pares}}))), expected);
 }
 
 void tst_JsonCommand::everyKeyIsNeeded()
@@ -211,9 +210,9 @@ void tst_JsonCommand::everyKeyIsNeeded()
     for (const QString &missing : qAsConst(keys)) {
         QJsonObject pares;
         for (const QString &key : qAsConst(keys)) {
-            pares.insert(key == missing ? QStringLiteral("other") : key, QString());
+            pares.insert(key == missing ? QString("other") : key, QString());
         }
-        const auto answer = JsonCommand::readAnswer(command, compact({{QStringLiteral("pares"), pares}}));
+        const auto answer = JsonCommand::readAnswer(command, compact({{"pares", pares}}));
         QVERIFY2(std::holds_alternative<std::monostate>(answer), qPrintable(missing));
     }
 }
@@ -266,7 +265,7 @@ void tst_JsonCommand::commandAnswer()
     QFETCH(bool, succeeded);
     for (const auto command : {Frame::LanWrite, Frame::WanWrite, Frame::WifiWrite, Frame::LteWrite,
                                Frame::NtpWrite, Frame::TimeWrite, Frame::DeviceReboot}) {
-        const auto answer = JsonCommand::readAnswer(command, compact({{QStringLiteral("code"), code}}));
+        const auto answer = JsonCommand::readAnswer(command, compact({{"code", code}}));
         const auto *result = std::get_if<CommandResult>(&answer);
         QVERIFY(result);
         QCOMPARE(result->command, command);

@@ -29,7 +29,7 @@ QByteArray reportText(int size)
 
 QJsonObject report(int size)
 {
-    return {{QStringLiteral("sn"), QString(size - 9, QLatin1Char('x'))}};
+    return {{"sn", QString(size - 9, QLatin1Char('x'))}};
 }
 
 std::optional<QJsonObject> addSegment(const QByteArray &frame)
@@ -59,7 +59,7 @@ std::optional<QJsonObject> sendReport(const QByteArray &text)
 // What the process holds in memory, or 0.
 qint64 residentBytes()
 {
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file("/proc/self/statm");
     if (!file.open(QIODevice::ReadOnly)) {
         return 0;
     }
@@ -107,7 +107,7 @@ void tst_Monitoring::oneSegment()
 {
     QTest::ignoreMessage(QtDebugMsg, "data长度::17");
     QCOMPARE(addSegment(segment("24 00", "11 00 00 00", "11 00", "01 00 00 00", "{\"sn\":\"12345678\"}")),
-             (QJsonObject{{QStringLiteral("sn"), QStringLiteral("12345678")}}));
+             (QJsonObject{{"sn", "12345678"}}));
 }
 
 void tst_Monitoring::exactly1024Bytes()
@@ -348,30 +348,28 @@ void tst_Monitoring::droppedReportReleasesItsMemory()
     const qint64 after = residentBytes();
     qInstallMessageHandler(shown);
 
-    QVERIFY2(full - before > sent / 2, qPrintable(QStringLiteral("%1 bytes").arg(full - before)));
-    QVERIFY2(after - before < sent / 16, qPrintable(QStringLiteral("%1 bytes").arg(after - before)));
+    QVERIFY2(full - before > sent / 2, qPrintable(QString("%1 bytes").arg(full - before)));
+    QVERIFY2(after - before < sent / 16, qPrintable(QString("%1 bytes").arg(after - before)));
 }
 
 void tst_Monitoring::reportIsRead()
 {
-    const QJsonArray datas{QJsonObject{{QStringLiteral("name"), QStringLiteral("Ua")}}};
-    const auto read = MonitoringReport::fromJson({{QStringLiteral("projectName"), QStringLiteral("P")},
-                                                  {QStringLiteral("plcName"), QStringLiteral("M1")},
-                                                  {QStringLiteral("description"), QStringLiteral("d")},
-                                                  {QStringLiteral("sn"), QStringLiteral("7")},
-                                                  {QStringLiteral("time"), QStringLiteral("now")},
-                                                  {QStringLiteral("datas"), datas}});
+    const QJsonArray datas{QJsonObject{{"name", "Ua"}}};
+    const auto read = MonitoringReport::fromJson({{"projectName", "P"},
+                                                  {"plcName", "M1"},
+                                                  {"description", "d"},
+                                                  {"sn", "7"},
+                                                  {"time", "now"},
+                                                  {"datas", datas}});
     QCOMPARE((QStringList{read.projectName, read.plcName, read.description, read.sn, read.time}),
-             (QStringList{QStringLiteral("P"), QStringLiteral("M1"), QStringLiteral("d"), QStringLiteral("7"),
-                          QStringLiteral("now")}));
+             (QStringList{"P", "M1", "d", "7", "now"}));
     QCOMPARE(read.datas, datas);
 }
 
 void tst_Monitoring::whatIsNoTextReadsAsEmpty()
 {
-    const auto read = MonitoringReport::fromJson({{QStringLiteral("sn"), 7},
-                                                  {QStringLiteral("time"), QJsonValue::Null},
-                                                  {QStringLiteral("datas"), QJsonObject()}});
+    const auto read =
+        MonitoringReport::fromJson({{"sn", 7}, {"time", QJsonValue::Null}, {"datas", QJsonObject()}});
     QCOMPARE(read.projectName + read.plcName + read.description + read.sn + read.time, QString());
     QCOMPARE(read.datas, QJsonArray());
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-const QString address = QStringLiteral("127.0.20.32");
+const QString address = "127.0.20.32";
 
 QByteArray hex(const char *bytes)
 {
@@ -38,9 +38,8 @@ public:
         connect(session, &Session::statusChanged, this,
                 [this](Session::Status status) { lines.append(QVariant::fromValue(status).toString()); });
         connect(session, &Session::versionReceived, this,
-                [this](const QString &version) { lines.append(QStringLiteral("version ") + version); });
-        connect(session, &Session::offlineOccurred, this,
-                [this] { lines.append(QStringLiteral("offline")); });
+                [this](const QString &version) { lines.append("version " + version); });
+        connect(session, &Session::offlineOccurred, this, [this] { lines.append("offline"); });
         connect(session, &Session::settingsReceived, this, [this](const BoxSettings &settings) {
             BoxSettings record = settings;
             const QVector<SettingsText> texts = textsOf(record);
@@ -49,13 +48,12 @@ public:
             }
         });
         connect(session, &Session::commandAnswered, this, [this](const CommandResult &result) {
-            lines.append(QStringLiteral("%1: %2").arg(result.command).arg(result.code));
+            lines.append(QString("%1: %2").arg(result.command).arg(result.code));
         });
-        connect(session, &Session::reportReceived, this, [this] { lines.append(QStringLiteral("report")); });
-        connect(session, &Session::bindingFailed, this, [this](const QHostAddress &local) {
-            lines.append(QStringLiteral("binding ") + local.toString());
-        });
-        connect(session, &QObject::destroyed, this, [this] { lines.append(QStringLiteral("destroyed")); });
+        connect(session, &Session::reportReceived, this, [this] { lines.append("report"); });
+        connect(session, &Session::bindingFailed, this,
+                [this](const QHostAddress &local) { lines.append("binding " + local.toString()); });
+        connect(session, &QObject::destroyed, this, [this] { lines.append("destroyed"); });
     }
 
     QStringList lines;
@@ -121,7 +119,7 @@ void tst_Session::tellsAFailedBind()
 {
     Session session;
     Told told(&session);
-    session.bindToAddress(QHostAddress(QStringLiteral("203.0.113.9"))); // not of this machine
+    session.bindToAddress(QHostAddress("203.0.113.9")); // not of this machine
     QCOMPARE(told.lines, words("binding 203.0.113.9"));
 }
 
@@ -147,7 +145,7 @@ void tst_Session::writesWithoutAMessage()
     session.openConnection(address);
     QTRY_COMPARE(m_box->received(), heartbeat);
     m_box->forgetReceived();
-    session.write(NtpSettings{QStringLiteral("10.0.0.9")});
+    session.write(NtpSettings{"10.0.0.9"});
     QTRY_COMPARE(m_box->received(),
                  hex("12 34 05 00 4e 00 44 00")
                      + "{\n    \"pares\": {\n        \"NTP\": \"10.0.0.9\"\n    },\n    \"type\": 108\n}\n"

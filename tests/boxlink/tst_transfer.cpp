@@ -20,7 +20,7 @@ class TestTransfer : public QObject, protected TransferTest
     Q_OBJECT
 public:
     TestTransfer()
-        : TransferTest(QStringLiteral("127.0.11.2"))
+        : TransferTest("127.0.11.2")
     {
     }
 
@@ -83,7 +83,7 @@ void TestTransfer::sendsChunksAndDigest()
     };
     const FileTransfer::Result result = transfer(job(content, Frame::Command(command)));
     QCOMPARE(box.received(0).toHex(), stream.toHex());
-    QCOMPARE(result.line, QStringLiteral("Checksum Result:Checksum successful."));
+    QCOMPARE(result.line, "Checksum Result:Checksum successful.");
     QVERIFY(result.messageText.isEmpty());
     QVERIFY(result.ended);
     QTRY_COMPARE(box.link(0)->state(), QAbstractSocket::UnconnectedState);
@@ -95,10 +95,10 @@ void TestTransfer::verdict_data()
     QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<QString>("line");
     QTest::addColumn<int>("percentage");
-    const QString success = QStringLiteral("Checksum Result:Checksum successful.");
-    const QString failed = QStringLiteral("Checksum Result:Checksum failed.");
-    const QString command = QStringLiteral("Checksum Result:Command type error.");
-    const QString kind = QStringLiteral("Checksum Result:Verification data return value error.");
+    const QString success = "Checksum Result:Checksum successful.";
+    const QString failed = "Checksum Result:Checksum failed.";
+    const QString command = "Checksum Result:Command type error.";
+    const QString kind = "Checksum Result:Verification data return value error.";
     QTest::newRow("success") << hex("12340300 0a00 03 00 5678") << success << 100;
     QTest::newRow("length and footer are not looked at") << hex("12340300 ffff 03 00 0000") << success << 100;
     QTest::newRow("failure") << hex("12340300 0a00 03 01 5678") << failed << 0;
@@ -148,9 +148,9 @@ void TestTransfer::verdictThatStaysAwayIsATimeout()
     clock.start();
     const FileTransfer::Result result = transfer(job("a"));
     QVERIFY(clock.elapsed() >= 50);
-    QCOMPARE(result.messageTitle, QStringLiteral("Timeout"));
-    QCOMPARE(result.messageText, QStringLiteral("Timeout while waiting for checksum result."));
-    QCOMPARE(result.line, QStringLiteral("Timeout:Timeout while waiting for checksum result."));
+    QCOMPARE(result.messageTitle, "Timeout");
+    QCOMPARE(result.messageText, "Timeout while waiting for checksum result.");
+    QCOMPARE(result.line, "Timeout:Timeout while waiting for checksum result.");
     QVERIFY(!result.ended);
     QCOMPARE(m_percentages, (QList<int>{0, 100, 0}));
     QTRY_VERIFY(m_owner->children().isEmpty());
@@ -163,8 +163,7 @@ void TestTransfer::noBoxAtTheAddress()
     clock.start();
     const FileTransfer::Result result = transfer(job("a"));
     QVERIFY2(clock.elapsed() < 10000, "a refused connection is waited for");
-    QCOMPARE(result.line,
-             QStringLiteral("Connection Status:Failed to connect to server for program update."));
+    QCOMPARE(result.line, "Connection Status:Failed to connect to server for program update.");
     QCOMPARE(result.messageText, QString());
     QVERIFY(!result.ended);
     QCOMPARE(m_percentages, QList<int>());
@@ -175,9 +174,9 @@ void TestTransfer::localAddressThatCantBeBound()
 {
     BoxPeer box(m_boxAddress);
     FileTransfer::Job bound = job("a");
-    bound.localAddress = QStringLiteral("192.0.2.1");
+    bound.localAddress = "192.0.2.1";
     const FileTransfer::Result result = transfer(bound);
-    QCOMPARE(result.line, QStringLiteral("Binding Status: Failed to bind to 192.0.2.1"));
+    QCOMPARE(result.line, "Binding Status: Failed to bind to 192.0.2.1");
     QVERIFY(!result.ended);
     QVERIFY(m_owner->children().isEmpty());
     QCoreApplication::processEvents();
@@ -188,10 +187,10 @@ void TestTransfer::sendsFromTheLocalAddress()
 {
     BoxPeer box(m_boxAddress);
     FileTransfer::Job bound = job("a");
-    bound.localAddress = QStringLiteral("127.0.11.3");
+    bound.localAddress = "127.0.11.3";
     box.heard = [&](int index) { box.send(index, success()); };
-    QCOMPARE(transfer(bound).line, QStringLiteral("Checksum Result:Checksum successful."));
-    QCOMPARE(box.link(0)->peerAddress(), QHostAddress(QStringLiteral("127.0.11.3")));
+    QCOMPARE(transfer(bound).line, "Checksum Result:Checksum successful.");
+    QCOMPARE(box.link(0)->peerAddress(), QHostAddress("127.0.11.3"));
 }
 
 void TestTransfer::fileThatCantBeOpened()
@@ -200,8 +199,8 @@ void TestTransfer::fileThatCantBeOpened()
     FileTransfer::Job missing = job("a");
     QVERIFY(QFile::remove(missing.path));
     const FileTransfer::Result result = transfer(missing);
-    QCOMPARE(result.messageTitle, QStringLiteral("Error"));
-    QCOMPARE(result.messageText, QStringLiteral("Failed to open program file."));
+    QCOMPARE(result.messageTitle, "Error");
+    QCOMPARE(result.messageText, "Failed to open program file.");
     QCOMPARE(result.line, QString());
     QVERIFY(!result.ended);
     // The connection stays until its owner goes.
@@ -225,8 +224,8 @@ void TestTransfer::fileThatCantBeOpenedAgain()
         },
         m_timeouts);
     const FileTransfer::Result result = transfer.run();
-    QCOMPARE(result.messageTitle, QStringLiteral("Error"));
-    QCOMPARE(result.messageText, QStringLiteral("Failed to open program file for checksum."));
+    QCOMPARE(result.messageTitle, "Error");
+    QCOMPARE(result.messageText, "Failed to open program file for checksum.");
     QCOMPARE(result.line, QString());
     QVERIFY(!result.ended);
     // Here, too, the connection stays.
@@ -276,8 +275,8 @@ void TestTransfer::secondTransferDuringTheWait_data()
     QTest::addColumn<int>("firstTimeout"); // ms; the second one's is 400, and it gets no verdict
     QTest::addColumn<QList<QByteArray>>("pieces");
     QTest::addColumn<QString>("line");
-    const QString successful = QStringLiteral("Checksum Result:Checksum successful.");
-    const QString timeout = QStringLiteral("Timeout:Timeout while waiting for checksum result.");
+    const QString successful = "Checksum Result:Checksum successful.";
+    const QString timeout = "Timeout:Timeout while waiting for checksum result.";
     const QByteArray verdict = success();
     QTest::newRow("no verdict, time up") << 200 << QList<QByteArray>() << timeout;
     QTest::newRow("verdict, time up") << 200 << QList<QByteArray>{verdict} << timeout;
@@ -316,9 +315,9 @@ void TestTransfer::secondTransferDuringTheWait()
     m_timeouts.verdict = firstTimeout;
     const FileTransfer::Result first = transfer(job("a"));
     QVERIFY(pieces.isEmpty());
-    QCOMPARE(second.line, QStringLiteral("Timeout:Timeout while waiting for checksum result."));
+    QCOMPARE(second.line, "Timeout:Timeout while waiting for checksum result.");
     QCOMPARE(first.line, line);
-    QCOMPARE(first.messageTitle, firstTimeout < 400 ? QStringLiteral("Timeout") : QString());
+    QCOMPARE(first.messageTitle, firstTimeout < 400 ? QString("Timeout") : QString());
     QCOMPARE(first.ended, firstTimeout > 400);
     QTRY_VERIFY(m_owner->children().isEmpty());
 }

@@ -46,7 +46,7 @@ class TestTransferLink : public QObject, protected TransferTest
     Q_OBJECT
 public:
     TestTransferLink()
-        : TransferTest(QStringLiteral("127.0.11.20"))
+        : TransferTest("127.0.11.20")
     {
     }
 
@@ -94,7 +94,7 @@ void TestTransferLink::boxThatDoesNotReadIsWaitedFor()
         allSent.release();
     }
     QVERIFY(heldUp);
-    QCOMPARE(result.line, QStringLiteral("Checksum Result:Checksum successful."));
+    QCOMPARE(result.line, "Checksum Result:Checksum successful.");
     QCOMPARE(count, whole);
 }
 
@@ -108,7 +108,7 @@ void TestTransferLink::linkLostWhileSending()
     FileTransfer::Job lost = job(QByteArray(8 * 1024 * 1024, 'x'));
     lost.removeWhenDigested = true;
     const FileTransfer::Result result = transfer(lost);
-    QCOMPARE(result.line, QStringLiteral("Connection Status:Not connected to server."));
+    QCOMPARE(result.line, "Connection Status:Not connected to server.");
     QCOMPARE(result.messageText, QString());
     QVERIFY(!result.ended);
     QVERIFY(m_percentages.last() < 100);
@@ -156,7 +156,7 @@ void TestTransferLink::percentageSurvivesLargeFiles()
     });
     FileTransfer::Job large = job({});
     QVERIFY(QFile::resize(large.path, size));
-    QCOMPARE(transfer(large).line, QStringLiteral("Checksum Result:Checksum successful."));
+    QCOMPARE(transfer(large).line, "Checksum Result:Checksum successful.");
     QList<int> steps;
     for (const int percentage : qAsConst(m_percentages)) {
         if (steps.isEmpty() || steps.last() != percentage) {
@@ -182,7 +182,7 @@ void TestTransferLink::totalIsAnnouncedIn32Bits()
         });
         FileTransfer::Job huge = job({});
         QVERIFY(QFile::resize(huge.path, Q_INT64_C(0x100000002)));
-        QCOMPARE(transfer(huge).line, QStringLiteral("Connection Status:Not connected to server."));
+        QCOMPARE(transfer(huge).line, "Connection Status:Not connected to server.");
     }
     QCOMPARE(head.left(17).toHex(), QByteArray("1234030013040102000000000401000000"));
 }

@@ -32,7 +32,7 @@ private:
     static BoxSimOptions options()
     {
         BoxSimOptions options;
-        options.address = QHostAddress(QStringLiteral("127.0.33.4"));
+        options.address = QHostAddress("127.0.33.4");
         options.reportInterval = 200;
         return options;
     }
@@ -177,7 +177,7 @@ void tst_BoxDuties::severalRequestsAreAnswered()
         types.append(jsonOf(&tool).value(QLatin1String("type")).toString());
     }
     types.sort();
-    QCOMPARE(types, QStringList({QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("8")}));
+    QCOMPARE(types, QStringList({"2", "3", "8"}));
 }
 
 void tst_BoxDuties::requestsMayComeInPieces()
@@ -189,7 +189,7 @@ void tst_BoxDuties::requestsMayComeInPieces()
     for (int at = 0; at < request.size(); ++at) {
         tool.send(request.mid(at, 1));
     }
-    QCOMPARE(jsonOf(&tool).value(QLatin1String("type")), QJsonValue(QStringLiteral("2")));
+    QCOMPARE(jsonOf(&tool).value(QLatin1String("type")), QJsonValue("2"));
 }
 
 void tst_BoxDuties::twoConnectionsAreServed()
@@ -224,11 +224,9 @@ void tst_BoxDuties::settingsAreTaken()
     SKIP_UNLESS_BOX_MAY_CHANGE();
     RawTool tool;
     QVERIFY(tool.connectTo(m_box->address()));
-    QCOMPARE(answer(&tool, "write NTP"),
-             (QJsonObject{{QStringLiteral("type"), QStringLiteral("108")},
-                          {QStringLiteral("code"), QStringLiteral("200")}}));
+    QCOMPARE(answer(&tool, "write NTP"), (QJsonObject{{"type", "108"}, {"code", "200"}}));
     QCOMPARE(answer(&tool, "read NTP").value(QLatin1String("pares")).toObject().value(QLatin1String("NTP")),
-             QJsonValue(QStringLiteral("10.0.0.9")));
+             QJsonValue("10.0.0.9"));
 }
 
 void tst_BoxDuties::fileWithAWrongDigestIsRefused()
@@ -247,7 +245,7 @@ void tst_BoxDuties::fileWithAWrongDigestIsRefused()
 void tst_BoxDuties::projectIsTakenDuringASession()
 {
     SKIP_UNLESS_BOX_MAY_CHANGE();
-    QFile file(QStringLiteral(TEST_DATA_DIR "/one-slave.json"));
+    QFile file(QString(TEST_DATA_DIR "/one-slave.json"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QByteArray project = file.readAll();
     RawTool session;

@@ -28,15 +28,15 @@ private slots:
 
 private:
     static BoxSimOptions options() { return Raw::quietBox(address()); }
-    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.1")); }
+    static QHostAddress address() { return QHostAddress("127.0.12.1"); }
 };
 
 void tst_BoxSim::heartbeatIsAnsweredWithThreeCountedTexts()
 {
     BoxSimOptions own = options();
-    own.version = QStringLiteral("2.1");
-    own.serialNumber = QStringLiteral("A7");
-    own.model = QStringLiteral("M");
+    own.version = "2.1";
+    own.serialNumber = "A7";
+    own.model = "M";
     BoxSim box(own);
     QVERIFY2(box.start(), qPrintable(box.errorString()));
     RawTool tool;
@@ -53,14 +53,14 @@ void tst_BoxSim::heartbeatTextsStayUnder128Bytes()
     BoxSimOptions own = options();
     own.version = QString(100, QLatin1Char('v'));
     own.serialNumber = QString(15, QLatin1Char('s'));
-    own.model = QStringLiteral("m"); // 11 + 116
+    own.model = "m"; // 11 + 116
     BoxSim box(own);
     QVERIFY(box.start());
     box.stop();
-    own.model = QStringLiteral("mm");
+    own.model = "mm";
     BoxSim tooLong(own);
     QVERIFY(!tooLong.start());
-    QCOMPARE(tooLong.errorString(), QStringLiteral("version, serial number and model are too long together"));
+    QCOMPARE(tooLong.errorString(), "version, serial number and model are too long together");
 }
 
 void tst_BoxSim::aPeerThatDoesNotReadIsDropped()
@@ -69,7 +69,7 @@ void tst_BoxSim::aPeerThatDoesNotReadIsDropped()
     own.maxQueued = 1000;
     BoxSim box(own);
     QVERIFY(box.start());
-    QVERIFY(box.setFault(QStringLiteral("late-heartbeat=60000")));
+    QVERIFY(box.setFault("late-heartbeat=60000"));
     QSignalSpy violations(&box, &BoxSim::violation);
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
@@ -78,8 +78,7 @@ void tst_BoxSim::aPeerThatDoesNotReadIsDropped()
     }
     QVERIFY(tool.waitForEnd());
     QCOMPARE(violations.size(), 1);
-    QCOMPARE(violations.at(0).at(1).toString(),
-             QStringLiteral("does not read its answers, connection ended"));
+    QCOMPARE(violations.at(0).at(1).toString(), "does not read its answers, connection ended");
     QTRY_COMPARE(box.connectionCount(), 0);
 }
 
@@ -104,8 +103,8 @@ void tst_BoxSim::connectionsAreLimited()
 void tst_BoxSim::searchIsAnsweredToItsSender()
 {
     BoxSimOptions own = options();
-    own.settings.insert(QStringLiteral("lanMask"), QStringLiteral("255.255.255.128"));
-    own.model = QStringLiteral("MRN-GATE-20");
+    own.settings.insert("lanMask", "255.255.255.128");
+    own.model = "MRN-GATE-20";
     BoxSim box(own);
     QVERIFY(box.start());
     QSignalSpy searched(&box, &BoxSim::searched);
@@ -142,7 +141,7 @@ void tst_BoxSim::searchStaysUnansweredWhereToldSo()
 {
     BoxSimOptions own = options();
     own.faults.noDiscovery = true;
-    own.discoveryAddress = QHostAddress(QStringLiteral("127.0.12.101"));
+    own.discoveryAddress = QHostAddress("127.0.12.101");
     BoxSim box(own);
     QVERIFY(box.start());
     QSignalSpy searched(&box, &BoxSim::searched);
@@ -182,7 +181,7 @@ void tst_BoxSim::strangeDatagramsAreNotAnswered()
     tool.writeDatagram(bytes, address(), 30088);
     QTRY_COMPARE(violations.size(), 1);
     QCOMPARE(violations.at(0).at(1).toString(),
-             QStringLiteral("datagram of %1 bytes that is no search").arg(bytes.size()));
+             QString("datagram of %1 bytes that is no search").arg(bytes.size()));
     QCOMPARE(searched.size(), 0);
     QVERIFY(!tool.hasPendingDatagrams());
 }
@@ -232,8 +231,7 @@ void tst_BoxSim::anAddressInUseIsTold()
     QVERIFY(first.start());
     BoxSim second(options());
     QVERIFY(!second.start());
-    QCOMPARE(second.errorString(),
-             QStringLiteral("TCP 127.0.12.1:30088: The bound address is already in use"));
+    QCOMPARE(second.errorString(), "TCP 127.0.12.1:30088: The bound address is already in use");
     first.stop();
     QVERIFY2(second.start(), qPrintable(second.errorString()));
 }

@@ -39,12 +39,12 @@ private slots:
 
 private:
     static BoxSimOptions options(const QString &fault = QString()) { return Raw::quietBox(address(), fault); }
-    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.2")); }
+    static QHostAddress address() { return QHostAddress("127.0.12.2"); }
 };
 
 void tst_BoxSimFaults::silentAcceptsAndNeverSpeaks()
 {
-    BoxSimOptions own = options(QStringLiteral("silent"));
+    BoxSimOptions own = options("silent");
     own.project = "{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"name\":\"a\"}]}]}";
     BoxSim box(own);
     QVERIFY(box.start());
@@ -67,9 +67,9 @@ void tst_BoxSimFaults::unansweredKinds_data()
     QTest::addColumn<QByteArray>("answered");
     const QByteArray read = Raw::json("{\"type\":\"8\",\"pares\":{}}");
     const QByteArray transfer = Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e");
-    QTest::newRow("no heartbeat") << QStringLiteral("no-heartbeat") << Raw::heartbeat() << read;
-    QTest::newRow("no JSON") << QStringLiteral("no-json") << read << Raw::heartbeat();
-    QTest::newRow("no verdict") << QStringLiteral("verdict=none") << transfer << Raw::heartbeat();
+    QTest::newRow("no heartbeat") << "no-heartbeat" << Raw::heartbeat() << read;
+    QTest::newRow("no JSON") << "no-json" << read << Raw::heartbeat();
+    QTest::newRow("no verdict") << "verdict=none" << transfer << Raw::heartbeat();
 }
 
 void tst_BoxSimFaults::unansweredKinds()
@@ -92,10 +92,9 @@ void tst_BoxSimFaults::lateAnswersComeLate_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QByteArray>("request");
-    QTest::newRow("heartbeat") << QStringLiteral("late-heartbeat=150") << Raw::heartbeat();
-    QTest::newRow("JSON") << QStringLiteral("late-json=150") << Raw::json("{\"type\":\"8\",\"pares\":{}}");
-    QTest::newRow("verdict") << QStringLiteral("late-verdict=150")
-                             << Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e");
+    QTest::newRow("heartbeat") << "late-heartbeat=150" << Raw::heartbeat();
+    QTest::newRow("JSON") << "late-json=150" << Raw::json("{\"type\":\"8\",\"pares\":{}}");
+    QTest::newRow("verdict") << "late-verdict=150" << Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e");
 }
 
 void tst_BoxSimFaults::lateAnswersComeLate()
@@ -117,8 +116,8 @@ void tst_BoxSimFaults::splitAnswersComeInPieces_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<int>("longest");
-    QTest::newRow("byte by byte") << QStringLiteral("split") << 1;
-    QTest::newRow("pieces of 16") << QStringLiteral("split=16") << 16;
+    QTest::newRow("byte by byte") << "split" << 1;
+    QTest::newRow("pieces of 16") << "split=16" << 16;
 }
 
 void tst_BoxSimFaults::splitAnswersComeInPieces()
@@ -127,7 +126,7 @@ void tst_BoxSimFaults::splitAnswersComeInPieces()
     QFETCH(int, longest);
     BoxSim box(options(fault));
     QVERIFY(box.start());
-    QVERIFY(box.setFault(QStringLiteral("split-gap=5")));
+    QVERIFY(box.setFault("split-gap=5"));
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::heartbeat());
@@ -141,7 +140,7 @@ void tst_BoxSimFaults::splitAnswersComeInPieces()
 
 void tst_BoxSimFaults::joinedAnswersComeInOnePiece()
 {
-    BoxSim box(options(QStringLiteral("join=50")));
+    BoxSim box(options("join=50"));
     QVERIFY(box.start());
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
@@ -154,7 +153,7 @@ void tst_BoxSimFaults::joinedAnswersComeInOnePiece()
 
 void tst_BoxSimFaults::noiseStandsBeforeEachFrame()
 {
-    BoxSim box(options(QStringLiteral("noise=5")));
+    BoxSim box(options("noise=5"));
     QVERIFY(box.start());
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
@@ -167,7 +166,7 @@ void tst_BoxSimFaults::noiseStandsBeforeEachFrame()
 
 void tst_BoxSimFaults::noiseHoldsNoHalfOfAHeader()
 {
-    BoxSim box(options(QStringLiteral("noise=20000")));
+    BoxSim box(options("noise=20000"));
     QVERIFY(box.start());
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
@@ -186,7 +185,7 @@ void tst_BoxSimFaults::linkEndsAfterBytesSent_data()
 void tst_BoxSimFaults::linkEndsAfterBytesSent()
 {
     QFETCH(int, bytes);
-    BoxSim box(options(QStringLiteral("drop-after-sent=%1").arg(bytes)));
+    BoxSim box(options(QString("drop-after-sent=%1").arg(bytes)));
     QVERIFY(box.start());
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
@@ -198,7 +197,7 @@ void tst_BoxSimFaults::linkEndsAfterBytesSent()
 
 void tst_BoxSimFaults::linkEndsAfterBytesReceived()
 {
-    BoxSim box(options(QStringLiteral("drop-after-received=15")));
+    BoxSim box(options("drop-after-received=15"));
     QVERIFY(box.start());
     QSignalSpy frames(&box, &BoxSim::frameReceived);
     RawTool tool;
@@ -214,7 +213,7 @@ void tst_BoxSimFaults::linkEndsAfterBytesReceived()
 
 void tst_BoxSimFaults::aSecondConnectionIsRefusedWhileThereIsOne()
 {
-    BoxSim box(options(QStringLiteral("refuse-second")));
+    BoxSim box(options("refuse-second"));
     QVERIFY(box.start());
     RawTool first;
     QVERIFY(first.connectTo(address()));
@@ -238,19 +237,19 @@ void tst_BoxSimFaults::verdictsAreSpoiled_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<QByteArray>("verdict");
-    QTest::newRow("bad") << QStringLiteral("bad") << QByteArray("123403000a0003015678");
-    QTest::newRow("wrong command") << QStringLiteral("wrong-command") << QByteArray("123404000a0003005678");
-    QTest::newRow("wrong sub-type") << QStringLiteral("wrong-subtype") << QByteArray("123403000a0002005678");
-    QTest::newRow("wrong header") << QStringLiteral("wrong-header") << QByteArray("123503000a0003005678");
-    QTest::newRow("partial") << QStringLiteral("partial") << QByteArray("123403000a");
-    QTest::newRow("too long") << QStringLiteral("too-long") << QByteArray("123403000a000300567800");
+    QTest::newRow("bad") << "bad" << QByteArray("123403000a0003015678");
+    QTest::newRow("wrong command") << "wrong-command" << QByteArray("123404000a0003005678");
+    QTest::newRow("wrong sub-type") << "wrong-subtype" << QByteArray("123403000a0002005678");
+    QTest::newRow("wrong header") << "wrong-header" << QByteArray("123503000a0003005678");
+    QTest::newRow("partial") << "partial" << QByteArray("123403000a");
+    QTest::newRow("too long") << "too-long" << QByteArray("123403000a000300567800");
 }
 
 void tst_BoxSimFaults::verdictsAreSpoiled()
 {
     QFETCH(QString, kind);
     QFETCH(QByteArray, verdict);
-    BoxSim box(options(QStringLiteral("verdict=") + kind));
+    BoxSim box(options("verdict=" + kind));
     QVERIFY(box.start());
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
@@ -287,7 +286,7 @@ void tst_BoxSimFaults::writesAreRefused()
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::json(request));
     QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue(code));
-    QCOMPARE(box.setting(QStringLiteral("NTP")) == QStringLiteral("1.2.3.4"), code == QStringLiteral("200"));
+    QCOMPARE(box.setting("NTP") == "1.2.3.4", code == "200");
 }
 
 void tst_BoxSimFaults::answersCarryNumbersAndLackKeys_data()
@@ -297,14 +296,11 @@ void tst_BoxSimFaults::answersCarryNumbersAndLackKeys_data()
     QTest::addColumn<QByteArray>("answer");
     const QByteArray write("{\"type\":108,\"pares\":{\"NTP\":\"1.2.3.4\"}}");
     const QByteArray read("{\"type\":\"8\",\"pares\":{}}");
-    QTest::newRow("type") << QStringLiteral("type-number") << write
-                          << QByteArray("{\"code\":\"200\",\"type\":108}");
-    QTest::newRow("type of a read") << QStringLiteral("type-number") << read
+    QTest::newRow("type") << "type-number" << write << QByteArray("{\"code\":\"200\",\"type\":108}");
+    QTest::newRow("type of a read") << "type-number" << read
                                     << QByteArray("{\"pares\":{\"NTP\":\"192.168.1.1\"},\"type\":8}");
-    QTest::newRow("code") << QStringLiteral("code-number") << write
-                          << QByteArray("{\"code\":200,\"type\":\"108\"}");
-    QTest::newRow("key") << QStringLiteral("missing-key=NTP") << read
-                         << QByteArray("{\"pares\":{},\"type\":\"8\"}");
+    QTest::newRow("code") << "code-number" << write << QByteArray("{\"code\":200,\"type\":\"108\"}");
+    QTest::newRow("key") << "missing-key=NTP" << read << QByteArray("{\"pares\":{},\"type\":\"8\"}");
 }
 
 void tst_BoxSimFaults::answersCarryNumbersAndLackKeys()
@@ -329,9 +325,9 @@ void tst_BoxSimFaults::faultsChangeWhileTheBoxRuns()
     tool.send(Raw::heartbeat());
     QCOMPARE(tool.takeFrame().size(), 38);
     QString error;
-    QVERIFY(!box.setFault(QStringLiteral("nonsense"), &error));
-    QCOMPARE(error, QStringLiteral("there is no fault nonsense"));
-    QVERIFY(box.setFault(QStringLiteral("no-heartbeat"), &error));
+    QVERIFY(!box.setFault("nonsense", &error));
+    QCOMPARE(error, "there is no fault nonsense");
+    QVERIFY(box.setFault("no-heartbeat", &error));
     tool.send(Raw::heartbeat() + Raw::json("{\"type\":\"8\",\"pares\":{}}"));
     QVERIFY(!tool.takeJson().isEmpty());
     box.setFaults(BoxSimFaults());
@@ -379,15 +375,13 @@ void tst_BoxSimFaults::faultNamesAreUnderstood()
 
 void tst_BoxSimFaults::faultHelpNamesEveryFault()
 {
-    const QStringList entries =
-        faultList().chopped(1).split(QRegularExpression(QStringLiteral("\n(?=  \\S)")));
+    const QStringList entries = faultList().chopped(1).split(QRegularExpression("\n(?=  \\S)"));
     QCOMPARE(entries.size(), 31);
     for (const QString &entry : entries) {
         QVERIFY2(entry.endsWith(QLatin1Char('.')), qPrintable(entry));
         BoxSimFaults faults;
         QString error;
-        applyFault(entry.trimmed().section(QRegularExpression(QStringLiteral("[[= ]")), 0, 0), &faults,
-                   &error);
+        applyFault(entry.trimmed().section(QRegularExpression("[[= ]"), 0, 0), &faults, &error);
         QVERIFY2(!error.startsWith(QLatin1String("there is no")), qPrintable(error));
     }
 }

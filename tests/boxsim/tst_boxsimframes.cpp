@@ -21,14 +21,14 @@ private slots:
 
 private:
     static BoxSimOptions options() { return Raw::quietBox(address()); }
-    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.7")); }
+    static QHostAddress address() { return QHostAddress("127.0.12.7"); }
 };
 
 void tst_BoxSimFrames::requestsAreFoundHoweverTheyAreCut_data()
 {
     QTest::addColumn<int>("piece");
     for (int piece : {1, 2, 3, 5, 7, 8, 9, 13, 40}) {
-        QTest::newRow(qPrintable(QStringLiteral("pieces of %1").arg(piece))) << piece;
+        QTest::newRow(qPrintable(QString("pieces of %1").arg(piece))) << piece;
     }
 }
 

@@ -30,11 +30,11 @@ private:
     static BoxSimOptions options()
     {
         BoxSimOptions options = Raw::quietBox(address());
-        options.version = QStringLiteral("1.2.3");
-        options.serialNumber = QStringLiteral("SN7");
+        options.version = "1.2.3";
+        options.serialNumber = "SN7";
         return options;
     }
-    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.33.2")); }
+    static QHostAddress address() { return QHostAddress("127.0.33.2"); }
 
     const ProtocolPage m_page;
 };
@@ -111,7 +111,7 @@ const Worded worded[] = {
 
 void tst_BoxSimPage::everyFrameIsWorded()
 {
-    QStringList names = {QStringLiteral("search"), QStringLiteral("search answer")};
+    QStringList names = {"search", "search answer"};
     for (const Worded &row : worded) {
         names.append(QString::fromLatin1(row.name));
         const QByteArray bytes = m_page.bytes(row.name);
@@ -171,7 +171,7 @@ void tst_BoxSimPage::rebootIsAnsweredAsShown()
 void tst_BoxSimPage::refusalIsThatOfThePage()
 {
     BoxSim box(options());
-    QVERIFY(box.setFault(QStringLiteral("refuse-write=105:500")));
+    QVERIFY(box.setFault("refuse-write=105:500"));
     QVERIFY(box.start());
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
@@ -186,7 +186,7 @@ void tst_BoxSimPage::transferIsJudgedAsShown_data()
     QTest::addColumn<QByteArray>("verdict");
     QTest::addColumn<QByteArray>("file");
     const QString none;
-    const QString bad = QStringLiteral("verdict=bad");
+    const QString bad = "verdict=bad";
     const QByteArray project = m_page.bytes("project chunk") + m_page.bytes("project checksum");
     const QByteArray program =
         m_page.bytes("program chunk 1") + m_page.bytes("program chunk 2") + m_page.bytes("program checksum");
@@ -237,11 +237,11 @@ void tst_BoxSimPage::reportsAreCutAsShown()
 void tst_BoxSimPage::searchIsAnsweredAsShown()
 {
     BoxSimOptions found = options();
-    found.settings.insert(QStringLiteral("lanMask"), QStringLiteral("255.255.255.0"));
+    found.settings.insert("lanMask", "255.255.255.0");
     BoxSim box(found);
     QVERIFY(box.start());
     QUdpSocket socket;
-    QVERIFY(socket.bind(QHostAddress(QStringLiteral("127.0.33.3"))));
+    QVERIFY(socket.bind(QHostAddress("127.0.33.3")));
     socket.writeDatagram(m_page.bytes("search"), address(), 30088);
     QTRY_VERIFY(socket.hasPendingDatagrams());
     QByteArray shown = m_page.bytes("search answer");

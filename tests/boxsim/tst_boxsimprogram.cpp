@@ -27,12 +27,12 @@ private slots:
     void whatKeepsItFromStartingIsTold();
 
 private:
-    static QString address() { return QStringLiteral("127.0.12.4"); }
+    static QString address() { return "127.0.12.4"; }
     // Starts the program on its address and waits for the readiness line.
     static bool start(QProcess *process, const QStringList &arguments)
     {
-        process->setProgram(QStringLiteral(BOXSIM_PROGRAM));
-        process->setArguments(QStringList{QStringLiteral("--address"), address()} + arguments);
+        process->setProgram(QString(BOXSIM_PROGRAM));
+        process->setArguments(QStringList{"--address", address()} + arguments);
         process->start(QIODevice::ReadOnly);
         const QByteArray ready = "listening on 127.0.12.4:30088\n";
         return QTest::qWaitFor([process, ready] { return process->peek(1000000).contains(ready); });
@@ -45,7 +45,7 @@ private:
 
 void tst_BoxSimProgram::defaultsAreThoseOfABox()
 {
-    const CommandLine line = readCommandLine({QStringLiteral("boxsim")});
+    const CommandLine line = readCommandLine({"boxsim"});
     const BoxSimOptions usual;
     QCOMPARE(line.action, CommandLine::Action::Run);
     QCOMPARE(line.options.address, usual.address);
@@ -65,35 +65,33 @@ void tst_BoxSimProgram::defaultsAreThoseOfABox()
 
 void tst_BoxSimProgram::everyOptionIsTaken()
 {
-    const QString text = QStringLiteral(
+    const QString text =
         "boxsim --address 0.0.0.0 --port 4000 --discovery-address 127.0.0.9 --no-discovery --project p.json "
         "--report-interval 250 --seed 9 --set lanIp=1.2.3.4 --set AT1=a=b --box-version 2.0 --serial S "
         "--model M "
         "--reboot-time 5 --max-file 7 --save kept --fault split=3 --fault silent --log l.txt --hex --quiet "
         "--once "
-        "--seconds 12");
+        "--seconds 12";
     const CommandLine line = readCommandLine(text.split(QLatin1Char(' ')));
     QCOMPARE(line.text, QString());
     QCOMPARE(line.action, CommandLine::Action::Run);
     QCOMPARE(line.options.address, QHostAddress(QHostAddress::AnyIPv4));
     QCOMPARE(line.options.port, 4000);
-    QCOMPARE(line.options.discoveryAddress, QHostAddress(QStringLiteral("127.0.0.9")));
+    QCOMPARE(line.options.discoveryAddress, QHostAddress("127.0.0.9"));
     QVERIFY(!line.options.discovery);
-    QCOMPARE(line.projectFile, QStringLiteral("p.json"));
+    QCOMPARE(line.projectFile, "p.json");
     QCOMPARE(line.options.reportInterval, 250);
     QCOMPARE(line.options.seed, 9U);
-    QCOMPARE(line.options.settings,
-             (QMap<QString, QString>{{QStringLiteral("lanIp"), QStringLiteral("1.2.3.4")},
-                                     {QStringLiteral("AT1"), QStringLiteral("a=b")}}));
-    QCOMPARE(line.options.version, QStringLiteral("2.0"));
-    QCOMPARE(line.options.serialNumber, QStringLiteral("S"));
-    QCOMPARE(line.options.model, QStringLiteral("M"));
+    QCOMPARE(line.options.settings, (QMap<QString, QString>{{"lanIp", "1.2.3.4"}, {"AT1", "a=b"}}));
+    QCOMPARE(line.options.version, "2.0");
+    QCOMPARE(line.options.serialNumber, "S");
+    QCOMPARE(line.options.model, "M");
     QCOMPARE(line.options.rebootTime, 5);
     QCOMPARE(line.options.maxFileSize, 7);
-    QCOMPARE(line.saveFolder, QStringLiteral("kept"));
+    QCOMPARE(line.saveFolder, "kept");
     QCOMPARE(line.options.faults.split, 3);
     QVERIFY(line.options.faults.silent);
-    QCOMPARE(line.logFile, QStringLiteral("l.txt"));
+    QCOMPARE(line.logFile, "l.txt");
     QVERIFY(line.hex && line.quiet && line.once);
     QCOMPARE(line.seconds, 12);
 }
@@ -125,7 +123,7 @@ void tst_BoxSimProgram::wrongCommandLinesAreTold()
     QFETCH(QString, arguments);
     QFETCH(QByteArray, told);
     QProcess process;
-    process.start(QStringLiteral(BOXSIM_PROGRAM), arguments.split(QLatin1Char(' ')), QIODevice::ReadOnly);
+    process.start(QString(BOXSIM_PROGRAM), arguments.split(QLatin1Char(' ')), QIODevice::ReadOnly);
     QVERIFY(ended(&process));
     QCOMPARE(process.readAllStandardError(), "boxsim: " + told + "\nTry --help.\n");
     QCOMPARE(process.readAllStandardOutput(), QByteArray());
@@ -135,7 +133,7 @@ void tst_BoxSimProgram::wrongCommandLinesAreTold()
 void tst_BoxSimProgram::whatItReceivesIsPrintedAndLogged()
 {
     QProcess process;
-    QVERIFY(start(&process, {QStringLiteral("--log"), QStringLiteral("box.log")}));
+    QVERIFY(start(&process, {"--log", "box.log"}));
     RawTool tool;
     QVERIFY(tool.connectTo(QHostAddress(address())));
     tool.send(Raw::heartbeat());
@@ -145,28 +143,25 @@ void tst_BoxSimProgram::whatItReceivesIsPrintedAndLogged()
     process.terminate();
     QVERIFY(ended(&process));
     QString printed = QString::fromUtf8(process.readAllStandardOutput());
-    QFile log(QStringLiteral("box.log"));
+    QFile log("box.log");
     QVERIFY(log.open(QIODevice::ReadOnly));
-    printed.remove(QStringLiteral("listening on 127.0.12.4:30088\n"));
+    printed.remove("listening on 127.0.12.4:30088\n");
     QCOMPARE(QString::fromUtf8(log.readAll()), printed);
-    printed.replace(QRegularExpression(QStringLiteral(
-                        "\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} 127\\.0\\.0\\.1:\\d+")),
-                    QStringLiteral("T P"));
-    QCOMPARE(printed.section(QStringLiteral("T P -- gone\n"), 0, 0),
-             QStringLiteral("T P -- connected\n"
-                            "T P -> heartbeat\n"
-                            "T P <- heartbeat answer: 1.0.0, SIM00000001, MRN-GATE-70\n"
-                            "T P !! 1 bytes outside of any frame, 0 headers without one\n"
-                            "T P -> read LAN: {\"pares\":{},\"type\":2}\n"
-                            "T P !! read LAN must have type as a string\n"));
+    printed.replace(
+        QRegularExpression("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} 127\\.0\\.0\\.1:\\d+"), "T P");
+    QCOMPARE(printed.section("T P -- gone\n", 0, 0),
+             "T P -- connected\n"
+             "T P -> heartbeat\n"
+             "T P <- heartbeat answer: 1.0.0, SIM00000001, MRN-GATE-70\n"
+             "T P !! 1 bytes outside of any frame, 0 headers without one\n"
+             "T P -> read LAN: {\"pares\":{},\"type\":2}\n"
+             "T P !! read LAN must have type as a string\n");
 }
 
 void tst_BoxSimProgram::bytesAreShownOnRequest()
 {
     QProcess process;
-    QVERIFY(start(&process,
-                  {QStringLiteral("--hex"), QStringLiteral("--once"), QStringLiteral("--model"),
-                   QStringLiteral("M~\x7f")}));
+    QVERIFY(start(&process, {"--hex", "--once", "--model", "M~\x7f"}));
     RawTool tool;
     QVERIFY(tool.connectTo(QHostAddress(address())));
     tool.send(Raw::heartbeat());
@@ -174,21 +169,21 @@ void tst_BoxSimProgram::bytesAreShownOnRequest()
     tool.socket().disconnectFromHost();
     QVERIFY(ended(&process));
     QStringList indented = QString::fromUtf8(process.readAllStandardOutput()).split(QLatin1Char('\n'));
-    indented = indented.filter(QRegularExpression(QStringLiteral("^    ")));
+    indented = indented.filter(QRegularExpression("^    "));
     QCOMPARE(indented,
              QStringList({
-                 QStringLiteral("    0000  12 34 01 00 08 00 56 78                          .4....Vx"),
-                 QStringLiteral("    0000  12 34 02 00 1e 00 05 31 2e 30 2e 30 0b 53 49 4d  "
-                                ".4.....1.0.0.SIM"),
-                 QStringLiteral("    0010  30 30 30 30 30 30 30 31 03 4d 7e 7f 56 78        "
-                                "00000001.M~.Vx"),
+                 "    0000  12 34 01 00 08 00 56 78                          .4....Vx",
+                 "    0000  12 34 02 00 1e 00 05 31 2e 30 2e 30 0b 53 49 4d  "
+                 ".4.....1.0.0.SIM",
+                 "    0010  30 30 30 30 30 30 30 31 03 4d 7e 7f 56 78        "
+                 "00000001.M~.Vx",
              }));
 }
 
 void tst_BoxSimProgram::quietPrintsTheReadinessLineOnly()
 {
     QProcess process;
-    QVERIFY(start(&process, {QStringLiteral("--quiet"), QStringLiteral("--once")}));
+    QVERIFY(start(&process, {"--quiet", "--once"}));
     RawTool tool;
     QVERIFY(tool.connectTo(QHostAddress(address())));
     tool.send(Raw::heartbeat());
@@ -202,8 +197,7 @@ void tst_BoxSimProgram::quietPrintsTheReadinessLineOnly()
 void tst_BoxSimProgram::acceptedFilesAreKept()
 {
     QProcess process;
-    QVERIFY(
-        start(&process, {QStringLiteral("--save"), QStringLiteral("kept/here"), QStringLiteral("--once")}));
+    QVERIFY(start(&process, {"--save", "kept/here", "--once"}));
     RawTool tool;
     QVERIFY(tool.connectTo(QHostAddress(address())));
     tool.send(Raw::transfer(3, "a", "0cc175b9c0f1b6a831c399e269772661")
@@ -211,16 +205,16 @@ void tst_BoxSimProgram::acceptedFilesAreKept()
     QCOMPARE(tool.take(20).size(), 20);
     tool.socket().disconnectFromHost();
     QVERIFY(ended(&process));
-    QFile project(QStringLiteral("kept/here/project.json"));
+    QFile project("kept/here/project.json");
     QVERIFY(project.open(QIODevice::ReadOnly));
     QCOMPARE(project.readAll(), QByteArray("a"));
-    QVERIFY(QFile::exists(QStringLiteral("kept/here/program.bin")));
+    QVERIFY(QFile::exists("kept/here/program.bin"));
 }
 
 void tst_BoxSimProgram::endsWithTheLastConnection()
 {
     QProcess process;
-    QVERIFY(start(&process, {QStringLiteral("--once")}));
+    QVERIFY(start(&process, {"--once"}));
     RawTool first;
     RawTool second;
     QVERIFY(first.connectTo(QHostAddress(address())));
@@ -239,7 +233,7 @@ void tst_BoxSimProgram::endsWithTheLastConnection()
 void tst_BoxSimProgram::endsAfterItsSeconds()
 {
     QProcess process;
-    QVERIFY(start(&process, {QStringLiteral("--seconds"), QStringLiteral("1")}));
+    QVERIFY(start(&process, {"--seconds", "1"}));
     QVERIFY(ended(&process));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 0);
@@ -259,16 +253,14 @@ void tst_BoxSimProgram::whatKeepsItFromStartingIsTold_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("told");
-    QTest::newRow("project file missing")
-        << QStringList{QStringLiteral("--project"), QStringLiteral("none.json")}
-        << QByteArray("boxsim: none.json: No such file or directory\n");
-    QTest::newRow("log in a missing folder")
-        << QStringList{QStringLiteral("--log"), QStringLiteral("none/l.txt")}
-        << QByteArray("boxsim: none/l.txt: No such file or directory\n");
-    QTest::newRow("unknown setting") << QStringList{QStringLiteral("--set"), QStringLiteral("x=y")}
+    QTest::newRow("project file missing") << QStringList{"--project", "none.json"}
+                                          << QByteArray("boxsim: none.json: No such file or directory\n");
+    QTest::newRow("log in a missing folder") << QStringList{"--log", "none/l.txt"}
+                                             << QByteArray("boxsim: none/l.txt: No such file or directory\n");
+    QTest::newRow("unknown setting") << QStringList{"--set", "x=y"}
                                      << QByteArray("boxsim: no such setting, or not a value for it: x=y\n");
     QTest::newRow("address of another computer")
-        << QStringList{QStringLiteral("--address"), QStringLiteral("203.0.113.1")}
+        << QStringList{"--address", "203.0.113.1"}
         << QByteArray("boxsim: TCP 203.0.113.1:30088: The address is not available\n");
 }
 
@@ -277,8 +269,8 @@ void tst_BoxSimProgram::whatKeepsItFromStartingIsTold()
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, told);
     QProcess process;
-    process.start(QStringLiteral(BOXSIM_PROGRAM),
-                  QStringList{QStringLiteral("--address"), address()} + arguments, QIODevice::ReadOnly);
+    process.start(QString(BOXSIM_PROGRAM), QStringList{"--address", address()} + arguments,
+                  QIODevice::ReadOnly);
     QVERIFY(ended(&process));
     QCOMPARE(process.readAllStandardError(), told);
     QCOMPARE(process.exitCode(), 1);

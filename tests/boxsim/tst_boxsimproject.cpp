@@ -41,10 +41,10 @@ private:
         options.project = project;
         return options;
     }
-    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.3")); }
+    static QHostAddress address() { return QHostAddress("127.0.12.3"); }
     static QByteArray sample(const QString &name)
     {
-        QFile file(QStringLiteral(TEST_DATA_DIR "/") + name);
+        QFile file(QString(TEST_DATA_DIR "/") + name);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     // So many reports of a Box, asked for once.
@@ -70,8 +70,7 @@ private:
         }
         return names;
     }
-    static SimPoint point(const QString &name, const QString &dataType,
-                          const QString &addr = QStringLiteral("0"))
+    static SimPoint point(const QString &name, const QString &dataType, const QString &addr = "0")
     {
         return {name, addr, dataType, 0};
     }
@@ -84,18 +83,14 @@ void tst_BoxSimProject::samplesRun_data()
     QTest::addColumn<QString>("project");
     QTest::addColumn<QStringList>("standards");
     QTest::addColumn<QVector<int>>("points");
-    QTest::newRow("riverside") << QStringLiteral("riverside-substation.json")
-                               << QByteArray("8e17ce118a838b7448570d31ec67d371")
-                               << QStringLiteral("Riverside substation")
-                               << QStringList{QStringLiteral("Feeder meters"),
-                                              QStringLiteral("Transformer bay"),
-                                              QStringLiteral("Tariff meters")}
+    QTest::newRow("riverside") << "riverside-substation.json"
+                               << QByteArray("8e17ce118a838b7448570d31ec67d371") << "Riverside substation"
+                               << QStringList{"Feeder meters", "Transformer bay", "Tariff meters"}
                                << QVector<int>{32, 8, 7};
-    QTest::newRow("one slave") << QStringLiteral("one-slave.json")
-                               << QByteArray("a32babd1a55d852370848124fb20cf4b") << QStringLiteral("P")
-                               << QStringList{QStringLiteral("M")} << QVector<int>{2};
-    QTest::newRow("empty") << QStringLiteral("empty.json") << QByteArray("ae4b170e6ba2deb9f010c63441637ce4")
-                           << QStringLiteral("Empty") << QStringList() << QVector<int>();
+    QTest::newRow("one slave") << "one-slave.json" << QByteArray("a32babd1a55d852370848124fb20cf4b") << "P"
+                               << QStringList{"M"} << QVector<int>{2};
+    QTest::newRow("empty") << "empty.json" << QByteArray("ae4b170e6ba2deb9f010c63441637ce4") << "Empty"
+                           << QStringList() << QVector<int>();
 }
 
 void tst_BoxSimProject::samplesRun()
@@ -130,21 +125,21 @@ void tst_BoxSimProject::samplesRun()
 
 void tst_BoxSimProject::aReportHasExactlyTheseKeys()
 {
-    const QVector<QJsonObject> found = reports(sample(QStringLiteral("one-slave.json")), 1);
+    const QVector<QJsonObject> found = reports(sample("one-slave.json"), 1);
     QCOMPARE(found.size(), 1);
     QJsonObject report = found.at(0);
     const QString time = report.value(QLatin1String("time")).toString();
-    QVERIFY2(QDateTime::fromString(time, QStringLiteral("yyyy-MM-dd HH:mm:ss")).isValid(), qPrintable(time));
-    report.remove(QStringLiteral("time"));
+    QVERIFY2(QDateTime::fromString(time, "yyyy-MM-dd HH:mm:ss").isValid(), qPrintable(time));
+    report.remove("time");
     QJsonArray datas = report.value(QLatin1String("datas")).toArray();
     for (int i = 0; i < datas.size(); ++i) {
         QJsonObject point = datas.at(i).toObject();
         QVERIFY(point.value(QLatin1String("value")).isString());
         QVERIFY(!point.value(QLatin1String("value")).toString().isEmpty());
-        point.remove(QStringLiteral("value"));
+        point.remove("value");
         datas[i] = point;
     }
-    report.insert(QStringLiteral("datas"), datas);
+    report.insert("datas", datas);
     QCOMPARE(
         QJsonDocument(report).toJson(QJsonDocument::Compact),
         QByteArray("{\"datas\":["
@@ -164,12 +159,11 @@ void tst_BoxSimProject::unselectedAndNamelessPointsAreLeftOut()
                 "{\"name\":\"no mark\"}]}]}]}",
                 1);
     QCOMPARE(found.size(), 1);
-    QCOMPARE(names(found.at(0)),
-             QStringList({QStringLiteral("B611"), QStringLiteral("taken"), QStringLiteral("no mark")}));
+    QCOMPARE(names(found.at(0)), QStringList({"B611", "taken", "no mark"}));
     // The trailing blank is part of the type's name.
     QCOMPARE(
         found.at(0).value(QLatin1String("datas")).toArray().at(1).toObject().value(QLatin1String("dataType")),
-        QJsonValue(QStringLiteral("XXXXXX.XX ")));
+        QJsonValue("XXXXXX.XX "));
 }
 
 void tst_BoxSimProject::pointsWithoutGroupsAreReported()
@@ -178,7 +172,7 @@ void tst_BoxSimProject::pointsWithoutGroupsAreReported()
                                                "\"name\":\"a\",\"addr\":\"1\"},{\"name\":\"b\"}]}]}",
                                                1);
     QCOMPARE(found.size(), 1);
-    QCOMPARE(names(found.at(0)), QStringList({QStringLiteral("a"), QStringLiteral("b")}));
+    QCOMPARE(names(found.at(0)), QStringList({"a", "b"}));
 }
 
 void tst_BoxSimProject::eachStandardReportsAtItsOwnInterval()
@@ -198,7 +192,7 @@ void tst_BoxSimProject::eachStandardReportsAtItsOwnInterval()
     QTRY_VERIFY(Raw::reports(tool.bytes()).size() >= 5);
     const QVector<QJsonObject> found = Raw::reports(tool.bytes());
     const auto slow = std::count_if(found.cbegin(), found.cend(), [](const QJsonObject &report) {
-        return report.value(QLatin1String("plcName")) == QJsonValue(QStringLiteral("slow"));
+        return report.value(QLatin1String("plcName")) == QJsonValue("slow");
     });
     QVERIFY(slow <= 1);
 }
@@ -227,7 +221,7 @@ void tst_BoxSimProject::aPushedProjectReplacesTheOneBefore()
     tool.send(Raw::transfer(3, "{\"name\":\"New\"}", "bd702dfe980ad0192f34a85ef36209d2"));
     QCOMPARE(tool.take(10).toHex(), QByteArray("123403000a0003005678"));
     QCOMPARE(started.size(), 1);
-    QCOMPARE(started.at(0).at(0).toString(), QStringLiteral("New"));
+    QCOMPARE(started.at(0).at(0).toString(), "New");
     QCOMPARE(box.standardNames(), QStringList());
 }
 
@@ -294,9 +288,8 @@ void tst_BoxSimProject::valuesKeepToTheirPoint_data()
     QTest::addColumn<int>("decimals");
     const auto row = [](const char *name, const char *dataType, const char *addr, double low, double high,
                         int decimals) {
-        QTest::newRow(
-            qPrintable(QStringLiteral("%1 %2 %3")
-                           .arg(QString::fromUtf8(name), QLatin1String(dataType), QLatin1String(addr))))
+        QTest::newRow(qPrintable(
+            QString("%1 %2 %3").arg(QString::fromUtf8(name), QLatin1String(dataType), QLatin1String(addr))))
             << QString::fromUtf8(name) << QString::fromLatin1(dataType) << QString::fromLatin1(addr) << low
             << high << decimals;
     };
@@ -348,16 +341,21 @@ void tst_BoxSimProject::countersGrowAtEachStep_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("dataType");
     QTest::addColumn<QString>("addr");
-    QTest::newRow("energy") << QStringLiteral("Import active energy") << QStringLiteral("float")
-                            << QStringLiteral("72");
-    QTest::newRow("hours") << QStringLiteral("Operating hours") << QStringLiteral("uint32")
-                           << QStringLiteral("40");
-    QTest::newRow("64 bits") << QStringLiteral("Energy through") << QStringLiteral("uint64")
-                             << QStringLiteral("44");
-    QTest::newRow("meter") << QStringLiteral("Import") << QStringLiteral("XXXXXX.XX")
-                           << QStringLiteral("00010000");
-    QTest::newRow("old meter") << QStringLiteral("x") << QStringLiteral("XXXXXX.XX ")
-                               << QStringLiteral("9020");
+    QTest::newRow("energy") << "Import active energy"
+                            << "float"
+                            << "72";
+    QTest::newRow("hours") << "Operating hours"
+                           << "uint32"
+                           << "40";
+    QTest::newRow("64 bits") << "Energy through"
+                             << "uint64"
+                             << "44";
+    QTest::newRow("meter") << "Import"
+                           << "XXXXXX.XX"
+                           << "00010000";
+    QTest::newRow("old meter") << "x"
+                               << "XXXXXX.XX "
+                               << "9020";
 }
 
 void tst_BoxSimProject::countersGrowAtEachStep()
@@ -374,22 +372,22 @@ void tst_BoxSimProject::countersGrowAtEachStep()
 
 void tst_BoxSimProject::booleansFlip()
 {
-    const PointSignal signal(point(QStringLiteral("Fan running"), QStringLiteral("bool")), 1);
+    const PointSignal signal(point("Fan running", "bool"), 1);
     QSet<QString> seen;
     for (quint64 step = 0; step < 20; ++step) {
         seen.insert(signal.value(step));
     }
-    QCOMPARE(seen, QSet<QString>({QStringLiteral("0"), QStringLiteral("1")}));
+    QCOMPARE(seen, QSet<QString>({"0", "1"}));
 }
 
 void tst_BoxSimProject::textsStay()
 {
-    SimPoint plate = point(QStringLiteral("Nameplate"), QStringLiteral("string"));
+    SimPoint plate = point("Nameplate", "string");
     const PointSignal signal(plate, 1);
     QCOMPARE(signal.value(0).size(), 10);
     QCOMPARE(signal.value(0), signal.value(99));
     plate.length = 3;
-    QCOMPARE(PointSignal(plate, 1).value(0), QStringLiteral("SIM"));
+    QCOMPARE(PointSignal(plate, 1).value(0), "SIM");
 }
 
 void tst_BoxSimProject::theSameSeedGivesTheSameValues()
@@ -397,7 +395,7 @@ void tst_BoxSimProject::theSameSeedGivesTheSameValues()
     const auto run = [](quint32 seed) {
         QStringList values;
         for (const char *name : {"voltage", "energy", "flag"}) {
-            const PointSignal signal(point(QString::fromLatin1(name), QStringLiteral("float")), seed);
+            const PointSignal signal(point(QString::fromLatin1(name), "float"), seed);
             for (quint64 step = 0; step < 50; ++step) {
                 values.append(signal.value(step));
             }

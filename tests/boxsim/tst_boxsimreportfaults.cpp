@@ -18,7 +18,7 @@ private slots:
 
 private:
     static BoxSimOptions options(const QString &fault) { return Raw::quietBox(address(), fault); }
-    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.8")); }
+    static QHostAddress address() { return QHostAddress("127.0.12.8"); }
     // Two Standards, S and T, whose reports of about 2200 bytes take three segments each.
     static QByteArray project();
 };
@@ -41,11 +41,11 @@ void tst_BoxSimReportFaults::segmentFieldsAreSpoiled_data()
     QTest::addColumn<QVector<int>>("numbers");
     using Row = QVector<int>;
     QTest::newRow("none") << QString() << Row{0, 0, 0} << Row{1, 2, 3};
-    QTest::newRow("all totals") << QStringLiteral("wrong-total") << Row{1, 1, 1} << Row{1, 2, 3};
-    QTest::newRow("second total") << QStringLiteral("wrong-total=2") << Row{0, 1, 0} << Row{1, 2, 3};
-    QTest::newRow("all numbers") << QStringLiteral("wrong-number") << Row{0, 0, 0} << Row{2, 3, 4};
-    QTest::newRow("last number") << QStringLiteral("wrong-number=3") << Row{0, 0, 0} << Row{1, 2, 4};
-    QTest::newRow("long segments") << QStringLiteral("segment-size=2000") << Row{0, 0} << Row{1, 2};
+    QTest::newRow("all totals") << "wrong-total" << Row{1, 1, 1} << Row{1, 2, 3};
+    QTest::newRow("second total") << "wrong-total=2" << Row{0, 1, 0} << Row{1, 2, 3};
+    QTest::newRow("all numbers") << "wrong-number" << Row{0, 0, 0} << Row{2, 3, 4};
+    QTest::newRow("last number") << "wrong-number=3" << Row{0, 0, 0} << Row{1, 2, 4};
+    QTest::newRow("long segments") << "segment-size=2000" << Row{0, 0} << Row{1, 2};
 }
 
 void tst_BoxSimReportFaults::segmentFieldsAreSpoiled()
@@ -84,7 +84,7 @@ void tst_BoxSimReportFaults::segmentFieldsAreSpoiled()
 
 void tst_BoxSimReportFaults::reportsInterleave()
 {
-    BoxSimOptions own = options(QStringLiteral("interleave"));
+    BoxSimOptions own = options("interleave");
     own.project = project();
     BoxSim box(own);
     QVERIFY(box.start());
@@ -108,7 +108,7 @@ void tst_BoxSimReportFaults::reportsInterleave()
 
 void tst_BoxSimReportFaults::reportsFlood()
 {
-    BoxSimOptions own = options(QStringLiteral("flood=500"));
+    BoxSimOptions own = options("flood=500");
     own.project = project();
     BoxSim box(own);
     QVERIFY(box.start());
@@ -129,7 +129,7 @@ void tst_BoxSimReportFaults::reportsFlood()
 
 void tst_BoxSimReportFaults::pointsAreNotValid()
 {
-    BoxSimOptions own = options(QStringLiteral("invalid=3"));
+    BoxSimOptions own = options("invalid=3");
     own.project =
         "{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"name\":\"a\"},{\"name\":\"b\"},"
         "{\"name\":\"c\"},{\"name\":\"d\"}]}]}";

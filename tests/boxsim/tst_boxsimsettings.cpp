@@ -28,7 +28,7 @@ private slots:
 
 private:
     static BoxSimOptions options() { return Raw::quietBox(address()); }
-    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.5")); }
+    static QHostAddress address() { return QHostAddress("127.0.12.5"); }
 };
 
 void tst_BoxSimSettings::everyGroupIsRead_data()
@@ -57,7 +57,7 @@ void tst_BoxSimSettings::everyGroupIsRead()
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::json("{\"type\": \"" + type + "\", \"pares\": {}}"));
     const QJsonObject answer = tool.takeJson();
-    QCOMPARE(answer.keys(), QStringList({QStringLiteral("pares"), QStringLiteral("type")}));
+    QCOMPARE(answer.keys(), QStringList({"pares", "type"}));
     QCOMPARE(answer.value(QLatin1String("type")), QJsonValue(QString::fromLatin1(type)));
     const QJsonObject pares = answer.value(QLatin1String("pares")).toObject();
     QCOMPARE(pares.keys(), keys);
@@ -69,7 +69,7 @@ void tst_BoxSimSettings::everyGroupIsRead()
 void tst_BoxSimSettings::aReadAnswerIsExactlyThisFrame()
 {
     BoxSimOptions own = options();
-    own.settings.insert(QStringLiteral("NTP"), QStringLiteral("10.0.0.9"));
+    own.settings.insert("NTP", "10.0.0.9");
     BoxSim box(own);
     QVERIFY(box.start());
     RawTool tool;
@@ -96,22 +96,22 @@ void tst_BoxSimSettings::aWriteIsRememberedAndReadBack()
     QCOMPARE(QJsonDocument(tool.takeJson()).toJson(QJsonDocument::Compact),
              QByteArray("{\"pares\":{\"lanDns1\":\"1.1.1.1\",\"lanDns2\":\"\",\"lanGateway\":\"10.0.0.1\","
                         "\"lanIp\":\"10.0.0.2\",\"lanMask\":\"255.0.0.0\"},\"type\":\"2\"}"));
-    QCOMPARE(box.setting(QStringLiteral("lanIp")), QStringLiteral("10.0.0.2"));
+    QCOMPARE(box.setting("lanIp"), "10.0.0.2");
 }
 
 void tst_BoxSimSettings::aWriteLeavesMissingKeysAndForeignKeysAlone()
 {
     BoxSimOptions own = options();
-    own.settings.insert(QStringLiteral("wanDhcp"), QStringLiteral("1"));
+    own.settings.insert("wanDhcp", "1");
     BoxSim box(own);
     QVERIFY(box.start());
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::json("{\"type\":103,\"pares\":{\"wanIp\":\"10.0.0.3\",\"lanIp\":\"9.9.9.9\"}}"));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue(QStringLiteral("200")));
-    QCOMPARE(box.setting(QStringLiteral("wanDhcp")), QStringLiteral("1"));
-    QCOMPARE(box.setting(QStringLiteral("wanIp")), QStringLiteral("10.0.0.3"));
-    QCOMPARE(box.setting(QStringLiteral("lanIp")), QStringLiteral("192.168.1.80"));
+    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue("200"));
+    QCOMPARE(box.setting("wanDhcp"), "1");
+    QCOMPARE(box.setting("wanIp"), "10.0.0.3");
+    QCOMPARE(box.setting("lanIp"), "192.168.1.80");
 }
 
 void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused_data()
@@ -131,9 +131,9 @@ void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused()
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::json(text));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue(QStringLiteral("400")));
-    QCOMPARE(box.setting(QStringLiteral("wanDhcp")), QStringLiteral("0"));
-    QCOMPARE(box.setting(QStringLiteral("NTP")), QStringLiteral("192.168.1.1"));
+    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue("400"));
+    QCOMPARE(box.setting("wanDhcp"), "0");
+    QCOMPARE(box.setting("NTP"), "192.168.1.1");
 }
 
 void tst_BoxSimSettings::settingsKeepAnAnswerWithinItsLength()
@@ -154,7 +154,7 @@ void tst_BoxSimSettings::settingsKeepAnAnswerWithinItsLength()
 
 void tst_BoxSimSettings::theClockIsThisComputersUntilItIsSet()
 {
-    const QString format = QStringLiteral("yyyy-MM-dd HH:mm:ss");
+    const QString format = "yyyy-MM-dd HH:mm:ss";
     BoxSim box(options());
     QVERIFY(box.start());
     RawTool tool;
@@ -166,8 +166,8 @@ void tst_BoxSimSettings::theClockIsThisComputersUntilItIsSet()
     };
     QVERIFY(qAbs(date().secsTo(QDateTime::currentDateTime())) <= 2);
     tool.send(Raw::json("{\"type\":109,\"pares\":{\"date\":\"2001-02-03 04:05:06\"}}"));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue(QStringLiteral("200")));
-    const QDateTime set = QDateTime::fromString(QStringLiteral("2001-02-03 04:05:06"), format);
+    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue("200"));
+    const QDateTime set = QDateTime::fromString("2001-02-03 04:05:06", format);
     QVERIFY(set.secsTo(date()) >= 0 && set.secsTo(date()) <= 2);
     // It runs on.
     QTRY_VERIFY(date() > set);
@@ -178,28 +178,25 @@ void tst_BoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer_data()
     QTest::addColumn<QByteArray>("frame");
     QTest::addColumn<QString>("told");
     QTest::newRow("read with a number")
-        << Raw::json("{\"type\":2,\"pares\":{}}") << QStringLiteral("read LAN must have type as a string");
-    QTest::newRow("write with a string") << Raw::json("{\"type\":\"102\",\"pares\":{}}")
-                                         << QStringLiteral("write LAN must have type as a number");
-    QTest::newRow("reboot with a number") << Raw::json("{\"type\":6,\"pares\":{\"reboot\":\"reboot\"}}")
-                                          << QStringLiteral("reboot must have type as a string");
-    QTest::newRow("no pares") << Raw::json("{\"type\":\"2\"}") << QStringLiteral("pares is no object");
+        << Raw::json("{\"type\":2,\"pares\":{}}") << "read LAN must have type as a string";
+    QTest::newRow("write with a string")
+        << Raw::json("{\"type\":\"102\",\"pares\":{}}") << "write LAN must have type as a number";
+    QTest::newRow("reboot with a number")
+        << Raw::json("{\"type\":6,\"pares\":{\"reboot\":\"reboot\"}}") << "reboot must have type as a string";
+    QTest::newRow("no pares") << Raw::json("{\"type\":\"2\"}") << "pares is no object";
     QTest::newRow("unused type") << Raw::json("{\"type\":\"7\",\"pares\":{}}")
-                                 << QStringLiteral("type is none that a Box knows");
-    QTest::newRow("no type") << Raw::json("{\"pares\":{}}")
-                             << QStringLiteral("type is none that a Box knows");
-    QTest::newRow("array") << Raw::json("[]") << QStringLiteral("text is no JSON object: no error occurred");
+                                 << "type is none that a Box knows";
+    QTest::newRow("no type") << Raw::json("{\"pares\":{}}") << "type is none that a Box knows";
+    QTest::newRow("array") << Raw::json("[]") << "text is no JSON object: no error occurred";
     QTest::newRow("text length off by one")
         << QByteArray(QByteArray::fromHex("12340500 0c00 0300") + "{}" + QByteArray::fromHex("5678"))
-        << QStringLiteral("text length does not fit the frame");
+        << "text length does not fit the frame";
     QTest::newRow("no text length") << QByteArray::fromHex("1234050008005678")
-                                    << QStringLiteral("text length does not fit the frame");
+                                    << "text length does not fit the frame";
     QTest::newRow("heartbeat with a body")
-        << QByteArray::fromHex("12340100 0900 00 5678") << QStringLiteral("heartbeat with a body");
-    QTest::newRow("unknown command") << QByteArray::fromHex("1234070008005678")
-                                     << QStringLiteral("unknown command");
-    QTest::newRow("little-endian command")
-        << QByteArray::fromHex("1234000108005678") << QStringLiteral("unknown command");
+        << QByteArray::fromHex("12340100 0900 00 5678") << "heartbeat with a body";
+    QTest::newRow("unknown command") << QByteArray::fromHex("1234070008005678") << "unknown command";
+    QTest::newRow("little-endian command") << QByteArray::fromHex("1234000108005678") << "unknown command";
 }
 
 void tst_BoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer()
@@ -238,7 +235,7 @@ void tst_BoxSimSettings::rebootAnswersThenGoesDownAndComesBack()
     QTRY_VERIFY(box.isListening());
     RawTool again;
     QVERIFY(again.connectTo(address()));
-    QCOMPARE(box.setting(QStringLiteral("NTP")), QStringLiteral("1.2.3.4"));
+    QCOMPARE(box.setting("NTP"), "1.2.3.4");
 }
 
 void tst_BoxSimSettings::rebootWaitsForAnAddressThatWasTaken()
@@ -253,7 +250,7 @@ void tst_BoxSimSettings::rebootWaitsForAnAddressThatWasTaken()
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::json("{\"type\":\"6\",\"pares\":{\"reboot\":\"reboot\"}}"));
-    QTRY_VERIFY(box.errorString().startsWith(QStringLiteral("TCP 127.0.12.5:30088: ")));
+    QTRY_VERIFY(box.errorString().startsWith("TCP 127.0.12.5:30088: "));
     QVERIFY(other.isListening());
     QCOMPARE(back.size(), 0);
     other.close();
@@ -268,7 +265,7 @@ void tst_BoxSimSettings::rebootWithoutItsWordIsRefused()
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::json("{\"type\":\"6\",\"pares\":{}}"));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue(QStringLiteral("400")));
+    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue("400"));
     tool.send(Raw::heartbeat());
     QVERIFY(!tool.takeFrame().isEmpty());
 }

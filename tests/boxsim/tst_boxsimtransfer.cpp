@@ -23,7 +23,7 @@ private slots:
 
 private:
     static BoxSimOptions options() { return Raw::quietBox(address()); }
-    static QHostAddress address() { return QHostAddress(QStringLiteral("127.0.12.6")); }
+    static QHostAddress address() { return QHostAddress("127.0.12.6"); }
 };
 
 void tst_BoxSimTransfer::fileArrivesWithItsDigest_data()
@@ -147,7 +147,7 @@ void tst_BoxSimTransfer::aTransferConnectionGetsNoReports()
 {
     BoxSim box(options());
     QVERIFY(box.start());
-    QFile project(QStringLiteral(TEST_DATA_DIR "/one-slave.json"));
+    QFile project(QString(TEST_DATA_DIR "/one-slave.json"));
     QVERIFY(project.open(QIODevice::ReadOnly));
     QVERIFY(box.runProject(project.readAll()));
     RawTool session;
@@ -178,8 +178,8 @@ void tst_BoxSimTransfer::aPushedFileThatIsNoProjectLeavesTheOldOneRunning()
     // The verdict is about the digest alone.
     QCOMPARE(tool.take(10).toHex(), QByteArray("123403000a0003005678"));
     QCOMPARE(violations.size(), 1);
-    QCOMPARE(violations.at(0).at(1).toString(), QStringLiteral("pushed file is no project: illegal value"));
-    QCOMPARE(box.projectName(), QStringLiteral("Old"));
+    QCOMPARE(violations.at(0).at(1).toString(), "pushed file is no project: illegal value");
+    QCOMPARE(box.projectName(), "Old");
 }
 
 void tst_BoxSimTransfer::aBlockingToolIsServedFromAnotherThread()

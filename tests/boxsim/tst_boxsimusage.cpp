@@ -25,7 +25,7 @@ private slots:
 private:
     static CommandLine read(const QString &arguments)
     {
-        return readCommandLine((QStringLiteral("boxsim ") + arguments).split(QLatin1Char(' ')));
+        return readCommandLine(("boxsim " + arguments).split(QLatin1Char(' ')));
     }
 };
 
@@ -34,7 +34,7 @@ namespace {
 // The first words of a list's entries.
 QStringList terms(const QString &list)
 {
-    static const QRegularExpression entry(QStringLiteral("^  (\\S+)"), QRegularExpression::MultilineOption);
+    static const QRegularExpression entry("^  (\\S+)", QRegularExpression::MultilineOption);
     QStringList found;
     auto match = entry.globalMatch(list);
     while (match.hasNext()) {
@@ -47,8 +47,8 @@ QStringList terms(const QString &list)
 
 void tst_BoxSimUsage::helpFitsTheTerminal()
 {
-    const QString help = read(QStringLiteral("--help")).text;
-    QCOMPARE(help, read(QStringLiteral("-h")).text);
+    const QString help = read("--help").text;
+    QCOMPARE(help, read("-h").text);
     QVERIFY(help.startsWith(QLatin1String("Usage: ")));
     // The first line has the path of this test.
     const QStringList lines = help.split(QLatin1Char('\n')).mid(1);
@@ -59,15 +59,13 @@ void tst_BoxSimUsage::helpFitsTheTerminal()
 
 void tst_BoxSimUsage::helpNamesEveryOption()
 {
-    const QString help = read(QStringLiteral("--help")).text;
-    const QString options =
-        help.section(QStringLiteral("\nOptions:\n"), 1).section(QStringLiteral("\n\n"), 0, 0);
-    QCOMPARE(
-        terms(options).join(QLatin1Char(' ')),
-        QStringLiteral("--address --port --discovery-address --no-discovery --box-version --serial --model "
-                       "--set --reboot-time --max-file --save --project --report-interval --seed --scenario "
-                       "--fault --list-scenarios --list-faults --log --hex --quiet --once --seconds -h, "
-                       "--version"));
+    const QString help = read("--help").text;
+    const QString options = help.section("\nOptions:\n", 1).section("\n\n", 0, 0);
+    QCOMPARE(terms(options).join(QLatin1Char(' ')),
+             "--address --port --discovery-address --no-discovery --box-version --serial --model "
+             "--set --reboot-time --max-file --save --project --report-interval --seed --scenario "
+             "--fault --list-scenarios --list-faults --log --hex --quiet --once --seconds -h, "
+             "--version");
     QVERIFY(options.contains(
         QLatin1String("  --port <number>           Listen on this TCP and UDP port. The tool "
                       "knows\n"
@@ -76,15 +74,15 @@ void tst_BoxSimUsage::helpNamesEveryOption()
 
 void tst_BoxSimUsage::helpCarriesTheLists()
 {
-    const QString help = read(QStringLiteral("--help")).text;
-    QVERIFY(help.contains(QStringLiteral("\n\nScenarios:\n") + scenarioList()));
-    QVERIFY(help.contains(QStringLiteral("\n\nFaults:\n") + faultList()));
+    const QString help = read("--help").text;
+    QVERIFY(help.contains("\n\nScenarios:\n" + scenarioList()));
+    QVERIFY(help.contains("\n\nFaults:\n" + faultList()));
 }
 
 void tst_BoxSimUsage::examplesAreTaken()
 {
     int taken = 0;
-    const QStringList lines = read(QStringLiteral("--help")).text.split(QLatin1Char('\n'));
+    const QStringList lines = read("--help").text.split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         if (line.startsWith(QLatin1String("    $ boxsim "))) {
             const CommandLine example = readCommandLine(line.mid(6).split(QLatin1Char(' ')));
@@ -101,16 +99,15 @@ void tst_BoxSimUsage::listsAreTold_data()
     QTest::addColumn<QString>("list");
     QTest::addColumn<QString>("entry");
     QTest::addColumn<int>("entries");
-    QTest::newRow("faults") << QStringLiteral("--list-faults") << faultList()
-                            << QStringLiteral("  split[=bytes]               "
-                                              "Send in pieces of so many bytes (1 if not said).\n")
+    QTest::newRow("faults") << "--list-faults" << faultList()
+                            << "  split[=bytes]               "
+                               "Send in pieces of so many bytes (1 if not said).\n"
                             << 31;
-    QTest::newRow("scenarios") << QStringLiteral("--list-scenarios") << scenarioList()
-                               << QStringLiteral(
-                                      "  slow                        Answers come late, yet in time.\n"
-                                      "                              --fault late-heartbeat=2000\n"
-                                      "                              --fault late-json=3000\n"
-                                      "                              --fault late-verdict=6000\n")
+    QTest::newRow("scenarios") << "--list-scenarios" << scenarioList()
+                               << "  slow                        Answers come late, yet in time.\n"
+                                  "                              --fault late-heartbeat=2000\n"
+                                  "                              --fault late-json=3000\n"
+                                  "                              --fault late-verdict=6000\n"
                                << 10;
 }
 
@@ -146,18 +143,17 @@ void tst_BoxSimUsage::scenarioStandsForItsOptions()
         return;
     }
     const QStringList arguments = scenarioArguments(name);
-    const CommandLine spelt = readCommandLine(QStringList{QStringLiteral("boxsim")} + arguments);
+    const CommandLine spelt = readCommandLine(QStringList{"boxsim"} + arguments);
     QVERIFY2(spelt.action == CommandLine::Action::Run, qPrintable(spelt.text));
     const QString list = QLatin1Char('\n') + scenarioList();
-    const QString entry = list.section(QStringLiteral("\n  %1 ").arg(name), 1)
-                              .section(QRegularExpression(QStringLiteral("\n  \\S")), 0, 0);
-    QVERIFY2(entry.simplified().endsWith(QStringLiteral(". ") + arguments.join(QLatin1Char(' '))),
-             qPrintable(entry));
+    const QString entry =
+        list.section(QString("\n  %1 ").arg(name), 1).section(QRegularExpression("\n  \\S"), 0, 0);
+    QVERIFY2(entry.simplified().endsWith(". " + arguments.join(QLatin1Char(' '))), qPrintable(entry));
 }
 
 void tst_BoxSimUsage::scenariosAddUp()
 {
-    const CommandLine line = read(QStringLiteral("--scenario lively --seed 5 --scenario slow"));
+    const CommandLine line = read("--scenario lively --seed 5 --scenario slow");
     QCOMPARE(line.action, CommandLine::Action::Run);
     QCOMPARE(line.options.seed, 5U);
     QCOMPARE(line.options.reportInterval, 1000);
@@ -170,7 +166,7 @@ void tst_BoxSimUsage::scenariosAddUp()
 void tst_BoxSimUsage::whatTheUserSaysCountsForMore()
 {
     const CommandLine line =
-        read(QStringLiteral("--report-interval 70 --fault late-json=5 --scenario slow --scenario lively"));
+        read("--report-interval 70 --fault late-json=5 --scenario slow --scenario lively");
     QCOMPARE(line.options.reportInterval, 70);
     QCOMPARE(line.options.faults.lateJson, 5);
     QCOMPARE(line.options.faults.lateVerdict, 6000);

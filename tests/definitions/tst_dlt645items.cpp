@@ -143,10 +143,10 @@ void TestDlt645Items::unknownIdentifierHasNoLabel_data()
 {
     QTest::addColumn<QString>("address");
     QTest::newRow("empty") << QString();
-    QTest::newRow("unknown") << QStringLiteral("12345678");
-    QTest::newRow("small letters") << QStringLiteral("003d0000");
-    QTest::newRow("blank behind") << QStringLiteral("9010 ");
-    QTest::newRow("a format") << QStringLiteral("XXXXXX.XX");
+    QTest::newRow("unknown") << "12345678";
+    QTest::newRow("small letters") << "003d0000";
+    QTest::newRow("blank behind") << "9010 ";
+    QTest::newRow("a format") << "XXXXXX.XX";
 }
 
 void TestDlt645Items::unknownIdentifierHasNoLabel()
@@ -159,10 +159,10 @@ void TestDlt645Items::versionFollowsFromItsText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("version");
-    QTest::newRow("2007") << QStringLiteral("DLT645_2007") << 1;
-    QTest::newRow("1997") << QStringLiteral("DLT645_1997") << 2;
+    QTest::newRow("2007") << "DLT645_2007" << 1;
+    QTest::newRow("1997") << "DLT645_1997" << 2;
     QTest::newRow("empty") << QString() << 2;
-    QTest::newRow("other case") << QStringLiteral("dlt645_2007") << 2;
+    QTest::newRow("other case") << "dlt645_2007" << 2;
 }
 
 void TestDlt645Items::versionFollowsFromItsText()
@@ -170,17 +170,17 @@ void TestDlt645Items::versionFollowsFromItsText()
     QFETCH(QString, text);
     QFETCH(int, version);
     QCOMPARE(int(Dlt645::versionOf(text)), version);
-    QCOMPARE(Dlt645::versionText(Dlt645::Version2007), QStringLiteral("DLT645_2007"));
-    QCOMPARE(Dlt645::versionText(Dlt645::Version1997), QStringLiteral("DLT645_1997"));
+    QCOMPARE(Dlt645::versionText(Dlt645::Version2007), "DLT645_2007");
+    QCOMPARE(Dlt645::versionText(Dlt645::Version1997), "DLT645_1997");
 }
 
 void TestDlt645Items::labelIsTranslatedInTheLanguageInForce()
 {
     const Dlt645::Item &item = Dlt645::items().front();
-    const QString source = QStringLiteral("Positive active power rate of 4 electric energy");
+    const QString source = "Positive active power rate of 4 electric energy";
     QCOMPARE(Dlt645::label(item), source);
     {
-        const Language language(QStringLiteral("zh "));
+        const Language language("zh ");
         QCOMPARE(Dlt645::label(item), QLatin1String("zh ") + source);
     }
     QCOMPARE(Dlt645::label(item), source);
@@ -188,7 +188,7 @@ void TestDlt645Items::labelIsTranslatedInTheLanguageInForce()
 
 void TestDlt645Items::labelsFindEveryItemOfTheirEdition()
 {
-    const Language language(QStringLiteral("zh "));
+    const Language language("zh ");
     const Dlt645::Labels labels;
     for (const Dlt645::Item &item : Dlt645::items()) {
         const QString label = Dlt645::label(item);
@@ -201,27 +201,26 @@ void TestDlt645Items::labelsFindEveryItemOfTheirEdition()
 void TestDlt645Items::labelsKeepTheLanguageOfTheirMaking()
 {
     const Dlt645::Labels english;
-    const Language language(QStringLiteral("zh "));
-    QVERIFY(english.find(QStringLiteral("A-phase voltage"), Dlt645::Version2007));
-    QCOMPARE(english.ofAddress(QStringLiteral("B611")), QStringLiteral("A-phase voltage"));
+    const Language language("zh ");
+    QVERIFY(english.find("A-phase voltage", Dlt645::Version2007));
+    QCOMPARE(english.ofAddress("B611"), "A-phase voltage");
 }
 
 void TestDlt645Items::labelOfAnotherLanguageIsNotFound()
 {
-    const Language language(QStringLiteral("zh "));
+    const Language language("zh ");
     const Dlt645::Labels labels;
-    QCOMPARE(labels.find(QStringLiteral("A-phase voltage"), Dlt645::Version2007), nullptr);
-    QVERIFY(labels.find(QStringLiteral("zh A-phase voltage"), Dlt645::Version2007));
+    QCOMPARE(labels.find("A-phase voltage", Dlt645::Version2007), nullptr);
+    QVERIFY(labels.find("zh A-phase voltage", Dlt645::Version2007));
 }
 
 // The item in front has no identifier of 1997, so that there the one behind it is the first.
 void TestDlt645Items::firstOfEqualLabelsWins()
 {
-    const QString same = QStringLiteral("same");
-    const Language language(QString(),
-                            {{QStringLiteral("B-phase positive active energy"), same},
-                             {QStringLiteral("B-phase current"), same},
-                             {QStringLiteral("B-phase voltage"), same}});
+    const QString same = "same";
+    const Language language(
+        QString(),
+        {{"B-phase positive active energy", same}, {"B-phase current", same}, {"B-phase voltage", same}});
     const Dlt645::Labels labels;
     QCOMPARE(labels.find(same, Dlt645::Version2007)->code2007.address, "00290000");
     QCOMPARE(labels.find(same, Dlt645::Version1997)->code1997.address, "B622");
@@ -229,7 +228,7 @@ void TestDlt645Items::firstOfEqualLabelsWins()
 
 void TestDlt645Items::labelsOfAddressesOfBothEditions()
 {
-    const Language language(QStringLiteral("zh "));
+    const Language language("zh ");
     const Dlt645::Labels labels;
     for (const Dlt645::Item &item : Dlt645::items()) {
         QCOMPARE(labels.ofAddress(QLatin1String(item.code2007.address)), Dlt645::label(item));

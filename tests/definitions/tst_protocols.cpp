@@ -14,11 +14,11 @@ private slots:
 void TestProtocols::standardIconFollowsTheProtocol_data()
 {
     QTest::addColumn<QString>("icon");
-    QTest::newRow("Modbus") << QStringLiteral("Modbus.svg");
-    QTest::newRow("DLT645") << QStringLiteral("DLT645.svg");
-    QTest::newRow("DIDO") << QStringLiteral("dio.svg");
-    QTest::newRow("CustomPoll") << QStringLiteral("CustomPoll.svg");
-    QTest::newRow("OpcUA") << QStringLiteral("OpcUa.svg");
+    QTest::newRow("Modbus") << "Modbus.svg";
+    QTest::newRow("DLT645") << "DLT645.svg";
+    QTest::newRow("DIDO") << "dio.svg";
+    QTest::newRow("CustomPoll") << "CustomPoll.svg";
+    QTest::newRow("OpcUA") << "OpcUa.svg";
     QTest::newRow("modbus") << QString();
     QTest::newRow("Profibus") << QString();
     QTest::newRow("") << QString();
@@ -27,10 +27,10 @@ void TestProtocols::standardIconFollowsTheProtocol_data()
 void TestProtocols::standardIconFollowsTheProtocol()
 {
     QFETCH(QString, icon);
-    const QString images = QStringLiteral(":/adsdemo/images/");
+    const QString images = ":/adsdemo/images/";
     QCOMPARE(Protocols::standardIcon(QString::fromLatin1(QTest::currentDataTag())),
              icon.isEmpty() ? QString() : images + icon);
-    QVERIFY(icon.isEmpty() || QFile::exists(QStringLiteral(SOURCE_ROOT "/src/resources/images/") + icon));
+    QVERIFY(icon.isEmpty() || QFile::exists(QString(SOURCE_ROOT "/src/resources/images/") + icon));
 }
 
 QTEST_GUILESS_MAIN(TestProtocols)

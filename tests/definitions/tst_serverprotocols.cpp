@@ -21,20 +21,20 @@ void TestServerProtocols::offeredInOrder()
         QCOMPARE(protocol.shownName("ServerInputDialog"), QString(protocol.key)); // no catalogue is loaded
     }
     QCOMPARE(keys.join(QLatin1Char('|')),
-             QStringLiteral("MQTT|AliMQTT|OneNetMQTT|HuaWeiMQTT|ModbusTCP(Slave)|HJ212|SL651|OpcUaServer"));
+             "MQTT|AliMQTT|OneNetMQTT|HuaWeiMQTT|ModbusTCP(Slave)|HJ212|SL651|OpcUaServer");
 }
 
 void TestServerProtocols::iconGoesByTheProtocol_data()
 {
     QTest::addColumn<QString>("icon");
-    QTest::newRow("MQTT") << QStringLiteral("MQTT.svg");
-    QTest::newRow("AliMQTT") << QStringLiteral("ali.svg");
-    QTest::newRow("OneNetMQTT") << QStringLiteral("onenet.svg");
-    QTest::newRow("HuaWeiMQTT") << QStringLiteral("HuaWei.svg");
-    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("server-file.svg");
-    QTest::newRow("HJ212") << QStringLiteral("HJ212.svg");
-    QTest::newRow("SL651") << QStringLiteral("SL651.svg");
-    QTest::newRow("OpcUaServer") << QStringLiteral("OpcUaServer.svg");
+    QTest::newRow("MQTT") << "MQTT.svg";
+    QTest::newRow("AliMQTT") << "ali.svg";
+    QTest::newRow("OneNetMQTT") << "onenet.svg";
+    QTest::newRow("HuaWeiMQTT") << "HuaWei.svg";
+    QTest::newRow("ModbusTCP(Slave)") << "server-file.svg";
+    QTest::newRow("HJ212") << "HJ212.svg";
+    QTest::newRow("SL651") << "SL651.svg";
+    QTest::newRow("OpcUaServer") << "OpcUaServer.svg";
     QTest::newRow("mqtt") << QString();
     QTest::newRow("") << QString();
 }
@@ -42,10 +42,10 @@ void TestServerProtocols::iconGoesByTheProtocol_data()
 void TestServerProtocols::iconGoesByTheProtocol()
 {
     QFETCH(QString, icon);
-    const QString images = QStringLiteral(":/adsdemo/images/");
+    const QString images = ":/adsdemo/images/";
     QCOMPARE(ServerProtocols::icon(QString::fromLatin1(QTest::currentDataTag())),
              icon.isEmpty() ? QString() : images + icon);
-    QVERIFY(icon.isEmpty() || QFile::exists(QStringLiteral(SOURCE_ROOT "/src/resources/images/") + icon));
+    QVERIFY(icon.isEmpty() || QFile::exists(QString(SOURCE_ROOT "/src/resources/images/") + icon));
 }
 
 void TestServerProtocols::onlyTheSlaveIsSingle()

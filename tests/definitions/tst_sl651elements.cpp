@@ -28,7 +28,7 @@ QStringList codes()
 
 void TestSl651Elements::codesAreTwoHexadecimalDigitsEach()
 {
-    static const QRegularExpression pattern(QStringLiteral("^[0-9A-F]{2}$"));
+    static const QRegularExpression pattern("^[0-9A-F]{2}$");
     QSet<QString> met;
     for (const QString &code : codes()) {
         QVERIFY2(pattern.match(code).hasMatch(), qPrintable(code));
@@ -41,13 +41,13 @@ void TestSl651Elements::codesAreTwoHexadecimalDigitsEach()
 // It stands for a code that is not known.
 void TestSl651Elements::observationTimeComesFirst()
 {
-    QCOMPARE(codes().first(), QStringLiteral("F0"));
+    QCOMPARE(codes().first(), "F0");
 }
 
 void TestSl651Elements::codesLeftOut()
 {
-    QVERIFY(!codes().contains(QStringLiteral("05")));
-    QVERIFY(!codes().contains(QStringLiteral("45")));
+    QVERIFY(!codes().contains("05"));
+    QVERIFY(!codes().contains("45"));
 }
 
 QTEST_GUILESS_MAIN(TestSl651Elements)

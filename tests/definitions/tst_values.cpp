@@ -51,9 +51,9 @@ const struct {
 
 // Of no table: the path is where the file lies, and live values are no part of a project.
 const QStringList withoutRow = {
-    QStringLiteral("projectPathRole"),
-    QStringLiteral("dataRowsRole"),
-    QStringLiteral("dataDisplayRole"),
+    "projectPathRole",
+    "dataRowsRole",
+    "dataDisplayRole",
 };
 
 // What a form writes into an empty role.
@@ -127,9 +127,9 @@ QString text(const char *latin)
 
 void TestValues::initTestCase()
 {
-    QFile header(QStringLiteral(SOURCE_ROOT "/src/model/itemroles.h"));
+    QFile header(QString(SOURCE_ROOT "/src/model/itemroles.h"));
     QVERIFY(header.open(QIODevice::ReadOnly));
-    static const QRegularExpression row(QStringLiteral("^    (([a-z]+)\\w*Role) = Qt::UserRole \\+ (\\d+),"),
+    static const QRegularExpression row("^    (([a-z]+)\\w*Role) = Qt::UserRole \\+ (\\d+),",
                                         QRegularExpression::MultilineOption);
     QStringList unknown;
     for (auto match = row.globalMatch(text(header.readAll())); match.hasNext();) {
@@ -183,11 +183,9 @@ void TestValues::rolesWithSeveralRows()
         }
     }
     QCOMPARE(several,
-             QStringList({QStringLiteral("plcModelRole: model model"),
-                          QStringLiteral("serverClientIdRole: clientId MN"),
-                          QStringLiteral("serverPasswordRole: password PW passwd"),
-                          QStringLiteral("serverPointsRole: datas datas"),
-                          QStringLiteral("standardDatasRole: datas datas datas datas datas")}));
+             QStringList({"plcModelRole: model model", "serverClientIdRole: clientId MN",
+                          "serverPasswordRole: password PW passwd", "serverPointsRole: datas datas",
+                          "standardDatasRole: datas datas datas datas datas"}));
 }
 
 void TestValues::valuesThatAreNotSaved()
@@ -202,8 +200,8 @@ void TestValues::valuesThatAreNotSaved()
     }
     // What a Box tells of itself, and a command code that the document has as a constant.
     QCOMPARE(unsaved.join(QLatin1Char(' ')),
-             QStringLiteral("boxModelRole boxAt1Role boxAt2Role boxAt3Role boxAt4Role boxAt5Role "
-                            "boxNtpServerRole boxTimeRole serverCommandCodeRole"));
+             "boxModelRole boxAt1Role boxAt2Role boxAt3Role boxAt4Role boxAt5Role "
+             "boxNtpServerRole boxTimeRole serverCommandCodeRole");
 }
 
 // But for the two lists of a Modbus TCP slave, which share an array.
@@ -224,7 +222,7 @@ void TestValues::keysOfASubKindDiffer()
             }
         }
     }
-    QCOMPARE(repeated, QStringList(QStringLiteral("serverInputRegistersRole")));
+    QCOMPARE(repeated, QStringList("serverInputRegistersRole"));
 }
 
 void TestValues::rowsAreFoundByRole_data()
@@ -232,14 +230,12 @@ void TestValues::rowsAreFoundByRole_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<int>("role");
     QTest::addColumn<QString>("key");
-    QTest::newRow("project") << int(Kind::Project) << int(projectDescriptionRole)
-                             << QStringLiteral("description");
+    QTest::newRow("project") << int(Kind::Project) << int(projectDescriptionRole) << "description";
     // One number, by the kind of the item.
-    QTest::newRow("model of a Box") << int(Kind::Box) << int(boxModelRole) << QStringLiteral("model");
+    QTest::newRow("model of a Box") << int(Kind::Box) << int(boxModelRole) << "model";
     QTest::newRow("path") << int(Kind::Project) << int(projectPathRole) << QString();
-    QTest::newRow("gateway") << int(Kind::Box) << int(boxLanGatewayRole) << QStringLiteral("lanGateway");
-    QTest::newRow("baud rate") << int(Kind::Standard) << int(standardBaudRateRole)
-                               << QStringLiteral("baudRate");
+    QTest::newRow("gateway") << int(Kind::Box) << int(boxLanGatewayRole) << "lanGateway";
+    QTest::newRow("baud rate") << int(Kind::Standard) << int(standardBaudRateRole) << "baudRate";
     QTest::newRow("another kind's") << int(Kind::Plc) << int(standardBaudRateRole) << QString();
 }
 
@@ -255,9 +251,9 @@ void TestValues::rowsAreFoundByRole()
 
 void TestValues::rowIsOfTheSubKind()
 {
-    QCOMPARE(text(valueOf(Kind::Server, serverPasswordRole).key), QStringLiteral("password"));
-    QCOMPARE(text(valueOf(Kind::Server, serverPasswordRole, Hj212).key), QStringLiteral("PW"));
-    QCOMPARE(text(valueOf(Kind::Server, serverPasswordRole, Sl651).key), QStringLiteral("passwd"));
+    QCOMPARE(text(valueOf(Kind::Server, serverPasswordRole).key), "password");
+    QCOMPARE(text(valueOf(Kind::Server, serverPasswordRole, Hj212).key), "PW");
+    QCOMPARE(text(valueOf(Kind::Server, serverPasswordRole, Sl651).key), "passwd");
     QVERIFY(!find(Kind::Server, serverPasswordRole, AliMqtt));
 }
 
@@ -282,22 +278,21 @@ void TestValues::settingsOnTheWire_data()
 {
     QTest::addColumn<BoxSettings>("settings");
     QTest::addColumn<QString>("keys");
-    QTest::newRow("none") << NoSettings << QStringLiteral("ip= model=");
+    QTest::newRow("none") << NoSettings << "ip= model=";
     QTest::newRow("LAN") << LanSettings
-                         << QStringLiteral("lanIp=lanIp lanMask=lanMask lanGateway=lanGateway "
-                                           "lanDns1=lanDns1 lanDns2=lanDns2");
+                         << "lanIp=lanIp lanMask=lanMask lanGateway=lanGateway "
+                            "lanDns1=lanDns1 lanDns2=lanDns2";
     QTest::newRow("WAN") << WanSettings
-                         << QStringLiteral("wanDhcp=wanDhcp wanIp=wanIp wanMask=wanMask "
-                                           "wanGateway=wanGateway wanDns1=wanDns1 wanDns2=wanDns2");
+                         << "wanDhcp=wanDhcp wanIp=wanIp wanMask=wanMask "
+                            "wanGateway=wanGateway wanDns1=wanDns1 wanDns2=wanDns2";
     QTest::newRow("WiFi") << WifiSettings
-                          << QStringLiteral("wifiOnOff=wifiOnOff wifiMode=wifiMode wifissid=ssid "
-                                            "wifipassword=password wifiDhcp=wifiDhcp wifiIp=wifiIp "
-                                            "wifiMask=wifiMask wifiGateway=wifiGateway "
-                                            "wifiDns1=wifiDns1 wifiDns2=wifiDns2");
-    QTest::newRow("LTE") << LteSettings
-                         << QStringLiteral("lteOnOff=lteOnOff at1=AT1 at2=AT2 at3=AT3 at4=AT4 at5=AT5");
-    QTest::newRow("NTP") << NtpSettings << QStringLiteral("ntpServer=NTP");
-    QTest::newRow("time") << TimeSettings << QStringLiteral("time=date");
+                          << "wifiOnOff=wifiOnOff wifiMode=wifiMode wifissid=ssid "
+                             "wifipassword=password wifiDhcp=wifiDhcp wifiIp=wifiIp "
+                             "wifiMask=wifiMask wifiGateway=wifiGateway "
+                             "wifiDns1=wifiDns1 wifiDns2=wifiDns2";
+    QTest::newRow("LTE") << LteSettings << "lteOnOff=lteOnOff at1=AT1 at2=AT2 at3=AT3 at4=AT4 at5=AT5";
+    QTest::newRow("NTP") << NtpSettings << "ntpServer=NTP";
+    QTest::newRow("time") << TimeSettings << "time=date";
 }
 
 void TestValues::settingsOnTheWire()

@@ -34,7 +34,7 @@ class Definition
 public:
     Definition(const QString &folder, const QString &name)
     {
-        m_model.appendRow(new QStandardItem(QStringLiteral("P")));
+        m_model.appendRow(new QStandardItem("P"));
         QStandardItem *parent = new QStandardItem(folder);
         m_model.item(0)->appendRow(parent);
         m_item = new QStandardItem(name);
@@ -61,11 +61,11 @@ class Standard : public Definition
 {
 public:
     explicit Standard(const char *protocol)
-        : Definition(QStringLiteral("Standard"), QStringLiteral("M"))
+        : Definition("Standard", "M")
     {
         setProtocol(protocol);
         for (int role = standardCollectionIntervalRole; role <= standardRtuCommunicationTimeoutRole; ++role) {
-            set(role, QStringLiteral("v%1").arg(role - Qt::UserRole));
+            set(role, QString("v%1").arg(role - Qt::UserRole));
         }
     }
     QByteArray bytes() const { return Definition::bytes("standards"); }

@@ -25,7 +25,7 @@ public:
     // Appends the project to the model.
     QStandardItem *makeIn(QStandardItemModel *model)
     {
-        QStandardItem *project = ProjectTree::makeProject(text(), QStringLiteral("/tmp"), text());
+        QStandardItem *project = ProjectTree::makeProject(text(), "/tmp", text());
         model->appendRow(project);
         ProjectTree::appendMissingFolders(project);
         for (int left = below(4); left > 0; --left) {
@@ -47,25 +47,25 @@ private:
     {
         static const QVector<QString> pieces{
             QString(),
-            QStringLiteral("a"),
-            QStringLiteral("192.168.1.70"),
-            QStringLiteral("true"),
-            QStringLiteral("1"),
-            QStringLiteral("\""),
-            QStringLiteral("\\"),
-            QStringLiteral("/"),
-            QStringLiteral("\\u0041"),
-            QStringLiteral("'<&>"),
-            QStringLiteral("{[,:]}"),
-            QStringLiteral("电能表"),
-            QStringLiteral("\u00e9\u00df"),
-            QStringLiteral("\U0001F600"),
-            QStringLiteral("\n\r\t\b\f"),
-            QStringLiteral("\u0001\u001f\u007f\u0085"),
-            QStringLiteral("\u2028\uFEFF\uFFFD"),
+            "a",
+            "192.168.1.70",
+            "true",
+            "1",
+            "\"",
+            "\\",
+            "/",
+            "\\u0041",
+            "'<&>",
+            "{[,:]}",
+            "电能表",
+            "\u00e9\u00df",
+            "\U0001F600",
+            "\n\r\t\b\f",
+            "\u0001\u001f\u007f\u0085",
+            "\u2028\uFEFF\uFFFD",
             QString(1, QChar(0)),
             QString(300, QLatin1Char('x')),
-            QStringLiteral("-----BEGIN CERTIFICATE-----\nMIIB\n"),
+            "-----BEGIN CERTIFICATE-----\nMIIB\n",
         };
         QString joined;
         for (int left = below(4); left > 0; --left) {
@@ -78,7 +78,7 @@ private:
     QVariant flag()
     {
         const bool on = below(2) == 1;
-        return below(2) == 1 ? QVariant(on) : QVariant(on ? QStringLiteral("true") : QStringLiteral("false"));
+        return below(2) == 1 ? QVariant(on) : QVariant(on ? QString("true") : "false");
     }
 
     // Of one name there is one definition in a folder: the reader joins them.
@@ -126,7 +126,7 @@ private:
         }
         GroupMap groups;
         for (int number = below(m_mostGroups + 1); number > 0; --number) {
-            groups.insert((meter ? QStringLiteral("DLT645-%1") : QStringLiteral("Modbus-%1")).arg(number),
+            groups.insert((meter ? QString("DLT645-%1") : "Modbus-%1").arg(number),
                           meter ? meterGroup() : modbusGroup());
         }
         item->setData(QVariant::fromValue(groups), standardDatasRole);

@@ -35,7 +35,7 @@ inline QStringList lines(int first, int last, const char *text)
 {
     QStringList list;
     for (int offset = first; offset <= last; ++offset) {
-        list.append(QStringLiteral("+%1 QString %2").arg(offset).arg(S(text)));
+        list.append(QString("+%1 QString %2").arg(offset).arg(S(text)));
     }
     return list;
 }

@@ -32,8 +32,8 @@ void TestCertificateFile::contentFollowsTheEnding_data()
     QTest::newRow("pem, trailing line feed cut") << "a.pem" << QByteArray("-----X-----\n") << "-----X-----";
     QTest::newRow("crt") << "a.crt" << QByteArray("  text\r\n") << "text";
     QTest::newRow("key") << "a.key" << QByteArray("key") << "key";
-    QTest::newRow("UTF-8") << "u.pem" << QByteArray("\xE8\xAF\x81\n") << QStringLiteral("证");
-    QTest::newRow("not UTF-8") << "n.pem" << QByteArray("a\xFF\n") << QStringLiteral("a\uFFFD");
+    QTest::newRow("UTF-8") << "u.pem" << QByteArray("\xE8\xAF\x81\n") << "证";
+    QTest::newRow("not UTF-8") << "n.pem" << QByteArray("a\xFF\n") << "a\uFFFD";
     QTest::newRow("capitals have no content") << "KEY.PEM" << QByteArray("text") << QString();
     QTest::newRow("capital DER") << "A.DER" << QByteArray("text") << QString();
     QTest::newRow("other ending") << "a.txt" << QByteArray("text") << QString();
@@ -55,8 +55,8 @@ void TestCertificateFile::fileThatCannotBeOpenedSaysSo_data()
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("missing") << "missing.pem";
-    QTest::newRow("below a file") << Files::put(QStringLiteral("plain"), "x") + QStringLiteral("/a.pem");
-    QDir().mkdir(QStringLiteral("folder.pem"));
+    QTest::newRow("below a file") << Files::put("plain", "x") + "/a.pem";
+    QDir().mkdir("folder.pem");
     QTest::newRow("a folder") << "folder.pem";
 }
 
@@ -70,7 +70,7 @@ void TestCertificateFile::fileThatCannotBeOpenedSaysSo()
 
 void TestCertificateFile::fileWithoutPermissionSaysSo()
 {
-    const QString path = Files::put(QStringLiteral("secret.pem"), "x");
+    const QString path = Files::put("secret.pem", "x");
     QVERIFY(QFile::setPermissions(path, QFileDevice::Permissions()));
     if (QFile(path).open(QIODevice::ReadOnly)) {
         QSKIP("this user reads files without permission");
@@ -83,36 +83,33 @@ void TestCertificateFile::fileWithoutPermissionSaysSo()
 void TestCertificateFile::fileThatFailsToBeReadHasNoContent()
 {
     // Opens for anyone's own process, and refuses to be read at its start.
-    const QString memory = QStringLiteral("/proc/self/mem");
-    if (!QFile::exists(memory) || !QFile::link(memory, QStringLiteral("memory.pem"))) {
+    const QString memory = "/proc/self/mem";
+    if (!QFile::exists(memory) || !QFile::link(memory, "memory.pem")) {
         QSKIP("no such file here");
     }
-    QCOMPARE(loadCertificateFile(QStringLiteral("memory.pem")).content, QString());
+    QCOMPARE(loadCertificateFile("memory.pem").content, QString());
 }
 
 void TestCertificateFile::certificatesOfOpensslAreCarriedWhole()
 {
-    const QString openssl = QStandardPaths::findExecutable(QStringLiteral("openssl"));
+    const QString openssl = QStandardPaths::findExecutable("openssl");
     if (openssl.isEmpty()) {
         QSKIP("openssl is not installed");
     }
     const auto run = [&openssl](const QString &arguments) {
         return QProcess::execute(openssl, arguments.split(QLatin1Char(' '))) == 0;
     };
-    QVERIFY(run(
-        QStringLiteral("req -x509 -newkey rsa:2048 -nodes -keyout s.key -out s.pem -days 2 -subj /CN=box")));
-    QVERIFY(run(QStringLiteral("x509 -in s.pem -outform DER -out s.der")));
-    QCOMPARE(loadCertificateFile(QStringLiteral("s.pem")).content.toUtf8() + '\n',
-             Files::contents(QStringLiteral("s.pem")));
-    QCOMPARE(loadCertificateFile(QStringLiteral("s.key")).content.toUtf8() + '\n',
-             Files::contents(QStringLiteral("s.key")));
-    QCOMPARE(QByteArray::fromBase64(loadCertificateFile(QStringLiteral("s.der")).content.toLatin1()),
-             Files::contents(QStringLiteral("s.der")));
+    QVERIFY(run("req -x509 -newkey rsa:2048 -nodes -keyout s.key -out s.pem -days 2 -subj /CN=box"));
+    QVERIFY(run("x509 -in s.pem -outform DER -out s.der"));
+    QCOMPARE(loadCertificateFile("s.pem").content.toUtf8() + '\n', Files::contents("s.pem"));
+    QCOMPARE(loadCertificateFile("s.key").content.toUtf8() + '\n', Files::contents("s.key"));
+    QCOMPARE(QByteArray::fromBase64(loadCertificateFile("s.der").content.toLatin1()),
+             Files::contents("s.der"));
 }
 
 void TestCertificateFile::hundredMegabytesAreRead()
 {
-    QFile file(QStringLiteral("big.pem"));
+    QFile file("big.pem");
     QVERIFY(file.open(QIODevice::WriteOnly));
     const QByteArray megabyte(1024 * 1024, 'A');
     for (int written = 0; written < 100; ++written) {

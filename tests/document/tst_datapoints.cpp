@@ -99,8 +99,8 @@ const MeterItem items1997[] = {
 };
 // clang-format on
 
-const QString meter2007 = QStringLiteral("DLT645_2007");
-const QString meter1997 = QStringLiteral("DLT645_1997");
+const QString meter2007 = "DLT645_2007";
+const QString meter1997 = "DLT645_1997";
 
 using Cells = QStringList;
 
@@ -134,21 +134,19 @@ QVariant groups(const QMap<QString, QList<Cells>> &tabs)
 // One tab of a meter with one point.
 QVariant meterRow(const QString &version, const QString &label)
 {
-    return groups(
-        {{QStringLiteral("DLT645-1"), {{QStringLiteral("000000000001"), version}, {"true", label, "mine"}}}});
+    return groups({{"DLT645-1", {{"000000000001", version}, {"true", label, "mine"}}}});
 }
 
 QJsonObject meterPoint(const MeterItem &item)
 {
-    return {{QStringLiteral("name"), QStringLiteral("mine")},
-            {QStringLiteral("reportingMethod"), QString()},
-            {QStringLiteral("addr"), QLatin1String(item.addr)},
-            {QStringLiteral("dataType"), QLatin1String(item.dataType)},
-            {QStringLiteral("length"), QLatin1String(item.length)}};
+    return {{"name", "mine"},
+            {"reportingMethod", QString()},
+            {"addr", QLatin1String(item.addr)},
+            {"dataType", QLatin1String(item.dataType)},
+            {"length", QLatin1String(item.length)}};
 }
 
-const QJsonObject bareMeterPoint{{QStringLiteral("name"), QStringLiteral("mine")},
-                                 {QStringLiteral("reportingMethod"), QString()}};
+const QJsonObject bareMeterPoint{{"name", "mine"}, {"reportingMethod", QString()}};
 
 QStandardItem *append(QStandardItem *parent, const QString &text)
 {
@@ -175,13 +173,13 @@ QStandardItem *appendPlc(QStandardItem *folder, const QString &name, const QList
 DataPoints::Lists ofStandard(const QString &protocol, const QVariant &datas)
 {
     QStandardItem project;
-    appendStandard(append(&project, QStringLiteral("Standard")), QStringLiteral("S"), protocol, datas);
+    appendStandard(append(&project, "Standard"), "S", protocol, datas);
     return DataPoints::collect(project);
 }
 
 DataPoints::Lists pointsOfS(const QList<QJsonObject> &points)
 {
-    return {{QStringLiteral("S"), points}};
+    return {{"S", points}};
 }
 
 // The definitions with their points as JSON: {"name": [point, ...], ...}.
@@ -252,7 +250,7 @@ void TestDataPoints::meterItem()
     QFETCH(QString, version);
     QFETCH(QString, label);
     QFETCH(QJsonObject, point);
-    QCOMPARE(ofStandard(QStringLiteral("DLT645"), meterRow(version, label)), pointsOfS({point}));
+    QCOMPARE(ofStandard("DLT645", meterRow(version, label)), pointsOfS({point}));
 }
 
 void TestDataPoints::itemThatTheOlderEditionLacks()
@@ -263,7 +261,7 @@ void TestDataPoints::itemThatTheOlderEditionLacks()
             std::any_of(std::begin(items1997), std::end(items1997),
                         [&](const MeterItem &other) { return qstrcmp(other.label, item.label) == 0; });
         if (!older) {
-            QCOMPARE(ofStandard(QStringLiteral("DLT645"), meterRow(meter1997, QLatin1String(item.label))),
+            QCOMPARE(ofStandard("DLT645", meterRow(meter1997, QLatin1String(item.label))),
                      pointsOfS({bareMeterPoint}));
             ++lacking;
         }
@@ -283,7 +281,7 @@ void TestDataPoints::anyOtherVersionTextIsTheOlderEdition()
 {
     QFETCH(QString, version);
     const MeterItem voltage{"A-phase voltage", "B611", "float", "2"};
-    QCOMPARE(ofStandard(QStringLiteral("DLT645"), meterRow(version, QLatin1String(voltage.label))),
+    QCOMPARE(ofStandard("DLT645", meterRow(version, QLatin1String(voltage.label))),
              pointsOfS({meterPoint(voltage)}));
 }
 
@@ -299,17 +297,16 @@ void TestDataPoints::unknownItemKeepsItsPoint_data()
 void TestDataPoints::unknownItemKeepsItsPoint()
 {
     QFETCH(QString, label);
-    QCOMPARE(ofStandard(QStringLiteral("DLT645"), meterRow(meter2007, label)), pointsOfS({bareMeterPoint}));
+    QCOMPARE(ofStandard("DLT645", meterRow(meter2007, label)), pointsOfS({bareMeterPoint}));
 }
 
 void TestDataPoints::meterItemIsKnownInTheLanguageInForce()
 {
     const MeterItem voltage{"A-phase voltage", "02010100", "float", "2"};
-    const Language language(QStringLiteral("zh "));
-    QCOMPARE(ofStandard(QStringLiteral("DLT645"), meterRow(meter2007, QStringLiteral("zh A-phase voltage"))),
+    const Language language("zh ");
+    QCOMPARE(ofStandard("DLT645", meterRow(meter2007, "zh A-phase voltage")),
              pointsOfS({meterPoint(voltage)}));
-    QCOMPARE(ofStandard(QStringLiteral("DLT645"), meterRow(meter2007, QStringLiteral("A-phase voltage"))),
-             pointsOfS({bareMeterPoint}));
+    QCOMPARE(ofStandard("DLT645", meterRow(meter2007, "A-phase voltage")), pointsOfS({bareMeterPoint}));
 }
 
 // Each tab has an edition of its own; a point comes whether it is ticked or not; a row of the form ends
@@ -317,15 +314,15 @@ void TestDataPoints::meterItemIsKnownInTheLanguageInForce()
 void TestDataPoints::metersOfAllTabsInTheOrderOfTheirTitles()
 {
     const QVariant datas = groups({
-        {QStringLiteral("DLT645-2"), {{"000000000002", "DLT645_2007"}, {"true", "A-phase voltage", "Ua2"}}},
-        {QStringLiteral("DLT645-10"),
+        {"DLT645-2", {{"000000000002", "DLT645_2007"}, {"true", "A-phase voltage", "Ua2"}}},
+        {"DLT645-10",
          {{"000000000010", "DLT645_1997"},
           {"false", "Total power factor", ""},
           {"true", "Active constant of electric meter", "constant", "Timed"}}},
-        {QStringLiteral("DLT645-3"), {{"000000000003", "DLT645_2007"}}},
-        {QStringLiteral("DLT645-4"), {}},
+        {"DLT645-3", {{"000000000003", "DLT645_2007"}}},
+        {"DLT645-4", {}},
     });
-    QCOMPARE(ofStandard(QStringLiteral("DLT645"), datas), lists(R"({"S": [
+    QCOMPARE(ofStandard("DLT645", datas), lists(R"({"S": [
         {"name": "", "reportingMethod": "", "addr": "B650", "dataType": "float", "length": "2"},
         {"name": "constant", "reportingMethod": "Timed", "addr": "C030", "dataType": "int32", "length": "3"},
         {"name": "Ua2", "reportingMethod": "", "addr": "02010100", "dataType": "float", "length": "2"}]})"));
@@ -376,11 +373,11 @@ void TestDataPoints::pointsOfAStandard()
 void TestDataPoints::pointsOfAPlc()
 {
     QStandardItem project;
-    QStandardItem *folder = append(&project, QStringLiteral("PLC"));
+    QStandardItem *folder = append(&project, "PLC");
     appendPlc(
-        folder, QStringLiteral("press"),
+        folder, "press",
         {{"D100", "force", "float", "1", "r", "Timed", "", "X*2", "X/2"}, {"D200", "text", "string", "8"}});
-    append(folder, QStringLiteral("new one"));
+    append(folder, "new one");
     QCOMPARE(DataPoints::collect(project), lists(R"({"new one": [], "press": [
         {"addr": "D100", "name": "force", "dataType": "float", "length": "1", "permissions": "r"},
         {"addr": "D200", "name": "text", "dataType": "string", "length": "8", "permissions": ""}]})"));
@@ -407,12 +404,11 @@ void TestDataPoints::lastOfOneNameWins()
         {"addr": "D1", "name": "plc", "dataType": "bool", "length": "1", "permissions": "r"}]})";
     for (const bool plcLast : {true, false}) {
         QStandardItem project;
-        QStandardItem *first = append(&project, plcLast ? QStringLiteral("Standard") : QStringLiteral("PLC"));
-        QStandardItem *last = append(&project, plcLast ? QStringLiteral("PLC") : QStringLiteral("Standard"));
-        appendPlc(plcLast ? last : first, QStringLiteral("same"), {{"D1", "plc", "bool", "1", "r"}});
-        appendStandard(plcLast ? first : last, QStringLiteral("same"), QStringLiteral("DIDO"),
-                       list({{"DI1", "one", "r", "Change"}}));
-        appendStandard(plcLast ? first : last, QStringLiteral("same"), QStringLiteral("DIDO"), list({}));
+        QStandardItem *first = append(&project, plcLast ? QString("Standard") : "PLC");
+        QStandardItem *last = append(&project, plcLast ? QString("PLC") : "Standard");
+        appendPlc(plcLast ? last : first, "same", {{"D1", "plc", "bool", "1", "r"}});
+        appendStandard(plcLast ? first : last, "same", "DIDO", list({{"DI1", "one", "r", "Change"}}));
+        appendStandard(plcLast ? first : last, "same", "DIDO", list({}));
         QCOMPARE(DataPoints::collect(project), lists(plcLast ? ofThePlc : R"({"same": []})"));
     }
 }
@@ -422,8 +418,7 @@ void TestDataPoints::otherFoldersOfferNothing()
     QStandardItem project;
     for (const char *name : {"Service", "Box", "Data", "Server", "standard", "plc"}) {
         QStandardItem *folder = append(&project, QLatin1String(name));
-        appendStandard(folder, QStringLiteral("S"), QStringLiteral("DIDO"),
-                       list({{"DI1", "a", "r", "Change"}}))
+        appendStandard(folder, "S", "DIDO", list({{"DI1", "a", "r", "Change"}}))
             ->setData(list({{"D1", "b", "bool", "1", "r"}}), plcParametersRole);
     }
     QCOMPARE(DataPoints::collect(project), DataPoints::Lists());

@@ -112,7 +112,7 @@ void fillRoles(QStandardItem *item, const Pair &pair)
 {
     item->setText(S("press 1"));
     for (int role = plcManufacturerRole; role < plcParametersRole; ++role) {
-        item->setData(QStringLiteral("v%1").arg(role - Qt::UserRole), role);
+        item->setData(QString("v%1").arg(role - Qt::UserRole), role);
     }
     item->setData(S(pair.manufacturer), plcManufacturerRole);
     item->setData(S(pair.protocol), plcProtocolRole);
@@ -130,8 +130,7 @@ QJsonObject keysOf(const QVector<Key> &keys)
 {
     QJsonObject object;
     for (const Key &key : keys) {
-        object.insert(S(key.written),
-                      key.isFlag ? S("1") : QStringLiteral("v%1").arg(key.role - Qt::UserRole));
+        object.insert(S(key.written), key.isFlag ? S("1") : QString("v%1").arg(key.role - Qt::UserRole));
     }
     return object;
 }
@@ -163,7 +162,7 @@ QByteArray bytes(const QJsonObject &object)
 
 QString roleLine(int role, const QString &text)
 {
-    return QStringLiteral("+%1 QString ").arg(role - Qt::UserRole) + text;
+    return QString("+%1 QString ").arg(role - Qt::UserRole) + text;
 }
 
 // Lines in the order of their roles.
@@ -283,7 +282,7 @@ void TestPlcDocument::pairIsRead()
     add("parameter", parameterKeys(S(pair.protocol)));
     QStandardItem item(S("x"));
     transmitPlcData(object, &item);
-    QCOMPARE(ProjectDump::roles(&item), inOrder(expected) + QStringList(QStringLiteral("+114 rows ")));
+    QCOMPARE(ProjectDump::roles(&item), inOrder(expected) + QStringList("+114 rows "));
     QCOMPARE(item.text(), S("x"));
 }
 
@@ -308,7 +307,7 @@ void TestPlcDocument::missingKeysEmptyTheirRoles()
     expected.insert(plcManufacturerRole, S(pair.manufacturer));
     expected.insert(plcProtocolRole, S(pair.protocol));
     QCOMPARE(rolesOver(transmitPlcData, object, plcManufacturerRole, plcParametersRole),
-             inOrder(expected) + QStringList(QStringLiteral("+114 rows ")));
+             inOrder(expected) + QStringList("+114 rows "));
 }
 
 void TestPlcDocument::writtenAndReadAgain_data()
@@ -331,10 +330,9 @@ void TestPlcDocument::writtenAndReadAgain()
     }
     QStandardItem read;
     transmitPlcData(plcObject(written), &read);
-    QCOMPARE(
-        ProjectDump::roles(&read),
-        inOrder(expected)
-            + QStringList(QStringLiteral("+114 ") + ProjectDump::valueText(written.data(plcParametersRole))));
+    QCOMPARE(ProjectDump::roles(&read),
+             inOrder(expected)
+                 + QStringList("+114 " + ProjectDump::valueText(written.data(plcParametersRole))));
 }
 
 void TestPlcDocument::flagIsOneForTrueOnly_data()

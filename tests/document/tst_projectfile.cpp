@@ -99,7 +99,7 @@ void TestProjectFile::samplesLoadAndSaveByteForByte()
 {
     QFETCH(QString, sample);
     QFETCH(QString, saved);
-    const QString source = QStringLiteral(TEST_DATA_DIR "/%1.json").arg(sample);
+    const QString source = QString(TEST_DATA_DIR "/%1.json").arg(sample);
     const LoadResult read = readProjectFile(source);
     QVERIFY(read.ok());
     QStandardItemModel model;
@@ -111,7 +111,7 @@ void TestProjectFile::savingReplacesTheFileAndLeavesNothingElse()
 {
     QStandardItem *project = newProject(S("P"), m_dir->path());
     const QString file = path("P.json");
-    QTest::ignoreMessage(QtDebugMsg, qPrintable(QStringLiteral("JSON data saved to file: \"%1\"").arg(file)));
+    QTest::ignoreMessage(QtDebugMsg, qPrintable(QString("JSON data saved to file: \"%1\"").arg(file)));
     QVERIFY(saveProject(project).ok());
     QCOMPARE(contents(file), projectDocument(project));
     project->setData(S("changed"), projectDescriptionRole);
@@ -363,8 +363,8 @@ void TestProjectFile::hundredThousandPointsComeBackWhole()
             const Dlt645::Item &item = Dlt645::items().at(size_t(point) % Dlt645::itemCount);
             meter.append(row({S("true"), Dlt645::label(item), S("n") + number}));
         }
-        slaves.insert(QStringLiteral("Modbus-%1").arg(group + 1), slave);
-        meters.insert(QStringLiteral("DLT645-%1").arg(group + 1), meter);
+        slaves.insert(QString("Modbus-%1").arg(group + 1), slave);
+        meters.insert(QString("DLT645-%1").arg(group + 1), meter);
     }
     QStandardItem *modbus = ProjectTree::appendDefinition(project->child(0), S("M"), S());
     modbus->setData(S("Modbus"), standardProtocolRole);

@@ -16,7 +16,7 @@ QStandardItem *load(QStandardItemModel &model, const char *json, const QString &
 
 QByteArray imageBytes(const QString &name)
 {
-    const QString path = QStringLiteral(":/adsdemo/images/%1.svg").arg(name);
+    const QString path = QString(":/adsdemo/images/%1.svg").arg(name);
     return QFile::exists(path) ? iconBytes(path) : QByteArray("no such image");
 }
 
@@ -282,8 +282,7 @@ void TestProjectMerge::wrongTypesInTheRootReadAsMissing()
 static QByteArray reloaded(const QByteArray &document)
 {
     QStandardItemModel model;
-    return projectDocument(
-        loadProject(model, QJsonDocument::fromJson(document).object(), QStringLiteral("/folder")));
+    return projectDocument(loadProject(model, QJsonDocument::fromJson(document).object(), "/folder"));
 }
 
 void TestProjectMerge::boxComesBackWithoutWhatIsNotSaved()

@@ -25,7 +25,7 @@ void replaceEach(const QJsonValue &value, const QJsonValue &replacement, const Q
     }
     const QJsonArray array = value.toArray();
     for (int i = 0; i < array.size() && !replacement.isUndefined(); ++i) {
-        descend(array.at(i), QStringLiteral("/%1").arg(i), [&](const QJsonValue &with) -> QJsonValue {
+        descend(array.at(i), QString("/%1").arg(i), [&](const QJsonValue &with) -> QJsonValue {
             QJsonArray copy = array;
             copy.replace(i, with);
             return copy;
@@ -59,7 +59,7 @@ void TestProjectReader::boxFillsItsTwentyThreeRoles()
         "wifiGateway": "v133", "wifiDns1": "v134", "wifiDns2": "v135", "lteOnOff": "v136"})");
     QStringList expected{line(0, "v0")};
     for (int offset = 115; offset <= 136; ++offset) {
-        expected.append(QStringLiteral("+%1 QString v%1").arg(offset));
+        expected.append(QString("+%1 QString v%1").arg(offset));
     }
     QCOMPARE(rolesAfter(transmitBoxData, box), expected);
 }
@@ -86,18 +86,15 @@ void TestProjectReader::serviceFillsItsRoles()
         "serverCertificatePath": "v179", "serverKey": "v182", "serverKeyPath": "v181",
         "serverKeyPassword": "v204"})");
     for (int slot = 1; slot <= 10; ++slot) {
-        extended.insert(QStringLiteral("clientCertificatePath%1").arg(slot),
-                        QStringLiteral("v%1").arg(182 + 2 * slot));
-        extended.insert(QStringLiteral("clientCertificate%1").arg(slot),
-                        QStringLiteral("v%1").arg(183 + 2 * slot));
+        extended.insert(QString("clientCertificatePath%1").arg(slot), QString("v%1").arg(182 + 2 * slot));
+        extended.insert(QString("clientCertificate%1").arg(slot), QString("v%1").arg(183 + 2 * slot));
     }
     QJsonObject service = parse(R"({"name": "IEC61850", "protocol": "v171", "port": "v172",
         "enableGoosePublishing": "v175", "enableSSL": "v176", "isVerifyClientCert": "v183"})");
     service.insert(S("extendedParameters"), extended);
     QStringList expected;
     for (int offset = 171; offset <= 204; ++offset) {
-        expected.append(offset == 173 ? line(173, "Password")
-                                      : QStringLiteral("+%1 QString v%1").arg(offset));
+        expected.append(offset == 173 ? line(173, "Password") : QString("+%1 QString v%1").arg(offset));
     }
     QCOMPARE(rolesAfter(transmitServiceData, service), expected);
 }

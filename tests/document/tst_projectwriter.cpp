@@ -195,7 +195,7 @@ void TestProjectWriter::boxHasItsTwentyFourKeysAndNoOthers()
     box.set(boxIpRole, S("v0"));
     box.set(boxModelRole, S("v1"));
     for (int role = boxLanIpRole; role <= boxTimeRole; ++role) {
-        box.set(role, QStringLiteral("v%1").arg(role - Qt::UserRole));
+        box.set(role, QString("v%1").arg(role - Qt::UserRole));
     }
     QCOMPARE(box.object("boxs").size(), 24);
     QCOMPARE(box.bytes("boxs"), onDisk(R"({"name": "B", "ip": "v0",
@@ -220,7 +220,7 @@ static Definition *newService(const QVariant &ssl, const QVariant &verify, const
 {
     auto *service = new Definition(S("Service"), S("IEC61850"));
     for (int role = serviceProtocolRole; role <= serviceServerKeyPasswordRole; ++role) {
-        service->set(role, QStringLiteral("v%1").arg(role - Qt::UserRole));
+        service->set(role, QString("v%1").arg(role - Qt::UserRole));
     }
     service->set(serviceProtocolRole, S("IEC61850"));
     service->set(serviceEnableSslRole, ssl);
@@ -269,10 +269,8 @@ void TestProjectWriter::serviceKeysStandInTheirConditions()
                     {S("serverKeyPassword"), S("v204")}};
     }
     for (int client = 1; keys.contains(QLatin1Char('c')) && client <= 10; ++client) {
-        extended.insert(QStringLiteral("clientCertificatePath%1").arg(client),
-                        QStringLiteral("v%1").arg(182 + 2 * client));
-        extended.insert(QStringLiteral("clientCertificate%1").arg(client),
-                        QStringLiteral("v%1").arg(183 + 2 * client));
+        extended.insert(QString("clientCertificatePath%1").arg(client), QString("v%1").arg(182 + 2 * client));
+        extended.insert(QString("clientCertificate%1").arg(client), QString("v%1").arg(183 + 2 * client));
     }
     const QJsonObject expected{{S("name"), S("IEC61850")},
                                {S("protocol"), S("IEC61850")},

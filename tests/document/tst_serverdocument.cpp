@@ -38,7 +38,7 @@ constexpr int lastRole = serverInputRegistersRole;
 void fill(QStandardItem *item, const QString &protocol)
 {
     for (int role = firstRole; role <= lastRole; ++role) {
-        item->setData(QStringLiteral("v%1").arg(role - Qt::UserRole), role);
+        item->setData(QString("v%1").arg(role - Qt::UserRole), role);
     }
     item->setData(protocol, serverProtocolRole);
     item->setData(1, serverPayloadFormatRole);

@@ -53,7 +53,7 @@ void TestStandardReader::standardReadsEveryMemberForEveryKind()
 {
     QFETCH(QString, protocol);
     QFETCH(QString, mode);
-    QStringList expected{QStringLiteral("+144 QString ") + protocol};
+    QStringList expected{"+144 QString " + protocol};
     const char *texts[] = {"collectionInterval",
                            "serialport",
                            "baudRate",
@@ -252,7 +252,7 @@ void TestStandardReader::dlt645VersionIsTwoUnlessItIsTheNumberOne()
     QJsonObject group;
     group.insert(S("protocolVersion"), version);
     QCOMPARE(groupsAfter({{S("protocol"), S("DLT645")}, {S("datas"), QJsonArray{group}}}),
-             QStringLiteral("groups {DLT645-1: [QString , QString %1]}").arg(text));
+             QString("groups {DLT645-1: [QString , QString %1]}").arg(text));
 }
 
 void TestStandardReader::dlt645LabelsAreInTheLanguageInForce()
@@ -306,7 +306,7 @@ void TestStandardReader::groupsAreNumberedInArrayOrder()
     QCOMPARE(keys.mid(0, 4), QStringList({S("Modbus-1"), S("Modbus-10"), S("Modbus-11"), S("Modbus-2")}));
     QCOMPARE(map.size(), 11);
     for (int number = 1; number <= 11; ++number) {
-        const QString key = QStringLiteral("Modbus-%1").arg(number);
+        const QString key = QString("Modbus-%1").arg(number);
         QCOMPARE(map.value(key).value(0).value(1).toString(), QString::number(number));
     }
 }

@@ -126,7 +126,7 @@ void TestStandardWriter::groupsComeInTheOrderOfTheirKeysAsText()
     Standard standard("Modbus");
     GroupMap groups;
     for (int number = 1; number <= 12; ++number) {
-        groups.insert(QStringLiteral("Modbus-%1").arg(number), rows({{S("s"), QString::number(number)}}));
+        groups.insert(QString("Modbus-%1").arg(number), rows({{S("s"), QString::number(number)}}));
     }
     standard.setGroups(groups);
     QStringList stations;
@@ -225,7 +225,7 @@ void TestStandardWriter::dormantKindsWriteFlatPoints()
     Standard standard(protocol.constData());
     QStringList cells;
     for (int cell = 0; cell < 12; ++cell) {
-        cells.append(QStringLiteral("c%1").arg(cell));
+        cells.append(QString("c%1").arg(cell));
     }
     standard.setRows(rows({cells, {S("short")}}));
     QCOMPARE(QJsonDocument(QJsonObject{{S("datas"), standard.datas()}}).toJson(), onDisk(points.constData()));

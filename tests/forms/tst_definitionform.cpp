@@ -30,7 +30,7 @@ struct NotingPart : FormPart {
             happens();
         }
     }
-    void clear() override { noted->append(QStringLiteral("clear ") + name); }
+    void clear() override { noted->append("clear " + name); }
     void note(const char *what, const QStandardItem *item) const
     {
         noted->append(QLatin1String(what) + QLatin1Char(' ') + name + QLatin1Char(' ') + item->text());
@@ -47,8 +47,8 @@ class NotingForm : public DefinitionForm
 public:
     NotingForm(QStringList *notes, QStandardItem *item, Workspace *workspace, const char *savedAs)
         : DefinitionForm({"NotingForm", "'%1' is kept.", savedAs}, item, workspace)
-        , first(QStringLiteral("first"), notes)
-        , second(QStringLiteral("second"), notes)
+        , first("first", notes)
+        , second("second", notes)
     {
         setContent(new QLabel(this), {&first, &second});
     }
@@ -87,8 +87,8 @@ private:
 void TestDefinitionForm::init()
 {
     m_model.clear();
-    m_model.appendRow(new QStandardItem(QStringLiteral("A")));
-    m_model.appendRow(new QStandardItem(QStringLiteral("B")));
+    m_model.appendRow(new QStandardItem("A"));
+    m_model.appendRow(new QStandardItem("B"));
     m_notes.clear();
     m_workspace.messages.clear();
 }
@@ -109,20 +109,20 @@ void TestDefinitionForm::partsAreFilledSavedAndClearedInOrder()
 void TestDefinitionForm::savingTellsTheWorkspaceTheNewName()
 {
     NotingForm form(&m_notes, m_model.item(0), &m_workspace);
-    form.second.meanwhile = [this] { m_model.item(0)->setText(QStringLiteral("New")); };
+    form.second.meanwhile = [this] { m_model.item(0)->setText("New"); };
     form.saveChanges();
-    QCOMPARE(m_workspace.messages, QStringList(QStringLiteral("'New' is kept.")));
+    QCOMPARE(m_workspace.messages, QStringList("'New' is kept."));
 }
 
 void TestDefinitionForm::formMayDieWhileAPartIsSaved()
 {
-    const LogTail log(QStringLiteral("NotingForm"));
+    const LogTail log("NotingForm");
     const QPointer<NotingForm> form = new NotingForm(&m_notes, m_model.item(0), &m_workspace);
     form->first.meanwhile = [form] { delete form; };
     m_notes.clear();
     form->saveChanges();
     QVERIFY(!form);
-    QCOMPARE(m_notes, QStringList(QStringLiteral("save first A")));
+    QCOMPARE(m_notes, QStringList("save first A"));
     QCOMPARE(m_workspace.messages, QStringList());
     QCOMPARE(log.events(), (QStringList{"NotingForm: new-nuilt", "NotingForm: destroyed"}));
 }
@@ -133,7 +133,7 @@ void TestDefinitionForm::itemMayLeaveWhileAPartIsSaved()
     form.first.meanwhile = [this] { m_model.removeRow(0); };
     m_notes.clear();
     form.saveChanges();
-    QCOMPARE(m_notes, QStringList(QStringLiteral("save first A")));
+    QCOMPARE(m_notes, QStringList("save first A"));
     QCOMPARE(m_workspace.messages, QStringList());
 }
 
@@ -162,17 +162,17 @@ void TestDefinitionForm::buttonsStandBelowThePageAndCancelRejects()
     NotingForm form(&m_notes, m_model.item(0));
     form.show();
     const auto *page = form.findChild<QScrollArea *>();
-    QCOMPARE(form.saveButton()->objectName(), QStringLiteral("saveButton"));
+    QCOMPARE(form.saveButton()->objectName(), "saveButton");
     QVERIFY(form.saveButton()->geometry().top() >= page->geometry().bottom());
     const QSignalSpy rejected(&form, &QDialog::rejected);
-    form.findChild<QPushButton *>(QStringLiteral("cancelButton"))->click();
+    form.findChild<QPushButton *>("cancelButton")->click();
     QCOMPARE(rejected.size(), 1);
     QVERIFY(form.isVisible());
 }
 
 void TestDefinitionForm::writesItsLifeToTheLog()
 {
-    const LogTail log(QStringLiteral("Noting"));
+    const LogTail log("Noting");
     {
         NotingForm form(&m_notes, m_model.item(0), nullptr, "NotingOfOld");
         form.replaceItem(m_model.item(1));

@@ -73,7 +73,7 @@ bool takesTab(const QWidget *widget)
 
 void TestEditForm::init()
 {
-    m_item = new QStandardItem(QStringLiteral("Edited"));
+    m_item = new QStandardItem("Edited");
     m_workspace = new WorkspaceFake;
     m_boxes = new MessageBoxes(this);
     m_window = new QWidget;
@@ -216,7 +216,7 @@ void TestEditForm::tabKeyGoesDownTheForm()
             order.append(widget);
         }
     }
-    QCOMPARE(order.size() > 2 ? order.last()->objectName() : QString(), QStringLiteral("cancelButton"));
+    QCOMPARE(order.size() > 2 ? order.last()->objectName() : QString(), "cancelButton");
     for (int index = 1; index < order.size(); ++index) {
         const QWidget *widget = order.at(index);
         const QWidget *before = order.at(index - 1);
@@ -224,7 +224,7 @@ void TestEditForm::tabKeyGoesDownTheForm()
         const QPoint from = before->mapTo(form, QPoint());
         const bool oneRow = qAbs(to.y() - from.y()) < 12;
         QVERIFY2(oneRow ? to.x() >= from.x() : to.y() > from.y(),
-                 qPrintable(nameOf(before) + QStringLiteral(" before ") + nameOf(widget)));
+                 qPrintable(nameOf(before) + " before " + nameOf(widget)));
     }
     // No input of the form is left to the end of the window.
     const QList<QWidget *> all = inputs(form);
@@ -245,7 +245,7 @@ void TestEditForm::fieldsStandInOneLine()
     }
     std::sort(lefts.begin(), lefts.end());
     QVERIFY2(lefts.last() - lefts.first() <= 4,
-             qPrintable(QStringLiteral("%1 to %2 pixels").arg(lefts.first()).arg(lefts.last())));
+             qPrintable(QString("%1 to %2 pixels").arg(lefts.first()).arg(lefts.last())));
 }
 
 QTEST_MAIN(TestEditForm)

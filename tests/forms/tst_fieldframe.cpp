@@ -26,12 +26,12 @@ void TestFieldFrame::hiddenFrameIsErasedAndAShownOneSaved()
     QWidget form;
     auto *column = new QVBoxLayout(&form);
     FieldFrame frame("Test");
-    QCOMPARE(frame.build(column, QStringLiteral("Link"))->title(), QStringLiteral("Link"));
-    frame.add<TextField>(stationRole, "station", "Station:")->setText(QStringLiteral("12"));
+    QCOMPARE(frame.build(column, "Link")->title(), "Link");
+    frame.add<TextField>(stationRole, "station", "Station:")->setText("12");
     form.show();
     QStandardItem item;
     frame.save(&item);
-    QCOMPARE(item.data(stationRole), QVariant(QStringLiteral("12")));
+    QCOMPARE(item.data(stationRole), QVariant("12"));
     frame.box()->hide();
     frame.save(&item);
     QCOMPARE(item.data(stationRole), QVariant());
@@ -60,7 +60,7 @@ void TestFieldFrame::frameMayBeRefilledOnlyWhileVisible()
     form.show();
     frame.box()->setVisible(shown);
     QStandardItem item;
-    item.setData(QStringLiteral("12"), stationRole);
+    item.setData("12", stationRole);
     frame.refill(&item);
     QTEST(station->text(), "expected");
 }

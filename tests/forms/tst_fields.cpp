@@ -42,13 +42,12 @@ struct Page : EmptyPage {
             group.add<TextField>(stationRole, "station", "Station:")->check(integerValidator)->initially("7");
         parity = group.add<ListField>(parityRole, "parity", "Parity:")->entries("NONE ODD EVEN");
         enabled = group.add<CheckField>(enabledRole, "enabled", "Enabled:");
-        power = group.add<OnOffField>(switchRole, "power", "Power:")
-                    ->texts(QStringLiteral("on"), QStringLiteral("off"));
+        power = group.add<OnOffField>(switchRole, "power", "Power:")->texts("on", "off");
         secret = group.add<TextField>(secretRole, "secret", "Secret:")->check(noCjkValidator)->password();
         clock = group.add<TextField>(FormField::noRole, "clock", "Clock:")->readOnly();
     }
-    bool on() const { return widget.findChild<QRadioButton *>(QStringLiteral("powerOn"))->isChecked(); }
-    bool off() const { return widget.findChild<QRadioButton *>(QStringLiteral("powerOff"))->isChecked(); }
+    bool on() const { return widget.findChild<QRadioButton *>("powerOn")->isChecked(); }
+    bool off() const { return widget.findChild<QRadioButton *>("powerOff")->isChecked(); }
     // What the fields show, in their order.
     QVariantList shown() const
     {
@@ -73,12 +72,12 @@ QVariantList roles(const QStandardItem &item)
 
 void setRoles(QStandardItem &item)
 {
-    item.setText(QStringLiteral("pump"));
-    item.setData(QStringLiteral("12"), stationRole);
-    item.setData(QStringLiteral("EVEN"), parityRole);
+    item.setText("pump");
+    item.setData("12", stationRole);
+    item.setData("EVEN", parityRole);
     item.setData(true, enabledRole);
-    item.setData(QStringLiteral("off"), switchRole);
-    item.setData(QStringLiteral("pass"), secretRole);
+    item.setData("off", switchRole);
+    item.setData("pass", secretRole);
 }
 
 } // namespace
@@ -128,10 +127,8 @@ void TestFields::addsOneLabelledRowAField()
         rows.append(label->text() + field->objectName());
     }
     QCOMPARE(rows,
-             (QStringList{QStringLiteral("Name:name"), QStringLiteral("Station:station"),
-                          QStringLiteral("Parity:parity"), QStringLiteral("Enabled:enabled"),
-                          QStringLiteral("Power:power"), QStringLiteral("Secret:secret"),
-                          QStringLiteral("Clock:clock")}));
+             (QStringList{"Name:name", "Station:station", "Parity:parity", "Enabled:enabled", "Power:power",
+                          "Secret:secret", "Clock:clock"}));
 }
 
 void TestFields::secretIsHiddenAndClockCantBeTyped()
@@ -161,16 +158,16 @@ void TestFields::fillWritesDefaultsIntoEmptyRolesOnly()
     Page page;
     QStandardItem item;
     page.group.fill(&item);
-    QCOMPARE(roles(item), (QVariantList{QString(), QStringLiteral("7"), {}, {}, {}, {}}));
-    QCOMPARE(page.station->text(), QStringLiteral("7"));
+    QCOMPARE(roles(item), (QVariantList{QString(), "7", {}, {}, {}, {}}));
+    QCOMPARE(page.station->text(), "7");
 
-    item.setData(QStringLiteral("8"), stationRole);
+    item.setData("8", stationRole);
     page.group.fill(&item);
-    QCOMPARE(item.data(stationRole), QVariant(QStringLiteral("8")));
+    QCOMPARE(item.data(stationRole), QVariant("8"));
 
     item.setData(QString(), stationRole);
     page.group.refill(&item);
-    QCOMPARE(item.data(stationRole), QVariant(QStringLiteral("7")));
+    QCOMPARE(item.data(stationRole), QVariant("7"));
 }
 
 void TestFields::unknownEntry_data()
@@ -197,7 +194,7 @@ void TestFields::unknownEntry()
     QFETCH(QString, expected);
     Page page;
     page.parity->fallback(fallback.constData());
-    page.parity->setText(QStringLiteral("EVEN"));
+    page.parity->setText("EVEN");
     QStandardItem item;
     item.setData(stored, parityRole);
     page.group.fill(&item);
@@ -234,9 +231,9 @@ void TestFields::refilledList()
     }
     QStandardItem item;
     page.group.fill(&item);
-    QCOMPARE(page.parity->text(), QStringLiteral("ODD"));
+    QCOMPARE(page.parity->text(), "ODD");
     for (const char *stored : {"unknown", "empty"}) {
-        page.parity->setText(QStringLiteral("EVEN"));
+        page.parity->setText("EVEN");
         const QString text = QLatin1String(stored);
         item.setData(text == QLatin1String("empty") ? QString() : text, parityRole);
         page.group.refill(&item);
@@ -258,12 +255,12 @@ void TestFields::sourceTextsGoByTheFormsClass()
     QVERIFY(QCoreApplication::installTranslator(&translator));
     EmptyPage page;
     const auto *source = page.group.add<ListField>(FormField::noRole, "source", "L:")->entries("a b");
-    const auto *ready = page.group.add<TextField>(FormField::noRole, "ready", QStringLiteral("R:"));
+    const auto *ready = page.group.add<TextField>(FormField::noRole, "ready", QString("R:"));
     const auto *codes = page.group.add<CodedField>(FormField::noRole, "codes", "C:")->choices({{"c", 1}});
-    QCOMPARE(source->label()->text(), QStringLiteral("Test L:"));
-    QCOMPARE(source->text(), QStringLiteral("a"));
-    QCOMPARE(ready->label()->text(), QStringLiteral("R:"));
-    QCOMPARE(codes->box()->currentText(), QStringLiteral("Test c"));
+    QCOMPARE(source->label()->text(), "Test L:");
+    QCOMPARE(source->text(), "a");
+    QCOMPARE(ready->label()->text(), QString("R:"));
+    QCOMPARE(codes->box()->currentText(), "Test c");
 }
 
 void TestFields::flagIsTakenAsBooleanAndAsText_data()
@@ -272,8 +269,8 @@ void TestFields::flagIsTakenAsBooleanAndAsText_data()
     QTest::addColumn<bool>("expected");
     QTest::newRow("boolean true") << QVariant(true) << true;
     QTest::newRow("boolean false") << QVariant(false) << false;
-    QTest::newRow("text true") << QVariant(QStringLiteral("true")) << true;
-    QTest::newRow("text false") << QVariant(QStringLiteral("false")) << false;
+    QTest::newRow("text true") << QVariant("true") << true;
+    QTest::newRow("text false") << QVariant("false") << false;
     QTest::newRow("nothing") << QVariant() << false;
 }
 
@@ -294,19 +291,19 @@ void TestFields::otherSwitchTextsCheckNeitherButton()
     const Page page;
     QVERIFY(!page.on());
     QVERIFY(!page.off());
-    page.power->setText(QStringLiteral("on"));
+    page.power->setText("on");
     QVERIFY(page.on());
     QVERIFY(!page.off());
-    page.power->setText(QStringLiteral("off"));
+    page.power->setText("off");
     QVERIFY(!page.on());
     QVERIFY(page.off());
-    page.power->setText(QStringLiteral("ON"));
+    page.power->setText("ON");
     QVERIFY(!page.on());
     QVERIFY(!page.off());
-    QCOMPARE(page.power->text(), QStringLiteral("off"));
+    QCOMPARE(page.power->text(), "off");
 
-    auto *on = page.widget.findChild<QRadioButton *>(QStringLiteral("powerOn"));
-    page.widget.findChild<QRadioButton *>(QStringLiteral("powerOff"))->click();
+    auto *on = page.widget.findChild<QRadioButton *>("powerOn");
+    page.widget.findChild<QRadioButton *>("powerOff")->click();
     on->click();
     QVERIFY(page.on());
     QVERIFY(!page.off());
@@ -328,20 +325,16 @@ void TestFields::clearEmptiesAndSelectsFirst()
     Page page;
     page.group.fill(&item);
     page.group.clear();
-    QCOMPARE(page.shown(),
-             (QVariantList{QString(), QString(), QStringLiteral("NONE"), false, QStringLiteral("on"),
-                           QString(), QString()}));
+    QCOMPARE(page.shown(), (QVariantList{QString(), QString(), "NONE", false, "on", QString(), QString()}));
 }
 
 void TestFields::setTextReachesOneFieldAndKeepsUnknownEntries()
 {
     const Page page;
-    page.clock->setText(QStringLiteral("12:00"));
-    page.parity->setText(QStringLiteral("EVEN"));
-    page.parity->setText(QStringLiteral("MARK"));
-    QCOMPARE(page.shown(),
-             (QVariantList{QString(), QString(), QStringLiteral("EVEN"), false, QStringLiteral("off"),
-                           QString(), QStringLiteral("12:00")}));
+    page.clock->setText("12:00");
+    page.parity->setText("EVEN");
+    page.parity->setText("MARK");
+    QCOMPARE(page.shown(), (QVariantList{QString(), QString(), "EVEN", false, "off", QString(), "12:00"}));
 }
 
 void TestFields::labelGoesWithItsField()
@@ -377,15 +370,15 @@ void TestFields::unseenFieldsCarryValuesInNoLayout()
     auto *layout = new QFormLayout(&form);
     FieldGroup group("Test");
     group.setPage(&form);
-    const auto *name = group.addUnseen<TextField>(Qt::DisplayRole, "name", QStringLiteral("Name:"));
+    const auto *name = group.addUnseen<TextField>(Qt::DisplayRole, "name", "Name:");
     form.show();
     QCOMPARE(layout->count(), 0);
     for (const QWidget *child : form.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly)) {
         QVERIFY2(!child->isVisible(), qPrintable(child->objectName()));
     }
-    QStandardItem item(QStringLiteral("pump"));
+    QStandardItem item("pump");
     group.fill(&item);
-    QCOMPARE(name->text(), QStringLiteral("pump"));
+    QCOMPARE(name->text(), "pump");
 }
 
 void TestFields::choicesAreStoredAsTheirCodes_data()
@@ -394,10 +387,10 @@ void TestFields::choicesAreStoredAsTheirCodes_data()
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<QVariant>("saved");
     QTest::newRow("number") << false << QVariant(90) << QVariant(90);
-    QTest::newRow("number as a document has it") << false << QVariant(QStringLiteral("90")) << QVariant(90);
+    QTest::newRow("number as a document has it") << false << QVariant("90") << QVariant(90);
     QTest::newRow("unknown") << false << QVariant(3) << QVariant(80);
     QTest::newRow("nothing") << false << QVariant() << QVariant(80);
-    QTest::newRow("no number") << false << QVariant(QStringLiteral("gate")) << QVariant(80);
+    QTest::newRow("no number") << false << QVariant("gate") << QVariant(80);
     QTest::newRow("number, else none") << true << QVariant(90) << QVariant(90);
     QTest::newRow("unknown, so none") << true << QVariant(3) << QVariant();
     QTest::newRow("nothing, so none") << true << QVariant() << QVariant();
@@ -429,7 +422,7 @@ void TestFields::numberedButtonsAreStoredAsANumber_data()
     QTest::addColumn<QVariant>("saved");
     QTest::newRow("first") << QVariant(1) << QVariant(1);
     QTest::newRow("second") << QVariant(2) << QVariant(2);
-    QTest::newRow("as a document has it") << QVariant(QStringLiteral("2")) << QVariant(2);
+    QTest::newRow("as a document has it") << QVariant("2") << QVariant(2);
     QTest::newRow("zero") << QVariant(0) << QVariant(1);
     QTest::newRow("beyond") << QVariant(3) << QVariant(1);
     QTest::newRow("nothing") << QVariant() << QVariant(1);
@@ -440,9 +433,8 @@ void TestFields::numberedButtonsAreStoredAsANumber()
     QFETCH(QVariant, stored);
     QFETCH(QVariant, saved);
     EmptyPage page;
-    page.group.add<NumberedField>(stationRole, "format", "Format:")
-        ->texts({QStringLiteral("plain"), QStringLiteral("own")});
-    page.widget.findChild<QRadioButton *>(QStringLiteral("format2"))->setChecked(true);
+    page.group.add<NumberedField>(stationRole, "format", "Format:")->texts({"plain", "own"});
+    page.widget.findChild<QRadioButton *>("format2")->setChecked(true);
     QStandardItem item;
     item.setData(stored, stationRole);
     page.group.fill(&item);
@@ -456,7 +448,7 @@ void TestFields::checkTakesItsDefaultWhereTheRoleHoldsNothing_data()
     QTest::addColumn<QVariant>("expected");
     QTest::newRow("nothing") << QVariant() << QVariant(true);
     QTest::newRow("off") << QVariant(false) << QVariant(false);
-    QTest::newRow("off as a text") << QVariant(QStringLiteral("false")) << QVariant(QStringLiteral("false"));
+    QTest::newRow("off as a text") << QVariant("false") << QVariant("false");
     QTest::newRow("empty text") << QVariant(QString()) << QVariant(QString());
 }
 
@@ -491,8 +483,8 @@ void TestFields::patternRestrainsTypingAndIsShared()
     const char *pattern = "^[0-9A-F]{0,4}$";
     QLineEdit *edit = page.group.add<TextField>(stationRole, "local", "Local:")->pattern(pattern)->edit();
     const auto *remote = page.group.add<TextField>(secretRole, "remote", "Remote:")->pattern(pattern);
-    QTest::keyClicks(edit, QStringLiteral("4xD57A"));
-    QCOMPARE(edit->text(), QStringLiteral("4D57"));
+    QTest::keyClicks(edit, "4xD57A");
+    QCOMPARE(edit->text(), "4D57");
     QCOMPARE(edit->validator(), remote->edit()->validator());
 }
 
@@ -500,7 +492,7 @@ void TestFields::scriptKeepsItsLines()
 {
     EmptyPage page;
     const auto *script = page.group.add<ScriptField>(secretRole, "script", "Script:");
-    const QString lines = QStringLiteral("var a = 1;\n\treturn a < 2;");
+    const QString lines = "var a = 1;\n\treturn a < 2;";
     QStandardItem item;
     item.setData(lines, secretRole);
     page.group.fill(&item);

@@ -31,18 +31,17 @@ private:
 void TestActivityLog::init()
 {
     m_folder.reset(new QTemporaryDir);
-    QVERIFY(
-        QFile::copy(QCoreApplication::applicationFilePath(), m_folder->filePath(QStringLiteral("program"))));
+    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), m_folder->filePath("program")));
 }
 
 int TestActivityLog::log(const QStringList &messages) const
 {
-    return QProcess::execute(m_folder->filePath(QStringLiteral("program")), messages);
+    return QProcess::execute(m_folder->filePath("program"), messages);
 }
 
 QStringList TestActivityLog::lines() const
 {
-    QFile file(m_folder->filePath(QStringLiteral("MARLINLOG.log")));
+    QFile file(m_folder->filePath("MARLINLOG.log"));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))
                                           : QStringList();
 }
@@ -50,44 +49,41 @@ QStringList TestActivityLog::lines() const
 void TestActivityLog::aLineHasDateTimeAndMessage()
 {
     const QDateTime before = QDateTime::currentDateTime().addMSecs(-1000);
-    QCOMPARE(log({QStringLiteral("BoxEditDialog: save")}), 0);
+    QCOMPARE(log({"BoxEditDialog: save"}), 0);
     const QDateTime after = QDateTime::currentDateTime();
 
     const QStringList written = lines();
     QCOMPARE(written.size(), 2);
     QCOMPARE(written.at(1), QString());
-    QCOMPARE(written.at(0).mid(19), QStringLiteral(": BoxEditDialog: save"));
-    const auto time = QDateTime::fromString(written.at(0).left(19), QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+    QCOMPARE(written.at(0).mid(19), ": BoxEditDialog: save");
+    const auto time = QDateTime::fromString(written.at(0).left(19), "yyyy-MM-dd HH:mm:ss");
     QVERIFY2(time.isValid() && before <= time && time <= after, qPrintable(written.at(0)));
 }
 
 void TestActivityLog::laterRunsAppend()
 {
-    QCOMPARE(
-        log({QStringLiteral("NewProjectDialog: new-nuilt"), QStringLiteral("NewProjectDialog: destroyed")}),
-        0);
-    QCOMPARE(log({QStringLiteral("BoxSearchDialog new-nuilt")}), 0);
+    QCOMPARE(log({"NewProjectDialog: new-nuilt", "NewProjectDialog: destroyed"}), 0);
+    QCOMPARE(log({"BoxSearchDialog new-nuilt"}), 0);
     QStringList messages;
     const QStringList written = lines();
     for (const QString &line : written) {
         messages.append(line.mid(21));
     }
     QCOMPARE(messages,
-             QStringList({QStringLiteral("NewProjectDialog: new-nuilt"),
-                          QStringLiteral("NewProjectDialog: destroyed"),
-                          QStringLiteral("BoxSearchDialog new-nuilt"), QString()}));
+             QStringList({"NewProjectDialog: new-nuilt", "NewProjectDialog: destroyed",
+                          "BoxSearchDialog new-nuilt", QString()}));
 }
 
 void TestActivityLog::fullWidthCharactersAreKept()
 {
-    QCOMPARE(log({QStringLiteral("EditProjectDialog：save")}), 0);
-    QCOMPARE(lines().value(0).mid(21), QStringLiteral("EditProjectDialog：save"));
+    QCOMPARE(log({"EditProjectDialog：save"}), 0);
+    QCOMPARE(lines().value(0).mid(21), "EditProjectDialog：save");
 }
 
 void TestActivityLog::aLogThatCannotBeOpenedIsSkipped()
 {
-    QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("MARLINLOG.log")));
-    QCOMPARE(log({QStringLiteral("BoxEditDialog: save")}), 0);
+    QVERIFY(QDir(m_folder->path()).mkdir("MARLINLOG.log"));
+    QCOMPARE(log({"BoxEditDialog: save"}), 0);
     QCOMPARE(lines(), QStringList());
 }
 

@@ -36,7 +36,7 @@ public:
     // A new project with its folders.
     QStandardItem *addProject(const QString &name)
     {
-        QStandardItem *project = ProjectTree::makeProject(name, QStringLiteral("/nowhere"), QString());
+        QStandardItem *project = ProjectTree::makeProject(name, "/nowhere", QString());
         ProjectTree::appendMissingFolders(project);
         m_model.appendRow(project);
         return project;

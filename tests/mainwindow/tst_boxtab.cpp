@@ -11,9 +11,9 @@
 
 using Window = WindowUnderTest;
 
-static const QString editBox = QStringLiteral("Edit Box");
-static const QString firstAddress = QStringLiteral("127.0.21.1");
-static const QString secondAddress = QStringLiteral("127.0.21.2");
+static const QString editBox = "Edit Box";
+static const QString firstAddress = "127.0.21.1";
+static const QString secondAddress = "127.0.21.2";
 
 // The Box's tab in the real window against Boxes that answer: what ends its session, and what may happen to
 // its node, its tab and the window meanwhile.
@@ -76,9 +76,9 @@ void tst_BoxTab::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_window = std::make_unique<Window>();
     m_boxes = std::make_unique<MessageBoxes>();
-    m_project = m_window->addProject(QStringLiteral("plant"), m_folder->path());
-    m_first = Window::addBox(m_project, QStringLiteral("a"), firstAddress);
-    m_second = Window::addBox(m_project, QStringLiteral("b"), secondAddress);
+    m_project = m_window->addProject("plant", m_folder->path());
+    m_first = Window::addBox(m_project, "a", firstAddress);
+    m_second = Window::addBox(m_project, "b", secondAddress);
 }
 
 void tst_BoxTab::cleanup()
@@ -139,14 +139,13 @@ void tst_BoxTab::endOfTheTabEndsTheSessionFirst()
     QFETCH(QByteArray, ending);
     QFETCH(bool, saves);
     const QPointer<BoxEditDialog> form = open();
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     act(ending);
     Window::settle();
     QVERIFY(!form);
-    QStringList expected{QStringLiteral("BoxEditDialog: disconnect"),
-                         QStringLiteral("BoxEditDialog: destroyed")};
+    QStringList expected{"BoxEditDialog: disconnect", "BoxEditDialog: destroyed"};
     if (saves) {
-        expected.prepend(QStringLiteral("BoxEditDialog: save"));
+        expected.prepend("BoxEditDialog: save");
     }
     QCOMPARE(log.events(), expected);
     QTRY_COMPARE(m_firstSim->connectionCount(), 0);
@@ -155,17 +154,14 @@ void tst_BoxTab::endOfTheTabEndsTheSessionFirst()
 void tst_BoxTab::clickOnAnotherBoxMovesTheSession()
 {
     const BoxEditDialog *form = open();
-    const LogTail log(QStringLiteral("BoxEditDialog"));
+    const LogTail log("BoxEditDialog");
     m_window->click(m_second);
     QCOMPARE(boxForm(), form);
-    QCOMPARE(
-        log.events(),
-        (QStringList{QStringLiteral("BoxEditDialog: replace"), QStringLiteral("BoxEditDialog: disconnect"),
-                     QStringLiteral("BoxEditDialog: connect")}));
+    QCOMPARE(log.events(),
+             (QStringList{"BoxEditDialog: replace", "BoxEditDialog: disconnect", "BoxEditDialog: connect"}));
     QTRY_COMPARE(m_secondSim->sessionCount(), 1);
     QTRY_COMPARE(m_firstSim->connectionCount(), 0);
-    QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(),
-                 QStringLiteral("Connection status: Connected"));
+    QTRY_COMPARE(form->findChild<QLabel *>("statusLabel")->text(), "Connection status: Connected");
     QCOMPARE(m_firstSim->connectionsSeen(), 1);
 }
 
@@ -179,7 +175,7 @@ void tst_BoxTab::formOutlivesItsNode()
     form->saveChanges();
     m_boxes->expect();
     form->saveButton()->click();
-    QCOMPARE(m_boxes->told(), QStringList(QStringLiteral("error|Unable to find parent directory")));
+    QCOMPARE(m_boxes->told(), QStringList("error|Unable to find parent directory"));
     QCOMPARE(m_window->messages(), QStringList());
     QCOMPARE(boxForm(), form);
 }
@@ -190,10 +186,10 @@ void tst_BoxTab::reboundFormOutlivesItsNode()
     m_window->click(m_second);
     m_window->select(m_second);
     m_window->slotDeleteAllFile();
-    form->nameEdit()->setText(QStringLiteral("c"));
+    form->nameEdit()->setText("c");
     form->saveButton()->click();
     QCOMPARE(m_window->messages(), QStringList());
-    QCOMPARE(m_first->text(), QStringLiteral("c"));
+    QCOMPARE(m_first->text(), "c");
     QCOMPARE(m_first->data(boxIpRole).toString(), firstAddress);
 }
 
@@ -201,13 +197,13 @@ void tst_BoxTab::loadingMergesBelowTheForm()
 {
     BoxEditDialog *form = open();
     const QJsonObject document = m_window->buildProjectJson(m_project);
-    m_first->setData(QStringLiteral("10.1.1.1"), boxLanIpRole);
+    m_first->setData("10.1.1.1", boxLanIpRole);
     QCOMPARE(loadProject(*m_window->projectModel(), document, m_folder->path()), m_project);
     QCOMPARE(m_first->data(boxLanIpRole).toString(), QString());
-    Window::input<QLineEdit>(form, "lanIp")->setText(QStringLiteral("10.1.1.2"));
+    Window::input<QLineEdit>(form, "lanIp")->setText("10.1.1.2");
     form->saveButton()->click();
-    QCOMPARE(m_first->data(boxLanIpRole).toString(), QStringLiteral("10.1.1.2"));
-    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The box 'a' is saved successfully.")));
+    QCOMPARE(m_first->data(boxLanIpRole).toString(), "10.1.1.2");
+    QCOMPARE(m_window->messages(), QStringList("The box 'a' is saved successfully."));
 }
 
 void tst_BoxTab::waitForTheVerdictMayBeCutShort_data()
@@ -233,7 +229,7 @@ void tst_BoxTab::waitForTheVerdictMayBeCutShort()
     QVERIFY2(clock.elapsed() < 4000, "the wait went on without its form");
     QVERIFY(!form);
     QCOMPARE(m_window->messages(), QStringList());
-    QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("temp.json"))));
+    QVERIFY(!QFile::exists(m_folder->filePath("temp.json")));
     QTRY_COMPARE(m_firstSim->connectionCount(), 0);
 }
 

@@ -9,16 +9,16 @@ struct OldDock {
     enum DockWidgetFeature { DockWidgetClosable = 0x001 };
     enum eState { StateHidden, StateDocked, StateFloating };
     explicit OldDock(const QString &title)
-        : log{QStringLiteral("dock ") + title}
+        : log{"dock " + title}
     {
     }
     void setFeature(DockWidgetFeature feature, bool on)
     {
-        log.append(QStringLiteral("feature %1 %2").arg(feature).arg(on));
+        log.append(QString("feature %1 %2").arg(feature).arg(on));
     }
     void setToolBarStyle(Qt::ToolButtonStyle style, eState state)
     {
-        log.append(QStringLiteral("style %1 %2").arg(style).arg(state));
+        log.append(QString("style %1 %2").arg(style).arg(state));
     }
     QStringList log;
 };
@@ -27,7 +27,7 @@ struct OldManager {
     enum eConfigFlag { FocusHighlighting = 0x200000 };
     static void setConfigFlag(eConfigFlag flag, bool on)
     {
-        log.append(QStringLiteral("flag %1 %2").arg(flag).arg(on));
+        log.append(QString("flag %1 %2").arg(flag).arg(on));
     }
     static QStringList log;
 };
@@ -39,15 +39,15 @@ struct NewManager {
     Q_DECLARE_FLAGS(AutoHideFlags, eAutoHideFlag)
     static void setConfigFlag(eConfigFlag flag, bool on)
     {
-        log.append(QStringLiteral("flag %1 %2").arg(flag).arg(on));
+        log.append(QString("flag %1 %2").arg(flag).arg(on));
     }
     static void setAutoHideConfigFlags(AutoHideFlags flags)
     {
-        log.append(QStringLiteral("auto-hide %1").arg(int(flags), 0, 16));
+        log.append(QString("auto-hide %1").arg(int(flags), 0, 16));
     }
     template <class State> void setDockWidgetToolBarStyle(Qt::ToolButtonStyle style, State state)
     {
-        log.append(QStringLiteral("style %1 %2").arg(style).arg(state));
+        log.append(QString("style %1 %2").arg(style).arg(state));
     }
     static QStringList log;
 };
@@ -57,16 +57,16 @@ struct NewDock {
     enum DockWidgetFeature { DockWidgetClosable = 0x001, DockWidgetPinnable = 0x200 };
     enum eState { StateHidden, StateDocked, StateFloating };
     NewDock(NewManager *manager, const QString &title)
-        : log{QStringLiteral("dock %1 of %2").arg(title, QLatin1String(manager ? "its manager" : "none"))}
+        : log{QString("dock %1 of %2").arg(title, QLatin1String(manager ? "its manager" : "none"))}
     {
     }
     [[deprecated]] explicit NewDock(const QString &title)
-        : log{QStringLiteral("dock ") + title}
+        : log{"dock " + title}
     {
     }
     void setFeature(DockWidgetFeature feature, bool on)
     {
-        log.append(QStringLiteral("feature %1 %2").arg(feature).arg(on));
+        log.append(QString("feature %1 %2").arg(feature).arg(on));
     }
     QStringList log;
 };
@@ -95,11 +95,11 @@ void TestDocking::theOldGenerationGetsWhatItHas()
     OldManager manager;
     Docking::configureOf<OldManager>();
     Docking::setFloatingToolBarStyleOf<OldDock>(&manager);
-    QCOMPARE(OldManager::log, QStringList(QStringLiteral("flag 2097152 1")));
+    QCOMPARE(OldManager::log, QStringList("flag 2097152 1"));
 
-    const QScopedPointer<OldDock> dock(Docking::makeDockOf<OldDock>(&manager, QStringLiteral("Table 0")));
+    const QScopedPointer<OldDock> dock(Docking::makeDockOf<OldDock>(&manager, "Table 0"));
     Docking::setPinnableOf(dock.data(), false);
-    QCOMPARE(dock->log, QStringList({QStringLiteral("dock Table 0"), QStringLiteral("style 0 2")}));
+    QCOMPARE(dock->log, QStringList({"dock Table 0", "style 0 2"}));
 }
 
 void TestDocking::theNewGenerationGetsEverything()
@@ -107,14 +107,11 @@ void TestDocking::theNewGenerationGetsEverything()
     NewManager manager;
     Docking::configureOf<NewManager>();
     Docking::setFloatingToolBarStyleOf<NewDock>(&manager);
-    QCOMPARE(NewManager::log,
-             QStringList({QStringLiteral("flag 2097152 1"), QStringLiteral("auto-hide 103"),
-                          QStringLiteral("style 0 2")}));
+    QCOMPARE(NewManager::log, QStringList({"flag 2097152 1", "auto-hide 103", "style 0 2"}));
 
-    const QScopedPointer<NewDock> dock(Docking::makeDockOf<NewDock>(&manager, QStringLiteral("Table 0")));
+    const QScopedPointer<NewDock> dock(Docking::makeDockOf<NewDock>(&manager, "Table 0"));
     Docking::setPinnableOf(dock.data(), false);
-    QCOMPARE(dock->log,
-             QStringList({QStringLiteral("dock Table 0 of its manager"), QStringLiteral("feature 512 0")}));
+    QCOMPARE(dock->log, QStringList({"dock Table 0 of its manager", "feature 512 0"}));
 }
 
 void TestDocking::theInstalledLibraryIsConfigured()
@@ -125,9 +122,9 @@ void TestDocking::theInstalledLibraryIsConfigured()
 
     ads::CDockManager manager;
     Docking::setFloatingToolBarStyle(&manager);
-    ads::CDockWidget *dock = Docking::makeDock(&manager, QStringLiteral("Table 0"));
+    ads::CDockWidget *dock = Docking::makeDock(&manager, "Table 0");
     manager.addDockWidget(ads::CenterDockWidgetArea, dock);
-    QCOMPARE(dock->objectName(), QStringLiteral("Table 0"));
+    QCOMPARE(dock->objectName(), "Table 0");
     QCOMPARE(dock->toolBarStyle(ads::CDockWidget::StateFloating), Qt::ToolButtonIconOnly);
     Docking::setPinnable(dock, false);
     QCOMPARE(dock->features(),

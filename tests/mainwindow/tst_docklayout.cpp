@@ -87,7 +87,7 @@ QString TestDockLayout::layout() const
     const auto all = docks();
     for (const CDockWidget *dock : all) {
         const QRect place(dock->mapTo(m_window.data(), QPoint(0, 0)), dock->size());
-        result.append(QStringLiteral("%1 %2 %3+%4 %5x%6")
+        result.append(QString("%1 %2 %3+%4 %5x%6")
                           .arg(dock->windowTitle(), QLatin1String(dock->isClosed() ? "closed" : "open"))
                           .arg(place.x())
                           .arg(place.y())
@@ -132,7 +132,7 @@ void TestDockLayout::createPerspective(const QString &name)
             action->trigger();
         }
     }
-    QCOMPARE(asked, QStringLiteral("Save Perspective|Enter unique name:"));
+    QCOMPARE(asked, "Save Perspective|Enter unique name:");
 }
 
 void TestDockLayout::theFixedDocksHaveTheirFeatures_data()
@@ -228,13 +228,13 @@ void TestDockLayout::onlyTheMessageDockHasAWorkingCloseButton()
 void TestDockLayout::theMessageDockComesBackThroughTheViewMenu()
 {
     CDockWidget *message = docks().at(2);
-    m_window->appendMessage(QStringLiteral("kept"));
+    m_window->appendMessage("kept");
     message->closeDockWidget();
     QVERIFY(message->isClosed());
     m_window->viewMenu()->actions().at(2)->trigger();
     QVERIFY(!message->isClosed());
     QVERIFY(m_window->messageEditor()->isVisible());
-    QCOMPARE(m_window->messageEditor()->toPlainText(), QStringLiteral("kept"));
+    QCOMPARE(m_window->messageEditor()->toPlainText(), "kept");
 }
 
 void TestDockLayout::theTreeIsSetUpForOneColumn()
@@ -261,8 +261,8 @@ void TestDockLayout::aSelectedNodeIsDarkOnLightWhateverThePlatformsColours()
     const QPalette shown = m_window->projectTree()->palette();
     QApplication::setPalette(platform);
     for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        QCOMPARE(shown.color(group, QPalette::Highlight).name(), QStringLiteral("#cfe6f7"));
-        QCOMPARE(shown.color(group, QPalette::HighlightedText).name(), QStringLiteral("#1e1e1e"));
+        QCOMPARE(shown.color(group, QPalette::Highlight).name(), "#cfe6f7");
+        QCOMPARE(shown.color(group, QPalette::HighlightedText).name(), "#1e1e1e");
         QCOMPARE(shown.color(group, QPalette::Base), QColor(Qt::black));
     }
 }
@@ -272,7 +272,7 @@ void TestDockLayout::monitoringTabsAreNotClosedByTheirButton()
     QTabWidget *tabs = m_window->monitoringTabs();
     QCOMPARE(docks().at(0)->widget(), static_cast<QWidget *>(tabs));
     QVERIFY(tabs->tabsClosable() && tabs->isMovable());
-    tabs->addTab(new QWidget, QStringLiteral("Riverside-1"));
+    tabs->addTab(new QWidget, "Riverside-1");
     emit tabs->tabCloseRequested(0);
     QCOMPARE(tabs->count(), 1);
     QVERIFY(docks().at(0)->toolBar());
@@ -282,19 +282,19 @@ void TestDockLayout::theOptionsMenuClearsTheMessages()
 {
     const QList<QAction *> actions = docks().at(2)->titleBarActions();
     QCOMPARE(actions.size(), 1);
-    QCOMPARE(actions.first()->objectName(), QStringLiteral("optionsMenu"));
-    QVERIFY(docks().at(2)->dockAreaWidget()->findChild<QAbstractButton *>(QStringLiteral("optionsMenu")));
+    QCOMPARE(actions.first()->objectName(), "optionsMenu");
+    QVERIFY(docks().at(2)->dockAreaWidget()->findChild<QAbstractButton *>("optionsMenu"));
     const QMenu *options = actions.first()->menu();
-    QCOMPARE(options->objectName(), QStringLiteral("optionsMenu"));
+    QCOMPARE(options->objectName(), "optionsMenu");
     QCOMPARE(options->title(), CMainWindow::tr("Options"));
     QCOMPARE(options->toolTip(), CMainWindow::tr("Options"));
     QVERIFY(!options->icon().isNull());
     QCOMPARE(options->actions().size(), 1);
     QCOMPARE(options->actions().first()->text(), CMainWindow::tr("Clear Editor"));
 
-    QCOMPARE(m_window->messageEditor()->placeholderText(), QStringLiteral("Message:"));
-    QCOMPARE(m_window->messageEditor()->styleSheet(), QStringLiteral("border: none"));
-    m_window->appendMessage(QStringLiteral("gone soon"));
+    QCOMPARE(m_window->messageEditor()->placeholderText(), "Message:");
+    QCOMPARE(m_window->messageEditor()->styleSheet(), "border: none");
+    m_window->appendMessage("gone soon");
     options->actions().first()->trigger();
     QCOMPARE(m_window->messageEditor()->toPlainText(), QString());
 }
@@ -306,14 +306,13 @@ void TestDockLayout::savingAndRestoringLeavesTheLayout()
     const QString before = layout();
     const QRect geometry = m_window->geometry();
     QTest::ignoreMessage(QtDebugMsg, "MainWindow::on_actionSaveState_triggered");
-    m_window->findChild<QAction *>(QStringLiteral("actionSaveState"))->trigger();
+    m_window->findChild<QAction *>("actionSaveState")->trigger();
     QTest::ignoreMessage(QtDebugMsg, "MainWindow::on_actionRestoreState_triggered");
-    m_window->findChild<QAction *>(QStringLiteral("actionRestoreState"))->trigger();
+    m_window->findChild<QAction *>("actionRestoreState")->trigger();
     QTRY_COMPARE(layout(), before);
     QCOMPARE(m_window->geometry(), geometry);
-    QCOMPARE(QSettings(QStringLiteral("Settings.ini"), QSettings::IniFormat).allKeys(),
-             QStringList({QStringLiteral("mainWindow/DockingState"), QStringLiteral("mainWindow/Geometry"),
-                          QStringLiteral("mainWindow/State")}));
+    QCOMPARE(QSettings("Settings.ini", QSettings::IniFormat).allKeys(),
+             QStringList({"mainWindow/DockingState", "mainWindow/Geometry", "mainWindow/State"}));
 }
 
 void TestDockLayout::restoringBringsASavedLayoutBack()
@@ -357,34 +356,34 @@ void TestDockLayout::perspectivesAreUnplaced()
     QCOMPARE(perspectives()->sizePolicy().horizontalPolicy(), QSizePolicy::Preferred);
     QCOMPARE(perspectives()->sizePolicy().verticalPolicy(), QSizePolicy::Preferred);
     QVERIFY(m_window->findChild<QWidgetAction *>()->associatedWidgets().isEmpty());
-    const auto *create = m_window->findChild<QAction *>(QStringLiteral("createPerspectiveAction"));
+    const auto *create = m_window->findChild<QAction *>("createPerspectiveAction");
     QVERIFY(create->associatedWidgets().isEmpty());
     QCOMPARE(perspectiveNames(), QStringList());
 }
 
 void TestDockLayout::aPerspectiveIsStoredAndOpened()
 {
-    createPerspective(QStringLiteral("All"));
+    createPerspective("All");
     docks().at(2)->closeDockWidget();
-    createPerspective(QStringLiteral("No messages"));
-    QCOMPARE(perspectiveNames(), QStringList({QStringLiteral("All"), QStringLiteral("No messages")}));
-    QCOMPARE(perspectives()->currentText(), QStringLiteral("No messages"));
-    QVERIFY(QFile::exists(QStringLiteral("Settings.ini")));
+    createPerspective("No messages");
+    QCOMPARE(perspectiveNames(), QStringList({"All", "No messages"}));
+    QCOMPARE(perspectives()->currentText(), "No messages");
+    QVERIFY(QFile::exists("Settings.ini"));
 
-    choosePerspective(QStringLiteral("All"));
+    choosePerspective("All");
     QVERIFY(!docks().at(2)->isClosed());
-    choosePerspective(QStringLiteral("No messages"));
+    choosePerspective("No messages");
     QVERIFY(docks().at(2)->isClosed());
 }
 
 void TestDockLayout::aPerspectiveOfTheSameNameIsReplaced()
 {
-    createPerspective(QStringLiteral("Mine"));
+    createPerspective("Mine");
     docks().at(2)->closeDockWidget();
-    createPerspective(QStringLiteral("Mine"));
-    QCOMPARE(perspectiveNames(), QStringList(QStringLiteral("Mine")));
+    createPerspective("Mine");
+    QCOMPARE(perspectiveNames(), QStringList("Mine"));
     docks().at(2)->toggleView(true);
-    choosePerspective(QStringLiteral("Mine"));
+    choosePerspective("Mine");
     QVERIFY(docks().at(2)->isClosed());
 }
 
@@ -392,15 +391,15 @@ void TestDockLayout::anEmptyPerspectiveNameChangesNothing()
 {
     createPerspective(QString());
     QCOMPARE(perspectiveNames(), QStringList());
-    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(!QFile::exists("Settings.ini"));
 }
 
 void TestDockLayout::storedPerspectivesAreOfferedAtStart()
 {
-    createPerspective(QStringLiteral("Evening"));
-    createPerspective(QStringLiteral("Morning"));
+    createPerspective("Evening");
+    createPerspective("Morning");
     m_window.reset(new CMainWindow);
-    QCOMPARE(perspectiveNames(), QStringList({QStringLiteral("Evening"), QStringLiteral("Morning")}));
+    QCOMPARE(perspectiveNames(), QStringList({"Evening", "Morning"}));
     QCOMPARE(m_window->dockManager()->perspectiveNames(), perspectiveNames());
 }
 

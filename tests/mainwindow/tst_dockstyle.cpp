@@ -61,7 +61,7 @@ void TestDockStyle::titleBarsTellTheirButtons()
     for (const QAbstractButton *button : buttons) {
         QCOMPARE(button->accessibleName(), button->toolTip());
     }
-    const auto scrollAreas = manager->findChildren<QScrollArea *>(QStringLiteral("dockWidgetScrollArea"));
+    const auto scrollAreas = manager->findChildren<QScrollArea *>("dockWidgetScrollArea");
     QVERIFY(!scrollAreas.isEmpty());
     for (const QScrollArea *scrollArea : scrollAreas) {
         QCOMPARE(scrollArea->focusPolicy(), Qt::NoFocus);
@@ -73,7 +73,7 @@ void TestDockStyle::anotherSheetTakesThePlace()
     QMainWindow window;
     auto *manager = new ads::CDockManager(&window);
     DockStyle::applyVisualStudio(manager);
-    QFile file(QStringLiteral(":/adsdemo/res/visual_studio_light.css"));
+    QFile file(":/adsdemo/res/visual_studio_light.css");
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(manager->styleSheet(), QString::fromUtf8(file.readAll()));
 }
@@ -83,8 +83,8 @@ void TestDockStyle::selectionIsDarkOnLight()
     QTreeView tree;
     DockStyle::makeSelectionReadable(&tree);
     for (auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        QCOMPARE(tree.palette().color(group, QPalette::Highlight).name(), QStringLiteral("#cfe6f7"));
-        QCOMPARE(tree.palette().color(group, QPalette::HighlightedText).name(), QStringLiteral("#1e1e1e"));
+        QCOMPARE(tree.palette().color(group, QPalette::Highlight).name(), "#cfe6f7");
+        QCOMPARE(tree.palette().color(group, QPalette::HighlightedText).name(), "#1e1e1e");
     }
 }
 

@@ -91,9 +91,9 @@ void TestDormantDocks::anEditorFloatsUnlessToldOtherwise()
     QCOMPARE(editor->placeholderText(),
              CMainWindow::tr("This is an editor. If you close the editor, it will be deleted. "
                              "Enter your text here."));
-    QCOMPARE(editor->styleSheet(), QStringLiteral("border: none"));
-    QCOMPARE(dock->titleBarActions().first()->objectName(), QStringLiteral("optionsMenu"));
-    QCOMPARE(dock->titleBarActions().first()->menu()->objectName(), QStringLiteral("optionsMenu"));
+    QCOMPARE(editor->styleSheet(), "border: none");
+    QCOMPARE(dock->titleBarActions().first()->objectName(), "optionsMenu");
+    QCOMPARE(dock->titleBarActions().first()->menu()->objectName(), "optionsMenu");
 }
 
 void TestDormantDocks::dockedEditorsShareAnAreaOrSplitIt()
@@ -181,8 +181,8 @@ void TestDormantDocks::aPictureIsScaledFromItsMenu()
 {
     CImageViewer viewer;
     viewer.resize(300, 200);
-    QVERIFY(!viewer.loadFile(QStringLiteral("missing.png")));
-    QVERIFY(viewer.loadFile(QStringLiteral(":/adsdemo/images/picture-1.png")));
+    QVERIFY(!viewer.loadFile("missing.png"));
+    QVERIFY(viewer.loadFile(":/adsdemo/images/picture-1.png"));
     QStringList texts;
     const QList<QAction *> actions = viewer.actions();
     for (const QAction *action : actions) {
@@ -211,7 +211,7 @@ void TestDormantDocks::theTitleOfTheLastEditorIsToggled()
     const CDockWidget *dock = make(trigger(SLOT(createEditor())));
     const QString title = dock->windowTitle();
     m_window->toggleDockWidgetWindowTitle();
-    QCOMPARE(dock->windowTitle(), title + QStringLiteral(" (Test)"));
+    QCOMPARE(dock->windowTitle(), title + " (Test)");
     m_window->toggleDockWidgetWindowTitle();
     QCOMPARE(dock->windowTitle(), title);
 }
@@ -232,9 +232,7 @@ void TestDormantDocks::theStatusDialogShowsTheChosenDock()
         dialog->reject();
     });
     m_window->showStatusDialog();
-    QCOMPARE(shown,
-             QStringList({QStringLiteral("currentTabCheckBox"), QStringLiteral("closableCheckBox"),
-                          QStringLiteral("movableCheckBox")}));
+    QCOMPARE(shown, QStringList({"currentTabCheckBox", "closableCheckBox", "movableCheckBox"}));
 }
 
 void TestDormantDocks::aPictureMayCloseBelowItsFileDialog()

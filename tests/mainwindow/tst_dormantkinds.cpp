@@ -35,7 +35,7 @@ private:
     QScopedPointer<Window> m_window;
 };
 
-static const QString fourFolders = QStringLiteral("plant(Standard() Service(IEC61850()) Box() Data())");
+static const QString fourFolders = "plant(Standard() Service(IEC61850()) Box() Data())";
 
 void TestDormantKinds::initTestCase()
 {
@@ -88,25 +88,25 @@ void TestDormantKinds::noActionLeadsToThem_data()
 void TestDormantKinds::noActionLeadsToThem()
 {
     QFETCH(int, index);
-    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    const QStandardItem *project = m_window->addProject("plant");
     QList<const QStandardItem *> nodes;
     for (const QString &text : {ProjectTree::plcFolder, ProjectTree::serverFolder}) {
         QStandardItem *folder =
             ProjectTree::appendDefinition(m_window->projectModel()->item(0), text, QString());
-        QStandardItem *one = ProjectTree::appendDefinition(folder, QStringLiteral("one"), QString());
-        one->setData(QStringLiteral("MQTT"), serverProtocolRole);
+        QStandardItem *one = ProjectTree::appendDefinition(folder, "one", QString());
+        one->setData("MQTT", serverProtocolRole);
         nodes += {folder, one};
     }
     const QStringList before = ProjectDump::tree(project);
-    const QRegularExpression ofThem(QStringLiteral("PLC|Server|ImportData"));
+    const QRegularExpression ofThem("PLC|Server|ImportData");
     for (const QStandardItem *node : qAsConst(nodes)) {
         m_window->select(node);
         ModalDialogs dialogs;
         MessageBoxes boxes;
         actions().at(index)->trigger();
         QCOMPARE(dialogs.unexpected().filter(ofThem), QStringList());
-        QCOMPARE(m_window->countOf(QStringLiteral("Edit PLC")), 0);
-        QCOMPARE(m_window->countOf(QStringLiteral("Edit Server")), 0);
+        QCOMPARE(m_window->countOf("Edit PLC"), 0);
+        QCOMPARE(m_window->countOf("Edit Server"), 0);
         for (const QWidget *top : QApplication::topLevelWidgets()) {
             QVERIFY(!QString::fromLatin1(top->metaObject()->className()).contains(ofThem));
         }
@@ -116,7 +116,7 @@ void TestDormantKinds::noActionLeadsToThem()
 
 void TestDormantKinds::newProjectHasNoFolderForThem()
 {
-    m_window->addProject(QStringLiteral("plant"));
+    m_window->addProject("plant");
     QCOMPARE(shape(), fourFolders);
 }
 
@@ -124,7 +124,7 @@ void TestDormantKinds::newProjectHasNoFolderForThem()
 void TestDormantKinds::loadedProjectHasNoFolderForThem()
 {
     const QTemporaryDir dir;
-    const QString file = dir.filePath(QStringLiteral("plant.json"));
+    const QString file = dir.filePath("plant.json");
     QByteArray json = R"({"name": "plant", "services": [{"name": "IEC61850", "protocol": "IEC61850"}])";
     for (const char *key : {"PLC", "plc", "PLCs", "plcs", "Server", "server", "Servers", "servers"}) {
         json += QByteArray(", \"") + key + R"(": [{"name": "one", "protocol": "MQTT"}])";

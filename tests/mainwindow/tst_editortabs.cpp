@@ -64,7 +64,7 @@ static QString title(EditorTab kind)
 
 void tst_EditorTabs::init()
 {
-    QFile::remove(QStringLiteral("Settings.ini"));
+    QFile::remove("Settings.ini");
     m_window.reset(new Window);
     m_tabs.reset(new EditorTabs(m_window->dockManager(), m_window->viewMenu(), nullptr));
 }
@@ -356,17 +356,17 @@ struct Form : QDialog {
 
 void tst_EditorTabs::renamingSavesAndCloses()
 {
-    QStandardItem *item = Window::addBox(m_window->addProject(QStringLiteral("plant")), QStringLiteral("a"));
-    Window::addBox(m_window->projectModel()->item(0), QStringLiteral("b"));
+    QStandardItem *item = Window::addBox(m_window->addProject("plant"), "a");
+    Window::addBox(m_window->projectModel()->item(0), "b");
     item->parent()->setRowCount(3); // A row without an item is passed over.
     auto *form = new Form;
     const QPointer<ads::CDockWidget> tab = m_tabs->make(first, form);
     m_tabs->place(tab, first);
     EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
-    form->name->setText(QStringLiteral("c"));
+    form->name->setText("c");
     form->save->click();
-    QCOMPARE(item->text(), QStringLiteral("c"));
-    QCOMPARE(form->saved, QStringList(QStringLiteral("c")));
+    QCOMPARE(item->text(), "c");
+    QCOMPARE(form->saved, QStringList("c"));
     QCOMPARE(m_tabs->find(first), nullptr);
     settle();
     QVERIFY(!tab);
@@ -377,14 +377,14 @@ void tst_EditorTabs::renamingRefuses_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("topLevel");
     QTest::addColumn<QString>("told");
-    const QString noName = QStringLiteral("invalid name|Name cannot be null");
-    const QString noParent = QStringLiteral("error|Unable to find parent directory");
+    const QString noName = "invalid name|Name cannot be null";
+    const QString noParent = "error|Unable to find parent directory";
     QTest::newRow("no name") << QString() << false << noName;
     QTest::newRow("no name before no parent") << QString() << true << noName;
-    QTest::newRow("no parent") << QStringLiteral("c") << true << noParent;
-    QTest::newRow("name of a sibling") << QStringLiteral("b") << false
-                                       << QStringLiteral("Duplicate name|The name\"b\"already exists, please "
-                                                         "change the name.");
+    QTest::newRow("no parent") << "c" << true << noParent;
+    QTest::newRow("name of a sibling") << "b" << false
+                                       << "Duplicate name|The name\"b\"already exists, please "
+                                          "change the name.";
 }
 
 void tst_EditorTabs::renamingRefuses()
@@ -392,9 +392,9 @@ void tst_EditorTabs::renamingRefuses()
     QFETCH(QString, name);
     QFETCH(bool, topLevel);
     QFETCH(QString, told);
-    QStandardItem *project = m_window->addProject(QStringLiteral("a"));
-    QStandardItem *box = Window::addBox(project, QStringLiteral("a"));
-    Window::addBox(project, QStringLiteral("b"));
+    QStandardItem *project = m_window->addProject("a");
+    QStandardItem *box = Window::addBox(project, "a");
+    Window::addBox(project, "b");
     QStandardItem *item = topLevel ? project : box;
     auto *form = new Form;
     ads::CDockWidget *tab = m_tabs->make(first, form);
@@ -405,48 +405,48 @@ void tst_EditorTabs::renamingRefuses()
     boxes.expect();
     form->save->click();
     QCOMPARE(boxes.told(), QStringList(told));
-    QCOMPARE(item->text(), QStringLiteral("a"));
+    QCOMPARE(item->text(), "a");
     QCOMPARE(form->saved, QStringList());
     QCOMPARE(m_tabs->find(first), tab);
 }
 
 void tst_EditorTabs::renamingKeepsTheItemOfTheFirstOpening()
 {
-    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
-    QStandardItem *opened = Window::addBox(project, QStringLiteral("a"));
-    const QStandardItem *sibling = Window::addBox(project, QStringLiteral("b"));
+    const QStandardItem *project = m_window->addProject("plant");
+    QStandardItem *opened = Window::addBox(project, "a");
+    const QStandardItem *sibling = Window::addBox(project, "b");
     auto *form = new Form;
     ads::CDockWidget *tab = m_tabs->make(first, form);
     m_tabs->place(tab, first);
     EditorTabs::renameOnSave(form->renaming(), opened, tab, m_window.data());
     // The form now shows the sibling.
-    form->name->setText(QStringLiteral("b"));
+    form->name->setText("b");
     MessageBoxes boxes;
     boxes.expect();
     form->save->click();
     QCOMPARE(boxes.told().size(), 1);
     QCOMPARE(form->saved, QStringList());
-    form->name->setText(QStringLiteral("c"));
+    form->name->setText("c");
     form->save->click();
-    QCOMPARE(opened->text(), QStringLiteral("c"));
-    QCOMPARE(sibling->text(), QStringLiteral("b"));
-    QCOMPARE(form->saved, QStringList(QStringLiteral("c")));
+    QCOMPARE(opened->text(), "c");
+    QCOMPARE(sibling->text(), "b");
+    QCOMPARE(form->saved, QStringList("c"));
 }
 
 void tst_EditorTabs::renamingWithoutItsItemFindsNoParent()
 {
-    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
-    QStandardItem *item = Window::addBox(project, QStringLiteral("a"));
+    const QStandardItem *project = m_window->addProject("plant");
+    QStandardItem *item = Window::addBox(project, "a");
     auto *form = new Form;
     ads::CDockWidget *tab = m_tabs->make(first, form);
     m_tabs->place(tab, first);
     EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
     item->parent()->removeRow(0);
-    form->name->setText(QStringLiteral("c"));
+    form->name->setText("c");
     MessageBoxes boxes;
     boxes.expect();
     form->save->click();
-    QCOMPARE(boxes.told(), QStringList(QStringLiteral("error|Unable to find parent directory")));
+    QCOMPARE(boxes.told(), QStringList("error|Unable to find parent directory"));
     QCOMPARE(form->saved, QStringList());
     QCOMPARE(m_tabs->find(first), tab);
 }

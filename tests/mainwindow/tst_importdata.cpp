@@ -54,7 +54,7 @@ Dialog open(CMainWindow *window)
 
 void setPoints(QStandardItem *standard, const RowList &rows)
 {
-    standard->setData(QVariant::fromValue(GroupMap{{QStringLiteral("Modbus-1"), rows}}), standardDatasRole);
+    standard->setData(QVariant::fromValue(GroupMap{{"Modbus-1", rows}}), standardDatasRole);
 }
 
 QStringList firstColumn(const QAbstractItemModel &model)
@@ -73,20 +73,20 @@ QStringList pointsOf(ImportDataDialog *dialog, const QString &standard)
     const QModelIndexList found =
         tree.match(tree.index(0, 0), Qt::DisplayRole, standard, 1, Qt::MatchExactly | Qt::MatchRecursive);
     if (found.isEmpty()) {
-        return {QStringLiteral("not in the tree")};
+        return {"not in the tree"};
     }
     dialog->onTreeViewClicked(found.first());
     return firstColumn(*dialog->findChild<QTableView *>()->model());
 }
 
 const RowList onePump{{"", "1", "ABCD", "false", "false"}, {"0", "speed", "int16", "1", "r"}};
-const QString editServer = QStringLiteral("Edit Server");
+const QString editServer = "Edit Server";
 
 // A project with the Standard "pumps", which has the point "speed", and a folder for Servers.
 QStandardItem *addPlant(WindowUnderTest *window)
 {
-    QStandardItem *project = window->addProject(QStringLiteral("Riverside"));
-    setPoints(window->addStandard(project, QStringLiteral("pumps"), QStringLiteral("Modbus")), onePump);
+    QStandardItem *project = window->addProject("Riverside");
+    setPoints(window->addStandard(project, "pumps", "Modbus"), onePump);
     return ProjectTree::appendDefinition(project, ProjectTree::serverFolder, QString());
 }
 
@@ -109,9 +109,8 @@ QStandardItem *addServer(QStandardItem *folder, const QString &name, const QStri
 void pickSpeed(ImportDataDialog *dialog)
 {
     auto *tree = dialog->findChild<QTreeView *>();
-    const QModelIndexList pumps =
-        tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, QStringLiteral("pumps"), 1,
-                             Qt::MatchExactly | Qt::MatchRecursive);
+    const QModelIndexList pumps = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, "pumps",
+                                                       1, Qt::MatchExactly | Qt::MatchRecursive);
     tree->setCurrentIndex(pumps.value(0));
     dialog->findChild<QTableView *>()->selectRow(0);
     WindowUnderTest::press(dialog, "okButton");
@@ -150,9 +149,9 @@ QStringList contents(const QWidget *form)
 void addFormsWithTables()
 {
     QTest::addColumn<QString>("row");
-    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("holdingRegisters|pumps|speed|int16|0|1");
-    QTest::newRow("HJ212") << QStringLiteral("points|pumps|speed|");
-    QTest::newRow("SL651") << QStringLiteral("points|pumps|speed|");
+    QTest::newRow("ModbusTCP(Slave)") << "holdingRegisters|pumps|speed|int16|0|1";
+    QTest::newRow("HJ212") << "points|pumps|speed|";
+    QTest::newRow("SL651") << "points|pumps|speed|";
 }
 
 } // namespace
@@ -162,7 +161,7 @@ void TestImportData::dialogWithoutACurrentItemStaysHidden()
     Dialog dialog;
     {
         WindowUnderTest window;
-        window.addProject(QStringLiteral("Riverside"));
+        window.addProject("Riverside");
         window.projectTree()->setCurrentIndex(QModelIndex());
         QTest::ignoreMessage(QtDebugMsg, "No project selected.");
         dialog = open(&window);
@@ -186,11 +185,9 @@ void TestImportData::opensForTheProjectOfTheCurrentItem()
 {
     QFETCH(QStringList, path);
     WindowUnderTest window;
-    setPoints(window.addStandard(window.addProject(QStringLiteral("Hillside")), QStringLiteral("pumps"),
-                                 QStringLiteral("Modbus")),
-              {});
-    QStandardItem *current = window.addProject(QStringLiteral("Riverside"));
-    setPoints(window.addStandard(current, QStringLiteral("pumps"), QStringLiteral("Modbus")), onePump);
+    setPoints(window.addStandard(window.addProject("Hillside"), "pumps", "Modbus"), {});
+    QStandardItem *current = window.addProject("Riverside");
+    setPoints(window.addStandard(current, "pumps", "Modbus"), onePump);
     for (const QString &text : path) {
         current = ProjectTree::childNamed(current, text);
     }
@@ -201,31 +198,30 @@ void TestImportData::opensForTheProjectOfTheCurrentItem()
     QVERIFY(dialog->isVisible());
     QVERIFY(!dialog->isModal());
     QCOMPARE(dialog->parent(), &window);
-    QCOMPARE(dialog->projectName(), QStringLiteral("Riverside"));
-    QCOMPARE(dialog->projectDescription(), QStringLiteral("about Riverside"));
-    QCOMPARE(firstColumn(*dialog->findChild<QTreeView *>()->model()),
-             QStringList(QStringLiteral("Riverside")));
-    QCOMPARE(pointsOf(dialog, QStringLiteral("pumps")), QStringList(QStringLiteral("speed")));
+    QCOMPARE(dialog->projectName(), "Riverside");
+    QCOMPARE(dialog->projectDescription(), "about Riverside");
+    QCOMPARE(firstColumn(*dialog->findChild<QTreeView *>()->model()), QStringList("Riverside"));
+    QCOMPARE(pointsOf(dialog, "pumps"), QStringList("speed"));
 }
 
 void TestImportData::showsTheProjectAsItWasThen()
 {
     WindowUnderTest window;
-    QStandardItem *project = window.addProject(QStringLiteral("Riverside"));
-    QStandardItem *pumps = window.addStandard(project, QStringLiteral("pumps"), QStringLiteral("Modbus"));
+    QStandardItem *project = window.addProject("Riverside");
+    QStandardItem *pumps = window.addStandard(project, "pumps", "Modbus");
     setPoints(pumps, onePump);
     window.select(project);
     const Dialog dialog = open(&window);
     setPoints(pumps, {});
-    QCOMPARE(pointsOf(dialog, QStringLiteral("pumps")), QStringList(QStringLiteral("speed")));
+    QCOMPARE(pointsOf(dialog, "pumps"), QStringList("speed"));
     window.projectModel()->removeRow(0);
-    QCOMPARE(pointsOf(dialog, QStringLiteral("pumps")), QStringList(QStringLiteral("speed")));
+    QCOMPARE(pointsOf(dialog, "pumps"), QStringList("speed"));
 }
 
 void TestImportData::eachCommandOpensADialogOfItsOwn()
 {
     WindowUnderTest window;
-    window.select(window.addProject(QStringLiteral("Riverside")));
+    window.select(window.addProject("Riverside"));
     const Dialog first = open(&window);
     const Dialog second = open(&window);
     QVERIFY(first && second && first != second);
@@ -243,7 +239,7 @@ void TestImportData::closedDialogIsFreed()
 {
     QFETCH(bool, cancelled);
     WindowUnderTest window;
-    window.select(window.addProject(QStringLiteral("Riverside")));
+    window.select(window.addProject("Riverside"));
     const Dialog dialog = open(&window);
     QVERIFY(dialog);
     if (cancelled) {
@@ -260,7 +256,7 @@ void TestImportData::dialogDiesWithTheWindow()
     Dialog dialog;
     {
         WindowUnderTest window;
-        window.select(window.addProject(QStringLiteral("Riverside")));
+        window.select(window.addProject("Riverside"));
         dialog = open(&window);
         QVERIFY(dialog);
     }
@@ -270,7 +266,7 @@ void TestImportData::dialogDiesWithTheWindow()
 void TestImportData::dialogHandsItsPointsToTheWindow()
 {
     WindowUnderTest window;
-    window.select(window.addProject(QStringLiteral("Riverside")));
+    window.select(window.addProject("Riverside"));
     const Dialog dialog = open(&window);
     QVERIFY(disconnect(dialog.data(), &ImportDataDialog::dataSelected, &window,
                        &CMainWindow::handleImportedData));
@@ -280,15 +276,15 @@ void TestImportData::dialogHandsItsPointsToTheWindow()
 void TestImportData::pickedPointsReachTheTableThatIsShown_data()
 {
     addFormsWithTables();
-    QTest::newRow("ModbusTCP(Slave), second map") << QStringLiteral("inputRegisters|pumps|speed|int16|0|1");
+    QTest::newRow("ModbusTCP(Slave), second map") << "inputRegisters|pumps|speed|int16|0|1";
 }
 
 void TestImportData::pickedPointsReachTheTableThatIsShown()
 {
     QFETCH(QString, row);
     WindowUnderTest window;
-    const QStringList tag = QString::fromLatin1(QTest::currentDataTag()).split(QStringLiteral(", "));
-    QDialog *form = openForm(&window, addServer(addPlant(&window), QStringLiteral("north"), tag.first()));
+    const QStringList tag = QString::fromLatin1(QTest::currentDataTag()).split(", ");
+    QDialog *form = openForm(&window, addServer(addPlant(&window), "north", tag.first()));
     QVERIFY(form);
     if (tag.size() > 1) {
         form->findChild<QTabWidget *>()->setCurrentIndex(1);
@@ -306,9 +302,9 @@ void TestImportData::pickedPointsReachTheTableThatIsShown()
 void TestImportData::pointsForNoFormAreDropped()
 {
     WindowUnderTest window;
-    const QList<QJsonObject> points{{{QStringLiteral("name"), QStringLiteral("speed")}}};
+    const QList<QJsonObject> points{{{"name", "speed"}}};
     QVERIFY(QMetaObject::invokeMethod(&window, "handleImportedData", Q_ARG(QList<QJsonObject>, points),
-                                      Q_ARG(QString, QStringLiteral("pumps"))));
+                                      Q_ARG(QString, "pumps")));
     QCOMPARE(window.messages(), QStringList());
 }
 
@@ -326,8 +322,8 @@ void TestImportData::formWithoutATableTakesNothing()
     WindowUnderTest window;
     QStandardItem *folder = addPlant(&window);
     // With a table before it, whose tab the other form takes.
-    QVERIFY(openForm(&window, addServer(folder, QStringLiteral("north"), QStringLiteral("HJ212"))));
-    const QDialog *form = openForm(&window, addServer(folder, QStringLiteral("south"), protocol));
+    QVERIFY(openForm(&window, addServer(folder, "north", "HJ212")));
+    const QDialog *form = openForm(&window, addServer(folder, "south", protocol));
     window.settle();
     QVERIFY(form);
     const QStringList before = contents(form);
@@ -342,15 +338,14 @@ void TestImportData::pointsGoToTheFormThatIsCurrentByThen()
 {
     WindowUnderTest window;
     QStandardItem *folder = addPlant(&window);
-    QStandardItem *first = addServer(folder, QStringLiteral("north"), QStringLiteral("HJ212"));
+    QStandardItem *first = addServer(folder, "north", "HJ212");
     openForm(&window, first);
     const Dialog dialog = open(&window);
     QVERIFY(dialog);
-    const QDialog *form =
-        openForm(&window, addServer(folder, QStringLiteral("south"), QStringLiteral("SL651")));
+    const QDialog *form = openForm(&window, addServer(folder, "south", "SL651"));
     window.settle();
     pickSpeed(dialog);
-    QCOMPARE(tableRows(form), QStringList(QStringLiteral("points|pumps|speed|")));
+    QCOMPARE(tableRows(form), QStringList("points|pumps|speed|"));
     form = openForm(&window, first);
     QCOMPARE(tableRows(form), QStringList());
 }
@@ -364,7 +359,7 @@ void TestImportData::closedFormIsNotTouched()
 {
     WindowUnderTest window;
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
-    const QStandardItem *server = addServer(addPlant(&window), QStringLiteral("north"), protocol);
+    const QStandardItem *server = addServer(addPlant(&window), "north", protocol);
     const QPointer<QDialog> form = openForm(&window, server);
     QVERIFY(form);
     const Dialog dialog = open(&window);
@@ -391,11 +386,11 @@ void TestImportData::reboundFormStaysTheCurrentOne()
     WindowUnderTest window;
     QStandardItem *folder = addPlant(&window);
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
-    QStandardItem *first = addServer(folder, QStringLiteral("north"), protocol);
+    QStandardItem *first = addServer(folder, "north", protocol);
     QDialog *form = openForm(&window, first);
     QVERIFY(form);
     QCOMPARE(window.currentServerForm(), form);
-    const QStandardItem *second = addServer(folder, QStringLiteral("south"), protocol);
+    const QStandardItem *second = addServer(folder, "south", protocol);
     QCOMPARE(openForm(&window, second), form);
     QCOMPARE(window.currentServerForm(), form);
     const Dialog dialog = open(&window);
@@ -420,11 +415,11 @@ void TestImportData::receiverMayDie()
         ServerHJ212EditDialog form(&item, &workspace);
         points.considerForm(&form);
         QCOMPARE(points.receiver(), &form);
-        points.deliver({{{QStringLiteral("name"), QStringLiteral("speed")}}}, QStringLiteral("pumps"));
+        points.deliver({{{"name", "speed"}}}, "pumps");
         QCOMPARE(tableRows(&form).size(), 1);
     }
     QVERIFY(!points.receiver());
-    points.deliver({{{QStringLiteral("name"), QStringLiteral("speed")}}}, QStringLiteral("pumps"));
+    points.deliver({{{"name", "speed"}}}, "pumps");
 }
 
 void TestImportData::importNeedsNoMainWindow()
@@ -433,7 +428,7 @@ void TestImportData::importNeedsNoMainWindow()
     QStandardItemModel model;
     QTreeView tree;
     tree.setModel(&model);
-    model.appendRow(ProjectTree::makeProject(QStringLiteral("plant"), QString(), QString()));
+    model.appendRow(ProjectTree::makeProject("plant", QString(), QString()));
     PointImport points(&tree, &window);
     QTest::ignoreMessage(QtDebugMsg, "No project selected.");
     QVERIFY(!points.open());

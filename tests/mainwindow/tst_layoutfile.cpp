@@ -36,8 +36,8 @@ private:
 
 namespace {
 
-const QString defaultLayout = QStringLiteral("open open open 1280x720");
-const QString storedLayout = QStringLiteral("open open closed 1100x650");
+const QString defaultLayout = "open open open 1280x720";
+const QString storedLayout = "open open closed 1100x650";
 
 QString report(const CMainWindow &window)
 {
@@ -47,7 +47,7 @@ QString report(const CMainWindow &window)
         const auto *dock = qobject_cast<ads::CDockWidget *>(action->parent());
         result.append(QLatin1String(dock->isClosed() || dock->isFloating() ? "closed" : "open"));
     }
-    result.append(QStringLiteral("%1x%2").arg(window.width()).arg(window.height()));
+    result.append(QString("%1x%2").arg(window.width()).arg(window.height()));
     return result.join(QLatin1Char(' '));
 }
 
@@ -79,20 +79,20 @@ QString TestLayoutFile::start(const char *job)
     process.start(QCoreApplication::applicationFilePath(), {QLatin1String(job)});
     if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit
         || process.exitCode() != 0) {
-        return QStringLiteral("crashed");
+        return "crashed";
     }
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
 QByteArray TestLayoutFile::read()
 {
-    QFile file(QStringLiteral("Settings.ini"));
+    QFile file("Settings.ini");
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void TestLayoutFile::write(const QByteArray &content)
 {
-    QFile file(QStringLiteral("Settings.ini"));
+    QFile file("Settings.ini");
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(content);
 }
@@ -100,7 +100,7 @@ void TestLayoutFile::write(const QByteArray &content)
 void TestLayoutFile::aStoredLayoutIsThereAtTheNextStart()
 {
     QCOMPARE(start("report"), defaultLayout);
-    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(!QFile::exists("Settings.ini"));
     QCOMPARE(start("store"), storedLayout);
     QCOMPARE(start("report"), storedLayout);
 }
@@ -140,7 +140,7 @@ void TestLayoutFile::anyTruncationStillStarts()
 
 void TestLayoutFile::aFolderInTheFilesPlaceGivesTheDefaultLayout()
 {
-    QVERIFY(QDir().mkdir(QStringLiteral("Settings.ini")));
+    QVERIFY(QDir().mkdir("Settings.ini"));
     QCOMPARE(start("report"), defaultLayout);
     QCOMPARE(start("store"), storedLayout);
     QCOMPARE(start("report"), defaultLayout);
@@ -149,7 +149,7 @@ void TestLayoutFile::aFolderInTheFilesPlaceGivesTheDefaultLayout()
 void TestLayoutFile::aFileThatMayNotBeWrittenIsReadAllTheSame()
 {
     QCOMPARE(start("store"), storedLayout);
-    QVERIFY(QFile::setPermissions(QStringLiteral("Settings.ini"), QFile::ReadOwner));
+    QVERIFY(QFile::setPermissions("Settings.ini", QFile::ReadOwner));
     QCOMPARE(start("report"), storedLayout);
     QCOMPARE(start("store"), storedLayout);
 }

@@ -18,7 +18,7 @@ void TestLogoWindow::showsTheLogoAndNothingElse()
 {
     const LogoWindow window(nullptr);
     QCOMPARE(window.windowTitle(), LogoWindow::tr("About"));
-    QCOMPARE(window.styleSheet(), QStringLiteral("background-color: white;"));
+    QCOMPARE(window.styleSheet(), "background-color: white;");
     QVERIFY(qobject_cast<QVBoxLayout *>(window.layout()));
 
     const auto widgets = window.findChildren<QWidget *>();
@@ -26,7 +26,7 @@ void TestLogoWindow::showsTheLogoAndNothingElse()
     const auto *logo = qobject_cast<QLabel *>(widgets.first());
     QVERIFY(logo);
     QCOMPARE(logo->alignment(), Qt::Alignment(Qt::AlignCenter));
-    const QPixmap picture(QStringLiteral(":/adsdemo/images/logo.png"));
+    const QPixmap picture(":/adsdemo/images/logo.png");
     QVERIFY(!picture.isNull());
     QCOMPARE(logo->pixmap(Qt::ReturnByValue).toImage(), picture.toImage());
 }

@@ -57,7 +57,7 @@ void TestMainWindow::init()
     m_window.reset();
     m_folder.reset(new QTemporaryDir);
     QVERIFY(QDir::setCurrent(m_folder->path()));
-    QCoreApplication::setApplicationName(QStringLiteral("Marlin Gate 70"));
+    QCoreApplication::setApplicationName("Marlin Gate 70");
     m_window.reset(new CMainWindow);
 }
 
@@ -72,12 +72,12 @@ QStringList TestMainWindow::names(const QList<QAction *> &actions) const
 
 void TestMainWindow::firstStartIsCentredWithTheFixedTitle()
 {
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("MRN-IEC61850-Modbus"));
+    QCOMPARE(m_window->windowTitle(), "MRN-IEC61850-Modbus");
     QCOMPARE(m_window->size(), QSize(1280, 720));
     const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
     QCOMPARE(m_window->frameGeometry(),
              QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, QSize(1280, 720), available));
-    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(!QFile::exists("Settings.ini"));
 }
 
 void TestMainWindow::generatedObjectsStandInTheirOrder()
@@ -90,19 +90,16 @@ void TestMainWindow::generatedObjectsStandInTheirOrder()
         }
     }
     QCOMPARE(actions,
-             QStringList({QStringLiteral("actionRestoreState"), QStringLiteral("actionSaveState"),
-                          QStringLiteral("actionAbout"), QStringLiteral("actionC_E_Switching"),
-                          QStringLiteral("actionNew_Project"), QStringLiteral("actionLoad_Project"),
-                          QStringLiteral("actionApply_VS_Style"), QStringLiteral("actionSave_All_Project")}));
+             QStringList({"actionRestoreState", "actionSaveState", "actionAbout", "actionC_E_Switching",
+                          "actionNew_Project", "actionLoad_Project", "actionApply_VS_Style",
+                          "actionSave_All_Project"}));
 
     QStringList menus;
     const QList<QAction *> bar = m_window->menuBar()->actions();
     for (const QAction *action : bar) {
         menus.append(action->menu()->objectName());
     }
-    QCOMPARE(menus,
-             QStringList({QStringLiteral("menuFile"), QStringLiteral("menuView"),
-                          QStringLiteral("menuWindow"), QStringLiteral("menuAbout")}));
+    QCOMPARE(menus, QStringList({"menuFile", "menuView", "menuWindow", "menuAbout"}));
     QCOMPARE(m_window->toolBarArea(child<QToolBar>("toolBar")), Qt::TopToolBarArea);
     QVERIFY(child<QStatusBar>("statusBar")->currentMessage().isEmpty());
     QCOMPARE(m_window->centralWidget(), static_cast<QWidget *>(m_window->dockManager()));
@@ -110,14 +107,14 @@ void TestMainWindow::generatedObjectsStandInTheirOrder()
 
 void TestMainWindow::menusAndToolBarHoldTheirActions()
 {
-    const QString newProject = QStringLiteral("actionNew_Project");
-    const QString loadProject = QStringLiteral("actionLoad_Project");
-    const QString saveAll = QStringLiteral("actionSave_All_Project");
-    const QString saveState = QStringLiteral("actionSaveState");
-    const QString restoreState = QStringLiteral("actionRestoreState");
+    const QString newProject = "actionNew_Project";
+    const QString loadProject = "actionLoad_Project";
+    const QString saveAll = "actionSave_All_Project";
+    const QString saveState = "actionSaveState";
+    const QString restoreState = "actionRestoreState";
     QCOMPARE(names(child<QMenu>("menuFile")->actions()), QStringList({saveState, restoreState}));
     QCOMPARE(names(child<QMenu>("menuWindow")->actions()), QStringList({newProject, loadProject, saveAll}));
-    QCOMPARE(names(child<QMenu>("menuAbout")->actions()), QStringList(QStringLiteral("actionAbout")));
+    QCOMPARE(names(child<QMenu>("menuAbout")->actions()), QStringList("actionAbout"));
 
     auto *toolBar = child<QToolBar>("toolBar");
     QCOMPARE(names(toolBar->actions()),
@@ -134,8 +131,7 @@ void TestMainWindow::actionsCarryIconShortcutAndProperty_data()
     QTest::addColumn<QVariant>("floating");
     QTest::newRow("actionNew_Project") << true << QKeySequence(QKeySequence::New) << QVariant(false);
     QTest::newRow("actionLoad_Project") << true << QKeySequence(QKeySequence::Open) << QVariant(false);
-    QTest::newRow("actionSave_All_Project")
-        << true << QKeySequence(QStringLiteral("Ctrl+Shift+S")) << QVariant(false);
+    QTest::newRow("actionSave_All_Project") << true << QKeySequence("Ctrl+Shift+S") << QVariant(false);
     QTest::newRow("actionAbout") << true << QKeySequence() << QVariant();
     QTest::newRow("actionSaveState") << true << QKeySequence() << QVariant();
     QTest::newRow("actionRestoreState") << true << QKeySequence() << QVariant();
@@ -155,12 +151,10 @@ void TestMainWindow::actionsCarryIconShortcutAndProperty()
 
 void TestMainWindow::startsInChineseAndEachSwitchLoadsTheOther()
 {
-    const QString title = QStringLiteral("MRN-IEC61850-Modbus");
+    const QString title = "MRN-IEC61850-Modbus";
     const QList<const char *> names = {"actionNew_Project", "actionLoad_Project", "actionSave_All_Project"};
-    const QStringList chinese = {QStringLiteral("新建项目"), QStringLiteral("加载项目"),
-                                 QStringLiteral("保存全部项目")};
-    const QStringList english = {QStringLiteral("New Project"), QStringLiteral("Load Project"),
-                                 QStringLiteral("Save All Project")};
+    const QStringList chinese = {"新建项目", "加载项目", "保存全部项目"};
+    const QStringList english = {"New Project", "Load Project", "Save All Project"};
     const auto texts = [&] {
         QStringList result;
         for (const char *name : names) {
@@ -177,9 +171,9 @@ void TestMainWindow::startsInChineseAndEachSwitchLoadsTheOther()
         QCOMPARE(m_window->windowTitle(), title);
         QCOMPARE(m_window->viewMenu()->actions().first()->text(), builtTitle);
     }
-    QCOMPARE(action("actionAbout")->toolTip(), QStringLiteral("About"));
-    QCOMPARE(child<QMenu>("menuWindow")->title(), QStringLiteral("window"));
-    QCOMPARE(child<QToolBar>("toolBar")->windowTitle(), QStringLiteral("toolBar"));
+    QCOMPARE(action("actionAbout")->toolTip(), "About");
+    QCOMPARE(child<QMenu>("menuWindow")->title(), "window");
+    QCOMPARE(child<QToolBar>("toolBar")->windowTitle(), "toolBar");
 }
 
 static void dropCatalogues()
@@ -201,13 +195,13 @@ void TestMainWindow::aMissingCatalogueIsToldAndTheLanguageStillSwitches()
     QTest::ignoreMessage(QtWarningMsg, "Failed to load translation file:  \":/adsdemo/chinese.qm\"");
     m_window->CESwitching();
     bringCataloguesBack();
-    QCOMPARE(untranslated, QStringLiteral("New Project"));
-    QCOMPARE(action("actionNew_Project")->text(), QStringLiteral("New Project"));
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("MRN-IEC61850-Modbus"));
+    QCOMPARE(untranslated, "New Project");
+    QCOMPARE(action("actionNew_Project")->text(), "New Project");
+    QCOMPARE(m_window->windowTitle(), "MRN-IEC61850-Modbus");
 
     m_window->CESwitching();
     m_window->CESwitching();
-    QCOMPARE(action("actionNew_Project")->text(), QStringLiteral("新建项目"));
+    QCOMPARE(action("actionNew_Project")->text(), "新建项目");
 }
 
 void TestMainWindow::theUnplacedActionsDoNothing()
@@ -215,13 +209,13 @@ void TestMainWindow::theUnplacedActionsDoNothing()
     const QString style = m_window->dockManager()->styleSheet();
     action("actionC_E_Switching")->trigger();
     action("actionApply_VS_Style")->trigger();
-    QCOMPARE(action("actionNew_Project")->text(), QStringLiteral("新建项目"));
+    QCOMPARE(action("actionNew_Project")->text(), "新建项目");
     QCOMPARE(m_window->dockManager()->styleSheet(), style);
 }
 
 void TestMainWindow::applyVsStyleDressesTheDockManagerAlone()
 {
-    QFile source(QStringLiteral(SOURCE_ROOT "/src/resources/res/visual_studio_light.css"));
+    QFile source(QString(SOURCE_ROOT "/src/resources/res/visual_studio_light.css"));
     QVERIFY(source.open(QIODevice::ReadOnly));
     QVERIFY(QMetaObject::invokeMethod(m_window.data(), "applyVsStyle"));
     QCOMPARE(m_window->dockManager()->styleSheet(), QString::fromUtf8(source.readAll()));
@@ -247,7 +241,7 @@ void TestMainWindow::theModelBelongsToTheWindow()
     QCOMPARE(model->headerData(0, Qt::Horizontal).toString(), CMainWindow::tr("Project Name"));
     QCOMPARE(m_window->projectTree()->model(), static_cast<const QAbstractItemModel *>(model));
 
-    auto *item = new QStandardItem(QStringLiteral("Riverside"));
+    auto *item = new QStandardItem("Riverside");
     m_window->projectModel()->appendRow(item);
     QCOMPARE(m_window->currentItem(), nullptr);
     m_window->projectTree()->setCurrentIndex(item->index());
@@ -259,9 +253,9 @@ void TestMainWindow::theModelBelongsToTheWindow()
 
 void TestMainWindow::appendedMessagesShowInTheMessageDock()
 {
-    m_window->appendMessage(QStringLiteral("first"));
-    m_window->appendMessage(QStringLiteral("second"));
-    QCOMPARE(m_window->messageEditor()->toPlainText(), QStringLiteral("first\nsecond"));
+    m_window->appendMessage("first");
+    m_window->appendMessage("second");
+    QCOMPARE(m_window->messageEditor()->toPlainText(), "first\nsecond");
 }
 
 void TestMainWindow::withoutDocksTheWindowStillAnswers()
@@ -274,14 +268,14 @@ void TestMainWindow::withoutDocksTheWindowStillAnswers()
     QCOMPARE(m_window->projectTree(), nullptr);
     QCOMPARE(m_window->currentItem(), nullptr);
     QVERIFY(m_window->viewMenu()->actions().isEmpty());
-    m_window->appendMessage(QStringLiteral("nobody reads this"));
+    m_window->appendMessage("nobody reads this");
     for (const char *slot : {"applyVsStyle", "savePerspective", "createEditor", "createTable",
                              "createImageViewer", "showStatusDialog", "toggleDockWidgetWindowTitle"}) {
         QVERIFY(QMetaObject::invokeMethod(m_window.data(), slot));
     }
     action("actionSaveState")->trigger();
     action("actionRestoreState")->trigger();
-    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(!QFile::exists("Settings.ini"));
 }
 
 // Dying forms still call the window.

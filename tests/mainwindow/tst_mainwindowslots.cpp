@@ -82,17 +82,17 @@ void tst_MainWindowSlots::readerSlotsFillOneItem()
 {
     WindowUnderTest window;
     QStandardItem item;
-    const QJsonObject ip{{QStringLiteral("ip"), QStringLiteral("10.0.0.1")}};
-    const QJsonObject protocol{{QStringLiteral("protocol"), QStringLiteral("DIDO")}};
+    const QJsonObject ip{{"ip", "10.0.0.1"}};
+    const QJsonObject protocol{{"protocol", "DIDO"}};
     QVERIFY(QMetaObject::invokeMethod(&window, "transmitBoxDataToEditDialog", Q_ARG(QJsonObject, ip),
                                       Q_ARG(QStandardItem *, &item)));
-    QCOMPARE(item.data(boxIpRole).toString(), QStringLiteral("10.0.0.1"));
+    QCOMPARE(item.data(boxIpRole).toString(), "10.0.0.1");
     QVERIFY(QMetaObject::invokeMethod(&window, "transmitStandardDataToEditDialog",
                                       Q_ARG(QJsonObject, protocol), Q_ARG(QStandardItem *, &item)));
-    QCOMPARE(item.data(standardProtocolRole).toString(), QStringLiteral("DIDO"));
+    QCOMPARE(item.data(standardProtocolRole).toString(), "DIDO");
     QVERIFY(QMetaObject::invokeMethod(&window, "transmitServiceDataToEditDialog",
                                       Q_ARG(QJsonObject, protocol), Q_ARG(QStandardItem *, &item)));
-    QCOMPARE(item.data(serviceProtocolRole).toString(), QStringLiteral("DIDO"));
+    QCOMPARE(item.data(serviceProtocolRole).toString(), "DIDO");
 }
 
 void tst_MainWindowSlots::listRolesAreKnownByName()

@@ -11,7 +11,7 @@ using Window = WindowUnderTest;
 namespace {
 
 // Nothing listens there: sessions to it fail and are tried again.
-const QString nobody = QStringLiteral("127.0.13.10");
+const QString nobody = "127.0.13.10";
 
 // What who listens to the tree hears, as it finds the items then.
 class Listener : public QObject
@@ -23,20 +23,17 @@ public:
         connect(model, &QAbstractItemModel::rowsInserted, this,
                 [this, model](const QModelIndex &parent, int first, int last) {
                     for (int row = first; row <= last; ++row) {
-                        m_heard.append(QStringLiteral("new ")
-                                       + summary(model->itemFromIndex(model->index(row, 0, parent))));
+                        m_heard.append("new " + summary(model->itemFromIndex(model->index(row, 0, parent))));
                     }
                 });
         connect(model, &QAbstractItemModel::dataChanged, this,
                 [this](const QModelIndex &, const QModelIndex &, const QVector<int> &roles) {
                     for (int role : roles) {
-                        m_heard.append(QStringLiteral("changed %1").arg(role));
+                        m_heard.append(QString("changed %1").arg(role));
                     }
                 });
         connect(window.projectTree()->selectionModel(), &QItemSelectionModel::currentChanged, this,
-                [this](const QModelIndex &index) {
-                    m_heard.append(QStringLiteral("current ") + index.data().toString());
-                });
+                [this](const QModelIndex &index) { m_heard.append("current " + index.data().toString()); });
     }
 
     QStringList heard() const { return m_heard; }
@@ -46,9 +43,9 @@ private:
     {
         QStringList parts{item->text()};
         if (!item->icon().isNull()) {
-            parts.append(QStringLiteral("icon"));
+            parts.append("icon");
         }
-        return (parts + ProjectDump::roles(item)).join(QStringLiteral(", "));
+        return (parts + ProjectDump::roles(item)).join(", ");
     }
 
     QStringList m_heard;
@@ -95,7 +92,7 @@ private:
 void TestNewNodes::init()
 {
     m_window.reset(new Window);
-    m_project = m_window->addProject(QStringLiteral("plant"));
+    m_project = m_window->addProject("plant");
     // No project has these two by itself.
     ProjectTree::appendDefinition(m_project, ProjectTree::plcFolder, QString());
     ProjectTree::appendDefinition(m_project, ProjectTree::serverFolder, QString());
@@ -139,7 +136,7 @@ void TestNewNodes::add(const QByteArray &slot, const QString &folder, const QStr
     m_window->select(Window::folder(m_project, folder));
     ModalDialogs dialogs;
     dialogs.expect([&](QWidget *dialog) {
-        enter(dialog, QStringLiteral("name"), name);
+        enter(dialog, "name", name);
         for (const QString &input : inputs) {
             enter(dialog, input.section(QLatin1Char('='), 0, 0), input.section(QLatin1Char('='), 1));
         }
@@ -163,34 +160,30 @@ void TestNewNodes::nodeIsCompleteWhenItAppears()
     QFETCH(QStringList, inputs);
     QFETCH(QVector<int>, roles);
     QScopedPointer<Listener> listener;
-    add(slot, folder, inputs, QStringLiteral("north"),
-        [&](QWidget *) { listener.reset(new Listener(*m_window)); });
+    add(slot, folder, inputs, "north", [&](QWidget *) { listener.reset(new Listener(*m_window)); });
 
     const QStandardItem *node = Window::folder(m_project, folder)->child(0);
-    QStringList made{QStringLiteral("new north"), QStringLiteral("icon")};
+    QStringList made{"new north", "icon"};
     for (int role : roles) {
-        made.append(
-            QStringLiteral("+%1 QString %2").arg(role - Qt::UserRole).arg(node->data(role).toString()));
+        made.append(QString("+%1 QString %2").arg(role - Qt::UserRole).arg(node->data(role).toString()));
     }
     // The form that opens may add values of its own and changes none of these.
     QStringList heard = listener->heard();
-    QCOMPARE(heard.mid(0, 2),
-             QStringList({made.join(QStringLiteral(", ")), QStringLiteral("current north")}));
+    QCOMPARE(heard.mid(0, 2), QStringList({made.join(", "), "current north"}));
     for (int role : QVector<int>{Qt::DisplayRole, Qt::DecorationRole} + roles) {
-        QCOMPARE(heard.count(QStringLiteral("changed %1").arg(role)), 0);
+        QCOMPARE(heard.count(QString("changed %1").arg(role)), 0);
     }
-    QCOMPARE(heard.filter(QStringLiteral("new ")).size(), 1);
+    QCOMPARE(heard.filter("new ").size(), 1);
 }
 
 void TestNewNodes::itemsOfANewProjectAreCompleteWhenTheyAppear()
 {
     const Listener listener(*m_window);
-    m_window->addProject(QStringLiteral("mill"), QStringLiteral("/nowhere"));
+    m_window->addProject("mill", "/nowhere");
     QCOMPARE(listener.heard(),
-             QStringList({QStringLiteral("new mill, icon, +1 QString /nowhere, +2 QString about mill"),
-                          QStringLiteral("new Standard, icon"), QStringLiteral("new Service, icon"),
-                          QStringLiteral("new Box, icon"), QStringLiteral("new Data, icon"),
-                          QStringLiteral("new IEC61850, icon, +171 QString IEC61850")}));
+             QStringList({"new mill, icon, +1 QString /nowhere, +2 QString about mill", "new Standard, icon",
+                          "new Service, icon", "new Box, icon", "new Data, icon",
+                          "new IEC61850, icon, +171 QString IEC61850"}));
 }
 
 void TestNewNodes::inputDialogOutlivesTheOpeningOfTheForm_data()
@@ -205,13 +198,12 @@ void TestNewNodes::inputDialogOutlivesTheOpeningOfTheForm()
     QFETCH(QStringList, inputs);
     const LogTail log{QString()};
     QString dialogClass;
-    add(slot, folder, inputs, QStringLiteral("north"),
+    add(slot, folder, inputs, "north",
         [&](QWidget *dialog) { dialogClass = QLatin1String(dialog->metaObject()->className()); });
     const QString formClass = QLatin1String(QTest::currentDataTag());
     QCOMPARE(
-        log.events().filter(QRegularExpression(QStringLiteral(": (new-nuilt|destroyed)$"))),
-        QStringList({dialogClass + QStringLiteral(": new-nuilt"), formClass + QStringLiteral(": new-nuilt"),
-                     dialogClass + QStringLiteral(": destroyed")}));
+        log.events().filter(QRegularExpression(": (new-nuilt|destroyed)$")),
+        QStringList({dialogClass + ": new-nuilt", formClass + ": new-nuilt", dialogClass + ": destroyed"}));
 }
 
 void TestNewNodes::inputDialogOutlivesTheWarning_data()
@@ -226,8 +218,8 @@ void TestNewNodes::inputDialogOutlivesTheWarning()
     QFETCH(QStringList, inputs);
     // A PLC is compared with the Standards instead of its own kind.
     const QString compared = folder == ProjectTree::plcFolder ? ProjectTree::standardFolder : folder;
-    ProjectTree::appendDefinition(Window::folder(m_project, compared), QStringLiteral("taken"), QString());
-    for (const QString &name : {QStringLiteral("taken"), QString()}) {
+    ProjectTree::appendDefinition(Window::folder(m_project, compared), "taken", QString());
+    for (const QString &name : {QString("taken"), QString()}) {
         MessageBoxes boxes;
         boxes.expect();
         QStringList toldBefore;

@@ -46,7 +46,7 @@ void TestPerspectives::cleanup()
 
 QStringList TestPerspectives::names() const
 {
-    const auto *list = m_window->findChild<QWidgetAction *>(QStringLiteral("perspectiveListAction"));
+    const auto *list = m_window->findChild<QWidgetAction *>("perspectiveListAction");
     const auto *box = qobject_cast<QComboBox *>(list->defaultWidget());
     QStringList texts;
     for (int row = 0; row < box->count(); ++row) {
@@ -70,7 +70,7 @@ void TestPerspectives::save(const QString &name)
 void TestPerspectives::actionIsASignal()
 {
     QSignalSpy triggered(m_perspectives, &Perspectives::createTriggered);
-    m_window->findChild<QAction *>(QStringLiteral("createPerspectiveAction"))->trigger();
+    m_window->findChild<QAction *>("createPerspectiveAction")->trigger();
     QCOMPARE(triggered.count(), 1);
 }
 
@@ -85,20 +85,20 @@ void TestPerspectives::savedOnesAreOfferedAndOpen()
 {
     m_perspectives->load(m_window->dockManager());
     QCOMPARE(names(), QStringList());
-    save(QStringLiteral("All"));
+    save("All");
     auto *message = qobject_cast<ads::CDockWidget *>(m_window->viewMenu()->actions().last()->parent());
     message->closeDockWidget();
-    save(QStringLiteral("Few"));
-    QCOMPARE(names(), QStringList({QStringLiteral("All"), QStringLiteral("Few")}));
-    m_window->dockManager()->openPerspective(QStringLiteral("All"));
+    save("Few");
+    QCOMPARE(names(), QStringList({"All", "Few"}));
+    m_window->dockManager()->openPerspective("All");
     QVERIFY(!message->isClosed());
 
     auto *next = new Perspectives(m_window.data());
-    delete m_window->findChild<QWidgetAction *>(QStringLiteral("perspectiveListAction")); // the first one's
+    delete m_window->findChild<QWidgetAction *>("perspectiveListAction"); // the first one's
     delete m_perspectives;
     m_perspectives = next;
     next->load(m_window->dockManager());
-    QCOMPARE(names(), QStringList({QStringLiteral("All"), QStringLiteral("Few")}));
+    QCOMPARE(names(), QStringList({"All", "Few"}));
 }
 
 void TestPerspectives::managerMayDieWhileTheNameIsAsked()
@@ -107,13 +107,13 @@ void TestPerspectives::managerMayDieWhileTheNameIsAsked()
     ModalDialogs dialogs;
     dialogs.expect([this](QWidget *dialog) {
         delete m_window->dockManager();
-        qobject_cast<QInputDialog *>(dialog)->setTextValue(QStringLiteral("All"));
+        qobject_cast<QInputDialog *>(dialog)->setTextValue("All");
         qobject_cast<QInputDialog *>(dialog)->accept();
     });
     m_perspectives->save();
     QCOMPARE(dialogs.pending(), 0);
     QCOMPARE(names(), QStringList());
-    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(!QFile::exists("Settings.ini"));
 }
 
 QTEST_MAIN(TestPerspectives)

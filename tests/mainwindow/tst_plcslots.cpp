@@ -13,7 +13,7 @@
 
 using Window = WindowUnderTest;
 
-static const QString editPlc = QStringLiteral("Edit PLC");
+static const QString editPlc = "Edit PLC";
 
 // The PLC slots of the main window, which nothing but their names leads to.
 class TestPlcSlots : public QObject
@@ -57,8 +57,8 @@ private:
 void TestPlcSlots::init()
 {
     m_window.reset(new Window);
-    m_project = m_window->addProject(QStringLiteral("plant"));
-    m_folder = ProjectTree::appendDefinition(m_project, QStringLiteral("PLC"), QString());
+    m_project = m_window->addProject("plant");
+    m_folder = ProjectTree::appendDefinition(m_project, "PLC", QString());
 }
 
 void TestPlcSlots::cleanup()
@@ -70,7 +70,7 @@ void TestPlcSlots::add(const QString &name, const char *manufacturer, const char
 {
     ModalDialogs dialogs;
     dialogs.expect([&](QWidget *dialog) {
-        QCOMPARE(dialog->windowTitle(), QStringLiteral("Add PLC"));
+        QCOMPARE(dialog->windowTitle(), "Add PLC");
         Window::input<QLineEdit>(dialog, "name")->setText(name);
         Window::input<QComboBox>(dialog, "manufacturer")->setCurrentText(QLatin1String(manufacturer));
         Window::input<QComboBox>(dialog, "protocol")->setCurrentText(QLatin1String(protocol));
@@ -92,18 +92,17 @@ QStandardItem *TestPlcSlots::plc(const char *name, const char *manufacturer, con
 void TestPlcSlots::addedPlcHasItsRolesAndIconAndOpens()
 {
     m_window->select(m_folder);
-    add(QStringLiteral("press 1"), "Mitsubishi", "MC-3C");
+    add("press 1", "Mitsubishi", "MC-3C");
     QCOMPARE(m_folder->rowCount(), 1);
     const QStandardItem *item = m_folder->child(0);
-    QCOMPARE(item->text(), QStringLiteral("press 1"));
-    QCOMPARE(item->data(plcManufacturerRole).toString(), QStringLiteral("Mitsubishi"));
-    QCOMPARE(item->data(plcProtocolRole).toString(), QStringLiteral("MC-3C"));
-    QCOMPARE(ProjectDump::iconBytes(item->icon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/PLC-file.svg")));
+    QCOMPARE(item->text(), "press 1");
+    QCOMPARE(item->data(plcManufacturerRole).toString(), "Mitsubishi");
+    QCOMPARE(item->data(plcProtocolRole).toString(), "MC-3C");
+    QCOMPARE(ProjectDump::iconBytes(item->icon()), ProjectDump::iconBytes(":/adsdemo/images/PLC-file.svg"));
     QCOMPARE(m_window->currentItem(), item);
     QVERIFY(form());
     // The opening gives it its settings.
-    QCOMPARE(item->data(plcPortRole).toString(), QStringLiteral("102"));
+    QCOMPARE(item->data(plcPortRole).toString(), "102");
     QCOMPARE(item->data(plcMc3cSumCheckRole), QVariant(true));
 }
 
@@ -112,18 +111,18 @@ void TestPlcSlots::addingRefuses_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("told");
     const QString taken =
-        QStringLiteral("Warning|A PLC file with the same name already exists in PLC or StandardDIO folder. "
-                       "Please use a different name.");
-    QTest::newRow("no name") << QString() << QStringLiteral("Warning|PLC Name cannot be empty.");
-    QTest::newRow("name of a Standard") << QStringLiteral("meter") << taken;
-    QTest::newRow("name of a service") << QStringLiteral("IEC61850") << taken;
+        "Warning|A PLC file with the same name already exists in PLC or StandardDIO folder. "
+        "Please use a different name.";
+    QTest::newRow("no name") << QString() << "Warning|PLC Name cannot be empty.";
+    QTest::newRow("name of a Standard") << "meter" << taken;
+    QTest::newRow("name of a service") << "IEC61850" << taken;
 }
 
 void TestPlcSlots::addingRefuses()
 {
     QFETCH(QString, name);
     QFETCH(QString, told);
-    Window::addStandard(m_project, QStringLiteral("meter"), QStringLiteral("Modbus"));
+    Window::addStandard(m_project, "meter", "Modbus");
     m_window->select(m_folder);
     const QStringList before = ProjectDump::tree(m_project);
     MessageBoxes boxes;
@@ -138,8 +137,8 @@ void TestPlcSlots::addingRefuses()
 // Only the first two folders of the project are compared, and exactly: its own is not among them.
 void TestPlcSlots::otherCasesAndFoldersAreFree()
 {
-    Window::addStandard(m_project, QStringLiteral("meter"), QStringLiteral("Modbus"));
-    Window::addBox(m_project, QStringLiteral("gate"), QStringLiteral("127.0.0.1"));
+    Window::addStandard(m_project, "meter", "Modbus");
+    Window::addBox(m_project, "gate", "127.0.0.1");
     MessageBoxes boxes;
     for (const char *name : {"Meter", "gate", "Meter"}) {
         m_window->select(m_folder);
@@ -152,8 +151,8 @@ void TestPlcSlots::otherCasesAndFoldersAreFree()
 void TestPlcSlots::blankNameIsTaken()
 {
     m_window->select(m_folder);
-    add(QStringLiteral("  "), "Siemens", "S7");
-    QCOMPARE(m_folder->child(0)->text(), QStringLiteral("  "));
+    add("  ", "Siemens", "S7");
+    QCOMPARE(m_folder->child(0)->text(), "  ");
 }
 
 void TestPlcSlots::cancelledAddingChangesNothing()
@@ -180,11 +179,11 @@ void TestPlcSlots::slotsNeedACurrentItem()
 
 void TestPlcSlots::addingToAProjectWithoutFolders()
 {
-    auto *bare = new QStandardItem(QStringLiteral("bare"));
+    auto *bare = new QStandardItem("bare");
     m_window->projectModel()->appendRow(bare);
     m_window->select(bare);
-    add(QStringLiteral("press"), "Omron", "Fins");
-    QCOMPARE(ProjectDump::shape(bare), QStringLiteral("bare(press())"));
+    add("press", "Omron", "Fins");
+    QCOMPARE(ProjectDump::shape(bare), "bare(press())");
 }
 
 void TestPlcSlots::secondPlcTakesTheTab()
@@ -199,8 +198,8 @@ void TestPlcSlots::secondPlcTakesTheTab()
     QVERIFY(invoke("slotPLCEditFile"));
     QCOMPARE(form(), opened);
     QCOMPARE(m_window->countOf(editPlc), 1);
-    QCOMPARE(Window::input<QLineEdit>(opened, "name")->text(), QStringLiteral("two"));
-    QVERIFY(!opened->findChild<QGroupBox *>(QStringLiteral("fins"))->isHidden());
+    QCOMPARE(Window::input<QLineEdit>(opened, "name")->text(), "two");
+    QVERIFY(!opened->findChild<QGroupBox *>("fins")->isHidden());
 }
 
 void TestPlcSlots::tabShowsAndFillsItsDock()
@@ -210,11 +209,11 @@ void TestPlcSlots::tabShowsAndFillsItsDock()
     QTRY_VERIFY(form()->isVisible());
     QTRY_COMPARE(form()->size(), form()->parentWidget()->size());
     // The form sizes itself to its groups and yet stays in its place.
-    Window::input<QComboBox>(form(), "protocol")->setCurrentText(QStringLiteral("PPI"));
+    Window::input<QComboBox>(form(), "protocol")->setCurrentText("PPI");
     QTRY_COMPARE(form()->size(), form()->parentWidget()->size());
     Window::press(form(), "saveButton");
     QVERIFY(!m_folder->child(0)->data(plcIpRole).isValid());
-    QCOMPARE(m_folder->child(0)->data(plcPpiStationNumRole).toString(), QStringLiteral("2"));
+    QCOMPARE(m_folder->child(0)->data(plcPpiStationNumRole).toString(), "2");
 }
 
 void TestPlcSlots::tabOfAnotherFormIsLeftAlone()
@@ -234,24 +233,23 @@ void TestPlcSlots::tabOpensBesideItsNeighbours_data()
 {
     QTest::addColumn<QByteArray>("slot");
     QTest::addColumn<QString>("title");
-    QTest::newRow("Service") << QByteArray("slotServiceEditFile") << QStringLiteral("Edit Service");
-    QTest::newRow("Standard") << QByteArray("slotstandardEditFile") << QStringLiteral("Edit Standard");
-    QTest::newRow("Server") << QByteArray("slotServerEditFile") << QStringLiteral("Edit Server");
-    QTest::newRow("Project") << QByteArray("slotEditProject") << QStringLiteral("Edit Project");
+    QTest::newRow("Service") << QByteArray("slotServiceEditFile") << "Edit Service";
+    QTest::newRow("Standard") << QByteArray("slotstandardEditFile") << "Edit Standard";
+    QTest::newRow("Server") << QByteArray("slotServerEditFile") << "Edit Server";
+    QTest::newRow("Project") << QByteArray("slotEditProject") << "Edit Project";
 }
 
 void TestPlcSlots::tabOpensBesideItsNeighbours()
 {
     QFETCH(QByteArray, slot);
     QFETCH(QString, title);
-    QStandardItem *server = ProjectTree::appendDefinition(m_project, QStringLiteral("broker"), QString());
-    server->setData(QStringLiteral("MQTT"), serverProtocolRole);
+    QStandardItem *server = ProjectTree::appendDefinition(m_project, "broker", QString());
+    server->setData("MQTT", serverProtocolRole);
     const QMap<QString, QStandardItem *> items{
-        {QStringLiteral("Edit Server"), server},
-        {QStringLiteral("Edit Service"), Window::folder(m_project, QStringLiteral("Service"))->child(0)},
-        {QStringLiteral("Edit Standard"),
-         Window::addStandard(m_project, QStringLiteral("meter"), QStringLiteral("Modbus"))},
-        {QStringLiteral("Edit Project"), m_project}};
+        {"Edit Server", server},
+        {"Edit Service", Window::folder(m_project, "Service")->child(0)},
+        {"Edit Standard", Window::addStandard(m_project, "meter", "Modbus")},
+        {"Edit Project", m_project}};
     m_window->select(items.value(title));
     QVERIFY(invoke(slot.constData()));
     m_window->select(plc("one", "Siemens", "S7"));
@@ -274,7 +272,7 @@ void TestPlcSlots::savingTellsTheMessageDock()
     m_window->select(plc("one", "Siemens", "S7"));
     QVERIFY(invoke("slotPLCEditFile"));
     Window::press(form(), "saveButton");
-    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The PLC 'one' is saved successfully.")));
+    QCOMPARE(m_window->messages(), QStringList("The PLC 'one' is saved successfully."));
     QVERIFY(form()); // it stays open
 }
 
@@ -295,14 +293,11 @@ void TestPlcSlots::documentFillsThePlc()
                                    .object();
     QVERIFY(QMetaObject::invokeMethod(m_window.data(), "transmitPLCDataToEditDialog",
                                       Q_ARG(QJsonObject, object), Q_ARG(QStandardItem *, &item)));
-    QCOMPARE(item.data(plcManufacturerRole).toString(), QStringLiteral("Omron"));
-    QCOMPARE(item.data(plcFinsUnitNumberRole).toString(), QStringLiteral("4"));
-    QCOMPARE(item.data(plcIpRole).toString(), QStringLiteral("10.0.0.8"));
+    QCOMPARE(item.data(plcManufacturerRole).toString(), "Omron");
+    QCOMPARE(item.data(plcFinsUnitNumberRole).toString(), "4");
+    QCOMPARE(item.data(plcIpRole).toString(), "10.0.0.8");
     PLCEditDialog opened(&item, nullptr);
-    QCOMPARE(opened.findChild<QGroupBox *>(QStringLiteral("fins"))
-                 ->findChild<QLineEdit *>(QStringLiteral("unitNumber"))
-                 ->text(),
-             QStringLiteral("4"));
+    QCOMPARE(opened.findChild<QGroupBox *>("fins")->findChild<QLineEdit *>("unitNumber")->text(), "4");
 }
 
 void TestPlcSlots::plcIsNotInTheDocument()

@@ -34,12 +34,12 @@ private slots:
 private:
     QString savedText(const QString &name) const
     {
-        return QStringLiteral("Save Successful|JSON data saved to file:\n") + m_folder->filePath(name);
+        return "Save Successful|JSON data saved to file:\n" + m_folder->filePath(name);
     }
 
     static QByteArray layoutFile()
     {
-        QFile file(QStringLiteral("Settings.ini"));
+        QFile file("Settings.ini");
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
@@ -49,7 +49,7 @@ private:
 
 void tst_ProjectClosing::init()
 {
-    QFile::remove(QStringLiteral("Settings.ini"));
+    QFile::remove("Settings.ini");
     m_folder.reset(new QTemporaryDir);
     m_window.reset(new Window);
 }
@@ -59,42 +59,40 @@ void tst_ProjectClosing::cleanup()
     m_window.reset();
 }
 
-static const QString editProject = QStringLiteral("Edit Project");
+static const QString editProject = "Edit Project";
 
-static const QString closeQuestion =
-    QStringLiteral("Save Changes|Do you want to save changes before deleting the project?");
-static const QString leaveQuestion =
-    QStringLiteral("Save Changes|Do you want to save all projects before closing them?");
+static const QString closeQuestion = "Save Changes|Do you want to save changes before deleting the project?";
+static const QString leaveQuestion = "Save Changes|Do you want to save all projects before closing them?";
 
 void tst_ProjectClosing::closingAsksSavesAndRemoves()
 {
-    m_window->addProject(QStringLiteral("mill"));
-    m_window->select(m_window->addProject(QStringLiteral("plant"), m_folder->path()));
+    m_window->addProject("mill");
+    m_window->select(m_window->addProject("plant", m_folder->path()));
     MessageBoxes boxes;
     boxes.expect(QMessageBox::Yes);
     boxes.expect();
     m_window->slotDeleteProject();
-    QCOMPARE(boxes.told(), QStringList({closeQuestion, savedText(QStringLiteral("plant.json"))}));
+    QCOMPARE(boxes.told(), QStringList({closeQuestion, savedText("plant.json")}));
     QCOMPARE(boxes.unexpected(), QStringList());
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
-    QCOMPARE(m_window->projectModel()->item(0)->text(), QStringLiteral("mill"));
-    QVERIFY(QFile::exists(m_folder->filePath(QStringLiteral("plant.json"))));
+    QCOMPARE(m_window->projectModel()->item(0)->text(), "mill");
+    QVERIFY(QFile::exists(m_folder->filePath("plant.json")));
 }
 
 void tst_ProjectClosing::closingWithoutSavingRemoves()
 {
-    m_window->select(m_window->addProject(QStringLiteral("plant"), m_folder->path()));
+    m_window->select(m_window->addProject("plant", m_folder->path()));
     MessageBoxes boxes;
     boxes.expect(QMessageBox::No);
     m_window->slotDeleteProject();
     QCOMPARE(boxes.told(), QStringList(closeQuestion));
     QCOMPARE(m_window->projectModel()->rowCount(), 0);
-    QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("plant.json"))));
+    QVERIFY(!QFile::exists(m_folder->filePath("plant.json")));
 }
 
 void tst_ProjectClosing::cursorWaitsWhileTheProjectGoes()
 {
-    m_window->select(m_window->addProject(QStringLiteral("Riverside")));
+    m_window->select(m_window->addProject("Riverside"));
     int waits = 0;
     connect(m_window->projectModel(), &QAbstractItemModel::rowsAboutToBeRemoved, this, [&waits] {
         const QCursor *cursor = QGuiApplication::overrideCursor();
@@ -109,11 +107,11 @@ void tst_ProjectClosing::cursorWaitsWhileTheProjectGoes()
 
 void tst_ProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()
 {
-    QStandardItem *other = m_window->addProject(QStringLiteral("mill"));
-    m_window->click(Window::addBox(other, QStringLiteral("gate"), QStringLiteral("127.0.13.9")));
-    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    QStandardItem *other = m_window->addProject("mill");
+    m_window->click(Window::addBox(other, "gate", "127.0.13.9"));
+    QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
-    const QPointer<QDialog> boxForm = m_window->form(QStringLiteral("Edit Box"));
+    const QPointer<QDialog> boxForm = m_window->form("Edit Box");
     const QPointer<QDialog> projectForm = m_window->form(editProject);
     QVERIFY(boxForm && projectForm);
     MessageBoxes boxes;
@@ -122,7 +120,7 @@ void tst_ProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()
     QCOMPARE(boxes.told(), QStringList(closeQuestion));
     QCOMPARE(m_window->projectModel()->rowCount(), 2);
     QCOMPARE(m_window->projectModel()->item(1), project);
-    QCOMPARE(m_window->tabs(QStringLiteral("Edit Box")).size(), 0);
+    QCOMPARE(m_window->tabs("Edit Box").size(), 0);
     QCOMPARE(m_window->tabs(editProject).size(), 0);
     Window::settle();
     QVERIFY(!boxForm && !projectForm);
@@ -132,7 +130,7 @@ void tst_ProjectClosing::closingActsOnProjectsAlone()
 {
     MessageBoxes boxes;
     m_window->slotDeleteProject();
-    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
     m_window->select(project->child(1));
     m_window->slotDeleteProject();
@@ -145,8 +143,8 @@ void tst_ProjectClosing::closingActsOnProjectsAlone()
 
 void tst_ProjectClosing::closingLeavesMonitoringTabs()
 {
-    m_window->select(m_window->addProject(QStringLiteral("plant")));
-    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("meter"));
+    m_window->select(m_window->addProject("plant"));
+    m_window->monitoringTabs()->addTab(new QWidget, "meter");
     MessageBoxes boxes;
     boxes.expect(QMessageBox::No);
     m_window->slotDeleteProject();
@@ -156,9 +154,9 @@ void tst_ProjectClosing::closingLeavesMonitoringTabs()
 void tst_ProjectClosing::closingEndsTheBoxSession()
 {
     QTcpServer box;
-    QVERIFY2(box.listen(QHostAddress(QStringLiteral("127.0.13.1")), 30088), qPrintable(box.errorString()));
-    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
-    m_window->click(Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.13.1")));
+    QVERIFY2(box.listen(QHostAddress("127.0.13.1"), 30088), qPrintable(box.errorString()));
+    QStandardItem *project = m_window->addProject("plant");
+    m_window->click(Window::addBox(project, "gate", "127.0.13.1"));
     QTRY_VERIFY(box.hasPendingConnections());
     const QTcpSocket *session = box.nextPendingConnection();
     QCOMPARE(session->state(), QAbstractSocket::ConnectedState);
@@ -171,16 +169,15 @@ void tst_ProjectClosing::closingEndsTheBoxSession()
 
 void tst_ProjectClosing::slotCloseProjectSavesAndRemovesNothing()
 {
-    m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    m_window->addProject("plant", m_folder->path());
     MessageBoxes boxes;
     boxes.expect(QMessageBox::No);
     m_window->slotCloseProject();
-    QVERIFY(!QFile::exists(m_folder->filePath(QStringLiteral("plant.json"))));
+    QVERIFY(!QFile::exists(m_folder->filePath("plant.json")));
     boxes.expect(QMessageBox::Yes);
     boxes.expect();
     m_window->slotCloseProject();
-    QCOMPARE(boxes.told(),
-             QStringList({leaveQuestion, leaveQuestion, savedText(QStringLiteral("plant.json"))}));
+    QCOMPARE(boxes.told(), QStringList({leaveQuestion, leaveQuestion, savedText("plant.json")}));
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
@@ -199,44 +196,41 @@ void tst_ProjectClosing::leavingWithoutProjectsAsksAndStoresNothing()
     QVERIFY(m_window->close());
     Window::settle();
     QCOMPARE(boxes.told(), QStringList());
-    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(!QFile::exists("Settings.ini"));
     QVERIFY(m_window->dockManager());
 }
 
 void tst_ProjectClosing::leavingAsksAndSaves()
 {
-    m_window->addProject(QStringLiteral("plant"), m_folder->path());
-    m_window->addProject(QStringLiteral("mill"), m_folder->path());
+    m_window->addProject("plant", m_folder->path());
+    m_window->addProject("mill", m_folder->path());
     MessageBoxes boxes;
     boxes.expect(QMessageBox::Yes);
     boxes.expect();
     boxes.expect();
     QVERIFY(m_window->close());
-    QCOMPARE(boxes.told(),
-             QStringList({leaveQuestion, savedText(QStringLiteral("plant.json")),
-                          savedText(QStringLiteral("mill.json"))}));
-    QVERIFY(QFile::exists(QStringLiteral("Settings.ini")));
+    QCOMPARE(boxes.told(), QStringList({leaveQuestion, savedText("plant.json"), savedText("mill.json")}));
+    QVERIFY(QFile::exists("Settings.ini"));
 }
 
 void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
 {
-    m_window->click(m_window->addProject(QStringLiteral("plant"), m_folder->path()));
+    m_window->click(m_window->addProject("plant", m_folder->path()));
     MessageBoxes boxes;
     boxes.expect(QMessageBox::No);
     QVERIFY(m_window->close());
     QCOMPARE(boxes.told(), QStringList(leaveQuestion));
     QVERIFY(QDir(m_folder->path()).isEmpty());
-    const QSettings settings(QStringLiteral("Settings.ini"), QSettings::IniFormat);
+    const QSettings settings("Settings.ini", QSettings::IniFormat);
     QCOMPARE(settings.allKeys(),
-             QStringList({QStringLiteral("mainWindow/DockingState"), QStringLiteral("mainWindow/Geometry"),
-                          QStringLiteral("mainWindow/State")}));
+             QStringList({"mainWindow/DockingState", "mainWindow/Geometry", "mainWindow/State"}));
     QVERIFY(m_window->dockManager());
     Window::settle();
     QVERIFY(!m_window->dockManager());
     // What comes late to a window without docks meets nothing.
     m_window->slotEditProject();
     m_window->slotDeleteProject();
-    m_window->closeTabByName(QStringLiteral("meter"));
+    m_window->closeTabByName("meter");
     m_window->prjectTreeView_MenuPopup(QPoint(5, 5));
     QCOMPARE(boxes.told().size(), 1);
 }
@@ -244,11 +238,11 @@ void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
 void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
 {
     QTcpServer box;
-    QVERIFY2(box.listen(QHostAddress(QStringLiteral("127.0.13.1")), 30088), qPrintable(box.errorString()));
-    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    QVERIFY2(box.listen(QHostAddress("127.0.13.1"), 30088), qPrintable(box.errorString()));
+    const QStandardItem *project = m_window->addProject("plant", m_folder->path());
     m_window->click(project);
-    m_window->click(Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.13.1")));
-    m_window->click(Window::addStandard(project, QStringLiteral("bus"), QStringLiteral("Modbus")));
+    m_window->click(Window::addBox(project, "gate", "127.0.13.1"));
+    m_window->click(Window::addStandard(project, "bus", "Modbus"));
     m_window->click(project->child(1)->child(0));
     QList<QPointer<QDialog>> forms;
     for (const char *title : {"Edit Project", "Edit Box", "Edit Standard", "Edit Service"}) {
@@ -270,7 +264,7 @@ void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
 
 void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
 {
-    m_window->click(m_window->addProject(QStringLiteral("plant")));
+    m_window->click(m_window->addProject("plant"));
     MessageBoxes boxes;
     boxes.expect(QMessageBox::Cancel);
     QVERIFY(!m_window->close());
@@ -278,12 +272,12 @@ void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
     QVERIFY(m_window->isVisible());
     QVERIFY(m_window->dockManager());
     QVERIFY(m_window->form(editProject));
-    QVERIFY(!QFile::exists(QStringLiteral("Settings.ini")));
+    QVERIFY(!QFile::exists("Settings.ini"));
 }
 
 void tst_ProjectClosing::leavingTwiceAsksTwiceAndKeepsTheFirstLayout()
 {
-    m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    m_window->addProject("plant", m_folder->path());
     MessageBoxes boxes;
     boxes.expect(QMessageBox::No);
     boxes.expect(QMessageBox::No);

@@ -102,7 +102,7 @@ private:
 
 void TestProjectDocument::init()
 {
-    QFile::remove(QStringLiteral("Settings.ini"));
+    QFile::remove("Settings.ini");
     m_folder.reset(new QTemporaryDir);
     m_window.reset(new WindowUnderTest);
     m_boxes.reset(new MessageBoxes);
@@ -157,12 +157,12 @@ void TestProjectDocument::samplesComeBackByteForByte()
     if (inChinese) {
         speakChinese();
     }
-    const QString source = QStringLiteral(TEST_DATA_DIR "/%1.json").arg(sample);
+    const QString source = QString(TEST_DATA_DIR "/%1.json").arg(sample);
     m_boxes->expect();
     load(source);
     QStandardItem *project = m_window->findChild<QStandardItemModel *>()->item(0);
     QVERIFY(project);
-    QCOMPARE(project->data(projectPathRole).toString(), QStringLiteral(TEST_DATA_DIR));
+    QCOMPARE(project->data(projectPathRole).toString(), QString(TEST_DATA_DIR));
     project->setData(m_folder->path(), projectPathRole);
     m_boxes->expect();
     m_window->saveJsonFile(project);
@@ -193,7 +193,7 @@ void TestProjectDocument::eachStepIsLoggedAndTold()
     m_window->saveProjectAllFile();
     QCOMPARE(debug.taken(),
              QStringList({S("Project Name: \"P\""), S("Project Description: \"two\\nlines\""),
-                          QStringLiteral("JSON data saved to file: \"%1\"").arg(path("P.json"))}));
+                          QString("JSON data saved to file: \"%1\"").arg(path("P.json"))}));
     QCOMPARE(asked, QStringList({texts.dialogTitle, QDir::homePath(), texts.filter}));
     QCOMPARE(m_boxes->told(), QStringList({texts.loaded + path("x.json"), texts.saved + path("P.json")}));
 }

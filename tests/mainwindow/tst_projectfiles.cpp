@@ -51,10 +51,7 @@ private slots:
 private:
     QStandardItem *addProject(const QString &name, const QString &folder);
     QString path(const char *name) const { return m_dir->filePath(QString::fromUtf8(name)); }
-    static QString saved(const QString &file)
-    {
-        return QStringLiteral("Save Successful|JSON data saved to file:\n") + file;
-    }
+    static QString saved(const QString &file) { return "Save Successful|JSON data saved to file:\n" + file; }
 
     QScopedPointer<QTemporaryDir> m_dir;
     QScopedPointer<QStandardItemModel> m_model;
@@ -99,7 +96,7 @@ QStandardItem *TestProjectFiles::addProject(const QString &name, const QString &
 
 void TestProjectFiles::savingTellsThePath()
 {
-    QStandardItem *project = addProject(QStringLiteral("P"), m_dir->path());
+    QStandardItem *project = addProject("P", m_dir->path());
     m_boxes->expect();
     m_files->saveProject(project);
     QCOMPARE(m_boxes->told(), QStringList({saved(path("P.json"))}));
@@ -108,15 +105,14 @@ void TestProjectFiles::savingTellsThePath()
 
 void TestProjectFiles::saveThatFailsShowsNothing()
 {
-    QTest::ignoreMessage(QtDebugMsg,
-                         QRegularExpression(QStringLiteral("^Could not open file for writing: \".+\"$")));
-    m_files->saveProject(addProject(QStringLiteral("P"), path("missing")));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Could not open file for writing: \".+\"$"));
+    m_files->saveProject(addProject("P", path("missing")));
     QCOMPARE(m_boxes->told(), QStringList());
 }
 
 void TestProjectFiles::anyItemIsSavedAsAProject()
 {
-    QStandardItem *folder = addProject(QStringLiteral("P"), m_dir->path())->child(0);
+    QStandardItem *folder = addProject("P", m_dir->path())->child(0);
     folder->setData(m_dir->path(), projectPathRole);
     m_boxes->expect();
     m_files->saveProject(folder);
@@ -126,7 +122,7 @@ void TestProjectFiles::anyItemIsSavedAsAProject()
 
 void TestProjectFiles::noProjectIsALogLine()
 {
-    addProject(QStringLiteral("P"), m_dir->path());
+    addProject("P", m_dir->path());
     QTest::ignoreMessage(QtDebugMsg, "No project selected.");
     m_files->saveProject(nullptr);
     QVERIFY(!QFile::exists(path("P.json")));
@@ -149,9 +145,9 @@ void TestProjectFiles::allProjectsAreSavedInRowOrder()
 
 void TestProjectFiles::failureStopsNoneOfTheRest()
 {
-    addProject(QStringLiteral("A"), m_dir->path());
-    addProject(QStringLiteral("B"), path("missing"));
-    addProject(QStringLiteral("C"), m_dir->path());
+    addProject("A", m_dir->path());
+    addProject("B", path("missing"));
+    addProject("C", m_dir->path());
     m_boxes->expect();
     m_boxes->expect();
     m_files->saveAll();
@@ -176,14 +172,13 @@ void TestProjectFiles::noModelIsALogLine()
 
 void TestProjectFiles::loadingBuildsExpandsAndTells()
 {
-    const QString sample = QStringLiteral(TEST_DATA_DIR "/riverside-substation.json");
+    const QString sample = QString(TEST_DATA_DIR "/riverside-substation.json");
     m_boxes->expect();
     m_files->loadFile(sample);
-    QCOMPARE(m_boxes->told(),
-             QStringList({QStringLiteral("Load Successful|JSON data loaded from file:\n") + sample}));
+    QCOMPARE(m_boxes->told(), QStringList({"Load Successful|JSON data loaded from file:\n" + sample}));
     QCOMPARE(m_model->rowCount(), 1);
     const QStandardItem *project = m_model->item(0);
-    QCOMPARE(project->text(), QStringLiteral("Riverside substation"));
+    QCOMPARE(project->text(), "Riverside substation");
     QCOMPARE(project->data(projectPathRole).toString(), QFileInfo(sample).absolutePath());
     QVERIFY(m_view->isExpanded(project->index()));
     for (int row = 0; row < 3; ++row) {
@@ -194,19 +189,18 @@ void TestProjectFiles::loadingBuildsExpandsAndTells()
 
 void TestProjectFiles::loadingMergesIntoTheOpenProject()
 {
-    QStandardItem *project = addProject(QStringLiteral("P"), QStringLiteral("/elsewhere"));
+    QStandardItem *project = addProject("P", "/elsewhere");
     m_boxes->expect();
-    m_files->loadFile(QStringLiteral(TEST_DATA_DIR "/one-slave.json"));
+    m_files->loadFile(QString(TEST_DATA_DIR "/one-slave.json"));
     QCOMPARE(m_model->rowCount(), 1);
-    QCOMPARE(ProjectDump::shape(project),
-             QStringLiteral("P(Standard(M()) Service(IEC61850()) Box(B()) Data())"));
-    QCOMPARE(project->data(projectPathRole).toString(), QStringLiteral("/elsewhere"));
+    QCOMPARE(ProjectDump::shape(project), "P(Standard(M()) Service(IEC61850()) Box(B()) Data())");
+    QCOMPARE(project->data(projectPathRole).toString(), "/elsewhere");
     QCOMPARE(m_boxes->told().size(), 1); // Nothing but the success is told, and nothing asked.
 }
 
 void TestProjectFiles::projectIsNamedByTheDocumentAlone()
 {
-    QVERIFY(QFile::copy(QStringLiteral(TEST_DATA_DIR "/empty.json"), path("other.json")));
+    QVERIFY(QFile::copy(QString(TEST_DATA_DIR "/empty.json"), path("other.json")));
     m_boxes->expect();
     m_files->loadFile(path("other.json"));
     m_boxes->expect();
@@ -220,14 +214,14 @@ void TestProjectFiles::loadThatFailsShowsNothing_data()
     QTest::addColumn<QString>("file");
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("logged");
-    const QString unreadable = QStringLiteral("^Could not open file for reading: \".+\"$");
-    const QString invalid = QStringLiteral("^Failed to create valid JSON document$");
-    QTest::newRow("no path") << QString() << QByteArray() << QStringLiteral("^File path is empty\\.$");
-    QTest::newRow("missing") << QStringLiteral("missing.json") << QByteArray() << unreadable;
-    QTest::newRow("directory") << QStringLiteral(".") << QByteArray() << unreadable;
-    QTest::newRow("empty") << QStringLiteral("x.json") << QByteArray("") << invalid;
-    QTest::newRow("array") << QStringLiteral("x.json") << QByteArray("[{\"name\": \"P\"}]") << invalid;
-    QTest::newRow("not JSON") << QStringLiteral("x.json") << QByteArray("name: P") << invalid;
+    const QString unreadable = "^Could not open file for reading: \".+\"$";
+    const QString invalid = "^Failed to create valid JSON document$";
+    QTest::newRow("no path") << QString() << QByteArray() << "^File path is empty\\.$";
+    QTest::newRow("missing") << "missing.json" << QByteArray() << unreadable;
+    QTest::newRow("directory") << "." << QByteArray() << unreadable;
+    QTest::newRow("empty") << "x.json" << QByteArray("") << invalid;
+    QTest::newRow("array") << "x.json" << QByteArray("[{\"name\": \"P\"}]") << invalid;
+    QTest::newRow("not JSON") << "x.json" << QByteArray("name: P") << invalid;
 }
 
 void TestProjectFiles::loadThatFailsShowsNothing()
@@ -236,7 +230,7 @@ void TestProjectFiles::loadThatFailsShowsNothing()
     QFETCH(QByteArray, bytes);
     QFETCH(QString, logged);
     put(path("x.json"), bytes);
-    addProject(QStringLiteral("P"), m_dir->path());
+    addProject("P", m_dir->path());
     const QStringList before = ProjectDump::tree(m_model->item(0));
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression(logged));
     m_files->loadFile(file.isEmpty() ? file : m_dir->filePath(file));
@@ -250,7 +244,7 @@ void TestProjectFiles::emptyObjectLoads()
     put(path("x.json"), "{}");
     m_boxes->expect();
     m_files->loadFile(path("x.json"));
-    QCOMPARE(ProjectDump::shape(m_model->item(0)), QStringLiteral("(Standard() Service() Box() Data())"));
+    QCOMPARE(ProjectDump::shape(m_model->item(0)), "(Standard() Service() Box() Data())");
     QCOMPARE(m_boxes->told().size(), 1);
 }
 
@@ -260,25 +254,23 @@ void TestProjectFiles::viewMayBeGone()
     ProjectFiles files(m_view.data(), m_model.data(), view);
     delete view;
     m_boxes->expect();
-    files.loadFile(QStringLiteral(TEST_DATA_DIR "/empty.json"));
+    files.loadFile(QString(TEST_DATA_DIR "/empty.json"));
     QCOMPARE(m_model->rowCount(), 1);
 }
 
 void TestProjectFiles::textsAreThoseOfTheMainWindow()
 {
     const Language chinese(QString(),
-                           {{QStringLiteral("Save Successful"), QStringLiteral("SAVED")},
-                            {QStringLiteral("JSON data saved to file:\n%1"), QStringLiteral("to %1")},
-                            {QStringLiteral("Load Successful"), QStringLiteral("LOADED")},
-                            {QStringLiteral("JSON data loaded from file:\n%1"), QStringLiteral("from %1")}});
-    QStandardItem *project = addProject(QStringLiteral("P"), m_dir->path());
+                           {{"Save Successful", "SAVED"},
+                            {"JSON data saved to file:\n%1", "to %1"},
+                            {"Load Successful", "LOADED"},
+                            {"JSON data loaded from file:\n%1", "from %1"}});
+    QStandardItem *project = addProject("P", m_dir->path());
     m_boxes->expect();
     m_files->saveProject(project);
     m_boxes->expect();
     m_files->loadFile(path("P.json"));
-    QCOMPARE(m_boxes->told(),
-             QStringList({QStringLiteral("SAVED|to ") + path("P.json"),
-                          QStringLiteral("LOADED|from ") + path("P.json")}));
+    QCOMPARE(m_boxes->told(), QStringList({"SAVED|to " + path("P.json"), "LOADED|from " + path("P.json")}));
 }
 
 // Whether the wait cursor was shown at each debug line of the work.
@@ -301,11 +293,11 @@ void TestProjectFiles::cursorWaitsDuringTheWork_data()
 
     const QVector<bool> once{true};
     QTest::newRow("saved") << QString(QLatin1String("")) << QString() << once << true;
-    QTest::newRow("save failed") << QStringLiteral("/not/there") << QString() << once << false;
+    QTest::newRow("save failed") << "/not/there" << QString() << once << false;
     // A loaded document tells its name and its description.
-    QTest::newRow("loaded") << QString() << QStringLiteral("good.json") << QVector<bool>{true, true} << true;
-    QTest::newRow("no file") << QString() << QStringLiteral("none.json") << once << false;
-    QTest::newRow("no document") << QString() << QStringLiteral("bad.json") << once << false;
+    QTest::newRow("loaded") << QString() << "good.json" << QVector<bool>{true, true} << true;
+    QTest::newRow("no file") << QString() << "none.json" << once << false;
+    QTest::newRow("no document") << QString() << "bad.json" << once << false;
 }
 
 void TestProjectFiles::cursorWaitsDuringTheWork()
@@ -323,7 +315,7 @@ void TestProjectFiles::cursorWaitsDuringTheWork()
     if (save.isNull()) {
         m_files->loadFile(m_dir->filePath(load));
     } else {
-        m_files->saveProject(addProject(QStringLiteral("P"), m_dir->path() + save));
+        m_files->saveProject(addProject("P", m_dir->path() + save));
     }
     qInstallMessageHandler(before);
     QTEST(waiting, "shown");
@@ -344,7 +336,7 @@ void TestProjectFiles::busyCursorIsGoneWhenTheBoxStands()
     });
     m_boxes.reset(); // Here the boxes are answered by the timer.
     timer.start(0);
-    m_files->saveProject(addProject(QStringLiteral("P"), m_dir->path()));
+    m_files->saveProject(addProject("P", m_dir->path()));
     m_files->loadFile(path("P.json"));
     QCOMPARE(boxes, 2);
     m_boxes.reset(new MessageBoxes);
@@ -377,12 +369,10 @@ void TestProjectFiles::dialogAsksForAFile()
     });
     m_boxes->expect();
     m_files->load();
-    QCOMPARE(seen,
-             QStringList({QStringLiteral("Open JSON File"), QDir::homePath(),
-                          QStringLiteral("JSON Files (*.json)")}));
+    QCOMPARE(seen, QStringList({"Open JSON File", QDir::homePath(), "JSON Files (*.json)"}));
     QCOMPARE(m_boxes->told(),
-             QStringList({QStringLiteral("Load Successful|JSON data loaded from file:\n") + path("x.json")}));
-    QCOMPARE(m_model->item(0)->text(), QStringLiteral("P"));
+             QStringList({"Load Successful|JSON data loaded from file:\n" + path("x.json")}));
+    QCOMPARE(m_model->item(0)->text(), "P");
 }
 
 void TestProjectFiles::cancelledDialogIsALogLine()

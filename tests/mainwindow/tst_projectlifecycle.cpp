@@ -45,7 +45,7 @@ private slots:
 private:
     QString savedText(const QString &name) const
     {
-        return QStringLiteral("Save Successful|JSON data saved to file:\n") + m_folder->filePath(name);
+        return "Save Successful|JSON data saved to file:\n" + m_folder->filePath(name);
     }
 
     QScopedPointer<QTemporaryDir> m_folder;
@@ -54,7 +54,7 @@ private:
 
 void tst_ProjectLifecycle::init()
 {
-    QFile::remove(QStringLiteral("Settings.ini"));
+    QFile::remove("Settings.ini");
     m_folder.reset(new QTemporaryDir);
     m_window.reset(new Window);
 }
@@ -66,31 +66,27 @@ void tst_ProjectLifecycle::cleanup()
 
 void tst_ProjectLifecycle::newProjectHasFourFoldersAndOneService()
 {
-    m_window->handleProjectCreated(QStringLiteral("plant"), QStringLiteral("/nowhere"),
-                                   QStringLiteral("text"));
+    m_window->handleProjectCreated("plant", "/nowhere", "text");
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
-    QCOMPARE(ProjectDump::tree(m_window->projectModel()->item(0)),
-             QStringList({QStringLiteral("plant"), QStringLiteral("  +1 QString /nowhere"),
-                          QStringLiteral("  +2 QString text"), QStringLiteral("    Standard"),
-                          QStringLiteral("    Service"), QStringLiteral("        IEC61850"),
-                          QStringLiteral("          +171 QString IEC61850"), QStringLiteral("    Box"),
-                          QStringLiteral("    Data")}));
+    QCOMPARE(
+        ProjectDump::tree(m_window->projectModel()->item(0)),
+        QStringList({"plant", "  +1 QString /nowhere", "  +2 QString text", "    Standard", "    Service",
+                     "        IEC61850", "          +171 QString IEC61850", "    Box", "    Data"}));
     QVERIFY(m_window->projectTree()->isExpanded(m_window->projectModel()->item(0)->index()));
 }
 
 void tst_ProjectLifecycle::newProjectItemsHaveTheirIcons()
 {
-    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    const QStandardItem *project = m_window->addProject("plant");
     QCOMPARE(ProjectDump::iconBytes(project->icon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/project_manage.svg")));
-    const QStringList icons{QStringLiteral("standard"), QStringLiteral("Service"), QStringLiteral("Box"),
-                            QStringLiteral("Data")};
+             ProjectDump::iconBytes(":/adsdemo/images/project_manage.svg"));
+    const QStringList icons{"standard", "Service", "Box", "Data"};
     for (int row = 0; row < icons.size(); ++row) {
         QCOMPARE(ProjectDump::iconBytes(project->child(row)->icon()),
-                 ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/%1.svg").arg(icons.at(row))));
+                 ProjectDump::iconBytes(QString(":/adsdemo/images/%1.svg").arg(icons.at(row))));
     }
     QCOMPARE(ProjectDump::iconBytes(project->child(1)->child(0)->icon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/IEC61850.svg")));
+             ProjectDump::iconBytes(":/adsdemo/images/IEC61850.svg"));
 }
 
 void tst_ProjectLifecycle::newProjectActionAsksAndCreates()
@@ -99,83 +95,82 @@ void tst_ProjectLifecycle::newProjectActionAsksAndCreates()
     QWidget *parent = nullptr;
     dialogs.expect([&](QWidget *dialog) {
         parent = dialog->parentWidget();
-        QTest::keyClicks(Window::input<QLineEdit>(dialog, "name"), QStringLiteral("plant"));
+        QTest::keyClicks(Window::input<QLineEdit>(dialog, "name"), "plant");
         Window::input<QLineEdit>(dialog, "path")->setText(m_folder->path());
-        QTest::keyClicks(Window::input<QTextEdit>(dialog, "description"), QStringLiteral("text"));
+        QTest::keyClicks(Window::input<QTextEdit>(dialog, "description"), "text");
         Window::press(dialog, "okButton");
     });
-    m_window->findChild<QAction *>(QStringLiteral("actionNew_Project"))->trigger();
+    m_window->findChild<QAction *>("actionNew_Project")->trigger();
     QCOMPARE(dialogs.unexpected(), QStringList());
     QCOMPARE(parent, static_cast<QWidget *>(m_window.data()));
     QCOMPARE(ProjectDump::shape(m_window->projectModel()->item(0)),
-             QStringLiteral("plant(Standard() Service(IEC61850()) Box() Data())"));
+             "plant(Standard() Service(IEC61850()) Box() Data())");
     QCOMPARE(m_window->projectModel()->item(0)->data(projectPathRole).toString(), m_folder->path());
-    QCOMPARE(m_window->projectModel()->item(0)->data(projectDescriptionRole).toString(),
-             QStringLiteral("text"));
+    QCOMPARE(m_window->projectModel()->item(0)->data(projectDescriptionRole).toString(), "text");
 }
 
 void tst_ProjectLifecycle::newProjectWritesAndOpensNothing()
 {
     const QList<QStringList> areas = m_window->areas();
-    m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    m_window->addProject("plant", m_folder->path());
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
     QCOMPARE(m_window->areas(), areas);
 }
 
 void tst_ProjectLifecycle::nameOfAnOpenProjectIsRefused()
 {
-    m_window->addProject(QStringLiteral("plant"));
+    m_window->addProject("plant");
     MessageBoxes boxes;
     boxes.expect();
-    m_window->handleProjectCreated(QStringLiteral("plant"), m_folder->path(), QString());
+    m_window->handleProjectCreated("plant", m_folder->path(), QString());
     QCOMPARE(boxes.told(),
-             QStringList(QStringLiteral("Warning|A project with the same name already exists. "
-                                        "Please use a different name.")));
+             QStringList("Warning|A project with the same name already exists. "
+                         "Please use a different name."));
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
 void tst_ProjectLifecycle::nameOfAFileIsRefusedThoughNoSuchProjectIsOpen()
 {
-    QFile file(m_folder->filePath(QStringLiteral("plant.json")));
+    QFile file(m_folder->filePath("plant.json"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     MessageBoxes boxes;
     boxes.expect();
-    m_window->handleProjectCreated(QStringLiteral("plant"), m_folder->path(), QString());
+    m_window->handleProjectCreated("plant", m_folder->path(), QString());
     QCOMPARE(boxes.told(),
-             QStringList(QStringLiteral("Warning|A project with the same name already exists in the selected "
-                                        "directory. Please use a different name.")));
+             QStringList("Warning|A project with the same name already exists in the selected "
+                         "directory. Please use a different name."));
     QCOMPARE(m_window->projectModel()->rowCount(), 0);
 }
 
 void tst_ProjectLifecycle::fileIsTestedBeforeTheOpenProjects()
 {
-    m_window->addProject(QStringLiteral("plant"));
-    QFile file(m_folder->filePath(QStringLiteral("plant.json")));
+    m_window->addProject("plant");
+    QFile file(m_folder->filePath("plant.json"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     MessageBoxes boxes;
     boxes.expect();
-    m_window->handleProjectCreated(QStringLiteral("plant"), m_folder->path(), QString());
-    QVERIFY(boxes.told().value(0).contains(QStringLiteral("in the selected directory")));
+    m_window->handleProjectCreated("plant", m_folder->path(), QString());
+    QVERIFY(boxes.told().value(0).contains("in the selected directory"));
     QCOMPARE(boxes.told().size(), 1);
 }
 
 void tst_ProjectLifecycle::namesDifferByCase()
 {
-    m_window->addProject(QStringLiteral("plant"));
+    m_window->addProject("plant");
     MessageBoxes boxes;
-    m_window->addProject(QStringLiteral("PLANT"));
+    m_window->addProject("PLANT");
     QCOMPARE(boxes.told(), QStringList());
     QCOMPARE(m_window->projectModel()->rowCount(), 2);
 }
 
 void tst_ProjectLifecycle::dialogClosesThoughTheProjectIsRefused()
 {
-    m_window->addProject(QStringLiteral("plant"));
+    m_window->addProject("plant");
     ModalDialogs dialogs;
     MessageBoxes boxes;
     boxes.expect();
     dialogs.expect([&](QWidget *dialog) {
-        Window::input<QLineEdit>(dialog, "name")->setText(QStringLiteral("plant"));
+        Window::input<QLineEdit>(dialog, "name")->setText("plant");
         Window::input<QLineEdit>(dialog, "path")->setText(m_folder->path());
         Window::press(dialog, "okButton");
         QVERIFY(!dialog->isVisible());
@@ -192,16 +187,14 @@ static QStringList shown(const QWidget *form)
             Window::input<QTextEdit>(form, "description")->toPlainText()};
 }
 
-static const QString editProject = QStringLiteral("Edit Project");
+static const QString editProject = "Edit Project";
 
 void tst_ProjectLifecycle::clickOpensTheFormWithTheStoredValues()
 {
-    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    const QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
     QVERIFY(m_window->form(editProject));
-    QCOMPARE(
-        shown(m_window->form(editProject)),
-        QStringList({QStringLiteral("plant"), QStringLiteral("/nowhere"), QStringLiteral("about plant")}));
+    QCOMPARE(shown(m_window->form(editProject)), QStringList({"plant", "/nowhere", "about plant"}));
     const ads::CDockWidget *tab = m_window->tab(editProject);
     QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
     QVERIFY(!tab->icon().isNull());
@@ -210,21 +203,21 @@ void tst_ProjectLifecycle::clickOpensTheFormWithTheStoredValues()
 
 void tst_ProjectLifecycle::secondClickRebuildsTheForm()
 {
-    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    const QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
     const QPointer<QDialog> first = m_window->form(editProject);
-    Window::input<QLineEdit>(first, "name")->setText(QStringLiteral("typed"));
+    Window::input<QLineEdit>(first, "name")->setText("typed");
     m_window->click(project);
     Window::settle();
     QVERIFY(!first);
     QCOMPARE(m_window->tabs(editProject).size(), 1);
     QCOMPARE(m_window->countOf(editProject), 1);
-    QCOMPARE(shown(m_window->form(editProject)).first(), QStringLiteral("plant"));
+    QCOMPARE(shown(m_window->form(editProject)).first(), "plant");
 }
 
 void tst_ProjectLifecycle::oneTabStaysHoweverOftenItIsOpenedAtOnce()
 {
-    m_window->select(m_window->addProject(QStringLiteral("plant")));
+    m_window->select(m_window->addProject("plant"));
     // Closed docks are deleted by the event loop, which does not run between these.
     m_window->slotEditProject();
     m_window->slotEditProject();
@@ -234,23 +227,22 @@ void tst_ProjectLifecycle::oneTabStaysHoweverOftenItIsOpenedAtOnce()
     QVERIFY(m_window->form(editProject));
     Window::settle();
     QCOMPARE(m_window->countOf(editProject), 1);
-    QCOMPARE(shown(m_window->form(editProject)).first(), QStringLiteral("plant"));
+    QCOMPARE(shown(m_window->form(editProject)).first(), "plant");
     QCOMPARE(m_window->dockManager()->findDockWidget(editProject), m_window->tab(editProject));
 }
 
 void tst_ProjectLifecycle::savedValuesGoToTheItemAlone()
 {
-    QStandardItem *project = m_window->addProject(QStringLiteral("plant"), m_folder->path());
+    QStandardItem *project = m_window->addProject("plant", m_folder->path());
     m_window->projectModel()->setRowCount(2); // A row without an item is passed over.
     m_window->click(project);
     QDialog *form = m_window->form(editProject);
-    Window::input<QLineEdit>(form, "name")->setText(QStringLiteral("mill"));
-    Window::input<QTextEdit>(form, "description")->setPlainText(QStringLiteral("other"));
+    Window::input<QLineEdit>(form, "name")->setText("mill");
+    Window::input<QTextEdit>(form, "description")->setPlainText("other");
     Window::press(form, "saveButton");
     QCOMPARE(ProjectDump::tree(project).mid(0, 3),
-             QStringList({QStringLiteral("mill"), QStringLiteral("  +1 QString ") + m_folder->path(),
-                          QStringLiteral("  +2 QString other")}));
-    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The Project 'mill' is saved successfully.")));
+             QStringList({"mill", "  +1 QString " + m_folder->path(), "  +2 QString other"}));
+    QCOMPARE(m_window->messages(), QStringList("The Project 'mill' is saved successfully."));
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
     Window::settle();
     QCOMPARE(m_window->form(editProject), form);
@@ -258,68 +250,65 @@ void tst_ProjectLifecycle::savedValuesGoToTheItemAlone()
 
 void tst_ProjectLifecycle::renamedProjectIsSavedUnderItsNewNameBesideTheOldFile()
 {
-    m_window->click(m_window->addProject(QStringLiteral("plant"), m_folder->path()));
+    m_window->click(m_window->addProject("plant", m_folder->path()));
     MessageBoxes boxes;
     boxes.expect();
     boxes.expect();
     m_window->saveProjectFile();
-    Window::input<QLineEdit>(m_window->form(editProject), "name")->setText(QStringLiteral("mill"));
+    Window::input<QLineEdit>(m_window->form(editProject), "name")->setText("mill");
     Window::press(m_window->form(editProject), "saveButton");
     m_window->saveProjectFile();
-    QCOMPARE(boxes.told(),
-             QStringList({savedText(QStringLiteral("plant.json")), savedText(QStringLiteral("mill.json"))}));
-    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files),
-             QStringList({QStringLiteral("mill.json"), QStringLiteral("plant.json")}));
+    QCOMPARE(boxes.told(), QStringList({savedText("plant.json"), savedText("mill.json")}));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList({"mill.json", "plant.json"}));
 }
 
 void tst_ProjectLifecycle::duplicateNameChangesNothing()
 {
-    m_window->addProject(QStringLiteral("mill"));
-    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    m_window->addProject("mill");
+    QStandardItem *project = m_window->addProject("plant");
     const QStringList before = ProjectDump::tree(project);
     m_window->click(project);
     QDialog *form = m_window->form(editProject);
-    Window::input<QLineEdit>(form, "name")->setText(QStringLiteral("mill"));
-    Window::input<QTextEdit>(form, "description")->setPlainText(QStringLiteral("other"));
+    Window::input<QLineEdit>(form, "name")->setText("mill");
+    Window::input<QTextEdit>(form, "description")->setPlainText("other");
     MessageBoxes boxes;
     boxes.expect();
     Window::press(form, "saveButton");
     QCOMPARE(boxes.told(),
-             QStringList(QStringLiteral("Warning|A project with the same name already exists. "
-                                        "Please use a different name.")));
+             QStringList("Warning|A project with the same name already exists. "
+                         "Please use a different name."));
     QCOMPARE(ProjectDump::tree(project), before);
     Window::settle();
     QCOMPARE(m_window->form(editProject), form);
-    QCOMPARE(shown(form),
-             QStringList({QStringLiteral("mill"), QStringLiteral("/nowhere"), QStringLiteral("other")}));
+    QCOMPARE(shown(form), QStringList({"mill", "/nowhere", "other"}));
     QCOMPARE(m_window->messages(), QStringList());
 }
 
 void tst_ProjectLifecycle::emptyDescriptionIsSaved()
 {
-    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
     Window::input<QTextEdit>(m_window->form(editProject), "description")->clear();
     Window::press(m_window->form(editProject), "saveButton");
     QCOMPARE(project->data(projectDescriptionRole), QVariant(QString()));
-    QCOMPARE(project->text(), QStringLiteral("plant"));
+    QCOMPARE(project->text(), "plant");
 }
 
 void tst_ProjectLifecycle::emptyNameIsRefused()
 {
-    QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
+    QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
     Window::input<QLineEdit>(m_window->form(editProject), "name")->clear();
     MessageBoxes boxes;
     boxes.expect();
     Window::press(m_window->form(editProject), "saveButton");
-    QCOMPARE(boxes.told(), QStringList(QStringLiteral("Warning|Name cannot be empty.")));
-    QCOMPARE(project->text(), QStringLiteral("plant"));
+    QCOMPARE(boxes.told(), QStringList("Warning|Name cannot be empty."));
+    QCOMPARE(project->text(), "plant");
 }
 
 void tst_ProjectLifecycle::cancelClosesTheForm()
 {
-    m_window->click(m_window->addProject(QStringLiteral("plant")));
+    m_window->click(m_window->addProject("plant"));
     const QPointer<QDialog> form = m_window->form(editProject);
     const QSignalSpy closed(m_window->tab(editProject), &ads::CDockWidget::closed);
     Window::press(form, "cancelButton");
@@ -332,7 +321,7 @@ void tst_ProjectLifecycle::cancelClosesTheForm()
 
 void tst_ProjectLifecycle::formOfAClosedProjectSavesNowhere()
 {
-    m_window->click(m_window->addProject(QStringLiteral("plant")));
+    m_window->click(m_window->addProject("plant"));
     m_window->projectModel()->removeRow(0);
     Window::press(m_window->form(editProject), "saveButton");
     QCOMPARE(m_window->messages(), QStringList());
@@ -350,17 +339,16 @@ void tst_ProjectLifecycle::projectsNeedNoMainWindow()
     EditorTabs tabs(window.dockManager(), window.viewMenu(), nullptr);
     ProjectFiles files(nullptr, window.projectModel(), window.projectTree());
     ProjectLifecycle projects(window.projectModel(), window.projectTree(), &tabs, &files, &window);
-    projects.create(QStringLiteral("plant"), QStringLiteral("/nowhere"), QString());
+    projects.create("plant", "/nowhere", QString());
     QStandardItem *project = window.projectModel()->item(0);
     window.select(project);
     projects.edit();
     auto *form = qobject_cast<EditProjectDialog *>(tabs.find(EditorTab::Project)->widget());
-    form->setName(QStringLiteral("works"));
+    form->setName("works");
     QSignalSpy told(&projects, &ProjectLifecycle::message);
     form->saveChanges();
-    QCOMPARE(project->text(), QStringLiteral("works"));
-    QCOMPARE(told,
-             QList<QVariantList>{QVariantList{QStringLiteral("The Project 'works' is saved successfully.")}});
+    QCOMPARE(project->text(), "works");
+    QCOMPARE(told, QList<QVariantList>{QVariantList{"The Project 'works' is saved successfully."}});
 
     MessageBoxes boxes;
     boxes.expect(QMessageBox::Cancel);

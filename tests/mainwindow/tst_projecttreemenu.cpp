@@ -49,26 +49,24 @@ static QPoint placeOfMenuKey(const QWidget *widget)
     return widget->inputMethodQuery(Qt::ImCursorRectangle).toRect().center();
 }
 
-static const QString noMenu = QStringLiteral("no menu");
+static const QString noMenu = "no menu";
 
 void tst_ProjectTreeMenu::init()
 {
     m_window.reset(new Window);
-    const QStandardItem *project = m_window->addProject(QStringLiteral("plant"));
-    Window::addStandard(project, QStringLiteral("bus"), QStringLiteral("OpcUA"));
-    Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.13.8"));
-    ProjectTree::appendDefinition(Window::folder(project, ProjectTree::dataFolder), QStringLiteral("meter"),
-                                  QString());
-    ProjectTree::appendDefinition(project->model()->item(0), QStringLiteral("Spare"), QString());
-    ProjectTree::appendDefinition(project->child(4), QStringLiteral("thing"), QString());
+    const QStandardItem *project = m_window->addProject("plant");
+    Window::addStandard(project, "bus", "OpcUA");
+    Window::addBox(project, "gate", "127.0.13.8");
+    ProjectTree::appendDefinition(Window::folder(project, ProjectTree::dataFolder), "meter", QString());
+    ProjectTree::appendDefinition(project->model()->item(0), "Spare", QString());
+    ProjectTree::appendDefinition(project->child(4), "thing", QString());
     // Kinds with forms that nothing in the window leads to.
     QStandardItem *plcs =
         ProjectTree::appendDefinition(project->model()->item(0), ProjectTree::plcFolder, QString());
-    ProjectTree::appendDefinition(plcs, QStringLiteral("press"), QString());
+    ProjectTree::appendDefinition(plcs, "press", QString());
     QStandardItem *servers =
         ProjectTree::appendDefinition(project->model()->item(0), ProjectTree::serverFolder, QString());
-    ProjectTree::appendDefinition(servers, QStringLiteral("north"), QString())
-        ->setData(QStringLiteral("MQTT"), serverProtocolRole);
+    ProjectTree::appendDefinition(servers, "north", QString())->setData("MQTT", serverProtocolRole);
 }
 
 void tst_ProjectTreeMenu::cleanup()
@@ -148,27 +146,27 @@ void tst_ProjectTreeMenu::menuBelongsToTheNode()
 
 void tst_ProjectTreeMenu::eachRequestThatShowedAMenuSwallowsTheNext()
 {
-    QVERIFY(request(QStringLiteral("plant")) != QStringList(noMenu));
-    QCOMPARE(request(QStringLiteral("plant/Box")), QStringList(noMenu));
-    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
-    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(noMenu));
+    QVERIFY(request("plant") != QStringList(noMenu));
+    QCOMPARE(request("plant/Box"), QStringList(noMenu));
+    QCOMPARE(request("plant/Data"), QStringList("Delete All"));
+    QCOMPARE(request("plant/Data"), QStringList(noMenu));
 }
 
 void tst_ProjectTreeMenu::emptyMenuSwallowsTheNextToo()
 {
     bool came = false;
-    QCOMPARE(request(QStringLiteral("plant/Service"), &came), QStringList());
+    QCOMPARE(request("plant/Service", &came), QStringList());
     QVERIFY(came);
-    request(QStringLiteral("plant"), &came);
+    request("plant", &came);
     QVERIFY(!came);
-    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
+    QCOMPARE(request("plant/Data"), QStringList("Delete All"));
 }
 
 // A form can be opened without a mouse.
 void tst_ProjectTreeMenu::menuKeyShowsTheMenuOfTheCurrentNode()
 {
     QTreeView *tree = m_window->projectTree();
-    tree->setCurrentIndex(node(QStringLiteral("plant/Box/gate"))->index());
+    tree->setCurrentIndex(node("plant/Box/gate")->index());
     QStringList entries;
     ModalDialogs dialogs;
     dialogs.expect([&entries](QWidget *menu) {
@@ -190,17 +188,17 @@ void tst_ProjectTreeMenu::requestBesideTheNodesShowsNothingAndSwallowsNothing()
     bool came = true;
     request(beside, &came);
     QVERIFY(!came);
-    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
+    QCOMPARE(request("plant/Data"), QStringList("Delete All"));
     // A swallowed request is swallowed wherever it is made.
     request(beside, &came);
     QVERIFY(!came);
-    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(QStringLiteral("Delete All")));
+    QCOMPARE(request("plant/Data"), QStringList("Delete All"));
 }
 
 void tst_ProjectTreeMenu::entriesFollowTheLanguage()
 {
     m_window->CESwitching();
-    QCOMPARE(request(QStringLiteral("plant/Data")), QStringList(CMainWindow::tr("Delete All")));
+    QCOMPARE(request("plant/Data"), QStringList(CMainWindow::tr("Delete All")));
 }
 
 void tst_ProjectTreeMenu::entriesLeadToTheirSlots_data()
@@ -269,10 +267,14 @@ void tst_ProjectTreeMenu::clicksOpenTheNodesForm_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("title");
-    QTest::newRow("project") << QStringLiteral("plant") << QStringLiteral("Edit Project");
-    QTest::newRow("Standard") << QStringLiteral("plant/Standard/bus") << QStringLiteral("Edit Standard");
-    QTest::newRow("Service") << QStringLiteral("plant/Service/IEC61850") << QStringLiteral("Edit Service");
-    QTest::newRow("Box") << QStringLiteral("plant/Box/gate") << QStringLiteral("Edit Box");
+    QTest::newRow("project") << "plant"
+                             << "Edit Project";
+    QTest::newRow("Standard") << "plant/Standard/bus"
+                              << "Edit Standard";
+    QTest::newRow("Service") << "plant/Service/IEC61850"
+                             << "Edit Service";
+    QTest::newRow("Box") << "plant/Box/gate"
+                         << "Edit Box";
     for (const char *path :
          {"plant/Standard", "plant/Service", "plant/Box", "plant/Data", "plant/Spare", "plant/Spare/thing",
           "plant/Data/meter", "plant/PLC", "plant/PLC/press", "plant/Server", "plant/Server/north"}) {
@@ -298,18 +300,18 @@ void tst_ProjectTreeMenu::clickOnADataNodeShowsItsTab()
     for (const char *text : {"other", "meter", "meter"}) {
         tabs->addTab(new QWidget, QString::fromLatin1(text));
     }
-    m_window->click(node(QStringLiteral("plant/Data/meter")));
+    m_window->click(node("plant/Data/meter"));
     QCOMPARE(tabs->currentIndex(), 1);
     tabs->setCurrentIndex(0);
-    node(QStringLiteral("plant/Data/meter"))->setText(QStringLiteral("METER"));
-    m_window->click(node(QStringLiteral("plant/Data/METER")));
+    node("plant/Data/meter")->setText("METER");
+    m_window->click(node("plant/Data/METER"));
     QCOMPARE(tabs->currentIndex(), 0);
 }
 
 void tst_ProjectTreeMenu::pressAndDoubleClickDoNothing()
 {
     const int before = int(m_window->dockManager()->dockWidgetsMap().size());
-    const QModelIndex box = node(QStringLiteral("plant/Box/gate"))->index();
+    const QModelIndex box = node("plant/Box/gate")->index();
     QVERIFY(QMetaObject::invokeMethod(m_window.data(), "prjectTreeView_pressed", Q_ARG(QModelIndex, box)));
     QVERIFY(
         QMetaObject::invokeMethod(m_window.data(), "prjectTreeView_doubleClicked", Q_ARG(QModelIndex, box)));
@@ -321,11 +323,11 @@ void tst_ProjectTreeMenu::menuNeedsNoMainWindow()
     QStandardItemModel model;
     auto *tree = new QTreeView;
     tree->setModel(&model);
-    model.appendRow(ProjectTree::makeProject(QStringLiteral("plant"), QString(), QString()));
+    model.appendRow(ProjectTree::makeProject("plant", QString(), QString()));
     QStandardItem *project = model.item(0);
     ProjectTree::appendMissingFolders(project);
     const QStandardItem *meter = ProjectTree::appendDefinition(
-        ProjectTree::childNamed(project, ProjectTree::dataFolder), QStringLiteral("meter"), QString());
+        ProjectTree::childNamed(project, ProjectTree::dataFolder), "meter", QString());
     ProjectTreeMenu menu(tree, nullptr);
 
     QSignalSpy edits(&menu, &ProjectTreeMenu::editProject);
@@ -333,7 +335,7 @@ void tst_ProjectTreeMenu::menuNeedsNoMainWindow()
     menu.click(project->index());
     menu.click(meter->index());
     QCOMPARE(edits.count(), 1);
-    QCOMPARE(shown, QList<QVariantList>{QVariantList{QStringLiteral("meter")}});
+    QCOMPARE(shown, QList<QVariantList>{QVariantList{"meter"}});
 
     QSignalSpy saves(&menu, &ProjectTreeMenu::saveProject);
     ModalDialogs dialogs;

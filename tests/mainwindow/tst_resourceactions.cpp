@@ -15,11 +15,11 @@
 
 using Window = WindowUnderTest;
 
-static const QString editBox = QStringLiteral("Edit Box");
-static const QString editStandard = QStringLiteral("Edit Standard");
-static const QString editService = QStringLiteral("Edit Service");
+static const QString editBox = "Edit Box";
+static const QString editStandard = "Edit Standard";
+static const QString editService = "Edit Service";
 // Nothing listens there: sessions to it fail and are tried again.
-static const QString nobody = QStringLiteral("127.0.13.7");
+static const QString nobody = "127.0.13.7";
 
 class tst_ResourceActions : public QObject
 {
@@ -65,7 +65,7 @@ private:
 void tst_ResourceActions::init()
 {
     m_window.reset(new Window);
-    m_project = m_window->addProject(QStringLiteral("plant"));
+    m_project = m_window->addProject("plant");
 }
 
 void tst_ResourceActions::cleanup()
@@ -95,8 +95,8 @@ void tst_ResourceActions::add(void (CMainWindow::*slot)(), const char *folderTex
 void tst_ResourceActions::addedStandardHasItsRoleAndIcon_data()
 {
     QTest::addColumn<QString>("protocol");
-    QTest::newRow("DLT645") << QStringLiteral("DLT645");
-    QTest::newRow("Modbus") << QStringLiteral("Modbus");
+    QTest::newRow("DLT645") << "DLT645";
+    QTest::newRow("Modbus") << "Modbus";
 }
 
 void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
@@ -107,7 +107,7 @@ void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
     {
         ModalDialogs dialogs;
         dialogs.expect([&](QWidget *dialog) {
-            Window::input<QLineEdit>(dialog, "name")->setText(QStringLiteral("bus"));
+            Window::input<QLineEdit>(dialog, "name")->setText("bus");
             Window::input<QComboBox>(dialog, "protocol")->setCurrentText(protocol);
             Window::press(dialog, "okButton");
         });
@@ -115,36 +115,35 @@ void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
                                      [&](const ResourceKind::New &given) { resource = given; });
     }
     QVERIFY(resource);
-    QCOMPARE(resource->name, QStringLiteral("bus"));
+    QCOMPARE(resource->name, "bus");
     QCOMPARE(resource->roles, (QVector<QPair<int, QVariant>>{{standardProtocolRole, protocol}}));
 
-    add(&CMainWindow::standardAddFile, "Standard", QStringLiteral("bus"), protocol);
+    add(&CMainWindow::standardAddFile, "Standard", "bus", protocol);
     const QStandardItem *standard = folder("Standard")->child(0);
-    QCOMPARE(standard->text(), QStringLiteral("bus"));
+    QCOMPARE(standard->text(), "bus");
     QCOMPARE(standard->data(standardProtocolRole).toString(), protocol);
     QCOMPARE(ProjectDump::iconBytes(standard->icon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/%1.svg").arg(protocol)));
+             ProjectDump::iconBytes(QString(":/adsdemo/images/%1.svg").arg(protocol)));
 }
 
 void tst_ResourceActions::addedStandardOpensItsTabAtOnce()
 {
-    add(&CMainWindow::standardAddFile, "Standard", QStringLiteral("bus"), QStringLiteral("Modbus"));
+    add(&CMainWindow::standardAddFile, "Standard", "bus", "Modbus");
     QCOMPARE(m_window->currentItem(), folder("Standard")->child(0));
     QCOMPARE(m_window->countOf(editStandard), 1);
 }
 
 void tst_ResourceActions::addedBoxHasItsRolesAndOpensItsTab()
 {
-    add(&CMainWindow::boxAddFile, "Box", QStringLiteral("gate"), nobody);
+    add(&CMainWindow::boxAddFile, "Box", "gate", nobody);
     QStandardItem *box = folder("Box")->child(0);
-    QCOMPARE(box->text(), QStringLiteral("gate"));
+    QCOMPARE(box->text(), "gate");
     QCOMPARE(box->data(boxIpRole).toString(), nobody);
-    QCOMPARE(box->data(boxModelRole).toString(), QStringLiteral("MRN-GATE-70"));
-    QCOMPARE(ProjectDump::iconBytes(box->icon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/box-file.svg")));
+    QCOMPARE(box->data(boxModelRole).toString(), "MRN-GATE-70");
+    QCOMPARE(ProjectDump::iconBytes(box->icon()), ProjectDump::iconBytes(":/adsdemo/images/box-file.svg"));
     QCOMPARE(m_window->currentItem(), box);
     QVERIFY(boxForm());
-    QCOMPARE(boxForm()->nameEdit()->text(), QStringLiteral("gate"));
+    QCOMPARE(boxForm()->nameEdit()->text(), "gate");
 }
 
 void tst_ResourceActions::cancelledAddingChangesNothing()
@@ -158,8 +157,7 @@ void tst_ResourceActions::cancelledAddingChangesNothing()
         QCOMPARE(dialogs.pending(), 0);
         QCOMPARE(boxes.told(), QStringList());
     }
-    QCOMPARE(ProjectDump::shape(m_project),
-             QStringLiteral("plant(Standard() Service(IEC61850()) Box() Data())"));
+    QCOMPARE(ProjectDump::shape(m_project), "plant(Standard() Service(IEC61850()) Box() Data())");
     QCOMPARE(m_window->currentItem(), folder("Box"));
 }
 
@@ -174,19 +172,18 @@ void tst_ResourceActions::addingRefuses_data()
     QTest::addColumn<QString>("told");
     const QByteArray standard = "Standard";
     const QByteArray box = "Box";
-    QTest::newRow("Standard without a name") << &CMainWindow::standardAddFile << standard << QString()
-                                             << QStringLiteral("Warning|standard Name cannot be empty.");
-    QTest::newRow("Box without a name") << &CMainWindow::boxAddFile << box << QString()
-                                        << QStringLiteral("Warning|Box Name cannot be empty.");
+    QTest::newRow("Standard without a name")
+        << &CMainWindow::standardAddFile << standard << QString() << "Warning|standard Name cannot be empty.";
+    QTest::newRow("Box without a name")
+        << &CMainWindow::boxAddFile << box << QString() << "Warning|Box Name cannot be empty.";
     QTest::newRow("Standard of a taken name")
-        << &CMainWindow::standardAddFile << standard << QStringLiteral("taken")
-        << QStringLiteral(
-               "Warning|A standard file with the same name already exists in PLC or Standard folder. "
-               "Please use a different name.");
+        << &CMainWindow::standardAddFile << standard << "taken"
+        << "Warning|A standard file with the same name already exists in PLC or Standard folder. "
+           "Please use a different name.";
     QTest::newRow("Box of a taken name")
-        << &CMainWindow::boxAddFile << box << QStringLiteral("taken")
-        << QStringLiteral("Warning|A box file with the same name already exists in this folder. Please use a "
-                          "different name.");
+        << &CMainWindow::boxAddFile << box << "taken"
+        << "Warning|A box file with the same name already exists in this folder. Please use a "
+           "different name.";
 }
 
 void tst_ResourceActions::addingRefuses()
@@ -195,8 +192,8 @@ void tst_ResourceActions::addingRefuses()
     QFETCH(QByteArray, folderText);
     QFETCH(QString, name);
     QFETCH(QString, told);
-    Window::addBox(m_project, QStringLiteral("taken"), nobody);
-    Window::addStandard(m_project, QStringLiteral("taken"), QStringLiteral("Modbus"));
+    Window::addBox(m_project, "taken", nobody);
+    Window::addStandard(m_project, "taken", "Modbus");
     const QStringList before = ProjectDump::tree(m_project);
     const QList<QStringList> areas = m_window->areas();
     MessageBoxes boxes;
@@ -209,14 +206,14 @@ void tst_ResourceActions::addingRefuses()
 
 void tst_ResourceActions::namesOfOtherFoldersAndCasesAreFree()
 {
-    Window::addBox(m_project, QStringLiteral("abc"), nobody);
-    Window::addStandard(m_project, QStringLiteral("ABC"), QStringLiteral("Modbus"));
+    Window::addBox(m_project, "abc", nobody);
+    Window::addStandard(m_project, "ABC", "Modbus");
     MessageBoxes boxes;
-    add(&CMainWindow::boxAddFile, "Box", QStringLiteral("ABC"), nobody);
-    add(&CMainWindow::standardAddFile, "Standard", QStringLiteral("abc"), QStringLiteral("Modbus"));
+    add(&CMainWindow::boxAddFile, "Box", "ABC", nobody);
+    add(&CMainWindow::standardAddFile, "Standard", "abc", "Modbus");
     QCOMPARE(boxes.told(), QStringList());
     QCOMPARE(ProjectDump::shape(m_project),
-             QStringLiteral("plant(Standard(ABC() abc()) Service(IEC61850()) Box(abc() ABC()) Data())"));
+             "plant(Standard(ABC() abc()) Service(IEC61850()) Box(abc() ABC()) Data())");
 }
 
 void tst_ResourceActions::addingNeedsACurrentItem()
@@ -249,16 +246,15 @@ void tst_ResourceActions::deletingClosesTheTabOfTheKind()
         forms[EditorTabs::titleOf(kind)] = form;
     }
     // The tab of the kind goes though it shows another node.
-    QStandardItem *item =
-        ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("gone"), QString());
+    QStandardItem *item = ProjectTree::appendDefinition(folder(folderText.constData()), "gone", QString());
     const int before = folder(folderText.constData())->rowCount();
-    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("gone"));
+    m_window->monitoringTabs()->addTab(new QWidget, "gone");
     m_window->select(item);
     MessageBoxes boxes;
     m_window->slotDeleteFile();
     QCOMPARE(boxes.told(), QStringList());
     QCOMPARE(folder(folderText.constData())->rowCount(), before - 1);
-    QVERIFY(!ProjectTree::childNamed(folder(folderText.constData()), QStringLiteral("gone")));
+    QVERIFY(!ProjectTree::childNamed(folder(folderText.constData()), "gone"));
     QCOMPARE(m_window->monitoringTabs()->count(), 0);
     Window::settle();
     for (const QString &each : {editBox, editStandard, editService}) {
@@ -283,20 +279,20 @@ void tst_ResourceActions::deletingNeedsADefinition()
 
 void tst_ResourceActions::deletedDataNodeLosesItsTabButNotItsPage()
 {
-    QStandardItem *meter = ProjectTree::appendDefinition(folder("Data"), QStringLiteral("meter"), QString());
-    ProjectTree::appendDefinition(folder("Data"), QStringLiteral("pump"), QString());
+    QStandardItem *meter = ProjectTree::appendDefinition(folder("Data"), "meter", QString());
+    ProjectTree::appendDefinition(folder("Data"), "pump", QString());
     const QPointer<QWidget> page = new QWidget;
-    m_window->monitoringTabs()->addTab(page, QStringLiteral("meter"));
-    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("pump"));
-    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->monitoringTabs()->addTab(page, "meter");
+    m_window->monitoringTabs()->addTab(new QWidget, "pump");
+    m_window->click(Window::addBox(m_project, "a", nobody));
     m_window->select(meter);
     m_window->slotDeleteFile();
     Window::settle();
     QCOMPARE(m_window->monitoringTabs()->count(), 1);
-    QCOMPARE(m_window->monitoringTabs()->tabText(0), QStringLiteral("pump"));
+    QCOMPARE(m_window->monitoringTabs()->tabText(0), "pump");
     QVERIFY(page);
     QVERIFY(boxForm());
-    QCOMPARE(ProjectDump::shape(folder("Data")), QStringLiteral("Data(pump())"));
+    QCOMPARE(ProjectDump::shape(folder("Data")), "Data(pump())");
 }
 
 void tst_ResourceActions::deletingAllEmptiesTheFolder()
@@ -306,12 +302,12 @@ void tst_ResourceActions::deletingAllEmptiesTheFolder()
         m_window->monitoringTabs()->addTab(new QWidget, QString::fromLatin1(name));
     }
     folder("Data")->setRowCount(3); // A row without an item is passed over.
-    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("of another project"));
+    m_window->monitoringTabs()->addTab(new QWidget, "of another project");
     m_window->select(folder("Data"));
     m_window->slotDeleteAllFile();
     QCOMPARE(folder("Data")->rowCount(), 0);
     QCOMPARE(m_window->monitoringTabs()->count(), 1);
-    QCOMPARE(m_window->monitoringTabs()->tabText(0), QStringLiteral("of another project"));
+    QCOMPARE(m_window->monitoringTabs()->tabText(0), "of another project");
 }
 
 void tst_ResourceActions::deletingAllOfAnEmptyDataFolderDoesNothing()
@@ -324,8 +320,8 @@ void tst_ResourceActions::deletingAllOfAnEmptyDataFolderDoesNothing()
 
 void tst_ResourceActions::deletingAllOfADefinitionRemovesIt()
 {
-    m_window->select(ProjectTree::appendDefinition(folder("Data"), QStringLiteral("meter"), QString()));
-    m_window->monitoringTabs()->addTab(new QWidget, QStringLiteral("meter"));
+    m_window->select(ProjectTree::appendDefinition(folder("Data"), "meter", QString()));
+    m_window->monitoringTabs()->addTab(new QWidget, "meter");
     m_window->slotDeleteAllFile();
     QCOMPARE(folder("Data")->rowCount(), 0);
     QCOMPARE(m_window->monitoringTabs()->count(), 0);
@@ -335,11 +331,11 @@ void tst_ResourceActions::closeTabByNameTakesTheFirst()
 {
     QTabWidget *tabs = m_window->monitoringTabs();
     const QPointer<QWidget> page = new QWidget;
-    tabs->addTab(page, QStringLiteral("meter"));
-    tabs->addTab(new QWidget, QStringLiteral("meter"));
-    m_window->closeTabByName(QStringLiteral("nothing"));
+    tabs->addTab(page, "meter");
+    tabs->addTab(new QWidget, "meter");
+    m_window->closeTabByName("nothing");
     QCOMPARE(tabs->count(), 2);
-    m_window->closeTabByName(QStringLiteral("meter"));
+    m_window->closeTabByName("meter");
     QCOMPARE(tabs->count(), 1);
     QCOMPARE(tabs->indexOf(page), -1);
     QVERIFY(page);
@@ -356,17 +352,17 @@ void tst_ResourceActions::actionsNeedNoMainWindow()
     actions.edit(ResourceKind::standard()); // without a current item
     QCOMPARE(made.count(), 0);
 
-    const QStandardItem *project = window.addProject(QStringLiteral("plant"));
+    const QStandardItem *project = window.addProject("plant");
     QStandardItem *standards = ProjectTree::childNamed(project, ProjectTree::standardFolder);
-    window.select(ProjectTree::appendDefinition(standards, QStringLiteral("bus"), QString(),
-                                                {{standardProtocolRole, QStringLiteral("Modbus")}}));
+    window.select(
+        ProjectTree::appendDefinition(standards, "bus", QString(), {{standardProtocolRole, "Modbus"}}));
     actions.edit(ResourceKind::standard());
     QCOMPARE(made.count(), 1);
     QCOMPARE(made.first().first().value<QDialog *>(), tabs.find(EditorTab::Standard)->widget());
 
     actions.remove();
     QCOMPARE(standards->rowCount(), 0);
-    QCOMPARE(removed, QList<QVariantList>{QVariantList{QStringLiteral("bus")}});
+    QCOMPARE(removed, QList<QVariantList>{QVariantList{"bus"}});
     QVERIFY(!tabs.find(EditorTab::Standard));
 }
 

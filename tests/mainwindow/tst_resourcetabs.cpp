@@ -14,12 +14,12 @@
 
 using Window = WindowUnderTest;
 
-static const QString editBox = QStringLiteral("Edit Box");
-static const QString editStandard = QStringLiteral("Edit Standard");
-static const QString editService = QStringLiteral("Edit Service");
-static const QString editProject = QStringLiteral("Edit Project");
+static const QString editBox = "Edit Box";
+static const QString editStandard = "Edit Standard";
+static const QString editService = "Edit Service";
+static const QString editProject = "Edit Project";
 // Nothing listens there: sessions to it fail and are tried again.
-static const QString nobody = QStringLiteral("127.0.13.17");
+static const QString nobody = "127.0.13.17";
 
 class tst_ResourceTabs : public QObject
 {
@@ -60,7 +60,7 @@ private:
 void tst_ResourceTabs::init()
 {
     m_window.reset(new Window);
-    m_project = m_window->addProject(QStringLiteral("plant"));
+    m_project = m_window->addProject("plant");
 }
 
 void tst_ResourceTabs::cleanup()
@@ -70,9 +70,9 @@ void tst_ResourceTabs::cleanup()
 
 void tst_ResourceTabs::boxFormShowsTheItem()
 {
-    m_window->click(Window::addBox(m_project, QStringLiteral("gate"), nobody));
+    m_window->click(Window::addBox(m_project, "gate", nobody));
     QVERIFY(boxForm());
-    QCOMPARE(boxForm()->nameEdit()->text(), QStringLiteral("gate"));
+    QCOMPARE(boxForm()->nameEdit()->text(), "gate");
     const ads::CDockWidget *tab = m_window->tab(editBox);
     QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
     QVERIFY(!tab->icon().isNull());
@@ -97,17 +97,17 @@ void tst_ResourceTabs::clickOnAnotherBoxReusesTheTabAndMovesTheSession()
 {
     Listener firstBox("127.0.13.2");
     Listener secondBox("127.0.13.3");
-    const QStandardItem *a = Window::addBox(m_project, QStringLiteral("a"), QStringLiteral("127.0.13.2"));
-    const QStandardItem *b = Window::addBox(m_project, QStringLiteral("b"), QStringLiteral("127.0.13.3"));
+    const QStandardItem *a = Window::addBox(m_project, "a", "127.0.13.2");
+    const QStandardItem *b = Window::addBox(m_project, "b", "127.0.13.3");
     m_window->click(a);
     const QTcpSocket *firstSession = firstBox.accept();
     QVERIFY(firstSession);
     const QPointer<BoxEditDialog> form = boxForm();
-    form->nameEdit()->setText(QStringLiteral("typed"));
+    form->nameEdit()->setText("typed");
     m_window->click(b);
     QCOMPARE(boxForm(), form.data());
     QCOMPARE(m_window->countOf(editBox), 1);
-    QCOMPARE(form->nameEdit()->text(), QStringLiteral("b"));
+    QCOMPARE(form->nameEdit()->text(), "b");
     const QTcpSocket *secondSession = secondBox.accept();
     QVERIFY(secondSession);
     QTRY_COMPARE(firstSession->state(), QAbstractSocket::UnconnectedState);
@@ -116,41 +116,41 @@ void tst_ResourceTabs::clickOnAnotherBoxReusesTheTabAndMovesTheSession()
 
 void tst_ResourceTabs::saveInAReboundTabReportsTheBoxsOwnName()
 {
-    QStandardItem *a = Window::addBox(m_project, QStringLiteral("a"), nobody);
-    QStandardItem *b = Window::addBox(m_project, QStringLiteral("b"), nobody);
+    QStandardItem *a = Window::addBox(m_project, "a", nobody);
+    QStandardItem *b = Window::addBox(m_project, "b", nobody);
     m_window->click(a);
     m_window->click(b);
-    Window::input<QLineEdit>(boxForm(), "ip")->setText(QStringLiteral("127.0.13.6"));
+    Window::input<QLineEdit>(boxForm(), "ip")->setText("127.0.13.6");
     MessageBoxes boxes;
     boxes.expect();
     boxForm()->saveButton()->click();
     QCOMPARE(boxes.told(),
-             QStringList(QStringLiteral("Duplicate name|The name\"b\"already exists, please change "
-                                        "the name.")));
+             QStringList("Duplicate name|The name\"b\"already exists, please change "
+                         "the name."));
     QVERIFY(boxForm());
     QCOMPARE(b->data(boxIpRole).toString(), nobody);
     // A fresh name goes to the first item, the fields to the second, and its form's name to the text of both.
-    boxForm()->nameEdit()->setText(QStringLiteral("c"));
+    boxForm()->nameEdit()->setText("c");
     boxForm()->saveButton()->click();
-    QCOMPARE(a->text(), QStringLiteral("c"));
+    QCOMPARE(a->text(), "c");
     QCOMPARE(a->data(boxIpRole).toString(), nobody);
-    QCOMPARE(b->text(), QStringLiteral("c"));
-    QCOMPARE(b->data(boxIpRole).toString(), QStringLiteral("127.0.13.6"));
+    QCOMPARE(b->text(), "c");
+    QCOMPARE(b->data(boxIpRole).toString(), "127.0.13.6");
     QCOMPARE(m_window->tab(editBox), nullptr);
     QCOMPARE(boxes.told().size(), 1);
 }
 
 void tst_ResourceTabs::saveRenamesTheBoxAndClosesItsTab()
 {
-    QStandardItem *box = Window::addBox(m_project, QStringLiteral("a"), nobody);
+    QStandardItem *box = Window::addBox(m_project, "a", nobody);
     m_window->click(box);
     const QPointer<BoxEditDialog> form = boxForm();
-    form->nameEdit()->setText(QStringLiteral("gate"));
-    Window::input<QLineEdit>(form, "ip")->setText(QStringLiteral("127.0.13.6"));
+    form->nameEdit()->setText("gate");
+    Window::input<QLineEdit>(form, "ip")->setText("127.0.13.6");
     form->saveButton()->click();
-    QCOMPARE(box->text(), QStringLiteral("gate"));
-    QCOMPARE(box->data(boxIpRole).toString(), QStringLiteral("127.0.13.6"));
-    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The box 'gate' is saved successfully.")));
+    QCOMPARE(box->text(), "gate");
+    QCOMPARE(box->data(boxIpRole).toString(), "127.0.13.6");
+    QCOMPARE(m_window->messages(), QStringList("The box 'gate' is saved successfully."));
     QCOMPARE(m_window->tab(editBox), nullptr);
     Window::settle();
     QVERIFY(!form);
@@ -158,21 +158,21 @@ void tst_ResourceTabs::saveRenamesTheBoxAndClosesItsTab()
 
 void tst_ResourceTabs::cancelClosesTheTabAndLeavesTheItem()
 {
-    QStandardItem *box = Window::addBox(m_project, QStringLiteral("a"), nobody);
+    QStandardItem *box = Window::addBox(m_project, "a", nobody);
     m_window->click(box);
     const QPointer<BoxEditDialog> form = boxForm();
-    form->nameEdit()->setText(QStringLiteral("typed"));
+    form->nameEdit()->setText("typed");
     Window::press(form, "cancelButton");
     QCOMPARE(m_window->tab(editBox), nullptr);
     Window::settle();
     QVERIFY(!form);
-    QCOMPARE(box->text(), QStringLiteral("a"));
+    QCOMPARE(box->text(), "a");
 }
 
 void tst_ResourceTabs::closedBoxTabEndsItsSession()
 {
     Listener box("127.0.13.4");
-    m_window->click(Window::addBox(m_project, QStringLiteral("a"), QStringLiteral("127.0.13.4")));
+    m_window->click(Window::addBox(m_project, "a", "127.0.13.4"));
     const QTcpSocket *session = box.accept();
     QVERIFY(session);
     m_window->tab(editBox)->closeDockWidget();
@@ -181,12 +181,12 @@ void tst_ResourceTabs::closedBoxTabEndsItsSession()
 
 void tst_ResourceTabs::boxReportsReachTheTree()
 {
-    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->click(Window::addBox(m_project, "a", nobody));
     Protocol::dataMonitoringData report;
-    report.projectName = QStringLiteral("plant");
-    report.plcName = QStringLiteral("meter");
+    report.projectName = "plant";
+    report.plcName = "meter";
     emit boxForm()->sendDataToMainWindow(report);
-    QCOMPARE(ProjectDump::shape(folder("Data")), QStringLiteral("Data(meter())"));
+    QCOMPARE(ProjectDump::shape(folder("Data")), "Data(meter())");
     QCOMPARE(m_window->monitoringTabs()->count(), 0);
     emit boxForm()->sendDataToMainWindow(report);
     QCOMPARE(m_window->monitoringTabs()->count(), 1);
@@ -197,7 +197,7 @@ void tst_ResourceTabs::foreignWidgetInTheBoxTabStopsTheSlot()
     EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
     auto *form = new QDialog(nullptr, Qt::Widget);
     tabs.place(tabs.make(EditorTab::Box, form), EditorTab::Box);
-    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->click(Window::addBox(m_project, "a", nobody));
     QCOMPARE(m_window->form(editBox), form);
     QCOMPARE(m_window->countOf(editBox), 1);
 }
@@ -230,8 +230,8 @@ public:
 // Opens the current item's form of the two.
 void editWithTwoForms(Window *window)
 {
-    static const FormOf<FirstForm> first(QStringLiteral("one"));
-    static const FormOf<SecondForm> second(QStringLiteral("two"));
+    static const FormOf<FirstForm> first("one");
+    static const FormOf<SecondForm> second("two");
     struct Kind : ResourceKind {
         Kind()
             : ResourceKind({EditorTab::Standard, standardProtocolRole, {&first, &second}})
@@ -246,15 +246,15 @@ void editWithTwoForms(Window *window)
 
 void tst_ResourceTabs::otherFormReplacesTheTab()
 {
-    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    m_window->select(Window::addStandard(m_project, "a", "two"));
     editWithTwoForms(m_window.data());
     const QPointer<QDialog> old = m_window->form(editStandard);
     QVERIFY(qobject_cast<SecondForm *>(old));
-    m_window->select(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("one")));
+    m_window->select(Window::addStandard(m_project, "b", "one"));
     editWithTwoForms(m_window.data());
     QVERIFY(m_window->form(editStandard) != old);
     QVERIFY(!qobject_cast<SecondForm *>(m_window->form(editStandard)));
-    QCOMPARE(m_window->form(editStandard)->windowTitle(), QStringLiteral("b"));
+    QCOMPARE(m_window->form(editStandard)->windowTitle(), "b");
     QCOMPARE(m_window->countOf(editStandard), 1);
     Window::settle();
     QVERIFY(!old);
@@ -263,13 +263,13 @@ void tst_ResourceTabs::otherFormReplacesTheTab()
 
 void tst_ResourceTabs::sameFormIsRebound()
 {
-    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    m_window->select(Window::addStandard(m_project, "a", "two"));
     editWithTwoForms(m_window.data());
     const QPointer<QDialog> old = m_window->form(editStandard);
-    m_window->select(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("two")));
+    m_window->select(Window::addStandard(m_project, "b", "two"));
     editWithTwoForms(m_window.data());
     QCOMPARE(m_window->form(editStandard), old.data());
-    QCOMPARE(old->windowTitle(), QStringLiteral("b"));
+    QCOMPARE(old->windowTitle(), "b");
     QCOMPARE(m_window->countOf(editStandard), 1);
     old->accept();
     QCOMPARE(m_window->tab(editStandard), nullptr);
@@ -285,8 +285,7 @@ void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime_data()
         QTest::addRow("Standard \"%s\"", subKind) << QByteArray("Standard") << int(standardProtocolRole)
                                                   << editStandard << QString::fromLatin1(subKind);
     }
-    QTest::newRow("Service") << QByteArray("Service") << int(serviceProtocolRole) << editService
-                             << QStringLiteral("IEC104");
+    QTest::newRow("Service") << QByteArray("Service") << int(serviceProtocolRole) << editService << "IEC104";
 }
 
 void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime()
@@ -295,8 +294,7 @@ void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime()
     QFETCH(int, role);
     QFETCH(QString, title);
     QFETCH(QString, subKind);
-    QStandardItem *item =
-        ProjectTree::appendDefinition(folder(folderText.constData()), QStringLiteral("dormant"), QString());
+    QStandardItem *item = ProjectTree::appendDefinition(folder(folderText.constData()), "dormant", QString());
     item->setData(subKind, role);
     m_window->click(item);
     m_window->click(item);
@@ -322,8 +320,8 @@ void tst_ResourceTabs::loadedDidoStandardOpensAnEmptyTab()
             .object();
     QCOMPARE(loadProject(*m_window->projectModel(), document, QString()), m_project);
     const QStandardItem *standard = folder("Standard")->child(0);
-    QCOMPARE(standard->text(), QStringLiteral("inputs"));
-    QCOMPARE(standard->data(standardCollectionIntervalRole), QVariant(QStringLiteral("500")));
+    QCOMPARE(standard->text(), "inputs");
+    QCOMPARE(standard->data(standardCollectionIntervalRole), QVariant("500"));
     QCOMPARE(standard->data(standardDatasRole), QVariant());
     m_window->click(standard);
     QCOMPARE(m_window->countOf(editStandard), 1);
@@ -332,11 +330,11 @@ void tst_ResourceTabs::loadedDidoStandardOpensAnEmptyTab()
 
 void tst_ResourceTabs::kindWithoutAFormClosesTheOpenForm()
 {
-    m_window->select(Window::addStandard(m_project, QStringLiteral("a"), QStringLiteral("two")));
+    m_window->select(Window::addStandard(m_project, "a", "two"));
     editWithTwoForms(m_window.data());
     const QPointer<QDialog> old = m_window->form(editStandard);
     QVERIFY(old);
-    m_window->click(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("OpcUA")));
+    m_window->click(Window::addStandard(m_project, "b", "OpcUA"));
     QCOMPARE(m_window->tab(editStandard), nullptr);
     QCOMPARE(m_window->countOf(editStandard), 1);
     Window::settle();
@@ -346,8 +344,8 @@ void tst_ResourceTabs::kindWithoutAFormClosesTheOpenForm()
 void tst_ResourceTabs::tabsStandBesideTheirNeighbours()
 {
     m_window->click(m_project);
-    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
-    m_window->click(Window::addStandard(m_project, QStringLiteral("b"), QStringLiteral("OpcUA")));
+    m_window->click(Window::addBox(m_project, "a", nobody));
+    m_window->click(Window::addStandard(m_project, "b", "OpcUA"));
     m_window->click(folder("Service")->child(0));
     QVERIFY(m_window->areas().contains(QStringList({editProject, editBox, editStandard, editService})));
     // The project's form looks for Box, Server and PLC only, and the one in front here is none of them.
@@ -358,12 +356,12 @@ void tst_ResourceTabs::tabsStandBesideTheirNeighbours()
 
 void tst_ResourceTabs::hiddenTabComesBackWithTheOtherItem()
 {
-    m_window->click(Window::addBox(m_project, QStringLiteral("a"), nobody));
+    m_window->click(Window::addBox(m_project, "a", nobody));
     m_window->tab(editBox)->toggleViewAction()->trigger();
     QVERIFY(m_window->tab(editBox)->isClosed());
-    m_window->click(Window::addBox(m_project, QStringLiteral("b"), nobody));
+    m_window->click(Window::addBox(m_project, "b", nobody));
     QVERIFY(m_window->tab(editBox)->isVisible());
-    QCOMPARE(boxForm()->nameEdit()->text(), QStringLiteral("b"));
+    QCOMPARE(boxForm()->nameEdit()->text(), "b");
 }
 
 QTEST_MAIN(tst_ResourceTabs)

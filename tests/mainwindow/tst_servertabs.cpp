@@ -12,8 +12,8 @@
 
 using Window = WindowUnderTest;
 
-static const QString editServer = QStringLiteral("Edit Server");
-static const QString editBox = QStringLiteral("Edit Box");
+static const QString editServer = "Edit Server";
+static const QString editBox = "Edit Box";
 
 // Servers in the main window. A project has no folder for them, so the tests add one and call the slots by
 // name.
@@ -71,8 +71,8 @@ private:
 void tst_ServerTabs::init()
 {
     m_window.reset(new Window);
-    m_project = m_window->addProject(QStringLiteral("plant"));
-    m_folder = ProjectTree::appendDefinition(m_project, QStringLiteral("Server"), QString());
+    m_project = m_window->addProject("plant");
+    m_folder = ProjectTree::appendDefinition(m_project, "Server", QString());
 }
 
 void tst_ServerTabs::cleanup()
@@ -83,11 +83,11 @@ void tst_ServerTabs::cleanup()
 void tst_ServerTabs::fillIn(QWidget *dialog, const QString &name, const QString &protocol)
 {
     Window::input<QLineEdit>(dialog, "name")->setText(name);
-    Window::input<QLineEdit>(dialog, "description")->setText(QStringLiteral("up"));
+    Window::input<QLineEdit>(dialog, "description")->setText("up");
     auto *list = Window::input<QComboBox>(dialog, "protocol");
     list->setCurrentIndex(list->findData(protocol));
-    Window::input<QLineEdit>(dialog, "ip")->setText(QStringLiteral("10.0.0.1"));
-    Window::input<QLineEdit>(dialog, "domainName")->setText(QStringLiteral("a.example.com"));
+    Window::input<QLineEdit>(dialog, "ip")->setText("10.0.0.1");
+    Window::input<QLineEdit>(dialog, "domainName")->setText("a.example.com");
     Window::press(dialog, "okButton");
 }
 
@@ -105,14 +105,20 @@ void tst_ServerTabs::addedServerHasItsRolesAndIcon_data()
 {
     QTest::addColumn<QString>("icon");
     QTest::addColumn<QString>("port");
-    QTest::newRow("MQTT") << QStringLiteral("MQTT") << QStringLiteral("1883");
-    QTest::newRow("AliMQTT") << QStringLiteral("ali") << QStringLiteral("1883");
-    QTest::newRow("OneNetMQTT") << QStringLiteral("onenet") << QStringLiteral("1883");
-    QTest::newRow("HuaWeiMQTT") << QStringLiteral("HuaWei") << QStringLiteral("8883");
-    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("server-file") << QStringLiteral("502");
-    QTest::newRow("HJ212") << QStringLiteral("HJ212") << QString();
-    QTest::newRow("SL651") << QStringLiteral("SL651") << QString();
-    QTest::newRow("OpcUaServer") << QStringLiteral("OpcUaServer") << QStringLiteral("4840");
+    QTest::newRow("MQTT") << "MQTT"
+                          << "1883";
+    QTest::newRow("AliMQTT") << "ali"
+                             << "1883";
+    QTest::newRow("OneNetMQTT") << "onenet"
+                                << "1883";
+    QTest::newRow("HuaWeiMQTT") << "HuaWei"
+                                << "8883";
+    QTest::newRow("ModbusTCP(Slave)") << "server-file"
+                                      << "502";
+    QTest::newRow("HJ212") << "HJ212" << QString();
+    QTest::newRow("SL651") << "SL651" << QString();
+    QTest::newRow("OpcUaServer") << "OpcUaServer"
+                                 << "4840";
 }
 
 void tst_ServerTabs::addedServerHasItsRolesAndIcon()
@@ -124,38 +130,38 @@ void tst_ServerTabs::addedServerHasItsRolesAndIcon()
     std::optional<ResourceKind::New> resource;
     {
         ModalDialogs dialogs;
-        dialogs.expect([&](QWidget *dialog) { fillIn(dialog, QStringLiteral("north"), protocol); });
+        dialogs.expect([&](QWidget *dialog) { fillIn(dialog, "north", protocol); });
         ResourceKind::server().ask(m_window.data(), m_folder,
                                    [&](const ResourceKind::New &given) { resource = given; });
     }
     QVERIFY(resource);
-    const QVector<QPair<int, QVariant>> roles{{serverDescriptionRole, QStringLiteral("up")},
+    const QVector<QPair<int, QVariant>> roles{{serverDescriptionRole, "up"},
                                               {serverProtocolRole, protocol},
-                                              {serverIpRole, QStringLiteral("10.0.0.1")},
+                                              {serverIpRole, "10.0.0.1"},
                                               {serverPortRole, port},
-                                              {serverDomainNameRole, QStringLiteral("a.example.com")}};
-    QCOMPARE(resource->name, QStringLiteral("north"));
+                                              {serverDomainNameRole, "a.example.com"}};
+    QCOMPARE(resource->name, "north");
     QCOMPARE(resource->roles, roles);
 
-    add(QStringLiteral("north"), protocol);
-    QCOMPARE(ProjectDump::shape(m_folder), QStringLiteral("Server(north())"));
+    add("north", protocol);
+    QCOMPARE(ProjectDump::shape(m_folder), "Server(north())");
     const QStandardItem *server = m_folder->child(0);
     for (const auto &role : roles) {
         QCOMPARE(server->data(role.first), role.second);
     }
     QCOMPARE(ProjectDump::iconBytes(server->icon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/%1.svg").arg(icon)));
+             ProjectDump::iconBytes(QString(":/adsdemo/images/%1.svg").arg(icon)));
 }
 
 void tst_ServerTabs::addedServerOpensItsTabAtOnce()
 {
-    add(QStringLiteral("north"), QStringLiteral("OpcUaServer"));
+    add("north", "OpcUaServer");
     QCOMPARE(m_window->currentItem(), m_folder->child(0));
     const QDialog *form = m_window->form(editServer);
     QVERIFY(form);
-    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), QStringLiteral("north"));
-    QCOMPARE(Window::input<QLineEdit>(form, "port")->text(), QStringLiteral("4840"));
-    QCOMPARE(Window::input<QComboBox>(form, "anonymous")->currentText(), QStringLiteral("false"));
+    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), "north");
+    QCOMPARE(Window::input<QLineEdit>(form, "port")->text(), "4840");
+    QCOMPARE(Window::input<QComboBox>(form, "anonymous")->currentText(), "false");
     QCOMPARE(Window::input<QLineEdit>(form, "username")->text(), QString());
     QCOMPARE(Window::input<QLineEdit>(form, "password")->text(), QString());
 }
@@ -164,12 +170,11 @@ void tst_ServerTabs::addingRefuses_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("told");
-    QTest::newRow("no name") << QString() << QStringLiteral("Warning|Server Name cannot be empty.");
+    QTest::newRow("no name") << QString() << "Warning|Server Name cannot be empty.";
     QTest::newRow("taken name")
-        << QStringLiteral("taken")
-        << QStringLiteral(
-               "Warning|A server file with the same name already exists in this folder. Please use "
-               "a different name.");
+        << "taken"
+        << "Warning|A server file with the same name already exists in this folder. Please use "
+           "a different name.";
 }
 
 void tst_ServerTabs::addingRefuses()
@@ -181,7 +186,7 @@ void tst_ServerTabs::addingRefuses()
     const QList<QStringList> areas = m_window->areas();
     MessageBoxes boxes;
     boxes.expect();
-    add(name, QStringLiteral("HJ212"));
+    add(name, "HJ212");
     QCOMPARE(boxes.told(), QStringList(told));
     QCOMPARE(ProjectDump::tree(m_project), before);
     QCOMPARE(m_window->areas(), areas);
@@ -202,12 +207,12 @@ void tst_ServerTabs::cancelledAddingChangesNothing()
 
 void tst_ServerTabs::namesOfOtherFoldersAreFree()
 {
-    Window::addStandard(m_project, QStringLiteral("north"), QStringLiteral("Modbus"));
+    Window::addStandard(m_project, "north", "Modbus");
     addServer("NORTH", "MQTT");
     MessageBoxes boxes;
-    add(QStringLiteral("north"), QStringLiteral("MQTT"));
+    add("north", "MQTT");
     QCOMPARE(boxes.told(), QStringList());
-    QCOMPARE(ProjectDump::shape(m_folder), QStringLiteral("Server(NORTH() north())"));
+    QCOMPARE(ProjectDump::shape(m_folder), "Server(NORTH() north())");
 }
 
 void tst_ServerTabs::folderHasOneSlaveAtMost()
@@ -216,25 +221,24 @@ void tst_ServerTabs::folderHasOneSlaveAtMost()
     addServer("b", "ModbusTCP(Slave)");
     MessageBoxes boxes;
     boxes.expect();
-    add(QStringLiteral("c"), QStringLiteral("ModbusTCP(Slave)"));
+    add("c", "ModbusTCP(Slave)");
     QCOMPARE(boxes.told(),
-             QStringList(QStringLiteral(
-                 "Warning|A ModbusTCP(Slave) file already exists. You cannot create another one.")));
-    QCOMPARE(m_folder->child(2)->data(serverProtocolRole).toString(), QStringLiteral("MQTT"));
-    QCOMPARE(m_folder->child(2)->data(serverPortRole).toString(), QStringLiteral("1883"));
+             QStringList("Warning|A ModbusTCP(Slave) file already exists. You cannot create another one."));
+    QCOMPARE(m_folder->child(2)->data(serverProtocolRole).toString(), "MQTT");
+    QCOMPARE(m_folder->child(2)->data(serverPortRole).toString(), "1883");
 }
 
 void tst_ServerTabs::protocolChoosesTheForm_data()
 {
     QTest::addColumn<QString>("className");
-    QTest::newRow("MQTT") << QStringLiteral("ServerEditDialog");
-    QTest::newRow("AliMQTT") << QStringLiteral("ServerAliMQTTEditDialog");
-    QTest::newRow("OneNetMQTT") << QStringLiteral("ServerOneNetMQTTEditDialog");
-    QTest::newRow("HuaWeiMQTT") << QStringLiteral("ServerHuaWeiMQTTEditDialog");
-    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("ServerModbusTCPEditDialog");
-    QTest::newRow("HJ212") << QStringLiteral("ServerHJ212EditDialog");
-    QTest::newRow("SL651") << QStringLiteral("ServerSL651EditDialog");
-    QTest::newRow("OpcUaServer") << QStringLiteral("ServerOPCUAEditDialog");
+    QTest::newRow("MQTT") << "ServerEditDialog";
+    QTest::newRow("AliMQTT") << "ServerAliMQTTEditDialog";
+    QTest::newRow("OneNetMQTT") << "ServerOneNetMQTTEditDialog";
+    QTest::newRow("HuaWeiMQTT") << "ServerHuaWeiMQTTEditDialog";
+    QTest::newRow("ModbusTCP(Slave)") << "ServerModbusTCPEditDialog";
+    QTest::newRow("HJ212") << "ServerHJ212EditDialog";
+    QTest::newRow("SL651") << "ServerSL651EditDialog";
+    QTest::newRow("OpcUaServer") << "ServerOPCUAEditDialog";
 }
 
 void tst_ServerTabs::protocolChoosesTheForm()
@@ -243,7 +247,7 @@ void tst_ServerTabs::protocolChoosesTheForm()
     const QDialog *form = open(addServer("a", QTest::currentDataTag()));
     QVERIFY(form);
     QCOMPARE(QString::fromLatin1(form->metaObject()->className()), className);
-    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), QStringLiteral("a"));
+    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), "a");
     const ads::CDockWidget *tab = m_window->tab(editServer);
     QVERIFY(tab->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
     QVERIFY(!tab->icon().isNull());
@@ -253,9 +257,9 @@ void tst_ServerTabs::protocolChoosesTheForm()
 void tst_ServerTabs::sameProtocolIsRebound()
 {
     const QPointer<QDialog> form = open(addServer("a", "AliMQTT"));
-    Window::input<QLineEdit>(form, "port")->setText(QStringLiteral("typed"));
+    Window::input<QLineEdit>(form, "port")->setText("typed");
     QCOMPARE(open(addServer("b", "AliMQTT")), form.data());
-    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), QStringLiteral("b"));
+    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), "b");
     QCOMPARE(Window::input<QLineEdit>(form, "port")->text(), QString());
     QCOMPARE(m_window->countOf(editServer), 1);
 }
@@ -265,7 +269,7 @@ void tst_ServerTabs::otherProtocolReplacesTheTab()
     const QPointer<QDialog> old = open(addServer("a", "AliMQTT"));
     const QDialog *form = open(addServer("b", "OneNetMQTT"));
     QVERIFY(form != old);
-    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), QStringLiteral("b"));
+    QCOMPARE(Window::input<QLineEdit>(form, "name")->text(), "b");
     QCOMPARE(m_window->countOf(editServer), 1);
     Window::settle();
     QVERIFY(!old);
@@ -275,17 +279,17 @@ void tst_ServerTabs::saveKeepsTheTabAndCancelClosesIt()
 {
     QStandardItem *item = addServer("a", "MQTT");
     const QPointer<QDialog> form = open(item);
-    Window::input<QLineEdit>(form, "port")->setText(QStringLiteral("1884"));
+    Window::input<QLineEdit>(form, "port")->setText("1884");
     Window::press(form, "saveButton");
-    QCOMPARE(item->data(serverPortRole).toString(), QStringLiteral("1884"));
-    QCOMPARE(m_window->messages(), QStringList(QStringLiteral("The Server MQTT 'a' is saved successfully.")));
+    QCOMPARE(item->data(serverPortRole).toString(), "1884");
+    QCOMPARE(m_window->messages(), QStringList("The Server MQTT 'a' is saved successfully."));
     QCOMPARE(m_window->form(editServer), form.data());
-    Window::input<QLineEdit>(form, "port")->setText(QStringLiteral("typed"));
+    Window::input<QLineEdit>(form, "port")->setText("typed");
     Window::press(form, "cancelButton");
     QCOMPARE(m_window->tab(editServer), nullptr);
     Window::settle();
     QVERIFY(!form);
-    QCOMPARE(item->data(serverPortRole).toString(), QStringLiteral("1884"));
+    QCOMPARE(item->data(serverPortRole).toString(), "1884");
 }
 
 void tst_ServerTabs::unknownProtocolOpensAnEmptyTabEachTime()
@@ -370,12 +374,11 @@ void tst_ServerTabs::noClickLeadsToAServer()
 void tst_ServerTabs::readerSlotFillsOneItem()
 {
     QStandardItem item;
-    const QJsonObject object{{QStringLiteral("protocol"), QStringLiteral("AliMQTT")},
-                             {QStringLiteral("productKey"), QStringLiteral("key")}};
+    const QJsonObject object{{"protocol", "AliMQTT"}, {"productKey", "key"}};
     QVERIFY(QMetaObject::invokeMethod(m_window.data(), "transmitServerDataToEditDialog",
                                       Q_ARG(QJsonObject, object), Q_ARG(QStandardItem *, &item)));
-    QCOMPARE(item.data(serverProtocolRole).toString(), QStringLiteral("AliMQTT"));
-    QCOMPARE(item.data(serverProductKeyRole).toString(), QStringLiteral("key"));
+    QCOMPARE(item.data(serverProtocolRole).toString(), "AliMQTT");
+    QCOMPARE(item.data(serverProductKeyRole).toString(), "key");
 }
 
 QTEST_MAIN(tst_ServerTabs)

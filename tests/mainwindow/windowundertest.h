@@ -32,9 +32,9 @@ public:
     }
 
     // A new project below the path, by default one that is not there.
-    QStandardItem *addProject(const QString &name, const QString &path = QStringLiteral("/nowhere"))
+    QStandardItem *addProject(const QString &name, const QString &path = "/nowhere")
     {
-        handleProjectCreated(name, path, QStringLiteral("about ") + name);
+        handleProjectCreated(name, path, "about " + name);
         return projectModel()->item(projectModel()->rowCount() - 1);
     }
     static QStandardItem *folder(const QStandardItem *project, const QString &text)

@@ -275,12 +275,11 @@ void TestItemRoles::thereAreNoOtherRoles()
     for (const Role &role : roles) {
         known.insert(QLatin1String(role.name));
     }
-    QFile header(QStringLiteral(SOURCE_ROOT "/src/model/itemroles.h"));
+    QFile header(QString(SOURCE_ROOT "/src/model/itemroles.h"));
     QVERIFY(header.open(QIODevice::ReadOnly));
     const QString source = QString::fromUtf8(header.readAll());
     QSet<QString> declared;
-    static const QRegularExpression enumerator(QStringLiteral("^\\s+(\\w+) = "),
-                                               QRegularExpression::MultilineOption);
+    static const QRegularExpression enumerator("^\\s+(\\w+) = ", QRegularExpression::MultilineOption);
     auto match = enumerator.globalMatch(source);
     while (match.hasNext()) {
         declared.insert(match.next().captured(1));

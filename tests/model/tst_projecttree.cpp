@@ -48,12 +48,12 @@ void TestProjectTree::levelFollowsFromDepth()
 void TestProjectTree::itemAtIsThatOfTheIndex()
 {
     QStandardItemModel model;
-    model.appendRow(ProjectTree::makeProject(QStringLiteral("p"), QString(), QString()));
+    model.appendRow(ProjectTree::makeProject("p", QString(), QString()));
     ProjectTree::appendMissingFolders(model.item(0));
     QCOMPARE(ProjectTree::itemAt(model.index(0, 0)), model.item(0));
     QCOMPARE(ProjectTree::itemAt(model.index(1, 0, model.index(0, 0))), model.item(0)->child(1));
     QCOMPARE(ProjectTree::itemAt(QModelIndex()), nullptr);
-    const QStringListModel other({QStringLiteral("p")});
+    const QStringListModel other({"p"});
     QCOMPARE(ProjectTree::itemAt(other.index(0)), nullptr);
 }
 
@@ -75,47 +75,44 @@ void TestProjectTree::projectOfClimbsToTheTop()
 void TestProjectTree::childNamedComparesExactlyAndTakesTheFirst()
 {
     QStandardItem folder;
-    folder.appendRow(new QStandardItem(QStringLiteral("ABC")));
-    folder.appendRow(new QStandardItem(QStringLiteral("abc")));
-    folder.appendRow(new QStandardItem(QStringLiteral("abc")));
-    QCOMPARE(ProjectTree::childNamed(&folder, QStringLiteral("abc")), folder.child(1));
-    QCOMPARE(ProjectTree::childNamed(&folder, QStringLiteral("ABC")), folder.child(0));
-    QCOMPARE(ProjectTree::childNamed(&folder, QStringLiteral("Abc")), nullptr);
+    folder.appendRow(new QStandardItem("ABC"));
+    folder.appendRow(new QStandardItem("abc"));
+    folder.appendRow(new QStandardItem("abc"));
+    QCOMPARE(ProjectTree::childNamed(&folder, "abc"), folder.child(1));
+    QCOMPARE(ProjectTree::childNamed(&folder, "ABC"), folder.child(0));
+    QCOMPARE(ProjectTree::childNamed(&folder, "Abc"), nullptr);
     QCOMPARE(ProjectTree::childNamed(&folder, QString()), nullptr);
-    QCOMPARE(ProjectTree::childNamed(nullptr, QStringLiteral("abc")), nullptr);
+    QCOMPARE(ProjectTree::childNamed(nullptr, "abc"), nullptr);
 }
 
 void TestProjectTree::projectNamedLooksAtTopLevelRowsOnly()
 {
     QStandardItemModel model;
-    auto *project = new QStandardItem(QStringLiteral("P"));
+    auto *project = new QStandardItem("P");
     model.appendRow(project);
-    project->appendRow(new QStandardItem(QStringLiteral("Q")));
-    QCOMPARE(ProjectTree::projectNamed(model, QStringLiteral("P")), project);
-    QCOMPARE(ProjectTree::projectNamed(model, QStringLiteral("p")), nullptr);
-    QCOMPARE(ProjectTree::projectNamed(model, QStringLiteral("Q")), nullptr);
+    project->appendRow(new QStandardItem("Q"));
+    QCOMPARE(ProjectTree::projectNamed(model, "P"), project);
+    QCOMPARE(ProjectTree::projectNamed(model, "p"), nullptr);
+    QCOMPARE(ProjectTree::projectNamed(model, "Q"), nullptr);
 }
 
 void TestProjectTree::newProjectHasItsTextRolesAndIconAndNoFolders()
 {
-    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject(
-        QStringLiteral("P"), QStringLiteral("/home/anna"), QStringLiteral("two\nlines")));
+    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject("P", "/home/anna", "two\nlines"));
     QCOMPARE(ProjectDump::tree(project.data()),
-             QStringList({QStringLiteral("P"), QStringLiteral("  +1 QString /home/anna"),
-                          QStringLiteral("  +2 QString two\nlines")}));
-    QVERIFY(QFile::exists(QStringLiteral(":/adsdemo/images/project_manage.svg")));
-    QCOMPARE(iconBytes(project->icon()), iconBytes(QStringLiteral(":/adsdemo/images/project_manage.svg")));
+             QStringList({"P", "  +1 QString /home/anna", "  +2 QString two\nlines"}));
+    QVERIFY(QFile::exists(":/adsdemo/images/project_manage.svg"));
+    QCOMPARE(iconBytes(project->icon()), iconBytes(":/adsdemo/images/project_manage.svg"));
 }
 
 void TestProjectTree::missingFoldersComeInTheirOrder()
 {
-    QStandardItem project(QStringLiteral("P"));
+    QStandardItem project("P");
     ProjectTree::appendMissingFolders(&project);
-    QCOMPARE(ProjectDump::shape(&project), QStringLiteral("P(Standard() Service() Box() Data())"));
-    const QString icons[] = {QStringLiteral("standard"), QStringLiteral("Service"), QStringLiteral("Box"),
-                             QStringLiteral("Data")};
+    QCOMPARE(ProjectDump::shape(&project), "P(Standard() Service() Box() Data())");
+    const QString icons[] = {"standard", "Service", "Box", "Data"};
     for (int row = 0; row < 4; ++row) {
-        const QString path = QStringLiteral(":/adsdemo/images/%1.svg").arg(icons[row]);
+        const QString path = QString(":/adsdemo/images/%1.svg").arg(icons[row]);
         QVERIFY2(QFile::exists(path), qPrintable(path));
         QCOMPARE(iconBytes(project.child(row)->icon()), iconBytes(path));
     }
@@ -135,38 +132,37 @@ void TestProjectTree::foldersAreNamedByTheirRows()
 
 void TestProjectTree::missingFoldersAreAppendedBehindThoseThatAreThere()
 {
-    QStandardItem project(QStringLiteral("P"));
-    project.appendRow(new QStandardItem(QStringLiteral("Box")));
-    project.appendRow(new QStandardItem(QStringLiteral("standard")));
+    QStandardItem project("P");
+    project.appendRow(new QStandardItem("Box"));
+    project.appendRow(new QStandardItem("standard"));
     ProjectTree::appendMissingFolders(&project);
-    QCOMPARE(ProjectDump::shape(&project), QStringLiteral("P(Box() standard() Standard() Service() Data())"));
+    QCOMPARE(ProjectDump::shape(&project), "P(Box() standard() Standard() Service() Data())");
 }
 
 void TestProjectTree::folderTextsAreNeverTranslated()
 {
-    QCOMPARE(ProjectTree::standardFolder, QStringLiteral("Standard"));
-    QCOMPARE(ProjectTree::serviceFolder, QStringLiteral("Service"));
-    QCOMPARE(ProjectTree::boxFolder, QStringLiteral("Box"));
-    QCOMPARE(ProjectTree::dataFolder, QStringLiteral("Data"));
+    QCOMPARE(ProjectTree::standardFolder, "Standard");
+    QCOMPARE(ProjectTree::serviceFolder, "Service");
+    QCOMPARE(ProjectTree::boxFolder, "Box");
+    QCOMPARE(ProjectTree::dataFolder, "Data");
 }
 
 void TestProjectTree::definitionIsAppendedWithItsIcon()
 {
     QStandardItem folder;
-    folder.appendRow(new QStandardItem(QStringLiteral("first")));
-    const QStandardItem *item =
-        ProjectTree::appendDefinition(&folder, QStringLiteral("second"), ProjectTree::boxIcon);
+    folder.appendRow(new QStandardItem("first"));
+    const QStandardItem *item = ProjectTree::appendDefinition(&folder, "second", ProjectTree::boxIcon);
     QCOMPARE(folder.child(1), item);
-    QCOMPARE(item->text(), QStringLiteral("second"));
-    QCOMPARE(iconBytes(item->icon()), iconBytes(QStringLiteral(":/adsdemo/images/box-file.svg")));
-    QCOMPARE(ProjectTree::serviceIcon, QStringLiteral(":/adsdemo/images/IEC61850.svg"));
-    QCOMPARE(ProjectTree::dataIcon, QStringLiteral(":/adsdemo/images/data-file.svg"));
+    QCOMPARE(item->text(), "second");
+    QCOMPARE(iconBytes(item->icon()), iconBytes(":/adsdemo/images/box-file.svg"));
+    QCOMPARE(ProjectTree::serviceIcon, ":/adsdemo/images/IEC61850.svg");
+    QCOMPARE(ProjectTree::dataIcon, ":/adsdemo/images/data-file.svg");
 }
 
 void TestProjectTree::definitionWithoutIconHasNone()
 {
     QStandardItem folder;
-    const QStandardItem *item = ProjectTree::appendDefinition(&folder, QStringLiteral("x"), QString());
+    const QStandardItem *item = ProjectTree::appendDefinition(&folder, "x", QString());
     QVERIFY(item->icon().isNull());
 }
 
@@ -174,13 +170,13 @@ void TestProjectTree::flagsAreBooleansOrTexts_data()
 {
     QTest::addColumn<QVariant>("flag");
     QTest::addColumn<bool>("isTrue");
-    QTest::newRow("text true") << QVariant(QStringLiteral("true")) << true;
+    QTest::newRow("text true") << QVariant("true") << true;
     QTest::newRow("boolean true") << QVariant(true) << true;
-    QTest::newRow("text false") << QVariant(QStringLiteral("false")) << false;
+    QTest::newRow("text false") << QVariant("false") << false;
     QTest::newRow("boolean false") << QVariant(false) << false;
     QTest::newRow("unset") << QVariant() << false;
-    QTest::newRow("other case") << QVariant(QStringLiteral("True")) << false;
-    QTest::newRow("the document's one") << QVariant(QStringLiteral("1")) << false;
+    QTest::newRow("other case") << QVariant("True") << false;
+    QTest::newRow("the document's one") << QVariant("1") << false;
     QTest::newRow("number") << QVariant(1) << false;
 }
 
@@ -212,11 +208,11 @@ void TestProjectTree::listRoleOfTheWrongTypeReadsAsEmpty_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::newRow("unset") << QVariant();
-    QTest::newRow("text") << QVariant(QStringLiteral("rows"));
+    QTest::newRow("text") << QVariant("rows");
     QTest::newRow("number") << QVariant(7);
-    QTest::newRow("list of texts") << QVariant(QStringList{QStringLiteral("a")});
+    QTest::newRow("list of texts") << QVariant(QStringList{"a"});
     QTest::newRow("flat list") << QVariant(QVariantList{1, 2});
-    QTest::newRow("map of texts") << QVariant(QVariantMap{{QStringLiteral("a"), 1}});
+    QTest::newRow("map of texts") << QVariant(QVariantMap{{"a", 1}});
 }
 
 void TestProjectTree::listRoleOfTheWrongTypeReadsAsEmpty()

@@ -19,14 +19,9 @@
 // "Riverside".
 
 // A point as a Box sends it: all five values are texts.
-inline QJsonObject point(const QString &name, const QString &value,
-                         const QString &valid = QStringLiteral("1"))
+inline QJsonObject point(const QString &name, const QString &value, const QString &valid = "1")
 {
-    return {{QStringLiteral("name"), name},
-            {QStringLiteral("addr"), QStringLiteral("@") + name},
-            {QStringLiteral("dataType"), QStringLiteral("float")},
-            {QStringLiteral("value"), value},
-            {QStringLiteral("valid"), valid}};
+    return {{"name", name}, {"addr", "@" + name}, {"dataType", "float"}, {"value", value}, {"valid", valid}};
 }
 
 inline MonitoringReport report(const QString &project, const QString &plc, const QJsonArray &datas)
@@ -34,7 +29,7 @@ inline MonitoringReport report(const QString &project, const QString &plc, const
     MonitoringReport data;
     data.projectName = project;
     data.plcName = plc;
-    data.time = QStringLiteral("1999-12-31 23:59:59");
+    data.time = "1999-12-31 23:59:59";
     data.datas = datas;
     return data;
 }
@@ -47,7 +42,7 @@ inline QStringList rowsOf(const QTableWidget *table)
         QStringList cells;
         for (int column = 0; column < 5; ++column) {
             const QTableWidgetItem *item = table->item(row, column);
-            cells.append(item ? item->text() : QStringLiteral("(no cell)"));
+            cells.append(item ? item->text() : "(no cell)");
         }
         rows.append(cells.join(QLatin1Char('|')));
     }
@@ -63,7 +58,7 @@ inline QStringList column(const QTableWidget *table, int column)
     return texts;
 }
 
-inline const QRegularExpression timePattern(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d$"));
+inline const QRegularExpression timePattern("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d$");
 
 class MonitoringTest : public QObject
 {
@@ -78,7 +73,7 @@ protected:
         m_tabs.reset(new QTabWidget);
         m_tabs->setTabsClosable(true);
         m_view.reset(new MonitoringView(m_tabs.data(), m_model.data(), m_tree.data()));
-        addProject(QStringLiteral("Riverside"));
+        addProject("Riverside");
     }
     void tearDown()
     {
@@ -95,12 +90,12 @@ protected:
         m_model->appendRow(project);
         return project;
     }
-    void receive(const QJsonArray &datas, const QString &plc = QStringLiteral("Meter 1"))
+    void receive(const QJsonArray &datas, const QString &plc = "Meter 1")
     {
-        m_view->receive(report(QStringLiteral("Riverside"), plc, datas));
+        m_view->receive(report("Riverside", plc, datas));
     }
     // Two reports: the first makes the node only.
-    QTableWidget *showPoints(const QJsonArray &datas, const QString &plc = QStringLiteral("Meter 1"))
+    QTableWidget *showPoints(const QJsonArray &datas, const QString &plc = "Meter 1")
     {
         receive(datas, plc);
         receive(datas, plc);
@@ -127,7 +122,7 @@ protected:
         }
         return -1;
     }
-    QTableWidget *table(const QString &plc = QStringLiteral("Meter 1")) const
+    QTableWidget *table(const QString &plc = "Meter 1") const
     {
         const int tab = tabNamed(plc);
         return tab >= 0 ? m_tabs->widget(tab)->findChild<QTableWidget *>() : nullptr;

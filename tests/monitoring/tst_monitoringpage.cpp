@@ -16,23 +16,17 @@
 
 namespace {
 
-QVariantMap point(const QString &name, const QString &addr, const QString &valid = QStringLiteral("1"))
+QVariantMap point(const QString &name, const QString &addr, const QString &valid = "1")
 {
-    return {{QStringLiteral("name"), name},
-            {QStringLiteral("addr"), addr},
-            {QStringLiteral("dataType"), QStringLiteral("float")},
-            {QStringLiteral("value"), QStringLiteral("1.5")},
-            {QStringLiteral("valid"), valid}};
+    return {{"name", name}, {"addr", addr}, {"dataType", "float"}, {"value", "1.5"}, {"valid", valid}};
 }
 
 QVariantList feeders()
 {
-    return {point(QStringLiteral("Ua"), QStringLiteral("40001")),
-            point(QStringLiteral("Ub"), QStringLiteral("40003")),
-            point(QStringLiteral("Ia"), QStringLiteral("50001"), QStringLiteral("0"))};
+    return {point("Ua", "40001"), point("Ub", "40003"), point("Ia", "50001", "0")};
 }
 
-const QString reportTime = QStringLiteral("2026-01-31 10:00:00");
+const QString reportTime = "2026-01-31 10:00:00";
 
 } // namespace
 
@@ -77,7 +71,7 @@ void TestMonitoringPage::init()
 {
     m_page = std::make_unique<MonitoringPage>();
     m_table = m_page->findChild<QTableWidget *>();
-    m_filter = m_page->findChild<QLineEdit *>(QStringLiteral("filter"));
+    m_filter = m_page->findChild<QLineEdit *>("filter");
     new QAbstractItemModelTester(m_table->model(), QAbstractItemModelTester::FailureReportingMode::QtTest,
                                  m_table->model());
     report(feeders());
@@ -112,13 +106,13 @@ void TestMonitoringPage::filterShowsMatchingRows_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QStringList>("shown");
-    const QString ua = QStringLiteral("Ua");
-    const QString ub = QStringLiteral("Ub");
-    const QString ia = QStringLiteral("Ia");
-    QTest::newRow("name") << QStringLiteral("Ub") << QStringList{ub};
-    QTest::newRow("part of a name, other case") << QStringLiteral("A") << QStringList{ua, ia};
-    QTest::newRow("address") << QStringLiteral("4000") << QStringList{ua, ub};
-    QTest::newRow("value is not searched") << QStringLiteral("1.5") << QStringList{};
+    const QString ua = "Ua";
+    const QString ub = "Ub";
+    const QString ia = "Ia";
+    QTest::newRow("name") << "Ub" << QStringList{ub};
+    QTest::newRow("part of a name, other case") << "A" << QStringList{ua, ia};
+    QTest::newRow("address") << "4000" << QStringList{ua, ub};
+    QTest::newRow("value is not searched") << "1.5" << QStringList{};
     QTest::newRow("empty") << QString() << QStringList{ua, ub, ia};
 }
 
@@ -131,49 +125,48 @@ void TestMonitoringPage::filterShowsMatchingRows()
 
 void TestMonitoringPage::filterHoldsThroughReportsAndSorting()
 {
-    filter(QStringLiteral("4000"));
+    filter("4000");
     m_table->sortByColumn(MonitoringTable::Name, Qt::AscendingOrder); // the hidden row comes to the top
-    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ua"), QStringLiteral("Ub")}));
+    QCOMPARE(shownNames(), (QStringList{"Ua", "Ub"}));
     m_table->sortByColumn(MonitoringTable::Name, Qt::DescendingOrder);
-    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ub"), QStringLiteral("Ua")}));
+    QCOMPARE(shownNames(), (QStringList{"Ub", "Ua"}));
     report(feeders());
-    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ub"), QStringLiteral("Ua")}));
+    QCOMPARE(shownNames(), (QStringList{"Ub", "Ua"}));
     report({feeders().at(2), feeders().at(0)});
-    QCOMPARE(shownNames(), QStringList{QStringLiteral("Ua")});
+    QCOMPARE(shownNames(), QStringList{"Ua"});
 }
 
 void TestMonitoringPage::pointsThatComeLaterAreFiltered()
 {
-    filter(QStringLiteral("4000"));
-    report(feeders() << point(QStringLiteral("P"), QStringLiteral("60001"))
-                     << point(QStringLiteral("Uc"), QStringLiteral("40005")));
-    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ua"), QStringLiteral("Ub"), QStringLiteral("Uc")}));
+    filter("4000");
+    report(feeders() << point("P", "60001") << point("Uc", "40005"));
+    QCOMPARE(shownNames(), (QStringList{"Ua", "Ub", "Uc"}));
 }
 
 void TestMonitoringPage::emptiedFilterShowsAll()
 {
-    filter(QStringLiteral("nothing of this name"));
+    filter("nothing of this name");
     QCOMPARE(shownNames(), QStringList());
     filter(QString());
-    QCOMPARE(shownNames(), (QStringList{QStringLiteral("Ua"), QStringLiteral("Ub"), QStringLiteral("Ia")}));
+    QCOMPARE(shownNames(), (QStringList{"Ua", "Ub", "Ia"}));
 }
 
 void TestMonitoringPage::rowsThatAreNotValidAreColoured_data()
 {
     QTest::addColumn<QString>("valid");
     QTest::addColumn<bool>("coloured");
-    QTest::newRow("valid") << QStringLiteral("1") << false;
-    QTest::newRow("invalid") << QStringLiteral("0") << true;
-    QTest::newRow("unknown") << QStringLiteral("Invalid") << true;
+    QTest::newRow("valid") << "1" << false;
+    QTest::newRow("invalid") << "0" << true;
+    QTest::newRow("unknown") << "Invalid" << true;
 }
 
 void TestMonitoringPage::rowsThatAreNotValidAreColoured()
 {
     QFETCH(QString, valid);
     // The other validity first, so that a colour that stayed behind is seen too.
-    const QString other = valid == QStringLiteral("1") ? QStringLiteral("0") : QStringLiteral("1");
-    report({point(QStringLiteral("Ua"), QStringLiteral("40001"), other)});
-    report({point(QStringLiteral("Ua"), QStringLiteral("40001"), valid)});
+    const QString other = valid == "1" ? QString("0") : "1";
+    report({point("Ua", "40001", other)});
+    report({point("Ua", "40001", valid)});
     const QImage picture = drawnValue();
     const QColor background = picture.pixelColor(picture.width() - 4, 3);
     QTEST(background == QColor(0xf6, 0xe6, 0xc8), "coloured");
@@ -184,7 +177,7 @@ void TestMonitoringPage::rowsThatAreNotValidAreReadableOnADarkDesktop()
     const QPalette dark(QColor(0x30, 0x30, 0x30)); // with white texts
     QCOMPARE(dark.color(QPalette::Text), QColor(Qt::white));
     m_page->setPalette(dark);
-    report({point(QStringLiteral("Ua"), QStringLiteral("40001"), QStringLiteral("0"))});
+    report({point("Ua", "40001", "0")});
     const QImage picture = drawnValue();
     int darkest = 255;
     for (int x = 2; x < picture.width() - 4; ++x) {
@@ -199,7 +192,7 @@ void TestMonitoringPage::valuesAreNotTypedOver()
 {
     m_table->setCurrentCell(0, MonitoringTable::Value);
     QTest::keyClick(m_table, Qt::Key_F2);
-    QTest::keyClicks(m_table, QStringLiteral("9"));
+    QTest::keyClicks(m_table, "9");
     QTest::mouseDClick(m_table->viewport(), Qt::LeftButton, {},
                        m_table->visualItemRect(m_table->currentItem()).center());
     QVERIFY(!m_table->viewport()->findChild<QLineEdit *>());
@@ -207,7 +200,7 @@ void TestMonitoringPage::valuesAreNotTypedOver()
 
 void TestMonitoringPage::csvHoldsWhatIsShown()
 {
-    filter(QStringLiteral("4000"));
+    filter("4000");
     QCOMPARE(m_page->shownAsCsv(),
              QByteArray("\xef\xbb\xbf"
                         "Name,Addr,DataType,Value,Valid,Update Time\r\n"
@@ -217,9 +210,7 @@ void TestMonitoringPage::csvHoldsWhatIsShown()
 
 void TestMonitoringPage::csvQuotesWhatWouldTearIt()
 {
-    report({point(QStringLiteral("a,b"), QStringLiteral("say \"x\"")),
-            point(QStringLiteral("two\nlines"), QStringLiteral("线路")),
-            point(QStringLiteral("c"), QStringLiteral("carriage\rreturn"))});
+    report({point("a,b", "say \"x\""), point("two\nlines", "线路"), point("c", "carriage\rreturn")});
     const QByteArray rest = ",float,1.5,Effective,2026-01-31 10:00:00\r\n";
     const QByteArray csv = m_page->shownAsCsv();
     QCOMPARE(csv.mid(csv.indexOf("\r\n") + 2),
@@ -232,7 +223,7 @@ void TestMonitoringPage::exportTo(const QString &path)
     ModalDialogs dialogs;
     dialogs.expect([](QWidget *menu) {
         QCOMPARE(menu->actions().size(), 2);
-        QCOMPARE(menu->actions().first()->text(), QStringLiteral("Copy"));
+        QCOMPARE(menu->actions().first()->text(), "Copy");
         qobject_cast<QMenu *>(menu)->setActiveAction(menu->actions().last());
         QTest::keyClick(menu, Qt::Key_Return);
     });
@@ -249,7 +240,7 @@ void TestMonitoringPage::exportTo(const QString &path)
 
 void TestMonitoringPage::menuExportsIntoTheChosenFile()
 {
-    const QString path = QDir::current().filePath(QStringLiteral("values.csv"));
+    const QString path = QDir::current().filePath("values.csv");
     exportTo(path);
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
@@ -258,13 +249,12 @@ void TestMonitoringPage::menuExportsIntoTheChosenFile()
 
 void TestMonitoringPage::exportThatFailsIsTold()
 {
-    QVERIFY(QDir().mkpath(QStringLiteral("folder/values.csv")));
-    const QString path = QDir::current().filePath(QStringLiteral("folder/values.csv"));
+    QVERIFY(QDir().mkpath("folder/values.csv"));
+    const QString path = QDir::current().filePath("folder/values.csv");
     MessageBoxes boxes;
     boxes.expect();
     exportTo(path);
-    QCOMPARE(boxes.told(),
-             QStringList{QStringLiteral("Export Values|The file %1 could not be written.").arg(path)});
+    QCOMPARE(boxes.told(), QStringList{QString("Export Values|The file %1 could not be written.").arg(path)});
     QCOMPARE(boxes.unexpected(), QStringList());
 }
 

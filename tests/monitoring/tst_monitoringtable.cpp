@@ -38,15 +38,12 @@ private slots:
 
 void TestMonitoringTable::secondReportShowsTheTable()
 {
-    receive({point(QStringLiteral("Ua"), QStringLiteral("1"))});
-    receive({point(QStringLiteral("Ua"), QStringLiteral("230.1")),
-             point(QStringLiteral("Ub"), QStringLiteral("230.4"), QStringLiteral("0"))});
+    receive({point("Ua", "1")});
+    receive({point("Ua", "230.1"), point("Ub", "230.4", "0")});
     QCOMPARE(m_tabs->count(), 1);
-    QCOMPARE(m_tabs->tabText(0), QStringLiteral("Meter 1"));
+    QCOMPARE(m_tabs->tabText(0), "Meter 1");
     QVERIFY(qobject_cast<QVBoxLayout *>(m_tabs->widget(0)->layout()));
-    QCOMPARE(rowsOf(table()),
-             QStringList({QStringLiteral("Ua|@Ua|float|230.1|Effective"),
-                          QStringLiteral("Ub|@Ub|float|230.4|Invalid")}));
+    QCOMPARE(rowsOf(table()), QStringList({"Ua|@Ua|float|230.1|Effective", "Ub|@Ub|float|230.4|Invalid"}));
     for (const QString &time : column(table(), 5)) {
         QVERIFY2(timePattern.match(time).hasMatch(), qPrintable(time));
         QVERIFY(!time.startsWith(QLatin1String("1999"))); // when it came, not what the Box's clock said
@@ -61,7 +58,7 @@ void TestMonitoringTable::headersAreReadableOnADarkDesktop()
     QApplication::setPalette(dark);
     m_tabs->resize(900, 300);
     m_tabs->show();
-    QTableWidget *shown = showPoints({point(QStringLiteral("Ua"), QStringLiteral("1"))});
+    QTableWidget *shown = showPoints({point("Ua", "1")});
     const QHeaderView *header = shown->horizontalHeader();
     const int width = header->sectionSize(0);
     const QImage image =
@@ -80,38 +77,35 @@ void TestMonitoringTable::showsValidityInWords_data()
 {
     QTest::addColumn<QJsonValue>("valid");
     QTest::addColumn<QString>("shown");
-    QTest::newRow("valid") << QJsonValue(QStringLiteral("1")) << QStringLiteral("Effective");
-    QTest::newRow("invalid") << QJsonValue(QStringLiteral("0")) << QStringLiteral("Invalid");
-    QTest::newRow("another text") << QJsonValue(QStringLiteral("2")) << QStringLiteral("Unknown");
-    QTest::newRow("the word Invalid") << QJsonValue(QStringLiteral("Invalid")) << QStringLiteral("Unknown");
-    QTest::newRow("empty") << QJsonValue(QString()) << QStringLiteral("Unknown");
-    QTest::newRow("a number") << QJsonValue(1) << QStringLiteral("Unknown");
-    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << QStringLiteral("Unknown");
+    QTest::newRow("valid") << QJsonValue("1") << "Effective";
+    QTest::newRow("invalid") << QJsonValue("0") << "Invalid";
+    QTest::newRow("another text") << QJsonValue("2") << "Unknown";
+    QTest::newRow("the word Invalid") << QJsonValue("Invalid") << "Unknown";
+    QTest::newRow("empty") << QJsonValue(QString()) << "Unknown";
+    QTest::newRow("a number") << QJsonValue(1) << "Unknown";
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << "Unknown";
 }
 
 void TestMonitoringTable::showsValidityInWords()
 {
     QFETCH(QJsonValue, valid);
     QFETCH(QString, shown);
-    QJsonObject data = point(QStringLiteral("Ua"), QStringLiteral("1"));
-    data.insert(QStringLiteral("valid"), valid); // an undefined value removes the key
+    QJsonObject data = point("Ua", "1");
+    data.insert("valid", valid); // an undefined value removes the key
     QCOMPARE(column(showPoints({data}), 4), QStringList(shown));
 }
 
 void TestMonitoringTable::numberAsValueShowsAsEmptyCell()
 {
-    QJsonObject data = point(QStringLiteral("Ua"), QString());
-    data.insert(QStringLiteral("value"), 230.1);
-    QCOMPARE(rowsOf(showPoints({data})), QStringList(QStringLiteral("Ua|@Ua|float||Effective")));
+    QJsonObject data = point("Ua", QString());
+    data.insert("value", 230.1);
+    QCOMPARE(rowsOf(showPoints({data})), QStringList("Ua|@Ua|float||Effective"));
 }
 
 void TestMonitoringTable::sameNameTwiceIsOneRow()
 {
-    const QJsonArray datas{point(QStringLiteral("Ua"), QStringLiteral("1")),
-                           point(QStringLiteral("Ub"), QStringLiteral("2")),
-                           point(QStringLiteral("Ua"), QStringLiteral("3"), QStringLiteral("0"))};
-    const QStringList expected{QStringLiteral("Ua|@Ua|float|3|Invalid"),
-                               QStringLiteral("Ub|@Ub|float|2|Effective")};
+    const QJsonArray datas{point("Ua", "1"), point("Ub", "2"), point("Ua", "3", "0")};
+    const QStringList expected{"Ua|@Ua|float|3|Invalid", "Ub|@Ub|float|2|Effective"};
     QTableWidget *shown = showPoints(datas);
     QCOMPARE(rowsOf(shown), expected);
     receive(datas);
@@ -121,15 +115,10 @@ void TestMonitoringTable::sameNameTwiceIsOneRow()
 
 void TestMonitoringTable::missingPointsLeaveTheTable()
 {
-    QTableWidget *shown = showPoints(
-        {point(QStringLiteral("a"), QStringLiteral("1")), point(QStringLiteral("b"), QStringLiteral("2")),
-         point(QStringLiteral("c"), QStringLiteral("3")), point(QStringLiteral("d"), QStringLiteral("4")),
-         point(QStringLiteral("e"), QStringLiteral("5"))});
-    receive(
-        {point(QStringLiteral("d"), QStringLiteral("6")), point(QStringLiteral("b"), QStringLiteral("7"))});
-    QCOMPARE(
-        rowsOf(shown),
-        QStringList({QStringLiteral("b|@b|float|7|Effective"), QStringLiteral("d|@d|float|6|Effective")}));
+    QTableWidget *shown =
+        showPoints({point("a", "1"), point("b", "2"), point("c", "3"), point("d", "4"), point("e", "5")});
+    receive({point("d", "6"), point("b", "7")});
+    QCOMPARE(rowsOf(shown), QStringList({"b|@b|float|7|Effective", "d|@d|float|6|Effective"}));
 }
 
 void TestMonitoringTable::scatteredPointsLeaveTheOthersAsTheyWere()
@@ -137,7 +126,7 @@ void TestMonitoringTable::scatteredPointsLeaveTheOthersAsTheyWere()
     const auto points = [](int step) {
         QJsonArray datas;
         for (int i = 0; i < 100; i += step) {
-            datas.prepend(point(QStringLiteral("point %1").arg(i), QString::number(i)));
+            datas.prepend(point(QString("point %1").arg(i), QString::number(i)));
         }
         return datas;
     };
@@ -149,21 +138,21 @@ void TestMonitoringTable::scatteredPointsLeaveTheOthersAsTheyWere()
     QCOMPARE(removed.count(), 1); // at once, however many gaps there are
     QStringList expected;
     for (int i = 96; i >= 0; i -= 4) {
-        expected.append(QStringLiteral("point %1|@point %1|float|%1|Effective").arg(i));
+        expected.append(QString("point %1|@point %1|float|%1|Effective").arg(i));
     }
     QCOMPARE(rowsOf(shown), expected);
-    QCOMPARE(shown->currentItem()->text(), QStringLiteral("@point 60"));
+    QCOMPARE(shown->currentItem()->text(), "@point 60");
     QStringList selected;
     for (const QTableWidgetItem *item : shown->selectedItems()) {
-        selected.append(QStringLiteral("%1 %2").arg(item->row()).arg(item->column()));
+        selected.append(QString("%1 %2").arg(item->row()).arg(item->column()));
     }
     selected.sort();
-    QCOMPARE(selected, QStringList({QStringLiteral("14 2"), QStringLiteral("9 1")}));
+    QCOMPARE(selected, QStringList({"14 2", "9 1"}));
 }
 
 void TestMonitoringTable::widthsAreThoseOfTheFirstReportAndTheUser()
 {
-    const QJsonArray datas{point(QStringLiteral("a name as long as those of large plants"), QString())};
+    const QJsonArray datas{point("a name as long as those of large plants", QString())};
     QTableWidget *shown = showPoints(datas);
     QVERIFY(shown->columnWidth(0) >= shown->fontMetrics().horizontalAdvance(shown->item(0, 0)->text()));
     QCOMPARE(shown->columnWidth(5), 180);
@@ -176,34 +165,30 @@ void TestMonitoringTable::widthsAreThoseOfTheFirstReportAndTheUser()
 
 void TestMonitoringTable::newPointsComeAtTheEndUntilTheUserSorts()
 {
-    QTableWidget *shown = showPoints(
-        {point(QStringLiteral("c"), QStringLiteral("1")), point(QStringLiteral("a"), QStringLiteral("2"))});
-    receive({point(QStringLiteral("b"), QStringLiteral("3")), point(QStringLiteral("a"), QStringLiteral("2")),
-             point(QStringLiteral("c"), QStringLiteral("1"))});
-    QCOMPARE(column(shown, 0), QStringList({QStringLiteral("c"), QStringLiteral("a"), QStringLiteral("b")}));
+    QTableWidget *shown = showPoints({point("c", "1"), point("a", "2")});
+    receive({point("b", "3"), point("a", "2"), point("c", "1")});
+    QCOMPARE(column(shown, 0), QStringList({"c", "a", "b"}));
 }
 
 void TestMonitoringTable::emptyReportEmptiesTheTable()
 {
-    QTableWidget *shown = showPoints(
-        {point(QStringLiteral("a"), QStringLiteral("1")), point(QStringLiteral("b"), QStringLiteral("2"))});
+    QTableWidget *shown = showPoints({point("a", "1"), point("b", "2")});
     receive({});
     QCOMPARE(shown->rowCount(), 0);
     QCOMPARE(m_tabs->count(), 1);
-    receive({point(QStringLiteral("b"), QStringLiteral("3"))});
-    QCOMPARE(rowsOf(shown), QStringList(QStringLiteral("b|@b|float|3|Effective")));
+    receive({point("b", "3")});
+    QCOMPARE(rowsOf(shown), QStringList("b|@b|float|3|Effective"));
 }
 
 void TestMonitoringTable::ownTimeOfTheRowsIfNoneIsGiven()
 {
     QStandardItem node;
-    const QVariantMap row{{QStringLiteral("name"), QStringLiteral("Ua")},
-                          {QStringLiteral("updateTime"), QStringLiteral("2024-05-06 07:08:09")}};
+    const QVariantMap row{{"name", "Ua"}, {"updateTime", "2024-05-06 07:08:09"}};
     node.setData(QVariantList{row}, dataRowsRole);
-    m_view->showData(&node, QString(), QStringLiteral("Meter 1"));
-    QCOMPARE(column(table(), 5), QStringList(QStringLiteral("2024-05-06 07:08:09")));
-    m_view->showData(&node, QStringLiteral("2025-01-02 03:04:05"), QStringLiteral("Meter 1"));
-    QCOMPARE(column(table(), 5), QStringList(QStringLiteral("2025-01-02 03:04:05")));
+    m_view->showData(&node, QString(), "Meter 1");
+    QCOMPARE(column(table(), 5), QStringList("2024-05-06 07:08:09"));
+    m_view->showData(&node, "2025-01-02 03:04:05", "Meter 1");
+    QCOMPARE(column(table(), 5), QStringList("2025-01-02 03:04:05"));
 }
 
 void TestMonitoringTable::rowsStayTogetherWhileSorted_data()
@@ -226,19 +211,16 @@ void TestMonitoringTable::rowsStayTogetherWhileSorted()
         for (int i = 0; i < 40; ++i) {
             if ((i + round) % 7 != 0) {
                 const int shuffled = (i * 17 + round * 11) % 41;
-                datas.append(QJsonObject{
-                    {QStringLiteral("name"), QStringLiteral("p%1").arg(i, 2, 10, QLatin1Char('0'))},
-                    {QStringLiteral("addr"), QStringLiteral("a%1").arg((shuffled + 5) % 41)},
-                    {QStringLiteral("dataType"),
-                     shuffled % 2 ? QStringLiteral("int16") : QStringLiteral("bool")},
-                    {QStringLiteral("value"), QString::number(shuffled)},
-                    {QStringLiteral("valid"), QString::number(shuffled % 3)}});
+                datas.append(QJsonObject{{"name", QString("p%1").arg(i, 2, 10, QLatin1Char('0'))},
+                                         {"addr", QString("a%1").arg((shuffled + 5) % 41)},
+                                         {"dataType", shuffled % 2 ? QString("int16") : "bool"},
+                                         {"value", QString::number(shuffled)},
+                                         {"valid", QString::number(shuffled % 3)}});
             }
         }
         return datas;
     };
-    const QStringList validity{QStringLiteral("Invalid"), QStringLiteral("Effective"),
-                               QStringLiteral("Unknown")};
+    const QStringList validity{"Invalid", "Effective", "Unknown"};
     QTableWidget *shown = showPoints(points(0));
     shown->sortByColumn(section, order);
     for (int round = 1; round < 8; ++round) {
@@ -246,11 +228,9 @@ void TestMonitoringTable::rowsStayTogetherWhileSorted()
         QStringList expected;
         for (const QJsonValue &value : points(round)) {
             const QJsonObject data = value.toObject();
-            expected.append(QStringList({data.value(QStringLiteral("name")).toString(),
-                                         data.value(QStringLiteral("addr")).toString(),
-                                         data.value(QStringLiteral("dataType")).toString(),
-                                         data.value(QStringLiteral("value")).toString(),
-                                         validity.at(data.value(QStringLiteral("valid")).toString().toInt())})
+            expected.append(QStringList({data.value("name").toString(), data.value("addr").toString(),
+                                         data.value("dataType").toString(), data.value("value").toString(),
+                                         validity.at(data.value("valid").toString().toInt())})
                                 .join(QLatin1Char('|')));
         }
         QStringList rows = rowsOf(shown);
@@ -266,14 +246,11 @@ void TestMonitoringTable::rowsStayTogetherWhileSorted()
 
 void TestMonitoringTable::sortOrderSurvivesEachReport()
 {
-    QTableWidget *shown = showPoints({point(QStringLiteral("a"), QStringLiteral("1")),
-                                      point(QStringLiteral("b"), QStringLiteral("2")),
-                                      point(QStringLiteral("c"), QStringLiteral("3"))});
+    QTableWidget *shown = showPoints({point("a", "1"), point("b", "2"), point("c", "3")});
     shown->sortByColumn(3, Qt::DescendingOrder);
-    QCOMPARE(column(shown, 0), QStringList({QStringLiteral("c"), QStringLiteral("b"), QStringLiteral("a")}));
-    receive({point(QStringLiteral("a"), QStringLiteral("9")), point(QStringLiteral("b"), QStringLiteral("2")),
-             point(QStringLiteral("c"), QStringLiteral("3"))});
-    QCOMPARE(column(shown, 0), QStringList({QStringLiteral("a"), QStringLiteral("c"), QStringLiteral("b")}));
+    QCOMPARE(column(shown, 0), QStringList({"c", "b", "a"}));
+    receive({point("a", "9"), point("b", "2"), point("c", "3")});
+    QCOMPARE(column(shown, 0), QStringList({"a", "c", "b"}));
     QCOMPARE(shown->horizontalHeader()->sortIndicatorSection(), 3);
     QCOMPARE(shown->horizontalHeader()->sortIndicatorOrder(), Qt::DescendingOrder);
     QVERIFY(shown->horizontalHeader()->isSortIndicatorShown());
@@ -285,7 +262,7 @@ void TestMonitoringTable::scrollPositionSurvivesEachReport()
     const auto points = [](int count, int round) {
         QJsonArray datas;
         for (int i = 0; i < count; ++i) {
-            datas.append(point(QStringLiteral("point %1").arg(i), QString::number((i * 31 + round) % 97)));
+            datas.append(point(QString("point %1").arg(i), QString::number((i * 31 + round) % 97)));
         }
         return datas;
     };
@@ -321,26 +298,23 @@ void TestMonitoringTable::scrollPositionSurvivesEachReport()
 
 void TestMonitoringTable::selectionFollowsThePoint()
 {
-    QTableWidget *shown = showPoints({point(QStringLiteral("a"), QStringLiteral("1")),
-                                      point(QStringLiteral("b"), QStringLiteral("2")),
-                                      point(QStringLiteral("c"), QStringLiteral("3"))});
+    QTableWidget *shown = showPoints({point("a", "1"), point("b", "2"), point("c", "3")});
     shown->sortByColumn(3, Qt::AscendingOrder);
     shown->setCurrentCell(1, 3); // the value of b
-    receive({point(QStringLiteral("a"), QStringLiteral("5")), point(QStringLiteral("b"), QStringLiteral("9")),
-             point(QStringLiteral("d"), QStringLiteral("0"))});
-    QCOMPARE(column(shown, 0), QStringList({QStringLiteral("d"), QStringLiteral("a"), QStringLiteral("b")}));
+    receive({point("a", "5"), point("b", "9"), point("d", "0")});
+    QCOMPARE(column(shown, 0), QStringList({"d", "a", "b"}));
     QCOMPARE(shown->currentRow(), 2);
     QCOMPARE(shown->currentColumn(), 3);
     QCOMPARE(shown->selectedItems().size(), 1);
-    QCOMPARE(shown->selectedItems().first()->text(), QStringLiteral("9"));
+    QCOMPARE(shown->selectedItems().first()->text(), "9");
 }
 
 void TestMonitoringTable::currentPointThatGoesIsFollowedByItsNeighbour_data()
 {
     QTest::addColumn<int>("first"); // of those that go
     QTest::addColumn<QString>("next");
-    QTest::newRow("the one below") << 120 << QStringLiteral("@point 130");
-    QTest::newRow("the one above at the end") << 190 << QStringLiteral("@point 189");
+    QTest::newRow("the one below") << 120 << "@point 130";
+    QTest::newRow("the one above at the end") << 190 << "@point 189";
 }
 
 void TestMonitoringTable::currentPointThatGoesIsFollowedByItsNeighbour()
@@ -351,7 +325,7 @@ void TestMonitoringTable::currentPointThatGoesIsFollowedByItsNeighbour()
         QJsonArray datas;
         for (int i = 0; i < 200; ++i) {
             if (i < from || i >= to) {
-                datas.append(point(QStringLiteral("point %1").arg(i), QString::number(i)));
+                datas.append(point(QString("point %1").arg(i), QString::number(i)));
             }
         }
         return datas;
@@ -375,19 +349,18 @@ void TestMonitoringTable::currentPointThatGoesIsFollowedByItsNeighbour()
 
 void TestMonitoringTable::updatesTheCellsThatAreThere()
 {
-    QTableWidget *shown = showPoints({point(QStringLiteral("a"), QStringLiteral("1"))});
+    QTableWidget *shown = showPoints({point("a", "1")});
     const QTableWidgetItem *value = shown->item(0, 3);
     const QTableWidgetItem *valid = shown->item(0, 4);
     QSignalSpy changed(shown->model(), &QAbstractItemModel::dataChanged);
-    receive({point(QStringLiteral("a"), QStringLiteral("2"), QStringLiteral("0")),
-             point(QStringLiteral("b"), QStringLiteral("3"))});
+    receive({point("a", "2", "0"), point("b", "3")});
     QCOMPARE(shown->item(0, 3), value);
-    QCOMPARE(value->text(), QStringLiteral("2"));
+    QCOMPARE(value->text(), "2");
     QCOMPARE(shown->item(0, 4), valid);
-    QCOMPARE(valid->text(), QStringLiteral("Invalid"));
+    QCOMPARE(valid->text(), "Invalid");
     QCOMPARE(changed.count(), 1); // told once a report, whatever the number of points
-    receive({point(QStringLiteral("b"), QStringLiteral("3"))});
-    QCOMPARE(rowsOf(shown), QStringList(QStringLiteral("b|@b|float|3|Effective")));
+    receive({point("b", "3")});
+    QCOMPARE(rowsOf(shown), QStringList("b|@b|float|3|Effective"));
 }
 
 void TestMonitoringTable::takesTenThousandPoints()
@@ -396,7 +369,7 @@ void TestMonitoringTable::takesTenThousandPoints()
     const auto points = [](int first, int round) {
         QJsonArray datas;
         for (int i = first; i < count; ++i) {
-            datas.append(point(QStringLiteral("point %1").arg(i), QString::number(i * 31 % 9973 + round)));
+            datas.append(point(QString("point %1").arg(i), QString::number(i * 31 % 9973 + round)));
         }
         return datas;
     };
@@ -409,7 +382,7 @@ void TestMonitoringTable::takesTenThousandPoints()
     QCOMPARE(shown->rowCount(), count);
     for (int row = 0; row < count; ++row) {
         const int i = shown->item(row, 0)->text().midRef(6).toInt();
-        QCOMPARE(shown->item(row, 1)->text(), QStringLiteral("@point %1").arg(i));
+        QCOMPARE(shown->item(row, 1)->text(), QString("@point %1").arg(i));
         QCOMPARE(shown->item(row, 3)->text(), QString::number(i * 31 % 9973 + 7));
     }
     receive(points(count / 2, 1));

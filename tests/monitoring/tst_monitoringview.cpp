@@ -13,8 +13,7 @@ public:
     bool isEmpty() const override { return false; }
     QString translate(const char *context, const char *source, const char *, int) const override
     {
-        return qstrcmp(context, "CMainWindow") == 0 ? QStringLiteral("zh ") + QLatin1String(source)
-                                                    : QString();
+        return qstrcmp(context, "CMainWindow") == 0 ? QString("zh ") + QLatin1String(source) : QString();
     }
 };
 
@@ -49,8 +48,7 @@ private slots:
 
 void TestMonitoringView::dropsAReportOfAProjectThatIsNotOpen()
 {
-    const auto data = report(QStringLiteral("Hillside"), QStringLiteral("Meter 1"),
-                             {point(QStringLiteral("Ua"), QStringLiteral("230.1"))});
+    const auto data = report("Hillside", "Meter 1", {point("Ua", "230.1")});
     QTest::ignoreMessage(QtDebugMsg, "Main: Hillside");
     m_view->receive(data);
     QTest::ignoreMessage(QtDebugMsg, "Main: Hillside");
@@ -62,33 +60,32 @@ void TestMonitoringView::dropsAReportOfAProjectThatIsNotOpen()
 
 void TestMonitoringView::firstProjectOfANameWins()
 {
-    QStandardItem *twin = addProject(QStringLiteral("Riverside"));
-    showPoints({point(QStringLiteral("Ua"), QStringLiteral("230.1"))});
+    QStandardItem *twin = addProject("Riverside");
+    showPoints({point("Ua", "230.1")});
     QCOMPARE(dataFolder()->rowCount(), 1);
     QCOMPARE(ProjectTree::childNamed(twin, ProjectTree::dataFolder)->rowCount(), 0);
 }
 
 void TestMonitoringView::firstReportMakesTheNodeAndNoTab()
 {
-    receive({point(QStringLiteral("Ua"), QStringLiteral("230.1"))});
+    receive({point("Ua", "230.1")});
     QCOMPARE(dataFolder()->rowCount(), 1);
     const QStandardItem *node = dataFolder()->child(0);
-    QCOMPARE(node->text(), QStringLiteral("Meter 1"));
-    QCOMPARE(node->data(dataDisplayRole).toString(), QStringLiteral("NoDisplay"));
-    QCOMPARE(node->icon().pixmap(24).toImage(),
-             QIcon(QStringLiteral(":/adsdemo/images/data-file.svg")).pixmap(24).toImage());
+    QCOMPARE(node->text(), "Meter 1");
+    QCOMPARE(node->data(dataDisplayRole).toString(), "NoDisplay");
+    QCOMPARE(node->icon().pixmap(24).toImage(), QIcon(":/adsdemo/images/data-file.svg").pixmap(24).toImage());
     QCOMPARE(m_tabs->count(), 0);
 }
 
 void TestMonitoringView::makesADataFolderWhereNoneIs()
 {
     m_model->clear();
-    m_model->appendRow(ProjectTree::makeProject(QStringLiteral("Riverside"), QString(), QString()));
-    receive({point(QStringLiteral("Ua"), QStringLiteral("230.1"))});
+    m_model->appendRow(ProjectTree::makeProject("Riverside", QString(), QString()));
+    receive({point("Ua", "230.1")});
     QCOMPARE(m_model->item(0)->rowCount(), 1);
-    QCOMPARE(m_model->item(0)->child(0)->text(), QStringLiteral("Data"));
+    QCOMPARE(m_model->item(0)->child(0)->text(), "Data");
     QCOMPARE(m_model->item(0)->child(0)->icon().pixmap(64).toImage(),
-             QIcon(QStringLiteral(":/adsdemo/images/Data.png")).pixmap(64).toImage());
+             QIcon(":/adsdemo/images/Data.png").pixmap(64).toImage());
     QCOMPARE(dataFolder()->rowCount(), 1);
 }
 
@@ -101,82 +98,68 @@ void TestMonitoringView::nodeComesWithItsValues()
         seen.append(node.data().toString());
         seen.append(QString::number(node.data(dataRowsRole).toList().size()));
         seen.append(node.data(dataDisplayRole).toString());
-        seen.append(m_tree->isExpanded(folder) ? QStringLiteral("open") : QStringLiteral("closed"));
+        seen.append(m_tree->isExpanded(folder) ? QString("open") : "closed");
     });
-    receive({point(QStringLiteral("Ua"), QStringLiteral("1"))});
-    QCOMPARE(seen,
-             QStringList({QStringLiteral("Meter 1"), QStringLiteral("1"), QStringLiteral("NoDisplay"),
-                          QStringLiteral("closed")}));
+    receive({point("Ua", "1")});
+    QCOMPARE(seen, QStringList({"Meter 1", "1", "NoDisplay", "closed"}));
     QVERIFY(m_tree->isExpanded(dataFolder()->index()));
 }
 
 void TestMonitoringView::keepsTheRowsInTheNode()
 {
-    QJsonObject bare{{QStringLiteral("name"), QStringLiteral("Ub")}, {QStringLiteral("value"), 7}};
-    receive({point(QStringLiteral("Ua"), QStringLiteral("230.1"), QStringLiteral("0")), bare});
+    QJsonObject bare{{"name", "Ub"}, {"value", 7}};
+    receive({point("Ua", "230.1", "0"), bare});
     const QVariant stored = dataFolder()->child(0)->data(dataRowsRole);
     QCOMPARE(int(stored.type()), int(QVariant::List));
     const QVariantList rows = stored.toList();
     QCOMPARE(rows.size(), 2);
-    const QString time = rows.at(0).toMap().value(QStringLiteral("updateTime")).toString();
+    const QString time = rows.at(0).toMap().value("updateTime").toString();
     QVERIFY2(timePattern.match(time).hasMatch(), qPrintable(time));
-    const QVariantMap first{{QStringLiteral("name"), QStringLiteral("Ua")},
-                            {QStringLiteral("addr"), QStringLiteral("@Ua")},
-                            {QStringLiteral("dataType"), QStringLiteral("float")},
-                            {QStringLiteral("value"), QStringLiteral("230.1")},
-                            {QStringLiteral("valid"), QStringLiteral("0")},
-                            {QStringLiteral("updateTime"), time}};
-    const QVariantMap second{{QStringLiteral("name"), QStringLiteral("Ub")},
-                             {QStringLiteral("addr"), QString()},
-                             {QStringLiteral("dataType"), QString()},
-                             {QStringLiteral("value"), QString()},
-                             {QStringLiteral("valid"), QStringLiteral("Invalid")},
-                             {QStringLiteral("updateTime"), time}};
+    const QVariantMap first{{"name", "Ua"},     {"addr", "@Ua"}, {"dataType", "float"},
+                            {"value", "230.1"}, {"valid", "0"},  {"updateTime", time}};
+    const QVariantMap second{{"name", "Ub"},       {"addr", QString()},  {"dataType", QString()},
+                             {"value", QString()}, {"valid", "Invalid"}, {"updateTime", time}};
     QCOMPARE(rows.at(0).toMap(), first);
     QCOMPARE(rows.at(1).toMap(), second);
 
-    receive({point(QStringLiteral("Uc"), QStringLiteral("1"))});
+    receive({point("Uc", "1")});
     QCOMPARE(dataFolder()->child(0)->data(dataRowsRole).toList().size(), 1);
     QCOMPARE(dataFolder()->rowCount(), 1);
 }
 
 void TestMonitoringView::skipsWhatIsNotAnObject()
 {
-    const QTableWidget *shown = showPoints({QStringLiteral("Ua"), 5, QJsonValue(), QJsonArray{1},
-                                            point(QStringLiteral("Ub"), QStringLiteral("1"))});
-    QCOMPARE(rowsOf(shown), QStringList(QStringLiteral("Ub|@Ub|float|1|Effective")));
+    const QTableWidget *shown = showPoints({"Ua", 5, QJsonValue(), QJsonArray{1}, point("Ub", "1")});
+    QCOMPARE(rowsOf(shown), QStringList("Ub|@Ub|float|1|Effective"));
 }
 
 void TestMonitoringView::keepsTwoPlcsApart()
 {
-    showPoints({point(QStringLiteral("Ua"), QStringLiteral("1"))}, QStringLiteral("Meter 1"));
-    showPoints({point(QStringLiteral("Ua"), QStringLiteral("2"))}, QStringLiteral("Meter 2"));
-    receive({point(QStringLiteral("Ua"), QStringLiteral("3"))}, QStringLiteral("Meter 1"));
+    showPoints({point("Ua", "1")}, "Meter 1");
+    showPoints({point("Ua", "2")}, "Meter 2");
+    receive({point("Ua", "3")}, "Meter 1");
     QCOMPARE(dataFolder()->rowCount(), 2);
     QCOMPARE(m_tabs->count(), 2);
-    QCOMPARE(rowsOf(table(QStringLiteral("Meter 1"))),
-             QStringList(QStringLiteral("Ua|@Ua|float|3|Effective")));
-    QCOMPARE(rowsOf(table(QStringLiteral("Meter 2"))),
-             QStringList(QStringLiteral("Ua|@Ua|float|2|Effective")));
+    QCOMPARE(rowsOf(table("Meter 1")), QStringList("Ua|@Ua|float|3|Effective"));
+    QCOMPARE(rowsOf(table("Meter 2")), QStringList("Ua|@Ua|float|2|Effective"));
 }
 
 void TestMonitoringView::samePlcNameInTwoProjectsSharesATab()
 {
-    addProject(QStringLiteral("Hillside"));
-    showPoints({point(QStringLiteral("Ua"), QStringLiteral("1"))});
+    addProject("Hillside");
+    showPoints({point("Ua", "1")});
     for (int i = 0; i < 2; ++i) {
-        m_view->receive(report(QStringLiteral("Hillside"), QStringLiteral("Meter 1"),
-                               {point(QStringLiteral("Ia"), QStringLiteral("5"))}));
+        m_view->receive(report("Hillside", "Meter 1", {point("Ia", "5")}));
     }
     QCOMPARE(m_tabs->count(), 1);
-    QCOMPARE(rowsOf(table()), QStringList(QStringLiteral("Ia|@Ia|float|5|Effective")));
+    QCOMPARE(rowsOf(table()), QStringList("Ia|@Ia|float|5|Effective"));
 }
 
 void TestMonitoringView::expandsTheTreeWithEachReport()
 {
     for (int i = 0; i < 3; ++i) {
         m_tree->collapseAll();
-        receive({point(QStringLiteral("Ua"), QStringLiteral("1"))});
+        receive({point("Ua", "1")});
         QVERIFY(m_tree->isExpanded(m_model->item(0)->index()));
         QVERIFY(m_tree->isExpanded(dataFolder()->index()));
     }
@@ -184,29 +167,25 @@ void TestMonitoringView::expandsTheTreeWithEachReport()
 
 void TestMonitoringView::looksAsDesigned()
 {
-    QTableWidget *shown = showPoints({point(QStringLiteral("Ua"), QStringLiteral("1"))});
+    QTableWidget *shown = showPoints({point("Ua", "1")});
     QVERIFY(!m_tabs->tabsClosable());
     QVERIFY(shown->isSortingEnabled());
     QStringList headers;
     for (int i = 0; i < shown->columnCount(); ++i) {
         headers.append(shown->horizontalHeaderItem(i)->text());
     }
-    QCOMPARE(headers,
-             QStringList({QStringLiteral("Name"), QStringLiteral("Addr"), QStringLiteral("DataType"),
-                          QStringLiteral("Value"), QStringLiteral("Valid"), QStringLiteral("Update Time")}));
-    QCOMPARE(shown->horizontalHeader()->styleSheet(),
-             QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }"));
+    QCOMPARE(headers, QStringList({"Name", "Addr", "DataType", "Value", "Valid", "Update Time"}));
+    QCOMPARE(shown->horizontalHeader()->styleSheet(), "QHeaderView::section { background-color: #DDDDDD; }");
     QCOMPARE(shown->columnWidth(5), 180);
     QCOMPARE(m_tabs->styleSheet(),
-             QStringLiteral(
-                 "QTabBar::tab { font-size: 16px; color: black; background-color: #e0e0e0; border-radius: "
-                 "5px; min-width: 80px; height: 20px; padding: 5px 10px; } QTabBar::tab:selected { "
-                 "background-color: #1296db; color: white; } QTabBar::tab:hover { background-color: "
-                 "#7dc5eb; }"));
+             "QTabBar::tab { font-size: 16px; color: black; background-color: #e0e0e0; border-radius: "
+             "5px; min-width: 80px; height: 20px; padding: 5px 10px; } QTabBar::tab:selected { "
+             "background-color: #1296db; color: white; } QTabBar::tab:hover { background-color: "
+             "#7dc5eb; }");
 
     // A name as long as they get is readable from the start; then the width is the user's.
-    const QString name = QStringLiteral("Combined active total electrical energy of tariff 1");
-    const QTableWidget *wide = showPoints({point(name, QStringLiteral("1"))}, QStringLiteral("Meter 2"));
+    const QString name = "Combined active total electrical energy of tariff 1";
+    const QTableWidget *wide = showPoints({point(name, "1")}, "Meter 2");
     QVERIFY(wide->columnWidth(0) > wide->fontMetrics().horizontalAdvance(name));
     shown->setColumnWidth(0, 234);
 
@@ -225,8 +204,8 @@ void TestMonitoringView::looksAsDesigned()
 
 void TestMonitoringView::longNamesFitTheirTabs()
 {
-    const QString name = QStringLiteral("Transformer station west, feeder 12");
-    const QJsonArray datas{point(QStringLiteral("a"), QStringLiteral("1"))};
+    const QString name = "Transformer station west, feeder 12";
+    const QJsonArray datas{point("a", "1")};
     QFont font = m_tabs->font();
     font.setPixelSize(11); // the desktop's
     m_tabs->setFont(font);
@@ -239,35 +218,35 @@ void TestMonitoringView::longNamesFitTheirTabs()
     font.setPixelSize(16); // the size and the padding of the style sheet
     const int text = QFontMetrics(font).horizontalAdvance(name);
     QTRY_VERIFY2(bar->tabRect(1).width() >= text + 2 * 10,
-                 qPrintable(QStringLiteral("%1 for %2").arg(bar->tabRect(1).width()).arg(text)));
+                 qPrintable(QString("%1 for %2").arg(bar->tabRect(1).width()).arg(text)));
 }
 
 void TestMonitoringView::closedTabComesBackWithAPageOfItsOwn()
 {
-    const QJsonArray datas{point(QStringLiteral("a"), QStringLiteral("1"))};
-    showPoints(datas, QStringLiteral("Meter 2"));
+    const QJsonArray datas{point("a", "1")};
+    showPoints(datas, "Meter 2");
     showPoints(datas);
-    const QPointer<QWidget> page = m_tabs->widget(tabNamed(QStringLiteral("Meter 1")));
-    m_view->closeTab(QStringLiteral("no such tab"));
+    const QPointer<QWidget> page = m_tabs->widget(tabNamed("Meter 1"));
+    m_view->closeTab("no such tab");
     QCOMPARE(m_tabs->count(), 2);
-    m_view->closeTab(QStringLiteral("Meter 1"));
+    m_view->closeTab("Meter 1");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(m_tabs->count(), 1);
-    QCOMPARE(m_tabs->tabText(0), QStringLiteral("Meter 2"));
+    QCOMPARE(m_tabs->tabText(0), "Meter 2");
     QVERIFY(page);
 
-    receive({point(QStringLiteral("b"), QStringLiteral("2"))});
+    receive({point("b", "2")});
     QCOMPARE(m_tabs->count(), 2);
-    QVERIFY(m_tabs->widget(tabNamed(QStringLiteral("Meter 1"))) != page);
-    QCOMPARE(rowsOf(table()), QStringList(QStringLiteral("b|@b|float|2|Effective")));
+    QVERIFY(m_tabs->widget(tabNamed("Meter 1")) != page);
+    QCOMPARE(rowsOf(table()), QStringList("b|@b|float|2|Effective"));
 
     // Once the node is gone too, the next report makes the node and the one after it the tab.
     dataFolder()->removeRows(0, dataFolder()->rowCount());
-    m_view->closeTab(QStringLiteral("Meter 1"));
+    m_view->closeTab("Meter 1");
     receive(datas);
-    QCOMPARE(tabNamed(QStringLiteral("Meter 1")), -1);
+    QCOMPARE(tabNamed("Meter 1"), -1);
     receive(datas);
-    QVERIFY(tabNamed(QStringLiteral("Meter 1")) >= 0);
+    QVERIFY(tabNamed("Meter 1") >= 0);
 
     m_tabs.reset();
     QVERIFY(!page);
@@ -275,24 +254,24 @@ void TestMonitoringView::closedTabComesBackWithAPageOfItsOwn()
 
 void TestMonitoringView::clickedNodeBringsItsTabToTheFront()
 {
-    const QJsonArray datas{point(QStringLiteral("a"), QStringLiteral("1"))};
+    const QJsonArray datas{point("a", "1")};
     showPoints(datas);
-    showPoints(datas, QStringLiteral("Meter 2"));
-    m_view->showTab(QStringLiteral("Meter 2"));
+    showPoints(datas, "Meter 2");
+    m_view->showTab("Meter 2");
     QCOMPARE(m_tabs->currentIndex(), 1);
-    m_view->showTab(QStringLiteral("Meter 3"));
+    m_view->showTab("Meter 3");
     QCOMPARE(m_tabs->currentIndex(), 1);
-    m_view->showTab(QStringLiteral("Meter 1"));
+    m_view->showTab("Meter 1");
     QCOMPARE(m_tabs->currentIndex(), 0);
     // A report leaves the tab in front alone.
-    receive(datas, QStringLiteral("Meter 2"));
+    receive(datas, "Meter 2");
     QCOMPARE(m_tabs->currentIndex(), 0);
 }
 
 void TestMonitoringView::pageWithoutATableIsLeftAlone()
 {
-    m_tabs->addTab(new QWidget, QStringLiteral("Meter 1"));
-    QVERIFY(!showPoints({point(QStringLiteral("a"), QStringLiteral("1"))}));
+    m_tabs->addTab(new QWidget, "Meter 1");
+    QVERIFY(!showPoints({point("a", "1")}));
     QCOMPARE(m_tabs->count(), 1);
     QVERIFY(!m_tabs->tabsClosable());
 }
@@ -301,37 +280,32 @@ void TestMonitoringView::withoutTabsOrTreeOnlyTheValuesAreKept()
 {
     MonitoringView view(nullptr, m_model.data(), nullptr);
     for (int i = 0; i < 2; ++i) {
-        view.receive(report(QStringLiteral("Riverside"), QStringLiteral("Meter 1"),
-                            {point(QStringLiteral("a"), QString::number(i))}));
+        view.receive(report("Riverside", "Meter 1", {point("a", QString::number(i))}));
     }
     const QVariantList rows = dataFolder()->child(0)->data(dataRowsRole).toList();
-    QCOMPARE(rows.value(0).toMap().value(QStringLiteral("value")).toString(), QStringLiteral("1"));
-    view.showTab(QStringLiteral("Meter 1"));
-    view.closeTab(QStringLiteral("Meter 1"));
-    m_view->showData(nullptr, QString(), QStringLiteral("Meter 1"));
+    QCOMPARE(rows.value(0).toMap().value("value").toString(), "1");
+    view.showTab("Meter 1");
+    view.closeTab("Meter 1");
+    m_view->showData(nullptr, QString(), "Meter 1");
     QCOMPARE(m_tabs->count(), 0);
 }
 
 void TestMonitoringView::followsTheLanguage()
 {
-    const QJsonArray datas{point(QStringLiteral("a"), QStringLiteral("1")),
-                           point(QStringLiteral("b"), QStringLiteral("1"), QStringLiteral("0")),
-                           point(QStringLiteral("c"), QStringLiteral("1"), QStringLiteral("x"))};
+    const QJsonArray datas{point("a", "1"), point("b", "1", "0"), point("c", "1", "x")};
     QTableWidget *shown = showPoints(datas);
     MarkingTranslator translator;
     QCoreApplication::installTranslator(&translator);
     receive(datas);
-    QCOMPARE(column(shown, 4),
-             QStringList({QStringLiteral("zh Effective"), QStringLiteral("zh Invalid"),
-                          QStringLiteral("zh Unknown")}));
-    QCOMPARE(shown->horizontalHeaderItem(5)->text(), QStringLiteral("zh Update Time"));
+    QCOMPARE(column(shown, 4), QStringList({"zh Effective", "zh Invalid", "zh Unknown"}));
+    QCOMPARE(shown->horizontalHeaderItem(5)->text(), "zh Update Time");
     // Names that logic compares are no texts of the interface.
-    QCOMPARE(dataFolder()->text(), QStringLiteral("Data"));
+    QCOMPARE(dataFolder()->text(), "Data");
     const QVariantList rows = dataFolder()->child(0)->data(dataRowsRole).toList();
-    QCOMPARE(rows.at(0).toMap().value(QStringLiteral("valid")).toString(), QStringLiteral("1"));
+    QCOMPARE(rows.at(0).toMap().value("valid").toString(), "1");
     QCoreApplication::removeTranslator(&translator);
     receive(datas);
-    QCOMPARE(shown->horizontalHeaderItem(5)->text(), QStringLiteral("Update Time"));
+    QCOMPARE(shown->horizontalHeaderItem(5)->text(), "Update Time");
 }
 
 QTEST_MAIN(TestMonitoringView)

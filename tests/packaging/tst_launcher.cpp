@@ -36,11 +36,11 @@ void tst_Launcher::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     QDir dir(m_dir->path());
-    QVERIFY(dir.mkpath(QStringLiteral("usr/bin")));
-    QVERIFY(dir.mkpath(QStringLiteral("usr/libexec/marlin-gate-70")));
-    QVERIFY(dir.mkpath(QStringLiteral("home of one")));
-    QVERIFY(QFile::copy(QStringLiteral(LAUNCHER), path(QStringLiteral("usr/bin/marlin-gate-70"))));
-    QFile program(path(QStringLiteral("usr/libexec/marlin-gate-70/marlin-gate-70")));
+    QVERIFY(dir.mkpath("usr/bin"));
+    QVERIFY(dir.mkpath("usr/libexec/marlin-gate-70"));
+    QVERIFY(dir.mkpath("home of one"));
+    QVERIFY(QFile::copy(QString(LAUNCHER), path("usr/bin/marlin-gate-70")));
+    QFile program(path("usr/libexec/marlin-gate-70/marlin-gate-70"));
     QVERIFY(program.open(QIODevice::WriteOnly));
     program.write("#!/bin/sh\npwd\nfor a in \"$@\"; do echo \"<$a>\"; done\nexit 7\n");
     program.close();
@@ -51,14 +51,14 @@ tst_Launcher::Outcome tst_Launcher::launch(const QString &command, const QString
                                            const QString &state) const
 {
     QProcessEnvironment environment;
-    environment.insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
-    environment.insert(QStringLiteral("HOME"), path(QStringLiteral("home of one")));
+    environment.insert("PATH", "/usr/bin:/bin");
+    environment.insert("HOME", path("home of one"));
     if (!state.isEmpty()) {
-        environment.insert(QStringLiteral("XDG_STATE_HOME"), state);
+        environment.insert("XDG_STATE_HOME", state);
     }
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(QStringLiteral("/"));
+    process.setWorkingDirectory("/");
     process.start(command, arguments, QIODevice::ReadOnly);
     process.waitForFinished();
     return {process.readAllStandardOutput(), process.readAllStandardError(), process.exitCode()};
@@ -68,42 +68,40 @@ void tst_Launcher::entersAFolderOfTheUsers_data()
 {
     QTest::addColumn<QString>("state");
     QTest::addColumn<QString>("folder");
-    QTest::newRow("usual") << QString() << QStringLiteral("home of one/.local/state/marlin-gate-70");
-    QTest::newRow("told") << QStringLiteral("else where") << QStringLiteral("else where/marlin-gate-70");
+    QTest::newRow("usual") << QString() << "home of one/.local/state/marlin-gate-70";
+    QTest::newRow("told") << "else where"
+                          << "else where/marlin-gate-70";
 }
 
 void tst_Launcher::entersAFolderOfTheUsers()
 {
     QFETCH(QString, state);
     QFETCH(QString, folder);
-    const Outcome outcome =
-        launch(path(QStringLiteral("usr/bin/marlin-gate-70")), {}, state.isEmpty() ? state : path(state));
+    const Outcome outcome = launch(path("usr/bin/marlin-gate-70"), {}, state.isEmpty() ? state : path(state));
     QCOMPARE(outcome.errors, QByteArray());
     QCOMPARE(QString::fromUtf8(outcome.output), path(folder) + QLatin1Char('\n'));
 }
 
 void tst_Launcher::isFoundThroughALink()
 {
-    QVERIFY(QFile::link(path(QStringLiteral("usr/bin/marlin-gate-70")), path(QStringLiteral("link"))));
-    const Outcome outcome = launch(path(QStringLiteral("link")));
+    QVERIFY(QFile::link(path("usr/bin/marlin-gate-70"), path("link")));
+    const Outcome outcome = launch(path("link"));
     QCOMPARE(outcome.errors, QByteArray());
     QVERIFY(outcome.output.endsWith("/.local/state/marlin-gate-70\n"));
 }
 
 void tst_Launcher::handsOnArgumentsAndStatus()
 {
-    const Outcome outcome = launch(path(QStringLiteral("usr/bin/marlin-gate-70")),
-                                   {QStringLiteral("-style"), QStringLiteral("two words")});
+    const Outcome outcome = launch(path("usr/bin/marlin-gate-70"), {"-style", "two words"});
     QVERIFY(outcome.output.endsWith("\n<-style>\n<two words>\n"));
     QCOMPARE(outcome.status, 7);
 }
 
 void tst_Launcher::folderThatCannotBeMadeIsTold()
 {
-    QFile inTheWay(path(QStringLiteral("state")));
+    QFile inTheWay(path("state"));
     QVERIFY(inTheWay.open(QIODevice::WriteOnly));
-    const Outcome outcome =
-        launch(path(QStringLiteral("usr/bin/marlin-gate-70")), {}, path(QStringLiteral("state")));
+    const Outcome outcome = launch(path("usr/bin/marlin-gate-70"), {}, path("state"));
     QCOMPARE(outcome.output, QByteArray());
     QVERIFY2(outcome.errors.contains(QFile::encodeName(inTheWay.fileName())), outcome.errors.constData());
     QCOMPARE(outcome.status, 1);

@@ -47,9 +47,8 @@ class Chinese : public QTranslator
 public:
     QString translate(const char *, const char *source, const char *, int) const override
     {
-        static const QHash<QByteArray, QString> texts{{"Timed", QStringLiteral("定时上报")},
-                                                      {"Change", QStringLiteral("变化上报")},
-                                                      {"Address", QStringLiteral("地址")}};
+        static const QHash<QByteArray, QString> texts{
+            {"Timed", "定时上报"}, {"Change", "变化上报"}, {"Address", "地址"}};
         return texts.value(source);
     }
     bool isEmpty() const override { return false; }
@@ -190,7 +189,7 @@ void TestParameterCsv::badChoiceCountsOnceARowAndGoesOn()
 
     // Those before the line that is refused are told too.
     const ParameterCsv::Import refused =
-        ParameterCsv::read(text + QStringLiteral("D5,e,int16,x,r,Timed,,,,\n"), ParameterVariant::plc());
+        ParameterCsv::read(text + "D5,e,int16,x,r,Timed,,,,\n", ParameterVariant::plc());
     QVERIFY(refused.refusal);
     QCOMPARE(refused.badChoices, 3);
     QCOMPARE(refused.rows, RowList());
@@ -200,11 +199,11 @@ void TestParameterCsv::wordsAreThoseOfTheLanguage()
 {
     Chinese chinese;
     QCoreApplication::installTranslator(&chinese);
-    const QByteArray header = QStringLiteral("地址").toUtf8() + plcHeader.mid(7);
+    const QByteArray header = QString("地址").toUtf8() + plcHeader.mid(7);
     QCOMPARE(ParameterCsv::write({}, ParameterVariant::plc()).toUtf8(), header);
     const auto badChoices = [&header](const char *method) {
-        const QString text = QString::fromUtf8(header)
-            + QStringLiteral("D1,a,int16,1,r,%1,,,,\n").arg(QString::fromUtf8(method));
+        const QString text =
+            QString::fromUtf8(header) + QString("D1,a,int16,1,r,%1,,,,\n").arg(QString::fromUtf8(method));
         return ParameterCsv::read(text, ParameterVariant::plc()).badChoices;
     };
     QCOMPARE(badChoices("变化上报"), 0);

@@ -101,8 +101,7 @@ void TestParameterRules::addressOfAFileIsNotEmpty()
     QVERIFY(!ParameterRules::isAddress(QString()));
     QVERIFY(ParameterRules::isFormula(QString()));
     // The digital inputs of the Box have addresses of their own.
-    QVERIFY(
-        !ParameterRules::faultOf(ParameterVariant::dido(), ParameterCell::Address, QStringLiteral("D 1")));
+    QVERIFY(!ParameterRules::faultOf(ParameterVariant::dido(), ParameterCell::Address, "D 1"));
 }
 
 void TestParameterRules::nameOfAnotherRow_data()

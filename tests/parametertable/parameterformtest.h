@@ -14,17 +14,15 @@
 
 enum Column { Address, Name, Type, Length, Permissions, Method, Amplitude, Collection, Write, Button };
 
-inline QVariantList plcRow(const QString &address, const QString &name,
-                           const QString &method = QStringLiteral("Timed"),
+inline QVariantList plcRow(const QString &address, const QString &name, const QString &method = "Timed",
                            const QString &amplitude = QString(QLatin1String("")))
 {
-    return {address, name,      QStringLiteral("int16"), QStringLiteral("1"),  QStringLiteral("r"),
-            method,  amplitude, QStringLiteral("X*2"),   QStringLiteral("X/2")};
+    return {address, name, "int16", "1", "r", method, amplitude, "X*2", "X/2"};
 }
 
 inline QVariantList modbusRow(const QString &address, const QString &name)
 {
-    return {address, name, QStringLiteral("float"), QStringLiteral("1"), QStringLiteral("rw")};
+    return {address, name, "float", "1", "rw"};
 }
 
 // A form whose tables the test chooses.
@@ -44,7 +42,7 @@ public:
 protected:
     ParameterTable *currentTable() const override { return m_current; }
     ParameterTable *latestTable() const override { return m_latest; }
-    QString missingTableText() const override { return QStringLiteral("No tab selected."); }
+    QString missingTableText() const override { return "No tab selected."; }
 
 private:
     ParameterTable *&m_current;

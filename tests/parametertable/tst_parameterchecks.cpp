@@ -4,9 +4,8 @@
 
 namespace {
 
-const QString lengthBox = QStringLiteral("Warning|Length must be a positive integer between 1 and 10.");
-const QString numberBox =
-    QStringLiteral("Warning|Only positive integers and floating-point numbers are allowed.");
+const QString lengthBox = "Warning|Length must be a positive integer between 1 and 10.";
+const QString numberBox = "Warning|Only positive integers and floating-point numbers are allowed.";
 
 } // namespace
 
@@ -64,16 +63,16 @@ void TestParameterChecks::typeDecidesTheLength()
     } else {
         m_form->loadParameters({plcRow("1", "a")});
     }
-    list(0, Type)->setCurrentText(QStringLiteral("string"));
+    list(0, Type)->setCurrentText("string");
     QVERIFY(editor(0, Length)->isEnabled());
-    type(0, Length, QStringLiteral("11"));
-    QCOMPARE(editor(0, Length)->text(), QStringLiteral("11"));
-    list(0, Type)->setCurrentText(QStringLiteral("int16"));
+    type(0, Length, "11");
+    QCOMPARE(editor(0, Length)->text(), "11");
+    list(0, Type)->setCurrentText("int16");
     QVERIFY(!editor(0, Length)->isEnabled());
-    QCOMPARE(editor(0, Length)->text(), QStringLiteral("1"));
-    list(0, Type)->setCurrentText(QStringLiteral("string"));
+    QCOMPARE(editor(0, Length)->text(), "1");
+    list(0, Type)->setCurrentText("string");
     QVERIFY(editor(0, Length)->isEnabled());
-    QCOMPARE(editor(0, Length)->text(), QStringLiteral("1"));
+    QCOMPARE(editor(0, Length)->text(), "1");
 }
 
 void TestParameterChecks::lengthRuleHasNoUpperBound_data()
@@ -100,7 +99,7 @@ void TestParameterChecks::lengthRuleHasNoUpperBound()
         m_boxes->expect();
     }
     type(0, Length, typed);
-    QCOMPARE(editor(0, Length)->text(), kept ? typed : QStringLiteral("1"));
+    QCOMPARE(editor(0, Length)->text(), kept ? typed : "1");
     QCOMPARE(m_boxes->told(), kept ? QStringList() : QStringList{lengthBox});
 }
 
@@ -108,16 +107,16 @@ void TestParameterChecks::methodDecidesTheAmplitude()
 {
     m_form->loadParameters({plcRow("1", "a", "Change amplitude", "3")});
     m_form->addParameter();
-    list(1, Method)->setCurrentText(QStringLiteral("Change amplitude"));
+    list(1, Method)->setCurrentText("Change amplitude");
     QVERIFY(editor(1, Amplitude)->isEnabled());
-    type(1, Amplitude, QStringLiteral("4"));
+    type(1, Amplitude, "4");
     for (const int row : {0, 1}) {
-        list(row, Method)->setCurrentText(QStringLiteral("Change"));
+        list(row, Method)->setCurrentText("Change");
         QVERIFY(!editor(row, Amplitude)->isEnabled());
     }
-    QCOMPARE(editor(0, Amplitude)->text(), QStringLiteral("3"));
+    QCOMPARE(editor(0, Amplitude)->text(), "3");
     QCOMPARE(editor(1, Amplitude)->text(), QString());
-    QCOMPARE(m_table->rows().at(0).at(Amplitude).toString(), QStringLiteral("3"));
+    QCOMPARE(m_table->rows().at(0).at(Amplitude).toString(), "3");
 }
 
 void TestParameterChecks::amplitudeOfAnAddedRow_data()
@@ -139,7 +138,7 @@ void TestParameterChecks::amplitudeOfAnAddedRow()
     QFETCH(QString, typed);
     QFETCH(bool, kept);
     m_form->addParameter();
-    editor(0, Amplitude)->setText(QStringLiteral("0"));
+    editor(0, Amplitude)->setText("0");
     if (!kept) {
         m_boxes->expect();
     }
@@ -190,7 +189,7 @@ void TestParameterChecks::addressOfAnAddedRow_data()
     QTest::newRow("any printable ASCII") << "!~#,;" << true;
     QTest::newRow("blanks around") << " D1 " << true;
     QTest::newRow("blank inside") << "D 1" << false;
-    QTest::newRow("Chinese") << QStringLiteral("地址") << false;
+    QTest::newRow("Chinese") << "地址" << false;
 }
 
 void TestParameterChecks::addressOfAnAddedRow()
@@ -198,7 +197,7 @@ void TestParameterChecks::addressOfAnAddedRow()
     QFETCH(QString, typed);
     QFETCH(bool, kept);
     m_form->addParameter();
-    editor(0, Address)->setText(QStringLiteral("x"));
+    editor(0, Address)->setText("x");
     type(0, Address, typed);
     QCOMPARE(editor(0, Address)->text(), kept ? typed : QString());
     QCOMPARE(m_workspace->messages,
@@ -211,7 +210,7 @@ void TestParameterChecks::addressOfAnAddedRow()
 void TestParameterChecks::addressOfALoadedRow()
 {
     m_form->loadParameters({plcRow("1", "a"), plcRow("2", "b")});
-    edit(1, Address, QStringLiteral("D 1"));
+    edit(1, Address, "D 1");
     QCOMPARE(m_table->item(1, Address)->text(), QString());
     QCOMPARE(
         m_workspace->messages,
@@ -244,7 +243,7 @@ void TestParameterChecks::formulas()
     QFETCH(bool, kept);
     if (added) {
         m_form->addParameter();
-        editor(0, column)->setText(QStringLiteral("X"));
+        editor(0, column)->setText("X");
         type(0, column, typed);
     } else {
         m_form->loadParameters({plcRow("1", "a")});
@@ -263,12 +262,12 @@ void TestParameterChecks::untouchedEditorIsNotChecked()
     {
         // A text that stands there without having been typed, as an undone edit would leave it.
         const QSignalBlocker quiet(editor(0, Address));
-        editor(0, Address)->setText(QStringLiteral("D 1"));
+        editor(0, Address)->setText("D 1");
     }
     emit editor(0, Address)->editingFinished();
-    QCOMPARE(editor(0, Address)->text(), QStringLiteral("D 1"));
-    editor(0, Address)->setText(QStringLiteral("D 2"));
-    editor(0, Address)->setText(QStringLiteral("D 1"));
+    QCOMPARE(editor(0, Address)->text(), "D 1");
+    editor(0, Address)->setText("D 2");
+    editor(0, Address)->setText("D 1");
     emit editor(0, Address)->editingFinished();
     QCOMPARE(editor(0, Address)->text(), QString());
 }
@@ -278,10 +277,10 @@ void TestParameterChecks::duplicateNameOfAnAddedRow()
     m_form->addParameter();
     m_form->addParameter();
     m_form->addParameter();
-    type(0, Name, QStringLiteral("volt"));
-    type(1, Name, QStringLiteral("Volt"));
-    type(2, Name, QStringLiteral(" volt "));
-    QCOMPARE(editor(1, Name)->text(), QStringLiteral("Volt"));
+    type(0, Name, "volt");
+    type(1, Name, "Volt");
+    type(2, Name, " volt ");
+    QCOMPARE(editor(1, Name)->text(), "Volt");
     QCOMPARE(editor(2, Name)->text(), QString());
     QCOMPARE(m_workspace->messages,
              QStringList{"The name of the '1' line already exists. Please use a different name."});
@@ -290,12 +289,12 @@ void TestParameterChecks::duplicateNameOfAnAddedRow()
 void TestParameterChecks::duplicateNameOfALoadedRow()
 {
     m_form->loadParameters({plcRow("1", "a"), plcRow("2", "b"), plcRow("3", " a")});
-    edit(1, Name, QStringLiteral("a"));
+    edit(1, Name, "a");
     QCOMPARE(m_table->item(1, Name)->text(), QString());
     QCOMPARE(m_workspace->messages,
              QStringList{"The name of the '2' line already exists. Please use a different name."});
-    edit(1, Name, QStringLiteral("a "));
-    QCOMPARE(m_table->item(1, Name)->text(), QStringLiteral("a "));
+    edit(1, Name, "a ");
+    QCOMPARE(m_table->item(1, Name)->text(), "a ");
     edit(1, Name, QString());
     QCOMPARE(m_workspace->messages.size(), 1);
 }
@@ -307,14 +306,14 @@ void TestParameterChecks::addedRowKeepsTheNumberOfItsCreation()
     m_table->setCurrentCell(0, 0);
     m_form->removeParameter();
     // The row that was the second is now the first, and takes itself for a row of the same name.
-    type(0, Name, QStringLiteral("volt"));
+    type(0, Name, "volt");
     QCOMPARE(editor(0, Name)->text(), QString());
     QCOMPARE(m_workspace->messages,
              QStringList{"The name of the '1' line already exists. Please use a different name."});
-    type(0, Address, QStringLiteral("D 1"));
+    type(0, Address, "D 1");
     QCOMPARE(m_workspace->messages.last(),
-             QStringLiteral("Invalid input in row 2: only letters, digits, underscores, dots, colons, and "
-                            "brackets are allowed."));
+             "Invalid input in row 2: only letters, digits, underscores, dots, colons, and "
+             "brackets are allowed.");
 }
 
 void TestParameterChecks::modbusNameIsCheckedWhileTyping()
@@ -322,15 +321,15 @@ void TestParameterChecks::modbusNameIsCheckedWhileTyping()
     make(ParameterVariant::modbus());
     m_form->loadParameters({modbusRow("0", "ab")});
     m_form->addParameter();
-    editor(1, Name)->setText(QStringLiteral("a"));
-    QCOMPARE(editor(1, Name)->text(), QStringLiteral("a"));
-    editor(1, Name)->setText(QStringLiteral("ab"));
+    editor(1, Name)->setText("a");
+    QCOMPARE(editor(1, Name)->text(), "a");
+    editor(1, Name)->setText("ab");
     QCOMPARE(editor(1, Name)->text(), QString());
     QCOMPARE(
         m_workspace->messages,
         QStringList{"The name of the '1' line already exists in this tab. Please use a different name."});
-    editor(1, Name)->setText(QStringLiteral("ab "));
-    QCOMPARE(editor(1, Name)->text(), QStringLiteral("ab "));
+    editor(1, Name)->setText("ab ");
+    QCOMPARE(editor(1, Name)->text(), "ab ");
 }
 
 void TestParameterChecks::modbusNameRefusesACommaFirst()
@@ -338,11 +337,11 @@ void TestParameterChecks::modbusNameRefusesACommaFirst()
     make(ParameterVariant::modbus());
     m_form->loadParameters({modbusRow("0", "a"), modbusRow("1", "b")});
     m_form->addParameter();
-    editor(2, Name)->setText(QStringLiteral("x,y"));
+    editor(2, Name)->setText("x,y");
     QCOMPARE(editor(2, Name)->text(), QString());
-    edit(1, Name, QStringLiteral("a,"));
+    edit(1, Name, "a,");
     QCOMPARE(m_table->item(1, Name)->text(), QString());
-    const QString refused = QStringLiteral("The name cannot contain a comma. Please use a different name.");
+    const QString refused = "The name cannot contain a comma. Please use a different name.";
     QCOMPARE(m_workspace->messages, (QStringList{refused, refused}));
 }
 
@@ -350,7 +349,7 @@ void TestParameterChecks::modbusLoadedNameNamesTheOtherRow()
 {
     make(ParameterVariant::modbus());
     m_form->loadParameters({modbusRow("0", "a"), modbusRow("1", "b")});
-    edit(1, Name, QStringLiteral("a"));
+    edit(1, Name, "a");
     QCOMPARE(m_table->item(1, Name)->text(), QString());
     QCOMPARE(
         m_workspace->messages,
@@ -361,8 +360,8 @@ void TestParameterChecks::modbusLoadedAddressIsNotChecked()
 {
     make(ParameterVariant::modbus());
     m_form->loadParameters({modbusRow("0", "a")});
-    edit(0, Address, QStringLiteral("D 1"));
-    QCOMPARE(m_table->item(0, Address)->text(), QStringLiteral("D 1"));
+    edit(0, Address, "D 1");
+    QCOMPARE(m_table->item(0, Address)->text(), "D 1");
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
@@ -370,15 +369,15 @@ void TestParameterChecks::modbusAddressIsLookedUpInTheLatestTable()
 {
     make(ParameterVariant::modbus());
     m_form->addParameter();
-    type(0, Address, QStringLiteral("D 1"));
+    type(0, Address, "D 1");
     QCOMPARE(editor(0, Address)->text(), QString());
 
     make(ParameterVariant::modbus());
     ParameterTable *other = m_form->makeTable(m_form);
     m_latest = other;
     m_form->addParameter();
-    type(0, Address, QStringLiteral("D 1"));
-    QCOMPARE(editor(0, Address)->text(), QStringLiteral("D 1"));
+    type(0, Address, "D 1");
+    QCOMPARE(editor(0, Address)->text(), "D 1");
 }
 
 void TestParameterChecks::modbusAddressOfTheLatestTableIsWatchedInstead()
@@ -394,12 +393,12 @@ void TestParameterChecks::modbusAddressOfTheLatestTableIsWatchedInstead()
     QLineEdit *watched = editor(0, Address);
     {
         const QSignalBlocker quiet(watched);
-        watched->setText(QStringLiteral("D 1"));
+        watched->setText("D 1");
     }
     m_table = first;
-    typedInto->setText(QStringLiteral("D 2"));
+    typedInto->setText("D 2");
     emit typedInto->editingFinished();
-    QCOMPARE(typedInto->text(), QStringLiteral("D 2"));
+    QCOMPARE(typedInto->text(), "D 2");
     emit watched->editingFinished();
     QCOMPARE(watched->text(), QString());
     QCOMPARE(m_workspace->messages.size(), 1);
@@ -411,8 +410,8 @@ void TestParameterChecks::withoutAWindowNothingIsTold()
     m_workspace = nullptr;
     make(ParameterVariant::plc());
     m_form->addParameter();
-    type(0, Address, QStringLiteral("D 1"));
-    type(0, Amplitude, QStringLiteral("abc"));
+    type(0, Address, "D 1");
+    type(0, Amplitude, "abc");
     QCOMPARE(editor(0, Address)->text(), QString());
     QCOMPARE(editor(0, Amplitude)->text(), QString());
     QCOMPARE(m_boxes->told(), QStringList());
@@ -421,14 +420,14 @@ void TestParameterChecks::withoutAWindowNothingIsTold()
 void TestParameterChecks::itemsOfLengthAndAmplitude()
 {
     m_table->setRowCount(1);
-    m_table->setItem(0, Length, new QTableWidgetItem(QStringLiteral("5")));
-    QCOMPARE(m_table->item(0, Length)->data(Qt::UserRole).toString(), QStringLiteral("5"));
+    m_table->setItem(0, Length, new QTableWidgetItem("5"));
+    QCOMPARE(m_table->item(0, Length)->data(Qt::UserRole).toString(), "5");
     m_boxes->expect();
-    edit(0, Length, QStringLiteral("0"));
+    edit(0, Length, "0");
     QCOMPARE(m_boxes->told(), QStringList{"Warning|Length must be a positive integer."});
-    QCOMPARE(m_table->item(0, Length)->text(), QStringLiteral("5"));
-    m_table->setItem(0, Amplitude, new QTableWidgetItem(QStringLiteral("1")));
-    edit(0, Amplitude, QStringLiteral("abc"));
+    QCOMPARE(m_table->item(0, Length)->text(), "5");
+    m_table->setItem(0, Amplitude, new QTableWidgetItem("1"));
+    edit(0, Amplitude, "abc");
     QCOMPARE(m_table->item(0, Amplitude)->text(), QString());
     QCOMPARE(m_workspace->messages,
              QStringList{"Invalid input in row 1: only integers and floating-point numbers are allowed."});
@@ -439,12 +438,12 @@ void TestParameterChecks::amplitudeCellSlots()
     m_form->addParameter();
     m_form->updateChangeAmplitudeCell(0, true);
     QVERIFY(editor(0, Amplitude)->isEnabled());
-    editor(0, Amplitude)->setText(QStringLiteral("3"));
+    editor(0, Amplitude)->setText("3");
     m_form->updateChangeAmplitudeCell(0, false);
     QVERIFY(!editor(0, Amplitude)->isEnabled());
     QCOMPARE(editor(0, Amplitude)->text(), QString());
     m_table->setRowCount(2);
-    m_table->setItem(1, Amplitude, new QTableWidgetItem(QStringLiteral("3")));
+    m_table->setItem(1, Amplitude, new QTableWidgetItem("3"));
     m_form->updateloadChangeAmplitudeCell(1, false);
     QVERIFY(!(m_table->item(1, Amplitude)->flags() & Qt::ItemIsEditable));
     QCOMPARE(m_table->item(1, Amplitude)->text(), QString());
@@ -468,7 +467,7 @@ void TestParameterChecks::oneWarningStandsAtATime()
     QFETCH(int, column);
     QFETCH(QString, told);
     QFETCH(QString, after);
-    const QString bad = QStringLiteral("-");
+    const QString bad = "-";
     m_form->loadParameters({plcRow("1", "a", "Change amplitude"), plcRow("2", "b", "Change amplitude")});
     editor(0, column)->setText(bad);
     editor(1, column)->setText(bad);

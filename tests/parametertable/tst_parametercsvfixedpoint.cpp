@@ -27,23 +27,13 @@ template <typename List> QString oneOf(QRandomGenerator &random, const List &cho
 // A cell whose value the import accepts. Blanks around a name are cut by it, and a comma would be a border.
 QString cellText(QRandomGenerator &random, ParameterCell cell)
 {
-    static const QStringList names{QString(),
-                                   QStringLiteral("a"),
-                                   QStringLiteral("two words"),
-                                   QStringLiteral("\"quoted\""),
-                                   QStringLiteral("'; \\ /"),
-                                   QStringLiteral("电压"),
-                                   QStringLiteral("\U0001F600"),
-                                   QStringLiteral("tab\tinside"),
-                                   QStringLiteral("\u0001"),
-                                   QString(500, QLatin1Char('n'))};
-    static const QStringList addresses{QStringLiteral("0"), QStringLiteral("65535"), QStringLiteral("D100"),
-                                       QStringLiteral("DB1.DBX0.0"), QStringLiteral("\"!~")};
-    static const QStringList lengths{QString(), QStringLiteral("1"), QStringLiteral("-3"),
-                                     QStringLiteral("-"), QString(400, QLatin1Char('9'))};
-    static const QStringList amplitudes{QString(), QStringLiteral("0.5"), QStringLiteral("-.5"),
-                                        QStringLiteral("7."), QStringLiteral(".")};
-    static const QStringList formulas{QString(), QStringLiteral("X*2"), QStringLiteral("X/2+1.5-X")};
+    static const QStringList names{
+        QString(), "a",          "two words",   "\"quoted\"", "'; \\ /",
+        "电压",    "\U0001F600", "tab\tinside", "\u0001",     QString(500, QLatin1Char('n'))};
+    static const QStringList addresses{"0", "65535", "D100", "DB1.DBX0.0", "\"!~"};
+    static const QStringList lengths{QString(), "1", "-3", "-", QString(400, QLatin1Char('9'))};
+    static const QStringList amplitudes{QString(), "0.5", "-.5", "7.", "."};
+    static const QStringList formulas{QString(), "X*2", "X/2+1.5-X"};
     switch (cell) {
     case ParameterCell::Address:
         return oneOf(random, addresses);
@@ -124,8 +114,8 @@ void TestParameterCsvFixedPoint::randomRows()
     QFETCH(quint32, seed);
 
     const ParameterVariant &variant = modbus ? ParameterVariant::modbus() : ParameterVariant::plc();
-    const QString first = QStringLiteral("first.csv");
-    const QString second = QStringLiteral("second.csv");
+    const QString first = "first.csv";
+    const QString second = "second.csv";
     MessageBoxes boxes;
     QRandomGenerator random(seed);
     for (int round = rounds(100); round > 0; --round) {

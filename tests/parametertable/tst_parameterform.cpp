@@ -42,16 +42,16 @@ void TestParameterForm::slotsAreFoundByName()
 
 void TestParameterForm::operationsAreLogged()
 {
-    const LogTail log(QStringLiteral("PLCEditDialog"));
+    const LogTail log("PLCEditDialog");
     m_form->addParameter();
     m_form->removeParameter();
-    m_form->exportFile(QStringLiteral("out.csv"));
+    m_form->exportFile("out.csv");
     m_form->removeAllParameters();
-    m_form->importFile(QStringLiteral("out.csv"));
+    m_form->importFile("out.csv");
     QStringList expected;
     for (const char *event : {"addParameter", "removeParameter", "exportParameters", "removeAllParameters",
                               "loadParameters", "importParameters"}) {
-        expected.append(QStringLiteral("PLCEditDialog: ") + QLatin1String(event));
+        expected.append("PLCEditDialog: " + QLatin1String(event));
     }
     QCOMPARE(log.events(), expected);
 }
@@ -65,7 +65,7 @@ void TestParameterForm::nothingIsToldByAFormThatGoes()
     QVERIFY(QTest::qWaitForWindowActive(m_form));
     for (QLineEdit *cell : {editor(0, Length), editor(2, Address)}) {
         cell->setEnabled(true);
-        cell->setText(QStringLiteral("x y"));
+        cell->setText("x y");
     }
     editor(2, Address)->setFocus();
     editor(0, Length)->setFocus(); // ends the editing of the address

@@ -35,8 +35,8 @@ const QByteArray plcHeader =
     "Address,Name,Type,Length,Permissions,Reporting Method,Change Amplitude,Collection Formula,Write "
     "Formula,Deleat\n";
 const QByteArray modbusHeader = "Address,Name,Type,Length,Permissions,Deleat\n";
-const QString choiceBox = QStringLiteral("error|The multiple-choice content in the CSV row does not match "
-                                         "the expected format. Set as default value");
+const QString choiceBox = "error|The multiple-choice content in the CSV row does not match "
+                          "the expected format. Set as default value";
 
 QVariantList row(const QByteArray &fields)
 {
@@ -50,7 +50,7 @@ QVariantList row(const QByteArray &fields)
 
 QString writeFile(const QByteArray &bytes)
 {
-    return Files::put(QStringLiteral("in.csv"), bytes);
+    return Files::put("in.csv", bytes);
 }
 
 class Chinese : public QTranslator
@@ -58,9 +58,8 @@ class Chinese : public QTranslator
 public:
     QString translate(const char *, const char *source, const char *, int) const override
     {
-        static const QHash<QByteArray, QString> texts{{"Timed", QStringLiteral("定时上报")},
-                                                      {"Change", QStringLiteral("变化上报")},
-                                                      {"Address", QStringLiteral("地址")}};
+        static const QHash<QByteArray, QString> texts{
+            {"Timed", "定时上报"}, {"Change", "变化上报"}, {"Address", "地址"}};
         return texts.value(source);
     }
     bool isEmpty() const override { return false; }
@@ -93,8 +92,8 @@ void TestParameterImport::exportWritesHeaderAndRows()
     QFETCH(QByteArray, bytes);
     make(modbus ? ParameterVariant::modbus() : ParameterVariant::plc());
     m_form->loadParameters(rows);
-    m_form->exportFile(QStringLiteral("out.csv"));
-    QCOMPARE(Files::contents(QStringLiteral("out.csv")), bytes);
+    m_form->exportFile("out.csv");
+    QCOMPARE(Files::contents("out.csv"), bytes);
 }
 
 void TestParameterImport::exportedFileImportsUnchanged_data()
@@ -112,12 +111,12 @@ void TestParameterImport::exportedFileImportsUnchanged()
         ? RowList{row("0,电压,float,1,r"), row("2,b,string,9,rw")}
         : RowList{row("D1,a,int16,1,rw,Change amplitude,0.5,X*2,X/2"), row("D2,电压,string,5,r,Change,,,")};
     m_form->loadParameters(rows);
-    m_form->exportFile(QStringLiteral("out.csv"));
-    const QByteArray exported = Files::contents(QStringLiteral("out.csv"));
+    m_form->exportFile("out.csv");
+    const QByteArray exported = Files::contents("out.csv");
     m_form->removeAllParameters();
-    m_form->importFile(QStringLiteral("out.csv"));
-    m_form->exportFile(QStringLiteral("again.csv"));
-    QCOMPARE(Files::contents(QStringLiteral("again.csv")), exported);
+    m_form->importFile("out.csv");
+    m_form->exportFile("again.csv");
+    QCOMPARE(Files::contents("again.csv"), exported);
     RowList withButtonField = rows;
     for (QVariantList &each : withButtonField) {
         each.append(QString(QLatin1String("")));
@@ -204,11 +203,11 @@ void TestParameterImport::chineseFileAndEnglishWord()
     QCoreApplication::installTranslator(&chinese);
     make(ParameterVariant::plc());
     m_form->loadParameters({row("D1,a,int16,1,r,Change,,,")});
-    m_form->exportFile(QStringLiteral("out.csv"));
-    const QByteArray header = QStringLiteral("地址").toUtf8() + plcHeader.mid(7);
-    QCOMPARE(Files::contents(QStringLiteral("out.csv")),
-             header + "D1,a,int16,1,r," + QStringLiteral("变化上报").toUtf8() + ",,,,\n");
-    m_form->importFile(QStringLiteral("out.csv"));
+    m_form->exportFile("out.csv");
+    const QByteArray header = QString("地址").toUtf8() + plcHeader.mid(7);
+    QCOMPARE(Files::contents("out.csv"),
+             header + "D1,a,int16,1,r," + QString("变化上报").toUtf8() + ",,,,\n");
+    m_form->importFile("out.csv");
     QCOMPARE(m_table->rows(), RowList{row("D1,a,int16,1,r,Change,,,,")});
 
     // The English word brings the box, and the row loads properly all the same.
@@ -218,8 +217,7 @@ void TestParameterImport::chineseFileAndEnglishWord()
 
     m_boxes->expect();
     m_form->importFile(writeFile(plcHeader));
-    QCOMPARE(m_boxes->told(),
-             (QStringList{choiceBox, QStringLiteral("error|CSV header does not match expected format.")}));
+    QCOMPARE(m_boxes->told(), (QStringList{choiceBox, "error|CSV header does not match expected format."}));
     QCoreApplication::removeTranslator(&chinese);
 }
 
@@ -239,19 +237,18 @@ void TestParameterImport::fileThatCannotBeOpened()
     for (int box = 0; box < 4; ++box) {
         m_boxes->expect();
     }
-    QDir().mkdir(QStringLiteral("folder"));
+    QDir().mkdir("folder");
     m_form->loadParameters({row("7,old,int8,1,r,Timed,,,")});
-    m_form->importFile(QStringLiteral("missing.csv"));
-    m_form->importFile(QStringLiteral("folder"));
-    m_form->exportFile(QStringLiteral("folder"));
+    m_form->importFile("missing.csv");
+    m_form->importFile("folder");
+    m_form->exportFile("folder");
     QCOMPARE(m_table->rowCount(), 1);
     make(ParameterVariant::modbus());
-    m_form->exportFile(QStringLiteral("folder"));
+    m_form->exportFile("folder");
     QCOMPARE(m_boxes->told(),
-             (QStringList{QStringLiteral("mistake|Unable to open file for reading."),
-                          QStringLiteral("mistake|Unable to open file for reading."),
-                          QStringLiteral("mistake|Unable to open file for writing."),
-                          QStringLiteral("Mistake|Unable to open file for writing.")}));
+             (QStringList{
+                 "mistake|Unable to open file for reading.", "mistake|Unable to open file for reading.",
+                 "mistake|Unable to open file for writing.", "Mistake|Unable to open file for writing."}));
 }
 
 void TestParameterImport::withoutTableTheExportIsEmptyAndTheImportTells()
@@ -259,11 +256,11 @@ void TestParameterImport::withoutTableTheExportIsEmptyAndTheImportTells()
     make(ParameterVariant::modbus());
     m_table = nullptr;
     m_latest = nullptr;
-    m_form->exportFile(QStringLiteral("none.csv"));
-    QCOMPARE(Files::contents(QStringLiteral("none.csv")), QByteArray());
+    m_form->exportFile("none.csv");
+    QCOMPARE(Files::contents("none.csv"), QByteArray());
     m_boxes->expect();
     m_form->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n"));
-    QCOMPARE(m_boxes->told(), QStringList{QStringLiteral("Error|No tab selected.")});
+    QCOMPARE(m_boxes->told(), QStringList{"Error|No tab selected."});
 }
 
 void TestParameterImport::noFileWhereThereIsNoCsv()

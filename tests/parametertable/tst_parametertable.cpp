@@ -65,7 +65,7 @@ void TestParameterTable::columnsOfBothVariants()
     }
     QCOMPARE(shown, headers);
     QCOMPARE(shownWidths, widths);
-    QCOMPARE(m_table->styleSheet(), QStringLiteral("QTableWidget { border: none; }"));
+    QCOMPARE(m_table->styleSheet(), "QTableWidget { border: none; }");
     QCOMPARE(m_table->inputMethodHints(), Qt::InputMethodHints(Qt::ImhHiddenText));
     QCOMPARE(m_table->maximumHeight() == 600, modbus);
 }
@@ -133,7 +133,7 @@ void TestParameterTable::shortAndLongRowsDoNoHarm()
     m_form->loadParameters({{}, {"1"}, {"1", "a", "string"}, longRow});
     QCOMPARE(m_table->rowCount(), 4);
     QCOMPARE(m_table->rows().at(1), QVariantList({"1"}));
-    list(2, Type)->setCurrentText(QStringLiteral("int8"));
+    list(2, Type)->setCurrentText("int8");
 }
 
 void TestParameterTable::deleteButtonRemovesTheCurrentRow()
@@ -194,7 +194,7 @@ void TestParameterTable::twoThousandRowsAreHandledInOneGo()
     make(ParameterVariant::modbus());
     RowList rows;
     for (int row = 0; row < 2000; ++row) {
-        rows.append(modbusRow(QString::number(row), QStringLiteral("point %1").arg(row)));
+        rows.append(modbusRow(QString::number(row), QString("point %1").arg(row)));
     }
     m_form->loadParameters(rows);
     QCoreApplication::processEvents();
@@ -224,7 +224,7 @@ void TestParameterTable::rowsAreMadeUnseenAndInTheirPlace()
         }
     };
     make(ParameterVariant::modbus());
-    m_form->setStyleSheet(QStringLiteral("QScrollArea { border: none; }"));
+    m_form->setStyleSheet("QScrollArea { border: none; }");
     m_table->resize(600, 300);
     m_form->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_form));

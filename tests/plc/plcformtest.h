@@ -269,16 +269,16 @@ class RoleLines
 public:
     void text(int role, const QString &value)
     {
-        m_lines.insert(role, QStringLiteral("+%1 QString ").arg(role - Qt::UserRole) + value);
+        m_lines.insert(role, QString("+%1 QString ").arg(role - Qt::UserRole) + value);
     }
     void flag(int role, bool value)
     {
-        m_lines.insert(
-            role, QStringLiteral("+%1 bool %2").arg(role - Qt::UserRole).arg(value ? S("true") : S("false")));
+        m_lines.insert(role,
+                       QString("+%1 bool %2").arg(role - Qt::UserRole).arg(value ? S("true") : S("false")));
     }
     void line(int role, const QString &text)
     {
-        m_lines.insert(role, QStringLiteral("+%1 ").arg(role - Qt::UserRole) + text);
+        m_lines.insert(role, QString("+%1 ").arg(role - Qt::UserRole) + text);
     }
     void value(const PlcInput &input, const char *text)
     {

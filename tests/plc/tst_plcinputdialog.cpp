@@ -27,7 +27,7 @@ namespace {
 
 QLineEdit *nameOf(const QDialog &dialog)
 {
-    return dialog.findChild<QLineEdit *>(QStringLiteral("name"));
+    return dialog.findChild<QLineEdit *>("name");
 }
 
 QComboBox *list(const QDialog &dialog, const char *name)
@@ -50,66 +50,65 @@ QPushButton *button(const QDialog &dialog, const char *name)
 void TestPLCInputDialog::looksAsItShould()
 {
     const PLCInputDialog dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Add PLC"));
+    QCOMPARE(dialog.windowTitle(), "Add PLC");
     QCOMPARE(dialog.size(), QSize(500, 200));
     QCOMPARE(ProjectDump::iconBytes(dialog.windowIcon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/PLC (2).png")));
+             ProjectDump::iconBytes(":/adsdemo/images/PLC (2).png"));
     QVERIFY(!nameOf(dialog)->validator());
     QCOMPARE(nameOf(dialog)->text(), QString());
-    QCOMPARE(button(dialog, "okButton")->text(), QStringLiteral("OK"));
+    QCOMPARE(button(dialog, "okButton")->text(), "OK");
     QCOMPARE(ProjectDump::iconBytes(button(dialog, "okButton")->icon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/ok.svg")));
-    QCOMPARE(button(dialog, "cancelButton")->text(), QStringLiteral("Cancel"));
+             ProjectDump::iconBytes(":/adsdemo/images/ok.svg"));
+    QCOMPARE(button(dialog, "cancelButton")->text(), "Cancel");
     QCOMPARE(ProjectDump::iconBytes(button(dialog, "cancelButton")->icon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/cancel.svg")));
+             ProjectDump::iconBytes(":/adsdemo/images/cancel.svg"));
 }
 
 void TestPLCInputDialog::offersTheManufacturers()
 {
     const PLCInputDialog dialog;
     QCOMPARE(entries(list(dialog, "manufacturer")),
-             QStringLiteral("Siemens|Mitsubishi|Omron|AllenBradley|XinJE|Beckhoff|Inovance|Delta"));
+             "Siemens|Mitsubishi|Omron|AllenBradley|XinJE|Beckhoff|Inovance|Delta");
     QCOMPARE(dialog.plcName(), QString());
-    QCOMPARE(dialog.manufacturer(), QStringLiteral("Siemens"));
-    QCOMPARE(entries(list(dialog, "protocol")), QStringLiteral("S7|PPI"));
-    QCOMPARE(dialog.protocol(), QStringLiteral("S7"));
+    QCOMPARE(dialog.manufacturer(), "Siemens");
+    QCOMPARE(entries(list(dialog, "protocol")), "S7|PPI");
+    QCOMPARE(dialog.protocol(), "S7");
 }
 
 void TestPLCInputDialog::manufacturerReplacesTheProtocols()
 {
     const PLCInputDialog dialog;
     list(dialog, "protocol")->setCurrentIndex(1);
-    list(dialog, "manufacturer")->setCurrentText(QStringLiteral("Omron"));
-    QCOMPARE(entries(list(dialog, "protocol")), QStringLiteral("Fins|EtherNet/IP|HostLink"));
-    QCOMPARE(dialog.protocol(), QStringLiteral("Fins"));
+    list(dialog, "manufacturer")->setCurrentText("Omron");
+    QCOMPARE(entries(list(dialog, "protocol")), "Fins|EtherNet/IP|HostLink");
+    QCOMPARE(dialog.protocol(), "Fins");
     // The same protocol in both: the first is selected all the same.
-    list(dialog, "protocol")->setCurrentText(QStringLiteral("EtherNet/IP"));
-    list(dialog, "manufacturer")->setCurrentText(QStringLiteral("Mitsubishi"));
-    list(dialog, "protocol")->setCurrentText(QStringLiteral("FxLinks"));
-    list(dialog, "manufacturer")->setCurrentText(QStringLiteral("AllenBradley"));
-    QCOMPARE(entries(list(dialog, "protocol")), QStringLiteral("EtherNet/IP|DF1"));
-    QCOMPARE(dialog.protocol(), QStringLiteral("EtherNet/IP"));
+    list(dialog, "protocol")->setCurrentText("EtherNet/IP");
+    list(dialog, "manufacturer")->setCurrentText("Mitsubishi");
+    list(dialog, "protocol")->setCurrentText("FxLinks");
+    list(dialog, "manufacturer")->setCurrentText("AllenBradley");
+    QCOMPARE(entries(list(dialog, "protocol")), "EtherNet/IP|DF1");
+    QCOMPARE(dialog.protocol(), "EtherNet/IP");
 }
 
 void TestPLCInputDialog::slotIsReachedByName()
 {
     PLCInputDialog dialog;
-    QVERIFY(
-        QMetaObject::invokeMethod(&dialog, "updateModelList", Q_ARG(QString, QStringLiteral("Beckhoff"))));
-    QCOMPARE(entries(list(dialog, "protocol")), QStringLiteral("Ads"));
+    QVERIFY(QMetaObject::invokeMethod(&dialog, "updateModelList", Q_ARG(QString, "Beckhoff")));
+    QCOMPARE(entries(list(dialog, "protocol")), "Ads");
 }
 
 void TestPLCInputDialog::handsOutWhatWasEntered()
 {
     PLCInputDialog dialog;
-    QTest::keyClicks(nameOf(dialog), QStringLiteral(" press 1 "));
-    list(dialog, "manufacturer")->setCurrentText(QStringLiteral("Delta"));
-    list(dialog, "protocol")->setCurrentText(QStringLiteral("Modbus RTU"));
+    QTest::keyClicks(nameOf(dialog), " press 1 ");
+    list(dialog, "manufacturer")->setCurrentText("Delta");
+    list(dialog, "protocol")->setCurrentText("Modbus RTU");
     button(dialog, "okButton")->click();
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(dialog.plcName(), QStringLiteral(" press 1 "));
-    QCOMPARE(dialog.manufacturer(), QStringLiteral("Delta"));
-    QCOMPARE(dialog.protocol(), QStringLiteral("Modbus RTU"));
+    QCOMPARE(dialog.plcName(), " press 1 ");
+    QCOMPARE(dialog.manufacturer(), "Delta");
+    QCOMPARE(dialog.protocol(), "Modbus RTU");
 }
 
 void TestPLCInputDialog::enterAcceptsAndEscapeRejects()
@@ -122,20 +121,17 @@ void TestPLCInputDialog::labelsAreBuddies()
 {
     const PLCInputDialog dialog;
     QCOMPARE(InputDialogs::buddies(dialog),
-             (QMap<QString, QString>{{QStringLiteral("PLC Name:"), QStringLiteral("name")},
-                                     {QStringLiteral("Manufacturer:"), QStringLiteral("manufacturer")},
-                                     {QStringLiteral("Protocol:"), QStringLiteral("protocol")}}));
+             (QMap<QString, QString>{
+                 {"PLC Name:", "name"}, {"Manufacturer:", "manufacturer"}, {"Protocol:", "protocol"}}));
 }
 
 void TestPLCInputDialog::writesItsLifeToTheLog()
 {
-    const LogTail log(QStringLiteral("PLCInputDialog"));
+    const LogTail log("PLCInputDialog");
     {
         const PLCInputDialog dialog;
     }
-    QCOMPARE(log.events(),
-             QStringList(
-                 {QStringLiteral("PLCInputDialog: new-nuilt"), QStringLiteral("PLCInputDialog: destroyed")}));
+    QCOMPARE(log.events(), QStringList({"PLCInputDialog: new-nuilt", "PLCInputDialog: destroyed"}));
 }
 
 QTEST_MAIN(TestPLCInputDialog)

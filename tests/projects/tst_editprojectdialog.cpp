@@ -41,7 +41,7 @@ class Form : public EditProjectDialog
 {
 public:
     Form()
-        : EditProjectDialog(QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text"))
+        : EditProjectDialog("plant", "/there", "text")
     {
     }
 };
@@ -49,26 +49,24 @@ public:
 void tst_EditProjectDialog::showsWhatItIsGiven()
 {
     const Form form;
-    QCOMPARE(form.windowTitle(), QStringLiteral("Edit Project"));
-    QCOMPARE(shown(form),
-             QStringList({QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text")}));
+    QCOMPARE(form.windowTitle(), "Edit Project");
+    QCOMPARE(shown(form), QStringList({"plant", "/there", "text"}));
     QVERIFY(child<QLineEdit>(form, "path")->isReadOnly());
     QStringList buttons;
     for (const QPushButton *button : form.findChildren<QPushButton *>()) {
         buttons.append(button->text());
         QVERIFY(!button->autoDefault());
     }
-    QCOMPARE(buttons, QStringList({QStringLiteral("Save"), QStringLiteral("Cancel")}));
+    QCOMPARE(buttons, QStringList({"Save", "Cancel"}));
 }
 
 void tst_EditProjectDialog::settersReplaceWhatItShows()
 {
     Form form;
-    form.setName(QStringLiteral("mill"));
-    form.setPath(QStringLiteral("/here"));
-    form.setDescription(QStringLiteral("<i>other</i>"));
-    QCOMPARE(shown(form),
-             QStringList({QStringLiteral("mill"), QStringLiteral("/here"), QStringLiteral("<i>other</i>")}));
+    form.setName("mill");
+    form.setPath("/here");
+    form.setDescription("<i>other</i>");
+    QCOMPARE(shown(form), QStringList({"mill", "/here", "<i>other</i>"}));
 }
 
 void tst_EditProjectDialog::savingReportsAndStaysOpen()
@@ -79,8 +77,7 @@ void tst_EditProjectDialog::savingReportsAndStaysOpen()
     const QSignalSpy finished(&form, &QDialog::finished);
     child<QPushButton>(form, "saveButton")->click();
     QCOMPARE(modified.count(), 1);
-    QCOMPARE(modified.first(),
-             QVariantList({QStringLiteral("plant"), QStringLiteral("/there"), QStringLiteral("text")}));
+    QCOMPARE(modified.first(), QVariantList({"plant", "/there", "text"}));
     QCOMPARE(finished.count(), 0);
     QVERIFY(form.isVisible());
 }
@@ -93,19 +90,19 @@ void tst_EditProjectDialog::savingNeedsOnlyAName()
     form.setDescription(QString());
     form.saveChanges();
     QCOMPARE(modified.count(), 1);
-    QCOMPARE(modified.first(), QVariantList({QStringLiteral("plant"), QString(), QString()}));
+    QCOMPARE(modified.first(), QVariantList({"plant", QString(), QString()}));
 }
 
 void tst_EditProjectDialog::refusesAnEmptyName()
 {
     Form form;
     const QSignalSpy modified(&form, &EditProjectDialog::projectModified);
-    const LogTail log(QStringLiteral("EditProjectDialog"));
+    const LogTail log("EditProjectDialog");
     form.setName(QString());
     MessageBoxes boxes;
     boxes.expect();
     form.saveChanges();
-    QCOMPARE(boxes.told(), QStringList(QStringLiteral("Warning|Name cannot be empty.")));
+    QCOMPARE(boxes.told(), QStringList("Warning|Name cannot be empty."));
     QCOMPARE(boxes.unexpected(), QStringList());
     QCOMPARE(modified.count(), 0);
     QCOMPARE(log.events(), QStringList());
@@ -143,22 +140,19 @@ void tst_EditProjectDialog::labelsAreBuddies()
 {
     const Form form;
     QCOMPARE(InputDialogs::buddies(form),
-             (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
-                                     {QStringLiteral("Path:"), QStringLiteral("path")},
-                                     {QStringLiteral("Description:"), QStringLiteral("description")}}));
+             (QMap<QString, QString>{{"Name:", "name"}, {"Path:", "path"}, {"Description:", "description"}}));
 }
 
 void tst_EditProjectDialog::writesItsEventsToTheLog()
 {
-    const LogTail log(QStringLiteral("EditProjectDialog"));
+    const LogTail log("EditProjectDialog");
     {
-        EditProjectDialog form(QStringLiteral("plant"), QString(), QString());
+        EditProjectDialog form("plant", QString(), QString());
         form.saveChanges();
     }
     QCOMPARE(log.events(),
-             QStringList({QStringLiteral("EditProjectDialog：new-nuilt"),
-                          QStringLiteral("EditProjectDialog：save"),
-                          QStringLiteral("EditProjectDialog: destroyed")}));
+             QStringList({"EditProjectDialog：new-nuilt", "EditProjectDialog：save",
+                          "EditProjectDialog: destroyed"}));
 }
 
 QTEST_MAIN(tst_EditProjectDialog)

@@ -57,7 +57,7 @@ void tst_NewProjectDialog::cleanup()
 
 void tst_NewProjectDialog::opensEmptyAndWithAReadOnlyPath()
 {
-    QCOMPARE(m_dialog->windowTitle(), QStringLiteral("New Project"));
+    QCOMPARE(m_dialog->windowTitle(), "New Project");
     QCOMPARE(child<QLineEdit>("name")->text(), QString());
     QCOMPARE(child<QLineEdit>("path")->text(), QString());
     QVERIFY(child<QLineEdit>("path")->isReadOnly());
@@ -66,8 +66,7 @@ void tst_NewProjectDialog::opensEmptyAndWithAReadOnlyPath()
     for (const QPushButton *button : m_dialog->findChildren<QPushButton *>()) {
         buttons.append(button->text());
     }
-    QCOMPARE(buttons,
-             QStringList({QStringLiteral("Browse"), QStringLiteral("OK"), QStringLiteral("Cancel")}));
+    QCOMPARE(buttons, QStringList({"Browse", "OK", "Cancel"}));
 }
 
 void tst_NewProjectDialog::carriesItsIcons()
@@ -97,18 +96,18 @@ void tst_NewProjectDialog::browsingFillsThePath()
         static_cast<QDialog *>(dialog)->accept();
     });
     child<QPushButton>("browseButton")->click();
-    QCOMPARE(asked, QStringList({QStringLiteral("Select Directory"), QDir::homePath()}));
+    QCOMPARE(asked, QStringList({"Select Directory", QDir::homePath()}));
     QCOMPARE(child<QLineEdit>("path")->text(), folder.path());
     QCOMPARE(dialogs.unexpected(), QStringList());
 }
 
 void tst_NewProjectDialog::cancelledBrowsingLeavesThePath()
 {
-    child<QLineEdit>("path")->setText(QStringLiteral("/kept"));
+    child<QLineEdit>("path")->setText("/kept");
     ModalDialogs dialogs;
     dialogs.expect([](QWidget *dialog) { dialog->close(); });
     child<QPushButton>("browseButton")->click();
-    QCOMPARE(child<QLineEdit>("path")->text(), QStringLiteral("/kept"));
+    QCOMPARE(child<QLineEdit>("path")->text(), "/kept");
     QCOMPARE(dialogs.pending(), 0);
 }
 
@@ -117,8 +116,8 @@ void tst_NewProjectDialog::refusesWithoutNameOrPath_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("path");
     QTest::newRow("neither") << QString() << QString();
-    QTest::newRow("no path") << QStringLiteral("plant") << QString();
-    QTest::newRow("no name") << QString() << QStringLiteral("/tmp");
+    QTest::newRow("no path") << "plant" << QString();
+    QTest::newRow("no name") << QString() << "/tmp";
 }
 
 void tst_NewProjectDialog::refusesWithoutNameOrPath()
@@ -130,7 +129,7 @@ void tst_NewProjectDialog::refusesWithoutNameOrPath()
     MessageBoxes boxes;
     boxes.expect();
     child<QPushButton>("okButton")->click();
-    QCOMPARE(boxes.told(), QStringList(QStringLiteral("Warning|Name and Path cannot be empty.")));
+    QCOMPARE(boxes.told(), QStringList("Warning|Name and Path cannot be empty."));
     QCOMPARE(boxes.unexpected(), QStringList());
     QCOMPARE(m_created->count(), 0);
     QVERIFY(m_dialog->isVisible());
@@ -139,17 +138,15 @@ void tst_NewProjectDialog::refusesWithoutNameOrPath()
 
 void tst_NewProjectDialog::reportsThePlainTextAndCloses()
 {
-    QTest::keyClicks(child<QLineEdit>("name"), QStringLiteral("a/b c"));
-    child<QLineEdit>("path")->setText(QStringLiteral("/somewhere"));
-    QTest::keyClicks(child<QTextEdit>("description"), QStringLiteral("<b>one</b>"));
+    QTest::keyClicks(child<QLineEdit>("name"), "a/b c");
+    child<QLineEdit>("path")->setText("/somewhere");
+    QTest::keyClicks(child<QTextEdit>("description"), "<b>one</b>");
     bool visibleWhenReported = false;
     connect(m_dialog.data(), &NewProjectDialog::projectCreated, this,
             [&] { visibleWhenReported = m_dialog->isVisible(); });
     child<QPushButton>("okButton")->click();
     QCOMPARE(m_created->count(), 1);
-    QCOMPARE(
-        m_created->first(),
-        QVariantList({QStringLiteral("a/b c"), QStringLiteral("/somewhere"), QStringLiteral("<b>one</b>")}));
+    QCOMPARE(m_created->first(), QVariantList({"a/b c", "/somewhere", "<b>one</b>"}));
     QVERIFY(visibleWhenReported);
     QVERIFY(!m_dialog->isVisible());
     QCOMPARE(m_dialog->result(), int(QDialog::Accepted));
@@ -157,13 +154,13 @@ void tst_NewProjectDialog::reportsThePlainTextAndCloses()
 
 void tst_NewProjectDialog::enterCreatesAndEscapeCancels()
 {
-    child<QLineEdit>("name")->setText(QStringLiteral("plant"));
-    child<QLineEdit>("path")->setText(QStringLiteral("/somewhere"));
+    child<QLineEdit>("name")->setText("plant");
+    child<QLineEdit>("path")->setText("/somewhere");
     QTest::keyClick(child<QTextEdit>("description"), Qt::Key_Return);
     QCOMPARE(m_created->count(), 0);
     QTest::keyClick(child<QLineEdit>("name"), Qt::Key_Return);
     QCOMPARE(m_created->count(), 1);
-    QCOMPARE(m_created->first().at(2).toString(), QStringLiteral("\n"));
+    QCOMPARE(m_created->first().at(2).toString(), "\n");
     m_dialog->show();
     QTest::keyClick(child<QLineEdit>("name"), Qt::Key_Escape);
     QCOMPARE(m_dialog->result(), int(QDialog::Rejected));
@@ -178,9 +175,7 @@ void tst_NewProjectDialog::descriptionTakesPlainTextOnly()
 void tst_NewProjectDialog::labelsAreBuddies()
 {
     QCOMPARE(InputDialogs::buddies(*m_dialog),
-             (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
-                                     {QStringLiteral("Path:"), QStringLiteral("path")},
-                                     {QStringLiteral("Description:"), QStringLiteral("description")}}));
+             (QMap<QString, QString>{{"Name:", "name"}, {"Path:", "path"}, {"Description:", "description"}}));
 }
 
 void tst_NewProjectDialog::tabOrderFollowsTheForm()
@@ -195,21 +190,16 @@ void tst_NewProjectDialog::tabOrderFollowsTheForm()
         widget = widget->nextInFocusChain();
     } while (widget != start);
     order.removeAll(QString());
-    QCOMPARE(order,
-             QStringList({QStringLiteral("name"), QStringLiteral("path"), QStringLiteral("browseButton"),
-                          QStringLiteral("description"), QStringLiteral("okButton"),
-                          QStringLiteral("cancelButton")}));
+    QCOMPARE(order, QStringList({"name", "path", "browseButton", "description", "okButton", "cancelButton"}));
 }
 
 void tst_NewProjectDialog::writesItsLifeToTheLog()
 {
-    const LogTail log(QStringLiteral("NewProjectDialog"));
+    const LogTail log("NewProjectDialog");
     {
         const NewProjectDialog dialog;
     }
-    QCOMPARE(log.events(),
-             QStringList({QStringLiteral("NewProjectDialog: new-nuilt"),
-                          QStringLiteral("NewProjectDialog: destroyed")}));
+    QCOMPARE(log.events(), QStringList({"NewProjectDialog: new-nuilt", "NewProjectDialog: destroyed"}));
 }
 
 QTEST_MAIN(tst_NewProjectDialog)

@@ -10,7 +10,7 @@
 inline qint64 residentSize()
 {
 #ifdef Q_OS_LINUX
-    QFile file(QStringLiteral("/proc/self/statm"));
+    QFile file("/proc/self/statm");
     if (file.open(QIODevice::ReadOnly)) {
         return file.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
     }

@@ -63,17 +63,17 @@ public:
 
     void work()
     {
-        m_project = m_window.addProject(QStringLiteral("plant"), m_folder.path());
-        Window::addStandard(m_project, QStringLiteral("modbus"), QStringLiteral("Modbus"));
-        Window::addStandard(m_project, QStringLiteral("meter"), QStringLiteral("DLT645"));
-        m_gate = Window::addBox(m_project, QStringLiteral("a"), m_first->options().address.toString());
-        m_other = Window::addBox(m_project, QStringLiteral("b"), m_second->options().address.toString());
+        m_project = m_window.addProject("plant", m_folder.path());
+        Window::addStandard(m_project, "modbus", "Modbus");
+        Window::addStandard(m_project, "meter", "DLT645");
+        m_gate = Window::addBox(m_project, "a", m_first->options().address.toString());
+        m_other = Window::addBox(m_project, "b", m_second->options().address.toString());
         openForms();
         for (int round = 0; round < 3; ++round) {
             session();
         }
         closeProject();
-        const LoadResult loaded = readProjectFile(m_folder.filePath(QStringLiteral("plant.json")));
+        const LoadResult loaded = readProjectFile(m_folder.filePath("plant.json"));
         require(loaded.ok(), "the project did not load");
         m_project = loadProject(*m_window.projectModel(), loaded.document, m_folder.path());
         m_gate = Window::folder(m_project, ProjectTree::boxFolder)->child(0);
@@ -89,24 +89,24 @@ private:
         for (const int row : {0, 1, 0}) { // each replaces the tab of the other kind
             m_window.click(standards->child(row));
         }
-        Window::press(m_window.form(QStringLiteral("Edit Standard")), "saveButton");
+        Window::press(m_window.form("Edit Standard"), "saveButton");
         Window::settle();
         m_window.click(Window::folder(m_project, ProjectTree::serviceFolder)->child(0));
-        Window::press(m_window.form(QStringLiteral("Edit Service")), "saveButton");
+        Window::press(m_window.form("Edit Service"), "saveButton");
     }
 
     void session()
     {
         m_window.click(m_gate);
         await([this] { return m_first->sessionCount() == 1; }, "no session");
-        auto *form = qobject_cast<BoxEditDialog *>(m_window.form(QStringLiteral("Edit Box")));
+        auto *form = qobject_cast<BoxEditDialog *>(m_window.form("Edit Box"));
         m_boxes.expect();
         form->readLanAllocation();
         await([this] { return m_boxes.pending() == 0; }, "no answer");
         m_window.select(m_gate);
         m_first->stopProject();
         Window::press(form, "updateProjectButton");
-        require(m_first->projectName() == QStringLiteral("plant"), "the project did not arrive");
+        require(m_first->projectName() == "plant", "the project did not arrive");
         for (int report = 0; report < 20; ++report) {
             m_first->reportNow();
             QCoreApplication::processEvents();
@@ -114,7 +114,7 @@ private:
         m_window.click(m_other); // re-binds the form and moves the session
         await([this] { return m_second->sessionCount() == 1 && m_first->connectionCount() == 0; },
               "the session did not move");
-        m_window.tab(QStringLiteral("Edit Box"))->closeDockWidget();
+        m_window.tab("Edit Box")->closeDockWidget();
         Window::settle();
         await([this] { return m_second->connectionCount() == 0; }, "the session did not end");
     }

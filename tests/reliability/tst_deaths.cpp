@@ -15,9 +15,9 @@ using Window = WindowUnderTest;
 
 namespace {
 
-const QString editBox = QStringLiteral("Edit Box");
-const QString firstAddress = QStringLiteral("127.0.30.1");
-const QString secondAddress = QStringLiteral("127.0.30.2");
+const QString editBox = "Edit Box";
+const QString firstAddress = "127.0.30.1";
+const QString secondAddress = "127.0.30.2";
 
 // The first of a report's two segments.
 QByteArray firstSegment()
@@ -29,7 +29,7 @@ int segmentsSeen = 0;
 
 void countSegments(QtMsgType, const QMessageLogContext &, const QString &message)
 {
-    segmentsSeen += message.startsWith(QStringLiteral("data长度::")) ? 1 : 0;
+    segmentsSeen += message.startsWith("data长度::") ? 1 : 0;
 }
 
 // Acts once when a message box stands, and from then on closes every box that is open.
@@ -126,9 +126,9 @@ void TestDeaths::cleanup()
 void TestDeaths::open()
 {
     m_window = std::make_unique<Window>();
-    m_project = m_window->addProject(QStringLiteral("plant"), m_folder->path());
-    m_first = Window::addBox(m_project, QStringLiteral("a"), firstAddress);
-    m_second = Window::addBox(m_project, QStringLiteral("b"), secondAddress);
+    m_project = m_window->addProject("plant", m_folder->path());
+    m_first = Window::addBox(m_project, "a", firstAddress);
+    m_second = Window::addBox(m_project, "b", secondAddress);
     m_window->click(m_first);
 }
 
@@ -259,8 +259,7 @@ void TestDeaths::connectAHundredTimes()
         QCoreApplication::processEvents();
     }
     QTRY_COMPARE(m_firstSim->connectionCount(), 1);
-    QTRY_COMPARE(form()->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(),
-                 QStringLiteral("Connection status: Connected"));
+    QTRY_COMPARE(form()->findChild<QLabel *>("statusLabel")->text(), "Connection status: Connected");
     QCOMPARE(form()->findChildren<Protocol *>().size(), 1);
 }
 
@@ -270,8 +269,7 @@ void TestDeaths::boxThatDropsTheLinkAHundredTimes()
     for (int time = 0; time < rehearsals(100); ++time) {
         QTRY_COMPARE(m_firstSim->sessionCount(), 1);
         m_firstSim->closeConnections();
-        QTRY_COMPARE(form()->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(),
-                     QStringLiteral("Connection status: Disconnected"));
+        QTRY_COMPARE(form()->findChild<QLabel *>("statusLabel")->text(), "Connection status: Disconnected");
         Window::press(form(), "connectButton");
     }
     QTRY_COMPARE(m_firstSim->connectionCount(), 1);

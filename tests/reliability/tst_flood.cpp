@@ -19,15 +19,13 @@ QByteArray report(int number)
 {
     QJsonArray datas;
     for (int point = 0; point < 10; ++point) {
-        datas.append(QJsonObject{{QStringLiteral("name"), QStringLiteral("p%1").arg(point)},
-                                 {QStringLiteral("addr"), QString::number(point)},
-                                 {QStringLiteral("dataType"), QStringLiteral("int32")},
-                                 {QStringLiteral("value"), QString::number(number * 100 + point)},
-                                 {QStringLiteral("valid"), QStringLiteral("1")}});
+        datas.append(QJsonObject{{"name", QString("p%1").arg(point)},
+                                 {"addr", QString::number(point)},
+                                 {"dataType", "int32"},
+                                 {"value", QString::number(number * 100 + point)},
+                                 {"valid", "1"}});
     }
-    const QJsonObject object{{QStringLiteral("projectName"), QStringLiteral("plant")},
-                             {QStringLiteral("plcName"), QStringLiteral("meters")},
-                             {QStringLiteral("datas"), datas}};
+    const QJsonObject object{{"projectName", "plant"}, {"plcName", "meters"}, {"datas", datas}};
     const QVector<QByteArray> frames =
         Wire::segments(QJsonDocument(object).toJson(QJsonDocument::Compact), 1024, -1, -1);
     QByteArray bytes;
@@ -57,11 +55,11 @@ private slots:
 
 void TestFlood::floodOfReportsIsSurvived()
 {
-    RawBox box(QStringLiteral("127.0.30.3"));
+    RawBox box("127.0.30.3");
     QVERIFY(box.listen());
     Window window;
-    const QStandardItem *project = window.addProject(QStringLiteral("plant"));
-    window.click(Window::addBox(project, QStringLiteral("gate"), QStringLiteral("127.0.30.3")));
+    const QStandardItem *project = window.addProject("plant");
+    window.click(Window::addBox(project, "gate", "127.0.30.3"));
     QTRY_VERIFY(box.isLinked());
 
     int sent = 0;

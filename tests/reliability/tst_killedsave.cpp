@@ -18,8 +18,7 @@ namespace {
 // Two versions of one project, a few hundred kilobytes each.
 std::unique_ptr<QStandardItem> version(const QString &folder, QChar fill)
 {
-    std::unique_ptr<QStandardItem> project(
-        ProjectTree::makeProject(QStringLiteral("plant"), folder, QString(400000, fill)));
+    std::unique_ptr<QStandardItem> project(ProjectTree::makeProject("plant", folder, QString(400000, fill)));
     ProjectTree::appendMissingFolders(project.get());
     return project;
 }
@@ -50,15 +49,14 @@ void TestKilledSave::fileIsAlwaysWhole()
     const QTemporaryDir folder;
     const QByteArray first = projectDocument(version(folder.path(), QLatin1Char('a')).get());
     const QByteArray second = projectDocument(version(folder.path(), QLatin1Char('b')).get());
-    const QString path = folder.filePath(QStringLiteral("plant.json"));
+    const QString path = folder.filePath("plant.json");
     QVERIFY(saveProject(version(folder.path(), QLatin1Char('a')).get()).ok());
 
     int kills = 0;
     for (int time = 0; time < rehearsals(30); ++time) {
         QProcess child;
         child.setStandardErrorFile(QProcess::nullDevice());
-        child.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("--save-for-ever"), folder.path()});
+        child.start(QCoreApplication::applicationFilePath(), {"--save-for-ever", folder.path()});
         QVERIFY(child.waitForStarted());
         QVERIFY(child.waitForReadyRead(60000));
         QThread::usleep(QRandomGenerator::global()->bounded(8000U));
@@ -67,7 +65,7 @@ void TestKilledSave::fileIsAlwaysWhole()
         QVERIFY(child.waitForFinished());
         ++kills;
         const QByteArray after = Files::contents(path);
-        QVERIFY2(after == first || after == second, qPrintable(QStringLiteral("kill %1").arg(kills)));
+        QVERIFY2(after == first || after == second, qPrintable(QString("kill %1").arg(kills)));
     }
 }
 
@@ -75,7 +73,7 @@ int main(int argc, char *argv[])
 {
     QCoreApplication app(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == QStringLiteral("--save-for-ever")) {
+    if (arguments.value(1) == "--save-for-ever") {
         return saveForEver(arguments.value(2));
     }
     TestKilledSave test;

@@ -16,7 +16,7 @@ using Window = WindowUnderTest;
 
 namespace {
 
-const QString address = QStringLiteral("127.0.30.4");
+const QString address = "127.0.30.4";
 
 // What must stay out of sight: passwords, keys and certificates, wherever an item or a Box holds them.
 const struct {
@@ -43,11 +43,11 @@ const struct {
     {"Standard", standardCertificateRole},
     {"Box", boxWifiPasswordRole},
 };
-const QString onTheBox = QStringLiteral("secret-99-on-the-box");
+const QString onTheBox = "secret-99-on-the-box";
 
 QString secret(int number)
 {
-    return QStringLiteral("secret-%1-").arg(number, 2, 10, QLatin1Char('0')) + QStringLiteral("Tr0ub4dor");
+    return QString("secret-%1-").arg(number, 2, 10, QLatin1Char('0')) + "Tr0ub4dor";
 }
 
 // Both standard streams of this process, written into a file while it lives.
@@ -120,10 +120,10 @@ void TestSecrets::collectTexts(QStringList *seen)
 void TestSecrets::work(Window *window, BoxSim *sim, const QString &folder, QStringList *seen)
 {
     MessageBoxes boxes;
-    QStandardItem *project = window->addProject(QStringLiteral("plant"), folder);
+    QStandardItem *project = window->addProject("plant", folder);
     QStandardItem *service = Window::folder(project, ProjectTree::serviceFolder)->child(0);
-    QStandardItem *standard = Window::addStandard(project, QStringLiteral("opc"), QStringLiteral("OpcUA"));
-    QStandardItem *box = Window::addBox(project, QStringLiteral("gate"), address);
+    QStandardItem *standard = Window::addStandard(project, "opc", "OpcUA");
+    QStandardItem *box = Window::addBox(project, "gate", address);
     int number = 0;
     for (const auto &place : places) {
         QStandardItem *item = qstrcmp(place.kind, "Service") == 0 ? service
@@ -131,25 +131,24 @@ void TestSecrets::work(Window *window, BoxSim *sim, const QString &folder, QStri
                                                                   : standard;
         item->setData(secret(number++), place.role);
     }
-    service->setData(QStringLiteral("true"), serviceEnableSslRole);
-    service->setData(QStringLiteral("true"), serviceIsVerifyClientCertRole);
+    service->setData("true", serviceEnableSslRole);
+    service->setData("true", serviceIsVerifyClientCertRole);
 
     window->click(service);
     collectTexts(seen);
-    Window::press(window->form(QStringLiteral("Edit Service")), "saveButton");
+    Window::press(window->form("Edit Service"), "saveButton");
     window->click(box);
     QTRY_COMPARE(sim->sessionCount(), 1);
-    auto *form = qobject_cast<BoxEditDialog *>(window->form(QStringLiteral("Edit Box")));
+    auto *form = qobject_cast<BoxEditDialog *>(window->form("Edit Box"));
     boxes.expect(); // of the write
     form->writeWifiAllocation();
     QTRY_COMPARE(boxes.pending(), 0);
-    sim->setSetting(QStringLiteral("password"), onTheBox);
+    sim->setSetting("password", onTheBox);
     boxes.expect(); // of the read
     form->readWifiAllocation();
     QTRY_COMPARE(boxes.pending(), 0);
     // Answers and reports that the program can make nothing of.
-    sim->sendRaw(Wire::jsonAnswer(
-        {{QStringLiteral("type"), QStringLiteral("77")}, {QStringLiteral("password"), onTheBox}}));
+    sim->sendRaw(Wire::jsonAnswer({{"type", "77"}, {"password", onTheBox}}));
     sim->sendRaw(Wire::segments("{\"password\":\"" + onTheBox.toUtf8() + '"', 1024, -1, -1).first());
     boxes.expect(); // of an answer behind them, which comes when they are taken in
     form->readNTPAllocation();
@@ -160,7 +159,7 @@ void TestSecrets::work(Window *window, BoxSim *sim, const QString &folder, QStri
     Window::press(form, "updateProjectButton");
     boxes.expect();
     window->saveJsonFile(project);
-    project->setData(QStringLiteral("/nowhere/at/all"), projectPathRole);
+    project->setData("/nowhere/at/all", projectPathRole);
     window->saveJsonFile(project);
     Window::press(form, "updateProjectButton");
     collectTexts(seen);
@@ -170,7 +169,7 @@ void TestSecrets::work(Window *window, BoxSim *sim, const QString &folder, QStri
 
 void TestSecrets::noSecretIsShownOrLogged()
 {
-    const QString log = QCoreApplication::applicationDirPath() + QStringLiteral("/MARLINLOG.log");
+    const QString log = QCoreApplication::applicationDirPath() + "/MARLINLOG.log";
     QFile::remove(log);
     const QTemporaryDir folder;
     BoxSimOptions options;
@@ -180,7 +179,7 @@ void TestSecrets::noSecretIsShownOrLogged()
     QVERIFY2(sim.start(), qPrintable(sim.errorString()));
     QStringList seen;
 
-    CaughtStreams streams(QDir::current().filePath(QStringLiteral("streams.txt")));
+    CaughtStreams streams(QDir::current().filePath("streams.txt"));
     QVERIFY(streams.isOpen());
     const QtMessageHandler before = qInstallMessageHandler(messageHandler);
     {
@@ -194,13 +193,13 @@ void TestSecrets::noSecretIsShownOrLogged()
     const QByteArray lines = logged.readAll();
 
     // What was done has left its traces, so the silence below means something.
-    QFile saved(folder.filePath(QStringLiteral("plant.json")));
+    QFile saved(folder.filePath("plant.json"));
     QVERIFY(saved.open(QIODevice::ReadOnly));
     QVERIFY(saved.readAll().contains(secret(1).toUtf8())); // there, as the Box wants it
     QVERIFY(printed.contains("JSON data saved to file"));
     QVERIFY(lines.contains("ServiceIEC61850EditDialog: save"));
-    QVERIFY(!seen.filter(QStringLiteral("saved successfully")).isEmpty());
-    const QStringList leaks = seen.filter(QStringLiteral("secret-"));
+    QVERIFY(!seen.filter("saved successfully").isEmpty());
+    const QStringList leaks = seen.filter("secret-");
     QCOMPARE(leaks, QStringList());
     QVERIFY2(!printed.contains("secret-"), printed.constData());
     QVERIFY2(!lines.contains("secret-"), lines.constData());

@@ -13,7 +13,7 @@ namespace ModbusFormTest {
 using namespace PointFormTest;
 
 constexpr int addressColumn = 3;
-const QString source = QStringLiteral("Meter A");
+const QString source = "Meter A";
 
 inline QVariantList row(const QString &name, const QString &type, const QString &address,
                         const QString &length)
@@ -27,8 +27,8 @@ inline RowList rowsOfLengths(const QVector<int> &lengths)
     RowList rows;
     int address = 0;
     for (int length : lengths) {
-        rows.append(row(QStringLiteral("p%1").arg(rows.size()), QStringLiteral("t"), QString::number(address),
-                        QString::number(length)));
+        rows.append(
+            row(QString("p%1").arg(rows.size()), "t", QString::number(address), QString::number(length)));
         address += length;
     }
     return rows;
@@ -63,9 +63,9 @@ class Fixture : public QObject
 protected:
     void open()
     {
-        m_item = new QStandardItem(QStringLiteral("Map"));
-        m_item->setData(QStringLiteral("ModbusTCP(Slave)"), serverProtocolRole);
-        m_item->setData(QStringLiteral("502"), serverPortRole);
+        m_item = new QStandardItem("Map");
+        m_item->setData("ModbusTCP(Slave)", serverProtocolRole);
+        m_item->setData("502", serverPortRole);
         m_workspace = new WorkspaceFake;
         m_boxes = new MessageBoxes(this);
         m_form = new ServerModbusTCPEditDialog(m_item, m_workspace);

@@ -38,7 +38,7 @@ inline void press(const QWidget &form, const char *name)
 // The table of the forms that have one only.
 inline QTableWidget *pointTable(const QWidget &form)
 {
-    return form.findChild<QTableWidget *>(QStringLiteral("points"));
+    return form.findChild<QTableWidget *>("points");
 }
 
 inline QVariantList pointRow(const char *plc, const char *name, const char *code)
@@ -69,18 +69,14 @@ template <typename Form> void comparePointsAfterSave(QStandardItem *item, const 
 inline void catalogues()
 {
     QTest::addColumn<QString>("catalogue");
-    QTest::newRow("English") << QStringLiteral(":/adsdemo/english.qm");
-    QTest::newRow("Chinese") << QStringLiteral(":/adsdemo/chinese.qm");
+    QTest::newRow("English") << ":/adsdemo/english.qm";
+    QTest::newRow("Chinese") << ":/adsdemo/chinese.qm";
 }
 
 // A point as the import hands it over.
-inline QJsonObject point(const QString &name, const QString &type = QStringLiteral("bool"),
-                         const QString &length = QStringLiteral("1"))
+inline QJsonObject point(const QString &name, const QString &type = "bool", const QString &length = "1")
 {
-    return {{QStringLiteral("name"), name},
-            {QStringLiteral("addr"), QStringLiteral("400")},
-            {QStringLiteral("dataType"), type},
-            {QStringLiteral("length"), length}};
+    return {{"name", name}, {"addr", "400"}, {"dataType", type}, {"length", length}};
 }
 
 inline QStringList headers(const QTableView *view)

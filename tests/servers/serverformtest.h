@@ -54,26 +54,25 @@ inline QString checkOf(const QValidator *validator)
 {
     const auto *number = qobject_cast<const QIntValidator *>(validator);
     if (number) {
-        return QStringLiteral(" %1..%2").arg(number->bottom()).arg(number->top());
+        return QString(" %1..%2").arg(number->bottom()).arg(number->top());
     }
     if (const auto *pattern = qobject_cast<const QRegularExpressionValidator *>(validator)) {
-        const QString host = QStringLiteral("^([a-zA-Z0-9]([-a-zA-Z0-9]*[a-zA-Z0-9])?\\.)+[a-zA-Z]{2,}$");
-        return pattern->regularExpression().pattern() == host ? QStringLiteral(" host")
-                                                              : QStringLiteral(" ?");
+        const QString host = "^([a-zA-Z0-9]([-a-zA-Z0-9]*[a-zA-Z0-9])?\\.)+[a-zA-Z]{2,}$";
+        return pattern->regularExpression().pattern() == host ? QString(" host") : " ?";
     }
     if (const auto *pattern = qobject_cast<const QRegExpValidator *>(validator)) {
-        const QString noCjk = QStringLiteral("^[^\\x04BB-\\xFFFD]*$");
-        return pattern->regExp().pattern() == noCjk ? QStringLiteral(" no CJK") : QStringLiteral(" ?");
+        const QString noCjk = "^[^\\x04BB-\\xFFFD]*$";
+        return pattern->regExp().pattern() == noCjk ? QString(" no CJK") : " ?";
     }
-    return validator ? QStringLiteral(" ?") : QString();
+    return validator ? QString(" ?") : QString();
 }
 
 // What an input is, in a few words.
 inline QString kindOf(const QWidget *input)
 {
     if (const auto *edit = qobject_cast<const QLineEdit *>(input)) {
-        return QStringLiteral("line") + (edit->isReadOnly() ? QStringLiteral(" read-only") : QString())
-            + (edit->echoMode() == QLineEdit::Password ? QStringLiteral(" hidden") : QString())
+        return "line" + (edit->isReadOnly() ? QString(" read-only") : QString())
+            + (edit->echoMode() == QLineEdit::Password ? QString(" hidden") : QString())
             + checkOf(edit->validator());
     }
     if (const auto *list = qobject_cast<const QComboBox *>(input)) {
@@ -81,17 +80,16 @@ inline QString kindOf(const QWidget *input)
         for (int i = 0; i < list->count(); ++i) {
             entries.append(list->itemText(i));
         }
-        return QStringLiteral("list ") + entries.join(QLatin1Char('|'))
-            + (list->isEnabled() ? QString() : QStringLiteral(" disabled"));
+        return "list " + entries.join(QLatin1Char('|')) + (list->isEnabled() ? QString() : " disabled");
     }
     if (qobject_cast<const QTextEdit *>(input)) {
-        return QStringLiteral("script");
+        return "script";
     }
     QStringList buttons;
     for (const QRadioButton *button : input->findChildren<QRadioButton *>()) {
         buttons.append(button->text());
     }
-    return QStringLiteral("radio ") + buttons.join(QLatin1Char('|'));
+    return "radio " + buttons.join(QLatin1Char('|'));
 }
 
 // The rows that are not hidden, in their order: "<label> <objectName>: <kind>".
@@ -103,9 +101,8 @@ inline QStringList rowsOf(const QWidget &form)
         const auto *label = qobject_cast<QLabel *>(layout->itemAt(row, QFormLayout::LabelRole)->widget());
         const QWidget *input = layout->itemAt(row, QFormLayout::FieldRole)->widget();
         if (!input->isHidden()) {
-            rows.append(label->text() + QLatin1Char(' ') + input->objectName() + QStringLiteral(": ")
-                        + kindOf(input)
-                        + (label->buddy() == input ? QString() : QStringLiteral(" no buddy")));
+            rows.append(label->text() + QLatin1Char(' ') + input->objectName() + ": " + kindOf(input)
+                        + (label->buddy() == input ? QString() : " no buddy"));
         }
     }
     return rows;

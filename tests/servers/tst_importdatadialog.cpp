@@ -17,17 +17,14 @@ namespace {
 
 QJsonObject point(const QString &name, const QString &addr)
 {
-    return {{QStringLiteral("name"), name},
-            {QStringLiteral("addr"), addr},
-            {QStringLiteral("dataType"), QStringLiteral("int16")},
-            {QStringLiteral("length"), QStringLiteral("1")}};
+    return {{"name", name}, {"addr", addr}, {"dataType", "int16"}, {"length", "1"}};
 }
 
 // As the collector hands it to the dialog: with a member that the table leaves out.
 QJsonObject collected(const QString &name, const QString &addr)
 {
     QJsonObject object = point(name, addr);
-    object.insert(QStringLiteral("permissions"), QStringLiteral("rw"));
+    object.insert("permissions", "rw");
     return object;
 }
 
@@ -48,7 +45,7 @@ QStringList linesOf(const QAbstractItemModel &model, const QModelIndex &parent =
     for (int row = 0; row < model.rowCount(parent); ++row) {
         const QModelIndex index = model.index(row, 0, parent);
         lines.append(indent + index.data().toString());
-        lines += linesOf(model, index, indent + QStringLiteral("  "));
+        lines += linesOf(model, index, indent + "  ");
     }
     return lines;
 }
@@ -68,9 +65,9 @@ QStringList shown(const QAbstractItemModel &model)
     return lines;
 }
 
-const QStringList pumps{QStringLiteral("Riverside"), QStringLiteral("Standard"), QStringLiteral("pumps")};
-const QStringList valves{QStringLiteral("Riverside"), QStringLiteral("Standard"), QStringLiteral("valves")};
-const QString headers = QStringLiteral("Name|Address|DataType|Length");
+const QStringList pumps{"Riverside", "Standard", "pumps"};
+const QStringList valves{"Riverside", "Standard", "valves"};
+const QString headers = "Name|Address|DataType|Length";
 
 } // namespace
 
@@ -129,22 +126,18 @@ using Handed = QPair<QList<QJsonObject>, QString>;
 void TestImportDataDialog::init()
 {
     m_projects.reset(new QStandardItemModel);
-    QStandardItem *project = ProjectTree::makeProject(QStringLiteral("Riverside"), QStringLiteral("/x"),
-                                                      QStringLiteral("by the river"));
+    QStandardItem *project = ProjectTree::makeProject("Riverside", "/x", "by the river");
     ProjectTree::appendMissingFolders(project);
     m_projects->appendRow(project);
     QStandardItem *standards = ProjectTree::childNamed(project, ProjectTree::standardFolder);
-    append(standards, QStringLiteral("pumps"), QStringLiteral("Modbus"));
-    append(standards, QStringLiteral("valves"), QStringLiteral("Modbus"));
-    append(ProjectTree::childNamed(project, ProjectTree::boxFolder), QStringLiteral("gate"));
+    append(standards, "pumps", "Modbus");
+    append(standards, "valves", "Modbus");
+    append(ProjectTree::childNamed(project, ProjectTree::boxFolder), "gate");
 
     m_dialog = new ImportDataDialog;
-    m_dialog->addPoints(QStringLiteral("pumps"),
-                        {collected(QStringLiteral("p0"), QStringLiteral("0")),
-                         collected(QStringLiteral("p1"), QStringLiteral("1")),
-                         collected(QStringLiteral("p2"), QStringLiteral("2"))});
-    m_dialog->addPoints(QStringLiteral("valves"), {collected(QStringLiteral("v0"), QStringLiteral("9"))});
-    m_dialog->buildTree(*m_projects, QStringLiteral("Riverside"));
+    m_dialog->addPoints("pumps", {collected("p0", "0"), collected("p1", "1"), collected("p2", "2")});
+    m_dialog->addPoints("valves", {collected("v0", "9")});
+    m_dialog->buildTree(*m_projects, "Riverside");
     m_tree = m_dialog->findChild<QTreeView *>();
     m_table = m_dialog->findChild<QTableView *>();
     m_dialog->show();
@@ -194,7 +187,7 @@ Handed TestImportDataDialog::pressOk()
     QSignalSpy spy(m_dialog.data(), &ImportDataDialog::dataSelected);
     QTest::mouseClick(button("okButton"), Qt::LeftButton);
     if (spy.count() != 1) {
-        return {{}, QStringLiteral("emitted %1 times").arg(spy.count())};
+        return {{}, QString("emitted %1 times").arg(spy.count())};
     }
     return {spy.at(0).at(0).value<QList<QJsonObject>>(), spy.at(0).at(1).toString()};
 }
@@ -216,8 +209,8 @@ void TestImportDataDialog::looksAsDesigned()
     QCOMPARE(m_table->selectionBehavior(), QAbstractItemView::SelectRows);
     QCOMPARE(m_table->editTriggers(), QAbstractItemView::EditTriggers(QAbstractItemView::NoEditTriggers));
     QCOMPARE(m_table->model()->parent(), m_dialog.data());
-    QCOMPARE(button("okButton")->text(), QStringLiteral("OK"));
-    QCOMPARE(button("cancelButton")->text(), QStringLiteral("Cancel"));
+    QCOMPARE(button("okButton")->text(), "OK");
+    QCOMPARE(button("cancelButton")->text(), "Cancel");
     QVERIFY(button("okButton")->x() > 400);
     QVERIFY(button("okButton")->x() < button("cancelButton")->x());
     QVERIFY(button("okButton")->y() > splitter->geometry().bottom());
@@ -258,47 +251,44 @@ void TestImportDataDialog::treeHoldsWhatCanDeclarePoints()
     QStandardItem *project = m_projects->item(0);
     QStandardItem *standards = ProjectTree::childNamed(project, ProjectTree::standardFolder);
     for (const char *protocol : {"DLT645", "DIDO", "CustomPoll", "OpcUA", "unheard of"}) {
-        append(standards, QStringLiteral("a ") + QLatin1String(protocol), QLatin1String(protocol));
+        append(standards, "a " + QLatin1String(protocol), QLatin1String(protocol));
     }
-    append(standards, QStringLiteral("no protocol"));
-    append(append(standards, QStringLiteral("deep"), QStringLiteral("Modbus")), QStringLiteral("deeper"));
-    append(append(project, QStringLiteral("PLC")), QStringLiteral("press"));
-    append(append(project, QStringLiteral("Server")), QStringLiteral("north"));
-    m_dialog->buildTree(*m_projects, QStringLiteral("Riverside"));
-    QCOMPARE(
-        linesOf(*m_tree->model()),
-        QStringList({QStringLiteral("Riverside"), QStringLiteral("  Standard"), QStringLiteral("    pumps"),
-                     QStringLiteral("    valves"), QStringLiteral("    a DLT645"),
-                     QStringLiteral("    a DIDO"), QStringLiteral("    a OpcUA"), QStringLiteral("    deep"),
-                     QStringLiteral("  PLC"), QStringLiteral("    press")}));
-    QVERIFY(!m_tree->isExpanded(node({QStringLiteral("Riverside")})));
+    append(standards, "no protocol");
+    append(append(standards, "deep", "Modbus"), "deeper");
+    append(append(project, "PLC"), "press");
+    append(append(project, "Server"), "north");
+    m_dialog->buildTree(*m_projects, "Riverside");
+    QCOMPARE(linesOf(*m_tree->model()),
+             QStringList({"Riverside", "  Standard", "    pumps", "    valves", "    a DLT645", "    a DIDO",
+                          "    a OpcUA", "    deep", "  PLC", "    press"}));
+    QVERIFY(!m_tree->isExpanded(node({"Riverside"})));
     QCOMPARE(m_tree->model()->parent(), m_dialog.data());
 }
 
 void TestImportDataDialog::treeKeepsIconsAndValues()
 {
-    const QModelIndex project = node({QStringLiteral("Riverside")});
-    QCOMPARE(project.data(projectDescriptionRole).toString(), QStringLiteral("by the river"));
+    const QModelIndex project = node({"Riverside"});
+    QCOMPARE(project.data(projectDescriptionRole).toString(), "by the river");
     QCOMPARE(project.data(Qt::DecorationRole).value<QIcon>().pixmap(24).toImage(),
              m_projects->item(0)->icon().pixmap(24).toImage());
     QVERIFY(!m_projects->item(0)->icon().isNull());
-    QCOMPARE(node(pumps).data(standardProtocolRole).toString(), QStringLiteral("Modbus"));
+    QCOMPARE(node(pumps).data(standardProtocolRole).toString(), "Modbus");
     // Names are what the lists are found by.
     QCOMPARE(m_tree->editTriggers(), QAbstractItemView::EditTriggers(QAbstractItemView::NoEditTriggers));
 }
 
 void TestImportDataDialog::firstProjectOfANameIsShown()
 {
-    QStandardItem *twin = ProjectTree::makeProject(QStringLiteral("Riverside"), QString(), QString());
-    append(append(twin, QStringLiteral("PLC")), QStringLiteral("of the twin"));
+    QStandardItem *twin = ProjectTree::makeProject("Riverside", QString(), QString());
+    append(append(twin, "PLC"), "of the twin");
     m_projects->appendRow(twin);
-    m_dialog->buildTree(*m_projects, QStringLiteral("Riverside"));
-    QCOMPARE(linesOf(*m_tree->model()).last(), QStringLiteral("    valves"));
+    m_dialog->buildTree(*m_projects, "Riverside");
+    QCOMPARE(linesOf(*m_tree->model()).last(), "    valves");
 }
 
 void TestImportDataDialog::unknownProjectLeavesTheTreeEmpty()
 {
-    m_dialog->buildTree(*m_projects, QStringLiteral("riverside"));
+    m_dialog->buildTree(*m_projects, "riverside");
     QVERIFY(m_tree->model());
     QCOMPARE(m_tree->model()->rowCount(), 0);
     QVERIFY(m_tree->isHeaderHidden());
@@ -307,25 +297,24 @@ void TestImportDataDialog::unknownProjectLeavesTheTreeEmpty()
 
 void TestImportDataDialog::projectWithoutStandards()
 {
-    QStandardItem *bare = ProjectTree::makeProject(QStringLiteral("Hillside"), QString(), QString());
+    QStandardItem *bare = ProjectTree::makeProject("Hillside", QString(), QString());
     ProjectTree::appendMissingFolders(bare);
     m_projects->appendRow(bare);
     ImportDataDialog dialog;
-    dialog.buildTree(*m_projects, QStringLiteral("Hillside"));
-    QCOMPARE(linesOf(*dialog.findChild<QTreeView *>()->model()),
-             QStringList({QStringLiteral("Hillside"), QStringLiteral("  Standard")}));
+    dialog.buildTree(*m_projects, "Hillside");
+    QCOMPARE(linesOf(*dialog.findChild<QTreeView *>()->model()), QStringList({"Hillside", "  Standard"}));
     QCOMPARE(shown(*dialog.findChild<QTableView *>()->model()), QStringList(QString()));
 }
 
 void TestImportDataDialog::treeStaysAsItWas()
 {
     const QStringList before = linesOf(*m_tree->model());
-    m_projects->item(0)->setText(QStringLiteral("renamed"));
+    m_projects->item(0)->setText("renamed");
     QCOMPARE(linesOf(*m_tree->model()), before);
     m_projects->clear();
     QCOMPARE(linesOf(*m_tree->model()), before);
     clickNode(valves);
-    QCOMPARE(shown(*m_table->model()), QStringList({headers, QStringLiteral("v0|9|int16|1")}));
+    QCOMPARE(shown(*m_table->model()), QStringList({headers, "v0|9|int16|1"}));
 }
 
 void TestImportDataDialog::clickedDefinitionFillsTheTable()
@@ -333,20 +322,19 @@ void TestImportDataDialog::clickedDefinitionFillsTheTable()
     QCOMPARE(shown(*m_table->model()), QStringList(QString()));
     clickNode(pumps);
     QCOMPARE(shown(*m_table->model()),
-             QStringList({headers, QStringLiteral("p0|0|int16|1"), QStringLiteral("p1|1|int16|1"),
-                          QStringLiteral("p2|2|int16|1")}));
+             QStringList({headers, "p0|0|int16|1", "p1|1|int16|1", "p2|2|int16|1"}));
     QCOMPARE(m_table->horizontalHeader()->length(), m_table->viewport()->width());
     clickNode(valves);
-    QCOMPARE(shown(*m_table->model()), QStringList({headers, QStringLiteral("v0|9|int16|1")}));
+    QCOMPARE(shown(*m_table->model()), QStringList({headers, "v0|9|int16|1"}));
 }
 
 void TestImportDataDialog::arrowKeysLeadToPointsToo()
 {
     clickNode(pumps);
     QTest::keyClick(m_tree, Qt::Key_Down);
-    QCOMPARE(shown(*m_table->model()), QStringList({headers, QStringLiteral("v0|9|int16|1")}));
+    QCOMPARE(shown(*m_table->model()), QStringList({headers, "v0|9|int16|1"}));
     clickRow(0);
-    QCOMPARE(pressOk(), Handed({point(QStringLiteral("v0"), QStringLiteral("9"))}, QStringLiteral("valves")));
+    QCOMPARE(pressOk(), Handed({point("v0", "9")}, "valves"));
 }
 
 void TestImportDataDialog::projectAndFolderEmptyTheTable()
@@ -361,48 +349,42 @@ void TestImportDataDialog::projectAndFolderEmptyTheTable()
 
 void TestImportDataDialog::longNamesAreReadable()
 {
-    const QString name = QStringLiteral("Combined active total electrical energy of tariff 1");
-    m_dialog->addPoints(QStringLiteral("valves"), {collected(name, QStringLiteral("0"))});
+    const QString name = "Combined active total electrical energy of tariff 1";
+    m_dialog->addPoints("valves", {collected(name, "0")});
     clickNode(valves);
     QVERIFY(m_table->columnWidth(0) > m_table->fontMetrics().horizontalAdvance(name));
 }
 
 void TestImportDataDialog::definitionWithoutPoints()
 {
-    m_dialog->addPoints(QStringLiteral("valves"), {}); // in place of the earlier list
+    m_dialog->addPoints("valves", {}); // in place of the earlier list
     clickNode(valves);
     QCOMPARE(shown(*m_table->model()), QStringList(headers));
 }
 
 void TestImportDataDialog::unknownMeterItemHasEmptyCells()
 {
-    m_dialog->addPoints(QStringLiteral("valves"), {{{QStringLiteral("name"), QStringLiteral("Ua")}}});
+    m_dialog->addPoints("valves", {{{"name", "Ua"}}});
     clickNode(valves);
-    QCOMPARE(shown(*m_table->model()), QStringList({headers, QStringLiteral("Ua|||")}));
+    QCOMPARE(shown(*m_table->model()), QStringList({headers, "Ua|||"}));
     clickRow(0);
     QCOMPARE(pressOk(),
-             Handed({{{QStringLiteral("name"), QStringLiteral("Ua")},
-                      {QStringLiteral("addr"), QString()},
-                      {QStringLiteral("dataType"), QString()},
-                      {QStringLiteral("length"), QString()}}},
-                    QStringLiteral("valves")));
+             Handed({{{"name", "Ua"}, {"addr", QString()}, {"dataType", QString()}, {"length", QString()}}},
+                    "valves"));
 }
 
 void TestImportDataDialog::selectionIsHandedOverInItsOrder()
 {
-    const LogTail log(QStringLiteral("ImportDataDialo:"));
+    const LogTail log("ImportDataDialo:");
     clickNode(pumps);
     clickRow(2);
     clickRow(0);
     QCOMPARE(log.events(), QStringList());
-    QCOMPARE(pressOk(),
-             Handed({point(QStringLiteral("p2"), QStringLiteral("2")),
-                     point(QStringLiteral("p0"), QStringLiteral("0"))},
-                    QStringLiteral("pumps")));
+    QCOMPARE(pressOk(), Handed({point("p2", "2"), point("p0", "0")}, "pumps"));
     QVERIFY(!m_table->selectionModel()->hasSelection());
     QVERIFY(m_dialog->isVisible());
     QCOMPARE(m_table->model()->rowCount(), 3);
-    QCOMPARE(log.events(), QStringList(QStringLiteral("ImportDataDialo: Onboard data")));
+    QCOMPARE(log.events(), QStringList("ImportDataDialo: Onboard data"));
 }
 
 void TestImportDataDialog::rowClickedTwiceIsNotHandedOver()
@@ -411,7 +393,7 @@ void TestImportDataDialog::rowClickedTwiceIsNotHandedOver()
     clickRow(0);
     clickRow(1);
     clickRow(0);
-    QCOMPARE(pressOk(), Handed({point(QStringLiteral("p1"), QStringLiteral("1"))}, QStringLiteral("pumps")));
+    QCOMPARE(pressOk(), Handed({point("p1", "1")}, "pumps"));
 }
 
 void TestImportDataDialog::otherDefinitionForgetsTheSelection()
@@ -421,7 +403,7 @@ void TestImportDataDialog::otherDefinitionForgetsTheSelection()
     clickRow(1);
     clickNode(valves);
     clickRow(0);
-    QCOMPARE(pressOk(), Handed({point(QStringLiteral("v0"), QStringLiteral("9"))}, QStringLiteral("valves")));
+    QCOMPARE(pressOk(), Handed({point("v0", "9")}, "valves"));
 }
 
 void TestImportDataDialog::sameDefinitionClickedAgainForgetsTheSelection()
@@ -429,7 +411,7 @@ void TestImportDataDialog::sameDefinitionClickedAgainForgetsTheSelection()
     clickNode(pumps);
     clickRow(0);
     clickNode(pumps);
-    QCOMPARE(pressOk(), Handed({}, QStringLiteral("pumps")));
+    QCOMPARE(pressOk(), Handed({}, "pumps"));
 }
 
 // A click need not have made its node the current one, as one that a program makes.
@@ -439,20 +421,17 @@ void TestImportDataDialog::sameDefinitionMadeCurrentKeepsTheSelection()
     clickRow(2);
     clickRow(0);
     m_tree->setCurrentIndex(node(pumps));
-    QCOMPARE(pressOk(),
-             Handed({point(QStringLiteral("p2"), QStringLiteral("2")),
-                     point(QStringLiteral("p0"), QStringLiteral("0"))},
-                    QStringLiteral("pumps")));
+    QCOMPARE(pressOk(), Handed({point("p2", "2"), point("p0", "0")}, "pumps"));
     m_tree->setCurrentIndex(node(valves));
     clickRow(0);
-    QCOMPARE(pressOk(), Handed({point(QStringLiteral("v0"), QStringLiteral("9"))}, QStringLiteral("valves")));
+    QCOMPARE(pressOk(), Handed({point("v0", "9")}, "valves"));
 }
 
 // Whether a point may come twice is for the form to say.
 void TestImportDataDialog::sameRowsAreHandedOverTwice()
 {
     clickNode(pumps);
-    const Handed expected({point(QStringLiteral("p1"), QStringLiteral("1"))}, QStringLiteral("pumps"));
+    const Handed expected({point("p1", "1")}, "pumps");
     for (int round = 0; round < 2; ++round) {
         clickRow(1);
         QCOMPARE(pressOk(), expected);
@@ -462,7 +441,7 @@ void TestImportDataDialog::sameRowsAreHandedOverTwice()
 void TestImportDataDialog::nothingSelectedIsHandedOverToo()
 {
     clickNode(pumps);
-    QCOMPARE(pressOk(), Handed({}, QStringLiteral("pumps")));
+    QCOMPARE(pressOk(), Handed({}, "pumps"));
 }
 
 void TestImportDataDialog::enterHandsNothingOver()
@@ -490,7 +469,7 @@ void TestImportDataDialog::cancelCloses()
 
 void TestImportDataDialog::receiverMayCloseTheDialog()
 {
-    const LogTail log(QStringLiteral("ImportDataDialo:"));
+    const LogTail log("ImportDataDialo:");
     connect(m_dialog.data(), &ImportDataDialog::dataSelected, this, [this] { delete m_dialog; });
     m_dialog->onOkButtonClicked();
     QVERIFY(!m_dialog);
@@ -499,11 +478,9 @@ void TestImportDataDialog::receiverMayCloseTheDialog()
 
 void TestImportDataDialog::logsItsLife()
 {
-    const LogTail log(QStringLiteral("ImportDataDialog"));
+    const LogTail log("ImportDataDialog");
     delete new ImportDataDialog;
-    QCOMPARE(log.events(),
-             QStringList({QStringLiteral("ImportDataDialog：new-nuilt"),
-                          QStringLiteral("ImportDataDialog：destroyed")}));
+    QCOMPARE(log.events(), QStringList({"ImportDataDialog：new-nuilt", "ImportDataDialog：destroyed"}));
 }
 
 QTEST_MAIN(TestImportDataDialog)

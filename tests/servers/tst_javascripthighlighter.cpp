@@ -51,9 +51,8 @@ void TestJavaScriptHighlighter::coloursEachCharacter_data()
     for (const char *word : {"var", "function", "return", "if", "else", "for", "while", "do", "switch",
                              "case", "break", "continue"}) {
         const QString keyword = QString::fromLatin1(word);
-        QTest::newRow(word) << QStringLiteral("x ") + keyword + QLatin1Char(';')
-                            << QStringLiteral("..") + QString(keyword.size(), QLatin1Char('k'))
-                + QLatin1Char('.');
+        QTest::newRow(word) << "x " + keyword + QLatin1Char(';')
+                            << ".." + QString(keyword.size(), QLatin1Char('k')) + QLatin1Char('.');
     }
     const struct {
         const char *name;
@@ -99,7 +98,7 @@ void TestJavaScriptHighlighter::setsTheForegroundOnly()
 {
     QTextDocument document;
     auto *highlighter = new JavaScriptHighlighter(&document);
-    document.setPlainText(QStringLiteral("if 1 //"));
+    document.setPlainText("if 1 //");
     highlighter->rehighlight();
     const auto formats = document.begin().layout()->formats();
     QCOMPARE(formats.size(), 3);
@@ -114,10 +113,10 @@ void TestJavaScriptHighlighter::followsTheTyping()
     QVERIFY(document.documentLayout()); // as a shown one has, which tells of changes
     new JavaScriptHighlighter(&document);
     QTextCursor cursor(&document);
-    cursor.insertText(QStringLiteral("retur"));
-    QTRY_COMPARE(coloursOf(document), QStringLiteral("....."));
-    cursor.insertText(QStringLiteral("n"));
-    QTRY_COMPARE(coloursOf(document), QStringLiteral("kkkkkk"));
+    cursor.insertText("retur");
+    QTRY_COMPARE(coloursOf(document), ".....");
+    cursor.insertText("n");
+    QTRY_COMPARE(coloursOf(document), "kkkkkk");
 }
 
 QTEST_MAIN(TestJavaScriptHighlighter)

@@ -22,17 +22,16 @@ void TestMqttForms::unknownQosShowsAsOne_data()
         const char *protocol;
         QStringList levels;
     } rows[] = {
-        {"MQTT", {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}},
-        {"AliMQTT", {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}},
-        {"OneNetMQTT", {QStringLiteral("0"), QStringLiteral("1")}},
-        {"HuaWeiMQTT", {QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2")}},
+        {"MQTT", {"0", "1", "2"}},
+        {"AliMQTT", {"0", "1", "2"}},
+        {"OneNetMQTT", {"0", "1"}},
+        {"HuaWeiMQTT", {"0", "1", "2"}},
     };
     for (const auto &row : rows) {
         for (const char *stored : {"0", "1", "2", "3", "", "01", "many"}) {
             const QString qos = QLatin1String(stored);
             QTest::addRow("%s, \"%s\"", row.protocol, stored)
-                << QString::fromLatin1(row.protocol) << qos
-                << (row.levels.contains(qos) ? qos : QStringLiteral("1"));
+                << QString::fromLatin1(row.protocol) << qos << (row.levels.contains(qos) ? qos : "1");
         }
     }
 }
@@ -43,10 +42,10 @@ void TestMqttForms::unknownQosShowsAsOne()
     QFETCH(QString, qos);
     QFETCH(QString, shown);
     QStandardItemModel model;
-    QStandardItem *item = addServer(&model, QStringLiteral("up"), protocol);
+    QStandardItem *item = addServer(&model, "up", protocol);
     item->setData(qos, serverQosRole);
-    QStandardItem *other = addServer(&model, QStringLiteral("other"), protocol);
-    other->setData(QStringLiteral("0"), serverQosRole);
+    QStandardItem *other = addServer(&model, "other", protocol);
+    other->setData("0", serverQosRole);
     const QScopedPointer<ServerForm> opened(make(protocol, item, nullptr));
     QCOMPARE(input<QComboBox>(*opened, "qos")->currentText(), shown);
     const QScopedPointer<ServerForm> rebound(make(protocol, other, nullptr));
@@ -59,9 +58,9 @@ void TestMqttForms::unknownQosShowsAsOne()
 void TestMqttForms::cloudProviderIsShownInTheUsersLanguage_data()
 {
     QTest::addColumn<QString>("shown");
-    QTest::newRow("AliMQTT") << QStringLiteral("*AliMQTT");
-    QTest::newRow("OneNetMQTT") << QStringLiteral("*OneNetMQTT");
-    QTest::newRow("HuaWeiMQTT") << QStringLiteral("*HuaWeiMQTT");
+    QTest::newRow("AliMQTT") << "*AliMQTT";
+    QTest::newRow("OneNetMQTT") << "*OneNetMQTT";
+    QTest::newRow("HuaWeiMQTT") << "*HuaWeiMQTT";
 }
 
 // Whatever is shown, the plain key is stored.
@@ -70,10 +69,10 @@ void TestMqttForms::cloudProviderIsShownInTheUsersLanguage()
     QFETCH(QString, shown);
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
     QStandardItemModel model;
-    QStandardItem *item = addServer(&model, QStringLiteral("up"), protocol);
+    QStandardItem *item = addServer(&model, "up", protocol);
     const Marked marked;
     const QScopedPointer<ServerForm> dialog(make(protocol, item, nullptr));
-    QCOMPARE(dialog->windowTitle(), QStringLiteral("*Edit Server"));
+    QCOMPARE(dialog->windowTitle(), "*Edit Server");
     QCOMPARE(input<QComboBox>(*dialog, "protocol")->currentText(), shown);
     dialog->replaceItem(item);
     dialog->saveChanges();

@@ -71,7 +71,7 @@ private:
 
 namespace {
 
-const QString source = QStringLiteral("Meter A");
+const QString source = "Meter A";
 
 QTableView *table(const PointForm *form)
 {
@@ -112,13 +112,13 @@ public:
     }
     void openImportDataDialog() override { events = m_log->events(); }
 
-    QStringList events{QStringLiteral("no import")};
+    QStringList events{"no import"};
 
 private:
     const LogTail *m_log;
 };
 
-const QStringList abc = {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
+const QStringList abc = {"a", "b", "c"};
 
 } // namespace
 
@@ -152,7 +152,7 @@ PointForm *TestPointForms::shown() const
 
 void TestPointForms::init()
 {
-    m_item = new QStandardItem(QStringLiteral("Upstream"));
+    m_item = new QStandardItem("Upstream");
     m_workspace = new WorkspaceFake;
     m_boxes = new MessageBoxes(this);
 }
@@ -169,9 +169,9 @@ void TestPointForms::cleanup()
 void TestPointForms::titleOfTheTab_data()
 {
     QTest::addColumn<QString>("title");
-    QTest::newRow("ServerModbusTCPEditDialog") << QStringLiteral("Edit Server");
-    QTest::newRow("ServerHJ212EditDialog") << QStringLiteral("Edit Standard");
-    QTest::newRow("ServerSL651EditDialog") << QStringLiteral("Edit Standard");
+    QTest::newRow("ServerModbusTCPEditDialog") << "Edit Server";
+    QTest::newRow("ServerHJ212EditDialog") << "Edit Standard";
+    QTest::newRow("ServerSL651EditDialog") << "Edit Standard";
 }
 
 void TestPointForms::titleOfTheTab()
@@ -187,21 +187,20 @@ void TestPointForms::titleOfTheTab()
 void TestPointForms::menuImportsAndDeletes()
 {
     const QScopedPointer<PointForm> form(shown());
-    const QStringList menu = {QStringLiteral("Context menu"), QStringLiteral("Import Data Points"),
-                              QStringLiteral("Delete")};
+    const QStringList menu = {"Context menu", "Import Data Points", "Delete"};
     QCOMPARE(chooseInMenu(table(form.data()), QModelIndex(), menu.at(1)), menu);
     QCOMPARE(m_workspace->imports, 1);
     form->handleImportedData(points(abc), source);
     const QAbstractItemModel *model = table(form.data())->model();
     QCOMPARE(chooseInMenu(table(form.data()), model->index(1, 1), menu.at(2)), menu);
-    QCOMPARE(names(form.data()), (QStringList{QStringLiteral("a"), QStringLiteral("c")}));
+    QCOMPARE(names(form.data()), (QStringList{"a", "c"}));
     QCOMPARE(m_workspace->imports, 1);
 }
 
 void TestPointForms::menuOfAnEmptyTableDeletesNothing()
 {
     const QScopedPointer<PointForm> form(shown());
-    chooseInMenu(table(form.data()), QModelIndex(), QStringLiteral("Delete"));
+    chooseInMenu(table(form.data()), QModelIndex(), "Delete");
     QCOMPARE(names(form.data()), QStringList());
     form->handleImportedData(points(abc), source);
     table(form.data())->clearSelection();
@@ -245,9 +244,9 @@ void TestPointForms::importWithoutAMainWindowWarns()
     const LogTail log(className);
     m_boxes->expect();
     QVERIFY(QMetaObject::invokeMethod(form.data(), "importDataPoints"));
-    QCOMPARE(m_boxes->told(), QStringList(QStringLiteral("Warning|Main window pointer is not set.")));
-    QCOMPARE(log.events(), QStringList(className + QStringLiteral(": Import Data Points")));
-    form->handleImportedData(points({QStringLiteral("a"), QStringLiteral("a")}), source);
+    QCOMPARE(m_boxes->told(), QStringList("Warning|Main window pointer is not set."));
+    QCOMPARE(log.events(), QStringList(className + ": Import Data Points"));
+    form->handleImportedData(points({"a", "a"}), source);
     QCOMPARE(names(form.data()), abc.mid(0, 1));
 }
 
@@ -291,36 +290,29 @@ void TestPointForms::emptyImportChangesNothing()
 void TestPointForms::linesOfTheActivityLog_data()
 {
     QTest::addColumn<QStringList>("lines");
-    QTest::newRow("ServerModbusTCPEditDialog")
-        << QStringList{QStringLiteral("ServerModbusTCPEditDialog: new-nuilt"),
-                       QStringLiteral("ServerModbusTCPEditDialog: Import Data Points"),
-                       QStringLiteral("ServerModbusTCPEditDialog: delete"),
-                       QStringLiteral("ServerModbusTCPEditDialog: save"),
-                       QStringLiteral("ServerModbusTCPEditDialog: replace"),
-                       QStringLiteral("ServerModbusTCPEditDialog: destroyed")};
-    QTest::newRow("ServerHJ212EditDialog")
-        << QStringList{QStringLiteral("ServerHJ212EditDialog: loadParameters"),
-                       QStringLiteral("ServerHJ212EditDialog: new-nuilt"),
-                       QStringLiteral("ServerHJ212EditDialog: Import Data Points"),
-                       QStringLiteral("ServerHJ212EditDialog: Delete"),
-                       QStringLiteral("ServerHJ212EditDialog: save"),
-                       QStringLiteral("ServerHJ212EditDialog: loadParameters"),
-                       QStringLiteral("ServerHJ212EditDialog: replace"),
-                       QStringLiteral("ServerHJ212EditDialog: destroyed")};
+    QTest::newRow("ServerModbusTCPEditDialog") << QStringList{
+        "ServerModbusTCPEditDialog: new-nuilt", "ServerModbusTCPEditDialog: Import Data Points",
+        "ServerModbusTCPEditDialog: delete",    "ServerModbusTCPEditDialog: save",
+        "ServerModbusTCPEditDialog: replace",   "ServerModbusTCPEditDialog: destroyed"};
+    QTest::newRow("ServerHJ212EditDialog") << QStringList{"ServerHJ212EditDialog: loadParameters",
+                                                          "ServerHJ212EditDialog: new-nuilt",
+                                                          "ServerHJ212EditDialog: Import Data Points",
+                                                          "ServerHJ212EditDialog: Delete",
+                                                          "ServerHJ212EditDialog: save",
+                                                          "ServerHJ212EditDialog: loadParameters",
+                                                          "ServerHJ212EditDialog: replace",
+                                                          "ServerHJ212EditDialog: destroyed"};
     // A deleted point has the HJ212 form's line.
     QTest::newRow("ServerSL651EditDialog")
-        << QStringList{QStringLiteral("ServerSL651EditDialog: new-nuilt"),
-                       QStringLiteral("ServerSL651EditDialog: Import Data Points"),
-                       QStringLiteral("ServerHJ212EditDialog: Delete"),
-                       QStringLiteral("ServerSL651EditDialog: save"),
-                       QStringLiteral("ServerSL651EditDialog: replace"),
-                       QStringLiteral("ServerSL651EditDialog: destroyed")};
+        << QStringList{"ServerSL651EditDialog: new-nuilt", "ServerSL651EditDialog: Import Data Points",
+                       "ServerHJ212EditDialog: Delete",    "ServerSL651EditDialog: save",
+                       "ServerSL651EditDialog: replace",   "ServerSL651EditDialog: destroyed"};
 }
 
 void TestPointForms::linesOfTheActivityLog()
 {
     QFETCH(QStringList, lines);
-    const LogTail log(QStringLiteral("Server"));
+    const LogTail log("Server");
     PointForm *form = shown();
     form->importDataPoints();
     form->deleteSelectedItem(); // nothing is selected: no line
@@ -336,7 +328,7 @@ void TestPointForms::linesOfTheActivityLog()
 void TestPointForms::importIsLoggedWhenItHasRun()
 {
     QFETCH(QString, className);
-    const QStringList line(className + QStringLiteral(": Import Data Points"));
+    const QStringList line(className + ": Import Data Points");
     const LogTail log(className);
     ImportWatch watch(&log);
     const QScopedPointer<PointForm> form(make(m_item, &watch));
@@ -351,12 +343,12 @@ void TestPointForms::warningIsLoggedWhenItHasGone()
     QFETCH(QString, className);
     const QScopedPointer<PointForm> form(make(m_item, nullptr));
     const LogTail log(className);
-    QStringList besideTheBox{QStringLiteral("no box")};
+    QStringList besideTheBox{"no box"};
     m_boxes->expect();
     QTimer::singleShot(0, this, [&] { besideTheBox = log.events(); });
     form->importDataPoints();
     QCOMPARE(besideTheBox, QStringList());
-    QCOMPARE(log.events(), QStringList(className + QStringLiteral(": Import Data Points")));
+    QCOMPARE(log.events(), QStringList(className + ": Import Data Points"));
 }
 
 void TestPointForms::deleteIsLoggedWhenTheRowHasGone()
@@ -364,7 +356,7 @@ void TestPointForms::deleteIsLoggedWhenTheRowHasGone()
     const QScopedPointer<PointForm> form(shown());
     form->handleImportedData(points(abc), source);
     table(form.data())->selectRow(0);
-    const LogTail log(QStringLiteral("Server"));
+    const LogTail log("Server");
     QStringList before;
     const auto look = [&] { before.append(log.events()); };
     const QAbstractItemModel *model = table(form.data())->model();
@@ -374,7 +366,7 @@ void TestPointForms::deleteIsLoggedWhenTheRowHasGone()
     QCOMPARE(names(form.data()), abc.mid(1));
     QCOMPARE(before, QStringList());
     QCOMPARE(log.events().size(), 1);
-    QVERIFY(log.events().first().endsWith(QStringLiteral("elete")));
+    QVERIFY(log.events().first().endsWith("elete"));
 }
 
 void TestPointForms::cancelLeavesTheItemAlone()
@@ -382,7 +374,7 @@ void TestPointForms::cancelLeavesTheItemAlone()
     const QScopedPointer<PointForm> form(shown());
     const auto before = rolesOf(*m_item);
     QSignalSpy rejected(form.data(), &QDialog::rejected);
-    edit(*form, "port")->setText(QStringLiteral("15"));
+    edit(*form, "port")->setText("15");
     form->handleImportedData(points(abc), source);
     press(*form, "cancelButton");
     QCOMPARE(rejected.size(), 1);
@@ -393,7 +385,7 @@ void TestPointForms::cancelLeavesTheItemAlone()
 void TestPointForms::formOutlivesItsNode()
 {
     QStandardItemModel tree;
-    auto *node = new QStandardItem(QStringLiteral("Gone"));
+    auto *node = new QStandardItem("Gone");
     tree.appendRow(node);
     const QScopedPointer<PointForm> form(make(node, m_workspace));
     tree.removeRow(0);
@@ -422,13 +414,13 @@ void TestPointForms::formMayCloseUnderTheWarning()
     QTimer::singleShot(0, this, [&] { delete form; });
     form->importDataPoints();
     QVERIFY(!form);
-    QCOMPARE(log.events(), QStringList(className + QStringLiteral(": destroyed")));
+    QCOMPARE(log.events(), QStringList(className + ": destroyed"));
 }
 
 void TestPointForms::rolesOfTheWrongTypeDoNoHarm()
 {
     for (int role = serverDescriptionRole; role <= serverInputRegistersRole; ++role) {
-        m_item->setData(QVariantList{1, QStringLiteral("x")}, role);
+        m_item->setData(QVariantList{1, "x"}, role);
     }
     const QScopedPointer<PointForm> form(shown());
     QCOMPARE(names(form.data()), QStringList());
@@ -436,15 +428,15 @@ void TestPointForms::rolesOfTheWrongTypeDoNoHarm()
     m_item->setData(QVariant::fromValue(RowList{{}, {1}, {1, 2, 3, 4, 5, 6, 7}}), serverPointsRole);
     m_item->setData(m_item->data(serverPointsRole), serverHoldingRegistersRole);
     form->replaceItem(m_item);
-    QCOMPARE(names(form.data()), (QStringList{QString(), QString(), QStringLiteral("2")}));
+    QCOMPARE(names(form.data()), (QStringList{QString(), QString(), "2"}));
 }
 
 void TestPointForms::unknownProtocol_data()
 {
     QTest::addColumn<QString>("shownProtocol");
     QTest::newRow("ServerModbusTCPEditDialog") << QString();
-    QTest::newRow("ServerHJ212EditDialog") << QStringLiteral("HJ212");
-    QTest::newRow("ServerSL651EditDialog") << QStringLiteral("SL651");
+    QTest::newRow("ServerHJ212EditDialog") << "HJ212";
+    QTest::newRow("ServerSL651EditDialog") << "SL651";
 }
 
 void TestPointForms::unknownProtocol()

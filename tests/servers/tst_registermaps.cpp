@@ -32,7 +32,7 @@ private slots:
 
 namespace {
 
-const QString conflictBox = QStringLiteral("Warning|Address conflict detected. Please resolve the conflict.");
+const QString conflictBox = "Warning|Address conflict detected. Please resolve the conflict.";
 
 // Types into the address as a user does, with a double click before and Enter behind.
 void typeAddress(QTableView *view, int row, const char *address)
@@ -82,9 +82,7 @@ void TestRegisterMaps::deletingMayEndBelowZero()
 // The rows move one after the other, and the first meets the second where that still was.
 void TestRegisterMaps::deletingChecksEachStep()
 {
-    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("10"), QStringLiteral("2")),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("5"), QStringLiteral("1")),
-          row(QStringLiteral("c"), QStringLiteral("t"), QStringLiteral("3"), QStringLiteral("1"))});
+    load({row("a", "t", "10", "2"), row("b", "t", "5", "1"), row("c", "t", "3", "1")});
     m_boxes->expect();
     view("holdingRegisters")->selectRow(0);
     m_form->deleteSelectedItem();
@@ -121,8 +119,7 @@ void TestRegisterMaps::conflict()
     QFETCH(QString, address);
     QFETCH(QString, length);
     QFETCH(bool, conflicts);
-    load({row(QStringLiteral("a"), QStringLiteral("t"), address, length),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("10"), QStringLiteral("4"))});
+    load({row("a", "t", address, length), row("b", "t", "10", "4")});
     auto *map = qobject_cast<QStandardItemModel *>(holding());
     for (int which : {0, 1}) {
         bool found = false;
@@ -136,15 +133,14 @@ void TestRegisterMaps::conflictNeedsAnotherRow()
 {
     QStandardItemModel map(0, 5);
     QVERIFY(!m_form->checkAddressConflict(&map, 0));
-    map.appendRow({new QStandardItem, new QStandardItem, new QStandardItem,
-                   new QStandardItem(QStringLiteral("0")), new QStandardItem(QStringLiteral("4"))});
+    map.appendRow({new QStandardItem, new QStandardItem, new QStandardItem, new QStandardItem("0"),
+                   new QStandardItem("4")});
     QVERIFY(!m_form->checkAddressConflict(&map, 0));
 }
 
 void TestRegisterMaps::typedConflictIsToldOnceAndEmptied()
 {
-    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("7"), QStringLiteral("2")),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("9"), QStringLiteral("2"))});
+    load({row("a", "t", "7", "2"), row("b", "t", "9", "2")});
     m_boxes->expect();
     typeAddress(view("holdingRegisters"), 1, "8");
     QCOMPARE(m_boxes->told(), QStringList(conflictBox));
@@ -156,7 +152,7 @@ void TestRegisterMaps::typedConflictIsToldOnceAndEmptied()
 void TestRegisterMaps::conflictAmongInputRegistersIsTold()
 {
     showInput();
-    m_form->handleImportedData({point(QStringLiteral("a")), point(QStringLiteral("b"))}, source);
+    m_form->handleImportedData({point("a"), point("b")}, source);
     setAddress(input(), 0, "5");
     m_boxes->expect();
     setAddress(input(), 1, "5");
@@ -191,14 +187,13 @@ void TestRegisterMaps::resolvedConflictIsToldAnew()
 void TestRegisterMaps::otherColumnsAreNotChecked()
 {
     load(rowsOfLengths({1, 1}));
-    holding()->setData(holding()->index(0, 4), QStringLiteral("5"));
+    holding()->setData(holding()->index(0, 4), "5");
     QCOMPARE(addresses(holding()), texts({"0", "1"}));
 }
 
 void TestRegisterMaps::foreignChangeIsNotChecked()
 {
-    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("0"), QStringLiteral("2")),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("1"), QStringLiteral("2"))});
+    load({row("a", "t", "0", "2"), row("b", "t", "1", "2")});
     const QModelIndex cell = holding()->index(0, addressColumn);
     QVERIFY(QMetaObject::invokeMethod(m_form, "handleDataChanged", Q_ARG(QModelIndex, cell),
                                       Q_ARG(QModelIndex, cell)));
@@ -219,9 +214,7 @@ void TestRegisterMaps::formMayCloseUnderTheConflict()
 
 void TestRegisterMaps::formMayCloseUnderTheConflictOfADelete()
 {
-    load({row(QStringLiteral("a"), QStringLiteral("t"), QStringLiteral("10"), QStringLiteral("2")),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("5"), QStringLiteral("1")),
-          row(QStringLiteral("c"), QStringLiteral("t"), QStringLiteral("3"), QStringLiteral("1"))});
+    load({row("a", "t", "10", "2"), row("b", "t", "5", "1"), row("c", "t", "3", "1")});
     QTimer::singleShot(0, this, [this] {
         delete m_form;
         m_form = nullptr;
@@ -233,9 +226,9 @@ void TestRegisterMaps::formMayCloseUnderTheConflictOfADelete()
 
 void TestRegisterMaps::mapsAreIndependent()
 {
-    m_form->handleImportedData({point(QStringLiteral("a"))}, source);
+    m_form->handleImportedData({point("a")}, source);
     showInput();
-    m_form->handleImportedData({point(QStringLiteral("a")), point(QStringLiteral("b"))}, source);
+    m_form->handleImportedData({point("a"), point("b")}, source);
     setAddress(input(), 1, "7");
     setAddress(holding(), 0, "7");
     QCOMPARE(m_workspace->messages, QStringList());
@@ -252,13 +245,11 @@ void TestRegisterMaps::mapsAreIndependent()
 
 void TestRegisterMaps::hugeNumbersDoNoHarm()
 {
-    const QString most = QStringLiteral("2147483647");
-    load({row(QStringLiteral("a"), QStringLiteral("t"), most, most),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("-2147483648"), most)});
-    m_form->handleImportedData({point(QStringLiteral("c"), QStringLiteral("string"), most)}, source);
-    QCOMPARE(addresses(holding()).last(), QStringLiteral("4294967294"));
-    load({row(QStringLiteral("a"), QStringLiteral("t"), most, most),
-          row(QStringLiteral("b"), QStringLiteral("t"), QStringLiteral("-2147483648"), most)});
+    const QString most = "2147483647";
+    load({row("a", "t", most, most), row("b", "t", "-2147483648", most)});
+    m_form->handleImportedData({point("c", "string", most)}, source);
+    QCOMPARE(addresses(holding()).last(), "4294967294");
+    load({row("a", "t", most, most), row("b", "t", "-2147483648", most)});
     view("holdingRegisters")->selectRow(0);
     m_form->deleteSelectedItem();
     QCOMPARE(addresses(holding()), texts({"-4294967295"}));

@@ -33,7 +33,7 @@ private:
     }
     static QRadioButton *format(const QWidget &form, int number)
     {
-        return form.findChild<QRadioButton *>(QStringLiteral("payloadFormat%1").arg(number));
+        return form.findChild<QRadioButton *>(QString("payloadFormat%1").arg(number));
     }
 
     QScopedPointer<QStandardItemModel> m_model;
@@ -43,7 +43,7 @@ private:
 void TestServerEditDialog::init()
 {
     m_model.reset(new QStandardItemModel);
-    m_item = addServer(m_model.data(), QStringLiteral("up"), QStringLiteral("MQTT"));
+    m_item = addServer(m_model.data(), "up", "MQTT");
 }
 
 void TestServerEditDialog::cleanup()
@@ -60,10 +60,10 @@ void TestServerEditDialog::storedFormatDecidesWhetherScriptsAreLive_data()
     QTest::newRow("1") << QVariant(1) << 1;
     QTest::newRow("2") << QVariant(2) << 2;
     QTest::newRow("3") << QVariant(3) << 1;
-    QTest::newRow("text 1 of a document") << QVariant(QStringLiteral("1")) << 1;
-    QTest::newRow("text 2 of a document") << QVariant(QStringLiteral("2")) << 2;
+    QTest::newRow("text 1 of a document") << QVariant("1") << 1;
+    QTest::newRow("text 2 of a document") << QVariant("2") << 2;
     QTest::newRow("empty text") << QVariant(QString()) << 1;
-    QTest::newRow("other text") << QVariant(QStringLiteral("custom")) << 1;
+    QTest::newRow("other text") << QVariant("custom") << 1;
 }
 
 void TestServerEditDialog::storedFormatDecidesWhetherScriptsAreLive()
@@ -76,7 +76,7 @@ void TestServerEditDialog::storedFormatDecidesWhetherScriptsAreLive()
     QCOMPARE(format(opened, 2)->isChecked(), checked == 2);
     QCOMPARE(scriptsAreLive(opened), checked == 2);
     // A form that showed the other format.
-    QStandardItem *other = addServer(m_model.data(), QStringLiteral("other"), QStringLiteral("MQTT"));
+    QStandardItem *other = addServer(m_model.data(), "other", "MQTT");
     other->setData(3 - checked, serverPayloadFormatRole);
     ServerEditDialog rebound(other, nullptr);
     rebound.replaceItem(m_item);
@@ -117,31 +117,31 @@ void TestServerEditDialog::onlyTheScriptsAreLocked()
 void TestServerEditDialog::lockedScriptsAreKeptAndSaved()
 {
     m_item->setData(2, serverPayloadFormatRole);
-    m_item->setData(QStringLiteral("return 1"), serverReportJsRole);
-    m_item->setData(QStringLiteral("return 2"), serverWriteJsRole);
+    m_item->setData("return 1", serverReportJsRole);
+    m_item->setData("return 2", serverWriteJsRole);
     ServerEditDialog form(m_item, nullptr);
-    input<QTextEdit>(form, "reportJS")->setPlainText(QStringLiteral("return 3"));
+    input<QTextEdit>(form, "reportJS")->setPlainText("return 3");
     format(form, 1)->click();
     QVERIFY(!scriptsAreLive(form));
-    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), QStringLiteral("return 3"));
-    QCOMPARE(input<QTextEdit>(form, "writeJS")->toPlainText(), QStringLiteral("return 2"));
+    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), "return 3");
+    QCOMPARE(input<QTextEdit>(form, "writeJS")->toPlainText(), "return 2");
     form.saveChanges();
     QCOMPARE(m_item->data(serverPayloadFormatRole), QVariant(1));
-    QCOMPARE(m_item->data(serverReportJsRole), QVariant(QStringLiteral("return 3")));
-    QCOMPARE(m_item->data(serverWriteJsRole), QVariant(QStringLiteral("return 2")));
+    QCOMPARE(m_item->data(serverReportJsRole), QVariant("return 3"));
+    QCOMPARE(m_item->data(serverWriteJsRole), QVariant("return 2"));
 }
 
 void TestServerEditDialog::replaceItemSwitchesTheScripts()
 {
-    QStandardItem *custom = addServer(m_model.data(), QStringLiteral("custom"), QStringLiteral("MQTT"));
+    QStandardItem *custom = addServer(m_model.data(), "custom", "MQTT");
     custom->setData(2, serverPayloadFormatRole);
-    custom->setData(QStringLiteral("report"), serverReportJsRole);
+    custom->setData("report", serverReportJsRole);
     ServerEditDialog form(m_item, nullptr);
     QVERIFY(!scriptsAreLive(form));
     form.replaceItem(custom);
     QVERIFY(format(form, 2)->isChecked());
     QVERIFY(scriptsAreLive(form));
-    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), QStringLiteral("report"));
+    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), "report");
     form.replaceItem(m_item);
     QVERIFY(format(form, 1)->isChecked());
     QVERIFY(!scriptsAreLive(form));
@@ -159,7 +159,7 @@ void TestServerEditDialog::scriptsAreHighlighted()
 
 void TestServerEditDialog::scriptsAreStoredAsTheyStand()
 {
-    const QString script = QStringLiteral("var 电 = \"<b>1</b>\"; // 100 %1\n\n\treturn 电;\n");
+    const QString script = "var 电 = \"<b>1</b>\"; // 100 %1\n\n\treturn 电;\n";
     m_item->setData(2, serverPayloadFormatRole);
     m_item->setData(script, serverReportJsRole);
     ServerEditDialog form(m_item, nullptr);
@@ -177,15 +177,15 @@ void TestServerEditDialog::whatCannotBeTyped_data()
     const auto add = [](const char *name, const char *what, const QString &typed, const QString &shown) {
         QTest::addRow("%s: %s", name, what) << typed << shown;
     };
-    add("ip", "dotted", QStringLiteral("192.168.1.70"), QStringLiteral("192.168.1.70"));
-    add("ip", "host", QStringLiteral("mqtt.example.com"), QStringLiteral("mqtt.example.com"));
-    add("ip", "others", QStringLiteral("a_b /c"), QStringLiteral("abc"));
-    add("port", "minus", QStringLiteral("-"), QStringLiteral("-"));
-    add("port", "-1", QStringLiteral("-1"), QStringLiteral("-1"));
-    add("port", "letters", QStringLiteral("1x8y8z3"), QStringLiteral("1883"));
+    add("ip", "dotted", "192.168.1.70", "192.168.1.70");
+    add("ip", "host", "mqtt.example.com", "mqtt.example.com");
+    add("ip", "others", "a_b /c", "abc");
+    add("port", "minus", "-", "-");
+    add("port", "-1", "-1", "-1");
+    add("port", "letters", "1x8y8z3", "1883");
     for (const char *name : {"clientId", "username", "password", "reportTopic", "writeTopic"}) {
-        add(name, "Chinese", QStringLiteral("a电b"), QStringLiteral("ab"));
-        add(name, "Western European", QStringLiteral("Zähler/#"), QStringLiteral("Zähler/#"));
+        add(name, "Chinese", "a电b", "ab");
+        add(name, "Western European", "Zähler/#", "Zähler/#");
     }
 }
 
@@ -206,8 +206,8 @@ void TestServerEditDialog::formatsAreShownInTheUsersLanguage()
 {
     const Marked marked;
     const ServerEditDialog form(m_item, nullptr);
-    QCOMPARE(format(form, 1)->text(), QStringLiteral("*Tarnwick MQTT"));
-    QCOMPARE(format(form, 2)->text(), QStringLiteral("*Custom formatting"));
+    QCOMPARE(format(form, 1)->text(), "*Tarnwick MQTT");
+    QCOMPARE(format(form, 2)->text(), "*Custom formatting");
 }
 
 QTEST_MAIN(TestServerEditDialog)

@@ -114,24 +114,24 @@ QString stored(const Row &row, const QString &protocol)
 {
     switch (row.role) {
     case Qt::DisplayRole:
-        return QStringLiteral("up");
+        return "up";
     case serverProtocolRole:
         return protocol;
     case serverQosRole:
-        return QStringLiteral("0");
+        return "0";
     case serverPayloadFormatRole:
-        return QStringLiteral("2");
+        return "2";
     case serverAnonymousRole:
-        return QStringLiteral("true");
+        return "true";
     default:
-        return QStringLiteral("of ") + QLatin1String(row.name);
+        return "of " + QLatin1String(row.name);
     }
 }
 
 // The list behind a cloud form's protocol stands in no row; the provider's name does.
 QString shownName(const Row &row)
 {
-    return row.role == serverProtocolRole ? QStringLiteral("protocol") : QLatin1String(row.name);
+    return row.role == serverProtocolRole ? QString("protocol") : QLatin1String(row.name);
 }
 
 void fill(QStandardItem *item, const Form &form)
@@ -192,7 +192,7 @@ private:
     const Form &form = forms().at(index);                                                                    \
     const QString protocol = QLatin1String(form.protocol);                                                   \
     QStandardItemModel model;                                                                                \
-    QStandardItem *item = addServer(&model, QStringLiteral("up"), protocol);                                 \
+    QStandardItem *item = addServer(&model, "up", protocol);                                                 \
     WorkspaceFake workspace
 
 void TestServerForms::showsItsFieldsInOrder()
@@ -204,7 +204,7 @@ void TestServerForms::showsItsFieldsInOrder()
         rows.append(QLatin1String(row.text));
     }
     QCOMPARE(rowsOf(*dialog), rows);
-    QCOMPARE(dialog->windowTitle(), QStringLiteral("Edit Server"));
+    QCOMPARE(dialog->windowTitle(), "Edit Server");
     QCOMPARE(QString::fromLatin1(dialog->metaObject()->className()), QLatin1String(form.className));
 }
 
@@ -214,15 +214,15 @@ void TestServerForms::standsInAFramelessScrollArea()
     const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
     const auto *area = dialog->findChild<QScrollArea *>();
     QVERIFY(area);
-    QCOMPARE(area->styleSheet(), QStringLiteral("QScrollArea { border: none; }"));
+    QCOMPARE(area->styleSheet(), "QScrollArea { border: none; }");
     QVERIFY(area->isAncestorOf(input<QLineEdit>(*dialog, "name")));
     const struct {
         const char *name;
         QString text;
         QString icon;
     } buttons[] = {
-        {"saveButton", QStringLiteral("Save"), QStringLiteral(":/adsdemo/images/ok.svg")},
-        {"cancelButton", QStringLiteral("Cancel"), QStringLiteral(":/adsdemo/images/cancel.svg")},
+        {"saveButton", "Save", ":/adsdemo/images/ok.svg"},
+        {"cancelButton", "Cancel", ":/adsdemo/images/cancel.svg"},
     };
     for (const auto &button : buttons) {
         const auto *found = input<QPushButton>(*dialog, button.name);
@@ -241,11 +241,8 @@ void TestServerForms::newServerShowsItsDefaults()
     for (const Row &row : form.rows) {
         const QString name = shownName(row);
         const QHash<QString, QString> defaults = {
-            {QStringLiteral("name"), QStringLiteral("up")},
-            {QStringLiteral("protocol"), protocol},
-            {QStringLiteral("qos"), QStringLiteral("1")},
-            {QStringLiteral("payloadFormat"), QStringLiteral("10")},
-            {QStringLiteral("anonymous"), QStringLiteral("false")},
+            {"name", "up"},          {"protocol", protocol}, {"qos", "1"},
+            {"payloadFormat", "10"}, {"anonymous", "false"},
         };
         expected.append(name + QLatin1Char('=') + defaults.value(name));
     }
@@ -271,7 +268,7 @@ QStringList storedValues(const Form &form)
         const QString name = shownName(row);
         // The second of two buttons is checked.
         values.append(name + QLatin1Char('=')
-                      + (row.role == serverPayloadFormatRole ? QStringLiteral("01") : stored(row, protocol)));
+                      + (row.role == serverPayloadFormatRole ? QString("01") : stored(row, protocol)));
     }
     return values;
 }
@@ -289,17 +286,17 @@ void TestServerForms::showsEachStoredValue()
 void TestServerForms::replaceItemShowsTheOtherServer()
 {
     FETCH_FORM;
-    QStandardItem *other = addServer(&model, QStringLiteral("other"), protocol);
+    QStandardItem *other = addServer(&model, "other", protocol);
     const QScopedPointer<ServerForm> dialog(make(protocol, other, &workspace));
-    input<QLineEdit>(*dialog, "port")->setText(QStringLiteral("typed"));
+    input<QLineEdit>(*dialog, "port")->setText("typed");
     fill(item, form);
     dialog->replaceItem(item);
     QCOMPARE(valuesOf(*dialog), storedValues(form));
     // From now on it saves into that one.
     const QStringList before = ProjectDump::roles(other);
-    input<QLineEdit>(*dialog, "port")->setText(QStringLiteral("77"));
+    input<QLineEdit>(*dialog, "port")->setText("77");
     dialog->saveChanges();
-    QCOMPARE(item->data(serverPortRole).toString(), QStringLiteral("77"));
+    QCOMPARE(item->data(serverPortRole).toString(), "77");
     QCOMPARE(ProjectDump::roles(other), before);
     QCOMPARE(workspace.messages, QStringList(QLatin1String(form.saved)));
 }
@@ -310,7 +307,7 @@ void TestServerForms::saveWritesEachFieldInOrder()
     fill(item, form);
     const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
     // All that is written is new to the item, so that the model tells of each role.
-    item->setText(QStringLiteral("old"));
+    item->setText("old");
     for (int role = serverDescriptionRole; role <= serverInputRegistersRole; ++role) {
         item->setData(QVariant(), role);
     }
@@ -353,9 +350,9 @@ void TestServerForms::saveChecksNothing()
     FETCH_FORM;
     const QScopedPointer<ServerForm> dialog(make(protocol, item, nullptr));
     input<QLineEdit>(*dialog, "port")->clear();
-    QTest::keyClicks(input<QLineEdit>(*dialog, "port"), QStringLiteral("-1"));
+    QTest::keyClicks(input<QLineEdit>(*dialog, "port"), "-1");
     dialog->saveChanges();
-    QCOMPARE(item->data(serverPortRole).toString(), QStringLiteral("-1"));
+    QCOMPARE(item->data(serverPortRole).toString(), "-1");
     input<QLineEdit>(*dialog, "port")->clear();
     dialog->saveChanges();
     QCOMPARE(item->data(serverPortRole), QVariant(QString()));
@@ -376,7 +373,7 @@ void TestServerForms::cancelRejectsAndLeavesTheItem()
     const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
     QSignalSpy rejected(dialog.data(), &QDialog::rejected);
     const QStringList before = ProjectDump::roles(item);
-    input<QLineEdit>(*dialog, "port")->setText(QStringLiteral("typed"));
+    input<QLineEdit>(*dialog, "port")->setText("typed");
     press(*dialog, "cancelButton");
     QCOMPARE(rejected.size(), 1);
     QCOMPARE(ProjectDump::roles(item), before);
@@ -386,14 +383,14 @@ void TestServerForms::clearDataEmptiesTextsAndQos()
 {
     FETCH_FORM;
     fill(item, form);
-    item->setData(QStringLiteral("1"), serverQosRole);
+    item->setData("1", serverQosRole);
     const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
     QVERIFY(QMetaObject::invokeMethod(dialog.data(), "clearData"));
     QStringList expected;
     for (const QString &value : storedValues(form)) {
         const QString name = value.section(QLatin1Char('='), 0, 0);
         if (name == QLatin1String("qos")) {
-            expected.append(QStringLiteral("qos=0"));
+            expected.append("qos=0");
         } else if (input<QLineEdit>(*dialog, name.toLatin1().constData())
                    || name == QLatin1String("anonymous")) {
             expected.append(name + QLatin1Char('='));
@@ -402,7 +399,7 @@ void TestServerForms::clearDataEmptiesTextsAndQos()
         }
     }
     QCOMPARE(valuesOf(*dialog), expected);
-    QCOMPARE(item->data(serverPortRole).toString(), QStringLiteral("of port"));
+    QCOMPARE(item->data(serverPortRole).toString(), "of port");
 }
 
 void TestServerForms::slotsAreFoundByName()
@@ -419,7 +416,7 @@ void TestServerForms::slotsAreFoundByName()
 void TestServerForms::writesItsLifeToTheLog()
 {
     FETCH_FORM;
-    const QString prefix = QLatin1String(form.className) + QStringLiteral(": ");
+    const QString prefix = QLatin1String(form.className) + ": ";
     const LogTail log(prefix);
     {
         const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
@@ -428,8 +425,7 @@ void TestServerForms::writesItsLifeToTheLog()
         dialog->clearData();
     }
     QCOMPARE(log.events(),
-             QStringList({prefix + QStringLiteral("new-nuilt"), prefix + QStringLiteral("save"),
-                          prefix + QStringLiteral("replace"), prefix + QStringLiteral("destroyed")}));
+             QStringList({prefix + "new-nuilt", prefix + "save", prefix + "replace", prefix + "destroyed"}));
 }
 
 QTEST_MAIN(TestServerForms)

@@ -45,7 +45,7 @@ private:
 
 namespace {
 
-const QString source = QStringLiteral("Meter A");
+const QString source = "Meter A";
 
 const struct {
     int code;
@@ -82,8 +82,8 @@ QLineEdit *factor(const QWidget &form, int row)
 
 void TestServerHJ212EditDialog::init()
 {
-    m_item = new QStandardItem(QStringLiteral("Platform"));
-    m_item->setData(QStringLiteral("HJ212"), serverProtocolRole);
+    m_item = new QStandardItem("Platform");
+    m_item->setData("HJ212", serverProtocolRole);
     m_workspace = new WorkspaceFake;
 }
 
@@ -97,37 +97,33 @@ void TestServerHJ212EditDialog::fieldsInTheirOrder()
 {
     const ServerHJ212EditDialog form(m_item, m_workspace);
     QCOMPARE(inputs(form),
-             (QStringList{QStringLiteral("Server Name:|name"), QStringLiteral("Protocol:|protocol"),
-                          QStringLiteral("IP Address:|ip"), QStringLiteral("Port:|port"),
-                          QStringLiteral("Client ID:|clientId"), QStringLiteral("Password:|password"),
-                          QStringLiteral("System Code:|systemCode"),
-                          QStringLiteral("Command Code:|commandCode")}));
+             (QStringList{"Server Name:|name", "Protocol:|protocol", "IP Address:|ip", "Port:|port",
+                          "Client ID:|clientId", "Password:|password", "System Code:|systemCode",
+                          "Command Code:|commandCode"}));
     QVERIFY(edit(form, "name")->isReadOnly());
-    QCOMPARE(edit(form, "name")->text(), QStringLiteral("Platform"));
+    QCOMPARE(edit(form, "name")->text(), "Platform");
     QVERIFY(!list(form, "protocol")->isEnabled());
     QCOMPARE(list(form, "protocol")->count(), 1);
-    QCOMPARE(list(form, "protocol")->currentText(), QStringLiteral("HJ212"));
+    QCOMPARE(list(form, "protocol")->currentText(), "HJ212");
     QCOMPARE(edit(form, "password")->echoMode(), QLineEdit::Password);
-    QCOMPARE(
-        headers(pointTable(form)),
-        (QStringList{QStringLiteral("PLC Name"), QStringLiteral("Name"), QStringLiteral("Factor Code")}));
+    QCOMPARE(headers(pointTable(form)), (QStringList{"PLC Name", "Name", "Factor Code"}));
 }
 
 void TestServerHJ212EditDialog::openingWritesTheCommandCodeOnly()
 {
     auto expected = rolesOf(*m_item);
-    expected.insert(serverCommandCodeRole, QStringLiteral("2011"));
+    expected.insert(serverCommandCodeRole, "2011");
     const ServerHJ212EditDialog form(m_item, nullptr);
     QCOMPARE(rolesOf(*m_item), expected);
-    QCOMPARE(edit(form, "commandCode")->text(), QStringLiteral("2011"));
+    QCOMPARE(edit(form, "commandCode")->text(), "2011");
 }
 
 void TestServerHJ212EditDialog::storedCommandCodeStays()
 {
-    m_item->setData(QStringLiteral("2051"), serverCommandCodeRole);
+    m_item->setData("2051", serverCommandCodeRole);
     const ServerHJ212EditDialog form(m_item, nullptr);
-    QCOMPARE(edit(form, "commandCode")->text(), QStringLiteral("2051"));
-    QCOMPARE(m_item->data(serverCommandCodeRole), QVariant(QStringLiteral("2051")));
+    QCOMPARE(edit(form, "commandCode")->text(), "2051");
+    QCOMPARE(m_item->data(serverCommandCodeRole), QVariant("2051"));
 }
 
 void TestServerHJ212EditDialog::systemCodes_data()
@@ -180,7 +176,7 @@ void TestServerHJ212EditDialog::unknownSystemCodeShowsTheFirst_data()
     QTest::addColumn<QVariant>("stored");
     QTest::newRow("unset") << QVariant();
     QTest::newRow("not in the list") << QVariant(28);
-    QTest::newRow("no number") << QVariant(QStringLiteral("water"));
+    QTest::newRow("no number") << QVariant("water");
 }
 
 void TestServerHJ212EditDialog::unknownSystemCodeShowsTheFirst()
@@ -204,18 +200,18 @@ void TestServerHJ212EditDialog::typing_data()
     const auto add = [](const char *name, const char *field, const QString &typed, const QString &taken) {
         QTest::newRow(name) << QString::fromLatin1(field) << typed << taken;
     };
-    add("client in small letters", "clientId", QStringLiteral("abc"), QString());
-    add("client in capital letters", "clientId", QStringLiteral("ABC"), QStringLiteral("ABC"));
-    add("client with a G", "clientId", QStringLiteral("0AG9"), QStringLiteral("0A9"));
+    add("client in small letters", "clientId", "abc", QString());
+    add("client in capital letters", "clientId", "ABC", "ABC");
+    add("client with a G", "clientId", "0AG9", "0A9");
     add("client of 25 digits", "clientId", QString(25, QLatin1Char('7')), QString(24, QLatin1Char('7')));
-    add("address", "ip", QStringLiteral("192.168.1.10"), QStringLiteral("192.168.1.10"));
-    add("address part over 255", "ip", QStringLiteral("256"), QStringLiteral("25"));
-    add("address by name", "ip", QStringLiteral("host"), QString());
-    add("port of -1", "port", QStringLiteral("-1"), QStringLiteral("-1"));
-    add("port of six digits", "port", QStringLiteral("655350"), QStringLiteral("65535"));
-    add("password", "password", QStringLiteral("p\u00e4ss 1"), QStringLiteral("p\u00e4ss 1"));
-    add("Chinese password", "password", QStringLiteral("a\u5bc6b"), QStringLiteral("ab"));
-    add("free command code", "commandCode", QStringLiteral("x-\u4ee4"), QStringLiteral("x-\u4ee4"));
+    add("address", "ip", "192.168.1.10", "192.168.1.10");
+    add("address part over 255", "ip", "256", "25");
+    add("address by name", "ip", "host", QString());
+    add("port of -1", "port", "-1", "-1");
+    add("port of six digits", "port", "655350", "65535");
+    add("password", "password", "p\u00e4ss 1", "p\u00e4ss 1");
+    add("Chinese password", "password", "a\u5bc6b", "ab");
+    add("free command code", "commandCode", "x-\u4ee4", "x-\u4ee4");
 }
 
 void TestServerHJ212EditDialog::typing()
@@ -239,7 +235,7 @@ void TestServerHJ212EditDialog::validatorsOfTheNewerKind()
     for (const char *name : {"ip", "password"}) {
         QVERIFY2(qobject_cast<const QRegularExpressionValidator *>(edit(form, name)->validator()), name);
     }
-    QString beyond = QStringLiteral("\U00020000");
+    QString beyond = "\U00020000";
     int position = 0;
     QCOMPARE(edit(form, "password")->validator()->validate(beyond, position), QValidator::Acceptable);
 }
@@ -248,9 +244,12 @@ void TestServerHJ212EditDialog::factorCode_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("taken");
-    QTest::newRow("code") << QStringLiteral("w01018") << QStringLiteral("w01018");
-    QTest::newRow("capital letters") << QStringLiteral("A34013") << QStringLiteral("A34013");
-    QTest::newRow("dash and blank") << QStringLiteral("a-3 4") << QStringLiteral("a34");
+    QTest::newRow("code") << "w01018"
+                          << "w01018";
+    QTest::newRow("capital letters") << "A34013"
+                                     << "A34013";
+    QTest::newRow("dash and blank") << "a-3 4"
+                                    << "a34";
 }
 
 void TestServerHJ212EditDialog::factorCode()
@@ -258,17 +257,17 @@ void TestServerHJ212EditDialog::factorCode()
     QFETCH(QString, typed);
     QFETCH(QString, taken);
     ServerHJ212EditDialog form(m_item, m_workspace);
-    form.handleImportedData({point(QStringLiteral("flow"))}, source);
+    form.handleImportedData({point("flow")}, source);
     QVERIFY(qobject_cast<const QRegExpValidator *>(factor(form, 0)->validator()));
     QTest::keyClicks(factor(form, 0), typed);
     press(form, "saveButton");
-    QCOMPARE(rowsOf(*m_item, serverPointsRole), (RowList{{source, QStringLiteral("flow"), taken}}));
+    QCOMPARE(rowsOf(*m_item, serverPointsRole), (RowList{{source, "flow", taken}}));
 }
 
 void TestServerHJ212EditDialog::importedPointHasNoFactorCode()
 {
     ServerHJ212EditDialog form(m_item, m_workspace);
-    form.handleImportedData({point(QStringLiteral("flow")), point(QStringLiteral("level"))}, source);
+    form.handleImportedData({point("flow"), point("level")}, source);
     QCOMPARE(pointTable(form)->rowCount(), 2);
     for (int column = 0; column < 2; ++column) {
         const QTableWidgetItem *cell = pointTable(form)->item(0, column);
@@ -285,9 +284,10 @@ void TestServerHJ212EditDialog::pointThatIsThereIsTold_data()
     QTest::addColumn<QString>("plc");
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("refused");
-    QTest::newRow("same source and name") << source << QStringLiteral("flow") << true;
-    QTest::newRow("other source") << QStringLiteral("Meter B") << QStringLiteral("flow") << false;
-    QTest::newRow("other name") << source << QStringLiteral("Flow") << false;
+    QTest::newRow("same source and name") << source << "flow" << true;
+    QTest::newRow("other source") << "Meter B"
+                                  << "flow" << false;
+    QTest::newRow("other name") << source << "Flow" << false;
 }
 
 void TestServerHJ212EditDialog::pointThatIsThereIsTold()
@@ -296,19 +296,18 @@ void TestServerHJ212EditDialog::pointThatIsThereIsTold()
     QFETCH(QString, name);
     QFETCH(bool, refused);
     ServerHJ212EditDialog form(m_item, m_workspace);
-    form.handleImportedData({point(QStringLiteral("flow"))}, source);
-    factor(form, 0)->setText(QStringLiteral("w1"));
-    form.handleImportedData({point(name, QStringLiteral("float")), point(QStringLiteral("next"))}, plc);
+    form.handleImportedData({point("flow")}, source);
+    factor(form, 0)->setText("w1");
+    form.handleImportedData({point(name, "float"), point("next")}, plc);
     QCOMPARE(m_workspace->messages,
-             refused ? QStringList(
-                 QStringLiteral("The data with device name '% 2' and variable name '% 1' already exists."))
+             refused ? QStringList("The data with device name '% 2' and variable name '% 1' already exists.")
                      : QStringList());
     press(form, "saveButton");
     RowList expected{pointRow("Meter A", "flow", "w1")};
     if (!refused) {
         expected.append({plc, name, QString(QLatin1String(""))});
     }
-    expected.append({plc, QStringLiteral("next"), QString(QLatin1String(""))});
+    expected.append({plc, "next", QString(QLatin1String(""))});
     QCOMPARE(rowsOf(*m_item, serverPointsRole), expected);
 }
 
@@ -318,38 +317,37 @@ void TestServerHJ212EditDialog::saveWritesEveryRole()
         QVariant::fromValue(RowList{pointRow("Meter A", "flow", "w01018"), pointRow("Pump", "ph", "")}),
         serverPointsRole);
     ServerHJ212EditDialog form(m_item, m_workspace);
-    edit(form, "ip")->setText(QStringLiteral("10.1.2.3"));
-    edit(form, "port")->setText(QStringLiteral("9001"));
-    edit(form, "clientId")->setText(QStringLiteral("0A1B"));
-    edit(form, "password")->setText(QStringLiteral("secret"));
+    edit(form, "ip")->setText("10.1.2.3");
+    edit(form, "port")->setText("9001");
+    edit(form, "clientId")->setText("0A1B");
+    edit(form, "password")->setText("secret");
     list(form, "systemCode")->setCurrentIndex(8);
-    edit(form, "commandCode")->setText(QStringLiteral("2051"));
-    factor(form, 1)->setText(QStringLiteral("w01001"));
+    edit(form, "commandCode")->setText("2051");
+    factor(form, 1)->setText("w01001");
     press(form, "saveButton");
     QMap<int, QVariant> expected;
-    expected.insert(serverProtocolRole, QStringLiteral("HJ212"));
-    expected.insert(serverIpRole, QStringLiteral("10.1.2.3"));
-    expected.insert(serverPortRole, QStringLiteral("9001"));
-    expected.insert(serverClientIdRole, QStringLiteral("0A1B"));
-    expected.insert(serverPasswordRole, QStringLiteral("secret"));
+    expected.insert(serverProtocolRole, "HJ212");
+    expected.insert(serverIpRole, "10.1.2.3");
+    expected.insert(serverPortRole, "9001");
+    expected.insert(serverClientIdRole, "0A1B");
+    expected.insert(serverPasswordRole, "secret");
     expected.insert(serverSystemCodeRole, 32);
-    expected.insert(serverCommandCodeRole, QStringLiteral("2051"));
+    expected.insert(serverCommandCodeRole, "2051");
     QCOMPARE(rowsOf(*m_item, serverPointsRole),
              (RowList{pointRow("Meter A", "flow", "w01018"), pointRow("Pump", "ph", "w01001")}));
     auto roles = rolesOf(*m_item);
     roles.remove(serverPointsRole);
     QCOMPARE(roles, expected);
-    QCOMPARE(m_item->text(), QStringLiteral("Platform"));
-    QCOMPARE(m_workspace->messages,
-             QStringList(QStringLiteral("The Server HJ212 'Platform' is saved successfully.")));
+    QCOMPARE(m_item->text(), "Platform");
+    QCOMPARE(m_workspace->messages, QStringList("The Server HJ212 'Platform' is saved successfully."));
 }
 
 void TestServerHJ212EditDialog::saveChecksNothing()
 {
     ServerHJ212EditDialog form(m_item, m_workspace);
-    edit(form, "ip")->setText(QStringLiteral("10.1."));
+    edit(form, "ip")->setText("10.1.");
     press(form, "saveButton");
-    QCOMPARE(m_item->data(serverIpRole), QVariant(QStringLiteral("10.1.")));
+    QCOMPARE(m_item->data(serverIpRole), QVariant("10.1."));
     QCOMPARE(m_item->data(serverSystemCodeRole), QVariant(21));
 }
 
@@ -358,11 +356,11 @@ void TestServerHJ212EditDialog::replaceItemShowsTheOther()
     m_item->setData(QVariant::fromValue(RowList{pointRow("a", "b", "c"), pointRow("d", "e", "f")}),
                     serverPointsRole);
     ServerHJ212EditDialog form(m_item, m_workspace);
-    QStandardItem other(QStringLiteral("Second"));
-    other.setData(QStringLiteral("1.2.3.4"), serverIpRole);
-    other.setData(QStringLiteral("77"), serverPortRole);
-    other.setData(QStringLiteral("FF"), serverClientIdRole);
-    other.setData(QStringLiteral("word"), serverPasswordRole);
+    QStandardItem other("Second");
+    other.setData("1.2.3.4", serverIpRole);
+    other.setData("77", serverPortRole);
+    other.setData("FF", serverClientIdRole);
+    other.setData("word", serverPasswordRole);
     other.setData(52, serverSystemCodeRole);
     other.setData(QVariant::fromValue(RowList{pointRow("g", "h", "i")}), serverPointsRole);
     form.replaceItem(&other);
@@ -377,7 +375,7 @@ void TestServerHJ212EditDialog::replaceItemShowsTheOther()
 void TestServerHJ212EditDialog::clearDataEmptiesTheForm()
 {
     m_item->setData(91, serverSystemCodeRole);
-    m_item->setData(QStringLiteral("1.2.3.4"), serverIpRole);
+    m_item->setData("1.2.3.4", serverIpRole);
     m_item->setData(QVariant::fromValue(RowList{pointRow("a", "b", "c")}), serverPointsRole);
     ServerHJ212EditDialog form(m_item, m_workspace);
     form.clearData();
@@ -392,7 +390,7 @@ void TestServerHJ212EditDialog::thousandPointsComeBack()
 {
     RowList stored;
     for (int number = 0; number < 1000; ++number) {
-        stored.append({source, QStringLiteral("p%1").arg(number), QStringLiteral("w%1").arg(number)});
+        stored.append({source, QString("p%1").arg(number), QString("w%1").arg(number)});
     }
     comparePointsAfterSave<ServerHJ212EditDialog>(m_item, stored);
 }

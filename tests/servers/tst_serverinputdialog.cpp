@@ -34,13 +34,12 @@ private slots:
 
 namespace {
 
-const QString defaultHost = QStringLiteral("mqtts.heclouds.com");
+const QString defaultHost = "mqtts.heclouds.com";
 
 QStringList protocols()
 {
-    return {QStringLiteral("MQTT"),       QStringLiteral("AliMQTT"),          QStringLiteral("OneNetMQTT"),
-            QStringLiteral("HuaWeiMQTT"), QStringLiteral("ModbusTCP(Slave)"), QStringLiteral("HJ212"),
-            QStringLiteral("SL651"),      QStringLiteral("OpcUaServer")};
+    return {"MQTT",  "AliMQTT", "OneNetMQTT", "HuaWeiMQTT", "ModbusTCP(Slave)",
+            "HJ212", "SL651",   "OpcUaServer"};
 }
 
 // The dialog after its first run of the event loop.
@@ -79,17 +78,17 @@ public:
 void TestServerInputDialog::offersTheProtocolsInOrder()
 {
     const Dialog dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Add Server"));
+    QCOMPARE(dialog.windowTitle(), "Add Server");
     QCOMPARE(ProjectDump::iconBytes(dialog.windowIcon()),
-             ProjectDump::iconBytes(QStringLiteral(":/adsdemo/images/Server.svg")));
+             ProjectDump::iconBytes(":/adsdemo/images/Server.svg"));
     QCOMPARE(InputDialogs::entries(dialog.in<QComboBox>("protocol")), protocols());
     const struct {
         const char *name;
         QString text;
         QString icon;
     } buttons[] = {
-        {"okButton", QStringLiteral("OK"), QStringLiteral(":/adsdemo/images/ok.svg")},
-        {"cancelButton", QStringLiteral("Cancel"), QStringLiteral(":/adsdemo/images/cancel.svg")},
+        {"okButton", "OK", ":/adsdemo/images/ok.svg"},
+        {"cancelButton", "Cancel", ":/adsdemo/images/cancel.svg"},
     };
     for (const auto &button : buttons) {
         QCOMPARE(dialog.in<QPushButton>(button.name)->text(), button.text);
@@ -103,21 +102,18 @@ void TestServerInputDialog::fieldsStandInOrder()
     const Dialog dialog;
     QStringList labels;
     for (const QLabel *label : dialog.findChildren<QLabel *>()) {
-        labels.append(label->text() + QStringLiteral(" -> ")
-                      + (label->buddy() ? label->buddy()->objectName() : QString()));
+        labels.append(label->text() + " -> " + (label->buddy() ? label->buddy()->objectName() : QString()));
     }
     labels.sort();
     QCOMPARE(labels,
-             QStringList({QStringLiteral("Description: -> description"),
-                          QStringLiteral("Domain Name: -> domainName"), QStringLiteral("IP Address: -> ip"),
-                          QStringLiteral("Local port number: -> port"), QStringLiteral("ModbusTCP slave -> "),
-                          QStringLiteral("Port: -> port"), QStringLiteral("Protocol: -> protocol"),
-                          QStringLiteral("Server Name: -> name")}));
+             QStringList({"Description: -> description", "Domain Name: -> domainName", "IP Address: -> ip",
+                          "Local port number: -> port", "ModbusTCP slave -> ", "Port: -> port",
+                          "Protocol: -> protocol", "Server Name: -> name"}));
     QCOMPARE(checkOf(dialog.in<QLineEdit>("name")->validator()), QString());
     QCOMPARE(checkOf(dialog.in<QLineEdit>("description")->validator()), QString());
-    QCOMPARE(checkOf(dialog.in<QLineEdit>("ip")->validator()), QStringLiteral(" host"));
-    QCOMPARE(checkOf(dialog.in<QLineEdit>("port")->validator()), QStringLiteral(" -1..65535"));
-    QCOMPARE(checkOf(dialog.in<QLineEdit>("domainName")->validator()), QStringLiteral(" host"));
+    QCOMPARE(checkOf(dialog.in<QLineEdit>("ip")->validator()), " host");
+    QCOMPARE(checkOf(dialog.in<QLineEdit>("port")->validator()), " -1..65535");
+    QCOMPARE(checkOf(dialog.in<QLineEdit>("domainName")->validator()), " host");
 }
 
 void TestServerInputDialog::firstProtocolIsSetUpInTheEventLoop()
@@ -125,7 +121,7 @@ void TestServerInputDialog::firstProtocolIsSetUpInTheEventLoop()
     const ServerInputDialog dialog;
     QCOMPARE(dialog.port(), QString());
     QCoreApplication::processEvents();
-    QCOMPARE(dialog.port(), QStringLiteral("1883"));
+    QCOMPARE(dialog.port(), "1883");
     QVERIFY(input<QLineEdit>(dialog, "domainName")->isHidden());
     QVERIFY(!input<QLineEdit>(dialog, "ip")->isHidden());
 }
@@ -135,23 +131,18 @@ void TestServerInputDialog::protocolDecidesWhatIsShown_data()
     QTest::addColumn<QString>("port");
     QTest::addColumn<QString>("domain");
     QTest::addColumn<QStringList>("options");
-    const QString typed = QStringLiteral("typed.example.com");
-    const QStringList address{QStringLiteral("IP Address:"), QStringLiteral("ip"), QStringLiteral("Port:"),
-                              QStringLiteral("port")};
-    const QStringList domain{QStringLiteral("Port:"), QStringLiteral("port"), QStringLiteral("Domain Name:"),
-                             QStringLiteral("domainName")};
-    QTest::newRow("MQTT") << QStringLiteral("1883") << typed << address;
-    QTest::newRow("AliMQTT") << QStringLiteral("1883") << QString() << domain;
-    QTest::newRow("OneNetMQTT") << QStringLiteral("1883") << defaultHost << domain;
-    QTest::newRow("HuaWeiMQTT") << QStringLiteral("8883") << QString() << domain;
+    const QString typed = "typed.example.com";
+    const QStringList address{"IP Address:", "ip", "Port:", "port"};
+    const QStringList domain{"Port:", "port", "Domain Name:", "domainName"};
+    QTest::newRow("MQTT") << "1883" << typed << address;
+    QTest::newRow("AliMQTT") << "1883" << QString() << domain;
+    QTest::newRow("OneNetMQTT") << "1883" << defaultHost << domain;
+    QTest::newRow("HuaWeiMQTT") << "8883" << QString() << domain;
     QTest::newRow("ModbusTCP(Slave)")
-        << QStringLiteral("502") << typed
-        << QStringList({QStringLiteral("Local port number:"), QStringLiteral("port"),
-                        QStringLiteral("ModbusTCP slave")});
+        << "502" << typed << QStringList({"Local port number:", "port", "ModbusTCP slave"});
     QTest::newRow("HJ212") << QString() << typed << address;
     QTest::newRow("SL651") << QString() << typed << address;
-    QTest::newRow("OpcUaServer") << QStringLiteral("4840") << typed
-                                 << QStringList({QStringLiteral("Port:"), QStringLiteral("port")});
+    QTest::newRow("OpcUaServer") << "4840" << typed << QStringList({"Port:", "port"});
 }
 
 // From each other protocol, with a port and a domain typed there.
@@ -161,17 +152,15 @@ void TestServerInputDialog::protocolDecidesWhatIsShown()
     QFETCH(QString, domain);
     QFETCH(QStringList, options);
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
-    const QStringList above{QStringLiteral("Server Name:"), QStringLiteral("name"),
-                            QStringLiteral("Description:"), QStringLiteral("description"),
-                            QStringLiteral("Protocol:")};
+    const QStringList above{"Server Name:", "name", "Description:", "description", "Protocol:"};
     for (const QString &from : protocols()) {
         if (from == protocol) {
             continue;
         }
         Dialog dialog;
         dialog.choose(from);
-        dialog.in<QLineEdit>("port")->setText(QStringLiteral("typed"));
-        dialog.in<QLineEdit>("domainName")->setText(QStringLiteral("typed.example.com"));
+        dialog.in<QLineEdit>("port")->setText("typed");
+        dialog.in<QLineEdit>("domainName")->setText("typed.example.com");
         dialog.choose(protocol);
         QCoreApplication::processEvents();
         QCOMPARE(dialog.port(), port);
@@ -183,26 +172,24 @@ void TestServerInputDialog::protocolDecidesWhatIsShown()
 void TestServerInputDialog::slotOfAnUnknownProtocolShowsThePortOnly()
 {
     Dialog dialog;
-    QVERIFY(
-        QMetaObject::invokeMethod(&dialog, "updateProtocolOptions", Q_ARG(QString, QStringLiteral("mqtt"))));
+    QVERIFY(QMetaObject::invokeMethod(&dialog, "updateProtocolOptions", Q_ARG(QString, "mqtt")));
     QVERIFY(dialog.in<QLineEdit>("port")->isVisible());
     QVERIFY(!dialog.in<QLineEdit>("ip")->isVisible());
     QVERIFY(!dialog.in<QLineEdit>("domainName")->isVisible());
-    QCOMPARE(dialog.port(), QStringLiteral("1883"));
-    QVERIFY(QMetaObject::invokeMethod(&dialog, "updateProtocolOptions",
-                                      Q_ARG(QString, QStringLiteral("OpcUaServer"))));
-    QCOMPARE(dialog.port(), QStringLiteral("4840"));
+    QCOMPARE(dialog.port(), "1883");
+    QVERIFY(QMetaObject::invokeMethod(&dialog, "updateProtocolOptions", Q_ARG(QString, "OpcUaServer")));
+    QCOMPARE(dialog.port(), "4840");
 }
 
 void TestServerInputDialog::emptiedDomainStaysEmpty()
 {
     Dialog dialog;
-    dialog.choose(QStringLiteral("HuaWeiMQTT"));
-    QTest::keyClicks(dialog.in<QLineEdit>("domainName"), QStringLiteral("iot.example.com"));
-    QCOMPARE(dialog.domain(), QStringLiteral("iot.example.com"));
-    dialog.choose(QStringLiteral("AliMQTT"));
+    dialog.choose("HuaWeiMQTT");
+    QTest::keyClicks(dialog.in<QLineEdit>("domainName"), "iot.example.com");
+    QCOMPARE(dialog.domain(), "iot.example.com");
+    dialog.choose("AliMQTT");
     QCOMPARE(dialog.domain(), QString());
-    dialog.choose(QStringLiteral("MQTT"));
+    dialog.choose("MQTT");
     QCOMPARE(dialog.domain(), QString());
     QVERIFY(!dialog.in<QLineEdit>("domainName")->isVisible());
 }
@@ -210,18 +197,17 @@ void TestServerInputDialog::emptiedDomainStaysEmpty()
 void TestServerInputDialog::secondSlaveIsRefused()
 {
     Dialog dialog;
-    dialog.setExistingProtocols({QStringLiteral("MQTT"), QStringLiteral("ModbusTCP(Slave)")});
-    dialog.choose(QStringLiteral("OpcUaServer"));
+    dialog.setExistingProtocols({"MQTT", "ModbusTCP(Slave)"});
+    dialog.choose("OpcUaServer");
     MessageBoxes boxes;
     boxes.expect();
-    dialog.choose(QStringLiteral("ModbusTCP(Slave)"));
+    dialog.choose("ModbusTCP(Slave)");
     QCOMPARE(boxes.told(),
-             QStringList(QStringLiteral(
-                 "Warning|A ModbusTCP(Slave) file already exists. You cannot create another one.")));
+             QStringList("Warning|A ModbusTCP(Slave) file already exists. You cannot create another one."));
     QCOMPARE(boxes.unexpected(), QStringList());
-    QCOMPARE(dialog.protocol(), QStringLiteral("MQTT"));
+    QCOMPARE(dialog.protocol(), "MQTT");
     QCOMPARE(dialog.in<QComboBox>("protocol")->currentIndex(), 0);
-    QCOMPARE(dialog.port(), QStringLiteral("1883"));
+    QCOMPARE(dialog.port(), "1883");
     QVERIFY(dialog.in<QLineEdit>("ip")->isVisible());
 }
 
@@ -230,13 +216,13 @@ void TestServerInputDialog::otherProtocolsMayRepeat_data()
     QTest::addColumn<QStringList>("existing");
     for (const QString &protocol : protocols()) {
         QStringList existing = protocols();
-        existing.removeOne(QStringLiteral("ModbusTCP(Slave)"));
+        existing.removeOne("ModbusTCP(Slave)");
         if (protocol == QLatin1String("ModbusTCP(Slave)")) {
-            existing += {QStringLiteral("modbustcp(slave)"), QStringLiteral("ModbusTCP(Slave) ")};
+            existing += {"modbustcp(slave)", "ModbusTCP(Slave) "};
         }
         QTest::newRow(qPrintable(protocol)) << existing;
     }
-    QTest::newRow("HJ212 beside a slave") << QStringList(QStringLiteral("ModbusTCP(Slave)"));
+    QTest::newRow("HJ212 beside a slave") << QStringList("ModbusTCP(Slave)");
 }
 
 void TestServerInputDialog::otherProtocolsMayRepeat()
@@ -246,7 +232,7 @@ void TestServerInputDialog::otherProtocolsMayRepeat()
     Dialog dialog;
     dialog.setExistingProtocols(existing);
     MessageBoxes boxes;
-    dialog.choose(QStringLiteral("SL651"));
+    dialog.choose("SL651");
     dialog.choose(protocol);
     QCOMPARE(boxes.told(), QStringList());
     QCOMPARE(dialog.protocol(), protocol);
@@ -255,27 +241,27 @@ void TestServerInputDialog::otherProtocolsMayRepeat()
 void TestServerInputDialog::handsOutWhatWasEntered()
 {
     Dialog dialog;
-    QTest::keyClicks(dialog.in<QLineEdit>("name"), QStringLiteral("up 1"));
-    QTest::keyClicks(dialog.in<QLineEdit>("description"), QStringLiteral("to the broker"));
-    QTest::keyClicks(dialog.in<QLineEdit>("ip"), QStringLiteral("192.168.1.70"));
+    QTest::keyClicks(dialog.in<QLineEdit>("name"), "up 1");
+    QTest::keyClicks(dialog.in<QLineEdit>("description"), "to the broker");
+    QTest::keyClicks(dialog.in<QLineEdit>("ip"), "192.168.1.70");
     dialog.in<QPushButton>("okButton")->click();
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(dialog.name(), QStringLiteral("up 1"));
-    QCOMPARE(dialog.description(), QStringLiteral("to the broker"));
-    QCOMPARE(dialog.protocol(), QStringLiteral("MQTT"));
-    QCOMPARE(dialog.ip(), QStringLiteral("192.168.1.70"));
-    QCOMPARE(dialog.port(), QStringLiteral("1883"));
+    QCOMPARE(dialog.name(), "up 1");
+    QCOMPARE(dialog.description(), "to the broker");
+    QCOMPARE(dialog.protocol(), "MQTT");
+    QCOMPARE(dialog.ip(), "192.168.1.70");
+    QCOMPARE(dialog.port(), "1883");
     QCOMPARE(dialog.domain(), QString());
 }
 
 void TestServerInputDialog::handsOutWhatIsHidden()
 {
     Dialog dialog;
-    dialog.in<QLineEdit>("ip")->setText(QStringLiteral("10.0.0.1"));
-    dialog.choose(QStringLiteral("OneNetMQTT"));
-    dialog.choose(QStringLiteral("OpcUaServer"));
+    dialog.in<QLineEdit>("ip")->setText("10.0.0.1");
+    dialog.choose("OneNetMQTT");
+    dialog.choose("OpcUaServer");
     QVERIFY(!dialog.in<QLineEdit>("ip")->isVisible());
-    QCOMPARE(dialog.ip(), QStringLiteral("10.0.0.1"));
+    QCOMPARE(dialog.ip(), "10.0.0.1");
     QCOMPARE(dialog.domain(), defaultHost);
 }
 
@@ -283,14 +269,20 @@ void TestServerInputDialog::handsOutTheKeyInEachLanguage_data()
 {
     QTest::addColumn<QString>("shown");
     QTest::addColumn<QString>("port");
-    QTest::newRow("MQTT") << QStringLiteral("MQTT") << QStringLiteral("1883");
-    QTest::newRow("AliMQTT") << QStringLiteral("*AliMQTT") << QStringLiteral("1883");
-    QTest::newRow("OneNetMQTT") << QStringLiteral("*OneNetMQTT") << QStringLiteral("1883");
-    QTest::newRow("HuaWeiMQTT") << QStringLiteral("*HuaWeiMQTT") << QStringLiteral("8883");
-    QTest::newRow("ModbusTCP(Slave)") << QStringLiteral("ModbusTCP(Slave)") << QStringLiteral("502");
-    QTest::newRow("HJ212") << QStringLiteral("HJ212") << QString();
-    QTest::newRow("SL651") << QStringLiteral("SL651") << QString();
-    QTest::newRow("OpcUaServer") << QStringLiteral("OpcUaServer") << QStringLiteral("4840");
+    QTest::newRow("MQTT") << "MQTT"
+                          << "1883";
+    QTest::newRow("AliMQTT") << "*AliMQTT"
+                             << "1883";
+    QTest::newRow("OneNetMQTT") << "*OneNetMQTT"
+                                << "1883";
+    QTest::newRow("HuaWeiMQTT") << "*HuaWeiMQTT"
+                                << "8883";
+    QTest::newRow("ModbusTCP(Slave)") << "ModbusTCP(Slave)"
+                                      << "502";
+    QTest::newRow("HJ212") << "HJ212" << QString();
+    QTest::newRow("SL651") << "SL651" << QString();
+    QTest::newRow("OpcUaServer") << "OpcUaServer"
+                                 << "4840";
 }
 
 void TestServerInputDialog::handsOutTheKeyInEachLanguage()
@@ -313,17 +305,17 @@ void TestServerInputDialog::whatCanBeTyped_data()
     const auto add = [](const char *name, const char *what, const QString &typed, const QString &shown) {
         QTest::addRow("%s: %s", name, what) << typed << shown;
     };
-    add("name", "anything", QStringLiteral("电 a/_"), QStringLiteral("电 a/_"));
-    add("description", "anything", QStringLiteral("电 a/_"), QStringLiteral("电 a/_"));
+    add("name", "anything", "电 a/_", "电 a/_");
+    add("description", "anything", "电 a/_", "电 a/_");
     for (const char *name : {"ip", "domainName"}) {
-        add(name, "dotted", QStringLiteral("192.168.1.70"), QStringLiteral("192.168.1.70"));
-        add(name, "host", QStringLiteral("mqtt.example.com"), QStringLiteral("mqtt.example.com"));
-        add(name, "others", QStringLiteral("电a_b c/"), QStringLiteral("abc"));
+        add(name, "dotted", "192.168.1.70", "192.168.1.70");
+        add(name, "host", "mqtt.example.com", "mqtt.example.com");
+        add(name, "others", "电a_b c/", "abc");
     }
-    add("port", "-1", QStringLiteral("-1"), QStringLiteral("-1"));
-    add("port", "minus", QStringLiteral("-"), QStringLiteral("-"));
-    add("port", "letters", QStringLiteral("a1b2"), QStringLiteral("12"));
-    add("port", "highest", QStringLiteral("655350"), QStringLiteral("65535"));
+    add("port", "-1", "-1", "-1");
+    add("port", "minus", "-", "-");
+    add("port", "letters", "a1b2", "12");
+    add("port", "highest", "655350", "65535");
 }
 
 void TestServerInputDialog::whatCanBeTyped()
@@ -348,13 +340,11 @@ void TestServerInputDialog::enterAcceptsAndEscapeRejects()
 
 void TestServerInputDialog::writesItsLifeToTheLog()
 {
-    const LogTail log(QStringLiteral("ServerInputDialog"));
+    const LogTail log("ServerInputDialog");
     {
         const ServerInputDialog dialog;
     }
-    QCOMPARE(log.events(),
-             QStringList({QStringLiteral("ServerInputDialog: new-nuilt"),
-                          QStringLiteral("ServerInputDialog: destroyed")}));
+    QCOMPARE(log.events(), QStringList({"ServerInputDialog: new-nuilt", "ServerInputDialog: destroyed"}));
 }
 
 QTEST_MAIN(TestServerInputDialog)

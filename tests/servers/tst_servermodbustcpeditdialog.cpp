@@ -37,32 +37,32 @@ private slots:
 void TestServerModbusTCPEditDialog::fieldsInTheirOrder()
 {
     QCOMPARE(inputs(*m_form), texts({"Server Name:|name", "Type:|type", "Protocol:|protocol", "Port:|port"}));
-    QCOMPARE(edit(*m_form, "name")->text(), QStringLiteral("Map"));
+    QCOMPARE(edit(*m_form, "name")->text(), "Map");
     QVERIFY(edit(*m_form, "name")->isReadOnly());
     QCOMPARE(list(*m_form, "protocol")->count(), 1);
-    QCOMPARE(list(*m_form, "protocol")->currentText(), QStringLiteral("ModbusTCP(Slave)"));
-    QCOMPARE(edit(*m_form, "port")->text(), QStringLiteral("502"));
+    QCOMPARE(list(*m_form, "protocol")->currentText(), "ModbusTCP(Slave)");
+    QCOMPARE(edit(*m_form, "port")->text(), "502");
 }
 
 void TestServerModbusTCPEditDialog::openingMakesTheTypeSlave()
 {
     QStandardItem item;
-    item.setData(QStringLiteral("Master"), serverTypeRole);
+    item.setData("Master", serverTypeRole);
     const ServerModbusTCPEditDialog form(&item, nullptr);
-    QCOMPARE(edit(form, "type")->text(), QStringLiteral("Master"));
+    QCOMPARE(edit(form, "type")->text(), "Master");
     QMap<int, QVariant> expected;
-    expected.insert(serverTypeRole, QStringLiteral("Slave"));
+    expected.insert(serverTypeRole, "Slave");
     QCOMPARE(rolesOf(item), expected);
     const ServerModbusTCPEditDialog again(&item, nullptr);
-    QCOMPARE(edit(again, "type")->text(), QStringLiteral("Slave"));
+    QCOMPARE(edit(again, "type")->text(), "Slave");
 }
 
 void TestServerModbusTCPEditDialog::tabsAndColumns()
 {
     const auto *tabs = m_form->findChild<QTabWidget *>();
     QCOMPARE(tabs->count(), 2);
-    QCOMPARE(tabs->tabText(0), QStringLiteral("Holding Register"));
-    QCOMPARE(tabs->tabText(1), QStringLiteral("Input Register"));
+    QCOMPARE(tabs->tabText(0), "Holding Register");
+    QCOMPARE(tabs->tabText(1), "Input Register");
     for (const char *name : {"holdingRegisters", "inputRegisters"}) {
         QCOMPARE(headers(view(name)),
                  texts({"PLC Name", "Variable Name", "Data Type", "Modbus Address", "Address length"}));
@@ -122,32 +122,29 @@ void TestServerModbusTCPEditDialog::addressLength()
     QFETCH(QString, type);
     QFETCH(QString, length);
     QFETCH(QString, registers);
-    m_form->handleImportedData({point(QStringLiteral("p"), type, length)}, source);
+    m_form->handleImportedData({point("p", type, length)}, source);
     m_form->saveData();
-    QCOMPARE(rowsOf(*m_item, serverHoldingRegistersRole),
-             RowList{row(QStringLiteral("p"), type, QStringLiteral("0"), registers)});
+    QCOMPARE(rowsOf(*m_item, serverHoldingRegistersRole), RowList{row("p", type, "0", registers)});
 }
 
 void TestServerModbusTCPEditDialog::addressesGrowByTheLengths()
 {
-    m_form->handleImportedData({point(QStringLiteral("a"), QStringLiteral("bool")),
-                                point(QStringLiteral("b"), QStringLiteral("float"))},
-                               source);
-    m_form->handleImportedData({point(QStringLiteral("c"), QStringLiteral("double"))}, source);
+    m_form->handleImportedData({point("a", "bool"), point("b", "float")}, source);
+    m_form->handleImportedData({point("c", "double")}, source);
     QCOMPARE(addresses(holding()), texts({"0", "1", "3"}));
 }
 
 void TestServerModbusTCPEditDialog::addressesHeedNoEdit()
 {
-    m_form->handleImportedData({point(QStringLiteral("a")), point(QStringLiteral("b"))}, source);
+    m_form->handleImportedData({point("a"), point("b")}, source);
     setAddress(holding(), 0, "2");
-    m_form->handleImportedData({point(QStringLiteral("c")), point(QStringLiteral("d"))}, source);
+    m_form->handleImportedData({point("c"), point("d")}, source);
     QCOMPARE(addresses(holding()), texts({"2", "1", "2", "3"}));
 }
 
 void TestServerModbusTCPEditDialog::onlyTheAddressOfAnImportedRowIsEditable()
 {
-    m_form->handleImportedData({point(QStringLiteral("a"))}, source);
+    m_form->handleImportedData({point("a")}, source);
     for (int column = 0; column < holding()->columnCount(); ++column) {
         QCOMPARE(bool(holding()->index(0, column).flags() & Qt::ItemIsEditable), column == addressColumn);
     }
@@ -167,11 +164,15 @@ void TestServerModbusTCPEditDialog::pointThatIsThereIsTold_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("type");
     QTest::addColumn<bool>("refused");
-    QTest::newRow("the same") << source << QStringLiteral("a") << QStringLiteral("int16") << true;
-    QTest::newRow("other type") << source << QStringLiteral("a") << QStringLiteral("int32") << false;
-    QTest::newRow("other name") << source << QStringLiteral("A") << QStringLiteral("int16") << false;
-    QTest::newRow("other source") << QStringLiteral("Meter B") << QStringLiteral("a")
-                                  << QStringLiteral("int16") << false;
+    QTest::newRow("the same") << source << "a"
+                              << "int16" << true;
+    QTest::newRow("other type") << source << "a"
+                                << "int32" << false;
+    QTest::newRow("other name") << source << "A"
+                                << "int16" << false;
+    QTest::newRow("other source") << "Meter B"
+                                  << "a"
+                                  << "int16" << false;
 }
 
 void TestServerModbusTCPEditDialog::pointThatIsThereIsTold()
@@ -180,21 +181,20 @@ void TestServerModbusTCPEditDialog::pointThatIsThereIsTold()
     QFETCH(QString, name);
     QFETCH(QString, type);
     QFETCH(bool, refused);
-    m_form->handleImportedData({point(QStringLiteral("a"), QStringLiteral("int16"))}, source);
-    m_form->handleImportedData({point(name, type), point(QStringLiteral("next"))}, plc);
+    m_form->handleImportedData({point("a", "int16")}, source);
+    m_form->handleImportedData({point(name, type), point("next")}, plc);
     QCOMPARE(m_workspace->messages,
-             refused ? QStringList(
-                 QStringLiteral("The data with device name '% 2' and variable name '% 1' already exists."))
+             refused ? QStringList("The data with device name '% 2' and variable name '% 1' already exists.")
                      : QStringList());
     QCOMPARE(holding()->rowCount(), refused ? 2 : 3);
-    QCOMPARE(holding()->index(holding()->rowCount() - 1, 1).data().toString(), QStringLiteral("next"));
+    QCOMPARE(holding()->index(holding()->rowCount() - 1, 1).data().toString(), "next");
 }
 
 void TestServerModbusTCPEditDialog::importIsAnnounced()
 {
     QSignalSpy imported(m_form, SIGNAL(dataImported(QList<QJsonObject>, QString)));
     QVERIFY(imported.isValid());
-    const QList<QJsonObject> points = {point(QStringLiteral("a"))};
+    const QList<QJsonObject> points = {point("a")};
     m_form->handleImportedData(points, source);
     QCOMPARE(imported.size(), 1);
     QCOMPARE(imported.first().at(0).value<QList<QJsonObject>>(), points);
@@ -203,7 +203,7 @@ void TestServerModbusTCPEditDialog::importIsAnnounced()
 
 void TestServerModbusTCPEditDialog::namesStandInToolTips()
 {
-    m_form->handleImportedData({point(QStringLiteral("a"), QStringLiteral("float"))}, source);
+    m_form->handleImportedData({point("a", "float")}, source);
     QStringList shown;
     for (int column = 0; column < holding()->columnCount(); ++column) {
         shown.append(holding()->index(0, column).data(Qt::ToolTipRole).toString());
@@ -213,52 +213,43 @@ void TestServerModbusTCPEditDialog::namesStandInToolTips()
 
 void TestServerModbusTCPEditDialog::saveWritesTheRowsOnly()
 {
-    edit(*m_form, "type")->setText(QStringLiteral("Master"));
-    edit(*m_form, "port")->setText(QStringLiteral("1502"));
-    m_form->handleImportedData({point(QStringLiteral("a"), QStringLiteral("float")),
-                                point(QStringLiteral("b"), QStringLiteral("string"), QStringLiteral("5"))},
-                               source);
+    edit(*m_form, "type")->setText("Master");
+    edit(*m_form, "port")->setText("1502");
+    m_form->handleImportedData({point("a", "float"), point("b", "string", "5")}, source);
     setAddress(holding(), 1, "40");
     showInput();
-    m_form->handleImportedData({point(QStringLiteral("c"), QStringLiteral("uint64"))},
-                               QStringLiteral("Meter B"));
+    m_form->handleImportedData({point("c", "uint64")}, "Meter B");
     press(*m_form, "saveButton");
-    QCOMPARE(
-        rowsOf(*m_item, serverHoldingRegistersRole),
-        (RowList{
-            row(QStringLiteral("a"), QStringLiteral("float"), QStringLiteral("0"), QStringLiteral("2")),
-            row(QStringLiteral("b"), QStringLiteral("string"), QStringLiteral("40"), QStringLiteral("3"))}));
-    QCOMPARE(rowsOf(*m_item, serverInputRegistersRole),
-             (RowList{{QStringLiteral("Meter B"), QStringLiteral("c"), QStringLiteral("uint64"),
-                       QStringLiteral("0"), QStringLiteral("4")}}));
+    QCOMPARE(rowsOf(*m_item, serverHoldingRegistersRole),
+             (RowList{row("a", "float", "0", "2"), row("b", "string", "40", "3")}));
+    QCOMPARE(rowsOf(*m_item, serverInputRegistersRole), (RowList{{"Meter B", "c", "uint64", "0", "4"}}));
     auto roles = rolesOf(*m_item);
     roles.remove(serverHoldingRegistersRole);
     roles.remove(serverInputRegistersRole);
     QMap<int, QVariant> expected;
-    expected.insert(serverProtocolRole, QStringLiteral("ModbusTCP(Slave)"));
-    expected.insert(serverPortRole, QStringLiteral("502"));
-    expected.insert(serverTypeRole, QStringLiteral("Slave"));
+    expected.insert(serverProtocolRole, "ModbusTCP(Slave)");
+    expected.insert(serverPortRole, "502");
+    expected.insert(serverTypeRole, "Slave");
     QCOMPARE(roles, expected);
-    QCOMPARE(m_workspace->messages,
-             QStringList(QStringLiteral("The Server ModbusTCP(Slave) 'Map' is saved successfully.")));
+    QCOMPARE(m_workspace->messages, QStringList("The Server ModbusTCP(Slave) 'Map' is saved successfully."));
 }
 
 void TestServerModbusTCPEditDialog::replaceItemShowsTheOther()
 {
     load(rowsOfLengths({1, 1}));
     showInput();
-    m_form->handleImportedData({point(QStringLiteral("a"))}, source);
-    QStandardItem other(QStringLiteral("Second"));
-    other.setData(QStringLiteral("ModbusTCP(Slave)"), serverProtocolRole);
-    other.setData(QStringLiteral("Other"), serverTypeRole);
-    other.setData(QStringLiteral("77"), serverPortRole);
+    m_form->handleImportedData({point("a")}, source);
+    QStandardItem other("Second");
+    other.setData("ModbusTCP(Slave)", serverProtocolRole);
+    other.setData("Other", serverTypeRole);
+    other.setData("77", serverPortRole);
     other.setData(QVariant::fromValue(rowsOfLengths({3})), serverHoldingRegistersRole);
     m_form->replaceItem(&other);
-    QCOMPARE(edit(*m_form, "name")->text(), QStringLiteral("Second"));
-    QCOMPARE(edit(*m_form, "type")->text(), QStringLiteral("Other"));
-    QCOMPARE(other.data(serverTypeRole), QVariant(QStringLiteral("Other")));
-    QCOMPARE(edit(*m_form, "port")->text(), QStringLiteral("77"));
-    QCOMPARE(list(*m_form, "protocol")->currentText(), QStringLiteral("ModbusTCP(Slave)"));
+    QCOMPARE(edit(*m_form, "name")->text(), "Second");
+    QCOMPARE(edit(*m_form, "type")->text(), "Other");
+    QCOMPARE(other.data(serverTypeRole), QVariant("Other"));
+    QCOMPARE(edit(*m_form, "port")->text(), "77");
+    QCOMPARE(list(*m_form, "protocol")->currentText(), "ModbusTCP(Slave)");
     QVERIFY(QMetaObject::invokeMethod(m_form, "saveData"));
     QCOMPARE(rowsOf(other, serverHoldingRegistersRole), rowsOfLengths({3}));
     QCOMPARE(rowsOf(other, serverInputRegistersRole), RowList());
@@ -276,13 +267,13 @@ void TestServerModbusTCPEditDialog::clearDataEmptiesTheForm()
 {
     load(rowsOfLengths({1, 2}));
     showInput();
-    m_form->handleImportedData({point(QStringLiteral("a"))}, source);
+    m_form->handleImportedData({point("a")}, source);
     QVERIFY(QMetaObject::invokeMethod(m_form, "clearData"));
     for (const char *name : {"name", "type", "port"}) {
         QCOMPARE(edit(*m_form, name)->text(), QString());
     }
     QCOMPARE(holding()->rowCount() + input()->rowCount(), 0);
-    QCOMPARE(headers(view("inputRegisters")).first(), QStringLiteral("PLC Name"));
+    QCOMPARE(headers(view("inputRegisters")).first(), "PLC Name");
 }
 
 void TestServerModbusTCPEditDialog::closeDialogCancels()

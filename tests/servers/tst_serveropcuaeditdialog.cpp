@@ -18,7 +18,7 @@ namespace {
 
 QStandardItem *addOpcUa(QStandardItemModel *model, const QVariant &anonymous)
 {
-    QStandardItem *item = addServer(model, QStringLiteral("up"), QStringLiteral("OpcUaServer"));
+    QStandardItem *item = addServer(model, "up", "OpcUaServer");
     item->setData(anonymous, serverAnonymousRole);
     return item;
 }
@@ -29,13 +29,11 @@ void TestServerOPCUAEditDialog::newServerShowsItsPortAndNoLogIn()
 {
     QStandardItemModel model;
     QStandardItem *item = addOpcUa(&model, QVariant());
-    item->setData(QStringLiteral("4840"), serverPortRole);
+    item->setData("4840", serverPortRole);
     const ServerOPCUAEditDialog form(item, nullptr);
     QCOMPARE(valuesOf(form),
-             QStringList({QStringLiteral("name=up"), QStringLiteral("description="),
-                          QStringLiteral("protocol=OpcUaServer"), QStringLiteral("port=4840"),
-                          QStringLiteral("anonymous=false"), QStringLiteral("username="),
-                          QStringLiteral("password=")}));
+             QStringList({"name=up", "description=", "protocol=OpcUaServer", "port=4840", "anonymous=false",
+                          "username=", "password="}));
 }
 
 void TestServerOPCUAEditDialog::storedChoiceIsShown_data()
@@ -43,14 +41,14 @@ void TestServerOPCUAEditDialog::storedChoiceIsShown_data()
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<QString>("opened");
     QTest::addColumn<QString>("reboundFromTrue");
-    const QString yes = QStringLiteral("true");
-    const QString no = QStringLiteral("false");
+    const QString yes = "true";
+    const QString no = "false";
     QTest::newRow("true") << QVariant(yes) << yes << yes;
     QTest::newRow("false") << QVariant(no) << no << no;
     QTest::newRow("unset") << QVariant() << no << yes;
     QTest::newRow("empty") << QVariant(QString()) << no << yes;
-    QTest::newRow("capital") << QVariant(QStringLiteral("True")) << no << yes;
-    QTest::newRow("other") << QVariant(QStringLiteral("1")) << no << yes;
+    QTest::newRow("capital") << QVariant("True") << no << yes;
+    QTest::newRow("other") << QVariant("1") << no << yes;
 }
 
 // An open form that is pointed at a Server whose text is of neither entry goes on showing what it showed.
@@ -63,8 +61,8 @@ void TestServerOPCUAEditDialog::storedChoiceIsShown()
     QStandardItem *item = addOpcUa(&model, stored);
     ServerOPCUAEditDialog form(item, nullptr);
     QCOMPARE(input<QComboBox>(form, "anonymous")->currentText(), opened);
-    form.replaceItem(addOpcUa(&model, QStringLiteral("true")));
-    QCOMPARE(input<QComboBox>(form, "anonymous")->currentText(), QStringLiteral("true"));
+    form.replaceItem(addOpcUa(&model, "true"));
+    QCOMPARE(input<QComboBox>(form, "anonymous")->currentText(), "true");
     form.replaceItem(item);
     QCOMPARE(input<QComboBox>(form, "anonymous")->currentText(), reboundFromTrue);
     form.saveChanges();
@@ -74,23 +72,23 @@ void TestServerOPCUAEditDialog::storedChoiceIsShown()
 void TestServerOPCUAEditDialog::anonymousLeavesTheCredentialsEditable()
 {
     QStandardItemModel model;
-    QStandardItem *item = addOpcUa(&model, QStringLiteral("false"));
+    QStandardItem *item = addOpcUa(&model, "false");
     ServerOPCUAEditDialog form(item, nullptr);
-    input<QComboBox>(form, "anonymous")->setCurrentText(QStringLiteral("true"));
+    input<QComboBox>(form, "anonymous")->setCurrentText("true");
     for (const char *name : {"username", "password"}) {
         QVERIFY2(input<QLineEdit>(form, name)->isEnabled(), name);
-        QTest::keyClicks(input<QLineEdit>(form, name), QStringLiteral("ann"));
+        QTest::keyClicks(input<QLineEdit>(form, name), "ann");
     }
     form.saveChanges();
-    QCOMPARE(item->data(serverAnonymousRole), QVariant(QStringLiteral("true")));
-    QCOMPARE(item->data(serverUsernameRole), QVariant(QStringLiteral("ann")));
-    QCOMPARE(item->data(serverPasswordRole), QVariant(QStringLiteral("ann")));
+    QCOMPARE(item->data(serverAnonymousRole), QVariant("true"));
+    QCOMPARE(item->data(serverUsernameRole), QVariant("ann"));
+    QCOMPARE(item->data(serverPasswordRole), QVariant("ann"));
 }
 
 void TestServerOPCUAEditDialog::clearDataTakesTheChoiceAway()
 {
     QStandardItemModel model;
-    QStandardItem *item = addOpcUa(&model, QStringLiteral("true"));
+    QStandardItem *item = addOpcUa(&model, "true");
     ServerOPCUAEditDialog form(item, nullptr);
     form.clearData();
     QCOMPARE(input<QComboBox>(form, "anonymous")->count(), 0);

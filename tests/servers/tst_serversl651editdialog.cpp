@@ -54,7 +54,7 @@ private:
 
 namespace {
 
-const QString source = QStringLiteral("Gauge");
+const QString source = "Gauge";
 constexpr int elementCount = int(sizeof(sl651Codes) / sizeof(*sl651Codes));
 
 QComboBox *code(const QWidget &form, int row)
@@ -71,8 +71,8 @@ RowList onePoint(const char *element)
 
 void TestServerSL651EditDialog::init()
 {
-    m_item = new QStandardItem(QStringLiteral("Station"));
-    m_item->setData(QStringLiteral("SL651"), serverProtocolRole);
+    m_item = new QStandardItem("Station");
+    m_item->setData("SL651", serverProtocolRole);
     m_workspace = new WorkspaceFake;
     m_boxes = new MessageBoxes(this);
 }
@@ -90,22 +90,19 @@ void TestServerSL651EditDialog::fieldsInTheirOrder()
 {
     const ServerSL651EditDialog form(m_item, m_workspace);
     QCOMPARE(inputs(form),
-             (QStringList{QStringLiteral("Server Name:|name"), QStringLiteral("Protocol:|protocol"),
-                          QStringLiteral("IP Address:|ip"), QStringLiteral("Port:|port"),
-                          QStringLiteral("centralStationAddress:|centralStationAddress"),
-                          QStringLiteral("remoteStationAddress:|remoteStationAddress"),
-                          QStringLiteral("Password:|password"),
-                          QStringLiteral("remoteStationType:|remoteStationType")}));
+             (QStringList{"Server Name:|name", "Protocol:|protocol", "IP Address:|ip", "Port:|port",
+                          "centralStationAddress:|centralStationAddress",
+                          "remoteStationAddress:|remoteStationAddress", "Password:|password",
+                          "remoteStationType:|remoteStationType"}));
     QVERIFY(edit(form, "name")->isReadOnly());
-    QCOMPARE(edit(form, "name")->text(), QStringLiteral("Station"));
+    QCOMPARE(edit(form, "name")->text(), "Station");
     QVERIFY(!list(form, "protocol")->isEnabled());
-    QCOMPARE(list(form, "protocol")->currentText(), QStringLiteral("SL651"));
+    QCOMPARE(list(form, "protocol")->currentText(), "SL651");
     QCOMPARE(list(form, "protocol")->count(), 1);
     QCOMPARE(list(form, "remoteStationType")->count(), 11);
     QCOMPARE(edit(form, "password")->echoMode(), QLineEdit::Password);
     QVERIFY(qobject_cast<const QRegExpValidator *>(edit(form, "ip")->validator()));
-    QCOMPARE(headers(pointTable(form)),
-             (QStringList{QStringLiteral("PLC Name"), QStringLiteral("Name"), QStringLiteral("Code")}));
+    QCOMPARE(headers(pointTable(form)), (QStringList{"PLC Name", "Name", "Code"}));
 }
 
 void TestServerSL651EditDialog::openingWritesNothing()
@@ -234,7 +231,7 @@ void TestServerSL651EditDialog::unknownElementIsSavedAsTheFirst()
     QFETCH(QString, stored);
     m_item->setData(QVariant::fromValue(onePoint(stored.toLatin1().constData())), serverPointsRole);
     ServerSL651EditDialog form(m_item, m_workspace);
-    QCOMPARE(code(form, 0)->currentText(), QStringLiteral("Observation time guide symbol"));
+    QCOMPARE(code(form, 0)->currentText(), "Observation time guide symbol");
     press(form, "saveButton");
     QCOMPARE(rowsOf(*m_item, serverPointsRole), onePoint("F0"));
 }
@@ -255,10 +252,10 @@ void TestServerSL651EditDialog::textThatIsNoElementIsStoredAsItStands()
                     serverPointsRole);
     ServerSL651EditDialog form(m_item, m_workspace);
     for (int row : {0, 1}) {
-        code(form, row)->insertItem(place, QStringLiteral("snow depth"));
+        code(form, row)->insertItem(place, "snow depth");
     }
     code(form, 0)->setCurrentIndex(place);
-    form.handleImportedData({point(QStringLiteral("new"))}, source);
+    form.handleImportedData({point("new")}, source);
     press(form, "saveButton");
     QCOMPARE(rowsOf(*m_item, serverPointsRole),
              (RowList{pointRow("Gauge", "own", "snow depth"), pointRow("Gauge", "ph", "46"),
@@ -273,11 +270,11 @@ void TestServerSL651EditDialog::codesAreFoundInTheLanguageOfTheMoment()
     m_item->setData(QVariant::fromValue(onePoint("25")), serverPointsRole);
     ServerSL651EditDialog form(m_item, m_workspace);
     QTranslator language;
-    QVERIFY(language.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    QVERIFY(language.load(":/adsdemo/chinese.qm"));
     QVERIFY(QCoreApplication::installTranslator(&language));
-    form.handleImportedData({point(QStringLiteral("new"))}, source);
+    form.handleImportedData({point("new")}, source);
     code(form, 1)->setCurrentText(ServerSL651EditDialog::tr("Rainstorm"));
-    QVERIFY(code(form, 1)->currentText() != QStringLiteral("Rainstorm"));
+    QVERIFY(code(form, 1)->currentText() != "Rainstorm");
     press(form, "saveButton");
     QCOMPARE(rowsOf(*m_item, serverPointsRole),
              (RowList{pointRow("Gauge", "p", "Rainstorm"), pointRow("Gauge", "new", "25")}));
@@ -319,11 +316,11 @@ void TestServerSL651EditDialog::centralStationAddress_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<bool>("refused");
-    QTest::newRow("FF") << QStringLiteral("FF") << false;
-    QTest::newRow("1") << QStringLiteral("1") << false;
-    QTest::newRow("0a") << QStringLiteral("0a") << false;
-    QTest::newRow("0") << QStringLiteral("0") << true;
-    QTest::newRow("00") << QStringLiteral("00") << true;
+    QTest::newRow("FF") << "FF" << false;
+    QTest::newRow("1") << "1" << false;
+    QTest::newRow("0a") << "0a" << false;
+    QTest::newRow("0") << "0" << true;
+    QTest::newRow("00") << "00" << true;
 }
 
 void TestServerSL651EditDialog::centralStationAddress()
@@ -339,9 +336,8 @@ void TestServerSL651EditDialog::centralStationAddress()
     QTest::keyClick(input, Qt::Key_Return);
     QCOMPARE(input->text(), refused ? QString() : typed);
     QCOMPARE(m_boxes->told(),
-             refused
-                 ? QStringList(QStringLiteral("Input Error|Please enter a valid address between 1 and 255."))
-                 : QStringList());
+             refused ? QStringList("Input Error|Please enter a valid address between 1 and 255.")
+                     : QStringList());
 }
 
 void TestServerSL651EditDialog::emptyCentralStationAddressIsNoAddress()
@@ -351,7 +347,7 @@ void TestServerSL651EditDialog::emptyCentralStationAddressIsNoAddress()
     QVERIFY(QMetaObject::invokeMethod(&form, "validateCentralStationAddress"));
     QCOMPARE(m_boxes->told().size(), 1);
     m_boxes->expect();
-    edit(form, "centralStationAddress")->setText(QStringLiteral("100")); // 256, as a file may give it
+    edit(form, "centralStationAddress")->setText("100"); // 256, as a file may give it
     QVERIFY(QMetaObject::invokeMethod(&form, "validateCentralStationAddress"));
     QCOMPARE(edit(form, "centralStationAddress")->text(), QString());
 }
@@ -359,16 +355,16 @@ void TestServerSL651EditDialog::emptyCentralStationAddressIsNoAddress()
 void TestServerSL651EditDialog::shortPasswordIsStored()
 {
     const ServerSL651EditDialog form(m_item, m_workspace);
-    QTest::keyClicks(edit(form, "password"), QStringLiteral("1A2"));
+    QTest::keyClicks(edit(form, "password"), "1A2");
     press(form, "saveButton");
-    QCOMPARE(m_item->data(serverPasswordRole), QVariant(QStringLiteral("1A2")));
+    QCOMPARE(m_item->data(serverPasswordRole), QVariant("1A2"));
 }
 
 void TestServerSL651EditDialog::importedPointStartsWithTheFirstElement()
 {
     ServerSL651EditDialog form(m_item, m_workspace);
-    form.handleImportedData({point(QStringLiteral("rain"))}, source);
-    QCOMPARE(code(form, 0)->currentText(), QStringLiteral("Observation time guide symbol"));
+    form.handleImportedData({point("rain")}, source);
+    QCOMPARE(code(form, 0)->currentText(), "Observation time guide symbol");
     for (int column = 0; column < 2; ++column) {
         QVERIFY(!(pointTable(form)->item(0, column)->flags() & Qt::ItemIsEditable));
     }
@@ -379,9 +375,9 @@ void TestServerSL651EditDialog::importedPointStartsWithTheFirstElement()
 void TestServerSL651EditDialog::pointThatIsThereIsSkippedSilently()
 {
     ServerSL651EditDialog form(m_item, m_workspace);
-    form.handleImportedData({point(QStringLiteral("rain")), point(QStringLiteral("rain"))}, source);
-    form.handleImportedData({point(QStringLiteral("rain"), QStringLiteral("float"))}, source);
-    form.handleImportedData({point(QStringLiteral("rain"))}, QStringLiteral("Other"));
+    form.handleImportedData({point("rain"), point("rain")}, source);
+    form.handleImportedData({point("rain", "float")}, source);
+    form.handleImportedData({point("rain")}, "Other");
     QCOMPARE(m_workspace->messages, QStringList());
     press(form, "saveButton");
     QCOMPARE(rowsOf(*m_item, serverPointsRole),
@@ -391,7 +387,7 @@ void TestServerSL651EditDialog::pointThatIsThereIsSkippedSilently()
 void TestServerSL651EditDialog::wheelChangesNoCode()
 {
     ServerSL651EditDialog form(m_item, m_workspace);
-    form.handleImportedData({point(QStringLiteral("rain"))}, source);
+    form.handleImportedData({point("rain")}, source);
     form.resize(800, 700);
     form.show();
     code(form, 0)->setCurrentIndex(5);
@@ -413,7 +409,7 @@ void TestServerSL651EditDialog::wheelChangesNoCode()
 void TestServerSL651EditDialog::rightClickOnACodeOpensNoMenu()
 {
     ServerSL651EditDialog form(m_item, m_workspace);
-    form.handleImportedData({point(QStringLiteral("rain")), point(QStringLiteral("wind"))}, source);
+    form.handleImportedData({point("rain"), point("wind")}, source);
     form.show();
     pointTable(form)->selectRow(0);
     const ModalDialogs menus;
@@ -430,30 +426,29 @@ void TestServerSL651EditDialog::saveWritesEveryRole()
         QVariant::fromValue(RowList{pointRow("Gauge", "level", "39"), pointRow("Pump", "ph", "46")}),
         serverPointsRole);
     ServerSL651EditDialog form(m_item, m_workspace);
-    edit(form, "ip")->setText(QStringLiteral("10.1.2.3"));
-    edit(form, "port")->setText(QStringLiteral("9001"));
-    edit(form, "centralStationAddress")->setText(QStringLiteral("FF"));
-    edit(form, "remoteStationAddress")->setText(QStringLiteral("0012345678"));
-    edit(form, "password")->setText(QStringLiteral("A1B2"));
+    edit(form, "ip")->setText("10.1.2.3");
+    edit(form, "port")->setText("9001");
+    edit(form, "centralStationAddress")->setText("FF");
+    edit(form, "remoteStationAddress")->setText("0012345678");
+    edit(form, "password")->setText("A1B2");
     list(form, "remoteStationType")->setCurrentIndex(2);
-    code(form, 1)->setCurrentText(QStringLiteral("dissolved oxygen"));
+    code(form, 1)->setCurrentText("dissolved oxygen");
     press(form, "saveButton");
     QMap<int, QVariant> expected;
-    expected.insert(serverProtocolRole, QStringLiteral("SL651"));
-    expected.insert(serverIpRole, QStringLiteral("10.1.2.3"));
-    expected.insert(serverPortRole, QStringLiteral("9001"));
-    expected.insert(serverCentralStationAddressRole, QStringLiteral("FF"));
-    expected.insert(serverRemoteStationAddressRole, QStringLiteral("0012345678"));
-    expected.insert(serverPasswordRole, QStringLiteral("A1B2"));
+    expected.insert(serverProtocolRole, "SL651");
+    expected.insert(serverIpRole, "10.1.2.3");
+    expected.insert(serverPortRole, "9001");
+    expected.insert(serverCentralStationAddressRole, "FF");
+    expected.insert(serverRemoteStationAddressRole, "0012345678");
+    expected.insert(serverPasswordRole, "A1B2");
     expected.insert(serverRemoteStationTypeRole, 75);
     QCOMPARE(rowsOf(*m_item, serverPointsRole),
              (RowList{pointRow("Gauge", "level", "39"), pointRow("Pump", "ph", "47")}));
     auto roles = rolesOf(*m_item);
     roles.remove(serverPointsRole);
     QCOMPARE(roles, expected);
-    QCOMPARE(m_item->text(), QStringLiteral("Station"));
-    QCOMPARE(m_workspace->messages,
-             QStringList(QStringLiteral("The Server SL651 'Station' is saved successfully.")));
+    QCOMPARE(m_item->text(), "Station");
+    QCOMPARE(m_workspace->messages, QStringList("The Server SL651 'Station' is saved successfully."));
 }
 
 void TestServerSL651EditDialog::replaceItemShowsTheOther()
@@ -461,19 +456,19 @@ void TestServerSL651EditDialog::replaceItemShowsTheOther()
     m_item->setData(QVariant::fromValue(RowList{pointRow("a", "b", "01"), pointRow("d", "e", "02")}),
                     serverPointsRole);
     ServerSL651EditDialog form(m_item, m_workspace);
-    QStandardItem other(QStringLiteral("Second"));
-    other.setData(QStringLiteral("1.2.3.4"), serverIpRole);
-    other.setData(QStringLiteral("77"), serverPortRole);
-    other.setData(QStringLiteral("0B"), serverCentralStationAddressRole);
-    other.setData(QStringLiteral("99"), serverRemoteStationAddressRole);
-    other.setData(QStringLiteral("1234"), serverPasswordRole);
+    QStandardItem other("Second");
+    other.setData("1.2.3.4", serverIpRole);
+    other.setData("77", serverPortRole);
+    other.setData("0B", serverCentralStationAddressRole);
+    other.setData("99", serverRemoteStationAddressRole);
+    other.setData("1234", serverPasswordRole);
     other.setData(84, serverRemoteStationTypeRole);
     other.setData(QVariant::fromValue(RowList{pointRow("g", "h", "75")}), serverPointsRole);
     form.replaceItem(&other);
     QCOMPARE(
         textsOf(form, {"name", "ip", "port", "centralStationAddress", "remoteStationAddress", "password"}),
         (QStringList{"Second", "1.2.3.4", "77", "0B", "99", "1234"}));
-    QCOMPARE(list(form, "remoteStationType")->currentText(), QStringLiteral("tide"));
+    QCOMPARE(list(form, "remoteStationType")->currentText(), "tide");
     press(form, "saveButton");
     QCOMPARE(rowsOf(other, serverPointsRole), RowList{pointRow("g", "h", "75")});
     QCOMPARE(rowsOf(*m_item, serverPointsRole).size(), 2);
@@ -482,7 +477,7 @@ void TestServerSL651EditDialog::replaceItemShowsTheOther()
 void TestServerSL651EditDialog::clearDataEmptiesTheForm()
 {
     m_item->setData(79, serverRemoteStationTypeRole);
-    m_item->setData(QStringLiteral("1.2.3.4"), serverIpRole);
+    m_item->setData("1.2.3.4", serverIpRole);
     m_item->setData(QVariant::fromValue(onePoint("01")), serverPointsRole);
     ServerSL651EditDialog form(m_item, m_workspace);
     form.clearData();
@@ -499,7 +494,7 @@ void TestServerSL651EditDialog::thousandPointsComeBack()
 {
     RowList stored;
     for (int number = 0; number < 1000; ++number) {
-        stored.append({source, QStringLiteral("p%1").arg(number),
+        stored.append({source, QString("p%1").arg(number),
                        QString::fromLatin1(sl651Codes[number % elementCount].code)});
     }
     comparePointsAfterSave<ServerSL651EditDialog>(m_item, stored);

@@ -40,12 +40,10 @@ QStandardItem *serviceOf(QStandardItem *project)
 bool makeCertificates(const QString &openssl)
 {
     const QStringList commands{
-        QStringLiteral(
-            "req -x509 -newkey rsa:2048 -nodes -keyout root.key -out root.pem -days 2 -subj /CN=root"),
-        QStringLiteral("req -newkey rsa:2048 -nodes -keyout server.key -out server.csr -subj /CN=server"),
-        QStringLiteral(
-            "x509 -req -in server.csr -CA root.pem -CAkey root.key -CAcreateserial -days 2 -out server.crt"),
-        QStringLiteral("x509 -in server.crt -outform DER -out server.der"),
+        "req -x509 -newkey rsa:2048 -nodes -keyout root.key -out root.pem -days 2 -subj /CN=root",
+        "req -newkey rsa:2048 -nodes -keyout server.key -out server.csr -subj /CN=server",
+        "x509 -req -in server.csr -CA root.pem -CAkey root.key -CAcreateserial -days 2 -out server.crt",
+        "x509 -in server.crt -outform DER -out server.der",
     };
     for (const QString &command : commands) {
         if (QProcess::execute(openssl, command.split(QLatin1Char(' '))) != 0) {
@@ -61,11 +59,10 @@ void TestServiceDocument::select(ServiceIEC61850EditDialog &form, const QString 
 {
     ModalDialogs dialogs;
     dialogs.expect([&file](QWidget *dialog) {
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))
-            ->setText(QFileInfo(file).absoluteFilePath());
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(QFileInfo(file).absoluteFilePath());
         QMetaObject::invokeMethod(dialog, "accept");
     });
-    form.findChild<QPushButton *>(slot + QStringLiteral("Select"))->click();
+    form.findChild<QPushButton *>(slot + "Select")->click();
     QCOMPARE(dialogs.unexpected(), QStringList());
     QCOMPARE(dialogs.pending(), 0);
 }
@@ -73,31 +70,29 @@ void TestServiceDocument::select(ServiceIEC61850EditDialog &form, const QString 
 void TestServiceDocument::certificatesSurviveSaveAndLoadByteForByte()
 {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    const QString openssl = QStandardPaths::findExecutable(QStringLiteral("openssl"));
+    const QString openssl = QStandardPaths::findExecutable("openssl");
     if (openssl.isEmpty()) {
         QSKIP("openssl is not installed");
     }
     QVERIFY(makeCertificates(openssl));
 
     QStandardItemModel model;
-    QStandardItem *project =
-        ProjectTree::makeProject(QStringLiteral("Secure"), QDir::currentPath(), QStringLiteral("with SSL"));
+    QStandardItem *project = ProjectTree::makeProject("Secure", QDir::currentPath(), "with SSL");
     model.appendRow(project);
     ProjectTree::appendMissingFolders(project);
     QStandardItem *service = ProjectTree::appendDefinition(
-        ProjectTree::childNamed(project, ProjectTree::serviceFolder), QStringLiteral("IEC61850"), QString());
-    service->setData(QStringLiteral("IEC61850"), serviceProtocolRole);
+        ProjectTree::childNamed(project, ProjectTree::serviceFolder), "IEC61850", QString());
+    service->setData("IEC61850", serviceProtocolRole);
     {
         ServiceIEC61850EditDialog form(service, nullptr);
-        form.findChild<QCheckBox *>(QStringLiteral("enableSSL"))->setChecked(true);
-        form.findChild<QCheckBox *>(QStringLiteral("isVerifyClientCert"))->setChecked(true);
-        form.findChild<QLineEdit *>(QStringLiteral("serverKeyPassword"))
-            ->setText(QStringLiteral("p\"w\\d é"));
-        select(form, QStringLiteral("rootCertificate"), QStringLiteral("root.pem"));
-        select(form, QStringLiteral("serverCertificate"), QStringLiteral("server.der"));
-        select(form, QStringLiteral("serverKey"), QStringLiteral("server.key"));
-        select(form, QStringLiteral("clientCertificate1"), QStringLiteral("server.crt"));
-        select(form, QStringLiteral("clientCertificate10"), QStringLiteral("server.der"));
+        form.findChild<QCheckBox *>("enableSSL")->setChecked(true);
+        form.findChild<QCheckBox *>("isVerifyClientCert")->setChecked(true);
+        form.findChild<QLineEdit *>("serverKeyPassword")->setText("p\"w\\d é");
+        select(form, "rootCertificate", "root.pem");
+        select(form, "serverCertificate", "server.der");
+        select(form, "serverKey", "server.key");
+        select(form, "clientCertificate1", "server.crt");
+        select(form, "clientCertificate10", "server.der");
         form.saveChanges();
     }
     const QByteArray saved = projectDocument(project);
@@ -111,18 +106,16 @@ void TestServiceDocument::certificatesSurviveSaveAndLoadByteForByte()
         other, QJsonDocument::fromJson(Files::contents(file.fileName())).object(), QDir::currentPath());
     QStandardItem *loadedService = serviceOf(loaded);
     const auto text = [loadedService](int role) { return loadedService->data(role).toString().toLatin1(); };
-    QCOMPARE(text(serviceRootCertificateRole) + '\n', Files::contents(QStringLiteral("root.pem")));
-    QCOMPARE(QByteArray::fromBase64(text(serviceServerCertificateRole)),
-             Files::contents(QStringLiteral("server.der")));
-    QCOMPARE(text(serviceServerKeyRole) + '\n', Files::contents(QStringLiteral("server.key")));
-    QCOMPARE(text(serviceClientCertificate1Role) + '\n', Files::contents(QStringLiteral("server.crt")));
-    QCOMPARE(QByteArray::fromBase64(text(serviceClientCertificate10Role)),
-             Files::contents(QStringLiteral("server.der")));
+    QCOMPARE(text(serviceRootCertificateRole) + '\n', Files::contents("root.pem"));
+    QCOMPARE(QByteArray::fromBase64(text(serviceServerCertificateRole)), Files::contents("server.der"));
+    QCOMPARE(text(serviceServerKeyRole) + '\n', Files::contents("server.key"));
+    QCOMPARE(text(serviceClientCertificate1Role) + '\n', Files::contents("server.crt"));
+    QCOMPARE(QByteArray::fromBase64(text(serviceClientCertificate10Role)), Files::contents("server.der"));
     QCOMPARE(projectDocument(loaded), saved);
 
     // A form that opens on what was loaded and is saved untouched changes nothing.
     ServiceIEC61850EditDialog form(loadedService, nullptr);
-    QVERIFY(form.findChild<QPushButton *>(QStringLiteral("clientCertificate10Select"))->isEnabled());
+    QVERIFY(form.findChild<QPushButton *>("clientCertificate10Select")->isEnabled());
     form.saveChanges();
     QCOMPARE(projectDocument(loaded), saved);
 }

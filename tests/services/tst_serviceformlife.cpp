@@ -37,7 +37,7 @@ private:
 
 void TestServiceFormLife::init()
 {
-    m_item = new QStandardItem(QStringLiteral("IEC61850"));
+    m_item = new QStandardItem("IEC61850");
     m_workspace = new WorkspaceFake;
     m_boxes = new MessageBoxes(this);
 }
@@ -64,8 +64,8 @@ void TestServiceFormLife::formMayDieBelowItsFileDialog()
     QFETCH(QByteArray, button);
     ModalDialogs dialogs;
     const QPointer<ServiceIEC61850EditDialog> form = new ServiceIEC61850EditDialog(m_item, m_workspace);
-    form->findChild<QCheckBox *>(QStringLiteral("enableSSL"))->setChecked(true);
-    form->findChild<QCheckBox *>(QStringLiteral("isVerifyClientCert"))->setChecked(true);
+    form->findChild<QCheckBox *>("enableSSL")->setChecked(true);
+    form->findChild<QCheckBox *>("isVerifyClientCert")->setChecked(true);
     dialogs.expect([form](QWidget *) { delete form; });
     form->findChild<QPushButton *>(QString::fromLatin1(button))->click();
     QVERIFY(!form);
@@ -77,8 +77,8 @@ void TestServiceFormLife::formMayDieBelowItsFileDialog()
 void TestServiceFormLife::formMayDieBelowTheBoxOfItsPath()
 {
     const QPointer<ServiceIEC61850EditDialog> form = new ServiceIEC61850EditDialog(m_item, m_workspace);
-    form->findChild<QLineEdit *>(QStringLiteral("rootCertificatePath"))->setText(QStringLiteral("/other"));
-    form->findChild<QLineEdit *>(QStringLiteral("serverKeyPath"))->setText(QStringLiteral("/other"));
+    form->findChild<QLineEdit *>("rootCertificatePath")->setText("/other");
+    form->findChild<QLineEdit *>("serverKeyPath")->setText("/other");
     delete m_boxes; // which would answer the box first
     QTimer::singleShot(0, this, [form] { delete form; });
     form->saveChanges();
@@ -90,10 +90,10 @@ void TestServiceFormLife::formMayDieBelowTheBoxOfItsPath()
 void TestServiceFormLife::itemMayLeaveBelowTheBoxOfItsPath()
 {
     QStandardItemModel model;
-    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    model.appendRow(new QStandardItem("gone"));
     ServiceIEC61850EditDialog form(model.item(0), m_workspace);
-    form.findChild<QLineEdit *>(QStringLiteral("rootCertificatePath"))->setText(QStringLiteral("/other"));
-    form.findChild<QLineEdit *>(QStringLiteral("serverKeyPath"))->setText(QStringLiteral("/other"));
+    form.findChild<QLineEdit *>("rootCertificatePath")->setText("/other");
+    form.findChild<QLineEdit *>("serverKeyPath")->setText("/other");
     m_boxes->expect();
     QTimer::singleShot(0, &model, [&model] { model.clear(); });
     form.saveChanges();
@@ -103,15 +103,15 @@ void TestServiceFormLife::itemMayLeaveBelowTheBoxOfItsPath()
 
 void TestServiceFormLife::otherItemMayComeBelowTheBoxOfItsPath()
 {
-    QStandardItem other(QStringLiteral("Other"));
-    other.setData(QStringLiteral("kept"), serviceRootCertificateRole);
+    QStandardItem other("Other");
+    other.setData("kept", serviceRootCertificateRole);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
-    form.findChild<QLineEdit *>(QStringLiteral("rootCertificatePath"))->setText(QStringLiteral("/other"));
+    form.findChild<QLineEdit *>("rootCertificatePath")->setText("/other");
     m_boxes->expect();
     QTimer::singleShot(0, &form, [&form, &other] { form.replaceItem(&other); });
     form.saveChanges();
     QCOMPARE(m_boxes->told().size(), 1);
-    QCOMPARE(other.data(serviceRootCertificateRole), QVariant(QStringLiteral("kept")));
+    QCOMPARE(other.data(serviceRootCertificateRole), QVariant("kept"));
     QCOMPARE(other.data(serviceServerKeyPathRole), QVariant());
     QCOMPARE(m_item->data(serviceIsVerifyClientCertRole), QVariant());
     QCOMPARE(m_workspace->messages, QStringList());
@@ -141,10 +141,10 @@ void TestServiceFormLife::savingWritesRolesInOrder()
     expected.append(serviceIsVerifyClientCertRole);
 
     QStandardItemModel model;
-    model.appendRow(new QStandardItem(QStringLiteral("IEC61850")));
+    model.appendRow(new QStandardItem("IEC61850"));
     ServiceIEC61850EditDialog form(model.item(0), m_workspace);
     for (int role : qAsConst(expected)) {
-        model.item(0)->setData(QStringLiteral("changed meanwhile"), role);
+        model.item(0)->setData("changed meanwhile", role);
     }
     QVector<int> written;
     connect(&model, &QStandardItemModel::dataChanged, this,
@@ -157,18 +157,16 @@ void TestServiceFormLife::savingWritesRolesInOrder()
 
 void TestServiceFormLife::writesItsLifeToTheLog()
 {
-    const LogTail log(QStringLiteral("ServiceIEC61850EditDialog"));
-    QStandardItem other(QStringLiteral("Other"));
+    const LogTail log("ServiceIEC61850EditDialog");
+    QStandardItem other("Other");
     {
         ServiceIEC61850EditDialog form(m_item, m_workspace);
         form.replaceItem(&other);
         form.saveChanges();
     }
     QCOMPARE(log.events(),
-             (QStringList{QStringLiteral("ServiceIEC61850EditDialog: new-nuilt"),
-                          QStringLiteral("ServiceIEC61850EditDialog: replace"),
-                          QStringLiteral("ServiceIEC61850EditDialog: save"),
-                          QStringLiteral("ServiceIEC61850EditDialog: destroyed")}));
+             (QStringList{"ServiceIEC61850EditDialog: new-nuilt", "ServiceIEC61850EditDialog: replace",
+                          "ServiceIEC61850EditDialog: save", "ServiceIEC61850EditDialog: destroyed"}));
 }
 
 QTEST_MAIN(TestServiceFormLife)

@@ -83,7 +83,7 @@ void answerFileDialog(const QString &path)
             dialog->reject();
             return;
         }
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
         dialog->findChild<QPushButton *>()->setFocus();
         QMetaObject::invokeMethod(dialog, "accept");
     });
@@ -94,8 +94,8 @@ void answerFileDialog(const QString &path)
 void TestServiceIEC61850EditDialog::init()
 {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    m_item = new QStandardItem(QStringLiteral("IEC61850"));
-    m_item->setData(QStringLiteral("IEC61850"), serviceProtocolRole);
+    m_item = new QStandardItem("IEC61850");
+    m_item->setData("IEC61850", serviceProtocolRole);
     m_workspace = new WorkspaceFake;
     m_boxes = new MessageBoxes(this);
 }
@@ -112,12 +112,12 @@ void TestServiceIEC61850EditDialog::cleanup()
 void TestServiceIEC61850EditDialog::newServiceShowsItsDefaults()
 {
     ServiceIEC61850EditDialog form(m_item, m_workspace);
-    QCOMPARE(edit(form, "name")->text(), QStringLiteral("IEC61850"));
+    QCOMPARE(edit(form, "name")->text(), "IEC61850");
     QVERIFY(edit(form, "name")->isReadOnly());
-    QCOMPARE(list(form, "protocol")->currentText(), QStringLiteral("IEC61850"));
+    QCOMPARE(list(form, "protocol")->currentText(), "IEC61850");
     QVERIFY(!list(form, "protocol")->isEnabled());
-    QCOMPARE(edit(form, "port")->text(), QStringLiteral("102"));
-    QCOMPARE(list(form, "authentication")->currentText(), QStringLiteral("None"));
+    QCOMPARE(edit(form, "port")->text(), "102");
+    QCOMPARE(list(form, "authentication")->currentText(), "None");
     QVERIFY(edit(form, "password")->isHidden());
     QVERIFY(check(form, "enableGoosePublishing")->isChecked());
     QVERIFY(!check(form, "enableSSL")->isChecked());
@@ -139,9 +139,9 @@ void TestServiceIEC61850EditDialog::newServiceShowsItsDefaults()
 void TestServiceIEC61850EditDialog::openingWritesTheDefaultPortOnly()
 {
     ServiceIEC61850EditDialog form(m_item, nullptr);
-    QStandardItem expected(QStringLiteral("IEC61850"));
-    expected.setData(QStringLiteral("IEC61850"), serviceProtocolRole);
-    expected.setData(QStringLiteral("102"), servicePortRole);
+    QStandardItem expected("IEC61850");
+    expected.setData("IEC61850", serviceProtocolRole);
+    expected.setData("102", servicePortRole);
     for (int role = Qt::UserRole; role <= serviceServerKeyPasswordRole; ++role) {
         QCOMPARE(m_item->data(role), expected.data(role));
     }
@@ -170,13 +170,13 @@ void TestServiceIEC61850EditDialog::sslAndVerificationDecideWhatIsLive()
          {"rootCertificatePath", "serverCertificatePath", "serverKeyPath", "serverKeyPassword"}) {
         QCOMPARE(edit(form, name)->isEnabled(), ssl);
     }
-    QCOMPARE(form.findChild<QPushButton *>(QStringLiteral("rootCertificateSelect"))->isEnabled(), ssl);
+    QCOMPARE(form.findChild<QPushButton *>("rootCertificateSelect")->isEnabled(), ssl);
     QCOMPARE(list(form, "authentication")->isEnabled(), !ssl);
     QCOMPARE(edit(form, "password")->isEnabled(), !ssl);
     for (int client = 1; client <= 10; ++client) {
-        const QString name = QStringLiteral("clientCertificate%1").arg(client);
-        QCOMPARE(form.findChild<QLineEdit *>(name + QStringLiteral("Path"))->isEnabled(), ssl && verify);
-        QCOMPARE(form.findChild<QPushButton *>(name + QStringLiteral("Select"))->isEnabled(), ssl && verify);
+        const QString name = QString("clientCertificate%1").arg(client);
+        QCOMPARE(form.findChild<QLineEdit *>(name + "Path")->isEnabled(), ssl && verify);
+        QCOMPARE(form.findChild<QPushButton *>(name + "Select")->isEnabled(), ssl && verify);
     }
     QVERIFY(check(form, "isVerifyClientCert")->isEnabled());
     QCOMPARE(check(form, "isVerifyClientCert")->isChecked(), verify);
@@ -192,11 +192,11 @@ void TestServiceIEC61850EditDialog::passwordRowFollowsTheAuthentication()
         });
         return label == labels.end() || (*label)->isHidden();
     };
-    list(form, "authentication")->setCurrentText(QStringLiteral("Password"));
+    list(form, "authentication")->setCurrentText("Password");
     QVERIFY(!edit(form, "password")->isHidden());
     QVERIFY(!labelIsHidden());
     QCOMPARE(edit(form, "password")->echoMode(), QLineEdit::Password);
-    list(form, "authentication")->setCurrentText(QStringLiteral("None"));
+    list(form, "authentication")->setCurrentText("None");
     QVERIFY(edit(form, "password")->isHidden());
     QVERIFY(labelIsHidden());
 }
@@ -207,8 +207,8 @@ void TestServiceIEC61850EditDialog::storedFlagsAreShown_data()
     QTest::addColumn<bool>("goose");
     QTest::addColumn<bool>("ssl");
     QTest::newRow("unset") << QVariant() << true << false;
-    QTest::newRow("text true, as loaded") << QVariant(QStringLiteral("true")) << true << true;
-    QTest::newRow("text false, as loaded") << QVariant(QStringLiteral("false")) << false << false;
+    QTest::newRow("text true, as loaded") << QVariant("true") << true << true;
+    QTest::newRow("text false, as loaded") << QVariant("false") << false << false;
     QTest::newRow("boolean true, as saved") << QVariant(true) << true << true;
     QTest::newRow("boolean false, as saved") << QVariant(false) << false << false;
     QTest::newRow("empty text") << QVariant(QString(QLatin1String(""))) << false << false;
@@ -229,31 +229,30 @@ void TestServiceIEC61850EditDialog::storedFlagsAreShown()
 void TestServiceIEC61850EditDialog::saveWritesEveryRole()
 {
     ServiceIEC61850EditDialog form(m_item, m_workspace);
-    edit(form, "port")->setText(QStringLiteral("10102"));
-    list(form, "authentication")->setCurrentText(QStringLiteral("Password"));
-    edit(form, "password")->setText(QStringLiteral("secret"));
+    edit(form, "port")->setText("10102");
+    list(form, "authentication")->setCurrentText("Password");
+    edit(form, "password")->setText("secret");
     check(form, "enableGoosePublishing")->setChecked(false);
     check(form, "enableSSL")->setChecked(true);
-    edit(form, "serverKeyPassword")->setText(QStringLiteral("key secret"));
+    edit(form, "serverKeyPassword")->setText("key secret");
     check(form, "isVerifyClientCert")->setChecked(true);
     press(form, "saveButton");
-    QCOMPARE(m_item->text(), QStringLiteral("IEC61850"));
-    QCOMPARE(m_item->data(serviceProtocolRole), QVariant(QStringLiteral("IEC61850")));
-    QCOMPARE(m_item->data(servicePortRole), QVariant(QStringLiteral("10102")));
-    QCOMPARE(m_item->data(serviceAuthenticationRole), QVariant(QStringLiteral("Password")));
-    QCOMPARE(m_item->data(servicePasswordRole), QVariant(QStringLiteral("secret")));
+    QCOMPARE(m_item->text(), "IEC61850");
+    QCOMPARE(m_item->data(serviceProtocolRole), QVariant("IEC61850"));
+    QCOMPARE(m_item->data(servicePortRole), QVariant("10102"));
+    QCOMPARE(m_item->data(serviceAuthenticationRole), QVariant("Password"));
+    QCOMPARE(m_item->data(servicePasswordRole), QVariant("secret"));
     QCOMPARE(m_item->data(serviceEnableGoosePublishingRole), QVariant(false));
     QCOMPARE(m_item->data(serviceEnableSslRole), QVariant(true));
-    QCOMPARE(m_item->data(serviceServerKeyPasswordRole), QVariant(QStringLiteral("key secret")));
+    QCOMPARE(m_item->data(serviceServerKeyPasswordRole), QVariant("key secret"));
     QCOMPARE(m_item->data(serviceIsVerifyClientCertRole), QVariant(true));
     QCOMPARE(m_item->data(serviceClientCertificate10Role), QVariant(QString()));
-    QCOMPARE(m_workspace->messages,
-             QStringList{QStringLiteral("The Standard OpcUa 'IEC61850' is saved successfully.")});
+    QCOMPARE(m_workspace->messages, QStringList{"The Standard OpcUa 'IEC61850' is saved successfully."});
 }
 
 void TestServiceIEC61850EditDialog::selectedFileIsSavedWithItsContent()
 {
-    const QString path = Files::put(QStringLiteral("root.pem"), "-----CERT-----\n");
+    const QString path = Files::put("root.pem", "-----CERT-----\n");
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     check(form, "enableSSL")->setChecked(true);
     answerFileDialog(path);
@@ -264,13 +263,13 @@ void TestServiceIEC61850EditDialog::selectedFileIsSavedWithItsContent()
     QCOMPARE(edit(form, "rootCertificatePath")->text(), path);
     press(form, "saveButton");
     QCOMPARE(m_item->data(serviceRootCertificatePathRole), QVariant(path));
-    QCOMPARE(m_item->data(serviceRootCertificateRole), QVariant(QStringLiteral("-----CERT-----")));
+    QCOMPARE(m_item->data(serviceRootCertificateRole), QVariant("-----CERT-----"));
 }
 
 void TestServiceIEC61850EditDialog::cancelLeavesTheItemAlone()
 {
-    const QString path = Files::put(QStringLiteral("key.key"), "KEY");
-    m_item->setData(QStringLiteral("old"), serviceServerKeyRole);
+    const QString path = Files::put("key.key", "KEY");
+    m_item->setData("old", serviceServerKeyRole);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     QSignalSpy rejected(&form, &QDialog::rejected);
     check(form, "enableSSL")->setChecked(true);
@@ -278,14 +277,14 @@ void TestServiceIEC61850EditDialog::cancelLeavesTheItemAlone()
     press(form, "serverKeySelect");
     press(form, "cancelButton");
     QCOMPARE(rejected.size(), 1);
-    QCOMPARE(m_item->data(serviceServerKeyRole), QVariant(QStringLiteral("old")));
+    QCOMPARE(m_item->data(serviceServerKeyRole), QVariant("old"));
     QCOMPARE(m_item->data(serviceServerKeyPathRole), QVariant());
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
 void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
 {
-    const QString path = QDir::current().absoluteFilePath(QStringLiteral("gone.pem"));
+    const QString path = QDir::current().absoluteFilePath("gone.pem");
     Files::put(path, "x");
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     check(form, "enableSSL")->setChecked(true);
@@ -294,12 +293,12 @@ void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
     QTimer::singleShot(0, qApp, [path] {
         auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
         QVERIFY(dialog);
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
         connect(dialog, &QFileDialog::accepted, dialog, [path] { QFile::remove(path); });
         QMetaObject::invokeMethod(dialog, "accept");
     });
     press(form, "serverCertificateSelect");
-    QCOMPARE(m_boxes->told(), QStringList{QStringLiteral("Error|Failed to open file: ") + path});
+    QCOMPARE(m_boxes->told(), QStringList{"Error|Failed to open file: " + path});
     press(form, "saveButton");
     QCOMPARE(m_item->data(serviceServerCertificatePathRole), QVariant(path));
     QCOMPARE(m_item->data(serviceServerCertificateRole), QVariant(QString()));
@@ -307,22 +306,21 @@ void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
 
 void TestServiceIEC61850EditDialog::writableFieldThatDiffersIsEmptied()
 {
-    m_item->setData(QStringLiteral("/a.pem"), serviceRootCertificatePathRole);
-    m_item->setData(QStringLiteral("A"), serviceRootCertificateRole);
-    m_item->setData(QStringLiteral("/k.key"), serviceServerKeyPathRole);
-    m_item->setData(QStringLiteral("K"), serviceServerKeyRole);
+    m_item->setData("/a.pem", serviceRootCertificatePathRole);
+    m_item->setData("A", serviceRootCertificateRole);
+    m_item->setData("/k.key", serviceServerKeyPathRole);
+    m_item->setData("K", serviceServerKeyRole);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
-    edit(form, "rootCertificatePath")->setText(QStringLiteral("/b.pem"));
-    edit(form, "serverKeyPath")->setText(QStringLiteral("/b.key"));
+    edit(form, "rootCertificatePath")->setText("/b.pem");
+    edit(form, "serverKeyPath")->setText("/b.key");
     m_boxes->expect();
     m_boxes->expect();
     press(form, "saveButton");
-    QCOMPARE(
-        m_boxes->told(),
-        (QStringList{QStringLiteral("Warning|The certificate storage path is inconsistent with the loading "
-                                    "path.Please select the certificate again.Prevent data loss."),
-                     QStringLiteral("Warning|The key storage path is inconsistent with the loading path."
-                                    "Please select the key again.Prevent data loss.")}));
+    QCOMPARE(m_boxes->told(),
+             (QStringList{"Warning|The certificate storage path is inconsistent with the loading "
+                          "path.Please select the certificate again.Prevent data loss.",
+                          "Warning|The key storage path is inconsistent with the loading path."
+                          "Please select the key again.Prevent data loss."}));
     for (const int role : {serviceRootCertificatePathRole, serviceRootCertificateRole,
                            serviceServerKeyPathRole, serviceServerKeyRole}) {
         QCOMPARE(m_item->data(role), QVariant(QString()));
@@ -331,54 +329,54 @@ void TestServiceIEC61850EditDialog::writableFieldThatDiffersIsEmptied()
 
 void TestServiceIEC61850EditDialog::lastClientEmptiesTheOneBefore()
 {
-    m_item->setData(QStringLiteral("/9.pem"), serviceClientCertificatePath9Role);
-    m_item->setData(QStringLiteral("nine"), serviceClientCertificate9Role);
-    m_item->setData(QStringLiteral("/10.pem"), serviceClientCertificatePath10Role);
-    m_item->setData(QStringLiteral("ten"), serviceClientCertificate10Role);
+    m_item->setData("/9.pem", serviceClientCertificatePath9Role);
+    m_item->setData("nine", serviceClientCertificate9Role);
+    m_item->setData("/10.pem", serviceClientCertificatePath10Role);
+    m_item->setData("ten", serviceClientCertificate10Role);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
-    edit(form, "clientCertificate10Path")->setText(QStringLiteral("/other.pem"));
+    edit(form, "clientCertificate10Path")->setText("/other.pem");
     m_boxes->expect();
     press(form, "saveButton");
     QCOMPARE(m_item->data(serviceClientCertificatePath9Role), QVariant(QString()));
     QCOMPARE(m_item->data(serviceClientCertificate9Role), QVariant(QString()));
-    QCOMPARE(m_item->data(serviceClientCertificatePath10Role), QVariant(QStringLiteral("/10.pem")));
-    QCOMPARE(m_item->data(serviceClientCertificate10Role), QVariant(QStringLiteral("ten")));
+    QCOMPARE(m_item->data(serviceClientCertificatePath10Role), QVariant("/10.pem"));
+    QCOMPARE(m_item->data(serviceClientCertificate10Role), QVariant("ten"));
 }
 
 void TestServiceIEC61850EditDialog::replaceItemShowsTheOtherService()
 {
-    QStandardItem other(QStringLiteral("Other"));
-    other.setData(QStringLiteral("1102"), servicePortRole);
-    other.setData(QStringLiteral("Password"), serviceAuthenticationRole);
-    other.setData(QStringLiteral("true"), serviceEnableSslRole);
-    other.setData(QStringLiteral("/c3.pem"), serviceClientCertificatePath3Role);
-    other.setData(QStringLiteral("three"), serviceClientCertificate3Role);
+    QStandardItem other("Other");
+    other.setData("1102", servicePortRole);
+    other.setData("Password", serviceAuthenticationRole);
+    other.setData("true", serviceEnableSslRole);
+    other.setData("/c3.pem", serviceClientCertificatePath3Role);
+    other.setData("three", serviceClientCertificate3Role);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     form.replaceItem(&other);
-    QCOMPARE(edit(form, "name")->text(), QStringLiteral("Other"));
-    QCOMPARE(edit(form, "port")->text(), QStringLiteral("1102"));
-    QCOMPARE(list(form, "protocol")->currentText(), QStringLiteral("IEC61850"));
-    QCOMPARE(list(form, "authentication")->currentText(), QStringLiteral("Password"));
+    QCOMPARE(edit(form, "name")->text(), "Other");
+    QCOMPARE(edit(form, "port")->text(), "1102");
+    QCOMPARE(list(form, "protocol")->currentText(), "IEC61850");
+    QCOMPARE(list(form, "authentication")->currentText(), "Password");
     QVERIFY(!list(form, "authentication")->isEnabled());
-    QCOMPARE(edit(form, "clientCertificate3Path")->text(), QStringLiteral("/c3.pem"));
+    QCOMPARE(edit(form, "clientCertificate3Path")->text(), "/c3.pem");
     QVERIFY(edit(form, "rootCertificatePath")->isEnabled());
     QVERIFY(!edit(form, "clientCertificate3Path")->isEnabled());
     press(form, "saveButton");
-    QCOMPARE(other.data(serviceClientCertificate3Role), QVariant(QStringLiteral("three")));
+    QCOMPARE(other.data(serviceClientCertificate3Role), QVariant("three"));
     QCOMPARE(m_item->data(serviceAuthenticationRole), QVariant());
 
-    QStandardItem fresh(QStringLiteral("Fresh"));
+    QStandardItem fresh("Fresh");
     form.replaceItem(&fresh);
-    QCOMPARE(list(form, "authentication")->currentText(), QStringLiteral("None"));
+    QCOMPARE(list(form, "authentication")->currentText(), "None");
     QCOMPARE(edit(form, "port")->text(), QString());
     QCOMPARE(fresh.data(servicePortRole), QVariant());
 }
 
 void TestServiceIEC61850EditDialog::clearDataLeavesTheFilesAlone()
 {
-    m_item->setData(QStringLiteral("/a.pem"), serviceRootCertificatePathRole);
-    m_item->setData(QStringLiteral("true"), serviceEnableSslRole);
-    m_item->setData(QStringLiteral("true"), serviceIsVerifyClientCertRole);
+    m_item->setData("/a.pem", serviceRootCertificatePathRole);
+    m_item->setData("true", serviceEnableSslRole);
+    m_item->setData("true", serviceIsVerifyClientCertRole);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     form.clearData();
     QCOMPARE(edit(form, "name")->text(), QString());
@@ -386,7 +384,7 @@ void TestServiceIEC61850EditDialog::clearDataLeavesTheFilesAlone()
     QCOMPARE(list(form, "authentication")->count(), 0);
     QVERIFY(!check(form, "enableSSL")->isChecked());
     QVERIFY(!check(form, "isVerifyClientCert")->isChecked());
-    QCOMPARE(edit(form, "rootCertificatePath")->text(), QStringLiteral("/a.pem"));
+    QCOMPARE(edit(form, "rootCertificatePath")->text(), "/a.pem");
 }
 
 void TestServiceIEC61850EditDialog::everyInputHasItsName()
@@ -400,20 +398,20 @@ void TestServiceIEC61850EditDialog::everyInputHasItsName()
             names.append(widget->objectName());
         }
     }
-    QStringList expected{QStringLiteral("name"),
-                         QStringLiteral("protocol"),
-                         QStringLiteral("port"),
-                         QStringLiteral("authentication"),
-                         QStringLiteral("password"),
-                         QStringLiteral("enableGoosePublishing"),
-                         QStringLiteral("enableSSL"),
-                         QStringLiteral("rootCertificatePath"),
-                         QStringLiteral("serverCertificatePath"),
-                         QStringLiteral("serverKeyPath"),
-                         QStringLiteral("serverKeyPassword"),
-                         QStringLiteral("isVerifyClientCert")};
+    QStringList expected{"name",
+                         "protocol",
+                         "port",
+                         "authentication",
+                         "password",
+                         "enableGoosePublishing",
+                         "enableSSL",
+                         "rootCertificatePath",
+                         "serverCertificatePath",
+                         "serverKeyPath",
+                         "serverKeyPassword",
+                         "isVerifyClientCert"};
     for (int client = 1; client <= 10; ++client) {
-        expected.append(QStringLiteral("clientCertificate%1Path").arg(client));
+        expected.append(QString("clientCertificate%1Path").arg(client));
     }
     names.sort();
     expected.sort();
@@ -423,7 +421,7 @@ void TestServiceIEC61850EditDialog::everyInputHasItsName()
 void TestServiceIEC61850EditDialog::rolesOfTheWrongTypeDoNoHarm()
 {
     for (int role = serviceProtocolRole; role <= serviceServerKeyPasswordRole; ++role) {
-        m_item->setData(QVariantList{1, QStringLiteral("x")}, role);
+        m_item->setData(QVariantList{1, "x"}, role);
     }
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     press(form, "saveButton");
@@ -433,7 +431,7 @@ void TestServiceIEC61850EditDialog::rolesOfTheWrongTypeDoNoHarm()
 void TestServiceIEC61850EditDialog::saveWithoutItsNodeDoesNothing()
 {
     QStandardItemModel model;
-    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    model.appendRow(new QStandardItem("gone"));
     ServiceIEC61850EditDialog form(model.item(0), m_workspace);
     model.removeRow(0);
     form.saveChanges();

@@ -15,7 +15,7 @@ class TestStandardCustomPollEditDialog : public StandardFormTest
     Q_OBJECT
 public:
     TestStandardCustomPollEditDialog()
-        : StandardFormTest(QStringLiteral("Poll"), QStringLiteral("CustomPoll"))
+        : StandardFormTest("Poll", "CustomPoll")
     {
     }
 private slots:
@@ -61,8 +61,8 @@ void addIndices()
     QTest::newRow("any other") << 5;
 }
 
-const QString hexPattern = QStringLiteral("[0-9a-fA-F ]*");
-const QString textPattern = QStringLiteral("[ -~]*");
+const QString hexPattern = "[0-9a-fA-F ]*";
+const QString textPattern = "[ -~]*";
 
 } // namespace
 
@@ -77,8 +77,8 @@ void TestStandardCustomPollEditDialog::newStandardShowsItsDefaults()
     for (const auto &field : lists) {
         QCOMPARE(find<QComboBox>(form, field.name)->currentText(), QLatin1String(field.text));
     }
-    QCOMPARE(find<QLineEdit>(form, "communicationTimeout")->text(), QStringLiteral("2000"));
-    QCOMPARE(find<QLineEdit>(form, "communicationGap")->text(), QStringLiteral("-1"));
+    QCOMPARE(find<QLineEdit>(form, "communicationTimeout")->text(), "2000");
+    QCOMPARE(find<QLineEdit>(form, "communicationGap")->text(), "-1");
 }
 
 void TestStandardCustomPollEditDialog::crcSlotFollowsTheIndex_data()
@@ -112,15 +112,15 @@ void TestStandardCustomPollEditDialog::hexSlotFollowsTheIndex()
     standardCustomPollEditDialog form(m_item, m_workspace);
     QComboBox crc;
     crc.addItems({"true", "false"});
-    QLineEdit data(QStringLiteral("AB"));
+    QLineEdit data("AB");
     QVERIFY(QMetaObject::invokeMethod(&form, "onHexComboBoxChanged", Q_ARG(int, index),
                                       Q_ARG(QComboBox *, &crc), Q_ARG(QLineEdit *, &data)));
     QCOMPARE(crc.isEnabled(), index == 0);
     QCOMPARE(crc.currentIndex(), index == 0 ? 0 : 1);
     QCOMPARE(data.text(), QString());
     QCOMPARE(patternOf(&data), index == 0 ? hexPattern : textPattern);
-    QTest::keyClicks(&data, QStringLiteral("0x1F ~z"));
-    QCOMPARE(data.text(), index == 0 ? QStringLiteral("01F ") : QStringLiteral("0x1F ~z"));
+    QTest::keyClicks(&data, "0x1F ~z");
+    QCOMPARE(data.text(), index == 0 ? QString("01F ") : "0x1F ~z");
 }
 
 void TestStandardCustomPollEditDialog::listOfARowDecides_data()
@@ -142,18 +142,18 @@ void TestStandardCustomPollEditDialog::listOfARowDecides()
             {{"other", "true", "01", "true", "r", "Timed"}, {"ask", "true", "0A", "true", "r", "Timed"}});
     }
     auto *table = form.findChild<QTableWidget *>();
-    dataOf(table, 0)->setText(QStringLiteral("FF"));
-    dataOf(table, 1)->setText(QStringLiteral("0A"));
-    list(table, 1, Hex)->setCurrentText(QStringLiteral("false"));
+    dataOf(table, 0)->setText("FF");
+    dataOf(table, 1)->setText("0A");
+    list(table, 1, Hex)->setCurrentText("false");
     QVERIFY(!list(table, 1, Crc)->isEnabled());
-    QCOMPARE(list(table, 1, Crc)->currentText(), QStringLiteral("false"));
+    QCOMPARE(list(table, 1, Crc)->currentText(), "false");
     QCOMPARE(dataOf(table, 1)->text(), QString());
     QCOMPARE(patternOf(dataOf(table, 1)), textPattern);
-    list(table, 1, Hex)->setCurrentText(QStringLiteral("true"));
+    list(table, 1, Hex)->setCurrentText("true");
     QVERIFY(list(table, 1, Crc)->isEnabled());
-    QCOMPARE(list(table, 1, Crc)->currentText(), QStringLiteral("false"));
+    QCOMPARE(list(table, 1, Crc)->currentText(), "false");
     QCOMPARE(patternOf(dataOf(table, 1)), hexPattern);
-    QCOMPARE(dataOf(table, 0)->text(), QStringLiteral("FF"));
+    QCOMPARE(dataOf(table, 0)->text(), "FF");
     QVERIFY(list(table, 0, Crc)->isEnabled());
 }
 

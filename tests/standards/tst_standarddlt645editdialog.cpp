@@ -21,7 +21,7 @@ class TestStandardDLT645EditDialog : public StandardFormTest
     Q_OBJECT
 public:
     TestStandardDLT645EditDialog()
-        : StandardFormTest(QStringLiteral("Meters"), QStringLiteral("DLT645"))
+        : StandardFormTest("Meters", "DLT645")
     {
     }
 private slots:
@@ -73,7 +73,7 @@ int ticked(const QTableWidget *table)
 void TestStandardDLT645EditDialog::newStandardShowsItsDefaults()
 {
     standardDLT645EditDialog form(m_item, m_workspace);
-    QCOMPARE(form.nameEdit()->text(), QStringLiteral("Meters"));
+    QCOMPARE(form.nameEdit()->text(), "Meters");
     const struct {
         const char *name;
         const char *text;
@@ -83,23 +83,23 @@ void TestStandardDLT645EditDialog::newStandardShowsItsDefaults()
         QCOMPARE(find<QComboBox>(form, list.name)->currentText(), QLatin1String(list.text));
     }
     QVERIFY(!find<QCheckBox>(form, "rtsEnable")->isChecked());
-    QCOMPARE(find<QLineEdit>(form, "communicationTimeout")->text(), QStringLiteral("2000"));
-    QCOMPARE(find<QLineEdit>(form, "communicationGap")->text(), QStringLiteral("-1"));
-    QCOMPARE(find<QLineEdit>(form, "collectionInterval")->text(), QStringLiteral("2000"));
+    QCOMPARE(find<QLineEdit>(form, "communicationTimeout")->text(), "2000");
+    QCOMPARE(find<QLineEdit>(form, "communicationGap")->text(), "-1");
+    QCOMPARE(find<QLineEdit>(form, "collectionInterval")->text(), "2000");
     QCOMPARE(titles(form), QStringList());
 }
 
 void TestStandardDLT645EditDialog::openingWritesTheTextDefaultsOnly()
 {
     standardDLT645EditDialog form(m_item, m_workspace);
-    QCOMPARE(m_item->data(standardCommunicationTimeoutRole), QVariant(QStringLiteral("2000")));
-    QCOMPARE(m_item->data(standardCommunicationGapRole), QVariant(QStringLiteral("-1")));
-    QCOMPARE(m_item->data(standardCollectionIntervalRole), QVariant(QStringLiteral("2000")));
+    QCOMPARE(m_item->data(standardCommunicationTimeoutRole), QVariant("2000"));
+    QCOMPARE(m_item->data(standardCommunicationGapRole), QVariant("-1"));
+    QCOMPARE(m_item->data(standardCollectionIntervalRole), QVariant("2000"));
     QCOMPARE(m_item->data(standardBaudRateRole), QVariant());
     QCOMPARE(m_item->data(standardParityBitRole), QVariant());
     form.saveChanges();
-    QCOMPARE(m_item->data(standardBaudRateRole), QVariant(QStringLiteral("2400")));
-    QCOMPARE(m_item->data(standardParityBitRole), QVariant(QStringLiteral("EVEN")));
+    QCOMPARE(m_item->data(standardBaudRateRole), QVariant("2400"));
+    QCOMPARE(m_item->data(standardParityBitRole), QVariant("EVEN"));
 }
 
 void TestStandardDLT645EditDialog::newTabShowsTheWholeCatalogue()
@@ -112,10 +112,10 @@ void TestStandardDLT645EditDialog::newTabShowsTheWholeCatalogue()
     auto *table = form.findChild<QTableWidget *>();
     QCOMPARE(table->rowCount(), 44);
     QCOMPARE(ticked(table), 0);
-    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QStringLiteral("AAAAAAAAAAAA"));
-    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), QStringLiteral("DLT645_2007"));
-    QCOMPARE(table->item(0, 1)->text(), QStringLiteral("Positive active power rate of 4 electric energy"));
-    QCOMPARE(table->item(43, 1)->text(), QStringLiteral("C-phase voltage"));
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), "AAAAAAAAAAAA");
+    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), "DLT645_2007");
+    QCOMPARE(table->item(0, 1)->text(), "Positive active power rate of 4 electric energy");
+    QCOMPARE(table->item(43, 1)->text(), "C-phase voltage");
     QVERIFY(!(table->item(0, 1)->flags() & Qt::ItemIsEditable));
     QVERIFY(table->item(0, 2)->flags() & Qt::ItemIsEditable);
     const QList<int> widths{table->columnWidth(0), table->columnWidth(1), table->columnWidth(2)};
@@ -129,13 +129,13 @@ void TestStandardDLT645EditDialog::editionChangesTheTable()
     form.addTab();
     auto *table = form.findChild<QTableWidget *>();
     tick(table, 0)->setChecked(true);
-    table->item(0, 2)->setText(QStringLiteral("mine"));
-    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText(QStringLiteral("DLT645_1997"));
+    table->item(0, 2)->setText("mine");
+    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText("DLT645_1997");
     QCOMPARE(table->rowCount(), 30);
     QCOMPARE(ticked(table), 0);
     QCOMPARE(table->item(0, 2)->text(), QString());
     QCOMPARE(m_workspace->messages, QStringList());
-    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText(QStringLiteral("DLT645_2007"));
+    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText("DLT645_2007");
     QCOMPARE(table->rowCount(), 44);
 }
 
@@ -172,15 +172,15 @@ void TestStandardDLT645EditDialog::duplicateNameIsCleared()
     standardDLT645EditDialog form(m_item, m_workspace);
     form.addTab();
     auto *table = form.findChild<QTableWidget *>();
-    table->item(0, 2)->setText(QStringLiteral("volt"));
-    table->item(4, 2)->setText(QStringLiteral("Volt"));
-    table->item(5, 2)->setText(QStringLiteral("volt"));
-    QCOMPARE(table->item(4, 2)->text(), QStringLiteral("Volt"));
+    table->item(0, 2)->setText("volt");
+    table->item(4, 2)->setText("Volt");
+    table->item(5, 2)->setText("volt");
+    QCOMPARE(table->item(4, 2)->text(), "Volt");
     QCOMPARE(table->item(5, 2)->text(), QString());
     QCOMPARE(m_workspace->messages,
              QStringList{"The name of the '6' line already exists. Please use a different name."});
-    QVERIFY(form.isNameDuplicate(table, 5, QStringLiteral("volt")));
-    QVERIFY(!form.isNameDuplicate(table, 0, QStringLiteral("volt")));
+    QVERIFY(form.isNameDuplicate(table, 5, "volt"));
+    QVERIFY(!form.isNameDuplicate(table, 0, "volt"));
 }
 
 void TestStandardDLT645EditDialog::emptiedNameCountsToo()
@@ -188,7 +188,7 @@ void TestStandardDLT645EditDialog::emptiedNameCountsToo()
     standardDLT645EditDialog form(m_item, m_workspace);
     form.addTab();
     auto *table = form.findChild<QTableWidget *>();
-    table->item(2, 2)->setText(QStringLiteral("volt"));
+    table->item(2, 2)->setText("volt");
     QCOMPARE(m_workspace->messages, QStringList());
     table->item(2, 2)->setText(QString());
     QCOMPARE(m_workspace->messages,
@@ -202,8 +202,8 @@ void TestStandardDLT645EditDialog::sameNameInTwoTabsIsAccepted()
     form.addTab();
     const auto tables = form.findChildren<QTableWidget *>();
     for (QTableWidget *table : tables) {
-        table->item(0, 2)->setText(QStringLiteral("volt"));
-        QCOMPARE(table->item(0, 2)->text(), QStringLiteral("volt"));
+        table->item(0, 2)->setText("volt");
+        QCOMPARE(table->item(0, 2)->text(), "volt");
     }
     QCOMPARE(m_workspace->messages, QStringList());
 }
@@ -212,21 +212,21 @@ void TestStandardDLT645EditDialog::saveKeepsEveryRow()
 {
     standardDLT645EditDialog form(m_item, m_workspace);
     form.addTab();
-    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText(QStringLiteral("DLT645_1997"));
+    find<QComboBox>(form, "protocolVersionComboBox")->setCurrentText("DLT645_1997");
     find<QLineEdit>(form, "slaveAddressEdit")->setText(QString());
     auto *table = form.findChild<QTableWidget *>();
     tick(table, 1)->setChecked(true);
-    table->item(1, 2)->setText(QStringLiteral("energy"));
-    form.nameEdit()->setText(QStringLiteral("Renamed"));
+    table->item(1, 2)->setText("energy");
+    form.nameEdit()->setText("Renamed");
     form.saveChanges();
     const auto groups = m_item->data(standardDatasRole).value<GroupMap>();
     QCOMPARE(groups.keys(), QStringList{"DLT645-1"});
-    const RowList rows = groups.value(QStringLiteral("DLT645-1"));
+    const RowList rows = groups.value("DLT645-1");
     QCOMPARE(rows.size(), 31);
     QCOMPARE(rows.at(0), QVariantList({"", "DLT645_1997"}));
     QCOMPARE(rows.at(1), QVariantList({false, "Positive active power rate of 4 electric energy", ""}));
     QCOMPARE(rows.at(2), QVariantList({true, "Positive active power rate of 3 electric energy", "energy"}));
-    QCOMPARE(m_item->text(), QStringLiteral("Renamed"));
+    QCOMPARE(m_item->text(), "Renamed");
     QCOMPARE(m_workspace->messages, QStringList{"The Standard DLT645 'Renamed' is saved successfully."});
 }
 
@@ -250,8 +250,8 @@ void TestStandardDLT645EditDialog::loadedTabsAreCalledModbus()
 void TestStandardDLT645EditDialog::loadedEditionLeavesOtherTabsAlone()
 {
     const GroupMap groups{
-        {QStringLiteral("DLT645-1"), {{"1", "DLT645_2007"}, {"true", "label", "mine"}}},
-        {QStringLiteral("DLT645-2"), {{"2", "DLT645_1997"}, {"true", "label", "other"}}},
+        {"DLT645-1", {{"1", "DLT645_2007"}, {"true", "label", "mine"}}},
+        {"DLT645-2", {{"2", "DLT645_1997"}, {"true", "label", "other"}}},
     };
     setGroups(m_item, groups);
     standardDLT645EditDialog form(m_item, m_workspace);
@@ -259,10 +259,10 @@ void TestStandardDLT645EditDialog::loadedEditionLeavesOtherTabsAlone()
     const auto *newer = tabs->widget(0)->findChild<QTableWidget *>();
     const auto *older = tabs->widget(1)->findChild<QTableWidget *>();
     QCOMPARE(newer->rowCount(), 44);
-    QCOMPARE(newer->item(0, 2)->text(), QStringLiteral("mine"));
+    QCOMPARE(newer->item(0, 2)->text(), "mine");
     QCOMPARE(ticked(newer), 1);
     QCOMPARE(older->rowCount(), 30);
-    QCOMPARE(older->item(0, 2)->text(), QStringLiteral("other"));
+    QCOMPARE(older->item(0, 2)->text(), "other");
     QCOMPARE(ticked(older), 1);
 }
 
@@ -273,7 +273,7 @@ void TestStandardDLT645EditDialog::wheelLeavesTheEditionAlone()
     show(form);
     auto *version = find<QComboBox>(form, "protocolVersionComboBox");
     turnWheel(version);
-    QCOMPARE(version->currentText(), QStringLiteral("DLT645_2007"));
+    QCOMPARE(version->currentText(), "DLT645_2007");
 }
 
 void TestStandardDLT645EditDialog::storedRowsAreAppliedByPosition()
@@ -282,42 +282,42 @@ void TestStandardDLT645EditDialog::storedRowsAreAppliedByPosition()
     for (int row = 0; row < 40; ++row) {
         rows.append({"true", "x", QString::number(row)});
     }
-    setGroups(m_item, {{QStringLiteral("DLT645-1"), rows}});
+    setGroups(m_item, {{"DLT645-1", rows}});
     standardDLT645EditDialog form(m_item, m_workspace);
     auto *table = form.findChild<QTableWidget *>();
     QCOMPARE(table->rowCount(), 30);
-    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QStringLiteral("00112233"));
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), "00112233");
     QVERIFY(tick(table, 0)->isChecked());
     QVERIFY(!tick(table, 1)->isChecked());
-    QCOMPARE(table->item(0, 1)->text(), QStringLiteral("my label"));
-    QCOMPARE(table->item(0, 1)->toolTip(), QStringLiteral("my label"));
-    QCOMPARE(table->item(0, 2)->text(), QStringLiteral("n0"));
-    QCOMPARE(table->item(29, 2)->text(), QStringLiteral("27"));
+    QCOMPARE(table->item(0, 1)->text(), "my label");
+    QCOMPARE(table->item(0, 1)->toolTip(), "my label");
+    QCOMPARE(table->item(0, 2)->text(), "n0");
+    QCOMPARE(table->item(29, 2)->text(), "27");
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
 void TestStandardDLT645EditDialog::unknownEditionIsTheNewer()
 {
-    setGroups(m_item, {{QStringLiteral("DLT645-1"), {{"1", "DLT645_2030"}, {true, "label", "n"}}}});
+    setGroups(m_item, {{"DLT645-1", {{"1", "DLT645_2030"}, {true, "label", "n"}}}});
     standardDLT645EditDialog form(m_item, m_workspace);
     auto *table = form.findChild<QTableWidget *>();
-    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), QStringLiteral("DLT645_2007"));
+    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), "DLT645_2007");
     QCOMPARE(table->rowCount(), 44);
-    QCOMPARE(table->item(0, 1)->text(), QStringLiteral("label"));
+    QCOMPARE(table->item(0, 1)->text(), "label");
 }
 
 void TestStandardDLT645EditDialog::tabWithoutRowsKeepsItsSettings()
 {
-    m_item->setData(QVariant::fromValue(GroupMap{{QStringLiteral("DLT645-1"), {}}}), standardDatasRole);
+    m_item->setData(QVariant::fromValue(GroupMap{{"DLT645-1", {}}}), standardDatasRole);
     standardDLT645EditDialog form(m_item, m_workspace);
-    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QStringLiteral("AAAAAAAAAAAA"));
-    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), QStringLiteral("DLT645_2007"));
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), "AAAAAAAAAAAA");
+    QCOMPARE(find<QComboBox>(form, "protocolVersionComboBox")->currentText(), "DLT645_2007");
     QCOMPARE(form.findChild<QTableWidget *>()->rowCount(), 44);
-    form.loadTab(QStringLiteral("Modbus-1"), {{QString(), QStringLiteral("DLT645_1997")}});
+    form.loadTab("Modbus-1", {{QString(), "DLT645_1997"}});
     QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QString()); // as stored
-    find<QLineEdit>(form, "slaveAddressEdit")->setText(QStringLiteral("12"));
-    form.loadTab(QStringLiteral("Modbus-1"), {});
-    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), QStringLiteral("12"));
+    find<QLineEdit>(form, "slaveAddressEdit")->setText("12");
+    form.loadTab("Modbus-1", {});
+    QCOMPARE(find<QLineEdit>(form, "slaveAddressEdit")->text(), "12");
     QCOMPARE(form.findChild<QTableWidget *>()->rowCount(), 30);
 }
 
@@ -330,7 +330,7 @@ void TestStandardDLT645EditDialog::deletedTabClosesTheNumbers()
     emit form.findChild<QTabWidget *>()->tabCloseRequested(0);
     QCOMPARE(titles(form), (QStringList{"DLT645-1", "DLT645-2"}));
     form.addTab();
-    QCOMPARE(titles(form).last(), QStringLiteral("DLT645-3"));
+    QCOMPARE(titles(form).last(), "DLT645-3");
 }
 
 void TestStandardDLT645EditDialog::controlWClosesTheCurrentTab()
@@ -352,18 +352,18 @@ void TestStandardDLT645EditDialog::controlWClosesTheCurrentTab()
 
 void TestStandardDLT645EditDialog::replaceItemSelectsOtherEntries()
 {
-    QStandardItem other(QStringLiteral("Other"));
-    setGroups(&other, {{QStringLiteral("DLT645-1"), {{"77", "DLT645_2007"}}}});
+    QStandardItem other("Other");
+    setGroups(&other, {{"DLT645-1", {{"77", "DLT645_2007"}}}});
     standardDLT645EditDialog form(m_item, m_workspace);
     form.addTab();
     form.replaceItem(&other);
-    QCOMPARE(form.nameEdit()->text(), QStringLiteral("Other"));
-    QCOMPARE(find<QComboBox>(form, "baudRate")->currentText(), QStringLiteral("115200"));
-    QCOMPARE(find<QComboBox>(form, "parityBit")->currentText(), QStringLiteral("NONE"));
-    QCOMPARE(other.data(standardCommunicationTimeoutRole), QVariant(QStringLiteral("2000")));
+    QCOMPARE(form.nameEdit()->text(), "Other");
+    QCOMPARE(find<QComboBox>(form, "baudRate")->currentText(), "115200");
+    QCOMPARE(find<QComboBox>(form, "parityBit")->currentText(), "NONE");
+    QCOMPARE(other.data(standardCommunicationTimeoutRole), QVariant("2000"));
     QCOMPARE(titles(form), QStringList{"Modbus-1"});
     form.saveChanges();
-    QCOMPARE(other.data(standardBaudRateRole), QVariant(QStringLiteral("115200")));
+    QCOMPARE(other.data(standardBaudRateRole), QVariant("115200"));
     QCOMPARE(m_item->data(standardBaudRateRole), QVariant());
 }
 
@@ -373,8 +373,8 @@ void TestStandardDLT645EditDialog::slaveAddressTakesHexadecimalDigitsOnly()
     form.addTab();
     auto *address = find<QLineEdit>(form, "slaveAddressEdit");
     address->clear();
-    QTest::keyClicks(address, QStringLiteral("12xZaF0123456789AB"));
-    QCOMPARE(address->text(), QStringLiteral("12aF01234567"));
+    QTest::keyClicks(address, "12xZaF0123456789AB");
+    QCOMPARE(address->text(), "12aF01234567");
 }
 
 void TestStandardDLT645EditDialog::clearDataEmptiesTheForm()
@@ -415,7 +415,7 @@ void TestStandardDLT645EditDialog::rolesOfTheWrongTypeDoNoHarm()
     m_item->setData(QVariantList{1}, standardBaudRateRole);
     standardDLT645EditDialog form(m_item, m_workspace);
     QCOMPARE(titles(form), QStringList());
-    setGroups(m_item, {{QStringLiteral("a"), {}}, {QStringLiteral("b"), {{}, {}, {1, 2, 3, 4, 5}}}});
+    setGroups(m_item, {{"a", {}}, {"b", {{}, {}, {1, 2, 3, 4, 5}}}});
     form.replaceItem(m_item);
     form.saveChanges();
     QCOMPARE(titles(form).size(), 2);

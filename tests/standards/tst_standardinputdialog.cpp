@@ -21,34 +21,33 @@ private slots:
 
 static QLineEdit *nameOf(const QDialog &dialog)
 {
-    return dialog.findChild<QLineEdit *>(QStringLiteral("name"));
+    return dialog.findChild<QLineEdit *>("name");
 }
 
 static QComboBox *protocolOf(const QDialog &dialog)
 {
-    return dialog.findChild<QComboBox *>(QStringLiteral("protocol"));
+    return dialog.findChild<QComboBox *>("protocol");
 }
 
 void tst_standardInputDialog::offersTheTwoProtocols()
 {
     const standardInputDialog dialog;
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Add Standard"));
+    QCOMPARE(dialog.windowTitle(), "Add Standard");
     QVERIFY(!nameOf(dialog)->validator());
-    QCOMPARE(InputDialogs::entries(protocolOf(dialog)),
-             QStringList({QStringLiteral("DLT645"), QStringLiteral("Modbus")}));
+    QCOMPARE(InputDialogs::entries(protocolOf(dialog)), QStringList({"DLT645", "Modbus"}));
     QCOMPARE(dialog.name(), QString());
-    QCOMPARE(dialog.protocol(), QStringLiteral("DLT645"));
+    QCOMPARE(dialog.protocol(), "DLT645");
 }
 
 void tst_standardInputDialog::handsOutWhatWasEntered()
 {
     standardInputDialog dialog;
-    QTest::keyClicks(nameOf(dialog), QStringLiteral("meter 1"));
-    protocolOf(dialog)->setCurrentText(QStringLiteral("Modbus"));
-    dialog.findChild<QPushButton *>(QStringLiteral("okButton"))->click();
+    QTest::keyClicks(nameOf(dialog), "meter 1");
+    protocolOf(dialog)->setCurrentText("Modbus");
+    dialog.findChild<QPushButton *>("okButton")->click();
     QCOMPARE(dialog.result(), int(QDialog::Accepted));
-    QCOMPARE(dialog.name(), QStringLiteral("meter 1"));
-    QCOMPARE(dialog.protocol(), QStringLiteral("Modbus"));
+    QCOMPARE(dialog.name(), "meter 1");
+    QCOMPARE(dialog.protocol(), "Modbus");
 }
 
 void tst_standardInputDialog::enterAcceptsAndEscapeRejects()
@@ -61,19 +60,16 @@ void tst_standardInputDialog::labelsAreBuddies()
 {
     const standardInputDialog dialog;
     QCOMPARE(InputDialogs::buddies(dialog),
-             (QMap<QString, QString>{{QStringLiteral("Name:"), QStringLiteral("name")},
-                                     {QStringLiteral("Protocol:"), QStringLiteral("protocol")}}));
+             (QMap<QString, QString>{{"Name:", "name"}, {"Protocol:", "protocol"}}));
 }
 
 void tst_standardInputDialog::writesItsLifeToTheLog()
 {
-    const LogTail log(QStringLiteral("standardInputDialog"));
+    const LogTail log("standardInputDialog");
     {
         const standardInputDialog dialog;
     }
-    QCOMPARE(log.events(),
-             QStringList({QStringLiteral("standardInputDialog: new-nuilt"),
-                          QStringLiteral("standardInputDialog: destroyed")}));
+    QCOMPARE(log.events(), QStringList({"standardInputDialog: new-nuilt", "standardInputDialog: destroyed"}));
 }
 
 QTEST_MAIN(tst_standardInputDialog)

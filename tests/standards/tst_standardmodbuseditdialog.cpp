@@ -19,7 +19,7 @@ class TestStandardModbusEditDialog : public StandardFormTest
     Q_OBJECT
 public:
     TestStandardModbusEditDialog()
-        : StandardFormTest(QStringLiteral("Feeder"), QStringLiteral("Modbus"))
+        : StandardFormTest("Feeder", "Modbus")
     {
     }
 private slots:
@@ -58,7 +58,7 @@ QStringList stations(const QWidget &form)
     QStringList texts;
     const auto *tabs = form.findChild<QTabWidget *>();
     for (int index = 0; index < tabs->count(); ++index) {
-        texts.append(tabs->widget(index)->findChild<QLineEdit *>(QStringLiteral("stationNumEdit"))->text());
+        texts.append(tabs->widget(index)->findChild<QLineEdit *>("stationNumEdit")->text());
     }
     return texts;
 }
@@ -74,9 +74,9 @@ void TestStandardModbusEditDialog::newStandardShowsItsDefaults()
 {
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
-    QCOMPARE(form.nameEdit()->text(), QStringLiteral("Feeder"));
-    QCOMPARE(find<QComboBox>(form, "protocol")->currentText(), QStringLiteral("Modbus"));
-    QCOMPARE(find<QComboBox>(form, "modbus")->currentText(), QStringLiteral("ModbusTCP"));
+    QCOMPARE(form.nameEdit()->text(), "Feeder");
+    QCOMPARE(find<QComboBox>(form, "protocol")->currentText(), "Modbus");
+    QCOMPARE(find<QComboBox>(form, "modbus")->currentText(), "ModbusTCP");
     QVERIFY(find<QLineEdit>(form, "ip")->isVisible());
     QVERIFY(!find<QComboBox>(form, "baudRate")->isVisible());
     const struct {
@@ -96,9 +96,9 @@ void TestStandardModbusEditDialog::newStandardShowsItsDefaults()
 void TestStandardModbusEditDialog::openingWritesTheTextDefaults()
 {
     standardModbusEditDialog form(m_item, m_workspace);
-    QCOMPARE(m_item->data(standardIpRole), QVariant(QStringLiteral("192.168.1.60")));
-    QCOMPARE(m_item->data(standardCommunicationGapRole), QVariant(QStringLiteral("-1")));
-    QCOMPARE(m_item->data(standardCollectionIntervalRole), QVariant(QStringLiteral("2000")));
+    QCOMPARE(m_item->data(standardIpRole), QVariant("192.168.1.60"));
+    QCOMPARE(m_item->data(standardCommunicationGapRole), QVariant("-1"));
+    QCOMPARE(m_item->data(standardCollectionIntervalRole), QVariant("2000"));
     QCOMPARE(m_item->data(standardBaudRateRole), QVariant());
     QCOMPARE(m_item->data(standardModbusModeRole), QVariant());
     QCOMPARE(m_item->data(standardDatasRole), QVariant());
@@ -106,7 +106,7 @@ void TestStandardModbusEditDialog::openingWritesTheTextDefaults()
 
 void TestStandardModbusEditDialog::tabsAppearAfterTheConstructor()
 {
-    setGroups(m_item, {{QStringLiteral("Modbus-7"), group(QStringLiteral("4"))}});
+    setGroups(m_item, {{"Modbus-7", group("4")}});
     standardModbusEditDialog form(m_item, m_workspace);
     QCOMPARE(titles(form), QStringList());
     QTRY_COMPARE(titles(form), QStringList{"Modbus-1"});
@@ -115,24 +115,24 @@ void TestStandardModbusEditDialog::tabsAppearAfterTheConstructor()
 
 void TestStandardModbusEditDialog::unknownModeShowsTcpAndIsOverwritten()
 {
-    m_item->setData(QStringLiteral("ModbusASCII"), standardModbusModeRole);
+    m_item->setData("ModbusASCII", standardModbusModeRole);
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
-    QCOMPARE(find<QComboBox>(form, "modbus")->currentText(), QStringLiteral("ModbusTCP"));
+    QCOMPARE(find<QComboBox>(form, "modbus")->currentText(), "ModbusTCP");
     form.saveChanges();
-    QCOMPARE(m_item->data(standardModbusModeRole), QVariant(QStringLiteral("ModbusTCP")));
+    QCOMPARE(m_item->data(standardModbusModeRole), QVariant("ModbusTCP"));
 }
 
 void TestStandardModbusEditDialog::linkDecidesWhatIsSavedAndErased()
 {
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
-    find<QLineEdit>(form, "ip")->setText(QStringLiteral("10.0.0.9"));
+    find<QLineEdit>(form, "ip")->setText("10.0.0.9");
     form.saveChanges();
-    QCOMPARE(m_item->data(standardIpRole), QVariant(QStringLiteral("10.0.0.9")));
+    QCOMPARE(m_item->data(standardIpRole), QVariant("10.0.0.9"));
     QCOMPARE(m_item->data(standardRtuCommunicationTimeoutRole), QVariant());
 
-    find<QComboBox>(form, "modbus")->setCurrentText(QStringLiteral("ModbusRTU"));
+    find<QComboBox>(form, "modbus")->setCurrentText("ModbusRTU");
     QVERIFY(!find<QLineEdit>(form, "ip")->isVisible());
     QVERIFY(find<QComboBox>(form, "baudRate")->isVisible());
     form.saveChanges();
@@ -140,33 +140,33 @@ void TestStandardModbusEditDialog::linkDecidesWhatIsSavedAndErased()
                            standardCommunicationTimeoutRole, standardKeepAliveRole}) {
         QCOMPARE(m_item->data(role), QVariant());
     }
-    QCOMPARE(m_item->data(standardCommunicationGapRole), QVariant(QStringLiteral("-1")));
+    QCOMPARE(m_item->data(standardCommunicationGapRole), QVariant("-1"));
 
     standardModbusEditDialog again(m_item, m_workspace);
-    QCOMPARE(find<QLineEdit>(again, "ip")->text(), QStringLiteral("192.168.1.60"));
+    QCOMPARE(find<QLineEdit>(again, "ip")->text(), "192.168.1.60");
 }
 
 void TestStandardModbusEditDialog::otherLinkShowsNoGroup()
 {
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
-    form.onProtocolChanged(QStringLiteral("ModbusASCII"));
+    form.onProtocolChanged("ModbusASCII");
     QVERIFY(!find<QLineEdit>(form, "ip")->isVisible());
     QVERIFY(!find<QComboBox>(form, "baudRate")->isVisible());
 }
 
 void TestStandardModbusEditDialog::serialLineIsSaved()
 {
-    m_item->setData(QStringLiteral("ModbusRTU"), standardModbusModeRole);
+    m_item->setData("ModbusRTU", standardModbusModeRole);
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
-    find<QComboBox>(form, "serialport")->setCurrentText(QStringLiteral("COM2"));
-    find<QComboBox>(form, "baudRate")->setCurrentText(QStringLiteral("9600"));
-    find<QComboBox>(form, "dataBit")->setCurrentText(QStringLiteral("7"));
-    find<QComboBox>(form, "stopBit")->setCurrentText(QStringLiteral("2"));
-    find<QComboBox>(form, "parityBit")->setCurrentText(QStringLiteral("ODD"));
+    find<QComboBox>(form, "serialport")->setCurrentText("COM2");
+    find<QComboBox>(form, "baudRate")->setCurrentText("9600");
+    find<QComboBox>(form, "dataBit")->setCurrentText("7");
+    find<QComboBox>(form, "stopBit")->setCurrentText("2");
+    find<QComboBox>(form, "parityBit")->setCurrentText("ODD");
     find<QCheckBox>(form, "rtsEnable")->setChecked(true);
-    find<QLineEdit>(form, "rtuCommunicationTimeout")->setText(QStringLiteral("900"));
+    find<QLineEdit>(form, "rtuCommunicationTimeout")->setText("900");
     form.saveChanges();
     const QList<QVariant> saved{m_item->data(standardSerialPortRole),
                                 m_item->data(standardBaudRateRole),
@@ -188,10 +188,10 @@ void TestStandardModbusEditDialog::newTabHasItsInitialValues()
     auto *tabs = form.findChild<QTabWidget *>();
     QCOMPARE(tabs->currentIndex(), 0);
     const QWidget &page = *tabs->widget(1);
-    QCOMPARE(find<QComboBox>(page, "seriesComboBox")->currentText(), QStringLiteral("standard"));
+    QCOMPARE(find<QComboBox>(page, "seriesComboBox")->currentText(), "standard");
     QVERIFY(!find<QComboBox>(page, "seriesComboBox")->isEnabled());
-    QCOMPARE(find<QLineEdit>(page, "stationNumEdit")->text(), QStringLiteral("1"));
-    QCOMPARE(find<QComboBox>(page, "byteOrderComboBox")->currentText(), QStringLiteral("ABCD"));
+    QCOMPARE(find<QLineEdit>(page, "stationNumEdit")->text(), "1");
+    QCOMPARE(find<QComboBox>(page, "byteOrderComboBox")->currentText(), "ABCD");
     QVERIFY(find<QCheckBox>(page, "startAddress0CheckBox")->isChecked());
     QVERIFY(!find<QCheckBox>(page, "charReversedCheckBox")->isChecked());
     QCOMPARE(page.findChild<QTableWidget *>()->rowCount(), 0);
@@ -204,10 +204,10 @@ void TestStandardModbusEditDialog::saveStoresEveryTab()
     show(form);
     form.addTab();
     form.addTab();
-    form.loadTab(QStringLiteral("Modbus-2"), group(QString(), {{"0", "a", "string", "5", "rw"}}));
-    form.nameEdit()->setText(QStringLiteral("Renamed"));
+    form.loadTab("Modbus-2", group(QString(), {{"0", "a", "string", "5", "rw"}}));
+    form.nameEdit()->setText("Renamed");
     form.saveChanges();
-    QCOMPARE(m_item->text(), QStringLiteral("Renamed"));
+    QCOMPARE(m_item->text(), "Renamed");
     QCOMPARE(
         groupsOf(m_item),
         (GroupMap{{"Modbus-1", {{"standard", "1", "ABCD", true, false}}},
@@ -235,34 +235,34 @@ void TestStandardModbusEditDialog::twelveTabsComeBackInTextOrder()
 {
     GroupMap groups;
     for (int number = 1; number <= 12; ++number) {
-        groups.insert(QStringLiteral("Modbus-%1").arg(number), group(QString::number(number)));
+        groups.insert(QString("Modbus-%1").arg(number), group(QString::number(number)));
     }
     setGroups(m_item, groups);
     standardModbusEditDialog form(m_item, m_workspace);
     QTRY_COMPARE(stations(form),
                  (QStringList{"1", "10", "11", "12", "2", "3", "4", "5", "6", "7", "8", "9"}));
-    QCOMPARE(titles(form).at(1), QStringLiteral("Modbus-2"));
-    QCOMPARE(titles(form).last(), QStringLiteral("Modbus-12"));
+    QCOMPARE(titles(form).at(1), "Modbus-2");
+    QCOMPARE(titles(form).last(), "Modbus-12");
 }
 
 void TestStandardModbusEditDialog::storedTabIsShown()
 {
     setGroups(m_item,
-              {{QStringLiteral("Modbus-1"),
+              {{"Modbus-1",
                 {{"unknown", "5", "EFGH", "true", "true"},
                  {"0", "a", "string", "4", "r"},
                  {"1", "b", "int8", "4", "rw"}}}});
     standardModbusEditDialog form(m_item, m_workspace);
     QTRY_COMPARE(titles(form).size(), 1);
     const QWidget &page = *form.findChild<QTabWidget *>()->widget(0);
-    QCOMPARE(find<QComboBox>(page, "seriesComboBox")->currentText(), QStringLiteral("standard"));
-    QCOMPARE(find<QComboBox>(page, "byteOrderComboBox")->currentText(), QStringLiteral("ABCD"));
+    QCOMPARE(find<QComboBox>(page, "seriesComboBox")->currentText(), "standard");
+    QCOMPARE(find<QComboBox>(page, "byteOrderComboBox")->currentText(), "ABCD");
     QVERIFY(find<QCheckBox>(page, "startAddress0CheckBox")->isChecked());
     QVERIFY(find<QCheckBox>(page, "charReversedCheckBox")->isChecked());
     auto *table = page.findChild<QTableWidget *>();
     QVERIFY(table->cellWidget(0, 3)->isEnabled());
     QVERIFY(!table->cellWidget(1, 3)->isEnabled());
-    QCOMPARE(table->item(1, 1)->text(), QStringLiteral("b"));
+    QCOMPARE(table->item(1, 1)->text(), "b");
 }
 
 void TestStandardModbusEditDialog::sameNameInTwoTabsIsAccepted()
@@ -276,8 +276,8 @@ void TestStandardModbusEditDialog::sameNameInTwoTabsIsAccepted()
         form.addParameter();
         auto *name =
             qobject_cast<QLineEdit *>(tabs->widget(tab)->findChild<QTableWidget *>()->cellWidget(0, 1));
-        name->setText(QStringLiteral("volt"));
-        QCOMPARE(name->text(), QStringLiteral("volt"));
+        name->setText("volt");
+        QCOMPARE(name->text(), "volt");
     }
     QCOMPARE(m_workspace->messages, QStringList());
 }
@@ -308,28 +308,26 @@ void TestStandardModbusEditDialog::buttonsActOnTheCurrentTab()
 
 void TestStandardModbusEditDialog::replaceItemShowsTheOtherStandard()
 {
-    setGroups(m_item, {{QStringLiteral("Modbus-1"), group(QStringLiteral("1"))}});
-    QStandardItem other(QStringLiteral("Other"));
-    other.setData(QStringLiteral("ModbusRTU"), standardModbusModeRole);
-    other.setData(QStringLiteral("9600"), standardBaudRateRole);
-    other.setData(QStringLiteral("true"), standardRtsEnableRole);
-    setGroups(&other,
-              {{QStringLiteral("Modbus-10"), group(QStringLiteral("10"))},
-               {QStringLiteral("Modbus-2"), group(QStringLiteral("2"))}});
+    setGroups(m_item, {{"Modbus-1", group("1")}});
+    QStandardItem other("Other");
+    other.setData("ModbusRTU", standardModbusModeRole);
+    other.setData("9600", standardBaudRateRole);
+    other.setData("true", standardRtsEnableRole);
+    setGroups(&other, {{"Modbus-10", group("10")}, {"Modbus-2", group("2")}});
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
     QTRY_COMPARE(titles(form).size(), 1);
     form.replaceItem(&other);
-    QCOMPARE(form.nameEdit()->text(), QStringLiteral("Other"));
+    QCOMPARE(form.nameEdit()->text(), "Other");
     QVERIFY(find<QComboBox>(form, "baudRate")->isVisible());
-    QCOMPARE(find<QComboBox>(form, "baudRate")->currentText(), QStringLiteral("9600"));
+    QCOMPARE(find<QComboBox>(form, "baudRate")->currentText(), "9600");
     QVERIFY(find<QCheckBox>(form, "rtsEnable")->isChecked());
-    QCOMPARE(find<QLineEdit>(form, "ip")->text(), QStringLiteral("192.168.1.60"));
+    QCOMPARE(find<QLineEdit>(form, "ip")->text(), "192.168.1.60");
     QCOMPARE(titles(form), (QStringList{"Modbus-1", "Modbus-2"}));
     QCOMPARE(stations(form), (QStringList{"10", "2"}));
     form.replaceItem(m_item);
-    QCOMPARE(find<QComboBox>(form, "modbus")->currentText(), QStringLiteral("ModbusTCP"));
-    QCOMPARE(find<QComboBox>(form, "baudRate")->currentText(), QStringLiteral("115200"));
+    QCOMPARE(find<QComboBox>(form, "modbus")->currentText(), "ModbusTCP");
+    QCOMPARE(find<QComboBox>(form, "baudRate")->currentText(), "115200");
     QCOMPARE(stations(form), QStringList{"1"});
 }
 
@@ -337,9 +335,9 @@ void TestStandardModbusEditDialog::replaceItemBeforeTheTabsAppearedLoadsThemOnce
 {
     GroupMap groups;
     for (int number = 1; number <= 12; ++number) {
-        groups.insert(QStringLiteral("Modbus-%1").arg(number), group(QString::number(number)));
+        groups.insert(QString("Modbus-%1").arg(number), group(QString::number(number)));
     }
-    QStandardItem other(QStringLiteral("Other"));
+    QStandardItem other("Other");
     setGroups(&other, groups);
     standardModbusEditDialog form(m_item, m_workspace);
     form.replaceItem(&other);
@@ -378,7 +376,7 @@ void TestStandardModbusEditDialog::wheelLeavesListsAlone()
     form.addParameter();
     auto *type = qobject_cast<QComboBox *>(form.findChild<QTableWidget *>()->cellWidget(0, 2));
     turnWheel(type);
-    QCOMPARE(type->currentText(), QStringLiteral("bool"));
+    QCOMPARE(type->currentText(), "bool");
 }
 
 void TestStandardModbusEditDialog::clearDataEmptiesTheForm()
@@ -435,12 +433,12 @@ void TestStandardModbusEditDialog::everyInputHasItsName()
 
 void TestStandardModbusEditDialog::rolesOfTheWrongTypeDoNoHarm()
 {
-    m_item->setData(QStringLiteral("not a map"), standardDatasRole);
+    m_item->setData("not a map", standardDatasRole);
     m_item->setData(QVariantList{1, 2}, standardIpRole);
     standardModbusEditDialog form(m_item, m_workspace);
     show(form);
     QCOMPARE(titles(form), QStringList());
-    setGroups(m_item, {{QStringLiteral("a"), {}}, {QStringLiteral("b"), {{}, {}, {1, 2, 3, 4, 5, 6, 7}}}});
+    setGroups(m_item, {{"a", {}}, {"b", {{}, {}, {1, 2, 3, 4, 5, 6, 7}}}});
     form.replaceItem(m_item);
     form.saveChanges();
     QCOMPARE(titles(form).size(), 2);

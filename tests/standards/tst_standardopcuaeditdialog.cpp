@@ -25,7 +25,7 @@ class TestStandardOPCUAEditDialog : public StandardFormTest
     Q_OBJECT
 public:
     TestStandardOPCUAEditDialog()
-        : StandardFormTest(QStringLiteral("Line"), QStringLiteral("OpcUA"))
+        : StandardFormTest("Line", "OpcUA")
     {
     }
 private slots:
@@ -44,17 +44,17 @@ private slots:
 
 namespace {
 
-const QString certificateBox = QStringLiteral("Warning|The certificate storage path is inconsistent with the "
-                                              "loading path.Please select the certificate again.Prevent data "
-                                              "loss.");
-const QString keyBox = QStringLiteral("Warning|The key storage path is inconsistent with the loading "
-                                      "path.Please select the key again.Prevent data loss.");
+const QString certificateBox = "Warning|The certificate storage path is inconsistent with the "
+                               "loading path.Please select the certificate again.Prevent data "
+                               "loss.";
+const QString keyBox = "Warning|The key storage path is inconsistent with the loading "
+                       "path.Please select the key again.Prevent data loss.";
 
 // The step of a file dialog that types the path and accepts.
 ModalDialogs::Step choose(const QString &path)
 {
     return [path](QWidget *dialog) {
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
         QMetaObject::invokeMethod(dialog, "accept");
     };
 }
@@ -75,23 +75,23 @@ void addFiles()
 
 void TestStandardOPCUAEditDialog::authenticationDecidesWhetherAUserIsAsked()
 {
-    m_item->setData(QStringLiteral("operator"), standardUsernameRole);
+    m_item->setData("operator", standardUsernameRole);
     standardOPCUAEditDialog form(m_item, m_workspace);
     show(form);
     auto *authentication = find<QComboBox>(form, "authentication");
-    QCOMPARE(authentication->currentText(), QStringLiteral("anonymous"));
+    QCOMPARE(authentication->currentText(), "anonymous");
     QVERIFY(!find<QLineEdit>(form, "username")->isVisible());
-    authentication->setCurrentText(QStringLiteral("Username and password verification"));
+    authentication->setCurrentText("Username and password verification");
     for (const char *name : {"username", "password"}) {
         QVERIFY(find<QLineEdit>(form, name)->isVisible());
     }
     QCOMPARE(find<QLineEdit>(form, "password")->echoMode(), QLineEdit::Password);
-    authentication->setCurrentText(QStringLiteral("anonymous"));
+    authentication->setCurrentText("anonymous");
     QVERIFY(!find<QLineEdit>(form, "password")->isVisible());
     form.saveChanges();
-    QCOMPARE(m_item->data(standardUsernameRole), QVariant(QStringLiteral("operator")));
-    QStandardItem named(QStringLiteral("Other"));
-    named.setData(QStringLiteral("Username and password verification"), standardAuthenticationRole);
+    QCOMPARE(m_item->data(standardUsernameRole), QVariant("operator"));
+    QStandardItem named("Other");
+    named.setData("Username and password verification", standardAuthenticationRole);
     form.replaceItem(&named);
     QVERIFY(find<QLineEdit>(form, "username")->isVisible());
 }
@@ -99,13 +99,13 @@ void TestStandardOPCUAEditDialog::authenticationDecidesWhetherAUserIsAsked()
 void TestStandardOPCUAEditDialog::authenticationIsStoredAsTheDocumentComparesIt()
 {
     QTranslator chinese;
-    QVERIFY(chinese.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    QVERIFY(chinese.load(":/adsdemo/chinese.qm"));
     QVERIFY(QCoreApplication::installTranslator(&chinese));
-    QStandardItem *project = ProjectTree::makeProject(QStringLiteral("P"), QString(), QString());
+    QStandardItem *project = ProjectTree::makeProject("P", QString(), QString());
     QStandardItemModel model;
     model.appendRow(project);
     ProjectTree::appendMissingFolders(project);
-    QStandardItem *item = ProjectTree::appendDefinition(project->child(0), QStringLiteral("Line"), QString());
+    QStandardItem *item = ProjectTree::appendDefinition(project->child(0), "Line", QString());
     standardOPCUAEditDialog form(item, m_workspace);
     for (const char *code : {"0", "1"}) {
         find<QComboBox>(form, "authentication")->setCurrentIndex(QByteArray(code).toInt());
@@ -118,7 +118,7 @@ void TestStandardOPCUAEditDialog::authenticationIsStoredAsTheDocumentComparesIt(
                      .toString(),
                  QLatin1String(code));
     }
-    QCOMPARE(item->data(standardAuthenticationRole), QVariant(QStringLiteral("用户名、密码验证")));
+    QCOMPARE(item->data(standardAuthenticationRole), QVariant("用户名、密码验证"));
 }
 
 void TestStandardOPCUAEditDialog::selectedFileIsSavedWithItsContent_data()
@@ -131,7 +131,7 @@ void TestStandardOPCUAEditDialog::selectedFileIsSavedWithItsContent()
     QFETCH(QByteArray, name);
     QFETCH(int, pathRole);
     QFETCH(int, contentRole);
-    const QString path = QDir::current().absoluteFilePath(QStringLiteral("client.pem"));
+    const QString path = QDir::current().absoluteFilePath("client.pem");
     Files::put(path, "-----PEM-----\n");
     standardOPCUAEditDialog form(m_item, m_workspace);
     m_dialogs->expect(choose(path));
@@ -143,17 +143,17 @@ void TestStandardOPCUAEditDialog::selectedFileIsSavedWithItsContent()
     QCOMPARE(m_item->data(pathRole), QVariant());
     form.saveChanges();
     QCOMPARE(m_item->data(pathRole), QVariant(path));
-    QCOMPARE(m_item->data(contentRole), QVariant(QStringLiteral("-----PEM-----")));
+    QCOMPARE(m_item->data(contentRole), QVariant("-----PEM-----"));
     standardOPCUAEditDialog again(m_item, m_workspace);
     again.saveChanges();
-    QCOMPARE(m_item->data(contentRole), QVariant(QStringLiteral("-----PEM-----")));
+    QCOMPARE(m_item->data(contentRole), QVariant("-----PEM-----"));
 }
 
 void TestStandardOPCUAEditDialog::fileThatCannotBeOpenedLeavesItsPath()
 {
-    const QString path = QDir::current().absoluteFilePath(QStringLiteral("gone.pem"));
+    const QString path = QDir::current().absoluteFilePath("gone.pem");
     Files::put(path, "x");
-    m_item->setData(QStringLiteral("old"), standardCertificateRole);
+    m_item->setData("old", standardCertificateRole);
     standardOPCUAEditDialog form(m_item, m_workspace);
     m_dialogs->expect([path](QWidget *dialog) {
         // The file goes away between the choice and the reading.
@@ -163,7 +163,7 @@ void TestStandardOPCUAEditDialog::fileThatCannotBeOpenedLeavesItsPath()
     });
     m_boxes->expect();
     find<QPushButton>(form, "certificateSelect")->click();
-    QCOMPARE(m_boxes->told(), QStringList{QStringLiteral("Error|Failed to open file: ") + path});
+    QCOMPARE(m_boxes->told(), QStringList{"Error|Failed to open file: " + path});
     form.saveChanges();
     QCOMPARE(m_item->data(standardCertificatePathRole), QVariant(path));
     QCOMPARE(m_item->data(standardCertificateRole), QVariant(QString()));
@@ -182,17 +182,17 @@ void TestStandardOPCUAEditDialog::otherPathEmptiesBothRoles()
     QFETCH(QString, box);
     for (const int role : {standardCertificatePathRole, standardCertificateRole, standardPrivateKeyPathRole,
                            standardPrivateKeyRole}) {
-        m_item->setData(QStringLiteral("/kept"), role);
+        m_item->setData("/kept", role);
     }
     standardOPCUAEditDialog form(m_item, m_workspace);
-    find<QLineEdit>(form, name + "Path")->setText(QStringLiteral("/other"));
+    find<QLineEdit>(form, name + "Path")->setText("/other");
     m_boxes->expect();
     form.saveChanges();
     QCOMPARE(m_boxes->told(), QStringList{box});
     for (const int role : {standardCertificatePathRole, standardCertificateRole, standardPrivateKeyPathRole,
                            standardPrivateKeyRole}) {
         const bool emptied = role == pathRole || role == contentRole;
-        QCOMPARE(m_item->data(role), QVariant(emptied ? QString() : QStringLiteral("/kept")));
+        QCOMPARE(m_item->data(role), QVariant(emptied ? QString() : "/kept"));
     }
     QCOMPARE(m_workspace->messages, QStringList{"The Standard OpcUa 'Line' is saved successfully."});
 }
@@ -214,8 +214,8 @@ void TestStandardOPCUAEditDialog::formMayDieBelowItsFileDialog()
 void TestStandardOPCUAEditDialog::formMayDieBelowTheBoxOfItsPath()
 {
     const QPointer<standardOPCUAEditDialog> form = new standardOPCUAEditDialog(m_item, m_workspace);
-    find<QLineEdit>(*form, "certificatePath")->setText(QStringLiteral("/other"));
-    find<QLineEdit>(*form, "privateKeyPath")->setText(QStringLiteral("/other"));
+    find<QLineEdit>(*form, "certificatePath")->setText("/other");
+    find<QLineEdit>(*form, "privateKeyPath")->setText("/other");
     delete m_boxes; // which would answer the box first
     QTimer::singleShot(0, this, [form] { delete form; });
     form->saveChanges();
@@ -227,10 +227,10 @@ void TestStandardOPCUAEditDialog::formMayDieBelowTheBoxOfItsPath()
 void TestStandardOPCUAEditDialog::itemMayLeaveBelowTheBoxOfItsPath()
 {
     QStandardItemModel model;
-    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    model.appendRow(new QStandardItem("gone"));
     standardOPCUAEditDialog form(model.item(0), m_workspace);
-    find<QLineEdit>(form, "certificatePath")->setText(QStringLiteral("/other"));
-    find<QLineEdit>(form, "privateKeyPath")->setText(QStringLiteral("/other"));
+    find<QLineEdit>(form, "certificatePath")->setText("/other");
+    find<QLineEdit>(form, "privateKeyPath")->setText("/other");
     m_boxes->expect();
     QTimer::singleShot(0, &model, [&model] { model.clear(); });
     form.saveChanges();

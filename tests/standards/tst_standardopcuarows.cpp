@@ -15,7 +15,7 @@ class TestStandardOPCUARows : public StandardFormTest
     Q_OBJECT
 public:
     TestStandardOPCUARows()
-        : StandardFormTest(QStringLiteral("Line"), QStringLiteral("OpcUA"))
+        : StandardFormTest("Line", "OpcUA")
     {
     }
 private slots:
@@ -55,13 +55,12 @@ enum Column {
     DataType
 };
 
-QVariantList node(const QString &index = QStringLiteral("1"))
+QVariantList node(const QString &index = "1")
 {
     return {"Pump", "a", index, "GUID Node", "r", "Change amplitude", "1", "X", "X", "bool"};
 }
 
-const QString indexBox =
-    QStringLiteral("Warning|The spatial index value type can only be filled with numbers.");
+const QString indexBox = "Warning|The spatial index value type can only be filled with numbers.";
 
 } // namespace
 
@@ -109,7 +108,7 @@ void TestStandardOPCUARows::addressIsChecked_data()
         QTest::newRow(row + ", any printable") << added << "ns=2;s=[1]{~!}" << true;
         QTest::newRow(row + ", empty") << added << "" << true;
         QTest::newRow(row + ", blank inside") << added << "Pump Speed" << false;
-        QTest::newRow(row + ", Chinese") << added << QStringLiteral("水泵") << false;
+        QTest::newRow(row + ", Chinese") << added << "水泵" << false;
     }
 }
 
@@ -166,7 +165,7 @@ void TestStandardOPCUARows::itemOfTheAmplitudeIsCheckedByItsSlot()
     table->removeCellWidget(0, Amplitude);
     {
         const QSignalBlocker quiet(table);
-        table->setItem(0, Amplitude, new QTableWidgetItem(QStringLiteral("abc")));
+        table->setItem(0, Amplitude, new QTableWidgetItem("abc"));
     }
     QVERIFY(QMetaObject::invokeMethod(&form, "validateChange", Q_ARG(int, 0), Q_ARG(int, Amplitude)));
     QCOMPARE(cell(form, 0, Amplitude)->text(), QString());
@@ -226,12 +225,12 @@ void TestStandardOPCUARows::spatialIndexIsAPositiveNumber()
     standardOPCUAEditDialog form(m_item, m_workspace);
     form.loadParameters(added ? RowList() : RowList{node()});
     form.addParameter();
-    type(form, 0, SpatialIndex, QStringLiteral("7"));
+    type(form, 0, SpatialIndex, "7");
     if (!kept) {
         m_boxes->expect();
     }
     type(form, 0, SpatialIndex, text);
-    QCOMPARE(cell(form, 0, SpatialIndex)->text(), kept ? text : QStringLiteral("7"));
+    QCOMPARE(cell(form, 0, SpatialIndex)->text(), kept ? text : "7");
     QCOMPARE(m_boxes->told(), kept ? QStringList() : QStringList{indexBox});
     QCOMPARE(m_workspace->messages, QStringList());
 }
@@ -239,21 +238,21 @@ void TestStandardOPCUARows::spatialIndexIsAPositiveNumber()
 void TestStandardOPCUARows::spatialIndexThatIsNoneGoesBackToOne()
 {
     standardOPCUAEditDialog form(m_item, m_workspace);
-    form.loadParameters({node(QStringLiteral("x"))});
-    QCOMPARE(cell(form, 0, SpatialIndex)->text(), QStringLiteral("x"));
+    form.loadParameters({node("x")});
+    QCOMPARE(cell(form, 0, SpatialIndex)->text(), "x");
     m_boxes->expect();
     QVERIFY(QMetaObject::invokeMethod(&form, "validateLength", Q_ARG(int, 0), Q_ARG(int, SpatialIndex)));
-    QCOMPARE(cell(form, 0, SpatialIndex)->text(), QStringLiteral("1"));
+    QCOMPARE(cell(form, 0, SpatialIndex)->text(), "1");
     QCOMPARE(m_boxes->told(), QStringList{indexBox});
 }
 
 void TestStandardOPCUARows::slotsActOnTheirOwnColumnsOnly()
 {
     standardOPCUAEditDialog form(m_item, m_workspace);
-    QVariantList bad = node(QStringLiteral("x"));
-    bad[Address] = QStringLiteral("a b");
-    bad[Name] = QStringLiteral("n n");
-    bad[WriteFormula] = QStringLiteral("f");
+    QVariantList bad = node("x");
+    bad[Address] = "a b";
+    bad[Name] = "n n";
+    bad[WriteFormula] = "f";
     form.loadParameters({bad});
     for (const char *slot : {"validateAddr", "validateChange", "validateFormula", "validateLength"}) {
         QVERIFY(QMetaObject::invokeMethod(&form, slot, Q_ARG(int, 0), Q_ARG(int, Name)));
@@ -278,13 +277,13 @@ void TestStandardOPCUARows::methodDecidesTheAmplitude()
     QVERIFY(!editor(form, 1, Amplitude)->isEnabled());
     for (int row = 0; row < 2; ++row) {
         auto *method = qobject_cast<QComboBox *>(table->cellWidget(row, Method));
-        method->setCurrentText(QStringLiteral("Change amplitude"));
+        method->setCurrentText("Change amplitude");
         QVERIFY(editor(form, row, Amplitude)->isEnabled());
-        type(form, row, Amplitude, QStringLiteral("2"));
-        method->setCurrentText(QStringLiteral("Change"));
+        type(form, row, Amplitude, "2");
+        method->setCurrentText("Change");
         QVERIFY(!editor(form, row, Amplitude)->isEnabled());
     }
-    QCOMPARE(editor(form, 0, Amplitude)->text(), QStringLiteral("2"));
+    QCOMPARE(editor(form, 0, Amplitude)->text(), "2");
     QCOMPARE(editor(form, 1, Amplitude)->text(), QString());
 }
 

@@ -17,7 +17,7 @@ class TestStandardTableFields : public StandardFormTest
     Q_OBJECT
 public:
     TestStandardTableFields()
-        : StandardFormTest(QStringLiteral("Yard"), QStringLiteral("DIDO"))
+        : StandardFormTest("Yard", "DIDO")
     {
     }
 private slots:

@@ -21,7 +21,7 @@ class TestStandardTableForms : public StandardFormTest
     Q_OBJECT
 public:
     TestStandardTableForms()
-        : StandardFormTest(QStringLiteral("Yard"), QStringLiteral("DIDO"))
+        : StandardFormTest("Yard", "DIDO")
     {
     }
 private slots:
@@ -168,8 +168,8 @@ void TestStandardTableForms::everyInputHasItsName()
         kindOfTest().inputs + QStringList{"name", "protocol", "trigger", "collectionInterval"};
     expected.sort();
     QCOMPARE(inputNames(*form), expected);
-    QCOMPARE(form->windowTitle(), QStringLiteral("Edit Standard"));
-    QCOMPARE(find<QComboBox>(*form, "trigger")->currentText(), QStringLiteral("Timed Loops"));
+    QCOMPARE(form->windowTitle(), "Edit Standard");
+    QCOMPARE(find<QComboBox>(*form, "trigger")->currentText(), "Timed Loops");
 }
 
 void TestStandardTableForms::everyLabelHasItsInput()
@@ -185,7 +185,7 @@ void TestStandardTableForms::everyLabelHasItsInput()
 void TestStandardTableForms::openingWritesTheTextDefaultsOnly()
 {
     const Form form = makeForm();
-    const bool serial = kindOfTest().inputs.contains(QStringLiteral("communicationGap"));
+    const bool serial = kindOfTest().inputs.contains("communicationGap");
     QMap<int, QVariant> expected{{standardProtocolRole, "DIDO"}, {standardCollectionIntervalRole, "2000"}};
     if (serial) {
         expected.insert(standardCommunicationTimeoutRole, "2000");
@@ -253,11 +253,11 @@ void TestStandardTableForms::duplicateNameIsCleared()
     QTableWidget *table = tableOf(*form);
     form->loadParameters({named(kind.row, kind.name, "a"), named(kind.row, kind.name, "b")});
     form->addParameter();
-    table->item(1, kind.name)->setText(QStringLiteral("A"));
-    table->item(1, kind.name)->setText(QStringLiteral("a"));
+    table->item(1, kind.name)->setText("A");
+    table->item(1, kind.name)->setText("a");
     QCOMPARE(table->item(1, kind.name)->text(), QString());
     auto *editor = qobject_cast<QLineEdit *>(table->cellWidget(2, kind.name));
-    editor->setText(QStringLiteral(" a "));
+    editor->setText(" a ");
     emit editor->editingFinished();
     QCOMPARE(editor->text(), QString());
     // In a loaded row the message tells its own number, in an added one that of the other row.
@@ -284,11 +284,11 @@ void TestStandardTableForms::nameSlotsActOnTheirOwnColumnOnly()
     auto *editor = qobject_cast<QLineEdit *>(tableOf(*form)->cellWidget(2, kind.name));
     {
         const QSignalBlocker quiet(editor);
-        editor->setText(QStringLiteral("a"));
+        editor->setText("a");
     }
     QVERIFY(QMetaObject::invokeMethod(form.get(), "validateNameOnChange", Q_ARG(int, 2),
-                                      Q_ARG(int, kind.name), Q_ARG(QString, QStringLiteral("a"))));
-    QCOMPARE(editor->text(), QStringLiteral("a"));
+                                      Q_ARG(int, kind.name), Q_ARG(QString, "a")));
+    QCOMPARE(editor->text(), "a");
     emit editor->editingFinished();
     QCOMPARE(editor->text(), QString());
 }
@@ -314,17 +314,17 @@ void TestStandardTableForms::replaceItemShowsTheOtherStandard()
 {
     const KindRow &kind = kindOfTest();
     setRows(m_item, {kind.untouched, kind.untouched});
-    QStandardItem other(QStringLiteral("Other"));
-    other.setData(QStringLiteral("700"), standardCollectionIntervalRole);
+    QStandardItem other("Other");
+    other.setData("700", standardCollectionIntervalRole);
     setRows(&other, {kind.row});
     const Form form = makeForm();
-    form->nameEdit()->setText(QStringLiteral("not saved"));
+    form->nameEdit()->setText("not saved");
     form->replaceItem(&other);
-    QCOMPARE(form->nameEdit()->text(), QStringLiteral("Other"));
-    QCOMPARE(find<QLineEdit>(*form, "collectionInterval")->text(), QStringLiteral("700"));
+    QCOMPARE(form->nameEdit()->text(), "Other");
+    QCOMPARE(find<QLineEdit>(*form, "collectionInterval")->text(), "700");
     form->saveChanges();
     QCOMPARE(rowsOf(&other), RowList{kind.row});
-    QCOMPARE(m_item->text(), QStringLiteral("Yard"));
+    QCOMPARE(m_item->text(), "Yard");
     QCOMPARE(rowsOf(m_item).size(), 2);
     form->replaceItem(m_item);
     QCOMPARE(tableOf(*form)->rowCount(), 2);
@@ -335,7 +335,7 @@ void TestStandardTableForms::clearDataEmptiesTheForm()
     setRows(m_item, {kindOfTest().row});
     for (const int role : {standardUrlRole, standardCertificatePathRole, standardPrivateKeyPathRole,
                            standardUsernameRole, standardPasswordRole}) {
-        m_item->setData(QStringLiteral("x"), role);
+        m_item->setData("x", role);
     }
     const Form form = makeForm();
     QVERIFY(QMetaObject::invokeMethod(form.get(), "clearData"));
@@ -364,10 +364,10 @@ void TestStandardTableForms::cancelLeavesTheItemAlone()
 {
     const Form form = makeForm();
     QSignalSpy rejected(form.get(), &QDialog::rejected);
-    form->nameEdit()->setText(QStringLiteral("not saved"));
+    form->nameEdit()->setText("not saved");
     find<QPushButton>(*form, "cancelButton")->click();
     QCOMPARE(rejected.size(), 1);
-    QCOMPARE(m_item->text(), QStringLiteral("Yard"));
+    QCOMPARE(m_item->text(), "Yard");
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
@@ -377,7 +377,7 @@ void TestStandardTableForms::rolesOfTheWrongTypeDoNoHarm()
         m_item->setData(QVariantList{1, "x"}, role);
     }
     // What a Standard with tabs stores.
-    setGroups(m_item, {{QStringLiteral("Modbus-1"), {{"standard", "1"}}}});
+    setGroups(m_item, {{"Modbus-1", {{"standard", "1"}}}});
     const Form form = makeForm();
     QCOMPARE(tableOf(*form)->rowCount(), 0);
     form->saveChanges();
@@ -392,7 +392,7 @@ void TestStandardTableForms::rolesOfTheWrongTypeDoNoHarm()
 void TestStandardTableForms::saveWithoutItsNodeDoesNothing()
 {
     QStandardItemModel model;
-    model.appendRow(new QStandardItem(QStringLiteral("gone")));
+    model.appendRow(new QStandardItem("gone"));
     const Form form = makeForm(model.item(0), m_workspace);
     model.removeRow(0);
     form->saveChanges();
@@ -427,9 +427,9 @@ void TestStandardTableForms::writesItsLifeToTheLog()
     QStringList expected;
     for (const char *event :
          {"new-nuilt", "replace", "addParameter", "removeParameter", "removeAllParameters"}) {
-        expected.append(name + QStringLiteral(": ") + QLatin1String(event));
+        expected.append(name + ": " + QLatin1String(event));
     }
-    expected += QStringList{QLatin1String(kind.savedLine), name + QStringLiteral(": destroyed")};
+    expected += QStringList{QLatin1String(kind.savedLine), name + ": destroyed"};
     QCOMPARE(log.events(), expected);
 }
 

@@ -139,7 +139,7 @@ QString BoxFormTest::shown(const char *name) const
     const bool on = m_form->findChild<QRadioButton *>(QLatin1String(name) + QLatin1String("On"))->isChecked();
     const bool off =
         m_form->findChild<QRadioButton *>(QLatin1String(name) + QLatin1String("Off"))->isChecked();
-    return on == off ? QStringLiteral("neither") : on ? QStringLiteral("on") : QStringLiteral("off");
+    return on == off ? QString("neither") : on ? QString("on") : "off";
 }
 
 QMap<int, QVariant> BoxFormTest::shownRoles() const
@@ -198,10 +198,10 @@ void BoxFormTest::actBelowTheNextBox(std::function<void()> act)
 void BoxFormTest::chooseHostAddress(const QString &address)
 {
     m_dialogs->expect([address](QWidget *dialog) {
-        auto *list = dialog->findChild<QComboBox *>(QStringLiteral("hostAddress"));
+        auto *list = dialog->findChild<QComboBox *>("hostAddress");
         list->addItem(address);
         list->setCurrentIndex(list->count() - 1);
-        dialog->findChild<QPushButton *>(QStringLiteral("okButton"))->click();
+        dialog->findChild<QPushButton *>("okButton")->click();
     });
     m_form->showChangeHostAddressDialog();
 }

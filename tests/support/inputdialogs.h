@@ -38,7 +38,7 @@ inline QStringList entries(const QComboBox *list)
 // Enter in the field "name" accepts; Escape there and "cancelButton" reject.
 inline void compareEnterAndEscape(QDialog *dialog)
 {
-    auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("name"));
+    auto *name = dialog->findChild<QLineEdit *>("name");
     dialog->show();
     QTest::keyClick(name, Qt::Key_Return);
     QCOMPARE(dialog->result(), int(QDialog::Accepted));
@@ -47,7 +47,7 @@ inline void compareEnterAndEscape(QDialog *dialog)
     QCOMPARE(dialog->result(), int(QDialog::Rejected));
     dialog->show();
     dialog->setResult(QDialog::Accepted);
-    dialog->findChild<QPushButton *>(QStringLiteral("cancelButton"))->click();
+    dialog->findChild<QPushButton *>("cancelButton")->click();
     QCOMPARE(dialog->result(), int(QDialog::Rejected));
 }
 
@@ -55,12 +55,12 @@ inline void compareEnterAndEscape(QDialog *dialog)
 inline void comparePasteOfRichText(QTextEdit *edit)
 {
     auto *rich = new QMimeData;
-    rich->setText(QStringLiteral("words"));
-    rich->setHtml(QStringLiteral("<b>words</b>"));
+    rich->setText("words");
+    rich->setHtml("<b>words</b>");
     QGuiApplication::clipboard()->setMimeData(rich);
     edit->clear();
     edit->paste();
-    QCOMPARE(edit->toPlainText(), QStringLiteral("words"));
+    QCOMPARE(edit->toPlainText(), "words");
     QVERIFY(!edit->textCursor().charFormat().font().bold());
 }
 

@@ -36,10 +36,7 @@ public:
     }
 
 private:
-    static QString path()
-    {
-        return QCoreApplication::applicationDirPath() + QStringLiteral("/MARLINLOG.log");
-    }
+    static QString path() { return QCoreApplication::applicationDirPath() + "/MARLINLOG.log"; }
 
     QString m_className;
     qint64 m_start;

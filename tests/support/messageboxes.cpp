@@ -51,7 +51,7 @@ void MessageBoxes::answer(QMessageBox *box)
     if (button) {
         button->click();
     } else {
-        m_unexpected.append(told + QStringLiteral("|no such button"));
+        m_unexpected.append(told + "|no such button");
         box->reject();
     }
 }

@@ -32,7 +32,7 @@ inline QString cells(const QVariantList &row)
     for (const QVariant &cell : row) {
         texts.append(QLatin1String(cell.typeName()) + QLatin1Char(' ') + cell.toString());
     }
-    return QLatin1Char('[') + texts.join(QStringLiteral(", ")) + QLatin1Char(']');
+    return QLatin1Char('[') + texts.join(", ") + QLatin1Char(']');
 }
 
 inline QString rows(const RowList &list)
@@ -50,12 +50,12 @@ inline QString valueText(const QVariant &value)
         const auto groups = value.value<GroupMap>();
         QStringList texts;
         for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
-            texts.append(group.key() + QStringLiteral(": ") + rows(group.value()));
+            texts.append(group.key() + ": " + rows(group.value()));
         }
-        return QStringLiteral("groups {") + texts.join(QStringLiteral("; ")) + QLatin1Char('}');
+        return "groups {" + texts.join("; ") + QLatin1Char('}');
     }
     if (value.userType() == qMetaTypeId<RowList>()) {
-        return QStringLiteral("rows ") + rows(value.value<RowList>());
+        return "rows " + rows(value.value<RowList>());
     }
     return QLatin1String(value.typeName()) + QLatin1Char(' ') + value.toString();
 }
@@ -67,7 +67,7 @@ inline QStringList roles(const QStandardItem *item)
     for (int offset = 0; offset <= 300; ++offset) {
         const QVariant value = item->data(Qt::UserRole + offset);
         if (value.isValid()) {
-            lines.append(QStringLiteral("+%1 ").arg(offset) + valueText(value));
+            lines.append(QString("+%1 ").arg(offset) + valueText(value));
         }
     }
     return lines;
@@ -79,10 +79,10 @@ inline QStringList tree(const QStandardItem *item, const QString &indent = QStri
     QStringList lines{indent + item->text()};
     const QStringList own = roles(item);
     for (const QString &line : own) {
-        lines.append(indent + QStringLiteral("  ") + line);
+        lines.append(indent + "  " + line);
     }
     for (int row = 0; row < item->rowCount(); ++row) {
-        lines += tree(item->child(row), indent + QStringLiteral("    "));
+        lines += tree(item->child(row), indent + "    ");
     }
     return lines;
 }

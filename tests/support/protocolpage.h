@@ -14,7 +14,7 @@ class ProtocolPage
 public:
     ProtocolPage()
     {
-        QFile file(QStringLiteral(SOURCE_ROOT "/docs/box-protocol.md"));
+        QFile file(QString(SOURCE_ROOT "/docs/box-protocol.md"));
         if (!file.open(QIODevice::ReadOnly)) {
             m_wrong.append(file.errorString());
         }
@@ -40,9 +40,9 @@ private:
     // "61 62   told" is two bytes, "61 x 3" three; what follows three spaces is for reading only.
     QByteArray bytesOf(const QString &line)
     {
-        static const QRegularExpression plain(QStringLiteral("^[0-9A-F]{2}(?: [0-9A-F]{2})*$"));
-        static const QRegularExpression repeated(QStringLiteral("^([0-9A-F]{2}) x ([0-9]+)$"));
-        const QString digits = line.section(QStringLiteral("   "), 0, 0);
+        static const QRegularExpression plain("^[0-9A-F]{2}(?: [0-9A-F]{2})*$");
+        static const QRegularExpression repeated("^([0-9A-F]{2}) x ([0-9]+)$");
+        const QString digits = line.section("   ", 0, 0);
         const QRegularExpressionMatch match = repeated.match(digits);
         if (match.hasMatch()) {
             return QByteArray::fromHex(match.captured(1).toLatin1()).repeated(match.captured(2).toInt());

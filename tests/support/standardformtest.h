@@ -38,7 +38,7 @@ protected:
     template <class Form> void saveWithoutItsNode() const
     {
         QStandardItemModel model;
-        model.appendRow(new QStandardItem(QStringLiteral("gone")));
+        model.appendRow(new QStandardItem("gone"));
         Form form(model.item(0), m_workspace);
         model.removeRow(0);
         form.saveChanges();
@@ -49,7 +49,7 @@ protected:
     template <class Form> QStringList linesOfALife() const
     {
         const LogTail log(QString::fromLatin1(Form::staticMetaObject.className()));
-        QStandardItem other(QStringLiteral("Other"));
+        QStandardItem other("Other");
         {
             Form form(m_item, m_workspace);
             form.replaceItem(&other);

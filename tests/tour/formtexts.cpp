@@ -19,12 +19,11 @@ namespace {
 QStringList contextsOfClass(const QString &name)
 {
     static const QHash<QString, QStringList> others = {
-        {QStringLiteral("CMainWindow"), {QStringLiteral("CMainWindow"), QStringLiteral("MainWindow")}},
+        {"CMainWindow", {"CMainWindow", "MainWindow"}},
         // Which lists the docks of the window.
-        {QStringLiteral("CStatusDialog"),
-         {QStringLiteral("CStatusDialogClass"), QStringLiteral("CMainWindow")}},
-        {QStringLiteral("HostAddressDialog"), {QStringLiteral("BoxEditDialog")}},
-        {QStringLiteral("MonitoringPage"), {QStringLiteral("MonitoringPage"), QStringLiteral("CMainWindow")}},
+        {"CStatusDialog", {"CStatusDialogClass", "CMainWindow"}},
+        {"HostAddressDialog", {"BoxEditDialog"}},
+        {"MonitoringPage", {"MonitoringPage", "CMainWindow"}},
     };
     return others.value(name, {name});
 }
@@ -39,20 +38,20 @@ bool isLeftAlone(const QWidget *widget)
 
 bool isChinese(const QString &text)
 {
-    static const QRegularExpression pattern(QStringLiteral("[\\x{2E80}-\\x{FFEF}]"));
+    static const QRegularExpression pattern("[\\x{2E80}-\\x{FFEF}]");
     return text.contains(pattern);
 }
 
 // Of the translations with values in them or behind them.
 QRegularExpression patternOf(const QSet<QString> &translations)
 {
-    static const QRegularExpression value(QStringLiteral("\\\\?%\\d"));
+    static const QRegularExpression value("\\\\?%\\d");
     QStringList patterns;
     for (const QString &translation : translations) {
-        QString pattern = QRegularExpression::escape(translation).replace(value, QStringLiteral(".*"));
+        QString pattern = QRegularExpression::escape(translation).replace(value, ".*");
         if (translation.endsWith(QChar(0xff1a))) {
-            patterns.append(pattern + QStringLiteral(".*"));
-        } else if (pattern.contains(QStringLiteral(".*"))) {
+            patterns.append(pattern + ".*");
+        } else if (pattern.contains(".*")) {
             patterns.append(pattern);
         }
     }
@@ -136,7 +135,7 @@ QStringList FormTexts::foreign(const QWidget *root) const
             const bool isForeign = isChinese(text) ? isKnown(text, everywhere) && !isKnown(text, contexts)
                                                    : m_sources.contains(text);
             if (isForeign) {
-                found.append(text + QStringLiteral(" in ") + contexts.last());
+                found.append(text + " in " + contexts.last());
             }
         }
     }

@@ -348,8 +348,7 @@ QWidget *mainWindow(GalleryStock &stock)
     CMainWindow *window = makeWindow(stock);
     const QStandardItem *project = window->projectModel()->item(0);
     window->projectTree()->setCurrentIndex(
-        ProjectTree::childNamed(ProjectTree::childNamed(project, ProjectTree::serviceFolder),
-                                QStringLiteral("IEC61850"))
+        ProjectTree::childNamed(ProjectTree::childNamed(project, ProjectTree::serviceFolder), "IEC61850")
             ->index());
     window->slotServiceEditFile();
     return window;

@@ -43,7 +43,7 @@ QString nameOf(const QWidget *widget)
 
 QString nameOf(const TextSpot &spot)
 {
-    return nameOf(spot.widget) + QStringLiteral(" \"") + spot.text.left(40) + QLatin1Char('"');
+    return nameOf(spot.widget) + " \"" + spot.text.left(40) + QLatin1Char('"');
 }
 
 QWidgetList shownWidgets(const QWidget *form)
@@ -90,7 +90,7 @@ void addPaleWords(const QTextEdit *edit, QStringList &found)
             const double contrast = TextSpots::contrast(range.format.foreground().color(), ground);
             if (edit->isEnabled() && range.format.hasProperty(QTextFormat::ForegroundBrush)
                 && contrast < leastContrast) {
-                found.append(QStringLiteral("%1 \"%2\": %3")
+                found.append(QString("%1 \"%2\": %3")
                                  .arg(nameOf(edit), block.text().mid(range.start, range.length))
                                  .arg(contrast, 0, 'f', 1));
             }
@@ -114,7 +114,7 @@ bool followsTheEye(const QRect &from, const QRect &to)
 bool isLiveTab(const QWidget *widget)
 {
     const QWidget *tabs = qobject_cast<const QTabBar *>(widget) ? widget->parentWidget() : nullptr;
-    return tabs && tabs->styleSheet().contains(QStringLiteral("#1296db"));
+    return tabs && tabs->styleSheet().contains("#1296db");
 }
 
 } // namespace
@@ -132,7 +132,7 @@ QStringList Inspector::paleTexts(const QWidget *form, const QImage &picture)
         const QPoint corner = spot.widget->mapTo(form, seen.topLeft()) * scale;
         const double contrast = TextSpots::contrastIn(picture, QRect(corner, seen.size() * scale));
         if (contrast < leastContrast && !isLiveTab(spot.widget)) {
-            found.append(QStringLiteral("%1: %2").arg(nameOf(spot)).arg(contrast, 0, 'f', 1));
+            found.append(QString("%1: %2").arg(nameOf(spot)).arg(contrast, 0, 'f', 1));
         }
     }
     const auto edits = form->findChildren<QTextEdit *>();
@@ -159,7 +159,7 @@ QStringList Inspector::paleIcons(const QWidget *form, const QImage &picture)
         inside = QRect(inside.topLeft() * scale, inside.size() * scale);
         const double contrast = TextSpots::contrastIn(picture, inside);
         if (contrast < leastIconContrast) {
-            found.append(QStringLiteral("%1: %2").arg(nameOf(button)).arg(contrast, 0, 'f', 1));
+            found.append(QString("%1: %2").arg(nameOf(button)).arg(contrast, 0, 'f', 1));
         }
     }
     return found;
@@ -190,7 +190,7 @@ QStringList Inspector::sidewaysPages(const QWidget *form)
     const auto areas = form->findChildren<QScrollArea *>();
     for (const QScrollArea *area : areas) {
         if (area->isVisible() && area->horizontalScrollBar()->maximum() > 0) {
-            found.append(QStringLiteral("%1 is %2 too wide")
+            found.append(QString("%1 is %2 too wide")
                              .arg(nameOf(area->widget()))
                              .arg(area->horizontalScrollBar()->maximum()));
         }
@@ -206,16 +206,16 @@ QStringList Inspector::namelessThings(const QWidget *form)
         const auto *label = qobject_cast<const QLabel *>(widget);
         if (label && (label->text().endsWith(QLatin1Char(':')) || label->text().endsWith(QChar(0xff1a)))
             && !label->buddy()) {
-            found.append(QStringLiteral("no buddy: ") + label->text());
+            found.append("no buddy: " + label->text());
         }
         const auto *button = qobject_cast<const QAbstractButton *>(widget);
         if (button && button->text().isEmpty() && !button->icon().isNull()
             && (button->toolTip().isEmpty() || button->accessibleName().isEmpty())) {
-            found.append(QStringLiteral("an icon only: ") + nameOf(button));
+            found.append("an icon only: " + nameOf(button));
         }
         // Tables and trees speak through their cells.
         if (isInput(widget) && !qobject_cast<QAbstractItemView *>(widget) && spokenName(widget).isEmpty()) {
-            found.append(QStringLiteral("no name: ") + nameOf(widget));
+            found.append("no name: " + nameOf(widget));
         }
     }
     return found;
@@ -226,7 +226,7 @@ QStringList Inspector::strayTabs(QWidget *form)
     QWidgetList visited;
     QApplication::setActiveWindow(form);
     if (!QTest::qWaitForWindowActive(form)) {
-        return {QStringLiteral("not active")};
+        return {"not active"};
     }
     for (int step = 0; step < mostSteps; ++step) {
         QWidget *at = QApplication::focusWidget();
@@ -250,7 +250,7 @@ QStringList Inspector::strayTabs(QWidget *form)
                     || (qobject_cast<QAbstractItemView *>(widget) && widget->isAncestorOf(at));
             });
             if (!reached) {
-                found.append(QStringLiteral("not reached: ") + nameOf(widget));
+                found.append("not reached: " + nameOf(widget));
             }
         }
     }
@@ -263,7 +263,7 @@ QStringList Inspector::strayTabs(QWidget *form)
             continue;
         }
         if (last && !followsTheEye(placeOf(last, form), placeOf(widget, form))) {
-            found.append(QStringLiteral("%1 before %2").arg(nameOf(last), nameOf(widget)));
+            found.append(QString("%1 before %2").arg(nameOf(last), nameOf(widget)));
         }
         last = widget;
     }
@@ -281,13 +281,13 @@ QStringList Inspector::tablesWithoutCopy(const QWidget *form)
         }
         const QModelIndex cell = view->model()->index(0, view->model()->columnCount() > 1 ? 1 : 0);
         view->selectionModel()->select(cell, QItemSelectionModel::ClearAndSelect);
-        QApplication::clipboard()->setText(QStringLiteral("nothing"));
-        auto *copy = view->findChild<QAction *>(QStringLiteral("copy"), Qt::FindDirectChildrenOnly);
+        QApplication::clipboard()->setText("nothing");
+        auto *copy = view->findChild<QAction *>("copy", Qt::FindDirectChildrenOnly);
         if (copy && copy->shortcut() == QKeySequence(QKeySequence::Copy)) {
             copy->trigger();
         }
         const QString text = QApplication::clipboard()->text();
-        if (text.isEmpty() || text == QStringLiteral("nothing")) {
+        if (text.isEmpty() || text == "nothing") {
             found.append(nameOf(view));
         }
     }

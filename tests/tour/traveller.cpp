@@ -21,7 +21,7 @@
 
 Traveller::Traveller(CMainWindow *window)
     : m_window(window)
-    , m_folder(qEnvironmentVariable("TOUR_DIR", QStringLiteral("tour")))
+    , m_folder(qEnvironmentVariable("TOUR_DIR", "tour"))
 {
     QDir().mkpath(m_folder);
 }
@@ -38,7 +38,7 @@ void Traveller::picture(const QString &name, QWidget *dialog)
         painter.drawPixmap(at, over);
         painter.drawRect(QRect(at, size));
     }
-    const QString file = m_folder + QLatin1Char('/') + name + QStringLiteral(".png");
+    const QString file = m_folder + QLatin1Char('/') + name + ".png";
     QVERIFY2(shot.save(file), qPrintable(file));
 }
 
@@ -145,7 +145,7 @@ void Traveller::press(const QWidget *form, const char *button)
 void Traveller::giveFile(const QString &path)
 {
     m_dialogs.expect([path](QWidget *dialog) {
-        dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
         QMetaObject::invokeMethod(dialog, "accept");
     });
 }

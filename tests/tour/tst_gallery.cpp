@@ -83,7 +83,7 @@ QByteArray lines(const QStringList &texts)
 
 void TestGallery::initTestCase()
 {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
     QFont font = QApplication::font();
     font.setPointSize(10); // as on a common desktop; the platform without a screen has a larger one
     QApplication::setFont(font);
@@ -101,7 +101,7 @@ void TestGallery::cleanup()
 void TestGallery::cleanupTestCase()
 {
     for (auto sheet = m_sheets.cbegin(); sheet != m_sheets.cend(); ++sheet) {
-        const QString file = QStringLiteral("%1/forms-%2.png").arg(m_folder, sheet.key());
+        const QString file = QString("%1/forms-%2.png").arg(m_folder, sheet.key());
         QVERIFY2(sheet.value().compose().save(file), qPrintable(file));
     }
 }
@@ -122,7 +122,7 @@ void TestGallery::take(const QString &setting, const QString &name, const QPixma
     if (m_folder.isEmpty()) {
         return;
     }
-    const QString scaled = setting + QStringLiteral("-%1x").arg(picture.devicePixelRatio());
+    const QString scaled = setting + QString("-%1x").arg(picture.devicePixelRatio());
     m_sheets[scaled].add(name, picture);
 }
 
@@ -183,9 +183,9 @@ void TestGallery::looksRight()
     QFETCH(QString, language);
     QFETCH(QString, desktop);
     const Exhibit &exhibit = m_exhibits.at(index);
-    QVERIFY(m_translator.load(QStringLiteral(":/adsdemo/%1.qm").arg(language)));
-    m_stock.english = language == QStringLiteral("english");
-    QApplication::setPalette(desktop == QStringLiteral("dark") ? darkDesktop() : lightDesktop());
+    QVERIFY(m_translator.load(QString(":/adsdemo/%1.qm").arg(language)));
+    m_stock.english = language == "english";
+    QApplication::setPalette(desktop == "dark" ? darkDesktop() : lightDesktop());
     show(exhibit, tabHeight);
     const QPixmap picture = m_form->grab();
     take(language + QLatin1Char('-') + desktop, QLatin1String(exhibit.name), picture);
@@ -210,11 +210,11 @@ void TestGallery::translationsAreOfTheForm_data()
 void TestGallery::translationsAreOfTheForm()
 {
     QFETCH(int, index);
-    QVERIFY(m_translator.load(QStringLiteral(":/adsdemo/chinese.qm")));
+    QVERIFY(m_translator.load(":/adsdemo/chinese.qm"));
     m_stock.english = false;
-    const QString folder = QStringLiteral(SOURCE_ROOT "/src/resources/");
-    static const FormTexts texts(readCatalogue(folder + QStringLiteral("chinese.ts")),
-                                 readCatalogue(folder + QStringLiteral("toolkit_chinese.ts")), m_translator);
+    const QString folder = QString(SOURCE_ROOT "/src/resources/");
+    static const FormTexts texts(readCatalogue(folder + "chinese.ts"),
+                                 readCatalogue(folder + "toolkit_chinese.ts"), m_translator);
     show(m_exhibits.at(index), wholeHeight);
     const QStringList foreign = texts.foreign(m_form.get());
     QVERIFY2(foreign.isEmpty(), lines(foreign));

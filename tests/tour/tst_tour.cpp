@@ -61,7 +61,7 @@ private:
 
 namespace {
 
-const QString project = QStringLiteral("North feeder");
+const QString project = "North feeder";
 
 } // namespace
 
@@ -69,13 +69,13 @@ void TestTour::initTestCase()
 {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     BoxSimOptions options;
-    options.address = QHostAddress(QStringLiteral("127.0.14.1"));
+    options.address = QHostAddress("127.0.14.1");
     options.reportInterval = 200;
     m_box = std::make_unique<BoxUnderTest>(options);
     QVERIFY(m_box->start());
     m_address = m_box->address().toString();
     m_window = new CMainWindow;
-    if (qEnvironmentVariable("TOUR_LANGUAGE") == QStringLiteral("english")) {
+    if (qEnvironmentVariable("TOUR_LANGUAGE") == "english") {
         m_window->CESwitching();
     }
     m_window->show();
@@ -95,36 +95,36 @@ void TestTour::cleanupTestCase()
 
 void TestTour::theWindowStands()
 {
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("MRN-IEC61850-Modbus"));
-    m_user->picture(QStringLiteral("01-start"));
+    QCOMPARE(m_window->windowTitle(), "MRN-IEC61850-Modbus");
+    m_user->picture("01-start");
 }
 
 void TestTour::aProjectIsMade()
 {
-    QVERIFY(QDir().mkpath(QStringLiteral("projects")));
+    QVERIFY(QDir().mkpath("projects"));
     m_user->dialogs().expect([this](QWidget *dialog) {
         m_user->type(dialog, "name", project);
-        m_user->giveFile(QDir::current().absoluteFilePath(QStringLiteral("projects")));
+        m_user->giveFile(QDir::current().absoluteFilePath("projects"));
         m_user->press(dialog, "browseButton");
-        QTest::keyClicks(dialog->findChild<QTextEdit *>(), QStringLiteral("One feeder and its meter."));
-        m_user->picture(QStringLiteral("02-new-project"), dialog);
+        QTest::keyClicks(dialog->findChild<QTextEdit *>(), "One feeder and its meter.");
+        m_user->picture("02-new-project", dialog);
         m_user->press(dialog, "okButton");
     });
     m_user->trigger("actionNew_Project");
-    QVERIFY(m_user->node(project + QStringLiteral("/Service/IEC61850")));
+    QVERIFY(m_user->node(project + "/Service/IEC61850"));
 }
 
 void TestTour::aModbusDeviceIsDescribed()
 {
-    m_user->choose(project + QStringLiteral("/Standard"), shown("Add Standard"), [this](QWidget *dialog) {
-        m_user->type(dialog, "name", QStringLiteral("Protection relay"));
-        dialog->findChild<QComboBox *>(QStringLiteral("protocol"))->setCurrentText(QStringLiteral("Modbus"));
-        m_user->picture(QStringLiteral("03-add-standard"), dialog);
+    m_user->choose(project + "/Standard", shown("Add Standard"), [this](QWidget *dialog) {
+        m_user->type(dialog, "name", "Protection relay");
+        dialog->findChild<QComboBox *>("protocol")->setCurrentText("Modbus");
+        m_user->picture("03-add-standard", dialog);
         m_user->press(dialog, "okButton");
     });
     auto *form = m_user->form<standardModbusEditDialog>();
     QVERIFY(form);
-    m_user->type(form, "ip", QStringLiteral("192.168.1.61"));
+    m_user->type(form, "ip", "192.168.1.61");
     m_user->press(form, "addTabButton");
     const char *const points[][2] = {
         {"0", "Phase A voltage"}, {"2", "Phase B voltage"}, {"4", "Phase A current"}};
@@ -134,61 +134,60 @@ void TestTour::aModbusDeviceIsDescribed()
         const int row = table->rowCount() - 1;
         QTest::keyClicks(table->cellWidget(row, 0), QLatin1String(point[0]));
         QTest::keyClicks(table->cellWidget(row, 1), QLatin1String(point[1]));
-        qobject_cast<QComboBox *>(table->cellWidget(row, 2))->setCurrentText(QStringLiteral("float"));
+        qobject_cast<QComboBox *>(table->cellWidget(row, 2))->setCurrentText("float");
     }
-    m_user->picture(QStringLiteral("04-modbus"));
+    m_user->picture("04-modbus");
     auto *table = form->findChild<QTableWidget *>();
     table->setColumnWidth(0, 55); // as a user would, who wants to read the names
     table->setColumnWidth(1, 118);
     m_user->scrollTo(table, 80);
-    m_user->picture(QStringLiteral("04-modbus-points"));
+    m_user->picture("04-modbus-points");
     m_user->press(form, "saveButton");
 }
 
 void TestTour::aMeterIsDescribed()
 {
-    m_user->choose(project + QStringLiteral("/Standard"), shown("Add Standard"), [this](QWidget *dialog) {
-        m_user->type(dialog, "name", QStringLiteral("Tariff meter"));
-        dialog->findChild<QComboBox *>(QStringLiteral("protocol"))->setCurrentText(QStringLiteral("DLT645"));
+    m_user->choose(project + "/Standard", shown("Add Standard"), [this](QWidget *dialog) {
+        m_user->type(dialog, "name", "Tariff meter");
+        dialog->findChild<QComboBox *>("protocol")->setCurrentText("DLT645");
         m_user->press(dialog, "okButton");
     });
     auto *form = m_user->form<standardDLT645EditDialog>();
     QVERIFY(form);
     m_user->press(form, "addTabButton");
-    m_user->type(form, "slaveAddressEdit", QStringLiteral("202611210001"));
+    m_user->type(form, "slaveAddressEdit", "202611210001");
     auto *table = form->findChild<QTableWidget *>();
     for (const int row : {21, 41, 42, 43}) {
         qobject_cast<QCheckBox *>(table->cellWidget(row, 0))->click();
-        table->item(row, 2)->setText(QStringLiteral("meter value %1").arg(row));
+        table->item(row, 2)->setText(QString("meter value %1").arg(row));
     }
-    m_user->picture(QStringLiteral("05-dlt645"));
+    m_user->picture("05-dlt645");
     table->setColumnWidth(1, 220);
     table->setColumnWidth(2, 130);
     m_user->scrollTo(table, -120);
     table->scrollToBottom();
-    m_user->picture(QStringLiteral("05-dlt645-items"));
+    m_user->picture("05-dlt645-items");
     m_user->press(form, "saveButton");
 }
 
 void TestTour::theServiceIsSet()
 {
-    m_user->click(project + QStringLiteral("/Service/IEC61850"));
+    m_user->click(project + "/Service/IEC61850");
     auto *form = m_user->form<ServiceIEC61850EditDialog>();
     QVERIFY(form);
-    form->findChild<QCheckBox *>(QStringLiteral("enableSSL"))->click();
-    m_user->picture(QStringLiteral("06-service-secured"));
-    form->findChild<QCheckBox *>(QStringLiteral("enableSSL"))->click();
-    form->findChild<QComboBox *>(QStringLiteral("authentication"))
-        ->setCurrentText(QStringLiteral("Password"));
-    m_user->type(form, "password", QStringLiteral("substation"));
-    m_user->picture(QStringLiteral("07-service"));
+    form->findChild<QCheckBox *>("enableSSL")->click();
+    m_user->picture("06-service-secured");
+    form->findChild<QCheckBox *>("enableSSL")->click();
+    form->findChild<QComboBox *>("authentication")->setCurrentText("Password");
+    m_user->type(form, "password", "substation");
+    m_user->picture("07-service");
     m_user->press(form, "saveButton");
 }
 
 // Asks the Box alone: a search would broadcast on the network that the machine is in.
 void TestTour::theSearchForBoxesStands()
 {
-    m_user->choose(project + QStringLiteral("/Box"), shown("Search Box"));
+    m_user->choose(project + "/Box", shown("Search Box"));
     const QPointer<BoxSearchDialog> dialog = m_user->form<BoxSearchDialog>();
     QVERIFY(dialog);
     QVERIFY(dialog->isVisible());
@@ -200,24 +199,24 @@ void TestTour::theSearchForBoxesStands()
         QTRY_COMPARE(list->count(), 1);
         QVERIFY(list->item(0)->text().contains(m_address));
     }
-    m_user->picture(QStringLiteral("08-search"), dialog);
+    m_user->picture("08-search", dialog);
     QTest::keyClick(dialog, Qt::Key_Escape);
     QTRY_VERIFY(!dialog);
 }
 
 void TestTour::aBoxIsAddedAndConnects()
 {
-    m_user->choose(project + QStringLiteral("/Box"), shown("Add Box"), [this](QWidget *dialog) {
-        m_user->type(dialog, "name", QStringLiteral("Gateway"));
+    m_user->choose(project + "/Box", shown("Add Box"), [this](QWidget *dialog) {
+        m_user->type(dialog, "name", "Gateway");
         m_user->type(dialog, "ip", m_address);
-        m_user->picture(QStringLiteral("09-add-box"), dialog);
+        m_user->picture("09-add-box", dialog);
         m_user->press(dialog, "okButton");
     });
     auto *form = m_user->form<BoxEditDialog>();
     QVERIFY(form);
     const QString connected = QCoreApplication::translate("Protocol", "Connection status: Connected");
-    QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(), connected);
-    m_user->picture(QStringLiteral("10-box-connected"));
+    QTRY_COMPARE(form->findChild<QLabel *>("statusLabel")->text(), connected);
+    m_user->picture("10-box-connected");
 }
 
 void TestTour::itsSettingsAreRead()
@@ -226,10 +225,10 @@ void TestTour::itsSettingsAreRead()
     form->findChild<QTabWidget *>()->setCurrentIndex(1);
     m_user->boxes().expect();
     m_user->press(form, "lanReadButton");
-    auto *ip = form->findChild<QLineEdit *>(QStringLiteral("lanIp"));
+    auto *ip = form->findChild<QLineEdit *>("lanIp");
     QTRY_COMPARE(m_user->boxes().pending(), 0);
     QVERIFY(!ip->text().isEmpty());
-    m_user->picture(QStringLiteral("11-box-settings"));
+    m_user->picture("11-box-settings");
     form->findChild<QTabWidget *>()->setCurrentIndex(0);
 }
 
@@ -238,13 +237,12 @@ void TestTour::itsSettingsAreWritten()
     SKIP_WITHOUT_SIMULATOR("a real Box would leave its network");
     BoxSim *box = m_box->simulated();
     auto *form = m_user->form<BoxEditDialog>();
-    QCOMPARE(form->findChild<QLineEdit *>(QStringLiteral("lanIp"))->text(),
-             box->setting(QStringLiteral("lanIp")));
+    QCOMPARE(form->findChild<QLineEdit *>("lanIp")->text(), box->setting("lanIp"));
     form->findChild<QTabWidget *>()->setCurrentIndex(1);
-    m_user->type(form, "lanGateway", QStringLiteral("192.168.1.254"));
+    m_user->type(form, "lanGateway", "192.168.1.254");
     m_user->boxes().expect();
     m_user->press(form, "lanWriteButton");
-    QTRY_COMPARE(box->setting(QStringLiteral("lanGateway")), QStringLiteral("192.168.1.254"));
+    QTRY_COMPARE(box->setting("lanGateway"), "192.168.1.254");
     QTRY_COMPARE(m_user->boxes().pending(), 0);
     form->findChild<QTabWidget *>()->setCurrentIndex(0);
 }
@@ -269,7 +267,7 @@ void TestTour::theProjectIsPushed()
 {
     SKIP_UNLESS_BOX_MAY_CHANGE();
     pushProject(project);
-    m_user->picture(QStringLiteral("12-project-pushed"));
+    m_user->picture("12-project-pushed");
 }
 
 // Waits until the table of the node has that many rows, all of them valid.
@@ -297,10 +295,10 @@ void TestTour::watch(const QString &path, const QString &table, int rows)
 void TestTour::itsValuesComeLive()
 {
     SKIP_WITHOUT_SIMULATOR("a real Box has other meters than the tour's");
-    watch(project + QStringLiteral("/Data/Tariff meter"), QStringLiteral("Tariff meter"), 4);
-    watch(project + QStringLiteral("/Data/Protection relay"), QStringLiteral("Protection relay"), 3);
+    watch(project + "/Data/Tariff meter", "Tariff meter", 4);
+    watch(project + "/Data/Protection relay", "Protection relay", 3);
     m_user->widenLiveValues();
-    m_user->picture(QStringLiteral("13-live-values"));
+    m_user->picture("13-live-values");
 }
 
 void TestTour::theProjectIsSaved()
@@ -308,33 +306,32 @@ void TestTour::theProjectIsSaved()
     m_user->boxes().expect();
     m_user->choose(project, shown("Save Project"));
     QCOMPARE(m_user->boxes().pending(), 0);
-    QVERIFY(QFile::exists(QStringLiteral("projects/North feeder.json")));
-    QVERIFY(!QFile::exists(QStringLiteral("projects/temp.json")));
+    QVERIFY(QFile::exists("projects/North feeder.json"));
+    QVERIFY(!QFile::exists("projects/temp.json"));
 }
 
 void TestTour::aLargeProjectIsLoadedPushedAndWatched()
 {
     SKIP_WITHOUT_SIMULATOR("a real Box has other meters than the project's");
-    QVERIFY(QFile::copy(QStringLiteral(TEST_DATA_DIR "/riverside-substation.json"),
-                        QStringLiteral("projects/riverside.json")));
-    m_user->giveFile(QDir::current().absoluteFilePath(QStringLiteral("projects/riverside.json")));
+    QVERIFY(QFile::copy(QString(TEST_DATA_DIR "/riverside-substation.json"), "projects/riverside.json"));
+    m_user->giveFile(QDir::current().absoluteFilePath("projects/riverside.json"));
     m_user->boxes().expect();
     m_user->trigger("actionLoad_Project");
-    const QString riverside = QStringLiteral("Riverside substation");
+    const QString riverside = "Riverside substation";
     QVERIFY(m_user->node(riverside));
 
-    m_user->click(riverside + QStringLiteral("/Box/Gateway north"));
+    m_user->click(riverside + "/Box/Gateway north");
     m_user->press(m_user->form<BoxEditDialog>(), "cancelButton");
     QTRY_VERIFY(!m_user->form<BoxEditDialog>());
-    m_user->click(riverside + QStringLiteral("/Box/Gateway north"));
+    m_user->click(riverside + "/Box/Gateway north");
     auto *form = m_user->form<BoxEditDialog>();
     m_user->type(form, "ip", m_address);
     m_user->press(form, "connectButton");
     const QString connected = QCoreApplication::translate("Protocol", "Connection status: Connected");
-    QTRY_COMPARE(form->findChild<QLabel *>(QStringLiteral("statusLabel"))->text(), connected);
+    QTRY_COMPARE(form->findChild<QLabel *>("statusLabel")->text(), connected);
     pushProject(riverside);
-    watch(riverside + QStringLiteral("/Data/Feeder meters"), QStringLiteral("Feeder meters"), 32);
-    m_user->picture(QStringLiteral("14-riverside-live"));
+    watch(riverside + "/Data/Feeder meters", "Feeder meters", 32);
+    m_user->picture("14-riverside-live");
 }
 
 QTEST_MAIN(TestTour)

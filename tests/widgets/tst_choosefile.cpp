@@ -59,15 +59,15 @@ void TestChooseFile::questions()
 QString TestChooseFile::ask() const
 {
     QFETCH(bool, saves);
-    const QString caption = QStringLiteral("Caption");
-    const QString filter = QStringLiteral("Texts (*.txt)");
+    const QString caption = "Caption";
+    const QString filter = "Texts (*.txt)";
     return saves ? chooseSaveFile(m_parent.get(), caption, QDir::currentPath(), filter)
                  : chooseOpenFile(m_parent.get(), caption, QDir::currentPath(), filter);
 }
 
 void TestChooseFile::givesTheChosenPath()
 {
-    const QString path = Files::put(QStringLiteral("chosen.txt"), "x");
+    const QString path = Files::put("chosen.txt", "x");
     m_dialogs->expect([&path](QWidget *dialog) {
         qobject_cast<QFileDialog *>(dialog)->selectFile(path);
         static_cast<QDialog *>(qobject_cast<QFileDialog *>(dialog))->done(QDialog::Accepted);
@@ -77,7 +77,7 @@ void TestChooseFile::givesTheChosenPath()
 
 void TestChooseFile::givesNothingWhenCancelled()
 {
-    const QString path = Files::put(QStringLiteral("chosen.txt"), "x");
+    const QString path = Files::put("chosen.txt", "x");
     m_dialogs->expect([&path](QWidget *dialog) {
         qobject_cast<QFileDialog *>(dialog)->selectFile(path);
         dialog->close();
@@ -96,9 +96,9 @@ void TestChooseFile::asksAsItIsTold()
     QFETCH(bool, saves);
     m_dialogs->expect([saves](QWidget *widget) {
         auto *dialog = qobject_cast<QFileDialog *>(widget);
-        QCOMPARE(dialog->windowTitle(), QStringLiteral("Caption"));
+        QCOMPARE(dialog->windowTitle(), "Caption");
         QCOMPARE(dialog->directory().path(), QDir::currentPath());
-        QCOMPARE(dialog->nameFilters(), QStringList{QStringLiteral("Texts (*.txt)")});
+        QCOMPARE(dialog->nameFilters(), QStringList{"Texts (*.txt)"});
         QCOMPARE(dialog->acceptMode(), saves ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
         QCOMPARE(dialog->fileMode(), saves ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
         dialog->close();

@@ -11,7 +11,7 @@ private slots:
     void keepsItsRendering();
 };
 
-static const QString path = QStringLiteral(":/adsdemo/images/save.svg");
+static const QString path = ":/adsdemo/images/save.svg";
 
 void TestSvgIcon::isThePictureOfTheResource()
 {

@@ -41,7 +41,7 @@ void TestTableCopy::init()
     for (int row = 0; row < 3; ++row) {
         for (int column = 0; column < 3; ++column) {
             m_table->setItem(row, column,
-                             new QTableWidgetItem(QStringLiteral("%1%2").arg(QChar('a' + row)).arg(column)));
+                             new QTableWidgetItem(QString("%1%2").arg(QChar('a' + row)).arg(column)));
         }
     }
 }
@@ -49,42 +49,42 @@ void TestTableCopy::init()
 void TestTableCopy::copiesARectangleAsTabSeparatedLines()
 {
     m_table->selectAll();
-    QCOMPARE(TableCopy::selectedText(m_table.get()), QStringLiteral("a0\ta1\ta2\nb0\tb1\tb2\nc0\tc1\tc2"));
+    QCOMPARE(TableCopy::selectedText(m_table.get()), "a0\ta1\ta2\nb0\tb1\tb2\nc0\tc1\tc2");
 }
 
 void TestTableCopy::cellsThatAreNotSelectedStayEmpty()
 {
     select(0, 1);
     select(2, 2);
-    QCOMPARE(TableCopy::selectedText(m_table.get()), QStringLiteral("a1\t\n\tc2"));
+    QCOMPARE(TableCopy::selectedText(m_table.get()), "a1\t\n\tc2");
 }
 
 void TestTableCopy::hiddenRowsStayBehind()
 {
     m_table->selectAll();
     m_table->setRowHidden(1, true);
-    QCOMPARE(TableCopy::selectedText(m_table.get()), QStringLiteral("a0\ta1\ta2\nc0\tc1\tc2"));
+    QCOMPARE(TableCopy::selectedText(m_table.get()), "a0\ta1\ta2\nc0\tc1\tc2");
 }
 
 void TestTableCopy::columnsComeInTheOrderShown()
 {
     m_table->horizontalHeader()->moveSection(2, 0);
     m_table->selectRow(1);
-    QCOMPARE(TableCopy::selectedText(m_table.get()), QStringLiteral("b2\tb0\tb1"));
+    QCOMPARE(TableCopy::selectedText(m_table.get()), "b2\tb0\tb1");
 }
 
 void TestTableCopy::cellWidgetsGiveWhatTheyShow()
 {
-    m_table->setCellWidget(0, 0, new QLineEdit(QStringLiteral("40001")));
+    m_table->setCellWidget(0, 0, new QLineEdit("40001"));
     auto *list = new QComboBox;
-    list->addItems({QStringLiteral("bool"), QStringLiteral("float")});
+    list->addItems({"bool", "float"});
     list->setCurrentIndex(1);
     m_table->setCellWidget(0, 1, list);
     auto *check = new QCheckBox;
     check->setChecked(true);
     m_table->setCellWidget(0, 2, check);
     m_table->selectRow(0);
-    QCOMPARE(TableCopy::selectedText(m_table.get()), QStringLiteral("40001\tfloat\ttrue"));
+    QCOMPARE(TableCopy::selectedText(m_table.get()), "40001\tfloat\ttrue");
 }
 
 void TestTableCopy::breaksAndTabsDoNotTearTheLines_data()
@@ -99,7 +99,8 @@ void TestTableCopy::breaksAndTabsDoNotTearTheLines_data()
                                              << "one two";
     QTest::newRow("two line breaks") << "one\n\ntwo"
                                      << "one  two";
-    QTest::newRow("separators of Unicode") << QStringLiteral("one\u2028two\u2029three") << "one two three";
+    QTest::newRow("separators of Unicode") << "one\u2028two\u2029three"
+                                           << "one two three";
 }
 
 void TestTableCopy::breaksAndTabsDoNotTearTheLines()
@@ -109,16 +110,16 @@ void TestTableCopy::breaksAndTabsDoNotTearTheLines()
     m_table->item(0, 0)->setText(text);
     select(0, 0);
     select(0, 1);
-    QCOMPARE(TableCopy::selectedText(m_table.get()), copied + QStringLiteral("\ta1"));
+    QCOMPARE(TableCopy::selectedText(m_table.get()), copied + "\ta1");
 }
 
 void TestTableCopy::listsAreCopiedToo()
 {
     QListWidget list;
-    list.addItems({QStringLiteral("192.168.1.10\n255.255.255.0"), QStringLiteral("192.168.1.11")});
+    list.addItems({"192.168.1.10\n255.255.255.0", "192.168.1.11"});
     list.setSelectionMode(QAbstractItemView::ExtendedSelection);
     list.selectAll();
-    QCOMPARE(TableCopy::selectedText(&list), QStringLiteral("192.168.1.10 255.255.255.0\n192.168.1.11"));
+    QCOMPARE(TableCopy::selectedText(&list), "192.168.1.10 255.255.255.0\n192.168.1.11");
 }
 
 void TestTableCopy::nothingSelectedIsAnEmptyText()
@@ -135,7 +136,7 @@ void TestTableCopy::shortcutCopies()
     m_table->setFocus();
     select(2, 0);
     QTest::keyClick(m_table.get(), Qt::Key_C, Qt::ControlModifier);
-    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("c0"));
+    QCOMPARE(QApplication::clipboard()->text(), "c0");
 }
 
 QTEST_MAIN(TestTableCopy)

@@ -17,7 +17,7 @@ private slots:
 
 namespace {
 
-const QStringList titles = {QStringLiteral("Collection Formula"), QStringLiteral("Write Formula")};
+const QStringList titles = {"Collection Formula", "Write Formula"};
 
 } // namespace
 
@@ -26,8 +26,7 @@ void TestTableHeader::greyHeaderHasDarkText()
     QTableWidget table(0, titles.size());
     table.setHorizontalHeaderLabels(titles);
     TableHeader::makeGrey(&table);
-    QCOMPARE(table.horizontalHeader()->styleSheet(),
-             QStringLiteral("QHeaderView::section { background-color: #DDDDDD; }"));
+    QCOMPARE(table.horizontalHeader()->styleSheet(), "QHeaderView::section { background-color: #DDDDDD; }");
     for (int column = 0; column < titles.size(); ++column) {
         // The brush, since the colour of none is black as well.
         QCOMPARE(table.horizontalHeaderItem(column)->foreground(), QBrush(Qt::black));

@@ -27,10 +27,9 @@ void TestTell::textIsShownAsItStands()
         format = box->textFormat();
         box->button(QMessageBox::No)->click();
     });
-    QCOMPARE(Tell::question(nullptr, QStringLiteral("Box"), QStringLiteral("<img src='file:///x'>"),
-                            QMessageBox::Yes | QMessageBox::No),
+    QCOMPARE(Tell::question(nullptr, "Box", "<img src='file:///x'>", QMessageBox::Yes | QMessageBox::No),
              QMessageBox::No);
-    QCOMPARE(shown, QStringLiteral("<img src='file:///x'>"));
+    QCOMPARE(shown, "<img src='file:///x'>");
     QCOMPARE(format, Qt::PlainText);
 }
 
@@ -38,7 +37,7 @@ void TestTell::boxThatDiesWithItsParentHasNoAnswer()
 {
     QPointer<QWidget> parent = new QWidget;
     QTimer::singleShot(0, this, [parent] { delete parent; });
-    QCOMPARE(Tell::warning(parent, QStringLiteral("Box"), QStringLiteral("gone")), QMessageBox::NoButton);
+    QCOMPARE(Tell::warning(parent, "Box", "gone"), QMessageBox::NoButton);
     QVERIFY(!parent);
 }
 
@@ -46,7 +45,7 @@ void TestTell::answeredBoxGoes()
 {
     QWidget parent;
     QTimer::singleShot(0, this, [] { QApplication::activeModalWidget()->close(); });
-    Tell::information(&parent, QStringLiteral("Box"), QStringLiteral("done"));
+    Tell::information(&parent, "Box", "done");
     QTRY_VERIFY(parent.children().isEmpty());
 }
 
