@@ -178,7 +178,9 @@ void BoxEditDialog::disconnectFromServer()
     if (!alive) {
         return;
     }
-    m_status->setText(tr("Connection status: Not connected"));
+    if (!m_protocol) { // who heard of the end may have connected the form again
+        m_status->setText(tr("Connection status: Not connected"));
+    }
     logToFile(QStringLiteral("BoxEditDialog: disconnect"));
 }
 

@@ -45,8 +45,8 @@ public:
     void openConnection(const QString &ip);
     void closeConnection();
     // Closes the link, of which whoever listens hears as of any disconnection, and deletes the object: at
-    // once, or, while one of its calls is on the stack below a slot, when that has returned. Until then it
-    // has no parent, takes nothing in, and lets no signal out but destroyed.
+    // once, or, while a call that goes on after its signal is on the stack, when that has returned. Until
+    // then it has no parent, takes nothing in, and lets no signal out but destroyed.
     void dispose();
 
     // Requests. On a link that is not open the status tells so and the request is lost.

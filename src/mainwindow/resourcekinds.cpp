@@ -23,6 +23,7 @@
 #include "standards/standardmodbuseditdialog.h"
 
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QStandardItem>
 
@@ -38,10 +39,12 @@ public:
     // The session moves to the other Box along with the fields.
     void rebind(QWidget *open, QStandardItem *item) const override
     {
-        auto *box = static_cast<BoxEditDialog *>(open);
+        const QPointer<BoxEditDialog> box(static_cast<BoxEditDialog *>(open));
         box->replaceItem(item);
         box->disconnectFromServer();
-        box->connectToServer();
+        if (box) { // who heard of the end may have closed the form
+            box->connectToServer();
+        }
     }
     void connectTab(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window) const override
     {
