@@ -42,7 +42,7 @@ const struct {
     {modbusRtu, QLatin1String("502")},
     {modbusRtuOnTcp, QLatin1String("502")},
     {etherNetIp, QLatin1String("44818")},
-    // Compat: empty. These have no usual port, the user is to fill it in.
+    // Compat: empty; the user is to fill it in.
     {mc1e, QLatin1String("")},
     {mc3e, QLatin1String("")},
     {fins, QLatin1String("9600")},
@@ -79,7 +79,7 @@ const QVector<Entry> &entries()
         {omron, fins, PlcGroup::Network, PlcGroup::Fins, true},
         {omron, etherNetIp, PlcGroup::Network, PlcGroup::OmronEip, true},
         {omron, QLatin1String("HostLink"), PlcGroup::Serial, PlcGroup::HostLink, true},
-        // Compat: serial, against its name. The Box reads it with the keys of the serial line.
+        // Compat: serial, against its name.
         {omron, QLatin1String("HostLink On TCP"), PlcGroup::Serial, PlcGroup::HostLink, false},
         {allenBradley, etherNetIp, PlcGroup::Network, PlcGroup::AllenBradleyEip, true},
         {allenBradley, QLatin1String("MicroCIP"), PlcGroup::Network, PlcGroup::AllenBradleyEip, false},
