@@ -374,7 +374,7 @@
     </message>
     <message>
         <source>Actual Pixels</source>
-        <translation>实际像素</translation>
+        <translation>实际大小</translation>
     </message>
     <message>
         <source>Zoom In (25%)</source>
@@ -1143,7 +1143,7 @@
     </message>
     <message>
         <source>Timed Loops</source>
-        <translation>定时循环</translation>
+        <translation>定时触发</translation>
     </message>
     <message>
         <source>The PLC &apos;%1&apos; is saved successfully.</source>
@@ -1381,7 +1381,7 @@
     </message>
     <message>
         <source>The spatial index value type can only be filled with numbers.</source>
-        <translation>命名空间只能填写数字。</translation>
+        <translation>命名空间索引只能填写数字。</translation>
     </message>
     <message>
         <source>Length must be a positive integer.</source>
@@ -1573,7 +1573,7 @@
     </message>
     <message>
         <source>Spatial Index</source>
-        <translation>命名空间</translation>
+        <translation>命名空间索引</translation>
     </message>
     <message>
         <source>Node Type</source>
@@ -1608,7 +1608,7 @@
     </message>
     <message>
         <source>Context menu</source>
-        <translation>上下文菜单</translation>
+        <translation>快捷菜单</translation>
     </message>
     <message>
         <source>Import Data Points</source>
@@ -1758,7 +1758,7 @@
     </message>
     <message>
         <source>The Server AliMQTT &apos;%1&apos; is saved successfully.</source>
-        <translation>Server 阿里云 MQTT“%1”保存成功。</translation>
+        <translation>阿里云 MQTT Server“%1”保存成功。</translation>
     </message>
 </context>
 <context>
@@ -1785,11 +1785,11 @@
     </message>
     <message>
         <source>Write Topic:</source>
-        <translation>写入主题：</translation>
+        <translation>下发主题：</translation>
     </message>
     <message>
         <source>Write JS:</source>
-        <translation>写入脚本：</translation>
+        <translation>下发脚本：</translation>
     </message>
     <message>
         <source>IP Address:</source>
@@ -2014,7 +2014,7 @@
     </message>
     <message>
         <source>The Server HuaWeiMQTT &apos;%1&apos; is saved successfully.</source>
-        <translation>Server 华为云 MQTT“%1”保存成功。</translation>
+        <translation>华为云 MQTT Server“%1”保存成功。</translation>
     </message>
 </context>
 <context>
@@ -2041,7 +2041,7 @@
     </message>
     <message>
         <source>Local port number:</source>
-        <translation>本机端口号：</translation>
+        <translation>本地端口号：</translation>
     </message>
     <message>
         <source>ModbusTCP slave</source>
@@ -2158,7 +2158,7 @@
     </message>
     <message>
         <source>The Server OneNetMQTT &apos;%1&apos; is saved successfully.</source>
-        <translation>Server 中国移动 OneNET MQTT“%1”保存成功。</translation>
+        <translation>中国移动 OneNET MQTT Server“%1”保存成功。</translation>
     </message>
 </context>
 <context>
@@ -2894,7 +2894,7 @@
     </message>
     <message>
         <source>Timed Loops</source>
-        <translation>定时循环</translation>
+        <translation>定时触发</translation>
     </message>
 </context>
 <context>
