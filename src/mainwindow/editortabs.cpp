@@ -145,7 +145,7 @@ void EditorTabs::place(ads::CDockWidget *tab, EditorTab kind)
     widen(m_docks->addDockWidget(ads::RightDockWidgetArea, tab));
 }
 
-void EditorTabs::widen(ads::CDockAreaWidget *area) const
+void EditorTabs::widen(ads::CDockAreaWidget *area)
 {
     QList<int> sizes = m_docks->splitterSizes(area);
     if (sizes.size() < 2) {
@@ -175,7 +175,7 @@ void EditorTabs::show(ads::CDockWidget *tab, EditorTab kind)
     tab->raise();
 }
 
-void EditorTabs::closeFirst(EditorTab kind) const
+void EditorTabs::closeFirst(EditorTab kind)
 {
     if (ads::CDockWidget *tab = find(kind)) {
         tab->closeDockWidget();
@@ -183,7 +183,7 @@ void EditorTabs::closeFirst(EditorTab kind) const
     }
 }
 
-void EditorTabs::closeAll() const
+void EditorTabs::closeAll()
 {
     QStringList all;
     for (const auto &row : titles) {

@@ -54,9 +54,9 @@ public:
     void show(ads::CDockWidget *tab, EditorTab kind);
 
     // Closes the first tab of the kind, if there is one; what was typed and not saved is gone.
-    void closeFirst(EditorTab kind) const;
+    void closeFirst(EditorTab kind);
     // Closes all tabs of all kinds.
-    void closeAll() const;
+    void closeAll();
 
     // Makes the form's save button rename the item and save, then close the tab. Refuses, with a warning over
     // the window, an empty name, an item without a parent, and the name of a sibling.
@@ -66,7 +66,7 @@ public:
 private:
     // Widens the area, the last one of its splitter, at the cost of the widest other one there, which never
     // gets the narrower of the two.
-    void widen(ads::CDockAreaWidget *area) const;
+    void widen(ads::CDockAreaWidget *area);
     void unregister(const ads::CDockWidget *tab);
 
     QPointer<ads::CDockManager> m_docks;

@@ -32,12 +32,12 @@ QStandardItem *ProjectLifecycle::currentItem() const
     return m_tree ? ProjectTree::itemAt(m_tree->currentIndex()) : nullptr;
 }
 
-void ProjectLifecycle::warn(const QString &text) const
+void ProjectLifecycle::warn(const QString &text)
 {
     Tell::warning(m_window, WindowText::tr("Warning"), text);
 }
 
-void ProjectLifecycle::create(const QString &name, const QString &path, const QString &description) const
+void ProjectLifecycle::create(const QString &name, const QString &path, const QString &description)
 {
     if (QFileInfo::exists(path + QLatin1Char('/') + name + QLatin1String(".json"))) {
         warn(WindowText::tr("A project with the same name already exists in the selected directory. "
@@ -112,7 +112,7 @@ void ProjectLifecycle::modify(QStandardItem *project, const QString &name, const
     emit message(WindowText::tr("The Project '%1' is saved successfully.").arg(name));
 }
 
-void ProjectLifecycle::close() const
+void ProjectLifecycle::close()
 {
     const QModelIndex index = m_tree ? m_tree->currentIndex() : QModelIndex();
     if (!index.isValid() || index.parent().isValid()) {
@@ -137,7 +137,7 @@ void ProjectLifecycle::close() const
     m_tabs->closeAll();
 }
 
-void ProjectLifecycle::saveAllIfWanted() const
+void ProjectLifecycle::saveAllIfWanted()
 {
     if (m_model->rowCount() == 0) {
         qDebug() << "No projects found. Aborting close project operation.";

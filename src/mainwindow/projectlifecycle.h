@@ -28,14 +28,14 @@ public:
 
     // Appends a project with its folders and its one service. Warns, and leaves no trace, if its file is on
     // the disk or a project of the name is open. Writes no file.
-    void create(const QString &name, const QString &path, const QString &description) const;
+    void create(const QString &name, const QString &path, const QString &description);
     // Opens the "Edit Project" tab for the current item; one that is open is replaced, unsaved input
     // included.
     void edit();
     // Asks, saves if wanted and removes the current project; closes all edit tabs of all projects.
-    void close() const;
+    void close();
     // Asks and saves all projects if wanted. Removes none.
-    void saveAllIfWanted() const;
+    void saveAllIfWanted();
     // Asks before the program ends and saves all projects if wanted.
     Exit confirmExit() const;
 
@@ -47,7 +47,7 @@ private:
     QStandardItem *currentItem() const;
     void connectForm(EditProjectDialog *form, QStandardItem *project);
     void modify(QStandardItem *project, const QString &name, const QString &path, const QString &description);
-    void warn(const QString &text) const;
+    void warn(const QString &text);
 
     QStandardItemModel *m_model;
     QPointer<QTreeView> m_tree;
