@@ -76,6 +76,11 @@ BoxEditDialog::~BoxEditDialog()
     endSession();
 }
 
+QLineEdit *BoxEditDialog::nameEdit() const
+{
+    return m_name->edit();
+}
+
 void BoxEditDialog::cancel()
 {
     const QPointer<BoxEditDialog> alive(this);

@@ -21,7 +21,7 @@ public:
     BoxEditDialog(QStandardItem *item, Workspace *workspace);
     ~BoxEditDialog() override;
 
-    QLineEdit *nameEdit() const { return m_name->edit(); }
+    QLineEdit *nameEdit() const;
 
     // The local address that sessions and transfers go out from; "0.0.0.0" for any. It dies with the form.
     QString hostAddress() const { return m_hostAddress; }

@@ -33,6 +33,11 @@ standardDLT645EditDialog::standardDLT645EditDialog(QStandardItem *item, Workspac
     setContent(buildContent(), {&m_fields, &m_stored});
 }
 
+QLineEdit *standardDLT645EditDialog::nameEdit() const
+{
+    return m_name->edit();
+}
+
 QWidget *standardDLT645EditDialog::buildContent()
 {
     auto *content = new QWidget(this);

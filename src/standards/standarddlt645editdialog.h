@@ -21,7 +21,7 @@ public:
     // by position, a tick, an item label and the user's name. Without any row the tab keeps its settings.
     void loadTab(QString title, QList<QVariantList> rows);
 
-    QLineEdit *nameEdit() const { return m_name->edit(); }
+    QLineEdit *nameEdit() const;
 
 public slots:
     // Clears a name that another row of the sender's table has, and says so.

@@ -49,6 +49,11 @@ standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspac
     onProtocolChanged(m_link->text());
 }
 
+QLineEdit *standardModbusEditDialog::nameEdit() const
+{
+    return m_name->edit();
+}
+
 QWidget *standardModbusEditDialog::buildContent()
 {
     auto *content = new QWidget(this);

@@ -23,7 +23,7 @@ public:
     // two flags, each further row a parameter of five texts.
     void loadTab(QString title, QList<QVariantList> rows);
 
-    QLineEdit *nameEdit() const { return m_name->edit(); }
+    QLineEdit *nameEdit() const;
 
 public slots:
     void deleteTab(int index);
