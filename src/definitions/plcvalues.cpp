@@ -198,7 +198,7 @@ const QVector<Value> &ValueTables::plc()
 {
     static const QVector<Value> table = common() + siemens() + mitsubishi() + omron() + others()
         + modbusMakers()
-        + QVector<Value>{{plcParametersRole, "datas", always, Place::Object, Coding::Rows, nullptr, nullptr,
-                          &parameterRows}};
+        + QVector<Value>{
+            {plcParametersRole, "datas", always, Place::Object, Coding::Rows, nullptr, &parameterRows}};
     return table;
 }

@@ -15,12 +15,12 @@ constexpr unsigned known = described | ModbusSlave | Hj212 | Sl651;
 // Read also where it is not written, so that it is emptied there.
 Value always(int role, const char *key, unsigned kinds)
 {
-    return {role, key, kinds, Place::Object, Coding::Text, nullptr, nullptr, nullptr, anySubKind};
+    return {role, key, kinds, Place::Object, Coding::Text, nullptr, nullptr, anySubKind};
 }
 
 Value neverRead(int role, const char *key, unsigned kinds)
 {
-    return {role, key, kinds, Place::Object, Coding::Text, nullptr, nullptr, nullptr, 0};
+    return {role, key, kinds, Place::Object, Coding::Text, nullptr, nullptr, 0};
 }
 
 Value constant(const char *key, const char *text, unsigned kinds)
@@ -30,7 +30,7 @@ Value constant(const char *key, const char *text, unsigned kinds)
 
 Value datas(int role, unsigned kinds, const Rows &rows)
 {
-    return {role, "datas", kinds, Place::Object, Coding::Rows, nullptr, nullptr, &rows};
+    return {role, "datas", kinds, Place::Object, Coding::Rows, nullptr, &rows};
 }
 
 const Column registerColumns[] = {

@@ -12,12 +12,12 @@ constexpr unsigned withSsl = SslService | VerifyingService;
 // All are read of every Service, so that a key that is missing empties its role.
 Value plain(int role, const char *key, unsigned kinds = known, const char *defaultValue = nullptr)
 {
-    return {role, key, kinds, Place::Object, Coding::Text, defaultValue, nullptr, nullptr, anySubKind};
+    return {role, key, kinds, Place::Object, Coding::Text, defaultValue, nullptr, anySubKind};
 }
 
 Value extended(int role, const char *key, unsigned kinds, Coding coding = Coding::Text)
 {
-    return {role, key, kinds, Place::ExtendedParameters, coding, nullptr, nullptr, nullptr, anySubKind};
+    return {role, key, kinds, Place::ExtendedParameters, coding, nullptr, nullptr, anySubKind};
 }
 
 Value client(int role, const char *key)

@@ -13,13 +13,13 @@ constexpr unsigned serial = ModbusRtu | Meter | CustomPoll;
 // Members are read of every Standard, so that a key that is missing empties its role.
 Value plain(int role, const char *key, unsigned kinds)
 {
-    return {role, key, kinds, Place::Object, Coding::Text, nullptr, nullptr, nullptr, anySubKind};
+    return {role, key, kinds, Place::Object, Coding::Text, nullptr, nullptr, anySubKind};
 }
 
 Value parameter(int role, const char *key, unsigned kinds, const char *defaultValue = nullptr,
                 unsigned readFor = anySubKind)
 {
-    return {role, key, kinds, Place::Parameter, Coding::Text, defaultValue, nullptr, nullptr, readFor};
+    return {role, key, kinds, Place::Parameter, Coding::Text, defaultValue, nullptr, readFor};
 }
 
 Value flag(int role, const char *key, unsigned kinds)
@@ -31,7 +31,7 @@ Value flag(int role, const char *key, unsigned kinds)
 
 Value security(int role, const char *key, Coding coding = Coding::Text)
 {
-    return {role, key, OpcUa, Place::ExtendedParameters, coding, nullptr, nullptr, nullptr, anySubKind};
+    return {role, key, OpcUa, Place::ExtendedParameters, coding, nullptr, nullptr, anySubKind};
 }
 
 Value datas(unsigned kinds, Coding groups)
@@ -42,7 +42,7 @@ Value datas(unsigned kinds, Coding groups)
 // Compat: plain lists are written and never read back; their points are lost with a load.
 Value datas(unsigned kinds, const Rows &rows)
 {
-    return {standardDatasRole, "datas", kinds, Place::Object, Coding::Rows, nullptr, nullptr, &rows, 0};
+    return {standardDatasRole, "datas", kinds, Place::Object, Coding::Rows, nullptr, &rows, 0};
 }
 
 const Column didoColumns[] = {

@@ -129,15 +129,4 @@ const Value &valueOf(Kind kind, int role, unsigned subKinds)
     return *value;
 }
 
-QVector<Value> settingsOf(BoxSettings settings)
-{
-    QVector<Value> found;
-    for (const Value &value : values(Kind::Box)) {
-        if (value.subKinds & settings) {
-            found.append(value);
-        }
-    }
-    return found;
-}
-
 } // namespace Definitions

@@ -7,8 +7,7 @@
 #include <cstddef>
 
 // What each kind of definition holds, one row a value. The writer and the reader of the document walk these
-// tables, a Box's settings on the wire have their keys here, and a form makes a field from the row of its
-// role.
+// tables, and a form makes a field from the row of its role.
 namespace Definitions {
 
 enum class Kind { Project, Box, Standard, Service, Server, Plc };
@@ -62,24 +61,12 @@ struct Value {
     Place place = Place::Object;
     Coding coding = Coding::Text;
     const char *defaultValue = nullptr; // what a form writes into an empty role; null for none
-    const char *wireKey = nullptr;      // in the JSON commands of a session
     const Rows *rows = nullptr;         // of Coding::Rows
 
     // How reading differs from writing.
     unsigned readFor = subKinds;   // sub-kinds whose objects are read for it; 0 for none
     const char *readKey = nullptr; // null: the key that is written
     int roleIfOff = noRole;        // Flag: the role that "false" goes into
-};
-
-// Of a Box: the group of settings that one read or write on the wire carries.
-enum BoxSettings : unsigned {
-    NoSettings = 0x01, // of the tool's own
-    LanSettings = 0x02,
-    WanSettings = 0x04,
-    WifiSettings = 0x08,
-    LteSettings = 0x10,
-    NtpSettings = 0x20,
-    TimeSettings = 0x40,
 };
 
 // Of a Standard.
@@ -132,7 +119,5 @@ unsigned subKindsWith(Kind kind, Place place);
 const Value *find(Kind kind, int role, unsigned subKinds = anySubKind);
 // The same for a role that is known to be there.
 const Value &valueOf(Kind kind, int role, unsigned subKinds = anySubKind);
-// The values that a read and a write of these settings carry, in the order of their record.
-QVector<Value> settingsOf(BoxSettings settings);
 
 } // namespace Definitions

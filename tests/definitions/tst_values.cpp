@@ -10,8 +10,6 @@
 
 using namespace Definitions;
 
-Q_DECLARE_METATYPE(Definitions::BoxSettings)
-
 class TestValues : public QObject
 {
     Q_OBJECT
@@ -25,8 +23,6 @@ private slots:
     void rowsAreFoundByRole();
     void rowIsOfTheSubKind();
     void defaults();
-    void settingsOnTheWire_data();
-    void settingsOnTheWire();
     void standardKinds_data();
     void standardKinds();
     void serverKinds_data();
@@ -272,38 +268,6 @@ void TestValues::defaults()
         expected.insert(text(row.role), text(row.value));
     }
     QCOMPARE(found, expected);
-}
-
-void TestValues::settingsOnTheWire_data()
-{
-    QTest::addColumn<BoxSettings>("settings");
-    QTest::addColumn<QString>("keys");
-    QTest::newRow("none") << NoSettings << "ip= model=";
-    QTest::newRow("LAN") << LanSettings
-                         << "lanIp=lanIp lanMask=lanMask lanGateway=lanGateway "
-                            "lanDns1=lanDns1 lanDns2=lanDns2";
-    QTest::newRow("WAN") << WanSettings
-                         << "wanDhcp=wanDhcp wanIp=wanIp wanMask=wanMask "
-                            "wanGateway=wanGateway wanDns1=wanDns1 wanDns2=wanDns2";
-    QTest::newRow("WiFi") << WifiSettings
-                          << "wifiOnOff=wifiOnOff wifiMode=wifiMode wifissid=ssid "
-                             "wifipassword=password wifiDhcp=wifiDhcp wifiIp=wifiIp "
-                             "wifiMask=wifiMask wifiGateway=wifiGateway "
-                             "wifiDns1=wifiDns1 wifiDns2=wifiDns2";
-    QTest::newRow("LTE") << LteSettings << "lteOnOff=lteOnOff at1=AT1 at2=AT2 at3=AT3 at4=AT4 at5=AT5";
-    QTest::newRow("NTP") << NtpSettings << "ntpServer=NTP";
-    QTest::newRow("time") << TimeSettings << "time=date";
-}
-
-void TestValues::settingsOnTheWire()
-{
-    QFETCH(BoxSettings, settings);
-    QFETCH(QString, keys);
-    QStringList found;
-    for (const Value &value : settingsOf(settings)) {
-        found.append(text(value.key) + QLatin1Char('=') + text(value.wireKey));
-    }
-    QCOMPARE(found.join(QLatin1Char(' ')), keys);
 }
 
 void TestValues::standardKinds_data()
