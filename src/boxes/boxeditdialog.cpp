@@ -55,7 +55,7 @@ BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
                       QT_TRANSLATE_NOOP("BoxEditDialog", "The box '%1' is saved successfully.")},
                      item, workspace)
     , m_hostAddress(FileTransfer::anyAddress())
-    , m_fields(staticMetaObject.className())
+    , m_fields(staticMetaObject.className(), Definitions::Kind::Box)
 {
     setWindowTitle(tr("Edit Box"));
     resize(480, 460);
@@ -97,9 +97,9 @@ void BoxEditDialog::addHead()
     m_fields.setLayout(head);
     m_fields.keepUnknownOnRefill();
     m_name = m_fields.add<TextField>(Qt::DisplayRole, "name", tr("Name:"));
-    m_ip = m_fields.add<TextField>(boxIpRole, "ip", tr("IP:"))->check(ipv4Validator);
+    m_ip = m_fields.add<TextField>(boxIpRole, tr("IP:"))->check(ipv4Validator);
     // The model, which no one sees.
-    m_fields.addUnseen<ListField>(boxModelRole, "model", tr("Model:"))
+    m_fields.addUnseen<ListField>(boxModelRole, nullptr, tr("Model:"))
         ->entries("MRN-RIM-KX91 MRN-GATE-70 MRN-GATE-20")
         ->disabled();
 }

@@ -9,102 +9,82 @@ namespace {
 
 using Fields = BoxGroup::Fields;
 
-struct AddressRow {
-    int role;
-    const char *name;
-};
-
 // The five addresses of a network interface.
-Fields addAddresses(FieldGroup &group, const AddressRow (&rows)[5])
+Fields addAddresses(FieldGroup &group, const int (&roles)[5])
 {
     const QStringList labels{BoxEditDialog::tr("IP:"), BoxEditDialog::tr("Mask:"),
                              BoxEditDialog::tr("Gateway:"), BoxEditDialog::tr("Dns1:"),
                              BoxEditDialog::tr("Dns2:")};
     Fields fields;
-    for (const AddressRow &row : rows) {
-        fields.append(
-            group.add<TextField>(row.role, row.name, labels.at(fields.size()))->check(ipv4Validator));
+    for (const int role : roles) {
+        fields.append(group.add<TextField>(role, labels.at(fields.size()))->check(ipv4Validator));
     }
     return fields;
 }
 
 // Both words stay English in every language, see DhcpWord.
-FormField *addDhcp(FieldGroup &group, int role, const char *name)
+FormField *addDhcp(FieldGroup &group, int role)
 {
-    return group.add<ListField>(role, name, BoxEditDialog::tr("Dhcp:"))
+    return group.add<ListField>(role, BoxEditDialog::tr("Dhcp:"))
         ->entries({BoxEditDialog::tr("Disabled"), BoxEditDialog::tr("Enable")});
 }
 
-FormField *addOnOff(FieldGroup &group, int role, const char *name, const QString &label)
+FormField *addOnOff(FieldGroup &group, int role, const QString &label)
 {
-    return group.add<OnOffField>(role, name, label)->texts(BoxEditDialog::tr("ON"), BoxEditDialog::tr("OFF"));
+    return group.add<OnOffField>(role, label)->texts(BoxEditDialog::tr("ON"), BoxEditDialog::tr("OFF"));
 }
 
-TextField *addWords(FieldGroup &group, int role, const char *name, const QString &label)
+TextField *addWords(FieldGroup &group, int role, const QString &label)
 {
-    return group.add<TextField>(role, name, label)->check(noCjkValidator);
+    return group.add<TextField>(role, label)->check(noCjkValidator);
 }
 
 Fields addLan(FieldGroup &group)
 {
     return addAddresses(group,
-                        {{boxLanIpRole, "lanIp"},
-                         {boxLanMaskRole, "lanMask"},
-                         {boxLanGatewayRole, "lanGateway"},
-                         {boxLanDns1Role, "lanDns1"},
-                         {boxLanDns2Role, "lanDns2"}});
+                        {boxLanIpRole, boxLanMaskRole, boxLanGatewayRole, boxLanDns1Role, boxLanDns2Role});
 }
 
 Fields addWan(FieldGroup &group)
 {
-    const Fields dhcp{addDhcp(group, boxWanDhcpRole, "wanDhcp")};
+    const Fields dhcp{addDhcp(group, boxWanDhcpRole)};
     return dhcp
         + addAddresses(group,
-                       {{boxWanIpRole, "wanIp"},
-                        {boxWanMaskRole, "wanMask"},
-                        {boxWanGatewayRole, "wanGateway"},
-                        {boxWanDns1Role, "wanDns1"},
-                        {boxWanDns2Role, "wanDns2"}});
+                       {boxWanIpRole, boxWanMaskRole, boxWanGatewayRole, boxWanDns1Role, boxWanDns2Role});
 }
 
 Fields addWifi(FieldGroup &group)
 {
-    const Fields fields{
-        addOnOff(group, boxWifiOnOffRole, "wifiOnOff", BoxEditDialog::tr("wifiOnOff:")),
-        group.add<ListField>(boxWifiModeRole, "wifiMode", BoxEditDialog::tr("Mode:"))->entries("station"),
-        addWords(group, boxWifiSsidRole, "wifissid", BoxEditDialog::tr("SSID:")),
-        addWords(group, boxWifiPasswordRole, "wifipassword", BoxEditDialog::tr("Password:"))->password(),
-        addDhcp(group, boxWifiDhcpRole, "wifiDhcp")};
+    const Fields fields{addOnOff(group, boxWifiOnOffRole, BoxEditDialog::tr("wifiOnOff:")),
+                        group.add<ListField>(boxWifiModeRole, BoxEditDialog::tr("Mode:"))->entries("station"),
+                        addWords(group, boxWifiSsidRole, BoxEditDialog::tr("SSID:")),
+                        addWords(group, boxWifiPasswordRole, BoxEditDialog::tr("Password:"))->password(),
+                        addDhcp(group, boxWifiDhcpRole)};
     return fields
-        + addAddresses(group,
-                       {{boxWifiIpRole, "wifiIp"},
-                        {boxWifiMaskRole, "wifiMask"},
-                        {boxWifiGatewayRole, "wifiGateway"},
-                        {boxWifiDns1Role, "wifiDns1"},
-                        {boxWifiDns2Role, "wifiDns2"}});
+        + addAddresses(
+               group, {boxWifiIpRole, boxWifiMaskRole, boxWifiGatewayRole, boxWifiDns1Role, boxWifiDns2Role});
 }
 
 Fields addLte(FieldGroup &group)
 {
-    return {addOnOff(group, boxLteOnOffRole, "lteOnOff", BoxEditDialog::tr("4G:")),
-            addWords(group, boxAt1Role, "at1", BoxEditDialog::tr("AT1:")),
-            addWords(group, boxAt2Role, "at2", BoxEditDialog::tr("AT2:")),
-            addWords(group, boxAt3Role, "at3", BoxEditDialog::tr("AT3:")),
-            addWords(group, boxAt4Role, "at4", BoxEditDialog::tr("AT4:")),
-            addWords(group, boxAt5Role, "at5", BoxEditDialog::tr("AT5:"))};
+    return {addOnOff(group, boxLteOnOffRole, BoxEditDialog::tr("4G:")),
+            addWords(group, boxAt1Role, BoxEditDialog::tr("AT1:")),
+            addWords(group, boxAt2Role, BoxEditDialog::tr("AT2:")),
+            addWords(group, boxAt3Role, BoxEditDialog::tr("AT3:")),
+            addWords(group, boxAt4Role, BoxEditDialog::tr("AT4:")),
+            addWords(group, boxAt5Role, BoxEditDialog::tr("AT5:"))};
 }
 
 Fields addNtp(FieldGroup &group)
 {
-    return {group.add<TextField>(boxNtpServerRole, "ntpServer", BoxEditDialog::tr("NTP Server:"))
-                ->check(ipv4Validator)};
+    return {group.add<TextField>(boxNtpServerRole, BoxEditDialog::tr("NTP Server:"))->check(ipv4Validator)};
 }
 
 Fields addClocks(FieldGroup &group)
 {
     return {
         group.add<TextField>(FormField::noRole, "localTime", BoxEditDialog::tr("Local Time:"))->readOnly(),
-        group.add<TextField>(boxTimeRole, "time", BoxEditDialog::tr("Box Time:"))->readOnly()};
+        group.add<TextField>(boxTimeRole, BoxEditDialog::tr("Box Time:"))->readOnly()};
 }
 
 } // namespace

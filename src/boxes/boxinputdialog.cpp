@@ -10,7 +10,7 @@
 
 BoxInputDialog::BoxInputDialog(QWidget *parent)
     : QDialog(parent)
-    , m_fields(staticMetaObject.className())
+    , m_fields(staticMetaObject.className(), Definitions::Kind::Box)
 {
     setWindowTitle(tr("Add Box"));
     setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/Box.png")));

@@ -14,7 +14,7 @@
 #include <QPushButton>
 #include <QStandardItem>
 
-CertificateField::CertificateField(const char *context, Kind kind, const QString &name, int pathRole,
+CertificateField::CertificateField(const char *context, Kind kind, Definitions::Kind definition, int pathRole,
                                    int contentRole, QWidget *parent)
     : QWidget(parent)
     , m_context(context)
@@ -25,6 +25,7 @@ CertificateField::CertificateField(const char *context, Kind kind, const QString
     , m_select(FormPage::button(translated(QT_TRANSLATE_NOOP("CertificateField", "Select")),
                                 QStringLiteral(":/adsdemo/images/look.svg"), this))
 {
+    const QString name = QString::fromLatin1(Definitions::valueOf(definition, contentRole).key);
     m_field->setObjectName(name + QStringLiteral("Path"));
     m_field->setReadOnly(true);
     m_select->setObjectName(name + QStringLiteral("Select"));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "definitions/values.h"
 #include "forms/formpart.h"
 
 #include <QString>
@@ -20,9 +21,9 @@ public:
     enum class Kind { Certificate, Key };
 
     // The context is the class name of the form, in which its texts are looked up. The line edit is named
-    // "<name>Path", the button "<name>Select".
-    CertificateField(const char *context, Kind kind, const QString &name, int pathRole, int contentRole,
-                     QWidget *parent);
+    // "<key>Path", the button "<key>Select", by the row that the definition has for the content.
+    CertificateField(const char *context, Kind kind, Definitions::Kind definition, int pathRole,
+                     int contentRole, QWidget *parent);
 
     // The label of the row in the form, made once; the text is already translated.
     QLabel *makeLabel(const QString &text);

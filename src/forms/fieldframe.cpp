@@ -4,8 +4,8 @@
 #include <QFormLayout>
 #include <QGroupBox>
 
-FieldFrame::FieldFrame(const char *className, Refill refill)
-    : FieldGroup(className)
+FieldFrame::FieldFrame(const char *className, Definitions::Kind kind, Refill refill)
+    : FieldGroup(className, kind)
     , m_refill(refill)
 {
 }

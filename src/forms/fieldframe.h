@@ -12,7 +12,7 @@ class FieldFrame : public FieldGroup
 public:
     enum class Refill { Always, WhenVisible };
 
-    explicit FieldFrame(const char *className, Refill refill = Refill::Always);
+    FieldFrame(const char *className, Definitions::Kind kind, Refill refill = Refill::Always);
 
     // Appends the frame to the layout, which is already set on a widget; fields are added to it from here on.
     // The title is already translated.

@@ -5,8 +5,9 @@
 #include <QLabel>
 #include <QRegularExpressionValidator>
 
-FieldGroup::FieldGroup(const char *className)
+FieldGroup::FieldGroup(const char *className, Definitions::Kind kind)
     : m_className(className)
+    , m_kind(kind)
 {
 }
 
@@ -103,6 +104,17 @@ void FieldGroup::align(const QVector<FieldGroup *> &groups)
 QString FieldGroup::translated(const char *source) const
 {
     return QCoreApplication::translate(m_className, source);
+}
+
+const char *FieldGroup::defaultOf(int role) const
+{
+    const Definitions::Value *value = Definitions::find(m_kind, role);
+    return value ? value->defaultValue : nullptr;
+}
+
+const char *FieldGroup::keyOf(int role) const
+{
+    return Definitions::valueOf(m_kind, role).key;
 }
 
 QValidator *FieldGroup::validator(MakeValidator maker)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "definitions/values.h"
 #include "forms/fields.h"
 #include "forms/formpart.h"
 
@@ -17,8 +18,9 @@ class QFormLayout;
 class FieldGroup : public FormPart
 {
 public:
-    // The class name of the form, under which source texts are looked up.
-    explicit FieldGroup(const char *className);
+    // The class name of the form, under which source texts are looked up, and what its items are, which tells
+    // the rows of the fields' roles.
+    FieldGroup(const char *className, Definitions::Kind kind);
 
     // Fields are added as rows of this layout, which is already set on a widget, or as rows of the next one
     // that is given.
@@ -26,15 +28,19 @@ public:
     // For fields in no layout: their parent from here on.
     void setPage(QWidget *page) { m_page = page; }
 
-    // Adds a row. The role may be FormField::noRole; the name is the widget's objectName; the widget is the
-    // buddy of its label, whose text is already translated.
+    // Adds a field whose objectName is the key of its role's row, the widget being the buddy of its label.
+    // The text is already translated.
+    template <class F> F *add(int role, const QString &label) { return add<F>(role, nullptr, label); }
+    // The same with a source text, for rows that several forms have.
+    template <class F> F *add(int role, const char *label) { return add<F>(role, translated(label)); }
+    // The same under a name of its own, which Qt::DisplayRole and FormField::noRole need, since they have no
+    // row; null for the key.
     template <class F> F *add(int role, const char *name, const QString &label)
     {
         F *field = make<F>(role, name, label);
         appendRow(field);
         return field;
     }
-    // The same with a source text, for rows that several forms have.
     template <class F> F *add(int role, const char *name, const char *label)
     {
         return add<F>(role, name, translated(label));
@@ -52,6 +58,8 @@ public:
     void keepUnknownOnRefill() { m_onRefill.unknownStays = true; }
     // Likewise: lists go to their first entry where the item has no text.
     void resetEmptyOnRefill() { m_onRefill.emptyGoesFirst = true; }
+    // Likewise: empty roles are not given their defaults.
+    void keepEmptyOnRefill() { m_onRefill.emptyStays = true; }
 
     void fill(QStandardItem *item) override;
     void refill(QStandardItem *item) override;
@@ -71,6 +79,8 @@ public:
     static void align(const QVector<FieldGroup *> &groups);
 
     QString translated(const char *source) const;
+    // What the row of the role says is written into an empty one; null for none.
+    const char *defaultOf(int role) const;
     // The page that is being filled.
     QWidget *page() const { return m_page; }
     // One validator serves all fields of the group with the same check or pattern.
@@ -80,12 +90,14 @@ public:
 private:
     template <class F> F *make(int role, const char *name, const QString &label)
     {
-        m_fields.push_back(std::make_unique<F>(*this, role, name, label));
+        m_fields.push_back(std::make_unique<F>(*this, role, name ? name : keyOf(role), label));
         return static_cast<F *>(m_fields.back().get());
     }
     void appendRow(const FormField *field);
+    const char *keyOf(int role) const;
 
     const char *m_className;
+    Definitions::Kind m_kind;
     QFormLayout *m_layout = nullptr;
     QWidget *m_page = nullptr;
     std::vector<std::unique_ptr<FormField>> m_fields;

@@ -51,12 +51,6 @@ TextField::TextField(FieldGroup &group, int role, const char *name, const QStrin
 {
 }
 
-TextField *TextField::initially(const char *text)
-{
-    setDefault(QString::fromLatin1(text));
-    return this;
-}
-
 TextField *TextField::check(MakeValidator make)
 {
     edit()->setValidator(m_group.validator(make));
@@ -225,12 +219,6 @@ CheckField::CheckField(FieldGroup &group, int role, const char *name, const QStr
 {
     // As high as its neighbours, so that rows and labels keep one distance.
     box()->setMinimumHeight(QLineEdit().sizeHint().height());
-}
-
-CheckField *CheckField::initially(bool checked)
-{
-    setDefault(checked);
-    return this;
 }
 
 CheckField *CheckField::unsetShowsChecked()

@@ -20,8 +20,6 @@ class TextField : public FormField
 public:
     TextField(FieldGroup &group, int role, const char *name, const QString &label);
 
-    // Written into a role that reads as empty.
-    TextField *initially(const char *text);
     // What may be typed: one of the shared validators, or a regular expression.
     TextField *check(MakeValidator make);
     TextField *pattern(const char *regularExpression);
@@ -106,8 +104,6 @@ class CheckField : public FormField
 public:
     CheckField(FieldGroup &group, int role, const char *name, const QString &label);
 
-    // Written into a role that holds nothing.
-    CheckField *initially(bool checked);
     // Shown, and not written, for a role that holds nothing.
     CheckField *unsetShowsChecked();
 
@@ -118,6 +114,7 @@ public:
 
 protected:
     void show(const QVariant &value) override;
+    QVariant fromDefault(const QString &text) const override { return text == QLatin1String("true"); }
     bool isEmpty(const QVariant &value) const override { return !value.isValid(); }
 
 private:

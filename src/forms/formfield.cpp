@@ -8,6 +8,7 @@
 FormField::FormField(const FieldGroup &group, int role, const char *name, const QString &label,
                      QWidget *widget)
     : m_role(role)
+    , m_default(group.defaultOf(role))
     , m_widget(widget)
     , m_label(new QLabel(label, group.page()))
 {
@@ -38,7 +39,9 @@ void FormField::fill(QStandardItem *item)
 void FormField::refill(QStandardItem *item, const OnRefill &onRefill)
 {
     if (m_role != noRole) {
-        writeDefault(item);
+        if (!onRefill.emptyStays) {
+            writeDefault(item);
+        }
         showAgain(item->data(m_role), onRefill);
     }
 }
@@ -59,7 +62,7 @@ void FormField::erase(QStandardItem *item) const
 
 void FormField::writeDefault(QStandardItem *item) const
 {
-    if (m_default.isValid() && isEmpty(item->data(m_role))) {
-        item->setData(m_default, m_role);
+    if (m_default && isEmpty(item->data(m_role))) {
+        item->setData(fromDefault(QString::fromLatin1(m_default)), m_role);
     }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "definitions/values.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -12,12 +14,13 @@ class QWidget;
 class FormField
 {
 public:
-    static constexpr int noRole = -1;
+    static constexpr int noRole = Definitions::noRole;
 
-    // What a list does when its form, which is open already, turns to another item.
+    // What is done otherwise when the form, which is open already, turns to another item; see FieldGroup.
     struct OnRefill {
         bool unknownStays = false;
         bool emptyGoesFirst = false;
+        bool emptyStays = false;
     };
 
     // The widget is a child of the group's page.
@@ -48,15 +51,15 @@ public:
 protected:
     virtual void show(const QVariant &value) = 0;
     virtual void showAgain(const QVariant &value, const OnRefill &) { show(value); }
-    // For an empty role; an invalid QVariant for none.
-    void setDefault(const QVariant &value) { m_default = value; }
+    // A default as it is stored.
+    virtual QVariant fromDefault(const QString &text) const { return text; }
     virtual bool isEmpty(const QVariant &value) const { return value.toString().isEmpty(); }
 
 private:
     void writeDefault(QStandardItem *item) const;
 
     int m_role;
+    const char *m_default; // for an empty role; null for none
     QWidget *m_widget;
     QLabel *m_label;
-    QVariant m_default;
 };

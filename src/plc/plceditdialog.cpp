@@ -44,9 +44,9 @@ PLCEditDialog::PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget 
     : ParameterForm({staticMetaObject.className(),
                      QT_TRANSLATE_NOOP("PLCEditDialog", "The PLC '%1' is saved successfully.")},
                     ParameterVariant::plc(), item, workspace, parent)
-    , m_attributes(staticMetaObject.className())
-    , m_trigger(staticMetaObject.className())
-    , m_omronModel(staticMetaObject.className())
+    , m_attributes(staticMetaObject.className(), Definitions::Kind::Plc)
+    , m_trigger(staticMetaObject.className(), Definitions::Kind::Plc)
+    , m_omronModel(staticMetaObject.className(), Definitions::Kind::Plc)
     , m_attributePart([this](QStandardItem *shown) { fillAttributes(shown); },
                       [this](QStandardItem *saved) { m_attributes.save(saved); },
                       [this] { m_attributes.clear(); })
@@ -76,7 +76,9 @@ QWidget *PLCEditDialog::buildContent()
     addAttributes(column);
     for (const PlcFields::Group &each : PlcFields::groups()) {
         const auto refill = isOfLink(each.id) ? FieldFrame::Refill::Always : FieldFrame::Refill::WhenVisible;
-        FieldFrame &frame = m_groups.try_emplace(each.id, staticMetaObject.className(), refill).first->second;
+        FieldFrame &frame =
+            m_groups.try_emplace(each.id, staticMetaObject.className(), Definitions::Kind::Plc, refill)
+                .first->second;
         frame.build(column, each.title ? tr(each.title) : QString())->setObjectName(QLatin1String(each.name));
         if (each.id == PlcGroup::S7Model) {
             m_model = PlcFields::addModels(frame);
@@ -101,9 +103,8 @@ void PLCEditDialog::addAttributes(QVBoxLayout *column)
 {
     m_attributes.setLayout(addBox(column, "attributes", tr("PLC Attribute")));
     m_attributes.add<TextField>(Qt::DisplayRole, "name", tr("PLC Name:"))->readOnly();
-    m_manufacturer =
-        m_attributes.add<TextField>(plcManufacturerRole, "manufacturer", tr("Manufacturer:"))->readOnly();
-    m_protocol = m_attributes.add<ListField>(plcProtocolRole, "protocol", tr("Protocol:"));
+    m_manufacturer = m_attributes.add<TextField>(plcManufacturerRole, tr("Manufacturer:"))->readOnly();
+    m_protocol = m_attributes.add<ListField>(plcProtocolRole, tr("Protocol:"));
 }
 
 void PLCEditDialog::addParameterList(QVBoxLayout *column)
@@ -112,9 +113,8 @@ void PLCEditDialog::addParameterList(QVBoxLayout *column)
     QWidget *box = form->parentWidget();
     box->setFixedHeight(parameterListHeight);
     m_trigger.setLayout(form);
-    PlcFields::addNumber(m_trigger, plcCollectionIntervalRole, "collectionInterval",
-                         QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"))
-        ->initially("2000");
+    PlcFields::addNumber(m_trigger, plcCollectionIntervalRole,
+                         QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"));
     // Its one entry is not stored.
     auto *trigger = new QComboBox(box);
     trigger->setObjectName(QStringLiteral("trigger"));

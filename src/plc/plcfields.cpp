@@ -22,24 +22,14 @@ constexpr auto startAddress0 = QT_TRANSLATE_NOOP("PLCEditDialog", "StartAddress0
 constexpr auto communicationTimeout = QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Timeout:");
 constexpr auto plcInformation = QT_TRANSLATE_NOOP("PLCEditDialog", "PLC Information");
 
-TextField *addHex(FieldGroup &fields, int role, const char *name, const char *label, const char *pattern)
+void addList(FieldGroup &fields, int role, const char *label, const char *entries)
 {
-    return fields.add<TextField>(role, name, label)->pattern(pattern);
-}
-
-ListField *addList(FieldGroup &fields, int role, const char *name, const char *label, const char *entries)
-{
-    return fields.add<ListField>(role, name, label)->entries(entries);
+    fields.add<ListField>(role, label)->entries(entries);
 }
 
 void addByteOrder(FieldGroup &fields, int role)
 {
-    addList(fields, role, "byteOrder", byteOrder, "ABCD BADC CDAB DCBA");
-}
-
-CheckField *addCheck(FieldGroup &fields, int role, const char *name, const char *label)
-{
-    return fields.add<CheckField>(role, name, label);
+    addList(fields, role, byteOrder, "ABCD BADC CDAB DCBA");
 }
 
 QVector<Choice> allenBradleyModels()
@@ -53,19 +43,12 @@ QVector<Choice> allenBradleyModels()
 
 void addNetwork(FieldGroup &fields)
 {
-    fields.add<TextField>(plcIpRole, "ip", QT_TRANSLATE_NOOP("PLCEditDialog", "IP:"))
-        ->check(ipv4Validator)
-        ->initially("192.168.1.60");
+    fields.add<TextField>(plcIpRole, QT_TRANSLATE_NOOP("PLCEditDialog", "IP:"))->check(ipv4Validator);
     // Its default goes by the protocol: PlcCatalogue::defaultPort().
-    fields.add<TextField>(plcPortRole, "port", QT_TRANSLATE_NOOP("PLCEditDialog", "Port:"))
-        ->check(portValidator);
-    addNumber(fields, plcConnectionTimeoutRole, "connectionTimeout",
-              QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Timeout:"))
-        ->initially("2000");
-    addNumber(fields, plcTcpCommunicationTimeoutRole, "communicationTimeout", communicationTimeout)
-        ->initially("2000");
-    addNumber(fields, plcKeepAliveRole, "keepAlive", QT_TRANSLATE_NOOP("PLCEditDialog", "Keep Alive Time:"))
-        ->initially("60000");
+    fields.add<TextField>(plcPortRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Port:"))->check(portValidator);
+    addNumber(fields, plcConnectionTimeoutRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Timeout:"));
+    addNumber(fields, plcTcpCommunicationTimeoutRole, communicationTimeout);
+    addNumber(fields, plcKeepAliveRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Keep Alive Time:"));
 }
 
 void addSerial(FieldGroup &fields)
@@ -73,224 +56,173 @@ void addSerial(FieldGroup &fields)
     // Compat: an unknown text leaves a list at the entry of the PLC before.
     fields.keepUnknownOnRefill();
     fields.resetEmptyOnRefill();
-    addList(fields, plcSerialPortRole, "serialport", QT_TRANSLATE_NOOP("PLCEditDialog", "Serial Port:"),
-            "COM1 COM2");
-    addList(fields, plcBaudRateRole, "baudRate", QT_TRANSLATE_NOOP("PLCEditDialog", "Baud Rate:"),
+    addList(fields, plcSerialPortRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Serial Port:"), "COM1 COM2");
+    addList(fields, plcBaudRateRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Baud Rate:"),
             "115200 57600 38400 19200 9600 4800 2400 1200 600");
-    addList(fields, plcDataBitRole, "dataBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Data Bit:"), "8 7");
-    addList(fields, plcStopBitRole, "stopBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Stop Bit:"), "1 2");
-    addList(fields, plcParityBitRole, "parityBit", QT_TRANSLATE_NOOP("PLCEditDialog", "Parity Bit:"),
-            "NONE ODD EVEN");
-    addCheck(fields, plcRtsEnableRole, "rtsEnable", QT_TRANSLATE_NOOP("PLCEditDialog", "Rts Enable:"));
-    addNumber(fields, plcSerialCommunicationTimeoutRole, "communicationTimeout", communicationTimeout)
-        ->initially("2000");
-    addNumber(fields, plcCommunicationGapRole, "communicationGap",
-              QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Gap:"))
-        ->initially("-1");
+    addList(fields, plcDataBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Data Bit:"), "8 7");
+    addList(fields, plcStopBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Stop Bit:"), "1 2");
+    addList(fields, plcParityBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Parity Bit:"), "NONE ODD EVEN");
+    fields.add<CheckField>(plcRtsEnableRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Rts Enable:"));
+    addNumber(fields, plcSerialCommunicationTimeoutRole, communicationTimeout);
+    addNumber(fields, plcCommunicationGapRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Gap:"));
 }
 
 void addS7Rack(FieldGroup &fields)
 {
-    addNumber(fields, plcS7ConnectionTypeRole, "connectionType",
-              QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Type:"))
-        ->initially("1");
-    addNumber(fields, plcS7RackRole, "rack", QT_TRANSLATE_NOOP("PLCEditDialog", "Rack:"))->initially("0");
-    addNumber(fields, plcS7SlotRole, "Slot", slot)->initially("0");
+    addNumber(fields, plcS7ConnectionTypeRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Type:"));
+    addNumber(fields, plcS7RackRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Rack:"));
+    addNumber(fields, plcS7SlotRole, slot);
 }
 
 void addS7Tsap(FieldGroup &fields)
 {
-    addHex(fields, plcS7LocalTsapRole, "localTSAP", QT_TRANSLATE_NOOP("PLCEditDialog", "LocalTSAP:"),
-           "^[0-9A-Fa-f]{0,4}$")
-        ->initially("4D57");
-    addHex(fields, plcS7DestTsapRole, "destTSA", QT_TRANSLATE_NOOP("PLCEditDialog", "DestTSAP:"),
-           "^[0-9A-Fa-f]{0,4}$")
-        ->initially("4D57");
+    fields.add<TextField>(plcS7LocalTsapRole, QT_TRANSLATE_NOOP("PLCEditDialog", "LocalTSAP:"))
+        ->pattern("^[0-9A-Fa-f]{0,4}$");
+    fields.add<TextField>(plcS7DestTsapRole, QT_TRANSLATE_NOOP("PLCEditDialog", "DestTSAP:"))
+        ->pattern("^[0-9A-Fa-f]{0,4}$");
 }
 
 void addPpi(FieldGroup &fields)
 {
-    addNumber(fields, plcPpiStationNumRole, "stationNum", stationNum)->initially("2");
+    addNumber(fields, plcPpiStationNumRole, stationNum);
 }
 
 void addMitsubishiEip(FieldGroup &fields)
 {
-    addNumber(fields, plcMitsubishiEipSlotRole, "Slot", slot)->initially("0");
+    addNumber(fields, plcMitsubishiEipSlotRole, slot);
 }
 
 void addMc3c(FieldGroup &fields)
 {
-    addNumber(fields, plcMc3cStationNumRole, "stationNum", stationNum)->initially("2");
-    addList(fields, plcMc3cFormatRole, "format", format, "1 2 3 4");
-    addCheck(fields, plcMc3cSumCheckRole, "sumCheck", sumCheck)->initially(true);
-    addCheck(fields, plcMc3cWriteBitByWordRole, "writebitByword", writeBitByWord)->initially(true);
+    addNumber(fields, plcMc3cStationNumRole, stationNum);
+    addList(fields, plcMc3cFormatRole, format, "1 2 3 4");
+    fields.add<CheckField>(plcMc3cSumCheckRole, sumCheck);
+    fields.add<CheckField>(plcMc3cWriteBitByWordRole, writeBitByWord);
 }
 
 void addMc1e(FieldGroup &fields)
 {
-    addHex(fields, plcMc1eStationNumRole, "stationNum", stationNum, "^[0-9A-Fa-f]*$")->initially("FF");
-    addCheck(fields, plcMc1eBinaryRole, "binary", binary)->initially(true);
+    fields.add<TextField>(plcMc1eStationNumRole, stationNum)->pattern("^[0-9A-Fa-f]*$");
+    fields.add<CheckField>(plcMc1eBinaryRole, binary);
 }
 
 void addMc3e(FieldGroup &fields)
 {
-    addList(fields, plcMc3eModeRole, "mode", mode, "TCP UDP");
-    addNumber(fields, plcMc3eStationNumRole, "stationNum", stationNum)->initially("0");
-    addNumber(fields, plcMc3eNetNumRole, "netNum", QT_TRANSLATE_NOOP("PLCEditDialog", "Net Num:"))
-        ->initially("0");
-    addCheck(fields, plcMc3eBinaryRole, "binary", binary)->initially(true);
-    addCheck(fields, plcMc3eWriteBitByWordRole, "writeBitByWord", writeBitByWord)->initially(true);
-    addCheck(fields, plcMc3eCharReversedRole, "charReversed", charReversed);
+    addList(fields, plcMc3eModeRole, mode, "TCP UDP");
+    addNumber(fields, plcMc3eStationNumRole, stationNum);
+    addNumber(fields, plcMc3eNetNumRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Net Num:"));
+    fields.add<CheckField>(plcMc3eBinaryRole, binary);
+    fields.add<CheckField>(plcMc3eWriteBitByWordRole, writeBitByWord);
+    fields.add<CheckField>(plcMc3eCharReversedRole, charReversed);
 }
 
 void addFxLinks(FieldGroup &fields)
 {
-    addNumber(fields, plcFxLinksStationNumRole, "stationNum", stationNum)->initially("0");
-    addCheck(fields, plcFxLinksSumCheckRole, "sumCheck", sumCheck)->initially(true);
-    addNumber(fields, plcFxLinksMessageWaitingTimeRole, "messageWaitingTime",
-              QT_TRANSLATE_NOOP("PLCEditDialog", "Message waiting time:"))
-        ->initially("1");
-    addList(fields, plcFxLinksFormatRole, "format", format, "1 4");
+    addNumber(fields, plcFxLinksStationNumRole, stationNum);
+    fields.add<CheckField>(plcFxLinksSumCheckRole, sumCheck);
+    addNumber(fields, plcFxLinksMessageWaitingTimeRole,
+              QT_TRANSLATE_NOOP("PLCEditDialog", "Message waiting time:"));
+    addList(fields, plcFxLinksFormatRole, format, "1 4");
 }
 
 void addFxSerial(FieldGroup &fields)
 {
-    addCheck(fields, plcFxSerialNewAgreementRole, "newAgreement",
-             QT_TRANSLATE_NOOP("PLCEditDialog", "New Agreement:"))
-        ->initially(true);
+    fields.add<CheckField>(plcFxSerialNewAgreementRole, QT_TRANSLATE_NOOP("PLCEditDialog", "New Agreement:"));
 }
 
 void addFins(FieldGroup &fields)
 {
-    addList(fields, plcFinsModeRole, "mode", mode, "TCP UDP");
-    addNumber(fields, plcFinsUnitNumberRole, "unitNumber", QT_TRANSLATE_NOOP("PLCEditDialog", "Unit Number:"))
-        ->initially("0");
+    addList(fields, plcFinsModeRole, mode, "TCP UDP");
+    addNumber(fields, plcFinsUnitNumberRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Unit Number:"));
     addByteOrder(fields, plcFinsByteOrderRole);
-    addCheck(fields, plcFinsCharReversedRole, "charReversed", charReversed);
+    fields.add<CheckField>(plcFinsCharReversedRole, charReversed);
 }
 
 void addOmronEip(FieldGroup &fields)
 {
-    addNumber(fields, plcOmronEipSlotRole, "Slot", slot)->initially("0");
+    addNumber(fields, plcOmronEipSlotRole, slot);
 }
 
 void addHostLink(FieldGroup &fields)
 {
-    addNumber(fields, plcHostLinkStationNumRole, "stationNum", stationNum)->initially("0");
-    addNumber(fields, plcHostLinkDeviceIdNumRole, "deviceIDNum",
-              QT_TRANSLATE_NOOP("PLCEditDialog", "DeviceID Num:"))
-        ->initially("0");
-    addNumber(fields, plcHostLinkPlcUnitRole, "PLCUnit", QT_TRANSLATE_NOOP("PLCEditDialog", "PLC Unit Num:"))
-        ->initially("0");
-    addNumber(fields, plcHostLinkHostcomputerUnitRole, "hostcomputerUnit",
-              QT_TRANSLATE_NOOP("PLCEditDialog", "Hostomputer Unit Num:"))
-        ->initially("0");
+    addNumber(fields, plcHostLinkStationNumRole, stationNum);
+    addNumber(fields, plcHostLinkDeviceIdNumRole, QT_TRANSLATE_NOOP("PLCEditDialog", "DeviceID Num:"));
+    addNumber(fields, plcHostLinkPlcUnitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "PLC Unit Num:"));
+    addNumber(fields, plcHostLinkHostcomputerUnitRole,
+              QT_TRANSLATE_NOOP("PLCEditDialog", "Hostomputer Unit Num:"));
     addByteOrder(fields, plcHostLinkByteOrderRole);
-    addCheck(fields, plcHostLinkCharReversedRole, "charReversed", charReversed);
+    fields.add<CheckField>(plcHostLinkCharReversedRole, charReversed);
 }
 
 void addAllenBradleyEip(FieldGroup &fields)
 {
-    fields.add<CodedField>(plcAbModelRole, "model", model)->choices(allenBradleyModels());
-    addNumber(fields, plcAbSlotRole, "Slot", slot)->initially("0");
-    addNumber(fields, plcAbRouterRole, "router", QT_TRANSLATE_NOOP("PLCEditDialog", "Router:"));
+    fields.add<CodedField>(plcAbModelRole, model)->choices(allenBradleyModels());
+    addNumber(fields, plcAbSlotRole, slot);
+    addNumber(fields, plcAbRouterRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Router:"));
 }
 
 void addDf1(FieldGroup &fields)
 {
-    addNumber(fields, plcDf1StationNumRole, "stationNum", stationNum)->initially("1");
-    addNumber(fields, plcDf1TargetNodeRole, "targetNode", QT_TRANSLATE_NOOP("PLCEditDialog", "Target Node:"))
-        ->initially("2");
-    addNumber(fields, plcDf1SourceNodeRole, "sourceNode", QT_TRANSLATE_NOOP("PLCEditDialog", "Source Node:"))
-        ->initially("1");
+    addNumber(fields, plcDf1StationNumRole, stationNum);
+    addNumber(fields, plcDf1TargetNodeRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Target Node:"));
+    addNumber(fields, plcDf1SourceNodeRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Source Node:"));
 }
 
 void addAds(FieldGroup &fields)
 {
-    addCheck(fields, plcAdsAutoNetIdRole, "autoNetld", QT_TRANSLATE_NOOP("PLCEditDialog", "Auto Netld:"));
-    addNumber(fields, plcAdsTargetNetIdRole, "targetNetId",
-              QT_TRANSLATE_NOOP("PLCEditDialog", "TargetNetId:"));
-    addNumber(fields, plcAdsSenderNetIdRole, "senderNetId",
-              QT_TRANSLATE_NOOP("PLCEditDialog", "SenderNetId:"));
-    addCheck(fields, plcAdsTagCacheRole, "tagCache", QT_TRANSLATE_NOOP("PLCEditDialog", "Tag Cache:"));
+    fields.add<CheckField>(plcAdsAutoNetIdRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Auto Netld:"));
+    addNumber(fields, plcAdsTargetNetIdRole, QT_TRANSLATE_NOOP("PLCEditDialog", "TargetNetId:"));
+    addNumber(fields, plcAdsSenderNetIdRole, QT_TRANSLATE_NOOP("PLCEditDialog", "SenderNetId:"));
+    fields.add<CheckField>(plcAdsTagCacheRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Tag Cache:"));
 }
 
-// The roles of a maker of Modbus devices.
-struct ModbusRoles {
-    int series;
-    int stationNum;
-    int byteOrder;
-    int startAddress0;
-    int charReversed;
-};
-
-// The list of series and the check of the address 0 are for the maker's own ways.
-struct ModbusRows {
-    ListField *series;
-    CheckField *startAddress0;
-};
-
-ModbusRows addModbusMaker(FieldGroup &fields, const char *manufacturer, const ModbusRoles &roles)
+// The five roles of a maker of Modbus devices stand side by side. Gives the list of series.
+ListField *addModbusMaker(FieldGroup &fields, const char *manufacturer, int seriesRole)
 {
-    auto *ofMaker = fields.add<ListField>(roles.series, "series", series)
-                        ->entries(PlcCatalogue::series(QLatin1String(manufacturer)));
-    addNumber(fields, roles.stationNum, "stationNum", stationNum)->initially("1");
-    addByteOrder(fields, roles.byteOrder);
-    auto *startsAtZero = addCheck(fields, roles.startAddress0, "startAddress0", startAddress0);
-    addCheck(fields, roles.charReversed, "charReversed", charReversed);
-    return {ofMaker, startsAtZero};
+    auto *ofMaker =
+        fields.add<ListField>(seriesRole, series)->entries(PlcCatalogue::series(QLatin1String(manufacturer)));
+    addNumber(fields, seriesRole + 1, stationNum);
+    addByteOrder(fields, seriesRole + 2);
+    fields.add<CheckField>(seriesRole + 3, startAddress0);
+    fields.add<CheckField>(seriesRole + 4, charReversed);
+    return ofMaker;
 }
 
 void addInovance(FieldGroup &fields)
 {
-    addModbusMaker(fields, "Inovance",
-                   {plcInovanceSeriesRole, plcInovanceStationNumRole, plcInovanceByteOrderRole,
-                    plcInovanceStartAddress0Role, plcInovanceCharReversedRole})
-        .startAddress0->initially(true);
+    addModbusMaker(fields, "Inovance", plcInovanceSeriesRole);
 }
 
 void addXinje(FieldGroup &fields)
 {
-    addModbusMaker(fields, "XinJE",
-                   {plcXinjeSeriesRole, plcXinjeStationNumRole, plcXinjeByteOrderRole,
-                    plcXinjeStartAddress0Role, plcXinjeCharReversedRole})
-        .startAddress0->initially(true);
+    addModbusMaker(fields, "XinJE", plcXinjeSeriesRole);
 }
 
 void addModbus(FieldGroup &fields)
 {
-    const ModbusRows rows =
-        addModbusMaker(fields, "Modbus",
-                       {plcModbusSeriesRole, plcModbusStationNumRole, plcModbusByteOrderRole,
-                        plcModbusStartAddress0Role, plcModbusCharReversedRole});
-    rows.series->disabled();
-    rows.startAddress0->initially(true);
+    addModbusMaker(fields, "Modbus", plcModbusSeriesRole)->disabled();
 }
 
 void addDelta(FieldGroup &fields)
 {
-    // Compat: off, unlike the three before.
-    addModbusMaker(fields, "Delta",
-                   {plcDeltaSeriesRole, plcDeltaStationNumRole, plcDeltaByteOrderRole,
-                    plcDeltaStartAddress0Role, plcDeltaCharReversedRole});
+    addModbusMaker(fields, "Delta", plcDeltaSeriesRole);
 }
 
 } // namespace
 
-TextField *addNumber(FieldGroup &fields, int role, const char *name, const char *label)
+TextField *addNumber(FieldGroup &fields, int role, const char *label)
 {
-    return fields.add<TextField>(role, name, label)->check(integerValidator);
+    return fields.add<TextField>(role, label)->check(integerValidator);
 }
 
 ListField *addModels(FieldGroup &fields)
 {
-    return fields.add<ListField>(plcModelRole, "model", model);
+    return fields.add<ListField>(plcModelRole, model);
 }
 
 void addOmronModel(FieldGroup &fields)
 {
-    fields.addUnseen<TextField>(plcOmronEipModelRole, "omronModel", fields.translated(model))
-        ->initially("omron-njnx");
+    fields.addUnseen<TextField>(plcOmronEipModelRole, "omronModel", fields.translated(model));
 }
 
 const QVector<Group> &groups()

@@ -17,7 +17,7 @@ struct Group {
 const QVector<Group> &groups();
 
 // Rows that the form keeps apart: a whole number, -1 or more, and a model.
-TextField *addNumber(FieldGroup &fields, int role, const char *name, const char *label);
+TextField *addNumber(FieldGroup &fields, int role, const char *label);
 ListField *addModels(FieldGroup &fields);
 // The model of an Omron PLC on EtherNet/IP, which no one sees.
 void addOmronModel(FieldGroup &fields);

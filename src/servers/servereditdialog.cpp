@@ -14,7 +14,7 @@ ServerEditDialog::ServerEditDialog(QStandardItem *item, Workspace *workspace)
 {
     setWindowTitle(tr("Edit Server"));
     ServerFields::addIdentity(fields(), "MQTT");
-    fields().add<TextField>(serverIpRole, "ip", tr("IP Address:"))->check(hostNameValidator);
+    fields().add<TextField>(serverIpRole, tr("IP Address:"))->check(hostNameValidator);
     ServerFields::addPort(fields());
     ServerFields::addClientId(fields());
     ServerFields::addUserName(fields());
@@ -27,20 +27,18 @@ ServerEditDialog::ServerEditDialog(QStandardItem *item, Workspace *workspace)
 
 void ServerEditDialog::addPayload()
 {
-    const auto *format =
-        fields()
-            .add<NumberedField>(serverPayloadFormatRole, "payloadFormat", tr("Payload Format:"))
-            ->texts({tr("Tarnwick MQTT"), tr("Custom formatting")});
-    fields().add<TextField>(serverReportTopicRole, "reportTopic", tr("Report Topic:"))->check(noCjkValidator);
-    addScript(serverReportJsRole, "reportJS", tr("Report JS:"), format);
-    fields().add<TextField>(serverWriteTopicRole, "writeTopic", tr("Write Topic:"))->check(noCjkValidator);
-    addScript(serverWriteJsRole, "writeJS", tr("Write JS:"), format);
+    const auto *format = fields()
+                             .add<NumberedField>(serverPayloadFormatRole, tr("Payload Format:"))
+                             ->texts({tr("Tarnwick MQTT"), tr("Custom formatting")});
+    fields().add<TextField>(serverReportTopicRole, tr("Report Topic:"))->check(noCjkValidator);
+    addScript(serverReportJsRole, tr("Report JS:"), format);
+    fields().add<TextField>(serverWriteTopicRole, tr("Write Topic:"))->check(noCjkValidator);
+    addScript(serverWriteJsRole, tr("Write JS:"), format);
 }
 
-void ServerEditDialog::addScript(int role, const char *name, const QString &label,
-                                 const NumberedField *format)
+void ServerEditDialog::addScript(int role, const QString &label, const NumberedField *format)
 {
-    QTextEdit *edit = fields().add<ScriptField>(role, name, label)->edit();
+    QTextEdit *edit = fields().add<ScriptField>(role, label)->edit();
     new JavaScriptHighlighter(edit->document());
     // The highlighter's colours are made for light ground, whatever the desktop's is.
     edit->setStyleSheet(QStringLiteral("QTextEdit:enabled { background-color: white; color: black; }"));

@@ -13,5 +13,5 @@ public:
 
 private:
     void addPayload();
-    void addScript(int role, const char *name, const QString &label, const NumberedField *format);
+    void addScript(int role, const QString &label, const NumberedField *format);
 };

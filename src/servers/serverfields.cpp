@@ -10,8 +10,8 @@ ListField *addIdentityStoredIn(int protocolRole, FieldGroup &fields)
 {
     fields.add<TextField>(Qt::DisplayRole, "name", QT_TRANSLATE_NOOP("ServerFields", "Server Name:"))
         ->readOnly();
-    fields.add<TextField>(serverDescriptionRole, "description",
-                          QT_TRANSLATE_NOOP("ServerFields", "Description:"));
+    fields.add<TextField>(serverDescriptionRole, QT_TRANSLATE_NOOP("ServerFields", "Description:"));
+    // Also without a role it has that name.
     return fields.add<ListField>(protocolRole, "protocol", QT_TRANSLATE_NOOP("ServerFields", "Protocol:"))
         ->disabled(); // a Server keeps its protocol
 }
@@ -27,55 +27,48 @@ void addCloud(FieldGroup &fields, const char *protocol)
 {
     addIdentityStoredIn(FormField::noRole, fields)->entries(QStringList(fields.translated(protocol)));
     fields.addUnseen<ListField>(serverProtocolRole, "protocolKey", QString())->entries(protocol);
-    fields
-        .add<TextField>(serverDomainNameRole, "domainName", QT_TRANSLATE_NOOP("ServerFields", "Domain Name:"))
+    fields.add<TextField>(serverDomainNameRole, QT_TRANSLATE_NOOP("ServerFields", "Domain Name:"))
         ->check(hostNameValidator);
     addPort(fields);
 }
 
 void addDevice(FieldGroup &fields)
 {
-    fields
-        .add<TextField>(serverProductKeyRole, "productKey", QT_TRANSLATE_NOOP("ServerFields", "Product Key:"))
+    fields.add<TextField>(serverProductKeyRole, QT_TRANSLATE_NOOP("ServerFields", "Product Key:"))
         ->check(noCjkValidator);
-    fields
-        .add<TextField>(serverDeviceNameRole, "deviceName", QT_TRANSLATE_NOOP("ServerFields", "Device Name:"))
+    fields.add<TextField>(serverDeviceNameRole, QT_TRANSLATE_NOOP("ServerFields", "Device Name:"))
         ->check(noCjkValidator);
-    fields
-        .add<TextField>(serverDeviceSecretRole, "deviceSecret",
-                        QT_TRANSLATE_NOOP("ServerFields", "Device Secret:"))
+    fields.add<TextField>(serverDeviceSecretRole, QT_TRANSLATE_NOOP("ServerFields", "Device Secret:"))
         ->check(noCjkValidator)
         ->password();
 }
 
 void addPort(FieldGroup &fields)
 {
-    fields.add<TextField>(serverPortRole, "port", QT_TRANSLATE_NOOP("ServerFields", "Port:"))
-        ->check(portValidator);
+    fields.add<TextField>(serverPortRole, QT_TRANSLATE_NOOP("ServerFields", "Port:"))->check(portValidator);
 }
 
 void addClientId(FieldGroup &fields)
 {
-    fields.add<TextField>(serverClientIdRole, "clientId", QT_TRANSLATE_NOOP("ServerFields", "Client ID:"))
+    fields.add<TextField>(serverClientIdRole, QT_TRANSLATE_NOOP("ServerFields", "Client ID:"))
         ->check(noCjkValidator);
 }
 
 void addUserName(FieldGroup &fields)
 {
-    fields.add<TextField>(serverUsernameRole, "username", QT_TRANSLATE_NOOP("ServerFields", "User Name:"))
+    fields.add<TextField>(serverUsernameRole, QT_TRANSLATE_NOOP("ServerFields", "User Name:"))
         ->check(noCjkValidator);
 }
 
 TextField *addPassword(FieldGroup &fields)
 {
-    return fields
-        .add<TextField>(serverPasswordRole, "password", QT_TRANSLATE_NOOP("ServerFields", "Password:"))
+    return fields.add<TextField>(serverPasswordRole, QT_TRANSLATE_NOOP("ServerFields", "Password:"))
         ->check(noCjkValidator);
 }
 
 void addQos(FieldGroup &fields, const char *levels)
 {
-    fields.add<ListField>(serverQosRole, "qos", QT_TRANSLATE_NOOP("ServerFields", "qos:"))
+    fields.add<ListField>(serverQosRole, QT_TRANSLATE_NOOP("ServerFields", "qos:"))
         ->entries(levels)
         ->fallback("1");
 }

@@ -5,7 +5,7 @@
 
 ServerForm::ServerForm(const Names &names, QStandardItem *item, Workspace *workspace)
     : DefinitionForm(names, item, workspace)
-    , m_fields(names.className)
+    , m_fields(names.className, Definitions::Kind::Server)
     , m_page(new QVBoxLayout(new QWidget(this)))
 {
     auto *fieldPage = new QWidget(m_page->parentWidget());

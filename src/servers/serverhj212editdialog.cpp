@@ -55,13 +55,13 @@ void ServerHJ212EditDialog::addConnection()
 {
     FieldGroup &form = fields();
     form.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
-    form.add<ListField>(serverProtocolRole, "protocol", tr("Protocol:"))->entries("HJ212")->disabled();
-    form.add<TextField>(serverIpRole, "ip", tr("IP Address:"))->pattern(ipv4Pattern);
-    form.add<TextField>(serverPortRole, "port", tr("Port:"))->check(portValidator);
-    form.add<TextField>(serverClientIdRole, "clientId", tr("Client ID:"))->pattern("[0-9A-F]{1,24}");
-    form.add<TextField>(serverPasswordRole, "password", tr("Password:"))->pattern(noCjkPattern)->password();
+    form.add<ListField>(serverProtocolRole, tr("Protocol:"))->entries("HJ212")->disabled();
+    form.add<TextField>(serverIpRole, tr("IP Address:"))->pattern(ipv4Pattern);
+    form.add<TextField>(serverPortRole, tr("Port:"))->check(portValidator);
+    form.add<TextField>(serverClientIdRole, tr("Client ID:"))->pattern("[0-9A-F]{1,24}");
+    form.add<TextField>(serverPasswordRole, tr("Password:"))->pattern(noCjkPattern)->password();
     form.add<CodedField>(serverSystemCodeRole, "systemCode", tr("System Code:"))->choices(systemCodes());
-    form.add<TextField>(serverCommandCodeRole, "commandCode", tr("Command Code:"))->initially("2011");
+    form.add<TextField>(serverCommandCodeRole, tr("Command Code:"));
 }
 
 void ServerHJ212EditDialog::fillPoints(const QStandardItem *item)

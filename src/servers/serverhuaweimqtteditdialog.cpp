@@ -14,7 +14,7 @@ ServerHuaWeiMQTTEditDialog::ServerHuaWeiMQTTEditDialog(QStandardItem *item, Work
     ServerFields::addClientId(fields());
     ServerFields::addUserName(fields());
     ServerFields::addPassword(fields())->password();
-    fields().add<TextField>(serverServiceIdRole, "serviceId", tr("Service ID:"))->check(noCjkValidator);
+    fields().add<TextField>(serverServiceIdRole, tr("Service ID:"))->check(noCjkValidator);
     ServerFields::addQos(fields(), "0 1 2");
     setParts({&fields()});
 }

@@ -107,13 +107,13 @@ ServerModbusTCPEditDialog::ServerModbusTCPEditDialog(QStandardItem *item, Worksp
 void ServerModbusTCPEditDialog::addFields()
 {
     fields().add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
-    fields().add<TextField>(serverTypeRole, "type", tr("Type:"));
+    fields().add<TextField>(serverTypeRole, tr("Type:"));
     // Compat: an empty list for another protocol, or for none, unlike in the other forms.
     fields()
-        .add<CodedField>(serverProtocolRole, "protocol", tr("Protocol:"))
+        .add<CodedField>(serverProtocolRole, tr("Protocol:"))
         ->choices({{"ModbusTCP(Slave)", QStringLiteral("ModbusTCP(Slave)")}})
         ->unknownShowsNone();
-    fields().add<TextField>(serverPortRole, "port", tr("Port:"));
+    fields().add<TextField>(serverPortRole, tr("Port:"));
 }
 
 void ServerModbusTCPEditDialog::setupUI()

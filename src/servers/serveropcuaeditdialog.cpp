@@ -15,7 +15,7 @@ ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *wor
     ServerFields::addIdentity(fields(), "OpcUaServer");
     ServerFields::addPort(fields());
     m_anonymous = fields()
-                      .add<ListField>(serverAnonymousRole, "anonymous", tr("Anonymous:"))
+                      .add<ListField>(serverAnonymousRole, tr("Anonymous:"))
                       ->entries("true false")
                       ->fallback("false");
     ServerFields::addUserName(fields());

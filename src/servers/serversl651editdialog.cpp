@@ -70,19 +70,14 @@ void ServerSL651EditDialog::addConnection()
 {
     FieldGroup &form = fields();
     form.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
-    form.add<ListField>(serverProtocolRole, "protocol", tr("Protocol:"))->entries("SL651")->disabled();
-    form.add<TextField>(serverIpRole, "ip", tr("IP Address:"))->check(ipv4Validator);
-    form.add<TextField>(serverPortRole, "port", tr("Port:"))->check(portValidator);
-    m_centralStation = form.add<TextField>(serverCentralStationAddressRole, "centralStationAddress",
-                                           tr("centralStationAddress:"))
+    form.add<ListField>(serverProtocolRole, tr("Protocol:"))->entries("SL651")->disabled();
+    form.add<TextField>(serverIpRole, tr("IP Address:"))->check(ipv4Validator);
+    form.add<TextField>(serverPortRole, tr("Port:"))->check(portValidator);
+    m_centralStation = form.add<TextField>(serverCentralStationAddressRole, tr("centralStationAddress:"))
                            ->pattern("[0-9A-Fa-f]{1,2}");
-    form.add<TextField>(serverRemoteStationAddressRole, "remoteStationAddress", tr("remoteStationAddress:"))
-        ->pattern("[0-9A-Fa-f]+");
-    form.add<TextField>(serverPasswordRole, "password", tr("Password:"))
-        ->pattern("^[0-9A-Fa-f]{4}$")
-        ->password();
-    form.add<CodedField>(serverRemoteStationTypeRole, "remoteStationType", tr("remoteStationType:"))
-        ->choices(stationTypes());
+    form.add<TextField>(serverRemoteStationAddressRole, tr("remoteStationAddress:"))->pattern("[0-9A-Fa-f]+");
+    form.add<TextField>(serverPasswordRole, tr("Password:"))->pattern("^[0-9A-Fa-f]{4}$")->password();
+    form.add<CodedField>(serverRemoteStationTypeRole, tr("remoteStationType:"))->choices(stationTypes());
 }
 
 void ServerSL651EditDialog::validateCentralStationAddress()

@@ -38,10 +38,10 @@ ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Worksp
          // Compat: the message speaks of a Standard.
          QT_TRANSLATE_NOOP("ServiceIEC61850EditDialog", "The Standard OpcUa '%1' is saved successfully.")},
         item, workspace, parent)
-    , m_service(staticMetaObject.className())
-    , m_keyPassword(staticMetaObject.className())
-    , m_switches(staticMetaObject.className())
-    , m_verification(staticMetaObject.className())
+    , m_service(staticMetaObject.className(), Definitions::Kind::Service)
+    , m_keyPassword(staticMetaObject.className(), Definitions::Kind::Service)
+    , m_switches(staticMetaObject.className(), Definitions::Kind::Service)
+    , m_verification(staticMetaObject.className(), Definitions::Kind::Service)
 {
     setWindowTitle(tr("Edit Service"));
     auto *content = new QWidget(this);
@@ -58,56 +58,45 @@ ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Worksp
     updatePasswordVisibility();
     updateSSLFieldsVisibility();
 
-    // Compat: only here, unlike the defaults of other forms, which come with each item that a form shows.
-    if (item->data(servicePortRole).toString().isEmpty()) {
-        item->setData(QStringLiteral("102"), servicePortRole);
-    }
     setContent(content, parts());
     connect(saveButton(), &QPushButton::clicked, this, &ServiceIEC61850EditDialog::saveChanges);
 }
 
 void ServiceIEC61850EditDialog::addService(QFormLayout *form)
 {
+    // Compat: only the item that the form opens with, unlike the defaults of other forms, which come with
+    // each item that a form shows.
+    m_service.keepEmptyOnRefill();
     m_service.setLayout(form);
     m_name = m_service.add<TextField>(Qt::DisplayRole, "name", tr("Service Name:"))->readOnly();
-    m_service.add<ListField>(serviceProtocolRole, "protocol", tr("Protocol:"))
-        ->entries("IEC61850")
-        ->disabled();
-    m_port = m_service.add<TextField>(servicePortRole, "port", tr("Port:"))->check(portValidator);
-    m_authentication =
-        m_service.add<ListField>(serviceAuthenticationRole, "authentication", tr("Authentication:"))
-            ->entries({tr("None"), tr("Password")});
-    m_password = m_service.add<TextField>(servicePasswordRole, "password", tr("Password:"))
-                     ->check(noCjkValidator)
-                     ->password();
+    m_service.add<ListField>(serviceProtocolRole, tr("Protocol:"))->entries("IEC61850")->disabled();
+    m_port = m_service.add<TextField>(servicePortRole, tr("Port:"))->check(portValidator);
+    m_authentication = m_service.add<ListField>(serviceAuthenticationRole, tr("Authentication:"))
+                           ->entries({tr("None"), tr("Password")});
+    m_password =
+        m_service.add<TextField>(servicePasswordRole, tr("Password:"))->check(noCjkValidator)->password();
 }
 
 void ServiceIEC61850EditDialog::addSecurity(QFormLayout *form)
 {
     m_switches.setLayout(form);
-    m_switches
-        .add<CheckField>(serviceEnableGoosePublishingRole, "enableGoosePublishing",
-                         tr("Enable GoosePublishing:"))
+    m_switches.add<CheckField>(serviceEnableGoosePublishingRole, tr("Enable GoosePublishing:"))
         ->unsetShowsChecked();
-    m_ssl = m_switches.add<CheckField>(serviceEnableSslRole, "enableSSL", tr("Enable SSL:"));
+    m_ssl = m_switches.add<CheckField>(serviceEnableSslRole, tr("Enable SSL:"));
     m_own = {
-        addCertificate(form, Kind::Certificate, tr("Root Certificate:"), QStringLiteral("rootCertificate"),
-                       serviceRootCertificatePathRole, serviceRootCertificateRole),
-        addCertificate(form, Kind::Certificate, tr("Server Certificate:"),
-                       QStringLiteral("serverCertificate"), serviceServerCertificatePathRole,
+        addCertificate(form, Kind::Certificate, tr("Root Certificate:"), serviceRootCertificatePathRole,
+                       serviceRootCertificateRole),
+        addCertificate(form, Kind::Certificate, tr("Server Certificate:"), serviceServerCertificatePathRole,
                        serviceServerCertificateRole),
-        addCertificate(form, Kind::Key, tr("Server Key:"), QStringLiteral("serverKey"),
-                       serviceServerKeyPathRole, serviceServerKeyRole),
+        addCertificate(form, Kind::Key, tr("Server Key:"), serviceServerKeyPathRole, serviceServerKeyRole),
     };
     m_keyPassword.setLayout(form);
     m_serverKeyPassword =
-        m_keyPassword
-            .add<TextField>(serviceServerKeyPasswordRole, "serverKeyPassword", tr("Server Key Password:"))
+        m_keyPassword.add<TextField>(serviceServerKeyPasswordRole, tr("Server Key Password:"))
             ->check(noCjkValidator)
             ->password();
     m_verification.setLayout(form);
-    m_verify = m_verification.add<CheckField>(serviceIsVerifyClientCertRole, "isVerifyClientCert",
-                                              tr("IsVerifyClientCert:"));
+    m_verify = m_verification.add<CheckField>(serviceIsVerifyClientCertRole, tr("IsVerifyClientCert:"));
 }
 
 void ServiceIEC61850EditDialog::addClients(QFormLayout *form)
@@ -115,20 +104,19 @@ void ServiceIEC61850EditDialog::addClients(QFormLayout *form)
     for (int client = 0; client < clients; ++client) {
         // Each client has two roles, path and content, side by side.
         const int pathRole = serviceClientCertificatePath1Role + 2 * client;
-        m_clients.append(addCertificate(form, Kind::Certificate, tr(clientLabels[client]),
-                                        QStringLiteral("clientCertificate%1").arg(client + 1), pathRole,
-                                        pathRole + 1));
+        m_clients.append(
+            addCertificate(form, Kind::Certificate, tr(clientLabels[client]), pathRole, pathRole + 1));
     }
     // Compat: the last client empties the roles of the one before it, a slip of one that stands.
     m_clients.last()->emptyInstead(m_clients.at(clients - 2));
 }
 
 CertificateField *ServiceIEC61850EditDialog::addCertificate(QFormLayout *form, Kind kind,
-                                                            const QString &label, const QString &name,
-                                                            int pathRole, int contentRole)
+                                                            const QString &label, int pathRole,
+                                                            int contentRole)
 {
-    auto *field = new CertificateField(staticMetaObject.className(), kind, name, pathRole, contentRole,
-                                       form->parentWidget());
+    auto *field = new CertificateField(staticMetaObject.className(), kind, Definitions::Kind::Service,
+                                       pathRole, contentRole, form->parentWidget());
     form->addRow(field->makeLabel(label), field);
     return field;
 }

@@ -24,7 +24,7 @@ private:
     void addSecurity(QFormLayout *form);
     void addClients(QFormLayout *form);
     CertificateField *addCertificate(QFormLayout *form, CertificateField::Kind kind, const QString &label,
-                                     const QString &name, int pathRole, int contentRole);
+                                     int pathRole, int contentRole);
     QVector<FormPart *> parts();
     void updatePasswordVisibility();
 

@@ -39,7 +39,7 @@ QString textOf(const QTableWidget *table, int row, int column)
 
 MeterPage::MeterPage(int labelWidth, QWidget *parent)
     : StandardPage(parent)
-    , m_settings(context)
+    , m_settings(context, Definitions::Kind::Standard)
 {
     auto *column = new QVBoxLayout(this);
     auto *form = new QFormLayout;

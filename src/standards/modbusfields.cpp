@@ -6,31 +6,22 @@
 
 void ModbusFields::addNetwork(FieldGroup &fields)
 {
-    fields.add<TextField>(standardIpRole, "ip", standardModbusEditDialog::tr("IP:"))
-        ->check(ipv4Validator)
-        ->initially("192.168.1.60");
-    fields.add<TextField>(standardPortRole, "port", standardModbusEditDialog::tr("Port:"))
-        ->check(portValidator)
-        ->initially("502");
+    fields.add<TextField>(standardIpRole, standardModbusEditDialog::tr("IP:"))->check(ipv4Validator);
+    fields.add<TextField>(standardPortRole, standardModbusEditDialog::tr("Port:"))->check(portValidator);
+    fields.add<TextField>(standardConnectionTimeoutRole, standardModbusEditDialog::tr("Connection Timeout:"))
+        ->check(integerValidator);
     fields
-        .add<TextField>(standardConnectionTimeoutRole, "connectionTimeout",
-                        standardModbusEditDialog::tr("Connection Timeout:"))
-        ->check(integerValidator)
-        ->initially("2000");
-    fields
-        .add<TextField>(standardCommunicationTimeoutRole, "communicationTimeout",
+        .add<TextField>(standardCommunicationTimeoutRole,
                         standardModbusEditDialog::tr("Communication Timeout:"))
-        ->check(integerValidator)
-        ->initially("2000");
-    fields
-        .add<TextField>(standardKeepAliveRole, "keepAlive", standardModbusEditDialog::tr("Keep Alive Time:"))
-        ->check(integerValidator)
-        ->initially("60000");
+        ->check(integerValidator);
+    fields.add<TextField>(standardKeepAliveRole, standardModbusEditDialog::tr("Keep Alive Time:"))
+        ->check(integerValidator);
 }
 
 void ModbusFields::addSerial(FieldGroup &fields)
 {
     StandardFields::addSerialLine(fields);
+    // The name that is its key is the network's.
     StandardFields::addSerialTimes(fields, standardRtuCommunicationTimeoutRole, "rtuCommunicationTimeout");
 }
 

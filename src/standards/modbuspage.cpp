@@ -7,7 +7,7 @@
 
 ModbusPage::ModbusPage(int fieldColumn, QWidget *parent)
     : StandardPage(parent)
-    , m_settings("standardModbusEditDialog")
+    , m_settings("standardModbusEditDialog", Definitions::Kind::Standard)
 {
     auto *column = new QVBoxLayout(this);
     auto *form = new QFormLayout;

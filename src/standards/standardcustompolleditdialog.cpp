@@ -30,7 +30,7 @@ standardCustomPollEditDialog::standardCustomPollEditDialog(QStandardItem *item, 
     , m_printable(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[ -~]*")), this))
 {
     StandardFields::addSerialLine(fields());
-    StandardFields::addSerialTimes(fields(), standardCommunicationTimeoutRole, "communicationTimeout");
+    StandardFields::addSerialTimes(fields(), standardCommunicationTimeoutRole);
     connect(addTable(), &ParameterTable::rowMade, this, &standardCustomPollEditDialog::connectRow);
     setParts();
 }

@@ -17,7 +17,7 @@ standardDLT645EditDialog::standardDLT645EditDialog(QStandardItem *item, Workspac
         {staticMetaObject.className(),
          QT_TRANSLATE_NOOP("standardDLT645EditDialog", "The Standard DLT645 '%1' is saved successfully.")},
         item, workspace, parent)
-    , m_fields(staticMetaObject.className())
+    , m_fields(staticMetaObject.className(), Definitions::Kind::Standard)
     , m_stored(
           [this](QStandardItem *shown) {
               m_tabs->deletePages();
@@ -47,9 +47,9 @@ QWidget *standardDLT645EditDialog::buildContent()
     m_fields.setLayout(form);
     m_fields.resetEmptyOnRefill(); // Compat: at construction they go to their fallbacks instead
     m_name = m_fields.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"));
-    m_fields.add<ListField>(standardProtocolRole, "protocol", tr("Protocol:"))->entries("DLT645");
+    m_fields.add<ListField>(standardProtocolRole, tr("Protocol:"))->entries("DLT645");
     StandardFields::addSerialLine(m_fields, "2400", "EVEN");
-    StandardFields::addSerialTimes(m_fields, standardCommunicationTimeoutRole, "communicationTimeout");
+    StandardFields::addSerialTimes(m_fields, standardCommunicationTimeoutRole);
     column->addWidget(StandardFields::makeTriggerRow(m_fields, content));
     FieldGroup::align({&m_fields});
 

@@ -8,25 +8,19 @@
 
 void StandardFields::addSerialLine(FieldGroup &fields, const char *baudRate, const char *parity)
 {
-    fields
-        .add<ListField>(standardSerialPortRole, "serialport",
-                        QT_TRANSLATE_NOOP("StandardFields", "Serial Port:"))
+    fields.add<ListField>(standardSerialPortRole, QT_TRANSLATE_NOOP("StandardFields", "Serial Port:"))
         ->entries("COM1 COM2");
-    fields
-        .add<ListField>(standardBaudRateRole, "baudRate", QT_TRANSLATE_NOOP("StandardFields", "Baud Rate:"))
+    fields.add<ListField>(standardBaudRateRole, QT_TRANSLATE_NOOP("StandardFields", "Baud Rate:"))
         ->entries("115200 57600 38400 19200 9600 4800 2400 1200 600")
         ->fallback(baudRate);
-    fields.add<ListField>(standardDataBitRole, "dataBit", QT_TRANSLATE_NOOP("StandardFields", "Data Bit:"))
+    fields.add<ListField>(standardDataBitRole, QT_TRANSLATE_NOOP("StandardFields", "Data Bit:"))
         ->entries("8 7");
-    fields.add<ListField>(standardStopBitRole, "stopBit", QT_TRANSLATE_NOOP("StandardFields", "Stop Bit:"))
+    fields.add<ListField>(standardStopBitRole, QT_TRANSLATE_NOOP("StandardFields", "Stop Bit:"))
         ->entries("1 2");
-    fields
-        .add<ListField>(standardParityBitRole, "parityBit",
-                        QT_TRANSLATE_NOOP("StandardFields", "Parity Bit:"))
+    fields.add<ListField>(standardParityBitRole, QT_TRANSLATE_NOOP("StandardFields", "Parity Bit:"))
         ->entries("NONE ODD EVEN")
         ->fallback(parity);
-    fields.add<CheckField>(standardRtsEnableRole, "rtsEnable",
-                           QT_TRANSLATE_NOOP("StandardFields", "Rts Enable:"));
+    fields.add<CheckField>(standardRtsEnableRole, QT_TRANSLATE_NOOP("StandardFields", "Rts Enable:"));
 }
 
 void StandardFields::addSerialTimes(FieldGroup &fields, int timeoutRole, const char *timeoutName)
@@ -34,13 +28,11 @@ void StandardFields::addSerialTimes(FieldGroup &fields, int timeoutRole, const c
     fields
         .add<TextField>(timeoutRole, timeoutName,
                         QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"))
-        ->check(integerValidator)
-        ->initially("2000");
+        ->check(integerValidator);
     fields
-        .add<TextField>(standardCommunicationGapRole, "communicationGap",
+        .add<TextField>(standardCommunicationGapRole,
                         QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"))
-        ->check(integerValidator)
-        ->initially("-1");
+        ->check(integerValidator);
 }
 
 QWidget *StandardFields::makeTriggerRow(FieldGroup &fields, QWidget *parent)
@@ -50,10 +42,9 @@ QWidget *StandardFields::makeTriggerRow(FieldGroup &fields, QWidget *parent)
     form->setContentsMargins(0, 0, 0, 0);
     fields.setLayout(form);
     fields
-        .add<TextField>(standardCollectionIntervalRole, "collectionInterval",
+        .add<TextField>(standardCollectionIntervalRole,
                         QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"))
-        ->check(integerValidator)
-        ->initially("2000");
+        ->check(integerValidator);
     // The list stands between the label and the period; its one entry is not stored.
     auto *trigger = new QComboBox(row);
     trigger->setObjectName(QStringLiteral("trigger"));

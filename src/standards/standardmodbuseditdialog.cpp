@@ -21,10 +21,10 @@ standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspac
         {staticMetaObject.className(),
          QT_TRANSLATE_NOOP("standardModbusEditDialog", "The Standard Modbus '%1' is saved successfully.")},
         ParameterVariant::modbus(), item, workspace, parent)
-    , m_identity(staticMetaObject.className())
-    , m_network(staticMetaObject.className())
-    , m_serial(staticMetaObject.className())
-    , m_trigger(staticMetaObject.className())
+    , m_identity(staticMetaObject.className(), Definitions::Kind::Standard)
+    , m_network(staticMetaObject.className(), Definitions::Kind::Standard)
+    , m_serial(staticMetaObject.className(), Definitions::Kind::Standard)
+    , m_trigger(staticMetaObject.className(), Definitions::Kind::Standard)
     , m_stored(
           [this](QStandardItem *) {
               QTimer::singleShot(0, this, [this] {
@@ -84,8 +84,8 @@ QWidget *standardModbusEditDialog::buildIdentity(QVBoxLayout *column)
     column->addWidget(box);
     m_identity.setLayout(new QFormLayout(box));
     m_name = m_identity.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"));
-    m_identity.add<ListField>(standardProtocolRole, "protocol", tr("Protocol:"))->entries("Modbus");
-    m_link = m_identity.add<ListField>(standardModbusModeRole, "modbus", tr("Modbus:"))
+    m_identity.add<ListField>(standardProtocolRole, tr("Protocol:"))->entries("Modbus");
+    m_link = m_identity.add<ListField>(standardModbusModeRole, tr("Modbus:"))
                  ->entries({Protocols::modbusTcp, Protocols::modbusRtu});
     return box;
 }

@@ -17,11 +17,11 @@ standardOPCUAEditDialog::standardOPCUAEditDialog(QStandardItem *item, Workspace 
     addConnection();
     QWidget *page = fieldLayout()->parentWidget();
     auto *certificate = new CertificateField(staticMetaObject.className(), CertificateKind::Certificate,
-                                             QStringLiteral("certificate"), standardCertificatePathRole,
+                                             Definitions::Kind::Standard, standardCertificatePathRole,
                                              standardCertificateRole, page);
     fieldLayout()->addRow(certificate->makeLabel(tr("Certificate:")), certificate);
     auto *key =
-        new CertificateField(staticMetaObject.className(), CertificateKind::Key, QStringLiteral("privateKey"),
+        new CertificateField(staticMetaObject.className(), CertificateKind::Key, Definitions::Kind::Standard,
                              standardPrivateKeyPathRole, standardPrivateKeyRole, page);
     fieldLayout()->addRow(key->makeLabel(tr("Private Key:")), key);
     addTable();
@@ -30,21 +30,20 @@ standardOPCUAEditDialog::standardOPCUAEditDialog(QStandardItem *item, Workspace 
 
 void standardOPCUAEditDialog::addConnection()
 {
-    fields().add<TextField>(standardUrlRole, "url", tr("URL:"));
+    fields().add<TextField>(standardUrlRole, tr("URL:"));
     fields()
-        .add<ListField>(standardSecurityPolicyRole, "securityPolicy", tr("Security Policy:"))
+        .add<ListField>(standardSecurityPolicyRole, tr("Security Policy:"))
         ->entries("None Basic128Rsa15 Basic256 Basic256Sha256 Aes128_Sha256_RsaOaep Aes256_Sha256_RsaPss");
     fields()
-        .add<ListField>(standardMessageSecurityModeRole, "messageSecurityMode", tr("Message Mode:"))
+        .add<ListField>(standardMessageSecurityModeRole, tr("Message Mode:"))
         ->entries("None Sign SignAndEncrypt");
-    m_authentication =
-        fields()
-            .add<ListField>(standardAuthenticationRole, "authentication", tr("Authentication:"))
-            ->entries({translated(QT_TRANSLATE_NOOP("StandardAuthentication", "anonymous")),
-                       translated(QT_TRANSLATE_NOOP("StandardAuthentication",
-                                                    "Username and password verification"))});
-    m_username = fields().add<TextField>(standardUsernameRole, "username", tr("User Name:"));
-    m_password = fields().add<TextField>(standardPasswordRole, "password", tr("Password:"))->password();
+    m_authentication = fields()
+                           .add<ListField>(standardAuthenticationRole, tr("Authentication:"))
+                           ->entries({translated(QT_TRANSLATE_NOOP("StandardAuthentication", "anonymous")),
+                                      translated(QT_TRANSLATE_NOOP("StandardAuthentication",
+                                                                   "Username and password verification"))});
+    m_username = fields().add<TextField>(standardUsernameRole, tr("User Name:"));
+    m_password = fields().add<TextField>(standardPasswordRole, tr("Password:"))->password();
     connect(m_authentication->box(), qOverload<int>(&QComboBox::currentIndexChanged), this,
             &standardOPCUAEditDialog::updateUserVisibility);
     updateUserVisibility();

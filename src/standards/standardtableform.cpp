@@ -17,7 +17,7 @@ constexpr int leastTableHeight = 300; // pixels
 StandardTableForm::StandardTableForm(const Names &names, const char *protocol, const ParameterVariant &rows,
                                      QStandardItem *item, Workspace *workspace, QWidget *parent)
     : ParameterForm(names, rows, item, workspace, parent)
-    , m_fields(names.className)
+    , m_fields(names.className, Definitions::Kind::Standard)
     , m_stored(
           [this](QStandardItem *shown) { m_table->fill(shown->data(standardDatasRole).value<RowList>()); },
           [this](QStandardItem *saved) {
@@ -32,8 +32,7 @@ StandardTableForm::StandardTableForm(const Names &names, const char *protocol, c
     m_fields.setLayout(m_fieldLayout);
     m_name = m_fields.add<TextField>(Qt::DisplayRole, "name",
                                      QT_TRANSLATE_NOOP("StandardTableForm", "Server Name:"));
-    m_fields
-        .add<ListField>(standardProtocolRole, "protocol", QT_TRANSLATE_NOOP("StandardTableForm", "Protocol:"))
+    m_fields.add<ListField>(standardProtocolRole, QT_TRANSLATE_NOOP("StandardTableForm", "Protocol:"))
         ->entries(protocol);
 }
 

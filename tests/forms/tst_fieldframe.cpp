@@ -25,7 +25,7 @@ void TestFieldFrame::hiddenFrameIsErasedAndAShownOneSaved()
 {
     QWidget form;
     auto *column = new QVBoxLayout(&form);
-    FieldFrame frame("Test");
+    FieldFrame frame("Test", Definitions::Kind::Plc);
     QCOMPARE(frame.build(column, "Link")->title(), "Link");
     frame.add<TextField>(stationRole, "station", "Station:")->setText("12");
     form.show();
@@ -54,7 +54,8 @@ void TestFieldFrame::frameMayBeRefilledOnlyWhileVisible()
     QFETCH(bool, shown);
     QWidget form;
     auto *column = new QVBoxLayout(&form);
-    FieldFrame frame("Test", always ? FieldFrame::Refill::Always : FieldFrame::Refill::WhenVisible);
+    FieldFrame frame("Test", Definitions::Kind::Plc,
+                     always ? FieldFrame::Refill::Always : FieldFrame::Refill::WhenVisible);
     frame.build(column, QString());
     const auto *station = frame.add<TextField>(stationRole, "station", "Station:");
     form.show();

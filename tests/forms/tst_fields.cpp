@@ -1,5 +1,7 @@
 #include "forms/fieldgroup.h"
 
+#include "model/itemroles.h"
+
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
@@ -12,9 +14,10 @@
 
 namespace {
 
+// Only the first has a row among those of a PLC: "stationNum", of which "2" is the default.
 enum TestRole {
-    stationRole = Qt::UserRole + 1,
-    parityRole,
+    stationRole = plcPpiStationNumRole,
+    parityRole = Qt::UserRole + 1,
     enabledRole,
     switchRole,
     secretRole,
@@ -30,7 +33,7 @@ struct EmptyPage {
 
     QWidget widget;
     QFormLayout *layout;
-    FieldGroup group{"Test"};
+    FieldGroup group{"Test", Definitions::Kind::Plc};
 };
 
 // A page with a field of most kinds.
@@ -38,8 +41,7 @@ struct Page : EmptyPage {
     Page()
     {
         name = group.add<TextField>(Qt::DisplayRole, "name", "Name:");
-        station =
-            group.add<TextField>(stationRole, "station", "Station:")->check(integerValidator)->initially("7");
+        station = group.add<TextField>(stationRole, "Station:")->check(integerValidator);
         parity = group.add<ListField>(parityRole, "parity", "Parity:")->entries("NONE ODD EVEN");
         enabled = group.add<CheckField>(enabledRole, "enabled", "Enabled:");
         power = group.add<OnOffField>(switchRole, "power", "Power:")->texts("on", "off");
@@ -91,6 +93,7 @@ private slots:
     void secretIsHiddenAndClockCantBeTyped();
     void fillShowsTheItemAndSaveWritesItBack();
     void fillWritesDefaultsIntoEmptyRolesOnly();
+    void fieldGoesByTheRowOfItsKind();
     void unknownEntry_data();
     void unknownEntry();
     void refilledList_data();
@@ -127,8 +130,8 @@ void TestFields::addsOneLabelledRowAField()
         rows.append(label->text() + field->objectName());
     }
     QCOMPARE(rows,
-             (QStringList{"Name:name", "Station:station", "Parity:parity", "Enabled:enabled", "Power:power",
-                          "Secret:secret", "Clock:clock"}));
+             (QStringList{"Name:name", "Station:stationNum", "Parity:parity", "Enabled:enabled",
+                          "Power:power", "Secret:secret", "Clock:clock"}));
 }
 
 void TestFields::secretIsHiddenAndClockCantBeTyped()
@@ -158,8 +161,8 @@ void TestFields::fillWritesDefaultsIntoEmptyRolesOnly()
     Page page;
     QStandardItem item;
     page.group.fill(&item);
-    QCOMPARE(roles(item), (QVariantList{QString(), "7", {}, {}, {}, {}}));
-    QCOMPARE(page.station->text(), "7");
+    QCOMPARE(roles(item), (QVariantList{QString(), "2", {}, {}, {}, {}}));
+    QCOMPARE(page.station->text(), "2");
 
     item.setData("8", stationRole);
     page.group.fill(&item);
@@ -167,7 +170,35 @@ void TestFields::fillWritesDefaultsIntoEmptyRolesOnly()
 
     item.setData(QString(), stationRole);
     page.group.refill(&item);
-    QCOMPARE(item.data(stationRole), QVariant("7"));
+    QCOMPARE(item.data(stationRole), QVariant("2"));
+
+    item.setData(QString(), stationRole);
+    page.group.keepEmptyOnRefill();
+    page.group.refill(&item);
+    QCOMPARE(item.data(stationRole), QVariant(QString()));
+    QCOMPARE(page.station->text(), QString());
+    page.group.fill(&item);
+    QCOMPARE(item.data(stationRole), QVariant("2"));
+}
+
+void TestFields::fieldGoesByTheRowOfItsKind()
+{
+    QWidget form;
+    FieldGroup standards("Test", Definitions::Kind::Standard);
+    standards.setLayout(new QFormLayout(&form));
+    const auto *port = standards.add<TextField>(standardPortRole, "Port:");
+    // A name of its own leaves the default as it is.
+    const auto *gap = standards.add<TextField>(standardCommunicationGapRole, "gap", "Gap:");
+    // A role of another kind.
+    const auto *other = standards.add<TextField>(stationRole, "other", "Other:");
+    QCOMPARE(port->widget()->objectName(), "port");
+    QCOMPARE(gap->widget()->objectName(), "gap");
+    QStandardItem item;
+    standards.fill(&item);
+    QCOMPARE(port->text(), "502");
+    QCOMPARE(gap->text(), "-1");
+    QCOMPARE(item.data(stationRole), QVariant());
+    QCOMPARE(other->text(), QString());
 }
 
 void TestFields::unknownEntry_data()
@@ -259,7 +290,7 @@ void TestFields::sourceTextsGoByTheFormsClass()
     const auto *codes = page.group.add<CodedField>(FormField::noRole, "codes", "C:")->choices({{"c", 1}});
     QCOMPARE(source->label()->text(), "Test L:");
     QCOMPARE(source->text(), "a");
-    QCOMPARE(ready->label()->text(), QString("R:"));
+    QCOMPARE(ready->label()->text(), "R:");
     QCOMPARE(codes->box()->currentText(), "Test c");
 }
 
@@ -351,7 +382,7 @@ void TestFields::labelGoesWithItsField()
 void TestFields::pagesAddUpToOneGroupWithOneValidatorACheck()
 {
     QWidget form;
-    FieldGroup group("Test");
+    FieldGroup group("Test", Definitions::Kind::Plc);
     QVector<TextField *> fields;
     for (const char *name : {"first", "second"}) {
         auto *layout = new QFormLayout(new QWidget(&form));
@@ -368,7 +399,7 @@ void TestFields::unseenFieldsCarryValuesInNoLayout()
 {
     QWidget form;
     auto *layout = new QFormLayout(&form);
-    FieldGroup group("Test");
+    FieldGroup group("Test", Definitions::Kind::Plc);
     group.setPage(&form);
     const auto *name = group.addUnseen<TextField>(Qt::DisplayRole, "name", "Name:");
     form.show();
@@ -403,15 +434,15 @@ void TestFields::choicesAreStoredAsTheirCodes()
     QFETCH(QVariant, saved);
     EmptyPage page;
     auto *type =
-        page.group.add<CodedField>(stationRole, "type", "Type:")->choices({{"rain", 80}, {"gate", 90}});
+        page.group.add<CodedField>(parityRole, "type", "Type:")->choices({{"rain", 80}, {"gate", 90}});
     if (unknownShowsNone) {
         type->unknownShowsNone();
     }
     QStandardItem item;
-    item.setData(stored, stationRole);
+    item.setData(stored, parityRole);
     page.group.fill(&item);
     page.group.save(&item);
-    QCOMPARE(item.data(stationRole), saved);
+    QCOMPARE(item.data(parityRole), saved);
     page.group.clear();
     QCOMPARE(type->value(), QVariant(80));
 }
@@ -433,13 +464,13 @@ void TestFields::numberedButtonsAreStoredAsANumber()
     QFETCH(QVariant, stored);
     QFETCH(QVariant, saved);
     EmptyPage page;
-    page.group.add<NumberedField>(stationRole, "format", "Format:")->texts({"plain", "own"});
+    page.group.add<NumberedField>(parityRole, "format", "Format:")->texts({"plain", "own"});
     page.widget.findChild<QRadioButton *>("format2")->setChecked(true);
     QStandardItem item;
-    item.setData(stored, stationRole);
+    item.setData(stored, parityRole);
     page.group.fill(&item);
     page.group.save(&item);
-    QCOMPARE(item.data(stationRole), saved);
+    QCOMPARE(item.data(parityRole), saved);
 }
 
 void TestFields::checkTakesItsDefaultWhereTheRoleHoldsNothing_data()
@@ -456,12 +487,12 @@ void TestFields::checkTakesItsDefaultWhereTheRoleHoldsNothing()
 {
     QFETCH(QVariant, stored);
     QFETCH(QVariant, expected);
-    Page page;
-    page.enabled->initially(true);
+    EmptyPage page;
+    page.group.add<CheckField>(plcMc3cSumCheckRole, "Sum Check:");
     QStandardItem item;
-    item.setData(stored, enabledRole);
+    item.setData(stored, plcMc3cSumCheckRole);
     page.group.fill(&item);
-    QCOMPARE(item.data(enabledRole), expected);
+    QCOMPARE(item.data(plcMc3cSumCheckRole), expected);
 }
 
 void TestFields::unsetCheckMayShowCheckedAndWritesNothing()
@@ -481,7 +512,7 @@ void TestFields::patternRestrainsTypingAndIsShared()
 {
     EmptyPage page;
     const char *pattern = "^[0-9A-F]{0,4}$";
-    QLineEdit *edit = page.group.add<TextField>(stationRole, "local", "Local:")->pattern(pattern)->edit();
+    QLineEdit *edit = page.group.add<TextField>(parityRole, "local", "Local:")->pattern(pattern)->edit();
     const auto *remote = page.group.add<TextField>(secretRole, "remote", "Remote:")->pattern(pattern);
     QTest::keyClicks(edit, "4xD57A");
     QCOMPARE(edit->text(), "4D57");
