@@ -14,7 +14,6 @@ const QLatin1String inovance("Inovance");
 const QLatin1String modbus("Modbus");
 const QLatin1String delta("Delta");
 
-const QLatin1String s7("S7");
 const QLatin1String etherNetIp("EtherNet/IP");
 const QLatin1String mc1e("MC-1E");
 const QLatin1String mc3e("MC-3E");
@@ -50,13 +49,13 @@ const struct {
 };
 
 const struct {
-    QLatin1String manufacturer;
+    PlcGroup group;
     const char *names; // separated by blanks
 } seriesOf[] = {
-    {xinje, "XD3E XD5E XDH XG"},
-    {inovance, "AM H3U H5U"},
-    {modbus, "standard"},
-    {delta, "AH AS DVP"},
+    {PlcGroup::Xinje, "XD3E XD5E XDH XG"},
+    {PlcGroup::Inovance, "AM H3U H5U"},
+    {PlcGroup::Modbus, "standard"},
+    {PlcGroup::Delta, "AH AS DVP"},
 };
 
 } // namespace
@@ -190,10 +189,10 @@ const QVector<Model> &allenBradleyModels()
     return models;
 }
 
-QStringList series(const QString &manufacturer)
+QStringList series(PlcGroup maker)
 {
     for (const auto &row : seriesOf) {
-        if (row.manufacturer == manufacturer) {
+        if (row.group == maker) {
             return QString::fromLatin1(row.names).split(QLatin1Char(' '));
         }
     }

@@ -60,6 +60,7 @@ QStringList manufacturers();
 // The listed protocols; "Empty" for a manufacturer that is not in the catalogue.
 QStringList protocols(const QString &manufacturer);
 
+inline const QLatin1String s7("S7");
 // The models of "S7"; "Empty" for every other protocol.
 QStringList models(const QString &protocol);
 // The group with the connection settings of an S7 model: rack, TSAP or none.
@@ -71,8 +72,8 @@ struct Model {
 };
 // The models of AllenBradley.
 const QVector<Model> &allenBradleyModels();
-// The series of a manufacturer of Modbus devices; empty for others.
-QStringList series(const QString &manufacturer);
+// The series of a maker of Modbus devices; empty for other groups.
+QStringList series(PlcGroup maker);
 
 // The port of a PLC that has none yet, whatever its manufacturer and link.
 QString defaultPort(const QString &protocol);

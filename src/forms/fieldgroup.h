@@ -28,8 +28,8 @@ public:
     // For fields in no layout: their parent from here on.
     void setPage(QWidget *page) { m_page = page; }
 
-    // Adds a field whose objectName is the key of its role's row, the widget being the buddy of its label.
-    // The text is already translated.
+    // Adds a field whose objectName is the key of its role's first row, the widget being the buddy of its
+    // label, whose text is already translated.
     template <class F> F *add(int role, const QString &label) { return add<F>(role, nullptr, label); }
     // The same with a source text, for rows that several forms have.
     template <class F> F *add(int role, const char *label) { return add<F>(role, translated(label)); }

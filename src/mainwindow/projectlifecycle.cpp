@@ -1,5 +1,6 @@
 #include "mainwindow/projectlifecycle.h"
 
+#include "definitions/protocols.h"
 #include "mainwindow/busy.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
@@ -51,7 +52,7 @@ void ProjectLifecycle::create(const QString &name, const QString &path, const QS
     QStandardItem *project = ProjectTree::makeProject(name, path, description);
     m_model->appendRow(project);
     ProjectTree::appendMissingFolders(project);
-    const QString service = QStringLiteral("IEC61850");
+    const QString service = Protocols::iec61850;
     ProjectTree::appendDefinition(ProjectTree::childNamed(project, ProjectTree::serviceFolder), service,
                                   ProjectTree::serviceIcon, {{serviceProtocolRole, service}});
     if (m_tree) {

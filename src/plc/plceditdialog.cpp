@@ -177,7 +177,7 @@ void PLCEditDialog::onProtocolChanged(QString protocol)
 
 void PLCEditDialog::onmodelChanged(QString model)
 {
-    const bool isS7 = m_protocol->text() == QLatin1String("S7");
+    const bool isS7 = m_protocol->text() == PlcCatalogue::s7;
     const PlcGroup shown = isS7 ? PlcCatalogue::groupOfModel(model) : PlcGroup::None;
     group(PlcGroup::S7Rack).box()->setVisible(shown == PlcGroup::S7Rack);
     group(PlcGroup::S7Tsap).box()->setVisible(shown == PlcGroup::S7Tsap);

@@ -177,10 +177,9 @@ void addAds(FieldGroup &fields)
 }
 
 // The five roles of a maker of Modbus devices stand side by side. Gives the list of series.
-ListField *addModbusMaker(FieldGroup &fields, const char *manufacturer, int seriesRole)
+ListField *addModbusMaker(FieldGroup &fields, PlcGroup maker, int seriesRole)
 {
-    auto *ofMaker =
-        fields.add<ListField>(seriesRole, series)->entries(PlcCatalogue::series(QLatin1String(manufacturer)));
+    auto *ofMaker = fields.add<ListField>(seriesRole, series)->entries(PlcCatalogue::series(maker));
     addNumber(fields, seriesRole + 1, stationNum);
     addByteOrder(fields, seriesRole + 2);
     fields.add<CheckField>(seriesRole + 3, startAddress0);
@@ -190,22 +189,22 @@ ListField *addModbusMaker(FieldGroup &fields, const char *manufacturer, int seri
 
 void addInovance(FieldGroup &fields)
 {
-    addModbusMaker(fields, "Inovance", plcInovanceSeriesRole);
+    addModbusMaker(fields, PlcGroup::Inovance, plcInovanceSeriesRole);
 }
 
 void addXinje(FieldGroup &fields)
 {
-    addModbusMaker(fields, "XinJE", plcXinjeSeriesRole);
+    addModbusMaker(fields, PlcGroup::Xinje, plcXinjeSeriesRole);
 }
 
 void addModbus(FieldGroup &fields)
 {
-    addModbusMaker(fields, "Modbus", plcModbusSeriesRole)->disabled();
+    addModbusMaker(fields, PlcGroup::Modbus, plcModbusSeriesRole)->disabled();
 }
 
 void addDelta(FieldGroup &fields)
 {
-    addModbusMaker(fields, "Delta", plcDeltaSeriesRole);
+    addModbusMaker(fields, PlcGroup::Delta, plcDeltaSeriesRole);
 }
 
 } // namespace

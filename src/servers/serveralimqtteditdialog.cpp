@@ -1,5 +1,6 @@
 #include "servers/serveralimqtteditdialog.h"
 
+#include "definitions/protocols.h"
 #include "servers/serverfields.h"
 
 ServerAliMQTTEditDialog::ServerAliMQTTEditDialog(QStandardItem *item, Workspace *workspace)
@@ -9,7 +10,7 @@ ServerAliMQTTEditDialog::ServerAliMQTTEditDialog(QStandardItem *item, Workspace 
         item, workspace)
 {
     setWindowTitle(tr("Edit Server"));
-    ServerFields::addCloud(fields(), "AliMQTT");
+    ServerFields::addCloud(fields(), Protocols::aliMqtt);
     ServerFields::addDevice(fields());
     ServerFields::addQos(fields(), "0 1 2");
     setParts({&fields()});

@@ -1,5 +1,6 @@
 #include "servers/servereditdialog.h"
 
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "servers/javascripthighlighter.h"
 #include "servers/serverfields.h"
@@ -13,7 +14,7 @@ ServerEditDialog::ServerEditDialog(QStandardItem *item, Workspace *workspace)
                  item, workspace)
 {
     setWindowTitle(tr("Edit Server"));
-    ServerFields::addIdentity(fields(), "MQTT");
+    ServerFields::addIdentity(fields(), Protocols::mqtt);
     fields().add<TextField>(serverIpRole, tr("IP Address:"))->check(hostNameValidator);
     ServerFields::addPort(fields());
     ServerFields::addClientId(fields());

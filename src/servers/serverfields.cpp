@@ -18,15 +18,15 @@ ListField *addIdentityStoredIn(int protocolRole, FieldGroup &fields)
 
 } // namespace
 
-void addIdentity(FieldGroup &fields, const char *protocol)
+void addIdentity(FieldGroup &fields, QLatin1String protocol)
 {
-    addIdentityStoredIn(serverProtocolRole, fields)->entries(protocol);
+    addIdentityStoredIn(serverProtocolRole, fields)->entries({protocol});
 }
 
-void addCloud(FieldGroup &fields, const char *protocol)
+void addCloud(FieldGroup &fields, QLatin1String protocol)
 {
-    addIdentityStoredIn(FormField::noRole, fields)->entries(QStringList(fields.translated(protocol)));
-    fields.addUnseen<ListField>(serverProtocolRole, "protocolKey", QString())->entries(protocol);
+    addIdentityStoredIn(FormField::noRole, fields)->entries({fields.translated(protocol.latin1())});
+    fields.addUnseen<ListField>(serverProtocolRole, "protocolKey", QString())->entries({protocol});
     fields.add<TextField>(serverDomainNameRole, QT_TRANSLATE_NOOP("ServerFields", "Domain Name:"))
         ->check(hostNameValidator);
     addPort(fields);

@@ -7,10 +7,10 @@
 namespace ServerFields {
 
 // "name", "description" and the one-entry list "protocol", which is stored and can't be changed.
-void addIdentity(FieldGroup &fields, const char *protocol);
+void addIdentity(FieldGroup &fields, QLatin1String protocol);
 // The rows from "name" to "port" of a Server in a provider's cloud. "protocol" shows what the provider is
 // called and is not stored; the unseen list "protocolKey" behind it is, and has the plain key.
-void addCloud(FieldGroup &fields, const char *protocol);
+void addCloud(FieldGroup &fields, QLatin1String protocol);
 // What a device is known by to its provider: "productKey", "deviceName", "deviceSecret".
 void addDevice(FieldGroup &fields);
 void addPort(FieldGroup &fields);

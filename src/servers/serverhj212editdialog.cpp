@@ -1,5 +1,6 @@
 #include "servers/serverhj212editdialog.h"
 
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 
 #include <QLineEdit>
@@ -55,7 +56,7 @@ void ServerHJ212EditDialog::addConnection()
 {
     FieldGroup &form = fields();
     form.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
-    form.add<ListField>(serverProtocolRole, tr("Protocol:"))->entries("HJ212")->disabled();
+    form.add<ListField>(serverProtocolRole, tr("Protocol:"))->entries({Protocols::hj212})->disabled();
     form.add<TextField>(serverIpRole, tr("IP Address:"))->pattern(ipv4Pattern);
     form.add<TextField>(serverPortRole, tr("Port:"))->check(portValidator);
     form.add<TextField>(serverClientIdRole, tr("Client ID:"))->pattern("[0-9A-F]{1,24}");

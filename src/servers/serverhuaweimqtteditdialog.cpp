@@ -1,5 +1,6 @@
 #include "servers/serverhuaweimqtteditdialog.h"
 
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "servers/serverfields.h"
 
@@ -10,7 +11,7 @@ ServerHuaWeiMQTTEditDialog::ServerHuaWeiMQTTEditDialog(QStandardItem *item, Work
                  item, workspace)
 {
     setWindowTitle(tr("Edit Server"));
-    ServerFields::addCloud(fields(), "HuaWeiMQTT");
+    ServerFields::addCloud(fields(), Protocols::huaWeiMqtt);
     ServerFields::addClientId(fields());
     ServerFields::addUserName(fields());
     ServerFields::addPassword(fields())->password();

@@ -1,5 +1,6 @@
 #include "servers/servermodbustcpeditdialog.h"
 
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "widgets/tell.h"
@@ -111,7 +112,7 @@ void ServerModbusTCPEditDialog::addFields()
     // Compat: an empty list for another protocol, or for none, unlike in the other forms.
     fields()
         .add<CodedField>(serverProtocolRole, tr("Protocol:"))
-        ->choices({{"ModbusTCP(Slave)", QStringLiteral("ModbusTCP(Slave)")}})
+        ->choices({{Protocols::modbusTcpSlave.latin1(), QString(Protocols::modbusTcpSlave)}})
         ->unknownShowsNone();
     fields().add<TextField>(serverPortRole, tr("Port:"));
 }

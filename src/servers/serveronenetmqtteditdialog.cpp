@@ -1,5 +1,6 @@
 #include "servers/serveronenetmqtteditdialog.h"
 
+#include "definitions/protocols.h"
 #include "servers/serverfields.h"
 
 ServerOneNetMQTTEditDialog::ServerOneNetMQTTEditDialog(QStandardItem *item, Workspace *workspace)
@@ -9,7 +10,7 @@ ServerOneNetMQTTEditDialog::ServerOneNetMQTTEditDialog(QStandardItem *item, Work
                  item, workspace)
 {
     setWindowTitle(tr("Edit Server"));
-    ServerFields::addCloud(fields(), "OneNetMQTT");
+    ServerFields::addCloud(fields(), Protocols::oneNetMqtt);
     ServerFields::addDevice(fields());
     // Compat: without level 2, which the other kinds have; a stored "2" is shown and saved as "1".
     ServerFields::addQos(fields(), "0 1");

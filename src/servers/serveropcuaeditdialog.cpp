@@ -1,5 +1,6 @@
 #include "servers/serveropcuaeditdialog.h"
 
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "servers/serverfields.h"
 
@@ -12,7 +13,7 @@ ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *wor
 {
     setWindowTitle(tr("Edit Server"));
     fields().keepUnknownOnRefill();
-    ServerFields::addIdentity(fields(), "OpcUaServer");
+    ServerFields::addIdentity(fields(), Protocols::opcUaServer);
     ServerFields::addPort(fields());
     m_anonymous = fields()
                       .add<ListField>(serverAnonymousRole, tr("Anonymous:"))

@@ -1,5 +1,6 @@
 #include "servers/serversl651editdialog.h"
 
+#include "definitions/protocols.h"
 #include "definitions/sl651elements.h"
 #include "model/itemroles.h"
 #include "widgets/tell.h"
@@ -70,7 +71,7 @@ void ServerSL651EditDialog::addConnection()
 {
     FieldGroup &form = fields();
     form.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"))->readOnly();
-    form.add<ListField>(serverProtocolRole, tr("Protocol:"))->entries("SL651")->disabled();
+    form.add<ListField>(serverProtocolRole, tr("Protocol:"))->entries({Protocols::sl651})->disabled();
     form.add<TextField>(serverIpRole, tr("IP Address:"))->check(ipv4Validator);
     form.add<TextField>(serverPortRole, tr("Port:"))->check(portValidator);
     m_centralStation = form.add<TextField>(serverCentralStationAddressRole, tr("centralStationAddress:"))

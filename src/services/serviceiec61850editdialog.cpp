@@ -1,5 +1,6 @@
 #include "services/serviceiec61850editdialog.h"
 
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 
 #include <QCheckBox>
@@ -69,7 +70,9 @@ void ServiceIEC61850EditDialog::addService(QFormLayout *form)
     m_service.keepEmptyOnRefill();
     m_service.setLayout(form);
     m_name = m_service.add<TextField>(Qt::DisplayRole, "name", tr("Service Name:"))->readOnly();
-    m_service.add<ListField>(serviceProtocolRole, tr("Protocol:"))->entries("IEC61850")->disabled();
+    m_service.add<ListField>(serviceProtocolRole, tr("Protocol:"))
+        ->entries({Protocols::iec61850})
+        ->disabled();
     m_port = m_service.add<TextField>(servicePortRole, tr("Port:"))->check(portValidator);
     m_authentication = m_service.add<ListField>(serviceAuthenticationRole, tr("Authentication:"))
                            ->entries({tr("None"), tr("Password")});

@@ -1,5 +1,6 @@
 #include "standards/standardcustompolleditdialog.h"
 
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "parametertable/parametertable.h"
 #include "standards/standardfields.h"
@@ -25,7 +26,7 @@ standardCustomPollEditDialog::standardCustomPollEditDialog(QStandardItem *item, 
     : StandardTableForm({staticMetaObject.className(),
                          QT_TRANSLATE_NOOP("standardCustomPollEditDialog",
                                            "The Standard CustomPoll '%1' is saved successfully.")},
-                        "CustomPoll", ParameterVariant::customPoll(), item, workspace, parent)
+                        Protocols::customPoll, ParameterVariant::customPoll(), item, workspace, parent)
     , m_hexDigits(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9a-fA-F ]*")), this))
     , m_printable(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[ -~]*")), this))
 {

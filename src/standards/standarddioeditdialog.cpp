@@ -1,5 +1,6 @@
 #include "standards/standarddioeditdialog.h"
 
+#include "definitions/protocols.h"
 #include "parameters/parametervariant.h"
 
 standardDIOEditDialog::standardDIOEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent)
@@ -8,7 +9,7 @@ standardDIOEditDialog::standardDIOEditDialog(QStandardItem *item, Workspace *wor
          QT_TRANSLATE_NOOP("standardDIOEditDialog", "The Standard DIDO '%1' is saved successfully."),
          // Compat: the protocol's name, unlike the other lines of this form.
          "standardDIDOEditDialog"},
-        "DIDO", ParameterVariant::dido(), item, workspace, parent)
+        Protocols::dido, ParameterVariant::dido(), item, workspace, parent)
 {
     addTable();
     setParts();

@@ -1,5 +1,6 @@
 #include "standards/standarddlt645editdialog.h"
 
+#include "definitions/protocols.h"
 #include "model/itemroles.h"
 #include "standards/meterpage.h"
 #include "standards/standardfields.h"
@@ -47,7 +48,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     m_fields.setLayout(form);
     m_fields.resetEmptyOnRefill(); // Compat: at construction they go to their fallbacks instead
     m_name = m_fields.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"));
-    m_fields.add<ListField>(standardProtocolRole, tr("Protocol:"))->entries("DLT645");
+    m_fields.add<ListField>(standardProtocolRole, tr("Protocol:"))->entries({Protocols::dlt645});
     StandardFields::addSerialLine(m_fields, "2400", "EVEN");
     StandardFields::addSerialTimes(m_fields, standardCommunicationTimeoutRole);
     column->addWidget(StandardFields::makeTriggerRow(m_fields, content));

@@ -1,5 +1,6 @@
 #include "standards/standardinputdialog.h"
 
+#include "definitions/protocols.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
 
@@ -21,7 +22,7 @@ standardInputDialog::standardInputDialog(QWidget *parent)
     m_name->setObjectName(QStringLiteral("name"));
     m_protocol->setObjectName(QStringLiteral("protocol"));
     // Names of protocols are data: they are stored in the item as they stand here.
-    m_protocol->addItems({QStringLiteral("DLT645"), QStringLiteral("Modbus")});
+    m_protocol->addItems({Protocols::dlt645, Protocols::modbus});
 
     auto *layout = new QVBoxLayout(this);
     auto *form = new QFormLayout;

@@ -84,7 +84,7 @@ QWidget *standardModbusEditDialog::buildIdentity(QVBoxLayout *column)
     column->addWidget(box);
     m_identity.setLayout(new QFormLayout(box));
     m_name = m_identity.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"));
-    m_identity.add<ListField>(standardProtocolRole, tr("Protocol:"))->entries("Modbus");
+    m_identity.add<ListField>(standardProtocolRole, tr("Protocol:"))->entries({Protocols::modbus});
     m_link = m_identity.add<ListField>(standardModbusModeRole, tr("Modbus:"))
                  ->entries({Protocols::modbusTcp, Protocols::modbusRtu});
     return box;

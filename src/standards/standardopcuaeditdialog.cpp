@@ -1,5 +1,6 @@
 #include "standards/standardopcuaeditdialog.h"
 
+#include "definitions/protocols.h"
 #include "forms/certificatefield.h"
 #include "model/itemroles.h"
 
@@ -11,7 +12,7 @@ standardOPCUAEditDialog::standardOPCUAEditDialog(QStandardItem *item, Workspace 
     : StandardTableForm(
         {staticMetaObject.className(),
          QT_TRANSLATE_NOOP("standardOPCUAEditDialog", "The Standard OpcUa '%1' is saved successfully.")},
-        "OpcUA", ParameterVariant::opcUa(), item, workspace, parent)
+        Protocols::opcUa, ParameterVariant::opcUa(), item, workspace, parent)
 {
     using CertificateKind = CertificateField::Kind;
     addConnection();

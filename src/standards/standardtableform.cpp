@@ -14,7 +14,7 @@ constexpr int leastTableHeight = 300; // pixels
 
 } // namespace
 
-StandardTableForm::StandardTableForm(const Names &names, const char *protocol, const ParameterVariant &rows,
+StandardTableForm::StandardTableForm(const Names &names, QLatin1String protocol, const ParameterVariant &rows,
                                      QStandardItem *item, Workspace *workspace, QWidget *parent)
     : ParameterForm(names, rows, item, workspace, parent)
     , m_fields(names.className, Definitions::Kind::Standard)
@@ -33,7 +33,7 @@ StandardTableForm::StandardTableForm(const Names &names, const char *protocol, c
     m_name = m_fields.add<TextField>(Qt::DisplayRole, "name",
                                      QT_TRANSLATE_NOOP("StandardTableForm", "Server Name:"));
     m_fields.add<ListField>(standardProtocolRole, QT_TRANSLATE_NOOP("StandardTableForm", "Protocol:"))
-        ->entries(protocol);
+        ->entries({protocol});
 }
 
 ParameterTable *StandardTableForm::addTable()

@@ -13,7 +13,7 @@ public:
     QLineEdit *nameEdit() const { return m_name->edit(); }
 
 protected:
-    StandardTableForm(const Names &names, const char *protocol, const ParameterVariant &rows,
+    StandardTableForm(const Names &names, QLatin1String protocol, const ParameterVariant &rows,
                       QStandardItem *item, Workspace *workspace, QWidget *parent);
 
     // Name and protocol, and what a form's constructor adds for its connection.

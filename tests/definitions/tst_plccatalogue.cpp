@@ -23,8 +23,8 @@ private slots:
     void modelsShowTheirSettings_data();
     void modelsShowTheirSettings();
     void allenBradleyModelsHaveCodes();
-    void seriesOfManufacturers_data();
-    void seriesOfManufacturers();
+    void seriesOfMakers_data();
+    void seriesOfMakers();
     void portGoesByTheProtocol_data();
     void portGoesByTheProtocol();
 };
@@ -204,20 +204,22 @@ void TestPlcCatalogue::allenBradleyModelsHaveCodes()
                           S("Micro800系列=micro800"), S("SLC 500=slc500")}));
 }
 
-void TestPlcCatalogue::seriesOfManufacturers_data()
+void TestPlcCatalogue::seriesOfMakers_data()
 {
+    QTest::addColumn<int>("maker");
     QTest::addColumn<QString>("series");
-    QTest::newRow("XinJE") << S("XD3E|XD5E|XDH|XG");
-    QTest::newRow("Inovance") << S("AM|H3U|H5U");
-    QTest::newRow("Modbus") << S("standard");
-    QTest::newRow("Delta") << S("AH|AS|DVP");
-    QTest::newRow("Siemens") << S("");
+    QTest::newRow("XinJE") << int(PlcGroup::Xinje) << S("XD3E|XD5E|XDH|XG");
+    QTest::newRow("Inovance") << int(PlcGroup::Inovance) << S("AM|H3U|H5U");
+    QTest::newRow("Modbus") << int(PlcGroup::Modbus) << S("standard");
+    QTest::newRow("Delta") << int(PlcGroup::Delta) << S("AH|AS|DVP");
+    QTest::newRow("another group") << int(PlcGroup::S7Model) << S("");
 }
 
-void TestPlcCatalogue::seriesOfManufacturers()
+void TestPlcCatalogue::seriesOfMakers()
 {
+    QFETCH(int, maker);
     QFETCH(QString, series);
-    QCOMPARE(PlcCatalogue::series(S(QTest::currentDataTag())).join(QLatin1Char('|')), series);
+    QCOMPARE(PlcCatalogue::series(PlcGroup(maker)).join(QLatin1Char('|')), series);
 }
 
 void TestPlcCatalogue::portGoesByTheProtocol_data()
