@@ -1,11 +1,16 @@
 // Large parameter tables in the form of a Modbus Standard.
 
 #include "model/itemroles.h"
+#include "parameters/parametertext.h"
 #include "standards/standardmodbuseditdialog.h"
 #include "support/largeplant.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
 #include <QStandardItem>
 #include <QTableWidget>
 #include <QTemporaryDir>
@@ -57,6 +62,50 @@ void openTab(benchmark::State &state)
     }
 }
 
+// The widgets of the rows alone, in the same place and with what they show.
+void makeWidgets(benchmark::State &state)
+{
+    const QIcon icon(QStringLiteral(":/adsdemo/images/Delete.svg"));
+    const auto empty = standardWith(0);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto form = opened(empty.get());
+        QWidget *parent = form->findChild<QTableWidget *>()->viewport();
+        state.ResumeTiming();
+        for (int point = 0; point < int(state.range(0)); ++point) {
+            for (const QStringList &entries : {ParameterText::types(), ParameterText::permissions()}) {
+                auto *list = new QComboBox(parent);
+                list->addItems(entries);
+                list->setCurrentText(entries.last());
+                list->setToolTip(list->currentText());
+            }
+            auto *length = new QLineEdit(QStringLiteral("1"), parent);
+            length->setFrame(false);
+            length->setEnabled(false);
+            auto *button = new QPushButton(icon, QString(), parent);
+            button->setFixedSize(35, 35);
+            button->setToolTip(QStringLiteral("Delete the current row"));
+        }
+        state.PauseTiming();
+        form.reset();
+        state.ResumeTiming();
+    }
+}
+
+// One step of the wheel's smallest kind, up to the painted table.
+void scroll(benchmark::State &state)
+{
+    const auto item = standardWith(int(state.range(0)));
+    const auto form = opened(item.get());
+    QScrollBar *bar = form->findChild<QTableWidget *>()->verticalScrollBar();
+    bar->setValue(0);
+    QCoreApplication::processEvents();
+    for (auto _ : state) {
+        bar->setValue(bar->value() < bar->maximum() ? bar->value() + 1 : 0);
+        QCoreApplication::processEvents();
+    }
+}
+
 bool writeCsv(const QString &path, int points)
 {
     QFile file(path);
@@ -101,6 +150,8 @@ void importCsv(benchmark::State &state)
 
 } // namespace
 
+BENCHMARK(makeWidgets)->Arg(2000)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(scroll)->Arg(200)->Arg(5000)->Iterations(150)->Unit(benchmark::kMillisecond);
 BENCHMARK(openTab)->Arg(200)->Iterations(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(openTab)->Arg(2000)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(importCsv)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -1,11 +1,13 @@
 #include "parametertable/parametertable.h"
 
 #include "parameters/parameterrules.h"
+#include "parametertable/cellwidget.h"
 #include "widgets/tablecopy.h"
 #include "widgets/tableheader.h"
 
-#include <QApplication>
+#include <QAbstractItemDelegate>
 #include <QComboBox>
+#include <QEvent>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
@@ -15,17 +17,7 @@ namespace {
 
 constexpr int buttonSize = 35; // pixels
 
-// Showing a widget posts an update of its own for it, and each widget that is repainted on its own looks at
-// all of its siblings: with thousands in one table that takes minutes. One update of each window stands for
-// all of them.
-void repaintAtOnce()
-{
-    QCoreApplication::removePostedEvents(nullptr, QEvent::UpdateLater);
-    const auto windows = QApplication::topLevelWidgets();
-    for (QWidget *window : windows) {
-        window->update();
-    }
-}
+constexpr int rowsAround = 2; // beyond those in sight, so that Tab finds the next row
 
 // Of the cells that hold items in a loaded row and editors in an added one.
 bool isItemWhenLoaded(ParameterCell cell)
@@ -53,7 +45,9 @@ ParameterTable::ParameterTable(const ParameterVariant &variant, QObject *listFil
     , m_variant(variant)
     , m_listFilter(listFilter)
     , m_deleteIcon(QStringLiteral(":/adsdemo/images/Delete.svg"))
+    , m_waiting(new QWidget(this))
 {
+    m_waiting->hide();
     setUpColumns();
     verticalHeader()->setDefaultSectionSize(buttonSize + 1); // the grid takes a pixel
     setWordWrap(false);
@@ -64,6 +58,9 @@ ParameterTable::ParameterTable(const ParameterVariant &variant, QObject *listFil
     setInputMethodHints(Qt::ImhHiddenText);
     if (m_variant.height > 0) {
         setFixedHeight(m_variant.height);
+    }
+    for (QWidget *cells : {m_waiting, viewport()}) {
+        cells->ensurePolished(); // else it would be with the form, and pass that on to the cells in it
     }
 }
 
@@ -89,9 +86,10 @@ void ParameterTable::appendRow()
             setItem(row, column, makeSpatialIndex(QStringLiteral("1")));
         } else {
             const bool counts = cell == ParameterCell::Length;
-            setCellWidget(row, column, makeWidget(cell, counts ? QStringLiteral("1") : QString()));
+            putWidget(row, column, makeWidget(cell, counts ? QStringLiteral("1") : QString()));
         }
     }
+    doItemsLayout();
     connectEditors(row);
     connectLength(row, RowKind::Added);
     connectAmplitude(row, RowKind::Added);
@@ -102,19 +100,13 @@ void ParameterTable::fill(const RowList &rows)
 {
     {
         const QSignalBlocker quiet(this);
-        // Thousands of cell widgets are made and shown in one go below a hidden parent. Blocking updates
-        // would not do: allowing them again repaints each widget on its own, at a cost that is quadratic in
-        // their number.
-        viewport()->hide();
         setRowCount(0);
-        // All rows at once: inserting them one by one would move the cell widgets made so far each time.
+        // All rows at once: inserting them one by one would lay out those made so far each time.
         setRowCount(rows.size());
         for (int row = 0; row < rows.size(); ++row) {
             fillRow(row, rows.at(row));
         }
-        doItemsLayout(); // else the next layout moves, and so repaints, each widget
-        viewport()->show();
-        repaintAtOnce();
+        doItemsLayout();
     }
     for (int row = 0; row < rows.size(); ++row) {
         emit rowMade(row);
@@ -133,12 +125,119 @@ void ParameterTable::fillRow(int row, const QVariantList &values)
             // The button's column too: a row of a file brings an empty field for it.
             setItem(row, column, new QTableWidgetItem(text.isNull() ? QLatin1String("") : text));
         } else {
-            setCellWidget(row, column, makeWidget(cell, text));
+            putWidget(row, column, makeWidget(cell, text));
         }
     }
-    setCellWidget(row, buttonColumn, makeButton());
+    putWidget(row, buttonColumn, makeButton());
     connectLength(row, RowKind::Loaded);
     connectAmplitude(row, RowKind::Loaded);
+}
+
+void ParameterTable::putWidget(int row, int column, QWidget *widget)
+{
+    setCellWidget(row, column, widget);
+    moveTo(widget, m_waiting); // until the next layout
+}
+
+void ParameterTable::updateEditorGeometries()
+{
+    placeWidgets(true);
+}
+
+void ParameterTable::scrollContentsBy(int dx, int dy)
+{
+    QTableWidget::scrollContentsBy(dx, dy); // moves what is in the viewport
+    if (dy != 0) {
+        placeWidgets(false);
+    }
+}
+
+bool ParameterTable::eventFilter(QObject *watched, QEvent *event)
+{
+    const auto *widget = qobject_cast<QWidget *>(watched);
+    // Each new widget asks to be styled, and showing it does that. A move below the same style changes none,
+    // and would have a list make its popup.
+    const bool styles = event->type() == QEvent::PolishRequest && widget && !widget->isVisible();
+    const bool moves = event->type() == QEvent::StyleChange && m_moves;
+    return styles || moves || QTableWidget::eventFilter(watched, event);
+}
+
+void ParameterTable::moveTo(QWidget *widget, QWidget *parent)
+{
+    m_moves = true;
+    widget->setParent(parent);
+    m_moves = false;
+}
+
+// Brings the widgets of the rows in sight into the viewport and all others out of it.
+void ParameterTable::placeWidgets(bool placeAgain)
+{
+    const QVector<int> rows = rowsInSight();
+    QVector<Cell> placed;
+    for (const int row : rows) {
+        for (int column = 0; column < columnCount(); ++column) {
+            const QModelIndex index = model()->index(row, column);
+            if (QWidget *widget = indexWidget(index)) {
+                placeWidget(widget, index, placeAgain);
+                placed.append({widget, index});
+            }
+        }
+    }
+    for (const Cell &cell : qAsConst(m_placed)) {
+        if (cell.widget && !rows.contains(cell.index.row())) {
+            moveTo(cell.widget, m_waiting);
+        }
+    }
+    m_placed = placed;
+}
+
+void ParameterTable::placeWidget(QWidget *widget, const QModelIndex &index, bool again)
+{
+    const bool isNew = widget->parentWidget() != viewport();
+    if (isNew) {
+        moveTo(widget, viewport());
+    }
+    if (isNew || again) {
+        QStyleOptionViewItem option = viewOptions();
+        option.rect = visualRect(index);
+        itemDelegate(index)->updateEditorGeometry(widget, option, index);
+        if (isVisible()) { // else when it is: the headers then ask for this again
+            widget->QWidget::setVisible(true);
+        }
+    }
+}
+
+QVector<int> ParameterTable::rowsInSight() const
+{
+    const int last = rowAt(viewport()->height() - 1);
+    const int from = qMax(0, rowAt(0) - rowsAround);
+    const int to = qMin(last < 0 ? rowCount() : last + 1 + rowsAround, rowCount());
+    const int used = rowInUse();
+    QVector<int> rows;
+    for (int row = from; row < to; ++row) {
+        rows.append(row);
+    }
+    for (int row = qMax(0, used - 1); used >= 0 && row < qMin(used + 2, rowCount()); ++row) {
+        if (row < from || row >= to) {
+            rows.append(row);
+        }
+    }
+    return rows;
+}
+
+// The row that the user types into, which must not go away when the table is scrolled; or -1.
+int ParameterTable::rowInUse() const
+{
+    if (state() == EditingState) {
+        return currentRow();
+    }
+    const QWidget *focused = window()->focusWidget();
+    for (const Cell &cell : m_placed) {
+        if (focused && cell.widget == focused) {
+            return cell.index.row();
+        }
+    }
+    return -1;
 }
 
 RowList ParameterTable::rows() const
@@ -206,7 +305,6 @@ QTableWidgetItem *ParameterTable::makeSpatialIndex(const QString &text)
     return item;
 }
 
-// Cell widgets are born in the viewport: a later move there would change the style of each, which is slow.
 QWidget *ParameterTable::makeWidget(ParameterCell cell, const QString &value)
 {
     if (cell == ParameterCell::Button) {
@@ -220,7 +318,7 @@ QWidget *ParameterTable::makeWidget(ParameterCell cell, const QString &value)
 
 QWidget *ParameterTable::makeButton()
 {
-    auto *button = new QPushButton(m_deleteIcon, QString(), viewport());
+    auto *button = new CellWidget<QPushButton>(m_deleteIcon, QString(), viewport());
     button->setFixedSize(buttonSize, buttonSize);
     button->setAutoDefault(false);
     button->setFocusPolicy(Qt::TabFocus); // a click that took the focus would make its own row current
@@ -232,7 +330,7 @@ QWidget *ParameterTable::makeButton()
 
 QLineEdit *ParameterTable::makeEditor(ParameterCell cell, const QString &value)
 {
-    auto *made = new QLineEdit(value, viewport());
+    auto *made = new CellWidget<QLineEdit>(value, viewport());
     made->setFrame(false);
     made->setEnabled(cell != ParameterCell::Length && cell != ParameterCell::Amplitude);
     return made;
@@ -240,7 +338,7 @@ QLineEdit *ParameterTable::makeEditor(ParameterCell cell, const QString &value)
 
 QComboBox *ParameterTable::makeList(ParameterCell cell, const QString &value)
 {
-    auto *made = new QComboBox(viewport());
+    auto *made = new CellWidget<QComboBox>(viewport());
     made->addItems(m_variant.shownEntries(cell));
     made->setCurrentText(m_variant.shown(value));
     made->setToolTip(made->currentText()); // may be longer than its column

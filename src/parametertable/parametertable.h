@@ -4,7 +4,10 @@
 #include "parameters/parametervariant.h"
 
 #include <QIcon>
+#include <QPersistentModelIndex>
+#include <QPointer>
 #include <QTableWidget>
+#include <QVector>
 
 class QComboBox;
 class QLineEdit;
@@ -14,6 +17,10 @@ class QLineEdit;
 // Compat: two kinds of row differ. A row that was added has a widget in every cell, and tells of its
 // editors under the row number of its creation. A row that was loaded, from the item or from a file, has
 // plain items for address, name and formulas, of which cellChanged() tells under their present row numbers.
+//
+// Each cell has its widget from the beginning. Those of the rows in sight stand in the viewport; the others
+// wait below a hidden parent, neither shown nor styled, so that what a step of scrolling costs does not grow
+// with the table.
 class ParameterTable : public QTableWidget
 {
     Q_OBJECT
@@ -46,11 +53,27 @@ signals:
     void amplitudeEntered(QLineEdit *editor);
     void removePressed();
 
+protected:
+    void updateEditorGeometries() override;
+    void scrollContentsBy(int dx, int dy) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     enum class RowKind { Added, Loaded };
+    // A widget in the viewport; null when it is deleted.
+    struct Cell {
+        QPointer<QWidget> widget;
+        QPersistentModelIndex index;
+    };
 
     void setUpColumns();
     void fillRow(int row, const QVariantList &values);
+    void putWidget(int row, int column, QWidget *widget);
+    void placeWidgets(bool placeAgain);
+    void placeWidget(QWidget *widget, const QModelIndex &index, bool again);
+    void moveTo(QWidget *widget, QWidget *parent);
+    QVector<int> rowsInSight() const;
+    int rowInUse() const;
     static QTableWidgetItem *makeSpatialIndex(const QString &text);
     QWidget *makeButton();
     QWidget *makeWidget(ParameterCell cell, const QString &value);
@@ -63,4 +86,7 @@ private:
     const ParameterVariant &m_variant;
     QObject *m_listFilter;
     QIcon m_deleteIcon;
+    QWidget *m_waiting; // hidden parent of the widgets out of sight
+    QVector<Cell> m_placed;
+    bool m_moves = false; // a widget, from one parent to another
 };

@@ -1,6 +1,9 @@
 #include "parameterformtest.h"
 
+#include <QAccessible>
+#include <QApplication>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QWheelEvent>
 
 // The parameter table in both variants, as a user meets it: its rows.
@@ -26,7 +29,57 @@ private slots:
     void wheelLeavesListsAlone();
     void fillingRaisesNoMessage();
     void twoThousandRowsAreHandledInOneGo();
-    void rowsAreMadeUnseenAndInTheirPlace();
+    void widgetsOutOfSightWait();
+    void rowsThatMoveIntoSightAreShown();
+    void tableOutOfSightWaits();
+    void styleReachesWhatWaits();
+    void focusedCellStaysWhenScrolledAway();
+    void tabGoesOnBelowWhatIsInSight();
+    void screenReadersFindWhatIsInSight();
+
+private:
+    // A Modbus table that is high enough for eight rows and has 200.
+    void makeManyRows()
+    {
+        make(ParameterVariant::modbus());
+        RowList rows;
+        for (int row = 0; row < 200; ++row) {
+            rows.append(modbusRow(QString::number(row), QString("point %1").arg(row)));
+        }
+        m_table->setMaximumHeight(QWIDGETSIZE_MAX);
+        m_table->setMinimumHeight(0);
+        m_table->resize(600, 300);
+        m_form->resize(600, 900);
+        m_form->loadParameters(rows);
+    }
+    void showManyRows()
+    {
+        makeManyRows();
+        m_form->show();
+        QApplication::setActiveWindow(m_form);
+        QVERIFY(QTest::qWaitForWindowActive(m_form));
+    }
+    // Of the widgets in a row, in the order of the columns.
+    QVector<bool> shown(int row) const
+    {
+        return ofWidgets(row, [](const QWidget *widget) { return widget->isVisible(); });
+    }
+    QVector<bool> styled(int row) const
+    {
+        return ofWidgets(row,
+                         [](const QWidget *widget) { return widget->testAttribute(Qt::WA_WState_Polished); });
+    }
+    template <typename Ask> QVector<bool> ofWidgets(int row, Ask ask) const
+    {
+        QVector<bool> answers;
+        for (int column = Type; column <= modbusButton; ++column) {
+            answers.append(ask(m_table->cellWidget(row, column)));
+        }
+        return answers;
+    }
+    const QVector<bool> all = QVector<bool>(4, true);
+    const QVector<bool> none = QVector<bool>(4, false);
+    static constexpr int modbusButton = 5; // of a Modbus table
 };
 
 void TestParameterTable::columnsOfBothVariants_data()
@@ -202,45 +255,124 @@ void TestParameterTable::twoThousandRowsAreHandledInOneGo()
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
-void TestParameterTable::rowsAreMadeUnseenAndInTheirPlace()
+void TestParameterTable::widgetsOutOfSightWait()
 {
-    // Each of these events comes once a cell if it comes at all, and some cost as much as there are cells.
-    class Events : public QObject
-    {
-    public:
-        using QObject::QObject;
-        int styleChanges = 0;
-        int lateMoves = 0;
-        int lateUpdates = 0;
-        bool filled = false;
-        bool eventFilter(QObject *watched, QEvent *event) override
-        {
-            // A widget under construction is not of its class yet and takes a change of style lightly.
-            const bool cell = qobject_cast<QComboBox *>(watched) || qobject_cast<QPushButton *>(watched);
-            styleChanges += cell && event->type() == QEvent::StyleChange;
-            lateMoves += cell && filled && (event->type() == QEvent::Move || event->type() == QEvent::Resize);
-            lateUpdates += cell && filled && event->type() == QEvent::UpdateLater;
-            return false;
-        }
-    };
-    make(ParameterVariant::modbus());
-    m_form->setStyleSheet("QScrollArea { border: none; }");
+    showManyRows();
+    QCoreApplication::processEvents();
+    QCOMPARE(shown(0), all);
+    for (int row = 20; row < 200; ++row) {
+        QCOMPARE(shown(row), none);
+        QCOMPARE(styled(row), none);
+        QCOMPARE(m_table->list(row, Type)->currentText(), "float");
+        QCOMPARE(m_table->editor(row, Length)->text(), "1");
+    }
+    m_table->verticalScrollBar()->setValue(150);
+    QCOMPARE(shown(150), all);
+    QCOMPARE(styled(150), all);
+    QVERIFY(m_table->viewport()->rect().contains(m_table->cellWidget(150, Type)->geometry()));
+    QCOMPARE(m_table->cellWidget(150, Type)->geometry(),
+             m_table->visualRect(m_table->model()->index(150, Type)));
+    QCOMPARE(shown(0), none);
+    m_table->verticalScrollBar()->setValue(0);
+    QCOMPARE(shown(0), all);
+    QCOMPARE(m_table->cellWidget(0, Type)->geometry(), m_table->visualRect(m_table->model()->index(0, Type)));
+    QCOMPARE(shown(150), none);
+}
+
+void TestParameterTable::rowsThatMoveIntoSightAreShown()
+{
+    showManyRows();
+    QWidget *list = m_table->cellWidget(100, Type);
+    QVERIFY(!list->isVisible());
+    m_table->model()->removeRows(1, 99); // not the current one, after which the table would scroll
+    QCOMPARE(m_table->cellWidget(1, Type), list);
+    QTRY_VERIFY(list->isVisible());
+    QCOMPARE(list->geometry(), m_table->visualRect(m_table->model()->index(1, Type)));
+    QCOMPARE(shown(15), none);
+    m_table->resize(600, 900);
+    QTRY_COMPARE(shown(15), all);
     m_table->resize(600, 300);
+    QTRY_COMPARE(shown(15), none);
+    const int last = m_table->rowCount();
+    m_form->addParameter();
+    QCOMPARE(m_table->list(last, Type)->isVisible(), false);
+    m_table->scrollToBottom();
+    QVERIFY(m_table->list(last, Type)->isVisible());
+}
+
+void TestParameterTable::tableOutOfSightWaits()
+{
+    makeManyRows();
+    m_table->hide(); // as a tab behind another one
     m_form->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_form));
-    Events events;
-    qApp->installEventFilter(&events);
-    m_form->loadParameters({modbusRow("0", "a"), modbusRow("1", "b"), modbusRow("2", "c")});
-    QVERIFY(m_table->viewport()->isVisible());
-    QVERIFY(m_table->cellWidget(2, Type)->isVisible());
-    events.filled = true;
     QCoreApplication::processEvents();
-    m_table->doItemsLayout();
-    qApp->removeEventFilter(&events);
-    QCOMPARE(events.styleChanges, 0);
-    QCOMPARE(events.lateMoves, 0);
-    QCOMPARE(events.lateUpdates, 0);
-    QCOMPARE(m_table->viewport()->findChildren<QPushButton *>().size(), 3);
+    QCOMPARE(styled(0), none);
+    m_table->show();
+    QCOMPARE(shown(0), all);
+    QCOMPARE(styled(0), all);
+    QCOMPARE(styled(100), none);
+    m_table->hide();
+    m_form->addParameter();
+    m_table->show();
+    QCOMPARE(shown(0), all);
+}
+
+void TestParameterTable::styleReachesWhatWaits()
+{
+    showManyRows();
+    m_table->verticalScrollBar()->setValue(100);
+    m_table->verticalScrollBar()->setValue(0);
+    m_form->setStyleSheet("QComboBox { font-size: 23px; }");
+    for (const int row : {0, 100, 150}) { // in sight, scrolled away, never in sight
+        m_table->verticalScrollBar()->setValue(row);
+        QTRY_COMPARE(m_table->list(row, Type)->fontInfo().pixelSize(), 23);
+    }
+}
+
+void TestParameterTable::focusedCellStaysWhenScrolledAway()
+{
+    showManyRows();
+    QLineEdit *length = editor(0, Length);
+    length->setEnabled(true);
+    length->setFocus();
+    m_table->verticalScrollBar()->setValue(150);
+    QVERIFY(length->hasFocus());
+    QTest::keyClick(length, Qt::Key_7);
+    QCOMPARE(length->text(), "17");
+    QVERIFY(!m_table->viewport()->rect().intersects(length->geometry()));
+}
+
+void TestParameterTable::tabGoesOnBelowWhatIsInSight()
+{
+    showManyRows();
+    m_table->cellWidget(0, modbusButton)->setFocus();
+    for (int row = 1; row < 40; ++row) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), m_table->cellWidget(row, Type));
+        QVERIFY(m_table->cellWidget(row, Type)->isVisible());
+        m_table->cellWidget(row, modbusButton)->setFocus();
+    }
+    m_table->cellWidget(39, Type)->setFocus();
+    for (int row = 38; row > 0; --row) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget(), m_table->cellWidget(row, modbusButton));
+        m_table->cellWidget(row, Type)->setFocus();
+    }
+}
+
+void TestParameterTable::screenReadersFindWhatIsInSight()
+{
+    showManyRows();
+    m_table->verticalScrollBar()->setValue(150);
+    const QAccessibleInterface *list = QAccessible::queryAccessibleInterface(m_table->list(150, Type));
+    QVERIFY(!list->state().invisible);
+    QCOMPARE(list->text(QAccessible::Value), "float");
+    QVERIFY(
+        m_table->viewport()->rect().translated(m_table->viewport()->mapToGlobal({})).contains(list->rect()));
+    QAccessibleInterface *table = QAccessible::queryAccessibleInterface(m_table);
+    QCOMPARE(table->tableInterface()->rowCount(), 200);
+    QCOMPARE(table->tableInterface()->cellAt(150, Name)->text(QAccessible::Name), "point 150");
 }
 
 QTEST_MAIN(TestParameterTable)
