@@ -169,6 +169,11 @@ QString ParameterVariant::amplitudeMethod() const
     return shown(ParameterText::methods().last());
 }
 
+QString ParameterVariant::loadingText() const
+{
+    return translated(QT_TRANSLATE_NOOP("ParameterTable", "Loading parameters..."));
+}
+
 const ParameterVariant &ParameterVariant::plc()
 {
     static const ParameterVariant variant = plcVariant();

@@ -63,6 +63,8 @@ struct ParameterVariant {
     QStringList shownEntries(ParameterCell cell) const;
     // The method that makes the amplitude live, as shown.
     QString amplitudeMethod() const;
+    // Said while a table is filled.
+    QString loadingText() const;
 
     static const ParameterVariant &plc();
     static const ParameterVariant &modbus();

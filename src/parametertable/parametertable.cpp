@@ -2,6 +2,7 @@
 
 #include "parameters/parameterrules.h"
 #include "parametertable/cellwidget.h"
+#include "widgets/progress.h"
 #include "widgets/tablecopy.h"
 #include "widgets/tableheader.h"
 
@@ -100,11 +101,13 @@ void ParameterTable::fill(const RowList &rows)
 {
     {
         const QSignalBlocker quiet(this);
+        Progress progress(this, m_variant.loadingText(), rows.size());
         setRowCount(0);
         // All rows at once: inserting them one by one would lay out those made so far each time.
         setRowCount(rows.size());
         for (int row = 0; row < rows.size(); ++row) {
             fillRow(row, rows.at(row));
+            progress.advance(row + 1);
         }
         doItemsLayout();
     }

@@ -1599,6 +1599,10 @@
         <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
         <translation>第 %1 行输入无效：只允许不含空格的 ASCII 字符。</translation>
     </message>
+    <message>
+        <source>Loading parameters...</source>
+        <translation>正在加载参数...</translation>
+    </message>
 </context>
 <context>
     <name>PointForm</name>

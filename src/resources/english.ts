@@ -1597,6 +1597,10 @@
         <source>Invalid input in row %1: only letters, digits, underscores, and dots are allowed.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Loading parameters...</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>PointForm</name>

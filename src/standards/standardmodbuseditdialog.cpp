@@ -7,6 +7,7 @@
 #include "standards/modbuspage.h"
 #include "standards/standardfields.h"
 #include "standards/standardtabs.h"
+#include "widgets/progress.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -122,8 +123,9 @@ void standardModbusEditDialog::loadTabs()
 {
     m_tabsLoaded = true;
     if (const QStandardItem *shown = item()) {
-        m_tabs->load(shown->data(standardDatasRole),
-                     [this](const QString &title, const RowList &rows) { loadTab(title, rows); });
+        const QVariant stored = shown->data(standardDatasRole);
+        Progress progress(m_tabs, ParameterVariant::modbus().loadingText(), StandardTabs::rowsIn(stored));
+        m_tabs->load(stored, [this](const QString &title, const RowList &rows) { loadTab(title, rows); });
     }
 }
 

@@ -71,6 +71,16 @@ void StandardTabs::deletePages()
     }
 }
 
+int StandardTabs::rowsIn(const QVariant &stored)
+{
+    int rows = 0;
+    const auto groups = stored.value<GroupMap>();
+    for (const RowList &group : groups) {
+        rows += group.mid(1).size();
+    }
+    return rows;
+}
+
 void StandardTabs::load(const QVariant &stored,
                         const std::function<void(const QString &, const RowList &)> &loadTab)
 {

@@ -34,6 +34,9 @@ public:
     void deletePage(int index);
     void deletePages();
 
+    // How many rows of tables there are in a stored map, of which each entry begins with the tab's own
+    // settings.
+    static int rowsIn(const QVariant &stored);
     // Hands each entry of the stored map to the form, in the order of titles as texts, and numbers the tabs.
     void load(const QVariant &stored, const std::function<void(const QString &, const RowList &)> &loadTab);
     // The map to be stored; a page that gives no rows is left out.

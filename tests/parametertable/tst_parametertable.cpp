@@ -1,10 +1,18 @@
 #include "parameterformtest.h"
 
+#include "support/barwatch.h"
+#include "widgets/progress.h"
+
 #include <QAccessible>
 #include <QApplication>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QTimer>
 #include <QWheelEvent>
+
+#include <algorithm>
+#include <utility>
 
 // The parameter table in both variants, as a user meets it: its rows.
 class TestParameterTable : public ParameterFormTest
@@ -36,6 +44,7 @@ private slots:
     void focusedCellStaysWhenScrolledAway();
     void tabGoesOnBelowWhatIsInSight();
     void screenReadersFindWhatIsInSight();
+    void formThatClosesWhileLoadingIsFilledFirst();
 
 private:
     // A Modbus table that is high enough for eight rows and has 200.
@@ -373,6 +382,24 @@ void TestParameterTable::screenReadersFindWhatIsInSight()
     QAccessibleInterface *table = QAccessible::queryAccessibleInterface(m_table);
     QCOMPARE(table->tableInterface()->rowCount(), 200);
     QCOMPARE(table->tableInterface()->cellAt(150, Name)->text(QAccessible::Name), "point 150");
+}
+
+void TestParameterTable::formThatClosesWhileLoadingIsFilledFirst()
+{
+    showManyRows();
+    const int delay = std::exchange(Progress::delay, 0);
+    const QPointer<ParameterForm> form(m_form);
+    QTimer::singleShot(0, m_form, [this] { delete std::exchange(m_form, nullptr); });
+    const BarWatch bars;
+    m_form->loadParameters(QVector<QVariantList>(2000, modbusRow("1", "a")).toList());
+    Progress::delay = delay;
+    QVERIFY(form);
+    QCOMPARE(m_table->rowCount(), 2000);
+    const QVector<int> values = bars.values();
+    QVERIFY(!values.isEmpty());
+    QVERIFY(std::is_sorted(values.cbegin(), values.cend()));
+    QVERIFY(!m_form->findChild<QProgressBar *>());
+    QTRY_VERIFY(!form);
 }
 
 QTEST_MAIN(TestParameterTable)

@@ -1,6 +1,8 @@
 #include "model/itemroles.h"
 #include "standards/standardmodbuseditdialog.h"
+#include "support/barwatch.h"
 #include "support/standardformtest.h"
+#include "widgets/progress.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,6 +14,8 @@
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
+
+#include <utility>
 
 // The form of a Modbus Standard on an item and a faked main window.
 class TestStandardModbusEditDialog : public StandardFormTest
@@ -26,6 +30,7 @@ private slots:
     void newStandardShowsItsDefaults();
     void openingWritesTheTextDefaults();
     void tabsAppearAfterTheConstructor();
+    void oneBarShowsHowFarAllTabsAreLoaded();
     void unknownModeShowsTcpAndIsOverwritten();
     void linkDecidesWhatIsSavedAndErased();
     void otherLinkShowsNoGroup();
@@ -111,6 +116,23 @@ void TestStandardModbusEditDialog::tabsAppearAfterTheConstructor()
     QCOMPARE(titles(form), QStringList());
     QTRY_COMPARE(titles(form), QStringList{"Modbus-1"});
     QCOMPARE(stations(form), QStringList{"4"});
+}
+
+void TestStandardModbusEditDialog::oneBarShowsHowFarAllTabsAreLoaded()
+{
+    const RowList points = QVector<QVariantList>(300, {"0", "a", "float", "1", "r"}).toList();
+    standardModbusEditDialog form(m_item, m_workspace);
+    show(form);
+    QCoreApplication::processEvents(); // the tabs of the empty Standard
+    setGroups(m_item, {{"Modbus-1", group("1", points)}, {"Modbus-2", group("2", points)}});
+    const int delay = std::exchange(Progress::delay, 0);
+    const BarWatch bars;
+    form.replaceItem(m_item);
+    Progress::delay = delay;
+    QCOMPARE(titles(form).size(), 2);
+    QVERIFY(!bars.values().isEmpty());
+    QCOMPARE(bars.maxima(), QSet<int>{600});
+    QVERIFY(!form.findChild<QProgressBar *>());
 }
 
 void TestStandardModbusEditDialog::unknownModeShowsTcpAndIsOverwritten()
