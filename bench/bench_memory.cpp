@@ -1,10 +1,10 @@
 // Resident memory of the program before, with and after a large project.
 
 #include "document/projectwriter.h"
+#include "largeplant.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/projectfiles.h"
-#include "support/largeplant.h"
-#include "support/messageboxes.h"
+#include "messages.h"
 
 #include <QApplication>
 #include <QFile>
@@ -51,23 +51,23 @@ void memory(benchmark::State &state)
     const QString path = folder.filePath(QStringLiteral("Plant.json"));
     for (auto _ : state) {
         state.counters["document"] = double(writeDocument(path));
-        MessageBoxes boxes;
+        Messages messages;
         CMainWindow window;
         window.show();
         QCoreApplication::processEvents();
         state.counters["start"] = resident();
 
-        boxes.expect(QMessageBox::Ok);
+        messages.expect(QMessageBox::Ok);
         window.findChild<ProjectFiles *>()->loadFile(path);
         QCoreApplication::processEvents();
         state.counters["open"] = resident();
 
         window.projectTree()->setCurrentIndex(window.projectModel()->index(0, 0));
-        boxes.expect(QMessageBox::No);
+        messages.expect(QMessageBox::No);
         window.slotDeleteProject();
         QCoreApplication::processEvents();
         state.counters["closed"] = resident();
-        if (boxes.told().size() != 2 || window.projectModel()->rowCount() != 0) {
+        if (messages.told().size() != 2 || window.projectModel()->rowCount() != 0) {
             state.SkipWithError("the project was not opened and closed");
         }
     }

@@ -5,7 +5,7 @@
 #include "monitoring/monitoringpage.h"
 #include "monitoring/monitoringtable.h"
 #include "monitoring/monitoringview.h"
-#include "support/segments.h"
+#include "segments.h"
 
 #include <QApplication>
 #include <QHeaderView>

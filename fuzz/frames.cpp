@@ -2,9 +2,9 @@
 // pieces of the input are the chunks of the stream.
 
 #include "boxlink/frameassembler.h"
-#include "boxlink/framemodel.h"
 #include "boxlink/monitoringaccumulator.h"
 #include "boxlink/session.h"
+#include "framemodel.h"
 #include "fuzztarget.h"
 
 #include <algorithm>

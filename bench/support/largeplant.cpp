@@ -1,4 +1,4 @@
-#include "support/largeplant.h"
+#include "largeplant.h"
 
 #include "definitions/dlt645items.h"
 #include "definitions/protocols.h"

@@ -1,4 +1,4 @@
-#include "support/segments.h"
+#include "segments.h"
 
 #include "boxlink/frame.h"
 

@@ -1,5 +1,5 @@
+#include "catalogue.h"
 #include "definitions/dlt645items.h"
-#include "support/catalogue.h"
 
 #include <QProcess>
 #include <QRegularExpression>

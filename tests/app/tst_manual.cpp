@@ -1,4 +1,4 @@
-#include "support/catalogue.h"
+#include "catalogue.h"
 
 #include <QFile>
 #include <QRegularExpression>

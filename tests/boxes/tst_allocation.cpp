@@ -2,8 +2,8 @@
 
 #include "boxes/protocol.h"
 
-#include "support/messageboxes.h"
-#include "support/rawbox.h"
+#include "messages.h"
+#include "rawbox.h"
 
 #include <QtTest>
 
@@ -115,19 +115,18 @@ private slots:
     void answersNeedNoRequestAndNoOrder();
 
 private:
-    std::unique_ptr<MessageBoxes> m_boxes;
+    std::unique_ptr<Messages> m_messages;
 };
 
 void tst_Allocation::init()
 {
-    m_boxes = std::make_unique<MessageBoxes>();
+    m_messages = std::make_unique<Messages>();
 }
 
 void tst_Allocation::cleanup()
 {
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
-    m_boxes.reset();
+    QCOMPARE(m_messages->pending(), 0);
+    m_messages.reset();
 }
 
 void tst_Allocation::request_data()
@@ -395,10 +394,10 @@ void tst_Allocation::writeAnswer()
 
     Protocol protocol;
     Delivered delivered(&protocol);
-    m_boxes->expect(QMessageBox::Ok);
+    m_messages->expect(QMessageBox::Ok);
     const QByteArray frame = answerFrame(json);
     protocol.assembleFrames(frame.constData(), unsigned(frame.size()));
-    QCOMPARE(m_boxes->told(), QStringList{told});
+    QCOMPARE(m_messages->told(), QStringList{told});
     QCOMPARE(delivered.records, QList<QStringList>());
 }
 
@@ -427,7 +426,7 @@ void tst_Allocation::droppedWriteAnswer()
     protocol.rebootDeviceReturn(json);
     const QByteArray frame = answerFrame(json);
     protocol.dispatchFrame(frame.constData(), unsigned(frame.size()));
-    QCOMPARE(m_boxes->told(), QStringList());
+    QCOMPARE(m_messages->told(), QStringList());
 }
 
 void tst_Allocation::answersNeedNoRequestAndNoOrder()
@@ -439,13 +438,13 @@ void tst_Allocation::answersNeedNoRequestAndNoOrder()
     protocol.openConnection(address);
     QTRY_COMPARE(box.connections(), 1);
     protocol.readNTPAllocation();
-    m_boxes->expect();
+    m_messages->expect();
     box.send(answerFrame("{\"type\":\"9\",\"pares\":{\"date\":\"d\"}}")
              + answerFrame("{\"type\":\"6\",\"code\":\"200\"}")
              + answerFrame("{\"type\":\"8\",\"pares\":{\"NTP\":\"n\"}}"));
     QTRY_COMPARE(delivered.records,
                  (QList<QStringList>{{text("time"), text("d")}, {text("ntp"), text("n")}}));
-    QCOMPARE(m_boxes->told(),
+    QCOMPARE(m_messages->told(),
              QStringList{text("Write Restart Allocation|Restart allocation write successful.")});
 }
 

@@ -1,6 +1,6 @@
-#include "support/boxformtest.h"
+#include "boxformtest.h"
 
-#include "support/logtail.h"
+#include "logtail.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -144,9 +144,9 @@ void TestBoxEditAllocation::answers()
         }
     }
     const LogTail log("BoxEditDialog");
-    m_boxes->expect();
+    m_messages->expect();
     answer(jsonAnswer(text));
-    QTRY_COMPARE(m_boxes->told(), QStringList(told));
+    QTRY_COMPARE(m_messages->told(), QStringList(told));
     QCOMPARE(shownRoles(), expected);
     QCOMPARE(log.events(), QStringList("BoxEditDialog: " + logged));
 }
@@ -154,7 +154,7 @@ void TestBoxEditAllocation::answers()
 void TestBoxEditAllocation::answersLeaveTheItemAlone()
 {
     open();
-    m_boxes->expect();
+    m_messages->expect();
     emit m_form->protocol()->NTPAllocationDataReceived({"9.9.9.9"});
     QCOMPARE(shown("ntpServer"), "9.9.9.9");
     QCOMPARE(rolesOf(*m_item), fullRoles());
@@ -163,12 +163,12 @@ void TestBoxEditAllocation::answersLeaveTheItemAlone()
 void TestBoxEditAllocation::unknownDhcpFlagLeavesTheList()
 {
     open();
-    m_boxes->expect();
+    m_messages->expect();
     Protocol::WanAllocationData wan;
     wan.wanDhcp = "2";
     emit m_form->protocol()->wanAllocationDataReceived(wan);
     QCOMPARE(shown("wanDhcp"), "Enable");
-    m_boxes->expect();
+    m_messages->expect();
     wan.wanDhcp = "Disabled";
     emit m_form->protocol()->wanAllocationDataReceived(wan);
     QCOMPARE(shown("wanDhcp"), "Enable");
@@ -177,7 +177,7 @@ void TestBoxEditAllocation::unknownDhcpFlagLeavesTheList()
 void TestBoxEditAllocation::unknownSwitchChecksNeitherButton()
 {
     open();
-    m_boxes->expect();
+    m_messages->expect();
     emit m_form->protocol()->lteAllocationDataReceived({});
     QCOMPARE(shown("lteOnOff"), "neither");
 }

@@ -1,8 +1,8 @@
-#include "support/boxformtest.h"
+#include "boxformtest.h"
 
 #include "boxes/hostaddressdialog.h"
+#include "logtail.h"
 #include "model/itemroles.h"
-#include "support/logtail.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,7 +1,7 @@
-#include "support/boxformtest.h"
+#include "boxformtest.h"
 
 #include "boxes/hostaddressdialog.h"
-#include "support/logtail.h"
+#include "logtail.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -278,13 +278,13 @@ void TestBoxEditSession::bindingFailureIsToldForTheSessionOfThatMoment()
         m_form->showChangeHostAddressDialog();
     }
     m_form->protocol()->closeConnection();
-    m_boxes->expect();
+    m_messages->expect();
     m_form->protocol()->bindToAddress(QHostAddress("192.0.2.1"));
-    QCOMPARE(m_boxes->told(), QStringList(told));
+    QCOMPARE(m_messages->told(), QStringList(told));
 
     // The session that "OK" starts has nobody listening.
     chooseHostAddress("192.0.2.1");
-    QCOMPARE(m_boxes->told(), QStringList(told));
+    QCOMPARE(m_messages->told(), QStringList(told));
 }
 
 void TestBoxEditSession::sessionMayBeDroppedBelowItsOwnBox_data()
@@ -307,7 +307,7 @@ void TestBoxEditSession::sessionMayBeDroppedBelowItsOwnBox()
     open();
     QVERIFY(connected());
     const QPointer<Protocol> dropped(m_form->protocol());
-    actBelowTheNextBox([&] {
+    actBelowTheNextMessage([&] {
         if (again) {
             m_form->connectToServer();
         } else {

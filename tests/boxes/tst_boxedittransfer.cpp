@@ -1,9 +1,9 @@
-#include "support/boxformtest.h"
+#include "boxformtest.h"
 
 #include "boxes/hostaddressdialog.h"
+#include "logtail.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
-#include "support/logtail.h"
 
 #include <QDir>
 #include <QFile>
@@ -218,9 +218,9 @@ void TestBoxEditTransfer::missingProgramIsTold()
         dialog->findChild<QLineEdit *>("fileNameEdit")->setText(program.fileName());
         static_cast<QDialog *>(dialog)->accept();
     });
-    m_boxes->expect();
+    m_messages->expect();
     m_form->updateProgram();
-    QCOMPARE(m_boxes->told(), QStringList("Error|Failed to open program file."));
+    QCOMPARE(m_messages->told(), QStringList("Error|Failed to open program file."));
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
@@ -232,9 +232,9 @@ void TestBoxEditTransfer::timeoutIsToldInABoxAndInTheDock()
     timeouts.verdict = 20;
     m_form->setTransferTimeouts(timeouts);
     const LogTail log("BoxEditDialog");
-    m_boxes->expect();
+    m_messages->expect();
     m_form->updateProject();
-    QCOMPARE(m_boxes->told(), QStringList("Timeout|Timeout while waiting for checksum result."));
+    QCOMPARE(m_messages->told(), QStringList("Timeout|Timeout while waiting for checksum result."));
     QCOMPARE(m_workspace->messages, QStringList("Timeout:Timeout while waiting for checksum result."));
     QCOMPARE(find<QProgressBar>("progressBar")->value(), 0);
     QCOMPARE(log.events(), QStringList());
@@ -259,7 +259,7 @@ void TestBoxEditTransfer::sessionLivesOnDuringATransfer()
     QVERIFY(connected());
     m_box->heard = [this](int index) {
         if (index == 1) {
-            m_boxes->expect();
+            m_messages->expect();
             m_box->send(0, jsonAnswer(R"({"type":"8","pares":{"NTP":"4.1.1.1"}})"));
             m_box->heard = nullptr;
             connect(m_form->protocol(), &Protocol::NTPAllocationDataReceived, m_box.get(),
@@ -331,17 +331,17 @@ void TestBoxEditTransfer::formMayDie()
             m_form->connectToServer();
         }
     } else if (moment == "below an update's box") {
-        actBelowTheNextBox(kill);
+        actBelowTheNextMessage(kill);
         answer(jsonAnswer(R"({"type":"8","pares":{"NTP":"4.1.1.1"}})"));
     } else if (moment == "below a write's box") {
         // That box has no parent: it is left after the form has gone.
-        actBelowTheNextBox(kill);
+        actBelowTheNextMessage(kill);
         answer(jsonAnswer(R"({"type":"108","code":"200"})") + jsonAnswer(R"({"type":"109","code":"200"})"));
     } else if (moment == "below a binding failure's box") {
         m_dialogs->expect([](QWidget *dialog) { dialog->close(); });
         m_form->showChangeHostAddressDialog();
         m_form->protocol()->closeConnection();
-        actBelowTheNextBox(kill);
+        actBelowTheNextMessage(kill);
         m_form->protocol()->bindToAddress(QHostAddress("192.0.2.1"));
     } else if (moment == "below the host address dialog") {
         m_dialogs->expect([this](QWidget *) { delete m_form; });
@@ -360,7 +360,7 @@ void TestBoxEditTransfer::formMayDie()
         FileTransfer::Timeouts timeouts;
         timeouts.verdict = 20;
         m_form->setTransferTimeouts(timeouts);
-        actBelowTheNextBox(kill);
+        actBelowTheNextMessage(kill);
         m_form->updateProject();
     }
     QTRY_VERIFY(!m_form);

@@ -1,7 +1,7 @@
 #include "boxes/boxinputdialog.h"
 
-#include "support/inputdialogs.h"
-#include "support/logtail.h"
+#include "inputdialogs.h"
+#include "logtail.h"
 
 #include <QComboBox>
 #include <QFormLayout>

@@ -2,8 +2,8 @@
 
 #include "sessionprobe.h"
 
-#include "support/messageboxes.h"
-#include "support/rawbox.h"
+#include "messages.h"
+#include "rawbox.h"
 
 #include <QMetaMethod>
 #include <QSignalSpy>
@@ -56,21 +56,20 @@ private slots:
 
 private:
     std::unique_ptr<RawBox> m_box;
-    std::unique_ptr<MessageBoxes> m_boxes;
+    std::unique_ptr<Messages> m_messages;
 };
 
 void tst_Protocol::init()
 {
     m_box = std::make_unique<RawBox>(address);
     QVERIFY(m_box->listen());
-    m_boxes = std::make_unique<MessageBoxes>();
+    m_messages = std::make_unique<Messages>();
 }
 
 void tst_Protocol::cleanup()
 {
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
-    m_boxes.reset();
+    QCOMPARE(m_messages->pending(), 0);
+    m_messages.reset();
     m_box.reset();
 }
 

@@ -2,8 +2,8 @@
 
 #include "sessionprobe.h"
 
-#include "support/messageboxes.h"
-#include "support/rawbox.h"
+#include "messages.h"
+#include "rawbox.h"
 
 #include <QJsonObject>
 #include <QSignalSpy>
@@ -82,21 +82,20 @@ private slots:
 
 private:
     std::unique_ptr<RawBox> m_box;
-    std::unique_ptr<MessageBoxes> m_boxes;
+    std::unique_ptr<Messages> m_messages;
 };
 
 void tst_ProtocolAnswers::init()
 {
     m_box = std::make_unique<RawBox>(address);
     QVERIFY(m_box->listen());
-    m_boxes = std::make_unique<MessageBoxes>();
+    m_messages = std::make_unique<Messages>();
 }
 
 void tst_ProtocolAnswers::cleanup()
 {
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
-    m_boxes.reset();
+    QCOMPARE(m_messages->pending(), 0);
+    m_messages.reset();
     m_box.reset();
 }
 
@@ -306,13 +305,13 @@ void tst_ProtocolAnswers::dataBehindAMessageBoxIsReadWhenItCloses()
     QTRY_COMPARE(m_box->received(), heartbeat);
     heartbeatTimer(protocol)->stop();
 
-    m_boxes->expect();
+    m_messages->expect();
     OnMessageBox onBox([this] {
         m_box->send(answer);
         QTest::qWait(0); // lets the socket take it in
     });
     m_box->send(jsonFrame("{\"type\":\"109\",\"code\":\"200\"}"));
-    QTRY_COMPARE(m_boxes->told(), QStringList{"Write time Allocation|time allocation write successful."});
+    QTRY_COMPARE(m_messages->told(), QStringList{"Write time Allocation|time allocation write successful."});
     QTRY_COMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
 }
 
@@ -321,12 +320,12 @@ void tst_ProtocolAnswers::dataEntersDuringAMessageBox()
     Protocol protocol;
     Told told(&protocol);
     const QByteArray first = jsonFrame("{\"type\":\"109\",\"code\":\"200\"}") + answer.left(9);
-    m_boxes->expect();
+    m_messages->expect();
     OnMessageBox onBox(
         [&protocol] { protocol.assembleFrames(answer.constData() + 9, unsigned(answer.size() - 9)); });
     protocol.assembleFrames(first.constData(), unsigned(first.size()));
     QCOMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
-    QCOMPARE(m_boxes->told().size(), 1);
+    QCOMPARE(m_messages->told().size(), 1);
 }
 
 void tst_ProtocolAnswers::reportIsDelivered()

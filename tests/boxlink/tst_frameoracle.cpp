@@ -2,7 +2,7 @@
 // depends on the cuts, so that reading the whole stream at once would be no measure.
 
 #include "framestream.h"
-#include "support/rounds.h"
+#include "rounds.h"
 
 #include <QRandomGenerator>
 #include <QtTest>

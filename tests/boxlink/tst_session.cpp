@@ -2,7 +2,7 @@
 
 #include "boxlink/monitoringaccumulator.h"
 #include "boxlink/session.h"
-#include "support/rawbox.h"
+#include "rawbox.h"
 
 #include <QPointer>
 #include <QtTest>

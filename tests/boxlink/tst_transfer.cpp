@@ -1,6 +1,6 @@
 #include "transfertest.h"
 
-#include "support/boxpeer.h"
+#include "boxpeer.h"
 
 #include <QElapsedTimer>
 #include <QtTest>

@@ -1,6 +1,6 @@
+#include "boxundertest.h"
+#include "protocolpage.h"
 #include "rawtool.h"
-#include "support/boxundertest.h"
-#include "support/protocolpage.h"
 
 #include <QFile>
 #include <QNetworkDatagram>

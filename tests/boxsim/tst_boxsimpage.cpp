@@ -1,8 +1,8 @@
 #include "boxsim/boxsim.h"
 #include "boxsim/framereader.h"
 #include "boxsim/wire.h"
+#include "protocolpage.h"
 #include "rawtool.h"
-#include "support/protocolpage.h"
 
 #include <QNetworkDatagram>
 #include <QSignalSpy>

@@ -1,5 +1,5 @@
 #include "definitions/dlt645items.h"
-#include "support/language.h"
+#include "language.h"
 
 #include <QSet>
 #include <QtTest>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "document/documenttest.h"
 #include "document/projectreader.h"
-#include "support/projectdump.h"
+#include "documenttest.h"
+#include "projectdump.h"
 
 // What the tests of the reader's parts share.
 using Transmit = void (*)(const QJsonObject &, QStandardItem *);

@@ -1,6 +1,6 @@
 #include "document/certificatefile.h"
 
-#include "support/files.h"
+#include "files.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #include "document/datapoints.h"
+#include "language.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
-#include "support/language.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

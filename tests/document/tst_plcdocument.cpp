@@ -1,6 +1,6 @@
 #include "document/plcdocument.h"
 
-#include "document/readertest.h"
+#include "readertest.h"
 
 namespace {
 

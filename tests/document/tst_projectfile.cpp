@@ -1,9 +1,9 @@
 #include "definitions/dlt645items.h"
-#include "document/documenttest.h"
 #include "document/projectfile.h"
 #include "document/projectreader.h"
-#include "support/files.h"
-#include "support/hardships.h"
+#include "documenttest.h"
+#include "files.h"
+#include "hardships.h"
 
 #include <QDir>
 #include <QTemporaryDir>

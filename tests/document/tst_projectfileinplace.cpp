@@ -1,7 +1,7 @@
-#include "document/documenttest.h"
 #include "document/projectfile.h"
-#include "support/files.h"
-#include "support/hardships.h"
+#include "documenttest.h"
+#include "files.h"
+#include "hardships.h"
 
 #include <QDir>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
-#include "document/documenttest.h"
 #include "document/projectreader.h"
-#include "document/randomproject.h"
-#include "support/rounds.h"
+#include "documenttest.h"
+#include "randomproject.h"
+#include "rounds.h"
 
 #include <algorithm>
 

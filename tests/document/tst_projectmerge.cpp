@@ -1,5 +1,5 @@
-#include "document/readertest.h"
-#include "support/language.h"
+#include "language.h"
+#include "readertest.h"
 
 #include <QFile>
 

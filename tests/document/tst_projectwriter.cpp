@@ -1,5 +1,5 @@
-#include "document/documenttest.h"
-#include "support/language.h"
+#include "documenttest.h"
+#include "language.h"
 
 #include <QFile>
 

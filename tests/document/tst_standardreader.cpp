@@ -1,6 +1,6 @@
 #include "definitions/dlt645items.h"
-#include "document/readertest.h"
-#include "support/language.h"
+#include "language.h"
+#include "readertest.h"
 
 namespace {
 

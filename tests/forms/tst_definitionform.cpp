@@ -1,6 +1,6 @@
 #include "forms/definitionform.h"
-#include "support/logtail.h"
-#include "support/workspacefake.h"
+#include "logtail.h"
+#include "workspacefake.h"
 
 #include <QLabel>
 #include <QPointer>

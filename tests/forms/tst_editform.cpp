@@ -1,10 +1,10 @@
+#include "messages.h"
 #include "model/itemroles.h"
+#include "projectdump.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
-#include "support/messageboxes.h"
-#include "support/projectdump.h"
-#include "support/workspacefake.h"
+#include "workspacefake.h"
 
 #include <QBoxLayout>
 #include <QCheckBox>
@@ -46,7 +46,7 @@ private:
 
     QStandardItem *m_item = nullptr;
     WorkspaceFake *m_workspace = nullptr;
-    MessageBoxes *m_boxes = nullptr;
+    Messages *m_messages = nullptr;
     QWidget *m_window = nullptr;
 };
 
@@ -75,15 +75,14 @@ void TestEditForm::init()
 {
     m_item = new QStandardItem("Edited");
     m_workspace = new WorkspaceFake;
-    m_boxes = new MessageBoxes(this);
+    m_messages = new Messages;
     m_window = new QWidget;
 }
 
 void TestEditForm::cleanup()
 {
-    QCOMPARE(m_boxes->unexpected(), QStringList());
     delete m_window;
-    delete m_boxes;
+    delete m_messages;
     delete m_workspace;
     delete m_item;
 }

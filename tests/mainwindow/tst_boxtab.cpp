@@ -1,8 +1,8 @@
 #include "boxes/boxeditdialog.h"
 #include "boxsim/boxsim.h"
 #include "document/projectreader.h"
-#include "support/logtail.h"
-#include "support/messageboxes.h"
+#include "logtail.h"
+#include "messages.h"
 #include "windowundertest.h"
 
 #include <QElapsedTimer>
@@ -48,7 +48,7 @@ private:
     std::unique_ptr<BoxSim> m_secondSim;
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<Window> m_window;
-    std::unique_ptr<MessageBoxes> m_boxes;
+    std::unique_ptr<Messages> m_messages;
     QStandardItem *m_project = nullptr;
     QStandardItem *m_first = nullptr;
     QStandardItem *m_second = nullptr;
@@ -75,7 +75,7 @@ void tst_BoxTab::init()
     startSim(m_secondSim, secondAddress);
     m_folder = std::make_unique<QTemporaryDir>();
     m_window = std::make_unique<Window>();
-    m_boxes = std::make_unique<MessageBoxes>();
+    m_messages = std::make_unique<Messages>();
     m_project = m_window->addProject("plant", m_folder->path());
     m_first = Window::addBox(m_project, "a", firstAddress);
     m_second = Window::addBox(m_project, "b", secondAddress);
@@ -84,8 +84,7 @@ void tst_BoxTab::init()
 void tst_BoxTab::cleanup()
 {
     m_window.reset();
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
+    QCOMPARE(m_messages->pending(), 0);
 }
 
 BoxEditDialog *tst_BoxTab::open()
@@ -113,11 +112,11 @@ void tst_BoxTab::act(const QByteArray &ending)
         m_window->slotDeleteFile();
     } else if (ending == "project closed") {
         m_window->select(m_project);
-        m_boxes->expect(QMessageBox::No);
+        m_messages->expect(QMessageBox::No);
         m_window->slotDeleteProject();
     } else if (ending == "project nearly closed") {
         m_window->select(m_project);
-        m_boxes->expect(QMessageBox::Cancel);
+        m_messages->expect(QMessageBox::Cancel);
         m_window->slotDeleteProject();
     } else if (ending == "window destroyed") {
         m_window.reset();
@@ -173,9 +172,9 @@ void tst_BoxTab::formOutlivesItsNode()
     m_window->slotDeleteAllFile();
     QCOMPARE(boxForm(), form);
     form->saveChanges();
-    m_boxes->expect();
+    m_messages->expect();
     form->saveButton()->click();
-    QCOMPARE(m_boxes->told(), QStringList("error|Unable to find parent directory"));
+    QCOMPARE(m_messages->told(), QStringList("error|Unable to find parent directory"));
     QCOMPARE(m_window->messages(), QStringList());
     QCOMPARE(boxForm(), form);
 }
@@ -240,7 +239,7 @@ void tst_BoxTab::programMayEndDuringTheWaitForTheVerdict()
     faults.verdict = BoxSimVerdict::None;
     m_firstSim->setFaults(faults);
     QGuiApplication::setQuitOnLastWindowClosed(true);
-    m_boxes->expect(QMessageBox::No);
+    m_messages->expect(QMessageBox::No);
     QTimer::singleShot(0, this, [&] {
         QTimer::singleShot(0, this, [&] { m_window->close(); });
         Window::press(form, "updateProjectButton");
@@ -298,14 +297,14 @@ void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow()
     lines.removeAll(QString());
     told.removeAll(QString());
     for (int time = 0; time < told.size(); ++time) {
-        m_boxes->expect();
+        m_messages->expect();
     }
     Window::press(form, "updateProjectButton");
     m_window->CESwitching();
     Window::press(form, "updateProjectButton");
     m_window->CESwitching();
     QCOMPARE(m_window->messages(), lines);
-    QCOMPARE(m_boxes->told(), told);
+    QCOMPARE(m_messages->told(), told);
 }
 
 QTEST_MAIN(tst_BoxTab)

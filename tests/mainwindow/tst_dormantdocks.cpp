@@ -4,8 +4,8 @@
 #include "mainwindow/cimageviewer.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/cstatusdialog.h"
-#include "support/messageboxes.h"
-#include "support/modaldialogs.h"
+#include "messages.h"
+#include "modaldialogs.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -114,20 +114,19 @@ void TestDormantDocks::dockedEditorsShareAnAreaOrSplitIt()
 
 void TestDormantDocks::anEditorClosesOnYesOnly()
 {
-    MessageBoxes boxes;
+    Messages messages;
     QPointer<CDockWidget> dock = make(trigger(SLOT(createEditor())));
     const QString told = CMainWindow::tr("Close Editor") + QLatin1Char('|')
         + CMainWindow::tr("Editor %1 contains unsaved changes? Would you like to close it?")
               .arg(dock->windowTitle().mid(7));
 
-    boxes.expect(QMessageBox::No);
+    messages.expect(QMessageBox::No);
     emit dock->closeRequested();
     QVERIFY(!dock->isClosed());
-    boxes.expect(QMessageBox::Yes);
+    messages.expect(QMessageBox::Yes);
     emit dock->closeRequested();
     QTRY_VERIFY(!dock);
-    QCOMPARE(boxes.told(), QStringList({told, told}));
-    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(messages.told(), QStringList({told, told}));
 }
 
 void TestDormantDocks::aTableFloats()
@@ -162,19 +161,18 @@ void TestDormantDocks::aPictureIsPlacedByTheActionsText()
 
 void TestDormantDocks::aPictureClosesOnYesOnly()
 {
-    MessageBoxes boxes;
+    Messages messages;
     QPointer<CDockWidget> dock = make(trigger(SLOT(createImageViewer())));
     const QString told = CMainWindow::tr("Close Image Viewer") + QLatin1Char('|')
         + CMainWindow::tr("%1 contains unsaved changes? Would you like to close it?")
               .arg(dock->windowTitle());
-    boxes.expect(QMessageBox::No);
+    messages.expect(QMessageBox::No);
     emit dock->closeRequested();
     QVERIFY(!dock->isClosed());
-    boxes.expect(QMessageBox::Yes);
+    messages.expect(QMessageBox::Yes);
     emit dock->closeRequested();
     QTRY_VERIFY(!dock);
-    QCOMPARE(boxes.told(), QStringList({told, told}));
-    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(messages.told(), QStringList({told, told}));
 }
 
 void TestDormantDocks::aPictureIsScaledFromItsMenu()
@@ -240,7 +238,7 @@ void TestDormantDocks::aPictureMayCloseBelowItsFileDialog()
     CDockWidget *dock = make(trigger(SLOT(createImageViewer())));
     const QPointer<CImageViewer> viewer = qobject_cast<CImageViewer *>(dock->widget());
     ModalDialogs dialogs;
-    MessageBoxes boxes;
+    Messages messages;
     dialogs.expect([&](QWidget *widget) {
         auto *dialog = qobject_cast<QFileDialog *>(widget);
         dialog->selectFile(QCoreApplication::applicationFilePath()); // no picture
@@ -250,8 +248,7 @@ void TestDormantDocks::aPictureMayCloseBelowItsFileDialog()
     });
     viewer->open();
     QCOMPARE(dialogs.pending(), 0);
-    QCOMPARE(boxes.told(), QStringList());
-    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(messages.told(), QStringList());
 }
 
 void TestDormantDocks::docksNeedNoMainWindow()
@@ -262,10 +259,10 @@ void TestDormantDocks::docksNeedNoMainWindow()
     QVERIFY(editor->isFloating());
     docks.toggleTitle();
     QVERIFY(editor->windowTitle().endsWith(QLatin1String(" (Test)")));
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::Yes);
+    Messages messages;
+    messages.expect(QMessageBox::Yes);
     docks.closeEditor(editor);
-    QCOMPARE(boxes.told().size(), 1);
+    QCOMPARE(messages.told().size(), 1);
     DockAreas::settle();
     docks.toggleTitle();
 

@@ -1,7 +1,7 @@
-#include "support/files.h"
-#include "support/messageboxes.h"
-#include "support/modaldialogs.h"
-#include "support/projectdump.h"
+#include "files.h"
+#include "messages.h"
+#include "modaldialogs.h"
+#include "projectdump.h"
 #include "windowundertest.h"
 
 #include <QFileDialog>
@@ -102,9 +102,11 @@ void TestDormantKinds::noActionLeadsToThem()
     for (const QStandardItem *node : qAsConst(nodes)) {
         m_window->select(node);
         ModalDialogs dialogs;
-        MessageBoxes boxes;
+        dialogs.allowOthers();
+        Messages messages;
+        messages.allowOthers();
         actions().at(index)->trigger();
-        QCOMPARE(dialogs.unexpected().filter(ofThem), QStringList());
+        QCOMPARE(dialogs.others().filter(ofThem), QStringList());
         QCOMPARE(m_window->countOf("Edit PLC"), 0);
         QCOMPARE(m_window->countOf("Edit Server"), 0);
         for (const QWidget *top : QApplication::topLevelWidgets()) {
@@ -138,11 +140,10 @@ void TestDormantKinds::loadedProjectHasNoFolderForThem()
         dialog->selectFile(file);
         QMetaObject::invokeMethod(dialog, "accept");
     });
-    MessageBoxes boxes;
-    boxes.expect();
+    Messages messages;
+    messages.expect();
     m_window->loadJsonFile();
-    QCOMPARE(boxes.unexpected(), QStringList());
-    QCOMPARE(boxes.pending(), 0);
+    QCOMPARE(messages.pending(), 0);
     QCOMPARE(shape(), fourFolders);
 }
 

@@ -1,7 +1,7 @@
 #include "mainwindow/editortabs.h"
 
 #include "docksundertest.h"
-#include "support/messageboxes.h"
+#include "messages.h"
 
 #include <QAbstractButton>
 #include <QDialog>
@@ -401,10 +401,10 @@ void tst_EditorTabs::renamingRefuses()
     m_tabs->place(tab, first);
     EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
     form->name->setText(name);
-    MessageBoxes boxes;
-    boxes.expect();
+    Messages messages;
+    messages.expect();
     form->save->click();
-    QCOMPARE(boxes.told(), QStringList(told));
+    QCOMPARE(messages.told(), QStringList(told));
     QCOMPARE(item->text(), "a");
     QCOMPARE(form->saved, QStringList());
     QCOMPARE(m_tabs->find(first), tab);
@@ -421,10 +421,10 @@ void tst_EditorTabs::renamingKeepsTheItemOfTheFirstOpening()
     EditorTabs::renameOnSave(form->renaming(), opened, tab, m_window.data());
     // The form now shows the sibling.
     form->name->setText("b");
-    MessageBoxes boxes;
-    boxes.expect();
+    Messages messages;
+    messages.expect();
     form->save->click();
-    QCOMPARE(boxes.told().size(), 1);
+    QCOMPARE(messages.told().size(), 1);
     QCOMPARE(form->saved, QStringList());
     form->name->setText("c");
     form->save->click();
@@ -443,10 +443,10 @@ void tst_EditorTabs::renamingWithoutItsItemFindsNoParent()
     EditorTabs::renameOnSave(form->renaming(), item, tab, m_window.data());
     item->parent()->removeRow(0);
     form->name->setText("c");
-    MessageBoxes boxes;
-    boxes.expect();
+    Messages messages;
+    messages.expect();
     form->save->click();
-    QCOMPARE(boxes.told(), QStringList("error|Unable to find parent directory"));
+    QCOMPARE(messages.told(), QStringList("error|Unable to find parent directory"));
     QCOMPARE(form->saved, QStringList());
     QCOMPARE(m_tabs->find(first), tab);
 }

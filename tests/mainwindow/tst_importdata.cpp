@@ -2,8 +2,8 @@
 
 #include "servers/importdatadialog.h"
 #include "servers/serverhj212editdialog.h"
-#include "support/workspacefake.h"
 #include "windowundertest.h"
+#include "workspacefake.h"
 
 #include <QJsonObject>
 #include <QPointer>

@@ -1,4 +1,4 @@
-#include "support/messageboxes.h"
+#include "messages.h"
 #include "windowundertest.h"
 
 #include <QCursor>
@@ -68,12 +68,11 @@ void tst_ProjectClosing::closingAsksSavesAndRemoves()
 {
     m_window->addProject("mill");
     m_window->select(m_window->addProject("plant", m_folder->path()));
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::Yes);
-    boxes.expect();
+    Messages messages;
+    messages.expect(QMessageBox::Yes);
+    messages.expect();
     m_window->slotDeleteProject();
-    QCOMPARE(boxes.told(), QStringList({closeQuestion, savedText("plant.json")}));
-    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(messages.told(), QStringList({closeQuestion, savedText("plant.json")}));
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
     QCOMPARE(m_window->projectModel()->item(0)->text(), "mill");
     QVERIFY(QFile::exists(m_folder->filePath("plant.json")));
@@ -82,10 +81,10 @@ void tst_ProjectClosing::closingAsksSavesAndRemoves()
 void tst_ProjectClosing::closingWithoutSavingRemoves()
 {
     m_window->select(m_window->addProject("plant", m_folder->path()));
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::No);
+    Messages messages;
+    messages.expect(QMessageBox::No);
     m_window->slotDeleteProject();
-    QCOMPARE(boxes.told(), QStringList(closeQuestion));
+    QCOMPARE(messages.told(), QStringList(closeQuestion));
     QCOMPARE(m_window->projectModel()->rowCount(), 0);
     QVERIFY(!QFile::exists(m_folder->filePath("plant.json")));
 }
@@ -98,8 +97,8 @@ void tst_ProjectClosing::cursorWaitsWhileTheProjectGoes()
         const QCursor *cursor = QGuiApplication::overrideCursor();
         waits += cursor && cursor->shape() == Qt::WaitCursor ? 1 : 0;
     });
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::No);
+    Messages messages;
+    messages.expect(QMessageBox::No);
     m_window->slotDeleteProject();
     QCOMPARE(waits, 1);
     QVERIFY(!QGuiApplication::overrideCursor());
@@ -114,10 +113,10 @@ void tst_ProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()
     const QPointer<QDialog> boxForm = m_window->form("Edit Box");
     const QPointer<QDialog> projectForm = m_window->form(editProject);
     QVERIFY(boxForm && projectForm);
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::Cancel);
+    Messages messages;
+    messages.expect(QMessageBox::Cancel);
     m_window->slotDeleteProject();
-    QCOMPARE(boxes.told(), QStringList(closeQuestion));
+    QCOMPARE(messages.told(), QStringList(closeQuestion));
     QCOMPARE(m_window->projectModel()->rowCount(), 2);
     QCOMPARE(m_window->projectModel()->item(1), project);
     QCOMPARE(m_window->tabs("Edit Box").size(), 0);
@@ -128,7 +127,7 @@ void tst_ProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()
 
 void tst_ProjectClosing::closingActsOnProjectsAlone()
 {
-    MessageBoxes boxes;
+    Messages messages;
     m_window->slotDeleteProject();
     QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
@@ -136,7 +135,7 @@ void tst_ProjectClosing::closingActsOnProjectsAlone()
     m_window->slotDeleteProject();
     m_window->select(project->child(1)->child(0));
     m_window->slotDeleteProject();
-    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(messages.told(), QStringList());
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
     QVERIFY(m_window->form(editProject));
 }
@@ -145,8 +144,8 @@ void tst_ProjectClosing::closingLeavesMonitoringTabs()
 {
     m_window->select(m_window->addProject("plant"));
     m_window->monitoringTabs()->addTab(new QWidget, "meter");
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::No);
+    Messages messages;
+    messages.expect(QMessageBox::No);
     m_window->slotDeleteProject();
     QCOMPARE(m_window->monitoringTabs()->count(), 1);
 }
@@ -161,8 +160,8 @@ void tst_ProjectClosing::closingEndsTheBoxSession()
     const QTcpSocket *session = box.nextPendingConnection();
     QCOMPARE(session->state(), QAbstractSocket::ConnectedState);
     m_window->select(project);
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::No);
+    Messages messages;
+    messages.expect(QMessageBox::No);
     m_window->slotDeleteProject();
     QTRY_COMPARE(session->state(), QAbstractSocket::UnconnectedState);
 }
@@ -170,32 +169,32 @@ void tst_ProjectClosing::closingEndsTheBoxSession()
 void tst_ProjectClosing::slotCloseProjectSavesAndRemovesNothing()
 {
     m_window->addProject("plant", m_folder->path());
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::No);
+    Messages messages;
+    messages.expect(QMessageBox::No);
     m_window->slotCloseProject();
     QVERIFY(!QFile::exists(m_folder->filePath("plant.json")));
-    boxes.expect(QMessageBox::Yes);
-    boxes.expect();
+    messages.expect(QMessageBox::Yes);
+    messages.expect();
     m_window->slotCloseProject();
-    QCOMPARE(boxes.told(), QStringList({leaveQuestion, leaveQuestion, savedText("plant.json")}));
+    QCOMPARE(messages.told(), QStringList({leaveQuestion, leaveQuestion, savedText("plant.json")}));
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
 void tst_ProjectClosing::slotCloseProjectWithoutProjectsOnlyLogs()
 {
-    MessageBoxes boxes;
+    Messages messages;
     QTest::ignoreMessage(QtDebugMsg, "No projects found. Aborting close project operation.");
     m_window->slotCloseProject();
-    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(messages.told(), QStringList());
 }
 
 void tst_ProjectClosing::leavingWithoutProjectsAsksAndStoresNothing()
 {
-    MessageBoxes boxes;
+    Messages messages;
     QTest::ignoreMessage(QtDebugMsg, "No projects found. Closing without prompt.");
     QVERIFY(m_window->close());
     Window::settle();
-    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(messages.told(), QStringList());
     QVERIFY(!QFile::exists("Settings.ini"));
     QVERIFY(m_window->dockManager());
 }
@@ -204,22 +203,22 @@ void tst_ProjectClosing::leavingAsksAndSaves()
 {
     m_window->addProject("plant", m_folder->path());
     m_window->addProject("mill", m_folder->path());
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::Yes);
-    boxes.expect();
-    boxes.expect();
+    Messages messages;
+    messages.expect(QMessageBox::Yes);
+    messages.expect();
+    messages.expect();
     QVERIFY(m_window->close());
-    QCOMPARE(boxes.told(), QStringList({leaveQuestion, savedText("plant.json"), savedText("mill.json")}));
+    QCOMPARE(messages.told(), QStringList({leaveQuestion, savedText("plant.json"), savedText("mill.json")}));
     QVERIFY(QFile::exists("Settings.ini"));
 }
 
 void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
 {
     m_window->click(m_window->addProject("plant", m_folder->path()));
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::No);
+    Messages messages;
+    messages.expect(QMessageBox::No);
     QVERIFY(m_window->close());
-    QCOMPARE(boxes.told(), QStringList(leaveQuestion));
+    QCOMPARE(messages.told(), QStringList(leaveQuestion));
     QVERIFY(QDir(m_folder->path()).isEmpty());
     const QSettings settings("Settings.ini", QSettings::IniFormat);
     QCOMPARE(settings.allKeys(),
@@ -232,7 +231,7 @@ void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
     m_window->slotDeleteProject();
     m_window->closeTabByName("meter");
     m_window->prjectTreeView_MenuPopup(QPoint(5, 5));
-    QCOMPARE(boxes.told().size(), 1);
+    QCOMPARE(messages.told().size(), 1);
 }
 
 void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
@@ -251,8 +250,8 @@ void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
     }
     QTRY_VERIFY(box.hasPendingConnections());
     const QTcpSocket *session = box.nextPendingConnection();
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::No);
+    Messages messages;
+    messages.expect(QMessageBox::No);
     QVERIFY(m_window->close());
     Window::settle();
     for (const QPointer<QDialog> &form : forms) {
@@ -265,8 +264,8 @@ void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
 void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
 {
     m_window->click(m_window->addProject("plant"));
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::Cancel);
+    Messages messages;
+    messages.expect(QMessageBox::Cancel);
     QVERIFY(!m_window->close());
     Window::settle();
     QVERIFY(m_window->isVisible());
@@ -278,16 +277,16 @@ void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
 void tst_ProjectClosing::leavingTwiceAsksTwiceAndKeepsTheFirstLayout()
 {
     m_window->addProject("plant", m_folder->path());
-    MessageBoxes boxes;
-    boxes.expect(QMessageBox::No);
-    boxes.expect(QMessageBox::No);
+    Messages messages;
+    messages.expect(QMessageBox::No);
+    messages.expect(QMessageBox::No);
     QVERIFY(m_window->close());
     Window::settle();
     const QByteArray layout = layoutFile();
     QVERIFY(!layout.isEmpty());
     m_window->show();
     QVERIFY(m_window->close());
-    QCOMPARE(boxes.told(), QStringList({leaveQuestion, leaveQuestion}));
+    QCOMPARE(messages.told(), QStringList({leaveQuestion, leaveQuestion}));
     QCOMPARE(layoutFile(), layout);
 }
 

@@ -1,11 +1,12 @@
 #include "document/projectwriter.h"
+#include "files.h"
+#include "language.h"
 #include "mainwindow/projectfiles.h"
+#include "messages.h"
+#include "modaldialogs.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
-#include "support/files.h"
-#include "support/language.h"
-#include "support/messageboxes.h"
-#include "support/projectdump.h"
+#include "projectdump.h"
 
 #include <QCursor>
 #include <QDir>
@@ -56,7 +57,7 @@ private:
     QScopedPointer<QTemporaryDir> m_dir;
     QScopedPointer<QStandardItemModel> m_model;
     QScopedPointer<QTreeView> m_view;
-    QScopedPointer<MessageBoxes> m_boxes;
+    QScopedPointer<Messages> m_messages;
     ProjectFiles *m_files = nullptr; // The view's.
 };
 
@@ -71,16 +72,15 @@ void TestProjectFiles::init()
     m_model.reset(new QStandardItemModel);
     m_view.reset(new QTreeView);
     m_view->setModel(m_model.data());
-    m_boxes.reset(new MessageBoxes);
+    m_messages.reset(new Messages);
     m_files = new ProjectFiles(m_view.data(), m_model.data(), m_view.data());
 }
 
 void TestProjectFiles::cleanup()
 {
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
+    QCOMPARE(m_messages->pending(), 0);
     QVERIFY(!QGuiApplication::overrideCursor());
-    m_boxes.reset();
+    m_messages.reset();
     m_view.reset();
     m_model.reset();
     m_dir.reset();
@@ -97,9 +97,9 @@ QStandardItem *TestProjectFiles::addProject(const QString &name, const QString &
 void TestProjectFiles::savingTellsThePath()
 {
     QStandardItem *project = addProject("P", m_dir->path());
-    m_boxes->expect();
+    m_messages->expect();
     m_files->saveProject(project);
-    QCOMPARE(m_boxes->told(), QStringList({saved(path("P.json"))}));
+    QCOMPARE(m_messages->told(), QStringList({saved(path("P.json"))}));
     QCOMPARE(contents(path("P.json")), projectDocument(project));
 }
 
@@ -107,14 +107,14 @@ void TestProjectFiles::saveThatFailsShowsNothing()
 {
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Could not open file for writing: \".+\"$"));
     m_files->saveProject(addProject("P", path("missing")));
-    QCOMPARE(m_boxes->told(), QStringList());
+    QCOMPARE(m_messages->told(), QStringList());
 }
 
 void TestProjectFiles::anyItemIsSavedAsAProject()
 {
     QStandardItem *folder = addProject("P", m_dir->path())->child(0);
     folder->setData(m_dir->path(), projectPathRole);
-    m_boxes->expect();
+    m_messages->expect();
     m_files->saveProject(folder);
     QCOMPARE(contents(path("Standard.json")),
              QByteArray("{\n    \"description\": \"\",\n    \"name\": \"Standard\"\n}\n"));
@@ -132,10 +132,10 @@ void TestProjectFiles::allProjectsAreSavedInRowOrder()
 {
     for (const char *name : {"C", "A", "B"}) {
         addProject(QString::fromUtf8(name), m_dir->path());
-        m_boxes->expect();
+        m_messages->expect();
     }
     m_files->saveAll();
-    QCOMPARE(m_boxes->told(),
+    QCOMPARE(m_messages->told(),
              QStringList({saved(path("C.json")), saved(path("A.json")), saved(path("B.json"))}));
     for (int row = 0; row < 3; ++row) {
         const QStandardItem *project = m_model->item(row);
@@ -148,19 +148,19 @@ void TestProjectFiles::failureStopsNoneOfTheRest()
     addProject("A", m_dir->path());
     addProject("B", path("missing"));
     addProject("C", m_dir->path());
-    m_boxes->expect();
-    m_boxes->expect();
+    m_messages->expect();
+    m_messages->expect();
     m_files->saveAll();
-    QCOMPARE(m_boxes->told(), QStringList({saved(path("A.json")), saved(path("C.json"))}));
+    QCOMPARE(m_messages->told(), QStringList({saved(path("A.json")), saved(path("C.json"))}));
 }
 
 void TestProjectFiles::noProjectsSaveSilently()
 {
     m_files->saveAll();
-    QCOMPARE(m_boxes->told(), QStringList());
+    QCOMPARE(m_messages->told(), QStringList());
     m_model->setRowCount(2); // Rows without an item are passed over.
     m_files->saveAll();
-    QCOMPARE(m_boxes->told(), QStringList());
+    QCOMPARE(m_messages->told(), QStringList());
 }
 
 void TestProjectFiles::noModelIsALogLine()
@@ -173,9 +173,9 @@ void TestProjectFiles::noModelIsALogLine()
 void TestProjectFiles::loadingBuildsExpandsAndTells()
 {
     const QString sample = QString(TEST_DATA_DIR "/riverside-substation.json");
-    m_boxes->expect();
+    m_messages->expect();
     m_files->loadFile(sample);
-    QCOMPARE(m_boxes->told(), QStringList({"Load Successful|JSON data loaded from file:\n" + sample}));
+    QCOMPARE(m_messages->told(), QStringList({"Load Successful|JSON data loaded from file:\n" + sample}));
     QCOMPARE(m_model->rowCount(), 1);
     const QStandardItem *project = m_model->item(0);
     QCOMPARE(project->text(), "Riverside substation");
@@ -190,22 +190,22 @@ void TestProjectFiles::loadingBuildsExpandsAndTells()
 void TestProjectFiles::loadingMergesIntoTheOpenProject()
 {
     QStandardItem *project = addProject("P", "/elsewhere");
-    m_boxes->expect();
+    m_messages->expect();
     m_files->loadFile(QString(TEST_DATA_DIR "/one-slave.json"));
     QCOMPARE(m_model->rowCount(), 1);
     QCOMPARE(ProjectDump::shape(project), "P(Standard(M()) Service(IEC61850()) Box(B()) Data())");
     QCOMPARE(project->data(projectPathRole).toString(), "/elsewhere");
-    QCOMPARE(m_boxes->told().size(), 1); // Nothing but the success is told, and nothing asked.
+    QCOMPARE(m_messages->told().size(), 1); // Nothing but the success is told, and nothing asked.
 }
 
 void TestProjectFiles::projectIsNamedByTheDocumentAlone()
 {
     QVERIFY(QFile::copy(QString(TEST_DATA_DIR "/empty.json"), path("other.json")));
-    m_boxes->expect();
+    m_messages->expect();
     m_files->loadFile(path("other.json"));
-    m_boxes->expect();
+    m_messages->expect();
     m_files->saveProject(m_model->item(0));
-    QCOMPARE(m_boxes->told().last(), saved(path("Empty.json")));
+    QCOMPARE(m_messages->told().last(), saved(path("Empty.json")));
     QCOMPARE(contents(path("Empty.json")), contents(path("other.json")));
 }
 
@@ -234,7 +234,7 @@ void TestProjectFiles::loadThatFailsShowsNothing()
     const QStringList before = ProjectDump::tree(m_model->item(0));
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression(logged));
     m_files->loadFile(file.isEmpty() ? file : m_dir->filePath(file));
-    QCOMPARE(m_boxes->told(), QStringList());
+    QCOMPARE(m_messages->told(), QStringList());
     QCOMPARE(m_model->rowCount(), 1);
     QCOMPARE(ProjectDump::tree(m_model->item(0)), before);
 }
@@ -242,10 +242,10 @@ void TestProjectFiles::loadThatFailsShowsNothing()
 void TestProjectFiles::emptyObjectLoads()
 {
     put(path("x.json"), "{}");
-    m_boxes->expect();
+    m_messages->expect();
     m_files->loadFile(path("x.json"));
     QCOMPARE(ProjectDump::shape(m_model->item(0)), "(Standard() Service() Box() Data())");
-    QCOMPARE(m_boxes->told().size(), 1);
+    QCOMPARE(m_messages->told().size(), 1);
 }
 
 void TestProjectFiles::viewMayBeGone()
@@ -253,7 +253,7 @@ void TestProjectFiles::viewMayBeGone()
     auto *view = new QTreeView;
     ProjectFiles files(m_view.data(), m_model.data(), view);
     delete view;
-    m_boxes->expect();
+    m_messages->expect();
     files.loadFile(QString(TEST_DATA_DIR "/empty.json"));
     QCOMPARE(m_model->rowCount(), 1);
 }
@@ -266,11 +266,12 @@ void TestProjectFiles::textsAreThoseOfTheMainWindow()
                             {"Load Successful", "LOADED"},
                             {"JSON data loaded from file:\n%1", "from %1"}});
     QStandardItem *project = addProject("P", m_dir->path());
-    m_boxes->expect();
+    m_messages->expect();
     m_files->saveProject(project);
-    m_boxes->expect();
+    m_messages->expect();
     m_files->loadFile(path("P.json"));
-    QCOMPARE(m_boxes->told(), QStringList({"SAVED|to " + path("P.json"), "LOADED|from " + path("P.json")}));
+    QCOMPARE(m_messages->told(),
+             QStringList({"SAVED|to " + path("P.json"), "LOADED|from " + path("P.json")}));
 }
 
 // Whether the wait cursor was shown at each debug line of the work.
@@ -308,7 +309,7 @@ void TestProjectFiles::cursorWaitsDuringTheWork()
     put(path("good.json"), "{\"name\": \"P\"}");
     put(path("bad.json"), "{");
     if (told) {
-        m_boxes->expect();
+        m_messages->expect();
     }
     waiting.clear();
     const QtMessageHandler before = qInstallMessageHandler(noteCursor);
@@ -320,7 +321,7 @@ void TestProjectFiles::cursorWaitsDuringTheWork()
     qInstallMessageHandler(before);
     QTEST(waiting, "shown");
     QVERIFY(!QGuiApplication::overrideCursor());
-    QCOMPARE(m_boxes->told().size(), told ? 1 : 0);
+    QCOMPARE(m_messages->told().size(), told ? 1 : 0);
 }
 
 void TestProjectFiles::busyCursorIsGoneWhenTheBoxStands()
@@ -334,32 +335,21 @@ void TestProjectFiles::busyCursorIsGoneWhenTheBoxStands()
             box->accept();
         }
     });
-    m_boxes.reset(); // Here the boxes are answered by the timer.
+    const UnwatchedModals answeredByTheTimer;
     timer.start(0);
     m_files->saveProject(addProject("P", m_dir->path()));
     m_files->loadFile(path("P.json"));
     QCOMPARE(boxes, 2);
-    m_boxes.reset(new MessageBoxes);
-}
-
-// Calls act with the file dialog once it stands.
-template <typename Act> static void withFileDialog(QTimer *timer, Act act)
-{
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
-        if (auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
-            timer->stop();
-            act(dialog);
-        }
-    });
-    timer->start(0);
 }
 
 void TestProjectFiles::dialogAsksForAFile()
 {
     put(path("x.json"), "{\"name\": \"P\"}");
     QStringList seen;
-    QTimer timer;
-    withFileDialog(&timer, [this, &seen](QFileDialog *dialog) {
+    ModalDialogs dialogs;
+    dialogs.expect([this, &seen](QWidget *widget) {
+        auto *dialog = qobject_cast<QFileDialog *>(widget);
+        QVERIFY(dialog);
         seen =
             QStringList({dialog->windowTitle(), dialog->directory().absolutePath()}) + dialog->nameFilters();
         QCOMPARE(dialog->parentWidget(), m_view.data());
@@ -367,18 +357,18 @@ void TestProjectFiles::dialogAsksForAFile()
         dialog->selectFile(path("x.json"));
         QMetaObject::invokeMethod(dialog, "accept");
     });
-    m_boxes->expect();
+    m_messages->expect();
     m_files->load();
     QCOMPARE(seen, QStringList({"Open JSON File", QDir::homePath(), "JSON Files (*.json)"}));
-    QCOMPARE(m_boxes->told(),
+    QCOMPARE(m_messages->told(),
              QStringList({"Load Successful|JSON data loaded from file:\n" + path("x.json")}));
     QCOMPARE(m_model->item(0)->text(), "P");
 }
 
 void TestProjectFiles::cancelledDialogIsALogLine()
 {
-    QTimer timer;
-    withFileDialog(&timer, [](QFileDialog *dialog) { dialog->reject(); });
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) { dialog->close(); });
     QTest::ignoreMessage(QtDebugMsg, "File path is empty.");
     m_files->load();
     QCOMPARE(m_model->rowCount(), 0);

@@ -3,8 +3,8 @@
 #include "boxes/boxeditdialog.h"
 #include "document/projectreader.h"
 #include "mainwindow/editortabs.h"
-#include "support/messageboxes.h"
-#include "support/projectdump.h"
+#include "messages.h"
+#include "projectdump.h"
 #include "windowundertest.h"
 
 #include <QJsonDocument>
@@ -121,10 +121,10 @@ void tst_ResourceTabs::saveInAReboundTabReportsTheBoxsOwnName()
     m_window->click(a);
     m_window->click(b);
     Window::input<QLineEdit>(boxForm(), "ip")->setText("127.0.13.6");
-    MessageBoxes boxes;
-    boxes.expect();
+    Messages messages;
+    messages.expect();
     boxForm()->saveButton()->click();
-    QCOMPARE(boxes.told(),
+    QCOMPARE(messages.told(),
              QStringList("Duplicate name|The name\"b\"already exists, please change "
                          "the name."));
     QVERIFY(boxForm());
@@ -137,7 +137,7 @@ void tst_ResourceTabs::saveInAReboundTabReportsTheBoxsOwnName()
     QCOMPARE(b->text(), "c");
     QCOMPARE(b->data(boxIpRole).toString(), "127.0.13.6");
     QCOMPARE(m_window->tab(editBox), nullptr);
-    QCOMPARE(boxes.told().size(), 1);
+    QCOMPARE(messages.told().size(), 1);
 }
 
 void tst_ResourceTabs::saveRenamesTheBoxAndClosesItsTab()

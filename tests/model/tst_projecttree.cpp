@@ -1,6 +1,6 @@
 #include "model/itemroles.h"
 #include "model/projecttree.h"
-#include "support/projectdump.h"
+#include "projectdump.h"
 
 #include <QFile>
 #include <QStandardItemModel>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "messages.h"
 #include "parametertable/parameterform.h"
 #include "parametertable/parametertable.h"
-#include "support/messageboxes.h"
-#include "support/workspacefake.h"
+#include "workspacefake.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -56,16 +56,15 @@ protected:
     void setUp()
     {
         m_workspace = new WorkspaceFake;
-        m_boxes = new MessageBoxes(this);
+        m_messages = new Messages;
         make(ParameterVariant::plc());
     }
     void tearDown()
     {
-        QCOMPARE(m_boxes->unexpected(), QStringList());
-        QCOMPARE(m_boxes->pending(), 0);
+        QCOMPARE(m_messages->pending(), 0);
         delete m_form;
         m_form = nullptr;
-        delete m_boxes;
+        delete m_messages;
         delete m_workspace;
     }
 
@@ -93,5 +92,5 @@ protected:
     ParameterTable *m_table = nullptr;
     ParameterTable *m_latest = nullptr;
     WorkspaceFake *m_workspace = nullptr;
-    MessageBoxes *m_boxes = nullptr;
+    Messages *m_messages = nullptr;
 };

@@ -96,11 +96,11 @@ void TestParameterChecks::lengthRuleHasNoUpperBound()
     QFETCH(bool, kept);
     m_form->addParameter();
     if (!kept) {
-        m_boxes->expect();
+        m_messages->expect();
     }
     type(0, Length, typed);
     QCOMPARE(editor(0, Length)->text(), kept ? typed : "1");
-    QCOMPARE(m_boxes->told(), kept ? QStringList() : QStringList{lengthBox});
+    QCOMPARE(m_messages->told(), kept ? QStringList() : QStringList{lengthBox});
 }
 
 void TestParameterChecks::methodDecidesTheAmplitude()
@@ -140,11 +140,11 @@ void TestParameterChecks::amplitudeOfAnAddedRow()
     m_form->addParameter();
     editor(0, Amplitude)->setText("0");
     if (!kept) {
-        m_boxes->expect();
+        m_messages->expect();
     }
     type(0, Amplitude, typed);
     QCOMPARE(editor(0, Amplitude)->text(), kept ? typed : QString());
-    QCOMPARE(m_boxes->told(), kept ? QStringList() : QStringList{numberBox});
+    QCOMPARE(m_messages->told(), kept ? QStringList() : QStringList{numberBox});
     QCOMPARE(
         m_workspace->messages,
         kept ? QStringList()
@@ -172,11 +172,11 @@ void TestParameterChecks::amplitudeOfALoadedRow()
     QFETCH(bool, kept);
     m_form->loadParameters({plcRow("1", "a", "Change amplitude", "3")});
     if (!kept) {
-        m_boxes->expect();
+        m_messages->expect();
     }
     type(0, Amplitude, typed);
     QCOMPARE(editor(0, Amplitude)->text(), kept ? typed : QString());
-    QCOMPARE(m_boxes->told(), kept ? QStringList() : QStringList{numberBox});
+    QCOMPARE(m_messages->told(), kept ? QStringList() : QStringList{numberBox});
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
@@ -414,7 +414,7 @@ void TestParameterChecks::withoutAWindowNothingIsTold()
     type(0, Amplitude, "abc");
     QCOMPARE(editor(0, Address)->text(), QString());
     QCOMPARE(editor(0, Amplitude)->text(), QString());
-    QCOMPARE(m_boxes->told(), QStringList());
+    QCOMPARE(m_messages->told(), QStringList());
 }
 
 void TestParameterChecks::itemsOfLengthAndAmplitude()
@@ -422,9 +422,9 @@ void TestParameterChecks::itemsOfLengthAndAmplitude()
     m_table->setRowCount(1);
     m_table->setItem(0, Length, new QTableWidgetItem("5"));
     QCOMPARE(m_table->item(0, Length)->data(Qt::UserRole).toString(), "5");
-    m_boxes->expect();
+    m_messages->expect();
     edit(0, Length, "0");
-    QCOMPARE(m_boxes->told(), QStringList{"Warning|Length must be a positive integer."});
+    QCOMPARE(m_messages->told(), QStringList{"Warning|Length must be a positive integer."});
     QCOMPARE(m_table->item(0, Length)->text(), "5");
     m_table->setItem(0, Amplitude, new QTableWidgetItem("1"));
     edit(0, Amplitude, "abc");
@@ -473,14 +473,14 @@ void TestParameterChecks::oneWarningStandsAtATime()
     editor(1, column)->setText(bad);
     // The message box takes the focus, and so ends the editing of the other cell.
     QTimer::singleShot(0, m_form, [this, column] { emit editor(1, column)->editingFinished(); });
-    m_boxes->expect();
+    m_messages->expect();
     emit editor(0, column)->editingFinished();
-    QCOMPARE(m_boxes->told(), QStringList{told});
+    QCOMPARE(m_messages->told(), QStringList{told});
     QCOMPARE(editor(0, column)->text(), after);
     QCOMPARE(editor(1, column)->text(), bad);
-    m_boxes->expect();
+    m_messages->expect();
     emit editor(1, column)->editingFinished();
-    QCOMPARE(m_boxes->told(), (QStringList{told, told}));
+    QCOMPARE(m_messages->told(), (QStringList{told, told}));
 }
 
 QTEST_MAIN(TestParameterChecks)

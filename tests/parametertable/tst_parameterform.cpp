@@ -1,5 +1,5 @@
+#include "logtail.h"
 #include "parameterformtest.h"
-#include "support/logtail.h"
 
 #include <QApplication>
 
@@ -72,7 +72,7 @@ void TestParameterForm::nothingIsToldByAFormThatGoes()
     QCOMPARE(m_workspace->messages.size(), 1);
     delete m_form;
     m_form = nullptr;
-    QCOMPARE(m_boxes->told(), QStringList());
+    QCOMPARE(m_messages->told(), QStringList());
     QCOMPARE(m_workspace->messages.size(), 1);
 }
 

@@ -1,6 +1,6 @@
 #include "parameterformtest.h"
 
-#include "support/barwatch.h"
+#include "barwatch.h"
 #include "widgets/progress.h"
 
 #include <QAccessible>

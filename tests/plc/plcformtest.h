@@ -2,8 +2,8 @@
 
 #include "model/itemroles.h"
 #include "plc/plceditdialog.h"
-#include "support/projectdump.h"
-#include "support/workspacefake.h"
+#include "projectdump.h"
+#include "workspacefake.h"
 
 #include <QCheckBox>
 #include <QComboBox>

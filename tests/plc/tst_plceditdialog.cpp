@@ -1,6 +1,6 @@
+#include "logtail.h"
+#include "messages.h"
 #include "plcformtest.h"
-#include "support/logtail.h"
-#include "support/messageboxes.h"
 
 #include <QSignalSpy>
 #include <QStandardItemModel>

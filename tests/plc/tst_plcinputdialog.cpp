@@ -1,8 +1,8 @@
 #include "plc/plcinputdialog.h"
 
-#include "support/inputdialogs.h"
-#include "support/logtail.h"
-#include "support/projectdump.h"
+#include "inputdialogs.h"
+#include "logtail.h"
+#include "projectdump.h"
 
 #include <QComboBox>
 #include <QLineEdit>

@@ -1,8 +1,8 @@
 #include "projects/editprojectdialog.h"
 
-#include "support/inputdialogs.h"
-#include "support/logtail.h"
-#include "support/messageboxes.h"
+#include "inputdialogs.h"
+#include "logtail.h"
+#include "messages.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -99,11 +99,10 @@ void tst_EditProjectDialog::refusesAnEmptyName()
     const QSignalSpy modified(&form, &EditProjectDialog::projectModified);
     const LogTail log("EditProjectDialog");
     form.setName(QString());
-    MessageBoxes boxes;
-    boxes.expect();
+    Messages messages;
+    messages.expect();
     form.saveChanges();
-    QCOMPARE(boxes.told(), QStringList("Warning|Name cannot be empty."));
-    QCOMPARE(boxes.unexpected(), QStringList());
+    QCOMPARE(messages.told(), QStringList("Warning|Name cannot be empty."));
     QCOMPARE(modified.count(), 0);
     QCOMPARE(log.events(), QStringList());
 }

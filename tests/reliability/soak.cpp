@@ -1,10 +1,10 @@
+#include "../mainwindow/windowundertest.h"
 #include "boxes/boxeditdialog.h"
 #include "boxsim/boxsim.h"
 #include "document/projectfile.h"
 #include "document/projectreader.h"
-#include "mainwindow/windowundertest.h"
+#include "messages.h"
 #include "processmemory.h"
-#include "support/messageboxes.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -100,9 +100,9 @@ private:
         m_window.click(m_gate);
         await([this] { return m_first->sessionCount() == 1; }, "no session");
         auto *form = qobject_cast<BoxEditDialog *>(m_window.form("Edit Box"));
-        m_boxes.expect();
+        m_messages.expect();
         form->readLanAllocation();
-        await([this] { return m_boxes.pending() == 0; }, "no answer");
+        await([this] { return m_messages.pending() == 0; }, "no answer");
         m_window.select(m_gate);
         m_first->stopProject();
         Window::press(form, "updateProjectButton");
@@ -121,21 +121,20 @@ private:
 
     void closeProject()
     {
-        m_boxes.expect(); // where it was saved
+        m_messages.expect(); // where it was saved
         m_window.saveJsonFile(m_project);
         m_window.select(m_project);
-        m_boxes.expect(QMessageBox::No);
+        m_messages.expect(QMessageBox::No);
         m_window.slotDeleteProject();
         Window::settle();
         require(m_window.projectModel()->rowCount() == 0, "the project did not close");
-        require(m_boxes.unexpected().isEmpty(), "a box that nobody expected");
     }
 
     BoxSim *m_first;
     BoxSim *m_second;
     QTemporaryDir m_folder;
     Window m_window;
-    MessageBoxes m_boxes;
+    Messages m_messages;
     QStandardItem *m_project = nullptr;
     QStandardItem *m_gate = nullptr;
     QStandardItem *m_other = nullptr;

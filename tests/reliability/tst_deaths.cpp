@@ -1,7 +1,8 @@
+#include "../mainwindow/windowundertest.h"
 #include "boxes/boxeditdialog.h"
 #include "boxsim/boxsim.h"
 #include "boxsim/wire.h"
-#include "mainwindow/windowundertest.h"
+#include "modalwatch.h"
 #include "rehearsals.h"
 
 #include <QApplication>
@@ -59,6 +60,7 @@ public:
 private:
     static QMessageBox *standing() { return qobject_cast<QMessageBox *>(QApplication::activeModalWidget()); }
 
+    UnwatchedModals m_unwatched;
     std::function<void()> m_act;
     QTimer m_watch;
     QTimer m_close;

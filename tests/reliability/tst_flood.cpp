@@ -1,8 +1,8 @@
+#include "../mainwindow/windowundertest.h"
 #include "boxsim/wire.h"
-#include "mainwindow/windowundertest.h"
 #include "processmemory.h"
+#include "rawbox.h"
 #include "rehearsals.h"
-#include "support/rawbox.h"
 
 #include <QElapsedTimer>
 #include <QJsonDocument>

@@ -1,9 +1,9 @@
 #include "document/projectfile.h"
 #include "document/projectwriter.h"
+#include "files.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "rehearsals.h"
-#include "support/files.h"
 
 #include <QProcess>
 #include <QRandomGenerator>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "messages.h"
 #include "pointformtest.h"
 #include "servers/servermodbustcpeditdialog.h"
-#include "support/messageboxes.h"
-#include "support/workspacefake.h"
+#include "workspacefake.h"
 
 #include <QTabWidget>
 
@@ -67,18 +67,17 @@ protected:
         m_item->setData("ModbusTCP(Slave)", serverProtocolRole);
         m_item->setData("502", serverPortRole);
         m_workspace = new WorkspaceFake;
-        m_boxes = new MessageBoxes(this);
+        m_messages = new Messages;
         m_form = new ServerModbusTCPEditDialog(m_item, m_workspace);
         m_form->resize(800, 700);
         m_form->show();
     }
     void close()
     {
-        QCOMPARE(m_boxes->unexpected(), QStringList());
-        QCOMPARE(m_boxes->pending(), 0);
+        QCOMPARE(m_messages->pending(), 0);
         delete m_form;
         m_form = nullptr;
-        delete m_boxes;
+        delete m_messages;
         delete m_workspace;
         delete m_item;
     }
@@ -97,7 +96,7 @@ protected:
     QStandardItem *m_item = nullptr;
     ServerModbusTCPEditDialog *m_form = nullptr;
     WorkspaceFake *m_workspace = nullptr;
-    MessageBoxes *m_boxes = nullptr;
+    Messages *m_messages = nullptr;
 };
 
 } // namespace ModbusFormTest

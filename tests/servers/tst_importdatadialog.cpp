@@ -1,7 +1,7 @@
+#include "logtail.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "servers/importdatadialog.h"
-#include "support/logtail.h"
 
 #include <QHeaderView>
 #include <QIcon>

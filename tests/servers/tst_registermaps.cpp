@@ -83,10 +83,10 @@ void TestRegisterMaps::deletingMayEndBelowZero()
 void TestRegisterMaps::deletingChecksEachStep()
 {
     load({row("a", "t", "10", "2"), row("b", "t", "5", "1"), row("c", "t", "3", "1")});
-    m_boxes->expect();
+    m_messages->expect();
     view("holdingRegisters")->selectRow(0);
     m_form->deleteSelectedItem();
-    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
+    QCOMPARE(m_messages->told(), QStringList(conflictBox));
     QCOMPARE(addresses(holding()), texts({"", "1"}));
 }
 
@@ -141,9 +141,9 @@ void TestRegisterMaps::conflictNeedsAnotherRow()
 void TestRegisterMaps::typedConflictIsToldOnceAndEmptied()
 {
     load({row("a", "t", "7", "2"), row("b", "t", "9", "2")});
-    m_boxes->expect();
+    m_messages->expect();
     typeAddress(view("holdingRegisters"), 1, "8");
-    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
+    QCOMPARE(m_messages->told(), QStringList(conflictBox));
     QCOMPARE(addresses(holding()), texts({"7", ""}));
     typeAddress(view("holdingRegisters"), 1, "20");
     QCOMPARE(addresses(holding()), texts({"7", "20"}));
@@ -154,9 +154,9 @@ void TestRegisterMaps::conflictAmongInputRegistersIsTold()
     showInput();
     m_form->handleImportedData({point("a"), point("b")}, source);
     setAddress(input(), 0, "5");
-    m_boxes->expect();
+    m_messages->expect();
     setAddress(input(), 1, "5");
-    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
+    QCOMPARE(m_messages->told(), QStringList(conflictBox));
     QCOMPARE(addresses(input()), texts({"5", ""}));
 }
 
@@ -164,23 +164,23 @@ void TestRegisterMaps::conflictAmongInputRegistersIsTold()
 void TestRegisterMaps::conflictAtZeroIsNotToldAgain()
 {
     load(rowsOfLengths({4, 2}));
-    m_boxes->expect();
+    m_messages->expect();
     setAddress(holding(), 1, "1");
     QCOMPARE(addresses(holding()), texts({"0", ""}));
     setAddress(holding(), 1, "2");
     QCOMPARE(addresses(holding()), texts({"0", ""}));
-    QCOMPARE(m_boxes->told(), QStringList(conflictBox));
+    QCOMPARE(m_messages->told(), QStringList(conflictBox));
 }
 
 void TestRegisterMaps::resolvedConflictIsToldAnew()
 {
     load(rowsOfLengths({4, 2}));
     for (int time = 0; time < 2; ++time) {
-        m_boxes->expect();
+        m_messages->expect();
         setAddress(holding(), 1, "1");
         setAddress(holding(), 1, "4");
     }
-    QCOMPARE(m_boxes->told(), (QStringList{conflictBox, conflictBox}));
+    QCOMPARE(m_messages->told(), (QStringList{conflictBox, conflictBox}));
     QCOMPARE(addresses(holding()), texts({"0", "4"}));
 }
 

@@ -1,8 +1,8 @@
 #include "serverformtest.h"
 
-#include "support/logtail.h"
-#include "support/projectdump.h"
-#include "support/workspacefake.h"
+#include "logtail.h"
+#include "projectdump.h"
+#include "workspacefake.h"
 
 #include <QScrollArea>
 

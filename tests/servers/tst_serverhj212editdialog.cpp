@@ -1,6 +1,6 @@
 #include "pointformtest.h"
 #include "servers/serverhj212editdialog.h"
-#include "support/workspacefake.h"
+#include "workspacefake.h"
 
 #include <QRegExpValidator>
 #include <QRegularExpressionValidator>

@@ -1,10 +1,10 @@
 #include "servers/serverinputdialog.h"
 
+#include "inputdialogs.h"
+#include "logtail.h"
+#include "messages.h"
+#include "projectdump.h"
 #include "serverformtest.h"
-#include "support/inputdialogs.h"
-#include "support/logtail.h"
-#include "support/messageboxes.h"
-#include "support/projectdump.h"
 
 using namespace ServerFormTest;
 
@@ -199,12 +199,11 @@ void TestServerInputDialog::secondSlaveIsRefused()
     Dialog dialog;
     dialog.setExistingProtocols({"MQTT", "ModbusTCP(Slave)"});
     dialog.choose("OpcUaServer");
-    MessageBoxes boxes;
-    boxes.expect();
+    Messages messages;
+    messages.expect();
     dialog.choose("ModbusTCP(Slave)");
-    QCOMPARE(boxes.told(),
+    QCOMPARE(messages.told(),
              QStringList("Warning|A ModbusTCP(Slave) file already exists. You cannot create another one."));
-    QCOMPARE(boxes.unexpected(), QStringList());
     QCOMPARE(dialog.protocol(), "MQTT");
     QCOMPARE(dialog.in<QComboBox>("protocol")->currentIndex(), 0);
     QCOMPARE(dialog.port(), "1883");
@@ -231,10 +230,10 @@ void TestServerInputDialog::otherProtocolsMayRepeat()
     const QString protocol = QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(' '), 0, 0);
     Dialog dialog;
     dialog.setExistingProtocols(existing);
-    MessageBoxes boxes;
+    Messages messages;
     dialog.choose("SL651");
     dialog.choose(protocol);
-    QCOMPARE(boxes.told(), QStringList());
+    QCOMPARE(messages.told(), QStringList());
     QCOMPARE(dialog.protocol(), protocol);
 }
 

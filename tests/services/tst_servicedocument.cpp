@@ -1,10 +1,10 @@
 #include "document/projectreader.h"
 #include "document/projectwriter.h"
+#include "files.h"
+#include "modaldialogs.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "services/serviceiec61850editdialog.h"
-#include "support/files.h"
-#include "support/modaldialogs.h"
 
 #include <QCheckBox>
 #include <QFile>
@@ -63,7 +63,6 @@ void TestServiceDocument::select(ServiceIEC61850EditDialog &form, const QString 
         QMetaObject::invokeMethod(dialog, "accept");
     });
     form.findChild<QPushButton *>(slot + "Select")->click();
-    QCOMPARE(dialogs.unexpected(), QStringList());
     QCOMPARE(dialogs.pending(), 0);
 }
 

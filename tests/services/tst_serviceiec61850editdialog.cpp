@@ -1,8 +1,8 @@
+#include "files.h"
+#include "messages.h"
 #include "model/itemroles.h"
 #include "services/serviceiec61850editdialog.h"
-#include "support/files.h"
-#include "support/messageboxes.h"
-#include "support/workspacefake.h"
+#include "workspacefake.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -48,7 +48,7 @@ private slots:
 private:
     QStandardItem *m_item = nullptr;
     WorkspaceFake *m_workspace = nullptr;
-    MessageBoxes *m_boxes = nullptr;
+    Messages *m_messages = nullptr;
 };
 
 namespace {
@@ -97,14 +97,13 @@ void TestServiceIEC61850EditDialog::init()
     m_item = new QStandardItem("IEC61850");
     m_item->setData("IEC61850", serviceProtocolRole);
     m_workspace = new WorkspaceFake;
-    m_boxes = new MessageBoxes(this);
+    m_messages = new Messages;
 }
 
 void TestServiceIEC61850EditDialog::cleanup()
 {
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
-    delete m_boxes;
+    QCOMPARE(m_messages->pending(), 0);
+    delete m_messages;
     delete m_workspace;
     delete m_item;
 }
@@ -288,7 +287,7 @@ void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
     Files::put(path, "x");
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     check(form, "enableSSL")->setChecked(true);
-    m_boxes->expect();
+    m_messages->expect();
     // The file goes away between the choice and the reading: a link to nowhere takes its place.
     QTimer::singleShot(0, qApp, [path] {
         auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
@@ -298,7 +297,7 @@ void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
         QMetaObject::invokeMethod(dialog, "accept");
     });
     press(form, "serverCertificateSelect");
-    QCOMPARE(m_boxes->told(), QStringList{"Error|Failed to open file: " + path});
+    QCOMPARE(m_messages->told(), QStringList{"Error|Failed to open file: " + path});
     press(form, "saveButton");
     QCOMPARE(m_item->data(serviceServerCertificatePathRole), QVariant(path));
     QCOMPARE(m_item->data(serviceServerCertificateRole), QVariant(QString()));
@@ -313,10 +312,10 @@ void TestServiceIEC61850EditDialog::writableFieldThatDiffersIsEmptied()
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     edit(form, "rootCertificatePath")->setText("/b.pem");
     edit(form, "serverKeyPath")->setText("/b.key");
-    m_boxes->expect();
-    m_boxes->expect();
+    m_messages->expect();
+    m_messages->expect();
     press(form, "saveButton");
-    QCOMPARE(m_boxes->told(),
+    QCOMPARE(m_messages->told(),
              (QStringList{"Warning|The certificate storage path is inconsistent with the loading "
                           "path.Please select the certificate again.Prevent data loss.",
                           "Warning|The key storage path is inconsistent with the loading path."
@@ -335,7 +334,7 @@ void TestServiceIEC61850EditDialog::lastClientEmptiesTheOneBefore()
     m_item->setData("ten", serviceClientCertificate10Role);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     edit(form, "clientCertificate10Path")->setText("/other.pem");
-    m_boxes->expect();
+    m_messages->expect();
     press(form, "saveButton");
     QCOMPARE(m_item->data(serviceClientCertificatePath9Role), QVariant(QString()));
     QCOMPARE(m_item->data(serviceClientCertificate9Role), QVariant(QString()));

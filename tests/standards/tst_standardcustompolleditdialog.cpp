@@ -1,6 +1,6 @@
 #include "model/itemroles.h"
+#include "standardformtest.h"
 #include "standards/standardcustompolleditdialog.h"
-#include "support/standardformtest.h"
 
 #include <QComboBox>
 #include <QLineEdit>

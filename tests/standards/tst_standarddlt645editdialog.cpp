@@ -1,6 +1,6 @@
 #include "model/itemroles.h"
+#include "standardformtest.h"
 #include "standards/standarddlt645editdialog.h"
-#include "support/standardformtest.h"
 
 #include <QApplication>
 #include <QCheckBox>

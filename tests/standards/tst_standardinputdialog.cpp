@@ -1,7 +1,7 @@
 #include "standards/standardinputdialog.h"
 
-#include "support/inputdialogs.h"
-#include "support/logtail.h"
+#include "inputdialogs.h"
+#include "logtail.h"
 
 #include <QComboBox>
 #include <QLineEdit>

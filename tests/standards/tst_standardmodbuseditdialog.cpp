@@ -1,7 +1,7 @@
+#include "barwatch.h"
 #include "model/itemroles.h"
+#include "standardformtest.h"
 #include "standards/standardmodbuseditdialog.h"
-#include "support/barwatch.h"
-#include "support/standardformtest.h"
 #include "widgets/progress.h"
 
 #include <QCheckBox>
@@ -379,13 +379,13 @@ void TestStandardModbusEditDialog::operationsWithoutATab()
     form.removeAllParameters();
     form.validateName(0, 1);
     form.validateAddrOnChange(0, 0, QString());
-    m_boxes->expect();
+    m_messages->expect();
     form.loadParameters({});
     form.addTab();
     delete form.findChild<QTableWidget *>();
-    m_boxes->expect();
+    m_messages->expect();
     form.loadParameters({});
-    QCOMPARE(m_boxes->told(), (QStringList{"Error|No tab selected.", "Error|Parameter table not found."}));
+    QCOMPARE(m_messages->told(), (QStringList{"Error|No tab selected.", "Error|Parameter table not found."}));
     form.saveChanges();
     QCOMPARE(groupsOf(m_item), GroupMap());
 }

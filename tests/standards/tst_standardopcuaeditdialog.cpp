@@ -1,8 +1,8 @@
 #include "document/projectwriter.h"
+#include "files.h"
 #include "model/itemroles.h"
+#include "standardformtest.h"
 #include "standards/standardopcuaeditdialog.h"
-#include "support/files.h"
-#include "support/standardformtest.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -161,9 +161,9 @@ void TestStandardOPCUAEditDialog::fileThatCannotBeOpenedLeavesItsPath()
                 [path] { QFile::remove(path); });
         choose(path)(dialog);
     });
-    m_boxes->expect();
+    m_messages->expect();
     find<QPushButton>(form, "certificateSelect")->click();
-    QCOMPARE(m_boxes->told(), QStringList{"Error|Failed to open file: " + path});
+    QCOMPARE(m_messages->told(), QStringList{"Error|Failed to open file: " + path});
     form.saveChanges();
     QCOMPARE(m_item->data(standardCertificatePathRole), QVariant(path));
     QCOMPARE(m_item->data(standardCertificateRole), QVariant(QString()));
@@ -186,9 +186,9 @@ void TestStandardOPCUAEditDialog::otherPathEmptiesBothRoles()
     }
     standardOPCUAEditDialog form(m_item, m_workspace);
     find<QLineEdit>(form, name + "Path")->setText("/other");
-    m_boxes->expect();
+    m_messages->expect();
     form.saveChanges();
-    QCOMPARE(m_boxes->told(), QStringList{box});
+    QCOMPARE(m_messages->told(), QStringList{box});
     for (const int role : {standardCertificatePathRole, standardCertificateRole, standardPrivateKeyPathRole,
                            standardPrivateKeyRole}) {
         const bool emptied = role == pathRole || role == contentRole;
@@ -216,10 +216,10 @@ void TestStandardOPCUAEditDialog::formMayDieBelowTheBoxOfItsPath()
     const QPointer<standardOPCUAEditDialog> form = new standardOPCUAEditDialog(m_item, m_workspace);
     find<QLineEdit>(*form, "certificatePath")->setText("/other");
     find<QLineEdit>(*form, "privateKeyPath")->setText("/other");
-    delete m_boxes; // which would answer the box first
+    delete m_messages; // which would answer the box first
     QTimer::singleShot(0, this, [form] { delete form; });
     form->saveChanges();
-    m_boxes = new MessageBoxes(this);
+    m_messages = new Messages;
     QVERIFY(!form);
     QCOMPARE(m_workspace->messages, QStringList());
 }
@@ -231,10 +231,10 @@ void TestStandardOPCUAEditDialog::itemMayLeaveBelowTheBoxOfItsPath()
     standardOPCUAEditDialog form(model.item(0), m_workspace);
     find<QLineEdit>(form, "certificatePath")->setText("/other");
     find<QLineEdit>(form, "privateKeyPath")->setText("/other");
-    m_boxes->expect();
+    m_messages->expect();
     QTimer::singleShot(0, &model, [&model] { model.clear(); });
     form.saveChanges();
-    QCOMPARE(m_boxes->told(), QStringList{certificateBox});
+    QCOMPARE(m_messages->told(), QStringList{certificateBox});
     QCOMPARE(m_workspace->messages, QStringList());
 }
 

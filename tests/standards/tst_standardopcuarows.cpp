@@ -1,7 +1,7 @@
 #include "model/itemroles.h"
 #include "parametertable/parametertable.h"
+#include "standardformtest.h"
 #include "standards/standardopcuaeditdialog.h"
-#include "support/standardformtest.h"
 
 #include <QComboBox>
 #include <QLineEdit>
@@ -144,11 +144,11 @@ void TestStandardOPCUARows::changeAmplitudeIsChecked()
     form.loadParameters(added ? RowList() : RowList{node()});
     form.addParameter();
     if (!kept) {
-        m_boxes->expect();
+        m_messages->expect();
     }
     type(form, 0, Amplitude, text);
     QCOMPARE(editor(form, 0, Amplitude)->text(), kept ? text : QString());
-    QCOMPARE(m_boxes->told(),
+    QCOMPARE(m_messages->told(),
              kept ? QStringList()
                   : QStringList{"Warning|Only positive integers and floating-point numbers are allowed."});
     QCOMPARE(m_workspace->messages,
@@ -227,11 +227,11 @@ void TestStandardOPCUARows::spatialIndexIsAPositiveNumber()
     form.addParameter();
     type(form, 0, SpatialIndex, "7");
     if (!kept) {
-        m_boxes->expect();
+        m_messages->expect();
     }
     type(form, 0, SpatialIndex, text);
     QCOMPARE(cell(form, 0, SpatialIndex)->text(), kept ? text : "7");
-    QCOMPARE(m_boxes->told(), kept ? QStringList() : QStringList{indexBox});
+    QCOMPARE(m_messages->told(), kept ? QStringList() : QStringList{indexBox});
     QCOMPARE(m_workspace->messages, QStringList());
 }
 
@@ -240,10 +240,10 @@ void TestStandardOPCUARows::spatialIndexThatIsNoneGoesBackToOne()
     standardOPCUAEditDialog form(m_item, m_workspace);
     form.loadParameters({node("x")});
     QCOMPARE(cell(form, 0, SpatialIndex)->text(), "x");
-    m_boxes->expect();
+    m_messages->expect();
     QVERIFY(QMetaObject::invokeMethod(&form, "validateLength", Q_ARG(int, 0), Q_ARG(int, SpatialIndex)));
     QCOMPARE(cell(form, 0, SpatialIndex)->text(), "1");
-    QCOMPARE(m_boxes->told(), QStringList{indexBox});
+    QCOMPARE(m_messages->told(), QStringList{indexBox});
 }
 
 void TestStandardOPCUARows::slotsActOnTheirOwnColumnsOnly()

@@ -1,7 +1,7 @@
 #include "model/itemroles.h"
 #include "parameters/parametertext.h"
-#include "standards/tableform.h"
-#include "support/standardformtest.h"
+#include "standardformtest.h"
+#include "tableform.h"
 
 #include <QCheckBox>
 #include <QComboBox>

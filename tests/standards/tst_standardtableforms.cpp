@@ -1,8 +1,8 @@
+#include "logtail.h"
 #include "model/itemroles.h"
 #include "parametertable/parametertable.h"
-#include "standards/tableform.h"
-#include "support/logtail.h"
-#include "support/standardformtest.h"
+#include "standardformtest.h"
+#include "tableform.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "support/boxformtest.h"
+#include "boxformtest.h"
 
 #include "model/itemroles.h"
 
@@ -100,20 +100,19 @@ void BoxFormTest::init()
     for (auto role = roles.begin(); role != roles.end(); ++role) {
         m_item->setData(role.value(), role.key());
     }
-    m_boxes = std::make_unique<MessageBoxes>();
+    m_messages = std::make_unique<Messages>();
     m_dialogs = std::make_unique<ModalDialogs>();
 }
 
 void BoxFormTest::cleanup()
 {
     delete m_form;
-    if (m_boxes) {
-        QCOMPARE(m_boxes->unexpected(), QStringList());
-        QCOMPARE(m_boxes->pending(), 0);
+    if (m_messages) {
+        QCOMPARE(m_messages->pending(), 0);
     }
-    QCOMPARE(m_dialogs->unexpected(), QStringList());
     QCOMPARE(m_dialogs->pending(), 0);
-    m_boxes.reset();
+    m_messages.reset();
+    m_unwatched.reset();
     m_dialogs.reset();
     m_box.reset();
 }
@@ -177,9 +176,10 @@ void BoxFormTest::answer(const QByteArray &bytes) const
     m_box->send(m_box->count() - 1, bytes);
 }
 
-void BoxFormTest::actBelowTheNextBox(std::function<void()> act)
+void BoxFormTest::actBelowTheNextMessage(std::function<void()> act)
 {
-    m_boxes.reset();
+    m_messages.reset();
+    m_unwatched = std::make_unique<UnwatchedModals>();
     auto *timer = new QTimer(m_box.get());
     connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act), acted = false]() mutable {
         QWidget *box = QApplication::activeModalWidget();

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "boxes/boxeditdialog.h"
-#include "support/boxpeer.h"
-#include "support/messageboxes.h"
-#include "support/modaldialogs.h"
-#include "support/workspacefake.h"
+#include "boxpeer.h"
+#include "messages.h"
+#include "modaldialogs.h"
+#include "workspacefake.h"
 
 #include <QJsonObject>
 #include <QMap>
@@ -60,14 +60,15 @@ protected:
     // Sends to the form on the last connection.
     void answer(const QByteArray &bytes) const;
     // Runs the act in the loop of the next message box, which nobody else answers, then leaves the box.
-    void actBelowTheNextBox(std::function<void()> act);
+    void actBelowTheNextMessage(std::function<void()> act);
     // Takes the address in the next host address dialog, whether or not it offers it.
     void chooseHostAddress(const QString &address);
 
     std::unique_ptr<BoxPeer> m_box;
     std::unique_ptr<WorkspaceFake> m_workspace;
     std::unique_ptr<QStandardItem> m_item;
-    std::unique_ptr<MessageBoxes> m_boxes;
+    std::unique_ptr<Messages> m_messages;
+    std::unique_ptr<UnwatchedModals> m_unwatched; // below a message that the test leaves itself
     std::unique_ptr<ModalDialogs> m_dialogs;
     QPointer<BoxEditDialog> m_form;
 

@@ -1,4 +1,4 @@
-#include "support/standardformtest.h"
+#include "standardformtest.h"
 
 #include "model/itemroles.h"
 
@@ -21,18 +21,16 @@ void StandardFormTest::init()
     m_item = new QStandardItem(m_name);
     m_item->setData(m_protocol, standardProtocolRole);
     m_workspace = new WorkspaceFake;
-    m_boxes = new MessageBoxes(this);
-    m_dialogs = new ModalDialogs(this);
+    m_messages = new Messages;
+    m_dialogs = new ModalDialogs;
 }
 
 void StandardFormTest::cleanup()
 {
-    QCOMPARE(m_boxes->unexpected(), QStringList());
-    QCOMPARE(m_boxes->pending(), 0);
-    QCOMPARE(m_dialogs->unexpected(), QStringList());
+    QCOMPARE(m_messages->pending(), 0);
     QCOMPARE(m_dialogs->pending(), 0);
     delete m_dialogs;
-    delete m_boxes;
+    delete m_messages;
     delete m_workspace;
     delete m_item;
 }

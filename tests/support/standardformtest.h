@@ -1,10 +1,10 @@
 #pragma once
 
+#include "logtail.h"
+#include "messages.h"
+#include "modaldialogs.h"
 #include "model/projecttree.h"
-#include "support/logtail.h"
-#include "support/messageboxes.h"
-#include "support/modaldialogs.h"
-#include "support/workspacefake.h"
+#include "workspacefake.h"
 
 #include <QObject>
 #include <QStandardItemModel>
@@ -60,7 +60,7 @@ protected:
 
     QStandardItem *m_item = nullptr;
     WorkspaceFake *m_workspace = nullptr;
-    MessageBoxes *m_boxes = nullptr;
+    Messages *m_messages = nullptr;
     ModalDialogs *m_dialogs = nullptr;
 
 protected slots:

@@ -1,4 +1,4 @@
-#include "tour/contactsheet.h"
+#include "contactsheet.h"
 
 #include <QPainter>
 

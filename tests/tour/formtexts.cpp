@@ -1,4 +1,4 @@
-#include "tour/formtexts.h"
+#include "formtexts.h"
 
 #include <QAbstractButton>
 #include <QAction>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/catalogue.h"
+#include "catalogue.h"
 
 #include <QHash>
 #include <QRegularExpression>

@@ -1,4 +1,4 @@
-#include "tour/gallery.h"
+#include "gallery.h"
 
 #include "boxes/boxeditdialog.h"
 #include "boxes/boxinputdialog.h"

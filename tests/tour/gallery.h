@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/workspacefake.h"
+#include "workspacefake.h"
 
 #include <QList>
 #include <QPair>

@@ -1,6 +1,6 @@
-#include "tour/inspector.h"
+#include "inspector.h"
 
-#include "tour/textspots.h"
+#include "textspots.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>

@@ -1,4 +1,4 @@
-#include "tour/textspots.h"
+#include "textspots.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>

@@ -1,4 +1,4 @@
-#include "tour/traveller.h"
+#include "traveller.h"
 
 #include "boxes/boxeditdialog.h"
 #include "mainwindow/docking.h"
@@ -150,7 +150,7 @@ void Traveller::giveFile(const QString &path)
     });
 }
 
-QStringList Traveller::messages() const
+QStringList Traveller::dockLines() const
 {
     return m_window->messageEditor()->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "mainwindow/cmainwindow.h"
-#include "support/messageboxes.h"
-#include "support/modaldialogs.h"
+#include "messages.h"
+#include "modaldialogs.h"
 
 #include <QObject>
 
@@ -17,7 +17,7 @@ public:
     // Pictures go to the folder that TOUR_DIR names, else to "tour" in the working directory.
     explicit Traveller(CMainWindow *window);
 
-    MessageBoxes &boxes() { return m_boxes; }
+    Messages &messages() { return m_messages; }
     ModalDialogs &dialogs() { return m_dialogs; }
 
     // Saves what the window shows, with the dialog over it if one is given.
@@ -45,13 +45,13 @@ public:
     // Answers the next file dialog with this path.
     void giveFile(const QString &path);
 
-    QStringList messages() const;
+    QStringList dockLines() const;
 
 private:
     QPoint centreOf(const QStandardItem *item) const;
 
     CMainWindow *m_window; // Not owned.
     QString m_folder;
-    MessageBoxes m_boxes;
+    Messages m_messages;
     ModalDialogs m_dialogs;
 };

@@ -1,7 +1,7 @@
-#include "tour/contactsheet.h"
-#include "tour/formtexts.h"
-#include "tour/gallery.h"
-#include "tour/inspector.h"
+#include "contactsheet.h"
+#include "formtexts.h"
+#include "gallery.h"
+#include "inspector.h"
 
 #include <QApplication>
 #include <QDir>

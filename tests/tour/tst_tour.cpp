@@ -1,13 +1,13 @@
-#include "tour/traveller.h"
+#include "traveller.h"
 
 #include "boxes/boxeditdialog.h"
 #include "boxes/boxsearchdialog.h"
 #include "boxlink/discovery.h"
 #include "boxlink/frame.h"
+#include "boxundertest.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
-#include "support/boxundertest.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -85,10 +85,8 @@ void TestTour::initTestCase()
 
 void TestTour::cleanupTestCase()
 {
-    m_user->boxes().expect(QMessageBox::No);
+    m_user->messages().expect(QMessageBox::No);
     m_window->close();
-    QCOMPARE(m_user->boxes().unexpected(), QStringList());
-    QCOMPARE(m_user->dialogs().unexpected(), QStringList());
     delete m_user;
     delete m_window;
 }
@@ -223,10 +221,10 @@ void TestTour::itsSettingsAreRead()
 {
     auto *form = m_user->form<BoxEditDialog>();
     form->findChild<QTabWidget *>()->setCurrentIndex(1);
-    m_user->boxes().expect();
+    m_user->messages().expect();
     m_user->press(form, "lanReadButton");
     auto *ip = form->findChild<QLineEdit *>("lanIp");
-    QTRY_COMPARE(m_user->boxes().pending(), 0);
+    QTRY_COMPARE(m_user->messages().pending(), 0);
     QVERIFY(!ip->text().isEmpty());
     m_user->picture("11-box-settings");
     form->findChild<QTabWidget *>()->setCurrentIndex(0);
@@ -240,10 +238,10 @@ void TestTour::itsSettingsAreWritten()
     QCOMPARE(form->findChild<QLineEdit *>("lanIp")->text(), box->setting("lanIp"));
     form->findChild<QTabWidget *>()->setCurrentIndex(1);
     m_user->type(form, "lanGateway", "192.168.1.254");
-    m_user->boxes().expect();
+    m_user->messages().expect();
     m_user->press(form, "lanWriteButton");
     QTRY_COMPARE(box->setting("lanGateway"), "192.168.1.254");
-    QTRY_COMPARE(m_user->boxes().pending(), 0);
+    QTRY_COMPARE(m_user->messages().pending(), 0);
     form->findChild<QTabWidget *>()->setCurrentIndex(0);
 }
 
@@ -254,7 +252,7 @@ void TestTour::pushProject(const QString &box)
         simulated ? std::make_unique<QSignalSpy>(simulated, &BoxSim::projectAccepted) : nullptr;
     auto *form = m_user->form<BoxEditDialog>();
     m_user->press(form, "updateProjectButton");
-    QCOMPARE(m_user->messages().last(),
+    QCOMPARE(m_user->dockLines().last(),
              QCoreApplication::translate("BoxEditDialog", "Checksum Result:Checksum successful."));
     if (accepted) {
         QCOMPARE(accepted->size(), 1);
@@ -303,9 +301,9 @@ void TestTour::itsValuesComeLive()
 
 void TestTour::theProjectIsSaved()
 {
-    m_user->boxes().expect();
+    m_user->messages().expect();
     m_user->choose(project, shown("Save Project"));
-    QCOMPARE(m_user->boxes().pending(), 0);
+    QCOMPARE(m_user->messages().pending(), 0);
     QVERIFY(QFile::exists("projects/North feeder.json"));
     QVERIFY(!QFile::exists("projects/temp.json"));
 }
@@ -315,7 +313,7 @@ void TestTour::aLargeProjectIsLoadedPushedAndWatched()
     SKIP_WITHOUT_SIMULATOR("a real Box has other meters than the project's");
     QVERIFY(QFile::copy(QString(TEST_DATA_DIR "/riverside-substation.json"), "projects/riverside.json"));
     m_user->giveFile(QDir::current().absoluteFilePath("projects/riverside.json"));
-    m_user->boxes().expect();
+    m_user->messages().expect();
     m_user->trigger("actionLoad_Project");
     const QString riverside = "Riverside substation";
     QVERIFY(m_user->node(riverside));

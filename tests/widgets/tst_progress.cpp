@@ -1,4 +1,4 @@
-#include "support/barwatch.h"
+#include "barwatch.h"
 #include "widgets/progress.h"
 
 #include <QProgressBar>
