@@ -1,4 +1,5 @@
 #include "boxes/boxsearchdialog.h"
+#include "run.h"
 
 #include <QComboBox>
 #include <QFileInfo>
@@ -182,7 +183,7 @@ void TestDiscoveryNetwork::boxOnTheOtherHostIsListed()
         return;
     }
     BoxSearchDialog dialog;
-    selectInterface(dialog, searchAddress);
+    RUN(selectInterface(dialog, searchAddress));
     dialog.findChild<QPushButton *>("searchButton")->click();
     QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
     // The answer to the next broadcast brings no second row.
@@ -199,14 +200,14 @@ void TestDiscoveryNetwork::searchedInterfaceDecides()
         return;
     }
     BoxSearchDialog dialog;
-    selectInterface(dialog, "127.0.0.1");
+    RUN(selectInterface(dialog, "127.0.0.1"));
     const QSignalSpy broadcast(dialog.findChild<QTimer *>("searchTimer"), &QTimer::timeout);
     dialog.searchForBoxes();
     QTRY_VERIFY(!broadcast.isEmpty());
-    awaitTheBox();
+    RUN(awaitTheBox());
     QCOMPARE(rowsOf(dialog), QStringList());
     // Taken up by the next broadcast of the same search.
-    selectInterface(dialog, searchAddress);
+    RUN(selectInterface(dialog, searchAddress));
     QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
 }
 
@@ -217,7 +218,7 @@ void TestDiscoveryNetwork::hostileDatagramsLeaveNoRow()
         return;
     }
     BoxSearchDialog dialog;
-    selectInterface(dialog, searchAddress);
+    RUN(selectInterface(dialog, searchAddress));
     dialog.sendSearchBroadcast();
     QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
     QUdpSocket sender;
@@ -243,7 +244,7 @@ void TestDiscoveryNetwork::answerUnreadAtTheNextBroadcastIsLost()
         return;
     }
     BoxSearchDialog dialog;
-    selectInterface(dialog, searchAddress);
+    RUN(selectInterface(dialog, searchAddress));
     dialog.sendSearchBroadcast();
     QTRY_COMPARE(rowsOf(dialog), QStringList{boxRow});
     QUdpSocket sender;
@@ -269,11 +270,11 @@ void TestDiscoveryNetwork::takenPortShowsNothing()
     QUdpSocket other;
     QVERIFY(other.bind(QHostAddress(searchAddress), 5, QAbstractSocket::DontShareAddress));
     BoxSearchDialog dialog;
-    selectInterface(dialog, searchAddress);
+    RUN(selectInterface(dialog, searchAddress));
     QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Binding to address:.*10\\.213\\.7\\.1"));
     QTest::ignoreMessage(QtDebugMsg, "Failed to bind to selected network interface!");
     dialog.sendSearchBroadcast();
-    awaitTheBox();
+    RUN(awaitTheBox());
     QCOMPARE(rowsOf(dialog), QStringList());
     QVERIFY(!other.hasPendingDatagrams()); // nothing was asked
     other.close();

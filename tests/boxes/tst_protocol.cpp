@@ -2,8 +2,8 @@
 
 #include "sessionprobe.h"
 
+#include "fakebox.h"
 #include "messages.h"
-#include "rawbox.h"
 
 #include <QMetaMethod>
 #include <QSignalSpy>
@@ -55,14 +55,14 @@ private slots:
     void deletedWhileBound();
 
 private:
-    std::unique_ptr<RawBox> m_box;
+    std::unique_ptr<FakeBox> m_box;
     std::unique_ptr<Messages> m_messages;
 };
 
 void tst_Protocol::init()
 {
-    m_box = std::make_unique<RawBox>(address);
-    QVERIFY(m_box->listen());
+    m_box = std::make_unique<FakeBox>(address);
+    QVERIFY(m_box->isListening());
     m_messages = std::make_unique<Messages>();
 }
 
@@ -191,7 +191,7 @@ void tst_Protocol::connectOfAConnectedSocketChangesNothing()
     protocol.readTimeAllocation(); // would go out on a new connection, or not at all
     QTRY_VERIFY(m_box->received().size() > heartbeat.size());
     QCOMPARE(told.lines, QStringList());
-    QCOMPARE(m_box->connections(), 1);
+    QCOMPARE(m_box->count(), 1);
 }
 
 void tst_Protocol::boundSocketIsGivenUpAndReconnectedLater()
@@ -204,8 +204,8 @@ void tst_Protocol::boundSocketIsGivenUpAndReconnectedLater()
     QCOMPARE(told.lines, (QStringList{disconnected, waiting}));
     QTRY_COMPARE(told.lines, (QStringList{disconnected, waiting, reconnecting}));
     QTRY_COMPARE(m_box->received(), heartbeat);
-    QCOMPARE(m_box->peerAddress(), QHostAddress("127.0.10.55"));
-    QCOMPARE(m_box->connections(), 1);
+    QCOMPARE(m_box->link()->peerAddress(), QHostAddress("127.0.10.55"));
+    QCOMPARE(m_box->count(), 1);
 }
 
 void tst_Protocol::connectingSocketIsGivenUpAndReconnectedLater()
@@ -216,7 +216,7 @@ void tst_Protocol::connectingSocketIsGivenUpAndReconnectedLater()
     protocol.connectToBox(address);
     QCOMPARE(told.lines, QStringList{waiting});
     QTRY_COMPARE(told.lines, (QStringList{waiting, disconnected, reconnecting}));
-    QTRY_COMPARE(m_box->connections(), 2);
+    QTRY_COMPARE(m_box->count(), 2);
     QTRY_VERIFY(m_box->isLinked());
 }
 
@@ -247,8 +247,8 @@ void tst_Protocol::reconnectionDiesWithItsObject()
     second.bindToAddress(QHostAddress("127.0.10.57"));
     second.connectToBox(address);
     QTRY_COMPARE(m_box->received(), heartbeat);
-    QCOMPARE(m_box->connections(), 1);
-    QCOMPARE(m_box->peerAddress(), QHostAddress("127.0.10.57"));
+    QCOMPARE(m_box->count(), 1);
+    QCOMPARE(m_box->link()->peerAddress(), QHostAddress("127.0.10.57"));
 }
 
 void tst_Protocol::failedBindIsToldAndTheConnectGoesOn()
@@ -465,7 +465,7 @@ void tst_Protocol::deletedWhileBound()
     auto protocol = std::make_unique<Protocol>();
     protocol->bindToAddress(QHostAddress("127.0.10.58"));
     protocol.reset();
-    QCOMPARE(m_box->connections(), 0);
+    QCOMPARE(m_box->count(), 0);
 }
 
 QTEST_MAIN(tst_Protocol)

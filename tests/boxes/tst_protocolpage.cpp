@@ -1,14 +1,13 @@
 // The frames that the protocol page shows, against the program.
 
-#include "boxes/protocol.h"
+#include "sessionprobe.h"
+
 #include "boxlink/discovery.h"
 #include "boxlink/filetransfer.h"
-#include "boxpeer.h"
+#include "fakebox.h"
 #include "messages.h"
 #include "protocolpage.h"
-#include "rawbox.h"
 
-#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -17,11 +16,6 @@
 namespace {
 
 const QString address = "127.0.33.1";
-
-QString text(const char *latin)
-{
-    return QString::fromLatin1(latin);
-}
 
 struct Request {
     const char *name;
@@ -41,42 +35,40 @@ const QList<Request> &requests()
         {"reboot", [](Protocol &p) { p.rebootDevice(); }},
         {"write LAN",
          [](Protocol &p) {
-             p.writeLanAllocation(text("10.0.0.2"), text("255.0.0.0"), text("10.0.0.1"), text("10.0.0.1"),
-                                  QString());
+             p.writeLanAllocation("10.0.0.2", "255.0.0.0", "10.0.0.1", "10.0.0.1", QString());
          }},
         {"write WAN",
          [](Protocol &p) {
-             p.writeWanAllocation(text("Disabled"), text("10.1.0.2"), text("255.255.0.0"), text("10.1.0.1"),
-                                  text("10.1.0.1"), QString());
+             p.writeWanAllocation("Disabled", "10.1.0.2", "255.255.0.0", "10.1.0.1", "10.1.0.1", QString());
          }},
         {"write WIFI",
          [](Protocol &p) {
-             p.writeWifiAllocation(text("on"), text("station"), text("plant"), text("secret"), text("Enable"),
-                                   QString(), QString(), QString(), QString(), QString());
+             p.writeWifiAllocation("on", "station", "plant", "secret", "Enable", QString(), QString(),
+                                   QString(), QString(), QString());
          }},
         {"write LTE",
          [](Protocol &p) {
-             p.writeLteAllocation(text("off"), text("AT+CSQ"), QString(), QString(), QString(), QString());
+             p.writeLteAllocation("off", "AT+CSQ", QString(), QString(), QString(), QString());
          }},
-        {"write NTP", [](Protocol &p) { p.writeNTPAllocation(text("10.0.0.9")); }},
-        {"write time", [](Protocol &p) { p.writeTimeAllocation(text("2026-01-31 23:59:59")); }},
+        {"write NTP", [](Protocol &p) { p.writeNTPAllocation("10.0.0.9"); }},
+        {"write time", [](Protocol &p) { p.writeTimeAllocation("2026-01-31 23:59:59"); }},
     };
     return table;
 }
 
 struct Answer {
     const char *name;
-    const char *told; // the record's fields, or title and text of a message box
+    const char *told; // as by the session, its lines with bars between, or title and text of a message
 };
 
 const Answer answers[] = {
-    {"heartbeat answer", "Connection status: Connected|1.2.3"},
-    {"read LAN answer", "10.0.0.2|255.0.0.0|10.0.0.1|10.0.0.1|"},
-    {"read WAN answer", "0|10.1.0.2|255.255.0.0|10.1.0.1|10.1.0.1|"},
-    {"read WIFI answer", "on|station|plant|secret|1|||||"},
-    {"read LTE answer", "off|AT+CSQ||||"},
-    {"read NTP answer", "10.0.0.9"},
-    {"read time answer", "2026-01-31 23:59:59"},
+    {"heartbeat answer", "Connection status: Connected|version 1.2.3"},
+    {"read LAN answer", "lan 10.0.0.2|255.0.0.0|10.0.0.1|10.0.0.1|"},
+    {"read WAN answer", "wan 0|10.1.0.2|255.255.0.0|10.1.0.1|10.1.0.1|"},
+    {"read WIFI answer", "wifi on|station|plant|secret|1|||||"},
+    {"read LTE answer", "lte off|AT+CSQ||||"},
+    {"read NTP answer", "ntp 10.0.0.9"},
+    {"read time answer", "time 2026-01-31 23:59:59"},
     {"reboot answer", "Write Restart Allocation|Restart allocation write successful."},
     {"write LAN answer", "Write LAN Allocation|LAN allocation write successful."},
     {"write WAN answer", "Write WAN Allocation|WAN allocation write successful."},
@@ -85,8 +77,8 @@ const Answer answers[] = {
     {"write LTE refusal", "Write LTE Allocation|LTE allocation write failed. Error code: 500"},
     {"write NTP answer", "Write NTP Allocation|NTP allocation write successful."},
     {"write time answer", "Write time Allocation|time allocation write successful."},
-    {"report of one segment", "report|||12345678|"},
-    {"report with two points", "report|Riverside|Modbus-1|SN7|2026-01-31 23:59:59|Ua=230.1 (1)|Ub= (0)"},
+    {"report of one segment", "report ||12345678|"},
+    {"report with two points", "report Riverside|Modbus-1|SN7|2026-01-31 23:59:59|Ua=230.1 (1)|Ub= (0)"},
 };
 
 struct Transfer {
@@ -104,83 +96,36 @@ const QList<Transfer> &transfers()
         {"project",
          Frame::ProjectTransfer,
          "abc",
-         {text("project chunk"), text("project checksum")},
+         {"project chunk", "project checksum"},
          "project verdict, success",
          "Checksum Result:Checksum successful."},
         {"refused project",
          Frame::ProjectTransfer,
          "abc",
-         {text("project chunk"), text("project checksum")},
+         {"project chunk", "project checksum"},
          "project verdict, failure",
          "Checksum Result:Checksum failed."},
         {"empty project",
          Frame::ProjectTransfer,
          "",
-         {text("empty project checksum")},
+         {"empty project checksum"},
          "project verdict, success",
          "Checksum Result:Checksum successful."},
         {"program",
          Frame::ProgramTransfer,
          QByteArray(1025, 'a'),
-         {text("program chunk 1"), text("program chunk 2"), text("program checksum")},
+         {"program chunk 1", "program chunk 2", "program checksum"},
          "program verdict, success",
          "Checksum Result:Checksum successful."},
         {"refused program",
          Frame::ProgramTransfer,
          QByteArray(1025, 'a'),
-         {text("program chunk 1"), text("program chunk 2"), text("program checksum")},
+         {"program chunk 1", "program chunk 2", "program checksum"},
          "program verdict, failure",
          "Checksum Result:Checksum failed."},
     };
     return table;
 }
-
-QString reportText(const Protocol::dataMonitoringData &data)
-{
-    QStringList parts = {text("report"), data.projectName, data.plcName, data.sn, data.time};
-    for (const QJsonValue &value : data.datas) {
-        const QJsonObject point = value.toObject();
-        parts.append(text("%1=%2 (%3)")
-                         .arg(point.value(text("name")).toString(), point.value(text("value")).toString(),
-                              point.value(text("valid")).toString()));
-    }
-    return parts.join(QLatin1Char('|'));
-}
-
-// What a session tells of an answer, its fields joined by bars.
-class Told : public QObject
-{
-public:
-    explicit Told(Protocol *p)
-    {
-        using P = Protocol;
-        connect(p, &P::connectionStatusChanged, this, [this](const QString &s) { told += s; });
-        connect(p, &P::versionReceived, this, [this](const QString &v) { told += QLatin1Char('|') + v; });
-        connect(p, &P::dataReceived, this, [this](const P::dataMonitoringData &d) { told += reportText(d); });
-        connect(p, &P::lanAllocationDataReceived, this, [this](const P::LanAllocationData &d) {
-            tell({d.lanIp, d.lanMask, d.lanGateway, d.lanDns1, d.lanDns2});
-        });
-        connect(p, &P::wanAllocationDataReceived, this, [this](const P::WanAllocationData &d) {
-            tell({d.wanDhcp, d.wanIp, d.wanMask, d.wanGateway, d.wanDns1, d.wanDns2});
-        });
-        connect(p, &P::wifiAllocationDataReceived, this, [this](const P::WifiAllocationData &d) {
-            tell({d.wifiOnOff, d.wifiMode, d.ssid, d.password, d.wifiDhcp, d.wifiIp, d.wifiMask,
-                  d.wifiGateway, d.wifiDns1, d.wifiDns2});
-        });
-        connect(p, &P::lteAllocationDataReceived, this, [this](const P::LteAllocationData &d) {
-            tell({d.lteOnOff, d.AT1, d.AT2, d.AT3, d.AT4, d.AT5});
-        });
-        connect(p, &P::NTPAllocationDataReceived, this,
-                [this](const P::NTPAllocationData &d) { tell({d.NTP}); });
-        connect(p, &P::timeAllocationDataReceived, this,
-                [this](const P::timeAllocationData &d) { tell({d.date}); });
-    }
-
-    QString told;
-
-private:
-    void tell(const QStringList &fields) { told += fields.join(QLatin1Char('|')); }
-};
 
 } // namespace
 
@@ -213,17 +158,16 @@ void tst_ProtocolPage::pageIsInOrder()
 
 void tst_ProtocolPage::everyBlockIsTried()
 {
-    QStringList tried = {text("heartbeat"), text("report segment 1"), text("report segment 2"),
-                         text("search"), text("search answer")};
+    QStringList tried = {"heartbeat", "report segment 1", "report segment 2", "search", "search answer"};
     for (const Request &request : requests()) {
-        tried.append(text(request.name));
+        tried.append(QLatin1String(request.name));
     }
     for (const Answer &answer : answers) {
-        tried.append(text(answer.name));
+        tried.append(QLatin1String(answer.name));
     }
     for (const Transfer &transfer : transfers()) {
         tried += transfer.frames;
-        tried.append(text(transfer.verdict));
+        tried.append(QLatin1String(transfer.verdict));
     }
     tried.removeDuplicates();
     tried.sort();
@@ -250,8 +194,8 @@ void tst_ProtocolPage::everyFrameIsWholeForTheReader()
 
 void tst_ProtocolPage::heartbeatIsThatOfThePage()
 {
-    RawBox box(address);
-    QVERIFY(box.listen());
+    FakeBox box(address);
+    QVERIFY(box.isListening());
     Protocol protocol;
     protocol.openConnection(address);
     QTRY_COMPARE(box.received(), m_page.bytes("heartbeat"));
@@ -269,8 +213,8 @@ void tst_ProtocolPage::requestIsThatOfThePage()
 {
     QFETCH(int, index);
     const Request &request = requests().at(index);
-    RawBox box(address);
-    QVERIFY(box.listen());
+    FakeBox box(address);
+    QVERIFY(box.isListening());
     Protocol protocol;
     protocol.openConnection(address);
     QTRY_COMPARE(box.received(), m_page.bytes("heartbeat"));
@@ -284,7 +228,7 @@ void tst_ProtocolPage::answerIsUnderstood_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("told");
     for (const Answer &answer : answers) {
-        QTest::newRow(answer.name) << m_page.bytes(answer.name) << text(answer.told);
+        QTest::newRow(answer.name) << m_page.bytes(answer.name) << QString::fromLatin1(answer.told);
     }
 }
 
@@ -298,18 +242,18 @@ void tst_ProtocolPage::answerIsUnderstood()
         messages.expect();
     }
     Protocol protocol;
-    Told session(&protocol);
+    SessionProbe::Told session(&protocol);
     protocol.assembleFrames(bytes.constData(), unsigned(bytes.size()));
-    QCOMPARE(inABox ? messages.told().join(QLatin1Char('\n')) : session.told, told);
+    QCOMPARE(inABox ? messages.told().join(QLatin1Char('\n')) : session.lines.join(QLatin1Char('|')), told);
 }
 
 void tst_ProtocolPage::reportOfTwoSegmentsIsJoined()
 {
     Protocol protocol;
-    Told session(&protocol);
+    SessionProbe::Told session(&protocol);
     const QByteArray bytes = m_page.bytes("report segment 1") + m_page.bytes("report segment 2");
     protocol.assembleFrames(bytes.constData(), unsigned(bytes.size()));
-    QCOMPARE(session.told, QString("report|||%1|").arg(QString(1016, QLatin1Char('a'))));
+    QCOMPARE(session.lines, QStringList(QString("report ||%1|").arg(QString(1016, QLatin1Char('a')))));
 }
 
 void tst_ProtocolPage::transferIsThatOfThePage_data()
@@ -334,7 +278,7 @@ void tst_ProtocolPage::transferIsThatOfThePage()
     file.write(transfer.file);
     file.close();
 
-    BoxPeer box(address);
+    FakeBox box(address);
     QVERIFY(box.isListening());
     box.heard = [&](int link) {
         if (box.received(link).size() >= stream.size()) {
@@ -348,7 +292,7 @@ void tst_ProtocolPage::transferIsThatOfThePage()
     QObject owner;
     const FileTransfer::Result result = FileTransfer(job, &owner, [](int) {}, {}).run();
     QCOMPARE(box.received(0).toHex(), stream.toHex());
-    QCOMPARE(result.line, text(transfer.line));
+    QCOMPARE(result.line, QLatin1String(transfer.line));
 }
 
 void tst_ProtocolPage::searchIsThatOfThePage()
@@ -356,9 +300,9 @@ void tst_ProtocolPage::searchIsThatOfThePage()
     QCOMPARE(Discovery::request(), m_page.bytes("search"));
     const Discovery::Answer answer = Discovery::parseAnswer(m_page.bytes("search answer"));
     QVERIFY(answer.valid);
-    QCOMPARE(answer.ip, text("192.168.1.2"));
-    QCOMPARE(answer.mask, text("255.255.255.0"));
-    QCOMPARE(answer.model, text("MRN-GATE-70"));
+    QCOMPARE(answer.ip, "192.168.1.2");
+    QCOMPARE(answer.mask, "255.255.255.0");
+    QCOMPARE(answer.model, "MRN-GATE-70");
 }
 
 QTEST_MAIN(tst_ProtocolPage)

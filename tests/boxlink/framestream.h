@@ -4,6 +4,7 @@
 
 #include "boxlink/frameassembler.h"
 #include "framemodel.h"
+#include "handframes.h"
 
 #include <QByteArray>
 #include <QList>
@@ -15,21 +16,16 @@ namespace FrameStream {
 
 using Frames = QList<QByteArray>;
 
-inline QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
+using HandFrames::heartbeat;
+using HandFrames::hex;
 
-inline const QByteArray heartbeat = hex("12 34 01 00 08 00 56 78");
 inline const QByteArray answer = hex("12 34 02 00 11 00 02 76 31 02 73 6e 02 6d 6f 56 78"); // v1, sn, mo
 inline const QByteArray json = hex("12 34 05 00 17 00 0d 00") + "{\"type\":\"2\"} " + hex("56 78");
 inline const QByteArray segment = hex("12 34 06 00 15 00 01 02 00 00 00 02 00 01 00 00 00 7b 7d 56 78");
 
 inline QByteArray little16(int number)
 {
-    QByteArray bytes;
-    bytes.append(char(number & 0xff)).append(char(number >> 8));
-    return bytes;
+    return HandFrames::little(quint32(number), 2);
 }
 
 // A frame of any size from 8 bytes on, for the reader only: its body holds no header.

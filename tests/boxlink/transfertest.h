@@ -1,12 +1,15 @@
 #pragma once
 
 #include "boxlink/filetransfer.h"
+#include "handframes.h"
 
 #include <QFile>
 #include <QObject>
 #include <QTemporaryDir>
 
 #include <memory>
+
+using namespace HandFrames;
 
 // What the tests of a transfer share: a file to send, an owner of the connection, and the percentages that it
 // was told. Each program has a Box address of its own.
@@ -17,9 +20,6 @@ protected:
         : m_boxAddress(std::move(boxAddress))
     {
     }
-
-    // A project verdict of success.
-    static QByteArray success() { return QByteArray::fromHex("12340300 0a00 03 00 5678"); }
 
     void reset()
     {
@@ -53,6 +53,14 @@ protected:
         FileTransfer transfer(
             job, m_owner.get(), [this](int percentage) { m_percentages.append(percentage); }, m_timeouts);
         return transfer.run();
+    }
+
+    // The "title|text|line" of a result, behind "ended: " where the wait for the verdict ended with an
+    // answer.
+    static QString told(const FileTransfer::Result &result)
+    {
+        return (result.ended ? QStringLiteral("ended: ") : QString())
+            + QStringList{result.messageTitle, result.messageText, result.line}.join(QLatin1Char('|'));
     }
 
     QString m_boxAddress;

@@ -1,4 +1,5 @@
 #include "framestream.h"
+#include "tablerow.h"
 
 #include <QtTest>
 
@@ -27,74 +28,71 @@ void tst_FrameAssembler::chunks_data()
     QTest::addColumn<QList<QByteArray>>("chunks");
     QTest::addColumn<QList<QByteArray>>("frames");
 
-    QTest::newRow("nothing") << QList<QByteArray>{QByteArray()} << Frames{};
-    QTest::newRow("length 8 is a frame with an empty body")
-        << QList<QByteArray>{heartbeat} << Frames{heartbeat};
-    QTest::newRow("two frames in one chunk") << QList<QByteArray>{answer + json} << Frames{answer, json};
-    QTest::newRow("cut behind the length field")
-        << QList<QByteArray>{answer.left(6), answer.mid(6)} << Frames{answer};
-    QTest::newRow("cut behind the length field of a bodiless frame")
-        << QList<QByteArray>{heartbeat.left(6), hex("56 78")} << Frames{heartbeat};
-    QTest::newRow("cut inside the footer")
-        << QList<QByteArray>{answer.chopped(1), hex("78")} << Frames{answer};
-    QTest::newRow("cut inside the footer, more behind")
-        << QList<QByteArray>{answer.chopped(1), hex("78") + json} << Frames{answer, json};
-    QTest::newRow("cut inside the footer, wrong second byte")
-        << QList<QByteArray>{answer.chopped(1), hex("79") + json} << Frames{json};
-    QTest::newRow("rest of a frame and the start of the next")
-        << QList<QByteArray>{json.left(9), json.mid(9) + segment.left(12), segment.mid(12)}
-        << Frames{json, segment};
-    QTest::newRow("rest of a frame and the next one's first byte")
-        << QList<QByteArray>{json.left(9), json.mid(9) + hex("12"), segment.mid(1)} << Frames{json, segment};
-    QTest::newRow("bad footer: the frame inside is found")
-        << QList<QByteArray>{hex("12 34 05 00 10 00") + heartbeat + hex("00 00")} << Frames{heartbeat};
-    QTest::newRow("bad footer of a carried frame: the frame inside what was carried is lost")
-        << QList<QByteArray>{hex("12 34 05 00 16 00") + heartbeat, hex("00 00 00 00 00 00 00 00") + json}
-        << Frames{json};
-    QTest::newRow("bad footer of a carried frame: the frame inside the new chunk is found")
-        << QList<QByteArray>{hex("12 34 05 00 14 00 00 00"), hex("00 00") + heartbeat + hex("00 00") + json}
-        << Frames{heartbeat, json};
-    QTest::newRow("noise before the first header")
-        << QList<QByteArray>{QByteArray(5000, '.') + answer} << Frames{answer};
-    QTest::newRow("chunk of noise leaves no trace")
-        << QList<QByteArray>{hex("34 56 78 12 00 01"), heartbeat} << Frames{heartbeat};
-    QTest::newRow("header gives up a carried frame that lacks more")
-        << QList<QByteArray>{segment.left(7), heartbeat, segment.mid(7)} << Frames{heartbeat};
-    QTest::newRow("single header byte is kept")
-        << QList<QByteArray>{hex("12"), answer.mid(1)} << Frames{answer};
-    QTest::newRow("header byte at the end of a longer chunk is not kept")
-        << QList<QByteArray>{hex("00 12"), answer.mid(1)} << Frames{};
-    QTest::newRow("header byte behind a whole frame is kept")
-        << QList<QByteArray>{heartbeat + hex("12"), answer.mid(1)} << Frames{heartbeat, answer};
-    QTest::newRow("single header byte in a body gives the carried frame up")
-        << QList<QByteArray>{hex("12 34 07 00 0b 00 61"), hex("12"), hex("62 63 56 78") + heartbeat}
-        << Frames{heartbeat};
-    QTest::newRow("kept header byte is taken for a header")
-        << QList<QByteArray>{hex("12"), hex("ff 02 00 08 00 56 78")}
-        << Frames{hex("12 ff 02 00 08 00 56 78")};
-    QTest::newRow("header behind a rejected one in the carry")
-        << QList<QByteArray>{hex("12 34") + heartbeat.left(4), heartbeat.mid(4)} << Frames{heartbeat};
-    QTest::newRow("header further behind a rejected one in the carry")
-        << QList<QByteArray>{hex("12 34 05 00 0c 00") + heartbeat.left(4), heartbeat.mid(4), answer}
-        << Frames{answer};
+    tableRow("nothing", QList<QByteArray>{QByteArray()}, Frames{});
+    tableRow("length 8 is a frame with an empty body", QList<QByteArray>{heartbeat}, Frames{heartbeat});
+    tableRow("two frames in one chunk", QList<QByteArray>{answer + json}, Frames{answer, json});
+    tableRow("cut behind the length field", QList<QByteArray>{answer.left(6), answer.mid(6)}, Frames{answer});
+    tableRow("cut behind the length field of a bodiless frame",
+             QList<QByteArray>{heartbeat.left(6), hex("56 78")}, Frames{heartbeat});
+    tableRow("cut inside the footer", QList<QByteArray>{answer.chopped(1), hex("78")}, Frames{answer});
+    tableRow("cut inside the footer, more behind", QList<QByteArray>{answer.chopped(1), hex("78") + json},
+             Frames{answer, json});
+    tableRow("cut inside the footer, wrong second byte",
+             QList<QByteArray>{answer.chopped(1), hex("79") + json}, Frames{json});
+    tableRow("rest of a frame and the start of the next",
+             QList<QByteArray>{json.left(9), json.mid(9) + segment.left(12), segment.mid(12)},
+             Frames{json, segment});
+    tableRow("rest of a frame and the next one's first byte",
+             QList<QByteArray>{json.left(9), json.mid(9) + hex("12"), segment.mid(1)}, Frames{json, segment});
+    tableRow("bad footer: the frame inside is found",
+             QList<QByteArray>{hex("12 34 05 00 10 00") + heartbeat + hex("00 00")}, Frames{heartbeat});
+    tableRow("bad footer of a carried frame: the frame inside what was carried is lost",
+             QList<QByteArray>{hex("12 34 05 00 16 00") + heartbeat, hex("00 00 00 00 00 00 00 00") + json},
+             Frames{json});
+    tableRow(
+        "bad footer of a carried frame: the frame inside the new chunk is found",
+        QList<QByteArray>{hex("12 34 05 00 14 00 00 00"), hex("00 00") + heartbeat + hex("00 00") + json},
+        Frames{heartbeat, json});
+    tableRow("noise before the first header", QList<QByteArray>{QByteArray(5000, '.') + answer},
+             Frames{answer});
+    tableRow("chunk of noise leaves no trace", QList<QByteArray>{hex("34 56 78 12 00 01"), heartbeat},
+             Frames{heartbeat});
+    tableRow("header gives up a carried frame that lacks more",
+             QList<QByteArray>{segment.left(7), heartbeat, segment.mid(7)}, Frames{heartbeat});
+    tableRow("single header byte is kept", QList<QByteArray>{hex("12"), answer.mid(1)}, Frames{answer});
+    tableRow("header byte at the end of a longer chunk is not kept",
+             QList<QByteArray>{hex("00 12"), answer.mid(1)}, Frames{});
+    tableRow("header byte behind a whole frame is kept",
+             QList<QByteArray>{heartbeat + hex("12"), answer.mid(1)}, Frames{heartbeat, answer});
+    tableRow("single header byte in a body gives the carried frame up",
+             QList<QByteArray>{hex("12 34 07 00 0b 00 61"), hex("12"), hex("62 63 56 78") + heartbeat},
+             Frames{heartbeat});
+    tableRow("kept header byte is taken for a header",
+             QList<QByteArray>{hex("12"), hex("ff 02 00 08 00 56 78")},
+             Frames{hex("12 ff 02 00 08 00 56 78")});
+    tableRow("header behind a rejected one in the carry",
+             QList<QByteArray>{hex("12 34") + heartbeat.left(4), heartbeat.mid(4)}, Frames{heartbeat});
+    tableRow("header further behind a rejected one in the carry",
+             QList<QByteArray>{hex("12 34 05 00 0c 00") + heartbeat.left(4), heartbeat.mid(4), answer},
+             Frames{answer});
     // A rejected carry is counted longer than it is: what was put behind it stands for the missing bytes.
-    QTest::newRow("header behind a rejected one begins a frame with the chunk's first byte twice")
-        << QList<QByteArray>{hex("12 34 00 12 34"),
-                             hex("01 0c 00 61 62 63 64 56 78") + QByteArray(300, 'p') + answer}
-        << Frames{hex("12 34 01 01 0c 00 61 62 63 64 56 78"), answer};
-    QTest::newRow("header behind a rejected one begins a frame with bytes of an earlier one")
-        << QList<QByteArray>{frameOfSize(30).left(25), frameOfSize(30).mid(25),
-                             hex("12 34 05 00 10 00 12 34 07 00 10 00 79 79"), hex("61 62 56 78")}
-        << Frames{frameOfSize(30), hex("12 34 07 00 10 00 79 79 62 62 62 62 61 62 56 78")};
-    QTest::newRow("rejected carry leaves the chunk alone")
-        << QList<QByteArray>{hex("12 34 05 00 03 00"), answer + json} << Frames{answer, json};
-    QTest::newRow("rejected carry is forgotten")
-        << QList<QByteArray>{hex("12 34 05 00 03 00"), hex("00 00"), answer.left(9), answer.mid(9)}
-        << Frames{answer};
-    QTest::newRow("empty chunk between two pieces")
-        << QList<QByteArray>{answer.left(3), QByteArray(), answer.mid(3)} << Frames{answer};
-    QTest::newRow("start that another start follows")
-        << QList<QByteArray>{answer.left(10), answer.left(5), answer.mid(5)} << Frames{answer};
+    tableRow("header behind a rejected one begins a frame with the chunk's first byte twice",
+             QList<QByteArray>{hex("12 34 00 12 34"),
+                               hex("01 0c 00 61 62 63 64 56 78") + QByteArray(300, 'p') + answer},
+             Frames{hex("12 34 01 01 0c 00 61 62 63 64 56 78"), answer});
+    tableRow("header behind a rejected one begins a frame with bytes of an earlier one",
+             QList<QByteArray>{frameOfSize(30).left(25), frameOfSize(30).mid(25),
+                               hex("12 34 05 00 10 00 12 34 07 00 10 00 79 79"), hex("61 62 56 78")},
+             Frames{frameOfSize(30), hex("12 34 07 00 10 00 79 79 62 62 62 62 61 62 56 78")});
+    tableRow("rejected carry leaves the chunk alone",
+             QList<QByteArray>{hex("12 34 05 00 03 00"), answer + json}, Frames{answer, json});
+    tableRow("rejected carry is forgotten",
+             QList<QByteArray>{hex("12 34 05 00 03 00"), hex("00 00"), answer.left(9), answer.mid(9)},
+             Frames{answer});
+    tableRow("empty chunk between two pieces", QList<QByteArray>{answer.left(3), QByteArray(), answer.mid(3)},
+             Frames{answer});
+    tableRow("start that another start follows",
+             QList<QByteArray>{answer.left(10), answer.left(5), answer.mid(5)}, Frames{answer});
 }
 
 void tst_FrameAssembler::chunks()

@@ -1,6 +1,10 @@
 #include "boxlink/heartbeat.h"
+#include "handframes.h"
 
 #include <QtTest>
+
+using HandFrames::frame;
+using HandFrames::hex;
 
 // Heartbeat answers, byte by byte.
 class tst_Heartbeat : public QObject
@@ -14,15 +18,10 @@ private slots:
 
 namespace {
 
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
-
 // "version|serial number|model", or a null text for an answer that can't be read.
-QString read(const QByteArray &frame)
+QString read(const QByteArray &bytes)
 {
-    const auto answer = HeartbeatAnswer::fromFrame(frame);
+    const auto answer = HeartbeatAnswer::fromFrame(bytes);
     const QLatin1Char bar('|');
     return answer ? answer->version + bar + answer->serialNumber + bar + answer->model : QString();
 }
@@ -54,11 +53,10 @@ void tst_Heartbeat::answer_data()
     newRow("empty texts", hex("12 34 02 00 0b 00 00 00 00 56 78"), "||");
     newRow("UTF-8", hex("12 34 02 00 0e 00 03 e7 89 88 00 00 56 78"), "版||");
     newRow("bytes behind the model", hex("12 34 02 00 0d 00 00 00 00 01 02 56 78"), "||");
-    newRow("127 bytes", hex("12 34 02 00 7f 00") + body(100, 10, 6) + hex("56 78"), bodyTexts(100, 10, 6));
-    newRow("128 bytes", hex("12 34 02 00 80 00") + body(100, 10, 7) + hex("56 78"));
-    newRow("255 bytes", hex("12 34 02 00 ff 00") + body(100, 100, 44) + hex("56 78"));
-    newRow("256 bytes", hex("12 34 02 00 00 01") + body(100, 100, 45) + hex("56 78"),
-           bodyTexts(100, 100, 45));
+    newRow("127 bytes", frame("02 00", body(100, 10, 6)), bodyTexts(100, 10, 6));
+    newRow("128 bytes", frame("02 00", body(100, 10, 7)));
+    newRow("255 bytes", frame("02 00", body(100, 100, 44)));
+    newRow("256 bytes", frame("02 00", body(100, 100, 45)), bodyTexts(100, 100, 45));
     newRow("length too large", hex("12 34 02 00 0c 00 00 00 00 56 78"));
     newRow("length too small", hex("12 34 02 00 0a 00 00 00 00 56 78"));
     newRow("version past the footer", hex("12 34 02 00 0b 00 04 00 00 56 78"));

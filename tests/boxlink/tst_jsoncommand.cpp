@@ -39,11 +39,6 @@ QByteArray compact(const QJsonObject &object)
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
 // The group's keys and texts as a Box writes them, or nothing for what are no settings.
 QByteArray shown(const JsonCommand::Answer &answer)
 {
@@ -83,27 +78,24 @@ void tst_JsonCommand::writeRequest_data()
 {
     QTest::addColumn<BoxSettings>("settings");
     QTest::addColumn<QByteArray>("request"); // keys in the order of the alphabet
-    QTest::newRow("LAN") << BoxSettings(LanSettings{text("a"), text("b"), text("c"), text("d"), QString()})
+    QTest::newRow("LAN") << BoxSettings(LanSettings{"a", "b", "c", "d", QString()})
                          << QByteArray(R"({"pares":{"lanDns1":"d","lanDns2":"","lanGateway":"c","lanIp":"a",)"
                                        R"("lanMask":"b"},"type":102})");
-    QTest::newRow("WAN") << BoxSettings(
-        WanSettings{text("0"), text("b"), text("c"), text("d"), text("e"), text("f")})
+    QTest::newRow("WAN") << BoxSettings(WanSettings{"0", "b", "c", "d", "e", "f"})
                          << QByteArray(R"({"pares":{"wanDhcp":"0","wanDns1":"e","wanDns2":"f",)"
                                        R"("wanGateway":"d","wanIp":"b","wanMask":"c"},"type":103})");
-    QTest::newRow("WIFI") << BoxSettings(WifiSettings{text("on"), text("station"), text("网"), text("p\"w"),
-                                                      text("1"), text("f"), text("g"), text("h"), text("i"),
-                                                      text("j")})
+    QTest::newRow("WIFI") << BoxSettings(
+        WifiSettings{"on", "station", "网", "p\"w", "1", "f", "g", "h", "i", "j"})
                           << QByteArray(
                                  R"({"pares":{"password":"p\"w","ssid":"网","wifiDhcp":"1","wifiDns1":"i",)"
                                  R"("wifiDns2":"j","wifiGateway":"h","wifiIp":"f","wifiMask":"g",)"
                                  R"("wifiMode":"station","wifiOnOff":"on"},"type":104})");
-    QTest::newRow("LTE") << BoxSettings(
-        LteSettings{text("off"), text("a"), text("b"), text("c"), text("d"), text("e")})
+    QTest::newRow("LTE") << BoxSettings(LteSettings{"off", "a", "b", "c", "d", "e"})
                          << QByteArray(R"({"pares":{"AT1":"a","AT2":"b","AT3":"c","AT4":"d","AT5":"e",)"
                                        R"("lteOnOff":"off"},"type":105})");
-    QTest::newRow("NTP") << BoxSettings(NtpSettings{text("10.0.0.9")})
+    QTest::newRow("NTP") << BoxSettings(NtpSettings{"10.0.0.9"})
                          << QByteArray(R"({"pares":{"NTP":"10.0.0.9"},"type":108})");
-    QTest::newRow("time") << BoxSettings(TimeSettings{text("noon")})
+    QTest::newRow("time") << BoxSettings(TimeSettings{"noon"})
                           << QByteArray(R"({"pares":{"date":"noon"},"type":109})");
 }
 
@@ -117,7 +109,7 @@ void tst_JsonCommand::writeRequest()
 void tst_JsonCommand::flagThatIsNoneIsNotSent()
 {
     for (const char *flag : {"", "2", "10", "Enable"}) {
-        QCOMPARE(compact(JsonCommand::writeRequest(WanSettings{text(flag), {}, {}, {}, {}, {}})),
+        QCOMPARE(compact(JsonCommand::writeRequest(WanSettings{QLatin1String(flag), {}, {}, {}, {}, {}})),
                  QByteArray(R"({"pares":{"wanDns1":"","wanDns2":"","wanGateway":"","wanIp":"",)"
                             R"("wanMask":""},"type":103})"));
     }
@@ -135,7 +127,7 @@ void tst_JsonCommand::typeOfAnAnswer_data()
     }
     for (const char *unused : {"1", "7", "101", "106", "107", "02", " 2", "2.0", ""}) {
         QTest::addRow("not in use: '%s'", unused)
-            << QByteArray("{\"type\":\"%1\"}").replace("%1", unused) << QString(text(unused)) << 0;
+            << QByteArray("{\"type\":\"%1\"}").replace("%1", unused) << QString::fromLatin1(unused) << 0;
     }
     QTest::newRow("a number") << QByteArray(R"({"type":9})") << QString() << 0;
     QTest::newRow("null") << QByteArray(R"({"type":null})") << QString() << 0;
@@ -163,7 +155,7 @@ void tst_JsonCommand::settingsAnswer_data()
     QTest::addColumn<Frame::JsonType>("write");
     const auto newRow = [](const char *name, Frame::JsonType command, const char *keys,
                            Frame::JsonType write) {
-        QTest::newRow(name) << command << text(keys).split(QLatin1Char(' ')) << write;
+        QTest::newRow(name) << command << QString(QLatin1String(keys)).split(QLatin1Char(' ')) << write;
     };
     newRow("LAN", Frame::LanRead, "lanIp lanMask lanGateway lanDns1 lanDns2", Frame::LanWrite);
     newRow("WAN", Frame::WanRead, "wanDhcp wanIp wanMask wanGateway wanDns1 wanDns2", Frame::WanWrite);
@@ -194,7 +186,7 @@ void tst_JsonCommand::settingsAnswer()
     QStringList order;
     const QVector<SettingsText> texts = textsOf(settings);
     for (const SettingsText &each : texts) {
-        order.append(text(each.key));
+        order.append(QLatin1String(each.key));
     }
     QCOMPARE(order, keys);
 
@@ -253,9 +245,9 @@ void tst_JsonCommand::commandAnswer_data()
 {
     QTest::addColumn<QString>("code");
     QTest::addColumn<bool>("succeeded");
-    QTest::newRow("success") << text("200") << true;
+    QTest::newRow("success") << "200" << true;
     for (const char *code : {"404", "0200", "2000", "", "busy"}) {
-        QTest::addRow("failure '%s'", code) << text(code) << false;
+        QTest::addRow("failure '%s'", code) << QString::fromLatin1(code) << false;
     }
 }
 

@@ -2,32 +2,23 @@
 
 #include "boxlink/monitoringaccumulator.h"
 #include "boxlink/session.h"
-#include "rawbox.h"
+#include "fakebox.h"
+#include "handframes.h"
 
 #include <QPointer>
 #include <QtTest>
 
 #include <memory>
 
+using namespace HandFrames;
+
 namespace {
 
 const QString address = "127.0.20.32";
 
-QByteArray hex(const char *bytes)
-{
-    return QByteArray::fromHex(bytes);
-}
-
-const QByteArray heartbeat = hex("12 34 01 00 08 00 56 78");
 const QByteArray heartbeatAnswer = hex("12 34 02 00 0c 00 01 31 00 00 56 78"); // version "1"
 // A whole report: "{}".
 const QByteArray report = hex("12 34 06 00 15 00 01 02 00 00 00 02 00 01 00 00 00 7b 7d 56 78");
-
-QByteArray answerFrame(const QByteArray &json)
-{
-    return hex("12 34 05 00") + char(json.size() + 10) + '\0' + char(json.size()) + '\0' + json
-        + hex("56 78");
-}
 
 // Everything that a session tells, in order.
 class Told : public QObject
@@ -71,7 +62,7 @@ class tst_Session : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_box.reset(); }
 
     void tellsStatusesAndVersion();
     void tellsAFailedBind();
@@ -88,19 +79,14 @@ private slots:
     void disposedSessionOutlivesItsParent();
 
 private:
-    std::unique_ptr<RawBox> m_box;
+    std::unique_ptr<FakeBox> m_box;
 };
 
 void tst_Session::init()
 {
-    m_box = std::make_unique<RawBox>(address);
-    QVERIFY(m_box->listen());
+    m_box = std::make_unique<FakeBox>(address);
+    QVERIFY(m_box->isListening());
     MonitoringAccumulator::shared().reset();
-}
-
-void tst_Session::cleanup()
-{
-    m_box.reset();
 }
 
 void tst_Session::tellsStatusesAndVersion()
@@ -134,7 +120,7 @@ void tst_Session::asksAndHearsAnswers()
     QTRY_COMPARE(m_box->received(),
                  hex("12 34 05 00 34 00 2a 00") + "{\n    \"pares\": {\n    },\n    \"type\": \"8\"\n}\n"
                      + hex("56 78"));
-    m_box->send(answerFrame(R"({"type":"8","pares":{"NTP":"10.0.0.9"}})") + report);
+    m_box->send(json(R"({"type":"8","pares":{"NTP":"10.0.0.9"}})") + report);
     QTRY_COMPARE(told.lines, words("NTP=10.0.0.9|report"));
 }
 
@@ -153,13 +139,13 @@ void tst_Session::writesWithoutAMessage()
     m_box->forgetReceived();
     session.reboot();
     QTRY_VERIFY(m_box->received().contains("\"reboot\": \"reboot\""));
-    m_box->send(answerFrame(R"({"type":"108","code":"200"})") + answerFrame(R"({"type":"6","code":"busy"})"));
+    m_box->send(json(R"({"type":"108","code":"200"})") + json(R"({"type":"6","code":"busy"})"));
     QTRY_COMPARE(told.lines, words("108: 200|6: busy"));
 }
 
 void tst_Session::resultsOfCommandsAreTold_data()
 {
-    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QStringList>("lines");
     QTest::newRow("success") << QByteArray(R"({"type":"102","code":"200"})") << words("102: 200");
     QTest::newRow("refusal") << QByteArray(R"({"type":"105","code":"500"})") << words("105: 500");
@@ -169,11 +155,11 @@ void tst_Session::resultsOfCommandsAreTold_data()
 
 void tst_Session::resultsOfCommandsAreTold()
 {
-    QFETCH(QByteArray, json);
+    QFETCH(QByteArray, text);
     QFETCH(QStringList, lines);
     Session session;
     Told told(&session);
-    session.dispatch(answerFrame(json));
+    session.dispatch(json(text));
     QCOMPARE(told.lines, lines);
 }
 
@@ -193,9 +179,9 @@ void tst_Session::endsInItsOwnSignals_data()
     QTest::addColumn<QByteArray>("frame");
     QTest::addColumn<QStringList>("lines");
     QTest::newRow("heartbeat answer") << heartbeatAnswer << words("Connected|Disconnected|destroyed");
-    QTest::newRow("settings") << answerFrame(R"({"type":"8","pares":{"NTP":"n"}})")
+    QTest::newRow("settings") << json(R"({"type":"8","pares":{"NTP":"n"}})")
                               << words("NTP=n|Disconnected|destroyed");
-    QTest::newRow("result") << answerFrame(R"({"type":"108","code":"200"})")
+    QTest::newRow("result") << json(R"({"type":"108","code":"200"})")
                             << words("108: 200|Disconnected|destroyed");
     QTest::newRow("report") << report << words("report|Disconnected|destroyed");
 }
@@ -269,7 +255,7 @@ void tst_Session::disposedSessionDoesNotConnect()
     Session next;
     next.openConnection(address);
     QTRY_COMPARE(m_box->received(), heartbeat);
-    QCOMPARE(m_box->connections(), 2);
+    QCOMPARE(m_box->count(), 2);
 }
 
 void tst_Session::disposedSessionOutlivesItsParent()
@@ -284,10 +270,12 @@ void tst_Session::disposedSessionOutlivesItsParent()
     });
     session->openConnection(address);
     QTRY_COMPARE(m_box->received(), heartbeat);
-    m_box->send(answerFrame(R"({"type":"6","code":"200"})"));
+    m_box->send(json(R"({"type":"6","code":"200"})"));
     QTRY_VERIFY(!session);
     QCOMPARE(told.lines, words("6: 200|Disconnected|destroyed"));
 }
 
 QTEST_GUILESS_MAIN(tst_Session)
+#include "fakebox.h"
+#include "handframes.h"
 #include "tst_session.moc"

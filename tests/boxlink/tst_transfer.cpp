@@ -1,18 +1,9 @@
 #include "transfertest.h"
 
-#include "boxpeer.h"
+#include "fakebox.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
-
-namespace {
-
-QByteArray hex(const char *digits)
-{
-    return QByteArray::fromHex(digits);
-}
-
-} // namespace
 
 // The push of a file to a Box: the bytes of every frame, and what the user is told of every end.
 class TestTransfer : public QObject, protected TransferTest
@@ -72,20 +63,18 @@ void TestTransfer::sendsChunksAndDigest()
     QFETCH(int, command);
     QFETCH(QByteArray, content);
     QFETCH(QByteArray, stream);
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     QVERIFY(box.isListening());
     box.heard = [&](int index) {
         if (box.received(index).size() >= stream.size()) {
-            QByteArray answer = success();
+            QByteArray answer = verdictOfSuccess;
             answer[2] = char(command >> 8);
             box.send(index, answer);
         }
     };
     const FileTransfer::Result result = transfer(job(content, Frame::Command(command)));
     QCOMPARE(box.received(0).toHex(), stream.toHex());
-    QCOMPARE(result.line, "Checksum Result:Checksum successful.");
-    QVERIFY(result.messageText.isEmpty());
-    QVERIFY(result.ended);
+    QCOMPARE(told(result), "ended: ||Checksum Result:Checksum successful.");
     QTRY_COMPARE(box.link(0)->state(), QAbstractSocket::UnconnectedState);
     QTRY_VERIFY(m_owner->children().isEmpty());
 }
@@ -118,23 +107,21 @@ void TestTransfer::verdict()
     QFETCH(QByteArray, answer);
     QFETCH(QString, line);
     QFETCH(int, percentage);
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     box.heard = [&](int index) {
         if (box.received(index).size() == 50) {
             box.send(index, answer);
         }
     };
     const FileTransfer::Result result = transfer(job("a"));
-    QCOMPARE(result.line, line);
-    QCOMPARE(result.messageText, QString());
-    QVERIFY(result.ended);
+    QCOMPARE(told(result), "ended: ||" + line);
     QCOMPARE(m_percentages.last(), percentage);
     QTRY_VERIFY(m_owner->children().isEmpty());
 }
 
 void TestTransfer::percentageIsTruncated()
 {
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     m_timeouts.verdict = 1;
     transfer(job(QByteArray(3 * 1024 - 1, 'x')));
     QCOMPARE(m_percentages, (QList<int>{0, 33, 66, 100, 0}));
@@ -142,16 +129,15 @@ void TestTransfer::percentageIsTruncated()
 
 void TestTransfer::verdictThatStaysAwayIsATimeout()
 {
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     m_timeouts.verdict = 50;
     QElapsedTimer clock;
     clock.start();
     const FileTransfer::Result result = transfer(job("a"));
     QVERIFY(clock.elapsed() >= 50);
-    QCOMPARE(result.messageTitle, "Timeout");
-    QCOMPARE(result.messageText, "Timeout while waiting for checksum result.");
-    QCOMPARE(result.line, "Timeout:Timeout while waiting for checksum result.");
-    QVERIFY(!result.ended);
+    QCOMPARE(told(result),
+             "Timeout|Timeout while waiting for checksum result.|"
+             "Timeout:Timeout while waiting for checksum result.");
     QCOMPARE(m_percentages, (QList<int>{0, 100, 0}));
     QTRY_VERIFY(m_owner->children().isEmpty());
     QTRY_COMPARE(box.link(0)->state(), QAbstractSocket::UnconnectedState);
@@ -163,21 +149,17 @@ void TestTransfer::noBoxAtTheAddress()
     clock.start();
     const FileTransfer::Result result = transfer(job("a"));
     QVERIFY2(clock.elapsed() < 10000, "a refused connection is waited for");
-    QCOMPARE(result.line, "Connection Status:Failed to connect to server for program update.");
-    QCOMPARE(result.messageText, QString());
-    QVERIFY(!result.ended);
+    QCOMPARE(told(result), "||Connection Status:Failed to connect to server for program update.");
     QCOMPARE(m_percentages, QList<int>());
     QVERIFY(m_owner->children().isEmpty());
 }
 
 void TestTransfer::localAddressThatCantBeBound()
 {
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     FileTransfer::Job bound = job("a");
     bound.localAddress = "192.0.2.1";
-    const FileTransfer::Result result = transfer(bound);
-    QCOMPARE(result.line, "Binding Status: Failed to bind to 192.0.2.1");
-    QVERIFY(!result.ended);
+    QCOMPARE(told(transfer(bound)), "||Binding Status: Failed to bind to 192.0.2.1");
     QVERIFY(m_owner->children().isEmpty());
     QCoreApplication::processEvents();
     QCOMPARE(box.count(), 0);
@@ -185,24 +167,20 @@ void TestTransfer::localAddressThatCantBeBound()
 
 void TestTransfer::sendsFromTheLocalAddress()
 {
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     FileTransfer::Job bound = job("a");
     bound.localAddress = "127.0.11.3";
-    box.heard = [&](int index) { box.send(index, success()); };
+    box.heard = [&](int index) { box.send(index, verdictOfSuccess); };
     QCOMPARE(transfer(bound).line, "Checksum Result:Checksum successful.");
     QCOMPARE(box.link(0)->peerAddress(), QHostAddress("127.0.11.3"));
 }
 
 void TestTransfer::fileThatCantBeOpened()
 {
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     FileTransfer::Job missing = job("a");
     QVERIFY(QFile::remove(missing.path));
-    const FileTransfer::Result result = transfer(missing);
-    QCOMPARE(result.messageTitle, "Error");
-    QCOMPARE(result.messageText, "Failed to open program file.");
-    QCOMPARE(result.line, QString());
-    QVERIFY(!result.ended);
+    QCOMPARE(told(transfer(missing)), "Error|Failed to open program file.|");
     // The connection stays until its owner goes.
     QCOMPARE(m_owner->findChild<QTcpSocket *>()->state(), QAbstractSocket::ConnectedState);
     QTRY_COMPARE(box.count(), 1);
@@ -213,7 +191,7 @@ void TestTransfer::fileThatCantBeOpened()
 
 void TestTransfer::fileThatCantBeOpenedAgain()
 {
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     const FileTransfer::Job vanishing = job("a");
     FileTransfer transfer(
         vanishing, m_owner.get(),
@@ -223,11 +201,7 @@ void TestTransfer::fileThatCantBeOpenedAgain()
             }
         },
         m_timeouts);
-    const FileTransfer::Result result = transfer.run();
-    QCOMPARE(result.messageTitle, "Error");
-    QCOMPARE(result.messageText, "Failed to open program file for checksum.");
-    QCOMPARE(result.line, QString());
-    QVERIFY(!result.ended);
+    QCOMPARE(told(transfer.run()), "Error|Failed to open program file for checksum.|");
     // Here, too, the connection stays.
     QCOMPARE(m_owner->findChild<QTcpSocket *>()->state(), QAbstractSocket::ConnectedState);
     QTRY_COMPARE(box.received(0).toHex(), hex("12340300 1400 01 01000000 0100 01000000 61 5678").toHex());
@@ -248,7 +222,7 @@ void TestTransfer::temporaryFileGoesWithItsDigest()
     QFETCH(bool, listening);
     QFETCH(bool, temporary);
     QFETCH(bool, stays);
-    const auto box = listening ? std::make_unique<BoxPeer>(m_boxAddress) : nullptr;
+    const auto box = listening ? std::make_unique<FakeBox>(m_boxAddress) : nullptr;
     m_timeouts.verdict = 1;
     FileTransfer::Job passing = job("a");
     passing.removeWhenDigested = temporary;
@@ -258,15 +232,13 @@ void TestTransfer::temporaryFileGoesWithItsDigest()
 
 void TestTransfer::ownerMayDieWhileTheVerdictIsAwaited()
 {
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     box.heard = [this](int) { m_owner.reset(); };
     QElapsedTimer clock;
     clock.start();
     const FileTransfer::Result result = transfer(job("a"));
     QVERIFY2(clock.elapsed() < 4000, "the wait went on without its owner");
-    QCOMPARE(result.line, QString());
-    QCOMPARE(result.messageText, QString());
-    QVERIFY(!result.ended);
+    QCOMPARE(told(result), "||");
     QCOMPARE(m_percentages, (QList<int>{0, 100}));
 }
 
@@ -277,7 +249,7 @@ void TestTransfer::secondTransferDuringTheWait_data()
     QTest::addColumn<QString>("line");
     const QString successful = "Checksum Result:Checksum successful.";
     const QString timeout = "Timeout:Timeout while waiting for checksum result.";
-    const QByteArray verdict = success();
+    const QByteArray verdict = verdictOfSuccess;
     QTest::newRow("no verdict, time up") << 200 << QList<QByteArray>() << timeout;
     QTest::newRow("verdict, time up") << 200 << QList<QByteArray>{verdict} << timeout;
     QTest::newRow("verdict, time left") << 8000 << QList<QByteArray>{verdict} << successful;
@@ -292,7 +264,7 @@ void TestTransfer::secondTransferDuringTheWait()
     QFETCH(int, firstTimeout);
     QFETCH(QList<QByteArray>, pieces);
     QFETCH(QString, line);
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     FileTransfer::Result second;
     bool started = false;
     QTimer speaker; // a piece at a time, so that each arrives on its own
@@ -324,7 +296,7 @@ void TestTransfer::secondTransferDuringTheWait()
 
 void TestTransfer::endOfTheProgramEndsTheWait()
 {
-    BoxPeer box(m_boxAddress);
+    FakeBox box(m_boxAddress);
     box.heard = [](int) { QCoreApplication::quit(); };
     FileTransfer::Result result;
     QElapsedTimer clock;
@@ -332,9 +304,9 @@ void TestTransfer::endOfTheProgramEndsTheWait()
     QTimer::singleShot(0, this, [&] { result = transfer(job("a")); });
     QCoreApplication::exec();
     QVERIFY2(clock.elapsed() < 4000, "the wait went on");
-    QCOMPARE(result.line, QString());
-    QCOMPARE(result.messageText, QString());
+    QCOMPARE(told(result), "ended: ||");
 }
 
 QTEST_GUILESS_MAIN(TestTransfer)
+#include "fakebox.h"
 #include "tst_transfer.moc"

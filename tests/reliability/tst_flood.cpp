@@ -1,7 +1,7 @@
 #include "../mainwindow/windowundertest.h"
 #include "boxsim/wire.h"
+#include "fakebox.h"
 #include "processmemory.h"
-#include "rawbox.h"
 #include "rehearsals.h"
 
 #include <QElapsedTimer>
@@ -55,8 +55,8 @@ private slots:
 
 void TestFlood::floodOfReportsIsSurvived()
 {
-    RawBox box("127.0.30.3");
-    QVERIFY(box.listen());
+    FakeBox box("127.0.30.3");
+    QVERIFY(box.isListening());
     Window window;
     const QStandardItem *project = window.addProject("plant");
     window.click(Window::addBox(project, "gate", "127.0.30.3"));
@@ -98,4 +98,5 @@ void TestFlood::floodOfReportsIsSurvived()
 }
 
 QTEST_MAIN(TestFlood)
+#include "fakebox.h"
 #include "tst_flood.moc"

@@ -92,7 +92,7 @@ BoxFormTest::BoxFormTest(QString boxAddress)
 
 void BoxFormTest::init()
 {
-    m_box = std::make_unique<BoxPeer>(m_boxAddress);
+    m_box = std::make_unique<FakeBox>(m_boxAddress);
     QVERIFY(m_box->isListening());
     m_workspace = std::make_unique<WorkspaceFake>();
     m_item = std::make_unique<QStandardItem>();

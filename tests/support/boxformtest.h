@@ -1,7 +1,7 @@
 #pragma once
 
 #include "boxes/boxeditdialog.h"
-#include "boxpeer.h"
+#include "fakebox.h"
 #include "messages.h"
 #include "modaldialogs.h"
 #include "workspacefake.h"
@@ -64,7 +64,7 @@ protected:
     // Takes the address in the next host address dialog, whether or not it offers it.
     void chooseHostAddress(const QString &address);
 
-    std::unique_ptr<BoxPeer> m_box;
+    std::unique_ptr<FakeBox> m_box;
     std::unique_ptr<WorkspaceFake> m_workspace;
     std::unique_ptr<QStandardItem> m_item;
     std::unique_ptr<Messages> m_messages;
