@@ -2,6 +2,7 @@
 
 #include "boxsim/faultlist.h"
 #include "boxsim/options.h"
+#include "handframes.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -88,40 +89,24 @@ inline BoxSimOptions quietBox(const QHostAddress &address, const QString &fault 
     return options;
 }
 
-inline QByteArray little(int value, int width)
-{
-    QByteArray bytes;
-    for (int i = 0; i < width; ++i) {
-        bytes.append(static_cast<char>(value >> (8 * i)));
-    }
-    return bytes;
-}
-
-inline QByteArray heartbeat()
-{
-    return QByteArray::fromHex("1234010008005678");
-}
-
-// A 0x0500 frame around a hand-written text.
-inline QByteArray json(const QByteArray &text)
-{
-    return QByteArray::fromHex("12340500") + little(text.size() + 10, 2) + little(text.size(), 2) + text
-        + QByteArray::fromHex("5678");
-}
+using HandFrames::heartbeat;
+using HandFrames::hex;
+using HandFrames::json;
+using HandFrames::little;
 
 // A chunk of a transfer; commandByte 3 is a project, 4 a program.
 inline QByteArray chunk(char commandByte, int total, int number, const QByteArray &bytes)
 {
-    return QByteArray::fromHex("1234") + commandByte + QByteArray(1, '\0') + little(bytes.size() + 19, 2)
-        + QByteArray(1, '\1') + little(total, 4) + little(bytes.size(), 2) + little(number, 4) + bytes
-        + QByteArray::fromHex("5678");
+    return HandFrames::frame(QByteArray(1, commandByte).toHex().append("00"),
+                             hex("01") + little(quint32(total), 4) + little(quint32(bytes.size()), 2)
+                                 + little(quint32(number), 4) + bytes);
 }
 
 inline QByteArray checksum(char commandByte, int total, const QByteArray &hexDigest)
 {
-    return QByteArray::fromHex("1234") + commandByte + QByteArray(1, '\0') + QByteArray::fromHex("1e0002")
-        + little(total, 4) + QByteArray::fromHex("10") + QByteArray::fromHex(hexDigest)
-        + QByteArray::fromHex("5678");
+    return HandFrames::frame(QByteArray(1, commandByte).toHex().append("00"),
+                             hex("02") + little(quint32(total), 4) + hex("10")
+                                 + QByteArray::fromHex(hexDigest));
 }
 
 // The whole of a transfer: chunks of 1024 bytes and the digest, given in hexadecimal.

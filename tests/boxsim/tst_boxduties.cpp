@@ -14,7 +14,7 @@ class tst_BoxDuties : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_box.reset(); }
 
     void heartbeatIsAnswered();
     void everyHeartbeatIsAnswered();
@@ -90,11 +90,6 @@ void tst_BoxDuties::init()
 {
     m_box = std::make_unique<BoxUnderTest>(options());
     QVERIFY(m_box->start());
-}
-
-void tst_BoxDuties::cleanup()
-{
-    m_box.reset();
 }
 
 // The keys of a record, from the answer that the page shows.

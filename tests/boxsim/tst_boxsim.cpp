@@ -1,16 +1,21 @@
-#include "boxsim/boxsim.h"
-#include "rawtool.h"
+#include "boxsimtest.h"
 
 #include <QNetworkDatagram>
-#include <QSignalSpy>
 #include <QUdpSocket>
 
 // Sessions, connections and searches of the simulated Box, met with hand-written bytes on a real socket.
-class tst_BoxSim : public QObject
+class tst_BoxSim : public BoxSimTest
 {
     Q_OBJECT
+public:
+    tst_BoxSim()
+        : BoxSimTest("127.0.12.1")
+    {
+    }
 
 private slots:
+    void cleanup() { stop(); }
+
     void heartbeatIsAnsweredWithThreeCountedTexts();
     void heartbeatTextsStayUnder128Bytes();
     void aPeerThatDoesNotReadIsDropped();
@@ -25,11 +30,13 @@ private slots:
     void anAddressInUseIsTold();
     void unusableOptionsAreTold_data();
     void unusableOptionsAreTold();
-
-private:
-    static BoxSimOptions options() { return Raw::quietBox(address()); }
-    static QHostAddress address() { return QHostAddress("127.0.12.1"); }
 };
+
+namespace {
+
+const QByteArray search = Raw::hex("12340000") + "Search Box" + Raw::hex("5678");
+
+} // namespace
 
 void tst_BoxSim::heartbeatIsAnsweredWithThreeCountedTexts()
 {
@@ -37,15 +44,12 @@ void tst_BoxSim::heartbeatIsAnsweredWithThreeCountedTexts()
     own.version = "2.1";
     own.serialNumber = "A7";
     own.model = "M";
-    BoxSim box(own);
-    QVERIFY2(box.start(), qPrintable(box.errorString()));
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(QByteArray::fromHex("1234010008005678"));
-    QCOMPARE(tool.take(17).toHex(), QByteArray("12340200110003322e31024137014d5678"));
-    tool.send(Raw::heartbeat() + Raw::heartbeat());
-    QCOMPARE(tool.take(34).size(), 34);
-    QCOMPARE(box.sessionCount(), 1);
+    RUN(start(own));
+    m_tool->send(Raw::hex("1234010008005678"));
+    QCOMPARE(m_tool->take(17).toHex(), QByteArray("12340200110003322e31024137014d5678"));
+    m_tool->send(Raw::heartbeat + Raw::heartbeat);
+    QCOMPARE(m_tool->take(34).size(), 34);
+    QCOMPARE(m_box->sessionCount(), 1);
 }
 
 void tst_BoxSim::heartbeatTextsStayUnder128Bytes()
@@ -54,9 +58,8 @@ void tst_BoxSim::heartbeatTextsStayUnder128Bytes()
     own.version = QString(100, QLatin1Char('v'));
     own.serialNumber = QString(15, QLatin1Char('s'));
     own.model = "m"; // 11 + 116
-    BoxSim box(own);
-    QVERIFY(box.start());
-    box.stop();
+    RUN(startBox(own));
+    m_box->stop();
     own.model = "mm";
     BoxSim tooLong(own);
     QVERIFY(!tooLong.start());
@@ -67,36 +70,30 @@ void tst_BoxSim::aPeerThatDoesNotReadIsDropped()
 {
     BoxSimOptions own = options();
     own.maxQueued = 1000;
-    BoxSim box(own);
-    QVERIFY(box.start());
-    QVERIFY(box.setFault("late-heartbeat=60000"));
-    QSignalSpy violations(&box, &BoxSim::violation);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
+    RUN(start(own));
+    QVERIFY(m_box->setFault("late-heartbeat=60000"));
     for (int i = 0; i < 27; ++i) { // 27 answers of 38 bytes are more than 1000
-        tool.send(Raw::heartbeat());
+        m_tool->send(Raw::heartbeat);
     }
-    QVERIFY(tool.waitForEnd());
-    QCOMPARE(violations.size(), 1);
-    QCOMPARE(violations.at(0).at(1).toString(), "does not read its answers, connection ended");
-    QTRY_COMPARE(box.connectionCount(), 0);
+    QVERIFY(m_tool->waitForEnd());
+    QCOMPARE(m_violations, QStringList{"does not read its answers, connection ended"});
+    QTRY_COMPARE(m_box->connectionCount(), 0);
 }
 
 void tst_BoxSim::connectionsAreLimited()
 {
     BoxSimOptions own = options();
     own.maxConnections = 2;
-    BoxSim box(own);
-    QVERIFY(box.start());
+    RUN(startBox(own));
     RawTool first;
     RawTool second;
     RawTool third;
     QVERIFY(first.connectTo(address()));
     QVERIFY(second.connectTo(address()));
     third.socket().connectToHost(address(), 30088);
-    QTRY_COMPARE(box.connectionCount(), 2);
+    QTRY_COMPARE(m_box->connectionCount(), 2);
     QVERIFY(third.waitForEnd());
-    first.send(Raw::heartbeat());
+    first.send(Raw::heartbeat);
     QVERIFY(!first.takeFrame().isEmpty());
 }
 
@@ -105,19 +102,16 @@ void tst_BoxSim::searchIsAnsweredToItsSender()
     BoxSimOptions own = options();
     own.settings.insert("lanMask", "255.255.255.128");
     own.model = "MRN-GATE-20";
-    BoxSim box(own);
-    QVERIFY(box.start());
-    QSignalSpy searched(&box, &BoxSim::searched);
+    RUN(startBox(own));
+    QSignalSpy searched(m_box.get(), &BoxSim::searched);
     QUdpSocket tool;
     QVERIFY(tool.bind(address(), 0));
-    tool.writeDatagram(QByteArray::fromHex("12340000") + "Search Box" + QByteArray::fromHex("5678"),
-                       address(), 30088);
+    tool.writeDatagram(search, address(), 30088);
     QTRY_VERIFY(tool.hasPendingDatagrams());
     const QNetworkDatagram answer = tool.receiveDatagram();
     QCOMPARE(answer.data(),
-             QByteArray::fromHex("1234ffff") + "127.0.12.1" + QByteArray(6, '\0') + "255.255.255.128"
-                 + QByteArray(1, '\0') + QByteArray::fromHex("0b") + "MRN-GATE-20"
-                 + QByteArray::fromHex("5678"));
+             Raw::hex("1234ffff") + "127.0.12.1" + QByteArray(6, '\0') + "255.255.255.128"
+                 + QByteArray(1, '\0') + Raw::hex("0b") + "MRN-GATE-20" + Raw::hex("5678"));
     QCOMPARE(answer.senderPort(), 30088);
     QCOMPARE(searched.size(), 1);
 }
@@ -127,12 +121,10 @@ void tst_BoxSim::aBoxOnEveryAddressSaysItsLanAddress()
     BoxSimOptions own = options();
     own.address = QHostAddress(QHostAddress::AnyIPv4);
     own.port = 0;
-    BoxSim box(own);
-    QVERIFY(box.start());
+    RUN(startBox(own));
     QUdpSocket tool;
     QVERIFY(tool.bind(address(), 0));
-    tool.writeDatagram(QByteArray::fromHex("12340000") + "Search Box" + QByteArray::fromHex("5678"),
-                       address(), box.port());
+    tool.writeDatagram(search, address(), m_box->port());
     QTRY_VERIFY(tool.hasPendingDatagrams());
     QCOMPARE(tool.receiveDatagram().data().mid(4, 16), "192.168.1.80" + QByteArray(4, '\0'));
 }
@@ -142,16 +134,14 @@ void tst_BoxSim::searchStaysUnansweredWhereToldSo()
     BoxSimOptions own = options();
     own.faults.noDiscovery = true;
     own.discoveryAddress = QHostAddress("127.0.12.101");
-    BoxSim box(own);
-    QVERIFY(box.start());
-    QSignalSpy searched(&box, &BoxSim::searched);
+    RUN(startBox(own));
+    QSignalSpy searched(m_box.get(), &BoxSim::searched);
     QUdpSocket tool;
     QVERIFY(tool.bind(address(), 0));
-    const QByteArray search = QByteArray::fromHex("12340000") + "Search Box" + QByteArray::fromHex("5678");
     tool.writeDatagram(search, own.discoveryAddress, 30088);
     QTRY_COMPARE(searched.size(), 1);
     QVERIFY(!tool.hasPendingDatagrams());
-    box.setFaults(BoxSimFaults());
+    m_box->setFaults(BoxSimFaults());
     tool.writeDatagram(search, own.discoveryAddress, 30088);
     QTRY_VERIFY(tool.hasPendingDatagrams());
     QCOMPARE(tool.receiveDatagram().data().mid(4, 10), QByteArray("127.0.12.1"));
@@ -160,28 +150,24 @@ void tst_BoxSim::searchStaysUnansweredWhereToldSo()
 void tst_BoxSim::strangeDatagramsAreNotAnswered_data()
 {
     QTest::addColumn<QByteArray>("bytes");
-    const QByteArray good = QByteArray::fromHex("12340000") + "Search Box" + QByteArray::fromHex("5678");
-    QTest::newRow("one byte less") << good.left(15);
-    QTest::newRow("one byte more") << QByteArray(good + '\0');
-    QTest::newRow("another command") << QByteArray(good).replace(2, 1, "\1");
+    QTest::newRow("one byte less") << search.left(15);
+    QTest::newRow("one byte more") << QByteArray(search + '\0');
+    QTest::newRow("another command") << QByteArray(search).replace(2, 1, "\1");
     QTest::newRow("empty") << QByteArray();
-    QTest::newRow("a frame") << Raw::heartbeat();
+    QTest::newRow("a frame") << Raw::heartbeat;
     QTest::newRow("largest") << QByteArray(60000, '\x12');
 }
 
 void tst_BoxSim::strangeDatagramsAreNotAnswered()
 {
     QFETCH(QByteArray, bytes);
-    BoxSim box(options());
-    QVERIFY(box.start());
-    QSignalSpy violations(&box, &BoxSim::violation);
-    QSignalSpy searched(&box, &BoxSim::searched);
+    RUN(startBox(options()));
+    QSignalSpy searched(m_box.get(), &BoxSim::searched);
     QUdpSocket tool;
     QVERIFY(tool.bind(address(), 0));
     tool.writeDatagram(bytes, address(), 30088);
-    QTRY_COMPARE(violations.size(), 1);
-    QCOMPARE(violations.at(0).at(1).toString(),
-             QString("datagram of %1 bytes that is no search").arg(bytes.size()));
+    QTRY_COMPARE(m_violations,
+                 QStringList{QString("datagram of %1 bytes that is no search").arg(bytes.size())});
     QCOMPARE(searched.size(), 0);
     QVERIFY(!tool.hasPendingDatagrams());
 }
@@ -191,38 +177,36 @@ void tst_BoxSim::rawBytesReachEverySession()
     BoxSimOptions own = options();
     own.faults.noise = 9; // raw bytes pass every fault
     own.faults.silent = true;
-    BoxSim box(own);
-    QVERIFY(box.start());
+    RUN(startBox(own));
     RawTool first;
     RawTool second;
     QVERIFY(first.connectTo(address()));
     QVERIFY(second.connectTo(address()));
-    QTRY_COMPARE(box.connectionCount(), 2);
-    box.sendRaw("abc");
+    QTRY_COMPARE(m_box->connectionCount(), 2);
+    m_box->sendRaw("abc");
     QCOMPARE(first.take(3), QByteArray("abc"));
     QCOMPARE(second.take(3), QByteArray("abc"));
 }
 
 void tst_BoxSim::closedSessionsLeaveTransfersOpen()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
-    QSignalSpy closed(&box, &BoxSim::connectionClosed);
-    QSignalSpy frames(&box, &BoxSim::frameReceived);
+    RUN(startBox(options()));
+    QSignalSpy closed(m_box.get(), &BoxSim::connectionClosed);
+    QSignalSpy frames(m_box.get(), &BoxSim::frameReceived);
     RawTool session;
     RawTool transfer;
     QVERIFY(session.connectTo(address()));
     QVERIFY(transfer.connectTo(address()));
-    session.send(Raw::heartbeat());
+    session.send(Raw::heartbeat);
     transfer.send(Raw::chunk(4, 1025, 1, QByteArray(1024, 'a')));
     QTRY_COMPARE(frames.size(), 2);
-    box.closeSessions();
+    m_box->closeSessions();
     QVERIFY(session.waitForEnd());
     QCOMPARE(closed.size(), 1);
-    QCOMPARE(box.connectionCount(), 1);
-    box.closeConnections();
+    QCOMPARE(m_box->connectionCount(), 1);
+    m_box->closeConnections();
     QVERIFY(transfer.waitForEnd());
-    QCOMPARE(box.connectionCount(), 0);
+    QCOMPARE(m_box->connectionCount(), 0);
 }
 
 void tst_BoxSim::anAddressInUseIsTold()
@@ -242,19 +226,15 @@ void tst_BoxSim::unusableOptionsAreTold_data()
     QTest::addColumn<QString>("value");
     QTest::addColumn<QByteArray>("project");
     QTest::addColumn<QString>("told");
-    QTest::newRow("unknown setting") << "lanIP"
-                                     << "1.2.3.4" << QByteArray()
-                                     << "no such setting, or not a value for it: lanIP=1.2.3.4";
-    QTest::newRow("bad date") << "date"
-                              << "x" << QByteArray() << "no such setting, or not a value for it: date=x";
+    const auto row = [](const char *name, const QString &key, const QString &value, const QByteArray &project,
+                        const QString &told) { QTest::newRow(name) << key << value << project << told; };
+    const QString noSetting = "no such setting, or not a value for it: ";
     const QString tooLong(1025, QLatin1Char('a'));
-    QTest::newRow("long text") << "ssid" << tooLong << QByteArray()
-                               << "no such setting, or not a value for it: ssid=" + tooLong;
-    QTest::newRow("project is an array")
-        << "NTP"
-        << "" << QByteArray("[]") << "not a project: not an object with a name";
-    QTest::newRow("project is no JSON") << "NTP"
-                                        << "" << QByteArray("{") << "not a project: unterminated object";
+    row("unknown setting", "lanIP", "1.2.3.4", {}, noSetting + "lanIP=1.2.3.4");
+    row("bad date", "date", "x", {}, noSetting + "date=x");
+    row("long text", "ssid", tooLong, {}, noSetting + "ssid=" + tooLong);
+    row("project is an array", "NTP", "", "[]", "not a project: not an object with a name");
+    row("project is no JSON", "NTP", "", "{", "not a project: unterminated object");
 }
 
 void tst_BoxSim::unusableOptionsAreTold()

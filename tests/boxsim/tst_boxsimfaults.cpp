@@ -1,17 +1,22 @@
-#include "boxsim/boxsim.h"
 #include "boxsim/faultlist.h"
-#include "rawtool.h"
+#include "boxsimtest.h"
 
 #include <QElapsedTimer>
 #include <QRegularExpression>
-#include <QSignalSpy>
 
 // Each fault of the simulated Box, as a tool meets it.
-class tst_BoxSimFaults : public QObject
+class tst_BoxSimFaults : public BoxSimTest
 {
     Q_OBJECT
+public:
+    tst_BoxSimFaults()
+        : BoxSimTest("127.0.12.2")
+    {
+    }
 
 private slots:
+    void cleanup() { stop(); }
+
     void silentAcceptsAndNeverSpeaks();
     void unansweredKinds_data();
     void unansweredKinds();
@@ -36,28 +41,19 @@ private slots:
     void faultNamesAreUnderstood_data();
     void faultNamesAreUnderstood();
     void faultHelpNamesEveryFault();
-
-private:
-    static BoxSimOptions options(const QString &fault = QString()) { return Raw::quietBox(address(), fault); }
-    static QHostAddress address() { return QHostAddress("127.0.12.2"); }
 };
 
 void tst_BoxSimFaults::silentAcceptsAndNeverSpeaks()
 {
-    BoxSimOptions own = options("silent");
-    own.project = "{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"name\":\"a\"}]}]}";
-    BoxSim box(own);
-    QVERIFY(box.start());
-    QSignalSpy frames(&box, &BoxSim::frameReceived);
-    QSignalSpy sent(&box, &BoxSim::frameSent);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat() + Raw::json("{\"type\":\"2\",\"pares\":{}}")
-              + Raw::transfer(4, "a", "0cc175b9c0f1b6a831c399e269772661"));
+    RUN(start(withProject(R"({"name":"P","standards":[{"name":"S","datas":[{"name":"a"}]}]})", "silent")));
+    QSignalSpy frames(m_box.get(), &BoxSim::frameReceived);
+    QSignalSpy sent(m_box.get(), &BoxSim::frameSent);
+    m_tool->send(Raw::heartbeat + Raw::json("{\"type\":\"2\",\"pares\":{}}")
+                 + Raw::transfer(4, "a", "0cc175b9c0f1b6a831c399e269772661"));
     QTRY_COMPARE(frames.size(), 4);
-    box.reportNow();
+    m_box->reportNow();
     QCOMPARE(sent.size(), 0);
-    QCOMPARE(tool.bytes(), QByteArray());
+    QCOMPARE(m_tool->bytes(), QByteArray());
 }
 
 void tst_BoxSimFaults::unansweredKinds_data()
@@ -67,9 +63,9 @@ void tst_BoxSimFaults::unansweredKinds_data()
     QTest::addColumn<QByteArray>("answered");
     const QByteArray read = Raw::json("{\"type\":\"8\",\"pares\":{}}");
     const QByteArray transfer = Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e");
-    QTest::newRow("no heartbeat") << "no-heartbeat" << Raw::heartbeat() << read;
-    QTest::newRow("no JSON") << "no-json" << read << Raw::heartbeat();
-    QTest::newRow("no verdict") << "verdict=none" << transfer << Raw::heartbeat();
+    QTest::newRow("no heartbeat") << "no-heartbeat" << Raw::heartbeat << read;
+    QTest::newRow("no JSON") << "no-json" << read << Raw::heartbeat;
+    QTest::newRow("no verdict") << "verdict=none" << transfer << Raw::heartbeat;
 }
 
 void tst_BoxSimFaults::unansweredKinds()
@@ -77,22 +73,19 @@ void tst_BoxSimFaults::unansweredKinds()
     QFETCH(QString, fault);
     QFETCH(QByteArray, unanswered);
     QFETCH(QByteArray, answered);
-    BoxSim box(options(fault));
-    QVERIFY(box.start());
-    QSignalSpy sent(&box, &BoxSim::frameSent);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(unanswered + answered);
-    QVERIFY(!tool.takeFrame().isEmpty());
+    RUN(start(fault));
+    QSignalSpy sent(m_box.get(), &BoxSim::frameSent);
+    m_tool->send(unanswered + answered);
+    QVERIFY(!m_tool->takeFrame().isEmpty());
     QCOMPARE(sent.size(), 1);
-    QCOMPARE(tool.bytes(), QByteArray());
+    QCOMPARE(m_tool->bytes(), QByteArray());
 }
 
 void tst_BoxSimFaults::lateAnswersComeLate_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QByteArray>("request");
-    QTest::newRow("heartbeat") << "late-heartbeat=150" << Raw::heartbeat();
+    QTest::newRow("heartbeat") << "late-heartbeat=150" << Raw::heartbeat;
     QTest::newRow("JSON") << "late-json=150" << Raw::json("{\"type\":\"8\",\"pares\":{}}");
     QTest::newRow("verdict") << "late-verdict=150" << Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e");
 }
@@ -101,14 +94,11 @@ void tst_BoxSimFaults::lateAnswersComeLate()
 {
     QFETCH(QString, fault);
     QFETCH(QByteArray, request);
-    BoxSim box(options(fault));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
+    RUN(start(fault));
     QElapsedTimer clock;
     clock.start();
-    tool.send(request);
-    QVERIFY(!tool.takeFrame().isEmpty());
+    m_tool->send(request);
+    QVERIFY(!m_tool->takeFrame().isEmpty());
     QVERIFY2(clock.elapsed() >= 149, qPrintable(QString::number(clock.elapsed())));
 }
 
@@ -124,54 +114,42 @@ void tst_BoxSimFaults::splitAnswersComeInPieces()
 {
     QFETCH(QString, fault);
     QFETCH(int, longest);
-    BoxSim box(options(fault));
-    QVERIFY(box.start());
-    QVERIFY(box.setFault("split-gap=5"));
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.take(38).toHex(),
+    RUN(start(fault));
+    QVERIFY(m_box->setFault("split-gap=5"));
+    m_tool->send(Raw::heartbeat);
+    QCOMPARE(m_tool->take(38).toHex(),
              QByteArray("12340200260005312e302e300b53494d30303030303030310b4d524e2d474154452d37305678"));
     // A slow reader may find two pieces together; nobody finds one that was not cut.
-    QVERIFY(tool.pieces().size() >= 38 / longest / 4);
-    QVERIFY(tool.pieces().constFirst().size() < 38);
-    QCOMPARE(tool.pieces().constFirst().size() % longest, 0);
+    QVERIFY(m_tool->pieces().size() >= 38 / longest / 4);
+    QVERIFY(m_tool->pieces().constFirst().size() < 38);
+    QCOMPARE(m_tool->pieces().constFirst().size() % longest, 0);
 }
 
 void tst_BoxSimFaults::joinedAnswersComeInOnePiece()
 {
-    BoxSim box(options("join=50"));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    tool.send(Raw::heartbeat());
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.take(3 * 38).size(), 3 * 38);
-    QCOMPARE(tool.pieces().size(), 1);
+    RUN(start("join=50"));
+    m_tool->send(Raw::heartbeat);
+    m_tool->send(Raw::heartbeat);
+    m_tool->send(Raw::heartbeat);
+    QCOMPARE(m_tool->take(3 * 38).size(), 3 * 38);
+    QCOMPARE(m_tool->pieces().size(), 1);
 }
 
 void tst_BoxSimFaults::noiseStandsBeforeEachFrame()
 {
-    BoxSim box(options("noise=5"));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat() + Raw::heartbeat());
-    const QByteArray bytes = tool.take(2 * (5 + 38));
-    QCOMPARE(bytes.indexOf(QByteArray::fromHex("1234")), 5);
-    QCOMPARE(bytes.indexOf(QByteArray::fromHex("1234"), 6), 5 + 38 + 5);
+    RUN(start("noise=5"));
+    m_tool->send(Raw::heartbeat + Raw::heartbeat);
+    const QByteArray bytes = m_tool->take(2 * (5 + 38));
+    QCOMPARE(bytes.indexOf(Raw::hex("1234")), 5);
+    QCOMPARE(bytes.indexOf(Raw::hex("1234"), 6), 5 + 38 + 5);
     QCOMPARE(bytes.mid(5, 38), bytes.mid(48, 38));
 }
 
 void tst_BoxSimFaults::noiseHoldsNoHalfOfAHeader()
 {
-    BoxSim box(options("noise=20000"));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.take(20000 + 38).indexOf('\x12'), 20000);
+    RUN(start("noise=20000"));
+    m_tool->send(Raw::heartbeat);
+    QCOMPARE(m_tool->take(20000 + 38).indexOf('\x12'), 20000);
 }
 
 void tst_BoxSimFaults::linkEndsAfterBytesSent_data()
@@ -185,52 +163,43 @@ void tst_BoxSimFaults::linkEndsAfterBytesSent_data()
 void tst_BoxSimFaults::linkEndsAfterBytesSent()
 {
     QFETCH(int, bytes);
-    BoxSim box(options(QString("drop-after-sent=%1").arg(bytes)));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat() + Raw::heartbeat());
-    QVERIFY(tool.waitForEnd());
-    QCOMPARE(tool.bytes().size(), bytes);
-    QTRY_COMPARE(box.connectionCount(), 0);
+    RUN(start(QString("drop-after-sent=%1").arg(bytes)));
+    m_tool->send(Raw::heartbeat + Raw::heartbeat);
+    QVERIFY(m_tool->waitForEnd());
+    QCOMPARE(m_tool->bytes().size(), bytes);
+    QTRY_COMPARE(m_box->connectionCount(), 0);
 }
 
 void tst_BoxSimFaults::linkEndsAfterBytesReceived()
 {
-    BoxSim box(options("drop-after-received=15"));
-    QVERIFY(box.start());
-    QSignalSpy frames(&box, &BoxSim::frameReceived);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat() + Raw::heartbeat());
-    QVERIFY(tool.waitForEnd());
+    RUN(start("drop-after-received=15"));
+    QSignalSpy frames(m_box.get(), &BoxSim::frameReceived);
+    m_tool->send(Raw::heartbeat + Raw::heartbeat);
+    QVERIFY(m_tool->waitForEnd());
     QCOMPARE(frames.size(), 1);
     RawTool again;
     QVERIFY(again.connectTo(address()));
-    again.send(Raw::heartbeat());
+    again.send(Raw::heartbeat);
     QVERIFY(!again.takeFrame().isEmpty());
 }
 
 void tst_BoxSimFaults::aSecondConnectionIsRefusedWhileThereIsOne()
 {
-    BoxSim box(options("refuse-second"));
-    QVERIFY(box.start());
-    RawTool first;
-    QVERIFY(first.connectTo(address()));
-    QTRY_COMPARE(box.connectionCount(), 1);
+    RUN(start("refuse-second"));
+    QTRY_COMPARE(m_box->connectionCount(), 1);
     RawTool second;
     second.socket().connectToHost(address(), 30088);
     QVERIFY(second.waitForEnd());
     QCOMPARE(second.socket().error(), QAbstractSocket::ConnectionRefusedError);
-    first.send(Raw::heartbeat());
-    QVERIFY(!first.takeFrame().isEmpty());
-    first.socket().disconnectFromHost();
-    QTRY_VERIFY(box.isListening());
+    m_tool->send(Raw::heartbeat);
+    QVERIFY(!m_tool->takeFrame().isEmpty());
+    m_tool->socket().disconnectFromHost();
+    QTRY_VERIFY(m_box->isListening());
     RawTool third;
     QVERIFY(third.connectTo(address()));
-    QTRY_VERIFY(!box.isListening());
-    box.setFaults(BoxSimFaults());
-    QVERIFY(box.isListening());
+    QTRY_VERIFY(!m_box->isListening());
+    m_box->setFaults(BoxSimFaults());
+    QVERIFY(m_box->isListening());
 }
 
 void tst_BoxSimFaults::verdictsAreSpoiled_data()
@@ -249,14 +218,11 @@ void tst_BoxSimFaults::verdictsAreSpoiled()
 {
     QFETCH(QString, kind);
     QFETCH(QByteArray, verdict);
-    BoxSim box(options("verdict=" + kind));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::checksum(3, 0, "d41d8cd98f00b204e9800998ecf8427e"));
-    QCOMPARE(tool.take(verdict.size() / 2).toHex(), verdict);
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38); // and nothing between
+    RUN(start("verdict=" + kind));
+    m_tool->send(Raw::checksum(3, 0, "d41d8cd98f00b204e9800998ecf8427e"));
+    QCOMPARE(m_tool->take(verdict.size() / 2).toHex(), verdict);
+    m_tool->send(Raw::heartbeat);
+    QCOMPARE(m_tool->takeFrame().size(), 38); // and nothing between
 }
 
 void tst_BoxSimFaults::writesAreRefused_data()
@@ -280,13 +246,10 @@ void tst_BoxSimFaults::writesAreRefused()
     QFETCH(QString, fault);
     QFETCH(QByteArray, request);
     QFETCH(QString, code);
-    BoxSim box(options(fault));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::json(request));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue(code));
-    QCOMPARE(box.setting("NTP") == "1.2.3.4", code == "200");
+    RUN(start(fault));
+    m_tool->send(Raw::json(request));
+    QCOMPARE(m_tool->takeJson().value(QLatin1String("code")), QJsonValue(code));
+    QCOMPARE(m_box->setting("NTP") == "1.2.3.4", code == "200");
 }
 
 void tst_BoxSimFaults::answersCarryNumbersAndLackKeys_data()
@@ -308,31 +271,23 @@ void tst_BoxSimFaults::answersCarryNumbersAndLackKeys()
     QFETCH(QString, fault);
     QFETCH(QByteArray, request);
     QFETCH(QByteArray, answer);
-    BoxSim box(options(fault));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::json(request));
-    QCOMPARE(QJsonDocument(tool.takeJson()).toJson(QJsonDocument::Compact), answer);
+    RUN(start(fault));
+    m_tool->send(Raw::json(request));
+    QCOMPARE(QJsonDocument(m_tool->takeJson()).toJson(QJsonDocument::Compact), answer);
 }
 
 void tst_BoxSimFaults::faultsChangeWhileTheBoxRuns()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38);
+    RUN(startSession());
     QString error;
-    QVERIFY(!box.setFault("nonsense", &error));
+    QVERIFY(!m_box->setFault("nonsense", &error));
     QCOMPARE(error, "there is no fault nonsense");
-    QVERIFY(box.setFault("no-heartbeat", &error));
-    tool.send(Raw::heartbeat() + Raw::json("{\"type\":\"8\",\"pares\":{}}"));
-    QVERIFY(!tool.takeJson().isEmpty());
-    box.setFaults(BoxSimFaults());
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38);
+    QVERIFY(m_box->setFault("no-heartbeat", &error));
+    m_tool->send(Raw::heartbeat + Raw::json("{\"type\":\"8\",\"pares\":{}}"));
+    QVERIFY(!m_tool->takeJson().isEmpty());
+    m_box->setFaults(BoxSimFaults());
+    m_tool->send(Raw::heartbeat);
+    QCOMPARE(m_tool->takeFrame().size(), 38);
 }
 
 void tst_BoxSimFaults::faultNamesAreUnderstood_data()

@@ -1,20 +1,26 @@
-#include "boxsim/boxsim.h"
 #include "boxsim/framereader.h"
 #include "boxsim/wire.h"
+#include "boxsimtest.h"
 #include "protocolpage.h"
-#include "rawtool.h"
+#include "tablerow.h"
 
 #include <QNetworkDatagram>
-#include <QSignalSpy>
 #include <QUdpSocket>
 
 // The frames that the protocol page shows, against the simulated Box: whoever writes firmware compares with
 // both.
-class tst_BoxSimPage : public QObject
+class tst_BoxSimPage : public BoxSimTest
 {
     Q_OBJECT
+public:
+    tst_BoxSimPage()
+        : BoxSimTest("127.0.33.2")
+    {
+    }
 
 private slots:
+    void cleanup() { stop(); }
+
     void everyFrameIsWorded();
     void heartbeatIsAnsweredAsShown();
     void settingsAreAnsweredAsShown_data();
@@ -27,14 +33,13 @@ private slots:
     void searchIsAnsweredAsShown();
 
 private:
-    static BoxSimOptions options()
+    BoxSimOptions shownBox(const QString &fault = QString()) const
     {
-        BoxSimOptions options = Raw::quietBox(address());
-        options.version = "1.2.3";
-        options.serialNumber = "SN7";
-        return options;
+        BoxSimOptions shown = options(fault);
+        shown.version = "1.2.3";
+        shown.serialNumber = "SN7";
+        return shown;
     }
-    static QHostAddress address() { return QHostAddress("127.0.33.2"); }
 
     const ProtocolPage m_page;
 };
@@ -125,12 +130,9 @@ void tst_BoxSimPage::everyFrameIsWorded()
 
 void tst_BoxSimPage::heartbeatIsAnsweredAsShown()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(m_page.bytes("heartbeat"));
-    QCOMPARE(tool.takeFrame().toHex(), m_page.bytes("heartbeat answer").toHex());
+    RUN(start(shownBox()));
+    m_tool->send(m_page.bytes("heartbeat"));
+    QCOMPARE(m_tool->takeFrame().toHex(), m_page.bytes("heartbeat answer").toHex());
 }
 
 void tst_BoxSimPage::settingsAreAnsweredAsShown_data()
@@ -145,38 +147,28 @@ void tst_BoxSimPage::settingsAreAnsweredAsShown_data()
 void tst_BoxSimPage::settingsAreAnsweredAsShown()
 {
     QFETCH(QByteArray, group);
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(m_page.bytes("write " + group) + m_page.bytes("read " + group));
-    QCOMPARE(tool.takeFrame(), m_page.bytes("write " + group + " answer"));
-    QCOMPARE(tool.takeFrame(), m_page.bytes("read " + group + " answer"));
+    RUN(start(shownBox()));
+    m_tool->send(m_page.bytes("write " + group) + m_page.bytes("read " + group));
+    QCOMPARE(m_tool->takeFrame(), m_page.bytes("write " + group + " answer"));
+    QCOMPARE(m_tool->takeFrame(), m_page.bytes("read " + group + " answer"));
 }
 
 void tst_BoxSimPage::rebootIsAnsweredAsShown()
 {
-    BoxSimOptions quick = options();
+    BoxSimOptions quick = shownBox();
     quick.rebootTime = 1;
-    BoxSim box(quick);
-    QVERIFY(box.start());
-    QSignalSpy rebooting(&box, &BoxSim::rebooting);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(m_page.bytes("reboot"));
-    QCOMPARE(tool.takeFrame(), m_page.bytes("reboot answer"));
+    RUN(start(quick));
+    QSignalSpy rebooting(m_box.get(), &BoxSim::rebooting);
+    m_tool->send(m_page.bytes("reboot"));
+    QCOMPARE(m_tool->takeFrame(), m_page.bytes("reboot answer"));
     QTRY_COMPARE(rebooting.size(), 1);
 }
 
 void tst_BoxSimPage::refusalIsThatOfThePage()
 {
-    BoxSim box(options());
-    QVERIFY(box.setFault("refuse-write=105:500"));
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(m_page.bytes("write LTE"));
-    QCOMPARE(tool.takeFrame(), m_page.bytes("write LTE refusal"));
+    RUN(start(shownBox("refuse-write=105:500")));
+    m_tool->send(m_page.bytes("write LTE"));
+    QCOMPARE(m_tool->takeFrame(), m_page.bytes("write LTE refusal"));
 }
 
 void tst_BoxSimPage::transferIsJudgedAsShown_data()
@@ -191,16 +183,13 @@ void tst_BoxSimPage::transferIsJudgedAsShown_data()
     const QByteArray program =
         m_page.bytes("program chunk 1") + m_page.bytes("program chunk 2") + m_page.bytes("program checksum");
     const QByteArray kilobyte(1025, 'a');
-    QTest::newRow("project") << project << none << m_page.bytes("project verdict, success")
-                             << QByteArray("abc");
-    QTest::newRow("refused project") << project << bad << m_page.bytes("project verdict, failure")
-                                     << QByteArray("abc");
-    QTest::newRow("empty project") << m_page.bytes("empty project checksum") << none
-                                   << m_page.bytes("project verdict, success") << QByteArray("");
-    QTest::newRow("program") << program << none << m_page.bytes("program verdict, success") << kilobyte;
-    QTest::newRow("program without its end")
-        << m_page.bytes("program chunk 1") + m_page.bytes("program checksum") << none
-        << m_page.bytes("program verdict, failure") << QByteArray();
+    tableRow("project", project, none, m_page.bytes("project verdict, success"), QByteArray("abc"));
+    tableRow("refused project", project, bad, m_page.bytes("project verdict, failure"), QByteArray("abc"));
+    tableRow("empty project", m_page.bytes("empty project checksum"), none,
+             m_page.bytes("project verdict, success"), QByteArray(""));
+    tableRow("program", program, none, m_page.bytes("program verdict, success"), kilobyte);
+    tableRow("program without its end", m_page.bytes("program chunk 1") + m_page.bytes("program checksum"),
+             none, m_page.bytes("program verdict, failure"), QByteArray());
 }
 
 void tst_BoxSimPage::transferIsJudgedAsShown()
@@ -209,17 +198,13 @@ void tst_BoxSimPage::transferIsJudgedAsShown()
     QFETCH(QString, fault);
     QFETCH(QByteArray, verdict);
     QFETCH(QByteArray, file);
-    BoxSim box(options());
-    QVERIFY(fault.isEmpty() || box.setFault(fault));
-    QVERIFY(box.start());
+    RUN(start(shownBox(fault)));
     QByteArray taken;
     const auto take = [&taken](const QByteArray &bytes) { taken = bytes; };
-    connect(&box, &BoxSim::projectAccepted, this, take);
-    connect(&box, &BoxSim::programAccepted, this, take);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(stream);
-    QCOMPARE(tool.takeFrame(), verdict);
+    connect(m_box.get(), &BoxSim::projectAccepted, this, take);
+    connect(m_box.get(), &BoxSim::programAccepted, this, take);
+    m_tool->send(stream);
+    QCOMPARE(m_tool->takeFrame(), verdict);
     QTRY_COMPARE(taken, file);
 }
 
@@ -236,10 +221,9 @@ void tst_BoxSimPage::reportsAreCutAsShown()
 // It says the address at which it is, all else is as shown.
 void tst_BoxSimPage::searchIsAnsweredAsShown()
 {
-    BoxSimOptions found = options();
+    BoxSimOptions found = shownBox();
     found.settings.insert("lanMask", "255.255.255.0");
-    BoxSim box(found);
-    QVERIFY(box.start());
+    RUN(startBox(found));
     QUdpSocket socket;
     QVERIFY(socket.bind(QHostAddress("127.0.33.3")));
     socket.writeDatagram(m_page.bytes("search"), address(), 30088);

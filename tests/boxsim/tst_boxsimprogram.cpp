@@ -136,7 +136,7 @@ void tst_BoxSimProgram::whatItReceivesIsPrintedAndLogged()
     QVERIFY(start(&process, {"--log", "box.log"}));
     RawTool tool;
     QVERIFY(tool.connectTo(QHostAddress(address())));
-    tool.send(Raw::heartbeat());
+    tool.send(Raw::heartbeat);
     QCOMPARE(tool.takeFrame().size(), 38);
     tool.send("?" + Raw::json("{\"type\":2,\"pares\":{}}"));
     QVERIFY(QTest::qWaitFor([&process] { return process.peek(1000000).contains("must have type"); }));
@@ -164,7 +164,7 @@ void tst_BoxSimProgram::bytesAreShownOnRequest()
     QVERIFY(start(&process, {"--hex", "--once", "--model", "M~\x7f"}));
     RawTool tool;
     QVERIFY(tool.connectTo(QHostAddress(address())));
-    tool.send(Raw::heartbeat());
+    tool.send(Raw::heartbeat);
     QCOMPARE(tool.takeFrame().size(), 30);
     tool.socket().disconnectFromHost();
     QVERIFY(ended(&process));
@@ -186,7 +186,7 @@ void tst_BoxSimProgram::quietPrintsTheReadinessLineOnly()
     QVERIFY(start(&process, {"--quiet", "--once"}));
     RawTool tool;
     QVERIFY(tool.connectTo(QHostAddress(address())));
-    tool.send(Raw::heartbeat());
+    tool.send(Raw::heartbeat);
     QCOMPARE(tool.takeFrame().size(), 38);
     tool.socket().disconnectFromHost();
     QVERIFY(ended(&process));
@@ -219,11 +219,11 @@ void tst_BoxSimProgram::endsWithTheLastConnection()
     RawTool second;
     QVERIFY(first.connectTo(QHostAddress(address())));
     QVERIFY(second.connectTo(QHostAddress(address())));
-    second.send(Raw::heartbeat());
+    second.send(Raw::heartbeat);
     QCOMPARE(second.takeFrame().size(), 38);
     first.socket().disconnectFromHost();
     QVERIFY(QTest::qWaitFor([&process] { return process.peek(1000000).contains("gone"); }));
-    second.send(Raw::heartbeat());
+    second.send(Raw::heartbeat);
     QCOMPARE(second.takeFrame().size(), 38);
     second.socket().disconnectFromHost();
     QVERIFY(ended(&process));

@@ -1,19 +1,24 @@
-#include "boxsim/boxsim.h"
 #include "boxsim/pointsignal.h"
-#include "rawtool.h"
+#include "boxsimtest.h"
 
 #include <QFile>
 #include <QJsonArray>
-#include <QSignalSpy>
 
 #include <algorithm>
 
 // What the simulated Box makes of a project: which points it reports, in which form, with which values.
-class tst_BoxSimProject : public QObject
+class tst_BoxSimProject : public BoxSimTest
 {
     Q_OBJECT
+public:
+    tst_BoxSimProject()
+        : BoxSimTest("127.0.12.3")
+    {
+    }
 
 private slots:
+    void cleanup() { stop(); }
+
     void samplesRun_data();
     void samplesRun();
     void aReportHasExactlyTheseKeys();
@@ -35,31 +40,21 @@ private slots:
     void theSameSeedGivesTheSameValues();
 
 private:
-    static BoxSimOptions options(const QByteArray &project)
-    {
-        BoxSimOptions options = Raw::quietBox(address());
-        options.project = project;
-        return options;
-    }
-    static QHostAddress address() { return QHostAddress("127.0.12.3"); }
     static QByteArray sample(const QString &name)
     {
         QFile file(QString(TEST_DATA_DIR "/") + name);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     // So many reports of a Box, asked for once.
-    static QVector<QJsonObject> reports(const QByteArray &project, int count)
+    QVector<QJsonObject> reports(const QByteArray &project, int count)
     {
-        BoxSim box(options(project));
-        RawTool tool;
-        if (!box.start() || !tool.connectTo(address())) {
+        startSession(withProject(project));
+        if (QTest::currentTestFailed()) {
             return {};
         }
-        tool.send(Raw::heartbeat());
-        tool.takeFrame();
-        box.reportNow();
-        const bool came = QTest::qWaitFor([&] { return Raw::reports(tool.bytes()).size() >= count; });
-        return came ? Raw::reports(tool.bytes()) : QVector<QJsonObject>();
+        m_box->reportNow();
+        const bool came = QTest::qWaitFor([&] { return Raw::reports(m_tool->bytes()).size() >= count; });
+        return came ? Raw::reports(m_tool->bytes()) : QVector<QJsonObject>();
     }
     static QStringList names(const QJsonObject &report)
     {
@@ -100,21 +95,16 @@ void tst_BoxSimProject::samplesRun()
     QFETCH(QString, project);
     QFETCH(QStringList, standards);
     QFETCH(QVector<int>, points);
-    BoxSim box(options(QByteArray()));
-    QVERIFY(box.start());
-    RawTool session;
+    RUN(startSession());
     RawTool transfer;
-    QVERIFY(session.connectTo(address()));
-    session.send(Raw::heartbeat());
-    QCOMPARE(session.takeFrame().size(), 38);
     QVERIFY(transfer.connectTo(address()));
     transfer.send(Raw::transfer(3, sample(file), digest));
     QCOMPARE(transfer.take(10).toHex(), QByteArray("123403000a0003005678"));
-    QCOMPARE(box.projectName(), project);
-    QCOMPARE(box.standardNames(), standards);
-    box.reportNow();
-    QTRY_COMPARE(Raw::reports(session.bytes()).size(), standards.size());
-    const QVector<QJsonObject> reports = Raw::reports(session.bytes());
+    QCOMPARE(m_box->projectName(), project);
+    QCOMPARE(m_box->standardNames(), standards);
+    m_box->reportNow();
+    QTRY_COMPARE(Raw::reports(m_tool->bytes()).size(), standards.size());
+    const QVector<QJsonObject> reports = Raw::reports(m_tool->bytes());
     for (int i = 0; i < reports.size(); ++i) {
         QCOMPARE(reports.at(i).value(QLatin1String("projectName")).toString(), project);
         QCOMPARE(reports.at(i).value(QLatin1String("plcName")).toString(), standards.at(i));
@@ -177,20 +167,15 @@ void tst_BoxSimProject::pointsWithoutGroupsAreReported()
 
 void tst_BoxSimProject::eachStandardReportsAtItsOwnInterval()
 {
-    BoxSimOptions own = options(
+    BoxSimOptions own = withProject(
         "{\"name\":\"P\",\"standards\":["
         "{\"name\":\"fast\",\"parameter\":{\"collectionInterval\":\"100\"},\"datas\":[{\"name\":\"a\"}]},"
         "{\"name\":\"slow\",\"parameter\":{\"collectionInterval\":\"60000\"},\"datas\":[{\"name\":\"b\"}]}]"
         "}");
     own.reportInterval = -1;
-    BoxSim box(own);
-    RawTool tool;
-    QVERIFY(box.start());
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38);
-    QTRY_VERIFY(Raw::reports(tool.bytes()).size() >= 5);
-    const QVector<QJsonObject> found = Raw::reports(tool.bytes());
+    RUN(startSession(own));
+    QTRY_VERIFY(Raw::reports(m_tool->bytes()).size() >= 5);
+    const QVector<QJsonObject> found = Raw::reports(m_tool->bytes());
     const auto slow = std::count_if(found.cbegin(), found.cend(), [](const QJsonObject &report) {
         return report.value(QLatin1String("plcName")) == QJsonValue("slow");
     });
@@ -199,30 +184,22 @@ void tst_BoxSimProject::eachStandardReportsAtItsOwnInterval()
 
 void tst_BoxSimProject::anIntervalOfTheBoxReplacesTheStandards()
 {
-    BoxSimOptions own = options("{\"name\":\"P\",\"standards\":[{\"name\":\"slow\",\"parameter\":"
-                                "{\"collectionInterval\":\"60000\"},\"datas\":[{\"name\":\"b\"}]}]}");
+    BoxSimOptions own = withProject("{\"name\":\"P\",\"standards\":[{\"name\":\"slow\",\"parameter\":"
+                                    "{\"collectionInterval\":\"60000\"},\"datas\":[{\"name\":\"b\"}]}]}");
     own.reportInterval = 20;
-    BoxSim box(own);
-    RawTool tool;
-    QVERIFY(box.start());
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38);
-    QTRY_VERIFY(Raw::reports(tool.bytes()).size() >= 3);
+    RUN(startSession(own));
+    QTRY_VERIFY(Raw::reports(m_tool->bytes()).size() >= 3);
 }
 
 void tst_BoxSimProject::aPushedProjectReplacesTheOneBefore()
 {
-    BoxSim box(options("{\"name\":\"Old\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"name\":\"a\"}]}]}"));
-    QVERIFY(box.start());
-    QSignalSpy started(&box, &BoxSim::projectStarted);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::transfer(3, "{\"name\":\"New\"}", "bd702dfe980ad0192f34a85ef36209d2"));
-    QCOMPARE(tool.take(10).toHex(), QByteArray("123403000a0003005678"));
+    RUN(start(withProject(R"({"name":"Old","standards":[{"name":"S","datas":[{"name":"a"}]}]})")));
+    QSignalSpy started(m_box.get(), &BoxSim::projectStarted);
+    m_tool->send(Raw::transfer(3, "{\"name\":\"New\"}", "bd702dfe980ad0192f34a85ef36209d2"));
+    QCOMPARE(m_tool->take(10).toHex(), QByteArray("123403000a0003005678"));
     QCOMPARE(started.size(), 1);
     QCOMPARE(started.at(0).at(0).toString(), "New");
-    QCOMPARE(box.standardNames(), QStringList());
+    QCOMPARE(m_box->standardNames(), QStringList());
 }
 
 void tst_BoxSimProject::documentsThatAreNoProject_data()
@@ -286,12 +263,10 @@ void tst_BoxSimProject::valuesKeepToTheirPoint_data()
     QTest::addColumn<double>("low");
     QTest::addColumn<double>("high");
     QTest::addColumn<int>("decimals");
-    const auto row = [](const char *name, const char *dataType, const char *addr, double low, double high,
-                        int decimals) {
-        QTest::newRow(qPrintable(
-            QString("%1 %2 %3").arg(QString::fromUtf8(name), QLatin1String(dataType), QLatin1String(addr))))
-            << QString::fromUtf8(name) << QString::fromLatin1(dataType) << QString::fromLatin1(addr) << low
-            << high << decimals;
+    const auto row = [](const QString &name, const QString &dataType, const QString &addr, double low,
+                        double high, int decimals) {
+        QTest::newRow(qPrintable(QString("%1 %2 %3").arg(name, dataType, addr)))
+            << name << dataType << addr << low << high << decimals;
     };
     row("Phase A voltage", "float", "0", 225, 235, 2);
     row("相电压", "uint16", "0", 225, 235, 0);
@@ -341,21 +316,14 @@ void tst_BoxSimProject::countersGrowAtEachStep_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("dataType");
     QTest::addColumn<QString>("addr");
-    QTest::newRow("energy") << "Import active energy"
-                            << "float"
-                            << "72";
-    QTest::newRow("hours") << "Operating hours"
-                           << "uint32"
-                           << "40";
-    QTest::newRow("64 bits") << "Energy through"
-                             << "uint64"
-                             << "44";
-    QTest::newRow("meter") << "Import"
-                           << "XXXXXX.XX"
-                           << "00010000";
-    QTest::newRow("old meter") << "x"
-                               << "XXXXXX.XX "
-                               << "9020";
+    const auto row = [](const QString &name, const QString &dataType, const QString &addr) {
+        QTest::newRow(qPrintable(name)) << name << dataType << addr;
+    };
+    row("Import active energy", "float", "72");
+    row("Operating hours", "uint32", "40");
+    row("Energy through", "uint64", "44");
+    row("Import", "XXXXXX.XX", "00010000");
+    row("x", "XXXXXX.XX ", "9020");
 }
 
 void tst_BoxSimProject::countersGrowAtEachStep()

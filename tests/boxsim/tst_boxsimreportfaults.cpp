@@ -1,15 +1,20 @@
-#include "boxsim/boxsim.h"
-#include "rawtool.h"
+#include "boxsimtest.h"
 
 #include <QElapsedTimer>
-#include <QSignalSpy>
 
 // The faults of the simulated Box that concern its reports.
-class tst_BoxSimReportFaults : public QObject
+class tst_BoxSimReportFaults : public BoxSimTest
 {
     Q_OBJECT
+public:
+    tst_BoxSimReportFaults()
+        : BoxSimTest("127.0.12.8")
+    {
+    }
 
 private slots:
+    void cleanup() { stop(); }
+
     void segmentFieldsAreSpoiled_data();
     void segmentFieldsAreSpoiled();
     void reportsInterleave();
@@ -17,8 +22,6 @@ private slots:
     void pointsAreNotValid();
 
 private:
-    static BoxSimOptions options(const QString &fault) { return Raw::quietBox(address(), fault); }
-    static QHostAddress address() { return QHostAddress("127.0.12.8"); }
     // Two Standards, S and T, whose reports of about 2200 bytes take three segments each.
     static QByteArray project();
 };
@@ -53,20 +56,13 @@ void tst_BoxSimReportFaults::segmentFieldsAreSpoiled()
     QFETCH(QString, fault);
     QFETCH(QVector<int>, totalsOff);
     QFETCH(QVector<int>, numbers);
-    BoxSimOptions own = options(fault);
-    own.project = project();
-    BoxSim box(own);
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38);
-    box.reportNow();
+    RUN(startSession(withProject(project(), fault)));
+    m_box->reportNow();
     QVector<int> totals;
     QVector<int> found;
     int size = 0;
     for (int i = 0; i < numbers.size(); ++i) {
-        const QByteArray frame = tool.takeFrame();
+        const QByteArray frame = m_tool->takeFrame();
         const auto byte = [&frame](int at) { return static_cast<quint8>(frame.at(at)); };
         QCOMPARE(frame.left(4).toHex(), QByteArray("12340600"));
         QCOMPARE(byte(11) + 256 * byte(12), frame.size() - 19);
@@ -84,64 +80,45 @@ void tst_BoxSimReportFaults::segmentFieldsAreSpoiled()
 
 void tst_BoxSimReportFaults::reportsInterleave()
 {
-    BoxSimOptions own = options("interleave");
-    own.project = project();
-    BoxSim box(own);
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38);
-    const auto numbers = [&tool] {
+    RUN(startSession(withProject(project(), "interleave")));
+    const auto numbers = [this] {
         QByteArray found;
         for (int i = 0; i < 6; ++i) {
-            found.append(static_cast<char>('0' + tool.takeFrame().at(13)));
+            found.append(static_cast<char>('0' + m_tool->takeFrame().at(13)));
         }
         return found;
     };
-    box.reportNow();
+    m_box->reportNow();
     QCOMPARE(numbers(), QByteArray("112233"));
-    box.setFaults(BoxSimFaults());
-    box.reportNow();
+    m_box->setFaults(BoxSimFaults());
+    m_box->reportNow();
     QCOMPARE(numbers(), QByteArray("123123"));
 }
 
 void tst_BoxSimReportFaults::reportsFlood()
 {
-    BoxSimOptions own = options("flood=500");
-    own.project = project();
-    BoxSim box(own);
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
+    RUN(start(withProject(project(), "flood=500")));
     QElapsedTimer clock;
     clock.start();
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38);
-    QTRY_VERIFY(Raw::reports(tool.bytes()).size() >= 100);
+    m_tool->send(Raw::heartbeat);
+    QCOMPARE(m_tool->takeFrame().size(), 38);
+    QTRY_VERIFY(Raw::reports(m_tool->bytes()).size() >= 100);
     QVERIFY(clock.elapsed() >= 100); // paced, not as fast as it goes
-    box.setFaults(BoxSimFaults());
-    QSignalSpy sent(&box, &BoxSim::frameSent);
-    tool.send(Raw::heartbeat());
+    m_box->setFaults(BoxSimFaults());
+    QSignalSpy sent(m_box.get(), &BoxSim::frameSent);
+    m_tool->send(Raw::heartbeat);
     QVERIFY(sent.wait());
     QCOMPARE(sent.size(), 1);
 }
 
 void tst_BoxSimReportFaults::pointsAreNotValid()
 {
-    BoxSimOptions own = options("invalid=3");
-    own.project =
-        "{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"name\":\"a\"},{\"name\":\"b\"},"
-        "{\"name\":\"c\"},{\"name\":\"d\"}]}]}";
-    BoxSim box(own);
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().size(), 38);
-    box.reportNow();
+    RUN(startSession(withProject(R"({"name":"P","standards":[{"name":"S","datas":[)"
+                                 R"({"name":"a"},{"name":"b"},{"name":"c"},{"name":"d"}]}]})",
+                                 "invalid=3")));
+    m_box->reportNow();
     QByteArray valid;
-    const QByteArray text = tool.takeFrame();
+    const QByteArray text = m_tool->takeFrame();
     for (int at = text.indexOf("\"valid\":\""); at >= 0; at = text.indexOf("\"valid\":\"", at + 1)) {
         valid.append(text.at(at + 9));
     }

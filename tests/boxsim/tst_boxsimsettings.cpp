@@ -1,16 +1,21 @@
-#include "boxsim/boxsim.h"
-#include "rawtool.h"
+#include "boxsimtest.h"
 
 #include <QDateTime>
-#include <QSignalSpy>
 #include <QTcpServer>
 
 // Settings groups, clock and reboot of the simulated Box, by hand-written 0x0500 frames.
-class tst_BoxSimSettings : public QObject
+class tst_BoxSimSettings : public BoxSimTest
 {
     Q_OBJECT
+public:
+    tst_BoxSimSettings()
+        : BoxSimTest("127.0.12.5")
+    {
+    }
 
 private slots:
+    void cleanup() { stop(); }
+
     void everyGroupIsRead_data();
     void everyGroupIsRead();
     void aReadAnswerIsExactlyThisFrame();
@@ -25,10 +30,6 @@ private slots:
     void rebootAnswersThenGoesDownAndComesBack();
     void rebootWaitsForAnAddressThatWasTaken();
     void rebootWithoutItsWordIsRefused();
-
-private:
-    static BoxSimOptions options() { return Raw::quietBox(address()); }
-    static QHostAddress address() { return QHostAddress("127.0.12.5"); }
 };
 
 void tst_BoxSimSettings::everyGroupIsRead_data()
@@ -51,12 +52,9 @@ void tst_BoxSimSettings::everyGroupIsRead()
 {
     QFETCH(QByteArray, type);
     QFETCH(QStringList, keys);
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::json("{\"type\": \"" + type + "\", \"pares\": {}}"));
-    const QJsonObject answer = tool.takeJson();
+    RUN(start());
+    m_tool->send(Raw::json("{\"type\": \"" + type + "\", \"pares\": {}}"));
+    const QJsonObject answer = m_tool->takeJson();
     QCOMPARE(answer.keys(), QStringList({"pares", "type"}));
     QCOMPARE(answer.value(QLatin1String("type")), QJsonValue(QString::fromLatin1(type)));
     const QJsonObject pares = answer.value(QLatin1String("pares")).toObject();
@@ -70,48 +68,37 @@ void tst_BoxSimSettings::aReadAnswerIsExactlyThisFrame()
 {
     BoxSimOptions own = options();
     own.settings.insert("NTP", "10.0.0.9");
-    BoxSim box(own);
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(QByteArray::fromHex("12340500 2100 1700") + "{\"pares\":{},\"type\":\"8\"}"
-              + QByteArray::fromHex("5678"));
-    QCOMPARE(tool.take(49),
-             QByteArray::fromHex("12340500 3100 2700") + "{\"pares\":{\"NTP\":\"10.0.0.9\"},\"type\":\"8\"}"
-                 + QByteArray::fromHex("5678"));
+    RUN(start(own));
+    m_tool->send(Raw::hex("12340500 2100 1700") + "{\"pares\":{},\"type\":\"8\"}" + Raw::hex("5678"));
+    QCOMPARE(m_tool->take(49),
+             Raw::hex("12340500 3100 2700") + "{\"pares\":{\"NTP\":\"10.0.0.9\"},\"type\":\"8\"}"
+                 + Raw::hex("5678"));
 }
 
 void tst_BoxSimSettings::aWriteIsRememberedAndReadBack()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::json("{\"type\":102,\"pares\":{\"lanIp\":\"10.0.0.2\",\"lanMask\":\"255.0.0.0\","
-                        "\"lanGateway\":\"10.0.0.1\",\"lanDns1\":\"1.1.1.1\",\"lanDns2\":\"\"}}"));
-    QCOMPARE(tool.takeFrame(),
-             QByteArray::fromHex("12340500 2500 1b00") + "{\"code\":\"200\",\"type\":\"102\"}"
-                 + QByteArray::fromHex("5678"));
-    tool.send(Raw::json("{\"type\":\"2\",\"pares\":{}}"));
-    QCOMPARE(QJsonDocument(tool.takeJson()).toJson(QJsonDocument::Compact),
+    RUN(start());
+    m_tool->send(Raw::json("{\"type\":102,\"pares\":{\"lanIp\":\"10.0.0.2\",\"lanMask\":\"255.0.0.0\","
+                           "\"lanGateway\":\"10.0.0.1\",\"lanDns1\":\"1.1.1.1\",\"lanDns2\":\"\"}}"));
+    QCOMPARE(m_tool->takeFrame(),
+             Raw::hex("12340500 2500 1b00") + "{\"code\":\"200\",\"type\":\"102\"}" + Raw::hex("5678"));
+    m_tool->send(Raw::json("{\"type\":\"2\",\"pares\":{}}"));
+    QCOMPARE(QJsonDocument(m_tool->takeJson()).toJson(QJsonDocument::Compact),
              QByteArray("{\"pares\":{\"lanDns1\":\"1.1.1.1\",\"lanDns2\":\"\",\"lanGateway\":\"10.0.0.1\","
                         "\"lanIp\":\"10.0.0.2\",\"lanMask\":\"255.0.0.0\"},\"type\":\"2\"}"));
-    QCOMPARE(box.setting("lanIp"), "10.0.0.2");
+    QCOMPARE(m_box->setting("lanIp"), "10.0.0.2");
 }
 
 void tst_BoxSimSettings::aWriteLeavesMissingKeysAndForeignKeysAlone()
 {
     BoxSimOptions own = options();
     own.settings.insert("wanDhcp", "1");
-    BoxSim box(own);
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::json("{\"type\":103,\"pares\":{\"wanIp\":\"10.0.0.3\",\"lanIp\":\"9.9.9.9\"}}"));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue("200"));
-    QCOMPARE(box.setting("wanDhcp"), "1");
-    QCOMPARE(box.setting("wanIp"), "10.0.0.3");
-    QCOMPARE(box.setting("lanIp"), "192.168.1.80");
+    RUN(start(own));
+    m_tool->send(Raw::json("{\"type\":103,\"pares\":{\"wanIp\":\"10.0.0.3\",\"lanIp\":\"9.9.9.9\"}}"));
+    QCOMPARE(m_tool->takeJson().value(QLatin1String("code")), QJsonValue("200"));
+    QCOMPARE(m_box->setting("wanDhcp"), "1");
+    QCOMPARE(m_box->setting("wanIp"), "10.0.0.3");
+    QCOMPARE(m_box->setting("lanIp"), "192.168.1.80");
 }
 
 void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused_data()
@@ -126,24 +113,20 @@ void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused_data()
 void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused()
 {
     QFETCH(QByteArray, text);
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::json(text));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue("400"));
-    QCOMPARE(box.setting("wanDhcp"), "0");
-    QCOMPARE(box.setting("NTP"), "192.168.1.1");
+    RUN(start());
+    m_tool->send(Raw::json(text));
+    QCOMPARE(m_tool->takeJson().value(QLatin1String("code")), QJsonValue("400"));
+    QCOMPARE(m_box->setting("wanDhcp"), "0");
+    QCOMPARE(m_box->setting("NTP"), "192.168.1.1");
 }
 
 void tst_BoxSimSettings::settingsKeepAnAnswerWithinItsLength()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
+    RUN(startBox(options()));
     const QString longest = QString(1024, QChar(1)); // six bytes each in JSON
     for (const char *key : {"wifiOnOff", "wifiMode", "ssid", "password", "wifiDhcp", "wifiIp", "wifiMask",
                             "wifiGateway", "wifiDns1", "wifiDns2"}) {
-        QVERIFY(box.setSetting(QString::fromLatin1(key), longest));
+        QVERIFY(m_box->setSetting(QString::fromLatin1(key), longest));
     }
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
@@ -155,18 +138,15 @@ void tst_BoxSimSettings::settingsKeepAnAnswerWithinItsLength()
 void tst_BoxSimSettings::theClockIsThisComputersUntilItIsSet()
 {
     const QString format = "yyyy-MM-dd HH:mm:ss";
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    const auto date = [&tool, format] {
-        tool.send(Raw::json("{\"type\":\"9\",\"pares\":{}}"));
-        const QJsonObject pares = tool.takeJson().value(QLatin1String("pares")).toObject();
+    RUN(start());
+    const auto date = [this, format] {
+        m_tool->send(Raw::json("{\"type\":\"9\",\"pares\":{}}"));
+        const QJsonObject pares = m_tool->takeJson().value(QLatin1String("pares")).toObject();
         return QDateTime::fromString(pares.value(QLatin1String("date")).toString(), format);
     };
     QVERIFY(qAbs(date().secsTo(QDateTime::currentDateTime())) <= 2);
-    tool.send(Raw::json("{\"type\":109,\"pares\":{\"date\":\"2001-02-03 04:05:06\"}}"));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue("200"));
+    m_tool->send(Raw::json("{\"type\":109,\"pares\":{\"date\":\"2001-02-03 04:05:06\"}}"));
+    QCOMPARE(m_tool->takeJson().value(QLatin1String("code")), QJsonValue("200"));
     const QDateTime set = QDateTime::fromString("2001-02-03 04:05:06", format);
     QVERIFY(set.secsTo(date()) >= 0 && set.secsTo(date()) <= 2);
     // It runs on.
@@ -189,85 +169,70 @@ void tst_BoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer_data()
     QTest::newRow("no type") << Raw::json("{\"pares\":{}}") << "type is none that a Box knows";
     QTest::newRow("array") << Raw::json("[]") << "text is no JSON object: no error occurred";
     QTest::newRow("text length off by one")
-        << QByteArray(QByteArray::fromHex("12340500 0c00 0300") + "{}" + QByteArray::fromHex("5678"))
+        << QByteArray(Raw::hex("12340500 0c00 0300") + "{}" + Raw::hex("5678"))
         << "text length does not fit the frame";
-    QTest::newRow("no text length") << QByteArray::fromHex("1234050008005678")
-                                    << "text length does not fit the frame";
-    QTest::newRow("heartbeat with a body")
-        << QByteArray::fromHex("12340100 0900 00 5678") << "heartbeat with a body";
-    QTest::newRow("unknown command") << QByteArray::fromHex("1234070008005678") << "unknown command";
-    QTest::newRow("little-endian command") << QByteArray::fromHex("1234000108005678") << "unknown command";
+    QTest::newRow("no text length") << Raw::hex("1234050008005678") << "text length does not fit the frame";
+    QTest::newRow("heartbeat with a body") << Raw::hex("12340100 0900 00 5678") << "heartbeat with a body";
+    QTest::newRow("unknown command") << Raw::hex("1234070008005678") << "unknown command";
+    QTest::newRow("little-endian command") << Raw::hex("1234000108005678") << "unknown command";
 }
 
 void tst_BoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer()
 {
     QFETCH(QByteArray, frame);
     QFETCH(QString, told);
-    BoxSim box(options());
-    QVERIFY(box.start());
-    QSignalSpy violations(&box, &BoxSim::violation);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(frame + Raw::heartbeat());
-    QCOMPARE(tool.takeFrame().left(4).toHex(), QByteArray("12340200"));
-    QCOMPARE(violations.size(), 1);
-    QCOMPARE(violations.at(0).at(1).toString(), told);
+    RUN(start());
+    m_tool->send(frame + Raw::heartbeat);
+    QCOMPARE(m_tool->takeFrame().left(4).toHex(), QByteArray("12340200"));
+    QCOMPARE(m_violations, QStringList{told});
 }
 
 void tst_BoxSimSettings::rebootAnswersThenGoesDownAndComesBack()
 {
     BoxSimOptions own = options();
     own.rebootTime = 100;
-    BoxSim box(own);
-    QVERIFY(box.start());
-    QSignalSpy down(&box, &BoxSim::rebooting);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::json("{\"type\":108,\"pares\":{\"NTP\":\"1.2.3.4\"}}"));
-    QVERIFY(!tool.takeFrame().isEmpty());
-    tool.send(Raw::json("{\"type\":\"6\",\"pares\":{\"reboot\":\"reboot\"}}"));
-    QCOMPARE(tool.takeFrame(),
-             QByteArray::fromHex("12340500 2300 1900") + "{\"code\":\"200\",\"type\":\"6\"}"
-                 + QByteArray::fromHex("5678"));
-    QVERIFY(tool.waitForEnd());
+    RUN(start(own));
+    QSignalSpy down(m_box.get(), &BoxSim::rebooting);
+    m_tool->send(Raw::json("{\"type\":108,\"pares\":{\"NTP\":\"1.2.3.4\"}}"));
+    QVERIFY(!m_tool->takeFrame().isEmpty());
+    m_tool->send(Raw::json("{\"type\":\"6\",\"pares\":{\"reboot\":\"reboot\"}}"));
+    QCOMPARE(m_tool->takeFrame(),
+             Raw::hex("12340500 2300 1900") + "{\"code\":\"200\",\"type\":\"6\"}" + Raw::hex("5678"));
+    QVERIFY(m_tool->waitForEnd());
     QCOMPARE(down.size(), 1);
-    QVERIFY(!box.isListening());
-    QTRY_VERIFY(box.isListening());
+    QVERIFY(!m_box->isListening());
+    QTRY_VERIFY(m_box->isListening());
     RawTool again;
     QVERIFY(again.connectTo(address()));
-    QCOMPARE(box.setting("NTP"), "1.2.3.4");
+    QCOMPARE(m_box->setting("NTP"), "1.2.3.4");
 }
 
 void tst_BoxSimSettings::rebootWaitsForAnAddressThatWasTaken()
 {
     BoxSimOptions own = options();
     own.rebootTime = 20;
-    BoxSim box(own);
-    QVERIFY(box.start());
+    RUN(startBox(own));
     QTcpServer other;
-    connect(&box, &BoxSim::rebooting, this, [&other] { other.listen(address(), 30088); });
-    QSignalSpy back(&box, &BoxSim::backFromReboot);
+    connect(m_box.get(), &BoxSim::rebooting, this, [this, &other] { other.listen(address(), 30088); });
+    QSignalSpy back(m_box.get(), &BoxSim::backFromReboot);
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::json("{\"type\":\"6\",\"pares\":{\"reboot\":\"reboot\"}}"));
-    QTRY_VERIFY(box.errorString().startsWith("TCP 127.0.12.5:30088: "));
+    QTRY_VERIFY(m_box->errorString().startsWith("TCP 127.0.12.5:30088: "));
     QVERIFY(other.isListening());
     QCOMPARE(back.size(), 0);
     other.close();
     QTRY_COMPARE(back.size(), 1);
-    QVERIFY(box.isListening());
+    QVERIFY(m_box->isListening());
 }
 
 void tst_BoxSimSettings::rebootWithoutItsWordIsRefused()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::json("{\"type\":\"6\",\"pares\":{}}"));
-    QCOMPARE(tool.takeJson().value(QLatin1String("code")), QJsonValue("400"));
-    tool.send(Raw::heartbeat());
-    QVERIFY(!tool.takeFrame().isEmpty());
+    RUN(start());
+    m_tool->send(Raw::json("{\"type\":\"6\",\"pares\":{}}"));
+    QCOMPARE(m_tool->takeJson().value(QLatin1String("code")), QJsonValue("400"));
+    m_tool->send(Raw::heartbeat);
+    QVERIFY(!m_tool->takeFrame().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(tst_BoxSimSettings)

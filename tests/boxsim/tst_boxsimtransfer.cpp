@@ -1,16 +1,21 @@
-#include "boxsim/boxsim.h"
-#include "rawtool.h"
+#include "boxsimtest.h"
 
 #include <QFile>
-#include <QSignalSpy>
 #include <QThread>
 
 // Transfers to the simulated Box, by hand-written chunks and digests.
-class tst_BoxSimTransfer : public QObject
+class tst_BoxSimTransfer : public BoxSimTest
 {
     Q_OBJECT
+public:
+    tst_BoxSimTransfer()
+        : BoxSimTest("127.0.12.6")
+    {
+    }
 
 private slots:
+    void cleanup() { stop(); }
+
     void fileArrivesWithItsDigest_data();
     void fileArrivesWithItsDigest();
     void brokenTransferFails_data();
@@ -20,10 +25,6 @@ private slots:
     void aTransferConnectionGetsNoReports();
     void aPushedFileThatIsNoProjectLeavesTheOldOneRunning();
     void aBlockingToolIsServedFromAnotherThread();
-
-private:
-    static BoxSimOptions options() { return Raw::quietBox(address()); }
-    static QHostAddress address() { return QHostAddress("127.0.12.6"); }
 };
 
 void tst_BoxSimTransfer::fileArrivesWithItsDigest_data()
@@ -46,14 +47,11 @@ void tst_BoxSimTransfer::fileArrivesWithItsDigest()
     QFETCH(char, command);
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, digest);
-    BoxSim box(options());
-    QVERIFY(box.start());
-    QSignalSpy projects(&box, &BoxSim::projectAccepted);
-    QSignalSpy programs(&box, &BoxSim::programAccepted);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::transfer(command, file, digest));
-    QCOMPARE(tool.take(10), QByteArray::fromHex("1234") + command + QByteArray::fromHex("000a0003005678"));
+    RUN(start());
+    QSignalSpy projects(m_box.get(), &BoxSim::projectAccepted);
+    QSignalSpy programs(m_box.get(), &BoxSim::programAccepted);
+    m_tool->send(Raw::transfer(command, file, digest));
+    QCOMPARE(m_tool->take(10), Raw::hex("1234") + command + Raw::hex("000a0003005678"));
     QSignalSpy &accepted = command == 3 ? projects : programs;
     QCOMPARE(projects.size() + programs.size(), 1);
     QCOMPARE(accepted.at(0).at(0).toByteArray(), file);
@@ -89,11 +87,11 @@ void tst_BoxSimTransfer::brokenTransferFails_data()
         "chunk size does not fit the frame");
     row("chunk without a byte", Raw::chunk(4, 1025, 1, QByteArray()) + end,
         "chunk size does not fit the frame");
-    row("sub-type 7", QByteArray::fromHex("12340400 0900 07 5678") + end, "transfer frame with sub-type 7");
+    row("sub-type 7", Raw::hex("12340400 0900 07 5678") + end, "transfer frame with sub-type 7");
     row("4 GiB announced", Raw::chunk(4, -1, 1, a) + end, "a file of 4294967295 bytes is too large");
     row("checksum of 15 bytes",
-        first + second + QByteArray::fromHex("12340400 1d00 02 01040000 0f ae187e1febee2a150b64849c32d566")
-            + QByteArray::fromHex("5678"),
+        first + second + Raw::hex("12340400 1d00 02 01040000 0f ae187e1febee2a150b64849c32d566")
+            + Raw::hex("5678"),
         "checksum frame does not hold 16 bytes");
 }
 
@@ -101,65 +99,55 @@ void tst_BoxSimTransfer::brokenTransferFails()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, told);
-    BoxSim box(options());
-    QVERIFY(box.start());
-    QSignalSpy violations(&box, &BoxSim::violation);
-    QSignalSpy programs(&box, &BoxSim::programAccepted);
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(bytes);
-    QCOMPARE(tool.take(10).toHex(), QByteArray("123404000a0003015678"));
-    QCOMPARE(violations.size(), 1);
-    QCOMPARE(violations.at(0).at(1).toString(), told);
+    RUN(start());
+    QSignalSpy programs(m_box.get(), &BoxSim::programAccepted);
+    m_tool->send(bytes);
+    QCOMPARE(m_tool->take(10).toHex(), QByteArray("123404000a0003015678"));
+    QCOMPARE(m_violations, QStringList{told});
     QCOMPARE(programs.size(), 0);
 }
 
 void tst_BoxSimTransfer::aTransferAfterABrokenOneSucceeds()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
-    RawTool tool;
-    QVERIFY(tool.connectTo(address()));
-    tool.send(Raw::transfer(4, "a", "00000000000000000000000000000000"));
-    QCOMPARE(tool.take(10).at(7), '\1');
-    tool.send(Raw::transfer(4, "a", "0cc175b9c0f1b6a831c399e269772661"));
-    QCOMPARE(tool.take(10).at(7), '\0');
+    RUN(start());
+    m_tool->send(Raw::transfer(4, "a", "00000000000000000000000000000000"));
+    QCOMPARE(m_tool->take(10).at(7), '\1');
+    m_tool->send(Raw::transfer(4, "a", "0cc175b9c0f1b6a831c399e269772661"));
+    QCOMPARE(m_tool->take(10).at(7), '\0');
 }
 
 void tst_BoxSimTransfer::sessionGoesOnDuringATransfer()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
+    RUN(startBox(options()));
     RawTool session;
     RawTool transfer;
     QVERIFY(session.connectTo(address()));
     QVERIFY(transfer.connectTo(address()));
     transfer.send(Raw::chunk(4, 1025, 1, QByteArray(1024, 'a')));
-    session.send(Raw::heartbeat());
+    session.send(Raw::heartbeat);
     QVERIFY(!session.takeFrame().isEmpty());
     transfer.send(Raw::chunk(4, 1025, 2, "a") + Raw::checksum(4, 1025, "ae187e1febee2a150b64849c32d566ca"));
     QCOMPARE(transfer.take(10).toHex(), QByteArray("123404000a0003005678"));
-    QCOMPARE(box.connectionsSeen(), 2);
-    QCOMPARE(box.sessionCount(), 1);
+    QCOMPARE(m_box->connectionsSeen(), 2);
+    QCOMPARE(m_box->sessionCount(), 1);
 }
 
 void tst_BoxSimTransfer::aTransferConnectionGetsNoReports()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
+    RUN(startBox(options()));
     QFile project(QString(TEST_DATA_DIR "/one-slave.json"));
     QVERIFY(project.open(QIODevice::ReadOnly));
-    QVERIFY(box.runProject(project.readAll()));
+    QVERIFY(m_box->runProject(project.readAll()));
     RawTool session;
     RawTool transfer;
     RawTool undecided;
     QVERIFY(session.connectTo(address()));
     QVERIFY(transfer.connectTo(address()));
     QVERIFY(undecided.connectTo(address()));
-    session.send(Raw::heartbeat());
+    session.send(Raw::heartbeat);
     transfer.send(Raw::chunk(4, 1, 1, "a"));
     QVERIFY(!session.takeFrame().isEmpty());
-    box.reportNow();
+    m_box->reportNow();
     QCOMPARE(session.takeFrame().left(4).toHex(), QByteArray("12340600"));
     transfer.send(Raw::checksum(4, 1, "0cc175b9c0f1b6a831c399e269772661"));
     QCOMPARE(transfer.take(10).toHex(), QByteArray("123404000a0003005678"));
@@ -168,18 +156,15 @@ void tst_BoxSimTransfer::aTransferConnectionGetsNoReports()
 
 void tst_BoxSimTransfer::aPushedFileThatIsNoProjectLeavesTheOldOneRunning()
 {
-    BoxSim box(options());
-    QVERIFY(box.start());
-    QVERIFY(box.runProject("{\"name\":\"Old\"}"));
-    QSignalSpy violations(&box, &BoxSim::violation);
+    RUN(startBox(options()));
+    QVERIFY(m_box->runProject("{\"name\":\"Old\"}"));
     RawTool tool;
     QVERIFY(tool.connectTo(address()));
     tool.send(Raw::transfer(3, "a", "0cc175b9c0f1b6a831c399e269772661"));
     // The verdict is about the digest alone.
     QCOMPARE(tool.take(10).toHex(), QByteArray("123403000a0003005678"));
-    QCOMPARE(violations.size(), 1);
-    QCOMPARE(violations.at(0).at(1).toString(), "pushed file is no project: illegal value");
-    QCOMPARE(box.projectName(), "Old");
+    QCOMPARE(m_violations, QStringList{"pushed file is no project: illegal value"});
+    QCOMPARE(m_box->projectName(), "Old");
 }
 
 void tst_BoxSimTransfer::aBlockingToolIsServedFromAnotherThread()
