@@ -2,11 +2,6 @@
 
 #include <QtTest>
 
-static QString S(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
 class TestPlcCatalogue : public QObject
 {
     Q_OBJECT
@@ -32,8 +27,8 @@ private slots:
 namespace {
 
 struct Pair {
-    const char *manufacturer;
-    const char *protocol;
+    QString manufacturer;
+    QString protocol;
     PlcGroup link;
     PlcGroup group;
 };
@@ -77,7 +72,7 @@ void TestPlcCatalogue::pairsShowTheirGroups_data()
     QTest::addColumn<int>("place");
     int place = 0;
     for (const Pair &pair : pairs) {
-        QTest::addRow("%s %s", pair.manufacturer, pair.protocol) << place++;
+        QTest::addRow("%s %s", qPrintable(pair.manufacturer), qPrintable(pair.protocol)) << place++;
     }
 }
 
@@ -85,7 +80,7 @@ void TestPlcCatalogue::pairsShowTheirGroups()
 {
     QFETCH(int, place);
     const Pair &pair = pairs[place];
-    const PlcCatalogue::Entry *entry = PlcCatalogue::find(S(pair.manufacturer), S(pair.protocol));
+    const PlcCatalogue::Entry *entry = PlcCatalogue::find(pair.manufacturer, pair.protocol);
     QVERIFY(entry);
     QVERIFY(entry->link == pair.link);
     QVERIFY(entry->group == pair.group);
@@ -98,79 +93,80 @@ void TestPlcCatalogue::noOtherPairIsKnown()
     for (const Pair &one : pairs) {
         for (const Pair &other : pairs) {
             const bool isPair = std::any_of(std::begin(pairs), std::end(pairs), [&](const Pair &pair) {
-                return S(pair.manufacturer) == S(one.manufacturer) && S(pair.protocol) == S(other.protocol);
+                return pair.manufacturer == one.manufacturer && pair.protocol == other.protocol;
             });
-            QCOMPARE(PlcCatalogue::find(S(one.manufacturer), S(other.protocol)) != nullptr, isPair);
+            QCOMPARE(PlcCatalogue::find(one.manufacturer, other.protocol) != nullptr, isPair);
         }
     }
-    QVERIFY(!PlcCatalogue::find(S("siemens"), S("S7")));
-    QVERIFY(!PlcCatalogue::find(S("Siemens"), S("s7")));
-    QVERIFY(!PlcCatalogue::find(S("Siemens"), S("Empty")));
-    QVERIFY(!PlcCatalogue::find(S("Modbus"), S("Modbus RTU On TCP")));
-    QVERIFY(!PlcCatalogue::find(S("Delta"), S("Modbus RTU On TCP")));
+    QVERIFY(!PlcCatalogue::find("siemens", "S7"));
+    QVERIFY(!PlcCatalogue::find("Siemens", "s7"));
+    QVERIFY(!PlcCatalogue::find("Siemens", "Empty"));
+    QVERIFY(!PlcCatalogue::find("Modbus", "Modbus RTU On TCP"));
+    QVERIFY(!PlcCatalogue::find("Delta", "Modbus RTU On TCP"));
 }
 
 void TestPlcCatalogue::linkGoesByTheProtocol()
 {
     for (const Pair &pair : pairs) {
-        QVERIFY2(PlcCatalogue::linkOf(S(pair.protocol)) == pair.link, pair.protocol);
+        QVERIFY2(PlcCatalogue::linkOf(pair.protocol) == pair.link, qPrintable(pair.protocol));
     }
     for (const char *unknown : {"Empty", "s7", ""}) {
-        QVERIFY2(PlcCatalogue::linkOf(S(unknown)) == PlcGroup::None, unknown);
+        QVERIFY2(PlcCatalogue::linkOf(QLatin1String(unknown)) == PlcGroup::None, unknown);
     }
 }
 
 void TestPlcCatalogue::documentKnowsTwoMorePairs()
 {
     for (const Pair &pair : pairs) {
-        QVERIFY(PlcCatalogue::groupInDocument(S(pair.manufacturer), S(pair.protocol)) == pair.group);
+        QVERIFY(PlcCatalogue::groupInDocument(pair.manufacturer, pair.protocol) == pair.group);
     }
-    const QString onTcp = S("Modbus RTU On TCP");
-    QVERIFY(PlcCatalogue::groupInDocument(S("Modbus"), onTcp) == PlcGroup::Modbus);
-    QVERIFY(PlcCatalogue::groupInDocument(S("Delta"), onTcp) == PlcGroup::Delta);
+    const QString onTcp = "Modbus RTU On TCP";
+    QVERIFY(PlcCatalogue::groupInDocument("Modbus", onTcp) == PlcGroup::Modbus);
+    QVERIFY(PlcCatalogue::groupInDocument("Delta", onTcp) == PlcGroup::Delta);
     for (const char *other : {"Siemens", "Omron", "Beckhoff", "Panasonic", ""}) {
-        QVERIFY2(PlcCatalogue::groupInDocument(S(other), onTcp) == PlcGroup::None, other);
+        QVERIFY2(PlcCatalogue::groupInDocument(QLatin1String(other), onTcp) == PlcGroup::None, other);
     }
 }
 
 void TestPlcCatalogue::manufacturersInOrder()
 {
     QCOMPARE(PlcCatalogue::manufacturers().join(QLatin1Char('|')),
-             S("Siemens|Mitsubishi|Omron|AllenBradley|XinJE|Beckhoff|Inovance|Delta"));
+             "Siemens|Mitsubishi|Omron|AllenBradley|XinJE|Beckhoff|Inovance|Delta");
 }
 
 void TestPlcCatalogue::protocolsInOrder_data()
 {
     QTest::addColumn<QString>("protocols");
-    QTest::newRow("Siemens") << S("S7|PPI");
-    QTest::newRow("Mitsubishi") << S("EtherNet/IP|MC-3C|MC-1E|MC-3E|FxLinks|FxSerial");
-    QTest::newRow("Omron") << S("Fins|EtherNet/IP|HostLink");
-    QTest::newRow("AllenBradley") << S("EtherNet/IP|DF1");
-    QTest::newRow("XinJE") << S("Modbus TCP|Modbus RTU");
-    QTest::newRow("Beckhoff") << S("Ads");
-    QTest::newRow("Inovance") << S("Modbus TCP|Modbus RTU");
-    QTest::newRow("Modbus") << S("Modbus TCP|Modbus RTU");
-    QTest::newRow("Delta") << S("Modbus TCP|Modbus RTU");
-    QTest::newRow("Panasonic") << S("Empty");
-    QTest::newRow("delta") << S("Empty");
-    QTest::newRow("") << S("Empty");
+    QTest::newRow("Siemens") << "S7|PPI";
+    QTest::newRow("Mitsubishi") << "EtherNet/IP|MC-3C|MC-1E|MC-3E|FxLinks|FxSerial";
+    QTest::newRow("Omron") << "Fins|EtherNet/IP|HostLink";
+    QTest::newRow("AllenBradley") << "EtherNet/IP|DF1";
+    QTest::newRow("XinJE") << "Modbus TCP|Modbus RTU";
+    QTest::newRow("Beckhoff") << "Ads";
+    QTest::newRow("Inovance") << "Modbus TCP|Modbus RTU";
+    QTest::newRow("Modbus") << "Modbus TCP|Modbus RTU";
+    QTest::newRow("Delta") << "Modbus TCP|Modbus RTU";
+    QTest::newRow("Panasonic") << "Empty";
+    QTest::newRow("delta") << "Empty";
+    QTest::newRow("") << "Empty";
 }
 
 void TestPlcCatalogue::protocolsInOrder()
 {
     QFETCH(QString, protocols);
-    QCOMPARE(PlcCatalogue::protocols(S(QTest::currentDataTag())).join(QLatin1Char('|')), protocols);
+    QCOMPARE(PlcCatalogue::protocols(QLatin1String(QTest::currentDataTag())).join(QLatin1Char('|')),
+             protocols);
 }
 
 void TestPlcCatalogue::modelsOfProtocols()
 {
-    QCOMPARE(PlcCatalogue::models(S("S7")).join(QLatin1Char('|')), S("S200|S1200|S300|S400|S1500|S200Smart"));
+    QCOMPARE(PlcCatalogue::models("S7").join(QLatin1Char('|')), "S200|S1200|S300|S400|S1500|S200Smart");
     for (const Pair &pair : pairs) {
-        if (S(pair.protocol) != S("S7")) {
-            QCOMPARE(PlcCatalogue::models(S(pair.protocol)), QStringList(S("Empty")));
+        if (pair.protocol != "S7") {
+            QCOMPARE(PlcCatalogue::models(pair.protocol), QStringList("Empty"));
         }
     }
-    QCOMPARE(PlcCatalogue::models(S("Empty")), QStringList(S("Empty")));
+    QCOMPARE(PlcCatalogue::models("Empty"), QStringList("Empty"));
 }
 
 void TestPlcCatalogue::modelsShowTheirSettings_data()
@@ -189,30 +185,30 @@ void TestPlcCatalogue::modelsShowTheirSettings_data()
 void TestPlcCatalogue::modelsShowTheirSettings()
 {
     QFETCH(int, group);
-    QCOMPARE(int(PlcCatalogue::groupOfModel(S(QTest::currentDataTag()))), group);
+    QCOMPARE(int(PlcCatalogue::groupOfModel(QLatin1String(QTest::currentDataTag()))), group);
 }
 
 void TestPlcCatalogue::allenBradleyModelsHaveCodes()
 {
     QStringList models;
     for (const PlcCatalogue::Model &model : PlcCatalogue::allenBradleyModels()) {
-        models.append(S(model.text) + QLatin1Char('=') + model.code);
+        models.append(QString::fromUtf8(model.text) + QLatin1Char('=') + model.code);
     }
     QCOMPARE(models,
-             QStringList({S("ControlLogix系列=controllogix"), S("CompactLogix系列=compactlogix"),
-                          S("MicroLogix系列=micrologix"), S("Logix5000系列=lgxplc5"),
-                          S("Micro800系列=micro800"), S("SLC 500=slc500")}));
+             QStringList({"ControlLogix系列=controllogix", "CompactLogix系列=compactlogix",
+                          "MicroLogix系列=micrologix", "Logix5000系列=lgxplc5", "Micro800系列=micro800",
+                          "SLC 500=slc500"}));
 }
 
 void TestPlcCatalogue::seriesOfMakers_data()
 {
     QTest::addColumn<int>("maker");
     QTest::addColumn<QString>("series");
-    QTest::newRow("XinJE") << int(PlcGroup::Xinje) << S("XD3E|XD5E|XDH|XG");
-    QTest::newRow("Inovance") << int(PlcGroup::Inovance) << S("AM|H3U|H5U");
-    QTest::newRow("Modbus") << int(PlcGroup::Modbus) << S("standard");
-    QTest::newRow("Delta") << int(PlcGroup::Delta) << S("AH|AS|DVP");
-    QTest::newRow("another group") << int(PlcGroup::S7Model) << S("");
+    QTest::newRow("XinJE") << int(PlcGroup::Xinje) << "XD3E|XD5E|XDH|XG";
+    QTest::newRow("Inovance") << int(PlcGroup::Inovance) << "AM|H3U|H5U";
+    QTest::newRow("Modbus") << int(PlcGroup::Modbus) << "standard";
+    QTest::newRow("Delta") << int(PlcGroup::Delta) << "AH|AS|DVP";
+    QTest::newRow("another group") << int(PlcGroup::S7Model) << "";
 }
 
 void TestPlcCatalogue::seriesOfMakers()
@@ -225,24 +221,24 @@ void TestPlcCatalogue::seriesOfMakers()
 void TestPlcCatalogue::portGoesByTheProtocol_data()
 {
     QTest::addColumn<QString>("port");
-    QTest::newRow("Modbus TCP") << S("502");
-    QTest::newRow("Modbus RTU") << S("502");
-    QTest::newRow("Modbus RTU On TCP") << S("502");
-    QTest::newRow("EtherNet/IP") << S("44818");
-    QTest::newRow("MC-1E") << S("");
-    QTest::newRow("MC-3E") << S("");
-    QTest::newRow("Fins") << S("9600");
-    QTest::newRow("Ads") << S("48898");
+    QTest::newRow("Modbus TCP") << "502";
+    QTest::newRow("Modbus RTU") << "502";
+    QTest::newRow("Modbus RTU On TCP") << "502";
+    QTest::newRow("EtherNet/IP") << "44818";
+    QTest::newRow("MC-1E") << "";
+    QTest::newRow("MC-3E") << "";
+    QTest::newRow("Fins") << "9600";
+    QTest::newRow("Ads") << "48898";
     for (const char *other : {"S7", "PPI", "PPI On TCP", "MC-3C", "FxLinks", "FxSerial", "HostLink",
                               "HostLink On TCP", "MicroCIP", "DF1", "Empty", "fins", ""}) {
-        QTest::newRow(other) << S("102");
+        QTest::newRow(other) << "102";
     }
 }
 
 void TestPlcCatalogue::portGoesByTheProtocol()
 {
     QFETCH(QString, port);
-    QCOMPARE(PlcCatalogue::defaultPort(S(QTest::currentDataTag())), port);
+    QCOMPARE(PlcCatalogue::defaultPort(QLatin1String(QTest::currentDataTag())), port);
 }
 
 QTEST_GUILESS_MAIN(TestPlcCatalogue)

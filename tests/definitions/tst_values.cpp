@@ -338,17 +338,17 @@ void TestValues::readingThatDiffersFromWriting()
         }
     }
     QCOMPARE(found.join(QLatin1Char('\n')),
-             text("standardDatasRole not read as datas\n"
-                  "standardDatasRole not read as datas\n"
-                  "standardDatasRole not read as datas\n"
-                  "serverPasswordRole not read as passwd\n"
-                  "plcModelRole not read as model\n"
-                  "plcS7SlotRole slot\n"
-                  "plcMitsubishiEipSlotRole slot\n"
-                  "plcMc3eWriteBitByWordRole writebitByword\n"
-                  "plcOmronEipSlotRole slot\n"
-                  "plcAbSlotRole slot\n"
-                  "plcAdsAutoNetIdRole plcXinjeCharReversedRole"));
+             "standardDatasRole not read as datas\n"
+             "standardDatasRole not read as datas\n"
+             "standardDatasRole not read as datas\n"
+             "serverPasswordRole not read as passwd\n"
+             "plcModelRole not read as model\n"
+             "plcS7SlotRole slot\n"
+             "plcMitsubishiEipSlotRole slot\n"
+             "plcMc3eWriteBitByWordRole writebitByword\n"
+             "plcOmronEipSlotRole slot\n"
+             "plcAbSlotRole slot\n"
+             "plcAdsAutoNetIdRole plcXinjeCharReversedRole");
 }
 
 QTEST_GUILESS_MAIN(TestValues)

@@ -12,12 +12,6 @@
 
 // What the tests of the project document share.
 
-// A text from its literal.
-inline QString S(const char *text = "")
-{
-    return QString::fromUtf8(text);
-}
-
 // The bytes that this object has on disk.
 inline QByteArray onDisk(const char *json)
 {
@@ -69,7 +63,7 @@ public:
         }
     }
     QByteArray bytes() const { return Definition::bytes("standards"); }
-    QJsonArray datas() const { return object("standards").value(S("datas")).toArray(); }
+    QJsonArray datas() const { return object("standards").value("datas").toArray(); }
     QByteArray part(const char *key) const
     {
         return QJsonDocument(object("standards").value(QLatin1String(key)).toObject()).toJson();

@@ -14,7 +14,7 @@ inline QJsonObject parse(const char *json)
 
 inline QStringList rolesAfter(Transmit transmit, const QJsonObject &object)
 {
-    QStandardItem item(S("x"));
+    QStandardItem item("x");
     transmit(object, &item);
     return ProjectDump::roles(&item);
 }
@@ -22,48 +22,48 @@ inline QStringList rolesAfter(Transmit transmit, const QJsonObject &object)
 // The roles of an item on which every role of the kind held "old" before.
 inline QStringList rolesOver(Transmit transmit, const QJsonObject &object, int firstRole, int lastRole)
 {
-    QStandardItem item(S("x"));
+    QStandardItem item("x");
     for (int role = firstRole; role <= lastRole; ++role) {
-        item.setData(S("old"), role);
+        item.setData("old", role);
     }
     transmit(object, &item);
     return ProjectDump::roles(&item);
 }
 
 // "+<offset> QString <text>" for a run of roles, one text for all.
-inline QStringList lines(int first, int last, const char *text)
+inline QStringList lines(int first, int last, const QString &text)
 {
     QStringList list;
     for (int offset = first; offset <= last; ++offset) {
-        list.append(QString("+%1 QString %2").arg(offset).arg(S(text)));
+        list.append(QString("+%1 QString %2").arg(offset).arg(text));
     }
     return list;
 }
 
-inline QString line(int offset, const char *text)
+inline QString line(int offset, const QString &text)
 {
     return lines(offset, offset, text).first();
 }
 
-inline void addAuthenticationRows(const char *zero, const char *one)
+inline void addAuthenticationRows(const QString &zero, const QString &one)
 {
     QTest::addColumn<QJsonValue>("code");
     QTest::addColumn<QString>("text");
-    QTest::newRow("0") << QJsonValue(S("0")) << S(zero);
-    QTest::newRow("1") << QJsonValue(S("1")) << S(one);
-    QTest::newRow("2") << QJsonValue(S("2")) << S("old");
-    QTest::newRow("empty") << QJsonValue(S()) << S("old");
-    QTest::newRow("number") << QJsonValue(1) << S("old");
-    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << S("old");
+    QTest::newRow("0") << QJsonValue("0") << zero;
+    QTest::newRow("1") << QJsonValue("1") << one;
+    QTest::newRow("2") << QJsonValue("2") << "old";
+    QTest::newRow("empty") << QJsonValue(QString()) << "old";
+    QTest::newRow("number") << QJsonValue(1) << "old";
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << "old";
 }
 
 inline QString authenticationAfter(Transmit transmit, const QJsonValue &code, int role)
 {
     QStandardItem item;
-    item.setData(S("old"), role);
+    item.setData("old", role);
     QJsonObject extended;
-    extended.insert(S("authentication"), code);
-    transmit({{S("extendedParameters"), extended}}, &item);
+    extended.insert("authentication", code);
+    transmit({{"extendedParameters", extended}}, &item);
     return item.data(role).toString();
 }
 
@@ -83,7 +83,7 @@ inline const char allMembers[] = R"({"name": "M", "protocol": "%1", "modbus": "%
 
 inline QJsonObject standardWith(const QString &protocol, const QString &mode)
 {
-    return parse(S(allMembers).arg(protocol, mode).toUtf8().constData());
+    return parse(QString::fromLatin1(allMembers).arg(protocol, mode).toUtf8().constData());
 }
 
 inline QJsonObject groupsOf(const char *protocol, const char *groups)

@@ -1,5 +1,6 @@
 #include "documenttest.h"
 #include "language.h"
+#include "tablerow.h"
 
 class TestDlt645Writer : public QObject
 {
@@ -16,18 +17,18 @@ private slots:
 void TestDlt645Writer::dlt645Standard()
 {
     Standard standard("DLT645");
-    standard.set(standardRtsEnableRole, S("true"));
-    standard.setGroups({{S("DLT645-1"),
-                         {row({S("AAAAAAAAAAAA"), S("DLT645_2007")}),
-                          {true, S("A-phase voltage"), S("Ua")},
-                          {S("false"), S("C-phase positive active energy"), S()},
-                          {S("true"), S(), S("nameless")},
-                          {S("true"), S("no such item"), S("n")}}},
-                        {S("DLT645-2"),
-                         {row({S("000012345678"), S("DLT645_1997")}),
-                          {S("true"), S("Reverse active total electrical energy"), S("E-")},
-                          {false, S("C-phase positive active energy"), S("x")},
-                          {S("true")},
+    standard.set(standardRtsEnableRole, "true");
+    standard.setGroups({{"DLT645-1",
+                         {row({"AAAAAAAAAAAA", "DLT645_2007"}),
+                          {true, "A-phase voltage", "Ua"},
+                          {"false", "C-phase positive active energy", QString()},
+                          {"true", QString(), "nameless"},
+                          {"true", "no such item", "n"}}},
+                        {"DLT645-2",
+                         {row({"000012345678", "DLT645_1997"}),
+                          {"true", "Reverse active total electrical energy", "E-"},
+                          {false, "C-phase positive active energy", "x"},
+                          {"true"},
                           {}}}});
     QCOMPARE(standard.bytes(), onDisk(R"({"name": "M", "protocol": "DLT645",
         "parameter": {"serialport": "v147", "baudRate": "v148", "dataBit": "v149", "stopBit": "v150",
@@ -51,21 +52,17 @@ void TestDlt645Writer::dlt645PointFollowsItsLabel_data()
     QTest::addColumn<QString>("version");
     QTest::addColumn<QString>("label");
     QTest::addColumn<QByteArray>("point");
-    const QString reactive = S("Reactive constant of electric meter");
-    QTest::newRow("2007") << S("DLT645_2007") << reactive
-                          << QByteArray(
-                                 R"({"select": "s", "name": "n", "addr": "0400040A", "dataType": "XXXXXX"})");
-    QTest::newRow("1997") << S("DLT645_1997") << reactive
-                          << QByteArray(
-                                 R"({"select": "s", "name": "n", "addr": "C031", "dataType": "NNNNNN"})");
-    QTest::newRow("other version text is 1997")
-        << S("2007") << reactive
-        << QByteArray(R"({"select": "s", "name": "n", "addr": "C031", "dataType": "NNNNNN"})");
-    QTest::newRow("2007 only, in 1997") << S("DLT645_1997") << S("Instantaneous total apparent power")
-                                        << QByteArray(R"({"select": "s", "name": "n"})");
-    QTest::newRow("other case") << S("DLT645_2007") << S("a-phase voltage")
-                                << QByteArray(R"({"select": "s", "name": "n"})");
-    QTest::newRow("no label") << S("DLT645_2007") << S() << QByteArray(R"({"select": "s"})");
+    const QString reactive = "Reactive constant of electric meter";
+    tableRow("2007", "DLT645_2007", reactive,
+             QByteArray(R"({"select": "s", "name": "n", "addr": "0400040A", "dataType": "XXXXXX"})"));
+    tableRow("1997", "DLT645_1997", reactive,
+             QByteArray(R"({"select": "s", "name": "n", "addr": "C031", "dataType": "NNNNNN"})"));
+    tableRow("other version text is 1997", "2007", reactive,
+             QByteArray(R"({"select": "s", "name": "n", "addr": "C031", "dataType": "NNNNNN"})"));
+    tableRow("2007 only, in 1997", "DLT645_1997", "Instantaneous total apparent power",
+             QByteArray(R"({"select": "s", "name": "n"})"));
+    tableRow("other case", "DLT645_2007", "a-phase voltage", QByteArray(R"({"select": "s", "name": "n"})"));
+    tableRow("no label", "DLT645_2007", QString(), QByteArray(R"({"select": "s"})"));
 }
 
 void TestDlt645Writer::dlt645PointFollowsItsLabel()
@@ -74,8 +71,8 @@ void TestDlt645Writer::dlt645PointFollowsItsLabel()
     QFETCH(QString, label);
     QFETCH(QByteArray, point);
     Standard standard("DLT645");
-    standard.setGroups({{S("DLT645-1"), rows({{S("AA"), version}, {S("s"), label, S("n")}})}});
-    const QJsonArray points = standard.datas().at(0).toObject().value(S("datas")).toArray();
+    standard.setGroups({{"DLT645-1", rows({{"AA", version}, {"s", label, "n"}})}});
+    const QJsonArray points = standard.datas().at(0).toObject().value("datas").toArray();
     QCOMPARE(points.size(), 1);
     QCOMPARE(QJsonDocument(points.at(0).toObject()).toJson(), onDisk(point.constData()));
 }
@@ -83,39 +80,38 @@ void TestDlt645Writer::dlt645PointFollowsItsLabel()
 static QStringList addressesOf(const QStringList &labels, const QString &version)
 {
     Standard standard("DLT645");
-    RowList list{row({S("AA"), version})};
+    RowList list{row({"AA", version})};
     for (const QString &label : labels) {
-        list.append(row({S("true"), label, S()}));
+        list.append(row({"true", label, QString()}));
     }
-    standard.setGroups({{S("DLT645-1"), list}});
+    standard.setGroups({{"DLT645-1", list}});
     QStringList addresses;
-    const QJsonArray points = standard.datas().at(0).toObject().value(S("datas")).toArray();
+    const QJsonArray points = standard.datas().at(0).toObject().value("datas").toArray();
     for (const QJsonValue &point : points) {
-        addresses.append(point.toObject().value(S("addr")).toString(S("absent")));
+        addresses.append(point.toObject().value("addr").toString("absent"));
     }
     return addresses;
 }
 
 void TestDlt645Writer::dlt645LabelsAreComparedInTheLanguageInForce()
 {
-    const QStringList labels{S("A-phase voltage"), S("A相电压")};
-    QCOMPARE(addressesOf(labels, S("DLT645_2007")), QStringList({S("02010100"), S("absent")}));
+    const QStringList labels{"A-phase voltage", "A相电压"};
+    QCOMPARE(addressesOf(labels, "DLT645_2007"), QStringList({"02010100", "absent"}));
     {
-        const Language chinese(S(), {{S("A-phase voltage"), S("A相电压")}});
-        QCOMPARE(addressesOf(labels, S("DLT645_2007")), QStringList({S("absent"), S("02010100")}));
+        const Language chinese(QString(), {{"A-phase voltage", "A相电压"}});
+        QCOMPARE(addressesOf(labels, "DLT645_2007"), QStringList({"absent", "02010100"}));
     }
-    QCOMPARE(addressesOf(labels, S("DLT645_2007")), QStringList({S("02010100"), S("absent")}));
+    QCOMPARE(addressesOf(labels, "DLT645_2007"), QStringList({"02010100", "absent"}));
 }
 
 void TestDlt645Writer::firstOfEqualDlt645LabelsWins()
 {
-    const QString same = S("same");
-    const Language language(S(),
-                            {{S("B-phase positive active energy"), same},
-                             {S("B-phase current"), same},
-                             {S("B-phase voltage"), same}});
-    QCOMPARE(addressesOf({same}, S("DLT645_2007")), QStringList({S("00290000")}));
-    QCOMPARE(addressesOf({same}, S("DLT645_1997")), QStringList({S("B622")}));
+    const QString same = "same";
+    const Language language(
+        QString(),
+        {{"B-phase positive active energy", same}, {"B-phase current", same}, {"B-phase voltage", same}});
+    QCOMPARE(addressesOf({same}, "DLT645_2007"), QStringList({"00290000"}));
+    QCOMPARE(addressesOf({same}, "DLT645_1997"), QStringList({"B622"}));
 }
 
 static void collectNonTexts(const QJsonValue &value, const QString &key, QStringList *found)
@@ -140,11 +136,11 @@ void TestDlt645Writer::protocolVersionIsTheOneNumber()
     Standard standard("DLT645");
     standard.set(standardBaudRateRole, 9600);
     standard.set(standardRtsEnableRole, true);
-    standard.setGroups({{S("DLT645-1"), {{12, S("DLT645_2007")}, {true, S("A-phase voltage"), 3}}}});
+    standard.setGroups({{"DLT645-1", {{12, "DLT645_2007"}, {true, "A-phase voltage", 3}}}});
     QStringList found;
-    collectNonTexts(standard.object("standards"), S(), &found);
-    QCOMPARE(found, QStringList({S("protocolVersion")}));
-    QCOMPARE(standard.datas().at(0).toObject().value(S("protocolVersion")), QJsonValue(1));
+    collectNonTexts(standard.object("standards"), QString(), &found);
+    QCOMPARE(found, QStringList({"protocolVersion"}));
+    QCOMPARE(standard.datas().at(0).toObject().value("protocolVersion"), QJsonValue(1));
 }
 
 QTEST_GUILESS_MAIN(TestDlt645Writer)

@@ -1,20 +1,21 @@
 #include "document/plcdocument.h"
 
 #include "readertest.h"
+#include "tablerow.h"
 
 namespace {
 
 // One key of an object: under which it is written and read, and its role; a flag is "1" or "0".
 struct Key {
-    const char *written;
+    QString written;
     int role;
     bool isFlag = false;
-    const char *read = nullptr; // null if it is the same
+    QString read = QString(); // null if it is the same
 };
 
 struct Pair {
-    const char *manufacturer;
-    const char *protocol;
+    QString manufacturer;
+    QString protocol;
     QVector<Key> keys; // of "extendedParameters"
 };
 
@@ -92,45 +93,42 @@ const QVector<Key> serialKeys{{"serialport", plcSerialPortRole}, {"baudRate", pl
     {"communicationGap", plcCommunicationGapRole}, {"collectionInterval", plcCollectionIntervalRole}};
 const QVector<Key> unknownKeys{{"collectionInterval", plcCollectionIntervalRole}};
 
-const char *const tcpProtocols[] = {"S7", "PPI On TCP", "EtherNet/IP", "MC-1E", "MC-3E", "Fins", "MicroCIP",
+const QStringList tcpProtocols{"S7", "PPI On TCP", "EtherNet/IP", "MC-1E", "MC-3E", "Fins", "MicroCIP",
     "Ads", "Modbus TCP", "Modbus RTU On TCP"};
-const char *const serialProtocols[] = {"PPI", "MC-3C", "FxLinks", "FxSerial", "HostLink", "HostLink On TCP",
+const QStringList serialProtocols{"PPI", "MC-3C", "FxLinks", "FxSerial", "HostLink", "HostLink On TCP",
     "DF1", "Modbus RTU"};
 // clang-format on
 
 QVector<Key> parameterKeys(const QString &protocol)
 {
-    const auto isOneOf = [&](const auto &names) {
-        return std::any_of(std::begin(names), std::end(names),
-                           [&](const char *name) { return protocol == S(name); });
-    };
-    return isOneOf(tcpProtocols) ? tcpKeys : isOneOf(serialProtocols) ? serialKeys : unknownKeys;
+    return tcpProtocols.contains(protocol)   ? tcpKeys
+        : serialProtocols.contains(protocol) ? serialKeys
+                                             : unknownKeys;
 }
 
 // A PLC whose roles hold "v<offset>", flags "true"; its table has one row of nine cells.
 void fillRoles(QStandardItem *item, const Pair &pair)
 {
-    item->setText(S("press 1"));
+    item->setText("press 1");
     for (int role = plcManufacturerRole; role < plcParametersRole; ++role) {
         item->setData(QString("v%1").arg(role - Qt::UserRole), role);
     }
-    item->setData(S(pair.manufacturer), plcManufacturerRole);
-    item->setData(S(pair.protocol), plcProtocolRole);
-    for (const Key &key : pair.keys + parameterKeys(S(pair.protocol))) {
+    item->setData(pair.manufacturer, plcManufacturerRole);
+    item->setData(pair.protocol, plcProtocolRole);
+    for (const Key &key : pair.keys + parameterKeys(pair.protocol)) {
         if (key.isFlag) {
-            item->setData(S("true"), key.role);
+            item->setData("true", key.role);
         }
     }
-    item->setData(
-        QVariant::fromValue(rows({{S("a"), S("b"), S("c"), S("d"), S("e"), S("f"), S("g"), S("h"), S("i")}})),
-        plcParametersRole);
+    item->setData(QVariant::fromValue(rows({{"a", "b", "c", "d", "e", "f", "g", "h", "i"}})),
+                  plcParametersRole);
 }
 
 QJsonObject keysOf(const QVector<Key> &keys)
 {
     QJsonObject object;
     for (const Key &key : keys) {
-        object.insert(S(key.written), key.isFlag ? S("1") : QString("v%1").arg(key.role - Qt::UserRole));
+        object.insert(key.written, key.isFlag ? QString("1") : QString("v%1").arg(key.role - Qt::UserRole));
     }
     return object;
 }
@@ -138,19 +136,19 @@ QJsonObject keysOf(const QVector<Key> &keys)
 QJsonObject objectOf(const Pair &pair)
 {
     QJsonObject object{
-        {S("name"), S("press 1")},
-        {S("manufacturer"), S(pair.manufacturer)},
-        {S("protocol"), S(pair.protocol)},
-        {S("extendedParameters"), keysOf(pair.keys)},
-        {S("parameter"), keysOf(parameterKeys(S(pair.protocol)))},
-        {S("datas"),
+        {"name", "press 1"},
+        {"manufacturer", pair.manufacturer},
+        {"protocol", pair.protocol},
+        {"extendedParameters", keysOf(pair.keys)},
+        {"parameter", keysOf(parameterKeys(pair.protocol))},
+        {"datas",
          parse(R"({"datas": [{"addr": "a", "name": "b", "dataType": "c", "length": "d",
             "permissions": "e", "reportingMethod": "f", "changeAmplitude": "g", "collectionFormula": "h",
             "writeFormula": "i"}]})")
-             .value(S("datas"))},
+             .value("datas")},
     };
-    if (S(pair.protocol) == S("S7") && S(pair.manufacturer) == S("Siemens")) {
-        object.insert(S("model"), S("v38"));
+    if (pair.protocol == "S7" && pair.manufacturer == "Siemens") {
+        object.insert("model", "v38");
     }
     return object;
 }
@@ -179,7 +177,8 @@ void addPairRows()
 {
     QTest::addColumn<int>("place");
     for (int place = 0; place < pairs.size(); ++place) {
-        QTest::addRow("%s %s", pairs.at(place).manufacturer, pairs.at(place).protocol) << place;
+        QTest::addRow("%s %s", qPrintable(pairs.at(place).manufacturer), qPrintable(pairs.at(place).protocol))
+            << place;
     }
 }
 
@@ -189,15 +188,15 @@ class TestPlcDocument : public QObject
 {
     Q_OBJECT
 private slots:
-    void pairIsWritten_data();
+    void pairIsWritten_data() { addPairRows(); }
     void pairIsWritten();
-    void emptyItemIsWritten_data();
+    void emptyItemIsWritten_data() { addPairRows(); }
     void emptyItemIsWritten();
-    void pairIsRead_data();
+    void pairIsRead_data() { addPairRows(); }
     void pairIsRead();
-    void missingKeysEmptyTheirRoles_data();
+    void missingKeysEmptyTheirRoles_data() { addPairRows(); }
     void missingKeysEmptyTheirRoles();
-    void writtenAndReadAgain_data();
+    void writtenAndReadAgain_data() { addPairRows(); }
     void writtenAndReadAgain();
     void flagIsOneForTrueOnly_data();
     void flagIsOneForTrueOnly();
@@ -212,11 +211,6 @@ private slots:
     void folderNamedPlcLeavesTheDocumentAlone();
 };
 
-void TestPlcDocument::pairIsWritten_data()
-{
-    addPairRows();
-}
-
 void TestPlcDocument::pairIsWritten()
 {
     QFETCH(int, place);
@@ -225,40 +219,30 @@ void TestPlcDocument::pairIsWritten()
     QCOMPARE(bytes(plcObject(item)), bytes(objectOf(pairs.at(place))));
 }
 
-void TestPlcDocument::emptyItemIsWritten_data()
-{
-    addPairRows();
-}
-
 void TestPlcDocument::emptyItemIsWritten()
 {
     QFETCH(int, place);
     const Pair &pair = pairs.at(place);
-    QStandardItem item(S("n"));
-    item.setData(S(pair.manufacturer), plcManufacturerRole);
-    item.setData(S(pair.protocol), plcProtocolRole);
+    QStandardItem item("n");
+    item.setData(pair.manufacturer, plcManufacturerRole);
+    item.setData(pair.protocol, plcProtocolRole);
     const auto empty = [](const QVector<Key> &keys) {
         QJsonObject object;
         for (const Key &key : keys) {
-            object.insert(S(key.written), key.isFlag ? S("0") : S());
+            object.insert(key.written, key.isFlag ? QString("0") : QString());
         }
         return object;
     };
-    QJsonObject expected{{S("name"), S("n")},
-                         {S("manufacturer"), S(pair.manufacturer)},
-                         {S("protocol"), S(pair.protocol)},
-                         {S("extendedParameters"), empty(pair.keys)},
-                         {S("parameter"), empty(parameterKeys(S(pair.protocol)))},
-                         {S("datas"), QJsonArray()}};
+    QJsonObject expected{{"name", "n"},
+                         {"manufacturer", pair.manufacturer},
+                         {"protocol", pair.protocol},
+                         {"extendedParameters", empty(pair.keys)},
+                         {"parameter", empty(parameterKeys(pair.protocol))},
+                         {"datas", QJsonArray()}};
     if (place == 0) {
-        expected.insert(S("model"), S());
+        expected.insert("model", QString());
     }
     QCOMPARE(bytes(plcObject(item)), bytes(expected));
-}
-
-void TestPlcDocument::pairIsRead_data()
-{
-    addPairRows();
 }
 
 // Every key under the spelling of the reader, its text being the key.
@@ -266,53 +250,42 @@ void TestPlcDocument::pairIsRead()
 {
     QFETCH(int, place);
     const Pair &pair = pairs.at(place);
-    QMap<int, QString> expected{{plcManufacturerRole, S(pair.manufacturer)},
-                                {plcProtocolRole, S(pair.protocol)}};
-    QJsonObject object{{S("manufacturer"), S(pair.manufacturer)}, {S("protocol"), S(pair.protocol)}};
-    const auto add = [&](const char *name, const QVector<Key> &keys) {
+    QMap<int, QString> expected{{plcManufacturerRole, pair.manufacturer}, {plcProtocolRole, pair.protocol}};
+    QJsonObject object{{"manufacturer", pair.manufacturer}, {"protocol", pair.protocol}};
+    const auto add = [&](const QString &name, const QVector<Key> &keys) {
         QJsonObject inner;
         for (const Key &key : keys) {
-            const QString text = S(key.read ? key.read : key.written);
-            inner.insert(text, key.isFlag ? S("1") : text);
-            expected.insert(key.role, key.isFlag ? S("true") : text);
+            const QString text = key.read.isNull() ? key.written : key.read;
+            inner.insert(text, key.isFlag ? QString("1") : text);
+            expected.insert(key.role, key.isFlag ? QString("true") : text);
         }
-        object.insert(S(name), inner);
+        object.insert(name, inner);
     };
     add("extendedParameters", pair.keys);
-    add("parameter", parameterKeys(S(pair.protocol)));
-    QStandardItem item(S("x"));
+    add("parameter", parameterKeys(pair.protocol));
+    QStandardItem item("x");
     transmitPlcData(object, &item);
     QCOMPARE(ProjectDump::roles(&item), inOrder(expected) + QStringList("+114 rows "));
-    QCOMPARE(item.text(), S("x"));
-}
-
-void TestPlcDocument::missingKeysEmptyTheirRoles_data()
-{
-    addPairRows();
+    QCOMPARE(item.text(), "x");
 }
 
 void TestPlcDocument::missingKeysEmptyTheirRoles()
 {
     QFETCH(int, place);
     const Pair &pair = pairs.at(place);
-    const QJsonObject object{{S("manufacturer"), S(pair.manufacturer)}, {S("protocol"), S(pair.protocol)}};
+    const QJsonObject object{{"manufacturer", pair.manufacturer}, {"protocol", pair.protocol}};
     QMap<int, QString> expected;
     for (int role = plcManufacturerRole; role < plcParametersRole; ++role) {
-        expected.insert(role, S("old"));
+        expected.insert(role, "old");
     }
-    for (const Key &key : pair.keys + parameterKeys(S(pair.protocol))) {
+    for (const Key &key : pair.keys + parameterKeys(pair.protocol)) {
         const int role = key.role == plcAdsAutoNetIdRole ? int(plcXinjeCharReversedRole) : key.role;
-        expected.insert(role, key.isFlag ? S("false") : S());
+        expected.insert(role, key.isFlag ? QString("false") : QString());
     }
-    expected.insert(plcManufacturerRole, S(pair.manufacturer));
-    expected.insert(plcProtocolRole, S(pair.protocol));
+    expected.insert(plcManufacturerRole, pair.manufacturer);
+    expected.insert(plcProtocolRole, pair.protocol);
     QCOMPARE(rolesOver(transmitPlcData, object, plcManufacturerRole, plcParametersRole),
              inOrder(expected) + QStringList("+114 rows "));
-}
-
-void TestPlcDocument::writtenAndReadAgain_data()
-{
-    addPairRows();
 }
 
 // What does not come back is a slot, and the word flag of MC-3E.
@@ -322,11 +295,10 @@ void TestPlcDocument::writtenAndReadAgain()
     const Pair &pair = pairs.at(place);
     QStandardItem written;
     fillRoles(&written, pair);
-    QMap<int, QString> expected{{plcManufacturerRole, S(pair.manufacturer)},
-                                {plcProtocolRole, S(pair.protocol)}};
-    for (const Key &key : pair.keys + parameterKeys(S(pair.protocol))) {
-        const QString lost = key.isFlag ? S("false") : S();
-        expected.insert(key.role, key.read ? lost : written.data(key.role).toString());
+    QMap<int, QString> expected{{plcManufacturerRole, pair.manufacturer}, {plcProtocolRole, pair.protocol}};
+    for (const Key &key : pair.keys + parameterKeys(pair.protocol)) {
+        const QString lost = key.isFlag ? QString("false") : QString();
+        expected.insert(key.role, !key.read.isNull() ? lost : written.data(key.role).toString());
     }
     QStandardItem read;
     transmitPlcData(plcObject(written), &read);
@@ -339,12 +311,12 @@ void TestPlcDocument::flagIsOneForTrueOnly_data()
 {
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<QString>("written");
-    QTest::newRow("text true") << QVariant(S("true")) << S("1");
-    QTest::newRow("boolean true") << QVariant(true) << S("1");
-    QTest::newRow("text false") << QVariant(S("false")) << S("0");
-    QTest::newRow("boolean false") << QVariant(false) << S("0");
-    QTest::newRow("text 1") << QVariant(S("1")) << S("0");
-    QTest::newRow("nothing") << QVariant() << S("0");
+    QTest::newRow("text true") << QVariant("true") << "1";
+    QTest::newRow("boolean true") << QVariant(true) << "1";
+    QTest::newRow("text false") << QVariant("false") << "0";
+    QTest::newRow("boolean false") << QVariant(false) << "0";
+    QTest::newRow("text 1") << QVariant("1") << "0";
+    QTest::newRow("nothing") << QVariant() << "0";
 }
 
 void TestPlcDocument::flagIsOneForTrueOnly()
@@ -352,25 +324,25 @@ void TestPlcDocument::flagIsOneForTrueOnly()
     QFETCH(QVariant, stored);
     QFETCH(QString, written);
     QStandardItem item;
-    item.setData(S("Mitsubishi"), plcManufacturerRole);
-    item.setData(S("FxSerial"), plcProtocolRole);
+    item.setData("Mitsubishi", plcManufacturerRole);
+    item.setData("FxSerial", plcProtocolRole);
     item.setData(stored, plcFxSerialNewAgreementRole);
     item.setData(stored, plcRtsEnableRole);
     const QJsonObject object = plcObject(item);
-    QCOMPARE(object.value(S("extendedParameters")).toObject().value(S("newAgreement")), QJsonValue(written));
-    QCOMPARE(object.value(S("parameter")).toObject().value(S("rtsEnable")), QJsonValue(written));
+    QCOMPARE(object.value("extendedParameters").toObject().value("newAgreement"), QJsonValue(written));
+    QCOMPARE(object.value("parameter").toObject().value("rtsEnable"), QJsonValue(written));
 }
 
 void TestPlcDocument::flagIsTrueForOneOnly_data()
 {
     QTest::addColumn<QJsonValue>("written");
     QTest::addColumn<QString>("read");
-    QTest::newRow("1") << QJsonValue(S("1")) << S("true");
-    QTest::newRow("0") << QJsonValue(S("0")) << S("false");
-    QTest::newRow("true") << QJsonValue(S("true")) << S("false");
-    QTest::newRow("empty") << QJsonValue(S()) << S("false");
-    QTest::newRow("number") << QJsonValue(1) << S("false");
-    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << S("false");
+    QTest::newRow("1") << QJsonValue("1") << "true";
+    QTest::newRow("0") << QJsonValue("0") << "false";
+    QTest::newRow("true") << QJsonValue("true") << "false";
+    QTest::newRow("empty") << QJsonValue(QString()) << "false";
+    QTest::newRow("number") << QJsonValue(1) << "false";
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << "false";
 }
 
 void TestPlcDocument::flagIsTrueForOneOnly()
@@ -378,11 +350,9 @@ void TestPlcDocument::flagIsTrueForOneOnly()
     QFETCH(QJsonValue, written);
     QFETCH(QString, read);
     QJsonObject extended;
-    extended.insert(S("binary"), written);
+    extended.insert("binary", written);
     QStandardItem item;
-    transmitPlcData({{S("manufacturer"), S("Mitsubishi")},
-                     {S("protocol"), S("MC-1E")},
-                     {S("extendedParameters"), extended}},
+    transmitPlcData({{"manufacturer", "Mitsubishi"}, {"protocol", "MC-1E"}, {"extendedParameters", extended}},
                     &item);
     QCOMPARE(item.data(plcMc1eBinaryRole), QVariant(read));
 }
@@ -392,9 +362,9 @@ void TestPlcDocument::autoNetIdIsReadIntoTheOtherRoleUnlessOn_data()
     QTest::addColumn<QJsonValue>("written");
     QTest::addColumn<QString>("autoNetId");
     QTest::addColumn<QString>("charReversed");
-    QTest::newRow("1") << QJsonValue(S("1")) << S("true") << S("old");
-    QTest::newRow("0") << QJsonValue(S("0")) << S("old") << S("false");
-    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << S("old") << S("false");
+    tableRow("1", QJsonValue("1"), "true", "old");
+    tableRow("0", QJsonValue("0"), "old", "false");
+    tableRow("missing", QJsonValue(QJsonValue::Undefined), "old", "false");
 }
 
 void TestPlcDocument::autoNetIdIsReadIntoTheOtherRoleUnlessOn()
@@ -403,13 +373,12 @@ void TestPlcDocument::autoNetIdIsReadIntoTheOtherRoleUnlessOn()
     QFETCH(QString, autoNetId);
     QFETCH(QString, charReversed);
     QJsonObject extended;
-    extended.insert(S("autoNetld"), written);
+    extended.insert("autoNetld", written);
     QStandardItem item;
-    item.setData(S("old"), plcAdsAutoNetIdRole);
-    item.setData(S("old"), plcXinjeCharReversedRole);
-    transmitPlcData(
-        {{S("manufacturer"), S("Beckhoff")}, {S("protocol"), S("Ads")}, {S("extendedParameters"), extended}},
-        &item);
+    item.setData("old", plcAdsAutoNetIdRole);
+    item.setData("old", plcXinjeCharReversedRole);
+    transmitPlcData({{"manufacturer", "Beckhoff"}, {"protocol", "Ads"}, {"extendedParameters", extended}},
+                    &item);
     QCOMPARE(item.data(plcAdsAutoNetIdRole).toString(), autoNetId);
     QCOMPARE(item.data(plcXinjeCharReversedRole).toString(), charReversed);
 }
@@ -420,7 +389,7 @@ void TestPlcDocument::modelIsReadFromExtendedParametersOnly()
     transmitPlcData(parse(R"({"manufacturer": "Siemens", "protocol": "S7", "model": "S300",
                               "extendedParameters": {"model": "S400"}})"),
                     &item);
-    QCOMPARE(item.data(plcModelRole).toString(), S("S400"));
+    QCOMPARE(item.data(plcModelRole).toString(), "S400");
     transmitPlcData(parse(R"({"manufacturer": "Siemens", "protocol": "S7", "model": "S300"})"), &item);
     QCOMPARE(item.data(plcModelRole), QVariant(QString()));
 }
@@ -429,12 +398,11 @@ void TestPlcDocument::rowsAreWrittenByCells_data()
 {
     QTest::addColumn<QStringList>("cells");
     QTest::addColumn<QString>("written");
-    const QStringList nine{S("a"), S("b"), S("c"), S("d"), S("e"), S("f"), S("g"), S("h"), S("i")};
-    QTest::newRow("nine") << nine << S("a b c d e f g h i");
-    QTest::newRow("with the tenth of a file")
-        << QStringList(nine + QStringList(S("j"))) << S("a b c d e f g h i");
-    QTest::newRow("two") << QStringList(nine.mid(0, 2)) << S("a b       ");
-    QTest::newRow("none") << QStringList() << S("        ");
+    const QStringList nine{"a", "b", "c", "d", "e", "f", "g", "h", "i"};
+    QTest::newRow("nine") << nine << "a b c d e f g h i";
+    QTest::newRow("with the tenth of a file") << QStringList(nine + QStringList("j")) << "a b c d e f g h i";
+    QTest::newRow("two") << QStringList(nine.mid(0, 2)) << "a b       ";
+    QTest::newRow("none") << QStringList() << "        ";
 }
 
 void TestPlcDocument::rowsAreWrittenByCells()
@@ -443,14 +411,14 @@ void TestPlcDocument::rowsAreWrittenByCells()
     QFETCH(QString, written);
     QStandardItem item;
     item.setData(QVariant::fromValue(rows({cells})), plcParametersRole);
-    const QJsonArray datas = plcObject(item).value(S("datas")).toArray();
+    const QJsonArray datas = plcObject(item).value("datas").toArray();
     QCOMPARE(datas.size(), 1);
     const QJsonObject point = datas.first().toObject();
     QCOMPARE(point.size(), 9);
     QStringList found;
     for (const char *key : {"addr", "name", "dataType", "length", "permissions", "reportingMethod",
                             "changeAmplitude", "collectionFormula", "writeFormula"}) {
-        found.append(point.value(S(key)).toString());
+        found.append(point.value(QLatin1String(key)).toString());
     }
     QCOMPARE(found.join(QLatin1Char(' ')), written);
 }
@@ -458,19 +426,21 @@ void TestPlcDocument::rowsAreWrittenByCells()
 void TestPlcDocument::rowsAreRead()
 {
     QStandardItem item;
-    item.setData(S("old"), plcParametersRole);
+    item.setData("old", plcParametersRole);
     transmitPlcData(
         parse(R"({"datas": [{"addr": "M0", "writeFormula": "X", "length": 4, "extra": "e"}, 7]})"), &item);
-    const QStringList first{S("M0"), S(), S(), S(), S(), S(), S(), S(), S("X")};
-    const QStringList second{S(), S(), S(), S(), S(), S(), S(), S(), S()};
+    const QStringList first{"M0",      QString(), QString(), QString(), QString(),
+                            QString(), QString(), QString(), "X"};
+    const QStringList second{QString(), QString(), QString(), QString(), QString(),
+                             QString(), QString(), QString(), QString()};
     QCOMPARE(ProjectDump::valueText(item.data(plcParametersRole)),
              ProjectDump::valueText(QVariant::fromValue(rows({first, second}))));
 }
 
 void TestPlcDocument::folderNamedPlcLeavesTheDocumentAlone()
 {
-    QStandardItem project(S("P"));
-    auto *folder = new QStandardItem(S("PLC"));
+    QStandardItem project("P");
+    auto *folder = new QStandardItem("PLC");
     project.appendRow(folder);
     for (const Pair &pair : pairs) {
         auto *plc = new QStandardItem;

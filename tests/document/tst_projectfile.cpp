@@ -4,6 +4,7 @@
 #include "documenttest.h"
 #include "files.h"
 #include "hardships.h"
+#include "tablerow.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -61,7 +62,7 @@ private slots:
 
 private:
     QStandardItem *newProject(const QString &name, const QString &folder);
-    QString path(const char *name) const { return m_dir->filePath(S(name)); }
+    QString path(const QString &name) const { return m_dir->filePath(name); }
 
     QScopedPointer<QTemporaryDir> m_dir;
     QScopedPointer<QStandardItem> m_project;
@@ -69,7 +70,7 @@ private:
 
 void TestProjectFile::init()
 {
-    m_dir.reset(new QTemporaryDir(QDir::tempPath() + S("/projectfile-XXXXXX")));
+    m_dir.reset(new QTemporaryDir(QDir::tempPath() + "/projectfile-XXXXXX"));
     QVERIFY(m_dir->isValid());
 }
 
@@ -81,7 +82,7 @@ void TestProjectFile::cleanup()
 
 QStandardItem *TestProjectFile::newProject(const QString &name, const QString &folder)
 {
-    m_project.reset(ProjectTree::makeProject(name, folder, S("D")));
+    m_project.reset(ProjectTree::makeProject(name, folder, "D"));
     ProjectTree::appendMissingFolders(m_project.data());
     return m_project.data();
 }
@@ -90,9 +91,9 @@ void TestProjectFile::samplesLoadAndSaveByteForByte_data()
 {
     QTest::addColumn<QString>("sample");
     QTest::addColumn<QString>("saved");
-    QTest::newRow("empty") << S("empty") << S("Empty");
-    QTest::newRow("one slave") << S("one-slave") << S("P");
-    QTest::newRow("substation") << S("riverside-substation") << S("Riverside substation");
+    tableRow("empty", "empty", "Empty");
+    tableRow("one slave", "one-slave", "P");
+    tableRow("substation", "riverside-substation", "Riverside substation");
 }
 
 void TestProjectFile::samplesLoadAndSaveByteForByte()
@@ -104,36 +105,36 @@ void TestProjectFile::samplesLoadAndSaveByteForByte()
     QVERIFY(read.ok());
     QStandardItemModel model;
     QVERIFY(saveProject(loadProject(model, read.document, m_dir->path())).ok());
-    QCOMPARE(contents(m_dir->filePath(saved + S(".json"))), contents(source));
+    QCOMPARE(contents(m_dir->filePath(saved + ".json")), contents(source));
 }
 
 void TestProjectFile::savingReplacesTheFileAndLeavesNothingElse()
 {
-    QStandardItem *project = newProject(S("P"), m_dir->path());
+    QStandardItem *project = newProject("P", m_dir->path());
     const QString file = path("P.json");
     QTest::ignoreMessage(QtDebugMsg, qPrintable(QString("JSON data saved to file: \"%1\"").arg(file)));
     QVERIFY(saveProject(project).ok());
     QCOMPARE(contents(file), projectDocument(project));
-    project->setData(S("changed"), projectDescriptionRole);
+    project->setData("changed", projectDescriptionRole);
     QVERIFY(saveProject(project).ok());
     QCOMPARE(contents(file), projectDocument(project));
     QVERIFY(contents(file).contains("changed"));
-    QCOMPARE(filesIn(m_dir->path()), QStringList({S("P.json")}));
+    QCOMPARE(filesIn(m_dir->path()), QStringList({"P.json"}));
 }
 
 void TestProjectFile::renamedProjectSavesBesideItsOldFile()
 {
-    QStandardItem *project = newProject(S("P"), m_dir->path());
+    QStandardItem *project = newProject("P", m_dir->path());
     QVERIFY(saveProject(project).ok());
-    project->setText(S("变电站 Q"));
+    project->setText("变电站 Q");
     QVERIFY(saveProject(project).ok());
-    QCOMPARE(filesIn(m_dir->path()), QStringList({S("P.json"), S("变电站 Q.json")}));
+    QCOMPARE(filesIn(m_dir->path()), QStringList({"P.json", "变电站 Q.json"}));
     QVERIFY(contents(path("变电站 Q.json")).contains("\"name\": \"变电站 Q\""));
 }
 
 void TestProjectFile::savedResultCarriesThePath()
 {
-    const SaveResult result = saveProject(newProject(S("P"), m_dir->path()));
+    const SaveResult result = saveProject(newProject("P", m_dir->path()));
     QCOMPARE(result.path, path("P.json"));
     QCOMPARE(result.failure, SaveResult::Failure::None);
     QCOMPARE(result.errorString, QString());
@@ -142,7 +143,7 @@ void TestProjectFile::savedResultCarriesThePath()
 void TestProjectFile::longerOldFileLeavesNoRest()
 {
     put(path("P.json"), QByteArray(100000, 'x'));
-    QVERIFY(saveProject(newProject(S("P"), m_dir->path())).ok());
+    QVERIFY(saveProject(newProject("P", m_dir->path())).ok());
     QCOMPARE(contents(path("P.json")), projectDocument(m_project.data()));
 }
 
@@ -150,7 +151,7 @@ void TestProjectFile::linkIsWrittenThrough()
 {
     put(path("real.json"), "old");
     QVERIFY(QFile::link(path("real.json"), path("P.json")));
-    QVERIFY(saveProject(newProject(S("P"), m_dir->path())).ok());
+    QVERIFY(saveProject(newProject("P", m_dir->path())).ok());
     QVERIFY(QFileInfo(path("P.json")).isSymLink());
     QCOMPARE(contents(path("real.json")), projectDocument(m_project.data()));
 }
@@ -163,7 +164,7 @@ void TestProjectFile::deviceIsWrittenInto()
         QSKIP("a device can't be made here");
     }
     QVERIFY(QFile::link(path("full"), path("P.json")));
-    QVERIFY(!saveProject(newProject(S("P"), m_dir->path())).ok());
+    QVERIFY(!saveProject(newProject("P", m_dir->path())).ok());
     struct stat now;
     QCOMPARE(stat(full.constData(), &now), 0);
     QVERIFY(S_ISCHR(now.st_mode));
@@ -172,7 +173,7 @@ void TestProjectFile::deviceIsWrittenInto()
 void TestProjectFile::pipeThatNobodyReadsHoldsNothingUp()
 {
     QCOMPARE(mkfifo(QFile::encodeName(path("P.json")).constData(), 0600), 0);
-    QVERIFY(saveProject(newProject(S("P"), m_dir->path())).ok());
+    QVERIFY(saveProject(newProject("P", m_dir->path())).ok());
     QCOMPARE(contents(path("P.json")), projectDocument(m_project.data()));
 }
 
@@ -180,10 +181,12 @@ void TestProjectFile::saveRefuses_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("folder"); // below the test's own
-    QTest::newRow("folder that is not there") << S("P") << S("/missing");
-    QTest::newRow("folder that is a file") << S("P") << S("/file");
-    QTest::newRow("directory in the file's place") << S("taken") << S();
-    QTest::newRow("name with a separator") << S("a/b") << S();
+    QTest::newRow("folder that is not there") << "P"
+                                              << "/missing";
+    QTest::newRow("folder that is a file") << "P"
+                                           << "/file";
+    QTest::newRow("directory in the file's place") << "taken" << QString();
+    QTest::newRow("name with a separator") << "a/b" << QString();
 }
 
 void TestProjectFile::saveRefuses()
@@ -191,15 +194,15 @@ void TestProjectFile::saveRefuses()
     QFETCH(QString, name);
     QFETCH(QString, folder);
     put(path("file"), "kept");
-    QVERIFY(QDir(m_dir->path()).mkdir(S("taken.json")));
+    QVERIFY(QDir(m_dir->path()).mkdir("taken.json"));
     const QStringList before = filesIn(m_dir->path());
 
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(S("^Could not open file for writing: \".+\"$")));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Could not open file for writing: \".+\"$"));
     const SaveResult result = saveProject(newProject(name, m_dir->path() + folder));
     QCOMPARE(result.failure, SaveResult::Failure::OpenFailed);
     QVERIFY(!result.ok());
     QVERIFY(!result.errorString.isEmpty());
-    QCOMPARE(result.path, m_dir->path() + folder + S("/") + name + S(".json"));
+    QCOMPARE(result.path, m_dir->path() + folder + "/" + name + ".json");
     QCOMPARE(filesIn(m_dir->path()), before);
     QCOMPARE(contents(path("file")), QByteArray("kept"));
 }
@@ -215,8 +218,8 @@ void TestProjectFile::nameTooLongForAFileIsRefused()
 
 void TestProjectFile::nameWithSeparatorsGoesWhereItLeads()
 {
-    QVERIFY(QDir(m_dir->path()).mkpath(S("sub/deep")));
-    QVERIFY(saveProject(newProject(S("deep/../../P"), path("sub"))).ok());
+    QVERIFY(QDir(m_dir->path()).mkpath("sub/deep"));
+    QVERIFY(saveProject(newProject("deep/../../P", path("sub"))).ok());
     QCOMPARE(contents(path("P.json")), projectDocument(m_project.data()));
 }
 
@@ -230,12 +233,12 @@ void TestProjectFile::fullDiskKeepsTheOldFile_data()
 void TestProjectFile::fullDiskKeepsTheOldFile()
 {
     QFETCH(int, descriptionSize);
-    QStandardItem *project = newProject(S("P"), m_dir->path());
+    QStandardItem *project = newProject("P", m_dir->path());
     QVERIFY(saveProject(project).ok());
     const QByteArray before = contents(path("P.json"));
     project->setData(QString(descriptionSize, QLatin1Char('d')), projectDescriptionRole);
 
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(S("^Error writing to file: \".+\"$")));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Error writing to file: \".+\"$"));
     const auto result = [project]() {
         const FullDisk full(4096);
         return saveProject(project);
@@ -243,7 +246,7 @@ void TestProjectFile::fullDiskKeepsTheOldFile()
     QCOMPARE(result.failure, SaveResult::Failure::WriteFailed);
     QVERIFY(!result.errorString.isEmpty());
     QCOMPARE(contents(path("P.json")), before);
-    QCOMPARE(filesIn(m_dir->path()), QStringList({S("P.json")}));
+    QCOMPARE(filesIn(m_dir->path()), QStringList({"P.json"}));
 
     QVERIFY(saveProject(project).ok());
     QCOMPARE(contents(path("P.json")), projectDocument(project));
@@ -257,7 +260,7 @@ void TestProjectFile::readLogsNameAndDescription()
     const LoadResult result = readProjectFile(path("x.json"));
     QVERIFY(result.ok());
     QCOMPARE(result.path, path("x.json"));
-    QCOMPARE(result.document.keys(), QStringList({S("boxs"), S("description"), S("name")}));
+    QCOMPARE(result.document.keys(), QStringList({"boxs", "description", "name"}));
     QCOMPARE(result.errorString, QString());
 }
 
@@ -296,16 +299,16 @@ void TestProjectFile::readRefusesWhatIsNoDocument()
 void TestProjectFile::readRefusesWhatItCannotOpen_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("missing") << S("missing.json");
-    QTest::newRow("directory") << S(".");
-    QTest::newRow("below a file") << S("file/x.json");
+    QTest::newRow("missing") << "missing.json";
+    QTest::newRow("directory") << ".";
+    QTest::newRow("below a file") << "file/x.json";
 }
 
 void TestProjectFile::readRefusesWhatItCannotOpen()
 {
     QFETCH(QString, name);
     put(path("file"), "{}");
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(S("^Could not open file for reading: \".+\"$")));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Could not open file for reading: \".+\"$"));
     const LoadResult result = readProjectFile(m_dir->filePath(name));
     QCOMPARE(result.failure, LoadResult::Failure::OpenFailed);
     QVERIFY(!result.errorString.isEmpty());
@@ -351,26 +354,26 @@ void TestProjectFile::fiftyMegabytesAreRead()
 
 void TestProjectFile::hundredThousandPointsComeBackWhole()
 {
-    QStandardItem *project = newProject(S("P"), m_dir->path());
+    QStandardItem *project = newProject("P", m_dir->path());
     GroupMap meters;
     GroupMap slaves;
     for (int group = 0; group < 5; ++group) {
-        RowList slave{row({S("standard"), S("1"), S("ABCD"), S("true"), S("false")})};
-        RowList meter{row({S("AA"), S("DLT645_2007")})};
+        RowList slave{row({"standard", "1", "ABCD", "true", "false"})};
+        RowList meter{row({"AA", "DLT645_2007"})};
         for (int point = 0; point < 10000; ++point) {
             const QString number = QString::number(point);
-            slave.append(row({number, S("n") + number, S("float"), S("1"), S("r")}));
+            slave.append(row({number, "n" + number, "float", "1", "r"}));
             const Dlt645::Item &item = Dlt645::items().at(size_t(point) % Dlt645::itemCount);
-            meter.append(row({S("true"), Dlt645::label(item), S("n") + number}));
+            meter.append(row({"true", Dlt645::label(item), "n" + number}));
         }
         slaves.insert(QString("Modbus-%1").arg(group + 1), slave);
         meters.insert(QString("DLT645-%1").arg(group + 1), meter);
     }
-    QStandardItem *modbus = ProjectTree::appendDefinition(project->child(0), S("M"), S());
-    modbus->setData(S("Modbus"), standardProtocolRole);
+    QStandardItem *modbus = ProjectTree::appendDefinition(project->child(0), "M", QString());
+    modbus->setData("Modbus", standardProtocolRole);
     modbus->setData(QVariant::fromValue(slaves), standardDatasRole);
-    QStandardItem *dlt645 = ProjectTree::appendDefinition(project->child(0), S("D"), S());
-    dlt645->setData(S("DLT645"), standardProtocolRole);
+    QStandardItem *dlt645 = ProjectTree::appendDefinition(project->child(0), "D", QString());
+    dlt645->setData("DLT645", standardProtocolRole);
     dlt645->setData(QVariant::fromValue(meters), standardDatasRole);
 
     QVERIFY(saveProject(project).ok());

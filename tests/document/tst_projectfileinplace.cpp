@@ -54,7 +54,7 @@ private slots:
     void pipeThatNobodyReadsHoldsNothingUp();
 
 private:
-    QString file() const { return m_dir->filePath(S("P.json")); }
+    QString file() const { return m_dir->filePath("P.json"); }
     QStringList files() const
     {
         return QDir(m_dir->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -71,9 +71,9 @@ private:
 
 void TestProjectFileInPlace::init()
 {
-    m_dir.reset(new QTemporaryDir(QDir::tempPath() + S("/projectfileinplace-XXXXXX")));
+    m_dir.reset(new QTemporaryDir(QDir::tempPath() + "/projectfileinplace-XXXXXX"));
     QVERIFY(m_dir->isValid());
-    m_project.reset(ProjectTree::makeProject(S("P"), m_dir->path(), S("D")));
+    m_project.reset(ProjectTree::makeProject("P", m_dir->path(), "D"));
     ProjectTree::appendMissingFolders(m_project.data());
 }
 
@@ -128,7 +128,7 @@ void TestProjectFileInPlace::stickyFolderWritesAFileOfSomebodyElseInPlace()
     }
     QVERIFY(saveProject(m_project.data()).ok());
     QCOMPARE(contents(file()), projectDocument(m_project.data()));
-    QCOMPARE(files(), QStringList(S("P.json")));
+    QCOMPARE(files(), QStringList("P.json"));
     // It is the same file still, so the folder did refuse to exchange it.
     QCOMPARE(statOf(file()).st_ino, before.st_ino);
     QCOMPARE(statOf(file()).st_uid, before.st_uid);
@@ -143,12 +143,12 @@ void TestProjectFileInPlace::readOnlyFileOfSomebodyElseIsRefused()
     if (geteuid() == before.st_uid) {
         QSKIP("only root can make a file of somebody else");
     }
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(S("^Could not open file for writing: \".+\"$")));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Could not open file for writing: \".+\"$"));
     const SaveResult result = saveProject(m_project.data());
     QCOMPARE(result.failure, SaveResult::Failure::OpenFailed);
     QVERIFY(!result.errorString.isEmpty());
     QCOMPARE(contents(file()), QByteArray("kept"));
-    QCOMPARE(files(), QStringList(S("P.json")));
+    QCOMPARE(files(), QStringList("P.json"));
 }
 
 void TestProjectFileInPlace::fullDiskKeepsTheOldFile_data()
@@ -167,7 +167,7 @@ void TestProjectFileInPlace::fullDiskKeepsTheOldFile()
     m_project->setData(QString(6000, QLatin1Char('d')), projectDescriptionRole);
     putOldFile(QByteArray(oldSize, 'x'), 0666);
     setMode(m_dir->path(), folderMode);
-    QTest::ignoreMessage(QtDebugMsg, QRegularExpression(S("^Error writing to file: \".+\"$")));
+    QTest::ignoreMessage(QtDebugMsg, QRegularExpression("^Error writing to file: \".+\"$"));
     const auto result = [this]() {
         const NotRoot somebody;
         const FullDisk full(4096);
@@ -176,7 +176,7 @@ void TestProjectFileInPlace::fullDiskKeepsTheOldFile()
     QCOMPARE(result.failure, SaveResult::Failure::WriteFailed);
     QVERIFY(!result.errorString.isEmpty());
     QCOMPARE(contents(file()), QByteArray(oldSize, 'x'));
-    QCOMPARE(files(), QStringList(S("P.json")));
+    QCOMPARE(files(), QStringList("P.json"));
 }
 
 void TestProjectFileInPlace::pipeThatNobodyReadsHoldsNothingUp()

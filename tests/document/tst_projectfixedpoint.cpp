@@ -22,17 +22,17 @@ namespace {
 QByteArray readAndWritten(const QByteArray &document)
 {
     QStandardItemModel model;
-    return projectDocument(loadProject(model, QJsonDocument::fromJson(document).object(), S("/tmp")));
+    return projectDocument(loadProject(model, QJsonDocument::fromJson(document).object(), "/tmp"));
 }
 
 // The groups of each Standard, in an order of their own.
 QList<QByteArrayList> sortedGroups(const QByteArray &document)
 {
     QList<QByteArrayList> standards;
-    const QJsonArray array = QJsonDocument::fromJson(document).object().value(S("standards")).toArray();
+    const QJsonArray array = QJsonDocument::fromJson(document).object().value("standards").toArray();
     for (const QJsonValue &standard : array) {
         QByteArrayList groups;
-        const QJsonArray datas = standard.toObject().value(S("datas")).toArray();
+        const QJsonArray datas = standard.toObject().value("datas").toArray();
         for (const QJsonValue &group : datas) {
             groups.append(QJsonDocument(group.toObject()).toJson());
         }
@@ -60,8 +60,8 @@ void TestProjectFixedPoint::randomProjects()
     for (quint32 seed = firstSeed; seed != end; ++seed) {
         QStandardItemModel model;
         const QByteArray written = projectDocument(RandomProject(seed, 9).makeIn(&model));
-        QVERIFY2(QJsonDocument::fromJson(written).isObject(), qPrintable(S("seed %1").arg(seed)));
-        QVERIFY2(readAndWritten(written) == written, qPrintable(S("seed %1").arg(seed)));
+        QVERIFY2(QJsonDocument::fromJson(written).isObject(), qPrintable(QString("seed %1").arg(seed)));
+        QVERIFY2(readAndWritten(written) == written, qPrintable(QString("seed %1").arg(seed)));
     }
 }
 
@@ -85,7 +85,7 @@ void TestProjectFixedPoint::namesThatMeetSettleAtOnce()
         QStandardItem *project = RandomProject(seed, 9).makeIn(&model);
         for (int folder = 0; folder < 3; ++folder) {
             for (int row = 0; row < project->child(folder)->rowCount(); ++row) {
-                project->child(folder)->child(row)->setText(S("one"));
+                project->child(folder)->child(row)->setText("one");
             }
         }
         const QByteArray joined = readAndWritten(projectDocument(project));

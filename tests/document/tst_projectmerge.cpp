@@ -1,5 +1,7 @@
 #include "language.h"
+#include "modelwatch.h"
 #include "readertest.h"
+#include "tablerow.h"
 
 #include <QFile>
 
@@ -8,11 +10,6 @@ namespace {
 using ProjectDump::iconBytes;
 using ProjectDump::shape;
 using ProjectDump::tree;
-
-QStandardItem *load(QStandardItemModel &model, const char *json, const QString &folder = S("/folder"))
-{
-    return loadProject(model, parse(json), folder);
-}
 
 QByteArray imageBytes(const QString &name)
 {
@@ -35,6 +32,8 @@ class TestProjectMerge : public QObject
 {
     Q_OBJECT
 private slots:
+    void initTestCase() { watchModel(&m_model); }
+    void init() { m_model.clear(); }
     void newProjectTakesNameDescriptionAndFolder();
     void emptyObjectGivesANamelessProjectWithFourFolders();
     void emptyServicesLeaveTheFolderEmpty();
@@ -59,36 +58,41 @@ private slots:
     void otherLanguageCostsLabelsAndNothingElse();
     void passwordOfAnotherLanguageStaysOut();
     void unlabelledPointComesBackWithoutALabel();
+
+private:
+    QStandardItem *load(const char *json, const QString &folder = "/folder")
+    {
+        return loadProject(m_model, parse(json), folder);
+    }
+
+    QStandardItemModel m_model;
 };
 
 void TestProjectMerge::newProjectTakesNameDescriptionAndFolder()
 {
-    QStandardItemModel model;
-    model.appendRow(new QStandardItem(S("Q")));
-    const QStandardItem *project = load(model, R"({"name": "P", "description": "D"})", S("/home/anna"));
-    QCOMPARE(model.rowCount(), 2);
-    QCOMPARE(model.item(1), project);
-    QCOMPARE(shape(project), S("P(Standard() Service() Box() Data())"));
+    m_model.appendRow(new QStandardItem("Q"));
+    const QStandardItem *project = load(R"({"name": "P", "description": "D"})", "/home/anna");
+    QCOMPARE(m_model.rowCount(), 2);
+    QCOMPARE(m_model.item(1), project);
+    QCOMPARE(shape(project), "P(Standard() Service() Box() Data())");
     QCOMPARE(ProjectDump::roles(project), QStringList({line(1, "/home/anna"), line(2, "D")}));
-    QCOMPARE(iconBytes(project->icon()), imageBytes(S("project_manage")));
-    QCOMPARE(iconBytes(project->child(1)->icon()), imageBytes(S("Service")));
+    QCOMPARE(iconBytes(project->icon()), imageBytes("project_manage"));
+    QCOMPARE(iconBytes(project->child(1)->icon()), imageBytes("Service"));
 }
 
 void TestProjectMerge::emptyObjectGivesANamelessProjectWithFourFolders()
 {
-    QStandardItemModel model;
-    const QStandardItem *project = load(model, "{}");
-    QCOMPARE(shape(project), S("(Standard() Service() Box() Data())"));
+    const QStandardItem *project = load("{}");
+    QCOMPARE(shape(project), "(Standard() Service() Box() Data())");
     QCOMPARE(ProjectDump::roles(project), QStringList({line(1, "/folder"), line(2, "")}));
-    QCOMPARE(load(model, "{}"), project);
-    QCOMPARE(model.rowCount(), 1);
+    QCOMPARE(load("{}"), project);
+    QCOMPARE(m_model.rowCount(), 1);
 }
 
 void TestProjectMerge::emptyServicesLeaveTheFolderEmpty()
 {
-    QStandardItemModel model;
-    QCOMPARE(shape(load(model, R"({"name": "P", "standards": [], "services": [], "boxs": []})")),
-             S("P(Standard() Service() Box() Data())"));
+    QCOMPARE(shape(load(R"({"name": "P", "standards": [], "services": [], "boxs": []})")),
+             "P(Standard() Service() Box() Data())");
 }
 
 void TestProjectMerge::definitionsHaveTheirIcons_data()
@@ -97,15 +101,15 @@ void TestProjectMerge::definitionsHaveTheirIcons_data()
     QTest::addColumn<int>("folder");
     QTest::addColumn<QString>("protocol");
     QTest::addColumn<QString>("image");
-    QTest::newRow("Modbus") << S("standards") << 0 << S("Modbus") << S("Modbus");
-    QTest::newRow("DLT645") << S("standards") << 0 << S("DLT645") << S("DLT645");
-    QTest::newRow("DIDO") << S("standards") << 0 << S("DIDO") << S();
-    QTest::newRow("CustomPoll") << S("standards") << 0 << S("CustomPoll") << S();
-    QTest::newRow("OpcUA") << S("standards") << 0 << S("OpcUA") << S();
-    QTest::newRow("unknown standard") << S("standards") << 0 << S("Profibus") << S();
-    QTest::newRow("IEC61850") << S("services") << 1 << S("IEC61850") << S("IEC61850");
-    QTest::newRow("unknown service") << S("services") << 1 << S("Modbus") << S();
-    QTest::newRow("box") << S("boxs") << 2 << S() << S("box-file");
+    tableRow("Modbus", "standards", 0, "Modbus", "Modbus");
+    tableRow("DLT645", "standards", 0, "DLT645", "DLT645");
+    tableRow("DIDO", "standards", 0, "DIDO", QString());
+    tableRow("CustomPoll", "standards", 0, "CustomPoll", QString());
+    tableRow("OpcUA", "standards", 0, "OpcUA", QString());
+    tableRow("unknown standard", "standards", 0, "Profibus", QString());
+    tableRow("IEC61850", "services", 1, "IEC61850", "IEC61850");
+    tableRow("unknown service", "services", 1, "Modbus", QString());
+    tableRow("box", "boxs", 2, QString(), "box-file");
 }
 
 void TestProjectMerge::definitionsHaveTheirIcons()
@@ -114,135 +118,124 @@ void TestProjectMerge::definitionsHaveTheirIcons()
     QFETCH(int, folder);
     QFETCH(QString, protocol);
     QFETCH(QString, image);
-    QStandardItemModel model;
-    const QJsonObject entry{{S("name"), S("x")}, {S("protocol"), protocol}};
-    const QStandardItem *project = loadProject(model, {{key, QJsonArray{entry}}}, S("/folder"));
+    const QJsonObject entry{{"name", "x"}, {"protocol", protocol}};
+    const QStandardItem *project = loadProject(m_model, {{key, QJsonArray{entry}}}, "/folder");
     const QIcon icon = project->child(folder)->child(0)->icon();
     QCOMPARE(iconBytes(icon), image.isEmpty() ? QByteArray() : imageBytes(image));
 }
 
 void TestProjectMerge::openProjectOfTheSameNameIsMerged()
 {
-    QStandardItemModel model;
-    QStandardItem *project = load(model, fullDocument, S("/first"));
-    project->child(0)->child(0)->setData(S("kept"), standardRtuCommunicationTimeoutRole);
-    const QStandardItem *merged = load(model, R"({"name": "P", "description": "other",
+    QStandardItem *project = load(fullDocument, "/first");
+    project->child(0)->child(0)->setData("kept", standardRtuCommunicationTimeoutRole);
+    const QStandardItem *merged = load(R"({"name": "P", "description": "other",
         "standards": [{"name": "New", "protocol": "Modbus"},
                       {"name": "M", "protocol": "Modbus", "modbus": "ModbusTCP",
                        "parameter": {"ip": "5.6.7.8"}}],
         "boxs": [{"name": "b", "ip": "10.0.0.2"}, {"name": "B", "ip": "10.0.0.3"}]})",
-                                       S("/second"));
+                                       "/second");
     QCOMPARE(merged, project);
-    QCOMPARE(model.rowCount(), 1);
-    QCOMPARE(shape(project), S("P(Standard(M() D() New()) Service(IEC61850()) Box(B() b()) Data())"));
+    QCOMPARE(m_model.rowCount(), 1);
+    QCOMPARE(shape(project), "P(Standard(M() D() New()) Service(IEC61850()) Box(B() b()) Data())");
     QCOMPARE(ProjectDump::roles(project), QStringList({line(1, "/first"), line(2, "D")}));
     const QStandardItem *standard = project->child(0)->child(0);
-    QCOMPARE(standard->data(standardIpRole).toString(), S("5.6.7.8"));
-    QCOMPARE(standard->data(standardRtuCommunicationTimeoutRole).toString(), S("kept"));
+    QCOMPARE(standard->data(standardIpRole).toString(), "5.6.7.8");
+    QCOMPARE(standard->data(standardRtuCommunicationTimeoutRole).toString(), "kept");
     QCOMPARE(standard->data(standardDatasRole).value<GroupMap>(), GroupMap());
-    QCOMPARE(project->child(1)->child(0)->data(servicePortRole).toString(), S("102"));
-    QCOMPARE(project->child(2)->child(0)->data(boxIpRole).toString(), S("10.0.0.3"));
-    QCOMPARE(project->child(2)->child(1)->data(boxIpRole).toString(), S("10.0.0.2"));
+    QCOMPARE(project->child(1)->child(0)->data(servicePortRole).toString(), "102");
+    QCOMPARE(project->child(2)->child(0)->data(boxIpRole).toString(), "10.0.0.3");
+    QCOMPARE(project->child(2)->child(1)->data(boxIpRole).toString(), "10.0.0.2");
 }
 
 void TestProjectMerge::projectNamesAreComparedExactly()
 {
-    QStandardItemModel model;
-    load(model, R"({"name": "P"})");
-    load(model, R"({"name": "p"})");
-    load(model, R"({"name": "P "})");
-    QCOMPARE(model.rowCount(), 3);
+    load(R"({"name": "P"})");
+    load(R"({"name": "p"})");
+    load(R"({"name": "P "})");
+    QCOMPARE(m_model.rowCount(), 3);
 }
 
 void TestProjectMerge::loadingTwiceChangesNothing()
 {
-    QStandardItemModel model;
-    const QStandardItem *project = load(model, fullDocument);
+    const QStandardItem *project = load(fullDocument);
     const QStringList before = tree(project);
-    load(model, fullDocument);
+    load(fullDocument);
     QCOMPARE(tree(project), before);
-    QCOMPARE(model.rowCount(), 1);
+    QCOMPARE(m_model.rowCount(), 1);
 }
 
 void TestProjectMerge::entriesOfOneNameEndUpInOneItem()
 {
-    QStandardItemModel model;
-    const QStandardItem *project = load(model, R"({"name": "P",
+    const QStandardItem *project = load(R"({"name": "P",
         "standards": [{"name": "S", "protocol": "DLT645"}, {"name": "S", "protocol": "Modbus"}],
         "boxs": [{"name": "B", "ip": "1"}, {"name": "C"}, {"name": "B", "ip": "2"}]})");
-    QCOMPARE(shape(project), S("P(Standard(S()) Service() Box(B() C()) Data())"));
-    QCOMPARE(project->child(2)->child(0)->data(boxIpRole).toString(), S("2"));
+    QCOMPARE(shape(project), "P(Standard(S()) Service() Box(B() C()) Data())");
+    QCOMPARE(project->child(2)->child(0)->data(boxIpRole).toString(), "2");
     const QStandardItem *standard = project->child(0)->child(0);
-    QCOMPARE(standard->data(standardProtocolRole).toString(), S("Modbus"));
-    QCOMPARE(iconBytes(standard->icon()), imageBytes(S("DLT645"))); // An item that is there keeps its icon.
+    QCOMPARE(standard->data(standardProtocolRole).toString(), "Modbus");
+    QCOMPARE(iconBytes(standard->icon()), imageBytes("DLT645")); // An item that is there keeps its icon.
 }
 
 void TestProjectMerge::firstOfTwoItemsOfOneNameIsFilled()
 {
-    QStandardItemModel model;
-    QStandardItem *project = load(model, R"({"name": "P"})");
+    QStandardItem *project = load(R"({"name": "P"})");
     for (int i = 0; i < 2; ++i) {
-        project->child(2)->appendRow(new QStandardItem(S("B")));
+        project->child(2)->appendRow(new QStandardItem("B"));
     }
-    load(model, R"({"name": "P", "boxs": [{"name": "B", "ip": "1"}]})");
-    QCOMPARE(project->child(2)->child(0)->data(boxIpRole).toString(), S("1"));
+    load(R"({"name": "P", "boxs": [{"name": "B", "ip": "1"}]})");
+    QCOMPARE(project->child(2)->child(0)->data(boxIpRole).toString(), "1");
     QVERIFY(!project->child(2)->child(1)->data(boxIpRole).isValid());
 }
 
 void TestProjectMerge::foldersAreTakenByTheirRow()
 {
-    QStandardItemModel model;
-    auto *project = new QStandardItem(S("P"));
-    project->appendRow(new QStandardItem(S("Box")));
-    model.appendRow(project);
-    load(model, fullDocument);
-    QCOMPARE(shape(project), S("P(Box(M() D()) Standard(IEC61850()) Service(B()) Data())"));
+    auto *project = new QStandardItem("P");
+    project->appendRow(new QStandardItem("Box"));
+    m_model.appendRow(project);
+    load(fullDocument);
+    QCOMPARE(shape(project), "P(Box(M() D()) Standard(IEC61850()) Service(B()) Data())");
 }
 
 void TestProjectMerge::missingFoldersAreRepaired()
 {
-    QStandardItemModel model;
-    QStandardItem *project = load(model, fullDocument);
+    QStandardItem *project = load(fullDocument);
     project->removeRow(3);
     project->removeRow(2);
-    load(model, fullDocument);
-    QCOMPARE(shape(project), S("P(Standard(M() D()) Service(IEC61850()) Box(B()) Data())"));
-    QCOMPARE(iconBytes(project->child(3)->icon()), imageBytes(S("Data")));
+    load(fullDocument);
+    QCOMPARE(shape(project), "P(Standard(M() D()) Service(IEC61850()) Box(B()) Data())");
+    QCOMPARE(iconBytes(project->child(3)->icon()), imageBytes("Data"));
 }
 
 void TestProjectMerge::liveDataStays()
 {
-    QStandardItemModel model;
-    QStandardItem *project = load(model, fullDocument);
-    auto *live = new QStandardItem(S("M"));
+    QStandardItem *project = load(fullDocument);
+    auto *live = new QStandardItem("M");
     live->setData(QVariantList{1}, dataRowsRole);
     project->child(3)->appendRow(live);
-    load(model, fullDocument);
+    load(fullDocument);
     QCOMPARE(project->child(3)->rowCount(), 1);
     QCOMPARE(live->data(dataRowsRole), QVariant(QVariantList{1}));
 }
 
 void TestProjectMerge::entriesThatAreNoObjectsReadAsEmptyOnes()
 {
-    QStandardItemModel model;
-    const QStandardItem *project = load(model, R"({"name": "P", "standards": [1, "x", null, []],
+    const QStandardItem *project = load(R"({"name": "P", "standards": [1, "x", null, []],
         "boxs": [[{"name": "deep"}], true], "services": [{}]})");
-    QCOMPARE(shape(project), S("P(Standard(()) Service(()) Box(()) Data())"));
-    QCOMPARE(project->child(0)->child(0)->data(standardRtsEnableRole).toString(), S("false"));
+    QCOMPARE(shape(project), "P(Standard(()) Service(()) Box(()) Data())");
+    QCOMPARE(project->child(0)->child(0)->data(standardRtsEnableRole).toString(), "false");
 }
 
 void TestProjectMerge::absentServiceKeysEmptyWhatStood()
 {
-    QStandardItemModel model;
-    QStandardItem *project = load(model, fullDocument);
+    QStandardItem *project = load(fullDocument);
     QStandardItem *service = project->child(1)->child(0);
-    service->setData(S("Password"), serviceAuthenticationRole);
-    service->setData(S("PEM"), serviceRootCertificateRole);
-    service->setData(S("PEM"), serviceClientCertificate10Role);
-    load(model, fullDocument);
-    QCOMPARE(service->data(serviceAuthenticationRole).toString(), S("Password"));
-    QCOMPARE(service->data(serviceRootCertificateRole), QVariant(S()));
-    QCOMPARE(service->data(serviceClientCertificate10Role), QVariant(S()));
+    service->setData("Password", serviceAuthenticationRole);
+    service->setData("PEM", serviceRootCertificateRole);
+    service->setData("PEM", serviceClientCertificate10Role);
+    load(fullDocument);
+    QCOMPARE(service->data(serviceAuthenticationRole).toString(), "Password");
+    QCOMPARE(service->data(serviceRootCertificateRole), QVariant(QString()));
+    QCOMPARE(service->data(serviceClientCertificate10Role), QVariant(QString()));
 }
 
 void TestProjectMerge::wrongTypesInTheRootReadAsMissing_data()
@@ -254,15 +247,15 @@ void TestProjectMerge::wrongTypesInTheRootReadAsMissing_data()
             {"number", QJsonValue(7)},
             {"null", QJsonValue(QJsonValue::Null)},
             {"boolean", QJsonValue(true)},
-            {"object", QJsonValue(QJsonObject{{S("name"), S("x")}})},
+            {"object", QJsonValue(QJsonObject{{"name", "x"}})},
         };
         for (const auto &value : values) {
             const QByteArray row = QByteArray(key) + " is a " + value.first;
-            QTest::newRow(row.constData()) << S(key) << value.second;
+            QTest::newRow(row.constData()) << QString::fromLatin1(key) << value.second;
         }
     }
-    QTest::newRow("name is an array") << S("name") << QJsonValue(QJsonArray{S("x")});
-    QTest::newRow("standards is a text") << S("standards") << QJsonValue(S("x"));
+    QTest::newRow("name is an array") << "name" << QJsonValue(QJsonArray{"x"});
+    QTest::newRow("standards is a text") << "standards" << QJsonValue("x");
 }
 
 void TestProjectMerge::wrongTypesInTheRootReadAsMissing()
@@ -273,10 +266,9 @@ void TestProjectMerge::wrongTypesInTheRootReadAsMissing()
     QJsonObject without = with;
     with.insert(key, wrong);
     without.remove(key);
-    QStandardItemModel model;
-    const QStringList found = tree(loadProject(model, with, S("/folder")));
+    const QStringList found = tree(loadProject(m_model, with, "/folder"));
     QStandardItemModel other;
-    QCOMPARE(found, tree(loadProject(other, without, S("/folder"))));
+    QCOMPARE(found, tree(loadProject(other, without, "/folder")));
 }
 
 static QByteArray reloaded(const QByteArray &document)
@@ -287,15 +279,14 @@ static QByteArray reloaded(const QByteArray &document)
 
 void TestProjectMerge::boxComesBackWithoutWhatIsNotSaved()
 {
-    QStandardItemModel model;
-    QStandardItem *project = load(model, R"({"name": "P", "boxs": [{"name": "B", "ip": "1"}]})");
+    QStandardItem *project = load(R"({"name": "P", "boxs": [{"name": "B", "ip": "1"}]})");
     QStandardItem *box = project->child(2)->child(0);
     for (const int role : {boxModelRole, boxAt1Role, boxAt5Role, boxNtpServerRole, boxTimeRole}) {
-        box->setData(S("unsaved"), role);
+        box->setData("unsaved", role);
     }
     const QJsonObject document = buildProjectJson(project);
     QStandardItemModel other;
-    const QStandardItem *back = loadProject(other, document, S("/folder"))->child(2)->child(0);
+    const QStandardItem *back = loadProject(other, document, "/folder")->child(2)->child(0);
     QCOMPARE(ProjectDump::roles(back), QStringList({line(0, "1")}) + lines(115, 136, ""));
     QVERIFY(!back->data(boxModelRole).isValid());
 }
@@ -304,23 +295,22 @@ void TestProjectMerge::dormantStandardsLoseTheirPointsAndKeepTheRest_data()
 {
     QTest::addColumn<QString>("protocol");
     for (const char *protocol : {"DIDO", "CustomPoll", "OpcUA"}) {
-        QTest::newRow(protocol) << S(protocol);
+        QTest::newRow(protocol) << QString::fromLatin1(protocol);
     }
 }
 
 void TestProjectMerge::dormantStandardsLoseTheirPointsAndKeepTheRest()
 {
     QFETCH(QString, protocol);
-    QStandardItemModel model;
-    const QJsonObject document{{S("standards"), QJsonArray{standardWith(protocol, S())}}};
-    QStandardItem *item = loadProject(model, document, S("/folder"))->child(0)->child(0);
-    item->setData(QVariant::fromValue(rows({{S("a"), S("b")}})), standardDatasRole);
-    const QByteArray saved = projectDocument(model.item(0));
+    const QJsonObject document{{"standards", QJsonArray{standardWith(protocol, QString())}}};
+    QStandardItem *item = loadProject(m_model, document, "/folder")->child(0)->child(0);
+    item->setData(QVariant::fromValue(rows({{"a", "b"}})), standardDatasRole);
+    const QByteArray saved = projectDocument(m_model.item(0));
     QVERIFY(saved.contains("\"a\""));
     QJsonObject expected = QJsonDocument::fromJson(saved).object();
-    QJsonObject standard = expected.value(S("standards")).toArray().at(0).toObject();
-    standard.insert(S("datas"), QJsonArray());
-    expected.insert(S("standards"), QJsonArray{standard});
+    QJsonObject standard = expected.value("standards").toArray().at(0).toObject();
+    standard.insert("datas", QJsonArray());
+    expected.insert("standards", QJsonArray{standard});
     QCOMPARE(reloaded(saved), QJsonDocument(expected).toJson());
 }
 
@@ -329,23 +319,22 @@ void TestProjectMerge::fromTenGroupsOnTheOrderChangesWithEachLoad()
 {
     const auto stations = [](const QByteArray &document) {
         const QJsonObject root = QJsonDocument::fromJson(document).object();
-        const QJsonArray groups =
-            root.value(S("standards")).toArray().at(0).toObject().value(S("datas")).toArray();
+        const QJsonArray groups = root.value("standards").toArray().at(0).toObject().value("datas").toArray();
         QStringList list;
         for (const QJsonValue &group : groups) {
-            list.append(group.toObject().value(S("stationNum")).toString());
+            list.append(group.toObject().value("stationNum").toString());
         }
         return list.join(QLatin1Char(' '));
     };
     QJsonArray groups;
     for (int number = 1; number <= 10; ++number) {
-        groups.append(QJsonObject{{S("stationNum"), QString::number(number)}});
+        groups.append(QJsonObject{{"stationNum", QString::number(number)}});
     }
-    const QJsonObject standard{{S("name"), S("M")}, {S("protocol"), S("Modbus")}, {S("datas"), groups}};
-    const QJsonObject root{{S("standards"), QJsonArray{standard}}};
+    const QJsonObject standard{{"name", "M"}, {"protocol", "Modbus"}, {"datas", groups}};
+    const QJsonObject root{{"standards", QJsonArray{standard}}};
     const QByteArray once = reloaded(QJsonDocument(root).toJson());
-    QCOMPARE(stations(once), S("1 10 2 3 4 5 6 7 8 9"));
-    QCOMPARE(stations(reloaded(once)), S("1 9 10 2 3 4 5 6 7 8"));
+    QCOMPARE(stations(once), "1 10 2 3 4 5 6 7 8 9");
+    QCOMPARE(stations(reloaded(once)), "1 9 10 2 3 4 5 6 7 8");
 }
 
 void TestProjectMerge::otherLanguageCostsLabelsAndNothingElse()
@@ -355,10 +344,9 @@ void TestProjectMerge::otherLanguageCostsLabelsAndNothingElse()
             "datas": [{"select": "true", "addr": "02010100", "dataType": "XXX.X", "name": "Ua"}]}]},
         {"name": "M", "protocol": "Modbus", "modbus": "ModbusTCP", "datas": [{"series": "s"}]}],
         "boxs": [{"name": "B", "ip": "1"}]})";
-    QStandardItemModel model;
-    const QStandardItem *project = load(model, document);
+    const QStandardItem *project = load(document);
     const QByteArray english = projectDocument(project);
-    const Language chinese(S("zh "));
+    const Language chinese("zh ");
     QByteArray expected = english;
     expected.replace(R"(                            "addr": "02010100",
                             "dataType": "XXX.X",
@@ -373,21 +361,19 @@ void TestProjectMerge::passwordOfAnotherLanguageStaysOut()
 {
     const char *document = R"({"name": "P", "services": [{"name": "IEC61850", "protocol": "IEC61850",
         "enableSSL": "false", "extendedParameters": {"authentication": "1", "password": "p"}}]})";
-    QStandardItemModel model;
-    const QStandardItem *project = load(model, document);
+    const QStandardItem *project = load(document);
     QVERIFY(projectDocument(project).contains("\"password\": \"p\""));
-    const Language chinese(S("zh "));
+    const Language chinese("zh ");
     QVERIFY(!projectDocument(project).contains("\"password\""));
     QVERIFY(!projectDocument(project).contains("\"authentication\""));
 }
 
 void TestProjectMerge::unlabelledPointComesBackWithoutALabel()
 {
-    QStandardItemModel model;
-    const QStandardItem *project = load(model, R"({"standards": [{"name": "D", "protocol": "DLT645",
+    const QStandardItem *project = load(R"({"standards": [{"name": "D", "protocol": "DLT645",
         "datas": [{"datas": [{"select": "true"}, {"select": "false", "name": "n", "addr": "FFFF"}]}]}]})");
     const auto map = project->child(0)->child(0)->data(standardDatasRole).value<GroupMap>();
-    QCOMPARE(map.value(S("DLT645-1")).mid(1), rows({{S("true"), S(), S()}, {S("false"), S(), S("n")}}));
+    QCOMPARE(map.value("DLT645-1").mid(1), rows({{"true", QString(), QString()}, {"false", QString(), "n"}}));
     const QByteArray saved = projectDocument(project);
     QCOMPARE(saved.count("\"select\""), 2);
     QVERIFY(!saved.contains("FFFF"));

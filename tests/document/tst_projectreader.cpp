@@ -43,7 +43,7 @@ private slots:
     void boxEmptiesWhatIsMissingAndLeavesTheRest();
     void serviceFillsItsRoles();
     void serviceEmptiesWhatIsMissing();
-    void serviceAuthenticationIsTranslated_data();
+    void serviceAuthenticationIsTranslated_data() { addAuthenticationRows("None", "Password"); }
     void serviceAuthenticationIsTranslated();
     void wrongTypesReadAsMissing_data();
     void wrongTypesReadAsMissing();
@@ -66,17 +66,17 @@ void TestProjectReader::boxFillsItsTwentyThreeRoles()
 
 void TestProjectReader::boxEmptiesWhatIsMissingAndLeavesTheRest()
 {
-    QStandardItem item(S("B"));
-    item.setData(S("10.0.0.1"), boxIpRole);
-    item.setData(S("MRN-70"), boxModelRole);
-    item.setData(S("AT+CGMR"), boxAt1Role);
-    item.setData(S("ntp"), boxNtpServerRole);
-    item.setData(S("12:00"), boxTimeRole);
+    QStandardItem item("B");
+    item.setData("10.0.0.1", boxIpRole);
+    item.setData("MRN-70", boxModelRole);
+    item.setData("AT+CGMR", boxAt1Role);
+    item.setData("ntp", boxNtpServerRole);
+    item.setData("12:00", boxTimeRole);
     transmitBoxData(QJsonObject(), &item);
     QCOMPARE(ProjectDump::roles(&item),
              QStringList({line(0, ""), line(1, "MRN-70")}) + lines(115, 136, "")
                  + QStringList({line(137, "AT+CGMR"), line(142, "ntp"), line(143, "12:00")}));
-    QCOMPARE(item.text(), S("B"));
+    QCOMPARE(item.text(), "B");
 }
 
 void TestProjectReader::serviceFillsItsRoles()
@@ -91,7 +91,7 @@ void TestProjectReader::serviceFillsItsRoles()
     }
     QJsonObject service = parse(R"({"name": "IEC61850", "protocol": "v171", "port": "v172",
         "enableGoosePublishing": "v175", "enableSSL": "v176", "isVerifyClientCert": "v183"})");
-    service.insert(S("extendedParameters"), extended);
+    service.insert("extendedParameters", extended);
     QStringList expected;
     for (int offset = 171; offset <= 204; ++offset) {
         expected.append(offset == 173 ? line(173, "Password") : QString("+%1 QString v%1").arg(offset));
@@ -106,19 +106,14 @@ void TestProjectReader::serviceEmptiesWhatIsMissing()
              lines(171, 172, "") + lines(173, 173, "old") + lines(174, 204, ""));
 }
 
-void TestProjectReader::serviceAuthenticationIsTranslated_data()
-{
-    addAuthenticationRows("None", "Password");
-}
-
 void TestProjectReader::serviceAuthenticationIsTranslated()
 {
     QFETCH(QJsonValue, code);
     QFETCH(QString, text);
     QCOMPARE(authenticationAfter(transmitServiceData, code, serviceAuthenticationRole), text);
-    const Language language(S("zh "));
+    const Language language("zh ");
     QCOMPARE(authenticationAfter(transmitServiceData, code, serviceAuthenticationRole),
-             text == S("old") ? text : S("zh ") + text);
+             text == "old" ? text : "zh " + text);
 }
 
 void TestProjectReader::wrongTypesReadAsMissing_data()
@@ -140,9 +135,9 @@ void TestProjectReader::wrongTypesReadAsMissing()
         Transmit transmit;
         QJsonObject object;
     } const cases[] = {
-        {transmitStandardData, standardWith(S("Modbus"), S("ModbusRTU"))},
-        {transmitStandardData, standardWith(S("DLT645"), S())},
-        {transmitStandardData, standardWith(S("OpcUA"), S())},
+        {transmitStandardData, standardWith("Modbus", "ModbusRTU")},
+        {transmitStandardData, standardWith("DLT645", QString())},
+        {transmitStandardData, standardWith("OpcUA", QString())},
         {transmitServiceData, parse(R"({"protocol": "IEC61850", "port": "102", "enableSSL": "true",
             "extendedParameters": {"authentication": "1", "password": "p", "clientCertificate10": "c"}})")},
         {transmitBoxData, parse(R"({"ip": "10.0.0.1", "lteOnOff": "on", "wifissid": "s"})")},

@@ -1,5 +1,6 @@
 #include "documenttest.h"
 #include "language.h"
+#include "tablerow.h"
 
 #include <QFile>
 
@@ -27,19 +28,19 @@ private slots:
 
 void TestProjectWriter::projectWithoutFoldersHasNameAndDescriptionOnly()
 {
-    QStandardItem project(S("P"));
-    project.setData(S("D"), projectDescriptionRole);
+    QStandardItem project("P");
+    project.setData("D", projectDescriptionRole);
     QCOMPARE(projectDocument(&project),
              QByteArray("{\n    \"description\": \"D\",\n    \"name\": \"P\"\n}\n"));
 }
 
 void TestProjectWriter::newProjectHasItsServiceAndTwoEmptyArrays()
 {
-    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject(S("Empty"), S("/p"), S()));
+    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject("Empty", "/p", QString()));
     ProjectTree::appendMissingFolders(project.data());
     QStandardItem *service =
-        ProjectTree::appendDefinition(project->child(1), S("IEC61850"), ProjectTree::serviceIcon);
-    service->setData(S("IEC61850"), serviceProtocolRole);
+        ProjectTree::appendDefinition(project->child(1), "IEC61850", ProjectTree::serviceIcon);
+    service->setData("IEC61850", serviceProtocolRole);
     QCOMPARE(projectDocument(project.data()), QByteArray(R"({
     "boxs": [
     ],
@@ -65,28 +66,28 @@ void TestProjectWriter::newProjectHasItsServiceAndTwoEmptyArrays()
 
 void TestProjectWriter::anyFolderBringsAllThreeArrays()
 {
-    QStandardItem project(S("P"));
-    project.appendRow(new QStandardItem(S("Data")));
+    QStandardItem project("P");
+    project.appendRow(new QStandardItem("Data"));
     QCOMPARE(projectDocument(&project),
              onDisk(R"({"name": "P", "description": "", "standards": [], "services": [], "boxs": []})"));
 }
 
 void TestProjectWriter::dataFolderIsNotSaved()
 {
-    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject(S("P"), S("/p"), S()));
+    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject("P", "/p", QString()));
     ProjectTree::appendMissingFolders(project.data());
     const QByteArray before = projectDocument(project.data());
-    QStandardItem *live = ProjectTree::appendDefinition(project->child(3), S("PLC 1"), S());
-    live->setData(QVariantList{QVariantMap{{S("name"), S("Ua")}}}, dataRowsRole);
-    live->setData(S("NoDisplay"), dataDisplayRole);
+    QStandardItem *live = ProjectTree::appendDefinition(project->child(3), "PLC 1", QString());
+    live->setData(QVariantList{QVariantMap{{"name", "Ua"}}}, dataRowsRole);
+    live->setData("NoDisplay", dataDisplayRole);
     QCOMPARE(projectDocument(project.data()), before);
 }
 
 void TestProjectWriter::definitionsComeInTreeOrderWhateverTheFoldersOrder()
 {
-    QStandardItem project(S("P"));
+    QStandardItem project("P");
     for (const char *text : {"Standard", "Box", "Standard", "Data", "Service", "Box"}) {
-        auto *folder = new QStandardItem(S(text));
+        auto *folder = new QStandardItem(QLatin1String(text));
         const QString prefix = QString::number(project.rowCount());
         folder->appendRow(new QStandardItem(prefix + QLatin1Char('b')));
         folder->appendRow(new QStandardItem(prefix + QLatin1Char('a')));
@@ -97,22 +98,22 @@ void TestProjectWriter::definitionsComeInTreeOrderWhateverTheFoldersOrder()
         QStringList list;
         const QJsonArray array = root.value(QLatin1String(key)).toArray();
         for (const QJsonValue &value : array) {
-            list.append(value.toObject().value(S("name")).toString());
+            list.append(value.toObject().value("name").toString());
         }
         return list.join(QLatin1Char(' '));
     };
-    QCOMPARE(names("standards"), S("0b 0a 2b 2a"));
-    QCOMPARE(names("boxs"), S("1b 1a 5b 5a"));
-    QCOMPARE(names("services"), S("4b 4a"));
+    QCOMPARE(names("standards"), "0b 0a 2b 2a");
+    QCOMPARE(names("boxs"), "1b 1a 5b 5a");
+    QCOMPARE(names("services"), "4b 4a");
     QCOMPARE(root.size(), 5);
 }
 
 void TestProjectWriter::foldersOfOtherTextsAddNothing()
 {
-    QStandardItem project(S("P"));
+    QStandardItem project("P");
     for (const char *text : {"standard", "Boxes", "", "Data"}) {
-        auto *folder = new QStandardItem(S(text));
-        folder->appendRow(new QStandardItem(S("x")));
+        auto *folder = new QStandardItem(QLatin1String(text));
+        folder->appendRow(new QStandardItem("x"));
         project.appendRow(folder);
     }
     QCOMPARE(projectDocument(&project),
@@ -121,14 +122,14 @@ void TestProjectWriter::foldersOfOtherTextsAddNothing()
 
 void TestProjectWriter::dormantFoldersLeaveNoTrace()
 {
-    QStandardItem project(S("P"));
-    auto *plcs = new QStandardItem(S("PLC"));
-    QStandardItem *plc = ProjectTree::appendDefinition(plcs, S("plc"), S());
-    plc->setData(S("Siemens"), plcManufacturerRole);
-    plc->setData(S("S7"), plcProtocolRole);
+    QStandardItem project("P");
+    auto *plcs = new QStandardItem("PLC");
+    QStandardItem *plc = ProjectTree::appendDefinition(plcs, "plc", QString());
+    plc->setData("Siemens", plcManufacturerRole);
+    plc->setData("S7", plcProtocolRole);
     project.appendRow(plcs);
-    auto *servers = new QStandardItem(S("Server"));
-    ProjectTree::appendDefinition(servers, S("server"), S())->setData(S("MQTT"), serverProtocolRole);
+    auto *servers = new QStandardItem("Server");
+    ProjectTree::appendDefinition(servers, "server", QString())->setData("MQTT", serverProtocolRole);
     project.appendRow(servers);
     QCOMPARE(projectDocument(&project),
              onDisk(R"({"name": "P", "description": "", "standards": [], "services": [], "boxs": []})"));
@@ -136,14 +137,14 @@ void TestProjectWriter::dormantFoldersLeaveNoTrace()
 
 void TestProjectWriter::workedExampleIsSavedByteForByte()
 {
-    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject(S("P"), S("/p"), S("D")));
+    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject("P", "/p", "D"));
     ProjectTree::appendMissingFolders(project.data());
     const auto fill = [](QStandardItem *item, const QVector<QPair<int, const char *>> &values) {
         for (const auto &value : values) {
-            item->setData(S(value.second), value.first);
+            item->setData(QLatin1String(value.second), value.first);
         }
     };
-    QStandardItem *standard = ProjectTree::appendDefinition(project->child(0), S("M"), S());
+    QStandardItem *standard = ProjectTree::appendDefinition(project->child(0), "M", QString());
     fill(standard,
          {{standardProtocolRole, "Modbus"},
           {standardModbusModeRole, "ModbusTCP"},
@@ -154,12 +155,12 @@ void TestProjectWriter::workedExampleIsSavedByteForByte()
           {standardKeepAliveRole, "60000"},
           {standardCollectionIntervalRole, "2000"}});
     GroupMap groups;
-    groups.insert(S("Modbus-1"),
-                  {{S("standard"), S("1"), S("ABCD"), true, false},
-                   row({S("0"), S("a"), S("int16"), S("1"), S("r")}),
-                   row({S("1"), S("b"), S("float"), S("1"), S("r")})});
+    groups.insert("Modbus-1",
+                  {{"standard", "1", "ABCD", true, false},
+                   row({"0", "a", "int16", "1", "r"}),
+                   row({"1", "b", "float", "1", "r"})});
     standard->setData(QVariant::fromValue(groups), standardDatasRole);
-    QStandardItem *service = ProjectTree::appendDefinition(project->child(1), S("IEC61850"), S());
+    QStandardItem *service = ProjectTree::appendDefinition(project->child(1), "IEC61850", QString());
     fill(service,
          {{serviceProtocolRole, "IEC61850"},
           {servicePortRole, "102"},
@@ -167,7 +168,7 @@ void TestProjectWriter::workedExampleIsSavedByteForByte()
           {serviceEnableGoosePublishingRole, "true"},
           {serviceEnableSslRole, "false"},
           {serviceIsVerifyClientCertRole, "false"}});
-    QStandardItem *box = ProjectTree::appendDefinition(project->child(2), S("B"), S());
+    QStandardItem *box = ProjectTree::appendDefinition(project->child(2), "B", QString());
     fill(box,
          {{boxIpRole, "192.168.1.70"},
           {boxLanIpRole, "192.168.1.80"},
@@ -184,16 +185,16 @@ void TestProjectWriter::workedExampleIsSavedByteForByte()
           {boxWifiModeRole, "station"},
           {boxWifiDhcpRole, "Disabled"},
           {boxLteOnOffRole, "on"}});
-    QFile sample(S(TEST_DATA_DIR "/one-slave.json"));
+    QFile sample(TEST_DATA_DIR "/one-slave.json");
     QVERIFY(sample.open(QIODevice::ReadOnly));
     QCOMPARE(projectDocument(project.data()), sample.readAll());
 }
 
 void TestProjectWriter::boxHasItsTwentyFourKeysAndNoOthers()
 {
-    Definition box(S("Box"), S("B"));
-    box.set(boxIpRole, S("v0"));
-    box.set(boxModelRole, S("v1"));
+    Definition box("Box", "B");
+    box.set(boxIpRole, "v0");
+    box.set(boxModelRole, "v1");
     for (int role = boxLanIpRole; role <= boxTimeRole; ++role) {
         box.set(role, QString("v%1").arg(role - Qt::UserRole));
     }
@@ -208,7 +209,7 @@ void TestProjectWriter::boxHasItsTwentyFourKeysAndNoOthers()
 
 void TestProjectWriter::unsetRolesAreSavedAsEmptyTexts()
 {
-    const Definition box(S("Box"), S("B"));
+    const Definition box("Box", "B");
     QCOMPARE(box.bytes("boxs"), onDisk(R"({"name": "B", "ip": "", "lanIp": "", "lanMask": "",
         "lanGateway": "", "lanDns1": "", "lanDns2": "", "wanDhcp": "", "wanIp": "", "wanMask": "",
         "wanGateway": "", "wanDns1": "", "wanDns2": "", "wifiOnOff": "", "wifiMode": "", "wifissid": "",
@@ -218,11 +219,11 @@ void TestProjectWriter::unsetRolesAreSavedAsEmptyTexts()
 
 static Definition *newService(const QVariant &ssl, const QVariant &verify, const QString &authentication)
 {
-    auto *service = new Definition(S("Service"), S("IEC61850"));
+    auto *service = new Definition("Service", "IEC61850");
     for (int role = serviceProtocolRole; role <= serviceServerKeyPasswordRole; ++role) {
         service->set(role, QString("v%1").arg(role - Qt::UserRole));
     }
-    service->set(serviceProtocolRole, S("IEC61850"));
+    service->set(serviceProtocolRole, "IEC61850");
     service->set(serviceEnableSslRole, ssl);
     service->set(serviceIsVerifyClientCertRole, verify);
     service->set(serviceAuthenticationRole, authentication);
@@ -235,21 +236,21 @@ void TestProjectWriter::serviceKeysStandInTheirConditions_data()
     QTest::addColumn<QVariant>("verify");
     QTest::addColumn<QString>("authentication");
     QTest::addColumn<QString>("keys"); // of "extendedParameters": p(assword), s(erver), c(lients)
-    const QVariant yes = S("true");
-    const QVariant no = S("false");
-    QTest::newRow("password without SSL") << no << no << S("Password") << S("p");
-    QTest::newRow("none without SSL") << no << no << S("None") << S();
-    QTest::newRow("other text without SSL") << no << no << S("password") << S();
-    QTest::newRow("no text without SSL") << no << no << S() << S();
-    QTest::newRow("clients alone") << no << yes << S("None") << S();
-    QTest::newRow("password and clients alone") << no << yes << S("Password") << S("p");
-    QTest::newRow("SSL") << yes << no << S("None") << S("s");
-    QTest::newRow("password with SSL") << yes << no << S("Password") << S("s");
-    QTest::newRow("SSL and clients") << yes << yes << S("Password") << S("sc");
-    QTest::newRow("flags as booleans") << QVariant(true) << QVariant(true) << S("None") << S("sc");
-    QTest::newRow("flag false as a boolean") << QVariant(false) << no << S("Password") << S("p");
-    QTest::newRow("SSL never set") << QVariant() << yes << S("Password") << S();
-    QTest::newRow("SSL of another text") << QVariant(S("True")) << yes << S("Password") << S();
+    const QVariant yes = "true";
+    const QVariant no = "false";
+    tableRow("password without SSL", no, no, "Password", "p");
+    tableRow("none without SSL", no, no, "None", QString());
+    tableRow("other text without SSL", no, no, "password", QString());
+    tableRow("no text without SSL", no, no, QString(), QString());
+    tableRow("clients alone", no, yes, "None", QString());
+    tableRow("password and clients alone", no, yes, "Password", "p");
+    tableRow("SSL", yes, no, "None", "s");
+    tableRow("password with SSL", yes, no, "Password", "s");
+    tableRow("SSL and clients", yes, yes, "Password", "sc");
+    tableRow("flags as booleans", QVariant(true), QVariant(true), "None", "sc");
+    tableRow("flag false as a boolean", QVariant(false), no, "Password", "p");
+    tableRow("SSL never set", QVariant(), yes, "Password", QString());
+    tableRow("SSL of another text", QVariant("True"), yes, "Password", QString());
 }
 
 void TestProjectWriter::serviceKeysStandInTheirConditions()
@@ -260,32 +261,32 @@ void TestProjectWriter::serviceKeysStandInTheirConditions()
     QFETCH(QString, keys);
     QJsonObject extended;
     if (keys.contains(QLatin1Char('p'))) {
-        extended = {{S("authentication"), S("1")}, {S("password"), S("v174")}};
+        extended = {{"authentication", "1"}, {"password", "v174"}};
     }
     if (keys.contains(QLatin1Char('s'))) {
-        extended = {{S("rootCertificate"), S("v178")},   {S("rootCertificatePath"), S("v177")},
-                    {S("serverCertificate"), S("v180")}, {S("serverCertificatePath"), S("v179")},
-                    {S("serverKey"), S("v182")},         {S("serverKeyPath"), S("v181")},
-                    {S("serverKeyPassword"), S("v204")}};
+        extended = {{"rootCertificate", "v178"},   {"rootCertificatePath", "v177"},
+                    {"serverCertificate", "v180"}, {"serverCertificatePath", "v179"},
+                    {"serverKey", "v182"},         {"serverKeyPath", "v181"},
+                    {"serverKeyPassword", "v204"}};
     }
     for (int client = 1; keys.contains(QLatin1Char('c')) && client <= 10; ++client) {
         extended.insert(QString("clientCertificatePath%1").arg(client), QString("v%1").arg(182 + 2 * client));
         extended.insert(QString("clientCertificate%1").arg(client), QString("v%1").arg(183 + 2 * client));
     }
-    const QJsonObject expected{{S("name"), S("IEC61850")},
-                               {S("protocol"), S("IEC61850")},
-                               {S("port"), S("v172")},
-                               {S("enableGoosePublishing"), S("v175")},
-                               {S("enableSSL"), ssl.toString()},
-                               {S("isVerifyClientCert"), verify.toString()},
-                               {S("extendedParameters"), extended}};
+    const QJsonObject expected{{"name", "IEC61850"},
+                               {"protocol", "IEC61850"},
+                               {"port", "v172"},
+                               {"enableGoosePublishing", "v175"},
+                               {"enableSSL", ssl.toString()},
+                               {"isVerifyClientCert", verify.toString()},
+                               {"extendedParameters", extended}};
     const QScopedPointer<Definition> service(newService(ssl, verify, authentication));
     QCOMPARE(service->bytes("services"), QJsonDocument(expected).toJson());
 }
 
 void TestProjectWriter::serviceWithAllCertificates()
 {
-    const QScopedPointer<Definition> service(newService(S("true"), S("true"), S("None")));
+    const QScopedPointer<Definition> service(newService("true", "true", "None"));
     QCOMPARE(service->bytes("services"), onDisk(R"({"name": "IEC61850", "protocol": "IEC61850",
         "port": "v172", "enableGoosePublishing": "v175", "enableSSL": "true", "isVerifyClientCert": "true",
         "extendedParameters": {
@@ -306,13 +307,13 @@ void TestProjectWriter::serviceWithAllCertificates()
 
 void TestProjectWriter::servicePasswordIsComparedInTheLanguageInForce()
 {
-    const auto extendedKeys = [](const char *stored) {
-        const QScopedPointer<Definition> service(newService(S("false"), S("false"), S(stored)));
-        return service->object("services").value(S("extendedParameters")).toObject().keys();
+    const auto extendedKeys = [](const QString &stored) {
+        const QScopedPointer<Definition> service(newService("false", "false", stored));
+        return service->object("services").value("extendedParameters").toObject().keys();
     };
-    const QStringList both{S("authentication"), S("password")};
+    const QStringList both{"authentication", "password"};
     QCOMPARE(extendedKeys("Password"), both);
-    const Language language(S(), {{S("Password"), S("密码")}, {S("None"), S("无")}});
+    const Language language(QString(), {{"Password", "密码"}, {"None", "无"}});
     QCOMPARE(extendedKeys("Password"), QStringList());
     QCOMPARE(extendedKeys("密码"), both);
     QCOMPARE(extendedKeys("无"), QStringList());
@@ -320,18 +321,18 @@ void TestProjectWriter::servicePasswordIsComparedInTheLanguageInForce()
 
 void TestProjectWriter::serviceOfUnknownProtocolHasItsNameOnly()
 {
-    Definition service(S("Service"), S("S"));
+    Definition service("Service", "S");
     QCOMPARE(service.bytes("services"), onDisk(R"({"name": "S"})"));
-    service.set(serviceProtocolRole, S("iec61850"));
+    service.set(serviceProtocolRole, "iec61850");
     QCOMPARE(service.bytes("services"), onDisk(R"({"name": "S"})"));
 }
 
 void TestProjectWriter::fileIsNamedAfterThePresentText()
 {
-    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject(S("P"), S("/home/anna"), S()));
-    QCOMPARE(projectFilePath(project.data()), S("/home/anna/P.json"));
-    project->setText(S("../Q r"));
-    QCOMPARE(projectFilePath(project.data()), S("/home/anna/../Q r.json"));
+    const QScopedPointer<QStandardItem> project(ProjectTree::makeProject("P", "/home/anna", QString()));
+    QCOMPARE(projectFilePath(project.data()), "/home/anna/P.json");
+    project->setText("../Q r");
+    QCOMPARE(projectFilePath(project.data()), "/home/anna/../Q r.json");
 }
 
 QTEST_GUILESS_MAIN(TestProjectWriter)

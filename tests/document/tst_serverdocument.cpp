@@ -2,33 +2,6 @@
 
 #include "readertest.h"
 
-// A Server as an object of the document: the object that is written, and the roles that are read from one.
-class TestServerDocument : public QObject
-{
-    Q_OBJECT
-private slots:
-    void writesTheKeysOfTheProtocol_data();
-    void writesTheKeysOfTheProtocol();
-    void unsetRolesAreWrittenAsEmptyTexts_data();
-    void unsetRolesAreWrittenAsEmptyTexts();
-    void stationTypeIsWrittenInHexadecimal_data();
-    void stationTypeIsWrittenInHexadecimal();
-    void commandCodeIsWrittenAsAConstant();
-    void writesRows_data();
-    void writesRows();
-    void readsTheKeysOfTheProtocol_data();
-    void readsTheKeysOfTheProtocol();
-    void missingKeysEmptyTheirRoles_data();
-    void missingKeysEmptyTheirRoles();
-    void stationTypeIsReadFromHexadecimal_data();
-    void stationTypeIsReadFromHexadecimal();
-    void readsRows_data();
-    void readsRows();
-    void writtenServerIsReadBack_data();
-    void writtenServerIsReadBack();
-    void serversNeverReachTheFile();
-};
-
 namespace {
 
 constexpr int firstRole = serverDescriptionRole;
@@ -44,9 +17,9 @@ void fill(QStandardItem *item, const QString &protocol)
     item->setData(1, serverPayloadFormatRole);
     item->setData(22, serverSystemCodeRole);
     item->setData(75, serverRemoteStationTypeRole);
-    item->setData(QVariant::fromValue(rows({{S("p"), S("n"), S("c")}})), serverPointsRole);
-    const RowList holding = rows({{S("p"), S("h"), S("bool"), S("0"), S("1")}});
-    const RowList input = rows({{S("p"), S("i"), S("float"), S("1"), S("2")}});
+    item->setData(QVariant::fromValue(rows({{"p", "n", "c"}})), serverPointsRole);
+    const RowList holding = rows({{"p", "h", "bool", "0", "1"}});
+    const RowList input = rows({{"p", "i", "float", "1", "2"}});
     item->setData(QVariant::fromValue(holding), serverHoldingRegistersRole);
     item->setData(QVariant::fromValue(input), serverInputRegistersRole);
 }
@@ -99,22 +72,39 @@ QByteArray bytesOf(const QStandardItem &item)
 
 } // namespace
 
-void TestServerDocument::writesTheKeysOfTheProtocol_data()
+// A Server as an object of the document: the object that is written, and the roles that are read from one.
+class TestServerDocument : public QObject
 {
-    addExamples();
-}
+    Q_OBJECT
+private slots:
+    void writesTheKeysOfTheProtocol_data() { addExamples(); }
+    void writesTheKeysOfTheProtocol();
+    void unsetRolesAreWrittenAsEmptyTexts_data() { addExamples(); }
+    void unsetRolesAreWrittenAsEmptyTexts();
+    void stationTypeIsWrittenInHexadecimal_data();
+    void stationTypeIsWrittenInHexadecimal();
+    void commandCodeIsWrittenAsAConstant();
+    void writesRows_data();
+    void writesRows();
+    void readsTheKeysOfTheProtocol_data() { addExamples(); }
+    void readsTheKeysOfTheProtocol();
+    void missingKeysEmptyTheirRoles_data() { addExamples(); }
+    void missingKeysEmptyTheirRoles();
+    void stationTypeIsReadFromHexadecimal_data();
+    void stationTypeIsReadFromHexadecimal();
+    void readsRows_data();
+    void readsRows();
+    void writtenServerIsReadBack_data() { addExamples(); }
+    void writtenServerIsReadBack();
+    void serversNeverReachTheFile();
+};
 
 void TestServerDocument::writesTheKeysOfTheProtocol()
 {
     QFETCH(QByteArray, json);
-    QStandardItem item(S("S"));
+    QStandardItem item("S");
     fill(&item, QString::fromLatin1(QTest::currentDataTag()));
     QCOMPARE(bytesOf(item), onDisk(json.constData()));
-}
-
-void TestServerDocument::unsetRolesAreWrittenAsEmptyTexts_data()
-{
-    addExamples();
 }
 
 void TestServerDocument::unsetRolesAreWrittenAsEmptyTexts()
@@ -123,19 +113,17 @@ void TestServerDocument::unsetRolesAreWrittenAsEmptyTexts()
     QJsonObject expected = parse(json.constData());
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
     for (const QString &key : expected.keys()) {
-        expected.insert(key, expected.value(key).isArray() ? QJsonValue(QJsonArray()) : QJsonValue(S()));
+        expected.insert(key,
+                        expected.value(key).isArray() ? QJsonValue(QJsonArray()) : QJsonValue(QString()));
     }
-    const QJsonObject fixed{{S("name"), S("S")},
-                            {S("protocol"), protocol},
-                            {S("Flag"), S("4")},
-                            {S("CN"), S("2011")},
-                            {S("remoteStationType"), S("0")}};
+    const QJsonObject fixed{
+        {"name", "S"}, {"protocol", protocol}, {"Flag", "4"}, {"CN", "2011"}, {"remoteStationType", "0"}};
     for (auto it = fixed.begin(); it != fixed.end(); ++it) {
         if (expected.contains(it.key())) {
             expected.insert(it.key(), it.value());
         }
     }
-    QStandardItem item(S("S"));
+    QStandardItem item("S");
     item.setData(protocol, serverProtocolRole);
     QCOMPARE(bytesOf(item), QJsonDocument(expected).toJson());
 }
@@ -144,40 +132,40 @@ void TestServerDocument::stationTypeIsWrittenInHexadecimal_data()
 {
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<QString>("written");
-    QTest::newRow("80") << QVariant(80) << S("50");
-    QTest::newRow("72") << QVariant(72) << S("48");
-    QTest::newRow("75") << QVariant(75) << S("4B");
-    QTest::newRow("90") << QVariant(90) << S("5A");
-    QTest::newRow("68") << QVariant(68) << S("44");
-    QTest::newRow("84") << QVariant(84) << S("54");
-    QTest::newRow("77") << QVariant(77) << S("4D");
-    QTest::newRow("71") << QVariant(71) << S("47");
-    QTest::newRow("81") << QVariant(81) << S("51");
-    QTest::newRow("73") << QVariant(73) << S("49");
-    QTest::newRow("79") << QVariant(79) << S("4F");
-    QTest::newRow("text") << QVariant(S("79")) << S("4F");
-    QTest::newRow("no number") << QVariant(S("4F")) << S("0");
-    QTest::newRow("unset") << QVariant() << S("0");
+    QTest::newRow("80") << QVariant(80) << "50";
+    QTest::newRow("72") << QVariant(72) << "48";
+    QTest::newRow("75") << QVariant(75) << "4B";
+    QTest::newRow("90") << QVariant(90) << "5A";
+    QTest::newRow("68") << QVariant(68) << "44";
+    QTest::newRow("84") << QVariant(84) << "54";
+    QTest::newRow("77") << QVariant(77) << "4D";
+    QTest::newRow("71") << QVariant(71) << "47";
+    QTest::newRow("81") << QVariant(81) << "51";
+    QTest::newRow("73") << QVariant(73) << "49";
+    QTest::newRow("79") << QVariant(79) << "4F";
+    QTest::newRow("text") << QVariant("79") << "4F";
+    QTest::newRow("no number") << QVariant("4F") << "0";
+    QTest::newRow("unset") << QVariant() << "0";
 }
 
 void TestServerDocument::stationTypeIsWrittenInHexadecimal()
 {
     QFETCH(QVariant, stored);
     QFETCH(QString, written);
-    QStandardItem item(S("S"));
-    item.setData(S("SL651"), serverProtocolRole);
+    QStandardItem item("S");
+    item.setData("SL651", serverProtocolRole);
     item.setData(stored, serverRemoteStationTypeRole);
-    QCOMPARE(serverObject(item).value(S("remoteStationType")), QJsonValue(written));
+    QCOMPARE(serverObject(item).value("remoteStationType"), QJsonValue(written));
 }
 
 void TestServerDocument::commandCodeIsWrittenAsAConstant()
 {
-    QStandardItem item(S("S"));
-    item.setData(S("HJ212"), serverProtocolRole);
+    QStandardItem item("S");
+    item.setData("HJ212", serverProtocolRole);
     for (const char *code : {"", "2011", "2051"}) {
-        item.setData(S(code), serverCommandCodeRole);
-        QCOMPARE(serverObject(item).value(S("CN")), QJsonValue(S("2011")));
-        QCOMPARE(serverObject(item).value(S("Flag")), QJsonValue(S("4")));
+        item.setData(QLatin1String(code), serverCommandCodeRole);
+        QCOMPARE(serverObject(item).value("CN"), QJsonValue("2011"));
+        QCOMPARE(serverObject(item).value("Flag"), QJsonValue("4"));
     }
 }
 
@@ -186,7 +174,7 @@ void TestServerDocument::writesRows_data()
     QTest::addColumn<int>("role");
     QTest::addColumn<QVariant>("stored");
     QTest::addColumn<QByteArray>("datas");
-    const QVariant two = QVariant::fromValue(RowList{{S("a"), S("b"), S("c"), S("d"), S("e"), S("f")}, {1}});
+    const QVariant two = QVariant::fromValue(RowList{{"a", "b", "c", "d", "e", "f"}, {1}});
     const auto holding = int(serverHoldingRegistersRole);
     const auto input = int(serverInputRegistersRole);
     const auto points = int(serverPointsRole);
@@ -200,7 +188,7 @@ void TestServerDocument::writesRows_data()
         {"plcname": "a", "name": "b", "factorCode": "c"}, {"plcname": "1", "name": "", "factorCode": ""}])");
     QTest::newRow("SL651") << points << two << QByteArray(R"([
         {"plcname": "a", "name": "b", "code": "c"}, {"plcname": "1", "name": "", "code": ""}])");
-    QTest::newRow("SL651 of the wrong type") << points << QVariant(S("rows")) << QByteArray("[]");
+    QTest::newRow("SL651 of the wrong type") << points << QVariant("rows") << QByteArray("[]");
     QTest::newRow("HJ212 without rows") << points << QVariant() << QByteArray("[]");
 }
 
@@ -209,11 +197,11 @@ void TestServerDocument::writesRows()
     QFETCH(int, role);
     QFETCH(QVariant, stored);
     QFETCH(QByteArray, datas);
-    QStandardItem item(S("S"));
+    QStandardItem item("S");
     item.setData(QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(' '), 0, 0),
                  serverProtocolRole);
     item.setData(stored, role);
-    QCOMPARE(QJsonDocument(serverObject(item).value(S("datas")).toArray()).toJson(),
+    QCOMPARE(QJsonDocument(serverObject(item).value("datas").toArray()).toJson(),
              QJsonDocument::fromJson(datas).toJson());
 }
 
@@ -222,48 +210,35 @@ namespace {
 // The roles that are read of the examples, other than protocol and description.
 QStringList readRoles(const QString &protocol)
 {
-    const QString points = S("+23 rows [QString p, QString n, QString c]");
-    if (protocol == S("MQTT")) {
-        return QStringList{line(5, "v5"),   line(6, "v6"),   line(7, "1"),    line(8, "v8"),
-                           line(9, "v9"),   line(10, "v10"), line(11, "v11"), line(12, "v12"),
-                           line(13, "v13"), line(14, "v14"), line(15, "v15")};
-    }
-    if (protocol == S("ModbusTCP(Slave)")) {
-        return {line(6, "v6"), line(28, "v28"),
-                S("+29 rows [QString p, QString h, QString bool, QString 0, QString 1]"),
-                S("+30 rows [QString p, QString i, QString float, QString 1, QString 2]")};
-    }
-    if (protocol == S("AliMQTT") || protocol == S("OneNetMQTT")) {
-        return {line(6, "v6"),   line(15, "v15"), line(16, "v16"),
-                line(17, "v17"), line(18, "v18"), line(19, "v19")};
-    }
-    if (protocol == S("HuaWeiMQTT")) {
-        return {line(6, "v6"),   line(12, "v12"), line(13, "v13"), line(14, "v14"),
-                line(15, "v15"), line(16, "v16"), line(20, "v20")};
-    }
-    if (protocol == S("HJ212")) {
-        return {line(5, "v5"), line(6, "v6"), line(12, "v12"), line(14, "v14"), line(21, "22"), points};
-    }
-    if (protocol == S("SL651")) {
-        return {line(5, "v5"), line(6, "v6"), points, line(24, "v24"), line(25, "v25"), line(26, "75")};
-    }
-    if (protocol == S("OpcUaServer")) {
-        return {line(6, "v6"), line(13, "v13"), line(14, "v14"), line(27, "v27")};
-    }
-    return {};
+    const QString points = "+23 rows [QString p, QString n, QString c]";
+    const QStringList cloud{line(6, "v6"),   line(15, "v15"), line(16, "v16"),
+                            line(17, "v17"), line(18, "v18"), line(19, "v19")};
+    const QMap<QString, QStringList> roles{
+        {"MQTT",
+         QStringList{line(5, "v5"), line(6, "v6"), line(7, "1"), line(8, "v8"), line(9, "v9"),
+                     line(10, "v10"), line(11, "v11"), line(12, "v12"), line(13, "v13"), line(14, "v14"),
+                     line(15, "v15")}},
+        {"ModbusTCP(Slave)",
+         {line(6, "v6"), line(28, "v28"),
+          "+29 rows [QString p, QString h, QString bool, QString 0, QString 1]",
+          "+30 rows [QString p, QString i, QString float, QString 1, QString 2]"}},
+        {"AliMQTT", cloud},
+        {"OneNetMQTT", cloud},
+        {"HuaWeiMQTT",
+         {line(6, "v6"), line(12, "v12"), line(13, "v13"), line(14, "v14"), line(15, "v15"), line(16, "v16"),
+          line(20, "v20")}},
+        {"HJ212", {line(5, "v5"), line(6, "v6"), line(12, "v12"), line(14, "v14"), line(21, "22"), points}},
+        {"SL651", {line(5, "v5"), line(6, "v6"), points, line(24, "v24"), line(25, "v25"), line(26, "75")}},
+        {"OpcUaServer", {line(6, "v6"), line(13, "v13"), line(14, "v14"), line(27, "v27")}}};
+    return roles.value(protocol);
 }
 
 bool isDescribed(const QString &protocol)
 {
-    return protocol.contains(S("MQTT")) || protocol == S("OpcUaServer");
+    return protocol.contains("MQTT") || protocol == "OpcUaServer";
 }
 
 } // namespace
-
-void TestServerDocument::readsTheKeysOfTheProtocol_data()
-{
-    addExamples();
-}
 
 // The example with members of all the others, so that what is read shows whose it is.
 void TestServerDocument::readsTheKeysOfTheProtocol()
@@ -281,14 +256,9 @@ void TestServerDocument::readsTheKeysOfTheProtocol()
     for (auto it = own.begin(); it != own.end(); ++it) {
         object.insert(it.key(), it.value());
     }
-    object.insert(S("protocol"), protocol);
+    object.insert("protocol", protocol);
     QCOMPARE(rolesAfter(transmitServerData, object),
-             QStringList({line(3, "v3"), S("+4 QString ") + protocol}) + readRoles(protocol));
-}
-
-void TestServerDocument::missingKeysEmptyTheirRoles_data()
-{
-    addExamples();
+             QStringList({line(3, "v3"), "+4 QString " + protocol}) + readRoles(protocol));
 }
 
 // Over an item on which each role holds something: those of the protocol are emptied, the others stay.
@@ -301,26 +271,26 @@ void TestServerDocument::missingKeysEmptyTheirRoles()
     };
     for (const QString &read : readRoles(protocol)) {
         const QString offset = read.section(QLatin1Char(' '), 0, 0);
-        put(offset + (read.contains(S(" rows ")) ? S(" rows ") : S(" QString ")));
+        put(offset + (read.contains(" rows ") ? QString(" rows ") : " QString "));
     }
-    put(S("+3 QString "));
-    put(S("+4 QString ") + protocol);
-    if (protocol == S("SL651")) {
-        put(S("+26 QString 0"));
+    put("+3 QString ");
+    put("+4 QString " + protocol);
+    if (protocol == "SL651") {
+        put("+26 QString 0");
     }
-    QCOMPARE(rolesOver(transmitServerData, {{S("protocol"), protocol}}, firstRole, lastRole), expected);
+    QCOMPARE(rolesOver(transmitServerData, {{"protocol", protocol}}, firstRole, lastRole), expected);
 }
 
 void TestServerDocument::stationTypeIsReadFromHexadecimal_data()
 {
     QTest::addColumn<QJsonValue>("written");
     QTest::addColumn<QString>("stored");
-    QTest::newRow("4B") << QJsonValue(S("4B")) << S("75");
-    QTest::newRow("lower case") << QJsonValue(S("4b")) << S("75");
-    QTest::newRow("digits") << QJsonValue(S("50")) << S("80");
-    QTest::newRow("no number") << QJsonValue(S("XY")) << S("0");
-    QTest::newRow("empty") << QJsonValue(S()) << S("0");
-    QTest::newRow("JSON number") << QJsonValue(75) << S("0");
+    QTest::newRow("4B") << QJsonValue("4B") << "75";
+    QTest::newRow("lower case") << QJsonValue("4b") << "75";
+    QTest::newRow("digits") << QJsonValue("50") << "80";
+    QTest::newRow("no number") << QJsonValue("XY") << "0";
+    QTest::newRow("empty") << QJsonValue(QString()) << "0";
+    QTest::newRow("JSON number") << QJsonValue(75) << "0";
 }
 
 void TestServerDocument::stationTypeIsReadFromHexadecimal()
@@ -328,7 +298,7 @@ void TestServerDocument::stationTypeIsReadFromHexadecimal()
     QFETCH(QJsonValue, written);
     QFETCH(QString, stored);
     QStandardItem item;
-    transmitServerData({{S("protocol"), S("SL651")}, {S("remoteStationType"), written}}, &item);
+    transmitServerData({{"protocol", "SL651"}, {"remoteStationType", written}}, &item);
     QCOMPARE(item.data(serverRemoteStationTypeRole), QVariant(stored));
 }
 
@@ -336,57 +306,52 @@ void TestServerDocument::readsRows_data()
 {
     QTest::addColumn<QByteArray>("datas");
     QTest::addColumn<QStringList>("lists");
-    const QString none = S("+29 rows ");
-    QTest::newRow("registers apart")
-        << QByteArray(R"([{"name": "a", "register": "3"},
+    const QString none = "+29 rows ";
+    QTest::newRow("registers apart") << QByteArray(R"([{"name": "a", "register": "3"},
         {"name": "b", "register": "4"}, {"name": "c", "register": "3"}])")
-        << QStringList({S("+29 rows [QString , QString b, QString , QString , QString ]"),
-                        S("+30 rows [QString , QString a, QString , QString , QString ] "
-                          "[QString , QString c, QString , QString , QString ]")});
+                                     << QStringList(
+                                            {"+29 rows [QString , QString b, QString , QString , QString ]",
+                                             "+30 rows [QString , QString a, QString , QString , QString ] "
+                                             "[QString , QString c, QString , QString , QString ]"});
     QTest::newRow("other registers are dropped")
         << QByteArray(R"([{"name": "a", "register": "1"}, {"name": "b"}, {"name": "c", "register": 4},
                           {"name": "d", "register": ""}, 7, "text"])")
-        << QStringList({S("+29 rows "), S("+30 rows ")});
-    QTest::newRow("empty") << QByteArray("[]") << QStringList({none, S("+30 rows ")});
+        << QStringList({"+29 rows ", "+30 rows "});
+    QTest::newRow("empty") << QByteArray("[]") << QStringList({none, "+30 rows "});
 }
 
 void TestServerDocument::readsRows()
 {
     QFETCH(QByteArray, datas);
     QFETCH(QStringList, lists);
-    const QJsonObject object{{S("protocol"), S("ModbusTCP(Slave)")},
-                             {S("datas"), QJsonDocument::fromJson(datas).array()}};
+    const QJsonObject object{{"protocol", "ModbusTCP(Slave)"},
+                             {"datas", QJsonDocument::fromJson(datas).array()}};
     const QStringList roles = rolesAfter(transmitServerData, object);
     QCOMPARE(roles.mid(roles.size() - 2), lists);
-}
-
-void TestServerDocument::writtenServerIsReadBack_data()
-{
-    addExamples();
 }
 
 void TestServerDocument::writtenServerIsReadBack()
 {
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
-    QStandardItem item(S("S"));
+    QStandardItem item("S");
     fill(&item, protocol);
     const QJsonObject written = serverObject(item);
     // An unknown protocol is not in its object, and reads as none.
-    const bool isKnown = written.contains(S("protocol"));
+    const bool isKnown = written.contains("protocol");
     QCOMPARE(rolesAfter(transmitServerData, written),
-             QStringList(
-                 {line(3, isDescribed(protocol) ? "v3" : ""), S("+4 QString ") + (isKnown ? protocol : S())})
+             QStringList({line(3, isDescribed(protocol) ? QString("v3") : QString()),
+                          "+4 QString " + (isKnown ? protocol : QString())})
                  + readRoles(protocol));
 }
 
 void TestServerDocument::serversNeverReachTheFile()
 {
-    QStandardItem project(S("P"));
-    project.appendRow(new QStandardItem(S("Box")));
+    QStandardItem project("P");
+    project.appendRow(new QStandardItem("Box"));
     const QByteArray before = projectDocument(&project);
-    auto *folder = new QStandardItem(S("Server"));
+    auto *folder = new QStandardItem("Server");
     for (const Example &example : examples) {
-        auto *server = new QStandardItem(S("S"));
+        auto *server = new QStandardItem("S");
         fill(server, QString::fromLatin1(example.protocol));
         folder->appendRow(server);
     }

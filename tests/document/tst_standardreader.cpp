@@ -1,6 +1,7 @@
 #include "definitions/dlt645items.h"
 #include "language.h"
 #include "readertest.h"
+#include "tablerow.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ void TestStandardReader::standardReadsEveryMemberForEveryKind_data()
     QTest::addColumn<QString>("protocol");
     QTest::addColumn<QString>("mode");
     for (const char *protocol : {"Modbus", "DLT645", "DIDO", "CustomPoll", "OpcUA", "Profibus", ""}) {
-        QTest::newRow(protocol) << S(protocol) << S("ModbusTCP");
+        QTest::newRow(protocol) << QString::fromLatin1(protocol) << "ModbusTCP";
     }
 }
 
@@ -54,37 +55,19 @@ void TestStandardReader::standardReadsEveryMemberForEveryKind()
     QFETCH(QString, protocol);
     QFETCH(QString, mode);
     QStringList expected{"+144 QString " + protocol};
-    const char *texts[] = {"collectionInterval",
-                           "serialport",
-                           "baudRate",
-                           "dataBit",
-                           "stopBit",
-                           "parityBit",
-                           "true",
-                           "communicationTimeout",
-                           "communicationGap",
-                           "url",
-                           "securityPolicy",
-                           "messageSecurityMode",
-                           "Username and password verification",
-                           "username",
-                           "password",
-                           "certificate",
-                           "privateKey",
-                           "certificatePath",
-                           "privateKeyPath",
-                           "ModbusTCP",
-                           "ip",
-                           "port",
-                           "connectionTimeout",
-                           "keepAlive"};
+    const QStringList texts =
+        QString("collectionInterval|serialport|baudRate|dataBit|stopBit|parityBit|true|communicationTimeout|"
+                "communicationGap|url|securityPolicy|messageSecurityMode|Username and password verification|"
+                "username|password|certificate|privateKey|certificatePath|privateKeyPath|ModbusTCP|ip|port|"
+                "connectionTimeout|keepAlive")
+            .split(QLatin1Char('|'));
     int offset = 146;
-    for (const char *text : texts) {
+    for (const QString &text : texts) {
         expected.append(line(offset++, text));
     }
     QStringList found = rolesAfter(transmitStandardData, standardWith(protocol, mode));
-    if (protocol == S("Modbus") || protocol == S("DLT645")) {
-        QVERIFY(found.takeAt(1).startsWith(S("+145 groups {")));
+    if (protocol == "Modbus" || protocol == "DLT645") {
+        QVERIFY(found.takeAt(1).startsWith("+145 groups {"));
     }
     QCOMPARE(found, expected);
 }
@@ -105,18 +88,18 @@ void TestStandardReader::timeoutGoesToTheRoleOfTheKind_data()
     QTest::addColumn<QString>("mode");
     QTest::addColumn<QString>("timeout");
     QTest::addColumn<QString>("rtuTimeout");
-    const QString read = S("communicationTimeout");
-    const QString old = S("old");
-    QTest::newRow("ModbusTCP") << S("Modbus") << S("ModbusTCP") << read << old;
-    QTest::newRow("ModbusRTU") << S("Modbus") << S("ModbusRTU") << old << read;
-    QTest::newRow("Modbus of another mode") << S("Modbus") << S("ModbusASCII") << old << old;
-    QTest::newRow("Modbus without a mode") << S("Modbus") << S() << old << old;
-    QTest::newRow("DLT645") << S("DLT645") << S() << read << old;
-    QTest::newRow("DLT645 with a mode") << S("DLT645") << S("ModbusRTU") << read << old;
-    QTest::newRow("CustomPoll") << S("CustomPoll") << S() << read << old;
-    QTest::newRow("DIDO") << S("DIDO") << S() << read << old;
-    QTest::newRow("OpcUA") << S("OpcUA") << S() << read << old;
-    QTest::newRow("unknown") << S("Profibus") << S("ModbusRTU") << read << old;
+    const QString read = "communicationTimeout";
+    const QString old = "old";
+    tableRow("ModbusTCP", "Modbus", "ModbusTCP", read, old);
+    tableRow("ModbusRTU", "Modbus", "ModbusRTU", old, read);
+    tableRow("Modbus of another mode", "Modbus", "ModbusASCII", old, old);
+    tableRow("Modbus without a mode", "Modbus", QString(), old, old);
+    tableRow("DLT645", "DLT645", QString(), read, old);
+    tableRow("DLT645 with a mode", "DLT645", "ModbusRTU", read, old);
+    tableRow("CustomPoll", "CustomPoll", QString(), read, old);
+    tableRow("DIDO", "DIDO", QString(), read, old);
+    tableRow("OpcUA", "OpcUA", QString(), read, old);
+    tableRow("unknown", "Profibus", "ModbusRTU", read, old);
 }
 
 void TestStandardReader::timeoutGoesToTheRoleOfTheKind()
@@ -124,8 +107,8 @@ void TestStandardReader::timeoutGoesToTheRoleOfTheKind()
     QFETCH(QString, protocol);
     QFETCH(QString, mode);
     QStandardItem item;
-    item.setData(S("old"), standardCommunicationTimeoutRole);
-    item.setData(S("old"), standardRtuCommunicationTimeoutRole);
+    item.setData("old", standardCommunicationTimeoutRole);
+    item.setData("old", standardRtuCommunicationTimeoutRole);
     transmitStandardData(standardWith(protocol, mode), &item);
     QTEST(item.data(standardCommunicationTimeoutRole).toString(), "timeout");
     QTEST(item.data(standardRtuCommunicationTimeoutRole).toString(), "rtuTimeout");
@@ -141,21 +124,21 @@ void TestStandardReader::standardAuthenticationIsTranslated()
     QFETCH(QJsonValue, code);
     QFETCH(QString, text);
     QCOMPARE(authenticationAfter(transmitStandardData, code, standardAuthenticationRole), text);
-    const Language language(S("zh "));
+    const Language language("zh ");
     QCOMPARE(authenticationAfter(transmitStandardData, code, standardAuthenticationRole),
-             text == S("old") ? text : S("zh ") + text);
+             text == "old" ? text : "zh " + text);
 }
 
 void TestStandardReader::flagIsTrueOnlyForOne_data()
 {
     QTest::addColumn<QJsonValue>("value");
     QTest::addColumn<QString>("flag");
-    QTest::newRow("1") << QJsonValue(S("1")) << S("true");
-    QTest::newRow("0") << QJsonValue(S("0")) << S("false");
-    QTest::newRow("true") << QJsonValue(S("true")) << S("false");
-    QTest::newRow("number") << QJsonValue(1) << S("false");
-    QTest::newRow("boolean") << QJsonValue(true) << S("false");
-    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << S("false");
+    QTest::newRow("1") << QJsonValue("1") << "true";
+    QTest::newRow("0") << QJsonValue("0") << "false";
+    QTest::newRow("true") << QJsonValue("true") << "false";
+    QTest::newRow("number") << QJsonValue(1) << "false";
+    QTest::newRow("boolean") << QJsonValue(true) << "false";
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << "false";
 }
 
 void TestStandardReader::flagIsTrueOnlyForOne()
@@ -163,23 +146,23 @@ void TestStandardReader::flagIsTrueOnlyForOne()
     QFETCH(QJsonValue, value);
     QFETCH(QString, flag);
     QJsonObject parameter;
-    parameter.insert(S("rtsEnable"), value);
+    parameter.insert("rtsEnable", value);
     QJsonObject group;
-    group.insert(S("startAddress0"), value);
-    group.insert(S("charReversed"), value);
+    group.insert("startAddress0", value);
+    group.insert("charReversed", value);
     QStandardItem item;
-    transmitStandardData(
-        {{S("protocol"), S("Modbus")}, {S("parameter"), parameter}, {S("datas"), QJsonArray{group}}}, &item);
+    transmitStandardData({{"protocol", "Modbus"}, {"parameter", parameter}, {"datas", QJsonArray{group}}},
+                         &item);
     QCOMPARE(item.data(standardRtsEnableRole), QVariant(flag));
-    QCOMPARE(item.data(standardDatasRole).value<GroupMap>().value(S("Modbus-1")),
-             RowList({row({S(""), S(""), S(""), flag, flag})}));
+    QCOMPARE(item.data(standardDatasRole).value<GroupMap>().value("Modbus-1"),
+             RowList({row({"", "", "", flag, flag})}));
 }
 
 void TestStandardReader::dormantKindsKeepTheirDatas_data()
 {
     QTest::addColumn<QString>("protocol");
     for (const char *protocol : {"DIDO", "CustomPoll", "OpcUA", "Profibus", "modbus", ""}) {
-        QTest::newRow(protocol) << S(protocol);
+        QTest::newRow(protocol) << QString::fromLatin1(protocol);
     }
 }
 
@@ -187,13 +170,13 @@ void TestStandardReader::dormantKindsKeepTheirDatas()
 {
     QFETCH(QString, protocol);
     QStandardItem fresh;
-    transmitStandardData(standardWith(protocol, S()), &fresh);
+    transmitStandardData(standardWith(protocol, QString()), &fresh);
     QVERIFY(!fresh.data(standardDatasRole).isValid());
 
     QStandardItem filled;
-    const RowList kept = rows({{S("a"), S("b")}});
+    const RowList kept = rows({{"a", "b"}});
     filled.setData(QVariant::fromValue(kept), standardDatasRole);
-    transmitStandardData(standardWith(protocol, S()), &filled);
+    transmitStandardData(standardWith(protocol, QString()), &filled);
     QCOMPARE(filled.data(standardDatasRole).value<RowList>(), kept);
 }
 
@@ -205,10 +188,10 @@ void TestStandardReader::modbusGroups()
             {"addr": "0", "name": "a", "dataType": "int16", "length": "1", "permissions": "r"},
             {"addr": "7"}]},
         {"stationNum": "2", "charReversed": "1"})")),
-             S("groups {Modbus-1: [QString standard, QString 1, QString ABCD, QString true, QString false] "
-               "[QString 0, QString a, QString int16, QString 1, QString r] "
-               "[QString 7, QString , QString , QString , QString ]; "
-               "Modbus-2: [QString , QString 2, QString , QString false, QString true]}"));
+             "groups {Modbus-1: [QString standard, QString 1, QString ABCD, QString true, QString false] "
+             "[QString 0, QString a, QString int16, QString 1, QString r] "
+             "[QString 7, QString , QString , QString , QString ]; "
+             "Modbus-2: [QString , QString 2, QString , QString false, QString true]}");
 }
 
 void TestStandardReader::dlt645Groups()
@@ -221,28 +204,28 @@ void TestStandardReader::dlt645Groups()
             {"select": "true"}]},
         {"slaveAddress": "000012345678", "protocolVersion": 2, "datas": [
             {"select": "true", "name": "Uc", "addr": "02010300"}]})")),
-             S("groups {DLT645-1: [QString AAAAAAAAAAAA, QString DLT645_2007] "
-               "[QString true, QString A-phase voltage, QString Ua] "
-               "[QString false, QString B-phase voltage, QString Ub] "
-               "[QString true, QString , QString n] "
-               "[QString true, QString , QString ]; "
-               "DLT645-2: [QString 000012345678, QString DLT645_1997] "
-               "[QString true, QString C-phase voltage, QString Uc]}"));
+             "groups {DLT645-1: [QString AAAAAAAAAAAA, QString DLT645_2007] "
+             "[QString true, QString A-phase voltage, QString Ua] "
+             "[QString false, QString B-phase voltage, QString Ub] "
+             "[QString true, QString , QString n] "
+             "[QString true, QString , QString ]; "
+             "DLT645-2: [QString 000012345678, QString DLT645_1997] "
+             "[QString true, QString C-phase voltage, QString Uc]}");
 }
 
 void TestStandardReader::dlt645VersionIsTwoUnlessItIsTheNumberOne_data()
 {
     QTest::addColumn<QJsonValue>("version");
     QTest::addColumn<QString>("text");
-    QTest::newRow("1") << QJsonValue(1) << S("DLT645_2007");
-    QTest::newRow("1.0") << QJsonValue(1.0) << S("DLT645_2007");
-    QTest::newRow("2") << QJsonValue(2) << S("DLT645_1997");
-    QTest::newRow("0") << QJsonValue(0) << S("DLT645_1997");
-    QTest::newRow("1.5") << QJsonValue(1.5) << S("DLT645_1997");
-    QTest::newRow("huge") << QJsonValue(1e300) << S("DLT645_1997");
-    QTest::newRow("text") << QJsonValue(S("1")) << S("DLT645_1997");
-    QTest::newRow("boolean") << QJsonValue(true) << S("DLT645_1997");
-    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << S("DLT645_1997");
+    QTest::newRow("1") << QJsonValue(1) << "DLT645_2007";
+    QTest::newRow("1.0") << QJsonValue(1.0) << "DLT645_2007";
+    QTest::newRow("2") << QJsonValue(2) << "DLT645_1997";
+    QTest::newRow("0") << QJsonValue(0) << "DLT645_1997";
+    QTest::newRow("1.5") << QJsonValue(1.5) << "DLT645_1997";
+    QTest::newRow("huge") << QJsonValue(1e300) << "DLT645_1997";
+    QTest::newRow("text") << QJsonValue("1") << "DLT645_1997";
+    QTest::newRow("boolean") << QJsonValue(true) << "DLT645_1997";
+    QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined) << "DLT645_1997";
 }
 
 void TestStandardReader::dlt645VersionIsTwoUnlessItIsTheNumberOne()
@@ -250,20 +233,20 @@ void TestStandardReader::dlt645VersionIsTwoUnlessItIsTheNumberOne()
     QFETCH(QJsonValue, version);
     QFETCH(QString, text);
     QJsonObject group;
-    group.insert(S("protocolVersion"), version);
-    QCOMPARE(groupsAfter({{S("protocol"), S("DLT645")}, {S("datas"), QJsonArray{group}}}),
+    group.insert("protocolVersion", version);
+    QCOMPARE(groupsAfter({{"protocol", "DLT645"}, {"datas", QJsonArray{group}}}),
              QString("groups {DLT645-1: [QString , QString %1]}").arg(text));
 }
 
 void TestStandardReader::dlt645LabelsAreInTheLanguageInForce()
 {
     const QJsonObject standard = groupsOf("DLT645", R"({"datas": [{"addr": "B611"}]})");
-    const QString english = S("groups {DLT645-1: [QString , QString DLT645_1997] "
-                              "[QString , QString A-phase voltage, QString ]}");
+    const QString english = "groups {DLT645-1: [QString , QString DLT645_1997] "
+                            "[QString , QString A-phase voltage, QString ]}";
     QCOMPARE(groupsAfter(standard), english);
     {
-        const Language chinese(S("zh "));
-        QCOMPARE(groupsAfter(standard), QString(english).replace(S("A-phase"), S("zh A-phase")));
+        const Language chinese("zh ");
+        QCOMPARE(groupsAfter(standard), QString(english).replace("A-phase", "zh A-phase"));
     }
     QCOMPARE(groupsAfter(standard), english);
 }
@@ -276,16 +259,16 @@ void TestStandardReader::everyDlt645IdentifierGivesItsLabelInEitherVersion()
         for (const Dlt645::Item &item : Dlt645::items()) {
             for (const char *address : {item.code2007.address, item.code1997.address}) {
                 if (address) {
-                    points.append(QJsonObject{{S("addr"), S(address)}});
-                    expected.append(S(item.label));
+                    points.append(QJsonObject{{"addr", QLatin1String(address)}});
+                    expected.append(QLatin1String(item.label));
                 }
             }
         }
-        const QJsonObject group{{S("protocolVersion"), version}, {S("datas"), points}};
+        const QJsonObject group{{"protocolVersion", version}, {"datas", points}};
         QStandardItem item;
-        transmitStandardData({{S("protocol"), S("DLT645")}, {S("datas"), QJsonArray{group}}}, &item);
+        transmitStandardData({{"protocol", "DLT645"}, {"datas", QJsonArray{group}}}, &item);
         QStringList labels;
-        const RowList found = item.data(standardDatasRole).value<GroupMap>().value(S("DLT645-1")).mid(1);
+        const RowList found = item.data(standardDatasRole).value<GroupMap>().value("DLT645-1").mid(1);
         for (const QVariantList &point : found) {
             labels.append(point.value(1).toString());
         }
@@ -297,13 +280,13 @@ void TestStandardReader::groupsAreNumberedInArrayOrder()
 {
     QJsonArray groups;
     for (int number = 1; number <= 11; ++number) {
-        groups.append(QJsonObject{{S("stationNum"), QString::number(number)}});
+        groups.append(QJsonObject{{"stationNum", QString::number(number)}});
     }
     QStandardItem item;
-    transmitStandardData({{S("protocol"), S("Modbus")}, {S("datas"), groups}}, &item);
+    transmitStandardData({{"protocol", "Modbus"}, {"datas", groups}}, &item);
     const auto map = item.data(standardDatasRole).value<GroupMap>();
     const QStringList keys = map.keys();
-    QCOMPARE(keys.mid(0, 4), QStringList({S("Modbus-1"), S("Modbus-10"), S("Modbus-11"), S("Modbus-2")}));
+    QCOMPARE(keys.mid(0, 4), QStringList({"Modbus-1", "Modbus-10", "Modbus-11", "Modbus-2"}));
     QCOMPARE(map.size(), 11);
     for (int number = 1; number <= 11; ++number) {
         const QString key = QString("Modbus-%1").arg(number);
@@ -316,17 +299,17 @@ void TestStandardReader::datasWithoutGroupsGiveAnEmptyMap_data()
     QTest::addColumn<QJsonValue>("datas");
     QTest::newRow("empty") << QJsonValue(QJsonArray());
     QTest::newRow("missing") << QJsonValue(QJsonValue::Undefined);
-    QTest::newRow("object") << QJsonValue(QJsonObject{{S("0"), S("x")}});
-    QTest::newRow("text") << QJsonValue(S("x"));
+    QTest::newRow("object") << QJsonValue(QJsonObject{{"0", "x"}});
+    QTest::newRow("text") << QJsonValue("x");
 }
 
 void TestStandardReader::datasWithoutGroupsGiveAnEmptyMap()
 {
     QFETCH(QJsonValue, datas);
     for (const char *protocol : {"Modbus", "DLT645"}) {
-        QJsonObject standard{{S("protocol"), S(protocol)}};
-        standard.insert(S("datas"), datas);
-        QCOMPARE(groupsAfter(standard), S("groups {}"));
+        QJsonObject standard{{"protocol", QLatin1String(protocol)}};
+        standard.insert("datas", datas);
+        QCOMPARE(groupsAfter(standard), "groups {}");
     }
 }
 

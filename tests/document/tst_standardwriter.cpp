@@ -1,5 +1,6 @@
 #include "documenttest.h"
 #include "language.h"
+#include "tablerow.h"
 
 class TestStandardWriter : public QObject
 {
@@ -35,17 +36,18 @@ void TestStandardWriter::parameterFollowsTheKind_data()
         "stopBit": "v150", "parityBit": "v151", "rtsEnable": "0", "communicationGap": "v154",
         "collectionInterval": "v146")";
     const QByteArray serialAndTimeout = "{" + serial + R"(, "communicationTimeout": "v153"})";
-    QTest::newRow("ModbusTCP") << QByteArray("Modbus") << S("ModbusTCP") << QByteArray(R"({"ip": "v166",
+    QTest::newRow("ModbusTCP") << QByteArray("Modbus") << "ModbusTCP" << QByteArray(R"({"ip": "v166",
         "port": "v167", "connectionTimeout": "v168", "communicationTimeout": "v153", "keepAlive": "v169",
         "collectionInterval": "v146"})");
-    QTest::newRow("ModbusRTU") << QByteArray("Modbus") << S("ModbusRTU")
+    QTest::newRow("ModbusRTU") << QByteArray("Modbus") << "ModbusRTU"
                                << QByteArray("{" + serial + R"(, "communicationTimeout": "v170"})");
-    QTest::newRow("Modbus of another mode") << QByteArray("Modbus") << S("ModbusASCII") << QByteArray("{}");
-    QTest::newRow("Modbus without a mode") << QByteArray("Modbus") << S() << QByteArray("{}");
-    QTest::newRow("DLT645") << QByteArray("DLT645") << S("ModbusTCP") << serialAndTimeout;
-    QTest::newRow("CustomPoll") << QByteArray("CustomPoll") << S() << serialAndTimeout;
-    QTest::newRow("DIDO") << QByteArray("DIDO") << S() << QByteArray(R"({"collectionInterval": "v146"})");
-    QTest::newRow("OpcUA") << QByteArray("OpcUA") << S()
+    QTest::newRow("Modbus of another mode") << QByteArray("Modbus") << "ModbusASCII" << QByteArray("{}");
+    QTest::newRow("Modbus without a mode") << QByteArray("Modbus") << QString() << QByteArray("{}");
+    QTest::newRow("DLT645") << QByteArray("DLT645") << "ModbusTCP" << serialAndTimeout;
+    QTest::newRow("CustomPoll") << QByteArray("CustomPoll") << QString() << serialAndTimeout;
+    QTest::newRow("DIDO") << QByteArray("DIDO") << QString()
+                          << QByteArray(R"({"collectionInterval": "v146"})");
+    QTest::newRow("OpcUA") << QByteArray("OpcUA") << QString()
                            << QByteArray(R"({"collectionInterval": "v146", "url": "v155"})");
 }
 
@@ -63,12 +65,12 @@ void TestStandardWriter::rtsEnableIsOneOnlyForTrue_data()
 {
     QTest::addColumn<QVariant>("flag");
     QTest::addColumn<QString>("written");
-    QTest::newRow("true") << QVariant(S("true")) << S("1");
-    QTest::newRow("boolean true") << QVariant(true) << S("1");
-    QTest::newRow("false") << QVariant(S("false")) << S("0");
-    QTest::newRow("unset") << QVariant() << S("0");
-    QTest::newRow("one") << QVariant(S("1")) << S("0");
-    QTest::newRow("other case") << QVariant(S("TRUE")) << S("0");
+    QTest::newRow("true") << QVariant("true") << "1";
+    QTest::newRow("boolean true") << QVariant(true) << "1";
+    QTest::newRow("false") << QVariant("false") << "0";
+    QTest::newRow("unset") << QVariant() << "0";
+    QTest::newRow("one") << QVariant("1") << "0";
+    QTest::newRow("other case") << QVariant("TRUE") << "0";
 }
 
 void TestStandardWriter::rtsEnableIsOneOnlyForTrue()
@@ -77,23 +79,23 @@ void TestStandardWriter::rtsEnableIsOneOnlyForTrue()
     QFETCH(QString, written);
     for (const char *protocol : {"Modbus", "DLT645", "CustomPoll"}) {
         Standard standard(protocol);
-        standard.set(standardModbusModeRole, S("ModbusRTU"));
+        standard.set(standardModbusModeRole, "ModbusRTU");
         standard.set(standardRtsEnableRole, flag);
-        const QJsonObject parameter = standard.object("standards").value(S("parameter")).toObject();
-        QCOMPARE(parameter.value(S("rtsEnable")), QJsonValue(written));
+        const QJsonObject parameter = standard.object("standards").value("parameter").toObject();
+        QCOMPARE(parameter.value("rtsEnable"), QJsonValue(written));
     }
 }
 
 void TestStandardWriter::modbusStandard()
 {
     Standard standard("Modbus");
-    standard.set(standardModbusModeRole, S("ModbusTCP"));
-    standard.setGroups({{S("Modbus-1"),
-                         rows({{S("standard"), S("1"), S("ABCD"), S("true"), S("false")},
-                               {S("0"), S("a"), S("int16"), S("1"), S("r")},
-                               {S("40"), S("b"), S("string"), S("8"), S("rw"), S("more")},
-                               {S("7")}})},
-                        {S("Modbus-2"), rows({{S("s"), S("2"), S("CDAB"), S("false"), S("true")}})}});
+    standard.set(standardModbusModeRole, "ModbusTCP");
+    standard.setGroups({{"Modbus-1",
+                         rows({{"standard", "1", "ABCD", "true", "false"},
+                               {"0", "a", "int16", "1", "r"},
+                               {"40", "b", "string", "8", "rw", "more"},
+                               {"7"}})},
+                        {"Modbus-2", rows({{"s", "2", "CDAB", "false", "true"}})}});
     QCOMPARE(standard.bytes(), onDisk(R"({"name": "M", "protocol": "Modbus", "modbus": "ModbusTCP",
         "parameter": {"ip": "v166", "port": "v167", "connectionTimeout": "v168",
                       "communicationTimeout": "v153", "keepAlive": "v169", "collectionInterval": "v146"},
@@ -111,14 +113,14 @@ void TestStandardWriter::modbusFlagsAreBooleansOrTexts()
 {
     Standard standard("Modbus");
     const auto flags = [&standard](const QVariant &start, const QVariant &reversed) {
-        standard.setGroups({{S("Modbus-1"), {{S("standard"), S("1"), S("ABCD"), start, reversed}}}});
+        standard.setGroups({{"Modbus-1", {{"standard", "1", "ABCD", start, reversed}}}});
         const QJsonObject group = standard.datas().at(0).toObject();
-        return group.value(S("startAddress0")).toString() + group.value(S("charReversed")).toString();
+        return group.value("startAddress0").toString() + group.value("charReversed").toString();
     };
-    QCOMPARE(flags(true, false), S("10"));
-    QCOMPARE(flags(false, true), S("01"));
-    QCOMPARE(flags(S("true"), S("1")), S("10"));
-    QCOMPARE(flags(QVariant(), S("true")), S("01"));
+    QCOMPARE(flags(true, false), "10");
+    QCOMPARE(flags(false, true), "01");
+    QCOMPARE(flags("true", "1"), "10");
+    QCOMPARE(flags(QVariant(), "true"), "01");
 }
 
 void TestStandardWriter::groupsComeInTheOrderOfTheirKeysAsText()
@@ -126,15 +128,15 @@ void TestStandardWriter::groupsComeInTheOrderOfTheirKeysAsText()
     Standard standard("Modbus");
     GroupMap groups;
     for (int number = 1; number <= 12; ++number) {
-        groups.insert(QString("Modbus-%1").arg(number), rows({{S("s"), QString::number(number)}}));
+        groups.insert(QString("Modbus-%1").arg(number), rows({{"s", QString::number(number)}}));
     }
     standard.setGroups(groups);
     QStringList stations;
     const QJsonArray datas = standard.datas();
     for (const QJsonValue &group : datas) {
-        stations.append(group.toObject().value(S("stationNum")).toString());
+        stations.append(group.toObject().value("stationNum").toString());
     }
-    QCOMPARE(stations.join(QLatin1Char(' ')), S("1 10 11 12 2 3 4 5 6 7 8 9"));
+    QCOMPARE(stations.join(QLatin1Char(' ')), "1 10 11 12 2 3 4 5 6 7 8 9");
 }
 
 void TestStandardWriter::groupWithoutPointsHasAnEmptyArray_data()
@@ -142,8 +144,7 @@ void TestStandardWriter::groupWithoutPointsHasAnEmptyArray_data()
     QTest::addColumn<QByteArray>("protocol");
     QTest::addColumn<RowList>("list");
     QTest::addColumn<QByteArray>("group");
-    QTest::newRow("Modbus") << QByteArray("Modbus")
-                            << rows({{S("standard"), S("1"), S("ABCD"), S("true"), S("true")}})
+    QTest::newRow("Modbus") << QByteArray("Modbus") << rows({{"standard", "1", "ABCD", "true", "true"}})
                             << QByteArray(R"({"series": "standard", "stationNum": "1", "byteOrder": "ABCD",
                                    "startAddress0": "1", "charReversed": "1", "datas": []})");
     QTest::newRow("Modbus, no row") << QByteArray("Modbus") << RowList()
@@ -152,7 +153,7 @@ void TestStandardWriter::groupWithoutPointsHasAnEmptyArray_data()
     QTest::newRow("Modbus, empty row") << QByteArray("Modbus") << RowList{QVariantList()}
                                        << QByteArray(R"({"series": "", "stationNum": "", "byteOrder": "",
                                               "startAddress0": "0", "charReversed": "0", "datas": []})");
-    QTest::newRow("DLT645") << QByteArray("DLT645") << rows({{S("AA"), S("DLT645_2007")}})
+    QTest::newRow("DLT645") << QByteArray("DLT645") << rows({{"AA", "DLT645_2007"}})
                             << QByteArray(R"({"slaveAddress": "AA", "protocolVersion": 1, "datas": []})");
     QTest::newRow("DLT645, no row") << QByteArray(
         "DLT645") << RowList() << QByteArray(R"({"slaveAddress": "", "protocolVersion": 2, "datas": []})");
@@ -167,7 +168,7 @@ void TestStandardWriter::groupWithoutPointsHasAnEmptyArray()
     QFETCH(RowList, list);
     QFETCH(QByteArray, group);
     Standard standard(protocol.constData());
-    standard.setGroups({{S("X-1"), list}});
+    standard.setGroups({{"X-1", list}});
     QCOMPARE(standard.datas().size(), 1);
     QCOMPARE(QJsonDocument(standard.datas().at(0).toObject()).toJson(), onDisk(group.constData()));
 }
@@ -176,9 +177,9 @@ void TestStandardWriter::datasOfTheWrongTypeAreEmpty_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::newRow("unset") << QVariant();
-    QTest::newRow("text") << QVariant(S("x"));
+    QTest::newRow("text") << QVariant("x");
     QTest::newRow("flat list") << QVariant(QVariantList{1, 2});
-    QTest::newRow("map of texts") << QVariant(QVariantMap{{S("a"), S("b")}});
+    QTest::newRow("map of texts") << QVariant(QVariantMap{{"a", "b"}});
 }
 
 void TestStandardWriter::datasOfTheWrongTypeAreEmpty()
@@ -187,13 +188,13 @@ void TestStandardWriter::datasOfTheWrongTypeAreEmpty()
     for (const char *protocol : {"Modbus", "DLT645", "DIDO", "CustomPoll", "OpcUA"}) {
         Standard standard(protocol);
         standard.set(standardDatasRole, value);
-        QCOMPARE(standard.object("standards").value(S("datas")), QJsonValue(QJsonArray()));
+        QCOMPARE(standard.object("standards").value("datas"), QJsonValue(QJsonArray()));
     }
     Standard listed("Modbus");
-    listed.setRows(rows({{S("a")}}));
+    listed.setRows(rows({{"a"}}));
     QCOMPARE(listed.datas(), QJsonArray());
     Standard grouped("DIDO");
-    grouped.setGroups({{S("X-1"), rows({{S("a")}})}});
+    grouped.setGroups({{"X-1", rows({{"a"}})}});
     QCOMPARE(grouped.datas(), QJsonArray());
 }
 
@@ -227,11 +228,11 @@ void TestStandardWriter::dormantKindsWriteFlatPoints()
     for (int cell = 0; cell < 12; ++cell) {
         cells.append(QString("c%1").arg(cell));
     }
-    standard.setRows(rows({cells, {S("short")}}));
-    QCOMPARE(QJsonDocument(QJsonObject{{S("datas"), standard.datas()}}).toJson(), onDisk(points.constData()));
-    QStringList keys{S("datas"), S("name"), S("parameter"), S("protocol")};
+    standard.setRows(rows({cells, {"short"}}));
+    QCOMPARE(QJsonDocument(QJsonObject{{"datas", standard.datas()}}).toJson(), onDisk(points.constData()));
+    QStringList keys{"datas", "name", "parameter", "protocol"};
     if (protocol == "OpcUA") {
-        keys.insert(1, S("extendedParameters"));
+        keys.insert(1, "extendedParameters");
     }
     QCOMPARE(standard.object("standards").keys(), keys);
 }
@@ -239,7 +240,7 @@ void TestStandardWriter::dormantKindsWriteFlatPoints()
 void TestStandardWriter::opcUaStandard()
 {
     Standard standard("OpcUA");
-    standard.set(standardAuthenticationRole, S("anonymous"));
+    standard.set(standardAuthenticationRole, "anonymous");
     QCOMPARE(standard.bytes(), onDisk(R"({"name": "M", "protocol": "OpcUA",
         "parameter": {"collectionInterval": "v146", "url": "v155"},
         "extendedParameters": {"securityPolicy": "v156", "messageSecurityMode": "v157",
@@ -253,12 +254,12 @@ void TestStandardWriter::opcUaAuthenticationIsComparedInTheLanguageInForce_data(
     QTest::addColumn<QString>("stored");
     QTest::addColumn<QString>("english");
     QTest::addColumn<QString>("chinese");
-    QTest::newRow("anonymous") << S("anonymous") << S("0") << S("absent");
-    QTest::newRow("password") << S("Username and password verification") << S("1") << S("absent");
-    QTest::newRow("anonymous in Chinese") << S("匿名") << S("absent") << S("0");
-    QTest::newRow("password in Chinese") << S("用户名、密码验证") << S("absent") << S("1");
-    QTest::newRow("neither") << S("Anonymous") << S("absent") << S("absent");
-    QTest::newRow("unset") << S() << S("absent") << S("absent");
+    tableRow("anonymous", "anonymous", "0", "absent");
+    tableRow("password", "Username and password verification", "1", "absent");
+    tableRow("anonymous in Chinese", "匿名", "absent", "0");
+    tableRow("password in Chinese", "用户名、密码验证", "absent", "1");
+    tableRow("neither", "Anonymous", "absent", "absent");
+    tableRow("unset", QString(), "absent", "absent");
 }
 
 void TestStandardWriter::opcUaAuthenticationIsComparedInTheLanguageInForce()
@@ -270,12 +271,12 @@ void TestStandardWriter::opcUaAuthenticationIsComparedInTheLanguageInForce()
     standard.set(standardAuthenticationRole, stored);
     const auto written = [&standard]() {
         const QJsonObject object = standard.object("standards");
-        const QJsonObject extended = object.value(S("extendedParameters")).toObject();
-        return extended.value(S("authentication")).toString(S("absent"));
+        const QJsonObject extended = object.value("extendedParameters").toObject();
+        return extended.value("authentication").toString("absent");
     };
     QCOMPARE(written(), english);
     const Language language(
-        S(), {{S("anonymous"), S("匿名")}, {S("Username and password verification"), S("用户名、密码验证")}});
+        QString(), {{"anonymous", "匿名"}, {"Username and password verification", "用户名、密码验证"}});
     QCOMPARE(written(), chinese);
 }
 
@@ -292,19 +293,19 @@ void TestStandardWriter::unknownStandardHasItsNameOnly()
 {
     QFETCH(QByteArray, protocol);
     Standard standard(protocol.constData());
-    standard.setGroups({{S("Modbus-1"), rows({{S("standard")}})}});
+    standard.setGroups({{"Modbus-1", rows({{"standard"}})}});
     QCOMPARE(standard.bytes(), onDisk(R"({"name": "M"})"));
 }
 
 void TestStandardWriter::rolesOfAnEarlierProtocolStayOutAndComeBack()
 {
     Standard standard("Modbus");
-    standard.set(standardModbusModeRole, S("ModbusTCP"));
+    standard.set(standardModbusModeRole, "ModbusTCP");
     const QByteArray before = standard.bytes();
     standard.setProtocol("DLT645");
     const QJsonObject changed = standard.object("standards");
-    QVERIFY(!changed.contains(S("modbus")));
-    QVERIFY(!changed.value(S("parameter")).toObject().contains(S("ip")));
+    QVERIFY(!changed.contains("modbus"));
+    QVERIFY(!changed.value("parameter").toObject().contains("ip"));
     standard.setProtocol("Modbus");
     QCOMPARE(standard.bytes(), before);
 }

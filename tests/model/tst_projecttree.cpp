@@ -13,8 +13,7 @@ class TestProjectTree : public QObject
 {
     Q_OBJECT
 private slots:
-    void levelFollowsFromDepth();
-    void projectOfClimbsToTheTop();
+    void levelAndProjectFollowFromTheDepth();
     void itemAtIsThatOfTheIndex();
     void childNamedComparesExactlyAndTakesTheFirst();
     void projectNamedLooksAtTopLevelRowsOnly();
@@ -33,18 +32,6 @@ private slots:
     void listRoleOfTheWrongTypeReadsAsEmpty();
 };
 
-void TestProjectTree::levelFollowsFromDepth()
-{
-    QStandardItem project;
-    auto *folder = new QStandardItem;
-    project.appendRow(folder);
-    auto *definition = new QStandardItem;
-    folder->appendRow(definition);
-    QCOMPARE(ProjectTree::levelOf(&project), ProjectTree::Level::Project);
-    QCOMPARE(ProjectTree::levelOf(folder), ProjectTree::Level::Folder);
-    QCOMPARE(ProjectTree::levelOf(definition), ProjectTree::Level::Definition);
-}
-
 void TestProjectTree::itemAtIsThatOfTheIndex()
 {
     QStandardItemModel model;
@@ -57,7 +44,7 @@ void TestProjectTree::itemAtIsThatOfTheIndex()
     QCOMPARE(ProjectTree::itemAt(other.index(0)), nullptr);
 }
 
-void TestProjectTree::projectOfClimbsToTheTop()
+void TestProjectTree::levelAndProjectFollowFromTheDepth()
 {
     QStandardItemModel model;
     auto *project = new QStandardItem;
@@ -66,6 +53,9 @@ void TestProjectTree::projectOfClimbsToTheTop()
     project->appendRow(folder);
     auto *definition = new QStandardItem;
     folder->appendRow(definition);
+    QCOMPARE(ProjectTree::levelOf(project), ProjectTree::Level::Project);
+    QCOMPARE(ProjectTree::levelOf(folder), ProjectTree::Level::Folder);
+    QCOMPARE(ProjectTree::levelOf(definition), ProjectTree::Level::Definition);
     for (QStandardItem *item : {project, folder, definition}) {
         QCOMPARE(ProjectTree::projectOf(item), project);
     }
