@@ -3,7 +3,7 @@
 #include "document/projectfile.h"
 #include "document/projectreader.h"
 #include "document/projectwriter.h"
-#include "largeplant.h"
+#include "support/largeplant.h"
 
 #include <QFile>
 #include <QJsonDocument>

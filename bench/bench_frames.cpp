@@ -1,7 +1,7 @@
 // A stream of live reports cut back into frames, up to their dispatch.
 
 #include "boxlink/frameassembler.h"
-#include "segments.h"
+#include "support/segments.h"
 
 #include <QVector>
 

@@ -1,10 +1,10 @@
 // Resident memory of the program before, with and after a large project.
 
 #include "document/projectwriter.h"
-#include "largeplant.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/projectfiles.h"
 #include "messages.h"
+#include "support/largeplant.h"
 
 #include <QApplication>
 #include <QFile>

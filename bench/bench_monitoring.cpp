@@ -5,7 +5,7 @@
 #include "monitoring/monitoringpage.h"
 #include "monitoring/monitoringtable.h"
 #include "monitoring/monitoringview.h"
-#include "segments.h"
+#include "support/segments.h"
 
 #include <QApplication>
 #include <QHeaderView>

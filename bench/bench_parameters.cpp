@@ -1,9 +1,9 @@
 // Large parameter tables in the form of a Modbus Standard.
 
-#include "largeplant.h"
 #include "model/itemroles.h"
 #include "parameters/parametertext.h"
 #include "standards/standardmodbuseditdialog.h"
+#include "support/largeplant.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "largeplant.h"
+#include "support/largeplant.h"
 
 #include "definitions/dlt645items.h"
 #include "definitions/protocols.h"

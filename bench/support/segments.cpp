@@ -1,4 +1,4 @@
-#include "segments.h"
+#include "support/segments.h"
 
 #include "boxlink/frame.h"
 

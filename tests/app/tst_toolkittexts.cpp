@@ -1,4 +1,5 @@
 #include "mainwindow/cmainwindow.h"
+#include "run.h"
 
 #include <QAbstractButton>
 #include <QFileDialog>
@@ -94,7 +95,7 @@ void TestToolkitTexts::fileDialogsAreChinese()
     dialog.setFileMode(mode);
     dialog.show();
     EnglishTexts english;
-    english.lookInto(&dialog);
+    RUN(english.lookInto(&dialog));
     english.look(dialog.windowTitle());
     QCOMPARE(english.join(QLatin1Char('\n')), QString());
 }
@@ -104,7 +105,7 @@ void TestToolkitTexts::menusOfFieldsAreChinese()
     QLineEdit edit;
     const QScopedPointer<QMenu> menu(edit.createStandardContextMenu());
     EnglishTexts english;
-    english.lookInto(menu.data());
+    RUN(english.lookInto(menu.data()));
     QCOMPARE(english.join(QLatin1Char('\n')), QString());
 }
 
@@ -116,7 +117,7 @@ void TestToolkitTexts::titleBarsOfDocksAreChinese()
     for (const QFrame *frame : frames) {
         if (frame->inherits("ads::CDockAreaTitleBar")) {
             ++bars;
-            english.lookInto(frame);
+            RUN(english.lookInto(frame));
         }
     }
     QCOMPARE(bars, 3);

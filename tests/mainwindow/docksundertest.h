@@ -3,6 +3,7 @@
 #include "dockareas.h"
 #include "mainwindow/docklayout.h"
 #include "model/projecttree.h"
+#include "modelwatch.h"
 
 #include <QMainWindow>
 #include <QMenu>
@@ -20,6 +21,7 @@ public:
     DocksUnderTest()
         : m_layout(new DockLayout(this))
     {
+        watchModel(&m_model);
         m_layout->createDocks(&m_model, &m_viewMenu);
         m_layout->setFirstGeometry();
         show();

@@ -21,7 +21,7 @@ class tst_BoxTab : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void initTestCase() { QGuiApplication::setQuitOnLastWindowClosed(false); }
     void init();
     void cleanup();
 
@@ -54,11 +54,6 @@ private:
     QStandardItem *m_second = nullptr;
 };
 
-void tst_BoxTab::initTestCase()
-{
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-}
-
 void tst_BoxTab::startSim(std::unique_ptr<BoxSim> &sim, const QString &address)
 {
     BoxSimOptions options;
@@ -71,8 +66,8 @@ void tst_BoxTab::startSim(std::unique_ptr<BoxSim> &sim, const QString &address)
 
 void tst_BoxTab::init()
 {
-    startSim(m_firstSim, firstAddress);
-    startSim(m_secondSim, secondAddress);
+    RUN(startSim(m_firstSim, firstAddress));
+    RUN(startSim(m_secondSim, secondAddress));
     m_folder = std::make_unique<QTemporaryDir>();
     m_window = std::make_unique<Window>();
     m_messages = std::make_unique<Messages>();

@@ -1,5 +1,6 @@
 #include "docksundertest.h"
 #include "mainwindow/cmainwindow.h"
+#include "run.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -37,6 +38,7 @@ private slots:
     void aSelectedNodeIsDarkOnLightWhateverThePlatformsColours();
     void monitoringTabsAreNotClosedByTheirButton();
     void theOptionsMenuClearsTheMessages();
+    void theMessageEditorIsNamedAndLeftByTab();
     void savingAndRestoringLeavesTheLayout();
     void restoringBringsASavedLayoutBack();
     void theTreeKeepsItsWidthAsTheWindowGrows_data();
@@ -299,6 +301,15 @@ void TestDockLayout::theOptionsMenuClearsTheMessages()
     QCOMPARE(m_window->messageEditor()->toPlainText(), QString());
 }
 
+void TestDockLayout::theMessageEditorIsNamedAndLeftByTab()
+{
+    QPlainTextEdit *editor = m_window->messageEditor();
+    QCOMPARE(editor->accessibleName(), docks().at(2)->windowTitle());
+    editor->setFocus();
+    QTest::keyClick(editor, Qt::Key_Tab);
+    QCOMPARE(editor->toPlainText(), QString());
+}
+
 void TestDockLayout::savingAndRestoringLeavesTheLayout()
 {
     // Inside the screen, so that restoring need not move it there.
@@ -363,41 +374,41 @@ void TestDockLayout::perspectivesAreUnplaced()
 
 void TestDockLayout::aPerspectiveIsStoredAndOpened()
 {
-    createPerspective("All");
+    RUN(createPerspective("All"));
     docks().at(2)->closeDockWidget();
-    createPerspective("No messages");
+    RUN(createPerspective("No messages"));
     QCOMPARE(perspectiveNames(), QStringList({"All", "No messages"}));
     QCOMPARE(perspectives()->currentText(), "No messages");
     QVERIFY(QFile::exists("Settings.ini"));
 
-    choosePerspective("All");
+    RUN(choosePerspective("All"));
     QVERIFY(!docks().at(2)->isClosed());
-    choosePerspective("No messages");
+    RUN(choosePerspective("No messages"));
     QVERIFY(docks().at(2)->isClosed());
 }
 
 void TestDockLayout::aPerspectiveOfTheSameNameIsReplaced()
 {
-    createPerspective("Mine");
+    RUN(createPerspective("Mine"));
     docks().at(2)->closeDockWidget();
-    createPerspective("Mine");
+    RUN(createPerspective("Mine"));
     QCOMPARE(perspectiveNames(), QStringList("Mine"));
     docks().at(2)->toggleView(true);
-    choosePerspective("Mine");
+    RUN(choosePerspective("Mine"));
     QVERIFY(docks().at(2)->isClosed());
 }
 
 void TestDockLayout::anEmptyPerspectiveNameChangesNothing()
 {
-    createPerspective(QString());
+    RUN(createPerspective(QString()));
     QCOMPARE(perspectiveNames(), QStringList());
     QVERIFY(!QFile::exists("Settings.ini"));
 }
 
 void TestDockLayout::storedPerspectivesAreOfferedAtStart()
 {
-    createPerspective("Evening");
-    createPerspective("Morning");
+    RUN(createPerspective("Evening"));
+    RUN(createPerspective("Morning"));
     m_window.reset(new CMainWindow);
     QCOMPARE(perspectiveNames(), QStringList({"Evening", "Morning"}));
     QCOMPARE(m_window->dockManager()->perspectiveNames(), perspectiveNames());

@@ -30,11 +30,11 @@ private slots:
     void init();
     void anEditorFloatsUnlessToldOtherwise();
     void dockedEditorsShareAnAreaOrSplitIt();
-    void anEditorClosesOnYesOnly();
+    void aDockClosesOnYesOnly_data();
+    void aDockClosesOnYesOnly();
     void aTableFloats();
     void aPictureIsPlacedByTheActionsText_data();
     void aPictureIsPlacedByTheActionsText();
-    void aPictureClosesOnYesOnly();
     void aPictureIsScaledFromItsMenu();
     void theTitleOfTheLastEditorIsToggled();
     void theStatusDialogShowsTheChosenDock();
@@ -112,21 +112,33 @@ void TestDormantDocks::dockedEditorsShareAnAreaOrSplitIt()
     QVERIFY(!ads::CDockManager::testConfigFlag(ads::CDockManager::EqualSplitOnInsertion));
 }
 
-void TestDormantDocks::anEditorClosesOnYesOnly()
+void TestDormantDocks::aDockClosesOnYesOnly_data()
 {
-    Messages messages;
-    QPointer<CDockWidget> dock = make(trigger(SLOT(createEditor())));
-    const QString told = CMainWindow::tr("Close Editor") + QLatin1Char('|')
-        + CMainWindow::tr("Editor %1 contains unsaved changes? Would you like to close it?")
-              .arg(dock->windowTitle().mid(7));
+    QTest::addColumn<QByteArray>("slot");
+    QTest::addColumn<QString>("question"); // %1 stands for the title, %2 for the number in it
+    QTest::newRow("editor") << QByteArray(SLOT(createEditor()))
+                            << CMainWindow::tr("Close Editor") + QLatin1Char('|')
+            + CMainWindow::tr("Editor %1 contains unsaved changes? Would you like to close it?")
+                  .replace("%1", "%2");
+    QTest::newRow("picture") << QByteArray(SLOT(createImageViewer()))
+                             << CMainWindow::tr("Close Image Viewer") + QLatin1Char('|')
+            + CMainWindow::tr("%1 contains unsaved changes? Would you like to close it?");
+}
 
+void TestDormantDocks::aDockClosesOnYesOnly()
+{
+    QFETCH(QByteArray, slot);
+    QFETCH(QString, question);
+    Messages messages;
+    const QPointer<CDockWidget> dock = make(trigger(slot.constData()));
+    question.replace("%1", dock->windowTitle()).replace("%2", dock->windowTitle().mid(7));
     messages.expect(QMessageBox::No);
     emit dock->closeRequested();
     QVERIFY(!dock->isClosed());
     messages.expect(QMessageBox::Yes);
     emit dock->closeRequested();
     QTRY_VERIFY(!dock);
-    QCOMPARE(messages.told(), QStringList({told, told}));
+    QCOMPARE(messages.told(), QStringList({question, question}));
 }
 
 void TestDormantDocks::aTableFloats()
@@ -157,22 +169,6 @@ void TestDormantDocks::aPictureIsPlacedByTheActionsText()
     QVERIFY(!dock->icon().isNull());
     const auto *viewer = qobject_cast<CImageViewer *>(dock->widget());
     QVERIFY(viewer && !viewer->widget()->sizeHint().isEmpty());
-}
-
-void TestDormantDocks::aPictureClosesOnYesOnly()
-{
-    Messages messages;
-    QPointer<CDockWidget> dock = make(trigger(SLOT(createImageViewer())));
-    const QString told = CMainWindow::tr("Close Image Viewer") + QLatin1Char('|')
-        + CMainWindow::tr("%1 contains unsaved changes? Would you like to close it?")
-              .arg(dock->windowTitle());
-    messages.expect(QMessageBox::No);
-    emit dock->closeRequested();
-    QVERIFY(!dock->isClosed());
-    messages.expect(QMessageBox::Yes);
-    emit dock->closeRequested();
-    QTRY_VERIFY(!dock);
-    QCOMPARE(messages.told(), QStringList({told, told}));
 }
 
 void TestDormantDocks::aPictureIsScaledFromItsMenu()

@@ -18,9 +18,9 @@ class TestDormantKinds : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+    void init() { m_window.reset(new Window); }
+    void cleanup() { m_window.reset(); }
 
     void noActionLeadsToThem_data();
     void noActionLeadsToThem();
@@ -36,21 +36,6 @@ private:
 };
 
 static const QString fourFolders = "plant(Standard() Service(IEC61850()) Box() Data())";
-
-void TestDormantKinds::initTestCase()
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-}
-
-void TestDormantKinds::init()
-{
-    m_window.reset(new Window);
-}
-
-void TestDormantKinds::cleanup()
-{
-    m_window.reset();
-}
 
 QList<QAction *> TestDormantKinds::actions() const
 {

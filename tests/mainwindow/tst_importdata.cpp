@@ -9,34 +9,6 @@
 #include <QPointer>
 #include <QTableView>
 
-// The point import as the forms of Servers reach it: by the main window's slot, for the current project.
-class TestImportData : public QObject
-{
-    Q_OBJECT
-private slots:
-    void dialogWithoutACurrentItemStaysHidden();
-    void opensForTheProjectOfTheCurrentItem_data();
-    void opensForTheProjectOfTheCurrentItem();
-    void showsTheProjectAsItWasThen();
-    void eachCommandOpensADialogOfItsOwn();
-    void closedDialogIsFreed_data();
-    void closedDialogIsFreed();
-    void dialogDiesWithTheWindow();
-    void dialogHandsItsPointsToTheWindow();
-    void pickedPointsReachTheTableThatIsShown_data();
-    void pickedPointsReachTheTableThatIsShown();
-    void pointsForNoFormAreDropped();
-    void formWithoutATableTakesNothing_data();
-    void formWithoutATableTakesNothing();
-    void pointsGoToTheFormThatIsCurrentByThen();
-    void closedFormIsNotTouched_data();
-    void closedFormIsNotTouched();
-    void reboundFormStaysTheCurrentOne_data();
-    void reboundFormStaysTheCurrentOne();
-    void receiverMayDie();
-    void importNeedsNoMainWindow();
-};
-
 namespace {
 
 using Dialog = QPointer<ImportDataDialog>;
@@ -155,6 +127,34 @@ void addFormsWithTables()
 }
 
 } // namespace
+
+// The point import as the forms of Servers reach it: by the main window's slot, for the current project.
+class TestImportData : public QObject
+{
+    Q_OBJECT
+private slots:
+    void dialogWithoutACurrentItemStaysHidden();
+    void opensForTheProjectOfTheCurrentItem_data();
+    void opensForTheProjectOfTheCurrentItem();
+    void showsTheProjectAsItWasThen();
+    void eachCommandOpensADialogOfItsOwn();
+    void closedDialogIsFreed_data();
+    void closedDialogIsFreed();
+    void dialogDiesWithTheWindow();
+    void dialogHandsItsPointsToTheWindow();
+    void pickedPointsReachTheTableThatIsShown_data();
+    void pickedPointsReachTheTableThatIsShown();
+    void pointsForNoFormAreDropped();
+    void formWithoutATableTakesNothing_data();
+    void formWithoutATableTakesNothing();
+    void pointsGoToTheFormThatIsCurrentByThen();
+    void closedFormIsNotTouched_data() { addFormsWithTables(); }
+    void closedFormIsNotTouched();
+    void reboundFormStaysTheCurrentOne_data();
+    void reboundFormStaysTheCurrentOne();
+    void receiverMayDie();
+    void importNeedsNoMainWindow();
+};
 
 void TestImportData::dialogWithoutACurrentItemStaysHidden()
 {
@@ -348,11 +348,6 @@ void TestImportData::pointsGoToTheFormThatIsCurrentByThen()
     QCOMPARE(tableRows(form), QStringList("points|pumps|speed|"));
     form = openForm(&window, first);
     QCOMPARE(tableRows(form), QStringList());
-}
-
-void TestImportData::closedFormIsNotTouched_data()
-{
-    addFormsWithTables();
 }
 
 void TestImportData::closedFormIsNotTouched()

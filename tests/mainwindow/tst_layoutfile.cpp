@@ -1,5 +1,6 @@
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/docking.h"
+#include "run.h"
 
 #include <QAction>
 #include <QApplication>
@@ -122,7 +123,7 @@ void TestLayoutFile::anyDamagedFileGivesTheDefaultLayout_data()
 void TestLayoutFile::anyDamagedFileGivesTheDefaultLayout()
 {
     QFETCH(QByteArray, content);
-    write(content);
+    RUN(write(content));
     QCOMPARE(start("report"), defaultLayout);
 }
 
@@ -132,7 +133,7 @@ void TestLayoutFile::anyTruncationStillStarts()
     const QByteArray whole = read();
     QVERIFY(whole.size() > 100);
     for (int part = 0; part < 10; ++part) {
-        write(whole.left(whole.size() * part / 10));
+        RUN(write(whole.left(whole.size() * part / 10)));
         const QString started = start("report");
         QVERIFY2(started.startsWith(QLatin1String("open open ")), qPrintable(started));
     }

@@ -69,14 +69,14 @@ class TestNewNodes : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_window.reset(); }
 
-    void nodeIsCompleteWhenItAppears_data();
+    void nodeIsCompleteWhenItAppears_data() { addKinds(); }
     void nodeIsCompleteWhenItAppears();
     void itemsOfANewProjectAreCompleteWhenTheyAppear();
-    void inputDialogOutlivesTheOpeningOfTheForm_data();
+    void inputDialogOutlivesTheOpeningOfTheForm_data() { addKinds(); }
     void inputDialogOutlivesTheOpeningOfTheForm();
-    void inputDialogOutlivesTheWarning_data();
+    void inputDialogOutlivesTheWarning_data() { addKinds(); }
     void inputDialogOutlivesTheWarning();
 
 private:
@@ -96,11 +96,6 @@ void TestNewNodes::init()
     // No project has these two by itself.
     ProjectTree::appendDefinition(m_project, ProjectTree::plcFolder, QString());
     ProjectTree::appendDefinition(m_project, ProjectTree::serverFolder, QString());
-}
-
-void TestNewNodes::cleanup()
-{
-    m_window.reset();
 }
 
 void TestNewNodes::addKinds()
@@ -147,11 +142,6 @@ void TestNewNodes::add(const QByteArray &slot, const QString &folder, const QStr
     QCOMPARE(dialogs.pending(), 0);
 }
 
-void TestNewNodes::nodeIsCompleteWhenItAppears_data()
-{
-    addKinds();
-}
-
 void TestNewNodes::nodeIsCompleteWhenItAppears()
 {
     QFETCH(QByteArray, slot);
@@ -159,7 +149,7 @@ void TestNewNodes::nodeIsCompleteWhenItAppears()
     QFETCH(QStringList, inputs);
     QFETCH(QVector<int>, roles);
     QScopedPointer<Listener> listener;
-    add(slot, folder, inputs, "north", [&](QWidget *) { listener.reset(new Listener(*m_window)); });
+    RUN(add(slot, folder, inputs, "north", [&](QWidget *) { listener.reset(new Listener(*m_window)); }));
 
     const QStandardItem *node = Window::folder(m_project, folder)->child(0);
     QStringList made{"new north", "icon"};
@@ -185,11 +175,6 @@ void TestNewNodes::itemsOfANewProjectAreCompleteWhenTheyAppear()
                           "new IEC61850, icon, +171 QString IEC61850"}));
 }
 
-void TestNewNodes::inputDialogOutlivesTheOpeningOfTheForm_data()
-{
-    addKinds();
-}
-
 void TestNewNodes::inputDialogOutlivesTheOpeningOfTheForm()
 {
     QFETCH(QByteArray, slot);
@@ -197,17 +182,12 @@ void TestNewNodes::inputDialogOutlivesTheOpeningOfTheForm()
     QFETCH(QStringList, inputs);
     const LogTail log{QString()};
     QString dialogClass;
-    add(slot, folder, inputs, "north",
-        [&](QWidget *dialog) { dialogClass = QLatin1String(dialog->metaObject()->className()); });
+    RUN(add(slot, folder, inputs, "north",
+            [&](QWidget *dialog) { dialogClass = QLatin1String(dialog->metaObject()->className()); }));
     const QString formClass = QLatin1String(QTest::currentDataTag());
     QCOMPARE(
         log.events().filter(QRegularExpression(": (new-nuilt|destroyed)$")),
         QStringList({dialogClass + ": new-nuilt", formClass + ": new-nuilt", dialogClass + ": destroyed"}));
-}
-
-void TestNewNodes::inputDialogOutlivesTheWarning_data()
-{
-    addKinds();
 }
 
 void TestNewNodes::inputDialogOutlivesTheWarning()
@@ -223,9 +203,9 @@ void TestNewNodes::inputDialogOutlivesTheWarning()
         messages.expect();
         QStringList toldBefore;
         const QObject listener;
-        add(slot, folder, inputs, name, [&](QWidget *dialog) {
+        RUN(add(slot, folder, inputs, name, [&](QWidget *dialog) {
             connect(dialog, &QObject::destroyed, &listener, [&] { toldBefore = messages.told(); });
-        });
+        }));
         QCOMPARE(messages.told().size(), 1);
         QCOMPARE(toldBefore, messages.told());
     }

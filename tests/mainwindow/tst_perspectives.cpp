@@ -2,6 +2,7 @@
 
 #include "docksundertest.h"
 #include "modaldialogs.h"
+#include "run.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -15,7 +16,7 @@ class TestPerspectives : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_window.reset(); }
 
     void actionIsASignal();
     void withoutAManagerNothingIsAsked();
@@ -37,11 +38,6 @@ void TestPerspectives::init()
     QVERIFY(QDir::setCurrent(m_folder->path()));
     m_window.reset(new DocksUnderTest);
     m_perspectives = new Perspectives(m_window.data());
-}
-
-void TestPerspectives::cleanup()
-{
-    m_window.reset();
 }
 
 QStringList TestPerspectives::names() const
@@ -83,10 +79,10 @@ void TestPerspectives::savedOnesAreOfferedAndOpen()
 {
     m_perspectives->load(m_window->dockManager());
     QCOMPARE(names(), QStringList());
-    save("All");
+    RUN(save("All"));
     auto *message = qobject_cast<ads::CDockWidget *>(m_window->viewMenu()->actions().last()->parent());
     message->closeDockWidget();
-    save("Few");
+    RUN(save("Few"));
     QCOMPARE(names(), QStringList({"All", "Few"}));
     m_window->dockManager()->openPerspective("All");
     QVERIFY(!message->isClosed());

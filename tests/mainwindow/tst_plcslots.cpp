@@ -21,7 +21,7 @@ class TestPlcSlots : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_window.reset(); }
 
     void addedPlcHasItsRolesAndIconAndOpens();
     void addingRefuses_data();
@@ -47,6 +47,12 @@ private:
     // Adds with the dialog, which enters these.
     void add(const QString &name, const char *manufacturer, const char *protocol);
     QStandardItem *plc(const char *name, const char *manufacturer, const char *protocol) const;
+    PLCEditDialog *open(const QStandardItem *item)
+    {
+        m_window->select(item);
+        invoke("slotPLCEditFile");
+        return form();
+    }
     PLCEditDialog *form() const { return qobject_cast<PLCEditDialog *>(m_window->form(editPlc)); }
 
     QScopedPointer<Window> m_window;
@@ -59,11 +65,6 @@ void TestPlcSlots::init()
     m_window.reset(new Window);
     m_project = m_window->addProject("plant");
     m_folder = ProjectTree::appendDefinition(m_project, "PLC", QString());
-}
-
-void TestPlcSlots::cleanup()
-{
-    m_window.reset();
 }
 
 void TestPlcSlots::add(const QString &name, const char *manufacturer, const char *protocol)
@@ -91,7 +92,7 @@ QStandardItem *TestPlcSlots::plc(const char *name, const char *manufacturer, con
 void TestPlcSlots::addedPlcHasItsRolesAndIconAndOpens()
 {
     m_window->select(m_folder);
-    add("press 1", "Mitsubishi", "MC-3C");
+    RUN(add("press 1", "Mitsubishi", "MC-3C"));
     QCOMPARE(m_folder->rowCount(), 1);
     const QStandardItem *item = m_folder->child(0);
     QCOMPARE(item->text(), "press 1");
@@ -126,7 +127,7 @@ void TestPlcSlots::addingRefuses()
     const QStringList before = ProjectDump::tree(m_project);
     Messages messages;
     messages.expect();
-    add(name, "Siemens", "S7");
+    RUN(add(name, "Siemens", "S7"));
     QCOMPARE(messages.told(), QStringList(told));
     QCOMPARE(ProjectDump::tree(m_project), before);
     QCOMPARE(m_window->currentItem(), m_folder);
@@ -141,7 +142,7 @@ void TestPlcSlots::otherCasesAndFoldersAreFree()
     Messages messages;
     for (const char *name : {"Meter", "gate", "Meter"}) {
         m_window->select(m_folder);
-        add(QLatin1String(name), "Siemens", "S7");
+        RUN(add(QLatin1String(name), "Siemens", "S7"));
     }
     QCOMPARE(messages.told(), QStringList());
     QCOMPARE(m_folder->rowCount(), 3);
@@ -150,7 +151,7 @@ void TestPlcSlots::otherCasesAndFoldersAreFree()
 void TestPlcSlots::blankNameIsTaken()
 {
     m_window->select(m_folder);
-    add("  ", "Siemens", "S7");
+    RUN(add("  ", "Siemens", "S7"));
     QCOMPARE(m_folder->child(0)->text(), "  ");
 }
 
@@ -180,21 +181,15 @@ void TestPlcSlots::addingToAProjectWithoutFolders()
     auto *bare = new QStandardItem("bare");
     m_window->projectModel()->appendRow(bare);
     m_window->select(bare);
-    add("press", "Omron", "Fins");
+    RUN(add("press", "Omron", "Fins"));
     QCOMPARE(ProjectDump::shape(bare), "bare(press())");
 }
 
 void TestPlcSlots::secondPlcTakesTheTab()
 {
-    QStandardItem *first = plc("one", "Siemens", "S7");
-    QStandardItem *second = plc("two", "Omron", "Fins");
-    m_window->select(first);
-    QVERIFY(invoke("slotPLCEditFile"));
-    const PLCEditDialog *opened = form();
+    const PLCEditDialog *opened = open(plc("one", "Siemens", "S7"));
     QVERIFY(opened);
-    m_window->select(second);
-    QVERIFY(invoke("slotPLCEditFile"));
-    QCOMPARE(form(), opened);
+    QCOMPARE(open(plc("two", "Omron", "Fins")), opened);
     QCOMPARE(m_window->countOf(editPlc), 1);
     QCOMPARE(Window::input<QLineEdit>(opened, "name")->text(), "two");
     QVERIFY(!opened->findChild<QGroupBox *>("fins")->isHidden());
@@ -202,8 +197,7 @@ void TestPlcSlots::secondPlcTakesTheTab()
 
 void TestPlcSlots::tabShowsAndFillsItsDock()
 {
-    m_window->select(plc("one", "Siemens", "S7"));
-    QVERIFY(invoke("slotPLCEditFile"));
+    open(plc("one", "Siemens", "S7"));
     QTRY_VERIFY(form()->isVisible());
     QTRY_COMPARE(form()->size(), form()->parentWidget()->size());
     // The form sizes itself to its groups and yet stays in its place.
@@ -216,8 +210,7 @@ void TestPlcSlots::tabShowsAndFillsItsDock()
 
 void TestPlcSlots::tabOfAnotherFormIsLeftAlone()
 {
-    m_window->select(plc("one", "Siemens", "S7"));
-    QVERIFY(invoke("slotPLCEditFile"));
+    open(plc("one", "Siemens", "S7"));
     ads::CDockWidget *tab = m_window->tab(editPlc);
     delete tab->takeWidget();
     auto *other = new QDialog;
@@ -250,15 +243,13 @@ void TestPlcSlots::tabOpensBesideItsNeighbours()
         {"Edit Project", m_project}};
     m_window->select(items.value(title));
     QVERIFY(invoke(slot.constData()));
-    m_window->select(plc("one", "Siemens", "S7"));
-    QVERIFY(invoke("slotPLCEditFile"));
+    open(plc("one", "Siemens", "S7"));
     QVERIFY(m_window->areas().contains(QStringList({title, editPlc})));
 }
 
 void TestPlcSlots::cancelClosesTheTab()
 {
-    m_window->select(plc("one", "Siemens", "S7"));
-    QVERIFY(invoke("slotPLCEditFile"));
+    open(plc("one", "Siemens", "S7"));
     Window::press(form(), "cancelButton");
     Window::settle();
     QCOMPARE(m_window->countOf(editPlc), 0);
@@ -267,8 +258,7 @@ void TestPlcSlots::cancelClosesTheTab()
 
 void TestPlcSlots::savingTellsTheMessageDock()
 {
-    m_window->select(plc("one", "Siemens", "S7"));
-    QVERIFY(invoke("slotPLCEditFile"));
+    open(plc("one", "Siemens", "S7"));
     Window::press(form(), "saveButton");
     QCOMPARE(m_window->messages(), QStringList("The PLC 'one' is saved successfully."));
     QVERIFY(form()); // it stays open
@@ -301,8 +291,7 @@ void TestPlcSlots::documentFillsThePlc()
 void TestPlcSlots::plcIsNotInTheDocument()
 {
     const QByteArray before = projectDocument(m_project);
-    m_window->select(plc("one", "Siemens", "S7"));
-    QVERIFY(invoke("slotPLCEditFile"));
+    open(plc("one", "Siemens", "S7"));
     Window::press(form(), "saveButton");
     QCOMPARE(projectDocument(m_project), before);
 }

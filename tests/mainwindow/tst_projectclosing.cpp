@@ -1,9 +1,8 @@
+#include "fakebox.h"
 #include "messages.h"
 #include "windowundertest.h"
 
 #include <QCursor>
-#include <QTcpServer>
-#include <QTcpSocket>
 
 using Window = WindowUnderTest;
 
@@ -12,7 +11,7 @@ class tst_ProjectClosing : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_window.reset(); }
 
     void closingAsksSavesAndRemoves();
     void closingWithoutSavingRemoves();
@@ -52,11 +51,6 @@ void tst_ProjectClosing::init()
     QFile::remove("Settings.ini");
     m_folder.reset(new QTemporaryDir);
     m_window.reset(new Window);
-}
-
-void tst_ProjectClosing::cleanup()
-{
-    m_window.reset();
 }
 
 static const QString editProject = "Edit Project";
@@ -152,18 +146,15 @@ void tst_ProjectClosing::closingLeavesMonitoringTabs()
 
 void tst_ProjectClosing::closingEndsTheBoxSession()
 {
-    QTcpServer box;
-    QVERIFY2(box.listen(QHostAddress("127.0.13.1"), 30088), qPrintable(box.errorString()));
+    const FakeBox box("127.0.13.1");
     QStandardItem *project = m_window->addProject("plant");
     m_window->click(Window::addBox(project, "gate", "127.0.13.1"));
-    QTRY_VERIFY(box.hasPendingConnections());
-    const QTcpSocket *session = box.nextPendingConnection();
-    QCOMPARE(session->state(), QAbstractSocket::ConnectedState);
+    QTRY_VERIFY(box.isLinked());
     m_window->select(project);
     Messages messages;
     messages.expect(QMessageBox::No);
     m_window->slotDeleteProject();
-    QTRY_COMPARE(session->state(), QAbstractSocket::UnconnectedState);
+    QTRY_VERIFY(!box.isLinked());
 }
 
 void tst_ProjectClosing::slotCloseProjectSavesAndRemovesNothing()
@@ -236,8 +227,7 @@ void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
 
 void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
 {
-    QTcpServer box;
-    QVERIFY2(box.listen(QHostAddress("127.0.13.1"), 30088), qPrintable(box.errorString()));
+    const FakeBox box("127.0.13.1");
     const QStandardItem *project = m_window->addProject("plant", m_folder->path());
     m_window->click(project);
     m_window->click(Window::addBox(project, "gate", "127.0.13.1"));
@@ -248,8 +238,7 @@ void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
         forms.append(m_window->form(QLatin1String(title)));
         QVERIFY(forms.last());
     }
-    QTRY_VERIFY(box.hasPendingConnections());
-    const QTcpSocket *session = box.nextPendingConnection();
+    QTRY_VERIFY(box.isLinked());
     Messages messages;
     messages.expect(QMessageBox::No);
     QVERIFY(m_window->close());
@@ -257,7 +246,7 @@ void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
     for (const QPointer<QDialog> &form : forms) {
         QVERIFY(!form);
     }
-    QTRY_COMPARE(session->state(), QAbstractSocket::UnconnectedState);
+    QTRY_VERIFY(!box.isLinked());
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 

@@ -12,11 +12,6 @@ using Files::contents;
 
 namespace {
 
-QString S(const char *text)
-{
-    return QString::fromUtf8(text);
-}
-
 // Collects the lines of the debug log while it lives.
 class DebugLines
 {
@@ -54,11 +49,10 @@ struct Texts {
     QString loaded;
 };
 
-const Texts english{S("Open JSON File"), S("JSON Files (*.json)"),
-                    S("Save Successful|JSON data saved to file:\n"),
-                    S("Load Successful|JSON data loaded from file:\n")};
-const Texts chinese{S("打开 JSON 文件"), S("JSON 文件 (*.json)"), S("保存成功|JSON 数据已保存到文件：\n"),
-                    S("加载成功|已从文件加载 JSON 数据：\n")};
+const Texts english{"Open JSON File", "JSON Files (*.json)", "Save Successful|JSON data saved to file:\n",
+                    "Load Successful|JSON data loaded from file:\n"};
+const Texts chinese{"打开 JSON 文件", "JSON 文件 (*.json)", "保存成功|JSON 数据已保存到文件：\n",
+                    "加载成功|已从文件加载 JSON 数据：\n"};
 
 const char document[] = R"({"name": "P", "description": "D", "standards": [
     {"name": "D", "protocol": "DLT645", "datas": [{"slaveAddress": "AA", "protocolVersion": 1, "datas": [
@@ -92,8 +86,8 @@ private slots:
 private:
     void speakChinese() { m_window->CESwitching(); }
     void load(const QString &path, QStringList *asked = nullptr);
-    QString path(const char *name) const { return m_folder->filePath(S(name)); }
-    void put(const char *name, const QByteArray &bytes) const { Files::put(path(name), bytes); }
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    void put(const QString &name, const QByteArray &bytes) const { Files::put(path(name), bytes); }
 
     QScopedPointer<QTemporaryDir> m_folder;
     QScopedPointer<WindowUnderTest> m_window;
@@ -143,8 +137,8 @@ void TestProjectDocument::samplesComeBackByteForByte_data()
     QTest::addColumn<QString>("sample");
     QTest::addColumn<bool>("inChinese");
     for (const char *sample : {"empty", "one-slave", "riverside-substation"}) {
-        QTest::addRow("%s in English", sample) << S(sample) << false;
-        QTest::addRow("%s in Chinese", sample) << S(sample) << true;
+        QTest::addRow("%s in English", sample) << QString::fromLatin1(sample) << false;
+        QTest::addRow("%s in Chinese", sample) << QString::fromLatin1(sample) << true;
     }
 }
 
@@ -157,14 +151,14 @@ void TestProjectDocument::samplesComeBackByteForByte()
     }
     const QString source = QString(TEST_DATA_DIR "/%1.json").arg(sample);
     m_messages->expect();
-    load(source);
+    RUN(load(source));
     QStandardItem *project = m_window->findChild<QStandardItemModel *>()->item(0);
     QVERIFY(project);
     QCOMPARE(project->data(projectPathRole).toString(), QString(TEST_DATA_DIR));
     project->setData(m_folder->path(), projectPathRole);
     m_messages->expect();
     m_window->saveJsonFile(project);
-    QCOMPARE(contents(m_folder->filePath(project->text() + S(".json"))), contents(source));
+    QCOMPARE(contents(m_folder->filePath(project->text() + ".json")), contents(source));
     QCOMPARE(QJsonDocument(m_window->buildProjectJson(project)).toJson(), contents(source));
 }
 
@@ -187,10 +181,10 @@ void TestProjectDocument::eachStepIsLoggedAndTold()
     m_messages->expect();
     m_messages->expect();
     const DebugLines debug;
-    load(path("x.json"), &asked);
+    RUN(load(path("x.json"), &asked));
     m_window->saveProjectAllFile();
     QCOMPARE(debug.taken(),
-             QStringList({S("Project Name: \"P\""), S("Project Description: \"two\\nlines\""),
+             QStringList({"Project Name: \"P\"", "Project Description: \"two\\nlines\"",
                           QString("JSON data saved to file: \"%1\"").arg(path("P.json"))}));
     QCOMPARE(asked, QStringList({texts.dialogTitle, QDir::homePath(), texts.filter}));
     QCOMPARE(m_messages->told(), QStringList({texts.loaded + path("x.json"), texts.saved + path("P.json")}));
@@ -201,11 +195,11 @@ void TestProjectDocument::failuresAreLoggedAlone_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("line");
-    const QString invalid = S("Failed to create valid JSON document");
-    QTest::newRow("cancelled") << QByteArray() << QString() << S("File path is empty.");
-    QTest::newRow("empty") << QByteArray() << S("x.json") << invalid;
-    QTest::newRow("array") << QByteArray("[{\"name\": \"P\"}]") << S("x.json") << invalid;
-    QTest::newRow("no JSON") << QByteArray("name=P") << S("x.json") << invalid;
+    const QString invalid = "Failed to create valid JSON document";
+    QTest::newRow("cancelled") << QByteArray() << QString() << "File path is empty.";
+    QTest::newRow("empty") << QByteArray() << "x.json" << invalid;
+    QTest::newRow("array") << QByteArray("[{\"name\": \"P\"}]") << "x.json" << invalid;
+    QTest::newRow("no JSON") << QByteArray("name=P") << "x.json" << invalid;
 }
 
 void TestProjectDocument::failuresAreLoggedAlone()
@@ -214,16 +208,16 @@ void TestProjectDocument::failuresAreLoggedAlone()
     QFETCH(QString, file);
     QFETCH(QString, line);
     put("x.json", bytes);
-    QStandardItem *project = m_window->addProject(S("P"), path("missing"));
+    QStandardItem *project = m_window->addProject("P", path("missing"));
     const QStringList before = ProjectDump::tree(project);
     const DebugLines debug;
-    load(file.isEmpty() ? file : m_folder->filePath(file));
+    RUN(load(file.isEmpty() ? file : m_folder->filePath(file)));
     QCOMPARE(debug.taken(), QStringList(line));
     m_window->saveJsonFile(project);
     m_window->saveJsonFile(nullptr);
     QCOMPARE(debug.taken().size(), 3);
-    QVERIFY(debug.taken().at(1).startsWith(S("Could not open file for writing: \"")));
-    QCOMPARE(debug.taken().at(2), S("No project selected."));
+    QVERIFY(debug.taken().at(1).startsWith("Could not open file for writing: \""));
+    QCOMPARE(debug.taken().at(2), "No project selected.");
     QCOMPARE(m_messages->told(), QStringList());
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
     QCOMPARE(ProjectDump::tree(project), before);
@@ -243,22 +237,22 @@ void TestProjectDocument::readerSlotsTakeTheWordsOfTheCatalogue()
         m_window->transmitStandardDataToEditDialog(entry("standards", 1), &opcUa);
         m_window->transmitServiceDataToEditDialog(entry("services", 0), &service);
         const auto groups = meter.data(standardDatasRole).value<GroupMap>();
-        return QStringList({groups.value(S("DLT645-1")).value(1).value(1).toString(),
+        return QStringList({groups.value("DLT645-1").value(1).value(1).toString(),
                             opcUa.data(standardAuthenticationRole).toString(),
                             service.data(serviceAuthenticationRole).toString()});
     };
-    QCOMPARE(words(), QStringList({S("A-phase voltage"), S("anonymous"), S("Password")}));
+    QCOMPARE(words(), QStringList({"A-phase voltage", "anonymous", "Password"}));
     speakChinese();
     // The pair "None" and "Password" shows its source text in each language.
-    QCOMPARE(words(), QStringList({CMainWindow::tr("A-phase voltage"), S("匿名"), S("Password")}));
-    QVERIFY(CMainWindow::tr("A-phase voltage") != S("A-phase voltage"));
+    QCOMPARE(words(), QStringList({CMainWindow::tr("A-phase voltage"), "匿名", "Password"}));
+    QVERIFY(CMainWindow::tr("A-phase voltage") != "A-phase voltage");
 }
 
 void TestProjectDocument::otherLanguageCostsLabelsAndAuthenticationOfOpcUaAlone()
 {
     put("x.json", document);
     m_messages->expect();
-    load(path("x.json"));
+    RUN(load(path("x.json")));
     QStandardItem *project = m_window->projectModel()->item(0);
     const QByteArray inEnglish = QJsonDocument(m_window->buildProjectJson(project)).toJson();
     QVERIFY(inEnglish.contains("\"password\": \"p\""));
@@ -279,7 +273,7 @@ void TestProjectDocument::loadedBoxIsUnsetWhereTheDocumentSaysNothing()
 {
     put("x.json", document);
     m_messages->expect();
-    load(path("x.json"));
+    RUN(load(path("x.json")));
     const QStandardItem *project = m_window->projectModel()->item(0);
     const QStandardItem *box = project->child(2)->child(0);
     for (const int role : {boxModelRole, boxAt1Role, boxAt5Role, boxNtpServerRole, boxTimeRole}) {
@@ -296,16 +290,16 @@ void TestProjectDocument::loadedBoxIsUnsetWhereTheDocumentSaysNothing()
 
 void TestProjectDocument::currentItemIsSavedWhateverItIs()
 {
-    QStandardItem *project = m_window->addProject(S("P"), m_folder->path());
+    QStandardItem *project = m_window->addProject("P", m_folder->path());
     const DebugLines debug;
     m_window->projectTree()->setCurrentIndex(QModelIndex());
     m_window->saveProjectFile();
-    QCOMPARE(debug.taken(), QStringList({S("No project selected.")}));
+    QCOMPARE(debug.taken(), QStringList({"No project selected."}));
     m_messages->expect();
     m_window->select(project);
     m_window->saveProjectFile();
     // A Box keeps its model where a project keeps its folder, so a Box is saved there.
-    QStandardItem *box = WindowUnderTest::addBox(project, S("B"), S("10.0.0.1"));
+    QStandardItem *box = WindowUnderTest::addBox(project, "B", "10.0.0.1");
     box->setData(m_folder->path(), boxModelRole);
     m_messages->expect();
     m_window->select(box);
@@ -322,9 +316,9 @@ void TestProjectDocument::loadingWorksAfterTheDocksHaveGone()
     WindowUnderTest::settle();
     QCOMPARE(m_window->projectTree(), nullptr);
     m_messages->expect();
-    load(path("x.json"));
+    RUN(load(path("x.json")));
     QCOMPARE(ProjectDump::shape(m_window->projectModel()->item(0)),
-             S("P(Standard(D() O()) Service(IEC61850()) Box(B()) Data())"));
+             "P(Standard(D() O()) Service(IEC61850()) Box(B()) Data())");
     m_window->saveProjectFile(); // There is no current item.
 }
 

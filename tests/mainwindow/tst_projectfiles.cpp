@@ -6,6 +6,7 @@
 #include "modaldialogs.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "modelwatch.h"
 #include "projectdump.h"
 
 #include <QCursor>
@@ -24,7 +25,7 @@ class TestProjectFiles : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void initTestCase() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
     void init();
     void cleanup();
     void savingTellsThePath();
@@ -61,15 +62,11 @@ private:
     ProjectFiles *m_files = nullptr; // The view's.
 };
 
-void TestProjectFiles::initTestCase()
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-}
-
 void TestProjectFiles::init()
 {
     m_dir.reset(new QTemporaryDir);
     m_model.reset(new QStandardItemModel);
+    watchModel(m_model.data());
     m_view.reset(new QTreeView);
     m_view->setModel(m_model.data());
     m_messages.reset(new Messages);

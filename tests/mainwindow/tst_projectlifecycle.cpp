@@ -17,7 +17,7 @@ class tst_ProjectLifecycle : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_window.reset(); }
 
     void newProjectHasFourFoldersAndOneService();
     void newProjectItemsHaveTheirIcons();
@@ -57,11 +57,6 @@ void tst_ProjectLifecycle::init()
     QFile::remove("Settings.ini");
     m_folder.reset(new QTemporaryDir);
     m_window.reset(new Window);
-}
-
-void tst_ProjectLifecycle::cleanup()
-{
-    m_window.reset();
 }
 
 void tst_ProjectLifecycle::newProjectHasFourFoldersAndOneService()

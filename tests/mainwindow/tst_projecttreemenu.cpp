@@ -11,7 +11,7 @@ class tst_ProjectTreeMenu : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_window.reset(); }
 
     void menuBelongsToTheNode_data();
     void menuBelongsToTheNode();
@@ -69,11 +69,6 @@ void tst_ProjectTreeMenu::init()
     ProjectTree::appendDefinition(servers, "north", QString())->setData("MQTT", serverProtocolRole);
 }
 
-void tst_ProjectTreeMenu::cleanup()
-{
-    m_window.reset();
-}
-
 QStandardItem *tst_ProjectTreeMenu::node(const QString &path) const
 {
     QStandardItem *item = m_window->projectModel()->invisibleRootItem();
@@ -114,12 +109,8 @@ void tst_ProjectTreeMenu::menuBelongsToTheNode_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QStringList>("entries");
-    const auto row = [](const char *path, std::initializer_list<const char *> entries) {
-        QStringList texts;
-        for (const char *entry : entries) {
-            texts.append(QLatin1String(entry));
-        }
-        QTest::newRow(path) << QString::fromLatin1(path) << texts;
+    const auto row = [](const char *path, const QStringList &entries) {
+        QTest::newRow(path) << path << entries;
     };
     row("plant", {"Edit Project", "Close Project", "Save Project"});
     row("plant/Standard", {"Add Standard"});
@@ -208,8 +199,7 @@ void tst_ProjectTreeMenu::entriesLeadToTheirSlots_data()
     QTest::addColumn<QString>("entry");
     QTest::addColumn<QString>("effect");
     const auto row = [](const char *path, const char *entry, const char *effect) {
-        QTest::addRow("%s: %s", path, entry)
-            << QString::fromLatin1(path) << QString::fromLatin1(entry) << QString::fromLatin1(effect);
+        QTest::addRow("%s: %s", path, entry) << path << entry << effect;
     };
     row("plant", "Edit Project", "tab Edit Project");
     row("plant", "Close Project", "box Save Changes");
@@ -268,18 +258,17 @@ void tst_ProjectTreeMenu::clicksOpenTheNodesForm_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("title");
-    QTest::newRow("project") << "plant"
-                             << "Edit Project";
-    QTest::newRow("Standard") << "plant/Standard/bus"
-                              << "Edit Standard";
-    QTest::newRow("Service") << "plant/Service/IEC61850"
-                             << "Edit Service";
-    QTest::newRow("Box") << "plant/Box/gate"
-                         << "Edit Box";
+    const auto row = [](const QString &path, const QString &title = QString()) {
+        QTest::newRow(qPrintable(path)) << path << title;
+    };
+    row("plant", "Edit Project");
+    row("plant/Standard/bus", "Edit Standard");
+    row("plant/Service/IEC61850", "Edit Service");
+    row("plant/Box/gate", "Edit Box");
     for (const char *path :
          {"plant/Standard", "plant/Service", "plant/Box", "plant/Data", "plant/Spare", "plant/Spare/thing",
           "plant/Data/meter", "plant/PLC", "plant/PLC/press", "plant/Server", "plant/Server/north"}) {
-        QTest::newRow(path) << QString::fromLatin1(path) << QString();
+        row(QLatin1String(path));
     }
 }
 

@@ -26,7 +26,7 @@ class tst_ResourceActions : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_window.reset(); }
 
     void addedStandardHasItsRoleAndIcon_data();
     void addedStandardHasItsRoleAndIcon();
@@ -66,11 +66,6 @@ void tst_ResourceActions::init()
 {
     m_window.reset(new Window);
     m_project = m_window->addProject("plant");
-}
-
-void tst_ResourceActions::cleanup()
-{
-    m_window.reset();
 }
 
 void tst_ResourceActions::add(void (CMainWindow::*slot)(), const char *folderText, const QString &name,
@@ -117,7 +112,7 @@ void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
     QCOMPARE(resource->name, "bus");
     QCOMPARE(resource->roles, (QVector<QPair<int, QVariant>>{{standardProtocolRole, protocol}}));
 
-    add(&CMainWindow::standardAddFile, "Standard", "bus", protocol);
+    RUN(add(&CMainWindow::standardAddFile, "Standard", "bus", protocol));
     const QStandardItem *standard = folder("Standard")->child(0);
     QCOMPARE(standard->text(), "bus");
     QCOMPARE(standard->data(standardProtocolRole).toString(), protocol);
@@ -127,14 +122,14 @@ void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
 
 void tst_ResourceActions::addedStandardOpensItsTabAtOnce()
 {
-    add(&CMainWindow::standardAddFile, "Standard", "bus", "Modbus");
+    RUN(add(&CMainWindow::standardAddFile, "Standard", "bus", "Modbus"));
     QCOMPARE(m_window->currentItem(), folder("Standard")->child(0));
     QCOMPARE(m_window->countOf(editStandard), 1);
 }
 
 void tst_ResourceActions::addedBoxHasItsRolesAndOpensItsTab()
 {
-    add(&CMainWindow::boxAddFile, "Box", "gate", nobody);
+    RUN(add(&CMainWindow::boxAddFile, "Box", "gate", nobody));
     QStandardItem *box = folder("Box")->child(0);
     QCOMPARE(box->text(), "gate");
     QCOMPARE(box->data(boxIpRole).toString(), nobody);
@@ -197,7 +192,7 @@ void tst_ResourceActions::addingRefuses()
     const QList<QStringList> areas = m_window->areas();
     Messages messages;
     messages.expect();
-    add(slot, folderText.constData(), name, nobody);
+    RUN(add(slot, folderText.constData(), name, nobody));
     QCOMPARE(messages.told(), QStringList(told));
     QCOMPARE(ProjectDump::tree(m_project), before);
     QCOMPARE(m_window->areas(), areas);
@@ -208,8 +203,8 @@ void tst_ResourceActions::namesOfOtherFoldersAndCasesAreFree()
     Window::addBox(m_project, "abc", nobody);
     Window::addStandard(m_project, "ABC", "Modbus");
     Messages messages;
-    add(&CMainWindow::boxAddFile, "Box", "ABC", nobody);
-    add(&CMainWindow::standardAddFile, "Standard", "abc", "Modbus");
+    RUN(add(&CMainWindow::boxAddFile, "Box", "ABC", nobody));
+    RUN(add(&CMainWindow::standardAddFile, "Standard", "abc", "Modbus"));
     QCOMPARE(messages.told(), QStringList());
     QCOMPARE(ProjectDump::shape(m_project),
              "plant(Standard(ABC() abc()) Service(IEC61850()) Box(abc() ABC()) Data())");

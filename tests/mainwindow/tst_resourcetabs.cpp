@@ -2,6 +2,7 @@
 
 #include "boxes/boxeditdialog.h"
 #include "document/projectreader.h"
+#include "fakebox.h"
 #include "mainwindow/editortabs.h"
 #include "messages.h"
 #include "projectdump.h"
@@ -9,8 +10,6 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTcpServer>
-#include <QTcpSocket>
 
 using Window = WindowUnderTest;
 
@@ -26,7 +25,7 @@ class tst_ResourceTabs : public QObject
     Q_OBJECT
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { m_window.reset(); }
 
     void boxFormShowsTheItem();
     void clickOnAnotherBoxReusesTheTabAndMovesTheSession();
@@ -63,11 +62,6 @@ void tst_ResourceTabs::init()
     m_project = m_window->addProject("plant");
 }
 
-void tst_ResourceTabs::cleanup()
-{
-    m_window.reset();
-}
-
 void tst_ResourceTabs::boxFormShowsTheItem()
 {
     m_window->click(Window::addBox(m_project, "gate", nobody));
@@ -78,40 +72,21 @@ void tst_ResourceTabs::boxFormShowsTheItem()
     QVERIFY(!tab->icon().isNull());
 }
 
-// A Box's end of a session; it only listens.
-struct Listener {
-    explicit Listener(const char *address)
-    {
-        QVERIFY2(server.listen(QHostAddress(QString::fromLatin1(address)), 30088),
-                 qPrintable(server.errorString()));
-    }
-    QTcpSocket *accept()
-    {
-        [&] { QTRY_VERIFY(server.hasPendingConnections()); }();
-        return server.nextPendingConnection();
-    }
-    QTcpServer server;
-};
-
 void tst_ResourceTabs::clickOnAnotherBoxReusesTheTabAndMovesTheSession()
 {
-    Listener firstBox("127.0.13.2");
-    Listener secondBox("127.0.13.3");
+    const FakeBox firstBox("127.0.13.2");
+    const FakeBox secondBox("127.0.13.3");
     const QStandardItem *a = Window::addBox(m_project, "a", "127.0.13.2");
     const QStandardItem *b = Window::addBox(m_project, "b", "127.0.13.3");
     m_window->click(a);
-    const QTcpSocket *firstSession = firstBox.accept();
-    QVERIFY(firstSession);
+    QTRY_VERIFY(firstBox.isLinked());
     const QPointer<BoxEditDialog> form = boxForm();
     form->nameEdit()->setText("typed");
     m_window->click(b);
     QCOMPARE(boxForm(), form.data());
     QCOMPARE(m_window->countOf(editBox), 1);
     QCOMPARE(form->nameEdit()->text(), "b");
-    const QTcpSocket *secondSession = secondBox.accept();
-    QVERIFY(secondSession);
-    QTRY_COMPARE(firstSession->state(), QAbstractSocket::UnconnectedState);
-    QCOMPARE(secondSession->state(), QAbstractSocket::ConnectedState);
+    QTRY_VERIFY(secondBox.isLinked() && !firstBox.isLinked());
 }
 
 void tst_ResourceTabs::saveInAReboundTabReportsTheBoxsOwnName()
@@ -171,12 +146,11 @@ void tst_ResourceTabs::cancelClosesTheTabAndLeavesTheItem()
 
 void tst_ResourceTabs::closedBoxTabEndsItsSession()
 {
-    Listener box("127.0.13.4");
+    const FakeBox box("127.0.13.4");
     m_window->click(Window::addBox(m_project, "a", "127.0.13.4"));
-    const QTcpSocket *session = box.accept();
-    QVERIFY(session);
+    QTRY_VERIFY(box.isLinked());
     m_window->tab(editBox)->closeDockWidget();
-    QTRY_COMPARE(session->state(), QAbstractSocket::UnconnectedState);
+    QTRY_VERIFY(!box.isLinked());
 }
 
 void tst_ResourceTabs::boxReportsReachTheTree()
@@ -299,16 +273,7 @@ void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime()
     m_window->click(item);
     m_window->click(item);
     m_window->click(item);
-    QCOMPARE(m_window->countOf(title), 3);
-    QCOMPARE(m_window->tabs(title).size(), 0);
-    const QList<ads::CDockWidget *> docks = m_window->dockManager()->findChildren<ads::CDockWidget *>();
-    for (const ads::CDockWidget *dock : docks) {
-        if (dock->windowTitle() == title) {
-            QVERIFY(!dock->widget());
-            QVERIFY(dock->icon().isNull());
-            QVERIFY(!dock->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
-        }
-    }
+    RUN(m_window->compareEmptyTabs(title, 3));
 }
 
 void tst_ResourceTabs::loadedDidoStandardOpensAnEmptyTab()

@@ -4,8 +4,9 @@
 #include "mainwindow/cmainwindow.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
+#include "modelwatch.h"
+#include "run.h"
 
-#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QDialog>
 #include <QLineEdit>
@@ -25,8 +26,7 @@ class WindowUnderTest : public CMainWindow
 public:
     WindowUnderTest()
     {
-        new QAbstractItemModelTester(projectModel(), QAbstractItemModelTester::FailureReportingMode::QtTest,
-                                     projectModel());
+        watchModel(projectModel());
         CESwitching();
         show();
     }
@@ -91,6 +91,21 @@ public:
     QStringList messages() const
     {
         return messageEditor()->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    }
+
+    // So many empty tabs of the title stand in areas, and none that has a form.
+    void compareEmptyTabs(const QString &title, int count) const
+    {
+        QCOMPARE(countOf(title), count);
+        QCOMPARE(tabs(title).size(), 0);
+        const QList<ads::CDockWidget *> docks = dockManager()->findChildren<ads::CDockWidget *>();
+        for (const ads::CDockWidget *dock : docks) {
+            if (dock->windowTitle() == title) {
+                QVERIFY(!dock->widget());
+                QVERIFY(dock->icon().isNull());
+                QVERIFY(!dock->features().testFlag(ads::CDockWidget::DockWidgetDeleteOnClose));
+            }
+        }
     }
 
     static void settle() { DockAreas::settle(); }

@@ -1,23 +1,10 @@
+#include "language.h"
 #include "monitoringtest.h"
 
 #include <QPointer>
 #include <QTabBar>
-#include <QTranslator>
 
-namespace {
-
-// A catalogue of this test's own, with a word in front of each text of the main window.
-class MarkingTranslator : public QTranslator
-{
-public:
-    bool isEmpty() const override { return false; }
-    QString translate(const char *context, const char *source, const char *, int) const override
-    {
-        return qstrcmp(context, "CMainWindow") == 0 ? QString("zh ") + QLatin1String(source) : QString();
-    }
-};
-
-} // namespace
+#include <memory>
 
 // What a report does to the tree and to the tabs.
 class TestMonitoringView : public MonitoringTest
@@ -294,8 +281,7 @@ void TestMonitoringView::followsTheLanguage()
 {
     const QJsonArray datas{point("a", "1"), point("b", "1", "0"), point("c", "1", "x")};
     QTableWidget *shown = showPoints(datas);
-    MarkingTranslator translator;
-    QCoreApplication::installTranslator(&translator);
+    auto language = std::make_unique<Language>("zh ");
     receive(datas);
     QCOMPARE(column(shown, 4), QStringList({"zh Effective", "zh Invalid", "zh Unknown"}));
     QCOMPARE(shown->horizontalHeaderItem(5)->text(), "zh Update Time");
@@ -303,7 +289,7 @@ void TestMonitoringView::followsTheLanguage()
     QCOMPARE(dataFolder()->text(), "Data");
     const QVariantList rows = dataFolder()->child(0)->data(dataRowsRole).toList();
     QCOMPARE(rows.at(0).toMap().value("valid").toString(), "1");
-    QCoreApplication::removeTranslator(&translator);
+    language.reset();
     receive(datas);
     QCOMPARE(shown->horizontalHeaderItem(5)->text(), "Update Time");
 }

@@ -74,7 +74,7 @@ class TestDeaths : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void initTestCase() { QGuiApplication::setQuitOnLastWindowClosed(false); }
     void init();
     void cleanup();
 
@@ -98,11 +98,6 @@ private:
     QStandardItem *m_first = nullptr;
     QStandardItem *m_second = nullptr;
 };
-
-void TestDeaths::initTestCase()
-{
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-}
 
 void TestDeaths::init()
 {
@@ -223,10 +218,7 @@ void TestDeaths::anythingMayGoAtAnyMoment()
     QFETCH(QByteArray, moment);
     QFETCH(QByteArray, death);
     for (int time = 0; time < rehearsals(1); ++time) {
-        rehearse(moment, death);
-        if (QTest::currentTestFailed()) {
-            return;
-        }
+        RUN(rehearse(moment, death));
     }
 }
 
@@ -234,7 +226,7 @@ void TestDeaths::rehearse(const QByteArray &moment, const QByteArray &death)
 {
     open();
     const QPointer<BoxEditDialog> before = form();
-    reach(moment, [this, death] { strike(death); });
+    RUN(reach(moment, [this, death] { strike(death); }));
     Window::settle();
     const bool survives = death == "other Box clicked" || death == "connected again"
         || death == "disconnected" || death == "link cut by the Box";

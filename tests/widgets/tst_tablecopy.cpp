@@ -1,3 +1,4 @@
+#include "tablerow.h"
 #include "widgets/tablecopy.h"
 
 #include <QAction>
@@ -91,16 +92,11 @@ void TestTableCopy::breaksAndTabsDoNotTearTheLines_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("copied");
-    QTest::newRow("line feed and tab") << "one\ntwo\tthree"
-                                       << "one two three";
-    QTest::newRow("carriage return") << "one\rtwo"
-                                     << "one two";
-    QTest::newRow("both are one line break") << "one\r\ntwo"
-                                             << "one two";
-    QTest::newRow("two line breaks") << "one\n\ntwo"
-                                     << "one  two";
-    QTest::newRow("separators of Unicode") << "one\u2028two\u2029three"
-                                           << "one two three";
+    tableRow("line feed and tab", "one\ntwo\tthree", "one two three");
+    tableRow("carriage return", "one\rtwo", "one two");
+    tableRow("both are one line break", "one\r\ntwo", "one two");
+    tableRow("two line breaks", "one\n\ntwo", "one  two");
+    tableRow("separators of Unicode", "one\u2028two\u2029three", "one two three");
 }
 
 void TestTableCopy::breaksAndTabsDoNotTearTheLines()
