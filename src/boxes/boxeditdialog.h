@@ -32,7 +32,7 @@ public:
     void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_upload->setTimeouts(timeouts); }
 
 public slots:
-    // This one, clearData() and replaceItem() stand here for the order of the slots, which is fixed.
+    // This one, clearData() and replaceItem() are declared here for the order of the slots, which is fixed.
     void saveChanges() override { DefinitionForm::saveChanges(); }
     // Ends the session, if there is one.
     void disconnectFromServer();

@@ -81,7 +81,7 @@ void BoxSearchDialog::tellEnd()
     if (m_list->count() == 0) {
         Tell::information(this, tr("No Devices Found"), tr("No devices were found during the search."));
     }
-    // Compat: one text for both outcomes. The dialog may have died while the message stood: no member is
+    // Compat: one text for both outcomes. The dialog may have died while the message was open: no member is
     // touched here.
     logToFile(QStringLiteral("BoxSearchDialog: search timeout, no devices found."));
 }

@@ -8,7 +8,7 @@
 // messages, what became of a write or of the reboot.
 //
 // Lives in the GUI thread. May be deleted at any time, also while connected, but not from a slot that one of
-// its own signals calls, nor while such a message stands: dispose() may. Tells nothing while it is deleted.
+// its own signals calls, nor while such a message is open: dispose() may. Tells nothing while it is deleted.
 class Protocol : public QObject
 {
     Q_OBJECT

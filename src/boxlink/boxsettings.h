@@ -6,7 +6,7 @@
 #include <variant>
 
 // One record for each group of a Box's settings. The fields are the keys on the wire, in the wire's order,
-// and hold the text as it stands there.
+// and hold the text as it is there.
 struct LanSettings {
     QString lanIp;
     QString lanMask;

@@ -31,7 +31,7 @@ enum class PlcGroup {
     Delta,
 };
 
-// What the system can talk to. All strings are stored in projects as they stand here, so none is translated.
+// What the system can talk to. All strings are stored in projects as they are here, so none is translated.
 namespace PlcCatalogue {
 
 // A protocol of a manufacturer.

@@ -19,7 +19,7 @@ void transmitServiceData(const QJsonObject &service, QStandardItem *item);
 void transmitBoxData(const QJsonObject &box, QStandardItem *item);
 
 // Puts a document into the model and returns its project item. A top-level item of the document's name is
-// filled as it stands, keeping its path and description; otherwise a project with this folder as its path is
+// filled as it is, keeping its path and description; otherwise a project with this folder as its path is
 // appended. Missing folders are made, then each definition is filled by name: the first child of that name,
 // or a new one. So an open project is merged with the document, and entries of one name end up in one item.
 QStandardItem *loadProject(QStandardItemModel &model, const QJsonObject &root, const QString &folderPath);

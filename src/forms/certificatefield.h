@@ -12,7 +12,7 @@ class QPushButton;
 class QStandardItem;
 
 // A certificate or key in a form: the path of its file, shown only, and "Select", which reads the file. The
-// item keeps the path and the content that was read from there. Its texts stand in the shared context
+// item keeps the path and the content that was read from there. Its texts are in the shared context
 // CertificateField.
 class CertificateField : public QWidget, public FormPart
 {

@@ -8,8 +8,8 @@ class QPushButton;
 class QVBoxLayout;
 class Workspace;
 
-// Base of the forms that edit a definition of the tree: what a form is made of stands in its list of parts,
-// which show the item, write it and are cleared in this order. "Save" and "Cancel" stand below a page that
+// Base of the forms that edit a definition of the tree: what a form is made of is in its list of parts,
+// which show the item, write it and are cleared in this order. "Save" and "Cancel" are below a page that
 // scrolls. Saving checks nothing and leaves the form open.
 class DefinitionForm : public EditForm
 {

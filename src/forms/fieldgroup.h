@@ -75,7 +75,7 @@ public:
     int labelWidth() const;
     // Makes every label at least that wide.
     void setLabelWidth(int width);
-    // Makes all labels of these groups as wide as the widest, so that the fields stand in one line.
+    // Makes all labels of these groups as wide as the widest, so that the fields are in one line.
     static void align(const QVector<FieldGroup *> &groups);
 
     QString translated(const char *source) const;

@@ -44,7 +44,7 @@ class ListField : public FormField
 public:
     ListField(FieldGroup &group, int role, const char *name, const QString &label);
 
-    // Appends entries as they stand; those of one text are separated by blanks.
+    // Appends entries as they are; those of one text are separated by blanks.
     ListField *entries(const QStringList &entries);
     ListField *entries(const char *entries);
     // Selected in place of the first entry where the role's text is not among the entries.
@@ -71,7 +71,7 @@ private:
 
 // A choice of a CodedField: what is shown and what is stored.
 struct Choice {
-    const char *text; // source text in UTF-8, shown as it stands where the catalogue does not have it
+    const char *text; // source text in UTF-8, shown as it is where the catalogue does not have it
     QVariant code;
 };
 

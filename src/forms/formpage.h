@@ -28,7 +28,7 @@ Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString
 QPushButton *appendDialogButtons(QBoxLayout *layout, const QString &okText, const QString &cancelText);
 // Puts a widget between the label and the field of a row, also in the tab order.
 void putBeforeField(QFormLayout *form, int row, QWidget *widget);
-// Puts the inputs of a page behind a widget in the tab order: what is made after its form stands last
+// Puts the inputs of a page behind a widget in the tab order: what is made after its form comes last
 // otherwise, behind the confirming buttons or even the rest of the window.
 void orderBehind(QWidget *previous, const QWidget *page);
 

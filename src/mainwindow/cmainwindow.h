@@ -46,7 +46,7 @@ public:
     }
 
     // Shows the rows of a node under "Data" in the monitoring tab of that name, which is made if need be; a
-    // time that is not empty stands in for the rows' own.
+    // time that is not empty replaces the rows' own.
     void showDataInTable(QStandardItem *item, const QString &time, const QString &plcName);
 
     // The only store of project data: one top-level row a project.

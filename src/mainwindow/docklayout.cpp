@@ -47,7 +47,7 @@ DockLayout::DockLayout(QMainWindow *window)
     m_manager = new ads::CDockManager(window);
     Docking::setFloatingToolBarStyle(m_manager);
     DockStyle::install(m_manager, window->palette());
-    // A restored layout stands in new splitters.
+    // A restored layout has new splitters.
     connect(m_manager, &ads::CDockManager::stateRestored, this, &DockLayout::keepTreeWidth);
 }
 

@@ -16,7 +16,7 @@ class DormantDocks : public QObject
 {
     Q_OBJECT
 public:
-    // The window owns this, and questions stand over it. The manager may die first; then no dock is made.
+    // The window owns this, and questions are shown over it. The manager may die first; then no dock is made.
     DormantDocks(ads::CDockManager *manager, QWidget *window);
 
     // These return the new dock, which is to be closed where its closeRequested() leads, or null.

@@ -28,7 +28,7 @@ public:
     virtual bool isOpen(const QWidget *open) const = 0;
     // Points the open form, which is of this class, at another item.
     virtual void rebind(QWidget *open, QStandardItem *item) const = 0;
-    // Connections of a new form beyond those that close its tab; its warnings stand over the window.
+    // Connections of a new form beyond those that close its tab; its warnings are shown over the window.
     virtual void connectTab(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window) const
     {
         Q_UNUSED(form)

@@ -22,7 +22,7 @@ public:
         LeaveUnasked, // there was no project to ask about
     };
 
-    // Questions stand over the window, which owns this. The tree may die first.
+    // Questions are shown over the window, which owns this. The tree may die first.
     ProjectLifecycle(QStandardItemModel *model, QTreeView *tree, EditorTabs *tabs, ProjectFiles *files,
                      QWidget *window);
 

@@ -4,7 +4,7 @@
 
 class QTranslator;
 
-// The texts of the window's collaborators, which stand in its own part of the catalogue.
+// The texts of the window's collaborators, which are in its own part of the catalogue.
 struct WindowText {
     Q_DECLARE_TR_FUNCTIONS(CMainWindow)
 public:

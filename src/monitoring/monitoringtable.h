@@ -12,7 +12,7 @@ enum Column { Name, Addr, DataType, Value, Valid, UpdateTime, ColumnCount };
 
 // Brings the table in line with the rows: points that it has get their new texts, new ones are added, those
 // that the rows do not hold are removed. Of rows with the same name the last counts. A time that is not
-// empty stands in for the rows' "updateTime". Takes time linear in the rows, but for the sorting.
+// empty replaces the rows' "updateTime". Takes time linear in the rows, but for the sorting.
 void update(QTableWidget *table, const QVariantList &rows, const QString &time);
 
 // Whether the row of the index holds a value that the Box calls valid.

@@ -26,7 +26,7 @@ public:
 
     // Shows the rows of a node under "Data" in the tab plcName, which is made if need be. The rows are
     // QVariantMaps of the texts name, addr, dataType, value, valid ("1", "0" or anything else) and
-    // updateTime; a time that is not empty stands in for the rows' own.
+    // updateTime; a time that is not empty replaces the rows' own.
     void showData(QStandardItem *item, const QString &time, const QString &plcName);
 
     // Brings the first tab with this text to the front, if there is one.

@@ -44,7 +44,7 @@ bool passes(ParameterCell cell, const QStringList &choices, const QString &field
     }
 }
 
-// The first column whose field does not pass; what stands behind it goes untested.
+// The first column whose field does not pass; what is behind it is not looked at.
 std::optional<int> badColumn(const QStringList &fields, const ParameterVariant &variant,
                              const QList<QStringList> &choices)
 {

@@ -25,7 +25,7 @@ bool ParameterRules::isThreshold(const QString &text)
 {
     bool number = false;
     const double value = text.trimmed().toDouble(&number);
-    // Compat: "nan" is a number here and not negative, so that it stands; "inf" does, too.
+    // Compat: "nan" is a number here and not negative, so that it is taken; so is "inf".
     return number && !(value < 0);
 }
 

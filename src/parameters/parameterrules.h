@@ -15,7 +15,7 @@ bool isCount(const QString &text);
 bool isThreshold(const QString &text);
 
 // What is wrong with the text of an address, a name, an amplitude or a formula: source text, with %1 for the
-// one-based row. Null for a text that may stand, as an empty one always may.
+// one-based row. Null for a text that may stay, as an empty one always may.
 const char *faultOf(const ParameterVariant &variant, ParameterCell cell, const QString &text);
 
 // The first row but one that has this name, or -1.

@@ -29,7 +29,7 @@ struct ParameterColumn {
 };
 
 // What differs between the tables of a PLC, of a Modbus tab and of the Standards that have rows without tabs.
-// Source texts stand in the shared context ParameterTable and are looked up in that of the form.
+// Source texts are in the shared context ParameterTable and are looked up in that of the form.
 struct ParameterVariant {
     QVector<ParameterColumn> columns;
     const char *form = nullptr; // class name: context of the texts, and the prefix of the activity log

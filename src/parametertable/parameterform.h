@@ -25,7 +25,7 @@ public slots:
     // Compat: removes the current row, also when the button of another row was pressed.
     void removeParameter();
     void removeAllParameters();
-    // Replaces the rows of the current table; says in a message box when there is none.
+    // Replaces the rows of the current table; tells when there is none.
     void loadParameters(const QList<QVariantList> &rows);
     // Both do nothing where the variant has no CSV.
     void importParameters();
@@ -79,12 +79,12 @@ private:
 
     void tell(const char *source, int row);
     void warn(const char *title, const char *source);
-    // For the editors, whose message boxes take the focus and so end another editing: says nothing, and
-    // returns false, while such a box stands. The editor may be gone afterwards.
+    // For the editors, whose messages take the focus and so end another editing: says nothing, and
+    // returns false, while such a message is open. The editor may be gone afterwards.
     bool warnOnce(const char *source);
 
     const ParameterVariant &m_variant;
-    bool m_warning = false; // a message box of warnOnce() stands
+    bool m_warning = false; // a message of warnOnce() is open
     // Receives for the checks: hiding the form ends an editing, and at the form's end that is too late.
     QObject m_checks;
 };

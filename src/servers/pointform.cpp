@@ -50,7 +50,7 @@ void PointForm::handleImportedData(const QList<QJsonObject> &points, const QStri
         if (!hasPoint(view->model(), leading)) {
             appendPoint(leading, point);
         } else if (m_points.tellsDuplicates) {
-            // Compat: without the two names, since a blank behind each "%" has the text shown as it stands.
+            // Compat: without the two names, since a blank behind each "%" has the text shown as it is.
             appendMessage(translated(QT_TRANSLATE_NOOP(
                 "PointForm", "The data with device name '% 2' and variable name '% 1' already exists.")));
         }
@@ -63,7 +63,7 @@ void PointForm::showContextMenu(const QPoint &pos)
     if (!view) {
         return;
     }
-    // Without a parent: the form may be closed while it stands.
+    // Without a parent: the form may be closed while it is open.
     QMenu menu(translated(QT_TRANSLATE_NOOP("PointForm", "Context menu")));
     connect(menu.addAction(translated(QT_TRANSLATE_NOOP("PointForm", "Import Data Points"))),
             &QAction::triggered, this, &PointForm::importDataPoints);

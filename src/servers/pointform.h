@@ -8,7 +8,7 @@
 class QAbstractItemModel;
 class QTableView;
 
-// Base of the Server forms with data points: below the fields stand tables of points, whose context menu
+// Base of the Server forms with data points: below the fields are tables of points, whose context menu
 // imports points and deletes them. The leading cells of a row tell its point from the others.
 class PointForm : public ServerForm
 {

@@ -12,7 +12,7 @@ protected:
 
     // The rows of the page; a form's constructor adds them.
     FieldGroup &fields() { return m_fields; }
-    // Where a form adds what stands below its fields.
+    // Where a form adds what is below its fields.
     QVBoxLayout *page() const { return m_page; }
     // Shows the page, which is complete by now, in these parts.
     void setParts(const QVector<FormPart *> &parts);

@@ -21,7 +21,7 @@ public:
     // The protocols of the Servers that the folder has already.
     void setExistingProtocols(const QStringList &protocols) { m_existingProtocols = protocols; }
 
-    // Also what stands in an input that the chosen protocol hides.
+    // Also what is in an input that the chosen protocol hides.
     QString name() const;
     QString description() const;
     // The key, whatever the list shows.

@@ -103,7 +103,7 @@ QWidget *ServerSL651EditDialog::makeCodeCell(const QString &code, QWidget *paren
     if (element >= 0) {
         list->setCurrentIndex(element);
     } else {
-        list->setCurrentText(code); // which normally is no label either, so that the first stands
+        list->setCurrentText(code); // which normally is no label either, so that the first is shown
     }
     list->setToolTip(list->currentText()); // often longer than its column
     connect(list, &QComboBox::currentTextChanged, list, &QWidget::setToolTip);

@@ -110,7 +110,7 @@ void ServiceIEC61850EditDialog::addClients(QFormLayout *form)
         m_clients.append(
             addCertificate(form, Kind::Certificate, tr(clientLabels[client]), pathRole, pathRole + 1));
     }
-    // Compat: the last client empties the roles of the one before it, a slip of one that stands.
+    // Compat: the last client empties the roles of the one before it.
     m_clients.last()->emptyInstead(m_clients.at(clients - 2));
 }
 

@@ -15,7 +15,7 @@ public:
     standardCustomPollEditDialog(QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
 
 public slots:
-    // A row's list "HEX" stands on the entry with that index, the first being hexadecimal digits: only these
+    // A row's list "HEX" has the entry with that index, the first being hexadecimal digits: only these
     // may have a CRC.
     void onCRCComboBoxChanged(int index, QComboBox *crcComboBox);
     // The same; what may be typed as data changes as well, so the data are cleared.

@@ -45,7 +45,7 @@ QWidget *StandardFields::makeTriggerRow(FieldGroup &fields, QWidget *parent)
         .add<TextField>(standardCollectionIntervalRole,
                         QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"))
         ->check(integerValidator);
-    // The list stands between the label and the period; its one entry is not stored.
+    // The list is between the label and the period; its one entry is not stored.
     auto *trigger = new QComboBox(row);
     trigger->setObjectName(QStringLiteral("trigger"));
     trigger->addItem(fields.translated(QT_TRANSLATE_NOOP("StandardFields", "Timed Loops")));

@@ -21,7 +21,7 @@ standardInputDialog::standardInputDialog(QWidget *parent)
     setMinimumWidth(360);
     m_name->setObjectName(QStringLiteral("name"));
     m_protocol->setObjectName(QStringLiteral("protocol"));
-    // Names of protocols are data: they are stored in the item as they stand here.
+    // Names of protocols are data: they are stored in the item as they are here.
     m_protocol->addItems({Protocols::dlt645, Protocols::modbus});
 
     auto *layout = new QVBoxLayout(this);

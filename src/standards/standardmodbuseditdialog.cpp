@@ -101,7 +101,7 @@ void standardModbusEditDialog::alignFields(const QWidget *identity)
     const auto inset = [](const QWidget *box) {
         return box->contentsMargins().left() + box->layout()->contentsMargins().left();
     };
-    // The frames of the two groups stand furthest in; the labels of the others make up for it.
+    // The fields in the two frames begin furthest in; the labels of the others make up for it.
     m_fieldColumn = widest + inset(m_network.box());
     m_identity.setLabelWidth(m_fieldColumn - inset(identity));
     m_network.setLabelWidth(widest);

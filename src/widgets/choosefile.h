@@ -3,7 +3,7 @@
 class QString;
 class QWidget;
 
-// Unlike QFileDialog's own static functions these survive the death of the parent while the dialog stands,
+// Unlike QFileDialog's own static functions these survive the death of the parent while the dialog is open,
 // and return an empty text then, as for a cancelled dialog. Each begins in the folder.
 
 // The path of an existing file that the user chooses.
