@@ -251,7 +251,7 @@ void TestBoxEditDialog::savesAllFieldsAndSaysSo()
     m_form->saveChanges();
     QMap<int, QVariant> expected = fullRoles();
     expected[boxWifiOnOffRole] = "off";
-    QCOMPARE(rolesOf(other), expected);
+    QCOMPARE(inputRolesOf(other), expected);
     QCOMPARE(m_workspace->messages, QStringList("The box 'Gate 1' is saved successfully."));
     QCOMPARE(log.events(), QStringList("BoxEditDialog: save"));
     QVERIFY(m_form);
@@ -259,7 +259,7 @@ void TestBoxEditDialog::savesAllFieldsAndSaysSo()
 
 void TestBoxEditDialog::savesWithoutMainWindow()
 {
-    m_form = new BoxEditDialog(m_item.get(), nullptr);
+    m_form = new BoxEditDialog(m_item, nullptr);
     m_form->nameEdit()->setText("alone");
     m_form->saveChanges();
     QCOMPARE(m_item->text(), "alone");
@@ -268,26 +268,26 @@ void TestBoxEditDialog::savesWithoutMainWindow()
 void TestBoxEditDialog::openingLeavesTheItemAlone()
 {
     QStandardItem bare("bare");
-    const auto before = rolesOf(bare);
-    m_form = new BoxEditDialog(&bare, m_workspace.get());
-    QCOMPARE(rolesOf(bare), before);
+    const auto before = inputRolesOf(bare);
+    m_form = new BoxEditDialog(&bare, m_workspace);
+    QCOMPARE(inputRolesOf(bare), before);
 }
 
 void TestBoxEditDialog::replacedItemIsShownAndLteComesFromIt()
 {
     QStandardItem bare("bare");
-    m_form = new BoxEditDialog(&bare, m_workspace.get());
+    m_form = new BoxEditDialog(&bare, m_workspace);
     const Protocol *session = m_form->protocol();
     m_item->setData("off", boxLteOnOffRole);
     const LogTail log("BoxEditDialog");
-    m_form->replaceItem(m_item.get());
+    m_form->replaceItem(m_item);
     QMap<int, QVariant> expected = fullRoles();
     expected[boxLteOnOffRole] = "off";
     QCOMPARE(shownRoles(), expected);
     QCOMPARE(m_form->protocol(), session);
     QCOMPARE(log.events(), QStringList("BoxEditDialog: replace"));
     m_form->saveChanges();
-    QCOMPARE(rolesOf(*m_item), expected);
+    QCOMPARE(inputRolesOf(*m_item), expected);
     QCOMPARE(bare.text(), "bare");
 }
 
@@ -330,7 +330,7 @@ void TestBoxEditDialog::clearDataEmptiesTheForm()
     expected[boxWifiOnOffRole] = "on";
     expected[boxLteOnOffRole] = "on";
     QCOMPARE(shownRoles(), expected);
-    QCOMPARE(rolesOf(*m_item).value(boxLanIpRole), fullRoles().value(boxLanIpRole));
+    QCOMPARE(inputRolesOf(*m_item).value(boxLanIpRole), fullRoles().value(boxLanIpRole));
 }
 
 void TestBoxEditDialog::localTimeTicks()

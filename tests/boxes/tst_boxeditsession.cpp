@@ -169,7 +169,7 @@ void TestBoxEditSession::offlineIsToldInTheMessageDock()
     QCOMPARE(m_workspace->messages,
              QStringList("!!!No communication for 30 seconds. Connection may be lost.!!!"));
     delete m_form;
-    m_form = new BoxEditDialog(m_item.get(), nullptr);
+    m_form = new BoxEditDialog(m_item, nullptr);
     emit m_form->protocol()->offlineOccurred();
 }
 

@@ -29,7 +29,7 @@ public:
     }
 
 private slots:
-    void init();
+    void init() override;
 
     void projectIsPushed();
     void projectPushNeedsAProject();
@@ -120,7 +120,7 @@ void TestBoxEditTransfer::projectPushNeedsAProject()
     QTest::ignoreMessage(QtDebugMsg, "No project selected.");
     m_form->updateProject();
     delete m_form;
-    m_form = new BoxEditDialog(m_item.get(), nullptr);
+    m_form = new BoxEditDialog(m_item, nullptr);
     QTest::ignoreMessage(QtDebugMsg, "No project selected.");
     m_form->updateProject();
     QCOMPARE(m_workspace->messages, QStringList());

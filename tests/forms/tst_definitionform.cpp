@@ -4,9 +4,6 @@
 
 #include <QLabel>
 #include <QPointer>
-#include <QPushButton>
-#include <QScrollArea>
-#include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QtTest>
 
@@ -75,7 +72,6 @@ private slots:
     void itemMayLeaveWhileAPartIsSaved();
     void otherItemMayComeWhileAPartIsSaved();
     void savingWithoutItsNodeDoesNothing();
-    void buttonsStandBelowThePageAndCancelRejects();
     void writesItsLifeToTheLog();
 
 private:
@@ -155,19 +151,6 @@ void TestDefinitionForm::savingWithoutItsNodeDoesNothing()
     form.saveChanges();
     QCOMPARE(m_notes, QStringList());
     QCOMPARE(m_workspace.messages, QStringList());
-}
-
-void TestDefinitionForm::buttonsStandBelowThePageAndCancelRejects()
-{
-    NotingForm form(&m_notes, m_model.item(0));
-    form.show();
-    const auto *page = form.findChild<QScrollArea *>();
-    QCOMPARE(form.saveButton()->objectName(), "saveButton");
-    QVERIFY(form.saveButton()->geometry().top() >= page->geometry().bottom());
-    const QSignalSpy rejected(&form, &QDialog::rejected);
-    form.findChild<QPushButton *>("cancelButton")->click();
-    QCOMPARE(rejected.size(), 1);
-    QVERIFY(form.isVisible());
 }
 
 void TestDefinitionForm::writesItsLifeToTheLog()

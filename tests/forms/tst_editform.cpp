@@ -1,10 +1,8 @@
-#include "messages.h"
+#include "formtest.h"
 #include "model/itemroles.h"
-#include "projectdump.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
-#include "workspacefake.h"
 
 #include <QBoxLayout>
 #include <QCheckBox>
@@ -13,19 +11,22 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QStandardItem>
 #include <QTableWidget>
-#include <QtTest>
 
 #include <algorithm>
 
 // What all edit forms promise to the keyboard and the eye, checked on each of them inside a window.
-class TestEditForm : public QObject
+class TestEditForm : public FormTest
 {
     Q_OBJECT
+public:
+    TestEditForm()
+        : FormTest("Edited", Qt::UserRole, QString())
+    {
+    }
 private slots:
-    void init();
-    void cleanup();
+    void init() override;
+    void cleanup() override;
     void noButtonIsPressedByEnter_data() { forms(); }
     void noButtonIsPressedByEnter();
     void enterPressesNoDefaultButtonEither();
@@ -44,10 +45,7 @@ private:
     EditForm *open();
     QList<QWidget *> inputs(const EditForm *form) const;
 
-    QStandardItem *m_item = nullptr;
-    WorkspaceFake *m_workspace = nullptr;
-    Messages *m_messages = nullptr;
-    QWidget *m_window = nullptr;
+    std::unique_ptr<QWidget> m_window;
 };
 
 namespace {
@@ -73,18 +71,14 @@ bool takesTab(const QWidget *widget)
 
 void TestEditForm::init()
 {
-    m_item = new QStandardItem("Edited");
-    m_workspace = new WorkspaceFake;
-    m_messages = new Messages;
-    m_window = new QWidget;
+    FormTest::init();
+    m_window = std::make_unique<QWidget>();
 }
 
 void TestEditForm::cleanup()
 {
-    delete m_window;
-    delete m_messages;
-    delete m_workspace;
-    delete m_item;
+    m_window.reset();
+    FormTest::cleanup();
 }
 
 void TestEditForm::forms()
@@ -100,19 +94,19 @@ EditForm *TestEditForm::open()
 {
     QFETCH(QString, kind);
     EditForm *form = nullptr;
-    auto *layout = new QVBoxLayout(m_window);
+    auto *layout = new QVBoxLayout(m_window.get());
     if (kind == QLatin1String("service")) {
         m_item->setData(true, serviceEnableSslRole);
         m_item->setData(true, serviceIsVerifyClientCertRole);
-        form = new ServiceIEC61850EditDialog(m_item, m_workspace, m_window);
+        form = new ServiceIEC61850EditDialog(m_item, m_workspace, m_window.get());
     } else if (kind == QLatin1String("DLT645")) {
-        form = new standardDLT645EditDialog(m_item, m_workspace, m_window);
+        form = new standardDLT645EditDialog(m_item, m_workspace, m_window.get());
     } else {
         m_item->setData(kind, standardModbusModeRole);
-        form = new standardModbusEditDialog(m_item, m_workspace, m_window);
+        form = new standardModbusEditDialog(m_item, m_workspace, m_window.get());
     }
     layout->addWidget(form);
-    layout->addWidget(new QLineEdit(m_window)); // something of another dock
+    layout->addWidget(new QLineEdit(m_window.get())); // something of another dock
     m_window->resize(640, 1700);
     m_window->show();
     QCoreApplication::processEvents();
@@ -151,7 +145,7 @@ void TestEditForm::noButtonIsPressedByEnter()
 
 void TestEditForm::enterPressesNoDefaultButtonEither()
 {
-    EditForm form(m_window);
+    EditForm form(m_window.get());
     QLineEdit edit(&form);
     QPushButton button(&form);
     button.setDefault(true);
@@ -167,7 +161,7 @@ void TestEditForm::enterAndEscapeAreHarmless()
     EditForm *form = open();
     const QSignalSpy finished(form, &QDialog::finished);
     const QSignalSpy rejected(form, &QDialog::rejected);
-    const QStringList before = ProjectDump::roles(m_item);
+    const auto before = rolesOf(*m_item);
     const auto widgets = form->findChildren<QWidget *>();
     int tried = 0;
     for (QWidget *widget : widgets) {
@@ -182,9 +176,8 @@ void TestEditForm::enterAndEscapeAreHarmless()
     QVERIFY(tried > 5);
     QCOMPARE(finished.size() + rejected.size(), 0);
     QVERIFY(form->isVisible());
-    QCOMPARE(ProjectDump::roles(m_item), before);
+    QCOMPARE(rolesOf(*m_item), before);
     QCOMPARE(m_workspace->messages, QStringList());
-    QVERIFY(!QApplication::activeModalWidget());
 }
 
 void TestEditForm::everyInputHasALabel()

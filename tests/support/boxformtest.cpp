@@ -51,7 +51,7 @@ const QVector<BoxInput> &boxInputs()
     return inputs;
 }
 
-QMap<int, QVariant> rolesOf(const QStandardItem &item)
+QMap<int, QVariant> inputRolesOf(const QStandardItem &item)
 {
     QMap<int, QVariant> roles;
     for (const BoxInput &input : boxInputs()) {
@@ -86,45 +86,37 @@ QList<QJsonObject> requestsIn(const QByteArray &stream)
 }
 
 BoxFormTest::BoxFormTest(QString boxAddress)
-    : m_boxAddress(std::move(boxAddress))
+    : FormTest(QString(), Qt::UserRole, QString())
+    , m_boxAddress(std::move(boxAddress))
 {
+}
+
+void BoxFormTest::prepare(QStandardItem *item) const
+{
+    const QMap<int, QVariant> roles = fullRoles();
+    for (auto role = roles.begin(); role != roles.end(); ++role) {
+        item->setData(role.value(), role.key());
+    }
 }
 
 void BoxFormTest::init()
 {
     m_box = std::make_unique<FakeBox>(m_boxAddress);
     QVERIFY(m_box->isListening());
-    m_workspace = std::make_unique<WorkspaceFake>();
-    m_item = std::make_unique<QStandardItem>();
-    const QMap<int, QVariant> roles = fullRoles();
-    for (auto role = roles.begin(); role != roles.end(); ++role) {
-        m_item->setData(role.value(), role.key());
-    }
-    m_messages = std::make_unique<Messages>();
-    m_dialogs = std::make_unique<ModalDialogs>();
+    FormTest::init();
 }
 
 void BoxFormTest::cleanup()
 {
     delete m_form;
-    if (m_messages) {
-        QCOMPARE(m_messages->pending(), 0);
-    }
-    QCOMPARE(m_dialogs->pending(), 0);
-    m_messages.reset();
     m_unwatched.reset();
-    m_dialogs.reset();
+    FormTest::cleanup();
     m_box.reset();
 }
 
 void BoxFormTest::open()
 {
-    m_form = new BoxEditDialog(m_item.get(), m_workspace.get());
-}
-
-void BoxFormTest::click(const char *button) const
-{
-    find<QPushButton>(button)->click();
+    m_form = new BoxEditDialog(m_item, m_workspace);
 }
 
 QString BoxFormTest::shown(const char *name) const
@@ -178,16 +170,15 @@ void BoxFormTest::answer(const QByteArray &bytes) const
 
 void BoxFormTest::actBelowTheNextMessage(std::function<void()> act)
 {
-    m_messages.reset();
     m_unwatched = std::make_unique<UnwatchedModals>();
     auto *timer = new QTimer(m_box.get());
     connect(timer, &QTimer::timeout, timer, [timer, act = std::move(act), acted = false]() mutable {
-        QWidget *box = QApplication::activeModalWidget();
-        if (!acted && box) {
+        QWidget *message = QApplication::activeModalWidget();
+        if (!acted && message) {
             acted = true;
             act();
-        } else if (acted && box) {
-            box->close();
+        } else if (acted && message) {
+            message->close();
         } else if (acted) {
             timer->deleteLater();
         }

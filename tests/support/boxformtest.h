@@ -2,19 +2,12 @@
 
 #include "boxes/boxeditdialog.h"
 #include "fakebox.h"
-#include "messages.h"
-#include "modaldialogs.h"
-#include "workspacefake.h"
+#include "formtest.h"
 
 #include <QJsonObject>
-#include <QMap>
-#include <QObject>
 #include <QPointer>
-#include <QStandardItem>
-#include <QVariant>
 
 #include <functional>
-#include <memory>
 
 // One row for each input of a Box form: its name, its role, and a text of its own for it.
 struct BoxInput {
@@ -24,29 +17,32 @@ struct BoxInput {
 };
 const QVector<BoxInput> &boxInputs();
 
-// The item's data under the roles of the inputs.
-QMap<int, QVariant> rolesOf(const QStandardItem &item);
+// The item's data under the roles of the inputs, the name among them.
+QMap<int, QVariant> inputRolesOf(const QStandardItem &item);
 
 // The frame of a JSON answer.
 QByteArray jsonAnswer(const QByteArray &text);
 // The JSON requests among the frames that a session brought, in order.
 QList<QJsonObject> requestsIn(const QByteArray &stream);
 
-// What the tests of the Box form share: a Box that they speak for, an item full of values, a main window, and
-// watch over each message box and dialog. Each program has a Box address of its own.
-class BoxFormTest : public QObject
+// What the tests of the Box form share: a Box that they speak for, and an item full of values. Each program
+// has a Box address of its own.
+class BoxFormTest : public FormTest
 {
-    Q_OBJECT
 protected:
     explicit BoxFormTest(QString boxAddress);
+
+    void init() override;
+    void cleanup() override;
+    void prepare(QStandardItem *item) const override;
 
     // Opens m_form on m_item; it connects to m_box.
     void open();
     template <typename Widget> Widget *find(const char *name) const
     {
-        return m_form->findChild<Widget *>(QLatin1String(name));
+        return FormTest::find<Widget>(*m_form, name);
     }
-    void click(const char *button) const;
+    void click(const char *button) const { FormTest::click(*m_form, button); }
     // What an input shows; of a pair of radio buttons "on", "off" or "neither".
     QString shown(const char *name) const;
     // What all inputs show, under their roles.
@@ -65,16 +61,8 @@ protected:
     void chooseHostAddress(const QString &address);
 
     std::unique_ptr<FakeBox> m_box;
-    std::unique_ptr<WorkspaceFake> m_workspace;
-    std::unique_ptr<QStandardItem> m_item;
-    std::unique_ptr<Messages> m_messages;
     std::unique_ptr<UnwatchedModals> m_unwatched; // below a message that the test leaves itself
-    std::unique_ptr<ModalDialogs> m_dialogs;
     QPointer<BoxEditDialog> m_form;
-
-protected slots:
-    void init();
-    void cleanup();
 
 private:
     QString m_boxAddress;

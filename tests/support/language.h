@@ -31,3 +31,16 @@ private:
     QString m_prefix;
     QHash<QString, QString> m_texts;
 };
+
+// An interface language in which each text of ours is its source behind a mark.
+class Marked : public QTranslator
+{
+public:
+    Marked() { QCoreApplication::installTranslator(this); }
+    ~Marked() override { QCoreApplication::removeTranslator(this); }
+    QString translate(const char *context, const char *source, const char *, int) const override
+    {
+        return *context ? QLatin1Char('*') + QString::fromUtf8(source) : QString();
+    }
+    bool isEmpty() const override { return false; }
+};

@@ -4,7 +4,8 @@
 
 #include <QDataStream>
 #include <QIcon>
-#include <QStandardItem>
+#include <QMap>
+#include <QStandardItemModel>
 #include <QStringList>
 
 // What a test compares of project items: whole items as printable lines.
@@ -60,15 +61,25 @@ inline QString valueText(const QVariant &value)
     return QLatin1String(value.typeName()) + QLatin1Char(' ') + value.toString();
 }
 
-// One line a role that was set: "+<offset from Qt::UserRole> <type> <text>".
+// Each role that was set, beside the text and the icon.
+inline QMap<int, QVariant> values(const QStandardItem *item)
+{
+    QStandardItemModel model;
+    model.appendRow(item->clone());
+    QMap<int, QVariant> values = model.itemData(model.index(0, 0));
+    for (auto value = values.begin(); value != values.end();) {
+        value = value.key() < Qt::UserRole || !value.value().isValid() ? values.erase(value) : value + 1;
+    }
+    return values;
+}
+
+// One line each: "+<offset from Qt::UserRole> <type> <text>".
 inline QStringList roles(const QStandardItem *item)
 {
     QStringList lines;
-    for (int offset = 0; offset <= 300; ++offset) {
-        const QVariant value = item->data(Qt::UserRole + offset);
-        if (value.isValid()) {
-            lines.append(QString("+%1 ").arg(offset) + valueText(value));
-        }
+    const QMap<int, QVariant> all = values(item);
+    for (auto role = all.begin(); role != all.end(); ++role) {
+        lines.append(QString("+%1 ").arg(role.key() - Qt::UserRole) + valueText(role.value()));
     }
     return lines;
 }
