@@ -1,5 +1,7 @@
 #pragma once
 
+#include "formtest.h"
+#include "language.h"
 #include "model/itemroles.h"
 #include "servers/serveralimqtteditdialog.h"
 #include "servers/servereditdialog.h"
@@ -12,14 +14,10 @@
 #include <QIntValidator>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QRegExpValidator>
 #include <QRegularExpressionValidator>
-#include <QStandardItemModel>
 #include <QTextEdit>
-#include <QTranslator>
-#include <QtTest>
 
 // What the tests of the forms of Servers share.
 namespace ServerFormTest {
@@ -40,14 +38,6 @@ inline ServerForm *make(const QString &protocol, QStandardItem *item, Workspace 
         return new ServerHuaWeiMQTTEditDialog(item, workspace);
     }
     return protocol == QLatin1String("OpcUaServer") ? new ServerOPCUAEditDialog(item, workspace) : nullptr;
-}
-
-inline QStandardItem *addServer(QStandardItemModel *model, const QString &name, const QString &protocol)
-{
-    auto *item = new QStandardItem(name);
-    item->setData(protocol, serverProtocolRole);
-    model->appendRow(item);
-    return item;
 }
 
 inline QString checkOf(const QValidator *validator)
@@ -76,11 +66,8 @@ inline QString kindOf(const QWidget *input)
             + checkOf(edit->validator());
     }
     if (const auto *list = qobject_cast<const QComboBox *>(input)) {
-        QStringList entries;
-        for (int i = 0; i < list->count(); ++i) {
-            entries.append(list->itemText(i));
-        }
-        return "list " + entries.join(QLatin1Char('|')) + (list->isEnabled() ? QString() : " disabled");
+        return "list " + FormTest::entriesOf(list).join(QLatin1Char('|'))
+            + (list->isEnabled() ? QString() : " disabled");
     }
     if (qobject_cast<const QTextEdit *>(input)) {
         return "script";
@@ -93,7 +80,7 @@ inline QString kindOf(const QWidget *input)
 }
 
 // The rows that are not hidden, in their order: "<label> <objectName>: <kind>".
-inline QStringList rowsOf(const QWidget &form)
+inline QStringList fieldsOf(const QWidget &form)
 {
     QStringList rows;
     const auto *layout = form.findChild<QFormLayout *>();
@@ -111,11 +98,6 @@ inline QStringList rowsOf(const QWidget &form)
 template <typename Widget> Widget *input(const QWidget &form, const char *name)
 {
     return form.findChild<Widget *>(QLatin1String(name));
-}
-
-inline void press(const QWidget &form, const char *button)
-{
-    input<QPushButton>(form, button)->click();
 }
 
 // "<name>=<what the input shows>" in the order of the rows.
@@ -141,18 +123,5 @@ inline QStringList valuesOf(const QWidget &form)
     }
     return values;
 }
-
-// An interface language in which each text is its source behind a mark.
-class Marked : public QTranslator
-{
-public:
-    Marked() { QCoreApplication::installTranslator(this); }
-    ~Marked() override { QCoreApplication::removeTranslator(this); }
-    QString translate(const char *context, const char *source, const char *, int) const override
-    {
-        return *context ? QLatin1Char('*') + QString::fromUtf8(source) : QString();
-    }
-    bool isEmpty() const override { return false; }
-};
 
 } // namespace ServerFormTest

@@ -3,9 +3,14 @@
 using namespace ServerFormTest;
 
 // What the forms of the MQTT family share beyond the plain fields.
-class TestMqttForms : public QObject
+class TestMqttForms : public FormTest
 {
     Q_OBJECT
+public:
+    TestMqttForms()
+        : FormTest("up", serverProtocolRole, QString())
+    {
+    }
 private slots:
     void unknownQosShowsAsOne_data();
     void unknownQosShowsAsOne();
@@ -41,18 +46,17 @@ void TestMqttForms::unknownQosShowsAsOne()
     QFETCH(QString, protocol);
     QFETCH(QString, qos);
     QFETCH(QString, shown);
-    QStandardItemModel model;
-    QStandardItem *item = addServer(&model, "up", protocol);
-    item->setData(qos, serverQosRole);
-    QStandardItem *other = addServer(&model, "other", protocol);
+    m_item->setData(protocol, serverProtocolRole);
+    m_item->setData(qos, serverQosRole);
+    QStandardItem *other = addItem("other");
     other->setData("0", serverQosRole);
-    const QScopedPointer<ServerForm> opened(make(protocol, item, nullptr));
-    QCOMPARE(input<QComboBox>(*opened, "qos")->currentText(), shown);
-    const QScopedPointer<ServerForm> rebound(make(protocol, other, nullptr));
-    rebound->replaceItem(item);
-    QCOMPARE(input<QComboBox>(*rebound, "qos")->currentText(), shown);
+    const std::unique_ptr<ServerForm> opened(make(protocol, m_item, nullptr));
+    QCOMPARE(list(*opened, "qos")->currentText(), shown);
+    const std::unique_ptr<ServerForm> rebound(make(protocol, other, nullptr));
+    rebound->replaceItem(m_item);
+    QCOMPARE(list(*rebound, "qos")->currentText(), shown);
     rebound->saveChanges();
-    QCOMPARE(item->data(serverQosRole), QVariant(shown));
+    QCOMPARE(m_item->data(serverQosRole), QVariant(shown));
 }
 
 void TestMqttForms::cloudProviderIsShownInTheUsersLanguage_data()
@@ -68,19 +72,18 @@ void TestMqttForms::cloudProviderIsShownInTheUsersLanguage()
 {
     QFETCH(QString, shown);
     const QString protocol = QString::fromLatin1(QTest::currentDataTag());
-    QStandardItemModel model;
-    QStandardItem *item = addServer(&model, "up", protocol);
+    m_item->setData(protocol, serverProtocolRole);
     const Marked marked;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, nullptr));
+    const std::unique_ptr<ServerForm> dialog(make(protocol, m_item, nullptr));
     QCOMPARE(dialog->windowTitle(), "*Edit Server");
-    QCOMPARE(input<QComboBox>(*dialog, "protocol")->currentText(), shown);
-    dialog->replaceItem(item);
+    QCOMPARE(list(*dialog, "protocol")->currentText(), shown);
+    dialog->replaceItem(m_item);
     dialog->saveChanges();
-    QCOMPARE(item->data(serverProtocolRole).toString(), protocol);
+    QCOMPARE(m_item->data(serverProtocolRole).toString(), protocol);
     dialog->show();
-    const auto *key = input<QComboBox>(*dialog, "protocolKey");
+    const QComboBox *key = list(*dialog, "protocolKey");
     QVERIFY(!key->isVisible());
-    QCOMPARE(dialog->findChild<QFormLayout *>()->indexOf(input<QComboBox>(*dialog, "protocolKey")), -1);
+    QCOMPARE(dialog->findChild<QFormLayout *>()->indexOf(list(*dialog, "protocolKey")), -1);
     QCOMPARE(key->currentText(), protocol);
 }
 

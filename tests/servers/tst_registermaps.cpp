@@ -1,16 +1,14 @@
 #include "modbusformtest.h"
 
+#include <QLineEdit>
 #include <QStandardItemModel>
-
-using namespace ModbusFormTest;
+#include <QTimer>
 
 // The register maps of the Modbus TCP slave: deleted rows and conflicts of addresses.
-class TestRegisterMaps : public Fixture
+class TestRegisterMaps : public ModbusFormTest
 {
     Q_OBJECT
 private slots:
-    void init() { open(); }
-    void cleanup() { close(); }
     void deletingMovesTheRowsBehind_data();
     void deletingMovesTheRowsBehind();
     void deletingMayEndBelowZero();
@@ -32,12 +30,12 @@ private slots:
 
 namespace {
 
-const QString conflictBox = "Warning|Address conflict detected. Please resolve the conflict.";
+const QString conflictMessage = "Warning|Address conflict detected. Please resolve the conflict.";
 
 // Types into the address as a user does, with a double click before and Enter behind.
 void typeAddress(QTableView *view, int row, const char *address)
 {
-    const QPoint place = view->visualRect(view->model()->index(row, addressColumn)).center();
+    const QPoint place = view->visualRect(view->model()->index(row, 3)).center();
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place);
     QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place);
     QTRY_VERIFY(view->viewport()->findChild<QLineEdit *>());
@@ -54,9 +52,9 @@ void TestRegisterMaps::deletingMovesTheRowsBehind_data()
 {
     QTest::addColumn<int>("deleted");
     QTest::addColumn<QStringList>("left");
-    QTest::newRow("first") << 0 << texts({"0", "1"});
-    QTest::newRow("middle") << 1 << texts({"0", "2"});
-    QTest::newRow("last") << 2 << texts({"0", "2"});
+    QTest::newRow("first") << 0 << QStringList({"0", "1"});
+    QTest::newRow("middle") << 1 << QStringList({"0", "2"});
+    QTest::newRow("last") << 2 << QStringList({"0", "2"});
 }
 
 void TestRegisterMaps::deletingMovesTheRowsBehind()
@@ -76,7 +74,7 @@ void TestRegisterMaps::deletingMayEndBelowZero()
     setAddress(holding(), 1, "0");
     view("holdingRegisters")->selectRow(0);
     m_form->deleteSelectedItem();
-    QCOMPARE(addresses(holding()), texts({"-2", "1"}));
+    QCOMPARE(addresses(holding()), QStringList({"-2", "1"}));
 }
 
 // The rows move one after the other, and the first meets the second where that still was.
@@ -86,8 +84,8 @@ void TestRegisterMaps::deletingChecksEachStep()
     m_messages->expect();
     view("holdingRegisters")->selectRow(0);
     m_form->deleteSelectedItem();
-    QCOMPARE(m_messages->told(), QStringList(conflictBox));
-    QCOMPARE(addresses(holding()), texts({"", "1"}));
+    QCOMPARE(m_messages->told(), QStringList(conflictMessage));
+    QCOMPARE(addresses(holding()), QStringList({"", "1"}));
 }
 
 void TestRegisterMaps::conflict_data()
@@ -123,7 +121,7 @@ void TestRegisterMaps::conflict()
     auto *map = qobject_cast<QStandardItemModel *>(holding());
     for (int which : {0, 1}) {
         bool found = false;
-        QVERIFY(QMetaObject::invokeMethod(m_form, "checkAddressConflict", Q_RETURN_ARG(bool, found),
+        QVERIFY(QMetaObject::invokeMethod(m_form.get(), "checkAddressConflict", Q_RETURN_ARG(bool, found),
                                           Q_ARG(QStandardItemModel *, map), Q_ARG(int, which)));
         QCOMPARE(found, conflicts);
     }
@@ -142,22 +140,22 @@ void TestRegisterMaps::typedConflictIsToldOnceAndEmptied()
 {
     load({row("a", "t", "7", "2"), row("b", "t", "9", "2")});
     m_messages->expect();
-    typeAddress(view("holdingRegisters"), 1, "8");
-    QCOMPARE(m_messages->told(), QStringList(conflictBox));
-    QCOMPARE(addresses(holding()), texts({"7", ""}));
-    typeAddress(view("holdingRegisters"), 1, "20");
-    QCOMPARE(addresses(holding()), texts({"7", "20"}));
+    RUN(typeAddress(view("holdingRegisters"), 1, "8"));
+    QCOMPARE(m_messages->told(), QStringList(conflictMessage));
+    QCOMPARE(addresses(holding()), QStringList({"7", ""}));
+    RUN(typeAddress(view("holdingRegisters"), 1, "20"));
+    QCOMPARE(addresses(holding()), QStringList({"7", "20"}));
 }
 
 void TestRegisterMaps::conflictAmongInputRegistersIsTold()
 {
     showInput();
-    m_form->handleImportedData({point("a"), point("b")}, source);
+    m_form->handleImportedData({point("a"), point("b")}, source());
     setAddress(input(), 0, "5");
     m_messages->expect();
     setAddress(input(), 1, "5");
-    QCOMPARE(m_messages->told(), QStringList(conflictBox));
-    QCOMPARE(addresses(input()), texts({"5", ""}));
+    QCOMPARE(m_messages->told(), QStringList(conflictMessage));
+    QCOMPARE(addresses(input()), QStringList({"5", ""}));
 }
 
 // The emptied cell counts as address 0: while that conflicts too, the conflict counts as told.
@@ -166,10 +164,10 @@ void TestRegisterMaps::conflictAtZeroIsNotToldAgain()
     load(rowsOfLengths({4, 2}));
     m_messages->expect();
     setAddress(holding(), 1, "1");
-    QCOMPARE(addresses(holding()), texts({"0", ""}));
+    QCOMPARE(addresses(holding()), QStringList({"0", ""}));
     setAddress(holding(), 1, "2");
-    QCOMPARE(addresses(holding()), texts({"0", ""}));
-    QCOMPARE(m_messages->told(), QStringList(conflictBox));
+    QCOMPARE(addresses(holding()), QStringList({"0", ""}));
+    QCOMPARE(m_messages->told(), QStringList(conflictMessage));
 }
 
 void TestRegisterMaps::resolvedConflictIsToldAnew()
@@ -180,34 +178,31 @@ void TestRegisterMaps::resolvedConflictIsToldAnew()
         setAddress(holding(), 1, "1");
         setAddress(holding(), 1, "4");
     }
-    QCOMPARE(m_messages->told(), (QStringList{conflictBox, conflictBox}));
-    QCOMPARE(addresses(holding()), texts({"0", "4"}));
+    QCOMPARE(m_messages->told(), (QStringList{conflictMessage, conflictMessage}));
+    QCOMPARE(addresses(holding()), QStringList({"0", "4"}));
 }
 
 void TestRegisterMaps::otherColumnsAreNotChecked()
 {
     load(rowsOfLengths({1, 1}));
     holding()->setData(holding()->index(0, 4), "5");
-    QCOMPARE(addresses(holding()), texts({"0", "1"}));
+    QCOMPARE(addresses(holding()), QStringList({"0", "1"}));
 }
 
 void TestRegisterMaps::foreignChangeIsNotChecked()
 {
     load({row("a", "t", "0", "2"), row("b", "t", "1", "2")});
     const QModelIndex cell = holding()->index(0, addressColumn);
-    QVERIFY(QMetaObject::invokeMethod(m_form, "handleDataChanged", Q_ARG(QModelIndex, cell),
+    QVERIFY(QMetaObject::invokeMethod(m_form.get(), "handleDataChanged", Q_ARG(QModelIndex, cell),
                                       Q_ARG(QModelIndex, cell)));
-    QCOMPARE(addresses(holding()), texts({"0", "1"}));
+    QCOMPARE(addresses(holding()), QStringList({"0", "1"}));
 }
 
 void TestRegisterMaps::formMayCloseUnderTheConflict()
 {
     load(rowsOfLengths({4, 2}));
-    QTimer::singleShot(0, this, [this] {
-        delete m_form;
-        m_form = nullptr;
-    });
-    // The box dies with its form, before anybody answers it.
+    QTimer::singleShot(0, this, [this] { m_form.reset(); });
+    // The message dies with its form, before anybody answers it.
     setAddress(holding(), 1, "1");
     QVERIFY(!m_form);
 }
@@ -215,10 +210,7 @@ void TestRegisterMaps::formMayCloseUnderTheConflict()
 void TestRegisterMaps::formMayCloseUnderTheConflictOfADelete()
 {
     load({row("a", "t", "10", "2"), row("b", "t", "5", "1"), row("c", "t", "3", "1")});
-    QTimer::singleShot(0, this, [this] {
-        delete m_form;
-        m_form = nullptr;
-    });
+    QTimer::singleShot(0, this, [this] { m_form.reset(); });
     view("holdingRegisters")->selectRow(0);
     m_form->deleteSelectedItem();
     QVERIFY(!m_form);
@@ -226,33 +218,33 @@ void TestRegisterMaps::formMayCloseUnderTheConflictOfADelete()
 
 void TestRegisterMaps::mapsAreIndependent()
 {
-    m_form->handleImportedData({point("a")}, source);
+    m_form->handleImportedData({point("a")}, source());
     showInput();
-    m_form->handleImportedData({point("a"), point("b")}, source);
+    m_form->handleImportedData({point("a"), point("b")}, source());
     setAddress(input(), 1, "7");
     setAddress(holding(), 0, "7");
     QCOMPARE(m_workspace->messages, QStringList());
-    QCOMPARE(addresses(holding()), texts({"7"}));
-    QCOMPARE(addresses(input()), texts({"0", "7"}));
+    QCOMPARE(addresses(holding()), QStringList({"7"}));
+    QCOMPARE(addresses(input()), QStringList({"0", "7"}));
     view("holdingRegisters")->selectRow(0);
     m_form->deleteSelectedItem(); // of the map that is shown nothing is selected
     QCOMPARE(holding()->rowCount(), 1);
     view("inputRegisters")->selectRow(0);
     m_form->deleteSelectedItem();
-    QCOMPARE(addresses(input()), texts({"6"}));
-    QCOMPARE(addresses(holding()), texts({"7"}));
+    QCOMPARE(addresses(input()), QStringList({"6"}));
+    QCOMPARE(addresses(holding()), QStringList({"7"}));
 }
 
 void TestRegisterMaps::hugeNumbersDoNoHarm()
 {
     const QString most = "2147483647";
     load({row("a", "t", most, most), row("b", "t", "-2147483648", most)});
-    m_form->handleImportedData({point("c", "string", most)}, source);
+    m_form->handleImportedData({point("c", "string", most)}, source());
     QCOMPARE(addresses(holding()).last(), "4294967294");
     load({row("a", "t", most, most), row("b", "t", "-2147483648", most)});
     view("holdingRegisters")->selectRow(0);
     m_form->deleteSelectedItem();
-    QCOMPARE(addresses(holding()), texts({"-4294967295"}));
+    QCOMPARE(addresses(holding()), QStringList({"-4294967295"}));
 }
 
 QTEST_MAIN(TestRegisterMaps)

@@ -5,12 +5,15 @@
 using namespace ServerFormTest;
 
 // What only the form of plain MQTT has: the payload format and the scripts.
-class TestServerEditDialog : public QObject
+class TestServerEditDialog : public FormTest
 {
     Q_OBJECT
+public:
+    TestServerEditDialog()
+        : FormTest("up", serverProtocolRole, "MQTT")
+    {
+    }
 private slots:
-    void init();
-    void cleanup();
     void storedFormatDecidesWhetherScriptsAreLive_data();
     void storedFormatDecidesWhetherScriptsAreLive();
     void choosingAFormatSwitchesTheScripts();
@@ -26,8 +29,8 @@ private slots:
 private:
     bool scriptsAreLive(const QWidget &form) const
     {
-        const bool report = input<QTextEdit>(form, "reportJS")->isEnabled();
-        const bool write = input<QTextEdit>(form, "writeJS")->isEnabled();
+        const bool report = find<QTextEdit>(form, "reportJS")->isEnabled();
+        const bool write = find<QTextEdit>(form, "writeJS")->isEnabled();
         [&] { QCOMPARE(report, write); }();
         return report;
     }
@@ -35,21 +38,7 @@ private:
     {
         return form.findChild<QRadioButton *>(QString("payloadFormat%1").arg(number));
     }
-
-    QScopedPointer<QStandardItemModel> m_model;
-    QStandardItem *m_item = nullptr;
 };
-
-void TestServerEditDialog::init()
-{
-    m_model.reset(new QStandardItemModel);
-    m_item = addServer(m_model.data(), "up", "MQTT");
-}
-
-void TestServerEditDialog::cleanup()
-{
-    m_model.reset();
-}
 
 void TestServerEditDialog::storedFormatDecidesWhetherScriptsAreLive_data()
 {
@@ -76,7 +65,7 @@ void TestServerEditDialog::storedFormatDecidesWhetherScriptsAreLive()
     QCOMPARE(format(opened, 2)->isChecked(), checked == 2);
     QCOMPARE(scriptsAreLive(opened), checked == 2);
     // A form that showed the other format.
-    QStandardItem *other = addServer(m_model.data(), "other", "MQTT");
+    QStandardItem *other = addItem("other");
     other->setData(3 - checked, serverPayloadFormatRole);
     ServerEditDialog rebound(other, nullptr);
     rebound.replaceItem(m_item);
@@ -107,10 +96,10 @@ void TestServerEditDialog::onlyTheScriptsAreLocked()
         format(form, number)->click();
         for (const char *name :
              {"ip", "port", "clientId", "username", "password", "reportTopic", "writeTopic"}) {
-            QVERIFY2(input<QLineEdit>(form, name)->isEnabled(), name);
-            QVERIFY2(!input<QLineEdit>(form, name)->isReadOnly(), name);
+            QVERIFY2(edit(form, name)->isEnabled(), name);
+            QVERIFY2(!edit(form, name)->isReadOnly(), name);
         }
-        QVERIFY(input<QComboBox>(form, "qos")->isEnabled());
+        QVERIFY(list(form, "qos")->isEnabled());
     }
 }
 
@@ -120,11 +109,11 @@ void TestServerEditDialog::lockedScriptsAreKeptAndSaved()
     m_item->setData("return 1", serverReportJsRole);
     m_item->setData("return 2", serverWriteJsRole);
     ServerEditDialog form(m_item, nullptr);
-    input<QTextEdit>(form, "reportJS")->setPlainText("return 3");
+    find<QTextEdit>(form, "reportJS")->setPlainText("return 3");
     format(form, 1)->click();
     QVERIFY(!scriptsAreLive(form));
-    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), "return 3");
-    QCOMPARE(input<QTextEdit>(form, "writeJS")->toPlainText(), "return 2");
+    QCOMPARE(find<QTextEdit>(form, "reportJS")->toPlainText(), "return 3");
+    QCOMPARE(find<QTextEdit>(form, "writeJS")->toPlainText(), "return 2");
     form.saveChanges();
     QCOMPARE(m_item->data(serverPayloadFormatRole), QVariant(1));
     QCOMPARE(m_item->data(serverReportJsRole), QVariant("return 3"));
@@ -133,7 +122,7 @@ void TestServerEditDialog::lockedScriptsAreKeptAndSaved()
 
 void TestServerEditDialog::replaceItemSwitchesTheScripts()
 {
-    QStandardItem *custom = addServer(m_model.data(), "custom", "MQTT");
+    QStandardItem *custom = addItem("custom");
     custom->setData(2, serverPayloadFormatRole);
     custom->setData("report", serverReportJsRole);
     ServerEditDialog form(m_item, nullptr);
@@ -141,19 +130,19 @@ void TestServerEditDialog::replaceItemSwitchesTheScripts()
     form.replaceItem(custom);
     QVERIFY(format(form, 2)->isChecked());
     QVERIFY(scriptsAreLive(form));
-    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), "report");
+    QCOMPARE(find<QTextEdit>(form, "reportJS")->toPlainText(), "report");
     form.replaceItem(m_item);
     QVERIFY(format(form, 1)->isChecked());
     QVERIFY(!scriptsAreLive(form));
-    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), QString());
+    QCOMPARE(find<QTextEdit>(form, "reportJS")->toPlainText(), QString());
 }
 
 void TestServerEditDialog::scriptsAreHighlighted()
 {
     const ServerEditDialog form(m_item, nullptr);
     for (const char *name : {"reportJS", "writeJS"}) {
-        const auto *edit = input<QTextEdit>(form, name);
-        QCOMPARE(edit->document()->findChildren<JavaScriptHighlighter *>().size(), 1);
+        const auto *script = find<QTextEdit>(form, name);
+        QCOMPARE(script->document()->findChildren<JavaScriptHighlighter *>().size(), 1);
     }
 }
 
@@ -163,8 +152,8 @@ void TestServerEditDialog::scriptsAreStoredAsTheyStand()
     m_item->setData(2, serverPayloadFormatRole);
     m_item->setData(script, serverReportJsRole);
     ServerEditDialog form(m_item, nullptr);
-    QCOMPARE(input<QTextEdit>(form, "reportJS")->toPlainText(), script);
-    input<QTextEdit>(form, "writeJS")->setPlainText(script);
+    QCOMPARE(find<QTextEdit>(form, "reportJS")->toPlainText(), script);
+    find<QTextEdit>(form, "writeJS")->setPlainText(script);
     form.saveChanges();
     QCOMPARE(m_item->data(serverReportJsRole), QVariant(script));
     QCOMPARE(m_item->data(serverWriteJsRole), QVariant(script));
@@ -195,11 +184,9 @@ void TestServerEditDialog::whatCannotBeTyped()
     QFETCH(QString, shown);
     const QString name = QString::fromLatin1(QTest::currentDataTag()).section(QLatin1Char(':'), 0, 0);
     const ServerEditDialog form(m_item, nullptr);
-    auto *edit = input<QLineEdit>(form, name.toLatin1().constData());
-    for (const QChar &character : typed) {
-        edit->insert(character);
-    }
-    QCOMPARE(edit->text(), shown);
+    QLineEdit *input = edit(form, name.toLatin1());
+    typeInto(input, typed);
+    QCOMPARE(input->text(), shown);
 }
 
 void TestServerEditDialog::formatsAreShownInTheUsersLanguage()

@@ -1,11 +1,5 @@
 #include "serverformtest.h"
 
-#include "logtail.h"
-#include "projectdump.h"
-#include "workspacefake.h"
-
-#include <QScrollArea>
-
 using namespace ServerFormTest;
 
 namespace {
@@ -19,8 +13,6 @@ struct Row {
 
 struct Form {
     const char *protocol;
-    const char *className;
-    const char *saved; // message
     QVector<Row> rows;
 };
 
@@ -41,8 +33,6 @@ const QVector<Form> &forms()
 {
     static const QVector<Form> all = {
         {"MQTT",
-         "ServerEditDialog",
-         "The Server MQTT 'up' is saved successfully.",
          {nameRow,
           descriptionRow,
           {"Protocol: protocol: list MQTT disabled", "protocol", serverProtocolRole},
@@ -59,8 +49,6 @@ const QVector<Form> &forms()
           {"Write Topic: writeTopic: line no CJK", "writeTopic", serverWriteTopicRole},
           {"Write JS: writeJS: script", "writeJS", serverWriteJsRole}}},
         {"AliMQTT",
-         "ServerAliMQTTEditDialog",
-         "The Server AliMQTT 'up' is saved successfully.",
          {nameRow,
           descriptionRow,
           {"Protocol: protocol: list AliMQTT disabled", "protocolKey", serverProtocolRole},
@@ -71,8 +59,6 @@ const QVector<Form> &forms()
           secretRow,
           qosRow}},
         {"OneNetMQTT",
-         "ServerOneNetMQTTEditDialog",
-         "The Server OneNetMQTT 'up' is saved successfully.",
          {nameRow,
           descriptionRow,
           {"Protocol: protocol: list OneNetMQTT disabled", "protocolKey", serverProtocolRole},
@@ -83,8 +69,6 @@ const QVector<Form> &forms()
           secretRow,
           {"qos: qos: list 0|1", "qos", serverQosRole}}},
         {"HuaWeiMQTT",
-         "ServerHuaWeiMQTTEditDialog",
-         "The Server HuaWeiMQTT 'up' is saved successfully.",
          {nameRow,
           descriptionRow,
           {"Protocol: protocol: list HuaWeiMQTT disabled", "protocolKey", serverProtocolRole},
@@ -96,8 +80,6 @@ const QVector<Form> &forms()
           {"Service ID: serviceId: line no CJK", "serviceId", serverServiceIdRole},
           qosRow}},
         {"OpcUaServer",
-         "ServerOPCUAEditDialog",
-         "The Server OpcUa 'up' is saved successfully.",
          {nameRow,
           descriptionRow,
           {"Protocol: protocol: list OpcUaServer disabled", "protocol", serverProtocolRole},
@@ -144,14 +126,17 @@ void fill(QStandardItem *item, const Form &form)
 } // namespace
 
 // The rules that the forms of MQTT and of OPC UA have in common, on each of them.
-class TestServerForms : public QObject
+class TestServerForms : public FormTest
 {
     Q_OBJECT
+public:
+    TestServerForms()
+        : FormTest("up", serverProtocolRole, QString())
+    {
+    }
 private slots:
     void showsItsFieldsInOrder_data() { addForms(); }
     void showsItsFieldsInOrder();
-    void standsInAFramelessScrollArea_data() { addForms(); }
-    void standsInAFramelessScrollArea();
     void newServerShowsItsDefaults_data() { addForms(); }
     void newServerShowsItsDefaults();
     void openingLeavesTheItemAlone_data() { addForms(); }
@@ -162,20 +147,10 @@ private slots:
     void replaceItemShowsTheOtherServer();
     void saveWritesEachFieldInOrder_data() { addForms(); }
     void saveWritesEachFieldInOrder();
-    void saveTellsAndKeepsTheFormOpen_data() { addForms(); }
-    void saveTellsAndKeepsTheFormOpen();
     void saveChecksNothing_data() { addForms(); }
     void saveChecksNothing();
-    void saveWithoutItsNodeDoesNothing_data() { addForms(); }
-    void saveWithoutItsNodeDoesNothing();
-    void cancelRejectsAndLeavesTheItem_data() { addForms(); }
-    void cancelRejectsAndLeavesTheItem();
     void clearDataEmptiesTextsAndQos_data() { addForms(); }
     void clearDataEmptiesTextsAndQos();
-    void slotsAreFoundByName_data() { addForms(); }
-    void slotsAreFoundByName();
-    void writesItsLifeToTheLog_data() { addForms(); }
-    void writesItsLifeToTheLog();
 
 private:
     static void addForms()
@@ -185,57 +160,33 @@ private:
             QTest::newRow(forms().at(index).protocol) << index;
         }
     }
+    std::unique_ptr<ServerForm> open(const QString &protocol)
+    {
+        return std::unique_ptr<ServerForm>(make(protocol, m_item, m_workspace));
+    }
 };
 
 #define FETCH_FORM                                                                                           \
     QFETCH(int, index);                                                                                      \
     const Form &form = forms().at(index);                                                                    \
     const QString protocol = QLatin1String(form.protocol);                                                   \
-    QStandardItemModel model;                                                                                \
-    QStandardItem *item = addServer(&model, "up", protocol);                                                 \
-    WorkspaceFake workspace
+    m_item->setData(protocol, serverProtocolRole)
 
 void TestServerForms::showsItsFieldsInOrder()
 {
     FETCH_FORM;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
+    const auto dialog = open(protocol);
     QStringList rows;
     for (const Row &row : form.rows) {
         rows.append(QLatin1String(row.text));
     }
-    QCOMPARE(rowsOf(*dialog), rows);
-    QCOMPARE(dialog->windowTitle(), "Edit Server");
-    QCOMPARE(QString::fromLatin1(dialog->metaObject()->className()), QLatin1String(form.className));
-}
-
-void TestServerForms::standsInAFramelessScrollArea()
-{
-    FETCH_FORM;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
-    const auto *area = dialog->findChild<QScrollArea *>();
-    QVERIFY(area);
-    QCOMPARE(area->styleSheet(), "QScrollArea { border: none; }");
-    QVERIFY(area->isAncestorOf(input<QLineEdit>(*dialog, "name")));
-    const struct {
-        const char *name;
-        QString text;
-        QString icon;
-    } buttons[] = {
-        {"saveButton", "Save", ":/adsdemo/images/ok.svg"},
-        {"cancelButton", "Cancel", ":/adsdemo/images/cancel.svg"},
-    };
-    for (const auto &button : buttons) {
-        const auto *found = input<QPushButton>(*dialog, button.name);
-        QCOMPARE(found->text(), button.text);
-        QCOMPARE(ProjectDump::iconBytes(found->icon()), ProjectDump::iconBytes(button.icon));
-        QVERIFY(!area->isAncestorOf(found));
-    }
+    QCOMPARE(fieldsOf(*dialog), rows);
 }
 
 void TestServerForms::newServerShowsItsDefaults()
 {
     FETCH_FORM;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
+    const auto dialog = open(protocol);
     QStringList values = valuesOf(*dialog);
     QStringList expected;
     for (const Row &row : form.rows) {
@@ -252,10 +203,10 @@ void TestServerForms::newServerShowsItsDefaults()
 void TestServerForms::openingLeavesTheItemAlone()
 {
     FETCH_FORM;
-    const QStringList before = ProjectDump::roles(item);
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
-    QCOMPARE(ProjectDump::roles(item), before);
-    QCOMPARE(workspace.messages, QStringList());
+    const auto before = rolesOf(*m_item);
+    const auto dialog = open(protocol);
+    QCOMPARE(rolesOf(*m_item), before);
+    QCOMPARE(m_workspace->messages, QStringList());
 }
 
 namespace {
@@ -278,154 +229,89 @@ QStringList storedValues(const Form &form)
 void TestServerForms::showsEachStoredValue()
 {
     FETCH_FORM;
-    fill(item, form);
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
+    fill(m_item, form);
+    const auto dialog = open(protocol);
     QCOMPARE(valuesOf(*dialog), storedValues(form));
 }
 
 void TestServerForms::replaceItemShowsTheOtherServer()
 {
     FETCH_FORM;
-    QStandardItem *other = addServer(&model, "other", protocol);
-    const QScopedPointer<ServerForm> dialog(make(protocol, other, &workspace));
-    input<QLineEdit>(*dialog, "port")->setText("typed");
-    fill(item, form);
-    dialog->replaceItem(item);
+    QStandardItem *other = addItem("other");
+    const std::unique_ptr<ServerForm> dialog(make(protocol, other, m_workspace));
+    edit(*dialog, "port")->setText("typed");
+    fill(m_item, form);
+    dialog->replaceItem(m_item);
     QCOMPARE(valuesOf(*dialog), storedValues(form));
     // From now on it saves into that one.
-    const QStringList before = ProjectDump::roles(other);
-    input<QLineEdit>(*dialog, "port")->setText("77");
+    const auto before = rolesOf(*other);
+    edit(*dialog, "port")->setText("77");
     dialog->saveChanges();
-    QCOMPARE(item->data(serverPortRole).toString(), "77");
-    QCOMPARE(ProjectDump::roles(other), before);
-    QCOMPARE(workspace.messages, QStringList(QLatin1String(form.saved)));
+    QCOMPARE(m_item->data(serverPortRole).toString(), "77");
+    QCOMPARE(rolesOf(*other), before);
 }
 
 void TestServerForms::saveWritesEachFieldInOrder()
 {
     FETCH_FORM;
-    fill(item, form);
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
+    fill(m_item, form);
+    const auto dialog = open(protocol);
     // All that is written is new to the item, so that the model tells of each role.
-    item->setText("old");
-    for (int role = serverDescriptionRole; role <= serverInputRegistersRole; ++role) {
-        item->setData(QVariant(), role);
+    m_item->setText("old");
+    for (int role : rolesOf(*m_item).keys()) {
+        m_item->setData(QVariant(), role);
     }
     QVector<int> written;
-    connect(&model, &QStandardItemModel::dataChanged, this,
+    connect(m_item->model(), &QStandardItemModel::dataChanged, this,
             [&](const QModelIndex &, const QModelIndex &, const QVector<int> &roles) { written += roles; });
-    press(*dialog, "saveButton");
-    model.disconnect(this);
+    click(*dialog, "saveButton");
+    m_item->model()->disconnect(this);
     QVector<int> expected;
-    QStringList roles;
     for (const Row &row : form.rows) {
         // The text of an item is of both of these roles.
         expected += row.role == Qt::DisplayRole ? QVector<int>{Qt::DisplayRole, Qt::EditRole}
                                                 : QVector<int>{row.role};
-        const QVariant value = item->data(row.role);
+        const QVariant value = m_item->data(row.role);
         const bool isNumber = row.role == serverPayloadFormatRole;
         QCOMPARE(value.type(), isNumber ? QVariant::Int : QVariant::String);
         QCOMPARE(value.toString(), stored(row, protocol));
     }
     QCOMPARE(written, expected);
-    QCOMPARE(ProjectDump::roles(item).size(), form.rows.size() - 1);
-}
-
-void TestServerForms::saveTellsAndKeepsTheFormOpen()
-{
-    FETCH_FORM;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
-    QSignalSpy accepted(dialog.data(), &QDialog::accepted);
-    QSignalSpy rejected(dialog.data(), &QDialog::rejected);
-    dialog->show();
-    press(*dialog, "saveButton");
-    press(*dialog, "saveButton");
-    QCOMPARE(workspace.messages, QStringList({QLatin1String(form.saved), QLatin1String(form.saved)}));
-    QVERIFY(dialog->isVisible());
-    QCOMPARE(accepted.size() + rejected.size(), 0);
+    QCOMPARE(rolesOf(*m_item).size(), form.rows.size() - 1);
 }
 
 void TestServerForms::saveChecksNothing()
 {
     FETCH_FORM;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, nullptr));
-    input<QLineEdit>(*dialog, "port")->clear();
-    QTest::keyClicks(input<QLineEdit>(*dialog, "port"), "-1");
+    const auto dialog = open(protocol);
+    typeInto(edit(*dialog, "port"), "-1");
     dialog->saveChanges();
-    QCOMPARE(item->data(serverPortRole).toString(), "-1");
-    input<QLineEdit>(*dialog, "port")->clear();
+    QCOMPARE(m_item->data(serverPortRole).toString(), "-1");
+    edit(*dialog, "port")->clear();
     dialog->saveChanges();
-    QCOMPARE(item->data(serverPortRole), QVariant(QString()));
-}
-
-void TestServerForms::saveWithoutItsNodeDoesNothing()
-{
-    FETCH_FORM;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
-    model.removeRow(0);
-    dialog->saveChanges();
-    QCOMPARE(workspace.messages, QStringList());
-}
-
-void TestServerForms::cancelRejectsAndLeavesTheItem()
-{
-    FETCH_FORM;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
-    QSignalSpy rejected(dialog.data(), &QDialog::rejected);
-    const QStringList before = ProjectDump::roles(item);
-    input<QLineEdit>(*dialog, "port")->setText("typed");
-    press(*dialog, "cancelButton");
-    QCOMPARE(rejected.size(), 1);
-    QCOMPARE(ProjectDump::roles(item), before);
+    QCOMPARE(m_item->data(serverPortRole), QVariant(QString()));
 }
 
 void TestServerForms::clearDataEmptiesTextsAndQos()
 {
     FETCH_FORM;
-    fill(item, form);
-    item->setData("1", serverQosRole);
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
-    QVERIFY(QMetaObject::invokeMethod(dialog.data(), "clearData"));
+    fill(m_item, form);
+    m_item->setData("1", serverQosRole);
+    const auto dialog = open(protocol);
+    QVERIFY(QMetaObject::invokeMethod(dialog.get(), "clearData"));
     QStringList expected;
     for (const QString &value : storedValues(form)) {
         const QString name = value.section(QLatin1Char('='), 0, 0);
         if (name == QLatin1String("qos")) {
             expected.append("qos=0");
-        } else if (input<QLineEdit>(*dialog, name.toLatin1().constData())
-                   || name == QLatin1String("anonymous")) {
+        } else if (edit(*dialog, name.toLatin1()) || name == QLatin1String("anonymous")) {
             expected.append(name + QLatin1Char('='));
         } else {
             expected.append(value);
         }
     }
     QCOMPARE(valuesOf(*dialog), expected);
-    QCOMPARE(item->data(serverPortRole).toString(), "of port");
-}
-
-void TestServerForms::slotsAreFoundByName()
-{
-    FETCH_FORM;
-    const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
-    for (const char *signature : {"saveChanges()", "clearData()"}) {
-        QVERIFY2(dialog->metaObject()->indexOfSlot(signature) >= 0, signature);
-    }
-    QVERIFY(QMetaObject::invokeMethod(dialog.data(), "saveChanges"));
-    QCOMPARE(workspace.messages.size(), 1);
-}
-
-void TestServerForms::writesItsLifeToTheLog()
-{
-    FETCH_FORM;
-    const QString prefix = QLatin1String(form.className) + ": ";
-    const LogTail log(prefix);
-    {
-        const QScopedPointer<ServerForm> dialog(make(protocol, item, &workspace));
-        dialog->saveChanges();
-        dialog->replaceItem(item);
-        dialog->clearData();
-    }
-    QCOMPARE(log.events(),
-             QStringList({prefix + "new-nuilt", prefix + "save", prefix + "replace", prefix + "destroyed"}));
+    QCOMPARE(m_item->data(serverPortRole).toString(), "of port");
 }
 
 QTEST_MAIN(TestServerForms)

@@ -268,20 +268,17 @@ void TestServerInputDialog::handsOutTheKeyInEachLanguage_data()
 {
     QTest::addColumn<QString>("shown");
     QTest::addColumn<QString>("port");
-    QTest::newRow("MQTT") << "MQTT"
-                          << "1883";
-    QTest::newRow("AliMQTT") << "*AliMQTT"
-                             << "1883";
-    QTest::newRow("OneNetMQTT") << "*OneNetMQTT"
-                                << "1883";
-    QTest::newRow("HuaWeiMQTT") << "*HuaWeiMQTT"
-                                << "8883";
-    QTest::newRow("ModbusTCP(Slave)") << "ModbusTCP(Slave)"
-                                      << "502";
-    QTest::newRow("HJ212") << "HJ212" << QString();
-    QTest::newRow("SL651") << "SL651" << QString();
-    QTest::newRow("OpcUaServer") << "OpcUaServer"
-                                 << "4840";
+    const auto add = [](const char *protocol, const QString &shown, const QString &port) {
+        QTest::newRow(protocol) << shown << port;
+    };
+    add("MQTT", "MQTT", "1883");
+    add("AliMQTT", "*AliMQTT", "1883");
+    add("OneNetMQTT", "*OneNetMQTT", "1883");
+    add("HuaWeiMQTT", "*HuaWeiMQTT", "8883");
+    add("ModbusTCP(Slave)", "ModbusTCP(Slave)", "502");
+    add("HJ212", "HJ212", QString());
+    add("SL651", "SL651", QString());
+    add("OpcUaServer", "OpcUaServer", "4840");
 }
 
 void TestServerInputDialog::handsOutTheKeyInEachLanguage()

@@ -3,9 +3,14 @@
 using namespace ServerFormTest;
 
 // What only the form of the OPC UA server has: the choice of an anonymous log-in.
-class TestServerOPCUAEditDialog : public QObject
+class TestServerOPCUAEditDialog : public FormTest
 {
     Q_OBJECT
+public:
+    TestServerOPCUAEditDialog()
+        : FormTest("up", serverProtocolRole, "OpcUaServer")
+    {
+    }
 private slots:
     void newServerShowsItsPortAndNoLogIn();
     void storedChoiceIsShown_data();
@@ -14,23 +19,10 @@ private slots:
     void clearDataTakesTheChoiceAway();
 };
 
-namespace {
-
-QStandardItem *addOpcUa(QStandardItemModel *model, const QVariant &anonymous)
-{
-    QStandardItem *item = addServer(model, "up", "OpcUaServer");
-    item->setData(anonymous, serverAnonymousRole);
-    return item;
-}
-
-} // namespace
-
 void TestServerOPCUAEditDialog::newServerShowsItsPortAndNoLogIn()
 {
-    QStandardItemModel model;
-    QStandardItem *item = addOpcUa(&model, QVariant());
-    item->setData("4840", serverPortRole);
-    const ServerOPCUAEditDialog form(item, nullptr);
+    m_item->setData("4840", serverPortRole);
+    const ServerOPCUAEditDialog form(m_item, nullptr);
     QCOMPARE(valuesOf(form),
              QStringList({"name=up", "description=", "protocol=OpcUaServer", "port=4840", "anonymous=false",
                           "username=", "password="}));
@@ -57,45 +49,44 @@ void TestServerOPCUAEditDialog::storedChoiceIsShown()
     QFETCH(QVariant, stored);
     QFETCH(QString, opened);
     QFETCH(QString, reboundFromTrue);
-    QStandardItemModel model;
-    QStandardItem *item = addOpcUa(&model, stored);
-    ServerOPCUAEditDialog form(item, nullptr);
-    QCOMPARE(input<QComboBox>(form, "anonymous")->currentText(), opened);
-    form.replaceItem(addOpcUa(&model, "true"));
-    QCOMPARE(input<QComboBox>(form, "anonymous")->currentText(), "true");
-    form.replaceItem(item);
-    QCOMPARE(input<QComboBox>(form, "anonymous")->currentText(), reboundFromTrue);
+    m_item->setData(stored, serverAnonymousRole);
+    ServerOPCUAEditDialog form(m_item, nullptr);
+    QCOMPARE(list(form, "anonymous")->currentText(), opened);
+    QStandardItem *other = addItem("other");
+    other->setData("true", serverAnonymousRole);
+    form.replaceItem(other);
+    QCOMPARE(list(form, "anonymous")->currentText(), "true");
+    form.replaceItem(m_item);
+    QCOMPARE(list(form, "anonymous")->currentText(), reboundFromTrue);
     form.saveChanges();
-    QCOMPARE(item->data(serverAnonymousRole), QVariant(reboundFromTrue));
+    QCOMPARE(m_item->data(serverAnonymousRole), QVariant(reboundFromTrue));
 }
 
 void TestServerOPCUAEditDialog::anonymousLeavesTheCredentialsEditable()
 {
-    QStandardItemModel model;
-    QStandardItem *item = addOpcUa(&model, "false");
-    ServerOPCUAEditDialog form(item, nullptr);
-    input<QComboBox>(form, "anonymous")->setCurrentText("true");
+    m_item->setData("false", serverAnonymousRole);
+    ServerOPCUAEditDialog form(m_item, nullptr);
+    list(form, "anonymous")->setCurrentText("true");
     for (const char *name : {"username", "password"}) {
-        QVERIFY2(input<QLineEdit>(form, name)->isEnabled(), name);
-        QTest::keyClicks(input<QLineEdit>(form, name), "ann");
+        QVERIFY2(edit(form, name)->isEnabled(), name);
+        QTest::keyClicks(edit(form, name), "ann");
     }
     form.saveChanges();
-    QCOMPARE(item->data(serverAnonymousRole), QVariant("true"));
-    QCOMPARE(item->data(serverUsernameRole), QVariant("ann"));
-    QCOMPARE(item->data(serverPasswordRole), QVariant("ann"));
+    QCOMPARE(m_item->data(serverAnonymousRole), QVariant("true"));
+    QCOMPARE(m_item->data(serverUsernameRole), QVariant("ann"));
+    QCOMPARE(m_item->data(serverPasswordRole), QVariant("ann"));
 }
 
 void TestServerOPCUAEditDialog::clearDataTakesTheChoiceAway()
 {
-    QStandardItemModel model;
-    QStandardItem *item = addOpcUa(&model, "true");
-    ServerOPCUAEditDialog form(item, nullptr);
+    m_item->setData("true", serverAnonymousRole);
+    ServerOPCUAEditDialog form(m_item, nullptr);
     form.clearData();
-    QCOMPARE(input<QComboBox>(form, "anonymous")->count(), 0);
-    QCOMPARE(input<QComboBox>(form, "protocol")->count(), 1);
-    form.replaceItem(item);
+    QCOMPARE(list(form, "anonymous")->count(), 0);
+    QCOMPARE(list(form, "protocol")->count(), 1);
+    form.replaceItem(m_item);
     form.saveChanges();
-    QCOMPARE(item->data(serverAnonymousRole), QVariant(QString()));
+    QCOMPARE(m_item->data(serverAnonymousRole), QVariant(QString()));
 }
 
 QTEST_MAIN(TestServerOPCUAEditDialog)
