@@ -1,8 +1,9 @@
+#include "parametercsvtexts.h"
 #include "parameters/parametercsv.h"
 
-#include <QHash>
-#include <QTranslator>
 #include <QtTest>
+
+using namespace ParameterCsvTexts;
 
 // Parameter rows as text and back, and every text that is refused.
 class TestParameterCsv : public QObject
@@ -19,42 +20,6 @@ private slots:
     void wordsAreThoseOfTheLanguage();
     void hostileTextIsSurvived();
 };
-
-namespace {
-
-const QByteArray plcHeader =
-    "Address,Name,Type,Length,Permissions,Reporting Method,Change Amplitude,Collection Formula,Write "
-    "Formula,Deleat\n";
-const QByteArray modbusHeader = "Address,Name,Type,Length,Permissions,Deleat\n";
-
-QVariantList row(const QByteArray &fields)
-{
-    QVariantList values;
-    const QStringList texts = QString::fromUtf8(fields).split(QLatin1Char(','));
-    for (const QString &text : texts) {
-        values.append(text);
-    }
-    return values;
-}
-
-const ParameterVariant &variantOf(bool modbus)
-{
-    return modbus ? ParameterVariant::modbus() : ParameterVariant::plc();
-}
-
-class Chinese : public QTranslator
-{
-public:
-    QString translate(const char *, const char *source, const char *, int) const override
-    {
-        static const QHash<QByteArray, QString> texts{
-            {"Timed", "定时上报"}, {"Change", "变化上报"}, {"Address", "地址"}};
-        return texts.value(source);
-    }
-    bool isEmpty() const override { return false; }
-};
-
-} // namespace
 
 void TestParameterCsv::rowsBecomeLines_data()
 {

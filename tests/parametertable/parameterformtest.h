@@ -1,13 +1,11 @@
 #pragma once
 
-#include "messages.h"
+#include "formtest.h"
 #include "parametertable/parameterform.h"
 #include "parametertable/parametertable.h"
-#include "workspacefake.h"
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QtTest>
 
 // What the tests of the parameter table share: rows as they are stored, and a table in a form that the test
 // types into.
@@ -49,23 +47,12 @@ private:
     ParameterTable *&m_latest;
 };
 
-class ParameterFormTest : public QObject
+class ParameterFormTest : public FormTest
 {
-    // No Q_OBJECT: the slots are those of the test.
 protected:
-    void setUp()
+    ParameterFormTest()
+        : FormTest(QString(), Qt::UserRole, QString())
     {
-        m_workspace = new WorkspaceFake;
-        m_messages = new Messages;
-        make(ParameterVariant::plc());
-    }
-    void tearDown()
-    {
-        QCOMPARE(m_messages->pending(), 0);
-        delete m_form;
-        m_form = nullptr;
-        delete m_messages;
-        delete m_workspace;
     }
 
     // A new empty table of the variant in place of the last one.
@@ -75,6 +62,18 @@ protected:
         m_form = new FormUnderTest(variant, m_workspace, m_table, m_latest);
         m_table = m_form->makeTable(m_form);
         m_latest = m_table;
+    }
+
+    void init() override
+    {
+        FormTest::init();
+        make(ParameterVariant::plc());
+    }
+    void cleanup() override
+    {
+        delete m_form;
+        m_form = nullptr;
+        FormTest::cleanup();
     }
 
     QLineEdit *editor(int row, int column) const { return m_table->editor(row, column); }
@@ -91,6 +90,4 @@ protected:
     FormUnderTest *m_form = nullptr;
     ParameterTable *m_table = nullptr;
     ParameterTable *m_latest = nullptr;
-    WorkspaceFake *m_workspace = nullptr;
-    Messages *m_messages = nullptr;
 };

@@ -4,8 +4,8 @@
 
 namespace {
 
-const QString lengthBox = "Warning|Length must be a positive integer between 1 and 10.";
-const QString numberBox = "Warning|Only positive integers and floating-point numbers are allowed.";
+const QString lengthMessage = "Warning|Length must be a positive integer between 1 and 10.";
+const QString numberMessage = "Warning|Only positive integers and floating-point numbers are allowed.";
 
 } // namespace
 
@@ -14,23 +14,11 @@ class TestParameterChecks : public ParameterFormTest
 {
     Q_OBJECT
 private slots:
-    void init() { setUp(); }
-    void cleanup() { tearDown(); }
-
     void typeDecidesTheLength_data();
     void typeDecidesTheLength();
-    void lengthRuleHasNoUpperBound_data();
-    void lengthRuleHasNoUpperBound();
+    void cellKeepsWhatIsAllowed_data();
+    void cellKeepsWhatIsAllowed();
     void methodDecidesTheAmplitude();
-    void amplitudeOfAnAddedRow_data();
-    void amplitudeOfAnAddedRow();
-    void amplitudeOfALoadedRow_data();
-    void amplitudeOfALoadedRow();
-    void addressOfAnAddedRow_data();
-    void addressOfAnAddedRow();
-    void addressOfALoadedRow();
-    void formulas_data();
-    void formulas();
     void untouchedEditorIsNotChecked();
     void duplicateNameOfAnAddedRow();
     void duplicateNameOfALoadedRow();
@@ -75,32 +63,93 @@ void TestParameterChecks::typeDecidesTheLength()
     QCOMPARE(editor(0, Length)->text(), "1");
 }
 
-void TestParameterChecks::lengthRuleHasNoUpperBound_data()
+void TestParameterChecks::cellKeepsWhatIsAllowed_data()
 {
+    QTest::addColumn<bool>("added");
+    QTest::addColumn<int>("column");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<bool>("kept");
-    QTest::newRow("zero") << "0" << false;
-    QTest::newRow("minus") << "-3" << false;
-    QTest::newRow("empty") << "" << false;
-    QTest::newRow("letters") << "ten" << false;
-    QTest::newRow("a fraction") << "1.5" << false;
-    QTest::newRow("one") << "1" << true;
-    QTest::newRow("eleven") << "11" << true;
-    QTest::newRow("five hundred") << "500" << true;
-    QTest::newRow("blanks around") << " 4 " << true;
+    const auto add = [](bool added, Column column, const char *name, const QString &typed, bool kept) {
+        QTest::addRow("%s row, column %d, %s", added ? "added" : "loaded", column, name)
+            << added << int(column) << typed << kept;
+    };
+    add(true, Length, "zero", "0", false);
+    add(true, Length, "minus", "-3", false);
+    add(true, Length, "empty", "", false);
+    add(true, Length, "letters", "ten", false);
+    add(true, Length, "a fraction", "1.5", false);
+    add(true, Length, "one", "1", true);
+    add(true, Length, "eleven", "11", true); // no upper bound, whatever the message says
+    add(true, Length, "five hundred", "500", true);
+    add(true, Length, "blanks around", " 4 ", true);
+    add(true, Amplitude, "empty", "", true);
+    add(true, Amplitude, "integer", "12", true);
+    add(true, Amplitude, "fraction", "0.5", true);
+    add(true, Amplitude, "no leading digit", ".5", true);
+    add(true, Amplitude, "minus", "-3", true);
+    add(true, Amplitude, "trailing point", "5.", false);
+    add(true, Amplitude, "letters", "abc", false);
+    add(true, Amplitude, "exponent", "1e3", false);
+    add(false, Amplitude, "number", "2.5", true);
+    add(false, Amplitude, "exponent", "1e3", true);
+    add(false, Amplitude, "no number by its name", "nan", true);
+    add(false, Amplitude, "infinite", "inf", true);
+    add(false, Amplitude, "negative zero", "-0", true);
+    add(false, Amplitude, "minus", "-3", false);
+    add(false, Amplitude, "negative infinite", "-inf", false);
+    add(false, Amplitude, "empty", "", false);
+    add(false, Amplitude, "letters", "abc", false);
+    add(true, Address, "empty", "", true);
+    add(true, Address, "letters and digits", "DB1.DBW0", true);
+    add(true, Address, "any printable ASCII", "!~#,;", true);
+    add(true, Address, "blanks around", " D1 ", true);
+    add(true, Address, "blank inside", "D 1", false);
+    add(true, Address, "Chinese", "地址", false);
+    add(false, Address, "blank inside", "D 1", false);
+    for (const bool added : {true, false}) {
+        for (const Column formula : {Collection, Write}) {
+            add(added, formula, "good", "X*0.1+2-3/4", true);
+            add(added, formula, "empty", "", true);
+            add(added, formula, "small x", "x*2", false);
+            add(added, formula, "brackets", "(X)", false);
+        }
+    }
 }
 
-void TestParameterChecks::lengthRuleHasNoUpperBound()
+// A length that is refused goes back to 1, any other text is emptied.
+void TestParameterChecks::cellKeepsWhatIsAllowed()
 {
+    QFETCH(bool, added);
+    QFETCH(int, column);
     QFETCH(QString, typed);
     QFETCH(bool, kept);
-    m_form->addParameter();
-    if (!kept) {
+    const char *const noted = column == Address ? "Invalid input in row 2: only letters, digits, "
+                                                  "underscores, dots, colons, and brackets are allowed."
+        : column == Amplitude
+        ? "Invalid input in row 2: only integers and floating-point numbers are allowed."
+        : "Invalid input in row 2: only numbers, operators (+, -, *, /) and 'X' are allowed.";
+    const bool isTold = !kept && (column == Length || column == Amplitude);
+    const bool isNoted = !kept && column != Length && (added || column != Amplitude);
+    if (added) {
+        m_form->addParameter();
+        m_form->addParameter();
+    } else {
+        const QVariantList row = plcRow("2", "b", "Change amplitude", "3");
+        m_form->loadParameters({plcRow("1", "a"), row});
+    }
+    if (isTold) {
         m_messages->expect();
     }
-    type(0, Length, typed);
-    QCOMPARE(editor(0, Length)->text(), kept ? typed : "1");
-    QCOMPARE(m_messages->told(), kept ? QStringList() : QStringList{lengthBox});
+    if (QLineEdit *cell = editor(1, column)) {
+        cell->setText("0");
+        type(1, column, typed);
+    } else {
+        edit(1, column, typed);
+    }
+    QCOMPARE(m_table->text(1, column), kept ? typed : column == Length ? QStringLiteral("1") : "");
+    QCOMPARE(m_messages->told(),
+             isTold ? QStringList(column == Length ? lengthMessage : numberMessage) : QStringList());
+    QCOMPARE(m_workspace->messages, isNoted ? QStringList(QLatin1String(noted)) : QStringList());
 }
 
 void TestParameterChecks::methodDecidesTheAmplitude()
@@ -117,143 +166,6 @@ void TestParameterChecks::methodDecidesTheAmplitude()
     QCOMPARE(editor(0, Amplitude)->text(), "3");
     QCOMPARE(editor(1, Amplitude)->text(), QString());
     QCOMPARE(m_table->rows().at(0).at(Amplitude).toString(), "3");
-}
-
-void TestParameterChecks::amplitudeOfAnAddedRow_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("kept");
-    QTest::newRow("empty") << "" << true;
-    QTest::newRow("integer") << "12" << true;
-    QTest::newRow("fraction") << "0.5" << true;
-    QTest::newRow("no leading digit") << ".5" << true;
-    QTest::newRow("minus") << "-3" << true;
-    QTest::newRow("trailing point") << "5." << false;
-    QTest::newRow("letters") << "abc" << false;
-    QTest::newRow("exponent") << "1e3" << false;
-}
-
-void TestParameterChecks::amplitudeOfAnAddedRow()
-{
-    QFETCH(QString, typed);
-    QFETCH(bool, kept);
-    m_form->addParameter();
-    editor(0, Amplitude)->setText("0");
-    if (!kept) {
-        m_messages->expect();
-    }
-    type(0, Amplitude, typed);
-    QCOMPARE(editor(0, Amplitude)->text(), kept ? typed : QString());
-    QCOMPARE(m_messages->told(), kept ? QStringList() : QStringList{numberBox});
-    QCOMPARE(
-        m_workspace->messages,
-        kept ? QStringList()
-             : QStringList{"Invalid input in row 1: only integers and floating-point numbers are allowed."});
-}
-
-void TestParameterChecks::amplitudeOfALoadedRow_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("kept");
-    QTest::newRow("number") << "2.5" << true;
-    QTest::newRow("exponent") << "1e3" << true;
-    QTest::newRow("no number by its name") << "nan" << true;
-    QTest::newRow("infinite") << "inf" << true;
-    QTest::newRow("negative zero") << "-0" << true;
-    QTest::newRow("minus") << "-3" << false;
-    QTest::newRow("negative infinite") << "-inf" << false;
-    QTest::newRow("empty") << "" << false;
-    QTest::newRow("letters") << "abc" << false;
-}
-
-void TestParameterChecks::amplitudeOfALoadedRow()
-{
-    QFETCH(QString, typed);
-    QFETCH(bool, kept);
-    m_form->loadParameters({plcRow("1", "a", "Change amplitude", "3")});
-    if (!kept) {
-        m_messages->expect();
-    }
-    type(0, Amplitude, typed);
-    QCOMPARE(editor(0, Amplitude)->text(), kept ? typed : QString());
-    QCOMPARE(m_messages->told(), kept ? QStringList() : QStringList{numberBox});
-    QCOMPARE(m_workspace->messages, QStringList());
-}
-
-void TestParameterChecks::addressOfAnAddedRow_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("kept");
-    QTest::newRow("empty") << "" << true;
-    QTest::newRow("letters and digits") << "DB1.DBW0" << true;
-    QTest::newRow("any printable ASCII") << "!~#,;" << true;
-    QTest::newRow("blanks around") << " D1 " << true;
-    QTest::newRow("blank inside") << "D 1" << false;
-    QTest::newRow("Chinese") << "地址" << false;
-}
-
-void TestParameterChecks::addressOfAnAddedRow()
-{
-    QFETCH(QString, typed);
-    QFETCH(bool, kept);
-    m_form->addParameter();
-    editor(0, Address)->setText("x");
-    type(0, Address, typed);
-    QCOMPARE(editor(0, Address)->text(), kept ? typed : QString());
-    QCOMPARE(m_workspace->messages,
-             kept
-                 ? QStringList()
-                 : QStringList{"Invalid input in row 1: only letters, digits, underscores, dots, colons, and "
-                               "brackets are allowed."});
-}
-
-void TestParameterChecks::addressOfALoadedRow()
-{
-    m_form->loadParameters({plcRow("1", "a"), plcRow("2", "b")});
-    edit(1, Address, "D 1");
-    QCOMPARE(m_table->item(1, Address)->text(), QString());
-    QCOMPARE(
-        m_workspace->messages,
-        QStringList{"Invalid input in row 2: only letters, digits, underscores, dots, colons, and brackets "
-                    "are allowed."});
-}
-
-void TestParameterChecks::formulas_data()
-{
-    QTest::addColumn<bool>("added");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<bool>("kept");
-    for (const bool added : {true, false}) {
-        for (const int column : {int(Collection), int(Write)}) {
-            const QByteArray row = QByteArray(added ? "added, " : "loaded, ") + QByteArray::number(column);
-            QTest::newRow(row + ", good") << added << column << "X*0.1+2-3/4" << true;
-            QTest::newRow(row + ", empty") << added << column << "" << true;
-            QTest::newRow(row + ", small x") << added << column << "x*2" << false;
-            QTest::newRow(row + ", brackets") << added << column << "(X)" << false;
-        }
-    }
-}
-
-void TestParameterChecks::formulas()
-{
-    QFETCH(bool, added);
-    QFETCH(int, column);
-    QFETCH(QString, typed);
-    QFETCH(bool, kept);
-    if (added) {
-        m_form->addParameter();
-        editor(0, column)->setText("X");
-        type(0, column, typed);
-    } else {
-        m_form->loadParameters({plcRow("1", "a")});
-        edit(0, column, typed);
-    }
-    QCOMPARE(m_table->text(0, column), kept ? typed : QString());
-    QCOMPARE(m_workspace->messages,
-             kept ? QStringList()
-                  : QStringList{
-                      "Invalid input in row 1: only numbers, operators (+, -, *, /) and 'X' are allowed."});
 }
 
 void TestParameterChecks::untouchedEditorIsNotChecked()
@@ -406,7 +318,6 @@ void TestParameterChecks::modbusAddressOfTheLatestTableIsWatchedInstead()
 
 void TestParameterChecks::withoutAWindowNothingIsTold()
 {
-    delete m_workspace;
     m_workspace = nullptr;
     make(ParameterVariant::plc());
     m_form->addParameter();
@@ -458,8 +369,8 @@ void TestParameterChecks::oneWarningStandsAtATime_data()
     QTest::addColumn<int>("column");
     QTest::addColumn<QString>("told");
     QTest::addColumn<QString>("after");
-    QTest::newRow("length") << int(Length) << lengthBox << "1";
-    QTest::newRow("amplitude") << int(Amplitude) << numberBox << "";
+    QTest::newRow("length") << int(Length) << lengthMessage << "1";
+    QTest::newRow("amplitude") << int(Amplitude) << numberMessage << "";
 }
 
 void TestParameterChecks::oneWarningStandsAtATime()

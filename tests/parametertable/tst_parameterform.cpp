@@ -8,9 +8,6 @@ class TestParameterForm : public ParameterFormTest
 {
     Q_OBJECT
 private slots:
-    void init() { setUp(); }
-    void cleanup() { tearDown(); }
-
     void slotsAreFoundByName_data();
     void slotsAreFoundByName();
     void operationsAreLogged();
