@@ -7,12 +7,9 @@
 #include <QApplication>
 #include <QProgressBar>
 #include <QPushButton>
-<<<<<<< HEAD
 #include <QScrollBar>
 #include <QTimer>
 #include <QWheelEvent>
-=======
->>>>>>> 0deb05f (parametertable: test what cells take in one table)
 
 #include <algorithm>
 #include <utility>

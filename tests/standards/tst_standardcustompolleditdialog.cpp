@@ -36,7 +36,7 @@ namespace {
 
 enum Column { Name, Hex, DataContent, Crc };
 
-QComboBox *list(const QTableWidget *table, int row, int column)
+QComboBox *listOf(const QTableWidget *table, int row, int column)
 {
     return qobject_cast<QComboBox *>(table->cellWidget(row, column));
 }
@@ -69,16 +69,10 @@ const QString textPattern = "[ -~]*";
 void TestStandardCustomPollEditDialog::newStandardShowsItsDefaults()
 {
     const standardCustomPollEditDialog form(m_item, m_workspace);
-    const struct {
-        const char *name;
-        const char *text;
-    } lists[] = {{"serialport", "COM1"}, {"baudRate", "115200"}, {"dataBit", "8"},
-                 {"stopBit", "1"},       {"parityBit", "NONE"},  {"protocol", "CustomPoll"}};
-    for (const auto &field : lists) {
-        QCOMPARE(find<QComboBox>(form, field.name)->currentText(), QLatin1String(field.text));
-    }
-    QCOMPARE(find<QLineEdit>(form, "communicationTimeout")->text(), "2000");
-    QCOMPARE(find<QLineEdit>(form, "communicationGap")->text(), "-1");
+    QCOMPARE(textsOf(form,
+                     {"serialport", "baudRate", "dataBit", "stopBit", "parityBit", "protocol",
+                      "communicationTimeout", "communicationGap"}),
+             QStringList({"COM1", "115200", "8", "1", "NONE", "CustomPoll", "2000", "-1"}));
 }
 
 void TestStandardCustomPollEditDialog::crcSlotFollowsTheIndex_data()
@@ -144,17 +138,17 @@ void TestStandardCustomPollEditDialog::listOfARowDecides()
     auto *table = form.findChild<QTableWidget *>();
     dataOf(table, 0)->setText("FF");
     dataOf(table, 1)->setText("0A");
-    list(table, 1, Hex)->setCurrentText("false");
-    QVERIFY(!list(table, 1, Crc)->isEnabled());
-    QCOMPARE(list(table, 1, Crc)->currentText(), "false");
+    listOf(table, 1, Hex)->setCurrentText("false");
+    QVERIFY(!listOf(table, 1, Crc)->isEnabled());
+    QCOMPARE(listOf(table, 1, Crc)->currentText(), "false");
     QCOMPARE(dataOf(table, 1)->text(), QString());
     QCOMPARE(patternOf(dataOf(table, 1)), textPattern);
-    list(table, 1, Hex)->setCurrentText("true");
-    QVERIFY(list(table, 1, Crc)->isEnabled());
-    QCOMPARE(list(table, 1, Crc)->currentText(), "false");
+    listOf(table, 1, Hex)->setCurrentText("true");
+    QVERIFY(listOf(table, 1, Crc)->isEnabled());
+    QCOMPARE(listOf(table, 1, Crc)->currentText(), "false");
     QCOMPARE(patternOf(dataOf(table, 1)), hexPattern);
     QCOMPARE(dataOf(table, 0)->text(), "FF");
-    QVERIFY(list(table, 0, Crc)->isEnabled());
+    QVERIFY(listOf(table, 0, Crc)->isEnabled());
 }
 
 void TestStandardCustomPollEditDialog::storedRowIsShownAsItIs_data()
@@ -177,23 +171,20 @@ void TestStandardCustomPollEditDialog::storedRowIsShownAsItIs()
     QFETCH(QString, data);
     QFETCH(bool, live);
     QFETCH(QString, pattern);
-    m_item->setData(QVariant::fromValue(RowList{{"ask", hex, data, "false", "r", "Timed"}}),
-                    standardDatasRole);
+    setRows(m_item, standardDatasRole, {{"ask", hex, data, "false", "r", "Timed"}});
     const standardCustomPollEditDialog form(m_item, m_workspace);
     const auto *table = form.findChild<QTableWidget *>();
     QCOMPARE(dataOf(table, 0)->text(), data);
-    QCOMPARE(list(table, 0, Crc)->isEnabled(), live);
+    QCOMPARE(listOf(table, 0, Crc)->isEnabled(), live);
     QCOMPARE(patternOf(dataOf(table, 0)), pattern);
 }
 
 void TestStandardCustomPollEditDialog::textRowHasNoCrc()
 {
-    m_item->setData(QVariant::fromValue(RowList{{"ask", "false", "READ?", "true", "r", "Timed"}}),
-                    standardDatasRole);
+    setRows(m_item, standardDatasRole, {{"ask", "false", "READ?", "true", "r", "Timed"}});
     standardCustomPollEditDialog form(m_item, m_workspace);
     form.saveChanges();
-    QCOMPARE(m_item->data(standardDatasRole).value<RowList>(),
-             (RowList{{"ask", "false", "READ?", "false", "r", "Timed"}}));
+    QCOMPARE(rowsOf(*m_item, standardDatasRole), (RowList{{"ask", "false", "READ?", "false", "r", "Timed"}}));
 }
 
 void TestStandardCustomPollEditDialog::removedRowTakesItsConnectionsAlong()
@@ -205,8 +196,8 @@ void TestStandardCustomPollEditDialog::removedRowTakesItsConnectionsAlong()
     table->setCurrentCell(0, 0);
     form.removeParameter();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    list(table, 0, Hex)->setCurrentIndex(1);
-    QVERIFY(!list(table, 0, Crc)->isEnabled());
+    listOf(table, 0, Hex)->setCurrentIndex(1);
+    QVERIFY(!listOf(table, 0, Crc)->isEnabled());
 }
 
 QTEST_MAIN(TestStandardCustomPollEditDialog)

@@ -19,15 +19,9 @@ public:
     {
     }
 private slots:
-    void addressIsChecked_data();
-    void addressIsChecked();
-    void changeAmplitudeIsChecked_data();
-    void changeAmplitudeIsChecked();
+    void cellKeepsWhatIsAllowed_data();
+    void cellKeepsWhatIsAllowed();
     void itemOfTheAmplitudeIsCheckedByItsSlot();
-    void formulasAreChecked_data();
-    void formulasAreChecked();
-    void spatialIndexIsAPositiveNumber_data();
-    void spatialIndexIsAPositiveNumber();
     void spatialIndexThatIsNoneGoesBackToOne();
     void slotsActOnTheirOwnColumnsOnly();
     void methodDecidesTheAmplitude();
@@ -36,8 +30,6 @@ private:
     static QLineEdit *editor(const QWidget &form, int row, int column);
     static QTableWidgetItem *cell(const QWidget &form, int row, int column);
     static void type(const QWidget &form, int row, int column, const QString &text);
-    // Types into the first row, an added or a loaded one: the text stays, or goes with this message.
-    void compareTyping(bool added, int column, const QString &text, bool kept, const QString &message);
 };
 
 namespace {
@@ -60,7 +52,8 @@ QVariantList node(const QString &index = "1")
     return {"Pump", "a", index, "GUID Node", "r", "Change amplitude", "1", "X", "X", "bool"};
 }
 
-const QString indexBox = "Warning|The spatial index value type can only be filled with numbers.";
+const QString indexMessage = "Warning|The spatial index value type can only be filled with numbers.";
+const QString amplitudeMessage = "Warning|Only positive integers and floating-point numbers are allowed.";
 
 } // namespace
 
@@ -86,75 +79,73 @@ void TestStandardOPCUARows::type(const QWidget &form, int row, int column, const
     }
 }
 
-void TestStandardOPCUARows::compareTyping(bool added, int column, const QString &text, bool kept,
-                                          const QString &message)
-{
-    standardOPCUAEditDialog form(m_item, m_workspace);
-    form.loadParameters(added ? RowList() : RowList{node()});
-    form.addParameter();
-    type(form, 0, column, text);
-    QCOMPARE(form.findChild<ParameterTable *>()->text(0, column), kept ? text : QString());
-    QCOMPARE(m_workspace->messages, kept ? QStringList() : QStringList{message});
-}
-
-void TestStandardOPCUARows::addressIsChecked_data()
+void TestStandardOPCUARows::cellKeepsWhatIsAllowed_data()
 {
     QTest::addColumn<bool>("added");
+    QTest::addColumn<int>("column");
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("kept");
     for (const bool added : {true, false}) {
-        const QByteArray row = added ? "added" : "loaded";
-        QTest::newRow(row + ", name") << added << "Pump.Speed_1" << true;
-        QTest::newRow(row + ", any printable") << added << "ns=2;s=[1]{~!}" << true;
-        QTest::newRow(row + ", empty") << added << "" << true;
-        QTest::newRow(row + ", blank inside") << added << "Pump Speed" << false;
-        QTest::newRow(row + ", Chinese") << added << "水泵" << false;
+        const auto add = [added](Column column, const char *name, const QString &text, bool kept) {
+            QTest::addRow("%s row, column %d, %s", added ? "added" : "loaded", column, name)
+                << added << int(column) << text << kept;
+        };
+        add(Address, "name", "Pump.Speed_1", true);
+        add(Address, "any printable", "ns=2;s=[1]{~!}", true);
+        add(Address, "empty", "", true);
+        add(Address, "blank inside", "Pump Speed", false);
+        add(Address, "Chinese", "水泵", false);
+        add(Amplitude, "fraction", "0.5", true);
+        add(Amplitude, "minus", "-3", added);
+        add(Amplitude, "empty", "", added);
+        add(Amplitude, "letters", "abc", false);
+        for (const Column formula : {CollectionFormula, WriteFormula}) {
+            add(formula, "good", "X*0.1+2-3/4", true);
+            add(formula, "empty", "", true);
+            add(formula, "small x", "x*2", false);
+        }
+        add(SpatialIndex, "one", "1", true);
+        add(SpatialIndex, "large", "65535", true);
+        add(SpatialIndex, "blanks around", " 4 ", true);
+        add(SpatialIndex, "zero", "0", false);
+        add(SpatialIndex, "minus", "-2", false);
+        add(SpatialIndex, "fraction", "1.5", false);
+        add(SpatialIndex, "letters", "two", false);
+        add(SpatialIndex, "empty", "", false);
     }
 }
 
-void TestStandardOPCUARows::addressIsChecked()
+// A spatial index that is refused goes back to the one before, any other text is emptied.
+void TestStandardOPCUARows::cellKeepsWhatIsAllowed()
 {
     QFETCH(bool, added);
+    QFETCH(int, column);
     QFETCH(QString, text);
     QFETCH(bool, kept);
-    compareTyping(added, Address, text, kept,
-                  "Invalid input in row 1: only letters, digits, underscores, and dots are allowed.");
-}
-
-void TestStandardOPCUARows::changeAmplitudeIsChecked_data()
-{
-    QTest::addColumn<bool>("added");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("kept");
-    QTest::newRow("added, fraction") << true << "0.5" << true;
-    QTest::newRow("added, minus") << true << "-3" << true;
-    QTest::newRow("added, empty") << true << "" << true;
-    QTest::newRow("added, letters") << true << "abc" << false;
-    QTest::newRow("loaded, fraction") << false << "0.5" << true;
-    QTest::newRow("loaded, minus") << false << "-3" << false;
-    QTest::newRow("loaded, empty") << false << "" << false;
-}
-
-void TestStandardOPCUARows::changeAmplitudeIsChecked()
-{
-    QFETCH(bool, added);
-    QFETCH(QString, text);
-    QFETCH(bool, kept);
+    const char *const noted = column == Address
+        ? "Invalid input in row 1: only letters, digits, underscores, and dots are allowed."
+        : column == Amplitude
+        ? "Invalid input in row 1: only integers and floating-point numbers are allowed."
+        : "Invalid input in row 1: only numbers, operators (+, -, *, /) and 'X' are allowed.";
+    const bool isTold = !kept && (column == Amplitude || column == SpatialIndex);
+    const bool isNoted = !kept && column != SpatialIndex && (added || column != Amplitude);
     standardOPCUAEditDialog form(m_item, m_workspace);
     form.loadParameters(added ? RowList() : RowList{node()});
     form.addParameter();
-    if (!kept) {
+    if (column == SpatialIndex) {
+        type(form, 0, column, "7");
+    }
+    if (isTold) {
         m_messages->expect();
     }
-    type(form, 0, Amplitude, text);
-    QCOMPARE(editor(form, 0, Amplitude)->text(), kept ? text : QString());
+    type(form, 0, column, text);
+    QCOMPARE(form.findChild<ParameterTable *>()->text(0, column),
+             kept                         ? text
+                 : column == SpatialIndex ? QStringLiteral("7")
+                                          : "");
     QCOMPARE(m_messages->told(),
-             kept ? QStringList()
-                  : QStringList{"Warning|Only positive integers and floating-point numbers are allowed."});
-    QCOMPARE(m_workspace->messages,
-             kept || !added ? QStringList()
-                            : QStringList{"Invalid input in row 1: only integers and floating-point numbers "
-                                          "are allowed."});
+             isTold ? QStringList(column == SpatialIndex ? indexMessage : amplitudeMessage) : QStringList());
+    QCOMPARE(m_workspace->messages, isNoted ? QStringList(QLatin1String(noted)) : QStringList());
 }
 
 void TestStandardOPCUARows::itemOfTheAmplitudeIsCheckedByItsSlot()
@@ -173,68 +164,6 @@ void TestStandardOPCUARows::itemOfTheAmplitudeIsCheckedByItsSlot()
              QStringList{"Invalid input in row 1: only integers and floating-point numbers are allowed."});
 }
 
-void TestStandardOPCUARows::formulasAreChecked_data()
-{
-    QTest::addColumn<bool>("added");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("kept");
-    for (const bool added : {true, false}) {
-        for (const int column : {int(CollectionFormula), int(WriteFormula)}) {
-            const QByteArray row = QByteArray(added ? "added, " : "loaded, ") + QByteArray::number(column);
-            QTest::newRow(row + ", good") << added << column << "X*0.1+2-3/4" << true;
-            QTest::newRow(row + ", empty") << added << column << "" << true;
-            QTest::newRow(row + ", small x") << added << column << "x*2" << false;
-        }
-    }
-}
-
-void TestStandardOPCUARows::formulasAreChecked()
-{
-    QFETCH(bool, added);
-    QFETCH(int, column);
-    QFETCH(QString, text);
-    QFETCH(bool, kept);
-    compareTyping(added, column, text, kept,
-                  "Invalid input in row 1: only numbers, operators (+, -, *, /) and 'X' are allowed.");
-}
-
-void TestStandardOPCUARows::spatialIndexIsAPositiveNumber_data()
-{
-    QTest::addColumn<bool>("added");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("kept");
-    for (const bool added : {true, false}) {
-        const QByteArray row = added ? "added" : "loaded";
-        QTest::newRow(row + ", one") << added << "1" << true;
-        QTest::newRow(row + ", large") << added << "65535" << true;
-        QTest::newRow(row + ", blanks around") << added << " 4 " << true;
-        QTest::newRow(row + ", zero") << added << "0" << false;
-        QTest::newRow(row + ", minus") << added << "-2" << false;
-        QTest::newRow(row + ", fraction") << added << "1.5" << false;
-        QTest::newRow(row + ", letters") << added << "two" << false;
-        QTest::newRow(row + ", empty") << added << "" << false;
-    }
-}
-
-void TestStandardOPCUARows::spatialIndexIsAPositiveNumber()
-{
-    QFETCH(bool, added);
-    QFETCH(QString, text);
-    QFETCH(bool, kept);
-    standardOPCUAEditDialog form(m_item, m_workspace);
-    form.loadParameters(added ? RowList() : RowList{node()});
-    form.addParameter();
-    type(form, 0, SpatialIndex, "7");
-    if (!kept) {
-        m_messages->expect();
-    }
-    type(form, 0, SpatialIndex, text);
-    QCOMPARE(cell(form, 0, SpatialIndex)->text(), kept ? text : "7");
-    QCOMPARE(m_messages->told(), kept ? QStringList() : QStringList{indexBox});
-    QCOMPARE(m_workspace->messages, QStringList());
-}
-
 void TestStandardOPCUARows::spatialIndexThatIsNoneGoesBackToOne()
 {
     standardOPCUAEditDialog form(m_item, m_workspace);
@@ -243,7 +172,7 @@ void TestStandardOPCUARows::spatialIndexThatIsNoneGoesBackToOne()
     m_messages->expect();
     QVERIFY(QMetaObject::invokeMethod(&form, "validateLength", Q_ARG(int, 0), Q_ARG(int, SpatialIndex)));
     QCOMPARE(cell(form, 0, SpatialIndex)->text(), "1");
-    QCOMPARE(m_messages->told(), QStringList{indexBox});
+    QCOMPARE(m_messages->told(), QStringList{indexMessage});
 }
 
 void TestStandardOPCUARows::slotsActOnTheirOwnColumnsOnly()
@@ -260,7 +189,7 @@ void TestStandardOPCUARows::slotsActOnTheirOwnColumnsOnly()
         QVERIFY(QMetaObject::invokeMethod(&form, slot, Q_ARG(int, -1), Q_ARG(int, -1)));
     }
     form.saveChanges();
-    QCOMPARE(m_item->data(standardDatasRole).value<RowList>(), RowList{bad});
+    QCOMPARE(rowsOf(*m_item, standardDatasRole), RowList{bad});
     form.validateAddr(0, Address);
     form.validateFormula(0, WriteFormula);
     QCOMPARE(cell(form, 0, Address)->text(), QString());

@@ -55,13 +55,9 @@ void TestStandardTableFields::listsHaveTheirEntries()
     QFETCH(QStringList, entries);
     const StandardTableFormPtr form = makeTableForm(protocol, m_item, m_workspace);
     form->addParameter();
-    const auto *list = qobject_cast<QComboBox *>(form->findChild<QTableWidget *>()->cellWidget(0, column));
-    QVERIFY(list);
-    QStringList shown;
-    for (int index = 0; index < list->count(); ++index) {
-        shown.append(list->itemText(index));
-    }
-    QCOMPARE(shown, entries);
+    const auto *choice = qobject_cast<QComboBox *>(form->findChild<QTableWidget *>()->cellWidget(0, column));
+    QVERIFY(choice);
+    QCOMPARE(entriesOf(choice), entries);
 }
 
 void TestStandardTableFields::saveWritesEveryRole_data()
@@ -109,12 +105,12 @@ void TestStandardTableFields::saveWritesEveryRole()
     QFETCH(int, role);
     QFETCH(QVariant, value);
     const StandardTableFormPtr form = makeTableForm(protocol, m_item, m_workspace);
-    if (auto *box = find<QCheckBox>(*form, field)) {
-        box->setChecked(value.toBool());
-    } else if (auto *list = find<QComboBox>(*form, field)) {
-        list->setCurrentText(value.toString());
+    if (QCheckBox *flag = check(*form, field)) {
+        flag->setChecked(value.toBool());
+    } else if (QComboBox *choice = list(*form, field)) {
+        choice->setCurrentText(value.toString());
     } else {
-        find<QLineEdit>(*form, field)->setText(value.toString());
+        edit(*form, field)->setText(value.toString());
     }
     form->saveButton()->click();
     QCOMPARE(m_item->data(role), value);
