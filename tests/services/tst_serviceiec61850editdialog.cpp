@@ -1,31 +1,25 @@
-#include "files.h"
-#include "messages.h"
+#include "formtest.h"
 #include "model/itemroles.h"
 #include "services/serviceiec61850editdialog.h"
-#include "workspacefake.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFile>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QStandardItem>
-#include <QStandardItemModel>
-#include <QTimer>
-#include <QtTest>
 
 #include <algorithm>
 
 // The form of the IEC61850 service on an item and a faked main window.
-class TestServiceIEC61850EditDialog : public QObject
+class TestServiceIEC61850EditDialog : public FormTest
 {
     Q_OBJECT
+public:
+    TestServiceIEC61850EditDialog()
+        : FormTest("IEC61850", serviceProtocolRole, "IEC61850")
+    {
+    }
 private slots:
-    void init();
-    void cleanup();
     void newServiceShowsItsDefaults();
     void openingWritesTheDefaultPortOnly();
     void sslAndVerificationDecideWhatIsLive_data();
@@ -34,89 +28,20 @@ private slots:
     void storedFlagsAreShown_data();
     void storedFlagsAreShown();
     void saveWritesEveryRole();
-    void selectedFileIsSavedWithItsContent();
-    void cancelLeavesTheItemAlone();
-    void fileThatCannotBeOpenedLeavesItsPath();
-    void writableFieldThatDiffersIsEmptied();
     void lastClientEmptiesTheOneBefore();
     void replaceItemShowsTheOtherService();
     void clearDataLeavesTheFilesAlone();
     void everyInputHasItsName();
-    void rolesOfTheWrongTypeDoNoHarm();
-    void saveWithoutItsNodeDoesNothing();
-
-private:
-    QStandardItem *m_item = nullptr;
-    WorkspaceFake *m_workspace = nullptr;
-    Messages *m_messages = nullptr;
+    void savingWritesRolesInOrder();
 };
-
-namespace {
-
-QLineEdit *edit(const QWidget &form, const char *name)
-{
-    return form.findChild<QLineEdit *>(QLatin1String(name));
-}
-
-QCheckBox *check(const QWidget &form, const char *name)
-{
-    return form.findChild<QCheckBox *>(QLatin1String(name));
-}
-
-QComboBox *list(const QWidget &form, const char *name)
-{
-    return form.findChild<QComboBox *>(QLatin1String(name));
-}
-
-void press(const QWidget &form, const char *name)
-{
-    form.findChild<QPushButton *>(QLatin1String(name))->click();
-}
-
-// Types a path into the file dialog that the next event loop brings up, or gives up if empty.
-void answerFileDialog(const QString &path)
-{
-    QTimer::singleShot(0, qApp, [path] {
-        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        if (path.isEmpty()) {
-            dialog->reject();
-            return;
-        }
-        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
-        dialog->findChild<QPushButton *>()->setFocus();
-        QMetaObject::invokeMethod(dialog, "accept");
-    });
-}
-
-} // namespace
-
-void TestServiceIEC61850EditDialog::init()
-{
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    m_item = new QStandardItem("IEC61850");
-    m_item->setData("IEC61850", serviceProtocolRole);
-    m_workspace = new WorkspaceFake;
-    m_messages = new Messages;
-}
-
-void TestServiceIEC61850EditDialog::cleanup()
-{
-    QCOMPARE(m_messages->pending(), 0);
-    delete m_messages;
-    delete m_workspace;
-    delete m_item;
-}
 
 void TestServiceIEC61850EditDialog::newServiceShowsItsDefaults()
 {
     ServiceIEC61850EditDialog form(m_item, m_workspace);
-    QCOMPARE(edit(form, "name")->text(), "IEC61850");
+    QCOMPARE(textsOf(form, {"name", "protocol", "port", "authentication"}),
+             QStringList({"IEC61850", "IEC61850", "102", "None"}));
     QVERIFY(edit(form, "name")->isReadOnly());
-    QCOMPARE(list(form, "protocol")->currentText(), "IEC61850");
     QVERIFY(!list(form, "protocol")->isEnabled());
-    QCOMPARE(edit(form, "port")->text(), "102");
-    QCOMPARE(list(form, "authentication")->currentText(), "None");
     QVERIFY(edit(form, "password")->isHidden());
     QVERIFY(check(form, "enableGoosePublishing")->isChecked());
     QVERIFY(!check(form, "enableSSL")->isChecked());
@@ -138,12 +63,8 @@ void TestServiceIEC61850EditDialog::newServiceShowsItsDefaults()
 void TestServiceIEC61850EditDialog::openingWritesTheDefaultPortOnly()
 {
     ServiceIEC61850EditDialog form(m_item, nullptr);
-    QStandardItem expected("IEC61850");
-    expected.setData("IEC61850", serviceProtocolRole);
-    expected.setData("102", servicePortRole);
-    for (int role = Qt::UserRole; role <= serviceServerKeyPasswordRole; ++role) {
-        QCOMPARE(m_item->data(role), expected.data(role));
-    }
+    const QMap<int, QVariant> expected{{serviceProtocolRole, "IEC61850"}, {servicePortRole, "102"}};
+    QCOMPARE(rolesOf(*m_item), expected);
 }
 
 void TestServiceIEC61850EditDialog::sslAndVerificationDecideWhatIsLive_data()
@@ -235,8 +156,7 @@ void TestServiceIEC61850EditDialog::saveWritesEveryRole()
     check(form, "enableSSL")->setChecked(true);
     edit(form, "serverKeyPassword")->setText("key secret");
     check(form, "isVerifyClientCert")->setChecked(true);
-    press(form, "saveButton");
-    QCOMPARE(m_item->text(), "IEC61850");
+    click(form, "saveButton");
     QCOMPARE(m_item->data(serviceProtocolRole), QVariant("IEC61850"));
     QCOMPARE(m_item->data(servicePortRole), QVariant("10102"));
     QCOMPARE(m_item->data(serviceAuthenticationRole), QVariant("Password"));
@@ -246,84 +166,6 @@ void TestServiceIEC61850EditDialog::saveWritesEveryRole()
     QCOMPARE(m_item->data(serviceServerKeyPasswordRole), QVariant("key secret"));
     QCOMPARE(m_item->data(serviceIsVerifyClientCertRole), QVariant(true));
     QCOMPARE(m_item->data(serviceClientCertificate10Role), QVariant(QString()));
-    QCOMPARE(m_workspace->messages, QStringList{"The Standard OpcUa 'IEC61850' is saved successfully."});
-}
-
-void TestServiceIEC61850EditDialog::selectedFileIsSavedWithItsContent()
-{
-    const QString path = Files::put("root.pem", "-----CERT-----\n");
-    ServiceIEC61850EditDialog form(m_item, m_workspace);
-    check(form, "enableSSL")->setChecked(true);
-    answerFileDialog(path);
-    press(form, "rootCertificateSelect");
-    QCOMPARE(edit(form, "rootCertificatePath")->text(), path);
-    answerFileDialog(QString());
-    press(form, "rootCertificateSelect");
-    QCOMPARE(edit(form, "rootCertificatePath")->text(), path);
-    press(form, "saveButton");
-    QCOMPARE(m_item->data(serviceRootCertificatePathRole), QVariant(path));
-    QCOMPARE(m_item->data(serviceRootCertificateRole), QVariant("-----CERT-----"));
-}
-
-void TestServiceIEC61850EditDialog::cancelLeavesTheItemAlone()
-{
-    const QString path = Files::put("key.key", "KEY");
-    m_item->setData("old", serviceServerKeyRole);
-    ServiceIEC61850EditDialog form(m_item, m_workspace);
-    QSignalSpy rejected(&form, &QDialog::rejected);
-    check(form, "enableSSL")->setChecked(true);
-    answerFileDialog(path);
-    press(form, "serverKeySelect");
-    press(form, "cancelButton");
-    QCOMPARE(rejected.size(), 1);
-    QCOMPARE(m_item->data(serviceServerKeyRole), QVariant("old"));
-    QCOMPARE(m_item->data(serviceServerKeyPathRole), QVariant());
-    QCOMPARE(m_workspace->messages, QStringList());
-}
-
-void TestServiceIEC61850EditDialog::fileThatCannotBeOpenedLeavesItsPath()
-{
-    const QString path = QDir::current().absoluteFilePath("gone.pem");
-    Files::put(path, "x");
-    ServiceIEC61850EditDialog form(m_item, m_workspace);
-    check(form, "enableSSL")->setChecked(true);
-    m_messages->expect();
-    // The file goes away between the choice and the reading: a link to nowhere takes its place.
-    QTimer::singleShot(0, qApp, [path] {
-        auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(path);
-        connect(dialog, &QFileDialog::accepted, dialog, [path] { QFile::remove(path); });
-        QMetaObject::invokeMethod(dialog, "accept");
-    });
-    press(form, "serverCertificateSelect");
-    QCOMPARE(m_messages->told(), QStringList{"Error|Failed to open file: " + path});
-    press(form, "saveButton");
-    QCOMPARE(m_item->data(serviceServerCertificatePathRole), QVariant(path));
-    QCOMPARE(m_item->data(serviceServerCertificateRole), QVariant(QString()));
-}
-
-void TestServiceIEC61850EditDialog::writableFieldThatDiffersIsEmptied()
-{
-    m_item->setData("/a.pem", serviceRootCertificatePathRole);
-    m_item->setData("A", serviceRootCertificateRole);
-    m_item->setData("/k.key", serviceServerKeyPathRole);
-    m_item->setData("K", serviceServerKeyRole);
-    ServiceIEC61850EditDialog form(m_item, m_workspace);
-    edit(form, "rootCertificatePath")->setText("/b.pem");
-    edit(form, "serverKeyPath")->setText("/b.key");
-    m_messages->expect();
-    m_messages->expect();
-    press(form, "saveButton");
-    QCOMPARE(m_messages->told(),
-             (QStringList{"Warning|The certificate storage path is inconsistent with the loading "
-                          "path.Please select the certificate again.Prevent data loss.",
-                          "Warning|The key storage path is inconsistent with the loading path."
-                          "Please select the key again.Prevent data loss."}));
-    for (const int role : {serviceRootCertificatePathRole, serviceRootCertificateRole,
-                           serviceServerKeyPathRole, serviceServerKeyRole}) {
-        QCOMPARE(m_item->data(role), QVariant(QString()));
-    }
 }
 
 void TestServiceIEC61850EditDialog::lastClientEmptiesTheOneBefore()
@@ -335,7 +177,7 @@ void TestServiceIEC61850EditDialog::lastClientEmptiesTheOneBefore()
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     edit(form, "clientCertificate10Path")->setText("/other.pem");
     m_messages->expect();
-    press(form, "saveButton");
+    click(form, "saveButton");
     QCOMPARE(m_item->data(serviceClientCertificatePath9Role), QVariant(QString()));
     QCOMPARE(m_item->data(serviceClientCertificate9Role), QVariant(QString()));
     QCOMPARE(m_item->data(serviceClientCertificatePath10Role), QVariant("/10.pem"));
@@ -352,15 +194,12 @@ void TestServiceIEC61850EditDialog::replaceItemShowsTheOtherService()
     other.setData("three", serviceClientCertificate3Role);
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     form.replaceItem(&other);
-    QCOMPARE(edit(form, "name")->text(), "Other");
-    QCOMPARE(edit(form, "port")->text(), "1102");
-    QCOMPARE(list(form, "protocol")->currentText(), "IEC61850");
-    QCOMPARE(list(form, "authentication")->currentText(), "Password");
+    QCOMPARE(textsOf(form, {"name", "port", "protocol", "authentication", "clientCertificate3Path"}),
+             QStringList({"Other", "1102", "IEC61850", "Password", "/c3.pem"}));
     QVERIFY(!list(form, "authentication")->isEnabled());
-    QCOMPARE(edit(form, "clientCertificate3Path")->text(), "/c3.pem");
     QVERIFY(edit(form, "rootCertificatePath")->isEnabled());
     QVERIFY(!edit(form, "clientCertificate3Path")->isEnabled());
-    press(form, "saveButton");
+    click(form, "saveButton");
     QCOMPARE(other.data(serviceClientCertificate3Role), QVariant("three"));
     QCOMPARE(m_item->data(serviceAuthenticationRole), QVariant());
 
@@ -389,53 +228,52 @@ void TestServiceIEC61850EditDialog::clearDataLeavesTheFilesAlone()
 void TestServiceIEC61850EditDialog::everyInputHasItsName()
 {
     ServiceIEC61850EditDialog form(m_item, m_workspace);
-    QStringList names;
-    const auto widgets = form.findChildren<QWidget *>();
-    for (const QWidget *widget : widgets) {
-        if (qobject_cast<const QLineEdit *>(widget) || qobject_cast<const QComboBox *>(widget)
-            || qobject_cast<const QCheckBox *>(widget)) {
-            names.append(widget->objectName());
-        }
-    }
-    QStringList expected{"name",
-                         "protocol",
-                         "port",
-                         "authentication",
-                         "password",
-                         "enableGoosePublishing",
-                         "enableSSL",
-                         "rootCertificatePath",
-                         "serverCertificatePath",
-                         "serverKeyPath",
-                         "serverKeyPassword",
-                         "isVerifyClientCert"};
+    QStringList expected =
+        QStringLiteral(
+            "name protocol port authentication password enableGoosePublishing enableSSL rootCertificatePath "
+            "serverCertificatePath serverKeyPath serverKeyPassword isVerifyClientCert")
+            .split(QLatin1Char(' '));
     for (int client = 1; client <= 10; ++client) {
         expected.append(QString("clientCertificate%1Path").arg(client));
     }
-    names.sort();
     expected.sort();
-    QCOMPARE(names, expected);
+    QCOMPARE(inputsOf(form), expected);
 }
 
-void TestServiceIEC61850EditDialog::rolesOfTheWrongTypeDoNoHarm()
+// What a listener to the tree sees change, one after the other.
+void TestServiceIEC61850EditDialog::savingWritesRolesInOrder()
 {
-    for (int role = serviceProtocolRole; role <= serviceServerKeyPasswordRole; ++role) {
-        m_item->setData(QVariantList{1, "x"}, role);
+    QVector<int> expected{Qt::DisplayRole,
+                          serviceProtocolRole,
+                          servicePortRole,
+                          serviceAuthenticationRole,
+                          servicePasswordRole,
+                          serviceServerKeyPasswordRole,
+                          serviceEnableGoosePublishingRole,
+                          serviceEnableSslRole,
+                          serviceRootCertificatePathRole,
+                          serviceRootCertificateRole,
+                          serviceServerCertificatePathRole,
+                          serviceServerCertificateRole,
+                          serviceServerKeyPathRole,
+                          serviceServerKeyRole};
+    for (int client = 0; client < 10; ++client) {
+        expected.append(serviceClientCertificatePath1Role + 2 * client);
+        expected.append(serviceClientCertificate1Role + 2 * client);
     }
-    ServiceIEC61850EditDialog form(m_item, m_workspace);
-    press(form, "saveButton");
-    QCOMPARE(m_item->data(serviceRootCertificateRole), QVariant(QString()));
-}
+    expected.append(serviceIsVerifyClientCertRole);
 
-void TestServiceIEC61850EditDialog::saveWithoutItsNodeDoesNothing()
-{
-    QStandardItemModel model;
-    model.appendRow(new QStandardItem("gone"));
-    ServiceIEC61850EditDialog form(model.item(0), m_workspace);
-    model.removeRow(0);
+    ServiceIEC61850EditDialog form(m_item, m_workspace);
+    for (int role : qAsConst(expected)) {
+        m_item->setData("changed meanwhile", role);
+    }
+    QVector<int> written;
+    connect(m_item->model(), &QStandardItemModel::dataChanged, &form,
+            [&written](const QModelIndex &, const QModelIndex &, const QVector<int> &roles) {
+                written.append(roles.first());
+            });
     form.saveChanges();
-    QCoreApplication::processEvents();
-    QCOMPARE(m_workspace->messages, QStringList());
+    QCOMPARE(written, expected);
 }
 
 QTEST_MAIN(TestServiceIEC61850EditDialog)
