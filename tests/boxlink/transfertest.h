@@ -59,7 +59,7 @@ protected:
     // answer.
     static QString told(const FileTransfer::Result &result)
     {
-        return (result.ended ? QStringLiteral("ended: ") : QString())
+        return (result.ended ? QString("ended: ") : QString())
             + QStringList{result.messageTitle, result.messageText, result.line}.join(QLatin1Char('|'));
     }
 

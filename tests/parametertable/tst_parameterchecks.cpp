@@ -146,7 +146,7 @@ void TestParameterChecks::cellKeepsWhatIsAllowed()
     } else {
         edit(1, column, typed);
     }
-    QCOMPARE(m_table->text(1, column), kept ? typed : column == Length ? QStringLiteral("1") : "");
+    QCOMPARE(m_table->text(1, column), kept ? typed : column == Length ? QString("1") : "");
     QCOMPARE(m_messages->told(),
              isTold ? QStringList(column == Length ? lengthMessage : numberMessage) : QStringList());
     QCOMPARE(m_workspace->messages, isNoted ? QStringList(QLatin1String(noted)) : QStringList());

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "formtest.h"
 #include "model/itemroles.h"
 #include "plc/plceditdialog.h"
 #include "projectdump.h"
-#include "workspacefake.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -11,12 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QStandardItem>
 #include <QTableWidget>
-#include <QVector>
-#include <QtTest>
-
-#include <memory>
 
 // What the tests of the PLC form share.
 
@@ -175,6 +170,15 @@ inline void addKindRows()
     }
 }
 
+class PlcFormTest : public FormTest
+{
+protected:
+    PlcFormTest()
+        : FormTest("press 1", plcProtocolRole, "S7")
+    {
+    }
+};
+
 // A PLC with its form on a faked main window.
 class PlcUnderTest
 {
@@ -226,8 +230,8 @@ public:
                 names.append(each->objectName());
             }
         }
-        names.removeOne(S("attributes"));
-        names.removeOne(S("parameters"));
+        names.removeOne("attributes");
+        names.removeOne("parameters");
         return names;
     }
 
@@ -236,7 +240,7 @@ public:
     {
         QWidget *widget = input<QWidget>(each.group, each.name);
         if (const auto *list = qobject_cast<QComboBox *>(widget)) {
-            return S(each.kind) == S("codes") ? list->currentData().toString() : list->currentText();
+            return S(each.kind) == "codes" ? list->currentData().toString() : list->currentText();
         }
         if (const auto *check = qobject_cast<QCheckBox *>(widget)) {
             return check->isChecked() ? S("true") : S("false");
@@ -247,10 +251,10 @@ public:
     {
         QWidget *widget = input<QWidget>(each.group, each.name);
         if (auto *list = qobject_cast<QComboBox *>(widget)) {
-            list->setCurrentIndex(S(each.kind) == S("codes") ? list->findData(S(each.other))
-                                                             : list->findText(S(each.other)));
+            list->setCurrentIndex(S(each.kind) == "codes" ? list->findData(S(each.other))
+                                                          : list->findText(S(each.other)));
         } else if (auto *check = qobject_cast<QCheckBox *>(widget)) {
-            check->setChecked(S(each.other) == S("true"));
+            check->setChecked(S(each.other) == "true");
         } else {
             auto *edit = qobject_cast<QLineEdit *>(widget);
             edit->clear();
@@ -282,8 +286,8 @@ public:
     }
     void value(const PlcInput &input, const char *text)
     {
-        if (S(input.kind) == S("check")) {
-            flag(input.role, S(text) == S("true"));
+        if (S(input.kind) == "check") {
+            flag(input.role, S(text) == "true");
         } else {
             this->text(input.role, S(text));
         }

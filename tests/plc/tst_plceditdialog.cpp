@@ -1,27 +1,15 @@
 #include "logtail.h"
-#include "messages.h"
 #include "plcformtest.h"
 
-#include <QSignalSpy>
-#include <QStandardItemModel>
-#include <QWheelEvent>
-
 // The PLC form as a whole: saving, another PLC, its parameter table, its end.
-class TestPLCEditDialog : public QObject
+class TestPLCEditDialog : public PlcFormTest
 {
     Q_OBJECT
 private slots:
-    void writesItsLifeToTheLog();
-    void savingTellsTheMainWindow();
-    void savingWithoutAMainWindow();
-    void savingKeepsTheFormOpen();
-    void cancelRejectsOnly();
-    void savedFlagsAreBooleans();
     void omronModelStays();
     void parametersAreLoadedAndSaved();
     void tableButtonsWork();
     void tableSlotsAreReachedByName();
-    void wheelOverAListOfTheTableIsSwallowed();
     void clearDataEmptiesEverything();
     void replaceItemShowsTheOther_data();
     void replaceItemShowsTheOther();
@@ -31,8 +19,8 @@ private slots:
     void replaceItemOfAnUnknownManufacturer();
     void replaceItemLeavesTheOmronModelAlone();
     void saveAfterReplaceWritesTheOther();
-    void saveWithoutItsNodeDoesNothing();
-    void rolesOfTheWrongTypeDoNoHarm();
+    void slotsOutliveTheNode();
+    void roleOfTheWrongTypeCountsAsEmpty();
 };
 
 namespace {
@@ -45,90 +33,17 @@ const RowList storedRows{
 
 } // namespace
 
-void TestPLCEditDialog::writesItsLifeToTheLog()
-{
-    const LogTail log(S("PLCEditDialog"));
-    {
-        PlcUnderTest plc("Siemens", "S7");
-        plc.open();
-        plc.form->saveChanges();
-        plc.form->replaceItem(plc.item.get());
-    }
-    QStringList events;
-    for (const char *event :
-         {"loadParameters", "new-nuilt", "save", "loadParameters", "replace", "destroyed"}) {
-        events.append(S("PLCEditDialog: ") + S(event));
-    }
-    QCOMPARE(log.events(), events);
-}
-
-void TestPLCEditDialog::savingTellsTheMainWindow()
-{
-    PlcUnderTest plc("Siemens", "S7");
-    plc.openAndShow();
-    plc.press("saveButton");
-    QCOMPARE(plc.workspace.messages, QStringList(S("The PLC 'press 1' is saved successfully.")));
-}
-
-void TestPLCEditDialog::savingWithoutAMainWindow()
-{
-    PlcUnderTest plc("Siemens", "S7");
-    PLCEditDialog form(plc.item.get(), nullptr);
-    form.show();
-    form.saveChanges();
-    QCOMPARE(plc.item->data(plcModelRole).toString(), S("S200"));
-}
-
-void TestPLCEditDialog::savingKeepsTheFormOpen()
-{
-    PlcUnderTest plc("Siemens", "S7");
-    plc.openAndShow();
-    const QSignalSpy accepted(plc.form.get(), &QDialog::accepted);
-    const QSignalSpy rejected(plc.form.get(), &QDialog::rejected);
-    plc.press("saveButton");
-    QCOMPARE(accepted.count() + rejected.count(), 0);
-    QVERIFY(plc.form->isVisible());
-}
-
-void TestPLCEditDialog::cancelRejectsOnly()
-{
-    PlcUnderTest plc("Siemens", "S7");
-    plc.openAndShow();
-    plc.input<QLineEdit>("network", "ip")->setText(S("10.0.0.1"));
-    const QStringList before = ProjectDump::roles(plc.item.get());
-    const QSignalSpy rejected(plc.form.get(), &QDialog::rejected);
-    plc.press("cancelButton");
-    QCOMPARE(rejected.count(), 1);
-    QVERIFY(plc.form->isVisible()); // its tab closes it
-    QCOMPARE(plc.input<QLineEdit>("network", "ip")->text(), S("10.0.0.1"));
-    QCOMPARE(ProjectDump::roles(plc.item.get()), before);
-    QCOMPARE(plc.workspace.messages, QStringList());
-}
-
-void TestPLCEditDialog::savedFlagsAreBooleans()
-{
-    PlcUnderTest plc("Mitsubishi", "MC-3C");
-    plc.item->setData(S("true"), plcMc3cSumCheckRole);
-    plc.item->setData(S("false"), plcMc3cWriteBitByWordRole);
-    plc.openAndShow();
-    plc.form->saveChanges();
-    QCOMPARE(plc.item->data(plcMc3cSumCheckRole).type(), QVariant::Bool);
-    QCOMPARE(plc.item->data(plcMc3cSumCheckRole).toBool(), true);
-    QCOMPARE(plc.item->data(plcMc3cWriteBitByWordRole).type(), QVariant::Bool);
-    QCOMPARE(plc.item->data(plcMc3cWriteBitByWordRole).toBool(), false);
-}
-
 void TestPLCEditDialog::omronModelStays()
 {
     PlcUnderTest plc("Omron", "EtherNet/IP");
     plc.openAndShow();
-    QCOMPARE(plc.item->data(plcOmronEipModelRole).toString(), S("omron-njnx"));
-    plc.item->setData(S("omron-cs"), plcOmronEipModelRole);
+    QCOMPARE(plc.item->data(plcOmronEipModelRole).toString(), "omron-njnx");
+    plc.item->setData("omron-cs", plcOmronEipModelRole);
     plc.form->saveChanges();
-    QCOMPARE(plc.item->data(plcOmronEipModelRole).toString(), S("omron-cs"));
-    plc.protocols()->setCurrentText(S("Fins"));
+    QCOMPARE(plc.item->data(plcOmronEipModelRole).toString(), "omron-cs");
+    plc.protocols()->setCurrentText("Fins");
     plc.form->saveChanges();
-    QCOMPARE(plc.item->data(plcOmronEipModelRole).toString(), S("omron-cs"));
+    QCOMPARE(plc.item->data(plcOmronEipModelRole).toString(), "omron-cs");
 }
 
 void TestPLCEditDialog::parametersAreLoadedAndSaved()
@@ -137,7 +52,7 @@ void TestPLCEditDialog::parametersAreLoadedAndSaved()
     plc.item->setData(QVariant::fromValue(storedRows), plcParametersRole);
     plc.openAndShow();
     QCOMPARE(plc.table()->rowCount(), 2);
-    plc.table()->item(0, 1)->setText(S("rpm"));
+    plc.table()->item(0, 1)->setText("rpm");
     plc.press("addButton");
     plc.form->saveChanges();
     RowList expected = storedRows;
@@ -152,7 +67,7 @@ void TestPLCEditDialog::tableButtonsWork()
 {
     PlcUnderTest plc("Siemens", "S7");
     plc.openAndShow();
-    const LogTail log(S("PLCEditDialog"));
+    const LogTail log("PLCEditDialog");
     plc.press("addButton");
     plc.press("addButton");
     QCOMPARE(plc.table()->rowCount(), 2);
@@ -178,7 +93,7 @@ void TestPLCEditDialog::tableSlotsAreReachedByName()
     }
     for (const char *slot : {"validateNameOnChange", "validateAddrOnChange", "validateChangeOnChange",
                              "validateFormulaOnChange"}) {
-        QVERIFY2(QMetaObject::invokeMethod(form, slot, Q_ARG(int, 0), Q_ARG(int, 0), Q_ARG(QString, S("x"))),
+        QVERIFY2(QMetaObject::invokeMethod(form, slot, Q_ARG(int, 0), Q_ARG(int, 0), Q_ARG(QString, "x")),
                  slot);
     }
     QVERIFY(
@@ -189,18 +104,6 @@ void TestPLCEditDialog::tableSlotsAreReachedByName()
     QCOMPARE(amplitude->text(), QString());
     QVERIFY(QMetaObject::invokeMethod(form, "saveChanges"));
     QVERIFY(QMetaObject::invokeMethod(form, "clearData"));
-}
-
-void TestPLCEditDialog::wheelOverAListOfTheTableIsSwallowed()
-{
-    PlcUnderTest plc("Siemens", "S7");
-    plc.openAndShow();
-    plc.press("addButton");
-    auto *type = qobject_cast<QComboBox *>(plc.table()->cellWidget(0, 2));
-    QWheelEvent wheel(QPointF(5, 5), type->mapToGlobal(QPoint(5, 5)), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(type, &wheel);
-    QCOMPARE(type->currentText(), S("bool"));
 }
 
 void TestPLCEditDialog::clearDataEmptiesEverything()
@@ -240,14 +143,14 @@ void TestPLCEditDialog::replaceItemShowsTheOther()
     PlcUnderTest plc(plcKinds.at(kind));
     plc.openAndShow();
     const auto other = PlcUnderTest::make(next.manufacturer, next.protocol, next.model);
-    other->setText(S("press 2"));
+    other->setText("press 2");
     other->setData(QVariant::fromValue(storedRows), plcParametersRole);
     const QStringList groups = words(next.groups);
     for (const PlcInput &input : plcInputs) {
         other->setData(S(input.other), input.role);
     }
     plc.form->replaceItem(other.get());
-    QCOMPARE(plc.input<QLineEdit>("attributes", "name")->text(), S("press 2"));
+    QCOMPARE(plc.input<QLineEdit>("attributes", "name")->text(), "press 2");
     QCOMPARE(plc.input<QLineEdit>("attributes", "manufacturer")->text(), S(next.manufacturer));
     QCOMPARE(plc.protocols()->currentText(), S(next.protocol));
     QCOMPARE(plc.shownGroups(), groups);
@@ -255,7 +158,7 @@ void TestPLCEditDialog::replaceItemShowsTheOther()
         QCOMPARE(plc.models()->currentText(), S(next.model));
     }
     for (const PlcInput &input : plcInputs) {
-        if (groups.contains(S(input.group)) || S(input.group) == S("parameters")) {
+        if (groups.contains(S(input.group)) || S(input.group) == "parameters") {
             QCOMPARE(plc.shown(input), S(input.other));
         }
     }
@@ -287,18 +190,18 @@ void TestPLCEditDialog::replaceItemWritesDefaultsOfWhatShowsOnly()
 void TestPLCEditDialog::replaceItemLeavesHiddenGroupsAlone()
 {
     PlcUnderTest plc("Siemens", "PPI");
-    plc.item->setData(S("7"), plcPpiStationNumRole);
+    plc.item->setData("7", plcPpiStationNumRole);
     plc.open();
     const auto other = PlcUnderTest::make("Siemens", "PPI");
-    other->setData(S("9"), plcPpiStationNumRole);
-    other->setData(S("10.0.0.9"), plcIpRole);
-    other->setData(S("COM2"), plcSerialPortRole);
-    other->setData(S("500"), plcCollectionIntervalRole);
+    other->setData("9", plcPpiStationNumRole);
+    other->setData("10.0.0.9", plcIpRole);
+    other->setData("COM2", plcSerialPortRole);
+    other->setData("500", plcCollectionIntervalRole);
     plc.form->replaceItem(other.get());
-    QCOMPARE(plc.input<QLineEdit>("ppi", "stationNum")->text(), S("7"));
-    QCOMPARE(plc.input<QLineEdit>("network", "ip")->text(), S("10.0.0.9"));
-    QCOMPARE(plc.input<QComboBox>("serial", "serialport")->currentText(), S("COM2"));
-    QCOMPARE(plc.input<QLineEdit>("parameters", "collectionInterval")->text(), S("500"));
+    QCOMPARE(plc.input<QLineEdit>("ppi", "stationNum")->text(), "7");
+    QCOMPARE(plc.input<QLineEdit>("network", "ip")->text(), "10.0.0.9");
+    QCOMPARE(plc.input<QComboBox>("serial", "serialport")->currentText(), "COM2");
+    QCOMPARE(plc.input<QLineEdit>("parameters", "collectionInterval")->text(), "500");
     QVERIFY(!other->data(plcMc1eBinaryRole).isValid());
 }
 
@@ -310,17 +213,17 @@ void TestPLCEditDialog::replaceItemFallsBackToFirstEntries()
     }
     plc.openAndShow();
     const auto other = PlcUnderTest::make("Omron", "HostLink");
-    other->setData(S("COM77"), plcSerialPortRole);
+    other->setData("COM77", plcSerialPortRole);
     plc.form->replaceItem(other.get());
     for (const PlcInput &input : plcInputs) {
-        if (S(input.group) == S("serial") && input.entries) {
+        if (S(input.group) == "serial" && input.entries) {
             // A port that is no entry leaves the one of the PLC before.
             const bool unknown = input.role == plcSerialPortRole;
             QCOMPARE(plc.shown(input), unknown ? S(input.other) : words(input.entries, '|').first());
         }
     }
     QVERIFY(!plc.input<QCheckBox>("serial", "rtsEnable")->isChecked());
-    QCOMPARE(plc.input<QComboBox>("hostLink", "byteOrder")->currentText(), S("ABCD"));
+    QCOMPARE(plc.input<QComboBox>("hostLink", "byteOrder")->currentText(), "ABCD");
 }
 
 void TestPLCEditDialog::replaceItemOfAnUnknownManufacturer()
@@ -330,7 +233,7 @@ void TestPLCEditDialog::replaceItemOfAnUnknownManufacturer()
     const auto other = PlcUnderTest::make("Panasonic", "S7");
     plc.form->replaceItem(other.get());
     QCOMPARE(plc.protocols()->count(), 1);
-    QCOMPARE(plc.protocols()->currentText(), S("Empty"));
+    QCOMPARE(plc.protocols()->currentText(), "Empty");
     QCOMPARE(plc.shownGroups(), QStringList());
 }
 
@@ -350,38 +253,32 @@ void TestPLCEditDialog::saveAfterReplaceWritesTheOther()
     plc.openAndShow();
     const QStringList before = ProjectDump::roles(plc.item.get());
     const auto other = PlcUnderTest::make("Beckhoff", "Ads");
-    other->setText(S("drive"));
+    other->setText("drive");
     plc.form->replaceItem(other.get());
     plc.form->saveChanges();
-    QCOMPARE(plc.workspace.messages, QStringList(S("The PLC 'drive' is saved successfully.")));
-    QCOMPARE(other->data(plcPortRole).toString(), S("48898"));
+    QCOMPARE(plc.workspace.messages, QStringList("The PLC 'drive' is saved successfully."));
+    QCOMPARE(other->data(plcPortRole).toString(), "48898");
     QCOMPARE(other->data(plcAdsTagCacheRole), QVariant(false));
     QCOMPARE(ProjectDump::roles(plc.item.get()), before);
 }
 
-void TestPLCEditDialog::saveWithoutItsNodeDoesNothing()
+void TestPLCEditDialog::slotsOutliveTheNode()
 {
-    QStandardItemModel model;
-    WorkspaceFake workspace;
-    model.appendRow(PlcUnderTest::make("Siemens", "S7").release());
-    PLCEditDialog form(model.item(0), &workspace);
+    m_item->setData("Siemens", plcManufacturerRole);
+    PLCEditDialog form(m_item, m_workspace);
     form.show();
-    model.removeRow(0);
-    form.saveChanges();
-    form.onProtocolChanged(S("PPI"));
-    form.updateProtocolOptions(S("PPI"));
-    QCOMPARE(workspace.messages, QStringList());
+    removeItems();
+    form.onProtocolChanged("PPI");
+    form.updateProtocolOptions("PPI");
+    QCOMPARE(m_workspace->messages, QStringList());
 }
 
-void TestPLCEditDialog::rolesOfTheWrongTypeDoNoHarm()
+void TestPLCEditDialog::roleOfTheWrongTypeCountsAsEmpty()
 {
     PlcUnderTest plc("Siemens", "S7");
-    plc.item->setData(S("no rows"), plcParametersRole);
     plc.item->setData(QVariantList{1}, plcIpRole);
-    plc.item->setData(7, plcMc3cFormatRole);
     plc.open();
-    QCOMPARE(plc.table()->rowCount(), 0);
-    QCOMPARE(plc.input<QLineEdit>("network", "ip")->text(), S("192.168.1.60"));
+    QCOMPARE(plc.input<QLineEdit>("network", "ip")->text(), "192.168.1.60");
 }
 
 QTEST_MAIN(TestPLCEditDialog)

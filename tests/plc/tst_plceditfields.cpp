@@ -5,10 +5,9 @@
 #include <QIntValidator>
 #include <QRegExpValidator>
 #include <QRegularExpressionValidator>
-#include <QScrollArea>
 
 // The fields of the PLC form, row by row of their table.
-class TestPLCEditFields : public QObject
+class TestPLCEditFields : public PlcFormTest
 {
     Q_OBJECT
 private slots:
@@ -24,7 +23,6 @@ private slots:
     void tsapFieldsShareTheirValidator();
     void attributesShowTheItem();
     void parameterListHasItsRows();
-    void saveStandsBelowTheScrollArea();
     void labelsOfAllGroupsAreAligned();
     void omronModelIsNeverSeen();
 
@@ -64,7 +62,7 @@ void TestPLCEditFields::groupsFromTopToBottom()
           "hostLink", "allenBradleyEip", "df1", "ads", "inovance", "xinje", "modbus", "delta"}) {
         expected.append(S(group) + S("=PLC Information"));
     }
-    expected.append(S("parameters=Parameter List"));
+    expected.append("parameters=Parameter List");
     QCOMPARE(expected.size(), 24); // 23 of fields, and the parameters
     QCOMPARE(groups, expected);
 
@@ -120,32 +118,28 @@ void TestPLCEditFields::fieldIsOfItsKind()
     auto *widget = plc.input<QWidget>(input().group, input().name);
     QVERIFY(widget);
     const QString kind = S(input().kind);
-    if (kind == S("check")) {
+    if (kind == "check") {
         QVERIFY(qobject_cast<QCheckBox *>(widget));
-    } else if (kind == S("list") || kind == S("codes")) {
+    } else if (kind == "list" || kind == "codes") {
         const auto *list = qobject_cast<QComboBox *>(widget);
-        QStringList entries;
-        for (int i = 0; i < list->count(); ++i) {
-            entries.append(list->itemText(i));
-        }
-        QCOMPARE(entries.join(QLatin1Char('|')), S(input().entries));
+        QCOMPARE(entriesOf(list).join(QLatin1Char('|')), S(input().entries));
         QVERIFY(!list->isEditable());
-        QCOMPARE(list->isEnabled(), S(input().group) != S("modbus") || S(input().name) != S("series"));
+        QCOMPARE(list->isEnabled(), S(input().group) != "modbus" || S(input().name) != "series");
     } else {
         const auto *edit = qobject_cast<QLineEdit *>(widget);
         QVERIFY(edit && !edit->isReadOnly());
-        if (kind == S("int") || kind == S("port")) {
+        if (kind == "int" || kind == "port") {
             const auto *range = qobject_cast<const QIntValidator *>(edit->validator());
             QVERIFY(range);
             QCOMPARE(range->bottom(), -1);
-            QCOMPARE(range->top(), kind == S("port") ? 65535 : 2147483647);
-        } else if (kind == S("ip")) {
+            QCOMPARE(range->top(), kind == "port" ? 65535 : 2147483647);
+        } else if (kind == "ip") {
             QVERIFY(qobject_cast<const QRegExpValidator *>(edit->validator()));
         } else {
             const auto *pattern = qobject_cast<const QRegularExpressionValidator *>(edit->validator());
             QVERIFY(pattern);
             QCOMPARE(pattern->regularExpression().pattern(),
-                     kind == S("tsap") ? S("^[0-9A-Fa-f]{0,4}$") : S("^[0-9A-Fa-f]*$"));
+                     kind == "tsap" ? S("^[0-9A-Fa-f]{0,4}$") : S("^[0-9A-Fa-f]*$"));
         }
     }
 }
@@ -158,9 +152,9 @@ void TestPLCEditFields::fieldShowsAndSavesItsRole_data()
 // From the role into the form, flags as text or boolean, and back with the type that a save gives.
 void TestPLCEditFields::fieldShowsAndSavesItsRole()
 {
-    const bool isFlag = S(input().kind) == S("check");
+    const bool isFlag = S(input().kind) == "check";
     for (const PlcKind &kind : plcKinds) {
-        const QStringList groups = words(kind.groups) + QStringList(S("parameters"));
+        const QStringList groups = words(kind.groups) + QStringList("parameters");
         if (!groups.contains(S(input().group))) {
             continue;
         }
@@ -207,8 +201,7 @@ void TestPLCEditFields::checksRestrainTyping()
     PlcUnderTest plc("Siemens", "S7");
     plc.open();
     auto *edit = plc.input<QLineEdit>(group.toLatin1().constData(), name.toLatin1().constData());
-    edit->clear();
-    QTest::keyClicks(edit, typed);
+    typeInto(edit, typed);
     QCOMPARE(edit->text(), taken);
 }
 
@@ -226,12 +219,12 @@ void TestPLCEditFields::attributesShowTheItem()
     PlcUnderTest plc("Omron", "EtherNet/IP");
     plc.open();
     const auto *name = plc.input<QLineEdit>("attributes", "name");
-    QCOMPARE(name->text(), S("press 1"));
+    QCOMPARE(name->text(), "press 1");
     QVERIFY(name->isReadOnly());
     const auto *manufacturer = plc.input<QLineEdit>("attributes", "manufacturer");
-    QCOMPARE(manufacturer->text(), S("Omron"));
+    QCOMPARE(manufacturer->text(), "Omron");
     QVERIFY(manufacturer->isReadOnly());
-    QCOMPARE(plc.protocols()->currentText(), S("EtherNet/IP"));
+    QCOMPARE(plc.protocols()->currentText(), "EtherNet/IP");
     QCOMPARE(plc.protocols()->count(), 3);
     QVERIFY(plc.protocols()->isEnabled());
 }
@@ -244,13 +237,13 @@ void TestPLCEditFields::parameterListHasItsRows()
     QCOMPARE(box->height(), 600);
     const auto *trigger = plc.input<QComboBox>("parameters", "trigger");
     QCOMPARE(trigger->count(), 1);
-    QCOMPARE(trigger->currentText(), S("Timed Loops"));
+    QCOMPARE(trigger->currentText(), "Timed Loops");
     const auto *period = plc.input<QLineEdit>("parameters", "collectionInterval");
-    QCOMPARE(period->text(), S("2000"));
+    QCOMPARE(period->text(), "2000");
 
     const auto *label = qobject_cast<QLabel *>(
         qobject_cast<QFormLayout *>(box->layout())->itemAt(0, QFormLayout::LabelRole)->widget());
-    QCOMPARE(label->text(), S("Trigger Conditions:"));
+    QCOMPARE(label->text(), "Trigger Conditions:");
     QCOMPARE(label->buddy(), period);
     const auto left = [box](const QWidget *widget) { return widget->mapTo(box, QPoint()).x(); };
     const auto top = [box](const QWidget *widget) { return widget->mapTo(box, QPoint()).y(); };
@@ -278,22 +271,6 @@ void TestPLCEditFields::parameterListHasItsRows()
     QVERIFY(plc.table()->height() > 400);
 }
 
-void TestPLCEditFields::saveStandsBelowTheScrollArea()
-{
-    PlcUnderTest plc("Siemens", "S7");
-    plc.openAndShow();
-    const auto *area = plc.form->findChild<QScrollArea *>();
-    QCOMPARE(area->frameShape(), QFrame::NoFrame);
-    QCOMPARE(area->styleSheet(), S("QScrollArea { border: none; }"));
-    for (const char *name : {"saveButton", "cancelButton"}) {
-        const auto *button = plc.form->findChild<QPushButton *>(S(name));
-        QVERIFY(!area->isAncestorOf(button));
-        QVERIFY(button->y() >= area->geometry().bottom());
-    }
-    QCOMPARE(plc.form->findChild<QPushButton *>(S("saveButton"))->text(), S("Save"));
-    QCOMPARE(plc.form->findChild<QPushButton *>(S("cancelButton"))->text(), S("Cancel"));
-}
-
 void TestPLCEditFields::labelsOfAllGroupsAreAligned()
 {
     PlcUnderTest plc("Omron", "HostLink");
@@ -313,12 +290,12 @@ void TestPLCEditFields::omronModelIsNeverSeen()
 {
     PlcUnderTest plc("Omron", "EtherNet/IP");
     plc.openAndShow();
-    const auto *model = plc.form->findChild<QLineEdit *>(S("omronModel"));
+    const auto *model = plc.form->findChild<QLineEdit *>("omronModel");
     QVERIFY(model);
-    QCOMPARE(model->text(), S("omron-njnx"));
+    QCOMPARE(model->text(), "omron-njnx");
     QVERIFY(!model->isVisible());
     for (const QLabel *label : plc.form->findChildren<QLabel *>()) {
-        QVERIFY(label->text() != S("Model:") || !label->isVisible());
+        QVERIFY(label->text() != "Model:" || !label->isVisible());
     }
 }
 

@@ -3,7 +3,7 @@
 #include <QStandardItemModel>
 
 // Which groups the PLC form shows, and what opening and saving make of those that it hides.
-class TestPLCEditGroups : public QObject
+class TestPLCEditGroups : public PlcFormTest
 {
     Q_OBJECT
 private slots:
@@ -25,9 +25,7 @@ private slots:
     void modelsOfAnotherProtocolShowNothing();
     void changedProtocolKeepsThePort();
     void portRuleLooksAtEmptyPortsOnly();
-    void mc3eOpensWithAnEmptyPort();
     void modbusOpensThoughNoOneCanPickIt();
-    void deltaAloneBeginsWithoutAddressZero();
     void unknownManufacturerShowsNothing();
     void unknownProtocolGivesWayToTheFirst();
     void unknownListValueGivesWayToTheFirst();
@@ -104,9 +102,9 @@ void TestPLCEditGroups::openingWritesDefaultsIntoEveryGroup()
     for (const PlcInput &input : plcInputs) {
         const QString entry = words(input.entries, '|').value(0);
         const QString expected = input.initially ? S(input.initially)
-            : S(input.kind) == S("codes")        ? S("controllogix")
-            : S(input.kind) == S("check")        ? S("false")
-            : S(input.kind) == S("port")         ? S(plcKinds.at(kind).port)
+            : S(input.kind) == "codes"           ? S("controllogix")
+            : S(input.kind) == "check"           ? S("false")
+            : S(input.kind) == "port"            ? S(plcKinds.at(kind).port)
                                                  : entry;
         QCOMPARE(plc.shown(input), expected);
     }
@@ -119,11 +117,11 @@ void TestPLCEditGroups::openingKeepsWhatIsThere()
     for (const PlcInput &input : plcInputs) {
         // A flag that is off is there, too.
         const QVariant value =
-            S(input.kind) == S("check") ? QVariant(S(input.other) == S("true")) : QVariant(S(input.other));
+            S(input.kind) == "check" ? QVariant(S(input.other) == "true") : QVariant(S(input.other));
         plc.item->setData(value, input.role);
         expected.value(input, input.other);
     }
-    plc.item->setData(S("other-model"), plcOmronEipModelRole);
+    plc.item->setData("other-model", plcOmronEipModelRole);
     expected.text(plcOmronEipModelRole, S("other-model"));
     plc.open();
     QCOMPARE(ProjectDump::roles(plc.item.get()), expected.lines());
@@ -137,10 +135,10 @@ void TestPLCEditGroups::savingWritesWhatShowsAndErasesTheRest_data()
 void TestPLCEditGroups::savingWritesWhatShowsAndErasesTheRest()
 {
     QFETCH(int, kind);
-    const QStringList groups = words(plcKinds.at(kind).groups) + QStringList(S("parameters"));
+    const QStringList groups = words(plcKinds.at(kind).groups) + QStringList("parameters");
     PlcUnderTest plc(plcKinds.at(kind));
     for (const PlcInput &input : plcInputs) {
-        plc.item->setData(S("old"), input.role);
+        plc.item->setData("old", input.role);
     }
     plc.openAndShow();
     RoleLines expected = attributesOf(plcKinds.at(kind));
@@ -153,7 +151,7 @@ void TestPLCEditGroups::savingWritesWhatShowsAndErasesTheRest()
     expected.line(plcParametersRole, S("rows "));
     plc.press("saveButton");
     QCOMPARE(ProjectDump::roles(plc.item.get()), expected.lines());
-    QCOMPARE(plc.item->text(), S("press 1"));
+    QCOMPARE(plc.item->text(), "press 1");
 }
 
 void TestPLCEditGroups::savingWhileNothingShowsErasesAll()
@@ -176,9 +174,9 @@ void TestPLCEditGroups::savedSerialPlcOpensWithDefaultsAgain()
     QVERIFY(!plc.item->data(plcPortRole).isValid());
     QVERIFY(!plc.item->data(plcMc1eBinaryRole).isValid());
     plc.open();
-    QCOMPARE(plc.item->data(plcIpRole).toString(), S("192.168.1.60"));
-    QCOMPARE(plc.item->data(plcPortRole).toString(), S("102"));
-    QCOMPARE(plc.item->data(plcKeepAliveRole).toString(), S("60000"));
+    QCOMPARE(plc.item->data(plcIpRole).toString(), "192.168.1.60");
+    QCOMPARE(plc.item->data(plcPortRole).toString(), "102");
+    QCOMPARE(plc.item->data(plcKeepAliveRole).toString(), "60000");
     QCOMPARE(plc.item->data(plcMc1eBinaryRole), QVariant(true));
 }
 
@@ -187,18 +185,18 @@ void TestPLCEditGroups::newS7ShowsItsModels()
     PlcUnderTest plc("Siemens", "S7");
     plc.openAndShow();
     QCOMPARE(plc.models()->count(), 6);
-    QCOMPARE(plc.models()->currentText(), S("S200"));
+    QCOMPARE(plc.models()->currentText(), "S200");
     QCOMPARE(plc.shownGroups(), words("network s7Model s7Tsap"));
-    QCOMPARE(plc.input<QLineEdit>("s7Tsap", "localTSAP")->text(), S("4D57"));
-    QCOMPARE(plc.input<QLineEdit>("s7Tsap", "destTSA")->text(), S("4D57"));
-    plc.models()->setCurrentText(S("S1200"));
+    QCOMPARE(plc.input<QLineEdit>("s7Tsap", "localTSAP")->text(), "4D57");
+    QCOMPARE(plc.input<QLineEdit>("s7Tsap", "destTSA")->text(), "4D57");
+    plc.models()->setCurrentText("S1200");
     QCOMPARE(plc.shownGroups(), words("network s7Model s7Rack"));
-    QCOMPARE(plc.input<QLineEdit>("s7Rack", "connectionType")->text(), S("1"));
-    QCOMPARE(plc.input<QLineEdit>("s7Rack", "rack")->text(), S("0"));
-    QCOMPARE(plc.input<QLineEdit>("s7Rack", "Slot")->text(), S("0"));
-    plc.models()->setCurrentText(S("S200Smart"));
+    QCOMPARE(plc.input<QLineEdit>("s7Rack", "connectionType")->text(), "1");
+    QCOMPARE(plc.input<QLineEdit>("s7Rack", "rack")->text(), "0");
+    QCOMPARE(plc.input<QLineEdit>("s7Rack", "Slot")->text(), "0");
+    plc.models()->setCurrentText("S200Smart");
     QCOMPARE(plc.shownGroups(), words("network s7Model"));
-    plc.models()->setCurrentText(S("S200"));
+    plc.models()->setCurrentText("S200");
     QCOMPARE(plc.shownGroups(), words("network s7Model s7Tsap"));
 }
 
@@ -206,15 +204,15 @@ void TestPLCEditGroups::modelListFollowsTheProtocol()
 {
     PlcUnderTest plc("Siemens", "S7", "S300");
     plc.openAndShow();
-    plc.protocols()->setCurrentText(S("PPI"));
+    plc.protocols()->setCurrentText("PPI");
     QCOMPARE(plc.models()->count(), 1);
-    QCOMPARE(plc.models()->currentText(), S("Empty"));
+    QCOMPARE(plc.models()->currentText(), "Empty");
     QCOMPARE(plc.shownGroups(), words("serial ppi"));
-    plc.protocols()->setCurrentText(S("S7"));
-    QCOMPARE(plc.models()->currentText(), S("S300"));
+    plc.protocols()->setCurrentText("S7");
+    QCOMPARE(plc.models()->currentText(), "S300");
     QCOMPARE(plc.shownGroups(), words("network s7Model s7Rack"));
     // However often the list was built, a model shows its settings.
-    plc.models()->setCurrentText(S("S200"));
+    plc.models()->setCurrentText("S200");
     QCOMPARE(plc.shownGroups(), words("network s7Model s7Tsap"));
 }
 
@@ -253,23 +251,23 @@ void TestPLCEditGroups::modelsOfAnotherProtocolShowNothing()
 void TestPLCEditGroups::changedProtocolKeepsThePort()
 {
     PlcUnderTest plc("Delta", "Modbus TCP");
-    plc.item->setData(S("1502"), plcPortRole);
+    plc.item->setData("1502", plcPortRole);
     plc.openAndShow();
-    plc.protocols()->setCurrentText(S("Modbus RTU"));
-    QCOMPARE(plc.item->data(plcPortRole).toString(), S("1502"));
-    QCOMPARE(plc.input<QLineEdit>("network", "port")->text(), S("1502"));
+    plc.protocols()->setCurrentText("Modbus RTU");
+    QCOMPARE(plc.item->data(plcPortRole).toString(), "1502");
+    QCOMPARE(plc.input<QLineEdit>("network", "port")->text(), "1502");
     QVERIFY(plc.box("network")->isHidden());
     plc.form->saveChanges();
     QVERIFY(!plc.item->data(plcPortRole).isValid());
     plc.open();
-    QCOMPARE(plc.item->data(plcPortRole).toString(), S("502"));
+    QCOMPARE(plc.item->data(plcPortRole).toString(), "502");
 }
 
 void TestPLCEditGroups::portRuleLooksAtEmptyPortsOnly()
 {
     PlcUnderTest plc("Mitsubishi", "MC-1E");
     plc.open();
-    plc.protocols()->setCurrentText(S("EtherNet/IP"));
+    plc.protocols()->setCurrentText("EtherNet/IP");
     QCOMPARE(plc.item->data(plcPortRole), QVariant(QString()));
     QCOMPARE(plc.input<QLineEdit>("network", "port")->text(), QString());
     const auto apply = [&](const char *protocol) {
@@ -277,42 +275,21 @@ void TestPLCEditGroups::portRuleLooksAtEmptyPortsOnly()
             QMetaObject::invokeMethod(plc.form.get(), "updateProtocolOptions", Q_ARG(QString, S(protocol))));
     };
     apply("Fins");
-    QCOMPARE(plc.item->data(plcPortRole).toString(), S("9600"));
+    QCOMPARE(plc.item->data(plcPortRole).toString(), "9600");
     apply("Ads");
-    QCOMPARE(plc.item->data(plcPortRole).toString(), S("9600"));
-}
-
-void TestPLCEditGroups::mc3eOpensWithAnEmptyPort()
-{
-    PlcUnderTest mc3e("Mitsubishi", "MC-3E");
-    mc3e.open();
-    QCOMPARE(mc3e.input<QLineEdit>("network", "port")->text(), QString());
-    QCOMPARE(mc3e.item->data(plcPortRole), QVariant(QString()));
-    PlcUnderTest mc3c("Mitsubishi", "MC-3C");
-    mc3c.open();
-    QCOMPARE(mc3c.item->data(plcPortRole).toString(), S("102"));
+    QCOMPARE(plc.item->data(plcPortRole).toString(), "9600");
 }
 
 void TestPLCEditGroups::modbusOpensThoughNoOneCanPickIt()
 {
     PlcUnderTest plc("Modbus", "Modbus RTU");
     plc.openAndShow();
-    QCOMPARE(plc.protocols()->currentText(), S("Modbus RTU"));
+    QCOMPARE(plc.protocols()->currentText(), "Modbus RTU");
     const auto *series = plc.input<QComboBox>("modbus", "series");
     QVERIFY(!series->isEnabled());
-    QCOMPARE(series->currentText(), S("standard"));
+    QCOMPARE(series->currentText(), "standard");
     plc.form->saveChanges();
-    QCOMPARE(plc.item->data(plcModbusSeriesRole).toString(), S("standard"));
-}
-
-void TestPLCEditGroups::deltaAloneBeginsWithoutAddressZero()
-{
-    PlcUnderTest plc("Delta", "Modbus TCP");
-    plc.open();
-    for (const char *group : {"inovance", "xinje", "modbus", "delta"}) {
-        QCOMPARE(plc.input<QCheckBox>(group, "startAddress0")->isChecked(), S(group) != S("delta"));
-    }
-    QVERIFY(!plc.item->data(plcDeltaStartAddress0Role).isValid());
+    QCOMPARE(plc.item->data(plcModbusSeriesRole).toString(), "standard");
 }
 
 void TestPLCEditGroups::unknownManufacturerShowsNothing()
@@ -320,9 +297,9 @@ void TestPLCEditGroups::unknownManufacturerShowsNothing()
     PlcUnderTest plc("Panasonic", "S7");
     plc.openAndShow();
     QCOMPARE(plc.protocols()->count(), 1);
-    QCOMPARE(plc.protocols()->currentText(), S("Empty"));
+    QCOMPARE(plc.protocols()->currentText(), "Empty");
     QCOMPARE(plc.shownGroups(), QStringList());
-    QCOMPARE(plc.item->data(plcPortRole).toString(), S("102"));
+    QCOMPARE(plc.item->data(plcPortRole).toString(), "102");
     plc.form->saveChanges();
     RoleLines expected = attributesOf({"Panasonic", "Empty", nullptr, "", ""});
     expected.text(plcCollectionIntervalRole, S("2000"));
@@ -335,48 +312,48 @@ void TestPLCEditGroups::unknownProtocolGivesWayToTheFirst()
     for (const char *protocol : {"MicroCIP", "ethernet/ip", "S7", ""}) {
         PlcUnderTest plc("AllenBradley", protocol);
         plc.openAndShow();
-        QCOMPARE(plc.protocols()->currentText(), S("EtherNet/IP"));
+        QCOMPARE(plc.protocols()->currentText(), "EtherNet/IP");
         QCOMPARE(plc.shownGroups(), words("network allenBradleyEip"));
         // The port rule, too, goes by what is shown.
-        QCOMPARE(plc.item->data(plcPortRole).toString(), S("44818"));
+        QCOMPARE(plc.item->data(plcPortRole).toString(), "44818");
         QCOMPARE(plc.item->data(plcProtocolRole).toString(), S(protocol));
         plc.form->saveChanges();
-        QCOMPARE(plc.item->data(plcProtocolRole).toString(), S("EtherNet/IP"));
+        QCOMPARE(plc.item->data(plcProtocolRole).toString(), "EtherNet/IP");
     }
 }
 
 void TestPLCEditGroups::unknownListValueGivesWayToTheFirst()
 {
     PlcUnderTest plc("AllenBradley", "DF1");
-    plc.item->setData(S("COM9"), plcSerialPortRole);
-    plc.item->setData(S("none"), plcParityBitRole);
+    plc.item->setData("COM9", plcSerialPortRole);
+    plc.item->setData("none", plcParityBitRole);
     plc.openAndShow();
-    QCOMPARE(plc.input<QComboBox>("serial", "serialport")->currentText(), S("COM1"));
-    QCOMPARE(plc.input<QComboBox>("serial", "parityBit")->currentText(), S("NONE"));
-    QCOMPARE(plc.item->data(plcSerialPortRole).toString(), S("COM9"));
+    QCOMPARE(plc.input<QComboBox>("serial", "serialport")->currentText(), "COM1");
+    QCOMPARE(plc.input<QComboBox>("serial", "parityBit")->currentText(), "NONE");
+    QCOMPARE(plc.item->data(plcSerialPortRole).toString(), "COM9");
     plc.form->saveChanges();
-    QCOMPARE(plc.item->data(plcSerialPortRole).toString(), S("COM1"));
+    QCOMPARE(plc.item->data(plcSerialPortRole).toString(), "COM1");
 
     // The stored value counts, not the shown text.
     PlcUnderTest micro("AllenBradley", "EtherNet/IP");
-    micro.item->setData(S("MicroLogix系列"), plcAbModelRole);
+    micro.item->setData("MicroLogix系列", plcAbModelRole);
     micro.openAndShow();
     micro.form->saveChanges();
-    QCOMPARE(micro.item->data(plcAbModelRole).toString(), S("controllogix"));
+    QCOMPARE(micro.item->data(plcAbModelRole).toString(), "controllogix");
 }
 
 void TestPLCEditGroups::unacceptableTextIsShownAndSaved()
 {
     PlcUnderTest plc("Siemens", "S7");
-    plc.item->setData(S("plc.local"), plcIpRole);
-    plc.item->setData(S("70000"), plcPortRole);
-    plc.item->setData(S("XYZ12"), plcS7LocalTsapRole);
+    plc.item->setData("plc.local", plcIpRole);
+    plc.item->setData("70000", plcPortRole);
+    plc.item->setData("XYZ12", plcS7LocalTsapRole);
     plc.openAndShow();
-    QCOMPARE(plc.input<QLineEdit>("network", "ip")->text(), S("plc.local"));
+    QCOMPARE(plc.input<QLineEdit>("network", "ip")->text(), "plc.local");
     plc.form->saveChanges();
-    QCOMPARE(plc.item->data(plcIpRole).toString(), S("plc.local"));
-    QCOMPARE(plc.item->data(plcPortRole).toString(), S("70000"));
-    QCOMPARE(plc.item->data(plcS7LocalTsapRole).toString(), S("XYZ12"));
+    QCOMPARE(plc.item->data(plcIpRole).toString(), "plc.local");
+    QCOMPARE(plc.item->data(plcPortRole).toString(), "70000");
+    QCOMPARE(plc.item->data(plcS7LocalTsapRole).toString(), "XYZ12");
 }
 
 // Whoever listens to the tree sees the groups change in one order, the period among them.
@@ -387,9 +364,9 @@ void TestPLCEditGroups::savingWritesRolesInOrder()
     QStandardItem *item = plc.item.release();
     model.appendRow(item);
     for (const PlcInput &input : plcInputs) {
-        item->setData(S("old"), input.role);
+        item->setData("old", input.role);
     }
-    item->setData(S("old"), plcModelRole);
+    item->setData("old", plcModelRole);
     PLCEditDialog form(item, nullptr);
     QStringList groups;
     connect(&model, &QStandardItemModel::dataChanged, &form,
@@ -402,7 +379,7 @@ void TestPLCEditGroups::savingWritesRolesInOrder()
                     groups.append(group);
                 }
             });
-    form.findChild<QLineEdit *>(S("collectionInterval"))->setText(S("new"));
+    form.findChild<QLineEdit *>("collectionInterval")->setText("new");
     form.saveChanges();
     QCOMPARE(groups.join(QLatin1Char(' ')),
              S("network s7Model serial ppi s7Rack s7Tsap parameters mitsubishiEip mc3c mc1e mc3e fxLinks "

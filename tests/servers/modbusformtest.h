@@ -41,8 +41,8 @@ protected:
         RowList rows;
         int address = 0;
         for (int length : lengths) {
-            rows.append(row(QStringLiteral("p%1").arg(rows.size()), "t", QString::number(address),
-                            QString::number(length)));
+            rows.append(
+                row(QString("p%1").arg(rows.size()), "t", QString::number(address), QString::number(length)));
             address += length;
         }
         return rows;

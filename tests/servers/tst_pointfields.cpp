@@ -417,7 +417,7 @@ void TestPointFields::thousandPointsComeBack()
     leaveModelsUnchecked();
     RowList stored;
     for (int number = 0; number < 1000; ++number) {
-        stored.append(pointRow(source, QStringLiteral("p%1").arg(number), row.pointCodes.at(number % 2)));
+        stored.append(pointRow(source, QString("p%1").arg(number), row.pointCodes.at(number % 2)));
     }
     setPoints(m_item, stored);
     click(*open(row), "saveButton");

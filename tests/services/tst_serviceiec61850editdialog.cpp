@@ -229,7 +229,7 @@ void TestServiceIEC61850EditDialog::everyInputHasItsName()
 {
     ServiceIEC61850EditDialog form(m_item, m_workspace);
     QStringList expected =
-        QStringLiteral(
+        QString(
             "name protocol port authentication password enableGoosePublishing enableSSL rootCertificatePath "
             "serverCertificatePath serverKeyPath serverKeyPassword isVerifyClientCert")
             .split(QLatin1Char(' '));

@@ -104,7 +104,7 @@ void TestStandardModbusEditDialog::oneBarShowsHowFarAllTabsAreLoaded()
     const BarWatch bars;
     form.replaceItem(m_item);
     Progress::delay = delay;
-    QCOMPARE(titles(form).size(), 2);
+    QCOMPARE(tabsOf(form).size(), 2);
     QVERIFY(!bars.values().isEmpty());
     QCOMPARE(bars.maxima(), QSet<int>{600});
     QVERIFY(!form.findChild<QProgressBar *>());

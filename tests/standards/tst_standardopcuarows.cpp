@@ -141,7 +141,7 @@ void TestStandardOPCUARows::cellKeepsWhatIsAllowed()
     type(form, 0, column, text);
     QCOMPARE(form.findChild<ParameterTable *>()->text(0, column),
              kept                         ? text
-                 : column == SpatialIndex ? QStringLiteral("7")
+                 : column == SpatialIndex ? QString("7")
                                           : "");
     QCOMPARE(m_messages->told(),
              isTold ? QStringList(column == SpatialIndex ? indexMessage : amplitudeMessage) : QStringList());

@@ -108,7 +108,7 @@ void TestStandardTabs::deletedTabClosesTheNumbers()
         click(*form, "addTabButton");
         edit(*tabs->widget(tabs->count() - 1), addressInput())->setText(QLatin1String(address));
     }
-    const QString title = isModbus() ? QStringLiteral("Modbus-") : "DLT645-";
+    const QString title = isModbus() ? QString("Modbus-") : "DLT645-";
     QCOMPARE(tabsOf(*form), QStringList({title + "1", title + "2", title + "3"}));
     QCOMPARE(tabs->currentIndex(), 0);
     emit tabs->tabCloseRequested(1);
