@@ -92,8 +92,6 @@ private slots:
     void addsOneLabelledRowAField();
     void secretIsHiddenAndClockCantBeTyped();
     void fillShowsTheItemAndSaveWritesItBack();
-    void fillWritesDefaultsIntoEmptyRolesOnly();
-    void fieldGoesByTheRowOfItsKind();
     void unknownEntry_data();
     void unknownEntry();
     void refilledList_data();
@@ -112,8 +110,6 @@ private slots:
     void choicesAreStoredAsTheirCodes();
     void numberedButtonsAreStoredAsANumber_data();
     void numberedButtonsAreStoredAsANumber();
-    void checkTakesItsDefaultWhereTheRoleHoldsNothing_data();
-    void checkTakesItsDefaultWhereTheRoleHoldsNothing();
     void unsetCheckMayShowCheckedAndWritesNothing();
     void patternRestrainsTypingAndIsShared();
     void scriptKeepsItsLines();
@@ -154,51 +150,6 @@ void TestFields::fillShowsTheItemAndSaveWritesItBack()
     QStandardItem copy;
     page.group.save(&copy);
     QCOMPARE(roles(copy), stored);
-}
-
-void TestFields::fillWritesDefaultsIntoEmptyRolesOnly()
-{
-    Page page;
-    QStandardItem item;
-    page.group.fill(&item);
-    QCOMPARE(roles(item), (QVariantList{QString(), "2", {}, {}, {}, {}}));
-    QCOMPARE(page.station->text(), "2");
-
-    item.setData("8", stationRole);
-    page.group.fill(&item);
-    QCOMPARE(item.data(stationRole), QVariant("8"));
-
-    item.setData(QString(), stationRole);
-    page.group.refill(&item);
-    QCOMPARE(item.data(stationRole), QVariant("2"));
-
-    item.setData(QString(), stationRole);
-    page.group.keepEmptyOnRefill();
-    page.group.refill(&item);
-    QCOMPARE(item.data(stationRole), QVariant(QString()));
-    QCOMPARE(page.station->text(), QString());
-    page.group.fill(&item);
-    QCOMPARE(item.data(stationRole), QVariant("2"));
-}
-
-void TestFields::fieldGoesByTheRowOfItsKind()
-{
-    QWidget form;
-    FieldGroup standards("Test", Definitions::Kind::Standard);
-    standards.setLayout(new QFormLayout(&form));
-    const auto *port = standards.add<TextField>(standardPortRole, "Port:");
-    // A name of its own leaves the default as it is.
-    const auto *gap = standards.add<TextField>(standardCommunicationGapRole, "gap", "Gap:");
-    // A role of another kind.
-    const auto *other = standards.add<TextField>(stationRole, "other", "Other:");
-    QCOMPARE(port->widget()->objectName(), "port");
-    QCOMPARE(gap->widget()->objectName(), "gap");
-    QStandardItem item;
-    standards.fill(&item);
-    QCOMPARE(port->text(), "502");
-    QCOMPARE(gap->text(), "-1");
-    QCOMPARE(item.data(stationRole), QVariant());
-    QCOMPARE(other->text(), QString());
 }
 
 void TestFields::unknownEntry_data()
@@ -471,28 +422,6 @@ void TestFields::numberedButtonsAreStoredAsANumber()
     page.group.fill(&item);
     page.group.save(&item);
     QCOMPARE(item.data(parityRole), saved);
-}
-
-void TestFields::checkTakesItsDefaultWhereTheRoleHoldsNothing_data()
-{
-    QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<QVariant>("expected");
-    QTest::newRow("nothing") << QVariant() << QVariant(true);
-    QTest::newRow("off") << QVariant(false) << QVariant(false);
-    QTest::newRow("off as a text") << QVariant("false") << QVariant("false");
-    QTest::newRow("empty text") << QVariant(QString()) << QVariant(QString());
-}
-
-void TestFields::checkTakesItsDefaultWhereTheRoleHoldsNothing()
-{
-    QFETCH(QVariant, stored);
-    QFETCH(QVariant, expected);
-    EmptyPage page;
-    page.group.add<CheckField>(plcMc3cSumCheckRole, "Sum Check:");
-    QStandardItem item;
-    item.setData(stored, plcMc3cSumCheckRole);
-    page.group.fill(&item);
-    QCOMPARE(item.data(plcMc3cSumCheckRole), expected);
 }
 
 void TestFields::unsetCheckMayShowCheckedAndWritesNothing()
