@@ -157,7 +157,7 @@ std::unique_ptr<DefinitionForm> TestEveryForm::open(QStandardItem *item, Workspa
 
 QString TestEveryForm::saved(const char *name) const
 {
-    return "The %1 '%2' is saved successfully.".arg(QLatin1String(row().saved), QLatin1String(name));
+    return QString("The %1 '%2' is saved successfully.").arg(QLatin1String(row().saved), QLatin1String(name));
 }
 
 void TestEveryForm::isTitledAndFoundByItsClass()

@@ -6,10 +6,11 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QtTest>
 
 // The log lies beside the executable, so each case runs a copy of this program in a folder of its own; given
-// arguments, the copy logs each of them and ends.
+// arguments, the copy logs each of them and ends; "latin1" has it log full-width characters under that codec.
 class TestActivityLog : public QObject
 {
     Q_OBJECT
@@ -18,6 +19,7 @@ private slots:
     void init();
     void aLineHasDateTimeAndMessage();
     void laterRunsAppend();
+    void fullWidthCharactersAreKept_data();
     void fullWidthCharactersAreKept();
     void aLogThatCannotBeOpenedIsSkipped();
 
@@ -74,9 +76,17 @@ void TestActivityLog::laterRunsAppend()
                           "BoxSearchDialog new-nuilt", QString()}));
 }
 
+void TestActivityLog::fullWidthCharactersAreKept_data()
+{
+    QTest::addColumn<QString>("message"); // that the copy logs
+    QTest::newRow("in a locale of UTF-8") << "EditProjectDialog：save";
+    QTest::newRow("in another") << "latin1";
+}
+
 void TestActivityLog::fullWidthCharactersAreKept()
 {
-    QCOMPARE(log({"EditProjectDialog：save"}), 0);
+    QFETCH(QString, message);
+    QCOMPARE(log({message}), 0);
     QCOMPARE(lines().value(0).mid(21), "EditProjectDialog：save");
 }
 
@@ -92,7 +102,11 @@ int main(int argc, char *argv[])
     const QCoreApplication app(argc, argv);
     const QStringList messages = QCoreApplication::arguments().mid(1);
     if (!messages.isEmpty() && !messages.first().startsWith(QLatin1Char('-'))) {
-        for (const QString &message : messages) {
+        for (QString message : messages) {
+            if (message == QLatin1String("latin1")) {
+                QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO 8859-1"));
+                message = "EditProjectDialog：save";
+            }
             logToFile(message);
         }
         return 0;

@@ -98,6 +98,12 @@ void TestServiceIEC61850EditDialog::sslAndVerificationDecideWhatIsLive()
         QCOMPARE(form.findChild<QLineEdit *>(name + "Path")->isEnabled(), ssl && verify);
         QCOMPARE(form.findChild<QPushButton *>(name + "Select")->isEnabled(), ssl && verify);
     }
+    const auto labels = form.findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
+        if (qobject_cast<QPushButton *>(label->buddy())) {
+            QVERIFY2(label->isEnabled() == label->buddy()->isEnabled(), qPrintable(label->text()));
+        }
+    }
     QVERIFY(check(form, "isVerifyClientCert")->isEnabled());
     QCOMPARE(check(form, "isVerifyClientCert")->isChecked(), verify);
 }
