@@ -77,6 +77,7 @@ private slots:
     void disposedSessionTakesNothingIn();
     void disposedSessionDoesNotConnect();
     void disposedSessionOutlivesItsParent();
+    void deletedSessionTellsNothing();
 
 private:
     std::unique_ptr<FakeBox> m_box;
@@ -273,6 +274,18 @@ void tst_Session::disposedSessionOutlivesItsParent()
     m_box->send(json(R"({"type":"6","code":"200"})"));
     QTRY_VERIFY(!session);
     QCOMPARE(told.lines, words("6: 200|Disconnected|destroyed"));
+}
+
+// Who listens may be on the way out, too.
+void tst_Session::deletedSessionTellsNothing()
+{
+    auto session = std::make_unique<Session>();
+    Told told(session.get());
+    session->openConnection(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    session.reset();
+    QCOMPARE(told.lines, words("destroyed"));
+    QTRY_VERIFY(!m_box->isLinked());
 }
 
 QTEST_GUILESS_MAIN(tst_Session)

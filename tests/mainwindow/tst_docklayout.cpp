@@ -14,6 +14,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolBar>
 #include <QTreeView>
 #include <QWidgetAction>
 #include <QtTest>
@@ -27,6 +28,7 @@ class TestDockLayout : public QObject
 
 private slots:
     void init();
+    void theDocksAreStyledAndTheirWidgetsNamed();
     void theFixedDocksHaveTheirFeatures_data();
     void theFixedDocksHaveTheirFeatures();
     void theDocksLieAroundTheLiveValues();
@@ -162,6 +164,18 @@ void TestDockLayout::theFixedDocksHaveTheirFeatures()
     QVERIFY(dock->objectName().startsWith(CMainWindow::tr(nameStem)));
     QTEST(int(dock->features()), "features");
     QVERIFY(!dock->icon().isNull());
+}
+
+void TestDockLayout::theDocksAreStyledAndTheirWidgetsNamed()
+{
+    QVERIFY(ads::CDockManager::testConfigFlag(ads::CDockManager::FocusHighlighting));
+    QVERIFY(m_window->dockManager()->styleSheet().contains(QLatin1String("palette(highlighted-text)")));
+    QStringList names;
+    const auto all = docks();
+    for (const CDockWidget *dock : all) {
+        names.append(dock->widget()->objectName());
+    }
+    QCOMPARE(names, QStringList({"monitoringTabs", "projectTree", "messageEditor"}));
 }
 
 void TestDockLayout::theDocksLieAroundTheLiveValues()
@@ -328,13 +342,18 @@ void TestDockLayout::savingAndRestoringLeavesTheLayout()
 
 void TestDockLayout::restoringBringsASavedLayoutBack()
 {
+    auto *toolBar = m_window->findChild<QToolBar *>("toolBar");
+    m_window->addToolBar(Qt::LeftToolBarArea, toolBar);
+    QCoreApplication::processEvents();
     const QString before = layout();
     m_window->on_actionSaveState_triggered(false);
+    m_window->addToolBar(Qt::TopToolBarArea, toolBar);
     docks().at(2)->closeDockWidget();
     m_window->resize(1000, 600);
     QTRY_VERIFY(layout() != before);
     m_window->on_actionRestoreState_triggered(false);
     QTRY_COMPARE(layout(), before);
+    QCOMPARE(m_window->toolBarArea(toolBar), Qt::LeftToolBarArea);
 }
 
 void TestDockLayout::theTreeKeepsItsWidthAsTheWindowGrows_data()
