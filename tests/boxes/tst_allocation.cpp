@@ -32,7 +32,7 @@ QByteArray requestFrame(const QByteArrayList &values, const QByteArray &type)
 
 } // namespace
 
-class tst_Allocation : public QObject
+class TestAllocation : public QObject
 {
     Q_OBJECT
 private slots:
@@ -57,13 +57,13 @@ private:
     std::unique_ptr<Messages> m_messages;
 };
 
-void tst_Allocation::cleanup()
+void TestAllocation::cleanup()
 {
     QCOMPARE(m_messages->pending(), 0);
     m_messages.reset();
 }
 
-void tst_Allocation::request_data()
+void TestAllocation::request_data()
 {
     QTest::addColumn<Request>("send");
     QTest::addColumn<QByteArray>("frame");
@@ -128,7 +128,7 @@ void tst_Allocation::request_data()
         {R"("date": "2026-01-31 23:59:59")"}, "109");
 }
 
-void tst_Allocation::request()
+void TestAllocation::request()
 {
     QFETCH(Request, send);
     QFETCH(QByteArray, frame);
@@ -143,7 +143,7 @@ void tst_Allocation::request()
     QTRY_COMPARE(box.received(), frame);
 }
 
-void tst_Allocation::requestOnAClosedLinkIsLost()
+void TestAllocation::requestOnAClosedLinkIsLost()
 {
     QFETCH(Request, send);
 
@@ -155,7 +155,7 @@ void tst_Allocation::requestOnAClosedLinkIsLost()
     QCOMPARE(statuses, QStringList{"Not connected to server."});
 }
 
-void tst_Allocation::readAnswer_data()
+void TestAllocation::readAnswer_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("record");
@@ -185,7 +185,7 @@ void tst_Allocation::readAnswer_data()
     QTest::newRow("time") << QByteArray(R"({"type":"9","pares":{"date":"31/1/26"}})") << "time 31/1/26";
 }
 
-void tst_Allocation::readAnswer()
+void TestAllocation::readAnswer()
 {
     QFETCH(QByteArray, text);
     QFETCH(QString, record);
@@ -197,7 +197,7 @@ void tst_Allocation::readAnswer()
     QCOMPARE(told.lines, QStringList{record});
 }
 
-void tst_Allocation::droppedReadAnswer_data()
+void TestAllocation::droppedReadAnswer_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("empty") << QByteArray();
@@ -210,7 +210,7 @@ void tst_Allocation::droppedReadAnswer_data()
     QTest::newRow("key missing") << QByteArray("{\"type\":\"9\",\"pares\":{\"Date\":\"\"}}");
 }
 
-void tst_Allocation::droppedReadAnswer()
+void TestAllocation::droppedReadAnswer()
 {
     QFETCH(QByteArray, text);
 
@@ -225,7 +225,7 @@ void tst_Allocation::droppedReadAnswer()
     QCOMPARE(delivered.lines, QStringList());
 }
 
-void tst_Allocation::writeAnswer_data()
+void TestAllocation::writeAnswer_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("told");
@@ -251,7 +251,7 @@ void tst_Allocation::writeAnswer_data()
     newRow("6", "busy", "Write Restart Allocation|Restart allocation write failed. Error code: busy");
 }
 
-void tst_Allocation::writeAnswer()
+void TestAllocation::writeAnswer()
 {
     QFETCH(QByteArray, text);
     QFETCH(QString, told);
@@ -265,7 +265,7 @@ void tst_Allocation::writeAnswer()
     QCOMPARE(delivered.lines, QStringList());
 }
 
-void tst_Allocation::droppedWriteAnswer_data()
+void TestAllocation::droppedWriteAnswer_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("empty") << QByteArray();
@@ -276,7 +276,7 @@ void tst_Allocation::droppedWriteAnswer_data()
     QTest::newRow("code null") << QByteArray("{\"type\":\"102\",\"code\":null}");
 }
 
-void tst_Allocation::droppedWriteAnswer()
+void TestAllocation::droppedWriteAnswer()
 {
     QFETCH(QByteArray, text);
 
@@ -293,7 +293,7 @@ void tst_Allocation::droppedWriteAnswer()
     QCOMPARE(m_messages->told(), QStringList());
 }
 
-void tst_Allocation::answersNeedNoRequestAndNoOrder()
+void TestAllocation::answersNeedNoRequestAndNoOrder()
 {
     FakeBox box(address);
     QVERIFY(box.isListening());
@@ -310,5 +310,5 @@ void tst_Allocation::answersNeedNoRequestAndNoOrder()
              QStringList{"Write Restart Allocation|Restart allocation write successful."});
 }
 
-QTEST_MAIN(tst_Allocation)
+QTEST_MAIN(TestAllocation)
 #include "tst_allocation.moc"

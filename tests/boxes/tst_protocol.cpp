@@ -20,7 +20,7 @@ const QString nobody = "127.0.10.99";
 
 } // namespace
 
-class tst_Protocol : public QObject
+class TestProtocol : public QObject
 {
     Q_OBJECT
 private slots:
@@ -59,21 +59,21 @@ private:
     std::unique_ptr<Messages> m_messages;
 };
 
-void tst_Protocol::init()
+void TestProtocol::init()
 {
     m_box = std::make_unique<FakeBox>(address);
     QVERIFY(m_box->isListening());
     m_messages = std::make_unique<Messages>();
 }
 
-void tst_Protocol::cleanup()
+void TestProtocol::cleanup()
 {
     QCOMPARE(m_messages->pending(), 0);
     m_messages.reset();
     m_box.reset();
 }
 
-void tst_Protocol::declaresItsSignalsAndSlotsInOrder()
+void TestProtocol::declaresItsSignalsAndSlotsInOrder()
 {
     QByteArrayList signatures;
     const QMetaObject &meta = Protocol::staticMetaObject;
@@ -113,7 +113,7 @@ void tst_Protocol::declaresItsSignalsAndSlotsInOrder()
                              "writeTimeAllocationReturn(QByteArray)"}));
 }
 
-void tst_Protocol::recordsAreKnownToTheMetaTypeSystem()
+void TestProtocol::recordsAreKnownToTheMetaTypeSystem()
 {
     Protocol protocol;
     QSignalSpy spy(&protocol, &Protocol::timeAllocationDataReceived);
@@ -122,7 +122,7 @@ void tst_Protocol::recordsAreKnownToTheMetaTypeSystem()
     QCOMPARE(spy.at(0).at(0).value<Protocol::timeAllocationData>().date, "noon");
 }
 
-void tst_Protocol::bothTimersRunFromConstruction()
+void TestProtocol::bothTimersRunFromConstruction()
 {
     Protocol protocol;
     QVERIFY(heartbeatTimer(protocol)->isActive());
@@ -133,7 +133,7 @@ void tst_Protocol::bothTimersRunFromConstruction()
     QVERIFY(offlineTimer(protocol)->isSingleShot());
 }
 
-void tst_Protocol::tellsTheStatusesOfASession()
+void TestProtocol::tellsTheStatusesOfASession()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -164,7 +164,7 @@ void tst_Protocol::tellsTheStatusesOfASession()
     QCOMPARE(told.lines, (QStringList{requestUnsent, notConnected}));
 }
 
-void tst_Protocol::firstHeartbeatGoesOutOnConnecting()
+void TestProtocol::firstHeartbeatGoesOutOnConnecting()
 {
     Protocol protocol;
     heartbeatTimer(protocol)->stop();
@@ -172,7 +172,7 @@ void tst_Protocol::firstHeartbeatGoesOutOnConnecting()
     QTRY_COMPARE(m_box->received(), heartbeat);
 }
 
-void tst_Protocol::heartbeatsFollowTheInterval()
+void TestProtocol::heartbeatsFollowTheInterval()
 {
     Protocol protocol;
     heartbeatTimer(protocol)->start(20);
@@ -181,7 +181,7 @@ void tst_Protocol::heartbeatsFollowTheInterval()
     QVERIFY(m_box->received().startsWith(heartbeat.repeated(4)));
 }
 
-void tst_Protocol::connectOfAConnectedSocketChangesNothing()
+void TestProtocol::connectOfAConnectedSocketChangesNothing()
 {
     Protocol protocol;
     protocol.connectToBox(address);
@@ -194,7 +194,7 @@ void tst_Protocol::connectOfAConnectedSocketChangesNothing()
     QCOMPARE(m_box->count(), 1);
 }
 
-void tst_Protocol::boundSocketIsGivenUpAndReconnectedLater()
+void TestProtocol::boundSocketIsGivenUpAndReconnectedLater()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -208,7 +208,7 @@ void tst_Protocol::boundSocketIsGivenUpAndReconnectedLater()
     QCOMPARE(m_box->count(), 1);
 }
 
-void tst_Protocol::connectingSocketIsGivenUpAndReconnectedLater()
+void TestProtocol::connectingSocketIsGivenUpAndReconnectedLater()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -220,7 +220,7 @@ void tst_Protocol::connectingSocketIsGivenUpAndReconnectedLater()
     QTRY_VERIFY(m_box->isLinked());
 }
 
-void tst_Protocol::secondConnectSendsAHeartbeatForEachConnect()
+void TestProtocol::secondConnectSendsAHeartbeatForEachConnect()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -235,7 +235,7 @@ void tst_Protocol::secondConnectSendsAHeartbeatForEachConnect()
     QTRY_COMPARE(told.lines, (QStringList{connecting, disconnected, connecting, connected, "version 1.2.3"}));
 }
 
-void tst_Protocol::reconnectionDiesWithItsObject()
+void TestProtocol::reconnectionDiesWithItsObject()
 {
     auto first = std::make_unique<Protocol>();
     first->bindToAddress(QHostAddress("127.0.10.56"));
@@ -251,7 +251,7 @@ void tst_Protocol::reconnectionDiesWithItsObject()
     QCOMPARE(m_box->link()->peerAddress(), QHostAddress("127.0.10.57"));
 }
 
-void tst_Protocol::failedBindIsToldAndTheConnectGoesOn()
+void TestProtocol::failedBindIsToldAndTheConnectGoesOn()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -261,7 +261,7 @@ void tst_Protocol::failedBindIsToldAndTheConnectGoesOn()
     QTRY_COMPARE(m_box->received(), heartbeat);
 }
 
-void tst_Protocol::failedBindKeepsTheAddress()
+void TestProtocol::failedBindKeepsTheAddress()
 {
     Protocol protocol;
     protocol.bindToAddress(QHostAddress("203.0.113.9"));
@@ -271,7 +271,7 @@ void tst_Protocol::failedBindKeepsTheAddress()
     QTRY_COMPARE(m_box->received(), heartbeat);
 }
 
-void tst_Protocol::noBoxAtTheAddress()
+void TestProtocol::noBoxAtTheAddress()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -286,7 +286,7 @@ void tst_Protocol::noBoxAtTheAddress()
     QCOMPARE(told.lines.size(), 3);
 }
 
-void tst_Protocol::requestOnAConnectingSocketIsSentLater()
+void TestProtocol::requestOnAConnectingSocketIsSentLater()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -297,7 +297,7 @@ void tst_Protocol::requestOnAConnectingSocketIsSentLater()
     QCOMPARE(told.lines, QStringList{connecting});
 }
 
-void tst_Protocol::closeOfAClosedSocketDoesNothing()
+void TestProtocol::closeOfAClosedSocketDoesNothing()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -305,7 +305,7 @@ void tst_Protocol::closeOfAClosedSocketDoesNothing()
     QCOMPARE(told.lines, QStringList());
 }
 
-void tst_Protocol::disposedFromItsOwnSignals_data()
+void TestProtocol::disposedFromItsOwnSignals_data()
 {
     QTest::addColumn<QString>("line"); // the session goes when it tells this
     QTest::newRow("request on a closed link") << requestUnsent;
@@ -317,7 +317,7 @@ void tst_Protocol::disposedFromItsOwnSignals_data()
     QTest::newRow("reconnection") << waiting;
 }
 
-void tst_Protocol::disposedFromItsOwnSignals()
+void TestProtocol::disposedFromItsOwnSignals()
 {
     QFETCH(QString, line);
 
@@ -362,7 +362,7 @@ void tst_Protocol::disposedFromItsOwnSignals()
     QCOMPARE(lines.count(line), 1);
 }
 
-void tst_Protocol::disposalIsHeard_data()
+void TestProtocol::disposalIsHeard_data()
 {
     QTest::addColumn<QByteArray>("moment");
     QTest::addColumn<QStringList>("lines");
@@ -376,7 +376,7 @@ void tst_Protocol::disposalIsHeard_data()
     }
 }
 
-void tst_Protocol::disposalIsHeard()
+void TestProtocol::disposalIsHeard()
 {
     QFETCH(QByteArray, moment);
     QFETCH(QStringList, lines);
@@ -399,7 +399,7 @@ void tst_Protocol::disposalIsHeard()
 }
 
 // What comes behind it in the same answer is not told any more.
-void tst_Protocol::disposalBelowItsOwnCallIsHeard()
+void TestProtocol::disposalBelowItsOwnCallIsHeard()
 {
     const QPointer<Protocol> protocol = new Protocol;
     Told told(protocol);
@@ -418,7 +418,7 @@ void tst_Protocol::disposalBelowItsOwnCallIsHeard()
     QTRY_VERIFY(!m_box->isLinked());
 }
 
-void tst_Protocol::deletedWhileConnected()
+void TestProtocol::deletedWhileConnected()
 {
     auto protocol = std::make_unique<Protocol>();
     Told told(protocol.get());
@@ -435,7 +435,7 @@ void tst_Protocol::deletedWhileConnected()
     next.dataMonitoring(hex("12 34 06 00 15 00 01 02 00 00 00 02 00 01 00 00 00 7b 7d 56 78"));
 }
 
-void tst_Protocol::deletedWhileConnecting()
+void TestProtocol::deletedWhileConnecting()
 {
     auto protocol = std::make_unique<Protocol>();
     protocol->openConnection(address);
@@ -446,7 +446,7 @@ void tst_Protocol::deletedWhileConnecting()
     QTRY_VERIFY(!m_box->isLinked());
 }
 
-void tst_Protocol::deletedWhileClosing()
+void TestProtocol::deletedWhileClosing()
 {
     auto protocol = std::make_unique<Protocol>();
     Told told(protocol.get());
@@ -460,7 +460,7 @@ void tst_Protocol::deletedWhileClosing()
     QTRY_VERIFY(!m_box->isLinked());
 }
 
-void tst_Protocol::deletedWhileBound()
+void TestProtocol::deletedWhileBound()
 {
     auto protocol = std::make_unique<Protocol>();
     protocol->bindToAddress(QHostAddress("127.0.10.58"));
@@ -468,5 +468,5 @@ void tst_Protocol::deletedWhileBound()
     QCOMPARE(m_box->count(), 0);
 }
 
-QTEST_MAIN(tst_Protocol)
+QTEST_MAIN(TestProtocol)
 #include "tst_protocol.moc"

@@ -43,7 +43,7 @@ private:
 
 } // namespace
 
-class tst_ProtocolAnswers : public QObject
+class TestProtocolAnswers : public QObject
 {
     Q_OBJECT
 private slots:
@@ -75,21 +75,21 @@ private:
     std::unique_ptr<Messages> m_messages;
 };
 
-void tst_ProtocolAnswers::init()
+void TestProtocolAnswers::init()
 {
     m_box = std::make_unique<FakeBox>(address);
     QVERIFY(m_box->isListening());
     m_messages = std::make_unique<Messages>();
 }
 
-void tst_ProtocolAnswers::cleanup()
+void TestProtocolAnswers::cleanup()
 {
     QCOMPARE(m_messages->pending(), 0);
     m_messages.reset();
     m_box.reset();
 }
 
-void tst_ProtocolAnswers::heartbeatAnswerGivesStatusAndVersion()
+void TestProtocolAnswers::heartbeatAnswerGivesStatusAndVersion()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -100,7 +100,7 @@ void tst_ProtocolAnswers::heartbeatAnswerGivesStatusAndVersion()
     QCOMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
 }
 
-void tst_ProtocolAnswers::heartbeatAnswer_data()
+void TestProtocolAnswers::heartbeatAnswer_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("version"); // null: nothing is shown
@@ -112,7 +112,7 @@ void tst_ProtocolAnswers::heartbeatAnswer_data()
     QTest::newRow("one byte") << hex("12") << QString();
 }
 
-void tst_ProtocolAnswers::heartbeatAnswer()
+void TestProtocolAnswers::heartbeatAnswer()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, version);
@@ -130,7 +130,7 @@ void tst_ProtocolAnswers::heartbeatAnswer()
     QCOMPARE(offlineTimer(protocol)->interval(), 30000);
 }
 
-void tst_ProtocolAnswers::emptyHeartbeatAnswerRestartsTheOfflineTimerOnly()
+void TestProtocolAnswers::emptyHeartbeatAnswerRestartsTheOfflineTimerOnly()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -142,7 +142,7 @@ void tst_ProtocolAnswers::emptyHeartbeatAnswerRestartsTheOfflineTimerOnly()
     QVERIFY(offlineTimer(protocol)->isActive());
 }
 
-void tst_ProtocolAnswers::heartbeatAnswerWithBadFooterWritesALine()
+void TestProtocolAnswers::heartbeatAnswerWithBadFooterWritesALine()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -153,7 +153,7 @@ void tst_ProtocolAnswers::heartbeatAnswerWithBadFooterWritesALine()
     QVERIFY(heartbeatTimer(protocol)->isActive());
 }
 
-void tst_ProtocolAnswers::offlineComesOnce()
+void TestProtocolAnswers::offlineComesOnce()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -166,7 +166,7 @@ void tst_ProtocolAnswers::offlineComesOnce()
     QTRY_COMPARE(told.lines.count("offline"), 2);
 }
 
-void tst_ProtocolAnswers::onlyHeartbeatAnswersFeedTheOfflineTimer()
+void TestProtocolAnswers::onlyHeartbeatAnswersFeedTheOfflineTimer()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -181,7 +181,7 @@ void tst_ProtocolAnswers::onlyHeartbeatAnswersFeedTheOfflineTimer()
     QVERIFY(!heartbeatTimer(protocol)->isActive());
 }
 
-void tst_ProtocolAnswers::disconnectionRestartsTheOfflineTimer()
+void TestProtocolAnswers::disconnectionRestartsTheOfflineTimer()
 {
     Protocol protocol;
     protocol.openConnection(address);
@@ -192,7 +192,7 @@ void tst_ProtocolAnswers::disconnectionRestartsTheOfflineTimer()
     QVERIFY(heartbeatTimer(protocol)->isActive());
 }
 
-void tst_ProtocolAnswers::droppedFrames_data()
+void TestProtocolAnswers::droppedFrames_data()
 {
     QTest::addColumn<QByteArray>("bytes");
 
@@ -221,7 +221,7 @@ void tst_ProtocolAnswers::droppedFrames_data()
     }
 }
 
-void tst_ProtocolAnswers::droppedFrames()
+void TestProtocolAnswers::droppedFrames()
 {
     QFETCH(QByteArray, bytes);
 
@@ -235,7 +235,7 @@ void tst_ProtocolAnswers::droppedFrames()
     QCOMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
 }
 
-void tst_ProtocolAnswers::unhandledTypeWritesALine()
+void TestProtocolAnswers::unhandledTypeWritesALine()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -247,7 +247,7 @@ void tst_ProtocolAnswers::unhandledTypeWritesALine()
     QCOMPARE(told.lines, QStringList());
 }
 
-void tst_ProtocolAnswers::answersComeInOneByteAtATime()
+void TestProtocolAnswers::answersComeInOneByteAtATime()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -260,7 +260,7 @@ void tst_ProtocolAnswers::answersComeInOneByteAtATime()
     QTRY_COMPARE(told.lines, (QStringList{connected, "version 1.2.3", "time "}));
 }
 
-void tst_ProtocolAnswers::boxThatClosesAtAnyByte()
+void TestProtocolAnswers::boxThatClosesAtAnyByte()
 {
     for (int size = 0; size < answer.size(); ++size) {
         Protocol protocol;
@@ -274,7 +274,7 @@ void tst_ProtocolAnswers::boxThatClosesAtAnyByte()
     }
 }
 
-void tst_ProtocolAnswers::carriedFrameSurvivesADisconnection()
+void TestProtocolAnswers::carriedFrameSurvivesADisconnection()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -284,7 +284,7 @@ void tst_ProtocolAnswers::carriedFrameSurvivesADisconnection()
     QCOMPARE(told.lines, (QStringList{disconnected, connected, "version 1.2.3"}));
 }
 
-void tst_ProtocolAnswers::dataBehindAMessageBoxIsReadWhenItCloses()
+void TestProtocolAnswers::dataBehindAMessageBoxIsReadWhenItCloses()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -302,7 +302,7 @@ void tst_ProtocolAnswers::dataBehindAMessageBoxIsReadWhenItCloses()
     QTRY_COMPARE(told.lines, (QStringList{connected, "version 1.2.3"}));
 }
 
-void tst_ProtocolAnswers::dataEntersDuringAMessageBox()
+void TestProtocolAnswers::dataEntersDuringAMessageBox()
 {
     Protocol protocol;
     Told told(&protocol);
@@ -315,7 +315,7 @@ void tst_ProtocolAnswers::dataEntersDuringAMessageBox()
     QCOMPARE(m_messages->told().size(), 1);
 }
 
-void tst_ProtocolAnswers::reportIsDelivered_data()
+void TestProtocolAnswers::reportIsDelivered_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("description");
@@ -329,7 +329,7 @@ void tst_ProtocolAnswers::reportIsDelivered_data()
         << QByteArray(R"({"sn":7,"datas":{}})") << QString() << "report |||";
 }
 
-void tst_ProtocolAnswers::reportIsDelivered()
+void TestProtocolAnswers::reportIsDelivered()
 {
     QFETCH(QByteArray, text);
     QFETCH(QString, description);
@@ -344,7 +344,7 @@ void tst_ProtocolAnswers::reportIsDelivered()
     QCOMPARE(spy.at(0).at(0).value<Protocol::dataMonitoringData>().description, description);
 }
 
-void tst_ProtocolAnswers::disconnectionOfAnySessionClearsTheReport()
+void TestProtocolAnswers::disconnectionOfAnySessionClearsTheReport()
 {
     Protocol receiving;
     Protocol other;
@@ -365,5 +365,5 @@ void tst_ProtocolAnswers::disconnectionOfAnySessionClearsTheReport()
     QCOMPARE(spy.size(), 1);
 }
 
-QTEST_MAIN(tst_ProtocolAnswers)
+QTEST_MAIN(TestProtocolAnswers)
 #include "tst_protocolanswers.moc"

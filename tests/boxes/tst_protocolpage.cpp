@@ -129,7 +129,7 @@ const QList<Transfer> &transfers()
 
 } // namespace
 
-class tst_ProtocolPage : public QObject
+class TestProtocolPage : public QObject
 {
     Q_OBJECT
 private slots:
@@ -150,13 +150,13 @@ private:
     const ProtocolPage m_page;
 };
 
-void tst_ProtocolPage::pageIsInOrder()
+void TestProtocolPage::pageIsInOrder()
 {
     QCOMPARE(m_page.wrong(), QStringList());
     QVERIFY(!m_page.names().isEmpty());
 }
 
-void tst_ProtocolPage::everyBlockIsTried()
+void TestProtocolPage::everyBlockIsTried()
 {
     QStringList tried = {"heartbeat", "report segment 1", "report segment 2", "search", "search answer"};
     for (const Request &request : requests()) {
@@ -176,7 +176,7 @@ void tst_ProtocolPage::everyBlockIsTried()
     QCOMPARE(tried, shown);
 }
 
-void tst_ProtocolPage::everyFrameIsWholeForTheReader()
+void TestProtocolPage::everyFrameIsWholeForTheReader()
 {
     const QStringList names = m_page.names();
     for (const QString &name : names) {
@@ -192,7 +192,7 @@ void tst_ProtocolPage::everyFrameIsWholeForTheReader()
     }
 }
 
-void tst_ProtocolPage::heartbeatIsThatOfThePage()
+void TestProtocolPage::heartbeatIsThatOfThePage()
 {
     FakeBox box(address);
     QVERIFY(box.isListening());
@@ -201,7 +201,7 @@ void tst_ProtocolPage::heartbeatIsThatOfThePage()
     QTRY_COMPARE(box.received(), m_page.bytes("heartbeat"));
 }
 
-void tst_ProtocolPage::requestIsThatOfThePage_data()
+void TestProtocolPage::requestIsThatOfThePage_data()
 {
     QTest::addColumn<int>("index");
     for (int index = 0; index < requests().size(); ++index) {
@@ -209,7 +209,7 @@ void tst_ProtocolPage::requestIsThatOfThePage_data()
     }
 }
 
-void tst_ProtocolPage::requestIsThatOfThePage()
+void TestProtocolPage::requestIsThatOfThePage()
 {
     QFETCH(int, index);
     const Request &request = requests().at(index);
@@ -223,7 +223,7 @@ void tst_ProtocolPage::requestIsThatOfThePage()
     QTRY_COMPARE(box.received(), m_page.bytes(request.name));
 }
 
-void tst_ProtocolPage::answerIsUnderstood_data()
+void TestProtocolPage::answerIsUnderstood_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("told");
@@ -232,7 +232,7 @@ void tst_ProtocolPage::answerIsUnderstood_data()
     }
 }
 
-void tst_ProtocolPage::answerIsUnderstood()
+void TestProtocolPage::answerIsUnderstood()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, told);
@@ -247,7 +247,7 @@ void tst_ProtocolPage::answerIsUnderstood()
     QCOMPARE(inABox ? messages.told().join(QLatin1Char('\n')) : session.lines.join(QLatin1Char('|')), told);
 }
 
-void tst_ProtocolPage::reportOfTwoSegmentsIsJoined()
+void TestProtocolPage::reportOfTwoSegmentsIsJoined()
 {
     Protocol protocol;
     SessionProbe::Told session(&protocol);
@@ -256,7 +256,7 @@ void tst_ProtocolPage::reportOfTwoSegmentsIsJoined()
     QCOMPARE(session.lines, QStringList(QString("report ||%1|").arg(QString(1016, QLatin1Char('a')))));
 }
 
-void tst_ProtocolPage::transferIsThatOfThePage_data()
+void TestProtocolPage::transferIsThatOfThePage_data()
 {
     QTest::addColumn<int>("index");
     for (int index = 0; index < transfers().size(); ++index) {
@@ -264,7 +264,7 @@ void tst_ProtocolPage::transferIsThatOfThePage_data()
     }
 }
 
-void tst_ProtocolPage::transferIsThatOfThePage()
+void TestProtocolPage::transferIsThatOfThePage()
 {
     QFETCH(int, index);
     const Transfer &transfer = transfers().at(index);
@@ -295,7 +295,7 @@ void tst_ProtocolPage::transferIsThatOfThePage()
     QCOMPARE(result.line, QLatin1String(transfer.line));
 }
 
-void tst_ProtocolPage::searchIsThatOfThePage()
+void TestProtocolPage::searchIsThatOfThePage()
 {
     QCOMPARE(Discovery::request(), m_page.bytes("search"));
     const Discovery::Answer answer = Discovery::parseAnswer(m_page.bytes("search answer"));
@@ -305,5 +305,5 @@ void tst_ProtocolPage::searchIsThatOfThePage()
     QCOMPARE(answer.model, "MRN-GATE-70");
 }
 
-QTEST_MAIN(tst_ProtocolPage)
+QTEST_MAIN(TestProtocolPage)
 #include "tst_protocolpage.moc"

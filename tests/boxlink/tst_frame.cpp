@@ -6,7 +6,7 @@
 
 using HandFrames::hex;
 
-class tst_Frame : public QObject
+class TestFrame : public QObject
 {
     Q_OBJECT
 private slots:
@@ -22,12 +22,12 @@ private slots:
     void commandIsBigEndian();
 };
 
-void tst_Frame::heartbeatIsEightBytes()
+void TestFrame::heartbeatIsEightBytes()
 {
     QCOMPARE(Frame::heartbeatFrame(), hex("12 34 01 00 08 00 56 78"));
 }
 
-void tst_Frame::jsonFrameCarriesBothLengths()
+void TestFrame::jsonFrameCarriesBothLengths()
 {
     const QJsonObject request{{"type", "2"}, {"pares", QJsonObject()}};
     const QByteArray text = "{\n"
@@ -38,7 +38,7 @@ void tst_Frame::jsonFrameCarriesBothLengths()
     QCOMPARE(Frame::buildJsonFrame(request), hex("12 34 05 00 34 00 2a 00") + text + hex("56 78"));
 }
 
-void tst_Frame::jsonTextLongerThanAByteCounts()
+void TestFrame::jsonTextLongerThanAByteCounts()
 {
     const QJsonObject request{{"a", QString(500, QLatin1Char('x'))}};
     const QByteArray frame = Frame::buildJsonFrame(request);
@@ -47,14 +47,14 @@ void tst_Frame::jsonTextLongerThanAByteCounts()
     QCOMPARE(frame.size(), 526);
 }
 
-void tst_Frame::jsonTextIsUtf8()
+void TestFrame::jsonTextIsUtf8()
 {
     const QJsonObject request{{"ssid", QString::fromUtf8("\xE7\xBD\x91")}};
     QCOMPARE(Frame::buildJsonFrame(request),
              hex("12 34 05 00 20 00 16 00") + "{\n    \"ssid\": \"\xE7\xBD\x91\"\n}\n" + hex("56 78"));
 }
 
-void tst_Frame::chunkFrame_data()
+void TestFrame::chunkFrame_data()
 {
     QTest::addColumn<int>("command");
     QTest::addColumn<quint32>("total");
@@ -68,7 +68,7 @@ void tst_Frame::chunkFrame_data()
                                          << hex("12 34 04 00 13 04 01 01 02 03 04 00 04 0a 0b 0c 0d");
 }
 
-void tst_Frame::chunkFrame()
+void TestFrame::chunkFrame()
 {
     QFETCH(int, command);
     QFETCH(quint32, total);
@@ -79,7 +79,7 @@ void tst_Frame::chunkFrame()
     QCOMPARE(Frame::chunkFrame(Frame::Command(command), total, number, chunk), head + chunk + hex("56 78"));
 }
 
-void tst_Frame::checksumFrame_data()
+void TestFrame::checksumFrame_data()
 {
     QTest::addColumn<int>("command");
     QTest::addColumn<quint32>("total");
@@ -92,7 +92,7 @@ void tst_Frame::checksumFrame_data()
                                         << hex("12 34 03 00 1e 00 02 00 00 00 00 10");
 }
 
-void tst_Frame::checksumFrame()
+void TestFrame::checksumFrame()
 {
     QFETCH(int, command);
     QFETCH(quint32, total);
@@ -102,17 +102,17 @@ void tst_Frame::checksumFrame()
     QCOMPARE(Frame::checksumFrame(Frame::Command(command), total, digest), head + digest + hex("56 78"));
 }
 
-void tst_Frame::numbersAreLittleEndianAndUnsigned()
+void TestFrame::numbersAreLittleEndianAndUnsigned()
 {
     const QByteArray bytes = hex("fe ff fd fc");
     QCOMPARE(Frame::readLittle16(bytes.constData()), quint16(0xfffe));
     QCOMPARE(Frame::readLittle32(bytes.constData()), 0xfcfdfffeu);
 }
 
-void tst_Frame::commandIsBigEndian()
+void TestFrame::commandIsBigEndian()
 {
     QCOMPARE(Frame::readCommand(hex("12 34 06 01 00 00").constData()), quint16(0x0601));
 }
 
-QTEST_GUILESS_MAIN(tst_Frame)
+QTEST_GUILESS_MAIN(TestFrame)
 #include "tst_frame.moc"

@@ -5,7 +5,7 @@
 
 using namespace FrameStream;
 
-class tst_FrameAssembler : public QObject
+class TestFrameAssembler : public QObject
 {
     Q_OBJECT
 private slots:
@@ -23,7 +23,7 @@ private slots:
     void garbageIsWorkedOff();
 };
 
-void tst_FrameAssembler::chunks_data()
+void TestFrameAssembler::chunks_data()
 {
     QTest::addColumn<QList<QByteArray>>("chunks");
     QTest::addColumn<QList<QByteArray>>("frames");
@@ -95,7 +95,7 @@ void tst_FrameAssembler::chunks_data()
              QList<QByteArray>{answer.left(10), answer.left(5), answer.mid(5)}, Frames{answer});
 }
 
-void tst_FrameAssembler::chunks()
+void TestFrameAssembler::chunks()
 {
     QFETCH(QList<QByteArray>, chunks);
     QFETCH(QList<QByteArray>, frames);
@@ -104,7 +104,7 @@ void tst_FrameAssembler::chunks()
     QCOMPARE(modelFrames(chunks), frames);
 }
 
-void tst_FrameAssembler::everySplitOfGoodFramesGivesAllOfThem()
+void TestFrameAssembler::everySplitOfGoodFramesGivesAllOfThem()
 {
     const QByteArray stream = heartbeat + answer + json + segment + frameOfSize(1043) + heartbeat;
     const Frames all{heartbeat, answer, json, segment, frameOfSize(1043), heartbeat};
@@ -114,7 +114,7 @@ void tst_FrameAssembler::everySplitOfGoodFramesGivesAllOfThem()
     }
 }
 
-void tst_FrameAssembler::byteByByteGivesAllFrames()
+void TestFrameAssembler::byteByByteGivesAllFrames()
 {
     Reader reader;
     const QByteArray stream = heartbeat + answer + json + segment + frameOfSize(1043) + heartbeat;
@@ -124,7 +124,7 @@ void tst_FrameAssembler::byteByByteGivesAllFrames()
     QCOMPARE(reader.frames, (Frames{heartbeat, answer, json, segment, frameOfSize(1043), heartbeat}));
 }
 
-void tst_FrameAssembler::wholeFramesAreGivenInPlace()
+void TestFrameAssembler::wholeFramesAreGivenInPlace()
 {
     QList<const char *> places;
     FrameAssembler assembler([&places](const char *frame, unsigned) { places.append(frame); });
@@ -133,7 +133,7 @@ void tst_FrameAssembler::wholeFramesAreGivenInPlace()
     QCOMPARE(places, (QList<const char *>{chunk.constData(), chunk.constData() + heartbeat.size()}));
 }
 
-void tst_FrameAssembler::lengthFieldTooSmallCostsItsHeader_data()
+void TestFrameAssembler::lengthFieldTooSmallCostsItsHeader_data()
 {
     QTest::addColumn<int>("size");
     for (int size = 0; size < 8; ++size) {
@@ -141,7 +141,7 @@ void tst_FrameAssembler::lengthFieldTooSmallCostsItsHeader_data()
     }
 }
 
-void tst_FrameAssembler::lengthFieldTooSmallCostsItsHeader()
+void TestFrameAssembler::lengthFieldTooSmallCostsItsHeader()
 {
     QFETCH(int, size);
 
@@ -155,7 +155,7 @@ void tst_FrameAssembler::lengthFieldTooSmallCostsItsHeader()
     QCOMPARE(readerFrames({stream}), (Frames{answer, heartbeat, json}));
 }
 
-void tst_FrameAssembler::carryHoldsUpTo4096Bytes_data()
+void TestFrameAssembler::carryHoldsUpTo4096Bytes_data()
 {
     QTest::addColumn<int>("size");
     QTest::addColumn<int>("firstPiece");
@@ -169,7 +169,7 @@ void tst_FrameAssembler::carryHoldsUpTo4096Bytes_data()
     QTest::newRow("65535, cut late") << 65535 << 65000 << false;
 }
 
-void tst_FrameAssembler::carryHoldsUpTo4096Bytes()
+void TestFrameAssembler::carryHoldsUpTo4096Bytes()
 {
     QFETCH(int, size);
     QFETCH(int, firstPiece);
@@ -187,12 +187,12 @@ void tst_FrameAssembler::carryHoldsUpTo4096Bytes()
     QCOMPARE(byteByByte.frames, expected);
 }
 
-void tst_FrameAssembler::longFrameWholeInAChunkIsGiven()
+void TestFrameAssembler::longFrameWholeInAChunkIsGiven()
 {
     QCOMPARE(readerFrames({heartbeat + frameOfSize(65535)}), (Frames{heartbeat, frameOfSize(65535)}));
 }
 
-void tst_FrameAssembler::garbageIsWorkedOff_data()
+void TestFrameAssembler::garbageIsWorkedOff_data()
 {
     QTest::addColumn<QByteArray>("pattern");
     QTest::addColumn<int>("chunk");
@@ -214,7 +214,7 @@ void tst_FrameAssembler::garbageIsWorkedOff_data()
     }
 }
 
-void tst_FrameAssembler::garbageIsWorkedOff()
+void TestFrameAssembler::garbageIsWorkedOff()
 {
     QFETCH(QByteArray, pattern);
     QFETCH(int, chunk);
@@ -228,5 +228,5 @@ void tst_FrameAssembler::garbageIsWorkedOff()
     QCOMPARE(reader.frames, Frames{answer});
 }
 
-QTEST_GUILESS_MAIN(tst_FrameAssembler)
+QTEST_GUILESS_MAIN(TestFrameAssembler)
 #include "tst_frameassembler.moc"

@@ -106,7 +106,7 @@ QString shown(const QList<QByteArray> &chunks)
 
 } // namespace
 
-class tst_FrameOracle : public QObject
+class TestFrameOracle : public QObject
 {
     Q_OBJECT
 private slots:
@@ -118,7 +118,7 @@ private slots:
     void lengthsCarriesAndFooters();
 };
 
-void tst_FrameOracle::everyOneAndTwoCuts()
+void TestFrameOracle::everyOneAndTwoCuts()
 {
     const QList<QByteArray> streams = fixedStreams();
     QCOMPARE(streams.size(), 50);
@@ -132,7 +132,7 @@ void tst_FrameOracle::everyOneAndTwoCuts()
     }
 }
 
-void tst_FrameOracle::randomStreamsAndCuts_data()
+void TestFrameOracle::randomStreamsAndCuts_data()
 {
     QTest::addColumn<quint32>("seed");
 
@@ -143,7 +143,7 @@ void tst_FrameOracle::randomStreamsAndCuts_data()
     QTest::addRow("seed %u", seed) << seed;
 }
 
-void tst_FrameOracle::randomStreamsAndCuts()
+void TestFrameOracle::randomStreamsAndCuts()
 {
     QFETCH(quint32, seed);
 
@@ -154,7 +154,7 @@ void tst_FrameOracle::randomStreamsAndCuts()
     }
 }
 
-void tst_FrameOracle::randomStreamsReachTheRulesOfACarry()
+void TestFrameOracle::randomStreamsReachTheRulesOfACarry()
 {
     QRandomGenerator random(1);
     int frames = 0;
@@ -178,7 +178,7 @@ void tst_FrameOracle::randomStreamsReachTheRulesOfACarry()
     QVERIFY(longest > 4000 && longest <= 4096);
 }
 
-void tst_FrameOracle::lengthsCarriesAndFooters_data()
+void TestFrameOracle::lengthsCarriesAndFooters_data()
 {
     QTest::addColumn<int>("size");
     QTest::addColumn<QByteArray>("footer");
@@ -200,7 +200,7 @@ void tst_FrameOracle::lengthsCarriesAndFooters_data()
 }
 
 // With TEST_ROUNDS every carry, otherwise those about which something may change, and some between.
-void tst_FrameOracle::lengthsCarriesAndFooters()
+void TestFrameOracle::lengthsCarriesAndFooters()
 {
     QFETCH(int, size);
     QFETCH(QByteArray, footer);
@@ -226,5 +226,5 @@ void tst_FrameOracle::lengthsCarriesAndFooters()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_FrameOracle)
+QTEST_GUILESS_MAIN(TestFrameOracle)
 #include "tst_frameoracle.moc"

@@ -6,7 +6,7 @@
 
 using namespace FrameStream;
 
-class tst_FrameReentry : public QObject
+class TestFrameReentry : public QObject
 {
     Q_OBJECT
 private slots:
@@ -18,7 +18,7 @@ private slots:
     void nestedSinkMayDestroyTheAssembler();
 };
 
-void tst_FrameReentry::nextChunkFromTheSinkComesAfterTheRest()
+void TestFrameReentry::nextChunkFromTheSinkComesAfterTheRest()
 {
     const QByteArray first = json.mid(10) + answer + segment.left(8);
     const QByteArray second = segment.mid(8) + heartbeat + json.left(5);
@@ -38,7 +38,7 @@ void tst_FrameReentry::nextChunkFromTheSinkComesAfterTheRest()
     QCOMPARE(frames, (Frames{json, answer, segment, heartbeat, json}));
 }
 
-void tst_FrameReentry::frameOutlivesWhatTheSinkBringsIn()
+void TestFrameReentry::frameOutlivesWhatTheSinkBringsIn()
 {
     Frames frames;
     std::unique_ptr<FrameAssembler> assembler;
@@ -56,7 +56,7 @@ void tst_FrameReentry::frameOutlivesWhatTheSinkBringsIn()
     QCOMPARE(frames, (Frames{QByteArray(), json, segment}));
 }
 
-void tst_FrameReentry::sinkMayNestDeeply()
+void TestFrameReentry::sinkMayNestDeeply()
 {
     // Each frame of the outermost chunk brings a further chunk, which ends inside a frame.
     const QByteArray stream =
@@ -80,14 +80,14 @@ void tst_FrameReentry::sinkMayNestDeeply()
     QCOMPARE(frames, (Frames{heartbeat, answer, json, segment, heartbeat, answer, json, segment, heartbeat}));
 }
 
-void tst_FrameReentry::sinkMayDestroyTheAssembler_data()
+void TestFrameReentry::sinkMayDestroyTheAssembler_data()
 {
     QTest::addColumn<QList<QByteArray>>("chunks");
     QTest::newRow("whole frame, more behind") << QList<QByteArray>{answer + json};
     QTest::newRow("carried frame, more behind") << QList<QByteArray>{answer.left(9), answer.mid(9) + json};
 }
 
-void tst_FrameReentry::sinkMayDestroyTheAssembler()
+void TestFrameReentry::sinkMayDestroyTheAssembler()
 {
     QFETCH(QList<QByteArray>, chunks);
 
@@ -105,7 +105,7 @@ void tst_FrameReentry::sinkMayDestroyTheAssembler()
     QCOMPARE(frames, Frames{answer});
 }
 
-void tst_FrameReentry::nestedSinkMayDestroyTheAssembler()
+void TestFrameReentry::nestedSinkMayDestroyTheAssembler()
 {
     Frames frames;
     std::unique_ptr<FrameAssembler> assembler;
@@ -123,5 +123,5 @@ void tst_FrameReentry::nestedSinkMayDestroyTheAssembler()
     QCOMPARE(frames, (Frames{heartbeat, answer}));
 }
 
-QTEST_GUILESS_MAIN(tst_FrameReentry)
+QTEST_GUILESS_MAIN(TestFrameReentry)
 #include "tst_framereentry.moc"

@@ -7,7 +7,7 @@ using HandFrames::frame;
 using HandFrames::hex;
 
 // Heartbeat answers, byte by byte.
-class tst_Heartbeat : public QObject
+class TestHeartbeat : public QObject
 {
     Q_OBJECT
 private slots:
@@ -41,7 +41,7 @@ QString bodyTexts(int version, int serialNumber, int model)
 
 } // namespace
 
-void tst_Heartbeat::answer_data()
+void TestHeartbeat::answer_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("texts"); // null: no answer
@@ -73,7 +73,7 @@ void tst_Heartbeat::answer_data()
     newRow("empty", QByteArray());
 }
 
-void tst_Heartbeat::answer()
+void TestHeartbeat::answer()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, texts);
@@ -82,11 +82,11 @@ void tst_Heartbeat::answer()
     QCOMPARE(read(bytes).isNull(), texts.isNull());
 }
 
-void tst_Heartbeat::badFooterWritesALine()
+void TestHeartbeat::badFooterWritesALine()
 {
     QTest::ignoreMessage(QtDebugMsg, "Invalid package footer.");
     QVERIFY(!HeartbeatAnswer::fromFrame(hex("12 34 02 00 0b 00 00 00 00 56 79")));
 }
 
-QTEST_GUILESS_MAIN(tst_Heartbeat)
+QTEST_GUILESS_MAIN(TestHeartbeat)
 #include "tst_heartbeat.moc"

@@ -3,7 +3,7 @@
 #include <QtTest>
 
 // The JSON commands as texts: what a Box is asked and sent, and what its answers say.
-class tst_JsonCommand : public QObject
+class TestJsonCommand : public QObject
 {
     Q_OBJECT
 private slots:
@@ -48,7 +48,7 @@ QByteArray shown(const JsonCommand::Answer &answer)
 
 } // namespace
 
-void tst_JsonCommand::readRequest_data()
+void TestJsonCommand::readRequest_data()
 {
     QTest::addColumn<SettingsGroup>("group");
     QTest::addColumn<QByteArray>("request");
@@ -60,7 +60,7 @@ void tst_JsonCommand::readRequest_data()
     QTest::newRow("time") << SettingsGroup::Time << QByteArray(R"({"pares":{},"type":"9"})");
 }
 
-void tst_JsonCommand::readRequest()
+void TestJsonCommand::readRequest()
 {
     QFETCH(SettingsGroup, group);
     QFETCH(QByteArray, request);
@@ -68,13 +68,13 @@ void tst_JsonCommand::readRequest()
     QCOMPARE(groupOf(emptySettings(group)), group);
 }
 
-void tst_JsonCommand::rebootRequest()
+void TestJsonCommand::rebootRequest()
 {
     QCOMPARE(compact(JsonCommand::rebootRequest()),
              QByteArray(R"({"pares":{"reboot":"reboot"},"type":"6"})"));
 }
 
-void tst_JsonCommand::writeRequest_data()
+void TestJsonCommand::writeRequest_data()
 {
     QTest::addColumn<BoxSettings>("settings");
     QTest::addColumn<QByteArray>("request"); // keys in the order of the alphabet
@@ -99,14 +99,14 @@ void tst_JsonCommand::writeRequest_data()
                           << QByteArray(R"({"pares":{"date":"noon"},"type":109})");
 }
 
-void tst_JsonCommand::writeRequest()
+void TestJsonCommand::writeRequest()
 {
     QFETCH(BoxSettings, settings);
     QFETCH(QByteArray, request);
     QCOMPARE(compact(JsonCommand::writeRequest(settings)), request);
 }
 
-void tst_JsonCommand::flagThatIsNoneIsNotSent()
+void TestJsonCommand::flagThatIsNoneIsNotSent()
 {
     for (const char *flag : {"", "2", "10", "Enable"}) {
         QCOMPARE(compact(JsonCommand::writeRequest(WanSettings{QLatin1String(flag), {}, {}, {}, {}, {}})),
@@ -115,7 +115,7 @@ void tst_JsonCommand::flagThatIsNoneIsNotSent()
     }
 }
 
-void tst_JsonCommand::typeOfAnAnswer_data()
+void TestJsonCommand::typeOfAnAnswer_data()
 {
     QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<QString>("type"); // null: none
@@ -137,7 +137,7 @@ void tst_JsonCommand::typeOfAnAnswer_data()
     QTest::newRow("empty") << QByteArray() << QString() << 0;
 }
 
-void tst_JsonCommand::typeOfAnAnswer()
+void TestJsonCommand::typeOfAnAnswer()
 {
     QFETCH(QByteArray, answer);
     QFETCH(QString, type);
@@ -148,7 +148,7 @@ void tst_JsonCommand::typeOfAnAnswer()
     QCOMPARE(int(JsonCommand::commandOf(type).value_or(Frame::JsonType())), command);
 }
 
-void tst_JsonCommand::settingsAnswer_data()
+void TestJsonCommand::settingsAnswer_data()
 {
     QTest::addColumn<Frame::JsonType>("command");
     QTest::addColumn<QStringList>("keys");
@@ -167,7 +167,7 @@ void tst_JsonCommand::settingsAnswer_data()
     newRow("time", Frame::TimeRead, "date", Frame::TimeWrite);
 }
 
-void tst_JsonCommand::settingsAnswer()
+void TestJsonCommand::settingsAnswer()
 {
     QFETCH(Frame::JsonType, command);
     QFETCH(QStringList, keys);
@@ -194,7 +194,7 @@ void tst_JsonCommand::settingsAnswer()
     QCOMPARE(shown(JsonCommand::readAnswer(command, compact({{"pares", pares}}))), expected);
 }
 
-void tst_JsonCommand::everyKeyIsNeeded()
+void TestJsonCommand::everyKeyIsNeeded()
 {
     QFETCH(Frame::JsonType, command);
     QFETCH(QStringList, keys);
@@ -209,7 +209,7 @@ void tst_JsonCommand::everyKeyIsNeeded()
     }
 }
 
-void tst_JsonCommand::valueThatIsNoTextReadsAsEmpty()
+void TestJsonCommand::valueThatIsNoTextReadsAsEmpty()
 {
     const auto answer = JsonCommand::readAnswer(
         Frame::WanRead,
@@ -219,7 +219,7 @@ void tst_JsonCommand::valueThatIsNoTextReadsAsEmpty()
                         R"("type":103})"));
 }
 
-void tst_JsonCommand::droppedSettings_data()
+void TestJsonCommand::droppedSettings_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::newRow("empty") << QByteArray();
@@ -232,7 +232,7 @@ void tst_JsonCommand::droppedSettings_data()
     QTest::newRow("a code alone") << QByteArray(R"({"type":"9","code":"200"})");
 }
 
-void tst_JsonCommand::droppedSettings()
+void TestJsonCommand::droppedSettings()
 {
     QFETCH(QByteArray, json);
     for (const auto command :
@@ -241,7 +241,7 @@ void tst_JsonCommand::droppedSettings()
     }
 }
 
-void tst_JsonCommand::commandAnswer_data()
+void TestJsonCommand::commandAnswer_data()
 {
     QTest::addColumn<QString>("code");
     QTest::addColumn<bool>("succeeded");
@@ -251,7 +251,7 @@ void tst_JsonCommand::commandAnswer_data()
     }
 }
 
-void tst_JsonCommand::commandAnswer()
+void TestJsonCommand::commandAnswer()
 {
     QFETCH(QString, code);
     QFETCH(bool, succeeded);
@@ -266,7 +266,7 @@ void tst_JsonCommand::commandAnswer()
     }
 }
 
-void tst_JsonCommand::droppedResult_data()
+void TestJsonCommand::droppedResult_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::newRow("empty") << QByteArray();
@@ -277,12 +277,12 @@ void tst_JsonCommand::droppedResult_data()
     QTest::newRow("code null") << QByteArray(R"({"type":"102","code":null})");
 }
 
-void tst_JsonCommand::droppedResult()
+void TestJsonCommand::droppedResult()
 {
     QFETCH(QByteArray, json);
     QVERIFY(std::holds_alternative<std::monostate>(JsonCommand::readAnswer(Frame::LanWrite, json)));
     QVERIFY(std::holds_alternative<std::monostate>(JsonCommand::readAnswer(Frame::DeviceReboot, json)));
 }
 
-QTEST_GUILESS_MAIN(tst_JsonCommand)
+QTEST_GUILESS_MAIN(TestJsonCommand)
 #include "tst_jsoncommand.moc"

@@ -65,7 +65,7 @@ qint64 residentBytes()
 
 } // namespace
 
-class tst_Monitoring : public QObject
+class TestMonitoring : public QObject
 {
     Q_OBJECT
 private slots:
@@ -84,7 +84,7 @@ private slots:
     void whatIsNoTextReadsAsEmpty();
 };
 
-void tst_Monitoring::segmentsGiveReports_data()
+void TestMonitoring::segmentsGiveReports_data()
 {
     QTest::addColumn<QByteArrayList>("segments");
     QTest::addColumn<QByteArrayList>("given"); // by each of them; empty: nothing
@@ -157,7 +157,7 @@ void tst_Monitoring::segmentsGiveReports_data()
     noJson("text of NUL bytes", QByteArray(12, '\0'));
 }
 
-void tst_Monitoring::segmentsGiveReports()
+void TestMonitoring::segmentsGiveReports()
 {
     QFETCH(QByteArrayList, segments);
     QFETCH(QByteArrayList, given);
@@ -174,13 +174,13 @@ void tst_Monitoring::segmentsGiveReports()
     QCOMPARE(found, given);
 }
 
-void tst_Monitoring::manySegments()
+void TestMonitoring::manySegments()
 {
     QCOMPARE(sendReport(reportText(1024 * 300)),
              (QJsonObject{{"sn", QString(1024 * 300 - 9, QLatin1Char('x'))}}));
 }
 
-void tst_Monitoring::resetForgetsTheReport()
+void TestMonitoring::resetForgetsTheReport()
 {
     addSegment(segment("13 04", "01 04 00 00", "00 04", "01 00 00 00", reportText(1025).left(1024)));
     MonitoringAccumulator::shared().reset();
@@ -188,7 +188,7 @@ void tst_Monitoring::resetForgetsTheReport()
     QCOMPARE(addSegment(whole), QJsonObject());
 }
 
-void tst_Monitoring::deepTextIsSurvived_data()
+void TestMonitoring::deepTextIsSurvived_data()
 {
     QTest::addColumn<QByteArray>("text"); // of a MiB
     const int half = 512 * 1024;
@@ -198,7 +198,7 @@ void tst_Monitoring::deepTextIsSurvived_data()
         << QByteArray("{\"a\":").repeated(2 * half / 5 + 1).left(2 * half);
 }
 
-void tst_Monitoring::deepTextIsSurvived()
+void TestMonitoring::deepTextIsSurvived()
 {
     QFETCH(QByteArray, text);
 
@@ -207,7 +207,7 @@ void tst_Monitoring::deepTextIsSurvived()
     QCOMPARE(addSegment(whole), QJsonObject());
 }
 
-void tst_Monitoring::endlessReportIsDropped()
+void TestMonitoring::endlessReportIsDropped()
 {
     // Announces 4 GiB in frames of the largest size, and never ends.
     const QByteArray frame = segment("ff ff", "ff ff ff ff", "00 04", "01 00 00 00", QByteArray(65516, ' '));
@@ -225,7 +225,7 @@ void tst_Monitoring::endlessReportIsDropped()
     QCOMPARE(addSegment(whole), QJsonObject());
 }
 
-void tst_Monitoring::droppedReportReleasesItsMemory()
+void TestMonitoring::droppedReportReleasesItsMemory()
 {
 #if defined(__SANITIZE_ADDRESS__)
     QSKIP("the sanitizer keeps released memory for a while");
@@ -250,7 +250,7 @@ void tst_Monitoring::droppedReportReleasesItsMemory()
     QVERIFY2(after - before < sent / 16, qPrintable(QString("%1 bytes").arg(after - before)));
 }
 
-void tst_Monitoring::reportIsRead()
+void TestMonitoring::reportIsRead()
 {
     const QJsonArray datas{QJsonObject{{"name", "Ua"}}};
     const auto read = MonitoringReport::fromJson({{"projectName", "P"},
@@ -264,7 +264,7 @@ void tst_Monitoring::reportIsRead()
     QCOMPARE(read.datas, datas);
 }
 
-void tst_Monitoring::whatIsNoTextReadsAsEmpty()
+void TestMonitoring::whatIsNoTextReadsAsEmpty()
 {
     const auto read =
         MonitoringReport::fromJson({{"sn", 7}, {"time", QJsonValue::Null}, {"datas", QJsonObject()}});
@@ -272,5 +272,5 @@ void tst_Monitoring::whatIsNoTextReadsAsEmpty()
     QCOMPARE(read.datas, QJsonArray());
 }
 
-QTEST_GUILESS_MAIN(tst_Monitoring)
+QTEST_GUILESS_MAIN(TestMonitoring)
 #include "tst_monitoring.moc"

@@ -57,7 +57,7 @@ QStringList words(const char *text)
 
 } // namespace
 
-class tst_Session : public QObject
+class TestSession : public QObject
 {
     Q_OBJECT
 private slots:
@@ -83,14 +83,14 @@ private:
     std::unique_ptr<FakeBox> m_box;
 };
 
-void tst_Session::init()
+void TestSession::init()
 {
     m_box = std::make_unique<FakeBox>(address);
     QVERIFY(m_box->isListening());
     MonitoringAccumulator::shared().reset();
 }
 
-void tst_Session::tellsStatusesAndVersion()
+void TestSession::tellsStatusesAndVersion()
 {
     Session session;
     Told told(&session);
@@ -102,7 +102,7 @@ void tst_Session::tellsStatusesAndVersion()
     QTRY_COMPARE(told.lines, words("Connecting|Connected|version 1|Disconnected"));
 }
 
-void tst_Session::tellsAFailedBind()
+void TestSession::tellsAFailedBind()
 {
     Session session;
     Told told(&session);
@@ -110,7 +110,7 @@ void tst_Session::tellsAFailedBind()
     QCOMPARE(told.lines, words("binding 203.0.113.9"));
 }
 
-void tst_Session::asksAndHearsAnswers()
+void TestSession::asksAndHearsAnswers()
 {
     Session session;
     Told told(&session);
@@ -125,7 +125,7 @@ void tst_Session::asksAndHearsAnswers()
     QTRY_COMPARE(told.lines, words("NTP=10.0.0.9|report"));
 }
 
-void tst_Session::writesWithoutAMessage()
+void TestSession::writesWithoutAMessage()
 {
     Session session;
     Told told(&session);
@@ -144,7 +144,7 @@ void tst_Session::writesWithoutAMessage()
     QTRY_COMPARE(told.lines, words("108: 200|6: busy"));
 }
 
-void tst_Session::resultsOfCommandsAreTold_data()
+void TestSession::resultsOfCommandsAreTold_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QStringList>("lines");
@@ -154,7 +154,7 @@ void tst_Session::resultsOfCommandsAreTold_data()
     QTest::newRow("type a number") << QByteArray(R"({"type":102,"code":"200"})") << QStringList();
 }
 
-void tst_Session::resultsOfCommandsAreTold()
+void TestSession::resultsOfCommandsAreTold()
 {
     QFETCH(QByteArray, text);
     QFETCH(QStringList, lines);
@@ -164,7 +164,7 @@ void tst_Session::resultsOfCommandsAreTold()
     QCOMPARE(told.lines, lines);
 }
 
-void tst_Session::requestOnAClosedLinkIsLost()
+void TestSession::requestOnAClosedLinkIsLost()
 {
     Session session;
     Told told(&session);
@@ -175,7 +175,7 @@ void tst_Session::requestOnAClosedLinkIsLost()
     QCOMPARE(told.lines, words("RequestLost|RequestLost|RequestLost|HeartbeatLost"));
 }
 
-void tst_Session::endsInItsOwnSignals_data()
+void TestSession::endsInItsOwnSignals_data()
 {
     QTest::addColumn<QByteArray>("frame");
     QTest::addColumn<QStringList>("lines");
@@ -188,7 +188,7 @@ void tst_Session::endsInItsOwnSignals_data()
 }
 
 // The first thing that it tells ends it, while the socket's signal is on the stack.
-void tst_Session::endsInItsOwnSignals()
+void TestSession::endsInItsOwnSignals()
 {
     QFETCH(QByteArray, frame);
     QFETCH(QStringList, lines);
@@ -215,7 +215,7 @@ void tst_Session::endsInItsOwnSignals()
 }
 
 // What came with the same chunk does not reach what other sessions share.
-void tst_Session::disposedSessionTakesNothingIn()
+void TestSession::disposedSessionTakesNothingIn()
 {
     const QPointer<Session> session = new Session;
     connect(session, &Session::statusChanged, this, [&](Session::Status status) {
@@ -236,7 +236,7 @@ void tst_Session::disposedSessionTakesNothingIn()
     QCOMPARE(told.lines, words("report"));
 }
 
-void tst_Session::disposedSessionDoesNotConnect()
+void TestSession::disposedSessionDoesNotConnect()
 {
     const QPointer<Session> session = new Session;
     connect(session, &Session::statusChanged, this, [&](Session::Status status) {
@@ -259,7 +259,7 @@ void tst_Session::disposedSessionDoesNotConnect()
     QCOMPARE(m_box->count(), 2);
 }
 
-void tst_Session::disposedSessionOutlivesItsParent()
+void TestSession::disposedSessionOutlivesItsParent()
 {
     auto parent = std::make_unique<QObject>();
     const QPointer<Session> session = new Session(parent.get());
@@ -277,7 +277,7 @@ void tst_Session::disposedSessionOutlivesItsParent()
 }
 
 // Who listens may be on the way out, too.
-void tst_Session::deletedSessionTellsNothing()
+void TestSession::deletedSessionTellsNothing()
 {
     auto session = std::make_unique<Session>();
     Told told(session.get());
@@ -288,7 +288,7 @@ void tst_Session::deletedSessionTellsNothing()
     QTRY_VERIFY(!m_box->isLinked());
 }
 
-QTEST_GUILESS_MAIN(tst_Session)
+QTEST_GUILESS_MAIN(TestSession)
 #include "fakebox.h"
 #include "handframes.h"
 #include "tst_session.moc"

@@ -8,7 +8,7 @@
 
 // What any Box owes the tool, real or simulated: sends the frames of the protocol page and looks at the
 // answers byte by byte, without the program's code or the simulator's.
-class tst_BoxDuties : public QObject
+class TestBoxDuties : public QObject
 {
     Q_OBJECT
 
@@ -86,14 +86,14 @@ QStringList heartbeatTexts(const QByteArray &frame)
 
 } // namespace
 
-void tst_BoxDuties::init()
+void TestBoxDuties::init()
 {
     m_box = std::make_unique<BoxUnderTest>(options());
     QVERIFY(m_box->start());
 }
 
 // The keys of a record, from the answer that the page shows.
-QStringList tst_BoxDuties::keysOf(const QByteArray &group)
+QStringList TestBoxDuties::keysOf(const QByteArray &group)
 {
     const QByteArray frame = ProtocolPage().bytes("read " + group + " answer");
     return QJsonDocument::fromJson(frame.mid(8, frame.size() - 10))
@@ -103,13 +103,13 @@ QStringList tst_BoxDuties::keysOf(const QByteArray &group)
         .keys();
 }
 
-QJsonObject tst_BoxDuties::answer(RawTool *tool, const QByteArray &request) const
+QJsonObject TestBoxDuties::answer(RawTool *tool, const QByteArray &request) const
 {
     tool->send(m_page.bytes(request));
     return jsonOf(tool);
 }
 
-void tst_BoxDuties::heartbeatIsAnswered()
+void TestBoxDuties::heartbeatIsAnswered()
 {
     RawTool tool;
     QVERIFY(tool.connectTo(m_box->address()));
@@ -119,7 +119,7 @@ void tst_BoxDuties::heartbeatIsAnswered()
     QCOMPARE(heartbeatTexts(frame).size(), 3);
 }
 
-void tst_BoxDuties::everyHeartbeatIsAnswered()
+void TestBoxDuties::everyHeartbeatIsAnswered()
 {
     RawTool tool;
     QVERIFY(tool.connectTo(m_box->address()));
@@ -130,7 +130,7 @@ void tst_BoxDuties::everyHeartbeatIsAnswered()
     QCOMPARE(frameOf(&tool, 2), first);
 }
 
-void tst_BoxDuties::settingsAreAnswered_data()
+void TestBoxDuties::settingsAreAnswered_data()
 {
     QTest::addColumn<QByteArray>("group");
     QTest::addColumn<QString>("type");
@@ -145,7 +145,7 @@ void tst_BoxDuties::settingsAreAnswered_data()
     row("time", "9");
 }
 
-void tst_BoxDuties::settingsAreAnswered()
+void TestBoxDuties::settingsAreAnswered()
 {
     QFETCH(QByteArray, group);
     QFETCH(QString, type);
@@ -161,7 +161,7 @@ void tst_BoxDuties::settingsAreAnswered()
     }
 }
 
-void tst_BoxDuties::severalRequestsAreAnswered()
+void TestBoxDuties::severalRequestsAreAnswered()
 {
     RawTool tool;
     QVERIFY(tool.connectTo(m_box->address()));
@@ -175,7 +175,7 @@ void tst_BoxDuties::severalRequestsAreAnswered()
     QCOMPARE(types, QStringList({"2", "3", "8"}));
 }
 
-void tst_BoxDuties::requestsMayComeInPieces()
+void TestBoxDuties::requestsMayComeInPieces()
 {
     RawTool tool;
     QVERIFY(tool.connectTo(m_box->address()));
@@ -187,7 +187,7 @@ void tst_BoxDuties::requestsMayComeInPieces()
     QCOMPARE(jsonOf(&tool).value(QLatin1String("type")), QJsonValue("2"));
 }
 
-void tst_BoxDuties::twoConnectionsAreServed()
+void TestBoxDuties::twoConnectionsAreServed()
 {
     RawTool first;
     RawTool second;
@@ -199,7 +199,7 @@ void tst_BoxDuties::twoConnectionsAreServed()
     QVERIFY(!frameOf(&first, 2).isEmpty());
 }
 
-void tst_BoxDuties::searchIsAnswered()
+void TestBoxDuties::searchIsAnswered()
 {
     QUdpSocket socket;
     QVERIFY(socket.bind(QHostAddress(QHostAddress::AnyIPv4)));
@@ -214,7 +214,7 @@ void tst_BoxDuties::searchIsAnswered()
 }
 
 // NTP, since a Box that got another address could not be reached any more.
-void tst_BoxDuties::settingsAreTaken()
+void TestBoxDuties::settingsAreTaken()
 {
     SKIP_UNLESS_BOX_MAY_CHANGE();
     RawTool tool;
@@ -224,7 +224,7 @@ void tst_BoxDuties::settingsAreTaken()
              QJsonValue("10.0.0.9"));
 }
 
-void tst_BoxDuties::fileWithAWrongDigestIsRefused()
+void TestBoxDuties::fileWithAWrongDigestIsRefused()
 {
     SKIP_UNLESS_BOX_MAY_CHANGE();
     RawTool tool;
@@ -237,7 +237,7 @@ void tst_BoxDuties::fileWithAWrongDigestIsRefused()
     QVERIFY(verdict.at(7) != 0);
 }
 
-void tst_BoxDuties::projectIsTakenDuringASession()
+void TestBoxDuties::projectIsTakenDuringASession()
 {
     SKIP_UNLESS_BOX_MAY_CHANGE();
     QFile file(QString(TEST_DATA_DIR "/one-slave.json"));
@@ -256,5 +256,5 @@ void tst_BoxDuties::projectIsTakenDuringASession()
     QVERIFY(!frameOf(&session, 2).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(tst_BoxDuties)
+QTEST_GUILESS_MAIN(TestBoxDuties)
 #include "tst_boxduties.moc"

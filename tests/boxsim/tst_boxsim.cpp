@@ -4,11 +4,11 @@
 #include <QUdpSocket>
 
 // Sessions, connections and searches of the simulated Box, met with hand-written bytes on a real socket.
-class tst_BoxSim : public BoxSimTest
+class TestBoxSim : public BoxSimTest
 {
     Q_OBJECT
 public:
-    tst_BoxSim()
+    TestBoxSim()
         : BoxSimTest("127.0.12.1")
     {
     }
@@ -38,7 +38,7 @@ const QByteArray search = Raw::hex("12340000") + "Search Box" + Raw::hex("5678")
 
 } // namespace
 
-void tst_BoxSim::heartbeatIsAnsweredWithThreeCountedTexts()
+void TestBoxSim::heartbeatIsAnsweredWithThreeCountedTexts()
 {
     BoxSimOptions own = options();
     own.version = "2.1";
@@ -52,7 +52,7 @@ void tst_BoxSim::heartbeatIsAnsweredWithThreeCountedTexts()
     QCOMPARE(m_box->sessionCount(), 1);
 }
 
-void tst_BoxSim::heartbeatTextsStayUnder128Bytes()
+void TestBoxSim::heartbeatTextsStayUnder128Bytes()
 {
     BoxSimOptions own = options();
     own.version = QString(100, QLatin1Char('v'));
@@ -66,7 +66,7 @@ void tst_BoxSim::heartbeatTextsStayUnder128Bytes()
     QCOMPARE(tooLong.errorString(), "version, serial number and model are too long together");
 }
 
-void tst_BoxSim::aPeerThatDoesNotReadIsDropped()
+void TestBoxSim::aPeerThatDoesNotReadIsDropped()
 {
     BoxSimOptions own = options();
     own.maxQueued = 1000;
@@ -80,7 +80,7 @@ void tst_BoxSim::aPeerThatDoesNotReadIsDropped()
     QTRY_COMPARE(m_box->connectionCount(), 0);
 }
 
-void tst_BoxSim::connectionsAreLimited()
+void TestBoxSim::connectionsAreLimited()
 {
     BoxSimOptions own = options();
     own.maxConnections = 2;
@@ -97,7 +97,7 @@ void tst_BoxSim::connectionsAreLimited()
     QVERIFY(!first.takeFrame().isEmpty());
 }
 
-void tst_BoxSim::searchIsAnsweredToItsSender()
+void TestBoxSim::searchIsAnsweredToItsSender()
 {
     BoxSimOptions own = options();
     own.settings.insert("lanMask", "255.255.255.128");
@@ -116,7 +116,7 @@ void tst_BoxSim::searchIsAnsweredToItsSender()
     QCOMPARE(searched.size(), 1);
 }
 
-void tst_BoxSim::aBoxOnEveryAddressSaysItsLanAddress()
+void TestBoxSim::aBoxOnEveryAddressSaysItsLanAddress()
 {
     BoxSimOptions own = options();
     own.address = QHostAddress(QHostAddress::AnyIPv4);
@@ -129,7 +129,7 @@ void tst_BoxSim::aBoxOnEveryAddressSaysItsLanAddress()
     QCOMPARE(tool.receiveDatagram().data().mid(4, 16), "192.168.1.80" + QByteArray(4, '\0'));
 }
 
-void tst_BoxSim::searchStaysUnansweredWhereToldSo()
+void TestBoxSim::searchStaysUnansweredWhereToldSo()
 {
     BoxSimOptions own = options();
     own.faults.noDiscovery = true;
@@ -147,7 +147,7 @@ void tst_BoxSim::searchStaysUnansweredWhereToldSo()
     QCOMPARE(tool.receiveDatagram().data().mid(4, 10), QByteArray("127.0.12.1"));
 }
 
-void tst_BoxSim::strangeDatagramsAreNotAnswered_data()
+void TestBoxSim::strangeDatagramsAreNotAnswered_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("one byte less") << search.left(15);
@@ -158,7 +158,7 @@ void tst_BoxSim::strangeDatagramsAreNotAnswered_data()
     QTest::newRow("largest") << QByteArray(60000, '\x12');
 }
 
-void tst_BoxSim::strangeDatagramsAreNotAnswered()
+void TestBoxSim::strangeDatagramsAreNotAnswered()
 {
     QFETCH(QByteArray, bytes);
     RUN(startBox(options()));
@@ -172,7 +172,7 @@ void tst_BoxSim::strangeDatagramsAreNotAnswered()
     QVERIFY(!tool.hasPendingDatagrams());
 }
 
-void tst_BoxSim::rawBytesReachEverySession()
+void TestBoxSim::rawBytesReachEverySession()
 {
     BoxSimOptions own = options();
     own.faults.noise = 9; // raw bytes pass every fault
@@ -188,7 +188,7 @@ void tst_BoxSim::rawBytesReachEverySession()
     QCOMPARE(second.take(3), QByteArray("abc"));
 }
 
-void tst_BoxSim::closedSessionsLeaveTransfersOpen()
+void TestBoxSim::closedSessionsLeaveTransfersOpen()
 {
     RUN(startBox(options()));
     QSignalSpy closed(m_box.get(), &BoxSim::connectionClosed);
@@ -209,7 +209,7 @@ void tst_BoxSim::closedSessionsLeaveTransfersOpen()
     QCOMPARE(m_box->connectionCount(), 0);
 }
 
-void tst_BoxSim::anAddressInUseIsTold()
+void TestBoxSim::anAddressInUseIsTold()
 {
     BoxSim first(options());
     QVERIFY(first.start());
@@ -220,7 +220,7 @@ void tst_BoxSim::anAddressInUseIsTold()
     QVERIFY2(second.start(), qPrintable(second.errorString()));
 }
 
-void tst_BoxSim::unusableOptionsAreTold_data()
+void TestBoxSim::unusableOptionsAreTold_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("value");
@@ -237,7 +237,7 @@ void tst_BoxSim::unusableOptionsAreTold_data()
     row("project is no JSON", "NTP", "", "{", "not a project: unterminated object");
 }
 
-void tst_BoxSim::unusableOptionsAreTold()
+void TestBoxSim::unusableOptionsAreTold()
 {
     QFETCH(QString, key);
     QFETCH(QString, value);
@@ -252,5 +252,5 @@ void tst_BoxSim::unusableOptionsAreTold()
     QVERIFY(!box.isListening());
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSim)
+QTEST_GUILESS_MAIN(TestBoxSim)
 #include "tst_boxsim.moc"

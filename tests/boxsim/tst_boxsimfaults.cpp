@@ -5,11 +5,11 @@
 #include <QRegularExpression>
 
 // Each fault of the simulated Box, as a tool meets it.
-class tst_BoxSimFaults : public BoxSimTest
+class TestBoxSimFaults : public BoxSimTest
 {
     Q_OBJECT
 public:
-    tst_BoxSimFaults()
+    TestBoxSimFaults()
         : BoxSimTest("127.0.12.2")
     {
     }
@@ -43,7 +43,7 @@ private slots:
     void faultHelpNamesEveryFault();
 };
 
-void tst_BoxSimFaults::silentAcceptsAndNeverSpeaks()
+void TestBoxSimFaults::silentAcceptsAndNeverSpeaks()
 {
     RUN(start(withProject(R"({"name":"P","standards":[{"name":"S","datas":[{"name":"a"}]}]})", "silent")));
     QSignalSpy frames(m_box.get(), &BoxSim::frameReceived);
@@ -56,7 +56,7 @@ void tst_BoxSimFaults::silentAcceptsAndNeverSpeaks()
     QCOMPARE(m_tool->bytes(), QByteArray());
 }
 
-void tst_BoxSimFaults::unansweredKinds_data()
+void TestBoxSimFaults::unansweredKinds_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QByteArray>("unanswered");
@@ -68,7 +68,7 @@ void tst_BoxSimFaults::unansweredKinds_data()
     QTest::newRow("no verdict") << "verdict=none" << transfer << Raw::heartbeat;
 }
 
-void tst_BoxSimFaults::unansweredKinds()
+void TestBoxSimFaults::unansweredKinds()
 {
     QFETCH(QString, fault);
     QFETCH(QByteArray, unanswered);
@@ -81,7 +81,7 @@ void tst_BoxSimFaults::unansweredKinds()
     QCOMPARE(m_tool->bytes(), QByteArray());
 }
 
-void tst_BoxSimFaults::lateAnswersComeLate_data()
+void TestBoxSimFaults::lateAnswersComeLate_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QByteArray>("request");
@@ -90,7 +90,7 @@ void tst_BoxSimFaults::lateAnswersComeLate_data()
     QTest::newRow("verdict") << "late-verdict=150" << Raw::checksum(4, 0, "d41d8cd98f00b204e9800998ecf8427e");
 }
 
-void tst_BoxSimFaults::lateAnswersComeLate()
+void TestBoxSimFaults::lateAnswersComeLate()
 {
     QFETCH(QString, fault);
     QFETCH(QByteArray, request);
@@ -102,7 +102,7 @@ void tst_BoxSimFaults::lateAnswersComeLate()
     QVERIFY2(clock.elapsed() >= 149, qPrintable(QString::number(clock.elapsed())));
 }
 
-void tst_BoxSimFaults::splitAnswersComeInPieces_data()
+void TestBoxSimFaults::splitAnswersComeInPieces_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<int>("longest");
@@ -110,7 +110,7 @@ void tst_BoxSimFaults::splitAnswersComeInPieces_data()
     QTest::newRow("pieces of 16") << "split=16" << 16;
 }
 
-void tst_BoxSimFaults::splitAnswersComeInPieces()
+void TestBoxSimFaults::splitAnswersComeInPieces()
 {
     QFETCH(QString, fault);
     QFETCH(int, longest);
@@ -125,7 +125,7 @@ void tst_BoxSimFaults::splitAnswersComeInPieces()
     QCOMPARE(m_tool->pieces().constFirst().size() % longest, 0);
 }
 
-void tst_BoxSimFaults::joinedAnswersComeInOnePiece()
+void TestBoxSimFaults::joinedAnswersComeInOnePiece()
 {
     RUN(start("join=50"));
     m_tool->send(Raw::heartbeat);
@@ -135,7 +135,7 @@ void tst_BoxSimFaults::joinedAnswersComeInOnePiece()
     QCOMPARE(m_tool->pieces().size(), 1);
 }
 
-void tst_BoxSimFaults::noiseStandsBeforeEachFrame()
+void TestBoxSimFaults::noiseStandsBeforeEachFrame()
 {
     RUN(start("noise=5"));
     m_tool->send(Raw::heartbeat + Raw::heartbeat);
@@ -145,14 +145,14 @@ void tst_BoxSimFaults::noiseStandsBeforeEachFrame()
     QCOMPARE(bytes.mid(5, 38), bytes.mid(48, 38));
 }
 
-void tst_BoxSimFaults::noiseHoldsNoHalfOfAHeader()
+void TestBoxSimFaults::noiseHoldsNoHalfOfAHeader()
 {
     RUN(start("noise=20000"));
     m_tool->send(Raw::heartbeat);
     QCOMPARE(m_tool->take(20000 + 38).indexOf('\x12'), 20000);
 }
 
-void tst_BoxSimFaults::linkEndsAfterBytesSent_data()
+void TestBoxSimFaults::linkEndsAfterBytesSent_data()
 {
     QTest::addColumn<int>("bytes");
     for (int bytes : {1, 6, 37, 38, 39, 75}) {
@@ -160,7 +160,7 @@ void tst_BoxSimFaults::linkEndsAfterBytesSent_data()
     }
 }
 
-void tst_BoxSimFaults::linkEndsAfterBytesSent()
+void TestBoxSimFaults::linkEndsAfterBytesSent()
 {
     QFETCH(int, bytes);
     RUN(start(QString("drop-after-sent=%1").arg(bytes)));
@@ -170,7 +170,7 @@ void tst_BoxSimFaults::linkEndsAfterBytesSent()
     QTRY_COMPARE(m_box->connectionCount(), 0);
 }
 
-void tst_BoxSimFaults::linkEndsAfterBytesReceived()
+void TestBoxSimFaults::linkEndsAfterBytesReceived()
 {
     RUN(start("drop-after-received=15"));
     QSignalSpy frames(m_box.get(), &BoxSim::frameReceived);
@@ -183,7 +183,7 @@ void tst_BoxSimFaults::linkEndsAfterBytesReceived()
     QVERIFY(!again.takeFrame().isEmpty());
 }
 
-void tst_BoxSimFaults::aSecondConnectionIsRefusedWhileThereIsOne()
+void TestBoxSimFaults::aSecondConnectionIsRefusedWhileThereIsOne()
 {
     RUN(start("refuse-second"));
     QTRY_COMPARE(m_box->connectionCount(), 1);
@@ -202,7 +202,7 @@ void tst_BoxSimFaults::aSecondConnectionIsRefusedWhileThereIsOne()
     QVERIFY(m_box->isListening());
 }
 
-void tst_BoxSimFaults::verdictsAreSpoiled_data()
+void TestBoxSimFaults::verdictsAreSpoiled_data()
 {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<QByteArray>("verdict");
@@ -214,7 +214,7 @@ void tst_BoxSimFaults::verdictsAreSpoiled_data()
     QTest::newRow("too long") << "too-long" << QByteArray("123403000a000300567800");
 }
 
-void tst_BoxSimFaults::verdictsAreSpoiled()
+void TestBoxSimFaults::verdictsAreSpoiled()
 {
     QFETCH(QString, kind);
     QFETCH(QByteArray, verdict);
@@ -225,7 +225,7 @@ void tst_BoxSimFaults::verdictsAreSpoiled()
     QCOMPARE(m_tool->takeFrame().size(), 38); // and nothing between
 }
 
-void tst_BoxSimFaults::writesAreRefused_data()
+void TestBoxSimFaults::writesAreRefused_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QByteArray>("request");
@@ -241,7 +241,7 @@ void tst_BoxSimFaults::writesAreRefused_data()
     row("another type", "refuse-write=102:403", ntp, "200");
 }
 
-void tst_BoxSimFaults::writesAreRefused()
+void TestBoxSimFaults::writesAreRefused()
 {
     QFETCH(QString, fault);
     QFETCH(QByteArray, request);
@@ -252,7 +252,7 @@ void tst_BoxSimFaults::writesAreRefused()
     QCOMPARE(m_box->setting("NTP") == "1.2.3.4", code == "200");
 }
 
-void tst_BoxSimFaults::answersCarryNumbersAndLackKeys_data()
+void TestBoxSimFaults::answersCarryNumbersAndLackKeys_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QByteArray>("request");
@@ -266,7 +266,7 @@ void tst_BoxSimFaults::answersCarryNumbersAndLackKeys_data()
     QTest::newRow("key") << "missing-key=NTP" << read << QByteArray("{\"pares\":{},\"type\":\"8\"}");
 }
 
-void tst_BoxSimFaults::answersCarryNumbersAndLackKeys()
+void TestBoxSimFaults::answersCarryNumbersAndLackKeys()
 {
     QFETCH(QString, fault);
     QFETCH(QByteArray, request);
@@ -276,7 +276,7 @@ void tst_BoxSimFaults::answersCarryNumbersAndLackKeys()
     QCOMPARE(QJsonDocument(m_tool->takeJson()).toJson(QJsonDocument::Compact), answer);
 }
 
-void tst_BoxSimFaults::faultsChangeWhileTheBoxRuns()
+void TestBoxSimFaults::faultsChangeWhileTheBoxRuns()
 {
     RUN(startSession());
     QString error;
@@ -290,7 +290,7 @@ void tst_BoxSimFaults::faultsChangeWhileTheBoxRuns()
     QCOMPARE(m_tool->takeFrame().size(), 38);
 }
 
-void tst_BoxSimFaults::faultNamesAreUnderstood_data()
+void TestBoxSimFaults::faultNamesAreUnderstood_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("error");
@@ -313,7 +313,7 @@ void tst_BoxSimFaults::faultNamesAreUnderstood_data()
     row("", "there is no fault ");
 }
 
-void tst_BoxSimFaults::faultNamesAreUnderstood()
+void TestBoxSimFaults::faultNamesAreUnderstood()
 {
     QFETCH(QString, text);
     QFETCH(QString, error);
@@ -328,7 +328,7 @@ void tst_BoxSimFaults::faultNamesAreUnderstood()
     }
 }
 
-void tst_BoxSimFaults::faultHelpNamesEveryFault()
+void TestBoxSimFaults::faultHelpNamesEveryFault()
 {
     const QStringList entries = faultList().chopped(1).split(QRegularExpression("\n(?=  \\S)"));
     QCOMPARE(entries.size(), 31);
@@ -341,5 +341,5 @@ void tst_BoxSimFaults::faultHelpNamesEveryFault()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimFaults)
+QTEST_GUILESS_MAIN(TestBoxSimFaults)
 #include "tst_boxsimfaults.moc"

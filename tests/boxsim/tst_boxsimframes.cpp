@@ -3,11 +3,11 @@
 #include <QRandomGenerator>
 
 // How the simulated Box cuts a stream into frames, survives what is none, and words them.
-class tst_BoxSimFrames : public BoxSimTest
+class TestBoxSimFrames : public BoxSimTest
 {
     Q_OBJECT
 public:
-    tst_BoxSimFrames()
+    TestBoxSimFrames()
         : BoxSimTest("127.0.12.7")
     {
     }
@@ -25,7 +25,7 @@ private slots:
     void framesAreDecodedForTheLog();
 };
 
-void tst_BoxSimFrames::requestsAreFoundHoweverTheyAreCut_data()
+void TestBoxSimFrames::requestsAreFoundHoweverTheyAreCut_data()
 {
     QTest::addColumn<int>("piece");
     for (int piece : {1, 2, 3, 5, 7, 8, 9, 13, 40}) {
@@ -33,7 +33,7 @@ void tst_BoxSimFrames::requestsAreFoundHoweverTheyAreCut_data()
     }
 }
 
-void tst_BoxSimFrames::requestsAreFoundHoweverTheyAreCut()
+void TestBoxSimFrames::requestsAreFoundHoweverTheyAreCut()
 {
     QFETCH(int, piece);
     FrameReader reader;
@@ -51,7 +51,7 @@ void tst_BoxSimFrames::requestsAreFoundHoweverTheyAreCut()
     QCOMPARE(skipped, 6);
 }
 
-void tst_BoxSimFrames::garbageCostsNothingButItself_data()
+void TestBoxSimFrames::garbageCostsNothingButItself_data()
 {
     QTest::addColumn<QByteArray>("garbage");
     QTest::newRow("text") << QByteArray("GET / HTTP/1.1\r\n\r\n");
@@ -65,7 +65,7 @@ void tst_BoxSimFrames::garbageCostsNothingButItself_data()
     QTest::newRow("broken UTF-8") << Raw::json("{\"type\":\"\xff\xfe\",\"pares\":{}}");
 }
 
-void tst_BoxSimFrames::garbageCostsNothingButItself()
+void TestBoxSimFrames::garbageCostsNothingButItself()
 {
     QFETCH(QByteArray, garbage);
     RUN(start());
@@ -75,7 +75,7 @@ void tst_BoxSimFrames::garbageCostsNothingButItself()
     QCOMPARE(m_box->connectionCount(), 1);
 }
 
-void tst_BoxSimFrames::garbageIsCounted()
+void TestBoxSimFrames::garbageIsCounted()
 {
     FrameReader reader;
     const FrameReader::Result result = reader.feed("noise" + Raw::hex("1234010008005679") + Raw::heartbeat);
@@ -84,7 +84,7 @@ void tst_BoxSimFrames::garbageIsCounted()
     QCOMPARE(result.skipped, 13);
 }
 
-void tst_BoxSimFrames::randomGarbageNeverEndsTheBox()
+void TestBoxSimFrames::randomGarbageNeverEndsTheBox()
 {
     const quint32 seed = QRandomGenerator::global()->generate();
     qInfo("seed %u", seed);
@@ -107,7 +107,7 @@ void tst_BoxSimFrames::randomGarbageNeverEndsTheBox()
     QVERIFY(frames.size() > 100);
 }
 
-void tst_BoxSimFrames::framesAreDecodedForTheLog_data()
+void TestBoxSimFrames::framesAreDecodedForTheLog_data()
 {
     QTest::addColumn<QByteArray>("frame");
     QTest::addColumn<QString>("text");
@@ -136,12 +136,12 @@ void tst_BoxSimFrames::framesAreDecodedForTheLog_data()
     row("no frame", Raw::hex("1234"), "no frame: 12 34");
 }
 
-void tst_BoxSimFrames::framesAreDecodedForTheLog()
+void TestBoxSimFrames::framesAreDecodedForTheLog()
 {
     QFETCH(QByteArray, frame);
     QFETCH(QString, text);
     QCOMPARE(describeFrame(frame), text);
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimFrames)
+QTEST_GUILESS_MAIN(TestBoxSimFrames)
 #include "tst_boxsimframes.moc"

@@ -9,11 +9,11 @@
 
 // The frames that the protocol page shows, against the simulated Box: whoever writes firmware compares with
 // both.
-class tst_BoxSimPage : public BoxSimTest
+class TestBoxSimPage : public BoxSimTest
 {
     Q_OBJECT
 public:
-    tst_BoxSimPage()
+    TestBoxSimPage()
         : BoxSimTest("127.0.33.2")
     {
     }
@@ -114,7 +114,7 @@ const Worded worded[] = {
 
 } // namespace
 
-void tst_BoxSimPage::everyFrameIsWorded()
+void TestBoxSimPage::everyFrameIsWorded()
 {
     QStringList names = {"search", "search answer"};
     for (const Worded &row : worded) {
@@ -128,14 +128,14 @@ void tst_BoxSimPage::everyFrameIsWorded()
     QCOMPARE(names, m_page.names());
 }
 
-void tst_BoxSimPage::heartbeatIsAnsweredAsShown()
+void TestBoxSimPage::heartbeatIsAnsweredAsShown()
 {
     RUN(start(shownBox()));
     m_tool->send(m_page.bytes("heartbeat"));
     QCOMPARE(m_tool->takeFrame().toHex(), m_page.bytes("heartbeat answer").toHex());
 }
 
-void tst_BoxSimPage::settingsAreAnsweredAsShown_data()
+void TestBoxSimPage::settingsAreAnsweredAsShown_data()
 {
     QTest::addColumn<QByteArray>("group");
     for (const char *group : {"LAN", "WAN", "WIFI", "LTE", "NTP", "time"}) {
@@ -144,7 +144,7 @@ void tst_BoxSimPage::settingsAreAnsweredAsShown_data()
 }
 
 // Written and read in one go, since a clock that is set runs on.
-void tst_BoxSimPage::settingsAreAnsweredAsShown()
+void TestBoxSimPage::settingsAreAnsweredAsShown()
 {
     QFETCH(QByteArray, group);
     RUN(start(shownBox()));
@@ -153,7 +153,7 @@ void tst_BoxSimPage::settingsAreAnsweredAsShown()
     QCOMPARE(m_tool->takeFrame(), m_page.bytes("read " + group + " answer"));
 }
 
-void tst_BoxSimPage::rebootIsAnsweredAsShown()
+void TestBoxSimPage::rebootIsAnsweredAsShown()
 {
     BoxSimOptions quick = shownBox();
     quick.rebootTime = 1;
@@ -164,14 +164,14 @@ void tst_BoxSimPage::rebootIsAnsweredAsShown()
     QTRY_COMPARE(rebooting.size(), 1);
 }
 
-void tst_BoxSimPage::refusalIsThatOfThePage()
+void TestBoxSimPage::refusalIsThatOfThePage()
 {
     RUN(start(shownBox("refuse-write=105:500")));
     m_tool->send(m_page.bytes("write LTE"));
     QCOMPARE(m_tool->takeFrame(), m_page.bytes("write LTE refusal"));
 }
 
-void tst_BoxSimPage::transferIsJudgedAsShown_data()
+void TestBoxSimPage::transferIsJudgedAsShown_data()
 {
     QTest::addColumn<QByteArray>("stream");
     QTest::addColumn<QString>("fault");
@@ -192,7 +192,7 @@ void tst_BoxSimPage::transferIsJudgedAsShown_data()
              none, m_page.bytes("program verdict, failure"), QByteArray());
 }
 
-void tst_BoxSimPage::transferIsJudgedAsShown()
+void TestBoxSimPage::transferIsJudgedAsShown()
 {
     QFETCH(QByteArray, stream);
     QFETCH(QString, fault);
@@ -208,7 +208,7 @@ void tst_BoxSimPage::transferIsJudgedAsShown()
     QTRY_COMPARE(taken, file);
 }
 
-void tst_BoxSimPage::reportsAreCutAsShown()
+void TestBoxSimPage::reportsAreCutAsShown()
 {
     const QByteArray one("{\"sn\":\"12345678\"}");
     const QByteArray two = "{\"sn\":\"" + QByteArray(1016, 'a') + "\"}";
@@ -219,7 +219,7 @@ void tst_BoxSimPage::reportsAreCutAsShown()
 }
 
 // It says the address at which it is, all else is as shown.
-void tst_BoxSimPage::searchIsAnsweredAsShown()
+void TestBoxSimPage::searchIsAnsweredAsShown()
 {
     BoxSimOptions found = shownBox();
     found.settings.insert("lanMask", "255.255.255.0");
@@ -233,5 +233,5 @@ void tst_BoxSimPage::searchIsAnsweredAsShown()
     QCOMPARE(socket.receiveDatagram().data().toHex(), shown.toHex());
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimPage)
+QTEST_GUILESS_MAIN(TestBoxSimPage)
 #include "tst_boxsimpage.moc"

@@ -7,7 +7,7 @@
 #include <QRegularExpression>
 
 // The program boxsim: its command line, what it prints, how it ends.
-class tst_BoxSimProgram : public QObject
+class TestBoxSimProgram : public QObject
 {
     Q_OBJECT
 
@@ -43,7 +43,7 @@ private:
     }
 };
 
-void tst_BoxSimProgram::defaultsAreThoseOfABox()
+void TestBoxSimProgram::defaultsAreThoseOfABox()
 {
     const CommandLine line = readCommandLine({"boxsim"});
     const BoxSimOptions usual;
@@ -63,7 +63,7 @@ void tst_BoxSimProgram::defaultsAreThoseOfABox()
     QCOMPARE(line.seconds, 0);
 }
 
-void tst_BoxSimProgram::everyOptionIsTaken()
+void TestBoxSimProgram::everyOptionIsTaken()
 {
     const QString text =
         "boxsim --address 0.0.0.0 --port 4000 --discovery-address 127.0.0.9 --no-discovery --project p.json "
@@ -96,7 +96,7 @@ void tst_BoxSimProgram::everyOptionIsTaken()
     QCOMPARE(line.seconds, 12);
 }
 
-void tst_BoxSimProgram::wrongCommandLinesAreTold_data()
+void TestBoxSimProgram::wrongCommandLinesAreTold_data()
 {
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<QByteArray>("told");
@@ -118,7 +118,7 @@ void tst_BoxSimProgram::wrongCommandLinesAreTold_data()
     row("file", "unexpected argument: file");
 }
 
-void tst_BoxSimProgram::wrongCommandLinesAreTold()
+void TestBoxSimProgram::wrongCommandLinesAreTold()
 {
     QFETCH(QString, arguments);
     QFETCH(QByteArray, told);
@@ -130,7 +130,7 @@ void tst_BoxSimProgram::wrongCommandLinesAreTold()
     QCOMPARE(process.exitCode(), 2);
 }
 
-void tst_BoxSimProgram::whatItReceivesIsPrintedAndLogged()
+void TestBoxSimProgram::whatItReceivesIsPrintedAndLogged()
 {
     QProcess process;
     QVERIFY(start(&process, {"--log", "box.log"}));
@@ -158,7 +158,7 @@ void tst_BoxSimProgram::whatItReceivesIsPrintedAndLogged()
              "T P !! read LAN must have type as a string\n");
 }
 
-void tst_BoxSimProgram::bytesAreShownOnRequest()
+void TestBoxSimProgram::bytesAreShownOnRequest()
 {
     QProcess process;
     QVERIFY(start(&process, {"--hex", "--once", "--model", "M~\x7f"}));
@@ -180,7 +180,7 @@ void tst_BoxSimProgram::bytesAreShownOnRequest()
              }));
 }
 
-void tst_BoxSimProgram::quietPrintsTheReadinessLineOnly()
+void TestBoxSimProgram::quietPrintsTheReadinessLineOnly()
 {
     QProcess process;
     QVERIFY(start(&process, {"--quiet", "--once"}));
@@ -194,7 +194,7 @@ void tst_BoxSimProgram::quietPrintsTheReadinessLineOnly()
     QCOMPARE(process.readAllStandardError(), QByteArray());
 }
 
-void tst_BoxSimProgram::acceptedFilesAreKept()
+void TestBoxSimProgram::acceptedFilesAreKept()
 {
     QProcess process;
     QVERIFY(start(&process, {"--save", "kept/here", "--once"}));
@@ -211,7 +211,7 @@ void tst_BoxSimProgram::acceptedFilesAreKept()
     QVERIFY(QFile::exists("kept/here/program.bin"));
 }
 
-void tst_BoxSimProgram::endsWithTheLastConnection()
+void TestBoxSimProgram::endsWithTheLastConnection()
 {
     QProcess process;
     QVERIFY(start(&process, {"--once"}));
@@ -230,7 +230,7 @@ void tst_BoxSimProgram::endsWithTheLastConnection()
     QCOMPARE(process.exitCode(), 0);
 }
 
-void tst_BoxSimProgram::endsAfterItsSeconds()
+void TestBoxSimProgram::endsAfterItsSeconds()
 {
     QProcess process;
     QVERIFY(start(&process, {"--seconds", "1"}));
@@ -239,7 +239,7 @@ void tst_BoxSimProgram::endsAfterItsSeconds()
     QCOMPARE(process.exitCode(), 0);
 }
 
-void tst_BoxSimProgram::endsOnASignal()
+void TestBoxSimProgram::endsOnASignal()
 {
     QProcess process;
     QVERIFY(start(&process, {}));
@@ -249,7 +249,7 @@ void tst_BoxSimProgram::endsOnASignal()
     QCOMPARE(process.exitCode(), 0);
 }
 
-void tst_BoxSimProgram::whatKeepsItFromStartingIsTold_data()
+void TestBoxSimProgram::whatKeepsItFromStartingIsTold_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("told");
@@ -264,7 +264,7 @@ void tst_BoxSimProgram::whatKeepsItFromStartingIsTold_data()
         << QByteArray("boxsim: TCP 203.0.113.1:30088: The address is not available\n");
 }
 
-void tst_BoxSimProgram::whatKeepsItFromStartingIsTold()
+void TestBoxSimProgram::whatKeepsItFromStartingIsTold()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, told);
@@ -276,5 +276,5 @@ void tst_BoxSimProgram::whatKeepsItFromStartingIsTold()
     QCOMPARE(process.exitCode(), 1);
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimProgram)
+QTEST_GUILESS_MAIN(TestBoxSimProgram)
 #include "tst_boxsimprogram.moc"

@@ -7,11 +7,11 @@
 #include <algorithm>
 
 // What the simulated Box makes of a project: which points it reports, in which form, with which values.
-class tst_BoxSimProject : public BoxSimTest
+class TestBoxSimProject : public BoxSimTest
 {
     Q_OBJECT
 public:
-    tst_BoxSimProject()
+    TestBoxSimProject()
         : BoxSimTest("127.0.12.3")
     {
     }
@@ -71,7 +71,7 @@ private:
     }
 };
 
-void tst_BoxSimProject::samplesRun_data()
+void TestBoxSimProject::samplesRun_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QByteArray>("digest");
@@ -88,7 +88,7 @@ void tst_BoxSimProject::samplesRun_data()
                            << QStringList() << QVector<int>();
 }
 
-void tst_BoxSimProject::samplesRun()
+void TestBoxSimProject::samplesRun()
 {
     QFETCH(QString, file);
     QFETCH(QByteArray, digest);
@@ -113,7 +113,7 @@ void tst_BoxSimProject::samplesRun()
     QCOMPARE(transfer.bytes(), QByteArray());
 }
 
-void tst_BoxSimProject::aReportHasExactlyTheseKeys()
+void TestBoxSimProject::aReportHasExactlyTheseKeys()
 {
     const QVector<QJsonObject> found = reports(sample("one-slave.json"), 1);
     QCOMPARE(found.size(), 1);
@@ -138,7 +138,7 @@ void tst_BoxSimProject::aReportHasExactlyTheseKeys()
                    "\"description\":\"D\",\"plcName\":\"M\",\"projectName\":\"P\",\"sn\":\"SIM00000001\"}"));
 }
 
-void tst_BoxSimProject::unselectedAndNamelessPointsAreLeftOut()
+void TestBoxSimProject::unselectedAndNamelessPointsAreLeftOut()
 {
     const QVector<QJsonObject> found =
         reports("{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{\"datas\":["
@@ -156,7 +156,7 @@ void tst_BoxSimProject::unselectedAndNamelessPointsAreLeftOut()
         QJsonValue("XXXXXX.XX "));
 }
 
-void tst_BoxSimProject::pointsWithoutGroupsAreReported()
+void TestBoxSimProject::pointsWithoutGroupsAreReported()
 {
     const QVector<QJsonObject> found = reports("{\"name\":\"P\",\"standards\":[{\"name\":\"S\",\"datas\":[{"
                                                "\"name\":\"a\",\"addr\":\"1\"},{\"name\":\"b\"}]}]}",
@@ -165,7 +165,7 @@ void tst_BoxSimProject::pointsWithoutGroupsAreReported()
     QCOMPARE(names(found.at(0)), QStringList({"a", "b"}));
 }
 
-void tst_BoxSimProject::eachStandardReportsAtItsOwnInterval()
+void TestBoxSimProject::eachStandardReportsAtItsOwnInterval()
 {
     BoxSimOptions own = withProject(
         "{\"name\":\"P\",\"standards\":["
@@ -182,7 +182,7 @@ void tst_BoxSimProject::eachStandardReportsAtItsOwnInterval()
     QVERIFY(slow <= 1);
 }
 
-void tst_BoxSimProject::anIntervalOfTheBoxReplacesTheStandards()
+void TestBoxSimProject::anIntervalOfTheBoxReplacesTheStandards()
 {
     BoxSimOptions own = withProject("{\"name\":\"P\",\"standards\":[{\"name\":\"slow\",\"parameter\":"
                                     "{\"collectionInterval\":\"60000\"},\"datas\":[{\"name\":\"b\"}]}]}");
@@ -191,7 +191,7 @@ void tst_BoxSimProject::anIntervalOfTheBoxReplacesTheStandards()
     QTRY_VERIFY(Raw::reports(m_tool->bytes()).size() >= 3);
 }
 
-void tst_BoxSimProject::aPushedProjectReplacesTheOneBefore()
+void TestBoxSimProject::aPushedProjectReplacesTheOneBefore()
 {
     RUN(start(withProject(R"({"name":"Old","standards":[{"name":"S","datas":[{"name":"a"}]}]})")));
     QSignalSpy started(m_box.get(), &BoxSim::projectStarted);
@@ -202,7 +202,7 @@ void tst_BoxSimProject::aPushedProjectReplacesTheOneBefore()
     QCOMPARE(m_box->standardNames(), QStringList());
 }
 
-void tst_BoxSimProject::documentsThatAreNoProject_data()
+void TestBoxSimProject::documentsThatAreNoProject_data()
 {
     QTest::addColumn<QByteArray>("document");
     QTest::newRow("empty") << QByteArray();
@@ -213,7 +213,7 @@ void tst_BoxSimProject::documentsThatAreNoProject_data()
     QTest::newRow("nested too deep") << QByteArray(100000, '[');
 }
 
-void tst_BoxSimProject::documentsThatAreNoProject()
+void TestBoxSimProject::documentsThatAreNoProject()
 {
     QFETCH(QByteArray, document);
     SimProject project;
@@ -223,7 +223,7 @@ void tst_BoxSimProject::documentsThatAreNoProject()
     QCOMPARE(project.name, QString());
 }
 
-void tst_BoxSimProject::wrongTypesInEveryKeyAreHarmless()
+void TestBoxSimProject::wrongTypesInEveryKeyAreHarmless()
 {
     SimProject project;
     QString error;
@@ -237,7 +237,7 @@ void tst_BoxSimProject::wrongTypesInEveryKeyAreHarmless()
     QCOMPARE(project.standards.at(3).interval, 1000);
 }
 
-void tst_BoxSimProject::largeProjectsAreBounded()
+void TestBoxSimProject::largeProjectsAreBounded()
 {
     QByteArray points = "{\"name\":\"p\"}";
     for (int i = 0; i < 16; ++i) {
@@ -255,7 +255,7 @@ void tst_BoxSimProject::largeProjectsAreBounded()
     QCOMPARE(project.standards.at(0).points.size(), 50000);
 }
 
-void tst_BoxSimProject::valuesKeepToTheirPoint_data()
+void TestBoxSimProject::valuesKeepToTheirPoint_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("dataType");
@@ -288,7 +288,7 @@ void tst_BoxSimProject::valuesKeepToTheirPoint_data()
     row("anything", "uint16", "02010100", 30, 70, 0);
 }
 
-void tst_BoxSimProject::valuesKeepToTheirPoint()
+void TestBoxSimProject::valuesKeepToTheirPoint()
 {
     QFETCH(QString, name);
     QFETCH(QString, dataType);
@@ -311,7 +311,7 @@ void tst_BoxSimProject::valuesKeepToTheirPoint()
     }
 }
 
-void tst_BoxSimProject::countersGrowAtEachStep_data()
+void TestBoxSimProject::countersGrowAtEachStep_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("dataType");
@@ -326,7 +326,7 @@ void tst_BoxSimProject::countersGrowAtEachStep_data()
     row("x", "XXXXXX.XX ", "9020");
 }
 
-void tst_BoxSimProject::countersGrowAtEachStep()
+void TestBoxSimProject::countersGrowAtEachStep()
 {
     QFETCH(QString, name);
     QFETCH(QString, dataType);
@@ -338,7 +338,7 @@ void tst_BoxSimProject::countersGrowAtEachStep()
     }
 }
 
-void tst_BoxSimProject::booleansFlip()
+void TestBoxSimProject::booleansFlip()
 {
     const PointSignal signal(point("Fan running", "bool"), 1);
     QSet<QString> seen;
@@ -348,7 +348,7 @@ void tst_BoxSimProject::booleansFlip()
     QCOMPARE(seen, QSet<QString>({"0", "1"}));
 }
 
-void tst_BoxSimProject::textsStay()
+void TestBoxSimProject::textsStay()
 {
     SimPoint plate = point("Nameplate", "string");
     const PointSignal signal(plate, 1);
@@ -358,7 +358,7 @@ void tst_BoxSimProject::textsStay()
     QCOMPARE(PointSignal(plate, 1).value(0), "SIM");
 }
 
-void tst_BoxSimProject::theSameSeedGivesTheSameValues()
+void TestBoxSimProject::theSameSeedGivesTheSameValues()
 {
     const auto run = [](quint32 seed) {
         QStringList values;
@@ -374,5 +374,5 @@ void tst_BoxSimProject::theSameSeedGivesTheSameValues()
     QVERIFY(run(7) != run(8));
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimProject)
+QTEST_GUILESS_MAIN(TestBoxSimProject)
 #include "tst_boxsimproject.moc"

@@ -3,11 +3,11 @@
 #include <QElapsedTimer>
 
 // The faults of the simulated Box that concern its reports.
-class tst_BoxSimReportFaults : public BoxSimTest
+class TestBoxSimReportFaults : public BoxSimTest
 {
     Q_OBJECT
 public:
-    tst_BoxSimReportFaults()
+    TestBoxSimReportFaults()
         : BoxSimTest("127.0.12.8")
     {
     }
@@ -26,7 +26,7 @@ private:
     static QByteArray project();
 };
 
-QByteArray tst_BoxSimReportFaults::project()
+QByteArray TestBoxSimReportFaults::project()
 {
     QByteArray points;
     for (int i = 0; i < 30; ++i) {
@@ -37,7 +37,7 @@ QByteArray tst_BoxSimReportFaults::project()
     return "{\"name\":\"P\",\"standards\":[{\"name\":\"S" + standard + ",{\"name\":\"T" + standard + "]}";
 }
 
-void tst_BoxSimReportFaults::segmentFieldsAreSpoiled_data()
+void TestBoxSimReportFaults::segmentFieldsAreSpoiled_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QVector<int>>("totalsOff"); // of the segments of one report
@@ -51,7 +51,7 @@ void tst_BoxSimReportFaults::segmentFieldsAreSpoiled_data()
     QTest::newRow("long segments") << "segment-size=2000" << Row{0, 0} << Row{1, 2};
 }
 
-void tst_BoxSimReportFaults::segmentFieldsAreSpoiled()
+void TestBoxSimReportFaults::segmentFieldsAreSpoiled()
 {
     QFETCH(QString, fault);
     QFETCH(QVector<int>, totalsOff);
@@ -78,7 +78,7 @@ void tst_BoxSimReportFaults::segmentFieldsAreSpoiled()
     QCOMPARE(found, numbers);
 }
 
-void tst_BoxSimReportFaults::reportsInterleave()
+void TestBoxSimReportFaults::reportsInterleave()
 {
     RUN(startSession(withProject(project(), "interleave")));
     const auto numbers = [this] {
@@ -95,7 +95,7 @@ void tst_BoxSimReportFaults::reportsInterleave()
     QCOMPARE(numbers(), QByteArray("123123"));
 }
 
-void tst_BoxSimReportFaults::reportsFlood()
+void TestBoxSimReportFaults::reportsFlood()
 {
     RUN(start(withProject(project(), "flood=500")));
     QElapsedTimer clock;
@@ -111,7 +111,7 @@ void tst_BoxSimReportFaults::reportsFlood()
     QCOMPARE(sent.size(), 1);
 }
 
-void tst_BoxSimReportFaults::pointsAreNotValid()
+void TestBoxSimReportFaults::pointsAreNotValid()
 {
     RUN(startSession(withProject(R"({"name":"P","standards":[{"name":"S","datas":[)"
                                  R"({"name":"a"},{"name":"b"},{"name":"c"},{"name":"d"}]}]})",
@@ -125,5 +125,5 @@ void tst_BoxSimReportFaults::pointsAreNotValid()
     QCOMPARE(valid, QByteArray("1101"));
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimReportFaults)
+QTEST_GUILESS_MAIN(TestBoxSimReportFaults)
 #include "tst_boxsimreportfaults.moc"

@@ -4,11 +4,11 @@
 #include <QTcpServer>
 
 // Settings groups, clock and reboot of the simulated Box, by hand-written 0x0500 frames.
-class tst_BoxSimSettings : public BoxSimTest
+class TestBoxSimSettings : public BoxSimTest
 {
     Q_OBJECT
 public:
-    tst_BoxSimSettings()
+    TestBoxSimSettings()
         : BoxSimTest("127.0.12.5")
     {
     }
@@ -32,7 +32,7 @@ private slots:
     void rebootWithoutItsWordIsRefused();
 };
 
-void tst_BoxSimSettings::everyGroupIsRead_data()
+void TestBoxSimSettings::everyGroupIsRead_data()
 {
     QTest::addColumn<QByteArray>("type");
     QTest::addColumn<QStringList>("keys");
@@ -48,7 +48,7 @@ void tst_BoxSimSettings::everyGroupIsRead_data()
     QTest::newRow("time") << QByteArray("9") << keys("date");
 }
 
-void tst_BoxSimSettings::everyGroupIsRead()
+void TestBoxSimSettings::everyGroupIsRead()
 {
     QFETCH(QByteArray, type);
     QFETCH(QStringList, keys);
@@ -64,7 +64,7 @@ void tst_BoxSimSettings::everyGroupIsRead()
     }
 }
 
-void tst_BoxSimSettings::aReadAnswerIsExactlyThisFrame()
+void TestBoxSimSettings::aReadAnswerIsExactlyThisFrame()
 {
     BoxSimOptions own = options();
     own.settings.insert("NTP", "10.0.0.9");
@@ -75,7 +75,7 @@ void tst_BoxSimSettings::aReadAnswerIsExactlyThisFrame()
                  + Raw::hex("5678"));
 }
 
-void tst_BoxSimSettings::aWriteIsRememberedAndReadBack()
+void TestBoxSimSettings::aWriteIsRememberedAndReadBack()
 {
     RUN(start());
     m_tool->send(Raw::json("{\"type\":102,\"pares\":{\"lanIp\":\"10.0.0.2\",\"lanMask\":\"255.0.0.0\","
@@ -89,7 +89,7 @@ void tst_BoxSimSettings::aWriteIsRememberedAndReadBack()
     QCOMPARE(m_box->setting("lanIp"), "10.0.0.2");
 }
 
-void tst_BoxSimSettings::aWriteLeavesMissingKeysAndForeignKeysAlone()
+void TestBoxSimSettings::aWriteLeavesMissingKeysAndForeignKeysAlone()
 {
     BoxSimOptions own = options();
     own.settings.insert("wanDhcp", "1");
@@ -101,7 +101,7 @@ void tst_BoxSimSettings::aWriteLeavesMissingKeysAndForeignKeysAlone()
     QCOMPARE(m_box->setting("lanIp"), "192.168.1.80");
 }
 
-void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused_data()
+void TestBoxSimSettings::aWriteThatCannotBeAppliedIsRefused_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::newRow("number for a value") << QByteArray("{\"type\":103,\"pares\":{\"wanDhcp\":1}}");
@@ -110,7 +110,7 @@ void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused_data()
         << QByteArray("{\"type\":108,\"pares\":{\"NTP\":\"" + QByteArray(1025, '1') + "\"}}");
 }
 
-void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused()
+void TestBoxSimSettings::aWriteThatCannotBeAppliedIsRefused()
 {
     QFETCH(QByteArray, text);
     RUN(start());
@@ -120,7 +120,7 @@ void tst_BoxSimSettings::aWriteThatCannotBeAppliedIsRefused()
     QCOMPARE(m_box->setting("NTP"), "192.168.1.1");
 }
 
-void tst_BoxSimSettings::settingsKeepAnAnswerWithinItsLength()
+void TestBoxSimSettings::settingsKeepAnAnswerWithinItsLength()
 {
     RUN(startBox(options()));
     const QString longest = QString(1024, QChar(1)); // six bytes each in JSON
@@ -135,7 +135,7 @@ void tst_BoxSimSettings::settingsKeepAnAnswerWithinItsLength()
              longest);
 }
 
-void tst_BoxSimSettings::theClockIsThisComputersUntilItIsSet()
+void TestBoxSimSettings::theClockIsThisComputersUntilItIsSet()
 {
     const QString format = "yyyy-MM-dd HH:mm:ss";
     RUN(start());
@@ -153,7 +153,7 @@ void tst_BoxSimSettings::theClockIsThisComputersUntilItIsSet()
     QTRY_VERIFY(date() > set);
 }
 
-void tst_BoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer_data()
+void TestBoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer_data()
 {
     QTest::addColumn<QByteArray>("frame");
     QTest::addColumn<QString>("told");
@@ -177,7 +177,7 @@ void tst_BoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer_data()
     QTest::newRow("little-endian command") << Raw::hex("1234000108005678") << "unknown command";
 }
 
-void tst_BoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer()
+void TestBoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer()
 {
     QFETCH(QByteArray, frame);
     QFETCH(QString, told);
@@ -187,7 +187,7 @@ void tst_BoxSimSettings::aRequestAgainstTheRulesGetsNoAnswer()
     QCOMPARE(m_violations, QStringList{told});
 }
 
-void tst_BoxSimSettings::rebootAnswersThenGoesDownAndComesBack()
+void TestBoxSimSettings::rebootAnswersThenGoesDownAndComesBack()
 {
     BoxSimOptions own = options();
     own.rebootTime = 100;
@@ -207,7 +207,7 @@ void tst_BoxSimSettings::rebootAnswersThenGoesDownAndComesBack()
     QCOMPARE(m_box->setting("NTP"), "1.2.3.4");
 }
 
-void tst_BoxSimSettings::rebootWaitsForAnAddressThatWasTaken()
+void TestBoxSimSettings::rebootWaitsForAnAddressThatWasTaken()
 {
     BoxSimOptions own = options();
     own.rebootTime = 20;
@@ -226,7 +226,7 @@ void tst_BoxSimSettings::rebootWaitsForAnAddressThatWasTaken()
     QVERIFY(m_box->isListening());
 }
 
-void tst_BoxSimSettings::rebootWithoutItsWordIsRefused()
+void TestBoxSimSettings::rebootWithoutItsWordIsRefused()
 {
     RUN(start());
     m_tool->send(Raw::json("{\"type\":\"6\",\"pares\":{}}"));
@@ -235,5 +235,5 @@ void tst_BoxSimSettings::rebootWithoutItsWordIsRefused()
     QVERIFY(!m_tool->takeFrame().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimSettings)
+QTEST_GUILESS_MAIN(TestBoxSimSettings)
 #include "tst_boxsimsettings.moc"

@@ -4,11 +4,11 @@
 #include <QThread>
 
 // Transfers to the simulated Box, by hand-written chunks and digests.
-class tst_BoxSimTransfer : public BoxSimTest
+class TestBoxSimTransfer : public BoxSimTest
 {
     Q_OBJECT
 public:
-    tst_BoxSimTransfer()
+    TestBoxSimTransfer()
         : BoxSimTest("127.0.12.6")
     {
     }
@@ -27,7 +27,7 @@ private slots:
     void aBlockingToolIsServedFromAnotherThread();
 };
 
-void tst_BoxSimTransfer::fileArrivesWithItsDigest_data()
+void TestBoxSimTransfer::fileArrivesWithItsDigest_data()
 {
     QTest::addColumn<char>("command");
     QTest::addColumn<QByteArray>("file");
@@ -42,7 +42,7 @@ void tst_BoxSimTransfer::fileArrivesWithItsDigest_data()
     QTest::newRow("project") << '\3' << QByteArray(1025, 'a') << of1025;
 }
 
-void tst_BoxSimTransfer::fileArrivesWithItsDigest()
+void TestBoxSimTransfer::fileArrivesWithItsDigest()
 {
     QFETCH(char, command);
     QFETCH(QByteArray, file);
@@ -57,7 +57,7 @@ void tst_BoxSimTransfer::fileArrivesWithItsDigest()
     QCOMPARE(accepted.at(0).at(0).toByteArray(), file);
 }
 
-void tst_BoxSimTransfer::brokenTransferFails_data()
+void TestBoxSimTransfer::brokenTransferFails_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("told");
@@ -95,7 +95,7 @@ void tst_BoxSimTransfer::brokenTransferFails_data()
         "checksum frame does not hold 16 bytes");
 }
 
-void tst_BoxSimTransfer::brokenTransferFails()
+void TestBoxSimTransfer::brokenTransferFails()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, told);
@@ -107,7 +107,7 @@ void tst_BoxSimTransfer::brokenTransferFails()
     QCOMPARE(programs.size(), 0);
 }
 
-void tst_BoxSimTransfer::aTransferAfterABrokenOneSucceeds()
+void TestBoxSimTransfer::aTransferAfterABrokenOneSucceeds()
 {
     RUN(start());
     m_tool->send(Raw::transfer(4, "a", "00000000000000000000000000000000"));
@@ -116,7 +116,7 @@ void tst_BoxSimTransfer::aTransferAfterABrokenOneSucceeds()
     QCOMPARE(m_tool->take(10).at(7), '\0');
 }
 
-void tst_BoxSimTransfer::sessionGoesOnDuringATransfer()
+void TestBoxSimTransfer::sessionGoesOnDuringATransfer()
 {
     RUN(startBox(options()));
     RawTool session;
@@ -132,7 +132,7 @@ void tst_BoxSimTransfer::sessionGoesOnDuringATransfer()
     QCOMPARE(m_box->sessionCount(), 1);
 }
 
-void tst_BoxSimTransfer::aTransferConnectionGetsNoReports()
+void TestBoxSimTransfer::aTransferConnectionGetsNoReports()
 {
     RUN(startBox(options()));
     QFile project(QString(TEST_DATA_DIR "/one-slave.json"));
@@ -154,7 +154,7 @@ void tst_BoxSimTransfer::aTransferConnectionGetsNoReports()
     QCOMPARE(undecided.bytes(), QByteArray());
 }
 
-void tst_BoxSimTransfer::aPushedFileThatIsNoProjectLeavesTheOldOneRunning()
+void TestBoxSimTransfer::aPushedFileThatIsNoProjectLeavesTheOldOneRunning()
 {
     RUN(startBox(options()));
     QVERIFY(m_box->runProject("{\"name\":\"Old\"}"));
@@ -167,7 +167,7 @@ void tst_BoxSimTransfer::aPushedFileThatIsNoProjectLeavesTheOldOneRunning()
     QCOMPARE(m_box->projectName(), "Old");
 }
 
-void tst_BoxSimTransfer::aBlockingToolIsServedFromAnotherThread()
+void TestBoxSimTransfer::aBlockingToolIsServedFromAnotherThread()
 {
     QThread thread;
     BoxSim box(options());
@@ -203,5 +203,5 @@ void tst_BoxSimTransfer::aBlockingToolIsServedFromAnotherThread()
     QCOMPARE(verdict.toHex(), QByteArray("123404000a0003005678"));
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimTransfer)
+QTEST_GUILESS_MAIN(TestBoxSimTransfer)
 #include "tst_boxsimtransfer.moc"

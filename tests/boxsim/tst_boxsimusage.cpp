@@ -6,7 +6,7 @@
 #include <QtTest>
 
 // What the program boxsim tells about itself: help, lists, and the scenarios.
-class tst_BoxSimUsage : public QObject
+class TestBoxSimUsage : public QObject
 {
     Q_OBJECT
 
@@ -45,7 +45,7 @@ QStringList terms(const QString &list)
 
 } // namespace
 
-void tst_BoxSimUsage::helpFitsTheTerminal()
+void TestBoxSimUsage::helpFitsTheTerminal()
 {
     const QString help = read("--help").text;
     QCOMPARE(help, read("-h").text);
@@ -57,7 +57,7 @@ void tst_BoxSimUsage::helpFitsTheTerminal()
     }
 }
 
-void tst_BoxSimUsage::helpNamesEveryOption()
+void TestBoxSimUsage::helpNamesEveryOption()
 {
     const QString help = read("--help").text;
     const QString options = help.section("\nOptions:\n", 1).section("\n\n", 0, 0);
@@ -72,14 +72,14 @@ void tst_BoxSimUsage::helpNamesEveryOption()
                       "                            only 30088. Default: 30088.\n")));
 }
 
-void tst_BoxSimUsage::helpCarriesTheLists()
+void TestBoxSimUsage::helpCarriesTheLists()
 {
     const QString help = read("--help").text;
     QVERIFY(help.contains("\n\nScenarios:\n" + scenarioList()));
     QVERIFY(help.contains("\n\nFaults:\n" + faultList()));
 }
 
-void tst_BoxSimUsage::examplesAreTaken()
+void TestBoxSimUsage::examplesAreTaken()
 {
     int taken = 0;
     const QStringList lines = read("--help").text.split(QLatin1Char('\n'));
@@ -93,7 +93,7 @@ void tst_BoxSimUsage::examplesAreTaken()
     QCOMPARE(taken, 4);
 }
 
-void tst_BoxSimUsage::listsAreTold_data()
+void TestBoxSimUsage::listsAreTold_data()
 {
     QTest::addColumn<QString>("option");
     QTest::addColumn<QString>("list");
@@ -111,7 +111,7 @@ void tst_BoxSimUsage::listsAreTold_data()
                                << 10;
 }
 
-void tst_BoxSimUsage::listsAreTold()
+void TestBoxSimUsage::listsAreTold()
 {
     QFETCH(QString, option);
     QFETCH(QString, list);
@@ -124,7 +124,7 @@ void tst_BoxSimUsage::listsAreTold()
     QCOMPARE(terms(list).size(), entries);
 }
 
-void tst_BoxSimUsage::scenarioStandsForItsOptions_data()
+void TestBoxSimUsage::scenarioStandsForItsOptions_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("none") << QString();
@@ -135,7 +135,7 @@ void tst_BoxSimUsage::scenarioStandsForItsOptions_data()
 }
 
 // Each is a command line of its own that says something, and its entry tells it.
-void tst_BoxSimUsage::scenarioStandsForItsOptions()
+void TestBoxSimUsage::scenarioStandsForItsOptions()
 {
     QFETCH(QString, name);
     if (name.isEmpty()) {
@@ -151,7 +151,7 @@ void tst_BoxSimUsage::scenarioStandsForItsOptions()
     QVERIFY2(entry.simplified().endsWith(". " + arguments.join(QLatin1Char(' '))), qPrintable(entry));
 }
 
-void tst_BoxSimUsage::scenariosAddUp()
+void TestBoxSimUsage::scenariosAddUp()
 {
     const CommandLine line = read("--scenario lively --seed 5 --scenario slow");
     QCOMPARE(line.action, CommandLine::Action::Run);
@@ -163,7 +163,7 @@ void tst_BoxSimUsage::scenariosAddUp()
     QCOMPARE(line.options.faults.lateVerdict, 6000);
 }
 
-void tst_BoxSimUsage::whatTheUserSaysCountsForMore()
+void TestBoxSimUsage::whatTheUserSaysCountsForMore()
 {
     const CommandLine line =
         read("--report-interval 70 --fault late-json=5 --scenario slow --scenario lively");
@@ -172,5 +172,5 @@ void tst_BoxSimUsage::whatTheUserSaysCountsForMore()
     QCOMPARE(line.options.faults.lateVerdict, 6000);
 }
 
-QTEST_GUILESS_MAIN(tst_BoxSimUsage)
+QTEST_GUILESS_MAIN(TestBoxSimUsage)
 #include "tst_boxsimusage.moc"

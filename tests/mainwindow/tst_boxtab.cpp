@@ -17,7 +17,7 @@ static const QString secondAddress = "127.0.21.2";
 
 // The Box's tab in the real window against Boxes that answer: what ends its session, and what may happen to
 // its node, its tab and the window meanwhile.
-class tst_BoxTab : public QObject
+class TestBoxTab : public QObject
 {
     Q_OBJECT
 private slots:
@@ -54,7 +54,7 @@ private:
     QStandardItem *m_second = nullptr;
 };
 
-void tst_BoxTab::startSim(std::unique_ptr<BoxSim> &sim, const QString &address)
+void TestBoxTab::startSim(std::unique_ptr<BoxSim> &sim, const QString &address)
 {
     BoxSimOptions options;
     options.address = QHostAddress(address);
@@ -64,7 +64,7 @@ void tst_BoxTab::startSim(std::unique_ptr<BoxSim> &sim, const QString &address)
     QVERIFY2(sim->start(), qPrintable(sim->errorString()));
 }
 
-void tst_BoxTab::init()
+void TestBoxTab::init()
 {
     RUN(startSim(m_firstSim, firstAddress));
     RUN(startSim(m_secondSim, secondAddress));
@@ -76,13 +76,13 @@ void tst_BoxTab::init()
     m_second = Window::addBox(m_project, "b", secondAddress);
 }
 
-void tst_BoxTab::cleanup()
+void TestBoxTab::cleanup()
 {
     m_window.reset();
     QCOMPARE(m_messages->pending(), 0);
 }
 
-BoxEditDialog *tst_BoxTab::open()
+BoxEditDialog *TestBoxTab::open()
 {
     m_window->click(m_first);
     if (!QTest::qWaitFor([this] { return m_firstSim->sessionCount() == 1; })) {
@@ -91,7 +91,7 @@ BoxEditDialog *tst_BoxTab::open()
     return boxForm();
 }
 
-void tst_BoxTab::act(const QByteArray &ending)
+void TestBoxTab::act(const QByteArray &ending)
 {
     if (ending == "tab closed") {
         m_window->tab(editBox)->closeDockWidget();
@@ -118,7 +118,7 @@ void tst_BoxTab::act(const QByteArray &ending)
     }
 }
 
-void tst_BoxTab::endOfTheTabEndsTheSessionFirst_data()
+void TestBoxTab::endOfTheTabEndsTheSessionFirst_data()
 {
     QTest::addColumn<QByteArray>("ending");
     QTest::addColumn<bool>("saves");
@@ -128,7 +128,7 @@ void tst_BoxTab::endOfTheTabEndsTheSessionFirst_data()
     }
 }
 
-void tst_BoxTab::endOfTheTabEndsTheSessionFirst()
+void TestBoxTab::endOfTheTabEndsTheSessionFirst()
 {
     QFETCH(QByteArray, ending);
     QFETCH(bool, saves);
@@ -145,7 +145,7 @@ void tst_BoxTab::endOfTheTabEndsTheSessionFirst()
     QTRY_COMPARE(m_firstSim->connectionCount(), 0);
 }
 
-void tst_BoxTab::clickOnAnotherBoxMovesTheSession()
+void TestBoxTab::clickOnAnotherBoxMovesTheSession()
 {
     const BoxEditDialog *form = open();
     const LogTail log("BoxEditDialog");
@@ -160,7 +160,7 @@ void tst_BoxTab::clickOnAnotherBoxMovesTheSession()
 }
 
 // No command of the tree's menu empties the "Box" folder below an open form, but the slot can be called.
-void tst_BoxTab::formOutlivesItsNode()
+void TestBoxTab::formOutlivesItsNode()
 {
     BoxEditDialog *form = open();
     m_window->select(Window::folder(m_project, ProjectTree::boxFolder));
@@ -174,7 +174,7 @@ void tst_BoxTab::formOutlivesItsNode()
     QCOMPARE(boxForm(), form);
 }
 
-void tst_BoxTab::reboundFormOutlivesItsNode()
+void TestBoxTab::reboundFormOutlivesItsNode()
 {
     BoxEditDialog *form = open();
     m_window->click(m_second);
@@ -187,7 +187,7 @@ void tst_BoxTab::reboundFormOutlivesItsNode()
     QCOMPARE(m_first->data(boxIpRole).toString(), firstAddress);
 }
 
-void tst_BoxTab::loadingMergesBelowTheForm()
+void TestBoxTab::loadingMergesBelowTheForm()
 {
     BoxEditDialog *form = open();
     const QJsonObject document = m_window->buildProjectJson(m_project);
@@ -200,7 +200,7 @@ void tst_BoxTab::loadingMergesBelowTheForm()
     QCOMPARE(m_window->messages(), QStringList("The box 'a' is saved successfully."));
 }
 
-void tst_BoxTab::waitForTheVerdictMayBeCutShort_data()
+void TestBoxTab::waitForTheVerdictMayBeCutShort_data()
 {
     QTest::addColumn<QByteArray>("ending");
     for (const char *ending : {"tab closed", "cancelled", "Box deleted", "project closed"}) {
@@ -208,7 +208,7 @@ void tst_BoxTab::waitForTheVerdictMayBeCutShort_data()
     }
 }
 
-void tst_BoxTab::waitForTheVerdictMayBeCutShort()
+void TestBoxTab::waitForTheVerdictMayBeCutShort()
 {
     QFETCH(QByteArray, ending);
     const QPointer<BoxEditDialog> form = open();
@@ -227,7 +227,7 @@ void tst_BoxTab::waitForTheVerdictMayBeCutShort()
     QTRY_COMPARE(m_firstSim->connectionCount(), 0);
 }
 
-void tst_BoxTab::programMayEndDuringTheWaitForTheVerdict()
+void TestBoxTab::programMayEndDuringTheWaitForTheVerdict()
 {
     const QPointer<BoxEditDialog> form = open();
     BoxSimFaults faults;
@@ -249,7 +249,7 @@ void tst_BoxTab::programMayEndDuringTheWaitForTheVerdict()
     QTRY_COMPARE(m_firstSim->connectionCount(), 0);
 }
 
-void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow_data()
+void TestBoxTab::outcomeIsToldInTheLanguageOfTheWindow_data()
 {
     QTest::addColumn<int>("verdict");
     QTest::addColumn<QString>("english");
@@ -273,7 +273,7 @@ void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow_data()
         "超时|等待校验结果超时。");
 }
 
-void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow()
+void TestBoxTab::outcomeIsToldInTheLanguageOfTheWindow()
 {
     QFETCH(int, verdict);
     QFETCH(QString, english);
@@ -302,5 +302,5 @@ void tst_BoxTab::outcomeIsToldInTheLanguageOfTheWindow()
     QCOMPARE(m_messages->told(), told);
 }
 
-QTEST_MAIN(tst_BoxTab)
+QTEST_MAIN(TestBoxTab)
 #include "tst_boxtab.moc"

@@ -33,7 +33,7 @@ struct Form : QDialog {
 
 } // namespace
 
-class tst_EditorTabs : public QObject
+class TestEditorTabs : public QObject
 {
     Q_OBJECT
 private slots:
@@ -87,32 +87,32 @@ static QString title(EditorTab kind)
     return EditorTabs::titleOf(kind);
 }
 
-void tst_EditorTabs::init()
+void TestEditorTabs::init()
 {
     QFile::remove("Settings.ini");
     m_window.reset(new Window);
     m_tabs.reset(new EditorTabs(m_window->dockManager(), m_window->viewMenu(), nullptr));
 }
 
-void tst_EditorTabs::cleanup()
+void TestEditorTabs::cleanup()
 {
     m_tabs.reset();
     m_window.reset();
 }
 
-QDialog *tst_EditorTabs::makeForm()
+QDialog *TestEditorTabs::makeForm()
 {
     return new QDialog(nullptr, Qt::Widget);
 }
 
-ads::CDockWidget *tst_EditorTabs::open(EditorTab kind)
+ads::CDockWidget *TestEditorTabs::open(EditorTab kind)
 {
     ads::CDockWidget *tab = m_tabs->make(kind, makeForm());
     m_tabs->place(tab, kind);
     return tab;
 }
 
-Form *tst_EditorTabs::openForm(QStandardItem *item)
+Form *TestEditorTabs::openForm(QStandardItem *item)
 {
     auto *form = new Form;
     ads::CDockWidget *tab = m_tabs->make(first, form);
@@ -121,7 +121,7 @@ Form *tst_EditorTabs::openForm(QStandardItem *item)
     return form;
 }
 
-void tst_EditorTabs::openTabIsRegisteredUnderItsTitle()
+void TestEditorTabs::openTabIsRegisteredUnderItsTitle()
 {
     ads::CDockWidget *tab = open(first);
     QCOMPARE(m_tabs->find(first), tab);
@@ -134,7 +134,7 @@ void tst_EditorTabs::openTabIsRegisteredUnderItsTitle()
     QVERIFY(!tab->isClosed());
 }
 
-void tst_EditorTabs::emptyTabIsNotRegistered()
+void TestEditorTabs::emptyTabIsNotRegistered()
 {
     ads::CDockWidget *tab = m_tabs->makeEmpty(first);
     m_tabs->place(tab, first);
@@ -146,7 +146,7 @@ void tst_EditorTabs::emptyTabIsNotRegistered()
     QCOMPARE(m_window->countOf(title(first)), 1);
 }
 
-void tst_EditorTabs::closedTabIsNotFoundAgain()
+void TestEditorTabs::closedTabIsNotFoundAgain()
 {
     const QPointer<ads::CDockWidget> old = open(first);
     old->closeDockWidget();
@@ -160,7 +160,7 @@ void tst_EditorTabs::closedTabIsNotFoundAgain()
     QCOMPARE(m_window->dockManager()->findDockWidget(title(first)), fresh);
 }
 
-void tst_EditorTabs::closingOneTabLeavesTheOthers()
+void TestEditorTabs::closingOneTabLeavesTheOthers()
 {
     const QPointer<ads::CDockWidget> a = open(first);
     const QPointer<ads::CDockWidget> b = open(second);
@@ -174,7 +174,7 @@ void tst_EditorTabs::closingOneTabLeavesTheOthers()
     QCOMPARE(m_window->areas().size(), 3);
 }
 
-void tst_EditorTabs::tabClosedByItsButtonLeavesTheRegistry()
+void TestEditorTabs::tabClosedByItsButtonLeavesTheRegistry()
 {
     const QPointer<ads::CDockWidget> tab = open(first);
     const QPointer<QWidget> form = tab->widget();
@@ -184,7 +184,7 @@ void tst_EditorTabs::tabClosedByItsButtonLeavesTheRegistry()
     QVERIFY(!tab && !form);
 }
 
-void tst_EditorTabs::tabHiddenByTheViewMenuComesBack()
+void TestEditorTabs::tabHiddenByTheViewMenuComesBack()
 {
     ads::CDockWidget *tab = open(first);
     const QPointer<QWidget> form = tab->widget();
@@ -198,7 +198,7 @@ void tst_EditorTabs::tabHiddenByTheViewMenuComesBack()
     QVERIFY(tab->isVisible());
 }
 
-void tst_EditorTabs::tabBehindAnotherComesToTheFront()
+void TestEditorTabs::tabBehindAnotherComesToTheFront()
 {
     ads::CDockWidget *tab = open(first);
     const ads::CDockWidget *other = open(second);
@@ -207,7 +207,7 @@ void tst_EditorTabs::tabBehindAnotherComesToTheFront()
     QCOMPARE(tab->dockAreaWidget()->currentDockWidget(), tab);
 }
 
-void tst_EditorTabs::tabThatARestoredLayoutDoesNotHoldComesBackToItsPlace()
+void TestEditorTabs::tabThatARestoredLayoutDoesNotHoldComesBackToItsPlace()
 {
     m_window->layout()->saveState();
     m_tabs->place(m_tabs->makeEmpty(second), second);
@@ -226,7 +226,7 @@ void tst_EditorTabs::tabThatARestoredLayoutDoesNotHoldComesBackToItsPlace()
     QVERIFY(!guarded);
 }
 
-void tst_EditorTabs::firstTabStandsToTheRight()
+void TestEditorTabs::firstTabStandsToTheRight()
 {
     const QList<QStringList> before = m_window->areas();
     const ads::CDockWidget *tab = open(first);
@@ -237,7 +237,7 @@ void tst_EditorTabs::firstTabStandsToTheRight()
                 > m_window->monitoringTabs()->mapTo(m_window.data(), QPoint()).x());
 }
 
-void tst_EditorTabs::newAreaIsWideEnoughForAForm_data()
+void TestEditorTabs::newAreaIsWideEnoughForAForm_data()
 {
     QTest::addColumn<int>("window");
     QTest::addColumn<int>("wanted");
@@ -249,7 +249,7 @@ void tst_EditorTabs::newAreaIsWideEnoughForAForm_data()
 // A splitter shares out its own width, which is a few pixels less than the window's.
 static const int handles = 10;
 
-void tst_EditorTabs::newAreaIsWideEnoughForAForm()
+void TestEditorTabs::newAreaIsWideEnoughForAForm()
 {
     QFETCH(int, window);
     QFETCH(int, wanted);
@@ -260,7 +260,7 @@ void tst_EditorTabs::newAreaIsWideEnoughForAForm()
     QVERIFY(tab->dockAreaWidget()->width() <= wanted);
 }
 
-void tst_EditorTabs::secondAreaIsTakenFromTheWidestOther()
+void TestEditorTabs::secondAreaIsTakenFromTheWidestOther()
 {
     m_window->resize(1900, 720);
     QTRY_COMPARE(m_window->dockManager()->width(), 1900);
@@ -272,7 +272,7 @@ void tst_EditorTabs::secondAreaIsTakenFromTheWidestOther()
     QVERIFY(m_window->monitoringTabs()->width() > 300);
 }
 
-void tst_EditorTabs::secondAreaOfASmallWindowSharesWithTheWidestOther()
+void TestEditorTabs::secondAreaOfASmallWindowSharesWithTheWidestOther()
 {
     const ads::CDockWidget *one = open(second);
     QTRY_VERIFY(one->dockAreaWidget()->width() > 520 - handles);
@@ -281,7 +281,7 @@ void tst_EditorTabs::secondAreaOfASmallWindowSharesWithTheWidestOther()
     QTRY_VERIFY(other->dockAreaWidget()->width() > 400 && leftover() >= other->dockAreaWidget()->width());
 }
 
-void tst_EditorTabs::theTreeKeepsItsWidth()
+void TestEditorTabs::theTreeKeepsItsWidth()
 {
     const auto width = [this] { return m_window->projectTree()->width(); };
     QTRY_VERIFY(width() > 200);
@@ -309,7 +309,7 @@ void tst_EditorTabs::theTreeKeepsItsWidth()
     }
 }
 
-void tst_EditorTabs::tabJoinsANeighbour_data()
+void TestEditorTabs::tabJoinsANeighbour_data()
 {
     QTest::addColumn<int>("open");
     QTest::addColumn<int>("next");
@@ -328,7 +328,7 @@ void tst_EditorTabs::tabJoinsANeighbour_data()
     }
 }
 
-void tst_EditorTabs::tabJoinsANeighbour()
+void TestEditorTabs::tabJoinsANeighbour()
 {
     QFETCH(int, open);
     QFETCH(int, next);
@@ -343,7 +343,7 @@ void tst_EditorTabs::tabJoinsANeighbour()
     QCOMPARE(tab->dockAreaWidget()->currentDockWidget(), tab);
 }
 
-void tst_EditorTabs::closedNeighbourIsNoNeighbour()
+void TestEditorTabs::closedNeighbourIsNoNeighbour()
 {
     open(second)->closeDockWidget();
     open(third);
@@ -351,7 +351,7 @@ void tst_EditorTabs::closedNeighbourIsNoNeighbour()
     QVERIFY(m_window->areas().contains(QStringList({title(third), title(first)})));
 }
 
-void tst_EditorTabs::backgroundNeighbourIsNotFound()
+void TestEditorTabs::backgroundNeighbourIsNotFound()
 {
     // The tab behind another one is no child of the dock manager, so only the front one can be joined.
     open(first);
@@ -361,7 +361,7 @@ void tst_EditorTabs::backgroundNeighbourIsNotFound()
     QVERIFY(m_window->areas().contains(QStringList(title(third))));
 }
 
-void tst_EditorTabs::neighbourWithoutAPlaceEndsTheSearch()
+void TestEditorTabs::neighbourWithoutAPlaceEndsTheSearch()
 {
     m_window->layout()->saveState();
     ads::CDockWidget *left = open(first);
@@ -375,7 +375,7 @@ void tst_EditorTabs::neighbourWithoutAPlaceEndsTheSearch()
     QVERIFY(m_window->areas().contains(QStringList(title(EditorTab::Server))));
 }
 
-void tst_EditorTabs::renamingSavesAndCloses()
+void TestEditorTabs::renamingSavesAndCloses()
 {
     QStandardItem *item = Window::addBox(m_window->addProject("plant"), "a");
     Window::addBox(m_window->projectModel()->item(0), "b");
@@ -391,7 +391,7 @@ void tst_EditorTabs::renamingSavesAndCloses()
     QVERIFY(!tab);
 }
 
-void tst_EditorTabs::renamingRefuses_data()
+void TestEditorTabs::renamingRefuses_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("topLevel");
@@ -406,7 +406,7 @@ void tst_EditorTabs::renamingRefuses_data()
                                           "change the name.";
 }
 
-void tst_EditorTabs::renamingRefuses()
+void TestEditorTabs::renamingRefuses()
 {
     QFETCH(QString, name);
     QFETCH(bool, topLevel);
@@ -426,7 +426,7 @@ void tst_EditorTabs::renamingRefuses()
     QVERIFY(m_tabs->find(first));
 }
 
-void tst_EditorTabs::renamingKeepsTheItemOfTheFirstOpening()
+void TestEditorTabs::renamingKeepsTheItemOfTheFirstOpening()
 {
     const QStandardItem *project = m_window->addProject("plant");
     QStandardItem *opened = Window::addBox(project, "a");
@@ -446,7 +446,7 @@ void tst_EditorTabs::renamingKeepsTheItemOfTheFirstOpening()
     QCOMPARE(form->saved, QStringList("c"));
 }
 
-void tst_EditorTabs::renamingWithoutItsItemFindsNoParent()
+void TestEditorTabs::renamingWithoutItsItemFindsNoParent()
 {
     const QStandardItem *project = m_window->addProject("plant");
     QStandardItem *item = Window::addBox(project, "a");
@@ -461,5 +461,5 @@ void tst_EditorTabs::renamingWithoutItsItemFindsNoParent()
     QVERIFY(m_tabs->find(first));
 }
 
-QTEST_MAIN(tst_EditorTabs)
+QTEST_MAIN(TestEditorTabs)
 #include "tst_editortabs.moc"

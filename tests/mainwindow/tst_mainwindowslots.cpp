@@ -1,7 +1,7 @@
 #include "model/itemroles.h"
 #include "windowundertest.h"
 
-class tst_MainWindowSlots : public QObject
+class TestMainWindowSlots : public QObject
 {
     Q_OBJECT
 private slots:
@@ -11,7 +11,7 @@ private slots:
     void listRolesAreKnownByName();
 };
 
-void tst_MainWindowSlots::slotsAreFoundByName_data()
+void TestMainWindowSlots::slotsAreFoundByName_data()
 {
     QTest::addColumn<QByteArray>("signature");
     for (const char *signature : {
@@ -69,7 +69,7 @@ void tst_MainWindowSlots::slotsAreFoundByName_data()
     }
 }
 
-void tst_MainWindowSlots::slotsAreFoundByName()
+void TestMainWindowSlots::slotsAreFoundByName()
 {
     QFETCH(QByteArray, signature);
     const QMetaObject &window = CMainWindow::staticMetaObject;
@@ -78,7 +78,7 @@ void tst_MainWindowSlots::slotsAreFoundByName()
     QCOMPARE(window.method(index).access(), QMetaMethod::Public);
 }
 
-void tst_MainWindowSlots::readerSlotsFillOneItem()
+void TestMainWindowSlots::readerSlotsFillOneItem()
 {
     WindowUnderTest window;
     QStandardItem item;
@@ -95,7 +95,7 @@ void tst_MainWindowSlots::readerSlotsFillOneItem()
     QCOMPARE(item.data(serviceProtocolRole).toString(), "DIDO");
 }
 
-void tst_MainWindowSlots::listRolesAreKnownByName()
+void TestMainWindowSlots::listRolesAreKnownByName()
 {
     const WindowUnderTest window;
     QCOMPARE(QMetaType::type("QList<QVariantList>"), qMetaTypeId<QList<QVariantList>>());
@@ -103,5 +103,5 @@ void tst_MainWindowSlots::listRolesAreKnownByName()
     QCOMPARE(QMetaType::type("QList<QJsonObject>"), qMetaTypeId<QList<QJsonObject>>());
 }
 
-QTEST_MAIN(tst_MainWindowSlots)
+QTEST_MAIN(TestMainWindowSlots)
 #include "tst_mainwindowslots.moc"

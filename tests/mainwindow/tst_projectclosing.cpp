@@ -6,7 +6,7 @@
 
 using Window = WindowUnderTest;
 
-class tst_ProjectClosing : public QObject
+class TestProjectClosing : public QObject
 {
     Q_OBJECT
 private slots:
@@ -46,7 +46,7 @@ private:
     QScopedPointer<Window> m_window;
 };
 
-void tst_ProjectClosing::init()
+void TestProjectClosing::init()
 {
     QFile::remove("Settings.ini");
     m_folder.reset(new QTemporaryDir);
@@ -58,7 +58,7 @@ static const QString editProject = "Edit Project";
 static const QString closeQuestion = "Save Changes|Do you want to save changes before deleting the project?";
 static const QString leaveQuestion = "Save Changes|Do you want to save all projects before closing them?";
 
-void tst_ProjectClosing::closingAsksSavesAndRemoves()
+void TestProjectClosing::closingAsksSavesAndRemoves()
 {
     m_window->addProject("mill");
     m_window->select(m_window->addProject("plant", m_folder->path()));
@@ -72,7 +72,7 @@ void tst_ProjectClosing::closingAsksSavesAndRemoves()
     QVERIFY(QFile::exists(m_folder->filePath("plant.json")));
 }
 
-void tst_ProjectClosing::closingWithoutSavingRemoves()
+void TestProjectClosing::closingWithoutSavingRemoves()
 {
     m_window->select(m_window->addProject("plant", m_folder->path()));
     Messages messages;
@@ -83,7 +83,7 @@ void tst_ProjectClosing::closingWithoutSavingRemoves()
     QVERIFY(!QFile::exists(m_folder->filePath("plant.json")));
 }
 
-void tst_ProjectClosing::cursorWaitsWhileTheProjectGoes()
+void TestProjectClosing::cursorWaitsWhileTheProjectGoes()
 {
     m_window->select(m_window->addProject("Riverside"));
     int waits = 0;
@@ -98,7 +98,7 @@ void tst_ProjectClosing::cursorWaitsWhileTheProjectGoes()
     QVERIFY(!QGuiApplication::overrideCursor());
 }
 
-void tst_ProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()
+void TestProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()
 {
     QStandardItem *other = m_window->addProject("mill");
     m_window->click(Window::addBox(other, "gate", "127.0.13.9"));
@@ -119,7 +119,7 @@ void tst_ProjectClosing::cancelledClosingKeepsTheProjectAndClosesAllTabs()
     QVERIFY(!boxForm && !projectForm);
 }
 
-void tst_ProjectClosing::closingActsOnProjectsAlone()
+void TestProjectClosing::closingActsOnProjectsAlone()
 {
     Messages messages;
     m_window->slotDeleteProject();
@@ -134,7 +134,7 @@ void tst_ProjectClosing::closingActsOnProjectsAlone()
     QVERIFY(m_window->form(editProject));
 }
 
-void tst_ProjectClosing::closingLeavesMonitoringTabs()
+void TestProjectClosing::closingLeavesMonitoringTabs()
 {
     m_window->select(m_window->addProject("plant"));
     m_window->monitoringTabs()->addTab(new QWidget, "meter");
@@ -144,7 +144,7 @@ void tst_ProjectClosing::closingLeavesMonitoringTabs()
     QCOMPARE(m_window->monitoringTabs()->count(), 1);
 }
 
-void tst_ProjectClosing::closingEndsTheBoxSession()
+void TestProjectClosing::closingEndsTheBoxSession()
 {
     const FakeBox box("127.0.13.1");
     QStandardItem *project = m_window->addProject("plant");
@@ -157,7 +157,7 @@ void tst_ProjectClosing::closingEndsTheBoxSession()
     QTRY_VERIFY(!box.isLinked());
 }
 
-void tst_ProjectClosing::slotCloseProjectSavesAndRemovesNothing()
+void TestProjectClosing::slotCloseProjectSavesAndRemovesNothing()
 {
     m_window->addProject("plant", m_folder->path());
     Messages messages;
@@ -171,7 +171,7 @@ void tst_ProjectClosing::slotCloseProjectSavesAndRemovesNothing()
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
-void tst_ProjectClosing::slotCloseProjectWithoutProjectsOnlyLogs()
+void TestProjectClosing::slotCloseProjectWithoutProjectsOnlyLogs()
 {
     Messages messages;
     QTest::ignoreMessage(QtDebugMsg, "No projects found. Aborting close project operation.");
@@ -179,7 +179,7 @@ void tst_ProjectClosing::slotCloseProjectWithoutProjectsOnlyLogs()
     QCOMPARE(messages.told(), QStringList());
 }
 
-void tst_ProjectClosing::leavingWithoutProjectsAsksAndStoresNothing()
+void TestProjectClosing::leavingWithoutProjectsAsksAndStoresNothing()
 {
     Messages messages;
     QTest::ignoreMessage(QtDebugMsg, "No projects found. Closing without prompt.");
@@ -190,7 +190,7 @@ void tst_ProjectClosing::leavingWithoutProjectsAsksAndStoresNothing()
     QVERIFY(m_window->dockManager());
 }
 
-void tst_ProjectClosing::leavingAsksAndSaves()
+void TestProjectClosing::leavingAsksAndSaves()
 {
     m_window->addProject("plant", m_folder->path());
     m_window->addProject("mill", m_folder->path());
@@ -203,7 +203,7 @@ void tst_ProjectClosing::leavingAsksAndSaves()
     QVERIFY(QFile::exists("Settings.ini"));
 }
 
-void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
+void TestProjectClosing::leavingWithoutSavingStoresTheLayout()
 {
     m_window->click(m_window->addProject("plant", m_folder->path()));
     Messages messages;
@@ -225,7 +225,7 @@ void tst_ProjectClosing::leavingWithoutSavingStoresTheLayout()
     QCOMPARE(messages.told().size(), 1);
 }
 
-void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
+void TestProjectClosing::leavingTakesAllFormsAndSessionsAlong()
 {
     const FakeBox box("127.0.13.1");
     const QStandardItem *project = m_window->addProject("plant", m_folder->path());
@@ -250,7 +250,7 @@ void tst_ProjectClosing::leavingTakesAllFormsAndSessionsAlong()
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
-void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
+void TestProjectClosing::cancelledLeavingKeepsTheProgram()
 {
     m_window->click(m_window->addProject("plant"));
     Messages messages;
@@ -263,7 +263,7 @@ void tst_ProjectClosing::cancelledLeavingKeepsTheProgram()
     QVERIFY(!QFile::exists("Settings.ini"));
 }
 
-void tst_ProjectClosing::leavingTwiceAsksTwiceAndKeepsTheFirstLayout()
+void TestProjectClosing::leavingTwiceAsksTwiceAndKeepsTheFirstLayout()
 {
     m_window->addProject("plant", m_folder->path());
     Messages messages;
@@ -279,5 +279,5 @@ void tst_ProjectClosing::leavingTwiceAsksTwiceAndKeepsTheFirstLayout()
     QCOMPARE(layoutFile(), layout);
 }
 
-QTEST_MAIN(tst_ProjectClosing)
+QTEST_MAIN(TestProjectClosing)
 #include "tst_projectclosing.moc"

@@ -12,7 +12,7 @@
 
 using Window = WindowUnderTest;
 
-class tst_ProjectLifecycle : public QObject
+class TestProjectLifecycle : public QObject
 {
     Q_OBJECT
 private slots:
@@ -52,14 +52,14 @@ private:
     QScopedPointer<Window> m_window;
 };
 
-void tst_ProjectLifecycle::init()
+void TestProjectLifecycle::init()
 {
     QFile::remove("Settings.ini");
     m_folder.reset(new QTemporaryDir);
     m_window.reset(new Window);
 }
 
-void tst_ProjectLifecycle::newProjectHasFourFoldersAndOneService()
+void TestProjectLifecycle::newProjectHasFourFoldersAndOneService()
 {
     m_window->handleProjectCreated("plant", "/nowhere", "text");
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
@@ -70,7 +70,7 @@ void tst_ProjectLifecycle::newProjectHasFourFoldersAndOneService()
     QVERIFY(m_window->projectTree()->isExpanded(m_window->projectModel()->item(0)->index()));
 }
 
-void tst_ProjectLifecycle::newProjectItemsHaveTheirIcons()
+void TestProjectLifecycle::newProjectItemsHaveTheirIcons()
 {
     const QStandardItem *project = m_window->addProject("plant");
     QCOMPARE(ProjectDump::iconBytes(project->icon()),
@@ -84,7 +84,7 @@ void tst_ProjectLifecycle::newProjectItemsHaveTheirIcons()
              ProjectDump::iconBytes(":/adsdemo/images/IEC61850.svg"));
 }
 
-void tst_ProjectLifecycle::newProjectActionAsksAndCreates()
+void TestProjectLifecycle::newProjectActionAsksAndCreates()
 {
     ModalDialogs dialogs;
     QWidget *parent = nullptr;
@@ -103,7 +103,7 @@ void tst_ProjectLifecycle::newProjectActionAsksAndCreates()
     QCOMPARE(m_window->projectModel()->item(0)->data(projectDescriptionRole).toString(), "text");
 }
 
-void tst_ProjectLifecycle::newProjectWritesAndOpensNothing()
+void TestProjectLifecycle::newProjectWritesAndOpensNothing()
 {
     const QList<QStringList> areas = m_window->areas();
     m_window->addProject("plant", m_folder->path());
@@ -111,7 +111,7 @@ void tst_ProjectLifecycle::newProjectWritesAndOpensNothing()
     QCOMPARE(m_window->areas(), areas);
 }
 
-void tst_ProjectLifecycle::nameOfAnOpenProjectIsRefused()
+void TestProjectLifecycle::nameOfAnOpenProjectIsRefused()
 {
     m_window->addProject("plant");
     Messages messages;
@@ -123,7 +123,7 @@ void tst_ProjectLifecycle::nameOfAnOpenProjectIsRefused()
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
-void tst_ProjectLifecycle::nameOfAFileIsRefusedThoughNoSuchProjectIsOpen()
+void TestProjectLifecycle::nameOfAFileIsRefusedThoughNoSuchProjectIsOpen()
 {
     QFile file(m_folder->filePath("plant.json"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -136,7 +136,7 @@ void tst_ProjectLifecycle::nameOfAFileIsRefusedThoughNoSuchProjectIsOpen()
     QCOMPARE(m_window->projectModel()->rowCount(), 0);
 }
 
-void tst_ProjectLifecycle::fileIsTestedBeforeTheOpenProjects()
+void TestProjectLifecycle::fileIsTestedBeforeTheOpenProjects()
 {
     m_window->addProject("plant");
     QFile file(m_folder->filePath("plant.json"));
@@ -148,7 +148,7 @@ void tst_ProjectLifecycle::fileIsTestedBeforeTheOpenProjects()
     QCOMPARE(messages.told().size(), 1);
 }
 
-void tst_ProjectLifecycle::namesDifferByCase()
+void TestProjectLifecycle::namesDifferByCase()
 {
     m_window->addProject("plant");
     Messages messages;
@@ -157,7 +157,7 @@ void tst_ProjectLifecycle::namesDifferByCase()
     QCOMPARE(m_window->projectModel()->rowCount(), 2);
 }
 
-void tst_ProjectLifecycle::dialogClosesThoughTheProjectIsRefused()
+void TestProjectLifecycle::dialogClosesThoughTheProjectIsRefused()
 {
     m_window->addProject("plant");
     ModalDialogs dialogs;
@@ -182,7 +182,7 @@ static QStringList shown(const QWidget *form)
 
 static const QString editProject = "Edit Project";
 
-void tst_ProjectLifecycle::clickOpensTheFormWithTheStoredValues()
+void TestProjectLifecycle::clickOpensTheFormWithTheStoredValues()
 {
     const QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
@@ -194,7 +194,7 @@ void tst_ProjectLifecycle::clickOpensTheFormWithTheStoredValues()
     QVERIFY(!tab->isClosed());
 }
 
-void tst_ProjectLifecycle::secondClickRebuildsTheForm()
+void TestProjectLifecycle::secondClickRebuildsTheForm()
 {
     const QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
@@ -208,7 +208,7 @@ void tst_ProjectLifecycle::secondClickRebuildsTheForm()
     QCOMPARE(shown(m_window->form(editProject)).first(), "plant");
 }
 
-void tst_ProjectLifecycle::oneTabStaysHoweverOftenItIsOpenedAtOnce()
+void TestProjectLifecycle::oneTabStaysHoweverOftenItIsOpenedAtOnce()
 {
     m_window->select(m_window->addProject("plant"));
     // Closed docks are deleted by the event loop, which does not run between these.
@@ -224,7 +224,7 @@ void tst_ProjectLifecycle::oneTabStaysHoweverOftenItIsOpenedAtOnce()
     QCOMPARE(m_window->dockManager()->findDockWidget(editProject), m_window->tab(editProject));
 }
 
-void tst_ProjectLifecycle::savedValuesGoToTheItemAlone()
+void TestProjectLifecycle::savedValuesGoToTheItemAlone()
 {
     QStandardItem *project = m_window->addProject("plant", m_folder->path());
     m_window->projectModel()->setRowCount(2); // A row without an item is passed over.
@@ -241,7 +241,7 @@ void tst_ProjectLifecycle::savedValuesGoToTheItemAlone()
     QCOMPARE(m_window->form(editProject), form);
 }
 
-void tst_ProjectLifecycle::renamedProjectIsSavedUnderItsNewNameBesideTheOldFile()
+void TestProjectLifecycle::renamedProjectIsSavedUnderItsNewNameBesideTheOldFile()
 {
     m_window->click(m_window->addProject("plant", m_folder->path()));
     Messages messages;
@@ -255,7 +255,7 @@ void tst_ProjectLifecycle::renamedProjectIsSavedUnderItsNewNameBesideTheOldFile(
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), QStringList({"mill.json", "plant.json"}));
 }
 
-void tst_ProjectLifecycle::duplicateNameChangesNothing()
+void TestProjectLifecycle::duplicateNameChangesNothing()
 {
     m_window->addProject("mill");
     QStandardItem *project = m_window->addProject("plant");
@@ -277,7 +277,7 @@ void tst_ProjectLifecycle::duplicateNameChangesNothing()
     QCOMPARE(m_window->messages(), QStringList());
 }
 
-void tst_ProjectLifecycle::emptyDescriptionIsSaved()
+void TestProjectLifecycle::emptyDescriptionIsSaved()
 {
     QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
@@ -287,7 +287,7 @@ void tst_ProjectLifecycle::emptyDescriptionIsSaved()
     QCOMPARE(project->text(), "plant");
 }
 
-void tst_ProjectLifecycle::emptyNameIsRefused()
+void TestProjectLifecycle::emptyNameIsRefused()
 {
     QStandardItem *project = m_window->addProject("plant");
     m_window->click(project);
@@ -299,7 +299,7 @@ void tst_ProjectLifecycle::emptyNameIsRefused()
     QCOMPARE(project->text(), "plant");
 }
 
-void tst_ProjectLifecycle::cancelClosesTheForm()
+void TestProjectLifecycle::cancelClosesTheForm()
 {
     m_window->click(m_window->addProject("plant"));
     const QPointer<QDialog> form = m_window->form(editProject);
@@ -312,7 +312,7 @@ void tst_ProjectLifecycle::cancelClosesTheForm()
     QCOMPARE(m_window->countOf(editProject), 0);
 }
 
-void tst_ProjectLifecycle::formOfAClosedProjectSavesNowhere()
+void TestProjectLifecycle::formOfAClosedProjectSavesNowhere()
 {
     m_window->click(m_window->addProject("plant"));
     m_window->projectModel()->removeRow(0);
@@ -320,13 +320,13 @@ void tst_ProjectLifecycle::formOfAClosedProjectSavesNowhere()
     QCOMPARE(m_window->messages(), QStringList());
 }
 
-void tst_ProjectLifecycle::editNeedsACurrentItem()
+void TestProjectLifecycle::editNeedsACurrentItem()
 {
     m_window->slotEditProject();
     QCOMPARE(m_window->tabs(editProject).size(), 0);
 }
 
-void tst_ProjectLifecycle::projectsNeedNoMainWindow()
+void TestProjectLifecycle::projectsNeedNoMainWindow()
 {
     DocksUnderTest window;
     EditorTabs tabs(window.dockManager(), window.viewMenu(), nullptr);
@@ -354,5 +354,5 @@ void tst_ProjectLifecycle::projectsNeedNoMainWindow()
     QCOMPARE(projects.confirmExit(), ProjectLifecycle::Exit::LeaveUnasked);
 }
 
-QTEST_MAIN(tst_ProjectLifecycle)
+QTEST_MAIN(TestProjectLifecycle)
 #include "tst_projectlifecycle.moc"

@@ -6,7 +6,7 @@
 
 using Window = WindowUnderTest;
 
-class tst_ProjectTreeMenu : public QObject
+class TestProjectTreeMenu : public QObject
 {
     Q_OBJECT
 private slots:
@@ -51,7 +51,7 @@ static QPoint placeOfMenuKey(const QWidget *widget)
 
 static const QString noMenu = "no menu";
 
-void tst_ProjectTreeMenu::init()
+void TestProjectTreeMenu::init()
 {
     m_window.reset(new Window);
     const QStandardItem *project = m_window->addProject("plant");
@@ -69,7 +69,7 @@ void tst_ProjectTreeMenu::init()
     ProjectTree::appendDefinition(servers, "north", QString())->setData("MQTT", serverProtocolRole);
 }
 
-QStandardItem *tst_ProjectTreeMenu::node(const QString &path) const
+QStandardItem *TestProjectTreeMenu::node(const QString &path) const
 {
     QStandardItem *item = m_window->projectModel()->invisibleRootItem();
     for (const QString &text : path.split(QLatin1Char('/'))) {
@@ -78,7 +78,7 @@ QStandardItem *tst_ProjectTreeMenu::node(const QString &path) const
     return item;
 }
 
-QStringList tst_ProjectTreeMenu::request(const QPoint &position, bool *came, const QString &choose)
+QStringList TestProjectTreeMenu::request(const QPoint &position, bool *came, const QString &choose)
 {
     QStringList entries{noMenu};
     ModalDialogs dialogs;
@@ -105,7 +105,7 @@ QStringList tst_ProjectTreeMenu::request(const QPoint &position, bool *came, con
     return entries;
 }
 
-void tst_ProjectTreeMenu::menuBelongsToTheNode_data()
+void TestProjectTreeMenu::menuBelongsToTheNode_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QStringList>("entries");
@@ -129,14 +129,14 @@ void tst_ProjectTreeMenu::menuBelongsToTheNode_data()
     row("plant/Server/north", {});
 }
 
-void tst_ProjectTreeMenu::menuBelongsToTheNode()
+void TestProjectTreeMenu::menuBelongsToTheNode()
 {
     QFETCH(QString, path);
     QFETCH(QStringList, entries);
     QCOMPARE(request(path), entries);
 }
 
-void tst_ProjectTreeMenu::eachRequestThatShowedAMenuSwallowsTheNext()
+void TestProjectTreeMenu::eachRequestThatShowedAMenuSwallowsTheNext()
 {
     QVERIFY(request("plant") != QStringList(noMenu));
     QCOMPARE(request("plant/Box"), QStringList(noMenu));
@@ -144,7 +144,7 @@ void tst_ProjectTreeMenu::eachRequestThatShowedAMenuSwallowsTheNext()
     QCOMPARE(request("plant/Data"), QStringList(noMenu));
 }
 
-void tst_ProjectTreeMenu::emptyMenuSwallowsTheNextToo()
+void TestProjectTreeMenu::emptyMenuSwallowsTheNextToo()
 {
     bool came = false;
     QCOMPARE(request("plant/Service", &came), QStringList());
@@ -155,7 +155,7 @@ void tst_ProjectTreeMenu::emptyMenuSwallowsTheNextToo()
 }
 
 // A form can be opened without a mouse.
-void tst_ProjectTreeMenu::menuKeyShowsTheMenuOfTheCurrentNode()
+void TestProjectTreeMenu::menuKeyShowsTheMenuOfTheCurrentNode()
 {
     QTreeView *tree = m_window->projectTree();
     tree->setCurrentIndex(node("plant/Box/gate")->index());
@@ -173,7 +173,7 @@ void tst_ProjectTreeMenu::menuKeyShowsTheMenuOfTheCurrentNode()
     QCOMPARE(entries, QStringList({CMainWindow::tr("Editing Box"), CMainWindow::tr("Delete")}));
 }
 
-void tst_ProjectTreeMenu::requestBesideTheNodesShowsNothingAndSwallowsNothing()
+void TestProjectTreeMenu::requestBesideTheNodesShowsNothingAndSwallowsNothing()
 {
     const QPoint beside = m_window->projectTree()->viewport()->rect().bottomLeft() - QPoint(0, 2);
     QVERIFY(!m_window->projectTree()->indexAt(beside).isValid());
@@ -187,13 +187,13 @@ void tst_ProjectTreeMenu::requestBesideTheNodesShowsNothingAndSwallowsNothing()
     QCOMPARE(request("plant/Data"), QStringList("Delete All"));
 }
 
-void tst_ProjectTreeMenu::entriesFollowTheLanguage()
+void TestProjectTreeMenu::entriesFollowTheLanguage()
 {
     m_window->CESwitching();
     QCOMPARE(request("plant/Data"), QStringList(CMainWindow::tr("Delete All")));
 }
 
-void tst_ProjectTreeMenu::entriesLeadToTheirSlots_data()
+void TestProjectTreeMenu::entriesLeadToTheirSlots_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("entry");
@@ -216,7 +216,7 @@ void tst_ProjectTreeMenu::entriesLeadToTheirSlots_data()
     row("plant/Data/meter", "Delete", "gone plant/Data/meter");
 }
 
-void tst_ProjectTreeMenu::entriesLeadToTheirSlots()
+void TestProjectTreeMenu::entriesLeadToTheirSlots()
 {
     QFETCH(QString, path);
     QFETCH(QString, entry);
@@ -254,7 +254,7 @@ void tst_ProjectTreeMenu::entriesLeadToTheirSlots()
     }
 }
 
-void tst_ProjectTreeMenu::clicksOpenTheNodesForm_data()
+void TestProjectTreeMenu::clicksOpenTheNodesForm_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("title");
@@ -272,7 +272,7 @@ void tst_ProjectTreeMenu::clicksOpenTheNodesForm_data()
     }
 }
 
-void tst_ProjectTreeMenu::clicksOpenTheNodesForm()
+void TestProjectTreeMenu::clicksOpenTheNodesForm()
 {
     QFETCH(QString, path);
     QFETCH(QString, title);
@@ -282,7 +282,7 @@ void tst_ProjectTreeMenu::clicksOpenTheNodesForm()
     QCOMPARE(m_window->countOf(title), title.isEmpty() ? 0 : 1);
 }
 
-void tst_ProjectTreeMenu::clickOnADataNodeShowsItsTab()
+void TestProjectTreeMenu::clickOnADataNodeShowsItsTab()
 {
     QTabWidget *tabs = m_window->monitoringTabs();
     for (const char *text : {"other", "meter", "meter"}) {
@@ -296,7 +296,7 @@ void tst_ProjectTreeMenu::clickOnADataNodeShowsItsTab()
     QCOMPARE(tabs->currentIndex(), 0);
 }
 
-void tst_ProjectTreeMenu::pressAndDoubleClickDoNothing()
+void TestProjectTreeMenu::pressAndDoubleClickDoNothing()
 {
     const int before = int(m_window->dockManager()->dockWidgetsMap().size());
     const QModelIndex box = node("plant/Box/gate")->index();
@@ -306,7 +306,7 @@ void tst_ProjectTreeMenu::pressAndDoubleClickDoNothing()
     QCOMPARE(int(m_window->dockManager()->dockWidgetsMap().size()), before);
 }
 
-void tst_ProjectTreeMenu::menuNeedsNoMainWindow()
+void TestProjectTreeMenu::menuNeedsNoMainWindow()
 {
     QStandardItemModel model;
     auto *tree = new QTreeView;
@@ -340,5 +340,5 @@ void tst_ProjectTreeMenu::menuNeedsNoMainWindow()
     QCOMPARE(dialogs.pending(), 0);
 }
 
-QTEST_MAIN(tst_ProjectTreeMenu)
+QTEST_MAIN(TestProjectTreeMenu)
 #include "tst_projecttreemenu.moc"

@@ -21,7 +21,7 @@ static const QString editService = "Edit Service";
 // Nothing listens there: sessions to it fail and are tried again.
 static const QString nobody = "127.0.13.7";
 
-class tst_ResourceActions : public QObject
+class TestResourceActions : public QObject
 {
     Q_OBJECT
 private slots:
@@ -62,13 +62,13 @@ private:
     QStandardItem *m_project = nullptr;
 };
 
-void tst_ResourceActions::init()
+void TestResourceActions::init()
 {
     m_window.reset(new Window);
     m_project = m_window->addProject("plant");
 }
 
-void tst_ResourceActions::add(void (CMainWindow::*slot)(), const char *folderText, const QString &name,
+void TestResourceActions::add(void (CMainWindow::*slot)(), const char *folderText, const QString &name,
                               const QString &choice)
 {
     m_window->select(folder(folderText));
@@ -86,14 +86,14 @@ void tst_ResourceActions::add(void (CMainWindow::*slot)(), const char *folderTex
     QCOMPARE(dialogs.pending(), 0);
 }
 
-void tst_ResourceActions::addedStandardHasItsRoleAndIcon_data()
+void TestResourceActions::addedStandardHasItsRoleAndIcon_data()
 {
     QTest::addColumn<QString>("protocol");
     QTest::newRow("DLT645") << "DLT645";
     QTest::newRow("Modbus") << "Modbus";
 }
 
-void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
+void TestResourceActions::addedStandardHasItsRoleAndIcon()
 {
     QFETCH(QString, protocol);
     // Without its tab, which would write its defaults into the item.
@@ -120,14 +120,14 @@ void tst_ResourceActions::addedStandardHasItsRoleAndIcon()
              ProjectDump::iconBytes(QString(":/adsdemo/images/%1.svg").arg(protocol)));
 }
 
-void tst_ResourceActions::addedStandardOpensItsTabAtOnce()
+void TestResourceActions::addedStandardOpensItsTabAtOnce()
 {
     RUN(add(&CMainWindow::standardAddFile, "Standard", "bus", "Modbus"));
     QCOMPARE(m_window->currentItem(), folder("Standard")->child(0));
     QCOMPARE(m_window->countOf(editStandard), 1);
 }
 
-void tst_ResourceActions::addedBoxHasItsRolesAndOpensItsTab()
+void TestResourceActions::addedBoxHasItsRolesAndOpensItsTab()
 {
     RUN(add(&CMainWindow::boxAddFile, "Box", "gate", nobody));
     QStandardItem *box = folder("Box")->child(0);
@@ -140,7 +140,7 @@ void tst_ResourceActions::addedBoxHasItsRolesAndOpensItsTab()
     QCOMPARE(boxForm()->nameEdit()->text(), "gate");
 }
 
-void tst_ResourceActions::cancelledAddingChangesNothing()
+void TestResourceActions::cancelledAddingChangesNothing()
 {
     for (auto slot : {&CMainWindow::standardAddFile, &CMainWindow::boxAddFile}) {
         m_window->select(folder("Box"));
@@ -158,7 +158,7 @@ void tst_ResourceActions::cancelledAddingChangesNothing()
 using Slot = void (CMainWindow::*)();
 Q_DECLARE_METATYPE(Slot)
 
-void tst_ResourceActions::addingRefuses_data()
+void TestResourceActions::addingRefuses_data()
 {
     QTest::addColumn<Slot>("slot");
     QTest::addColumn<QByteArray>("folderText");
@@ -180,7 +180,7 @@ void tst_ResourceActions::addingRefuses_data()
            "different name.";
 }
 
-void tst_ResourceActions::addingRefuses()
+void TestResourceActions::addingRefuses()
 {
     QFETCH(Slot, slot);
     QFETCH(QByteArray, folderText);
@@ -198,7 +198,7 @@ void tst_ResourceActions::addingRefuses()
     QCOMPARE(m_window->areas(), areas);
 }
 
-void tst_ResourceActions::namesOfOtherFoldersAndCasesAreFree()
+void TestResourceActions::namesOfOtherFoldersAndCasesAreFree()
 {
     Window::addBox(m_project, "abc", nobody);
     Window::addStandard(m_project, "ABC", "Modbus");
@@ -210,7 +210,7 @@ void tst_ResourceActions::namesOfOtherFoldersAndCasesAreFree()
              "plant(Standard(ABC() abc()) Service(IEC61850()) Box(abc() ABC()) Data())");
 }
 
-void tst_ResourceActions::addingNeedsACurrentItem()
+void TestResourceActions::addingNeedsACurrentItem()
 {
     m_window->projectTree()->setCurrentIndex(QModelIndex());
     ModalDialogs dialogs;
@@ -218,7 +218,7 @@ void tst_ResourceActions::addingNeedsACurrentItem()
     m_window->boxAddFile();
 }
 
-void tst_ResourceActions::deletingClosesTheTabOfTheKind_data()
+void TestResourceActions::deletingClosesTheTabOfTheKind_data()
 {
     QTest::addColumn<QByteArray>("folderText");
     QTest::addColumn<QString>("title");
@@ -227,7 +227,7 @@ void tst_ResourceActions::deletingClosesTheTabOfTheKind_data()
     QTest::newRow("Service") << QByteArray("Service") << editService;
 }
 
-void tst_ResourceActions::deletingClosesTheTabOfTheKind()
+void TestResourceActions::deletingClosesTheTabOfTheKind()
 {
     QFETCH(QByteArray, folderText);
     QFETCH(QString, title);
@@ -255,7 +255,7 @@ void tst_ResourceActions::deletingClosesTheTabOfTheKind()
     }
 }
 
-void tst_ResourceActions::deletingNeedsADefinition()
+void TestResourceActions::deletingNeedsADefinition()
 {
     const QString before = ProjectDump::shape(m_project);
     m_window->projectTree()->setCurrentIndex(QModelIndex());
@@ -270,7 +270,7 @@ void tst_ResourceActions::deletingNeedsADefinition()
     QCOMPARE(m_window->projectModel()->rowCount(), 1);
 }
 
-void tst_ResourceActions::deletedDataNodeLosesItsTabButNotItsPage()
+void TestResourceActions::deletedDataNodeLosesItsTabButNotItsPage()
 {
     QStandardItem *meter = ProjectTree::appendDefinition(folder("Data"), "meter", QString());
     ProjectTree::appendDefinition(folder("Data"), "pump", QString());
@@ -288,7 +288,7 @@ void tst_ResourceActions::deletedDataNodeLosesItsTabButNotItsPage()
     QCOMPARE(ProjectDump::shape(folder("Data")), "Data(pump())");
 }
 
-void tst_ResourceActions::deletingAllEmptiesTheFolder()
+void TestResourceActions::deletingAllEmptiesTheFolder()
 {
     for (const char *name : {"meter", "pump"}) {
         ProjectTree::appendDefinition(folder("Data"), QString::fromLatin1(name), QString());
@@ -303,7 +303,7 @@ void tst_ResourceActions::deletingAllEmptiesTheFolder()
     QCOMPARE(m_window->monitoringTabs()->tabText(0), "of another project");
 }
 
-void tst_ResourceActions::deletingAllOfAnEmptyDataFolderDoesNothing()
+void TestResourceActions::deletingAllOfAnEmptyDataFolderDoesNothing()
 {
     const QString before = ProjectDump::shape(m_project);
     m_window->select(folder("Data"));
@@ -311,7 +311,7 @@ void tst_ResourceActions::deletingAllOfAnEmptyDataFolderDoesNothing()
     QCOMPARE(ProjectDump::shape(m_project), before);
 }
 
-void tst_ResourceActions::deletingAllOfADefinitionRemovesIt()
+void TestResourceActions::deletingAllOfADefinitionRemovesIt()
 {
     m_window->select(ProjectTree::appendDefinition(folder("Data"), "meter", QString()));
     m_window->monitoringTabs()->addTab(new QWidget, "meter");
@@ -320,7 +320,7 @@ void tst_ResourceActions::deletingAllOfADefinitionRemovesIt()
     QCOMPARE(m_window->monitoringTabs()->count(), 0);
 }
 
-void tst_ResourceActions::closeTabByNameTakesTheFirst()
+void TestResourceActions::closeTabByNameTakesTheFirst()
 {
     QTabWidget *tabs = m_window->monitoringTabs();
     const QPointer<QWidget> page = new QWidget;
@@ -334,7 +334,7 @@ void tst_ResourceActions::closeTabByNameTakesTheFirst()
     QVERIFY(page);
 }
 
-void tst_ResourceActions::actionsNeedNoMainWindow()
+void TestResourceActions::actionsNeedNoMainWindow()
 {
     DocksUnderTest window;
     WorkspaceFake workspace;
@@ -359,5 +359,5 @@ void tst_ResourceActions::actionsNeedNoMainWindow()
     QVERIFY(!tabs.find(EditorTab::Standard));
 }
 
-QTEST_MAIN(tst_ResourceActions)
+QTEST_MAIN(TestResourceActions)
 #include "tst_resourceactions.moc"

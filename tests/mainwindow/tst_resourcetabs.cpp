@@ -20,7 +20,7 @@ static const QString editProject = "Edit Project";
 // Nothing listens there: sessions to it fail and are tried again.
 static const QString nobody = "127.0.13.17";
 
-class tst_ResourceTabs : public QObject
+class TestResourceTabs : public QObject
 {
     Q_OBJECT
 private slots:
@@ -56,13 +56,13 @@ private:
     QStandardItem *m_project = nullptr;
 };
 
-void tst_ResourceTabs::init()
+void TestResourceTabs::init()
 {
     m_window.reset(new Window);
     m_project = m_window->addProject("plant");
 }
 
-void tst_ResourceTabs::boxFormShowsTheItem()
+void TestResourceTabs::boxFormShowsTheItem()
 {
     m_window->click(Window::addBox(m_project, "gate", nobody));
     QVERIFY(boxForm());
@@ -72,7 +72,7 @@ void tst_ResourceTabs::boxFormShowsTheItem()
     QVERIFY(!tab->icon().isNull());
 }
 
-void tst_ResourceTabs::clickOnAnotherBoxReusesTheTabAndMovesTheSession()
+void TestResourceTabs::clickOnAnotherBoxReusesTheTabAndMovesTheSession()
 {
     const FakeBox firstBox("127.0.13.2");
     const FakeBox secondBox("127.0.13.3");
@@ -89,7 +89,7 @@ void tst_ResourceTabs::clickOnAnotherBoxReusesTheTabAndMovesTheSession()
     QTRY_VERIFY(secondBox.isLinked() && !firstBox.isLinked());
 }
 
-void tst_ResourceTabs::saveInAReboundTabReportsTheBoxsOwnName()
+void TestResourceTabs::saveInAReboundTabReportsTheBoxsOwnName()
 {
     QStandardItem *a = Window::addBox(m_project, "a", nobody);
     QStandardItem *b = Window::addBox(m_project, "b", nobody);
@@ -115,7 +115,7 @@ void tst_ResourceTabs::saveInAReboundTabReportsTheBoxsOwnName()
     QCOMPARE(messages.told().size(), 1);
 }
 
-void tst_ResourceTabs::saveRenamesTheBoxAndClosesItsTab()
+void TestResourceTabs::saveRenamesTheBoxAndClosesItsTab()
 {
     QStandardItem *box = Window::addBox(m_project, "a", nobody);
     m_window->click(box);
@@ -131,7 +131,7 @@ void tst_ResourceTabs::saveRenamesTheBoxAndClosesItsTab()
     QVERIFY(!form);
 }
 
-void tst_ResourceTabs::cancelClosesTheTabAndLeavesTheItem()
+void TestResourceTabs::cancelClosesTheTabAndLeavesTheItem()
 {
     QStandardItem *box = Window::addBox(m_project, "a", nobody);
     m_window->click(box);
@@ -144,7 +144,7 @@ void tst_ResourceTabs::cancelClosesTheTabAndLeavesTheItem()
     QCOMPARE(box->text(), "a");
 }
 
-void tst_ResourceTabs::closedBoxTabEndsItsSession()
+void TestResourceTabs::closedBoxTabEndsItsSession()
 {
     const FakeBox box("127.0.13.4");
     m_window->click(Window::addBox(m_project, "a", "127.0.13.4"));
@@ -153,7 +153,7 @@ void tst_ResourceTabs::closedBoxTabEndsItsSession()
     QTRY_VERIFY(!box.isLinked());
 }
 
-void tst_ResourceTabs::boxReportsReachTheTree()
+void TestResourceTabs::boxReportsReachTheTree()
 {
     m_window->click(Window::addBox(m_project, "a", nobody));
     Protocol::dataMonitoringData report;
@@ -166,7 +166,7 @@ void tst_ResourceTabs::boxReportsReachTheTree()
     QCOMPARE(m_window->monitoringTabs()->count(), 1);
 }
 
-void tst_ResourceTabs::foreignWidgetInTheBoxTabStopsTheSlot()
+void TestResourceTabs::foreignWidgetInTheBoxTabStopsTheSlot()
 {
     EditorTabs tabs(m_window->dockManager(), m_window->viewMenu(), nullptr);
     auto *form = new QDialog(nullptr, Qt::Widget);
@@ -218,7 +218,7 @@ void editWithTwoForms(Window *window)
 
 } // namespace
 
-void tst_ResourceTabs::otherFormReplacesTheTab()
+void TestResourceTabs::otherFormReplacesTheTab()
 {
     m_window->select(Window::addStandard(m_project, "a", "two"));
     editWithTwoForms(m_window.data());
@@ -235,7 +235,7 @@ void tst_ResourceTabs::otherFormReplacesTheTab()
     QCOMPARE(m_window->tabs(editStandard).size(), 1);
 }
 
-void tst_ResourceTabs::sameFormIsRebound()
+void TestResourceTabs::sameFormIsRebound()
 {
     m_window->select(Window::addStandard(m_project, "a", "two"));
     editWithTwoForms(m_window.data());
@@ -249,7 +249,7 @@ void tst_ResourceTabs::sameFormIsRebound()
     QCOMPARE(m_window->tab(editStandard), nullptr);
 }
 
-void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime_data()
+void TestResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime_data()
 {
     QTest::addColumn<QByteArray>("folderText");
     QTest::addColumn<int>("role");
@@ -262,7 +262,7 @@ void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime_data()
     QTest::newRow("Service") << QByteArray("Service") << int(serviceProtocolRole) << editService << "IEC104";
 }
 
-void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime()
+void TestResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime()
 {
     QFETCH(QByteArray, folderText);
     QFETCH(int, role);
@@ -276,7 +276,7 @@ void tst_ResourceTabs::kindWithoutAFormOpensAnEmptyTabEachTime()
     RUN(m_window->compareEmptyTabs(title, 3));
 }
 
-void tst_ResourceTabs::loadedDidoStandardOpensAnEmptyTab()
+void TestResourceTabs::loadedDidoStandardOpensAnEmptyTab()
 {
     const QJsonObject document =
         QJsonDocument::fromJson(R"({"name": "plant", "standards": [{"name": "inputs", "protocol": "DIDO",
@@ -293,7 +293,7 @@ void tst_ResourceTabs::loadedDidoStandardOpensAnEmptyTab()
     QCOMPARE(m_window->form(editStandard), nullptr);
 }
 
-void tst_ResourceTabs::kindWithoutAFormClosesTheOpenForm()
+void TestResourceTabs::kindWithoutAFormClosesTheOpenForm()
 {
     m_window->select(Window::addStandard(m_project, "a", "two"));
     editWithTwoForms(m_window.data());
@@ -306,7 +306,7 @@ void tst_ResourceTabs::kindWithoutAFormClosesTheOpenForm()
     QVERIFY(!old);
 }
 
-void tst_ResourceTabs::tabsStandBesideTheirNeighbours()
+void TestResourceTabs::tabsStandBesideTheirNeighbours()
 {
     m_window->click(m_project);
     m_window->click(Window::addBox(m_project, "a", nobody));
@@ -319,7 +319,7 @@ void tst_ResourceTabs::tabsStandBesideTheirNeighbours()
     QVERIFY(m_window->areas().contains(QStringList(editProject)));
 }
 
-void tst_ResourceTabs::hiddenTabComesBackWithTheOtherItem()
+void TestResourceTabs::hiddenTabComesBackWithTheOtherItem()
 {
     m_window->click(Window::addBox(m_project, "a", nobody));
     m_window->tab(editBox)->toggleViewAction()->trigger();
@@ -329,5 +329,5 @@ void tst_ResourceTabs::hiddenTabComesBackWithTheOtherItem()
     QCOMPARE(boxForm()->nameEdit()->text(), "b");
 }
 
-QTEST_MAIN(tst_ResourceTabs)
+QTEST_MAIN(TestResourceTabs)
 #include "tst_resourcetabs.moc"

@@ -17,7 +17,7 @@ static const QString editBox = "Edit Box";
 
 // Servers in the main window. A project has no folder for them, so the tests add one and call the slots by
 // name.
-class tst_ServerTabs : public QObject
+class TestServerTabs : public QObject
 {
     Q_OBJECT
 private slots:
@@ -68,14 +68,14 @@ private:
     QStandardItem *m_folder = nullptr;
 };
 
-void tst_ServerTabs::init()
+void TestServerTabs::init()
 {
     m_window.reset(new Window);
     m_project = m_window->addProject("plant");
     m_folder = ProjectTree::appendDefinition(m_project, "Server", QString());
 }
 
-void tst_ServerTabs::fillIn(QWidget *dialog, const QString &name, const QString &protocol)
+void TestServerTabs::fillIn(QWidget *dialog, const QString &name, const QString &protocol)
 {
     Window::input<QLineEdit>(dialog, "name")->setText(name);
     Window::input<QLineEdit>(dialog, "description")->setText("up");
@@ -86,7 +86,7 @@ void tst_ServerTabs::fillIn(QWidget *dialog, const QString &name, const QString 
     Window::press(dialog, "okButton");
 }
 
-void tst_ServerTabs::add(const QString &name, const QString &protocol)
+void TestServerTabs::add(const QString &name, const QString &protocol)
 {
     m_window->select(m_folder);
     ModalDialogs dialogs;
@@ -95,7 +95,7 @@ void tst_ServerTabs::add(const QString &name, const QString &protocol)
     QCOMPARE(dialogs.pending(), 0);
 }
 
-void tst_ServerTabs::addedServerHasItsRolesAndIcon_data()
+void TestServerTabs::addedServerHasItsRolesAndIcon_data()
 {
     QTest::addColumn<QString>("icon");
     QTest::addColumn<QString>("port");
@@ -112,7 +112,7 @@ void tst_ServerTabs::addedServerHasItsRolesAndIcon_data()
     row("OpcUaServer", "OpcUaServer", "4840");
 }
 
-void tst_ServerTabs::addedServerHasItsRolesAndIcon()
+void TestServerTabs::addedServerHasItsRolesAndIcon()
 {
     QFETCH(QString, icon);
     QFETCH(QString, port);
@@ -144,7 +144,7 @@ void tst_ServerTabs::addedServerHasItsRolesAndIcon()
              ProjectDump::iconBytes(QString(":/adsdemo/images/%1.svg").arg(icon)));
 }
 
-void tst_ServerTabs::addedServerOpensItsTabAtOnce()
+void TestServerTabs::addedServerOpensItsTabAtOnce()
 {
     RUN(add("north", "OpcUaServer"));
     QCOMPARE(m_window->currentItem(), m_folder->child(0));
@@ -157,7 +157,7 @@ void tst_ServerTabs::addedServerOpensItsTabAtOnce()
     QCOMPARE(Window::input<QLineEdit>(form, "password")->text(), QString());
 }
 
-void tst_ServerTabs::addingRefuses_data()
+void TestServerTabs::addingRefuses_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("told");
@@ -168,7 +168,7 @@ void tst_ServerTabs::addingRefuses_data()
            "a different name.";
 }
 
-void tst_ServerTabs::addingRefuses()
+void TestServerTabs::addingRefuses()
 {
     QFETCH(QString, name);
     QFETCH(QString, told);
@@ -183,7 +183,7 @@ void tst_ServerTabs::addingRefuses()
     QCOMPARE(m_window->areas(), areas);
 }
 
-void tst_ServerTabs::cancelledAddingChangesNothing()
+void TestServerTabs::cancelledAddingChangesNothing()
 {
     m_window->select(m_folder);
     ModalDialogs dialogs;
@@ -196,7 +196,7 @@ void tst_ServerTabs::cancelledAddingChangesNothing()
     QCOMPARE(m_window->countOf(editServer), 0);
 }
 
-void tst_ServerTabs::namesOfOtherFoldersAreFree()
+void TestServerTabs::namesOfOtherFoldersAreFree()
 {
     Window::addStandard(m_project, "north", "Modbus");
     addServer("NORTH", "MQTT");
@@ -206,7 +206,7 @@ void tst_ServerTabs::namesOfOtherFoldersAreFree()
     QCOMPARE(ProjectDump::shape(m_folder), "Server(NORTH() north())");
 }
 
-void tst_ServerTabs::folderHasOneSlaveAtMost()
+void TestServerTabs::folderHasOneSlaveAtMost()
 {
     addServer("a", "MQTT");
     addServer("b", "ModbusTCP(Slave)");
@@ -219,7 +219,7 @@ void tst_ServerTabs::folderHasOneSlaveAtMost()
     QCOMPARE(m_folder->child(2)->data(serverPortRole).toString(), "1883");
 }
 
-void tst_ServerTabs::protocolChoosesTheForm_data()
+void TestServerTabs::protocolChoosesTheForm_data()
 {
     QTest::addColumn<QString>("className");
     QTest::newRow("MQTT") << "ServerEditDialog";
@@ -232,7 +232,7 @@ void tst_ServerTabs::protocolChoosesTheForm_data()
     QTest::newRow("OpcUaServer") << "ServerOPCUAEditDialog";
 }
 
-void tst_ServerTabs::protocolChoosesTheForm()
+void TestServerTabs::protocolChoosesTheForm()
 {
     QFETCH(QString, className);
     const QDialog *form = open(addServer("a", QTest::currentDataTag()));
@@ -245,7 +245,7 @@ void tst_ServerTabs::protocolChoosesTheForm()
     QCOMPARE(tab->windowTitle(), editServer);
 }
 
-void tst_ServerTabs::sameProtocolIsRebound()
+void TestServerTabs::sameProtocolIsRebound()
 {
     const QPointer<QDialog> form = open(addServer("a", "AliMQTT"));
     Window::input<QLineEdit>(form, "port")->setText("typed");
@@ -255,7 +255,7 @@ void tst_ServerTabs::sameProtocolIsRebound()
     QCOMPARE(m_window->countOf(editServer), 1);
 }
 
-void tst_ServerTabs::otherProtocolReplacesTheTab()
+void TestServerTabs::otherProtocolReplacesTheTab()
 {
     const QPointer<QDialog> old = open(addServer("a", "AliMQTT"));
     const QDialog *form = open(addServer("b", "OneNetMQTT"));
@@ -266,7 +266,7 @@ void tst_ServerTabs::otherProtocolReplacesTheTab()
     QVERIFY(!old);
 }
 
-void tst_ServerTabs::saveKeepsTheTabAndCancelClosesIt()
+void TestServerTabs::saveKeepsTheTabAndCancelClosesIt()
 {
     QStandardItem *item = addServer("a", "MQTT");
     const QPointer<QDialog> form = open(item);
@@ -283,7 +283,7 @@ void tst_ServerTabs::saveKeepsTheTabAndCancelClosesIt()
     QCOMPARE(item->data(serverPortRole).toString(), "1884");
 }
 
-void tst_ServerTabs::unknownProtocolOpensAnEmptyTabEachTime()
+void TestServerTabs::unknownProtocolOpensAnEmptyTabEachTime()
 {
     const QPointer<QDialog> old = open(addServer("a", "MQTT"));
     const QStandardItem *unknown = addServer("b", "mqtt");
@@ -294,7 +294,7 @@ void tst_ServerTabs::unknownProtocolOpensAnEmptyTabEachTime()
     RUN(m_window->compareEmptyTabs(editServer, 2));
 }
 
-void tst_ServerTabs::tabStandsBesideItsNeighbours_data()
+void TestServerTabs::tabStandsBesideItsNeighbours_data()
 {
     QTest::addColumn<int>("neighbour");
     for (const EditorTab kind :
@@ -303,7 +303,7 @@ void tst_ServerTabs::tabStandsBesideItsNeighbours_data()
     }
 }
 
-void tst_ServerTabs::tabStandsBesideItsNeighbours()
+void TestServerTabs::tabStandsBesideItsNeighbours()
 {
     QFETCH(int, neighbour);
     const auto kind = EditorTab(neighbour);
@@ -313,7 +313,7 @@ void tst_ServerTabs::tabStandsBesideItsNeighbours()
     QVERIFY(m_window->areas().contains(QStringList({EditorTabs::titleOf(kind), editServer})));
 }
 
-void tst_ServerTabs::slotsNeedACurrentItem()
+void TestServerTabs::slotsNeedACurrentItem()
 {
     m_window->projectTree()->setCurrentIndex(QModelIndex());
     ModalDialogs dialogs;
@@ -322,7 +322,7 @@ void tst_ServerTabs::slotsNeedACurrentItem()
     QCOMPARE(m_window->countOf(editServer), 0);
 }
 
-void tst_ServerTabs::currentServerFormIsTheOpcUaForm()
+void TestServerTabs::currentServerFormIsTheOpcUaForm()
 {
     QCOMPARE(m_window->currentServerForm(), nullptr);
     open(addServer("a", "MQTT"));
@@ -345,14 +345,14 @@ void tst_ServerTabs::currentServerFormIsTheOpcUaForm()
     QCOMPARE(m_window->currentServerForm(), next);
 }
 
-void tst_ServerTabs::noClickLeadsToAServer()
+void TestServerTabs::noClickLeadsToAServer()
 {
     m_window->click(addServer("a", "MQTT"));
     m_window->click(m_folder);
     QCOMPARE(m_window->countOf(editServer), 0);
 }
 
-void tst_ServerTabs::readerSlotFillsOneItem()
+void TestServerTabs::readerSlotFillsOneItem()
 {
     QStandardItem item;
     const QJsonObject object{{"protocol", "AliMQTT"}, {"productKey", "key"}};
@@ -362,5 +362,5 @@ void tst_ServerTabs::readerSlotFillsOneItem()
     QCOMPARE(item.data(serverProductKeyRole).toString(), "key");
 }
 
-QTEST_MAIN(tst_ServerTabs)
+QTEST_MAIN(TestServerTabs)
 #include "tst_servertabs.moc"

@@ -6,7 +6,7 @@
 
 // The command that is installed: it enters a folder of the user's and starts the program there. A script that
 // tells how it was started stands in for the program.
-class tst_Launcher : public QObject
+class TestLauncher : public QObject
 {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-void tst_Launcher::init()
+void TestLauncher::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     QDir dir(m_dir->path());
@@ -47,7 +47,7 @@ void tst_Launcher::init()
     QVERIFY(program.setPermissions(program.permissions() | QFile::ExeOwner));
 }
 
-tst_Launcher::Outcome tst_Launcher::launch(const QString &command, const QStringList &arguments,
+TestLauncher::Outcome TestLauncher::launch(const QString &command, const QStringList &arguments,
                                            const QString &state) const
 {
     QProcessEnvironment environment;
@@ -64,7 +64,7 @@ tst_Launcher::Outcome tst_Launcher::launch(const QString &command, const QString
     return {process.readAllStandardOutput(), process.readAllStandardError(), process.exitCode()};
 }
 
-void tst_Launcher::entersAFolderOfTheUsers_data()
+void TestLauncher::entersAFolderOfTheUsers_data()
 {
     QTest::addColumn<QString>("state");
     QTest::addColumn<QString>("folder");
@@ -73,7 +73,7 @@ void tst_Launcher::entersAFolderOfTheUsers_data()
                           << "else where/marlin-gate-70";
 }
 
-void tst_Launcher::entersAFolderOfTheUsers()
+void TestLauncher::entersAFolderOfTheUsers()
 {
     QFETCH(QString, state);
     QFETCH(QString, folder);
@@ -82,7 +82,7 @@ void tst_Launcher::entersAFolderOfTheUsers()
     QCOMPARE(QString::fromUtf8(outcome.output), path(folder) + QLatin1Char('\n'));
 }
 
-void tst_Launcher::isFoundThroughALink()
+void TestLauncher::isFoundThroughALink()
 {
     QVERIFY(QFile::link(path("usr/bin/marlin-gate-70"), path("link")));
     const Outcome outcome = launch(path("link"));
@@ -90,14 +90,14 @@ void tst_Launcher::isFoundThroughALink()
     QVERIFY(outcome.output.endsWith("/.local/state/marlin-gate-70\n"));
 }
 
-void tst_Launcher::handsOnArgumentsAndStatus()
+void TestLauncher::handsOnArgumentsAndStatus()
 {
     const Outcome outcome = launch(path("usr/bin/marlin-gate-70"), {"-style", "two words"});
     QVERIFY(outcome.output.endsWith("\n<-style>\n<two words>\n"));
     QCOMPARE(outcome.status, 7);
 }
 
-void tst_Launcher::folderThatCannotBeMadeIsTold()
+void TestLauncher::folderThatCannotBeMadeIsTold()
 {
     QFile inTheWay(path("state"));
     QVERIFY(inTheWay.open(QIODevice::WriteOnly));
@@ -107,5 +107,5 @@ void tst_Launcher::folderThatCannotBeMadeIsTold()
     QCOMPARE(outcome.status, 1);
 }
 
-QTEST_GUILESS_MAIN(tst_Launcher)
+QTEST_GUILESS_MAIN(TestLauncher)
 #include "tst_launcher.moc"

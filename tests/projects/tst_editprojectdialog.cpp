@@ -9,7 +9,7 @@
 #include <QTextEdit>
 #include <QtTest>
 
-class tst_EditProjectDialog : public QObject
+class TestEditProjectDialog : public QObject
 {
     Q_OBJECT
 private slots:
@@ -46,7 +46,7 @@ public:
     }
 };
 
-void tst_EditProjectDialog::showsWhatItIsGiven()
+void TestEditProjectDialog::showsWhatItIsGiven()
 {
     const Form form;
     QCOMPARE(form.windowTitle(), "Edit Project");
@@ -60,7 +60,7 @@ void tst_EditProjectDialog::showsWhatItIsGiven()
     QCOMPARE(buttons, QStringList({"Save", "Cancel"}));
 }
 
-void tst_EditProjectDialog::settersReplaceWhatItShows()
+void TestEditProjectDialog::settersReplaceWhatItShows()
 {
     Form form;
     form.setName("mill");
@@ -69,7 +69,7 @@ void tst_EditProjectDialog::settersReplaceWhatItShows()
     QCOMPARE(shown(form), QStringList({"mill", "/here", "<i>other</i>"}));
 }
 
-void tst_EditProjectDialog::savingReportsAndStaysOpen()
+void TestEditProjectDialog::savingReportsAndStaysOpen()
 {
     Form form;
     form.show();
@@ -82,7 +82,7 @@ void tst_EditProjectDialog::savingReportsAndStaysOpen()
     QVERIFY(form.isVisible());
 }
 
-void tst_EditProjectDialog::savingNeedsOnlyAName()
+void TestEditProjectDialog::savingNeedsOnlyAName()
 {
     Form form;
     const QSignalSpy modified(&form, &EditProjectDialog::projectModified);
@@ -93,7 +93,7 @@ void tst_EditProjectDialog::savingNeedsOnlyAName()
     QCOMPARE(modified.first(), QVariantList({"plant", QString(), QString()}));
 }
 
-void tst_EditProjectDialog::refusesAnEmptyName()
+void TestEditProjectDialog::refusesAnEmptyName()
 {
     Form form;
     const QSignalSpy modified(&form, &EditProjectDialog::projectModified);
@@ -107,7 +107,7 @@ void tst_EditProjectDialog::refusesAnEmptyName()
     QCOMPARE(log.events(), QStringList());
 }
 
-void tst_EditProjectDialog::cancelRejects()
+void TestEditProjectDialog::cancelRejects()
 {
     Form form;
     const QSignalSpy rejected(&form, &QDialog::rejected);
@@ -117,7 +117,7 @@ void tst_EditProjectDialog::cancelRejects()
     QCOMPARE(finished.count(), 1);
 }
 
-void tst_EditProjectDialog::enterAndEscapeDoNothing()
+void TestEditProjectDialog::enterAndEscapeDoNothing()
 {
     Form form;
     form.show();
@@ -129,20 +129,20 @@ void tst_EditProjectDialog::enterAndEscapeDoNothing()
     QCOMPARE(finished.count(), 0);
 }
 
-void tst_EditProjectDialog::descriptionTakesPlainTextOnly()
+void TestEditProjectDialog::descriptionTakesPlainTextOnly()
 {
     const Form form;
     InputDialogs::comparePasteOfRichText(child<QTextEdit>(form, "description"));
 }
 
-void tst_EditProjectDialog::labelsAreBuddies()
+void TestEditProjectDialog::labelsAreBuddies()
 {
     const Form form;
     QCOMPARE(InputDialogs::buddies(form),
              (QMap<QString, QString>{{"Name:", "name"}, {"Path:", "path"}, {"Description:", "description"}}));
 }
 
-void tst_EditProjectDialog::writesItsEventsToTheLog()
+void TestEditProjectDialog::writesItsEventsToTheLog()
 {
     const LogTail log("EditProjectDialog");
     {
@@ -154,5 +154,5 @@ void tst_EditProjectDialog::writesItsEventsToTheLog()
                           "EditProjectDialog: destroyed"}));
 }
 
-QTEST_MAIN(tst_EditProjectDialog)
+QTEST_MAIN(TestEditProjectDialog)
 #include "tst_editprojectdialog.moc"

@@ -12,7 +12,7 @@
 #include <QTextEdit>
 #include <QtTest>
 
-class tst_NewProjectDialog : public QObject
+class TestNewProjectDialog : public QObject
 {
     Q_OBJECT
 private slots:
@@ -42,20 +42,20 @@ private:
     QScopedPointer<QSignalSpy> m_created;
 };
 
-void tst_NewProjectDialog::init()
+void TestNewProjectDialog::init()
 {
     m_dialog.reset(new NewProjectDialog);
     m_created.reset(new QSignalSpy(m_dialog.data(), &NewProjectDialog::projectCreated));
     m_dialog->show();
 }
 
-void tst_NewProjectDialog::cleanup()
+void TestNewProjectDialog::cleanup()
 {
     m_created.reset();
     m_dialog.reset();
 }
 
-void tst_NewProjectDialog::opensEmptyAndWithAReadOnlyPath()
+void TestNewProjectDialog::opensEmptyAndWithAReadOnlyPath()
 {
     QCOMPARE(m_dialog->windowTitle(), "New Project");
     QCOMPARE(child<QLineEdit>("name")->text(), QString());
@@ -69,7 +69,7 @@ void tst_NewProjectDialog::opensEmptyAndWithAReadOnlyPath()
     QCOMPARE(buttons, QStringList({"Browse", "OK", "Cancel"}));
 }
 
-void tst_NewProjectDialog::carriesItsIcons()
+void TestNewProjectDialog::carriesItsIcons()
 {
     const auto image = [](const char *name) {
         const QString path = QLatin1String(":/adsdemo/images/") + QLatin1String(name);
@@ -81,7 +81,7 @@ void tst_NewProjectDialog::carriesItsIcons()
     QCOMPARE(ProjectDump::iconBytes(child<QPushButton>("cancelButton")->icon()), image("cancel.svg"));
 }
 
-void tst_NewProjectDialog::browsingFillsThePath()
+void TestNewProjectDialog::browsingFillsThePath()
 {
     const QTemporaryDir folder;
     ModalDialogs dialogs;
@@ -100,7 +100,7 @@ void tst_NewProjectDialog::browsingFillsThePath()
     QCOMPARE(child<QLineEdit>("path")->text(), folder.path());
 }
 
-void tst_NewProjectDialog::cancelledBrowsingLeavesThePath()
+void TestNewProjectDialog::cancelledBrowsingLeavesThePath()
 {
     child<QLineEdit>("path")->setText("/kept");
     ModalDialogs dialogs;
@@ -110,7 +110,7 @@ void tst_NewProjectDialog::cancelledBrowsingLeavesThePath()
     QCOMPARE(dialogs.pending(), 0);
 }
 
-void tst_NewProjectDialog::refusesWithoutNameOrPath_data()
+void TestNewProjectDialog::refusesWithoutNameOrPath_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("path");
@@ -119,7 +119,7 @@ void tst_NewProjectDialog::refusesWithoutNameOrPath_data()
     QTest::newRow("no name") << QString() << "/tmp";
 }
 
-void tst_NewProjectDialog::refusesWithoutNameOrPath()
+void TestNewProjectDialog::refusesWithoutNameOrPath()
 {
     QFETCH(QString, name);
     QFETCH(QString, path);
@@ -134,7 +134,7 @@ void tst_NewProjectDialog::refusesWithoutNameOrPath()
     QCOMPARE(child<QLineEdit>("name")->text(), name);
 }
 
-void tst_NewProjectDialog::reportsThePlainTextAndCloses()
+void TestNewProjectDialog::reportsThePlainTextAndCloses()
 {
     QTest::keyClicks(child<QLineEdit>("name"), "a/b c");
     child<QLineEdit>("path")->setText("/somewhere");
@@ -150,7 +150,7 @@ void tst_NewProjectDialog::reportsThePlainTextAndCloses()
     QCOMPARE(m_dialog->result(), int(QDialog::Accepted));
 }
 
-void tst_NewProjectDialog::enterCreatesAndEscapeCancels()
+void TestNewProjectDialog::enterCreatesAndEscapeCancels()
 {
     child<QLineEdit>("name")->setText("plant");
     child<QLineEdit>("path")->setText("/somewhere");
@@ -165,18 +165,18 @@ void tst_NewProjectDialog::enterCreatesAndEscapeCancels()
     QCOMPARE(m_created->count(), 1);
 }
 
-void tst_NewProjectDialog::descriptionTakesPlainTextOnly()
+void TestNewProjectDialog::descriptionTakesPlainTextOnly()
 {
     InputDialogs::comparePasteOfRichText(child<QTextEdit>("description"));
 }
 
-void tst_NewProjectDialog::labelsAreBuddies()
+void TestNewProjectDialog::labelsAreBuddies()
 {
     QCOMPARE(InputDialogs::buddies(*m_dialog),
              (QMap<QString, QString>{{"Name:", "name"}, {"Path:", "path"}, {"Description:", "description"}}));
 }
 
-void tst_NewProjectDialog::tabOrderFollowsTheForm()
+void TestNewProjectDialog::tabOrderFollowsTheForm()
 {
     QStringList order;
     const QWidget *start = child<QLineEdit>("name");
@@ -191,7 +191,7 @@ void tst_NewProjectDialog::tabOrderFollowsTheForm()
     QCOMPARE(order, QStringList({"name", "path", "browseButton", "description", "okButton", "cancelButton"}));
 }
 
-void tst_NewProjectDialog::writesItsLifeToTheLog()
+void TestNewProjectDialog::writesItsLifeToTheLog()
 {
     const LogTail log("NewProjectDialog");
     {
@@ -200,5 +200,5 @@ void tst_NewProjectDialog::writesItsLifeToTheLog()
     QCOMPARE(log.events(), QStringList({"NewProjectDialog: new-nuilt", "NewProjectDialog: destroyed"}));
 }
 
-QTEST_MAIN(tst_NewProjectDialog)
+QTEST_MAIN(TestNewProjectDialog)
 #include "tst_newprojectdialog.moc"
