@@ -32,7 +32,7 @@ public:
     void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_upload->setTimeouts(timeouts); }
 
 public slots:
-    // This one, clearData() and replaceItem() are declared here for the order of the slots, which is fixed.
+    // This one and clearData() are declared here for the order of the slots, which is fixed.
     void saveChanges() override { DefinitionForm::saveChanges(); }
     // Ends the session, if there is one.
     void disconnectFromServer();
@@ -56,6 +56,7 @@ public slots:
     void readTimeAllocation() { readGroup(SettingsGroup::Time); }
     void writeTimeAllocation() { writeGroup(SettingsGroup::Time); }
 
+    // Here to be a slot, for callers by name.
     void replaceItem(QStandardItem *item) override { DefinitionForm::replaceItem(item); }
     // Pushes the project of the tree's current item to the Box, by way of "temp.json" in the project's
     // folder.

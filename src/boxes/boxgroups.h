@@ -19,7 +19,7 @@ struct BoxGroup {
     Fields (*addRows)(FieldGroup &group);
 };
 
-// What the form is made of; all labels and entries are source texts of BoxEditDialog.
+// What the form is made of; the texts are those of BoxEditDialog.
 namespace BoxGroups {
 
 // The groups, by SettingsGroup, which is the order of their tabs.

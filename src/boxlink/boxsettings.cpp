@@ -68,6 +68,7 @@ BoxSettings emptySettings(SettingsGroup group)
 {
     const BoxSettings records[] = {LanSettings(), WanSettings(), WifiSettings(),
                                    LteSettings(), NtpSettings(), TimeSettings()};
+    static_assert(std::size(records) == std::variant_size_v<BoxSettings>);
     return records[int(group)];
 }
 

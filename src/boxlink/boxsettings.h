@@ -72,5 +72,5 @@ struct SettingsText {
 SettingsGroup groupOf(const BoxSettings &settings);
 // A record of the group with empty texts.
 BoxSettings emptySettings(SettingsGroup group);
-// The texts of the record, in the wire's order. The pointers lead into the record.
+// The texts of the record, in its order. The pointers lead into the record.
 QVector<SettingsText> textsOf(BoxSettings &settings);

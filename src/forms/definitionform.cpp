@@ -48,12 +48,8 @@ void DefinitionForm::cancel()
 void DefinitionForm::replaceItem(QStandardItem *item)
 {
     m_item = ItemRef(item);
-    const QPointer<DefinitionForm> alive(this);
     for (FormPart *part : qAsConst(m_parts)) {
         part->refill(item);
-        if (!alive) {
-            return;
-        }
     }
     log("replace");
 }

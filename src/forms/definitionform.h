@@ -35,12 +35,12 @@ protected:
         const char *savedAs = className; // what the activity log calls the form when it is saved
     };
 
-    // The item is not owned, must not be null if the form is to show it, and may be deleted before the form.
+    // The item is not owned, must not be null, and may be deleted before the form.
     // The workspace, not owned, may be null.
     DefinitionForm(const Names &names, QStandardItem *item, Workspace *workspace, QWidget *parent = nullptr);
 
     // Lays out the content with the buttons below it and shows the item in the parts, which belong to the
-    // form or to its members. The last thing that is missing: a form's constructor calls it once.
+    // form or to its members. A form's constructor calls it once, when all that they show is made.
     void setContent(QWidget *content, const QVector<FormPart *> &parts);
     // What "Cancel" does: emits rejected().
     virtual void cancel();

@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QRegularExpressionValidator>
 
+#include <algorithm>
+
 FieldGroup::FieldGroup(const char *className, Definitions::Kind kind)
     : m_className(className)
     , m_kind(kind)
@@ -55,6 +57,11 @@ void FieldGroup::erase(QStandardItem *item) const
     for (const auto &field : m_fields) {
         field->erase(item);
     }
+}
+
+bool FieldGroup::isComplete() const
+{
+    return std::all_of(m_fields.begin(), m_fields.end(), [](const auto &field) { return field->widget(); });
 }
 
 QVariantList FieldGroup::values() const

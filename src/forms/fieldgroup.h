@@ -67,6 +67,8 @@ public:
     void clear() override;
     // Sets the roles to an invalid QVariant.
     void erase(QStandardItem *item) const;
+    // Whether no field's widget was deleted from outside; the next two need them all.
+    bool isComplete() const;
     // What the fields show, in their order, for fields that are kept as a row.
     QVariantList values() const;
     void setValues(const QVariantList &values);

@@ -2,13 +2,14 @@
 
 #include "definitions/values.h"
 
+#include <QPointer>
 #include <QString>
 #include <QVariant>
+#include <QWidget>
 
 class FieldGroup;
 class QLabel;
 class QStandardItem;
-class QWidget;
 
 // One labelled input of a form, and the role of the item that it shows. FieldGroup makes and owns it.
 class FormField
@@ -30,6 +31,7 @@ public:
     FormField &operator=(const FormField &) = delete;
 
     QLabel *label() const { return m_label; }
+    // Null once it was deleted from outside.
     QWidget *widget() const { return m_widget; }
     // Of the widget and its label.
     void setEnabled(bool enabled);
@@ -60,6 +62,6 @@ private:
 
     int m_role;
     const char *m_default; // for an empty role; null for none
-    QWidget *m_widget;
+    QPointer<QWidget> m_widget;
     QLabel *m_label;
 };

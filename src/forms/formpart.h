@@ -11,7 +11,7 @@ class FormPart
 public:
     virtual ~FormPart() = default;
 
-    // Writes defaults into empty roles, then shows the item. May let the form go while much is loaded.
+    // Writes defaults into empty roles, then shows the item. Handles no event.
     virtual void fill(QStandardItem *item) = 0;
     // The same in a form that is open already and turns to this item.
     virtual void refill(QStandardItem *item) { fill(item); }

@@ -38,7 +38,8 @@ public slots:
     void validateFormula(int row, int column);
     void validateLength(int row, int column);
 
-    // An editor of an added row was changed: from now on each end of its editing runs the check.
+    // An editor of an added row was changed: from now on each end of its editing runs the check. Where the
+    // variant has names checked while they are typed, the check of a name runs at once.
     void validateNameOnChange(int row, int column, QString newName);
     // Compat: watches the editor in the table that was made last, also for an edit in another tab.
     void validateAddrOnChange(int row, int column, QString newName);

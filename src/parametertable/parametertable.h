@@ -18,9 +18,9 @@ class QLineEdit;
 // editors under the row number of its creation. A row that was loaded, from the item or from a file, has
 // plain items for address, name and formulas, of which cellChanged() tells under their present row numbers.
 //
-// Each cell has its widget from the beginning. Those of the rows in sight stand in the viewport; the others
-// wait below a hidden parent, neither shown nor styled, so that what a step of scrolling costs does not grow
-// with the table.
+// A cell keeps its widget from the row's beginning. Those of the rows in sight are in the viewport; the
+// others wait below a hidden parent, neither shown nor styled, so that what a step of scrolling costs does
+// not grow with the table.
 class ParameterTable : public QTableWidget
 {
     Q_OBJECT

@@ -11,7 +11,7 @@ ListField *addIdentityStoredIn(int protocolRole, FieldGroup &fields)
     fields.add<TextField>(Qt::DisplayRole, "name", QT_TRANSLATE_NOOP("ServerFields", "Server Name:"))
         ->readOnly();
     fields.add<TextField>(serverDescriptionRole, QT_TRANSLATE_NOOP("ServerFields", "Description:"));
-    // Also without a role it has that name.
+    // Named here: without a role there is no key to name it by.
     return fields.add<ListField>(protocolRole, "protocol", QT_TRANSLATE_NOOP("ServerFields", "Protocol:"))
         ->disabled(); // a Server keeps its protocol
 }

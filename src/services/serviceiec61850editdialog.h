@@ -28,7 +28,7 @@ private:
     QVector<FormPart *> parts();
     void updatePasswordVisibility();
 
-    // A group each for what a save writes on end.
+    // A group each for the fields that a save writes without another part between them.
     FieldGroup m_service;
     FieldGroup m_keyPassword;
     FieldGroup m_switches;

@@ -95,7 +95,7 @@ QTableWidget *MeterPage::table() const
 
 RowList MeterPage::rows() const
 {
-    if (!m_table) {
+    if (!m_table || !m_settings.isComplete()) {
         return {};
     }
     RowList rows{m_settings.values()};
@@ -108,7 +108,7 @@ RowList MeterPage::rows() const
 
 void MeterPage::setRows(const RowList &rows)
 {
-    if (!m_table) {
+    if (!m_table || !m_settings.isComplete()) {
         return;
     }
     if (!rows.isEmpty()) {

@@ -33,7 +33,7 @@ ParameterTable *ModbusPage::table() const
 
 RowList ModbusPage::rows() const
 {
-    if (!m_table) {
+    if (!m_table || !m_settings.isComplete()) {
         return {};
     }
     return RowList{m_settings.values()} + m_table->rows();
@@ -41,7 +41,7 @@ RowList ModbusPage::rows() const
 
 void ModbusPage::setRows(const RowList &rows)
 {
-    if (rows.isEmpty() || !m_table) {
+    if (rows.isEmpty() || !m_table || !m_settings.isComplete()) {
         return;
     }
     m_settings.setValues(rows.first());

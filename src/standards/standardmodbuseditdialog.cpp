@@ -12,7 +12,6 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
 #include <QStandardItem>
 #include <QTimer>

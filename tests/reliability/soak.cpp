@@ -160,7 +160,7 @@ int main(int argc, char *argv[])
     clock.start();
     qint64 early = 0;
     int shifts = 0;
-    while (clock.elapsed() < seconds * 1000) {
+    while (shifts < 2 || clock.elapsed() < seconds * 1000) { // the memory of one says nothing
         Shift(first.get(), second.get()).work();
         ++shifts;
         if (early == 0 && clock.elapsed() > seconds * 250) {
@@ -171,7 +171,6 @@ int main(int argc, char *argv[])
     std::printf("%d shifts in %lld s, %lld KiB more than after the first quarter (%lld KiB)\n", shifts,
                 static_cast<long long>(clock.elapsed() / 1000), static_cast<long long>(growth / 1024),
                 static_cast<long long>(early / 1024));
-    require(shifts > 1, "too short for a second shift");
     require(growth < allowedGrowth, "memory grows");
     return 0;
 }

@@ -43,6 +43,8 @@ private slots:
     void replaceItemShowsTheOtherStandard();
     void replaceItemBeforeTheTabsAppearedLoadsThemOnce();
     void operationsWithoutATab();
+    void tabWithoutOneOfItsInputsIsLeftOut_data();
+    void tabWithoutOneOfItsInputsIsLeftOut();
     void clearDataGoesBackToTcp();
     void formMayDieBelowItsFileDialog_data();
     void formMayDieBelowItsFileDialog();
@@ -347,6 +349,28 @@ void TestStandardModbusEditDialog::operationsWithoutATab()
     QCOMPARE(m_messages->told(), (QStringList{"Error|No tab selected.", "Error|Parameter table not found."}));
     form.saveChanges();
     QCOMPARE(groupsOf(m_item), GroupMap());
+}
+
+void TestStandardModbusEditDialog::tabWithoutOneOfItsInputsIsLeftOut_data()
+{
+    QTest::addColumn<QString>("input");
+    for (const char *input : {"seriesComboBox", "stationNumEdit", "byteOrderComboBox",
+                              "startAddress0CheckBox", "charReversedCheckBox"}) {
+        QTest::newRow(input) << input;
+    }
+}
+
+void TestStandardModbusEditDialog::tabWithoutOneOfItsInputsIsLeftOut()
+{
+    QFETCH(QString, input);
+    standardModbusEditDialog form(m_item, m_workspace);
+    RUN(show(form));
+    form.addTab();
+    form.addTab();
+    delete form.findChild<QTabWidget *>()->widget(0)->findChild<QWidget *>(input);
+    form.loadTab("Modbus-1", group("5", {{"1", "a", "float", "1", "r"}}));
+    form.saveChanges();
+    QCOMPARE(groupsOf(m_item).keys(), QStringList("Modbus-2"));
 }
 
 void TestStandardModbusEditDialog::clearDataGoesBackToTcp()
