@@ -12,22 +12,22 @@ FieldFrame::FieldFrame(const char *className, Definitions::Kind kind, Refill ref
 
 QGroupBox *FieldFrame::build(QBoxLayout *column, const QString &title)
 {
-    m_box = new QGroupBox(title, column->parentWidget());
-    column->addWidget(m_box);
-    setLayout(new QFormLayout(m_box));
-    return m_box;
+    m_frame = new QGroupBox(title, column->parentWidget());
+    column->addWidget(m_frame);
+    setLayout(new QFormLayout(m_frame));
+    return m_frame;
 }
 
 void FieldFrame::refill(QStandardItem *item)
 {
-    if (m_refill == Refill::Always || m_box->isVisible()) {
+    if (m_refill == Refill::Always || m_frame->isVisible()) {
         FieldGroup::refill(item);
     }
 }
 
 void FieldFrame::save(QStandardItem *item)
 {
-    if (m_box->isVisible()) {
+    if (m_frame->isVisible()) {
         FieldGroup::save(item);
     } else {
         erase(item);

@@ -17,12 +17,12 @@ public:
     // Appends the frame to the layout, which is already set on a widget; fields are added to it from here on.
     // The title is already translated.
     QGroupBox *build(QBoxLayout *column, const QString &title);
-    QGroupBox *box() const { return m_box; }
+    QGroupBox *frame() const { return m_frame; }
 
     void refill(QStandardItem *item) override;
     void save(QStandardItem *item) override;
 
 private:
     Refill m_refill;
-    QGroupBox *m_box = nullptr;
+    QGroupBox *m_frame = nullptr;
 };

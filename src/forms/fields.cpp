@@ -102,7 +102,7 @@ ListField::ListField(FieldGroup &group, int role, const char *name, const QStrin
 
 ListField *ListField::entries(const QStringList &entries)
 {
-    box()->addItems(entries);
+    list()->addItems(entries);
     return this;
 }
 
@@ -119,18 +119,18 @@ ListField *ListField::fallback(const char *entry)
 
 ListField *ListField::disabled()
 {
-    box()->setEnabled(false);
+    list()->setEnabled(false);
     return this;
 }
 
-QComboBox *ListField::box() const
+QComboBox *ListField::list() const
 {
     return static_cast<QComboBox *>(widget());
 }
 
 QVariant ListField::value() const
 {
-    return box()->currentText();
+    return list()->currentText();
 }
 
 void ListField::setText(const QString &text)
@@ -140,13 +140,13 @@ void ListField::setText(const QString &text)
 
 void ListField::clear()
 {
-    box()->setCurrentIndex(0);
+    list()->setCurrentIndex(0);
 }
 
 void ListField::show(const QVariant &value)
 {
     if (!select(value.toString()) && !select(m_fallback)) {
-        box()->setCurrentIndex(0);
+        list()->setCurrentIndex(0);
     }
 }
 
@@ -154,7 +154,7 @@ void ListField::showAgain(const QVariant &value, const OnRefill &onRefill)
 {
     const QString text = value.toString();
     if (onRefill.emptyGoesFirst && text.isEmpty()) {
-        box()->setCurrentIndex(0);
+        list()->setCurrentIndex(0);
     } else if (onRefill.unknownStays) {
         select(text);
     } else {
@@ -164,9 +164,9 @@ void ListField::showAgain(const QVariant &value, const OnRefill &onRefill)
 
 bool ListField::select(const QString &text)
 {
-    const int index = box()->findData(text, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const int index = list()->findData(text, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
     if (index >= 0) {
-        box()->setCurrentIndex(index);
+        list()->setCurrentIndex(index);
     }
     return index >= 0;
 }
@@ -180,7 +180,7 @@ CodedField::CodedField(FieldGroup &group, int role, const char *name, const QStr
 CodedField *CodedField::choices(const QVector<Choice> &choices)
 {
     for (const Choice &choice : choices) {
-        box()->addItem(m_group.translated(choice.text), choice.code);
+        list()->addItem(m_group.translated(choice.text), choice.code);
     }
     return this;
 }
@@ -191,34 +191,34 @@ CodedField *CodedField::unknownShowsNone()
     return this;
 }
 
-QComboBox *CodedField::box() const
+QComboBox *CodedField::list() const
 {
     return static_cast<QComboBox *>(widget());
 }
 
 QVariant CodedField::value() const
 {
-    return box()->currentData();
+    return list()->currentData();
 }
 
 void CodedField::clear()
 {
-    box()->setCurrentIndex(0);
+    list()->setCurrentIndex(0);
 }
 
 void CodedField::show(const QVariant &value)
 {
     QVariant code = value;
-    code.convert(int(box()->itemData(0).type())); // a document's codes are texts
-    const int index = box()->findData(code);
-    box()->setCurrentIndex(index < 0 ? m_unknown : index);
+    code.convert(int(list()->itemData(0).type())); // a document's codes are texts
+    const int index = list()->findData(code);
+    list()->setCurrentIndex(index < 0 ? m_unknown : index);
 }
 
 CheckField::CheckField(FieldGroup &group, int role, const char *name, const QString &label)
     : FormField(group, role, name, label, new QCheckBox(group.page()))
 {
     // As high as its neighbours, so that rows and labels keep one distance.
-    box()->setMinimumHeight(QLineEdit().sizeHint().height());
+    check()->setMinimumHeight(QLineEdit().sizeHint().height());
 }
 
 CheckField *CheckField::unsetShowsChecked()
@@ -227,14 +227,14 @@ CheckField *CheckField::unsetShowsChecked()
     return this;
 }
 
-QCheckBox *CheckField::box() const
+QCheckBox *CheckField::check() const
 {
     return static_cast<QCheckBox *>(widget());
 }
 
 bool CheckField::isChecked() const
 {
-    return box()->isChecked();
+    return check()->isChecked();
 }
 
 QVariant CheckField::value() const
@@ -244,12 +244,12 @@ QVariant CheckField::value() const
 
 void CheckField::clear()
 {
-    box()->setChecked(false);
+    check()->setChecked(false);
 }
 
 void CheckField::show(const QVariant &value)
 {
-    box()->setChecked(value.isValid() ? ProjectTree::isTrue(value) : m_unset);
+    check()->setChecked(value.isValid() ? ProjectTree::isTrue(value) : m_unset);
 }
 
 OnOffField::OnOffField(FieldGroup &group, int role, const char *name, const QString &label)

@@ -52,7 +52,7 @@ public:
     // For a list that shows what can't be changed.
     ListField *disabled();
 
-    QComboBox *box() const;
+    QComboBox *list() const;
     QVariant value() const override;
     // Without such an entry the list stays as it is.
     void setText(const QString &text) override;
@@ -86,7 +86,7 @@ public:
     // For an unknown code nothing is selected.
     CodedField *unknownShowsNone();
 
-    QComboBox *box() const;
+    QComboBox *list() const;
     QVariant value() const override;
     void clear() override;
 
@@ -98,7 +98,7 @@ private:
     int m_unknown = 0; // index
 };
 
-// A check box, stored as a boolean.
+// A check, stored as a boolean.
 class CheckField : public FormField
 {
 public:
@@ -107,7 +107,7 @@ public:
     // Shown, and not written, for a role that holds nothing.
     CheckField *unsetShowsChecked();
 
-    QCheckBox *box() const;
+    QCheckBox *check() const;
     bool isChecked() const;
     QVariant value() const override;
     void clear() override;

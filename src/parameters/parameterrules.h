@@ -2,7 +2,8 @@
 
 #include "parameters/parametervariant.h"
 
-// What a cell of a parameter table may hold. The texts come trimmed, but for those of a file.
+// What a cell of a parameter table may hold. Blanks around a text belong to it, unless a rule says
+// otherwise.
 namespace ParameterRules {
 
 // Printable ASCII without blanks, not empty. Compat: wider than the message about a bad address says.

@@ -9,8 +9,8 @@ class QLineEdit;
 class QTableWidgetItem;
 
 // Base of the forms that have a table of parameters, or one in each tab: its buttons, its CSV and what is
-// checked at the end of an editing. A check clears its cell and says so in the "Message" dock; the rules are
-// those of the variant.
+// checked at the end of an editing. A check clears its cell and says so in the "Message" dock, but for those
+// of lengths and amplitudes, which tell it; the rules are those of the variant.
 class ParameterForm : public DefinitionForm
 {
     Q_OBJECT

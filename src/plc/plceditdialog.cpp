@@ -30,12 +30,12 @@ bool isOfLink(PlcGroup group)
     return group == PlcGroup::Network || group == PlcGroup::Serial;
 }
 
-QFormLayout *addBox(QBoxLayout *column, const char *name, const QString &title)
+QFormLayout *addFrame(QBoxLayout *column, const char *name, const QString &title)
 {
-    auto *box = new QGroupBox(title, column->parentWidget());
-    box->setObjectName(QLatin1String(name));
-    column->addWidget(box);
-    return new QFormLayout(box);
+    auto *frame = new QGroupBox(title, column->parentWidget());
+    frame->setObjectName(QLatin1String(name));
+    column->addWidget(frame);
+    return new QFormLayout(frame);
 }
 
 } // namespace
@@ -65,7 +65,7 @@ PLCEditDialog::PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget 
     QWidget *content = buildContent();
     setContent(content, parts());
     connect(saveButton(), &QPushButton::clicked, this, &PLCEditDialog::saveChanges);
-    connect(m_protocol->box(), &QComboBox::currentTextChanged, this, &PLCEditDialog::onProtocolChanged);
+    connect(m_protocol->list(), &QComboBox::currentTextChanged, this, &PLCEditDialog::onProtocolChanged);
     onProtocolChanged(m_protocol->text());
 }
 
@@ -101,7 +101,7 @@ QWidget *PLCEditDialog::buildContent()
 
 void PLCEditDialog::addAttributes(QVBoxLayout *column)
 {
-    m_attributes.setLayout(addBox(column, "attributes", tr("PLC Attribute")));
+    m_attributes.setLayout(addFrame(column, "attributes", tr("PLC Attribute")));
     m_attributes.add<TextField>(Qt::DisplayRole, "name", tr("PLC Name:"))->readOnly();
     m_manufacturer = m_attributes.add<TextField>(plcManufacturerRole, tr("Manufacturer:"))->readOnly();
     m_protocol = m_attributes.add<ListField>(plcProtocolRole, tr("Protocol:"));
@@ -109,19 +109,19 @@ void PLCEditDialog::addAttributes(QVBoxLayout *column)
 
 void PLCEditDialog::addParameterList(QVBoxLayout *column)
 {
-    QFormLayout *form = addBox(column, "parameters", tr("Parameter List"));
-    QWidget *box = form->parentWidget();
-    box->setFixedHeight(parameterListHeight);
+    QFormLayout *form = addFrame(column, "parameters", tr("Parameter List"));
+    QWidget *frame = form->parentWidget();
+    frame->setFixedHeight(parameterListHeight);
     m_trigger.setLayout(form);
     PlcFields::addNumber(m_trigger, plcCollectionIntervalRole,
                          QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"));
     // Its one entry is not stored.
-    auto *trigger = new QComboBox(box);
+    auto *trigger = new QComboBox(frame);
     trigger->setObjectName(QStringLiteral("trigger"));
     trigger->addItem(tr("Timed Loops"));
     FormPage::putBeforeField(form, 0, trigger);
-    form->addRow(makeTableButtons(box));
-    m_table = makeTable(box);
+    form->addRow(makeTableButtons(frame));
+    m_table = makeTable(frame);
     form->addRow(m_table);
 }
 
@@ -145,7 +145,7 @@ void PLCEditDialog::fillAttributes(QStandardItem *item)
     const QString manufacturer = item->data(plcManufacturerRole).toString();
     // Before the list of protocols changes: which groups show goes by the manufacturer, too.
     m_manufacturer->setText(manufacturer);
-    m_protocol->box()->clear();
+    m_protocol->list()->clear();
     m_protocol->entries(PlcCatalogue::protocols(manufacturer));
     m_attributes.fill(item);
     updateProtocolOptions(m_protocol->text());
@@ -155,16 +155,16 @@ void PLCEditDialog::onProtocolChanged(QString protocol)
 {
     for (const auto &[id, frame] : m_groups) {
         if (!isOfModel(id)) {
-            frame.box()->hide();
+            frame.frame()->hide();
         }
     }
     if (const PlcCatalogue::Entry *entry = PlcCatalogue::find(m_manufacturer->text(), protocol)) {
-        group(entry->link).box()->show();
-        group(entry->group).box()->show();
+        group(entry->link).frame()->show();
+        group(entry->group).frame()->show();
     }
     adjustSize();
 
-    QComboBox *models = m_model->box();
+    QComboBox *models = m_model->list();
     models->clear();
     m_model->entries(PlcCatalogue::models(protocol));
     if (const QStandardItem *shown = item()) {
@@ -179,8 +179,8 @@ void PLCEditDialog::onmodelChanged(QString model)
 {
     const bool isS7 = m_protocol->text() == PlcCatalogue::s7;
     const PlcGroup shown = isS7 ? PlcCatalogue::groupOfModel(model) : PlcGroup::None;
-    group(PlcGroup::S7Rack).box()->setVisible(shown == PlcGroup::S7Rack);
-    group(PlcGroup::S7Tsap).box()->setVisible(shown == PlcGroup::S7Tsap);
+    group(PlcGroup::S7Rack).frame()->setVisible(shown == PlcGroup::S7Rack);
+    group(PlcGroup::S7Tsap).frame()->setVisible(shown == PlcGroup::S7Tsap);
 }
 
 void PLCEditDialog::updateProtocolOptions(QString protocol)

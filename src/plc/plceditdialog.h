@@ -6,8 +6,6 @@
 
 #include <map>
 
-class QGroupBox;
-
 // The form of one PLC: a stack of groups of which those that fit manufacturer and protocol are shown, over
 // the parameter table. At "Save" the visible groups are written and the hidden ones erased.
 //

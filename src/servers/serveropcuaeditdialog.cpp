@@ -28,5 +28,5 @@ ServerOPCUAEditDialog::ServerOPCUAEditDialog(QStandardItem *item, Workspace *wor
 void ServerOPCUAEditDialog::clearData()
 {
     ServerForm::clearData();
-    m_anonymous->box()->clear();
+    m_anonymous->list()->clear();
 }

@@ -50,11 +50,11 @@ ServiceIEC61850EditDialog::ServiceIEC61850EditDialog(QStandardItem *item, Worksp
     addService(form);
     addSecurity(form);
     addClients(form);
-    connect(m_authentication->box(), qOverload<int>(&QComboBox::currentIndexChanged), this,
+    connect(m_authentication->list(), qOverload<int>(&QComboBox::currentIndexChanged), this,
             &ServiceIEC61850EditDialog::updatePasswordVisibility);
-    connect(m_ssl->box(), &QCheckBox::stateChanged, this,
+    connect(m_ssl->check(), &QCheckBox::stateChanged, this,
             &ServiceIEC61850EditDialog::updateSSLFieldsVisibility);
-    connect(m_verify->box(), &QCheckBox::stateChanged, this,
+    connect(m_verify->check(), &QCheckBox::stateChanged, this,
             &ServiceIEC61850EditDialog::updateIsVerifyClientCertFieldsVisibility);
     updatePasswordVisibility();
     updateSSLFieldsVisibility();
@@ -139,10 +139,10 @@ void ServiceIEC61850EditDialog::clearData()
     for (TextField *field : {m_name, m_port, m_password, m_serverKeyPassword}) {
         field->clear();
     }
-    m_authentication->box()->clear();
-    m_ssl->box()->setChecked(true); // and off again, so that the dependent fields follow whatever it was
-    m_ssl->box()->setChecked(false);
-    m_verify->box()->setChecked(false);
+    m_authentication->list()->clear();
+    m_ssl->check()->setChecked(true); // and off again, so that the dependent fields follow whatever it was
+    m_ssl->check()->setChecked(false);
+    m_verify->check()->setChecked(false);
 }
 
 void ServiceIEC61850EditDialog::updateSSLFieldsVisibility()
@@ -152,7 +152,7 @@ void ServiceIEC61850EditDialog::updateSSLFieldsVisibility()
         field->setLive(ssl);
     }
     m_serverKeyPassword->setEnabled(ssl);
-    m_authentication->box()->setEnabled(!ssl);
+    m_authentication->list()->setEnabled(!ssl);
     m_password->setEnabled(!ssl);
     updateIsVerifyClientCertFieldsVisibility();
 }

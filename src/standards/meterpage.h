@@ -21,7 +21,7 @@ public:
     // The labels of the fields are that many pixels wide, less the page's margin.
     MeterPage(int labelWidth, QWidget *parent);
 
-    QComboBox *version() const { return m_version->box(); }
+    QComboBox *version() const { return m_version->list(); }
     // Null if it is gone.
     QTableWidget *table() const;
 

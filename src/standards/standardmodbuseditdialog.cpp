@@ -44,7 +44,7 @@ standardModbusEditDialog::standardModbusEditDialog(QStandardItem *item, Workspac
 {
     setWindowTitle(tr("Edit Standard"));
     setContent(buildContent(), {&m_identity, &m_network, &m_serial, &m_trigger, &m_stored});
-    connect(m_link->box(), &QComboBox::currentTextChanged, this,
+    connect(m_link->list(), &QComboBox::currentTextChanged, this,
             &standardModbusEditDialog::onProtocolChanged);
     onProtocolChanged(m_link->text());
 }
@@ -79,15 +79,15 @@ QWidget *standardModbusEditDialog::buildContent()
 
 QWidget *standardModbusEditDialog::buildIdentity(QVBoxLayout *column)
 {
-    auto *box = new QGroupBox(column->parentWidget());
-    box->setStyleSheet(QStringLiteral("QGroupBox { border: none; }"));
-    column->addWidget(box);
-    m_identity.setLayout(new QFormLayout(box));
+    auto *frame = new QGroupBox(column->parentWidget());
+    frame->setStyleSheet(QStringLiteral("QGroupBox { border: none; }"));
+    column->addWidget(frame);
+    m_identity.setLayout(new QFormLayout(frame));
     m_name = m_identity.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"));
     m_identity.add<ListField>(standardProtocolRole, tr("Protocol:"))->entries({Protocols::modbus});
     m_link = m_identity.add<ListField>(standardModbusModeRole, tr("Modbus:"))
                  ->entries({Protocols::modbusTcp, Protocols::modbusRtu});
-    return box;
+    return frame;
 }
 
 void standardModbusEditDialog::alignFields(const QWidget *identity)
@@ -97,11 +97,11 @@ void standardModbusEditDialog::alignFields(const QWidget *identity)
          QVector<const FieldGroup *>{&m_identity, &m_network, &m_serial, &m_trigger}) {
         widest = qMax(widest, fields->labelWidth());
     }
-    const auto inset = [](const QWidget *box) {
-        return box->contentsMargins().left() + box->layout()->contentsMargins().left();
+    const auto inset = [](const QWidget *frame) {
+        return frame->contentsMargins().left() + frame->layout()->contentsMargins().left();
     };
     // The fields in the two frames begin furthest in; the labels of the others make up for it.
-    m_fieldColumn = widest + inset(m_network.box());
+    m_fieldColumn = widest + inset(m_network.frame());
     m_identity.setLabelWidth(m_fieldColumn - inset(identity));
     m_network.setLabelWidth(widest);
     m_serial.setLabelWidth(widest);
@@ -149,8 +149,8 @@ void standardModbusEditDialog::deleteTab(int index)
 
 void standardModbusEditDialog::onProtocolChanged(QString protocol)
 {
-    m_network.box()->setVisible(protocol == Protocols::modbusTcp);
-    m_serial.box()->setVisible(protocol == Protocols::modbusRtu);
+    m_network.frame()->setVisible(protocol == Protocols::modbusTcp);
+    m_serial.frame()->setVisible(protocol == Protocols::modbusRtu);
 }
 
 ParameterTable *standardModbusEditDialog::currentTable() const

@@ -45,14 +45,14 @@ void standardOPCUAEditDialog::addConnection()
                                                                    "Username and password verification"))});
     m_username = fields().add<TextField>(standardUsernameRole, tr("User Name:"));
     m_password = fields().add<TextField>(standardPasswordRole, tr("Password:"))->password();
-    connect(m_authentication->box(), qOverload<int>(&QComboBox::currentIndexChanged), this,
+    connect(m_authentication->list(), qOverload<int>(&QComboBox::currentIndexChanged), this,
             &standardOPCUAEditDialog::updateUserVisibility);
     updateUserVisibility();
 }
 
 void standardOPCUAEditDialog::updateUserVisibility()
 {
-    const bool named = m_authentication->box()->currentIndex() > 0;
+    const bool named = m_authentication->list()->currentIndex() > 0;
     m_username->setVisible(named);
     m_password->setVisible(named);
 }

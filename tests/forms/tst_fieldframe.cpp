@@ -32,7 +32,7 @@ void TestFieldFrame::hiddenFrameIsErasedAndAShownOneSaved()
     QStandardItem item;
     frame.save(&item);
     QCOMPARE(item.data(stationRole), QVariant("12"));
-    frame.box()->hide();
+    frame.frame()->hide();
     frame.save(&item);
     QCOMPARE(item.data(stationRole), QVariant());
 }
@@ -59,7 +59,7 @@ void TestFieldFrame::frameMayBeRefilledOnlyWhileVisible()
     frame.build(column, QString());
     const auto *station = frame.add<TextField>(stationRole, "station", "Station:");
     form.show();
-    frame.box()->setVisible(shown);
+    frame.frame()->setVisible(shown);
     QStandardItem item;
     item.setData("12", stationRole);
     frame.refill(&item);

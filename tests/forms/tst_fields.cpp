@@ -242,7 +242,7 @@ void TestFields::sourceTextsGoByTheFormsClass()
     QCOMPARE(source->label()->text(), "Test L:");
     QCOMPARE(source->text(), "a");
     QCOMPARE(ready->label()->text(), "R:");
-    QCOMPARE(codes->box()->currentText(), "Test c");
+    QCOMPARE(codes->list()->currentText(), "Test c");
 }
 
 void TestFields::flagIsTakenAsBooleanAndAsText_data()
@@ -327,7 +327,7 @@ void TestFields::labelGoesWithItsField()
     page.parity->disabled();
     QVERIFY(page.secret->edit()->isHidden() && page.secret->label()->isHidden());
     QVERIFY(!page.clock->edit()->isEnabled() && !page.clock->label()->isEnabled());
-    QVERIFY(!page.parity->box()->isEnabled() && page.parity->label()->isEnabled());
+    QVERIFY(!page.parity->list()->isEnabled() && page.parity->label()->isEnabled());
 }
 
 void TestFields::pagesAddUpToOneGroupWithOneValidatorACheck()
