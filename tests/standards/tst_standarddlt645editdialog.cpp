@@ -41,6 +41,8 @@ private slots:
     void storedRowsAreAppliedByPosition();
     void unknownEditionIsTheNewer();
     void tabWithoutRowsKeepsItsSettings();
+    void tabWithoutOneOfItsInputsIsLeftOut_data();
+    void tabWithoutOneOfItsInputsIsLeftOut();
     void controlWClosesTheCurrentTab();
     void replaceItemSelectsOtherEntries();
     void slaveAddressTakesHexadecimalDigitsOnly();
@@ -301,6 +303,27 @@ void TestStandardDLT645EditDialog::tabWithoutRowsKeepsItsSettings()
     form.loadTab("Modbus-1", {});
     QCOMPARE(edit(form, "slaveAddressEdit")->text(), "12");
     QCOMPARE(form.findChild<QTableWidget *>()->rowCount(), 30);
+}
+
+void TestStandardDLT645EditDialog::tabWithoutOneOfItsInputsIsLeftOut_data()
+{
+    QTest::addColumn<QString>("input");
+    QTest::newRow("address") << "slaveAddressEdit";
+    QTest::newRow("edition") << "protocolVersionComboBox";
+}
+
+void TestStandardDLT645EditDialog::tabWithoutOneOfItsInputsIsLeftOut()
+{
+    QFETCH(QString, input);
+    standardDLT645EditDialog form(m_item, m_workspace);
+    RUN(show(form));
+    form.addTab();
+    form.addTab();
+    const QStringList titles = tabsOf(form);
+    delete form.findChild<QTabWidget *>()->widget(0)->findChild<QWidget *>(input);
+    form.loadTab(titles.first(), {{"12", "DLT645_1997"}});
+    form.saveChanges();
+    QCOMPARE(groupsOf(m_item).keys(), titles.mid(1));
 }
 
 void TestStandardDLT645EditDialog::controlWClosesTheCurrentTab()
