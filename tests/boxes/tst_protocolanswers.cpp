@@ -106,7 +106,7 @@ void TestProtocolAnswers::heartbeatAnswer_data()
     QTest::addColumn<QString>("version"); // null: nothing is shown
 
     QTest::newRow("good") << answer << "1.2.3";
-    QTest::newRow("empty texts") << hex("12 34 02 00 0b 00 00 00 00 56 78") << QString(QLatin1String(""));
+    QTest::newRow("empty texts") << hex("12 34 02 00 0b 00 00 00 00 56 78") << QString("");
     QTest::newRow("length too large") << hex("12 34 02 00 0c 00 00 00 00 56 78") << QString();
     QTest::newRow("version past the footer") << hex("12 34 02 00 0b 00 04 00 00 56 78") << QString();
     QTest::newRow("one byte") << hex("12") << QString();

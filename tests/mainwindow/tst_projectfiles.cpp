@@ -290,7 +290,7 @@ void TestProjectFiles::cursorWaitsDuringTheWork_data()
     QTest::addColumn<bool>("told");
 
     const QVector<bool> once{true};
-    QTest::newRow("saved") << QString(QLatin1String("")) << QString() << once << true;
+    QTest::newRow("saved") << QString("") << QString() << once << true;
     QTest::newRow("save failed") << "/not/there" << QString() << once << false;
     // A loaded document tells its name and its description.
     QTest::newRow("loaded") << QString() << "good.json" << QVector<bool>{true, true} << true;

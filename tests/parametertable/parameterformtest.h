@@ -13,7 +13,7 @@
 enum Column { Address, Name, Type, Length, Permissions, Method, Amplitude, Collection, Write, Button };
 
 inline QVariantList plcRow(const QString &address, const QString &name, const QString &method = "Timed",
-                           const QString &amplitude = QString(QLatin1String("")))
+                           const QString &amplitude = QString(""))
 {
     return {address, name, "int16", "1", "r", method, amplitude, "X*2", "X/2"};
 }

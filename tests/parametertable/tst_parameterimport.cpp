@@ -88,7 +88,7 @@ void TestParameterImport::exportedFileImportsUnchanged()
     QCOMPARE(Files::contents("again.csv"), exported);
     RowList withButtonField = rows;
     for (QVariantList &each : withButtonField) {
-        each.append(QString(QLatin1String("")));
+        each.append(QString(""));
     }
     QCOMPARE(m_table->rows(), withButtonField);
     QCOMPARE(m_workspace->messages, QStringList());

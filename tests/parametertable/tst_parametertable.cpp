@@ -176,7 +176,7 @@ void TestParameterTable::storedMethodIsShownTranslated()
 void TestParameterTable::fieldUnderTheButtonStaysInTheRow()
 {
     QVariantList row = plcRow("1", "a");
-    row.append(QString(QLatin1String("")));
+    row.append(QString(""));
     m_form->loadParameters({row});
     QCOMPARE(m_table->rows(), RowList{row});
     QVERIFY(qobject_cast<QPushButton *>(m_table->cellWidget(0, Button)));

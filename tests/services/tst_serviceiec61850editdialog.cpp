@@ -137,7 +137,7 @@ void TestServiceIEC61850EditDialog::storedFlagsAreShown_data()
     QTest::newRow("text false, as loaded") << QVariant("false") << false << false;
     QTest::newRow("boolean true, as saved") << QVariant(true) << true << true;
     QTest::newRow("boolean false, as saved") << QVariant(false) << false << false;
-    QTest::newRow("empty text") << QVariant(QString(QLatin1String(""))) << false << false;
+    QTest::newRow("empty text") << QVariant(QString("")) << false << false;
 }
 
 void TestServiceIEC61850EditDialog::storedFlagsAreShown()

@@ -314,7 +314,7 @@ void TestStandardTableForms::withoutAWindowNothingIsTold()
     form->validateName(1, kind.name);
     form->saveChanges();
     QCOMPARE(rowsOf(*m_item, standardDatasRole),
-             (RowList{kind.row, named(kind.row, kind.name, QString(QLatin1String("")))}));
+             (RowList{kind.row, named(kind.row, kind.name, QString(""))}));
 }
 
 void TestStandardTableForms::writesItsOperationsToTheLog()
