@@ -41,6 +41,7 @@ private slots:
     }
     void model()
     {
+        setModelsChecked(true); // also where it is off by default
         // Tells of a row that never comes.
         class Model : public QStandardItemModel
         {

@@ -47,7 +47,7 @@ private:
     // A Modbus table that is high enough for eight rows and has 200.
     void makeManyRows()
     {
-        leaveModelsUnchecked();
+        setModelsChecked(false);
         make(ParameterVariant::modbus());
         RowList rows;
         for (int row = 0; row < 200; ++row) {
@@ -247,7 +247,7 @@ void TestParameterTable::fillingRaisesNoMessage()
 
 void TestParameterTable::twoThousandRowsAreHandledInOneGo()
 {
-    leaveModelsUnchecked();
+    setModelsChecked(false);
     make(ParameterVariant::modbus());
     RowList rows;
     for (int row = 0; row < 2000; ++row) {

@@ -414,7 +414,7 @@ void TestPointFields::clearDataEmptiesTheForm()
 void TestPointFields::thousandPointsComeBack()
 {
     FETCH_FORM;
-    leaveModelsUnchecked();
+    setModelsChecked(false);
     RowList stored;
     for (int number = 0; number < 1000; ++number) {
         stored.append(pointRow(source, QString("p%1").arg(number), row.pointCodes.at(number % 2)));

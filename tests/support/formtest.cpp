@@ -15,9 +15,9 @@ namespace {
 
 // The check walks the whole model at each change, which the sanitizer slows down to minutes.
 #ifdef __SANITIZE_ADDRESS__
-constexpr bool checksModels = false;
+constexpr bool checksModelsByDefault = false;
 #else
-constexpr bool checksModels = true;
+constexpr bool checksModelsByDefault = true;
 #endif
 
 bool isCell(const QWidget *widget)
@@ -50,7 +50,7 @@ void FormTest::init()
     m_messages = &m_surroundings->messages;
     m_dialogs = &m_surroundings->dialogs;
     m_item = addItem(m_name);
-    m_checksModels = checksModels;
+    m_checksModels = checksModelsByDefault;
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     qApp->installEventFilter(this);
 }

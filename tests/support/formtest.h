@@ -67,8 +67,8 @@ protected:
     QStandardItem *addItem(const QString &name);
     void removeItems();
 
-    // For a test with so many rows that checking the model at each change takes minutes.
-    void leaveModelsUnchecked() { m_checksModels = false; }
+    // From init() to cleanup(). Checking a model of many rows at each change takes minutes.
+    void setModelsChecked(bool checked) { m_checksModels = checked; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
