@@ -24,6 +24,10 @@ if(MARLINGATE_SANITIZE)
     $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/tests/support/sanitizers.cpp>)
 endif()
 
+if(MARLINGATE_PRECOMPILE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(marlingate_options INTERFACE -fpch-preprocess)
+endif()
+
 if(MARLINGATE_COVERAGE)
   target_compile_options(marlingate_options INTERFACE --coverage)
   target_link_options(marlingate_options INTERFACE --coverage)

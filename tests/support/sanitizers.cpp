@@ -1,15 +1,18 @@
 // What the sanitizers do in every program that is built with them. Variables such as ASAN_OPTIONS change
-// single options of it. A target adds its own in ASAN_MORE, which begins with a colon.
+// single options of it. A target adds its own in ASAN_MORE and ASAN_UNWINDING, which begin with a colon.
 
 #ifndef ASAN_MORE
 #define ASAN_MORE ""
+#endif
+#ifndef ASAN_UNWINDING
+#define ASAN_UNWINDING ""
 #endif
 
 extern "C" {
 
 const char *__asan_default_options()
 {
-    return "detect_leaks=1:strict_string_checks=1" ASAN_MORE;
+    return "detect_leaks=1:strict_string_checks=1" ASAN_MORE ASAN_UNWINDING;
 }
 
 const char *__ubsan_default_options()
