@@ -1,6 +1,7 @@
 #include "boxes/boxsearchdialog.h"
 
 #include "log/activitylog.h"
+#include "widgets/combobox.h"
 #include "widgets/tablecopy.h"
 #include "widgets/tell.h"
 
@@ -13,7 +14,7 @@
 BoxSearchDialog::BoxSearchDialog(QWidget *parent)
     : QDialog(parent)
     , m_list(new QListWidget(this))
-    , m_interfaces(new QComboBox(this))
+    , m_interfaces(new ComboBox(this))
     , m_search(new BoxSearch([this] { return m_interfaces->currentData().value<QNetworkInterface>(); }, this))
 {
     setWindowTitle(tr("Search Box"));

@@ -3,6 +3,7 @@
 #include "boxes/boxeditdialog.h"
 #include "boxlink/filetransfer.h"
 #include "forms/formpage.h"
+#include "widgets/combobox.h"
 
 #include <QComboBox>
 #include <QHostAddress>
@@ -13,7 +14,7 @@
 
 HostAddressDialog::HostAddressDialog(const QString &current, QWidget *parent)
     : QDialog(parent)
-    , m_address(new QComboBox(this))
+    , m_address(new ComboBox(this))
 {
     setWindowTitle(BoxEditDialog::tr("Select Host Address"));
     setMinimumSize(350, 100);

@@ -12,8 +12,8 @@ public:
     explicit EditForm(QWidget *parent = nullptr);
 
 public slots:
-    // Swallows the wheel over each list that the form is installed on as a filter: the wheel is to scroll the
-    // form or its table, and must not change a value on the way. May be called by name.
+    // Keeps the wheel from each list that the form is installed on as a filter, whether it has the focus or
+    // not: the wheel scrolls the form or its table. May be called by name.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:

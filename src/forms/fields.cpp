@@ -2,6 +2,7 @@
 
 #include "forms/fieldgroup.h"
 #include "model/projecttree.h"
+#include "widgets/combobox.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -96,7 +97,7 @@ void TextField::show(const QVariant &value)
 }
 
 ListField::ListField(FieldGroup &group, int role, const char *name, const QString &label)
-    : FormField(group, role, name, label, new QComboBox(group.page()))
+    : FormField(group, role, name, label, new ComboBox(group.page()))
 {
 }
 
@@ -172,7 +173,7 @@ bool ListField::select(const QString &text)
 }
 
 CodedField::CodedField(FieldGroup &group, int role, const char *name, const QString &label)
-    : FormField(group, role, name, label, new QComboBox(group.page()))
+    : FormField(group, role, name, label, new ComboBox(group.page()))
     , m_group(group)
 {
 }

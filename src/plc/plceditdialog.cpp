@@ -4,6 +4,7 @@
 #include "model/itemroles.h"
 #include "parametertable/parametertable.h"
 #include "plc/plcfields.h"
+#include "widgets/combobox.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -116,7 +117,7 @@ void PLCEditDialog::addParameterList(QVBoxLayout *column)
     PlcFields::addNumber(m_trigger, plcCollectionIntervalRole,
                          QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"));
     // Its one entry is not stored.
-    auto *trigger = new QComboBox(frame);
+    auto *trigger = new ComboBox(frame);
     trigger->setObjectName(QStringLiteral("trigger"));
     trigger->addItem(tr("Timed Loops"));
     FormPage::putBeforeField(form, 0, trigger);

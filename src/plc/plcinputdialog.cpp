@@ -3,6 +3,7 @@
 #include "definitions/plccatalogue.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
+#include "widgets/combobox.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -14,8 +15,8 @@
 PLCInputDialog::PLCInputDialog(QWidget *parent)
     : QDialog(parent)
     , m_name(new QLineEdit(this))
-    , m_manufacturer(new QComboBox(this))
-    , m_protocol(new QComboBox(this))
+    , m_manufacturer(new ComboBox(this))
+    , m_protocol(new ComboBox(this))
 {
     setWindowTitle(tr("Add PLC"));
     setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/PLC (2).png")));

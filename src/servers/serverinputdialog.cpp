@@ -4,6 +4,7 @@
 #include "forms/formpage.h"
 #include "forms/validators.h"
 #include "log/activitylog.h"
+#include "widgets/combobox.h"
 #include "widgets/tell.h"
 
 #include <QComboBox>
@@ -26,7 +27,7 @@ ServerInputDialog::ServerInputDialog(QWidget *parent)
     : QDialog(parent)
     , m_name(makeEdit("name"))
     , m_description(makeEdit("description"))
-    , m_protocol(new QComboBox(this))
+    , m_protocol(new ComboBox(this))
     , m_ip(makeEdit("ip", hostNameValidator(this)))
     , m_port(makeEdit("port", portValidator(this)))
     , m_domain(makeEdit("domainName", hostNameValidator(this)))

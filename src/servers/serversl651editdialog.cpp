@@ -3,6 +3,7 @@
 #include "definitions/protocols.h"
 #include "definitions/sl651elements.h"
 #include "model/itemroles.h"
+#include "widgets/combobox.h"
 #include "widgets/tell.h"
 
 #include <QComboBox>
@@ -94,7 +95,7 @@ void ServerSL651EditDialog::validateCentralStationAddress()
 
 QWidget *ServerSL651EditDialog::makeCodeCell(const QString &code, QWidget *parent)
 {
-    auto *list = new QComboBox(parent);
+    auto *list = new ComboBox(parent);
     // The cell gives the width: measuring every label for every row takes a second for a thousand points.
     list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     // Of this row alone, since entries may be added to a list.

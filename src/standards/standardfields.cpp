@@ -2,6 +2,7 @@
 
 #include "forms/formpage.h"
 #include "model/itemroles.h"
+#include "widgets/combobox.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -46,7 +47,7 @@ QWidget *StandardFields::makeTriggerRow(FieldGroup &fields, QWidget *parent)
                         QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"))
         ->check(integerValidator);
     // The list is between the label and the period; its one entry is not stored.
-    auto *trigger = new QComboBox(row);
+    auto *trigger = new ComboBox(row);
     trigger->setObjectName(QStringLiteral("trigger"));
     trigger->addItem(fields.translated(QT_TRANSLATE_NOOP("StandardFields", "Timed Loops")));
     FormPage::putBeforeField(form, 0, trigger);

@@ -3,6 +3,7 @@
 #include "definitions/protocols.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
+#include "widgets/combobox.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -14,7 +15,7 @@
 standardInputDialog::standardInputDialog(QWidget *parent)
     : QDialog(parent)
     , m_name(new QLineEdit(this))
-    , m_protocol(new QComboBox(this))
+    , m_protocol(new ComboBox(this))
 {
     setWindowTitle(tr("Add Standard"));
     setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/standard.svg")));

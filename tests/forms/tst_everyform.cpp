@@ -19,11 +19,13 @@
 #include "standards/standardmodbuseditdialog.h"
 #include "standards/standardopcuaeditdialog.h"
 
+#include <QAbstractSpinBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTableWidget>
 
@@ -51,6 +53,8 @@ private slots:
     void replacedItemIsLeftAlone();
     void clearingLeavesTheItemAlone();
     void wheelLeavesListsInTablesAlone();
+    void wheelScrollsThePageOverAList();
+    void wheelChangesTheListInUse();
     void rolesOfTheWrongTypeDoNoHarm();
     void writesItsLifeToTheLog();
 
@@ -118,6 +122,13 @@ QVector<int> rolesOfTheKind()
         }
     }
     return roles;
+}
+
+// Over the cells of a table the wheel scrolls that.
+bool isOnPage(const QWidget *widget)
+{
+    const QWidget *viewport = widget->parentWidget();
+    return widget->isVisible() && !qobject_cast<const QAbstractItemView *>(viewport->parentWidget());
 }
 
 } // namespace
@@ -320,6 +331,49 @@ void TestEveryForm::wheelLeavesListsInTablesAlone()
         }
     }
     QCOMPARE(hasLists, find<QPushButton>(*form, "addButton") != nullptr);
+}
+
+// In a tab that is too low for any form, so that there is something to scroll.
+void TestEveryForm::wheelScrollsThePageOverAList()
+{
+    const auto form = open();
+    for (const char *name : {"addTabButton", "addButton"}) {
+        if (auto *button = find<QPushButton>(*form, name)) {
+            button->click();
+        }
+    }
+    RUN(show(*form));
+    form->setFixedSize(520, 200);
+    QScrollBar *bar = form->findChild<QScrollArea *>()->verticalScrollBar();
+    QTRY_VERIFY(bar->maximum() > 0);
+    edit(*form, "name")->setFocus();
+    const auto lists = form->findChildren<QComboBox *>();
+    QVERIFY(!lists.isEmpty());
+    for (QComboBox *each : lists) {
+        const int before = each->currentIndex();
+        bar->setValue(0);
+        turnWheel(each);
+        QCOMPARE(each->currentIndex(), before);
+        QVERIFY2(bar->value() > 0 || !isOnPage(each), qPrintable(each->objectName()));
+        QVERIFY2(!each->hasFocus(), qPrintable(each->objectName()));
+    }
+    const auto numbers = form->findChildren<QAbstractSpinBox *>();
+    QVERIFY(numbers.isEmpty()); // which would turn below the wheel, too
+}
+
+void TestEveryForm::wheelChangesTheListInUse()
+{
+    const auto form = open();
+    RUN(show(*form));
+    const auto lists = form->findChildren<QComboBox *>();
+    for (QComboBox *each : lists) {
+        if (each->isVisible() && each->isEnabled() && each->count() > 1) {
+            each->setCurrentIndex(0);
+            each->setFocus();
+            turnWheel(each);
+            QCOMPARE(each->currentIndex(), 1);
+        }
+    }
 }
 
 // Texts, numbers and lists, whichever a role is to hold.

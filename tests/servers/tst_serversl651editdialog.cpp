@@ -227,9 +227,11 @@ void TestServerSL651EditDialog::wheelChangesNoCode()
     code(form, 0)->setCurrentIndex(5);
     QComboBox *station = list(form, "remoteStationType");
     station->setCurrentIndex(5);
+    code(form, 0)->setFocus();
     turnWheel(code(form, 0));
-    turnWheel(station);
     QCOMPARE(code(form, 0)->currentIndex(), 5);
+    station->setFocus();
+    turnWheel(station);
     QCOMPARE(station->currentIndex(), 6); // only what scrolls away is kept from turning
     QTest::keyClick(code(form, 0), Qt::Key_Down);
     QCOMPARE(code(form, 0)->currentIndex(), 6);

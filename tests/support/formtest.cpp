@@ -117,7 +117,8 @@ void FormTest::turnWheel(QWidget *widget)
     const QPointF place = widget->rect().center();
     QWheelEvent wheel(place, widget->mapToGlobal(place.toPoint()), QPoint(), QPoint(0, -120), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(widget, &wheel);
+    QSpontaneKeyEvent::setSpontaneous(&wheel); // else it would not go on to what scrolls
+    qApp->notify(widget, &wheel);
 }
 
 void FormTest::show(QWidget &form)

@@ -37,7 +37,7 @@ public:
     static void click(const QWidget &form, const QByteArray &button);
     // Types into the emptied input, letter by letter, whatever the keyboard has.
     static void typeInto(QLineEdit *edit, const QString &text);
-    // By one notch over the widget.
+    // By one notch towards the user, over the widget, as the window system tells it.
     static void turnWheel(QWidget *widget);
     static void show(QWidget &form);
 
