@@ -3,12 +3,13 @@
 #include "forms/formpage.h"
 #include "log/activitylog.h"
 #include "model/workspace.h"
+#include "widgets/quietline.h"
 
 #include <QCoreApplication>
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QStandardItem>
+#include <QStandardItemModel>
 #include <QVBoxLayout>
 
 DefinitionForm::DefinitionForm(const Names &names, QStandardItem *item, Workspace *workspace, QWidget *parent)
@@ -17,7 +18,11 @@ DefinitionForm::DefinitionForm(const Names &names, QStandardItem *item, Workspac
     , m_item(item)
     , m_workspace(workspace)
     , m_column(new QVBoxLayout(this))
+    , m_owner(new QuietLine(this))
 {
+    m_owner->setObjectName(QStringLiteral("owner"));
+    m_column->addWidget(m_owner);
+    followOwner();
 }
 
 DefinitionForm::~DefinitionForm()
@@ -47,7 +52,11 @@ void DefinitionForm::cancel()
 
 void DefinitionForm::replaceItem(QStandardItem *item)
 {
+    if (item != this->item()) {
+        m_owner->highlight();
+    }
     m_item = ItemRef(item);
+    followOwner();
     for (FormPart *part : qAsConst(m_parts)) {
         part->refill(item);
     }
@@ -76,6 +85,29 @@ void DefinitionForm::clearData()
     for (FormPart *part : qAsConst(m_parts)) {
         part->clear();
     }
+}
+
+void DefinitionForm::followOwner()
+{
+    disconnect(m_renames);
+    if (const QStandardItemModel *model = item()->model()) {
+        m_renames = connect(model, &QAbstractItemModel::dataChanged, this, &DefinitionForm::showOwner);
+    }
+    showOwner();
+}
+
+void DefinitionForm::showOwner()
+{
+    const QStandardItem *shown = item();
+    if (!shown) {
+        return; // its node has left the tree; the line says where it was
+    }
+    QStringList names;
+    for (const QStandardItem *owner = shown->parent(); owner; owner = owner->parent()) {
+        names.prepend(owner->text());
+    }
+    m_owner->setText(names.join(QStringLiteral(" · ")));
+    m_owner->setVisible(!names.isEmpty());
 }
 
 void DefinitionForm::appendMessage(const QString &line) const

@@ -6,18 +6,21 @@
 
 class QPushButton;
 class QVBoxLayout;
+class QuietLine;
 class Workspace;
 
 // Base of the forms that edit a definition of the tree: what a form is made of is in its list of parts,
-// which show the item, write it and are cleared in this order. "Save" and "Cancel" are below a page that
-// scrolls. Saving checks nothing and leaves the form open.
+// which show the item, write it and are cleared in this order. A line above them names the project and the
+// folder that hold the item. "Save" and "Cancel" are below a page that scrolls. Saving checks nothing and
+// leaves the form open.
 class DefinitionForm : public EditForm
 {
     Q_OBJECT
 public:
     ~DefinitionForm() override;
 
-    // Shows another item of the same kind; what was typed and not saved is overwritten.
+    // Shows another item of the same kind; what was typed and not saved is overwritten. The line above it
+    // shows for a moment that it is another one.
     virtual void replaceItem(QStandardItem *item);
     // Connected by the form, or by whoever opens it.
     QPushButton *saveButton() const { return m_save; }
@@ -57,10 +60,15 @@ protected:
     void log(const char *event) const;
 
 private:
+    void followOwner();
+    void showOwner();
+
     Names m_names;
     ItemRef m_item;
     Workspace *m_workspace;
     QVBoxLayout *m_column;
+    QuietLine *m_owner;                // objectName "owner"
+    QMetaObject::Connection m_renames; // of the project among them
     QPushButton *m_save = nullptr;
     QVector<FormPart *> m_parts;
 };

@@ -1,5 +1,6 @@
 #include "forms/definitionform.h"
 #include "logtail.h"
+#include "widgets/quietline.h"
 #include "workspacefake.h"
 
 #include <QLabel>
@@ -73,8 +74,16 @@ private slots:
     void otherItemMayComeWhileAPartIsSaved();
     void savingWithoutItsNodeDoesNothing();
     void writesItsLifeToTheLog();
+    void namesProjectAndFolder();
+    void namesNothingAboveTheTop();
+    void followsARenameOfTheProject();
+    void showsForAMomentThatAnotherItemCame();
 
 private:
+    // An item in a folder of a project.
+    QStandardItem *appendItem(const char *project, const char *folder);
+    static const QuietLine *ownerOf(const QWidget &form) { return form.findChild<QuietLine *>("owner"); }
+
     QStandardItemModel m_model;
     QStringList m_notes;
     WorkspaceFake m_workspace;
@@ -164,6 +173,68 @@ void TestDefinitionForm::writesItsLifeToTheLog()
     QCOMPARE(log.events(),
              (QStringList{"NotingForm: new-nuilt", "NotingForm: replace", "NotingOfOld: save",
                           "NotingForm: destroyed"}));
+}
+
+QStandardItem *TestDefinitionForm::appendItem(const char *project, const char *folder)
+{
+    auto *item = new QStandardItem("Relay");
+    auto *below = new QStandardItem(QString::fromLatin1(folder));
+    auto *top = new QStandardItem(QString::fromLatin1(project));
+    below->appendRow(item);
+    top->appendRow(below);
+    m_model.appendRow(top);
+    return item;
+}
+
+void TestDefinitionForm::namesProjectAndFolder()
+{
+    QStandardItem *here = appendItem("Riverside substation", "Standard");
+    QStandardItem *there = appendItem("North feeder", "Box");
+    NotingForm form(&m_notes, here);
+    form.show();
+    QCOMPARE(ownerOf(form)->text(), "Riverside substation · Standard");
+    QVERIFY(ownerOf(form)->isVisible());
+    QVERIFY(ownerOf(form)->y() < form.findChild<QLabel *>()->mapTo(&form, QPoint()).y());
+    form.replaceItem(there);
+    QCOMPARE(ownerOf(form)->text(), "North feeder · Box");
+    m_model.clear();
+    QCOMPARE(ownerOf(form)->text(), "North feeder · Box");
+}
+
+void TestDefinitionForm::namesNothingAboveTheTop()
+{
+    NotingForm form(&m_notes, m_model.item(0));
+    form.show();
+    QVERIFY(!ownerOf(form)->isVisible());
+    form.replaceItem(appendItem("Riverside substation", "Standard"));
+    QVERIFY(ownerOf(form)->isVisible());
+}
+
+void TestDefinitionForm::followsARenameOfTheProject()
+{
+    QStandardItem *item = appendItem("Riverside", "Standard");
+    QStandardItem *other = appendItem("North feeder", "Box");
+    NotingForm form(&m_notes, item);
+    item->parent()->parent()->setText("Riverside substation");
+    QCOMPARE(ownerOf(form)->text(), "Riverside substation · Standard");
+    form.replaceItem(other);
+    item->parent()->parent()->setText("Hillside");
+    QCOMPARE(ownerOf(form)->text(), "North feeder · Box");
+    other->parent()->parent()->setText("South feeder");
+    QCOMPARE(ownerOf(form)->text(), "South feeder · Box");
+}
+
+void TestDefinitionForm::showsForAMomentThatAnotherItemCame()
+{
+    QuietLine::moment = 50;
+    QStandardItem *item = appendItem("Riverside", "Standard");
+    NotingForm form(&m_notes, item);
+    QVERIFY(!ownerOf(form)->isHighlighted());
+    form.replaceItem(item);
+    QVERIFY(!ownerOf(form)->isHighlighted());
+    form.replaceItem(appendItem("Riverside", "Standard"));
+    QVERIFY(ownerOf(form)->isHighlighted());
+    QTRY_VERIFY(!ownerOf(form)->isHighlighted());
 }
 
 QTEST_MAIN(TestDefinitionForm)

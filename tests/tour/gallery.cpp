@@ -49,7 +49,11 @@ QStandardItem *GalleryStock::item(const char *name, const Roles &roles)
     for (const auto &role : roles) {
         made->setData(role.second, role.first);
     }
-    m_model.appendRow(made);
+    auto *folder = new QStandardItem(ProjectTree::standardFolder);
+    auto *project = new QStandardItem("Riverside substation");
+    folder->appendRow(made);
+    project->appendRow(folder);
+    m_model.appendRow(project);
     return made;
 }
 

@@ -17,7 +17,7 @@ class GalleryStock
 public:
     using Roles = QList<QPair<int, QVariant>>;
 
-    // A new item, which belongs to the stock.
+    // A new item in a folder, which belongs to the stock.
     QStandardItem *item(const char *name, const Roles &roles);
 
     WorkspaceFake workspace;

@@ -1,5 +1,7 @@
 #include "textspots.h"
 
+#include "widgets/quietline.h"
+
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
@@ -177,6 +179,9 @@ void addSpots(const QWidget *widget, Spots &spots)
 {
     if (const auto *label = qobject_cast<const QLabel *>(widget)) {
         addLabel(label, spots);
+    } else if (const auto *line = qobject_cast<const QuietLine *>(widget)) {
+        spots.append(
+            {line, line->text(), line->rect(), line->width() < line->sizeHint().width(), line->toolTip()});
     } else if (const auto *push = qobject_cast<const QPushButton *>(widget)) {
         addPushButton(push, spots);
     } else if (const auto *tool = qobject_cast<const QToolButton *>(widget)) {
