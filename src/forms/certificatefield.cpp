@@ -1,13 +1,17 @@
 #include "forms/certificatefield.h"
 
 #include "document/certificatefile.h"
+#include "forms/certificatesummary.h"
 #include "forms/formpage.h"
 #include "model/itemref.h"
 #include "widgets/choosefile.h"
+#include "widgets/quietline.h"
 #include "widgets/tell.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -24,6 +28,10 @@ CertificateField::CertificateField(const char *context, Kind kind, Definitions::
     , m_field(new QLineEdit(this))
     , m_select(FormPage::button(translated(QT_TRANSLATE_NOOP("CertificateField", "Select")),
                                 QStringLiteral(":/adsdemo/images/look.svg"), this))
+    , m_nothingRead(m_field->addAction(QIcon(QStringLiteral(":/adsdemo/images/nothing-read.svg")),
+                                       QLineEdit::LeadingPosition))
+    , m_clear(m_field->addAction(QIcon(QStringLiteral(":/adsdemo/images/cancel.svg")),
+                                 QLineEdit::TrailingPosition))
 {
     const QString name = QString::fromLatin1(Definitions::valueOf(definition, contentRole).key);
     m_field->setObjectName(name + QStringLiteral("Path"));
@@ -34,6 +42,12 @@ CertificateField::CertificateField(const char *context, Kind kind, Definitions::
     row->addWidget(m_field);
     row->addWidget(m_select);
     connect(m_select, &QPushButton::clicked, this, &CertificateField::selectFile);
+    m_nothingRead->setText(
+        translated(QT_TRANSLATE_NOOP("CertificateField", "Nothing was read from this file")));
+    m_clear->setText(translated(QT_TRANSLATE_NOOP("CertificateField", "Clear path and content (Delete)")));
+    connect(m_clear, &QAction::triggered, this, &CertificateField::clear);
+    m_field->installEventFilter(this); // no shortcut: line edits claim the key, read-only ones too
+    showSummary();
 }
 
 QLabel *CertificateField::makeLabel(const QString &text)
@@ -103,7 +117,45 @@ void CertificateField::keep(const QString &path, const QString &content)
     m_path = path;
     m_content = content;
     m_field->setText(path);
-    m_field->setToolTip(path); // often longer than its field
+    showSummary();
+}
+
+void CertificateField::showSummary()
+{
+    m_nothingRead->setVisible(!m_path.isEmpty() && m_content.isEmpty());
+    m_clear->setVisible(!m_path.isEmpty() || !m_content.isEmpty());
+    // With the path, which is often longer than its field.
+    QStringList lines{m_path, summaryText()};
+    lines.removeAll(QString());
+    m_field->setToolTip(plainToolTip(lines.join(QLatin1Char('\n'))));
+    m_field->setAccessibleDescription(summaryText());
+}
+
+QString CertificateField::summaryText() const
+{
+    const CertificateSummary summary = summaryOf(m_content);
+    switch (summary.kind) {
+    case CertificateSummary::Nothing:
+        return m_path.isEmpty() ? QString() : m_nothingRead->text();
+    case CertificateSummary::Certificate:
+        return translated(QT_TRANSLATE_NOOP("CertificateField", "Certificate of %1, valid until %2"))
+            .arg(summary.subject, summary.validUntil.toString(Qt::ISODate));
+    case CertificateSummary::Key:
+        return translated(QT_TRANSLATE_NOOP("CertificateField", "Private key of %1 bits"))
+            .arg(summary.keyBits);
+    case CertificateSummary::Unknown:
+        break;
+    }
+    return translated(QT_TRANSLATE_NOOP("CertificateField", "%1 bytes were read")).arg(summary.size);
+}
+
+bool CertificateField::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Delete) {
+        clear();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void CertificateField::selectFile()

@@ -6,14 +6,16 @@
 #include <QString>
 #include <QWidget>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 class QStandardItem;
 
 // A certificate or key in a form: the path of its file, shown only, and "Select", which reads the file. The
-// item keeps the path and the content that was read from there. Its texts are in the shared context
-// CertificateField.
+// item keeps the path and the content that was read from there. The tool tip of the path says what was read;
+// a path without content is marked. The cross in the field, or the key "Delete", clears both. Its texts are
+// in the shared context CertificateField.
 class CertificateField : public QWidget, public FormPart
 {
     Q_OBJECT
@@ -40,10 +42,14 @@ public:
     // Keeps and shows nothing.
     void clear() override;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     QString translated(const char *source) const;
     void warnOfOtherPath();
     void keep(const QString &path, const QString &content);
+    void showSummary();
+    QString summaryText() const;
     void selectFile();
 
     const char *m_context;
@@ -54,6 +60,8 @@ private:
     QLabel *m_label = nullptr;
     QLineEdit *m_field;
     QPushButton *m_select;
+    QAction *m_nothingRead; // the mark
+    QAction *m_clear;
     QString m_path;
     QString m_content;
 };

@@ -937,6 +937,26 @@
         <source>Failed to open file: %1</source>
         <translation>无法打开文件：%1</translation>
     </message>
+    <message>
+        <source>Nothing was read from this file</source>
+        <translation>未从此文件读入任何内容</translation>
+    </message>
+    <message>
+        <source>Clear path and content (Delete)</source>
+        <translation>清除路径和内容（Delete）</translation>
+    </message>
+    <message>
+        <source>Certificate of %1, valid until %2</source>
+        <translation>%1 的证书，有效期至 %2</translation>
+    </message>
+    <message>
+        <source>Private key of %1 bits</source>
+        <translation>%1 位私钥</translation>
+    </message>
+    <message>
+        <source>%1 bytes were read</source>
+        <translation>已读入 %1 字节</translation>
+    </message>
 </context>
 <context>
     <name>DefinitionForm</name>

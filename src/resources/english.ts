@@ -935,6 +935,26 @@
         <source>Failed to open file: %1</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Nothing was read from this file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clear path and content (Delete)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Certificate of %1, valid until %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Private key of %1 bits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 bytes were read</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>DefinitionForm</name>

@@ -67,6 +67,7 @@ void TestResources::drawsEverySvg_data()
         "edit-1.svg",
         "look.svg",
         "message.svg",
+        "nothing-read.svg",
         "ok.svg",
         "onenet.svg",
         "photo.svg",

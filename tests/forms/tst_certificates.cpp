@@ -4,11 +4,13 @@
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standardopcuaeditdialog.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTimer>
+#include <QToolButton>
 
 // The certificates and keys of the two forms that have some: a file is chosen, shown by its path and stored
 // with its content. Whatever dies below a dialog or a message is not touched afterwards.
@@ -26,6 +28,9 @@ private slots:
     void selectedFileIsSavedWithItsContent();
     void cancelLeavesTheItemAlone();
     void fileThatCannotBeOpenedLeavesItsPath();
+    void tellsWhatWasRead();
+    void clearsPathAndContent_data();
+    void clearsPathAndContent();
     void otherPathEmptiesBothRoles();
     void formMayDieBelowItsFileDialog();
     void formMayDieBelowTheMessageOfItsPath();
@@ -48,6 +53,10 @@ const char *const certificateMessage =
 const char *const keyMessage =
     "Warning|The key storage path is inconsistent with the loading path.Please select "
     "the key again.Prevent data loss.";
+
+// Of the actions in the field of a path.
+constexpr int markPlace = 0;
+constexpr int clearPlace = 1;
 
 struct Field {
     const char *form;
@@ -133,7 +142,7 @@ void TestCertificates::selectedFileIsSavedWithItsContent()
     const auto form = open();
     choose(*form, take(path));
     QCOMPARE(pathOf(*form)->text(), path);
-    QCOMPARE(pathOf(*form)->toolTip(), path);
+    QCOMPARE(pathOf(*form)->toolTip(), path + "\n13 bytes were read");
     choose(*form, [](QWidget *dialog) { dialog->close(); });
     QCOMPARE(pathOf(*form)->text(), path);
     QCOMPARE(m_item->data(field().pathRole), QVariant());
@@ -171,6 +180,63 @@ void TestCertificates::fileThatCannotBeOpenedLeavesItsPath()
     form->saveChanges();
     QCOMPARE(m_item->data(field().pathRole), QVariant(path));
     QCOMPARE(m_item->data(field().contentRole), QVariant(QString()));
+}
+
+// A file of another ending is read as nothing: its path is marked, as that of a file that is gone.
+void TestCertificates::tellsWhatWasRead()
+{
+    m_item->setData("/some/<b>where</b>/root.pem", field().pathRole);
+    m_item->setData("-----PEM-----", field().contentRole);
+    const auto form = open();
+    const auto isShown = [&form](int place) { return pathOf(*form)->actions().at(place)->isVisible(); };
+    QVERIFY(pathOf(*form)->toolTip().contains("/&lt;b&gt;where&lt;/b&gt;/")); // no mark-up
+    QVERIFY(!isShown(markPlace));
+    QVERIFY(isShown(clearPlace));
+
+    const QString path = Files::put("client.txt", "x");
+    choose(*form, take(path));
+    QCOMPARE(pathOf(*form)->text(), path);
+    QCOMPARE(pathOf(*form)->toolTip(), path + "\nNothing was read from this file");
+    QCOMPARE(pathOf(*form)->accessibleDescription(), "Nothing was read from this file");
+    QVERIFY(isShown(markPlace));
+
+    form->replaceItem(addItem("Empty"));
+    QCOMPARE(pathOf(*form)->toolTip(), QString());
+    QVERIFY(!isShown(markPlace));
+    QVERIFY(!isShown(clearPlace));
+}
+
+void TestCertificates::clearsPathAndContent_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("cross") << false;
+    QTest::newRow("key") << true;
+}
+
+void TestCertificates::clearsPathAndContent()
+{
+    QFETCH(bool, byKey);
+    for (const Field &each : fields) {
+        m_item->setData("/kept", each.pathRole);
+        m_item->setData("kept", each.contentRole);
+    }
+    const auto form = open();
+    RUN(show(*form));
+    if (byKey) {
+        QTest::keyClick(pathOf(*form), Qt::Key_Delete);
+    } else {
+        const auto buttons = pathOf(*form)->findChildren<QToolButton *>();
+        QTest::mouseClick(buttons.last(), Qt::LeftButton);
+    }
+    QCOMPARE(pathOf(*form)->text(), QString());
+    QCOMPARE(m_item->data(field().contentRole), QVariant("kept")); // until it is saved
+    form->saveChanges();
+    for (const Field &each : fields) {
+        const bool isCleared = each.pathRole == field().pathRole;
+        QCOMPARE(m_item->data(each.pathRole), QVariant(isCleared ? QString() : "/kept"));
+        QCOMPARE(m_item->data(each.contentRole), QVariant(isCleared ? QString() : "kept"));
+    }
+    QCOMPARE(m_messages->told(), QStringList());
 }
 
 void TestCertificates::otherPathEmptiesBothRoles()
