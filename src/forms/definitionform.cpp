@@ -19,8 +19,10 @@ DefinitionForm::DefinitionForm(const Names &names, QStandardItem *item, Workspac
     , m_workspace(workspace)
     , m_column(new QVBoxLayout(this))
     , m_owner(new QuietLine(this))
+    , m_note(new QuietLine(this))
 {
     m_owner->setObjectName(QStringLiteral("owner"));
+    m_note->setObjectName(QStringLiteral("note"));
     m_column->addWidget(m_owner);
     followOwner();
 }
@@ -35,7 +37,7 @@ void DefinitionForm::setContent(QWidget *content, const QVector<FormPart *> &par
     m_column->addWidget(FormPage::scrollArea(content, this));
     const FormPage::Buttons buttons =
         FormPage::appendButtons(m_column, translated(QT_TRANSLATE_NOOP("DefinitionForm", "Save")),
-                                translated(QT_TRANSLATE_NOOP("DefinitionForm", "Cancel")));
+                                translated(QT_TRANSLATE_NOOP("DefinitionForm", "Cancel")), m_note);
     m_save = buttons.save;
     connect(buttons.cancel, &QPushButton::clicked, this, &DefinitionForm::cancel);
     m_parts = parts;
@@ -56,6 +58,7 @@ void DefinitionForm::replaceItem(QStandardItem *item)
         m_owner->highlight();
     }
     m_item = ItemRef(item);
+    m_note->setText(QString());
     followOwner();
     for (FormPart *part : qAsConst(m_parts)) {
         part->refill(item);
@@ -90,7 +93,7 @@ void DefinitionForm::clearData()
 void DefinitionForm::followOwner()
 {
     disconnect(m_renames);
-    if (const QStandardItemModel *model = item()->model()) {
+    if (const QStandardItemModel *model = item() ? item()->model() : nullptr) {
         m_renames = connect(model, &QAbstractItemModel::dataChanged, this, &DefinitionForm::showOwner);
     }
     showOwner();
@@ -115,6 +118,11 @@ void DefinitionForm::appendMessage(const QString &line) const
     if (m_workspace) {
         m_workspace->appendMessage(line);
     }
+}
+
+void DefinitionForm::showNote(const QString &note)
+{
+    m_note->setText(note);
 }
 
 QString DefinitionForm::translated(const char *source) const

@@ -117,7 +117,8 @@ void MonitoringPage::showMenu(const QPoint &position)
 void MonitoringPage::exportShown()
 {
     const QPointer<MonitoringPage> self(this);
-    const QString path = chooseSaveFile(this, tr("Export Values"), QString(), tr("CSV Files (*.csv)"));
+    const QString path =
+        chooseSaveFile(this, tr("Export Values"), lastUsedFolder(), tr("CSV Files (*.csv)"), windowTitle());
     if (!path.isEmpty() && self && !writeFile(path, shownAsCsv())) {
         Tell::warning(this, tr("Export Values"), tr("The file %1 could not be written.").arg(path));
     }

@@ -166,6 +166,7 @@ QTableWidget *MonitoringView::tableOf(const QString &plcName)
         return m_tabs->widget(tab)->findChild<QTableWidget *>();
     }
     auto *page = new MonitoringPage;
+    page->setWindowTitle(plcName);
     m_tabs->addTab(page, plcName);
     return page->findChild<QTableWidget *>();
 }

@@ -7,12 +7,14 @@
 #include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
+#include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QStandardItem>
 #include <QTextStream>
 
 #include <algorithm>
@@ -130,7 +132,7 @@ void ParameterForm::importParameters()
         return;
     }
     const QString path = chooseOpenFile(
-        this, m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")), QString(),
+        this, m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Open CSV file")), lastUsedFolder(),
         m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV File (*.csv)")));
     if (!path.isEmpty()) {
         importFile(path);
@@ -143,9 +145,9 @@ void ParameterForm::exportParameters()
         return;
     }
     // Compat: one variant has the title of an open dialog here.
-    const QString path =
-        chooseSaveFile(this, m_variant.translated(m_variant.exportTitle), QString(),
-                       m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")));
+    const QString path = chooseSaveFile(
+        this, m_variant.translated(m_variant.exportTitle), lastUsedFolder(),
+        m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "CSV file (*.csv)")), exportName());
     if (!path.isEmpty()) {
         exportFile(path);
     }
@@ -195,11 +197,21 @@ void ParameterForm::exportFile(const QString &path)
         return;
     }
     // Without a table the file stays empty.
-    if (const ParameterTable *table = currentTable()) {
+    const ParameterTable *table = currentTable();
+    if (table) {
         QTextStream(&file) << ParameterCsv::write(table->texts(), m_variant);
+    }
+    if (file.flush()) {
+        showNote(m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "%1 rows were written to %2"))
+                     .arg(QString::number(table ? table->rowCount() : 0), QDir::toNativeSeparators(path)));
     }
     file.close();
     log("exportParameters");
+}
+
+QString ParameterForm::exportName() const
+{
+    return item() ? item()->text() : QString();
 }
 
 void ParameterForm::validateName(int row, int column)

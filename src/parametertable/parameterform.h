@@ -57,6 +57,8 @@ protected:
     // The table that the user works on, and the one that was made last; null if there is none.
     virtual ParameterTable *currentTable() const = 0;
     virtual ParameterTable *latestTable() const { return currentTable(); }
+    // What a file for the rows of the current table may be called, without ending.
+    virtual QString exportName() const;
     // What to say when rows are to be loaded and there is no current table.
     virtual QString missingTableText() const { return {}; }
 

@@ -1623,6 +1623,10 @@
         <source>Loading parameters...</source>
         <translation>正在加载参数...</translation>
     </message>
+    <message>
+        <source>%1 rows were written to %2</source>
+        <translation>已将 %1 行写入 %2</translation>
+    </message>
 </context>
 <context>
     <name>PointForm</name>

@@ -1621,6 +1621,10 @@
         <source>Loading parameters...</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>%1 rows were written to %2</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>PointForm</name>

@@ -164,6 +164,11 @@ ParameterTable *standardModbusEditDialog::latestTable() const
     return m_latestTable;
 }
 
+QString standardModbusEditDialog::exportName() const
+{
+    return ParameterForm::exportName() + QLatin1Char(' ') + m_tabs->tabText(m_tabs->currentIndex());
+}
+
 QString standardModbusEditDialog::missingTableText() const
 {
     return m_tabs->currentWidget() ? tr("Parameter table not found.") : tr("No tab selected.");

@@ -32,6 +32,7 @@ public slots:
 protected:
     ParameterTable *currentTable() const override;
     ParameterTable *latestTable() const override;
+    QString exportName() const override;
     QString missingTableText() const override;
 
 private:

@@ -2,8 +2,15 @@
 
 #include <QFileDialog>
 #include <QPointer>
+#include <QRegularExpression>
 
 namespace {
+
+QString &usedFolder()
+{
+    static QString folder;
+    return folder;
+}
 
 QString chosenPath(QFileDialog *made)
 {
@@ -13,7 +20,25 @@ QString chosenPath(QFileDialog *made)
         return {};
     }
     dialog->deleteLater();
-    return accepted ? dialog->selectedFiles().value(0) : QString();
+    const QString path = accepted ? dialog->selectedFiles().value(0) : QString();
+    if (!path.isEmpty()) {
+        usedFolder() = QFileInfo(path).absolutePath();
+    }
+    return path;
+}
+
+// "csv" of "Values (*.csv)".
+QString endingOf(const QString &filter)
+{
+    static const QRegularExpression pattern(QStringLiteral("\\*\\.(\\w+)"));
+    return pattern.match(filter).captured(1);
+}
+
+// On any system, since the file may be carried to another.
+QString asFileName(QString name)
+{
+    static const QRegularExpression refused(QStringLiteral("[\\x{00}-\\x{1F}/\\\\:*?\"<>|]"));
+    return name.replace(refused, QStringLiteral("_"));
 }
 
 } // namespace
@@ -25,10 +50,20 @@ QString chooseOpenFile(QWidget *parent, const QString &caption, const QString &f
     return chosenPath(dialog);
 }
 
-QString chooseSaveFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter)
+QString chooseSaveFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter,
+                       const QString &name)
 {
     auto *dialog = new QFileDialog(parent, caption, folder, filter);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setDefaultSuffix(endingOf(filter));
+    if (!name.isEmpty()) {
+        dialog->selectFile(asFileName(name) + QLatin1Char('.') + endingOf(filter));
+    }
     return chosenPath(dialog);
+}
+
+QString lastUsedFolder()
+{
+    return usedFolder();
 }

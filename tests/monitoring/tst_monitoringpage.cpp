@@ -224,10 +224,12 @@ void TestMonitoringPage::exportTo(const QString &path)
     });
     dialogs.expect([path](QWidget *widget) {
         auto *dialog = qobject_cast<QFileDialog *>(widget);
+        QCOMPARE(dialog->findChild<QLineEdit *>("fileNameEdit")->text(), "Relay.csv");
         dialog->setOption(QFileDialog::DontConfirmOverwrite);
         dialog->selectFile(path);
         static_cast<QDialog *>(dialog)->done(QDialog::Accepted);
     });
+    m_page->setWindowTitle("Relay");
     emit m_table->customContextMenuRequested(QPoint(5, 5));
     QCOMPARE(dialogs.pending(), 0);
 }

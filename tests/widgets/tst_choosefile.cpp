@@ -4,6 +4,7 @@
 #include "modaldialogs.h"
 
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QPointer>
 #include <QtTest>
 
@@ -25,6 +26,11 @@ private slots:
     void givesNothingWhenTheParentDiesBelow();
     void asksAsItIsTold_data() { questions(); }
     void asksAsItIsTold();
+    void keepsTheFolderOfTheLastFile_data() { questions(); }
+    void keepsTheFolderOfTheLastFile();
+    void offersANameThatAnyFileMayHave();
+    void addsTheEndingThatWasNotTyped_data();
+    void addsTheEndingThatWasNotTyped();
 
 private:
     static void questions();
@@ -103,6 +109,54 @@ void TestChooseFile::asksAsItIsTold()
         dialog->close();
     });
     ask();
+}
+
+void TestChooseFile::keepsTheFolderOfTheLastFile()
+{
+    const QString folder = QDir::current().filePath(QLatin1String(QTest::currentDataTag()));
+    QVERIFY(QDir().mkpath(folder));
+    m_dialogs->expect([&folder](QWidget *dialog) {
+        qobject_cast<QFileDialog *>(dialog)->selectFile(Files::put(folder + "/chosen.txt", "x"));
+        static_cast<QDialog *>(qobject_cast<QFileDialog *>(dialog))->done(QDialog::Accepted);
+    });
+    ask();
+    QCOMPARE(lastUsedFolder(), folder);
+    m_dialogs->expect([](QWidget *dialog) { dialog->close(); });
+    ask();
+    QCOMPARE(lastUsedFolder(), folder);
+}
+
+void TestChooseFile::offersANameThatAnyFileMayHave()
+{
+    m_dialogs->expect([](QWidget *dialog) {
+        QCOMPARE(dialog->findChild<QLineEdit *>("fileNameEdit")->text(), "Pump 1_2_ north_.txt");
+        dialog->close();
+    });
+    chooseSaveFile(m_parent.get(), "Caption", QDir::currentPath(), "Texts (*.txt)", "Pump 1/2: north?");
+}
+
+void TestChooseFile::addsTheEndingThatWasNotTyped_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("chosen");
+    QTest::newRow("none") << "values"
+                          << "values.txt";
+    QTest::newRow("its own") << "values.txt"
+                             << "values.txt";
+    QTest::newRow("another") << "values.csv"
+                             << "values.csv";
+}
+
+void TestChooseFile::addsTheEndingThatWasNotTyped()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, chosen);
+    m_dialogs->expect([&typed](QWidget *dialog) {
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText(typed);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    QCOMPARE(chooseSaveFile(m_parent.get(), "Caption", QDir::currentPath(), "Texts (*.txt)", "offered"),
+             QDir::current().filePath(chosen));
 }
 
 QTEST_MAIN(TestChooseFile)
