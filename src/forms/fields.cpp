@@ -64,6 +64,12 @@ TextField *TextField::pattern(const char *regularExpression)
     return this;
 }
 
+TextField *TextField::milliseconds()
+{
+    edit()->setToolTip(m_group.translated(QT_TRANSLATE_NOOP("DefinitionForm", "In milliseconds (ms)")));
+    return check(integerValidator);
+}
+
 TextField *TextField::password()
 {
     edit()->setEchoMode(QLineEdit::Password);

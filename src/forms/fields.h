@@ -23,6 +23,8 @@ public:
     // What may be typed: one of the shared validators, or a regular expression.
     TextField *check(MakeValidator make);
     TextField *pattern(const char *regularExpression);
+    // Takes a time in milliseconds, of -1 to 2147483647; the tool tip says the unit.
+    TextField *milliseconds();
     // Hides what is typed.
     TextField *password();
     TextField *readOnly();

@@ -114,8 +114,9 @@ void PLCEditDialog::addParameterList(QVBoxLayout *column)
     QWidget *frame = form->parentWidget();
     frame->setFixedHeight(parameterListHeight);
     m_trigger.setLayout(form);
-    PlcFields::addNumber(m_trigger, plcCollectionIntervalRole,
-                         QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"));
+    m_trigger
+        .add<TextField>(plcCollectionIntervalRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"))
+        ->milliseconds();
     // Its one entry is not stored.
     auto *trigger = new ComboBox(frame);
     trigger->setObjectName(QStringLiteral("trigger"));

@@ -22,6 +22,12 @@ constexpr auto startAddress0 = QT_TRANSLATE_NOOP("PLCEditDialog", "StartAddress0
 constexpr auto communicationTimeout = QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Timeout:");
 constexpr auto plcInformation = QT_TRANSLATE_NOOP("PLCEditDialog", "PLC Information");
 
+// A whole number, -1 or more.
+void addNumber(FieldGroup &fields, int role, const char *label)
+{
+    fields.add<TextField>(role, label)->check(integerValidator);
+}
+
 void addList(FieldGroup &fields, int role, const char *label, const char *entries)
 {
     fields.add<ListField>(role, label)->entries(entries);
@@ -46,9 +52,12 @@ void addNetwork(FieldGroup &fields)
     fields.add<TextField>(plcIpRole, QT_TRANSLATE_NOOP("PLCEditDialog", "IP:"))->check(ipv4Validator);
     // Its default goes by the protocol: PlcCatalogue::defaultPort().
     fields.add<TextField>(plcPortRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Port:"))->check(portValidator);
-    addNumber(fields, plcConnectionTimeoutRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Timeout:"));
-    addNumber(fields, plcTcpCommunicationTimeoutRole, communicationTimeout);
-    addNumber(fields, plcKeepAliveRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Keep Alive Time:"));
+    fields
+        .add<TextField>(plcConnectionTimeoutRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Connection Timeout:"))
+        ->milliseconds();
+    fields.add<TextField>(plcTcpCommunicationTimeoutRole, communicationTimeout)->milliseconds();
+    fields.add<TextField>(plcKeepAliveRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Keep Alive Time:"))
+        ->milliseconds();
 }
 
 void addSerial(FieldGroup &fields)
@@ -63,8 +72,9 @@ void addSerial(FieldGroup &fields)
     addList(fields, plcStopBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Stop Bit:"), "1 2");
     addList(fields, plcParityBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Parity Bit:"), "NONE ODD EVEN");
     fields.add<CheckField>(plcRtsEnableRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Rts Enable:"));
-    addNumber(fields, plcSerialCommunicationTimeoutRole, communicationTimeout);
-    addNumber(fields, plcCommunicationGapRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Gap:"));
+    fields.add<TextField>(plcSerialCommunicationTimeoutRole, communicationTimeout)->milliseconds();
+    fields.add<TextField>(plcCommunicationGapRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Gap:"))
+        ->milliseconds();
 }
 
 void addS7Rack(FieldGroup &fields)
@@ -208,11 +218,6 @@ void addDelta(FieldGroup &fields)
 }
 
 } // namespace
-
-TextField *addNumber(FieldGroup &fields, int role, const char *label)
-{
-    return fields.add<TextField>(role, label)->check(integerValidator);
-}
 
 ListField *addModels(FieldGroup &fields)
 {

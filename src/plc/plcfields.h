@@ -16,8 +16,6 @@ struct Group {
 // The groups of links and protocols, from top to bottom.
 const QVector<Group> &groups();
 
-// A row with a whole number, -1 or more.
-TextField *addNumber(FieldGroup &fields, int role, const char *label);
 // The row of the model, which the form fills.
 ListField *addModels(FieldGroup &fields);
 // The model of an Omron PLC on EtherNet/IP, which no one sees.

@@ -968,6 +968,10 @@
         <source>Cancel</source>
         <translation>取消</translation>
     </message>
+    <message>
+        <source>In milliseconds (ms)</source>
+        <translation>单位：毫秒（ms）</translation>
+    </message>
 </context>
 <context>
     <name>EditProjectDialog</name>

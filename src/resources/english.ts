@@ -966,6 +966,10 @@
         <source>Cancel</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>In milliseconds (ms)</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>EditProjectDialog</name>

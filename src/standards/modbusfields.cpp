@@ -9,13 +9,13 @@ void ModbusFields::addNetwork(FieldGroup &fields)
     fields.add<TextField>(standardIpRole, standardModbusEditDialog::tr("IP:"))->check(ipv4Validator);
     fields.add<TextField>(standardPortRole, standardModbusEditDialog::tr("Port:"))->check(portValidator);
     fields.add<TextField>(standardConnectionTimeoutRole, standardModbusEditDialog::tr("Connection Timeout:"))
-        ->check(integerValidator);
+        ->milliseconds();
     fields
         .add<TextField>(standardCommunicationTimeoutRole,
                         standardModbusEditDialog::tr("Communication Timeout:"))
-        ->check(integerValidator);
+        ->milliseconds();
     fields.add<TextField>(standardKeepAliveRole, standardModbusEditDialog::tr("Keep Alive Time:"))
-        ->check(integerValidator);
+        ->milliseconds();
 }
 
 void ModbusFields::addSerial(FieldGroup &fields)

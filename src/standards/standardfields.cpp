@@ -29,11 +29,11 @@ void StandardFields::addSerialTimes(FieldGroup &fields, int timeoutRole, const c
     fields
         .add<TextField>(timeoutRole, timeoutName,
                         QT_TRANSLATE_NOOP("StandardFields", "Communication Timeout:"))
-        ->check(integerValidator);
+        ->milliseconds();
     fields
         .add<TextField>(standardCommunicationGapRole,
                         QT_TRANSLATE_NOOP("StandardFields", "Communication Gap:"))
-        ->check(integerValidator);
+        ->milliseconds();
 }
 
 QWidget *StandardFields::makeTriggerRow(FieldGroup &fields, QWidget *parent)
@@ -45,7 +45,7 @@ QWidget *StandardFields::makeTriggerRow(FieldGroup &fields, QWidget *parent)
     fields
         .add<TextField>(standardCollectionIntervalRole,
                         QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"))
-        ->check(integerValidator);
+        ->milliseconds();
     // The list is between the label and the period; its one entry is not stored.
     auto *trigger = new ComboBox(row);
     trigger->setObjectName(QStringLiteral("trigger"));

@@ -55,6 +55,7 @@ private slots:
     void wheelLeavesListsInTablesAlone();
     void wheelScrollsThePageOverAList();
     void wheelChangesTheListInUse();
+    void timesTellTheirUnit();
     void rolesOfTheWrongTypeDoNoHarm();
     void writesItsLifeToTheLog();
 
@@ -374,6 +375,19 @@ void TestEveryForm::wheelChangesTheListInUse()
             QCOMPARE(each->currentIndex(), 1);
         }
     }
+}
+
+void TestEveryForm::timesTellTheirUnit()
+{
+    const QStringList times{"collectionInterval", "communicationGap", "communicationTimeout",
+                            "connectionTimeout",  "keepAlive",        "rtuCommunicationTimeout"};
+    const auto form = open();
+    const auto edits = form->findChildren<QLineEdit *>();
+    for (const QLineEdit *each : edits) {
+        QCOMPARE(each->toolTip() == "In milliseconds (ms)", times.contains(each->objectName()));
+    }
+    const bool hasTimes = row().kind == Kind::Standard || row().kind == Kind::Plc;
+    QCOMPARE(edit(*form, "collectionInterval") != nullptr, hasTimes);
 }
 
 // Texts, numbers and lists, whichever a role is to hold.
