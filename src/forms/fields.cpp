@@ -3,6 +3,7 @@
 #include "forms/fieldgroup.h"
 #include "model/projecttree.h"
 #include "widgets/combobox.h"
+#include "widgets/passwordeye.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -72,7 +73,8 @@ TextField *TextField::milliseconds()
 
 TextField *TextField::password()
 {
-    edit()->setEchoMode(QLineEdit::Password);
+    m_eye = new PasswordEye(
+        m_group.translated(QT_TRANSLATE_NOOP("DefinitionForm", "Show the password while held (F8)")), edit());
     return this;
 }
 
@@ -99,6 +101,9 @@ void TextField::clear()
 
 void TextField::show(const QVariant &value)
 {
+    if (m_eye) {
+        m_eye->hide(); // another item's
+    }
     edit()->setText(value.toString());
 }
 

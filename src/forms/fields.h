@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <QVector>
 
+class PasswordEye;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -25,7 +26,7 @@ public:
     TextField *pattern(const char *regularExpression);
     // Takes a time in milliseconds, of -1 to 2147483647; the tool tip says the unit.
     TextField *milliseconds();
-    // Hides what is typed.
+    // Hides what is typed, but while the user holds its eye or F8.
     TextField *password();
     TextField *readOnly();
 
@@ -38,6 +39,7 @@ protected:
 
 private:
     FieldGroup &m_group;
+    PasswordEye *m_eye = nullptr;
 };
 
 // A list of entries, stored as the text of the selected one.

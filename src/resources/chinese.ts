@@ -972,6 +972,10 @@
         <source>In milliseconds (ms)</source>
         <translation>单位：毫秒（ms）</translation>
     </message>
+    <message>
+        <source>Show the password while held (F8)</source>
+        <translation>按住显示密码（F8）</translation>
+    </message>
 </context>
 <context>
     <name>EditProjectDialog</name>

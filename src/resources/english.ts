@@ -970,6 +970,10 @@
         <source>In milliseconds (ms)</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Show the password while held (F8)</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>EditProjectDialog</name>

@@ -65,6 +65,7 @@ void TestResources::drawsEverySvg_data()
         "detach-light.svg",
         "dio.svg",
         "edit-1.svg",
+        "eye.svg",
         "look.svg",
         "message.svg",
         "nothing-read.svg",

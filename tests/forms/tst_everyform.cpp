@@ -28,6 +28,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTableWidget>
+#include <QToolButton>
 
 // What every form of a definition does, beside those of Boxes, which talk to one.
 class TestEveryForm : public FormTest
@@ -56,6 +57,7 @@ private slots:
     void wheelScrollsThePageOverAList();
     void wheelChangesTheListInUse();
     void timesTellTheirUnit();
+    void passwordsAreShownToWhoHoldsTheirEye();
     void rolesOfTheWrongTypeDoNoHarm();
     void writesItsLifeToTheLog();
 
@@ -366,6 +368,8 @@ void TestEveryForm::wheelChangesTheListInUse()
 {
     const auto form = open();
     RUN(show(*form));
+    QApplication::setActiveWindow(form.get());
+    QVERIFY(QTest::qWaitForWindowActive(form.get()));
     const auto lists = form->findChildren<QComboBox *>();
     for (QComboBox *each : lists) {
         if (each->isVisible() && each->isEnabled() && each->count() > 1) {
@@ -388,6 +392,25 @@ void TestEveryForm::timesTellTheirUnit()
     }
     const bool hasTimes = row().kind == Kind::Standard || row().kind == Kind::Plc;
     QCOMPARE(edit(*form, "collectionInterval") != nullptr, hasTimes);
+}
+
+void TestEveryForm::passwordsAreShownToWhoHoldsTheirEye()
+{
+    const auto form = open();
+    RUN(show(*form));
+    const auto edits = form->findChildren<QLineEdit *>();
+    for (QLineEdit *each : edits) {
+        if (each->echoMode() == QLineEdit::Password) {
+            each->setText("1a2B");
+            const auto *eye = each->findChild<QToolButton *>();
+            QVERIFY2(eye, qPrintable(each->objectName()));
+            QCOMPARE(eye->text(), "Show the password while held (F8)");
+            QTest::keyPress(each, Qt::Key_F8);
+            QCOMPARE(each->displayText(), "1a2B");
+            form->replaceItem(m_item);
+            QCOMPARE(each->echoMode(), QLineEdit::Password);
+        }
+    }
 }
 
 // Texts, numbers and lists, whichever a role is to hold.
