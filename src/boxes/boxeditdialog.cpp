@@ -99,9 +99,7 @@ void BoxEditDialog::addHead()
     m_name = m_fields.add<TextField>(Qt::DisplayRole, "name", tr("Name:"));
     m_ip = m_fields.add<TextField>(boxIpRole, tr("IP:"))->check(ipv4Validator);
     // The model, which no one sees.
-    m_fields.addUnseen<ListField>(boxModelRole, nullptr, tr("Model:"))
-        ->entries("MRN-RIM-KX91 MRN-GATE-70 MRN-GATE-20")
-        ->disabled();
+    m_fields.addUnseen<ListField>(boxModelRole, nullptr, tr("Model:"))->disabled();
 }
 
 QTabWidget *BoxEditDialog::buildPages()

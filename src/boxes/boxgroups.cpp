@@ -25,8 +25,7 @@ Fields addAddresses(FieldGroup &group, const int (&roles)[5])
 // Both words stay English in every language, see DhcpWord.
 FormField *addDhcp(FieldGroup &group, int role)
 {
-    return group.add<ListField>(role, BoxEditDialog::tr("Dhcp:"))
-        ->entries({BoxEditDialog::tr("Disabled"), BoxEditDialog::tr("Enable")});
+    return group.add<ListField>(role, BoxEditDialog::tr("Dhcp:"));
 }
 
 FormField *addOnOff(FieldGroup &group, int role, const QString &label)
@@ -56,7 +55,7 @@ Fields addWan(FieldGroup &group)
 Fields addWifi(FieldGroup &group)
 {
     const Fields fields{addOnOff(group, boxWifiOnOffRole, BoxEditDialog::tr("wifiOnOff:")),
-                        group.add<ListField>(boxWifiModeRole, BoxEditDialog::tr("Mode:"))->entries("station"),
+                        group.add<ListField>(boxWifiModeRole, BoxEditDialog::tr("Mode:")),
                         addWords(group, boxWifiSsidRole, BoxEditDialog::tr("SSID:")),
                         addWords(group, boxWifiPasswordRole, BoxEditDialog::tr("Password:"))->password(),
                         addDhcp(group, boxWifiDhcpRole)};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "definitions/choices.h"
 #include "definitions/dlt645items.h"
 #include "definitions/values.h"
 
@@ -35,18 +36,18 @@ inline const QLatin1String boxsKey("boxs");
 
 // A Modbus group: row 0, then each further row.
 inline const Definitions::Column modbusGroupColumns[] = {
-    {QLatin1String("series")},
+    {QLatin1String("series"), Definitions::Coding::Text, Choices::modbusSeries},
     {QLatin1String("stationNum")},
-    {QLatin1String("byteOrder")},
+    {QLatin1String("byteOrder"), Definitions::Coding::Text, Choices::byteOrders},
     {QLatin1String("startAddress0"), Definitions::Coding::Flag},
     {QLatin1String("charReversed"), Definitions::Coding::Flag},
 };
 inline const Definitions::Column modbusPointColumns[] = {
     {QLatin1String("addr")},
     {QLatin1String("name")},
-    {QLatin1String("dataType")},
+    {QLatin1String("dataType"), Definitions::Coding::Text, Choices::dataTypes},
     {QLatin1String("length")},
-    {QLatin1String("permissions")},
+    {QLatin1String("permissions"), Definitions::Coding::Text, Choices::permissions},
 };
 // clang-format on
 

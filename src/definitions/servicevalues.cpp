@@ -15,6 +15,11 @@ Value plain(int role, const char *key, unsigned kinds = known, const char *defau
     return {role, key, kinds, Place::Object, Coding::Text, defaultValue, nullptr, anySubKind};
 }
 
+Value flag(int role, const char *key)
+{
+    return ValueTables::choice(Choices::flags, plain(role, key));
+}
+
 Value extended(int role, const char *key, unsigned kinds, Coding coding = Coding::Text)
 {
     return {role, key, kinds, Place::ExtendedParameters, coding, nullptr, nullptr, anySubKind};
@@ -32,9 +37,9 @@ const QVector<Value> &ValueTables::service()
     static const QVector<Value> table{
         plain(serviceProtocolRole, "protocol"),
         plain(servicePortRole, "port", known, "102"),
-        plain(serviceEnableGoosePublishingRole, "enableGoosePublishing"),
-        plain(serviceEnableSslRole, "enableSSL"),
-        plain(serviceIsVerifyClientCertRole, "isVerifyClientCert"),
+        flag(serviceEnableGoosePublishingRole, "enableGoosePublishing"),
+        flag(serviceEnableSslRole, "enableSSL"),
+        flag(serviceIsVerifyClientCertRole, "isVerifyClientCert"),
         // Compat: never "0"; without authentication the key is left out.
         extended(serviceAuthenticationRole, "authentication", PasswordService, Coding::ServiceLogin),
         extended(servicePasswordRole, "password", PasswordService),

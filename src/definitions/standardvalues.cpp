@@ -79,12 +79,12 @@ const QVector<Value> &ValueTables::standard()
 {
     static const QVector<Value> table{
         plain(standardProtocolRole, "protocol", known),
-        plain(standardModbusModeRole, "modbus", modbus),
-        parameter(standardSerialPortRole, "serialport", serial),
-        parameter(standardBaudRateRole, "baudRate", serial),
-        parameter(standardDataBitRole, "dataBit", serial),
-        parameter(standardStopBitRole, "stopBit", serial),
-        parameter(standardParityBitRole, "parityBit", serial),
+        choice(Choices::modbusModes, plain(standardModbusModeRole, "modbus", modbus)),
+        choice(Choices::serialPorts, parameter(standardSerialPortRole, "serialport", serial)),
+        choice(Choices::baudRates, parameter(standardBaudRateRole, "baudRate", serial)),
+        choice(Choices::dataBits, parameter(standardDataBitRole, "dataBit", serial)),
+        choice(Choices::stopBits, parameter(standardStopBitRole, "stopBit", serial)),
+        choice(Choices::parities, parameter(standardParityBitRole, "parityBit", serial)),
         flag(standardRtsEnableRole, "rtsEnable", serial),
         // One key, two roles: the time-out of a serial line and that of a TCP link are kept apart. Read into
         // the one or the other; of a Modbus Standard of neither mode into none.

@@ -31,7 +31,8 @@ enum class Place { Object, Parameter, ExtendedParameters };
 // A cell of a row; its place in the row is the place in the list.
 struct Column {
     QLatin1String key;
-    Coding coding = Coding::Text; // Text or Flag
+    Coding coding = Coding::Text;  // Text or Flag
+    const char *choices = nullptr; // what its list offers, see choices.h; null for no list
 };
 
 // The shape of Coding::Rows. Lists that share an array are told apart by the member "register" of its
@@ -67,6 +68,8 @@ struct Value {
     unsigned readFor = subKinds;   // sub-kinds whose objects are read for it; 0 for none
     const char *readKey = nullptr; // null: the key that is written
     int roleIfOff = noRole;        // Flag: the role that "false" goes into
+
+    const char *choices = nullptr; // what its list offers, see choices.h; null for no list
 };
 
 // Of a Standard.

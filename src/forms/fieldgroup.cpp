@@ -1,5 +1,7 @@
 #include "forms/fieldgroup.h"
 
+#include "definitions/choices.h"
+
 #include <QCoreApplication>
 #include <QFormLayout>
 #include <QLabel>
@@ -117,6 +119,12 @@ const char *FieldGroup::defaultOf(int role) const
 {
     const Definitions::Value *value = Definitions::find(m_kind, role);
     return value ? value->defaultValue : nullptr;
+}
+
+QStringList FieldGroup::choicesOf(int role) const
+{
+    const Definitions::Value *value = Definitions::find(m_kind, role);
+    return Choices::list(value ? value->choices : nullptr);
 }
 
 const char *FieldGroup::keyOf(int role) const

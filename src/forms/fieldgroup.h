@@ -83,6 +83,8 @@ public:
     QString translated(const char *source) const;
     // What the row of the role says is written into an empty one; null for none.
     const char *defaultOf(int role) const;
+    // What the row of the role says its list offers.
+    QStringList choicesOf(int role) const;
     // The page that is being filled.
     QWidget *page() const { return m_page; }
     // One validator serves all fields of the group with the same check or pattern.

@@ -1,5 +1,6 @@
 #include "forms/fields.h"
 
+#include "definitions/choices.h"
 #include "forms/fieldgroup.h"
 #include "model/projecttree.h"
 #include "widgets/combobox.h"
@@ -110,6 +111,7 @@ void TextField::show(const QVariant &value)
 ListField::ListField(FieldGroup &group, int role, const char *name, const QString &label)
     : FormField(group, role, name, label, new ComboBox(group.page()))
 {
+    entries(group.choicesOf(role));
 }
 
 ListField *ListField::entries(const QStringList &entries)
@@ -120,7 +122,7 @@ ListField *ListField::entries(const QStringList &entries)
 
 ListField *ListField::entries(const char *entries)
 {
-    return this->entries(QString::fromLatin1(entries).split(QLatin1Char(' ')));
+    return this->entries(Choices::list(entries));
 }
 
 ListField *ListField::fallback(const char *entry)

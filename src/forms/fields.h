@@ -42,7 +42,7 @@ private:
     PasswordEye *m_eye = nullptr;
 };
 
-// A list of entries, stored as the text of the selected one.
+// A list of entries, stored as the text of the selected one. It begins with those of the role's row.
 class ListField : public FormField
 {
 public:

@@ -1,5 +1,7 @@
 #include "parameters/parametertext.h"
 
+#include "definitions/choices.h"
+
 #include <QCoreApplication>
 
 namespace {
@@ -29,17 +31,13 @@ template <typename Texts> QStringList listOf(const Texts &texts)
 
 const QStringList &ParameterText::types()
 {
-    static const QStringList list{
-        QStringLiteral("bool"),   QStringLiteral("int8"),   QStringLiteral("uint8"),
-        QStringLiteral("int16"),  QStringLiteral("uint16"), QStringLiteral("int32"),
-        QStringLiteral("uint32"), QStringLiteral("int64"),  QStringLiteral("uint64"),
-        QStringLiteral("float"),  QStringLiteral("double"), QStringLiteral("string")};
+    static const QStringList list = Choices::list(Choices::dataTypes);
     return list;
 }
 
 const QStringList &ParameterText::permissions()
 {
-    static const QStringList list{QStringLiteral("r"), QStringLiteral("rw")};
+    static const QStringList list = Choices::list(Choices::permissions);
     return list;
 }
 

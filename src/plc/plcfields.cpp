@@ -1,5 +1,6 @@
 #include "plc/plcfields.h"
 
+#include "definitions/choices.h"
 #include "model/itemroles.h"
 
 namespace PlcFields {
@@ -35,7 +36,7 @@ void addList(FieldGroup &fields, int role, const char *label, const char *entrie
 
 void addByteOrder(FieldGroup &fields, int role)
 {
-    addList(fields, role, byteOrder, "ABCD BADC CDAB DCBA");
+    addList(fields, role, byteOrder, Choices::byteOrders);
 }
 
 QVector<Choice> allenBradleyModels()
@@ -65,12 +66,12 @@ void addSerial(FieldGroup &fields)
     // Compat: an unknown text leaves a list at the entry of the PLC before.
     fields.keepUnknownOnRefill();
     fields.resetEmptyOnRefill();
-    addList(fields, plcSerialPortRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Serial Port:"), "COM1 COM2");
-    addList(fields, plcBaudRateRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Baud Rate:"),
-            "115200 57600 38400 19200 9600 4800 2400 1200 600");
-    addList(fields, plcDataBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Data Bit:"), "8 7");
-    addList(fields, plcStopBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Stop Bit:"), "1 2");
-    addList(fields, plcParityBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Parity Bit:"), "NONE ODD EVEN");
+    addList(fields, plcSerialPortRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Serial Port:"),
+            Choices::serialPorts);
+    addList(fields, plcBaudRateRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Baud Rate:"), Choices::baudRates);
+    addList(fields, plcDataBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Data Bit:"), Choices::dataBits);
+    addList(fields, plcStopBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Stop Bit:"), Choices::stopBits);
+    addList(fields, plcParityBitRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Parity Bit:"), Choices::parities);
     fields.add<CheckField>(plcRtsEnableRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Rts Enable:"));
     fields.add<TextField>(plcSerialCommunicationTimeoutRole, communicationTimeout)->milliseconds();
     fields.add<TextField>(plcCommunicationGapRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Communication Gap:"))

@@ -1,5 +1,6 @@
 #include "standards/modbusfields.h"
 
+#include "definitions/choices.h"
 #include "model/itemroles.h"
 #include "standards/standardfields.h"
 #include "standards/standardmodbuseditdialog.h"
@@ -29,13 +30,13 @@ void ModbusFields::addSlave(FieldGroup &fields)
 {
     constexpr int none = FormField::noRole; // row 0 of the tab keeps them
     fields.add<ListField>(none, "seriesComboBox", standardModbusEditDialog::tr("Series:"))
-        ->entries("standard")
+        ->entries(Choices::modbusSeries)
         ->disabled();
     fields.add<TextField>(none, "stationNumEdit", standardModbusEditDialog::tr("Station Num:"))
         ->check(integerValidator)
         ->setText(QStringLiteral("1"));
     fields.add<ListField>(none, "byteOrderComboBox", standardModbusEditDialog::tr("Byte Order:"))
-        ->entries("ABCD BADC CDAB DCBA");
+        ->entries(Choices::byteOrders);
     fields.add<CheckField>(none, "startAddress0CheckBox", standardModbusEditDialog::tr("StartAddress0:"))
         ->setText(QStringLiteral("true"));
     fields.add<CheckField>(none, "charReversedCheckBox", standardModbusEditDialog::tr("Char Reversed:"));

@@ -9,17 +9,12 @@
 
 void StandardFields::addSerialLine(FieldGroup &fields, const char *baudRate, const char *parity)
 {
-    fields.add<ListField>(standardSerialPortRole, QT_TRANSLATE_NOOP("StandardFields", "Serial Port:"))
-        ->entries("COM1 COM2");
+    fields.add<ListField>(standardSerialPortRole, QT_TRANSLATE_NOOP("StandardFields", "Serial Port:"));
     fields.add<ListField>(standardBaudRateRole, QT_TRANSLATE_NOOP("StandardFields", "Baud Rate:"))
-        ->entries("115200 57600 38400 19200 9600 4800 2400 1200 600")
         ->fallback(baudRate);
-    fields.add<ListField>(standardDataBitRole, QT_TRANSLATE_NOOP("StandardFields", "Data Bit:"))
-        ->entries("8 7");
-    fields.add<ListField>(standardStopBitRole, QT_TRANSLATE_NOOP("StandardFields", "Stop Bit:"))
-        ->entries("1 2");
+    fields.add<ListField>(standardDataBitRole, QT_TRANSLATE_NOOP("StandardFields", "Data Bit:"));
+    fields.add<ListField>(standardStopBitRole, QT_TRANSLATE_NOOP("StandardFields", "Stop Bit:"));
     fields.add<ListField>(standardParityBitRole, QT_TRANSLATE_NOOP("StandardFields", "Parity Bit:"))
-        ->entries("NONE ODD EVEN")
         ->fallback(parity);
     fields.add<CheckField>(standardRtsEnableRole, QT_TRANSLATE_NOOP("StandardFields", "Rts Enable:"));
 }

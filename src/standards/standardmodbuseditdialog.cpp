@@ -85,8 +85,7 @@ QWidget *standardModbusEditDialog::buildIdentity(QVBoxLayout *column)
     m_identity.setLayout(new QFormLayout(frame));
     m_name = m_identity.add<TextField>(Qt::DisplayRole, "name", tr("Server Name:"));
     m_identity.add<ListField>(standardProtocolRole, tr("Protocol:"))->entries({Protocols::modbus});
-    m_link = m_identity.add<ListField>(standardModbusModeRole, tr("Modbus:"))
-                 ->entries({Protocols::modbusTcp, Protocols::modbusRtu});
+    m_link = m_identity.add<ListField>(standardModbusModeRole, tr("Modbus:"));
     return frame;
 }
 
