@@ -1,6 +1,7 @@
 #include "boxes/boxupload.h"
 
 #include "boxes/boxeditdialog.h"
+#include "document/owneronly.h"
 #include "log/activitylog.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
@@ -22,6 +23,7 @@ namespace {
 bool writeTempFile(const QString &path, const QJsonObject &project)
 {
     const QByteArray text = QJsonDocument(project).toJson();
+    const OwnerOnly ownerOnly;
     QFile file(path);
     // A document that was cut short would pass the Box's checksum all the same.
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text) || file.write(text) != text.size()

@@ -1,6 +1,7 @@
 #include "document/projectfile.h"
 
 #include "definitions/documentkeys.h"
+#include "document/owneronly.h"
 #include "document/projectwriter.h"
 
 #include <QDebug>
@@ -65,6 +66,7 @@ static SaveResult writeDevice(const QString &path, const QByteArray &document)
 // the old file was not touched, and perhaps it can be written itself.
 static SaveResult replaceFile(const QString &path, const QByteArray &document)
 {
+    const OwnerOnly ownerOnly;
     QSaveFile file(path);
     if (!file.open(writing)) {
         return failed(SaveResult::Failure::OpenFailed, file);

@@ -39,6 +39,8 @@ private slots:
     void samplesLoadAndSaveByteForByte();
     void savingReplacesTheFileAndLeavesNothingElse();
     void renamedProjectSavesBesideItsOldFile();
+    void fileIsForItsOwnerAlone_data();
+    void fileIsForItsOwnerAlone();
     void savedResultCarriesThePath();
     void longerOldFileLeavesNoRest();
     void linkIsWrittenThrough();
@@ -130,6 +132,34 @@ void TestProjectFile::renamedProjectSavesBesideItsOldFile()
     QVERIFY(saveProject(project).ok());
     QCOMPARE(filesIn(m_dir->path()), QStringList({"P.json", "变电站 Q.json"}));
     QVERIFY(contents(path("变电站 Q.json")).contains("\"name\": \"变电站 Q\""));
+}
+
+void TestProjectFile::fileIsForItsOwnerAlone_data()
+{
+    QTest::addColumn<int>("before"); // mode of the file that is there, or -1
+    QTest::addColumn<int>("after");
+    QTest::newRow("new") << -1 << 0600;
+    QTest::newRow("read by all") << 0644 << 0644;
+    QTest::newRow("written by a group") << 0664 << 0664;
+    QTest::newRow("owner's alone") << 0600 << 0600;
+}
+
+void TestProjectFile::fileIsForItsOwnerAlone()
+{
+    QFETCH(int, before);
+    QFETCH(int, after);
+    const mode_t mask = umask(022); // what most systems begin with
+    const auto restore = qScopeGuard([mask] { umask(mask); });
+    const QByteArray file = QFile::encodeName(path("P.json"));
+    if (before >= 0) {
+        put(path("P.json"), "old");
+        QCOMPARE(chmod(file.constData(), mode_t(before)), 0);
+    }
+    QVERIFY(saveProject(newProject("P", m_dir->path())).ok());
+    struct stat saved = {};
+    QCOMPARE(stat(file.constData(), &saved), 0);
+    QCOMPARE(int(saved.st_mode & 07777), after);
+    QCOMPARE(umask(022), mode_t(022)); // other files are made as before
 }
 
 void TestProjectFile::savedResultCarriesThePath()
