@@ -1,10 +1,12 @@
 // The reader of projects, then the writer: the input is the document. What was read and written twice is what
-// was read and written once more.
+// was read and written once more. The check of a project takes any document, too.
 
+#include "document/projectcheck.h"
 #include "document/projectreader.h"
 #include "document/projectwriter.h"
 #include "fuzztarget.h"
 
+#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QStandardItemModel>
@@ -31,6 +33,11 @@ static bool hasTenGroups(const QByteArray &document)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
 {
+    const QJsonObject document = QJsonDocument::fromJson(Fuzz::bytesOf(data, size)).object();
+    for (const ProjectCheck::Remark &remark :
+         ProjectCheck::remarksOn(document, QDateTime::currentDateTime())) {
+        Fuzz::require(!remark.text.isEmpty() && remark.line().size() < 2000, "a remark can be read");
+    }
     // The first time settles what the document alone may hold: unknown keys, names that meet, points of the
     // kinds whose points are not read. The second settles labels of items that the group's edition lacks.
     const QByteArray once = readAndWritten(Fuzz::bytesOf(data, size));

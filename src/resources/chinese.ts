@@ -1664,6 +1664,229 @@
     </message>
 </context>
 <context>
+    <name>ProjectCheck</name>
+    <message>
+        <source>The name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>The protocol</source>
+        <translation>协议</translation>
+    </message>
+    <message>
+        <source>The Modbus mode</source>
+        <translation>Modbus 模式</translation>
+    </message>
+    <message>
+        <source>The IP address</source>
+        <translation>IP 地址</translation>
+    </message>
+    <message>
+        <source>The port</source>
+        <translation>端口</translation>
+    </message>
+    <message>
+        <source>The serial port</source>
+        <translation>串口</translation>
+    </message>
+    <message>
+        <source>The baud rate</source>
+        <translation>波特率</translation>
+    </message>
+    <message>
+        <source>The number of data bits</source>
+        <translation>数据位</translation>
+    </message>
+    <message>
+        <source>The number of stop bits</source>
+        <translation>停止位</translation>
+    </message>
+    <message>
+        <source>The parity</source>
+        <translation>校验位</translation>
+    </message>
+    <message>
+        <source>The RTS setting</source>
+        <translation>RTS 设置</translation>
+    </message>
+    <message>
+        <source>The series</source>
+        <translation>系列</translation>
+    </message>
+    <message>
+        <source>The station number</source>
+        <translation>站号</translation>
+    </message>
+    <message>
+        <source>The byte order</source>
+        <translation>字节序</translation>
+    </message>
+    <message>
+        <source>The slave address</source>
+        <translation>电表地址</translation>
+    </message>
+    <message>
+        <source>The protocol version</source>
+        <translation>协议版本</translation>
+    </message>
+    <message>
+        <source>The address</source>
+        <translation>地址</translation>
+    </message>
+    <message>
+        <source>The type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>The permission</source>
+        <translation>权限</translation>
+    </message>
+    <message>
+        <source>The SSL setting</source>
+        <translation>SSL 设置</translation>
+    </message>
+    <message>
+        <source>The authentication</source>
+        <translation>认证方式</translation>
+    </message>
+    <message>
+        <source>The DHCP setting of the WAN page</source>
+        <translation>WAN 页的 DHCP 设置</translation>
+    </message>
+    <message>
+        <source>%1 is empty.</source>
+        <translation>%1为空。</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not a list of objects.</source>
+        <translation>“%1”不是对象列表。</translation>
+    </message>
+    <message>
+        <source>%1 is not a text.</source>
+        <translation>%1不是文本。</translation>
+    </message>
+    <message>
+        <source>%1 is &apos;%2&apos;, which no list has.</source>
+        <translation>%1为“%2”，任何列表中都没有此值。</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 以及另外 %2 个</translation>
+    </message>
+    <message>
+        <source>rows %1: %2</source>
+        <translation>第 %1 行：%2</translation>
+    </message>
+    <message>
+        <source>Tab %1: </source>
+        <translation>标签页 %1：</translation>
+    </message>
+    <message>
+        <source>Tab %1 (%2): </source>
+        <translation>标签页 %1（%2）：</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; (tab %2 row %3, tab %4 row %5)</source>
+        <translation>“%1”（标签页 %2 第 %3 行，标签页 %4 第 %5 行）</translation>
+    </message>
+    <message>
+        <source>Points of one name share a row of the Box&apos;s reports: %1.</source>
+        <translation>同名的点在 Box 的上报中共用一行：%1。</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>%1: %2: %3</source>
+        <translation>%1：%2：%3</translation>
+    </message>
+    <message>
+        <source>%1 expired on %2.</source>
+        <translation>%1已于 %2 过期。</translation>
+    </message>
+    <message>
+        <source>%1 is not valid before %2.</source>
+        <translation>%1自 %2 起才有效。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read.</source>
+        <translation>无法读取%1。</translation>
+    </message>
+    <message>
+        <source>SSL is on, and %1 is missing.</source>
+        <translation>已启用 SSL，但缺少%1。</translation>
+    </message>
+    <message>
+        <source>the server key</source>
+        <translation>Server 私钥</translation>
+    </message>
+    <message>
+        <source>The server key does not fit the server certificate.</source>
+        <translation>Server 私钥与 Server 证书不匹配。</translation>
+    </message>
+    <message>
+        <source>The server key cannot be read; perhaps its password is another one.</source>
+        <translation>无法读取 Server 私钥，密码可能不对。</translation>
+    </message>
+    <message>
+        <source>the client certificate %1</source>
+        <translation>客户端证书 %1</translation>
+    </message>
+    <message>
+        <source>The client certificate %1</source>
+        <translation>客户端证书 %1</translation>
+    </message>
+    <message>
+        <source>Clients have to show a certificate, and none is given.</source>
+        <translation>要求客户端出示证书，但没有给出任何证书。</translation>
+    </message>
+    <message>
+        <source>the root certificate</source>
+        <translation>根证书</translation>
+    </message>
+    <message>
+        <source>The root certificate</source>
+        <translation>根证书</translation>
+    </message>
+    <message>
+        <source>the server certificate</source>
+        <translation>Server 证书</translation>
+    </message>
+    <message>
+        <source>The server certificate</source>
+        <translation>Server 证书</translation>
+    </message>
+    <message>
+        <source>Clients have to give a password, and it is empty.</source>
+        <translation>要求客户端提供密码，但密码为空。</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; has the same IP address and port, %2.</source>
+        <translation>“%1”的 IP 地址和端口与此相同：%2。</translation>
+    </message>
+    <message>
+        <source>%1: %2, not %3</source>
+        <translation>%1：%2，而不是 %3</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; uses %2 with other settings (%3).</source>
+        <translation>“%1”以不同的设置使用 %2（%3）。</translation>
+    </message>
+    <message>
+        <source>tab %1 of &apos;%2&apos;</source>
+        <translation>“%2”的标签页 %1</translation>
+    </message>
+    <message>
+        <source>the same device as %1, on the same line.</source>
+        <translation>与%1是同一线路上的同一设备。</translation>
+    </message>
+</context>
+<context>
     <name>Protocol</name>
     <message>
         <source>Failed to bind to IP address: %1</source>

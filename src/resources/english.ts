@@ -1662,6 +1662,229 @@
     </message>
 </context>
 <context>
+    <name>ProjectCheck</name>
+    <message>
+        <source>The name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The protocol</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The Modbus mode</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The IP address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The port</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The serial port</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The baud rate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The number of data bits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The number of stop bits</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The parity</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The RTS setting</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The series</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The station number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The byte order</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The slave address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The protocol version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The type</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The permission</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The SSL setting</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The authentication</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The DHCP setting of the WAN page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is not a list of objects.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is not a text.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is &apos;%2&apos;, which no list has.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>rows %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tab %1: </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Tab %1 (%2): </source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; (tab %2 row %3, tab %4 row %5)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Points of one name share a row of the Box&apos;s reports: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: %2: %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 expired on %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is not valid before %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>SSL is on, and %1 is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server key</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The server key does not fit the server certificate.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The server key cannot be read; perhaps its password is another one.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the client certificate %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The client certificate %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clients have to show a certificate, and none is given.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the root certificate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The root certificate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the server certificate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The server certificate</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Clients have to give a password, and it is empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; has the same IP address and port, %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: %2, not %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; uses %2 with other settings (%3).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>tab %1 of &apos;%2&apos;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the same device as %1, on the same line.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Protocol</name>
     <message>
         <source>Failed to bind to IP address: %1</source>

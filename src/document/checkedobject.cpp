@@ -1,0 +1,158 @@
+#include "document/checkedobject.h"
+
+#include "definitions/choices.h"
+#include "definitions/documentkeys.h"
+
+#include <QCoreApplication>
+
+using namespace Definitions;
+
+CheckedObject::CheckedObject(const QJsonObject &object, const QString &folder, int row,
+                             QVector<ProjectCheck::Remark> *remarks)
+    : m_object(object)
+    , m_folder(folder)
+    , m_row(row)
+    , m_remarks(remarks)
+{
+}
+
+QString CheckedObject::name() const
+{
+    return m_object.value(DocumentKeys::nameKey).toString();
+}
+
+QJsonValue CheckedObject::value(const char *key, Place place) const
+{
+    const QLatin1String member(key);
+    switch (place) {
+    case Place::Parameter:
+        return m_object.value(DocumentKeys::parameterKey).toObject().value(member);
+    case Place::ExtendedParameters:
+        return m_object.value(DocumentKeys::extendedParametersKey).toObject().value(member);
+    case Place::Object:
+        break;
+    }
+    return m_object.value(member);
+}
+
+QString CheckedObject::text(const char *key, Place place) const
+{
+    return value(key, place).toString();
+}
+
+QJsonArray CheckedObject::array(const char *key)
+{
+    const QJsonValue found = value(key, Place::Object);
+    if (!found.isArray() && !found.isUndefined()) {
+        error(CheckText::noList(QLatin1String(key)));
+    }
+    return found.toArray();
+}
+
+void CheckedObject::add(Severity severity, const QString &text)
+{
+    m_remarks->append({severity, m_folder, m_row, name(), text});
+}
+
+void CheckedObject::needText(Severity severity, const char *key, Place place)
+{
+    const QJsonValue found = value(key, place);
+    if (found.isUndefined() || (found.isString() && found.toString().trimmed().isEmpty())) {
+        add(severity, CheckText::empty(CheckText::labelOf(QLatin1String(key))));
+    }
+}
+
+void CheckedObject::checkValues(Severity severity, Kind kind, unsigned subKinds, bool listsAreSet)
+{
+    const QJsonValue itsName = m_object.value(DocumentKeys::nameKey);
+    if (!itsName.isString() && !itsName.isUndefined()) {
+        add(severity, CheckText::noText(CheckText::labelOf(DocumentKeys::nameKey)));
+    }
+    for (const Value &row : values(kind)) {
+        const bool isText =
+            row.coding == Coding::Text || row.coding == Coding::Flag || row.coding == Coding::ServiceLogin;
+        if (!(row.subKinds & subKinds) || !isText) {
+            continue;
+        }
+        const QString label = CheckText::labelOf(QLatin1String(row.key));
+        const QJsonValue found = value(row.key, row.place);
+        const QString chosen = found.toString();
+        if (!found.isString() && !found.isUndefined()) {
+            add(severity, CheckText::noText(label));
+        } else if (row.choices && chosen.isEmpty() && listsAreSet) {
+            add(severity, CheckText::empty(label));
+        } else if (row.choices && !chosen.isEmpty() && !Choices::list(row.choices).contains(chosen)) {
+            add(severity, CheckText::notInList(label, chosen));
+        }
+    }
+}
+
+QString CheckText::translated(const char *source)
+{
+    return QCoreApplication::translate("ProjectCheck", source);
+}
+
+QString CheckText::labelOf(const QString &key)
+{
+    static const struct {
+        QLatin1String key;
+        const char *label;
+    } labels[] = {
+        {QLatin1String("name"), QT_TRANSLATE_NOOP("ProjectCheck", "The name")},
+        {QLatin1String("protocol"), QT_TRANSLATE_NOOP("ProjectCheck", "The protocol")},
+        {QLatin1String("modbus"), QT_TRANSLATE_NOOP("ProjectCheck", "The Modbus mode")},
+        {QLatin1String("ip"), QT_TRANSLATE_NOOP("ProjectCheck", "The IP address")},
+        {QLatin1String("port"), QT_TRANSLATE_NOOP("ProjectCheck", "The port")},
+        {QLatin1String("serialport"), QT_TRANSLATE_NOOP("ProjectCheck", "The serial port")},
+        {QLatin1String("baudRate"), QT_TRANSLATE_NOOP("ProjectCheck", "The baud rate")},
+        {QLatin1String("dataBit"), QT_TRANSLATE_NOOP("ProjectCheck", "The number of data bits")},
+        {QLatin1String("stopBit"), QT_TRANSLATE_NOOP("ProjectCheck", "The number of stop bits")},
+        {QLatin1String("parityBit"), QT_TRANSLATE_NOOP("ProjectCheck", "The parity")},
+        {QLatin1String("rtsEnable"), QT_TRANSLATE_NOOP("ProjectCheck", "The RTS setting")},
+        {QLatin1String("series"), QT_TRANSLATE_NOOP("ProjectCheck", "The series")},
+        {QLatin1String("stationNum"), QT_TRANSLATE_NOOP("ProjectCheck", "The station number")},
+        {QLatin1String("byteOrder"), QT_TRANSLATE_NOOP("ProjectCheck", "The byte order")},
+        {QLatin1String("slaveAddress"), QT_TRANSLATE_NOOP("ProjectCheck", "The slave address")},
+        {QLatin1String("protocolVersion"), QT_TRANSLATE_NOOP("ProjectCheck", "The protocol version")},
+        {QLatin1String("addr"), QT_TRANSLATE_NOOP("ProjectCheck", "The address")},
+        {QLatin1String("dataType"), QT_TRANSLATE_NOOP("ProjectCheck", "The type")},
+        {QLatin1String("permissions"), QT_TRANSLATE_NOOP("ProjectCheck", "The permission")},
+        {QLatin1String("enableSSL"), QT_TRANSLATE_NOOP("ProjectCheck", "The SSL setting")},
+        {QLatin1String("authentication"), QT_TRANSLATE_NOOP("ProjectCheck", "The authentication")},
+        {QLatin1String("wanDhcp"), QT_TRANSLATE_NOOP("ProjectCheck", "The DHCP setting of the WAN page")},
+    };
+    for (const auto &each : labels) {
+        if (key == each.key) {
+            return translated(each.label);
+        }
+    }
+    return key;
+}
+
+QString CheckText::empty(const QString &label)
+{
+    return translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 is empty.")).arg(label);
+}
+
+QString CheckText::noList(const QString &key)
+{
+    return translated(QT_TRANSLATE_NOOP("ProjectCheck", "'%1' is not a list of objects.")).arg(key);
+}
+
+QString CheckText::noText(const QString &label)
+{
+    return translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 is not a text.")).arg(label);
+}
+
+QString CheckText::notInList(const QString &label, const QString &value)
+{
+    return translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 is '%2', which no list has."))
+        .arg(label, shortened(value));
+}
+
+QString CheckText::shortened(const QString &text)
+{
+    constexpr int longest = 40;
+    const QString line = text.left(2 * longest).simplified();
+    return line.size() > longest ? line.left(longest - 1) + QChar(0x2026) : line;
+}
