@@ -1,6 +1,7 @@
 #include "boxes/boxcommonpage.h"
 
 #include "boxes/boxeditdialog.h"
+#include "boxes/pushoutcome.h"
 #include "forms/formpage.h"
 
 #include <QFormLayout>
@@ -8,6 +9,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -74,21 +76,30 @@ BoxCommonPage BoxCommonPage::build(BoxEditDialog *form)
 {
     auto *widget = new QWidget(form);
     auto *layout = new QFormLayout(widget);
-    BoxCommonPage page{widget, new QLabel(BoxEditDialog::tr("Connection status: connecting.."), widget),
+    BoxCommonPage page{widget,
+                       new QLabel(BoxEditDialog::tr("Connection status: connecting.."), widget),
                        new QLabel(BoxEditDialog::tr("Program version: ") + QLatin1String("0.0.0"), widget),
-                       new QProgressBar(widget)};
+                       new QProgressBar(widget),
+                       new PushOutcome(widget),
+                       new PushOutcome(widget)};
     page.version->setTextFormat(Qt::PlainText); // the Box's own words
     page.status->setObjectName(QStringLiteral("statusLabel"));
     page.version->setObjectName(QStringLiteral("versionLabel"));
     page.progress->setObjectName(QStringLiteral("progressBar"));
     page.progress->setRange(0, 100);
     page.progress->setValue(0);
+    page.project->setObjectName(QStringLiteral("projectOutcome"));
+    page.program->setObjectName(QStringLiteral("programOutcome"));
 
     addSessionRow(layout, form, widget);
     layout->addRow(page.status);
     layout->addRow(page.version);
     addTransferRow(layout, form, widget);
     layout->addRow(BoxEditDialog::tr("Progress:"), page.progress);
+    auto *outcomes = new QVBoxLayout; // one row of the form, which both leave empty at first
+    outcomes->addWidget(page.project);
+    outcomes->addWidget(page.program);
+    layout->addRow(outcomes);
     addRebootRow(layout, form, widget);
     return page;
 }

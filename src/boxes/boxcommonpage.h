@@ -1,6 +1,7 @@
 #pragma once
 
 class BoxEditDialog;
+class PushOutcome;
 class QLabel;
 class QProgressBar;
 class QWidget;
@@ -11,6 +12,8 @@ struct BoxCommonPage {
     QLabel *status;
     QLabel *version;
     QProgressBar *progress; // of a transfer, 0 to 100
+    PushOutcome *project;   // how the last push of a project ended
+    PushOutcome *program;   // how that of a program ended
 
     // Builds the page as a child of the form and connects its buttons to the form's slots.
     static BoxCommonPage build(BoxEditDialog *form);

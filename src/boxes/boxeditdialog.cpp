@@ -109,7 +109,7 @@ QTabWidget *BoxEditDialog::buildPages()
     const BoxCommonPage common = BoxCommonPage::build(this);
     m_status = common.status;
     m_version = common.version;
-    m_upload = new BoxUpload([this] { return route(); }, common.progress, workspace(), this);
+    m_upload = new BoxUpload([this] { return route(); }, common, workspace(), this);
     tabs->addTab(common.widget, tr("Commonly"));
     const QVector<BoxGroup> &groups = BoxGroups::groups();
     for (int group = 0; group < groups.size(); ++group) {

@@ -12,10 +12,15 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
 #include <QJsonDocument>
 #include <QPointer>
 #include <QProgressBar>
 #include <QStandardItem>
+#include <QTimer>
+
+#include <utility>
 
 namespace {
 
@@ -34,12 +39,38 @@ bool writeTempFile(const QString &path, const QJsonObject &project)
     return true;
 }
 
+// A wait cursor while the window is blocked: from here on until events flow again or this is gone, so that no
+// message has it.
+class BlockedCursor
+{
+public:
+    BlockedCursor()
+    {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        // The first event of all that come.
+        QTimer::singleShot(0, &m_context, [this] { restore(); });
+    }
+    ~BlockedCursor() { restore(); }
+    Q_DISABLE_COPY(BlockedCursor)
+
+private:
+    void restore()
+    {
+        if (std::exchange(m_isSet, false)) {
+            QGuiApplication::restoreOverrideCursor();
+        }
+    }
+
+    QObject m_context;
+    bool m_isSet = true;
+};
+
 } // namespace
 
-BoxUpload::BoxUpload(Route route, QProgressBar *progress, Workspace *workspace, QWidget *form)
+BoxUpload::BoxUpload(Route route, const BoxCommonPage &page, Workspace *workspace, QWidget *form)
     : QObject(form)
     , m_route(std::move(route))
-    , m_progress(progress)
+    , m_page(page)
     , m_workspace(workspace)
     , m_form(form)
 {
@@ -47,22 +78,26 @@ BoxUpload::BoxUpload(Route route, QProgressBar *progress, Workspace *workspace, 
 
 void BoxUpload::pushProject()
 {
+    FileTransfer::Job job = m_route();
     QStandardItem *current = m_workspace ? m_workspace->currentItem() : nullptr;
     if (!current) {
         qDebug() << "No project selected.";
+        m_page.project->fail({BoxEditDialog::tr("no project"), job.boxAddress},
+                             BoxEditDialog::tr("no node is selected in the tree"));
         return;
     }
     QStandardItem *project = ProjectTree::projectOf(current);
     const QString path =
         project->data(projectPathRole).toString() + QDir::separator() + QLatin1String("temp.json");
     if (!writeTempFile(path, m_workspace->buildProjectJson(project))) {
+        m_page.project->fail({project->text(), job.boxAddress},
+                             BoxEditDialog::tr("the file temp.json could not be written"));
         return;
     }
-    FileTransfer::Job job = m_route();
     job.command = Frame::ProjectTransfer;
     job.path = path;
     job.removeWhenDigested = true;
-    push(job, "BoxEditDialog: updateProject");
+    push(job, project->text(), m_page.project, "BoxEditDialog: updateProject");
 }
 
 void BoxUpload::pushProgram()
@@ -76,15 +111,19 @@ void BoxUpload::pushProgram()
     FileTransfer::Job job = m_route();
     job.command = Frame::ProgramTransfer;
     job.path = path;
-    push(job, "BoxEditDialog: updateProgram");
+    push(job, QFileInfo(path).fileName(), m_page.program, "BoxEditDialog: updateProgram");
 }
 
-void BoxUpload::push(FileTransfer::Job job, const char *logLine)
+void BoxUpload::push(const FileTransfer::Job &job, const QString &what, PushOutcome *outcome,
+                     const char *logLine)
 {
     const QPointer<BoxUpload> alive(this);
-    FileTransfer transfer(
-        std::move(job), m_form, [this](int percent) { m_progress->setValue(percent); }, m_timeouts);
-    const FileTransfer::Result result = transfer.run();
+    const PushOutcome::Push push{what, job.boxAddress};
+    outcome->begin(push);
+    const FileTransfer::Result result = transfer(job);
+    if (alive) {
+        outcome->end(push, result.ending);
+    }
     if (alive && !result.messageText.isEmpty()) {
         Tell::warning(m_form, result.messageTitle, result.messageText);
     }
@@ -94,4 +133,12 @@ void BoxUpload::push(FileTransfer::Job job, const char *logLine)
     if (alive && result.ended) {
         logToFile(QLatin1String(logLine));
     }
+}
+
+FileTransfer::Result BoxUpload::transfer(const FileTransfer::Job &job)
+{
+    const BlockedCursor blocked;
+    return FileTransfer(
+               job, m_form, [this](int percent) { m_page.progress->setValue(percent); }, m_timeouts)
+        .run();
 }

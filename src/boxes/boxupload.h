@@ -1,12 +1,13 @@
 #pragma once
 
+#include "boxes/boxcommonpage.h"
+#include "boxes/pushoutcome.h"
 #include "boxlink/filetransfer.h"
 
 #include <QObject>
 
 #include <functional>
 
-class QProgressBar;
 class QWidget;
 class Workspace;
 
@@ -19,8 +20,8 @@ public:
     // Asked when a transfer begins for the addresses of its job.
     using Route = std::function<FileTransfer::Job()>;
 
-    // Belongs to the form, as the progress bar does. The workspace, not owned, may be null.
-    BoxUpload(Route route, QProgressBar *progress, Workspace *workspace, QWidget *form);
+    // Belongs to the form, as the page does. The workspace, not owned, may be null.
+    BoxUpload(Route route, const BoxCommonPage &page, Workspace *workspace, QWidget *form);
 
     // For the transfers that start from now on.
     void setTimeouts(const FileTransfer::Timeouts &timeouts) { m_timeouts = timeouts; }
@@ -31,10 +32,11 @@ public:
     void pushProgram();
 
 private:
-    void push(FileTransfer::Job job, const char *logLine);
+    FileTransfer::Result transfer(const FileTransfer::Job &job);
+    void push(const FileTransfer::Job &job, const QString &what, PushOutcome *outcome, const char *logLine);
 
     Route m_route;
-    QProgressBar *m_progress;
+    BoxCommonPage m_page;
     Workspace *m_workspace;
     QWidget *m_form;
     FileTransfer::Timeouts m_timeouts;

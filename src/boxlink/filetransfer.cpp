@@ -43,6 +43,7 @@ QString FileTransfer::anyAddress()
 bool FileTransfer::connectToBox()
 {
     if (m_job.localAddress != anyAddress() && !m_socket->bind(QHostAddress(m_job.localAddress), 0)) {
+        m_result.ending = Ending::NotBound;
         m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Binding Status: Failed to bind to %1"))
                             .arg(m_job.localAddress);
         delete m_socket;
@@ -51,6 +52,7 @@ bool FileTransfer::connectToBox()
     m_socket->connectToHost(m_job.boxAddress, Frame::boxPort, QIODevice::ReadWrite,
                             QAbstractSocket::AnyIPProtocol);
     if (!m_socket->waitForConnected(m_timeouts.connecting)) {
+        m_result.ending = Ending::NotConnected;
         // Compat: a project that finds no Box is told in the words of a program.
         m_result.line = text(QT_TRANSLATE_NOOP(
             "BoxEditDialog", "Connection Status:Failed to connect to server for program update."));
@@ -64,6 +66,7 @@ bool FileTransfer::sendChunks()
 {
     QFile file(m_job.path);
     if (!file.open(QIODevice::ReadOnly)) {
+        m_result.ending = Ending::FileUnreadable;
         m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
         m_result.messageText = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file."));
         return false;
@@ -98,6 +101,7 @@ bool FileTransfer::sendDigest()
 {
     QFile file(m_job.path);
     if (!file.open(QIODevice::ReadOnly)) {
+        m_result.ending = Ending::FileUnreadable;
         m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
         m_result.messageText =
             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file for checksum."));
@@ -134,6 +138,7 @@ void FileTransfer::awaitVerdict()
     // before.
     if (!timer.isActive()) {
         m_progress(0);
+        m_result.ending = Ending::NoVerdict;
         m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout"));
         m_result.messageText =
             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout while waiting for checksum result."));
@@ -153,23 +158,28 @@ void FileTransfer::judge(const QByteArray &answer)
 {
     if (answer.size() != Frame::verdictSize || answer.at(0) != Frame::header0
         || answer.at(1) != Frame::header1) {
+        m_result.ending = Ending::BrokenVerdict;
         return;
     }
     if (Frame::readCommand(answer.constData()) != m_job.command) {
-        fail(text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Command type error.")));
+        fail(Ending::WrongVerdict,
+             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Command type error.")));
     } else if (answer.at(Frame::verdictSubTypeOffset) != Frame::verdictSubType) {
-        fail(text(
-            QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Verification data return value error.")));
+        fail(Ending::WrongVerdict,
+             text(QT_TRANSLATE_NOOP("BoxEditDialog",
+                                    "Checksum Result:Verification data return value error.")));
     } else if (answer.at(Frame::verdictResultOffset) != 0) {
-        fail(text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum failed.")));
+        fail(Ending::Refused, text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum failed.")));
     } else {
+        m_result.ending = Ending::Delivered;
         m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum successful."));
     }
 }
 
-void FileTransfer::fail(const QString &line)
+void FileTransfer::fail(Ending ending, const QString &line)
 {
     m_progress(0);
+    m_result.ending = ending;
     m_result.line = line;
 }
 

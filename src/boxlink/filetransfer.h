@@ -30,12 +30,25 @@ public:
         bool removeWhenDigested = false;     // for a temporary file; one that was not digested stays
     };
 
+    enum class Ending {
+        Delivered, // the Box says that it has the file bit for bit
+        NotBound,
+        NotConnected,
+        FileUnreadable,
+        LinkLost, // before all was sent
+        NoVerdict,
+        BrokenVerdict, // no whole verdict frame
+        WrongVerdict,  // one of another kind than this transfer's
+        Refused,       // the Box got another file than was sent
+    };
+
     // What to tell the user afterwards, the message before the line; an empty text is not told.
     struct Result {
         QString messageTitle;
         QString messageText;
         QString line;       // for the "Message" dock
         bool ended = false; // the wait for the verdict ended with an answer of any kind
+        Ending ending = Ending::LinkLost;
     };
 
     // The owner becomes the parent of the connection. Percentages go to progress, only while the owner lives.
@@ -55,7 +68,7 @@ private:
     void awaitVerdict();
 
     void judge(const QByteArray &answer);
-    void fail(const QString &line);
+    void fail(Ending ending, const QString &line);
     void send(const QByteArray &frame);
     bool isOpen() const;
 

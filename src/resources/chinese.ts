@@ -315,6 +315,18 @@
         <source>OFF</source>
         <translation>关</translation>
     </message>
+    <message>
+        <source>no project</source>
+        <translation>没有项目</translation>
+    </message>
+    <message>
+        <source>no node is selected in the tree</source>
+        <translation>树中没有选中节点</translation>
+    </message>
+    <message>
+        <source>the file temp.json could not be written</source>
+        <translation>无法写入文件 temp.json</translation>
+    </message>
 </context>
 <context>
     <name>BoxInputDialog</name>
@@ -2007,6 +2019,53 @@
     <message>
         <source>Restart allocation write failed. Error code: </source>
         <translation>重启命令下发失败，错误码：</translation>
+    </message>
+</context>
+<context>
+    <name>PushOutcome</name>
+    <message>
+        <source>this computer does not have the chosen host address</source>
+        <translation>所选的本机地址已不在这台计算机上</translation>
+    </message>
+    <message>
+        <source>no connection to the Box</source>
+        <translation>无法连接 Box</translation>
+    </message>
+    <message>
+        <source>the file could not be read</source>
+        <translation>无法读取文件</translation>
+    </message>
+    <message>
+        <source>the connection broke before all was sent</source>
+        <translation>发送完成之前连接中断</translation>
+    </message>
+    <message>
+        <source>the Box gave no verdict in time, so nobody knows what it has</source>
+        <translation>Box 没有及时给出结论，Box 上是什么不得而知</translation>
+    </message>
+    <message>
+        <source>the Box gave no whole verdict, so nobody knows what it has</source>
+        <translation>Box 给出的结论不完整，Box 上是什么不得而知</translation>
+    </message>
+    <message>
+        <source>the Box gave the verdict on something else</source>
+        <translation>Box 给出的是其他内容的结论</translation>
+    </message>
+    <message>
+        <source>the Box says that the checksum is wrong</source>
+        <translation>Box 报告校验和错误</translation>
+    </message>
+    <message>
+        <source>%1: pushing &apos;%2&apos; to %3...</source>
+        <translation>%1：正在把“%2”下发到 %3...</translation>
+    </message>
+    <message>
+        <source>%1: &apos;%2&apos; is on %3. The verdict of the Box: checksum successful.</source>
+        <translation>%1：“%2”已在 %3 上。Box 的结论：校验成功。</translation>
+    </message>
+    <message>
+        <source>%1: FAILED: &apos;%2&apos; to %3: %4.</source>
+        <translation>%1：失败：“%2”下发到 %3：%4。</translation>
     </message>
 </context>
 <context>

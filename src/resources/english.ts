@@ -315,6 +315,18 @@
         <source>OFF</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>no project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no node is selected in the tree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file temp.json could not be written</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>BoxInputDialog</name>
@@ -2004,6 +2016,53 @@
     </message>
     <message>
         <source>Restart allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>PushOutcome</name>
+    <message>
+        <source>this computer does not have the chosen host address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no connection to the Box</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the file could not be read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the connection broke before all was sent</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the Box gave no verdict in time, so nobody knows what it has</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the Box gave no whole verdict, so nobody knows what it has</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the Box gave the verdict on something else</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the Box says that the checksum is wrong</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: pushing &apos;%2&apos; to %3...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: &apos;%2&apos; is on %3. The verdict of the Box: checksum successful.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: FAILED: &apos;%2&apos; to %3: %4.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -1,9 +1,8 @@
-#include "boxformtest.h"
+#include "boxpushtest.h"
 
 #include "boxes/hostaddressdialog.h"
 #include "logtail.h"
 #include "model/itemroles.h"
-#include "model/projecttree.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,24 +12,20 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QRegularExpression>
-#include <QStandardItemModel>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QtTest>
 
 // The uploads that a Box form starts, and its death at every moment of waiting.
-class TestBoxEditTransfer : public BoxFormTest
+class TestBoxEditTransfer : public BoxPushTest
 {
     Q_OBJECT
 public:
     TestBoxEditTransfer()
-        : BoxFormTest("127.0.11.6")
+        : BoxPushTest("127.0.11.6")
     {
     }
 
 private slots:
-    void init() override;
-
     void projectIsPushed();
     void projectPushNeedsAProject();
     void projectPushNeedsATempFile_data();
@@ -45,50 +40,7 @@ private slots:
     void updateProjectAgainDuringTheWait();
     void formMayDie_data();
     void formMayDie();
-
-private:
-    QStandardItem *addProject();
-    void answerTransferWith(const QByteArray &verdict);
-    QStringList filesInFolder() const;
-
-    std::unique_ptr<QTemporaryDir> m_dir;
-    std::unique_ptr<QStandardItemModel> m_model;
 };
-
-void TestBoxEditTransfer::init()
-{
-    BoxFormTest::init();
-    m_dir = std::make_unique<QTemporaryDir>();
-    m_model = std::make_unique<QStandardItemModel>();
-}
-
-QStandardItem *TestBoxEditTransfer::addProject()
-{
-    QStandardItem *project = ProjectTree::makeProject("plant", m_dir->path(), QString());
-    ProjectTree::appendMissingFolders(project);
-    QStandardItem *box = ProjectTree::appendDefinition(
-        ProjectTree::childNamed(project, ProjectTree::boxFolder), "Gate 1", QString());
-    m_model->appendRow(project);
-    m_workspace->current = box;
-    return project;
-}
-
-// The last connection that brings a digest is answered with the verdict; the form's session is the first.
-void TestBoxEditTransfer::answerTransferWith(const QByteArray &verdict)
-{
-    m_box->heard = [this, verdict](int index) {
-        const QByteArray stream = m_box->received(index);
-        if (stream.size() >= 30 && stream.right(30).startsWith(QByteArray::fromHex("1234"))
-            && stream.at(stream.size() - 24) == 2) {
-            m_box->send(index, verdict);
-        }
-    };
-}
-
-QStringList TestBoxEditTransfer::filesInFolder() const
-{
-    return QDir(m_dir->path()).entryList(QDir::Files);
-}
 
 void TestBoxEditTransfer::projectIsPushed()
 {
@@ -194,6 +146,9 @@ void TestBoxEditTransfer::programIsPushed()
                                  "12340400 1e00 02 01000000 10 0cc175b9c0f1b6a831c399e269772661 5678")
                  .toHex());
     QVERIFY(QFile::exists(program.fileName()));
+    QCOMPARE(outcome("programOutcome"),
+             "FAILED: 'gate.bin' to 127.0.11.6: the Box says that the checksum is wrong.");
+    QCOMPARE(outcome(), "none: ");
 }
 
 void TestBoxEditTransfer::programPushCanBeCancelled()

@@ -4,6 +4,7 @@
 #include "boxes/boxinputdialog.h"
 #include "boxes/boxsearchdialog.h"
 #include "boxes/hostaddressdialog.h"
+#include "boxes/pushoutcome.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/cstatusdialog.h"
 #include "mainwindow/logowindow.h"
@@ -138,6 +139,17 @@ QWidget *boxSearch(GalleryStock &)
     dialog->findChild<QListWidget *>()->addItems(
         {text("192.168.100.200\n255.255.255.0"), text("192.168.100.201\n255.255.255.0")});
     return dialog;
+}
+
+// A form that has pushed, once in vain.
+QWidget *pushed(GalleryStock &stock)
+{
+    auto *form = qobject_cast<BoxEditDialog *>(box(0)(stock));
+    form->findChild<PushOutcome *>(text("projectOutcome"))
+        ->end({text("North feeder"), text("192.168.100.200")}, FileTransfer::Ending::NoVerdict);
+    form->findChild<PushOutcome *>(text("programOutcome"))
+        ->end({text("gate.bin"), text("192.168.100.200")}, FileTransfer::Ending::Delivered);
+    return form;
 }
 
 QWidget *hostAddress(GalleryStock &)
@@ -388,6 +400,7 @@ QVector<Exhibit> galleryExhibits()
         {"edit-project", Place::Tab, editProject},
         {"add-box", Place::Window, boxInput},
         {"box-commonly", Place::Tab, box(0)},
+        {"box-pushed", Place::Tab, pushed},
         {"box-lan", Place::Tab, box(1)},
         {"box-wan", Place::Tab, box(2)},
         {"box-ntp", Place::Tab, box(3)},

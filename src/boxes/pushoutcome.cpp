@@ -1,0 +1,104 @@
+#include "boxes/pushoutcome.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QEvent>
+
+namespace {
+
+QString now()
+{
+    return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+const char *reason(FileTransfer::Ending ending)
+{
+    switch (ending) {
+    case FileTransfer::Ending::Delivered:
+        break;
+    case FileTransfer::Ending::NotBound:
+        return QT_TRANSLATE_NOOP("PushOutcome", "this computer does not have the chosen host address");
+    case FileTransfer::Ending::NotConnected:
+        return QT_TRANSLATE_NOOP("PushOutcome", "no connection to the Box");
+    case FileTransfer::Ending::FileUnreadable:
+        return QT_TRANSLATE_NOOP("PushOutcome", "the file could not be read");
+    case FileTransfer::Ending::LinkLost:
+        return QT_TRANSLATE_NOOP("PushOutcome", "the connection broke before all was sent");
+    case FileTransfer::Ending::NoVerdict:
+        return QT_TRANSLATE_NOOP("PushOutcome",
+                                 "the Box gave no verdict in time, so nobody knows what it has");
+    case FileTransfer::Ending::BrokenVerdict:
+        return QT_TRANSLATE_NOOP("PushOutcome", "the Box gave no whole verdict, so nobody knows what it has");
+    case FileTransfer::Ending::WrongVerdict:
+        return QT_TRANSLATE_NOOP("PushOutcome", "the Box gave the verdict on something else");
+    case FileTransfer::Ending::Refused:
+        return QT_TRANSLATE_NOOP("PushOutcome", "the Box says that the checksum is wrong");
+    }
+    return "";
+}
+
+} // namespace
+
+PushOutcome::PushOutcome(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    setTextInteractionFlags(Qt::TextSelectableByMouse);
+    hide();
+}
+
+void PushOutcome::begin(const Push &push)
+{
+    showLine(tr("%1: pushing '%2' to %3...").arg(now(), push.what, push.address), false);
+    // No other event may come in between: the push blocks from its first moment on.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    repaint();
+}
+
+void PushOutcome::end(const Push &push, FileTransfer::Ending ending)
+{
+    if (ending == FileTransfer::Ending::Delivered) {
+        showLine(tr("%1: '%2' is on %3. The verdict of the Box: checksum successful.")
+                     .arg(now(), push.what, push.address),
+                 false);
+    } else {
+        fail(push, tr(reason(ending)));
+    }
+}
+
+void PushOutcome::fail(const Push &push, const QString &why)
+{
+    showLine(tr("%1: FAILED: '%2' to %3: %4.").arg(now(), push.what, push.address, why), true);
+}
+
+void PushOutcome::showLine(const QString &text, bool isFailure)
+{
+    m_isFailure = isFailure;
+    setColor();
+    setText(text);
+    show();
+}
+
+void PushOutcome::setColor()
+{
+    const QPalette desktop = parentWidget()->palette();
+    QColor color = desktop.color(QPalette::WindowText);
+    if (m_isFailure) {
+        const bool isDark = desktop.color(QPalette::Window).lightness() < 128;
+        color = isDark ? QColor(0xff, 0xb4, 0xab) : QColor(0xb0, 0x00, 0x20);
+    }
+    if (palette().color(QPalette::WindowText) != color) {
+        QPalette own;
+        own.setColor(QPalette::WindowText, color);
+        setPalette(own);
+    }
+}
+
+void PushOutcome::changeEvent(QEvent *event)
+{
+    QLabel::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) {
+        setColor();
+    }
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "boxlink/filetransfer.h"
+
+#include <QLabel>
+
+// The line that keeps what was pushed last, where to and when, and how it ended. Hidden until the first push.
+class PushOutcome : public QLabel
+{
+    Q_OBJECT
+public:
+    explicit PushOutcome(QWidget *parent);
+
+    // One push, as the line names it.
+    struct Push {
+        QString what; // a project or a program
+        QString address;
+    };
+
+    // Says that the push is under way. The line is on the screen when this returns: the window is blocked
+    // next.
+    void begin(const Push &push);
+    void end(const Push &push, FileTransfer::Ending ending);
+    // For a push that did not come to a transfer; a translated clause.
+    void fail(const Push &push, const QString &why);
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    void showLine(const QString &text, bool isFailure);
+    void setColor();
+
+    bool m_isFailure = false;
+};
