@@ -2,6 +2,7 @@
 
 #include "boxes/boxeditdialog.h"
 #include "boxes/pushoutcome.h"
+#include "boxes/pushpreview.h"
 #include "forms/formpage.h"
 
 #include <QFormLayout>
@@ -72,7 +73,7 @@ void addRebootRow(QFormLayout *layout, BoxEditDialog *form, QWidget *page)
 
 } // namespace
 
-BoxCommonPage BoxCommonPage::build(BoxEditDialog *form)
+BoxCommonPage BoxCommonPage::build(BoxEditDialog *form, Workspace *workspace, const QLineEdit *address)
 {
     auto *widget = new QWidget(form);
     auto *layout = new QFormLayout(widget);
@@ -94,6 +95,7 @@ BoxCommonPage BoxCommonPage::build(BoxEditDialog *form)
     addSessionRow(layout, form, widget);
     layout->addRow(page.status);
     layout->addRow(page.version);
+    layout->addRow(new PushPreview(workspace, address, widget));
     addTransferRow(layout, form, widget);
     layout->addRow(BoxEditDialog::tr("Progress:"), page.progress);
     auto *outcomes = new QVBoxLayout; // one row of the form, which both leave empty at first

@@ -3,8 +3,10 @@
 class BoxEditDialog;
 class PushOutcome;
 class QLabel;
+class QLineEdit;
 class QProgressBar;
 class QWidget;
+class Workspace;
 
 // The form's page "Commonly": session, transfers and reboot. All belongs to the page's widget.
 struct BoxCommonPage {
@@ -15,6 +17,7 @@ struct BoxCommonPage {
     PushOutcome *project;   // how the last push of a project ended
     PushOutcome *program;   // how that of a program ended
 
-    // Builds the page as a child of the form and connects its buttons to the form's slots.
-    static BoxCommonPage build(BoxEditDialog *form);
+    // Builds the page as a child of the form and connects its buttons to the form's slots. The workspace may
+    // be null; the field has the address of the Box.
+    static BoxCommonPage build(BoxEditDialog *form, Workspace *workspace, const QLineEdit *address);
 };

@@ -106,7 +106,7 @@ QTabWidget *BoxEditDialog::buildPages()
 {
     auto *tabs = new QTabWidget(this);
     tabs->setObjectName(QStringLiteral("pages"));
-    const BoxCommonPage common = BoxCommonPage::build(this);
+    const BoxCommonPage common = BoxCommonPage::build(this, workspace(), m_ip->edit());
     m_status = common.status;
     m_version = common.version;
     m_upload = new BoxUpload([this] { return route(); }, common, workspace(), this);

@@ -161,6 +161,11 @@ QStandardItem *CMainWindow::currentItem() const
     return projectTree() ? ProjectTree::itemAt(projectTree()->currentIndex()) : nullptr;
 }
 
+QItemSelectionModel *CMainWindow::selection() const
+{
+    return projectTree() ? projectTree()->selectionModel() : nullptr;
+}
+
 void CMainWindow::appendMessage(const QString &text)
 {
     if (QPlainTextEdit *editor = messageEditor()) {

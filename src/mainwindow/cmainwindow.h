@@ -40,6 +40,7 @@ public:
 
     void appendMessage(const QString &text) override;
     QStandardItem *currentItem() const override;
+    QItemSelectionModel *selection() const override;
     QJsonObject buildProjectJson(QStandardItem *project) const override
     {
         return ::buildProjectJson(project);

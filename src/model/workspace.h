@@ -3,6 +3,7 @@
 #include <QJsonObject>
 #include <QString>
 
+class QItemSelectionModel;
 class QStandardItem;
 
 // What a form needs of the main window, so that no form knows the main window itself. A form takes a
@@ -16,6 +17,9 @@ public:
     virtual void appendMessage(const QString &text) = 0;
     // The project tree's current item, or null.
     virtual QStandardItem *currentItem() const = 0;
+    // The selection of the project tree, which tells when another item becomes the current one and makes one
+    // current; null without a tree. Its model tells of changes in the tree.
+    virtual QItemSelectionModel *selection() const = 0;
     // The document of a project, given its top-level item: what is saved and what is pushed to a Box.
     virtual QJsonObject buildProjectJson(QStandardItem *project) const = 0;
     // Opens the window in which points of the current project are picked for the current server form.

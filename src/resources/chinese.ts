@@ -2069,6 +2069,48 @@
     </message>
 </context>
 <context>
+    <name>PushPreview</name>
+    <message>
+        <source>What the Box can&apos;t do, or hardly as it was meant</source>
+        <translation>Box 做不到或很可能不如所愿的事项</translation>
+    </message>
+    <message>
+        <source>Update project pushes nothing: no node is selected in the tree.</source>
+        <translation>“更新项目”不会下发任何内容：树中没有选中节点。</translation>
+    </message>
+    <message>
+        <source>Update project would push &apos;%1&apos;, but the address above is empty.</source>
+        <translation>“更新项目”将下发“%1”，但上方的地址为空。</translation>
+    </message>
+    <message>
+        <source>Update project pushes &apos;%1&apos; to %2.</source>
+        <translation>“更新项目”将把“%1”下发到 %2。</translation>
+    </message>
+    <message>
+        <source>1 remark on this project</source>
+        <translation>此项目有 1 条提示</translation>
+    </message>
+    <message>
+        <source>%1 remarks on this project</source>
+        <translation>此项目有 %1 条提示</translation>
+    </message>
+</context>
+<context>
+    <name>RemarksDialog</name>
+    <message>
+        <source>Remarks on &apos;%1&apos;</source>
+        <translation>“%1”的提示</translation>
+    </message>
+    <message>
+        <source>There is no remark on this project.</source>
+        <translation>此项目没有提示。</translation>
+    </message>
+    <message>
+        <source>A click on a remark selects in the tree what it is about.</source>
+        <translation>单击一条提示，即在树中选中它所指的节点。</translation>
+    </message>
+</context>
+<context>
     <name>ServerAliMQTTEditDialog</name>
     <message>
         <source>Edit Server</source>

@@ -2067,6 +2067,48 @@
     </message>
 </context>
 <context>
+    <name>PushPreview</name>
+    <message>
+        <source>What the Box can&apos;t do, or hardly as it was meant</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update project pushes nothing: no node is selected in the tree.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update project would push &apos;%1&apos;, but the address above is empty.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update project pushes &apos;%1&apos; to %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 remark on this project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 remarks on this project</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RemarksDialog</name>
+    <message>
+        <source>Remarks on &apos;%1&apos;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no remark on this project.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A click on a remark selects in the tree what it is about.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ServerAliMQTTEditDialog</name>
     <message>
         <source>Edit Server</source>

@@ -7,6 +7,7 @@
 
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QListWidget>
 #include <QTemporaryDir>
 
 using Window = WindowUnderTest;
@@ -28,6 +29,7 @@ private slots:
     void endOfTheTabEndsTheSessionFirst_data();
     void endOfTheTabEndsTheSessionFirst();
     void clickOnAnotherBoxMovesTheSession();
+    void pageFollowsTheTree();
     void formOutlivesItsNode();
     void reboundFormOutlivesItsNode();
     void loadingMergesBelowTheForm();
@@ -160,6 +162,27 @@ void TestBoxTab::clickOnAnotherBoxMovesTheSession()
 }
 
 // No command of the tree's menu empties the "Box" folder below an open form, but the slot can be called.
+void TestBoxTab::pageFollowsTheTree()
+{
+    const QPointer<BoxEditDialog> form = open();
+    const auto *target = Window::input<QLabel>(form, "pushTarget");
+    QTRY_COMPARE(target->text(), "Update project pushes 'plant' to 127.0.21.1.");
+    QStandardItem *other = m_window->addProject("other");
+    const QStandardItem *box = Window::addBox(other, "c", QString());
+    m_window->select(other);
+    QTRY_COMPARE(target->text(), "Update project pushes 'other' to 127.0.21.1.");
+    // The Service has no port before its form was opened, the Box no address.
+    const auto *button = Window::input<QPushButton>(form, "remarksButton");
+    QTRY_COMPARE(button->text(), "2 remarks on this project");
+    Window::press(form, "remarksButton");
+    auto *list = Window::input<QListWidget>(form, "remarks");
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      list->visualItemRect(list->item(1)).center());
+    QCOMPARE(m_window->currentItem(), box);
+    QVERIFY(form && m_window->tabs(editBox).size() == 1);
+    QCOMPARE(form->nameEdit()->text(), "a");
+}
+
 void TestBoxTab::formOutlivesItsNode()
 {
     BoxEditDialog *form = open();

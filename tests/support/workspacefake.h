@@ -11,6 +11,7 @@ class WorkspaceFake : public Workspace
 public:
     void appendMessage(const QString &text) override { messages.append(text); }
     QStandardItem *currentItem() const override { return current; }
+    QItemSelectionModel *selection() const override { return treeSelection; }
     QJsonObject buildProjectJson(QStandardItem *project) const override
     {
         return ::buildProjectJson(project);
@@ -18,6 +19,7 @@ public:
     void openImportDataDialog() override { ++imports; }
 
     QStringList messages;
-    QStandardItem *current = nullptr; // Not owned.
-    int imports = 0;                  // how often the point import was opened
+    QStandardItem *current = nullptr;             // Not owned.
+    QItemSelectionModel *treeSelection = nullptr; // Not owned.
+    int imports = 0;                              // how often the point import was opened
 };

@@ -5,6 +5,7 @@
 #include "boxes/boxsearchdialog.h"
 #include "boxes/hostaddressdialog.h"
 #include "boxes/pushoutcome.h"
+#include "boxes/remarksdialog.h"
 #include "mainwindow/cmainwindow.h"
 #include "mainwindow/cstatusdialog.h"
 #include "mainwindow/logowindow.h"
@@ -35,6 +36,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDateTime>
 #include <QJsonArray>
 #include <QLineEdit>
 #include <QListWidget>
@@ -150,6 +152,27 @@ QWidget *pushed(GalleryStock &stock)
     form->findChild<PushOutcome *>(text("programOutcome"))
         ->end({text("gate.bin"), text("192.168.100.200")}, FileTransfer::Ending::Delivered);
     return form;
+}
+
+QWidget *remarks(GalleryStock &)
+{
+    const auto standard = [](const char *protocol, const char *port, const char *baudRate) {
+        return QJsonObject{{text("name"), text("Tariff meter")},
+                           {text("protocol"), text(protocol)},
+                           {text("parameter"),
+                            QJsonObject{{text("serialport"), text(port)},
+                                        {text("baudRate"), text(baudRate)},
+                                        {text("dataBit"), text("8")},
+                                        {text("stopBit"), text("1")}}}};
+    };
+    const QJsonObject project{
+        {text("name"), text("North feeder")},
+        {text("standards"),
+         QJsonArray{standard("DLT645", "COM1", "2400"), standard("DLT645", "COM1", "9600")}},
+        {text("boxs"), QJsonArray{QJsonObject{{text("name"), text("Gateway")}}}}};
+    auto *dialog = new RemarksDialog(nullptr);
+    dialog->setRemarks(text("North feeder"), ProjectCheck::remarksOn(project, QDateTime::currentDateTime()));
+    return dialog;
 }
 
 QWidget *hostAddress(GalleryStock &)
@@ -406,6 +429,7 @@ QVector<Exhibit> galleryExhibits()
         {"box-ntp", Place::Tab, box(3)},
         {"box-time", Place::Tab, box(4)},
         {"box-search", Place::Window, boxSearch},
+        {"remarks", Place::Window, remarks},
         {"host-address", Place::Window, hostAddress},
         {"add-standard", Place::Window, plain<standardInputDialog>},
         {"modbus-tcp", Place::Tab, modbus("ModbusTCP")},

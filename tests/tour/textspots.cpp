@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QMap>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -128,6 +129,17 @@ void addHeader(const QHeaderView *header, Spots &spots)
     }
 }
 
+// A list that breaks lines makes its rows as high as they need.
+bool isCutOff(const QAbstractItemView *view, const QString &text, const QRect &area)
+{
+    const auto *list = qobject_cast<const QListView *>(view);
+    if (list && list->wordWrap()) {
+        const QRect room(0, 0, area.width(), 0);
+        return view->fontMetrics().boundingRect(room, Qt::TextWordWrap, text).height() > area.height() + 4;
+    }
+    return widthOf(view, text) > area.width();
+}
+
 // Rows that are in sight, those of a tree from the top of its viewport.
 void addCells(const QAbstractItemView *view, const QModelIndex &parent, Spots &spots)
 {
@@ -143,8 +155,7 @@ void addCells(const QAbstractItemView *view, const QModelIndex &parent, Spots &s
             if (!view->indexWidget(index) && area.isValid()) {
                 const bool enabled = view->isEnabled() && (index.flags() & Qt::ItemIsEnabled) != 0;
                 // What can be edited is read in its editor, which scrolls.
-                const bool cutOff =
-                    (index.flags() & Qt::ItemIsEditable) == 0 && widthOf(view, text) > area.width();
+                const bool cutOff = (index.flags() & Qt::ItemIsEditable) == 0 && isCutOff(view, text, area);
                 spots.append(
                     {view->viewport(), text, area, cutOff, index.data(Qt::ToolTipRole).toString(), enabled});
             }

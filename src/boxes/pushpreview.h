@@ -1,0 +1,50 @@
+#pragma once
+
+#include "document/projectcheck.h"
+
+#include <QPersistentModelIndex>
+#include <QPointer>
+#include <QTimer>
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QStandardItem;
+class RemarksDialog;
+class Workspace;
+
+// Says which project a press of "Update project" would push, and where to, and what there is to remark on it.
+// It follows the tree, whichever Box the form shows.
+class PushPreview : public QWidget
+{
+    Q_OBJECT
+public:
+    // Neither the workspace, which may be null, nor the field with the Box's address is owned.
+    PushPreview(Workspace *workspace, const QLineEdit *address, QWidget *parent);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void follow();
+    void refreshSoon();
+    // For a change below this item of the tree.
+    void considerChange(const QModelIndex &parent);
+    void refresh();
+    void showTarget();
+    void showRemarks();
+    void listRemarks();
+    void selectItemOf(int remark);
+    QStandardItem *project() const;
+
+    Workspace *m_workspace;
+    const QLineEdit *m_address;
+    QLabel *m_target;
+    QPushButton *m_count;
+    QTimer m_timer;
+    bool m_stale = true;             // the remarks may be others than those that are kept
+    QPersistentModelIndex m_checked; // the project that they are on
+    QVector<ProjectCheck::Remark> m_remarks;
+    QPointer<RemarksDialog> m_list;
+};
