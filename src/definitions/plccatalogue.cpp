@@ -58,15 +58,12 @@ const struct {
     {PlcGroup::Delta, "AH AS DVP"},
 };
 
-} // namespace
-
-namespace PlcCatalogue {
-
-const QVector<Entry> &entries()
+// In the order of the lists.
+const QVector<PlcCatalogue::Entry> &entries()
 {
     // clang-format off
-    static const QVector<Entry> table{
-        {siemens, s7, PlcGroup::Network, PlcGroup::S7Model, true},
+    static const QVector<PlcCatalogue::Entry> table{
+        {siemens, PlcCatalogue::s7, PlcGroup::Network, PlcGroup::S7Model, true},
         {siemens, QLatin1String("PPI"), PlcGroup::Serial, PlcGroup::Ppi, true},
         {siemens, QLatin1String("PPI On TCP"), PlcGroup::Network, PlcGroup::Ppi, false},
         {mitsubishi, etherNetIp, PlcGroup::Network, PlcGroup::MitsubishiEip, true},
@@ -98,6 +95,10 @@ const QVector<Entry> &entries()
     // clang-format on
     return table;
 }
+
+} // namespace
+
+namespace PlcCatalogue {
 
 const Entry *find(const QString &manufacturer, const QString &protocol)
 {

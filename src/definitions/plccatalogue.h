@@ -44,8 +44,6 @@ struct Entry {
     bool listed;
 };
 
-// In the order of the lists.
-const QVector<Entry> &entries();
 // The entry of exactly this pair, or null.
 const Entry *find(const QString &manufacturer, const QString &protocol);
 
