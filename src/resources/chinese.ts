@@ -3339,6 +3339,10 @@
         <source>Add Tab</source>
         <translation>添加电表</translation>
     </message>
+    <message>
+        <source>Filter by data name or name</source>
+        <translation>按数据项或名称筛选</translation>
+    </message>
 </context>
 <context>
     <name>standardInputDialog</name>

@@ -3337,6 +3337,10 @@
         <source>Add Tab</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Filter by data name or name</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>standardInputDialog</name>

@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QFormLayout>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QTableWidget>
@@ -62,11 +63,27 @@ MeterPage::MeterPage(int labelWidth, QWidget *parent)
                          QStringLiteral(":/adsdemo/images/SelectAll.svg"), this);
     all->setObjectName(QStringLiteral("selectAllButton"));
     connect(all, &QPushButton::clicked, this, &MeterPage::selectAllPressed);
-    column->addWidget(all, 0, Qt::AlignLeft);
+    m_filter = makeFilter();
+    auto *above = new QHBoxLayout;
+    above->addWidget(all);
+    above->addWidget(m_filter);
+    column->addLayout(above);
     m_table = makeTable();
     column->addWidget(m_table);
     column->addStretch();
     showItems();
+}
+
+QLineEdit *MeterPage::makeFilter()
+{
+    auto *filter = new QLineEdit(this);
+    filter->setObjectName(QStringLiteral("filter"));
+    filter->setPlaceholderText(
+        translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Filter by data name or name")));
+    filter->setAccessibleName(filter->placeholderText());
+    filter->setClearButtonEnabled(true);
+    connect(filter, &QLineEdit::textChanged, this, &MeterPage::applyFilter);
+    return filter;
 }
 
 QTableWidget *MeterPage::makeTable()
@@ -126,6 +143,7 @@ void MeterPage::setRows(const RowList &rows)
         }
         m_table->item(row, labelColumn)->setToolTip(textOf(m_table, row, labelColumn));
     }
+    applyFilter();
 }
 
 void MeterPage::showItems()
@@ -135,14 +153,29 @@ void MeterPage::showItems()
     const QVector<const Dlt645::Item *> items = Dlt645::itemsOf(Dlt645::versionOf(version()->currentText()));
     m_table->setRowCount(0);
     m_table->setRowCount(items.size());
+    QWidget *previous = m_table;
     for (int row = 0; row < items.size(); ++row) {
         m_table->setItem(row, tickColumn, new QTableWidgetItem);
-        m_table->setCellWidget(row, tickColumn, new QCheckBox(m_table));
+        auto *tick = new QCheckBox(m_table);
+        m_table->setCellWidget(row, tickColumn, tick);
+        setTabOrder(previous, tick); // else it would come behind all that the form had before
+        previous = tick;
         auto *label = new QTableWidgetItem(Dlt645::label(*items.at(row)));
         label->setFlags(label->flags() & ~Qt::ItemIsEditable);
         label->setToolTip(label->text());
         m_table->setItem(row, labelColumn, label);
         m_table->setItem(row, nameColumn, new QTableWidgetItem);
+    }
+    applyFilter();
+}
+
+void MeterPage::applyFilter()
+{
+    const QString wanted = m_filter ? m_filter->text() : QString();
+    for (int row = 0; m_table && row < m_table->rowCount(); ++row) {
+        const bool found = textOf(m_table, row, labelColumn).contains(wanted, Qt::CaseInsensitive)
+            || textOf(m_table, row, nameColumn).contains(wanted, Qt::CaseInsensitive);
+        m_table->setRowHidden(row, !found);
     }
 }
 

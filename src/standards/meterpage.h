@@ -9,7 +9,8 @@ class QComboBox;
 class QTableWidget;
 
 // One meter of a DLT645 Standard: its address, its edition of DL/T 645 and the items ticked for reading. Row
-// 0 holds address and edition, each further row, by position, a tick, an item label and the user's name.
+// 0 holds address and edition, each further row, by position, a tick, an item label and the user's name. A
+// filter hides rows from sight; nothing else goes by it.
 class MeterPage : public StandardPage
 {
     Q_OBJECT
@@ -39,9 +40,12 @@ signals:
     void selectAllPressed();
 
 private:
+    QLineEdit *makeFilter();
     QTableWidget *makeTable();
+    void applyFilter();
 
     FieldGroup m_settings;
     ListField *m_version = nullptr;
+    QPointer<QLineEdit> m_filter;
     QPointer<QTableWidget> m_table;
 };

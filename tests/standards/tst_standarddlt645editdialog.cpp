@@ -38,6 +38,10 @@ private slots:
     void loadedTabsAreCalledModbus();
     void loadedEditionLeavesOtherTabsAlone();
     void wheelLeavesTheEditionAlone();
+    void filterHidesRowsFromSight();
+    void hiddenRowsAreSavedAndTickedWithTheOthers();
+    void filterStaysForAnotherEdition();
+    void tabGoesThroughTheTicksInSight();
     void storedRowsAreAppliedByPosition();
     void unknownEditionIsTheNewer();
     void tabWithoutRowsKeepsItsSettings();
@@ -53,6 +57,17 @@ namespace {
 QCheckBox *tick(const QTableWidget *table, int row)
 {
     return qobject_cast<QCheckBox *>(table->cellWidget(row, 0));
+}
+
+QStringList shownItems(const QTableWidget *table)
+{
+    QStringList labels;
+    for (int row = 0; row < table->rowCount(); ++row) {
+        if (!table->isRowHidden(row)) {
+            labels.append(table->item(row, 1)->text());
+        }
+    }
+    return labels;
 }
 
 int ticked(const QTableWidget *table)
@@ -258,6 +273,75 @@ void TestStandardDLT645EditDialog::wheelLeavesTheEditionAlone()
     auto *version = list(form, "protocolVersionComboBox");
     turnWheel(version);
     QCOMPARE(version->currentText(), "DLT645_2007");
+}
+
+void TestStandardDLT645EditDialog::filterHidesRowsFromSight()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *table = form.findChild<QTableWidget *>();
+    table->item(20, 2)->setText("Ua");
+    typeInto(edit(form, "filter"), "PHASE VOLTAGE");
+    QCOMPARE(shownItems(table), (QStringList{"A-phase voltage", "B-phase voltage", "C-phase voltage"}));
+    typeInto(edit(form, "filter"), "ua");
+    QVERIFY(shownItems(table).contains(table->item(20, 1)->text()));
+    typeInto(edit(form, "filter"), "no such item");
+    QCOMPARE(shownItems(table), QStringList());
+    edit(form, "filter")->clear();
+    QCOMPARE(shownItems(table).size(), 44);
+    // The page's address is its first input.
+    QCOMPARE(table->parentWidget()->findChild<QLineEdit *>()->objectName(), "slaveAddressEdit");
+}
+
+void TestStandardDLT645EditDialog::hiddenRowsAreSavedAndTickedWithTheOthers()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *table = form.findChild<QTableWidget *>();
+    table->item(0, 2)->setText("energy");
+    tick(table, 0)->setChecked(true);
+    typeInto(edit(form, "filter"), "C-phase voltage");
+    form.saveChanges();
+    const RowList rows = groupsOf(m_item).value("DLT645-1");
+    QCOMPARE(rows.size(), 45);
+    QCOMPARE(rows.at(1).at(0), QVariant(true));
+    QCOMPARE(rows.at(1).at(2), QVariant("energy"));
+    click(form, "selectAllButton");
+    QCOMPARE(ticked(table), 44);
+    table->item(43, 2)->setText("energy"); // as the hidden row
+    QCOMPARE(table->item(43, 2)->text(), QString());
+}
+
+void TestStandardDLT645EditDialog::filterStaysForAnotherEdition()
+{
+    standardDLT645EditDialog form(m_item, m_workspace);
+    form.addTab();
+    auto *table = form.findChild<QTableWidget *>();
+    typeInto(edit(form, "filter"), "c-phase voltage");
+    list(form, "protocolVersionComboBox")->setCurrentText("DLT645_1997");
+    QCOMPARE(table->rowCount(), 30);
+    QCOMPARE(shownItems(table), QStringList{"C-phase voltage"});
+    edit(form, "filter")->clear();
+    QCOMPARE(shownItems(table).size(), 30);
+}
+
+void TestStandardDLT645EditDialog::tabGoesThroughTheTicksInSight()
+{
+    setGroups(m_item, {{"DLT645-1", {{"1", "DLT645_1997"}}}, {"DLT645-2", {{"2", "DLT645_1997"}}}});
+    standardDLT645EditDialog form(m_item, m_workspace);
+    RUN(show(form));
+    QApplication::setActiveWindow(&form);
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    const QWidget &page = *form.findChild<QTabWidget *>()->widget(0);
+    auto *table = page.findChild<QTableWidget *>();
+    typeInto(edit(page, "filter"), "-phase voltage");
+    tick(table, 27)->setFocus();
+    for (const int row : {28, 29}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), tick(table, row));
+    }
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget()->objectName(), "saveButton");
 }
 
 void TestStandardDLT645EditDialog::storedRowsAreAppliedByPosition()

@@ -78,7 +78,8 @@ void TestStandardTabs::everyInputHasItsName()
           "communicationTimeout connectionTimeout dataBit ip keepAlive modbus name parityBit port protocol "
           "rtsEnable rtuCommunicationTimeout serialport seriesComboBox startAddress0CheckBox stationNumEdit "
           "stopBit trigger"
-        : "baudRate collectionInterval communicationGap communicationTimeout dataBit name parityBit protocol "
+        : "baudRate collectionInterval communicationGap communicationTimeout dataBit filter name parityBit "
+          "protocol "
           "protocolVersionComboBox rtsEnable serialport slaveAddressEdit stopBit trigger";
     QCOMPARE(inputsOf(*form).join(QLatin1Char(' ')), QLatin1String(expected));
 }
