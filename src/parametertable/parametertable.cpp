@@ -2,7 +2,7 @@
 
 #include "parameters/parameterrules.h"
 #include "parametertable/cellwidget.h"
-#include "widgets/combobox.h"
+#include "parametertable/listcell.h"
 #include "widgets/progress.h"
 #include "widgets/tablecopy.h"
 #include "widgets/tableheader.h"
@@ -342,7 +342,7 @@ QLineEdit *ParameterTable::makeEditor(ParameterCell cell, const QString &value)
 
 QComboBox *ParameterTable::makeList(ParameterCell cell, const QString &value)
 {
-    auto *made = new CellWidget<ComboBox>(viewport());
+    auto *made = new ListCell(viewport());
     made->addItems(m_variant.shownEntries(cell));
     made->setCurrentText(m_variant.shown(value));
     made->setToolTip(made->currentText()); // may be longer than its column
