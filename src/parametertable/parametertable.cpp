@@ -139,8 +139,24 @@ void ParameterTable::fillRow(int row, const QVariantList &values)
 
 void ParameterTable::putWidget(int row, int column, QWidget *widget)
 {
+    QWidget *last = m_lastPut ? m_lastPut.data() : lastWidget();
     setCellWidget(row, column, widget);
+    setTabOrder(last, widget); // else it would come behind all that the form had before
+    m_lastPut = widget;
     moveTo(widget, m_waiting); // until the next layout
+}
+
+// The one in the last cell that has one; the table where none has.
+QWidget *ParameterTable::lastWidget()
+{
+    for (int row = rowCount() - 1; row >= 0; --row) {
+        for (int column = columnCount() - 1; column >= 0; --column) {
+            if (QWidget *widget = cellWidget(row, column)) {
+                return widget;
+            }
+        }
+    }
+    return this;
 }
 
 void ParameterTable::updateEditorGeometries()

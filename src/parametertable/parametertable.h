@@ -69,6 +69,7 @@ private:
     void setUpColumns();
     void fillRow(int row, const QVariantList &values);
     void putWidget(int row, int column, QWidget *widget);
+    QWidget *lastWidget();
     void placeWidgets(bool placeAgain);
     void placeWidget(QWidget *widget, const QModelIndex &index, bool again);
     void moveTo(QWidget *widget, QWidget *parent);
@@ -88,5 +89,6 @@ private:
     QIcon m_deleteIcon;
     QWidget *m_waiting; // hidden parent of the widgets out of sight
     QVector<Cell> m_placed;
-    bool m_moves = false; // a widget, from one parent to another
+    QPointer<QWidget> m_lastPut; // behind which the next widget comes in the tab order
+    bool m_moves = false;        // a widget, from one parent to another
 };

@@ -24,6 +24,7 @@ private slots:
     void typedEntryIsSelected();
     void typedEntryIsSelectedInTheOpenList_data();
     void typedEntryIsSelectedInTheOpenList();
+    void tabGoesThroughTheRowsToTheButtonsBelow();
 
 private:
     // A Modbus table between its buttons and one below, on screen.
@@ -126,6 +127,30 @@ void TestParameterRows::typedEntryIsSelectedInTheOpenList()
     QTest::keyClicks(permissions->view(), typed);
     QTest::keyClick(permissions->view(), Qt::Key_Return);
     QCOMPARE(permissions->currentText(), typed);
+}
+
+void TestParameterRows::tabGoesThroughTheRowsToTheButtonsBelow()
+{
+    RUN(showWithButtons({modbusRow("0", "a"), modbusRow("1", "b")}));
+    m_form->addParameter();
+    m_table->removeRow(1);
+    m_form->addParameter();
+    QVector<QWidget *> expected;
+    for (const int row : {0, 1, 2}) {
+        for (const int column : {int(Address), int(Name), int(Type), int(Permissions), 5}) {
+            if (QWidget *cell = m_table->cellWidget(row, column)) {
+                expected.append(cell);
+            }
+        }
+    }
+    expected.append(m_below);
+    QCOMPARE(expected.size(), 3 + 5 + 5 + 1);
+    m_table->setFocus();
+    for (QWidget *next : qAsConst(expected)) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), next);
+        QVERIFY(next->isVisible());
+    }
 }
 
 QTEST_MAIN(TestParameterRows)

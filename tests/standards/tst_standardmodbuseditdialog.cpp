@@ -4,6 +4,7 @@
 #include "standards/standardmodbuseditdialog.h"
 #include "widgets/progress.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -13,6 +14,7 @@
 #include <QStandardItem>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTimer>
 #include <QtTest>
 
 #include <utility>
@@ -45,6 +47,7 @@ private slots:
     void operationsWithoutATab();
     void tabWithoutOneOfItsInputsIsLeftOut_data();
     void tabWithoutOneOfItsInputsIsLeftOut();
+    void tabOrderLeadsThroughTheRowsToSave();
     void clearDataGoesBackToTcp();
     void formMayDieBelowItsFileDialog_data();
     void formMayDieBelowItsFileDialog();
@@ -371,6 +374,29 @@ void TestStandardModbusEditDialog::tabWithoutOneOfItsInputsIsLeftOut()
     form.loadTab("Modbus-1", group("5", {{"1", "a", "float", "1", "r"}}));
     form.saveChanges();
     QCOMPARE(groupsOf(m_item).keys(), QStringList("Modbus-2"));
+}
+
+void TestStandardModbusEditDialog::tabOrderLeadsThroughTheRowsToSave()
+{
+    const RowList points{{"0", "a", "float", "1", "r"}, {"1", "b", "float", "1", "r"}};
+    setGroups(m_item, {{"Modbus-1", group("1", points)}, {"Modbus-2", group("2", points)}});
+    standardModbusEditDialog form(m_item, m_workspace);
+    RUN(show(form));
+    QTRY_COMPARE(tabsOf(form).size(), 2);
+    form.addParameter();
+    QApplication::setActiveWindow(&form);
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    auto *table = form.findChild<QTabWidget *>()->widget(0)->findChild<QTableWidget *>();
+    table->setFocus();
+    QVector<QWidget *> visited;
+    while (QApplication::focusWidget()->objectName() != "saveButton" && visited.size() < 100) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        visited.append(QApplication::focusWidget());
+    }
+    QCOMPARE(visited.size(), 3 + 3 + 5 + 1);
+    QCOMPARE(visited.first(), table->cellWidget(0, 2));
+    QCOMPARE(visited.at(6), table->cellWidget(2, 0));
+    QCOMPARE(visited.at(10), table->cellWidget(2, 5));
 }
 
 void TestStandardModbusEditDialog::clearDataGoesBackToTcp()
