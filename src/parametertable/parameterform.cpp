@@ -101,6 +101,9 @@ void ParameterForm::removeParameter()
 {
     ParameterTable *table = currentTable();
     if (table && table->currentRow() >= 0) {
+        if (!endEditing(table)) {
+            return;
+        }
         table->removeRow(table->currentRow());
     }
     log("removeParameter");
@@ -109,9 +112,20 @@ void ParameterForm::removeParameter()
 void ParameterForm::removeAllParameters()
 {
     if (ParameterTable *table = currentTable()) {
+        if (!endEditing(table)) {
+            return;
+        }
         table->setRowCount(0);
     }
     log("removeAllParameters");
+}
+
+bool ParameterForm::endEditing(ParameterTable *table)
+{
+    const QPointer<ParameterForm> form(this);
+    const QPointer<ParameterTable> edited(table);
+    table->endEditing();
+    return form && edited;
 }
 
 void ParameterForm::loadParameters(const QList<QVariantList> &rows)

@@ -63,8 +63,10 @@ protected:
     virtual QString missingTableText() const { return {}; }
 
     ParameterTable *makeTable(QWidget *parent);
-    // The buttons that work on the current table: "Add" and "Remove All", and where there is CSV "Import" and
-    // "Export".
+    // Before the table loses rows or goes: the check of a cell that is being typed into may tell a message,
+    // and must not do so in the middle of that. False if the form or the table went meanwhile.
+    bool endEditing(ParameterTable *table);
+    // The buttons that work on the current table; they stand on the page of theirs.
     QWidget *makeTableButtons(QWidget *parent);
 
 private:

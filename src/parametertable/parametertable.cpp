@@ -8,6 +8,7 @@
 #include "widgets/tableheader.h"
 
 #include <QAbstractItemDelegate>
+#include <QApplication>
 #include <QComboBox>
 #include <QEvent>
 #include <QHeaderView>
@@ -114,6 +115,21 @@ void ParameterTable::fill(const RowList &rows)
     }
     for (int row = 0; row < rows.size(); ++row) {
         emit rowMade(row);
+    }
+}
+
+void ParameterTable::endEditing()
+{
+    const QPointer<QLineEdit> editor = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+    if (!editor || !isAncestorOf(editor)) {
+        return;
+    }
+    const QPointer<ParameterTable> table(this);
+    // Not by its losing the focus, in the middle of which it must not die.
+    emit editor->editingFinished();
+    if (table && editor) {
+        const QSignalBlocker quiet(editor);
+        setFocus();
     }
 }
 

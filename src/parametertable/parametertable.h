@@ -31,6 +31,9 @@ public:
     void appendRow();
     // Replaces the rows; tells of no change.
     void fill(const RowList &rows);
+    // Has the editor of a cell that is being typed into finish, which may tell a message: form and table may
+    // be gone afterwards.
+    void endEditing();
 
     // The rows as they are stored, and as they are shown.
     RowList rows() const;

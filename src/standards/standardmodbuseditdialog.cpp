@@ -143,7 +143,10 @@ void standardModbusEditDialog::loadTab(QString title, QList<QVariantList> rows)
 
 void standardModbusEditDialog::deleteTab(int index)
 {
-    m_tabs->deletePage(index);
+    const auto *page = qobject_cast<ModbusPage *>(m_tabs->widget(index));
+    if (!page || !page->table() || endEditing(page->table())) {
+        m_tabs->deletePage(index);
+    }
 }
 
 void standardModbusEditDialog::onProtocolChanged(QString protocol)

@@ -25,10 +25,15 @@ private slots:
     void typedEntryIsSelectedInTheOpenList_data();
     void typedEntryIsSelectedInTheOpenList();
     void tabGoesThroughTheRowsToTheButtonsBelow();
+    void rowWithABadLengthIsRemovedAfterItsMessage_data();
+    void rowWithABadLengthIsRemovedAfterItsMessage();
+    void formMayDieBelowTheMessageOfARemovedRow_data();
+    void formMayDieBelowTheMessageOfARemovedRow();
 
 private:
     // A Modbus table between its buttons and one below, on screen.
     void showWithButtons(const RowList &rows);
+    QStringList names() const;
 
     QPointer<QPushButton> m_below;
 };
@@ -53,6 +58,15 @@ void TestParameterRows::showWithButtons(const RowList &rows)
     m_form->show();
     QApplication::setActiveWindow(m_form);
     QVERIFY(QTest::qWaitForWindowActive(m_form));
+}
+
+QStringList TestParameterRows::names() const
+{
+    QStringList names;
+    for (int row = 0; row < m_table->rowCount(); ++row) {
+        names.append(m_table->text(row, Name));
+    }
+    return names;
 }
 
 void TestParameterRows::typedPermissionStays()
@@ -151,6 +165,54 @@ void TestParameterRows::tabGoesThroughTheRowsToTheButtonsBelow()
         QCOMPARE(QApplication::focusWidget(), next);
         QVERIFY(next->isVisible());
     }
+}
+
+void TestParameterRows::rowWithABadLengthIsRemovedAfterItsMessage_data()
+{
+    QTest::addColumn<bool>("all");
+    QTest::newRow("the row") << false;
+    QTest::newRow("all rows") << true;
+}
+
+void TestParameterRows::rowWithABadLengthIsRemovedAfterItsMessage()
+{
+    QFETCH(bool, all);
+    RUN(showWithButtons({{"0", "a", "string", "1", "r"}, {"1", "b", "string", "1", "r"}}));
+    editor(0, Length)->setFocus();
+    editor(0, Length)->setText("none");
+    int rowsBelow = -1;
+    QTimer::singleShot(0, m_form, [this, &rowsBelow] { rowsBelow = m_table->rowCount(); });
+    m_messages->expect();
+    if (all) {
+        click(*m_form, "removeAllButton");
+    } else {
+        QTest::mouseClick(m_table->cellWidget(1, 5), Qt::LeftButton);
+    }
+    QCOMPARE(m_messages->told(), QStringList{"Warning|Length must be a positive integer between 1 and 10."});
+    QCOMPARE(rowsBelow, 2);
+    QCOMPARE(names(), all ? QStringList() : QStringList{"b"});
+}
+
+void TestParameterRows::formMayDieBelowTheMessageOfARemovedRow_data()
+{
+    rowWithABadLengthIsRemovedAfterItsMessage_data();
+}
+
+void TestParameterRows::formMayDieBelowTheMessageOfARemovedRow()
+{
+    QFETCH(bool, all);
+    RUN(showWithButtons({{"0", "a", "string", "1", "r"}}));
+    editor(0, Length)->setFocus();
+    editor(0, Length)->setText("none");
+    const QPointer<ParameterForm> form(m_form);
+    const UnwatchedModals unwatched;
+    QTimer::singleShot(0, [this] { delete std::exchange(m_form, nullptr); });
+    if (all) {
+        form->removeAllParameters();
+    } else {
+        form->removeParameter();
+    }
+    QVERIFY(!form);
 }
 
 QTEST_MAIN(TestParameterRows)

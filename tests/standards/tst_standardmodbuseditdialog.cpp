@@ -48,6 +48,7 @@ private slots:
     void tabWithoutOneOfItsInputsIsLeftOut_data();
     void tabWithoutOneOfItsInputsIsLeftOut();
     void tabOrderLeadsThroughTheRowsToSave();
+    void tabWithABadLengthIsClosedAfterItsMessage();
     void clearDataGoesBackToTcp();
     void formMayDieBelowItsFileDialog_data();
     void formMayDieBelowItsFileDialog();
@@ -397,6 +398,25 @@ void TestStandardModbusEditDialog::tabOrderLeadsThroughTheRowsToSave()
     QCOMPARE(visited.first(), table->cellWidget(0, 2));
     QCOMPARE(visited.at(6), table->cellWidget(2, 0));
     QCOMPARE(visited.at(10), table->cellWidget(2, 5));
+}
+
+void TestStandardModbusEditDialog::tabWithABadLengthIsClosedAfterItsMessage()
+{
+    setGroups(m_item, {{"Modbus-1", group("1", {{"0", "a", "string", "1", "r"}})}});
+    standardModbusEditDialog form(m_item, m_workspace);
+    RUN(show(form));
+    QTRY_COMPARE(tabsOf(form).size(), 1);
+    QApplication::setActiveWindow(&form);
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    auto *length = qobject_cast<QLineEdit *>(form.findChild<QTableWidget *>()->cellWidget(0, 3));
+    length->setFocus();
+    length->setText("none");
+    int tabsBelow = -1;
+    QTimer::singleShot(0, &form, [&] { tabsBelow = form.findChild<QTabWidget *>()->count(); });
+    m_messages->expect();
+    form.deleteTab(0);
+    QCOMPARE(tabsBelow, 1);
+    QCOMPARE(tabsOf(form), QStringList());
 }
 
 void TestStandardModbusEditDialog::clearDataGoesBackToTcp()
