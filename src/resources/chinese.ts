@@ -3273,6 +3273,13 @@
     </message>
 </context>
 <context>
+    <name>StandardTabs</name>
+    <message>
+        <source>Duplicate</source>
+        <translation>创建副本</translation>
+    </message>
+</context>
+<context>
     <name>TableCopy</name>
     <message>
         <source>Copy</source>

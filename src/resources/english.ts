@@ -3271,6 +3271,13 @@
     </message>
 </context>
 <context>
+    <name>StandardTabs</name>
+    <message>
+        <source>Duplicate</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>TableCopy</name>
     <message>
         <source>Copy</source>

@@ -46,11 +46,11 @@ MeterPage::MeterPage(int labelWidth, QWidget *parent)
     auto *form = new QFormLayout;
     column->addLayout(form);
     m_settings.setLayout(form);
-    m_settings
-        .add<TextField>(FormField::noRole, "slaveAddressEdit",
-                        QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"))
-        ->pattern("^[0-9A-Fa-f]{0,12}$")
-        ->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
+    m_address = m_settings
+                    .add<TextField>(FormField::noRole, "slaveAddressEdit",
+                                    QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"))
+                    ->pattern("^[0-9A-Fa-f]{0,12}$");
+    m_address->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
     m_version =
         m_settings
             .add<ListField>(FormField::noRole, "protocolVersionComboBox",
@@ -108,6 +108,11 @@ QTableWidget *MeterPage::makeTable()
 QTableWidget *MeterPage::table() const
 {
     return m_table;
+}
+
+QLineEdit *MeterPage::addressInput() const
+{
+    return m_address->edit();
 }
 
 RowList MeterPage::rows() const

@@ -28,6 +28,7 @@ public:
 
     RowList rows() const override;
     void setRows(const RowList &rows) override;
+    QLineEdit *addressInput() const override;
 
     // Fills the table with the items of the edition; ticks and names go.
     void showItems();
@@ -45,6 +46,7 @@ private:
     void applyFilter();
 
     FieldGroup m_settings;
+    TextField *m_address = nullptr;
     ListField *m_version = nullptr;
     QPointer<QLineEdit> m_filter;
     QPointer<QTableWidget> m_table;

@@ -26,18 +26,20 @@ void ModbusFields::addSerial(FieldGroup &fields)
     StandardFields::addSerialTimes(fields, standardRtuCommunicationTimeoutRole, "rtuCommunicationTimeout");
 }
 
-void ModbusFields::addSlave(FieldGroup &fields)
+TextField *ModbusFields::addSlave(FieldGroup &fields)
 {
     constexpr int none = FormField::noRole; // row 0 of the tab keeps them
     fields.add<ListField>(none, "seriesComboBox", standardModbusEditDialog::tr("Series:"))
         ->entries(Choices::modbusSeries)
         ->disabled();
-    fields.add<TextField>(none, "stationNumEdit", standardModbusEditDialog::tr("Station Num:"))
-        ->check(integerValidator)
-        ->setText(QStringLiteral("1"));
+    TextField *station =
+        fields.add<TextField>(none, "stationNumEdit", standardModbusEditDialog::tr("Station Num:"))
+            ->check(integerValidator);
+    station->setText(QStringLiteral("1"));
     fields.add<ListField>(none, "byteOrderComboBox", standardModbusEditDialog::tr("Byte Order:"))
         ->entries(Choices::byteOrders);
     fields.add<CheckField>(none, "startAddress0CheckBox", standardModbusEditDialog::tr("StartAddress0:"))
         ->setText(QStringLiteral("true"));
     fields.add<CheckField>(none, "charReversedCheckBox", standardModbusEditDialog::tr("Char Reversed:"));
+    return station;
 }

@@ -8,7 +8,7 @@ namespace ModbusFields {
 
 void addNetwork(FieldGroup &fields);
 void addSerial(FieldGroup &fields);
-// The settings of a slave: row 0 of its tab, in this order.
-void addSlave(FieldGroup &fields);
+// The settings of a slave: row 0 of its tab, in this order. Returns the station number.
+TextField *addSlave(FieldGroup &fields);
 
 } // namespace ModbusFields

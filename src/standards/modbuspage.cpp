@@ -13,7 +13,7 @@ ModbusPage::ModbusPage(int fieldColumn, QWidget *parent)
     auto *form = new QFormLayout;
     column->addLayout(form);
     m_settings.setLayout(form);
-    ModbusFields::addSlave(m_settings);
+    m_station = ModbusFields::addSlave(m_settings);
     m_settings.setLabelWidth(fieldColumn - column->contentsMargins().left());
 }
 
@@ -29,6 +29,11 @@ void ModbusPage::addTable(QWidget *buttons, ParameterTable *table)
 ParameterTable *ModbusPage::table() const
 {
     return m_table;
+}
+
+QLineEdit *ModbusPage::addressInput() const
+{
+    return m_station->edit();
 }
 
 RowList ModbusPage::rows() const

@@ -24,8 +24,10 @@ public:
     RowList rows() const override;
     // Without any row nothing changes.
     void setRows(const RowList &rows) override;
+    QLineEdit *addressInput() const override;
 
 private:
     FieldGroup m_settings;
+    const TextField *m_station;
     QPointer<ParameterTable> m_table;
 };

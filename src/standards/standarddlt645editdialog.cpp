@@ -61,6 +61,7 @@ QWidget *standardDLT645EditDialog::buildContent()
     // Compat: loaded tabs bear the word of the other form.
     m_tabs = new StandardTabs(QStringLiteral("DLT645-%1"), QStringLiteral("Modbus-%1"), content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
+    connect(m_tabs, &StandardTabs::duplicateRequested, this, &standardDLT645EditDialog::duplicateTab);
     column->addWidget(m_tabs);
     return content;
 }
@@ -103,6 +104,11 @@ void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
 void standardDLT645EditDialog::deleteTab(int index)
 {
     m_tabs->deletePage(index);
+}
+
+void standardDLT645EditDialog::duplicateTab(int index)
+{
+    m_tabs->duplicatePage(index, [this](const QString &title) { return makePage(title); });
 }
 
 void standardDLT645EditDialog::updateParameterTable(int index)

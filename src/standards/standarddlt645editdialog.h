@@ -30,6 +30,8 @@ public slots:
     // Ticks all rows of the current tab, or none if all were ticked; for the first column only.
     void toggleSelectAll(int logicalIndex);
     void deleteTab(int index);
+    // Appends a tab with what the tab shows and makes it the current one.
+    void duplicateTab(int index);
     // Fills the current tab's table with the items of its edition; ticks and names go.
     void updateParameterTable(int index);
 

@@ -72,6 +72,7 @@ QWidget *standardModbusEditDialog::buildContent()
     const QString title = QStringLiteral("Modbus-%1");
     m_tabs = new StandardTabs(title, title, content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardModbusEditDialog::deleteTab);
+    connect(m_tabs, &StandardTabs::duplicateRequested, this, &standardModbusEditDialog::duplicateTab);
     column->addWidget(m_tabs);
     alignFields(identity);
     return content;
@@ -147,6 +148,11 @@ void standardModbusEditDialog::deleteTab(int index)
     if (!page || !page->table() || endEditing(page->table())) {
         m_tabs->deletePage(index);
     }
+}
+
+void standardModbusEditDialog::duplicateTab(int index)
+{
+    m_tabs->duplicatePage(index, [this](const QString &title) { return makePage(title); });
 }
 
 void standardModbusEditDialog::onProtocolChanged(QString protocol)

@@ -27,6 +27,8 @@ public:
 
 public slots:
     void deleteTab(int index);
+    // Appends a tab with what the tab shows and makes it the current one.
+    void duplicateTab(int index);
     void onProtocolChanged(QString protocol);
 
 protected:

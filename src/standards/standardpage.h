@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+class QLineEdit;
+
 // The page of a tab of a Standard: one device on its link.
 class StandardPage : public QWidget
 {
@@ -16,4 +18,6 @@ public:
     virtual RowList rows() const = 0;
     // Shows what is stored; without a row 0 the settings stay.
     virtual void setRows(const RowList &rows) = 0;
+    // By which the device is told from the others on its link; null if it is gone.
+    virtual QLineEdit *addressInput() const = 0;
 };

@@ -4,6 +4,10 @@
 #include "standards/standardpage.h"
 #include "widgets/svgicon.h"
 
+#include <QContextMenuEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTabBar>
@@ -55,6 +59,37 @@ StandardPage *StandardTabs::pageTitled(const QString &title) const
         }
     }
     return nullptr;
+}
+
+void StandardTabs::duplicatePage(int index, const std::function<StandardPage *(const QString &)> &makePage)
+{
+    const auto *page = qobject_cast<StandardPage *>(widget(index));
+    const RowList rows = page ? page->rows() : RowList();
+    if (rows.isEmpty()) {
+        return;
+    }
+    StandardPage *copy = makePage(takeTitle());
+    copy->setRows(rows);
+    setCurrentWidget(copy);
+    copy->addressInput()->setFocus();
+    copy->addressInput()->selectAll();
+}
+
+void StandardTabs::contextMenuEvent(QContextMenuEvent *event)
+{
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QPoint place =
+        byKey ? tabBar()->tabRect(currentIndex()).center() : tabBar()->mapFromGlobal(event->globalPos());
+    const QPointer<QWidget> page = widget(tabBar()->tabAt(place));
+    if (!page || (byKey && !tabBar()->hasFocus())) {
+        event->ignore(); // it came from a page
+        return;
+    }
+    QMenu menu; // without a parent: the form may die below it
+    const QAction *duplicate = menu.addAction(tr("Duplicate"));
+    if (menu.exec(tabBar()->mapToGlobal(place)) == duplicate && page) {
+        emit duplicateRequested(indexOf(page));
+    }
 }
 
 void StandardTabs::deletePage(int index)

@@ -11,7 +11,7 @@ class StandardPage;
 
 // The tabs of a Standard, one for each device on its link: closable, and numbered from 1 in their titles. The
 // form makes the pages; its stored rows are a list for each title. Ctrl+W on the tab bar stands for
-// the current tab's close button.
+// the current tab's close button, the menu key for a right click on it.
 class StandardTabs : public QTabWidget
 {
     Q_OBJECT
@@ -30,6 +30,9 @@ public:
     void appendPage(StandardPage *page, const QString &title);
     // The first page with that title, or null.
     StandardPage *pageTitled(const QString &title) const;
+    // Appends what the page shows as a page of its own, which the form makes with that title, and makes it
+    // the current one, its address selected for being typed anew.
+    void duplicatePage(int index, const std::function<StandardPage *(const QString &)> &makePage);
     // At once and without asking; the numbers of the others close up.
     void deletePage(int index);
     void deletePages();
@@ -41,6 +44,13 @@ public:
     void load(const QVariant &stored, const std::function<void(const QString &, const RowList &)> &loadTab);
     // The map to be stored; a page that gives no rows is left out.
     GroupMap groups() const;
+
+signals:
+    // "Duplicate" was chosen in the context menu of a tab.
+    void duplicateRequested(int index);
+
+protected:
+    void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
     void retitle(const QString &pattern);

@@ -2,7 +2,11 @@
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
 
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QLineEdit>
+#include <QMenu>
+#include <QTabBar>
 #include <QTabWidget>
 
 // What the forms of Modbus and DLT645 have in common: a tab a slave.
@@ -20,6 +24,10 @@ private slots:
     void everyInputHasItsName();
     void openingWritesTheTextDefaultsOnly();
     void deletedTabClosesTheNumbers();
+    void duplicatedTabIsShownWithItsRows();
+    void menuKeyDuplicatesTheCurrentTab();
+    void menuIsForTabsAlone();
+    void formMayDieBelowTheMenu();
     void rowsOfTheWrongShapeAreTabs();
     void clearDataEmptiesTheForm();
 
@@ -27,6 +35,11 @@ private:
     // Of the Standard that the test runs for.
     std::unique_ptr<DefinitionForm> open();
     static QStringList addresses(const QWidget &form);
+    // What is stored for a tab with an address.
+    static RowList rows(const QString &address);
+    void chooseInMenu(const QString &entry);
+    // As a right click does; the place is one of the tab bar.
+    static void askForMenu(QTabBar *bar, const QPoint &place, QContextMenuEvent::Reason reason);
 };
 
 namespace {
@@ -117,6 +130,100 @@ void TestStandardTabs::deletedTabClosesTheNumbers()
     QCOMPARE(addresses(*form), QStringList({"11", "13"}));
     click(*form, "addTabButton");
     QCOMPARE(tabsOf(*form), QStringList({title + "1", title + "2", title + "3"}));
+}
+
+RowList TestStandardTabs::rows(const QString &address)
+{
+    if (isModbus()) {
+        return {{"standard", address, "CDAB", false, true}, {"0", "a", "string", "5", "rw"}};
+    }
+    RowList rows{{address, "DLT645_1997"}};
+    for (int row = 0; row < 30; ++row) {
+        rows.append({row == 3, QString("item %1").arg(row), row == 3 ? QString("volt") : ""});
+    }
+    return rows;
+}
+
+void TestStandardTabs::chooseInMenu(const QString &entry)
+{
+    m_dialogs->expect([entry](QWidget *menu) {
+        QCOMPARE(menu->actions().size(), 1);
+        QCOMPARE(menu->actions().first()->text(), entry);
+        qobject_cast<QMenu *>(menu)->setActiveAction(menu->actions().first());
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+}
+
+void TestStandardTabs::askForMenu(QTabBar *bar, const QPoint &place, QContextMenuEvent::Reason reason)
+{
+    QContextMenuEvent event(reason, place, bar->mapToGlobal(place));
+    QApplication::sendEvent(bar, &event);
+}
+
+void TestStandardTabs::duplicatedTabIsShownWithItsRows()
+{
+    setGroups(m_item, {{"a", rows("11")}, {"b", rows("12")}});
+    const auto form = open();
+    RUN(show(*form));
+    auto *tabs = form->findChild<QTabWidget *>();
+    QTRY_COMPARE(tabs->count(), 2);
+    QApplication::setActiveWindow(form.get());
+    QVERIFY(QTest::qWaitForWindowActive(form.get()));
+    chooseInMenu("Duplicate");
+    askForMenu(tabs->tabBar(), tabs->tabBar()->tabRect(1).center(), QContextMenuEvent::Mouse);
+    const QString title = isModbus() ? QString("Modbus-3") : "DLT645-3";
+    QCOMPARE(tabsOf(*form), QStringList({"Modbus-1", "Modbus-2", title}));
+    QCOMPARE(addresses(*form), QStringList({"11", "12", "12"}));
+    QCOMPARE(tabs->currentIndex(), 2);
+    // The address is what differs, so it is typed over.
+    QLineEdit *address = edit(*tabs->currentWidget(), addressInput());
+    QCOMPARE(form->focusWidget(), address);
+    QTest::keyClicks(address, "13");
+    form->saveChanges();
+    QCOMPARE(groupsOf(m_item),
+             (GroupMap{{"Modbus-1", rows("11")}, {"Modbus-2", rows("12")}, {title, rows("13")}}));
+    QCOMPARE(m_messages->told(), QStringList());
+}
+
+void TestStandardTabs::menuKeyDuplicatesTheCurrentTab()
+{
+    setGroups(m_item, {{"a", rows("11")}, {"b", rows("12")}});
+    const auto form = open();
+    RUN(show(*form));
+    auto *tabs = form->findChild<QTabWidget *>();
+    QTRY_COMPARE(tabs->count(), 2);
+    tabs->setCurrentIndex(1);
+    QApplication::setActiveWindow(form.get());
+    QVERIFY(QTest::qWaitForWindowActive(form.get()));
+    tabs->tabBar()->setFocus();
+    chooseInMenu("Duplicate");
+    askForMenu(tabs->tabBar(), tabs->tabBar()->tabRect(0).center(), QContextMenuEvent::Keyboard);
+    QCOMPARE(addresses(*form), QStringList({"11", "12", "12"}));
+}
+
+void TestStandardTabs::menuIsForTabsAlone()
+{
+    const auto form = open();
+    RUN(show(*form));
+    click(*form, "addTabButton");
+    auto *tabs = form->findChild<QTabWidget *>();
+    askForMenu(tabs->tabBar(), tabs->tabBar()->rect().topRight() + QPoint(50, 5), QContextMenuEvent::Mouse);
+    askForMenu(tabs->tabBar(), QPoint(20, 200), QContextMenuEvent::Mouse);
+    QCOMPARE(tabs->count(), 1);
+}
+
+void TestStandardTabs::formMayDieBelowTheMenu()
+{
+    auto form = open();
+    RUN(show(*form));
+    click(*form, "addTabButton");
+    auto *bar = form->findChild<QTabWidget *>()->tabBar();
+    m_dialogs->expect([&form](QWidget *menu) {
+        form.reset();
+        menu->close();
+    });
+    askForMenu(bar, bar->tabRect(0).center(), QContextMenuEvent::Mouse);
+    QVERIFY(!form);
 }
 
 void TestStandardTabs::rowsOfTheWrongShapeAreTabs()
