@@ -2,6 +2,7 @@
 
 #include "model/projecttree.h"
 #include "parameters/parametervariant.h"
+#include "parameters/rowcheck.h"
 
 // Parameter rows as text: a header line, a line a row, fields joined by commas without quotes or escapes, so
 // that a comma in a field shifts the fields behind it. Words are those of the current language.
@@ -12,6 +13,7 @@ struct Import {
     RowList rows;
     int badChoices = 0; // rows with a word that its list does not have, of which each is told; the rows stay
     const char *refusal = nullptr; // source text; null if all lines passed
+    RowFaults faults;              // the bad choices, and every line that is refused
 };
 
 Import read(QString text, const ParameterVariant &variant);

@@ -1,18 +1,16 @@
 #include "parametertable/parameterform.h"
 
-#include "forms/formpage.h"
 #include "parameters/parametercsv.h"
 #include "parameters/parameterrules.h"
 #include "parametertable/parametertable.h"
+#include "parametertable/tablebuttons.h"
+#include "parametertable/tablenote.h"
 #include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
-#include <QDir>
 #include <QFile>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPointer>
-#include <QPushButton>
 #include <QSignalBlocker>
 #include <QStandardItem>
 #include <QTextStream>
@@ -57,36 +55,7 @@ ParameterTable *ParameterForm::makeTable(QWidget *parent)
 
 QWidget *ParameterForm::makeTableButtons(QWidget *parent)
 {
-    static const struct {
-        const char *text;
-        const char *icon;
-        const char *name;
-        void (ParameterForm::*pressed)();
-        bool isOfCsv;
-    } table[] = {
-        {QT_TRANSLATE_NOOP("ParameterTable", "Add"), ":/adsdemo/images/add.svg", "addButton",
-         &ParameterForm::addParameter, false},
-        {QT_TRANSLATE_NOOP("ParameterTable", "Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
-         &ParameterForm::removeAllParameters, false},
-        {QT_TRANSLATE_NOOP("ParameterTable", "Import"), ":/adsdemo/images/read.svg", "importButton",
-         &ParameterForm::importParameters, true},
-        {QT_TRANSLATE_NOOP("ParameterTable", "Export"), ":/adsdemo/images/write.svg", "exportButton",
-         &ParameterForm::exportParameters, true},
-    };
-    auto *buttons = new QWidget(parent);
-    auto *row = new QHBoxLayout(buttons);
-    row->setContentsMargins(0, 0, 0, 0);
-    for (const auto &entry : table) {
-        if (m_variant.hasCsv || !entry.isOfCsv) {
-            QPushButton *button =
-                FormPage::button(m_variant.translated(entry.text), QLatin1String(entry.icon), buttons);
-            button->setObjectName(QLatin1String(entry.name));
-            connect(button, &QPushButton::clicked, this, entry.pressed);
-            row->addWidget(button);
-        }
-    }
-    row->addStretch();
-    return buttons;
+    return new TableButtons(m_variant, this, parent);
 }
 
 void ParameterForm::addParameter()
@@ -137,6 +106,7 @@ void ParameterForm::loadParameters(const QList<QVariantList> &rows)
         return;
     }
     table->fill(rows);
+    note([](TableNote *line) { line->tellNothing(); });
     log("loadParameters");
 }
 
@@ -189,6 +159,7 @@ void ParameterForm::importFile(const QString &path)
         return;
     }
     if (import.refusal) {
+        note([&](TableNote *line) { line->tellImport(import, path); });
         warn(error, import.refusal);
         return;
     }
@@ -198,6 +169,7 @@ void ParameterForm::importFile(const QString &path)
     }
     loadParameters(import.rows);
     if (guard) {
+        note([&](TableNote *line) { line->tellImport(import, path); });
         log("importParameters");
     }
 }
@@ -211,13 +183,10 @@ void ParameterForm::exportFile(const QString &path)
         return;
     }
     // Without a table the file stays empty.
-    const ParameterTable *table = currentTable();
-    if (table) {
+    if (const ParameterTable *table = currentTable()) {
         QTextStream(&file) << ParameterCsv::write(table->texts(), m_variant);
-    }
-    if (file.flush()) {
-        showNote(m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "%1 rows were written to %2"))
-                     .arg(QString::number(table ? table->rowCount() : 0), QDir::toNativeSeparators(path)));
+        const bool isWhole = file.flush() && file.error() == QFile::NoError;
+        note([&](TableNote *line) { line->tellExport(table->rowCount(), path, isWhole); });
     }
     file.close();
     log("exportParameters");
@@ -451,6 +420,13 @@ void ParameterForm::tell(const char *source, int row)
 {
     const QString text = m_variant.translated(source);
     appendMessage(text.contains(QLatin1String("%1")) ? text.arg(row + 1) : text);
+}
+
+void ParameterForm::note(const std::function<void(TableNote *)> &told)
+{
+    if (TableNote *line = TableNote::of(currentTable())) {
+        told(line);
+    }
 }
 
 void ParameterForm::warn(const char *title, const char *source)

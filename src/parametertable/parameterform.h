@@ -4,9 +4,12 @@
 #include "model/projecttree.h"
 #include "parameters/parametervariant.h"
 
+#include <functional>
+
 class ParameterTable;
 class QLineEdit;
 class QTableWidgetItem;
+class TableNote;
 
 // Base of the forms that have a table of parameters, or one in each tab: its buttons, its CSV and what is
 // checked at the end of an editing. A check clears its cell and says so in the "Message" dock, but for those
@@ -83,6 +86,8 @@ private:
     void checkThreshold(QLineEdit *editor);
 
     void tell(const char *source, int row);
+    // Into the line beside the buttons of the current table, if there is one.
+    void note(const std::function<void(TableNote *)> &told);
     void warn(const char *title, const char *source);
     // For the editors, whose messages take the focus and so end another editing: says nothing, and
     // returns false, while such a message is open. The editor may be gone afterwards.

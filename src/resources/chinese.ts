@@ -1644,8 +1644,56 @@
         <translation>正在加载参数...</translation>
     </message>
     <message>
-        <source>%1 rows were written to %2</source>
-        <translation>已将 %1 行写入 %2</translation>
+        <source>Line %1</source>
+        <translation>文件第 %1 行</translation>
+    </message>
+    <message>
+        <source>%1 &quot;%2&quot; is not in the list</source>
+        <translation>%1“%2”不在列表中</translation>
+    </message>
+    <message>
+        <source>%1 &quot;%2&quot; is not allowed</source>
+        <translation>%1“%2”不符合要求</translation>
+    </message>
+    <message>
+        <source>too few columns</source>
+        <translation>列数不足</translation>
+    </message>
+    <message>
+        <source>not the header of this table</source>
+        <translation>不是此表的表头</translation>
+    </message>
+    <message>
+        <source>%1, &quot;%2&quot;</source>
+        <translation>%1，“%2”</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>Rows imported from %1: %2</source>
+        <translation>从 %1 导入的行数：%2</translation>
+    </message>
+    <message>
+        <source>Rows pasted: %1</source>
+        <translation>粘贴的行数：%1</translation>
+    </message>
+    <message>
+        <source>Rows exported to %1: %2</source>
+        <translation>导出到 %1 的行数：%2</translation>
+    </message>
+    <message>
+        <source>%1 could not be written as a whole</source>
+        <translation>%1 未能完整写入</translation>
+    </message>
+    <message>
+        <source>%1; with faults: %2</source>
+        <translation>%1；有问题的行数：%2</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>另有 %1 行</translation>
     </message>
 </context>
 <context>

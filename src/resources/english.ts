@@ -1642,7 +1642,55 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 rows were written to %2</source>
+        <source>Line %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 &quot;%2&quot; is not in the list</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 &quot;%2&quot; is not allowed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>too few columns</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not the header of this table</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, &quot;%2&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rows imported from %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rows pasted: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rows exported to %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 could not be written as a whole</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1; with faults: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

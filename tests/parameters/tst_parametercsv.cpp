@@ -17,6 +17,9 @@ private slots:
     void acceptedText_data();
     void acceptedText();
     void badChoiceCountsOnceARowAndGoesOn();
+    void faultsTellLineNameAndReason_data();
+    void faultsTellLineNameAndReason();
+    void faultsAreBounded();
     void wordsAreThoseOfTheLanguage();
     void hostileTextIsSurvived();
 };
@@ -158,6 +161,70 @@ void TestParameterCsv::badChoiceCountsOnceARowAndGoesOn()
     QVERIFY(refused.refusal);
     QCOMPARE(refused.badChoices, 3);
     QCOMPARE(refused.rows, RowList());
+}
+
+void TestParameterCsv::faultsTellLineNameAndReason_data()
+{
+    QTest::addColumn<bool>("modbus");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("told");
+    const QByteArray good = "0,a,float,1,r,\n";
+    QTest::newRow("nothing wrong") << true << modbusHeader + good << QStringList();
+    QTest::newRow("other header") << true << "\n" + plcHeader + good
+                                  << QStringList{"Line 2: not the header of this table"};
+    QTest::newRow("short header, what follows is not looked at")
+        << true << "Address,Name\n1,2\n" + good << QStringList{"Line 1: too few columns"};
+    QTest::newRow("bad choices, kept") << true << modbusHeader + good + "\n1,volt,FLOAT,1,r,\n2,,float,1,w,\n"
+                                       << QStringList{"Line 4, \"volt\": Type \"FLOAT\" is not in the list",
+                                                      "Line 5: Permissions \"w\" is not in the list"};
+    QTest::newRow("each refused line, and those between that are wrong")
+        << true << modbusHeader + "D 1,a,float,1,r,\n" + good + "1,b,FLOAT,1,r,\n1,c\n2, d ,float,x,r,\n"
+        << QStringList{"Line 2, \"a\": Address \"D 1\" is not allowed",
+                       "Line 4, \"b\": Type \"FLOAT\" is not in the list", "Line 5, \"c\": too few columns",
+                       "Line 6, \"d\": Length \"x\" is not allowed"};
+    QTest::newRow("a PLC takes a bad address") << false << plcHeader + "D 1,a,int16,1,r,Timed,,,,\n"
+                                               << QStringList();
+    QTest::newRow("a formula of a PLC")
+        << false << plcHeader + "D1,a,int16,1,r,Timed,,y,,\n"
+        << QStringList{"Line 2, \"a\": Collection Formula \"y\" is not allowed"};
+    QTest::newRow("CR LF") << true
+                           << QByteArray(modbusHeader + good + "D 1,a,float,1,r,\n").replace("\n", "\r\n")
+                           << QStringList{"Line 3, \"a\": Address \"D 1\" is not allowed"};
+    // Nothing is quoted: the two lines that a spreadsheet makes of such a cell are both too short.
+    QTest::newRow("a quoted line break ends a line")
+        << true << modbusHeader + good + "1,\"b\nc\",float,1,r,\nD 1,d,float,1,r,\n"
+        << QStringList{"Line 3, \"\"b\": too few columns", "Line 4, \"float\": too few columns",
+                       "Line 5, \"d\": Address \"D 1\" is not allowed"};
+}
+
+void TestParameterCsv::faultsTellLineNameAndReason()
+{
+    QFETCH(bool, modbus);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, told);
+    const ParameterCsv::Import import = ParameterCsv::read(QString::fromUtf8(bytes), variantOf(modbus));
+    QCOMPARE(import.faults.told, told);
+    QCOMPARE(import.faults.count, told.size());
+}
+
+void TestParameterCsv::faultsAreBounded()
+{
+    QByteArray bytes = modbusHeader;
+    for (int line = 0; line < 1000; ++line) {
+        bytes += QByteArray(line, 'n') + ",name " + QByteArray::number(line) + ",float,x,r,\n";
+    }
+    bytes += "0," + QByteArray(100000, 'n') + ",float,x,r,\n";
+    const ParameterCsv::Import import =
+        ParameterCsv::read(QString::fromUtf8(bytes), ParameterVariant::modbus());
+    QCOMPARE(import.faults.count, 1001);
+    QCOMPARE(import.faults.told.size(), 20);
+
+    const ParameterCsv::Import wide =
+        ParameterCsv::read(QString::fromUtf8(modbusHeader + "0," + QByteArray(100000, 'n') + ",float,x,r,\n"),
+                           ParameterVariant::modbus());
+    QCOMPARE(
+        wide.faults.told,
+        QStringList{"Line 2, \"" + QString(40, 'n') + QChar(0x2026) + "\": Length \"x\" is not allowed"});
 }
 
 void TestParameterCsv::wordsAreThoseOfTheLanguage()

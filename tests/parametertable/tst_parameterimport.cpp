@@ -1,9 +1,11 @@
 #include "files.h"
 #include "parametercsvtexts.h"
 #include "parameterformtest.h"
+#include "parametertable/tablenote.h"
 
 #include <QDir>
 #include <QPushButton>
+#include <QTextDocumentFragment>
 
 using namespace ParameterCsvTexts;
 
@@ -26,9 +28,24 @@ private slots:
     void fileThatCannotBeOpened();
     void withoutTableTheExportIsEmptyAndTheImportTells();
     void noFileWhereThereIsNoCsv();
+    void noteTellsWhatAnImportCameTo();
+    void noteTellsWhichLinesWereRefused();
+    void noteTellsHowManyRowsWentWhere();
+    void noteIsOfTheTabsTable();
+    void longNameOfAFileDoesNotWidenTheForm();
 };
 
 namespace {
+
+QString noteIn(const QWidget *page)
+{
+    return page->findChild<TableNote *>()->text();
+}
+
+QString tipIn(const QWidget *page)
+{
+    return QTextDocumentFragment::fromHtml(page->findChild<TableNote *>()->toolTip()).toPlainText();
+}
 
 const QString choiceMessage = "error|The multiple-choice content in the CSV row does not match "
                               "the expected format. Set as default value";
@@ -235,6 +252,81 @@ void TestParameterImport::noFileWhereThereIsNoCsv()
     make(ParameterVariant::dido());
     m_form->importParameters();
     m_form->exportParameters();
+}
+
+void TestParameterImport::noteTellsWhatAnImportCameTo()
+{
+    make(ParameterVariant::modbus());
+    m_form->makeTableButtons(m_form);
+    QCOMPARE(noteIn(m_form), QString());
+    m_form->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n1,b,float,1,r,\n"));
+    QCOMPARE(noteIn(m_form), "Rows imported from in.csv: 2");
+    QCOMPARE(tipIn(m_form), "Rows imported from in.csv: 2");
+    m_messages->expect();
+    m_form->importFile(writeFile(modbusHeader + "0,<b>,FLOAT,1,r,\n"));
+    QCOMPARE(noteIn(m_form), "Rows imported from in.csv: 1; with faults: 1");
+    QCOMPARE(tipIn(m_form), noteIn(m_form) + "\nLine 2, \"<b>\": Type \"FLOAT\" is not in the list");
+    m_form->loadParameters({}); // as for another item
+    QCOMPARE(noteIn(m_form) + tipIn(m_form), QString());
+}
+
+void TestParameterImport::noteTellsWhichLinesWereRefused()
+{
+    make(ParameterVariant::modbus());
+    m_form->makeTableButtons(m_form);
+    m_form->loadParameters({row("7,old,int8,1,r")});
+    QByteArray file = modbusHeader + "0,good,float,1,r,\n";
+    for (int line = 0; line < 22; ++line) {
+        file += "D 1,bad,float,1,r,\n";
+    }
+    m_messages->expect();
+    m_form->importFile(writeFile(file));
+    QCOMPARE(m_messages->told(),
+             QStringList{"error|The address in the CSV row does not match the expected format."});
+    QCOMPARE(m_table->rowCount(), 1);
+    QCOMPARE(noteIn(m_form), "Rows imported from in.csv: 0; with faults: 22");
+    const QStringList told = tipIn(m_form).split('\n');
+    QCOMPARE(told.size(), 1 + 20 + 1);
+    QCOMPARE(told.at(1), "Line 3, \"bad\": Address \"D 1\" is not allowed");
+    QCOMPARE(told.at(20), "Line 22, \"bad\": Address \"D 1\" is not allowed");
+    QCOMPARE(told.last(), "and 2 more");
+}
+
+void TestParameterImport::noteTellsHowManyRowsWentWhere()
+{
+    make(ParameterVariant::modbus());
+    m_form->makeTableButtons(m_form);
+    m_form->loadParameters({row("0,a,float,1,r"), row("2,b,string,9,rw")});
+    m_form->exportFile(QDir::current().filePath("my %2 points.csv"));
+    QCOMPARE(noteIn(m_form), "Rows exported to my %2 points.csv: 2");
+    QCOMPARE(m_workspace->messages, QStringList());
+    if (QFile::exists("/dev/full")) {
+        m_form->exportFile("/dev/full");
+        QCOMPARE(noteIn(m_form), "full could not be written as a whole");
+    }
+}
+
+void TestParameterImport::noteIsOfTheTabsTable()
+{
+    make(ParameterVariant::modbus());
+    QWidget *const pages[] = {new QWidget(m_form), new QWidget(m_form)};
+    for (QWidget *page : pages) {
+        m_form->makeTableButtons(page);
+        m_latest = m_form->makeTable(page);
+    }
+    m_table = pages[0]->findChild<ParameterTable *>();
+    m_form->exportFile("out.csv");
+    QCOMPARE(noteIn(pages[0]), "Rows exported to out.csv: 0");
+    QCOMPARE(noteIn(pages[1]), QString());
+}
+
+void TestParameterImport::longNameOfAFileDoesNotWidenTheForm()
+{
+    make(ParameterVariant::modbus());
+    const QWidget *buttons = m_form->makeTableButtons(m_form);
+    const int width = buttons->minimumSizeHint().width();
+    m_form->exportFile(QString(200, 'x') + ".csv");
+    QCOMPARE(buttons->minimumSizeHint().width(), width);
 }
 
 QTEST_MAIN(TestParameterImport)
