@@ -12,13 +12,18 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QTextDocument>
+#include <QToolTip>
 
 namespace {
 
 constexpr int buttonSize = 35; // pixels
+
+constexpr int longestText = 300; // pixels of a cell's text in a tool tip
 
 constexpr int rowsAround = 2; // beyond those in sight, so that Tab finds the next row
 
@@ -190,7 +195,12 @@ void ParameterTable::scrollContentsBy(int dx, int dy)
 
 bool ParameterTable::eventFilter(QObject *watched, QEvent *event)
 {
-    const auto *widget = qobject_cast<QWidget *>(watched);
+    auto *widget = qobject_cast<QWidget *>(watched);
+    if (event->type() == QEvent::ToolTip && qobject_cast<QPushButton *>(widget)) {
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
+                           Qt::convertFromPlainText(removalText(), Qt::WhiteSpaceNormal), widget);
+        return true;
+    }
     // Each new widget asks to be styled, and showing it does that. A move below the same style changes none,
     // and would have a list make its popup.
     const bool styles = event->type() == QEvent::PolishRequest && widget && !widget->isVisible();
@@ -350,6 +360,30 @@ QWidget *ParameterTable::makeWidget(ParameterCell cell, const QString &value)
         return makeEditor(cell, value);
     }
     return makeList(cell, value);
+}
+
+// Compat: each button removes the current row, which need not be its own.
+QString ParameterTable::removalText() const
+{
+    const int row = currentRow();
+    const int address = m_variant.indexOf(ParameterCell::Address);
+    if (row < 0) {
+        return m_variant.translated(QT_TRANSLATE_NOOP(
+            "ParameterTable", "Delete the current row: none is current, click the number of one first"));
+    }
+    const auto shown = [this, row](int column) {
+        return fontMetrics().elidedText(text(row, column), Qt::ElideRight, longestText);
+    };
+    const QString name = shown(m_variant.indexOf(ParameterCell::Name));
+    if (address < 0) {
+        return m_variant
+            .translated(QT_TRANSLATE_NOOP("ParameterTable", "Delete the current row: row %1, name \"%2\""))
+            .arg(QString::number(row + 1), name);
+    }
+    return m_variant
+        .translated(QT_TRANSLATE_NOOP("ParameterTable",
+                                      "Delete the current row: row %1, name \"%2\", address \"%3\""))
+        .arg(QString::number(row + 1), name, shown(address));
 }
 
 QWidget *ParameterTable::makeButton()

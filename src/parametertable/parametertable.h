@@ -79,6 +79,7 @@ private:
     QVector<int> rowsInSight() const;
     int rowInUse() const;
     static QTableWidgetItem *makeSpatialIndex(const QString &text);
+    QString removalText() const;
     QWidget *makeButton();
     QWidget *makeWidget(ParameterCell cell, const QString &value);
     QLineEdit *makeEditor(ParameterCell cell, const QString &value);

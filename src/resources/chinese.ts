@@ -1695,6 +1695,18 @@
         <source>and %1 more</source>
         <translation>另有 %1 行</translation>
     </message>
+    <message>
+        <source>Delete the current row: none is current, click the number of one first</source>
+        <translation>删除当前行：没有当前行，请先单击行号</translation>
+    </message>
+    <message>
+        <source>Delete the current row: row %1, name &quot;%2&quot;</source>
+        <translation>删除当前行：第 %1 行，名称“%2”</translation>
+    </message>
+    <message>
+        <source>Delete the current row: row %1, name &quot;%2&quot;, address &quot;%3&quot;</source>
+        <translation>删除当前行：第 %1 行，名称“%2”，地址“%3”</translation>
+    </message>
 </context>
 <context>
     <name>PointForm</name>

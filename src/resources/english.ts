@@ -1693,6 +1693,18 @@
         <source>and %1 more</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Delete the current row: none is current, click the number of one first</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete the current row: row %1, name &quot;%2&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete the current row: row %1, name &quot;%2&quot;, address &quot;%3&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>PointForm</name>

@@ -1,4 +1,5 @@
 #include "parameterformtest.h"
+#include "parametertable/tablenote.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -19,6 +20,8 @@ class TestParameterRows : public ParameterFormTest
 private slots:
     void cleanup() override;
 
+    void deleteButtonTellsWhichRowItTakes();
+    void deleteButtonShowsTextsAsTheyAre();
     void typedPermissionStays();
     void typedEntryIsSelected_data();
     void typedEntryIsSelected();
@@ -33,7 +36,14 @@ private slots:
 private:
     // A Modbus table between its buttons and one below, on screen.
     void showWithButtons(const RowList &rows);
+    QString tipOf(QWidget *widget) const;
     QStringList names() const;
+    QString note() const { return m_form->findChild<TableNote *>()->text(); }
+    QStringList noteLines() const
+    {
+        const QString tip = m_form->findChild<TableNote *>()->toolTip();
+        return QTextDocumentFragment::fromHtml(tip).toPlainText().split('\n');
+    }
 
     QPointer<QPushButton> m_below;
 };
@@ -60,6 +70,13 @@ void TestParameterRows::showWithButtons(const RowList &rows)
     QVERIFY(QTest::qWaitForWindowActive(m_form));
 }
 
+QString TestParameterRows::tipOf(QWidget *widget) const
+{
+    QHelpEvent help(QEvent::ToolTip, QPoint(2, 2), widget->mapToGlobal(QPoint(2, 2)));
+    QApplication::sendEvent(widget, &help);
+    return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText();
+}
+
 QStringList TestParameterRows::names() const
 {
     QStringList names;
@@ -67,6 +84,33 @@ QStringList TestParameterRows::names() const
         names.append(m_table->text(row, Name));
     }
     return names;
+}
+
+void TestParameterRows::deleteButtonTellsWhichRowItTakes()
+{
+    RUN(showWithButtons({modbusRow("40001", "volt"), modbusRow("40002", "current")}));
+    QWidget *last = m_table->cellWidget(1, 5);
+    m_table->setCurrentCell(-1, -1);
+    QCOMPARE(tipOf(last), "Delete the current row: none is current, click the number of one first");
+    m_table->setCurrentCell(0, Name);
+    QCOMPARE(tipOf(last), "Delete the current row: row 1, name \"volt\", address \"40001\"");
+    edit(0, Name, "voltage");
+    QCOMPARE(tipOf(last), "Delete the current row: row 1, name \"voltage\", address \"40001\"");
+    m_form->addParameter();
+    m_table->setCurrentCell(2, Name);
+    editor(2, Name)->setText("new");
+    QCOMPARE(tipOf(last), "Delete the current row: row 3, name \"new\", address \"\"");
+    QCOMPARE(tipOf(m_table->cellWidget(2, 5)), tipOf(last));
+    qobject_cast<QPushButton *>(last)->click();
+    QCOMPARE(names(), QStringList({"voltage", "current"}));
+}
+
+void TestParameterRows::deleteButtonShowsTextsAsTheyAre()
+{
+    RUN(showWithButtons({modbusRow("<i>1</i>", "<b>%3 &amp;</b>")}));
+    m_table->setCurrentCell(0, Name);
+    QCOMPARE(tipOf(m_table->cellWidget(0, 5)),
+             "Delete the current row: row 1, name \"<b>%3 &amp;</b>\", address \"<i>1</i>\"");
 }
 
 void TestParameterRows::typedPermissionStays()
