@@ -3,6 +3,7 @@
 #include "parameters/parametercsv.h"
 #include "parameters/parameterrules.h"
 #include "parametertable/parametertable.h"
+#include "parametertable/rowclipboard.h"
 #include "parametertable/tablebuttons.h"
 #include "parametertable/tablenote.h"
 #include "widgets/choosefile.h"
@@ -43,6 +44,12 @@ ParameterTable *ParameterForm::makeTable(QWidget *parent)
     connectTo(&ParameterTable::lengthEntered, &ParameterForm::checkLength);
     connectTo(&ParameterTable::amplitudeEntered, &ParameterForm::checkThreshold);
     connectTo(&ParameterTable::removePressed, &ParameterForm::removeParameter);
+    connect(new RowClipboard(m_variant, table), &RowClipboard::pasted, table,
+            [table](const ParameterCsv::Import &import) {
+                if (TableNote *note = TableNote::of(table)) {
+                    note->tellPaste(import);
+                }
+            });
     connectTo(&QTableWidget::cellChanged, &ParameterForm::validateName);
     if (!m_variant.onlyNameCheckedInItems) {
         for (const auto validate : {&ParameterForm::validateLength, &ParameterForm::validateAddr,

@@ -4,13 +4,12 @@
 #include "parametertable/cellwidget.h"
 #include "parametertable/listcell.h"
 #include "widgets/progress.h"
-#include "widgets/tablecopy.h"
 #include "widgets/tableheader.h"
 
 #include <QAbstractItemDelegate>
 #include <QApplication>
 #include <QComboBox>
-#include <QEvent>
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QLineEdit>
@@ -61,7 +60,6 @@ ParameterTable::ParameterTable(const ParameterVariant &variant, QObject *listFil
     setWordWrap(false);
     setStyleSheet(QStringLiteral("QTableWidget { border: none; }"));
     TableHeader::makeGrey(this);
-    TableCopy::install(this);
     setTabKeyNavigation(false); // Tab leads through the cell widgets and out of the table
     setInputMethodHints(Qt::ImhHiddenText);
     if (m_variant.height > 0) {
@@ -108,17 +106,26 @@ void ParameterTable::fill(const RowList &rows)
 {
     {
         const QSignalBlocker quiet(this);
-        Progress progress(this, m_variant.loadingText(), rows.size());
         setRowCount(0);
+    }
+    append(rows);
+}
+
+void ParameterTable::append(const RowList &rows)
+{
+    const int first = rowCount();
+    {
+        const QSignalBlocker quiet(this);
+        Progress progress(this, m_variant.loadingText(), rows.size());
         // All rows at once: inserting them one by one would lay out those made so far each time.
-        setRowCount(rows.size());
+        setRowCount(first + rows.size());
         for (int row = 0; row < rows.size(); ++row) {
-            fillRow(row, rows.at(row));
+            fillRow(first + row, rows.at(row));
             progress.advance(row + 1);
         }
         doItemsLayout();
     }
-    for (int row = 0; row < rows.size(); ++row) {
+    for (int row = first; row < first + rows.size(); ++row) {
         emit rowMade(row);
     }
 }
@@ -309,13 +316,18 @@ QList<QStringList> ParameterTable::texts() const
 {
     QList<QStringList> rows;
     for (int row = 0; row < rowCount(); ++row) {
-        QStringList texts;
-        for (int column = 0; column < columnCount(); ++column) {
-            texts.append(text(row, column));
-        }
-        rows.append(texts);
+        rows.append(texts(row));
     }
     return rows;
+}
+
+QStringList ParameterTable::texts(int row) const
+{
+    QStringList texts;
+    for (int column = 0; column < columnCount(); ++column) {
+        texts.append(text(row, column));
+    }
+    return texts;
 }
 
 QString ParameterTable::text(int row, int column) const
@@ -384,6 +396,11 @@ QString ParameterTable::removalText() const
         .translated(QT_TRANSLATE_NOOP("ParameterTable",
                                       "Delete the current row: row %1, name \"%2\", address \"%3\""))
         .arg(QString::number(row + 1), name, shown(address));
+}
+
+void ParameterTable::contextMenuEvent(QContextMenuEvent *event)
+{
+    emit menuRequested(event->globalPos());
 }
 
 QWidget *ParameterTable::makeButton()

@@ -31,6 +31,8 @@ public:
     void appendRow();
     // Replaces the rows; tells of no change.
     void fill(const RowList &rows);
+    // Adds rows below the others, as if they had been loaded with them; tells of no change.
+    void append(const RowList &rows);
     // Has the editor of a cell that is being typed into finish, which may tell a message: form and table may
     // be gone afterwards.
     void endEditing();
@@ -38,6 +40,7 @@ public:
     // The rows as they are stored, and as they are shown.
     RowList rows() const;
     QList<QStringList> texts() const;
+    QStringList texts(int row) const;
     // What a cell shows: its item's, its editor's or its list's text; null where there is none of these, as
     // for the button, unless an item lies under it.
     QString text(int row, int column) const;
@@ -55,8 +58,11 @@ signals:
     void lengthEntered(QLineEdit *editor);
     void amplitudeEntered(QLineEdit *editor);
     void removePressed();
+    // At the place on the screen.
+    void menuRequested(const QPoint &place);
 
 protected:
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void updateEditorGeometries() override;
     void scrollContentsBy(int dx, int dy) override;
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -1707,6 +1707,18 @@
         <source>Delete the current row: row %1, name &quot;%2&quot;, address &quot;%3&quot;</source>
         <translation>删除当前行：第 %1 行，名称“%2”，地址“%3”</translation>
     </message>
+    <message>
+        <source>Row %1</source>
+        <translation>第 %1 行</translation>
+    </message>
+    <message>
+        <source>The clipboard holds too much to be pasted</source>
+        <translation>剪贴板内容过大，无法粘贴</translation>
+    </message>
+    <message>
+        <source>The clipboard holds no rows</source>
+        <translation>剪贴板中没有可粘贴的行</translation>
+    </message>
 </context>
 <context>
     <name>PointForm</name>
@@ -2079,6 +2091,13 @@
     <message>
         <source>Restart allocation write failed. Error code: </source>
         <translation>重启命令下发失败，错误码：</translation>
+    </message>
+</context>
+<context>
+    <name>RowClipboard</name>
+    <message>
+        <source>Paste</source>
+        <translation>粘贴</translation>
     </message>
 </context>
 <context>

@@ -1705,6 +1705,18 @@
         <source>Delete the current row: row %1, name &quot;%2&quot;, address &quot;%3&quot;</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Row %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The clipboard holds too much to be pasted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The clipboard holds no rows</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>PointForm</name>
@@ -2076,6 +2088,13 @@
     </message>
     <message>
         <source>Restart allocation write failed. Error code: </source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RowClipboard</name>
+    <message>
+        <source>Paste</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

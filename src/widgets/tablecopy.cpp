@@ -62,15 +62,16 @@ QString oneLine(QString text)
 
 } // namespace
 
-QAction *TableCopy::install(QAbstractItemView *view)
+QAction *TableCopy::install(QAbstractItemView *view, std::function<QString()> text)
 {
     auto *copy = new QAction(QCoreApplication::translate("TableCopy", "Copy"), view);
     copy->setObjectName(QStringLiteral("copy"));
     copy->setShortcut(QKeySequence::Copy);
     copy->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     view->addAction(copy);
-    QObject::connect(copy, &QAction::triggered, view,
-                     [view] { QApplication::clipboard()->setText(selectedText(view)); });
+    QObject::connect(copy, &QAction::triggered, view, [view, text = std::move(text)] {
+        QApplication::clipboard()->setText(text ? text() : selectedText(view));
+    });
     return copy;
 }
 

@@ -32,6 +32,15 @@ private slots:
     void rowWithABadLengthIsRemovedAfterItsMessage();
     void formMayDieBelowTheMessageOfARemovedRow_data();
     void formMayDieBelowTheMessageOfARemovedRow();
+    void copiedRowsArePastedBelow();
+    void rowsGoFromATableToAnother();
+    void refusedRowsAreToldInTheNote();
+    void clipboardWithoutRowsIsToldInTheNote_data();
+    void clipboardWithoutRowsIsToldInTheNote();
+    void pasteInACellIsForTheCell();
+    void rowHeaderTakesTheKeysAlong();
+    void menuOffersCopyAndPaste();
+    void onlyCopyWithoutChecksForRowsFromOutside();
 
 private:
     // A Modbus table between its buttons and one below, on screen.
@@ -44,6 +53,7 @@ private:
         const QString tip = m_form->findChild<TableNote *>()->toolTip();
         return QTextDocumentFragment::fromHtml(tip).toPlainText().split('\n');
     }
+    static QString pasteable(const QStringList &rows) { return rows.join('\n').replace(',', '\t'); }
 
     QPointer<QPushButton> m_below;
 };
@@ -257,6 +267,148 @@ void TestParameterRows::formMayDieBelowTheMessageOfARemovedRow()
         form->removeParameter();
     }
     QVERIFY(!form);
+}
+
+void TestParameterRows::copiedRowsArePastedBelow()
+{
+    const RowList rows{modbusRow("0", "a"), modbusRow("1", "say \"b\""), modbusRow("2", "c\td")};
+    RUN(showWithButtons(rows));
+    m_form->addParameter();
+    editor(3, Name)->setText("added");
+    m_table->setFocus();
+    m_table->selectRow(1);
+    m_table->selectionModel()->select(m_table->model()->index(3, Address),
+                                      QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    QTest::keySequence(m_table, QKeySequence::Copy);
+    QCOMPARE(QApplication::clipboard()->text(), "1\t\"say \"\"b\"\"\"\tfloat\t1\trw\n\tadded\tbool\t1\tr");
+    m_table->clearSelection();
+    m_table->selectRow(2);
+    QTest::keySequence(m_table, QKeySequence::Copy);
+    QTest::keySequence(m_table, QKeySequence::Paste);
+    const RowList pasted{{"", "added", "bool", "1", "r"}, rows.at(2)};
+    QCOMPARE(m_table->rows(), rows + pasted);
+    QCOMPARE(m_table->currentRow(), 4);
+    QCOMPARE(note(), "Rows pasted: 1");
+    QCOMPARE(m_workspace->messages, QStringList());
+    edit(4, Name, "a"); // a row like one of a file, with its checks
+    QCOMPARE(m_table->text(4, Name), QString());
+}
+
+void TestParameterRows::rowsGoFromATableToAnother()
+{
+    RUN(showWithButtons({modbusRow("0", "a"), modbusRow("1", "b")}));
+    m_table->selectAll();
+    QTest::keySequence(m_table, QKeySequence::Copy);
+    ParameterTable *other = m_form->makeTable(m_form);
+    other->findChild<QAction *>("paste")->trigger();
+    QCOMPARE(other->rows(), m_table->rows());
+    QCOMPARE(m_table->rowCount(), 2);
+}
+
+void TestParameterRows::refusedRowsAreToldInTheNote()
+{
+    RUN(showWithButtons({modbusRow("0", "a")}));
+    QStringList rows{"Address,Name,Type,Length,Permissions,Deleat", "1,<b>,float,1,r,", "2,c,FLOAT,1,r,"};
+    for (int bad = 0; bad < 30; ++bad) {
+        rows.append("D 1,bad,float,1,r,");
+    }
+    QApplication::clipboard()->setText(pasteable(rows));
+    QTest::keySequence(m_table, QKeySequence::Paste);
+    QCOMPARE(names(), QStringList({"a", "<b>", "c"}));
+    QCOMPARE(list(2, Type)->currentText(), "bool");
+    QCOMPARE(note(), "Rows pasted: 2; with faults: 31");
+    const QStringList told = noteLines();
+    QCOMPARE(told.size(), 1 + 20 + 1);
+    QCOMPARE(told.at(1), "Row 3, \"c\": Type \"FLOAT\" is not in the list");
+    QCOMPARE(told.at(2), "Row 4, \"bad\": Address \"D 1\" is not allowed");
+    QCOMPARE(told.last(), "and 11 more");
+    QCOMPARE(m_messages->told(), QStringList());
+}
+
+void TestParameterRows::clipboardWithoutRowsIsToldInTheNote_data()
+{
+    QTest::addColumn<bool>("isText");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("nothing") << true << QString() << "The clipboard holds no rows";
+    QTest::newRow("other data") << false << "picture"
+                                << "The clipboard holds no rows";
+    QTest::newRow("binary") << true << QString("a\tb") + QChar(QChar::Null) << "The clipboard holds no rows";
+    QTest::newRow("too much") << true << QString(5 * 1024 * 1024, QLatin1Char('x'))
+                              << "The clipboard holds too much to be pasted";
+    QTest::newRow("a word") << true << "word"
+                            << "Rows pasted: 0; with faults: 1";
+}
+
+void TestParameterRows::clipboardWithoutRowsIsToldInTheNote()
+{
+    QFETCH(bool, isText);
+    QFETCH(QString, text);
+    QFETCH(QString, told);
+    RUN(showWithButtons({modbusRow("0", "a")}));
+    auto *data = new QMimeData;
+    data->setData(isText ? QString("text/plain") : "image/png", text.toUtf8());
+    QApplication::clipboard()->setMimeData(data);
+    m_table->setFocus();
+    QTest::keySequence(m_table, QKeySequence::Paste);
+    QCOMPARE(note(), told);
+    QCOMPARE(names(), QStringList{"a"});
+}
+
+void TestParameterRows::pasteInACellIsForTheCell()
+{
+    RUN(showWithButtons({}));
+    m_form->addParameter();
+    QApplication::clipboard()->setText(pasteable({"1,b,float,1,r"}));
+    editor(0, Name)->setFocus();
+    QTest::keySequence(editor(0, Name), QKeySequence::Paste);
+    list(0, Type)->setFocus();
+    QTest::keySequence(list(0, Type), QKeySequence::Paste);
+    QCOMPARE(m_table->rowCount(), 1);
+    QVERIFY(editor(0, Name)->text().startsWith("1"));
+}
+
+void TestParameterRows::rowHeaderTakesTheKeysAlong()
+{
+    RUN(showWithButtons({modbusRow("0", "a"), modbusRow("1", "b")}));
+    m_below->setFocus();
+    QHeaderView *header = m_table->verticalHeader();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
+                      QPoint(5, header->sectionViewportPosition(1) + 5));
+    QVERIFY(m_table->hasFocus());
+    QTest::keySequence(m_table, QKeySequence::Copy);
+    QCOMPARE(QApplication::clipboard()->text(), "1\tb\tfloat\t1\trw");
+}
+
+void TestParameterRows::menuOffersCopyAndPaste()
+{
+    RUN(showWithButtons({modbusRow("0", "a")}));
+    m_table->selectRow(0);
+    for (const QString &wanted : {QString("Copy"), QString("Paste")}) {
+        m_dialogs->expect([wanted](QWidget *menu) {
+            const QList<QAction *> actions = menu->actions();
+            QCOMPARE(actions.size(), 2);
+            const int place = actions.first()->text() == wanted ? 0 : 1;
+            QCOMPARE(actions.at(place)->text(), wanted);
+            qobject_cast<QMenu *>(menu)->setActiveAction(actions.at(place));
+            QTest::keyClick(menu, Qt::Key_Return);
+        });
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5),
+                                m_table->viewport()->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(m_table->viewport(), &event);
+    }
+    QCOMPARE(names(), QStringList({"a", "a"}));
+}
+
+void TestParameterRows::onlyCopyWithoutChecksForRowsFromOutside()
+{
+    make(ParameterVariant::dido());
+    QVERIFY(m_table->findChild<QAction *>("copy"));
+    QVERIFY(!m_table->findChild<QAction *>("paste"));
+    m_form->loadParameters({{"1", "a", "r", "Timed"}});
+    m_table->setCurrentCell(0, 0);
+    m_table->findChild<QAction *>("copy")->trigger();
+    QCOMPARE(QApplication::clipboard()->text(), "1\ta\tr\tTimed");
 }
 
 QTEST_MAIN(TestParameterRows)
