@@ -19,10 +19,8 @@ DefinitionForm::DefinitionForm(const Names &names, QStandardItem *item, Workspac
     , m_workspace(workspace)
     , m_column(new QVBoxLayout(this))
     , m_owner(new QuietLine(this))
-    , m_note(new QuietLine(this))
 {
     m_owner->setObjectName(QStringLiteral("owner"));
-    m_note->setObjectName(QStringLiteral("note"));
     m_column->addWidget(m_owner);
     followOwner();
 }
@@ -37,7 +35,7 @@ void DefinitionForm::setContent(QWidget *content, const QVector<FormPart *> &par
     m_column->addWidget(FormPage::scrollArea(content, this));
     const FormPage::Buttons buttons =
         FormPage::appendButtons(m_column, translated(QT_TRANSLATE_NOOP("DefinitionForm", "Save")),
-                                translated(QT_TRANSLATE_NOOP("DefinitionForm", "Cancel")), m_note);
+                                translated(QT_TRANSLATE_NOOP("DefinitionForm", "Cancel")));
     m_save = buttons.save;
     connect(buttons.cancel, &QPushButton::clicked, this, &DefinitionForm::cancel);
     m_parts = parts;
@@ -58,7 +56,6 @@ void DefinitionForm::replaceItem(QStandardItem *item)
         m_owner->highlight();
     }
     m_item = ItemRef(item);
-    m_note->setText(QString());
     followOwner();
     for (FormPart *part : qAsConst(m_parts)) {
         part->refill(item);
@@ -118,11 +115,6 @@ void DefinitionForm::appendMessage(const QString &line) const
     if (m_workspace) {
         m_workspace->appendMessage(line);
     }
-}
-
-void DefinitionForm::showNote(const QString &note)
-{
-    m_note->setText(note);
 }
 
 QString DefinitionForm::translated(const char *source) const

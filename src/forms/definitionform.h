@@ -55,8 +55,6 @@ protected:
     Workspace *workspace() const { return m_workspace; }
     // Appends a line to the "Message" dock, if there is one.
     void appendMessage(const QString &line) const;
-    // Says beside the buttons what the form has done, until it turns to another item.
-    void showNote(const QString &note);
     // A text of the form's own class.
     QString translated(const char *source) const;
     void log(const char *event) const;
@@ -71,7 +69,6 @@ private:
     QVBoxLayout *m_column;
     QuietLine *m_owner;                // objectName "owner"
     QMetaObject::Connection m_renames; // of the project among them
-    QuietLine *m_note;                 // objectName "note"
     QPushButton *m_save = nullptr;
     QVector<FormPart *> m_parts;
 };

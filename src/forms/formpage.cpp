@@ -27,7 +27,7 @@ QScrollArea *scrollArea(QWidget *content, QWidget *parent)
     return area;
 }
 
-Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString &cancelText, QWidget *before)
+Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString &cancelText)
 {
     QWidget *parent = layout->parentWidget();
     Buttons buttons{button(saveText, QStringLiteral(":/adsdemo/images/ok.svg"), parent),
@@ -35,11 +35,7 @@ Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString
     buttons.save->setObjectName(QStringLiteral("saveButton"));
     buttons.cancel->setObjectName(QStringLiteral("cancelButton"));
     auto *row = new QHBoxLayout;
-    if (before) {
-        row->addWidget(before, 1);
-    } else {
-        row->addStretch();
-    }
+    row->addStretch();
     row->addWidget(buttons.save);
     row->addWidget(buttons.cancel);
     layout->addLayout(row);

@@ -22,9 +22,7 @@ QPushButton *button(const QString &text, const QString &icon, QWidget *parent);
 // A resizable scroll area without a frame that shows the content.
 QScrollArea *scrollArea(QWidget *content, QWidget *parent);
 // Appends the row of the two confirming buttons, neither of them connected; the texts are already translated.
-// What stands before them gets the width that they leave; null for nothing.
-Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString &cancelText,
-                      QWidget *before = nullptr);
+Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString &cancelText);
 // The same for the dialog that the layout is of: "Cancel" rejects it, and "OK", which is returned and not
 // connected, is what Enter presses. Its objectName is "okButton".
 QPushButton *appendDialogButtons(QBoxLayout *layout, const QString &okText, const QString &cancelText);

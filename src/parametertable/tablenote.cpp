@@ -1,12 +1,10 @@
 #include "parametertable/tablenote.h"
 
 #include <QFileInfo>
-#include <QPainter>
-#include <QStyle>
 #include <QTextDocument>
 
 TableNote::TableNote(const ParameterVariant &variant, QWidget *parent)
-    : QWidget(parent)
+    : QuietLine(parent)
     , m_variant(variant)
 {
     setObjectName(QStringLiteral("tableNote"));
@@ -41,38 +39,16 @@ void TableNote::tellExport(int rows, const QString &path, bool isWhole)
          {});
 }
 
-void TableNote::tellNothing()
-{
-    setAccessibleName(QString());
-    setToolTip(QString());
-    update();
-}
-
 void TableNote::tell(const QString &text, const RowFaults &faults)
 {
     const QString withFaults =
         m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "%1; with faults: %2"));
-    setAccessibleName(faults.count > 0 ? withFaults.arg(text, QString::number(faults.count)) : text);
-    QStringList lines{accessibleName()};
+    setText(faults.count > 0 ? withFaults.arg(text, QString::number(faults.count)) : text);
+    QStringList lines{this->text()};
     lines += faults.told;
     if (faults.count > faults.told.size()) {
         lines.append(m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "and %1 more"))
                          .arg(faults.count - faults.told.size()));
     }
     setToolTip(Qt::convertFromPlainText(lines.join(QLatin1Char('\n')), Qt::WhiteSpaceNormal));
-    update();
-}
-
-QSize TableNote::sizeHint() const
-{
-    return {0, fontMetrics().height()};
-}
-
-void TableNote::paintEvent(QPaintEvent *event)
-{
-    Q_UNUSED(event)
-    QPainter painter(this);
-    style()->drawItemText(
-        &painter, contentsRect(), int(Qt::AlignLeft | Qt::AlignVCenter), palette(), isEnabled(),
-        fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()), foregroundRole());
 }

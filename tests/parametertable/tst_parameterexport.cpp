@@ -4,7 +4,6 @@
 #include "parametertable/parameterform.h"
 #include "plc/plceditdialog.h"
 #include "standards/standardmodbuseditdialog.h"
-#include "widgets/quietline.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -24,13 +23,10 @@ private slots:
     void offersANameAndAddsTheEnding_data();
     void offersANameAndAddsTheEnding();
     void beginsInTheFolderOfTheLastFile();
-    void saysHowManyRowsWentWhere();
-    void saysNothingOfAFileThatCannotBeWritten();
 
 private:
     // The second of two tabs, with two points.
     std::unique_ptr<standardModbusEditDialog> openModbus();
-    static QString noteOf(const QWidget &form) { return form.findChild<QuietLine *>("note")->text(); }
 };
 
 namespace {
@@ -91,33 +87,6 @@ void TestParameterExport::beginsInTheFolderOfTheLastFile()
             dialog->close();
         });
         click(*form, button);
-    }
-}
-
-void TestParameterExport::saysHowManyRowsWentWhere()
-{
-    const auto form = openModbus();
-    QCOMPARE(noteOf(*form), QString());
-    form->exportFile("out.csv");
-    QCOMPARE(noteOf(*form), "2 rows were written to out.csv");
-    QCOMPARE(m_workspace->messages, QStringList());
-    form->replaceItem(addItem("Other"));
-    QCOMPARE(noteOf(*form), QString());
-    form->exportFile("empty.csv"); // there is no tab
-    QCOMPARE(noteOf(*form), "0 rows were written to empty.csv");
-}
-
-void TestParameterExport::saysNothingOfAFileThatCannotBeWritten()
-{
-    const auto form = openModbus();
-    QVERIFY(QDir().mkpath("folder"));
-    m_messages->expect();
-    form->exportFile("folder");
-    QCOMPARE(m_messages->told(), QStringList("Mistake|Unable to open file for writing."));
-    QCOMPARE(noteOf(*form), QString());
-    if (QFile::exists("/dev/full")) {
-        form->exportFile("/dev/full");
-        QCOMPARE(noteOf(*form), QString());
     }
 }
 
