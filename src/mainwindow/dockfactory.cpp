@@ -3,10 +3,10 @@
 #include "mainwindow/docking.h"
 #include "mainwindow/windowtext.h"
 #include "widgets/svgicon.h"
+#include "widgets/tabwidget.h"
 
 #include <QMenu>
 #include <QPlainTextEdit>
-#include <QTabWidget>
 #include <QToolBar>
 
 using ads::CDockWidget;
@@ -15,7 +15,7 @@ CDockWidget *DockFactory::makeTable(ads::CDockManager *manager)
 {
     static int counter = 0;
     CDockWidget *dock = Docking::makeDock(manager, QStringLiteral("Table %1").arg(counter++));
-    auto *tabs = new QTabWidget;
+    auto *tabs = new TabWidget;
     tabs->setTabsClosable(true);
     tabs->setMovable(true);
     dock->setWidget(tabs);

@@ -5,6 +5,7 @@
 #include "model/projecttree.h"
 #include "monitoring/monitoringpage.h"
 #include "monitoring/monitoringtable.h"
+#include "widgets/tabwidget.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -152,7 +153,7 @@ void MonitoringView::closeTab(const QString &name)
 int MonitoringView::tabNamed(const QString &name) const
 {
     for (int tab = 0; m_tabs && tab < m_tabs->count(); ++tab) {
-        if (m_tabs->tabText(tab) == name) {
+        if (m_tabs->tabText(tab) == TabWidget::titleFor(name)) {
             return tab;
         }
     }
@@ -167,6 +168,6 @@ QTableWidget *MonitoringView::tableOf(const QString &plcName)
     }
     auto *page = new MonitoringPage;
     page->setWindowTitle(plcName);
-    m_tabs->addTab(page, plcName);
+    m_tabs->addTab(page, TabWidget::titleFor(plcName));
     return page->findChild<QTableWidget *>();
 }

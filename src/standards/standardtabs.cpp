@@ -14,7 +14,7 @@
 #include <QTableWidget>
 
 StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, QWidget *parent)
-    : QTabWidget(parent)
+    : TabWidget(parent)
     , m_newTitle(std::move(newTitle))
     , m_loadedTitle(std::move(loadedTitle))
 {

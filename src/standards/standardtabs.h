@@ -2,7 +2,7 @@
 
 #include "model/projecttree.h"
 
-#include <QTabWidget>
+#include "widgets/tabwidget.h"
 
 #include <functional>
 
@@ -12,7 +12,7 @@ class StandardPage;
 // The tabs of a Standard, one for each device on its link: closable, and numbered from 1 in their titles. The
 // form makes the pages; its stored rows are a list for each title. Ctrl+W on the tab bar stands for
 // the current tab's close button, the menu key for a right click on it.
-class StandardTabs : public QTabWidget
+class StandardTabs : public TabWidget
 {
     Q_OBJECT
 public:

@@ -26,6 +26,7 @@ private slots:
     void expandsTheTreeWithEachReport();
     void looksAsDesigned();
     void longNamesFitTheirTabs();
+    void namesShowTheirAmpersands();
     void closedTabComesBackWithAPageOfItsOwn();
     void clickedNodeBringsItsTabToTheFront();
     void pageWithoutATableIsLeftAlone();
@@ -206,6 +207,24 @@ void TestMonitoringView::longNamesFitTheirTabs()
     const int text = QFontMetrics(font).horizontalAdvance(name);
     QTRY_VERIFY2(bar->tabRect(1).width() >= text + 2 * 10,
                  qPrintable(QString("%1 for %2").arg(bar->tabRect(1).width()).arg(text)));
+}
+
+// In a tab a lone "&" is not shown and underlines what follows.
+void TestMonitoringView::namesShowTheirAmpersands()
+{
+    const QString name = "R&D &meter";
+    for (int time = 0; time < 3; ++time) {
+        m_view->receive(report("Riverside", name, {point("Ua", "230.1")}));
+    }
+    QCOMPARE(m_tabs->count(), 1);
+    QCOMPARE(m_tabs->tabText(0), "R&&D &&meter");
+    m_tabs->addTab(new QWidget, "other");
+    m_tabs->setCurrentIndex(1);
+    m_view->showTab(name);
+    QCOMPARE(m_tabs->currentIndex(), 0);
+    m_view->closeTab(name);
+    QCOMPARE(m_tabs->count(), 1);
+    QCOMPARE(m_tabs->tabText(0), "other");
 }
 
 void TestMonitoringView::closedTabComesBackWithAPageOfItsOwn()

@@ -110,6 +110,16 @@ bool followsTheEye(const QRect &from, const QRect &to)
     return isBelow || isBeside;
 }
 
+// Whether any of it is in sight, what lies on it counted in; pages scroll to what has the focus.
+bool canBeSeen(const QWidget *widget)
+{
+    QRect seen = widget->rect();
+    for (const QWidget *at = widget; !seen.isEmpty() && !at->isWindow(); at = at->parentWidget()) {
+        seen = seen.translated(at->pos()) & at->parentWidget()->rect();
+    }
+    return widget->isVisible() && !seen.isEmpty();
+}
+
 // The tabs of the live values are white on a blue of 3.3 to 1 on purpose: users know them so.
 bool isLiveTab(const QWidget *widget)
 {
@@ -224,6 +234,7 @@ QStringList Inspector::namelessThings(const QWidget *form)
 QStringList Inspector::strayTabs(QWidget *form)
 {
     QWidgetList visited;
+    QStringList found;
     QApplication::setActiveWindow(form);
     if (!QTest::qWaitForWindowActive(form)) {
         return {"not active"};
@@ -235,10 +246,12 @@ QStringList Inspector::strayTabs(QWidget *form)
         }
         if (at) {
             visited.append(at);
+            if (!canBeSeen(at)) {
+                found.append("not to be seen: " + nameOf(at));
+            }
         }
         QTest::keyClick(at ? at : form, Qt::Key_Tab);
     }
-    QStringList found;
     QWidgetList inputs;
     const auto shown = shownWidgets(form);
     for (QWidget *widget : shown) {

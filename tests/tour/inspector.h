@@ -20,7 +20,8 @@ QStringList sidewaysPages(const QWidget *form);
 
 // Labels that lead to no field, fields that no label names and icons that say nothing.
 QStringList namelessThings(const QWidget *form);
-// Inputs that the Tab key does not reach, and steps of it that go against the eye.
+// Inputs that the Tab key does not reach, stops of it that are nowhere to be seen, and steps that go against
+// the eye.
 QStringList strayTabs(QWidget *form);
 
 // Tables and lists out of which nothing can be copied; the clipboard is filled on the way.

@@ -147,6 +147,9 @@ void TestGallery::worksWithoutMouse()
     QVERIFY2(nameless.isEmpty(), lines(nameless));
     const QStringList stray = Inspector::strayTabs(m_form.get());
     QVERIFY2(stray.isEmpty(), lines(stray));
+    show(m_exhibits.at(index), tabHeight); // where it scrolls
+    const QStringList scrolled = Inspector::strayTabs(m_form.get()).filter(QLatin1String("not to be seen"));
+    QVERIFY2(scrolled.isEmpty(), lines(scrolled));
 }
 
 void TestGallery::everyTableCanBeCopied_data()
