@@ -12,7 +12,9 @@
 #include "mainwindow/projectlifecycle.h"
 #include "mainwindow/projecttreemenu.h"
 #include "mainwindow/resourceactions.h"
+#include "mainwindow/treekeys.h"
 #include "mainwindow/windowactions.h"
+#include "mainwindow/windowkeys.h"
 #include "mainwindow/windowtext.h"
 #include "monitoring/monitoringview.h"
 #include "projects/newprojectdialog.h"
@@ -67,6 +69,9 @@ void CMainWindow::createCollaborators()
     m_resources = new ResourceActions(projectTree(), tabs, this, this);
     m_points = new PointImport(projectTree(), this);
     m_treeMenu = new ProjectTreeMenu(projectTree(), this);
+    new TreeKeys(projectTree(), m_treeMenu, tabs);
+    new WindowKeys(this, dockManager(), monitoringTabs(),
+                   {m_ui->actionNew_Project, m_ui->actionLoad_Project, m_ui->actionSave_All_Project});
 }
 
 void CMainWindow::connectActions()

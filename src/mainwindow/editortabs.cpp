@@ -129,20 +129,29 @@ ads::CDockWidget *EditorTabs::makeEmpty(EditorTab kind)
     return tab;
 }
 
-void EditorTabs::place(ads::CDockWidget *tab, EditorTab kind)
+ads::CDockAreaWidget *EditorTabs::neighbourArea(EditorTab kind) const
 {
     const QStringList neighbours = neighbourTitles(kind);
     const QList<ads::CDockWidget *> docks = m_docks->findChildren<ads::CDockWidget *>();
-    for (ads::CDockWidget *dock : docks) {
+    for (const ads::CDockWidget *dock : docks) {
         if (dock->dockManager() && neighbours.contains(dock->windowTitle())) {
             if (ads::CDockAreaWidget *area = dock->dockAreaWidget()) {
-                m_docks->addDockWidget(ads::CenterDockWidgetArea, tab, area);
-                return;
+                return area;
             }
             break;
         }
     }
-    widen(m_docks->addDockWidget(ads::RightDockWidgetArea, tab));
+    return nullptr;
+}
+
+void EditorTabs::place(ads::CDockWidget *tab, EditorTab kind)
+{
+    if (ads::CDockAreaWidget *area = neighbourArea(kind)) {
+        m_docks->addDockWidget(ads::CenterDockWidgetArea, tab, area);
+    } else {
+        widen(m_docks->addDockWidget(ads::RightDockWidgetArea, tab));
+    }
+    emit shown(tab);
 }
 
 void EditorTabs::widen(ads::CDockAreaWidget *area)
@@ -173,6 +182,7 @@ void EditorTabs::show(ads::CDockWidget *tab, EditorTab kind)
         tab->toggleView();
     }
     tab->raise();
+    emit shown(tab);
 }
 
 void EditorTabs::closeFirst(EditorTab kind)

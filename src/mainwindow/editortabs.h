@@ -63,7 +63,13 @@ public:
     static void renameOnSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab,
                              QWidget *window);
 
+signals:
+    // The tab was placed, or brought to the front.
+    void shown(ads::CDockWidget *tab);
+
 private:
+    // The area of the first tab beside which one of the kind is placed, or null.
+    ads::CDockAreaWidget *neighbourArea(EditorTab kind) const;
     // Widens the area, the last one of its splitter, at the cost of the widest other one there, which never
     // gets the narrower of the two.
     void widen(ads::CDockAreaWidget *area);

@@ -3,6 +3,7 @@
 #include "mainwindow/windowtext.h"
 #include "model/projecttree.h"
 
+#include <QApplication>
 #include <QMenu>
 #include <QStandardItem>
 #include <QTreeView>
@@ -108,12 +109,27 @@ void ProjectTreeMenu::click(const QModelIndex &index)
     const Node node = nodeOf(item);
     if (node == Node{Level::Definition, ProjectTree::dataFolder}) {
         emit showData(item->text());
+    } else {
+        openForm(index);
+    }
+}
+
+void ProjectTreeMenu::openForm(const QModelIndex &index)
+{
+    const QStandardItem *item = ProjectTree::itemAt(index);
+    if (!item) {
         return;
     }
+    const bool hadFocus = m_tree && m_tree->hasFocus();
+    const Node node = nodeOf(item);
     for (const Entry &entry : entries()) {
         if (entry.isClick && entry.node == node) {
             emit(this->*entry.command)();
-            return;
+            break;
         }
+    }
+    // A new area for the form moves the tree, which then has lost the focus to nothing.
+    if (hadFocus && m_tree && !QApplication::focusWidget()) {
+        m_tree->setFocus();
     }
 }

@@ -5,6 +5,7 @@
 #include "widgets/tell.h"
 
 #include <QDialog>
+#include <QPushButton>
 #include <QStandardItem>
 #include <QTreeView>
 
@@ -57,6 +58,7 @@ void ResourceActions::edit(const ResourceKind &kind)
     const EditorTab tabKind = kind.description().tab;
     if (ads::CDockWidget *tab = m_tabs->find(tabKind)) {
         if (form && form->isOpen(tab->widget())) {
+            remember(tabKind, item);
             form->rebind(tab->widget(), item);
             m_tabs->show(tab, tabKind);
             return;
@@ -80,11 +82,35 @@ void ResourceActions::open(const ResourceKind &kind, const FormClass *form, QSta
         connect(dialog, &QDialog::accepted, tab, [tab] { tab->closeDockWidget(); });
         connect(dialog, &QDialog::rejected, tab, [tab] { tab->closeDockWidget(); });
         form->connectTab(dialog, item, tab, m_window);
+        remember(tabKind, item);
+        returnToTree(dialog, tab, tabKind);
     } else {
         // Compat: not registered, so that each further opening of such an item adds one more empty tab.
         tab = m_tabs->makeEmpty(tabKind);
     }
     m_tabs->place(tab, tabKind);
+}
+
+void ResourceActions::remember(EditorTab kind, QStandardItem *item)
+{
+    m_shown.insert_or_assign(kind, ItemRef(item));
+}
+
+// Connected behind all that "Save" does.
+void ResourceActions::returnToTree(const QDialog *form, const ads::CDockWidget *tab, EditorTab kind)
+{
+    const auto *save = form->findChild<QPushButton *>(QStringLiteral("saveButton"));
+    if (!save) {
+        return;
+    }
+    connect(save, &QPushButton::clicked, tab, [this, tab, kind] {
+        const QStandardItem *item = m_shown.at(kind).item();
+        if (m_tree && item && tab->isClosed()) {
+            m_tree->setCurrentIndex(item->index());
+            m_tree->activateWindow(); // the form may have been in a window of its own
+            m_tree->setFocus();
+        }
+    });
 }
 
 void ResourceActions::remove()

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "mainwindow/resourcekinds.h"
+#include "model/itemref.h"
 
 #include <QObject>
 #include <QPointer>
+
+#include <map>
 
 class QTreeView;
 
@@ -41,9 +44,13 @@ private:
     QStandardItem *currentItem() const;
     void append(const ResourceKind &kind, QStandardItem *folder, const ResourceKind::New &resource);
     void open(const ResourceKind &kind, const FormClass *form, QStandardItem *item);
+    void remember(EditorTab kind, QStandardItem *item);
+    // Makes a "Save" that closes the tab leave the focus in the tree, on the node that the form showed.
+    void returnToTree(const QDialog *form, const ads::CDockWidget *tab, EditorTab kind);
 
     QPointer<QTreeView> m_tree;
     EditorTabs *m_tabs;
     Workspace *m_workspace;
     QWidget *m_window;
+    std::map<EditorTab, ItemRef> m_shown; // what the forms show
 };

@@ -1,0 +1,50 @@
+#include "mainwindow/treekeys.h"
+
+#include "mainwindow/docking.h"
+#include "mainwindow/editortabs.h"
+#include "mainwindow/projecttreemenu.h"
+
+#include <QLineEdit>
+#include <QShortcut>
+#include <QTreeView>
+
+TreeKeys::TreeKeys(QTreeView *tree, ProjectTreeMenu *menu, const EditorTabs *tabs)
+    : QObject(tree)
+    , m_tree(tree)
+    , m_menu(menu)
+    , m_tabs(tabs)
+{
+    const struct {
+        Qt::Key key;
+        void (TreeKeys::*command)();
+    } keys[] = {
+        {Qt::Key_Return, &TreeKeys::open},
+        {Qt::Key_Enter, &TreeKeys::open},
+        {Qt::Key_F2, &TreeKeys::rename},
+    };
+    for (const auto &row : keys) {
+        auto *key = new QShortcut(row.key, tree, nullptr, nullptr, Qt::WidgetShortcut);
+        connect(key, &QShortcut::activated, this, row.command);
+    }
+}
+
+void TreeKeys::open()
+{
+    m_menu->click(m_tree->currentIndex());
+}
+
+void TreeKeys::rename()
+{
+    ads::CDockWidget *tab = nullptr;
+    const auto watch =
+        connect(m_tabs, &EditorTabs::shown, this, [&tab](ads::CDockWidget *shown) { tab = shown; });
+    m_menu->openForm(m_tree->currentIndex());
+    disconnect(watch);
+    auto *name =
+        tab && tab->widget() ? tab->widget()->findChild<QLineEdit *>(QStringLiteral("name")) : nullptr;
+    if (name) {
+        name->activateWindow(); // the tab may be in a window of its own
+        name->setFocus(Qt::ShortcutFocusReason);
+        name->selectAll();
+    }
+}
