@@ -13,6 +13,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QTabWidget>
@@ -98,6 +99,7 @@ void BoxEditDialog::addHead()
     m_fields.keepUnknownOnRefill();
     m_name = m_fields.add<TextField>(Qt::DisplayRole, "name", tr("Name:"));
     m_ip = m_fields.add<TextField>(boxIpRole, tr("IP:"))->check(ipv4Validator);
+    connect(m_ip->edit(), &QLineEdit::returnPressed, this, &BoxEditDialog::connectToServer);
     // The model, which no one sees.
     m_fields.addUnseen<ListField>(boxModelRole, nullptr, tr("Model:"))->disabled();
 }

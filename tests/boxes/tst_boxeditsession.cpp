@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QHostAddress>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -26,6 +27,7 @@ private slots:
     void connectsAtOnceAndHeartbeats();
     void showsStatusAndVersion();
     void connectTwiceReplacesTheSession();
+    void returnInTheAddressConnects();
     void disconnectDropsTheSessionOnce();
     void endOfTheSessionIsHeard_data();
     void endOfTheSessionIsHeard();
@@ -82,6 +84,27 @@ void TestBoxEditSession::connectTwiceReplacesTheSession()
     QCOMPARE(log.events(), (QStringList{disconnected, connectedLine, disconnected, connectedLine}));
     QTRY_COMPARE(m_box->link(0)->state(), QAbstractSocket::UnconnectedState);
     QVERIFY(connected());
+}
+
+void TestBoxEditSession::returnInTheAddressConnects()
+{
+    open();
+    QVERIFY(connected());
+    const LogTail log("BoxEditDialog");
+    auto *address = find<QLineEdit>("ip");
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        const QPointer<Protocol> before(m_form->protocol());
+        QTest::keyClick(address, key);
+        QVERIFY(!before);
+        QCOMPARE(status(), "Connection status: connecting..");
+        QVERIFY(connected());
+    }
+    QCOMPARE(log.events().count("BoxEditDialog: connect"), 2);
+    // An address that is not complete leaves the session as it is.
+    const QPointer<Protocol> last(m_form->protocol());
+    address->setText("127.0.");
+    QTest::keyClick(address, Qt::Key_Return);
+    QCOMPARE(m_form->protocol(), last.data());
 }
 
 void TestBoxEditSession::disconnectDropsTheSessionOnce()
