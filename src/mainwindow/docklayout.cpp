@@ -3,6 +3,7 @@
 #include "mainwindow/dockfactory.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/dockstyle.h"
+#include "mainwindow/floatingdocks.h"
 #include "mainwindow/layoutfile.h"
 #include "mainwindow/windowtext.h"
 #include "widgets/svgicon.h"
@@ -47,6 +48,7 @@ DockLayout::DockLayout(QMainWindow *window)
     m_manager = new ads::CDockManager(window);
     Docking::setFloatingToolBarStyle(m_manager);
     DockStyle::install(m_manager, window->palette());
+    FloatingDocks::keepOnScreen(m_manager);
     // A restored layout has new splitters.
     connect(m_manager, &ads::CDockManager::stateRestored, this, &DockLayout::keepTreeWidth);
 }

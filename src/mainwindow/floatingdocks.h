@@ -1,0 +1,13 @@
+#pragma once
+
+namespace ads {
+class CDockManager;
+} // namespace ads
+
+namespace FloatingDocks {
+
+// Each dock of the manager that is floated from now on comes up whole on the screen that has most of it,
+// smaller if need be. Where the user moves it afterwards is the user's business.
+void keepOnScreen(ads::CDockManager *manager);
+
+} // namespace FloatingDocks

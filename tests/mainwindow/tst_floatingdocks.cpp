@@ -1,0 +1,79 @@
+#include "mainwindow/floatingdocks.h"
+
+#include "docksundertest.h"
+
+#include <QLabel>
+#include <QScreen>
+
+// Where a dock comes up that is taken out of the window.
+class TestFloatingDocks : public QObject
+{
+    Q_OBJECT
+private slots:
+    void comesUpWholeOnTheScreen_data();
+    void comesUpWholeOnTheScreen();
+    void isMovedAsItComesUpAlone();
+};
+
+static QRect available()
+{
+    return QGuiApplication::primaryScreen()->availableGeometry();
+}
+
+void TestFloatingDocks::comesUpWholeOnTheScreen_data()
+{
+    QTest::addColumn<QRect>("wanted");
+    QTest::addColumn<bool>("moves");
+    const QRect inside(available().topLeft() + QPoint(100, 80), QSize(400, 300));
+    QTest::newRow("inside") << inside << false;
+    QTest::newRow("across the lower edge") << inside.translated(0, 400) << true;
+    QTest::newRow("beyond the lower right") << inside.translated(2000, 2000) << true;
+    QTest::newRow("beyond the upper left") << inside.translated(-150, -150) << true;
+    QTest::newRow("larger than the screen") << available().adjusted(-10, 20, 300, 300) << true;
+}
+
+void TestFloatingDocks::comesUpWholeOnTheScreen()
+{
+    QFETCH(QRect, wanted);
+    QFETCH(bool, moves);
+    DocksUnderTest window;
+    auto *dock = Docking::makeDock(window.dockManager(), "Form");
+    dock->setWidget(new QLabel("input"));
+    ads::CFloatingDockContainer *floating = window.dockManager()->addDockWidgetFloating(dock);
+    floating->setGeometry(wanted);
+    floating->show();
+    if (moves) {
+        QTRY_VERIFY(floating->geometry() != wanted);
+    } else {
+        QCoreApplication::processEvents();
+        QCOMPARE(floating->geometry(), wanted);
+    }
+    QVERIFY(available().contains(floating->frameGeometry()));
+    const QMargins frame(window.geometry().topLeft().x() - window.frameGeometry().left(),
+                         window.geometry().top() - window.frameGeometry().top(),
+                         window.frameGeometry().right() - window.geometry().right(),
+                         window.frameGeometry().bottom() - window.geometry().bottom());
+    QCOMPARE(floating->size(), wanted.size().boundedTo(available().marginsRemoved(frame).size()));
+}
+
+void TestFloatingDocks::isMovedAsItComesUpAlone()
+{
+    DocksUnderTest window;
+    auto *dock = Docking::makeDock(window.dockManager(), "Form");
+    dock->setWidget(new QLabel("input"));
+    ads::CFloatingDockContainer *floating = window.dockManager()->addDockWidgetFloating(dock);
+    const QRect outside(available().bottomRight(), QSize(200, 100));
+    floating->setGeometry(outside);
+    floating->show();
+    QTRY_VERIFY(available().contains(floating->geometry()));
+    floating->move(outside.topLeft());
+    QTRY_VERIFY(available().contains(floating->geometry())); // until the library is done with it
+    floating->move(outside.topLeft());
+    floating->hide();
+    floating->show();
+    QTest::qWait(0);
+    QCOMPARE(floating->pos(), outside.topLeft());
+}
+
+QTEST_MAIN(TestFloatingDocks)
+#include "tst_floatingdocks.moc"
