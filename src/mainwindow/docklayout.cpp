@@ -5,6 +5,7 @@
 #include "mainwindow/dockstyle.h"
 #include "mainwindow/floatingdocks.h"
 #include "mainwindow/layoutfile.h"
+#include "mainwindow/opendocks.h"
 #include "mainwindow/windowtext.h"
 #include "widgets/svgicon.h"
 
@@ -49,6 +50,7 @@ DockLayout::DockLayout(QMainWindow *window)
     Docking::setFloatingToolBarStyle(m_manager);
     DockStyle::install(m_manager, window->palette());
     FloatingDocks::keepOnScreen(m_manager);
+    new OpenDocks(m_manager);
     // A restored layout has new splitters.
     connect(m_manager, &ads::CDockManager::stateRestored, this, &DockLayout::keepTreeWidth);
 }

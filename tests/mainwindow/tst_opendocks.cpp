@@ -1,0 +1,248 @@
+#include "mainwindow/opendocks.h"
+
+#include "windowundertest.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+using ads::CDockWidget;
+using Window = WindowUnderTest;
+
+constexpr int step = 20; // pixels
+
+static const QString editStandard = "Edit Standard";
+static const QString editService = "Edit Service";
+
+// What is open when a stored layout comes back that may not know it.
+class TestOpenDocks : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup() { m_window.reset(); }
+
+    void unknownFormsStayWhereTheyWere_data();
+    void unknownFormsStayWhereTheyWere();
+    void formsStayOneBelowTheOther();
+    void floatingFormStaysAWindowOfItsOwn();
+    void knownFormGoesToItsPlace();
+    void knownFormThatWasHiddenStaysOpen();
+    void formBesideAKnownOneStaysBesideIt();
+    void formStaysWhileItsCompanionLeaves();
+    void hiddenFormsStayHidden();
+    void closedMessagesComeAsStored();
+    void unsavedInputIsKept();
+
+private:
+    CDockWidget *dockOf(const QWidget *widget) const;
+    CDockWidget *open(const QStandardItem *item, const QString &title);
+    void save() { m_window->on_actionSaveState_triggered(false); }
+    void restore();
+    // "<titles> x,y widthxheight" of each area, sorted; in steps that leave the splitters' handles out.
+    QStringList layout() const;
+
+    QScopedPointer<QTemporaryDir> m_folder;
+    QScopedPointer<Window> m_window;
+    const QStandardItem *m_standard = nullptr;
+    const QStandardItem *m_service = nullptr;
+};
+
+void TestOpenDocks::init()
+{
+    m_folder.reset(new QTemporaryDir);
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_window.reset(new Window);
+    m_window->setGeometry(0, 0, 1200, 700);
+    const QStandardItem *project = m_window->addProject("plant");
+    m_standard = Window::addStandard(project, "bus", "Modbus");
+    m_service = project->child(1)->child(0);
+    QCoreApplication::processEvents();
+    save();
+}
+
+CDockWidget *TestOpenDocks::dockOf(const QWidget *widget) const
+{
+    const auto docks = m_window->dockManager()->dockWidgetsMap();
+    return *std::find_if(docks.begin(), docks.end(),
+                         [widget](const CDockWidget *dock) { return dock->widget() == widget; });
+}
+
+CDockWidget *TestOpenDocks::open(const QStandardItem *item, const QString &title)
+{
+    m_window->click(item);
+    return m_window->tab(title);
+}
+
+void TestOpenDocks::restore()
+{
+    QCoreApplication::processEvents(); // as laid out
+    m_window->on_actionRestoreState_triggered(false);
+    QCoreApplication::processEvents();
+}
+
+QStringList TestOpenDocks::layout() const
+{
+    QStringList areas;
+    const ads::CDockManager *manager = m_window->dockManager();
+    for (int i = 0; i < manager->dockAreaCount(); ++i) {
+        const ads::CDockAreaWidget *area = manager->dockArea(i);
+        QStringList titles;
+        const auto docks = area->openedDockWidgets();
+        for (const CDockWidget *dock : docks) {
+            titles.append(dock == area->currentDockWidget() ? dock->windowTitle() + "*"
+                                                            : dock->windowTitle());
+        }
+        const QPoint at = area->mapTo(manager, QPoint());
+        QStringList numbers;
+        for (const int pixels : {at.x(), at.y(), area->width(), area->height()}) {
+            numbers.append(QString::number((pixels + step / 2) / step));
+        }
+        areas.append(titles.join(QLatin1Char('|')) + " " + numbers.join(QLatin1Char(',')));
+    }
+    areas.sort();
+    return areas;
+}
+
+void TestOpenDocks::unknownFormsStayWhereTheyWere_data()
+{
+    QTest::addColumn<QString>("place");
+    for (const char *place : {"right", "left", "bottom", "below the live values", "with the messages"}) {
+        QTest::newRow(place) << QString::fromLatin1(place);
+    }
+}
+
+void TestOpenDocks::unknownFormsStayWhereTheyWere()
+{
+    QFETCH(QString, place);
+    ads::CDockManager *manager = m_window->dockManager();
+    ads::CDockAreaWidget *values = dockOf(m_window->monitoringTabs())->dockAreaWidget();
+    ads::CDockAreaWidget *messages = dockOf(m_window->messageEditor())->dockAreaWidget();
+    const QMap<QString, QPair<ads::DockWidgetArea, ads::CDockAreaWidget *>> places{
+        {"left", {ads::LeftDockWidgetArea, nullptr}},
+        {"bottom", {ads::BottomDockWidgetArea, nullptr}},
+        {"below the live values", {ads::BottomDockWidgetArea, values}},
+        {"with the messages", {ads::CenterDockWidgetArea, messages}},
+    };
+    CDockWidget *standard = open(m_standard, editStandard);
+    CDockWidget *service = open(m_service, editService);
+    if (places.contains(place)) {
+        ads::CDockAreaWidget *area =
+            manager->addDockWidget(places.value(place).first, standard, places.value(place).second);
+        manager->addDockWidgetTabToArea(service, area);
+        standard->setAsCurrentTab();
+    }
+    QCoreApplication::processEvents();
+    const QStringList before = layout();
+    restore();
+    QCOMPARE(layout(), before);
+}
+
+void TestOpenDocks::formsStayOneBelowTheOther()
+{
+    CDockWidget *standard = open(m_standard, editStandard);
+    CDockWidget *service = open(m_service, editService);
+    m_window->dockManager()->addDockWidget(ads::BottomDockWidgetArea, service, standard->dockAreaWidget());
+    restore();
+    const auto placeOf = [this](const QWidget *widget) {
+        return QRect(widget->mapTo(m_window.data(), QPoint()), widget->size());
+    };
+    const QRect above = placeOf(m_window->form(editStandard));
+    const QRect below = placeOf(m_window->form(editService));
+    QVERIFY(above.bottom() < below.top());
+    QCOMPARE(above.left(), below.left());
+    QVERIFY(above.left() > placeOf(m_window->messageEditor()).right());
+}
+
+void TestOpenDocks::floatingFormStaysAWindowOfItsOwn()
+{
+    CDockWidget *standard = open(m_standard, editStandard);
+    standard->setFloating();
+    QWidget *window = standard->widget()->window();
+    window->show();
+    window->setGeometry(40, 50, 420, 380);
+    m_window->on_actionRestoreState_triggered(false);
+    QVERIFY(standard->isInFloatingContainer() && !standard->isClosed());
+    QCOMPARE(standard->widget()->window()->geometry(), QRect(40, 50, 420, 380));
+    QVERIFY(standard->widget()->isVisibleTo(standard->widget()->window()));
+}
+
+void TestOpenDocks::knownFormGoesToItsPlace()
+{
+    CDockWidget *standard = open(m_standard, editStandard);
+    QCoreApplication::processEvents();
+    const QStringList stored = layout();
+    save();
+    m_window->dockManager()->addDockWidget(ads::LeftDockWidgetArea, standard);
+    restore();
+    QCOMPARE(layout(), stored);
+}
+
+void TestOpenDocks::knownFormThatWasHiddenStaysOpen()
+{
+    CDockWidget *standard = open(m_standard, editStandard);
+    standard->toggleViewAction()->trigger();
+    save();
+    standard->toggleViewAction()->trigger();
+    restore();
+    QVERIFY(!standard->isClosed());
+    QVERIFY(m_window->form(editStandard)->isVisible());
+}
+
+void TestOpenDocks::formBesideAKnownOneStaysBesideIt()
+{
+    open(m_standard, editStandard);
+    save();
+    open(m_service, editService);
+    QCoreApplication::processEvents();
+    const QStringList before = layout();
+    restore();
+    QCOMPARE(layout(), before);
+}
+
+void TestOpenDocks::formStaysWhileItsCompanionLeaves()
+{
+    CDockWidget *standard = open(m_standard, editStandard);
+    m_window->dockManager()->addDockWidget(ads::LeftDockWidgetArea, standard);
+    save();
+    standard->closeDockWidget();
+    Window::settle();
+    CDockWidget *service = open(m_service, editService);
+    standard = open(m_standard, editStandard);
+    QCOMPARE(standard->dockAreaWidget(), service->dockAreaWidget());
+    restore();
+    const auto placeOf = [this](const CDockWidget *dock) {
+        return dock->dockAreaWidget()->mapTo(m_window.data(), QPoint()).x();
+    };
+    QCOMPARE(placeOf(standard), 0);
+    QVERIFY(placeOf(service) > placeOf(dockOf(m_window->monitoringTabs())));
+    QVERIFY(m_window->form(editStandard)->isVisible() && m_window->form(editService)->isVisible());
+}
+
+void TestOpenDocks::hiddenFormsStayHidden()
+{
+    CDockWidget *standard = open(m_standard, editStandard);
+    standard->toggleViewAction()->trigger();
+    restore();
+    QVERIFY(standard->isClosed());
+}
+
+void TestOpenDocks::closedMessagesComeAsStored()
+{
+    CDockWidget *messages = dockOf(m_window->messageEditor());
+    messages->closeDockWidget();
+    save();
+    messages->toggleView(true);
+    restore();
+    QVERIFY(messages->isClosed());
+}
+
+void TestOpenDocks::unsavedInputIsKept()
+{
+    open(m_standard, editStandard);
+    Window::input<QLineEdit>(m_window->form(editStandard), "name")->setText("typed");
+    restore();
+    QCOMPARE(Window::input<QLineEdit>(m_window->form(editStandard), "name")->text(), "typed");
+}
+
+QTEST_MAIN(TestOpenDocks)
+#include "tst_opendocks.moc"
