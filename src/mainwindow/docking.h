@@ -8,6 +8,7 @@
 
 #include <DockAreaWidget.h>
 #include <DockManager.h>
+#include <DockOverlay.h>
 #include <DockWidget.h>
 #include <FloatingDockContainer.h>
 

@@ -3,6 +3,7 @@
 #include "mainwindow/dockfactory.h"
 #include "mainwindow/docking.h"
 #include "mainwindow/dockstyle.h"
+#include "mainwindow/dropoverlay.h"
 #include "mainwindow/floatingdocks.h"
 #include "mainwindow/layoutfile.h"
 #include "mainwindow/opendocks.h"
@@ -49,6 +50,7 @@ DockLayout::DockLayout(QMainWindow *window)
     m_manager = new ads::CDockManager(window);
     Docking::setFloatingToolBarStyle(m_manager);
     DockStyle::install(m_manager, window->palette());
+    DropOverlay::cutOut(m_manager);
     FloatingDocks::keepOnScreen(m_manager);
     new OpenDocks(m_manager);
     // A restored layout has new splitters.
