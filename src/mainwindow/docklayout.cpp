@@ -128,7 +128,7 @@ CDockWidget *DockLayout::makeProjectDock(QStandardItemModel *model)
 CDockWidget *DockLayout::makeMessageDock()
 {
     CDockWidget *dock =
-        DockFactory::makeEditor(m_manager, QStringLiteral("Editor"), QStringLiteral("Message:"),
+        DockFactory::makeEditor(m_manager, QStringLiteral("Editor"), WindowText::tr("Message:"),
                                 svgIcon(QStringLiteral(":/adsdemo/images/message.svg")));
     dock->setWindowTitle(WindowText::tr("Message"));
     dock->setGeometry(10, 10, 600, 300);
@@ -138,6 +138,9 @@ CDockWidget *DockLayout::makeMessageDock()
     m_messageEditor->setObjectName(QStringLiteral("messageEditor"));
     m_messageEditor->setAccessibleName(dock->windowTitle());
     m_messageEditor->setTabChangesFocus(true); // else Tab would never leave it
+    m_messageEditor->setReadOnly(true);
+    // To be read and copied without a mouse, too.
+    m_messageEditor->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     return dock;
 }
 

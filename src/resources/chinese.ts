@@ -851,6 +851,10 @@
         <source>A server file with the same name already exists in this folder. Please use a different name.</source>
         <translation>该文件夹中已存在同名的 Server，请使用其他名称。</translation>
     </message>
+    <message>
+        <source>Message:</source>
+        <translation>消息：</translation>
+    </message>
 </context>
 <context>
     <name>CStatusDialogClass</name>

@@ -849,6 +849,10 @@
         <source>A server file with the same name already exists in this folder. Please use a different name.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Message:</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>CStatusDialogClass</name>

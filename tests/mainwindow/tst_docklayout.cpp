@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QHeaderView>
@@ -41,6 +42,7 @@ private slots:
     void monitoringTabsAreNotClosedByTheirButton();
     void theOptionsMenuClearsTheMessages();
     void theMessageEditorIsNamedAndLeftByTab();
+    void messagesAreReadAndCopiedButNotTyped();
     void savingAndRestoringLeavesTheLayout();
     void restoringBringsASavedLayoutBack();
     void theTreeKeepsItsWidthAsTheWindowGrows_data();
@@ -169,7 +171,7 @@ void TestDockLayout::theFixedDocksHaveTheirFeatures()
 void TestDockLayout::theDocksAreStyledAndTheirWidgetsNamed()
 {
     QVERIFY(ads::CDockManager::testConfigFlag(ads::CDockManager::FocusHighlighting));
-    QVERIFY(m_window->dockManager()->styleSheet().contains(QLatin1String("palette(highlighted-text)")));
+    QVERIFY(m_window->dockManager()->styleSheet().contains(QLatin1String("ads--CDockWidgetTab[focused")));
     QStringList names;
     const auto all = docks();
     for (const CDockWidget *dock : all) {
@@ -308,7 +310,8 @@ void TestDockLayout::theOptionsMenuClearsTheMessages()
     QCOMPARE(options->actions().size(), 1);
     QCOMPARE(options->actions().first()->text(), CMainWindow::tr("Clear Editor"));
 
-    QCOMPARE(m_window->messageEditor()->placeholderText(), "Message:");
+    QCOMPARE(m_window->messageEditor()->placeholderText(), CMainWindow::tr("Message:"));
+    QVERIFY(CMainWindow::tr("Message:") != QLatin1String("Message:"));
     QCOMPARE(m_window->messageEditor()->styleSheet(), "border: none");
     m_window->appendMessage("gone soon");
     options->actions().first()->trigger();
@@ -322,6 +325,29 @@ void TestDockLayout::theMessageEditorIsNamedAndLeftByTab()
     editor->setFocus();
     QTest::keyClick(editor, Qt::Key_Tab);
     QCOMPARE(editor->toPlainText(), QString());
+}
+
+void TestDockLayout::messagesAreReadAndCopiedButNotTyped()
+{
+    m_window->show();
+    m_window->appendMessage("first line");
+    m_window->appendMessage("second");
+    QPlainTextEdit *editor = m_window->messageEditor();
+    editor->setFocus();
+    QApplication::clipboard()->setText("from elsewhere");
+    QTest::keyClicks(editor, "typed");
+    for (const auto key : {QKeySequence::Paste, QKeySequence::Cut, QKeySequence::Delete}) {
+        QTest::keySequence(editor, key);
+    }
+    QTest::keyClick(editor, Qt::Key_Backspace);
+    QCOMPARE(editor->toPlainText(), "first line\nsecond");
+
+    QTest::keySequence(editor, QKeySequence::MoveToStartOfDocument);
+    QTest::keySequence(editor, QKeySequence::SelectNextWord);
+    QTest::keySequence(editor, QKeySequence::Copy);
+    QCOMPARE(QApplication::clipboard()->text().trimmed(), "first");
+    m_window->appendMessage("third");
+    QVERIFY(editor->toPlainText().endsWith(QLatin1String("\nthird")));
 }
 
 void TestDockLayout::savingAndRestoringLeavesTheLayout()
