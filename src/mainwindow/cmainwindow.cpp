@@ -20,6 +20,7 @@
 #include "projects/newprojectdialog.h"
 #include "servers/importdatadialog.h"
 #include "ui_mainwindow.h"
+#include "widgets/iconground.h"
 
 #include <QCloseEvent>
 #include <QDebug>
@@ -35,6 +36,7 @@ CMainWindow::CMainWindow(QWidget *parent)
     m_ui->setupUi(this);
     setWindowTitle(QCoreApplication::applicationName());
     WindowActions::setUp(*m_ui);
+    IconGround::useInMenus(palette());
     m_perspectives = new Perspectives(this);
     CESwitching();
     m_logo = new LogoWindow(this);

@@ -1,6 +1,7 @@
 #include "mainwindow/dockstyle.h"
 
 #include "mainwindow/docking.h"
+#include "widgets/iconground.h"
 #include "widgets/svgicon.h"
 
 #include <QAbstractButton>
@@ -13,16 +14,22 @@ namespace {
 
 QString additions(const QPalette &desktop)
 {
-    // The library's light colour for the focused tab's text is dark on a dark desktop.
+    const IconGround focused = IconGround::of(desktop);
     QString style =
-        QStringLiteral("ads--CDockWidgetTab[focused=\"true\"] QLabel { color: palette(highlighted-text); }");
+        QStringLiteral("ads--CDockWidgetTab[focused=\"true\"] { background: %1; border-color: %1; } "
+                       "ads--CDockWidgetTab[focused=\"true\"] QLabel { color: %2; } "
+                       "ads--CDockAreaWidget[focused=\"true\"] ads--CDockAreaTitleBar "
+                       "{ border-bottom-color: %1; } ")
+            .arg(focused.ground.name(), focused.text.name());
     if (isDark(desktop)) {
         style += QStringLiteral(
             "#tabCloseButton, #dockAreaCloseButton { qproperty-icon: url(:/adsdemo/images/close-light.svg), "
             "url(:/ads/images/close-button-disabled.svg) disabled; }"
             "#detachGroupButton { qproperty-icon: url(:/adsdemo/images/detach-light.svg), "
             "url(:/ads/images/detach-button-disabled.svg) disabled; }"
-            "#tabsMenuButton { qproperty-icon: url(:/adsdemo/images/tabs-light.svg); }");
+            "#tabsMenuButton { qproperty-icon: url(:/adsdemo/images/tabs-light.svg); } "
+            "ads--CDockWidgetTab[focused=\"true\"] > #tabCloseButton "
+            "{ qproperty-icon: url(:/ads/images/close-button.svg); }");
     }
     return style;
 }

@@ -1,6 +1,8 @@
 #include "mainwindow/dockstyle.h"
 
 #include "mainwindow/docking.h"
+#include "widgets/iconground.h"
+#include "widgets/svgicon.h"
 
 #include <QAbstractButton>
 #include <QFile>
@@ -16,6 +18,8 @@ class TestDockStyle : public QObject
 private slots:
     void signsAreLightOnADarkDesktop_data();
     void signsAreLightOnADarkDesktop();
+    void focusedTabHasTheGroundOfIcons_data();
+    void focusedTabHasTheGroundOfIcons();
     void titleBarsTellTheirButtons();
     void anotherSheetTakesThePlace();
     void selectionIsDarkOnLight();
@@ -38,11 +42,35 @@ void TestDockStyle::signsAreLightOnADarkDesktop()
     const QString library = manager->styleSheet();
     DockStyle::install(manager, QPalette(desktop));
     QVERIFY(manager->styleSheet().startsWith(library));
-    QVERIFY(manager->styleSheet().contains(QLatin1String("palette(highlighted-text)")));
+    QVERIFY(manager->styleSheet().contains(IconGround::of(QPalette(desktop)).ground.name()));
     for (const char *sign : {"close-light.svg", "detach-light.svg", "tabs-light.svg"}) {
         QCOMPARE(manager->styleSheet().contains(QLatin1String(sign)), light);
         QVERIFY(QFile::exists(QLatin1String(":/adsdemo/images/") + QLatin1String(sign)));
     }
+}
+
+void TestDockStyle::focusedTabHasTheGroundOfIcons_data()
+{
+    signsAreLightOnADarkDesktop_data();
+}
+
+void TestDockStyle::focusedTabHasTheGroundOfIcons()
+{
+    QFETCH(QColor, desktop);
+    Docking::configureDocking();
+    QMainWindow window;
+    auto *manager = new ads::CDockManager(&window);
+    DockStyle::install(manager, QPalette(desktop));
+    ads::CDockWidget *dock = Docking::makeDock(manager, "Form");
+    dock->setWidget(new QLabel("input"));
+    dock->setIcon(svgIcon(":/adsdemo/images/edit-1.svg"));
+    manager->addDockWidget(ads::CenterDockWidgetArea, dock);
+    window.show();
+    manager->setDockWidgetFocused(dock);
+    const IconGround colours = IconGround::of(QPalette(desktop));
+    auto *tab = dock->dockAreaWidget()->findChild<QWidget *>("dockWidgetTabLabel")->parentWidget();
+    const auto groundOf = [tab] { return tab->grab().toImage().pixelColor(2, tab->height() / 2); };
+    QTRY_COMPARE(groundOf(), colours.ground);
 }
 
 void TestDockStyle::titleBarsTellTheirButtons()
