@@ -12,7 +12,6 @@ EditForm::EditForm(QWidget *parent)
 bool EditForm::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Wheel && qobject_cast<QComboBox *>(watched)) {
-        event->ignore(); // goes to what scrolls
         return true;
     }
     return QDialog::eventFilter(watched, event);

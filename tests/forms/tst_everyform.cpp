@@ -127,13 +127,6 @@ QVector<int> rolesOfTheKind()
     return roles;
 }
 
-// Over the cells of a table the wheel scrolls that.
-bool isOnPage(const QWidget *widget)
-{
-    const QWidget *viewport = widget->parentWidget();
-    return widget->isVisible() && !qobject_cast<const QAbstractItemView *>(viewport->parentWidget());
-}
-
 } // namespace
 
 void TestEveryForm::initTestCase_data()
@@ -357,7 +350,7 @@ void TestEveryForm::wheelScrollsThePageOverAList()
         bar->setValue(0);
         turnWheel(each);
         QCOMPARE(each->currentIndex(), before);
-        QVERIFY2(bar->value() > 0 || !isOnPage(each), qPrintable(each->objectName()));
+        QVERIFY2(bar->value() > 0 || !each->isVisible(), qPrintable(each->objectName()));
         QVERIFY2(!each->hasFocus(), qPrintable(each->objectName()));
     }
     const auto numbers = form->findChildren<QAbstractSpinBox *>();

@@ -2,6 +2,7 @@
 #include "servers/serversl651editdialog.h"
 #include "sl651codes.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QRegExpValidator>
@@ -224,6 +225,8 @@ void TestServerSL651EditDialog::wheelChangesNoCode()
     form.handleImportedData({point("rain")}, source);
     form.resize(800, 700);
     form.show();
+    QApplication::setActiveWindow(&form);
+    QVERIFY(QTest::qWaitForWindowActive(&form));
     code(form, 0)->setCurrentIndex(5);
     QComboBox *station = list(form, "remoteStationType");
     station->setCurrentIndex(5);
