@@ -36,6 +36,9 @@ private slots:
     void findPrefersTheFormWithTheFocus();
     void findWithoutALivePageDoesNothing();
 
+    void everyStopOfTheTabKeyCanBeSeen_data();
+    void everyStopOfTheTabKeyCanBeSeen();
+
 private:
     QDialog *openForm(const QStandardItem *item, const QString &title, bool floating = false);
     void showLiveValues();
@@ -259,6 +262,51 @@ void TestWindowKeys::findWithoutALivePageDoesNothing()
     m_window->projectTree()->setFocus();
     QTest::keyClick(m_window->projectTree(), Qt::Key_F, Qt::ControlModifier);
     QCOMPARE(QApplication::focusWidget(), m_window->projectTree());
+}
+
+void TestWindowKeys::everyStopOfTheTabKeyCanBeSeen_data()
+{
+    QTest::addColumn<QString>("title");
+    for (const char *title : {"", "Edit Project", "Edit Standard", "Edit Service", "Edit Box"}) {
+        QTest::addRow("%s", *title ? title : "no form") << QString::fromLatin1(title);
+    }
+}
+
+// Whether it has a size in what it lies in; pages scroll to what has the focus.
+static bool canBeSeen(const QWidget *widget)
+{
+    QRect seen = widget->rect();
+    for (const QWidget *at = widget; !seen.isEmpty() && !at->isWindow(); at = at->parentWidget()) {
+        seen = seen.translated(at->pos()) & at->parentWidget()->rect();
+    }
+    return widget->isVisible() && !seen.isEmpty();
+}
+
+void TestWindowKeys::everyStopOfTheTabKeyCanBeSeen()
+{
+    QFETCH(QString, title);
+    const QMap<QString, const QStandardItem *> items{
+        {"Edit Project", m_project},
+        {"Edit Standard", m_standard},
+        {"Edit Service", m_project->child(1)->child(0)},
+        {"Edit Box", Window::addBox(m_project, "gate", "127.0.13.17")},
+    };
+    if (items.contains(title)) {
+        openForm(items.value(title), title);
+    }
+    m_window->projectTree()->setFocus();
+    const int most = 100;
+    QWidgetList stops;
+    while (stops.size() < most && !stops.contains(QApplication::focusWidget())) {
+        stops.append(QApplication::focusWidget());
+        QVERIFY2(canBeSeen(stops.last()), stops.last()->metaObject()->className());
+        QTest::keyClick(stops.last(), Qt::Key_Tab);
+    }
+    QCOMPARE(QApplication::focusWidget(), m_window->projectTree()); // it goes round
+    QVERIFY(stops.contains(m_window->messageEditor()));
+    if (items.contains(title)) {
+        QVERIFY(stops.contains(Window::input<QPushButton>(m_window->form(title), "saveButton")));
+    }
 }
 
 QTEST_MAIN(TestWindowKeys)
