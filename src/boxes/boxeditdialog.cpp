@@ -16,6 +16,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QStandardItem>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -61,12 +62,13 @@ BoxEditDialog::BoxEditDialog(QStandardItem *item, Workspace *workspace)
     setWindowTitle(tr("Edit Box"));
     resize(480, 460);
     addHead();
+    addNotice();
     setContent(buildPages(), {&m_fields});
     // Compat: whatever the item holds, a Box form opens with LTE on. Only here, not with another item.
     fieldsOf(SettingsGroup::Lte).first()->setText(QStringLiteral("on"));
 
     // The first session comes up without a local address, so there is nothing to bind.
-    m_protocol = new Protocol(this);
+    begin();
     m_protocol->openConnection(m_ip->text());
     listenTo(m_protocol);
     startClock();
@@ -102,6 +104,16 @@ void BoxEditDialog::addHead()
     connect(m_ip->edit(), &QLineEdit::returnPressed, this, &BoxEditDialog::connectToServer);
     // The model, which no one sees.
     m_fields.addUnseen<ListField>(boxModelRole, nullptr, tr("Model:"))->disabled();
+}
+
+void BoxEditDialog::addNotice()
+{
+    m_notice = new QLabel(this);
+    m_notice->setObjectName(QStringLiteral("projectNotice"));
+    m_notice->setTextFormat(Qt::PlainText); // the Box's own words
+    m_notice->setWordWrap(true);
+    m_notice->hide();
+    column()->addWidget(m_notice);
 }
 
 QTabWidget *BoxEditDialog::buildPages()
@@ -157,6 +169,13 @@ void BoxEditDialog::startClock()
     clock->start(clockInterval);
 }
 
+void BoxEditDialog::begin()
+{
+    m_protocol = new Protocol(this);
+    m_sessionName = item() ? item()->text() : m_name->text();
+    m_sessionAddress = m_ip->text();
+}
+
 void BoxEditDialog::connectToServer()
 {
     const QPointer<BoxEditDialog> alive(this);
@@ -164,7 +183,7 @@ void BoxEditDialog::connectToServer()
     if (!alive || m_protocol) {
         return; // who heard of the end has closed the form or connected it already
     }
-    m_protocol = new Protocol(this);
+    begin();
     listenTo(m_protocol);
     if (m_hostAddress != FileTransfer::anyAddress()) {
         m_protocol->bindToAddress(QHostAddress(m_hostAddress));
@@ -203,6 +222,12 @@ void BoxEditDialog::listenTo(const Protocol *session)
     connect(session, &Protocol::connectionStatusChanged, m_status, &QLabel::setText);
     connect(session, &Protocol::versionReceived, this, &BoxEditDialog::showVersion);
     connect(session, &Protocol::offlineOccurred, this, &BoxEditDialog::tellOffline);
+    connect(session, &Protocol::offlineOccurred, this, &BoxEditDialog::tellEnd);
+    connect(session->session(), &Session::statusChanged, this, [this](Session::Status status) {
+        if (status == Session::Status::Disconnected) {
+            tellEnd();
+        }
+    });
     connect(session, &Protocol::dataReceived, this, &BoxEditDialog::passData);
     const auto show = [this](const auto &record) { showSettings(record); };
     connect(session, &Protocol::lanAllocationDataReceived, this, show);
@@ -311,9 +336,23 @@ void BoxEditDialog::tellOffline()
     appendMessage(tr("!!!No communication for 30 seconds. Connection may be lost.!!!"));
 }
 
+void BoxEditDialog::tellEnd()
+{
+    m_notice->hide();
+    emit sessionEnded();
+}
+
+void BoxEditDialog::showReported(const QString &project, bool isOpen)
+{
+    m_notice->setText(tr("The Box reports values of the project '%1', which is not open: they are not shown.")
+                          .arg(project));
+    m_notice->setVisible(!isOpen);
+}
+
 void BoxEditDialog::passData(const Protocol::dataMonitoringData &report)
 {
     qDebug() << report.projectName;
+    emit reporting(m_sessionName, m_sessionAddress);
     emit sendDataToMainWindow(report);
     logToFile(QStringLiteral("BoxEditDialog: Data"));
 }

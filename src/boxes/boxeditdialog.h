@@ -28,6 +28,10 @@ public:
     // The present session, or null. Owned by the form.
     Protocol *protocol() const { return m_protocol; }
 
+    // Tells in a line of its own, until the next call or the session's end, that a project whose values the
+    // Box reports is not open.
+    void showReported(const QString &project, bool isOpen);
+
     // For the transfers that start from now on.
     void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_upload->setTimeouts(timeouts); }
 
@@ -66,6 +70,10 @@ public slots:
 
 signals:
     void sendDataToMainWindow(Protocol::dataMonitoringData data);
+    // A report follows, by the Box of this name at the address that the session goes to.
+    void reporting(const QString &box, const QString &address);
+    // The link is down, or the Box has not answered for 30 seconds.
+    void sessionEnded();
 
 protected:
     // Ends the session first.
@@ -73,11 +81,14 @@ protected:
 
 private:
     void addHead();
+    void addNotice();
     QTabWidget *buildPages();
     QWidget *buildGroupPage(SettingsGroup group);
     void startClock();
 
+    void begin();
     void listenTo(const Protocol *session);
+    void tellEnd();
     void endSession();
     Protocol *session();
     FileTransfer::Job route() const;
@@ -95,11 +106,14 @@ private:
 
     QString m_hostAddress;
     Protocol *m_protocol = nullptr; // a child; null while there is no session
+    QString m_sessionName;          // of the Box, when the session began
+    QString m_sessionAddress;       // that the session goes to
     FieldGroup m_fields;
     TextField *m_name = nullptr;
     TextField *m_ip = nullptr;
     QVector<BoxGroup::Fields> m_pages; // by SettingsGroup
     BoxUpload *m_upload = nullptr;
+    QLabel *m_notice = nullptr; // that reports are dropped
     QLabel *m_status = nullptr;
     QLabel *m_version = nullptr;
 };

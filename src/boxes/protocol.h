@@ -30,6 +30,8 @@ public:
     void openConnection(const QString &ip) { m_session->openConnection(ip); }
     void closeConnection() { m_session->closeConnection(); }
     void dispose();
+    // What goes on below the words.
+    const Session *session() const { return m_session; }
 
     // Requests. On a link that is not open the status tells so and the request is lost.
     void rebootDevice() { m_session->reboot(); }

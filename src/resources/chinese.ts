@@ -316,6 +316,10 @@
         <translation>关</translation>
     </message>
     <message>
+        <source>The Box reports values of the project &apos;%1&apos;, which is not open: they are not shown.</source>
+        <translation>Box 正在上报项目“%1”的数据，该项目未打开，因此不显示。</translation>
+    </message>
+    <message>
         <source>no project</source>
         <translation>没有项目</translation>
     </message>

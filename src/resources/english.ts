@@ -316,6 +316,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>The Box reports values of the project &apos;%1&apos;, which is not open: they are not shown.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>no project</source>
         <translation type="unfinished"></translation>
     </message>

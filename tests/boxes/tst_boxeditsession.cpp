@@ -36,6 +36,10 @@ private slots:
     void cancelDisconnectsBeforeItRejects();
     void offlineIsToldInTheMessageDock();
     void reportsArePassedOn();
+    void reportsComeWithTheBoxAndItsAddress();
+    void endOfTheSessionIsTold_data();
+    void endOfTheSessionIsTold();
+    void projectThatIsNotOpenIsTold();
     void requestOnADeadLinkIsToldInTheLabel();
     void hostAddressChoices();
     void hostAddressDialogOffersTheAddressesOfThisMachine();
@@ -210,6 +214,68 @@ void TestBoxEditSession::reportsArePassedOn()
     QCOMPARE(passed.size(), 1);
     QCOMPARE(passed.first().first().value<Protocol::dataMonitoringData>().plcName, "meter");
     QCOMPARE(log.events(), QStringList("BoxEditDialog: Data"));
+}
+
+void TestBoxEditSession::reportsComeWithTheBoxAndItsAddress()
+{
+    open();
+    QStringList heard;
+    connect(m_form, &BoxEditDialog::reporting, this,
+            [&](const QString &box, const QString &address) { heard.append(box + '|' + address); });
+    connect(m_form, &BoxEditDialog::sendDataToMainWindow, this, [&] { heard.append("report"); });
+    const QString typed = "127.0.11.9"; // nobody is there
+    find<QLineEdit>("name")->setText("half typed");
+    find<QLineEdit>("ip")->setText(typed);
+    emit m_form->protocol()->dataReceived({});
+    m_form->connectToServer();
+    emit m_form->protocol()->dataReceived({});
+    QCOMPARE(heard, (QStringList{"Gate 1|" + boxAddress(), "report", "Gate 1|" + typed, "report"}));
+}
+
+void TestBoxEditSession::endOfTheSessionIsTold_data()
+{
+    QTest::addColumn<QByteArray>("end");
+    for (const char *end : {"disconnectButton", "connectButton", "cancelButton", "form deleted",
+                            "closed by the Box", "silence"}) {
+        QTest::newRow(end) << QByteArray(end);
+    }
+}
+
+void TestBoxEditSession::endOfTheSessionIsTold()
+{
+    QFETCH(QByteArray, end);
+    open();
+    QVERIFY(connected());
+    QSignalSpy ended(m_form, &BoxEditDialog::sessionEnded);
+    m_form->showReported("Hillside", false);
+    if (end == "form deleted") {
+        delete m_form;
+    } else if (end == "closed by the Box") {
+        m_box->close();
+        QVERIFY(ended.wait());
+    } else if (end == "silence") {
+        emit m_form->protocol()->offlineOccurred();
+    } else {
+        click(end.constData());
+    }
+    QCOMPARE(ended.size(), 1);
+    QVERIFY(!m_form || find<QLabel>("projectNotice")->isHidden());
+}
+
+void TestBoxEditSession::projectThatIsNotOpenIsTold()
+{
+    open();
+    m_form->show();
+    const auto *notice = find<QLabel>("projectNotice");
+    QVERIFY(!notice->isVisible());
+    m_form->showReported("<b>Hillside</b>", false);
+    QVERIFY(notice->isVisible());
+    QCOMPARE(notice->textFormat(), Qt::PlainText);
+    QCOMPARE(
+        notice->text(),
+        "The Box reports values of the project '<b>Hillside</b>', which is not open: they are not shown.");
+    m_form->showReported("Hillside", true);
+    QVERIFY(!notice->isVisible());
 }
 
 void TestBoxEditSession::requestOnADeadLinkIsToldInTheLabel()
