@@ -103,9 +103,17 @@ void CMainWindow::connectCollaborators()
     connect(m_resources, &ResourceActions::formMade, m_points, &PointImport::considerForm);
     connect(m_resources, &ResourceActions::formMade, this, [this](const QDialog *form) {
         if (const auto *box = qobject_cast<const BoxEditDialog *>(form)) {
-            connect(box, &BoxEditDialog::sendDataToMainWindow, this, &CMainWindow::onDataReceived);
+            connectBox(box);
         }
     });
+}
+
+void CMainWindow::connectBox(const BoxEditDialog *form)
+{
+    connect(form, &BoxEditDialog::sendDataToMainWindow, this, &CMainWindow::onDataReceived);
+    connect(form, &BoxEditDialog::reporting, m_monitoring, &MonitoringView::setBox);
+    connect(form, &BoxEditDialog::sessionEnded, m_monitoring, &MonitoringView::endSession);
+    connect(m_monitoring, &MonitoringView::received, form, &BoxEditDialog::showReported);
 }
 
 void CMainWindow::connectTreeMenu()

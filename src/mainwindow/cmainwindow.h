@@ -14,6 +14,7 @@
 
 #include <memory>
 
+class BoxEditDialog;
 class DormantDocks;
 class LogoWindow;
 class MonitoringView;
@@ -165,6 +166,7 @@ private:
     void createCollaborators();
     void connectActions();
     void connectCollaborators();
+    void connectBox(const BoxEditDialog *form);
     void connectTreeMenu();
 
     std::unique_ptr<Ui::MainWindow> m_ui;

@@ -1,5 +1,6 @@
 #include "monitoring/monitoringpage.h"
 
+#include "monitoring/livedelegate.h"
 #include "monitoring/monitoringtable.h"
 #include "widgets/choosefile.h"
 #include "widgets/svgicon.h"
@@ -7,34 +8,35 @@
 #include "widgets/tell.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QDeadlineTimer>
+#include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
 #include <QSaveFile>
-#include <QStyledItemDelegate>
+#include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QTableWidget>
+#include <QTimerEvent>
 #include <QVBoxLayout>
 
 namespace {
 
-// Colours the rows that are not valid. The text's colour comes with the background's, whatever the desktop's.
-class ValidityDelegate : public QStyledItemDelegate
-{
-    Q_OBJECT
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+constexpr int second = 1000; // ms
 
-protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        if (!MonitoringTable::isValid(index)) {
-            option->backgroundBrush = QColor(0xf6, 0xe6, 0xc8);
-            option->palette.setColor(QPalette::Text, QColor(0x5f, 0x43, 0x0a));
-        }
+QString ageText(qint64 age)
+{
+    const qint64 seconds = age / second;
+    if (seconds < 120) {
+        return MonitoringPage::tr("%1 s").arg(seconds);
     }
-};
+    const qint64 minutes = seconds / 60;
+    return minutes < 120 ? MonitoringPage::tr("%1 min").arg(minutes)
+                         : MonitoringPage::tr("%1 h").arg(minutes / 60);
+}
 
 QByteArray csvCell(QString text)
 {
@@ -56,29 +58,163 @@ bool writeFile(const QString &path, const QByteArray &bytes)
 
 MonitoringPage::MonitoringPage(QWidget *parent)
     : QWidget(parent)
+    , m_source(new QLabel(this))
     , m_filter(new QLineEdit(this))
+    , m_onlyNotValid(new QCheckBox(tr("Only not valid"), this))
     , m_table(new QTableWidget(this))
+    , m_delegate(new LiveDelegate(m_table))
+    , m_clock([] { return QDeadlineTimer::current().deadline(); })
 {
+    m_source->setObjectName(QStringLiteral("source"));
+    m_source->setTextFormat(Qt::PlainText); // names of the user and of the Box
+    m_source->setWordWrap(true);
+    m_source->setToolTip(
+        tr("Project, Box and address of these values, and the time since their last report"));
+    m_source->hide();
     m_filter->setObjectName(QStringLiteral("filter"));
     m_filter->setPlaceholderText(tr("Filter by name or address"));
     m_filter->setAccessibleName(m_filter->placeholderText());
     m_filter->setClearButtonEnabled(true);
+    m_onlyNotValid->setObjectName(QStringLiteral("onlyNotValid"));
     // Values come from the Box; typing over them would only last until the next report.
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_table->setItemDelegate(new ValidityDelegate(m_table));
+    m_table->setItemDelegate(m_delegate);
     m_table->setContextMenuPolicy(Qt::CustomContextMenu);
     TableCopy::install(m_table);
     m_table->setTabKeyNavigation(false); // else Tab would never leave it
-    auto *layout = new QVBoxLayout(this);
-    layout->addWidget(m_filter);
-    layout->addWidget(m_table);
+    layOut();
     connect(m_filter, &QLineEdit::textChanged, this, &MonitoringPage::applyFilter);
+    connect(m_onlyNotValid, &QCheckBox::toggled, this, &MonitoringPage::applyFilter);
     connect(m_table, &QWidget::customContextMenuRequested, this, &MonitoringPage::showMenu);
     const QAbstractItemModel *model = m_table->model();
     connect(model, &QAbstractItemModel::rowsInserted, this, &MonitoringPage::applyFilter);
     connect(model, &QAbstractItemModel::rowsRemoved, this, &MonitoringPage::applyFilter);
     connect(model, &QAbstractItemModel::dataChanged, this, &MonitoringPage::applyFilter);
     connect(model, &QAbstractItemModel::layoutChanged, this, &MonitoringPage::applyFilter);
+    const QHeaderView *header = m_table->horizontalHeader();
+    connect(header, &QHeaderView::sortIndicatorChanged, this, [this](int section, Qt::SortOrder order) {
+        m_sortBefore = m_sort;
+        m_sort = {section, order};
+    });
+    connect(header, &QHeaderView::sectionResized, this, [this] { m_widthsOfUser |= !m_fitting; });
+    connect(header, &QHeaderView::sectionClicked, this, &MonitoringPage::considerClick);
+}
+
+void MonitoringPage::layOut()
+{
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_filter);
+    row->addWidget(m_onlyNotValid);
+    auto *layout = new QVBoxLayout(this);
+    // Width is scarce beside a form: all columns are to be seen. The rows have no numbers of their own.
+    layout->setContentsMargins(2, layout->contentsMargins().top(), 2, 2);
+    m_table->verticalHeader()->hide();
+    layout->addWidget(m_source);
+    layout->addLayout(row);
+    layout->addWidget(m_table);
+}
+
+void MonitoringPage::setClock(const Clock &clock)
+{
+    m_clock = clock;
+}
+
+void MonitoringPage::showReport(const QVariantList &rows, const QString &time, const LiveSource &source)
+{
+    const qint64 now = m_clock();
+    if (!(source == m_shown)) {
+        m_freshness = {}; // another Box may report more or less often
+    }
+    m_shown = source;
+    m_freshness.report(now);
+    m_ended = false;
+    {
+        const bool isFirst = m_table->columnCount() == 0;
+        const QScopedValueRollback<bool> fitting(m_fitting, true);
+        MonitoringTable::update(m_table, rows, time, now);
+        if (isFirst && isVisible()) {
+            fitColumns();
+        }
+    }
+    refresh();
+    if (isVisible()) {
+        m_mark.start(LiveDelegate::markTime, this);
+    }
+}
+
+void MonitoringPage::endSession()
+{
+    if (!m_shown.box.isEmpty() || !m_shown.address.isEmpty()) {
+        m_ended = true;
+        m_freshness.interrupt();
+        refresh();
+    }
+}
+
+void MonitoringPage::refresh()
+{
+    if (!m_freshness.hasReport()) {
+        return;
+    }
+    const qint64 now = m_clock();
+    const bool outOfDate = m_ended || m_freshness.isLate(now);
+    m_source->setText(sourceLine(now));
+    if (outOfDate != m_outOfDate) {
+        QFont font = m_source->font();
+        font.setBold(outOfDate);
+        m_source->setFont(font);
+    }
+    m_source->show();
+    m_delegate->setState(now, outOfDate);
+    if (outOfDate != m_outOfDate) {
+        m_outOfDate = outOfDate;
+        m_table->viewport()->update();
+    }
+}
+
+QString MonitoringPage::sourceLine(qint64 now) const
+{
+    QStringList parts;
+    for (const QString &part : {m_shown.project, (m_shown.box + QLatin1Char(' ') + m_shown.address).trimmed(),
+                                ageText(m_freshness.age(now))}) {
+        if (!part.isEmpty()) {
+            parts.append(part);
+        }
+    }
+    if (m_ended) {
+        parts.append(tr("Out of date: not connected"));
+    } else if (m_freshness.isLate(now)) {
+        parts.append(tr("Out of date: no new report"));
+    }
+    return parts.join(QStringLiteral(" · "));
+}
+
+void MonitoringPage::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    refresh();
+    m_second.start(second, this);
+    m_mark.start(LiveDelegate::markTime, this);
+}
+
+void MonitoringPage::hideEvent(QHideEvent *event)
+{
+    m_second.stop();
+    m_mark.stop();
+    QWidget::hideEvent(event);
+}
+
+void MonitoringPage::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_second.timerId()) {
+        refresh();
+    } else if (event->timerId() == m_mark.timerId()) {
+        m_mark.stop();
+        refresh();
+        m_table->viewport()->update();
+    } else {
+        QWidget::timerEvent(event);
+    }
 }
 
 void MonitoringPage::applyFilter()
@@ -88,18 +224,55 @@ void MonitoringPage::applyFilter()
         const QTableWidgetItem *item = m_table->item(row, column);
         return item && item->text().contains(wanted, Qt::CaseInsensitive);
     };
+    const bool onlyNotValid = m_onlyNotValid->isChecked();
+    const auto isValid = [this](int row) {
+        return MonitoringTable::isValid(m_table->model()->index(row, MonitoringTable::Valid));
+    };
     // While it shows itself the header would work all positions out anew for each row that goes or comes.
     QHeaderView *header = m_table->verticalHeader();
     const bool updates = header->updatesEnabled();
     header->setUpdatesEnabled(false);
     for (int row = 0; row < m_table->rowCount(); ++row) {
-        const bool hidden =
+        const bool lacksText =
             !wanted.isEmpty() && !holds(row, MonitoringTable::Name) && !holds(row, MonitoringTable::Addr);
+        const bool hidden = lacksText || (onlyNotValid && isValid(row));
         if (m_table->isRowHidden(row) != hidden) {
             m_table->setRowHidden(row, hidden);
         }
     }
     header->setUpdatesEnabled(updates);
+}
+
+void MonitoringPage::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    fitColumns();
+}
+
+void MonitoringPage::fitColumns()
+{
+    if (m_table->columnCount() == 0 || m_widthsOfUser) {
+        return;
+    }
+    // A name that is cut goes on in a second line.
+    QHeaderView *rows = m_table->verticalHeader();
+    const int twoLines = 2 * m_table->fontMetrics().lineSpacing() + 4;
+    if (rows->defaultSectionSize() < twoLines) {
+        rows->setDefaultSectionSize(twoLines);
+    }
+    const QScopedValueRollback<bool> fitting(m_fitting, true);
+    // As if there was a scroll bar: it comes and goes with the widths.
+    MonitoringTable::fitColumns(m_table,
+                                m_table->width() - 2 * m_table->frameWidth()
+                                    - m_table->verticalScrollBar()->sizeHint().width());
+}
+
+void MonitoringPage::considerClick(int section)
+{
+    if (m_sort.section == section && m_sort.order == Qt::AscendingOrder && m_sortBefore.section == section
+        && m_sortBefore.order == Qt::DescendingOrder) {
+        MonitoringTable::unsort(m_table);
+    }
 }
 
 void MonitoringPage::showMenu(const QPoint &position)
@@ -143,5 +316,3 @@ QByteArray MonitoringPage::shownAsCsv() const
     }
     return csv;
 }
-
-#include "monitoringpage.moc"

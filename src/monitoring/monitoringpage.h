@@ -1,29 +1,87 @@
 #pragma once
 
+#include "monitoring/freshness.h"
+#include "monitoring/livesource.h"
+
+#include <QBasicTimer>
+#include <QVariantList>
 #include <QWidget>
 
+#include <functional>
+
+class LiveDelegate;
+class QCheckBox;
+class QLabel;
 class QLineEdit;
 class QTableWidget;
 
-// The page of one PLC's live values: a filter above the table, and a menu on it that copies the selection
-// and exports what is shown. Rows that are not valid have a colour of their own.
+// The page of one PLC's live values: above the table a line that tells whose values it shows and how old they
+// are, a filter and a check for rows that are not valid; on it a menu that copies the selection and exports
+// what is shown. Once the session has ended, or the next report is overdue, the line says so and the values
+// are grey.
 class MonitoringPage : public QWidget
 {
     Q_OBJECT
 public:
+    // Gives ms, and is never set back.
+    using Clock = std::function<qint64()>;
+
     explicit MonitoringPage(QWidget *parent = nullptr);
+
+    // By default the clock is the system's.
+    void setClock(const Clock &clock);
+
+    // Shows the rows of a report, as MonitoringTable::update() takes them, and whose they are.
+    void showReport(const QVariantList &rows, const QString &time, const LiveSource &source);
+    // The session with the Box of the values has ended, until the next report. Values without a Box only age.
+    void endSession();
+    // Brings line and colours up to the clock. While the page is on screen it does so each second.
+    void refresh();
 
     // The cells shown, with a line of headers: UTF-8 with a byte order mark, commas, CRLF, cells in quotes
     // where they hold a comma, a quote or a line break (RFC 4180).
     QByteArray shownAsCsv() const;
 
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
 private:
-    // Hides the rows whose name and address both lack the filter's text, whatever its case. A row is hidden
-    // by its number, so this runs anew whenever rows come, move or change.
+    void layOut();
+    QString sourceLine(qint64 now) const;
+    // Hides the rows whose name and address both lack the filter's text, whatever its case, and with the
+    // check those that are valid. A row is hidden by its number, so this runs anew whenever rows come, move
+    // or change.
     void applyFilter();
+    // The third click in a row on one header undoes the sort that the first two made.
+    void considerClick(int section);
+    // Until the user sets a width all columns are seen, if there is room.
+    void fitColumns();
     void showMenu(const QPoint &position);
     void exportShown();
 
+    struct Sort {
+        int section;
+        Qt::SortOrder order;
+    };
+
+    QLabel *m_source;
     QLineEdit *m_filter;
+    QCheckBox *m_onlyNotValid;
     QTableWidget *m_table;
+    LiveDelegate *m_delegate;
+    Sort m_sort{-1, Qt::AscendingOrder};
+    Sort m_sortBefore = m_sort;
+    bool m_fitting = false; // the program sets widths
+    bool m_widthsOfUser = false;
+
+    Clock m_clock;
+    QBasicTimer m_second;
+    QBasicTimer m_mark; // runs while a value may be marked as just changed
+    LiveSource m_shown;
+    Freshness m_freshness;
+    bool m_ended = false; // the session, since the last report
+    bool m_outOfDate = false;
 };

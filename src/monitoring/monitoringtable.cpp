@@ -1,5 +1,6 @@
 #include "monitoring/monitoringtable.h"
 
+#include "monitoring/liveitems.h"
 #include "widgets/tableheader.h"
 
 #include <QCoreApplication>
@@ -13,6 +14,9 @@
 #include <QVector>
 
 #include <algorithm>
+#include <functional>
+#include <limits>
+#include <numeric>
 
 using namespace MonitoringTable;
 
@@ -49,20 +53,45 @@ QString nameAt(const QTableWidget *table, int row)
     return item ? item->text() : QString();
 }
 
+int typeOf(int column)
+{
+    switch (column) {
+    case Name:
+        return NameItem::Type;
+    case Addr:
+    case Value:
+        return NumberItem::Type;
+    default:
+        return QTableWidgetItem::Type;
+    }
+}
+
+QTableWidgetItem *newItem(int column)
+{
+    switch (typeOf(column)) {
+    case NameItem::Type:
+        return new NameItem;
+    case NumberItem::Type:
+        return new NumberItem;
+    default:
+        return new QTableWidgetItem;
+    }
+}
+
 // An item that is in a table looks itself up among all the cells to report a change of its text, so the text
-// is set outside. Cells that keep their text are left alone.
-void setCell(QTableWidget *table, int row, int column, const QString &text)
+// is set outside. Cells that keep their text are left alone. Returns the item if its text is other than
+// before.
+QTableWidgetItem *setCell(QTableWidget *table, int row, int column, const QString &text)
 {
     QTableWidgetItem *item = table->item(row, column);
-    if (!item) {
-        item = new QTableWidgetItem;
-    } else if (item->text() == text) {
-        return;
-    } else {
-        item = table->takeItem(row, column);
+    const bool isNew = !item || item->type() != typeOf(column);
+    if (!isNew && item->text() == text) {
+        return nullptr;
     }
+    item = isNew ? newItem(column) : table->takeItem(row, column);
     item->setText(text);
     table->setItem(row, column, item);
+    return isNew ? nullptr : item;
 }
 
 // The text follows from the code, so a cell that keeps its text keeps its flag.
@@ -79,12 +108,15 @@ void setValidity(QTableWidget *table, int row, const QString &code)
     table->setItem(row, Valid, item);
 }
 
-void setRow(QTableWidget *table, int row, const QVariantMap &values, const QString &time)
+void setRow(QTableWidget *table, int row, const QVariantMap &values, const QString &time, qint64 now)
 {
     setCell(table, row, Name, values.value(QStringLiteral("name")).toString());
     setCell(table, row, Addr, values.value(QStringLiteral("addr")).toString());
     setCell(table, row, DataType, values.value(QStringLiteral("dataType")).toString());
-    setCell(table, row, Value, values.value(QStringLiteral("value")).toString());
+    const QString value = values.value(QStringLiteral("value")).toString();
+    if (QTableWidgetItem *changed = setCell(table, row, Value, value)) {
+        static_cast<NumberItem *>(changed)->setChangedAt(now);
+    }
     setValidity(table, row, values.value(QStringLiteral("valid")).toString());
     setCell(table, row, UpdateTime,
             time.isEmpty() ? values.value(QStringLiteral("updateTime")).toString() : time);
@@ -125,9 +157,33 @@ void moveCurrent(const QTableWidget *table, const QVector<bool> &stays)
                                              QItemSelectionModel::NoUpdate);
 }
 
+NameItem *nameItemAt(QTableWidget *table, int row)
+{
+    QTableWidgetItem *item = table->item(row, Name);
+    if (!item || item->type() != NameItem::Type) {
+        const QString name = nameAt(table, row);
+        item = newItem(Name);
+        item->setText(name);
+        table->setItem(row, Name, item);
+    }
+    return static_cast<NameItem *>(item);
+}
+
+// Stable. Selection, current cell and hidden rows go along.
+template <typename RankOf> void sortRows(QTableWidget *table, const RankOf &rankOf)
+{
+    for (int row = 0; row < table->rowCount(); ++row) {
+        NameItem *item = nameItemAt(table, row);
+        item->setRank(rankOf(row, *item));
+    }
+    table->model()->sort(Name);
+    for (int row = 0; row < table->rowCount(); ++row) {
+        nameItemAt(table, row)->setRank(NameItem::noRank);
+    }
+}
+
 // Removes the rows whose points the report lacks. Sorted behind all others they go at once: one by one, each
-// would move all the rows behind it. The sort takes selection, current cell and hidden rows along. Its keys
-// stand in the column that the report writes anew in every row.
+// would move all the rows behind it.
 void removeOthers(QTableWidget *table, const QVariantList &rows)
 {
     QSet<QString> names;
@@ -143,20 +199,43 @@ void removeOthers(QTableWidget *table, const QVariantList &rows)
         return;
     }
     moveCurrent(table, stays);
-    {
-        const QSignalBlocker blocker(table->model());
-        for (int row = 0; row < stays.size(); ++row) {
-            auto *key = new QTableWidgetItem;
-            key->setData(Qt::DisplayRole, stays.at(row) ? 0 : 1);
-            table->setItem(row, UpdateTime, key);
-        }
-    }
-    table->model()->sort(UpdateTime); // stable
+    sortRows(table, [&stays](int row, const NameItem &) { return stays.at(row) ? 0 : 1; });
     table->setRowCount(kept);
 }
 
+int textWidth(const QFontMetrics &metrics, const QStringList &texts)
+{
+    int width = 0;
+    for (const QString &text : texts) {
+        width = std::max(width, metrics.horizontalAdvance(text));
+    }
+    return width;
+}
+
+// The widths of the columns before the time: of all that is in the cells and, with titles, of these, too.
+QVector<int> widthsOf(const QTableWidget *table, bool withTitles)
+{
+    constexpr int padding = 12; // pixels around a text
+    QVector<int> widths;
+    for (int column = Name; column < UpdateTime; ++column) {
+        QStringList texts;
+        if (withTitles) {
+            texts.append(table->horizontalHeaderItem(column)->text());
+        }
+        if (column == Value) {
+            texts.append(QStringLiteral("-0000.00")); // those to come
+        } else if (column == Valid) {
+            texts += {validityText(QStringLiteral("1")), validityText(QStringLiteral("0")),
+                      validityText(QString())};
+        }
+        const int cells = static_cast<const QAbstractItemView *>(table)->sizeHintForColumn(column) + 1;
+        widths.append(std::max(cells, textWidth(table->fontMetrics(), texts) + padding));
+    }
+    return widths;
+}
+
 // Sorting has to be off: a row that moved half-way would get the rest of its cells in another one.
-void updateRows(QTableWidget *table, const QVariantList &rows, const QString &time)
+void updateRows(QTableWidget *table, const QVariantList &rows, const QString &time, qint64 now)
 {
     removeOthers(table, rows);
     const QVector<int> places = placesOf(table, rows);
@@ -165,7 +244,7 @@ void updateRows(QTableWidget *table, const QVariantList &rows, const QString &ti
     {
         const QSignalBlocker blocker(table->model()); // one signal for all the cells, below
         for (int i = 0; i < rows.size(); ++i) {
-            setRow(table, places.at(i), rows.at(i).toMap(), time);
+            setRow(table, places.at(i), rows.at(i).toMap(), time, now);
         }
     }
     if (table->rowCount() > 0) {
@@ -181,7 +260,38 @@ bool MonitoringTable::isValid(const QModelIndex &index)
     return index.siblingAtColumn(Valid).data(validityRole).toBool();
 }
 
-void MonitoringTable::update(QTableWidget *table, const QVariantList &rows, const QString &time)
+qint64 MonitoringTable::changedAt(const QModelIndex &index)
+{
+    const QVariant time = index.column() == Value ? index.data(NumberItem::ChangedAtRole) : QVariant();
+    return time.isValid() ? time.toLongLong() : -1;
+}
+
+void MonitoringTable::fitColumns(QTableWidget *table, int room)
+{
+    QVector<int> widths = widthsOf(table, true);
+    int lack = std::accumulate(widths.begin(), widths.end(), timeWidth) - room;
+    QVector<int> spare = widthsOf(table, false);
+    std::transform(widths.begin(), widths.end(), spare.begin(), spare.begin(), std::minus<>());
+    spare[Name] = widths.at(Name) * 2 / 5;
+    if (lack <= std::accumulate(spare.begin(), spare.end(), 0)) {
+        for (const Column column : {DataType, Name, Valid, Value, Addr}) {
+            const int cut = std::clamp(lack, 0, spare.at(column));
+            widths[column] -= cut;
+            lack -= cut;
+        }
+    }
+    for (int column = Name; column < UpdateTime; ++column) {
+        table->setColumnWidth(column, widths.at(column));
+    }
+}
+
+void MonitoringTable::unsort(QTableWidget *table)
+{
+    table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    sortRows(table, [](int, const NameItem &item) { return item.arrival(); });
+}
+
+void MonitoringTable::update(QTableWidget *table, const QVariantList &rows, const QString &time, qint64 now)
 {
     const bool isNew = table->columnCount() == 0;
     table->setColumnCount(ColumnCount);
@@ -194,7 +304,7 @@ void MonitoringTable::update(QTableWidget *table, const QVariantList &rows, cons
     const int vertical = table->verticalScrollBar()->value();
     const int horizontal = table->horizontalScrollBar()->value();
     table->setSortingEnabled(false);
-    updateRows(table, rows, time);
+    updateRows(table, rows, time, now);
     table->setSortingEnabled(true); // sorts by the user's column and order, which the header has kept
     table->verticalScrollBar()->setValue(vertical);
     table->horizontalScrollBar()->setValue(horizontal);
@@ -202,6 +312,7 @@ void MonitoringTable::update(QTableWidget *table, const QVariantList &rows, cons
     TableHeader::makeGrey(table);
     table->setColumnWidth(UpdateTime, timeWidth);
     if (isNew) { // later on the width is the user's
-        table->resizeColumnToContents(Name);
+        fitColumns(table, std::numeric_limits<int>::max());
+        TableHeader::explain(table); // a title gives way to the sort indicator
     }
 }

@@ -95,11 +95,36 @@ MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTre
 {
 }
 
+void MonitoringView::setBox(const QString &name, const QString &address)
+{
+    m_box = {QString(), name, address};
+}
+
+void MonitoringView::endSession()
+{
+    m_box = {};
+    for (int tab = 0; m_tabs && tab < m_tabs->count(); ++tab) {
+        if (auto *page = qobject_cast<MonitoringPage *>(m_tabs->widget(tab))) {
+            page->endSession();
+        }
+    }
+}
+
+LiveSource MonitoringView::sourceOf(QStandardItem *item) const
+{
+    LiveSource source = m_box;
+    if (item->parent()) { // else it is in no project
+        source.project = ProjectTree::projectOf(item)->text();
+    }
+    return source;
+}
+
 void MonitoringView::receive(const MonitoringReport &report)
 {
     qDebug().noquote().nospace() << "Main: " << report.projectName;
     QStandardItem *project = m_model ? ProjectTree::projectNamed(*m_model, report.projectName) : nullptr;
     if (!project) {
+        emit received(report.projectName, false);
         return;
     }
     QStandardItem *folder = dataFolderOf(project);
@@ -117,6 +142,7 @@ void MonitoringView::receive(const MonitoringReport &report)
     if (m_tree) {
         m_tree->expandAll();
     }
+    emit received(report.projectName, true);
 }
 
 void MonitoringView::showData(QStandardItem *item, const QString &time, const QString &plcName)
@@ -125,11 +151,15 @@ void MonitoringView::showData(QStandardItem *item, const QString &time, const QS
         return;
     }
     m_tabs->setTabsClosable(false);
-    QTableWidget *table = tableOf(plcName);
-    if (!table) {
+    QWidget *page = pageOf(plcName);
+    const QVariantList rows = item->data(dataRowsRole).toList();
+    if (auto *live = qobject_cast<MonitoringPage *>(page)) {
+        live->showReport(rows, time, sourceOf(item));
+    } else if (auto *table = page->findChild<QTableWidget *>()) {
+        MonitoringTable::update(table, rows, time);
+    } else {
         return;
     }
-    MonitoringTable::update(table, item->data(dataRowsRole).toList(), time);
     styleTabs(m_tabs);
 }
 
@@ -160,14 +190,14 @@ int MonitoringView::tabNamed(const QString &name) const
     return -1;
 }
 
-QTableWidget *MonitoringView::tableOf(const QString &plcName)
+QWidget *MonitoringView::pageOf(const QString &plcName)
 {
     const int tab = tabNamed(plcName);
     if (tab >= 0) {
-        return m_tabs->widget(tab)->findChild<QTableWidget *>();
+        return m_tabs->widget(tab);
     }
     auto *page = new MonitoringPage;
     page->setWindowTitle(plcName);
     m_tabs->addTab(page, TabWidget::titleFor(plcName));
-    return page->findChild<QTableWidget *>();
+    return page;
 }

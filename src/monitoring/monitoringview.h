@@ -1,14 +1,16 @@
 #pragma once
 
+#include "monitoring/livesource.h"
+
 #include <QObject>
 #include <QPointer>
 
 struct MonitoringReport;
 class QStandardItem;
 class QStandardItemModel;
-class QTableWidget;
 class QTabWidget;
 class QTreeView;
+class QWidget;
 
 // Keeps the values that Boxes report in the project tree, one node a PLC under "Data", and shows them in one
 // table a PLC, in a tab with the PLC's name. A table is updated in place: sort order, scroll position,
@@ -19,6 +21,11 @@ class MonitoringView : public QObject
 public:
     // None of the three is owned. A view without tabs or tree only keeps the values.
     MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTreeView *tree, QObject *parent = nullptr);
+
+    // The Box that reports come from, from now until endSession().
+    void setBox(const QString &name, const QString &address);
+    // The values that the pages show have no session any more.
+    void endSession();
 
     // Takes one report and drops it if no open project has its name. The first report of a PLC makes the
     // PLC's node; each later one updates the node and shows its values.
@@ -34,11 +41,17 @@ public:
     // Takes the first tab with this text out; its page lives on for as long as the tab widget.
     void closeTab(const QString &name);
 
+signals:
+    // A report of the project has come. That of a project that is not open was dropped.
+    void received(const QString &project, bool isOpen);
+
 private:
+    LiveSource sourceOf(QStandardItem *item) const;
     int tabNamed(const QString &name) const;
-    QTableWidget *tableOf(const QString &plcName);
+    QWidget *pageOf(const QString &plcName);
 
     QPointer<QTabWidget> m_tabs;
     QPointer<QStandardItemModel> m_model;
     QPointer<QTreeView> m_tree;
+    LiveSource m_box; // without a project
 };

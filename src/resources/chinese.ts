@@ -1131,6 +1131,34 @@
         <source>The file %1 could not be written.</source>
         <translation>无法写入文件 %1。</translation>
     </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 秒</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 分钟</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 小时</translation>
+    </message>
+    <message>
+        <source>Only not valid</source>
+        <translation>仅显示非有效值</translation>
+    </message>
+    <message>
+        <source>Project, Box and address of these values, and the time since their last report</source>
+        <translation>这些数据所属的项目、Box 及其地址，以及距上次上报的时间</translation>
+    </message>
+    <message>
+        <source>Out of date: not connected</source>
+        <translation>数据已过时：未连接</translation>
+    </message>
+    <message>
+        <source>Out of date: no new report</source>
+        <translation>数据已过时：没有新的上报</translation>
+    </message>
 </context>
 <context>
     <name>NewProjectDialog</name>

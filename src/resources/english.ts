@@ -1129,6 +1129,34 @@
         <source>The file %1 could not be written.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>%1 s</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only not valid</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Project, Box and address of these values, and the time since their last report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Out of date: not connected</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Out of date: no new report</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>NewProjectDialog</name>

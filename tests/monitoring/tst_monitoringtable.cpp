@@ -1,3 +1,4 @@
+#include "monitoring/monitoringtable.h"
 #include "monitoringtest.h"
 
 #include <QScrollBar>
@@ -27,6 +28,9 @@ private slots:
     void ownTimeOfTheRowsIfNoneIsGiven();
     void rowsStayTogetherWhileSorted_data();
     void rowsStayTogetherWhileSorted();
+    void numbersSortAsNumbers_data();
+    void numbersSortAsNumbers();
+    void foreignCellsAreTakenOver();
     void sortOrderSurvivesEachReport();
     void scrollPositionSurvivesEachReport();
     void selectionFollowsThePoint();
@@ -238,10 +242,69 @@ void TestMonitoringTable::rowsStayTogetherWhileSorted()
         std::sort(expected.begin(), expected.end());
         QCOMPARE(rows, expected);
 
-        const QStringList keys = column(shown, section);
+        QStringList keys = column(shown, section);
+        if (section == MonitoringTable::Value) { // sorts as numbers
+            for (QString &key : keys) {
+                key = key.rightJustified(9);
+            }
+        }
         QVERIFY(order == Qt::AscendingOrder ? std::is_sorted(keys.begin(), keys.end())
                                             : std::is_sorted(keys.rbegin(), keys.rend()));
     }
+}
+
+void TestMonitoringTable::numbersSortAsNumbers_data()
+{
+    QTest::addColumn<QStringList>("sorted");
+    QTest::newRow("10 after 9") << QStringList{"-10", "-9.5", "0", "1", "9", "10", "40001", "1e6"};
+    QTest::newRow("texts behind numbers") << QStringList{"2", "10", "", "0x10", "M10", "M9", "nan", "on"};
+    QTest::newRow("one number, two texts") << QStringList{"1", "1.0", "1.00", "2"};
+}
+
+void TestMonitoringTable::numbersSortAsNumbers()
+{
+    QFETCH(QStringList, sorted);
+    QJsonArray datas;
+    for (int i = 0; i < sorted.size(); ++i) {
+        const int mixed = i * 3 % sorted.size(); // 3 shares no divisor with the sizes
+        datas.append(QJsonObject{{"name", QString("p%1").arg(i)},
+                                 {"addr", sorted.at(mixed)},
+                                 {"dataType", "float"},
+                                 {"value", sorted.at(mixed)},
+                                 {"valid", "1"}});
+    }
+    QTableWidget *shown = showPoints(datas);
+    for (const int section : {1, 3}) {
+        shown->sortByColumn(section, Qt::AscendingOrder);
+        QCOMPARE(column(shown, section), sorted);
+        shown->sortByColumn(section, Qt::DescendingOrder);
+        QStringList reversed = sorted;
+        std::reverse(reversed.begin(), reversed.end());
+        QCOMPARE(column(shown, section), reversed);
+    }
+}
+
+// Cells that another hand made become such that sort and are marked as all do.
+void TestMonitoringTable::foreignCellsAreTakenOver()
+{
+    QTableWidget table(3, 6);
+    table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    for (int row = 0; row < 3; ++row) {
+        for (int column = 0; column < 6; ++column) {
+            table.setItem(row, column, new QTableWidgetItem(column == 0 ? QString("p%1").arg(row) : "old"));
+        }
+    }
+    QVariantList rows;
+    for (const int value : {10, 9}) {
+        rows.append(
+            QVariantMap{{"name", QString("p%1").arg(rows.size())}, {"value", QString::number(value)}});
+    }
+    MonitoringTable::update(&table, rows, "now");
+    QCOMPARE(column(&table, 0), QStringList({"p0", "p1"}));
+    table.sortByColumn(3, Qt::AscendingOrder);
+    QCOMPARE(column(&table, 3), QStringList({"9", "10"}));
+    MonitoringTable::unsort(&table);
+    QCOMPARE(column(&table, 3), QStringList({"10", "9"}));
 }
 
 void TestMonitoringTable::sortOrderSurvivesEachReport()

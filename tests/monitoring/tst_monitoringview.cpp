@@ -1,6 +1,7 @@
 #include "language.h"
 #include "monitoringtest.h"
 
+#include <QLabel>
 #include <QPointer>
 #include <QTabBar>
 
@@ -23,6 +24,9 @@ private slots:
     void skipsWhatIsNotAnObject();
     void keepsTwoPlcsApart();
     void samePlcNameInTwoProjectsSharesATab();
+    void tellsEachPageWhoseValuesItShows();
+    void endOfTheSessionReachesAllItsPages();
+    void tellsWhetherTheProjectIsOpen();
     void expandsTheTreeWithEachReport();
     void looksAsDesigned();
     void longNamesFitTheirTabs();
@@ -32,6 +36,12 @@ private slots:
     void pageWithoutATableIsLeftAlone();
     void withoutTabsOrTreeOnlyTheValuesAreKept();
     void followsTheLanguage();
+
+private:
+    QString line(const QString &plc = "Meter 1") const
+    {
+        return m_tabs->widget(tabNamed(plc))->findChild<QLabel *>("source")->text();
+    }
 };
 
 void TestMonitoringView::dropsAReportOfAProjectThatIsNotOpen()
@@ -141,6 +151,55 @@ void TestMonitoringView::samePlcNameInTwoProjectsSharesATab()
     }
     QCOMPARE(m_tabs->count(), 1);
     QCOMPARE(rowsOf(table()), QStringList("Ia|@Ia|float|5|Effective"));
+}
+
+void TestMonitoringView::tellsEachPageWhoseValuesItShows()
+{
+    addProject("Hillside");
+    showPoints({point("Ua", "1")}); // from outside of any session
+    QCOMPARE(line(), "Riverside · 0 s");
+    m_view->setBox("Gateway north", "127.0.0.2");
+    receive({point("Ua", "1")});
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s");
+    // One page for two projects: it says whose values it shows now.
+    m_view->setBox("Gateway south", "127.0.0.3");
+    for (int i = 0; i < 2; ++i) {
+        m_view->receive(report("Hillside", "Meter 1", {point("Ua", "1")}));
+    }
+    QCOMPARE(line(), "Hillside · Gateway south 127.0.0.3 · 0 s");
+    receive({point("Ua", "1")});
+    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.3 · 0 s");
+    // An item that is in no project.
+    QStandardItem loose("loose");
+    m_view->endSession();
+    m_view->showData(&loose, QString(), "Meter 2");
+    QCOMPARE(line("Meter 2"), "0 s");
+}
+
+void TestMonitoringView::endOfTheSessionReachesAllItsPages()
+{
+    showPoints({point("Ua", "1")}, "from outside");
+    m_view->setBox("Gateway north", "127.0.0.2");
+    showPoints({point("Ua", "1")});
+    showPoints({point("Ua", "1")}, "Meter 2");
+    m_view->endSession();
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s · Out of date: not connected");
+    QCOMPARE(line("Meter 2"), line());
+    QCOMPARE(line("from outside"), "Riverside · 0 s");
+    m_view->setBox("Gateway north", "127.0.0.2");
+    receive({point("Ua", "1")});
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s");
+    QCOMPARE(line("Meter 2"), "Riverside · Gateway north 127.0.0.2 · 0 s · Out of date: not connected");
+}
+
+void TestMonitoringView::tellsWhetherTheProjectIsOpen()
+{
+    const QSignalSpy told(m_view.data(), &MonitoringView::received);
+    m_view->receive(report("Hillside", "Meter 1", {}));
+    m_view->receive(report("Riverside", "Meter 1", {}));
+    QCOMPARE(told.size(), 2);
+    QCOMPARE(told.at(0), (QVariantList{"Hillside", false}));
+    QCOMPARE(told.at(1), (QVariantList{"Riverside", true}));
 }
 
 void TestMonitoringView::expandsTheTreeWithEachReport()
