@@ -68,7 +68,7 @@ void TestParameterRows::cleanup()
 void TestParameterRows::showWithButtons(const RowList &rows)
 {
     make(ParameterVariant::modbus());
-    auto *column = new QVBoxLayout(m_form);
+    auto *column = qobject_cast<QVBoxLayout *>(m_form->layout());
     column->addWidget(m_form->makeTableButtons(m_form));
     column->addWidget(m_table);
     m_below = new QPushButton("below", m_form);
@@ -260,7 +260,7 @@ void TestParameterRows::formMayDieBelowTheMessageOfARemovedRow()
     editor(0, Length)->setText("none");
     const QPointer<ParameterForm> form(m_form);
     const UnwatchedModals unwatched;
-    QTimer::singleShot(0, [this] { delete std::exchange(m_form, nullptr); });
+    QTimer::singleShot(0, this, [this] { delete std::exchange(m_form, nullptr); });
     if (all) {
         form->removeAllParameters();
     } else {
