@@ -77,6 +77,7 @@ void PushOutcome::showLine(const QString &text, bool isFailure)
     m_isFailure = isFailure;
     setColor();
     setText(text);
+    claimHeight();
     show();
 }
 
@@ -93,6 +94,18 @@ void PushOutcome::setColor()
         own.setColor(QPalette::WindowText, color);
         setPalette(own);
     }
+}
+
+void PushOutcome::resizeEvent(QResizeEvent *event)
+{
+    QLabel::resizeEvent(event);
+    claimHeight();
+}
+
+// So that a low page scrolls: a layout takes lines away from a label that may break them.
+void PushOutcome::claimHeight()
+{
+    setMinimumHeight(heightForWidth(width()));
 }
 
 void PushOutcome::changeEvent(QEvent *event)

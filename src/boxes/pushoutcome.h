@@ -26,10 +26,12 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void showLine(const QString &text, bool isFailure);
     void setColor();
+    void claimHeight();
 
     bool m_isFailure = false;
 };

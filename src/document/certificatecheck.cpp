@@ -36,7 +36,8 @@ QList<QByteArray> pemForms(const QString &key)
 
 QSslKey privateKey(const QString &content, QSsl::KeyAlgorithm algorithm, const QString &password)
 {
-    for (const QByteArray &pem : pemForms(content)) {
+    const QList<QByteArray> forms = pemForms(content);
+    for (const QByteArray &pem : forms) {
         const QSslKey key(pem, algorithm, QSsl::Pem, QSsl::PrivateKey, password.toUtf8());
         if (!key.isNull()) {
             return key;

@@ -149,7 +149,8 @@ void PointCheck::Names::tellShared(CheckedObject *standard) const
         return;
     }
     QStringList told;
-    for (const Shared &shared : m_shared.mid(0, mostTold)) {
+    const QVector<Shared> first = m_shared.mid(0, mostTold);
+    for (const Shared &shared : first) {
         told.append(translated(QT_TRANSLATE_NOOP("ProjectCheck", "'%1' (tab %2 row %3, tab %4 row %5)"))
                         .arg(CheckText::shortened(shared.name), QString::number(shared.first.tab),
                              QString::number(shared.first.row), QString::number(shared.second.tab),

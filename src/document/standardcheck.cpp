@@ -7,7 +7,6 @@
 #include "document/sharedlines.h"
 
 using namespace Definitions;
-using CheckText::translated;
 
 namespace {
 

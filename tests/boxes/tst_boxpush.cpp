@@ -23,11 +23,13 @@ public:
     {
         if (event->type() == QEvent::Paint) {
             painted = m_label->text();
+            hadRoom = m_label->heightForWidth(m_label->width()) <= m_label->height();
         }
         return QObject::eventFilter(watched, event);
     }
 
     QString painted;
+    bool hadRoom = false; // for all of it
 
 private:
     QLabel *m_label;
@@ -160,7 +162,7 @@ void TestBoxPush::pushThatCannotBeginIsKept()
 
 void TestBoxPush::lineIsOnTheScreenWhileTheWindowIsBlocked()
 {
-    addProject();
+    QStandardItem *project = addProject();
     open();
     QVERIFY(connected());
     m_form->show();
@@ -168,18 +170,27 @@ void TestBoxPush::lineIsOnTheScreenWhileTheWindowIsBlocked()
     answerTransferWith(QByteArray::fromHex("12340300 0a00 03 00 5678"));
     const PaintWatch watch(find<QLabel>("projectOutcome"));
     QString painted;
+    bool hadRoom = false;
     Qt::CursorShape blocked = Qt::BlankCursor;
     Qt::CursorShape waiting = Qt::BlankCursor;
     connect(find<QProgressBar>("progressBar"), &QProgressBar::valueChanged, m_box.get(), [&] {
         painted = watch.painted;
+        hadRoom = watch.hadRoom;
         blocked = cursorNow();
         QTimer::singleShot(0, m_box.get(), [&waiting] { waiting = cursorNow(); });
     });
     m_form->updateProject();
     QCOMPARE(painted.mid(21), "pushing 'plant' to 127.0.11.8...");
+    QVERIFY(hadRoom);
     QCOMPARE(blocked, Qt::WaitCursor);
     QCOMPARE(waiting, Qt::ArrowCursor);
     QCOMPARE(cursorNow(), Qt::ArrowCursor);
+    // A line that needs more room than the one before.
+    const QString name = QString("plant ").repeated(20);
+    project->setText(name);
+    m_form->updateProject();
+    QCOMPARE(painted.mid(21), "pushing '" + name + "' to 127.0.11.8...");
+    QVERIFY(hadRoom);
 }
 
 void TestBoxPush::messageHasNoWaitCursor()
