@@ -156,9 +156,10 @@ void PointCheck::Names::tellShared(CheckedObject *standard) const
                              QString::number(shared.first.row), QString::number(shared.second.tab),
                              QString::number(shared.second.row)));
     }
-    standard->error(translated(QT_TRANSLATE_NOOP("ProjectCheck",
-                                                 "Points of one name share a row of the Box's reports: %1."))
-                        .arg(andMore(told, m_shared.size())));
+    standard->warning(
+        translated(
+            QT_TRANSLATE_NOOP("ProjectCheck", "Points of one name share a row of the Box's reports: %1."))
+            .arg(andMore(told, m_shared.size())));
 }
 
 void PointCheck::check(CheckedObject *standard, const Tab &tab, bool isMeter, Names *names)

@@ -173,7 +173,7 @@ static void addNetworkRows()
     row("standards/0/datas/0/datas/0/permissions", R"("")",
         "Error: Standard/net: Tab 1 (1): rows 1: The permission is empty.");
     row("standards/0/datas/1/datas/0/name", R"("U")",
-        "Error: Standard/net: Points of one name share a row of the Box's reports: 'U' (tab 1 row 1, tab 2 "
+        "Warning: Standard/net: Points of one name share a row of the Box's reports: 'U' (tab 1 row 1, tab 2 "
         "row 1).");
     row("standards/4", R"({"name": "second", "protocol": "Modbus", "modbus": "ModbusTCP",
                            "parameter": {"ip": "192.168.1.60", "port": "0502"}, "datas": []})",
@@ -210,7 +210,7 @@ static void addSerialRows()
     row("standards/2/datas/0/datas/0/name", R"("")",
         "Warning: Standard/meters: Tab 1 (000000000017): rows 1: The name is empty.");
     row("standards/2/datas/0/datas/3", R"({"select": "true", "name": "E", "addr": "00020000"})",
-        "Error: Standard/meters: Points of one name share a row of the Box's reports: "
+        "Warning: Standard/meters: Points of one name share a row of the Box's reports: "
         "'E' (tab 1 row 1, tab 1 row 4).");
 }
 
@@ -264,7 +264,7 @@ void TestProjectCheck::manyFaultsOfOneKindAreOneRemark()
     QCOMPARE(
         lines(project),
         (QStringList{"Error: Standard/net: Tab 1 (1): rows 1, 2, 3, 4, 5 and 2 more: The address is empty.",
-                     "Error: Standard/net: Points of one name share a row of the Box's reports: "
+                     "Warning: Standard/net: Points of one name share a row of the Box's reports: "
                      "'0' (tab 1 row 1, tab 1 row 2), '1' (tab 1 row 3, tab 1 row 4), "
                      "'2' (tab 1 row 5, tab 1 row 6)."}));
 }
