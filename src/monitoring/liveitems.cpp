@@ -4,7 +4,7 @@
 #include <limits>
 
 NameItem::NameItem()
-    : QTableWidgetItem(Type)
+    : QTableWidgetItem(itemType)
 {
     static qint64 made = 0;
     m_arrival = made++;
@@ -18,20 +18,20 @@ QVariant NameItem::data(int role) const
 
 bool NameItem::operator<(const QTableWidgetItem &other) const
 {
-    if (m_rank != noRank && other.type() == Type) {
+    if (m_rank != noRank && other.type() == itemType) {
         return m_rank < static_cast<const NameItem &>(other).m_rank;
     }
     return text() < other.text();
 }
 
 NumberItem::NumberItem()
-    : QTableWidgetItem(Type)
+    : QTableWidgetItem(itemType)
 {
 }
 
 QVariant NumberItem::data(int role) const
 {
-    return role == ChangedAtRole ? QVariant(m_changedAt) : QTableWidgetItem::data(role);
+    return role == changedAtRole ? QVariant(m_changedAt) : QTableWidgetItem::data(role);
 }
 
 void NumberItem::setData(int role, const QVariant &value)
@@ -56,8 +56,8 @@ double NumberItem::number() const
 bool NumberItem::operator<(const QTableWidgetItem &other) const
 {
     const double left = number();
-    const double right = other.type() == Type ? static_cast<const NumberItem &>(other).number()
-                                              : std::numeric_limits<double>::quiet_NaN();
+    const double right = other.type() == itemType ? static_cast<const NumberItem &>(other).number()
+                                                  : std::numeric_limits<double>::quiet_NaN();
     if (std::isnan(left) != std::isnan(right)) {
         return std::isnan(right);
     }

@@ -6,7 +6,7 @@
 class NameItem : public QTableWidgetItem
 {
 public:
-    static constexpr int Type = QTableWidgetItem::UserType;
+    static constexpr int itemType = QTableWidgetItem::UserType;
     static constexpr qint64 noRank = -1;
 
     NameItem();
@@ -27,9 +27,9 @@ private:
 class NumberItem : public QTableWidgetItem
 {
 public:
-    static constexpr int Type = QTableWidgetItem::UserType + 1;
+    static constexpr int itemType = QTableWidgetItem::UserType + 1;
     // What data() gives under this role: when the text has changed last, or -1.
-    static constexpr int ChangedAtRole = Qt::UserRole + 1;
+    static constexpr int changedAtRole = Qt::UserRole + 1;
 
     NumberItem();
 

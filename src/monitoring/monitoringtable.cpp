@@ -57,10 +57,10 @@ int typeOf(int column)
 {
     switch (column) {
     case Name:
-        return NameItem::Type;
+        return NameItem::itemType;
     case Addr:
     case Value:
-        return NumberItem::Type;
+        return NumberItem::itemType;
     default:
         return QTableWidgetItem::Type;
     }
@@ -69,9 +69,9 @@ int typeOf(int column)
 QTableWidgetItem *newItem(int column)
 {
     switch (typeOf(column)) {
-    case NameItem::Type:
+    case NameItem::itemType:
         return new NameItem;
-    case NumberItem::Type:
+    case NumberItem::itemType:
         return new NumberItem;
     default:
         return new QTableWidgetItem;
@@ -160,7 +160,7 @@ void moveCurrent(const QTableWidget *table, const QVector<bool> &stays)
 NameItem *nameItemAt(QTableWidget *table, int row)
 {
     QTableWidgetItem *item = table->item(row, Name);
-    if (!item || item->type() != NameItem::Type) {
+    if (!item || item->type() != NameItem::itemType) {
         const QString name = nameAt(table, row);
         item = newItem(Name);
         item->setText(name);
@@ -262,7 +262,7 @@ bool MonitoringTable::isValid(const QModelIndex &index)
 
 qint64 MonitoringTable::changedAt(const QModelIndex &index)
 {
-    const QVariant time = index.column() == Value ? index.data(NumberItem::ChangedAtRole) : QVariant();
+    const QVariant time = index.column() == Value ? index.data(NumberItem::changedAtRole) : QVariant();
     return time.isValid() ? time.toLongLong() : -1;
 }
 
