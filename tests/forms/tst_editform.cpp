@@ -126,7 +126,9 @@ QList<QWidget *> TestEditForm::inputs(const EditForm *form) const
     for (QWidget *widget : widgets) {
         const bool input = qobject_cast<QLineEdit *>(widget) || qobject_cast<QComboBox *>(widget)
             || qobject_cast<QCheckBox *>(widget);
-        if (input && widget->isVisible() && !isCell(widget)) {
+        // A filter is no field: it tells by itself what it is, beside what it filters.
+        const bool isFilter = widget->objectName() == QLatin1String("filter");
+        if (input && !isFilter && widget->isVisible() && !isCell(widget)) {
             found.append(widget);
         }
     }
