@@ -18,6 +18,7 @@ private slots:
     void chineseQuotesTheProgram();
     void everyMessageIsExplained();
     void bothExplainTheSameMessages();
+    void eachMessageStandsBesideItsOther();
 
 private:
     QMap<QString, QSet<QString>> m_chineseOf; // by source text, blanks made one
@@ -96,17 +97,31 @@ bool isProgramText(const QString &quoted)
     return !quoted.contains(code);
 }
 
-// The first cells of the tables of messages.
-QVector<QStringList> messageRows(const Manual &manual)
+struct MessageRow {
+    QStringList quoted; // the first cell
+    QStringList other;  // the second: the same messages in the other language
+};
+
+// Of the tables of messages.
+QVector<MessageRow> messageTable(const Manual &manual)
 {
     const QStringList chapters = textOf(manual).split("\n## ");
-    QVector<QStringList> rows;
+    QVector<MessageRow> rows;
     const QStringList lines = chapters.value(chapters.size() - 2).split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         const QStringList quoted = quotes(manual, line.section(" | ", 0, 0));
         if (line.startsWith(QLatin1Char('|')) && !quoted.isEmpty()) {
-            rows.append(quoted);
+            rows.append({quoted, line.section(" | ", 1, 1).split("<br>")});
         }
+    }
+    return rows;
+}
+
+QVector<QStringList> messageRows(const Manual &manual)
+{
+    QVector<QStringList> rows;
+    for (const MessageRow &row : messageTable(manual)) {
+        rows.append(row.quoted);
     }
     return rows;
 }
@@ -190,6 +205,18 @@ void TestManual::bothExplainTheSameMessages()
             const QString shown = translations.at(row).at(index);
             QVERIFY2(m_chineseOf.value(source, {source}).contains(shown), qPrintable(source + shown));
         }
+    }
+}
+
+// A colleague on the phone reads the message in the other language.
+void TestManual::eachMessageStandsBesideItsOther()
+{
+    const auto sources = messageTable(english);
+    const auto translations = messageTable(chinese);
+    QCOMPARE(translations.size(), sources.size());
+    for (int row = 0; row < sources.size(); ++row) {
+        QCOMPARE(sources.at(row).other, translations.at(row).quoted);
+        QCOMPARE(translations.at(row).other, sources.at(row).quoted);
     }
 }
 
