@@ -108,6 +108,9 @@ void standardDLT645EditDialog::deleteTab(int index)
 
 void standardDLT645EditDialog::duplicateTab(int index)
 {
+    if (const MeterPage *page = currentPage()) {
+        page->table()->setFocus(); // ends the editing of a name: a click on a tab does not
+    }
     m_tabs->duplicatePage(index, [this](const QString &title) { return makePage(title); });
 }
 

@@ -152,7 +152,11 @@ void standardModbusEditDialog::deleteTab(int index)
 
 void standardModbusEditDialog::duplicateTab(int index)
 {
-    m_tabs->duplicatePage(index, [this](const QString &title) { return makePage(title); });
+    // A click on a tab leaves the cell in use its focus, also one of another tab.
+    ParameterTable *shown = currentTable();
+    if (!shown || endEditing(shown)) {
+        m_tabs->duplicatePage(index, [this](const QString &title) { return makePage(title); });
+    }
 }
 
 void standardModbusEditDialog::onProtocolChanged(QString protocol)

@@ -2,6 +2,7 @@
 #include "model/itemroles.h"
 #include "standardformtest.h"
 #include "standards/standardmodbuseditdialog.h"
+#include "standards/standardtabs.h"
 #include "widgets/progress.h"
 
 #include <QApplication>
@@ -49,6 +50,8 @@ private slots:
     void tabWithoutOneOfItsInputsIsLeftOut();
     void tabOrderLeadsThroughTheRowsToSave();
     void tabWithABadLengthIsClosedAfterItsMessage();
+    void badLengthIsToldBeforeATabIsDuplicated_data();
+    void badLengthIsToldBeforeATabIsDuplicated();
     void clearDataGoesBackToTcp();
     void formMayDieBelowItsFileDialog_data();
     void formMayDieBelowItsFileDialog();
@@ -417,6 +420,37 @@ void TestStandardModbusEditDialog::tabWithABadLengthIsClosedAfterItsMessage()
     form.deleteTab(0);
     QCOMPARE(tabsBelow, 1);
     QCOMPARE(tabsOf(form), QStringList());
+}
+
+void TestStandardModbusEditDialog::badLengthIsToldBeforeATabIsDuplicated_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::newRow("of the tab") << 0;
+    QTest::newRow("of another tab") << 1;
+}
+
+void TestStandardModbusEditDialog::badLengthIsToldBeforeATabIsDuplicated()
+{
+    QFETCH(int, tab);
+    const QList<QVariantList> parameters{{"0", "a", "string", "1", "r"}};
+    setGroups(m_item, {{"Modbus-1", group("1", parameters)}, {"Modbus-2", group("1", parameters)}});
+    standardModbusEditDialog form(m_item, m_workspace);
+    RUN(show(form));
+    QTRY_COMPARE(tabsOf(form).size(), 2);
+    QApplication::setActiveWindow(&form);
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    const QWidget *shown = form.findChild<QTabWidget *>()->currentWidget();
+    auto *length = qobject_cast<QLineEdit *>(shown->findChild<QTableWidget *>()->cellWidget(0, 3));
+    length->setFocus();
+    length->setText("none");
+    int tabsBelow = -1;
+    QTimer::singleShot(0, &form, [&] { tabsBelow = form.findChild<QTabWidget *>()->count(); });
+    m_messages->expect();
+    emit form.findChild<StandardTabs *>()->duplicateRequested(tab);
+    QCOMPARE(tabsBelow, 2);
+    form.saveChanges();
+    const RowList stored = group("1", parameters);
+    QCOMPARE(groupsOf(m_item), (GroupMap{{"Modbus-1", stored}, {"Modbus-2", stored}, {"Modbus-3", stored}}));
 }
 
 void TestStandardModbusEditDialog::clearDataGoesBackToTcp()

@@ -1,6 +1,7 @@
 #include "standardformtest.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
+#include "standards/standardtabs.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -8,6 +9,7 @@
 #include <QMenu>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableWidget>
 
 // What the forms of Modbus and DLT645 have in common: a tab a slave.
 class TestStandardTabs : public StandardFormTest
@@ -25,6 +27,7 @@ private slots:
     void openingWritesTheTextDefaultsOnly();
     void deletedTabClosesTheNumbers();
     void duplicatedTabIsShownWithItsRows();
+    void duplicateHasWhatIsBeingTyped();
     void menuKeyDuplicatesTheCurrentTab();
     void menuIsForTabsAlone();
     void formMayDieBelowTheMenu();
@@ -183,6 +186,28 @@ void TestStandardTabs::duplicatedTabIsShownWithItsRows()
     QCOMPARE(groupsOf(m_item),
              (GroupMap{{"Modbus-1", rows("11")}, {"Modbus-2", rows("12")}, {title, rows("13")}}));
     QCOMPARE(m_messages->told(), QStringList());
+}
+
+void TestStandardTabs::duplicateHasWhatIsBeingTyped()
+{
+    setGroups(m_item, {{"a", rows("11")}});
+    const auto form = open();
+    RUN(show(*form));
+    auto *tabs = form->findChild<QTabWidget *>();
+    QTRY_COMPARE(tabs->count(), 1);
+    QApplication::setActiveWindow(form.get());
+    QVERIFY(QTest::qWaitForWindowActive(form.get()));
+    auto *table = tabs->currentWidget()->findChild<QTableWidget *>();
+    table->setFocus();
+    table->editItem(table->item(0, isModbus() ? 1 : 2));
+    QTest::keyClicks(QApplication::focusWidget(), "amp");
+    // Without the menu, which takes the focus on some platforms and not on others.
+    emit form->findChild<StandardTabs *>()->duplicateRequested(0);
+    form->saveChanges();
+    RowList expected = rows("11");
+    expected[1][isModbus() ? 1 : 2] = "amp";
+    QCOMPARE(groupsOf(m_item),
+             (GroupMap{{"Modbus-1", expected}, {isModbus() ? "Modbus-2" : "DLT645-2", expected}}));
 }
 
 void TestStandardTabs::menuKeyDuplicatesTheCurrentTab()
