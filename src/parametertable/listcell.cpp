@@ -6,6 +6,7 @@
 
 void ListCell::showPopup()
 {
+    m_typed.clear(); // of the blank, too, that may have opened the list
     QComboBox::showPopup();
     view()->installEventFilter(this);
 }

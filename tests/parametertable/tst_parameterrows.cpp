@@ -182,16 +182,23 @@ void TestParameterRows::typedEntryIsSelected()
 void TestParameterRows::typedEntryIsSelectedInTheOpenList_data()
 {
     QTest::addColumn<QString>("typed");
-    QTest::newRow("r") << "r";
-    QTest::newRow("rw") << "rw";
+    QTest::addColumn<QString>("before");
+    QTest::newRow("r") << "r" << QString();
+    QTest::newRow("rw") << "rw" << QString();
+    QTest::newRow("r behind r") << "r"
+                                << "r";
 }
 
 void TestParameterRows::typedEntryIsSelectedInTheOpenList()
 {
     QFETCH(QString, typed);
+    QFETCH(QString, before);
     RUN(showWithButtons({{"0", "a", "bool", "1", "r"}}));
     QComboBox *permissions = list(0, Permissions);
-    permissions->showPopup();
+    permissions->setFocus();
+    QTest::keyClicks(permissions, before);
+    QTest::keyClick(permissions, Qt::Key_Space);
+    QVERIFY(permissions->view()->isVisible());
     QTest::keyClicks(permissions->view(), typed);
     QTest::keyClick(permissions->view(), Qt::Key_Return);
     QCOMPARE(permissions->currentText(), typed);
