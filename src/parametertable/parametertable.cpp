@@ -136,8 +136,16 @@ void ParameterTable::endEditing()
     if (!editor || !isAncestorOf(editor)) {
         return;
     }
+    // Either way the cell's check may tell a message, below which the form may die: not in the middle of a
+    // loss of focus, nor of a commit by the view.
+    if (state() == EditingState) { // the editor is that of an item
+        const QPersistentModelIndex index = currentIndex();
+        const QString typed = editor->text();
+        closeEditor(editor, QAbstractItemDelegate::NoHint);
+        model()->setData(index, typed);
+        return;
+    }
     const QPointer<ParameterTable> table(this);
-    // Not by its losing the focus, in the middle of which it must not die.
     emit editor->editingFinished();
     if (table && editor) {
         const QSignalBlocker quiet(editor);

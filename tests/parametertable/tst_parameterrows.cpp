@@ -32,6 +32,8 @@ private slots:
     void rowWithABadLengthIsRemovedAfterItsMessage();
     void formMayDieBelowTheMessageOfARemovedRow_data();
     void formMayDieBelowTheMessageOfARemovedRow();
+    void itemIsCheckedBeforeItsRowGoes();
+    void formMayDieBelowTheMessageOfAnItem();
     void copiedRowsArePastedBelow();
     void rowsGoFromATableToAnother();
     void refusedRowsAreToldInTheNote();
@@ -43,8 +45,10 @@ private slots:
     void onlyCopyWithoutChecksForRowsFromOutside();
 
 private:
-    // A Modbus table between its buttons and one below, on screen.
-    void showWithButtons(const RowList &rows);
+    // A table, of Modbus unless said, between its buttons and one below, on screen.
+    void showWithButtons(const RowList &rows) { showWithButtons(ParameterVariant::modbus(), rows); }
+    void showWithButtons(const ParameterVariant &variant, const RowList &rows);
+    void typeIntoItem(int row, int column, const QString &text);
     QString tipOf(QWidget *widget) const;
     QStringList names() const;
     QString note() const { return m_form->findChild<TableNote *>()->text(); }
@@ -65,9 +69,9 @@ void TestParameterRows::cleanup()
     ParameterFormTest::cleanup();
 }
 
-void TestParameterRows::showWithButtons(const RowList &rows)
+void TestParameterRows::showWithButtons(const ParameterVariant &variant, const RowList &rows)
 {
-    make(ParameterVariant::modbus());
+    make(variant);
     auto *column = qobject_cast<QVBoxLayout *>(m_form->layout());
     column->addWidget(m_form->makeTableButtons(m_form));
     column->addWidget(m_table);
@@ -273,6 +277,37 @@ void TestParameterRows::formMayDieBelowTheMessageOfARemovedRow()
     } else {
         form->removeParameter();
     }
+    QVERIFY(!form);
+}
+
+// Opens the item of a cell and types into it.
+void TestParameterRows::typeIntoItem(int row, int column, const QString &text)
+{
+    m_table->setCurrentCell(row, column);
+    m_table->editItem(m_table->item(row, column));
+    QTest::keyClicks(QApplication::focusWidget(), text);
+}
+
+void TestParameterRows::itemIsCheckedBeforeItsRowGoes()
+{
+    RUN(showWithButtons({modbusRow("0", "a"), modbusRow("1", "b")}));
+    typeIntoItem(0, Name, "b");
+    m_form->removeParameter();
+    QCOMPARE(
+        m_workspace->messages,
+        QStringList{"The name of the '2' line already exists in this tab. Please use a different name."});
+    QCOMPARE(names(), QStringList{"b"});
+    QCOMPARE(QApplication::focusWidget(), m_table);
+}
+
+void TestParameterRows::formMayDieBelowTheMessageOfAnItem()
+{
+    RUN(showWithButtons(ParameterVariant::opcUa(), {{"Pump", "a", "1", "GUID Node", "r"}}));
+    typeIntoItem(0, ParameterVariant::opcUa().indexOf(ParameterCell::SpatialIndex), "none");
+    const QPointer<ParameterForm> form(m_form);
+    const UnwatchedModals unwatched;
+    QTimer::singleShot(0, this, [this] { delete std::exchange(m_form, nullptr); });
+    form->removeAllParameters();
     QVERIFY(!form);
 }
 

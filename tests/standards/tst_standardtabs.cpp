@@ -198,8 +198,9 @@ void TestStandardTabs::duplicateHasWhatIsBeingTyped()
     QApplication::setActiveWindow(form.get());
     QVERIFY(QTest::qWaitForWindowActive(form.get()));
     auto *table = tabs->currentWidget()->findChild<QTableWidget *>();
+    table->setCurrentCell(0, isModbus() ? 1 : 2);
     table->setFocus();
-    table->editItem(table->item(0, isModbus() ? 1 : 2));
+    table->editItem(table->currentItem());
     QTest::keyClicks(QApplication::focusWidget(), "amp");
     // Without the menu, which takes the focus on some platforms and not on others.
     emit form->findChild<StandardTabs *>()->duplicateRequested(0);
