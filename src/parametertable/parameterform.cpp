@@ -98,6 +98,9 @@ void ParameterForm::removeAllParameters()
 
 bool ParameterForm::endEditing(ParameterTable *table)
 {
+    if (!table) {
+        return true;
+    }
     const QPointer<ParameterForm> form(this);
     const QPointer<ParameterTable> edited(table);
     table->endEditing();
@@ -168,6 +171,9 @@ void ParameterForm::importFile(const QString &path)
     if (import.refusal) {
         note([&](TableNote *line) { line->tellImport(import, path); });
         warn(error, import.refusal);
+        return;
+    }
+    if (!endEditing(currentTable()) || !endEditing(latestTable())) {
         return;
     }
     // Compat: empties the table that was made last, also when another one is filled.

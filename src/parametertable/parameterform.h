@@ -67,7 +67,8 @@ protected:
 
     ParameterTable *makeTable(QWidget *parent);
     // Before the table loses rows or goes: the check of a cell that is being typed into may tell a message,
-    // and must not do so in the middle of that. False if the form or the table went meanwhile.
+    // and must not do so in the middle of that. False if the form or the table went meanwhile; true without
+    // a table.
     bool endEditing(ParameterTable *table);
     // The buttons that work on the current table; they stand on the page of theirs.
     QWidget *makeTableButtons(QWidget *parent);

@@ -145,7 +145,7 @@ void standardModbusEditDialog::loadTab(QString title, QList<QVariantList> rows)
 void standardModbusEditDialog::deleteTab(int index)
 {
     const auto *page = qobject_cast<ModbusPage *>(m_tabs->widget(index));
-    if (!page || !page->table() || endEditing(page->table())) {
+    if (endEditing(page ? page->table() : nullptr)) {
         m_tabs->deletePage(index);
     }
 }
@@ -153,8 +153,7 @@ void standardModbusEditDialog::deleteTab(int index)
 void standardModbusEditDialog::duplicateTab(int index)
 {
     // A click on a tab leaves the cell in use its focus, also one of another tab.
-    ParameterTable *shown = currentTable();
-    if (!shown || endEditing(shown)) {
+    if (endEditing(currentTable())) {
         m_tabs->duplicatePage(index, [this](const QString &title) { return makePage(title); });
     }
 }

@@ -3,9 +3,12 @@
 #include "parameterformtest.h"
 #include "parametertable/tablenote.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QLayout>
 #include <QPushButton>
 #include <QTextDocumentFragment>
+#include <QTimer>
 
 using namespace ParameterCsvTexts;
 
@@ -25,6 +28,9 @@ private slots:
     void badChoiceIsToldOnceARowAndGoesOn();
     void chineseFileAndEnglishWord();
     void modbusEmptiesTheLatestTableToo();
+    void lengthIsCheckedBeforeItsRowGoes_data();
+    void lengthIsCheckedBeforeItsRowGoes();
+    void formMayDieBelowTheMessageOfALength();
     void fileThatCannotBeOpened();
     void withoutTableTheExportIsEmptyAndTheImportTells();
     void noFileWhereThereIsNoCsv();
@@ -33,6 +39,10 @@ private slots:
     void noteTellsHowManyRowsWentWhere();
     void noteIsOfTheTabsTable();
     void longNameOfAFileDoesNotWidenTheForm();
+
+private:
+    // A Modbus form whose current table is not the latest one, with a length being typed into.
+    void typeIntoLength(bool ofLatest);
 };
 
 namespace {
@@ -214,6 +224,54 @@ void TestParameterImport::modbusEmptiesTheLatestTableToo()
     m_form->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n"));
     QCOMPARE(latest->rowCount(), 0);
     QCOMPARE(m_table->rows(), RowList{row("0,a,float,1,r,")});
+}
+
+void TestParameterImport::typeIntoLength(bool ofLatest)
+{
+    make(ParameterVariant::modbus());
+    m_latest = m_form->makeTable(m_form);
+    for (ParameterTable *table : {m_table, m_latest}) {
+        m_form->layout()->addWidget(table);
+        table->fill({row("7,old,string,5,r")});
+    }
+    m_form->show();
+    QApplication::setActiveWindow(m_form);
+    QVERIFY(QTest::qWaitForWindowActive(m_form));
+    QLineEdit *length = (ofLatest ? m_latest : m_table)->editor(0, Length);
+    length->setFocus();
+    length->setText("none");
+}
+
+void TestParameterImport::lengthIsCheckedBeforeItsRowGoes_data()
+{
+    QTest::addColumn<bool>("ofLatest");
+    QTest::newRow("of the table that is filled") << false;
+    QTest::newRow("of the table that is emptied") << true;
+}
+
+void TestParameterImport::lengthIsCheckedBeforeItsRowGoes()
+{
+    QFETCH(bool, ofLatest);
+    RUN(typeIntoLength(ofLatest));
+    int rowsBelow = -1;
+    QTimer::singleShot(0, m_form,
+                       [this, &rowsBelow] { rowsBelow = m_table->rowCount() + m_latest->rowCount(); });
+    m_messages->expect();
+    m_form->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n"));
+    QCOMPARE(m_messages->told(), QStringList{"Warning|Length must be a positive integer between 1 and 10."});
+    QCOMPARE(rowsBelow, 2);
+    QCOMPARE(m_table->rows(), RowList{row("0,a,float,1,r,")});
+    QCOMPARE(m_latest->rowCount(), 0);
+}
+
+void TestParameterImport::formMayDieBelowTheMessageOfALength()
+{
+    RUN(typeIntoLength(true));
+    const QPointer<ParameterForm> form(m_form);
+    const UnwatchedModals unwatched;
+    QTimer::singleShot(0, this, [this] { delete std::exchange(m_form, nullptr); });
+    form->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n"));
+    QVERIFY(!form);
 }
 
 void TestParameterImport::fileThatCannotBeOpened()
