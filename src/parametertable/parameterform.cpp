@@ -179,6 +179,9 @@ void ParameterForm::importFile(const QString &path)
     // Compat: empties the table that was made last, also when another one is filled.
     if (ParameterTable *latest = latestTable()) {
         latest->setRowCount(0);
+        if (TableNote *line = TableNote::of(latest)) {
+            line->tellNothing(); // of rows that are gone
+        }
     }
     loadParameters(import.rows);
     if (guard) {

@@ -376,6 +376,13 @@ void TestParameterImport::noteIsOfTheTabsTable()
     m_form->exportFile("out.csv");
     QCOMPARE(noteIn(pages[0]), "Rows exported to out.csv: 0");
     QCOMPARE(noteIn(pages[1]), QString());
+    m_table = m_latest;
+    m_form->importFile(writeFile(modbusHeader + "0,a,float,1,r,\n"));
+    QCOMPARE(noteIn(pages[1]), "Rows imported from in.csv: 1");
+    m_table = pages[0]->findChild<ParameterTable *>();
+    m_form->importFile("in.csv"); // which empties the other one
+    QCOMPARE(noteIn(pages[0]), "Rows imported from in.csv: 1");
+    QCOMPARE(noteIn(pages[1]) + tipIn(pages[1]), QString());
 }
 
 void TestParameterImport::longNameOfAFileDoesNotWidenTheForm()
