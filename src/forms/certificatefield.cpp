@@ -124,11 +124,12 @@ void CertificateField::showSummary()
 {
     m_nothingRead->setVisible(!m_path.isEmpty() && m_content.isEmpty());
     m_clear->setVisible(!m_path.isEmpty() || !m_content.isEmpty());
+    const QString summary = summaryText();
     // With the path, which is often longer than its field.
-    QStringList lines{m_path, summaryText()};
+    QStringList lines{m_path, summary};
     lines.removeAll(QString());
     m_field->setToolTip(plainToolTip(lines.join(QLatin1Char('\n'))));
-    m_field->setAccessibleDescription(summaryText());
+    m_field->setAccessibleDescription(summary);
 }
 
 QString CertificateField::summaryText() const
