@@ -60,7 +60,7 @@ bool isMessage(const QString &text)
 {
     static const QRegularExpression pattern(
         "[^.]\\.$|[!?]$|Error code:|^Connection status|^Unable|^CSV file has|Set as default|null$|"
-        "^Selected |failed|Failed to|^JSON data");
+        "^Selected |failed|Failed to|^JSON data|as a whole$|^The clipboard holds|^Nothing was");
     return pattern.match(text).hasMatch();
 }
 
