@@ -3,10 +3,10 @@
 #include "mainwindow/docking.h"
 #include "mainwindow/layoutfile.h"
 #include "mainwindow/windowtext.h"
+#include "widgets/combobox.h"
 #include "widgets/svgicon.h"
 
 #include <QAction>
-#include <QComboBox>
 #include <QInputDialog>
 #include <QSettings>
 #include <QSignalBlocker>
@@ -15,7 +15,7 @@
 Perspectives::Perspectives(QWidget *window)
     : QObject(window)
     , m_window(window)
-    , m_names(new QComboBox)
+    , m_names(new ComboBox)
 {
     auto *create = new QAction(svgIcon(QStringLiteral(":/adsdemo/images/picture_in_picture.svg")),
                                WindowText::tr("Create Perspective"), window);

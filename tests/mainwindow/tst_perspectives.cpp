@@ -1,6 +1,7 @@
 #include "mainwindow/perspectives.h"
 
 #include "docksundertest.h"
+#include "formtest.h"
 #include "modaldialogs.h"
 #include "run.h"
 
@@ -21,9 +22,11 @@ private slots:
     void actionIsASignal();
     void withoutAManagerNothingIsAsked();
     void savedOnesAreOfferedAndOpen();
+    void wheelOpensNoOther();
     void managerMayDieWhileTheNameIsAsked();
 
 private:
+    QComboBox *list() const;
     QStringList names() const;
     void save(const QString &name);
 
@@ -40,15 +43,15 @@ void TestPerspectives::init()
     m_perspectives = new Perspectives(m_window.data());
 }
 
+QComboBox *TestPerspectives::list() const
+{
+    const auto *action = m_window->findChild<QWidgetAction *>("perspectiveListAction");
+    return qobject_cast<QComboBox *>(action->defaultWidget());
+}
+
 QStringList TestPerspectives::names() const
 {
-    const auto *list = m_window->findChild<QWidgetAction *>("perspectiveListAction");
-    const auto *box = qobject_cast<QComboBox *>(list->defaultWidget());
-    QStringList texts;
-    for (int row = 0; row < box->count(); ++row) {
-        texts.append(box->itemText(row));
-    }
-    return texts;
+    return FormTest::entriesOf(list());
 }
 
 void TestPerspectives::save(const QString &name)
@@ -93,6 +96,16 @@ void TestPerspectives::savedOnesAreOfferedAndOpen()
     m_perspectives = next;
     next->load(m_window->dockManager());
     QCOMPARE(names(), QStringList({"All", "Few"}));
+}
+
+void TestPerspectives::wheelOpensNoOther()
+{
+    m_perspectives->load(m_window->dockManager());
+    RUN(save("All"));
+    RUN(save("Few"));
+    list()->setCurrentText("All");
+    FormTest::turnWheel(list());
+    QCOMPARE(list()->currentText(), "All");
 }
 
 void TestPerspectives::managerMayDieWhileTheNameIsAsked()
