@@ -2,9 +2,12 @@
 
 #include "mainwindow/docking.h"
 
+#include <QDialog>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
+
+#include <algorithm>
 
 namespace {
 
@@ -35,7 +38,17 @@ QRect screenOf(const QRect &window, const QWidget *main)
     return best->availableGeometry();
 }
 
-void bringOntoScreen(QWidget *floating, const QWidget *main)
+// Docks that are no forms come up in the size that they were made in.
+bool holdsForm(const ads::CFloatingDockContainer *floating)
+{
+    const auto docks = floating->dockWidgets();
+    return std::any_of(docks.begin(), docks.end(), [](const ads::CDockWidget *dock) {
+        return qobject_cast<const QDialog *>(dock->widget());
+    });
+}
+
+// One that is larger than the screen and keeps its size stands at the upper left.
+void bringOntoScreen(ads::CFloatingDockContainer *floating, const QWidget *main)
 {
     // Its own is known only once the window manager has made it.
     const QMargins own = frameOf(floating);
@@ -44,7 +57,9 @@ void bringOntoScreen(QWidget *floating, const QWidget *main)
                          qMax(own.right(), common.right()), qMax(own.bottom(), common.bottom()));
     const QRect free = screenOf(floating->geometry(), main).marginsRemoved(frame);
     QRect place = floating->geometry();
-    place.setSize(place.size().boundedTo(free.size()));
+    if (holdsForm(floating)) {
+        place.setSize(place.size().boundedTo(free.size()));
+    }
     place.moveLeft(qBound(free.left(), place.left(), free.right() + 1 - place.width()));
     place.moveTop(qBound(free.top(), place.top(), free.bottom() + 1 - place.height()));
     if (place != floating->geometry()) {
@@ -59,6 +74,7 @@ class FirstShow : public QObject
 public:
     FirstShow(ads::CFloatingDockContainer *floating, const QWidget *main)
         : QObject(floating)
+        , m_floating(floating)
         , m_main(main)
     {
         floating->installEventFilter(this);
@@ -69,16 +85,14 @@ public:
         if (event->type() == QEvent::Show) {
             watched->removeEventFilter(this);
             for (const int delay : {0, settleTime}) {
-                QTimer::singleShot(delay, watched,
-                                   [floating = static_cast<QWidget *>(watched), main = m_main] {
-                                       bringOntoScreen(floating, main);
-                                   });
+                QTimer::singleShot(delay, this, [this] { bringOntoScreen(m_floating, m_main); });
             }
         }
         return false;
     }
 
 private:
+    ads::CFloatingDockContainer *m_floating;
     const QWidget *m_main;
 };
 

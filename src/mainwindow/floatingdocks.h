@@ -6,8 +6,8 @@ class CDockManager;
 
 namespace FloatingDocks {
 
-// Each dock of the manager that is floated from now on comes up whole on the screen that has most of it,
-// smaller if need be. Where the user moves it afterwards is the user's business.
+// Each dock of the manager that is floated from now on comes up on the screen that has most of it, and a form
+// whole, smaller if need be. Where the user moves it afterwards is the user's business.
 void keepOnScreen(ads::CDockManager *manager);
 
 } // namespace FloatingDocks

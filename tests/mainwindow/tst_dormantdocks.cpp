@@ -14,6 +14,7 @@
 #include <QFileDialog>
 #include <QMenu>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -148,7 +149,13 @@ void TestDormantDocks::aTableFloats()
     QVERIFY(dock->windowTitle().startsWith(QLatin1String("Table ")));
     QVERIFY(qobject_cast<QTabWidget *>(dock->widget()));
     QVERIFY(dock->features().testFlag(CDockWidget::DockWidgetDeleteOnClose));
-    QCOMPARE(dock->floatingDockContainer()->size(), QSize(700, 800));
+    ads::CFloatingDockContainer *window = dock->floatingDockContainer();
+    QCOMPARE(window->size(), QSize(700, 800));
+    // Higher than the screen, it is moved there, and that is all.
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    window->move(available.bottomRight());
+    QTRY_COMPARE(window->frameGeometry().top(), available.top());
+    QCOMPARE(window->size(), QSize(700, 800));
 }
 
 void TestDormantDocks::aPictureIsPlacedByTheActionsText_data()

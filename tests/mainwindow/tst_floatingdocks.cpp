@@ -2,6 +2,7 @@
 
 #include "docksundertest.h"
 
+#include <QDialog>
 #include <QLabel>
 #include <QScreen>
 
@@ -12,6 +13,7 @@ class TestFloatingDocks : public QObject
 private slots:
     void comesUpWholeOnTheScreen_data();
     void comesUpWholeOnTheScreen();
+    void whatIsNoFormKeepsItsSize();
     void isMovedAsItComesUpAlone();
 };
 
@@ -38,7 +40,7 @@ void TestFloatingDocks::comesUpWholeOnTheScreen()
     QFETCH(bool, moves);
     DocksUnderTest window;
     auto *dock = Docking::makeDock(window.dockManager(), "Form");
-    dock->setWidget(new QLabel("input"));
+    dock->setWidget(new QDialog);
     ads::CFloatingDockContainer *floating = window.dockManager()->addDockWidgetFloating(dock);
     floating->setGeometry(wanted);
     floating->show();
@@ -54,6 +56,19 @@ void TestFloatingDocks::comesUpWholeOnTheScreen()
                          window.frameGeometry().right() - window.geometry().right(),
                          window.frameGeometry().bottom() - window.geometry().bottom());
     QCOMPARE(floating->size(), wanted.size().boundedTo(available().marginsRemoved(frame).size()));
+}
+
+void TestFloatingDocks::whatIsNoFormKeepsItsSize()
+{
+    DocksUnderTest window;
+    auto *dock = Docking::makeDock(window.dockManager(), "Table");
+    dock->setWidget(new QLabel("values"));
+    ads::CFloatingDockContainer *floating = window.dockManager()->addDockWidgetFloating(dock);
+    const QRect wanted(available().center(), available().size() + QSize(20, 20));
+    floating->setGeometry(wanted);
+    floating->show();
+    QTRY_COMPARE(floating->frameGeometry().topLeft(), available().topLeft());
+    QCOMPARE(floating->size(), wanted.size());
 }
 
 void TestFloatingDocks::isMovedAsItComesUpAlone()
