@@ -1,5 +1,6 @@
 #include "mainwindow/opendocks.h"
 
+#include <QCoreApplication>
 #include <QSplitter>
 
 #include <algorithm>
@@ -89,6 +90,24 @@ void OpenDocks::remember()
             for (ads::CDockWidget *dock : docks) {
                 m_open.append({dock, companions, dock == area->currentDockWidget(), placeOf(area)});
             }
+        }
+    }
+    takeOutUnregistered();
+}
+
+// The library knows one dock a name. Others of it would stay in areas that it is about to delete.
+void OpenDocks::takeOutUnregistered()
+{
+    const auto registered = m_manager->dockWidgetsMap();
+    for (const OpenDock &open : qAsConst(m_open)) {
+        if (registered.value(open.dock->objectName()) == open.dock) {
+            continue;
+        }
+        ads::CDockContainerWidget *container = open.dock->dockContainer();
+        const QPointer<QWidget> window = container->floatingWidget();
+        container->removeDockWidget(open.dock);
+        if (window) { // an empty one would be taken for the next restored window
+            QCoreApplication::sendPostedEvents(window, QEvent::DeferredDelete);
         }
     }
 }

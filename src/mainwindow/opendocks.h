@@ -48,6 +48,7 @@ private:
     static Side sideOf(const QSplitter *splitter, QWidget *part);
     static Place placeOf(ads::CDockAreaWidget *area);
     void remember();
+    void takeOutUnregistered();
     void bringBack();
     void put(const OpenDock &open);
     void resize(ads::CDockAreaWidget *area, int extent);

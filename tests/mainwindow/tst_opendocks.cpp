@@ -30,6 +30,8 @@ private slots:
     void knownFormThatWasHiddenStaysOpen();
     void formBesideAKnownOneStaysBesideIt();
     void formStaysWhileItsCompanionLeaves();
+    void emptyTabsOfOneTitleStay_data();
+    void emptyTabsOfOneTitleStay();
     void hiddenFormsStayHidden();
     void closedMessagesComeAsStored();
     void unsavedInputIsKept();
@@ -225,6 +227,50 @@ void TestOpenDocks::formStaysWhileItsCompanionLeaves()
     QCOMPARE(placeOf(standard), 0);
     QVERIFY(placeOf(service) > placeOf(dockOf(m_window->monitoringTabs())));
     QVERIFY(m_window->form(editStandard)->isVisible() && m_window->form(editService)->isVisible());
+}
+
+// Each click on a "DIDO" node makes a further one.
+void TestOpenDocks::emptyTabsOfOneTitleStay_data()
+{
+    QTest::addColumn<QStringList>("clicks");
+    QTest::addColumn<bool>("below");
+    const QStringList twice{"Service", "DIDO", "DIDO"};
+    const QStringList withForm{"Service", "DIDO", "Modbus"};
+    QTest::newRow("twice") << twice << false;
+    QTest::newRow("twice, below all") << twice << true;
+    QTest::newRow("with a form") << withForm << false;
+    QTest::newRow("with a form, below all") << withForm << true;
+    QTest::newRow("form first") << QStringList{"Modbus", "DIDO", "DIDO"} << false;
+}
+
+void TestOpenDocks::emptyTabsOfOneTitleStay()
+{
+    QFETCH(QStringList, clicks);
+    QFETCH(bool, below);
+    const QMap<QString, const QStandardItem *> items{
+        {"Service", m_service},
+        {"Modbus", m_standard},
+        {"DIDO", Window::addStandard(m_service->parent()->parent(), "inputs", "DIDO")},
+    };
+    for (const QString &click : clicks) {
+        m_window->click(items.value(click));
+    }
+    if (below) {
+        const auto docks = m_window->dockManager()->findChildren<CDockWidget *>();
+        for (CDockWidget *dock : docks) {
+            if (dock->windowTitle() == editStandard) {
+                m_window->dockManager()->addDockWidget(ads::BottomDockWidgetArea, dock);
+            }
+        }
+    }
+    QCoreApplication::processEvents();
+    const int empty = m_window->countOf(editStandard);
+    for (int time = 0; time < 2; ++time) {
+        restore();
+        Window::settle();
+        QCOMPARE(m_window->countOf(editStandard), empty);
+        QVERIFY(m_window->form(editService) || !clicks.contains("Service"));
+    }
 }
 
 void TestOpenDocks::hiddenFormsStayHidden()
