@@ -5,7 +5,6 @@
 #include "model/projecttree.h"
 #include "monitoring/monitoringpage.h"
 #include "monitoring/monitoringtable.h"
-#include "widgets/tabwidget.h"
 
 #include <QDateTime>
 #include <QDebug>
@@ -183,7 +182,7 @@ void MonitoringView::closeTab(const QString &name)
 int MonitoringView::tabNamed(const QString &name) const
 {
     for (int tab = 0; m_tabs && tab < m_tabs->count(); ++tab) {
-        if (m_tabs->tabText(tab) == TabWidget::titleFor(name)) {
+        if (m_tabs->tabText(tab) == name) {
             return tab;
         }
     }
@@ -198,6 +197,6 @@ QWidget *MonitoringView::pageOf(const QString &plcName)
     }
     auto *page = new MonitoringPage;
     page->setWindowTitle(plcName);
-    m_tabs->addTab(page, TabWidget::titleFor(plcName));
+    m_tabs->addTab(page, plcName);
     return page;
 }

@@ -8,7 +8,8 @@ class TestTabWidget : public QObject
     Q_OBJECT
 private slots:
     void takesTheFocusWhileThereIsATab();
-    void titleShowsTheNameAsItIs();
+    void tabsShowTheirTextsAsTheyAre_data();
+    void tabsShowTheirTextsAsTheyAre();
 };
 
 void TestTabWidget::takesTheFocusWhileThereIsATab()
@@ -25,12 +26,46 @@ void TestTabWidget::takesTheFocusWhileThereIsATab()
     QCOMPARE(tabs.tabBar()->focusPolicy(), Qt::NoFocus);
 }
 
-void TestTabWidget::titleShowsTheNameAsItIs()
+void TestTabWidget::tabsShowTheirTextsAsTheyAre_data()
 {
+    QTest::addColumn<QString>("styleSheet");
+    QTest::addColumn<bool>("closable");
+    for (const bool closable : {false, true}) {
+        const char *buttons = closable ? "closable" : "not closable";
+        QTest::addRow("plain, %s", buttons) << QString() << closable;
+        QTest::addRow("styled, %s", buttons)
+            << "QTabBar::tab { background-color: #e0e0e0; border-radius: 5px; padding: 5px 10px; } "
+               "QTabBar::tab:selected { background-color: #1296db; color: white; }"
+            << closable;
+    }
+}
+
+// Against a tab widget as Qt has it, where "&&" stands for "&".
+void TestTabWidget::tabsShowTheirTextsAsTheyAre()
+{
+    QFETCH(QString, styleSheet);
+    QFETCH(bool, closable);
     TabWidget tabs;
-    tabs.addTab(new QWidget, TabWidget::titleFor("A&B &C &&"));
-    const QFontMetrics metrics = tabs.tabBar()->fontMetrics();
-    QCOMPARE(metrics.size(Qt::TextShowMnemonic, tabs.tabText(0)), metrics.size(0, "A&B &C &&"));
+    QTabWidget reference;
+    for (const QString &text : {QString("A&B &C && D"), QString("&first"), QString("none")}) {
+        tabs.addTab(new QWidget, text);
+        QCOMPARE(tabs.tabText(tabs.count() - 1), text);
+        reference.addTab(new QWidget, QString(text).replace('&', "&&"));
+    }
+    for (QTabWidget *each : {static_cast<QTabWidget *>(&tabs), &reference}) {
+        each->setStyleSheet(styleSheet);
+        each->setTabsClosable(closable);
+        each->resize(500, 100);
+        each->show();
+        QVERIFY(QTest::qWaitForWindowExposed(each));
+        each->tabBar()->setFocusPolicy(Qt::NoFocus);
+    }
+    for (int current = 0; current < tabs.count(); ++current) {
+        tabs.setCurrentIndex(current);
+        reference.setCurrentIndex(current);
+        QCOMPARE(tabs.tabBar()->tabRect(current), reference.tabBar()->tabRect(current));
+        QCOMPARE(tabs.tabBar()->grab().toImage(), reference.tabBar()->grab().toImage());
+    }
 }
 
 QTEST_MAIN(TestTabWidget)
