@@ -24,6 +24,7 @@ TreeKeys::TreeKeys(QTreeView *tree, ProjectTreeMenu *menu, const EditorTabs *tab
     };
     for (const auto &row : keys) {
         auto *key = new QShortcut(row.key, tree, nullptr, nullptr, Qt::WidgetShortcut);
+        key->setAutoRepeat(false);
         connect(key, &QShortcut::activated, this, row.command);
     }
 }

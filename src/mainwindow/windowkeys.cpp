@@ -12,6 +12,17 @@
 
 namespace {
 
+// Brings the dock around the widget to the front of its area.
+void showDockOf(QWidget *widget)
+{
+    for (QWidget *at = widget; at; at = at->parentWidget()) {
+        if (auto *dock = qobject_cast<ads::CDockWidget *>(at)) {
+            dock->setAsCurrentTab();
+            return;
+        }
+    }
+}
+
 // The dock that has the focus in it, or in its title bar.
 ads::CDockWidget *focusedDock()
 {
@@ -83,6 +94,7 @@ QAction *WindowKeys::makeAction(QMainWindow *window, const QKeySequence &key, vo
 {
     auto *action = new QAction(this);
     action->setShortcut(key);
+    action->setAutoRepeat(false);
     connect(action, &QAction::triggered, this, command);
     window->addAction(action);
     return action;
@@ -109,8 +121,10 @@ void WindowKeys::goToFilter()
 {
     const ads::CDockWidget *dock = focusedDock();
     auto *filter = dock ? visibleChild<QLineEdit>(dock->widget(), "filter") : nullptr;
-    if (!filter) {
-        filter = visibleChild<QLineEdit>(m_livePages, "filter");
+    const QWidget *page = m_livePages ? m_livePages->currentWidget() : nullptr;
+    if (!filter && page && page->findChild<QLineEdit *>(QStringLiteral("filter"))) {
+        showDockOf(m_livePages);
+        filter = visibleChild<QLineEdit>(page, "filter");
     }
     if (!filter) {
         return;

@@ -20,6 +20,7 @@ private slots:
     void f2OpensTheFormAtItsName();
     void f2OnANodeWithoutAFormDoesNothing_data();
     void f2OnANodeWithoutAFormDoesNothing();
+    void heldKeyOpensOnce();
     void noKeyDeletes();
     void keysAreOfTheTreeAlone();
 
@@ -144,6 +145,16 @@ void TestTreeKeys::f2OnANodeWithoutAFormDoesNothing()
     QVERIFY(m_window->projectTree()->hasFocus());
     QCOMPARE(m_window->dockManager()->dockWidgetsMap().size(), 3);
     QCOMPARE(tabs->currentIndex(), 0);
+}
+
+// Each further one would make one more empty tab.
+void TestTreeKeys::heldKeyOpensOnce()
+{
+    press("plant/Standard/inputs", Qt::Key_Return);
+    for (int time = 0; time < 3; ++time) {
+        QTest::simulateEvent(m_window->projectTree(), true, Qt::Key_Return, Qt::NoModifier, QString(), true);
+    }
+    QCOMPARE(m_window->countOf("Edit Standard"), 1);
 }
 
 void TestTreeKeys::noKeyDeletes()

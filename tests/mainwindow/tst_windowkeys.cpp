@@ -28,11 +28,13 @@ private slots:
     void saveIsOfTheFormWithTheFocus();
     void saveFromTheTitleBarIsOfItsForm();
     void saveOutsideOfFormsDoesNothing();
+    void heldKeySavesOnce();
     void formThatStaysOpenKeepsTheFocus();
     void whatIsBeingTypedIsCheckedFirst();
 
     void findGoesToTheLivePage_data();
     void findGoesToTheLivePage();
+    void findUncoversTheLivePage();
     void findPrefersTheFormWithTheFocus();
     void findWithoutALivePageDoesNothing();
 
@@ -180,6 +182,17 @@ void TestWindowKeys::saveOutsideOfFormsDoesNothing()
     QVERIFY(m_window->form(editStandard));
 }
 
+void TestWindowKeys::heldKeySavesOnce()
+{
+    const QDialog *form = openForm(m_project->child(1)->child(0), editService);
+    const QSignalSpy saved(Window::input<QPushButton>(form, "saveButton"), &QPushButton::clicked);
+    for (const bool repeated : {false, true, true}) {
+        QTest::simulateEvent(QApplication::focusWidget(), true, Qt::Key_S, Qt::ControlModifier, QString(),
+                             repeated);
+    }
+    QCOMPARE(saved.count(), 1);
+}
+
 void TestWindowKeys::formThatStaysOpenKeepsTheFocus()
 {
     const QDialog *form = openForm(m_project->child(1)->child(0), editService);
@@ -241,6 +254,28 @@ void TestWindowKeys::findGoesToTheLivePage()
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_F, Qt::ControlModifier);
     QCOMPARE(QApplication::focusWidget(), filter);
     QCOMPARE(filter->selectedText(), "volt");
+}
+
+void TestWindowKeys::findUncoversTheLivePage()
+{
+    QWidget *messages = m_window->messageEditor();
+    QTabWidget *live = m_window->monitoringTabs();
+    const auto docks = m_window->dockManager()->dockWidgetsMap();
+    const auto dockOf = [&docks](const QWidget *widget) {
+        return *std::find_if(docks.begin(), docks.end(),
+                             [widget](const ads::CDockWidget *dock) { return dock->widget() == widget; });
+    };
+    m_window->dockManager()->addDockWidgetTabToArea(dockOf(messages), dockOf(live)->dockAreaWidget());
+    const auto find = [messages] {
+        messages->setFocus();
+        QTest::keyClick(messages, Qt::Key_F, Qt::ControlModifier);
+    };
+    find(); // there is nothing to be filtered
+    QVERIFY(messages->isVisible());
+    showLiveValues();
+    find();
+    QVERIFY(live->isVisible());
+    QCOMPARE(QApplication::focusWidget(), live->findChild<QLineEdit *>("filter"));
 }
 
 void TestWindowKeys::findPrefersTheFormWithTheFocus()
