@@ -1,6 +1,7 @@
 #include "mainwindow/opendocks.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QEvent>
 #include <QSplitter>
 
 #include <algorithm>
@@ -35,8 +36,18 @@ OpenDocks::OpenDocks(ads::CDockManager *manager)
     : QObject(manager)
     , m_manager(manager)
 {
+    manager->installEventFilter(this);
     connect(manager, &ads::CDockManager::restoringState, this, &OpenDocks::remember);
     connect(manager, &ads::CDockManager::stateRestored, this, &OpenDocks::bringBack);
+}
+
+// The manager hides before it tells that it restores, and then the focus has gone elsewhere.
+bool OpenDocks::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_manager && event->type() == QEvent::Hide && !event->spontaneous()) {
+        m_focus = QApplication::focusWidget();
+    }
+    return false;
 }
 
 // The first part stands before the second one, all others behind the one before them.
@@ -107,7 +118,7 @@ void OpenDocks::takeOutUnregistered()
         const QPointer<QWidget> window = container->floatingWidget();
         container->removeDockWidget(open.dock);
         if (window) { // an empty one would be taken for the next restored window
-            QCoreApplication::sendPostedEvents(window, QEvent::DeferredDelete);
+            QApplication::sendPostedEvents(window, QEvent::DeferredDelete);
         }
     }
 }
@@ -133,6 +144,9 @@ void OpenDocks::bringBack()
         if (open.isCurrent) {
             open.dock->setAsCurrentTab();
         }
+    }
+    if (m_focus && m_focus->isVisible()) {
+        m_focus->setFocus();
     }
 }
 

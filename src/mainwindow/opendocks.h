@@ -10,13 +10,15 @@
 class QSplitter;
 
 // Keeps what is open in sight when a stored layout comes back. A dock that the layout does not know stays
-// where it was; a form that it knows as closed opens at its place there.
+// where it was; a form that it knows as closed opens at its place there. The focus stays where it is, too.
 class OpenDocks : public QObject
 {
     Q_OBJECT
 public:
     // The manager owns this.
     explicit OpenDocks(ads::CDockManager *manager);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     // A side of something, and the extent in pixels from there.
@@ -55,4 +57,5 @@ private:
 
     ads::CDockManager *m_manager;
     QList<OpenDock> m_open;
+    QPointer<QWidget> m_focus;
 };

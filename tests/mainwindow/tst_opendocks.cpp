@@ -35,6 +35,8 @@ private slots:
     void hiddenFormsStayHidden();
     void closedMessagesComeAsStored();
     void unsavedInputIsKept();
+    void focusStaysWhereItIs_data();
+    void focusStaysWhereItIs();
 
 private:
     CDockWidget *dockOf(const QWidget *widget) const;
@@ -297,6 +299,32 @@ void TestOpenDocks::unsavedInputIsKept()
     Window::input<QLineEdit>(m_window->form(editStandard), "name")->setText("typed");
     restore();
     QCOMPARE(Window::input<QLineEdit>(m_window->form(editStandard), "name")->text(), "typed");
+}
+
+void TestOpenDocks::focusStaysWhereItIs_data()
+{
+    QTest::addColumn<QString>("place");
+    for (const char *place : {"tree", "messages", "unknown form", "known form"}) {
+        QTest::newRow(place) << QString::fromLatin1(place);
+    }
+}
+
+void TestOpenDocks::focusStaysWhereItIs()
+{
+    QFETCH(QString, place);
+    open(m_standard, editStandard);
+    if (place == QLatin1String("known form")) {
+        save();
+    }
+    QCoreApplication::processEvents();
+    const QMap<QString, QWidget *> widgets{{"tree", m_window->projectTree()},
+                                           {"messages", m_window->messageEditor()}};
+    auto *name = Window::input<QLineEdit>(m_window->form(editStandard), "name");
+    QWidget *focused = widgets.value(place, name);
+    QVERIFY(QTest::qWaitForWindowActive(m_window.data()));
+    focused->setFocus();
+    restore();
+    QCOMPARE(QApplication::focusWidget(), focused);
 }
 
 QTEST_MAIN(TestOpenDocks)
