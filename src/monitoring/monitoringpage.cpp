@@ -132,13 +132,14 @@ void MonitoringPage::showReport(const QVariantList &rows, const QString &time, c
         const bool isFirst = m_table->columnCount() == 0;
         const QScopedValueRollback<bool> fitting(m_fitting, true);
         MonitoringTable::update(m_table, rows, time, now);
+        m_marksEnd = now + LiveDelegate::markTime;
         if (isFirst && isVisible()) {
             fitColumns();
         }
     }
     refresh();
     if (isVisible()) {
-        m_mark.start(LiveDelegate::markTime, this);
+        awaitEndOfMarks();
     }
 }
 
@@ -194,7 +195,7 @@ void MonitoringPage::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     refresh();
     m_second.start(second, this);
-    m_mark.start(LiveDelegate::markTime, this);
+    awaitEndOfMarks();
 }
 
 void MonitoringPage::hideEvent(QHideEvent *event)
@@ -209,11 +210,22 @@ void MonitoringPage::timerEvent(QTimerEvent *event)
     if (event->timerId() == m_second.timerId()) {
         refresh();
     } else if (event->timerId() == m_mark.timerId()) {
-        m_mark.stop();
         refresh();
         m_table->viewport()->update();
+        awaitEndOfMarks();
     } else {
         QWidget::timerEvent(event);
+    }
+}
+
+// By the page's clock, against which a timer may be early.
+void MonitoringPage::awaitEndOfMarks()
+{
+    const qint64 left = m_marksEnd - m_clock();
+    if (left > 0) {
+        m_mark.start(int(left), Qt::PreciseTimer, this);
+    } else {
+        m_mark.stop();
     }
 }
 

@@ -51,6 +51,7 @@ protected:
 private:
     void layOut();
     QString sourceLine(qint64 now) const;
+    void awaitEndOfMarks();
     // Hides the rows whose name and address both lack the filter's text, whatever its case, and with the
     // check those that are valid. A row is hidden by its number, so this runs anew whenever rows come, move
     // or change.
@@ -80,6 +81,7 @@ private:
     Clock m_clock;
     QBasicTimer m_second;
     QBasicTimer m_mark; // runs while a value may be marked as just changed
+    qint64 m_marksEnd = 0;
     LiveSource m_shown;
     Freshness m_freshness;
     bool m_ended = false; // the session, since the last report

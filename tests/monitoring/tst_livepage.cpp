@@ -22,6 +22,7 @@ private slots:
     void greyValuesAreReadable_data();
     void greyValuesAreReadable();
     void changedValueIsMarkedForAMoment();
+    void markGoesWhateverTheTimer();
     void whatHasNotChangedIsNotMarked();
 };
 
@@ -237,6 +238,30 @@ void TestLivePage::changedValueIsMarkedForAMoment()
     QTRY_VERIFY(repaints.count > 0);
     QCOMPARE(ground(), plain);
     QCOMPARE(ground(2), plainInvalid);
+}
+
+// A timer that is early by the clock, as one in steps of some ms may be.
+void TestLivePage::markGoesWhateverTheTimer()
+{
+    QElapsedTimer timer;
+    timer.start();
+    m_page->setClock([&timer] { return timer.elapsed() * 4 / 5; });
+    struct Repaints : QObject {
+        const QElapsedTimer *timer;
+        qint64 last = 0; // by the page's clock
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            last = event->type() == QEvent::Paint ? timer->elapsed() * 4 / 5 : last;
+            return false;
+        }
+    } repaints;
+    repaints.timer = &timer;
+    live(feeders());
+    QVariantMap changed = feeders().first().toMap();
+    changed.insert("value", "2.5");
+    live({changed, feeders().at(1), feeders().at(2)});
+    m_table->viewport()->installEventFilter(&repaints);
+    QTRY_VERIFY_WITH_TIMEOUT(repaints.last >= 600, 2000);
 }
 
 void TestLivePage::whatHasNotChangedIsNotMarked()
