@@ -9,7 +9,6 @@
 
 #include <QAction>
 #include <QCheckBox>
-#include <QDeadlineTimer>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -63,7 +62,7 @@ MonitoringPage::MonitoringPage(QWidget *parent)
     , m_onlyNotValid(new QCheckBox(tr("Only not valid"), this))
     , m_table(new QTableWidget(this))
     , m_delegate(new LiveDelegate(m_table))
-    , m_clock([] { return QDeadlineTimer::current().deadline(); })
+    , m_clock(liveTime)
 {
     m_source->setObjectName(QStringLiteral("source"));
     m_source->setTextFormat(Qt::PlainText); // names of the user and of the Box
@@ -114,7 +113,7 @@ void MonitoringPage::layOut()
     layout->addWidget(m_table);
 }
 
-void MonitoringPage::setClock(const Clock &clock)
+void MonitoringPage::setClock(const LiveClock &clock)
 {
     m_clock = clock;
 }

@@ -1,13 +1,12 @@
 #pragma once
 
 #include "monitoring/freshness.h"
+#include "monitoring/liveclock.h"
 #include "monitoring/livesource.h"
 
 #include <QBasicTimer>
 #include <QVariantList>
 #include <QWidget>
-
-#include <functional>
 
 class LiveDelegate;
 class QCheckBox;
@@ -23,13 +22,10 @@ class MonitoringPage : public QWidget
 {
     Q_OBJECT
 public:
-    // Gives ms, and is never set back.
-    using Clock = std::function<qint64()>;
-
     explicit MonitoringPage(QWidget *parent = nullptr);
 
     // By default the clock is the system's.
-    void setClock(const Clock &clock);
+    void setClock(const LiveClock &clock);
 
     // Shows the rows of a report, as MonitoringTable::update() takes them, and whose they are.
     void showReport(const QVariantList &rows, const QString &time, const LiveSource &source);
@@ -78,7 +74,7 @@ private:
     bool m_fitting = false; // the program sets widths
     bool m_widthsOfUser = false;
 
-    Clock m_clock;
+    LiveClock m_clock;
     QBasicTimer m_second;
     QBasicTimer m_mark; // runs while a value may be marked as just changed
     qint64 m_marksEnd = 0;

@@ -1,4 +1,5 @@
 #include "monitoring/freshness.h"
+#include "monitoring/liveclock.h"
 
 #include <QtTest>
 
@@ -13,6 +14,8 @@ private slots:
     void isLateAfterThreeUsualPeriods_data();
     void isLateAfterThreeUsualPeriods();
     void pauseBetweenSessionsIsNoPeriod();
+    void clockGoesOnInSleep_data();
+    void clockGoesOnInSleep();
 };
 
 void TestFreshness::agesFromTheLastReport()
@@ -72,6 +75,42 @@ void TestFreshness::pauseBetweenSessionsIsNoPeriod()
     freshness.report(920000); // the first period
     QVERIFY(!freshness.isLate(980000));
     QVERIFY(freshness.isLate(980001));
+}
+
+using Steps = QVector<QPair<qint64, qint64>>;
+
+void TestFreshness::clockGoesOnInSleep_data()
+{
+    QTest::addColumn<Steps>("steps"); // ms of the monotonic and of the wall clock
+    QTest::addColumn<qint64>("passed");
+    const auto row = [](const char *name, const Steps &steps, qint64 passed) {
+        QTest::newRow(name) << steps << passed;
+    };
+    row("awake", {{1000, 1000}, {1000, 1001}, {1000, 999}}, 3000);
+    row("asleep", {{1000, 1000}, {500, 3600500}, {1000, 1000}}, 3602500);
+    row("asleep twice", {{500, 60500}, {500, 60500}}, 121000);
+    row("set back", {{1000, 1000}, {1000, -3599000}, {1000, 1000}}, 3000);
+    row("set back, then asleep", {{1000, -3599000}, {500, 60500}}, 61500);
+    row("put right bit by bit", {{1000, 1010}, {1000, 1010}, {1000, 990}}, 3000);
+}
+
+void TestFreshness::clockGoesOnInSleep()
+{
+    QFETCH(Steps, steps);
+    QFETCH(qint64, passed);
+    WakingClock clock;
+    qint64 monotonic = 700;
+    qint64 wall = 1700000000000;
+    const qint64 begin = clock.at(monotonic, wall);
+    qint64 now = begin;
+    for (const auto &step : qAsConst(steps)) {
+        const qint64 before = now;
+        monotonic += step.first;
+        wall += step.second;
+        now = clock.at(monotonic, wall);
+        QVERIFY(now >= before);
+    }
+    QCOMPARE(now - begin, passed);
 }
 
 QTEST_GUILESS_MAIN(TestFreshness)
