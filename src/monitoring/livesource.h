@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <tuple>
+
 // Whose values a page shows. Values that were handed in from outside a session have no Box.
 struct LiveSource {
     QString project;
@@ -9,7 +11,7 @@ struct LiveSource {
     QString address; // that the session with the Box goes to
 };
 
-inline bool operator==(const LiveSource &left, const LiveSource &right)
+inline bool operator<(const LiveSource &left, const LiveSource &right)
 {
-    return left.project == right.project && left.box == right.box && left.address == right.address;
+    return std::tie(left.project, left.box, left.address) < std::tie(right.project, right.box, right.address);
 }

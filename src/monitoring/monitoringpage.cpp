@@ -118,14 +118,16 @@ void MonitoringPage::setClock(const LiveClock &clock)
     m_clock = clock;
 }
 
+void MonitoringPage::noteReport(const LiveSource &source, qint64 time)
+{
+    m_freshness[source].report(time);
+}
+
 void MonitoringPage::showReport(const QVariantList &rows, const QString &time, const LiveSource &source)
 {
     const qint64 now = m_clock();
-    if (!(source == m_shown)) {
-        m_freshness = {}; // another Box may report more or less often
-    }
     m_shown = source;
-    m_freshness.report(now);
+    noteReport(source, now);
     m_ended = false;
     {
         const bool isFirst = m_table->columnCount() == 0;
@@ -144,20 +146,23 @@ void MonitoringPage::showReport(const QVariantList &rows, const QString &time, c
 
 void MonitoringPage::endSession()
 {
+    for (Freshness &freshness : m_freshness) {
+        freshness.interrupt();
+    }
     if (!m_shown.box.isEmpty() || !m_shown.address.isEmpty()) {
         m_ended = true;
-        m_freshness.interrupt();
         refresh();
     }
 }
 
 void MonitoringPage::refresh()
 {
-    if (!m_freshness.hasReport()) {
+    const Freshness shown = m_freshness.value(m_shown);
+    if (!shown.hasReport()) {
         return;
     }
     const qint64 now = m_clock();
-    const bool outOfDate = m_ended || m_freshness.isLate(now);
+    const bool outOfDate = m_ended || shown.isLate(now);
     m_source->setText(sourceLine(now));
     if (outOfDate != m_outOfDate) {
         QFont font = m_source->font();
@@ -174,16 +179,17 @@ void MonitoringPage::refresh()
 
 QString MonitoringPage::sourceLine(qint64 now) const
 {
+    const Freshness shown = m_freshness.value(m_shown);
     QStringList parts;
     for (const QString &part : {m_shown.project, (m_shown.box + QLatin1Char(' ') + m_shown.address).trimmed(),
-                                ageText(m_freshness.age(now))}) {
+                                ageText(shown.age(now))}) {
         if (!part.isEmpty()) {
             parts.append(part);
         }
     }
     if (m_ended) {
         parts.append(tr("Out of date: not connected"));
-    } else if (m_freshness.isLate(now)) {
+    } else if (shown.isLate(now)) {
         parts.append(tr("Out of date: no new report"));
     }
     return parts.join(QStringLiteral(" · "));

@@ -5,6 +5,7 @@
 #include "monitoring/livesource.h"
 
 #include <QBasicTimer>
+#include <QMap>
 #include <QVariantList>
 #include <QWidget>
 
@@ -27,6 +28,8 @@ public:
     // By default the clock is the system's.
     void setClock(const LiveClock &clock);
 
+    // Takes notice of a report of the source at that time, which was not to be shown.
+    void noteReport(const LiveSource &source, qint64 time);
     // Shows the rows of a report, as MonitoringTable::update() takes them, and whose they are.
     void showReport(const QVariantList &rows, const QString &time, const LiveSource &source);
     // The session with the Box of the values has ended, until the next report. Values without a Box only age.
@@ -79,7 +82,7 @@ private:
     QBasicTimer m_mark; // runs while a value may be marked as just changed
     qint64 m_marksEnd = 0;
     LiveSource m_shown;
-    Freshness m_freshness;
-    bool m_ended = false; // the session, since the last report
+    QMap<LiveSource, Freshness> m_freshness; // each may report more or less often
+    bool m_ended = false;                    // the session, since the last report
     bool m_outOfDate = false;
 };

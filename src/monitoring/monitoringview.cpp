@@ -102,6 +102,7 @@ void MonitoringView::setBox(const QString &name, const QString &address)
 void MonitoringView::endSession()
 {
     m_box = {};
+    m_notShown.clear();
     for (int tab = 0; m_tabs && tab < m_tabs->count(); ++tab) {
         if (auto *page = qobject_cast<MonitoringPage *>(m_tabs->widget(tab))) {
             page->endSession();
@@ -137,6 +138,7 @@ void MonitoringView::receive(const MonitoringReport &report)
         node->setData(rows, dataRowsRole);
         node->setData(QStringLiteral("NoDisplay"), dataDisplayRole);
         folder->appendRow(node);
+        m_notShown[report.plcName].insert(sourceOf(node), m_clock());
     }
     if (m_tree) {
         m_tree->expandAll();
@@ -153,6 +155,11 @@ void MonitoringView::showData(QStandardItem *item, const QString &time, const QS
     QWidget *page = pageOf(plcName);
     const QVariantList rows = item->data(dataRowsRole).toList();
     if (auto *live = qobject_cast<MonitoringPage *>(page)) {
+        // So that the first page already knows how often its source reports.
+        const QMap<LiveSource, qint64> notShown = m_notShown.take(plcName);
+        for (auto report = notShown.begin(); report != notShown.end(); ++report) {
+            live->noteReport(report.key(), report.value());
+        }
         live->showReport(rows, time, sourceOf(item));
     } else if (auto *table = page->findChild<QTableWidget *>()) {
         MonitoringTable::update(table, rows, time);
@@ -196,6 +203,7 @@ QWidget *MonitoringView::pageOf(const QString &plcName)
         return m_tabs->widget(tab);
     }
     auto *page = new MonitoringPage;
+    page->setClock(m_clock);
     page->setWindowTitle(plcName);
     m_tabs->addTab(page, plcName);
     return page;

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "monitoring/liveclock.h"
 #include "monitoring/livesource.h"
 
+#include <QHash>
+#include <QMap>
 #include <QObject>
 #include <QPointer>
 
@@ -21,6 +24,9 @@ class MonitoringView : public QObject
 public:
     // None of the three is owned. A view without tabs or tree only keeps the values.
     MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTreeView *tree, QObject *parent = nullptr);
+
+    // Of this view and of the pages that are made from now on; by default the system's.
+    void setClock(const LiveClock &clock) { m_clock = clock; }
 
     // The Box that reports come from, from now until endSession().
     void setBox(const QString &name, const QString &address);
@@ -54,4 +60,7 @@ private:
     QPointer<QStandardItemModel> m_model;
     QPointer<QTreeView> m_tree;
     LiveSource m_box; // without a project
+    LiveClock m_clock = liveTime;
+    // When reports came in this session that made a node and were not shown, by PLC.
+    QHash<QString, QMap<LiveSource, qint64>> m_notShown;
 };

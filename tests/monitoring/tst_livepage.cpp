@@ -19,6 +19,7 @@ private slots:
     void endOfTheSessionMakesTheValuesGrey();
     void valuesWithoutABoxOnlyAge();
     void anotherBoxHasItsOwnPeriods();
+    void sourcesThatTakeTurnsHaveTheirOwnPeriods();
     void greyValuesAreReadable_data();
     void greyValuesAreReadable();
     void changedValueIsMarkedForAMoment();
@@ -152,6 +153,25 @@ void TestLivePage::anotherBoxHasItsOwnPeriods()
     m_now += 60000;
     m_page->refresh();
     QCOMPARE(line(), "Riverside · Gateway south 127.0.0.2 · 60 s · Out of date: no new report");
+}
+
+void TestLivePage::sourcesThatTakeTurnsHaveTheirOwnPeriods()
+{
+    for (int report = 0; report < 2; ++report) {
+        live(feeders(), "Gateway south");
+        m_now += 20000;
+        live(feeders());
+        m_now += 40000;
+    }
+    m_page->refresh();
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 40 s");
+    m_now += 140001;
+    m_page->refresh();
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 3 min · Out of date: no new report");
+    live(feeders(), "Gateway south");
+    m_now += 60000;
+    m_page->refresh();
+    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.2 · 60 s");
 }
 
 void TestLivePage::greyValuesAreReadable_data()

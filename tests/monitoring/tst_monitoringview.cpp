@@ -1,4 +1,5 @@
 #include "language.h"
+#include "monitoring/monitoringpage.h"
 #include "monitoringtest.h"
 
 #include <QLabel>
@@ -26,6 +27,8 @@ private slots:
     void samePlcNameInTwoProjectsSharesATab();
     void tellsEachPageWhoseValuesItShows();
     void endOfTheSessionReachesAllItsPages();
+    void firstPageKnowsThePeriod();
+    void pauseBetweenSessionsIsNoPeriod();
     void tellsWhetherTheProjectIsOpen();
     void expandsTheTreeWithEachReport();
     void looksAsDesigned();
@@ -41,6 +44,13 @@ private:
     QString line(const QString &plc = "Meter 1") const
     {
         return m_tabs->widget(tabNamed(plc))->findChild<QLabel *>("source")->text();
+    }
+    // What the first page says when so much of its clock has passed.
+    QString lineAfter(qint64 *now, qint64 passed) const
+    {
+        *now += passed;
+        qobject_cast<MonitoringPage *>(m_tabs->widget(0))->refresh();
+        return line();
     }
 };
 
@@ -190,6 +200,39 @@ void TestMonitoringView::endOfTheSessionReachesAllItsPages()
     receive({point("Ua", "1")});
     QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s");
     QCOMPARE(line("Meter 2"), "Riverside · Gateway north 127.0.0.2 · 0 s · Out of date: not connected");
+}
+
+void TestMonitoringView::firstPageKnowsThePeriod()
+{
+    qint64 now = 1000;
+    m_view->setClock([&now] { return now; });
+    m_view->setBox("Gateway north", "127.0.0.2");
+    addProject("Hillside");
+    receive({point("Ua", "1")});
+    now += 60000;
+    receive({point("Ua", "1")});
+    QCOMPARE(lineAfter(&now, 60000), "Riverside · Gateway north 127.0.0.2 · 60 s");
+    // The page is there already when another project's node is made.
+    m_view->receive(report("Hillside", "Meter 1", {}));
+    now += 50000;
+    m_view->receive(report("Hillside", "Meter 1", {}));
+    QCOMPARE(lineAfter(&now, 60000), "Hillside · Gateway north 127.0.0.2 · 60 s");
+    QCOMPARE(lineAfter(&now, 90001),
+             "Hillside · Gateway north 127.0.0.2 · 2 min · Out of date: no new report");
+}
+
+void TestMonitoringView::pauseBetweenSessionsIsNoPeriod()
+{
+    qint64 now = 1000;
+    m_view->setClock([&now] { return now; });
+    m_view->setBox("Gateway north", "127.0.0.2");
+    receive({point("Ua", "1")});
+    m_view->endSession();
+    now += 3600000;
+    m_view->setBox("Gateway north", "127.0.0.2");
+    receive({point("Ua", "1")});
+    QCOMPARE(lineAfter(&now, 10001),
+             "Riverside · Gateway north 127.0.0.2 · 10 s · Out of date: no new report");
 }
 
 void TestMonitoringView::tellsWhetherTheProjectIsOpen()
