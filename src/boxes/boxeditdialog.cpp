@@ -222,12 +222,7 @@ void BoxEditDialog::listenTo(const Protocol *session)
     connect(session, &Protocol::connectionStatusChanged, m_status, &QLabel::setText);
     connect(session, &Protocol::versionReceived, this, &BoxEditDialog::showVersion);
     connect(session, &Protocol::offlineOccurred, this, &BoxEditDialog::tellOffline);
-    connect(session, &Protocol::offlineOccurred, this, &BoxEditDialog::tellEnd);
-    connect(session->session(), &Session::statusChanged, this, [this](Session::Status status) {
-        if (status == Session::Status::Disconnected) {
-            tellEnd();
-        }
-    });
+    connect(session->session(), &Session::statusChanged, this, &BoxEditDialog::considerStatus);
     connect(session, &Protocol::dataReceived, this, &BoxEditDialog::passData);
     const auto show = [this](const auto &record) { showSettings(record); };
     connect(session, &Protocol::lanAllocationDataReceived, this, show);
@@ -334,6 +329,17 @@ void BoxEditDialog::showVersion(const QString &version)
 void BoxEditDialog::tellOffline()
 {
     appendMessage(tr("!!!No communication for 30 seconds. Connection may be lost.!!!"));
+    m_notice->hide();
+    emit answering(false);
+}
+
+void BoxEditDialog::considerStatus(Session::Status status)
+{
+    if (status == Session::Status::Disconnected) {
+        tellEnd();
+    } else if (status == Session::Status::Connected) {
+        emit answering(true);
+    }
 }
 
 void BoxEditDialog::tellEnd()

@@ -72,8 +72,10 @@ signals:
     void sendDataToMainWindow(Protocol::dataMonitoringData data);
     // A report follows, by the Box of this name at the address that the session goes to.
     void reporting(const QString &box, const QString &address);
-    // The link is down, or the Box has not answered for 30 seconds.
+    // The link is down.
     void sessionEnded();
+    // The Box has not answered for 30 seconds, or has done so.
+    void answering(bool answers);
 
 protected:
     // Ends the session first.
@@ -88,6 +90,7 @@ private:
 
     void begin();
     void listenTo(const Protocol *session);
+    void considerStatus(Session::Status status);
     void tellEnd();
     void endSession();
     Protocol *session();

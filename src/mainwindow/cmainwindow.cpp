@@ -112,6 +112,7 @@ void CMainWindow::connectBox(const BoxEditDialog *form)
 {
     connect(form, &BoxEditDialog::sendDataToMainWindow, this, &CMainWindow::onDataReceived);
     connect(form, &BoxEditDialog::reporting, m_monitoring, &MonitoringView::setBox);
+    connect(form, &BoxEditDialog::answering, m_monitoring, &MonitoringView::setAnswering);
     connect(form, &BoxEditDialog::sessionEnded, m_monitoring, &MonitoringView::endSession);
     connect(m_monitoring, &MonitoringView::received, form, &BoxEditDialog::showReported);
 }

@@ -128,7 +128,7 @@ void MonitoringPage::showReport(const QVariantList &rows, const QString &time, c
     const qint64 now = m_clock();
     m_shown = source;
     noteReport(source, now);
-    m_ended = false;
+    m_link = Link::Up;
     {
         const bool isFirst = m_table->columnCount() == 0;
         const QScopedValueRollback<bool> fitting(m_fitting, true);
@@ -146,11 +146,25 @@ void MonitoringPage::showReport(const QVariantList &rows, const QString &time, c
 
 void MonitoringPage::endSession()
 {
-    for (Freshness &freshness : m_freshness) {
-        freshness.interrupt();
+    setLink(Link::Ended);
+}
+
+void MonitoringPage::setAnswering(bool answers)
+{
+    if (m_link != Link::Ended) {
+        setLink(answers ? Link::Up : Link::Silent);
+    }
+}
+
+void MonitoringPage::setLink(Link link)
+{
+    if (link != Link::Up) {
+        for (Freshness &freshness : m_freshness) {
+            freshness.interrupt();
+        }
     }
     if (!m_shown.box.isEmpty() || !m_shown.address.isEmpty()) {
-        m_ended = true;
+        m_link = link;
         refresh();
     }
 }
@@ -162,7 +176,7 @@ void MonitoringPage::refresh()
         return;
     }
     const qint64 now = m_clock();
-    const bool outOfDate = m_ended || shown.isLate(now);
+    const bool outOfDate = m_link != Link::Up || shown.isLate(now);
     m_source->setText(sourceLine(now));
     if (outOfDate != m_outOfDate) {
         QFont font = m_source->font();
@@ -187,8 +201,10 @@ QString MonitoringPage::sourceLine(qint64 now) const
             parts.append(part);
         }
     }
-    if (m_ended) {
+    if (m_link == Link::Ended) {
         parts.append(tr("Out of date: not connected"));
+    } else if (m_link == Link::Silent) {
+        parts.append(tr("Out of date: the Box does not answer"));
     } else if (shown.isLate(now)) {
         parts.append(tr("Out of date: no new report"));
     }

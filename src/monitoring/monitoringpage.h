@@ -17,8 +17,8 @@ class QTableWidget;
 
 // The page of one PLC's live values: above the table a line that tells whose values it shows and how old they
 // are, a filter and a check for rows that are not valid; on it a menu that copies the selection and exports
-// what is shown. Once the session has ended, or the next report is overdue, the line says so and the values
-// are grey.
+// what is shown. Once the session has ended, the Box does not answer, or the next report is overdue, the line
+// says so and the values are grey.
 class MonitoringPage : public QWidget
 {
     Q_OBJECT
@@ -34,6 +34,9 @@ public:
     void showReport(const QVariantList &rows, const QString &time, const LiveSource &source);
     // The session with the Box of the values has ended, until the next report. Values without a Box only age.
     void endSession();
+    // Whether that Box answers. It does with each report, and nothing is known of one whose session has
+    // ended.
+    void setAnswering(bool answers);
     // Brings line and colours up to the clock. While the page is on screen it does so each second.
     void refresh();
 
@@ -48,7 +51,10 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    enum class Link { Up, Silent, Ended };
+
     void layOut();
+    void setLink(Link link);
     QString sourceLine(qint64 now) const;
     void awaitEndOfMarks();
     // Hides the rows whose name and address both lack the filter's text, whatever its case, and with the
@@ -83,6 +89,6 @@ private:
     qint64 m_marksEnd = 0;
     LiveSource m_shown;
     QMap<LiveSource, Freshness> m_freshness; // each may report more or less often
-    bool m_ended = false;                    // the session, since the last report
+    Link m_link = Link::Up;                  // with the Box, since the last report
     bool m_outOfDate = false;
 };

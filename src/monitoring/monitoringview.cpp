@@ -103,11 +103,29 @@ void MonitoringView::endSession()
 {
     m_box = {};
     m_notShown.clear();
+    const QVector<MonitoringPage *> pages = livePages();
+    for (MonitoringPage *page : pages) {
+        page->endSession();
+    }
+}
+
+void MonitoringView::setAnswering(bool answers)
+{
+    const QVector<MonitoringPage *> pages = livePages();
+    for (MonitoringPage *page : pages) {
+        page->setAnswering(answers);
+    }
+}
+
+QVector<MonitoringPage *> MonitoringView::livePages() const
+{
+    QVector<MonitoringPage *> pages;
     for (int tab = 0; m_tabs && tab < m_tabs->count(); ++tab) {
         if (auto *page = qobject_cast<MonitoringPage *>(m_tabs->widget(tab))) {
-            page->endSession();
+            pages.append(page);
         }
     }
+    return pages;
 }
 
 LiveSource MonitoringView::sourceOf(QStandardItem *item) const

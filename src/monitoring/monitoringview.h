@@ -7,7 +7,9 @@
 #include <QMap>
 #include <QObject>
 #include <QPointer>
+#include <QVector>
 
+class MonitoringPage;
 struct MonitoringReport;
 class QStandardItem;
 class QStandardItemModel;
@@ -30,6 +32,8 @@ public:
 
     // The Box that reports come from, from now until endSession().
     void setBox(const QString &name, const QString &address);
+    // Whether that Box answers; a report says so, too.
+    void setAnswering(bool answers);
     // The values that the pages show have no session any more.
     void endSession();
 
@@ -55,6 +59,7 @@ private:
     LiveSource sourceOf(QStandardItem *item) const;
     int tabNamed(const QString &name) const;
     QWidget *pageOf(const QString &plcName);
+    QVector<MonitoringPage *> livePages() const;
 
     QPointer<QTabWidget> m_tabs;
     QPointer<QStandardItemModel> m_model;

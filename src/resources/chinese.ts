@@ -1156,6 +1156,10 @@
         <translation>数据已过时：未连接</translation>
     </message>
     <message>
+        <source>Out of date: the Box does not answer</source>
+        <translation>数据已过时：Box 无应答</translation>
+    </message>
+    <message>
         <source>Out of date: no new report</source>
         <translation>数据已过时：没有新的上报</translation>
     </message>

@@ -1154,6 +1154,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Out of date: the Box does not answer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Out of date: no new report</source>
         <translation type="unfinished"></translation>
     </message>

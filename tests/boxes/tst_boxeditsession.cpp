@@ -39,6 +39,7 @@ private slots:
     void reportsComeWithTheBoxAndItsAddress();
     void endOfTheSessionIsTold_data();
     void endOfTheSessionIsTold();
+    void silenceIsNoEndOfTheSession();
     void projectThatIsNotOpenIsTold();
     void requestOnADeadLinkIsToldInTheLabel();
     void hostAddressChoices();
@@ -235,8 +236,8 @@ void TestBoxEditSession::reportsComeWithTheBoxAndItsAddress()
 void TestBoxEditSession::endOfTheSessionIsTold_data()
 {
     QTest::addColumn<QByteArray>("end");
-    for (const char *end : {"disconnectButton", "connectButton", "cancelButton", "form deleted",
-                            "closed by the Box", "silence"}) {
+    for (const char *end :
+         {"disconnectButton", "connectButton", "cancelButton", "form deleted", "closed by the Box"}) {
         QTest::newRow(end) << QByteArray(end);
     }
 }
@@ -253,13 +254,26 @@ void TestBoxEditSession::endOfTheSessionIsTold()
     } else if (end == "closed by the Box") {
         m_box->close();
         QVERIFY(ended.wait());
-    } else if (end == "silence") {
-        emit m_form->protocol()->offlineOccurred();
     } else {
         click(end.constData());
     }
     QCOMPARE(ended.size(), 1);
     QVERIFY(!m_form || find<QLabel>("projectNotice")->isHidden());
+}
+
+void TestBoxEditSession::silenceIsNoEndOfTheSession()
+{
+    open();
+    QVERIFY(connected());
+    const QSignalSpy ended(m_form, &BoxEditDialog::sessionEnded);
+    QSignalSpy answering(m_form, &BoxEditDialog::answering);
+    m_form->showReported("Hillside", false);
+    emit m_form->protocol()->offlineOccurred();
+    QCOMPARE(answering, (QList<QVariantList>{{false}}));
+    QVERIFY(find<QLabel>("projectNotice")->isHidden());
+    answer(QByteArray::fromHex("12340200 1300 05 322e312e30 02 5331 01 4d 5678"));
+    QTRY_COMPARE(answering, (QList<QVariantList>{{false}, {true}}));
+    QCOMPARE(ended.size(), 0);
 }
 
 void TestBoxEditSession::projectThatIsNotOpenIsTold()

@@ -27,6 +27,7 @@ private slots:
     void deadBoxMakesItsValuesGrey_data();
     void deadBoxMakesItsValuesGrey();
     void nextReportMakesThemCurrent();
+    void nextAnswerMakesThemCurrent();
     void otherBoxTakesThePageOver();
     void formTellsThatTheProjectIsNotOpen();
     void allColumnsAreSeenOnASmallScreen_data();
@@ -105,15 +106,18 @@ void TestLiveValues::open()
 void TestLiveValues::deadBoxMakesItsValuesGrey_data()
 {
     QTest::addColumn<QByteArray>("end");
-    for (const char *end : {"Box dies", "silence", "disconnected", "cancelled", "tab closed", "Box deleted",
-                            "another Box opened"}) {
-        QTest::newRow(end) << QByteArray(end);
+    QTest::addColumn<QString>("told");
+    QTest::newRow("silence") << QByteArray("silence") << "Out of date: the Box does not answer";
+    for (const char *end :
+         {"Box dies", "disconnected", "cancelled", "tab closed", "Box deleted", "another Box opened"}) {
+        QTest::newRow(end) << QByteArray(end) << "Out of date: not connected";
     }
 }
 
 void TestLiveValues::deadBoxMakesItsValuesGrey()
 {
     QFETCH(QByteArray, end);
+    QFETCH(QString, told);
     RUN(open());
     const QImage current = drawn();
     if (end == "Box dies") {
@@ -132,7 +136,7 @@ void TestLiveValues::deadBoxMakesItsValuesGrey()
     } else {
         m_window->click(m_southItem);
     }
-    QTRY_COMPARE(line(), "Riverside · north 127.0.21.11 · 0 s · Out of date: not connected");
+    QTRY_COMPARE(line(), "Riverside · north 127.0.21.11 · 0 s · " + told);
     QVERIFY(drawn() != current);
     QCOMPARE(page()->findChild<QTableWidget *>()->item(0, 4)->text(), "Effective");
 }
@@ -147,6 +151,16 @@ void TestLiveValues::nextReportMakesThemCurrent()
     QVERIFY(line().endsWith("Out of date: not connected")); // they are still the old ones
     send(*m_north);
     QTRY_COMPARE(line(), "Riverside · north 127.0.21.11 · 0 s");
+}
+
+void TestLiveValues::nextAnswerMakesThemCurrent()
+{
+    RUN(open());
+    const QString current = line();
+    emit form()->protocol()->offlineOccurred();
+    QVERIFY(line() != current);
+    m_north->send(Wire::heartbeatAnswer("2.1.0", "S1", "M"));
+    QTRY_COMPARE(line(), current);
 }
 
 void TestLiveValues::otherBoxTakesThePageOver()

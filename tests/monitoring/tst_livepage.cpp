@@ -17,6 +17,7 @@ private slots:
     void hiddenPageIsBroughtUpToDateWhenShown();
     void overdueReportMakesTheValuesGrey();
     void endOfTheSessionMakesTheValuesGrey();
+    void silentBoxMakesTheValuesGrey();
     void valuesWithoutABoxOnlyAge();
     void anotherBoxHasItsOwnPeriods();
     void sourcesThatTakeTurnsHaveTheirOwnPeriods();
@@ -132,11 +133,37 @@ void TestLivePage::endOfTheSessionMakesTheValuesGrey()
     QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s");
 }
 
+void TestLivePage::silentBoxMakesTheValuesGrey()
+{
+    live(feeders());
+    const QImage fresh = drawn(0, MonitoringTable::Name);
+    const QString current = line();
+    m_page->setAnswering(true);
+    QCOMPARE(line(), current);
+    m_page->setAnswering(false);
+    QVERIFY(drawn(0, MonitoringTable::Name) != fresh);
+    QCOMPARE(line(), current + " · Out of date: the Box does not answer");
+    // It reports again, or answers again.
+    live(feeders());
+    QCOMPARE(line(), current);
+    m_page->setAnswering(false);
+    m_page->setAnswering(true);
+    QCOMPARE(line(), current);
+    QCOMPARE(drawn(0, MonitoringTable::Name), fresh);
+    // Neither silence nor an answer of another session changes that this one has ended.
+    m_page->endSession();
+    for (const bool answers : {false, true}) {
+        m_page->setAnswering(answers);
+        QCOMPARE(line(), current + " · Out of date: not connected");
+    }
+}
+
 void TestLivePage::valuesWithoutABoxOnlyAge()
 {
     m_page->endSession();
     QVERIFY(!m_page->findChild<QLabel *>("source")->isVisible());
     m_page->showReport(feeders(), reportTime, {"Riverside", QString(), QString()});
+    m_page->setAnswering(false);
     m_page->endSession();
     QCOMPARE(line(), "Riverside · 0 s");
 }
