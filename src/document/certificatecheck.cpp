@@ -46,6 +46,40 @@ QSslKey privateKey(const QString &content, QSsl::KeyAlgorithm algorithm, const Q
     return QSslKey();
 }
 
+// Takes the first element of a DER text off it and gives its content; the tag is 0 where there is none.
+QByteArray takeElement(QByteArray *der, quint8 *tag)
+{
+    const auto byte = [der](int at) { return at < der->size() ? quint8(der->at(at)) : quint8(0); };
+    *tag = byte(0);
+    int begin = 2;
+    int length = byte(1);
+    if (length > 0x80) { // a count of bytes that hold the length; no key needs more than two
+        begin += length - 0x80;
+        length = begin == 3 ? byte(2) : begin == 4 ? byte(2) * 256 + byte(3) : der->size();
+    }
+    const QByteArray content = der->mid(begin, length);
+    der->remove(0, begin + length);
+    return content;
+}
+
+// The first coordinate of the public point in a private EC key (RFC 5915); empty where the key goes without.
+QByteArray pointIn(const QSslKey &key)
+{
+    quint8 tag = 0;
+    QByteArray der = key.toDer();
+    QByteArray parts = takeElement(&der, &tag);
+    while (!parts.isEmpty()) {
+        QByteArray part = takeElement(&parts, &tag);
+        constexpr quint8 publicKeyTag = 0xa1;
+        if (tag == publicKeyTag) {
+            const QByteArray point = takeElement(&part, &tag).mid(1); // without the count of unused bits
+            const bool isWhole = point.startsWith(4);                 // with both coordinates
+            return point.mid(1, isWhole ? point.size() / 2 : -1);
+        }
+    }
+    return QByteArray();
+}
+
 } // namespace
 
 bool CertificateCheck::isPossible()
@@ -66,9 +100,15 @@ CertificateCheck::Fit CertificateCheck::fit(const QSslCertificate &certificate, 
         return Fit::Unknown;
     }
     QSslKey own = privateKey(key, publicKey.algorithm(), password);
+    if (!own.isNull() && own.algorithm() == QSsl::Ec) {
+        const QByteArray point = pointIn(own);
+        return point.isEmpty()                  ? Fit::Unknown
+            : publicKey.toDer().contains(point) ? Fit::Fits
+                                                : Fit::Different;
+    }
     if (!own.isNull()) {
-        // A public key in DER ends with its value, a modulus and exponent or a point, and its private key
-        // holds the same bytes. As many as these tell any two keys apart.
+        // A public key in DER ends with its value, and its private key holds the same bytes. As many as these
+        // tell any two keys apart.
         constexpr int telling = 32;
         return own.toDer().contains(publicKey.toDer().right(telling)) ? Fit::Fits : Fit::Different;
     }

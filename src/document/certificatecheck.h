@@ -17,7 +17,7 @@ enum class Fit {
     Fits,
     Different,  // it is the key of another certificate
     Unreadable, // no key, or another password
-    Unknown,    // the certificate is for a kind of key that Qt does not know
+    Unknown,    // a kind of key that Qt does not know, or one that does not tell its public part
 };
 // Whether it is the private key of the certificate.
 Fit fit(const QSslCertificate &certificate, const QString &key, const QString &password);

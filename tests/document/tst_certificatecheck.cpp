@@ -62,7 +62,10 @@ void TestCertificateCheck::initTestCase()
           "-days 10 "
           "-subj /CN=ec",
           "ec -in ec.key -out ec1.key", "ec -in ec.key -outform DER -out ec1.der",
-          "ecparam -name secp384r1 -genkey -out other.key",
+          "ec -in ec.key -no_public -out ecbare.key", "ec -in ec.key -no_public -outform DER -out ecbare.der",
+          "ec -in ec.key -conv_form compressed -out ecshort.key",
+          "pkcs8 -topk8 -nocrypt -in ecbare.key -out ecbare8.key",
+          "ecparam -name secp384r1 -genkey -out other.key", "ecparam -name prime256v1 -genkey -out alike.key",
           "req -x509 -newkey ed25519 -nodes -keyout ed.key -out ed.pem -days 10 -subj /CN=ed"}) {
         run(arguments);
     }
@@ -91,7 +94,12 @@ void TestCertificateCheck::keyFits_data()
     row("ec.pem", "ec.key", "", Fit::Fits);
     row("ec.pem", "ec1.key", "", Fit::Fits);
     row("ec.pem", "ec1.der", "", Fit::Fits);
+    row("ec.pem", "ecshort.key", "", Fit::Fits);
+    row("ec.pem", "ecbare.key", "", Fit::Unknown);
+    row("ec.pem", "ecbare.der", "", Fit::Unknown);
+    row("ec.pem", "ecbare8.key", "", Fit::Unknown);
     row("ec.pem", "other.key", "", Fit::Different);
+    row("ec.pem", "alike.key", "", Fit::Different);
     row("ec.pem", "rsa.key", "", Fit::Different);
     row("rsa.pem", "ec.key", "", Fit::Different);
     row("rsa.pem", "rsa.pem", "", Fit::Unreadable);
