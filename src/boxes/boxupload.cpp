@@ -119,10 +119,10 @@ void BoxUpload::push(const FileTransfer::Job &job, const QString &what, PushOutc
 {
     const QPointer<BoxUpload> alive(this);
     const PushOutcome::Push push{what, job.boxAddress};
-    outcome->begin(push);
+    const int number = outcome->begin(push);
     const FileTransfer::Result result = transfer(job);
     if (alive) {
-        outcome->end(push, result.ending);
+        outcome->end(number, push, result.ending);
     }
     if (alive && !result.messageText.isEmpty()) {
         Tell::warning(m_form, result.messageTitle, result.messageText);

@@ -48,26 +48,37 @@ PushOutcome::PushOutcome(QWidget *parent)
     hide();
 }
 
-void PushOutcome::begin(const Push &push)
+int PushOutcome::begin(const Push &push)
 {
+    const int number = ++m_latest;
     showLine(tr("%1: pushing '%2' to %3...").arg(now(), push.what, push.address), false);
     // No other event may come in between: the push blocks from its first moment on.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     repaint();
+    return number;
 }
 
-void PushOutcome::end(const Push &push, FileTransfer::Ending ending)
+void PushOutcome::end(int number, const Push &push, FileTransfer::Ending ending)
 {
+    if (number != m_latest) {
+        return;
+    }
     if (ending == FileTransfer::Ending::Delivered) {
         showLine(tr("%1: '%2' is on %3. The verdict of the Box: checksum successful.")
                      .arg(now(), push.what, push.address),
                  false);
     } else {
-        fail(push, tr(reason(ending)));
+        showFailure(push, tr(reason(ending)));
     }
 }
 
 void PushOutcome::fail(const Push &push, const QString &why)
+{
+    ++m_latest;
+    showFailure(push, why);
+}
+
+void PushOutcome::showFailure(const Push &push, const QString &why)
 {
     showLine(tr("%1: FAILED: '%2' to %3: %4.").arg(now(), push.what, push.address, why), true);
 }

@@ -17,10 +17,11 @@ public:
         QString address;
     };
 
-    // Says that the push is under way. The line is on the screen when this returns: the window is blocked
-    // next.
-    void begin(const Push &push);
-    void end(const Push &push, FileTransfer::Ending ending);
+    // Says that the push is under way, and gives its number. The line is on the screen when this returns: the
+    // window is blocked next.
+    int begin(const Push &push);
+    // Says how the push of that number has ended, unless a later one has taken the line meanwhile.
+    void end(int number, const Push &push, FileTransfer::Ending ending);
     // For a push that did not come to a transfer; a translated clause.
     void fail(const Push &push, const QString &why);
 
@@ -29,9 +30,11 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void showFailure(const Push &push, const QString &why);
     void showLine(const QString &text, bool isFailure);
     void setColor();
     void claimHeight();
 
+    int m_latest = 0; // number of the push in the line
     bool m_isFailure = false;
 };

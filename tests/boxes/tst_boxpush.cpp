@@ -59,6 +59,8 @@ private slots:
     void endOfAPushIsKept_data();
     void endOfAPushIsKept();
     void pushThatCannotBeginIsKept();
+    void laterPushKeepsTheLine_data();
+    void laterPushKeepsTheLine();
     void lineIsOnTheScreenWhileTheWindowIsBlocked();
     void messageHasNoWaitCursor();
 };
@@ -158,6 +160,38 @@ void TestBoxPush::pushThatCannotBeginIsKept()
     m_form->updateProject();
     QCOMPARE(outcome(),
              "FAILED: 'plant' to 127.0.11.9: this computer does not have the chosen host address.");
+}
+
+void TestBoxPush::laterPushKeepsTheLine_data()
+{
+    QTest::addColumn<bool>("hasProject");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("without a transfer")
+        << false << "FAILED: 'no project' to 127.0.11.9: no node is selected in the tree.";
+    QTest::newRow("with a transfer") << true << "FAILED: 'plant' to 127.0.11.9: no connection to the Box.";
+}
+
+// The user presses again while the first push waits for its verdict.
+void TestBoxPush::laterPushKeepsTheLine()
+{
+    QFETCH(bool, hasProject);
+    QFETCH(QString, expected);
+    addProject();
+    open();
+    QVERIFY(connected());
+    QString inBetween;
+    m_box->heard = [&](int index) {
+        if (index == 1 && inBetween.isEmpty()) {
+            find<QLineEdit>("ip")->setText("127.0.11.9"); // nobody listens there
+            m_workspace->current = hasProject ? m_workspace->current : nullptr;
+            m_form->updateProject();
+            inBetween = outcome();
+            m_box->send(index, QByteArray::fromHex("12340300 0a00 03 00 5678"));
+        }
+    };
+    m_form->updateProject();
+    QCOMPARE(inBetween, expected);
+    QCOMPARE(outcome(), expected);
 }
 
 void TestBoxPush::lineIsOnTheScreenWhileTheWindowIsBlocked()
