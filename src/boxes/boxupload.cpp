@@ -30,9 +30,13 @@ bool writeTempFile(const QString &path, const QJsonObject &project)
     const QByteArray text = QJsonDocument(project).toJson();
     const OwnerOnly ownerOnly;
     QFile file(path);
+    const bool isOpen = file.open(QIODevice::WriteOnly | QIODevice::Text);
+    // The file is this program's own, so one that was left behind does not keep its mode. A device does.
+    if (isOpen && QFileInfo(path).isFile()) {
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
     // A document that was cut short would pass the Box's checksum all the same.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text) || file.write(text) != text.size()
-        || !file.flush()) {
+    if (!isOpen || file.write(text) != text.size() || !file.flush()) {
         qDebug() << "Could not create temp file:" << file.errorString();
         return false;
     }
