@@ -3,6 +3,7 @@
 #include "definitions/documentkeys.h"
 #include "document/checkedobject.h"
 
+#include <QMap>
 #include <QStringList>
 
 using namespace DocumentKeys;
@@ -23,15 +24,8 @@ QString andMore(const QStringList &told, int all)
 // Rows of a tab with one fault.
 struct Rows {
     QVector<int> numbers; // from 1
-    QStringList values;   // what stands there; empty where nothing does
 
-    void add(int number, const QString &value)
-    {
-        numbers.append(number);
-        if (values.size() < mostTold) {
-            values.append(CheckText::shortened(value));
-        }
-    }
+    void add(int number) { numbers.append(number); }
     QString text() const
     {
         QStringList told;
@@ -44,19 +38,15 @@ struct Rows {
 
 using Severity = ProjectCheck::Severity;
 
-void tell(CheckedObject *standard, const PointCheck::Tab &tab, Severity severity, const QString &key,
-          const Rows &rows, bool isEmpty)
+void tell(CheckedObject *standard, const PointCheck::Tab &tab, Severity severity, const Rows &rows,
+          const QString &fault)
 {
-    if (rows.numbers.isEmpty()) {
-        return;
+    if (!rows.numbers.isEmpty()) {
+        standard->add(
+            severity,
+            tab.place()
+                + translated(QT_TRANSLATE_NOOP("ProjectCheck", "rows %1: %2")).arg(rows.text(), fault));
     }
-    const QString label = CheckText::labelOf(key);
-    standard->add(
-        severity,
-        tab.place()
-            + translated(QT_TRANSLATE_NOOP("ProjectCheck", "rows %1: %2"))
-                  .arg(rows.text(),
-                       isEmpty ? CheckText::empty(label) : CheckText::notInList(label, rows.values.first())));
 }
 
 // What a list of the table offers.
@@ -86,10 +76,10 @@ public:
     void addTexts(int row, const QJsonObject &point)
     {
         if (point.value(addrKey).toString().trimmed().isEmpty()) {
-            m_withoutAddress.add(row, QString());
+            m_withoutAddress.add(row);
         }
         if (point.value(nameKey).toString().isEmpty()) {
-            m_withoutName.add(row, QString());
+            m_withoutName.add(row);
         }
     }
     void addChoices(int row, const QJsonObject &point)
@@ -97,24 +87,31 @@ public:
         for (const ListColumn &list : listColumns()) {
             const QString chosen = point.value(list.key).toString();
             if (!list.choices.contains(chosen)) {
-                m_wrong[list.key].add(row, chosen);
+                m_wrong[list.key][chosen].add(row);
             }
         }
     }
     void tell(CheckedObject *standard, const PointCheck::Tab &tab) const
     {
-        ::tell(standard, tab, Severity::Error, addrKey, m_withoutAddress, true);
-        ::tell(standard, tab, Severity::Warning, nameKey, m_withoutName, true);
+        ::tell(standard, tab, Severity::Error, m_withoutAddress,
+               CheckText::empty(CheckText::labelOf(addrKey)));
+        ::tell(standard, tab, Severity::Warning, m_withoutName,
+               CheckText::empty(CheckText::labelOf(nameKey)));
         for (const ListColumn &list : listColumns()) {
-            const Rows rows = m_wrong.value(list.key);
-            ::tell(standard, tab, Severity::Error, list.key, rows, rows.values.value(0).isEmpty());
+            const QString label = CheckText::labelOf(list.key);
+            const QMap<QString, Rows> wrong = m_wrong.value(list.key);
+            for (auto value = wrong.begin(); value != wrong.end(); ++value) {
+                ::tell(standard, tab, Severity::Error, *value,
+                       value.key().isEmpty() ? CheckText::empty(label)
+                                             : CheckText::notInList(label, value.key()));
+            }
         }
     }
 
 private:
     Rows m_withoutAddress;
     Rows m_withoutName;
-    QHash<QString, Rows> m_wrong; // by key
+    QHash<QString, QMap<QString, Rows>> m_wrong; // by key and value
 };
 
 } // namespace

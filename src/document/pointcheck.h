@@ -45,7 +45,7 @@ private:
     QVector<Shared> m_shared;     // in the order of the points
 };
 
-// Remarks on the points of the tab, each kind of them one; the names are added to those of the Standard. Of a
+// Remarks on the points of the tab, one for each fault; the names are added to those of the Standard. Of a
 // meter only the ticked points count.
 void check(CheckedObject *standard, const Tab &tab, bool isMeter, Names *names);
 

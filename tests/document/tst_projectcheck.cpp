@@ -105,6 +105,7 @@ private slots:
     void oneFaultIsOneRemark_data();
     void oneFaultIsOneRemark();
     void manyFaultsOfOneKindAreOneRemark();
+    void eachWrongValueIsARemark();
     void anyShapeIsBorne_data();
     void anyShapeIsBorne();
     void remarkLeadsToItsItem();
@@ -267,6 +268,23 @@ void TestProjectCheck::manyFaultsOfOneKindAreOneRemark()
                      "Warning: Standard/net: Points of one name share a row of the Box's reports: "
                      "'0' (tab 1 row 1, tab 1 row 2), '1' (tab 1 row 3, tab 1 row 4), "
                      "'2' (tab 1 row 5, tab 1 row 6)."}));
+}
+
+void TestProjectCheck::eachWrongValueIsARemark()
+{
+    QJsonArray points;
+    for (const char *type : {"foo", "", "bar", "foo", "int8"}) {
+        points.append(QJsonObject{{"addr", "0"},
+                                  {"name", QString::number(points.size())},
+                                  {"dataType", type},
+                                  {"permissions", "r"}});
+    }
+    const QJsonObject project = changed(parsed(goodProject), "standards/0/datas/0/datas", points).toObject();
+    QCOMPARE(
+        lines(project),
+        (QStringList{"Error: Standard/net: Tab 1 (1): rows 2: The type is empty.",
+                     "Error: Standard/net: Tab 1 (1): rows 3: The type is 'bar', which no list has.",
+                     "Error: Standard/net: Tab 1 (1): rows 1, 4: The type is 'foo', which no list has."}));
 }
 
 void TestProjectCheck::anyShapeIsBorne_data()
