@@ -91,10 +91,13 @@ public:
             }
         }
     }
-    void tell(CheckedObject *standard, const PointCheck::Tab &tab) const
+    void tell(CheckedObject *standard, const PointCheck::Tab &tab, bool isMeter) const
     {
-        ::tell(standard, tab, Severity::Error, m_withoutAddress,
-               CheckText::empty(CheckText::labelOf(addrKey)));
+        // A meter's point has the address of its item, and no column of its own for it.
+        const QString noAddress = isMeter
+            ? translated(QT_TRANSLATE_NOOP("ProjectCheck", "The item is not one of this protocol version."))
+            : CheckText::empty(CheckText::labelOf(addrKey));
+        ::tell(standard, tab, Severity::Error, m_withoutAddress, noAddress);
         ::tell(standard, tab, Severity::Warning, m_withoutName,
                CheckText::empty(CheckText::labelOf(nameKey)));
         for (const ListColumn &list : listColumns()) {
@@ -183,5 +186,5 @@ void PointCheck::check(CheckedObject *standard, const Tab &tab, bool isMeter, Na
             names->add(name, tab.number, row);
         }
     }
-    faults.tell(standard, tab);
+    faults.tell(standard, tab, isMeter);
 }

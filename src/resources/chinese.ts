@@ -1902,6 +1902,10 @@
         <translation>第 %1 行：%2</translation>
     </message>
     <message>
+        <source>The item is not one of this protocol version.</source>
+        <translation>此协议版本没有该数据项。</translation>
+    </message>
+    <message>
         <source>Tab %1: </source>
         <translation>标签页 %1：</translation>
     </message>

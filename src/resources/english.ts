@@ -1900,6 +1900,10 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>The item is not one of this protocol version.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
         <source>Tab %1: </source>
         <translation type="unfinished"></translation>
     </message>

@@ -207,7 +207,8 @@ static void addSerialRows()
     row("standards/3/datas/0/protocolVersion", R"("1")",
         "Error: Standard/more: Tab 1 (18): The protocol version is '1', which no list has.");
     row("standards/2/datas/0/datas/0/addr", R"("")",
-        "Error: Standard/meters: Tab 1 (000000000017): rows 1: The address is empty.");
+        "Error: Standard/meters: Tab 1 (000000000017): rows 1: The item is not one of this protocol "
+        "version.");
     row("standards/2/datas/0/datas/0/name", R"("")",
         "Warning: Standard/meters: Tab 1 (000000000017): rows 1: The name is empty.");
     row("standards/2/datas/0/datas/3", R"({"select": "true", "name": "E", "addr": "00020000"})",
