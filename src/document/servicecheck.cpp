@@ -4,8 +4,11 @@
 #include "definitions/protocols.h"
 #include "document/certificatecheck.h"
 #include "document/checkedobject.h"
+#include "model/itemroles.h"
 
 #include <QDateTime>
+
+#include <algorithm>
 
 using namespace Definitions;
 using CheckText::translated;
@@ -138,6 +141,15 @@ void checkSsl(CheckedObject *service, const QDateTime &now)
     }
 }
 
+// As it comes with a new project, whose form was never opened.
+bool isUntouched(const CheckedObject &service)
+{
+    const QVector<Value> &rows = values(Kind::Service);
+    return std::all_of(rows.begin(), rows.end(), [&service](const Value &row) {
+        return row.role == serviceProtocolRole || service.text(row.key, row.place).isEmpty();
+    });
+}
+
 } // namespace
 
 void ServiceCheck::check(CheckedObject *service, const QDateTime &now)
@@ -149,8 +161,9 @@ void ServiceCheck::check(CheckedObject *service, const QDateTime &now)
         service->error(protocol.isEmpty() ? CheckText::empty(label) : CheckText::notInList(label, protocol));
         return;
     }
-    // A Service whose form was never opened has no port yet.
-    service->needText(Severity::Warning, "port");
+    if (!isUntouched(*service)) {
+        service->needText(Severity::Warning, "port");
+    }
     service->checkValues(Severity::Error, Kind::Service, anySubKind, false);
     const QString login = service->text("authentication", extended);
     if (!login.isEmpty() && login != QLatin1String("0") && login != QLatin1String("1")) {

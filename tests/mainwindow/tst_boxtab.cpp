@@ -168,10 +168,11 @@ void TestBoxTab::pageFollowsTheTree()
     const auto *target = Window::input<QLabel>(form, "pushTarget");
     QTRY_COMPARE(target->text(), "Update project pushes 'plant' to 127.0.21.1.");
     QStandardItem *other = m_window->addProject("other");
+    Window::addBox(other, "b", QString());
     const QStandardItem *box = Window::addBox(other, "c", QString());
     m_window->select(other);
     QTRY_COMPARE(target->text(), "Update project pushes 'other' to 127.0.21.1.");
-    // The Service has no port before its form was opened, the Box no address.
+    // Its Boxes have no address.
     const auto *button = Window::input<QPushButton>(form, "remarksButton");
     QTRY_COMPARE(button->text(), "2 remarks on this project");
     Window::press(form, "remarksButton");
