@@ -2,10 +2,12 @@
 
 #include "mainwindow/docking.h"
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QRect>
+#include <QSet>
 
 class QSplitter;
 
@@ -21,41 +23,53 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // A side of something, and the extent in pixels from there.
-    struct Side {
-        ads::DockWidgetArea side = ads::RightDockWidgetArea;
-        int extent = 0;
-    };
-    // Where an area stands: in a window of its own or in the main window, there beside a neighbour, and at an
-    // edge of the whole.
+    // In a window of its own, or in the main window, there by the sides of the docks that never move.
     struct Place {
         QRect window; // null for the main window
-        QPointer<ads::CDockWidget> neighbour;
-        Side beside; // the neighbour, if there is one
-        Side edge;
+        QList<ads::DockWidgetArea> sides;
 
-        bool operator==(const Place &other) const
-        {
-            return window == other.window && neighbour == other.neighbour && beside.side == other.beside.side
-                && edge.side == other.edge.side;
-        }
+        bool operator==(const Place &other) const { return window == other.window && sides == other.sides; }
     };
-    struct OpenDock {
-        QPointer<ads::CDockWidget> dock;
-        QList<QPointer<ads::CDockWidget>> companions; // of its area, in the order of the tabs
-        bool isCurrent;
-        Place place;
+    using Docks = QList<QPointer<ads::CDockWidget>>;
+    // An area, with its docks in the order of the tabs.
+    struct Area {
+        Docks docks;
+        QPointer<ads::CDockWidget> current;
+    };
+    // What stands side by side in a splitter: areas, and rows within it with all of their docks.
+    struct Part {
+        Docks docks;
+        int extent = 0; // pixels
+    };
+    struct Row {
+        Qt::Orientation orientation;
+        QRect window; // null for the main window
+        QList<Part> parts;
     };
 
-    static Side sideOf(const QSplitter *splitter, QWidget *part);
-    static Place placeOf(ads::CDockAreaWidget *area);
+    enum class Where { AtEdges, Everywhere };
+
+    Place placeOf(const ads::CDockAreaWidget *area) const;
     void remember();
+    Docks rememberArea(const ads::CDockAreaWidget *area);
+    Docks rememberRow(const QSplitter *splitter, const QRect &window);
     void takeOutUnregistered();
+
     void bringBack();
-    void put(const OpenDock &open);
+    bool stands(const ads::CDockWidget *dock) const;
+    bool stands(const Part &part) const;
+    bool isWhole(const Row &row) const;
+    void putBack(const Row &row, Where where);
+    int floatFirst(const Row &row);
+    void putBeside(const Row &row, int index, bool before, Where where);
+    void putTabs(const Area &area);
+    void resize(const Row &row);
     void resize(ads::CDockAreaWidget *area, int extent);
 
     ads::CDockManager *m_manager;
-    QList<OpenDock> m_open;
+    QHash<const ads::CDockWidget *, Place> m_places; // of all docks that were open
+    QList<Area> m_areas;
+    QList<Row> m_rows; // inner ones first
+    QSet<const ads::CDockWidget *> m_back;
     QPointer<QWidget> m_focus;
 };

@@ -24,6 +24,8 @@ private slots:
 
     void unknownFormsStayWhereTheyWere_data();
     void unknownFormsStayWhereTheyWere();
+    void unknownFormsStayBesideEachOther_data();
+    void unknownFormsStayBesideEachOther();
     void formsStayOneBelowTheOther();
     void floatingFormStaysAWindowOfItsOwn();
     void knownFormGoesToItsPlace();
@@ -150,6 +152,43 @@ void TestOpenDocks::unknownFormsStayWhereTheyWere()
     RUN(compareLayouts(before));
 }
 
+void TestOpenDocks::unknownFormsStayBesideEachOther_data()
+{
+    QTest::addColumn<QString>("places"); // of Service, Standard and Project
+    for (const char *places :
+         {"right, right", "right, left", "right, below Service, right of Standard",
+          "below values, right of Service", "right of tree, below tree", "bottom, right, right of tree"}) {
+        QTest::newRow(places) << QString::fromLatin1(places);
+    }
+}
+
+void TestOpenDocks::unknownFormsStayBesideEachOther()
+{
+    QFETCH(QString, places);
+    const QMap<QString, ads::DockWidgetArea> sides{{"right", ads::RightDockWidgetArea},
+                                                   {"left", ads::LeftDockWidgetArea},
+                                                   {"bottom", ads::BottomDockWidgetArea},
+                                                   {"below", ads::BottomDockWidgetArea}};
+    QMap<QString, CDockWidget *> docks{{"tree", dockOf(m_window->projectTree())},
+                                       {"values", dockOf(m_window->monitoringTabs())}};
+    const QStringList names{"Service", "Standard", "Project"};
+    const QList<const QStandardItem *> items{m_service, m_standard, m_window->projectModel()->item(0)};
+    const QStringList all = places.split(", ");
+    for (int i = 0; i < all.size(); ++i) {
+        docks.insert(names.at(i), open(items.at(i), "Edit " + names.at(i)));
+    }
+    for (int i = 0; i < all.size(); ++i) {
+        const QStringList words = all.at(i).split(' ');
+        CDockWidget *neighbour = docks.value(words.last());
+        m_window->dockManager()->addDockWidget(sides.value(words.first()), docks.value(names.at(i)),
+                                               neighbour ? neighbour->dockAreaWidget() : nullptr);
+        QCoreApplication::processEvents();
+    }
+    const Layout before = layout();
+    restore();
+    RUN(compareLayouts(before));
+}
+
 void TestOpenDocks::formsStayOneBelowTheOther()
 {
     CDockWidget *standard = open(m_standard, editStandard);
@@ -239,10 +278,7 @@ void TestOpenDocks::emptyTabsOfOneTitleStay_data()
     const QStringList twice{"Service", "DIDO", "DIDO"};
     const QStringList withForm{"Service", "DIDO", "Modbus"};
     QTest::newRow("twice") << twice << false;
-    QTest::newRow("twice, below all") << twice << true;
-    QTest::newRow("with a form") << withForm << false;
     QTest::newRow("with a form, below all") << withForm << true;
-    QTest::newRow("form first") << QStringList{"Modbus", "DIDO", "DIDO"} << false;
 }
 
 void TestOpenDocks::emptyTabsOfOneTitleStay()
@@ -266,10 +302,12 @@ void TestOpenDocks::emptyTabsOfOneTitleStay()
         }
     }
     QCoreApplication::processEvents();
+    const QStringList before = layout().keys();
     const int empty = m_window->countOf(editStandard);
     for (int time = 0; time < 2; ++time) {
         restore();
         Window::settle();
+        QCOMPARE(layout().keys(), before);
         QCOMPARE(m_window->countOf(editStandard), empty);
         QVERIFY(m_window->form(editService) || !clicks.contains("Service"));
     }
