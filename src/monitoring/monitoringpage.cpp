@@ -287,12 +287,6 @@ void MonitoringPage::fitColumns()
     if (m_table->columnCount() == 0 || m_widthsOfUser) {
         return;
     }
-    // A name that is cut goes on in a second line.
-    QHeaderView *rows = m_table->verticalHeader();
-    const int twoLines = 2 * m_table->fontMetrics().lineSpacing() + 4;
-    if (rows->defaultSectionSize() < twoLines) {
-        rows->setDefaultSectionSize(twoLines);
-    }
     const QScopedValueRollback<bool> fitting(m_fitting, true);
     // As if there was a scroll bar: it comes and goes with the widths.
     MonitoringTable::fitColumns(m_table,

@@ -234,6 +234,18 @@ QVector<int> widthsOf(const QTableWidget *table, bool withTitles)
     return widths;
 }
 
+// Of a row whose name takes two lines, in pixels.
+int twoLines(const QTableWidget *table)
+{
+    QStyleOptionViewItem option;
+    option.initFrom(table);
+    option.font = table->font();
+    option.features = QStyleOptionViewItem::HasDisplay;
+    option.text = QLatin1Char('x') + QString(QChar::LineSeparator) + QLatin1Char('x');
+    constexpr int grid = 1;
+    return table->style()->sizeFromContents(QStyle::CT_ItemViewItem, &option, QSize(), table).height() + grid;
+}
+
 // Sorting has to be off: a row that moved half-way would get the rest of its cells in another one.
 void updateRows(QTableWidget *table, const QVariantList &rows, const QString &time, qint64 now)
 {
@@ -272,7 +284,8 @@ void MonitoringTable::fitColumns(QTableWidget *table, int room)
     int lack = std::accumulate(widths.begin(), widths.end(), timeWidth) - room;
     QVector<int> spare = widthsOf(table, false);
     std::transform(widths.begin(), widths.end(), spare.begin(), spare.begin(), std::minus<>());
-    spare[Name] = widths.at(Name) * 2 / 5;
+    const int wholeName = widths.at(Name);
+    spare[Name] = wholeName * 2 / 5;
     if (lack <= std::accumulate(spare.begin(), spare.end(), 0)) {
         for (const Column column : {DataType, Name, Valid, Value, Addr}) {
             const int cut = std::clamp(lack, 0, spare.at(column));
@@ -283,6 +296,10 @@ void MonitoringTable::fitColumns(QTableWidget *table, int room)
     for (int column = Name; column < UpdateTime; ++column) {
         table->setColumnWidth(column, widths.at(column));
     }
+    QHeaderView *rows = table->verticalHeader();
+    rows->resetDefaultSectionSize();
+    const int oneLine = rows->defaultSectionSize();
+    rows->setDefaultSectionSize(widths.at(Name) < wholeName ? std::max(oneLine, twoLines(table)) : oneLine);
 }
 
 void MonitoringTable::unsort(QTableWidget *table)

@@ -20,7 +20,8 @@ void update(QTableWidget *table, const QVariantList &rows, const QString &time, 
 void unsort(QTableWidget *table);
 
 // Makes the columns as wide as titles and cells need. Where that is more than the room in pixels, and all
-// would fit then, titles are cut, and names by up to two fifths: tool tips tell both in full.
+// would fit then, titles are cut, and names by up to two fifths: tool tips tell both in full. A name that is
+// cut goes on in a second line.
 void fitColumns(QTableWidget *table, int room);
 
 // Whether the row of the index holds a value that the Box calls valid.
