@@ -13,7 +13,8 @@ inline constexpr char parities[] = "NONE ODD EVEN";
 inline constexpr char modbusModes[] = "ModbusTCP ModbusRTU";
 inline constexpr char modbusSeries[] = "standard";
 inline constexpr char byteOrders[] = "ABCD BADC CDAB DCBA";
-inline constexpr char dataTypes[] = "bool int8 uint8 int16 uint16 int32 uint32 int64 uint64 float double string";
+inline constexpr char dataTypes[] =
+    "bool int8 uint8 int16 uint16 int32 uint32 int64 uint64 float double string";
 inline constexpr char permissions[] = "r rw";
 inline constexpr char boxModels[] = "MRN-RIM-KX91 MRN-GATE-70 MRN-GATE-20";
 inline constexpr char dhcp[] = "Disabled Enable";
