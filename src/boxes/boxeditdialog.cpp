@@ -5,10 +5,10 @@
 #include "boxes/hostaddressdialog.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
+#include "log/timetext.h"
 #include "model/itemroles.h"
 #include "widgets/tell.h"
 
-#include <QDateTime>
 #include <QDebug>
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -161,11 +161,8 @@ QWidget *BoxEditDialog::buildGroupPage(SettingsGroup group)
 void BoxEditDialog::startClock()
 {
     auto *clock = new QTimer(this);
-    connect(clock, &QTimer::timeout, this, [this] {
-        fieldsOf(SettingsGroup::Time)
-            .first()
-            ->setText(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
-    });
+    connect(clock, &QTimer::timeout, this,
+            [this] { fieldsOf(SettingsGroup::Time).first()->setText(timeText()); });
     clock->start(clockInterval);
 }
 

@@ -1,15 +1,11 @@
 #include "boxes/pushoutcome.h"
 
+#include "log/timetext.h"
+
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QEvent>
 
 namespace {
-
-QString now()
-{
-    return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-}
 
 const char *reason(FileTransfer::Ending ending)
 {
@@ -51,7 +47,7 @@ PushOutcome::PushOutcome(QWidget *parent)
 int PushOutcome::begin(const Push &push)
 {
     const int number = ++m_latest;
-    showLine(tr("%1: pushing '%2' to %3...").arg(now(), push.what, push.address), false);
+    showLine(tr("%1: pushing '%2' to %3...").arg(timeText(), push.what, push.address), false);
     // No other event may come in between: the push blocks from its first moment on.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     repaint();
@@ -65,7 +61,7 @@ void PushOutcome::end(int number, const Push &push, FileTransfer::Ending ending)
     }
     if (ending == FileTransfer::Ending::Delivered) {
         showLine(tr("%1: '%2' is on %3. The verdict of the Box: checksum successful.")
-                     .arg(now(), push.what, push.address),
+                     .arg(timeText(), push.what, push.address),
                  false);
     } else {
         showFailure(push, tr(reason(ending)));
@@ -80,7 +76,7 @@ void PushOutcome::fail(const Push &push, const QString &why)
 
 void PushOutcome::showFailure(const Push &push, const QString &why)
 {
-    showLine(tr("%1: FAILED: '%2' to %3: %4.").arg(now(), push.what, push.address, why), true);
+    showLine(tr("%1: FAILED: '%2' to %3: %4.").arg(timeText(), push.what, push.address, why), true);
 }
 
 void PushOutcome::showLine(const QString &text, bool isFailure)

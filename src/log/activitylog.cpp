@@ -1,7 +1,8 @@
 #include "log/activitylog.h"
 
+#include "log/timetext.h"
+
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QFile>
 #include <QTextStream>
 
@@ -13,6 +14,5 @@ void logToFile(const QString &message)
     }
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
-    stream << QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
-           << QStringLiteral(": ") << message << '\n';
+    stream << timeText() << QStringLiteral(": ") << message << '\n';
 }

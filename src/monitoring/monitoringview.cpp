@@ -1,12 +1,12 @@
 #include "monitoring/monitoringview.h"
 
 #include "boxlink/monitoringreport.h"
+#include "log/timetext.h"
 #include "model/itemroles.h"
 #include "model/projecttree.h"
 #include "monitoring/monitoringpage.h"
 #include "monitoring/monitoringtable.h"
 
-#include <QDateTime>
 #include <QDebug>
 #include <QFont>
 #include <QIcon>
@@ -43,15 +43,10 @@ void styleTabs(QTabWidget *tabs)
     }
 }
 
-QString now()
-{
-    return QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-}
-
 // The rows of a node: each point of a report that is an object, its values as texts.
 QVariantList rowsOf(const QJsonArray &datas)
 {
-    const QString time = now();
+    const QString time = timeText();
     QVariantList rows;
     rows.reserve(datas.size());
     for (const QJsonValue &data : datas) {
@@ -149,7 +144,7 @@ void MonitoringView::receive(const MonitoringReport &report)
     const QVariantList rows = rowsOf(report.datas);
     if (QStandardItem *node = ProjectTree::childNamed(folder, report.plcName)) {
         node->setData(rows, dataRowsRole);
-        showData(node, now(), report.plcName);
+        showData(node, timeText(), report.plcName);
     } else {
         // Compat: without a tab. A PLC's first report makes its node, the tab comes with the second.
         node = new QStandardItem(QIcon(ProjectTree::dataIcon), report.plcName);
