@@ -29,15 +29,8 @@ constexpr int rowsAround = 2; // beyond those in sight, so that Tab finds the ne
 // Of the cells that hold items in a loaded row and editors in an added one.
 bool isItemWhenLoaded(ParameterCell cell)
 {
-    switch (cell) {
-    case ParameterCell::Address:
-    case ParameterCell::Name:
-    case ParameterCell::CollectionFormula:
-    case ParameterCell::WriteFormula:
-        return true;
-    default:
-        return false;
-    }
+    return cell == ParameterCell::Address || cell == ParameterCell::Name
+        || cell == ParameterCell::CollectionFormula || cell == ParameterCell::WriteFormula;
 }
 
 bool hasLength(const QString &type)
@@ -139,10 +132,9 @@ void ParameterTable::endEditing()
     // Either way the cell's check may tell a message, below which the form may die: not in the middle of a
     // loss of focus, nor of a commit by the view.
     if (state() == EditingState) { // the editor is that of an item
-        const QPersistentModelIndex index = currentIndex();
         const QString typed = editor->text();
         closeEditor(editor, QAbstractItemDelegate::NoHint);
-        model()->setData(index, typed);
+        model()->setData(currentIndex(), typed);
         return;
     }
     const QPointer<ParameterTable> table(this);
@@ -343,11 +335,10 @@ QString ParameterTable::text(int row, int column) const
     if (const QTableWidgetItem *cell = item(row, column)) {
         return cell->text();
     }
-    QWidget *widget = cellWidget(row, column);
-    if (const auto *edit = qobject_cast<QLineEdit *>(widget)) {
+    if (const QLineEdit *edit = editor(row, column)) {
         return edit->text();
     }
-    if (const auto *choice = qobject_cast<QComboBox *>(widget)) {
+    if (const QComboBox *choice = list(row, column)) {
         return choice->currentText();
     }
     return {};
