@@ -147,10 +147,13 @@ QWidget *boxSearch(GalleryStock &)
 QWidget *pushed(GalleryStock &stock)
 {
     auto *form = qobject_cast<BoxEditDialog *>(box(0)(stock));
-    form->findChild<PushOutcome *>(text("projectOutcome"))
-        ->end({text("North feeder"), text("192.168.100.200")}, FileTransfer::Ending::NoVerdict);
-    form->findChild<PushOutcome *>(text("programOutcome"))
-        ->end({text("gate.bin"), text("192.168.100.200")}, FileTransfer::Ending::Delivered);
+    const auto show = [form](const char *line, const char *what, FileTransfer::Ending ending) {
+        const PushOutcome::Push push{text(what), text("192.168.100.200")};
+        auto *outcome = form->findChild<PushOutcome *>(text(line));
+        outcome->end(outcome->begin(push), push, ending);
+    };
+    show("projectOutcome", "North feeder", FileTransfer::Ending::NoVerdict);
+    show("programOutcome", "gate.bin", FileTransfer::Ending::Delivered);
     return form;
 }
 
