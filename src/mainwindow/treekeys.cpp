@@ -1,6 +1,5 @@
 #include "mainwindow/treekeys.h"
 
-#include "mainwindow/docking.h"
 #include "mainwindow/editortabs.h"
 #include "mainwindow/projecttreemenu.h"
 
@@ -12,8 +11,8 @@ TreeKeys::TreeKeys(QTreeView *tree, ProjectTreeMenu *menu, const EditorTabs *tab
     : QObject(tree)
     , m_tree(tree)
     , m_menu(menu)
-    , m_tabs(tabs)
 {
+    connect(tabs, &EditorTabs::shown, this, [this](ads::CDockWidget *tab) { m_shown = tab; });
     const struct {
         Qt::Key key;
         void (TreeKeys::*command)();
@@ -36,13 +35,10 @@ void TreeKeys::open()
 
 void TreeKeys::rename()
 {
-    ads::CDockWidget *tab = nullptr;
-    const auto watch =
-        connect(m_tabs, &EditorTabs::shown, this, [&tab](ads::CDockWidget *shown) { tab = shown; });
+    m_shown.clear();
     m_menu->openForm(m_tree->currentIndex());
-    disconnect(watch);
-    auto *name =
-        tab && tab->widget() ? tab->widget()->findChild<QLineEdit *>(QStringLiteral("name")) : nullptr;
+    const QWidget *form = m_shown ? m_shown->widget() : nullptr;
+    auto *name = form ? form->findChild<QLineEdit *>(QStringLiteral("name")) : nullptr;
     if (name) {
         name->activateWindow(); // the tab may be in a window of its own
         name->setFocus(Qt::ShortcutFocusReason);

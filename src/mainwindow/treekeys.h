@@ -1,6 +1,9 @@
 #pragma once
 
+#include "mainwindow/docking.h"
+
 #include <QObject>
+#include <QPointer>
 
 class EditorTabs;
 class ProjectTreeMenu;
@@ -21,5 +24,5 @@ private:
 
     QTreeView *m_tree;
     ProjectTreeMenu *m_menu;
-    const EditorTabs *m_tabs;
+    QPointer<ads::CDockWidget> m_shown; // the tab that came up last
 };

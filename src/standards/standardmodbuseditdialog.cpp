@@ -94,7 +94,7 @@ void standardModbusEditDialog::alignFields(const QWidget *identity)
 {
     int widest = 0;
     for (const FieldGroup *fields :
-         QVector<const FieldGroup *>{&m_identity, &m_network, &m_serial, &m_trigger}) {
+         std::initializer_list<const FieldGroup *>{&m_identity, &m_network, &m_serial, &m_trigger}) {
         widest = qMax(widest, fields->labelWidth());
     }
     const auto inset = [](const QWidget *frame) {

@@ -6,6 +6,7 @@
 // stops at it only while there is a tab: an empty bar is nowhere to be seen.
 class TabWidget : public QTabWidget
 {
+    Q_OBJECT
 public:
     explicit TabWidget(QWidget *parent = nullptr);
 
