@@ -44,7 +44,8 @@ private:
     // Without the age, which goes by the real clock.
     QString line() const
     {
-        return page()->findChild<QLabel *>("source")->text().remove(QRegularExpression(" · \\d+ s"));
+        static const QRegularExpression age(" · \\d+ s");
+        return page()->findChild<QLabel *>("source")->text().remove(age);
     }
     // The name of the first point as it is drawn.
     QImage drawn() const
