@@ -8,6 +8,7 @@ namespace {
 // All text of a tab goes through here, also below a style sheet.
 class LiteralText : public QProxyStyle
 {
+    Q_OBJECT
 public:
     void drawItemText(QPainter *painter, const QRect &rect, int flags, const QPalette &palette, bool enabled,
                       const QString &text, QPalette::ColorRole role) const override
@@ -19,6 +20,7 @@ public:
 
 class TabBar : public QTabBar
 {
+    Q_OBJECT
 public:
     explicit TabBar(QWidget *parent)
         : QTabBar(parent)
@@ -65,3 +67,5 @@ void TabWidget::updateFocusPolicy()
 {
     tabBar()->setFocusPolicy(count() > 0 ? Qt::TabFocus : Qt::NoFocus);
 }
+
+#include "tabwidget.moc"
