@@ -11,6 +11,9 @@
 #include <QPushButton>
 #include <QStandardItem>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 using Kind = CertificateField::Kind;
@@ -127,8 +130,8 @@ CertificateField *ServiceIEC61850EditDialog::addCertificate(QFormLayout *form, K
 QVector<FormPart *> ServiceIEC61850EditDialog::parts()
 {
     QVector<FormPart *> parts{&m_service, &m_keyPassword, &m_switches};
-    for (CertificateField *field : m_own + m_clients) {
-        parts.append(field);
+    for (const auto *fields : {&m_own, &m_clients}) {
+        std::copy(fields->begin(), fields->end(), std::back_inserter(parts));
     }
     parts.append(&m_verification);
     return parts;

@@ -330,13 +330,15 @@ void TestBoxSimFaults::faultNamesAreUnderstood()
 
 void TestBoxSimFaults::faultHelpNamesEveryFault()
 {
-    const QStringList entries = faultList().chopped(1).split(QRegularExpression("\n(?=  \\S)"));
+    static const QRegularExpression nextEntry("\n(?=  \\S)");
+    static const QRegularExpression endOfName("[[= ]");
+    const QStringList entries = faultList().chopped(1).split(nextEntry);
     QCOMPARE(entries.size(), 31);
     for (const QString &entry : entries) {
         QVERIFY2(entry.endsWith(QLatin1Char('.')), qPrintable(entry));
         BoxSimFaults faults;
         QString error;
-        applyFault(entry.trimmed().section(QRegularExpression("[[= ]"), 0, 0), &faults, &error);
+        applyFault(entry.trimmed().section(endOfName, 0, 0), &faults, &error);
         QVERIFY2(!error.startsWith(QLatin1String("there is no")), qPrintable(error));
     }
 }

@@ -96,7 +96,7 @@ void TestBoxSimFrames::randomGarbageNeverEndsTheBox()
         QByteArray bytes =
             Raw::hex("1234") + QByteArray(1, static_cast<char>(random.bounded(8))) + QByteArray(1, '\0');
         const int body = random.bounded(64);
-        bytes += Raw::little(body + 8, 2);
+        bytes += Raw::little(static_cast<quint32>(body) + 8, 2);
         for (int j = 0; j < body; ++j) {
             bytes.append(alphabet.at(random.bounded(alphabet.size())));
         }

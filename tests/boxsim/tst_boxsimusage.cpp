@@ -146,8 +146,8 @@ void TestBoxSimUsage::scenarioStandsForItsOptions()
     const CommandLine spelt = readCommandLine(QStringList{"boxsim"} + arguments);
     QVERIFY2(spelt.action == CommandLine::Action::Run, qPrintable(spelt.text));
     const QString list = QLatin1Char('\n') + scenarioList();
-    const QString entry =
-        list.section(QString("\n  %1 ").arg(name), 1).section(QRegularExpression("\n  \\S"), 0, 0);
+    static const QRegularExpression nextEntry("\n  \\S");
+    const QString entry = list.section(QString("\n  %1 ").arg(name), 1).section(nextEntry, 0, 0);
     QVERIFY2(entry.simplified().endsWith(". " + arguments.join(QLatin1Char(' '))), qPrintable(entry));
 }
 

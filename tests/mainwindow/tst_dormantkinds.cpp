@@ -83,7 +83,7 @@ void TestDormantKinds::noActionLeadsToThem()
         nodes += {folder, one};
     }
     const QStringList before = ProjectDump::tree(project);
-    const QRegularExpression ofThem("PLC|Server|ImportData");
+    static const QRegularExpression ofThem("PLC|Server|ImportData");
     for (const QStandardItem *node : qAsConst(nodes)) {
         m_window->select(node);
         ModalDialogs dialogs;

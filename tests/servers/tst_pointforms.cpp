@@ -253,8 +253,8 @@ void TestPointForms::pointThatIsThereIsSkipped_data()
     QTest::addColumn<QJsonObject>("again");
     QTest::addColumn<bool>("skipped");
     QTest::addColumn<bool>("told");
-    for (const QByteArray form :
-         {"ServerModbusTCPEditDialog", "ServerHJ212EditDialog", "ServerSL651EditDialog"}) {
+    for (const char *name : {"ServerModbusTCPEditDialog", "ServerHJ212EditDialog", "ServerSL651EditDialog"}) {
+        const QByteArray form(name);
         const bool typeCounts = form.startsWith("ServerModbusTCP");
         const bool tells = !form.startsWith("ServerSL651");
         QTest::newRow(form + ", the same") << source << point("flow", "int16") << true << tells;
