@@ -1,7 +1,7 @@
 #pragma once
 
-#include "monitoring/freshness.h"
-#include "monitoring/liveclock.h"
+#include "boxlink/freshness.h"
+#include "boxlink/liveclock.h"
 #include "monitoring/livesource.h"
 
 #include <QBasicTimer>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "monitoring/liveclock.h"
+#include "boxlink/liveclock.h"
 #include "monitoring/livesource.h"
 
 #include <QHash>

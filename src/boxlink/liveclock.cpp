@@ -1,4 +1,4 @@
-#include "monitoring/liveclock.h"
+#include "boxlink/liveclock.h"
 
 #include <QDateTime>
 #include <QDeadlineTimer>

@@ -1,4 +1,4 @@
-#include "monitoring/freshness.h"
+#include "boxlink/freshness.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
-#include "monitoring/freshness.h"
-#include "monitoring/liveclock.h"
+#include "boxlink/freshness.h"
+#include "boxlink/liveclock.h"
 
 #include <QtTest>
 

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+// What a curve shows and a row of a recording is of. Boxes that run the same project have points of their
+// own; points of one name within a Standard are one, as on the reports.
+struct PointId {
+    QString box; // the address of the Box; empty for values from outside a session
+    QString project;
+    QString standard; // "plcName" of the reports
+    QString name;
+};
+
+bool operator==(const PointId &left, const PointId &right);
+bool operator<(const PointId &left, const PointId &right);
+uint qHash(const PointId &id, uint seed = 0);
+
+// How what lies between two samples of a point is drawn.
+enum class Shape {
+    Line,  // measured values
+    Step,  // bool and integers: states and counters hold until they change
+    Event, // texts
+};
+
+// A point as the last report or a recording describes it.
+struct Point {
+    PointId id;
+    QString address;
+    QString type; // "dataType" of the reports: "float", "int16", "string", ...
+};
+
+// What the type says; a type that is not known is a line.
+Shape shapeOf(const QString &type);

@@ -1,0 +1,103 @@
+#include "history/reading.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QVariantMap>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
+
+// NaN where the text is no finite number.
+double numberOf(const QString &text, const QString &type)
+{
+    bool ok = false;
+    const double number = text.toDouble(&ok);
+    if (ok && std::isfinite(number)) {
+        return number;
+    }
+    if (type.startsWith(QLatin1String("bool"), Qt::CaseInsensitive)) {
+        if (text.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0) {
+            return 1;
+        }
+        if (text.compare(QLatin1String("false"), Qt::CaseInsensitive) == 0) {
+            return 0;
+        }
+    }
+    return noNumber;
+}
+
+} // namespace
+
+Reading Reading::fromRow(const QVariantMap &row)
+{
+    Reading reading;
+    QString value;
+    QString valid;
+    const struct {
+        QLatin1String key;
+        QString &text;
+    } texts[] = {{QLatin1String("name"), reading.name},
+                 {QLatin1String("addr"), reading.address},
+                 {QLatin1String("dataType"), reading.type},
+                 {QLatin1String("value"), value},
+                 {QLatin1String("valid"), valid}};
+    // One walk over the map costs less than five searches in it.
+    for (auto it = row.begin(); it != row.end(); ++it) {
+        for (const auto &entry : texts) {
+            if (it.key() == entry.key) {
+                entry.text = it->toString();
+            }
+        }
+    }
+    reading.number = noNumber;
+    if (valid != QLatin1String("1")) {
+        reading.text = value;
+        return reading;
+    }
+    reading.state = SampleState::Valid;
+    if (shapeOf(reading.type) == Shape::Event) {
+        reading.text = value;
+        return reading;
+    }
+    reading.number = numberOf(value, reading.type);
+    if (std::isnan(reading.number)) {
+        reading.state = SampleState::NoNumber;
+        reading.text = value;
+    }
+    return reading;
+}
+
+QVector<Reading> readRows(const QVariantList &rows)
+{
+    QVector<Reading> readings;
+    readings.reserve(rows.size());
+    for (const QVariant &row : rows) {
+        readings.append(Reading::fromRow(row.toMap()));
+    }
+    return readings;
+}
+
+qint64 ArrivalClock::at(qint64 monotonic, qint64 wall)
+{
+    qint64 time = wall;
+    if (m_last >= 0) {
+        const qint64 goneOn = m_last + qMax<qint64>(1, monotonic - m_monotonic);
+        // A wall clock that merely lags by a little is not set back: it is followed as soon as it can be.
+        time = wall > m_last ? wall : goneOn;
+    }
+    m_ahead = time - wall > 1000 ? time - wall : 0;
+    m_last = time;
+    m_monotonic = monotonic;
+    return time;
+}
+
+qint64 ArrivalClock::now()
+{
+    QElapsedTimer monotonic;
+    monotonic.start();
+    return at(monotonic.msecsSinceReference(), QDateTime::currentMSecsSinceEpoch());
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "history/point.h"
+#include "history/reading.h"
+#include "history/recordingtarget.h"
+
+#include <QObject>
+#include <QSet>
+
+// Writes samples into a database, in a thread of its own: no function of it waits, but for its destructor. A
+// transaction lasts a second at most. What the queue cannot hold is dropped and counted, here and in the
+// database. A database that is locked, full or gone is tried again; meanwhile status() tells what is wrong.
+class Recorder : public QObject
+{
+    Q_OBJECT
+public:
+    enum class State {
+        Idle,      // not started
+        Recording, // opening included
+        Troubled,  // the last try to open or write failed; it is tried again
+        Stopping,  // what is under way is being written
+        Stopped,
+    };
+    struct Status {
+        State state = State::Idle;
+        qint64 since = 0;   // ms since 1970 UTC, of the start
+        qint64 samples = 0; // written and committed, breaks included
+        qint64 dropped = 0;
+        qint64 bytes = -1; // of the file; -1 where that is not known
+        QString error; // of Troubled, and of Stopped if not all could be written; in the words of the user
+    };
+
+    explicit Recorder(QObject *parent = nullptr);
+    // Stops, and waits for what is under way, 5 s at most.
+    ~Recorder() override;
+
+    // Once. An empty set takes all points that come.
+    void start(const RecordingTarget &target, const QSet<PointId> &points);
+    void add(const Readings &report);
+    // The session with the Box has ended.
+    void endSession(const QString &box, qint64 time);
+    // Writes what is queued, then tells by stopped().
+    void stop();
+
+    RecordingTarget target() const;
+    Status status() const;
+
+signals:
+    void statusChanged(); // at most twice a second
+    void stopped();
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "history/recordingtarget.h"
+#include "history/samplesource.h"
+
+// A recording that was made before or is being made, also by another program. It is read in a thread of its
+// own, and never written to; a file is opened without reading it whole.
+class RecordingReader : public SampleSource
+{
+    Q_OBJECT
+public:
+    explicit RecordingReader(QObject *parent = nullptr);
+    ~RecordingReader() override;
+
+    // Opens it and reads its list of points. The answer is opened() or failed(): what is no recording, is cut
+    // off or is of a newer schema is refused in words.
+    void open(const RecordingTarget &target);
+    RecordingTarget target() const;
+
+    // Known from opened() on.
+    QVector<Point> points() const override;
+    TimeRange extent(const PointId &id) const override;
+    // Whether a recording in it has no end, and its last sample is younger than a minute.
+    bool isGrowing() const override;
+    void request(const void *asker, const Request &request) override;
+    std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override;
+
+signals:
+    void opened();
+};

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "history/thinned.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+// Walks over the samples of one point in the order of time. It may be used in another thread than its source,
+// which it survives.
+class SampleCursor
+{
+public:
+    virtual ~SampleCursor() = default;
+    // False at the end, or once it can't read on.
+    virtual bool next(Sample *sample) = 0;
+    // Why it could not read on; empty at the end of the samples.
+    virtual QString error() const { return {}; }
+};
+
+// Where the curves of a trend come from: the history in memory, or a recording.
+class SampleSource : public QObject
+{
+    Q_OBJECT
+public:
+    struct Request {
+        QVector<PointId> points;
+        TimeRange range;
+        int columns = 0; // pixels of the plot's width
+    };
+
+    using QObject::QObject;
+
+    // All points, in the order of their PointIds or of the source.
+    virtual QVector<Point> points() const = 0;
+    // Of all samples of the point, breaks too; from > to if it has none.
+    virtual TimeRange extent(const PointId &id) const = 0;
+    // Whether samples still come, so that a window has a present to follow.
+    virtual bool isGrowing() const = 0;
+    // Has the samples thinned; thinned() tells them, at once or later. A newer request with the same asker
+    // replaces one that has not been answered. The asker is any pointer; it is only compared.
+    virtual void request(const void *asker, const Request &request) = 0;
+    // All samples of the range, not thinned.
+    virtual std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const = 0;
+
+signals:
+    // The answer: one element a point of the request, in its order.
+    void thinned(const void *asker, const SampleSource::Request &request, const QVector<Thinned> &answers);
+    // There are samples that were not there before, or points.
+    void grown();
+    // It can't be read any more, or not to its end; the text tells why, in the words of the user.
+    void failed(const QString &why);
+};
