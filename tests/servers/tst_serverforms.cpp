@@ -258,9 +258,9 @@ void TestServerForms::saveWritesEachFieldInOrder()
     const auto dialog = open(protocol);
     // All that is written is new to the item, so that the model tells of each role.
     m_item->setText("old");
-    const QMap<int, QVariant> roles = rolesOf(*m_item);
-    for (auto role = roles.keyBegin(); role != roles.keyEnd(); ++role) {
-        m_item->setData(QVariant(), *role);
+    const QList<int> defaults = rolesOf(*m_item).keys();
+    for (int role : defaults) {
+        m_item->setData(QVariant(), role);
     }
     QVector<int> written;
     connect(m_item->model(), &QStandardItemModel::dataChanged, this,
