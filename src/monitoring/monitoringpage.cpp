@@ -1,5 +1,6 @@
 #include "monitoring/monitoringpage.h"
 
+#include "log/csvcell.h"
 #include "monitoring/livedelegate.h"
 #include "monitoring/monitoringtable.h"
 #include "widgets/choosefile.h"
@@ -35,16 +36,6 @@ QString ageText(qint64 age)
     const qint64 minutes = seconds / 60;
     return minutes < 120 ? MonitoringPage::tr("%1 min").arg(minutes)
                          : MonitoringPage::tr("%1 h").arg(minutes / 60);
-}
-
-QByteArray csvCell(QString text)
-{
-    const bool quoted = text.contains(QLatin1Char(',')) || text.contains(QLatin1Char('"'))
-        || text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r'));
-    if (quoted) {
-        text = QLatin1Char('"') + text.replace(QLatin1String("\""), QLatin1String("\"\"")) + QLatin1Char('"');
-    }
-    return text.toUtf8();
 }
 
 bool writeFile(const QString &path, const QByteArray &bytes)
@@ -327,14 +318,14 @@ void MonitoringPage::exportShown()
 QByteArray MonitoringPage::shownAsCsv() const
 {
     const auto line = [this](const auto &textAt) {
-        QList<QByteArray> cells;
+        QByteArrayList cells;
         for (int column = 0; column < m_table->columnCount(); ++column) {
             const QTableWidgetItem *item = textAt(column);
             cells.append(item ? csvCell(item->text()) : QByteArray());
         }
-        return cells.join(',') + "\r\n";
+        return csvLine(cells);
     };
-    QByteArray csv("\xef\xbb\xbf"); // without it spreadsheets take the text for another encoding
+    QByteArray csv(csvBegin);
     csv += line([this](int column) { return m_table->horizontalHeaderItem(column); });
     for (int row = 0; row < m_table->rowCount(); ++row) {
         if (!m_table->isRowHidden(row)) {
