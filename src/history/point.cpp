@@ -1,5 +1,7 @@
 #include "history/point.h"
 
+#include <QHash>
+
 #include <tuple>
 
 namespace {
@@ -27,6 +29,30 @@ uint qHash(const PointId &id, uint seed)
         seed = qHash(*part, seed) + 0x9e3779b9U + (seed << 6) + (seed >> 2);
     }
     return seed;
+}
+
+QStringList distinctNames(const QVector<PointId> &ids)
+{
+    constexpr int levels = 4;
+    const auto nameOf = [](const PointId &id, int level) {
+        const QStringList parts{id.box, id.project, id.standard, id.name};
+        return parts.mid(levels - 1 - level).join(QLatin1String(" / "));
+    };
+    QHash<QString, int> counts[levels];
+    for (int level = 0; level < levels; ++level) {
+        for (const PointId &id : ids) {
+            ++counts[level][nameOf(id, level)];
+        }
+    }
+    QStringList names;
+    for (const PointId &id : ids) {
+        int level = 0;
+        while (level < levels - 1 && counts[level].value(nameOf(id, level)) > 1) {
+            ++level;
+        }
+        names.append(nameOf(id, level));
+    }
+    return names;
 }
 
 Shape shapeOf(const QString &type)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <QVector>
 
 // What a curve shows and a row of a recording is of. Boxes that run the same project have points of their
@@ -15,6 +15,10 @@ struct PointId {
 bool operator==(const PointId &left, const PointId &right);
 bool operator<(const PointId &left, const PointId &right);
 uint qHash(const PointId &id, uint seed = 0);
+
+// A name for each point that tells it apart from the others: its own, with Standard, project and Box in front
+// as far as needed: "Line 1 / Pressure".
+QStringList distinctNames(const QVector<PointId> &ids);
 
 // How what lies between two samples of a point is drawn.
 enum class Shape {

@@ -9,6 +9,8 @@
 
 namespace {
 
+// A wall clock that lags by so much is not set back but put right, bit by bit.
+constexpr qint64 tolerance = 1000; // ms
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
 
 // NaN where the text is no finite number.
@@ -83,15 +85,16 @@ QVector<Reading> readRows(const QVariantList &rows)
 
 qint64 ArrivalClock::at(qint64 monotonic, qint64 wall)
 {
-    qint64 time = wall;
-    if (m_last >= 0) {
-        const qint64 goneOn = m_last + qMax<qint64>(1, monotonic - m_monotonic);
-        // A wall clock that merely lags by a little is not set back: it is followed as soon as it can be.
-        time = wall > m_last ? wall : goneOn;
+    const qint64 goneOn = m_followed + monotonic - m_monotonic;
+    const bool isSetBack = m_isStarted && wall < goneOn - tolerance;
+    if (!isSetBack) {
+        m_followed = wall;
+        m_monotonic = monotonic;
     }
-    m_ahead = time - wall > 1000 ? time - wall : 0;
+    const qint64 time = m_isStarted ? qMax(m_last + 1, isSetBack ? goneOn : wall) : wall;
+    m_ahead = time - wall > tolerance ? time - wall : 0;
+    m_isStarted = true;
     m_last = time;
-    m_monotonic = monotonic;
     return time;
 }
 

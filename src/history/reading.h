@@ -63,7 +63,9 @@ public:
     qint64 ahead() const { return m_ahead; }
 
 private:
-    qint64 m_last = -1; // given last
-    qint64 m_monotonic = 0;
+    bool m_isStarted = false;
+    qint64 m_last = 0;      // given last
+    qint64 m_followed = 0;  // the wall clock when it was followed last,
+    qint64 m_monotonic = 0; // and the monotonic one then
     qint64 m_ahead = 0;
 };
