@@ -33,7 +33,7 @@ void Freshness::report(qint64 now)
     m_interrupted = false;
 }
 
-bool Freshness::isLate(qint64 now) const
+qint64 Freshness::lateAge() const
 {
-    return age(now) > std::max(leastLateAge, latePeriods * median(m_periods));
+    return std::max(leastLateAge, latePeriods * median(m_periods));
 }

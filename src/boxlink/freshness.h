@@ -16,7 +16,9 @@ public:
     qint64 age(qint64 now) const { return hasReport() ? now - m_last : 0; }
     // Whether the age is past three usual periods and past 10 s. The usual period is the median of the last
     // five.
-    bool isLate(qint64 now) const;
+    bool isLate(qint64 now) const { return age(now) > lateAge(); }
+    // The greatest age that is not late.
+    qint64 lateAge() const;
 
 private:
     qint64 m_last = -1;

@@ -2,7 +2,12 @@
 
 #include "history/samplesource.h"
 
-#include <QSet>
+#include <QHash>
+
+#include <map>
+#include <memory>
+
+class Series;
 
 // The samples of the last reports in memory, one budget for the program: the oldest go first, those of points
 // that no window holds before those of points that one does.
@@ -15,23 +20,50 @@ public:
     explicit History(qint64 budget = defaultBudget, QObject *parent = nullptr);
     ~History() override;
 
-    // Takes a report. Where it comes later than three usual periods of its Standard after the one before (10
-    // s at least), NoReport breaks its points; a point that the report lacks is broken as well.
+    // Takes a report. Its time is moved behind that of the last sample of its Standard, should it not be
+    // later. Where it comes later than three usual periods of the Standard (10 s at least) after the one
+    // before, NoReport breaks its points at the end of these; a point that the report lacks is broken at its
+    // time. Of texts 1 kB is kept.
     void add(const Readings &report);
-    // The session with the Box has ended at that time: breaks all of its points that are not broken yet.
+    // The session with the Box has ended at that time: breaks all of its points for which NoReport or Ended
+    // does not stand yet.
     void endSession(const QString &box, qint64 time);
-    // Keeps what it has of these points for longer than it would; one call of release() for each of hold().
+    // Keeps what it has of these points, and will have, for longer than it would; one call of release() for
+    // each of hold().
     void hold(const PointId &id);
     void release(const PointId &id);
-    // The page of the Standard has been closed: forgets its points but for those that are held.
+    // The page of the Standard has been closed: forgets its points, those that are held once they are
+    // released.
     void forget(const QString &box, const QString &project, const QString &standard);
 
-    // What the samples take, in bytes, texts included.
-    qint64 size() const;
+    // What the points and their samples take, in bytes, texts included. Never more than the budget, but for
+    // the records of points that are held.
+    qint64 size() const { return m_size; }
 
+    // Those of a Standard in the order in which they came.
     QVector<Point> points() const override;
     TimeRange extent(const PointId &id) const override;
     bool isGrowing() const override { return true; }
+    // Answers at once. The end of the range counts as the present: what is late by then is broken there.
     void request(const void *asker, const Request &request) override;
     std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override;
+
+private:
+    struct Standard;
+    struct Found {
+        Standard *standard = nullptr;
+        Series *series = nullptr; // null if there is none
+    };
+
+    Found find(const PointId &id) const;
+    void removeFree(Standard *standard);
+    void keepBudget();
+    void removeOldest(bool held, qint64 wanted);
+    void removeEmpty();
+
+    qint64 m_budget;
+    qint64 m_size = 0;
+    std::map<PointId, std::unique_ptr<Standard>>
+        m_standards; // by their ids without a name; none is without points
+    QHash<PointId, int> m_holds;
 };

@@ -63,6 +63,7 @@ void TestFreshness::isLateAfterThreeUsualPeriods()
     }
     QVERIFY(!freshness.isLate(now + last));
     QVERIFY(freshness.isLate(now + last + 1));
+    QCOMPARE(freshness.lateAge(), last);
 }
 
 void TestFreshness::pauseBetweenSessionsIsNoPeriod()
