@@ -15,7 +15,7 @@ class History : public SampleSource
 {
     Q_OBJECT
 public:
-    static constexpr qint64 defaultBudget = 64 * 1024 * 1024; // bytes
+    static constexpr qint64 defaultBudget = qint64(64) * 1024 * 1024; // bytes
 
     explicit History(qint64 budget = defaultBudget, QObject *parent = nullptr);
     ~History() override;

@@ -84,7 +84,7 @@ bool Thinning::add(const NumberAt *numbers, int count)
     }
     if (inside != behind && !m_isDone) {
         takeBefore();
-        takeNumbers(inside, behind);
+        takeNumbers(inside, int(behind - inside));
     }
     return behind == numbers + count ? !m_isDone : add(sampleOf(*behind));
 }
@@ -123,7 +123,7 @@ bool Thinning::take(const Sample &sample)
     } else if (std::isinf(sample.number)) {
         takeBreak(sample.time, SampleState::NoNumber);
     } else if (contains(sample.time)) {
-        takeNumbers(&number, &number + 1);
+        takeNumbers(&number, 1);
     } else {
         takeOutside(number);
     }
@@ -134,40 +134,41 @@ bool Thinning::take(const Sample &sample)
 }
 
 // Numbers of the range.
-void Thinning::takeNumbers(const NumberAt *begin, const NumberAt *end)
+void Thinning::takeNumbers(const NumberAt *numbers, int count)
 {
-    closeGap(begin->time);
+    closeGap(numbers[0].time);
     m_knowsText = false;
-    while (begin != end) {
-        if (!m_inColumn || begin->time >= m_columnEnd) {
-            openColumn(*begin);
+    for (int taken = 0; taken < count;) {
+        const NumberAt *const run = numbers + taken;
+        if (!m_inColumn || run->time >= m_columnEnd) {
+            openColumn(*run);
         }
-        const NumberAt *next = begin;
-        while (next != end && next->time < m_columnEnd) {
-            ++next;
+        int length = 1;
+        while (taken + length < count && run[length].time < m_columnEnd) {
+            ++length;
         }
-        takeRun(begin, next);
-        begin = next;
+        takeRun(run, length);
+        taken += length;
     }
     m_hasLast = true;
     m_last = m_latest.at.time;
 }
 
 // Numbers of one column.
-void Thinning::takeRun(const NumberAt *begin, const NumberAt *end)
+void Thinning::takeRun(const NumberAt *numbers, int count)
 {
     if (!m_follows) {
         ++m_loneCount;
-        m_lone += begin->number / m_loneCount - m_lone / m_loneCount;
-        m_latest.at = *begin;
+        m_lone += numbers[0].number / m_loneCount - m_lone / m_loneCount;
+        m_latest.at = numbers[0];
         m_follows = true;
     }
     NumberAt last = m_latest.at;
-    m_weight += double((end - 1)->time - last.time) * m_perMs;
+    m_weight += double(numbers[count - 1].time - last.time) * m_perMs;
     double integral = m_integral;
     Kept least = m_least;
     Kept greatest = m_greatest;
-    for (const NumberAt *number = begin; number != end; ++number) {
+    for (const NumberAt *number = numbers; number != numbers + count; ++number) {
         if (number->number < least.at.number) {
             least = {*number, m_piece};
         }
@@ -182,7 +183,7 @@ void Thinning::takeRun(const NumberAt *begin, const NumberAt *end)
     m_least = least;
     m_greatest = greatest;
     m_latest = {last, m_piece};
-    m_thinned.statistics.count += end - begin;
+    m_thinned.statistics.count += count;
 }
 
 void Thinning::takeOutside(const NumberAt &number)

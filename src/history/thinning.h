@@ -37,8 +37,8 @@ private:
     bool contains(qint64 time) const { return time >= m_range.from && time <= m_range.to; }
     void takeBefore();
     bool take(const Sample &sample);
-    void takeNumbers(const NumberAt *begin, const NumberAt *end);
-    void takeRun(const NumberAt *begin, const NumberAt *end);
+    void takeNumbers(const NumberAt *numbers, int count);
+    void takeRun(const NumberAt *numbers, int count);
     void takeOutside(const NumberAt &number);
     void takeBreak(qint64 time, SampleState state);
     void takeText(qint64 time, const QString &text);
@@ -59,10 +59,13 @@ private:
     bool m_hasBefore = false;
     bool m_hasLast = false;
     bool m_isDone = false;
-    Sample m_before; // the last one before the range, until one comes behind it
+    bool m_inColumn = false;
+    bool m_inGap = false;
+    bool m_knowsText = false; // the last sample was the text of the last event
+    bool m_follows = false;   // the last sample is m_latest
+    Sample m_before;          // the last one before the range, until one comes behind it
     qint64 m_last = 0;
 
-    bool m_inColumn = false;
     qint64 m_columnEnd = 0; // first ms behind the column
     Kept m_first{};         // of the column, as the next two
     Kept m_least{};
@@ -71,13 +74,10 @@ private:
     int m_piece = 0;     // counts up where the curve is broken
     int m_pieceOut = -1; // of the number appended last
 
-    bool m_inGap = false;
     Thinned::Gap m_gap;
-    int m_gapColumn = -1;     // of the last gap if one column holds it, else -1
-    int m_eventColumn = -1;   // of the last event; -1 before the range
-    bool m_knowsText = false; // the last sample was the text of the last event
+    int m_gapColumn = -1;   // of the last gap if one column holds it, else -1
+    int m_eventColumn = -1; // of the last event; -1 before the range
 
-    bool m_follows = false; // the last sample is m_latest
     double m_integral = 0;
     double m_weight = 0; // of the time that the integral is over
     double m_lone = 0;   // mean of the numbers without a number before them
