@@ -52,6 +52,7 @@ Reading Reading::fromRow(const QVariantMap &row)
         for (const auto &entry : texts) {
             if (it.key() == entry.key) {
                 entry.text = it->toString();
+                break;
             }
         }
     }
