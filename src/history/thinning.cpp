@@ -97,9 +97,9 @@ Thinned Thinning::finish()
     Statistics &statistics = m_thinned.statistics;
     if (statistics.count > 0) {
         statistics.current = m_latest.at.number;
+        const double mean = m_measured > 0 ? m_integral / (double(m_measured) * m_perMs) : m_lone;
         // Rounding must not lead it out of the numbers that it is of.
-        statistics.mean =
-            qBound(statistics.least, m_weight > 0 ? m_integral / m_weight : m_lone, statistics.greatest);
+        statistics.mean = qBound(statistics.least, mean, statistics.greatest);
     }
     m_isDone = true;
     return m_thinned;
@@ -164,7 +164,7 @@ void Thinning::takeRun(const NumberAt *numbers, int count)
         m_follows = true;
     }
     NumberAt last = m_latest.at;
-    m_weight += double(numbers[count - 1].time - last.time) * m_perMs;
+    m_measured += numbers[count - 1].time - last.time;
     double integral = m_integral;
     Kept least = m_least;
     Kept greatest = m_greatest;

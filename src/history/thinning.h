@@ -79,7 +79,7 @@ private:
     int m_eventColumn = -1; // of the last event; -1 before the range
 
     double m_integral = 0;
-    double m_weight = 0; // of the time that the integral is over
-    double m_lone = 0;   // mean of the numbers without a number before them
+    qint64 m_measured = 0; // ms that the integral is over
+    double m_lone = 0;     // mean of the numbers without a number before them
     int m_loneCount = 0;
 };
