@@ -32,6 +32,14 @@ double numberOf(const QString &text, const QString &type)
     return noNumber;
 }
 
+// Whether it is an integer that the number does not give back.
+bool isRounded(double number, const QString &text, const QString &type)
+{
+    constexpr double exactUpTo = 9007199254740992; // 2^53
+    return std::fabs(number) >= exactUpTo && shapeOf(type) == Shape::Step
+        && QString::number(number, 'f', 0) != text.trimmed();
+}
+
 } // namespace
 
 Reading Reading::fromRow(const QVariantMap &row)
@@ -69,6 +77,8 @@ Reading Reading::fromRow(const QVariantMap &row)
     reading.number = numberOf(value, reading.type);
     if (std::isnan(reading.number)) {
         reading.state = SampleState::NoNumber;
+        reading.text = value;
+    } else if (isRounded(reading.number, value, reading.type)) {
         reading.text = value;
     }
     return reading;

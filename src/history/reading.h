@@ -20,7 +20,8 @@ struct Sample {
     qint64 time = 0;   // ms since 1970 UTC, of arrival; strictly increasing within a point
     double number = 0; // NaN unless valid and a number
     SampleState state = SampleState::NotValid;
-    QString text; // of a valid text, and what was reported where it is not valid or no number
+    QString text; // of a valid text, what was reported where it is not valid or no number, and beside the
+                  // number of an integer that a double can't hold
 };
 
 // One row of a report.

@@ -5,7 +5,14 @@
 #include "history/recordingtarget.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QSet>
+#include <QTimer>
+
+#include <memory>
+
+class QThread;
+class RecordingJob;
 
 // Writes samples into a database, in a thread of its own: no function of it waits, but for its destructor. A
 // transaction lasts a second at most. What the queue cannot hold is dropped and counted, here and in the
@@ -30,10 +37,20 @@ public:
         QString error; // of Troubled, and of Stopped if not all could be written; in the words of the user
     };
 
+    // For tests, mostly.
+    struct Limits {
+        qint64 queueBytes = 32 * 1024 * 1024;
+        int interval = 500;  // ms between transactions
+        int rows = 50000;    // about that many in a transaction
+        int retry = 3000;    // ms until what failed is tried again
+        int patience = 2000; // ms for a locked file
+    };
+
     explicit Recorder(QObject *parent = nullptr);
     // Stops, and waits for what is under way, 5 s at most.
     ~Recorder() override;
 
+    void setLimits(const Limits &limits) { m_limits = limits; } // before the start
     // Once. An empty set takes all points that come.
     void start(const RecordingTarget &target, const QSet<PointId> &points);
     void add(const Readings &report);
@@ -48,4 +65,15 @@ public:
 signals:
     void statusChanged(); // at most twice a second
     void stopped();
+
+private:
+    void tellStatus();
+    void finish();
+
+    Limits m_limits;
+    RecordingTarget m_target;
+    std::shared_ptr<RecordingJob> m_job; // the thread has its share of it
+    QPointer<QThread> m_thread;          // deletes itself when it has ended
+    QTimer m_timer;
+    Status m_told;
 };

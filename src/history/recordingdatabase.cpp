@@ -1,0 +1,323 @@
+#include "history/recordingdatabase.h"
+
+#include "history/recordingschema.h"
+
+#include <QFileInfo>
+#include <QSqlError>
+#include <QUrlQuery>
+#include <QVariant>
+
+#include <atomic>
+
+namespace {
+
+// The first byte of SQLite's result codes.
+enum FileError {
+    Busy = 5,
+    Locked = 6,
+    ReadOnly = 8,
+    Corrupt = 11,
+    Full = 13,
+    CantOpen = 14,
+    NoDatabase = 26,
+};
+
+QString newName()
+{
+    static std::atomic<int> count{0};
+    return QStringLiteral("recording-%1").arg(++count);
+}
+
+// What the database itself says, behind our own words.
+QString detail(const QSqlError &error)
+{
+    const QString text = error.databaseText().trimmed().section(QLatin1Char('\n'), 0, 0);
+    return QLatin1String(" (") + (text.isEmpty() ? error.driverText() : text) + QLatin1Char(')');
+}
+
+} // namespace
+
+RecordingDatabase::RecordingDatabase(const RecordingTarget &target)
+    : m_target(target)
+{
+}
+
+RecordingDatabase::~RecordingDatabase()
+{
+    close();
+}
+
+bool RecordingDatabase::open(Access access)
+{
+    close();
+    bool ok = connect(access) && check(access);
+    if (!ok && m_isLeftOver && rollBackLeftOver()) {
+        ok = connect(access) && check(access);
+    }
+    if (!ok) {
+        close();
+    }
+    return ok;
+}
+
+void RecordingDatabase::close()
+{
+    if (isOpen()) {
+        QSqlDatabase::database(m_name, false).close();
+        QSqlDatabase::removeDatabase(m_name);
+        m_name.clear();
+    }
+}
+
+bool RecordingDatabase::isInPlace()
+{
+    // SQLite sees it when it writes the next time, which may be long after.
+    return !isFile() || QFileInfo::exists(m_target.file) || fail(movedWords());
+}
+
+bool RecordingDatabase::connect(Access access)
+{
+    close();
+    m_access = access;
+    if (!RecordingTarget::available().contains(m_target.kind)) {
+        return fail(isFile() ? tr("Qt's driver for SQLite is not installed.")
+                             : tr("Qt's driver for PostgreSQL is not installed."));
+    }
+    m_name = newName();
+    QSqlDatabase base =
+        QSqlDatabase::addDatabase(isFile() ? QStringLiteral("QSQLITE") : QStringLiteral("QPSQL"), m_name);
+    if (isFile()) {
+        connectToFile(&base, access);
+    } else {
+        connectToServer(&base);
+    }
+    return base.open() || fail(base.lastError());
+}
+
+void RecordingDatabase::connectToFile(QSqlDatabase *base, Access access) const
+{
+    QString options = QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(m_patience);
+    if (access == Access::Read) {
+        options += QLatin1String(";QSQLITE_OPEN_READONLY");
+    }
+    base->setConnectOptions(options);
+    base->setDatabaseName(m_target.file);
+}
+
+void RecordingDatabase::connectToServer(QSqlDatabase *base) const
+{
+    const QUrl &url = m_target.server;
+    base->setHostName(url.host(QUrl::FullyDecoded));
+    base->setPort(url.port());
+    base->setUserName(url.userName(QUrl::FullyDecoded));
+    base->setPassword(url.password(QUrl::FullyDecoded));
+    base->setDatabaseName(url.path(QUrl::FullyDecoded).mid(1));
+    QStringList options{QStringLiteral("connect_timeout=%1").arg(qMax(2, m_patience / 1000))};
+    const auto items = QUrlQuery(url).queryItems(QUrl::FullyDecoded);
+    for (const auto &item : items) {
+        options.append(item.first + QLatin1Char('=') + item.second);
+    }
+    base->setConnectOptions(options.join(QLatin1Char(';')));
+}
+
+bool RecordingDatabase::check(Access access)
+{
+    // An empty file is one in which nothing is recorded yet; a server may hold other tables.
+    const QVariant tables = cell(
+        isFile() ? QStringLiteral("SELECT count(*) FROM sqlite_master")
+                 : QStringLiteral("SELECT count(*) FROM pg_tables WHERE schemaname = current_schema() "
+                                  "AND tablename IN ('recording_info', 'recording', 'point', 'sample')"));
+    if (!tables.isValid()) {
+        return false;
+    }
+    if (tables.toInt() == 0 && access == Access::Write) {
+        return create();
+    }
+    if (isFile() && cell(QStringLiteral("PRAGMA application_id")).toInt() != applicationId) {
+        return fail(tr("%1 is no recording.").arg(m_target.text()));
+    }
+    const QVariant found = cell(QStringLiteral("SELECT value FROM recording_info WHERE key = 'schema'"));
+    if (found.toInt() < 1) {
+        return fail(tr("%1 is no recording.").arg(m_target.text()));
+    }
+    return found.toInt() <= schema
+        || fail(tr("%1 is a recording of a newer version of this program.").arg(m_target.text()));
+}
+
+bool RecordingDatabase::create()
+{
+    bool ok = begin();
+    const QStringList statements = isFile() ? RecordingSchema::forFile() : RecordingSchema::forServer();
+    for (const QString &statement : statements) {
+        ok = ok && run(statement);
+    }
+    if (isFile()) {
+        ok = ok && run(QStringLiteral("PRAGMA application_id = %1").arg(applicationId))
+            && run(QStringLiteral("PRAGMA user_version = %1").arg(schema));
+    }
+    QSqlQuery info = prepared(QStringLiteral(
+        "INSERT INTO recording_info (key, value) VALUES (?, ?), (?, ?) ON CONFLICT DO NOTHING"));
+    const QStringList values{QStringLiteral("schema"), QString::number(schema), QStringLiteral("program"),
+                             QCoreApplication::applicationName()};
+    for (const QString &value : values) {
+        info.addBindValue(value);
+    }
+    ok = ok && run(&info) && commit();
+    if (!ok) {
+        rollback();
+    }
+    return ok;
+}
+
+bool RecordingDatabase::rollBackLeftOver()
+{
+    // SQLite does so by itself when it reads.
+    return connect(Access::Write) && cell(QStringLiteral("SELECT count(*) FROM sqlite_master")).isValid();
+}
+
+bool RecordingDatabase::begin()
+{
+    // At once, so that two programs that both read first never wait for each other.
+    return run(isFile() ? QStringLiteral("BEGIN IMMEDIATE") : QStringLiteral("BEGIN"));
+}
+
+bool RecordingDatabase::commit()
+{
+    return run(QStringLiteral("COMMIT"));
+}
+
+void RecordingDatabase::rollback()
+{
+    QSqlQuery(QSqlDatabase::database(m_name, false)).exec(QStringLiteral("ROLLBACK"));
+}
+
+QSqlQuery RecordingDatabase::prepared(const QString &sql)
+{
+    QSqlQuery query(QSqlDatabase::database(m_name, false));
+    query.setForwardOnly(true);
+    if (!query.prepare(sql)) {
+        fail(query.lastError());
+    }
+    return query;
+}
+
+bool RecordingDatabase::run(QSqlQuery *query)
+{
+    return query->exec() || fail(query->lastError());
+}
+
+bool RecordingDatabase::hasFailed(const QSqlQuery &query)
+{
+    const QSqlError error = query.lastError();
+    return error.isValid() && !fail(error);
+}
+
+bool RecordingDatabase::run(const QString &sql)
+{
+    QSqlQuery query(QSqlDatabase::database(m_name, false));
+    return query.exec(sql) || fail(query.lastError());
+}
+
+QVariant RecordingDatabase::cell(const QString &sql)
+{
+    QSqlQuery query(QSqlDatabase::database(m_name, false));
+    query.setForwardOnly(true);
+    if (!query.exec(sql)) {
+        fail(query.lastError());
+        return {};
+    }
+    return query.next() ? query.value(0) : QVariant();
+}
+
+bool RecordingDatabase::fail(const QString &why)
+{
+    m_error = why;
+    m_isLocked = false;
+    m_isLeftOver = false;
+    return false;
+}
+
+bool RecordingDatabase::fail(const QSqlError &error)
+{
+    fail(QString());
+    m_error = isFile() ? fileWords(error) : serverWords(error);
+    return false;
+}
+
+QString RecordingDatabase::fileWords(const QSqlError &error)
+{
+    const QString file = m_target.text();
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case Busy:
+    case Locked:
+        m_isLocked = true;
+        return tr("%1 is locked by another program.").arg(file);
+    case Full:
+        return tr("%1 can't be written: the disk is full.").arg(file);
+    case Corrupt:
+        return tr("%1 is damaged or cut off.").arg(file);
+    case NoDatabase:
+        return tr("%1 is no recording.").arg(file);
+    case ReadOnly:
+        if (m_access == Access::Read) {
+            m_isLeftOver = true;
+            return tr("%1 was left open by a program that was killed. Copy it, with the file \"-journal\" "
+                      "beside "
+                      "it, to where you may write.")
+                .arg(file);
+        }
+        break;
+    case CantOpen:
+        break;
+    default:
+        return tr("%1 can't be read or written.").arg(file) + detail(error);
+    }
+    return accessWords(error);
+}
+
+// Why a file can't be opened, or not for writing.
+QString RecordingDatabase::accessWords(const QSqlError &error) const
+{
+    const QString file = m_target.text();
+    const QFileInfo info(m_target.file);
+    const QFileInfo folder(info.absolutePath());
+    if (!folder.exists()) {
+        return tr("%1 can't be opened: there is no such folder.").arg(file);
+    }
+    if (!info.exists() && m_access == Access::Read) {
+        return tr("%1 does not exist.").arg(file);
+    }
+    if (info.exists() && !(m_access == Access::Read ? info.isReadable() : info.isWritable())) {
+        return m_access == Access::Read ? tr("%1 can't be read: no permission.").arg(file)
+                                        : tr("%1 can't be written: no permission.").arg(file);
+    }
+    // The journal lies beside the file.
+    if (m_access == Access::Write && !folder.isWritable()) {
+        return tr("%1 can't be written: no permission for its folder.").arg(file);
+    }
+    if (isOpen() && (error.nativeErrorCode().toInt() & 0xff) == ReadOnly) {
+        return movedWords();
+    }
+    return tr("%1 can't be opened.").arg(file) + detail(error);
+}
+
+QString RecordingDatabase::movedWords() const
+{
+    return tr("%1 has been removed or renamed.").arg(m_target.text());
+}
+
+QString RecordingDatabase::serverWords(const QSqlError &error) const
+{
+    const QString server = m_target.text();
+    const QString code = error.nativeErrorCode(); // the SQLSTATE of PostgreSQL; empty without an answer
+    if (code.startsWith(QLatin1String("53"))) {
+        return tr("%1 can't be written: the server is out of space.").arg(server) + detail(error);
+    }
+    if (code.startsWith(QLatin1String("42501"))) {
+        return tr("%1 can't be written: no permission.").arg(server) + detail(error);
+    }
+    if (code.isEmpty() || code.startsWith(QLatin1String("08")) || code.startsWith(QLatin1String("57P"))) {
+        return tr("%1 can't be reached.").arg(server) + detail(error);
+    }
+    return tr("%1 can't be read or written.").arg(server) + detail(error);
+}

@@ -1,0 +1,150 @@
+#include "history/recordingqueue.h"
+
+#include <QDeadlineTimer>
+#include <QMutexLocker>
+
+#include <limits>
+
+namespace {
+
+qint64 bytesOf(const QString &text)
+{
+    return text.isNull() ? 0 : qint64(sizeof(QString::Data)) + 2 * text.size();
+}
+
+// As if nothing of it were shared with others.
+qint64 bytesOf(const Readings &report)
+{
+    qint64 bytes = qint64(sizeof(RecordingQueue::Entry)) + report.rows.size() * qint64(sizeof(Reading));
+    for (const Reading &reading : report.rows) {
+        bytes +=
+            bytesOf(reading.name) + bytesOf(reading.address) + bytesOf(reading.type) + bytesOf(reading.text);
+    }
+    return bytes;
+}
+
+} // namespace
+
+RecordingQueue::RecordingQueue(const QSet<PointId> &points, qint64 limit)
+    : m_points(points)
+    , m_limit(limit)
+{
+}
+
+void RecordingQueue::add(const Readings &report)
+{
+    const qint64 bytes = bytesOf(report);
+    const PointId standard{report.box, report.project, report.standard, {}};
+    const QMutexLocker locker(&m_mutex);
+    if (m_stopTime >= 0) {
+        return;
+    }
+    if (m_bytes + bytes > m_limit) {
+        m_dropped += rowsOfInterest(report);
+        if (!m_droppedFrom.contains(standard)) {
+            m_droppedFrom.insert(standard, report.time);
+        }
+        return;
+    }
+    const auto dropped = m_droppedFrom.find(standard);
+    if (dropped != m_droppedFrom.end()) {
+        append(Entry::Kind::Dropped, {*dropped, report.box, report.project, report.standard, {}}, 0);
+        m_droppedFrom.erase(dropped);
+    }
+    append(Entry::Kind::Report, report, bytes);
+    if (m_rows >= m_wantedRows) {
+        m_changed.wakeAll();
+    }
+}
+
+void RecordingQueue::endSession(const QString &box, qint64 time)
+{
+    const QMutexLocker locker(&m_mutex);
+    if (m_stopTime < 0) {
+        append(Entry::Kind::SessionEnd, {time, box, {}, {}, {}}, 0);
+    }
+}
+
+void RecordingQueue::stop(qint64 time)
+{
+    const QMutexLocker locker(&m_mutex);
+    if (m_stopTime >= 0) {
+        return;
+    }
+    for (auto it = m_droppedFrom.cbegin(); it != m_droppedFrom.cend(); ++it) {
+        append(Entry::Kind::Dropped, {*it, it.key().box, it.key().project, it.key().standard, {}}, 0);
+    }
+    m_droppedFrom.clear();
+    m_stopTime = time;
+    m_changed.wakeAll();
+}
+
+bool RecordingQueue::wait(int ms, int rows)
+{
+    const QDeadlineTimer deadline(ms);
+    QMutexLocker locker(&m_mutex);
+    m_wantedRows = rows;
+    while (m_stopTime < 0 && m_rows < rows && m_changed.wait(&m_mutex, deadline)) {}
+    return m_stopTime >= 0;
+}
+
+bool RecordingQueue::waitForStop(int ms)
+{
+    return wait(ms, std::numeric_limits<int>::max());
+}
+
+qint64 RecordingQueue::stopTime() const
+{
+    const QMutexLocker locker(&m_mutex);
+    return m_stopTime;
+}
+
+QVector<RecordingQueue::Entry> RecordingQueue::take(int rows)
+{
+    const QMutexLocker locker(&m_mutex);
+    int count = 0;
+    int taken = 0;
+    while (count < m_entries.size() && taken < rows) {
+        taken += m_entries.at(count).readings.rows.size();
+        m_takenBytes += m_entries.at(count).bytes;
+        ++count;
+    }
+    const QVector<Entry> entries = m_entries.mid(0, count);
+    m_entries.remove(0, count);
+    m_rows -= taken;
+    return entries;
+}
+
+void RecordingQueue::release()
+{
+    const QMutexLocker locker(&m_mutex);
+    m_bytes -= m_takenBytes;
+    m_takenBytes = 0;
+}
+
+qint64 RecordingQueue::dropped() const
+{
+    const QMutexLocker locker(&m_mutex);
+    return m_dropped;
+}
+
+void RecordingQueue::append(Entry::Kind kind, const Readings &readings, qint64 bytes)
+{
+    m_entries.append({kind, readings, bytes});
+    m_rows += readings.rows.size();
+    m_bytes += bytes;
+}
+
+qint64 RecordingQueue::rowsOfInterest(const Readings &report) const
+{
+    if (m_points.isEmpty()) {
+        return report.rows.size();
+    }
+    PointId id{report.box, report.project, report.standard, {}};
+    qint64 count = 0;
+    for (const Reading &reading : report.rows) {
+        id.name = reading.name;
+        count += m_points.contains(id) ? 1 : 0;
+    }
+    return count;
+}

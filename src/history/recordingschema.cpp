@@ -1,0 +1,43 @@
+#include "history/recordingschema.h"
+
+namespace {
+
+// %1: key that counts itself, %2: 64 bit, %3: floating point, %4: what comes behind a table
+const char *const tables[] = {
+    "CREATE TABLE IF NOT EXISTS recording_info (key TEXT PRIMARY KEY, value TEXT NOT NULL)",
+    "CREATE TABLE IF NOT EXISTS recording (id %1, started %2 NOT NULL, ended %2, "
+    "dropped %2 NOT NULL DEFAULT 0, program TEXT NOT NULL)",
+    "CREATE TABLE IF NOT EXISTS point (id %1, box TEXT NOT NULL, project TEXT NOT NULL, standard TEXT NOT "
+    "NULL, "
+    "name TEXT NOT NULL, address TEXT NOT NULL, type TEXT NOT NULL, "
+    "UNIQUE (box, project, standard, name, address, type))",
+    "CREATE TABLE IF NOT EXISTS sample (point %2 NOT NULL REFERENCES point (id), time %2 NOT NULL, number "
+    "%3, "
+    "text TEXT, validity %2 NOT NULL, PRIMARY KEY (point, time))%4",
+};
+
+QStringList filled(const char *key, const char *integer, const char *real, const char *behind)
+{
+    QStringList statements;
+    for (const char *const table : tables) {
+        QString statement = QString::fromLatin1(table);
+        statement.replace(QLatin1String("%1"), QLatin1String(key));
+        statement.replace(QLatin1String("%2"), QLatin1String(integer));
+        statement.replace(QLatin1String("%3"), QLatin1String(real));
+        statement.replace(QLatin1String("%4"), QLatin1String(behind));
+        statements.append(statement);
+    }
+    return statements;
+}
+
+} // namespace
+
+QStringList RecordingSchema::forFile()
+{
+    return filled("INTEGER PRIMARY KEY", "INTEGER", "REAL", " WITHOUT ROWID");
+}
+
+QStringList RecordingSchema::forServer()
+{
+    return filled("BIGSERIAL PRIMARY KEY", "BIGINT", "DOUBLE PRECISION", "");
+}

@@ -1,0 +1,116 @@
+#include "recordings.h"
+
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <thread>
+
+using namespace Recordings;
+
+namespace {
+
+constexpr int lastSecond = 1000; // ms; what a kill may take
+constexpr int points = 20;
+
+// What the child process does until it is killed: each ms a report, with the time at which it was handed
+// over.
+int recordForEver(const QString &path)
+{
+    Recorder recorder;
+    recorder.start(file(path), {});
+    for (;;) {
+        const qint64 now = QDateTime::currentMSecsSinceEpoch();
+        QVector<Reading> rows;
+        for (int point = 0; point < points; ++point) {
+            rows.append(reading(QString("U%1").arg(point), QString::number(now % 1000)));
+        }
+        recorder.add(report(now - start, rows));
+        std::printf("%lld\n", static_cast<long long>(now));
+        std::fflush(stdout);
+        QThread::msleep(1);
+    }
+}
+
+// The problems found in the file of a recorder that was killed after it had been given the last report.
+QString problemsOf(const QString &path, qint64 first, qint64 last)
+{
+    const QStringList integrity = asked(path, "PRAGMA integrity_check");
+    if (integrity != QStringList{"ok"}) {
+        return integrity.join(' ');
+    }
+    if (last - first < lastSecond) {
+        return {};
+    }
+    const QString kept = asked(path,
+                               "SELECT min(time) || ' ' || max(time) || ' ' || (count(*) % 20) FROM sample "
+                               "WHERE validity = 1")
+                             .value(0);
+    const QStringList parts = kept.split(' ');
+    const bool isAll = parts.value(0).toLongLong() == first
+        && parts.value(1).toLongLong() >= last - lastSecond && parts.value(2) == "0";
+    return isAll ? QString() : QString("%1 to %2 were given, there is %3").arg(first).arg(last).arg(kept);
+}
+
+// Records for that long, is killed, and gives what is wrong then.
+QString kill(const QString &path, int ms)
+{
+    QProcess child;
+    child.setStandardErrorFile(QProcess::nullDevice());
+    child.start(QCoreApplication::applicationFilePath(), {"--record-for-ever", path});
+    if (!child.waitForReadyRead(60000)) {
+        return "It does not start.";
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+    child.kill();
+    child.waitForFinished();
+    const QList<QByteArray> given = child.readAllStandardOutput().split('\n');
+    return problemsOf(path, given.first().toLongLong(), given.value(given.size() - 2).toLongLong());
+}
+
+} // namespace
+
+// The program is killed at any moment while it records: the file is good, and has all but the last second.
+class TestRecordingKilled : public QObject
+{
+    Q_OBJECT
+private slots:
+    void fileIsAlwaysGood();
+};
+
+// Several at once, since each is mostly waited for.
+void TestRecordingKilled::fileIsAlwaysGood()
+{
+    constexpr int kills = 100;
+    constexpr int atOnce = 10;
+    const QTemporaryDir folder;
+    std::vector<QString> problems(kills);
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < atOnce; ++thread) {
+        threads.emplace_back([&problems, &folder, thread] {
+            for (int round = thread; round < kills; round += atOnce) {
+                // Most are short: around the opening and the first transactions.
+                const int ms = round < atOnce ? 1500 : int(QRandomGenerator::global()->bounded(600U));
+                problems[size_t(round)] = kill(folder.filePath(QString::number(round)), ms);
+            }
+        });
+    }
+    for (std::thread &thread : threads) {
+        thread.join();
+    }
+    for (const QString &problem : problems) {
+        QCOMPARE(problem, QString());
+    }
+}
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == "--record-for-ever") {
+        return recordForEver(arguments.value(2));
+    }
+    TestRecordingKilled test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_recordingkilled.moc"
