@@ -2,13 +2,18 @@
 
 std::optional<qint64> Lateness::report(qint64 time)
 {
-    std::optional<qint64> breakTime;
-    if (m_freshness.hasReport() && !m_ended && m_freshness.isLate(time)) {
-        breakTime = time - m_freshness.age(time) + 1;
-    }
+    const auto late = lateSince(time);
     m_freshness.report(time);
     m_ended = false;
-    return breakTime;
+    return late;
+}
+
+std::optional<qint64> Lateness::lateSince(qint64 now) const
+{
+    if (!m_freshness.hasReport() || m_ended || !m_freshness.isLate(now)) {
+        return {};
+    }
+    return now - m_freshness.age(now) + m_freshness.lateAge();
 }
 
 void Lateness::endSession()

@@ -136,12 +136,22 @@ bool RecordingDatabase::check(Access access)
     if (isFile() && cell(QStringLiteral("PRAGMA application_id")).toInt() != applicationId) {
         return fail(tr("%1 is no recording.").arg(m_target.text()));
     }
+    if (isFile() && !isWhole()) {
+        return fail(tr("%1 is damaged or cut off.").arg(m_target.text()));
+    }
     const QVariant found = cell(QStringLiteral("SELECT value FROM recording_info WHERE key = 'schema'"));
     if (found.toInt() < 1) {
         return fail(tr("%1 is no recording.").arg(m_target.text()));
     }
     return found.toInt() <= schema
         || fail(tr("%1 is a recording of a newer version of this program.").arg(m_target.text()));
+}
+
+// SQLite itself does not mind if the last page is not all there.
+bool RecordingDatabase::isWhole()
+{
+    const qint64 pages = cell(QStringLiteral("PRAGMA page_count")).toLongLong();
+    return pages * cell(QStringLiteral("PRAGMA page_size")).toLongLong() <= QFileInfo(m_target.file).size();
 }
 
 bool RecordingDatabase::create()
@@ -203,7 +213,8 @@ QSqlQuery RecordingDatabase::prepared(const QString &sql)
 
 bool RecordingDatabase::run(QSqlQuery *query)
 {
-    return query->exec() || fail(query->lastError());
+    // What could not be prepared says more than that there is no query.
+    return (!query->lastError().isValid() && query->exec()) || fail(query->lastError());
 }
 
 bool RecordingDatabase::hasFailed(const QSqlQuery &query)

@@ -56,6 +56,7 @@ private:
     void connectToFile(QSqlDatabase *base, Access access) const;
     void connectToServer(QSqlDatabase *base) const;
     bool check(Access access);
+    bool isWhole();
     bool create();
     bool rollBackLeftOver();
     bool isFile() const { return m_target.kind == RecordingTarget::Kind::File; }

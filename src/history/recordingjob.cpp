@@ -35,6 +35,7 @@ void RecordingJob::run()
         ok = writeQueued();
         tell(ok);
     }
+    m_writer.close(); // in its thread
     const QMutexLocker locker(&m_mutex);
     m_status.state = Recorder::State::Stopped;
 }

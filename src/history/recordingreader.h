@@ -3,6 +3,13 @@
 #include "history/recordingtarget.h"
 #include "history/samplesource.h"
 
+#include <QHash>
+#include <QPointer>
+#include <QThread>
+
+class RecordingPoints;
+class RecordingSession;
+
 // A recording that was made before or is being made, also by another program. It is read in a thread of its
 // own, and never written to; a file is opened without reading it whole.
 class RecordingReader : public SampleSource
@@ -12,8 +19,8 @@ public:
     explicit RecordingReader(QObject *parent = nullptr);
     ~RecordingReader() override;
 
-    // Opens it and reads its list of points. The answer is opened() or failed(): what is no recording, is cut
-    // off or is of a newer schema is refused in words.
+    // Once. Opens it and reads its list of points. The answer is opened() or failed(): what is no recording,
+    // is cut off or is of a newer schema is refused in words.
     void open(const RecordingTarget &target);
     RecordingTarget target() const;
 
@@ -25,6 +32,18 @@ public:
     void request(const void *asker, const Request &request) override;
     std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override;
 
+    // How often to look for new samples, in ms; before open().
+    void setPollInterval(int interval) { m_pollInterval = interval; }
+
 signals:
     void opened();
+
+private:
+    int m_pollInterval = 1000;
+    RecordingTarget m_target;
+    std::shared_ptr<const RecordingPoints> m_points;
+    QThread m_thread;
+    QPointer<RecordingSession> m_session; // lives in the thread, and dies with it
+    quint64 m_requests = 0;
+    QHash<const void *, quint64> m_newest; // requests that have not been answered, by their askers
 };

@@ -27,6 +27,8 @@ public:
     // call opens the database anew. The rows refer to the points.
     bool write(QVector<RecordingRows::Row> rows, const QVector<RecordingRows::Recorded> &points,
                const Progress &progress);
+    // Of the database; in the thread that wrote.
+    void close();
     QString error() const { return m_database.error(); }
     // Of all samples that have been written.
     qint64 samples() const { return m_samples; }
@@ -41,7 +43,6 @@ private:
     std::optional<qint64> keyOf(const Point &point);
     bool beginCurve(const Row &row, const PointId &id);
     bool insert(QSqlQuery *statement, const Row *rows, int count);
-    void close();
 
     const qint64 m_since;
     RecordingDatabase m_database;

@@ -1,12 +1,16 @@
 #pragma once
 
 #include "history/recorder.h"
+#include "history/samplesource.h"
 
 #include <QProcess>
 #include <QSignalSpy>
 #include <QtTest>
 
 #include <limits>
+
+Q_DECLARE_METATYPE(SampleSource::Request)
+Q_DECLARE_METATYPE(QVector<Thinned>)
 
 // What the tests of recordings share.
 namespace Recordings {
@@ -39,6 +43,14 @@ inline RecordingTarget file(const QString &path)
         qFatal("%s", qPrintable(error));
     }
     return target;
+}
+
+// For signal spies.
+inline void registerAnswers()
+{
+    qRegisterMetaType<const void *>("const void*");
+    qRegisterMetaType<SampleSource::Request>("SampleSource::Request");
+    qRegisterMetaType<QVector<Thinned>>("QVector<Thinned>");
 }
 
 // Quick tries, for databases that fail.

@@ -49,7 +49,10 @@ void TestReading::readsARow_data()
     number("a negative one", "int16", "-12", -12);
     number("an exponent", "double", "1.5e-300", 1.5e-300);
     number("the greatest", "double", "1.7976931348623157e308", 1.7976931348623157e308);
-    number("a large counter", "uint64", "18446744073709551615", 18446744073709551615.0);
+    number("a counter of 53 bits", "uint64", "9007199254740992", 9007199254740992.0);
+    QTest::newRow("a counter that a double can't hold")
+        << QString("uint64") << QString("18446744073709551615") << QVariant("1") << SampleState::Valid
+        << 18446744073709551615.0 << QString("18446744073709551615");
     number("blanks around it", "float", " 7 ", 7);
     number("a bool as a number", "bool", "1", 1);
     number("a bool as a word", "bool", "true", 1);

@@ -168,7 +168,7 @@ void TestRecorder::gapsAreKept_data()
     QTest::newRow("no gap") << QVector<Readings>{u(0), u(1000)}
                             << QStringList{"U|0|1.0|-|1", "U|1000|1.0|-|1"};
     QTest::newRow("late") << QVector<Readings>{u(0), u(1000), u(12000)}
-                          << QStringList{"U|0|1.0|-|1", "U|1000|1.0|-|1", "U|1001|-|-|3", "U|12000|1.0|-|1"};
+                          << QStringList{"U|0|1.0|-|1", "U|1000|1.0|-|1", "U|11000|-|-|3", "U|12000|1.0|-|1"};
     QTest::newRow("session ended") << QVector<Readings>{u(2000), end, u(60000)}
                                    << QStringList{"U|2000|1.0|-|1", "U|2500|-|-|4", "U|60000|1.0|-|1"};
     QTest::newRow("session ended at the last report")

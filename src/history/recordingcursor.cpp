@@ -1,0 +1,166 @@
+#include "history/recordingcursor.h"
+
+#include <QVariant>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr int samplesAtOnce = 10000;
+
+// Reads "time, number, validity, text". What other programs may have written amiss is nothing that is known.
+Sample sampleOf(const QSqlQuery &query)
+{
+    Sample sample;
+    sample.time = query.value(0).toLongLong();
+    bool isNumber = false;
+    sample.number = query.value(1).toDouble(&isNumber);
+    if (!isNumber || !std::isfinite(sample.number)) {
+        sample.number = std::numeric_limits<double>::quiet_NaN();
+    }
+    const int state = query.value(2).toInt();
+    sample.state =
+        state >= 0 && state <= int(SampleState::Dropped) ? SampleState(state) : SampleState::NotValid;
+    const QVariant text = query.value(3);
+    if (!text.isNull()) {
+        sample.text = text.toString();
+    }
+    if (sample.state != SampleState::Valid) {
+        sample.number = std::numeric_limits<double>::quiet_NaN();
+    } else if (std::isnan(sample.number) && text.isNull()) {
+        sample.state = SampleState::NoNumber;
+    }
+    return sample;
+}
+
+} // namespace
+
+RecordingWalk::RecordingWalk(RecordingDatabase *database, qint64 key, const TimeRange &range)
+    : m_database(database)
+    , m_key(key)
+    , m_range(range)
+{
+}
+
+const Sample *RecordingWalk::current()
+{
+    if (m_place == m_samples.size() && !m_isAtEnd) {
+        fetch();
+    }
+    return m_place < m_samples.size() ? &m_samples.at(m_place) : nullptr;
+}
+
+void RecordingWalk::fetch()
+{
+    m_samples.clear();
+    m_place = 0;
+    QSqlQuery query = m_database->prepared(
+        QStringLiteral("SELECT time, number, validity, text FROM sample "
+                       "WHERE point = ? AND time >= ? AND time <= ? ORDER BY time LIMIT ?"));
+    query.addBindValue(m_key);
+    query.addBindValue(m_range.from);
+    query.addBindValue(m_range.to);
+    query.addBindValue(samplesAtOnce);
+    m_hasFailed = !m_database->run(&query);
+    m_samples.reserve(samplesAtOnce);
+    while (!m_hasFailed && query.next()) {
+        m_samples.append(sampleOf(query));
+    }
+    m_hasFailed = m_hasFailed || m_database->hasFailed(query);
+    m_isAtEnd = m_hasFailed || m_samples.size() < samplesAtOnce || m_samples.last().time >= m_range.to
+        || m_samples.last().time < m_range.from;
+    if (!m_isAtEnd) {
+        m_range.from = m_samples.last().time + 1;
+    }
+}
+
+RecordingMerge::RecordingMerge(RecordingDatabase *database, const QVector<qint64> &keys,
+                               const TimeRange &range)
+{
+    for (const qint64 key : keys) {
+        m_walks.emplace_back(database, key, range);
+    }
+}
+
+bool RecordingMerge::next(Sample *sample)
+{
+    RecordingWalk *first = nullptr;
+    for (;;) {
+        first = nullptr;
+        for (RecordingWalk &walk : m_walks) {
+            const Sample *const each = walk.current();
+            if (walk.hasFailed()) {
+                return false;
+            }
+            if (each && (!first || each->time < first->current()->time)) {
+                first = &walk;
+            }
+        }
+        if (!first) {
+            return false;
+        }
+        *sample = *first->current();
+        first->advance();
+        if (!m_hasLast || sample->time > m_last) {
+            m_hasLast = true;
+            m_last = sample->time;
+            return true;
+        }
+    }
+}
+
+bool RecordingMerge::hasFailed() const
+{
+    return std::any_of(m_walks.cbegin(), m_walks.cend(),
+                       [](const RecordingWalk &walk) { return walk.hasFailed(); });
+}
+
+bool readNeighbour(RecordingDatabase *database, const QVector<qint64> &keys, Neighbour which, qint64 time,
+                   Sample *sample, bool *found)
+{
+    const bool isBefore = which == Neighbour::Before;
+    *found = false;
+    for (const qint64 key : keys) {
+        QSqlQuery query = database->prepared(
+            isBefore ? QStringLiteral("SELECT time, number, validity, text FROM sample "
+                                      "WHERE point = ? AND time < ? ORDER BY time DESC LIMIT 1")
+                     : QStringLiteral("SELECT time, number, validity, text FROM sample "
+                                      "WHERE point = ? AND time > ? ORDER BY time LIMIT 1"));
+        query.addBindValue(key);
+        query.addBindValue(time);
+        if (!database->run(&query)) {
+            return false;
+        }
+        if (!query.next()) {
+            continue;
+        }
+        const Sample each = sampleOf(query);
+        if (!*found || (isBefore ? each.time > sample->time : each.time < sample->time)) {
+            *sample = each;
+            *found = true;
+        }
+    }
+    return true;
+}
+
+RecordingCursor::RecordingCursor(const RecordingTarget &target, const QVector<qint64> &keys,
+                                 const TimeRange &range)
+    : m_database(target)
+    , m_merge(&m_database, keys, range)
+{
+}
+
+bool RecordingCursor::next(Sample *sample)
+{
+    const bool isOpen =
+        m_database.isOpen() || (m_error.isEmpty() && m_database.open(RecordingDatabase::Access::Read));
+    if (isOpen && m_merge.next(sample)) {
+        return true;
+    }
+    if (m_error.isEmpty() && (!isOpen || m_merge.hasFailed())) {
+        m_error = m_database.error();
+    }
+    return false;
+}

@@ -1,0 +1,49 @@
+#include "history/recordingpoints.h"
+
+#include "history/recordingdatabase.h"
+
+#include <QVariant>
+
+bool RecordingPoints::read(RecordingDatabase *database)
+{
+    const QVariant open =
+        database->cell(QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"));
+    // Two look-ups by the key of the samples for each point.
+    QSqlQuery query = database->prepared(QStringLiteral(
+        "SELECT id, box, project, standard, name, address, type, "
+        "(SELECT min(time) FROM sample WHERE sample.point = point.id), "
+        "(SELECT max(time) FROM sample WHERE sample.point = point.id) FROM point ORDER BY id"));
+    if (!open.isValid() || !database->run(&query)) {
+        return false;
+    }
+    m_isOpenEnded = open.toInt() > 0;
+    while (query.next()) {
+        const auto text = [&query](int column) { return query.value(column).toString(); };
+        const Point point{{text(1), text(2), text(3), text(4)}, text(5), text(6)};
+        auto place = m_places.constFind(point.id);
+        if (place == m_places.constEnd()) {
+            place = m_places.insert(point.id, m_curves.size());
+            m_curves.append({point, {}, {0, -1}});
+        }
+        Curve &curve = m_curves[*place];
+        curve.keys.append(query.value(0).toLongLong());
+        if (query.isNull(7)) {
+            continue;
+        }
+        const TimeRange own{query.value(7).toLongLong(), query.value(8).toLongLong()};
+        const bool isFirst = curve.extent.from > curve.extent.to;
+        if (isFirst || own.to > curve.extent.to) {
+            curve.point = point;
+        }
+        curve.extent =
+            isFirst ? own : TimeRange{qMin(curve.extent.from, own.from), qMax(curve.extent.to, own.to)};
+        m_latest = qMax(m_latest, own.to);
+    }
+    return true;
+}
+
+const RecordingPoints::Curve *RecordingPoints::find(const PointId &id) const
+{
+    const auto place = m_places.constFind(id);
+    return place == m_places.constEnd() ? nullptr : &m_curves.at(*place);
+}

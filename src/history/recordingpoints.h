@@ -1,0 +1,37 @@
+#pragma once
+
+#include "history/point.h"
+#include "history/thinned.h"
+
+#include <QHash>
+#include <QVector>
+
+class RecordingDatabase;
+
+// The points of a recording, found without reading its samples.
+class RecordingPoints
+{
+public:
+    struct Curve {
+        Point point;          // as it was recorded last
+        QVector<qint64> keys; // in the database; one for each address and type that it had
+        TimeRange extent;     // of all samples; from > to if there are none
+    };
+
+    // False if the database can't be read.
+    bool read(RecordingDatabase *database);
+
+    const QVector<Curve> &curves() const { return m_curves; }
+    // Null if there is none.
+    const Curve *find(const PointId &id) const;
+    // Whether a recording has no end.
+    bool isOpenEnded() const { return m_isOpenEnded; }
+    // Of the latest sample of all, in ms since 1970 UTC.
+    qint64 latest() const { return m_latest; }
+
+private:
+    QVector<Curve> m_curves;
+    QHash<PointId, int> m_places;
+    bool m_isOpenEnded = false;
+    qint64 m_latest = 0;
+};

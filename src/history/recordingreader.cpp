@@ -1,0 +1,108 @@
+#include "history/recordingreader.h"
+
+#include "history/recordingcursor.h"
+#include "history/recordingsession.h"
+
+#include <QDateTime>
+
+namespace {
+
+constexpr qint64 growsFor = 60000; // ms after the last sample
+
+} // namespace
+
+RecordingReader::RecordingReader(QObject *parent)
+    : SampleSource(parent)
+{
+}
+
+RecordingReader::~RecordingReader()
+{
+    if (m_session) {
+        m_session->abandon();
+    }
+    m_thread.quit();
+    m_thread.wait();
+}
+
+void RecordingReader::open(const RecordingTarget &target)
+{
+    if (m_session) {
+        return;
+    }
+    m_target = target;
+    m_session = new RecordingSession(target, m_pollInterval);
+    m_session->moveToThread(&m_thread);
+    connect(&m_thread, &QThread::finished, m_session, &QObject::deleteLater);
+    connect(
+        m_session, &RecordingSession::opened, this,
+        [this](const auto &points) {
+            m_points = points;
+            emit opened();
+        },
+        Qt::QueuedConnection);
+    connect(
+        m_session, &RecordingSession::grown, this,
+        [this](const auto &points) {
+            m_points = points;
+            emit grown();
+        },
+        Qt::QueuedConnection);
+    connect(
+        m_session, &RecordingSession::answered, this,
+        [this](const RecordingSession::Answer &answer) {
+            // A newer request may be on its way.
+            if (m_newest.value(answer.asked.asker) == answer.asked.number) {
+                m_newest.remove(answer.asked.asker);
+                emit thinned(answer.asked.asker, answer.asked.request, answer.thinned);
+            }
+        },
+        Qt::QueuedConnection);
+    connect(m_session, &RecordingSession::failed, this, &RecordingReader::failed);
+    m_thread.start();
+    QMetaObject::invokeMethod(m_session, &RecordingSession::open);
+}
+
+RecordingTarget RecordingReader::target() const
+{
+    return m_target;
+}
+
+QVector<Point> RecordingReader::points() const
+{
+    QVector<Point> points;
+    if (m_points) {
+        for (const RecordingPoints::Curve &curve : m_points->curves()) {
+            points.append(curve.point);
+        }
+    }
+    return points;
+}
+
+TimeRange RecordingReader::extent(const PointId &id) const
+{
+    const RecordingPoints::Curve *const curve = m_points ? m_points->find(id) : nullptr;
+    return curve ? curve->extent : TimeRange{0, -1};
+}
+
+bool RecordingReader::isGrowing() const
+{
+    return m_points && m_points->isOpenEnded()
+        && QDateTime::currentMSecsSinceEpoch() - m_points->latest() < growsFor;
+}
+
+void RecordingReader::request(const void *asker, const Request &request)
+{
+    if (!m_session) {
+        return;
+    }
+    m_newest.insert(asker, ++m_requests);
+    m_session->ask({m_requests, asker, request});
+    QMetaObject::invokeMethod(m_session, &RecordingSession::answerAll);
+}
+
+std::unique_ptr<SampleCursor> RecordingReader::cursor(const PointId &id, const TimeRange &range) const
+{
+    const RecordingPoints::Curve *const curve = m_points ? m_points->find(id) : nullptr;
+    return std::make_unique<RecordingCursor>(m_target, curve ? curve->keys : QVector<qint64>(), range);
+}

@@ -1,0 +1,184 @@
+#include "history/recordingsession.h"
+
+#include "history/recordingcursor.h"
+#include "history/thinning.h"
+
+#include <QElapsedTimer>
+#include <QMutexLocker>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int patience = 1000;        // ms for a locked file
+constexpr int samplesBetween = 10000; // that are read until it is looked for newer requests
+
+} // namespace
+
+RecordingSession::RecordingSession(const RecordingTarget &target, int pollInterval)
+    : m_isFile(target.kind == RecordingTarget::Kind::File)
+    , m_pollInterval(pollInterval)
+    , m_database(target)
+    , m_timer(this)
+{
+    m_database.setPatience(patience);
+    m_timer.setInterval(pollInterval);
+    connect(&m_timer, &QTimer::timeout, this, &RecordingSession::poll);
+}
+
+void RecordingSession::ask(const Asked &asked)
+{
+    const QMutexLocker locker(&m_mutex);
+    const auto older = std::find_if(m_asked.begin(), m_asked.end(),
+                                    [&asked](const Asked &each) { return each.asker == asked.asker; });
+    if (older == m_asked.end()) {
+        m_asked.append(asked);
+    } else {
+        *older = asked;
+    }
+}
+
+void RecordingSession::open()
+{
+    auto points = std::make_shared<RecordingPoints>();
+    if (!m_database.open(RecordingDatabase::Access::Read) || !points->read(&m_database)) {
+        tellFailure();
+        return;
+    }
+    m_points = points;
+    m_told.clear();
+    hasChanged();
+    emit opened(points);
+    m_timer.start();
+    answerAll();
+}
+
+void RecordingSession::poll()
+{
+    if (!m_database.isInPlace()) {
+        m_timer.stop();
+        tellFailure();
+        return;
+    }
+    if (!hasChanged()) {
+        return;
+    }
+    QElapsedTimer took;
+    took.start();
+    auto points = std::make_shared<RecordingPoints>();
+    if (!points->read(&m_database)) {
+        m_version.clear();
+        if (!m_database.isLocked()) {
+            tellFailure();
+        }
+        return;
+    }
+    const bool isOther = points->latest() != m_points->latest()
+        || points->isOpenEnded() != m_points->isOpenEnded()
+        || points->curves().size() != m_points->curves().size();
+    m_points = points;
+    if (isOther) {
+        emit grown(points);
+    }
+    // Many points take longer: most of the time is for the requests.
+    m_timer.setInterval(qMax(m_pollInterval, int(took.elapsed()) * 10));
+}
+
+// Whether there may be more than has been read.
+bool RecordingSession::hasChanged()
+{
+    const QVariant version =
+        m_database.cell(m_isFile ? QStringLiteral("PRAGMA data_version")
+                                 : QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"));
+    const bool isOther = version != m_version;
+    m_version = version;
+    return isOther || (!m_isFile && m_points->isOpenEnded());
+}
+
+void RecordingSession::answerAll()
+{
+    while (m_points && !m_isAbandoned) {
+        Answer answer;
+        {
+            const QMutexLocker locker(&m_mutex);
+            if (m_asked.isEmpty()) {
+                return;
+            }
+            answer.asked = m_asked.takeFirst();
+        }
+        const Result result = thinAll(&answer);
+        if (result == Result::Done) {
+            m_told.clear();
+            emit answered(answer);
+        } else if (result == Result::Failed) {
+            tellFailure();
+            if (m_database.isLocked() && isWanted(answer.asked)) {
+                ask(answer.asked);
+                QTimer::singleShot(m_pollInterval, this, &RecordingSession::answerAll);
+                return;
+            }
+        }
+    }
+}
+
+bool RecordingSession::isWanted(const Asked &asked)
+{
+    const QMutexLocker locker(&m_mutex);
+    return !m_isAbandoned && std::none_of(m_asked.cbegin(), m_asked.cend(), [&asked](const Asked &each) {
+        return each.asker == asked.asker;
+    });
+}
+
+RecordingSession::Result RecordingSession::thinAll(Answer *answer)
+{
+    for (const PointId &id : qAsConst(answer->asked.request.points)) {
+        const RecordingPoints::Curve *const known = m_points->find(id);
+        Thinned thinned;
+        const Result result = thin(known ? *known : RecordingPoints::Curve(), answer->asked, &thinned);
+        if (result != Result::Done) {
+            return result;
+        }
+        answer->thinned.append(thinned);
+    }
+    return Result::Done;
+}
+
+RecordingSession::Result RecordingSession::thin(const RecordingPoints::Curve &curve, const Asked &asked,
+                                                Thinned *thinned)
+{
+    const TimeRange &range = asked.request.range;
+    Thinning thinning(range, asked.request.columns, shapeOf(curve.point.type));
+    Sample sample;
+    bool found = false;
+    if (!readNeighbour(&m_database, curve.keys, Neighbour::Before, range.from, &sample, &found)) {
+        return Result::Failed;
+    }
+    if (found) {
+        thinning.add(sample);
+    }
+    RecordingMerge samples(&m_database, curve.keys, range);
+    for (int count = 1; samples.next(&sample); ++count) {
+        thinning.add(sample);
+        if (count % samplesBetween == 0 && !isWanted(asked)) {
+            return Result::GivenUp;
+        }
+    }
+    if (samples.hasFailed()
+        || !readNeighbour(&m_database, curve.keys, Neighbour::After, range.to, &sample, &found)) {
+        return Result::Failed;
+    }
+    if (found) {
+        thinning.add(sample);
+    }
+    *thinned = thinning.finish();
+    return Result::Done;
+}
+
+// Each failure once, until something goes well.
+void RecordingSession::tellFailure()
+{
+    if (m_told != m_database.error()) {
+        m_told = m_database.error();
+        emit failed(m_told);
+    }
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "history/recordingdatabase.h"
+#include "history/recordingpoints.h"
+#include "history/samplesource.h"
+
+#include <QMutex>
+#include <QTimer>
+#include <QVariant>
+
+#include <atomic>
+#include <memory>
+
+// The reader of a recording, in its thread. All but its slots may be called from another one.
+class RecordingSession : public QObject
+{
+    Q_OBJECT
+public:
+    struct Asked {
+        quint64 number = 0; // counts requests
+        const void *asker = nullptr;
+        SampleSource::Request request;
+    };
+
+    struct Answer {
+        Asked asked;
+        QVector<Thinned> thinned; // by the points of the request
+    };
+
+    RecordingSession(const RecordingTarget &target, int pollInterval);
+
+    // Replaces what the same asker has asked before.
+    void ask(const Asked &asked);
+    // What is under way is given up.
+    void abandon() { m_isAbandoned = true; }
+
+public slots:
+    void open();
+    void answerAll();
+
+signals:
+    void opened(const std::shared_ptr<const RecordingPoints> &points);
+    void grown(const std::shared_ptr<const RecordingPoints> &points);
+    void answered(const RecordingSession::Answer &answer);
+    void failed(const QString &why);
+
+private:
+    enum class Result { Done, GivenUp, Failed };
+
+    void poll();
+    bool hasChanged();
+    bool isWanted(const Asked &asked);
+    Result thinAll(Answer *answer);
+    Result thin(const RecordingPoints::Curve &curve, const Asked &asked, Thinned *thinned);
+    void tellFailure();
+
+    const bool m_isFile;
+    const int m_pollInterval; // ms
+    RecordingDatabase m_database;
+    std::shared_ptr<const RecordingPoints> m_points;
+    QTimer m_timer;
+    QVariant m_version; // of the file, as far as it has been read
+    QString m_told;     // failure told last; empty after what went well
+    std::atomic<bool> m_isAbandoned{false};
+
+    QMutex m_mutex; // for the requests
+    QVector<Asked> m_asked;
+};
+
+// What its signals carry from one thread to the other.
+Q_DECLARE_METATYPE(std::shared_ptr<const RecordingPoints>)
+Q_DECLARE_METATYPE(RecordingSession::Answer)

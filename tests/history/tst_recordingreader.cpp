@@ -1,0 +1,368 @@
+#include "history/recordingreader.h"
+#include "recordings.h"
+
+#include <QTemporaryDir>
+
+using namespace Recordings;
+
+namespace {
+
+// An answer as a line of text: pieces, gaps, events.
+QString shown(const Thinned &thinned)
+{
+    QStringList parts;
+    for (const QVector<QPointF> &piece : thinned.pieces) {
+        QStringList points;
+        for (const QPointF &point : piece) {
+            points.append(QString("%1=%2").arg(qint64(point.x()) - start).arg(point.y()));
+        }
+        parts.append('[' + points.join(' ') + ']');
+    }
+    for (const Thinned::Gap &gap : thinned.gaps) {
+        parts.append(
+            QString("%1..%2:%3").arg(gap.range.from - start).arg(gap.range.to - start).arg(int(gap.why)));
+    }
+    for (const Thinned::Event &event : thinned.events) {
+        parts.append(QString("%1'%2'").arg(event.time - start).arg(event.text));
+    }
+    return parts.join(' ');
+}
+
+QString shown(SampleCursor *cursor)
+{
+    QStringList samples;
+    Sample sample;
+    while (cursor->next(&sample)) {
+        samples.append(QString("%1=%2%3:%4")
+                           .arg(sample.time - start)
+                           .arg(sample.number)
+                           .arg(sample.text)
+                           .arg(int(sample.state)));
+    }
+    return samples.join(' ') + cursor->error();
+}
+
+} // namespace
+
+// A recording as a trend window reads it.
+class TestRecordingReader : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void pointsAndExtents();
+    void answersThinned_data();
+    void answersThinned();
+    void cursorWalksOverAll();
+    void cursorSurvivesItsReader();
+    void newerRequestReplaces();
+    void noPeakIsLost();
+    void opensByKeysAlone_data();
+    void opensByKeysAlone();
+    void growsWhileItIsRecorded();
+    void recordingWithoutSamples();
+    void readsWhileItIsLocked();
+    void removedFileIsTold();
+    void strangeRows();
+
+private:
+    QString path() const { return m_folder->filePath("plant.sqlite"); }
+    // Empty once it is open.
+    QString open(RecordingReader *reader) const;
+    QVector<Thinned> answer(RecordingReader *reader, const QVector<PointId> &points, const TimeRange &range,
+                            int columns) const;
+    void recordSome() const;
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void TestRecordingReader::initTestCase()
+{
+    registerAnswers();
+}
+
+void TestRecordingReader::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+}
+
+QString TestRecordingReader::open(RecordingReader *reader) const
+{
+    QSignalSpy opened(reader, &RecordingReader::opened);
+    QSignalSpy failed(reader, &RecordingReader::failed);
+    reader->setPollInterval(30);
+    reader->open(file(path()));
+    const bool isTold = QTest::qWaitFor([&] { return !opened.isEmpty() || !failed.isEmpty(); }, 10000);
+    return isTold ? failed.value(0).value(0).toString() : "nothing is told";
+}
+
+QVector<Thinned> TestRecordingReader::answer(RecordingReader *reader, const QVector<PointId> &points,
+                                             const TimeRange &range, int columns) const
+{
+    QSignalSpy thinned(reader, &RecordingReader::thinned);
+    reader->request(this, {points, {start + range.from, start + range.to}, columns});
+    return thinned.isEmpty() && !thinned.wait(20000) ? QVector<Thinned>()
+                                                     : thinned.first().at(2).value<QVector<Thinned>>();
+}
+
+// U changes its type, S is a text, and a report does not come.
+void TestRecordingReader::recordSome() const
+{
+    const auto some = [](qint64 time, const QString &type) {
+        return report(time,
+                      {reading("U", QString::number(time / 1000), type),
+                       reading("S", time < 2000 ? QString("off") : QString("on"), "string")});
+    };
+    record(file(path()),
+           {some(0, "int16"), some(1000, "int16"), some(2000, "float"), some(3000, "float"),
+            some(60000, "float")});
+    // Its end is that of the samples, and not of today.
+    asked(path(), QString("UPDATE sample SET time = %1 WHERE time > %1").arg(start + 60001));
+}
+
+void TestRecordingReader::pointsAndExtents()
+{
+    recordSome();
+    RecordingReader reader;
+    QVERIFY(reader.points().isEmpty());
+    QCOMPARE(open(&reader), QString());
+    QStringList points;
+    for (const Point &point : reader.points()) {
+        points.append(QStringList{point.id.box, point.id.project, point.id.standard, point.id.name,
+                                  point.address, point.type}
+                          .join('|'));
+    }
+    QCOMPARE(
+        points,
+        (QStringList{"192.168.1.80|plant|meters|U|40001|float", "192.168.1.80|plant|meters|S|40001|string"}));
+    QCOMPARE(reader.extent(id("U")).from, start);
+    QCOMPARE(reader.extent(id("U")).to, start + 60001);
+    QVERIFY(reader.extent(id("never")).from > reader.extent(id("never")).to);
+    QVERIFY(!reader.isGrowing());
+    QCOMPARE(reader.target().text(), path());
+}
+
+void TestRecordingReader::answersThinned_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<qint64>("from");
+    QTest::addColumn<qint64>("to");
+    QTest::addColumn<QString>("answer");
+    const auto row = [](const char *title, const QString &name, qint64 from, qint64 to,
+                        const QString &answer) { QTest::newRow(title) << name << from << to << answer; };
+    row("all", "U", -5000, 70000, "[0=0 1000=1 2000=2 3000=3] [60000=60] 3000..60000:3 60000..70000:4");
+    row("with the neighbours", "U", 1500, 2500, "[1000=1 2000=2 3000=3]");
+    row("in a gap", "U", 20000, 30000, "[60000=60] 13000..60000:3");
+    row("before all", "U", -20000, -10000, "[0=0]");
+    row("texts", "S", 0, 50000, "3000..60000:3 0'off' 2000'on'");
+    row("not recorded", "never", 0, 50000, "");
+}
+
+void TestRecordingReader::answersThinned()
+{
+    QFETCH(QString, name);
+    QFETCH(qint64, from);
+    QFETCH(qint64, to);
+    recordSome();
+    RecordingReader reader;
+    QCOMPARE(open(&reader), QString());
+    const QVector<Thinned> answers = answer(&reader, {id("never"), id(name)}, {from, to}, 1000);
+    QCOMPARE(answers.size(), 2);
+    QCOMPARE(shown(answers.first()), QString());
+    QTEST(shown(answers.last()), "answer");
+}
+
+void TestRecordingReader::cursorWalksOverAll()
+{
+    recordSome();
+    RecordingReader reader;
+    QCOMPARE(open(&reader), QString());
+    const auto of = [&reader](const QString &name, qint64 from, qint64 to) {
+        return shown(reader.cursor(id(name), {start + from, start + to}).get());
+    };
+    QCOMPARE(of("U", 0, 100000),
+             QString("0=0:1 1000=1:1 2000=2:1 3000=3:1 13000=nan:3 60000=60:1 60001=nan:4"));
+    QCOMPARE(of("S", 1000, 2000), QString("1000=nanoff:1 2000=nanon:1"));
+    QCOMPARE(of("never", 0, 100000), QString());
+
+    // Many more than are read at once.
+    asked(path(),
+          QString("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 25000) "
+                  "INSERT INTO sample SELECT 1, %1 + i, i, NULL, 1 FROM n")
+              .arg(start + 100000));
+    const auto cursor = reader.cursor(id("U"), {start + 100000, start + 1000000});
+    Sample sample;
+    int count = 0;
+    while (cursor->next(&sample)) {
+        QCOMPARE(sample.number, double(++count));
+        QCOMPARE(sample.time, start + 100000 + count);
+    }
+    QCOMPARE(count, 25000);
+}
+
+void TestRecordingReader::cursorSurvivesItsReader()
+{
+    recordSome();
+    auto reader = std::make_unique<RecordingReader>();
+    QCOMPARE(open(reader.get()), QString());
+    const auto cursor = reader->cursor(id("U"), {start, start + 1000});
+    reader.reset();
+    QCOMPARE(shown(cursor.get()), QString("0=0:1 1000=1:1"));
+}
+
+void TestRecordingReader::newerRequestReplaces()
+{
+    recordSome();
+    RecordingReader reader;
+    QCOMPARE(open(&reader), QString());
+    QSignalSpy thinned(&reader, &RecordingReader::thinned);
+    int other = 0;
+    for (int columns = 1; columns <= 100; ++columns) {
+        reader.request(this, {{id("U")}, {start, start + 5000}, columns});
+    }
+    reader.request(&other, {{id("U")}, {start, start + 5000}, 200});
+    QTRY_COMPARE(thinned.size(), 2);
+    QCOMPARE(thinned.at(0).at(1).value<SampleSource::Request>().columns, 100);
+    QCOMPARE(thinned.at(1).at(1).value<SampleSource::Request>().columns, 200);
+    QTest::qWait(0);
+    QCOMPARE(thinned.size(), 2);
+}
+
+// Three hours, a sample a second; one of them is a peak.
+void TestRecordingReader::noPeakIsLost()
+{
+    record(file(path()), {});
+    asked(
+        path(),
+        QString("WITH RECURSIVE p(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM p WHERE i < 16) INSERT INTO "
+                "point SELECT i, '192.168.1.80', 'plant', 'meters', 'U' || i, '', 'float' FROM p;"
+                "WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 10799) INSERT INTO "
+                "sample SELECT id, %1 + i * 1000, i % (100 + id), NULL, 1 FROM point, n;"
+                "UPDATE sample SET number = 5000 WHERE point = 7 AND time = %1 + 4321000")
+            .arg(start));
+    QVector<PointId> points;
+    for (int point = 1; point <= 16; ++point) {
+        points.append(id(QString("U%1").arg(point)));
+    }
+    RecordingReader reader;
+    QCOMPARE(open(&reader), QString());
+    const QVector<Thinned> answers = answer(&reader, points, {0, 86400000}, 1000);
+    QCOMPARE(answers.size(), 16);
+    for (const Thinned &each : answers) {
+        QCOMPARE(each.statistics.count, qint64(10800));
+        QCOMPARE(each.pieces.size(), 1);
+        QVERIFY(each.pieces.first().size() <= 4000);
+    }
+    QVERIFY(answers.at(6).pieces.first().contains(QPointF(double(start + 4321000), 5000)));
+    QCOMPARE(answers.at(6).statistics.greatest, 5000.0);
+}
+
+void TestRecordingReader::opensByKeysAlone_data()
+{
+    QTest::addColumn<QString>("sql");
+    QTest::newRow("points")
+        << "SELECT id, (SELECT min(time) FROM sample WHERE sample.point = point.id), "
+           "(SELECT max(time) FROM sample WHERE sample.point = point.id) FROM point ORDER BY id";
+    QTest::newRow("samples") << "SELECT time, number, validity, text FROM sample "
+                                "WHERE point = 1 AND time >= 1 AND time <= 9 ORDER BY time LIMIT 1";
+    QTest::newRow("before")
+        << "SELECT time FROM sample WHERE point = 1 AND time < 9 ORDER BY time DESC LIMIT 1";
+    QTest::newRow("begin")
+        << "SELECT max((SELECT max(time) FROM sample WHERE point = point.id AND time < 9)) "
+           "FROM point WHERE box = '' AND project = '' AND standard = '' AND name = ''";
+}
+
+void TestRecordingReader::opensByKeysAlone()
+{
+    QFETCH(QString, sql);
+    record(file(path()), {});
+    const QString plan = asked(path(), "EXPLAIN QUERY PLAN " + sql).join('\n');
+    QVERIFY2(plan.contains("SEARCH sample USING PRIMARY KEY (point=?"), qPrintable(plan));
+    QVERIFY2(!plan.contains("SCAN sample") && !plan.contains("TEMP B-TREE"), qPrintable(plan));
+}
+
+void TestRecordingReader::growsWhileItIsRecorded()
+{
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() - start;
+    Recorder recorder;
+    recorder.setLimits(quick());
+    recorder.start(file(path()), {});
+    recorder.add(report(now, {reading("U", "1")}));
+    QTRY_COMPARE(recorder.status().samples, qint64(1));
+    RecordingReader reader;
+    QSignalSpy grown(&reader, &RecordingReader::grown);
+    QCOMPARE(open(&reader), QString());
+    QVERIFY(reader.isGrowing());
+    recorder.add(report(now + 10, {reading("U", "2"), reading("I", "3")}));
+    QVERIFY(grown.wait());
+    QCOMPARE(reader.points().size(), 2);
+    QCOMPARE(reader.extent(id("U")).to, start + now + 10);
+    QCOMPARE(shown(answer(&reader, {id("I")}, {now, now + 20}, 10).value(0)),
+             QString("[%1=3]").arg(now + 10));
+    QVERIFY(stopAndWait(&recorder));
+    QTRY_VERIFY(!reader.isGrowing());
+}
+
+void TestRecordingReader::recordingWithoutSamples()
+{
+    record(file(path()), {});
+    RecordingReader reader;
+    QCOMPARE(open(&reader), QString());
+    QVERIFY(reader.points().isEmpty());
+    QVERIFY(!reader.isGrowing());
+}
+
+void TestRecordingReader::readsWhileItIsLocked()
+{
+    recordSome();
+    RecordingReader reader;
+    QCOMPARE(open(&reader), QString());
+    QProcess locker;
+    locker.start("sqlite3", {path()});
+    locker.write("BEGIN EXCLUSIVE;\nSELECT 'locked';\n");
+    QVERIFY(locker.waitForReadyRead());
+    QSignalSpy failed(&reader, &RecordingReader::failed);
+    QSignalSpy thinned(&reader, &RecordingReader::thinned);
+    reader.request(this, {{id("U")}, {start + 1500, start + 2500}, 100});
+    QVERIFY(failed.wait());
+    QCOMPARE(failed.first().first().toString(), path() + " is locked by another program.");
+    QVERIFY(thinned.isEmpty());
+    locker.write("COMMIT;\n.quit\n");
+    QVERIFY(locker.waitForFinished());
+    QVERIFY(thinned.wait());
+    QCOMPARE(shown(thinned.first().at(2).value<QVector<Thinned>>().value(0)),
+             QString("[1000=1 2000=2 3000=3]"));
+    QCOMPARE(failed.size(), 1);
+}
+
+void TestRecordingReader::removedFileIsTold()
+{
+    recordSome();
+    RecordingReader reader;
+    QCOMPARE(open(&reader), QString());
+    QSignalSpy failed(&reader, &RecordingReader::failed);
+    QVERIFY(QFile::remove(path()));
+    QVERIFY(failed.wait());
+    QCOMPARE(failed.first().first().toString(), path() + " has been removed or renamed.");
+}
+
+// What another program has put into the tables.
+void TestRecordingReader::strangeRows()
+{
+    record(file(path()), {});
+    asked(path(),
+          QString("INSERT INTO point VALUES (5, '192.168.1.80', 'plant', 'meters', 'U', '', 'float');"
+                  "INSERT INTO sample VALUES (5, %1, 9e999, NULL, 1), (5, %1 + 1, 2, NULL, 77), "
+                  "(5, %1 + 2, NULL, NULL, 1), (5, %1 + 3, 'abc', NULL, 1), (5, %1 + 4, 3, NULL, 0), "
+                  "(5, %1 + 5, 4, NULL, 1), (5, 'later', 4, NULL, 1)")
+              .arg(start));
+    RecordingReader reader;
+    QCOMPARE(open(&reader), QString());
+    QCOMPARE(shown(reader.cursor(id("U"), {start, start + 100}).get()),
+             QString("0=nan:2 1=nan:0 2=nan:2 3=nan:2 4=nan:0 5=4:1"));
+    QCOMPARE(answer(&reader, {id("U")}, {0, 100}, 10).value(0).statistics.count, qint64(1));
+}
+
+QTEST_GUILESS_MAIN(TestRecordingReader)
+#include "tst_recordingreader.moc"
