@@ -15,9 +15,10 @@ Sample sampleOf(const QSqlQuery &query)
 {
     Sample sample;
     sample.time = query.value(0).toLongLong();
+    const QVariant number = query.value(1);
     bool isNumber = false;
-    sample.number = query.value(1).toDouble(&isNumber);
-    if (!isNumber || !std::isfinite(sample.number)) {
+    sample.number = number.toDouble(&isNumber);
+    if (!isNumber || number.isNull() || !std::isfinite(sample.number)) {
         sample.number = std::numeric_limits<double>::quiet_NaN();
     }
     const int state = query.value(2).toInt();

@@ -123,35 +123,57 @@ void RecordingDatabase::connectToServer(QSqlDatabase *base) const
 bool RecordingDatabase::check(Access access)
 {
     // An empty file is one in which nothing is recorded yet; a server may hold other tables.
-    const QVariant tables = cell(
-        isFile() ? QStringLiteral("SELECT count(*) FROM sqlite_master")
-                 : QStringLiteral("SELECT count(*) FROM pg_tables WHERE schemaname = current_schema() "
-                                  "AND tablename IN ('recording_info', 'recording', 'point', 'sample')"));
-    if (!tables.isValid()) {
+    const QString all = isFile()
+        ? QStringLiteral("SELECT count(*) FROM sqlite_master")
+        : QStringLiteral("SELECT count(*) FROM pg_tables WHERE schemaname = current_schema() "
+                         "AND tablename IN ('recording_info', 'recording', 'point', 'sample')");
+    QVariant tables;
+    if (!readCell(all, &tables)) {
         return false;
     }
-    if (tables.toInt() == 0 && access == Access::Write) {
-        return create();
+    return tables.toInt() == 0 && access == Access::Write ? create() : checkRecording();
+}
+
+bool RecordingDatabase::checkRecording()
+{
+    const QString own = isFile()
+        ? QStringLiteral("PRAGMA application_id")
+        : QStringLiteral("SELECT count(*) FROM pg_tables WHERE schemaname = current_schema() "
+                         "AND tablename = 'recording_info'");
+    QVariant mark;
+    if (!readCell(own, &mark)) {
+        return false;
     }
-    if (isFile() && cell(QStringLiteral("PRAGMA application_id")).toInt() != applicationId) {
-        return fail(tr("%1 is no recording.").arg(m_target.text()));
+    const QString none = tr("%1 is no recording.").arg(m_target.text());
+    if (mark.toInt() != (isFile() ? applicationId : 1)) {
+        return fail(none);
     }
-    if (isFile() && !isWhole()) {
-        return fail(tr("%1 is damaged or cut off.").arg(m_target.text()));
+    QVariant found;
+    if (!checkWhole()
+        || !readCell(QStringLiteral("SELECT value FROM recording_info WHERE key = 'schema'"), &found)) {
+        return false;
     }
-    const QVariant found = cell(QStringLiteral("SELECT value FROM recording_info WHERE key = 'schema'"));
     if (found.toInt() < 1) {
-        return fail(tr("%1 is no recording.").arg(m_target.text()));
+        return fail(none);
     }
     return found.toInt() <= schema
         || fail(tr("%1 is a recording of a newer version of this program.").arg(m_target.text()));
 }
 
 // SQLite itself does not mind if the last page is not all there.
-bool RecordingDatabase::isWhole()
+bool RecordingDatabase::checkWhole()
 {
-    const qint64 pages = cell(QStringLiteral("PRAGMA page_count")).toLongLong();
-    return pages * cell(QStringLiteral("PRAGMA page_size")).toLongLong() <= QFileInfo(m_target.file).size();
+    QVariant pages;
+    QVariant size; // of a page
+    if (!isFile()) {
+        return true;
+    }
+    if (!readCell(QStringLiteral("PRAGMA page_count"), &pages)
+        || !readCell(QStringLiteral("PRAGMA page_size"), &size)) {
+        return false;
+    }
+    return pages.toLongLong() * size.toLongLong() <= QFileInfo(m_target.file).size()
+        || fail(tr("%1 is damaged or cut off.").arg(m_target.text()));
 }
 
 bool RecordingDatabase::create()
@@ -182,7 +204,8 @@ bool RecordingDatabase::create()
 bool RecordingDatabase::rollBackLeftOver()
 {
     // SQLite does so by itself when it reads.
-    return connect(Access::Write) && cell(QStringLiteral("SELECT count(*) FROM sqlite_master")).isValid();
+    QVariant tables;
+    return connect(Access::Write) && readCell(QStringLiteral("SELECT count(*) FROM sqlite_master"), &tables);
 }
 
 bool RecordingDatabase::begin()
@@ -229,15 +252,14 @@ bool RecordingDatabase::run(const QString &sql)
     return query.exec(sql) || fail(query.lastError());
 }
 
-QVariant RecordingDatabase::cell(const QString &sql)
+bool RecordingDatabase::readCell(const QString &sql, QVariant *cell)
 {
-    QSqlQuery query(QSqlDatabase::database(m_name, false));
-    query.setForwardOnly(true);
-    if (!query.exec(sql)) {
-        fail(query.lastError());
-        return {};
+    QSqlQuery query = prepared(sql);
+    if (!run(&query)) {
+        return false;
     }
-    return query.next() ? query.value(0) : QVariant();
+    *cell = query.next() ? query.value(0) : QVariant();
+    return true;
 }
 
 bool RecordingDatabase::fail(const QString &why)

@@ -44,8 +44,8 @@ public:
     // Whether the query ended by a failure, and not after its last row.
     bool hasFailed(const QSqlQuery &query);
     bool run(const QString &sql);
-    // The first cell of the answer; invalid where there is no row, or on failure.
-    QVariant cell(const QString &sql);
+    // The first cell of the answer; invalid where there is no row. False on failure.
+    bool readCell(const QString &sql, QVariant *cell);
 
     QString error() const { return m_error; }
     // Whether the last failure was a lock, which others give back.
@@ -56,7 +56,8 @@ private:
     void connectToFile(QSqlDatabase *base, Access access) const;
     void connectToServer(QSqlDatabase *base) const;
     bool check(Access access);
-    bool isWhole();
+    bool checkRecording();
+    bool checkWhole();
     bool create();
     bool rollBackLeftOver();
     bool isFile() const { return m_target.kind == RecordingTarget::Kind::File; }

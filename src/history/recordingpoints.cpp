@@ -6,14 +6,16 @@
 
 bool RecordingPoints::read(RecordingDatabase *database)
 {
-    const QVariant open =
-        database->cell(QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"));
+    QVariant open;
+    if (!database->readCell(QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"), &open)) {
+        return false;
+    }
     // Two look-ups by the key of the samples for each point.
     QSqlQuery query = database->prepared(QStringLiteral(
         "SELECT id, box, project, standard, name, address, type, "
         "(SELECT min(time) FROM sample WHERE sample.point = point.id), "
         "(SELECT max(time) FROM sample WHERE sample.point = point.id) FROM point ORDER BY id"));
-    if (!open.isValid() || !database->run(&query)) {
+    if (!database->run(&query)) {
         return false;
     }
     m_isOpenEnded = open.toInt() > 0;

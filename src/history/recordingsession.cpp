@@ -87,10 +87,12 @@ void RecordingSession::poll()
 // Whether there may be more than has been read.
 bool RecordingSession::hasChanged()
 {
-    const QVariant version =
-        m_database.cell(m_isFile ? QStringLiteral("PRAGMA data_version")
-                                 : QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"));
-    const bool isOther = version != m_version;
+    QVariant version;
+    const bool isRead =
+        m_database.readCell(m_isFile ? QStringLiteral("PRAGMA data_version")
+                                     : QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"),
+                            &version);
+    const bool isOther = !isRead || version != m_version;
     m_version = version;
     return isOther || (!m_isFile && m_points->isOpenEnded());
 }
