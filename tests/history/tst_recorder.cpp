@@ -1,3 +1,4 @@
+#include "files.h"
 #include "history/recorder.h"
 #include "recordings.h"
 #include "run.h"
@@ -33,6 +34,7 @@ private slots:
     void statusTellsWhatIsWritten();
     void stoppedWithoutAReport();
     void writesInTransactions();
+    void documentedQueriesAnswer();
 
 private:
     QString path() const { return m_folder->filePath("plant.sqlite"); }
@@ -362,6 +364,42 @@ void TestRecorder::writesInTransactions()
     }
     QVERIFY2(passed.elapsed() < 3000, qPrintable(QString::number(passed.elapsed())));
     QVERIFY(stopAndWait(&recorder));
+}
+
+// Those of docs/recording.md, run as they stand there, but that they name this file.
+void TestRecorder::documentedQueriesAnswer()
+{
+    const qint64 noon =
+        QDateTime::fromString("2026-03-01T12:00:00Z", Qt::ISODate).toMSecsSinceEpoch() - start;
+    record(file(path()),
+           {report(noon, {reading("Voltage L1", "230.5")}),
+            report(noon + 1500, {reading("Voltage L1", "231.5")}),
+            report(noon + 2500, {reading("Voltage L1", "", "float", "0")})});
+    QStringList answers;
+    const QStringList blocks =
+        QString::fromUtf8(Files::contents(SOURCE_ROOT "/docs/recording.md")).split("\n\n");
+    for (QString block : blocks) {
+        if (!block.startsWith("    sqlite3")) {
+            continue;
+        }
+        block.replace("plant.sqlite", path());
+        block.remove(" > voltage.csv");
+        QProcess shell;
+        shell.setProcessChannelMode(QProcess::MergedChannels);
+        shell.start("env", {"TZ=UTC", "sh", "-c", block});
+        QVERIFY(shell.waitForFinished());
+        answers.append(QString::fromUtf8(shell.readAll()).remove('\r'));
+    }
+    QCOMPARE(answers.size(), 4);
+    QCOMPARE(answers.at(0), QString("2026-03-01 12:00:00|230.5\n2026-03-01 12:00:01|231.5\n"));
+    QCOMPARE(answers.at(1),
+             QString("time,value\n\"2026-03-01 12:00:00.000\",230.5\n"
+                     "\"2026-03-01 12:00:01.500\",231.5\n\"2026-03-01 12:00:02.500\",\n"));
+    QVERIFY2(answers.at(2).contains("│ 3       │ 2026-03-01 12:00:00 │ 2026-03-01 12:00:02 │"),
+             qPrintable(answers.at(2)));
+    QCOMPARE(answers.at(3),
+             QString("minute,min(number),avg(number),max(number)\n"
+                     "\"2026-03-01 12:00:00\",230.5,231.0,231.5\n"));
 }
 
 QTEST_GUILESS_MAIN(TestRecorder)
