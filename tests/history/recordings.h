@@ -18,6 +18,13 @@ namespace Recordings {
 constexpr qint64 start = 1700000000000; // ms since 1970 UTC
 constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
 
+// For a QTemporaryDir: where no file waits for a disk, if there is such a place.
+inline QString folderTemplate()
+{
+    const QString memory = "/dev/shm";
+    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + "/recordings-XXXXXX";
+}
+
 inline Reading reading(const QString &name, const QString &value, const QString &type = "float",
                        const QString &valid = "1")
 {

@@ -84,7 +84,7 @@ void TestRecordingReader::initTestCase()
 
 void TestRecordingReader::init()
 {
-    m_folder = std::make_unique<QTemporaryDir>();
+    m_folder = std::make_unique<QTemporaryDir>(folderTemplate());
 }
 
 QString TestRecordingReader::open(RecordingReader *reader) const

@@ -85,7 +85,7 @@ void TestRecordingTroubles::initTestCase()
 
 void TestRecordingTroubles::init()
 {
-    m_folder = std::make_unique<QTemporaryDir>();
+    m_folder = std::make_unique<QTemporaryDir>(folderTemplate());
     QVERIFY(QFile::setPermissions(m_folder->path(), QFile::Permissions(0x7777)));
 }
 
