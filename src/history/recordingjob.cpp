@@ -8,8 +8,9 @@ RecordingJob::RecordingJob(const RecordingTarget &target, const QSet<PointId> &p
     : m_target(target)
     , m_limits(limits)
     , m_queue(points, limits.queueBytes)
+    , m_peers(target, points, since)
     , m_rows(points)
-    , m_writer(target, since, limits.patience)
+    , m_writer(target, since, limits.patience, &m_peers)
 {
     m_status.state = Recorder::State::Recording;
     m_status.since = since;
@@ -78,7 +79,8 @@ bool RecordingJob::takeRows()
         }
     }
     if (entries.isEmpty() && stopTime >= 0) {
-        m_rows.end(stopTime);
+        m_peers.leave();
+        m_rows.end(stopTime, [this](const PointId &id) { return m_peers.recordingSince(id).has_value(); });
         m_progress.ended = stopTime;
     }
     m_unwritten = m_rows.takeRows();

@@ -26,6 +26,7 @@ private:
     const RecordingTarget m_target;
     const Recorder::Limits m_limits;
     RecordingQueue m_queue;
+    RecordingPeers m_peers;
     RecordingRows m_rows;
     RecordingWriter m_writer;
     QVector<RecordingRows::Row> m_unwritten;

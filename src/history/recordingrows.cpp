@@ -43,10 +43,12 @@ void RecordingRows::drop(const Readings &standard)
     breakAll(*standardOf(standard), standard.time, SampleState::Dropped);
 }
 
-void RecordingRows::end(qint64 time)
+void RecordingRows::end(qint64 time, const std::function<bool(const PointId &)> &goesOn)
 {
-    for (const Standard &standard : qAsConst(m_standards)) {
-        breakAll(standard, time, SampleState::Ended);
+    for (int curve = 0; curve < m_curves.size(); ++curve) {
+        if (!goesOn(m_points.at(m_curves.at(curve).point).point.id)) {
+            breakCurve(curve, time, SampleState::Ended);
+        }
     }
 }
 

@@ -7,6 +7,7 @@
 #include <QSet>
 #include <QVector>
 
+#include <functional>
 #include <limits>
 
 // Makes the samples of a recording out of reports, breaks included. Points are numbered in the order in which
@@ -30,8 +31,8 @@ public:
     void endSession(const QString &box, qint64 time);
     // Reports of the Standard have been dropped from that time on.
     void drop(const Readings &standard);
-    // The recording ends.
-    void end(qint64 time);
+    // The recording ends, but for the points with which others go on.
+    void end(qint64 time, const std::function<bool(const PointId &)> &goesOn);
 
     const QVector<Recorded> &points() const { return m_points; }
     // In the order of time within each curve.

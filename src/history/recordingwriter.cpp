@@ -46,8 +46,10 @@ QVariant numberOf(const Sample &sample)
 
 } // namespace
 
-RecordingWriter::RecordingWriter(const RecordingTarget &target, qint64 since, int patience)
+RecordingWriter::RecordingWriter(const RecordingTarget &target, qint64 since, int patience,
+                                 const RecordingPeers *peers)
     : m_since(since)
+    , m_peers(peers)
     , m_database(target)
 {
     m_database.setPatience(patience);
@@ -206,6 +208,10 @@ bool RecordingWriter::beginCurve(const Row &row, const PointId &id)
         return false;
     }
     if (!query.next() || query.isNull(0)) {
+        return true;
+    }
+    const auto others = m_peers->recordingSince(id);
+    if (others && query.value(0).toLongLong() >= *others) {
         return true;
     }
     ++m_breaks;

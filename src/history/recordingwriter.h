@@ -1,6 +1,7 @@
 #pragma once
 
 #include "history/recordingdatabase.h"
+#include "history/recordingpeers.h"
 #include "history/recordingrows.h"
 
 #include <optional>
@@ -21,7 +22,7 @@ public:
     };
 
     // Since: of the start of the recording, in ms since 1970 UTC.
-    RecordingWriter(const RecordingTarget &target, qint64 since, int patience);
+    RecordingWriter(const RecordingTarget &target, qint64 since, int patience, const RecordingPeers *peers);
 
     // Writes all of it in one transaction, or nothing: then it gives false, error() tells why, and the next
     // call opens the database anew. The rows refer to the points.
@@ -45,6 +46,7 @@ private:
     bool insert(QSqlQuery *statement, const Row *rows, int count);
 
     const qint64 m_since;
+    const RecordingPeers *m_peers;
     RecordingDatabase m_database;
     qint64 m_recording = -1; // its key; -1 before the first transaction
     Progress m_written;

@@ -30,6 +30,7 @@ private slots:
     void severalRecordingsInOneFile();
     void killedRecordingIsNotJoined();
     void twoRecordersInOneFile();
+    void recorderBesideAnother();
     void fullQueueDropsAndTells();
     void statusTellsWhatIsWritten();
     void stoppedWithoutAReport();
@@ -288,6 +289,29 @@ void TestRecorder::twoRecordersInOneFile()
     QCOMPARE(samples(path()).filter(QRegularExpression("1$")), expected);
     QCOMPARE(asked(path(), "SELECT count(*) FROM point"), QStringList{"1"});
     QCOMPARE(asked(path(), "SELECT count(*), count(ended) FROM recording"), QStringList{"2|2"});
+}
+
+// One that begins or ends later breaks no curve of the other.
+void TestRecorder::recorderBesideAnother()
+{
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() - start + 10000;
+    const auto at = [now](qint64 time) { return report(now + time, {reading("U", "1"), reading("I", "1")}); };
+    Recorder one;
+    one.setLimits(quick());
+    one.start(file(path()), {});
+    one.add(at(0));
+    QTRY_COMPARE(one.status().samples, qint64(2));
+    record(file(path()), {at(1000), at(2000)}, {id("U")});
+    one.add(at(1000));
+    one.add(at(2000));
+    one.add(at(3000));
+    QVERIFY(stopAndWait(&one));
+    QCOMPARE(asked(path(),
+                   QString("SELECT name, time - %1, validity FROM sample JOIN point ON id = point "
+                           "ORDER BY name, time")
+                       .arg(start + now)),
+             (QStringList{"I|0|1", "I|1000|1", "I|2000|1", "I|3000|1", "I|3001|4", "U|0|1", "U|1000|1",
+                          "U|2000|1", "U|3000|1", "U|3001|4"}));
 }
 
 // No report is taken while the file is locked, beyond what the queue holds.
