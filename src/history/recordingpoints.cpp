@@ -4,6 +4,8 @@
 
 #include <QVariant>
 
+#include <algorithm>
+
 bool RecordingPoints::read(RecordingDatabase *database)
 {
     QVariant open;
@@ -48,4 +50,14 @@ const RecordingPoints::Curve *RecordingPoints::find(const PointId &id) const
 {
     const auto place = m_places.constFind(id);
     return place == m_places.constEnd() ? nullptr : &m_curves.at(*place);
+}
+
+bool RecordingPoints::isSameAs(const RecordingPoints &other) const
+{
+    const auto isSame = [](const Curve &a, const Curve &b) {
+        return a.keys == b.keys && a.extent.from == b.extent.from && a.extent.to == b.extent.to;
+    };
+    return m_isOpenEnded == other.m_isOpenEnded
+        && std::equal(m_curves.cbegin(), m_curves.cend(), other.m_curves.cbegin(), other.m_curves.cend(),
+                      isSame);
 }

@@ -26,6 +26,8 @@ public:
     const Curve *find(const PointId &id) const;
     // Whether a recording has no end.
     bool isOpenEnded() const { return m_isOpenEnded; }
+    // Whether nothing has come since the other was read.
+    bool isSameAs(const RecordingPoints &other) const;
     // Of the latest sample of all, in ms since 1970 UTC.
     qint64 latest() const { return m_latest; }
 

@@ -41,13 +41,11 @@ void RecordingSession::ask(const Asked &asked)
 void RecordingSession::open()
 {
     auto points = std::make_shared<RecordingPoints>();
-    if (!m_database.open(RecordingDatabase::Access::Read) || !points->read(&m_database)) {
+    if (!m_database.open(RecordingDatabase::Access::Read) || !readVersion() || !points->read(&m_database)) {
         tellFailure();
         return;
     }
     m_points = points;
-    m_told.clear();
-    hasChanged();
     emit opened(points);
     m_timer.start();
     answerAll();
@@ -55,27 +53,30 @@ void RecordingSession::open()
 
 void RecordingSession::poll()
 {
-    if (!m_database.isInPlace()) {
-        m_timer.stop();
-        tellFailure();
-        return;
-    }
-    if (!hasChanged()) {
-        return;
+    if (!m_database.isOpen()) {
+        if (!m_database.open(RecordingDatabase::Access::Read)) {
+            return;
+        }
+        m_told.clear();
+        answerAll();
     }
     QElapsedTimer took;
     took.start();
+    const QVariant before = m_version;
+    const bool isOk = m_database.isInPlace() && readVersion();
+    if (isOk && m_version == before && (m_isFile || !m_points->isOpenEnded())) {
+        return;
+    }
     auto points = std::make_shared<RecordingPoints>();
-    if (!points->read(&m_database)) {
+    if (!isOk || !points->read(&m_database)) {
         m_version.clear();
         if (!m_database.isLocked()) {
             tellFailure();
+            m_database.close(); // the server or the file may come back
         }
         return;
     }
-    const bool isOther = points->latest() != m_points->latest()
-        || points->isOpenEnded() != m_points->isOpenEnded()
-        || points->curves().size() != m_points->curves().size();
+    const bool isOther = !points->isSameAs(*m_points);
     m_points = points;
     if (isOther) {
         emit grown(points);
@@ -84,22 +85,18 @@ void RecordingSession::poll()
     m_timer.setInterval(qMax(m_pollInterval, int(took.elapsed()) * 10));
 }
 
-// Whether there may be more than has been read.
-bool RecordingSession::hasChanged()
+// What changes whenever there may be more than has been read; of a server, while nothing is recorded.
+bool RecordingSession::readVersion()
 {
-    QVariant version;
-    const bool isRead =
-        m_database.readCell(m_isFile ? QStringLiteral("PRAGMA data_version")
-                                     : QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"),
-                            &version);
-    const bool isOther = !isRead || version != m_version;
-    m_version = version;
-    return isOther || (!m_isFile && m_points->isOpenEnded());
+    return m_database.readCell(m_isFile
+                                   ? QStringLiteral("PRAGMA data_version")
+                                   : QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"),
+                               &m_version);
 }
 
 void RecordingSession::answerAll()
 {
-    while (m_points && !m_isAbandoned) {
+    while (m_points && m_database.isOpen() && !m_isAbandoned) {
         Answer answer;
         {
             const QMutexLocker locker(&m_mutex);

@@ -48,7 +48,7 @@ private:
     enum class Result { Done, GivenUp, Failed };
 
     void poll();
-    bool hasChanged();
+    bool readVersion();
     bool isWanted(const Asked &asked);
     Result thinAll(Answer *answer);
     Result thin(const RecordingPoints::Curve &curve, const Asked &asked, Thinned *thinned);
@@ -59,7 +59,7 @@ private:
     RecordingDatabase m_database;
     std::shared_ptr<const RecordingPoints> m_points;
     QTimer m_timer;
-    QVariant m_version; // of the file, as far as it has been read
+    QVariant m_version; // of what has been read
     QString m_told;     // failure told last; empty after what went well
     std::atomic<bool> m_isAbandoned{false};
 

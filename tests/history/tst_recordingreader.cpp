@@ -345,6 +345,12 @@ void TestRecordingReader::removedFileIsTold()
     QVERIFY(QFile::remove(path()));
     QVERIFY(failed.wait());
     QCOMPARE(failed.first().first().toString(), path() + " has been removed or renamed.");
+    // As a recorder makes it anew.
+    QSignalSpy grown(&reader, &RecordingReader::grown);
+    record(file(path()), {report(500000, {reading("I", "1")})});
+    QVERIFY(grown.wait());
+    QTRY_COMPARE(reader.extent(id("I")).from, start + 500000);
+    QCOMPARE(failed.size(), 1);
 }
 
 // What another program has put into the tables.

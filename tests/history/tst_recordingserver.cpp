@@ -220,13 +220,23 @@ void TestRecordingServer::serverGoesAwayAndComesBack()
     recorder.start(m_server.target(), {});
     recorder.add(report(1000000, {reading("night", "1")}));
     QTRY_COMPARE(recorder.status().samples, qint64(1));
+    RecordingReader reader;
+    QSignalSpy opened(&reader, &RecordingReader::opened);
+    QSignalSpy failed(&reader, &RecordingReader::failed);
+    reader.setPollInterval(30);
+    reader.open(m_server.target());
+    QVERIFY(opened.wait());
     m_server.stop();
     recorder.add(report(1001000, {reading("night", "2")}));
     QTRY_COMPARE(recorder.status().state, Recorder::State::Troubled);
     QTRY_VERIFY(recorder.status().error.contains("can't be reached."));
+    QTRY_COMPARE(failed.size(), 1);
+    QVERIFY(failed.first().first().toString().contains("can't be reached."));
     QCOMPARE(m_server.start(), QString());
     QTRY_COMPARE(recorder.status().samples, qint64(2));
     QCOMPARE(recorder.status().bytes, qint64(-1));
+    QTRY_COMPARE(reader.extent(id("night")).to, start + 1001000);
+    QCOMPARE(failed.size(), 1);
     QVERIFY(stopAndWait(&recorder));
     QCOMPARE(walk("night"), QString("1:1 2:1 nan:4"));
 }
