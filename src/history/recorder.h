@@ -39,7 +39,7 @@ public:
 
     // For tests, mostly.
     struct Limits {
-        qint64 queueBytes = 32 * 1024 * 1024;
+        qint64 queueBytes = 32LL * 1024 * 1024;
         int interval = 500;  // ms between transactions
         int rows = 50000;    // about that many in a transaction
         int retry = 3000;    // ms until what failed is tried again

@@ -24,8 +24,8 @@ bool RecordingPoints::read(RecordingDatabase *database)
     while (query.next()) {
         const auto text = [&query](int column) { return query.value(column).toString(); };
         const Point point{{text(1), text(2), text(3), text(4)}, text(5), text(6)};
-        auto place = m_places.constFind(point.id);
-        if (place == m_places.constEnd()) {
+        auto place = m_places.find(point.id);
+        if (place == m_places.end()) {
             place = m_places.insert(point.id, m_curves.size());
             m_curves.append({point, {}, {0, -1}});
         }
@@ -43,7 +43,7 @@ bool RecordingPoints::read(RecordingDatabase *database)
             isFirst ? own : TimeRange{qMin(curve.extent.from, own.from), qMax(curve.extent.to, own.to)};
         m_latest = qMax(m_latest, own.to);
     }
-    return true;
+    return !database->hasFailed(query);
 }
 
 const RecordingPoints::Curve *RecordingPoints::find(const PointId &id) const

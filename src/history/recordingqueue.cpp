@@ -9,7 +9,7 @@ namespace {
 
 qint64 bytesOf(const QString &text)
 {
-    return text.isNull() ? 0 : qint64(sizeof(QString::Data)) + 2 * text.size();
+    return text.isNull() ? 0 : qint64(sizeof(QString::Data)) + qint64(sizeof(QChar)) * text.size();
 }
 
 // As if nothing of it were shared with others.

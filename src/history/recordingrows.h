@@ -57,10 +57,10 @@ private:
     Standard *standardOf(const Readings &report);
     int curveOf(Standard *standard, int place, const Reading &reading);
     int addCurve(Standard *standard, const Reading &reading);
-    void setPoint(int curve, const PointId &id, const Reading &reading);
-    void take(int curve, qint64 time, const Reading &reading);
+    void setPoint(int number, const PointId &id, const Reading &reading);
+    void take(int number, qint64 time, const Reading &reading);
     void breakAll(const Standard &standard, qint64 time, SampleState state);
-    void breakCurve(int curve, qint64 time, SampleState state);
+    void breakCurve(int number, qint64 time, SampleState state);
 
     const QSet<PointId> m_wanted;
     QVector<Standard> m_standards;

@@ -173,12 +173,13 @@ void TestRecordingServer::recordsAndReads()
         report(300000, {reading(name, "0.1"), reading("event", "it's\\'?"), reading("none", "nan")}));
     reports.append(report(301000,
                           {reading(name, "9007199254740993", "int64"), reading("event", "", "string"),
-                           reading("none", QString("a\0b").left(1), "string")}));
+                           reading("none", QString::fromLatin1("a\0b", 3), "string")}));
     QCOMPARE(record(m_server.target(), reports).error, QString());
     QCOMPARE(walk(name),
              QString("0.10000000000000001:1 9007199254740992"
                      "9007199254740993:1 nan:4"));
     QCOMPARE(walk("event"), QString("nanit's\\'?:2 nan:1 nan:4"));
+    QCOMPARE(walk("none"), QString::fromUtf8("nannan:2 nana\uFFFDb:1 nan:4"));
     QCOMPARE(walk("many").section(' ', 0, 1), QString("0:1 0.14285714285714285:1"));
     QCOMPARE(walk("many").count(' '), 200); // and the gap
 
