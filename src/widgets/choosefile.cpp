@@ -57,6 +57,8 @@ QString chooseSaveFile(QWidget *parent, const QString &caption, const QString &f
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setFileMode(QFileDialog::AnyFile);
     dialog->setDefaultSuffix(endingOf(filter));
+    QObject::connect(dialog, &QFileDialog::filterSelected, dialog,
+                     [dialog](const QString &selected) { dialog->setDefaultSuffix(endingOf(selected)); });
     if (!name.isEmpty()) {
         dialog->selectFile(asFileName(name) + QLatin1Char('.') + endingOf(filter));
     }

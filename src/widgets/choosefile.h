@@ -10,9 +10,9 @@ class QWidget;
 
 // The path of an existing file that the user chooses.
 QString chooseOpenFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter);
-// The path of a file to be written, which may exist if the user agrees to replace it. The filter is of one
-// ending, which a name that is typed without one gets. The name is offered, without what no file may have
-// in its name; it may be empty.
+// The path of a file to be written, which may exist if the user agrees to replace it. The filter, or each of
+// several with ";;" between them, is of one ending, which a name that is typed without one gets. The name is
+// offered, without what no file may have in its name; it may be empty.
 QString chooseSaveFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter,
                        const QString &name = {});
 

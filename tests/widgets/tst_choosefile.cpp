@@ -3,6 +3,7 @@
 #include "files.h"
 #include "modaldialogs.h"
 
+#include <QComboBox>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPointer>
@@ -31,6 +32,7 @@ private slots:
     void offersANameThatAnyFileMayHave();
     void addsTheEndingThatWasNotTyped_data();
     void addsTheEndingThatWasNotTyped();
+    void addsTheEndingOfTheChosenFilter();
 
 private:
     static void questions();
@@ -157,6 +159,18 @@ void TestChooseFile::addsTheEndingThatWasNotTyped()
     });
     QCOMPARE(chooseSaveFile(m_parent.get(), "Caption", QDir::currentPath(), "Texts (*.txt)", "offered"),
              QDir::current().filePath(chosen));
+}
+
+void TestChooseFile::addsTheEndingOfTheChosenFilter()
+{
+    m_dialogs->expect([](QWidget *dialog) {
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText("values");
+        auto *filters = dialog->findChild<QComboBox *>("fileTypeCombo");
+        QTest::keyClick(filters, Qt::Key_Down);
+        QMetaObject::invokeMethod(dialog, "accept");
+    });
+    QCOMPARE(chooseSaveFile(m_parent.get(), "Caption", QDir::currentPath(), "Texts (*.txt);;Tables (*.csv)"),
+             QDir::current().filePath("values.csv"));
 }
 
 QTEST_MAIN(TestChooseFile)
