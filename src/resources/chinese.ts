@@ -1021,6 +1021,101 @@
     </message>
 </context>
 <context>
+    <name>FigureTable</name>
+    <message>
+        <source>Point</source>
+        <translation>点</translation>
+    </message>
+    <message>
+        <source>The point; the check shows its curve or hides it</source>
+        <translation>点；勾选以显示其曲线</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Data type of the reports</source>
+        <translation>上报的数据类型</translation>
+    </message>
+    <message>
+        <source>Current</source>
+        <translation>当前</translation>
+    </message>
+    <message>
+        <source>The last number on screen</source>
+        <translation>屏幕上的最后一个数值</translation>
+    </message>
+    <message>
+        <source>Least</source>
+        <translation>最小</translation>
+    </message>
+    <message>
+        <source>The least number on screen</source>
+        <translation>屏幕上的最小数值</translation>
+    </message>
+    <message>
+        <source>Greatest</source>
+        <translation>最大</translation>
+    </message>
+    <message>
+        <source>The greatest number on screen</source>
+        <translation>屏幕上的最大数值</translation>
+    </message>
+    <message>
+        <source>Mean</source>
+        <translation>平均</translation>
+    </message>
+    <message>
+        <source>The mean over the time on screen, without gaps</source>
+        <translation>屏幕上时间段内的平均值，不含中断</translation>
+    </message>
+    <message>
+        <source>Skipped</source>
+        <translation>已略过</translation>
+    </message>
+    <message>
+        <source>Values on screen that are no numbers and are not drawn</source>
+        <translation>屏幕上不是数值、因而未绘制的值</translation>
+    </message>
+    <message>
+        <source>The value at marker A</source>
+        <translation>标记 A 处的值</translation>
+    </message>
+    <message>
+        <source>The value at marker B</source>
+        <translation>标记 B 处的值</translation>
+    </message>
+    <message>
+        <source>The value at marker B less that at marker A</source>
+        <translation>标记 B 处的值减去标记 A 处的值</translation>
+    </message>
+    <message>
+        <source>Scale</source>
+        <translation>刻度</translation>
+    </message>
+    <message>
+        <source>The check puts the curve on the scale on the right</source>
+        <translation>勾选以使曲线使用右侧刻度</translation>
+    </message>
+    <message>
+        <source>Curves and their figures</source>
+        <translation>曲线及其数值</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Right</source>
+        <translation>右侧</translation>
+    </message>
+    <message>
+        <source>Left</source>
+        <translation>左侧</translation>
+    </message>
+</context>
+<context>
     <name>ImportDataDialog</name>
     <message>
         <source>Name</source>
@@ -1785,6 +1880,29 @@
     <message>
         <source>Main window pointer is not set.</source>
         <translation>找不到主窗口。</translation>
+    </message>
+</context>
+<context>
+    <name>PointPicker</name>
+    <message>
+        <source>Add</source>
+        <translation>添加</translation>
+    </message>
+    <message>
+        <source>Add Points</source>
+        <translation>添加点</translation>
+    </message>
+    <message>
+        <source>Filter by name</source>
+        <translation>按名称筛选</translation>
+    </message>
+    <message>
+        <source>Points</source>
+        <translation>点</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
     </message>
 </context>
 <context>
@@ -3501,6 +3619,212 @@
     <message>
         <source>Copy</source>
         <translation>复制</translation>
+    </message>
+</context>
+<context>
+    <name>TrendPicture</name>
+    <message>
+        <source>%1 more</source>
+        <translation>另有 %1 条</translation>
+    </message>
+</context>
+<context>
+    <name>TrendPlot</name>
+    <message>
+        <source>Curves</source>
+        <translation>曲线</translation>
+    </message>
+    <message>
+        <source>Time of arrival at this computer</source>
+        <translation>到达本计算机的时间</translation>
+    </message>
+</context>
+<context>
+    <name>TrendSaver</name>
+    <message>
+        <source>Save Picture</source>
+        <translation>保存图片</translation>
+    </message>
+    <message>
+        <source>PNG Pictures (*.png)</source>
+        <translation>PNG 图片 (*.png)</translation>
+    </message>
+    <message>
+        <source>SVG Pages (*.svg)</source>
+        <translation>SVG 页面 (*.svg)</translation>
+    </message>
+    <message>
+        <source>The file %1 could not be written.</source>
+        <translation>无法写入文件 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>TrendTexts</name>
+    <message>
+        <source>not valid</source>
+        <translation>非有效</translation>
+    </message>
+    <message>
+        <source>no number</source>
+        <translation>不是数值</translation>
+    </message>
+    <message>
+        <source>no report</source>
+        <translation>没有上报</translation>
+    </message>
+    <message>
+        <source>session ended</source>
+        <translation>会话结束</translation>
+    </message>
+    <message>
+        <source>not recorded</source>
+        <translation>未记录</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 小时</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 分钟</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 秒</translation>
+    </message>
+</context>
+<context>
+    <name>TrendTools</name>
+    <message>
+        <source>Follow</source>
+        <translation>跟随</translation>
+    </message>
+    <message>
+        <source>Follows the present, or pauses (Space)</source>
+        <translation>跟随当前时间，或暂停 (Space)</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>返回</translation>
+    </message>
+    <message>
+        <source>Back to what was shown before (Esc)</source>
+        <translation>返回之前的显示 (Esc)</translation>
+    </message>
+    <message>
+        <source>Zoom In</source>
+        <translation>放大</translation>
+    </message>
+    <message>
+        <source>Shows less time (+)</source>
+        <translation>显示较短的时间 (+)</translation>
+    </message>
+    <message>
+        <source>Zoom Out</source>
+        <translation>缩小</translation>
+    </message>
+    <message>
+        <source>Shows more time (-)</source>
+        <translation>显示较长的时间 (-)</translation>
+    </message>
+    <message>
+        <source>Markers</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>Two markers, A and B, with their differences (M)</source>
+        <translation>两个标记 A 和 B 及其差值 (M)</translation>
+    </message>
+    <message>
+        <source>Add...</source>
+        <translation>添加...</translation>
+    </message>
+    <message>
+        <source>Adds points to this trend (Insert)</source>
+        <translation>向此趋势添加点 (Insert)</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>记录</translation>
+    </message>
+    <message>
+        <source>Records the points of this trend, or stops that (Ctrl+R)</source>
+        <translation>记录此趋势的点，或停止记录 (Ctrl+R)</translation>
+    </message>
+    <message>
+        <source>Open...</source>
+        <translation>打开...</translation>
+    </message>
+    <message>
+        <source>Opens a recording (Ctrl+O)</source>
+        <translation>打开记录 (Ctrl+O)</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Copies the picture, and the figures as text (Ctrl+Shift+C)</source>
+        <translation>复制图片，以及文本形式的数值 (Ctrl+Shift+C)</translation>
+    </message>
+    <message>
+        <source>Save Picture</source>
+        <translation>保存图片</translation>
+    </message>
+    <message>
+        <source>Saves the trend as a picture (Ctrl+S)</source>
+        <translation>将趋势保存为图片 (Ctrl+S)</translation>
+    </message>
+    <message>
+        <source>Save Values</source>
+        <translation>保存数值</translation>
+    </message>
+    <message>
+        <source>Saves the values on screen as CSV (Ctrl+E)</source>
+        <translation>将屏幕上的数值保存为 CSV (Ctrl+E)</translation>
+    </message>
+    <message>
+        <source>How much time is shown (1 to 9 and 0 in the plot)</source>
+        <translation>显示的时间长度（图中按 1 至 9 和 0）</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 分钟</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 小时</translation>
+    </message>
+    <message>
+        <source>S&amp;pan:</source>
+        <translation>时间跨度(&amp;P)：</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 秒</translation>
+    </message>
+</context>
+<context>
+    <name>TrendWindow</name>
+    <message>
+        <source>Drop rows of live values here, or press Add...</source>
+        <translation>将实时数据的行拖到此处，或按“添加...”</translation>
+    </message>
+    <message>
+        <source>Recording</source>
+        <translation>正在记录</translation>
+    </message>
+    <message>
+        <source>The source of these values is closed</source>
+        <translation>这些数值的来源已关闭</translation>
+    </message>
+    <message>
+        <source>Trend</source>
+        <translation>趋势</translation>
+    </message>
+    <message>
+        <source>Trend: %1</source>
+        <translation>趋势：%1</translation>
     </message>
 </context>
 <context>

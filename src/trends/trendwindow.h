@@ -2,8 +2,25 @@
 
 #include "history/samplesource.h"
 
+#include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QSet>
+#include <QTimer>
 #include <QWidget>
+
+#include "trends/trendtools.h"
+
+class FigureModel;
+class FigureTable;
+class QLabel;
+class QStackedWidget;
+class QuietLine;
+class Readout;
+class TrendFeed;
+class TrendMarks;
+class TrendPicture;
+class TrendPlot;
+class ViewControl;
 
 // One trend: curves of points over time, with a table of their figures below. A window of its own.
 class TrendWindow : public QWidget
@@ -23,10 +40,66 @@ public:
     // A row below the tools for who records: a line of text, empty for none, with a red mark before it.
     void setRecordingLine(const QString &text);
 
+    inline static int tick = 250; // ms between two pictures while following; for tests to shorten
+
 signals:
-    // A tool was used: record the window's points, or stop that; show another recording; add points.
+    // A tool was used: record the window's points, or stop that; show another recording.
     void recordAsked();
     void openAsked();
     // Rows of a live table were dropped on it; the object is the table.
     void dropped(QObject *table);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void layOut();
+    QWidget *makeRecordingRow();
+    void addKeys();
+    void connectParts();
+    void connectSource();
+    void use(TrendTools::Tool tool);
+    void choosePoints();
+    void removeRows(const QVector<int> &rows);
+    void showFirstView();
+    void followPresent();
+    qint64 present() const;
+    TimeRange extent() const;
+    void ask();
+    void take(const SampleSource::Request &request, const QVector<Thinned> &answers);
+    void scheduleRedraw();
+    void redraw();
+    void showMarkers();
+    void showReadout();
+    void showTools();
+    void showTitle();
+    void tell(const QString &text);
+    bool isGrowing() const;
+    TrendPicture picture() const;
+    QString fileName() const;
+
+    TrendFeed *m_feed;
+    TrendTools *m_tools;
+    TrendPlot *m_plot;
+    FigureTable *m_table;
+    FigureModel *m_figures;
+    TrendMarks *m_marks;
+    ViewControl *m_control;
+    Readout *m_readout;
+    QWidget *m_recording;
+    QuietLine *m_recordingLine;
+    QuietLine *m_markerLine;
+    QLabel *m_note;
+    QLabel *m_hint;
+    QStackedWidget *m_pages;
+    QTimer m_redraw;
+    QElapsedTimer m_sinceRedraw;
+    QBasicTimer m_tick;
+    bool m_hasGrown = false;
+    bool m_isNew = true; // no curve was ever shown
 };

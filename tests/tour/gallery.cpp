@@ -1,4 +1,5 @@
 #include "gallery.h"
+#include "trendexhibit.h"
 
 #include "boxes/boxeditdialog.h"
 #include "boxes/boxinputdialog.h"
@@ -464,6 +465,9 @@ QVector<Exhibit> galleryExhibits()
          server<ServerSL651EditDialog>("SL651", rows({"Pump station|level|39", "Pump station|flow|27"}))},
         {"import-data", Place::Window, importData},
         {"monitoring", Place::Window, monitoring},
+        {"trend", Place::Window, [](GalleryStock &) { return TrendExhibit::full(); }},
+        {"trend-empty", Place::Window, [](GalleryStock &) { return TrendExhibit::empty(); }},
+        {"trend-points", Place::Window, [](GalleryStock &) { return TrendExhibit::points(); }},
         {"about", Place::Window, about},
         {"status", Place::Window, status},
         {"window", Place::Window, mainWindow},

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "history/point.h"
+#include "history/thinned.h"
+#include "trends/valuescale.h"
+
+// A point in a trend: how it is shown, and what was answered last.
+struct Curve {
+    Point point;
+    QString label;
+    int style = 0; // of CurveStyle
+    bool shown = true;
+    Side side = Side::Left;
+    bool hasSide = false; // chosen by the user, or suggested since there were numbers
+    Thinned data;
+};

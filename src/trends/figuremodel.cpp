@@ -1,0 +1,317 @@
+#include "trends/figuremodel.h"
+
+#include "trends/curvestyle.h"
+#include "trends/figuretable.h"
+#include "trends/pointlabels.h"
+#include "trends/trendtexts.h"
+
+#include <QHash>
+#include <QIcon>
+#include <QSet>
+
+#include <algorithm>
+
+namespace {
+
+struct Title {
+    const char *title;
+    const char *toolTip;
+};
+constexpr Title titles[FigureModel::ColumnCount] = {
+    {QT_TRANSLATE_NOOP("FigureTable", "Point"),
+     QT_TRANSLATE_NOOP("FigureTable", "The point; the check shows its curve or hides it")},
+    {QT_TRANSLATE_NOOP("FigureTable", "Type"), QT_TRANSLATE_NOOP("FigureTable", "Data type of the reports")},
+    {QT_TRANSLATE_NOOP("FigureTable", "Current"),
+     QT_TRANSLATE_NOOP("FigureTable", "The last number on screen")},
+    {QT_TRANSLATE_NOOP("FigureTable", "Least"),
+     QT_TRANSLATE_NOOP("FigureTable", "The least number on screen")},
+    {QT_TRANSLATE_NOOP("FigureTable", "Greatest"),
+     QT_TRANSLATE_NOOP("FigureTable", "The greatest number on screen")},
+    {QT_TRANSLATE_NOOP("FigureTable", "Mean"),
+     QT_TRANSLATE_NOOP("FigureTable", "The mean over the time on screen, without gaps")},
+    {QT_TRANSLATE_NOOP("FigureTable", "Skipped"),
+     QT_TRANSLATE_NOOP("FigureTable", "Values on screen that are no numbers and are not drawn")},
+    {"A", QT_TRANSLATE_NOOP("FigureTable", "The value at marker A")},
+    {"B", QT_TRANSLATE_NOOP("FigureTable", "The value at marker B")},
+    {"B − A", QT_TRANSLATE_NOOP("FigureTable", "The value at marker B less that at marker A")},
+    {QT_TRANSLATE_NOOP("FigureTable", "Scale"),
+     QT_TRANSLATE_NOOP("FigureTable", "The check puts the curve on the scale on the right")},
+};
+
+// Figures stand on the right, as in all columns of numbers.
+int alignmentOf(int column)
+{
+    const bool isFigure = column >= FigureModel::Current && column <= FigureModel::Difference;
+    return int(Qt::AlignVCenter) | int(isFigure ? Qt::AlignRight : Qt::AlignLeft);
+}
+
+bool isChecked(const QVariant &value)
+{
+    return value.toInt() == Qt::Checked;
+}
+
+QVariant checkOf(bool on)
+{
+    return on ? Qt::Checked : Qt::Unchecked;
+}
+
+} // namespace
+
+FigureModel::FigureModel(QWidget *list, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_list(list)
+{
+}
+
+QVector<Point> FigureModel::points() const
+{
+    QVector<Point> points;
+    for (const Curve &curve : m_curves) {
+        points.append(curve.point);
+    }
+    return points;
+}
+
+QVector<PointId> FigureModel::add(const QVector<Point> &points)
+{
+    QSet<PointId> known;
+    for (const Curve &curve : qAsConst(m_curves)) {
+        known.insert(curve.point.id);
+    }
+    QVector<Point> fresh;
+    QVector<PointId> ids;
+    for (const Point &point : points) {
+        if (!known.contains(point.id)) {
+            known.insert(point.id);
+            fresh.append(point);
+            ids.append(point.id);
+        }
+    }
+    if (fresh.isEmpty()) {
+        return {};
+    }
+    beginInsertRows({}, m_curves.size(), m_curves.size() + fresh.size() - 1);
+    for (const Point &point : qAsConst(fresh)) {
+        Curve curve;
+        curve.point = point;
+        curve.style = freeStyle();
+        m_curves.append(curve);
+    }
+    endInsertRows();
+    relabel();
+    emit curvesChanged();
+    return ids;
+}
+
+PointId FigureModel::remove(int row)
+{
+    const PointId id = m_curves.at(row).point.id;
+    beginRemoveRows({}, row, row);
+    m_curves.remove(row);
+    endRemoveRows();
+    relabel();
+    emit curvesChanged();
+    return id;
+}
+
+// The first that no curve has; with more curves than styles the next in turn.
+int FigureModel::freeStyle() const
+{
+    for (int style = 0; style < CurveStyle::count; ++style) {
+        const bool isUsed = std::any_of(m_curves.cbegin(), m_curves.cend(),
+                                        [style](const Curve &curve) { return curve.style == style; });
+        if (!isUsed) {
+            return style;
+        }
+    }
+    return m_curves.size() % CurveStyle::count;
+}
+
+void FigureModel::relabel()
+{
+    const QStringList labels = PointLabels::of(points());
+    for (int row = 0; row < m_curves.size(); ++row) {
+        m_curves[row].label = labels.at(row);
+    }
+    if (!m_curves.isEmpty()) {
+        emit dataChanged(index(0, Name), index(m_curves.size() - 1, Name));
+    }
+}
+
+void FigureModel::setAnswers(const QVector<PointId> &points, const QVector<Thinned> &answers)
+{
+    QHash<PointId, int> places;
+    for (int place = 0; place < qMin(points.size(), answers.size()); ++place) {
+        places.insert(points.at(place), place);
+    }
+    for (Curve &curve : m_curves) {
+        const int place = places.value(curve.point.id, -1);
+        if (place >= 0) {
+            curve.data = answers.at(place);
+            suggestSide(&curve);
+        }
+    }
+    if (!m_curves.isEmpty()) {
+        emit dataChanged(index(0, Type), index(m_curves.size() - 1, ColumnCount - 1));
+    }
+}
+
+void FigureModel::suggestSide(Curve *curve) const
+{
+    if (curve->hasSide || curve->data.statistics.count == 0) {
+        return;
+    }
+    QVector<Statistics> left;
+    for (const Curve &other : m_curves) {
+        if (other.hasSide && other.side == Side::Left) {
+            left.append(other.data.statistics);
+        }
+    }
+    curve->side = ValueScale::suggested(curve->data.statistics, left);
+    curve->hasSide = true;
+}
+
+void FigureModel::setMarkers(const Markers &markers)
+{
+    m_markers = markers;
+    if (!m_curves.isEmpty()) {
+        emit dataChanged(index(0, AtA), index(m_curves.size() - 1, Difference));
+    }
+}
+
+bool FigureModel::hasSkipped() const
+{
+    return std::any_of(m_curves.cbegin(), m_curves.cend(),
+                       [](const Curve &curve) { return curve.data.statistics.notNumbers > 0; });
+}
+
+int FigureModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_curves.size();
+}
+
+int FigureModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : int(ColumnCount);
+}
+
+QVariant FigureModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid()) {
+        return {};
+    }
+    const Curve &curve = m_curves.at(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return textOf(curve, index.column());
+    case Qt::ToolTipRole:
+        return index.column() == Name ? PointLabels::inFull(curve.point) : textOf(curve, index.column());
+    case Qt::DecorationRole:
+        return index.column() == Name
+            ? QVariant(CurveStyle::swatch(curve.style, m_list, FigureTable::swatchSize))
+            : QVariant();
+    case Qt::CheckStateRole:
+        if (index.column() == Name) {
+            return checkOf(curve.shown);
+        }
+        return index.column() == RightScale ? checkOf(curve.side == Side::Right) : QVariant();
+    case Qt::TextAlignmentRole:
+        return alignmentOf(index.column());
+    default:
+        return {};
+    }
+}
+
+QVariant FigureModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || section < 0 || section >= ColumnCount) {
+        return {};
+    }
+    const Title &title = titles[section];
+    if (role == Qt::DisplayRole) {
+        return FigureTable::tr(title.title);
+    }
+    if (role == Qt::TextAlignmentRole) {
+        return alignmentOf(section);
+    }
+    return role == Qt::ToolTipRole ? QVariant(FigureTable::tr(title.toolTip)) : QVariant();
+}
+
+Qt::ItemFlags FigureModel::flags(const QModelIndex &index) const
+{
+    Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    if (index.isValid() && (index.column() == Name || index.column() == RightScale)) {
+        flags |= Qt::ItemIsUserCheckable;
+    }
+    return flags;
+}
+
+bool FigureModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    if (!index.isValid() || role != Qt::CheckStateRole) {
+        return false;
+    }
+    Curve &curve = m_curves[index.row()];
+    if (index.column() == Name) {
+        curve.shown = isChecked(value);
+    } else if (index.column() == RightScale) {
+        curve.side = isChecked(value) ? Side::Right : Side::Left;
+        curve.hasSide = true;
+    } else {
+        return false;
+    }
+    emit dataChanged(index, index, {Qt::CheckStateRole});
+    emit curvesChanged();
+    return true;
+}
+
+QString FigureModel::textOf(const Curve &curve, int column) const
+{
+    const Statistics &figures = curve.data.statistics;
+    const auto number = [&figures](double value) {
+        return figures.count > 0 ? TrendTexts::ofNumber(value) : QStringLiteral("–");
+    };
+    switch (column) {
+    case Name:
+        return curve.label;
+    case Type:
+        return curve.point.type;
+    case Current:
+        return number(figures.current);
+    case Least:
+        return number(figures.least);
+    case Greatest:
+        return number(figures.greatest);
+    case Mean:
+        return number(figures.mean);
+    case Skipped:
+        return figures.notNumbers > 0 ? QString::number(figures.notNumbers) : QString();
+    case AtA:
+        return atMarker(curve, 0);
+    case AtB:
+        return atMarker(curve, 1);
+    case Difference:
+        return difference(curve);
+    case RightScale:
+        return curve.side == Side::Right ? FigureTable::tr("Right") : FigureTable::tr("Left");
+    default:
+        return {};
+    }
+}
+
+QString FigureModel::atMarker(const Curve &curve, int marker) const
+{
+    const std::optional<qint64> time = m_markers.times[marker];
+    return time ? TrendTexts::ofValue(ValueAt::of(curve.data, *time)).simplified() : QString();
+}
+
+QString FigureModel::difference(const Curve &curve) const
+{
+    if (!m_markers.areBothSet()) {
+        return {};
+    }
+    const ValueAt a = ValueAt::of(curve.data, *m_markers.times[0]);
+    const ValueAt b = ValueAt::of(curve.data, *m_markers.times[1]);
+    const bool areNumbers = a.kind == ValueAt::Kind::Number && b.kind == ValueAt::Kind::Number;
+    return areNumbers ? TrendTexts::ofNumber(b.number - a.number) : QStringLiteral("–");
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "trends/curve.h"
+#include "trends/markerlines.h"
+
+#include <QAbstractTableModel>
+
+class QWidget;
+
+// The curves of a window, a row each, with their figures over what is on screen. Checks show and hide a curve
+// and choose its scale.
+class FigureModel : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    enum Column {
+        Name, // with the check that shows the curve
+        Type,
+        Current,
+        Least,
+        Greatest,
+        Mean,
+        Skipped,
+        AtA,
+        AtB,
+        Difference,
+        RightScale,
+        ColumnCount
+    };
+
+    // The list, not owned, gives the colours of the pieces of lines beside the names.
+    FigureModel(QWidget *list, QObject *parent);
+
+    const QVector<Curve> &curves() const { return m_curves; }
+    QVector<Point> points() const;
+    // Those that are there already stay as they are. Returns those that are new.
+    QVector<PointId> add(const QVector<Point> &points);
+    PointId remove(int row);
+    // An answer an element; of points that are not here nothing is taken.
+    void setAnswers(const QVector<PointId> &points, const QVector<Thinned> &answers);
+    void setMarkers(const Markers &markers);
+
+    bool hasSkipped() const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+
+signals:
+    // Curves came or went, or one is shown otherwise than before.
+    void curvesChanged();
+
+private:
+    QString textOf(const Curve &curve, int column) const;
+    QString difference(const Curve &curve) const;
+    QString atMarker(const Curve &curve, int marker) const;
+    void suggestSide(Curve *curve) const;
+    void relabel();
+    int freeStyle() const;
+
+    QWidget *m_list;
+    QVector<Curve> m_curves;
+    Markers m_markers;
+};

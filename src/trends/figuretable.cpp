@@ -1,0 +1,85 @@
+#include "trends/figuretable.h"
+
+#include "trends/figuremodel.h"
+#include "widgets/svgicon.h"
+#include "widgets/tablecopy.h"
+
+#include <QAction>
+#include <QHeaderView>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int figureChars = 11; // wide enough for most numbers; a tool tip tells longer ones
+constexpr int fewRows = 3;      // of the height that the table asks for
+constexpr int manyRows = 7;
+
+} // namespace
+
+FigureTable::FigureTable(QWidget *parent)
+    : QTableView(parent)
+    , m_figures(new FigureModel(this, this))
+{
+    setObjectName(QStringLiteral("figures"));
+    setAccessibleName(tr("Curves and their figures"));
+    setModel(m_figures);
+    setSelectionBehavior(SelectRows);
+    setTabKeyNavigation(false); // else Tab would never leave it
+    setIconSize(swatchSize);
+    setWordWrap(false);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    TableCopy::install(this);
+    auto *remove = new QAction(svgIcon(QStringLiteral(":/adsdemo/images/Delete.svg")), tr("Remove"), this);
+    remove->setObjectName(QStringLiteral("remove"));
+    remove->setShortcut(Qt::Key_Delete);
+    remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    addAction(remove);
+    connect(remove, &QAction::triggered, this, &FigureTable::askToRemove);
+    setUpColumns();
+}
+
+void FigureTable::setUpColumns()
+{
+    QHeaderView *header = horizontalHeader();
+    header->setHighlightSections(false);
+    const int figure = fontMetrics().averageCharWidth() * figureChars + 12;
+    for (int column = 0; column < FigureModel::ColumnCount; ++column) {
+        header->resizeSection(column, qMax(figure, header->sectionSizeHint(column)));
+    }
+    header->setMinimumSectionSize(header->sectionSizeHint(FigureModel::AtA));
+    header->setSectionResizeMode(FigureModel::Name, QHeaderView::Stretch);
+    showColumns(false, false);
+}
+
+void FigureTable::showColumns(bool markers, bool skipped)
+{
+    setColumnHidden(FigureModel::Skipped, !skipped);
+    for (const int column : {int(FigureModel::AtA), int(FigureModel::AtB), int(FigureModel::Difference)}) {
+        setColumnHidden(column, !markers);
+    }
+}
+
+QSize FigureTable::sizeHint() const
+{
+    const int rows = qBound(fewRows, m_figures->rowCount(), manyRows);
+    return {QTableView::sizeHint().width(),
+            horizontalHeader()->sizeHint().height() + rows * verticalHeader()->defaultSectionSize()
+                + 2 * frameWidth()};
+}
+
+void FigureTable::askToRemove()
+{
+    QVector<int> rows;
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    for (const QModelIndex &index : selected) {
+        rows.append(index.row());
+    }
+    std::sort(rows.rbegin(), rows.rend());
+    if (!rows.isEmpty()) {
+        emit removeAsked(rows);
+    }
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <qwt_date_scale_draw.h>
+
+// Labels of local time, in digits alone. The date stands below the first one, and where it has changed.
+class TimeScaleDraw : public QwtDateScaleDraw
+{
+public:
+    TimeScaleDraw();
+
+protected:
+    QString dateFormatOfDate(const QDateTime &date, QwtDate::IntervalType interval) const override;
+};

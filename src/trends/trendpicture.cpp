@@ -1,0 +1,208 @@
+#include "trends/trendpicture.h"
+
+#include "trends/curvestyle.h"
+#include "trends/figuremodel.h"
+#include "trends/trendplot.h"
+#include "trends/trendtexts.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QPainter>
+#include <QSaveFile>
+#include <QStyle>
+#include <QSvgGenerator>
+
+#include <qwt_plot_renderer.h>
+
+namespace {
+
+constexpr qreal margin = 12;
+constexpr int pixelsPerInch = 96;
+constexpr QSizeF page{297 / 25.4 * pixelsPerInch, 210 / 25.4 * pixelsPerInch}; // A4 across
+constexpr qreal figuresShare = 0.4;                                            // of the height at most
+constexpr qreal nameShare = 3;                                                 // widths of the other columns
+constexpr qreal swatch = 30;
+
+QPalette paper()
+{
+    QPalette colours(Qt::white);
+    for (const auto role : {QPalette::Base, QPalette::Window}) {
+        colours.setColor(role, Qt::white);
+    }
+    for (const auto role : {QPalette::Text, QPalette::WindowText}) {
+        colours.setColor(role, Qt::black);
+    }
+    return colours;
+}
+
+qreal lineHeight(const QPainter *painter)
+{
+    return painter->fontMetrics().height() + 3;
+}
+
+} // namespace
+
+TrendPicture::TrendPicture(const FigureModel *figures, const TimeView &view, const Markers &markers,
+                           QString title)
+    : m_figures(figures)
+    , m_view(view)
+    , m_markers(markers)
+    , m_title(std::move(title))
+{
+}
+
+QImage TrendPicture::image(const QSize &size, const QPalette &desktop) const
+{
+    constexpr int scale = 2;
+    QImage image(size * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    QPainter painter(&image);
+    paint(&painter, {QSizeF(size), desktop, QApplication::font()});
+    return image;
+}
+
+bool TrendPicture::saveSvg(const QString &path) const
+{
+    QBuffer bytes;
+    QSvgGenerator svg;
+    svg.setOutputDevice(&bytes);
+    svg.setResolution(pixelsPerInch);
+    svg.setSize(page.toSize());
+    svg.setViewBox(QRectF(QPointF(0, 0), page));
+    svg.setTitle(m_title);
+    QFont font = QApplication::font();
+    font.setPointSizeF(9);
+    QPainter painter(&svg);
+    paint(&painter, {page, paper(), font});
+    painter.end();
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes.data()) == bytes.size() && file.commit();
+}
+
+QVector<int> TrendPicture::columns() const
+{
+    QVector<int> columns;
+    for (int column = 0; column < FigureModel::RightScale; ++column) {
+        const bool isOfMarkers = column >= FigureModel::AtA;
+        if ((column != FigureModel::Skipped || m_figures->hasSkipped())
+            && (!isOfMarkers || m_markers.isAnySet())) {
+            columns.append(column);
+        }
+    }
+    return columns;
+}
+
+QString TrendPicture::text() const
+{
+    QStringList lines{m_title, TrendTexts::ofRange(m_view.range())};
+    const QVector<int> shown = columns();
+    QStringList titles;
+    for (const int column : shown) {
+        titles.append(m_figures->headerData(column, Qt::Horizontal).toString());
+    }
+    lines.append(titles.join(QLatin1Char('\t')));
+    for (int row = 0; row < m_figures->rowCount(); ++row) {
+        QStringList cells;
+        for (const int column : shown) {
+            cells.append(m_figures->index(row, column).data().toString().simplified());
+        }
+        lines.append(cells.join(QLatin1Char('\t')));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+void TrendPicture::paint(QPainter *painter, const Sheet &sheet) const
+{
+    painter->setFont(sheet.font);
+    painter->fillRect(QRectF(QPointF(0, 0), sheet.size), sheet.colours.color(QPalette::Base));
+    painter->setPen(sheet.colours.color(QPalette::Text));
+    QRectF area = QRectF(QPointF(0, 0), sheet.size).adjusted(margin, margin, -margin, -margin);
+    area.setTop(area.top() + paintHead(painter, area));
+    const qreal line = lineHeight(painter);
+    QRectF figures = area;
+    figures.setTop(area.bottom() - (1 + figureRows(area.height(), line)) * line);
+    paintPlot(painter, QRectF(area.topLeft(), QPointF(area.right(), figures.top() - margin)), sheet);
+    painter->setFont(sheet.font);
+    paintFigures(painter, figures, sheet.colours);
+}
+
+// As far as there is room; the last row then tells how many more there are.
+int TrendPicture::figureRows(qreal height, qreal line) const
+{
+    return qMin(m_figures->rowCount(), qMax(1, int(height * figuresShare / line) - 1));
+}
+
+qreal TrendPicture::paintHead(QPainter *painter, const QRectF &area) const
+{
+    const qreal line = lineHeight(painter);
+    const QRectF head(area.topLeft(), QSizeF(area.width(), line));
+    const QString range = TrendTexts::ofRange(m_view.range());
+    painter->drawText(head, Qt::AlignRight | Qt::AlignTop, range);
+    QFont bold = painter->font();
+    bold.setBold(true);
+    const QFont plain = painter->font();
+    painter->setFont(bold);
+    const qreal room = area.width() - painter->fontMetrics().horizontalAdvance(range) - 2 * margin;
+    painter->drawText(head, Qt::AlignLeft | Qt::AlignTop,
+                      painter->fontMetrics().elidedText(m_title, Qt::ElideRight, int(room)));
+    painter->setFont(plain);
+    return line + margin / 2;
+}
+
+void TrendPicture::paintPlot(QPainter *painter, const QRectF &area, const Sheet &sheet) const
+{
+    TrendPlot plot;
+    plot.setPalette(sheet.colours);
+    plot.setFont(sheet.font);
+    plot.resize(area.size().toSize());
+    plot.setCurves(m_figures->curves());
+    plot.setView(m_view);
+    plot.setMarkers(m_markers);
+    plot.replot();
+    QwtPlotRenderer renderer;
+    renderer.setDiscardFlag(QwtPlotRenderer::DiscardBackground);
+    painter->save();
+    renderer.render(&plot, painter, area);
+    painter->restore();
+}
+
+void TrendPicture::paintFigures(QPainter *painter, const QRectF &area, const QPalette &colours) const
+{
+    const qreal line = lineHeight(painter);
+    const int rows = qRound(area.height() / line) - 1;
+    const int more = m_figures->rowCount() - rows;
+    painter->setPen(colours.color(QPalette::Text));
+    paintRow(painter, QRectF(area.topLeft(), QSizeF(area.width(), line)), -1);
+    for (int row = 0; row < rows; ++row) {
+        const QRectF place(area.left(), area.top() + (row + 1) * line, area.width(), line);
+        if (more > 0 && row == rows - 1) {
+            painter->drawText(place, Qt::AlignLeft | Qt::AlignVCenter, tr("%1 more").arg(more + 1));
+            break;
+        }
+        const qreal middle = place.center().y();
+        painter->setPen(CurveStyle::pen(m_figures->curves().at(row).style, colours, 2.5));
+        painter->drawLine(QPointF(place.left(), middle), QPointF(place.left() + swatch - 4, middle));
+        painter->setPen(colours.color(QPalette::Text));
+        paintRow(painter, place, row);
+    }
+    painter->setPen(QPen(colours.color(QPalette::Text), 0.5));
+    painter->drawLine(QPointF(area.left(), area.top() + line), QPointF(area.right(), area.top() + line));
+}
+
+// The titles for a negative row.
+void TrendPicture::paintRow(QPainter *painter, const QRectF &place, int row) const
+{
+    const QVector<int> shown = columns();
+    const qreal width = (place.width() - swatch) / (nameShare + shown.size() - 1);
+    qreal left = place.left() + swatch;
+    for (const int column : shown) {
+        const bool isName = column == FigureModel::Name;
+        const QRectF cell(left, place.top(), (isName ? nameShare * width : width) - 6, place.height());
+        const QString text = row < 0 ? m_figures->headerData(column, Qt::Horizontal).toString()
+                                     : m_figures->index(row, column).data().toString().simplified();
+        const bool isText = isName || column == FigureModel::Type;
+        painter->drawText(cell, int(isText ? Qt::AlignLeft : Qt::AlignRight) | int(Qt::AlignVCenter),
+                          painter->fontMetrics().elidedText(text, Qt::ElideRight, int(cell.width())));
+        left += isName ? nameShare * width : width;
+    }
+}

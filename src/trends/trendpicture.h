@@ -1,0 +1,47 @@
+#pragma once
+
+#include "trends/curve.h"
+#include "trends/markerlines.h"
+#include "trends/timeview.h"
+
+#include <QCoreApplication>
+#include <QImage>
+#include <QPalette>
+
+class FigureModel;
+class QPainter;
+
+// A trend as a picture: title, time, plot and the figures of its curves.
+class TrendPicture
+{
+    Q_DECLARE_TR_FUNCTIONS(TrendPicture)
+public:
+    TrendPicture(const FigureModel *figures, const TimeView &view, const Markers &markers, QString title);
+
+    // With twice as many pixels as the size has on screen, in the colours of the desktop.
+    QImage image(const QSize &size, const QPalette &desktop) const;
+    // A page of A4 across, in the colours of paper. False if it could not be written.
+    bool saveSvg(const QString &path) const;
+    // The figures, with a tab between columns and a line a curve below a line of titles.
+    QString text() const;
+
+private:
+    struct Sheet {
+        QSizeF size;
+        QPalette colours;
+        QFont font;
+    };
+
+    void paint(QPainter *painter, const Sheet &sheet) const;
+    qreal paintHead(QPainter *painter, const QRectF &area) const;
+    void paintFigures(QPainter *painter, const QRectF &area, const QPalette &colours) const;
+    void paintRow(QPainter *painter, const QRectF &place, int row) const;
+    void paintPlot(QPainter *painter, const QRectF &area, const Sheet &sheet) const;
+    QVector<int> columns() const;
+    int figureRows(qreal height, qreal line) const;
+
+    const FigureModel *m_figures;
+    TimeView m_view;
+    Markers m_markers;
+    QString m_title;
+};

@@ -1,0 +1,47 @@
+#include "trends/trendsaver.h"
+
+#include "widgets/choosefile.h"
+#include "widgets/tell.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
+#include <QPointer>
+#include <QSaveFile>
+#include <QWidget>
+
+namespace {
+
+bool saveImage(const QImage &image, const QString &path)
+{
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit();
+}
+
+} // namespace
+
+void TrendSaver::copy(const TrendPicture &picture, const QSize &size, const QPalette &desktop)
+{
+    auto *data = new QMimeData; // the clipboard's
+    data->setImageData(picture.image(size, desktop));
+    data->setText(picture.text());
+    QApplication::clipboard()->setMimeData(data);
+}
+
+void TrendSaver::savePicture(QWidget *window, const TrendPicture &picture, const QSize &size,
+                             const QString &name)
+{
+    const QPointer<QWidget> parent(window);
+    const QPalette desktop = window->palette();
+    const QString path =
+        chooseSaveFile(window, tr("Save Picture"), lastUsedFolder(),
+                       tr("PNG Pictures (*.png)") + QStringLiteral(";;") + tr("SVG Pages (*.svg)"), name);
+    if (path.isEmpty()) {
+        return;
+    }
+    const bool isSvg = path.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive);
+    const bool isSaved = isSvg ? picture.saveSvg(path) : saveImage(picture.image(size, desktop), path);
+    if (!isSaved && parent) {
+        Tell::warning(parent, tr("Save Picture"), tr("The file %1 could not be written.").arg(path));
+    }
+}

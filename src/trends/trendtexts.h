@@ -1,0 +1,21 @@
+#pragma once
+
+#include "trends/valueat.h"
+
+#include <QCoreApplication>
+
+// How trends say numbers, times and breaks.
+class TrendTexts
+{
+    Q_DECLARE_TR_FUNCTIONS(TrendTexts)
+public:
+    static QString ofBreak(SampleState why);
+    // In the C locale, as on live pages; a dash for none.
+    static QString ofNumber(double number);
+    static QString ofValue(const ValueAt &value);
+    // Local time with milliseconds.
+    static QString ofTime(qint64 time);
+    static QString ofRange(const TimeRange &range);
+    // "1 h 2 min 3.004 s"; with a minus before it where it is negative.
+    static QString ofDuration(qint64 duration);
+};

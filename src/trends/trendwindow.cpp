@@ -1,0 +1,475 @@
+#include "trends/trendwindow.h"
+
+#include "trends/figuremodel.h"
+#include "trends/figuretable.h"
+#include "trends/pointpicker.h"
+#include "trends/readout.h"
+#include "trends/trendfeed.h"
+#include "trends/trendmarks.h"
+#include "trends/trendplot.h"
+#include "trends/trendsaver.h"
+#include "trends/trendtexts.h"
+#include "trends/viewcontrol.h"
+#include "widgets/quietline.h"
+#include "widgets/svgicon.h"
+
+#include <QDateTime>
+#include <QDragEnterEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPointer>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QTimerEvent>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+using Tool = TrendTools::Tool;
+
+namespace {
+
+constexpr qint64 firstSpan = 15 * TimeView::minute;
+constexpr QSize firstSize{1040, 640}; // fits a screen of 1366 x 768
+
+} // namespace
+
+TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
+    : QWidget(parent, Qt::Window)
+    , m_feed(new TrendFeed(source, this))
+    , m_tools(new TrendTools(this))
+    , m_plot(new TrendPlot(this))
+    , m_table(new FigureTable(this))
+    , m_figures(m_table->figures())
+    , m_marks(new TrendMarks(this))
+    , m_control(new ViewControl(m_plot, m_marks, [this] { return extent(); }))
+    , m_readout(new Readout(m_plot->canvas()))
+    , m_recording(makeRecordingRow())
+    , m_markerLine(new QuietLine(this))
+    , m_note(new QLabel(this))
+    , m_hint(new QLabel(tr("Drop rows of live values here, or press Add..."), this))
+    , m_pages(new QStackedWidget(this))
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAcceptDrops(true);
+    setWindowIcon(svgIcon(QStringLiteral(":/adsdemo/images/trend.svg")));
+    layOut();
+    addKeys();
+    connectParts();
+    connectSource();
+    m_redraw.setSingleShot(true);
+    connect(&m_redraw, &QTimer::timeout, this, &TrendWindow::redraw);
+    m_control->setView(TimeView::upTo(present(), firstSpan));
+    showTitle();
+    showMarkers();
+    resize(firstSize);
+}
+
+// A source that is a child of the window goes when most of the window is gone.
+TrendWindow::~TrendWindow()
+{
+    if (source()) {
+        disconnect(source(), nullptr, this, nullptr);
+    }
+}
+
+QWidget *TrendWindow::makeRecordingRow()
+{
+    auto *row = new QWidget(this);
+    auto *mark = new QLabel(row);
+    mark->setPixmap(svgIcon(QStringLiteral(":/adsdemo/images/record.svg")).pixmap(18));
+    mark->setToolTip(tr("Recording"));
+    m_recordingLine = new QuietLine(row);
+    m_recordingLine->setObjectName(QStringLiteral("recordingLine"));
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(mark);
+    layout->addWidget(m_recordingLine, 1);
+    row->hide();
+    return row;
+}
+
+void TrendWindow::layOut()
+{
+    m_note->setObjectName(QStringLiteral("note"));
+    m_note->setTextFormat(Qt::PlainText);
+    m_note->setWordWrap(true);
+    m_note->hide();
+    m_hint->setObjectName(QStringLiteral("hint"));
+    m_hint->setAlignment(Qt::AlignCenter);
+    m_hint->setWordWrap(true);
+    m_markerLine->setObjectName(QStringLiteral("markerLine"));
+    auto *splitter = new QSplitter(Qt::Vertical, this);
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(m_plot);
+    splitter->addWidget(m_table);
+    splitter->setStretchFactor(0, 1);
+    m_pages->addWidget(m_hint);
+    m_pages->addWidget(splitter);
+    m_plot->setMinimumHeight(160);
+    m_plot->canvas()->installEventFilter(this);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(m_tools);
+    layout->addWidget(m_recording);
+    layout->addWidget(m_note);
+    layout->addWidget(m_pages, 1);
+    layout->addWidget(m_markerLine);
+}
+
+void TrendWindow::addKeys()
+{
+    const struct {
+        QKeySequence key;
+        Tool tool;
+    } keys[] = {{Qt::Key_Insert, Tool::Add},
+                {Qt::CTRL + Qt::Key_R, Tool::Record},
+                {QKeySequence::Open, Tool::Open},
+                {Qt::CTRL + Qt::SHIFT + Qt::Key_C, Tool::Copy},
+                {QKeySequence::Save, Tool::SavePicture},
+                {Qt::CTRL + Qt::Key_E, Tool::SaveValues}};
+    for (const auto &row : keys) {
+        auto *shortcut = new QShortcut(row.key, this);
+        connect(shortcut, &QShortcut::activated, this, [this, tool = row.tool] { use(tool); });
+    }
+    auto *closing = new QShortcut(QKeySequence(Qt::CTRL + Qt::Key_W), this);
+    connect(closing, &QShortcut::activated, this, &QWidget::close);
+    auto *copying = new QShortcut(QKeySequence::Copy, m_plot);
+    copying->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(copying, &QShortcut::activated, this, [this] { use(Tool::Copy); });
+}
+
+void TrendWindow::connectParts()
+{
+    connect(m_tools, &TrendTools::used, this, &TrendWindow::use);
+    connect(m_tools, &TrendTools::spanChosen, m_control, &ViewControl::setSpan);
+    connect(m_table, &FigureTable::removeAsked, this, &TrendWindow::removeRows);
+    connect(m_figures, &FigureModel::curvesChanged, this, &TrendWindow::scheduleRedraw);
+    connect(m_control, &ViewControl::viewChanged, this, [this] {
+        showTools();
+        ask();
+        scheduleRedraw();
+    });
+    connect(m_marks, &TrendMarks::cursorChanged, this, &TrendWindow::showReadout);
+    connect(m_marks, &TrendMarks::markersChanged, this, &TrendWindow::showMarkers);
+}
+
+void TrendWindow::connectSource()
+{
+    connect(m_feed, &TrendFeed::answered, this, &TrendWindow::take);
+    connect(source(), &SampleSource::grown, this, [this] { m_hasGrown = true; });
+    connect(source(), &SampleSource::failed, this, &TrendWindow::tell);
+    connect(source(), &QObject::destroyed, this,
+            [this] { tell(tr("The source of these values is closed")); });
+}
+
+void TrendWindow::addPoints(const QVector<Point> &points)
+{
+    if (m_figures->add(points).isEmpty()) {
+        return;
+    }
+    m_pages->setCurrentIndex(1);
+    m_table->updateGeometry();
+    showTitle();
+    if (m_isNew) {
+        m_isNew = false;
+        showFirstView();
+        m_plot->canvas()->setFocus();
+    }
+    showTools();
+    ask();
+}
+
+// The last minutes of what still grows, or all that there is.
+void TrendWindow::showFirstView()
+{
+    const TimeRange all = extent();
+    if (isGrowing()) {
+        m_control->setView(TimeView::upTo(present(), firstSpan));
+    } else if (all.from <= all.to) {
+        m_control->setView(TimeView(all));
+    }
+}
+
+QVector<Point> TrendWindow::points() const
+{
+    return m_figures->points();
+}
+
+SampleSource *TrendWindow::source() const
+{
+    return m_feed->source();
+}
+
+bool TrendWindow::isGrowing() const
+{
+    return source() && source()->isGrowing();
+}
+
+void TrendWindow::setRecordingLine(const QString &text)
+{
+    m_recordingLine->setText(text);
+    m_recording->setVisible(!text.isEmpty());
+    m_tools->button(Tool::Record)->setChecked(!text.isEmpty());
+}
+
+void TrendWindow::use(Tool tool)
+{
+    switch (tool) {
+    case Tool::Follow:
+        m_control->toggleFollowing();
+        break;
+    case Tool::Back:
+        m_control->back();
+        break;
+    case Tool::ZoomIn:
+        m_control->zoomIn();
+        break;
+    case Tool::ZoomOut:
+        m_control->zoomOut();
+        break;
+    case Tool::Markers:
+        m_control->toggleMarkers();
+        break;
+    case Tool::Add:
+        choosePoints();
+        break;
+    case Tool::Record:
+        emit recordAsked();
+        break;
+    case Tool::Open:
+        emit openAsked();
+        break;
+    case Tool::Copy:
+        TrendSaver::copy(picture(), size(), palette());
+        break;
+    case Tool::SavePicture:
+        TrendSaver::savePicture(this, picture(), size(), fileName());
+        break;
+    case Tool::SaveValues:
+        break;
+    }
+    showTools();
+}
+
+void TrendWindow::choosePoints()
+{
+    if (!source()) {
+        return;
+    }
+    const QPointer<TrendWindow> self(this);
+    const QPointer<PointPicker> picker(new PointPicker(source()->points(), this));
+    if (picker->exec() == QDialog::Accepted && self && picker) {
+        addPoints(picker->chosen());
+    }
+    if (picker) {
+        picker->deleteLater();
+    }
+}
+
+void TrendWindow::removeRows(const QVector<int> &rows)
+{
+    for (const int row : rows) {
+        m_figures->remove(row);
+    }
+    if (m_figures->rowCount() == 0) {
+        m_pages->setCurrentIndex(0);
+    }
+    showTitle();
+    showTools();
+    ask();
+}
+
+void TrendWindow::followPresent()
+{
+    if (isGrowing()) {
+        m_control->setPresent(present());
+    }
+}
+
+// Samples may be ahead of a clock that was set back.
+qint64 TrendWindow::present() const
+{
+    const TimeRange all = extent();
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    return all.from <= all.to ? qMax(now, all.to) : now;
+}
+
+TimeRange TrendWindow::extent() const
+{
+    TimeRange all{1, 0};
+    for (const Curve &curve : m_figures->curves()) {
+        const TimeRange own = source() ? source()->extent(curve.point.id) : all;
+        if (own.from <= own.to) {
+            all = all.from > all.to ? own : TimeRange{qMin(all.from, own.from), qMax(all.to, own.to)};
+        }
+    }
+    return all;
+}
+
+void TrendWindow::ask()
+{
+    SampleSource::Request request;
+    for (const Curve &curve : m_figures->curves()) {
+        request.points.append(curve.point.id);
+    }
+    request.range = m_control->view().range();
+    request.columns = m_plot->columns();
+    m_feed->ask(request);
+}
+
+void TrendWindow::take(const SampleSource::Request &request, const QVector<Thinned> &answers)
+{
+    m_figures->setAnswers(request.points, answers);
+    scheduleRedraw();
+}
+
+void TrendWindow::scheduleRedraw()
+{
+    const bool isSlow = m_control->view().isFollowing() && m_sinceRedraw.isValid();
+    const int wait = isSlow ? int(qMax<qint64>(0, tick - m_sinceRedraw.elapsed())) : 0;
+    if (!m_redraw.isActive() || m_redraw.remainingTime() > wait) {
+        m_redraw.start(wait);
+    }
+}
+
+void TrendWindow::redraw()
+{
+    m_sinceRedraw.start();
+    m_plot->setCurves(m_figures->curves());
+    m_plot->setView(m_control->view());
+    m_plot->replot();
+    m_table->showColumns(m_marks->markers().isAnySet(), m_figures->hasSkipped());
+    showReadout();
+}
+
+void TrendWindow::showMarkers()
+{
+    const Markers &markers = m_marks->markers();
+    m_plot->setMarkers(markers);
+    m_figures->setMarkers(markers);
+    QStringList parts;
+    for (int marker = 0; marker < 2; ++marker) {
+        if (markers.times[marker]) {
+            parts.append(Markers::name(marker) + QLatin1Char(' ')
+                         + TrendTexts::ofTime(*markers.times[marker]));
+        }
+    }
+    if (markers.areBothSet()) {
+        parts.append(QStringLiteral("B − A ")
+                     + TrendTexts::ofDuration(*markers.times[1] - *markers.times[0]));
+    }
+    m_markerLine->setText(parts.join(QStringLiteral("    ")));
+    m_markerLine->setVisible(!parts.isEmpty());
+    showTools();
+    scheduleRedraw();
+}
+
+void TrendWindow::showReadout()
+{
+    const std::optional<qint64> time = m_marks->cursor();
+    const TimeRange screen = m_control->view().range();
+    if (time && *time >= screen.from && *time <= screen.to) {
+        m_readout->show(*time, int(m_plot->placeOf(*time)), m_figures->curves());
+    } else {
+        m_readout->clear();
+    }
+}
+
+void TrendWindow::showTools()
+{
+    const TimeView &view = m_control->view();
+    const bool hasCurves = m_figures->rowCount() > 0;
+    m_tools->showSpan(view.span());
+    m_tools->button(Tool::Follow)->setChecked(view.isFollowing());
+    m_tools->button(Tool::Follow)->setEnabled(hasCurves && isGrowing());
+    m_tools->button(Tool::Back)->setEnabled(view.canGoBack());
+    m_tools->button(Tool::Markers)->setChecked(m_marks->markers().isAnySet());
+    m_tools->button(Tool::Record)->setChecked(m_recording->isVisibleTo(this));
+    for (const Tool tool : {Tool::Markers, Tool::Record, Tool::Copy, Tool::SavePicture, Tool::SaveValues}) {
+        m_tools->button(tool)->setEnabled(hasCurves);
+    }
+}
+
+void TrendWindow::showTitle()
+{
+    QStringList standards;
+    for (const Curve &curve : m_figures->curves()) {
+        if (!standards.contains(curve.point.id.standard)) {
+            standards.append(curve.point.id.standard);
+        }
+    }
+    setWindowTitle(standards.isEmpty() ? tr("Trend")
+                                       : tr("Trend: %1").arg(standards.join(QStringLiteral(", "))));
+}
+
+void TrendWindow::tell(const QString &text)
+{
+    m_note->setText(text);
+    m_note->setVisible(!text.isEmpty());
+}
+
+TrendPicture TrendWindow::picture() const
+{
+    return {m_figures, m_control->view(), m_marks->markers(), windowTitle()};
+}
+
+QString TrendWindow::fileName() const
+{
+    const QDateTime end = QDateTime::fromMSecsSinceEpoch(m_control->view().range().to);
+    return windowTitle() + QLatin1Char(' ') + end.toString(QStringLiteral("yyyy-MM-dd hh-mm-ss"));
+}
+
+void TrendWindow::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    m_tick.start(tick, this);
+    followPresent();
+    ask();
+}
+
+void TrendWindow::hideEvent(QHideEvent *event)
+{
+    m_tick.stop();
+    QWidget::hideEvent(event);
+}
+
+void TrendWindow::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_tick.timerId()) {
+        QWidget::timerEvent(event);
+        return;
+    }
+    // What would move the picture by less than a pixel waits.
+    const qint64 column = m_control->view().span() / m_plot->columns();
+    const qint64 moved = QDateTime::currentMSecsSinceEpoch() - m_control->view().range().to;
+    if (m_control->view().isFollowing() && (m_hasGrown || moved >= column)) {
+        followPresent();
+    } else if (m_hasGrown) {
+        followPresent(); // for when it is followed again
+        ask();
+    }
+    m_hasGrown = false;
+}
+
+void TrendWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->source() != m_table && qobject_cast<QTableView *>(event->source())) {
+        event->acceptProposedAction();
+    }
+}
+
+void TrendWindow::dropEvent(QDropEvent *event)
+{
+    if (event->source() != m_table && qobject_cast<QTableView *>(event->source())) {
+        event->acceptProposedAction();
+        emit dropped(event->source());
+    }
+}
+
+bool TrendWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize) {
+        ask();
+    }
+    return QWidget::eventFilter(watched, event);
+}

@@ -1,0 +1,54 @@
+#include "trends/valuescale.h"
+
+#include <cmath>
+
+namespace {
+
+constexpr double manyTimes = 20;
+constexpr double room = 0.05; // of the range, above and below
+// Beyond it the distance between two numbers is none that a double can hold.
+constexpr double farthest = 1e300;
+
+// How far the numbers go from zero; negative for none.
+double magnitude(const Statistics &curve)
+{
+    return curve.count > 0 ? qMax(std::abs(curve.least), std::abs(curve.greatest)) : -1;
+}
+
+} // namespace
+
+Side ValueScale::suggested(const Statistics &curve, const QVector<Statistics> &left)
+{
+    double most = -1;
+    for (const Statistics &other : left) {
+        most = qMax(most, magnitude(other));
+    }
+    const double own = magnitude(curve);
+    if (own <= 0 || most <= 0) {
+        return Side::Left;
+    }
+    return own < most / manyTimes || own / manyTimes > most ? Side::Right : Side::Left;
+}
+
+ValueRange ValueScale::around(const QVector<Statistics> &curves)
+{
+    ValueRange range{farthest, -farthest};
+    for (const Statistics &curve : curves) {
+        if (curve.count > 0) {
+            range.least = qMin(range.least, curve.least);
+            range.greatest = qMax(range.greatest, curve.greatest);
+        }
+    }
+    if (range.least > range.greatest) {
+        return {};
+    }
+    range.least = qMax(range.least, -farthest);
+    range.greatest = qMin(range.greatest, farthest);
+    double more = (range.greatest - range.least) * room;
+    // Less could not be told apart on the scale.
+    const double least = qMax(std::abs(range.least), std::abs(range.greatest)) * 1e-9;
+    if (more <= least) {
+        more = range.greatest == 0 ? 1 : std::abs(range.greatest) * room;
+    }
+    return {range.least - more, range.greatest + more};
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "history/thinned.h"
+
+#include <QVector>
+
+// The two scales of values of a plot.
+enum class Side { Left, Right };
+
+// The ends of a scale of values.
+struct ValueRange {
+    double least = 0;
+    double greatest = 1;
+};
+
+// What a scale is to show, and on which side.
+namespace ValueScale {
+
+// The side for a curve, by the figures of those on the left: on the right where its numbers are less than a
+// twentieth of theirs, or more than twenty times as far from zero. Left where nothing can be compared.
+Side suggested(const Statistics &curve, const QVector<Statistics> &left);
+
+// A range that shows all of these with a little room above and below; 0 to 1 where none of them has a number.
+ValueRange around(const QVector<Statistics> &curves);
+
+} // namespace ValueScale

@@ -1,0 +1,301 @@
+#include "fakesource.h"
+#include "trends/curvestyle.h"
+#include "trends/pointlabels.h"
+#include "trends/polylines.h"
+#include "trends/trendtexts.h"
+#include "trends/valuescale.h"
+
+#include <QPalette>
+#include <QSet>
+#include <QtTest>
+
+// What a trend decides without a window: scales, styles, the value at a time, names and numbers.
+class TestTrendParts : public QObject
+{
+    Q_OBJECT
+private slots:
+    void suggestsTheScale_data();
+    void suggestsTheScale();
+    void scaleShowsAllNumbers_data();
+    void scaleShowsAllNumbers();
+    void stylesDiffer();
+    void stylesAreReadable_data();
+    void stylesAreReadable();
+    void valueAtATime_data();
+    void valueAtATime();
+    void namesOnlyWhatDiffers();
+    void numbers_data();
+    void numbers();
+    void durations_data();
+    void durations();
+    void everyBreakHasAWord();
+    void stepsHoldTheirValue();
+    void linesAreCutToTheArea();
+    void hatchingStaysInTheArea();
+};
+
+namespace {
+
+Statistics figures(double least, double greatest, qint64 count = 2)
+{
+    Statistics made;
+    made.count = count;
+    made.least = least;
+    made.greatest = greatest;
+    return made;
+}
+
+double luminance(const QColor &colour)
+{
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
+        + 0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor &one, const QColor &other)
+{
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (qMax(first, second) + 0.05) / (qMin(first, second) + 0.05);
+}
+
+QPolygonF line(const QVector<QPointF> &points)
+{
+    return points;
+}
+
+QPalette desktopOf(const QColor &base)
+{
+    QPalette palette;
+    palette.setColor(QPalette::Base, base);
+    return palette;
+}
+
+} // namespace
+
+void TestTrendParts::suggestsTheScale_data()
+{
+    QTest::addColumn<QVector<double>>("own"); // least and greatest
+    QTest::addColumn<QVector<double>>("left");
+    QTest::addColumn<bool>("right");
+    const QVector<double> volts{228, 232};
+    QTest::newRow("alone") << volts << QVector<double>() << false;
+    QTest::newRow("alike") << volts << QVector<double>{220, 240} << false;
+    QTest::newRow("a twentieth") << QVector<double>{0, 11.6} << volts << false;
+    QTest::newRow("under a twentieth") << QVector<double>{0, 11.5} << volts << true;
+    QTest::newRow("twenty times") << QVector<double>{0, 4640} << volts << false;
+    QTest::newRow("over twenty times") << QVector<double>{-4700, 0} << volts << true;
+    QTest::newRow("nothing but zero") << QVector<double>{0, 0} << volts << false;
+    QTest::newRow("beside nothing but zero") << volts << QVector<double>{0, 0} << false;
+    QTest::newRow("immense") << QVector<double>{-1.7e308, 1.7e308} << volts << true;
+}
+
+void TestTrendParts::suggestsTheScale()
+{
+    QFETCH(QVector<double>, own);
+    QFETCH(QVector<double>, left);
+    QFETCH(bool, right);
+    QVector<Statistics> others{figures(FakeSource::noNumber, FakeSource::noNumber, 0)};
+    if (!left.isEmpty()) {
+        others.append(figures(left.first(), left.last()));
+    }
+    QCOMPARE(ValueScale::suggested(figures(own.first(), own.last()), others) == Side::Right, right);
+}
+
+void TestTrendParts::scaleShowsAllNumbers_data()
+{
+    QTest::addColumn<QVector<double>>("numbers"); // least and greatest of each curve
+    QTest::addColumn<double>("least");
+    QTest::addColumn<double>("greatest");
+    QTest::newRow("none") << QVector<double>() << 0.0 << 1.0;
+    QTest::newRow("one curve") << QVector<double>{0, 100} << -5.0 << 105.0;
+    QTest::newRow("two curves") << QVector<double>{10, 20, 80, 110} << 5.0 << 115.0;
+    QTest::newRow("always the same") << QVector<double>{200, 200} << 190.0 << 210.0;
+    QTest::newRow("always zero") << QVector<double>{0, 0} << -1.0 << 1.0;
+    QTest::newRow("beyond what can be told apart")
+        << QVector<double>{-1.7e308, 1.7e308} << -1.1e300 << 1.1e300;
+}
+
+void TestTrendParts::scaleShowsAllNumbers()
+{
+    QFETCH(QVector<double>, numbers);
+    QVector<Statistics> curves{figures(FakeSource::noNumber, FakeSource::noNumber, 0)};
+    for (int at = 0; at < numbers.size(); at += 2) {
+        curves.append(figures(numbers.at(at), numbers.at(at + 1)));
+    }
+    const ValueRange range = ValueScale::around(curves);
+    QTEST(range.least, "least");
+    QTEST(range.greatest, "greatest");
+}
+
+void TestTrendParts::stylesDiffer()
+{
+    for (const QColor &base : {QColor(Qt::white), QColor(0x23, 0x23, 0x23)}) {
+        QSet<QString> seen;
+        for (int style = 0; style < CurveStyle::count; ++style) {
+            const QPen pen = CurveStyle::pen(style, desktopOf(base));
+            seen.insert(pen.color().name() + QString::number(pen.style()));
+        }
+        QVERIFY(CurveStyle::count >= 16);
+        QCOMPARE(seen.size(), CurveStyle::count);
+    }
+}
+
+void TestTrendParts::stylesAreReadable_data()
+{
+    QTest::addColumn<QColor>("base");
+    QTest::newRow("light") << QColor(Qt::white);
+    QTest::newRow("dark") << QColor(0x23, 0x23, 0x23);
+    QTest::newRow("black") << QColor(Qt::black);
+}
+
+// WCAG 2: graphics have a contrast of 3 to 1 at least.
+void TestTrendParts::stylesAreReadable()
+{
+    QFETCH(QColor, base);
+    for (int style = 0; style < CurveStyle::count; ++style) {
+        const QColor colour = CurveStyle::pen(style, desktopOf(base)).color();
+        QVERIFY2(contrast(colour, base) >= 3, qPrintable(colour.name()));
+    }
+}
+
+void TestTrendParts::valueAtATime_data()
+{
+    QTest::addColumn<qint64>("time");
+    QTest::addColumn<QString>("value");
+    const struct {
+        const char *name;
+        qint64 time;
+        const char *value;
+    } rows[] = {
+        {"before all", 900, "no report"},
+        {"at the first", 1000, "1.5"},
+        {"between two", 1999, "1.5"},
+        {"at the second", 2000, "2.5"},
+        {"behind the last before a gap", 2001, "not valid"},
+        {"in the gap", 2500, "not valid"},
+        {"at the end of the gap", 3000, "4"},
+        {"behind it", 3500, "4"},
+        {"at a text", 4000, "Running"},
+        {"behind it, the same", 4500, "Running"},
+        {"in the gap behind the text", 5500, "session ended"},
+    };
+    for (const auto &row : rows) {
+        QTest::newRow(row.name) << row.time << QString::fromUtf8(row.value);
+    }
+}
+
+void TestTrendParts::valueAtATime()
+{
+    QFETCH(qint64, time);
+    Thinned curve;
+    curve.pieces = {{{1000, 1.5}, {2000, 2.5}}, {{3000, 4}}};
+    curve.gaps = {{{0, 1000}, SampleState::NoReport},
+                  {{2000, 3000}, SampleState::NotValid},
+                  {{5000, 6000}, SampleState::Ended}};
+    curve.events = {{4000, "Running"}};
+    QTEST(TrendTexts::ofValue(ValueAt::of(curve, time)), "value");
+    QCOMPARE(TrendTexts::ofValue(ValueAt::of(Thinned(), time)), "–");
+}
+
+void TestTrendParts::namesOnlyWhatDiffers()
+{
+    const Point first{{"127.0.0.2", "Riverside", "Relay", "Voltage A"}, "40001", "float"};
+    Point second = first;
+    second.id.name = "Voltage B";
+    QCOMPARE(PointLabels::of({}), QStringList());
+    QCOMPARE(PointLabels::of({first, second}), (QStringList{"Voltage A", "Voltage B"}));
+    second.id.name = first.id.name;
+    second.id.box = "127.0.0.3";
+    QCOMPARE(PointLabels::of({first, second}),
+             (QStringList{"Voltage A · 127.0.0.2", "Voltage A · 127.0.0.3"}));
+    second.id.standard = "Meter";
+    QCOMPARE(PointLabels::of({first, second}),
+             (QStringList{"Voltage A · Relay · 127.0.0.2", "Voltage A · Meter · 127.0.0.3"}));
+    QCOMPARE(PointLabels::inFull(first), "Voltage A\nRelay\nRiverside\n127.0.0.2\n40001\nfloat");
+}
+
+void TestTrendParts::numbers_data()
+{
+    QTest::addColumn<double>("number");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << FakeSource::noNumber << "–";
+    QTest::newRow("whole") << 230.0 << "230";
+    QTest::newRow("all digits of a counter") << 123456789012345.0 << "123456789012345";
+    QTest::newRow("fraction") << 230.123456 << "230.123";
+    QTest::newRow("small") << -0.000012345678 << "-1.23457e-05";
+    QTest::newRow("immense") << 1e300 << "1e+300";
+}
+
+void TestTrendParts::numbers()
+{
+    QFETCH(double, number);
+    QTEST(TrendTexts::ofNumber(number), "text");
+}
+
+void TestTrendParts::durations_data()
+{
+    QTest::addColumn<qint64>("duration");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("nothing") << qint64(0) << "0.000 s";
+    QTest::newRow("ms") << qint64(7) << "0.007 s";
+    QTest::newRow("minutes") << qint64(62005) << "1 min 2.005 s";
+    QTest::newRow("hours") << qint64(3600000) << "1 h 0 min 0.000 s";
+    QTest::newRow("back") << qint64(-1500) << "−1.500 s";
+}
+
+void TestTrendParts::durations()
+{
+    QFETCH(qint64, duration);
+    QTEST(TrendTexts::ofDuration(duration), "text");
+}
+
+void TestTrendParts::everyBreakHasAWord()
+{
+    QSet<QString> words;
+    for (const SampleState why : {SampleState::NotValid, SampleState::NoNumber, SampleState::NoReport,
+                                  SampleState::Ended, SampleState::Dropped}) {
+        words.insert(TrendTexts::ofBreak(why));
+    }
+    QCOMPARE(words.size(), 5);
+    QVERIFY(!words.contains(QString()));
+}
+
+void TestTrendParts::stepsHoldTheirValue()
+{
+    QCOMPARE(Polylines::steps(line({{0, 1}, {10, 1}, {20, 5}, {30, 0}})),
+             line({{0, 1}, {10, 1}, {20, 1}, {20, 5}, {30, 5}, {30, 0}}));
+}
+
+void TestTrendParts::linesAreCutToTheArea()
+{
+    const QRectF area(0, 0, 100, 100);
+    const QPolygonF inside({{10, 10}, {50, 90}, {60, 20}});
+    QCOMPARE(Polylines::cut(inside, area), QVector<QPolygonF>{inside});
+    // Out at the top and in again; one that passes; one beside it.
+    QCOMPARE(Polylines::cut(line({{10, 50}, {20, -50}, {30, 50}}), area),
+             (QVector<QPolygonF>{line({{10, 50}, {15, 0}}), line({{25, 0}, {30, 50}})}));
+    QCOMPARE(Polylines::cut(line({{-50, 50}, {150, 50}}), area),
+             QVector<QPolygonF>{line({{0, 50}, {100, 50}})});
+    QCOMPARE(Polylines::cut(line({{-50, 150}, {150, 150}}), area), QVector<QPolygonF>());
+    QCOMPARE(Polylines::cut(line({{-1e300, 50}, {1e300, 50}}), area).size(), 1);
+}
+
+void TestTrendParts::hatchingStaysInTheArea()
+{
+    const QRectF area(13, 7, 31, 60);
+    for (const bool rising : {true, false}) {
+        const QVector<QLineF> lines = Polylines::hatching(area, 8, rising);
+        QVERIFY(lines.size() >= 10);
+        for (const QLineF &one : lines) {
+            QVERIFY(area.adjusted(-1e-6, -1e-6, 1e-6, 1e-6).contains(one.p1()));
+            QVERIFY(area.adjusted(-1e-6, -1e-6, 1e-6, 1e-6).contains(one.p2()));
+            QVERIFY(qAbs(qAbs(one.dx()) - qAbs(one.dy())) < 1e-6);
+        }
+    }
+}
+
+QTEST_GUILESS_MAIN(TestTrendParts)
+#include "tst_trendparts.moc"
