@@ -3657,6 +3657,14 @@
         <source>The file %1 could not be written.</source>
         <translation>无法写入文件 %1。</translation>
     </message>
+    <message>
+        <source>Save Values</source>
+        <translation>保存数值</translation>
+    </message>
+    <message>
+        <source>CSV Files (*.csv)</source>
+        <translation>CSV 文件 (*.csv)</translation>
+    </message>
 </context>
 <context>
     <name>TrendTexts</name>

@@ -3655,6 +3655,14 @@
         <source>The file %1 could not be written.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Save Values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV Files (*.csv)</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>TrendTexts</name>

@@ -2,7 +2,6 @@
 
 #include "trends/curvestyle.h"
 #include "trends/figuretable.h"
-#include "trends/pointlabels.h"
 #include "trends/trendtexts.h"
 
 #include <QHash>
@@ -129,7 +128,11 @@ int FigureModel::freeStyle() const
 
 void FigureModel::relabel()
 {
-    const QStringList labels = PointLabels::of(points());
+    QVector<PointId> ids;
+    for (const Curve &curve : qAsConst(m_curves)) {
+        ids.append(curve.point.id);
+    }
+    const QStringList labels = distinctNames(ids);
     for (int row = 0; row < m_curves.size(); ++row) {
         m_curves[row].label = labels.at(row);
     }
@@ -205,7 +208,7 @@ QVariant FigureModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return textOf(curve, index.column());
     case Qt::ToolTipRole:
-        return index.column() == Name ? PointLabels::inFull(curve.point) : textOf(curve, index.column());
+        return index.column() == Name ? TrendTexts::ofPoint(curve.point) : textOf(curve, index.column());
     case Qt::DecorationRole:
         return index.column() == Name
             ? QVariant(CurveStyle::swatch(curve.style, m_list, FigureTable::swatchSize))

@@ -1,6 +1,6 @@
 #include "trends/pointpicker.h"
 
-#include "trends/pointlabels.h"
+#include "trends/trendtexts.h"
 #include "widgets/tablecopy.h"
 
 #include <QDialogButtonBox>
@@ -40,11 +40,15 @@ PointPicker::PointPicker(const QVector<Point> &points, QWidget *parent)
 
 void PointPicker::fill()
 {
-    const QStringList labels = PointLabels::of(m_points);
+    QVector<PointId> ids;
+    for (const Point &point : qAsConst(m_points)) {
+        ids.append(point.id);
+    }
+    const QStringList labels = distinctNames(ids);
     for (int place = 0; place < m_points.size(); ++place) {
         auto *item = new QStandardItem(labels.at(place));
         item->setEditable(false);
-        item->setToolTip(PointLabels::inFull(m_points.at(place)));
+        item->setToolTip(TrendTexts::ofPoint(m_points.at(place)));
         item->setData(place, placeRole);
         m_model->appendRow(item);
     }

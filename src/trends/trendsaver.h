@@ -1,5 +1,6 @@
 #pragma once
 
+#include "history/valuetable.h"
 #include "trends/trendpicture.h"
 
 #include <QCoreApplication>
@@ -15,4 +16,6 @@ public:
     // PNG or SVG, by the ending. The name is offered. What fails is told over the window.
     static void savePicture(QWidget *window, const TrendPicture &picture, const QSize &size,
                             const QString &name);
+    // What the cursors hold, as CSV.
+    static void saveValues(QWidget *window, std::vector<ValueTable::Column> columns, const QString &name);
 };

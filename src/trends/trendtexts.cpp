@@ -6,6 +6,14 @@
 
 #include <cmath>
 
+QString TrendTexts::ofPoint(const Point &point)
+{
+    QStringList lines{point.id.name, point.id.standard, point.id.project,
+                      point.id.box,  point.address,     point.type};
+    lines.removeAll(QString());
+    return lines.join(QLatin1Char('\n'));
+}
+
 QString TrendTexts::ofBreak(SampleState why)
 {
     switch (why) {

@@ -9,6 +9,8 @@ class TrendTexts
 {
     Q_DECLARE_TR_FUNCTIONS(TrendTexts)
 public:
+    // All that is known of the point, a line each.
+    static QString ofPoint(const Point &point);
     static QString ofBreak(SampleState why);
     // In the C locale, as on live pages; a dash for none.
     static QString ofNumber(double number);

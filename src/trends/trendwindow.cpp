@@ -1,5 +1,6 @@
 #include "trends/trendwindow.h"
 
+#include "history/history.h"
 #include "trends/figuremodel.h"
 #include "trends/figuretable.h"
 #include "trends/pointpicker.h"
@@ -70,6 +71,12 @@ TrendWindow::~TrendWindow()
 {
     if (source()) {
         disconnect(source(), nullptr, this, nullptr);
+    }
+    if (auto *history = qobject_cast<History *>(source())) {
+        const auto points = m_figures->points();
+        for (const Point &point : points) {
+            history->release(point.id);
+        }
     }
 }
 
@@ -164,8 +171,14 @@ void TrendWindow::connectSource()
 
 void TrendWindow::addPoints(const QVector<Point> &points)
 {
-    if (m_figures->add(points).isEmpty()) {
+    const QVector<PointId> fresh = m_figures->add(points);
+    if (fresh.isEmpty()) {
         return;
+    }
+    if (auto *history = qobject_cast<History *>(source())) {
+        for (const PointId &id : fresh) {
+            history->hold(id);
+        }
     }
     m_pages->setCurrentIndex(1);
     m_table->updateGeometry();
@@ -246,6 +259,7 @@ void TrendWindow::use(Tool tool)
         TrendSaver::savePicture(this, picture(), size(), fileName());
         break;
     case Tool::SaveValues:
+        TrendSaver::saveValues(this, valuesOnScreen(), fileName());
         break;
     }
     showTools();
@@ -268,8 +282,12 @@ void TrendWindow::choosePoints()
 
 void TrendWindow::removeRows(const QVector<int> &rows)
 {
+    auto *history = qobject_cast<History *>(source());
     for (const int row : rows) {
-        m_figures->remove(row);
+        const PointId gone = m_figures->remove(row);
+        if (history) {
+            history->release(gone);
+        }
     }
     if (m_figures->rowCount() == 0) {
         m_pages->setCurrentIndex(0);
@@ -411,6 +429,19 @@ void TrendWindow::tell(const QString &text)
 TrendPicture TrendWindow::picture() const
 {
     return {m_figures, m_control->view(), m_marks->markers(), windowTitle()};
+}
+
+// Of the curves that are shown.
+std::vector<ValueTable::Column> TrendWindow::valuesOnScreen() const
+{
+    std::vector<ValueTable::Column> columns;
+    for (const Curve &curve : m_figures->curves()) {
+        if (curve.shown && source()) {
+            const PointId &id = curve.point.id;
+            columns.push_back({id, source()->cursor(id, m_control->view().range())});
+        }
+    }
+    return columns;
 }
 
 QString TrendWindow::fileName() const

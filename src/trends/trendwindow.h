@@ -1,14 +1,13 @@
 #pragma once
 
-#include "history/samplesource.h"
+#include "history/valuetable.h"
+#include "trends/trendtools.h"
 
 #include <QBasicTimer>
 #include <QElapsedTimer>
 #include <QSet>
 #include <QTimer>
 #include <QWidget>
-
-#include "trends/trendtools.h"
 
 class FigureModel;
 class FigureTable;
@@ -81,6 +80,7 @@ private:
     void tell(const QString &text);
     bool isGrowing() const;
     TrendPicture picture() const;
+    std::vector<ValueTable::Column> valuesOnScreen() const;
     QString fileName() const;
 
     TrendFeed *m_feed;

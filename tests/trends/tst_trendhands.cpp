@@ -1,4 +1,6 @@
 #include "fakesource.h"
+#include "files.h"
+#include "history/history.h"
 #include "messages.h"
 #include "modaldialogs.h"
 #include "run.h"
@@ -10,6 +12,7 @@
 #include "trends/trendwindow.h"
 #include "widgets/quietline.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDateTime>
@@ -54,11 +57,13 @@ private slots:
     void copiesPictureAndFigures();
     void savesAPicture_data();
     void savesAPicture();
+    void savesValuesOnScreen();
     void tellsThatAPictureWasNotSaved();
     void silentSourceKeepsTheWindowAlive();
     void sourceThatDiesIsTold();
     void failureIsTold();
     void closesByKey();
+    void historyKeepsThePointsOfTheWindow();
 
 private:
     void open(bool growing = false);
@@ -496,6 +501,28 @@ void TestTrendHands::savesAPicture()
     }
 }
 
+void TestTrendHands::savesValuesOnScreen()
+{
+    m_source->add("Hidden", "float", {valid(0, 1)});
+    RUN(open());
+    auto *figures = m_window->findChild<FigureTable *>()->figures();
+    figures->setData(figures->index(1, FigureModel::Name), Qt::Unchecked, Qt::CheckStateRole);
+    press(Qt::Key_2); // the five minutes in the middle
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) {
+        auto *choosing = qobject_cast<QFileDialog *>(dialog);
+        choosing->selectFile(QDir::current().filePath("values.csv"));
+        choosing->QDialog::accept();
+    });
+    press(Qt::Key_E, Qt::ControlModifier);
+    const QList<QByteArray> lines = Files::contents("values.csv").split('\n');
+    QVERIFY2(lines.size() >= 4, qPrintable(QString::number(lines.size())));
+    QVERIFY(lines.at(0).trimmed().endsWith("Voltage"));
+    QVERIFY(lines.at(1).trimmed().endsWith(",240"));
+    QVERIFY(lines.at(2).trimmed().endsWith(",not valid"));
+    QVERIFY(lines.at(3).trimmed().endsWith(",235"));
+}
+
 void TestTrendHands::tellsThatAPictureWasNotSaved()
 {
     RUN(open());
@@ -552,6 +579,30 @@ void TestTrendHands::closesByKey()
     QTest::keyClick(canvas(), Qt::Key_W, Qt::ControlModifier);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QTRY_VERIFY(!m_window);
+}
+
+void TestTrendHands::historyKeepsThePointsOfTheWindow()
+{
+    History history;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    Readings report{now, "127.0.0.2", "Riverside", "Relay", {}};
+    for (const char *name : {"Voltage", "Current"}) {
+        report.rows.append({QString::fromLatin1(name), "40001", "float", 230, SampleState::Valid, QString()});
+    }
+    history.add(report);
+    m_window = new TrendWindow(&history);
+    m_window->show();
+    m_window->addPoints(history.points());
+    auto *table = m_window->findChild<FigureTable *>();
+    QTRY_COMPARE(cell(0, FigureModel::Current), "230");
+    history.forget("127.0.0.2", "Riverside", "Relay"); // its page is closed
+    QCOMPARE(history.points().size(), 2);
+    table->setFocus();
+    table->selectRow(1);
+    table->findChild<QAction *>("remove")->trigger();
+    QCOMPARE(history.points().size(), 1);
+    delete m_window;
+    QCOMPARE(history.points().size(), 0);
 }
 
 QTEST_MAIN(TestTrendHands)

@@ -1,6 +1,5 @@
 #include "fakesource.h"
 #include "trends/curvestyle.h"
-#include "trends/pointlabels.h"
 #include "trends/polylines.h"
 #include "trends/trendtexts.h"
 #include "trends/valuescale.h"
@@ -23,7 +22,7 @@ private slots:
     void stylesAreReadable();
     void valueAtATime_data();
     void valueAtATime();
-    void namesOnlyWhatDiffers();
+    void pointIsToldInFull();
     void numbers_data();
     void numbers();
     void durations_data();
@@ -200,21 +199,11 @@ void TestTrendParts::valueAtATime()
     QCOMPARE(TrendTexts::ofValue(ValueAt::of(Thinned(), time)), "–");
 }
 
-void TestTrendParts::namesOnlyWhatDiffers()
+void TestTrendParts::pointIsToldInFull()
 {
-    const Point first{{"127.0.0.2", "Riverside", "Relay", "Voltage A"}, "40001", "float"};
-    Point second = first;
-    second.id.name = "Voltage B";
-    QCOMPARE(PointLabels::of({}), QStringList());
-    QCOMPARE(PointLabels::of({first, second}), (QStringList{"Voltage A", "Voltage B"}));
-    second.id.name = first.id.name;
-    second.id.box = "127.0.0.3";
-    QCOMPARE(PointLabels::of({first, second}),
-             (QStringList{"Voltage A · 127.0.0.2", "Voltage A · 127.0.0.3"}));
-    second.id.standard = "Meter";
-    QCOMPARE(PointLabels::of({first, second}),
-             (QStringList{"Voltage A · Relay · 127.0.0.2", "Voltage A · Meter · 127.0.0.3"}));
-    QCOMPARE(PointLabels::inFull(first), "Voltage A\nRelay\nRiverside\n127.0.0.2\n40001\nfloat");
+    QCOMPARE(TrendTexts::ofPoint({{"127.0.0.2", "Riverside", "Relay", "Voltage A"}, "40001", "float"}),
+             "Voltage A\nRelay\nRiverside\n127.0.0.2\n40001\nfloat");
+    QCOMPARE(TrendTexts::ofPoint({{"", "", "Relay", "Voltage A"}, "", "float"}), "Voltage A\nRelay\nfloat");
 }
 
 void TestTrendParts::numbers_data()

@@ -336,7 +336,7 @@ void TestTrendWindow::pointsAreThereOnce()
     m_window->addPoints(m_source->points() + m_source->points());
     QCOMPARE(m_window->points().size(), 2);
     QCOMPARE(figures()->index(0, FigureModel::Name).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
-    QCOMPARE(cell(0, FigureModel::Name), "Voltage · Relay");
+    QCOMPARE(cell(0, FigureModel::Name), "Relay / Voltage");
     QCOMPARE(m_window->windowTitle(), "Trend: Relay, Meter");
 }
 
