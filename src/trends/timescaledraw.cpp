@@ -1,6 +1,7 @@
 #include "trends/timescaledraw.h"
 
 #include <QDateTime>
+#include <QPainter>
 
 namespace {
 
@@ -26,6 +27,15 @@ TimeScaleDraw::TimeScaleDraw()
     for (const auto &row : formats) {
         setDateFormat(row.interval, QLatin1String(row.format));
     }
+}
+
+// The base draws a second line from where the first one begins, not below the tick.
+void TimeScaleDraw::drawLabel(QPainter *painter, double value) const
+{
+    constexpr QSizeF room(400, 100); // more than any label takes
+    const QPointF top = labelPosition(value);
+    painter->drawText(QRectF(QPointF(top.x() - room.width() / 2, top.y()), room),
+                      Qt::AlignHCenter | Qt::AlignTop, label(value).text());
 }
 
 QString TimeScaleDraw::dateFormatOfDate(const QDateTime &date, QwtDate::IntervalType interval) const

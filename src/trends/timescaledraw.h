@@ -9,5 +9,6 @@ public:
     TimeScaleDraw();
 
 protected:
+    void drawLabel(QPainter *painter, double value) const override;
     QString dateFormatOfDate(const QDateTime &date, QwtDate::IntervalType interval) const override;
 };

@@ -155,10 +155,14 @@ void TrendPicture::paintPlot(QPainter *painter, const QRectF &area, const Sheet 
     plot.setPalette(sheet.colours);
     plot.setFont(sheet.font);
     plot.resize(area.size().toSize());
+    // Only a plot that is shown has laid its scales out, which is what the renderer goes by.
+    plot.setAttribute(Qt::WA_DontShowOnScreen);
+    plot.show();
     plot.setCurves(m_figures->curves());
     plot.setView(m_view);
     plot.setMarkers(m_markers);
     plot.replot();
+    plot.updateLayout();
     QwtPlotRenderer renderer;
     renderer.setDiscardFlag(QwtPlotRenderer::DiscardBackground);
     painter->save();

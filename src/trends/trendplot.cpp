@@ -54,15 +54,20 @@ void TrendPlot::setUpAxes()
     setAxisScaleEngine(xBottom, new QwtDateScaleEngine(Qt::LocalTime));
     setAxisScaleDraw(xBottom, new TimeScaleDraw);
     plotLayout()->setAlignCanvasToScales(true);
-    QFont title = font();
-    title.setPointSizeF(fontInfo().pointSizeF() * 0.9);
     for (const int axis : {int(xBottom), int(yLeft), int(yRight)}) {
-        setAxisFont(axis, font());
         setAxisMaxMinor(axis, 5);
     }
-    QwtText text(tr("Time of arrival at this computer"));
-    text.setFont(title);
-    setAxisTitle(xBottom, text);
+    applyFont();
+}
+
+void TrendPlot::applyFont()
+{
+    for (const int axis : {int(xBottom), int(yLeft), int(yRight)}) {
+        setAxisFont(axis, font());
+    }
+    QwtText title(tr("Time of arrival at this computer"));
+    title.setFont(font());
+    setAxisTitle(xBottom, title);
 }
 
 void TrendPlot::setCurves(const QVector<Curve> &curves)
@@ -143,6 +148,8 @@ void TrendPlot::changeEvent(QEvent *event)
         applyColours();
         setCurves(m_curves);
         replot();
+    } else if (event->type() == QEvent::FontChange) {
+        applyFont();
     }
 }
 

@@ -37,12 +37,17 @@ public:
     const GapBands *gapBands() const { return m_gaps; }
     const EventLabels *eventLabels() const { return m_events; }
 
+    // Not that of all labels in a row, which would make the window as wide.
+    QSize minimumSizeHint() const override { return {320, 160}; }
+    QSize sizeHint() const override { return {800, 400}; }
+
 protected:
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
     void setUpAxes();
+    void applyFont();
     void applyColours();
     void fitTicks();
 

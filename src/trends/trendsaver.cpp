@@ -28,21 +28,19 @@ void TrendSaver::copy(const TrendPicture &picture, const QSize &size, const QPal
     QApplication::clipboard()->setMimeData(data);
 }
 
-void TrendSaver::savePicture(QWidget *window, const TrendPicture &picture, const QSize &size,
-                             const QString &name)
+QString TrendSaver::pictureFile(QWidget *window, const QString &name)
 {
-    const QPointer<QWidget> parent(window);
-    const QPalette desktop = window->palette();
-    const QString path =
-        chooseSaveFile(window, tr("Save Picture"), lastUsedFolder(),
-                       tr("PNG Pictures (*.png)") + QStringLiteral(";;") + tr("SVG Pages (*.svg)"), name);
-    if (path.isEmpty()) {
-        return;
-    }
+    const QString filters = tr("PNG Pictures (*.png)") + QStringLiteral(";;") + tr("SVG Pages (*.svg)");
+    return chooseSaveFile(window, tr("Save Picture"), lastUsedFolder(), filters, name);
+}
+
+void TrendSaver::savePicture(QWidget *window, const TrendPicture &picture, const QString &path)
+{
     const bool isSvg = path.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive);
-    const bool isSaved = isSvg ? picture.saveSvg(path) : saveImage(picture.image(size, desktop), path);
-    if (!isSaved && parent) {
-        Tell::warning(parent, tr("Save Picture"), tr("The file %1 could not be written.").arg(path));
+    const bool isSaved =
+        isSvg ? picture.saveSvg(path) : saveImage(picture.image(window->size(), window->palette()), path);
+    if (!isSaved) {
+        Tell::warning(window, tr("Save Picture"), tr("The file %1 could not be written.").arg(path));
     }
 }
 

@@ -13,9 +13,11 @@ class TrendSaver
     Q_DECLARE_TR_FUNCTIONS(TrendSaver)
 public:
     static void copy(const TrendPicture &picture, const QSize &size, const QPalette &desktop);
-    // PNG or SVG, by the ending. The name is offered. What fails is told over the window.
-    static void savePicture(QWidget *window, const TrendPicture &picture, const QSize &size,
-                            const QString &name);
-    // What the cursors hold, as CSV.
+    // The file that the user names for a picture; the name is offered. Empty for none.
+    static QString pictureFile(QWidget *window, const QString &name);
+    // PNG in the size and the colours of the window, or SVG, by the ending. What fails is told over the
+    // window.
+    static void savePicture(QWidget *window, const TrendPicture &picture, const QString &path);
+    // What the cursors hold, as CSV, into a file that the user names.
     static void saveValues(QWidget *window, std::vector<ValueTable::Column> columns, const QString &name);
 };

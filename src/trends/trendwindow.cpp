@@ -113,7 +113,6 @@ void TrendWindow::layOut()
     splitter->setStretchFactor(0, 1);
     m_pages->addWidget(m_hint);
     m_pages->addWidget(splitter);
-    m_plot->setMinimumHeight(160);
     m_plot->canvas()->installEventFilter(this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_tools);
@@ -227,6 +226,7 @@ void TrendWindow::setRecordingLine(const QString &text)
 
 void TrendWindow::use(Tool tool)
 {
+    const QPointer<TrendWindow> self(this); // dialogs may outlive it
     switch (tool) {
     case Tool::Follow:
         m_control->toggleFollowing();
@@ -256,13 +256,25 @@ void TrendWindow::use(Tool tool)
         TrendSaver::copy(picture(), size(), palette());
         break;
     case Tool::SavePicture:
-        TrendSaver::savePicture(this, picture(), size(), fileName());
+        savePicture();
         break;
     case Tool::SaveValues:
         TrendSaver::saveValues(this, valuesOnScreen(), fileName());
         break;
     }
-    showTools();
+    if (self) {
+        showTools();
+    }
+}
+
+// As the trend is once the file is named, which takes a while.
+void TrendWindow::savePicture()
+{
+    const QPointer<TrendWindow> self(this);
+    const QString path = TrendSaver::pictureFile(this, fileName());
+    if (self && !path.isEmpty()) {
+        TrendSaver::savePicture(this, picture(), path);
+    }
 }
 
 void TrendWindow::choosePoints()

@@ -63,6 +63,7 @@ private:
     void connectParts();
     void connectSource();
     void use(TrendTools::Tool tool);
+    void savePicture();
     void choosePoints();
     void removeRows(const QVector<int> &rows);
     void showFirstView();

@@ -113,7 +113,7 @@ void TestTrendWindow::open(bool growing)
 void TestTrendWindow::redrawn()
 {
     for (int round = 0; round < 3; ++round) {
-        QTest::qWait(0);
+        QCoreApplication::processEvents();
     }
 }
 
