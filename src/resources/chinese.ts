@@ -2330,6 +2330,13 @@
     </message>
 </context>
 <context>
+    <name>RecordingRow</name>
+    <message>
+        <source>Recording</source>
+        <translation>正在记录</translation>
+    </message>
+</context>
+<context>
     <name>RecordingDatabase</name>
     <message>
         <source>Qt&apos;s driver for SQLite is not installed.</source>
@@ -3817,10 +3824,6 @@
     <message>
         <source>Drop rows of live values here, or press Add...</source>
         <translation>将实时数据的行拖到此处，或按“添加...”</translation>
-    </message>
-    <message>
-        <source>Recording</source>
-        <translation>正在记录</translation>
     </message>
     <message>
         <source>The source of these values is closed</source>

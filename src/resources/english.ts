@@ -2328,6 +2328,13 @@
     </message>
 </context>
 <context>
+    <name>RecordingRow</name>
+    <message>
+        <source>Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>RecordingDatabase</name>
     <message>
         <source>Qt&apos;s driver for SQLite is not installed.</source>
@@ -3814,10 +3821,6 @@
     <name>TrendWindow</name>
     <message>
         <source>Drop rows of live values here, or press Add...</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Recording</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

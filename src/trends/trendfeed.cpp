@@ -1,5 +1,9 @@
 #include "trends/trendfeed.h"
 
+#include "history/history.h"
+
+#include <QDateTime>
+
 TrendFeed::TrendFeed(SampleSource *source, QObject *parent)
     : QObject(parent)
     , m_source(source)
@@ -13,9 +17,68 @@ TrendFeed::TrendFeed(SampleSource *source, QObject *parent)
     connect(source, &SampleSource::thinned, this, &TrendFeed::take);
 }
 
-void TrendFeed::ask(const SampleSource::Request &request)
+TrendFeed::~TrendFeed()
 {
-    m_next = request;
+    const QVector<PointId> points = m_points;
+    for (const PointId &point : points) {
+        remove(point);
+    }
+}
+
+void TrendFeed::add(const QVector<PointId> &points)
+{
+    auto *history = qobject_cast<History *>(source());
+    for (const PointId &point : points) {
+        m_points.append(point);
+        if (history) {
+            history->hold(point);
+        }
+    }
+}
+
+void TrendFeed::remove(const PointId &point)
+{
+    m_points.removeOne(point);
+    if (auto *history = qobject_cast<History *>(source())) {
+        history->release(point);
+    }
+}
+
+TimeRange TrendFeed::extent() const
+{
+    TimeRange all{1, 0};
+    for (const PointId &point : m_points) {
+        const TimeRange own = m_source ? m_source->extent(point) : all;
+        if (own.from <= own.to) {
+            all = all.from > all.to ? own : TimeRange{qMin(all.from, own.from), qMax(all.to, own.to)};
+        }
+    }
+    return all;
+}
+
+qint64 TrendFeed::present() const
+{
+    const TimeRange all = extent();
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    return all.from <= all.to ? qMax(now, all.to) : now;
+}
+
+std::vector<ValueTable::Column> TrendFeed::values(const QVector<PointId> &points,
+                                                  const TimeRange &range) const
+{
+    std::vector<ValueTable::Column> columns;
+    for (const PointId &point : points) {
+        if (m_source) {
+            columns.push_back({point, m_source->cursor(point, range)});
+        }
+    }
+    return columns;
+}
+
+void TrendFeed::ask(const TimeRange &range, int columns)
+{
+    m_next.range = range;
+    m_next.columns = columns;
     m_isWaiting = true;
     if (!m_pause.isActive()) {
         send();
@@ -25,7 +88,8 @@ void TrendFeed::ask(const SampleSource::Request &request)
 void TrendFeed::send()
 {
     m_isWaiting = false;
-    if (m_source && !m_next.points.isEmpty()) {
+    m_next.points = m_points;
+    if (m_source && !m_points.isEmpty()) {
         m_pause.start(interval);
         m_source->request(this, m_next);
     }

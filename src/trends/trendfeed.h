@@ -1,19 +1,32 @@
 #pragma once
 
-#include "history/samplesource.h"
+#include "history/valuetable.h"
 
 #include <QPointer>
 #include <QTimer>
 
-// Asks a source for what a window shows, not more often than can be seen. The last question counts.
+// The points of a window in their source: asks for what is on screen, not more often than can be seen, and
+// has the history keep the points while they are here.
 class TrendFeed : public QObject
 {
     Q_OBJECT
 public:
     TrendFeed(SampleSource *source, QObject *parent);
+    ~TrendFeed() override;
 
-    SampleSource *source() const { return m_source; }
-    void ask(const SampleSource::Request &request);
+    SampleSource *source() const { return m_source; } // null once it has died
+    bool isGrowing() const { return m_source && m_source->isGrowing(); }
+    void add(const QVector<PointId> &points);
+    void remove(const PointId &point);
+
+    // Of all samples of the points; from > to if there are none.
+    TimeRange extent() const;
+    // What the clock shows, or the last sample where it is ahead of that since the clock was set back.
+    qint64 present() const;
+    std::vector<ValueTable::Column> values(const QVector<PointId> &points, const TimeRange &range) const;
+
+    // The last question counts.
+    void ask(const TimeRange &range, int columns);
 
     inline static int interval = 100; // ms between two questions; for tests to shorten
 
@@ -25,6 +38,7 @@ private:
     void take(const void *asker, const SampleSource::Request &request, const QVector<Thinned> &answers);
 
     QPointer<SampleSource> m_source;
+    QVector<PointId> m_points;
     QTimer m_pause; // runs while nothing may be asked
     SampleSource::Request m_next;
     bool m_isWaiting = false;

@@ -1,10 +1,10 @@
 #include "trends/trendwindow.h"
 
-#include "history/history.h"
 #include "trends/figuremodel.h"
 #include "trends/figuretable.h"
 #include "trends/pointpicker.h"
 #include "trends/readout.h"
+#include "trends/recordingrow.h"
 #include "trends/trendfeed.h"
 #include "trends/trendmarks.h"
 #include "trends/trendplot.h"
@@ -43,9 +43,9 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     , m_table(new FigureTable(this))
     , m_figures(m_table->figures())
     , m_marks(new TrendMarks(this))
-    , m_control(new ViewControl(m_plot, m_marks, [this] { return extent(); }))
+    , m_control(new ViewControl(m_plot, m_marks, [this] { return m_feed->extent(); }))
     , m_readout(new Readout(m_plot->canvas()))
-    , m_recording(makeRecordingRow())
+    , m_recording(new RecordingRow(this))
     , m_markerLine(new QuietLine(this))
     , m_note(new QLabel(this))
     , m_hint(new QLabel(tr("Drop rows of live values here, or press Add..."), this))
@@ -60,7 +60,7 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     connectSource();
     m_redraw.setSingleShot(true);
     connect(&m_redraw, &QTimer::timeout, this, &TrendWindow::redraw);
-    m_control->setView(TimeView::upTo(present(), firstSpan));
+    m_control->setView(TimeView::upTo(m_feed->present(), firstSpan));
     showTitle();
     showMarkers();
     resize(firstSize);
@@ -72,28 +72,6 @@ TrendWindow::~TrendWindow()
     if (source()) {
         disconnect(source(), nullptr, this, nullptr);
     }
-    if (auto *history = qobject_cast<History *>(source())) {
-        const auto points = m_figures->points();
-        for (const Point &point : points) {
-            history->release(point.id);
-        }
-    }
-}
-
-QWidget *TrendWindow::makeRecordingRow()
-{
-    auto *row = new QWidget(this);
-    auto *mark = new QLabel(row);
-    mark->setPixmap(svgIcon(QStringLiteral(":/adsdemo/images/record.svg")).pixmap(18));
-    mark->setToolTip(tr("Recording"));
-    m_recordingLine = new QuietLine(row);
-    m_recordingLine->setObjectName(QStringLiteral("recordingLine"));
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(mark);
-    layout->addWidget(m_recordingLine, 1);
-    row->hide();
-    return row;
 }
 
 void TrendWindow::layOut()
@@ -174,11 +152,7 @@ void TrendWindow::addPoints(const QVector<Point> &points)
     if (fresh.isEmpty()) {
         return;
     }
-    if (auto *history = qobject_cast<History *>(source())) {
-        for (const PointId &id : fresh) {
-            history->hold(id);
-        }
-    }
+    m_feed->add(fresh);
     m_pages->setCurrentIndex(1);
     m_table->updateGeometry();
     showTitle();
@@ -194,9 +168,9 @@ void TrendWindow::addPoints(const QVector<Point> &points)
 // The last minutes of what still grows, or all that there is.
 void TrendWindow::showFirstView()
 {
-    const TimeRange all = extent();
-    if (isGrowing()) {
-        m_control->setView(TimeView::upTo(present(), firstSpan));
+    const TimeRange all = m_feed->extent();
+    if (m_feed->isGrowing()) {
+        m_control->setView(TimeView::upTo(m_feed->present(), firstSpan));
     } else if (all.from <= all.to) {
         m_control->setView(TimeView(all));
     }
@@ -212,16 +186,10 @@ SampleSource *TrendWindow::source() const
     return m_feed->source();
 }
 
-bool TrendWindow::isGrowing() const
-{
-    return source() && source()->isGrowing();
-}
-
 void TrendWindow::setRecordingLine(const QString &text)
 {
-    m_recordingLine->setText(text);
-    m_recording->setVisible(!text.isEmpty());
-    m_tools->button(Tool::Record)->setChecked(!text.isEmpty());
+    m_recording->setText(text);
+    showTools();
 }
 
 void TrendWindow::use(Tool tool)
@@ -259,7 +227,7 @@ void TrendWindow::use(Tool tool)
         savePicture();
         break;
     case Tool::SaveValues:
-        TrendSaver::saveValues(this, valuesOnScreen(), fileName());
+        saveValues();
         break;
     }
     if (self) {
@@ -275,6 +243,17 @@ void TrendWindow::savePicture()
     if (self && !path.isEmpty()) {
         TrendSaver::savePicture(this, picture(), path);
     }
+}
+
+void TrendWindow::saveValues()
+{
+    QVector<PointId> shown;
+    for (const Curve &curve : m_figures->curves()) {
+        if (curve.shown) {
+            shown.append(curve.point.id);
+        }
+    }
+    TrendSaver::saveValues(this, m_feed->values(shown, m_control->view().range()), fileName());
 }
 
 void TrendWindow::choosePoints()
@@ -294,12 +273,8 @@ void TrendWindow::choosePoints()
 
 void TrendWindow::removeRows(const QVector<int> &rows)
 {
-    auto *history = qobject_cast<History *>(source());
     for (const int row : rows) {
-        const PointId gone = m_figures->remove(row);
-        if (history) {
-            history->release(gone);
-        }
+        m_feed->remove(m_figures->remove(row));
     }
     if (m_figures->rowCount() == 0) {
         m_pages->setCurrentIndex(0);
@@ -311,40 +286,14 @@ void TrendWindow::removeRows(const QVector<int> &rows)
 
 void TrendWindow::followPresent()
 {
-    if (isGrowing()) {
-        m_control->setPresent(present());
+    if (m_feed->isGrowing()) {
+        m_control->setPresent(m_feed->present());
     }
-}
-
-// Samples may be ahead of a clock that was set back.
-qint64 TrendWindow::present() const
-{
-    const TimeRange all = extent();
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
-    return all.from <= all.to ? qMax(now, all.to) : now;
-}
-
-TimeRange TrendWindow::extent() const
-{
-    TimeRange all{1, 0};
-    for (const Curve &curve : m_figures->curves()) {
-        const TimeRange own = source() ? source()->extent(curve.point.id) : all;
-        if (own.from <= own.to) {
-            all = all.from > all.to ? own : TimeRange{qMin(all.from, own.from), qMax(all.to, own.to)};
-        }
-    }
-    return all;
 }
 
 void TrendWindow::ask()
 {
-    SampleSource::Request request;
-    for (const Curve &curve : m_figures->curves()) {
-        request.points.append(curve.point.id);
-    }
-    request.range = m_control->view().range();
-    request.columns = m_plot->columns();
-    m_feed->ask(request);
+    m_feed->ask(m_control->view().range(), m_plot->columns());
 }
 
 void TrendWindow::take(const SampleSource::Request &request, const QVector<Thinned> &answers)
@@ -411,10 +360,10 @@ void TrendWindow::showTools()
     const bool hasCurves = m_figures->rowCount() > 0;
     m_tools->showSpan(view.span());
     m_tools->button(Tool::Follow)->setChecked(view.isFollowing());
-    m_tools->button(Tool::Follow)->setEnabled(hasCurves && isGrowing());
+    m_tools->button(Tool::Follow)->setEnabled(hasCurves && m_feed->isGrowing());
     m_tools->button(Tool::Back)->setEnabled(view.canGoBack());
     m_tools->button(Tool::Markers)->setChecked(m_marks->markers().isAnySet());
-    m_tools->button(Tool::Record)->setChecked(m_recording->isVisibleTo(this));
+    m_tools->button(Tool::Record)->setChecked(m_recording->isRecording());
     for (const Tool tool : {Tool::Markers, Tool::Record, Tool::Copy, Tool::SavePicture, Tool::SaveValues}) {
         m_tools->button(tool)->setEnabled(hasCurves);
     }
@@ -441,19 +390,6 @@ void TrendWindow::tell(const QString &text)
 TrendPicture TrendWindow::picture() const
 {
     return {m_figures, m_control->view(), m_marks->markers(), windowTitle()};
-}
-
-// Of the curves that are shown.
-std::vector<ValueTable::Column> TrendWindow::valuesOnScreen() const
-{
-    std::vector<ValueTable::Column> columns;
-    for (const Curve &curve : m_figures->curves()) {
-        if (curve.shown && source()) {
-            const PointId &id = curve.point.id;
-            columns.push_back({id, source()->cursor(id, m_control->view().range())});
-        }
-    }
-    return columns;
 }
 
 QString TrendWindow::fileName() const

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "history/valuetable.h"
+#include "history/samplesource.h"
 #include "trends/trendtools.h"
 
 #include <QBasicTimer>
 #include <QElapsedTimer>
-#include <QSet>
 #include <QTimer>
 #include <QWidget>
 
@@ -15,6 +14,7 @@ class QLabel;
 class QStackedWidget;
 class QuietLine;
 class Readout;
+class RecordingRow;
 class TrendFeed;
 class TrendMarks;
 class TrendPicture;
@@ -58,18 +58,16 @@ protected:
 
 private:
     void layOut();
-    QWidget *makeRecordingRow();
     void addKeys();
     void connectParts();
     void connectSource();
     void use(TrendTools::Tool tool);
     void savePicture();
+    void saveValues();
     void choosePoints();
     void removeRows(const QVector<int> &rows);
     void showFirstView();
     void followPresent();
-    qint64 present() const;
-    TimeRange extent() const;
     void ask();
     void take(const SampleSource::Request &request, const QVector<Thinned> &answers);
     void scheduleRedraw();
@@ -79,9 +77,7 @@ private:
     void showTools();
     void showTitle();
     void tell(const QString &text);
-    bool isGrowing() const;
     TrendPicture picture() const;
-    std::vector<ValueTable::Column> valuesOnScreen() const;
     QString fileName() const;
 
     TrendFeed *m_feed;
@@ -92,8 +88,7 @@ private:
     TrendMarks *m_marks;
     ViewControl *m_control;
     Readout *m_readout;
-    QWidget *m_recording;
-    QuietLine *m_recordingLine;
+    RecordingRow *m_recording;
     QuietLine *m_markerLine;
     QLabel *m_note;
     QLabel *m_hint;

@@ -1,33 +1,23 @@
-#include "fakesource.h"
-#include "run.h"
 #include "trends/eventlabels.h"
-#include "trends/figuremodel.h"
-#include "trends/figuretable.h"
 #include "trends/gapbands.h"
 #include "trends/trendcurve.h"
-#include "trends/trendfeed.h"
-#include "trends/trendplot.h"
-#include "trends/trendwindow.h"
+#include "trendtest.h"
 
 #include <QAbstractItemModelTester>
 #include <QDateTime>
 #include <QLabel>
 #include <QPainter>
-#include <QToolButton>
-#include <QtTest>
 
 #include <qwt_scale_draw.h>
 #include <qwt_scale_map.h>
-#include <qwt_scale_widget.h>
 
-// The window of a trend over a source of the test's own: what it draws, tells and hands out.
-class TestTrendWindow : public QObject
+// What the window of a trend draws and tells.
+class TestTrendWindow : public TrendTest
 {
     Q_OBJECT
 private slots:
-    void initTestCase() { TrendFeed::interval = 0; }
-    void init();
-    void cleanup();
+    void init() { restart(); }
+    void cleanup() { delete window; }
 
     void emptyWindowTellsHowToGetPoints();
     void drawsPiecesAsTheyAre();
@@ -44,36 +34,9 @@ private slots:
     void userChoosesTheScale();
     void pointsAreThereOnce();
     void hundredCurves();
-
-private:
-    void open(bool growing = false);
-    void redrawn();
-    QString cell(int row, FigureModel::Column column) const;
-    FigureModel *figures() const { return m_window->findChild<FigureTable *>()->figures(); }
-
-    std::unique_ptr<FakeSource> m_source;
-    QPointer<TrendWindow> m_window;
-    TrendPlot *m_plot = nullptr;
 };
 
 namespace {
-
-constexpr qint64 start = 1763800000000; // ms
-
-Sample valid(qint64 second, double number)
-{
-    return {start + second * 1000, number, SampleState::Valid, QString()};
-}
-
-Sample text(qint64 second, const QString &words)
-{
-    return {start + second * 1000, FakeSource::noNumber, SampleState::Valid, words};
-}
-
-Sample broken(qint64 second, SampleState why)
-{
-    return {start + second * 1000, FakeSource::noNumber, why, QString()};
-}
 
 QVector<QPointF> points(const QVector<Sample> &samples)
 {
@@ -86,77 +49,41 @@ QVector<QPointF> points(const QVector<Sample> &samples)
 
 } // namespace
 
-void TestTrendWindow::init()
-{
-    m_source = std::make_unique<FakeSource>();
-    m_window.clear();
-}
-
-void TestTrendWindow::cleanup()
-{
-    delete m_window;
-}
-
-// With all points that the source has by then.
-void TestTrendWindow::open(bool growing)
-{
-    m_source->growing = growing;
-    m_window = new TrendWindow(m_source.get());
-    m_plot = m_window->findChild<TrendPlot *>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
-    m_window->addPoints(m_source->points());
-    redrawn();
-}
-
-// The last question is asked and answered, and the answer drawn.
-void TestTrendWindow::redrawn()
-{
-    for (int round = 0; round < 3; ++round) {
-        QCoreApplication::processEvents();
-    }
-}
-
-QString TestTrendWindow::cell(int row, FigureModel::Column column) const
-{
-    return figures()->index(row, column).data().toString();
-}
-
 void TestTrendWindow::emptyWindowTellsHowToGetPoints()
 {
     open();
-    auto *hint = m_window->findChild<QLabel *>("hint");
+    auto *hint = window->findChild<QLabel *>("hint");
     QVERIFY(hint->isVisible());
-    QVERIFY(!m_plot->isVisible());
+    QVERIFY(!plot->isVisible());
     for (const char *tool : {"follow", "record", "copyTrend", "savePicture", "saveValues", "markers"}) {
-        QVERIFY2(!m_window->findChild<QToolButton *>(QLatin1String(tool))->isEnabled(), tool);
+        QVERIFY2(!window->findChild<QToolButton *>(QLatin1String(tool))->isEnabled(), tool);
     }
-    m_source->add("Voltage", "float", {valid(0, 1)});
-    m_window->addPoints(m_source->points());
+    source->add("Voltage", "float", {valid(0, 1)});
+    window->addPoints(source->points());
     QVERIFY(!hint->isVisible());
-    QVERIFY(m_plot->isVisible());
-    QVERIFY(m_window->findChild<QToolButton *>("copyTrend")->isEnabled());
+    QVERIFY(plot->isVisible());
+    QVERIFY(window->findChild<QToolButton *>("copyTrend")->isEnabled());
 }
 
 void TestTrendWindow::drawsPiecesAsTheyAre()
 {
     const QVector<Sample> first{valid(0, 1), valid(1, 3)};
     const QVector<Sample> second{valid(5, 2), valid(6, 2), valid(7, 5)};
-    m_source->add("Voltage", "float", first + QVector<Sample>{broken(2, SampleState::NotValid)} + second);
+    source->add("Voltage", "float", first + QVector<Sample>{broken(2, SampleState::NotValid)} + second);
     RUN(open());
-    QCOMPARE(m_plot->curveItems().size(), 1);
-    const TrendCurve *item = m_plot->curveItems().first();
+    QCOMPARE(plot->curveItems().size(), 1);
+    const TrendCurve *item = plot->curveItems().first();
     QCOMPARE(item->curve().data.pieces, (QVector<QVector<QPointF>>{points(first), points(second)}));
     // All that there is, from the first to the last sample.
-    QCOMPARE(m_source->requests.last().range.from, start);
-    QCOMPARE(m_source->requests.last().range.to, start + 7000);
-    QCOMPARE(m_source->requests.last().columns, m_plot->columns());
+    QCOMPARE(source->requests.last().range.from, start);
+    QCOMPARE(source->requests.last().range.to, start + 7000);
+    QCOMPARE(source->requests.last().columns, plot->columns());
 }
 
 void TestTrendWindow::drawsStatesAndCountersAsSteps()
 {
-    m_source->add("Voltage", "float", {valid(0, 0), valid(10, 1)});
-    m_source->add("Closed", "bool", {valid(0, 0), valid(10, 1)});
+    source->add("Voltage", "float", {valid(0, 0), valid(10, 1)});
+    source->add("Closed", "bool", {valid(0, 0), valid(10, 1)});
     RUN(open());
     // Half-way up in the middle there is a line, but no step.
     const auto isDrawnAt = [this](int curve, double time, double value) {
@@ -169,7 +96,7 @@ void TestTrendWindow::drawsStatesAndCountersAsSteps()
         QwtScaleMap y;
         y.setScaleInterval(0, 1);
         y.setPaintInterval(400, 0);
-        m_plot->curveItems().at(curve)->draw(&painter, x, y, QRectF(0, 0, 400, 400));
+        plot->curveItems().at(curve)->draw(&painter, x, y, QRectF(0, 0, 400, 400));
         const QPoint at(int(x.transform(time)), int(y.transform(value)));
         for (int side = -4; side <= 4; ++side) {
             if (image.pixelColor(qBound(0, at.x() + side, 399), at.y()) != QColor(Qt::white)) {
@@ -185,14 +112,14 @@ void TestTrendWindow::drawsStatesAndCountersAsSteps()
 
 void TestTrendWindow::shadesGapsOnce()
 {
-    const auto samples = [](qint64 second) {
+    const auto samples = [](double second) {
         return QVector<Sample>{valid(0, 1), broken(second, SampleState::NoReport), valid(8, 1)};
     };
-    m_source->add("Voltage", "float",
-                  samples(3) + QVector<Sample>{broken(9, SampleState::Ended), valid(10, 1)});
-    m_source->add("Current", "float", samples(4));
+    source->add("Voltage", "float",
+                samples(3) + QVector<Sample>{broken(9, SampleState::Ended), valid(10, 1)});
+    source->add("Current", "float", samples(4));
     RUN(open());
-    const QVector<Thinned::Gap> gaps = m_plot->gapBands()->gaps();
+    const QVector<Thinned::Gap> gaps = plot->gapBands()->gaps();
     QCOMPARE(gaps.size(), 2);
     QCOMPARE(int(gaps.last().why), int(SampleState::Ended));
     QCOMPARE(gaps.first().range.from, start);
@@ -202,10 +129,10 @@ void TestTrendWindow::shadesGapsOnce()
 
 void TestTrendWindow::showsTextsAsEvents()
 {
-    m_source->add("State", "string", {text(0, "Running"), text(5, "12,5"), text(9, QString(65536, 'x'))});
+    source->add("State", "string", {words(0, "Running"), words(5, "12,5"), words(9, QString(65536, 'x'))});
     RUN(open());
-    QVERIFY(m_plot->curveItems().first()->curve().data.pieces.isEmpty());
-    const QVector<Curve> labelled = m_plot->eventLabels()->curves();
+    QVERIFY(plot->curveItems().first()->curve().data.pieces.isEmpty());
+    const QVector<Curve> labelled = plot->eventLabels()->curves();
     QCOMPARE(labelled.size(), 1);
     QCOMPARE(labelled.first().data.events.size(), 3);
     QCOMPARE(labelled.first().data.events.at(1).text, "12,5");
@@ -214,22 +141,22 @@ void TestTrendWindow::showsTextsAsEvents()
 
 void TestTrendWindow::axisTellsWhoseTimeItIs()
 {
-    m_source->add("Voltage", "float", {valid(0, 1), valid(60, 2)});
+    source->add("Voltage", "float", {valid(0, 1), valid(60, 2)});
     RUN(open());
-    QCOMPARE(m_plot->axisTitle(QwtPlot::xBottom).text(), "Time of arrival at this computer");
+    QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), "Time of arrival at this computer");
     const QString first = QDateTime::fromMSecsSinceEpoch(start + 20000).toString("hh:mm:ss");
-    QVERIFY(m_plot->axisScaleDraw(QwtPlot::xBottom)->label(double(start + 20000)).text().startsWith(first));
+    QVERIFY(plot->axisScaleDraw(QwtPlot::xBottom)->label(double(start + 20000)).text().startsWith(first));
 }
 
 void TestTrendWindow::figuresAreOfWhatIsOnScreen()
 {
-    m_source->add("Voltage", "float", {valid(0, 100), valid(600, 1), valid(610, 3), valid(620, 2.5)});
+    source->add("Voltage", "float", {valid(0, 100), valid(600, 1), valid(610, 3), valid(620, 2.5)});
     RUN(open());
     QAbstractItemModelTester tester(figures());
     QCOMPARE(cell(0, FigureModel::Greatest), "100");
-    m_plot->canvas()->setFocus();
-    QTest::keyClick(m_plot->canvas(), Qt::Key_1); // one minute
-    QTest::keyClick(m_plot->canvas(), Qt::Key_End);
+    plot->canvas()->setFocus();
+    QTest::keyClick(plot->canvas(), Qt::Key_1); // one minute
+    QTest::keyClick(plot->canvas(), Qt::Key_End);
     redrawn();
     const QStringList row{cell(0, FigureModel::Name),     cell(0, FigureModel::Type),
                           cell(0, FigureModel::Current),  cell(0, FigureModel::Least),
@@ -239,116 +166,113 @@ void TestTrendWindow::figuresAreOfWhatIsOnScreen()
 
 void TestTrendWindow::skippedValuesAreCounted()
 {
-    m_source->add("Voltage", "float", {valid(0, 1), broken(1, SampleState::NoNumber), valid(2, 1)});
-    m_source->add("Current", "float", {valid(0, 1), valid(2, 1)});
+    source->add("Voltage", "float", {valid(0, 1), broken(1, SampleState::NoNumber), valid(2, 1)});
+    source->add("Current", "float", {valid(0, 1), valid(2, 1)});
     RUN(open());
-    QVERIFY(!m_window->findChild<FigureTable *>()->isColumnHidden(FigureModel::Skipped));
+    QVERIFY(!table()->isColumnHidden(FigureModel::Skipped));
     QCOMPARE(cell(0, FigureModel::Skipped), "1");
     QCOMPARE(cell(1, FigureModel::Skipped), "");
     figures()->remove(0);
-    QTRY_VERIFY(m_window->findChild<FigureTable *>()->isColumnHidden(FigureModel::Skipped));
+    QTRY_VERIFY(table()->isColumnHidden(FigureModel::Skipped));
 }
 
 void TestTrendWindow::numberlessCurveDrawsNothing()
 {
-    m_source->add("Voltage", "float",
-                  {broken(0, SampleState::NoNumber), broken(1, SampleState::NoNumber),
-                   broken(2, SampleState::NoNumber)});
+    source->add("Voltage", "float",
+                {broken(0, SampleState::NoNumber), broken(1, SampleState::NoNumber),
+                 broken(2, SampleState::NoNumber)});
     RUN(open());
-    QVERIFY(m_plot->curveItems().first()->curve().data.pieces.isEmpty());
+    QVERIFY(plot->curveItems().first()->curve().data.pieces.isEmpty());
     QCOMPARE(cell(0, FigureModel::Skipped), "3");
     QCOMPARE(cell(0, FigureModel::Mean), "–");
-    const QwtInterval scale = m_plot->axisInterval(QwtPlot::yLeft);
+    const QwtInterval scale = plot->axisInterval(QwtPlot::yLeft);
     QCOMPARE(scale.minValue(), 0.0);
     QCOMPARE(scale.maxValue(), 1.0);
 }
 
 void TestTrendWindow::hiddenCurveIsNotDrawn()
 {
-    m_source->add("Voltage", "float", {valid(0, 230), valid(9, 231)});
-    m_source->add("Current", "float", {valid(0, 100), broken(2, SampleState::NotValid), valid(9, 102)});
+    source->add("Voltage", "float", {valid(0, 230), valid(9, 231)});
+    source->add("Current", "float", {valid(0, 100), broken(2, SampleState::NotValid), valid(9, 102)});
     RUN(open());
-    QVERIFY(m_plot->axisInterval(QwtPlot::yLeft).contains(100));
-    auto *table = m_window->findChild<FigureTable *>();
-    table->setFocus();
-    table->setCurrentIndex(figures()->index(1, FigureModel::Name));
-    QTest::keyClick(table, Qt::Key_Space);
+    QVERIFY(plot->axisInterval(QwtPlot::yLeft).contains(100));
+    table()->setFocus();
+    table()->setCurrentIndex(figures()->index(1, FigureModel::Name));
+    QTest::keyClick(table(), Qt::Key_Space);
     QCOMPARE(figures()->index(1, FigureModel::Name).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
-    QTRY_VERIFY(!m_plot->curveItems().at(1)->isVisible());
-    QVERIFY(m_plot->gapBands()->gaps().isEmpty());
-    QVERIFY(!m_plot->axisInterval(QwtPlot::yLeft).contains(100));
-    QTest::keyClick(table, Qt::Key_Space);
-    QTRY_VERIFY(m_plot->curveItems().at(1)->isVisible());
+    QTRY_VERIFY(!plot->curveItems().at(1)->isVisible());
+    QVERIFY(plot->gapBands()->gaps().isEmpty());
+    QVERIFY(!plot->axisInterval(QwtPlot::yLeft).contains(100));
+    QTest::keyClick(table(), Qt::Key_Space);
+    QTRY_VERIFY(plot->curveItems().at(1)->isVisible());
 }
 
 void TestTrendWindow::removedCurveIsGone()
 {
-    m_source->add("Voltage", "float", {valid(0, 230), valid(9, 231)});
-    const PointId current = m_source->add("Current", "float", {valid(0, 100), valid(9, 102)});
+    source->add("Voltage", "float", {valid(0, 230), valid(9, 231)});
+    const PointId current = source->add("Current", "float", {valid(0, 100), valid(9, 102)});
     RUN(open());
-    auto *table = m_window->findChild<FigureTable *>();
-    table->setFocus();
-    table->selectRow(0);
-    QTest::keyClick(table, Qt::Key_Delete);
-    QCOMPARE(m_window->points().size(), 1);
-    QVERIFY(m_window->points().first().id == current);
-    QTRY_COMPARE(m_plot->curveItems().size(), 1);
-    QTRY_COMPARE(m_source->requests.last().points, QVector<PointId>{current});
-    table->selectRow(0);
-    QTest::keyClick(table, Qt::Key_Delete);
-    QVERIFY(m_window->findChild<QLabel *>("hint")->isVisible());
+    table()->setFocus();
+    table()->selectRow(0);
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QCOMPARE(window->points().size(), 1);
+    QVERIFY(window->points().first().id == current);
+    QTRY_COMPARE(plot->curveItems().size(), 1);
+    QTRY_COMPARE(source->requests.last().points, QVector<PointId>{current});
+    table()->selectRow(0);
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QVERIFY(window->findChild<QLabel *>("hint")->isVisible());
 }
 
 void TestTrendWindow::smallCurveGoesToTheRight()
 {
-    m_source->add("Voltage", "float", {valid(0, 228), valid(9, 232)});
-    m_source->add("Power factor", "float", {valid(0, 0.9), valid(9, 0.95)});
+    source->add("Voltage", "float", {valid(0, 228), valid(9, 232)});
+    source->add("Power factor", "float", {valid(0, 0.9), valid(9, 0.95)});
     RUN(open());
-    QVERIFY(m_plot->hasScale(Side::Right));
-    QCOMPARE(m_plot->curveItems().at(0)->yAxis(), int(QwtPlot::yLeft));
-    QCOMPARE(m_plot->curveItems().at(1)->yAxis(), int(QwtPlot::yRight));
-    QVERIFY(!m_plot->axisInterval(QwtPlot::yLeft).contains(0.9));
-    QVERIFY(m_plot->axisInterval(QwtPlot::yRight).contains(0.9));
+    QVERIFY(plot->hasScale(Side::Right));
+    QCOMPARE(plot->curveItems().at(0)->yAxis(), int(QwtPlot::yLeft));
+    QCOMPARE(plot->curveItems().at(1)->yAxis(), int(QwtPlot::yRight));
+    QVERIFY(!plot->axisInterval(QwtPlot::yLeft).contains(0.9));
+    QVERIFY(plot->axisInterval(QwtPlot::yRight).contains(0.9));
 }
 
 void TestTrendWindow::userChoosesTheScale()
 {
-    m_source->add("Voltage", "float", {valid(0, 228), valid(9, 232)});
-    m_source->add("Power factor", "float", {valid(0, 0.9), valid(9, 0.95)});
+    source->add("Voltage", "float", {valid(0, 228), valid(9, 232)});
+    source->add("Power factor", "float", {valid(0, 0.9), valid(9, 0.95)});
     RUN(open());
     const QModelIndex check = figures()->index(1, FigureModel::RightScale);
     QCOMPARE(check.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
-    auto *table = m_window->findChild<FigureTable *>();
-    table->setFocus();
-    table->setCurrentIndex(check);
-    QTest::keyClick(table, Qt::Key_Space);
+    table()->setFocus();
+    table()->setCurrentIndex(check);
+    QTest::keyClick(table(), Qt::Key_Space);
     redrawn();
-    QCOMPARE(m_plot->curveItems().at(1)->yAxis(), int(QwtPlot::yLeft));
-    QVERIFY(!m_plot->hasScale(Side::Right));
+    QCOMPARE(plot->curveItems().at(1)->yAxis(), int(QwtPlot::yLeft));
+    QVERIFY(!plot->hasScale(Side::Right));
 }
 
 void TestTrendWindow::pointsAreThereOnce()
 {
-    m_source->add("Voltage", "float", {valid(0, 1)});
-    m_source->add("Voltage", "float", {valid(0, 1)}, "Meter");
+    source->add("Voltage", "float", {valid(0, 1)});
+    source->add("Voltage", "float", {valid(0, 1)}, "Meter");
     RUN(open());
     figures()->setData(figures()->index(0, FigureModel::Name), Qt::Unchecked, Qt::CheckStateRole);
-    m_window->addPoints(m_source->points() + m_source->points());
-    QCOMPARE(m_window->points().size(), 2);
+    window->addPoints(source->points() + source->points());
+    QCOMPARE(window->points().size(), 2);
     QCOMPARE(figures()->index(0, FigureModel::Name).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
     QCOMPARE(cell(0, FigureModel::Name), "Relay / Voltage");
-    QCOMPARE(m_window->windowTitle(), "Trend: Relay, Meter");
+    QCOMPARE(window->windowTitle(), "Trend: Relay, Meter");
 }
 
 void TestTrendWindow::hundredCurves()
 {
     for (int curve = 0; curve < 100; ++curve) {
-        m_source->add(QString("Point %1").arg(curve), "float", {valid(0, curve), valid(9, curve + 1)});
+        source->add(QString("Point %1").arg(curve), "float", {valid(0, curve), valid(9, curve + 1)});
     }
     RUN(open());
-    QCOMPARE(m_plot->curveItems().size(), 100);
-    QVERIFY(m_plot->canvas()->height() > 150);
-    QCOMPARE(m_source->requests.last().points.size(), 100);
+    QCOMPARE(plot->curveItems().size(), 100);
+    QVERIFY(plot->canvas()->height() > 150);
+    QCOMPARE(source->requests.last().points.size(), 100);
 }
 
 QTEST_MAIN(TestTrendWindow)

@@ -1,0 +1,271 @@
+#include "files.h"
+#include "history/history.h"
+#include "messages.h"
+#include "modaldialogs.h"
+#include "trendtest.h"
+#include "widgets/quietline.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QDateTime>
+#include <QDropEvent>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMimeData>
+#include <QSvgRenderer>
+
+// What comes out of the window of a trend, and what becomes of it.
+class TestTrendOutput : public TrendTest
+{
+    Q_OBJECT
+private slots:
+    void init();
+    void cleanup() { delete window; }
+
+    void toolsAskOthers();
+    void recordingLineStandsBelowTheTools();
+    void takesNoDropsButThoseOfTables();
+    void addsPointsOfTheSource();
+    void copiesPictureAndFigures();
+    void savesAPicture_data();
+    void savesAPicture();
+    void savesValuesOnScreen();
+    void tellsThatAPictureWasNotSaved();
+    void silentSourceKeepsTheWindowAlive();
+    void sourceThatDiesIsTold();
+    void failureIsTold();
+    void closesByKey();
+    void historyKeepsThePointsOfTheWindow();
+
+private:
+    PointId voltage;
+};
+
+void TestTrendOutput::init()
+{
+    restart();
+    voltage = source->add("Voltage", "float",
+                          {valid(0, 230), valid(400, 240), broken(500, SampleState::NotValid),
+                           valid(600, 235), valid(1000, 231.5)});
+}
+
+void TestTrendOutput::toolsAskOthers()
+{
+    RUN(open());
+    QSignalSpy record(window.data(), &TrendWindow::recordAsked);
+    QSignalSpy recording(window.data(), &TrendWindow::openAsked);
+    tool("record")->click();
+    press(Qt::Key_R, Qt::ControlModifier);
+    tool("open")->click();
+    press(Qt::Key_O, Qt::ControlModifier);
+    QCOMPARE(record.count(), 2);
+    QCOMPARE(recording.count(), 2);
+    QVERIFY(!tool("record")->isChecked()); // nobody records
+}
+
+void TestTrendOutput::recordingLineStandsBelowTheTools()
+{
+    RUN(open());
+    auto *line = window->findChild<QuietLine *>("recordingLine");
+    QVERIFY(!line->isVisible());
+    window->setRecordingLine("Since 12:00, 7 samples");
+    QVERIFY(line->isVisible());
+    QCOMPARE(line->text(), "Since 12:00, 7 samples");
+    QVERIFY(tool("record")->isChecked());
+    window->setRecordingLine(QString());
+    QVERIFY(!line->isVisible());
+    QVERIFY(!tool("record")->isChecked());
+}
+
+void TestTrendOutput::takesNoDropsButThoseOfTables()
+{
+    RUN(open());
+    QSignalSpy dropped(window.data(), &TrendWindow::dropped);
+    // The platform of the tests has no drags, so this one has no source.
+    QMimeData data;
+    QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    drop.ignore();
+    QCoreApplication::sendEvent(window, &drop);
+    QCOMPARE(dropped.count(), 0);
+    QVERIFY(!drop.isAccepted());
+    QVERIFY(window->acceptDrops());
+}
+
+void TestTrendOutput::addsPointsOfTheSource()
+{
+    RUN(open());
+    source->add("Current", "float", {valid(0, 1)});
+    source->add("Power", "float", {valid(0, 1)});
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) {
+        auto *list = dialog->findChild<QListView *>("points");
+        QCOMPARE(list->model()->rowCount(), 3);
+        dialog->findChild<QLineEdit *>("filter")->setText("pow");
+        QCOMPARE(list->model()->rowCount(), 1);
+        list->selectAll();
+        qobject_cast<QDialog *>(dialog)->accept();
+    });
+    press(Qt::Key_Insert);
+    QCOMPARE(dialogs.pending(), 0);
+    QCOMPARE(window->points().size(), 2);
+    QCOMPARE(window->points().last().id.name, "Power");
+}
+
+void TestTrendOutput::copiesPictureAndFigures()
+{
+    RUN(open());
+    tool("copyTrend")->click();
+    const QMimeData *data = QApplication::clipboard()->mimeData();
+    const QStringList lines = data->text().split(QLatin1Char('\n'));
+    QCOMPARE(lines.size(), 4);
+    QCOMPARE(lines.at(0), "Trend: Relay");
+    QCOMPARE(lines.at(2), "Point\tType\tCurrent\tLeast\tGreatest\tMean");
+    QCOMPARE(lines.at(3), "Voltage\tfloat\t231.5\t230\t240\t234.125");
+    QCOMPARE(qvariant_cast<QImage>(data->imageData()).size(), window->size() * 2);
+}
+
+void TestTrendOutput::savesAPicture_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("PNG") << "trend.png";
+    QTest::newRow("SVG") << "trend.svg";
+}
+
+void TestTrendOutput::savesAPicture()
+{
+    QFETCH(QString, file);
+    source->add("State", "string", {{start, FakeSource::noNumber, SampleState::Valid, "Running"}});
+    RUN(open());
+    ModalDialogs dialogs;
+    dialogs.expect([&file](QWidget *dialog) {
+        auto *choosing = qobject_cast<QFileDialog *>(dialog);
+        QVERIFY(choosing);
+        choosing->selectFile(QDir::current().filePath(file));
+        choosing->QDialog::accept();
+    });
+    press(Qt::Key_S, Qt::ControlModifier);
+    QCOMPARE(dialogs.pending(), 0);
+    if (file.endsWith(".png")) {
+        QCOMPARE(QImage(file).size(), window->size() * 2);
+        return;
+    }
+    QSvgRenderer page(file);
+    QVERIFY(page.isValid());
+    QCOMPARE(page.defaultSize(), QSize(1052, 744)); // A4 across, at the 90 pixels an inch of SVG
+    QFile svg(file);
+    QVERIFY(svg.open(QIODevice::ReadOnly));
+    const QByteArray words = svg.readAll();
+    for (const char *word :
+         {"Trend: Relay", "Voltage", "234.125", "Running", "not valid", "Time of arrival at this computer"}) {
+        QVERIFY2(words.contains(word), word);
+    }
+}
+
+void TestTrendOutput::savesValuesOnScreen()
+{
+    source->add("Hidden", "float", {valid(0, 1)});
+    RUN(open());
+    auto *figures = window->findChild<FigureTable *>()->figures();
+    figures->setData(figures->index(1, FigureModel::Name), Qt::Unchecked, Qt::CheckStateRole);
+    press(Qt::Key_2); // the five minutes in the middle
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) {
+        auto *choosing = qobject_cast<QFileDialog *>(dialog);
+        choosing->selectFile(QDir::current().filePath("values.csv"));
+        choosing->QDialog::accept();
+    });
+    press(Qt::Key_E, Qt::ControlModifier);
+    const QList<QByteArray> lines = Files::contents("values.csv").split('\n');
+    QVERIFY2(lines.size() >= 4, qPrintable(QString::number(lines.size())));
+    QVERIFY(lines.at(0).trimmed().endsWith("Voltage"));
+    QVERIFY(lines.at(1).trimmed().endsWith(",240"));
+    QVERIFY(lines.at(2).trimmed().endsWith(",not valid"));
+    QVERIFY(lines.at(3).trimmed().endsWith(",235"));
+}
+
+void TestTrendOutput::tellsThatAPictureWasNotSaved()
+{
+    RUN(open());
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) {
+        auto *choosing = qobject_cast<QFileDialog *>(dialog);
+        choosing->selectFile("/proc/trend.png");
+        choosing->QDialog::accept();
+    });
+    Messages messages;
+    messages.expect();
+    tool("savePicture")->click();
+    QCOMPARE(messages.told(), QStringList{"Save Picture|The file /proc/trend.png could not be written."});
+}
+
+void TestTrendOutput::silentSourceKeepsTheWindowAlive()
+{
+    source->answers = false;
+    RUN(open(true));
+    QCOMPARE(cell(0, FigureModel::Current), "–");
+    for (const int key : {Qt::Key_Plus, Qt::Key_Left, Qt::Key_A, Qt::Key_Home, Qt::Key_Escape}) {
+        press(key);
+    }
+    QVERIFY(!source->requests.isEmpty());
+    source->answers = true;
+    press(Qt::Key_Home);
+    QCOMPARE(cell(0, FigureModel::Current), "240");
+}
+
+void TestTrendOutput::sourceThatDiesIsTold()
+{
+    RUN(open(true));
+    source.reset();
+    auto *note = window->findChild<QLabel *>("note");
+    QVERIFY(note->isVisible());
+    QCOMPARE(note->text(), "The source of these values is closed");
+    press(Qt::Key_Left);
+    press(Qt::Key_Home);
+    press(Qt::Key_Insert);
+    QCOMPARE(window->source(), nullptr);
+}
+
+void TestTrendOutput::failureIsTold()
+{
+    RUN(open());
+    emit source->failed("The file is gone.");
+    QCOMPARE(window->findChild<QLabel *>("note")->text(), "The file is gone.");
+    QVERIFY(window->findChild<QLabel *>("note")->isVisible());
+}
+
+void TestTrendOutput::closesByKey()
+{
+    RUN(open());
+    QTest::keyClick(canvas(), Qt::Key_W, Qt::ControlModifier);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTRY_VERIFY(!window);
+}
+
+void TestTrendOutput::historyKeepsThePointsOfTheWindow()
+{
+    History history;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    Readings report{now, "127.0.0.2", "Riverside", "Relay", {}};
+    for (const char *name : {"Voltage", "Current"}) {
+        report.rows.append({QString::fromLatin1(name), "40001", "float", 230, SampleState::Valid, QString()});
+    }
+    history.add(report);
+    window = new TrendWindow(&history);
+    window->show();
+    window->addPoints(history.points());
+    auto *table = window->findChild<FigureTable *>();
+    QTRY_COMPARE(cell(0, FigureModel::Current), "230");
+    history.forget("127.0.0.2", "Riverside", "Relay"); // its page is closed
+    QCOMPARE(history.points().size(), 2);
+    table->setFocus();
+    table->selectRow(1);
+    table->findChild<QAction *>("remove")->trigger();
+    QCOMPARE(history.points().size(), 1);
+    delete window;
+    QCOMPARE(history.points().size(), 0);
+}
+
+QTEST_MAIN(TestTrendOutput)
+#include "tst_trendoutput.moc"
