@@ -11,8 +11,9 @@
 
 namespace {
 
-constexpr int figureChars = 11; // wide enough for most numbers; a tool tip tells longer ones
-constexpr int fewRows = 3;      // of the height that the table asks for
+constexpr int figureChars = 12; // wide enough for most numbers; a tool tip tells longer ones
+constexpr int typeChars = 6;
+constexpr int fewRows = 3; // of the height that the table asks for
 constexpr int manyRows = 7;
 
 } // namespace
@@ -46,9 +47,10 @@ void FigureTable::setUpColumns()
 {
     QHeaderView *header = horizontalHeader();
     header->setHighlightSections(false);
-    const int figure = fontMetrics().averageCharWidth() * figureChars + 12;
     for (int column = 0; column < FigureModel::ColumnCount; ++column) {
-        header->resizeSection(column, qMax(figure, header->sectionSizeHint(column)));
+        const int chars = column == FigureModel::Type ? typeChars : figureChars;
+        const int width = fontMetrics().averageCharWidth() * chars + 10;
+        header->resizeSection(column, qMax(width, header->sectionSizeHint(column)));
     }
     header->setMinimumSectionSize(header->sectionSizeHint(FigureModel::AtA));
     header->setSectionResizeMode(FigureModel::Name, QHeaderView::Stretch);

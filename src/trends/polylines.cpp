@@ -80,8 +80,10 @@ QVector<QLineF> Polylines::hatching(const QRectF &area, qreal distance, bool ris
 {
     QVector<QLineF> lines;
     // From a grid of the plot, not of the area, so that the lines of neighbours meet.
-    const qreal start = std::floor((area.left() - area.height()) / distance) * distance;
-    for (qreal x = start; x < area.right() + area.height(); x += distance) {
+    const int first = int(std::floor((area.left() - area.height()) / distance));
+    const int last = int(std::ceil((area.right() + area.height()) / distance));
+    for (int place = first; place < last; ++place) {
+        const qreal x = place * distance;
         QPointF from(x, rising ? area.bottom() : area.top());
         QPointF to(x + area.height(), rising ? area.top() : area.bottom());
         if (cutLine(&from, &to, area)) {

@@ -34,7 +34,8 @@ TrendPlot::TrendPlot(QWidget *parent)
 {
     setAutoReplot(false);
     auto *own = new QwtPlotCanvas(this);
-    own->setFrameStyle(QFrame::Box | QFrame::Plain);
+    own->setFrameShape(QFrame::Box);
+    own->setFrameShadow(QFrame::Plain);
     own->setLineWidth(1);
     own->setFocusIndicator(QwtPlotCanvas::CanvasFocusIndicator);
     own->setFocusPolicy(Qt::StrongFocus);

@@ -31,7 +31,7 @@ using Tool = TrendTools::Tool;
 namespace {
 
 constexpr qint64 firstSpan = 15 * TimeView::minute;
-constexpr QSize firstSize{1040, 640}; // fits a screen of 1366 x 768
+constexpr QSize firstSize{1200, 660}; // fits a screen of 1366 x 768
 
 } // namespace
 
@@ -50,6 +50,7 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     , m_note(new QLabel(this))
     , m_hint(new QLabel(tr("Drop rows of live values here, or press Add..."), this))
     , m_pages(new QStackedWidget(this))
+    , m_splitter(new QSplitter(Qt::Vertical, this))
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setAcceptDrops(true);
@@ -84,13 +85,13 @@ void TrendWindow::layOut()
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
     m_markerLine->setObjectName(QStringLiteral("markerLine"));
-    auto *splitter = new QSplitter(Qt::Vertical, this);
-    splitter->setChildrenCollapsible(false);
-    splitter->addWidget(m_plot);
-    splitter->addWidget(m_table);
-    splitter->setStretchFactor(0, 1);
+    m_splitter->setChildrenCollapsible(false);
+    m_splitter->addWidget(m_plot);
+    m_splitter->addWidget(m_table);
+    m_splitter->setStretchFactor(0, 1);
+    connect(m_splitter, &QSplitter::splitterMoved, this, [this] { m_heightsOfUser = true; });
     m_pages->addWidget(m_hint);
-    m_pages->addWidget(splitter);
+    m_pages->addWidget(m_splitter);
     m_plot->canvas()->installEventFilter(this);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_tools);
@@ -106,16 +107,16 @@ void TrendWindow::addKeys()
         QKeySequence key;
         Tool tool;
     } keys[] = {{Qt::Key_Insert, Tool::Add},
-                {Qt::CTRL + Qt::Key_R, Tool::Record},
+                {int(Qt::CTRL) + int(Qt::Key_R), Tool::Record},
                 {QKeySequence::Open, Tool::Open},
-                {Qt::CTRL + Qt::SHIFT + Qt::Key_C, Tool::Copy},
+                {int(Qt::CTRL) + int(Qt::SHIFT) + int(Qt::Key_C), Tool::Copy},
                 {QKeySequence::Save, Tool::SavePicture},
-                {Qt::CTRL + Qt::Key_E, Tool::SaveValues}};
+                {int(Qt::CTRL) + int(Qt::Key_E), Tool::SaveValues}};
     for (const auto &row : keys) {
         auto *shortcut = new QShortcut(row.key, this);
         connect(shortcut, &QShortcut::activated, this, [this, tool = row.tool] { use(tool); });
     }
-    auto *closing = new QShortcut(QKeySequence(Qt::CTRL + Qt::Key_W), this);
+    auto *closing = new QShortcut(QKeySequence(int(Qt::CTRL) + int(Qt::Key_W)), this);
     connect(closing, &QShortcut::activated, this, &QWidget::close);
     auto *copying = new QShortcut(QKeySequence::Copy, m_plot);
     copying->setContext(Qt::WidgetWithChildrenShortcut);
@@ -154,7 +155,7 @@ void TrendWindow::addPoints(const QVector<Point> &points)
     }
     m_feed->add(fresh);
     m_pages->setCurrentIndex(1);
-    m_table->updateGeometry();
+    fitTable();
     showTitle();
     if (m_isNew) {
         m_isNew = false;
@@ -163,6 +164,15 @@ void TrendWindow::addPoints(const QVector<Point> &points)
     }
     showTools();
     ask();
+}
+
+// As high as its rows need, until the user says how high.
+void TrendWindow::fitTable()
+{
+    if (!m_heightsOfUser) {
+        const int height = m_table->sizeHint().height();
+        m_splitter->setSizes({qMax(1, m_splitter->height() - height), height});
+    }
 }
 
 // The last minutes of what still grows, or all that there is.
@@ -401,6 +411,7 @@ QString TrendWindow::fileName() const
 void TrendWindow::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    fitTable();
     m_tick.start(tick, this);
     followPresent();
     ask();

@@ -11,6 +11,7 @@
 class FigureModel;
 class FigureTable;
 class QLabel;
+class QSplitter;
 class QStackedWidget;
 class QuietLine;
 class Readout;
@@ -66,6 +67,7 @@ private:
     void saveValues();
     void choosePoints();
     void removeRows(const QVector<int> &rows);
+    void fitTable();
     void showFirstView();
     void followPresent();
     void ask();
@@ -93,6 +95,8 @@ private:
     QLabel *m_note;
     QLabel *m_hint;
     QStackedWidget *m_pages;
+    QSplitter *m_splitter;
+    bool m_heightsOfUser = false; // of plot and table
     QTimer m_redraw;
     QElapsedTimer m_sinceRedraw;
     QBasicTimer m_tick;

@@ -102,11 +102,13 @@ void ViewControl::addMarkKeys()
         m_marks->moveCursor(pixels * column, m_view.range());
     };
     constexpr int wide = 20; // pixels
+    constexpr int ctrl = Qt::CTRL;
+    constexpr int ctrlShift = ctrl + int(Qt::SHIFT);
     addKeys({
-        {Qt::CTRL + Qt::Key_Left, [step] { step(-wide); }},
-        {Qt::CTRL + Qt::Key_Right, [step] { step(wide); }},
-        {Qt::CTRL + Qt::SHIFT + Qt::Key_Left, [step] { step(-1); }},
-        {Qt::CTRL + Qt::SHIFT + Qt::Key_Right, [step] { step(1); }},
+        {ctrl + Qt::Key_Left, [step] { step(-wide); }},
+        {ctrl + Qt::Key_Right, [step] { step(wide); }},
+        {ctrlShift + Qt::Key_Left, [step] { step(-1); }},
+        {ctrlShift + Qt::Key_Right, [step] { step(1); }},
         {Qt::Key_A, [this] { m_marks->setMarkerAtCursor(0, m_view.range()); }},
         {Qt::Key_B, [this] { m_marks->setMarkerAtCursor(1, m_view.range()); }},
         {Qt::Key_M, [this] { toggleMarkers(); }},
