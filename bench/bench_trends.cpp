@@ -1,12 +1,11 @@
 // A trend of 16 curves over a day, a sample a second, redrawn.
 
 #include "history/history.h"
-#include "trends/figuremodel.h"
-#include "trends/figuretable.h"
-#include "trends/trendplot.h"
+#include "trends/trendfeed.h"
+#include "trends/trendwindow.h"
+#include "trends/viewcontrol.h"
 
 #include <QCoreApplication>
-#include <QSplitter>
 
 #include <benchmark/benchmark.h>
 
@@ -15,6 +14,7 @@ namespace {
 constexpr int curves = 16;
 constexpr int samples = 86400;
 constexpr qint64 start = 1767225600000; // ms
+constexpr qint64 end = start + samples * qint64(1000);
 
 // Noise upon a wave of its own for each curve, so that each column of the plot has many numbers.
 void fill(History *history)
@@ -36,76 +36,93 @@ void fill(History *history)
     }
 }
 
-// Plot and table of figures of a window on a common screen.
-struct Trend {
-    Trend()
+// Has all answers ready.
+class ThinnedByHand : public SampleSource
+{
+public:
+    QVector<Point> points() const override { return all; }
+    TimeRange extent(const PointId &) const override { return {start, end}; }
+    bool isGrowing() const override { return false; }
+    void request(const void *asker, const Request &request) override
     {
-        fill(&history);
-        table->figures()->add(history.points());
-        view = TimeView({start, start + samples * qint64(1000)});
-        pane.setOrientation(Qt::Vertical);
-        pane.addWidget(plot);
-        pane.addWidget(table);
-        pane.resize(1300, 720);
-        pane.show();
-        QCoreApplication::processEvents();
-        for (const Point &point : history.points()) {
-            request.points.append(point.id);
-        }
-        request.range = view.range();
-        request.columns = plot->columns();
-        QObject::connect(&history, &SampleSource::thinned, plot,
-                         [this](const void *, const SampleSource::Request &,
-                                const QVector<Thinned> &answers) { last = answers; });
+        emit thinned(asker, request, answers);
     }
-    void ask() { history.request(this, request); }
-    void draw()
-    {
-        table->figures()->setAnswers(request.points, last);
-        plot->setCurves(table->figures()->curves());
-        plot->setView(view);
-        plot->replot();
-        QCoreApplication::processEvents();
-    }
+    std::unique_ptr<SampleCursor> cursor(const PointId &, const TimeRange &) const override { return {}; }
 
-    History history;
-    QSplitter pane;
-    TrendPlot *plot = new TrendPlot;
-    FigureTable *table = new FigureTable;
-    TimeView view;
-    SampleSource::Request request;
-    QVector<Thinned> last;
+    QVector<Point> all;
+    QVector<Thinned> answers;
 };
 
-void check(benchmark::State &state, const Trend &trend)
+// Shows the same again and again, in a window on a common screen.
+class Trend
 {
+public:
+    explicit Trend(SampleSource *source)
+        : m_window(new TrendWindow(source))
+    {
+        TrendFeed::interval = 0;
+        m_window->resize(1300, 720);
+        m_window->show();
+        m_window->addPoints(source->points());
+        m_control = m_window->findChild<ViewControl *>();
+        QObject::connect(
+            source, &SampleSource::thinned, m_window.get(),
+            [this](const void *, const SampleSource::Request &request, const QVector<Thinned> &all) {
+                columns = request.columns;
+                answers = all;
+            });
+        redraw();
+    }
+    void redraw()
+    {
+        m_control->setView(TimeView({start, end}));
+        for (int round = 0; round < 3; ++round) { // question, answer, picture
+            QCoreApplication::processEvents();
+        }
+    }
+
+    int columns = 0;
+    QVector<Thinned> answers;
+
+private:
+    std::unique_ptr<TrendWindow> m_window;
+    ViewControl *m_control = nullptr;
+};
+
+void measure(benchmark::State &state, Trend *trend)
+{
+    for (auto _ : state) {
+        trend->redraw();
+    }
     qint64 count = 0;
-    for (const Thinned &answer : trend.last) {
+    for (const Thinned &answer : qAsConst(trend->answers)) {
         count += answer.statistics.count;
     }
-    if (count != qint64(curves) * samples) {
+    if (count != qint64(curves) * samples || trend->columns < 1000) {
         state.SkipWithError("the plot does not show all samples");
     }
 }
 
 void redraw(benchmark::State &state)
 {
-    Trend trend;
-    for (auto _ : state) {
-        trend.ask();
-        trend.draw();
-    }
-    check(state, trend);
+    History history;
+    fill(&history);
+    Trend trend(&history);
+    measure(state, &trend);
 }
 
 void redrawThinned(benchmark::State &state)
 {
-    Trend trend;
-    trend.ask();
-    for (auto _ : state) {
-        trend.draw();
+    History history;
+    fill(&history);
+    ThinnedByHand ready;
+    ready.all = history.points();
+    {
+        const Trend first(&history);
+        ready.answers = first.answers;
     }
-    check(state, trend);
+    Trend trend(&ready);
+    measure(state, &trend);
 }
 
 } // namespace
