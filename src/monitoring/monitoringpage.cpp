@@ -2,6 +2,7 @@
 
 #include "log/csvcell.h"
 #include "monitoring/livedelegate.h"
+#include "monitoring/livetable.h"
 #include "monitoring/monitoringtable.h"
 #include "widgets/choosefile.h"
 #include "widgets/svgicon.h"
@@ -19,7 +20,6 @@
 #include <QSaveFile>
 #include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QTableWidget>
 #include <QTimerEvent>
 #include <QVBoxLayout>
 
@@ -48,10 +48,12 @@ bool writeFile(const QString &path, const QByteArray &bytes)
 
 MonitoringPage::MonitoringPage(QWidget *parent)
     : QWidget(parent)
+    , m_layout(new QVBoxLayout(this))
+    , m_tools(new QHBoxLayout)
     , m_source(new QLabel(this))
     , m_filter(new QLineEdit(this))
     , m_onlyNotValid(new QCheckBox(tr("Only not valid"), this))
-    , m_table(new QTableWidget(this))
+    , m_table(new LiveTable(this))
     , m_delegate(new LiveDelegate(m_table))
     , m_clock(liveTime)
 {
@@ -92,16 +94,24 @@ MonitoringPage::MonitoringPage(QWidget *parent)
 
 void MonitoringPage::layOut()
 {
-    auto *row = new QHBoxLayout;
-    row->addWidget(m_filter);
-    row->addWidget(m_onlyNotValid);
-    auto *layout = new QVBoxLayout(this);
+    m_tools->addWidget(m_filter);
+    m_tools->addWidget(m_onlyNotValid);
     // Width is scarce beside a form: all columns are to be seen. The rows have no numbers of their own.
-    layout->setContentsMargins(2, layout->contentsMargins().top(), 2, 2);
+    m_layout->setContentsMargins(2, m_layout->contentsMargins().top(), 2, 2);
     m_table->verticalHeader()->hide();
-    layout->addWidget(m_source);
-    layout->addLayout(row);
-    layout->addWidget(m_table);
+    m_layout->addWidget(m_source);
+    m_layout->addLayout(m_tools);
+    m_layout->addWidget(m_table);
+}
+
+void MonitoringPage::addTool(QWidget *tool)
+{
+    m_tools->addWidget(tool);
+}
+
+void MonitoringPage::addLine(QWidget *line)
+{
+    m_layout->insertWidget(m_layout->indexOf(m_table), line);
 }
 
 void MonitoringPage::setClock(const LiveClock &clock)
@@ -297,6 +307,7 @@ void MonitoringPage::showMenu(const QPoint &position)
 {
     QMenu menu; // without a parent: the page may die below it
     menu.addAction(m_table->findChild<QAction *>(QStringLiteral("copy")));
+    emit menuOpening(&menu);
     const QAction *exporting =
         menu.addAction(svgIcon(QStringLiteral(":/adsdemo/images/write.svg")), tr("Export..."));
     const QPointer<MonitoringPage> self(this);

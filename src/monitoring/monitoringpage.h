@@ -11,9 +11,12 @@
 
 class LiveDelegate;
 class QCheckBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
+class QMenu;
 class QTableWidget;
+class QVBoxLayout;
 
 // The page of one PLC's live values: above the table a line that tells whose values it shows and how old they
 // are, a filter and a check for rows that are not valid; on it a menu that copies the selection and exports
@@ -40,9 +43,21 @@ public:
     // Brings line and colours up to the clock. While the page is on screen it does so each second.
     void refresh();
 
+    // What has been shown last, and whose it is.
+    QTableWidget *table() const { return m_table; }
+    const LiveSource &source() const { return m_shown; }
+
+    // Puts a tool behind the check, or a line between the tools and the table. The page owns them.
+    void addTool(QWidget *tool);
+    void addLine(QWidget *line);
+
     // The cells shown, with a line of headers: UTF-8 with a byte order mark, commas, CRLF, cells in quotes
     // where they hold a comma, a quote or a line break (RFC 4180).
     QByteArray shownAsCsv() const;
+
+signals:
+    // The menu of the table is about to open; what is added to it stands above "Export...".
+    void menuOpening(QMenu *menu);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -73,6 +88,8 @@ private:
         Qt::SortOrder order;
     };
 
+    QVBoxLayout *m_layout;
+    QHBoxLayout *m_tools;
     QLabel *m_source;
     QLineEdit *m_filter;
     QCheckBox *m_onlyNotValid;

@@ -96,11 +96,15 @@ void MonitoringView::setBox(const QString &name, const QString &address)
 
 void MonitoringView::endSession()
 {
+    const QString address = m_box.address;
     m_box = {};
     m_notShown.clear();
     const QVector<MonitoringPage *> pages = livePages();
     for (MonitoringPage *page : pages) {
         page->endSession();
+    }
+    if (!address.isEmpty()) {
+        emit sessionEnded(address);
     }
 }
 
@@ -174,12 +178,18 @@ void MonitoringView::showData(QStandardItem *item, const QString &time, const QS
             live->noteReport(report.key(), report.value());
         }
         live->showReport(rows, time, sourceOf(item));
+        emit shown(live, live->source(), rows);
     } else if (auto *table = page->findChild<QTableWidget *>()) {
         MonitoringTable::update(table, rows, time);
     } else {
         return;
     }
     styleTabs(m_tabs);
+}
+
+MonitoringPage *MonitoringView::currentPage() const
+{
+    return m_tabs ? qobject_cast<MonitoringPage *>(m_tabs->currentWidget()) : nullptr;
 }
 
 void MonitoringView::showTab(const QString &name)
@@ -194,8 +204,12 @@ void MonitoringView::closeTab(const QString &name)
 {
     const int tab = tabNamed(name);
     if (tab >= 0) {
+        auto *page = qobject_cast<MonitoringPage *>(m_tabs->widget(tab));
         // Compat: the page is not deleted. It stays a child of the tab widget and dies with it.
         m_tabs->removeTab(tab);
+        if (page) {
+            emit pageClosed(page);
+        }
     }
 }
 
@@ -219,5 +233,6 @@ QWidget *MonitoringView::pageOf(const QString &plcName)
     page->setClock(m_clock);
     page->setWindowTitle(plcName);
     m_tabs->addTab(page, plcName);
+    emit pageMade(page);
     return page;
 }

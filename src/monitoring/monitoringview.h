@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QObject>
 #include <QPointer>
+#include <QVariantList>
 #include <QVector>
 
 class MonitoringPage;
@@ -46,6 +47,8 @@ public:
     // updateTime; a time that is not empty replaces the rows' own.
     void showData(QStandardItem *item, const QString &time, const QString &plcName);
 
+    // The live page in front, or null.
+    MonitoringPage *currentPage() const;
     // Brings the first tab with this text to the front, if there is one.
     void showTab(const QString &name);
     // Takes the first tab with this text out; its page lives on for as long as the tab widget.
@@ -54,6 +57,14 @@ public:
 signals:
     // A report of the project has come. That of a project that is not open was dropped.
     void received(const QString &project, bool isOpen);
+    // A page was made for the PLC that is its window title.
+    void pageMade(MonitoringPage *page);
+    // A page shows the rows of a node, as showData() takes them, for the first time or anew.
+    void shown(MonitoringPage *page, const LiveSource &source, const QVariantList &rows);
+    // A page was taken out of the tabs, and is shown no more.
+    void pageClosed(MonitoringPage *page);
+    // The session with the Box of the address has ended.
+    void sessionEnded(const QString &address);
 
 private:
     LiveSource sourceOf(QStandardItem *item) const;

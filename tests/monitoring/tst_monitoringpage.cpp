@@ -5,10 +5,13 @@
 
 #include <QCheckBox>
 #include <QDir>
+#include <QDrag>
 #include <QFile>
 #include <QFileDialog>
 #include <QMenu>
+#include <QMimeData>
 #include <QScrollBar>
+#include <QToolButton>
 
 // The filter, the check, the menu, the sorting and the colours of a table of live values.
 class TestMonitoringPage : public PageTest
@@ -36,6 +39,11 @@ private slots:
     void menuExportsIntoTheChosenFile();
     void exportThatFailsIsTold();
     void pageMayDieBelowItsFileDialog();
+    void takesToolsAndLinesOfOthers();
+    void takesEntriesOfOthersIntoItsMenu();
+    void tellsWhatItShows();
+    void selectedRowsAreDraggedOut_data();
+    void selectedRowsAreDraggedOut();
 
 private:
     // Picks the export from the menu and gives the path in the file dialog.
@@ -307,6 +315,73 @@ void TestMonitoringPage::pageMayDieBelowItsFileDialog()
     emit m_table->customContextMenuRequested(QPoint(5, 5));
     QCOMPARE(dialogs.pending(), 0);
     QVERIFY(!m_page);
+}
+
+void TestMonitoringPage::takesToolsAndLinesOfOthers()
+{
+    auto *tool = new QToolButton;
+    auto *line = new QLabel("a line");
+    m_page->addTool(tool);
+    m_page->addLine(line);
+    QTRY_VERIFY(tool->x() >= m_page->findChild<QCheckBox *>("onlyNotValid")->geometry().right());
+    QVERIFY(tool->geometry().intersects(QRect(0, m_filter->y(), m_page->width(), m_filter->height())));
+    QVERIFY(line->y() >= m_filter->geometry().bottom());
+    QVERIFY(m_table->y() >= line->geometry().bottom());
+}
+
+void TestMonitoringPage::takesEntriesOfOthersIntoItsMenu()
+{
+    connect(m_page.get(), &MonitoringPage::menuOpening, this, [](QMenu *menu) { menu->addAction("mine"); });
+    ModalDialogs dialogs;
+    QStringList entries;
+    dialogs.expect([&entries](QWidget *menu) {
+        for (const QAction *action : menu->actions()) {
+            entries.append(action->text());
+        }
+        menu->close();
+    });
+    emit m_table->customContextMenuRequested(QPoint(5, 5));
+    QCOMPARE(entries, QStringList({"Copy", "mine", "Export..."}));
+}
+
+void TestMonitoringPage::tellsWhatItShows()
+{
+    live(feeders());
+    QCOMPARE(m_page->table(), m_table);
+    QCOMPARE(m_page->source().project, "Riverside");
+    live(feeders(), "Gateway south");
+    QCOMPARE(m_page->source().box, "Gateway south");
+    QCOMPARE(m_page->source().address, "127.0.0.2");
+}
+
+void TestMonitoringPage::selectedRowsAreDraggedOut_data()
+{
+    QTest::addColumn<bool>("isSelected"); // where the drag begins
+    QTest::newRow("what is selected is dragged") << true;
+    QTest::newRow("elsewhere a drag selects") << false;
+}
+
+void TestMonitoringPage::selectedRowsAreDraggedOut()
+{
+    QFETCH(bool, isSelected);
+    m_table->item(0, MonitoringTable::Value)->setSelected(isSelected);
+    const auto placeOf = [this](int row) {
+        return m_table->visualItemRect(m_table->item(row, MonitoringTable::Value)).center();
+    };
+    QTest::mousePress(m_table->viewport(), Qt::LeftButton, {}, placeOf(0));
+    for (const QPoint &place : {placeOf(1), placeOf(1) + QPoint(0, 1)}) {
+        QMouseEvent move(QEvent::MouseMove, place, Qt::NoButton, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(m_table->viewport(), &move);
+    }
+    const auto *drag = m_table->findChild<QDrag *>(); // it goes with the next events
+    QCOMPARE(drag != nullptr, isSelected);
+    if (drag) {
+        QCOMPARE(drag->source(), m_table);
+        QCOMPARE(drag->supportedActions(), Qt::CopyAction); // else who takes the rows would remove them
+        QVERIFY(!drag->mimeData()->formats().isEmpty());
+    }
+    QTest::mouseRelease(m_table->viewport(), Qt::LeftButton, {}, placeOf(1));
+    QCOMPARE(m_table->selectedItems().size(), isSelected ? 1 : 2);
 }
 
 QTEST_MAIN(TestMonitoringPage)

@@ -39,6 +39,9 @@ private slots:
     void pageWithoutATableIsLeftAlone();
     void withoutTabsOrTreeOnlyTheValuesAreKept();
     void followsTheLanguage();
+    void tellsOfItsPagesAndOfWhatTheyShow();
+    void tellsWhichPageIsInFront();
+    void tellsWhoseSessionHasEnded();
 
 private:
     QString line(const QString &plc = "Meter 1") const
@@ -412,6 +415,57 @@ void TestMonitoringView::followsTheLanguage()
     language.reset();
     receive(datas);
     QCOMPARE(shown->horizontalHeaderItem(5)->text(), "Update Time");
+}
+
+void TestMonitoringView::tellsOfItsPagesAndOfWhatTheyShow()
+{
+    QStringList told;
+    connect(m_view.data(), &MonitoringView::pageMade, this,
+            [&](const MonitoringPage *page) { told.append("made " + page->windowTitle()); });
+    connect(m_view.data(), &MonitoringView::shown, this,
+            [&](const MonitoringPage *page, const LiveSource &source, const QVariantList &rows) {
+                QStringList names;
+                for (const QVariant &row : rows) {
+                    names.append(row.toMap().value("name").toString());
+                }
+                told.append(QStringList{page->windowTitle(), source.project, source.box, source.address,
+                                        names.join('+')}
+                                .join('|'));
+                QCOMPARE(page->table()->rowCount(), rows.size()); // it shows them already
+            });
+    connect(m_view.data(), &MonitoringView::pageClosed, this,
+            [&](const MonitoringPage *page) { told.append("closed " + page->windowTitle()); });
+    m_view->setBox("Gateway north", "127.0.0.2");
+    showPoints({point("Ua", "1"), point("Ub", "2")});
+    m_view->setBox("Gateway south", "127.0.0.3");
+    receive({});
+    m_view->closeTab("no such tab");
+    m_view->closeTab("Meter 1");
+    QCOMPARE(told,
+             QStringList({"made Meter 1", "Meter 1|Riverside|Gateway north|127.0.0.2|Ua+Ub",
+                          "Meter 1|Riverside|Gateway south|127.0.0.3|", "closed Meter 1"}));
+}
+
+void TestMonitoringView::tellsWhichPageIsInFront()
+{
+    QVERIFY(!m_view->currentPage());
+    m_tabs->addTab(new QWidget, "other");
+    QVERIFY(!m_view->currentPage());
+    showPoints({point("Ua", "1")});
+    showPoints({point("Ua", "1")}, "Meter 2");
+    m_view->showTab("Meter 2");
+    QCOMPARE(m_view->currentPage()->windowTitle(), "Meter 2");
+}
+
+void TestMonitoringView::tellsWhoseSessionHasEnded()
+{
+    const QSignalSpy ended(m_view.data(), &MonitoringView::sessionEnded);
+    m_view->endSession(); // there was none
+    m_view->setBox("Gateway north", "127.0.0.2");
+    m_view->endSession();
+    m_view->endSession();
+    QCOMPARE(ended.size(), 1);
+    QCOMPARE(ended.first().first().toString(), "127.0.0.2");
 }
 
 QTEST_MAIN(TestMonitoringView)
