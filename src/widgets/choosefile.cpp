@@ -34,14 +34,28 @@ QString endingOf(const QString &filter)
     return pattern.match(filter).captured(1);
 }
 
-// On any system, since the file may be carried to another.
+QFileDialog *saveDialog(QWidget *parent, const QString &caption, const QString &folder, const QString &filter,
+                        const QString &name)
+{
+    auto *dialog = new QFileDialog(parent, caption, folder, filter);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setFileMode(QFileDialog::AnyFile);
+    dialog->setDefaultSuffix(endingOf(filter));
+    QObject::connect(dialog, &QFileDialog::filterSelected, dialog,
+                     [dialog](const QString &selected) { dialog->setDefaultSuffix(endingOf(selected)); });
+    if (!name.isEmpty()) {
+        dialog->selectFile(asFileName(name) + QLatin1Char('.') + endingOf(filter));
+    }
+    return dialog;
+}
+
+} // namespace
+
 QString asFileName(QString name)
 {
     static const QRegularExpression refused(QStringLiteral("[\\x{00}-\\x{1F}/\\\\:*?\"<>|]"));
     return name.replace(refused, QStringLiteral("_"));
 }
-
-} // namespace
 
 QString chooseOpenFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter)
 {
@@ -53,15 +67,14 @@ QString chooseOpenFile(QWidget *parent, const QString &caption, const QString &f
 QString chooseSaveFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter,
                        const QString &name)
 {
-    auto *dialog = new QFileDialog(parent, caption, folder, filter);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setFileMode(QFileDialog::AnyFile);
-    dialog->setDefaultSuffix(endingOf(filter));
-    QObject::connect(dialog, &QFileDialog::filterSelected, dialog,
-                     [dialog](const QString &selected) { dialog->setDefaultSuffix(endingOf(selected)); });
-    if (!name.isEmpty()) {
-        dialog->selectFile(asFileName(name) + QLatin1Char('.') + endingOf(filter));
-    }
+    return chosenPath(saveDialog(parent, caption, folder, filter, name));
+}
+
+QString chooseGrowingFile(QWidget *parent, const QString &caption, const QString &folder,
+                          const QString &filter, const QString &name)
+{
+    QFileDialog *dialog = saveDialog(parent, caption, folder, filter, name);
+    dialog->setOption(QFileDialog::DontConfirmOverwrite);
     return chosenPath(dialog);
 }
 

@@ -15,6 +15,12 @@ QString chooseOpenFile(QWidget *parent, const QString &caption, const QString &f
 // offered, without what no file may have in its name; it may be empty.
 QString chooseSaveFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter,
                        const QString &name = {});
+// As chooseSaveFile(), for a file that is added to: one that exists is taken without a question.
+QString chooseGrowingFile(QWidget *parent, const QString &caption, const QString &folder,
+                          const QString &filter, const QString &name);
+// The text without what no file may have in its name, on any system, since the file may be carried to
+// another.
+QString asFileName(QString name);
 
 // The folder of the file that was chosen last by either function; empty before the first one.
 QString lastUsedFolder();

@@ -1,6 +1,7 @@
 #include "widgets/choosefile.h"
 
 #include "files.h"
+#include "messages.h"
 #include "modaldialogs.h"
 
 #include <QComboBox>
@@ -32,6 +33,8 @@ private slots:
     void offersANameThatAnyFileMayHave();
     void addsTheEndingThatWasNotTyped_data();
     void addsTheEndingThatWasNotTyped();
+    void asksAboutAFileThatIsReplaced_data();
+    void asksAboutAFileThatIsReplaced();
     void addsTheEndingOfTheChosenFilter();
 
 private:
@@ -159,6 +162,27 @@ void TestChooseFile::addsTheEndingThatWasNotTyped()
     });
     QCOMPARE(chooseSaveFile(m_parent.get(), "Caption", QDir::currentPath(), "Texts (*.txt)", "offered"),
              QDir::current().filePath(chosen));
+}
+
+void TestChooseFile::asksAboutAFileThatIsReplaced_data()
+{
+    QTest::addColumn<bool>("grows");
+    QTest::newRow("replaced") << false;
+    QTest::newRow("added to") << true;
+}
+
+void TestChooseFile::asksAboutAFileThatIsReplaced()
+{
+    QFETCH(bool, grows);
+    const QString path = Files::put("there.txt", "x");
+    Messages messages;
+    if (!grows) {
+        messages.expect(QMessageBox::Yes);
+    }
+    m_dialogs->expect([](QWidget *dialog) { QMetaObject::invokeMethod(dialog, "accept"); });
+    const auto choose = grows ? chooseGrowingFile : chooseSaveFile;
+    QCOMPARE(choose(m_parent.get(), "Caption", QDir::currentPath(), "Texts (*.txt)", "there"), path);
+    QCOMPARE(messages.told().size(), grows ? 0 : 1);
 }
 
 void TestChooseFile::addsTheEndingOfTheChosenFilter()
