@@ -85,6 +85,7 @@ void TestResources::drawsEverySvg_data()
         "saveini.svg",
         "server-file.svg",
         "standard.svg",
+        "stop.svg",
         "tabs-light.svg",
         "trend.svg",
         "write.svg",
