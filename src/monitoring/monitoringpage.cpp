@@ -107,6 +107,7 @@ void MonitoringPage::layOut()
 void MonitoringPage::addTool(QWidget *tool)
 {
     m_tools->addWidget(tool);
+    QWidget::setTabOrder(m_tools->itemAt(m_tools->count() - 2)->widget(), tool);
 }
 
 void MonitoringPage::addLine(QWidget *line)

@@ -327,6 +327,8 @@ void TestMonitoringPage::takesToolsAndLinesOfOthers()
     QVERIFY(tool->geometry().intersects(QRect(0, m_filter->y(), m_page->width(), m_filter->height())));
     QVERIFY(line->y() >= m_filter->geometry().bottom());
     QVERIFY(m_table->y() >= line->geometry().bottom());
+    tool->setFocusPolicy(Qt::TabFocus);
+    QCOMPARE(m_page->findChild<QCheckBox *>("onlyNotValid")->nextInFocusChain(), tool);
 }
 
 void TestMonitoringPage::takesEntriesOfOthersIntoItsMenu()
