@@ -1143,6 +1143,37 @@
     </message>
 </context>
 <context>
+    <name>LiveTools</name>
+    <message>
+        <source>Trend</source>
+        <translation>趋势</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>记录</translation>
+    </message>
+    <message>
+        <source>Trend of the selected rows</source>
+        <translation>所选行的趋势</translation>
+    </message>
+    <message>
+        <source>Stop Recording</source>
+        <translation>停止记录</translation>
+    </message>
+    <message>
+        <source>Record all values of this page</source>
+        <translation>记录本页的全部数据</translation>
+    </message>
+    <message>
+        <source>Add to %1</source>
+        <translation>添加到“%1”</translation>
+    </message>
+    <message>
+        <source>Open Recording...</source>
+        <translation>打开记录...</translation>
+    </message>
+</context>
+<context>
     <name>LogoWindow</name>
     <message>
         <source>About</source>
@@ -2327,6 +2358,154 @@
     <message>
         <source>%1 remarks on this project</source>
         <translation>此项目有 %1 条提示</translation>
+    </message>
+</context>
+<context>
+    <name>Recording</name>
+    <message>
+        <source>Recording %1</source>
+        <translation>正在记录 %1</translation>
+    </message>
+    <message>
+        <source>what is under way is being written</source>
+        <translation>正在写入剩余样本</translation>
+    </message>
+    <message>
+        <source>nothing is being written: %1</source>
+        <translation>目前无法写入：%1</translation>
+    </message>
+    <message>
+        <source>since %1</source>
+        <translation>自 %1 起</translation>
+    </message>
+    <message>
+        <source>samples: %1</source>
+        <translation>样本：%1</translation>
+    </message>
+    <message>
+        <source>dropped: %1</source>
+        <translation>丢弃：%1</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingDialog</name>
+    <message>
+        <source>Record</source>
+        <translation>记录</translation>
+    </message>
+    <message>
+        <source>Open Recording</source>
+        <translation>打开记录</translation>
+    </message>
+    <message>
+        <source>Values:</source>
+        <translation>数据：</translation>
+    </message>
+    <message>
+        <source>SQLite file</source>
+        <translation>SQLite 文件</translation>
+    </message>
+    <message>
+        <source>Database:</source>
+        <translation>数据库：</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation>浏览</translation>
+    </message>
+    <message>
+        <source>File:</source>
+        <translation>文件：</translation>
+    </message>
+    <message>
+        <source>What the file already holds stays, and the recording is added</source>
+        <translation>文件中已有的内容保留，新的记录追加到其中</translation>
+    </message>
+    <message>
+        <source>Show the password while held (F8)</source>
+        <translation>按住显示密码（F8）</translation>
+    </message>
+    <message>
+        <source>Address:</source>
+        <translation>地址：</translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation>密码：</translation>
+    </message>
+    <message>
+        <source>Recordings (*.sqlite)</source>
+        <translation>记录 (*.sqlite)</translation>
+    </message>
+    <message>
+        <source>The name of the file is missing.</source>
+        <translation>缺少文件名。</translation>
+    </message>
+    <message>
+        <source>There is no file %1.</source>
+        <translation>文件 %1 不存在。</translation>
+    </message>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation>文件夹 %1 不存在。</translation>
+    </message>
+    <message>
+        <source>%1 is a folder.</source>
+        <translation>%1 是文件夹。</translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be read.</source>
+        <translation>无法读取文件 %1。</translation>
+    </message>
+    <message>
+        <source>The file %1 is no recording.</source>
+        <translation>文件 %1 不是记录。</translation>
+    </message>
+    <message>
+        <source>The file %1 and its folder cannot be written to.</source>
+        <translation>文件 %1 或其所在文件夹不可写。</translation>
+    </message>
+    <message>
+        <source>The address begins with postgresql://.</source>
+        <translation>地址须以 postgresql:// 开头。</translation>
+    </message>
+    <message>
+        <source>Recordings need a driver of Qt SQL, for SQLite or PostgreSQL; there is none.</source>
+        <translation>记录需要 Qt SQL 的 SQLite 或 PostgreSQL 驱动，但均未安装。</translation>
+    </message>
+</context>
+<context>
+    <name>RecordingOpener</name>
+    <message>
+        <source>Opening %1</source>
+        <translation>正在打开 %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Open Recording</source>
+        <translation>打开记录</translation>
+    </message>
+    <message>
+        <source>The recording holds no points.</source>
+        <translation>该记录中没有任何点。</translation>
+    </message>
+</context>
+<context>
+    <name>Recordings</name>
+    <message>
+        <source>Record</source>
+        <translation>记录</translation>
     </message>
 </context>
 <context>
@@ -3836,6 +4015,25 @@
     <message>
         <source>Trend: %1</source>
         <translation>趋势：%1</translation>
+    </message>
+</context>
+<context>
+    <name>Trends</name>
+    <message>
+        <source>This window shows a recording. Live values go into a trend of their own.</source>
+        <translation>此窗口显示的是记录，实时数据请另开趋势窗口。</translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation>记录</translation>
+    </message>
+    <message>
+        <source>There are no points yet that could be recorded.</source>
+        <translation>还没有可记录的点。</translation>
+    </message>
+    <message>
+        <source>%1 (points: %2)</source>
+        <translation>%1（点数：%2）</translation>
     </message>
 </context>
 <context>

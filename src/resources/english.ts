@@ -1141,6 +1141,37 @@
     </message>
 </context>
 <context>
+    <name>LiveTools</name>
+    <message>
+        <source>Trend</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Trend of the selected rows</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stop Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Record all values of this page</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Recording...</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>LogoWindow</name>
     <message>
         <source>About</source>
@@ -2324,6 +2355,154 @@
     </message>
     <message>
         <source>%1 remarks on this project</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Recording</name>
+    <message>
+        <source>Recording %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>what is under way is being written</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing is being written: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>since %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>samples: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>dropped: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RecordingDialog</name>
+    <message>
+        <source>Record</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Values:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>SQLite file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Database:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Browse</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What the file already holds stays, and the recording is added</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the password while held (F8)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Password:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recordings (*.sqlite)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The name of the file is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no file %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no folder %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 is a folder.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file %1 cannot be read.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file %1 is no recording.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file %1 and its folder cannot be written to.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The address begins with postgresql://.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Recordings need a driver of Qt SQL, for SQLite or PostgreSQL; there is none.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RecordingOpener</name>
+    <message>
+        <source>Opening %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Open Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The recording holds no points.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Recordings</name>
+    <message>
+        <source>Record</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -3833,6 +4012,25 @@
     </message>
     <message>
         <source>Trend: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>Trends</name>
+    <message>
+        <source>This window shows a recording. Live values go into a trend of their own.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Record</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There are no points yet that could be recorded.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (points: %2)</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -78,6 +78,13 @@ void PointPicker::layOut()
     resize(420, 480);
 }
 
+void PointPicker::chooseFirst(int count)
+{
+    const int last = qMin(count, m_shown->rowCount()) - 1;
+    const QItemSelection first(m_shown->index(0, 0), m_shown->index(last, 0));
+    m_list->selectionModel()->select(first, QItemSelectionModel::Select);
+}
+
 QVector<Point> PointPicker::chosen() const
 {
     QVector<Point> points;

@@ -17,6 +17,8 @@ class PointPicker : public QDialog
 public:
     PointPicker(const QVector<Point> &points, QWidget *parent);
 
+    // Chooses the first ones to begin with.
+    void chooseFirst(int count);
     QVector<Point> chosen() const;
 
 private:
