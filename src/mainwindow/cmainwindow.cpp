@@ -19,6 +19,7 @@
 #include "monitoring/monitoringview.h"
 #include "projects/newprojectdialog.h"
 #include "servers/importdatadialog.h"
+#include "trends/trends.h"
 #include "ui_mainwindow.h"
 #include "widgets/iconground.h"
 
@@ -72,8 +73,11 @@ void CMainWindow::createCollaborators()
     m_points = new PointImport(projectTree(), this);
     m_treeMenu = new ProjectTreeMenu(projectTree(), this);
     new TreeKeys(projectTree(), m_treeMenu, tabs);
-    new WindowKeys(this, dockManager(), monitoringTabs(),
-                   {m_ui->actionNew_Project, m_ui->actionLoad_Project, m_ui->actionSave_All_Project});
+    const auto *trends = new Trends(m_monitoring, this);
+    new WindowKeys(
+        this, dockManager(), monitoringTabs(),
+        QList<QAction *>{m_ui->actionNew_Project, m_ui->actionLoad_Project, m_ui->actionSave_All_Project}
+            + trends->actions());
 }
 
 void CMainWindow::connectActions()
