@@ -9,15 +9,16 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${MARLINGATE_MAINTAINER})
 set(CPACK_DEBIAN_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5svg5")          # the plugin that draws the icons
+# The plugin that draws the icons, and the driver of recordings in files.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt5svg5, libqt5sql5-sqlite")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-noto-cjk")   # the program speaks Chinese
-set(CPACK_DEBIAN_PACKAGE_SUGGESTS "qtwayland5")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libqt5sql5-psql, qtwayland5") # recordings in PostgreSQL
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
 "Marlin Gate 70 is a desktop tool for an industrial edge gateway, a Box. It
 describes in a project what a Box acquires from meters and Modbus devices and
 what it offers over IEC 61850, saves the project as a JSON document, pushes it
-to Boxes, shows the values that they report, and reads and writes their network
-settings.
+to Boxes, shows the values that they report, over time, too, records them, and
+reads and writes their network settings.
 .
 With it comes boxsim, a Box in software, for trying the program without a
 gateway and as a reference for whoever writes the firmware of one.")
