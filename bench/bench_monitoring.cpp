@@ -6,14 +6,19 @@
 #include "monitoring/monitoringtable.h"
 #include "monitoring/monitoringview.h"
 #include "support/segments.h"
+#include "trends/recordings.h"
+#include "trends/trends.h"
+#include "trends/trendwindow.h"
 
 #include <QApplication>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QScrollBar>
 #include <QStandardItemModel>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTreeView>
 
 #include <benchmark/benchmark.h>
@@ -59,6 +64,65 @@ void report(benchmark::State &state)
     }
     if (!tabs.findChild<QTableWidget *>() || tabs.findChild<QTableWidget *>()->rowCount() != state.range(0)) {
         state.SkipWithError("the table does not hold the report");
+    }
+}
+
+// A trend of 16 points of the page in front, and a recording of all its points into the file.
+bool watch(QMainWindow *window, MonitoringView *view, const QString &file)
+{
+    constexpr int curves = 16;
+    auto *trends = window->findChild<Trends *>();
+    MonitoringPage *page = view->currentPage();
+    for (int row = 0; row < curves; ++row) {
+        page->table()->item(row, 0)->setSelected(true);
+    }
+    trends->showTrend();
+    RecordingTarget target;
+    target.kind = RecordingTarget::Kind::File;
+    target.file = file;
+    trends->findChild<Recordings *>()->start(page, {QStringLiteral("all"), page->windowTitle(), {}}, target);
+    return window->findChild<TrendWindow *>()->points().size() == curves;
+}
+
+// The same in a window of its own, with nothing else to do, or with a trend and a recording of them.
+void reportWatched(benchmark::State &state)
+{
+    constexpr int points = 10000;
+    const bool isWatched = state.range(0) != 0;
+    QStandardItemModel model;
+    QStandardItem *project = ProjectTree::makeProject(QStringLiteral("Plant"), QString(), QString());
+    ProjectTree::appendMissingFolders(project);
+    model.appendRow(project);
+    const QTemporaryDir folder;
+    QMainWindow window;
+    auto *tabs = new QTabWidget;
+    window.setCentralWidget(tabs);
+    MonitoringView view(tabs, &model, nullptr);
+    if (isWatched) {
+        new Trends(&view, &window);
+    }
+    window.resize(1024, 500);
+    window.show();
+    Protocol protocol;
+    QObject::connect(&protocol, &Protocol::dataReceived, &view, &MonitoringView::receive);
+    QList<QByteArray> streams;
+    for (int round = 0; round < rounds; ++round) {
+        streams.append(Segments::stream(Segments::reportText(points, round)));
+    }
+    int next = 0;
+    const auto receive = [&] {
+        const QByteArray &stream = streams.at(next++ % rounds);
+        protocol.assembleFrames(stream.constData(), unsigned(stream.size()));
+        QCoreApplication::processEvents();
+    };
+    receive(); // makes the node
+    receive(); // makes the tab
+    if (isWatched && !watch(&window, &view, folder.filePath(QStringLiteral("values.sqlite")))) {
+        state.SkipWithError("the window does not show the points");
+    }
+    receive();
+    for (auto _ : state) {
+        receive();
     }
 }
 
@@ -189,6 +253,7 @@ void liveTableLeast(benchmark::State &state)
 
 BENCHMARK(report)->Arg(1000)->Iterations(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(report)->Arg(10000)->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(reportWatched)->Arg(0)->Arg(1)->Iterations(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(liveTable)->DenseRange(0, columnCount - 1)->Iterations(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(liveTableHalved)->Arg(8000)->Arg(16000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(liveTableLeast)->Iterations(20)->Unit(benchmark::kMillisecond);
