@@ -84,12 +84,22 @@ Reading Reading::fromRow(const QVariantMap &row)
     return reading;
 }
 
-QVector<Reading> readRows(const QVariantList &rows)
+QVector<Reading> readRows(const QVariantList &rows, const QVector<Reading> &before)
 {
     QVector<Reading> readings;
     readings.reserve(rows.size());
-    for (const QVariant &row : rows) {
-        readings.append(Reading::fromRow(row.toMap()));
+    for (int i = 0; i < rows.size(); ++i) {
+        Reading reading = Reading::fromRow(rows.at(i).toMap());
+        if (i < before.size()) {
+            const Reading &other = before.at(i);
+            for (QString Reading::*const text :
+                 {&Reading::name, &Reading::address, &Reading::type, &Reading::text}) {
+                if (reading.*text == other.*text) {
+                    reading.*text = other.*text;
+                }
+            }
+        }
+        readings.append(std::move(reading));
     }
     return readings;
 }

@@ -47,8 +47,9 @@ struct Readings {
     QVector<Reading> rows; // in the order of the report; of rows with one name the last counts
 };
 
-// Takes the rows of a report, QVariantMaps.
-QVector<Reading> readRows(const QVariantList &rows);
+// Takes the rows of a report, QVariantMaps. Texts that stand at the same place of the report before are those
+// of that one, so that they are in memory once, however long and in whatever thread a report is kept.
+QVector<Reading> readRows(const QVariantList &rows, const QVector<Reading> &before = {});
 
 // The time of arrival of reports: the computer's clock, but each call gives at least 1 ms more than the one
 // before. A clock that is set back makes it go on with the monotonic clock until the other has caught up, and

@@ -28,6 +28,7 @@ private slots:
     void clockNeverGoesBack_data();
     void clockNeverGoesBack();
     void clockFollowsTheSystem();
+    void textsAreThoseOfTheReportBefore();
 };
 
 void TestReading::readsARow_data()
@@ -234,6 +235,27 @@ void TestReading::clockFollowsTheSystem()
     QVERIFY(first >= before && first <= QDateTime::currentMSecsSinceEpoch());
     QVERIFY(second > first && second <= first + 60000);
     QCOMPARE(clock.ahead(), qint64(0));
+}
+
+void TestReading::textsAreThoseOfTheReportBefore()
+{
+    const auto report = [](const QString &second) {
+        QVariantList rows;
+        for (const QString &name : {QString("Ua"), second}) {
+            rows.append(QVariantMap{{"name", name + QString()}, {"dataType", "float"}, {"value", "x"}});
+        }
+        return rows;
+    };
+    const QVector<Reading> before = readRows(report("Ub"));
+    const QVector<Reading> same = readRows(report("Ub"), before);
+    QCOMPARE(same.at(1).name, "Ub");
+    QCOMPARE(same.at(1).name.constData(), before.at(1).name.constData());
+    QCOMPARE(same.at(1).text.constData(), before.at(1).text.constData());
+    QVector<Reading> other = readRows(report("Uc"), before);
+    QCOMPARE(other.at(1).name, "Uc");
+    other = readRows(report("Ub") + report("Ud"), before);
+    QCOMPARE(other.size(), 4);
+    QCOMPARE(other.at(3).name, "Ud");
 }
 
 QTEST_GUILESS_MAIN(TestReading)
