@@ -99,7 +99,9 @@ void Trends::take(MonitoringPage *page, const LiveSource &source, const QVariant
     report.box = source.address;
     report.project = source.project;
     report.standard = page->windowTitle();
-    report.rows = readRows(rows);
+    QVector<Reading> &before = m_before[page];
+    report.rows = readRows(rows, before);
+    before = report.rows;
     m_shown[page].insert({source.address, source.project});
     m_history->add(report);
     m_recordings->add(report);
@@ -115,6 +117,7 @@ void Trends::endSession(const QString &address)
 void Trends::close(MonitoringPage *page)
 {
     m_recordings->stop(page);
+    m_before.remove(page);
     const auto sources = m_shown.take(page);
     for (const auto &source : sources) {
         m_history->forget(source.first, source.second, page->windowTitle());

@@ -75,6 +75,7 @@ private:
     Recordings *m_recordings;
     ArrivalClock m_clock;
     QVector<Trend> m_trends;
+    QHash<const MonitoringPage *, QVector<Reading>> m_before; // the last report of each
     // Address and project of what the pages have shown since they were made.
     QHash<const MonitoringPage *, QSet<QPair<QString, QString>>> m_shown;
 };
