@@ -52,7 +52,7 @@ void RecordingOpener::open(const RecordingTarget &target)
 void RecordingOpener::choosePoints()
 {
     m_reader->disconnect(this);
-    delete m_progress; // it could still show itself
+    endProgress();
     const QVector<Point> points = m_reader->points();
     if (points.isEmpty()) {
         fail(tr("The recording holds no points."));
@@ -75,9 +75,17 @@ void RecordingOpener::choosePoints()
     deleteLater();
 }
 
+void RecordingOpener::endProgress()
+{
+    if (m_progress) {
+        m_progress->reset(); // else it could still show itself
+        m_progress->deleteLater();
+    }
+}
+
 void RecordingOpener::fail(const QString &why)
 {
-    delete m_progress;
+    endProgress();
     const QPointer<RecordingOpener> self(this);
     Tell::warning(m_over, tr("Open Recording"), why);
     if (self) {

@@ -29,6 +29,7 @@ signals:
 
 private:
     void choosePoints();
+    void endProgress();
     void fail(const QString &why);
 
     QPointer<QWidget> m_over;
