@@ -34,13 +34,14 @@ Recorder::~Recorder()
     }
 }
 
-void Recorder::start(const RecordingTarget &target, const QSet<PointId> &points)
+void Recorder::start(const RecordingTarget &target, const QSet<PointId> &points, const QString &standard)
 {
     if (m_job) {
         return;
     }
     m_target = target;
-    m_job = std::make_shared<RecordingJob>(target, points, m_limits, QDateTime::currentMSecsSinceEpoch());
+    m_job = std::make_shared<RecordingJob>(target, points, standard, m_limits,
+                                           QDateTime::currentMSecsSinceEpoch());
     m_thread = QThread::create([job = m_job] { job->run(); });
     connect(m_thread, &QThread::finished, this, &Recorder::finish);
     connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);

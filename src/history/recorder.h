@@ -51,8 +51,9 @@ public:
     ~Recorder() override;
 
     void setLimits(const Limits &limits) { m_limits = limits; } // before the start
-    // Once. An empty set takes all points that come.
-    void start(const RecordingTarget &target, const QSet<PointId> &points);
+    // Once. An empty set takes all points that come; the name of a Standard says that no others will.
+    void start(const RecordingTarget &target, const QSet<PointId> &points,
+               const QString &standard = QString());
     void add(const Readings &report);
     // The session with the Box has ended.
     void endSession(const QString &box, qint64 time);

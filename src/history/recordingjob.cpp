@@ -4,11 +4,11 @@
 #include <QMutexLocker>
 
 RecordingJob::RecordingJob(const RecordingTarget &target, const QSet<PointId> &points,
-                           const Recorder::Limits &limits, qint64 since)
+                           const QString &standard, const Recorder::Limits &limits, qint64 since)
     : m_target(target)
     , m_limits(limits)
     , m_queue(points, limits.queueBytes)
-    , m_peers(target, points, since)
+    , m_peers(target, points, standard, since)
     , m_rows(points)
     , m_writer(target, since, limits.patience, &m_peers)
 {

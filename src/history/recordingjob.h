@@ -10,8 +10,8 @@
 class RecordingJob
 {
 public:
-    RecordingJob(const RecordingTarget &target, const QSet<PointId> &points, const Recorder::Limits &limits,
-                 qint64 since);
+    RecordingJob(const RecordingTarget &target, const QSet<PointId> &points, const QString &standard,
+                 const Recorder::Limits &limits, qint64 since);
 
     RecordingQueue *queue() { return &m_queue; }
     Recorder::Status status() const;

@@ -12,17 +12,23 @@ struct RecordingPeers::Entries {
     QVector<std::shared_ptr<const Entry>> all;
 };
 
+bool RecordingPeers::Entry::records(const PointId &id) const
+{
+    return points.isEmpty() ? standard.isEmpty() || standard == id.standard : points.contains(id);
+}
+
 RecordingPeers::Entries &RecordingPeers::entries()
 {
     static Entries entries;
     return entries;
 }
 
-RecordingPeers::RecordingPeers(const RecordingTarget &target, const QSet<PointId> &points, qint64 since)
+RecordingPeers::RecordingPeers(const RecordingTarget &target, const QSet<PointId> &points,
+                               const QString &standard, qint64 since)
     : m_own(std::make_shared<const Entry>(Entry{target.kind == RecordingTarget::Kind::File
                                                     ? QFileInfo(target.file).absoluteFilePath()
                                                     : target.text(),
-                                                points, since}))
+                                                points, standard, since}))
 {
     const QMutexLocker locker(&entries().mutex);
     entries().all.append(m_own);
@@ -44,8 +50,7 @@ std::optional<qint64> RecordingPeers::recordingSince(const PointId &id) const
     const QMutexLocker locker(&entries().mutex);
     std::optional<qint64> since;
     for (const auto &each : qAsConst(entries().all)) {
-        if (each != m_own && each->target == m_own->target
-            && (each->points.isEmpty() || each->points.contains(id))) {
+        if (each != m_own && each->target == m_own->target && each->records(id)) {
             since = std::min(each->since, since.value_or(each->since));
         }
     }

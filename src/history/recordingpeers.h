@@ -13,8 +13,10 @@
 class RecordingPeers
 {
 public:
-    // Enters a recorder. An empty set is all points; since is its start in ms since 1970 UTC.
-    RecordingPeers(const RecordingTarget &target, const QSet<PointId> &points, qint64 since);
+    // Enters a recorder. An empty set is all points, of the Standard if one is named; since is its start in
+    // ms since 1970 UTC.
+    RecordingPeers(const RecordingTarget &target, const QSet<PointId> &points, const QString &standard,
+                   qint64 since);
     ~RecordingPeers();
     RecordingPeers(const RecordingPeers &) = delete;
     RecordingPeers &operator=(const RecordingPeers &) = delete;
@@ -28,7 +30,10 @@ private:
     struct Entry {
         QString target;
         QSet<PointId> points;
+        QString standard;
         qint64 since;
+
+        bool records(const PointId &id) const;
     };
     struct Entries;
     static Entries &entries();

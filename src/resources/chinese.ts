@@ -2509,13 +2509,6 @@
     </message>
 </context>
 <context>
-    <name>RecordingRow</name>
-    <message>
-        <source>Recording</source>
-        <translation>正在记录</translation>
-    </message>
-</context>
-<context>
     <name>RecordingDatabase</name>
     <message>
         <source>Qt&apos;s driver for SQLite is not installed.</source>

@@ -2507,13 +2507,6 @@
     </message>
 </context>
 <context>
-    <name>RecordingRow</name>
-    <message>
-        <source>Recording</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
     <name>RecordingDatabase</name>
     <message>
         <source>Qt&apos;s driver for SQLite is not installed.</source>

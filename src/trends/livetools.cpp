@@ -5,7 +5,6 @@
 #include "trends/recordingline.h"
 #include "trends/trendkeys.h"
 #include "trends/trendwindow.h"
-#include "widgets/quietline.h"
 #include "widgets/svgicon.h"
 
 #include <QMenu>
@@ -37,7 +36,6 @@ LiveTools::LiveTools(MonitoringPage *page, Windows windows)
 {
     const QToolButton *trend = addTool("trendTool", trendIcon, tr("Trend"));
     m_record = addTool("recordTool", recordIcon, tr("Record"));
-    m_line->setObjectName(QStringLiteral("recordingLine"));
     page->addLine(m_line);
     setRecording(QString(), false);
     page->findChild<QToolButton *>(QStringLiteral("trendTool"))

@@ -25,7 +25,7 @@ Recording::Recording(const Subject &subject, const RecordingTarget &target, QObj
 {
     connect(m_recorder, &Recorder::statusChanged, this, &Recording::lineChanged);
     connect(m_recorder, &Recorder::stopped, this, [this] { emit stopped(m_recorder->status().error); });
-    m_recorder->start(target, subject.points);
+    m_recorder->start(target, subject.points, subject.standard);
 }
 
 void Recording::add(const Readings &report)

@@ -16,6 +16,7 @@ RecordingLine::RecordingLine(QWidget *parent)
     : QWidget(parent)
     , m_line(new QuietLine(this))
 {
+    setObjectName(QStringLiteral("recordingLine"));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(markSize + 4, 0, 0, 0);
     layout->addWidget(m_line);

@@ -4,7 +4,7 @@
 #include "trends/figuretable.h"
 #include "trends/pointpicker.h"
 #include "trends/readout.h"
-#include "trends/recordingrow.h"
+#include "trends/recordingline.h"
 #include "trends/trendfeed.h"
 #include "trends/trendmarks.h"
 #include "trends/trendplot.h"
@@ -45,7 +45,7 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     , m_marks(new TrendMarks(this))
     , m_control(new ViewControl(m_plot, m_marks, [this] { return m_feed->extent(); }))
     , m_readout(new Readout(m_plot->canvas()))
-    , m_recording(new RecordingRow(this))
+    , m_recording(new RecordingLine(this))
     , m_markerLine(new QuietLine(this))
     , m_note(new QLabel(this))
     , m_hint(new QLabel(tr("Drop rows of live values here, or press Add..."), this))
@@ -373,7 +373,7 @@ void TrendWindow::showTools()
     m_tools->button(Tool::Follow)->setEnabled(hasCurves && m_feed->isGrowing());
     m_tools->button(Tool::Back)->setEnabled(view.canGoBack());
     m_tools->button(Tool::Markers)->setChecked(m_marks->markers().isAnySet());
-    m_tools->button(Tool::Record)->setChecked(m_recording->isRecording());
+    m_tools->button(Tool::Record)->setChecked(!m_recording->text().isEmpty());
     for (const Tool tool : {Tool::Markers, Tool::Record, Tool::Copy, Tool::SavePicture, Tool::SaveValues}) {
         m_tools->button(tool)->setEnabled(hasCurves);
     }

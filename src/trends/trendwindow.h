@@ -15,7 +15,7 @@ class QSplitter;
 class QStackedWidget;
 class QuietLine;
 class Readout;
-class RecordingRow;
+class RecordingLine;
 class TrendFeed;
 class TrendMarks;
 class TrendPicture;
@@ -90,7 +90,7 @@ private:
     TrendMarks *m_marks;
     ViewControl *m_control;
     Readout *m_readout;
-    RecordingRow *m_recording;
+    RecordingLine *m_recording;
     QuietLine *m_markerLine;
     QLabel *m_note;
     QLabel *m_hint;

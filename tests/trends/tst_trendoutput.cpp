@@ -2,8 +2,8 @@
 #include "history/history.h"
 #include "messages.h"
 #include "modaldialogs.h"
+#include "trends/recordingline.h"
 #include "trendtest.h"
-#include "widgets/quietline.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -68,7 +68,7 @@ void TestTrendOutput::toolsAskOthers()
 void TestTrendOutput::recordingLineStandsBelowTheTools()
 {
     RUN(open());
-    auto *line = window->findChild<QuietLine *>("recordingLine");
+    auto *line = window->findChild<RecordingLine *>();
     QVERIFY(!line->isVisible());
     window->setRecordingLine("Since 12:00, 7 samples");
     QVERIFY(line->isVisible());
