@@ -56,6 +56,20 @@ TimeRange TrendFeed::extent() const
     return all;
 }
 
+TimeView TrendFeed::firstView() const
+{
+    constexpr qint64 live = 15 * TimeView::minute;
+    constexpr qint64 day = 24 * TimeView::hour;
+    const TimeRange all = extent();
+    if (all.from > all.to || qobject_cast<History *>(m_source)) {
+        return TimeView::upTo(present(), live);
+    }
+    if (isGrowing()) {
+        return TimeView::upTo(present(), qBound(TimeView::minute, present() - all.from, day));
+    }
+    return TimeView({qMax(all.from, all.to - day), all.to});
+}
+
 qint64 TrendFeed::present() const
 {
     const TimeRange all = extent();

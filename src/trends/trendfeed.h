@@ -2,6 +2,8 @@
 
 #include "history/valuetable.h"
 
+#include "trends/timeview.h"
+
 #include <QPointer>
 #include <QTimer>
 
@@ -21,6 +23,9 @@ public:
 
     // Of all samples of the points; from > to if there are none.
     TimeRange extent() const;
+    // What to show first: the last minutes of live values; the last day of a recording or all of it, up to
+    // the present while it grows.
+    TimeView firstView() const;
     // What the clock shows, or the last sample where it is ahead of that since the clock was set back.
     qint64 present() const;
     std::vector<ValueTable::Column> values(const QVector<PointId> &points, const TimeRange &range) const;

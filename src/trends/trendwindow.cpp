@@ -30,7 +30,6 @@ using Tool = TrendTools::Tool;
 
 namespace {
 
-constexpr qint64 firstSpan = 15 * TimeView::minute;
 constexpr QSize firstSize{1200, 660}; // fits a screen of 1366 x 768
 
 } // namespace
@@ -61,7 +60,7 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     connectSource();
     m_redraw.setSingleShot(true);
     connect(&m_redraw, &QTimer::timeout, this, &TrendWindow::redraw);
-    m_control->setView(TimeView::upTo(m_feed->present(), firstSpan));
+    m_control->setView(m_feed->firstView());
     showTitle();
     showMarkers();
     resize(firstSize);
@@ -159,7 +158,7 @@ void TrendWindow::addPoints(const QVector<Point> &points)
     showTitle();
     if (m_isNew) {
         m_isNew = false;
-        showFirstView();
+        m_control->setView(m_feed->firstView());
         m_plot->canvas()->setFocus();
     }
     showTools();
@@ -172,17 +171,6 @@ void TrendWindow::fitTable()
     if (!m_heightsOfUser) {
         const int height = m_table->sizeHint().height();
         m_splitter->setSizes({qMax(1, m_splitter->height() - height), height});
-    }
-}
-
-// The last minutes of what still grows, or all that there is.
-void TrendWindow::showFirstView()
-{
-    const TimeRange all = m_feed->extent();
-    if (m_feed->isGrowing()) {
-        m_control->setView(TimeView::upTo(m_feed->present(), firstSpan));
-    } else if (all.from <= all.to) {
-        m_control->setView(TimeView(all));
     }
 }
 

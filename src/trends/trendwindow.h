@@ -68,7 +68,6 @@ private:
     void choosePoints();
     void removeRows(const QVector<int> &rows);
     void fitTable();
-    void showFirstView();
     void followPresent();
     void ask();
     void take(const SampleSource::Request &request, const QVector<Thinned> &answers);

@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDateTime>
 #include <QDropEvent>
 #include <QFileDialog>
@@ -257,6 +258,7 @@ void TestTrendOutput::historyKeepsThePointsOfTheWindow()
     window->addPoints(history.points());
     auto *table = window->findChild<FigureTable *>();
     QTRY_COMPARE(cell(0, FigureModel::Current), "230");
+    QCOMPARE(window->findChild<QComboBox *>("span")->currentText(), "15 min");
     history.forget("127.0.0.2", "Riverside", "Relay"); // its page is closed
     QCOMPARE(history.points().size(), 2);
     table->setFocus();

@@ -25,6 +25,8 @@ private slots:
     void shadesGapsOnce();
     void showsTextsAsEvents();
     void axisTellsWhoseTimeItIs();
+    void recordingOpensWithItsLastDay_data();
+    void recordingOpensWithItsLastDay();
     void figuresAreOfWhatIsOnScreen();
     void skippedValuesAreCounted();
     void numberlessCurveDrawsNothing();
@@ -146,6 +148,34 @@ void TestTrendWindow::axisTellsWhoseTimeItIs()
     QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), "Time of arrival at this computer");
     const QString first = QDateTime::fromMSecsSinceEpoch(start + 20000).toString("hh:mm:ss");
     QVERIFY(plot->axisScaleDraw(QwtPlot::xBottom)->label(double(start + 20000)).text().startsWith(first));
+}
+
+void TestTrendWindow::recordingOpensWithItsLastDay_data()
+{
+    QTest::addColumn<bool>("growing");
+    QTest::addColumn<qint64>("length"); // minutes
+    QTest::addColumn<qint64>("span");
+    QTest::newRow("an hour") << false << qint64(60) << qint64(60);
+    QTest::newRow("three days") << false << qint64(3 * 24 * 60) << qint64(24 * 60);
+    QTest::newRow("growing since an hour") << true << qint64(60) << qint64(60);
+    QTest::newRow("growing since three days") << true << qint64(3 * 24 * 60) << qint64(24 * 60);
+    QTest::newRow("just begun") << true << qint64(0) << qint64(1);
+}
+
+void TestTrendWindow::recordingOpensWithItsLastDay()
+{
+    QFETCH(bool, growing);
+    QFETCH(qint64, length);
+    QFETCH(qint64, span);
+    const qint64 last = QDateTime::currentMSecsSinceEpoch();
+    const qint64 first = last - length * TimeView::minute;
+    source->add("Voltage", "float",
+                {{first, 1, SampleState::Valid, QString()}, {last, 2, SampleState::Valid, QString()}});
+    RUN(open(growing));
+    const TimeRange screen = source->requests.last().range;
+    QCOMPARE((screen.to - screen.from) / TimeView::minute, span);
+    QVERIFY(growing ? screen.to >= last : screen.to == last);
+    QCOMPARE(tool("follow")->isChecked(), growing);
 }
 
 void TestTrendWindow::figuresAreOfWhatIsOnScreen()
