@@ -4030,6 +4030,25 @@
     </message>
 </context>
 <context>
+    <name>ValueSaver</name>
+    <message>
+        <source>Saving values to %1</source>
+        <translation>正在将数值保存到 %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Save Values</source>
+        <translation>保存数值</translation>
+    </message>
+    <message>
+        <source>The file %1 could not be written.</source>
+        <translation>无法写入文件 %1。</translation>
+    </message>
+</context>
+<context>
     <name>standardCustomPollEditDialog</name>
     <message>
         <source>The Standard CustomPoll &apos;%1&apos; is saved successfully.</source>

@@ -4028,6 +4028,25 @@
     </message>
 </context>
 <context>
+    <name>ValueSaver</name>
+    <message>
+        <source>Saving values to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save Values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file %1 could not be written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>standardCustomPollEditDialog</name>
     <message>
         <source>The Standard CustomPoll &apos;%1&apos; is saved successfully.</source>

@@ -1,5 +1,6 @@
 #include "trends/trendsaver.h"
 
+#include "trends/valuesaver.h"
 #include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
@@ -44,22 +45,13 @@ void TrendSaver::savePicture(QWidget *window, const TrendPicture &picture, const
     }
 }
 
-void TrendSaver::saveValues(QWidget *window, std::vector<ValueTable::Column> columns, const QString &name)
+void TrendSaver::saveValues(QWidget *window, std::vector<ValueTable::Column> columns, const TimeRange &range,
+                            const QString &name)
 {
-    const QPointer<QWidget> parent(window);
+    const QPointer<QWidget> alive(window);
     const QString path =
         chooseSaveFile(window, tr("Save Values"), lastUsedFolder(), tr("CSV Files (*.csv)"), name);
-    if (path.isEmpty()) {
-        return;
-    }
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    QSaveFile file(path);
-    QString error;
-    const bool isSaved = file.open(QIODevice::WriteOnly)
-        && ValueTable::write(&file, std::move(columns), &error) && file.commit();
-    QApplication::restoreOverrideCursor();
-    if (!isSaved && parent) {
-        const QString text = tr("The file %1 could not be written.").arg(path);
-        Tell::warning(parent, tr("Save Values"), error.isEmpty() ? text : text + QLatin1Char('\n') + error);
+    if (alive && !path.isEmpty()) {
+        (new ValueSaver(std::move(columns), range, path, window))->start();
     }
 }

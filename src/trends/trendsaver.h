@@ -18,6 +18,7 @@ public:
     // PNG in the size and the colours of the window, or SVG, by the ending. What fails is told over the
     // window.
     static void savePicture(QWidget *window, const TrendPicture &picture, const QString &path);
-    // What the cursors hold, as CSV, into a file that the user names.
-    static void saveValues(QWidget *window, std::vector<ValueTable::Column> columns, const QString &name);
+    // What the cursors hold, which is of that range, as CSV into a file that the user names; see ValueSaver.
+    static void saveValues(QWidget *window, std::vector<ValueTable::Column> columns, const TimeRange &range,
+                           const QString &name);
 };

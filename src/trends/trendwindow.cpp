@@ -251,7 +251,8 @@ void TrendWindow::saveValues()
             shown.append(curve.point.id);
         }
     }
-    TrendSaver::saveValues(this, m_feed->values(shown, m_control->view().range()), fileName());
+    const TimeRange range = m_control->view().range();
+    TrendSaver::saveValues(this, m_feed->values(shown, range), range, fileName());
 }
 
 void TrendWindow::choosePoints()

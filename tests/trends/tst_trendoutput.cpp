@@ -3,6 +3,7 @@
 #include "messages.h"
 #include "modaldialogs.h"
 #include "trends/recordingline.h"
+#include "trends/valuesaver.h"
 #include "trendtest.h"
 
 #include <QAction>
@@ -15,6 +16,9 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMimeData>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSemaphore>
 #include <QSvgRenderer>
 
 // What comes out of the window of a trend, and what becomes of it.
@@ -33,6 +37,11 @@ private slots:
     void savesAPicture_data();
     void savesAPicture();
     void savesValuesOnScreen();
+    void savesValuesBesideTheWindow();
+    void cancelledValuesLeaveTheFileAsItWas_data();
+    void cancelledValuesLeaveTheFileAsItWas();
+    void valuesThatCantBeReadAreTold();
+    void valuesThatCantBeWrittenAreTold();
     void tellsThatAPictureWasNotSaved();
     void silentSourceKeepsTheWindowAlive();
     void sourceThatDiesIsTold();
@@ -41,8 +50,45 @@ private slots:
     void historyKeepsThePointsOfTheWindow();
 
 private:
+    void saveValuesTo(const QString &path);
+
     PointId voltage;
 };
+
+namespace {
+
+// Gives its samples when it is let, in whatever thread, and may fail then.
+class SlowSource : public FakeSource
+{
+public:
+    std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override
+    {
+        auto slow = std::make_unique<Slow>();
+        slow->samples = FakeSource::cursor(id, range);
+        slow->gate = gate;
+        slow->failure = failure;
+        return slow;
+    }
+
+    std::shared_ptr<QSemaphore> gate = std::make_shared<QSemaphore>(); // of samples
+    QString failure;                                                   // after them
+
+private:
+    struct Slow : SampleCursor {
+        bool next(Sample *sample) override
+        {
+            gate->acquire();
+            return samples->next(sample);
+        }
+        QString error() const override { return failure; }
+
+        std::unique_ptr<SampleCursor> samples;
+        std::shared_ptr<QSemaphore> gate;
+        QString failure;
+    };
+};
+
+} // namespace
 
 void TestTrendOutput::init()
 {
@@ -171,19 +217,110 @@ void TestTrendOutput::savesValuesOnScreen()
     auto *figures = window->findChild<FigureTable *>()->figures();
     figures->setData(figures->index(1, FigureModel::Name), Qt::Unchecked, Qt::CheckStateRole);
     press(Qt::Key_2); // the five minutes in the middle
-    ModalDialogs dialogs;
-    dialogs.expect([](QWidget *dialog) {
-        auto *choosing = qobject_cast<QFileDialog *>(dialog);
-        choosing->selectFile(QDir::current().filePath("values.csv"));
-        choosing->QDialog::accept();
-    });
-    press(Qt::Key_E, Qt::ControlModifier);
+    QFile::remove("values.csv");
+    RUN(saveValuesTo("values.csv"));
+    QTRY_VERIFY(QFile::exists("values.csv"));
     const QList<QByteArray> lines = Files::contents("values.csv").split('\n');
     QVERIFY2(lines.size() >= 4, qPrintable(QString::number(lines.size())));
     QVERIFY(lines.at(0).trimmed().endsWith("Voltage"));
     QVERIFY(lines.at(1).trimmed().endsWith(",240"));
     QVERIFY(lines.at(2).trimmed().endsWith(",not valid"));
     QVERIFY(lines.at(3).trimmed().endsWith(",235"));
+}
+
+void TestTrendOutput::saveValuesTo(const QString &path)
+{
+    ModalDialogs dialogs;
+    dialogs.expect([&path](QWidget *dialog) {
+        auto *choosing = qobject_cast<QFileDialog *>(dialog);
+        choosing->selectFile(QDir::current().absoluteFilePath(path));
+        choosing->QDialog::accept();
+    });
+    press(Qt::Key_E, Qt::ControlModifier);
+    QCOMPARE(dialogs.pending(), 0);
+}
+
+void TestTrendOutput::savesValuesBesideTheWindow()
+{
+    auto *slow = new SlowSource;
+    source.reset(slow);
+    source->add("Voltage", "float", {valid(0, 1), valid(500, 2), valid(1000, 3)});
+    RUN(open());
+    QFile::remove("slow.csv");
+    ValueSaver::patience = 0;
+    RUN(saveValuesTo("slow.csv"));
+    auto *progress = window->findChild<QProgressDialog *>();
+    QTRY_VERIFY(progress->isVisible());
+    QVERIFY(!progress->isModal());
+    slow->gate->release(2);
+    QTRY_COMPARE(progress->value(), 49);
+    press(Qt::Key_2); // the window goes on
+    QCOMPARE(screen(), (QVector<double>{350, 650}));
+    QVERIFY(!QFile::exists("slow.csv"));
+    slow->gate->release(2);
+    QTRY_COMPARE(Files::contents("slow.csv").count('\n'), 4); // all that was on screen
+    QTRY_VERIFY(!window->findChild<ValueSaver *>() && !window->findChild<QProgressDialog *>());
+}
+
+void TestTrendOutput::cancelledValuesLeaveTheFileAsItWas_data()
+{
+    QTest::addColumn<bool>("closes");
+    QTest::newRow("cancelled") << false;
+    QTest::newRow("window closed") << true;
+}
+
+void TestTrendOutput::cancelledValuesLeaveTheFileAsItWas()
+{
+    QFETCH(bool, closes);
+    auto *slow = new SlowSource;
+    source.reset(slow);
+    source->add("Voltage", "float", {valid(0, 1), valid(500, 2), valid(1000, 3)});
+    RUN(open());
+    Files::put("older.csv", "older");
+    ValueSaver::patience = 0;
+    RUN(saveValuesTo("older.csv"));
+    auto *progress = window->findChild<QProgressDialog *>();
+    QTRY_VERIFY(progress->isVisible());
+    if (!closes) {
+        progress->findChild<QPushButton *>()->click();
+    }
+    slow->gate->release(2);
+    if (closes) {
+        delete window;
+    } else {
+        QTRY_VERIFY(!window->findChild<ValueSaver *>() && !window->findChild<QProgressDialog *>());
+    }
+    QCOMPARE(Files::contents("older.csv"), "older");
+}
+
+void TestTrendOutput::valuesThatCantBeReadAreTold()
+{
+    auto *slow = new SlowSource;
+    source.reset(slow);
+    source->add("Voltage", "float", {valid(0, 1), valid(1000, 3)});
+    slow->failure = "The file is gone.";
+    slow->gate->release(3);
+    RUN(open());
+    Files::put("older.csv", "older");
+    Messages messages;
+    messages.expect();
+    RUN(saveValuesTo("older.csv"));
+    QTRY_COMPARE(messages.told(),
+                 QStringList("Save Values|The file " + QDir::current().filePath("older.csv")
+                             + " could not be written.\nThe file is gone."));
+    QCOMPARE(Files::contents("older.csv"), "older");
+}
+
+void TestTrendOutput::valuesThatCantBeWrittenAreTold()
+{
+    RUN(open());
+    Messages messages;
+    messages.expect();
+    RUN(saveValuesTo("/proc/values.csv"));
+    QTRY_COMPARE(messages.pending(), 0);
+    const QString told = messages.told().first();
+    QVERIFY2(told.startsWith("Save Values|The file /proc/values.csv could not be written.\n"),
+             qPrintable(told));
 }
 
 void TestTrendOutput::tellsThatAPictureWasNotSaved()
