@@ -41,6 +41,7 @@ class ThinnedByHand : public SampleSource
 {
 public:
     QVector<Point> points() const override { return all; }
+    std::optional<Point> point(const PointId &) const override { return {}; }
     TimeRange extent(const PointId &) const override { return {start, end}; }
     bool isGrowing() const override { return false; }
     void request(const void *asker, const Request &request) override

@@ -203,6 +203,13 @@ QVector<Point> History::points() const
     return points;
 }
 
+std::optional<Point> History::point(const PointId &id) const
+{
+    const Found found = find(id);
+    return found.series ? std::make_optional(Point{id, found.series->address(), found.series->type()})
+                        : std::nullopt;
+}
+
 TimeRange History::extent(const PointId &id) const
 {
     const Found found = find(id);

@@ -42,6 +42,7 @@ public:
 
     // Those of a Standard in the order in which they came.
     QVector<Point> points() const override;
+    std::optional<Point> point(const PointId &id) const override;
     TimeRange extent(const PointId &id) const override;
     bool isGrowing() const override { return true; }
     // Answers at once. The end of the range counts as the present: what is late by then is broken there.

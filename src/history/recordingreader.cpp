@@ -79,6 +79,12 @@ QVector<Point> RecordingReader::points() const
     return points;
 }
 
+std::optional<Point> RecordingReader::point(const PointId &id) const
+{
+    const RecordingPoints::Curve *const curve = m_points ? m_points->find(id) : nullptr;
+    return curve ? std::make_optional(curve->point) : std::nullopt;
+}
+
 TimeRange RecordingReader::extent(const PointId &id) const
 {
     const RecordingPoints::Curve *const curve = m_points ? m_points->find(id) : nullptr;

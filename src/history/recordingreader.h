@@ -26,6 +26,7 @@ public:
 
     // Known from opened() on.
     QVector<Point> points() const override;
+    std::optional<Point> point(const PointId &id) const override;
     TimeRange extent(const PointId &id) const override;
     // Whether a recording in it has no end, and its last sample is younger than a minute.
     bool isGrowing() const override;

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 // Walks over the samples of one point in the order of time. It may be used in another thread than its source,
 // which it survives.
@@ -34,6 +35,8 @@ public:
 
     // All points, in the order of their PointIds or of the source.
     virtual QVector<Point> points() const = 0;
+    // As it is described now; none if the source does not have it.
+    virtual std::optional<Point> point(const PointId &id) const = 0;
     // Of all samples of the point, breaks too; from > to if it has none.
     virtual TimeRange extent(const PointId &id) const = 0;
     // Whether samples still come, so that a window has a present to follow.

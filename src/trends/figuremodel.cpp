@@ -141,6 +141,17 @@ void FigureModel::relabel()
     }
 }
 
+void FigureModel::describe(const QVector<Point> &points)
+{
+    QHash<PointId, Point> described;
+    for (const Point &point : points) {
+        described.insert(point.id, point);
+    }
+    for (Curve &curve : m_curves) {
+        curve.point = described.value(curve.point.id, curve.point);
+    }
+}
+
 void FigureModel::setAnswers(const QVector<PointId> &points, const QVector<Thinned> &answers)
 {
     QHash<PointId, int> places;

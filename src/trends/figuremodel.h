@@ -36,6 +36,8 @@ public:
     // Those that are there already stay as they are. Returns those that are new.
     QVector<PointId> add(const QVector<Point> &points);
     PointId remove(int row);
+    // Types and addresses may have changed.
+    void describe(const QVector<Point> &points);
     // An answer an element; of points that are not here nothing is taken.
     void setAnswers(const QVector<PointId> &points, const QVector<Thinned> &answers);
     void setMarkers(const Markers &markers);

@@ -44,6 +44,17 @@ void TrendFeed::remove(const PointId &point)
     }
 }
 
+QVector<Point> TrendFeed::points() const
+{
+    QVector<Point> points;
+    for (const PointId &id : m_points) {
+        if (const std::optional<Point> point = m_source ? m_source->point(id) : std::nullopt) {
+            points.append(*point);
+        }
+    }
+    return points;
+}
+
 TimeRange TrendFeed::extent() const
 {
     TimeRange all{1, 0};

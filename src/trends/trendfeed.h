@@ -21,6 +21,8 @@ public:
     void add(const QVector<PointId> &points);
     void remove(const PointId &point);
 
+    // All of them as they are described now, as far as the source has them.
+    QVector<Point> points() const;
     // Of all samples of the points; from > to if there are none.
     TimeRange extent() const;
     // What to show first: the last minutes of live values; the last day of a recording or all of it, up to

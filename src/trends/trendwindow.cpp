@@ -297,6 +297,7 @@ void TrendWindow::ask()
 
 void TrendWindow::take(const SampleSource::Request &request, const QVector<Thinned> &answers)
 {
+    m_figures->describe(m_feed->points());
     m_figures->setAnswers(request.points, answers);
     scheduleRedraw();
 }

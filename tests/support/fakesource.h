@@ -4,6 +4,7 @@
 
 #include <QMap>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -33,10 +34,23 @@ public:
     }
 
     QVector<Point> points() const override { return m_points; }
+    std::optional<Point> point(const PointId &id) const override
+    {
+        const auto found = std::find_if(m_points.begin(), m_points.end(),
+                                        [&id](const Point &point) { return point.id == id; });
+        return found != m_points.end() ? std::make_optional(*found) : std::nullopt;
+    }
     TimeRange extent(const PointId &id) const override
     {
         const QVector<Sample> samples = m_samples.value(id);
         return samples.isEmpty() ? TimeRange{1, 0} : TimeRange{samples.first().time, samples.last().time};
+    }
+    void setType(const PointId &id, const QString &type)
+    {
+        for (Point &point : m_points) {
+            point.type = point.id == id ? type : point.type;
+        }
+        emit grown();
     }
     bool isGrowing() const override { return growing; }
     void request(const void *asker, const Request &request) override

@@ -22,6 +22,7 @@ private slots:
     void menuWithoutASelectionOffersNoTrend();
     void pointsBelongToTheSourceThatShowedLast();
     void droppedRowsAreAdded();
+    void changedTypeIsShown();
     void closedPageIsForgotten();
     void closedPageStaysForTheCurvesOfAWindow();
     void endOfTheSessionBreaksTheCurves();
@@ -181,6 +182,18 @@ void TestTrends::droppedRowsAreAdded()
     emit window->dropped(&foreign);
     QCoreApplication::processEvents();
     QCOMPARE(namesOf(window), QStringList({"Ub", "Ia"}));
+}
+
+void TestTrends::changedTypeIsShown()
+{
+    const MonitoringPage *shown = openPage({point("Ua", "1")});
+    select(shown, {0});
+    m_trends->showTrend();
+    QCOMPARE(windows().first()->points().first().type, "float");
+    QJsonObject changed = point("Ua", "2");
+    changed["dataType"] = "int16";
+    receive({changed});
+    QTRY_COMPARE(windows().first()->points().first().type, "int16");
 }
 
 void TestTrends::closedPageIsForgotten()

@@ -22,6 +22,7 @@ private slots:
     void emptyWindowTellsHowToGetPoints();
     void drawsPiecesAsTheyAre();
     void drawsStatesAndCountersAsSteps();
+    void changedTypeIsDrawnAnew();
     void shadesGapsOnce();
     void showsTextsAsEvents();
     void axisTellsWhoseTimeItIs();
@@ -36,6 +37,10 @@ private slots:
     void userChoosesTheScale();
     void pointsAreThereOnce();
     void hundredCurves();
+
+private:
+    // On a plot of ten seconds, from 0 to 1.
+    bool isDrawnAt(int curve, double time, double value) const;
 };
 
 namespace {
@@ -82,34 +87,48 @@ void TestTrendWindow::drawsPiecesAsTheyAre()
     QCOMPARE(source->requests.last().columns, plot->columns());
 }
 
+bool TestTrendWindow::isDrawnAt(int curve, double time, double value) const
+{
+    QImage image(400, 400, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QwtScaleMap x;
+    x.setScaleInterval(double(start), double(start + 10000));
+    x.setPaintInterval(0, 400);
+    QwtScaleMap y;
+    y.setScaleInterval(0, 1);
+    y.setPaintInterval(400, 0);
+    plot->curveItems().at(curve)->draw(&painter, x, y, QRectF(0, 0, 400, 400));
+    const QPoint at(int(x.transform(time)), int(y.transform(value)));
+    for (int side = -4; side <= 4; ++side) {
+        if (image.pixelColor(qBound(0, at.x() + side, 399), at.y()) != QColor(Qt::white)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void TestTrendWindow::drawsStatesAndCountersAsSteps()
 {
     source->add("Voltage", "float", {valid(0, 0), valid(10, 1)});
     source->add("Closed", "bool", {valid(0, 0), valid(10, 1)});
     RUN(open());
     // Half-way up in the middle there is a line, but no step.
-    const auto isDrawnAt = [this](int curve, double time, double value) {
-        QImage image(400, 400, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        QwtScaleMap x;
-        x.setScaleInterval(double(start), double(start + 10000));
-        x.setPaintInterval(0, 400);
-        QwtScaleMap y;
-        y.setScaleInterval(0, 1);
-        y.setPaintInterval(400, 0);
-        plot->curveItems().at(curve)->draw(&painter, x, y, QRectF(0, 0, 400, 400));
-        const QPoint at(int(x.transform(time)), int(y.transform(value)));
-        for (int side = -4; side <= 4; ++side) {
-            if (image.pixelColor(qBound(0, at.x() + side, 399), at.y()) != QColor(Qt::white)) {
-                return true;
-            }
-        }
-        return false;
-    };
     QVERIFY(isDrawnAt(0, start + 5000, 0.5));
     QVERIFY(!isDrawnAt(1, start + 5000, 0.5));
     QVERIFY(isDrawnAt(1, start + 10000, 0.5));
+}
+
+void TestTrendWindow::changedTypeIsDrawnAnew()
+{
+    const PointId closed = source->add("Closed", "float", {valid(0, 0), valid(10, 1)});
+    RUN(open());
+    QVERIFY(isDrawnAt(0, start + 5000, 0.5));
+    source->setType(closed, "bool");
+    QTRY_COMPARE(cell(0, FigureModel::Type), "bool");
+    redrawn();
+    QVERIFY(!isDrawnAt(0, start + 5000, 0.5));
+    QVERIFY(isDrawnAt(0, start + 10000, 0.5));
 }
 
 void TestTrendWindow::shadesGapsOnce()
