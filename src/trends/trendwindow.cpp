@@ -22,6 +22,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QTableView>
 #include <QTimerEvent>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -431,18 +432,24 @@ void TrendWindow::timerEvent(QTimerEvent *event)
     m_hasGrown = false;
 }
 
+bool TrendWindow::takes(const QDropEvent &drop) const
+{
+    const QObject *from = sourceOf(drop);
+    return from != m_table && qobject_cast<const QTableView *>(from);
+}
+
 void TrendWindow::dragEnterEvent(QDragEnterEvent *event)
 {
-    if (event->source() != m_table && qobject_cast<QTableView *>(event->source())) {
+    if (takes(*event)) {
         event->acceptProposedAction();
     }
 }
 
 void TrendWindow::dropEvent(QDropEvent *event)
 {
-    if (event->source() != m_table && qobject_cast<QTableView *>(event->source())) {
+    if (takes(*event)) {
         event->acceptProposedAction();
-        emit dropped(event->source());
+        emit dropped(sourceOf(*event));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "trends/trendtools.h"
 
 #include <QBasicTimer>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
@@ -41,6 +42,10 @@ public:
     void setRecordingLine(const QString &text);
 
     inline static int tick = 250; // ms between two pictures while following; for tests to shorten
+    // Where a drag began; for tests, whose platform has no drags.
+    inline static QObject *(*sourceOf)(const QDropEvent &) = [](const QDropEvent &drop) {
+        return drop.source();
+    };
 
 signals:
     // A tool was used: record the window's points, or stop that; show another recording.
@@ -58,6 +63,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    bool takes(const QDropEvent &drop) const;
     void layOut();
     void addKeys();
     void connectParts();

@@ -9,8 +9,10 @@
 #include "trends/trends.h"
 #include "trends/trendwindow.h"
 
+#include <QDragEnterEvent>
 #include <QMainWindow>
 #include <QMenu>
+#include <QMimeData>
 #include <QToolButton>
 
 #include <memory>
@@ -96,6 +98,24 @@ protected:
         });
         emit page->table()->customContextMenuRequested(QPoint(5, 5));
         return entries;
+    }
+
+    // Whether the window takes what is dragged onto it from there.
+    static bool drop(QObject *from, TrendWindow *window)
+    {
+        static QObject *source;
+        source = from;
+        const auto real = TrendWindow::sourceOf;
+        TrendWindow::sourceOf = [](const QDropEvent &) { return source; };
+        QMimeData data;
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(window, &enter);
+        QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        drop.ignore();
+        QCoreApplication::sendEvent(window, &drop); // where nothing entered, nothing comes of it
+        TrendWindow::sourceOf = real;
+        return enter.isAccepted() && drop.isAccepted();
     }
 
     QList<TrendWindow *> windows() const { return m_window->findChildren<TrendWindow *>(); }

@@ -10,7 +10,6 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QDateTime>
-#include <QDropEvent>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -31,7 +30,6 @@ private slots:
 
     void toolsAskOthers();
     void recordingLineStandsBelowTheTools();
-    void takesNoDropsButThoseOfTables();
     void addsPointsOfTheSource();
     void copiesPictureAndFigures();
     void savesAPicture_data();
@@ -124,20 +122,6 @@ void TestTrendOutput::recordingLineStandsBelowTheTools()
     window->setRecordingLine(QString());
     QVERIFY(!line->isVisible());
     QVERIFY(!tool("record")->isChecked());
-}
-
-void TestTrendOutput::takesNoDropsButThoseOfTables()
-{
-    RUN(open());
-    QSignalSpy dropped(window.data(), &TrendWindow::dropped);
-    // The platform of the tests has no drags, so this one has no source.
-    QMimeData data;
-    QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    drop.ignore();
-    QCoreApplication::sendEvent(window, &drop);
-    QCOMPARE(dropped.count(), 0);
-    QVERIFY(!drop.isAccepted());
-    QVERIFY(window->acceptDrops());
 }
 
 void TestTrendOutput::addsPointsOfTheSource()

@@ -1,3 +1,4 @@
+#include "trends/figuretable.h"
 #include "trendstest.h"
 
 #include <QLineEdit>
@@ -22,6 +23,8 @@ private slots:
     void menuWithoutASelectionOffersNoTrend();
     void pointsBelongToTheSourceThatShowedLast();
     void droppedRowsAreAdded();
+    void onlyTablesMayBeDropped_data();
+    void onlyTablesMayBeDropped();
     void changedTypeIsShown();
     void closedPageIsForgotten();
     void closedPageStaysForTheCurvesOfAWindow();
@@ -172,16 +175,42 @@ void TestTrends::droppedRowsAreAdded()
     m_trends->showTrend();
     TrendWindow *window = windows().first();
     select(shown, {1});
-    emit window->dropped(shown->table());
+    QVERIFY(drop(shown->table(), window));
     QTRY_COMPARE(namesOf(window), QStringList("Ub"));
     select(other, {0});
-    emit window->dropped(other->table());
+    QVERIFY(drop(other->table(), window));
     QTRY_COMPARE(namesOf(window), QStringList({"Ub", "Ia"}));
     QTableWidget foreign(3, 3);
     foreign.selectAll();
-    emit window->dropped(&foreign);
+    drop(&foreign, window);
     QCoreApplication::processEvents();
     QCOMPARE(namesOf(window), QStringList({"Ub", "Ia"}));
+}
+
+void TestTrends::onlyTablesMayBeDropped_data()
+{
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<bool>("taken");
+    QTest::newRow("a live table") << "LiveTable" << true;
+    QTest::newRow("the window's own table") << "FigureTable" << false;
+    QTest::newRow("a tree") << "QTreeView" << false;
+    QTest::newRow("another program") << QString() << false;
+}
+
+void TestTrends::onlyTablesMayBeDropped()
+{
+    QFETCH(QString, from);
+    const MonitoringPage *shown = openPage({point("Ua", "1")});
+    select(shown, {0});
+    m_trends->showTrend();
+    TrendWindow *window = windows().first();
+    const QList<QObject *> sources{shown->table(), window->findChild<FigureTable *>(), m_tree.data()};
+    QObject *source = nullptr;
+    for (QObject *each : sources) {
+        source = from == QLatin1String(each->metaObject()->className()) ? each : source;
+    }
+    QCOMPARE(source == nullptr, from.isEmpty());
+    QTEST(drop(source, window), "taken");
 }
 
 void TestTrends::changedTypeIsShown()
