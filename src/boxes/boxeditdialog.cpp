@@ -342,7 +342,7 @@ void BoxEditDialog::considerStatus(Session::Status status)
 void BoxEditDialog::tellEnd()
 {
     m_notice->hide();
-    emit sessionEnded();
+    emit sessionEnded(m_sessionAddress);
 }
 
 void BoxEditDialog::showReported(const QString &project, bool isOpen)

@@ -72,8 +72,8 @@ signals:
     void sendDataToMainWindow(Protocol::dataMonitoringData data);
     // A report follows, by the Box of this name at the address that the session goes to.
     void reporting(const QString &box, const QString &address);
-    // The link is down.
-    void sessionEnded();
+    // The link is down that went to the address, which is that of reporting().
+    void sessionEnded(const QString &address);
     // The Box has not answered for 30 seconds, or has done so.
     void answering(bool answers);
 

@@ -94,9 +94,8 @@ void MonitoringView::setBox(const QString &name, const QString &address)
     m_box = {QString(), name, address};
 }
 
-void MonitoringView::endSession()
+void MonitoringView::endSession(const QString &address)
 {
-    const QString address = m_box.address;
     m_box = {};
     m_notShown.clear();
     const QVector<MonitoringPage *> pages = livePages();

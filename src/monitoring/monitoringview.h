@@ -35,8 +35,8 @@ public:
     void setBox(const QString &name, const QString &address);
     // Whether that Box answers; a report says so, too.
     void setAnswering(bool answers);
-    // The values that the pages show have no session any more.
-    void endSession();
+    // The session with the Box of the address has ended: the values that the pages show have none any more.
+    void endSession(const QString &address);
 
     // Takes one report and drops it if no open project has its name. The first report of a PLC makes the
     // PLC's node; each later one updates the node and shows its values.

@@ -184,7 +184,7 @@ void TestMonitoringView::tellsEachPageWhoseValuesItShows()
     QCOMPARE(line(), "Riverside · Gateway south 127.0.0.3 · 0 s");
     // An item that is in no project.
     QStandardItem loose("loose");
-    m_view->endSession();
+    m_view->endSession("127.0.0.2");
     m_view->showData(&loose, QString(), "Meter 2");
     QCOMPARE(line("Meter 2"), "0 s");
 }
@@ -195,7 +195,7 @@ void TestMonitoringView::endOfTheSessionReachesAllItsPages()
     m_view->setBox("Gateway north", "127.0.0.2");
     showPoints({point("Ua", "1")});
     showPoints({point("Ua", "1")}, "Meter 2");
-    m_view->endSession();
+    m_view->endSession("127.0.0.2");
     QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s · Out of date: not connected");
     QCOMPARE(line("Meter 2"), line());
     QCOMPARE(line("from outside"), "Riverside · 0 s");
@@ -230,7 +230,7 @@ void TestMonitoringView::pauseBetweenSessionsIsNoPeriod()
     m_view->setClock([&now] { return now; });
     m_view->setBox("Gateway north", "127.0.0.2");
     receive({point("Ua", "1")});
-    m_view->endSession();
+    m_view->endSession("127.0.0.2");
     now += 3600000;
     m_view->setBox("Gateway north", "127.0.0.2");
     receive({point("Ua", "1")});
@@ -460,12 +460,11 @@ void TestMonitoringView::tellsWhichPageIsInFront()
 void TestMonitoringView::tellsWhoseSessionHasEnded()
 {
     const QSignalSpy ended(m_view.data(), &MonitoringView::sessionEnded);
-    m_view->endSession(); // there was none
+    m_view->endSession(QString()); // one with no Box
     m_view->setBox("Gateway north", "127.0.0.2");
-    m_view->endSession();
-    m_view->endSession();
-    QCOMPARE(ended.size(), 1);
-    QCOMPARE(ended.first().first().toString(), "127.0.0.2");
+    m_view->setBox("Gateway south", "127.0.0.3"); // reported last, and goes on
+    m_view->endSession("127.0.0.2");
+    QCOMPARE(ended, (QList<QVariantList>{{"127.0.0.2"}}));
 }
 
 QTEST_MAIN(TestMonitoringView)

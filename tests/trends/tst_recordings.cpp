@@ -204,7 +204,7 @@ void TestRecordings::endOfTheSessionIsRecorded()
     giveFile(path());
     RUN(press(shown, "recordTool"));
     receive({point("Ua", "2")});
-    m_view->endSession();
+    m_view->endSession("127.0.0.2");
     m_view->setBox("Gateway north", "127.0.0.2");
     receive({point("Ua", "3")});
     RUN(stop(shown));

@@ -29,6 +29,7 @@ private slots:
     void closedPageIsForgotten();
     void closedPageStaysForTheCurvesOfAWindow();
     void endOfTheSessionBreaksTheCurves();
+    void endOfASessionLeavesOtherBoxes();
     void windowsCloseWithTheMainWindow();
     void windowsMayDieBeforeTheMainWindow();
 };
@@ -250,9 +251,20 @@ void TestTrends::closedPageStaysForTheCurvesOfAWindow()
 void TestTrends::endOfTheSessionBreaksTheCurves()
 {
     openPage({point("Ua", "1")});
-    m_view->endSession();
+    m_view->endSession("127.0.0.2");
     QCOMPARE(samplesOf(history(), riverside("Ua")),
              QStringList({"1", QString("state %1").arg(int(SampleState::Ended))}));
+}
+
+void TestTrends::endOfASessionLeavesOtherBoxes()
+{
+    openPage({point("Ua", "1")});
+    m_view->setBox("Gateway south", "127.0.0.3");
+    openPage({point("Ua", "2")}, "Meter 2");
+    m_view->endSession("127.0.0.2");
+    QCOMPARE(samplesOf(history(), riverside("Ua")),
+             QStringList({"1", QString("state %1").arg(int(SampleState::Ended))}));
+    QCOMPARE(samplesOf(history(), {"127.0.0.3", "Riverside", "Meter 2", "Ua"}), QStringList("2"));
 }
 
 void TestTrends::windowsCloseWithTheMainWindow()
