@@ -297,7 +297,7 @@ QString FigureModel::textOf(const Curve &curve, int column) const
     case Greatest:
         return number(figures.greatest);
     case Mean:
-        return number(figures.mean);
+        return TrendTexts::ofMean(figures.count > 0 ? figures.mean : qQNaN());
     case Skipped:
         return figures.notNumbers > 0 ? QString::number(figures.notNumbers) : QString();
     case AtA:
@@ -327,5 +327,5 @@ QString FigureModel::difference(const Curve &curve) const
     const ValueAt a = ValueAt::of(curve.data, *m_markers.times[0]);
     const ValueAt b = ValueAt::of(curve.data, *m_markers.times[1]);
     const bool areNumbers = a.kind == ValueAt::Kind::Number && b.kind == ValueAt::Kind::Number;
-    return areNumbers ? TrendTexts::ofNumber(b.number - a.number) : QStringLiteral("–");
+    return areNumbers ? TrendTexts::ofDifference(a.number, b.number) : QStringLiteral("–");
 }

@@ -4,6 +4,7 @@
 #include "trends/gapbands.h"
 #include "trends/timescaledraw.h"
 #include "trends/trendcurve.h"
+#include "trends/valuescaledraw.h"
 
 #include <QEvent>
 
@@ -54,6 +55,8 @@ void TrendPlot::setUpAxes()
 {
     setAxisScaleEngine(xBottom, new QwtDateScaleEngine(Qt::LocalTime));
     setAxisScaleDraw(xBottom, new TimeScaleDraw);
+    setAxisScaleDraw(yLeft, new ValueScaleDraw);
+    setAxisScaleDraw(yRight, new ValueScaleDraw);
     plotLayout()->setAlignCanvasToScales(true);
     for (const int axis : {int(xBottom), int(yLeft), int(yRight)}) {
         setAxisMaxMinor(axis, 5);

@@ -4,7 +4,35 @@
 
 #include <QDateTime>
 
+#include <QLocale>
+
 #include <cmath>
+
+namespace {
+
+constexpr int shortest = QLocale::FloatingPointShortest; // that reads back as the same number
+
+// Others are told with an exponent.
+bool isPlain(double number)
+{
+    const double size = std::abs(number);
+    return number == 0 || (size >= 1e-5 && size < 1e15);
+}
+
+int decimalsOf(double number)
+{
+    const QString text = QString::number(number, 'f', shortest);
+    const int point = text.indexOf(QLatin1Char('.'));
+    return point < 0 ? 0 : text.size() - point - 1;
+}
+
+// Of ten, as high as the number goes.
+int powerOf(double number)
+{
+    return int(std::floor(std::log10(std::abs(number)) + 1e-9));
+}
+
+} // namespace
 
 QString TrendTexts::ofPoint(const Point &point)
 {
@@ -38,9 +66,38 @@ QString TrendTexts::ofNumber(double number)
     if (std::isnan(number)) {
         return QStringLiteral("–");
     }
-    // All digits of what counts, up to where a double holds whole numbers.
-    const bool isWhole = std::abs(number) < 1e15 && number == std::floor(number);
-    return isWhole ? QString::number(number, 'f', 0) : QString::number(number, 'g', 6);
+    return QString::number(number, isPlain(number) ? 'f' : 'g', shortest);
+}
+
+QString TrendTexts::ofMean(double number)
+{
+    constexpr int digits = 6;
+    if (std::isnan(number) || number == 0) {
+        return ofNumber(number);
+    }
+    return QString::number(number, 'g', isPlain(number) ? qMax(digits, powerOf(number) + 1) : digits);
+}
+
+QString TrendTexts::ofDifference(double from, double to)
+{
+    const double difference = to - from;
+    return isPlain(from) && isPlain(to)
+        ? QString::number(difference, 'f', qMax(decimalsOf(from), decimalsOf(to)))
+        : ofMean(difference);
+}
+
+QString TrendTexts::ofTick(double number, double step)
+{
+    if (!(std::abs(step) > 0)) {
+        return ofNumber(number);
+    }
+    if (std::abs(number) < std::abs(step) / 1000) {
+        return QStringLiteral("0"); // steps do not add up to it
+    }
+    if (isPlain(number) && isPlain(step)) {
+        return QString::number(number, 'f', qMax(0, -powerOf(step)));
+    }
+    return QString::number(number, 'g', qBound(1, powerOf(number) - powerOf(step) + 1, 17));
 }
 
 QString TrendTexts::ofValue(const ValueAt &value)

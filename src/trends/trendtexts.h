@@ -12,8 +12,15 @@ public:
     // All that is known of the point, a line each.
     static QString ofPoint(const Point &point);
     static QString ofBreak(SampleState why);
-    // In the C locale, as on live pages; a dash for none.
+    // Numbers are in the C locale, as on live pages; a dash is none. The shortest text that reads back as the
+    // same number.
     static QString ofNumber(double number);
+    // Six digits, or all before the point.
+    static QString ofMean(double number);
+    // With as many decimals as the two have.
+    static QString ofDifference(double from, double to);
+    // With as many digits as the steps of its scale need.
+    static QString ofTick(double number, double step);
     static QString ofValue(const ValueAt &value);
     // Local time with milliseconds.
     static QString ofTime(qint64 time);

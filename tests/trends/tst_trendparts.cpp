@@ -25,6 +25,12 @@ private slots:
     void pointIsToldInFull();
     void numbers_data();
     void numbers();
+    void means_data();
+    void means();
+    void differences_data();
+    void differences();
+    void ticks_data();
+    void ticks();
     void durations_data();
     void durations();
     void everyBreakHasAWord();
@@ -213,8 +219,12 @@ void TestTrendParts::numbers_data()
     QTest::newRow("none") << FakeSource::noNumber << "–";
     QTest::newRow("whole") << 230.0 << "230";
     QTest::newRow("all digits of a counter") << 123456789012345.0 << "123456789012345";
-    QTest::newRow("fraction") << 230.123456 << "230.123";
-    QTest::newRow("small") << -0.000012345678 << "-1.23457e-05";
+    QTest::newRow("fraction") << 230.123456 << "230.123456";
+    QTest::newRow("counter of energy") << 1234567.8 << "1234567.8";
+    QTest::newRow("all digits of a double") << 0.1 + 0.2 << "0.30000000000000004";
+    QTest::newRow("small") << -0.000012345678 << "-0.000012345678";
+    QTest::newRow("smaller") << -0.0000012345678 << "-1.2345678e-06";
+    QTest::newRow("nearly immense") << 999999999999999.0 << "999999999999999";
     QTest::newRow("immense") << 1e300 << "1e+300";
 }
 
@@ -222,6 +232,66 @@ void TestTrendParts::numbers()
 {
     QFETCH(double, number);
     QTEST(TrendTexts::ofNumber(number), "text");
+}
+
+void TestTrendParts::means_data()
+{
+    QTest::addColumn<double>("number");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("none") << FakeSource::noNumber << "–";
+    QTest::newRow("zero") << 0.0 << "0";
+    QTest::newRow("six digits") << 230.123456 << "230.123";
+    QTest::newRow("fewer") << 230.5 << "230.5";
+    QTest::newRow("more before the point") << 12345678.9 << "12345679";
+    QTest::newRow("small") << 0.0000012345678 << "1.23457e-06";
+    QTest::newRow("immense") << -1.23456789e300 << "-1.23457e+300";
+}
+
+void TestTrendParts::means()
+{
+    QFETCH(double, number);
+    QTEST(TrendTexts::ofMean(number), "text");
+}
+
+void TestTrendParts::differences_data()
+{
+    QTest::addColumn<double>("from");
+    QTest::addColumn<double>("to");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("whole") << 230.0 << 235.0 << "5";
+    QTest::newRow("no noise") << 230.1 << 230.3 << "0.2";
+    QTest::newRow("back") << 230.25 << 230.0 << "-0.25";
+    QTest::newRow("counter of energy") << 1234567.8 << 1234570.1 << "2.3";
+    QTest::newRow("immense") << 0.0 << 1e300 << "1e+300";
+}
+
+void TestTrendParts::differences()
+{
+    QFETCH(double, from);
+    QFETCH(double, to);
+    QTEST(TrendTexts::ofDifference(from, to), "text");
+}
+
+void TestTrendParts::ticks_data()
+{
+    QTest::addColumn<double>("number");
+    QTest::addColumn<double>("step");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("alone") << 230.5 << 0.0 << "230.5";
+    QTest::newRow("whole") << 230.0 << 5.0 << "230";
+    QTest::newRow("tenths") << 230.0 << 0.2 << "230.0";
+    QTest::newRow("far from zero") << 1234567.8 << 0.1 << "1234567.8";
+    QTest::newRow("sum of steps") << 0.1 * 3 << 0.1 << "0.3";
+    QTest::newRow("nearly zero") << 5.6e-17 << 0.1 << "0";
+    QTest::newRow("small") << 0.000003 << 0.0000005 << "3.0e-06";
+    QTest::newRow("immense") << 1.5e300 << 5e299 << "1.5e+300";
+}
+
+void TestTrendParts::ticks()
+{
+    QFETCH(double, number);
+    QFETCH(double, step);
+    QTEST(TrendTexts::ofTick(number, step), "text");
 }
 
 void TestTrendParts::durations_data()

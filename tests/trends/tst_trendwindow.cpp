@@ -28,6 +28,7 @@ private slots:
     void axisTellsWhoseTimeItIs();
     void recordingOpensWithItsLastDay_data();
     void recordingOpensWithItsLastDay();
+    void scaleTellsItsStepsApart();
     void figuresAreOfWhatIsOnScreen();
     void skippedValuesAreCounted();
     void numberlessCurveDrawsNothing();
@@ -195,6 +196,21 @@ void TestTrendWindow::recordingOpensWithItsLastDay()
     QCOMPARE((screen.to - screen.from) / TimeView::minute, span);
     QVERIFY(growing ? screen.to >= last : screen.to == last);
     QCOMPARE(tool("follow")->isChecked(), growing);
+}
+
+void TestTrendWindow::scaleTellsItsStepsApart()
+{
+    source->add("Energy", "double", {valid(0, 1234567.8), valid(9, 1234568.1)});
+    RUN(open());
+    QSet<QString> labels;
+    const QList<double> ticks = plot->axisScaleDiv(QwtPlot::yLeft).ticks(QwtScaleDiv::MajorTick);
+    for (const double tick : ticks) {
+        labels.insert(plot->axisScaleDraw(QwtPlot::yLeft)->label(tick).text());
+    }
+    QVERIFY(ticks.size() > 2);
+    QCOMPARE(labels.size(), ticks.size());
+    QVERIFY(labels.contains("1234568.0"));
+    QCOMPARE(cell(0, FigureModel::Greatest), "1234568.1");
 }
 
 void TestTrendWindow::figuresAreOfWhatIsOnScreen()
