@@ -35,7 +35,8 @@ qint64 bytesOf(const QString &text)
 
 Chunk::Chunk(int capacity)
     : m_numbers(new NumberAt[size_t(capacity)])
-    , m_capacity(capacity)
+    , m_summaries(capacity < Summary::length ? nullptr : new Summary[size_t(capacity / Summary::length)])
+    , m_capacity(qint16(capacity))
 {
 }
 
@@ -53,6 +54,9 @@ std::shared_ptr<const Chunk> Chunk::copy() const
 qint64 Chunk::bytes() const
 {
     qint64 bytes = qint64(sizeof(Chunk) + sizeof(NumberAt) * size_t(m_capacity)) + 3 * heapBytes;
+    if (m_summaries) {
+        bytes += qint64(sizeof(Summary)) * (m_capacity / Summary::length) + heapBytes;
+    }
     if (m_extras) {
         bytes += qint64(sizeof(Extras) + m_extras->states.capacity() * sizeof(SampleState)
                         + m_extras->texts.capacity() * sizeof(Text))
@@ -63,15 +67,16 @@ qint64 Chunk::bytes() const
 
 void Chunk::append(const NumberAt &number, SampleState state, const QString &text)
 {
-    m_numbers[size_t(m_count++)] = number;
     if (isPlain()) {
         if (state == SampleState::Valid && !std::isnan(number.number)) {
+            append(number);
             return;
         }
         m_extras = std::make_unique<Extras>();
         m_extras->states.reserve(size_t(m_capacity));
-        m_extras->states.assign(size_t(m_count - 1), SampleState::Valid);
+        m_extras->states.assign(size_t(m_count), SampleState::Valid);
     }
+    m_numbers[size_t(m_count++)] = number;
     m_extras->states.push_back(state);
     std::vector<Text> &texts = m_extras->texts;
     const bool isSame = texts.empty() ? text.isEmpty() : texts.back().text == text;
@@ -84,6 +89,7 @@ void Chunk::append(const NumberAt &number, SampleState state, const QString &tex
 void Chunk::removeLast()
 {
     --m_count;
+    m_summarized = qint16(std::min(int(m_summarized), m_count / Summary::length));
     if (!m_extras) {
         return;
     }
@@ -129,13 +135,16 @@ Sample Chunk::at(int index) const
     return sample;
 }
 
-void Chunk::feed(Thinning *thinning, int from) const
+void Chunk::feed(Thinning *thinning, qint64 from)
 {
     if (!m_extras) {
-        thinning->add(m_numbers.get() + from, m_count - from);
+        for (; m_summarized < m_count / Summary::length; ++m_summarized) {
+            m_summaries[size_t(m_summarized)] = Summary::of(m_numbers.get() + m_summarized * Summary::length);
+        }
+        thinning->add(m_numbers.get(), m_count, m_summaries.get());
         return;
     }
-    for (int index = from; index < m_count; ++index) {
+    for (int index = std::max(firstFrom(from) - 1, 0); index < m_count; ++index) {
         if (!thinning->add(at(index))) {
             return;
         }
@@ -255,8 +264,8 @@ void Series::feed(Thinning *thinning, const TimeRange &range) const
         --chunk; // it ends with the sample before the range
     }
     for (; chunk < m_chunks.size(); ++chunk) {
-        const Chunk &each = *m_chunks[chunk];
-        each.feed(thinning, std::max(each.firstFrom(range.from) - 1, 0));
+        Chunk &each = *m_chunks[chunk];
+        each.feed(thinning, range.from);
         if (each.lastTime() > range.to) {
             return;
         }

@@ -36,7 +36,8 @@ public:
     // The index of the first sample not before the time; the count if there is none.
     int firstFrom(qint64 time) const;
     Sample at(int index) const;
-    void feed(Thinning *thinning, int from) const;
+    // What the thinning needs from that time on, the begin of its range.
+    void feed(Thinning *thinning, qint64 from);
 
 private:
     struct Text { // from that sample up to the next text
@@ -50,9 +51,11 @@ private:
     };
 
     std::unique_ptr<NumberAt[]> m_numbers;
-    std::unique_ptr<Extras> m_extras; // null as long as all are valid numbers
+    std::unique_ptr<Summary[]> m_summaries; // made when they are first needed; their room counts before
+    std::unique_ptr<Extras> m_extras;       // null as long as all are valid numbers
     int m_count = 0;
-    int m_capacity;
+    qint16 m_summarized = 0; // summaries that are made
+    qint16 m_capacity;
 };
 
 // A point and its samples, in chunks that grow with their number. Functions that change what it takes in

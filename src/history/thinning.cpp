@@ -12,6 +12,28 @@ constexpr qint64 farthest = qint64(1) << 60; // ms
 
 } // namespace
 
+Summary Summary::of(const NumberAt *numbers)
+{
+    const double perMs = 1 / double(numbers[length - 1].time - numbers[0].time + 1);
+    Summary summary{numbers[0].number, numbers[0].number, 0, 0, 0, 0};
+    for (int index = 1; index < length; ++index) {
+        const NumberAt &earlier = numbers[index - 1];
+        const NumberAt &later = numbers[index];
+        if (later.number < summary.least) {
+            summary.least = later.number;
+            summary.leastAt = quint8(index);
+        }
+        if (later.number > summary.greatest) {
+            summary.greatest = later.number;
+            summary.greatestAt = quint8(index);
+        }
+        const double part = double(later.time - earlier.time) * perMs;
+        summary.meanOfEarlier += part * earlier.number;
+        summary.meanOfLater += part * later.number;
+    }
+    return summary;
+}
+
 Thinning::Thinning(const TimeRange &range, int columns, Shape shape)
     : m_range{qBound(-farthest, range.from, farthest), qBound(-farthest, range.to, farthest)}
     , m_columns(std::max(columns, 1))
@@ -68,25 +90,26 @@ bool Thinning::add(const Sample &sample)
     return take(sample);
 }
 
-bool Thinning::add(const NumberAt *numbers, int count)
+bool Thinning::add(const NumberAt *numbers, int count, const Summary *summaries)
 {
-    const auto sampleOf = [](const NumberAt &number) {
-        return Sample{number.time, number.number, SampleState::Valid, {}};
+    const auto sampleOf = [numbers](int index) {
+        return Sample{numbers[index].time, numbers[index].number, SampleState::Valid, {}};
     };
     const auto firstFrom = [numbers, count](qint64 time) {
-        return std::lower_bound(numbers, numbers + count, time,
-                                [](const NumberAt &number, qint64 at) { return number.time < at; });
+        const auto isBefore = [](const NumberAt &number, qint64 at) { return number.time < at; };
+        return int(std::lower_bound(numbers, numbers + count, time, isBefore) - numbers);
     };
-    const NumberAt *inside = firstFrom(m_range.from);
-    const NumberAt *behind = firstFrom(m_range.to + 1);
-    if (inside != numbers) {
-        add(sampleOf(*(inside - 1)));
+    const bool isWithin = count > 0 && contains(numbers[0].time) && contains(numbers[count - 1].time);
+    const int inside = isWithin ? 0 : firstFrom(m_range.from);
+    const int behind = isWithin ? count : firstFrom(m_range.to + 1);
+    if (inside > 0) {
+        add(sampleOf(inside - 1));
     }
-    if (inside != behind && !m_isDone) {
+    if (inside < behind && !m_isDone) {
         takeBefore();
-        takeNumbers(inside, int(behind - inside));
+        takeNumbers(numbers, inside, behind, summaries);
     }
-    return behind == numbers + count ? !m_isDone : add(sampleOf(*behind));
+    return behind == count ? !m_isDone : add(sampleOf(behind));
 }
 
 Thinned Thinning::finish()
@@ -123,7 +146,7 @@ bool Thinning::take(const Sample &sample)
     } else if (std::isinf(sample.number)) {
         takeBreak(sample.time, SampleState::NoNumber);
     } else if (contains(sample.time)) {
-        takeNumbers(&number, 1);
+        takeNumbers(&number, 0, 1, nullptr);
     } else {
         takeOutside(number);
     }
@@ -134,21 +157,28 @@ bool Thinning::take(const Sample &sample)
 }
 
 // Numbers of the range.
-void Thinning::takeNumbers(const NumberAt *numbers, int count)
+void Thinning::takeNumbers(const NumberAt *numbers, int from, int to, const Summary *summaries)
 {
-    closeGap(numbers[0].time);
+    constexpr int length = Summary::length;
+    closeGap(numbers[from].time);
     m_knowsText = false;
-    for (int taken = 0; taken < count;) {
-        const NumberAt *const run = numbers + taken;
-        if (!m_inColumn || run->time >= m_columnEnd) {
-            openColumn(*run);
+    while (from < to) {
+        if (!m_inColumn || numbers[from].time >= m_columnEnd) {
+            openColumn(numbers[from]);
         }
-        int length = 1;
-        while (taken + length < count && run[length].time < m_columnEnd) {
-            ++length;
+        // The end of the summary that the number belongs to.
+        const int whole = summaries ? from / length * length + length : std::numeric_limits<int>::max();
+        if (from + length == whole && whole <= to && numbers[whole - 1].time < m_columnEnd) {
+            takeSummary(numbers + from, summaries[from / length]);
+            from = whole;
+            continue;
         }
-        takeRun(run, length);
-        taken += length;
+        int behind = from + 1;
+        while (behind < std::min(to, whole) && numbers[behind].time < m_columnEnd) {
+            ++behind;
+        }
+        takeRun(numbers + from, behind - from);
+        from = behind;
     }
     m_hasLast = true;
     m_last = m_latest.at.time;
@@ -157,14 +187,8 @@ void Thinning::takeNumbers(const NumberAt *numbers, int count)
 // Numbers of one column.
 void Thinning::takeRun(const NumberAt *numbers, int count)
 {
-    if (!m_follows) {
-        ++m_loneCount;
-        m_lone += numbers[0].number / m_loneCount - m_lone / m_loneCount;
-        m_latest.at = numbers[0];
-        m_follows = true;
-    }
-    NumberAt last = m_latest.at;
-    m_measured += numbers[count - 1].time - last.time;
+    reach(numbers[0]);
+    NumberAt last = numbers[0];
     double integral = m_integral;
     Kept least = m_least;
     Kept greatest = m_greatest;
@@ -179,11 +203,45 @@ void Thinning::takeRun(const NumberAt *numbers, int count)
             * (m_held * last.number + (1 - m_held) * number->number);
         last = *number;
     }
+    m_measured += last.time - numbers[0].time;
     m_integral = integral;
     m_least = least;
     m_greatest = greatest;
     m_latest = {last, m_piece};
     m_thinned.statistics.count += count;
+}
+
+// The same.
+void Thinning::takeSummary(const NumberAt *numbers, const Summary &summary)
+{
+    reach(numbers[0]);
+    if (summary.least < m_least.at.number) {
+        m_least = {numbers[summary.leastAt], m_piece};
+    }
+    if (summary.greatest > m_greatest.at.number) {
+        m_greatest = {numbers[summary.greatestAt], m_piece};
+    }
+    const NumberAt &last = numbers[Summary::length - 1];
+    const qint64 passed = last.time - numbers[0].time;
+    m_integral +=
+        double(passed + 1) * m_perMs * (m_held * summary.meanOfEarlier + (1 - m_held) * summary.meanOfLater);
+    m_measured += passed;
+    m_latest = {last, m_piece};
+    m_thinned.statistics.count += Summary::length;
+}
+
+// Counts the time up to a number that is taken next.
+void Thinning::reach(const NumberAt &number)
+{
+    if (m_follows) {
+        const qint64 passed = number.time - m_latest.at.time;
+        m_integral += double(passed) * m_perMs * (m_held * m_latest.at.number + (1 - m_held) * number.number);
+        m_measured += passed;
+    } else {
+        ++m_loneCount;
+        m_lone += number.number / m_loneCount - m_lone / m_loneCount;
+        m_follows = true;
+    }
 }
 
 void Thinning::takeOutside(const NumberAt &number)

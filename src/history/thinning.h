@@ -9,6 +9,22 @@ struct NumberAt {
     double number;
 };
 
+// What so many valid numbers in a row come to, so that they need not be looked at one by one.
+struct Summary {
+    static constexpr int length = 16;
+
+    static Summary of(const NumberAt *numbers);
+
+    double least;
+    double greatest;
+    // The means over the time between the numbers, which hold from one to the next, or from the one before.
+    // In parts of one ms more than that, so that they never overflow.
+    double meanOfEarlier;
+    double meanOfLater;
+    quint8 leastAt; // the index of the first of the least ones
+    quint8 greatestAt;
+};
+
 // Thins the samples of one point while they pass, and makes the statistics of them. It takes samples in the
 // order of time; what is not later than the one before is left out.
 class Thinning
@@ -21,8 +37,9 @@ public:
     // Of the samples before the range the last one counts, of those behind it the first. False once it needs
     // no more.
     bool add(const Sample &sample);
-    // The same for many valid numbers, in strictly increasing times.
-    bool add(const NumberAt *numbers, int count);
+    // The same for many valid numbers, in strictly increasing times. There may be summaries of them: of the
+    // first ones, of those that follow, and so on, as many as are whole.
+    bool add(const NumberAt *numbers, int count, const Summary *summaries = nullptr);
     // Once, at the end.
     Thinned finish();
 
@@ -37,8 +54,10 @@ private:
     bool contains(qint64 time) const { return time >= m_range.from && time <= m_range.to; }
     void takeBefore();
     bool take(const Sample &sample);
-    void takeNumbers(const NumberAt *numbers, int count);
+    void takeNumbers(const NumberAt *numbers, int from, int to, const Summary *summaries);
     void takeRun(const NumberAt *numbers, int count);
+    void takeSummary(const NumberAt *numbers, const Summary &summary);
+    void reach(const NumberAt &number);
     void takeOutside(const NumberAt &number);
     void takeBreak(qint64 time, SampleState state);
     void takeText(qint64 time, const QString &text);

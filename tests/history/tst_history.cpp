@@ -21,6 +21,7 @@ private slots:
     void shadesWhatIsLate();
     void answersEachAsker();
     void thinsAcrossChunks();
+    void thinsWhatWasReplaced();
     void updatesThePoint();
     void neverGoesBackInTime();
     void takesReportsWithoutPoints();
@@ -215,6 +216,17 @@ void TestHistory::thinsAcrossChunks()
     }
     QCOMPARE(samplesOf(history, idOf("A"), 10, 9), QStringList());
     QCOMPARE(samplesOf(history, idOf("A"), count, count + 9), QStringList());
+}
+
+// The first of two rows with one name is never seen.
+void TestHistory::thinsWhatWasReplaced()
+{
+    History history;
+    for (int second = 0; second < 100; ++second) {
+        history.add(report(second, {value("A", second % 2 ? 1000 : -1000), value("A", second)}));
+        QCOMPARE(answerOf(&history, idOf("A"), 0, second, 1),
+                 second == 0 ? QString("0:0 |") : QString("0:0 %1:%1 |").arg(second));
+    }
 }
 
 // A point that becomes another thing; what was reported before stays what it was.

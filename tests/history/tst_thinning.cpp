@@ -74,6 +74,7 @@ private slots:
     void measures();
     void agreesWithModel();
     void takesRunsAsSingleOnes();
+    void summariesHoldTheGreatestDoubles();
     void needsNoMoreBehindTheRange();
     void takesNothingBackwards();
 };
@@ -417,27 +418,49 @@ void TestThinning::agreesWithModel()
     }
 }
 
-// Numbers handed over in arrays give the same as one by one.
+// Numbers handed over in arrays give the same as one by one, with summaries and without.
 void TestThinning::takesRunsAsSingleOnes()
 {
-    for (unsigned seed = 0; seed < unsigned(rounds(400)); ++seed) {
-        const Series series = randomSeries(seed);
+    for (unsigned seed = 0; seed < unsigned(rounds(800)); ++seed) {
+        const Series series = randomSeries(seed / 2);
         Thinning thinning(series.range, series.columns, series.shape);
         for (int i = 0; i < series.samples.size();) {
             QVector<NumberAt> run;
             for (; i < series.samples.size() && isNumber(series.samples.at(i)); ++i) {
                 run.append({series.samples.at(i).time, series.samples.at(i).number});
             }
-            thinning.add(run.constData(), run.size());
+            QVector<Summary> summaries;
+            for (int end = Summary::length; end <= run.size(); end += Summary::length) {
+                summaries.append(Summary::of(run.constData() + end - Summary::length));
+            }
+            thinning.add(run.constData(), run.size(), seed % 2 == 0 ? summaries.constData() : nullptr);
             if (i < series.samples.size()) {
                 thinning.add(series.samples.at(i++));
             }
         }
         const Thinned runs = thinning.finish();
+        compare(series, runs);
+        QVERIFY2(!QTest::currentTestFailed(), qPrintable(QString("seed %1").arg(seed)));
         const Thinned single = thin(series.samples, series.range, series.columns, series.shape);
         QCOMPARE(dump(runs), dump(single));
         QCOMPARE(dump(runs.statistics), dump(single.statistics));
     }
+}
+
+void TestThinning::summariesHoldTheGreatestDoubles()
+{
+    constexpr double greatest = std::numeric_limits<double>::max();
+    QVector<NumberAt> numbers;
+    for (int i = 0; i < 2 * Summary::length; ++i) {
+        numbers.append({i, i < Summary::length ? greatest : -greatest});
+    }
+    const Summary summaries[] = {Summary::of(numbers.constData()),
+                                 Summary::of(numbers.constData() + Summary::length)};
+    Thinning thinning({0, 99}, 1, Shape::Line);
+    thinning.add(numbers.constData(), numbers.size(), summaries);
+    const Thinned thinned = thinning.finish();
+    QCOMPARE(dump(thinned), QString("0:1.79769e+308 16:-1.79769e+308 31:-1.79769e+308"));
+    QVERIFY(std::abs(thinned.statistics.mean) < greatest / 1e9);
 }
 
 void TestThinning::needsNoMoreBehindTheRange()
