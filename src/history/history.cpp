@@ -1,6 +1,6 @@
 #include "history/history.h"
 
-#include "boxlink/freshness.h"
+#include "history/lateness.h"
 #include "history/series.h"
 
 #include <algorithm>
@@ -25,14 +25,9 @@ struct History::Standard {
     qint64 addSeries(const QString &name, const Holds &holds);
     qint64 removeSeries(bool (*condition)(const Series &));
 
-    bool isLate(qint64 now) const { return freshness.isLate(now); }
-    // Of the break that says so.
-    qint64 lateTime() const { return lastReport + freshness.lateAge(); }
-
     PointId id; // without a name
     bool isForgotten = false;
-    Freshness freshness;
-    qint64 lastReport = 0;
+    Lateness lateness;
     qint64 last = std::numeric_limits<qint64>::min(); // time of the last sample
     quint32 reports = 0;
     std::vector<Series> series;
@@ -43,9 +38,8 @@ struct History::Standard {
 qint64 History::Standard::take(const Readings &report, const Holds &holds)
 {
     const qint64 time = std::max(report.time, last + 1);
-    qint64 grown = isLate(time) ? breakAll(lateTime(), SampleState::NoReport) : 0;
-    freshness.report(time);
-    lastReport = time;
+    const auto late = lateness.report(time);
+    qint64 grown = late ? breakAll(*late, SampleState::NoReport) : 0;
     last = time;
     isForgotten = false;
     ++reports;
@@ -149,7 +143,7 @@ void History::endSession(const QString &box, qint64 time)
     for (const auto &entry : m_standards) {
         Standard &standard = *entry.second;
         if (standard.id.box == box) {
-            standard.freshness.interrupt();
+            standard.lateness.endSession();
             m_size += standard.breakAll(std::max(time, standard.last + 1), SampleState::Ended);
         }
     }
@@ -225,8 +219,9 @@ void History::request(const void *asker, const Request &request)
                           found.series ? shapeOf(found.series->type()) : Shape::Line);
         if (found.series) {
             found.series->feed(&thinning, request.range);
-            if (!found.series->isSilent() && found.standard->isLate(request.range.to)) {
-                thinning.add(Sample{found.standard->lateTime(), nothing, SampleState::NoReport, {}});
+            const auto late = found.standard->lateness.lateSince(request.range.to);
+            if (late && !found.series->isSilent()) {
+                thinning.add(Sample{*late, nothing, SampleState::NoReport, {}});
             }
         }
         answers.append(thinning.finish());

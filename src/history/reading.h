@@ -9,7 +9,7 @@ enum class SampleState : quint8 {
     NotValid = 0, // the report says so, or says neither "1" nor "0"
     Valid = 1,
     NoNumber = 2, // valid, but no finite number although the type holds numbers: "nan", "1e999", "12,5", ""
-    NoReport = 3, // no report came for longer than usual
+    NoReport = 3, // no report came for longer than usual, or it lacked the point
     Ended = 4,    // the session with the Box, or the recording, came to an end
     Dropped = 5,  // there were samples that the recorder could not take
 };

@@ -23,7 +23,7 @@ void RecordingRows::add(const Readings &report)
     }
     for (const int curve : qAsConst(standard->members)) {
         if (m_curves.at(curve).report != m_reports) {
-            breakCurve(curve, report.time, SampleState::NotValid);
+            breakCurve(curve, report.time, SampleState::NoReport);
         }
     }
 }

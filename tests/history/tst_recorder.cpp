@@ -178,7 +178,7 @@ void TestRecorder::gapsAreKept_data()
         << QVector<Readings>{u(2500), end, end, u(60000)}
         << QStringList{"U|2500|1.0|-|1", "U|2501|-|-|4", "U|60000|1.0|-|1"};
     QTest::newRow("vanished and back") << QVector<Readings>{u(0), report(1000, {}), report(2000, {}), u(3000)}
-                                       << QStringList{"U|0|1.0|-|1", "U|1000|-|-|0", "U|3000|1.0|-|1"};
+                                       << QStringList{"U|0|1.0|-|1", "U|1000|-|-|3", "U|3000|1.0|-|1"};
     QTest::newRow("not valid, then vanished")
         << QVector<Readings>{report(0, {reading("U", "7", "float", "0")}), report(1000, {}), u(2000)}
         << QStringList{"U|0|-|7|0", "U|2000|1.0|-|1"};
