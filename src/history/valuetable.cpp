@@ -33,7 +33,10 @@ QByteArray cellOf(const Sample &sample)
 {
     switch (sample.state) {
     case SampleState::Valid:
-        return std::isnan(sample.number) ? csvCell(sample.text) : numberCell(sample.number);
+        if (std::isnan(sample.number)) {
+            return csvCell(sample.text);
+        }
+        return sample.text.isEmpty() ? numberCell(sample.number) : csvCell(sample.text.trimmed());
     case SampleState::NotValid:
         return "not valid";
     case SampleState::NoNumber:

@@ -137,6 +137,9 @@ void TestValueTable::writes_data()
     row("no point", {}, "Time\r\n");
     row("no sample", {{"Ua", {}}}, "Time,Ua\r\n");
     row("a number", {{"Ua", {number(noon, 2.5)}}}, "Time,Ua\r\n" + noonText + ",2.5\r\n");
+    row("a number and its digits",
+        {{"I", {{noon, 9007199254740992, SampleState::Valid, " 9007199254740993"}}}},
+        "Time,I\r\n" + noonText + ",9007199254740993\r\n");
     row("a text", {{"Mode", {text(noon, "on")}}}, "Time,Mode\r\n" + noonText + ",on\r\n");
     row("an empty text", {{"Mode", {text(noon, "")}}}, "Time,Mode\r\n" + noonText + ",\r\n");
     row("quoted", {{"a,\"b\"", {text(noon, "1,5\r\n\"x\"")}}},
