@@ -36,6 +36,16 @@ Sample sampleOf(const QSqlQuery &query)
     return sample;
 }
 
+// Reads "time, number" of a plain sample. False where there is more to it.
+bool readPlain(const QSqlQuery &query, Sample *sample)
+{
+    bool isNumber = false;
+    sample->time = query.value(0).toLongLong();
+    sample->number = query.value(1).toDouble(&isNumber);
+    sample->state = SampleState::Valid;
+    return isNumber && !query.isNull(1) && std::isfinite(sample->number);
+}
+
 } // namespace
 
 RecordingWalk::RecordingWalk(RecordingDatabase *database, qint64 key, const TimeRange &range)
@@ -55,26 +65,55 @@ const Sample *RecordingWalk::current()
 
 void RecordingWalk::fetch()
 {
-    m_samples.clear();
     m_place = 0;
-    QSqlQuery query = m_database->prepared(
-        QStringLiteral("SELECT time, number, validity, text FROM sample "
-                       "WHERE point = ? AND time >= ? AND time <= ? ORDER BY time LIMIT ?"));
-    query.addBindValue(m_key);
-    query.addBindValue(m_range.from);
-    query.addBindValue(m_range.to);
-    query.addBindValue(samplesAtOnce);
-    m_hasFailed = !m_database->run(&query);
-    m_samples.reserve(samplesAtOnce);
-    while (!m_hasFailed && query.next()) {
-        m_samples.append(sampleOf(query));
+    // Most samples are plain, and each column that is read costs as much as the next one.
+    if (!fetchPlain() && !m_hasFailed) {
+        fetchAll();
     }
-    m_hasFailed = m_hasFailed || m_database->hasFailed(query);
     m_isAtEnd = m_hasFailed || m_samples.size() < samplesAtOnce || m_samples.last().time >= m_range.to
         || m_samples.last().time < m_range.from;
     if (!m_isAtEnd) {
         m_range.from = m_samples.last().time + 1;
     }
+}
+
+bool RecordingWalk::fetchPlain()
+{
+    QSqlQuery query = asked(QStringLiteral("time, CASE WHEN validity = 1 AND text IS NULL THEN number END"));
+    bool isPlain = true;
+    Sample sample;
+    while (isPlain && !m_hasFailed && query.next()) {
+        isPlain = readPlain(query, &sample);
+        m_samples.append(sample);
+    }
+    m_hasFailed = m_hasFailed || m_database->hasFailed(query);
+    return isPlain && !m_hasFailed;
+}
+
+void RecordingWalk::fetchAll()
+{
+    QSqlQuery query = asked(QStringLiteral("time, number, validity, text"));
+    while (!m_hasFailed && query.next()) {
+        m_samples.append(sampleOf(query));
+    }
+    m_hasFailed = m_hasFailed || m_database->hasFailed(query);
+}
+
+// Begins anew with the samples that follow.
+QSqlQuery RecordingWalk::asked(const QString &columns)
+{
+    m_samples.clear();
+    m_samples.reserve(samplesAtOnce);
+    QSqlQuery query =
+        m_database->prepared(QStringLiteral("SELECT %1 FROM sample WHERE point = ? AND time >= ? "
+                                            "AND time <= ? ORDER BY time LIMIT ?")
+                                 .arg(columns));
+    query.addBindValue(m_key);
+    query.addBindValue(m_range.from);
+    query.addBindValue(m_range.to);
+    query.addBindValue(samplesAtOnce);
+    m_hasFailed = !m_database->run(&query);
+    return query;
 }
 
 RecordingMerge::RecordingMerge(RecordingDatabase *database, const QVector<qint64> &keys,

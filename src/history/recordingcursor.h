@@ -21,6 +21,10 @@ public:
 
 private:
     void fetch();
+    // False where one of them has a text or is a break.
+    bool fetchPlain();
+    void fetchAll();
+    QSqlQuery asked(const QString &columns);
 
     RecordingDatabase *m_database;
     const qint64 m_key;

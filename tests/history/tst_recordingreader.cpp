@@ -186,16 +186,21 @@ void TestRecordingReader::cursorWalksOverAll()
     QCOMPARE(of("S", 1000, 2000), QString("1000=nanoff:1 2000=nanon:1"));
     QCOMPARE(of("never", 0, 100000), QString());
 
-    // Many more than are read at once.
+    // Many more than are read at once, a break and a text far among them.
     asked(path(),
           QString("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 25000) "
-                  "INSERT INTO sample SELECT 1, %1 + i, i, NULL, 1 FROM n")
+                  "INSERT INTO sample SELECT 1, %1 + i, i, NULL, 1 FROM n;"
+                  "UPDATE sample SET number = NULL, validity = 3 WHERE time = %1 + 12345;"
+                  "UPDATE sample SET text = '15000' WHERE time = %1 + 15000")
               .arg(start + 100000));
     const auto cursor = reader.cursor(id("U"), {start + 100000, start + 1000000});
     Sample sample;
     int count = 0;
     while (cursor->next(&sample)) {
-        QCOMPARE(sample.number, double(++count));
+        ++count;
+        QCOMPARE(sample.state, count == 12345 ? SampleState::NoReport : SampleState::Valid);
+        QCOMPARE(sample.number, count == 12345 ? noNumber : double(count));
+        QCOMPARE(sample.text, count == 15000 ? QString("15000") : QString());
         QCOMPARE(sample.time, start + 100000 + count);
     }
     QCOMPARE(count, 25000);
