@@ -119,6 +119,20 @@ qint64 ArrivalClock::at(qint64 monotonic, qint64 wall)
     return time;
 }
 
+ArrivalClock::Present ArrivalClock::presentAt(qint64 monotonic, qint64 wall) const
+{
+    ArrivalClock copy(*this);
+    const qint64 time = copy.at(monotonic, wall);
+    return {time, copy.ahead()};
+}
+
+ArrivalClock::Present ArrivalClock::present() const
+{
+    QElapsedTimer monotonic;
+    monotonic.start();
+    return presentAt(monotonic.msecsSinceReference(), QDateTime::currentMSecsSinceEpoch());
+}
+
 qint64 ArrivalClock::now()
 {
     QElapsedTimer monotonic;

@@ -64,6 +64,14 @@ public:
     // How far the time given last was ahead of the wall clock, in ms; 0 unless that was set back.
     qint64 ahead() const { return m_ahead; }
 
+    struct Present {
+        qint64 time = 0;
+        qint64 ahead = 0; // as ahead()
+    };
+    // What a report that arrived now would get, without giving it.
+    Present presentAt(qint64 monotonic, qint64 wall) const;
+    Present present() const;
+
 private:
     bool m_isStarted = false;
     qint64 m_last = 0;      // given last

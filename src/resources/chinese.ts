@@ -1043,8 +1043,8 @@
         <translation>当前</translation>
     </message>
     <message>
-        <source>The last number on screen</source>
-        <translation>屏幕上的最后一个数值</translation>
+        <source>The last value on screen, or why there is none</source>
+        <translation>屏幕上的最后一个值，或没有值的原因</translation>
     </message>
     <message>
         <source>Least</source>
@@ -4000,6 +4000,14 @@
     <message>
         <source>The source of these values is closed</source>
         <translation>这些数值的来源已关闭</translation>
+    </message>
+    <message>
+        <source>Of %1 points only the first %2 were taken: more could not be told apart.</source>
+        <translation>共 %1 个点，只取了前 %2 个：再多将无法分辨。</translation>
+    </message>
+    <message>
+        <source>The clock of this computer was set back. The times go on from before, %1 ahead of it.</source>
+        <translation>本计算机的时钟被调回。时间从调回之前继续，比时钟快 %1。</translation>
     </message>
     <message>
         <source>Trend</source>

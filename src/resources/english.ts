@@ -1041,7 +1041,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The last number on screen</source>
+        <source>The last value on screen, or why there is none</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -3997,6 +3997,14 @@
     </message>
     <message>
         <source>The source of these values is closed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Of %1 points only the first %2 were taken: more could not be told apart.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The clock of this computer was set back. The times go on from before, %1 ahead of it.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

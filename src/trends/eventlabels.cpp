@@ -7,6 +7,8 @@
 
 #include <qwt_scale_map.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qreal most = 240;   // pixels of a label
@@ -50,29 +52,51 @@ void EventLabels::drawRow(QPainter *painter, const QwtScaleMap &xMap, const QRec
                           const QRectF &canvasRect, int index) const
 {
     const QVector<Thinned::Event> &events = m_curves.at(index).data.events;
-    const QFontMetricsF metrics(painter->font());
+    const auto placeFrom = [&](qreal left, int next) {
+        const qreal end =
+            next < events.size() ? xMap.transform(double(events.at(next).time)) : canvasRect.right();
+        return QRectF(left, row.top(), qMin(most, qMin(end, canvasRect.right()) - left - 2), row.height());
+    };
     for (int at = 0; at < events.size(); ++at) {
         const qreal x = xMap.transform(double(events.at(at).time));
-        if (x < canvasRect.left() || x > canvasRect.right()) {
+        if (x < canvasRect.left()) {
             continue;
+        }
+        if (x > canvasRect.right()) {
+            break;
         }
         QPen pen = m_pens.at(index);
         pen.setStyle(Qt::DotLine);
         painter->setPen(pen);
         painter->drawLine(QPointF(x, row.top()), QPointF(x, canvasRect.bottom()));
-        const qreal next =
-            at + 1 < events.size() ? xMap.transform(double(events.at(at + 1).time)) : canvasRect.right();
-        const qreal room = qMin(most, qMin(next, canvasRect.right()) - x - 2);
-        if (room < least) {
-            continue;
-        }
-        const QString text = metrics.elidedText(events.at(at).text.left(mostChars).simplified(),
-                                                Qt::ElideRight, room - 2 * margin);
-        const QRectF label(x, row.top(), metrics.horizontalAdvance(text) + 2 * margin, row.height());
-        painter->setPen(m_pens.at(index));
-        painter->setBrush(m_ground);
-        painter->drawRect(label);
-        painter->setPen(m_text);
-        painter->drawText(label, Qt::AlignCenter, text);
+        drawLabel(painter, placeFrom(x, at + 1), events.at(at).text, index);
     }
+    // The answer begins within the first pixels.
+    const Curve &curve = m_curves.at(index);
+    const qint64 left = qRound64(xMap.invTransform(canvasRect.left()));
+    const qint64 first = qRound64(xMap.invTransform(canvasRect.left() + 2));
+    const qint64 edge = curve.answered.from <= first ? qMax(left, curve.answered.from) : left;
+    const auto next = std::find_if(events.cbegin(), events.cend(),
+                                   [edge](const Thinned::Event &event) { return event.time >= edge; });
+    const ValueAt held = curve.at(edge);
+    if (held.kind == ValueAt::Kind::Text && (next == events.cend() || next->time > edge)) {
+        drawLabel(painter, placeFrom(canvasRect.left(), int(next - events.cbegin())), held.text, index);
+    }
+}
+
+void EventLabels::drawLabel(QPainter *painter, const QRectF &place, const QString &text, int index) const
+{
+    if (place.width() < least) {
+        return;
+    }
+    const QFontMetricsF metrics(painter->font());
+    const QString shown =
+        metrics.elidedText(text.left(mostChars).simplified(), Qt::ElideRight, place.width() - 2 * margin);
+    QRectF label = place;
+    label.setWidth(metrics.horizontalAdvance(shown) + 2 * margin);
+    painter->setPen(m_pens.at(index));
+    painter->setBrush(m_ground);
+    painter->drawRect(label);
+    painter->setPen(m_text);
+    painter->drawText(label, Qt::AlignCenter, shown);
 }

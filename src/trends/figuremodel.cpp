@@ -21,7 +21,7 @@ constexpr Title titles[FigureModel::ColumnCount] = {
      QT_TRANSLATE_NOOP("FigureTable", "The point; the check shows its curve or hides it")},
     {QT_TRANSLATE_NOOP("FigureTable", "Type"), QT_TRANSLATE_NOOP("FigureTable", "Data type of the reports")},
     {QT_TRANSLATE_NOOP("FigureTable", "Current"),
-     QT_TRANSLATE_NOOP("FigureTable", "The last number on screen")},
+     QT_TRANSLATE_NOOP("FigureTable", "The last value on screen, or why there is none")},
     {QT_TRANSLATE_NOOP("FigureTable", "Least"),
      QT_TRANSLATE_NOOP("FigureTable", "The least number on screen")},
     {QT_TRANSLATE_NOOP("FigureTable", "Greatest"),
@@ -52,6 +52,13 @@ bool isChecked(const QVariant &value)
 QVariant checkOf(bool on)
 {
     return on ? Qt::Checked : Qt::Unchecked;
+}
+
+// The beginning of a long text.
+QString inOneLine(const ValueAt &value)
+{
+    constexpr int most = 500; // chars, more than a tool tip should have
+    return TrendTexts::ofValue(value).left(most).simplified();
 }
 
 } // namespace
@@ -102,15 +109,23 @@ QVector<PointId> FigureModel::add(const QVector<Point> &points)
     return ids;
 }
 
-PointId FigureModel::remove(int row)
+QVector<PointId> FigureModel::remove(const QVector<int> &rows)
 {
-    const PointId id = m_curves.at(row).point.id;
-    beginRemoveRows({}, row, row);
-    m_curves.remove(row);
-    endRemoveRows();
+    QVector<PointId> ids;
+    for (int at = 0; at < rows.size();) {
+        const int last = rows.at(at);
+        int first = last;
+        for (; at < rows.size() && rows.at(at) == first; ++at, --first) {
+            ids.append(m_curves.at(first).point.id);
+        }
+        ++first;
+        beginRemoveRows({}, first, last);
+        m_curves.remove(first, last - first + 1);
+        endRemoveRows();
+    }
     relabel();
     emit curvesChanged();
-    return id;
+    return ids;
 }
 
 // The first that no curve has; with more curves than styles the next in turn.
@@ -152,8 +167,9 @@ void FigureModel::describe(const QVector<Point> &points)
     }
 }
 
-void FigureModel::setAnswers(const QVector<PointId> &points, const QVector<Thinned> &answers)
+void FigureModel::setAnswers(const SampleSource::Request &request, const QVector<Thinned> &answers)
 {
+    const QVector<PointId> &points = request.points;
     QHash<PointId, int> places;
     for (int place = 0; place < qMin(points.size(), answers.size()); ++place) {
         places.insert(points.at(place), place);
@@ -162,27 +178,31 @@ void FigureModel::setAnswers(const QVector<PointId> &points, const QVector<Thinn
         const int place = places.value(curve.point.id, -1);
         if (place >= 0) {
             curve.data = answers.at(place);
-            suggestSide(&curve);
+            curve.answered = request.range;
         }
     }
+    suggestSides();
     if (!m_curves.isEmpty()) {
         emit dataChanged(index(0, Type), index(m_curves.size() - 1, ColumnCount - 1));
     }
 }
 
-void FigureModel::suggestSide(Curve *curve) const
+void FigureModel::suggestSides()
 {
-    if (curve->hasSide || curve->data.statistics.count == 0) {
-        return;
-    }
-    QVector<Statistics> left;
-    for (const Curve &other : m_curves) {
-        if (other.hasSide && other.side == Side::Left) {
-            left.append(other.data.statistics);
+    double most = -1; // of those on the left
+    const auto count = [&most](const Curve &curve) {
+        if (curve.hasSide && curve.side == Side::Left) {
+            most = qMax(most, ValueScale::magnitude(curve.data.statistics));
+        }
+    };
+    std::for_each(m_curves.cbegin(), m_curves.cend(), count);
+    for (Curve &curve : m_curves) {
+        if (!curve.hasSide && curve.data.statistics.count > 0) {
+            curve.side = ValueScale::suggested(ValueScale::magnitude(curve.data.statistics), most);
+            curve.hasSide = true;
+            count(curve);
         }
     }
-    curve->side = ValueScale::suggested(curve->data.statistics, left);
-    curve->hasSide = true;
 }
 
 void FigureModel::setMarkers(const Markers &markers)
@@ -291,7 +311,7 @@ QString FigureModel::textOf(const Curve &curve, int column) const
     case Type:
         return curve.point.type;
     case Current:
-        return number(figures.current);
+        return current(curve);
     case Least:
         return number(figures.least);
     case Greatest:
@@ -313,10 +333,21 @@ QString FigureModel::textOf(const Curve &curve, int column) const
     }
 }
 
+// Of the end of what is on screen.
+QString FigureModel::current(const Curve &curve)
+{
+    const ValueAt last = curve.at(curve.answered.to);
+    if (last.kind == ValueAt::Kind::Break || last.kind == ValueAt::Kind::Text) {
+        return inOneLine(last);
+    }
+    const Statistics &figures = curve.data.statistics;
+    return TrendTexts::ofNumber(figures.count > 0 ? figures.current : qQNaN());
+}
+
 QString FigureModel::atMarker(const Curve &curve, int marker) const
 {
     const std::optional<qint64> time = m_markers.times[marker];
-    return time ? TrendTexts::ofValue(ValueAt::of(curve.data, *time)).simplified() : QString();
+    return time ? inOneLine(curve.at(*time)) : QString();
 }
 
 QString FigureModel::difference(const Curve &curve) const
@@ -324,8 +355,8 @@ QString FigureModel::difference(const Curve &curve) const
     if (!m_markers.areBothSet()) {
         return {};
     }
-    const ValueAt a = ValueAt::of(curve.data, *m_markers.times[0]);
-    const ValueAt b = ValueAt::of(curve.data, *m_markers.times[1]);
+    const ValueAt a = curve.at(*m_markers.times[0]);
+    const ValueAt b = curve.at(*m_markers.times[1]);
     const bool areNumbers = a.kind == ValueAt::Kind::Number && b.kind == ValueAt::Kind::Number;
     return areNumbers ? TrendTexts::ofDifference(a.number, b.number) : QStringLiteral("–");
 }

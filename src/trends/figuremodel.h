@@ -1,5 +1,6 @@
 #pragma once
 
+#include "history/samplesource.h"
 #include "trends/curve.h"
 #include "trends/markerlines.h"
 
@@ -35,11 +36,12 @@ public:
     QVector<Point> points() const;
     // Those that are there already stay as they are. Returns those that are new.
     QVector<PointId> add(const QVector<Point> &points);
-    PointId remove(int row);
+    // Rows, the greatest first.
+    QVector<PointId> remove(const QVector<int> &rows);
     // Types and addresses may have changed.
     void describe(const QVector<Point> &points);
     // An answer an element; of points that are not here nothing is taken.
-    void setAnswers(const QVector<PointId> &points, const QVector<Thinned> &answers);
+    void setAnswers(const SampleSource::Request &request, const QVector<Thinned> &answers);
     void setMarkers(const Markers &markers);
 
     bool hasSkipped() const;
@@ -57,9 +59,10 @@ signals:
 
 private:
     QString textOf(const Curve &curve, int column) const;
+    static QString current(const Curve &curve);
     QString difference(const Curve &curve) const;
     QString atMarker(const Curve &curve, int marker) const;
-    void suggestSide(Curve *curve) const;
+    void suggestSides();
     void relabel();
     int freeStyle() const;
 

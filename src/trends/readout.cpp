@@ -31,8 +31,7 @@ void Readout::show(qint64 time, int x, const QVector<Curve> &curves)
     m_rows.clear();
     for (const Curve &curve : curves) {
         if (curve.shown) {
-            m_rows.append(
-                {curve.label, TrendTexts::ofValue(ValueAt::of(curve.data, time)).simplified(), curve.style});
+            m_rows.append({curve.label, TrendTexts::ofValue(curve.at(time)).simplified(), curve.style});
         }
     }
     update();

@@ -3,6 +3,9 @@
 #include "history/history.h"
 
 #include <QDateTime>
+#include <QSet>
+
+#include <algorithm>
 
 TrendFeed::TrendFeed(SampleSource *source, QObject *parent)
     : QObject(parent)
@@ -19,10 +22,7 @@ TrendFeed::TrendFeed(SampleSource *source, QObject *parent)
 
 TrendFeed::~TrendFeed()
 {
-    const QVector<PointId> points = m_points;
-    for (const PointId &point : points) {
-        remove(point);
-    }
+    release(m_points);
 }
 
 void TrendFeed::add(const QVector<PointId> &points)
@@ -36,11 +36,23 @@ void TrendFeed::add(const QVector<PointId> &points)
     }
 }
 
-void TrendFeed::remove(const PointId &point)
+void TrendFeed::remove(const QVector<PointId> &points)
 {
-    m_points.removeOne(point);
+    QSet<PointId> gone;
+    for (const PointId &point : points) {
+        gone.insert(point);
+    }
+    const auto isGone = [&gone](const PointId &point) { return gone.contains(point); };
+    m_points.erase(std::remove_if(m_points.begin(), m_points.end(), isGone), m_points.end());
+    release(points);
+}
+
+void TrendFeed::release(const QVector<PointId> &points)
+{
     if (auto *history = qobject_cast<History *>(source())) {
-        history->release(point);
+        for (const PointId &point : points) {
+            history->release(point);
+        }
     }
 }
 
@@ -81,10 +93,15 @@ TimeView TrendFeed::firstView() const
     return TimeView({qMax(all.from, all.to - day), all.to});
 }
 
+ArrivalClock::Present TrendFeed::clock() const
+{
+    return m_clock ? m_clock() : ArrivalClock::Present{QDateTime::currentMSecsSinceEpoch(), 0};
+}
+
 qint64 TrendFeed::present() const
 {
     const TimeRange all = extent();
-    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    const qint64 now = clock().time;
     return all.from <= all.to ? qMax(now, all.to) : now;
 }
 

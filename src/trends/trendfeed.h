@@ -13,13 +13,15 @@ class TrendFeed : public QObject
 {
     Q_OBJECT
 public:
+    using Clock = std::function<ArrivalClock::Present()>;
+
     TrendFeed(SampleSource *source, QObject *parent);
     ~TrendFeed() override;
 
     SampleSource *source() const { return m_source; } // null once it has died
     bool isGrowing() const { return m_source && m_source->isGrowing(); }
     void add(const QVector<PointId> &points);
-    void remove(const PointId &point);
+    void remove(const QVector<PointId> &points);
 
     // All of them as they are described now, as far as the source has them.
     QVector<Point> points() const;
@@ -28,7 +30,10 @@ public:
     // What to show first: the last minutes of live values; the last day of a recording or all of it, up to
     // the present while it grows.
     TimeView firstView() const;
-    // What the clock shows, or the last sample where it is ahead of that since the clock was set back.
+    // By which reports arrive; by default the computer's.
+    void setClock(const Clock &clock) { m_clock = clock; }
+    ArrivalClock::Present clock() const;
+    // What the clock shows, or the last sample where that is later: it may come from another computer.
     qint64 present() const;
     std::vector<ValueTable::Column> values(const QVector<PointId> &points, const TimeRange &range) const;
 
@@ -41,10 +46,12 @@ signals:
     void answered(const SampleSource::Request &request, const QVector<Thinned> &answers);
 
 private:
+    void release(const QVector<PointId> &points);
     void send();
     void take(const void *asker, const SampleSource::Request &request, const QVector<Thinned> &answers);
 
     QPointer<SampleSource> m_source;
+    Clock m_clock;
     QVector<PointId> m_points;
     QTimer m_pause; // runs while nothing may be asked
     SampleSource::Request m_next;

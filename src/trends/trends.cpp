@@ -153,6 +153,7 @@ int Trends::freeNumber() const
 TrendWindow *Trends::openWindow(SampleSource *source, const QString &titleEnd)
 {
     auto *window = new TrendWindow(source, m_window);
+    window->setClock([this] { return m_clock.present(); });
     const auto addEnd = [window, titleEnd](const QString &title) {
         if (!title.endsWith(titleEnd)) {
             window->setWindowTitle(title + titleEnd);

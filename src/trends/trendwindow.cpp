@@ -142,14 +142,20 @@ void TrendWindow::connectSource()
 {
     connect(m_feed, &TrendFeed::answered, this, &TrendWindow::take);
     connect(source(), &SampleSource::grown, this, [this] { m_hasGrown = true; });
-    connect(source(), &SampleSource::failed, this, &TrendWindow::tell);
+    connect(source(), &SampleSource::failed, this, [this](const QString &why) { tell(Note::Failure, why); });
     connect(source(), &QObject::destroyed, this,
-            [this] { tell(tr("The source of these values is closed")); });
+            [this] { tell(Note::Failure, tr("The source of these values is closed")); });
 }
 
 void TrendWindow::addPoints(const QVector<Point> &points)
 {
-    const QVector<PointId> fresh = m_figures->add(points);
+    const QVector<PointId> fresh = m_figures->add(points.mid(0, mostAtOnce));
+    tell(Note::Excess,
+         points.size() > mostAtOnce
+             ? tr("Of %1 points only the first %2 were taken: more could not be told apart.")
+                   .arg(points.size())
+                   .arg(mostAtOnce)
+             : QString());
     if (fresh.isEmpty()) {
         return;
     }
@@ -164,6 +170,13 @@ void TrendWindow::addPoints(const QVector<Point> &points)
     }
     showTools();
     ask();
+}
+
+void TrendWindow::setClock(const std::function<ArrivalClock::Present()> &clock)
+{
+    m_feed->setClock(clock);
+    followPresent();
+    tellClock();
 }
 
 // As high as its rows need, until the user says how high.
@@ -273,9 +286,8 @@ void TrendWindow::choosePoints()
 
 void TrendWindow::removeRows(const QVector<int> &rows)
 {
-    for (const int row : rows) {
-        m_feed->remove(m_figures->remove(row));
-    }
+    m_feed->remove(m_figures->remove(rows));
+    tell(Note::Excess, QString());
     if (m_figures->rowCount() == 0) {
         m_pages->setCurrentIndex(0);
     }
@@ -299,7 +311,8 @@ void TrendWindow::ask()
 void TrendWindow::take(const SampleSource::Request &request, const QVector<Thinned> &answers)
 {
     m_figures->describe(m_feed->points());
-    m_figures->setAnswers(request.points, answers);
+    tell(Note::Failure, QString());
+    m_figures->setAnswers(request, answers);
     scheduleRedraw();
 }
 
@@ -382,10 +395,26 @@ void TrendWindow::showTitle()
                                        : tr("Trend: %1").arg(standards.join(QStringLiteral(", "))));
 }
 
-void TrendWindow::tell(const QString &text)
+void TrendWindow::tell(Note note, const QString &text)
 {
-    m_note->setText(text);
-    m_note->setVisible(!text.isEmpty());
+    m_notes[note] = text;
+    QStringList lines(std::begin(m_notes), std::end(m_notes));
+    lines.removeAll(QString());
+    m_note->setText(lines.join(QLatin1Char('\n')));
+    m_note->setVisible(!lines.isEmpty());
+}
+
+void TrendWindow::tellClock()
+{
+    const qint64 ahead = m_feed->isGrowing() ? m_feed->clock().ahead : 0;
+    const qint64 rounded = (ahead + TimeView::second / 2) / TimeView::second * TimeView::second;
+    const QString text = ahead > 0
+        ? tr("The clock of this computer was set back. The times go on from before, %1 ahead of it.")
+              .arg(TrendTexts::ofDuration(rounded))
+        : QString();
+    if (text != m_notes[Note::Clock]) {
+        tell(Note::Clock, text);
+    }
 }
 
 TrendPicture TrendWindow::picture() const
@@ -420,9 +449,10 @@ void TrendWindow::timerEvent(QTimerEvent *event)
         QWidget::timerEvent(event);
         return;
     }
+    tellClock();
     // What would move the picture by less than a pixel waits.
     const qint64 column = m_control->view().span() / m_plot->columns();
-    const qint64 moved = QDateTime::currentMSecsSinceEpoch() - m_control->view().range().to;
+    const qint64 moved = m_feed->clock().time - m_control->view().range().to;
     if (m_control->view().isFollowing() && (m_hasGrown || moved >= column)) {
         followPresent();
     } else if (m_hasGrown) {

@@ -33,7 +33,11 @@ public:
     explicit TrendWindow(SampleSource *source, QWidget *parent = nullptr);
     ~TrendWindow() override;
 
-    // Adds curves; those that it has stay as they are.
+    // The present of what still grows; by default the computer's clock.
+    void setClock(const std::function<ArrivalClock::Present()> &clock);
+
+    // Adds curves; those that it has stay as they are. Of more than mostAtOnce the first are added, and a
+    // note tells so.
     void addPoints(const QVector<Point> &points);
     QVector<Point> points() const;
     SampleSource *source() const;
@@ -41,6 +45,7 @@ public:
     // A row below the tools for who records: a line of text, empty for none, with a red mark before it.
     void setRecordingLine(const QString &text);
 
+    static constexpr int mostAtOnce = 200;
     inline static int tick = 250; // ms between two pictures while following; for tests to shorten
     // Where a drag began; for tests, whose platform has no drags.
     inline static QObject *(*sourceOf)(const QDropEvent &) = [](const QDropEvent &drop) {
@@ -63,6 +68,9 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    // What the note tells, a line each.
+    enum Note { Failure, Excess, Clock, NoteCount };
+
     bool takes(const QDropEvent &drop) const;
     void layOut();
     void addKeys();
@@ -83,7 +91,8 @@ private:
     void showReadout();
     void showTools();
     void showTitle();
-    void tell(const QString &text);
+    void tell(Note note, const QString &text);
+    void tellClock();
     TrendPicture picture() const;
     QString fileName() const;
 
@@ -98,6 +107,7 @@ private:
     RecordingLine *m_recording;
     QuietLine *m_markerLine;
     QLabel *m_note;
+    QString m_notes[NoteCount];
     QLabel *m_hint;
     QStackedWidget *m_pages;
     QSplitter *m_splitter;

@@ -9,21 +9,15 @@ constexpr double room = 0.05; // of the range, above and below
 // Beyond it the distance between two numbers is none that a double can hold.
 constexpr double farthest = 1e300;
 
-// How far the numbers go from zero; negative for none.
-double magnitude(const Statistics &curve)
+} // namespace
+
+double ValueScale::magnitude(const Statistics &curve)
 {
     return curve.count > 0 ? qMax(std::abs(curve.least), std::abs(curve.greatest)) : -1;
 }
 
-} // namespace
-
-Side ValueScale::suggested(const Statistics &curve, const QVector<Statistics> &left)
+Side ValueScale::suggested(double own, double most)
 {
-    double most = -1;
-    for (const Statistics &other : left) {
-        most = qMax(most, magnitude(other));
-    }
-    const double own = magnitude(curve);
     if (own <= 0 || most <= 0) {
         return Side::Left;
     }

@@ -16,9 +16,12 @@ struct ValueRange {
 // What a scale is to show, and on which side.
 namespace ValueScale {
 
-// The side for a curve, by the figures of those on the left: on the right where its numbers are less than a
-// twentieth of theirs, or more than twenty times as far from zero. Left where nothing can be compared.
-Side suggested(const Statistics &curve, const QVector<Statistics> &left);
+// How far the numbers go from zero; negative for none.
+double magnitude(const Statistics &curve);
+
+// The side for a curve, by its magnitude and the greatest of those on the left: on the right where it is less
+// than a twentieth of that, or more than twenty times as much. Left where nothing can be compared.
+Side suggested(double own, double most);
 
 // A range that shows all of these with a little room above and below; 0 to 1 where none of them has a number.
 ValueRange around(const QVector<Statistics> &curves);

@@ -27,6 +27,7 @@ private slots:
     void comparesPoints();
     void clockNeverGoesBack_data();
     void clockNeverGoesBack();
+    void presentGivesNoTime();
     void clockFollowsTheSystem();
     void textsAreThoseOfTheReportBefore();
 };
@@ -224,6 +225,20 @@ void TestReading::clockNeverGoesBack()
     }
     QTEST(times, "times");
     QTEST(clock.ahead(), "ahead");
+}
+
+void TestReading::presentGivesNoTime()
+{
+    ArrivalClock clock;
+    QCOMPARE(clock.presentAt(5, 90000).time, qint64(90000));
+    clock.at(5, 80000);
+    // Set back, and no report comes.
+    for (int round = 0; round < 2; ++round) {
+        const ArrivalClock::Present present = clock.presentAt(10005, 30000);
+        QCOMPARE(present.time, qint64(90000));
+        QCOMPARE(present.ahead, qint64(60000));
+    }
+    QCOMPARE(clock.at(9005, 29000), qint64(89000));
 }
 
 void TestReading::clockFollowsTheSystem()

@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QDateTime>
+#include <QLabel>
 
 // What the user does in the window of a trend, by mouse and by keys.
 class TestTrendHands : public TrendTest
@@ -23,9 +24,11 @@ private slots:
     void followsWhatComes();
     void recordingHasNoPresent();
     void sampleAheadOfTheClockIsShown();
+    void clockThatWasSetBackIsTold();
     void readoutTellsTheSampleBefore();
     void keysMoveTheReadout();
     void markersTellDifferences();
+    void markerOffTheScreenTellsNothing();
     void markerIsDragged();
 
 private:
@@ -198,6 +201,25 @@ void TestTrendHands::sampleAheadOfTheClockIsShown()
     QTRY_COMPARE(cell(1, FigureModel::Current), "7");
 }
 
+void TestTrendHands::clockThatWasSetBackIsTold()
+{
+    ArrivalClock::Present present{QDateTime::currentMSecsSinceEpoch() + TimeView::hour, TimeView::hour + 300};
+    RUN(open(true));
+    const auto *note = window->findChild<QLabel *>("note");
+    QVERIFY(!note->isVisible());
+    window->setClock([&present] { return present; });
+    QTRY_COMPARE(source->requests.last().range.to, present.time);
+    QVERIFY(note->isVisible());
+    QCOMPARE(note->text(),
+             "The clock of this computer was set back. The times go on from before, 1 h 0 min 0.000 s ahead "
+             "of it.");
+    present.time += TimeView::minute; // no report comes, and the present goes on
+    QTRY_COMPARE(source->requests.last().range.to, present.time);
+    present.ahead = 0;
+    QTRY_VERIFY(!note->isVisible());
+    window->setClock({});
+}
+
 void TestTrendHands::readoutTellsTheSampleBefore()
 {
     source->add("State", "string", {{start, FakeSource::noNumber, SampleState::Valid, "Running\nfast"}});
@@ -251,6 +273,22 @@ void TestTrendHands::markersTellDifferences()
     tool("markers")->click();
     QVERIFY(tool("markers")->isChecked());
     QCOMPARE(cell(0, FigureModel::Difference), "5"); // at a third and at two
+}
+
+void TestTrendHands::markerOffTheScreenTellsNothing()
+{
+    RUN(open());
+    point(100);
+    press(Qt::Key_A);
+    point(700);
+    press(Qt::Key_B);
+    QCOMPARE(cell(0, FigureModel::Difference), "5");
+    press(Qt::Key_2);
+    press(Qt::Key_Home);
+    QCOMPARE(screen(), (QVector<double>{0, 300}));
+    QCOMPARE(cell(0, FigureModel::AtA), "230");
+    QCOMPARE(cell(0, FigureModel::AtB), "–");
+    QCOMPARE(cell(0, FigureModel::Difference), "–");
 }
 
 void TestTrendHands::markerIsDragged()

@@ -102,11 +102,11 @@ void TestTrendParts::suggestsTheScale()
     QFETCH(QVector<double>, own);
     QFETCH(QVector<double>, left);
     QFETCH(bool, right);
-    QVector<Statistics> others{figures(FakeSource::noNumber, FakeSource::noNumber, 0)};
-    if (!left.isEmpty()) {
-        others.append(figures(left.first(), left.last()));
-    }
-    QCOMPARE(ValueScale::suggested(figures(own.first(), own.last()), others) == Side::Right, right);
+    const Statistics other = left.isEmpty() ? figures(FakeSource::noNumber, FakeSource::noNumber, 0)
+                                            : figures(left.first(), left.last());
+    const Side side = ValueScale::suggested(ValueScale::magnitude(figures(own.first(), own.last())),
+                                            ValueScale::magnitude(other));
+    QCOMPARE(side == Side::Right, right);
 }
 
 void TestTrendParts::scaleShowsAllNumbers_data()

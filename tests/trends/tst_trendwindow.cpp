@@ -11,6 +11,8 @@
 #include <qwt_scale_draw.h>
 #include <qwt_scale_map.h>
 
+Q_DECLARE_METATYPE(Sample)
+
 // What the window of a trend draws and tells.
 class TestTrendWindow : public TrendTest
 {
@@ -25,11 +27,15 @@ private slots:
     void changedTypeIsDrawnAnew();
     void shadesGapsOnce();
     void showsTextsAsEvents();
+    void textThatHeldBeforeIsLabelledAtTheEdge_data();
+    void textThatHeldBeforeIsLabelledAtTheEdge();
     void axisTellsWhoseTimeItIs();
     void recordingOpensWithItsLastDay_data();
     void recordingOpensWithItsLastDay();
     void scaleTellsItsStepsApart();
     void figuresAreOfWhatIsOnScreen();
+    void currentIsWhatHoldsAtTheEnd_data();
+    void currentIsWhatHoldsAtTheEnd();
     void skippedValuesAreCounted();
     void numberlessCurveDrawsNothing();
     void hiddenCurveIsNotDrawn();
@@ -37,11 +43,14 @@ private slots:
     void smallCurveGoesToTheRight();
     void userChoosesTheScale();
     void pointsAreThereOnce();
+    void removedRowsAreThoseSelected();
     void hundredCurves();
 
 private:
     // On a plot of ten seconds, from 0 to 1.
     bool isDrawnAt(int curve, double time, double value) const;
+    void firstOfTooManyPointsAreTaken();
+    void failureIsToldUntilTheNextAnswer();
 };
 
 namespace {
@@ -158,7 +167,49 @@ void TestTrendWindow::showsTextsAsEvents()
     QCOMPARE(labelled.size(), 1);
     QCOMPARE(labelled.first().data.events.size(), 3);
     QCOMPARE(labelled.first().data.events.at(1).text, "12,5");
-    QCOMPARE(cell(0, FigureModel::Current), "–");
+    QCOMPARE(cell(0, FigureModel::Current), QString(500, 'x'));
+}
+
+void TestTrendWindow::textThatHeldBeforeIsLabelledAtTheEdge_data()
+{
+    QTest::addColumn<qint64>("gap"); // in which nothing holds
+    QTest::addColumn<bool>("label");
+    QTest::newRow("holds") << qint64(-1) << true;
+    QTest::newRow("held before a gap") << qint64(5000) << false;
+}
+
+void TestTrendWindow::textThatHeldBeforeIsLabelledAtTheEdge()
+{
+    QFETCH(qint64, gap);
+    QFETCH(bool, label);
+    Curve curve;
+    curve.point.type = "string";
+    curve.answered = {10000, 20000};
+    curve.data.events = {{1000, "Running"}};
+    if (gap >= 0) {
+        curve.data.gaps = {{{gap, 20000}, SampleState::NotValid}};
+    }
+    EventLabels labels;
+    labels.setCurves({curve}, QPalette(Qt::white));
+    QImage image(400, 100, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QPainter painter(&image);
+    QwtScaleMap x;
+    x.setScaleInterval(10000, 20000);
+    x.setPaintInterval(0, 400);
+    labels.draw(&painter, x, x, QRectF(0, 0, 400, 100));
+    const auto isDrawn = [&image](int top, int bottom) {
+        for (int y = top; y < bottom; ++y) {
+            for (int column = 0; column < image.width(); ++column) {
+                if (image.pixelColor(column, y) != QColor(Qt::red)) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    };
+    QCOMPARE(isDrawn(0, 50), label);
+    QVERIFY(!isDrawn(60, 100)); // no line: it does not begin there
 }
 
 void TestTrendWindow::axisTellsWhoseTimeItIs()
@@ -229,6 +280,28 @@ void TestTrendWindow::figuresAreOfWhatIsOnScreen()
     QCOMPARE(row, (QStringList{"Voltage", "float", "2.5", "1", "3", "2.16667"}));
 }
 
+void TestTrendWindow::currentIsWhatHoldsAtTheEnd_data()
+{
+    QTest::addColumn<QVector<Sample>>("samples");
+    QTest::addColumn<QString>("current");
+    using Samples = QVector<Sample>;
+    QTest::newRow("number") << Samples{valid(0, 1), broken(1, SampleState::NotValid), valid(2, 3)} << "3";
+    QTest::newRow("not valid") << Samples{valid(0, 1), broken(2, SampleState::NotValid)} << "not valid";
+    QTest::newRow("no number") << Samples{valid(0, 1), broken(2, SampleState::NoNumber)} << "no number";
+    QTest::newRow("no report") << Samples{valid(0, 1), broken(2, SampleState::NoReport)} << "no report";
+    QTest::newRow("ended") << Samples{valid(0, 1), broken(2, SampleState::Ended)} << "session ended";
+    QTest::newRow("text") << Samples{words(0, "Stopped"), words(2, "Running\nfast")} << "Running fast";
+    QTest::newRow("no text") << Samples{words(0, "Stopped"), broken(2, SampleState::NotValid)} << "not valid";
+}
+
+void TestTrendWindow::currentIsWhatHoldsAtTheEnd()
+{
+    QFETCH(QVector<Sample>, samples);
+    source->add("Voltage", "float", samples);
+    RUN(open());
+    QTEST(cell(0, FigureModel::Current), "current");
+}
+
 void TestTrendWindow::skippedValuesAreCounted()
 {
     source->add("Voltage", "float", {valid(0, 1), broken(1, SampleState::NoNumber), valid(2, 1)});
@@ -237,7 +310,7 @@ void TestTrendWindow::skippedValuesAreCounted()
     QVERIFY(!table()->isColumnHidden(FigureModel::Skipped));
     QCOMPARE(cell(0, FigureModel::Skipped), "1");
     QCOMPARE(cell(1, FigureModel::Skipped), "");
-    figures()->remove(0);
+    figures()->remove({0});
     QTRY_VERIFY(table()->isColumnHidden(FigureModel::Skipped));
 }
 
@@ -329,6 +402,45 @@ void TestTrendWindow::pointsAreThereOnce()
     QCOMPARE(window->windowTitle(), "Trend: Relay, Meter");
 }
 
+void TestTrendWindow::removedRowsAreThoseSelected()
+{
+    for (int curve = 0; curve < 8; ++curve) {
+        source->add(QString("Point %1").arg(curve), "float", {valid(0, curve)});
+    }
+    RUN(open());
+    QAbstractItemModelTester tester(figures());
+    const QSignalSpy relabelled(figures(), &FigureModel::curvesChanged);
+    QCOMPARE(figures()->remove({6, 5, 4, 2, 0}),
+             (QVector<PointId>{FakeSource::idOf("Point 6"), FakeSource::idOf("Point 5"),
+                               FakeSource::idOf("Point 4"), FakeSource::idOf("Point 2"),
+                               FakeSource::idOf("Point 0")}));
+    QCOMPARE(relabelled.size(), 1);
+    QStringList left;
+    for (int row = 0; row < figures()->rowCount(); ++row) {
+        left.append(cell(row, FigureModel::Name));
+    }
+    QCOMPARE(left, (QStringList{"Point 1", "Point 3", "Point 7"}));
+}
+
+void TestTrendWindow::firstOfTooManyPointsAreTaken()
+{
+    for (int curve = 0; curve < 10000; ++curve) {
+        source->add(QString("Point %1").arg(curve), "float", {valid(0, 1), valid(9, 2)});
+    }
+    RUN(open());
+    QCOMPARE(window->points().size(), TrendWindow::mostAtOnce);
+    QCOMPARE(cell(TrendWindow::mostAtOnce - 1, FigureModel::Name), "Point 199");
+    const auto *note = window->findChild<QLabel *>("note");
+    QVERIFY(note->isVisible());
+    QCOMPARE(note->text(), "Of 10000 points only the first 200 were taken: more could not be told apart.");
+    window->addPoints(source->points().mid(300, 1));
+    QVERIFY(!note->isVisible());
+    table()->selectAll();
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QCOMPARE(window->points().size(), 0);
+}
+
 void TestTrendWindow::hundredCurves()
 {
     for (int curve = 0; curve < 100; ++curve) {
@@ -338,6 +450,21 @@ void TestTrendWindow::hundredCurves()
     QCOMPARE(plot->curveItems().size(), 100);
     QVERIFY(plot->canvas()->height() > 150);
     QCOMPARE(source->requests.last().points.size(), 100);
+}
+
+void TestTrendWindow::failureIsToldUntilTheNextAnswer()
+{
+    source->add("Voltage", "float", {valid(0, 1), valid(9, 2)});
+    RUN(open());
+    const auto *note = window->findChild<QLabel *>("note");
+    source->answers = false;
+    emit source->failed("night.sqlite is locked by another program.");
+    press(Qt::Key_Minus);
+    QVERIFY(note->isVisible());
+    QCOMPARE(note->text(), "night.sqlite is locked by another program.");
+    source->answers = true;
+    press(Qt::Key_Minus);
+    QVERIFY(!note->isVisible());
 }
 
 QTEST_MAIN(TestTrendWindow)
