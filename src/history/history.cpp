@@ -12,6 +12,17 @@ namespace {
 constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
 constexpr qint64 spare = 16; // one part in so many of the budget is freed with what is too much
 
+// None goes on into the future.
+void endGaps(QVector<Thinned::Gap> *gaps, qint64 now)
+{
+    while (!gaps->isEmpty() && gaps->last().range.from >= now) {
+        gaps->removeLast();
+    }
+    if (!gaps->isEmpty()) {
+        gaps->last().range.to = std::min(gaps->last().range.to, now);
+    }
+}
+
 } // namespace
 
 // The points of the reports with one "plcName".
@@ -212,6 +223,7 @@ TimeRange History::extent(const PointId &id) const
 
 void History::request(const void *asker, const Request &request)
 {
+    const qint64 now = std::min(request.now, request.range.to);
     QVector<Thinned> answers;
     for (const PointId &id : request.points) {
         const Found found = find(id);
@@ -219,12 +231,13 @@ void History::request(const void *asker, const Request &request)
                           found.series ? shapeOf(found.series->type()) : Shape::Line);
         if (found.series) {
             found.series->feed(&thinning, request.range);
-            const auto late = found.standard->lateness.lateSince(request.range.to);
+            const auto late = found.standard->lateness.lateSince(now);
             if (late && !found.series->isSilent()) {
                 thinning.add(Sample{*late, nothing, SampleState::NoReport, {}});
             }
         }
         answers.append(thinning.finish());
+        endGaps(&answers.last().gaps, request.now);
     }
     emit thinned(asker, request, answers);
 }

@@ -45,7 +45,7 @@ public:
     std::optional<Point> point(const PointId &id) const override;
     TimeRange extent(const PointId &id) const override;
     bool isGrowing() const override { return true; }
-    // Answers at once. The end of the range counts as the present: what is late by then is broken there.
+    // Answers at once. What is late by the present, or by the end of the range before it, is broken there.
     void request(const void *asker, const Request &request) override;
     std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override;
 

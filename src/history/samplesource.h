@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -29,6 +30,8 @@ public:
         QVector<PointId> points;
         TimeRange range;
         int columns = 0; // pixels of the plot's width
+        // Nothing is known of later times, nor is anything late by then.
+        qint64 now = std::numeric_limits<qint64>::max();
     };
 
     using QObject::QObject;

@@ -178,7 +178,7 @@ void FigureModel::setAnswers(const SampleSource::Request &request, const QVector
         const int place = places.value(curve.point.id, -1);
         if (place >= 0) {
             curve.data = answers.at(place);
-            curve.answered = request.range;
+            curve.answered = {request.range.from, qMin(request.range.to, request.now)};
         }
     }
     suggestSides();

@@ -131,6 +131,7 @@ void TrendFeed::send()
 {
     m_isWaiting = false;
     m_next.points = m_points;
+    m_next.now = present();
     if (m_source && !m_points.isEmpty()) {
         m_pause.start(interval);
         m_source->request(this, m_next);

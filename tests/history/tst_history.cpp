@@ -19,6 +19,8 @@ private slots:
     void endsASession();
     void shadesWhatIsLate_data();
     void shadesWhatIsLate();
+    void shadesNoFuture_data();
+    void shadesNoFuture();
     void answersEachAsker();
     void thinsAcrossChunks();
     void thinsWhatWasReplaced();
@@ -172,6 +174,26 @@ void TestHistory::shadesWhatIsLate()
     history.endSession("10.0.0.1", begin + 3 * s);
     const QString ended = answerOf(&history, idOf("A"), from, 100);
     QVERIFY2(ended.endsWith("gap 2-100 4") || ended == "gap 3-100 4", qPrintable(ended));
+}
+
+void TestHistory::shadesNoFuture_data()
+{
+    QTest::addColumn<int>("now");
+    QTest::addColumn<QString>("answer"); // up to the second 60
+    QTest::newRow("nothing is late yet") << 12 << "0:1 1:2 2:3 |";
+    QTest::newRow("late by now") << 13 << "0:1 1:2 2:3 | gap 2-13 3";
+    QTest::newRow("late for long") << 59 << "0:1 1:2 2:3 | gap 2-59 3";
+    QTest::newRow("the present is past the range") << 70 << "0:1 1:2 2:3 | gap 2-60 3";
+}
+
+void TestHistory::shadesNoFuture()
+{
+    QFETCH(int, now);
+    History history;
+    for (int second = 0; second < 3; ++second) {
+        history.add(report(second, {value("A", second + 1)}));
+    }
+    QTEST(answerOf(&history, idOf("A"), 0, 60, 1000, now), "answer");
 }
 
 void TestHistory::answersEachAsker()

@@ -25,6 +25,7 @@ private slots:
     void recordingHasNoPresent();
     void sampleAheadOfTheClockIsShown();
     void clockThatWasSetBackIsTold();
+    void nothingIsKnownOfTheFuture();
     void readoutTellsTheSampleBefore();
     void keysMoveTheReadout();
     void markersTellDifferences();
@@ -217,6 +218,23 @@ void TestTrendHands::clockThatWasSetBackIsTold()
     QTRY_COMPARE(source->requests.last().range.to, present.time);
     present.ahead = 0;
     QTRY_VERIFY(!note->isVisible());
+    window->setClock({});
+}
+
+void TestTrendHands::nothingIsKnownOfTheFuture()
+{
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    source->append(voltage, {now, 7, SampleState::Valid, QString()});
+    RUN(open(true));
+    window->setClock([now] { return ArrivalClock::Present{now + 1000, 0}; });
+    press(Qt::Key_PageDown);
+    press(Qt::Key_Left);
+    QCOMPARE(source->requests.last().now, now + 1000);
+    QVERIFY(source->requests.last().range.to > now + TimeView::minute);
+    QTest::mouseMove(canvas(), QPoint(qRound(plot->placeOf(now + TimeView::minute)), 50));
+    QCoreApplication::processEvents();
+    QCOMPARE(readout().mid(1), QStringList{"Voltage\t–"});
+    QCOMPARE(cell(0, FigureModel::Current), "7");
     window->setClock({});
 }
 
