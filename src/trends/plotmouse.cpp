@@ -28,7 +28,9 @@ bool PlotMouse::eventFilter(QObject *watched, QEvent *event)
     switch (event->type()) {
     case QEvent::Wheel: {
         const auto *wheel = static_cast<QWheelEvent *>(event);
-        emit zoomed(int(wheel->position().x()), std::pow(wheelStep, wheel->angleDelta().y() / 120.0));
+        if (const int turned = wheel->angleDelta().y()) { // not sideways
+            emit zoomed(int(wheel->position().x()), std::pow(wheelStep, turned / 120.0));
+        }
         return true;
     }
     case QEvent::MouseButtonPress:

@@ -450,6 +450,9 @@ void TrendWindow::timerEvent(QTimerEvent *event)
         return;
     }
     tellClock();
+    if (m_control->view().isFollowing() && !m_feed->isGrowing()) {
+        m_control->toggleFollowing();
+    }
     // What would move the picture by less than a pixel waits.
     const qint64 column = m_control->view().span() / m_plot->columns();
     const qint64 moved = m_feed->clock().time - m_control->view().range().to;

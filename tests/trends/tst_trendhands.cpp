@@ -15,6 +15,7 @@ private slots:
     void cleanup() { delete window; }
 
     void wheelZoomsAtThePointer();
+    void wheelTurnedSidewaysDoesNothing();
     void dragZoomsIntoTheRectangle();
     void shiftAndMiddleButtonPan_data();
     void shiftAndMiddleButtonPan();
@@ -22,6 +23,7 @@ private slots:
     void keysMoveTheView();
     void listChoosesTheSpan();
     void followsWhatComes();
+    void followsNoMoreWhatHasEnded();
     void recordingHasNoPresent();
     void sampleAheadOfTheClockIsShown();
     void clockThatWasSetBackIsTold();
@@ -34,6 +36,7 @@ private slots:
 
 private:
     void point(qint64 second);
+    void turnWheel(int x, const QPoint &angle);
     QStringList readout() const { return window->findChild<Readout *>()->lines(); }
 
     PointId voltage;
@@ -53,20 +56,33 @@ void TestTrendHands::point(qint64 second)
     QCoreApplication::processEvents();
 }
 
+void TestTrendHands::turnWheel(int x, const QPoint &angle)
+{
+    QWheelEvent wheel(QPointF(x, 50), canvas()->mapToGlobal(QPoint(x, 50)), QPoint(), angle, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(canvas(), &wheel);
+    redrawn();
+}
+
 void TestTrendHands::wheelZoomsAtThePointer()
 {
     RUN(open());
     QCOMPARE(screen(), (QVector<double>{0, 1000}));
     const int x = canvas()->width() / 4;
     const qint64 pointed = plot->timeAt(x);
-    QWheelEvent wheel(QPointF(x, 50), canvas()->mapToGlobal(QPoint(x, 50)), QPoint(), QPoint(0, 240),
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(canvas(), &wheel);
-    redrawn();
+    turnWheel(x, QPoint(0, 240));
     QVERIFY(qAbs(screen().last() - screen().first() - 640) < 2);
     QVERIFY(qAbs(plot->timeAt(x) - pointed) < 1000);
     press(Qt::Key_Escape);
     QCOMPARE(screen(), (QVector<double>{0, 1000}));
+}
+
+void TestTrendHands::wheelTurnedSidewaysDoesNothing()
+{
+    RUN(open(true));
+    turnWheel(100, QPoint(240, 0));
+    QVERIFY(tool("follow")->isChecked());
+    QVERIFY(!tool("back")->isEnabled());
 }
 
 void TestTrendHands::dragZoomsIntoTheRectangle()
@@ -184,6 +200,15 @@ void TestTrendHands::followsWhatComes()
     press(Qt::Key_Space);
     QTRY_VERIFY(source->requests.last().range.to > paused);
     QTRY_COMPARE(cell(0, FigureModel::Current), "2");
+}
+
+void TestTrendHands::followsNoMoreWhatHasEnded()
+{
+    RUN(open(true));
+    QVERIFY(tool("follow")->isChecked());
+    source->growing = false;
+    QTRY_VERIFY(!tool("follow")->isChecked());
+    QVERIFY(!tool("follow")->isEnabled());
 }
 
 void TestTrendHands::recordingHasNoPresent()
