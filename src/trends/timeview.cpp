@@ -78,13 +78,26 @@ void TimeView::zoomInto(const TimeRange &range, const std::optional<ValueRange> 
 {
     State next = m_now;
     next.range = range;
+    setValues(&next, left, right);
+    go(next, Step::Single);
+}
+
+void TimeView::setValues(const std::optional<ValueRange> &left, const std::optional<ValueRange> &right)
+{
+    State next = m_now;
+    setValues(&next, left, right);
+    go(next, Step::Scale);
+}
+
+void TimeView::setValues(State *state, const std::optional<ValueRange> &left,
+                         const std::optional<ValueRange> &right)
+{
     if (left) {
-        next.values[0] = left;
+        state->values[0] = left;
     }
     if (right) {
-        next.values[1] = right;
+        state->values[1] = right;
     }
-    go(next, Step::Single);
 }
 
 void TimeView::pan(qint64 by, double share)

@@ -45,6 +45,8 @@ public:
                   const std::optional<ValueRange> &right);
     // By a time, and by a share of the height where the scale is one that the user chose.
     void pan(qint64 by, double share = 0);
+    // Those scales that are given. In a row they count as one step.
+    void setValues(const std::optional<ValueRange> &left, const std::optional<ValueRange> &right);
     // Lets both scales show what their curves need.
     void fitValues();
 
@@ -58,8 +60,10 @@ private:
         std::optional<ValueRange> values[2];
         bool following = false;
     };
-    enum class Step { Single, Zoom, Pan };
+    enum class Step { Single, Zoom, Pan, Scale };
 
+    static void setValues(State *state, const std::optional<ValueRange> &left,
+                          const std::optional<ValueRange> &right);
     void go(State next, Step step);
     State limited(State state) const;
 

@@ -145,6 +145,12 @@ bool TrendPlot::hasScale(Side side) const
     return axisEnabled(axisOf(side));
 }
 
+ValueRange TrendPlot::values(Side side) const
+{
+    const QwtInterval shown = axisInterval(axisOf(side));
+    return {shown.minValue(), shown.maxValue()};
+}
+
 void TrendPlot::changeEvent(QEvent *event)
 {
     QwtPlot::changeEvent(event);

@@ -31,6 +31,7 @@ public:
     double placeOf(qint64 time) const;
     ValueRange valuesBetween(Side side, double top, double bottom) const;
     bool hasScale(Side side) const;
+    ValueRange values(Side side) const;
 
     // What is drawn, for tests and pictures.
     const QVector<TrendCurve *> &curveItems() const { return m_items; }

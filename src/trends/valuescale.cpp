@@ -46,3 +46,11 @@ ValueRange ValueScale::around(const QVector<Statistics> &curves)
     }
     return {range.least - more, range.greatest + more};
 }
+
+ValueRange ValueScale::zoomed(const ValueRange &range, double factor)
+{
+    const double middle = range.least / 2 + range.greatest / 2;
+    const double least = qMax(std::abs(middle) * 1e-9, 1e-300);
+    const double half = qMax(least, (range.greatest / 2 - range.least / 2) * factor);
+    return {qMax(-farthest, middle - half), qMin(farthest, middle + half)};
+}

@@ -26,4 +26,7 @@ Side suggested(double own, double most);
 // A range that shows all of these with a little room above and below; 0 to 1 where none of them has a number.
 ValueRange around(const QVector<Statistics> &curves);
 
+// About its middle; a factor under 1 shows less. Its ends can always be told apart.
+ValueRange zoomed(const ValueRange &range, double factor);
+
 } // namespace ValueScale

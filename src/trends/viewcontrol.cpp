@@ -73,6 +73,8 @@ void ViewControl::addViewKeys()
         {Qt::Key_Right, [this] { pan(panStep); }},
         {Qt::Key_Up, [this] { pan(0, panStep); }},
         {Qt::Key_Down, [this] { pan(0, -panStep); }},
+        {int(Qt::SHIFT) + Qt::Key_Up, [this] { zoomValues(zoomStep); }},
+        {int(Qt::SHIFT) + Qt::Key_Down, [this] { zoomValues(1 / zoomStep); }},
         {Qt::Key_PageUp, [this] { pan(-1); }},
         {Qt::Key_PageDown, [this] { pan(1); }},
         {Qt::Key_Home, [this] { goTo(false); }},
@@ -184,6 +186,18 @@ int ViewControl::markerAt(int x) const
         }
     }
     return -1;
+}
+
+void ViewControl::zoomValues(double factor)
+{
+    const auto zoomed = [&](Side side) -> std::optional<ValueRange> {
+        if (!m_plot->hasScale(side)) {
+            return std::nullopt;
+        }
+        return ValueScale::zoomed(m_view.values(side).value_or(m_plot->values(side)), factor);
+    };
+    m_view.setValues(zoomed(Side::Left), zoomed(Side::Right));
+    changed();
 }
 
 void ViewControl::pan(double share, double height)

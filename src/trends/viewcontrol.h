@@ -45,6 +45,7 @@ private:
     void addMarkKeys();
     int markerAt(int x) const;
     void zoomAboutCursor(double factor);
+    void zoomValues(double factor);
     void pan(double share, double height = 0);
     void goTo(bool end);
     void changed();

@@ -21,6 +21,8 @@ private slots:
     void shiftAndMiddleButtonPan();
     void keysMoveTheView_data();
     void keysMoveTheView();
+    void keysMoveTheValues_data();
+    void keysMoveTheValues();
     void listChoosesTheSpan();
     void followsWhatComes();
     void followsNoMoreWhatHasEnded();
@@ -165,6 +167,35 @@ void TestTrendHands::keysMoveTheView()
     }
     redrawn();
     QTEST(screen(), "shown");
+}
+
+void TestTrendHands::keysMoveTheValues_data()
+{
+    QTest::addColumn<QStringList>("keys");
+    QTest::addColumn<QVector<double>>("shown");
+    using Scale = QVector<double>;
+    const Scale all{229.5, 240.5};
+    QTest::newRow("nothing chosen to be moved") << QStringList{"Up", "Down", "Down"} << all;
+    QTest::newRow("in") << QStringList{"Shift+Up"} << Scale{232.25, 237.75};
+    QTest::newRow("out") << QStringList{"Shift+Down"} << Scale{224, 246};
+    QTest::newRow("up") << QStringList{"Shift+Up", "Up"} << Scale{232.8, 238.3};
+    QTest::newRow("down") << QStringList{"Shift+Up", "Down"} << Scale{231.7, 237.2};
+    QTest::newRow("all") << QStringList{"Shift+Up", "Up", "F"} << all;
+    QTest::newRow("back") << QStringList{"Shift+Up", "Shift+Up", "Escape"} << all;
+}
+
+void TestTrendHands::keysMoveTheValues()
+{
+    QFETCH(QStringList, keys);
+    RUN(open());
+    for (const QString &text : qAsConst(keys)) {
+        const int key = QKeySequence(text)[0];
+        press(key & ~int(Qt::KeyboardModifierMask),
+              Qt::KeyboardModifiers(key & int(Qt::KeyboardModifierMask)));
+    }
+    const QwtInterval shown = plot->axisInterval(QwtPlot::yLeft);
+    QTEST((QVector<double>{shown.minValue(), shown.maxValue()}), "shown");
+    QCOMPARE(screen(), (QVector<double>{0, 1000}));
 }
 
 void TestTrendHands::listChoosesTheSpan()

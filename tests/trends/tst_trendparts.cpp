@@ -17,6 +17,7 @@ private slots:
     void suggestsTheScale();
     void scaleShowsAllNumbers_data();
     void scaleShowsAllNumbers();
+    void zoomedScaleHasTwoEnds();
     void stylesDiffer();
     void stylesAreReadable_data();
     void stylesAreReadable();
@@ -133,6 +134,21 @@ void TestTrendParts::scaleShowsAllNumbers()
     const ValueRange range = ValueScale::around(curves);
     QTEST(range.least, "least");
     QTEST(range.greatest, "greatest");
+}
+
+void TestTrendParts::zoomedScaleHasTwoEnds()
+{
+    for (const ValueRange &range :
+         {ValueRange{0, 1}, ValueRange{-1, 1}, ValueRange{1e15, 1e15 + 8}, ValueRange{-1.1e300, 1.1e300}}) {
+        for (const double factor : {0.5, 2.0}) {
+            ValueRange zoomed = range;
+            for (int step = 0; step < 3000; ++step) {
+                zoomed = ValueScale::zoomed(zoomed, factor);
+            }
+            QVERIFY(std::isfinite(zoomed.greatest - zoomed.least));
+            QVERIFY(zoomed.least < zoomed.greatest);
+        }
+    }
 }
 
 void TestTrendParts::stylesDiffer()
