@@ -8,6 +8,12 @@
 #include <QSet>
 #include <QtTest>
 
+#include <array>
+#include <cmath>
+
+using Matrix = std::array<std::array<double, 3>, 3>;
+Q_DECLARE_METATYPE(Matrix)
+
 // What a trend decides without a window: scales, styles, the value at a time, names and numbers.
 class TestTrendParts : public QObject
 {
@@ -19,6 +25,8 @@ private slots:
     void scaleShowsAllNumbers();
     void zoomedScaleHasTwoEnds();
     void stylesDiffer();
+    void coloursDifferForAllEyes_data();
+    void coloursDifferForAllEyes();
     void stylesAreReadable_data();
     void stylesAreReadable();
     void valueAtATime_data();
@@ -51,11 +59,40 @@ Statistics figures(double least, double greatest, qint64 count = 2)
     return made;
 }
 
+double linear(double part)
+{
+    return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+}
+
+// Where a colour is seen, in L*, a* and b* of CIELAB. The matrix turns linear red, green and blue into those
+// that eyes of one kind see.
+std::array<double, 3> seen(const QColor &colour, const Matrix &eyes)
+{
+    std::array<double, 3> light{};
+    for (size_t part = 0; part < 3; ++part) {
+        light[part] = qBound(0.0,
+                             eyes[part][0] * linear(colour.redF()) + eyes[part][1] * linear(colour.greenF())
+                                 + eyes[part][2] * linear(colour.blueF()),
+                             1.0);
+    }
+    const auto root = [](double part) {
+        return part > 0.008856 ? std::cbrt(part) : 7.787 * part + 16.0 / 116;
+    };
+    const double x = root((0.4124 * light[0] + 0.3576 * light[1] + 0.1805 * light[2]) / 0.95047);
+    const double y = root(0.2126 * light[0] + 0.7152 * light[1] + 0.0722 * light[2]);
+    const double z = root((0.0193 * light[0] + 0.1192 * light[1] + 0.9505 * light[2]) / 1.08883);
+    return {116 * y - 16, 500 * (x - y), 200 * (y - z)};
+}
+
+double distance(const QColor &one, const QColor &other, const Matrix &eyes)
+{
+    const auto first = seen(one, eyes);
+    const auto second = seen(other, eyes);
+    return std::hypot(first[0] - second[0], first[1] - second[1], first[2] - second[2]);
+}
+
 double luminance(const QColor &colour)
 {
-    const auto linear = [](double part) {
-        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
     return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
         + 0.0722 * linear(colour.blueF());
 }
@@ -161,6 +198,54 @@ void TestTrendParts::stylesDiffer()
         }
         QVERIFY(CurveStyle::count >= 16);
         QCOMPARE(seen.size(), CurveStyle::count);
+    }
+}
+
+void TestTrendParts::coloursDifferForAllEyes_data()
+{
+    QTest::addColumn<QColor>("base");
+    QTest::addColumn<Matrix>("eyes"); // of Machado, Oliveira and Fernandes (2009), at their full severity
+    const struct {
+        const char *name;
+        Matrix matrix;
+    } eyes[] = {
+        {"normal", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}},
+        {"protan",
+         {{{0.152286, 1.052583, -0.204868},
+           {0.114503, 0.786281, 0.099216},
+           {-0.003882, -0.048116, 1.051998}}}},
+        {"deutan",
+         {{{0.367322, 0.860646, -0.227968},
+           {0.280085, 0.672501, 0.047413},
+           {-0.011820, 0.042940, 0.968881}}}},
+        {"tritan",
+         {{{1.255528, -0.076749, -0.178779},
+           {-0.078411, 0.930809, 0.147602},
+           {0.004733, 0.691367, 0.303900}}}},
+    };
+    for (const auto &row : eyes) {
+        QTest::addRow("%s, light", row.name) << QColor(Qt::white) << row.matrix;
+        QTest::addRow("%s, dark", row.name) << QColor(0x23, 0x23, 0x23) << row.matrix;
+    }
+}
+
+// A distance of 2.3 can just be seen on large areas, ten is another colour. Neighbours are those that are
+// seen together most often.
+void TestTrendParts::coloursDifferForAllEyes()
+{
+    QFETCH(QColor, base);
+    QFETCH(Matrix, eyes);
+    const QPalette desktop = desktopOf(base);
+    for (int one = 0; one < CurveStyle::count; ++one) {
+        for (int other = one + 1; other < CurveStyle::count; ++other) {
+            const QPen first = CurveStyle::pen(one, desktop);
+            const QPen second = CurveStyle::pen(other, desktop);
+            if (first.style() == second.style()) {
+                const double apart = distance(first.color(), second.color(), eyes);
+                QVERIFY2(apart >= (other == one + 1 ? 17 : 13),
+                         qPrintable(QString("%1 and %2: %3").arg(one).arg(other).arg(apart)));
+            }
+        }
     }
 }
 
