@@ -3801,6 +3801,17 @@
     </message>
 </context>
 <context>
+    <name>TrendNote</name>
+    <message>
+        <source>Of %1 points only the first %2 were taken: more could not be told apart.</source>
+        <translation>共 %1 个点，只取了前 %2 个：再多将无法分辨。</translation>
+    </message>
+    <message>
+        <source>The clock of this computer was set back. The times go on from before, %1 ahead of it.</source>
+        <translation>本计算机的时钟被调回。时间从调回之前继续，比时钟快 %1。</translation>
+    </message>
+</context>
+<context>
     <name>TrendPicture</name>
     <message>
         <source>%1 more</source>
@@ -4000,14 +4011,6 @@
     <message>
         <source>The source of these values is closed</source>
         <translation>这些数值的来源已关闭</translation>
-    </message>
-    <message>
-        <source>Of %1 points only the first %2 were taken: more could not be told apart.</source>
-        <translation>共 %1 个点，只取了前 %2 个：再多将无法分辨。</translation>
-    </message>
-    <message>
-        <source>The clock of this computer was set back. The times go on from before, %1 ahead of it.</source>
-        <translation>本计算机的时钟被调回。时间从调回之前继续，比时钟快 %1。</translation>
     </message>
     <message>
         <source>Trend</source>

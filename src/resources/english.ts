@@ -3799,6 +3799,17 @@
     </message>
 </context>
 <context>
+    <name>TrendNote</name>
+    <message>
+        <source>Of %1 points only the first %2 were taken: more could not be told apart.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The clock of this computer was set back. The times go on from before, %1 ahead of it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>TrendPicture</name>
     <message>
         <source>%1 more</source>
@@ -3997,14 +4008,6 @@
     </message>
     <message>
         <source>The source of these values is closed</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Of %1 points only the first %2 were taken: more could not be told apart.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The clock of this computer was set back. The times go on from before, %1 ahead of it.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -7,6 +7,7 @@
 #include "trends/recordingline.h"
 #include "trends/trendfeed.h"
 #include "trends/trendmarks.h"
+#include "trends/trendnote.h"
 #include "trends/trendplot.h"
 #include "trends/trendsaver.h"
 #include "trends/trendtexts.h"
@@ -47,7 +48,7 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     , m_readout(new Readout(m_plot->canvas()))
     , m_recording(new RecordingLine(this))
     , m_markerLine(new QuietLine(this))
-    , m_note(new QLabel(this))
+    , m_note(new TrendNote(this))
     , m_hint(new QLabel(tr("Drop rows of live values here, or press Add..."), this))
     , m_pages(new QStackedWidget(this))
     , m_splitter(new QSplitter(Qt::Vertical, this))
@@ -77,10 +78,6 @@ TrendWindow::~TrendWindow()
 
 void TrendWindow::layOut()
 {
-    m_note->setObjectName(QStringLiteral("note"));
-    m_note->setTextFormat(Qt::PlainText);
-    m_note->setWordWrap(true);
-    m_note->hide();
     m_hint->setObjectName(QStringLiteral("hint"));
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
@@ -142,20 +139,16 @@ void TrendWindow::connectSource()
 {
     connect(m_feed, &TrendFeed::answered, this, &TrendWindow::take);
     connect(source(), &SampleSource::grown, this, [this] { m_hasGrown = true; });
-    connect(source(), &SampleSource::failed, this, [this](const QString &why) { tell(Note::Failure, why); });
+    connect(source(), &SampleSource::failed, this,
+            [this](const QString &why) { m_note->tell(TrendNote::Failure, why); });
     connect(source(), &QObject::destroyed, this,
-            [this] { tell(Note::Failure, tr("The source of these values is closed")); });
+            [this] { m_note->tell(TrendNote::Failure, tr("The source of these values is closed")); });
 }
 
 void TrendWindow::addPoints(const QVector<Point> &points)
 {
     const QVector<PointId> fresh = m_figures->add(points.mid(0, mostAtOnce));
-    tell(Note::Excess,
-         points.size() > mostAtOnce
-             ? tr("Of %1 points only the first %2 were taken: more could not be told apart.")
-                   .arg(points.size())
-                   .arg(mostAtOnce)
-             : QString());
+    m_note->tellExcess(points.size(), mostAtOnce);
     if (fresh.isEmpty()) {
         return;
     }
@@ -287,7 +280,7 @@ void TrendWindow::choosePoints()
 void TrendWindow::removeRows(const QVector<int> &rows)
 {
     m_feed->remove(m_figures->remove(rows));
-    tell(Note::Excess, QString());
+    m_note->tell(TrendNote::Excess, QString());
     if (m_figures->rowCount() == 0) {
         m_pages->setCurrentIndex(0);
     }
@@ -311,7 +304,7 @@ void TrendWindow::ask()
 void TrendWindow::take(const SampleSource::Request &request, const QVector<Thinned> &answers)
 {
     m_figures->describe(m_feed->points());
-    tell(Note::Failure, QString());
+    m_note->tell(TrendNote::Failure, QString());
     m_figures->setAnswers(request, answers);
     scheduleRedraw();
 }
@@ -395,26 +388,9 @@ void TrendWindow::showTitle()
                                        : tr("Trend: %1").arg(standards.join(QStringLiteral(", "))));
 }
 
-void TrendWindow::tell(Note note, const QString &text)
-{
-    m_notes[note] = text;
-    QStringList lines(std::begin(m_notes), std::end(m_notes));
-    lines.removeAll(QString());
-    m_note->setText(lines.join(QLatin1Char('\n')));
-    m_note->setVisible(!lines.isEmpty());
-}
-
 void TrendWindow::tellClock()
 {
-    const qint64 ahead = m_feed->isGrowing() ? m_feed->clock().ahead : 0;
-    const qint64 rounded = (ahead + TimeView::second / 2) / TimeView::second * TimeView::second;
-    const QString text = ahead > 0
-        ? tr("The clock of this computer was set back. The times go on from before, %1 ahead of it.")
-              .arg(TrendTexts::ofDuration(rounded))
-        : QString();
-    if (text != m_notes[Note::Clock]) {
-        tell(Note::Clock, text);
-    }
+    m_note->tellAhead(m_feed->isGrowing() ? m_feed->clock().ahead : 0);
 }
 
 TrendPicture TrendWindow::picture() const

@@ -19,6 +19,7 @@ class Readout;
 class RecordingLine;
 class TrendFeed;
 class TrendMarks;
+class TrendNote;
 class TrendPicture;
 class TrendPlot;
 class ViewControl;
@@ -68,9 +69,6 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // What the note tells, a line each.
-    enum Note { Failure, Excess, Clock, NoteCount };
-
     bool takes(const QDropEvent &drop) const;
     void layOut();
     void addKeys();
@@ -91,7 +89,6 @@ private:
     void showReadout();
     void showTools();
     void showTitle();
-    void tell(Note note, const QString &text);
     void tellClock();
     TrendPicture picture() const;
     QString fileName() const;
@@ -106,8 +103,7 @@ private:
     Readout *m_readout;
     RecordingLine *m_recording;
     QuietLine *m_markerLine;
-    QLabel *m_note;
-    QString m_notes[NoteCount];
+    TrendNote *m_note;
     QLabel *m_hint;
     QStackedWidget *m_pages;
     QSplitter *m_splitter;
