@@ -17,6 +17,7 @@
 #include <QMimeData>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSemaphore>
 #include <QSvgRenderer>
 
@@ -65,17 +66,19 @@ public:
         slow->samples = FakeSource::cursor(id, range);
         slow->gate = gate;
         slow->failure = failure;
+        slow->wait = wait;
         return slow;
     }
 
     std::shared_ptr<QSemaphore> gate = std::make_shared<QSemaphore>(); // of samples
     QString failure;                                                   // after them
+    int wait = -1; // ms for each of them at most; -1 for ever
 
 private:
     struct Slow : SampleCursor {
         bool next(Sample *sample) override
         {
-            gate->acquire();
+            gate->tryAcquire(1, wait);
             return samples->next(sample);
         }
         QString error() const override { return failure; }
@@ -83,6 +86,7 @@ private:
         std::unique_ptr<SampleCursor> samples;
         std::shared_ptr<QSemaphore> gate;
         QString failure;
+        int wait = -1;
     };
 };
 
@@ -119,8 +123,10 @@ void TestTrendOutput::recordingLineStandsBelowTheTools()
     QVERIFY(line->isVisible());
     QCOMPARE(line->text(), "Since 12:00, 7 samples");
     QVERIFY(tool("record")->isChecked());
+    QCOMPARE(tool("record")->text(), "Stop Recording");
     window->setRecordingLine(QString());
     QVERIFY(!line->isVisible());
+    QCOMPARE(tool("record")->text(), "Record");
     QVERIFY(!tool("record")->isChecked());
 }
 
@@ -228,6 +234,7 @@ void TestTrendOutput::savesValuesBesideTheWindow()
 {
     auto *slow = new SlowSource;
     source.reset(slow);
+    const auto letAll = qScopeGuard([gate = slow->gate] { gate->release(1000); });
     source->add("Voltage", "float", {valid(0, 1), valid(500, 2), valid(1000, 3)});
     RUN(open());
     QFile::remove("slow.csv");
@@ -238,6 +245,7 @@ void TestTrendOutput::savesValuesBesideTheWindow()
     QVERIFY(!progress->isModal());
     slow->gate->release(2);
     QTRY_COMPARE(progress->value(), 49);
+    QApplication::setActiveWindow(window);
     press(Qt::Key_2); // the window goes on
     QCOMPARE(screen(), (QVector<double>{350, 650}));
     QVERIFY(!QFile::exists("slow.csv"));
@@ -258,6 +266,8 @@ void TestTrendOutput::cancelledValuesLeaveTheFileAsItWas()
     QFETCH(bool, closes);
     auto *slow = new SlowSource;
     source.reset(slow);
+    slow->wait = closes ? 500 : -1;
+    const auto letAll = qScopeGuard([gate = slow->gate] { gate->release(1000); });
     source->add("Voltage", "float", {valid(0, 1), valid(500, 2), valid(1000, 3)});
     RUN(open());
     Files::put("older.csv", "older");
@@ -265,13 +275,11 @@ void TestTrendOutput::cancelledValuesLeaveTheFileAsItWas()
     RUN(saveValuesTo("older.csv"));
     auto *progress = window->findChild<QProgressDialog *>();
     QTRY_VERIFY(progress->isVisible());
-    if (!closes) {
-        progress->findChild<QPushButton *>()->click();
-    }
-    slow->gate->release(2);
     if (closes) {
         delete window;
     } else {
+        progress->findChild<QPushButton *>()->click();
+        slow->gate->release(2);
         QTRY_VERIFY(!window->findChild<ValueSaver *>() && !window->findChild<QProgressDialog *>());
     }
     QCOMPARE(Files::contents("older.csv"), "older");
@@ -327,7 +335,7 @@ void TestTrendOutput::silentSourceKeepsTheWindowAlive()
     source->answers = false;
     RUN(open(true));
     QCOMPARE(cell(0, FigureModel::Current), "–");
-    for (const int key : {Qt::Key_Plus, Qt::Key_Left, Qt::Key_A, Qt::Key_Home, Qt::Key_Escape}) {
+    for (const int key : {Qt::Key_3, Qt::Key_Plus, Qt::Key_Left, Qt::Key_A, Qt::Key_Home, Qt::Key_Escape}) {
         press(key);
     }
     QVERIFY(!source->requests.isEmpty());
