@@ -4001,6 +4001,10 @@
         <source>%1 s</source>
         <translation>%1 秒</translation>
     </message>
+    <message>
+        <source>Stop Recording</source>
+        <translation>停止记录</translation>
+    </message>
 </context>
 <context>
     <name>TrendWindow</name>

@@ -3999,6 +3999,10 @@
         <source>%1 s</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Stop Recording</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>TrendWindow</name>

@@ -266,7 +266,8 @@ QVariant FigureModel::headerData(int section, Qt::Orientation orientation, int r
         return FigureTable::tr(title.title);
     }
     if (role == Qt::TextAlignmentRole) {
-        return alignmentOf(section);
+        // On the left it would touch the title before.
+        return section == RightScale ? int(Qt::AlignCenter) : alignmentOf(section);
     }
     return role == Qt::ToolTipRole ? QVariant(FigureTable::tr(title.toolTip)) : QVariant();
 }

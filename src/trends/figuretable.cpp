@@ -1,6 +1,7 @@
 #include "trends/figuretable.h"
 
 #include "trends/figuremodel.h"
+#include "trends/trendtexts.h"
 #include "widgets/svgicon.h"
 #include "widgets/tablecopy.h"
 
@@ -13,7 +14,8 @@ namespace {
 
 constexpr int figureChars = 12; // wide enough for most numbers; a tool tip tells longer ones
 constexpr int typeChars = 6;
-constexpr int fewRows = 3; // of the height that the table asks for
+constexpr int margins = 10; // pixels of a cell
+constexpr int fewRows = 3;  // of the height that the table asks for
 constexpr int manyRows = 7;
 
 } // namespace
@@ -49,8 +51,16 @@ void FigureTable::setUpColumns()
     header->setHighlightSections(false);
     for (int column = 0; column < FigureModel::ColumnCount; ++column) {
         const int chars = column == FigureModel::Type ? typeChars : figureChars;
-        const int width = fontMetrics().averageCharWidth() * chars + 10;
+        const int width = fontMetrics().averageCharWidth() * chars + margins;
         header->resizeSection(column, qMax(width, header->sectionSizeHint(column)));
+    }
+    int breaks = 0; // which stand at markers
+    for (const SampleState state : {SampleState::NotValid, SampleState::NoNumber, SampleState::NoReport,
+                                    SampleState::Ended, SampleState::Dropped}) {
+        breaks = qMax(breaks, fontMetrics().horizontalAdvance(TrendTexts::ofBreak(state)) + margins);
+    }
+    for (const FigureModel::Column column : {FigureModel::AtA, FigureModel::AtB}) {
+        header->resizeSection(column, qMax(breaks, header->sectionSize(column)));
     }
     header->setMinimumSectionSize(header->sectionSizeHint(FigureModel::AtA));
     header->setSectionResizeMode(FigureModel::Name, QHeaderView::Stretch);

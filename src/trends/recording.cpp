@@ -55,14 +55,12 @@ QString Recording::line() const
 {
     const Recorder::Status status = m_recorder->status();
     const QLocale locale;
+    // What changes comes first: a narrow line leaves out its middle.
     QStringList parts{tr("Recording %1").arg(m_subject.name)};
     if (m_isStopping) {
         parts.append(tr("what is under way is being written"));
     } else if (status.state == Recorder::State::Troubled) {
         parts.append(tr("nothing is being written: %1").arg(status.error));
-    }
-    if (status.since > 0) {
-        parts.append(tr("since %1").arg(timeOf(status.since)));
     }
     parts.append(tr("samples: %1").arg(locale.toString(status.samples)));
     if (status.dropped > 0) {
@@ -70,6 +68,9 @@ QString Recording::line() const
     }
     if (status.bytes >= 0) {
         parts.append(locale.formattedDataSize(status.bytes));
+    }
+    if (status.since > 0) {
+        parts.append(tr("since %1").arg(timeOf(status.since)));
     }
     parts.append(placeOf(m_recorder->target()));
     return parts.join(QStringLiteral(" · "));

@@ -1,6 +1,7 @@
 #include "trends/trendfeed.h"
 
 #include "history/history.h"
+#include "history/recordingreader.h"
 
 #include <QDateTime>
 #include <QSet>
@@ -23,6 +24,11 @@ TrendFeed::TrendFeed(SampleSource *source, QObject *parent)
 TrendFeed::~TrendFeed()
 {
     release(m_points);
+}
+
+bool TrendFeed::isRecorded() const
+{
+    return qobject_cast<RecordingReader *>(m_source);
 }
 
 void TrendFeed::add(const QVector<PointId> &points)

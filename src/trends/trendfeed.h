@@ -19,6 +19,7 @@ public:
     ~TrendFeed() override;
 
     SampleSource *source() const { return m_source; } // null once it has died
+    bool isRecorded() const;
     bool isGrowing() const { return m_source && m_source->isGrowing(); }
     void add(const QVector<PointId> &points);
     void remove(const QVector<PointId> &points);

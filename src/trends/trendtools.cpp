@@ -49,6 +49,11 @@ constexpr Row rows[] = {
      QT_TRANSLATE_NOOP("TrendTools", "Saves the values on screen as CSV (Ctrl+E)")},
 };
 
+QIcon iconOf(const char *name)
+{
+    return svgIcon(QStringLiteral(":/adsdemo/images/%1.svg").arg(QLatin1String(name)));
+}
+
 } // namespace
 
 TrendTools::TrendTools(QWidget *parent)
@@ -88,7 +93,7 @@ void TrendTools::addButtons()
     for (const Row &tool : rows) {
         auto *button = new QToolButton(this);
         button->setObjectName(QLatin1String(tool.name));
-        button->setIcon(svgIcon(QStringLiteral(":/adsdemo/images/%1.svg").arg(QLatin1String(tool.icon))));
+        button->setIcon(iconOf(tool.icon));
         button->setText(tr(tool.text));
         button->setToolTip(tr(tool.toolTip));
         button->setAccessibleName(button->text().remove(QStringLiteral("...")));
@@ -105,6 +110,18 @@ void TrendTools::addButtons()
     }
 }
 
+void TrendTools::showRecording(bool on)
+{
+    QToolButton *record = button(Tool::Record);
+    const QString text = on ? tr("Stop Recording") : tr("Record");
+    if (record->text() != text) {
+        record->setIcon(iconOf(on ? "stop" : "record"));
+        record->setText(text);
+        record->setAccessibleName(text);
+    }
+    record->setChecked(on);
+}
+
 void TrendTools::showSpan(qint64 span)
 {
     const int place = m_spans->findData(span);
@@ -113,8 +130,9 @@ void TrendTools::showSpan(qint64 span)
         if (seconds < 120) {
             return tr("%1 s").arg(seconds);
         }
-        return seconds < 3 * 3600 ? tr("%1 min").arg(qRound(double(seconds) / 60))
-                                  : tr("%1 h").arg(qRound(double(seconds) / 3600));
+        return seconds < 3 * TimeView::hour / TimeView::second
+            ? tr("%1 min").arg(qRound(double(seconds) / 60))
+            : tr("%1 h").arg(qRound(double(seconds) / 3600));
     };
     m_spans->setPlaceholderText(text(qMax<qint64>(1, span / TimeView::second)));
 }

@@ -28,6 +28,8 @@ public:
     explicit TrendTools(QWidget *parent = nullptr);
 
     QToolButton *button(Tool tool) const { return m_buttons.value(tool); }
+    // The tool that records then stops that.
+    void showRecording(bool on);
     // A span in ms; one that is not in the list is shown as it is.
     void showSpan(qint64 span);
 

@@ -57,6 +57,7 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     setAcceptDrops(true);
     setWindowIcon(svgIcon(QStringLiteral(":/adsdemo/images/trend.svg")));
     layOut();
+    setWorks();
     addKeys();
     connectParts();
     connectSource();
@@ -118,6 +119,23 @@ void TrendWindow::addKeys()
     auto *copying = new QShortcut(QKeySequence::Copy, m_plot);
     copying->setContext(Qt::WidgetWithChildrenShortcut);
     connect(copying, &QShortcut::activated, this, [this] { use(Tool::Copy); });
+}
+
+void TrendWindow::setWorks()
+{
+    m_works = {
+        {Tool::Follow, [this] { m_control->toggleFollowing(); }},
+        {Tool::Back, [this] { m_control->back(); }},
+        {Tool::ZoomIn, [this] { m_control->zoomIn(); }},
+        {Tool::ZoomOut, [this] { m_control->zoomOut(); }},
+        {Tool::Markers, [this] { m_control->toggleMarkers(); }},
+        {Tool::Add, [this] { choosePoints(); }},
+        {Tool::Record, [this] { emit recordAsked(); }},
+        {Tool::Open, [this] { emit openAsked(); }},
+        {Tool::Copy, [this] { TrendSaver::copy(picture(), size(), palette()); }},
+        {Tool::SavePicture, [this] { savePicture(); }},
+        {Tool::SaveValues, [this] { saveValues(); }},
+    };
 }
 
 void TrendWindow::connectParts()
@@ -200,41 +218,7 @@ void TrendWindow::setRecordingLine(const QString &text)
 void TrendWindow::use(Tool tool)
 {
     const QPointer<TrendWindow> self(this); // dialogs may outlive it
-    switch (tool) {
-    case Tool::Follow:
-        m_control->toggleFollowing();
-        break;
-    case Tool::Back:
-        m_control->back();
-        break;
-    case Tool::ZoomIn:
-        m_control->zoomIn();
-        break;
-    case Tool::ZoomOut:
-        m_control->zoomOut();
-        break;
-    case Tool::Markers:
-        m_control->toggleMarkers();
-        break;
-    case Tool::Add:
-        choosePoints();
-        break;
-    case Tool::Record:
-        emit recordAsked();
-        break;
-    case Tool::Open:
-        emit openAsked();
-        break;
-    case Tool::Copy:
-        TrendSaver::copy(picture(), size(), palette());
-        break;
-    case Tool::SavePicture:
-        savePicture();
-        break;
-    case Tool::SaveValues:
-        saveValues();
-        break;
-    }
+    m_works.value(tool)();
     if (self) {
         showTools();
     }
@@ -370,8 +354,9 @@ void TrendWindow::showTools()
     m_tools->button(Tool::Follow)->setEnabled(hasCurves && m_feed->isGrowing());
     m_tools->button(Tool::Back)->setEnabled(view.canGoBack());
     m_tools->button(Tool::Markers)->setChecked(m_marks->markers().isAnySet());
-    m_tools->button(Tool::Record)->setChecked(!m_recording->text().isEmpty());
-    for (const Tool tool : {Tool::Markers, Tool::Record, Tool::Copy, Tool::SavePicture, Tool::SaveValues}) {
+    m_tools->showRecording(!m_recording->text().isEmpty());
+    m_tools->button(Tool::Record)->setEnabled(hasCurves && !m_feed->isRecorded());
+    for (const Tool tool : {Tool::Markers, Tool::Copy, Tool::SavePicture, Tool::SaveValues}) {
         m_tools->button(tool)->setEnabled(hasCurves);
     }
 }

@@ -9,6 +9,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <functional>
+
 class FigureModel;
 class FigureTable;
 class QLabel;
@@ -72,6 +74,7 @@ private:
     bool takes(const QDropEvent &drop) const;
     void layOut();
     void addKeys();
+    void setWorks();
     void connectParts();
     void connectSource();
     void use(TrendTools::Tool tool);
@@ -93,6 +96,7 @@ private:
     TrendPicture picture() const;
     QString fileName() const;
 
+    QMap<TrendTools::Tool, std::function<void()>> m_works;
     TrendFeed *m_feed;
     TrendTools *m_tools;
     TrendPlot *m_plot;

@@ -11,5 +11,6 @@ public:
     explicit ComboBox(QWidget *parent = nullptr);
 
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
 };

@@ -283,6 +283,7 @@ void TestRecordings::openedRecordingIsShown()
     QCOMPARE(namesOf(window), QStringList("Ub"));
     QVERIFY2(window->windowTitle().contains("recorded.sqlite"), qPrintable(window->windowTitle()));
     QCOMPARE(samplesOf(window->source(), riverside("Ub")), QStringList({"4", ended}));
+    QVERIFY(!window->findChild<QToolButton *>("record")->isEnabled()); // nothing comes there
 }
 
 void TestRecordings::liveRowsAreNotAddedToARecording()

@@ -204,6 +204,9 @@ void TestTrendHands::listChoosesTheSpan()
     auto *spans = window->findChild<QComboBox *>("span");
     QCOMPARE(spans->currentIndex(), -1);
     QCOMPARE(spans->placeholderText(), "17 min");
+    const QImage shown = spans->grab().toImage();
+    spans->setPlaceholderText("18 min");
+    QVERIFY(spans->grab().toImage() != shown);
     spans->setFocus();
     spans->setCurrentIndex(spans->findText("2 h"));
     emit spans->activated(spans->currentIndex());
@@ -335,6 +338,8 @@ void TestTrendHands::markersTellDifferences()
     QVERIFY(!table->isColumnHidden(FigureModel::AtA));
     QCOMPARE(cell(0, FigureModel::AtA), "230");
     QCOMPARE(cell(0, FigureModel::AtB), "not valid");
+    const int longest = table->fontMetrics().horizontalAdvance("session ended");
+    QVERIFY(table->columnWidth(FigureModel::AtB) >= longest + 6); // and its margins
     QCOMPARE(cell(0, FigureModel::Difference), "–");
     point(700);
     press(Qt::Key_B);
