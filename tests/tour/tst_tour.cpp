@@ -8,6 +8,8 @@
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
+#include "trends/figuremodel.h"
+#include "trends/trendwindow.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -22,6 +24,7 @@
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTextEdit>
+#include <QToolButton>
 #include <QUdpSocket>
 #include <QtTest>
 
@@ -45,6 +48,7 @@ private slots:
     void itsSettingsAreWritten();
     void theProjectIsPushed();
     void itsValuesComeLive();
+    void aTrendIsWatched();
     void theProjectIsSaved();
     void aLargeProjectIsLoadedPushedAndWatched();
 
@@ -297,6 +301,32 @@ void TestTour::itsValuesComeLive()
     watch(project + "/Data/Protection relay", "Protection relay", 3);
     m_user->widenLiveValues();
     m_user->picture("13-live-values");
+}
+
+void TestTour::aTrendIsWatched()
+{
+    SKIP_WITHOUT_SIMULATOR("a real Box has other meters than the tour's");
+    // In a picture there is to be something to see.
+    const qint64 length = qEnvironmentVariableIsSet("TOUR_DIR") ? 20000 : 500;
+    const QWidget *page = m_window->monitoringTabs()->currentWidget();
+    page->findChild<QTableWidget *>()->selectAll();
+    page->findChild<QToolButton *>("trendTool")->click();
+    auto *trend = m_window->findChild<TrendWindow *>();
+    QVERIFY(trend);
+    trend->resize(960, 540);
+    QVERIFY(QTest::qWaitForWindowExposed(trend));
+    QCOMPARE(trend->points().size(), 3);
+    const PointId first = trend->points().first().id;
+    QTRY_VERIFY_WITH_TIMEOUT(trend->source()->extent(first).to - trend->source()->extent(first).from > length,
+                             60000);
+    auto *curves = trend->findChild<QWidget *>("curves");
+    QTest::keyClick(curves, Qt::Key_1); // a minute
+    QTest::keyClick(curves, Qt::Key_Plus);
+    auto *figures = trend->findChild<QTableView *>("figures");
+    QTRY_VERIFY(figures->model()->index(0, FigureModel::Current).data().toDouble() > 0);
+    QTest::mouseMove(curves, QPoint(curves->width() / 2, curves->height() / 2));
+    m_user->picture("15-trend", trend);
+    trend->close();
 }
 
 void TestTour::theProjectIsSaved()
