@@ -316,12 +316,12 @@ void TestTour::aTrendIsWatched()
     trend->resize(960, 540);
     QVERIFY(QTest::qWaitForWindowExposed(trend));
     QCOMPARE(trend->points().size(), 3);
-    const PointId first = trend->points().first().id;
-    QTRY_VERIFY_WITH_TIMEOUT(trend->source()->extent(first).to - trend->source()->extent(first).from > length,
-                             60000);
     for (int step = 0; step < 5; ++step) { // to half a minute
         trend->findChild<QToolButton *>("zoomIn")->click();
     }
+    const PointId first = trend->points().first().id;
+    QTRY_VERIFY_WITH_TIMEOUT(trend->source()->extent(first).to - trend->source()->extent(first).from > length,
+                             60000);
     auto *figures = trend->findChild<QTableView *>("figures");
     QTRY_VERIFY(figures->model()->index(0, FigureModel::Current).data().toDouble() > 0);
     m_user->picture("15-trend", trend);
