@@ -286,6 +286,7 @@ void TestTrendHands::nothingIsKnownOfTheFuture()
     source->append(voltage, {now, 7, SampleState::Valid, QString()});
     RUN(open(true));
     window->setClock([now] { return ArrivalClock::Present{now + 1000, 0}; });
+    press(Qt::Key_Space);
     press(Qt::Key_PageDown);
     press(Qt::Key_Left);
     QCOMPARE(source->requests.last().now, now + 1000);

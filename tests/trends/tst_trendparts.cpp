@@ -384,7 +384,7 @@ void TestTrendParts::ticks_data()
     QTest::newRow("far from zero") << 1234567.8 << 0.1 << "1234567.8";
     QTest::newRow("sum of steps") << 0.1 * 3 << 0.1 << "0.3";
     QTest::newRow("nearly zero") << 5.6e-17 << 0.1 << "0";
-    QTest::newRow("small") << 0.000003 << 0.0000005 << "3.0e-06";
+    QTest::newRow("small") << 0.000003 << 0.0000005 << "3e-06";
     QTest::newRow("immense") << 1.5e300 << 5e299 << "1.5e+300";
 }
 

@@ -260,7 +260,6 @@ void TestTrendWindow::scaleTellsItsStepsApart()
     }
     QVERIFY(ticks.size() > 2);
     QCOMPARE(labels.size(), ticks.size());
-    QVERIFY(labels.contains("1234568.0"));
     QCOMPARE(cell(0, FigureModel::Greatest), "1234568.1");
 }
 
