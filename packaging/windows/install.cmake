@@ -9,8 +9,11 @@ find_program(WINDEPLOYQT windeployqt HINTS ${qt_bin} REQUIRED)
 install(CODE "execute_process(
   COMMAND \"${WINDEPLOYQT}\" --release --no-translations --compiler-runtime marlin-gate-70.exe boxsim.exe
   WORKING_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\" COMMAND_ERROR_IS_FATAL ANY)")
-# windeployqt brings Qt's libraries, not the docking library.
+# windeployqt brings Qt's libraries, not the docking library and the plots.
 install(FILES $<TARGET_FILE:${docking_target}> DESTINATION .)
+get_filename_component(qwt_folder ${QWT_LIBRARY} DIRECTORY)
+find_file(QWT_DLL NAMES qwt.dll qwt-qt5.dll HINTS ${qwt_folder} ${qwt_folder}/../bin REQUIRED)
+install(FILES ${QWT_DLL} DESTINATION .)
 
 set(CPACK_GENERATOR ZIP NSIS)
 set(CPACK_PACKAGE_INSTALL_DIRECTORY "Marlin Gate 70")
