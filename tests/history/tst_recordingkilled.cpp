@@ -83,14 +83,17 @@ void TestRecordingKilled::fileIsAlwaysGood()
 {
     constexpr int kills = 100;
     constexpr int atOnce = 10;
+    constexpr int longRuns = 15;
     const QTemporaryDir folder;
     std::vector<QString> problems(kills);
     std::vector<std::thread> threads;
     for (int thread = 0; thread < atOnce; ++thread) {
         threads.emplace_back([&problems, &folder, thread] {
             for (int round = thread; round < kills; round += atOnce) {
-                // Most are short: around the opening and the first transactions.
-                const int ms = round < atOnce ? 1500 : int(QRandomGenerator::global()->bounded(600U));
+                // Most are short: around the opening and the first transactions. What is lost shows only
+                // after more than a second.
+                const int random = int(QRandomGenerator::global()->bounded(600U));
+                const int ms = round < longRuns ? 1300 + 2 * random : random;
                 problems[size_t(round)] = kill(folder.filePath(QString::number(round)), ms);
             }
         });
