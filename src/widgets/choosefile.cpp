@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr int longestName = 200; // bytes of UTF-8; file systems take 255, an ending included
+
 QString &usedFolder()
 {
     static QString folder;
@@ -54,7 +56,11 @@ QFileDialog *saveDialog(QWidget *parent, const QString &caption, const QString &
 QString asFileName(QString name)
 {
     static const QRegularExpression refused(QStringLiteral("[\\x{00}-\\x{1F}/\\\\:*?\"<>|]"));
-    return name.replace(refused, QStringLiteral("_"));
+    name.replace(refused, QStringLiteral("_"));
+    while (name.toUtf8().size() > longestName) {
+        name.chop(name.size() > 1 && name.at(name.size() - 1).isLowSurrogate() ? 2 : 1);
+    }
+    return name;
 }
 
 QString chooseOpenFile(QWidget *parent, const QString &caption, const QString &folder, const QString &filter)

@@ -19,7 +19,7 @@ QString chooseSaveFile(QWidget *parent, const QString &caption, const QString &f
 QString chooseGrowingFile(QWidget *parent, const QString &caption, const QString &folder,
                           const QString &filter, const QString &name);
 // The text without what no file may have in its name, on any system, since the file may be carried to
-// another.
+// another; cut off where it is too long for one.
 QString asFileName(QString name);
 
 // The folder of the file that was chosen last by either function; empty before the first one.

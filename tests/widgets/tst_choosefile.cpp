@@ -31,6 +31,7 @@ private slots:
     void keepsTheFolderOfTheLastFile_data() { questions(); }
     void keepsTheFolderOfTheLastFile();
     void offersANameThatAnyFileMayHave();
+    void longNamesAreCut();
     void addsTheEndingThatWasNotTyped_data();
     void addsTheEndingThatWasNotTyped();
     void asksAboutAFileThatIsReplaced_data();
@@ -138,6 +139,15 @@ void TestChooseFile::offersANameThatAnyFileMayHave()
         dialog->close();
     });
     chooseSaveFile(m_parent.get(), "Caption", QDir::currentPath(), "Texts (*.txt)", "Pump 1/2: north?");
+}
+
+// No file system takes more than 255 bytes.
+void TestChooseFile::longNamesAreCut()
+{
+    const QString word = QString::fromUtf8("\xF0\xA0\x80\x80"); // four bytes, two characters
+    QCOMPARE(asFileName(QString(300, QChar('x'))), QString(200, QChar('x')));
+    QCOMPARE(asFileName('x' + word.repeated(100)), 'x' + word.repeated(49));
+    QCOMPARE(asFileName(word.repeated(50)), word.repeated(50));
 }
 
 void TestChooseFile::addsTheEndingThatWasNotTyped_data()
