@@ -9,6 +9,7 @@
 namespace {
 
 constexpr int samplesAtOnce = 10000;
+constexpr int charactersAtOnce = 2 * 1024 * 1024; // of their texts; 4 MiB
 
 // Reads "time, number, validity, text". What other programs may have written amiss is nothing that is known.
 Sample sampleOf(const QSqlQuery &query)
@@ -67,10 +68,12 @@ void RecordingWalk::fetch()
 {
     m_place = 0;
     // Most samples are plain, and each column that is read costs as much as the next one.
+    bool isCut = false;
     if (!fetchPlain() && !m_hasFailed) {
-        fetchAll();
+        isCut = !fetchAll();
     }
-    m_isAtEnd = m_hasFailed || m_samples.size() < samplesAtOnce || m_samples.last().time >= m_range.to
+    const bool isPiece = isCut || m_samples.size() == samplesAtOnce;
+    m_isAtEnd = m_hasFailed || !isPiece || m_samples.last().time >= m_range.to
         || m_samples.last().time < m_range.from;
     if (!m_isAtEnd) {
         m_range.from = m_samples.last().time + 1;
@@ -90,13 +93,16 @@ bool RecordingWalk::fetchPlain()
     return isPlain && !m_hasFailed;
 }
 
-void RecordingWalk::fetchAll()
+bool RecordingWalk::fetchAll()
 {
     QSqlQuery query = asked(QStringLiteral("time, number, validity, text"));
-    while (!m_hasFailed && query.next()) {
+    int characters = 0;
+    while (!m_hasFailed && characters < charactersAtOnce && query.next()) {
         m_samples.append(sampleOf(query));
+        characters += m_samples.last().text.size();
     }
     m_hasFailed = m_hasFailed || m_database->hasFailed(query);
+    return characters < charactersAtOnce;
 }
 
 // Begins anew with the samples that follow.

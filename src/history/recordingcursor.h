@@ -23,7 +23,7 @@ private:
     void fetch();
     // False where one of them has a text or is a break.
     bool fetchPlain();
-    void fetchAll();
+    bool fetchAll(); // false if the size of the texts cut it short
     QSqlQuery asked(const QString &columns);
 
     RecordingDatabase *m_database;
