@@ -35,6 +35,14 @@ QString detail(const QSqlError &error)
     return QLatin1String(" (") + (text.isEmpty() ? error.driverText() : text) + QLatin1Char(')');
 }
 
+// As libpq reads the value of an option.
+QString quoted(QString value)
+{
+    value.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    value.replace(QLatin1Char('\''), QLatin1String("\\'"));
+    return QLatin1Char('\'') + value + QLatin1Char('\'');
+}
+
 } // namespace
 
 RecordingDatabase::RecordingDatabase(const RecordingTarget &target)
@@ -112,10 +120,16 @@ void RecordingDatabase::connectToServer(QSqlDatabase *base) const
     base->setUserName(url.userName(QUrl::FullyDecoded));
     base->setPassword(url.password(QUrl::FullyDecoded));
     base->setDatabaseName(url.path(QUrl::FullyDecoded).mid(1));
-    QStringList options{QStringLiteral("connect_timeout=%1").arg(qMax(2, m_patience / 1000))};
+    // Neither a server that hangs nor a network that is gone keeps a thread for ever.
+    QStringList options{QStringLiteral("connect_timeout=%1").arg(qMax(2, m_patience / 1000)),
+                        QStringLiteral("keepalives_idle=10"),
+                        QStringLiteral("keepalives_interval=5"),
+                        QStringLiteral("keepalives_count=3"),
+                        QStringLiteral("tcp_user_timeout=15000"),
+                        QStringLiteral("options='-c statement_timeout=30000'")};
     const auto items = QUrlQuery(url).queryItems(QUrl::FullyDecoded);
     for (const auto &item : items) {
-        options.append(item.first + QLatin1Char('=') + item.second);
+        options.append(item.first + QLatin1Char('=') + quoted(item.second)); // the last of a name counts
     }
     base->setConnectOptions(options.join(QLatin1Char(';')));
 }
