@@ -12,6 +12,7 @@ namespace {
 
 constexpr int patience = 1000;        // ms for a locked file
 constexpr int samplesBetween = 10000; // that are read until it is looked for newer requests
+constexpr int tries = 3;              // of a request, each with the database opened anew
 
 } // namespace
 
@@ -53,12 +54,8 @@ void RecordingSession::open()
 
 void RecordingSession::poll()
 {
-    if (!m_database.isOpen()) {
-        if (!m_database.open(RecordingDatabase::Access::Read)) {
-            return;
-        }
-        m_told.clear();
-        answerAll();
+    if (!m_database.isOpen() && !m_database.open(RecordingDatabase::Access::Read)) {
+        return;
     }
     QElapsedTimer took;
     took.start();
@@ -83,6 +80,10 @@ void RecordingSession::poll()
     }
     // Many points take longer: most of the time is for the requests.
     m_timer.setInterval(qMax(m_pollInterval, int(took.elapsed()) * 10));
+    answerAll(); // what could not be answered before
+    if (m_database.isOpen()) {
+        m_told.clear();
+    }
 }
 
 // What changes whenever there may be more than has been read; of a server, while nothing is recorded.
@@ -111,12 +112,25 @@ void RecordingSession::answerAll()
             emit answered(answer);
         } else if (result == Result::Failed) {
             tellFailure();
-            if (m_database.isLocked() && isWanted(answer.asked)) {
-                ask(answer.asked);
-                QTimer::singleShot(m_pollInterval, this, &RecordingSession::answerAll);
-                return;
-            }
+            tryAgain(answer.asked);
+            return;
         }
+    }
+}
+
+// A lock is given back, and a server or a file may come back; what is damaged stays so.
+void RecordingSession::tryAgain(Asked asked)
+{
+    const bool isLocked = m_database.isLocked();
+    asked.failures += isLocked ? 0 : 1;
+    if (asked.failures < tries && isWanted(asked)) {
+        ask(asked);
+    }
+    if (isLocked) {
+        QTimer::singleShot(m_pollInterval, this, &RecordingSession::answerAll);
+    } else {
+        m_database.close(); // opened again by the next poll
+        m_version.clear();
     }
 }
 

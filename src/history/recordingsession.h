@@ -20,6 +20,7 @@ public:
         quint64 number = 0; // counts requests
         const void *asker = nullptr;
         SampleSource::Request request;
+        int failures = 0; // that were no lock
     };
 
     struct Answer {
@@ -52,6 +53,7 @@ private:
     bool isWanted(const Asked &asked);
     Result thinAll(Answer *answer);
     Result thin(const RecordingPoints::Curve &curve, const Asked &asked, Thinned *thinned);
+    void tryAgain(Asked asked);
     void tellFailure();
 
     const bool m_isFile;
