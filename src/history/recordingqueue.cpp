@@ -26,21 +26,28 @@ qint64 bytesOf(const Readings &report)
 } // namespace
 
 RecordingQueue::RecordingQueue(const QSet<PointId> &points, qint64 limit)
-    : m_points(points)
-    , m_limit(limit)
+    : m_limit(limit)
 {
+    for (const PointId &point : points) {
+        m_wanted[{point.box, point.project, point.standard, {}}].insert(point.name);
+    }
 }
 
-void RecordingQueue::add(const Readings &report)
+void RecordingQueue::add(const Readings &given)
 {
+    const PointId standard{given.box, given.project, given.standard, {}};
+    if (!m_wanted.isEmpty() && !m_wanted.contains(standard)) {
+        return;
+    }
+    const Readings report = wanted(given);
     const qint64 bytes = bytesOf(report);
-    const PointId standard{report.box, report.project, report.standard, {}};
     const QMutexLocker locker(&m_mutex);
     if (m_stopTime >= 0) {
         return;
     }
-    if (m_bytes + bytes > m_limit) {
-        m_dropped += rowsOfInterest(report);
+    // One larger than the limit is taken when there is nothing else.
+    if (m_bytes > 0 && m_bytes + bytes > m_limit) {
+        m_dropped += report.rows.size();
         if (!m_droppedFrom.contains(standard)) {
             m_droppedFrom.insert(standard, report.time);
         }
@@ -122,6 +129,16 @@ void RecordingQueue::release()
     m_takenBytes = 0;
 }
 
+qint64 RecordingQueue::giveUp()
+{
+    const QMutexLocker locker(&m_mutex);
+    const qint64 rows = m_rows;
+    m_dropped += rows;
+    m_entries.clear();
+    m_rows = 0;
+    return rows;
+}
+
 qint64 RecordingQueue::dropped() const
 {
     const QMutexLocker locker(&m_mutex);
@@ -135,16 +152,18 @@ void RecordingQueue::append(Entry::Kind kind, const Readings &readings, qint64 b
     m_bytes += bytes;
 }
 
-qint64 RecordingQueue::rowsOfInterest(const Readings &report) const
+// An empty report remains one: the points that it lacks have vanished.
+Readings RecordingQueue::wanted(const Readings &report) const
 {
-    if (m_points.isEmpty()) {
-        return report.rows.size();
+    if (m_wanted.isEmpty()) {
+        return report;
     }
-    PointId id{report.box, report.project, report.standard, {}};
-    qint64 count = 0;
+    const QSet<QString> names = m_wanted.value({report.box, report.project, report.standard, {}});
+    Readings kept{report.time, report.box, report.project, report.standard, {}};
     for (const Reading &reading : report.rows) {
-        id.name = reading.name;
-        count += m_points.contains(id) ? 1 : 0;
+        if (names.contains(reading.name)) {
+            kept.rows.append(reading);
+        }
     }
-    return count;
+    return kept;
 }

@@ -24,10 +24,10 @@ public:
         qint64 bytes = 0; // about
     };
 
-    // Of dropped reports these points count; of an empty set all. The limit is in bytes.
+    // Only these points are kept; of an empty set all. The limit is in bytes.
     RecordingQueue(const QSet<PointId> &points, qint64 limit);
 
-    void add(const Readings &report);
+    void add(const Readings &given);
     void endSession(const QString &box, qint64 time);
     // Nothing is taken after it.
     void stop(qint64 time);
@@ -41,13 +41,16 @@ public:
     QVector<Entry> take(int rows);
     void release();
 
+    // Nothing more will be taken: what is queued is dropped. Its rows.
+    qint64 giveUp();
+
     qint64 dropped() const;
 
 private:
     void append(Entry::Kind kind, const Readings &readings, qint64 bytes);
-    qint64 rowsOfInterest(const Readings &report) const;
+    Readings wanted(const Readings &report) const;
 
-    const QSet<PointId> m_points;
+    QHash<PointId, QSet<QString>> m_wanted; // names by Standard, with an empty name; empty for all
     const qint64 m_limit;
     mutable QMutex m_mutex; // for all below
     QWaitCondition m_changed;
