@@ -1,14 +1,14 @@
 #include "history/recorder.h"
 
 #include "history/recordingjob.h"
+#include "history/recordingthreads.h"
 
 #include <QDateTime>
 #include <QThread>
 
 namespace {
 
-constexpr int statusInterval = 500;   // ms
-constexpr int destructorWaits = 5000; // ms
+constexpr int statusInterval = 500; // ms
 
 bool isSame(const Recorder::Status &a, const Recorder::Status &b)
 {
@@ -28,10 +28,6 @@ Recorder::Recorder(QObject *parent)
 Recorder::~Recorder()
 {
     stop();
-    if (m_thread) {
-        disconnect(m_thread, nullptr, this, nullptr);
-        m_thread->wait(destructorWaits);
-    }
 }
 
 void Recorder::start(const RecordingTarget &target, const QSet<PointId> &points, const QString &standard)
@@ -42,10 +38,9 @@ void Recorder::start(const RecordingTarget &target, const QSet<PointId> &points,
     m_target = target;
     m_job = std::make_shared<RecordingJob>(target, points, standard, m_limits,
                                            QDateTime::currentMSecsSinceEpoch());
-    m_thread = QThread::create([job = m_job] { job->run(); });
-    connect(m_thread, &QThread::finished, this, &Recorder::finish);
-    connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
-    m_thread->start();
+    QThread *const thread = QThread::create([job = m_job] { job->run(); });
+    connect(thread, &QThread::finished, this, &Recorder::finish);
+    RecordingThreads::start(thread);
     m_timer.start();
 }
 

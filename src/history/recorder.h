@@ -5,17 +5,15 @@
 #include "history/recordingtarget.h"
 
 #include <QObject>
-#include <QPointer>
 #include <QSet>
 #include <QTimer>
 
 #include <memory>
 
-class QThread;
 class RecordingJob;
 
-// Writes samples into a database, in a thread of its own: no function of it waits, but for its destructor. A
-// transaction lasts a second at most. What the queue cannot hold is dropped and counted, here and in the
+// Writes samples into a database, in a thread of its own: no function of it waits. A transaction lasts
+// a second at most. What the queue cannot hold is dropped and counted, here and in the
 // database. A database that is locked, full or gone is tried again; meanwhile status() tells what is wrong.
 class Recorder : public QObject
 {
@@ -32,8 +30,8 @@ public:
         State state = State::Idle;
         qint64 since = 0;   // ms since 1970 UTC, of the start
         qint64 samples = 0; // written and committed, breaks included
-        qint64 dropped = 0;
-        qint64 bytes = -1; // of the file; -1 where that is not known
+        qint64 dropped = 0; // samples that came and are not in it
+        qint64 bytes = -1;  // of the file; -1 where that is not known
         QString error; // of Troubled, and of Stopped if not all could be written; in the words of the user
     };
 
@@ -44,10 +42,11 @@ public:
         int rows = 50000;    // about that many in a transaction
         int retry = 3000;    // ms until what failed is tried again
         int patience = 2000; // ms for a locked file
+        int answer = 5000;   // ms until it is told that a database does not answer
     };
 
     explicit Recorder(QObject *parent = nullptr);
-    // Stops, and waits for what is under way, 5 s at most.
+    // Stops. What is under way is written after it; at its end the program waits for it.
     ~Recorder() override;
 
     void setLimits(const Limits &limits) { m_limits = limits; } // before the start
@@ -74,7 +73,6 @@ private:
     Limits m_limits;
     RecordingTarget m_target;
     std::shared_ptr<RecordingJob> m_job; // the thread has its share of it
-    QPointer<QThread> m_thread;          // deletes itself when it has ended
     QTimer m_timer;
     Status m_told;
 };

@@ -4,6 +4,7 @@
 #include "history/recordingqueue.h"
 #include "history/recordingwriter.h"
 
+#include <QElapsedTimer>
 #include <QMutex>
 
 // What the thread of a recorder does. The recorder may be gone before it ends.
@@ -21,6 +22,8 @@ public:
 private:
     bool writeQueued();
     bool takeRows();
+    bool writePiece();
+    void giveUp();
     void tell(bool ok);
 
     const RecordingTarget m_target;
@@ -30,8 +33,11 @@ private:
     RecordingRows m_rows;
     RecordingWriter m_writer;
     QVector<RecordingRows::Row> m_unwritten;
+    int m_pieceRows; // of a transaction
     RecordingWriter::Progress m_progress;
+    bool m_isHeldBack = false; // samples were left out of what was written last
 
-    mutable QMutex m_mutex; // for the status
-    Recorder::Status m_status;
+    mutable QMutex m_mutex;    // for the status
+    Recorder::Status m_status; // without what the queue has dropped
+    QElapsedTimer m_writing;   // since the begin of a transaction; invalid between them
 };

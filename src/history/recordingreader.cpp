@@ -2,6 +2,7 @@
 
 #include "history/recordingcursor.h"
 #include "history/recordingsession.h"
+#include "history/recordingthreads.h"
 
 #include <QDateTime>
 
@@ -21,8 +22,9 @@ RecordingReader::~RecordingReader()
     if (m_session) {
         m_session->abandon();
     }
-    m_thread.quit();
-    m_thread.wait();
+    if (m_thread) {
+        m_thread->quit();
+    }
 }
 
 void RecordingReader::open(const RecordingTarget &target)
@@ -32,8 +34,9 @@ void RecordingReader::open(const RecordingTarget &target)
     }
     m_target = target;
     m_session = new RecordingSession(target, m_pollInterval);
-    m_session->moveToThread(&m_thread);
-    connect(&m_thread, &QThread::finished, m_session, &QObject::deleteLater);
+    m_thread = new QThread;
+    m_session->moveToThread(m_thread);
+    connect(m_thread, &QThread::finished, m_session, &QObject::deleteLater);
     connect(
         m_session, &RecordingSession::opened, this,
         [this](const auto &points) {
@@ -59,7 +62,7 @@ void RecordingReader::open(const RecordingTarget &target)
         },
         Qt::QueuedConnection);
     connect(m_session, &RecordingSession::failed, this, &RecordingReader::failed);
-    m_thread.start();
+    RecordingThreads::start(m_thread);
     QMetaObject::invokeMethod(m_session, &RecordingSession::open);
 }
 

@@ -17,6 +17,7 @@ class RecordingReader : public SampleSource
     Q_OBJECT
 public:
     explicit RecordingReader(QObject *parent = nullptr);
+    // Does not wait for what is being read.
     ~RecordingReader() override;
 
     // Once. Opens it and reads its list of points. The answer is opened() or failed(): what is no recording,
@@ -43,7 +44,7 @@ private:
     int m_pollInterval = 1000;
     RecordingTarget m_target;
     std::shared_ptr<const RecordingPoints> m_points;
-    QThread m_thread;
+    QPointer<QThread> m_thread;
     QPointer<RecordingSession> m_session; // lives in the thread, and dies with it
     quint64 m_requests = 0;
     QHash<const void *, quint64> m_newest; // requests that have not been answered, by their askers

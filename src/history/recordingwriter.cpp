@@ -44,6 +44,12 @@ QVariant numberOf(const Sample &sample)
     return std::isnan(sample.number) ? QVariant(QVariant::Double) : QVariant(sample.number);
 }
 
+// Such rows are no values that a Box has sent.
+bool isBreak(SampleState state)
+{
+    return state == SampleState::NoReport || state == SampleState::Ended || state == SampleState::Dropped;
+}
+
 } // namespace
 
 RecordingWriter::RecordingWriter(const RecordingTarget &target, qint64 since, int patience,
@@ -51,6 +57,7 @@ RecordingWriter::RecordingWriter(const RecordingTarget &target, qint64 since, in
     : m_since(since)
     , m_peers(peers)
     , m_database(target)
+    , m_keys(&m_database)
 {
     m_database.setPatience(patience);
 }
@@ -60,42 +67,63 @@ bool RecordingWriter::write(QVector<Row> rows, const QVector<RecordingRows::Reco
 {
     const bool isOpen =
         m_database.isOpen() ? m_database.isInPlace() : m_database.open(RecordingDatabase::Access::Write);
-    if (isOpen && m_isRecordingKnown && rows.isEmpty() && progress == m_written) {
+    Progress all{progress.dropped + m_leftOut, progress.ended};
+    if (isOpen && m_isRecordingKnown && rows.isEmpty() && all == m_written) {
         return true;
     }
-    // By points, since that is how they lie in the database.
-    std::stable_sort(rows.begin(), rows.end(), [](const Row &a, const Row &b) { return a.point < b.point; });
-    m_begins.clear();
-    m_breaks = 0;
+    m_before.clear();
     const qint64 recording = m_recording;
-    if (!isOpen || !m_database.begin() || !writeRecording(progress) || !writeRows(rows, points)
-        || !m_database.commit()) {
+    const qint64 leftOut = m_leftOut;
+    if (!isOpen || !writeAll(&rows, points, &all)) {
         m_recording = recording;
-        for (const int curve : qAsConst(m_begins)) {
-            m_hasBegun.at(size_t(curve)) = false;
+        m_leftOut = leftOut;
+        for (auto each = m_before.crbegin(); each != m_before.crend(); ++each) {
+            m_curves[each->first] = each->second;
         }
         close();
         return false;
     }
-    m_written = progress;
-    m_samples += rows.size() + m_breaks;
+    m_keys.forgetLatest();
+    m_written = all;
+    m_samples += rows.size();
+    return true;
+}
+
+// The rows become those that are written, the progress what is known of it then.
+bool RecordingWriter::writeAll(Rows *rows, const Points &points, Progress *progress)
+{
+    const qint64 leftOut = m_leftOut;
+    if (!m_database.begin() || !findRecording() || !prepareRows(rows, points)) {
+        return false;
+    }
+    progress->dropped += m_leftOut - leftOut;
+    return writeRecording(*progress) && insertRows(*rows) && m_database.commit();
+}
+
+// Whether the row of the recording is still there: the file may have been removed, or another one put in its
+// place.
+bool RecordingWriter::findRecording()
+{
+    if (m_isRecordingKnown || m_recording < 0) {
+        return true;
+    }
+    QSqlQuery query =
+        m_database.prepared(QStringLiteral("SELECT id FROM recording WHERE id = ? AND started = ?"));
+    query.addBindValue(m_recording);
+    query.addBindValue(m_since);
+    if (!m_database.run(&query)) {
+        return false;
+    }
+    m_isRecordingKnown = query.next();
+    if (!m_isRecordingKnown) {
+        m_curves.fill(Curve());
+    }
     return true;
 }
 
 bool RecordingWriter::writeRecording(const Progress &progress)
 {
     const QVariant ended = progress.ended < 0 ? QVariant(QVariant::LongLong) : QVariant(progress.ended);
-    if (!m_isRecordingKnown && m_recording >= 0) {
-        // Where the file was removed there is none.
-        QSqlQuery query =
-            m_database.prepared(QStringLiteral("SELECT id FROM recording WHERE id = ? AND started = ?"));
-        query.addBindValue(m_recording);
-        query.addBindValue(m_since);
-        if (!m_database.run(&query)) {
-            return false;
-        }
-        m_isRecordingKnown = query.next();
-    }
     const QString statement = m_isRecordingKnown
         ? QStringLiteral("UPDATE recording SET ended = ?, dropped = ? WHERE id = ?")
         : QStringLiteral("INSERT INTO recording (ended, dropped, started, program) VALUES (?, ?, ?, ?)");
@@ -116,19 +144,87 @@ bool RecordingWriter::writeRecording(const Progress &progress)
     return true;
 }
 
-bool RecordingWriter::writeRows(const QVector<Row> &rows, const QVector<RecordingRows::Recorded> &points)
+// Finds the keys of the points, and sees to the beginnings of curves.
+bool RecordingWriter::prepareRows(Rows *rows, const Points &points)
+{
+    m_curves.resize(points.size()); // there are no more curves than points
+    QVector<int> unknown;
+    bool isAnyBeginning = false;
+    for (const Row &row : qAsConst(*rows)) {
+        const Curve &curve = m_curves.at(points.at(row.point).curve);
+        isAnyBeginning = isAnyBeginning || !curve.hasBegun;
+        if (!curve.isLookedUp || m_keys.key(row.point) < 0) {
+            unknown.append(row.point);
+        }
+    }
+    std::sort(unknown.begin(), unknown.end());
+    unknown.erase(std::unique(unknown.begin(), unknown.end()), unknown.end());
+    if (!unknown.isEmpty() && !m_keys.find(unknown, points)) {
+        return false;
+    }
+    for (const int number : qAsConst(unknown)) {
+        lookUp(points.at(number).curve, points.at(number).point.id);
+    }
+    if (isAnyBeginning) {
+        Rows given;
+        given.swap(*rows);
+        for (const Row &row : qAsConst(given)) {
+            begin(row, points.at(row.point).curve, rows);
+        }
+    }
+    // By points, since that is how they lie in the database.
+    std::stable_sort(rows->begin(), rows->end(),
+                     [](const Row &a, const Row &b) { return a.point < b.point; });
+    return true;
+}
+
+// A recording that was killed did not say where it ended: a break keeps it from being joined with this one.
+// If the clock has been set back since, no sample is put among the older ones.
+void RecordingWriter::lookUp(int number, const PointId &id)
+{
+    if (m_curves.at(number).isLookedUp) {
+        return;
+    }
+    Curve &curve = changed(number);
+    curve.isLookedUp = true;
+    if (const auto latest = m_keys.latest(id)) {
+        const auto others = m_peers->recordingSince(id);
+        curve.isOthers = others && *latest >= *others;
+        curve.isBroken = !curve.isOthers;
+        curve.upTo = *latest + (curve.isBroken ? 1 : 0); // where the break needs a place
+    }
+}
+
+// Appends the row, with what must stand before it.
+void RecordingWriter::begin(const Row &row, int number, Rows *rows)
+{
+    if (!m_curves.at(number).hasBegun) {
+        const Curve &known = m_curves.at(number);
+        if (known.upTo && row.sample.time <= *known.upTo) {
+            m_leftOut += known.isOthers || isBreak(row.sample.state) ? 0 : 1;
+            return;
+        }
+        Curve &curve = changed(number);
+        curve.hasBegun = true;
+        if (curve.isBroken) {
+            rows->append(
+                {row.point,
+                 {row.sample.time - 1, std::numeric_limits<double>::quiet_NaN(), SampleState::Ended, {}}});
+        }
+    }
+    rows->append(row);
+}
+
+RecordingWriter::Curve &RecordingWriter::changed(int number)
+{
+    m_before.append({number, m_curves.at(number)});
+    return m_curves[number];
+}
+
+bool RecordingWriter::insertRows(const Rows &rows)
 {
     if (!prepareStatements()) {
         return false;
-    }
-    while (m_keys.size() < points.size()) {
-        m_keys.append(-1);
-    }
-    m_hasBegun.resize(size_t(points.size())); // there are no more curves than points
-    for (const Row &row : rows) {
-        if (!preparePoint(row, points.at(row.point))) {
-            return false;
-        }
     }
     int done = 0;
     for (; rows.size() - done >= rowsAtOnce; done += rowsAtOnce) {
@@ -154,78 +250,12 @@ bool RecordingWriter::prepareStatements()
     return !m_insertMany->lastError().isValid() && !m_insertOne->lastError().isValid();
 }
 
-bool RecordingWriter::preparePoint(const Row &row, const RecordingRows::Recorded &recorded)
-{
-    qint64 &key = m_keys[row.point];
-    if (key < 0) {
-        key = keyOf(recorded.point).value_or(-1);
-        if (key < 0) {
-            return false;
-        }
-    }
-    if (m_hasBegun.at(size_t(recorded.curve))) {
-        return true;
-    }
-    m_hasBegun.at(size_t(recorded.curve)) = true;
-    m_begins.append(recorded.curve);
-    return beginCurve(row, recorded.point.id);
-}
-
-std::optional<qint64> RecordingWriter::keyOf(const Point &point)
-{
-    const QString values[] = {point.id.box,  point.id.project, point.id.standard,
-                              point.id.name, point.address,    point.type};
-    for (const char *const statement :
-         {"INSERT INTO point (box, project, standard, name, address, type) VALUES (?, ?, ?, ?, ?, ?) "
-          "ON CONFLICT DO NOTHING",
-          "SELECT id FROM point WHERE box = ? AND project = ? AND standard = ? AND name = ? AND address = ? "
-          "AND type = ?"}) {
-        QSqlQuery query = m_database.prepared(QLatin1String(statement));
-        for (const QString &value : values) {
-            query.addBindValue(value.isEmpty() ? QVariant(QLatin1String("")) : QVariant(storable(value)));
-        }
-        if (!m_database.run(&query)) {
-            return {};
-        }
-        if (query.next()) {
-            return query.value(0).toLongLong();
-        }
-    }
-    return {};
-}
-
-// A recording that was killed did not say where it ended: a break keeps it from being joined with this one.
-bool RecordingWriter::beginCurve(const Row &row, const PointId &id)
-{
-    QSqlQuery query = m_database.prepared(QStringLiteral(
-        "SELECT max((SELECT max(time) FROM sample WHERE point = point.id AND time < ?)) FROM point "
-        "WHERE box = ? AND project = ? AND standard = ? AND name = ?"));
-    query.addBindValue(row.sample.time);
-    for (const QString &text : {id.box, id.project, id.standard, id.name}) {
-        query.addBindValue(text.isEmpty() ? QVariant(QLatin1String("")) : QVariant(storable(text)));
-    }
-    if (!m_database.run(&query)) {
-        return false;
-    }
-    if (!query.next() || query.isNull(0)) {
-        return true;
-    }
-    const auto others = m_peers->recordingSince(id);
-    if (others && query.value(0).toLongLong() >= *others) {
-        return true;
-    }
-    ++m_breaks;
-    const Row before{row.point,
-                     {row.sample.time - 1, std::numeric_limits<double>::quiet_NaN(), SampleState::Ended, {}}};
-    return insert(&*m_insertOne, &before, 1);
-}
-
 bool RecordingWriter::insert(QSqlQuery *statement, const Row *rows, int count)
 {
     int place = 0;
     for (int i = 0; i < count; ++i) {
         const Sample &sample = rows[i].sample;
-        statement->bindValue(place++, m_keys.at(rows[i].point));
+        statement->bindValue(place++, m_keys.key(rows[i].point));
         statement->bindValue(place++, sample.time);
         statement->bindValue(place++, numberOf(sample));
         statement->bindValue(place++, textOf(sample));
@@ -238,7 +268,7 @@ void RecordingWriter::close()
 {
     m_insertMany.reset();
     m_insertOne.reset();
-    m_keys.clear();
+    m_keys.forget();
     m_isRecordingKnown = false;
     if (m_database.isOpen()) {
         m_database.close();

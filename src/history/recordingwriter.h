@@ -1,11 +1,11 @@
 #pragma once
 
 #include "history/recordingdatabase.h"
+#include "history/recordingkeys.h"
 #include "history/recordingpeers.h"
 #include "history/recordingrows.h"
 
 #include <optional>
-#include <vector>
 
 // Puts rows of samples into the database of a recording, which it opens when it has to.
 class RecordingWriter
@@ -33,16 +33,31 @@ public:
     QString error() const { return m_database.error(); }
     // Of all samples that have been written.
     qint64 samples() const { return m_samples; }
+    // Samples that were left out, since later ones were there before the recording.
+    qint64 leftOut() const { return m_leftOut; }
 
 private:
     using Row = RecordingRows::Row;
+    using Rows = QVector<RecordingRows::Row>;
+    using Points = QVector<RecordingRows::Recorded>;
 
+    struct Curve {
+        bool isLookedUp = false;
+        bool hasBegun = false;      // there is a sample of it in the recording
+        bool isBroken = false;      // begins with a break
+        bool isOthers = false;      // another recorder goes on with it
+        std::optional<qint64> upTo; // samples of that time and before are left out
+    };
+
+    bool writeAll(Rows *rows, const Points &points, Progress *progress);
+    bool findRecording();
     bool writeRecording(const Progress &progress);
-    bool writeRows(const QVector<Row> &rows, const QVector<RecordingRows::Recorded> &points);
+    bool prepareRows(Rows *rows, const Points &points);
+    void lookUp(int number, const PointId &id);
+    void begin(const Row &row, int number, Rows *rows);
+    Curve &changed(int number);
+    bool insertRows(const Rows &rows);
     bool prepareStatements();
-    bool preparePoint(const Row &row, const RecordingRows::Recorded &recorded);
-    std::optional<qint64> keyOf(const Point &point);
-    bool beginCurve(const Row &row, const PointId &id);
     bool insert(QSqlQuery *statement, const Row *rows, int count);
 
     const qint64 m_since;
@@ -51,15 +66,14 @@ private:
     qint64 m_recording = -1; // its key; -1 before the first transaction
     Progress m_written;
     qint64 m_samples = 0;
-    std::vector<bool> m_hasBegun; // by curve: there is a sample of it in the recording
+    qint64 m_leftOut = 0;
+    QVector<Curve> m_curves;
 
-    // Of the transaction that is open.
-    QVector<int> m_begins; // curves that begin
-    int m_breaks = 0;      // that were put before their first samples
+    QVector<QPair<int, Curve>> m_before; // curves as they were before the transaction that is open
 
     // As long as the database is open.
     bool m_isRecordingKnown = false;
     std::optional<QSqlQuery> m_insertMany;
     std::optional<QSqlQuery> m_insertOne;
-    QVector<qint64> m_keys; // of the points; -1 where it is not known
+    RecordingKeys m_keys;
 };

@@ -2361,6 +2361,21 @@
     </message>
 </context>
 <context>
+    <name>Recorder</name>
+    <message>
+        <source>%1 does not answer.</source>
+        <translation>%1 没有响应。</translation>
+    </message>
+    <message>
+        <source>%1 Samples that were not written: %2.</source>
+        <translation>%1 未写入的样本：%2。</translation>
+    </message>
+    <message>
+        <source>%1 already has later samples of the same points: no others are put among them.</source>
+        <translation>%1 中已有相同点的更晚样本：不会在其间插入其他样本。</translation>
+    </message>
+</context>
+<context>
     <name>Recording</name>
     <message>
         <source>Recording %1</source>

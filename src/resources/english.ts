@@ -2359,6 +2359,21 @@
     </message>
 </context>
 <context>
+    <name>Recorder</name>
+    <message>
+        <source>%1 does not answer.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 Samples that were not written: %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 already has later samples of the same points: no others are put among them.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Recording</name>
     <message>
         <source>Recording %1</source>

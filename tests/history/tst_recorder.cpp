@@ -1,5 +1,5 @@
-#include "files.h"
 #include "history/recorder.h"
+#include "history/recordingqueue.h"
 #include "recordings.h"
 #include "run.h"
 
@@ -32,10 +32,12 @@ private slots:
     void twoRecordersInOneFile();
     void recorderBesideAnother();
     void fullQueueDropsAndTells();
+    void largeReportIsTakenAlone();
+    void queueKeepsTheWantedPoints();
+    void manyNewPoints();
     void statusTellsWhatIsWritten();
     void stoppedWithoutAReport();
     void writesInTransactions();
-    void documentedQueriesAnswer();
 
 private:
     QString path() const { return m_folder->filePath("plant.sqlite"); }
@@ -272,12 +274,13 @@ void TestRecorder::twoRecordersInOneFile()
         recorder->setLimits(quick());
         recorder->start(file(path()), {});
     }
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() - start;
     QStringList expected;
     for (int time = 0; time < 300; ++time) {
-        const Readings both = report(time * 10, {reading("U", QString::number(time))});
+        const Readings both = report(now + time * 10, {reading("U", QString::number(time))});
         one.add(both);
         other.add(both);
-        expected.append(QString("U|%1|%2.0|-|1").arg(time * 10).arg(time));
+        expected.append(QString("U|%1|%2.0|-|1").arg(now + time * 10).arg(time));
         if (time % 50 == 0) {
             QTest::qWait(1);
         }
@@ -347,6 +350,67 @@ void TestRecorder::fullQueueDropsAndTells()
     QCOMPARE(after, (QStringList{QString("U|%1|-|-|5").arg((100 - dropped) * 1000), "U|200000|2.0|-|1"}));
 }
 
+void TestRecorder::largeReportIsTakenAlone()
+{
+    RecordingQueue queue({}, 1000);
+    const Readings large = report(0, {reading("T", QString(65536, QChar('x')), "string")});
+    queue.add(large);
+    QCOMPARE(queue.dropped(), qint64(0));
+    queue.add(large);
+    QCOMPARE(queue.dropped(), qint64(1));
+    QCOMPARE(queue.take(100).size(), 1);
+    queue.release();
+    queue.add(large);
+    QCOMPARE(queue.dropped(), qint64(1));
+}
+
+// Those of others take no room, and no time to wait for.
+void TestRecorder::queueKeepsTheWantedPoints()
+{
+    RecordingQueue queue({id("U")}, 3000);
+    QVector<Reading> rows(100, reading("other", "1"));
+    rows.append(reading("U", "1"));
+    Readings other = report(0, rows);
+    other.standard = "other";
+    for (int time = 0; time < 5; ++time) {
+        queue.add(report(time * 1000, rows));
+        queue.add(other);
+    }
+    QCOMPARE(queue.dropped(), qint64(0));
+    const QVector<RecordingQueue::Entry> entries = queue.take(1000);
+    QCOMPARE(entries.size(), 5);
+    QCOMPARE(entries.first().readings.rows.size(), 1);
+    QCOMPARE(entries.first().readings.rows.first().name, QString("U"));
+}
+
+// The first report of many points is not much more work than the next ones.
+void TestRecorder::manyNewPoints()
+{
+    QVector<Reading> rows;
+    for (int point = 0; point < 10000; ++point) {
+        rows.append(reading(QString("Point number %1 of the plant").arg(point), "1.5"));
+    }
+    Recorder recorder;
+    recorder.setLimits(quick());
+    recorder.start(file(path()), {});
+    recorder.add(report(0, {reading("U", "1")})); // the tables are there
+    QTRY_COMPARE(recorder.status().samples, qint64(1));
+    const auto take = [&](qint64 time) {
+        QElapsedTimer taken;
+        taken.start();
+        const qint64 before = recorder.status().samples;
+        recorder.add(report(time, rows));
+        const bool ok = QTest::qWaitFor([&] { return recorder.status().samples >= before + 10000; }, 20000);
+        return ok ? taken.elapsed() : -1;
+    };
+    const qint64 first = take(1000);
+    const qint64 second = take(2000);
+    const QString times = QString("%1 ms, then %2 ms").arg(first).arg(second);
+    QVERIFY2(first > 0 && second > 0 && first < 8 * second + 100, qPrintable(times));
+    QCOMPARE(asked(path(), "SELECT count(*), count(DISTINCT name) FROM point"), QStringList{"10001|10001"});
+    QVERIFY(stopAndWait(&recorder));
+}
+
 void TestRecorder::statusTellsWhatIsWritten()
 {
     Recorder recorder;
@@ -391,42 +455,6 @@ void TestRecorder::writesInTransactions()
     }
     QVERIFY2(passed.elapsed() < 2000, qPrintable(QString::number(passed.elapsed())));
     QVERIFY(stopAndWait(&recorder));
-}
-
-// Those of docs/recording.md, run as they stand there, but that they name this file.
-void TestRecorder::documentedQueriesAnswer()
-{
-    const qint64 noon =
-        QDateTime::fromString("2026-03-01T12:00:00Z", Qt::ISODate).toMSecsSinceEpoch() - start;
-    record(file(path()),
-           {report(noon, {reading("Voltage L1", "230.5")}),
-            report(noon + 1500, {reading("Voltage L1", "231.5")}),
-            report(noon + 2500, {reading("Voltage L1", "", "float", "0")})});
-    QStringList answers;
-    const QStringList blocks =
-        QString::fromUtf8(Files::contents(SOURCE_ROOT "/docs/recording.md")).split("\n\n");
-    for (QString block : blocks) {
-        if (!block.startsWith("    sqlite3")) {
-            continue;
-        }
-        block.replace("plant.sqlite", path());
-        block.remove(" > voltage.csv");
-        QProcess shell;
-        shell.setProcessChannelMode(QProcess::MergedChannels);
-        shell.start("env", {"TZ=UTC", "sh", "-c", block});
-        QVERIFY(shell.waitForFinished());
-        answers.append(QString::fromUtf8(shell.readAll()).remove('\r'));
-    }
-    QCOMPARE(answers.size(), 4);
-    QCOMPARE(answers.at(0), QString("2026-03-01 12:00:00|230.5\n2026-03-01 12:00:01|231.5\n"));
-    QCOMPARE(answers.at(1),
-             QString("time,value\n\"2026-03-01 12:00:00.000\",230.5\n"
-                     "\"2026-03-01 12:00:01.500\",231.5\n\"2026-03-01 12:00:02.500\",\n"));
-    QVERIFY2(answers.at(2).contains("│ 3       │ 2026-03-01 12:00:00 │ 2026-03-01 12:00:02 │"),
-             qPrintable(answers.at(2)));
-    QCOMPARE(answers.at(3),
-             QString("minute,min(number),avg(number),max(number)\n"
-                     "\"2026-03-01 12:00:00\",230.5,231.0,231.5\n"));
 }
 
 QTEST_GUILESS_MAIN(TestRecorder)

@@ -1,3 +1,5 @@
+#include "files.h"
+#include "history/recordingcursor.h"
 #include "history/recordingreader.h"
 #include "recordings.h"
 
@@ -55,6 +57,7 @@ private slots:
     void answersThinned_data();
     void answersThinned();
     void cursorWalksOverAll();
+    void longTextsAreReadInPieces();
     void cursorSurvivesItsReader();
     void newerRequestReplaces();
     void noPeakIsLost();
@@ -65,6 +68,10 @@ private slots:
     void readsWhileItIsLocked();
     void removedFileIsTold();
     void strangeRows();
+    void documentedQueriesAnswer();
+    void documentedMinutesAreApart();
+    void queryOfTheManualAnswers_data();
+    void queryOfTheManualAnswers();
 
 private:
     QString path() const { return m_folder->filePath("plant.sqlite"); }
@@ -73,6 +80,7 @@ private:
     QVector<Thinned> answer(RecordingReader *reader, const QVector<PointId> &points, const TimeRange &range,
                             int columns) const;
     void recordSome() const;
+    QStringList answersOf(const QString &document, const QString &zone) const;
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -204,6 +212,31 @@ void TestRecordingReader::cursorWalksOverAll()
         QCOMPARE(sample.time, start + 100000 + count);
     }
     QCOMPARE(count, 25000);
+}
+
+// 128 MiB of them, of which it never has more than a part.
+void TestRecordingReader::longTextsAreReadInPieces()
+{
+    record(file(path()), {report(0, {reading("T", "", "string")})});
+    asked(path(),
+          QString("DELETE FROM sample; "
+                  "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000) "
+                  "INSERT INTO sample SELECT 1, %1 + i, NULL, hex(zeroblob(32768)), 1 FROM n")
+              .arg(start));
+    const auto memory = [] { // in pages
+        return Files::contents("/proc/self/statm").split(' ').value(1).toLongLong();
+    };
+    const qint64 before = memory();
+    RecordingCursor cursor(file(path()), {1}, {start, start + 100000});
+    Sample sample;
+    int count = 0;
+    qint64 most = 0;
+    while (cursor.next(&sample)) {
+        QCOMPARE(sample.time, start + ++count);
+        most = qMax(most, count % 10 == 1 ? memory() - before : 0);
+    }
+    QCOMPARE(count, 1000);
+    QVERIFY2(most * 4096 < 60 * 1024 * 1024, qPrintable(QString::number(most)));
 }
 
 void TestRecordingReader::cursorSurvivesItsReader()
@@ -373,6 +406,83 @@ void TestRecordingReader::strangeRows()
     QCOMPARE(shown(reader.cursor(id("U"), {start, start + 100}).get()),
              QString("0=nan:2 1=nan:0 2=nan:2 3=nan:2 4=nan:0 5=4:1"));
     QCOMPARE(answer(&reader, {id("U")}, {0, 100}, 10).value(0).statistics.count, qint64(1));
+}
+
+// Those of a document, run as they stand there, but that they name this file.
+QStringList TestRecordingReader::answersOf(const QString &document, const QString &zone) const
+{
+    QStringList answers;
+    const QStringList blocks =
+        QString::fromUtf8(Files::contents(SOURCE_ROOT "/docs/" + document)).split("\n\n");
+    for (QString block : blocks) {
+        if (!block.startsWith("    sqlite3")) {
+            continue;
+        }
+        static const QRegularExpression name("\"Riverside.*\\.sqlite\"|plant\\.sqlite");
+        block.replace(name, path());
+        block.remove(" > voltage.csv");
+        QProcess shell;
+        shell.setProcessChannelMode(QProcess::MergedChannels);
+        shell.start("env", {"TZ=" + zone, "sh", "-c", block});
+        answers.append(shell.waitForFinished() ? QString::fromUtf8(shell.readAll()).remove('\r') : "no end");
+    }
+    return answers;
+}
+
+void TestRecordingReader::documentedQueriesAnswer()
+{
+    const qint64 noon =
+        QDateTime::fromString("2026-03-01T12:00:00Z", Qt::ISODate).toMSecsSinceEpoch() - start;
+    record(file(path()),
+           {report(noon, {reading("Voltage L1", "230.5")}),
+            report(noon + 1500, {reading("Voltage L1", "231.5")}),
+            report(noon + 2500, {reading("Voltage L1", "", "float", "0")})});
+    const QStringList answers = answersOf("recording.md", "UTC");
+    QCOMPARE(answers.size(), 4);
+    QCOMPARE(answers.at(0), QString("2026-03-01 12:00:00|230.5\n2026-03-01 12:00:01|231.5\n"));
+    QCOMPARE(answers.at(1),
+             QString("time,value\n\"2026-03-01 12:00:00.000\",230.5\n"
+                     "\"2026-03-01 12:00:01.500\",231.5\n\"2026-03-01 12:00:02.500\",\n"));
+    QVERIFY2(answers.at(2).contains("│ 3       │ 2026-03-01 12:00:00 │ 2026-03-01 12:00:02 │"),
+             qPrintable(answers.at(2)));
+    QCOMPARE(answers.at(3),
+             QString("minute,min(number),avg(number),max(number)\n"
+                     "\"2026-03-01 12:00:00\",230.5,231.0,231.5\n"));
+}
+
+// The hour that summer time ends with comes twice.
+void TestRecordingReader::documentedMinutesAreApart()
+{
+    const qint64 first =
+        QDateTime::fromString("2026-10-25T00:30:00Z", Qt::ISODate).toMSecsSinceEpoch() - start;
+    record(
+        file(path()),
+        {report(first, {reading("Voltage L1", "1")}), report(first + 3600000, {reading("Voltage L1", "9")})});
+    QCOMPARE(answersOf("recording.md", "Europe/Berlin").value(3),
+             QString("minute,min(number),avg(number),max(number)\n"
+                     "\"2026-10-25 02:30:00\",1.0,1.0,1.0\n\"2026-10-25 02:30:00\",9.0,9.0,9.0\n"));
+}
+
+void TestRecordingReader::queryOfTheManualAnswers_data()
+{
+    QTest::addColumn<QString>("manual");
+    QTest::newRow("English") << "manual.md";
+    QTest::newRow("Chinese") << "manual.zh.md";
+}
+
+void TestRecordingReader::queryOfTheManualAnswers()
+{
+    QFETCH(QString, manual);
+    const qint64 midnight =
+        QDateTime::fromString("2026-11-21T23:00:00Z", Qt::ISODate).toMSecsSinceEpoch() - start;
+    const auto at = [midnight](qint64 time, const QString &value) {
+        return report(midnight + time, {reading("Voltage A", value)});
+    };
+    record(file(path()), {at(-1, "1"), at(0, "2"), at(86399999, "3"), at(86400000, "4")});
+    const QStringList lines = answersOf(manual, "Europe/Berlin").join("").split('\n');
+    QCOMPARE(lines.value(0), QString("local,number"));
+    QCOMPARE(lines.filter(QRegularExpression("\",.")),
+             (QStringList{"\"2026-11-22 00:00:00\",2.0", "\"2026-11-22 23:59:59\",3.0"}));
 }
 
 QTEST_GUILESS_MAIN(TestRecordingReader)
