@@ -67,8 +67,9 @@ void ValueSaver::showProgress()
     m_progress = new QProgressDialog(text, tr("Cancel"), 0, 100, qobject_cast<QWidget *>(parent()));
     m_progress->setWindowTitle(tr("Save Values"));
     m_progress->setMinimumDuration(patience);
+    // The keys stay with the trend.
+    m_progress->setAttribute(Qt::WA_ShowWithoutActivating);
     m_progress->setValue(0); // begins to wait
-    m_progress->setAttribute(Qt::WA_ShowWithoutActivating); // the keys stay with the trend
     connect(this, &ValueSaver::progressed, m_progress, &QProgressDialog::setValue);
     connect(m_progress, &QProgressDialog::canceled, this, [this] { m_isCancelled = true; });
 }

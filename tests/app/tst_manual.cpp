@@ -73,11 +73,13 @@ struct Manual {
 constexpr Manual english{"manual.md", "(?<![*\\\\])\\*(?!\\*)((?:[^*\\\\]|\\\\.)+)\\*"};
 constexpr Manual chinese{"manual.zh.md", "`([^`\n]+)`"};
 
+// Without examples of code, in which an asterisk multiplies.
 QString textOf(const Manual &manual)
 {
+    static const QRegularExpression code("\n {4}[^\n]*");
     QFile file(QString(SOURCE_ROOT "/docs/") + QString::fromLatin1(manual.file));
     QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    return text.remove(QLatin1String("**"));
+    return text.remove(code).remove(QLatin1String("**"));
 }
 
 QStringList quotes(const Manual &manual, const QString &text)

@@ -245,7 +245,7 @@ void TestRecordings::programThatEndsFinishesItsRecordings()
     receive({point("Ua", "2")});
     m_window->close();
     m_window.reset();
-    QCOMPARE(recorded(path()), QStringList("Meter 1 Ua: 2 " + ended));
+    QTRY_COMPARE(recorded(path()), QStringList("Meter 1 Ua: 2 " + ended));
 }
 
 void TestRecordings::troubleIsToldWhileLiveValuesGoOn()

@@ -273,7 +273,7 @@ void TestTrendHands::clockThatWasSetBackIsTold()
     QCOMPARE(note->text(),
              "The clock of this computer was set back. The times go on from before, 1 h 0 min 0.000 s ahead "
              "of it.");
-    present.time += TimeView::minute; // no report comes, and the present goes on
+    present.time += TimeView::hour; // no report comes, and the present goes on
     QTRY_COMPARE(source->requests.last().range.to, present.time);
     present.ahead = 0;
     QTRY_VERIFY(!note->isVisible());
