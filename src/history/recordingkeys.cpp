@@ -14,7 +14,7 @@ constexpr int pointsAtOnce = 100; // of one INSERT; older SQLites take 999 value
 QString storable(QString text)
 {
     text.replace(QChar(0), QChar(QChar::ReplacementCharacter));
-    return text.isEmpty() ? QStringLiteral("") : QString::fromUtf8(text.toUtf8());
+    return text.isEmpty() ? QString(QLatin1String("")) : QString::fromUtf8(text.toUtf8());
 }
 
 // Tells the points of a Standard apart.

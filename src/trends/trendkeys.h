@@ -7,15 +7,15 @@ namespace TrendKeys {
 
 inline QKeySequence trend()
 {
-    return Qt::CTRL + Qt::Key_T;
+    return int(Qt::CTRL) + int(Qt::Key_T);
 }
 inline QKeySequence record()
 {
-    return Qt::CTRL + Qt::SHIFT + Qt::Key_R;
+    return int(Qt::CTRL) + int(Qt::SHIFT) + int(Qt::Key_R);
 }
 inline QKeySequence open()
 {
-    return Qt::CTRL + Qt::SHIFT + Qt::Key_O;
+    return int(Qt::CTRL) + int(Qt::SHIFT) + int(Qt::Key_O);
 }
 
 } // namespace TrendKeys

@@ -85,7 +85,7 @@ void Trends::equip(MonitoringPage *page)
     connect(tools, &LiveTools::trendAsked, this, [this, page] { showTrendOf(page); });
     connect(tools, &LiveTools::recordAsked, this, [this, page] { recordPage(page); });
     connect(tools, &LiveTools::openAsked, this, &Trends::openRecording);
-    connect(tools, &LiveTools::addAsked, this, [this, page](TrendWindow *window) {
+    connect(tools, &LiveTools::addAsked, this, [page](TrendWindow *window) {
         window->addPoints(LiveTools::selectedPoints(page));
         window->raise();
         window->activateWindow();
