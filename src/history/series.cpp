@@ -139,7 +139,8 @@ void Chunk::feed(Thinning *thinning, qint64 from)
 {
     if (!m_extras) {
         for (; m_summarized < m_count / Summary::length; ++m_summarized) {
-            m_summaries[size_t(m_summarized)] = Summary::of(m_numbers.get() + m_summarized * Summary::length);
+            const NumberAt *run = m_numbers.get() + qint64(m_summarized) * Summary::length;
+            m_summaries[size_t(m_summarized)] = Summary::of(run);
         }
         thinning->add(m_numbers.get(), m_count, m_summaries.get());
         return;

@@ -164,10 +164,10 @@ TrendWindow *Trends::openWindow(SampleSource *source, const QString &titleEnd)
     connect(window, &TrendWindow::openAsked, this, &Trends::openRecording);
     connect(window, &TrendWindow::dropped, this, [this, window](QObject *table) {
         // Not before the drag has come to its end.
-        const QPointer<QObject> from(table);
-        QTimer::singleShot(0, window, [this, window, from] {
-            if (from) {
-                addDropped(window, from);
+        m_dropped = table;
+        QTimer::singleShot(0, window, [this, window] {
+            if (m_dropped) {
+                addDropped(window, m_dropped);
             }
         });
     });
@@ -248,13 +248,13 @@ void Trends::openRecording()
     opener->ask();
 }
 
-void Trends::showRecorded(RecordingReader *reader, const QVector<Point> &points)
+void Trends::showRecorded(RecordingReader *recording, const QVector<Point> &points)
 {
-    const RecordingTarget target = reader->target();
+    const RecordingTarget target = recording->target();
     const QString name =
         target.kind == RecordingTarget::Kind::File ? QFileInfo(target.file).fileName() : target.text();
-    TrendWindow *window = openWindow(reader, QStringLiteral(" · ") + name);
-    reader->setParent(this);
-    connect(window, &QObject::destroyed, reader, &QObject::deleteLater);
+    TrendWindow *window = openWindow(recording, QStringLiteral(" · ") + name);
+    recording->setParent(this);
+    connect(window, &QObject::destroyed, recording, &QObject::deleteLater);
     window->addPoints(points);
 }

@@ -63,7 +63,7 @@ private:
     int freeNumber() const;
     // The window makes its title, to which the end is added.
     TrendWindow *openWindow(SampleSource *source, const QString &titleEnd);
-    void showRecorded(RecordingReader *reader, const QVector<Point> &points);
+    void showRecorded(RecordingReader *recording, const QVector<Point> &points);
     void addDropped(TrendWindow *window, const QObject *table);
     // The windows of live values, in the order in which they were opened.
     QVector<TrendWindow *> liveWindows();
@@ -75,6 +75,7 @@ private:
     Recordings *m_recordings;
     ArrivalClock m_clock;
     QVector<Trend> m_trends;
+    QPointer<QObject> m_dropped;                              // the table that rows came from last
     QHash<const MonitoringPage *, QVector<Reading>> m_before; // the last report of each
     // Address and project of what the pages have shown since they were made.
     QHash<const MonitoringPage *, QSet<QPair<QString, QString>>> m_shown;
