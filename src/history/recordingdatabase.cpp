@@ -77,6 +77,12 @@ void RecordingDatabase::close()
     }
 }
 
+QString RecordingDatabase::storable(QString text)
+{
+    text.replace(QChar(0), QChar(QChar::ReplacementCharacter));
+    return text.isEmpty() ? QString(QLatin1String("")) : QString::fromUtf8(text.toUtf8());
+}
+
 bool RecordingDatabase::isInPlace()
 {
     // SQLite sees it when it writes the next time, which may be long after.

@@ -47,6 +47,9 @@ public:
     // The first cell of the answer; invalid where there is no row. False on failure.
     bool readCell(const QString &sql, QVariant *cell);
 
+    // The text as it is read back: never null, without NUL, which a server does not take.
+    static QString storable(QString text);
+
     QString error() const { return m_error; }
     // Whether the last failure was a lock, which others give back.
     bool isLocked() const { return m_isLocked; }

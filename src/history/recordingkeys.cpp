@@ -10,13 +10,6 @@ namespace {
 
 constexpr int pointsAtOnce = 100; // of one INSERT; older SQLites take 999 values
 
-// As the database gives it back.
-QString storable(QString text)
-{
-    text.replace(QChar(0), QChar(QChar::ReplacementCharacter));
-    return text.isEmpty() ? QString(QLatin1String("")) : QString::fromUtf8(text.toUtf8());
-}
-
 // Tells the points of a Standard apart.
 QString formOf(const QString &name, const QString &address, const QString &type)
 {
@@ -97,8 +90,10 @@ bool RecordingKeys::read(const PointId &standard, const QVector<int> &numbers,
     QMultiHash<QString, PointId> names;
     for (const int number : numbers) {
         const Point &point = points.at(number).point;
-        const QString name = storable(point.id.name);
-        forms.insert(formOf(name, storable(point.address), storable(point.type)), number);
+        const QString name = RecordingDatabase::storable(point.id.name);
+        forms.insert(
+            formOf(name, RecordingDatabase::storable(point.address), RecordingDatabase::storable(point.type)),
+            number);
         if (!names.contains(name, point.id)) {
             names.insert(name, point.id);
         }
@@ -108,7 +103,7 @@ bool RecordingKeys::read(const PointId &standard, const QVector<int> &numbers,
         "AND validity < 3 ORDER BY time DESC LIMIT 1) "
         "FROM point WHERE box = ? AND project = ? AND standard = ?"));
     for (const QString &text : {standard.box, standard.project, standard.standard}) {
-        query.addBindValue(storable(text));
+        query.addBindValue(RecordingDatabase::storable(text));
     }
     if (!m_database->run(&query)) {
         return false;
@@ -140,7 +135,7 @@ bool RecordingKeys::insert(const QVector<int> &numbers, const QVector<RecordingR
             const Point &point = points.at(numbers.at(i)).point;
             for (const QString &text : {point.id.box, point.id.project, point.id.standard, point.id.name,
                                         point.address, point.type}) {
-                query.bindValue(place++, storable(text));
+                query.bindValue(place++, RecordingDatabase::storable(text));
             }
         }
         if (!m_database->run(&query)) {

@@ -22,12 +22,6 @@ QString insertStatement(int rows)
         + places.join(QLatin1String(", ")) + QStringLiteral(" ON CONFLICT DO NOTHING");
 }
 
-// A server takes no NUL in a text.
-QString storable(QString text)
-{
-    return text.replace(QChar(0), QChar(QChar::ReplacementCharacter));
-}
-
 // NULL where nothing was reported, or a number says it all.
 QVariant textOf(const Sample &sample)
 {
@@ -36,7 +30,7 @@ QVariant textOf(const Sample &sample)
     if (sample.text.isEmpty()) {
         return isText ? QVariant(QLatin1String("")) : QVariant(QVariant::String);
     }
-    return storable(sample.text);
+    return RecordingDatabase::storable(sample.text);
 }
 
 QVariant numberOf(const Sample &sample)

@@ -34,12 +34,11 @@ LiveTools::LiveTools(MonitoringPage *page, Windows windows)
     , m_windows(std::move(windows))
     , m_line(new RecordingLine(page))
 {
-    const QToolButton *trend = addTool("trendTool", trendIcon, tr("Trend"));
+    QToolButton *trend = addTool("trendTool", trendIcon, tr("Trend"));
     m_record = addTool("recordTool", recordIcon, tr("Record"));
     page->addLine(m_line);
     setRecording(QString(), false);
-    page->findChild<QToolButton *>(QStringLiteral("trendTool"))
-        ->setToolTip(withKey(tr("Trend of the selected rows"), TrendKeys::trend()));
+    trend->setToolTip(withKey(tr("Trend of the selected rows"), TrendKeys::trend()));
     connect(trend, &QToolButton::clicked, this, &LiveTools::trendAsked);
     connect(m_record, &QToolButton::clicked, this, &LiveTools::recordAsked);
     connect(page, &MonitoringPage::menuOpening, this, &LiveTools::extendMenu);
