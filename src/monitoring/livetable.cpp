@@ -1,5 +1,6 @@
 #include "monitoring/livetable.h"
 
+#include <QHeaderView>
 #include <QMouseEvent>
 
 LiveTable::LiveTable(QWidget *parent)
@@ -7,6 +8,13 @@ LiveTable::LiveTable(QWidget *parent)
 {
     setDragDropMode(QAbstractItemView::DragOnly);
     setDragEnabled(false); // until a press says otherwise
+    // After a sort the header hides each row again that was hidden. While it shows itself it would work all
+    // positions out anew for each.
+    QHeaderView *header = verticalHeader();
+    connect(model(), &QAbstractItemModel::layoutAboutToBeChanged, header,
+            [header] { header->setUpdatesEnabled(false); });
+    connect(model(), &QAbstractItemModel::layoutChanged, header,
+            [header] { header->setUpdatesEnabled(true); });
 }
 
 void LiveTable::mousePressEvent(QMouseEvent *event)
