@@ -190,18 +190,22 @@ void FigureModel::setAnswers(const SampleSource::Request &request, const QVector
 void FigureModel::suggestSides()
 {
     double most = -1; // of those on the left
-    const auto count = [&most](const Curve &curve) {
-        if (curve.hasSide && curve.side == Side::Left) {
-            most = qMax(most, ValueScale::magnitude(curve.data.statistics));
-        }
-    };
-    std::for_each(m_curves.cbegin(), m_curves.cend(), count);
+    QVector<Curve *> fresh;
+    QVector<double> magnitudes;
     for (Curve &curve : m_curves) {
-        if (!curve.hasSide && curve.data.statistics.count > 0) {
-            curve.side = ValueScale::suggested(ValueScale::magnitude(curve.data.statistics), most);
-            curve.hasSide = true;
-            count(curve);
+        const double magnitude = ValueScale::magnitude(curve.data.statistics);
+        if (curve.hasSide && curve.side == Side::Left) {
+            most = qMax(most, magnitude);
+        } else if (!curve.hasSide && curve.data.statistics.count > 0) {
+            fresh.append(&curve);
+            magnitudes.append(magnitude);
         }
+    }
+    const QVector<Side> together = ValueScale::suggested(magnitudes);
+    for (int i = 0; i < fresh.size(); ++i) {
+        Curve *curve = fresh.at(i);
+        curve->side = most < 0 ? together.at(i) : ValueScale::suggested(magnitudes.at(i), most);
+        curve->hasSide = true;
     }
 }
 

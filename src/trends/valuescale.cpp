@@ -1,6 +1,8 @@
 #include "trends/valuescale.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace {
 
@@ -22,6 +24,30 @@ Side ValueScale::suggested(double own, double most)
         return Side::Left;
     }
     return own < most / manyTimes || own / manyTimes > most ? Side::Right : Side::Left;
+}
+
+QVector<Side> ValueScale::suggested(const QVector<double> &magnitudes)
+{
+    QVector<double> sorted;
+    std::copy_if(magnitudes.cbegin(), magnitudes.cend(), std::back_inserter(sorted),
+                 [](double magnitude) { return magnitude > 0; });
+    std::sort(sorted.begin(), sorted.end());
+    double bound = 0; // what is less is on the right
+    if (!sorted.isEmpty() && sorted.last() / manyTimes > sorted.first()) {
+        double widest = 1;
+        for (int i = 1; i < sorted.size(); ++i) {
+            const double step = sorted.at(i) / sorted.at(i - 1);
+            if (step > widest) {
+                widest = step;
+                bound = sorted.at(i);
+            }
+        }
+    }
+    QVector<Side> sides;
+    for (const double magnitude : magnitudes) {
+        sides.append(magnitude > 0 && magnitude < bound ? Side::Right : Side::Left);
+    }
+    return sides;
 }
 
 ValueRange ValueScale::around(const QVector<Statistics> &curves)

@@ -23,6 +23,10 @@ double magnitude(const Statistics &curve);
 // than a twentieth of that, or more than twenty times as much. Left where nothing can be compared.
 Side suggested(double own, double most);
 
+// The sides of curves that come together, none being there yet, by their magnitudes: all left unless one is
+// more than twenty times another; then those below the widest step between two neighbours are on the right.
+QVector<Side> suggested(const QVector<double> &magnitudes);
+
 // A range that shows all of these with a little room above and below; 0 to 1 where none of them has a number.
 ValueRange around(const QVector<Statistics> &curves);
 

@@ -21,6 +21,8 @@ class TestTrendParts : public QObject
 private slots:
     void suggestsTheScale_data();
     void suggestsTheScale();
+    void suggestsTheScalesOfMany_data();
+    void suggestsTheScalesOfMany();
     void scaleShowsAllNumbers_data();
     void scaleShowsAllNumbers();
     void zoomedScaleHasTwoEnds();
@@ -145,6 +147,30 @@ void TestTrendParts::suggestsTheScale()
     const Side side = ValueScale::suggested(ValueScale::magnitude(figures(own.first(), own.last())),
                                             ValueScale::magnitude(other));
     QCOMPARE(side == Side::Right, right);
+}
+
+void TestTrendParts::suggestsTheScalesOfMany_data()
+{
+    QTest::addColumn<QVector<double>>("magnitudes");
+    QTest::addColumn<QVector<int>>("right"); // places
+    QTest::newRow("none") << QVector<double>() << QVector<int>();
+    QTest::newRow("alike") << QVector<double>{230, 12, 231} << QVector<int>();
+    QTest::newRow("two kinds") << QVector<double>{230, 11, 232, 10} << QVector<int>{1, 3};
+    QTest::newRow("three kinds") << QVector<double>{234, 15, 3319, 235, 16} << QVector<int>{1, 4};
+    QTest::newRow("greatest apart") << QVector<double>{10, 11, 40, 9000} << QVector<int>{0, 1, 2};
+    QTest::newRow("zero and none") << QVector<double>{0, 5000, -1, 3} << QVector<int>{3};
+    QTest::newRow("immense") << QVector<double>{1.7e308, 1e-300} << QVector<int>{1};
+}
+
+void TestTrendParts::suggestsTheScalesOfMany()
+{
+    QFETCH(QVector<double>, magnitudes);
+    QFETCH(QVector<int>, right);
+    QVector<Side> expected(magnitudes.size(), Side::Left);
+    for (const int place : qAsConst(right)) {
+        expected[place] = Side::Right;
+    }
+    QVERIFY(ValueScale::suggested(magnitudes) == expected);
 }
 
 void TestTrendParts::scaleShowsAllNumbers_data()
