@@ -2,6 +2,7 @@
 
 #include "history/lateness.h"
 #include "history/series.h"
+#include "history/seriesthinning.h"
 
 #include <algorithm>
 #include <functional>
@@ -177,6 +178,7 @@ void History::release(const PointId &id)
         return;
     }
     m_holds.erase(holds);
+    m_thinnings.erase(id);
     const Found found = find(id);
     if (found.series) {
         found.series->isHeld = false;
@@ -223,23 +225,29 @@ TimeRange History::extent(const PointId &id) const
 
 void History::request(const void *asker, const Request &request)
 {
-    const qint64 now = std::min(request.now, request.range.to);
     QVector<Thinned> answers;
     for (const PointId &id : request.points) {
-        const Found found = find(id);
-        Thinning thinning(request.range, request.columns,
-                          found.series ? shapeOf(found.series->type()) : Shape::Line);
-        if (found.series) {
-            found.series->feed(&thinning, request.range);
-            const auto late = found.standard->lateness.lateSince(now);
-            if (late && !found.series->isSilent()) {
-                thinning.add(Sample{*late, nothing, SampleState::NoReport, {}});
-            }
-        }
-        answers.append(thinning.finish());
+        answers.append(thin(id, request));
         endGaps(&answers.last().gaps, request.now);
     }
     emit thinned(asker, request, answers);
+}
+
+Thinned History::thin(const PointId &id, const Request &request)
+{
+    const Found found = find(id);
+    if (!found.series) {
+        return Thinning(request.range, request.columns, Shape::Line).finish();
+    }
+    // Those that no window holds are rarely asked for again.
+    SeriesThinning once;
+    Thinning thinning = (found.series->isHeld ? m_thinnings[id] : once)
+                            .thinning(*found.series, request.range, request.columns);
+    const auto late = found.standard->lateness.lateSince(std::min(request.now, request.range.to));
+    if (late && !found.series->isSilent()) {
+        thinning.add(Sample{*late, nothing, SampleState::NoReport, {}});
+    }
+    return thinning.finish();
 }
 
 std::unique_ptr<SampleCursor> History::cursor(const PointId &id, const TimeRange &range) const

@@ -8,6 +8,7 @@
 #include <memory>
 
 class Series;
+class SeriesThinning;
 
 // The samples of the last reports in memory, one budget for the program: the oldest go first, those of points
 // that no window holds before those of points that one does.
@@ -57,6 +58,7 @@ private:
     };
 
     Found find(const PointId &id) const;
+    Thinned thin(const PointId &id, const Request &request);
     void removeFree(Standard *standard);
     void keepBudget();
     void removeOldest(bool held, qint64 wanted);
@@ -67,4 +69,5 @@ private:
     std::map<PointId, std::unique_ptr<Standard>>
         m_standards; // by their ids without a name; none is without points
     QHash<PointId, int> m_holds;
+    std::map<PointId, SeriesThinning> m_thinnings; // of points that are held
 };

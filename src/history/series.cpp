@@ -137,15 +137,24 @@ Sample Chunk::at(int index) const
 
 void Chunk::feed(Thinning *thinning, qint64 from)
 {
-    if (!m_extras) {
+    feedFrom(thinning, isPlain() ? 0 : std::max(firstFrom(from) - 1, 0));
+}
+
+void Chunk::feedFrom(Thinning *thinning, int index)
+{
+    if (isPlain()) {
         for (; m_summarized < m_count / Summary::length; ++m_summarized) {
             const NumberAt *run = m_numbers.get() + qint64(m_summarized) * Summary::length;
             m_summaries[size_t(m_summarized)] = Summary::of(run);
         }
-        thinning->add(m_numbers.get(), m_count, m_summaries.get());
+        // The first ones may lack the begin of their summary.
+        constexpr int length = Summary::length;
+        const int whole = std::min((index + length - 1) / length * length, m_count);
+        thinning->add(m_numbers.get() + index, whole - index);
+        thinning->add(m_numbers.get() + whole, m_count - whole, m_summaries.get() + whole / length);
         return;
     }
-    for (int index = std::max(firstFrom(from) - 1, 0); index < m_count; ++index) {
+    for (; index < m_count; ++index) {
         if (!thinning->add(at(index))) {
             return;
         }
@@ -268,6 +277,16 @@ void Series::feed(Thinning *thinning, const TimeRange &range) const
         Chunk &each = *m_chunks[chunk];
         each.feed(thinning, range.from);
         if (each.lastTime() > range.to) {
+            return;
+        }
+    }
+}
+
+void Series::feedAfter(Thinning *thinning, qint64 time, qint64 end) const
+{
+    for (size_t chunk = chunkFrom(time + 1); chunk < m_chunks.size(); ++chunk) {
+        m_chunks[chunk]->feedAfter(thinning, time);
+        if (m_chunks[chunk]->lastTime() > end) {
             return;
         }
     }

@@ -38,6 +38,8 @@ public:
     Sample at(int index) const;
     // What the thinning needs from that time on, the begin of its range.
     void feed(Thinning *thinning, qint64 from);
+    // The samples behind the time.
+    void feedAfter(Thinning *thinning, qint64 time) { feedFrom(thinning, firstFrom(time + 1)); }
 
 private:
     struct Text { // from that sample up to the next text
@@ -49,6 +51,8 @@ private:
         std::vector<Text> texts;
         qint64 textBytes = 0;
     };
+
+    void feedFrom(Thinning *thinning, int index);
 
     std::unique_ptr<NumberAt[]> m_numbers;
     std::unique_ptr<Summary[]> m_summaries; // made when they are first needed; their room counts before
@@ -102,6 +106,8 @@ public:
     // Whether nothing is expected of it: its last sample says that no report came, or that the session ended.
     bool isSilent() const;
     void feed(Thinning *thinning, const TimeRange &range) const;
+    // Goes on behind that time, up to the end of the range.
+    void feedAfter(Thinning *thinning, qint64 time, qint64 end) const;
     std::unique_ptr<SampleCursor> cursor(const TimeRange &range) const;
 
     quint32 report = 0; // number of the last report that had it

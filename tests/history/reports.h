@@ -93,12 +93,13 @@ inline QStringList namesOf(const History &history)
 
 // What it answers, by seconds from the begin.
 inline QString answerOf(History *history, const PointId &id, qint64 from, qint64 to, int columns = 1000,
-                        qint64 now = 1000000)
+                        qint64 now = 1000000, bool withStatistics = false)
 {
     QString text;
     const auto link = QObject::connect(
         history, &SampleSource::thinned, history,
-        [&text](const void *, const SampleSource::Request &, const QVector<Thinned> &answers) {
+        [&text, withStatistics](const void *, const SampleSource::Request &,
+                                const QVector<Thinned> &answers) {
             for (const QVector<QPointF> &piece : answers.at(0).pieces) {
                 for (const QPointF &point : piece) {
                     text += QString("%1:%2 ").arg((point.x() - double(begin)) / s).arg(point.y());
@@ -110,6 +111,16 @@ inline QString answerOf(History *history, const PointId &id, qint64 from, qint64
                             .arg(double(gap.range.from - begin) / s)
                             .arg(double(gap.range.to - begin) / s)
                             .arg(int(gap.why));
+            }
+            const Statistics &statistics = answers.at(0).statistics;
+            if (withStatistics) {
+                text += QString("%1 %2, %3 %4..%5 %6 ")
+                            .arg(statistics.count)
+                            .arg(statistics.notNumbers)
+                            .arg(statistics.current)
+                            .arg(statistics.least)
+                            .arg(statistics.greatest)
+                            .arg(statistics.mean);
             }
             for (const Thinned::Event &event : answers.at(0).events) {
                 text += QString("%1 %2 ").arg(double(event.time - begin) / s).arg(event.text);

@@ -1,5 +1,7 @@
 #include "reports.h"
+#include "rounds.h"
 
+#include <random>
 #include <thread>
 
 using namespace Reports;
@@ -24,6 +26,8 @@ private slots:
     void answersEachAsker();
     void thinsAcrossChunks();
     void thinsWhatWasReplaced();
+    void goesOnAsIfAnew_data();
+    void goesOnAsIfAnew();
     void updatesThePoint();
     void neverGoesBackInTime();
     void takesReportsWithoutPoints();
@@ -248,6 +252,84 @@ void TestHistory::thinsWhatWasReplaced()
         history.add(report(second, {value("A", second % 2 ? 1000 : -1000), value("A", second)}));
         QCOMPARE(answerOf(&history, idOf("A"), 0, second, 1),
                  second == 0 ? QString("0:0 |") : QString("0:0 %1:%1 |").arg(second));
+    }
+}
+
+namespace {
+
+// Reports with gaps in and between them, and ends of the session.
+class RandomReports
+{
+public:
+    explicit RandomReports(int seed)
+        : m_random(unsigned(seed))
+    {
+    }
+    int upTo(int most) { return int(m_random() % unsigned(most + 1)); }
+    void addTo(const QVector<History *> &histories)
+    {
+        m_second += upTo(60) == 0 ? 5 + upTo(40) : 1;
+        if (upTo(200) == 0) {
+            for (History *history : histories) {
+                history->endSession("10.0.0.1", begin + m_second++ * s);
+            }
+        }
+        Readings readings = report(m_second, {});
+        if (upTo(50) > 0) {
+            readings.rows.append(upTo(30) == 0 ? other("A", SampleState::NotValid) : value("A", upTo(999)));
+        }
+        readings.rows.append(upTo(100) == 0 ? word("B", QString::number(upTo(3)))
+                                            : value("B", upTo(5), m_second % 1000 < 500 ? "int16" : "float"));
+        readings.rows.append(value("C", upTo(99999)));
+        for (History *history : histories) {
+            history->add(readings);
+        }
+    }
+    int second() const { return m_second; }
+
+private:
+    std::mt19937 m_random;
+    int m_second = 0;
+};
+
+} // namespace
+
+void TestHistory::goesOnAsIfAnew_data()
+{
+    QTest::addColumn<int>("budget"); // bytes
+    QTest::newRow("keeps all") << 1000000;
+    QTest::newRow("loses the oldest") << 40000;
+}
+
+// One history goes on with what a window has asked before; the other one has nothing that a window holds.
+void TestHistory::goesOnAsIfAnew()
+{
+    QFETCH(int, budget);
+    for (int round = 0; round < rounds(10); ++round) {
+        RandomReports reports(round);
+        History goesOn(budget);
+        History anew(budget);
+        goesOn.hold(idOf("A"));
+        goesOn.hold(idOf("B"));
+        goesOn.hold(idOf("C"));
+        int from = 0;
+        int to = 0;
+        int columns = 1;
+        while (reports.second() < 2000) {
+            for (int count = reports.upTo(50); count >= 0; --count) {
+                reports.addTo({&goesOn, &anew});
+            }
+            if (reports.upTo(9) == 0) {
+                from = reports.upTo(reports.second());
+                to = from + reports.upTo(500);
+                columns = 1 + reports.upTo(100);
+            }
+            const int now = reports.second() + reports.upTo(20);
+            for (const QString &name : {QString("A"), QString("B"), QString("C")}) {
+                QCOMPARE(answerOf(&goesOn, idOf(name), from, to, columns, now, true),
+                         answerOf(&anew, idOf(name), from, to, columns, now, true));
+            }
+        }
     }
 }
 
