@@ -271,8 +271,9 @@ public:
         m_second += upTo(60) == 0 ? 5 + upTo(40) : 1;
         if (upTo(200) == 0) {
             for (History *history : histories) {
-                history->endSession("10.0.0.1", begin + m_second++ * s);
+                history->endSession("10.0.0.1", begin + m_second * s);
             }
+            ++m_second;
         }
         Readings readings = report(m_second, {});
         if (upTo(50) > 0) {
