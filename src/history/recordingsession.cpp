@@ -7,6 +7,9 @@
 #include <QMutexLocker>
 
 #include <algorithm>
+#include <atomic>
+#include <optional>
+#include <vector>
 
 namespace {
 
@@ -20,6 +23,7 @@ RecordingSession::RecordingSession(const RecordingTarget &target, int pollInterv
     : m_isFile(target.kind == RecordingTarget::Kind::File)
     , m_pollInterval(pollInterval)
     , m_database(target)
+    , m_helpers(target, patience)
     , m_timer(this)
 {
     m_database.setPatience(patience);
@@ -42,7 +46,7 @@ void RecordingSession::ask(const Asked &asked)
 void RecordingSession::open()
 {
     auto points = std::make_shared<RecordingPoints>();
-    if (!m_database.open(RecordingDatabase::Access::Read) || !readVersion() || !points->read(&m_database)) {
+    if (!openDatabase() || !readVersion() || !points->read(&m_database)) {
         tellFailure();
         return;
     }
@@ -52,9 +56,15 @@ void RecordingSession::open()
     answerAll();
 }
 
+bool RecordingSession::openDatabase()
+{
+    m_helpers.reopen();
+    return m_database.open(RecordingDatabase::Access::Read);
+}
+
 void RecordingSession::poll()
 {
-    if (!m_database.isOpen() && !m_database.open(RecordingDatabase::Access::Read)) {
+    if (!m_database.isOpen() && !openDatabase()) {
         return;
     }
     QElapsedTimer took;
@@ -142,34 +152,56 @@ bool RecordingSession::isWanted(const Asked &asked)
     });
 }
 
+// Each of several threads takes one curve after the other.
 RecordingSession::Result RecordingSession::thinAll(Answer *answer)
 {
-    for (const PointId &id : qAsConst(answer->asked.request.points)) {
-        const RecordingPoints::Curve *const known = m_points->find(id);
-        Thinned thinned;
-        const Result result = thin(known ? *known : RecordingPoints::Curve(), answer->asked, &thinned);
-        if (result != Result::Done) {
-            return result;
+    const QVector<PointId> &points = answer->asked.request.points;
+    const int count = points.size();
+    std::vector<std::optional<Thinned>> all(static_cast<size_t>(count));
+    std::atomic<int> next{0};
+    const auto take = [&](RecordingDatabase *database) {
+        Result result = Result::Done;
+        for (int place; result == Result::Done && (place = next++) < count;) {
+            Thinned thinned;
+            result = thin(database, points.at(place), answer->asked, &thinned);
+            if (result == Result::Done) {
+                all[size_t(place)] = thinned;
+            }
         }
-        answer->thinned.append(thinned);
+        return result;
+    };
+    m_helpers.start(count - 1,
+                    [&take](RecordingDatabase *database) { return take(database) != Result::Failed; });
+    Result result = take(&m_database);
+    next = count; // if not for all, then for none
+    m_helpers.wait();
+    for (int place = 0; place < count && result == Result::Done; ++place) {
+        Thinned thinned;
+        // What a helper has failed with.
+        if (!all[size_t(place)]) {
+            result = thin(&m_database, points.at(place), answer->asked, &thinned);
+        }
+        answer->thinned.append(all[size_t(place)].value_or(thinned));
     }
-    return Result::Done;
+    return result;
 }
 
-RecordingSession::Result RecordingSession::thin(const RecordingPoints::Curve &curve, const Asked &asked,
-                                                Thinned *thinned)
+RecordingSession::Result RecordingSession::thin(RecordingDatabase *database, const PointId &id,
+                                                const Asked &asked, Thinned *thinned)
 {
+    const RecordingPoints::Curve *const known = m_points->find(id);
+    const RecordingPoints::Curve curve = known ? *known : RecordingPoints::Curve();
     const TimeRange &range = asked.request.range;
     Thinning thinning(range, asked.request.columns, shapeOf(curve.point.type));
     Sample sample;
     bool found = false;
-    if (!readNeighbour(&m_database, curve.keys, Neighbour::Before, range.from, &sample, &found)) {
+    if (!readNeighbour(database, curve.keys, Neighbour::Before, range.from, &sample, &found)) {
         return Result::Failed;
     }
     if (found) {
         thinning.add(sample);
     }
-    RecordingMerge samples(&m_database, curve.keys, range);
+    RecordingMerge samples(database, curve.keys, range);
     for (int count = 1; samples.next(&sample); ++count) {
         thinning.add(sample);
         if (count % samplesBetween == 0 && !isWanted(asked)) {
@@ -177,7 +209,7 @@ RecordingSession::Result RecordingSession::thin(const RecordingPoints::Curve &cu
         }
     }
     if (samples.hasFailed()
-        || !readNeighbour(&m_database, curve.keys, Neighbour::After, range.to, &sample, &found)) {
+        || !readNeighbour(database, curve.keys, Neighbour::After, range.to, &sample, &found)) {
         return Result::Failed;
     }
     if (found) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "history/recordingdatabase.h"
+#include "history/recordinghelpers.h"
 #include "history/recordingpoints.h"
 #include "history/samplesource.h"
 
@@ -49,16 +50,18 @@ private:
     enum class Result { Done, GivenUp, Failed };
 
     void poll();
+    bool openDatabase();
     bool readVersion();
     bool isWanted(const Asked &asked);
     Result thinAll(Answer *answer);
-    Result thin(const RecordingPoints::Curve &curve, const Asked &asked, Thinned *thinned);
+    Result thin(RecordingDatabase *database, const PointId &id, const Asked &asked, Thinned *thinned);
     void tryAgain(Asked asked);
     void tellFailure();
 
     const bool m_isFile;
     const int m_pollInterval; // ms
     RecordingDatabase m_database;
+    RecordingHelpers m_helpers;
     std::shared_ptr<const RecordingPoints> m_points;
     QTimer m_timer;
     QVariant m_version; // of what has been read
