@@ -30,6 +30,7 @@ public:
     // and the tables where there are none at all.
     bool open(Access access);
     void close();
+    RecordingTarget::Kind kind() const { return m_target.kind; }
     bool isOpen() const { return !m_name.isEmpty(); }
     // Whether the file is still there; of a server that is seen by the next query.
     bool isInPlace();

@@ -2,13 +2,14 @@
 
 #include "history/recordingdatabase.h"
 
+#include <QSqlError>
 #include <QVariant>
 
 #include <algorithm>
 
 namespace {
 
-constexpr int pointsAtOnce = 100; // of one INSERT; older SQLites take 999 values
+constexpr int pointsAtOnce = 20; // of one statement; Qt takes ever longer for more values
 
 // Tells the points of a Standard apart.
 QString formOf(const QString &name, const QString &address, const QString &type)
@@ -45,13 +46,18 @@ bool RecordingKeys::find(const QVector<int> &numbers, const QVector<RecordingRow
     while (m_keys.size() < points.size()) {
         m_keys.append(-1);
     }
+    if (!prepareStatements()) {
+        return false;
+    }
     QHash<PointId, QVector<int>> standards;
     for (const int number : numbers) {
         standards[standardOf(points.at(number).point.id)].append(number);
     }
     for (auto each = standards.cbegin(); each != standards.cend(); ++each) {
-        if (!findOfStandard(each.key(), *each, points)) {
-            return false;
+        for (int done = 0; done < each->size(); done += pointsAtOnce) {
+            if (!findPiece(each.key(), each->mid(done, pointsAtOnce), points)) {
+                return false;
+            }
         }
     }
     return true;
@@ -67,24 +73,56 @@ void RecordingKeys::forget()
 {
     m_keys.clear();
     m_latest.clear();
+    m_find.reset();
+    m_insertMany.reset();
+    m_insertOne.reset();
 }
 
-bool RecordingKeys::findOfStandard(const PointId &standard, const QVector<int> &numbers,
-                                   const QVector<RecordingRows::Recorded> &points)
+bool RecordingKeys::prepareStatements()
+{
+    if (!m_insertOne) {
+        m_find = m_database->prepared(statement(m_database->kind()));
+        m_insertMany = m_database->prepared(insertStatement(pointsAtOnce));
+        m_insertOne = m_database->prepared(insertStatement(1));
+    }
+    return !m_find->lastError().isValid() && !m_insertMany->lastError().isValid()
+        && !m_insertOne->lastError().isValid();
+}
+
+bool RecordingKeys::findPiece(const PointId &standard, const Numbers &numbers, const Points &points)
 {
     const auto isMissing = [this](int number) { return m_keys.at(number) < 0; };
     if (!read(standard, numbers, points)) {
         return false;
     }
-    QVector<int> missing;
+    Numbers missing;
     std::copy_if(numbers.cbegin(), numbers.cend(), std::back_inserter(missing), isMissing);
     return missing.isEmpty()
         || (insert(missing, points) && read(standard, missing, points)
             && std::none_of(missing.cbegin(), missing.cend(), isMissing));
 }
 
-bool RecordingKeys::read(const PointId &standard, const QVector<int> &numbers,
-                         const QVector<RecordingRows::Recorded> &points)
+QString RecordingKeys::statement(RecordingTarget::Kind kind)
+{
+    // As the index of the points has them.
+    const bool isFile = kind == RecordingTarget::Kind::File;
+    const QString column = isFile ? QStringLiteral("%1") : QStringLiteral("md5(%1)");
+    const QString value = isFile ? QStringLiteral("?") : QStringLiteral("md5(CAST(? AS TEXT))");
+    QStringList conditions;
+    for (const char *const name : {"box", "project", "standard"}) {
+        conditions.append(column.arg(QLatin1String(name)) + QLatin1String(" = ") + value);
+    }
+    QStringList names;
+    for (int place = 0; place < pointsAtOnce; ++place) {
+        names.append(value);
+    }
+    return QStringLiteral("SELECT id, name, address, type, (SELECT time FROM sample WHERE sample.point = "
+                          "point.id AND validity < 3 ORDER BY time DESC LIMIT 1) FROM point WHERE ")
+        + conditions.join(QLatin1String(" AND ")) + QLatin1String(" AND ") + column.arg(QLatin1String("name"))
+        + QStringLiteral(" IN (%1)").arg(names.join(QLatin1String(", ")));
+}
+
+bool RecordingKeys::read(const PointId &standard, const Numbers &numbers, const Points &points)
 {
     QMultiHash<QString, int> forms;
     QMultiHash<QString, PointId> names;
@@ -98,12 +136,14 @@ bool RecordingKeys::read(const PointId &standard, const QVector<int> &numbers,
             names.insert(name, point.id);
         }
     }
-    QSqlQuery query = m_database->prepared(QStringLiteral(
-        "SELECT id, name, address, type, (SELECT time FROM sample WHERE sample.point = point.id "
-        "AND validity < 3 ORDER BY time DESC LIMIT 1) "
-        "FROM point WHERE box = ? AND project = ? AND standard = ?"));
+    QSqlQuery &query = *m_find;
+    int place = 0;
     for (const QString &text : {standard.box, standard.project, standard.standard}) {
-        query.addBindValue(RecordingDatabase::storable(text));
+        query.bindValue(place++, RecordingDatabase::storable(text));
+    }
+    const QStringList asked = names.uniqueKeys();
+    for (int name = 0; name < pointsAtOnce; ++name) {
+        query.bindValue(place++, asked.at(qMin(name, asked.size() - 1))); // the last one fills the rest
     }
     if (!m_database->run(&query)) {
         return false;
@@ -123,13 +163,11 @@ bool RecordingKeys::read(const PointId &standard, const QVector<int> &numbers,
     return !m_database->hasFailed(query);
 }
 
-bool RecordingKeys::insert(const QVector<int> &numbers, const QVector<RecordingRows::Recorded> &points)
+bool RecordingKeys::insert(const Numbers &numbers, const Points &points)
 {
-    QSqlQuery many = m_database->prepared(insertStatement(pointsAtOnce));
-    QSqlQuery one = m_database->prepared(insertStatement(1));
     for (int done = 0; done < numbers.size();) {
         const int count = numbers.size() - done >= pointsAtOnce ? pointsAtOnce : 1;
-        QSqlQuery &query = count == 1 ? one : many;
+        QSqlQuery &query = count == 1 ? *m_insertOne : *m_insertMany;
         int place = 0;
         for (int i = done; i < done + count; ++i) {
             const Point &point = points.at(numbers.at(i)).point;

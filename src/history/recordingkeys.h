@@ -1,8 +1,10 @@
 #pragma once
 
 #include "history/recordingrows.h"
+#include "history/recordingtarget.h"
 
 #include <QHash>
+#include <QSqlQuery>
 #include <QVector>
 
 #include <optional>
@@ -10,7 +12,7 @@
 class RecordingDatabase;
 
 // The keys in the database of the points of a recording, which it makes there where they are missing: many at
-// a time, since thousands of points may come at once.
+// a time, since thousands of points may come at once, and without reading the others of their Standard.
 class RecordingKeys
 {
 public:
@@ -27,14 +29,23 @@ public:
     void forgetLatest() { m_latest.clear(); }
     void forget();
 
+    // The statement that looks for points by their names.
+    static QString statement(RecordingTarget::Kind kind);
+
 private:
-    bool findOfStandard(const PointId &standard, const QVector<int> &numbers,
-                        const QVector<RecordingRows::Recorded> &points);
-    bool read(const PointId &standard, const QVector<int> &numbers,
-              const QVector<RecordingRows::Recorded> &points);
-    bool insert(const QVector<int> &numbers, const QVector<RecordingRows::Recorded> &points);
+    using Numbers = QVector<int>;
+    using Points = QVector<RecordingRows::Recorded>;
+
+    bool findPiece(const PointId &standard, const Numbers &numbers, const Points &points);
+    bool read(const PointId &standard, const Numbers &numbers, const Points &points);
+    bool insert(const Numbers &numbers, const Points &points);
+    bool prepareStatements();
 
     RecordingDatabase *m_database;
     QVector<qint64> m_keys; // by number
     QHash<PointId, qint64> m_latest;
+    // As long as the database is open.
+    std::optional<QSqlQuery> m_find;
+    std::optional<QSqlQuery> m_insertMany;
+    std::optional<QSqlQuery> m_insertOne;
 };

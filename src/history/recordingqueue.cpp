@@ -12,13 +12,18 @@ qint64 bytesOf(const QString &text)
     return text.isNull() ? 0 : qint64(sizeof(QString::Data)) + qint64(sizeof(QChar)) * text.size();
 }
 
-// As if nothing of it were shared with others.
-qint64 bytesOf(const Readings &report)
+// Without the texts that it shares with the rows before it.
+qint64 bytesOf(const Readings &report, const QVector<Reading> &before)
 {
     qint64 bytes = qint64(sizeof(RecordingQueue::Entry)) + report.rows.size() * qint64(sizeof(Reading));
-    for (const Reading &reading : report.rows) {
-        bytes +=
-            bytesOf(reading.name) + bytesOf(reading.address) + bytesOf(reading.type) + bytesOf(reading.text);
+    for (int row = 0; row < report.rows.size(); ++row) {
+        for (QString Reading::*const text :
+             {&Reading::name, &Reading::address, &Reading::type, &Reading::text}) {
+            const QString &own = report.rows.at(row).*text;
+            const bool isShared =
+                row < before.size() && (before.at(row).*text).constData() == own.constData();
+            bytes += isShared ? 0 : bytesOf(own);
+        }
     }
     return bytes;
 }
@@ -40,7 +45,7 @@ void RecordingQueue::add(const Readings &given)
         return;
     }
     const Readings report = wanted(given);
-    const qint64 bytes = bytesOf(report);
+    const qint64 bytes = bytesOf(report, m_before.value(standard));
     const QMutexLocker locker(&m_mutex);
     if (m_stopTime >= 0) {
         return;
@@ -59,6 +64,7 @@ void RecordingQueue::add(const Readings &given)
         m_droppedFrom.erase(dropped);
     }
     append(Entry::Kind::Report, report, bytes);
+    m_before.insert(standard, report.rows);
     if (m_rows >= m_wantedRows) {
         m_changed.wakeAll();
     }

@@ -24,7 +24,8 @@ public:
         qint64 bytes = 0; // about
     };
 
-    // Only these points are kept; of an empty set all. The limit is in bytes.
+    // Only these points are kept; of an empty set all. The limit is in bytes; texts that a report has in
+    // common with the one before it, of the same Standard, do not count again.
     RecordingQueue(const QSet<PointId> &points, qint64 limit);
 
     void add(const Readings &given);
@@ -52,7 +53,8 @@ private:
 
     QHash<PointId, QSet<QString>> m_wanted; // names by Standard, with an empty name; empty for all
     const qint64 m_limit;
-    mutable QMutex m_mutex; // for all below
+    QHash<PointId, QVector<Reading>> m_before; // rows added last, by Standard; of the thread that adds
+    mutable QMutex m_mutex;                    // for all below
     QWaitCondition m_changed;
     QVector<Entry> m_entries;
     int m_rows = 0;          // of the entries
