@@ -82,7 +82,7 @@ void RecordingWalk::fetch()
 
 bool RecordingWalk::fetchPlain()
 {
-    QSqlQuery query = asked(QStringLiteral("time, CASE WHEN validity = 1 AND text IS NULL THEN number END"));
+    QSqlQuery query = asked(Columns::Plain);
     bool isPlain = true;
     Sample sample;
     while (isPlain && !m_hasFailed && query.next()) {
@@ -95,7 +95,7 @@ bool RecordingWalk::fetchPlain()
 
 bool RecordingWalk::fetchAll()
 {
-    QSqlQuery query = asked(QStringLiteral("time, number, validity, text"));
+    QSqlQuery query = asked(Columns::All);
     int characters = 0;
     while (!m_hasFailed && characters < charactersAtOnce && query.next()) {
         m_samples.append(sampleOf(query));
@@ -105,15 +105,21 @@ bool RecordingWalk::fetchAll()
     return characters < charactersAtOnce;
 }
 
+QString RecordingWalk::statement(Columns columns)
+{
+    return QStringLiteral("SELECT time, %1 FROM sample WHERE point = ? AND time >= ? AND time <= ? "
+                          "ORDER BY time LIMIT ?")
+        .arg(columns == Columns::Plain
+                 ? QStringLiteral("CASE WHEN validity = 1 AND text IS NULL THEN number END")
+                 : QStringLiteral("number, validity, text"));
+}
+
 // Begins anew with the samples that follow.
-QSqlQuery RecordingWalk::asked(const QString &columns)
+QSqlQuery RecordingWalk::asked(Columns columns)
 {
     m_samples.clear();
     m_samples.reserve(samplesAtOnce);
-    QSqlQuery query =
-        m_database->prepared(QStringLiteral("SELECT %1 FROM sample WHERE point = ? AND time >= ? "
-                                            "AND time <= ? ORDER BY time LIMIT ?")
-                                 .arg(columns));
+    QSqlQuery query = m_database->prepared(statement(columns));
     query.addBindValue(m_key);
     query.addBindValue(m_range.from);
     query.addBindValue(m_range.to);
@@ -163,17 +169,22 @@ bool RecordingMerge::hasFailed() const
                        [](const RecordingWalk &walk) { return walk.hasFailed(); });
 }
 
+QString neighbourStatement(Neighbour which)
+{
+    return which == Neighbour::Before
+        ? QStringLiteral("SELECT time, number, validity, text FROM sample "
+                         "WHERE point = ? AND time < ? ORDER BY time DESC LIMIT 1")
+        : QStringLiteral("SELECT time, number, validity, text FROM sample "
+                         "WHERE point = ? AND time > ? ORDER BY time LIMIT 1");
+}
+
 bool readNeighbour(RecordingDatabase *database, const QVector<qint64> &keys, Neighbour which, qint64 time,
                    Sample *sample, bool *found)
 {
     const bool isBefore = which == Neighbour::Before;
     *found = false;
     for (const qint64 key : keys) {
-        QSqlQuery query = database->prepared(
-            isBefore ? QStringLiteral("SELECT time, number, validity, text FROM sample "
-                                      "WHERE point = ? AND time < ? ORDER BY time DESC LIMIT 1")
-                     : QStringLiteral("SELECT time, number, validity, text FROM sample "
-                                      "WHERE point = ? AND time > ? ORDER BY time LIMIT 1"));
+        QSqlQuery query = database->prepared(neighbourStatement(which));
         query.addBindValue(key);
         query.addBindValue(time);
         if (!database->run(&query)) {

@@ -12,8 +12,15 @@
 class RecordingWalk
 {
 public:
+    enum class Columns {
+        Plain, // time, and the number of a sample that is nothing else, or NULL
+        All,
+    };
+
     RecordingWalk(RecordingDatabase *database, qint64 key, const TimeRange &range);
 
+    // Takes key, first and last time, and how many at most.
+    static QString statement(Columns columns);
     // The sample that it stands at; null at the end or once it can't read on.
     const Sample *current();
     void advance() { ++m_place; }
@@ -24,7 +31,7 @@ private:
     // False where one of them has a text or is a break.
     bool fetchPlain();
     bool fetchAll(); // false if the size of the texts cut it short
-    QSqlQuery asked(const QString &columns);
+    QSqlQuery asked(Columns columns);
 
     RecordingDatabase *m_database;
     const qint64 m_key;
@@ -54,6 +61,7 @@ private:
 // The last sample before that time, or the first one after it. False if it can't be read; *found tells
 // whether there is one.
 enum class Neighbour { Before, After };
+QString neighbourStatement(Neighbour which); // takes key and time
 bool readNeighbour(RecordingDatabase *database, const QVector<qint64> &keys, Neighbour which, qint64 time,
                    Sample *sample, bool *found);
 

@@ -6,17 +6,22 @@
 
 #include <algorithm>
 
+// Two look-ups by the key of the samples for each point.
+QString RecordingPoints::statement()
+{
+    return QStringLiteral(
+        "SELECT id, box, project, standard, name, address, type, "
+        "(SELECT min(time) FROM sample WHERE sample.point = point.id), "
+        "(SELECT max(time) FROM sample WHERE sample.point = point.id) FROM point ORDER BY id");
+}
+
 bool RecordingPoints::read(RecordingDatabase *database)
 {
     QVariant open;
     if (!database->readCell(QStringLiteral("SELECT count(*) FROM recording WHERE ended IS NULL"), &open)) {
         return false;
     }
-    // Two look-ups by the key of the samples for each point.
-    QSqlQuery query = database->prepared(QStringLiteral(
-        "SELECT id, box, project, standard, name, address, type, "
-        "(SELECT min(time) FROM sample WHERE sample.point = point.id), "
-        "(SELECT max(time) FROM sample WHERE sample.point = point.id) FROM point ORDER BY id"));
+    QSqlQuery query = database->prepared(statement());
     if (!database->run(&query)) {
         return false;
     }

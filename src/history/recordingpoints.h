@@ -20,6 +20,7 @@ public:
 
     // False if the database can't be read.
     bool read(RecordingDatabase *database);
+    static QString statement();
 
     const QVector<Curve> &curves() const { return m_curves; }
     // Null if there is none.

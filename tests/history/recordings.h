@@ -106,6 +106,28 @@ inline QStringList asked(const QString &path, const QString &sql)
     return QString::fromUtf8(sqlite.readAll()).split('\n', Qt::SkipEmptyParts);
 }
 
+// Another program that has locked the file.
+class Lock
+{
+public:
+    explicit Lock(const QString &path)
+    {
+        m_program.start("sqlite3", {path});
+        m_program.write("BEGIN EXCLUSIVE;\nSELECT 'locked';\n");
+        m_isHeld = m_program.waitForReadyRead();
+    }
+    bool isHeld() const { return m_isHeld; }
+    bool release()
+    {
+        m_program.write("COMMIT;\n.quit\n");
+        return m_program.waitForFinished();
+    }
+
+private:
+    QProcess m_program;
+    bool m_isHeld = false;
+};
+
 // The samples: name, time after the start, number, text, validity.
 inline QStringList samples(const QString &path)
 {

@@ -34,6 +34,7 @@ private slots:
     void fullQueueDropsAndTells();
     void largeReportIsTakenAlone();
     void queueKeepsTheWantedPoints();
+    void queueCountsTextsOnce();
     void manyNewPoints();
     void statusTellsWhatIsWritten();
     void stoppedWithoutAReport();
@@ -321,10 +322,8 @@ void TestRecorder::recorderBesideAnother()
 void TestRecorder::fullQueueDropsAndTells()
 {
     record(file(path()), {});
-    QProcess locker;
-    locker.start("sqlite3", {path()});
-    locker.write("BEGIN EXCLUSIVE;\nSELECT 'locked';\n");
-    QVERIFY(locker.waitForReadyRead());
+    Lock lock(path());
+    QVERIFY(lock.isHeld());
 
     Recorder recorder;
     Recorder::Limits limits = quick();
@@ -337,8 +336,7 @@ void TestRecorder::fullQueueDropsAndTells()
     const qint64 dropped = recorder.status().dropped;
     QVERIFY2(dropped > 70 && dropped < 100, qPrintable(QString::number(dropped)));
 
-    locker.write("COMMIT;\n.quit\n");
-    QVERIFY(locker.waitForFinished());
+    QVERIFY(lock.release());
     QTRY_COMPARE(recorder.status().samples, 100 - dropped);
     recorder.add(report(200000, {reading("U", "2")}));
     QVERIFY(stopAndWait(&recorder));
@@ -381,6 +379,21 @@ void TestRecorder::queueKeepsTheWantedPoints()
     QCOMPARE(entries.size(), 5);
     QCOMPARE(entries.first().readings.rows.size(), 1);
     QCOMPARE(entries.first().readings.rows.first().name, QString("U"));
+}
+
+// Reports that come from one page share their texts.
+void TestRecorder::queueCountsTextsOnce()
+{
+    const QString name(1000, QChar('n'));
+    RecordingQueue queue({}, 10000);
+    for (int time = 0; time < 20; ++time) {
+        queue.add(report(time * 1000, {reading(name, "1")}));
+    }
+    QCOMPARE(queue.dropped(), qint64(0));
+    for (int time = 20; time < 40; ++time) {
+        queue.add(report(time * 1000, {reading(QString(1000, QChar('m')), "1")}));
+    }
+    QVERIFY(queue.dropped() > 15);
 }
 
 // The first report of many points is not much more work than the next ones.

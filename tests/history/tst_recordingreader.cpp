@@ -1,5 +1,7 @@
 #include "files.h"
 #include "history/recordingcursor.h"
+#include "history/recordingkeys.h"
+#include "history/recordingpoints.h"
 #include "history/recordingreader.h"
 #include "recordings.h"
 
@@ -61,8 +63,8 @@ private slots:
     void cursorSurvivesItsReader();
     void newerRequestReplaces();
     void noPeakIsLost();
-    void opensByKeysAlone_data();
-    void opensByKeysAlone();
+    void findsByKeysAlone_data();
+    void findsByKeysAlone();
     void growsWhileItIsRecorded();
     void recordingWithoutSamples();
     void readsWhileItIsLocked();
@@ -296,27 +298,28 @@ void TestRecordingReader::noPeakIsLost()
     QCOMPARE(answers.at(6).statistics.greatest, 5000.0);
 }
 
-void TestRecordingReader::opensByKeysAlone_data()
+void TestRecordingReader::findsByKeysAlone_data()
 {
     QTest::addColumn<QString>("sql");
-    QTest::newRow("points")
-        << "SELECT id, (SELECT min(time) FROM sample WHERE sample.point = point.id), "
-           "(SELECT max(time) FROM sample WHERE sample.point = point.id) FROM point ORDER BY id";
-    QTest::newRow("samples") << "SELECT time, number, validity, text FROM sample "
-                                "WHERE point = 1 AND time >= 1 AND time <= 9 ORDER BY time LIMIT 1";
-    QTest::newRow("before")
-        << "SELECT time FROM sample WHERE point = 1 AND time < 9 ORDER BY time DESC LIMIT 1";
-    QTest::newRow("begin")
-        << "SELECT max((SELECT max(time) FROM sample WHERE point = point.id AND time < 9)) "
-           "FROM point WHERE box = '' AND project = '' AND standard = '' AND name = ''";
+    QTest::addColumn<QString>("search");
+    const QString byKey = "SEARCH sample USING PRIMARY KEY (point=?";
+    QTest::newRow("points") << RecordingPoints::statement() << byKey;
+    QTest::newRow("plain samples") << RecordingWalk::statement(RecordingWalk::Columns::Plain) << byKey;
+    QTest::newRow("samples") << RecordingWalk::statement(RecordingWalk::Columns::All) << byKey;
+    QTest::newRow("before") << neighbourStatement(Neighbour::Before) << byKey;
+    QTest::newRow("after") << neighbourStatement(Neighbour::After) << byKey;
+    const QString ofNames = RecordingKeys::statement(RecordingTarget::Kind::File);
+    QTest::newRow("names") << ofNames << "point_form (box=? AND project=? AND standard=? AND name=?)";
+    QTest::newRow("latest") << ofNames << byKey;
 }
 
-void TestRecordingReader::opensByKeysAlone()
+void TestRecordingReader::findsByKeysAlone()
 {
     QFETCH(QString, sql);
+    QFETCH(QString, search);
     record(file(path()), {});
     const QString plan = asked(path(), "EXPLAIN QUERY PLAN " + sql).join('\n');
-    QVERIFY2(plan.contains("SEARCH sample USING PRIMARY KEY (point=?"), qPrintable(plan));
+    QVERIFY2(plan.contains(search), qPrintable(plan));
     QVERIFY2(!plan.contains("SCAN sample") && !plan.contains("TEMP B-TREE"), qPrintable(plan));
 }
 
@@ -356,18 +359,15 @@ void TestRecordingReader::readsWhileItIsLocked()
     recordSome();
     RecordingReader reader;
     QCOMPARE(open(&reader), QString());
-    QProcess locker;
-    locker.start("sqlite3", {path()});
-    locker.write("BEGIN EXCLUSIVE;\nSELECT 'locked';\n");
-    QVERIFY(locker.waitForReadyRead());
+    Lock lock(path());
+    QVERIFY(lock.isHeld());
     QSignalSpy failed(&reader, &RecordingReader::failed);
     QSignalSpy thinned(&reader, &RecordingReader::thinned);
     reader.request(this, {{id("U")}, {start + 1500, start + 2500}, 100});
     QVERIFY(failed.wait());
     QCOMPARE(failed.first().first().toString(), path() + " is locked by another program.");
     QVERIFY(thinned.isEmpty());
-    locker.write("COMMIT;\n.quit\n");
-    QVERIFY(locker.waitForFinished());
+    QVERIFY(lock.release());
     QVERIFY(thinned.wait());
     QCOMPARE(shown(thinned.first().at(2).value<QVector<Thinned>>().value(0)),
              QString("[1000=1 2000=2 3000=3]"));
@@ -379,6 +379,15 @@ void TestRecordingReader::removedFileIsTold()
     recordSome();
     RecordingReader reader;
     QCOMPARE(open(&reader), QString());
+    const auto counts = [this, &reader](const QString &name) {
+        QSet<qint64> all;
+        const QVector<Thinned> answers = answer(&reader, QVector<PointId>(200, id(name)), {0, 600000}, 10);
+        for (const Thinned &each : answers) {
+            all.insert(each.statistics.count);
+        }
+        return all;
+    };
+    QCOMPARE(counts("U"), QSet<qint64>{5});
     QSignalSpy failed(&reader, &RecordingReader::failed);
     QVERIFY(QFile::remove(path()));
     QVERIFY(failed.wait());
@@ -389,6 +398,7 @@ void TestRecordingReader::removedFileIsTold()
     QVERIFY(grown.wait());
     QTRY_COMPARE(reader.extent(id("I")).from, start + 500000);
     QCOMPARE(failed.size(), 1);
+    QCOMPARE(counts("I"), QSet<qint64>{1}); // what the old file had there is gone
 }
 
 // What another program has put into the tables.

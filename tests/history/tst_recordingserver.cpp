@@ -1,9 +1,11 @@
 #include "files.h"
+#include "history/recordingkeys.h"
 #include "history/recordingreader.h"
 #include "recordings.h"
 
 #include <QRandomGenerator>
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QUrlQuery>
@@ -116,6 +118,31 @@ RecordingTarget Server::target(const QString &withPassword) const
     return error.isEmpty() ? target : RecordingTarget();
 }
 
+// The first column of what it answers, or why it fails.
+QStringList ran(const RecordingTarget &server, const QString &name, const QStringList &statements)
+{
+    QStringList answers;
+    {
+        QSqlDatabase base = QSqlDatabase::addDatabase("QPSQL", "other");
+        base.setUserName("anna");
+        base.setPassword(password);
+        base.setDatabaseName(name);
+        base.setConnectOptions("host=" + QUrlQuery(server.server).queryItemValue("host"));
+        base.open();
+        for (const QString &statement : statements) {
+            QSqlQuery query(base);
+            if (!query.exec(statement)) {
+                answers.append(query.lastError().text());
+            }
+            while (query.next()) {
+                answers.append(query.value(0).toString());
+            }
+        }
+    }
+    QSqlDatabase::removeDatabase("other");
+    return answers;
+}
+
 } // namespace
 
 // A recording in PostgreSQL.
@@ -128,6 +155,7 @@ private slots:
     void wrongPasswordIsTold();
     void otherTablesAreLeftAlone();
     void longNamesAreKept();
+    void findsNamesByIndex();
     void optionsAreQuoted();
     void serverGoesAwayAndComesBack();
 
@@ -204,16 +232,7 @@ void TestRecordingServer::otherTablesAreLeftAlone()
 {
     RecordingTarget other = m_server.target();
     other.server.setPath("/template1");
-    {
-        QSqlDatabase base = QSqlDatabase::addDatabase("QPSQL", "other");
-        base.setUserName("anna");
-        base.setPassword(password);
-        base.setDatabaseName("template1");
-        base.setConnectOptions("host=" + QUrlQuery(other.server).queryItemValue("host"));
-        QVERIFY(base.open());
-        QVERIFY(QSqlQuery(base).exec("CREATE TABLE sample (jar TEXT)"));
-    }
-    QSqlDatabase::removeDatabase("other");
+    QCOMPARE(ran(other, "template1", {"CREATE TABLE sample (jar TEXT)"}), QStringList());
     const QString error = record(other, {report(0, {reading("U", "1")})}).error;
     QVERIFY2(error.contains(" is no recording."), qPrintable(error));
 }
@@ -231,6 +250,17 @@ void TestRecordingServer::longNamesAreKept()
     }
     QCOMPARE(walk("short").left(11), QString("1:1 nan:4 1"));
     QCOMPARE(walk(name).left(11), QString("2:1 nan:4 2"));
+}
+
+void TestRecordingServer::findsNamesByIndex()
+{
+    record(m_server.target(), {});
+    const QString sql = RecordingKeys::statement(RecordingTarget::Kind::Server).replace('?', "'a'");
+    // So few points it would read whole.
+    const QString plan =
+        ran(m_server.target(), "postgres", {"SET enable_seqscan = off", "EXPLAIN " + sql}).join('\n');
+    QVERIFY2(plan.contains("point_form"), qPrintable(plan));
+    QVERIFY2(plan.contains("Index Cond: ((md5(box)") && plan.contains("(md5(name) ="), qPrintable(plan));
 }
 
 void TestRecordingServer::optionsAreQuoted()

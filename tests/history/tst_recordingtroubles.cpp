@@ -228,10 +228,8 @@ void TestRecordingTroubles::emptyFileIsRecordedInto()
 void TestRecordingTroubles::lockedFileIsTriedAgain()
 {
     record(file(path()), {});
-    QProcess locker;
-    locker.start("sqlite3", {path()});
-    locker.write("BEGIN EXCLUSIVE;\nSELECT 'locked';\n");
-    QVERIFY(locker.waitForReadyRead());
+    Lock lock(path());
+    QVERIFY(lock.isHeld());
     Recorder recorder;
     recorder.setLimits(quick());
     recorder.start(file(path()), {});
@@ -239,8 +237,7 @@ void TestRecordingTroubles::lockedFileIsTriedAgain()
     QTRY_COMPARE(recorder.status().state, Recorder::State::Troubled);
     QCOMPARE(recorder.status().error, path() + " is locked by another program.");
     recorder.add(report(1000, {reading("U", "2")}));
-    locker.write("COMMIT;\n.quit\n");
-    QVERIFY(locker.waitForFinished());
+    QVERIFY(lock.release());
     QTRY_COMPARE(recorder.status().state, Recorder::State::Recording);
     QTRY_COMPARE(recorder.status().samples, qint64(2));
     QCOMPARE(recorder.status().error, QString());
@@ -320,10 +317,8 @@ void TestRecordingTroubles::clockSetBackIsTold()
 void TestRecordingTroubles::lostAtTheStopIsTold()
 {
     record(file(path()), {});
-    QProcess locker;
-    locker.start("sqlite3", {path()});
-    locker.write("BEGIN EXCLUSIVE;\nSELECT 'locked';\n");
-    QVERIFY(locker.waitForReadyRead());
+    Lock lock(path());
+    QVERIFY(lock.isHeld());
     const QString words = withLost(path() + " is locked by another program.", 19);
     QVector<Readings> reports;
     for (int time = 0; time < 19; ++time) {
@@ -334,8 +329,7 @@ void TestRecordingTroubles::lostAtTheStopIsTold()
     QCOMPARE(status.state, Recorder::State::Stopped);
     QCOMPARE(status.error, words);
     QCOMPARE(status.dropped, qint64(19));
-    locker.write("COMMIT;\n.quit\n");
-    QVERIFY(locker.waitForFinished());
+    QVERIFY(lock.release());
 }
 
 // It takes the connection, and says nothing.
