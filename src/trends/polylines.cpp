@@ -76,6 +76,20 @@ QVector<QPolygonF> Polylines::cut(const QPolygonF &line, const QRectF &area)
     return parts;
 }
 
+bool Polylines::isDense(const QPolygonF &line, const QVector<QPolygonF> &parts)
+{
+    constexpr qreal most = 1.5;      // points a pixel
+    constexpr qreal longestWay = 15; // times the width
+    const qreal width = qMax<qreal>(1, line.last().x() - line.first().x());
+    qreal way = 0;
+    for (const QPolygonF &part : parts) {
+        for (int index = 1; index < part.size(); ++index) {
+            way += qAbs(part.at(index).y() - part.at(index - 1).y());
+        }
+    }
+    return line.size() > most * width || way > longestWay * width;
+}
+
 QVector<QLineF> Polylines::hatching(const QRectF &area, qreal distance, bool rising)
 {
     QVector<QLineF> lines;

@@ -13,6 +13,10 @@ QPolygonF steps(const QPolygonF &points);
 // The parts of the line that lie inside; touching the edge is inside.
 QVector<QPolygonF> cut(const QPolygonF &line, const QRectF &area);
 
+// Whether the line fills its area rather than crossing it: by its points, in pixels, or the way that its
+// parts go up and down.
+bool isDense(const QPolygonF &line, const QVector<QPolygonF> &parts);
+
 // Slanted lines over the area, this far from each other; rising to the right, or falling.
 QVector<QLineF> hatching(const QRectF &area, qreal distance, bool rising);
 

@@ -58,8 +58,8 @@ void TrendCurve::drawLine(QPainter *painter, const QPolygonF &points, const QRec
     const bool isStep = shapeOf(m_curve.point.type) == Shape::Step;
     const auto parts = Polylines::cut(isStep ? Polylines::steps(points) : points, area);
     QPen pen = m_pen;
-    // A line that fills its columns is as clear without what makes it smooth, and drawn ten times as fast.
-    const bool isDense = points.size() > 1.5 * qMax<qreal>(1, points.last().x() - points.first().x());
+    // Such a line is as clear without what makes it smooth, and drawn ten times as fast.
+    const bool isDense = Polylines::isDense(points, parts);
     painter->setRenderHint(QPainter::Antialiasing, !isDense);
     if (isDense) {
         pen.setWidthF(1);

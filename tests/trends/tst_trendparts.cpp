@@ -47,6 +47,8 @@ private slots:
     void everyBreakHasAWord();
     void stepsHoldTheirValue();
     void linesAreCutToTheArea();
+    void linesThatFillTheirArea_data();
+    void linesThatFillTheirArea();
     void hatchingStaysInTheArea();
 };
 
@@ -467,6 +469,32 @@ void TestTrendParts::linesAreCutToTheArea()
              QVector<QPolygonF>{line({{0, 50}, {100, 50}})});
     QCOMPARE(Polylines::cut(line({{-50, 150}, {150, 150}}), area), QVector<QPolygonF>());
     QCOMPARE(Polylines::cut(line({{-1e300, 50}, {1e300, 50}}), area).size(), 1);
+}
+
+void TestTrendParts::linesThatFillTheirArea_data()
+{
+    QTest::addColumn<int>("points");
+    QTest::addColumn<double>("step"); // how far a point is from the one before, up or down
+    QTest::addColumn<bool>("fills");
+    QTest::newRow("level") << 900 << 0.0 << false;
+    QTest::newRow("a little noise") << 900 << 5.0 << false;
+    QTest::newRow("up and down all the time") << 900 << 100.0 << true;
+    QTest::newRow("up and down now and then") << 20 << 300.0 << false;
+    QTest::newRow("many a pixel") << 2000 << 1.0 << true;
+}
+
+void TestTrendParts::linesThatFillTheirArea()
+{
+    QFETCH(int, points);
+    QFETCH(double, step);
+    QPolygonF whole;
+    for (int point = 0; point < points; ++point) {
+        whole.append({1000.0 * point / (points - 1), 200 + (point % 2) * step});
+    }
+    const auto parts = Polylines::cut(whole, QRectF(0, 0, 1000, 600));
+    QTEST(Polylines::isDense(whole, parts), "fills");
+    // What is not on screen costs nothing.
+    QCOMPARE(Polylines::isDense(whole, Polylines::cut(whole, QRectF(0, 400, 1000, 200))), points > 1000);
 }
 
 void TestTrendParts::hatchingStaysInTheArea()
