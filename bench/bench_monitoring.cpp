@@ -1,6 +1,7 @@
 // Live reports from their segments to the table.
 
 #include "boxes/protocol.h"
+#include "history/history.h"
 #include "history/recorder.h"
 #include "model/projecttree.h"
 #include "monitoring/monitoringpage.h"
@@ -12,6 +13,7 @@
 #include "trends/trendwindow.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -24,6 +26,8 @@
 #include <QTreeView>
 
 #include <benchmark/benchmark.h>
+
+#include <algorithm>
 
 namespace {
 
@@ -69,13 +73,56 @@ void report(benchmark::State &state)
     }
 }
 
+constexpr int watchedPoints = 10000;
+constexpr int watchedCurves = 16;
+
+// The quarter of an hour before, a report a second: of the curves all of it, of the others what the history
+// has room for.
+void fill(History *history)
+{
+    constexpr int reports = 900;
+    constexpr int fullReports = 300;
+    Readings report{0, {}, QStringLiteral("Plant"), QStringLiteral("Line 1"), {}};
+    const qint64 begin = QDateTime::currentMSecsSinceEpoch() - reports * qint64(1000);
+    for (int at = 0; at < reports; ++at) {
+        report.time = begin + at * qint64(1000);
+        for (int point = report.rows.size();
+             point < (at < reports - fullReports ? watchedCurves : watchedPoints); ++point) {
+            Reading reading;
+            reading.name = QStringLiteral("Point %1").arg(point);
+            reading.address = QString::number(40001 + point);
+            reading.type = QStringLiteral("float");
+            reading.state = SampleState::Valid;
+            report.rows.append(reading);
+            if (point < watchedCurves) {
+                history->hold({report.box, report.project, report.standard, reading.name});
+            }
+        }
+        for (int point = 0; point < report.rows.size(); ++point) {
+            report.rows[point].number = (point * 7919 + at * 104729) % 100003;
+        }
+        history->add(report);
+    }
+}
+
+// Whether the curves reach back as far as they show.
+bool isFilled(const QMainWindow &window)
+{
+    const auto *trend = window.findChild<TrendWindow *>();
+    const QVector<Point> points = trend->points();
+    return points.size() == watchedCurves
+        && std::all_of(points.begin(), points.end(), [trend](const Point &point) {
+               const TimeRange extent = trend->source()->extent(point.id);
+               return extent.to - extent.from > 890 * qint64(1000);
+           });
+}
+
 // A trend of 16 points of the page in front, and a recording of all its points into the file.
 bool watch(QMainWindow *window, MonitoringView *view, const QString &file)
 {
-    constexpr int curves = 16;
     auto *trends = window->findChild<Trends *>();
     MonitoringPage *page = view->currentPage();
-    for (int row = 0; row < curves; ++row) {
+    for (int row = 0; row < watchedCurves; ++row) {
         page->table()->item(row, 0)->setSelected(true);
     }
     trends->showTrend();
@@ -83,7 +130,7 @@ bool watch(QMainWindow *window, MonitoringView *view, const QString &file)
     target.kind = RecordingTarget::Kind::File;
     target.file = file;
     trends->findChild<Recordings *>()->start(page, {QStringLiteral("all"), page->windowTitle(), {}}, target);
-    return window->findChild<TrendWindow *>()->points().size() == curves;
+    return isFilled(*window);
 }
 
 // Until the next report: the recorder has written the last one, and the trend wants to be drawn anew.
@@ -99,7 +146,6 @@ void rest(const QMainWindow &window, qint64 samples)
 // come at intervals; what the recorder does meanwhile beside the window is not measured.
 void reportWatched(benchmark::State &state)
 {
-    constexpr int points = 10000;
     const bool isWatched = state.range(0) != 0;
     QStandardItemModel model;
     QStandardItem *project = ProjectTree::makeProject(QStringLiteral("Plant"), QString(), QString());
@@ -111,7 +157,8 @@ void reportWatched(benchmark::State &state)
     window.setCentralWidget(tabs);
     MonitoringView view(tabs, &model, nullptr);
     if (isWatched) {
-        new Trends(&view, &window);
+        const auto *trends = new Trends(&view, &window);
+        fill(trends->findChild<History *>());
     }
     window.resize(1024, 500);
     window.show();
@@ -119,7 +166,7 @@ void reportWatched(benchmark::State &state)
     QObject::connect(&protocol, &Protocol::dataReceived, &view, &MonitoringView::receive);
     QList<QByteArray> streams;
     for (int round = 0; round < rounds; ++round) {
-        streams.append(Segments::stream(Segments::reportText(points, round)));
+        streams.append(Segments::stream(Segments::reportText(watchedPoints, round)));
     }
     int next = 0;
     const auto receive = [&] {
@@ -130,13 +177,13 @@ void reportWatched(benchmark::State &state)
     receive(); // makes the node
     receive(); // makes the tab
     if (isWatched && !watch(&window, &view, folder.filePath(QStringLiteral("values.sqlite")))) {
-        state.SkipWithError("the window does not show the points");
+        state.SkipWithError("the window does not show the points of a quarter of an hour");
     }
     qint64 samples = 0;
     for (auto _ : state) {
         receive();
         state.PauseTiming();
-        samples += points;
+        samples += watchedPoints;
         rest(window, samples);
         state.ResumeTiming();
     }
