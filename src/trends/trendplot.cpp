@@ -7,6 +7,7 @@
 #include "trends/valuescaledraw.h"
 
 #include <QEvent>
+#include <QFontMetrics>
 
 #include <qwt_date_scale_engine.h>
 #include <qwt_plot_canvas.h>
@@ -72,6 +73,9 @@ void TrendPlot::applyFont()
     QwtText title(tr("Time of arrival at this computer"));
     title.setFont(font());
     setAxisTitle(xBottom, title);
+    // So that the plot keeps its width while labels move along, the widest at an end of the scale too.
+    const int half = QFontMetrics(font()).horizontalAdvance(QStringLiteral("0000-00-00")) / 2 + 2;
+    axisWidget(xBottom)->setMinBorderDist(half, half);
 }
 
 void TrendPlot::setCurves(const QVector<Curve> &curves)

@@ -1,4 +1,5 @@
 #include "trends/readout.h"
+#include "trends/viewcontrol.h"
 #include "trendtest.h"
 #include "widgets/quietline.h"
 
@@ -24,6 +25,7 @@ private slots:
     void keysMoveTheValues_data();
     void keysMoveTheValues();
     void listChoosesTheSpan();
+    void plotKeepsItsWidth();
     void followsWhatComes();
     void followsNoMoreWhatHasEnded();
     void recordingHasNoPresent();
@@ -213,6 +215,21 @@ void TestTrendHands::listChoosesTheSpan()
     redrawn();
     QCOMPARE(screen(), (QVector<double>{500 - 3600, 500 + 3600}));
     QCOMPARE(spans->currentText(), "2 h");
+}
+
+// Else it would ask twice for each step.
+void TestTrendHands::plotKeepsItsWidth()
+{
+    RUN(open());
+    auto *control = window->findChild<ViewControl *>();
+    QSet<int> widths;
+    for (int step = 0; step < 60; ++step) {
+        const qint64 moved = start + step * 3700;
+        control->setView(TimeView({moved, moved + 900000}));
+        redrawn();
+        widths.insert(plot->columns());
+    }
+    QCOMPARE(widths.size(), 1);
 }
 
 void TestTrendHands::followsWhatComes()
