@@ -31,7 +31,7 @@ RecordingHelpers::~RecordingHelpers() = default;
 
 void RecordingHelpers::start(int threads, const std::function<bool(RecordingDatabase *)> &work)
 {
-    m_started = qMin(threads, m_threads.maxThreadCount());
+    m_started = qBound(0, threads, m_threads.maxThreadCount());
     for (int thread = 0; thread < m_started; ++thread) {
         m_threads.start([this, work] {
             run(work);

@@ -351,6 +351,7 @@ void TestRecordingReader::recordingWithoutSamples()
     RecordingReader reader;
     QCOMPARE(open(&reader), QString());
     QVERIFY(reader.points().isEmpty());
+    QCOMPARE(answer(&reader, {}, {0, 1000}, 10).size(), 0);
     QVERIFY(!reader.isGrowing());
 }
 
