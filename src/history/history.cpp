@@ -250,6 +250,35 @@ Thinned History::thin(const PointId &id, const Request &request)
     return thinning.finish();
 }
 
+void History::requestAt(const void *asker, const Moment &moment)
+{
+    QVector<ValueAt> values;
+    for (const PointId &id : moment.points) {
+        values.append(valueAt(id, moment));
+    }
+    emit knownAt(asker, moment, values);
+}
+
+ValueAt History::valueAt(const PointId &id, const Moment &moment) const
+{
+    const Found found = find(id);
+    if (!found.series || moment.time > moment.now) {
+        return {};
+    }
+    Series::Around around = found.series->around(moment.time);
+    const auto late = found.standard->lateness.lateSince(moment.now);
+    if (late && !found.series->isSilent()) {
+        const Sample missing{*late, nothing, SampleState::NoReport, {}};
+        if (*late <= moment.time) {
+            around.last = missing;
+        } else if (!around.next) {
+            around.next = missing;
+        }
+    }
+    return ValueAt::of(around.last ? &*around.last : nullptr, around.next ? &*around.next : nullptr,
+                       moment.time);
+}
+
 std::unique_ptr<SampleCursor> History::cursor(const PointId &id, const TimeRange &range) const
 {
     const Found found = find(id);

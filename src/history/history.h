@@ -48,6 +48,8 @@ public:
     bool isGrowing() const override { return true; }
     // Answers at once. What is late by the present, or by the end of the range before it, is broken there.
     void request(const void *asker, const Request &request) override;
+    // The same.
+    void requestAt(const void *asker, const Moment &moment) override;
     std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override;
 
 private:
@@ -59,6 +61,7 @@ private:
 
     Found find(const PointId &id) const;
     Thinned thin(const PointId &id, const Request &request);
+    ValueAt valueAt(const PointId &id, const Moment &moment) const;
     void removeFree(Standard *standard);
     void keepBudget();
     void removeOldest(bool held, qint64 wanted);

@@ -61,6 +61,12 @@ void RecordingReader::open(const RecordingTarget &target)
             }
         },
         Qt::QueuedConnection);
+    connect(
+        m_session, &RecordingSession::answeredAt, this,
+        [this](const RecordingSession::AskedAt &asked) {
+            emit knownAt(asked.asker, asked.moment, asked.values);
+        },
+        Qt::QueuedConnection);
     connect(m_session, &RecordingSession::failed, this, &RecordingReader::failed);
     RecordingThreads::start(m_thread);
     QMetaObject::invokeMethod(m_session, &RecordingSession::open);
@@ -108,6 +114,14 @@ void RecordingReader::request(const void *asker, const Request &request)
     m_newest.insert(asker, ++m_requests);
     m_session->ask({m_requests, asker, request});
     QMetaObject::invokeMethod(m_session, &RecordingSession::answerAll);
+}
+
+void RecordingReader::requestAt(const void *asker, const Moment &moment)
+{
+    if (m_session) {
+        m_session->askAt({asker, moment, {}});
+        QMetaObject::invokeMethod(m_session, &RecordingSession::answerAll);
+    }
 }
 
 std::unique_ptr<SampleCursor> RecordingReader::cursor(const PointId &id, const TimeRange &range) const

@@ -32,6 +32,7 @@ public:
     // Whether a recording in it has no end, and its last sample is younger than a minute.
     bool isGrowing() const override;
     void request(const void *asker, const Request &request) override;
+    void requestAt(const void *asker, const Moment &moment) override;
     std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override;
 
     // How often to look for new samples, in ms; before open().

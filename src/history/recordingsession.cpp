@@ -17,6 +17,22 @@ constexpr int patience = 1000;        // ms for a locked file
 constexpr int samplesBetween = 10000; // that are read until it is looked for newer requests
 constexpr int tries = 3;              // of a request, each with the database opened anew
 
+template <class Asked> bool hasAsker(const QVector<Asked> &all, const void *asker)
+{
+    return std::any_of(all.cbegin(), all.cend(), [asker](const Asked &each) { return each.asker == asker; });
+}
+
+template <class Asked> void replaceOrAppend(QVector<Asked> *all, const Asked &asked)
+{
+    const auto older = std::find_if(all->begin(), all->end(),
+                                    [&asked](const Asked &each) { return each.asker == asked.asker; });
+    if (older == all->end()) {
+        all->append(asked);
+    } else {
+        *older = asked;
+    }
+}
+
 } // namespace
 
 RecordingSession::RecordingSession(const RecordingTarget &target, int pollInterval)
@@ -34,13 +50,13 @@ RecordingSession::RecordingSession(const RecordingTarget &target, int pollInterv
 void RecordingSession::ask(const Asked &asked)
 {
     const QMutexLocker locker(&m_mutex);
-    const auto older = std::find_if(m_asked.begin(), m_asked.end(),
-                                    [&asked](const Asked &each) { return each.asker == asked.asker; });
-    if (older == m_asked.end()) {
-        m_asked.append(asked);
-    } else {
-        *older = asked;
-    }
+    replaceOrAppend(&m_asked, asked);
+}
+
+void RecordingSession::askAt(const AskedAt &asked)
+{
+    const QMutexLocker locker(&m_mutex);
+    replaceOrAppend(&m_askedAt, asked);
 }
 
 void RecordingSession::open()
@@ -108,6 +124,11 @@ bool RecordingSession::readVersion()
 void RecordingSession::answerAll()
 {
     while (m_points && m_database.isOpen() && !m_isAbandoned) {
+        if (!answerMoments()) {
+            tellFailure();
+            recover();
+            return;
+        }
         Answer answer;
         {
             const QMutexLocker locker(&m_mutex);
@@ -131,12 +152,16 @@ void RecordingSession::answerAll()
 // A lock is given back, and a server or a file may come back; what is damaged stays so.
 void RecordingSession::tryAgain(Asked asked)
 {
-    const bool isLocked = m_database.isLocked();
-    asked.failures += isLocked ? 0 : 1;
+    asked.failures += m_database.isLocked() ? 0 : 1;
     if (asked.failures < tries && isWanted(asked)) {
         ask(asked);
     }
-    if (isLocked) {
+    recover();
+}
+
+void RecordingSession::recover()
+{
+    if (m_database.isLocked()) {
         QTimer::singleShot(m_pollInterval, this, &RecordingSession::answerAll);
     } else {
         m_database.close(); // opened again by the next poll
@@ -147,9 +172,49 @@ void RecordingSession::tryAgain(Asked asked)
 bool RecordingSession::isWanted(const Asked &asked)
 {
     const QMutexLocker locker(&m_mutex);
-    return !m_isAbandoned && std::none_of(m_asked.cbegin(), m_asked.cend(), [&asked](const Asked &each) {
-        return each.asker == asked.asker;
-    });
+    return !m_isAbandoned && !hasAsker(m_asked, asked.asker);
+}
+
+// A few look-ups by key each, which do not wait for what is being thinned. One that fails otherwise than by a
+// lock is left to whoever asked.
+bool RecordingSession::answerMoments()
+{
+    for (;;) {
+        AskedAt asked;
+        {
+            const QMutexLocker locker(&m_mutex);
+            if (m_askedAt.isEmpty()) {
+                return true;
+            }
+            asked = m_askedAt.takeFirst();
+        }
+        const SampleSource::Moment &moment = asked.moment;
+        for (const PointId &id : moment.points) {
+            const RecordingPoints::Curve *const known = m_points->find(id);
+            ValueAt value;
+            if (known && moment.time <= moment.now && !valueAt(*known, moment.time, &value)) {
+                const QMutexLocker locker(&m_mutex);
+                if (m_database.isLocked() && !hasAsker(m_askedAt, asked.asker)) {
+                    m_askedAt.append({asked.asker, moment, {}});
+                }
+                return false;
+            }
+            asked.values.append(value);
+        }
+        emit answeredAt(asked);
+    }
+}
+
+bool RecordingSession::valueAt(const RecordingPoints::Curve &curve, qint64 time, ValueAt *value)
+{
+    Sample last;
+    Sample next;
+    bool hasLast = false;
+    bool hasNext = false;
+    const bool ok = readNeighbour(&m_database, curve.keys, Neighbour::Before, time + 1, &last, &hasLast)
+        && (!hasLast || readNeighbour(&m_database, curve.keys, Neighbour::After, time, &next, &hasNext));
+    *value = ValueAt::of(hasLast ? &last : nullptr, hasNext ? &next : nullptr, time);
+    return ok;
 }
 
 // Each of several threads takes one curve after the other.
@@ -204,8 +269,14 @@ RecordingSession::Result RecordingSession::thin(RecordingDatabase *database, con
     RecordingMerge samples(database, curve.keys, range);
     for (int count = 1; samples.next(&sample); ++count) {
         thinning.add(sample);
-        if (count % samplesBetween == 0 && !isWanted(asked)) {
-            return Result::GivenUp;
+        if (count % samplesBetween == 0) {
+            // Of the threads only the session's own looks up what else is asked.
+            if (database == &m_database && !answerMoments()) {
+                return Result::Failed;
+            }
+            if (!isWanted(asked)) {
+                return Result::GivenUp;
+            }
         }
     }
     if (samples.hasFailed()

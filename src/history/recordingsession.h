@@ -29,10 +29,17 @@ public:
         QVector<Thinned> thinned; // by the points of the request
     };
 
+    struct AskedAt {
+        const void *asker = nullptr;
+        SampleSource::Moment moment;
+        QVector<ValueAt> values; // the answer, by the points
+    };
+
     RecordingSession(const RecordingTarget &target, int pollInterval);
 
-    // Replaces what the same asker has asked before.
+    // These replace what the same asker has asked before.
     void ask(const Asked &asked);
+    void askAt(const AskedAt &asked);
     // What is under way is given up.
     void abandon() { m_isAbandoned = true; }
 
@@ -44,6 +51,7 @@ signals:
     void opened(const std::shared_ptr<const RecordingPoints> &points);
     void grown(const std::shared_ptr<const RecordingPoints> &points);
     void answered(const RecordingSession::Answer &answer);
+    void answeredAt(const RecordingSession::AskedAt &asked);
     void failed(const QString &why);
 
 private:
@@ -53,9 +61,12 @@ private:
     bool openDatabase();
     bool readVersion();
     bool isWanted(const Asked &asked);
+    bool answerMoments();
+    bool valueAt(const RecordingPoints::Curve &curve, qint64 time, ValueAt *value);
     Result thinAll(Answer *answer);
     Result thin(RecordingDatabase *database, const PointId &id, const Asked &asked, Thinned *thinned);
     void tryAgain(Asked asked);
+    void recover();
     void tellFailure();
 
     const bool m_isFile;
@@ -70,8 +81,10 @@ private:
 
     QMutex m_mutex; // for the requests
     QVector<Asked> m_asked;
+    QVector<AskedAt> m_askedAt;
 };
 
 // What its signals carry from one thread to the other.
 Q_DECLARE_METATYPE(std::shared_ptr<const RecordingPoints>)
 Q_DECLARE_METATYPE(RecordingSession::Answer)
+Q_DECLARE_METATYPE(RecordingSession::AskedAt)

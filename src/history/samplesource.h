@@ -1,6 +1,6 @@
 #pragma once
 
-#include "history/thinned.h"
+#include "history/valueat.h"
 
 #include <QObject>
 
@@ -34,6 +34,13 @@ public:
         qint64 now = std::numeric_limits<qint64>::max();
     };
 
+    // A time at which something is to be told of points.
+    struct Moment {
+        QVector<PointId> points;
+        qint64 time = 0;
+        qint64 now = std::numeric_limits<qint64>::max(); // as that of a Request
+    };
+
     using QObject::QObject;
 
     // All points, in the order of their PointIds or of the source.
@@ -47,12 +54,17 @@ public:
     // Has the samples thinned; thinned() tells them, at once or later. A newer request with the same asker
     // replaces one that has not been answered. The asker is any pointer; it is only compared.
     virtual void request(const void *asker, const Request &request) = 0;
+    // Has the samples of one time looked up, which thinned ones need not hold; knownAt() tells them, at once
+    // or before what is being thinned. A newer moment with the same asker replaces one that has not been
+    // answered, but answers to earlier ones may still come.
+    virtual void requestAt(const void *asker, const Moment &moment) = 0;
     // All samples of the range, not thinned.
     virtual std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const = 0;
 
 signals:
     // The answer: one element a point of the request, in its order.
     void thinned(const void *asker, const SampleSource::Request &request, const QVector<Thinned> &answers);
+    void knownAt(const void *asker, const SampleSource::Moment &moment, const QVector<ValueAt> &values);
     // There are samples that were not there before, or points.
     void grown();
     // It can't be read any more, or not to its end; the text tells why, in the words of the user.

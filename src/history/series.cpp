@@ -292,6 +292,22 @@ void Series::feedAfter(Thinning *thinning, qint64 time, qint64 end) const
     }
 }
 
+Series::Around Series::around(qint64 time) const
+{
+    Around around;
+    const size_t chunk = chunkFrom(time + 1);
+    const int index = chunk < m_chunks.size() ? m_chunks[chunk]->firstFrom(time + 1) : 0;
+    if (chunk < m_chunks.size()) {
+        around.next = m_chunks[chunk]->at(index);
+    }
+    if (index > 0) {
+        around.last = m_chunks[chunk]->at(index - 1);
+    } else if (chunk > 0) {
+        around.last = m_chunks[chunk - 1]->at(m_chunks[chunk - 1]->count() - 1);
+    }
+    return around;
+}
+
 std::unique_ptr<SampleCursor> Series::cursor(const TimeRange &range) const
 {
     std::vector<std::shared_ptr<const Chunk>> chunks;

@@ -5,6 +5,7 @@
 
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <vector>
 
 // Samples of one point in the order of time, as many as its capacity at most. A valid number takes no more
@@ -108,6 +109,12 @@ public:
     void feed(Thinning *thinning, const TimeRange &range) const;
     // Goes on behind that time, up to the end of the range.
     void feedAfter(Thinning *thinning, qint64 time, qint64 end) const;
+    // The last sample at the time or before it, and the first one after it.
+    struct Around {
+        std::optional<Sample> last;
+        std::optional<Sample> next;
+    };
+    Around around(qint64 time) const;
     std::unique_ptr<SampleCursor> cursor(const TimeRange &range) const;
 
     quint32 report = 0; // number of the last report that had it

@@ -78,7 +78,7 @@ void EventLabels::drawRow(QPainter *painter, const QwtScaleMap &xMap, const QRec
     const qint64 edge = curve.answered.from <= first ? qMax(left, curve.answered.from) : left;
     const auto next = std::find_if(events.cbegin(), events.cend(),
                                    [edge](const Thinned::Event &event) { return event.time >= edge; });
-    const ValueAt held = curve.at(edge);
+    const ValueAt held = curve.drawnAt(edge);
     if (held.kind == ValueAt::Kind::Text && (next == events.cend() || next->time > edge)) {
         drawLabel(painter, placeFrom(canvasRect.left(), int(next - events.cbegin())), held.text, index);
     }

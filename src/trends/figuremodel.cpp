@@ -209,11 +209,24 @@ void FigureModel::suggestSides()
     }
 }
 
-void FigureModel::setMarkers(const Markers &markers)
+void FigureModel::setValues(Mark mark, const SampleSource::Moment &moment, const QVector<ValueAt> &values)
 {
-    m_markers = markers;
-    if (!m_curves.isEmpty()) {
-        emit dataChanged(index(0, AtA), index(m_curves.size() - 1, Difference));
+    QHash<PointId, int> places;
+    for (int place = 0; place < qMin(moment.points.size(), values.size()); ++place) {
+        places.insert(moment.points.at(place), place);
+    }
+    for (Curve &curve : m_curves) {
+        const int place = places.value(curve.point.id, -1);
+        std::optional<ValueAt> &value = curve.values[size_t(mark)];
+        value = place >= 0 ? std::make_optional(values.at(place)) : std::nullopt;
+        // Figures of one time are not put together with those of another.
+        if (mark == Mark::End && value && moment.time == curve.answered.to) {
+            curve.current = current(curve);
+        }
+    }
+    if (!m_curves.isEmpty() && mark != Mark::Pointer) {
+        emit dataChanged(index(0, mark == Mark::End ? Current : AtA),
+                         index(m_curves.size() - 1, mark == Mark::End ? Current : Difference));
     }
 }
 
@@ -304,7 +317,7 @@ bool FigureModel::setData(const QModelIndex &index, const QVariant &value, int r
     return true;
 }
 
-QString FigureModel::textOf(const Curve &curve, int column) const
+QString FigureModel::textOf(const Curve &curve, int column)
 {
     const Statistics &figures = curve.data.statistics;
     const auto number = [&figures](double value) {
@@ -316,7 +329,7 @@ QString FigureModel::textOf(const Curve &curve, int column) const
     case Type:
         return curve.point.type;
     case Current:
-        return current(curve);
+        return curve.current;
     case Least:
         return number(figures.least);
     case Greatest:
@@ -326,9 +339,9 @@ QString FigureModel::textOf(const Curve &curve, int column) const
     case Skipped:
         return figures.notNumbers > 0 ? QString::number(figures.notNumbers) : QString();
     case AtA:
-        return atMarker(curve, 0);
+        return atMarker(curve, Mark::A);
     case AtB:
-        return atMarker(curve, 1);
+        return atMarker(curve, Mark::B);
     case Difference:
         return difference(curve);
     case RightScale:
@@ -341,7 +354,7 @@ QString FigureModel::textOf(const Curve &curve, int column) const
 // Of the end of what is on screen.
 QString FigureModel::current(const Curve &curve)
 {
-    const ValueAt last = curve.at(curve.answered.to);
+    const ValueAt last = curve.at(Mark::End).value_or(ValueAt());
     if (last.kind == ValueAt::Kind::Break || last.kind == ValueAt::Kind::Text) {
         return inOneLine(last);
     }
@@ -349,19 +362,19 @@ QString FigureModel::current(const Curve &curve)
     return TrendTexts::ofNumber(figures.count > 0 ? figures.current : qQNaN());
 }
 
-QString FigureModel::atMarker(const Curve &curve, int marker) const
+QString FigureModel::atMarker(const Curve &curve, Mark marker)
 {
-    const std::optional<qint64> time = m_markers.times[marker];
-    return time ? inOneLine(curve.at(*time)) : QString();
+    const std::optional<ValueAt> &value = curve.at(marker);
+    return value ? inOneLine(*value) : QString();
 }
 
-QString FigureModel::difference(const Curve &curve) const
+QString FigureModel::difference(const Curve &curve)
 {
-    if (!m_markers.areBothSet()) {
+    const std::optional<ValueAt> &a = curve.at(Mark::A);
+    const std::optional<ValueAt> &b = curve.at(Mark::B);
+    if (!a || !b) {
         return {};
     }
-    const ValueAt a = curve.at(*m_markers.times[0]);
-    const ValueAt b = curve.at(*m_markers.times[1]);
-    const bool areNumbers = a.kind == ValueAt::Kind::Number && b.kind == ValueAt::Kind::Number;
-    return areNumbers ? TrendTexts::ofDifference(a.number, b.number) : QStringLiteral("–");
+    const bool areNumbers = a->kind == ValueAt::Kind::Number && b->kind == ValueAt::Kind::Number;
+    return areNumbers ? TrendTexts::ofDifference(a->number, b->number) : QStringLiteral("–");
 }

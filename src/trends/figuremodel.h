@@ -2,7 +2,6 @@
 
 #include "history/samplesource.h"
 #include "trends/curve.h"
-#include "trends/markerlines.h"
 
 #include <QAbstractTableModel>
 
@@ -42,7 +41,8 @@ public:
     void describe(const QVector<Point> &points);
     // An answer an element; of points that are not here nothing is taken.
     void setAnswers(const SampleSource::Request &request, const QVector<Thinned> &answers);
-    void setMarkers(const Markers &markers);
+    // What the points are at a mark. Those that are not among them have no value there.
+    void setValues(Mark mark, const SampleSource::Moment &moment, const QVector<ValueAt> &values);
 
     bool hasSkipped() const;
 
@@ -58,15 +58,14 @@ signals:
     void curvesChanged();
 
 private:
-    QString textOf(const Curve &curve, int column) const;
+    static QString textOf(const Curve &curve, int column);
     static QString current(const Curve &curve);
-    QString difference(const Curve &curve) const;
-    QString atMarker(const Curve &curve, int marker) const;
+    static QString difference(const Curve &curve);
+    static QString atMarker(const Curve &curve, Mark marker);
     void suggestSides();
     void relabel();
     int freeStyle() const;
 
     QWidget *m_list;
     QVector<Curve> m_curves;
-    Markers m_markers;
 };

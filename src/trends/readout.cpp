@@ -31,7 +31,9 @@ void Readout::show(qint64 time, int x, const QVector<Curve> &curves)
     m_rows.clear();
     for (const Curve &curve : curves) {
         if (curve.shown) {
-            m_rows.append({curve.label, TrendTexts::ofValue(curve.at(time)).simplified(), curve.style});
+            const std::optional<ValueAt> &value = curve.at(Mark::Pointer);
+            m_rows.append(
+                {curve.label, value ? TrendTexts::ofValue(*value).simplified() : QString(), curve.style});
         }
     }
     update();

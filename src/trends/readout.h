@@ -14,7 +14,8 @@ class Readout : public QWidget
 public:
     explicit Readout(QWidget *canvas);
 
-    // The place in pixels of the canvas. Only curves that are shown are told.
+    // The time is that of the values at the pointer, the place in pixels of the canvas. Only curves that are
+    // shown are told.
     void show(qint64 time, int x, const QVector<Curve> &curves);
     void clear();
 

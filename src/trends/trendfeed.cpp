@@ -19,6 +19,7 @@ TrendFeed::TrendFeed(SampleSource *source, QObject *parent)
         }
     });
     connect(source, &SampleSource::thinned, this, &TrendFeed::take);
+    connect(source, &SampleSource::knownAt, this, &TrendFeed::takeAt);
 }
 
 TrendFeed::~TrendFeed()
@@ -148,5 +149,22 @@ void TrendFeed::take(const void *asker, const SampleSource::Request &request, co
 {
     if (asker == this) {
         emit answered(request, answers);
+    }
+}
+
+bool TrendFeed::askAt(Mark mark, qint64 time, qint64 now)
+{
+    if (m_source) {
+        m_source->requestAt(&m_askers[size_t(mark)], {m_points, time, now});
+    }
+    return m_source;
+}
+
+void TrendFeed::takeAt(const void *asker, const SampleSource::Moment &moment, const QVector<ValueAt> &values)
+{
+    for (size_t mark = 0; mark < m_askers.size(); ++mark) {
+        if (asker == &m_askers[mark]) {
+            emit answeredAt(Mark(mark), moment, values);
+        }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "history/valuetable.h"
 
+#include "trends/curve.h"
 #include "trends/timeview.h"
 
 #include <QPointer>
@@ -24,6 +25,7 @@ public:
     void add(const QVector<PointId> &points);
     void remove(const QVector<PointId> &points);
 
+    const QVector<PointId> &ids() const { return m_points; }
     // All of them as they are described now, as far as the source has them.
     QVector<Point> points() const;
     // Of all samples of the points; from > to if there are none.
@@ -40,16 +42,21 @@ public:
 
     // The last question counts.
     void ask(const TimeRange &range, int columns);
+    // What the points are at a time, exactly. The last question about each mark counts, but answers to
+    // earlier ones may still come. False if there is no source.
+    bool askAt(Mark mark, qint64 time, qint64 now);
 
     inline static int interval = 100; // ms between two questions; for tests to shorten
 
 signals:
     void answered(const SampleSource::Request &request, const QVector<Thinned> &answers);
+    void answeredAt(Mark mark, const SampleSource::Moment &moment, const QVector<ValueAt> &values);
 
 private:
     void release(const QVector<PointId> &points);
     void send();
     void take(const void *asker, const SampleSource::Request &request, const QVector<Thinned> &answers);
+    void takeAt(const void *asker, const SampleSource::Moment &moment, const QVector<ValueAt> &values);
 
     QPointer<SampleSource> m_source;
     Clock m_clock;
@@ -57,4 +64,5 @@ private:
     QTimer m_pause; // runs while nothing may be asked
     SampleSource::Request m_next;
     bool m_isWaiting = false;
+    std::array<char, markCount> m_askers{}; // their addresses ask about marks
 };

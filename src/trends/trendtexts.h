@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trends/valueat.h"
+#include "history/valueat.h"
 
 #include <QCoreApplication>
 

@@ -2,6 +2,7 @@
 
 #include "trends/figuremodel.h"
 #include "trends/figuretable.h"
+#include "trends/markvalues.h"
 #include "trends/pointpicker.h"
 #include "trends/readout.h"
 #include "trends/recordingline.h"
@@ -45,9 +46,10 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     , m_figures(m_table->figures())
     , m_marks(new TrendMarks(this))
     , m_control(new ViewControl(m_plot, m_marks, [this] { return m_feed->extent(); }))
-    , m_readout(new Readout(m_plot->canvas()))
-    , m_recording(new RecordingLine(this))
     , m_markerLine(new QuietLine(this))
+    , m_values(new MarkValues(m_feed, m_marks,
+                              {m_plot, new Readout(m_plot->canvas()), m_figures, m_markerLine}, this))
+    , m_recording(new RecordingLine(this))
     , m_note(new TrendNote(this))
     , m_hint(new QLabel(tr("Drop rows of live values here, or press Add..."), this))
     , m_pages(new QStackedWidget(this))
@@ -65,7 +67,6 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     connect(&m_redraw, &QTimer::timeout, this, &TrendWindow::redraw);
     m_control->setView(m_feed->firstView());
     showTitle();
-    showMarkers();
     resize(firstSize);
 }
 
@@ -149,8 +150,12 @@ void TrendWindow::connectParts()
         ask();
         scheduleRedraw();
     });
-    connect(m_marks, &TrendMarks::cursorChanged, this, &TrendWindow::showReadout);
-    connect(m_marks, &TrendMarks::markersChanged, this, &TrendWindow::showMarkers);
+    connect(m_marks, &TrendMarks::markersChanged, this, [this] {
+        m_plot->setMarkers(m_marks->markers());
+        showTools();
+        scheduleRedraw();
+    });
+    connect(m_values, &MarkValues::markersChanged, this, &TrendWindow::scheduleRedraw);
 }
 
 void TrendWindow::connectSource()
@@ -283,6 +288,7 @@ void TrendWindow::followPresent()
 void TrendWindow::ask()
 {
     m_feed->ask(m_control->view().range(), m_plot->columns());
+    m_values->setScreen(m_control->view().range(), m_feed->present());
 }
 
 void TrendWindow::take(const SampleSource::Request &request, const QVector<Thinned> &answers)
@@ -290,6 +296,8 @@ void TrendWindow::take(const SampleSource::Request &request, const QVector<Thinn
     m_figures->describe(m_feed->points());
     m_note->tell(TrendNote::Failure, QString());
     m_figures->setAnswers(request, answers);
+    m_values->setEnd(qMin(request.range.to, request.now));
+    m_values->setScreen(m_control->view().range(), m_feed->present());
     scheduleRedraw();
 }
 
@@ -308,41 +316,8 @@ void TrendWindow::redraw()
     m_plot->setCurves(m_figures->curves());
     m_plot->setView(m_control->view());
     m_plot->replot();
-    m_table->showColumns(m_marks->markers().isAnySet(), m_figures->hasSkipped());
-    showReadout();
-}
-
-void TrendWindow::showMarkers()
-{
-    const Markers &markers = m_marks->markers();
-    m_plot->setMarkers(markers);
-    m_figures->setMarkers(markers);
-    QStringList parts;
-    for (int marker = 0; marker < 2; ++marker) {
-        if (markers.times[marker]) {
-            parts.append(Markers::name(marker) + QLatin1Char(' ')
-                         + TrendTexts::ofTime(*markers.times[marker]));
-        }
-    }
-    if (markers.areBothSet()) {
-        parts.append(QStringLiteral("B − A ")
-                     + TrendTexts::ofDuration(*markers.times[1] - *markers.times[0]));
-    }
-    m_markerLine->setText(parts.join(QStringLiteral("    ")));
-    m_markerLine->setVisible(!parts.isEmpty());
-    showTools();
-    scheduleRedraw();
-}
-
-void TrendWindow::showReadout()
-{
-    const std::optional<qint64> time = m_marks->cursor();
-    const TimeRange screen = m_control->view().range();
-    if (time && *time >= screen.from && *time <= screen.to) {
-        m_readout->show(*time, int(m_plot->placeOf(*time)), m_figures->curves());
-    } else {
-        m_readout->clear();
-    }
+    m_table->showColumns(m_values->markers().isAnySet(), m_figures->hasSkipped());
+    m_values->showReadout();
 }
 
 void TrendWindow::showTools()
@@ -356,7 +331,8 @@ void TrendWindow::showTools()
     m_tools->button(Tool::Markers)->setChecked(m_marks->markers().isAnySet());
     m_tools->showRecording(!m_recording->text().isEmpty());
     m_tools->button(Tool::Record)->setEnabled(hasCurves && !m_feed->isRecorded());
-    for (const Tool tool : {Tool::Markers, Tool::Copy, Tool::SavePicture, Tool::SaveValues}) {
+    for (const Tool tool :
+         {Tool::ZoomIn, Tool::ZoomOut, Tool::Markers, Tool::Copy, Tool::SavePicture, Tool::SaveValues}) {
         m_tools->button(tool)->setEnabled(hasCurves);
     }
 }
@@ -380,7 +356,7 @@ void TrendWindow::tellClock()
 
 TrendPicture TrendWindow::picture() const
 {
-    return {m_figures, m_control->view(), m_marks->markers(), windowTitle()};
+    return {m_figures, m_control->view(), m_values->markers(), windowTitle()};
 }
 
 QString TrendWindow::fileName() const

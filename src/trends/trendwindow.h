@@ -13,11 +13,11 @@
 
 class FigureModel;
 class FigureTable;
+class MarkValues;
 class QLabel;
 class QSplitter;
 class QStackedWidget;
 class QuietLine;
-class Readout;
 class RecordingLine;
 class TrendFeed;
 class TrendMarks;
@@ -88,8 +88,6 @@ private:
     void take(const SampleSource::Request &request, const QVector<Thinned> &answers);
     void scheduleRedraw();
     void redraw();
-    void showMarkers();
-    void showReadout();
     void showTools();
     void showTitle();
     void tellClock();
@@ -104,9 +102,9 @@ private:
     FigureModel *m_figures;
     TrendMarks *m_marks;
     ViewControl *m_control;
-    Readout *m_readout;
-    RecordingLine *m_recording;
     QuietLine *m_markerLine;
+    MarkValues *m_values;
+    RecordingLine *m_recording;
     TrendNote *m_note;
     QLabel *m_hint;
     QStackedWidget *m_pages;

@@ -68,6 +68,27 @@ public:
         }
         emit thinned(asker, request, found);
     }
+    void requestAt(const void *asker, const Moment &moment) override
+    {
+        moments.append({asker, moment});
+        if (answersMoments) {
+            answerAt(asker, moment);
+        }
+    }
+    void answerAt(const void *asker, const Moment &moment)
+    {
+        QVector<ValueAt> values;
+        for (const PointId &id : moment.points) {
+            const QVector<Sample> samples = m_samples.value(id);
+            const auto next = std::find_if(samples.cbegin(), samples.cend(),
+                                           [&moment](const Sample &each) { return each.time > moment.time; });
+            const Sample *last = next == samples.cbegin() ? nullptr : &*std::prev(next);
+            values.append(moment.time > moment.now
+                              ? ValueAt()
+                              : ValueAt::of(last, next == samples.cend() ? nullptr : &*next, moment.time));
+        }
+        emit knownAt(asker, moment, values);
+    }
     std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override
     {
         auto cursor = std::make_unique<Cursor>();
@@ -82,6 +103,8 @@ public:
     bool growing = false;
     bool answers = true;
     QVector<Request> requests;
+    bool answersMoments = true;
+    QVector<QPair<const void *, Moment>> moments;
 
 private:
     struct Cursor : SampleCursor {

@@ -1,6 +1,7 @@
-#include "trends/valueat.h"
+#include "history/valueat.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -14,7 +15,43 @@ auto lastBefore(const List &list, qint64 time, TimeOf timeOf) -> const typename 
     return after == list.cbegin() ? nullptr : &*std::prev(after);
 }
 
+ValueAt broken(SampleState why)
+{
+    ValueAt found;
+    found.kind = ValueAt::Kind::Break;
+    found.why = why;
+    return found;
+}
+
+SampleState stateOf(const Sample &sample)
+{
+    const bool isInfinite = sample.state == SampleState::Valid && std::isinf(sample.number);
+    return isInfinite ? SampleState::NoNumber : sample.state;
+}
+
 } // namespace
+
+ValueAt ValueAt::of(const Sample *last, const Sample *next, qint64 time)
+{
+    ValueAt found;
+    if (!last) {
+        return found;
+    }
+    if (stateOf(*last) != SampleState::Valid) {
+        return broken(stateOf(*last));
+    }
+    if (next && last->time < time && stateOf(*next) != SampleState::Valid) {
+        return broken(stateOf(*next));
+    }
+    if (std::isnan(last->number)) {
+        found.kind = Kind::Text;
+        found.text = last->text;
+    } else {
+        found.kind = Kind::Number;
+        found.number = last->number;
+    }
+    return found;
+}
 
 ValueAt ValueAt::of(const Thinned &curve, qint64 time)
 {
@@ -34,8 +71,7 @@ ValueAt ValueAt::of(const Thinned &curve, qint64 time)
     // unless there is another.
     if (gap && time <= gap->range.to && gap->range.from >= sampleTime
         && (time > gap->range.from || sampleTime < gap->range.from)) {
-        found.kind = Kind::Break;
-        found.why = gap->why;
+        found = broken(gap->why);
     } else if (event && eventTime >= pointTime) {
         found.kind = Kind::Text;
         found.text = event->text;
