@@ -44,6 +44,7 @@ void RecordingOpener::open(const RecordingTarget &target)
     m_progress->setAttribute(Qt::WA_DeleteOnClose);
     m_progress->setWindowTitle(tr("Open Recording"));
     m_progress->setMinimumDuration(patience);
+    m_progress->setValue(0); // begins to wait
     connect(m_progress, &QProgressDialog::canceled, this, &QObject::deleteLater);
     connect(this, &QObject::destroyed, m_progress, &QObject::deleteLater);
     m_reader->open(target);

@@ -3,14 +3,20 @@
 #include "files.h"
 #include "history/recordingreader.h"
 #include "trends/recordingline.h"
+#include "trends/recordingopener.h"
 
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPointer>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QScopeGuard>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 // Live pages and windows that are recorded, and recordings that are opened.
 class TestRecordings : public TrendsTest
@@ -37,6 +43,7 @@ private slots:
     void liveRowsAreNotAddedToARecording();
     void whatIsNoRecordingIsTold();
     void recordingWithoutPointsIsTold();
+    void slowOpeningIsTold();
 
 private:
     // Answers the next dialog with the file.
@@ -319,6 +326,26 @@ void TestRecordings::recordingWithoutPointsIsTold()
     m_messages->expect();
     m_trends->openRecording();
     QTRY_COMPARE(m_messages->told(), QStringList("Open Recording|The recording holds no points."));
+}
+
+// A pipe that nobody writes to is a file that does not answer.
+void TestRecordings::slowOpeningIsTold()
+{
+    const QByteArray pipe = path().toLocal8Bit();
+    QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
+    const QPointer<RecordingOpener> opener(new RecordingOpener(m_window.get(), m_window.get()));
+    QString error;
+    opener->open(RecordingTarget::fromText(path(), &error));
+    const auto *progress = m_window->findChild<QProgressDialog *>();
+    QVERIFY(progress && !progress->isVisible());
+    // Qt waits for 4 s, unless it is told otherwise.
+    QTRY_VERIFY_WITH_TIMEOUT(progress->isVisible(), 3000);
+    QCOMPARE(progress->labelText(), "Opening " + path());
+    progress->findChild<QPushButton *>()->click();
+    QTRY_VERIFY(!opener);
+    const int end = open(pipe.constData(), O_WRONLY | O_NONBLOCK); // the thread goes on
+    QVERIFY(end >= 0);
+    close(end);
 }
 
 QTEST_MAIN(TestRecordings)
