@@ -4024,8 +4024,8 @@
 <context>
     <name>TrendWindow</name>
     <message>
-        <source>Drop rows of live values here, or press Add...</source>
-        <translation>将实时数据的行拖到此处，或按“添加...”</translation>
+        <source>Drop rows of live values here, press Add... to choose points, or Open... to show a recording</source>
+        <translation>将实时数据的行拖到此处，按“添加...”选择点，或按“打开...”显示记录</translation>
     </message>
     <message>
         <source>The source of these values is closed</source>

@@ -4022,7 +4022,7 @@
 <context>
     <name>TrendWindow</name>
     <message>
-        <source>Drop rows of live values here, or press Add...</source>
+        <source>Drop rows of live values here, press Add... to choose points, or Open... to show a recording</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -51,7 +51,9 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
                               {m_plot, new Readout(m_plot->canvas()), m_figures, m_markerLine}, this))
     , m_recording(new RecordingLine(this))
     , m_note(new TrendNote(this))
-    , m_hint(new QLabel(tr("Drop rows of live values here, or press Add..."), this))
+    , m_hint(new QLabel(tr("Drop rows of live values here, press Add... to choose points, or Open... to "
+                           "show a recording"),
+                        this))
     , m_pages(new QStackedWidget(this))
     , m_splitter(new QSplitter(Qt::Vertical, this))
 {

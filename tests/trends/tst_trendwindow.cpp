@@ -71,8 +71,11 @@ void TestTrendWindow::emptyWindowTellsHowToGetPoints()
     open();
     auto *hint = window->findChild<QLabel *>("hint");
     QVERIFY(hint->isVisible());
+    QCOMPARE(hint->text(),
+             "Drop rows of live values here, press Add... to choose points, or Open... to show a recording");
     QVERIFY(!plot->isVisible());
-    for (const char *tool : {"follow", "record", "copyTrend", "savePicture", "saveValues", "markers"}) {
+    for (const char *tool :
+         {"follow", "zoomIn", "zoomOut", "record", "copyTrend", "savePicture", "saveValues", "markers"}) {
         QVERIFY2(!window->findChild<QToolButton *>(QLatin1String(tool))->isEnabled(), tool);
     }
     source->add("Voltage", "float", {valid(0, 1)});
@@ -80,6 +83,7 @@ void TestTrendWindow::emptyWindowTellsHowToGetPoints()
     QVERIFY(!hint->isVisible());
     QVERIFY(plot->isVisible());
     QVERIFY(window->findChild<QToolButton *>("copyTrend")->isEnabled());
+    QVERIFY(window->findChild<QToolButton *>("zoomIn")->isEnabled());
 }
 
 void TestTrendWindow::drawsPiecesAsTheyAre()
