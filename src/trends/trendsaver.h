@@ -1,24 +1,41 @@
 #pragma once
 
-#include "history/valuetable.h"
 #include "trends/trendpicture.h"
 
-#include <QCoreApplication>
+#include <QObject>
 
+class MarkValues;
+class TrendFeed;
+class ViewControl;
 class QWidget;
 
-// Takes a trend out of its window: to the clipboard, or into a file that the user names.
-class TrendSaver
+// Takes a trend out of its window: to the clipboard, or into a file that the user names. What fails is told
+// over the window.
+class TrendSaver : public QObject
 {
-    Q_DECLARE_TR_FUNCTIONS(TrendSaver)
+    Q_OBJECT
 public:
-    static void copy(const TrendPicture &picture, const QSize &size, const QPalette &desktop);
-    // The file that the user names for a picture; the name is offered. Empty for none.
-    static QString pictureFile(QWidget *window, const QString &name);
-    // PNG in the size and the colours of the window, or SVG, by the ending. What fails is told over the
-    // window.
-    static void savePicture(QWidget *window, const TrendPicture &picture, const QString &path);
-    // What the cursors hold, which is of that range, as CSV into a file that the user names; see ValueSaver.
-    static void saveValues(QWidget *window, std::vector<ValueTable::Column> columns, const TimeRange &range,
-                           const QString &name);
+    struct Parts {
+        TrendFeed *feed;
+        FigureModel *figures;
+        ViewControl *control;
+        MarkValues *marks;
+    };
+
+    // A child of the window, like the parts.
+    TrendSaver(const Parts &parts, QWidget *window);
+
+    // The picture, and the figures as text.
+    void copy() const;
+    // PNG in the size and the colours of the window, or SVG, by the ending.
+    void savePicture();
+    // Of the curves that are shown, what is on screen, as CSV; see ValueSaver.
+    void saveValues();
+
+private:
+    TrendPicture picture() const;
+    QString fileName() const;
+
+    const Parts m_parts;
+    QWidget *m_window;
 };

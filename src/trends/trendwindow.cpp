@@ -16,7 +16,6 @@
 #include "widgets/quietline.h"
 #include "widgets/svgicon.h"
 
-#include <QDateTime>
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -126,6 +125,7 @@ void TrendWindow::addKeys()
 
 void TrendWindow::setWorks()
 {
+    auto *saver = new TrendSaver({m_feed, m_figures, m_control, m_values}, this);
     m_works = {
         {Tool::Follow, [this] { m_control->toggleFollowing(); }},
         {Tool::Back, [this] { m_control->back(); }},
@@ -135,9 +135,9 @@ void TrendWindow::setWorks()
         {Tool::Add, [this] { choosePoints(); }},
         {Tool::Record, [this] { emit recordAsked(); }},
         {Tool::Open, [this] { emit openAsked(); }},
-        {Tool::Copy, [this] { TrendSaver::copy(picture(), size(), palette()); }},
-        {Tool::SavePicture, [this] { savePicture(); }},
-        {Tool::SaveValues, [this] { saveValues(); }},
+        {Tool::Copy, [saver] { saver->copy(); }},
+        {Tool::SavePicture, [saver] { saver->savePicture(); }},
+        {Tool::SaveValues, [saver] { saver->saveValues(); }},
     };
 }
 
@@ -229,28 +229,6 @@ void TrendWindow::use(Tool tool)
     if (self) {
         showTools();
     }
-}
-
-// As the trend is once the file is named, which takes a while.
-void TrendWindow::savePicture()
-{
-    const QPointer<TrendWindow> self(this);
-    const QString path = TrendSaver::pictureFile(this, fileName());
-    if (self && !path.isEmpty()) {
-        TrendSaver::savePicture(this, picture(), path);
-    }
-}
-
-void TrendWindow::saveValues()
-{
-    QVector<PointId> shown;
-    for (const Curve &curve : m_figures->curves()) {
-        if (curve.shown) {
-            shown.append(curve.point.id);
-        }
-    }
-    const TimeRange range = m_control->view().range();
-    TrendSaver::saveValues(this, m_feed->values(shown, range), range, fileName());
 }
 
 void TrendWindow::choosePoints()
@@ -354,17 +332,6 @@ void TrendWindow::showTitle()
 void TrendWindow::tellClock()
 {
     m_note->tellAhead(m_feed->isGrowing() ? m_feed->clock().ahead : 0);
-}
-
-TrendPicture TrendWindow::picture() const
-{
-    return {m_figures, m_control->view(), m_values->markers(), windowTitle()};
-}
-
-QString TrendWindow::fileName() const
-{
-    const QDateTime end = QDateTime::fromMSecsSinceEpoch(m_control->view().range().to);
-    return windowTitle() + QLatin1Char(' ') + end.toString(QStringLiteral("yyyy-MM-dd hh-mm-ss"));
 }
 
 void TrendWindow::showEvent(QShowEvent *event)

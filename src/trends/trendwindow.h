@@ -22,7 +22,6 @@ class RecordingLine;
 class TrendFeed;
 class TrendMarks;
 class TrendNote;
-class TrendPicture;
 class TrendPlot;
 class ViewControl;
 
@@ -78,8 +77,6 @@ private:
     void connectParts();
     void connectSource();
     void use(TrendTools::Tool tool);
-    void savePicture();
-    void saveValues();
     void choosePoints();
     void removeRows(const QVector<int> &rows);
     void fitTable();
@@ -91,8 +88,6 @@ private:
     void showTools();
     void showTitle();
     void tellClock();
-    TrendPicture picture() const;
-    QString fileName() const;
 
     QMap<TrendTools::Tool, std::function<void()>> m_works;
     TrendFeed *m_feed;
