@@ -14,6 +14,13 @@ enum class SampleState : quint8 {
     Dropped = 5,  // there were samples that the recorder could not take
 };
 
+// Whether a report has said it. What is not reported is put between the samples of reports, once until the
+// next of these.
+constexpr bool isReported(SampleState state)
+{
+    return state <= SampleState::NoNumber;
+}
+
 // One sample. A break (any state but Valid) says that nothing is known from the sample before it up to the
 // sample after it.
 struct Sample {

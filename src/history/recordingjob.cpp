@@ -13,9 +13,8 @@ constexpr int longPiece = 500; // ms of a transaction
 // Of samples, and not of what was put between them.
 qint64 samplesOf(const QVector<RecordingRows::Row> &rows)
 {
-    return std::count_if(rows.cbegin(), rows.cend(), [](const RecordingRows::Row &row) {
-        return row.sample.state <= SampleState::NoNumber;
-    });
+    return std::count_if(rows.cbegin(), rows.cend(),
+                         [](const RecordingRows::Row &row) { return isReported(row.sample.state); });
 }
 
 } // namespace

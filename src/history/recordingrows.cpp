@@ -46,7 +46,9 @@ void RecordingRows::drop(const Readings &standard)
 void RecordingRows::end(qint64 time, const std::function<bool(const PointId &)> &goesOn)
 {
     for (int curve = 0; curve < m_curves.size(); ++curve) {
-        if (!goesOn(m_points.at(m_curves.at(curve).point).point.id)) {
+        // Others are broken already.
+        if (m_curves.at(curve).state == SampleState::Valid
+            && !goesOn(m_points.at(m_curves.at(curve).point).point.id)) {
             breakCurve(curve, time, SampleState::Ended);
         }
     }
@@ -125,7 +127,7 @@ void RecordingRows::take(int number, qint64 time, const Reading &reading)
     m_rows[curve.row] = {curve.point, {time, reading.number, reading.state, reading.text}};
     curve.report = m_reports;
     curve.last = time;
-    curve.isBroken = reading.state != SampleState::Valid;
+    curve.state = reading.state;
 }
 
 // Points that take turns with their types must not become more and more.
@@ -157,10 +159,10 @@ void RecordingRows::breakAll(const Standard &standard, qint64 time, SampleState 
 void RecordingRows::breakCurve(int number, qint64 time, SampleState state)
 {
     Curve &curve = m_curves[number];
-    if (curve.isBroken) {
+    if (!isReported(curve.state)) {
         return;
     }
     curve.last = qMax(time, curve.last + 1);
-    curve.isBroken = true;
+    curve.state = state;
     m_rows.append({curve.point, {curve.last, std::numeric_limits<double>::quiet_NaN(), state, {}}});
 }

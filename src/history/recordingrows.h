@@ -42,9 +42,9 @@ private:
     struct Curve {
         int point = -1; // the latest
         qint64 last = std::numeric_limits<qint64>::min();
-        bool isBroken = true;
-        qint64 report = 0; // number of the last report that has it
-        int row = -1;      // in that report
+        SampleState state = SampleState::Ended; // of its last row
+        qint64 report = 0;                      // number of the last report that has it
+        int row = -1;                           // in that report
     };
     struct Standard {
         PointId id; // with an empty name

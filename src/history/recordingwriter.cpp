@@ -38,12 +38,6 @@ QVariant numberOf(const Sample &sample)
     return std::isnan(sample.number) ? QVariant(QVariant::Double) : QVariant(sample.number);
 }
 
-// Such rows are no values that a Box has sent.
-bool isBreak(SampleState state)
-{
-    return state == SampleState::NoReport || state == SampleState::Ended || state == SampleState::Dropped;
-}
-
 } // namespace
 
 RecordingWriter::RecordingWriter(const RecordingTarget &target, qint64 since, int patience,
@@ -195,7 +189,7 @@ void RecordingWriter::begin(const Row &row, int number, Rows *rows)
     if (!m_curves.at(number).hasBegun) {
         const Curve &known = m_curves.at(number);
         if (known.upTo && row.sample.time <= *known.upTo) {
-            m_leftOut += known.isOthers || isBreak(row.sample.state) ? 0 : 1;
+            m_leftOut += known.isOthers || !isReported(row.sample.state) ? 0 : 1;
             return;
         }
         Curve &curve = changed(number);

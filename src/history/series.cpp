@@ -260,11 +260,7 @@ TimeRange Series::extent() const
 
 bool Series::isSilent() const
 {
-    if (isEmpty()) {
-        return true;
-    }
-    const SampleState state = m_chunks.back()->lastState();
-    return state == SampleState::NoReport || state == SampleState::Ended;
+    return isEmpty() || !isReported(m_chunks.back()->lastState());
 }
 
 void Series::feed(Thinning *thinning, const TimeRange &range) const

@@ -184,7 +184,16 @@ void TestRecorder::gapsAreKept_data()
                                        << QStringList{"U|0|1.0|-|1", "U|1000|-|-|3", "U|3000|1.0|-|1"};
     QTest::newRow("not valid, then vanished")
         << QVector<Readings>{report(0, {reading("U", "7", "float", "0")}), report(1000, {}), u(2000)}
-        << QStringList{"U|0|-|7|0", "U|2000|1.0|-|1"};
+        << QStringList{"U|0|-|7|0", "U|1000|-|-|3", "U|2000|1.0|-|1"};
+    QTest::newRow("no number, then vanished")
+        << QVector<Readings>{report(0, {reading("U", "nan")}), report(1000, {}), report(2000, {}), u(3000)}
+        << QStringList{"U|0|-|nan|2", "U|1000|-|-|3", "U|3000|1.0|-|1"};
+    QTest::newRow("not valid, then late")
+        << QVector<Readings>{u(0), report(1000, {reading("U", "7", "float", "0")}), u(12000)}
+        << QStringList{"U|0|1.0|-|1", "U|1000|-|7|0", "U|11000|-|-|3", "U|12000|1.0|-|1"};
+    QTest::newRow("not valid, then ended")
+        << QVector<Readings>{report(2000, {reading("U", "7", "float", "0")}), end, u(60000)}
+        << QStringList{"U|2000|-|7|0", "U|2500|-|-|4", "U|60000|1.0|-|1"};
     QTest::newRow("a time that is not later")
         << QVector<Readings>{u(1000), u(1000), u(500)} << QStringList{"U|1000|1.0|-|1"};
 }
