@@ -24,7 +24,7 @@ RecordingJob::RecordingJob(const RecordingTarget &target, const QSet<PointId> &p
     : m_target(target)
     , m_limits(limits)
     , m_queue(points, limits.queueBytes)
-    , m_peers(target, points, standard, since)
+    , m_peers(target, points, standard)
     , m_rows(points)
     , m_writer(target, since, limits.patience, &m_peers)
     , m_pieceRows(qMin(limits.rows, firstPieceRows))
@@ -145,7 +145,7 @@ bool RecordingJob::takeRows()
     }
     if (entries.isEmpty() && stopTime >= 0) {
         m_peers.leave();
-        m_rows.end(stopTime, [this](const PointId &id) { return m_peers.recordingSince(id).has_value(); });
+        m_rows.end(stopTime, [this](const PointId &id) { return m_peers.isRecorded(id); });
         m_progress.ended = stopTime;
     }
     m_unwritten = m_rows.takeRows();

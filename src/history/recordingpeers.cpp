@@ -9,7 +9,7 @@
 
 struct RecordingPeers::Entries {
     QMutex mutex;
-    QVector<std::shared_ptr<const Entry>> all;
+    QVector<std::shared_ptr<Entry>> all;
 };
 
 bool RecordingPeers::Entry::records(const PointId &id) const
@@ -24,11 +24,13 @@ RecordingPeers::Entries &RecordingPeers::entries()
 }
 
 RecordingPeers::RecordingPeers(const RecordingTarget &target, const QSet<PointId> &points,
-                               const QString &standard, qint64 since)
-    : m_own(std::make_shared<const Entry>(Entry{target.kind == RecordingTarget::Kind::File
-                                                    ? QFileInfo(target.file).absoluteFilePath()
-                                                    : target.text(),
-                                                points, standard, since}))
+                               const QString &standard)
+    : m_own(std::make_shared<Entry>(Entry{target.kind == RecordingTarget::Kind::File
+                                              ? QFileInfo(target.file).absoluteFilePath()
+                                              : target.text(),
+                                          points,
+                                          standard,
+                                          {}}))
 {
     const QMutexLocker locker(&entries().mutex);
     entries().all.append(m_own);
@@ -45,14 +47,39 @@ void RecordingPeers::leave()
     entries().all.removeOne(m_own);
 }
 
-std::optional<qint64> RecordingPeers::recordingSince(const PointId &id) const
+bool RecordingPeers::isAnyOther(const std::function<bool(const Entry &)> &condition) const
 {
     const QMutexLocker locker(&entries().mutex);
-    std::optional<qint64> since;
-    for (const auto &each : qAsConst(entries().all)) {
-        if (each != m_own && each->target == m_own->target && each->records(id)) {
-            since = std::min(each->since, since.value_or(each->since));
-        }
-    }
-    return since;
+    const auto &all = entries().all;
+    return std::any_of(all.cbegin(), all.cend(), [&](const std::shared_ptr<Entry> &each) {
+        return each != m_own && each->target == m_own->target && condition(*each);
+    });
+}
+
+bool RecordingPeers::isRecorded(const PointId &id) const
+{
+    return isAnyOther([&id](const Entry &each) { return each.records(id); });
+}
+
+bool RecordingPeers::hasBegun(const PointId &id) const
+{
+    return isAnyOther([&id](const Entry &each) { return each.begun.contains(id); });
+}
+
+void RecordingPeers::begin(const PointId &id)
+{
+    const QMutexLocker locker(&entries().mutex);
+    m_own->begun.insert(id);
+}
+
+void RecordingPeers::takeBack(const PointId &id)
+{
+    const QMutexLocker locker(&entries().mutex);
+    m_own->begun.remove(id);
+}
+
+void RecordingPeers::takeAllBack()
+{
+    const QMutexLocker locker(&entries().mutex);
+    m_own->begun.clear();
 }

@@ -41,7 +41,7 @@ QVariant numberOf(const Sample &sample)
 } // namespace
 
 RecordingWriter::RecordingWriter(const RecordingTarget &target, qint64 since, int patience,
-                                 const RecordingPeers *peers)
+                                 RecordingPeers *peers)
     : m_since(since)
     , m_peers(peers)
     , m_database(target)
@@ -60,6 +60,7 @@ bool RecordingWriter::write(QVector<Row> rows, const QVector<RecordingRows::Reco
         return true;
     }
     m_before.clear();
+    m_begun.clear();
     const qint64 recording = m_recording;
     const qint64 leftOut = m_leftOut;
     if (!isOpen || !writeAll(&rows, points, &all)) {
@@ -67,6 +68,9 @@ bool RecordingWriter::write(QVector<Row> rows, const QVector<RecordingRows::Reco
         m_leftOut = leftOut;
         for (auto each = m_before.crbegin(); each != m_before.crend(); ++each) {
             m_curves[each->first] = each->second;
+        }
+        for (const PointId &point : qAsConst(m_begun)) {
+            m_peers->takeBack(point);
         }
         close();
         return false;
@@ -105,6 +109,7 @@ bool RecordingWriter::findRecording()
     m_isRecordingKnown = query.next();
     if (!m_isRecordingKnown) {
         m_curves.fill(Curve());
+        m_peers->takeAllBack();
     }
     return true;
 }
@@ -157,7 +162,7 @@ bool RecordingWriter::prepareRows(Rows *rows, const Points &points)
         Rows given;
         given.swap(*rows);
         for (const Row &row : qAsConst(given)) {
-            begin(row, points.at(row.point).curve, rows);
+            begin(row, points.at(row.point), rows);
         }
     }
     // By points, since that is how they lie in the database.
@@ -176,24 +181,31 @@ void RecordingWriter::lookUp(int number, const PointId &id)
     Curve &curve = changed(number);
     curve.isLookedUp = true;
     if (const auto latest = m_keys.latest(id)) {
-        const auto others = m_peers->recordingSince(id);
-        curve.isOthers = others && *latest >= *others;
+        curve.isOthers = m_peers->hasBegun(id);
         curve.isBroken = !curve.isOthers;
-        curve.upTo = *latest + (curve.isBroken ? 1 : 0); // where the break needs a place
+        curve.latest = *latest;
     }
 }
 
 // Appends the row, with what must stand before it.
-void RecordingWriter::begin(const Row &row, int number, Rows *rows)
+void RecordingWriter::begin(const Row &row, const RecordingRows::Recorded &recorded, Rows *rows)
 {
+    const int number = recorded.curve;
     if (!m_curves.at(number).hasBegun) {
         const Curve &known = m_curves.at(number);
-        if (known.upTo && row.sample.time <= *known.upTo) {
-            m_leftOut += known.isOthers || !isReported(row.sample.state) ? 0 : 1;
+        // The break needs a place.
+        if (known.latest && row.sample.time <= *known.latest + (known.isBroken ? 1 : 0)) {
+            const bool isThere = row.sample.time == *known.latest;
+            m_leftOut += known.isOthers || isThere || !isReported(row.sample.state) ? 0 : 1;
+            if (isThere) { // another recorder, which may have ended since, was quicker
+                changed(number).isBroken = false;
+            }
             return;
         }
         Curve &curve = changed(number);
         curve.hasBegun = true;
+        m_peers->begin(recorded.point.id);
+        m_begun.append(recorded.point.id);
         if (curve.isBroken) {
             rows->append(
                 {row.point,

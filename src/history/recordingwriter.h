@@ -22,7 +22,7 @@ public:
     };
 
     // Since: of the start of the recording, in ms since 1970 UTC.
-    RecordingWriter(const RecordingTarget &target, qint64 since, int patience, const RecordingPeers *peers);
+    RecordingWriter(const RecordingTarget &target, qint64 since, int patience, RecordingPeers *peers);
 
     // Writes all of it in one transaction, or nothing: then it gives false, error() tells why, and the next
     // call opens the database anew. The rows refer to the points.
@@ -43,10 +43,10 @@ private:
 
     struct Curve {
         bool isLookedUp = false;
-        bool hasBegun = false;      // there is a sample of it in the recording
-        bool isBroken = false;      // begins with a break
-        bool isOthers = false;      // another recorder goes on with it
-        std::optional<qint64> upTo; // samples of that time and before are left out
+        bool hasBegun = false;        // there is a sample of it in the recording
+        bool isBroken = false;        // begins with a break
+        bool isOthers = false;        // another recorder goes on with it
+        std::optional<qint64> latest; // was there before; no others are put among those
     };
 
     bool writeAll(Rows *rows, const Points &points, Progress *progress);
@@ -54,14 +54,14 @@ private:
     bool writeRecording(const Progress &progress);
     bool prepareRows(Rows *rows, const Points &points);
     void lookUp(int number, const PointId &id);
-    void begin(const Row &row, int number, Rows *rows);
+    void begin(const Row &row, const RecordingRows::Recorded &recorded, Rows *rows);
     Curve &changed(int number);
     bool insertRows(const Rows &rows);
     bool prepareStatements();
     bool insert(QSqlQuery *statement, const Row *rows, int count);
 
     const qint64 m_since;
-    const RecordingPeers *m_peers;
+    RecordingPeers *m_peers;
     RecordingDatabase m_database;
     qint64 m_recording = -1; // its key; -1 before the first transaction
     Progress m_written;
@@ -69,7 +69,9 @@ private:
     qint64 m_leftOut = 0;
     QVector<Curve> m_curves;
 
-    QVector<QPair<int, Curve>> m_before; // curves as they were before the transaction that is open
+    // Of the transaction that is open: curves as they were before it, and those that begin in it.
+    QVector<QPair<int, Curve>> m_before;
+    QVector<PointId> m_begun;
 
     // As long as the database is open.
     bool m_isRecordingKnown = false;

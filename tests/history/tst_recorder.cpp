@@ -29,6 +29,7 @@ private slots:
     void lastOfOneNameCounts();
     void severalRecordingsInOneFile();
     void killedRecordingIsNotJoined();
+    void killedRecordingIsNotJoinedByTwo();
     void twoRecordersInOneFile();
     void recorderBesideAnother();
     void fullQueueDropsAndTells();
@@ -274,6 +275,33 @@ void TestRecorder::killedRecordingIsNotJoined()
     QCOMPARE(samples(path()).mid(0, 4),
              (QStringList{"U|0|1.0|-|1", "U|4999|-|-|4", "U|5000|2.0|-|1", "U|6000|3.0|-|1"}));
     QCOMPARE(status.samples, qint64(4));
+}
+
+// The clock has been set back since: the old samples are later than the start of both recorders.
+void TestRecorder::killedRecordingIsNotJoinedByTwo()
+{
+    const qint64 later = QDateTime::currentMSecsSinceEpoch() - start + 3600000;
+    const auto row = [later](qint64 time, const QString &rest) {
+        return QString("U|%1|%2").arg(later + time).arg(rest);
+    };
+    record(file(path()), {report(later, {reading("U", "1")})});
+    asked(path(), "DELETE FROM sample WHERE validity = 4; UPDATE recording SET ended = NULL");
+    Recorder one;
+    Recorder other;
+    for (Recorder *const recorder : {&one, &other}) {
+        recorder->setLimits(quick());
+        recorder->start(file(path()), {});
+    }
+    for (Recorder *const recorder : {&one, &other}) {
+        recorder->add(report(later - 1000, {reading("U", "7")})); // would be put among the old ones
+        recorder->add(report(later + 5000, {reading("U", "2")}));
+    }
+    QVERIFY(stopAndWait(&one));
+    other.add(report(later + 6000, {reading("U", "3")}));
+    QVERIFY(stopAndWait(&other));
+    QCOMPARE(samples(path()),
+             (QStringList{row(0, "1.0|-|1"), row(4999, "-|-|4"), row(5000, "2.0|-|1"), row(6000, "3.0|-|1"),
+                          row(6001, "-|-|4")}));
 }
 
 void TestRecorder::twoRecordersInOneFile()
