@@ -33,6 +33,7 @@ using Tool = TrendTools::Tool;
 namespace {
 
 constexpr QSize firstSize{1200, 660}; // fits a screen of 1366 x 768
+constexpr int leastPlotHeight = 200;  // pixels; by itself a plot asks for much more, by its scales
 
 } // namespace
 
@@ -85,6 +86,7 @@ void TrendWindow::layOut()
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
     m_markerLine->setObjectName(QStringLiteral("markerLine"));
+    m_plot->setMinimumHeight(leastPlotHeight);
     m_splitter->setChildrenCollapsible(false);
     m_splitter->addWidget(m_plot);
     m_splitter->addWidget(m_table);

@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QLabel>
 #include <QPainter>
+#include <QScrollBar>
 
 #include <qwt_scale_draw.h>
 #include <qwt_scale_map.h>
@@ -39,6 +40,8 @@ private slots:
     void skippedValuesAreCounted();
     void numberlessCurveDrawsNothing();
     void hiddenCurveIsNotDrawn();
+    void tableFitsItsRows_data();
+    void tableFitsItsRows();
     void removedCurveIsGone();
     void smallCurveGoesToTheRight();
     void userChoosesTheScale();
@@ -346,6 +349,29 @@ void TestTrendWindow::hiddenCurveIsNotDrawn()
     QVERIFY(!plot->axisInterval(QwtPlot::yLeft).contains(100));
     QTest::keyClick(table(), Qt::Key_Space);
     QTRY_VERIFY(plot->curveItems().at(1)->isVisible());
+}
+
+void TestTrendWindow::tableFitsItsRows_data()
+{
+    QTest::addColumn<QSize>("size"); // of the window
+    QTest::newRow("first") << QSize();
+    QTest::newRow("smaller") << QSize(960, 540);
+    QTest::newRow("larger") << QSize(1200, 900);
+}
+
+void TestTrendWindow::tableFitsItsRows()
+{
+    QFETCH(QSize, size);
+    for (int curve = 0; curve < 4; ++curve) {
+        source->add(QString("Point %1").arg(curve), "float", {valid(0, curve)});
+    }
+    RUN(open());
+    if (size.isValid()) {
+        window->resize(size);
+    }
+    const int rows = table()->rowHeight(0) * figures()->rowCount();
+    QTRY_COMPARE(table()->viewport()->height(), rows);
+    QCOMPARE(table()->verticalScrollBar()->maximum(), 0);
 }
 
 void TestTrendWindow::removedCurveIsGone()
