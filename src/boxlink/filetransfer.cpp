@@ -1,7 +1,6 @@
 #include "boxlink/filetransfer.h"
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QEventLoop>
 #include <QFile>
 #include <QHostAddress>
@@ -21,6 +20,7 @@ QString text(const char *source)
 FileTransfer::FileTransfer(Job job, QObject *owner, std::function<void(int)> progress,
                            const Timeouts &timeouts)
     : m_job(std::move(job))
+    , m_frames(m_job.command, TransferFrames::file(m_job.path))
     , m_progress(std::move(progress))
     , m_timeouts(timeouts)
     , m_socket(new QTcpSocket(owner))
@@ -64,57 +64,41 @@ bool FileTransfer::connectToBox()
 
 bool FileTransfer::sendChunks()
 {
-    QFile file(m_job.path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!m_frames.open()) {
         m_result.ending = Ending::FileUnreadable;
         m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
         m_result.messageText = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file."));
         return false;
     }
-    const qint64 size = file.size();
     m_progress(0);
-    quint32 number = 1;
-    qint64 sent = 0;
-    while (!file.atEnd()) {
-        const QByteArray chunk = file.read(Frame::chunkSize);
-        if (chunk.isEmpty()) {
-            break; // unreadable from here on: the digest will tell the Box
-        }
-        // The total is announced in 32 bits: a file of 4 GiB or more goes out under a wrong one.
-        const QByteArray frame = Frame::chunkFrame(m_job.command, static_cast<quint32>(size), number, chunk);
+    for (QByteArray frame = m_frames.nextChunk(); !frame.isEmpty(); frame = m_frames.nextChunk()) {
         if (!isOpen()) {
             m_result.line =
                 text(QT_TRANSLATE_NOOP("BoxEditDialog", "Connection Status:Not connected to server."));
             break;
         }
         send(frame);
-        sent += chunk.size();
-        if (size > 0) {
-            m_progress(static_cast<int>(qMin<qint64>(sent * 100 / size, 100)));
+        if (m_frames.size() > 0) {
+            m_progress(m_frames.percentage());
         }
-        ++number;
     }
     return isOpen();
 }
 
 bool FileTransfer::sendDigest()
 {
-    QFile file(m_job.path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    const std::optional<QByteArray> digest = m_frames.digest();
+    if (!digest) {
         m_result.ending = Ending::FileUnreadable;
         m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
         m_result.messageText =
             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file for checksum."));
         return false;
     }
-    const qint64 size = file.size();
-    QCryptographicHash hash(QCryptographicHash::Md5);
-    hash.addData(&file);
-    file.close();
     if (m_job.removeWhenDigested) {
         QFile::remove(m_job.path);
     }
-    send(Frame::checksumFrame(m_job.command, static_cast<quint32>(size), hash.result()));
+    send(*digest);
     return true;
 }
 
@@ -152,35 +136,29 @@ void FileTransfer::awaitVerdict()
     m_socket->deleteLater();
 }
 
-// A verdict that is not whole when the wait ends is none, and nothing is said about it: a Box sends it in one
-// piece.
+// Nothing is said about a verdict that is not whole.
 void FileTransfer::judge(const QByteArray &answer)
 {
-    if (answer.size() != Frame::verdictSize || answer.at(0) != Frame::header0
-        || answer.at(1) != Frame::header1) {
-        m_result.ending = Ending::BrokenVerdict;
-        return;
-    }
-    if (Frame::readCommand(answer.constData()) != m_job.command) {
-        fail(Ending::WrongVerdict,
-             text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Command type error.")));
-    } else if (answer.at(Frame::verdictSubTypeOffset) != Frame::verdictSubType) {
-        fail(Ending::WrongVerdict,
-             text(QT_TRANSLATE_NOOP("BoxEditDialog",
-                                    "Checksum Result:Verification data return value error.")));
-    } else if (answer.at(Frame::verdictResultOffset) != 0) {
-        fail(Ending::Refused, text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum failed.")));
-    } else {
-        m_result.ending = Ending::Delivered;
+    const TransferVerdict verdict = m_frames.judge(answer);
+    m_result.ending = TransferFrames::endingOf(verdict);
+    switch (verdict) {
+    case TransferVerdict::Success:
         m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum successful."));
+        return;
+    case TransferVerdict::Broken:
+        return;
+    case TransferVerdict::OtherCommand:
+        m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Command type error."));
+        break;
+    case TransferVerdict::OtherSubType:
+        m_result.line =
+            text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Verification data return value error."));
+        break;
+    case TransferVerdict::Failure:
+        m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum failed."));
+        break;
     }
-}
-
-void FileTransfer::fail(Ending ending, const QString &line)
-{
     m_progress(0);
-    m_result.ending = ending;
-    m_result.line = line;
 }
 
 void FileTransfer::send(const QByteArray &frame)

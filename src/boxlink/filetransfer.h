@@ -1,6 +1,6 @@
 #pragma once
 
-#include "boxlink/frame.h"
+#include "boxlink/transferframes.h"
 
 #include <QPointer>
 #include <QString>
@@ -15,12 +15,8 @@ class QTcpSocket;
 class FileTransfer
 {
 public:
-    // Milliseconds.
-    struct Timeouts {
-        int connecting = 30000;
-        int writing = 30000; // of each frame
-        int verdict = 8000;
-    };
+    using Timeouts = TransferTimeouts;
+    using Ending = TransferEnding;
 
     struct Job {
         Frame::Command command = Frame::ProjectTransfer; // or ProgramTransfer
@@ -28,18 +24,6 @@ public:
         QString boxAddress;
         QString localAddress = anyAddress(); // to send from
         bool removeWhenDigested = false;     // for a temporary file; one that was not digested stays
-    };
-
-    enum class Ending {
-        Delivered, // the Box says that it has the file bit for bit
-        NotBound,
-        NotConnected,
-        FileUnreadable,
-        LinkLost, // before all was sent
-        NoVerdict,
-        BrokenVerdict, // no whole verdict frame
-        WrongVerdict,  // one of another kind than this transfer's
-        Refused,       // the Box got another file than was sent
     };
 
     // What to tell the user afterwards, the message before the line; an empty text is not told.
@@ -68,11 +52,11 @@ private:
     void awaitVerdict();
 
     void judge(const QByteArray &answer);
-    void fail(Ending ending, const QString &line);
     void send(const QByteArray &frame);
     bool isOpen() const;
 
     Job m_job;
+    TransferFrames m_frames;
     std::function<void(int)> m_progress;
     Timeouts m_timeouts;
     Result m_result;
