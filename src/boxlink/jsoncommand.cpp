@@ -41,6 +41,16 @@ std::optional<BoxSettings> readSettings(SettingsGroup group, const QJsonValue &p
 
 } // namespace
 
+Frame::JsonType JsonCommand::readType(SettingsGroup group)
+{
+    return groupCommands[int(group)].read;
+}
+
+Frame::JsonType JsonCommand::writeType(SettingsGroup group)
+{
+    return groupCommands[int(group)].write;
+}
+
 // Compat: a read and the reboot carry the type as a string, a write carries it as a number. The Box expects
 // it so.
 QJsonObject JsonCommand::readRequest(SettingsGroup group)

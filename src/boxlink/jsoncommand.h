@@ -20,6 +20,8 @@ struct CommandResult {
 // The JSON commands of command 0x0500: settings, group by group, and the reboot.
 namespace JsonCommand {
 
+Frame::JsonType readType(SettingsGroup group);
+Frame::JsonType writeType(SettingsGroup group);
 QJsonObject readRequest(SettingsGroup group);
 QJsonObject writeRequest(const BoxSettings &settings);
 QJsonObject rebootRequest();

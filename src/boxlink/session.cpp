@@ -1,6 +1,5 @@
 #include "boxlink/session.h"
 
-#include "boxlink/heartbeat.h"
 #include "boxlink/monitoringaccumulator.h"
 
 #include <QDebug>
@@ -52,6 +51,14 @@ Session::Session(QObject *parent)
     m_offlineTimer.start(offlineAfter);
 
     connect(&m_socket, &QTcpSocket::disconnected, this, &Session::handleDisconnected);
+    connect(&m_socket, &QTcpSocket::connected, this, [this] {
+        const Hold hold(this);
+        emit linkOpened();
+    });
+    connect(&m_socket, &QTcpSocket::errorOccurred, this, [this] {
+        const Hold hold(this);
+        emit socketFailed(m_socket.errorString());
+    });
 }
 
 Session::~Session()
@@ -261,6 +268,7 @@ void Session::takeHeartbeat(const QByteArray &frame)
     }
     emit statusChanged(Status::Connected);
     emit versionReceived(answer->version);
+    emit identified(*answer);
     qDebug().noquote().nospace() << "Box Version: " << answer->version;
     qDebug().noquote().nospace() << "Box Serial Number: " << answer->serialNumber;
     qDebug().noquote().nospace() << "Box Model: " << answer->model;

@@ -2,6 +2,7 @@
 
 #include "boxlink/boxsettings.h"
 #include "boxlink/frameassembler.h"
+#include "boxlink/heartbeat.h"
 #include "boxlink/jsoncommand.h"
 #include "boxlink/monitoringreport.h"
 
@@ -71,7 +72,13 @@ public:
 
 signals:
     void statusChanged(Session::Status status);
+    // The TCP connection stands; the Box has said nothing yet.
+    void linkOpened();
+    // What the system says of a connection that could not be made, or of the end of one, before Disconnected.
+    void socketFailed(const QString &errorString);
     void versionReceived(const QString &version);
+    // All that came with the version.
+    void identified(const HeartbeatAnswer &answer);
     // 30 seconds have passed without a heartbeat answer; comes once until the next answer or disconnection.
     void offlineOccurred();
     void settingsReceived(const BoxSettings &settings);
