@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+class QJsonObject;
+
+// A project document as its tree is seen in the window: nodes with their fields under the names of the forms.
+// Takes a document of any shape; what the forms do not know is there under its key.
+namespace DocumentView {
+
+struct Field {
+    QString name;
+    QString text;
+    bool isSecret = false;
+};
+
+// A definition, a tab of it, a point, or the project itself.
+struct Node {
+    QStringList path; // names from below the project down, no two nodes with the same; empty for the project
+    QVector<Field> fields;
+};
+
+// Each node before those below it, in the order of the document.
+QVector<Node> nodesOf(const QJsonObject &project);
+
+} // namespace DocumentView

@@ -1,0 +1,114 @@
+#include "boxctl/call.h"
+#include "boxctl/output.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+// clang-format off
+const char description[] =
+    "Usage: boxctl COMMAND [options] ARGUMENTS\n"
+    "       boxctl COMMAND --help\n"
+    "Works with Boxes and their projects from a shell or a script, many at once.\n"
+    "\n"
+    "Options:\n"
+    "  -h, --help  Print this help and end.\n"
+    "  --help-all  Print it with the help of all commands and end.\n"
+    "  --version   Print the program's version and end.\n"
+    "\n"
+    "Commands:\n";
+
+const char statuses[] =
+    "\n"
+    "Exit status:\n"
+    "  0  All is done.\n"
+    "  1  Some Box failed or refused, which is told on the standard error. Of diff:\n"
+    "     something differs. Of check: there are errors.\n"
+    "  2  The call is wrong. Nothing was sent.\n"
+    "  3  A file that was named is no project document, or can't be read. Nothing was\n"
+    "     sent.\n";
+// clang-format on
+
+QString help()
+{
+    QString list;
+    for (const Command &command : commands()) {
+        list += QStringLiteral("  %1  %2\n")
+                    .arg(QLatin1String(command.name), -8)
+                    .arg(QLatin1String(command.summary));
+    }
+    return QLatin1String(description) + list + QLatin1String(statuses);
+}
+
+QString helpOfAll()
+{
+    QString text = help();
+    for (const Command &command : commands()) {
+        text += QLatin1Char('\n') + Call(command).help();
+    }
+    return text;
+}
+
+const Command *commandNamed(const QString &name)
+{
+    for (const Command &command : commands()) {
+        if (name == QLatin1String(command.name)) {
+            return &command;
+        }
+    }
+    return nullptr;
+}
+
+int tell(const QString &text)
+{
+    Output::text(text);
+    return AllDone;
+}
+
+int runCommand(const QString &name, const QStringList &arguments)
+{
+    const Command *command = commandNamed(name);
+    if (!command) {
+        Output::error(name.startsWith(QLatin1Char('-')) ? QStringLiteral("there is no option ") + name
+                                                        : QStringLiteral("there is no command ") + name);
+        Output::error(QStringLiteral("try boxctl --help"));
+        return WrongCall;
+    }
+    Call call(*command);
+    if (!call.parse(arguments)) {
+        return call.wrong(call.reason());
+    }
+    return call.isSet("help") ? tell(call.help()) : command->run(call);
+}
+
+int run(const QStringList &arguments)
+{
+    const QString first = arguments.value(1);
+    if (first == QLatin1String("--help") || first == QLatin1String("-h")) {
+        return tell(help());
+    }
+    if (first == QLatin1String("--help-all")) {
+        return tell(helpOfAll());
+    }
+    if (first == QLatin1String("--version")) {
+        return tell(QStringLiteral("boxctl " BOXCTL_VERSION "\n"));
+    }
+    if (first.isEmpty()) {
+        Output::error(QStringLiteral("a command is missing"));
+        Output::error(QStringLiteral("try boxctl --help"));
+        return WrongCall;
+    }
+    return runCommand(first, arguments.mid(1));
+}
+
+// The core's lines for its developers.
+void dropMessage(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    qInstallMessageHandler(dropMessage);
+    return Output::finish(run(QCoreApplication::arguments()));
+}

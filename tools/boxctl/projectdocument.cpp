@@ -1,0 +1,72 @@
+#include "boxctl/projectdocument.h"
+
+#include "boxctl/output.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+
+namespace {
+
+constexpr qint64 documentLimit = 64 * 1024 * 1024; // bytes
+
+} // namespace
+
+bool readWhole(const QString &path, qint64 limit, QByteArray *bytes, QString *error)
+{
+    QFile file(path);
+    if (QFileInfo(path).isDir()) {
+        *error = QStringLiteral("it is a folder");
+        return false;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error = file.errorString();
+        return false;
+    }
+    // An endless file tells no size, so one byte more than the limit is asked for.
+    bytes->clear();
+    while (bytes->size() <= limit) {
+        const QByteArray piece = file.read(limit + 1 - bytes->size());
+        if (piece.isEmpty()) {
+            break;
+        }
+        bytes->append(piece);
+    }
+    if (file.error() != QFileDevice::NoError) {
+        *error = file.errorString();
+        return false;
+    }
+    if (bytes->size() > limit) {
+        *error = QStringLiteral("it holds more than %1 MiB").arg(limit / (1024 * 1024));
+        return false;
+    }
+    return true;
+}
+
+ProjectDocument ProjectDocument::read(const QString &path)
+{
+    ProjectDocument document;
+    document.path = path;
+    if (!readWhole(path, documentLimit, &document.bytes, &document.error)) {
+        return document;
+    }
+    QJsonParseError parse;
+    const QJsonDocument json = QJsonDocument::fromJson(document.bytes, &parse);
+    if (parse.error != QJsonParseError::NoError) {
+        document.error =
+            QStringLiteral("it is not JSON: %1 at byte %2").arg(parse.errorString()).arg(parse.offset);
+    } else if (!json.isObject()) {
+        document.error = QStringLiteral("it holds no JSON object");
+    }
+    document.object = json.object();
+    return document;
+}
+
+ProjectDocument ProjectDocument::readOrTell(const QString &path)
+{
+    ProjectDocument document = read(path);
+    if (!document.ok()) {
+        Output::error(QStringLiteral("%1: %2").arg(path, document.error));
+    }
+    return document;
+}
