@@ -24,8 +24,14 @@ QHostAddress firstIpv4(const QNetworkInterface &networkInterface)
 } // namespace
 
 BoxSearch::BoxSearch(Source source, QObject *parent)
+    : BoxSearch(QHostAddress(), parent)
+{
+    m_source = [source = std::move(source)] { return firstIpv4(source()); };
+}
+
+BoxSearch::BoxSearch(const QHostAddress &address, QObject *parent)
     : QObject(parent)
-    , m_source(std::move(source))
+    , m_source([address] { return address; })
     , m_socket(this)
     , m_broadcasts(this)
 {
@@ -50,7 +56,7 @@ void BoxSearch::start()
 
 void BoxSearch::broadcast()
 {
-    const QHostAddress address = firstIpv4(m_source());
+    const QHostAddress address = m_source();
     if (address.isNull()) {
         qDebug() << "No IPv4 address found for selected network interface!";
         return;
@@ -59,9 +65,13 @@ void BoxSearch::broadcast()
     m_socket.close();
     if (!m_socket.bind(address, localPort, QAbstractSocket::DefaultForPlatform)) {
         qDebug() << "Failed to bind to selected network interface!";
+        emit failed(address, m_socket.errorString());
         return;
     }
-    m_socket.writeDatagram(Discovery::request(), QHostAddress(QHostAddress::Broadcast), Frame::boxPort);
+    const QHostAddress everybody(QHostAddress::Broadcast);
+    if (m_socket.writeDatagram(Discovery::request(), everybody, Frame::boxPort) < 0) {
+        emit failed(address, m_socket.errorString());
+    }
 }
 
 void BoxSearch::readPendingDatagrams()

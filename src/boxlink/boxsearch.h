@@ -20,6 +20,8 @@ public:
     using Source = std::function<QNetworkInterface()>;
 
     explicit BoxSearch(Source source, QObject *parent = nullptr);
+    // Searches from this local address alone.
+    explicit BoxSearch(const QHostAddress &address, QObject *parent = nullptr);
 
     // Forgets what was found and broadcasts once a second for ten seconds. Compat: a search that is started
     // while another runs has an end of its own, and the first end of the two stops the broadcasts.
@@ -32,13 +34,15 @@ public:
     void take(const QByteArray &datagram);
 
 signals:
+    // A broadcast could not be sent from this address, for the reason that the system gives.
+    void failed(const QHostAddress &address, const QString &errorString);
     // Once a search for each address.
     void found(const Discovery::Answer &box);
     // For each start, ten seconds later.
     void finished();
 
 private:
-    Source m_source;
+    std::function<QHostAddress()> m_source;
     QUdpSocket m_socket;   // bound anew at each broadcast
     QTimer m_broadcasts;   // repeating, 1000 ms
     QSet<QString> m_found; // addresses of the current search

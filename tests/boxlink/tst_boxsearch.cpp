@@ -7,6 +7,7 @@ class TestBoxSearch : public QObject
 {
     Q_OBJECT
 private slots:
+    void broadcastThatCantBeSentIsTold();
     void aBoxIsFoundOnceByItsAddress();
     void badDatagramLeavesNoTrace();
     void newSearchForgetsWhatWasFound();
@@ -128,6 +129,17 @@ void TestBoxSearch::searchMayGoWhenItEnds()
     search->start();
     endsOf(*search).first()->start(1);
     QTRY_VERIFY(!search);
+}
+
+void TestBoxSearch::broadcastThatCantBeSentIsTold()
+{
+    BoxSearch search(QHostAddress("192.0.2.1")); // no address of this host
+    QStringList told;
+    connect(&search, &BoxSearch::failed, this, [&told](const QHostAddress &address, const QString &error) {
+        told += address.toString() + ": " + error;
+    });
+    search.broadcast();
+    QCOMPARE(told, QStringList{"192.0.2.1: The address is not available"});
 }
 
 QTEST_GUILESS_MAIN(TestBoxSearch)
