@@ -44,7 +44,8 @@ void BoxClient::connectTo(const QString &address, const Callback<bool> &done)
     await(Link, [done](const JsonCommand::Answer &, const QString &error) {
         done({error.isEmpty() ? std::optional(true) : std::nullopt, error});
     });
-    m_session->connectToBox(address);
+    QTimer::singleShot(0, m_session,
+                       [this, address] { m_session->connectToBox(address); }); // may fail at once
 }
 
 void BoxClient::identify(const Callback<HeartbeatAnswer> &done)

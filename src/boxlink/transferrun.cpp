@@ -31,7 +31,8 @@ TransferRun::~TransferRun()
 void TransferRun::start(const QString &boxAddress)
 {
     m_timer.start(m_timeouts.connecting);
-    m_socket.connectToHost(boxAddress, Frame::boxPort);
+    // From the event loop, since it may fail at once.
+    QTimer::singleShot(0, this, [this, boxAddress] { m_socket.connectToHost(boxAddress, Frame::boxPort); });
 }
 
 void TransferRun::beginSending()
