@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr qint64 enoughToWrite = 64 * 1024; // bytes in the socket's buffer
+constexpr qint64 enoughToWrite = qint64(64) * 1024; // bytes in the socket's buffer
 
 } // namespace
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "files.h"
+
 #include <QProcess>
 #include <QTest>
-
-#include <memory>
 
 // What the tests of boxctl share: the program as a process, and simulated Boxes for it.
 namespace BoxCtl {
@@ -26,10 +26,10 @@ inline char *toString(const Outcome &outcome)
         QString("status %1\n%2--- standard error\n%3").arg(outcome.status).arg(outcome.out, outcome.error));
 }
 
-inline Outcome run(const QStringList &arguments)
+inline Outcome run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
-    process.start(QString(BOXCTL_PROGRAM), arguments, QIODevice::ReadOnly);
+    process.start(program, arguments, QIODevice::ReadOnly);
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
         return {-1, QString::fromUtf8(process.readAllStandardOutput()), process.errorString()};
     }
@@ -37,14 +37,23 @@ inline Outcome run(const QStringList &arguments)
             QString::fromUtf8(process.readAllStandardError())};
 }
 
-// A simulated Box; ends the test program's run of it with the object.
+inline Outcome run(const QStringList &arguments)
+{
+    return run(QString(BOXCTL_PROGRAM), arguments);
+}
+
+// A simulated Box, which lives as long as the object.
 class SimulatedBox
 {
 public:
     explicit SimulatedBox(const QString &address, const QStringList &options = {})
+        : m_log(address + ".log")
     {
+        QFile::remove(m_log);
+        // It is quiet, since nobody empties its pipe while a call runs.
         m_process.start(QString(BOXSIM_PROGRAM),
-                        QStringList{"--address", address, "--no-discovery", "--report-interval", "0"}
+                        QStringList{"--address", address, "--no-discovery", "--report-interval", "0",
+                                    "--quiet", "--log", m_log}
                             + options,
                         QIODevice::ReadOnly);
         while (!m_process.peek(100).contains("listening on ")) {
@@ -60,8 +69,17 @@ public:
     }
     Q_DISABLE_COPY(SimulatedBox)
 
+    // True once the Box has logged a line with this text.
+    bool hasHeard(const char *text) const
+    {
+        return QTest::qWaitFor([this, text] { return Files::contents(m_log).contains(text); });
+    }
+
 private:
+    QString m_log;
     QProcess m_process;
 };
 
 } // namespace BoxCtl
+
+Q_DECLARE_METATYPE(BoxCtl::Outcome)

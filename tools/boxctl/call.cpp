@@ -18,9 +18,10 @@ bool Call::parse(const QStringList &arguments)
 QString Call::help() const
 {
     const QString options = m_parser.helpText();
-    return QStringLiteral("Usage: boxctl %1 [options] %2\n%3\n\n%4\n\n%5")
-        .arg(QLatin1String(m_command.name), QLatin1String(m_command.arguments),
-             QLatin1String(m_command.summary), QLatin1String(m_command.details),
+    const QString usage = QStringLiteral("Usage: boxctl %1 [options] %2")
+                              .arg(QLatin1String(m_command.name), QLatin1String(m_command.arguments));
+    return QStringLiteral("%1\n%2\n\n%3\n\n%4")
+        .arg(usage.trimmed(), QLatin1String(m_command.summary), QLatin1String(m_command.details),
              options.mid(options.indexOf(QLatin1String("Options:"))));
 }
 

@@ -29,4 +29,11 @@ const QVector<Command> &commands();
 // Each in a file of its own.
 Command checkCommand();
 Command diffCommand();
+Command getCommand();
+Command infoCommand();
+Command programCommand();
+Command pushCommand();
+Command rebootCommand();
+Command searchCommand();
+Command setCommand();
 Command showCommand();

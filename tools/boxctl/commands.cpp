@@ -3,9 +3,8 @@
 const QVector<Command> &commands()
 {
     static const QVector<Command> all{
-        checkCommand(),
-        diffCommand(),
-        showCommand(),
+        searchCommand(),  infoCommand(),   getCommand(),   setCommand(),  pushCommand(),
+        programCommand(), rebootCommand(), checkCommand(), diffCommand(), showCommand(),
     };
     return all;
 }

@@ -18,7 +18,16 @@ const char description[] =
     "\n"
     "Commands:\n";
 
-const char statuses[] =
+const char more[] =
+    "\n"
+    "Boxes:\n"
+    "  ADDRESS            One Box, by its IPv4 address.\n"
+    "  @FILE              Those of a list, an address a line. A name may stand behind it,\n"
+    "                     and what follows a # is a comment.\n"
+    "  PROJECT.json:      All Boxes of a project.\n"
+    "  PROJECT.json:NAME  One of them.\n"
+    "\n"
+    "A Box that is named twice counts once.\n"
     "\n"
     "Exit status:\n"
     "  0  All is done.\n"
@@ -37,14 +46,19 @@ QString help()
                     .arg(QLatin1String(command.name), -8)
                     .arg(QLatin1String(command.summary));
     }
-    return QLatin1String(description) + list + QLatin1String(statuses);
+    return QLatin1String(description) + list + QLatin1String(more);
 }
 
+// A paragraph a command, under its usage: what the manual page is made of.
 QString helpOfAll()
 {
+    const QLatin1String usage("Usage: ");
     QString text = help();
     for (const Command &command : commands()) {
-        text += QLatin1Char('\n') + Call(command).help();
+        const QString own = Call(command).help();
+        text +=
+            QStringLiteral("\n%1:\n").arg(own.section(QLatin1Char('\n'), 0, 0).mid(usage.size()).trimmed())
+            + own.section(QLatin1Char('\n'), 1);
     }
     return text;
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr qint64 documentLimit = 64 * 1024 * 1024; // bytes
+constexpr qint64 documentLimit = qint64(64) * 1024 * 1024; // bytes
 
 } // namespace
 
@@ -37,7 +37,7 @@ bool readWhole(const QString &path, qint64 limit, QByteArray *bytes, QString *er
         return false;
     }
     if (bytes->size() > limit) {
-        *error = QStringLiteral("it holds more than %1 MiB").arg(limit / (1024 * 1024));
+        *error = QStringLiteral("it holds more than %1 MiB").arg(limit / 1024 / 1024);
         return false;
     }
     return true;

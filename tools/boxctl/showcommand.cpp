@@ -20,7 +20,8 @@ void showFields(const DocumentView::Node &node, int depth, bool secrets)
     for (const DocumentView::Field &field : node.fields) {
         const QStringList lines = shown(field, secrets).split(QLatin1Char('\n'));
         Output::line(indented(QStringLiteral("%1: %2").arg(field.name, lines.constFirst()).trimmed(), depth));
-        for (const QString &line : lines.mid(1)) {
+        const QStringList further = lines.mid(1);
+        for (const QString &line : further) {
             Output::line(indented(line, depth + 1));
         }
     }

@@ -1,0 +1,398 @@
+#include "boxctltest.h"
+#include "files.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+#include <QtTest>
+
+#include <csignal>
+
+using namespace BoxCtl;
+
+namespace {
+
+const QString address = "127.0.40.10";
+const QString other = "127.0.40.11";
+const QString nowhere = "127.0.40.12"; // nothing listens there
+
+QStringList words(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '));
+}
+
+} // namespace
+
+// What is asked of Boxes and set on them, and which Boxes a call names.
+class TestBoxCtlSettings : public QObject
+{
+    Q_OBJECT
+private slots:
+    void wrongCalls_data();
+    void wrongCalls();
+    void listsOfBoxes_data();
+    void listsOfBoxes();
+    void info();
+    void oneThatFailsStopsNoOther();
+    void faults_data();
+    void faults();
+    void get();
+    void getAsJson();
+    void set_data();
+    void set();
+    void setKeepsWhatIsNotNamed();
+    void setIsRefusedOrLost_data();
+    void setIsRefusedOrLost();
+    void setTime();
+    void passwordsStayOutOfSight();
+    void reboot();
+    void manyBoxesAndFewFiles();
+    void interruptTellsWhatIsUnfinished();
+    void progressOnATerminal();
+};
+
+void TestBoxCtlSettings::wrongCalls_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("why");
+    const auto row = [](const char *arguments, const char *why) {
+        QTest::newRow(arguments) << words(arguments) << QString::fromLatin1(why);
+    };
+    row("info", "a Box is missing");
+    row("info 127.0.40", "'127.0.40' is no IPv4 address");
+    row("info 127.0.40.256", "'127.0.40.256' is no IPv4 address");
+    row("info localhost", "'localhost' is no IPv4 address");
+    row("info 127.0.40.10 ::1", "'::1' is no IPv4 address");
+    row("info --jobs 0 127.0.40.10", "--jobs takes a number from 1 to 1000");
+    row("info --timeout x 127.0.40.10", "--timeout takes a number from 0.1 to 86400");
+    row("reboot --wait-limit 0 127.0.40.10", "--wait-limit takes a number from 1 to 86400");
+    row("get lan", "a Box is missing");
+    row("set 127.0.40.10", "it takes a group: lan wan wifi lte ntp time");
+    row("set 127.0.40.10 lan", "lan needs what to set");
+    row("set 127.0.40.10 lan bogus=1", "lan has no field 'bogus'");
+    row("set 127.0.40.10 lan ip", "ip needs a text, as in ip=TEXT");
+    row("set 127.0.40.10 lan ip=1.2.3.4 ip=1.2.3.5", "ip is named twice");
+    row("set 127.0.40.10 lan ip=1.2.3", "ip takes an IPv4 address, or nothing");
+    row("set 127.0.40.10 wan dhcp=1", "dhcp takes on or off");
+    row("set 127.0.40.10 lte state=yes", "state takes on or off");
+    row("set 127.0.40.10 wifi password=tiger",
+        "a password is no argument, which others can see: password=@FILE or password=-");
+    row("set 127.0.40.10 wifi password=@missing", "missing: No such file or directory");
+    row("set 127.0.40.10 time soon", "time takes now, or a time such as \"2026-11-21 20:00:00\"");
+    row("set 127.0.40.10 time now now", "time takes now, or one time such as \"2026-11-21 20:00:00\"");
+}
+
+void TestBoxCtlSettings::wrongCalls()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, why);
+    const QString command = arguments.constFirst();
+    QCOMPARE(
+        run(arguments),
+        (Outcome{2, QString(), QString("boxctl: %1: %2\nboxctl: try boxctl %1 --help\n").arg(command, why)}));
+}
+
+void TestBoxCtlSettings::listsOfBoxes_data()
+{
+    QTest::addColumn<QByteArray>("list");
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<Outcome>("outcome");
+    const QString refused = "boxctl: %1: Connection refused\n";
+    const auto wrong = [](const QString &why) {
+        return Outcome{2, QString(), "boxctl: info: " + why + "\nboxctl: try boxctl info --help\n"};
+    };
+    const QByteArray project = R"({"name": "P", "boxs": [{"name": "North", "ip": "127.0.40.12"},
+                                   {"name": "South", "ip": "127.0.40.13"}, {"name": "Bad", "ip": "x"}]})";
+    QTest::newRow("names and comments")
+        << QByteArray("# the plant\n\n127.0.40.12 North  feeder # by the gate\r\n127.0.40.13") << "@list"
+        << Outcome{1, QString(), refused.arg("127.0.40.12 (North feeder)") + refused.arg("127.0.40.13")};
+    QTest::newRow("twice") << QByteArray("127.0.40.12\n127.0.40.012\n") << "@list"
+                           << Outcome{1, QString(),
+                                      "boxctl: list:2: 127.0.40.12 is named twice and counts once\n"
+                                          + refused.arg("127.0.40.12")};
+    QTest::newRow("no address") << QByteArray("127.0.40.12\nnorth\n") << "@list"
+                                << wrong("list:2: 'north' is no IPv4 address");
+    QTest::newRow("empty") << QByteArray("# nobody\n") << "@list" << wrong("the list names no Box");
+    QTest::newRow("unreadable") << QByteArray() << "@missing" << wrong("missing: No such file or directory");
+    QTest::newRow("endless") << QByteArray() << "@/dev/zero" << wrong("/dev/zero: it holds more than 1 MiB");
+    QTest::newRow("one of a project")
+        << project << "list:North" << Outcome{1, QString(), refused.arg("127.0.40.12 (North)")};
+    QTest::newRow("unknown in a project")
+        << project << "list:West" << wrong("list: the project has no Box 'West'");
+    QTest::newRow("bad in a project") << project << "list:" << wrong("list:Bad: 'x' is no IPv4 address");
+    QTest::newRow("project without Boxes")
+        << QByteArray("{}") << "list:" << wrong("list: the project has no Box");
+    QTest::newRow("no project") << QByteArray("[]") << "list:"
+                                << Outcome{3, QString(), "boxctl: list: it holds no JSON object\n"};
+}
+
+void TestBoxCtlSettings::listsOfBoxes()
+{
+    QFETCH(QByteArray, list);
+    QFETCH(QString, argument);
+    QFETCH(Outcome, outcome);
+    Files::put("list", list);
+    QCOMPARE(run({"info", "--jobs", "1", argument}), outcome);
+}
+
+void TestBoxCtlSettings::info()
+{
+    const SimulatedBox box(address, {"--serial", "S7", "--model", "M", "--box-version", "2.1"});
+    QCOMPARE(run({"info", address}),
+             (Outcome{0, "127.0.40.10: version 2.1, serial number S7, model M\n", QString()}));
+    QCOMPARE(run({"info", "--json", address}),
+             (Outcome{0,
+                      "{\"box\":\"127.0.40.10\",\"model\":\"M\",\"ok\":true,\"serialNumber\":\"S7\","
+                      "\"version\":\"2.1\"}\n",
+                      QString()}));
+}
+
+void TestBoxCtlSettings::oneThatFailsStopsNoOther()
+{
+    const SimulatedBox box(address);
+    const SimulatedBox second(other);
+    const Outcome outcome = run({"info", "--json", "--jobs", "1", address, nowhere, other});
+    const QString identity =
+        R"("model":"MRN-GATE-70","ok":true,"serialNumber":"SIM00000001","version":"1.0.0"})";
+    QCOMPARE(outcome,
+             (Outcome{1,
+                      "{\"box\":\"127.0.40.10\"," + identity
+                          + "\n{\"box\":\"127.0.40.12\",\"error\":\"Connection refused\",\"ok\":false}\n"
+                            "{\"box\":\"127.0.40.11\","
+                          + identity + "\n",
+                      "boxctl: 127.0.40.12: Connection refused\n"}));
+}
+
+void TestBoxCtlSettings::faults_data()
+{
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("error");
+    const auto row = [](const QString &options, const QString &command, const QString &error) {
+        QTest::newRow(qPrintable(options + ", " + command)) << options << command << error;
+    };
+    row("--fault silent", "info", "No answer in 0.3 s");
+    row("--fault silent", "get lan", "reading lan: No answer in 0.3 s");
+    row("--fault no-heartbeat", "get ntp", "");
+    row("--fault no-json", "set ntp server=1.2.3.4", "reading ntp: No answer in 0.3 s; nothing is written");
+    row("--fault missing-key=NTP", "set ntp server=1.2.3.4",
+        "reading ntp: No answer in 0.3 s; nothing is written");
+    row("--fault type-number", "get ntp", "reading ntp: No answer in 0.3 s");
+    row("--fault code-number", "set ntp server=1.2.3.4", "writing ntp: No answer in 0.3 s");
+    row("--fault code-number", "reboot", "The remote host closed the connection");
+    row("--fault refuse-write=403", "reboot", "the Box refused with the code 403");
+    row("--fault drop-after-received=8", "get lan", "reading lan: The remote host closed the connection");
+    row("--fault split=3 --fault noise", "get ntp", "");
+}
+
+void TestBoxCtlSettings::faults()
+{
+    QFETCH(QString, options);
+    QFETCH(QString, command);
+    QFETCH(QString, error);
+    const SimulatedBox box(address, options.split(QLatin1Char(' ')));
+    QStringList arguments = command.split(QLatin1Char(' '));
+    arguments.insert(1, address);
+    const Outcome outcome = run(arguments + QStringList{"--timeout", "0.3"});
+    if (error.isEmpty()) {
+        QCOMPARE(outcome, (Outcome{0, "127.0.40.10: ntp server=192.168.1.1\n", QString()}));
+    } else {
+        QCOMPARE(outcome, (Outcome{1, QString(), "boxctl: 127.0.40.10: " + error + QLatin1Char('\n')}));
+    }
+}
+
+void TestBoxCtlSettings::get()
+{
+    const SimulatedBox box(address, {"--set", "ssid=plant\x1b[2J", "--set", "password=tiger"});
+    QCOMPARE(run({"get", address, "lte", "wifi"}),
+             (Outcome{0,
+                      "127.0.40.10: lte state=on\n"
+                      "127.0.40.10: lte at1=AT+CFUN=1\n"
+                      "127.0.40.10: lte at2=\n"
+                      "127.0.40.10: lte at3=\n"
+                      "127.0.40.10: lte at4=\n"
+                      "127.0.40.10: lte at5=\n"
+                      "127.0.40.10: wifi state=off\n"
+                      "127.0.40.10: wifi mode=station\n"
+                      "127.0.40.10: wifi ssid=plant [2J\n"
+                      "127.0.40.10: wifi password=********\n"
+                      "127.0.40.10: wifi dhcp=on\n"
+                      "127.0.40.10: wifi ip=192.168.2.80\n"
+                      "127.0.40.10: wifi mask=255.255.255.0\n"
+                      "127.0.40.10: wifi gateway=192.168.2.1\n"
+                      "127.0.40.10: wifi dns1=192.168.2.1\n"
+                      "127.0.40.10: wifi dns2=8.8.8.8\n",
+                      QString()}));
+    QVERIFY(run({"get", "--show-secrets", address, "wifi"}).out.contains("wifi password=tiger\n"));
+    const Outcome all = run({"get", address});
+    QCOMPARE(all.status, 0);
+    QCOMPARE(all.out.count(QLatin1Char('\n')), 5 + 6 + 10 + 6 + 1 + 1);
+}
+
+void TestBoxCtlSettings::getAsJson()
+{
+    const SimulatedBox box(address);
+    QCOMPARE(
+        run({"get", "--json", address, "wan", "ntp"}),
+        (Outcome{0,
+                 "{\"box\":\"127.0.40.10\",\"ntp\":{\"NTP\":\"192.168.1.1\"},\"ok\":true,\"wan\":{"
+                 "\"wanDhcp\":\"0\",\"wanDns1\":\"10.20.0.1\",\"wanDns2\":\"8.8.4.4\","
+                 "\"wanGateway\":\"10.20.0.1\",\"wanIp\":\"10.20.0.80\",\"wanMask\":\"255.255.255.0\"}}\n",
+                 QString()}));
+}
+
+void TestBoxCtlSettings::set_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QString>("lines");
+    const auto row = [](const char *change, const char *lines) {
+        QTest::newRow(change) << QString::fromLatin1(change) << QString::fromLatin1(lines);
+    };
+    row("lan ip=10.0.0.9 dns2=",
+        "127.0.40.10: lan ip=10.0.0.9 (was 192.168.1.80)\n127.0.40.10: lan dns2= (was 8.8.8.8)\n");
+    row("wan dhcp=on", "127.0.40.10: wan dhcp=on (was off)\n");
+    row("wifi state=on ssid=a=b",
+        "127.0.40.10: wifi state=on (was off)\n127.0.40.10: wifi ssid=a=b (was box)\n");
+    row("lte at5=AT", "127.0.40.10: lte at5=AT (was )\n");
+    row("ntp server=10.0.0.1", "127.0.40.10: ntp server=10.0.0.1 (was 192.168.1.1)\n");
+}
+
+void TestBoxCtlSettings::set()
+{
+    QFETCH(QString, change);
+    QFETCH(QString, lines);
+    const SimulatedBox box(address);
+    const QStringList arguments = QStringList{"set", address} + change.split(QLatin1Char(' '));
+    QString would = lines;
+    QCOMPARE(run(arguments + QStringList{"--dry-run"}),
+             (Outcome{0, would.replace(")\n", ") would be written\n"), QString()}));
+    QCOMPARE(run(arguments), (Outcome{0, lines, QString()})); // so the dry run has changed nothing
+}
+
+void TestBoxCtlSettings::setKeepsWhatIsNotNamed()
+{
+    const SimulatedBox box(address);
+    const QString before = run({"get", address, "lan", "wan", "wifi", "lte", "ntp"}).out;
+    QCOMPARE(run({"set", "--json", address, "lan", "gateway=10.9.9.9"}),
+             (Outcome{0,
+                      "{\"box\":\"127.0.40.10\",\"lan\":{\"lanDns1\":\"192.168.1.1\",\"lanDns2\":\"8.8.8.8\","
+                      "\"lanGateway\":\"10.9.9.9\",\"lanIp\":\"192.168.1.80\",\"lanMask\":\"255.255.255.0\"},"
+                      "\"ok\":true}\n",
+                      QString()}));
+    QString expected = before;
+    expected.replace("lan gateway=192.168.1.1", "lan gateway=10.9.9.9");
+    QCOMPARE(run({"get", address, "lan", "wan", "wifi", "lte", "ntp"}).out, expected);
+}
+
+void TestBoxCtlSettings::setIsRefusedOrLost_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("refused") << "refuse-write=108:500"
+                             << "writing ntp: the Box refused with the code 500";
+    QTest::newRow("lost in the write") << "drop-after-received=60"
+                                       << "writing ntp: The remote host closed the connection";
+    QTest::newRow("lost in the answer") << "drop-after-sent=100"
+                                        << "writing ntp: The remote host closed the connection";
+}
+
+void TestBoxCtlSettings::setIsRefusedOrLost()
+{
+    QFETCH(QString, fault);
+    QFETCH(QString, error);
+    const SimulatedBox box(address, {"--fault", fault});
+    QCOMPARE(run({"set", address, "ntp", "server=10.0.0.1"}),
+             (Outcome{1, QString(), "boxctl: 127.0.40.10: " + error + QLatin1Char('\n')}));
+}
+
+void TestBoxCtlSettings::setTime()
+{
+    const SimulatedBox box(address);
+    const Outcome fixed = run({"set", address, "time", "2001-02-03 04:05:06"});
+    QVERIFY2(fixed.out.startsWith("127.0.40.10: time 2001-02-03 04:05:06 (was 20"), qPrintable(fixed.out));
+    QCOMPARE(fixed.status, 0);
+    const Outcome now = run({"set", address, "time", "now"});
+    QVERIFY2(now.out.contains(" (was 2001-02-03 04:05:"), qPrintable(now.out));
+    const QString format = "yyyy-MM-dd HH:mm:ss";
+    const QDateTime set = QDateTime::fromString(now.out.mid(18, format.size()), format);
+    QVERIFY2(qAbs(set.secsTo(QDateTime::currentDateTime())) <= 2, qPrintable(now.out));
+}
+
+void TestBoxCtlSettings::passwordsStayOutOfSight()
+{
+    const SimulatedBox box(address);
+    Files::put("secret", "tiger = 7\nsecond line\n");
+    const QStringList arguments{"set", address, "wifi", "password=@secret"};
+    QCOMPARE(run(arguments), (Outcome{0, "127.0.40.10: wifi password=******** (was ********)\n", QString()}));
+    QCOMPARE(
+        run({"get", "--json", "--show-secrets", address, "wifi"}).out.count("\"password\":\"tiger = 7\""), 1);
+    QCOMPARE(run(arguments + QStringList{"--json"}).out.count("tiger"), 0);
+    // setsid(1) leaves no terminal to ask on.
+    QProcess process;
+    process.start("setsid", {"--wait", BOXCTL_PROGRAM, "set", address, "wifi", "password=-"});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.readAllStandardError(),
+             QByteArray("boxctl: set: there is no terminal to ask for the password on\n"
+                        "boxctl: try boxctl set --help\n"));
+}
+
+void TestBoxCtlSettings::reboot()
+{
+    const SimulatedBox box(address, {"--reboot-time", "300"});
+    QCOMPARE(run({"reboot", "--wait", address}),
+             (Outcome{0, "127.0.40.10: answers again, version 1.0.0\n", QString()}));
+    QCOMPARE(run({"reboot", address}), (Outcome{0, "127.0.40.10: reboots\n", QString()}));
+    const SimulatedBox gone(other, {"--reboot-time", "100000"});
+    QCOMPARE(run({"reboot", "--wait", "--wait-limit", "1", other}),
+             (Outcome{1, QString(), "boxctl: 127.0.40.11: it reboots, and did not answer again in 1 s\n"}));
+}
+
+void TestBoxCtlSettings::manyBoxesAndFewFiles()
+{
+    QByteArray list;
+    for (int box = 0; box < 1000; ++box) {
+        list +=
+            "127.0.4" + QByteArray::number(3 + box / 250) + '.' + QByteArray::number(1 + box % 250) + '\n';
+    }
+    Files::put("thousand", list);
+    QProcess process;
+    process.start("sh", {"-c", "ulimit -n 256; exec \"$0\" info --jobs 1000 @thousand", BOXCTL_PROGRAM});
+    QVERIFY(process.waitForFinished());
+    const QString error = QString::fromUtf8(process.readAllStandardError());
+    QCOMPARE(error.count(": Connection refused\n"), 1000);
+    QCOMPARE(error.count(QLatin1Char('\n')), 1000);
+    QCOMPARE(process.exitCode(), 1);
+}
+
+void TestBoxCtlSettings::interruptTellsWhatIsUnfinished()
+{
+    SimulatedBox box(address, {"--fault", "silent"});
+    QProcess process;
+    process.start(QString(BOXCTL_PROGRAM), {"info", "--jobs", "1", address, other});
+    QVERIFY(box.hasHeard("-> heartbeat"));
+    ::kill(pid_t(process.processId()), SIGINT);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.readAllStandardError(),
+             QByteArray("boxctl: 127.0.40.10: interrupted while waiting for the heartbeat answer\n"
+                        "boxctl: 127.0.40.11: interrupted before it was begun\n"));
+    QCOMPARE(process.exitCode(), 1);
+}
+
+// A line a Box and a total, which stays.
+void TestBoxCtlSettings::progressOnATerminal()
+{
+    const SimulatedBox box(address, {"--fault", "late-heartbeat=400"});
+    const QString command = QString("%1 info %2 %3").arg(QString(BOXCTL_PROGRAM), address, nowhere);
+    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.out.contains("127.0.40.10: waiting for the heartbeat answer\r\n"
+                                  "0 of 2 Boxes done, 1 failed\r\n"),
+             qPrintable(outcome.out));
+    QVERIFY2(
+        outcome.out.endsWith("127.0.40.10: version 1.0.0, serial number SIM00000001, model MRN-GATE-70\r\n"
+                             "1 of 2 Boxes done, 1 failed\r\n"),
+        qPrintable(outcome.out));
+}
+
+QTEST_GUILESS_MAIN(TestBoxCtlSettings)
+#include "tst_boxctlsettings.moc"

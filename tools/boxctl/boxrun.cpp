@@ -1,0 +1,208 @@
+#include "boxctl/boxrun.h"
+
+#include "boxctl/call.h"
+#include "boxctl/output.h"
+#include "boxctl/terminal.h"
+
+#include <QEventLoop>
+
+#include <csignal>
+
+namespace {
+
+constexpr int signalCheck = 50;   // ms
+constexpr int drawingPause = 100; // ms
+constexpr int mostJobs = 1000;
+constexpr int progressLines = 20;    // at most, so that they fit on a terminal
+constexpr double leastSeconds = 0.1; // of a time-out
+constexpr int mostSeconds = 86400;
+
+volatile std::sig_atomic_t stopAsked = 0;
+
+void askStop(int)
+{
+    stopAsked = 1;
+}
+
+} // namespace
+
+QList<QCommandLineOption> BoxRun::options()
+{
+    return {
+        {"jobs", "Work on so many Boxes side by side. Default: 16.", "number", "16"},
+        {"timeout", "Wait so long for a connection and for each answer. Default: 10.", "seconds", "10"},
+        {"json", "Print one JSON object a Box and line."},
+    };
+}
+
+std::optional<int> BoxRun::timeoutOf(const Call &call)
+{
+    bool ok = false;
+    const double seconds = call.value("timeout").toDouble(&ok);
+    return ok && seconds >= leastSeconds && seconds <= mostSeconds ? std::optional(int(seconds * 1000))
+                                                                   : std::nullopt;
+}
+
+int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &maker)
+{
+    const std::optional<int> jobs = call.number("jobs", 1, mostJobs);
+    if (!jobs) {
+        return call.wrong(QStringLiteral("--jobs takes a number from 1 to %1").arg(mostJobs));
+    }
+    if (!timeoutOf(call)) {
+        return call.wrong(
+            QStringLiteral("--timeout takes a number from %1 to %2").arg(leastSeconds).arg(mostSeconds));
+    }
+    const BoxList list = BoxList::read(boxes);
+    if (list.isBadDocument) {
+        Output::error(list.error);
+        return BadDocument;
+    }
+    if (!list.ok()) {
+        return call.wrong(list.error);
+    }
+    for (const QString &note : list.notes) {
+        Output::error(note);
+    }
+    return BoxRun(list, qMin(*jobs, Terminal::mostConnections()), call.isSet("json"), maker).run();
+}
+
+BoxRun::BoxRun(const BoxList &list, int jobs, bool json, TaskMaker maker)
+    : m_list(list)
+    , m_jobs(jobs)
+    , m_json(json)
+    , m_maker(std::move(maker))
+{
+}
+
+int BoxRun::run()
+{
+    std::signal(SIGINT, askStop);
+    std::signal(SIGTERM, askStop);
+    QEventLoop loop;
+    // A signal handler may do no more than set a flag, so somebody has to look at it.
+    connect(&m_signalTimer, &QTimer::timeout, &loop, [this, &loop] {
+        if (stopAsked != 0) {
+            interrupt();
+            loop.quit();
+        } else if (m_running.isEmpty() && m_next == m_list.boxes.size()) {
+            loop.quit();
+        } else if (m_isStale) {
+            drawProgress();
+        }
+    });
+    m_signalTimer.start(signalCheck);
+    startMore();
+    if (!m_running.isEmpty()) {
+        loop.exec();
+    }
+    clearProgress();
+    if (Terminal::isErrorTerminal() && m_list.boxes.size() > 1) {
+        Terminal::draw({total()});
+    }
+    return m_failed > 0 ? SomeFailed : AllDone;
+}
+
+void BoxRun::startMore()
+{
+    while (m_running.size() < m_jobs && m_next < m_list.boxes.size()) {
+        const int place = m_next++;
+        const BoxTarget &box = m_list.boxes.at(place);
+        BoxTask *task = m_maker(box);
+        task->setParent(this);
+        m_running.insert(place, task);
+        connect(task, &BoxTask::progressed, this, &BoxRun::drawProgress);
+        connect(task, &BoxTask::ended, this,
+                [this, place](const BoxTask::Outcome &outcome) { end(place, outcome); });
+        task->start(box);
+    }
+    drawProgress();
+}
+
+void BoxRun::end(int box, const BoxTask::Outcome &outcome)
+{
+    BoxTask *task = m_running.take(box);
+    if (!task) {
+        return;
+    }
+    task->disconnect(this);
+    task->deleteLater();
+    tell(m_list.boxes.at(box), outcome);
+    if (m_running.isEmpty() && m_next == m_list.boxes.size()) {
+        m_signalTimer.start(0); // no need to wait for its next turn
+    } else {
+        startMore();
+    }
+}
+
+void BoxRun::tell(const BoxTarget &box, const BoxTask::Outcome &outcome)
+{
+    const bool isDone = outcome.error.isEmpty();
+    ++(isDone ? m_done : m_failed);
+    clearProgress();
+    if (!isDone) {
+        Output::error(QStringLiteral("%1: %2").arg(box.label(), outcome.error));
+    }
+    if (m_json) {
+        QJsonObject object = outcome.json;
+        object.insert(QStringLiteral("box"), box.address);
+        object.insert(QStringLiteral("ok"), isDone);
+        if (!isDone) {
+            object.insert(QStringLiteral("error"), outcome.error);
+        }
+        Output::json(object);
+        return;
+    }
+    for (const QString &line : outcome.lines) {
+        Output::line(QStringLiteral("%1: %2").arg(box.label(), line));
+    }
+}
+
+void BoxRun::interrupt()
+{
+    for (auto running = m_running.cbegin(); running != m_running.cend(); ++running) {
+        BoxTask *task = running.value();
+        task->disconnect(this);
+        tell(m_list.boxes.at(running.key()), {QStringLiteral("interrupted while ") + task->state(), {}, {}});
+    }
+    qDeleteAll(m_running); // their links end here
+    m_running.clear();
+    while (m_next < m_list.boxes.size()) {
+        tell(m_list.boxes.at(m_next++), {QStringLiteral("interrupted before it was begun"), {}, {}});
+    }
+}
+
+QString BoxRun::total() const
+{
+    return QStringLiteral("%1 of %2 Boxes done, %3 failed")
+        .arg(m_done)
+        .arg(m_list.boxes.size())
+        .arg(m_failed);
+}
+
+void BoxRun::drawProgress()
+{
+    m_isStale = true;
+    if (!Terminal::isErrorTerminal() || (m_lastDrawn.isValid() && m_lastDrawn.elapsed() < drawingPause)) {
+        return;
+    }
+    m_isStale = false;
+    clearProgress();
+    QStringList lines;
+    for (auto running = m_running.cbegin(); running != m_running.cend(); ++running) {
+        if (lines.size() < progressLines) {
+            lines.append(QStringLiteral("%1: %2").arg(m_list.boxes.at(running.key()).label(),
+                                                      running.value()->state()));
+        }
+    }
+    lines.append(total());
+    Terminal::draw(lines);
+    m_drawnLines = lines.size();
+    m_lastDrawn.start();
+}
+
+void BoxRun::clearProgress()
+{
+    Terminal::erase(m_drawnLines);
+    m_drawnLines = 0;
+}

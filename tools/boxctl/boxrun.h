@@ -1,0 +1,55 @@
+#pragma once
+
+#include "boxctl/boxtask.h"
+#include "boxctl/command.h"
+
+#include <QElapsedTimer>
+#include <QMap>
+#include <QTimer>
+
+#include <functional>
+
+class Call;
+
+// Runs a task for each Box of a call, so many side by side, and tells what comes of each as it ends. One that
+// fails stops no other. Ctrl+C ends them all.
+class BoxRun : public QObject
+{
+    Q_OBJECT
+public:
+    using TaskMaker = std::function<BoxTask *(const BoxTarget &box)>;
+
+    // The options of every command that runs over Boxes.
+    static QList<QCommandLineOption> options();
+
+    // Reads the options and the Boxes of the call, then runs. Gives the exit status.
+    static int over(const Call &call, const QStringList &boxes, const TaskMaker &maker);
+    // The time-out of the call in milliseconds; nothing if it is wrong.
+    static std::optional<int> timeoutOf(const Call &call);
+
+private:
+    BoxRun(const BoxList &list, int jobs, bool json, TaskMaker maker);
+
+    int run();
+    void startMore();
+    void end(int box, const BoxTask::Outcome &outcome);
+    void interrupt();
+    void tell(const BoxTarget &box, const BoxTask::Outcome &outcome);
+    QString total() const;
+    // Not too often; what is put off is drawn a moment later.
+    void drawProgress();
+    void clearProgress();
+
+    BoxList m_list;
+    int m_jobs;
+    bool m_json;
+    TaskMaker m_maker;
+    QMap<int, BoxTask *> m_running; // by the place in the list
+    int m_next = 0;
+    int m_done = 0;
+    int m_failed = 0;
+    QTimer m_signalTimer;
+    QElapsedTimer m_lastDrawn;
+    int m_drawnLines = 0;
+    bool m_isStale = false; // what is drawn is no longer so
+};

@@ -1,0 +1,149 @@
+#include "boxctl/boxrun.h"
+#include "boxctl/call.h"
+#include "boxctl/projectdocument.h"
+#include "boxctl/settask.h"
+#include "boxctl/settingsfields.h"
+#include "boxctl/terminal.h"
+
+namespace {
+
+constexpr qint64 longestPasswordFile = 4096; // bytes
+
+// Reads the words behind the Boxes of a call.
+class ChangeReader
+{
+public:
+    SetTask::Change change;
+    QString error;
+
+    void readTime(const QStringList &words)
+    {
+        if (words.size() != 1) {
+            error = QStringLiteral("time takes now, or one time such as \"2026-11-21 20:00:00\"");
+            return;
+        }
+        change.isNow = words.constFirst() == QLatin1String("now");
+        if (change.isNow) {
+            change.fields.insert(0, {});
+        } else {
+            put(0, QStringLiteral("time"), words.constFirst());
+        }
+    }
+
+    void readField(const QString &word)
+    {
+        const QString name = word.section(QLatin1Char('='), 0, 0);
+        const int field = SettingsFields::fieldsOf(change.group).indexOf(name);
+        if (field < 0) {
+            error = QStringLiteral("%1 has no field '%2'").arg(SettingsFields::nameOf(change.group), name);
+        } else if (!word.contains(QLatin1Char('='))) {
+            error = QStringLiteral("%1 needs a text, as in %1=TEXT").arg(name);
+        } else if (change.fields.contains(field)) {
+            error = QStringLiteral("%1 is named twice").arg(name);
+        } else {
+            const QString text = word.section(QLatin1Char('='), 1);
+            if (field != SettingsFields::secretOf(change.group)) {
+                put(field, name, text);
+            } else if (const std::optional<QString> secret = readSecret(text)) {
+                put(field, name, *secret);
+            }
+        }
+    }
+
+private:
+    void put(int field, const QString &name, const QString &text)
+    {
+        QString reason;
+        const std::optional<QString> wire = SettingsFields::toWire(change.group, field, text, &reason);
+        if (wire) {
+            change.fields.insert(field, *wire);
+        } else {
+            error = QStringLiteral("%1 %2").arg(name, reason);
+        }
+    }
+
+    std::optional<QString> readSecret(const QString &source)
+    {
+        if (source == QLatin1String("-")) {
+            const std::optional<QString> typed = Terminal::askSecret(QStringLiteral("Password: "));
+            if (!typed) {
+                error = QStringLiteral("there is no terminal to ask for the password on");
+            }
+            return typed;
+        }
+        if (!source.startsWith(QLatin1Char('@'))) {
+            error = QStringLiteral(
+                "a password is no argument, which others can see: password=@FILE or password=-");
+            return std::nullopt;
+        }
+        QByteArray bytes;
+        QString reason;
+        if (!readWhole(source.mid(1), longestPasswordFile, &bytes, &reason)) {
+            error = QStringLiteral("%1: %2").arg(source.mid(1), reason);
+            return std::nullopt;
+        }
+        return QString::fromUtf8(bytes).section(QLatin1Char('\n'), 0, 0).remove(QLatin1Char('\r'));
+    }
+};
+
+int run(const Call &call)
+{
+    const QStringList arguments = call.arguments();
+    int place = 0;
+    while (place < arguments.size() && !SettingsFields::groupNamed(arguments.at(place))) {
+        ++place;
+    }
+    if (place == arguments.size()) {
+        return call.wrong(QStringLiteral("it takes a group: ")
+                          + SettingsFields::groups().join(QLatin1Char(' ')));
+    }
+    ChangeReader reader;
+    reader.change.group = *SettingsFields::groupNamed(arguments.at(place));
+    reader.change.isDryRun = call.isSet("dry-run");
+    reader.change.showSecrets = call.isSet("show-secrets");
+    const QStringList words = arguments.mid(place + 1);
+    if (words.isEmpty()) {
+        return call.wrong(QStringLiteral("%1 needs what to set").arg(arguments.at(place)));
+    }
+    if (reader.change.group == SettingsGroup::Time) {
+        reader.readTime(words);
+    }
+    for (const QString &word : words) {
+        if (reader.change.group != SettingsGroup::Time && reader.error.isEmpty()) {
+            reader.readField(word);
+        }
+    }
+    if (!reader.error.isEmpty()) {
+        return call.wrong(reader.error);
+    }
+    const int timeout = BoxRun::timeoutOf(call).value_or(0);
+    const SetTask::Change change = reader.change;
+    return BoxRun::over(call, arguments.mid(0, place),
+                        [=](const BoxTarget &) { return new SetTask(timeout, change); });
+}
+
+} // namespace
+
+Command setCommand()
+{
+    return {
+        "set",
+        "BOX... GROUP FIELD=TEXT...",
+        "Change settings of each Box: read, change the named fields, write, read back.",
+        "Groups and their fields:\n"
+        "  lan   ip mask gateway dns1 dns2\n"
+        "  wan   dhcp ip mask gateway dns1 dns2\n"
+        "  wifi  state mode ssid password dhcp ip mask gateway dns1 dns2\n"
+        "  lte   state at1 at2 at3 at4 at5\n"
+        "  ntp   server\n"
+        "  time  now, or a time such as \"2026-11-21 20:00:00\" in place of a field\n"
+        "\n"
+        "dhcp and state are on or off. The password is password=@FILE, the first line of\n"
+        "a file, or password=-, which asks for it on the terminal. What can't be read is\n"
+        "not written, and what is read back and differs is a failure; a clock may differ\n"
+        "by two seconds. With --json the group is as get prints it.",
+        BoxRun::options()
+            + QList<QCommandLineOption>{{"dry-run", "Print what would be written, and write nothing."},
+                                        {"show-secrets", "Print the password, too; it is masked otherwise."}},
+        run};
+}

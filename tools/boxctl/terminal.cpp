@@ -1,0 +1,136 @@
+#include "boxctl/terminal.h"
+
+#include "boxctl/command.h"
+#include "boxctl/output.h"
+
+#include <QFile>
+#include <QStringList>
+
+#include <csignal>
+#include <cstdio>
+
+#ifdef Q_OS_UNIX
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <termios.h>
+#include <unistd.h>
+#endif
+
+#ifdef Q_OS_UNIX
+
+namespace {
+
+constexpr int filesBeside = 32; // of the program itself
+constexpr int usualWidth = 80;
+
+int width()
+{
+    winsize size = {};
+    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usualWidth;
+}
+
+// The terminal that is asked on, and how it was before; for the handler of a signal.
+int askedTerminal = -1;
+termios terminalBefore = {};
+
+// What is typed is not shown while it lives; Ctrl+C leaves the terminal as it was.
+class NoEcho
+{
+public:
+    explicit NoEcho(int terminal)
+    {
+        askedTerminal = terminal;
+        tcgetattr(terminal, &terminalBefore);
+        m_handler = std::signal(SIGINT, restoreAndEnd);
+        termios quiet = terminalBefore;
+        quiet.c_lflag &= ~tcflag_t(ECHO);
+        tcsetattr(terminal, TCSAFLUSH, &quiet);
+    }
+    ~NoEcho()
+    {
+        tcsetattr(askedTerminal, TCSAFLUSH, &terminalBefore);
+        std::signal(SIGINT, m_handler);
+    }
+    Q_DISABLE_COPY(NoEcho)
+
+private:
+    static void restoreAndEnd(int)
+    {
+        tcsetattr(askedTerminal, TCSAFLUSH, &terminalBefore);
+        _exit(SomeFailed);
+    }
+
+    void (*m_handler)(int);
+};
+
+} // namespace
+
+bool Terminal::isErrorTerminal()
+{
+    static const bool is = isatty(STDERR_FILENO) == 1;
+    return is;
+}
+
+void Terminal::draw(const QStringList &lines)
+{
+    const int columns = width() - 1;
+    for (const QString &line : lines) {
+        fprintf(stderr, "%s\n", Output::printable(line).left(columns).toUtf8().constData());
+    }
+}
+
+std::optional<QString> Terminal::askSecret(const QString &question)
+{
+    QFile terminal(QStringLiteral("/dev/tty"));
+    if (!terminal.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
+        return std::nullopt;
+    }
+    terminal.write(question.toUtf8());
+    QByteArray line;
+    {
+        const NoEcho noEcho(terminal.handle());
+        line = terminal.readLine();
+    }
+    terminal.write("\n");
+    line.chop(line.endsWith('\n') ? 1 : 0);
+    return QString::fromUtf8(line);
+}
+
+int Terminal::mostConnections()
+{
+    rlimit limit = {};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+    getrlimit(RLIMIT_NOFILE, &limit);
+    // A connection that has just ended may hold its file a moment longer.
+    return int(qBound<rlim_t>(1, (limit.rlim_cur - qMin<rlim_t>(filesBeside, limit.rlim_cur)) / 2, 100000));
+}
+
+#else
+
+bool Terminal::isErrorTerminal()
+{
+    return false;
+}
+
+void Terminal::draw(const QStringList &) {}
+
+std::optional<QString> Terminal::askSecret(const QString &)
+{
+    return std::nullopt;
+}
+
+int Terminal::mostConnections()
+{
+    return 1000;
+}
+
+#endif
+
+void Terminal::erase(int lines)
+{
+    for (int line = 0; line < lines; ++line) {
+        fputs("\x1b[A\x1b[2K", stderr);
+    }
+}

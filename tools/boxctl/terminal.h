@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+class QStringList;
+
+// What the program needs of the system beside Qt.
+namespace Terminal {
+
+// Whether the standard error is one: progress goes there.
+bool isErrorTerminal();
+// Lines on it, cut to its width, and as many lines above the cursor away.
+void draw(const QStringList &lines);
+void erase(int lines);
+
+// Asks for a text that is not shown; nothing where there is no terminal to ask on.
+std::optional<QString> askSecret(const QString &question);
+
+// How many connections the limit of open files leaves, once it is as high as it may be.
+int mostConnections();
+
+} // namespace Terminal

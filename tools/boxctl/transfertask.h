@@ -1,0 +1,26 @@
+#pragma once
+
+#include "boxctl/boxtask.h"
+#include "boxlink/transferrun.h"
+
+#include <QElapsedTimer>
+
+// Pushes one file to a Box.
+class TransferTask : public BoxTask
+{
+    Q_OBJECT
+public:
+    // The name is that of the file, for people. The time-out, in milliseconds, is for connecting.
+    TransferTask(TransferFrames frames, const QString &name, int timeout);
+
+    void start(const BoxTarget &box) override;
+    QString state() const override;
+
+private:
+    void end(TransferEnding ending, const QString &detail);
+
+    TransferRun *m_run;
+    QString m_name;
+    QElapsedTimer m_clock;
+    int m_percentage = -1; // nothing is sent yet
+};
