@@ -2,6 +2,7 @@
 #include "files.h"
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -45,6 +46,7 @@ private slots:
     void badPrograms_data();
     void badPrograms();
     void interruptTellsOfThePushUnderWay();
+    void commissioningScript();
 };
 
 void TestBoxCtlPushes::pushesWhatTheFileHolds()
@@ -204,6 +206,37 @@ void TestBoxCtlPushes::interruptTellsOfThePushUnderWay()
                  "boxctl: 127.0.40.20: interrupted while the push is under way, all sent and no verdict yet\n"
                  "boxctl: 127.0.40.21: interrupted before it was begun\n"));
     QCOMPARE(process.exitCode(), 1);
+}
+
+// The script of the documentation, on ten Boxes of one list.
+void TestBoxCtlPushes::commissioningScript()
+{
+    std::vector<std::unique_ptr<SimulatedBox>> boxes;
+    QByteArray list;
+    for (int box = 50; box < 60; ++box) {
+        const QString its = QString("127.0.40.%1").arg(box);
+        const QString kept = its + ".kept";
+        boxes.push_back(
+            std::make_unique<SimulatedBox>(its, QStringList{"--reboot-time", "100", "--save", kept}));
+        list += its.toLatin1() + " Box\n";
+    }
+    Files::put("plant.txt", list);
+    const QString path = QFileInfo(BOXCTL_PROGRAM).path() + ":" + qEnvironmentVariable("PATH");
+    const Outcome outcome =
+        run("env", {"PATH=" + path, SOURCE_ROOT "/docs/commission.sh", "plant.txt", oneSlave, "10.0.0.1"});
+    QCOMPARE(outcome.error, QString());
+    QVERIFY2(outcome.out.endsWith("all Boxes of plant.txt run " + oneSlave + "\n"), qPrintable(outcome.out));
+    QCOMPARE(outcome.out.count(QLatin1Char('\n')), 5 * 10 + 1);
+    QCOMPARE(run({"get", "@plant.txt", "ntp"}).out.count("ntp server=10.0.0.1\n"), 10);
+    for (int box = 50; box < 60; ++box) {
+        QCOMPARE(Files::contents(QString("127.0.40.%1.kept/project.json").arg(box)),
+                 Files::contents(oneSlave));
+    }
+    boxes.pop_back();
+    const Outcome failed =
+        run("env", {"PATH=" + path, SOURCE_ROOT "/docs/commission.sh", "plant.txt", oneSlave, "10.0.0.1"});
+    QCOMPARE(failed.error, QString("boxctl: 127.0.40.59 (Box): Connection refused\n"));
+    QCOMPARE(failed.status, 1);
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlPushes)
