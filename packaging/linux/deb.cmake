@@ -20,8 +20,9 @@ what it offers over IEC 61850, saves the project as a JSON document, pushes it
 to Boxes, shows the values that they report, over time, too, records them, and
 reads and writes their network settings.
 .
-With it comes boxsim, a Box in software, for trying the program without a
-gateway and as a reference for whoever writes the firmware of one.")
+With it come boxctl, which works with many Boxes at once from a shell, and
+boxsim, a Box in software, for trying the program without a gateway and as a
+reference for whoever writes the firmware of one.")
 
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/copyright ${CMAKE_CURRENT_LIST_DIR}/changelog
         DESTINATION ${documents})

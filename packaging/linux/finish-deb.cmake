@@ -4,7 +4,7 @@ file(GLOB_RECURSE files LIST_DIRECTORIES false ${CPACK_TEMPORARY_INSTALL_DIRECTO
 foreach(file ${files})
   if(file MATCHES "/man/man1/|/changelog$")
     execute_process(COMMAND gzip -9n ${file} COMMAND_ERROR_IS_FATAL ANY)
-  elseif(file MATCHES "/bin/boxsim$|/libexec/.*/marlin-gate-70$")
+  elseif(file MATCHES "/bin/box(ctl|sim)$|/libexec/.*/marlin-gate-70$")
     execute_process(COMMAND strip --remove-section=.comment ${file} COMMAND_ERROR_IS_FATAL ANY)
   endif()
 endforeach()

@@ -7,7 +7,7 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/launcher.in ${CMAKE_CURRENT_BINARY_DIR}
                USE_SOURCE_PERMISSIONS)
 
 install(TARGETS marlingate RUNTIME DESTINATION ${program_dir})
-install(TARGETS boxsim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS boxsim boxctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(PROGRAMS ${CMAKE_CURRENT_BINARY_DIR}/${package_name} DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 # The place beside the program is not the user's to write. This link leads the log into the working directory
@@ -31,17 +31,25 @@ install(FILES ${PROJECT_SOURCE_DIR}/src/resources/images/logo-1.svg
 set(manual_pages ${CMAKE_CURRENT_SOURCE_DIR}/man/marlin-gate-70.1)
 find_program(HELP2MAN help2man)
 if(HELP2MAN AND NOT CMAKE_CROSSCOMPILING)
-  set(boxsim_page ${CMAKE_CURRENT_BINARY_DIR}/boxsim.1)
-  add_custom_command(OUTPUT ${boxsim_page}
-    COMMAND ${HELP2MAN} --no-info --include=${CMAKE_CURRENT_SOURCE_DIR}/man/boxsim.h2m --output=${boxsim_page}
-            $<TARGET_FILE:boxsim>
-    DEPENDS boxsim ${CMAKE_CURRENT_SOURCE_DIR}/man/boxsim.h2m
-    VERBATIM)
-  add_custom_target(manual_pages ALL DEPENDS ${boxsim_page})
-  list(APPEND manual_pages ${boxsim_page})
+  set(help_option_of_boxsim --help)
+  set(help_option_of_boxctl --help-all)
+  foreach(tool boxsim boxctl)
+    set(page ${CMAKE_CURRENT_BINARY_DIR}/${tool}.1)
+    set(additions ${CMAKE_CURRENT_SOURCE_DIR}/man/${tool}.h2m)
+    add_custom_command(OUTPUT ${page}
+      COMMAND ${HELP2MAN} --no-info --help-option=${help_option_of_${tool}} --include=${additions}
+              --output=${page} $<TARGET_FILE:${tool}>
+      DEPENDS ${tool} ${additions}
+      VERBATIM)
+    list(APPEND made_pages ${page})
+  endforeach()
+  add_custom_target(manual_pages ALL DEPENDS ${made_pages})
+  list(APPEND manual_pages ${made_pages})
 else()
-  message(STATUS "No help2man to make boxsim's manual page: it is left out")
+  message(STATUS "No help2man to make the manual pages of boxsim and boxctl: they are left out")
 endif()
+install(FILES ${CMAKE_CURRENT_LIST_DIR}/boxctl.bash
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions RENAME boxctl)
 install(FILES ${manual_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${documents}
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png")

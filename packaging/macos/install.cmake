@@ -8,7 +8,7 @@ set_target_properties(marlingate PROPERTIES
   MACOSX_BUNDLE_SHORT_VERSION_STRING ${PROJECT_VERSION})
 install(TARGETS marlingate BUNDLE DESTINATION .)
 install(PROGRAMS ${CMAKE_CURRENT_LIST_DIR}/launcher DESTINATION ${bundle}/Contents/MacOS)
-install(TARGETS boxsim RUNTIME DESTINATION ${bundle}/Contents/MacOS)
+install(TARGETS boxsim boxctl RUNTIME DESTINATION ${bundle}/Contents/MacOS)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION . FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
 
 get_target_property(qmake Qt5::qmake IMPORTED_LOCATION)
@@ -17,6 +17,7 @@ find_program(MACDEPLOYQT macdeployqt HINTS ${qt_bin} REQUIRED)
 install(CODE "
   set(bundle \"\${CMAKE_INSTALL_PREFIX}/${bundle}\")
   execute_process(COMMAND \"${MACDEPLOYQT}\" \${bundle} -executable=\${bundle}/Contents/MacOS/boxsim
+                  -executable=\${bundle}/Contents/MacOS/boxctl
                   COMMAND_ERROR_IS_FATAL ANY)
   execute_process(COMMAND plutil -replace CFBundleExecutable -string launcher \${bundle}/Contents/Info.plist
                   COMMAND_ERROR_IS_FATAL ANY)")

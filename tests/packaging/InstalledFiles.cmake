@@ -6,10 +6,12 @@ execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${prefi
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 
 set(expected
+  bin/boxctl
   bin/boxsim
   bin/marlin-gate-70
   libexec/marlin-gate-70/MARLINLOG.log
   libexec/marlin-gate-70/marlin-gate-70
+  share/bash-completion/completions/boxctl
   share/applications/marlin-gate-70.desktop
   share/doc/marlin-gate-70/changelog
   share/doc/marlin-gate-70/copyright
@@ -21,7 +23,7 @@ foreach(size 16 22 24 32 48 64 128 256 512)
 endforeach()
 
 if(HELP2MAN)
-  list(APPEND expected share/man/man1/boxsim.1)
+  list(APPEND expected share/man/man1/boxctl.1 share/man/man1/boxsim.1)
 endif()
 
 # The manual's pages and pictures may come and go; what matters is that they are there and nothing but they.
@@ -46,19 +48,27 @@ foreach(page box-protocol.md project-document.md)
   endif()
 endforeach()
 
-execute_process(COMMAND ${prefix}/bin/boxsim --version COMMAND_ERROR_IS_FATAL ANY)
-if(HELP2MAN)
-  # The manual page has an entry for each word of the help, whose columns help2man tells apart.
-  execute_process(COMMAND ${prefix}/bin/boxsim --help OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
+# has_every_word(<tool> <option>): the manual page has an entry for each word of the help, whose columns help2man
+# tells apart.
+function(has_every_word tool option)
+  execute_process(COMMAND ${prefix}/bin/${tool} ${option} OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX REPLACE "\nExamples:.*" "" help "${help}")
   string(REGEX MATCHALL "\n  (-h, )?[a-z-]+" words "${help}")
-  file(READ ${prefix}/share/man/man1/boxsim.1 page)
+  file(READ ${prefix}/share/man/man1/${tool}.1 page)
   string(REGEX REPLACE "\\\\f[A-Z]|\\\\" "" page "${page}") # fonts and escapes
   foreach(word ${words})
     string(STRIP "${word}" word)
     string(FIND "${page}" "\n.TP\n${word}" at)
     if(at EQUAL -1)
-      message(FATAL_ERROR "The manual page of boxsim has no entry \"${word}\".")
+      message(FATAL_ERROR "The manual page of ${tool} has no entry \"${word}\".")
     endif()
   endforeach()
+endfunction()
+
+foreach(tool boxctl boxsim)
+  execute_process(COMMAND ${prefix}/bin/${tool} --version COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
+if(HELP2MAN)
+  has_every_word(boxctl --help-all)
+  has_every_word(boxsim --help)
 endif()

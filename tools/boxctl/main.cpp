@@ -49,7 +49,8 @@ QString help()
     return QLatin1String(description) + list + QLatin1String(more);
 }
 
-// A paragraph a command, under its usage: what the manual page is made of.
+// A section a command, under its usage: what the manual page is made of, which knows sections by an indented
+// line below a colon.
 QString helpOfAll()
 {
     const QLatin1String usage("Usage: ");
@@ -57,7 +58,7 @@ QString helpOfAll()
     for (const Command &command : commands()) {
         const QString own = Call(command).help();
         text +=
-            QStringLiteral("\n%1:\n").arg(own.section(QLatin1Char('\n'), 0, 0).mid(usage.size()).trimmed())
+            QStringLiteral("\n%1:\n ").arg(own.section(QLatin1Char('\n'), 0, 0).mid(usage.size()).trimmed())
             + own.section(QLatin1Char('\n'), 1);
     }
     return text;
