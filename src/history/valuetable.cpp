@@ -1,8 +1,8 @@
 #include "history/valuetable.h"
 
 #include "log/csvcell.h"
+#include "log/timetext.h"
 
-#include <QDateTime>
 #include <QIODevice>
 #include <QLocale>
 
@@ -13,13 +13,6 @@
 namespace {
 
 constexpr int pieceSize = 64 * 1024; // bytes
-
-QByteArray timeCell(qint64 time)
-{
-    const QDateTime local = QDateTime::fromMSecsSinceEpoch(time);
-    const QString text = local.toOffsetFromUtc(local.offsetFromUtc()).toString(Qt::ISODateWithMs);
-    return text.endsWith(QLatin1Char('Z')) ? text.chopped(1).toLatin1() + "+00:00" : text.toLatin1();
-}
 
 QByteArray numberCell(double number)
 {
@@ -89,7 +82,7 @@ public:
             cells.append(QByteArray());
         }
         const qint64 time = m_next.front().first;
-        cells[0] = timeCell(time);
+        cells[0] = zonedTimeText(time).toLatin1();
         while (!m_next.empty() && m_next.front().first == time) {
             const size_t column = m_next.front().second;
             std::pop_heap(m_next.begin(), m_next.end(), std::greater<>());

@@ -4,3 +4,6 @@
 
 // The time of now as the log and the pages write it: yyyy-MM-dd HH:mm:ss.
 QString timeText();
+
+// A time in ms since 1970 UTC in local time with its zone, by ISO 8601: 2026-11-22T16:05:01.123+01:00.
+QString zonedTimeText(qint64 time);
