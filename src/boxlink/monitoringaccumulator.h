@@ -13,7 +13,7 @@ public:
     // Far above any report; one that grows past it is dropped, since a Box announces up to 4 GiB.
     static constexpr int sizeLimit = 64 * 1024 * 1024; // bytes of text
 
-    // Compat: the one of all sessions of the program, for the GUI thread only. Two Boxes that report at the
+    // Compat: the one of all sessions of the window, for the GUI thread only. Two Boxes that report at the
     // same time disturb each other, and a disconnection of either loses the report in hand.
     static MonitoringAccumulator &shared();
 

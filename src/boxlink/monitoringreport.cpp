@@ -1,7 +1,5 @@
 #include "boxlink/monitoringreport.h"
 
-#include <QJsonObject>
-
 MonitoringReport MonitoringReport::fromJson(const QJsonObject &json)
 {
     const auto text = [&json](const char *key) { return json.value(QLatin1String(key)).toString(); };
@@ -12,5 +10,6 @@ MonitoringReport MonitoringReport::fromJson(const QJsonObject &json)
     report.sn = text("sn");
     report.time = text("time");
     report.datas = json.value(QLatin1String("datas")).toArray();
+    report.json = json;
     return report;
 }

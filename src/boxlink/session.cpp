@@ -1,7 +1,5 @@
 #include "boxlink/session.h"
 
-#include "boxlink/monitoringaccumulator.h"
-
 #include <QDebug>
 #include <QPointer>
 
@@ -66,6 +64,16 @@ Session::~Session()
     blockSignals(true); // who listens may be on the way out, too
     // The socket is the last member to go and tells of its end: it must do so while the timers are there.
     m_socket.abort();
+}
+
+void Session::joinReportsApart()
+{
+    m_ownAccumulator.emplace();
+}
+
+MonitoringAccumulator &Session::accumulator()
+{
+    return m_ownAccumulator ? *m_ownAccumulator : MonitoringAccumulator::shared();
 }
 
 bool Session::isLinkOpen() const
@@ -154,7 +162,7 @@ void Session::handleDisconnected()
     const Hold hold(this);
     emit statusChanged(Status::Disconnected);
     m_offlineTimer.start();
-    MonitoringAccumulator::shared().reset();
+    accumulator().reset();
 }
 
 void Session::sendHeartbeat()
@@ -276,7 +284,7 @@ void Session::takeHeartbeat(const QByteArray &frame)
 
 void Session::takeSegment(const QByteArray &frame)
 {
-    if (const auto report = MonitoringAccumulator::shared().addSegment(frame)) {
+    if (const auto report = accumulator().addSegment(frame)) {
         emit reportReceived(MonitoringReport::fromJson(*report));
         qDebug("完成data::");
     }

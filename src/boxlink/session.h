@@ -4,6 +4,7 @@
 #include "boxlink/frameassembler.h"
 #include "boxlink/heartbeat.h"
 #include "boxlink/jsoncommand.h"
+#include "boxlink/monitoringaccumulator.h"
 #include "boxlink/monitoringreport.h"
 
 #include <QHostAddress>
@@ -35,6 +36,10 @@ public:
 
     explicit Session(QObject *parent = nullptr);
     ~Session() override;
+
+    // Joins its reports apart from those of all other sessions, so that many may report at the same time. To
+    // be called before the connect.
+    void joinReportsApart();
 
     // Binds the socket to a local address and keeps the address for later connects, whether or not the bind
     // succeeds; a failure is told by bindingFailed.
@@ -89,6 +94,7 @@ signals:
 private:
     class Hold;
 
+    MonitoringAccumulator &accumulator();
     bool isLinkOpen() const;
     void sendRequest(const QJsonObject &request);
     void dispatchJson(const QByteArray &text);
@@ -97,6 +103,7 @@ private:
     QTimer m_heartbeatTimer; // repeating, 5000 ms
     QTimer m_offlineTimer;   // single shot, 30000 ms
     FrameAssembler m_assembler;
+    std::optional<MonitoringAccumulator> m_ownAccumulator;
     QHostAddress m_boundAddress; // null: any
     int m_holds = 0;             // calls on the stack that go on after a signal
     bool m_disposed = false;

@@ -5,6 +5,7 @@
 #include "fakebox.h"
 #include "handframes.h"
 
+#include <QJsonDocument>
 #include <QPointer>
 #include <QtTest>
 
@@ -71,6 +72,8 @@ private slots:
     void resultsOfCommandsAreTold_data();
     void resultsOfCommandsAreTold();
     void requestOnAClosedLinkIsLost();
+    void reportsAreJoinedApartWhereAsked_data();
+    void reportsAreJoinedApartWhereAsked();
 
     void endsInItsOwnSignals_data();
     void endsInItsOwnSignals();
@@ -173,6 +176,49 @@ void TestSession::requestOnAClosedLinkIsLost()
     session.reboot();
     session.sendHeartbeat();
     QCOMPARE(told.lines, words("RequestLost|RequestLost|RequestLost|HeartbeatLost"));
+}
+
+void TestSession::reportsAreJoinedApartWhereAsked_data()
+{
+    QTest::addColumn<bool>("isApart");
+    QTest::addColumn<QStringList>("first");
+    QTest::addColumn<QStringList>("second");
+    QTest::newRow("joined with all") << false << QStringList() << QStringList();
+    QTest::newRow("apart") << true << words("{\"sn\":\"1\"}") << words("{\"sn\":\"22\"}");
+}
+
+// Two reports of two segments each, which come by turns.
+void TestSession::reportsAreJoinedApartWhereAsked()
+{
+    QFETCH(bool, isApart);
+    QFETCH(QStringList, first);
+    QFETCH(QStringList, second);
+    const auto segment = [](int number, int total, int size, const QByteArray &text) {
+        return frame("06 00",
+                     hex("01") + little(quint32(total), 4) + little(quint32(size), 2)
+                         + little(quint32(number), 4) + text);
+    };
+    Session one;
+    Session other;
+    QStringList ofOne;
+    QStringList ofOther;
+    const auto listTo = [](QStringList *list) {
+        return [list](const MonitoringReport &whole) {
+            list->append(QString::fromUtf8(QJsonDocument(whole.json).toJson(QJsonDocument::Compact)));
+        };
+    };
+    connect(&one, &Session::reportReceived, this, listTo(&ofOne));
+    connect(&other, &Session::reportReceived, this, listTo(&ofOther));
+    if (isApart) {
+        one.joinReportsApart();
+        other.joinReportsApart();
+    }
+    one.dispatch(segment(1, 1027, 1024, QByteArray(1016, ' ') + "{\"sn\": \""));
+    other.dispatch(segment(1, 1028, 1024, QByteArray(1016, ' ') + "{\"sn\": \""));
+    one.dispatch(segment(2, 1027, 3, "1\"}"));
+    other.dispatch(segment(2, 1028, 4, "22\"}"));
+    QCOMPARE(ofOne, first);
+    QCOMPARE(ofOther, second);
 }
 
 void TestSession::endsInItsOwnSignals_data()
