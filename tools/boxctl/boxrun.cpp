@@ -6,8 +6,6 @@
 
 #include <QEventLoop>
 
-#include <csignal>
-
 namespace {
 
 constexpr int signalCheck = 50;   // ms
@@ -16,13 +14,6 @@ constexpr int mostJobs = 1000;
 constexpr int progressLines = 20;    // at most, so that they fit on a terminal
 constexpr double leastSeconds = 0.1; // of a time-out
 constexpr int mostSeconds = 86400;
-
-volatile std::sig_atomic_t stopAsked = 0;
-
-void askStop(int)
-{
-    stopAsked = 1;
-}
 
 } // namespace
 
@@ -49,22 +40,32 @@ int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &ma
     if (!jobs) {
         return call.wrong(QStringLiteral("--jobs takes a number from 1 to %1").arg(mostJobs));
     }
+    BoxList list;
+    const int status = read(call, boxes, &list);
+    if (status != AllDone) {
+        return status;
+    }
+    return BoxRun(list, qMin(*jobs, Terminal::mostConnections()), call.isSet("json"), maker).run();
+}
+
+int BoxRun::read(const Call &call, const QStringList &boxes, BoxList *list)
+{
     if (!timeoutOf(call)) {
         return call.wrong(
             QStringLiteral("--timeout takes a number from %1 to %2").arg(leastSeconds).arg(mostSeconds));
     }
-    const BoxList list = BoxList::read(boxes);
-    if (list.isBadDocument) {
-        Output::error(list.error);
+    *list = BoxList::read(boxes);
+    if (list->isBadDocument) {
+        Output::error(list->error);
         return BadDocument;
     }
-    if (!list.ok()) {
-        return call.wrong(list.error);
+    if (!list->ok()) {
+        return call.wrong(list->error);
     }
-    for (const QString &note : list.notes) {
+    for (const QString &note : qAsConst(list->notes)) {
         Output::error(note);
     }
-    return BoxRun(list, qMin(*jobs, Terminal::mostConnections()), call.isSet("json"), maker).run();
+    return AllDone;
 }
 
 BoxRun::BoxRun(const BoxList &list, int jobs, bool json, TaskMaker maker)
@@ -77,12 +78,10 @@ BoxRun::BoxRun(const BoxList &list, int jobs, bool json, TaskMaker maker)
 
 int BoxRun::run()
 {
-    std::signal(SIGINT, askStop);
-    std::signal(SIGTERM, askStop);
+    Terminal::catchSignals();
     QEventLoop loop;
-    // A signal handler may do no more than set a flag, so somebody has to look at it.
     connect(&m_signalTimer, &QTimer::timeout, &loop, [this, &loop] {
-        if (stopAsked != 0) {
+        if (Terminal::isStopAsked()) {
             interrupt();
             loop.quit();
         } else if (m_running.isEmpty() && m_next == m_list.boxes.size()) {

@@ -24,6 +24,9 @@ public:
 
     // Reads the options and the Boxes of the call, then runs. Gives the exit status.
     static int over(const Call &call, const QStringList &boxes, const TaskMaker &maker);
+    // Reads the time-out and the Boxes of the call. Gives AllDone, or tells what is wrong and gives the
+    // status for it.
+    static int read(const Call &call, const QStringList &boxes, BoxList *list);
     // The time-out of the call in milliseconds; nothing if it is wrong.
     static std::optional<int> timeoutOf(const Call &call);
 

@@ -37,3 +37,4 @@ Command rebootCommand();
 Command searchCommand();
 Command setCommand();
 Command showCommand();
+Command watchCommand();

@@ -5,16 +5,30 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 namespace {
 
+std::atomic<int> outputError{0}; // the first errno of the standard output
+
+bool write(FILE *stream, const char *bytes, int size)
+{
+    if (fwrite(bytes, 1, size_t(size), stream) == size_t(size) && fflush(stream) == 0) {
+        return true;
+    }
+    int none = 0;
+    if (stream == stdout) {
+        outputError.compare_exchange_strong(none, errno);
+    }
+    return false;
+}
+
 void write(FILE *stream, const QByteArray &bytes)
 {
-    fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    fflush(stream);
+    write(stream, bytes.constData(), bytes.size());
 }
 
 } // namespace
@@ -50,6 +64,11 @@ void Output::text(const QString &text)
     write(stdout, text.toUtf8());
 }
 
+bool Output::bytes(const char *bytes, int size)
+{
+    return write(stdout, bytes, size);
+}
+
 void Output::error(const QString &text)
 {
     write(stderr, "boxctl: " + printable(text).toUtf8() + '\n');
@@ -57,11 +76,11 @@ void Output::error(const QString &text)
 
 int Output::finish(int status)
 {
-    if (ferror(stdout) == 0) {
+    const int failure = outputError;
+    if (failure == 0 || failure == EPIPE) { // whoever read it has seen enough
         return status;
     }
-    if (errno != EPIPE) { // whoever read it has seen enough
-        error(QStringLiteral("the output could not be written"));
-    }
+    error(
+        QStringLiteral("the output could not be written: %1").arg(QString::fromLocal8Bit(strerror(failure))));
     return status == AllDone ? SomeFailed : status;
 }

@@ -13,10 +13,13 @@ void line(const QString &text);
 void json(const QJsonObject &object);
 // A text of the program's own, as it is.
 void text(const QString &text);
+// Finished lines, as they are; may be called in any thread. False if they could not be written.
+bool bytes(const char *bytes, int size);
 // One line behind "boxctl: " on the standard error.
 void error(const QString &text);
 
-// The status, or SomeFailed with a word about it if not all could be written.
+// The status, or SomeFailed with a word about it if not all could be written, other than into a pipe that was
+// closed.
 int finish(int status);
 
 QString printable(const QString &text);

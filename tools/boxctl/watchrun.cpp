@@ -1,0 +1,236 @@
+#include "boxctl/watchrun.h"
+
+#include "boxctl/boxrun.h"
+#include "boxctl/call.h"
+#include "boxctl/output.h"
+#include "boxctl/reportlink.h"
+#include "boxctl/terminal.h"
+#include "history/reading.h"
+
+namespace {
+
+constexpr int lookPause = 50;     // ms
+constexpr int drawPause = 500;    // ms
+constexpr int progressLines = 20; // at most, so that they fit on a terminal
+constexpr int largest = 1000000000;
+
+} // namespace
+
+struct WatchRun::Watched {
+    BoxTarget box;
+    ReportLink link;
+    ArrivalClock clock; // its own, since it may go on by 1 ms only with each report
+    int reports = 0;    // that the call asks for
+    QString told;       // why there is no link; empty if none was missed
+
+    Watched(const BoxTarget &target, int timeout)
+        : box(target)
+        , link(target.address, timeout)
+    {
+    }
+
+    QString state() const
+    {
+        return link.isUp()           ? QStringLiteral("%1 reports").arg(reports)
+            : link.error().isEmpty() ? QStringLiteral("connecting")
+                                     : link.error();
+    }
+};
+
+QList<QCommandLineOption> WatchRun::options()
+{
+    return ReportFilter::options()
+        + QList<QCommandLineOption>{
+            {"seconds", "End after so many seconds.", "number"},
+            {"reports",
+             "End after so many reports of all Boxes together; only those count that are asked for.",
+             "number"},
+            {"timeout", "Wait so long for a connection. Default: 10.", "seconds", "10"},
+        };
+}
+
+std::unique_ptr<WatchRun> WatchRun::make(const Call &call, int *status)
+{
+    *status = WrongCall;
+    QString error;
+    const std::optional<ReportFilter> filter = ReportFilter::of(call, &error);
+    if (!filter) {
+        call.wrong(error);
+        return nullptr;
+    }
+    for (const char *option : {"seconds", "reports"}) {
+        if (call.isSet(option) && !call.number(option, 1, largest)) {
+            call.wrong(
+                QStringLiteral("--%1 takes a number from 1 to %2").arg(QLatin1String(option)).arg(largest));
+            return nullptr;
+        }
+    }
+    BoxList list;
+    *status = BoxRun::read(call, call.arguments(), &list);
+    if (*status != AllDone) {
+        return nullptr;
+    }
+    const int most = Terminal::mostConnections();
+    if (list.boxes.size() > most) {
+        Output::error(
+            QStringLiteral("%1 Boxes take a connection each, and the limit of open files leaves %2: raise "
+                           "it, or take fewer Boxes")
+                .arg(list.boxes.size())
+                .arg(most));
+        *status = WrongCall;
+        return nullptr;
+    }
+    Terminal::catchSignals();
+    std::unique_ptr<WatchRun> run(new WatchRun(list, *filter, *BoxRun::timeoutOf(call)));
+    run->m_seconds = call.number("seconds", 1, largest).value_or(0);
+    run->m_mostReports = call.number("reports", 1, largest).value_or(0);
+    return run;
+}
+
+WatchRun::WatchRun(const BoxList &list, const ReportFilter &filter, int timeout)
+    : m_filter(filter)
+{
+    for (const BoxTarget &box : list.boxes) {
+        m_boxes.push_back(std::make_unique<Watched>(box, timeout));
+        Watched *watched = m_boxes.back().get();
+        connect(&watched->link, &ReportLink::opened, this, [=] { takeOpened(watched); });
+        connect(&watched->link, &ReportLink::reported, this,
+                [=](const MonitoringReport &report) { takeReport(watched, report); });
+        connect(&watched->link, &ReportLink::lost, this,
+                [=](const QString &error, bool wasUp) { takeLoss(watched, error, wasUp); });
+    }
+    connect(&m_timer, &QTimer::timeout, this, &WatchRun::look);
+}
+
+WatchRun::~WatchRun() = default;
+
+int WatchRun::run(bool showsProgress)
+{
+    m_showsProgress = showsProgress && Terminal::isErrorTerminal();
+    for (const auto &watched : m_boxes) {
+        watched->link.start();
+    }
+    m_clock.start();
+    m_timer.start(lookPause);
+    if (!m_isEnded) {
+        m_loop.exec();
+    }
+    m_timer.stop();
+    clearProgress();
+    return m_isQuiet ? AllDone : tellEnd();
+}
+
+void WatchRun::end(bool isQuiet)
+{
+    m_isEnded = true;
+    m_isQuiet = isQuiet;
+    m_loop.quit();
+}
+
+QVector<WatchRun::Result> WatchRun::results() const
+{
+    QVector<Result> results;
+    for (const auto &watched : m_boxes) {
+        const bool isUp = watched->link.isUp();
+        const QString error = watched->link.error();
+        results.append({watched->box,
+                        isUp                  ? QString()
+                            : error.isEmpty() ? QStringLiteral("No connection yet")
+                                              : error,
+                        watched->reports});
+    }
+    return results;
+}
+
+void WatchRun::takeOpened(Watched *watched)
+{
+    if (!watched->told.isEmpty()) {
+        watched->told.clear();
+        tell(QStringLiteral("%1: linked").arg(watched->box.label()));
+    }
+}
+
+void WatchRun::takeReport(Watched *watched, const MonitoringReport &report)
+{
+    if (m_isEnded) {
+        return;
+    }
+    const std::optional<MonitoringReport> wanted = m_filter.wanted(report);
+    if (!wanted) {
+        ++m_otherReports;
+        return;
+    }
+    ++m_reports;
+    ++watched->reports;
+    emit reported(watched->box, *wanted, watched->clock.now());
+    if (m_reports == m_mostReports) {
+        end();
+    }
+}
+
+void WatchRun::takeLoss(Watched *watched, const QString &error, bool wasUp)
+{
+    if (m_isEnded || (!wasUp && watched->told == error)) {
+        return;
+    }
+    watched->told = error;
+    const QString what = wasUp ? QStringLiteral("the link is lost") : QStringLiteral("no link");
+    tell(QStringLiteral("%1: %2: %3; trying again").arg(watched->box.label(), what, error));
+    emit linkLost(watched->box, error, watched->clock.now(), wasUp);
+}
+
+void WatchRun::look()
+{
+    if (Terminal::isStopAsked() || (m_seconds > 0 && m_clock.elapsed() >= 1000LL * m_seconds)) {
+        end();
+    } else if (m_showsProgress && (!m_drawnAt.isValid() || m_drawnAt.hasExpired(drawPause))) {
+        drawProgress();
+    }
+}
+
+void WatchRun::tell(const QString &event)
+{
+    clearProgress();
+    Output::error(event);
+}
+
+void WatchRun::drawProgress()
+{
+    m_drawnAt.start();
+    QStringList lines;
+    int linked = 0;
+    for (const auto &watched : m_boxes) {
+        linked += int(watched->link.isUp());
+        if (lines.size() < progressLines) {
+            lines.append(QStringLiteral("%1: %2").arg(watched->box.label(), watched->state()));
+        }
+    }
+    lines.append(
+        QStringLiteral("%1 of %2 Boxes linked, %3 reports").arg(linked).arg(m_boxes.size()).arg(m_reports));
+    clearProgress();
+    Terminal::draw(lines);
+    m_drawnLines = lines.size();
+}
+
+void WatchRun::clearProgress()
+{
+    Terminal::erase(m_drawnLines);
+    m_drawnLines = 0;
+}
+
+int WatchRun::tellEnd()
+{
+    int status = AllDone;
+    const QVector<Result> all = results();
+    for (const Result &result : all) {
+        if (!result.error.isEmpty()) {
+            status = SomeFailed;
+            Output::error(QStringLiteral("%1: no link at the end: %2").arg(result.box.label(), result.error));
+        }
+    }
+    if (m_reports == 0 && m_otherReports > 0) {
+        Output::error(
+            QStringLiteral("none of %1 reports has what --standard or --points ask for").arg(m_otherReports));
+    }
+    return status;
+}
