@@ -34,6 +34,7 @@ Command infoCommand();
 Command programCommand();
 Command pushCommand();
 Command rebootCommand();
+Command recordCommand();
 Command searchCommand();
 Command setCommand();
 Command showCommand();

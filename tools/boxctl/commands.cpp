@@ -3,8 +3,8 @@
 const QVector<Command> &commands()
 {
     static const QVector<Command> all{
-        searchCommand(), infoCommand(),  getCommand(),   setCommand(),  pushCommand(), programCommand(),
-        rebootCommand(), watchCommand(), checkCommand(), diffCommand(), showCommand(),
+        searchCommand(), infoCommand(),  getCommand(),    setCommand(),   pushCommand(), programCommand(),
+        rebootCommand(), watchCommand(), recordCommand(), checkCommand(), diffCommand(), showCommand(),
     };
     return all;
 }
