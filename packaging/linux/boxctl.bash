@@ -8,6 +8,8 @@ _boxctl()
             sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p')"
     elif [[ $word == -* ]]; then
         words=$("$program" "$command" --help 2>/dev/null | grep -o '^  [-a-z, ]*' | grep -o -- '--[a-z-]*')
+    elif [[ ${COMP_WORDS[COMP_CWORD - 1]} == --format ]]; then
+        words="text csv json influx"
     elif [[ $command == get || $command == set ]]; then
         words="lan wan wifi lte ntp time"
     fi
