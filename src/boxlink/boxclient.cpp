@@ -26,9 +26,7 @@ BoxClient::BoxClient(int timeout, QObject *parent)
         m_identity = answer;
         finish(Heartbeat, {});
     });
-    connect(m_session, &Session::settingsReceived, this, [this](const BoxSettings &settings) {
-        takeAnswer(JsonCommand::readType(groupOf(settings)), settings);
-    });
+    connect(m_session, &Session::settingsReceived, this, &BoxClient::takeSettings);
     connect(m_session, &Session::commandAnswered, this,
             [this](const CommandResult &result) { takeAnswer(result.command, result); });
 }
@@ -53,6 +51,9 @@ void BoxClient::identify(const Callback<HeartbeatAnswer> &done)
     const auto tell = [this, done](const JsonCommand::Answer &, const QString &error) {
         done({error.isEmpty() ? m_identity : std::nullopt, error});
     };
+    if (isMixedUp(Heartbeat, tell)) {
+        return;
+    }
     await(Heartbeat, tell);
     if (m_identity) {
         QTimer::singleShot(0, this, [this] { finish(Heartbeat, {}); });
@@ -74,26 +75,24 @@ void BoxClient::read(SettingsGroup group, const Callback<BoxSettings> &done)
 
 void BoxClient::write(const BoxSettings &settings, const Callback<CommandResult> &done)
 {
-    const auto tell = [done](const JsonCommand::Answer &answer, const QString &error) {
-        const auto *result = std::get_if<CommandResult>(&answer);
-        done({result ? std::optional(*result) : std::nullopt, error});
-    };
-    const Frame::JsonType type = JsonCommand::writeType(groupOf(settings));
-    if (!isMixedUp(type, tell)) {
-        await(type, tell);
-        m_session->write(settings);
-    }
+    sendAndAwait(JsonCommand::writeType(groupOf(settings)), done,
+                 [this, &settings] { m_session->write(settings); });
 }
 
 void BoxClient::reboot(const Callback<CommandResult> &done)
+{
+    sendAndAwait(Frame::DeviceReboot, done, [this] { m_session->reboot(); });
+}
+
+void BoxClient::sendAndAwait(int type, const Callback<CommandResult> &done, const std::function<void()> &send)
 {
     const auto tell = [done](const JsonCommand::Answer &answer, const QString &error) {
         const auto *result = std::get_if<CommandResult>(&answer);
         done({result ? std::optional(*result) : std::nullopt, error});
     };
-    if (!isMixedUp(Frame::DeviceReboot, tell)) {
-        await(Frame::DeviceReboot, tell);
-        m_session->reboot();
+    if (!isMixedUp(type, tell)) {
+        await(type, tell);
+        send();
     }
 }
 
@@ -124,12 +123,25 @@ void BoxClient::await(int type, const Done &done)
     m_waiting.insert(type, {done, timer});
 }
 
-void BoxClient::takeAnswer(int type, const JsonCommand::Answer &answer)
+void BoxClient::takeSettings(const BoxSettings &settings, const QStringList &keysWithoutText)
+{
+    const Frame::JsonType type = JsonCommand::readType(groupOf(settings));
+    if (keysWithoutText.isEmpty()) {
+        takeAnswer(type, settings);
+    } else {
+        takeAnswer(type, {},
+                   keysWithoutText.join(QStringLiteral(", "))
+                       + (keysWithoutText.size() == 1 ? QStringLiteral(" is no text")
+                                                      : QStringLiteral(" are no texts")));
+    }
+}
+
+void BoxClient::takeAnswer(int type, const JsonCommand::Answer &answer, const QString &error)
 {
     if (!m_waiting.contains(type)) {
         m_owed.remove(type);
     }
-    finish(type, answer);
+    finish(type, answer, error);
 }
 
 void BoxClient::finish(int type, const JsonCommand::Answer &answer, const QString &error)
@@ -150,7 +162,9 @@ void BoxClient::handleTimeout(int type)
         finish(type, {}, QStringLiteral("No connection in %1 s").arg(m_timeout / 1000.0));
         return;
     }
-    m_owed.insert(type);
+    if (type != Heartbeat) { // one is as good as another
+        m_owed.insert(type);
+    }
     finish(type, {}, QStringLiteral("No answer in %1 s").arg(m_timeout / 1000.0));
 }
 

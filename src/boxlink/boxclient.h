@@ -30,8 +30,10 @@ public:
 
     // To be called once, before all else. The value says nothing.
     void connectTo(const QString &address, const Callback<bool> &done);
-    // What the Box says of itself with a heartbeat; at once if it has said it.
+    // What the Box says of itself with a heartbeat, any of them; at once if it has said it.
     void identify(const Callback<HeartbeatAnswer> &done);
+    // An answer that has something else than a text for a key is an error: what was read could be written
+    // back.
     void read(SettingsGroup group, const Callback<BoxSettings> &done);
     // A refusal is a value, too, with its code.
     void write(const BoxSettings &settings, const Callback<CommandResult> &done);
@@ -53,7 +55,9 @@ private:
     void await(int type, const Done &done);
     bool isMixedUp(int type, const Done &done);
     void finish(int type, const JsonCommand::Answer &answer, const QString &error = {});
-    void takeAnswer(int type, const JsonCommand::Answer &answer);
+    void sendAndAwait(int type, const Callback<CommandResult> &done, const std::function<void()> &send);
+    void takeSettings(const BoxSettings &settings, const QStringList &keysWithoutText);
+    void takeAnswer(int type, const JsonCommand::Answer &answer, const QString &error = {});
     void handleTimeout(int type);
     void failAll(const QString &error);
 

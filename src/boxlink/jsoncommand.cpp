@@ -111,3 +111,17 @@ JsonCommand::Answer JsonCommand::readAnswer(Frame::JsonType command, const QByte
     const QJsonValue code = object.value(codeKey);
     return code.isString() ? Answer(CommandResult{command, code.toString()}) : Answer();
 }
+
+QStringList JsonCommand::keysWithoutText(SettingsGroup group, const QByteArray &answer)
+{
+    const QJsonObject values = QJsonDocument::fromJson(answer).object().value(paresKey).toObject();
+    BoxSettings settings = emptySettings(group);
+    const QVector<SettingsText> texts = textsOf(settings);
+    QStringList keys;
+    for (const SettingsText &text : texts) {
+        if (!values.value(QLatin1String(text.key)).isString()) {
+            keys.append(QLatin1String(text.key));
+        }
+    }
+    return keys;
+}

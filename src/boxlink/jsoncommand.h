@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QStringList>
 
 #include <optional>
 #include <variant>
@@ -36,5 +37,9 @@ std::optional<Frame::JsonType> commandOf(const QString &type);
 // result needs a "code" that is a JSON string.
 using Answer = std::variant<std::monostate, BoxSettings, CommandResult>;
 Answer readAnswer(Frame::JsonType command, const QByteArray &answer);
+
+// The keys of such settings whose values are no JSON strings, in the wire's order: their empty texts are not
+// what the Box has.
+QStringList keysWithoutText(SettingsGroup group, const QByteArray &answer);
 
 } // namespace JsonCommand

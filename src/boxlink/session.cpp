@@ -253,7 +253,7 @@ void Session::takeAnswer(Frame::JsonType command, const QByteArray &text)
 {
     const JsonCommand::Answer answer = JsonCommand::readAnswer(command, text);
     if (const auto *settings = std::get_if<BoxSettings>(&answer)) {
-        emit settingsReceived(*settings);
+        emit settingsReceived(*settings, JsonCommand::keysWithoutText(groupOf(*settings), text));
     } else if (const auto *result = std::get_if<CommandResult>(&answer)) {
         emit commandAnswered(*result);
     }

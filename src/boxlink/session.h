@@ -86,7 +86,8 @@ signals:
     void identified(const HeartbeatAnswer &answer);
     // 30 seconds have passed without a heartbeat answer; comes once until the next answer or disconnection.
     void offlineOccurred();
-    void settingsReceived(const BoxSettings &settings);
+    // The keys are those whose values were no texts and read as empty ones.
+    void settingsReceived(const BoxSettings &settings, const QStringList &keysWithoutText);
     void commandAnswered(const CommandResult &result);
     void reportReceived(const MonitoringReport &report);
     void bindingFailed(const QHostAddress &address);

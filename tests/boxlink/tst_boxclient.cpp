@@ -28,6 +28,7 @@ private slots:
     void tellsWhoTheBoxIs();
     void readsWritesAndReboots();
     void answersThatNobodyAwaitsAreLeft();
+    void valueThatIsNoTextIsAnError();
     void noBoxAtTheAddress();
     void answerThatStaysAway();
     void twoOfOneTypeAreNotMixedUp();
@@ -108,6 +109,22 @@ void TestBoxClient::answersThatNobodyAwaitsAreLeft()
     QTRY_COMPARE(m_told, QStringList{"NTP 10.0.0.9"});
 }
 
+void TestBoxClient::valueThatIsNoTextIsAnError()
+{
+    connectIt();
+    const auto tell = [this](const BoxClient::Reply<BoxSettings> &reply) {
+        QVERIFY(!reply.value);
+        m_told += reply.error;
+    };
+    m_client->read(SettingsGroup::Ntp, tell);
+    m_client->read(SettingsGroup::Lan, tell);
+    m_box->send(
+        json(R"({"type":"8","pares":{"NTP":null}})")
+        + json(
+            R"({"type":"2","pares":{"lanIp":"a","lanMask":24,"lanGateway":"","lanDns1":{},"lanDns2":"b"}})"));
+    QTRY_COMPARE(m_told, (QStringList{"NTP is no text", "lanMask, lanDns1 are no texts"}));
+}
+
 void TestBoxClient::noBoxAtTheAddress()
 {
     m_box.reset();
@@ -122,6 +139,11 @@ void TestBoxClient::answerThatStaysAway()
     readNtp();
     m_client->identify([this](const BoxClient::Reply<HeartbeatAnswer> &reply) { m_told += reply.error; });
     QTRY_COMPARE(m_told, (QStringList{"No answer in 0.05 s", "No answer in 0.05 s"}));
+    // The next heartbeat answer will do, whichever it belongs to.
+    m_client->identify(
+        [this](const BoxClient::Reply<HeartbeatAnswer> &reply) { m_told += reply.value->version; });
+    m_box->send(heartbeatAnswer);
+    QTRY_COMPARE(m_told.last(), "1");
 }
 
 void TestBoxClient::twoOfOneTypeAreNotMixedUp()
@@ -138,6 +160,15 @@ void TestBoxClient::twoOfOneTypeAreNotMixedUp()
     m_box->send(ntpAnswer);
     QTRY_COMPARE(m_told.size(), 3);
     QCOMPARE(m_told.last(), "NTP 10.0.0.9");
+    m_told.clear();
+    const auto tell = [this](const BoxClient::Reply<HeartbeatAnswer> &reply) {
+        m_told += reply.value ? reply.value->version : reply.error.left(36);
+    };
+    m_client->identify(tell);
+    m_client->identify(tell);
+    QTRY_COMPARE(m_told, QStringList{"A request of this type is under way,"});
+    m_box->send(heartbeatAnswer);
+    QTRY_COMPARE(m_told.last(), "1");
 }
 
 void TestBoxClient::lateAnswerIsNotTakenForANewOne()
@@ -171,6 +202,9 @@ void TestBoxClient::linkThatBreaks()
     QCOMPARE(lost.count(), 1);
     readNtp();
     QTRY_COMPARE(m_told.last(), "The link is closed");
+    m_told.clear();
+    m_client->identify([this](const BoxClient::Reply<HeartbeatAnswer> &reply) { m_told += reply.error; });
+    QTRY_COMPARE(m_told, QStringList{"The link is closed"});
 }
 
 void TestBoxClient::mayBeDeletedInACallback()

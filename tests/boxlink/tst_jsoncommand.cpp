@@ -211,12 +211,14 @@ void TestJsonCommand::everyKeyIsNeeded()
 
 void TestJsonCommand::valueThatIsNoTextReadsAsEmpty()
 {
-    const auto answer = JsonCommand::readAnswer(
-        Frame::WanRead,
+    const QByteArray json(
         R"({"pares":{"wanDhcp":1,"wanIp":null,"wanMask":true,"wanGateway":["d"],"wanDns1":{},"wanDns2":"f"}})");
+    const auto answer = JsonCommand::readAnswer(Frame::WanRead, json);
     QCOMPARE(shown(answer),
              QByteArray(R"({"pares":{"wanDns1":"","wanDns2":"f","wanGateway":"","wanIp":"","wanMask":""},)"
                         R"("type":103})"));
+    QCOMPARE(JsonCommand::keysWithoutText(SettingsGroup::Wan, json),
+             (QStringList{"wanDhcp", "wanIp", "wanMask", "wanGateway", "wanDns1"}));
 }
 
 void TestJsonCommand::droppedSettings_data()
