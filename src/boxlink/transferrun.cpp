@@ -1,10 +1,9 @@
 #include "boxlink/transferrun.h"
 
-#include <QPointer>
-
 namespace {
 
 constexpr qint64 enoughToWrite = qint64(64) * 1024; // bytes in the socket's buffer
+constexpr qint64 enoughToRead = Frame::verdictSize + 1;
 
 } // namespace
 
@@ -14,6 +13,7 @@ TransferRun::TransferRun(TransferFrames frames, const TransferTimeouts &timeouts
     , m_timeouts(timeouts)
     , m_timer(this)
 {
+    m_socket.setReadBufferSize(enoughToRead); // nothing is read before its time, whatever a Box sends
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer); // a coarse one may give up 5 % early
     connect(&m_timer, &QTimer::timeout, this, &TransferRun::handleTimeout);
@@ -43,6 +43,7 @@ void TransferRun::beginSending()
     }
     m_stage = Stage::Sending;
     m_timer.start(m_timeouts.writing);
+    emit progressed(0);
     sendMore();
 }
 
@@ -97,10 +98,7 @@ void TransferRun::handleError()
         end(TransferEnding::NotConnected, m_socket.errorString());
         break;
     case Stage::AwaitingVerdict:
-        takeVerdict(); // the Box may have closed behind it
-        if (m_stage == Stage::AwaitingVerdict) {
-            end(TransferEnding::NoVerdict, m_socket.errorString());
-        }
+        end(TransferEnding::NoVerdict, m_socket.errorString()); // bytes before the end were told before it
         break;
     default:
         end(TransferEnding::LinkLost, m_socket.errorString());

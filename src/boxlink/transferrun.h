@@ -7,7 +7,8 @@
 #include <QTimer>
 
 // One push of a file to a Box over a TCP connection of its own, in the event loop, so that many run side by
-// side. Holds no more than a few chunks of a file. May be deleted at any time, also in a slot of its signals.
+// side. Holds no more than a few chunks of a file. May be deleted at any time, with deleteLater() in a slot
+// of its signals.
 //
 // A Box that closes the connection ends the run at once, one that takes no byte for the time of a write ends
 // it, too: nobody sits before it who could.

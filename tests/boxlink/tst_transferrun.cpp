@@ -2,6 +2,7 @@
 
 #include "boxlink/transferrun.h"
 #include "fakebox.h"
+#include "fullhost.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -53,7 +54,10 @@ private slots:
     void boxThatGoesAway();
     void boxThatSaysNothing();
     void boxThatDoesNotRead();
+    void boxThatSendsWithoutEnd();
+    void verdictBeforeItsTime();
     void noBoxAtTheAddress();
+    void boxThatTakesNoConnection();
     void fileThatCantBeOpened();
     void manyRunSideBySide();
     void mayBeDeletedInItsSignals();
@@ -70,6 +74,7 @@ void TestTransferRun::sendsChunksAndDigest()
     QTRY_COMPARE(run.ends.count(), 1);
     QCOMPARE(run.ending(), TransferEnding::Delivered);
     QCOMPARE(run.run.size(), 1025);
+    QCOMPARE(run.steps.first().at(0).toInt(), 0); // it is connected
     QCOMPARE(run.steps.last().at(0).toInt(), 100);
     QTRY_COMPARE(box.link(0)->state(), QAbstractSocket::UnconnectedState);
 }
@@ -151,6 +156,50 @@ void TestTransferRun::boxThatDoesNotRead()
     QCOMPARE(run.ending(), TransferEnding::LinkLost);
     QVERIFY(!run.steps.isEmpty());
     QVERIFY(run.steps.last().at(0).toInt() < 100);
+}
+
+// What it sends stays in the system.
+void TestTransferRun::boxThatSendsWithoutEnd()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress(address), 30088));
+    QTcpSocket *link = nullptr;
+    connect(&server, &QTcpServer::newConnection, &server, [&] {
+        link = server.nextPendingConnection();
+        link->setReadBufferSize(1); // it reads nothing, so that the run does not end
+        link->write(QByteArray(24 * 1024 * 1024, 'x'));
+    });
+    TransferTimeouts timeouts;
+    timeouts.writing = 300;
+    Run run(TransferFrames::bytes(QByteArray(32 * 1024 * 1024, 'x')), timeouts);
+    qint64 left = 0;
+    connect(&run.run, &TransferRun::ended, &server, [&] { left = link->bytesToWrite(); });
+    QTRY_COMPARE(run.ends.count(), 1);
+    QCOMPARE(run.ending(), TransferEnding::LinkLost);
+    QVERIFY(left > 0);
+}
+
+void TestTransferRun::verdictBeforeItsTime()
+{
+    FakeBox box(address);
+    box.heard = [&](int index) {
+        box.heard = nullptr;
+        box.send(index, hex("12340400 0a00 03 00 5678"));
+    };
+    Run run(TransferFrames::bytes(QByteArray(8 * 1024 * 1024, 'x')));
+    QTRY_COMPARE(run.ends.count(), 1);
+    QCOMPARE(run.ending(), TransferEnding::Delivered);
+}
+
+void TestTransferRun::boxThatTakesNoConnection()
+{
+    const FullHost host(address);
+    TransferTimeouts timeouts;
+    timeouts.connecting = 50;
+    Run run(TransferFrames::bytes("a"), timeouts);
+    QTRY_COMPARE(run.ends.count(), 1);
+    QCOMPARE(run.ending(), TransferEnding::NotConnected);
+    QCOMPARE(run.ends.at(0).at(1).toString(), QString());
 }
 
 void TestTransferRun::noBoxAtTheAddress()
