@@ -102,7 +102,7 @@ void TestBoxSimUsage::listsAreTold_data()
     QTest::newRow("faults") << "--list-faults" << faultList()
                             << "  split[=bytes]               "
                                "Send in pieces of so many bytes (1 if not said).\n"
-                            << 31;
+                            << 34;
     QTest::newRow("scenarios") << "--list-scenarios" << scenarioList()
                                << "  slow                        Answers come late, yet in time.\n"
                                   "                              --fault late-heartbeat=2000\n"

@@ -36,6 +36,8 @@ const Fault faultTable[] = {
     {"refuse-second", nullptr, "Refuse a second connection while there is one.", &BoxSimFaults::refuseSecond, nullptr, 0, 0},
     {"type-number", nullptr, "Answer JSON requests with type as a number.", &BoxSimFaults::typeAsNumber, nullptr, 0, 0},
     {"code-number", nullptr, "Answer JSON writes with code as a number.", &BoxSimFaults::codeAsNumber, nullptr, 0, 0},
+    {"capitals", nullptr, "Answer JSON reads with ON and OFF for on and off.", &BoxSimFaults::capitals, nullptr, 0, 0},
+    {"ignore-writes", nullptr, "Answer JSON writes and carry none out.", &BoxSimFaults::ignoreWrites, nullptr, 0, 0},
     {"wrong-total", "segment", "Announce one byte too many in that segment of each\nreport, or in all (0, if not said).", nullptr, &BoxSimFaults::wrongTotal, 0, 0},
     {"wrong-number", "segment", "Number that segment of each report one too high,\nor all (0, if not said).", nullptr, &BoxSimFaults::wrongNumber, 0, 0},
     {"segment-size", "bytes", "Cut reports into segments of so many bytes in\nplace of 1024.", nullptr, &BoxSimFaults::segmentSize, 1, needed},
@@ -114,6 +116,10 @@ bool applyValue(const QString &name, bool given, const QString &value, BoxSimFau
         faults->missingKey = value;
         return !value.isEmpty();
     }
+    if (name == QLatin1String("number-key")) {
+        faults->numberKey = value;
+        return !value.isEmpty();
+    }
     for (const Fault &fault : faultTable) {
         if (name != QLatin1String(fault.name)) {
             continue;
@@ -167,5 +173,7 @@ QString faultList()
                                     "or those of a type (105:500)."));
     list +=
         helpLine(QStringLiteral("missing-key=key"), QStringLiteral("Leave this key out of read answers."));
+    list += helpLine(QStringLiteral("number-key=key"),
+                     QStringLiteral("Have a number for this key in read answers."));
     return list;
 }

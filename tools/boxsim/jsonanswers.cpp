@@ -58,10 +58,29 @@ QString carryOut(const Request &request, SettingsMemory *settings, const BoxSimF
     if (!refusal.isEmpty()) {
         return refusal;
     }
+    if (faults.ignoreWrites && request.type != rebootType) {
+        return QStringLiteral("200");
+    }
     const bool done = request.type == rebootType
         ? request.pares.value(QLatin1String("reboot")) == QJsonValue(QStringLiteral("reboot"))
         : settings->write(request.type, request.pares);
     return done ? QStringLiteral("200") : QStringLiteral("400");
+}
+
+// What a read answers in place of the record.
+QJsonObject spoiled(QJsonObject record, const BoxSimFaults &faults)
+{
+    record.remove(faults.missingKey);
+    if (record.contains(faults.numberKey)) {
+        record.insert(faults.numberKey, record.value(faults.numberKey).toString().toInt());
+    }
+    for (auto value = record.begin(); value != record.end() && faults.capitals; ++value) {
+        const QString text = value.value().toString();
+        if (text == QLatin1String("on") || text == QLatin1String("off")) {
+            value.value() = text.toUpper();
+        }
+    }
+    return record;
 }
 
 } // namespace
@@ -78,9 +97,7 @@ JsonOutcome answerJson(const QByteArray &frame, SettingsMemory *settings, const 
     answer.insert(QStringLiteral("type"),
                   faults.typeAsNumber ? QJsonValue(request.type) : QJsonValue(QString::number(request.type)));
     if (SettingsMemory::isRead(request.type)) {
-        QJsonObject record = settings->record(request.type);
-        record.remove(faults.missingKey);
-        answer.insert(QStringLiteral("pares"), record);
+        answer.insert(QStringLiteral("pares"), spoiled(settings->record(request.type), faults));
     } else {
         const QString code = carryOut(request, settings, faults);
         answer.insert(QStringLiteral("code"),

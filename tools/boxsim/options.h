@@ -40,6 +40,9 @@ struct BoxSimFaults {
     bool typeAsNumber = false; // JSON answers carry type as a number
     bool codeAsNumber = false; // JSON answers carry code as a number
     QString missingKey;        // read answers lack this key
+    QString numberKey;         // read answers have a number for this key
+    bool capitals = false;     // read answers have ON and OFF for on and off
+    bool ignoreWrites = false; // writes are answered and not carried out
 
     // -1 for none, 0 for every segment of a report, else the number of the one to spoil.
     int wrongTotal = -1;     // the announced total is one byte too many
