@@ -30,7 +30,10 @@ inline Outcome run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments, QIODevice::ReadOnly);
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit) {
+    // Boxes that live in the test answer meanwhile.
+    const auto hasEnded = [&process] { return process.state() == QProcess::NotRunning; };
+    if (!QTest::qWaitFor(hasEnded, 60000) || process.exitStatus() != QProcess::NormalExit
+        || process.error() == QProcess::FailedToStart) {
         return {-1, QString::fromUtf8(process.readAllStandardOutput()), process.errorString()};
     }
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
@@ -79,6 +82,25 @@ private:
     QString m_log;
     QProcess m_process;
 };
+
+// A call of the program on a terminal of its own, on which something is typed once it asks.
+inline Outcome runOnTerminal(const QStringList &arguments, const QByteArray &question,
+                             const QByteArray &typed)
+{
+    QProcess process;
+    process.start("script",
+                  {"--quiet", "--return", "--command",
+                   QString(BOXCTL_PROGRAM) + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')),
+                   "typescript"});
+    if (QTest::qWaitFor([&] { return process.peek(10000).contains(question); }, 60000)) {
+        process.write(typed);
+    }
+    if (!QTest::qWaitFor([&process] { return process.state() == QProcess::NotRunning; }, 60000)) {
+        return {-1, QString::fromUtf8(process.readAllStandardOutput()), process.errorString()};
+    }
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
 
 } // namespace BoxCtl
 

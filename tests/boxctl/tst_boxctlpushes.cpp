@@ -1,5 +1,6 @@
 #include "boxctltest.h"
 #include "files.h"
+#include "fullhost.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -45,7 +46,9 @@ private slots:
     void program();
     void badPrograms_data();
     void badPrograms();
+    void boxThatTakesNoConnection();
     void interruptTellsOfThePushUnderWay();
+    void interruptWhileItIsSent();
     void commissioningScript();
 };
 
@@ -130,17 +133,17 @@ void TestBoxCtlPushes::faults_data()
     QTest::newRow("bad verdict") << "verdict=bad"
                                  << "The Box refused the file: its checksum failed";
     QTest::newRow("other command") << "verdict=wrong-command"
-                                   << "All is sent, but the Box's verdict is none" + unknown;
+                                   << "All was handed over, but the Box's verdict is none" + unknown;
     QTest::newRow("other sub-type") << "verdict=wrong-subtype"
-                                    << "All is sent, but the Box's verdict is none" + unknown;
+                                    << "All was handed over, but the Box's verdict is none" + unknown;
     QTest::newRow("half a verdict") << "verdict=partial"
-                                    << "All is sent, but the Box's verdict is none" + unknown;
+                                    << "All was handed over, but the Box's verdict is none" + unknown;
     QTest::newRow("lost at once")
         << "drop-after-received=1"
         << "The link broke before all was sent (The remote host closed the connection)";
-    QTest::newRow("lost before the verdict")
-        << "drop-after-received=2580"
-        << "All is sent, but the Box gave no verdict" + unknown + " (The remote host closed the connection)";
+    QTest::newRow("lost before the verdict") << "drop-after-received=2580"
+                                             << "All was handed over, but the Box gave no verdict" + unknown
+            + " (The remote host closed the connection)";
 }
 
 void TestBoxCtlPushes::faults()
@@ -193,6 +196,13 @@ void TestBoxCtlPushes::badPrograms()
              (Outcome{3, QString(), QString("boxctl: %1: %2\n").arg(path, why)}));
 }
 
+void TestBoxCtlPushes::boxThatTakesNoConnection()
+{
+    const FullHost host(address);
+    QCOMPARE(run({"push", "--timeout", "0.2", oneSlave, address}),
+             (Outcome{1, QString(), "boxctl: 127.0.40.20: No connection\n"}));
+}
+
 void TestBoxCtlPushes::interruptTellsOfThePushUnderWay()
 {
     SimulatedBox box(address, {"--fault", "verdict=none"});
@@ -202,9 +212,31 @@ void TestBoxCtlPushes::interruptTellsOfThePushUnderWay()
     ::kill(pid_t(process.processId()), SIGINT);
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.readAllStandardError(),
-             QByteArray(
-                 "boxctl: 127.0.40.20: interrupted while the push is under way, all sent and no verdict yet\n"
-                 "boxctl: 127.0.40.21: interrupted before it was begun\n"));
+             QByteArray("boxctl: 127.0.40.20: interrupted while the push is under way, all handed over and "
+                        "no verdict yet\n"
+                        "boxctl: 127.0.40.21: interrupted before it was begun\n"));
+    QCOMPARE(process.exitCode(), 1);
+}
+
+void TestBoxCtlPushes::interruptWhileItIsSent()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress(address), 30088));
+    QTcpSocket *link = nullptr;
+    connect(&server, &QTcpServer::newConnection, &server, [&] {
+        link = server.nextPendingConnection();
+        link->setReadBufferSize(1); // so that it takes in no more than the system does
+    });
+    Files::put("large.json", Files::contents(oneSlave) + QByteArray(32 * 1024 * 1024, ' '));
+    QProcess process;
+    process.start(QString(BOXCTL_PROGRAM), {"push", "large.json", address});
+    QTRY_VERIFY(link && link->bytesAvailable() == 1);
+    ::kill(pid_t(process.processId()), SIGINT);
+    QVERIFY(process.waitForFinished());
+    const QString error = QString::fromUtf8(process.readAllStandardError());
+    static const QRegularExpression told(
+        "\\Aboxctl: 127.0.40.20: interrupted while the push is under way, [1-9]?[0-9] % sent\n\\z");
+    QVERIFY2(told.match(error).hasMatch(), qPrintable(error));
     QCOMPARE(process.exitCode(), 1);
 }
 

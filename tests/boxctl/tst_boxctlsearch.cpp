@@ -4,6 +4,8 @@
 #include <QFileInfo>
 #include <QtTest>
 
+#include <csignal>
+
 using namespace BoxCtl;
 
 namespace {
@@ -39,6 +41,7 @@ class TestBoxCtlSearch : public QObject
 private slots:
     void wrongCalls_data();
     void wrongCalls();
+    void interruptIsTold();
     void initTestCase();
     void cleanupTestCase();
     void findsTheBox_data();
@@ -95,6 +98,24 @@ void TestBoxCtlSearch::wrongCalls()
     QFETCH(QString, why);
     QCOMPARE(run(QStringList{"search"} + arguments),
              (Outcome{2, QString(), "boxctl: search: " + why + "\nboxctl: try boxctl search --help\n"}));
+}
+
+void TestBoxCtlSearch::interruptIsTold()
+{
+    QProcess process;
+    process.start(QString(BOXCTL_PROGRAM), {"search", "--seconds", "60", "--bind", "10.213.8.2"});
+    QVERIFY(process.waitForStarted());
+    QVERIFY(QTest::qWaitFor([&process] { // that it can't search from there
+        process.setReadChannel(QProcess::StandardError);
+        return process.peek(1000).contains('\n');
+    }));
+    process.readAllStandardError();
+    ::kill(pid_t(process.processId()), SIGINT);
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.readAllStandardError(),
+             QByteArray("boxctl: the search was interrupted; there may be more Boxes\n"));
+    QCOMPARE(process.exitCode(), 1);
 }
 
 void TestBoxCtlSearch::findsTheBox_data()

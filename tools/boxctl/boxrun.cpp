@@ -1,6 +1,7 @@
 #include "boxctl/boxrun.h"
 
 #include "boxctl/call.h"
+#include "boxctl/interruption.h"
 #include "boxctl/output.h"
 #include "boxctl/terminal.h"
 
@@ -8,7 +9,6 @@
 
 namespace {
 
-constexpr int signalCheck = 50;   // ms
 constexpr int drawingPause = 100; // ms
 constexpr int mostJobs = 1000;
 constexpr int progressLines = 20;    // at most, so that they fit on a terminal
@@ -34,7 +34,7 @@ std::optional<int> BoxRun::timeoutOf(const Call &call)
                                                                    : std::nullopt;
 }
 
-int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &maker)
+int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &maker, const Check &lastCheck)
 {
     const std::optional<int> jobs = call.number("jobs", 1, mostJobs);
     if (!jobs) {
@@ -44,6 +44,10 @@ int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &ma
     const int status = read(call, boxes, &list);
     if (status != AllDone) {
         return status;
+    }
+    const QString wrong = lastCheck ? lastCheck() : QString();
+    if (!wrong.isEmpty()) {
+        return call.wrong(wrong);
     }
     return BoxRun(list, qMin(*jobs, Terminal::mostConnections()), call.isSet("json"), maker).run();
 }
@@ -78,10 +82,10 @@ BoxRun::BoxRun(const BoxList &list, int jobs, bool json, TaskMaker maker)
 
 int BoxRun::run()
 {
-    Terminal::catchSignals();
+    Interruption::prepare();
     QEventLoop loop;
     connect(&m_signalTimer, &QTimer::timeout, &loop, [this, &loop] {
-        if (Terminal::isStopAsked()) {
+        if (Interruption::isAsked()) {
             interrupt();
             loop.quit();
         } else if (m_running.isEmpty() && m_next == m_list.boxes.size()) {
@@ -90,7 +94,7 @@ int BoxRun::run()
             drawProgress();
         }
     });
-    m_signalTimer.start(signalCheck);
+    m_signalTimer.start(Interruption::pause);
     startMore();
     if (!m_running.isEmpty()) {
         loop.exec();

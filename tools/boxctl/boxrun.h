@@ -22,8 +22,12 @@ public:
     // The options of every command that runs over Boxes.
     static QList<QCommandLineOption> options();
 
-    // Reads the options and the Boxes of the call, then runs. Gives the exit status.
-    static int over(const Call &call, const QStringList &boxes, const TaskMaker &maker);
+    // What else makes a call wrong; empty if nothing does.
+    using Check = std::function<QString()>;
+    // Reads the options and the Boxes of the call, makes the last check if there is one, then runs. Gives the
+    // exit status.
+    static int over(const Call &call, const QStringList &boxes, const TaskMaker &maker,
+                    const Check &lastCheck = {});
     // Reads the time-out and the Boxes of the call. Gives AllDone, or tells what is wrong and gives the
     // status for it.
     static int read(const Call &call, const QStringList &boxes, BoxList *list);

@@ -1,5 +1,6 @@
 #include "boxctl/boxlist.h"
 #include "boxctl/call.h"
+#include "boxctl/interruption.h"
 #include "boxctl/output.h"
 #include "boxlink/boxsearch.h"
 
@@ -42,6 +43,7 @@ public:
     // Gives the exit status.
     int run(const QList<QHostAddress> &addresses, int seconds)
     {
+        Interruption::prepare();
         for (const QHostAddress &address : addresses) {
             auto *search = new BoxSearch(address, &m_context);
             QObject::connect(search, &BoxSearch::found, &m_context,
@@ -55,8 +57,18 @@ public:
         }
         QEventLoop loop;
         QTimer::singleShot(seconds * 1000, &loop, &QEventLoop::quit);
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, &loop, [&loop] {
+            if (Interruption::isAsked()) {
+                loop.quit();
+            }
+        });
+        look.start(Interruption::pause);
         loop.exec();
-        return m_boxes.isEmpty() ? SomeFailed : AllDone;
+        if (Interruption::isAsked()) {
+            Output::error(QStringLiteral("the search was interrupted; there may be more Boxes"));
+        }
+        return m_boxes.isEmpty() || Interruption::isAsked() ? SomeFailed : AllDone;
     }
 
 private:

@@ -16,23 +16,6 @@
 #include <unistd.h>
 #endif
 
-namespace {
-
-volatile std::sig_atomic_t stopAsked = 0;
-
-// A signal handler may do no more than set a flag.
-void askStop(int)
-{
-    stopAsked = 1;
-}
-
-} // namespace
-
-bool Terminal::isStopAsked()
-{
-    return stopAsked != 0;
-}
-
 #ifdef Q_OS_UNIX
 
 namespace {
@@ -94,19 +77,6 @@ bool Terminal::isOutputTerminal()
     return is;
 }
 
-void Terminal::catchSignals()
-{
-    struct sigaction noted = {};
-    noted.sa_handler = askStop;
-    noted.sa_flags = int(SA_RESETHAND);
-    for (const int signal : {SIGINT, SIGTERM}) {
-        sigaction(signal, &noted, nullptr);
-    }
-    for (const int signal : {SIGPIPE, SIGXFSZ}) {
-        std::signal(signal, SIG_IGN);
-    }
-}
-
 void Terminal::draw(const QStringList &lines)
 {
     const int columns = width() - 1;
@@ -153,12 +123,6 @@ bool Terminal::isErrorTerminal()
 bool Terminal::isOutputTerminal()
 {
     return false;
-}
-
-void Terminal::catchSignals()
-{
-    std::signal(SIGINT, askStop); // of once
-    std::signal(SIGTERM, askStop);
 }
 
 void Terminal::draw(const QStringList &) {}

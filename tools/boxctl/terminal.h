@@ -18,11 +18,6 @@ void erase(int lines);
 // Whether the standard output is one: then what is printed there is all to look at.
 bool isOutputTerminal();
 
-// From now on Ctrl+C and a request to end are noted, and a second one ends the program; a pipe that nobody
-// reads and a file that may not grow are errors of who writes.
-void catchSignals();
-bool isStopAsked();
-
 // Asks for a text that is not shown; nothing where there is no terminal to ask on.
 std::optional<QString> askSecret(const QString &question);
 

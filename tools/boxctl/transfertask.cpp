@@ -12,7 +12,6 @@ TransferTimeouts timeouts(int connecting)
 QString reason(TransferEnding ending)
 {
     switch (ending) {
-    case TransferEnding::NotBound:
     case TransferEnding::NotConnected:
         return QStringLiteral("No connection");
     case TransferEnding::FileUnreadable:
@@ -21,14 +20,15 @@ QString reason(TransferEnding ending)
         return QStringLiteral("The link broke before all was sent");
     case TransferEnding::NoVerdict:
         return QStringLiteral(
-            "All is sent, but the Box gave no verdict: whether it took the file is not known");
+            "All was handed over, but the Box gave no verdict: whether it took the file is not known");
     case TransferEnding::BrokenVerdict:
     case TransferEnding::WrongVerdict:
         return QStringLiteral(
-            "All is sent, but the Box's verdict is none: whether it took the file is not known");
+            "All was handed over, but the Box's verdict is none: whether it took the file is not known");
     case TransferEnding::Refused:
         return QStringLiteral("The Box refused the file: its checksum failed");
     case TransferEnding::Delivered:
+    case TransferEnding::NotBound: // a run binds no address
         break;
     }
     return {};
@@ -61,7 +61,7 @@ QString TransferTask::state() const
     if (m_percentage < 100) {
         return QStringLiteral("the push is under way, %1 % sent").arg(m_percentage);
     }
-    return QStringLiteral("the push is under way, all sent and no verdict yet");
+    return QStringLiteral("the push is under way, all handed over and no verdict yet");
 }
 
 void TransferTask::end(TransferEnding ending, const QString &detail)

@@ -2,6 +2,7 @@
 
 #include "boxctl/boxrun.h"
 #include "boxctl/call.h"
+#include "boxctl/interruption.h"
 #include "boxctl/output.h"
 #include "boxctl/reportlink.h"
 #include "boxctl/terminal.h"
@@ -80,7 +81,7 @@ std::unique_ptr<WatchRun> WatchRun::make(const Call &call, int *status)
         *status = WrongCall;
         return nullptr;
     }
-    Terminal::catchSignals();
+    Interruption::prepare();
     std::unique_ptr<WatchRun> run(new WatchRun(list, *filter, *BoxRun::timeoutOf(call)));
     run->m_seconds = call.number("seconds", 1, largest).value_or(0);
     run->m_mostReports = call.number("reports", 1, largest).value_or(0);
@@ -181,7 +182,7 @@ void WatchRun::takeLoss(Watched *watched, const QString &error, bool wasUp)
 
 void WatchRun::look()
 {
-    if (Terminal::isStopAsked() || (m_seconds > 0 && m_clock.elapsed() >= 1000LL * m_seconds)) {
+    if (Interruption::isAsked() || (m_seconds > 0 && m_clock.elapsed() >= 1000LL * m_seconds)) {
         end();
     } else if (m_showsProgress && (!m_drawnAt.isValid() || m_drawnAt.hasExpired(drawPause))) {
         drawProgress();
