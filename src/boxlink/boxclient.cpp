@@ -26,6 +26,7 @@ BoxClient::BoxClient(int timeout, QObject *parent)
         m_identity = answer;
         finish(Heartbeat, {});
     });
+    connect(m_session, &Session::identified, this, &BoxClient::heartbeatAnswered);
     connect(m_session, &Session::settingsReceived, this, &BoxClient::takeSettings);
     connect(m_session, &Session::commandAnswered, this,
             [this](const CommandResult &result) { takeAnswer(result.command, result); });

@@ -40,6 +40,8 @@ public:
     void reboot(const Callback<CommandResult> &done);
 
 signals:
+    // The Box lives; also where nobody asked for it, since a heartbeat goes out every 5 seconds.
+    void heartbeatAnswered();
     // The link is no longer there, after all requests under way have failed.
     void linkLost(const QString &error);
 

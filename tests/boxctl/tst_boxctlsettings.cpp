@@ -1,5 +1,7 @@
 #include "boxctltest.h"
+#include "fakebox.h"
 #include "files.h"
+#include "handframes.h"
 
 #include <QDateTime>
 #include <QRegularExpression>
@@ -20,6 +22,40 @@ QStringList words(const char *text)
     return QString::fromLatin1(text).split(QLatin1Char(' '));
 }
 
+const QString clockSet = "2026-11-21 20:00:00";
+
+// A Box that takes a clock, and more than a second later answers with that text what it is.
+class ClockBox
+{
+public:
+    ClockBox(const QString &where, const QString &readBack)
+        : m_box(where)
+    {
+        m_box.heard = [this, readBack](int) {
+            const QByteArray heard = m_box.received();
+            m_box.forgetReceived();
+            if (heard.contains(R"("type": 109)")) {
+                m_isSet = true;
+                m_box.send(HandFrames::json(R"({"type":"109","code":"200"})"));
+            } else if (heard.contains(R"("type": "9")") && !m_isSet) {
+                answer("2001-02-03 04:05:06");
+            } else if (heard.contains(R"("type": "9")")) {
+                QTimer::singleShot(1200, &m_box, [this, readBack] { answer(readBack); });
+            }
+        };
+    }
+    Q_DISABLE_COPY(ClockBox)
+
+private:
+    void answer(const QString &date) const
+    {
+        m_box.send(HandFrames::json(R"({"type":"9","pares":{"date":")" + date.toLatin1() + R"("}})"));
+    }
+
+    FakeBox m_box;
+    bool m_isSet = false;
+};
+
 } // namespace
 
 // What is asked of Boxes and set on them, and which Boxes a call names.
@@ -36,6 +72,7 @@ private slots:
     void faults_data();
     void faults();
     void get();
+    void getThatFailsHalfway();
     void getAsJson();
     void set_data();
     void set();
@@ -43,9 +80,15 @@ private slots:
     void setIsRefusedOrLost_data();
     void setIsRefusedOrLost();
     void setTime();
+    void clockGoesOnMeanwhile();
+    void clockHasNoSummerTime();
+    void capitalsOfASwitch();
+    void requestThatIsTooLong();
     void passwordsStayOutOfSight();
+    void passwordIsAskedFor();
     void reboot();
     void manyBoxesAndFewFiles();
+    void interruptTellsWhatIsUnfinished_data();
     void interruptTellsWhatIsUnfinished();
     void progressOnATerminal();
 };
@@ -77,6 +120,12 @@ void TestBoxCtlSettings::wrongCalls_data()
     row("set 127.0.40.10 wifi password=tiger",
         "a password is no argument, which others can see: password=@FILE or password=-");
     row("set 127.0.40.10 wifi password=@missing", "missing: No such file or directory");
+    row("set 127.0.40 wifi password=@missing", "'127.0.40' is no IPv4 address");
+    row("set 127.0.40.10 wifi password=@/dev/null", "/dev/null: it holds no password");
+    row("set 127.0.40.10 lan dns1=10.0.0.1\n", "dns1 takes an IPv4 address, or nothing");
+    row("set 127.0.40.10 lte at1=AT\rAT", "at1 takes no control characters");
+    row("info 127.0.40.10:30088", "'127.0.40.10:30088' is no IPv4 address");
+    row("info 127.0.40.10\n", "'127.0.40.10 ' is no IPv4 address");
     row("set 127.0.40.10 time soon", "time takes now, or a time such as \"2026-11-21 20:00:00\"");
     row("set 127.0.40.10 time now now", "time takes now, or one time such as \"2026-11-21 20:00:00\"");
 }
@@ -170,6 +219,7 @@ void TestBoxCtlSettings::faults_data()
     const auto row = [](const QString &options, const QString &command, const QString &error) {
         QTest::newRow(qPrintable(options + ", " + command)) << options << command << error;
     };
+    const QString unknown = "; whether the Box took it is not known";
     row("--fault silent", "info", "No answer in 0.3 s");
     row("--fault silent", "get lan", "reading lan: No answer in 0.3 s");
     row("--fault no-heartbeat", "get ntp", "");
@@ -177,8 +227,16 @@ void TestBoxCtlSettings::faults_data()
     row("--fault missing-key=NTP", "set ntp server=1.2.3.4",
         "reading ntp: No answer in 0.3 s; nothing is written");
     row("--fault type-number", "get ntp", "reading ntp: No answer in 0.3 s");
-    row("--fault code-number", "set ntp server=1.2.3.4", "writing ntp: No answer in 0.3 s");
-    row("--fault code-number", "reboot", "The remote host closed the connection");
+    row("--fault code-number", "set ntp server=1.2.3.4", "writing ntp: No answer in 0.3 s" + unknown);
+    row("--fault code-number", "reboot",
+        "The remote host closed the connection; whether it reboots is not known");
+    row("--fault number-key=NTP", "set ntp server=1.2.3.4",
+        "reading ntp: NTP is no text; nothing is written");
+    row("--fault number-key=NTP", "get ntp", "reading ntp: NTP is no text");
+    row("--fault ignore-writes", "set ntp server=1.2.3.4",
+        "ntp was written, but is read back with another server");
+    row("--fault ignore-writes", "set wifi ip=1.2.3.4 state=on",
+        "wifi was written, but is read back with another state, ip");
     row("--fault refuse-write=403", "reboot", "the Box refused with the code 403");
     row("--fault drop-after-received=8", "get lan", "reading lan: The remote host closed the connection");
     row("--fault split=3 --fault noise", "get ntp", "");
@@ -226,6 +284,35 @@ void TestBoxCtlSettings::get()
     const Outcome all = run({"get", address});
     QCOMPARE(all.status, 0);
     QCOMPARE(all.out.count(QLatin1Char('\n')), 5 + 6 + 10 + 6 + 1 + 1);
+}
+
+// What was read before is told.
+void TestBoxCtlSettings::getThatFailsHalfway()
+{
+    const SimulatedBox box(address, {"--fault", "missing-key=AT3"});
+    QCOMPARE(run({"get", "--timeout", "0.3", address, "ntp", "lte", "lan"}),
+             (Outcome{1, "127.0.40.10: ntp server=192.168.1.1\n",
+                      "boxctl: 127.0.40.10: reading lte: No answer in 0.3 s\n"}));
+    QCOMPARE(run({"get", "--json", "--timeout", "0.3", address, "ntp", "lte", "lan"}).out,
+             "{\"box\":\"127.0.40.10\",\"error\":\"reading lte: No answer in 0.3 s\","
+             "\"ntp\":{\"NTP\":\"192.168.1.1\"},\"ok\":false}\n");
+}
+
+void TestBoxCtlSettings::capitalsOfASwitch()
+{
+    const SimulatedBox box(address, {"--fault", "capitals"});
+    QCOMPARE(run({"set", address, "lte", "state=off"}),
+             (Outcome{0, "127.0.40.10: lte state=off (was on)\n", QString()}));
+    QVERIFY(run({"get", address, "lte"}).out.startsWith("127.0.40.10: lte state=off\n"));
+}
+
+void TestBoxCtlSettings::requestThatIsTooLong()
+{
+    const SimulatedBox box(address, {"--set", "AT1=" + QString(1000, 'x')});
+    QCOMPARE(run({"set", address, "lte", "at2=" + QString(3000, '"')}),
+             (Outcome{1, QString(),
+                      "boxctl: 127.0.40.10: lte would be a request of 7162 bytes, more than 4096; nothing is "
+                      "written\n"}));
 }
 
 void TestBoxCtlSettings::getAsJson()
@@ -287,12 +374,13 @@ void TestBoxCtlSettings::setIsRefusedOrLost_data()
 {
     QTest::addColumn<QString>("fault");
     QTest::addColumn<QString>("error");
+    const QString unknown = "; whether the Box took it is not known";
     QTest::newRow("refused") << "refuse-write=108:500"
                              << "writing ntp: the Box refused with the code 500";
     QTest::newRow("lost in the write") << "drop-after-received=60"
-                                       << "writing ntp: The remote host closed the connection";
+                                       << "writing ntp: The remote host closed the connection" + unknown;
     QTest::newRow("lost in the answer") << "drop-after-sent=100"
-                                        << "writing ntp: The remote host closed the connection";
+                                        << "writing ntp: The remote host closed the connection" + unknown;
 }
 
 void TestBoxCtlSettings::setIsRefusedOrLost()
@@ -317,10 +405,37 @@ void TestBoxCtlSettings::setTime()
     QVERIFY2(qAbs(set.secsTo(QDateTime::currentDateTime())) <= 2, qPrintable(now.out));
 }
 
+// A Box reads its clock at any moment between the question and its answer.
+void TestBoxCtlSettings::clockGoesOnMeanwhile()
+{
+    const ClockBox early("127.0.40.13", "2026-11-21 19:59:58"); // as it was asked, and two seconds wrong
+    const ClockBox late("127.0.40.14", "2026-11-21 20:00:03");  // as it answered, and two seconds wrong
+    const ClockBox wrong("127.0.40.15", "2026-11-21 20:00:10");
+    const Outcome outcome = run({"set", "127.0.40.13", "127.0.40.14", "127.0.40.15", "time", clockSet});
+    QStringList lines = outcome.out.split(QLatin1Char('\n'));
+    lines.sort();
+    QCOMPARE(lines,
+             (QStringList{"", "127.0.40.13: time 2026-11-21 20:00:00 (was 2001-02-03 04:05:06)",
+                          "127.0.40.14: time 2026-11-21 20:00:00 (was 2001-02-03 04:05:06)"}));
+    QCOMPARE(outcome.error,
+             QString("boxctl: 127.0.40.15: time was written, but is read back with another time\n"));
+}
+
+// An hour that this computer skips is one of the Box.
+void TestBoxCtlSettings::clockHasNoSummerTime()
+{
+    const SimulatedBox box(address);
+    const Outcome outcome = run("env",
+                                {"TZ=CET-1CEST,M3.5.0,M10.5.0/3", BOXCTL_PROGRAM, "set", address, "time",
+                                 "2026-03-29 02:30:00", "--dry-run"});
+    QVERIFY2(outcome.out.startsWith("127.0.40.10: time 2026-03-29 02:30:00 (was 20"),
+             qPrintable(outcome.out + outcome.error));
+}
+
 void TestBoxCtlSettings::passwordsStayOutOfSight()
 {
     const SimulatedBox box(address);
-    Files::put("secret", "tiger = 7\nsecond line\n");
+    Files::put("secret", "tiger = 7\r\nsecond line\n");
     const QStringList arguments{"set", address, "wifi", "password=@secret"};
     QCOMPARE(run(arguments), (Outcome{0, "127.0.40.10: wifi password=******** (was ********)\n", QString()}));
     QCOMPARE(
@@ -335,6 +450,29 @@ void TestBoxCtlSettings::passwordsStayOutOfSight()
                         "boxctl: try boxctl set --help\n"));
 }
 
+void TestBoxCtlSettings::passwordIsAskedFor()
+{
+    const SimulatedBox box(address);
+    const QStringList arguments{"set", address, "wifi", "password=-"};
+    const QByteArray question = "Password: ";
+    const Outcome typed = runOnTerminal(arguments, question, "tiger\n");
+    QVERIFY2(typed.out.startsWith("Password: \r\n"), qPrintable(typed.out)); // and nothing that was typed
+    QVERIFY2(typed.out.endsWith("127.0.40.10: wifi password=******** (was ********)\r\n"),
+             qPrintable(typed.out));
+    QVERIFY(run({"get", "--show-secrets", address, "wifi"}).out.contains("wifi password=tiger\n"));
+    // The end of the input is no password, an empty line is the empty one.
+    QCOMPARE(runOnTerminal(arguments, question, "\x04"),
+             (Outcome{2,
+                      "Password: \r\nboxctl: set: no password was given\r\n"
+                      "boxctl: try boxctl set --help\r\n",
+                      QString()}));
+    const Outcome empty = runOnTerminal(arguments, question, "\n");
+    QVERIFY2(empty.out.endsWith("127.0.40.10: wifi password= (was ********)\r\n"), qPrintable(empty.out));
+    // Nobody types one for a call that is wrong.
+    QCOMPARE(runOnTerminal({"set", "127.0.40", "wifi", "password=-"}, "boxctl: ", {}).out,
+             "boxctl: set: '127.0.40' is no IPv4 address\r\nboxctl: try boxctl set --help\r\n");
+}
+
 void TestBoxCtlSettings::reboot()
 {
     const SimulatedBox box(address, {"--reboot-time", "300"});
@@ -344,6 +482,9 @@ void TestBoxCtlSettings::reboot()
     const SimulatedBox gone(other, {"--reboot-time", "100000"});
     QCOMPARE(run({"reboot", "--wait", "--wait-limit", "1", other}),
              (Outcome{1, QString(), "boxctl: 127.0.40.11: it reboots, and did not answer again in 1 s\n"}));
+    const SimulatedBox deaf("127.0.40.13", {"--reboot-time", "0"});
+    QCOMPARE(run({"reboot", "--wait", "--wait-limit", "1", "127.0.40.13"}),
+             (Outcome{1, QString(), "boxctl: 127.0.40.13: it did not go down in 1 s\n"}));
 }
 
 void TestBoxCtlSettings::manyBoxesAndFewFiles()
@@ -363,13 +504,21 @@ void TestBoxCtlSettings::manyBoxesAndFewFiles()
     QCOMPARE(process.exitCode(), 1);
 }
 
+void TestBoxCtlSettings::interruptTellsWhatIsUnfinished_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
 void TestBoxCtlSettings::interruptTellsWhatIsUnfinished()
 {
+    QFETCH(int, number);
     SimulatedBox box(address, {"--fault", "silent"});
     QProcess process;
     process.start(QString(BOXCTL_PROGRAM), {"info", "--jobs", "1", address, other});
     QVERIFY(box.hasHeard("-> heartbeat"));
-    ::kill(pid_t(process.processId()), SIGINT);
+    ::kill(pid_t(process.processId()), number);
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.readAllStandardError(),

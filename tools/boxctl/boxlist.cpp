@@ -17,7 +17,7 @@ constexpr qint64 listLimit = qint64(1024) * 1024; // bytes
 QString addressOf(const QString &text)
 {
     static const QRegularExpression dotted(
-        QStringLiteral("^(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)(?:\\.(?!$)|$)){4}$"));
+        QStringLiteral("\\A(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)(?:\\.(?!\\z)|\\z)){4}\\z"));
     if (!dotted.match(text).hasMatch()) {
         return {};
     }
@@ -38,7 +38,8 @@ public:
     {
         if (argument.startsWith(QLatin1Char('@'))) {
             readFile(argument.mid(1));
-        } else if (!argument.contains(QLatin1Char(':')) || QHostAddress().setAddress(argument)) {
+        } else if (!argument.contains(QLatin1Char(':')) || QHostAddress().setAddress(argument)
+                   || !addressOf(argument.section(QLatin1Char(':'), 0, 0)).isEmpty()) {
             add(argument, {}, {});
         } else {
             readProject(argument);

@@ -13,7 +13,7 @@ class BoxTask : public QObject
 public:
     struct Outcome {
         QString error;     // why it failed; empty if it is done
-        QJsonObject json;  // beside "box", "ok" and "error"
+        QJsonObject json;  // beside "box", "ok" and "error"; of one that failed, what it did before
         QStringList lines; // what to print for people, each behind the Box
     };
 
@@ -43,7 +43,10 @@ protected:
     BoxClient *client() { return m_client; }
     void setState(const QString &state);
     void done(const QJsonObject &json, const QStringList &lines) { emit ended({{}, json, lines}); }
-    void fail(const QString &error) { emit ended({error, {}, {}}); }
+    void fail(const QString &error, const QJsonObject &json = {}, const QStringList &lines = {})
+    {
+        emit ended({error, json, lines});
+    }
 
 private:
     BoxClient *m_client;

@@ -26,7 +26,7 @@ protected:
         setState(QStringLiteral("reading ") + name);
         client()->read(group, [this, name](const BoxClient::Reply<BoxSettings> &reply) {
             if (!reply.value) {
-                fail(QStringLiteral("reading %1: %2").arg(name, reply.error));
+                fail(QStringLiteral("reading %1: %2").arg(name, reply.error), m_json, m_lines);
                 return;
             }
             m_json.insert(name, SettingsFields::json(*reply.value, m_showSecrets));
@@ -79,7 +79,8 @@ Command getCommand()
         "BOX... [lan wan wifi lte ntp time]",
         "Read the settings of each Box, all of them or the groups that are named.",
         "A line a field, as set takes it. With --json each group is an object under its\n"
-        "name, with the keys and texts of the wire.",
+        "name, with the keys and texts of the wire. Where a group can't be read, those\n"
+        "before it are printed, and those behind it are not read.",
         BoxRun::options()
             + QList<QCommandLineOption>{{"show-secrets", "Print the password, too; it is masked otherwise."}},
         run};

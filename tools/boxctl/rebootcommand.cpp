@@ -5,9 +5,9 @@
 
 namespace {
 
-constexpr int pause = 500;       // ms between two attempts to reach a Box again
-constexpr int attempt = 3000;    // ms for each
-constexpr int goingDown = 10000; // ms that a Box may take until its link is gone
+constexpr int pause = 500;     // ms between two attempts to reach a Box again
+constexpr int attempt = 3000;  // ms for each
+constexpr int silence = 10000; // ms without a heartbeat answer after which a Box is down, its link or not
 constexpr int mostSeconds = 86400;
 
 } // namespace
@@ -35,7 +35,7 @@ protected:
         setState(QStringLiteral("asking it to reboot; whether it does is not known"));
         client()->reboot([this](const BoxClient::Reply<CommandResult> &reply) {
             if (!reply.value) {
-                fail(reply.error);
+                fail(reply.error + QStringLiteral("; whether it reboots is not known"));
             } else if (!reply.value->succeeded()) {
                 fail(QStringLiteral("the Box refused with the code %1").arg(reply.value->code));
             } else if (m_limit == 0) {
@@ -51,21 +51,31 @@ private:
     {
         setState(QStringLiteral("it reboots"));
         m_clock.start();
-        connect(client(), &BoxClient::linkLost, this, [this] { tryAgain(); });
-        QTimer::singleShot(goingDown, this, [this] {
-            if (!m_again && m_attempts == 0) {
-                tryAgain(); // it went without a word, or stayed
-            }
-        });
+        m_silence.setSingleShot(true);
+        m_silence.start(silence);
+        connect(client(), &BoxClient::heartbeatAnswered, &m_silence, qOverload<>(&QTimer::start));
+        connect(client(), &BoxClient::linkLost, this, &RebootTask::awaitReturn);
+        connect(&m_silence, &QTimer::timeout, this, &RebootTask::awaitReturn); // it went without a word
+        QTimer::singleShot(m_limit, this, &RebootTask::giveUp);
+    }
+
+    void awaitReturn()
+    {
+        if (!m_isDown) {
+            m_isDown = true;
+            tryAgain();
+        }
+    }
+
+    void giveUp()
+    {
+        const QString text = m_isDown ? QStringLiteral("it reboots, and did not answer again in %1 s")
+                                      : QStringLiteral("it did not go down in %1 s");
+        fail(text.arg(m_limit / 1000));
     }
 
     void tryAgain()
     {
-        if (m_clock.elapsed() > m_limit) {
-            fail(QStringLiteral("it reboots, and did not answer again in %1 s").arg(m_limit / 1000));
-            return;
-        }
-        ++m_attempts;
         m_again = new BoxClient(attempt, this);
         m_again->connectTo(m_address, [this](const BoxClient::Reply<bool> &reply) {
             if (!reply.value) {
@@ -97,8 +107,9 @@ private:
 
     QString m_address;
     int m_limit;
-    int m_attempts = 0;
+    bool m_isDown = false;
     QElapsedTimer m_clock; // since the Box's word that it reboots
+    QTimer m_silence;
     BoxClient *m_again = nullptr;
 };
 
@@ -123,8 +134,10 @@ Command rebootCommand()
     return {"reboot",
             "BOX...",
             "Reboot each Box.",
-            "A Box answers before it goes down. With --wait and --json the keys are version\n"
-            "and seconds, the time from that answer until it answered a heartbeat again.",
+            "A Box answers before it goes down. With --wait, one that answers heartbeats on\n"
+            "the same link until the limit did not go down, which is a failure. With --wait\n"
+            "and --json the keys are version and seconds, the time from its answer until it\n"
+            "answered a heartbeat again.",
             BoxRun::options()
                 + QList<QCommandLineOption>{{"wait", "Wait until the Box answers again."},
                                             {"wait-limit", "Give that up after so long. Default: 300.",

@@ -16,6 +16,21 @@ public:
     SetTask::Change change;
     QString error;
 
+    // What waits until the Boxes of the call are known to be some. Gives what is wrong with it.
+    QString readSecret()
+    {
+        if (m_secretSource.isEmpty()) {
+            return {};
+        }
+        const std::optional<QString> secret = m_secretSource == QLatin1String("-")
+            ? Terminal::askSecret(QStringLiteral("Password: "), &error)
+            : firstLineOf(m_secretSource.mid(1));
+        if (secret) {
+            put(SettingsFields::secretOf(change.group), QStringLiteral("password"), *secret);
+        }
+        return error;
+    }
+
     void readTime(const QStringList &words)
     {
         if (words.size() != 1) {
@@ -44,8 +59,12 @@ public:
             const QString text = word.section(QLatin1Char('='), 1);
             if (field != SettingsFields::secretOf(change.group)) {
                 put(field, name, text);
-            } else if (const std::optional<QString> secret = readSecret(text)) {
-                put(field, name, *secret);
+            } else if (text == QLatin1String("-") || text.startsWith(QLatin1Char('@'))) {
+                m_secretSource = text;
+                change.fields.insert(field, {});
+            } else {
+                error = QStringLiteral(
+                    "a password is no argument, which others can see: password=@FILE or password=-");
             }
         }
     }
@@ -62,28 +81,23 @@ private:
         }
     }
 
-    std::optional<QString> readSecret(const QString &source)
+    std::optional<QString> firstLineOf(const QString &path)
     {
-        if (source == QLatin1String("-")) {
-            const std::optional<QString> typed = Terminal::askSecret(QStringLiteral("Password: "));
-            if (!typed) {
-                error = QStringLiteral("there is no terminal to ask for the password on");
-            }
-            return typed;
-        }
-        if (!source.startsWith(QLatin1Char('@'))) {
-            error = QStringLiteral(
-                "a password is no argument, which others can see: password=@FILE or password=-");
-            return std::nullopt;
-        }
         QByteArray bytes;
         QString reason;
-        if (!readWhole(source.mid(1), longestPasswordFile, &bytes, &reason)) {
-            error = QStringLiteral("%1: %2").arg(source.mid(1), reason);
+        if (readWhole(path, longestPasswordFile, &bytes, &reason) && bytes.isEmpty()) {
+            reason = QStringLiteral("it holds no password");
+        }
+        if (!reason.isEmpty()) {
+            error = QStringLiteral("%1: %2").arg(path, reason);
             return std::nullopt;
         }
-        return QString::fromUtf8(bytes).section(QLatin1Char('\n'), 0, 0).remove(QLatin1Char('\r'));
+        QString line = QString::fromUtf8(bytes).section(QLatin1Char('\n'), 0, 0);
+        line.chop(line.endsWith(QLatin1Char('\r')) ? 1 : 0);
+        return line;
     }
+
+    QString m_secretSource; // "-" or "@FILE"; empty if no password is set
 };
 
 int run(const Call &call)
@@ -117,9 +131,10 @@ int run(const Call &call)
         return call.wrong(reader.error);
     }
     const int timeout = BoxRun::timeoutOf(call).value_or(0);
-    const SetTask::Change change = reader.change;
-    return BoxRun::over(call, arguments.mid(0, place),
-                        [=](const BoxTarget &) { return new SetTask(timeout, change); });
+    return BoxRun::over(
+        call, arguments.mid(0, place),
+        [timeout, &reader](const BoxTarget &) { return new SetTask(timeout, reader.change); },
+        [&reader] { return reader.readSecret(); });
 }
 
 } // namespace
@@ -141,7 +156,8 @@ Command setCommand()
         "dhcp and state are on or off. The password is password=@FILE, the first line of\n"
         "a file, or password=-, which asks for it on the terminal. What can't be read is\n"
         "not written, and what is read back and differs is a failure; a clock may differ\n"
-        "by two seconds. With --json the group is as get prints it.",
+        "by two seconds. A text takes no control characters, and a group of settings\n"
+        "4096 bytes. With --json the group is as get prints it.",
         BoxRun::options()
             + QList<QCommandLineOption>{{"dry-run", "Print what would be written, and write nothing."},
                                         {"show-secrets", "Print the password, too; it is masked otherwise."}},

@@ -3,19 +3,16 @@
 #include "boxctl/output.h"
 #include "boxctl/settingsfields.h"
 
+#include <QJsonDocument>
+
 namespace {
 
-constexpr int clockTolerance = 2; // s that a clock may be beside what was written
+constexpr int clockTolerance = 2;    // s that a clock may be beside what was written
+constexpr int longestRequest = 4096; // bytes of JSON; its frame could hold 64 KiB
 
-QString dateFormat()
+int sizeOf(const QJsonObject &request)
 {
-    return QStringLiteral("yyyy-MM-dd HH:mm:ss");
-}
-
-QString textOf(const BoxSettings &settings, int field)
-{
-    BoxSettings record = settings;
-    return *textsOf(record).at(field).text;
+    return QJsonDocument(request).toJson().size();
 }
 
 } // namespace
@@ -47,19 +44,29 @@ void SetTask::talk()
 void SetTask::write()
 {
     m_after = m_before;
-    m_written = QDateTime::currentDateTime();
     const QVector<SettingsText> texts = textsOf(m_after);
     for (auto field = m_change.fields.cbegin(); field != m_change.fields.cend(); ++field) {
-        *texts.at(field.key()).text = m_change.isNow ? m_written.toString(dateFormat()) : field.value();
+        *texts.at(field.key()).text =
+            m_change.isNow ? SettingsFields::textOf(QDateTime::currentDateTime()) : field.value();
+    }
+    const int size = sizeOf(JsonCommand::writeRequest(m_after));
+    if (size > longestRequest) {
+        fail(QStringLiteral("%1 would be a request of %2 bytes, more than %3; nothing is written")
+                 .arg(groupName())
+                 .arg(size)
+                 .arg(longestRequest));
+        return;
     }
     if (m_change.isDryRun) {
         done({{groupName(), SettingsFields::json(m_after, m_change.showSecrets)}}, lines());
         return;
     }
     setState(QStringLiteral("writing %1; whether the Box took it is not known").arg(groupName()));
+    m_sinceWrite.start();
     client()->write(m_after, [this](const BoxClient::Reply<CommandResult> &reply) {
         if (!reply.value) {
-            fail(QStringLiteral("writing %1: %2").arg(groupName(), reply.error));
+            fail(QStringLiteral("writing %1: %2; whether the Box took it is not known")
+                     .arg(groupName(), reply.error));
         } else if (!reply.value->succeeded()) {
             fail(QStringLiteral("writing %1: the Box refused with the code %2")
                      .arg(groupName(), reply.value->code));
@@ -72,6 +79,7 @@ void SetTask::write()
 void SetTask::readBack()
 {
     setState(QStringLiteral("reading %1 back; it is written").arg(groupName()));
+    m_askedBack = m_sinceWrite.elapsed();
     client()->read(m_change.group, [this](const BoxClient::Reply<BoxSettings> &reply) {
         if (!reply.value) {
             fail(QStringLiteral("reading %1 back: %2; it is written").arg(groupName(), reply.error));
@@ -85,17 +93,10 @@ void SetTask::compare(const BoxSettings &read)
 {
     QStringList differing;
     const QStringList fields = SettingsFields::fieldsOf(m_change.group);
+    BoxSettings record = read;
+    const QVector<SettingsText> texts = textsOf(record);
     for (int field = 0; field < fields.size(); ++field) {
-        const QString wanted = textOf(m_after, field);
-        const QString found = textOf(read, field);
-        bool isSame = wanted == found;
-        if (m_change.group == SettingsGroup::Time) { // it goes on meanwhile
-            const QDateTime target = QDateTime::fromString(wanted, dateFormat())
-                                         .addSecs(m_written.secsTo(QDateTime::currentDateTime()));
-            const QDateTime clock = QDateTime::fromString(found, dateFormat());
-            isSame = clock.isValid() && qAbs(target.secsTo(clock)) <= clockTolerance;
-        }
-        if (!isSame) {
+        if (!isAsWritten(field, *texts.at(field).text)) {
             differing.append(fields.at(field));
         }
     }
@@ -105,6 +106,27 @@ void SetTask::compare(const BoxSettings &read)
         fail(QStringLiteral("%1 was written, but is read back with another %2")
                  .arg(groupName(), differing.join(QStringLiteral(", "))));
     }
+}
+
+bool SetTask::isAsWritten(int field, const QString &found) const
+{
+    if (m_change.group == SettingsGroup::Time) {
+        return isClockAsWritten(found);
+    }
+    BoxSettings record = m_after;
+    const SettingsText wanted = textsOf(record).at(field);
+    const bool isOfAnyCase = wanted.kind == SettingsText::OnOff;
+    return found.compare(*wanted.text, isOfAnyCase ? Qt::CaseInsensitive : Qt::CaseSensitive) == 0;
+}
+
+// It goes on meanwhile, and the Box read it at some moment between the question and its answer.
+bool SetTask::isClockAsWritten(const QString &found) const
+{
+    const QDateTime written = SettingsFields::clockOf(std::get<TimeSettings>(m_after).date);
+    const QDateTime clock = SettingsFields::clockOf(found);
+    const qint64 answered = m_sinceWrite.elapsed();
+    return clock.isValid() && clock >= written.addSecs(m_askedBack / 1000 - clockTolerance)
+        && clock <= written.addSecs(answered / 1000 + clockTolerance);
 }
 
 QStringList SetTask::lines() const

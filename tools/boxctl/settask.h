@@ -2,7 +2,7 @@
 
 #include "boxctl/boxtask.h"
 
-#include <QDateTime>
+#include <QElapsedTimer>
 #include <QMap>
 
 // Reads a group of a Box's settings, changes the fields that are named, writes it and reads it back.
@@ -27,11 +27,14 @@ private:
     void write();
     void readBack();
     void compare(const BoxSettings &read);
+    bool isAsWritten(int field, const QString &found) const;
+    bool isClockAsWritten(const QString &found) const;
     QStringList lines() const;
     QString groupName() const;
 
     Change m_change;
     BoxSettings m_before;
     BoxSettings m_after;
-    QDateTime m_written;
+    QElapsedTimer m_sinceWrite;
+    qint64 m_askedBack = 0; // ms of that at which it was to be read back
 };

@@ -3,7 +3,7 @@
 #include "boxctl/boxlist.h"
 #include "boxctl/output.h"
 
-#include <QDateTime>
+#include <algorithm>
 
 namespace {
 
@@ -24,7 +24,15 @@ const struct {
 
 const QString on = QStringLiteral("on");
 const QString off = QStringLiteral("off");
-constexpr int longestText = 4096;
+
+const QString dateFormat = QStringLiteral("yyyy-MM-dd");
+const QString timeFormat = QStringLiteral("HH:mm:ss");
+
+bool hasControlCharacter(const QString &text)
+{
+    return std::any_of(text.cbegin(), text.cend(),
+                       [](QChar character) { return character.category() == QChar::Other_Control; });
+}
 
 } // namespace
 
@@ -58,12 +66,29 @@ int SettingsFields::secretOf(SettingsGroup group)
     return QByteArray(table[int(group)].kinds).indexOf('p');
 }
 
+QDateTime SettingsFields::clockOf(const QString &text)
+{
+    const QDateTime clock(QDate::fromString(text.section(QLatin1Char(' '), 0, 0), dateFormat),
+                          QTime::fromString(text.section(QLatin1Char(' '), 1), timeFormat), Qt::UTC);
+    return textOf(clock) == text ? clock : QDateTime();
+}
+
+QString SettingsFields::textOf(const QDateTime &clock)
+{
+    return clock.toString(dateFormat + QLatin1Char(' ') + timeFormat);
+}
+
 QString SettingsFields::fromWire(const SettingsText &text)
 {
-    if (text.kind == SettingsText::Dhcp && *text.text == QLatin1String("1")) {
+    const QString &wire = *text.text;
+    const QString lower = wire.toLower();
+    if (text.kind == SettingsText::OnOff && (lower == on || lower == off)) {
+        return lower;
+    }
+    if (text.kind == SettingsText::Dhcp && wire == QLatin1String("1")) {
         return on;
     }
-    return text.kind == SettingsText::Dhcp && *text.text == QLatin1String("0") ? off : *text.text;
+    return text.kind == SettingsText::Dhcp && wire == QLatin1String("0") ? off : wire;
 }
 
 std::optional<QString> SettingsFields::toWire(SettingsGroup group, int field, const QString &typed,
@@ -84,19 +109,17 @@ std::optional<QString> SettingsFields::toWire(SettingsGroup group, int field, co
             return std::nullopt;
         }
         return typed;
-    case 'c': {
-        const QString format = QStringLiteral("yyyy-MM-dd HH:mm:ss");
-        if (QDateTime::fromString(typed, format).toString(format) != typed) {
+    case 'c':
+        if (!clockOf(typed).isValid()) {
             *error = QStringLiteral("takes now, or a time such as \"2026-11-21 20:00:00\"");
             return std::nullopt;
         }
         return typed;
-    }
     default:
         break;
     }
-    if (typed.size() > longestText) {
-        *error = QStringLiteral("takes at most %1 characters").arg(longestText);
+    if (hasControlCharacter(typed)) {
+        *error = QStringLiteral("takes no control characters");
         return std::nullopt;
     }
     return typed;

@@ -2,6 +2,7 @@
 
 #include "boxlink/boxsettings.h"
 
+#include <QDateTime>
 #include <QJsonObject>
 #include <QStringList>
 
@@ -20,7 +21,12 @@ QStringList fieldsOf(SettingsGroup group);
 // The place of the password, or -1.
 int secretOf(SettingsGroup group);
 
-// A field as it is typed and as it goes over the wire: "on" and "off" for a DHCP setting, all else as it is.
+// A clock as it is set, and its text. It is no time of this computer: it has no zone and no summer time.
+QDateTime clockOf(const QString &text); // invalid for what is none
+QString textOf(const QDateTime &clock);
+
+// A field as it is typed and as it goes over the wire: "on" and "off" for what is switched, all else as it
+// is.
 QString fromWire(const SettingsText &text);
 // Nothing with the reason for what the field does not take.
 std::optional<QString> toWire(SettingsGroup group, int field, const QString &typed, QString *error);

@@ -16,6 +16,12 @@
 #include <unistd.h>
 #endif
 
+namespace {
+
+const QString noTerminal = QStringLiteral("there is no terminal to ask for the password on");
+
+} // namespace
+
 #ifdef Q_OS_UNIX
 
 namespace {
@@ -85,20 +91,25 @@ void Terminal::draw(const QStringList &lines)
     }
 }
 
-std::optional<QString> Terminal::askSecret(const QString &question)
+std::optional<QString> Terminal::askSecret(const QString &question, QString *error)
 {
     QFile terminal(QStringLiteral("/dev/tty"));
     if (!terminal.open(QIODevice::ReadWrite | QIODevice::Unbuffered)) {
+        *error = noTerminal;
         return std::nullopt;
     }
-    terminal.write(question.toUtf8());
     QByteArray line;
     {
-        const NoEcho noEcho(terminal.handle());
+        const NoEcho noEcho(terminal.handle()); // before the question, which a program may wait for
+        terminal.write(question.toUtf8());
         line = terminal.readLine();
     }
     terminal.write("\n");
-    line.chop(line.endsWith('\n') ? 1 : 0);
+    if (!line.endsWith('\n')) {
+        *error = QStringLiteral("no password was given");
+        return std::nullopt;
+    }
+    line.chop(1);
     return QString::fromUtf8(line);
 }
 
@@ -127,8 +138,9 @@ bool Terminal::isOutputTerminal()
 
 void Terminal::draw(const QStringList &) {}
 
-std::optional<QString> Terminal::askSecret(const QString &)
+std::optional<QString> Terminal::askSecret(const QString &, QString *error)
 {
+    *error = noTerminal;
     return std::nullopt;
 }
 

@@ -18,8 +18,9 @@ void erase(int lines);
 // Whether the standard output is one: then what is printed there is all to look at.
 bool isOutputTerminal();
 
-// Asks for a text that is not shown; nothing where there is no terminal to ask on.
-std::optional<QString> askSecret(const QString &question);
+// Asks for a text that is not shown. An empty line is an empty text; nothing, with the reason, where there is
+// no terminal to ask on or the input ends.
+std::optional<QString> askSecret(const QString &question, QString *error);
 
 // How many connections the limit of open files leaves, once it is as high as it may be.
 int mostConnections();
