@@ -1,10 +1,6 @@
 #include "boxctltest.h"
-#include "fakebox.h"
 #include "files.h"
-#include "handframes.h"
 
-#include <QDateTime>
-#include <QRegularExpression>
 #include <QtTest>
 
 #include <csignal>
@@ -22,43 +18,9 @@ QStringList words(const char *text)
     return QString::fromLatin1(text).split(QLatin1Char(' '));
 }
 
-const QString clockSet = "2026-11-21 20:00:00";
-
-// A Box that takes a clock, and more than a second later answers with that text what it is.
-class ClockBox
-{
-public:
-    ClockBox(const QString &where, const QString &readBack)
-        : m_box(where)
-    {
-        m_box.heard = [this, readBack](int) {
-            const QByteArray heard = m_box.received();
-            m_box.forgetReceived();
-            if (heard.contains(R"("type": 109)")) {
-                m_isSet = true;
-                m_box.send(HandFrames::json(R"({"type":"109","code":"200"})"));
-            } else if (heard.contains(R"("type": "9")") && !m_isSet) {
-                answer("2001-02-03 04:05:06");
-            } else if (heard.contains(R"("type": "9")")) {
-                QTimer::singleShot(1200, &m_box, [this, readBack] { answer(readBack); });
-            }
-        };
-    }
-    Q_DISABLE_COPY(ClockBox)
-
-private:
-    void answer(const QString &date) const
-    {
-        m_box.send(HandFrames::json(R"({"type":"9","pares":{"date":")" + date.toLatin1() + R"("}})"));
-    }
-
-    FakeBox m_box;
-    bool m_isSet = false;
-};
-
 } // namespace
 
-// What is asked of Boxes and set on them, and which Boxes a call names.
+// What is asked of Boxes, and which Boxes a call names.
 class TestBoxCtlSettings : public QObject
 {
     Q_OBJECT
@@ -74,18 +36,6 @@ private slots:
     void get();
     void getThatFailsHalfway();
     void getAsJson();
-    void set_data();
-    void set();
-    void setKeepsWhatIsNotNamed();
-    void setIsRefusedOrLost_data();
-    void setIsRefusedOrLost();
-    void setTime();
-    void clockGoesOnMeanwhile();
-    void clockHasNoSummerTime();
-    void capitalsOfASwitch();
-    void requestThatIsTooLong();
-    void passwordsStayOutOfSight();
-    void passwordIsAskedFor();
     void reboot();
     void manyBoxesAndFewFiles();
     void interruptTellsWhatIsUnfinished_data();
@@ -298,23 +248,6 @@ void TestBoxCtlSettings::getThatFailsHalfway()
              "\"ntp\":{\"NTP\":\"192.168.1.1\"},\"ok\":false}\n");
 }
 
-void TestBoxCtlSettings::capitalsOfASwitch()
-{
-    const SimulatedBox box(address, {"--fault", "capitals"});
-    QCOMPARE(run({"set", address, "lte", "state=off"}),
-             (Outcome{0, "127.0.40.10: lte state=off (was on)\n", QString()}));
-    QVERIFY(run({"get", address, "lte"}).out.startsWith("127.0.40.10: lte state=off\n"));
-}
-
-void TestBoxCtlSettings::requestThatIsTooLong()
-{
-    const SimulatedBox box(address, {"--set", "AT1=" + QString(1000, 'x')});
-    QCOMPARE(run({"set", address, "lte", "at2=" + QString(3000, '"')}),
-             (Outcome{1, QString(),
-                      "boxctl: 127.0.40.10: lte would be a request of 7162 bytes, more than 4096; nothing is "
-                      "written\n"}));
-}
-
 void TestBoxCtlSettings::getAsJson()
 {
     const SimulatedBox box(address);
@@ -325,152 +258,6 @@ void TestBoxCtlSettings::getAsJson()
                  "\"wanDhcp\":\"0\",\"wanDns1\":\"10.20.0.1\",\"wanDns2\":\"8.8.4.4\","
                  "\"wanGateway\":\"10.20.0.1\",\"wanIp\":\"10.20.0.80\",\"wanMask\":\"255.255.255.0\"}}\n",
                  QString()}));
-}
-
-void TestBoxCtlSettings::set_data()
-{
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QString>("lines");
-    const auto row = [](const char *change, const char *lines) {
-        QTest::newRow(change) << QString::fromLatin1(change) << QString::fromLatin1(lines);
-    };
-    row("lan ip=10.0.0.9 dns2=",
-        "127.0.40.10: lan ip=10.0.0.9 (was 192.168.1.80)\n127.0.40.10: lan dns2= (was 8.8.8.8)\n");
-    row("wan dhcp=on", "127.0.40.10: wan dhcp=on (was off)\n");
-    row("wifi state=on ssid=a=b",
-        "127.0.40.10: wifi state=on (was off)\n127.0.40.10: wifi ssid=a=b (was box)\n");
-    row("lte at5=AT", "127.0.40.10: lte at5=AT (was )\n");
-    row("ntp server=10.0.0.1", "127.0.40.10: ntp server=10.0.0.1 (was 192.168.1.1)\n");
-}
-
-void TestBoxCtlSettings::set()
-{
-    QFETCH(QString, change);
-    QFETCH(QString, lines);
-    const SimulatedBox box(address);
-    const QStringList arguments = QStringList{"set", address} + change.split(QLatin1Char(' '));
-    QString would = lines;
-    QCOMPARE(run(arguments + QStringList{"--dry-run"}),
-             (Outcome{0, would.replace(")\n", ") would be written\n"), QString()}));
-    QCOMPARE(run(arguments), (Outcome{0, lines, QString()})); // so the dry run has changed nothing
-}
-
-void TestBoxCtlSettings::setKeepsWhatIsNotNamed()
-{
-    const SimulatedBox box(address);
-    const QString before = run({"get", address, "lan", "wan", "wifi", "lte", "ntp"}).out;
-    QCOMPARE(run({"set", "--json", address, "lan", "gateway=10.9.9.9"}),
-             (Outcome{0,
-                      "{\"box\":\"127.0.40.10\",\"lan\":{\"lanDns1\":\"192.168.1.1\",\"lanDns2\":\"8.8.8.8\","
-                      "\"lanGateway\":\"10.9.9.9\",\"lanIp\":\"192.168.1.80\",\"lanMask\":\"255.255.255.0\"},"
-                      "\"ok\":true}\n",
-                      QString()}));
-    QString expected = before;
-    expected.replace("lan gateway=192.168.1.1", "lan gateway=10.9.9.9");
-    QCOMPARE(run({"get", address, "lan", "wan", "wifi", "lte", "ntp"}).out, expected);
-}
-
-void TestBoxCtlSettings::setIsRefusedOrLost_data()
-{
-    QTest::addColumn<QString>("fault");
-    QTest::addColumn<QString>("error");
-    const QString unknown = "; whether the Box took it is not known";
-    QTest::newRow("refused") << "refuse-write=108:500"
-                             << "writing ntp: the Box refused with the code 500";
-    QTest::newRow("lost in the write") << "drop-after-received=60"
-                                       << "writing ntp: The remote host closed the connection" + unknown;
-    QTest::newRow("lost in the answer") << "drop-after-sent=100"
-                                        << "writing ntp: The remote host closed the connection" + unknown;
-}
-
-void TestBoxCtlSettings::setIsRefusedOrLost()
-{
-    QFETCH(QString, fault);
-    QFETCH(QString, error);
-    const SimulatedBox box(address, {"--fault", fault});
-    QCOMPARE(run({"set", address, "ntp", "server=10.0.0.1"}),
-             (Outcome{1, QString(), "boxctl: 127.0.40.10: " + error + QLatin1Char('\n')}));
-}
-
-void TestBoxCtlSettings::setTime()
-{
-    const SimulatedBox box(address);
-    const Outcome fixed = run({"set", address, "time", "2001-02-03 04:05:06"});
-    QVERIFY2(fixed.out.startsWith("127.0.40.10: time 2001-02-03 04:05:06 (was 20"), qPrintable(fixed.out));
-    QCOMPARE(fixed.status, 0);
-    const Outcome now = run({"set", address, "time", "now"});
-    QVERIFY2(now.out.contains(" (was 2001-02-03 04:05:"), qPrintable(now.out));
-    const QString format = "yyyy-MM-dd HH:mm:ss";
-    const QDateTime set = QDateTime::fromString(now.out.mid(18, format.size()), format);
-    QVERIFY2(qAbs(set.secsTo(QDateTime::currentDateTime())) <= 2, qPrintable(now.out));
-}
-
-// A Box reads its clock at any moment between the question and its answer.
-void TestBoxCtlSettings::clockGoesOnMeanwhile()
-{
-    const ClockBox early("127.0.40.13", "2026-11-21 19:59:58"); // as it was asked, and two seconds wrong
-    const ClockBox late("127.0.40.14", "2026-11-21 20:00:03");  // as it answered, and two seconds wrong
-    const ClockBox wrong("127.0.40.15", "2026-11-21 20:00:10");
-    const Outcome outcome = run({"set", "127.0.40.13", "127.0.40.14", "127.0.40.15", "time", clockSet});
-    QStringList lines = outcome.out.split(QLatin1Char('\n'));
-    lines.sort();
-    QCOMPARE(lines,
-             (QStringList{"", "127.0.40.13: time 2026-11-21 20:00:00 (was 2001-02-03 04:05:06)",
-                          "127.0.40.14: time 2026-11-21 20:00:00 (was 2001-02-03 04:05:06)"}));
-    QCOMPARE(outcome.error,
-             QString("boxctl: 127.0.40.15: time was written, but is read back with another time\n"));
-}
-
-// An hour that this computer skips is one of the Box.
-void TestBoxCtlSettings::clockHasNoSummerTime()
-{
-    const SimulatedBox box(address);
-    const Outcome outcome = run("env",
-                                {"TZ=CET-1CEST,M3.5.0,M10.5.0/3", BOXCTL_PROGRAM, "set", address, "time",
-                                 "2026-03-29 02:30:00", "--dry-run"});
-    QVERIFY2(outcome.out.startsWith("127.0.40.10: time 2026-03-29 02:30:00 (was 20"),
-             qPrintable(outcome.out + outcome.error));
-}
-
-void TestBoxCtlSettings::passwordsStayOutOfSight()
-{
-    const SimulatedBox box(address);
-    Files::put("secret", "tiger = 7\r\nsecond line\n");
-    const QStringList arguments{"set", address, "wifi", "password=@secret"};
-    QCOMPARE(run(arguments), (Outcome{0, "127.0.40.10: wifi password=******** (was ********)\n", QString()}));
-    QCOMPARE(
-        run({"get", "--json", "--show-secrets", address, "wifi"}).out.count("\"password\":\"tiger = 7\""), 1);
-    QCOMPARE(run(arguments + QStringList{"--json"}).out.count("tiger"), 0);
-    // setsid(1) leaves no terminal to ask on.
-    QProcess process;
-    process.start("setsid", {"--wait", BOXCTL_PROGRAM, "set", address, "wifi", "password=-"});
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.readAllStandardError(),
-             QByteArray("boxctl: set: there is no terminal to ask for the password on\n"
-                        "boxctl: try boxctl set --help\n"));
-}
-
-void TestBoxCtlSettings::passwordIsAskedFor()
-{
-    const SimulatedBox box(address);
-    const QStringList arguments{"set", address, "wifi", "password=-"};
-    const QByteArray question = "Password: ";
-    const Outcome typed = runOnTerminal(arguments, question, "tiger\n");
-    QVERIFY2(typed.out.startsWith("Password: \r\n"), qPrintable(typed.out)); // and nothing that was typed
-    QVERIFY2(typed.out.endsWith("127.0.40.10: wifi password=******** (was ********)\r\n"),
-             qPrintable(typed.out));
-    QVERIFY(run({"get", "--show-secrets", address, "wifi"}).out.contains("wifi password=tiger\n"));
-    // The end of the input is no password, an empty line is the empty one.
-    QCOMPARE(runOnTerminal(arguments, question, "\x04"),
-             (Outcome{2,
-                      "Password: \r\nboxctl: set: no password was given\r\n"
-                      "boxctl: try boxctl set --help\r\n",
-                      QString()}));
-    const Outcome empty = runOnTerminal(arguments, question, "\n");
-    QVERIFY2(empty.out.endsWith("127.0.40.10: wifi password= (was ********)\r\n"), qPrintable(empty.out));
-    // Nobody types one for a call that is wrong.
-    QCOMPARE(runOnTerminal({"set", "127.0.40", "wifi", "password=-"}, "boxctl: ", {}).out,
-             "boxctl: set: '127.0.40' is no IPv4 address\r\nboxctl: try boxctl set --help\r\n");
 }
 
 void TestBoxCtlSettings::reboot()
