@@ -199,8 +199,11 @@ void TestBoxCtlPushes::badPrograms()
 void TestBoxCtlPushes::boxThatTakesNoConnection()
 {
     const FullHost host(address);
+    QElapsedTimer clock;
+    clock.start();
     QCOMPARE(run({"push", "--timeout", "0.2", oneSlave, address}),
              (Outcome{1, QString(), "boxctl: 127.0.40.20: No connection\n"}));
+    QVERIFY(clock.elapsed() < 10000);
 }
 
 void TestBoxCtlPushes::interruptTellsOfThePushUnderWay()
