@@ -123,6 +123,8 @@ void TestBoxCtlDocuments::badDocuments_data()
     QTest::newRow("no JSON") << file("text.json", "{\"name\":")
                              << "it is not JSON: unterminated object at byte 8";
     QTest::newRow("a list") << file("list.json", "[1]") << "it holds no JSON object";
+    QTest::newRow("of another program")
+        << file("package.json", R"({"name": "leftpad", "version": "1.0.0"})") << "it is no project document";
     QTest::newRow("too deep") << file("deep.json", QByteArray(2000, '[') + QByteArray(2000, ']'))
                               << "it is not JSON: too deeply nested document at byte 1025";
 }
@@ -205,7 +207,7 @@ void TestBoxCtlDocuments::show()
                           "      IP: 10.0.0.1\n"
                           "      WIFI Password:\n";
     QCOMPARE(run({"show", Files::put("shown.json", document.toUtf8())}), (Outcome{0, shown, QString()}));
-    QCOMPARE(run({"show", Files::put("shown.json", "{}")}), (Outcome{0, "\n", QString()}));
+    QCOMPARE(run({"show", Files::put("shown.json", R"({"boxs": []})")}), (Outcome{0, "\n", QString()}));
 }
 
 void TestBoxCtlDocuments::secretsAreMasked()

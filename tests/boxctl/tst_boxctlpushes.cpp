@@ -108,6 +108,9 @@ void TestBoxCtlPushes::badDocumentIsNotPushed()
     Files::put("none.json", "[]");
     QCOMPARE(run({"push", "none.json", address}),
              (Outcome{3, QString(), "boxctl: none.json: it holds no JSON object\n"}));
+    Files::put("package.json", R"({"name": "leftpad", "version": "1.0.0", "dependencies": {}})");
+    QCOMPARE(run({"push", "package.json", address}),
+             (Outcome{3, QString(), "boxctl: package.json: it is no project document\n"}));
     QCOMPARE(run({"push", oneSlave}),
              (Outcome{2, QString(), "boxctl: push: a Box is missing\nboxctl: try boxctl push --help\n"}));
     QCOMPARE(

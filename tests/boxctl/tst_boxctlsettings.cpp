@@ -119,9 +119,11 @@ void TestBoxCtlSettings::listsOfBoxes_data()
         << project << "list:West" << wrong("list: the project has no Box 'West'");
     QTest::newRow("bad in a project") << project << "list:" << wrong("list:Bad: 'x' is no IPv4 address");
     QTest::newRow("project without Boxes")
-        << QByteArray("{}") << "list:" << wrong("list: the project has no Box");
+        << QByteArray(R"({"boxs": []})") << "list:" << wrong("list: the project has no Box");
     QTest::newRow("no project") << QByteArray("[]") << "list:"
                                 << Outcome{3, QString(), "boxctl: list: it holds no JSON object\n"};
+    QTest::newRow("of another program")
+        << QByteArray("{}") << "list:" << Outcome{3, QString(), "boxctl: list: it is no project document\n"};
 }
 
 void TestBoxCtlSettings::listsOfBoxes()

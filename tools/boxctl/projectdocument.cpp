@@ -1,6 +1,7 @@
 #include "boxctl/projectdocument.h"
 
 #include "boxctl/output.h"
+#include "definitions/documentkeys.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -9,6 +10,13 @@
 namespace {
 
 constexpr qint64 documentLimit = qint64(64) * 1024 * 1024; // bytes
+
+// The program's own documents have all three lists; one made by hand has at least one.
+bool isProject(const QJsonObject &object)
+{
+    return object.contains(DocumentKeys::standardsKey) || object.contains(DocumentKeys::servicesKey)
+        || object.contains(DocumentKeys::boxsKey);
+}
 
 } // namespace
 
@@ -57,6 +65,8 @@ ProjectDocument ProjectDocument::read(const QString &path)
             QStringLiteral("it is not JSON: %1 at byte %2").arg(parse.errorString()).arg(parse.offset);
     } else if (!json.isObject()) {
         document.error = QStringLiteral("it holds no JSON object");
+    } else if (!isProject(json.object())) {
+        document.error = QStringLiteral("it is no project document");
     }
     document.object = json.object();
     return document;
