@@ -1,6 +1,7 @@
 #include "boxctltest.h"
 #include "definitions/values.h"
 #include "files.h"
+#include "model/itemroles.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -53,6 +54,7 @@ private slots:
     void check();
     void show();
     void secretsAreMasked();
+    void secretsOfEveryKindAreMasked();
     void everyValueHasTheNameOfItsForm();
     void diff_data();
     void diff();
@@ -223,6 +225,45 @@ void TestBoxCtlDocuments::secretsAreMasked()
     const Outcome open = run({"show", "--show-secrets", path});
     QCOMPARE(open.out.count("tiger"), 7);
     QCOMPARE(open.out.count("****"), 0);
+}
+
+// What the form of a Server, Standard, Service or Box keeps out of sight is so here, under its own key and
+// deep in a value that no form shows.
+void TestBoxCtlDocuments::secretsOfEveryKindAreMasked()
+{
+    using Definitions::Kind;
+    const QVector<int> roles{serverPasswordRole,           serverDeviceSecretRole,
+                             standardPasswordRole,         standardPrivateKeyRole,
+                             standardCertificateRole,      servicePasswordRole,
+                             serviceServerKeyRole,         serviceServerKeyPasswordRole,
+                             serviceServerCertificateRole, serviceClientCertificate1Role,
+                             boxWifiPasswordRole};
+    QSet<int> found;
+    QStringList keys{"accessToken", "Passphrase"};
+    for (const Kind kind : {Kind::Server, Kind::Standard, Kind::Service, Kind::Box}) {
+        for (const Definitions::Value &value : Definitions::values(kind)) {
+            if (roles.contains(value.role)) {
+                keys.append(QLatin1String(value.key));
+                found.insert(value.role);
+            }
+        }
+    }
+    QCOMPARE(found.size(), roles.size());
+    keys.removeDuplicates();
+    QJsonObject box;
+    QJsonObject document;
+    for (const QString &key : qAsConst(keys)) {
+        box.insert(key, "tiger");
+        document.insert(QString("unknown%1").arg(document.size()), QJsonArray{QJsonObject{{key, "tiger"}}});
+    }
+    document.insert("boxs", QJsonArray{box});
+    const QString path = Files::put("secret.json", QJsonDocument(document).toJson());
+    const QString none = Files::put("none.json", R"({"boxs": [{}]})");
+    for (const Outcome &outcome :
+         {run({"show", path}), run({"diff", path, none}), run({"diff", none, path})}) {
+        QCOMPARE(outcome.out.count("********"), 2 * keys.size());
+        QCOMPARE(outcome.out.count("tiger"), 0);
+    }
 }
 
 // A name of the output, less the page that it is on, is a label of a form.

@@ -128,7 +128,9 @@ QString FormNames::of(const QString &key)
 
 bool FormNames::isSecret(const QString &key)
 {
-    static const QRegularExpression secret(QStringLiteral("password$|(key|certificate)\\d*$"),
-                                           QRegularExpression::CaseInsensitiveOption);
+    // "PW" is the password of HJ212. A document by hand may have keys of its own, so rather one too many.
+    static const QRegularExpression secret(
+        QStringLiteral("pass(word|wd|phrase)|pwd|^pw$|secret|token|credential|(key|certificate)\\d*$"),
+        QRegularExpression::CaseInsensitiveOption);
     return secret.match(key).hasMatch();
 }

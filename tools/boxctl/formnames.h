@@ -9,7 +9,7 @@ namespace FormNames {
 QString of(const QString &key);
 // Where the value stands among those of its node; what no form shows comes last.
 int placeOf(const QString &key);
-// Passwords, keys and certificates.
+// Passwords, keys, certificates and tokens, of the dormant kinds, too.
 bool isSecret(const QString &key);
 
 } // namespace FormNames
