@@ -58,6 +58,8 @@ private slots:
     void everyValueHasTheNameOfItsForm();
     void diff_data();
     void diff();
+    void diffOfHandMadeDocuments_data();
+    void diffOfHandMadeDocuments();
     void diffOfSecrets();
 };
 
@@ -304,6 +306,15 @@ void TestBoxCtlDocuments::diff_data()
         << withChange("\"name\": \"P\"", "\"name\": \"Q\"") << "Name: \"P\", \"Q\"\n";
     QTest::newRow("a point more") << withChange("\"addr\": \"0\",", "\"name\": \"c\"}, {\"addr\": \"0\",")
                                   << "Standard/M/Modbus-1/c: only in other.json\n";
+    QTest::newRow("a number for a text")
+        << withChange("\"60000\"", "60000") << "Standard/M: Keep Alive Time: \"60000\", 60000\n";
+    QTest::newRow("null for a text") << withChange("\"D\"", "null") << "Description: \"D\", null\n";
+    QTest::newRow("another project's name, as a number")
+        << withChange("\"name\": \"P\"", "\"name\": 5") << "Name: \"P\", 5\n";
+    QTest::newRow("a name as a number")
+        << withChange("\"name\": \"a\"", "\"name\": 5")
+        << "Standard/M/Modbus-1/a: only in " + oneSlave + "\nStandard/M/Modbus-1/5: only in other.json\n";
+    QTest::newRow("a line end") << withChange("\"D\"", "\"D\\n\"") << "Description: \"D\", \"D\\n\"\n";
     QTest::newRow("white space")
         << QJsonDocument::fromJson(Files::contents(oneSlave)).toJson(QJsonDocument::Compact) << QString();
 }
@@ -314,6 +325,50 @@ void TestBoxCtlDocuments::diff()
     QFETCH(QString, lines);
     Files::put("other.json", other);
     QCOMPARE(run({"diff", oneSlave, "other.json"}), (Outcome{lines.isEmpty() ? 0 : 1, lines, QString()}));
+}
+
+void TestBoxCtlDocuments::diffOfHandMadeDocuments_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<QString>("lines");
+    const auto standard = [](const QByteArray &members) {
+        return QByteArray("{\"standards\": [{\"name\": \"S\", " + members + "}]}");
+    };
+    QTest::newRow("one key in two places") << standard(R"("ip": "1", "parameter": {"ip": "2"})")
+                                           << standard(R"("ip": "2", "parameter": {"ip": "1"})")
+                                           << "Standard/S: IP: \"1\", \"2\"\nStandard/S: IP: \"2\", \"1\"\n";
+    QTest::newRow("another place") << standard(R"("ip": "1")") << standard(R"("parameter": {"ip": "1"})")
+                                   << "Standard/S: IP: \"1\", not there\nStandard/S: IP: not there, \"1\"\n";
+    QTest::newRow("a name that is none")
+        << standard(R"("parameter": {"name": "1"})") << standard(R"("parameter": {"name": "2"})")
+        << "Standard/S: \"name\": \"1\", \"2\"\n";
+    QTest::newRow("a flag") << standard(R"("x": true)") << standard(R"("x": "true")")
+                            << "Standard/S: \"x\": true, \"true\"\n";
+    QTest::newRow("nothing") << standard(R"("x": null)") << standard(R"("x": "")")
+                             << "Standard/S: \"x\": null, \"\"\n";
+    QTest::newRow("a list") << standard(R"("x": ["1", {}])") << standard(R"("x": "[\"1\",{}]")")
+                            << "Standard/S: \"x\": [\"1\",{}], \"[\\\"1\\\",{}]\"\n";
+    const QByteArray likeNamed =
+        R"j({"boxs": [{"name": "A"}, {"name": "A", "ip": "2"}, {"name": "A (2)"}]})j";
+    QTest::newRow("like-named, the same") << likeNamed << likeNamed << QString();
+    QTest::newRow("like-named") << likeNamed << QByteArray(likeNamed).replace("\"2\"", "\"3\"")
+                                << "Box/A (3): IP: \"2\", \"3\"\n";
+    QTest::newRow("in another order")
+        << likeNamed
+        << QByteArray(R"j({"boxs": [{"name": "A (2)"}, {"name": "A"}, {"name": "A", "ip": "2"}]})j")
+        << QString();
+}
+
+void TestBoxCtlDocuments::diffOfHandMadeDocuments()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    QFETCH(QString, lines);
+    Files::put("before.json", before);
+    Files::put("after.json", after);
+    QCOMPARE(run({"diff", "before.json", "after.json"}),
+             (Outcome{lines.isEmpty() ? 0 : 1, lines, QString()}));
 }
 
 void TestBoxCtlDocuments::diffOfSecrets()

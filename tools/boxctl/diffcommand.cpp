@@ -2,6 +2,7 @@
 #include "boxctl/documentview.h"
 #include "boxctl/output.h"
 #include "boxctl/projectdocument.h"
+#include "definitions/documentkeys.h"
 
 #include <QHash>
 
@@ -24,13 +25,8 @@ public:
     // True if anything differs.
     bool run()
     {
-        const QString nameA = m_a.object.value(QStringLiteral("name")).toString();
-        const QString nameB = m_b.object.value(QStringLiteral("name")).toString();
-        if (nameA != nameB) {
-            tell({}, QStringLiteral("Name: \"%1\", \"%2\"").arg(nameA, nameB));
-        }
-        const QVector<Node> before = DocumentView::nodesOf(m_a.object);
-        const QVector<Node> after = DocumentView::nodesOf(m_b.object);
+        const QVector<Node> before = nodesOf(m_a);
+        const QVector<Node> after = nodesOf(m_b);
         QHash<QStringList, const Node *> byPath;
         for (const Node &node : after) {
             byPath.insert(node.path, &node);
@@ -51,40 +47,44 @@ public:
     }
 
 private:
+    // With the project's name, which is no other node's, as its first field.
+    static QVector<Node> nodesOf(const ProjectDocument &document)
+    {
+        QVector<Node> nodes = DocumentView::nodesOf(document.object);
+        const QJsonValue name = document.object.value(DocumentKeys::nameKey);
+        if (name.isString()) {
+            nodes.first().fields.prepend({DocumentKeys::nameKey, QStringLiteral("Name"), name});
+        }
+        return nodes;
+    }
+
     void compare(const Node &a, const Node &b)
     {
-        QVector<Field> rest = b.fields;
+        QHash<QString, const Field *> byKey;
+        for (const Field &field : b.fields) {
+            byKey.insert(field.key, &field);
+        }
         for (const Field &field : a.fields) {
-            const int place = placeOf(rest, field.name);
-            if (place < 0) {
+            const Field *other = byKey.take(field.key);
+            if (!other) {
                 tell(a.path, QStringLiteral("%1: %2, not there").arg(field.name, shown(field)));
-                continue;
-            }
-            const Field other = rest.takeAt(place);
-            if (field.text != other.text && field.isSecret && !m_secrets) {
+            } else if (field.value != other->value && field.isSecret && !m_secrets) {
                 tell(a.path, QStringLiteral("%1 differs").arg(field.name));
-            } else if (field.text != other.text) {
-                tell(a.path, QStringLiteral("%1: %2, %3").arg(field.name, shown(field), shown(other)));
+            } else if (field.value != other->value) {
+                tell(a.path, QStringLiteral("%1: %2, %3").arg(field.name, shown(field), shown(*other)));
             }
         }
-        for (const Field &field : qAsConst(rest)) {
-            tell(a.path, QStringLiteral("%1: not there, %2").arg(field.name, shown(field)));
+        for (const Field &field : b.fields) {
+            if (byKey.contains(field.key)) {
+                tell(a.path, QStringLiteral("%1: not there, %2").arg(field.name, shown(field)));
+            }
         }
     }
 
-    static int placeOf(const QVector<Field> &fields, const QString &name)
-    {
-        int place = fields.size() - 1;
-        while (place >= 0 && fields.at(place).name != name) {
-            --place;
-        }
-        return place;
-    }
-
+    // As JSON: by its quotes a text is told from a number.
     QString shown(const Field &field) const
     {
-        const QString text = field.isSecret && !m_secrets ? Output::masked(field.text) : field.text;
-        return QStringLiteral("\"%1\"").arg(text);
+        return Output::jsonText(field.isSecret && !m_secrets ? Output::masked(field.text()) : field.value);
     }
 
     // Of a node that only one document has, what is below it is not told.
@@ -130,9 +130,10 @@ Command diffCommand()
     return {"diff",
             "A.json B.json",
             "Tell what differs between two projects, node by node and field by field.",
-            "A line names the node, the field as its form calls it, and both values. Nodes\n"
-            "are told apart by their names, tabs by their place; the order of nodes does not\n"
-            "count. The values of a node that only one of them has are not told.\n"
+            "A line names the node, the field as its form calls it, and both values as JSON,\n"
+            "so that 502 and \"502\" differ. Nodes are told apart by their names, tabs by\n"
+            "their place; the order of nodes does not count. The values of a node that only\n"
+            "one of them has are not told.\n"
             "Ends with 0 if nothing differs, with 1 if something does.",
             {{"show-secrets", "Print passwords, keys and certificates that differ, too."}},
             run};

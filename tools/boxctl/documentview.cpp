@@ -1,12 +1,13 @@
 #include "boxctl/documentview.h"
 
 #include "boxctl/formnames.h"
+#include "boxctl/output.h"
 #include "definitions/documentkeys.h"
 #include "model/projecttree.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 
 #include <algorithm>
 
@@ -24,19 +25,7 @@ struct Branch {
 
 QString textOf(const QJsonValue &value)
 {
-    switch (value.type()) {
-    case QJsonValue::String:
-        return value.toString();
-    case QJsonValue::Object:
-        return QString::fromUtf8(QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact));
-    case QJsonValue::Array:
-        return QString::fromUtf8(QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact));
-    case QJsonValue::Undefined:
-        return {};
-    default:
-        break;
-    }
-    return value.toVariant().toString();
+    return value.isString() || value.isUndefined() ? value.toString() : Output::jsonText(value);
 }
 
 // Lists of objects only: anything else under their keys is shown as a field.
@@ -75,7 +64,7 @@ public:
         const int place = nodes.size();
         nodes.append({path, {}});
         QVector<QPair<int, Field>> fields;
-        gather(object, branches, &fields);
+        gather(object, {}, branches, &fields);
         std::stable_sort(fields.begin(), fields.end(),
                          [](const auto &a, const auto &b) { return a.first < b.first; });
         for (const auto &field : qAsConst(fields)) {
@@ -90,21 +79,22 @@ public:
 
 private:
     // Members of "parameter" and "extendedParameters" count as the object's own.
-    static void gather(const QJsonObject &object, const QVector<Branch> &branches,
+    static void gather(const QJsonObject &object, const QString &prefix, const QVector<Branch> &branches,
                        QVector<QPair<int, Field>> *fields)
     {
         for (auto member = object.begin(); member != object.end(); ++member) {
             const QString key = member.key();
             const bool isBranch = std::any_of(branches.cbegin(), branches.cend(),
                                               [&](const Branch &branch) { return key == branch.key; });
-            if (key == nameKey || (isBranch && isList(*member))) {
+            const bool isName = prefix.isEmpty() && key == nameKey && member->isString();
+            if (isName || (isBranch && isList(*member))) {
                 continue;
             }
             if (member->isObject() && (key == parameterKey || key == extendedParametersKey)) {
-                gather(member->toObject(), {}, fields);
+                gather(member->toObject(), prefix + key + QLatin1Char('.'), {}, fields);
             } else {
                 fields->append({FormNames::placeOf(key),
-                                {FormNames::of(key), textOf(*member), holdsSecret(key, *member)}});
+                                {prefix + key, FormNames::of(key), *member, holdsSecret(key, *member)}});
             }
         }
     }
@@ -112,27 +102,48 @@ private:
     void readList(const QJsonObject &parent, const Branch &branch, const QStringList &path)
     {
         const QJsonArray list = parent.value(branch.key).toArray();
-        QMap<QString, int> uses;
+        const QStringList names = namesIn(list, textOf(parent.value(protocolKey)));
+        const QStringList folder = branch.title.isEmpty() ? path : path + QStringList{branch.title};
+        for (int entry = 0; entry < list.size(); ++entry) {
+            read(list.at(entry).toObject(), folder + QStringList{names.at(entry)}, {{datasKey, {}}});
+        }
+    }
+
+    // Of nodes with one name all but the first have a number behind it.
+    static QStringList namesIn(const QJsonArray &list, const QString &protocol)
+    {
+        QStringList names;
         int number = 0;
         for (const QJsonValue &value : list) {
             const QJsonObject object = value.toObject();
-            QString name = object.contains(nameKey)
-                ? textOf(object.value(nameKey))
-                : QStringLiteral("%1-%2").arg(textOf(parent.value(protocolKey))).arg(++number);
+            QString name = object.contains(nameKey) ? textOf(object.value(nameKey))
+                                                    : protocol + QStringLiteral("-%1").arg(++number);
             if (name.isEmpty()) {
                 name = textOf(object.value(addrKey)); // of a meter's item that has only its own name
             }
-            const int use = ++uses[name];
-            if (use > 1) {
-                name += QStringLiteral(" (%1)").arg(use);
-            }
-            const QStringList folder = branch.title.isEmpty() ? path : path + QStringList{branch.title};
-            read(object, folder + QStringList{name}, {{datasKey, {}}});
+            names.append(name);
         }
+        QSet<QString> taken(names.cbegin(), names.cend());
+        QHash<QString, int> numbers; // of the next node with the name
+        for (QString &name : names) {
+            const QString own = name;
+            int &next = numbers[own];
+            while (next > 0 && taken.contains(name)) {
+                name = own + QStringLiteral(" (%1)").arg(next++);
+            }
+            next = qMax(next, 2);
+            taken.insert(name);
+        }
+        return names;
     }
 };
 
 } // namespace
+
+QString Field::text() const
+{
+    return textOf(value);
+}
 
 QVector<Node> DocumentView::nodesOf(const QJsonObject &project)
 {

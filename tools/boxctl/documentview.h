@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonValue>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -11,9 +12,13 @@ class QJsonObject;
 namespace DocumentView {
 
 struct Field {
+    QString key; // which no other of the node has, as "ip" or "parameter.ip"
     QString name;
-    QString text;
+    QJsonValue value;
     bool isSecret = false;
+
+    // A string as it is, all else as JSON.
+    QString text() const;
 };
 
 // A definition, a tab of it, a point, or the project itself.

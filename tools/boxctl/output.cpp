@@ -2,6 +2,7 @@
 
 #include "boxctl/command.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -49,6 +50,12 @@ QString Output::masked(const QString &secret)
     return secret.isEmpty() ? QString() : QStringLiteral("********");
 }
 
+QString Output::jsonText(const QJsonValue &value)
+{
+    const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(list.mid(1, list.size() - 2));
+}
+
 void Output::line(const QString &text)
 {
     write(stdout, printable(text).toUtf8() + '\n');
@@ -56,7 +63,7 @@ void Output::line(const QString &text)
 
 void Output::json(const QJsonObject &object)
 {
-    write(stdout, QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
+    write(stdout, jsonText(object).toUtf8() + '\n');
 }
 
 void Output::text(const QString &text)

@@ -3,6 +3,7 @@
 #include <QString>
 
 class QJsonObject;
+class QJsonValue;
 
 // What the program prints, as UTF-8. Results go to the standard output, all else to the standard error.
 namespace Output {
@@ -22,7 +23,10 @@ void error(const QString &text);
 // closed.
 int finish(int status);
 
+// The text with a space in place of each character that is none to see: a control, a mark of direction.
 QString printable(const QString &text);
+// A value as JSON, in one line.
+QString jsonText(const QJsonValue &value);
 // In place of a secret; an empty one stays empty.
 QString masked(const QString &secret);
 

@@ -12,7 +12,7 @@ QString indented(const QString &text, int depth)
 
 QString shown(const DocumentView::Field &field, bool secrets)
 {
-    return field.isSecret && !secrets ? Output::masked(field.text) : field.text;
+    return field.isSecret && !secrets ? Output::masked(field.text()) : field.text();
 }
 
 void showFields(const DocumentView::Node &node, int depth, bool secrets)
