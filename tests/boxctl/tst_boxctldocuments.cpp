@@ -159,6 +159,11 @@ void TestBoxCtlDocuments::check_data()
         << withChange("192.168.1.60", "") << 1 << "Error: Standard/M: The IP address is empty.\n"
         << "{\"path\":[\"Standard\",\"M\"],\"severity\":\"error\",\"text\":\"The IP address is "
            "empty.\"}\n";
+    QTest::newRow("characters that are not seen")
+        << withChange("192.168.1.70", "").replace("\"B\"", "\"B\u202e\u007f\u009b\u2028\U000e0041\"") << 0
+        << "Warning: Box/B     : The IP address is empty.\n"
+        << "{\"path\":[\"Box\",\"B\\u202e\\u007f\\u009b\\u2028\\udb40\\udc41\"],"
+           "\"severity\":\"warning\",\"text\":\"The IP address is empty.\"}\n";
     QTest::newRow("no name") << withChange("\"name\": \"P\"", "\"name\": \"\"") << 1
                              << "Error: : The name is empty.\n"
                              << "{\"path\":[\"\"],\"severity\":\"error\",\"text\":\"The name is empty.\"}\n";

@@ -104,6 +104,9 @@ void TestBoxCtlSettings::listsOfBoxes_data()
     QTest::newRow("names and comments")
         << QByteArray("# the plant\n\n127.0.40.12 North  feeder # by the gate\r\n127.0.40.13") << "@list"
         << Outcome{1, QString(), refused.arg("127.0.40.12 (North feeder)") + refused.arg("127.0.40.13")};
+    QTest::newRow("characters that are not seen")
+        << QByteArray("127.0.40.12 No\u202ert\u009bh\x1b[2J") << "@list"
+        << Outcome{1, QString(), refused.arg("127.0.40.12 (No rt h [2J)")};
     QTest::newRow("twice") << QByteArray("127.0.40.12\n127.0.40.012\n") << "@list"
                            << Outcome{1, QString(),
                                       "boxctl: list:2: 127.0.40.12 is named twice and counts once\n"

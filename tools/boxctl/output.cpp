@@ -32,17 +32,55 @@ void write(FILE *stream, const QByteArray &bytes)
     write(stream, bytes.constData(), bytes.size());
 }
 
+// What is neither seen nor a blank: controls, marks of direction, line ends of Unicode.
+bool isHidden(uint character)
+{
+    switch (QChar::category(character)) {
+    case QChar::Other_Control:
+    case QChar::Other_Format:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return true;
+    default:
+        return false;
+    }
+}
+
+template <typename Replace> QString withoutHidden(const QString &text, Replace replace)
+{
+    QString shown;
+    shown.reserve(text.size());
+    for (int place = 0; place < text.size();) {
+        const bool isPair = text.at(place).isHighSurrogate() && place + 1 < text.size()
+            && text.at(place + 1).isLowSurrogate();
+        const uint code =
+            isPair ? QChar::surrogateToUcs4(text.at(place), text.at(place + 1)) : text.at(place).unicode();
+        const QStringRef character = text.midRef(place, isPair ? 2 : 1);
+        if (isHidden(code)) {
+            shown += replace(character);
+        } else {
+            shown += character;
+        }
+        place += character.size();
+    }
+    return shown;
+}
+
+// As JSON writes it, in two halves from U+10000 on.
+QString escaped(const QStringRef &character)
+{
+    QString text;
+    for (const QChar half : character) {
+        text += QStringLiteral("\\u%1").arg(half.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return text;
+}
+
 } // namespace
 
 QString Output::printable(const QString &text)
 {
-    QString shown = text;
-    for (QChar &character : shown) {
-        if (character.category() == QChar::Other_Control || character.category() == QChar::Other_Format) {
-            character = QLatin1Char(' ');
-        }
-    }
-    return shown;
+    return withoutHidden(text, [](const QStringRef &) { return QStringLiteral(" "); });
 }
 
 QString Output::masked(const QString &secret)
@@ -53,7 +91,7 @@ QString Output::masked(const QString &secret)
 QString Output::jsonText(const QJsonValue &value)
 {
     const QByteArray list = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(list.mid(1, list.size() - 2));
+    return withoutHidden(QString::fromUtf8(list.mid(1, list.size() - 2)), escaped);
 }
 
 void Output::line(const QString &text)

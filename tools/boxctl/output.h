@@ -8,7 +8,7 @@ class QJsonValue;
 // What the program prints, as UTF-8. Results go to the standard output, all else to the standard error.
 namespace Output {
 
-// One line. Control characters of it are shown as spaces: names and answers come from outside.
+// One line, printable: names and answers come from outside.
 void line(const QString &text);
 // One object as one line.
 void json(const QJsonObject &object);
@@ -23,9 +23,10 @@ void error(const QString &text);
 // closed.
 int finish(int status);
 
-// The text with a space in place of each character that is none to see: a control, a mark of direction.
+// The text with a space in place of each character that is not seen: a control, a mark of direction, a line
+// end.
 QString printable(const QString &text);
-// A value as JSON, in one line.
+// A value as JSON, in one line and with the same characters escaped.
 QString jsonText(const QJsonValue &value);
 // In place of a secret; an empty one stays empty.
 QString masked(const QString &secret);
