@@ -61,6 +61,7 @@ private slots:
     void diffOfHandMadeDocuments_data();
     void diffOfHandMadeDocuments();
     void diffOfSecrets();
+    void fullDiskIsTold();
 };
 
 void TestBoxCtlDocuments::wrongCalls_data()
@@ -385,6 +386,13 @@ void TestBoxCtlDocuments::diffOfSecrets()
     QCOMPARE(run({"diff", a, c}), (Outcome{1, "Box/B: WIFI Password: \"********\", not there\n", QString()}));
     QCOMPARE(run({"diff", "--show-secrets", a, b}),
              (Outcome{1, "Box/B: WIFI Password: \"tiger1\", \"tiger2\"\n", QString()}));
+}
+
+void TestBoxCtlDocuments::fullDiskIsTold()
+{
+    const QString call = "exec \"$0\" show \"$1\" > /dev/full";
+    QCOMPARE(run("sh", {"-c", call, BOXCTL_PROGRAM, oneSlave}),
+             (Outcome{1, QString(), "boxctl: the output could not be written: No space left on device\n"}));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlDocuments)

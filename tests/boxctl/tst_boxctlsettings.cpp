@@ -40,6 +40,7 @@ private slots:
     void manyBoxesAndFewFiles();
     void interruptTellsWhatIsUnfinished_data();
     void interruptTellsWhatIsUnfinished();
+    void closedPipeEndsNothing();
     void progressOnATerminal();
 };
 
@@ -317,6 +318,17 @@ void TestBoxCtlSettings::interruptTellsWhatIsUnfinished()
              QByteArray("boxctl: 127.0.40.10: interrupted while waiting for the heartbeat answer\n"
                         "boxctl: 127.0.40.11: interrupted before it was begun\n"));
     QCOMPARE(process.exitCode(), 1);
+}
+
+// Each Box is asked, though nobody reads the answers.
+void TestBoxCtlSettings::closedPipeEndsNothing()
+{
+    const SimulatedBox box(address, {"--fault", "late-heartbeat=100"});
+    const SimulatedBox second(other);
+    const QString call =
+        "mkfifo pipe; exec 3<>pipe; exec 4>pipe; exec 3<&-; exec \"$0\" info --jobs 1 $* >&4";
+    QCOMPARE(run("sh", {"-c", call, BOXCTL_PROGRAM, other, address}), (Outcome{0, QString(), QString()}));
+    QVERIFY(box.hasHeard("-> heartbeat"));
 }
 
 // A line a Box and a total, which stays.
