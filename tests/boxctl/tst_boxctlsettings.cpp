@@ -55,6 +55,8 @@ void TestBoxCtlSettings::wrongCalls_data()
     row("info 127.0.40", "'127.0.40' is no IPv4 address");
     row("info 127.0.40.256", "'127.0.40.256' is no IPv4 address");
     row("info localhost", "'localhost' is no IPv4 address");
+    row("info 127.0.40.10:30088", "'127.0.40.10:30088' is no IPv4 address");
+    row("info 127.0.40.10\n", "'127.0.40.10 ' is no IPv4 address");
     row("info 127.0.40.10 ::1", "'::1' is no IPv4 address");
     row("info --jobs 0 127.0.40.10", "--jobs takes a number from 1 to 1000");
     row("info --timeout x 127.0.40.10", "--timeout takes a number from 0.1 to 86400");
@@ -66,6 +68,7 @@ void TestBoxCtlSettings::wrongCalls_data()
     row("set 127.0.40.10 lan ip", "ip needs a text, as in ip=TEXT");
     row("set 127.0.40.10 lan ip=1.2.3.4 ip=1.2.3.5", "ip is named twice");
     row("set 127.0.40.10 lan ip=1.2.3", "ip takes an IPv4 address, or nothing");
+    row("set 127.0.40.10 lan dns1=1.2.3.4\n", "dns1 takes an IPv4 address, or nothing");
     row("set 127.0.40.10 wan dhcp=1", "dhcp takes on or off");
     row("set 127.0.40.10 lte state=yes", "state takes on or off");
     row("set 127.0.40.10 wifi password=tiger",
@@ -112,6 +115,14 @@ void TestBoxCtlSettings::listsOfBoxes_data()
                            << Outcome{1, QString(),
                                       "boxctl: list:2: 127.0.40.12 is named twice and counts once\n"
                                           + refused.arg("127.0.40.12")};
+    QTest::newRow("line ends of three systems")
+        << QByteArray("127.0.40.12\r127.0.40.13 South\r\n127.0.40.15\nnorth") << "@list"
+        << wrong("list:4: 'north' is no IPv4 address");
+    QTest::newRow("bare CR") << QByteArray("127.0.40.12\r127.0.40.13 South\r") << "@list"
+                             << Outcome{1, QString(),
+                                        refused.arg("127.0.40.12") + refused.arg("127.0.40.13 (South)")};
+    QTest::newRow("two on a line") << QByteArray("127.0.40.12\n127.0.40.13 South 127.0.40.014") << "@list"
+                                   << wrong("list:2: '127.0.40.014' is a second address on one line");
     QTest::newRow("no address") << QByteArray("127.0.40.12\nnorth\n") << "@list"
                                 << wrong("list:2: 'north' is no IPv4 address");
     QTest::newRow("empty") << QByteArray("# nobody\n") << "@list" << wrong("the list names no Box");

@@ -9,25 +9,11 @@
 #include <QRegularExpression>
 #include <QSet>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qint64 listLimit = qint64(1024) * 1024; // bytes
-
-// The address as it is compared and connected to; empty for what is none.
-QString addressOf(const QString &text)
-{
-    static const QRegularExpression dotted(
-        QStringLiteral("\\A(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)(?:\\.(?!\\z)|\\z)){4}\\z"));
-    if (!dotted.match(text).hasMatch()) {
-        return {};
-    }
-    QStringList numbers;
-    const QStringList parts = text.split(QLatin1Char('.'));
-    for (const QString &part : parts) {
-        numbers.append(QString::number(part.toInt()));
-    }
-    return numbers.join(QLatin1Char('.'));
-}
 
 class Reader
 {
@@ -39,8 +25,8 @@ public:
         if (argument.startsWith(QLatin1Char('@'))) {
             readFile(argument.mid(1));
         } else if (!argument.contains(QLatin1Char(':')) || QHostAddress().setAddress(argument)
-                   || !addressOf(argument.section(QLatin1Char(':'), 0, 0)).isEmpty()) {
-            add(argument, {}, {});
+                   || BoxTarget::isAddress(argument.section(QLatin1Char(':'), 0, 0))) {
+            add(argument, {}, {}); // with a port it is no address of a Box
         } else {
             readProject(argument);
         }
@@ -50,7 +36,7 @@ private:
     // Where it stands goes before the complaint.
     void add(const QString &text, const QString &name, const QString &place)
     {
-        const QString address = addressOf(text);
+        const QString address = BoxTarget::addressOf(text);
         if (address.isEmpty()) {
             fail(QStringLiteral("%1'%2' is no IPv4 address").arg(place, text.left(60)));
         } else if (m_known.contains(address)) {
@@ -70,14 +56,27 @@ private:
             return;
         }
         int number = 0;
-        const QStringList lines = QString::fromUtf8(bytes).split(QLatin1Char('\n'));
+        static const QRegularExpression end(QStringLiteral("\r\n?|\n"));
+        const QStringList lines = QString::fromUtf8(bytes).split(end);
         for (const QString &whole : lines) {
             ++number;
             const QString line = whole.section(QLatin1Char('#'), 0, 0).simplified();
             if (!line.isEmpty() && list.ok()) {
-                add(line.section(QLatin1Char(' '), 0, 0), line.section(QLatin1Char(' '), 1),
-                    QStringLiteral("%1:%2: ").arg(path).arg(number));
+                readLine(line, QStringLiteral("%1:%2: ").arg(path, QString::number(number)));
             }
+        }
+    }
+
+    // An address and the words of a name.
+    void readLine(const QString &line, const QString &place)
+    {
+        QStringList words = line.split(QLatin1Char(' '));
+        const QString address = words.takeFirst();
+        const auto second = std::find_if(words.cbegin(), words.cend(), BoxTarget::isAddress);
+        if (BoxTarget::isAddress(address) && second != words.cend()) {
+            fail(QStringLiteral("%1'%2' is a second address on one line").arg(place, *second));
+        } else {
+            add(address, words.join(QLatin1Char(' ')), place);
         }
     }
 
@@ -134,6 +133,21 @@ private:
 QString BoxTarget::label() const
 {
     return name.isEmpty() ? address : QStringLiteral("%1 (%2)").arg(address, name);
+}
+
+QString BoxTarget::addressOf(const QString &text)
+{
+    static const QRegularExpression dotted(
+        QStringLiteral("\\A(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)(?:\\.(?!\\z)|\\z)){4}\\z"));
+    if (!dotted.match(text).hasMatch()) {
+        return {};
+    }
+    QStringList numbers;
+    const QStringList parts = text.split(QLatin1Char('.'));
+    for (const QString &part : parts) {
+        numbers.append(QString::number(part.toInt()));
+    }
+    return numbers.join(QLatin1Char('.'));
 }
 
 bool BoxTarget::isAddress(const QString &text)

@@ -12,6 +12,8 @@ struct BoxTarget {
     // The address, and the name in brackets if there is one.
     QString label() const;
     static bool isAddress(const QString &text);
+    // As address has it; empty for what is none.
+    static QString addressOf(const QString &text);
 };
 
 // The Boxes of a call: each argument an address, "@FILE", "PROJECT.json:" or "PROJECT.json:NAME".
