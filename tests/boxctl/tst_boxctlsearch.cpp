@@ -131,6 +131,10 @@ void TestBoxCtlSearch::findsTheBox_data()
                                         "{\"box\":\"10.213.8.70\",\"mask\":\"255.255.255.0\","
                                         "\"model\":\"MRN-GATE-70\",\"ok\":true}\n",
                                         QString()};
+    // Not octal, as the system reads it.
+    QTest::newRow("with zeros in front")
+        << true << QStringList{"--seconds", "1", "--bind", "010.213.8.001"}
+        << Outcome{0, "10.213.8.70: mask 255.255.255.0, model MRN-GATE-70\n", QString()};
     QTest::newRow("none") << false << QStringList{"--seconds", "1"} << Outcome{1, QString(), QString()};
     QTest::newRow("not its address")
         << true << QStringList{"--seconds", "1", "--bind", "10.213.8.2"}
@@ -149,11 +153,15 @@ void TestBoxCtlSearch::findsTheBox()
     QProcess box;
     box.start("ip",
               {"netns", "exec", hostName("b"), BOXSIM_PROGRAM, "--address", boxAddress, "--discovery-address",
-               "0.0.0.0", answers ? QString("--quiet") : QString("--fault=no-discovery")});
+               "0.0.0.0", "--log", "box.log",
+               answers ? QString("--quiet") : QString("--fault=no-discovery")});
     QVERIFY(QTest::qWaitFor([&box] { return box.peek(1000).contains("listening on"); }));
     QCOMPARE(runAs(hostName("t"), QStringList{BOXCTL_PROGRAM, "search"} + options), outcome);
     box.terminate();
     QVERIFY(box.waitForFinished());
+    if (options.contains("2")) { // asked once at the beginning and once a second later
+        QVERIFY(Files::contents("box.log").count("search") >= 2);
+    }
 }
 
 void TestBoxCtlSearch::portThatIsNotItsOwnIsTold()

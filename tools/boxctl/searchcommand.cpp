@@ -8,10 +8,12 @@
 #include <QJsonObject>
 #include <QNetworkInterface>
 #include <QSet>
+#include <QTimer>
 
 namespace {
 
 constexpr int mostSeconds = 3600;
+constexpr int broadcastInterval = 1000; // ms
 
 // The first IPv4 address of each interface that is up and no loopback.
 QList<QHostAddress> localAddresses()
@@ -51,10 +53,10 @@ public:
             QObject::connect(
                 search, &BoxSearch::failed, &m_context,
                 [this](const QHostAddress &from, const QString &error) { tellFailure(from, error); });
-            QObject::connect(search, &BoxSearch::finished, search, &BoxSearch::start);
-            search->start();
-            search->broadcast(); // the next one comes in a second
+            QObject::connect(&m_broadcasts, &QTimer::timeout, search, &BoxSearch::broadcast);
+            search->broadcast();
         }
+        m_broadcasts.start(broadcastInterval);
         QEventLoop loop;
         QTimer::singleShot(seconds * 1000, &loop, &QEventLoop::quit);
         QTimer look;
@@ -96,7 +98,8 @@ private:
         }
     }
 
-    QObject m_context; // owns the searches
+    QObject m_context;   // owns the searches
+    QTimer m_broadcasts; // for as long as the call wants, where a search of its own ends after ten seconds
     bool m_json;
     QSet<QString> m_boxes;
     QSet<QString> m_failed;
@@ -114,8 +117,9 @@ int run(const Call &call)
     if (call.isSet("bind") && !BoxTarget::isAddress(call.value("bind"))) {
         return call.wrong(QStringLiteral("--bind takes an IPv4 address"));
     }
-    const QList<QHostAddress> addresses =
-        call.isSet("bind") ? QList<QHostAddress>{QHostAddress(call.value("bind"))} : localAddresses();
+    const QList<QHostAddress> addresses = call.isSet("bind")
+        ? QList<QHostAddress>{QHostAddress(BoxTarget::addressOf(call.value("bind")))}
+        : localAddresses();
     if (addresses.isEmpty()) {
         Output::error(QStringLiteral("no network interface with an IPv4 address is up"));
         return SomeFailed;
