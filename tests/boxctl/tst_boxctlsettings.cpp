@@ -71,6 +71,8 @@ void TestBoxCtlSettings::wrongCalls_data()
     row("set 127.0.40.10 lan dns1=1.2.3.4\n", "dns1 takes an IPv4 address, or nothing");
     row("set 127.0.40.10 wan dhcp=1", "dhcp takes on or off");
     row("set 127.0.40.10 lte state=yes", "state takes on or off");
+    row("set 127.0.40.10 wifi password", "password needs a source: password=@FILE or password=-");
+    row("set 127.0.40.10 wifi password=@/dev/zero", "/dev/zero: it holds more than 4 KiB");
     row("set 127.0.40.10 wifi password=tiger",
         "a password is no argument, which others can see: password=@FILE or password=-");
     row("set 127.0.40.10 wifi password=@missing", "missing: No such file or directory");

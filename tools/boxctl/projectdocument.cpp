@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QLocale>
 
 namespace {
 
@@ -45,7 +46,7 @@ bool readWhole(const QString &path, qint64 limit, QByteArray *bytes, QString *er
         return false;
     }
     if (bytes->size() > limit) {
-        *error = QStringLiteral("it holds more than %1 MiB").arg(limit / 1024 / 1024);
+        *error = QStringLiteral("it holds more than ") + QLocale::c().formattedDataSize(limit, 0);
         return false;
     }
     return true;

@@ -52,7 +52,9 @@ public:
         if (field < 0) {
             error = QStringLiteral("%1 has no field '%2'").arg(SettingsFields::nameOf(change.group), name);
         } else if (!word.contains(QLatin1Char('='))) {
-            error = QStringLiteral("%1 needs a text, as in %1=TEXT").arg(name);
+            const bool isSecret = field == SettingsFields::secretOf(change.group);
+            error = isSecret ? QStringLiteral("%1 needs a source: %1=@FILE or %1=-").arg(name)
+                             : QStringLiteral("%1 needs a text, as in %1=TEXT").arg(name);
         } else if (change.fields.contains(field)) {
             error = QStringLiteral("%1 is named twice").arg(name);
         } else {
