@@ -2,7 +2,7 @@
 # Commissions the Boxes of a list: all must answer, then each gets the time server, the time and the project, and is
 # rebooted. Ends at the first step that fails on a Box, which boxctl names; it may be run again as it stands.
 #
-#   docs/commission.sh plant.txt riverside.json 10.0.0.1
+#   commission.sh plant.txt riverside.json 10.0.0.1
 #
 # plant.txt has a Box a line: its address and, if you like, a name behind it.
 set -eu

@@ -53,5 +53,6 @@ install(FILES ${CMAKE_CURRENT_LIST_DIR}/boxctl.bash
 install(FILES ${manual_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${documents}
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png")
+install(PROGRAMS ${PROJECT_SOURCE_DIR}/docs/commission.sh DESTINATION ${documents}/examples)
 
 include(${CMAKE_CURRENT_LIST_DIR}/deb.cmake)

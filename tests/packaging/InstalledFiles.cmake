@@ -15,6 +15,7 @@ set(expected
   share/applications/marlin-gate-70.desktop
   share/doc/marlin-gate-70/changelog
   share/doc/marlin-gate-70/copyright
+  share/doc/marlin-gate-70/examples/commission.sh
   share/icons/hicolor/scalable/apps/marlin-gate-70.svg
   share/man/man1/marlin-gate-70.1
   share/metainfo/org.marlingate.marlingate70.metainfo.xml)
@@ -52,7 +53,7 @@ endforeach()
 # tells apart.
 function(has_every_word tool option)
   execute_process(COMMAND ${prefix}/bin/${tool} ${option} OUTPUT_VARIABLE help COMMAND_ERROR_IS_FATAL ANY)
-  string(REGEX REPLACE "\nExamples:.*" "" help "${help}")
+  string(REGEX REPLACE "\n  or: [^\n]*|\nExamples:.*" "" help "${help}")
   string(REGEX MATCHALL "\n  (-h, )?[a-z-]+" words "${help}")
   file(READ ${prefix}/share/man/man1/${tool}.1 page)
   string(REGEX REPLACE "\\\\f[A-Z]|\\\\" "" page "${page}") # fonts and escapes
@@ -71,4 +72,10 @@ endforeach()
 if(HELP2MAN)
   has_every_word(boxctl --help-all)
   has_every_word(boxsim --help)
+  # Each line of the usage is part of the synopsis.
+  file(READ ${prefix}/share/man/man1/boxctl.1 page)
+  string(FIND "${page}" ".SH DESCRIPTION\nWorks with Boxes" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "The description of the manual page of boxctl does not begin with its first sentence.")
+  endif()
 endif()

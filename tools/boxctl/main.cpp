@@ -8,7 +8,8 @@ namespace {
 // clang-format off
 const char description[] =
     "Usage: boxctl COMMAND [options] ARGUMENTS\n"
-    "       boxctl COMMAND --help\n"
+    "  or:  boxctl COMMAND --help\n"
+    "\n"
     "Works with Boxes and their projects from a shell or a script, many at once.\n"
     "\n"
     "Options:\n"
@@ -34,8 +35,8 @@ const char more[] =
     "  1  Some Box failed or refused, which is told on the standard error. Of diff:\n"
     "     something differs. Of check: there are errors.\n"
     "  2  The call is wrong. Nothing was sent.\n"
-    "  3  A file that was named is no project document, or can't be read. Nothing was\n"
-    "     sent.\n";
+    "  3  A file that was named is no project document, can't be read or, of program,\n"
+    "     is empty; of push, the document has errors. Nothing was sent.\n";
 // clang-format on
 
 QString help()
