@@ -1,6 +1,7 @@
 #include "boxctltest.h"
 #include "files.h"
 
+#include <QTcpServer>
 #include <QtTest>
 
 #include <csignal>
@@ -42,6 +43,8 @@ private slots:
     void interruptTellsWhatIsUnfinished();
     void closedPipeEndsNothing();
     void progressOnATerminal();
+    void progressOnASmallTerminal_data();
+    void progressOnASmallTerminal();
 };
 
 void TestBoxCtlSettings::wrongCalls_data()
@@ -358,6 +361,39 @@ void TestBoxCtlSettings::progressOnATerminal()
         outcome.out.endsWith("127.0.40.10: version 1.0.0, serial number SIM00000001, model MRN-GATE-70\r\n"
                              "1 of 2 Boxes done, 1 failed\r\n"),
         qPrintable(outcome.out));
+}
+
+void TestBoxCtlSettings::progressOnASmallTerminal_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QString>("drawn");
+    const QString first = "127.0.40.60 (北京变电站一号网\r\n";
+    const QString second = "127.0.40.61 (North feeder): c\r\n";
+    const QString third = "127.0.40.62: connecting\r\n";
+    const QString total = "0 of 3 Boxes done, 0 failed\r\n";
+    QTest::newRow("room for all") << 5 << first + second + third + total;
+    QTest::newRow("one line too few") << 4 << first + "and 2 more\r\n" + total;
+    QTest::newRow("for no Box") << 3 << "and 3 more\r\n" + total;
+    QTest::newRow("for the total") << 2 << total;
+    QTest::newRow("for nothing") << 1 << total;
+}
+
+// No line wraps, and none goes past the upper edge, where it could not be erased.
+void TestBoxCtlSettings::progressOnASmallTerminal()
+{
+    QFETCH(int, rows);
+    QFETCH(QString, drawn);
+    QTcpServer silent[3]; // the system accepts for them
+    for (int box = 0; box < 3; ++box) {
+        QVERIFY(silent[box].listen(QHostAddress(QString("127.0.40.6%1").arg(box)), 30088));
+    }
+    Files::put("names", "127.0.40.60 北京变电站一号网关二层\n127.0.40.61 North feeder\n127.0.40.62\n");
+    const QString command =
+        QString("stty rows %1 cols 30; %2 info --timeout 0.3 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
+    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
+    QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
+    const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
+    QVERIFY2(outcome.out.mid(drawn.size()).startsWith(erased), qPrintable(outcome.out));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlSettings)

@@ -11,7 +11,6 @@ namespace {
 
 constexpr int drawingPause = 100; // ms
 constexpr int mostJobs = 1000;
-constexpr int progressLines = 20;    // at most, so that they fit on a terminal
 constexpr double leastSeconds = 0.1; // of a time-out
 constexpr int mostSeconds = 86400;
 
@@ -183,6 +182,22 @@ QString BoxRun::total() const
         .arg(m_failed);
 }
 
+QStringList BoxRun::progress(int mostLines) const
+{
+    const int room = mostLines - 1; // above the total
+    const int shown = m_running.size() <= room ? m_running.size() : room - 1;
+    QStringList lines;
+    for (auto running = m_running.cbegin(); running != m_running.cend() && lines.size() < shown; ++running) {
+        lines.append(
+            QStringLiteral("%1: %2").arg(m_list.boxes.at(running.key()).label(), running.value()->state()));
+    }
+    if (shown >= 0 && shown < m_running.size()) {
+        lines.append(QStringLiteral("and %1 more").arg(m_running.size() - shown));
+    }
+    lines.append(total());
+    return lines;
+}
+
 void BoxRun::drawProgress()
 {
     m_isStale = true;
@@ -191,14 +206,7 @@ void BoxRun::drawProgress()
     }
     m_isStale = false;
     clearProgress();
-    QStringList lines;
-    for (auto running = m_running.cbegin(); running != m_running.cend(); ++running) {
-        if (lines.size() < progressLines) {
-            lines.append(QStringLiteral("%1: %2").arg(m_list.boxes.at(running.key()).label(),
-                                                      running.value()->state()));
-        }
-    }
-    lines.append(total());
+    const QStringList lines = progress(Terminal::mostLines());
     Terminal::draw(lines);
     m_drawnLines = lines.size();
     m_lastDrawn.start();

@@ -43,6 +43,8 @@ private:
     void interrupt();
     void tell(const BoxTarget &box, const BoxTask::Outcome &outcome);
     QString total() const;
+    // A line for each Box that is at work, as many as there is room for, and the total.
+    QStringList progress(int mostLines) const;
     // Not too often; what is put off is drawn a moment later.
     void drawProgress();
     void clearProgress();

@@ -28,11 +28,31 @@ namespace {
 
 constexpr int filesBeside = 32; // of the program itself
 constexpr int usualWidth = 80;
+constexpr int usualHeight = 24;
 
-int width()
+// All zero where the terminal does not say.
+winsize windowSize()
 {
     winsize size = {};
-    return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usualWidth;
+    ioctl(STDERR_FILENO, TIOCGWINSZ, &size);
+    return size;
+}
+
+// From Hangul on, where those of East Asia lie, each character counts as two columns: a line that is cut
+// early does no harm, one that wraps is not erased.
+QString cutToColumns(const QString &text, int columns)
+{
+    constexpr ushort firstWide = 0x1100;
+    int length = 0;
+    for (const QChar character : text) {
+        const int width = character.unicode() < firstWide ? 1 : 2;
+        columns -= character.isLowSurrogate() ? 0 : width; // its other half has counted
+        if (columns < 0) {
+            break;
+        }
+        ++length;
+    }
+    return text.left(length);
 }
 
 // The terminal that is asked on, and how it was before; for the handler of a signal.
@@ -83,11 +103,18 @@ bool Terminal::isOutputTerminal()
     return is;
 }
 
+int Terminal::mostLines()
+{
+    const int rows = windowSize().ws_row;
+    return qMax(1, (rows > 0 ? rows : usualHeight) - 1);
+}
+
 void Terminal::draw(const QStringList &lines)
 {
-    const int columns = width() - 1;
+    const int width = windowSize().ws_col;
+    const int columns = (width > 0 ? width : usualWidth) - 1;
     for (const QString &line : lines) {
-        fprintf(stderr, "%s\n", Output::printable(line).left(columns).toUtf8().constData());
+        fprintf(stderr, "%s\n", cutToColumns(Output::printable(line), columns).toUtf8().constData());
     }
 }
 
@@ -134,6 +161,11 @@ bool Terminal::isErrorTerminal()
 bool Terminal::isOutputTerminal()
 {
     return false;
+}
+
+int Terminal::mostLines()
+{
+    return 1;
 }
 
 void Terminal::draw(const QStringList &) {}

@@ -11,6 +11,8 @@ namespace Terminal {
 
 // Whether the standard error is one: progress goes there.
 bool isErrorTerminal();
+// How many lines fit on it above the one with the cursor.
+int mostLines();
 // Lines on it, cut to its width, and as many lines above the cursor away.
 void draw(const QStringList &lines);
 void erase(int lines);
