@@ -88,7 +88,8 @@ void TestBoxCtlPushes::pushAsJson()
                           + "\",\"ok\":true,T}\n"
                             "{\"box\":\"127.0.40.22\",\"error\":\"No connection (Connection refused)\","
                             "\"ok\":false}\n",
-                      "boxctl: 127.0.40.22: No connection (Connection refused)\n"}));
+                      "boxctl: 127.0.40.22: No connection (Connection refused)\n"
+                      "boxctl: 1 of 2 Boxes done, 1 failed\n"}));
 }
 
 void TestBoxCtlPushes::documentWithErrorsIsNotPushed()
@@ -163,7 +164,7 @@ void TestBoxCtlPushes::faults()
     // The Box that fails keeps no other from its project.
     QCOMPARE(timeless(run({"push", "pushed.json", address, other, "--jobs", "1"})),
              (Outcome{1, QString("127.0.40.21: took pushed.json, %1 bytes T\n").arg(large.size()),
-                      "boxctl: 127.0.40.20: " + error + QLatin1Char('\n')}));
+                      "boxctl: 127.0.40.20: " + error + "\nboxctl: 1 of 2 Boxes done, 1 failed\n"}));
 }
 
 void TestBoxCtlPushes::program()
@@ -220,7 +221,8 @@ void TestBoxCtlPushes::interruptTellsOfThePushUnderWay()
     QCOMPARE(process.readAllStandardError(),
              QByteArray("boxctl: 127.0.40.20: interrupted while the push is under way, all handed over and "
                         "no verdict yet\n"
-                        "boxctl: 127.0.40.21: interrupted before it was begun\n"));
+                        "boxctl: 127.0.40.21: interrupted before it was begun\n"
+                        "boxctl: 0 of 2 Boxes done, 2 failed\n"));
     QCOMPARE(process.exitCode(), 1);
 }
 
@@ -262,7 +264,7 @@ void TestBoxCtlPushes::commissioningScript()
     const QString path = QFileInfo(BOXCTL_PROGRAM).path() + ":" + qEnvironmentVariable("PATH");
     const Outcome outcome =
         run("env", {"PATH=" + path, SOURCE_ROOT "/docs/commission.sh", "plant.txt", oneSlave, "10.0.0.1"});
-    QCOMPARE(outcome.error, QString());
+    QCOMPARE(outcome.error, QString("boxctl: 10 of 10 Boxes done, 0 failed\n").repeated(5));
     QVERIFY2(outcome.out.endsWith("all Boxes of plant.txt run " + oneSlave + "\n"), qPrintable(outcome.out));
     QCOMPARE(outcome.out.count(QLatin1Char('\n')), 5 * 10 + 1);
     QCOMPARE(run({"get", "@plant.txt", "ntp"}).out.count("ntp server=10.0.0.1\n"), 10);
@@ -273,7 +275,9 @@ void TestBoxCtlPushes::commissioningScript()
     boxes.pop_back();
     const Outcome failed =
         run("env", {"PATH=" + path, SOURCE_ROOT "/docs/commission.sh", "plant.txt", oneSlave, "10.0.0.1"});
-    QCOMPARE(failed.error, QString("boxctl: 127.0.40.59 (Box): Connection refused\n"));
+    QCOMPARE(
+        failed.error,
+        QString("boxctl: 127.0.40.59 (Box): Connection refused\nboxctl: 9 of 10 Boxes done, 1 failed\n"));
     QCOMPARE(failed.status, 1);
 }
 

@@ -42,6 +42,7 @@ private slots:
     void interruptTellsWhatIsUnfinished_data();
     void interruptTellsWhatIsUnfinished();
     void closedPipeEndsNothing();
+    void progressInALog();
     void progressOnATerminal();
     void progressOnASmallTerminal_data();
     void progressOnASmallTerminal();
@@ -63,6 +64,7 @@ void TestBoxCtlSettings::wrongCalls_data()
     row("info 127.0.40.10 ::1", "'::1' is no IPv4 address");
     row("info --jobs 0 127.0.40.10", "--jobs takes a number from 1 to 1000");
     row("info --timeout x 127.0.40.10", "--timeout takes a number from 0.1 to 86400");
+    row("info --progress x 127.0.40.10", "--progress takes a number from 0 to 86400");
     row("reboot --wait-limit 0 127.0.40.10", "--wait-limit takes a number from 1 to 86400");
     row("get lan", "a Box is missing");
     row("set 127.0.40.10", "it takes a group: lan wan wifi lte ntp time");
@@ -152,7 +154,7 @@ void TestBoxCtlSettings::listsOfBoxes()
     QFETCH(QString, argument);
     QFETCH(Outcome, outcome);
     Files::put("list", list);
-    QCOMPARE(run({"info", "--jobs", "1", argument}), outcome);
+    QCOMPARE(run({"info", "--jobs", "1", "--progress", "0", argument}), outcome);
 }
 
 void TestBoxCtlSettings::info()
@@ -180,7 +182,8 @@ void TestBoxCtlSettings::oneThatFailsStopsNoOther()
                           + "\n{\"box\":\"127.0.40.12\",\"error\":\"Connection refused\",\"ok\":false}\n"
                             "{\"box\":\"127.0.40.11\","
                           + identity + "\n",
-                      "boxctl: 127.0.40.12: Connection refused\n"}));
+                      "boxctl: 127.0.40.12: Connection refused\n"
+                      "boxctl: 2 of 3 Boxes done, 1 failed\n"}));
 }
 
 void TestBoxCtlSettings::faults_data()
@@ -309,7 +312,8 @@ void TestBoxCtlSettings::manyBoxesAndFewFiles()
     QVERIFY(process.waitForFinished());
     const QString error = QString::fromUtf8(process.readAllStandardError());
     QCOMPARE(error.count(": Connection refused\n"), 1000);
-    QCOMPARE(error.count(QLatin1Char('\n')), 1000);
+    QCOMPARE(error.count(QLatin1Char('\n')), 1000 + 1);
+    QVERIFY(error.endsWith("boxctl: 0 of 1000 Boxes done, 1000 failed\n"));
     QCOMPARE(process.exitCode(), 1);
 }
 
@@ -332,7 +336,8 @@ void TestBoxCtlSettings::interruptTellsWhatIsUnfinished()
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.readAllStandardError(),
              QByteArray("boxctl: 127.0.40.10: interrupted while waiting for the heartbeat answer\n"
-                        "boxctl: 127.0.40.11: interrupted before it was begun\n"));
+                        "boxctl: 127.0.40.11: interrupted before it was begun\n"
+                        "boxctl: 0 of 2 Boxes done, 2 failed\n"));
     QCOMPARE(process.exitCode(), 1);
 }
 
@@ -342,9 +347,21 @@ void TestBoxCtlSettings::closedPipeEndsNothing()
     const SimulatedBox box(address, {"--fault", "late-heartbeat=100"});
     const SimulatedBox second(other);
     const QString call =
-        "mkfifo pipe; exec 3<>pipe; exec 4>pipe; exec 3<&-; exec \"$0\" info --jobs 1 $* >&4";
+        "mkfifo pipe; exec 3<>pipe; exec 4>pipe; exec 3<&-; exec \"$0\" info --jobs 1 --progress 0 $* >&4";
     QCOMPARE(run("sh", {"-c", call, BOXCTL_PROGRAM, other, address}), (Outcome{0, QString(), QString()}));
     QVERIFY(box.hasHeard("-> heartbeat"));
+}
+
+// Told once for as long as it lasts.
+void TestBoxCtlSettings::progressInALog()
+{
+    const SimulatedBox box(address, {"--fault", "late-heartbeat=700"});
+    const Outcome outcome = run({"info", "--progress", "0.2", address, nowhere});
+    QCOMPARE(outcome,
+             (Outcome{1, "127.0.40.10: version 1.0.0, serial number SIM00000001, model MRN-GATE-70\n",
+                      "boxctl: 127.0.40.12: Connection refused\n"
+                      "boxctl: 127.0.40.10: waiting for the heartbeat answer\n"
+                      "boxctl: 1 of 2 Boxes done, 1 failed\n"}));
 }
 
 // A line a Box and a total, which stays.
@@ -389,7 +406,7 @@ void TestBoxCtlSettings::progressOnASmallTerminal()
     }
     Files::put("names", "127.0.40.60 北京变电站一号网关二层\n127.0.40.61 North feeder\n127.0.40.62\n");
     const QString command =
-        QString("stty rows %1 cols 30; %2 info --timeout 0.3 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
+        QString("stty rows %1 cols 30; %2 info --timeout 0.1 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
     const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
     QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
     const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));

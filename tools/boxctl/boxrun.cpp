@@ -12,7 +12,7 @@ namespace {
 constexpr int drawingPause = 100; // ms
 constexpr int mostJobs = 1000;
 constexpr double leastSeconds = 0.1; // of a time-out
-constexpr int mostSeconds = 86400;
+constexpr int mostSeconds = 86400;   // of a time-out and between two words on the progress
 
 } // namespace
 
@@ -21,16 +21,17 @@ QList<QCommandLineOption> BoxRun::options()
     return {
         {"jobs", "Work on so many Boxes side by side. Default: 16.", "number", "16"},
         {"timeout", "Wait so long for a connection and for each answer. Default: 10.", "seconds", "10"},
+        {"progress",
+         "Where no terminal shows what the Boxes are doing, tell it so often. 0 leaves it and the total out. "
+         "Default: 10.",
+         "seconds", "10"},
         {"json", "Print one JSON object a Box and line."},
     };
 }
 
 std::optional<int> BoxRun::timeoutOf(const Call &call)
 {
-    bool ok = false;
-    const double seconds = call.value("timeout").toDouble(&ok);
-    return ok && seconds >= leastSeconds && seconds <= mostSeconds ? std::optional(int(seconds * 1000))
-                                                                   : std::nullopt;
+    return call.milliseconds("timeout", leastSeconds, mostSeconds);
 }
 
 int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &maker, const Check &lastCheck)
@@ -38,6 +39,10 @@ int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &ma
     const std::optional<int> jobs = call.number("jobs", 1, mostJobs);
     if (!jobs) {
         return call.wrong(QStringLiteral("--jobs takes a number from 1 to %1").arg(mostJobs));
+    }
+    const std::optional<int> interval = call.milliseconds("progress", 0, mostSeconds);
+    if (!interval) {
+        return call.wrong(QStringLiteral("--progress takes a number from 0 to %1").arg(mostSeconds));
     }
     BoxList list;
     const int status = read(call, boxes, &list);
@@ -48,7 +53,7 @@ int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &ma
     if (!wrong.isEmpty()) {
         return call.wrong(wrong);
     }
-    return BoxRun(list, qMin(*jobs, Terminal::mostConnections()), call.isSet("json"), maker).run();
+    return BoxRun(list, qMin(*jobs, Terminal::mostConnections()), *interval, call.isSet("json"), maker).run();
 }
 
 int BoxRun::read(const Call &call, const QStringList &boxes, BoxList *list)
@@ -71,9 +76,10 @@ int BoxRun::read(const Call &call, const QStringList &boxes, BoxList *list)
     return AllDone;
 }
 
-BoxRun::BoxRun(const BoxList &list, int jobs, bool json, TaskMaker maker)
+BoxRun::BoxRun(const BoxList &list, int jobs, int interval, bool json, TaskMaker maker)
     : m_list(list)
     , m_jobs(jobs)
+    , m_interval(interval)
     , m_json(json)
     , m_maker(std::move(maker))
 {
@@ -94,13 +100,17 @@ int BoxRun::run()
         }
     });
     m_signalTimer.start(Interruption::pause);
+    connect(&m_progressTimer, &QTimer::timeout, this, &BoxRun::tellProgress);
+    if (m_interval > 0 && !Terminal::isErrorTerminal()) {
+        m_progressTimer.start(m_interval);
+    }
     startMore();
     if (!m_running.isEmpty()) {
         loop.exec();
     }
     clearProgress();
-    if (Terminal::isErrorTerminal() && m_list.boxes.size() > 1) {
-        Terminal::draw({total()});
+    if (m_interval > 0 && m_list.boxes.size() > 1) {
+        tellTotal();
     }
     return m_failed > 0 ? SomeFailed : AllDone;
 }
@@ -182,6 +192,26 @@ QString BoxRun::total() const
         .arg(m_failed);
 }
 
+void BoxRun::tellTotal() const
+{
+    if (Terminal::isErrorTerminal()) {
+        Terminal::draw({total()});
+    } else {
+        Output::error(total());
+    }
+}
+
+void BoxRun::tellProgress()
+{
+    for (auto running = m_running.cbegin(); running != m_running.cend(); ++running) {
+        const QString state = running.value()->state();
+        if (m_told.value(running.key()) != state) {
+            m_told.insert(running.key(), state);
+            Output::error(QStringLiteral("%1: %2").arg(m_list.boxes.at(running.key()).label(), state));
+        }
+    }
+}
+
 QStringList BoxRun::progress(int mostLines) const
 {
     const int room = mostLines - 1; // above the total
@@ -201,7 +231,8 @@ QStringList BoxRun::progress(int mostLines) const
 void BoxRun::drawProgress()
 {
     m_isStale = true;
-    if (!Terminal::isErrorTerminal() || (m_lastDrawn.isValid() && m_lastDrawn.elapsed() < drawingPause)) {
+    if (m_interval == 0 || !Terminal::isErrorTerminal()
+        || (m_lastDrawn.isValid() && m_lastDrawn.elapsed() < drawingPause)) {
         return;
     }
     m_isStale = false;

@@ -4,6 +4,7 @@
 #include "boxctl/command.h"
 
 #include <QElapsedTimer>
+#include <QHash>
 #include <QMap>
 #include <QTimer>
 
@@ -35,7 +36,9 @@ public:
     static std::optional<int> timeoutOf(const Call &call);
 
 private:
-    BoxRun(const BoxList &list, int jobs, bool json, TaskMaker maker);
+    // Tells the progress at such an interval, in milliseconds, if there is no terminal to draw it on; not at
+    // all with 0.
+    BoxRun(const BoxList &list, int jobs, int interval, bool json, TaskMaker maker);
 
     int run();
     void startMore();
@@ -43,21 +46,27 @@ private:
     void interrupt();
     void tell(const BoxTarget &box, const BoxTask::Outcome &outcome);
     QString total() const;
+    void tellTotal() const;
     // A line for each Box that is at work, as many as there is room for, and the total.
     QStringList progress(int mostLines) const;
+    // What each Box is doing, if it is not what was told the last time.
+    void tellProgress();
     // Not too often; what is put off is drawn a moment later.
     void drawProgress();
     void clearProgress();
 
     BoxList m_list;
     int m_jobs;
+    int m_interval;
     bool m_json;
     TaskMaker m_maker;
     QMap<int, BoxTask *> m_running; // by the place in the list
     int m_next = 0;
     int m_done = 0;
     int m_failed = 0;
+    QHash<int, QString> m_told; // by the place in the list
     QTimer m_signalTimer;
+    QTimer m_progressTimer;
     QElapsedTimer m_lastDrawn;
     int m_drawnLines = 0;
     bool m_isStale = false; // what is drawn is no longer so

@@ -32,6 +32,13 @@ std::optional<int> Call::number(const char *option, int least, int most) const
     return ok && number >= least && number <= most ? std::optional(number) : std::nullopt;
 }
 
+std::optional<int> Call::milliseconds(const char *option, double least, int most) const
+{
+    bool ok = false;
+    const double seconds = value(option).toDouble(&ok);
+    return ok && seconds >= least && seconds <= most ? std::optional(int(seconds * 1000)) : std::nullopt;
+}
+
 int Call::wrong(const QString &why) const
 {
     const QString name = QLatin1String(m_command.name);

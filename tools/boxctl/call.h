@@ -24,6 +24,9 @@ public:
     // Nothing for what is no whole number in the range.
     std::optional<int> number(const char *option, int least, int most) const;
 
+    // Seconds, which need not be whole, in milliseconds.
+    std::optional<int> milliseconds(const char *option, double least, int most) const;
+
     // Says why the call is wrong and gives the status for it.
     int wrong(const QString &why) const;
 
