@@ -1,7 +1,6 @@
 #include "boxctltest.h"
 #include "files.h"
 
-#include <QTcpServer>
 #include <QtTest>
 
 #include <csignal>
@@ -21,15 +20,13 @@ QStringList words(const char *text)
 
 } // namespace
 
-// What is asked of Boxes, and which Boxes a call names.
+// What is asked of Boxes.
 class TestBoxCtlSettings : public QObject
 {
     Q_OBJECT
 private slots:
     void wrongCalls_data();
     void wrongCalls();
-    void listsOfBoxes_data();
-    void listsOfBoxes();
     void info();
     void oneThatFailsStopsNoOther();
     void faults_data();
@@ -41,11 +38,6 @@ private slots:
     void manyBoxesAndFewFiles();
     void interruptTellsWhatIsUnfinished_data();
     void interruptTellsWhatIsUnfinished();
-    void closedPipeEndsNothing();
-    void progressInALog();
-    void progressOnATerminal();
-    void progressOnASmallTerminal_data();
-    void progressOnASmallTerminal();
 };
 
 void TestBoxCtlSettings::wrongCalls_data()
@@ -99,62 +91,6 @@ void TestBoxCtlSettings::wrongCalls()
     QCOMPARE(
         run(arguments),
         (Outcome{2, QString(), QString("boxctl: %1: %2\nboxctl: try boxctl %1 --help\n").arg(command, why)}));
-}
-
-void TestBoxCtlSettings::listsOfBoxes_data()
-{
-    QTest::addColumn<QByteArray>("list");
-    QTest::addColumn<QString>("argument");
-    QTest::addColumn<Outcome>("outcome");
-    const QString refused = "boxctl: %1: Connection refused\n";
-    const auto wrong = [](const QString &why) {
-        return Outcome{2, QString(), "boxctl: info: " + why + "\nboxctl: try boxctl info --help\n"};
-    };
-    const QByteArray project = R"({"name": "P", "boxs": [{"name": "North", "ip": "127.0.40.12"},
-                                   {"name": "South", "ip": "127.0.40.13"}, {"name": "Bad", "ip": "x"}]})";
-    QTest::newRow("names and comments")
-        << QByteArray("# the plant\n\n127.0.40.12 North  feeder # by the gate\r\n127.0.40.13") << "@list"
-        << Outcome{1, QString(), refused.arg("127.0.40.12 (North feeder)") + refused.arg("127.0.40.13")};
-    QTest::newRow("characters that are not seen")
-        << QByteArray("127.0.40.12 No\u202ert\u009bh\x1b[2J") << "@list"
-        << Outcome{1, QString(), refused.arg("127.0.40.12 (No rt h [2J)")};
-    QTest::newRow("twice") << QByteArray("127.0.40.12\n127.0.40.012\n") << "@list"
-                           << Outcome{1, QString(),
-                                      "boxctl: list:2: 127.0.40.12 is named twice and counts once\n"
-                                          + refused.arg("127.0.40.12")};
-    QTest::newRow("line ends of three systems")
-        << QByteArray("127.0.40.12\r127.0.40.13 South\r\n127.0.40.15\nnorth") << "@list"
-        << wrong("list:4: 'north' is no IPv4 address");
-    QTest::newRow("bare CR") << QByteArray("127.0.40.12\r127.0.40.13 South\r") << "@list"
-                             << Outcome{1, QString(),
-                                        refused.arg("127.0.40.12") + refused.arg("127.0.40.13 (South)")};
-    QTest::newRow("two on a line") << QByteArray("127.0.40.12\n127.0.40.13 South 127.0.40.014") << "@list"
-                                   << wrong("list:2: '127.0.40.014' is a second address on one line");
-    QTest::newRow("no address") << QByteArray("127.0.40.12\nnorth\n") << "@list"
-                                << wrong("list:2: 'north' is no IPv4 address");
-    QTest::newRow("empty") << QByteArray("# nobody\n") << "@list" << wrong("the list names no Box");
-    QTest::newRow("unreadable") << QByteArray() << "@missing" << wrong("missing: No such file or directory");
-    QTest::newRow("endless") << QByteArray() << "@/dev/zero" << wrong("/dev/zero: it holds more than 1 MiB");
-    QTest::newRow("one of a project")
-        << project << "list:North" << Outcome{1, QString(), refused.arg("127.0.40.12 (North)")};
-    QTest::newRow("unknown in a project")
-        << project << "list:West" << wrong("list: the project has no Box 'West'");
-    QTest::newRow("bad in a project") << project << "list:" << wrong("list:Bad: 'x' is no IPv4 address");
-    QTest::newRow("project without Boxes")
-        << QByteArray(R"({"boxs": []})") << "list:" << wrong("list: the project has no Box");
-    QTest::newRow("no project") << QByteArray("[]") << "list:"
-                                << Outcome{3, QString(), "boxctl: list: it holds no JSON object\n"};
-    QTest::newRow("of another program")
-        << QByteArray("{}") << "list:" << Outcome{3, QString(), "boxctl: list: it is no project document\n"};
-}
-
-void TestBoxCtlSettings::listsOfBoxes()
-{
-    QFETCH(QByteArray, list);
-    QFETCH(QString, argument);
-    QFETCH(Outcome, outcome);
-    Files::put("list", list);
-    QCOMPARE(run({"info", "--jobs", "1", "--progress", "0", argument}), outcome);
 }
 
 void TestBoxCtlSettings::info()
@@ -339,78 +275,6 @@ void TestBoxCtlSettings::interruptTellsWhatIsUnfinished()
                         "boxctl: 127.0.40.11: interrupted before it was begun\n"
                         "boxctl: 0 of 2 Boxes done, 2 failed\n"));
     QCOMPARE(process.exitCode(), 1);
-}
-
-// Each Box is asked, though nobody reads the answers.
-void TestBoxCtlSettings::closedPipeEndsNothing()
-{
-    const SimulatedBox box(address, {"--fault", "late-heartbeat=100"});
-    const SimulatedBox second(other);
-    const QString call =
-        "mkfifo pipe; exec 3<>pipe; exec 4>pipe; exec 3<&-; exec \"$0\" info --jobs 1 --progress 0 $* >&4";
-    QCOMPARE(run("sh", {"-c", call, BOXCTL_PROGRAM, other, address}), (Outcome{0, QString(), QString()}));
-    QVERIFY(box.hasHeard("-> heartbeat"));
-}
-
-// Told once for as long as it lasts.
-void TestBoxCtlSettings::progressInALog()
-{
-    const SimulatedBox box(address, {"--fault", "late-heartbeat=700"});
-    const Outcome outcome = run({"info", "--progress", "0.2", address, nowhere});
-    QCOMPARE(outcome,
-             (Outcome{1, "127.0.40.10: version 1.0.0, serial number SIM00000001, model MRN-GATE-70\n",
-                      "boxctl: 127.0.40.12: Connection refused\n"
-                      "boxctl: 127.0.40.10: waiting for the heartbeat answer\n"
-                      "boxctl: 1 of 2 Boxes done, 1 failed\n"}));
-}
-
-// A line a Box and a total, which stays.
-void TestBoxCtlSettings::progressOnATerminal()
-{
-    const SimulatedBox box(address, {"--fault", "late-heartbeat=400"});
-    const QString command = QString("%1 info %2 %3").arg(QString(BOXCTL_PROGRAM), address, nowhere);
-    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
-    QCOMPARE(outcome.status, 1);
-    QVERIFY2(outcome.out.contains("127.0.40.10: waiting for the heartbeat answer\r\n"
-                                  "0 of 2 Boxes done, 1 failed\r\n"),
-             qPrintable(outcome.out));
-    QVERIFY2(
-        outcome.out.endsWith("127.0.40.10: version 1.0.0, serial number SIM00000001, model MRN-GATE-70\r\n"
-                             "1 of 2 Boxes done, 1 failed\r\n"),
-        qPrintable(outcome.out));
-}
-
-void TestBoxCtlSettings::progressOnASmallTerminal_data()
-{
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<QString>("drawn");
-    const QString first = "127.0.40.60 (北京变电站一号网\r\n";
-    const QString second = "127.0.40.61 (North feeder): c\r\n";
-    const QString third = "127.0.40.62: connecting\r\n";
-    const QString total = "0 of 3 Boxes done, 0 failed\r\n";
-    QTest::newRow("room for all") << 5 << first + second + third + total;
-    QTest::newRow("one line too few") << 4 << first + "and 2 more\r\n" + total;
-    QTest::newRow("for no Box") << 3 << "and 3 more\r\n" + total;
-    QTest::newRow("for the total") << 2 << total;
-    QTest::newRow("for nothing") << 1 << total;
-}
-
-// No line wraps, and none goes past the upper edge, where it could not be erased.
-void TestBoxCtlSettings::progressOnASmallTerminal()
-{
-    QFETCH(int, rows);
-    QFETCH(QString, drawn);
-    QTcpServer silent[3]; // the system accepts for them
-    for (int box = 0; box < 3; ++box) {
-        QVERIFY(silent[box].listen(QHostAddress(QString("127.0.40.6%1").arg(box)), 30088));
-    }
-    Files::put("names", "127.0.40.60 北京变电站一号网关二层\n127.0.40.61 North feeder\n127.0.40.62\n");
-    const QString command =
-        QString("stty rows %1 cols 30; %2 info --timeout 0.1 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
-    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
-    QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
-    const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
-    QVERIFY2(outcome.out.mid(drawn.size()).startsWith(erased), qPrintable(outcome.out));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlSettings)

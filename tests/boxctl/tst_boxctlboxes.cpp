@@ -1,0 +1,160 @@
+#include "boxctltest.h"
+#include "files.h"
+
+#include <QTcpServer>
+#include <QtTest>
+
+using namespace BoxCtl;
+
+namespace {
+
+const QString address = "127.0.40.70";
+const QString other = "127.0.40.71";
+const QString nowhere = "127.0.40.72"; // nothing listens there
+
+} // namespace
+
+// Which Boxes a call names, and what it shows of its way through them.
+class TestBoxCtlBoxes : public QObject
+{
+    Q_OBJECT
+private slots:
+    void listsOfBoxes_data();
+    void listsOfBoxes();
+    void closedPipeEndsNothing();
+    void progressInALog();
+    void progressOnATerminal();
+    void progressOnASmallTerminal_data();
+    void progressOnASmallTerminal();
+};
+
+void TestBoxCtlBoxes::listsOfBoxes_data()
+{
+    QTest::addColumn<QByteArray>("list");
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<Outcome>("outcome");
+    const QString refused = "boxctl: %1: Connection refused\n";
+    const auto wrong = [](const QString &why) {
+        return Outcome{2, QString(), "boxctl: info: " + why + "\nboxctl: try boxctl info --help\n"};
+    };
+    const QByteArray project = R"({"name": "P", "boxs": [{"name": "North", "ip": "127.0.40.72"},
+                                   {"name": "South", "ip": "127.0.40.73"}, {"name": "Bad", "ip": "x"}]})";
+    QTest::newRow("names and comments")
+        << QByteArray("# the plant\n\n127.0.40.72 North  feeder # by the gate\r\n127.0.40.73") << "@list"
+        << Outcome{1, QString(), refused.arg("127.0.40.72 (North feeder)") + refused.arg("127.0.40.73")};
+    QTest::newRow("characters that are not seen")
+        << QByteArray("127.0.40.72 No\u202ert\u009bh\x1b[2J") << "@list"
+        << Outcome{1, QString(), refused.arg("127.0.40.72 (No rt h [2J)")};
+    QTest::newRow("twice") << QByteArray("127.0.40.72\n127.0.40.072\n") << "@list"
+                           << Outcome{1, QString(),
+                                      "boxctl: list:2: 127.0.40.72 is named twice and counts once\n"
+                                          + refused.arg("127.0.40.72")};
+    QTest::newRow("line ends of three systems")
+        << QByteArray("127.0.40.72\r127.0.40.73 South\r\n127.0.40.75\nnorth") << "@list"
+        << wrong("list:4: 'north' is no IPv4 address");
+    QTest::newRow("bare CR") << QByteArray("127.0.40.72\r127.0.40.73 South\r") << "@list"
+                             << Outcome{1, QString(),
+                                        refused.arg("127.0.40.72") + refused.arg("127.0.40.73 (South)")};
+    QTest::newRow("two on a line") << QByteArray("127.0.40.72\n127.0.40.73 South 127.0.40.074") << "@list"
+                                   << wrong("list:2: '127.0.40.074' is a second address on one line");
+    QTest::newRow("no address") << QByteArray("127.0.40.72\nnorth\n") << "@list"
+                                << wrong("list:2: 'north' is no IPv4 address");
+    QTest::newRow("empty") << QByteArray("# nobody\n") << "@list" << wrong("the list names no Box");
+    QTest::newRow("unreadable") << QByteArray() << "@missing" << wrong("missing: No such file or directory");
+    QTest::newRow("endless") << QByteArray() << "@/dev/zero" << wrong("/dev/zero: it holds more than 1 MiB");
+    QTest::newRow("one of a project")
+        << project << "list:North" << Outcome{1, QString(), refused.arg("127.0.40.72 (North)")};
+    QTest::newRow("unknown in a project")
+        << project << "list:West" << wrong("list: the project has no Box 'West'");
+    QTest::newRow("bad in a project") << project << "list:" << wrong("list:Bad: 'x' is no IPv4 address");
+    QTest::newRow("project without Boxes")
+        << QByteArray(R"({"boxs": []})") << "list:" << wrong("list: the project has no Box");
+    QTest::newRow("no project") << QByteArray("[]") << "list:"
+                                << Outcome{3, QString(), "boxctl: list: it holds no JSON object\n"};
+    QTest::newRow("of another program")
+        << QByteArray("{}") << "list:" << Outcome{3, QString(), "boxctl: list: it is no project document\n"};
+}
+
+void TestBoxCtlBoxes::listsOfBoxes()
+{
+    QFETCH(QByteArray, list);
+    QFETCH(QString, argument);
+    QFETCH(Outcome, outcome);
+    Files::put("list", list);
+    QCOMPARE(run({"info", "--jobs", "1", "--progress", "0", argument}), outcome);
+}
+
+// Each Box is asked, though nobody reads the answers.
+void TestBoxCtlBoxes::closedPipeEndsNothing()
+{
+    const SimulatedBox box(address, {"--fault", "late-heartbeat=100"});
+    const SimulatedBox second(other);
+    const QString call =
+        "mkfifo pipe; exec 3<>pipe; exec 4>pipe; exec 3<&-; exec \"$0\" info --jobs 1 --progress 0 $* >&4";
+    QCOMPARE(run("sh", {"-c", call, BOXCTL_PROGRAM, other, address}), (Outcome{0, QString(), QString()}));
+    QVERIFY(box.hasHeard("-> heartbeat"));
+}
+
+// Told once for as long as it lasts.
+void TestBoxCtlBoxes::progressInALog()
+{
+    const SimulatedBox box(address, {"--fault", "late-heartbeat=700"});
+    const Outcome outcome = run({"info", "--progress", "0.2", address, nowhere});
+    QCOMPARE(outcome,
+             (Outcome{1, "127.0.40.70: version 1.0.0, serial number SIM00000001, model MRN-GATE-70\n",
+                      "boxctl: 127.0.40.72: Connection refused\n"
+                      "boxctl: 127.0.40.70: waiting for the heartbeat answer\n"
+                      "boxctl: 1 of 2 Boxes done, 1 failed\n"}));
+}
+
+// A line a Box and a total, which stays.
+void TestBoxCtlBoxes::progressOnATerminal()
+{
+    const SimulatedBox box(address, {"--fault", "late-heartbeat=400"});
+    const QString command = QString("%1 info %2 %3").arg(QString(BOXCTL_PROGRAM), address, nowhere);
+    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(outcome.out.contains("127.0.40.70: waiting for the heartbeat answer\r\n"
+                                  "0 of 2 Boxes done, 1 failed\r\n"),
+             qPrintable(outcome.out));
+    QVERIFY2(
+        outcome.out.endsWith("127.0.40.70: version 1.0.0, serial number SIM00000001, model MRN-GATE-70\r\n"
+                             "1 of 2 Boxes done, 1 failed\r\n"),
+        qPrintable(outcome.out));
+}
+
+void TestBoxCtlBoxes::progressOnASmallTerminal_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QString>("drawn");
+    const QString first = "127.0.40.60 (北京变电站一号网\r\n";
+    const QString second = "127.0.40.61 (North feeder): c\r\n";
+    const QString third = "127.0.40.62: connecting\r\n";
+    const QString total = "0 of 3 Boxes done, 0 failed\r\n";
+    QTest::newRow("room for all") << 5 << first + second + third + total;
+    QTest::newRow("one line too few") << 4 << first + "and 2 more\r\n" + total;
+    QTest::newRow("for no Box") << 3 << "and 3 more\r\n" + total;
+    QTest::newRow("for the total") << 2 << total;
+    QTest::newRow("for nothing") << 1 << total;
+}
+
+// No line wraps, and none goes past the upper edge, where it could not be erased.
+void TestBoxCtlBoxes::progressOnASmallTerminal()
+{
+    QFETCH(int, rows);
+    QFETCH(QString, drawn);
+    QTcpServer silent[3]; // the system accepts for them
+    for (int box = 0; box < 3; ++box) {
+        QVERIFY(silent[box].listen(QHostAddress(QString("127.0.40.6%1").arg(box)), 30088));
+    }
+    Files::put("names", "127.0.40.60 北京变电站一号网关二层\n127.0.40.61 North feeder\n127.0.40.62\n");
+    const QString command =
+        QString("stty rows %1 cols 30; %2 info --timeout 0.1 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
+    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
+    QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
+    const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
+    QVERIFY2(outcome.out.mid(drawn.size()).startsWith(erased), qPrintable(outcome.out));
+}
+
+QTEST_GUILESS_MAIN(TestBoxCtlBoxes)
+#include "tst_boxctlboxes.moc"
