@@ -127,9 +127,9 @@ void TestBoxCtlBoxes::progressOnASmallTerminal_data()
 {
     QTest::addColumn<int>("rows");
     QTest::addColumn<QString>("drawn");
-    const QString first = "127.0.40.60 (北京变电站一号网\r\n";
-    const QString second = "127.0.40.61 (North feeder): c\r\n";
-    const QString third = "127.0.40.62: connecting\r\n";
+    const QString first = "127.0.40.76 (北京变电站一号网\r\n";
+    const QString second = "127.0.40.77 (North feeder): c\r\n";
+    const QString third = "127.0.40.78: connecting\r\n";
     const QString total = "0 of 3 Boxes done, 0 failed\r\n";
     QTest::newRow("room for all") << 5 << first + second + third + total;
     QTest::newRow("one line too few") << 4 << first + "and 2 more\r\n" + total;
@@ -145,9 +145,9 @@ void TestBoxCtlBoxes::progressOnASmallTerminal()
     QFETCH(QString, drawn);
     QTcpServer silent[3]; // the system accepts for them
     for (int box = 0; box < 3; ++box) {
-        QVERIFY(silent[box].listen(QHostAddress(QString("127.0.40.6%1").arg(box)), 30088));
+        QVERIFY(silent[box].listen(QHostAddress(QString("127.0.40.%1").arg(76 + box)), 30088));
     }
-    Files::put("names", "127.0.40.60 北京变电站一号网关二层\n127.0.40.61 North feeder\n127.0.40.62\n");
+    Files::put("names", "127.0.40.76 北京变电站一号网关二层\n127.0.40.77 North feeder\n127.0.40.78\n");
     const QString command =
         QString("stty rows %1 cols 30; %2 info --timeout 0.1 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
     const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
