@@ -108,6 +108,16 @@ void TestBoxSimProgram::wrongCommandLinesAreTold_data()
     row("--port x", "--port takes a number from 0 to 65535");
     row("--address localhost", "--address takes an IP address");
     row("--address=", "--address takes an IP address");
+    const char *const range = "--address takes a range such as 127.1.0.1-200, up to 255";
+    row("--address 127.1.0.200-1", range);
+    row("--address 127.1.0.1-256", range);
+    row("--address 127.1.0.1-5-9", range);
+    row("--address 127.1.0.1-5,127.1.1.1-5", range);
+    row("--address 127.1.0.010-20", range); // 8 or 10, by whom one asks
+    row("--address 127.1.0.1-", range);
+    row("--address 127.1.0-5", range);
+    row("--address 0.0.0.0-5", range);
+    row("--address ::1-5", range);
     row("--seconds 0", "--seconds takes a number from 1 to 1000000");
     row("--report-interval -1", "--report-interval takes a number from 0 to 1000000000");
     row("--set lanIp", "--set takes key=value");

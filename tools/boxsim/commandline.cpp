@@ -4,6 +4,7 @@
 #include "boxsim/scenariolist.h"
 
 #include <QCommandLineParser>
+#include <QRegularExpression>
 
 namespace {
 
@@ -21,6 +22,8 @@ const char examples[] =
     "    $ boxsim --address 127.0.0.2 --project riverside-substation.json\n"
     "  A Box that the whole network finds, with every byte in a file:\n"
     "    $ boxsim --address 0.0.0.0 --quiet --hex --log box.log\n"
+    "  A plant of 200 Boxes, each with a folder for what it is sent:\n"
+    "    $ boxsim --address 127.1.0.1-200 --quiet --save plant\n"
     "  A slow Box that refuses to have its LTE settings written:\n"
     "    $ boxsim --scenario slow --fault refuse-write=105:500\n"
     "  A scenario with one thing changed, since options count for more than it does:\n"
@@ -30,17 +33,17 @@ const char examples[] =
 QList<QCommandLineOption> options()
 {
     return {
-        {"address", "Listen on this address; 0.0.0.0 for all.", "ip", "127.0.0.1"},
+        {"address", "Listen on this address; 0.0.0.0 for all. A range such as 127.1.0.1-200 is a Box an address.", "ip", "127.0.0.1"},
         {"port", "Listen on this TCP and UDP port. The tool knows only 30088.", "number", "30088"},
         {"discovery-address", "Listen for search datagrams here; 0.0.0.0 hears broadcasts. As --address if not said.", "ip"},
         {"no-discovery", "Do not open the UDP port."},
         {"box-version", "Say this program version in heartbeat answers.", "text", "1.0.0"},
-        {"serial", "Say this serial number in heartbeat answers.", "text", "SIM00000001"},
+        {"serial", "Say this serial number in heartbeat answers; the number at its end counts up over a range.", "text", "SIM00000001"},
         {"model", "Say this model in heartbeat and search answers.", "text", "MRN-GATE-70"},
         {"set", "Give a setting its first value, such as lanIp=10.0.0.2. Repeatable.", "key=value"},
         {"reboot-time", "Stay off the network for so long at a reboot; 0 to stay on.", "ms", "2000"},
         {"max-file", "Fail transfers of larger files.", "bytes", "67108864"},
-        {"save", "Keep the last accepted files there as project.json and program.bin.", "folder"},
+        {"save", "Keep the last accepted files there as project.json and program.bin; those of a range in a folder a Box.", "folder"},
         {"project", "Run this project document from the start.", "file"},
         {"report-interval", "Let every Standard report so often, in place of its collectionInterval; 0 for no reports.", "ms"},
         {"seed", "Repeat the values of another run with the same seed.", "number", "1"},
@@ -78,6 +81,8 @@ QString help(const QCommandLineParser &parser)
         + QStringLiteral("\nFaults:\n") + faultList() + QLatin1Char('\n') + QLatin1String(examples);
 }
 
+constexpr int lastNumber = 255; // of an address
+
 // Reads options and remembers the first that is wrong.
 class Reader
 {
@@ -112,6 +117,25 @@ public:
             fail(QStringLiteral("--%1 takes an IP address").arg(QLatin1String(name)));
         }
         return address;
+    }
+
+    // The first address of --address, and how many there are.
+    QHostAddress addresses(int *count)
+    {
+        static const QRegularExpression range(
+            QStringLiteral("^((?:%1\\.){3}(%1))-(%1)$").arg(QStringLiteral("(?:0|[1-9][0-9]{0,2})")));
+        if (!text("address").contains(QLatin1Char('-'))) {
+            return address("address");
+        }
+        const QRegularExpressionMatch match = range.match(text("address"));
+        const QHostAddress first(match.captured(1));
+        const int last = match.captured(3).toInt();
+        *count = last - match.captured(2).toInt() + 1;
+        if (first.isNull() || first == QHostAddress(QHostAddress::AnyIPv4) || *count < 1
+            || last > lastNumber) {
+            fail(QStringLiteral("--address takes a range such as 127.1.0.1-200, up to %1").arg(lastNumber));
+        }
+        return first;
     }
 
     void fail(const QString &why)
@@ -155,7 +179,7 @@ constexpr int largest = 1000000000;
 void readOptions(const QCommandLineParser &parser, Reader *reader, CommandLine *line)
 {
     BoxSimOptions &options = line->options;
-    options.address = reader->address("address");
+    options.address = reader->addresses(&line->boxCount);
     options.discoveryAddress = reader->address("discovery-address");
     options.port = static_cast<quint16>(reader->number("port", 0, 65535, options.port));
     options.discovery = !parser.isSet(QStringLiteral("no-discovery"));

@@ -25,32 +25,39 @@ QByteArray hexLines(const QByteArray &bytes)
 
 } // namespace
 
-EventLog::EventLog(BoxSim *box, bool quiet, bool hex, QObject *parent)
+EventLog::EventLog(bool quiet, bool hex, QObject *parent)
     : QObject(parent)
     , m_quiet(quiet)
     , m_hex(hex)
 {
+}
+
+void EventLog::watch(BoxSim *box, const QString &name)
+{
     connect(box, &BoxSim::connectionOpened, this,
-            [this](const QString &peer) { write(peer, "--", QStringLiteral("connected")); });
+            [=](const QString &peer) { write(name, peer, "--", QStringLiteral("connected")); });
     connect(box, &BoxSim::connectionClosed, this,
-            [this](const QString &peer) { write(peer, "--", QStringLiteral("gone")); });
-    connect(box, &BoxSim::frameReceived, this, [this](const BoxSimFrame &frame) { writeFrame("->", frame); });
-    connect(box, &BoxSim::frameSent, this, [this](const BoxSimFrame &frame) { writeFrame("<-", frame); });
+            [=](const QString &peer) { write(name, peer, "--", QStringLiteral("gone")); });
+    connect(box, &BoxSim::frameReceived, this,
+            [=](const BoxSimFrame &frame) { writeFrame(name, "->", frame); });
+    connect(box, &BoxSim::frameSent, this, [=](const BoxSimFrame &frame) { writeFrame(name, "<-", frame); });
     connect(box, &BoxSim::violation, this,
-            [this](const QString &peer, const QString &text) { write(peer, "!!", text); });
+            [=](const QString &peer, const QString &text) { write(name, peer, "!!", text); });
     connect(box, &BoxSim::searched, this,
-            [this](const QString &peer) { write(peer, "->", QStringLiteral("search")); });
-    connect(box, &BoxSim::projectAccepted, this, [this](const QByteArray &bytes) {
-        line(QStringLiteral("project accepted, %1 bytes").arg(bytes.size()));
+            [=](const QString &peer) { write(name, peer, "->", QStringLiteral("search")); });
+    connect(box, &BoxSim::projectAccepted, this, [=](const QByteArray &bytes) {
+        line(name, QStringLiteral("project accepted, %1 bytes").arg(bytes.size()));
     });
-    connect(box, &BoxSim::programAccepted, this, [this](const QByteArray &bytes) {
-        line(QStringLiteral("program accepted, %1 bytes").arg(bytes.size()));
+    connect(box, &BoxSim::programAccepted, this, [=](const QByteArray &bytes) {
+        line(name, QStringLiteral("program accepted, %1 bytes").arg(bytes.size()));
     });
-    connect(box, &BoxSim::projectStarted, this, [this](const QString &name, const QStringList &standards) {
-        line(QStringLiteral("runs project \"%1\": %2").arg(name, standards.join(QStringLiteral(", "))));
+    connect(box, &BoxSim::projectStarted, this, [=](const QString &project, const QStringList &standards) {
+        line(name,
+             QStringLiteral("runs project \"%1\": %2").arg(project, standards.join(QStringLiteral(", "))));
     });
-    connect(box, &BoxSim::rebooting, this, [this] { line(QStringLiteral("goes down for a reboot")); });
-    connect(box, &BoxSim::backFromReboot, this, [this] { line(QStringLiteral("is back from the reboot")); });
+    connect(box, &BoxSim::rebooting, this, [=] { line(name, QStringLiteral("goes down for a reboot")); });
+    connect(box, &BoxSim::backFromReboot, this,
+            [=] { line(name, QStringLiteral("is back from the reboot")); });
 }
 
 bool EventLog::openFile(const QString &path)
@@ -59,26 +66,29 @@ bool EventLog::openFile(const QString &path)
     return m_file.open(QIODevice::Append | QIODevice::Text);
 }
 
-void EventLog::line(const QString &text)
+void EventLog::line(const QString &name, const QString &text)
 {
-    write(QStringLiteral("box"), "--", text);
+    write(name, QStringLiteral("box"), "--", text);
 }
 
-void EventLog::write(const QString &peer, const char *mark, const QString &text)
+void EventLog::write(const QString &name, const QString &peer, const char *mark, const QString &text)
 {
+    if (m_quiet && !m_file.isOpen()) {
+        return;
+    }
     QString clean = text;
     for (QChar &c : clean) { // what a peer sends must not break the line or the terminal
         c = c.isPrint() ? c : QChar(QLatin1Char('?'));
     }
     put(QStringLiteral("%1 %2 %3 %4\n")
-            .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")), peer,
-                 QLatin1String(mark), clean)
+            .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")),
+                 name.isEmpty() ? peer : name + QLatin1Char(' ') + peer, QLatin1String(mark), clean)
             .toUtf8());
 }
 
-void EventLog::writeFrame(const char *mark, const BoxSimFrame &frame)
+void EventLog::writeFrame(const QString &name, const char *mark, const BoxSimFrame &frame)
 {
-    write(frame.peer, mark, frame.text);
+    write(name, frame.peer, mark, frame.text);
     if (m_hex) {
         put(hexLines(frame.bytes));
     }

@@ -1,4 +1,4 @@
-#include "boxsim/boxsim.h"
+#include "boxsim/boxrange.h"
 #include "boxsim/commandline.h"
 #include "boxsim/eventlog.h"
 
@@ -9,6 +9,10 @@
 
 #include <csignal>
 #include <cstdio>
+
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#endif
 
 namespace {
 
@@ -21,6 +25,17 @@ volatile std::sig_atomic_t stopAsked = 0;
 void askStop(int)
 {
     stopAsked = 1;
+}
+
+// Many Boxes have more connections than a process may usually have files.
+void raiseFileLimit()
+{
+#ifdef Q_OS_UNIX
+    rlimit limit = {};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+#endif
 }
 
 int tell(FILE *stream, const QString &text, ExitStatus status)
@@ -41,14 +56,21 @@ bool readFile(const QString &path, QByteArray *bytes, QString *error)
     return true;
 }
 
-void keepFiles(BoxSim *box, EventLog *log, const QString &folder)
+// The name of a Box in the log, and of its folder; empty for one alone.
+QString nameOf(const BoxSim &box, const CommandLine &line)
 {
-    const auto keep = [log, folder](const QString &name) {
-        return [log, path = QDir(folder).filePath(name)](const QByteArray &bytes) {
+    return line.boxCount == 1 ? QString() : box.options().address.toString();
+}
+
+void keepFiles(BoxSim *box, EventLog *log, const QString &boxName, const QString &folder)
+{
+    const auto keep = [=](const QString &fileName) {
+        return [=, path = QDir(folder).filePath(fileName)](const QByteArray &bytes) {
             QSaveFile file(path);
             const bool kept =
                 file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-            log->line(kept ? QStringLiteral("saved %1").arg(path)
+            log->line(boxName,
+                      kept ? QStringLiteral("saved %1").arg(path)
                            : QStringLiteral("could not save %1: %2").arg(path, file.errorString()));
         };
     };
@@ -56,22 +78,37 @@ void keepFiles(BoxSim *box, EventLog *log, const QString &folder)
     QObject::connect(box, &BoxSim::programAccepted, log, keep(QStringLiteral("program.bin")));
 }
 
-void endByItself(BoxSim *box, const CommandLine &line, QTimer *signalTimer)
+// False, told, if a folder cannot be made.
+bool keepFilesOfAll(const BoxRange &boxes, EventLog *log, const CommandLine &line)
+{
+    for (const auto &box : boxes.boxes()) {
+        const QString name = nameOf(*box, line);
+        const QString folder = name.isEmpty() ? line.saveFolder : QDir(line.saveFolder).filePath(name);
+        if (!QDir().mkpath(folder)) {
+            tell(stderr, QStringLiteral("boxsim: cannot make ") + folder, CouldNotStart);
+            return false;
+        }
+        keepFiles(box.get(), log, name, folder);
+    }
+    return true;
+}
+
+void endByItself(BoxRange *boxes, const CommandLine &line, QTimer *signalTimer)
 {
     if (line.once) {
-        QObject::connect(box, &BoxSim::connectionClosed, box, [box] {
-            if (box->connectionCount() == 0) {
+        QObject::connect(boxes, &BoxRange::connectionClosed, boxes, [boxes] {
+            if (!boxes->isConnected()) {
                 QCoreApplication::quit();
             }
         });
     }
     if (line.seconds > 0) {
-        QTimer::singleShot(line.seconds * 1000, box, &QCoreApplication::quit);
+        QTimer::singleShot(line.seconds * 1000, boxes, &QCoreApplication::quit);
     }
     std::signal(SIGINT, askStop);
     std::signal(SIGTERM, askStop);
     // A signal handler may do no more than set a flag, so somebody has to look at it.
-    QObject::connect(signalTimer, &QTimer::timeout, box, [] {
+    QObject::connect(signalTimer, &QTimer::timeout, boxes, [] {
         if (stopAsked != 0) {
             QCoreApplication::quit();
         }
@@ -85,27 +122,31 @@ int run(CommandLine line)
     if (!line.projectFile.isEmpty() && !readFile(line.projectFile, &line.options.project, &error)) {
         return tell(stderr, QStringLiteral("boxsim: ") + error, CouldNotStart);
     }
-    if (!line.saveFolder.isEmpty() && !QDir().mkpath(line.saveFolder)) {
-        return tell(stderr, QStringLiteral("boxsim: cannot make ") + line.saveFolder, CouldNotStart);
+    BoxRange boxes(line.options, line.boxCount);
+    EventLog log(line.quiet, line.hex);
+    for (const auto &box : boxes.boxes()) {
+        log.watch(box.get(), nameOf(*box, line));
     }
-    BoxSim box(line.options);
-    EventLog log(&box, line.quiet, line.hex);
+    if (!line.saveFolder.isEmpty() && !keepFilesOfAll(boxes, &log, line)) {
+        return CouldNotStart;
+    }
     if (!line.logFile.isEmpty() && !log.openFile(line.logFile)) {
         return tell(stderr, QStringLiteral("boxsim: %1: %2").arg(line.logFile, log.errorString()),
                     CouldNotStart);
     }
-    if (!line.saveFolder.isEmpty()) {
-        keepFiles(&box, &log, line.saveFolder);
+    raiseFileLimit();
+    if (!boxes.start()) {
+        return tell(stderr, QStringLiteral("boxsim: ") + boxes.errorString(), CouldNotStart);
     }
-    if (!box.start()) {
-        return tell(stderr, QStringLiteral("boxsim: ") + box.errorString(), CouldNotStart);
+    for (const auto &box : boxes.boxes()) {
+        tell(stdout,
+             QStringLiteral("listening on %1:%2").arg(box->options().address.toString()).arg(box->port()),
+             Ended);
     }
-    tell(stdout, QStringLiteral("listening on %1:%2").arg(line.options.address.toString()).arg(box.port()),
-         Ended);
     QTimer signalTimer;
-    endByItself(&box, line, &signalTimer);
+    endByItself(&boxes, line, &signalTimer);
     const int status = QCoreApplication::exec();
-    box.stop();
+    boxes.stop();
     return status;
 }
 
