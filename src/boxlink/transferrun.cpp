@@ -2,8 +2,11 @@
 
 namespace {
 
-constexpr qint64 enoughToWrite = qint64(64) * 1024; // bytes in the socket's buffer
+constexpr int enoughToWrite = 64 * 1024; // bytes in the socket's buffer
 constexpr qint64 enoughToRead = Frame::verdictSize + 1;
+// The system would take megabytes at once, and the Box's time for the verdict would run while they wait for a
+// line that many pushes share.
+constexpr int systemBuffer = 64 * 1024;
 
 } // namespace
 
@@ -41,6 +44,7 @@ void TransferRun::beginSending()
         end(TransferEnding::FileUnreadable);
         return;
     }
+    m_socket.setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, systemBuffer);
     m_stage = Stage::Sending;
     m_timer.start(m_timeouts.writing);
     emit progressed(0);

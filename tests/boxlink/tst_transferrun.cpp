@@ -56,6 +56,7 @@ private slots:
     void boxThatDoesNotRead();
     void boxThatSendsWithoutEnd();
     void verdictBeforeItsTime();
+    void timeForTheVerdictBeginsBehindTheFile();
     void noBoxAtTheAddress();
     void boxThatTakesNoConnection();
     void fileThatCantBeOpened();
@@ -151,7 +152,7 @@ void TestTransferRun::boxThatDoesNotRead()
     deaf.pauseAccepting();
     TransferTimeouts timeouts;
     timeouts.writing = 100;
-    Run run(TransferFrames::bytes(QByteArray(32 * 1024 * 1024, 'x')), timeouts);
+    Run run(TransferFrames::bytes(QByteArray(1024 * 1024, 'x')), timeouts);
     QTRY_COMPARE(run.ends.count(), 1);
     QCOMPARE(run.ending(), TransferEnding::LinkLost);
     QVERIFY(!run.steps.isEmpty());
@@ -187,6 +188,30 @@ void TestTransferRun::verdictBeforeItsTime()
         box.send(index, hex("12340400 0a00 03 00 5678"));
     };
     Run run(TransferFrames::bytes(QByteArray(8 * 1024 * 1024, 'x')));
+    QTRY_COMPARE(run.ends.count(), 1);
+    QCOMPARE(run.ending(), TransferEnding::Delivered);
+}
+
+// Not with what the system holds for a Box that is slow to take it.
+void TestTransferRun::timeForTheVerdictBeginsBehindTheFile()
+{
+    QTcpServer slow;
+    QVERIFY(slow.listen(QHostAddress(address), 30088));
+    slow.pauseAccepting();
+    TransferTimeouts timeouts;
+    timeouts.verdict = 200;
+    Run run(TransferFrames::bytes(QByteArray(1024 * 1024, 'x')), timeouts);
+    QVERIFY2(!run.ends.wait(2 * timeouts.verdict), "it gave up");
+    slow.resumeAccepting();
+    QTRY_VERIFY(slow.hasPendingConnections());
+    QTcpSocket *link = slow.nextPendingConnection();
+    int received = 0;
+    connect(link, &QTcpSocket::readyRead, this, [&] {
+        received += link->readAll().size();
+        if (received == 1024 * 1043 + 30) {
+            link->write(hex("12340400 0a00 03 00 5678"));
+        }
+    });
     QTRY_COMPARE(run.ends.count(), 1);
     QCOMPARE(run.ending(), TransferEnding::Delivered);
 }
