@@ -108,7 +108,7 @@ quint64 mixed(quint64 x)
 
 const Course &courseOf(const SimPoint &point, bool meter)
 {
-    const QString name = point.name.toLower();
+    const QByteArray name = point.name.toLower().toUtf8();
     if (meter) {
         for (const Course &course : coursesByIdentifier) {
             if (point.addr.startsWith(QLatin1String(course.word), Qt::CaseInsensitive)) {
@@ -117,7 +117,7 @@ const Course &courseOf(const SimPoint &point, bool meter)
         }
     }
     for (const Course &course : coursesByName) {
-        if (name.contains(QString::fromUtf8(course.word))) {
+        if (name.contains(course.word)) {
             return course;
         }
     }
