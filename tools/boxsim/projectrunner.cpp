@@ -23,6 +23,7 @@ void ProjectRunner::run(const SimProject &project, quint32 seed, const QString &
 {
     clear();
     m_project = project;
+    m_seed = seed;
     m_serialNumber = serialNumber;
     for (const SimStandard &standard : project.standards) {
         if (standard.points.isEmpty()) {
@@ -30,10 +31,6 @@ void ProjectRunner::run(const SimProject &project, quint32 seed, const QString &
         }
         auto stream = std::make_unique<Stream>();
         stream->standard = standard;
-        stream->points.reserve(static_cast<size_t>(standard.points.size()));
-        for (const SimPoint &point : standard.points) {
-            stream->points.emplace_back(point, seed);
-        }
         stream->timer = std::make_unique<QTimer>();
         Stream *raw = stream.get();
         connect(raw->timer.get(), &QTimer::timeout, this, [this, raw] { due(*raw); });
@@ -136,6 +133,12 @@ void ProjectRunner::floodTick()
 
 QByteArray ProjectRunner::nextReport(Stream &stream)
 {
+    if (stream.points.empty()) { // made when they are needed: a project may be pushed and never reported
+        stream.points.reserve(static_cast<size_t>(stream.standard.points.size()));
+        for (const SimPoint &point : qAsConst(stream.standard.points)) {
+            stream.points.emplace_back(point, m_seed);
+        }
+    }
     QJsonArray datas;
     for (int i = 0; i < stream.standard.points.size(); ++i) {
         const SimPoint &point = stream.standard.points.at(i);

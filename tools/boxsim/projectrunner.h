@@ -48,7 +48,7 @@ signals:
 private:
     struct Stream {
         SimStandard standard;
-        std::vector<PointSignal> points;
+        std::vector<PointSignal> points; // empty before the first report
         quint64 step = 0;
         std::unique_ptr<QTimer> timer;
     };
@@ -58,6 +58,7 @@ private:
     QByteArray nextReport(Stream &stream);
 
     SimProject m_project;
+    quint32 m_seed = 0;
     QString m_serialNumber;
     std::vector<std::unique_ptr<Stream>> m_streams;
     Pace m_pace;
