@@ -3,6 +3,9 @@
 #include "files.h"
 
 #include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -81,6 +84,7 @@ class TestBoxCtlMany : public QObject
     Q_OBJECT
 private slots:
     void pushesToTwoHundred();
+    void watchesTwoHundred();
     void answersThatNeverCome();
     void boxThatDiesAtAnyByte();
     void fewOpenFiles_data();
@@ -105,6 +109,30 @@ void TestBoxCtlMany::pushesToTwoHundred()
         QVERIFY2(outcome.out.contains(box + ": took "), qPrintable(box));
         QTRY_COMPARE(Files::contents("kept/" + box + "/project.json"), pushed);
     }
+}
+
+// Each report as it was sent by its Box, though all come at once and in pieces.
+void TestBoxCtlMany::watchesTwoHundred()
+{
+    const SimulatedBox boxes("127.1.0.1-200",
+                             {"--project", TEST_DATA_DIR "/riverside-substation.json", "--report-interval",
+                              "300", "--fault", "split=700"});
+    const Outcome outcome = run({"watch", "--json", "--reports", "2000", listOf(addresses("127.1.0.", 200))});
+    QCOMPARE(outcome.error, QString());
+    QCOMPARE(outcome.status, 0);
+    QMap<QString, int> reports; // of each Box
+    const QStringList lines = outcome.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString &line : lines) {
+        const QJsonObject object = QJsonDocument::fromJson(line.toUtf8()).object();
+        const QString box = object.value("box").toString();
+        const QString number = box.section(QLatin1Char('.'), -1);
+        const QJsonObject report = object.value("report").toObject();
+        QCOMPARE(report.value("sn").toString(), "SIM" + number.rightJustified(8, QLatin1Char('0')));
+        QVERIFY2(!report.value("datas").toArray().isEmpty(), qPrintable(line));
+        ++reports[box];
+    }
+    QCOMPARE(lines.size(), 2000);
+    QCOMPARE(reports.size(), 200);
 }
 
 // The time-outs run side by side.
