@@ -95,7 +95,7 @@ void TestBoxCtlSettings::wrongCalls()
 
 void TestBoxCtlSettings::info()
 {
-    const SimulatedBox box(address, {"--serial", "S7", "--model", "M", "--box-version", "2.1"});
+    const SimulatedBox box(address, {"--serial-number", "S7", "--model", "M", "--box-version", "2.1"});
     QCOMPARE(run({"info", address}),
              (Outcome{0, "127.0.40.10: version 2.1, serial number S7, model M\n", QString()}));
     QCOMPARE(run({"info", "--json", address}),

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTcpServer>
 
 // The program boxsim: its command line, what it prints, how it ends.
 class TestBoxSimProgram : public QObject
@@ -23,6 +24,7 @@ private slots:
     void endsWithTheLastConnection();
     void endsAfterItsSeconds();
     void endsOnASignal();
+    void acquisitionIsLoggedAndEndsAtOnce();
     void whatKeepsItFromStartingIsTold_data();
     void whatKeepsItFromStartingIsTold();
 
@@ -59,6 +61,7 @@ void TestBoxSimProgram::defaultsAreThoseOfABox()
     QCOMPARE(line.options.model, usual.model);
     QCOMPARE(line.options.rebootTime, usual.rebootTime);
     QCOMPARE(line.options.maxFileSize, usual.maxFileSize);
+    QVERIFY(!line.options.acquire.on && line.options.acquire.grouping);
     QVERIFY(!line.quiet && !line.once && !line.hex);
     QCOMPARE(line.seconds, 0);
 }
@@ -67,8 +70,8 @@ void TestBoxSimProgram::everyOptionIsTaken()
 {
     const QString text =
         "boxsim --address 0.0.0.0 --port 4000 --discovery-address 127.0.0.9 --no-discovery --project p.json "
-        "--report-interval 250 --seed 9 --set lanIp=1.2.3.4 --set AT1=a=b --box-version 2.0 --serial S "
-        "--model M "
+        "--report-interval 250 --seed 9 --set lanIp=1.2.3.4 --set AT1=a=b --box-version 2.0 "
+        "--serial-number S --model M --acquire --serial COM1=/dev/ttyS9 --serial COM2=/a=b --no-grouping "
         "--reboot-time 5 --max-file 7 --save kept --fault split=3 --fault silent --log l.txt --hex --quiet "
         "--once "
         "--seconds 12";
@@ -79,6 +82,9 @@ void TestBoxSimProgram::everyOptionIsTaken()
     QCOMPARE(line.options.port, 4000);
     QCOMPARE(line.options.discoveryAddress, QHostAddress("127.0.0.9"));
     QVERIFY(!line.options.discovery);
+    QVERIFY(line.options.acquire.on && !line.options.acquire.grouping);
+    QCOMPARE(line.options.acquire.serialLines,
+             (QMap<QString, QString>{{"COM1", "/dev/ttyS9"}, {"COM2", "/a=b"}}));
     QCOMPARE(line.projectFile, "p.json");
     QCOMPARE(line.options.reportInterval, 250);
     QCOMPARE(line.options.seed, 9U);
@@ -121,6 +127,9 @@ void TestBoxSimProgram::wrongCommandLinesAreTold_data()
     row("--seconds 0", "--seconds takes a number from 1 to 1000000");
     row("--report-interval -1", "--report-interval takes a number from 0 to 1000000000");
     row("--set lanIp", "--set takes key=value");
+    row("--serial S7", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
+    row("--serial =/dev/ttyS0", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
+    row("--serial COM1=", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
     row("--scenario bogus", "there is no scenario bogus");
     row("--scenario=", "there is no scenario ");
     row("--fault bogus", "there is no fault bogus");
@@ -257,6 +266,40 @@ void TestBoxSimProgram::endsOnASignal()
     process.terminate();
     QVERIFY(ended(&process));
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+}
+
+// It waits ten minutes for a server that says nothing, and nobody has told it a line for COM1.
+void TestBoxSimProgram::acquisitionIsLoggedAndEndsAtOnce()
+{
+#ifndef BOXSIM_MODBUS
+    QSKIP("Modbus was left out of this build");
+#endif
+    QTcpServer device;
+    QVERIFY(device.listen(QHostAddress(address()), 1502));
+    QFile project("acquire.json");
+    QVERIFY(project.open(QIODevice::WriteOnly));
+    const QByteArray slaves = "\"datas\":[{\"stationNum\":\"1\",\"datas\":["
+                              "{\"addr\":\"40001\",\"name\":\"p\",\"dataType\":\"int16\"}]}]";
+    project.write("{\"name\":\"P\",\"standards\":["
+                  "{\"name\":\"A\",\"protocol\":\"Modbus\",\"modbus\":\"ModbusTCP\",\"parameter\":"
+                  "{\"ip\":\"127.0.12.4\",\"port\":\"1502\",\"communicationTimeout\":\"600000\"},"
+                  + slaves
+                  + "},{\"name\":\"B\",\"protocol\":\"Modbus\",\"modbus\":\"ModbusRTU\",\"parameter\":"
+                    "{\"serialport\":\"COM1\"},"
+                  + slaves + "}]}");
+    project.close();
+    QProcess process;
+    QVERIFY(start(&process, {"--project", "acquire.json", "--acquire"}));
+    QVERIFY(QTest::qWaitFor([&] { return process.peek(1000000).contains("not read"); }));
+    QVERIFY(process.readAllStandardOutput().contains(
+        " box -- \"B\": not read, no --serial names the line for COM1\n"));
+    QTRY_VERIFY(device.hasPendingConnections());
+    QElapsedTimer clock;
+    clock.start();
+    process.terminate();
+    QVERIFY(ended(&process));
+    QVERIFY2(clock.elapsed() < 2000, QByteArray::number(clock.elapsed()));
     QCOMPARE(process.exitCode(), 0);
 }
 

@@ -62,9 +62,10 @@ void TestBoxSimUsage::helpNamesEveryOption()
     const QString help = read("--help").text;
     const QString options = help.section("\nOptions:\n", 1).section("\n\n", 0, 0);
     QCOMPARE(terms(options).join(QLatin1Char(' ')),
-             "--address --port --discovery-address --no-discovery --box-version --serial --model "
-             "--set --reboot-time --max-file --save --project --report-interval --seed --scenario "
-             "--fault --list-scenarios --list-faults --log --hex --quiet --once --seconds -h, "
+             "--address --port --discovery-address --no-discovery --box-version --serial-number --model "
+             "--set --reboot-time --max-file --save --project --report-interval --acquire --serial "
+             "--no-grouping --seed --scenario --fault --list-scenarios --list-faults --log --hex --quiet "
+             "--once --seconds -h, "
              "--version");
     QVERIFY(options.contains(
         QLatin1String("  --port <number>           Listen on this TCP and UDP port. The tool "
@@ -90,7 +91,7 @@ void TestBoxSimUsage::examplesAreTaken()
             ++taken;
         }
     }
-    QCOMPARE(taken, 5);
+    QCOMPARE(taken, 6);
 }
 
 void TestBoxSimUsage::listsAreTold_data()

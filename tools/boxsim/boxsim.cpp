@@ -33,7 +33,9 @@ BoxSim::BoxSim(const BoxSimOptions &options, QObject *parent)
 {
     qRegisterMetaType<BoxSimFrame>();
     connect(&m_server, &QTcpServer::newConnection, this, &BoxSim::acceptConnections);
+    m_runner.setAcquisition(m_options.acquire);
     connect(&m_runner, &ProjectRunner::reportsDue, this, &BoxSim::pushReports);
+    connect(&m_runner, &ProjectRunner::acquisitionTold, this, &BoxSim::acquisitionTold);
     connect(m_discovery, &DiscoveryResponder::searched, this, &BoxSim::searched);
     connect(m_discovery, &DiscoveryResponder::strangeDatagram, this,
             [this](const QString &peer, const QByteArray &bytes) {

@@ -81,6 +81,8 @@ signals:
     void programAccepted(const QByteArray &program);
     // A project runs from now on.
     void projectStarted(const QString &name, const QStringList &standards);
+    // A line about the devices that the project's values are acquired from.
+    void acquisitionTold(const QString &text);
     void searched(const QString &peer);
     void rebooting();
     void backFromReboot();

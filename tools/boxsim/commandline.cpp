@@ -1,5 +1,6 @@
 #include "boxsim/commandline.h"
 
+#include "boxsim/acquire/readerkinds.h"
 #include "boxsim/faultlist.h"
 #include "boxsim/scenariolist.h"
 
@@ -26,6 +27,8 @@ const char examples[] =
     "    $ boxsim --address 127.1.0.1-200 --quiet --save plant\n"
     "  A slow Box that refuses to have its LTE settings written:\n"
     "    $ boxsim --scenario slow --fault refuse-write=105:500\n"
+    "  A Box that reads the real devices of its project, one line by a USB adapter:\n"
+    "    $ boxsim --project plant.json --acquire --serial COM1=/dev/ttyUSB0\n"
     "  A scenario with one thing changed, since options count for more than it does:\n"
     "    $ boxsim --scenario slow --fault late-json=500";
 
@@ -38,7 +41,7 @@ QList<QCommandLineOption> options()
         {"discovery-address", "Listen for search datagrams here; 0.0.0.0 hears broadcasts. As --address if not said.", "ip"},
         {"no-discovery", "Do not open the UDP port."},
         {"box-version", "Say this program version in heartbeat answers.", "text", "1.0.0"},
-        {"serial", "Say this serial number in heartbeat answers; the number at its end counts up over a range.", "text", "SIM00000001"},
+        {"serial-number", "Say this serial number in heartbeat answers; the number at its end counts up over a range.", "text", "SIM00000001"},
         {"model", "Say this model in heartbeat and search answers.", "text", "MRN-GATE-70"},
         {"set", "Give a setting its first value, such as lanIp=10.0.0.2. Repeatable.", "key=value"},
         {"reboot-time", "Stay off the network for so long at a reboot; 0 to stay on.", "ms", "2000"},
@@ -46,6 +49,9 @@ QList<QCommandLineOption> options()
         {"save", "Keep the last accepted files there as project.json and program.bin; those of a range in a folder a Box.", "folder"},
         {"project", "Run this project document from the start.", "file"},
         {"report-interval", "Let every Standard report so often, in place of its collectionInterval; 0 for no reports.", "ms"},
+        {"acquire", "Read the project's devices, in place of making values up."},
+        {"serial", "With --acquire: this line stands for a COM of the project, such as COM1=/dev/ttyUSB0. Repeatable.", "name=path"},
+        {"no-grouping", "With --acquire: ask for each Modbus value alone."},
         {"seed", "Repeat the values of another run with the same seed.", "number", "1"},
         {"scenario", "Put a set of options before the others; see the scenarios below. Repeatable.", "name"},
         {"fault", "Misbehave in this way; see the faults below. Repeatable.", "name[=value]"},
@@ -75,9 +81,19 @@ void setUp(QCommandLineParser *parser)
     }
 }
 
+QString acquisitionHelp()
+{
+    const QString none = QStringLiteral("nothing, it was left out of this build");
+    const QStringList titles = readerTitles();
+    return QStringLiteral(
+               "\nWith --acquire it reads: %1.\n"
+               "All else, IEC 61850 among it, is not served: its points are reported as not\nvalid.\n")
+        .arg(titles.isEmpty() ? none : titles.join(QStringLiteral(", ")));
+}
+
 QString help(const QCommandLineParser &parser)
 {
-    return parser.helpText() + QStringLiteral("\nScenarios:\n") + scenarioList()
+    return parser.helpText() + acquisitionHelp() + QStringLiteral("\nScenarios:\n") + scenarioList()
         + QStringLiteral("\nFaults:\n") + faultList() + QLatin1Char('\n') + QLatin1String(examples);
 }
 
@@ -152,15 +168,28 @@ private:
     QString m_wrong;
 };
 
-void readSettings(const QStringList &pairs, Reader *reader, BoxSimOptions *options)
+QMap<QString, QString> readPairs(const QStringList &pairs, const QString &wrong, Reader *reader)
 {
+    QMap<QString, QString> found;
     for (const QString &pair : pairs) {
         const int equals = pair.indexOf(QLatin1Char('='));
         if (equals < 1) {
-            reader->fail(QStringLiteral("--set takes key=value"));
+            reader->fail(wrong);
         } else {
-            options->settings.insert(pair.left(equals), pair.mid(equals + 1));
+            found.insert(pair.left(equals), pair.mid(equals + 1));
         }
+    }
+    return found;
+}
+
+void readAcquisition(const QCommandLineParser &parser, Reader *reader, AcquireOptions *options)
+{
+    const QString wrong = QStringLiteral("--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
+    options->on = parser.isSet(QStringLiteral("acquire"));
+    options->grouping = !parser.isSet(QStringLiteral("no-grouping"));
+    options->serialLines = readPairs(parser.values(QStringLiteral("serial")), wrong, reader);
+    if (options->serialLines.values().contains(QString())) {
+        reader->fail(wrong);
     }
 }
 
@@ -188,7 +217,7 @@ void readOptions(const QCommandLineParser &parser, Reader *reader, CommandLine *
     options.rebootTime = reader->number("reboot-time", 0, largest, options.rebootTime);
     options.maxFileSize = reader->number("max-file", 0, largest, options.maxFileSize);
     options.version = reader->text("box-version");
-    options.serialNumber = reader->text("serial");
+    options.serialNumber = reader->text("serial-number");
     options.model = reader->text("model");
     line->projectFile = reader->text("project");
     line->logFile = reader->text("log");
@@ -197,7 +226,9 @@ void readOptions(const QCommandLineParser &parser, Reader *reader, CommandLine *
     line->quiet = parser.isSet(QStringLiteral("quiet"));
     line->once = parser.isSet(QStringLiteral("once"));
     line->seconds = reader->number("seconds", 1, largest / 1000, 0);
-    readSettings(parser.values(QStringLiteral("set")), reader, &options);
+    options.settings =
+        readPairs(parser.values(QStringLiteral("set")), QStringLiteral("--set takes key=value"), reader);
+    readAcquisition(parser, reader, &options.acquire);
     readFaults(parser.values(QStringLiteral("fault")), reader, &options);
     if (!parser.positionalArguments().isEmpty()) {
         reader->fail(QStringLiteral("unexpected argument: ") + parser.positionalArguments().constFirst());

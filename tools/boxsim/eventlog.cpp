@@ -55,6 +55,7 @@ void EventLog::watch(BoxSim *box, const QString &name)
         line(name,
              QStringLiteral("runs project \"%1\": %2").arg(project, standards.join(QStringLiteral(", "))));
     });
+    connect(box, &BoxSim::acquisitionTold, this, [=](const QString &text) { line(name, text); });
     connect(box, &BoxSim::rebooting, this, [=] { line(name, QStringLiteral("goes down for a reboot")); });
     connect(box, &BoxSim::backFromReboot, this,
             [=] { line(name, QStringLiteral("is back from the reboot")); });

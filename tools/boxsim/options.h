@@ -1,5 +1,7 @@
 #pragma once
 
+#include "boxsim/acquire/acquisition.h"
+
 #include <QByteArray>
 #include <QHostAddress>
 #include <QMap>
@@ -70,7 +72,8 @@ struct BoxSimOptions {
     quint32 seed = 1;                // same seed, same project: same values
     // Between two reports of a Standard. -1: the Standard's own collectionInterval. 0: only on reportNow().
     int reportInterval = -1;
-    int rebootTime = 2000; // how long a reboot keeps the Box off the network; 0 keeps it on
+    AcquireOptions acquire; // values are made up unless it is on
+    int rebootTime = 2000;  // how long a reboot keeps the Box off the network; 0 keeps it on
 
     int maxFileSize = 64 * 1024 * 1024;
     int maxQueued = 16 * 1024 * 1024; // unsent bytes a connection; reports beyond are dropped

@@ -14,9 +14,19 @@ constexpr int mostFloodBurst = 1000; // reports a tick, whatever rate is asked
 
 ProjectRunner::ProjectRunner(QObject *parent)
     : QObject(parent)
+    , m_acquisition(this)
     , m_floodTimer(this)
 {
     connect(&m_floodTimer, &QTimer::timeout, this, &ProjectRunner::floodTick);
+    connect(&m_acquisition, &Acquisition::told, this, &ProjectRunner::acquisitionTold);
+    connect(&m_acquisition, &Acquisition::readingOver, this,
+            [this](int standard, const QVector<PointReading> &readings) {
+                Stream &stream = *m_streams[static_cast<size_t>(standard)];
+                stream.acquired = readings;
+                if (m_pace.flood <= 0) {
+                    report(stream);
+                }
+            });
 }
 
 void ProjectRunner::run(const SimProject &project, quint32 seed, const QString &serialNumber)
@@ -26,17 +36,22 @@ void ProjectRunner::run(const SimProject &project, quint32 seed, const QString &
     m_seed = seed;
     m_serialNumber = serialNumber;
     for (const SimStandard &standard : project.standards) {
-        if (standard.points.isEmpty()) {
-            continue;
+        if (!standard.points.isEmpty()) {
+            addStream(standard);
         }
-        auto stream = std::make_unique<Stream>();
-        stream->standard = standard;
-        stream->timer = std::make_unique<QTimer>();
-        Stream *raw = stream.get();
-        connect(raw->timer.get(), &QTimer::timeout, this, [this, raw] { due(*raw); });
-        m_streams.push_back(std::move(stream));
     }
     resume();
+}
+
+void ProjectRunner::addStream(const SimStandard &standard)
+{
+    auto stream = std::make_unique<Stream>();
+    stream->standard = standard;
+    stream->acquired.resize(standard.points.size());
+    stream->timer = std::make_unique<QTimer>();
+    Stream *raw = stream.get();
+    connect(raw->timer.get(), &QTimer::timeout, this, [this, raw] { due(*raw); });
+    m_streams.push_back(std::move(stream));
 }
 
 void ProjectRunner::clear()
@@ -50,6 +65,7 @@ void ProjectRunner::clear()
 void ProjectRunner::pause()
 {
     m_paused = true;
+    m_acquisition.stop();
     m_floodTimer.stop();
     for (const auto &stream : m_streams) {
         stream->timer->stop();
@@ -62,18 +78,30 @@ void ProjectRunner::resume()
     if (m_streams.empty()) {
         return;
     }
+    if (m_acquire.on && m_pace.interval != 0) {
+        acquire();
+    }
     if (m_pace.flood > 0) {
         m_flooded = 0;
         m_floodClock.start();
         m_floodTimer.start(floodTickTime);
         return;
     }
-    if (m_pace.interval == 0) {
+    if (m_acquire.on || m_pace.interval == 0) {
         return;
     }
     for (const auto &stream : m_streams) {
         stream->timer->start(0); // due() sets the interval
     }
+}
+
+void ProjectRunner::acquire()
+{
+    QVector<SimStandard> standards;
+    for (const auto &stream : m_streams) {
+        standards.append(stream->standard);
+    }
+    m_acquisition.start(standards, m_acquire, m_pace.interval);
 }
 
 void ProjectRunner::setPace(const Pace &pace)
@@ -114,6 +142,11 @@ void ProjectRunner::reportNow()
 void ProjectRunner::due(Stream &stream)
 {
     stream.timer->start(m_pace.interval > 0 ? m_pace.interval : stream.standard.interval);
+    report(stream);
+}
+
+void ProjectRunner::report(Stream &stream)
+{
     if (m_pace.interleave) {
         reportNow();
     } else {
@@ -131,9 +164,20 @@ void ProjectRunner::floodTick()
     }
 }
 
+PointReading ProjectRunner::value(const Stream &stream, int point) const
+{
+    PointReading reading = stream.acquired.at(point);
+    if (!m_acquire.on) {
+        reading = {stream.points[static_cast<size_t>(point)].value(stream.step), true};
+    }
+    reading.valid = reading.valid && (m_pace.invalidEvery <= 0 || (point + 1) % m_pace.invalidEvery != 0);
+    return reading;
+}
+
 QByteArray ProjectRunner::nextReport(Stream &stream)
 {
-    if (stream.points.empty()) { // made when they are needed: a project may be pushed and never reported
+    // Made when they are needed: a project may be pushed and never reported.
+    if (!m_acquire.on && stream.points.empty()) {
         stream.points.reserve(static_cast<size_t>(stream.standard.points.size()));
         for (const SimPoint &point : qAsConst(stream.standard.points)) {
             stream.points.emplace_back(point, m_seed);
@@ -142,13 +186,13 @@ QByteArray ProjectRunner::nextReport(Stream &stream)
     QJsonArray datas;
     for (int i = 0; i < stream.standard.points.size(); ++i) {
         const SimPoint &point = stream.standard.points.at(i);
-        const bool valid = m_pace.invalidEvery <= 0 || (i + 1) % m_pace.invalidEvery != 0;
+        const PointReading reading = value(stream, i);
         datas.append(QJsonObject{
             {QStringLiteral("name"), point.name},
             {QStringLiteral("addr"), point.addr},
             {QStringLiteral("dataType"), point.dataType},
-            {QStringLiteral("value"), stream.points[static_cast<size_t>(i)].value(stream.step)},
-            {QStringLiteral("valid"), valid ? QStringLiteral("1") : QStringLiteral("0")},
+            {QStringLiteral("value"), reading.value},
+            {QStringLiteral("valid"), reading.valid ? QStringLiteral("1") : QStringLiteral("0")},
         });
     }
     ++stream.step;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "boxsim/acquire/acquisition.h"
 #include "boxsim/pointsignal.h"
 #include "boxsim/simproject.h"
 
@@ -11,7 +12,8 @@
 #include <memory>
 #include <vector>
 
-// Runs one project: a stream of reports for each Standard that has points, each with values one step on.
+// Runs one project: a stream of reports for each Standard that has points, each with values one step on, or
+// with those that are acquired.
 class ProjectRunner : public QObject
 {
     Q_OBJECT
@@ -35,6 +37,8 @@ public:
     void pause();
     void resume();
     void setPace(const Pace &pace);
+    // Reads the devices of the project from now on, in place of making their values up.
+    void setAcquisition(const AcquireOptions &options) { m_acquire = options; }
     // One report of each Standard, now.
     void reportNow();
 
@@ -44,17 +48,24 @@ public:
 signals:
     // The JSON texts of reports that are due together: one, or all Standards' where they interleave.
     void reportsDue(const QVector<QByteArray> &reports);
+    // A line for the log about what is acquired.
+    void acquisitionTold(const QString &text);
 
 private:
     struct Stream {
         SimStandard standard;
         std::vector<PointSignal> points; // empty before the first report
         quint64 step = 0;
+        QVector<PointReading> acquired; // in place of points, one a point of the Standard
         std::unique_ptr<QTimer> timer;
     };
 
+    void addStream(const SimStandard &standard);
+    void acquire();
     void due(Stream &stream);
+    void report(Stream &stream);
     void floodTick();
+    PointReading value(const Stream &stream, int point) const;
     QByteArray nextReport(Stream &stream);
 
     SimProject m_project;
@@ -62,6 +73,8 @@ private:
     QString m_serialNumber;
     std::vector<std::unique_ptr<Stream>> m_streams;
     Pace m_pace;
+    AcquireOptions m_acquire;
+    Acquisition m_acquisition;
     bool m_paused = false;
     QTimer m_floodTimer;
     QElapsedTimer m_floodClock;

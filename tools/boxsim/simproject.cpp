@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QVariant>
 
 namespace {
 
@@ -34,11 +35,26 @@ void appendPoint(const QJsonObject &object, SimStandard *standard)
     }
 }
 
+// The object's texts and numbers, as texts.
+QMap<QString, QString> texts(const QJsonObject &object)
+{
+    QMap<QString, QString> texts;
+    for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
+        if (it->isString() || it->isDouble()) {
+            texts.insert(it.key(), it->toVariant().toString());
+        }
+    }
+    return texts;
+}
+
 SimStandard readStandard(const QJsonObject &object)
 {
     SimStandard standard;
     standard.name = text(object, "name");
     const QJsonObject parameter = object.value(QLatin1String("parameter")).toObject();
+    standard.protocol = text(object, "protocol");
+    standard.mode = text(object, "modbus");
+    standard.parameters = texts(parameter);
     const int interval = text(parameter, "collectionInterval").toInt();
     standard.interval = interval <= 0 ? usualInterval : qBound(shortestInterval, interval, longestInterval);
     const QJsonArray entries = object.value(QLatin1String("datas")).toArray();
@@ -48,10 +64,15 @@ SimStandard readStandard(const QJsonObject &object)
             appendPoint(entry.toObject(), &standard);
             continue;
         }
+        SimDevice device;
+        device.settings = texts(entry.toObject());
+        device.firstPoint = standard.points.size();
         const QJsonArray points = group.toArray();
         for (const QJsonValue &point : points) {
             appendPoint(point.toObject(), &standard);
         }
+        device.pointCount = standard.points.size() - device.firstPoint;
+        standard.devices.append(device);
     }
     return standard;
 }

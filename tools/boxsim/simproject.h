@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <QVector>
 
@@ -12,10 +13,23 @@ struct SimPoint {
     int length = 0;   // characters of a "string" point; 0 if the document says nothing
 };
 
+// A slave or a meter: points that stand together in a Standard.
+struct SimDevice {
+    QMap<QString, QString> settings; // its keys beside the points: "stationNum", "slaveAddress" and so on
+    int firstPoint = 0;              // in the Standard's points
+    int pointCount = 0;
+};
+
 struct SimStandard {
     QString name;
     int interval = 1000; // milliseconds between two acquisitions
     QVector<SimPoint> points;
+
+    // What says how the points are acquired.
+    QString protocol;                  // "Modbus", "DLT645" or another
+    QString mode;                      // of a Modbus Standard: "ModbusTCP" or "ModbusRTU"
+    QMap<QString, QString> parameters; // the keys of its "parameter", as they stand
+    QVector<SimDevice> devices;        // none for points that stand in no group
 };
 
 struct SimProject {

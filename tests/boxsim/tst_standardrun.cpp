@@ -1,0 +1,339 @@
+#include "boxsim/acquire/standardrun.h"
+
+#include <QtTest>
+
+// The rhythm of one Standard's readings: beats, what is lost and comes back, and what that costs. Clock and
+// line are made up, so that an hour takes no time.
+class TestStandardRun : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void beatsAreKeptOrSkipped_data();
+    void beatsAreKeptOrSkipped();
+    void skippedBeatsAreToldOnce();
+    void whatCannotBeReadKeepsItsLastValue();
+    void aDeadDeviceIsLostAndBack();
+    void aDeadDeviceCostsOneTimeoutUntilItIsLost();
+    void triesFitBetweenTheReadings_data();
+    void triesFitBetweenTheReadings();
+    void manyLostDevicesAllHaveTheirTurn();
+    void aLineThatDoesNotOpenIsLostAndBack();
+    void aLineThatBreaksIsOpenedAnewAtOnce();
+    void aLineWithoutAnAnswerIsOpenedAnew();
+    void nothingIsToldAfterAStop();
+    void withoutAReaderNothingIsValid();
+
+private:
+    // Reads one value a device, the number of the attempt, in no time but for the devices that are dead.
+    class Reader : public DeviceReader
+    {
+    public:
+        explicit Reader(qint64 *clock)
+            : m_clock(clock)
+        {
+        }
+        bool hasWork(int device) const override { return device != idle; }
+        QString deviceName(int device) const override { return QString("station %1").arg(device + 1); }
+        QString lineName() const override { return "line"; }
+        int openTimeout() const override { return timeout; }
+        int requestTimeout() const override { return timeout; }
+        bool open(int most, QString *reason) override
+        {
+            ++opened;
+            *m_clock += closed ? qMin(most, timeout) : 0;
+            *reason = "no line";
+            m_open = !closed;
+            return m_open;
+        }
+        void close() override { m_open = false; }
+        bool isOpen() const override { return m_open; }
+        Result read(int device, int most, PointReading *readings) override
+        {
+            ++asked[device];
+            if (breaks-- > 0) {
+                return {Outcome::LineLost, "broken"};
+            }
+            if (dead.contains(device)) {
+                *m_clock += qMin(most, timeout);
+                longest = qMax(longest, most);
+                return {Outcome::Silent, "no answer"};
+            }
+            *m_clock += cost;
+            readings[0] = {QString("v%1").arg(asked[device]), true};
+            return {};
+        }
+        void forget(int device) override { forgotten.append(device); }
+
+        int timeout = 200;
+        int cost = 0;
+        int idle = -1;
+        QSet<int> dead;
+        bool closed = false;
+        int breaks = 0;
+        int opened = 0;
+        QMap<int, int> asked;
+        QVector<int> forgotten;
+        int longest = 0;
+
+    private:
+        qint64 *m_clock;
+        bool m_open = false;
+    };
+
+    void start(int devices, int interval)
+    {
+        m_time = 0;
+        m_told.clear();
+        SimStandard standard;
+        standard.name = "S";
+        for (int i = 0; i < devices; ++i) {
+            standard.points.append({QString("p%1").arg(i), QString::number(i), "int16", 0});
+            standard.devices.append({{}, i, 1});
+        }
+        auto reader = std::make_unique<Reader>(&m_time);
+        m_reader = reader.get();
+        m_stop = std::make_unique<StopFlag>();
+        m_run = std::make_unique<StandardRun>(
+            standard, std::move(reader), interval,
+            StandardRun::Surroundings{[this] { return m_time; },
+                                      [this](const QString &text) { m_told.append(text); }, m_stop.get()});
+    }
+    // One beat with what follows it, as on a link of its own or a shared one. Each row as text, "-" in front
+    // of those that are not valid.
+    QStringList beat(bool alone = false)
+    {
+        m_time = qMax(m_time, m_run->due());
+        const qint64 due = m_time;
+        const QVector<PointReading> readings = m_run->read();
+        m_took = m_time - due;
+        m_run->tryLost(m_run->due(), alone);
+        QStringList rows;
+        for (const PointReading &reading : readings) {
+            rows.append((reading.valid ? QString() : QString("-")) + reading.value);
+        }
+        return rows;
+    }
+    void beats(int count, bool alone = false)
+    {
+        for (int i = 0; i < count; ++i) {
+            beat(alone);
+        }
+    }
+
+    qint64 m_time = 0;
+    qint64 m_took = 0; // the last reading
+    QStringList m_told;
+    std::unique_ptr<StopFlag> m_stop;
+    Reader *m_reader = nullptr;
+    std::unique_ptr<StandardRun> m_run;
+};
+
+void TestStandardRun::beatsAreKeptOrSkipped_data()
+{
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<int>("cost");
+    QTest::addColumn<QVector<qint64>>("starts");
+    using Times = QVector<qint64>;
+    QTest::newRow("no time") << 1000 << 0 << Times{0, 1000, 2000, 3000};
+    QTest::newRow("within the beat") << 1000 << 999 << Times{0, 1000, 2000, 3000};
+    QTest::newRow("as long as the beat") << 1000 << 1000 << Times{0, 1000, 2000, 3000};
+    QTest::newRow("longer") << 1000 << 1001 << Times{0, 2000, 4000, 6000};
+    QTest::newRow("two and a half") << 1000 << 2500 << Times{0, 3000, 6000, 9000};
+}
+
+void TestStandardRun::beatsAreKeptOrSkipped()
+{
+    QFETCH(int, interval);
+    QFETCH(int, cost);
+    start(1, interval);
+    m_reader->cost = cost;
+    QVector<qint64> starts;
+    for (int i = 0; i < 4; ++i) {
+        starts.append(m_run->due());
+        beat();
+    }
+    QTEST(starts, "starts");
+}
+
+void TestStandardRun::skippedBeatsAreToldOnce()
+{
+    start(1, 1000);
+    m_reader->cost = 2500;
+    beats(10);
+    QCOMPARE(m_told, QStringList{"\"S\": skips beats, a reading takes longer than 1000 ms"});
+    m_reader->cost = 10;
+    beats(10);
+    QCOMPARE(m_told.mid(1), QStringList{"\"S\": keeps its beat again, 20 were skipped"});
+}
+
+void TestStandardRun::whatCannotBeReadKeepsItsLastValue()
+{
+    start(2, 1000);
+    m_reader->dead = {1};
+    QCOMPARE(beat(), (QStringList{"v1", "-"}));
+    m_reader->dead.clear();
+    QCOMPARE(beat(), (QStringList{"v2", "v2"}));
+    m_reader->dead = {0};
+    QCOMPARE(beat(), (QStringList{"-v2", "v3"}));
+    QCOMPARE(beat(), (QStringList{"-v2", "v4"}));
+}
+
+void TestStandardRun::aDeadDeviceIsLostAndBack()
+{
+    start(2, 1000);
+    m_reader->dead = {0};
+    beats(100);
+    QCOMPARE(m_told, QStringList{"\"S\": station 1 lost after 3 attempts: no answer"});
+    QCOMPARE(m_reader->forgotten, QVector<int>{0});
+    const int attempts = m_reader->asked[0];
+    QVERIFY2(attempts >= 13 && attempts <= 100, QByteArray::number(attempts));
+    QCOMPARE(m_reader->asked[1], 100);
+    m_reader->dead.clear();
+    beats(11);
+    QCOMPARE(m_told.mid(1), QStringList{QString("\"S\": station 1 back after %1 attempts").arg(attempts)});
+    QCOMPARE(beat().at(0).at(0), QChar('v'));
+    QCOMPARE(m_run->due(), 112000); // no beat fell out
+}
+
+void TestStandardRun::aDeadDeviceCostsOneTimeoutUntilItIsLost()
+{
+    start(2, 1000);
+    m_reader->dead = {0};
+    for (const int took : {200, 200, 200, 0, 0, 0}) {
+        beat();
+        QCOMPARE(m_took, took);
+    }
+}
+
+void TestStandardRun::triesFitBetweenTheReadings_data()
+{
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<int>("timeout");
+    QTest::addColumn<int>("cost"); // of the device that is there
+    QTest::newRow("room enough") << 1000 << 200 << 100;
+    QTest::newRow("time-out as long as the beat") << 2000 << 2000 << 100;
+    QTest::newRow("longer") << 500 << 2000 << 100;
+}
+
+// The other devices keep their beat but for the tries that wait longer once a minute. Every ten seconds there
+// is one at least.
+void TestStandardRun::triesFitBetweenTheReadings()
+{
+    QFETCH(int, interval);
+    QFETCH(int, timeout);
+    QFETCH(int, cost);
+    start(2, interval);
+    m_reader->dead = {0};
+    m_reader->timeout = timeout;
+    beats(10);
+    m_told.clear();
+    m_reader->cost = cost;
+    const qint64 begin = m_time;
+    const int before = m_reader->asked[1];
+    qint64 lastTry = m_time;
+    qint64 longestPause = 0;
+    int tries = m_reader->asked[0];
+    while (m_time < begin + 600000) {
+        beat();
+        if (m_reader->asked[0] > tries) {
+            QCOMPARE(m_reader->asked[0], tries + 1);
+            longestPause = qMax(longestPause, m_time - lastTry);
+            lastTry = m_time;
+            tries = m_reader->asked[0];
+        }
+    }
+    const int kept = m_reader->asked[1] - before;
+    const int due = 600000 / interval;
+    QVERIFY2(kept >= due - 10 * (timeout / interval + 1), QByteArray::number(kept));
+    QVERIFY2(longestPause <= 10000 + timeout, QByteArray::number(longestPause));
+    QCOMPARE(m_told, QStringList());
+}
+
+void TestStandardRun::manyLostDevicesAllHaveTheirTurn()
+{
+    start(30, 1000);
+    for (int i = 1; i < 30; ++i) {
+        m_reader->dead.insert(i);
+    }
+    beats(3);
+    m_told.clear();
+    const QMap<int, int> before = m_reader->asked;
+    const qint64 begin = m_time;
+    beats(10);
+    for (int i = 0; i < 30; ++i) {
+        QVERIFY2(m_reader->asked[i] > before[i], QByteArray::number(i));
+    }
+    QVERIFY2(m_time - begin <= 11000, QByteArray::number(m_time - begin));
+    QCOMPARE(m_reader->asked[0], 13);
+}
+
+void TestStandardRun::aLineThatDoesNotOpenIsLostAndBack()
+{
+    start(3, 1000);
+    m_reader->closed = true;
+    for (const int took : {200, 200, 200, 0, 0}) {
+        QCOMPARE(beat(), (QStringList{"-", "-", "-"}));
+        QCOMPARE(m_took, took);
+    }
+    beats(20);
+    QCOMPARE(m_told, QStringList{"\"S\": line lost after 3 attempts: no line"});
+    QCOMPARE(m_reader->forgotten, (QVector<int>{0, 1, 2}));
+    const int attempts = m_reader->opened;
+    m_reader->closed = false;
+    beats(11);
+    QCOMPARE(m_told.mid(1), QStringList{QString("\"S\": line back after %1 attempts").arg(attempts)});
+    QCOMPARE(m_reader->opened, attempts + 1);
+    QVERIFY(!beat().contains("-"));
+}
+
+void TestStandardRun::aLineThatBreaksIsOpenedAnewAtOnce()
+{
+    start(2, 1000);
+    beats(2);
+    QCOMPARE(m_reader->opened, 1);
+    m_reader->breaks = 1;
+    QCOMPARE(beat(), (QStringList{"v4", "v3"}));
+    QCOMPARE(m_reader->opened, 2);
+    m_reader->breaks = 2;
+    QCOMPARE(beat(), (QStringList{"-v4", "-v3"}));
+    QCOMPARE(beat().at(0).at(0), QChar('v'));
+    QCOMPARE(m_told, QStringList());
+}
+
+// A peer that was switched off does not end its connection.
+void TestStandardRun::aLineWithoutAnAnswerIsOpenedAnew()
+{
+    start(2, 1000);
+    m_reader->dead = {0};
+    beats(5);
+    QCOMPARE(m_reader->opened, 1);
+    m_reader->dead = {0, 1};
+    beat();
+    QCOMPARE(m_reader->opened, 2);
+}
+
+void TestStandardRun::nothingIsToldAfterAStop()
+{
+    start(1, 1000);
+    m_reader->dead = {0};
+    beats(2);
+    m_stop->set();
+    beat();
+    QCOMPARE(m_told, QStringList());
+}
+
+void TestStandardRun::withoutAReaderNothingIsValid()
+{
+    SimStandard standard;
+    standard.points.append({"p", "1", "int16", 0});
+    StopFlag stop;
+    StandardRun run(standard, nullptr, 500, {[] { return 0; }, [](const QString &) {}, &stop});
+    const QVector<PointReading> readings = run.read();
+    QCOMPARE(readings.size(), 1);
+    QVERIFY(!readings.at(0).valid && readings.at(0).value.isEmpty());
+    QCOMPARE(run.due(), 500);
+}
+
+QTEST_GUILESS_MAIN(TestStandardRun)
+#include "tst_standardrun.moc"

@@ -1,0 +1,101 @@
+#include "boxsim/acquire/acquisition.h"
+
+#include "boxsim/acquire/link.h"
+#include "boxsim/acquire/readerkinds.h"
+
+namespace {
+
+// Why a Standard cannot be read, empty if it can.
+QString obstacle(const SimStandard &standard, const ReaderKind *kind, const QString &serialPath)
+{
+    if (!kind) {
+        return QStringLiteral("%1 %2").arg(standard.protocol, standard.mode).trimmed()
+            + QStringLiteral(" is not served by this boxsim");
+    }
+    if (kind->serial && serialPath.isEmpty()) {
+        return QStringLiteral("no --serial names the line for ")
+            + standard.parameters.value(QStringLiteral("serialport"));
+    }
+    return QString();
+}
+
+} // namespace
+
+Acquisition::Acquisition(QObject *parent)
+    : QObject(parent)
+{
+    qRegisterMetaType<QVector<PointReading>>();
+}
+
+Acquisition::~Acquisition()
+{
+    stop();
+}
+
+void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOptions &options, int interval)
+{
+    stop();
+    m_standards = standards;
+    for (int i = 0; i < m_standards.size(); ++i) {
+        const SimStandard &standard = m_standards.at(i);
+        const ReaderKind *kind = readerKind(standard);
+        const QString port = standard.parameters.value(QStringLiteral("serialport"));
+        const QString path = kind && kind->serial ? options.serialLines.value(port) : QString();
+        const QString why = obstacle(standard, kind, path);
+        Link *link = kind && !kind->serial ? newLink() : sharedLink(path);
+        std::unique_ptr<DeviceReader> reader;
+        if (kind && why.isEmpty()) {
+            const auto tell = [link](const QString &text) { emit link->told(text); };
+            reader = kind->make({&standard, path, options.grouping, link->stopFlag(), tell});
+        } else {
+            emit link->told(QStringLiteral("\"%1\": not read, %2").arg(standard.name, why));
+        }
+        link->add(i, standard, std::move(reader), interval > 0 ? interval : standard.interval);
+    }
+    for (const auto &link : m_links) {
+        link->start();
+    }
+}
+
+void Acquisition::stop()
+{
+    ++m_generation;
+    for (const auto &link : m_links) {
+        link->stopFlag()->set();
+    }
+    m_links.clear();
+    m_sharedLinks.clear();
+}
+
+Link *Acquisition::newLink()
+{
+    m_links.push_back(std::make_unique<Link>());
+    Link *link = m_links.back().get();
+    const int generation = m_generation;
+    connect(
+        link, &Link::readingOver, this,
+        [this, generation](int id, const QVector<PointReading> &readings) {
+            if (generation == m_generation) {
+                emit readingOver(id, readings);
+            }
+        },
+        Qt::QueuedConnection);
+    connect(
+        link, &Link::told, this,
+        [this, generation](const QString &text) {
+            if (generation == m_generation) {
+                emit told(text);
+            }
+        },
+        Qt::QueuedConnection);
+    return link;
+}
+
+Link *Acquisition::sharedLink(const QString &path)
+{
+    Link *&link = m_sharedLinks[path];
+    if (!link) {
+        link = newLink();
+    }
+    return link;
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "boxsim/acquire/reading.h"
+
+#include <QString>
+
+#include <functional>
+
+class StopFlag;
+struct SimStandard;
+
+// What a reader works with. All of it outlives the reader.
+struct ReaderSetup {
+    const SimStandard *standard;
+    QString serialPath;   // of the device file that stands for the Standard's COM; empty for a network
+    bool grouping = true; // whether neighbouring addresses may be joined in one request
+    StopFlag *stop;
+    // A line for the log, told once each: which points can never be read, a parity that the line refuses. It
+    // begins with the name of the Standard or the point. May be called from any thread.
+    std::function<void(const QString &)> tell;
+};
+
+// Reads the devices of one Standard over its line: slaves or meters, numbered as in SimStandard::devices.
+// It is built in one thread and from then on used in that of its link alone; there it blocks, but returns
+// within a second from the time when the stop flag is set. All times are milliseconds.
+class DeviceReader
+{
+public:
+    enum class Outcome {
+        Answered, // the device said something, if only that it refuses
+        Silent,   // it said nothing that makes sense
+        LineLost, // the line itself failed, and is to be opened anew
+    };
+    struct Result {
+        Outcome outcome = Outcome::Answered;
+        QString reason; // of an outcome that is not Answered, in words for the log: "no answer"
+    };
+
+    virtual ~DeviceReader() = default;
+
+    // Whether the device has a point that can be read at all.
+    virtual bool hasWork(int device) const = 0;
+    // What the device is called in the log: "station 3".
+    virtual QString deviceName(int device) const = 0;
+    // What the line is called in the log: "192.168.1.60:502".
+    virtual QString lineName() const = 0;
+    // The longest that one attempt to open, and one request to a device that is silent, may take.
+    virtual int openTimeout() const = 0;
+    virtual int requestTimeout() const = 0;
+
+    // Opens the line with the Standard's settings. False, with the reason for the log, if that takes longer
+    // than the time given or fails.
+    virtual bool open(int timeout, QString *reason) = 0;
+    virtual void close() = 0;
+    virtual bool isOpen() const = 0;
+    // Asks the device for its points. readings has one for each point of the device, in order, not valid when
+    // it comes; what is read is put there. Ends with the first request that is silent for the time given. A
+    // point that is refused stays not valid, and the device has answered.
+    virtual Result read(int device, int timeout, PointReading *readings) = 0;
+    // The device was lost: what has been learned of it no longer counts.
+    virtual void forget(int /*device*/) {}
+};

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "boxsim/acquire/modbusaddress.h"
+
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QString>
+
+#include <memory>
+#include <modbus.h>
+
+class StopFlag;
+
+// One request to one slave.
+struct ModbusAsk {
+    int station;
+    ModbusArea area;
+    int first;
+    int count;
+};
+
+struct ModbusAnswer {
+    enum class Kind {
+        Data,
+        Exception, // the slave refuses
+        Silent,    // nothing came that makes sense
+        Lost,      // the line failed
+    };
+    Kind kind = Kind::Silent;
+    int exception = 0; // the code
+    QString reason;    // of all but data, in words for the log
+};
+
+// A connection or serial line to Modbus slaves, over libmodbus. It is used in one thread; it blocks, but ends
+// soon after the stop flag is set. All times are milliseconds.
+class ModbusLine
+{
+public:
+    virtual ~ModbusLine();
+
+    virtual QString name() const = 0;
+    // The longest that opening may take.
+    virtual int openTimeout() const = 0;
+    int requestTimeout() const { return m_requestTimeout; }
+
+    bool open(int timeout, QString *reason);
+    // Waits until what may still come cannot disturb others on the line.
+    virtual void settle() {}
+    void close();
+    bool isOpen() const { return m_context != nullptr; }
+    // Reads registers, or bits as 0 and 1, into words. Answers that are not to this request are left aside.
+    ModbusAnswer read(const ModbusAsk &ask, int timeout, quint16 *words);
+
+    // Whether a whole answer, of which so many bytes come before the function, is one to this request. True
+    // with an exception as well.
+    static bool fits(const ModbusAsk &ask, const QByteArray &answer, int header);
+
+protected:
+    struct Free {
+        void operator()(modbus_t *context) const;
+    };
+    using Context = std::unique_ptr<modbus_t, Free>;
+
+    ModbusLine(int requestTimeout, StopFlag *stop);
+
+    // A context with an open line, null with the reason.
+    virtual Context connect(int timeout, QString *reason) = 0;
+    // Waits until a request may be sent. False if the line does not let it come to that.
+    virtual bool makeReady(ModbusAnswer *answer) = 0;
+    virtual bool send(const ModbusAsk &ask) = 0;
+    // Whether the answer belongs to the request that was sent last.
+    virtual bool isLatest(const QByteArray &answer) const = 0;
+    // A request had no answer, or a broken one.
+    virtual void failed(bool broken, int timeout) = 0;
+
+    modbus_t *context() const { return m_context.get(); }
+    int socket() const;
+    StopFlag *stopFlag() const { return m_stop; }
+    // Waits for something to read or, while connecting, to write: 1 for something, 0 for the end of the time
+    // or a stop, -1 for a line that hung up.
+    int waitFor(int socket, short events, qint64 time) const;
+
+private:
+    ModbusAnswer receive(const ModbusAsk &ask, int timeout, quint16 *words);
+    bool take(const ModbusAsk &ask, const QByteArray &adu, quint16 *words, ModbusAnswer *answer) const;
+
+    int m_requestTimeout;
+    StopFlag *m_stop;
+    Context m_context;
+};
+
+// The words for an exception code.
+QString modbusExceptionText(int code);

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "boxsim/acquire/modbusaddress.h"
+#include "boxsim/acquire/modbusvalue.h"
+#include "boxsim/simproject.h"
+
+#include <QVector>
+
+// A value that one slave is asked for.
+struct ModbusItem {
+    int point = 0; // of the slave
+    ModbusAddress address;
+    ModbusType type;
+    int count = 1; // registers, or one bit
+
+    int end() const { return address.number + count; }
+};
+
+// Neighbouring values of one area, asked for together.
+struct ModbusRequest {
+    QVector<ModbusItem> items; // by address
+    ModbusArea area() const { return items.constFirst().address.area; }
+    int first() const { return items.constFirst().address.number; }
+    int count() const;
+};
+
+// What one slave is asked for, and how: the rules for addresses, types and joined requests.
+class ModbusPlan
+{
+public:
+    struct Refusal {
+        int point; // of the slave
+        QString reason;
+    };
+
+    // The points are those of one slave, with its settings as the document has them.
+    ModbusPlan(const QVector<SimPoint> &points, const QMap<QString, QString> &settings, bool grouping);
+
+    const QVector<Refusal> &refusals() const { return m_refusals; }
+    const QVector<ModbusRequest> &requests() const { return m_requests; }
+    const ModbusOrder &order() const { return m_order; }
+
+    // A request was refused: halves it. False if it has one value only.
+    bool split(int request);
+    // A request was not answered: from now on it is the last, so that it does not keep the others waiting.
+    void putLast(int request);
+    // Forgets what was split and moved.
+    void reset();
+
+private:
+    void take(int index, const SimPoint &point, bool countsFrom0);
+
+    bool m_grouping;
+    ModbusOrder m_order;
+    QVector<ModbusItem> m_items; // by area and address
+    QVector<ModbusRequest> m_requests;
+    QVector<Refusal> m_refusals;
+};

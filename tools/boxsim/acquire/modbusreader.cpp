@@ -1,0 +1,173 @@
+#include "boxsim/acquire/modbusreader.h"
+
+#include "boxsim/acquire/modbusrtuline.h"
+#include "boxsim/acquire/modbustcpline.h"
+#include "boxsim/acquire/stopflag.h"
+
+namespace {
+
+constexpr int illegalAddress = 2;
+constexpr int illegalValue = 3;
+constexpr int gatewayPath = 10;
+constexpr int gatewayTarget = 11;
+
+// A gateway says in this way that the slave behind it is silent.
+bool isSilence(const ModbusAnswer &answer)
+{
+    return answer.kind == ModbusAnswer::Kind::Silent
+        || (answer.kind == ModbusAnswer::Kind::Exception
+            && (answer.exception == gatewayPath || answer.exception == gatewayTarget));
+}
+
+bool isRefusal(const ModbusAnswer &answer)
+{
+    return answer.kind == ModbusAnswer::Kind::Exception
+        && (answer.exception == illegalAddress || answer.exception == illegalValue);
+}
+
+} // namespace
+
+ModbusReader::ModbusReader(const ReaderSetup &setup, std::unique_ptr<ModbusLine> line)
+    : m_setup(setup)
+    , m_line(std::move(line))
+{
+    for (const SimDevice &device : setup.standard->devices) {
+        const QVector<SimPoint> points = setup.standard->points.mid(device.firstPoint, device.pointCount);
+        const QString station = device.settings.value(QStringLiteral("stationNum"));
+        m_slaves.push_back({readModbusStation(station, !setup.serialPath.isEmpty()),
+                            ModbusPlan(points, device.settings, setup.grouping),
+                            QVector<bool>(device.pointCount)});
+        tellRefusals(m_slaves.back(), device);
+    }
+}
+
+void ModbusReader::tell(const QString &name, const QString &text) const
+{
+    m_setup.tell(QStringLiteral("\"%1\": %2 is not read, %3").arg(m_setup.standard->name, name, text));
+}
+
+void ModbusReader::tellRefusals(const Slave &slave, const SimDevice &device) const
+{
+    if (slave.station < 0) {
+        const QString station = device.settings.value(QStringLiteral("stationNum"));
+        tell(QStringLiteral("station %1").arg(station), QStringLiteral("there is no such station"));
+        return;
+    }
+    for (const ModbusPlan::Refusal &refusal : slave.plan.refusals()) {
+        tell(m_setup.standard->points.at(device.firstPoint + refusal.point).name, refusal.reason);
+    }
+}
+
+bool ModbusReader::hasWork(int device) const
+{
+    const Slave &slave = m_slaves[static_cast<size_t>(device)];
+    return slave.station >= 0 && !slave.plan.requests().isEmpty();
+}
+
+QString ModbusReader::deviceName(int device) const
+{
+    return QStringLiteral("station %1").arg(m_slaves[static_cast<size_t>(device)].station);
+}
+
+void ModbusReader::close()
+{
+    m_line->settle();
+    m_line->close();
+}
+
+DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *readings)
+{
+    Slave &slave = m_slaves[static_cast<size_t>(device)];
+    bool answered = false;
+    for (int i = 0; i < slave.plan.requests().size() && !m_setup.stop->isSet(); ++i) {
+        const ModbusRequest request = slave.plan.requests().at(i);
+        QVector<quint16> words(request.count());
+        const ModbusAnswer answer = ask(slave, request, timeout, words.data());
+        if (answer.kind == ModbusAnswer::Kind::Lost) {
+            return {Outcome::LineLost, answer.reason};
+        }
+        if (isSilence(answer)) {
+            slave.plan.putLast(i);
+            return {answered ? Outcome::Answered : Outcome::Silent, answer.reason};
+        }
+        answered = true;
+        if (isRefusal(answer) && slave.plan.split(i)) {
+            --i; // both halves are asked for
+        } else if (answer.kind == ModbusAnswer::Kind::Exception) {
+            for (const ModbusItem &item : request.items) {
+                refuse(&slave, device, item, answer.reason);
+            }
+        } else {
+            for (const ModbusItem &item : request.items) {
+                const quint16 *first = words.constData() + item.address.number - request.first();
+                readings[item.point] = item.type.reading(first, slave.plan.order());
+            }
+        }
+    }
+    return {};
+}
+
+// In as many requests as a string needs that is longer than one.
+ModbusAnswer ModbusReader::ask(const Slave &slave, const ModbusRequest &request, int timeout, quint16 *words)
+{
+    ModbusAnswer answer;
+    const int most = mostInRequest(request.area());
+    for (int done = 0; done < request.count(); done += most) {
+        const ModbusAsk part = {slave.station, request.area(), request.first() + done,
+                                qMin(most, request.count() - done)};
+        answer = m_line->read(part, timeout, words + done);
+        if (answer.kind != ModbusAnswer::Kind::Data) {
+            break;
+        }
+    }
+    return answer;
+}
+
+void ModbusReader::refuse(Slave *slave, int device, const ModbusItem &item, const QString &reason)
+{
+    if (!slave->refused.at(item.point)) {
+        slave->refused[item.point] = true;
+        const int first = m_setup.standard->devices.at(device).firstPoint;
+        tell(m_setup.standard->points.at(first + item.point).name,
+             QStringLiteral("%1 refuses it: %2").arg(deviceName(device), reason));
+    }
+}
+
+void ModbusReader::forget(int device)
+{
+    m_slaves[static_cast<size_t>(device)].plan.reset();
+}
+
+std::unique_ptr<DeviceReader> makeModbusTcpReader(const ReaderSetup &setup)
+{
+    const QMap<QString, QString> &parameters = setup.standard->parameters;
+    const auto fail = [&](const QString &why) {
+        setup.tell(QStringLiteral("\"%1\": not read, %2").arg(setup.standard->name, why));
+        return nullptr;
+    };
+    ModbusTcpLine::Setup line;
+    line.address = QHostAddress(parameters.value(QStringLiteral("ip")));
+    if (line.address.protocol() != QAbstractSocket::IPv4Protocol) {
+        return fail(QStringLiteral("it has no IPv4 address"));
+    }
+    const int port = parameters.value(QStringLiteral("port")).toInt();
+    if (port < 1 || port > 65535) {
+        return fail(QStringLiteral("it has no port"));
+    }
+    line.port = static_cast<quint16>(port);
+    line.connectTimeout = timeoutParameter(parameters, "connectionTimeout");
+    line.requestTimeout = timeoutParameter(parameters, "communicationTimeout");
+    line.keepAlive = parameters.value(QStringLiteral("keepAlive")).toInt();
+    return std::make_unique<ModbusReader>(setup, std::make_unique<ModbusTcpLine>(line, setup.stop));
+}
+
+std::unique_ptr<DeviceReader> makeModbusRtuReader(const ReaderSetup &setup)
+{
+    const QString standard = setup.standard->name;
+    const auto tell = [log = setup.tell, standard](const QString &text) {
+        log(QStringLiteral("\"%1\": %2").arg(standard, text));
+    };
+    const SerialSettings settings = serialSettings(setup.standard->parameters, SerialSettings());
+    return std::make_unique<ModbusReader>(
+        setup, std::make_unique<ModbusRtuLine>(setup.serialPath, settings, setup.stop, tell));
+}

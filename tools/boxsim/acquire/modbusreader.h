@@ -1,0 +1,46 @@
+#pragma once
+
+#include "boxsim/acquire/devicereader.h"
+#include "boxsim/acquire/modbusline.h"
+#include "boxsim/acquire/modbusplan.h"
+
+#include <memory>
+#include <vector>
+
+// Reads the slaves of one Modbus Standard over any line.
+class ModbusReader : public DeviceReader
+{
+public:
+    ModbusReader(const ReaderSetup &setup, std::unique_ptr<ModbusLine> line);
+
+    bool hasWork(int device) const override;
+    QString deviceName(int device) const override;
+    QString lineName() const override { return m_line->name(); }
+    int openTimeout() const override { return m_line->openTimeout(); }
+    int requestTimeout() const override { return m_line->requestTimeout(); }
+    bool open(int timeout, QString *reason) override { return m_line->open(timeout, reason); }
+    void close() override;
+    bool isOpen() const override { return m_line->isOpen(); }
+    Result read(int device, int timeout, PointReading *readings) override;
+    void forget(int device) override;
+
+private:
+    struct Slave {
+        int station;
+        ModbusPlan plan;
+        QVector<bool> refused; // points that were told as refused by the device
+    };
+
+    void tell(const QString &name, const QString &text) const;
+    void tellRefusals(const Slave &slave, const SimDevice &device) const;
+    ModbusAnswer ask(const Slave &slave, const ModbusRequest &request, int timeout, quint16 *words);
+    void refuse(Slave *slave, int device, const ModbusItem &item, const QString &reason);
+
+    ReaderSetup m_setup;
+    std::unique_ptr<ModbusLine> m_line;
+    std::vector<Slave> m_slaves;
+};
+
+// Null, with the reason told, for a Standard whose parameters name no line.
+std::unique_ptr<DeviceReader> makeModbusTcpReader(const ReaderSetup &setup);
+std::unique_ptr<DeviceReader> makeModbusRtuReader(const ReaderSetup &setup);

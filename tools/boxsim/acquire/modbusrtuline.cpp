@@ -1,0 +1,140 @@
+#include "boxsim/acquire/modbusrtuline.h"
+
+#include "boxsim/acquire/stopflag.h"
+
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QThread>
+
+#include <cerrno>
+#include <modbus.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+ModbusRtuLine::ModbusRtuLine(const QString &path, const SerialSettings &settings, StopFlag *stop,
+                             std::function<void(const QString &)> tell)
+    : ModbusLine(settings.timeout, stop)
+    , m_path(path)
+    , m_settings(settings)
+    , m_tell(std::move(tell))
+{
+    m_sinceLastByte.start();
+}
+
+ModbusLine::Context ModbusRtuLine::connectWith(char parity) const
+{
+    Context context(modbus_new_rtu(QFile::encodeName(m_path).constData(), m_settings.baudRate, parity,
+                                   m_settings.dataBits, m_settings.stopBits));
+    if (context && modbus_connect(context.get()) != 0) {
+        const int error = errno;
+        context.reset();
+        errno = error;
+    }
+    return context;
+}
+
+ModbusLine::Context ModbusRtuLine::connect(int, QString *reason)
+{
+    Context context = connectWith(m_settings.parity);
+    if (!context && errno == EINVAL && m_settings.parity != 'N') {
+        context = connectWith('N');
+    }
+    if (!context) {
+        *reason = QString::fromLocal8Bit(modbus_strerror(errno));
+        return nullptr;
+    }
+    checkParity(context.get());
+    if (m_settings.rts) {
+        enableRts(context.get());
+    }
+    return context;
+}
+
+// A line may refuse a parity or, as pseudo-terminals do, leave it off without a word.
+void ModbusRtuLine::checkParity(modbus_t *context)
+{
+    termios settings = {};
+    const bool isKnown = tcgetattr(modbus_get_socket(context), &settings) == 0;
+    const bool isOn = (settings.c_cflag & PARENB) != 0;
+    if (isKnown && !isOn && m_settings.parity != 'N' && !m_toldParity) {
+        m_toldParity = true;
+        m_tell(QStringLiteral("%1 has no parity, and is used without").arg(m_path));
+    }
+}
+
+// Has libmodbus switch RTS on around what it sends.
+void ModbusRtuLine::enableRts(modbus_t *context)
+{
+    int lines = 0;
+    if (ioctl(modbus_get_socket(context), TIOCMGET, &lines) == 0) {
+        modbus_rtu_set_rts(context, MODBUS_RTU_RTS_UP);
+    } else if (!m_toldRts) {
+        m_toldRts = true;
+        m_tell(QStringLiteral("%1 has no RTS, and is used without").arg(m_path));
+    }
+}
+
+bool ModbusRtuLine::makeReady(ModbusAnswer *answer)
+{
+    if (!waitForSilence(answer)) {
+        return false;
+    }
+    const int gap = m_settings.gapTime();
+    if (gap < 1000 * StopFlag::slice) {
+        QThread::usleep(static_cast<unsigned long>(gap));
+    } else if (!stopFlag()->wait(gap / 1000)) {
+        return false;
+    }
+    modbus_flush(context());
+    return true;
+}
+
+bool ModbusRtuLine::waitForSilence(ModbusAnswer *answer)
+{
+    const QDeadlineTimer limit(3 * m_silence);
+    while (m_silence > 0) {
+        const qint64 left = qMax<qint64>(0, m_silence - m_sinceLastByte.elapsed());
+        const int waited = waitFor(socket(), POLLIN, left);
+        char thrownAway[256];
+        if (waited < 0 || (waited > 0 && ::read(socket(), thrownAway, sizeof thrownAway) <= 0)) {
+            *answer = {ModbusAnswer::Kind::Lost, 0, QStringLiteral("the line hung up")};
+            return false;
+        }
+        if (stopFlag()->isSet()) {
+            return false;
+        }
+        if (waited == 0) {
+            m_silence = 0;
+        } else if (limit.hasExpired()) {
+            *answer = {ModbusAnswer::Kind::Lost, 0, QStringLiteral("the line is never silent")};
+            return false;
+        } else {
+            m_sinceLastByte.restart();
+        }
+    }
+    return true;
+}
+
+void ModbusRtuLine::settle()
+{
+    ModbusAnswer ignored;
+    if (isOpen()) {
+        waitForSilence(&ignored);
+    }
+}
+
+bool ModbusRtuLine::send(const ModbusAsk &ask)
+{
+    const auto byte = [](int number) { return static_cast<quint8>(number & 0xff); };
+    const quint8 request[] = {byte(ask.station), readFunction(ask.area), byte(ask.first >> 8),
+                              byte(ask.first),   byte(ask.count >> 8),   byte(ask.count)};
+    return modbus_send_raw_request(context(), request, sizeof request) > 0;
+}
+
+void ModbusRtuLine::failed(bool, int timeout)
+{
+    m_silence = timeout;
+    m_sinceLastByte.restart();
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "boxsim/acquire/modbusline.h"
+#include "boxsim/acquire/serialsettings.h"
+
+#include <functional>
+
+// A serial line with slaves. After a request without an answer nothing is sent until the line has been silent
+// for one more time-out, since a late answer cannot be told from one to the next request.
+class ModbusRtuLine : public ModbusLine
+{
+public:
+    // tell is called once for each thing that the line cannot do, with the words for it.
+    ModbusRtuLine(const QString &path, const SerialSettings &settings, StopFlag *stop,
+                  std::function<void(const QString &)> tell);
+
+    QString name() const override { return m_path; }
+    int openTimeout() const override { return requestTimeout(); }
+    void settle() override;
+
+protected:
+    Context connect(int timeout, QString *reason) override;
+    bool makeReady(ModbusAnswer *answer) override;
+    bool send(const ModbusAsk &ask) override;
+    bool isLatest(const QByteArray &) const override { return true; }
+    void failed(bool broken, int timeout) override;
+
+private:
+    Context connectWith(char parity) const;
+    void checkParity(modbus_t *context);
+    void enableRts(modbus_t *context);
+    bool waitForSilence(ModbusAnswer *answer);
+
+    QString m_path;
+    SerialSettings m_settings;
+    std::function<void(const QString &)> m_tell;
+    QElapsedTimer m_sinceLastByte;
+    qint64 m_silence = 0; // that must be before the next request
+    bool m_toldParity = false;
+    bool m_toldRts = false;
+};

@@ -1,0 +1,136 @@
+#include "boxsim/acquire/modbustcpline.h"
+
+#include "boxsim/acquire/stopflag.h"
+
+#include <QtEndian>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <modbus.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int longestIdle = 32767; // seconds
+
+QString errorText(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
+void setOption(int socket, int level, int option, int value)
+{
+    setsockopt(socket, level, option, &value, sizeof value);
+}
+
+void setOptions(int socket, int keepAlive)
+{
+    setOption(socket, IPPROTO_TCP, TCP_NODELAY, 1);
+    if (keepAlive > 0) {
+        setOption(socket, SOL_SOCKET, SO_KEEPALIVE, 1);
+        setOption(socket, IPPROTO_TCP, TCP_KEEPIDLE, qBound(1, keepAlive / 1000, longestIdle));
+    }
+}
+
+} // namespace
+
+ModbusTcpLine::ModbusTcpLine(const Setup &setup, StopFlag *stop)
+    : ModbusLine(setup.requestTimeout, stop)
+    , m_setup(setup)
+{
+}
+
+QString ModbusTcpLine::name() const
+{
+    return QStringLiteral("%1:%2").arg(m_setup.address.toString()).arg(m_setup.port);
+}
+
+// libmodbus would wait for the connection without an end to it at a stop.
+ModbusLine::Context ModbusTcpLine::connect(int timeout, QString *reason)
+{
+    m_broken = false;
+    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (socket < 0) {
+        *reason = errorText(errno);
+        return nullptr;
+    }
+    setOptions(socket, m_setup.keepAlive);
+    Context context(modbus_new_tcp(nullptr, m_setup.port));
+    if (!context) {
+        *reason = errorText(errno);
+        ::close(socket);
+        return nullptr;
+    }
+    modbus_set_socket(context.get(), socket); // which it closes from now on
+    if (!finishConnect(socket, timeout, reason)) {
+        return nullptr;
+    }
+    return context;
+}
+
+bool ModbusTcpLine::finishConnect(int socket, int timeout, QString *reason) const
+{
+    sockaddr_in peer = {};
+    peer.sin_family = AF_INET;
+    peer.sin_port = qToBigEndian(m_setup.port);
+    peer.sin_addr.s_addr = qToBigEndian(m_setup.address.toIPv4Address());
+    int error = 0;
+    if (::connect(socket, reinterpret_cast<const sockaddr *>(&peer), sizeof peer) != 0) {
+        error = errno;
+    }
+    if (error == EINPROGRESS) {
+        if (waitFor(socket, POLLOUT, timeout) == 0) {
+            *reason = QStringLiteral("no answer to the connection");
+            return false;
+        }
+        socklen_t size = sizeof error;
+        getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size);
+    }
+    *reason = errorText(error);
+    return error == 0;
+}
+
+bool ModbusTcpLine::makeReady(ModbusAnswer *answer)
+{
+    if (m_broken) {
+        close();
+        QString reason;
+        if (!open(m_setup.connectTimeout, &reason)) {
+            *answer = {ModbusAnswer::Kind::Lost, 0, reason};
+            return false;
+        }
+    }
+    return true;
+}
+
+// Not by libmodbus, which gives a request that is not waited for no number of its own.
+bool ModbusTcpLine::send(const ModbusAsk &ask)
+{
+    ++m_transaction;
+    QByteArray frame;
+    for (const int word : {int(m_transaction), 0, 6}) {
+        frame.append(static_cast<char>(word >> 8)).append(static_cast<char>(word & 0xff));
+    }
+    frame.append(static_cast<char>(ask.station)).append(static_cast<char>(readFunction(ask.area)));
+    for (const int word : {ask.first, ask.count}) {
+        frame.append(static_cast<char>(word >> 8)).append(static_cast<char>(word & 0xff));
+    }
+    return ::send(socket(), frame.constData(), static_cast<size_t>(frame.size()), MSG_NOSIGNAL)
+        == frame.size();
+}
+
+// A late answer has the number of its own request.
+bool ModbusTcpLine::isLatest(const QByteArray &answer) const
+{
+    return answer.size() > 2 && qFromBigEndian<quint16>(answer.constData()) == m_transaction;
+}
+
+void ModbusTcpLine::failed(bool broken, int)
+{
+    m_broken = m_broken || broken;
+}

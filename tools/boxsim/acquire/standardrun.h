@@ -1,0 +1,74 @@
+#pragma once
+
+#include "boxsim/acquire/beat.h"
+#include "boxsim/acquire/devicereader.h"
+#include "boxsim/acquire/health.h"
+#include "boxsim/acquire/stopflag.h"
+#include "boxsim/simproject.h"
+
+#include <QVector>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+// Reads one Standard beat by beat, in the thread of its link. What does not answer is lost after some beats;
+// from then on it is no longer read, but tried between the readings. All times are milliseconds of the clock.
+class StandardRun
+{
+public:
+    // What a run needs of its surroundings. tell takes a line for the log.
+    struct Surroundings {
+        std::function<qint64()> clock;
+        std::function<void(const QString &)> tell;
+        const StopFlag *stop;
+    };
+
+    // Without a reader nothing is ever read, and all points are reported as not valid.
+    StandardRun(const SimStandard &standard, std::unique_ptr<DeviceReader> reader, int interval,
+                const Surroundings &surroundings);
+
+    qint64 due() const { return m_beat.due(); }
+    // The reading of the beat that is due: one row a point of the Standard.
+    QVector<PointReading> read();
+    // Tries some of what is lost. That takes no longer than until the time given, at which a reading is due,
+    // as far as that is possible; alone says that nobody else waits for the line.
+    void tryLost(qint64 until, bool alone);
+    void close();
+
+private:
+    // A device, or the line.
+    struct Target {
+        Health health;
+        qint64 lastTry = 0;
+        int lastBeat = 0;     // of the last try
+        qint64 lastWhole = 0; // the last try that waited its whole time-out
+    };
+    struct Patience {
+        int open;
+        int request;
+    };
+
+    bool isOver() const { return m_surroundings.stop->isSet(); }
+    qint64 now() const { return m_surroundings.clock(); }
+    void tell(const QString &text) const;
+    void readDevices();
+    DeviceReader::Result exchange(int device, const Patience &patience, PointReading *readings);
+    DeviceReader::Outcome ask(int device, const Patience &patience, PointReading *readings);
+    void succeed(Target *target, const QString &name);
+    bool fail(Target *target, const QString &name, const QString &reason);
+    Patience patience(int most) const;
+    bool mayTry(Target *target, qint64 share, int whole, bool alone, int *timeout) const;
+    void tryLine(qint64 until, bool alone);
+    void tryDevices(qint64 until, bool alone);
+    QVector<int> devicesWithWork(bool lost) const;
+
+    SimStandard m_standard;
+    std::unique_ptr<DeviceReader> m_reader;
+    Surroundings m_surroundings;
+    Beat m_beat;
+    QVector<PointReading> m_readings;
+    std::vector<Target> m_devices; // as in the Standard
+    Target m_line;
+    int m_beats = 0;
+};

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QMutex>
+#include <QWaitCondition>
+
+#include <atomic>
+#include <functional>
+
+// Tells a thread to end, and cuts its waits short. Each function may be called from any thread.
+class StopFlag
+{
+public:
+    // A wait that this flag cannot cut short, such as for a serial line, is made of slices so long at most,
+    // with isSet() looked at in between.
+    static constexpr int slice = 50; // milliseconds
+
+    void set();
+    bool isSet() const { return m_set; }
+    // Waits so many milliseconds, none if there are less than 0. False as soon as the flag is set.
+    bool wait(qint64 time);
+    // What set() calls to end a wait in the system, null for nothing; called at once if the flag is set. It
+    // is called from the thread of set(), and never again once this function has replaced it.
+    void setWaker(std::function<void()> waker);
+
+private:
+    std::atomic<bool> m_set{false};
+    QMutex m_mutex;
+    QWaitCondition m_condition;
+    std::function<void()> m_waker;
+};
