@@ -3,9 +3,12 @@
 #include "boxes/boxeditdialog.h"
 #include "mainwindow/docking.h"
 #include "model/projecttree.h"
+#include "standards/standardmodbuseditdialog.h"
+#include "trends/trendwindow.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -16,6 +19,9 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStandardItemModel>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QToolButton>
 #include <QTreeView>
 #include <QtTest>
 
@@ -150,7 +156,45 @@ void Traveller::giveFile(const QString &path)
     });
 }
 
+void Traveller::addPoints(const standardModbusEditDialog *form, const QVector<QStringList> &points)
+{
+    for (const QStringList &point : points) {
+        press(form, "addButton");
+        auto *table = form->findChild<QTableWidget *>();
+        const int row = table->rowCount() - 1;
+        QTest::keyClicks(table->cellWidget(row, 0), point.at(0));
+        QTest::keyClicks(table->cellWidget(row, 1), point.at(1));
+        qobject_cast<QComboBox *>(table->cellWidget(row, 2))->setCurrentText(point.at(2));
+    }
+}
+
 QStringList Traveller::dockLines() const
 {
     return m_window->messageEditor()->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+QTableWidget *Traveller::liveTable(const QString &title) const
+{
+    const QTabWidget *tabs = m_window->monitoringTabs();
+    for (int index = 0; index < tabs->count(); ++index) {
+        if (tabs->tabText(index) == title) {
+            return tabs->widget(index)->findChild<QTableWidget *>();
+        }
+    }
+    return nullptr;
+}
+
+TrendWindow *Traveller::openTrend()
+{
+    const QWidget *page = m_window->monitoringTabs()->currentWidget();
+    page->findChild<QTableWidget *>()->selectAll();
+    page->findChild<QToolButton *>("trendTool")->click();
+    auto *trend = form<TrendWindow>();
+    if (trend) {
+        trend->resize(960, 540);
+        for (int step = 0; step < 5; ++step) {
+            trend->findChild<QToolButton *>("zoomIn")->click();
+        }
+    }
+    return trend && QTest::qWaitForWindowExposed(trend) ? trend : nullptr;
 }

@@ -8,6 +8,9 @@
 
 class QDialog;
 class QStandardItem;
+class QTableWidget;
+class TrendWindow;
+class standardModbusEditDialog;
 
 // A user at the real window: goes by clicks and keys only, and takes pictures on the way.
 class Traveller : public QObject
@@ -45,7 +48,14 @@ public:
     // Answers the next file dialog with this path.
     void giveFile(const QString &path);
 
+    // Adds points to the slave in front: each an address, a name and a type.
+    void addPoints(const standardModbusEditDialog *form, const QVector<QStringList> &points);
+
     QStringList dockLines() const;
+    // Of the live page with this title; null if there is none.
+    QTableWidget *liveTable(const QString &title) const;
+    // The trend of all rows of the live page in front, over half a minute; null if none opens.
+    TrendWindow *openTrend();
 
 private:
     QPoint centreOf(const QStandardItem *item) const;

@@ -5,6 +5,8 @@
 #include "boxlink/discovery.h"
 #include "boxlink/frame.h"
 #include "boxundertest.h"
+#include "modbusdevice.h"
+#include "run.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
@@ -51,21 +53,55 @@ private slots:
     void aTrendIsWatched();
     void theProjectIsSaved();
     void aLargeProjectIsLoadedPushedAndWatched();
+    void aDeviceOnTheDeskIsDescribed();
+    void itsRegistersComeLive();
+    void aChangedRegisterIsSeen();
 
 private:
     static QString shown(const char *text) { return CMainWindow::tr(text); }
-    void pushProject(const QString &box);
+    void makeProject(const QString &name, const QString &description, const QString &picture = {});
+    void pushProject(const QString &name, BoxSim *simulated);
     void watch(const QString &node, const QString &table, int rows);
 
     std::unique_ptr<BoxUnderTest> m_box;
     QString m_address;
     CMainWindow *m_window = nullptr;
     Traveller *m_user = nullptr;
+
+    const QString m_noDevice = ModbusDevice::whyNot();
+    ModbusDevice m_device;
+    std::unique_ptr<BoxSim> m_acquiringBox;
 };
 
 namespace {
 
+// Ends the test function where no device can be read.
+#define SKIP_WITHOUT_DEVICE()                                                                                \
+    if (!m_noDevice.isEmpty())                                                                               \
+    QSKIP(qPrintable(m_noDevice))
+
 const QString project = "North feeder";
+const QString desk = "Desk";
+const QString deskAddress = "127.0.54.1";
+
+// In a picture of a trend there is to be something to see.
+int worthAPicture(int milliseconds)
+{
+    return qEnvironmentVariableIsSet("TOUR_DIR") ? milliseconds : 500;
+}
+
+// Waits until the first curve is so many milliseconds long.
+void watchTrend(const TrendWindow *trend, int time)
+{
+    const PointId first = trend->points().first().id;
+    QTRY_VERIFY_WITH_TIMEOUT(trend->source()->extent(first).to - trend->source()->extent(first).from > time,
+                             60000);
+}
+
+QString figure(const TrendWindow *trend, int row, FigureModel::Column column)
+{
+    return trend->findChild<QTableView *>("figures")->model()->index(row, column).data().toString();
+}
 
 } // namespace
 
@@ -101,19 +137,26 @@ void TestTour::theWindowStands()
     m_user->picture("01-start");
 }
 
-void TestTour::aProjectIsMade()
+void TestTour::makeProject(const QString &name, const QString &description, const QString &picture)
 {
-    QVERIFY(QDir().mkpath("projects"));
-    m_user->dialogs().expect([this](QWidget *dialog) {
-        m_user->type(dialog, "name", project);
+    m_user->dialogs().expect([this, name, description, picture](QWidget *dialog) {
+        m_user->type(dialog, "name", name);
         m_user->giveFile(QDir::current().absoluteFilePath("projects"));
         m_user->press(dialog, "browseButton");
-        QTest::keyClicks(dialog->findChild<QTextEdit *>(), "One feeder and its meter.");
-        m_user->picture("02-new-project", dialog);
+        QTest::keyClicks(dialog->findChild<QTextEdit *>(), description);
+        if (!picture.isEmpty()) {
+            m_user->picture(picture, dialog);
+        }
         m_user->press(dialog, "okButton");
     });
     m_user->trigger("actionNew_Project");
-    QVERIFY(m_user->node(project + "/Service/IEC61850"));
+    QVERIFY(m_user->node(name + "/Service/IEC61850"));
+}
+
+void TestTour::aProjectIsMade()
+{
+    QVERIFY(QDir().mkpath("projects"));
+    makeProject(project, "One feeder and its meter.", "02-new-project");
 }
 
 void TestTour::aModbusDeviceIsDescribed()
@@ -128,16 +171,10 @@ void TestTour::aModbusDeviceIsDescribed()
     QVERIFY(form);
     m_user->type(form, "ip", "192.168.1.61");
     m_user->press(form, "addTabButton");
-    const char *const points[][2] = {
-        {"0", "Phase A voltage"}, {"2", "Phase B voltage"}, {"4", "Phase A current"}};
-    for (const auto &point : points) {
-        m_user->press(form, "addButton");
-        auto *table = form->findChild<QTableWidget *>();
-        const int row = table->rowCount() - 1;
-        QTest::keyClicks(table->cellWidget(row, 0), QLatin1String(point[0]));
-        QTest::keyClicks(table->cellWidget(row, 1), QLatin1String(point[1]));
-        qobject_cast<QComboBox *>(table->cellWidget(row, 2))->setCurrentText("float");
-    }
+    m_user->addPoints(form,
+                      {{"0", "Phase A voltage", "float"},
+                       {"2", "Phase B voltage", "float"},
+                       {"4", "Phase A current", "float"}});
     m_user->picture("04-modbus");
     auto *table = form->findChild<QTableWidget *>();
     table->setColumnWidth(0, 55); // as a user would, who wants to read the names
@@ -249,9 +286,9 @@ void TestTour::itsSettingsAreWritten()
     form->findChild<QTabWidget *>()->setCurrentIndex(0);
 }
 
-void TestTour::pushProject(const QString &box)
+// The Box is the one that the form shows; null for a real one.
+void TestTour::pushProject(const QString &name, BoxSim *simulated)
 {
-    BoxSim *simulated = m_box->simulated();
     const auto accepted =
         simulated ? std::make_unique<QSignalSpy>(simulated, &BoxSim::projectAccepted) : nullptr;
     auto *form = m_user->form<BoxEditDialog>();
@@ -260,7 +297,7 @@ void TestTour::pushProject(const QString &box)
              QCoreApplication::translate("BoxEditDialog", "Checksum Result:Checksum successful."));
     if (accepted) {
         QCOMPARE(accepted->size(), 1);
-        const QJsonDocument pushed(m_window->buildProjectJson(m_user->node(box)));
+        const QJsonDocument pushed(m_window->buildProjectJson(m_user->node(name)));
         QCOMPARE(accepted->first().first().toByteArray(), pushed.toJson());
     }
 }
@@ -268,7 +305,7 @@ void TestTour::pushProject(const QString &box)
 void TestTour::theProjectIsPushed()
 {
     SKIP_UNLESS_BOX_MAY_CHANGE();
-    pushProject(project);
+    RUN(pushProject(project, m_box->simulated()));
     m_user->picture("12-project-pushed");
 }
 
@@ -276,21 +313,13 @@ void TestTour::theProjectIsPushed()
 void TestTour::watch(const QString &path, const QString &table, int rows)
 {
     QTRY_VERIFY_WITH_TIMEOUT(m_user->node(path), 10000);
-    QTabWidget *tabs = m_window->monitoringTabs();
-    const auto tableShown = [tabs, &table]() -> QTableWidget * {
-        for (int index = 0; index < tabs->count(); ++index) {
-            if (tabs->tabText(index) == table) {
-                return tabs->widget(index)->findChild<QTableWidget *>();
-            }
-        }
-        return nullptr;
-    };
-    QTRY_VERIFY_WITH_TIMEOUT(tableShown() && tableShown()->rowCount() == rows, 10000);
+    QTRY_VERIFY_WITH_TIMEOUT(m_user->liveTable(table) && m_user->liveTable(table)->rowCount() == rows, 10000);
     m_user->click(path);
+    const QTabWidget *tabs = m_window->monitoringTabs();
     QCOMPARE(tabs->tabText(tabs->currentIndex()), table);
     for (int row = 0; row < rows; ++row) {
-        QCOMPARE(tableShown()->item(row, 4)->text(), shown("Effective"));
-        QVERIFY(!tableShown()->item(row, 3)->text().isEmpty());
+        QCOMPARE(m_user->liveTable(table)->item(row, 4)->text(), shown("Effective"));
+        QVERIFY(!m_user->liveTable(table)->item(row, 3)->text().isEmpty());
     }
 }
 
@@ -306,24 +335,11 @@ void TestTour::itsValuesComeLive()
 void TestTour::aTrendIsWatched()
 {
     SKIP_WITHOUT_SIMULATOR("a real Box has other meters than the tour's");
-    // In a picture there is to be something to see.
-    const qint64 length = qEnvironmentVariableIsSet("TOUR_DIR") ? 20000 : 500;
-    const QWidget *page = m_window->monitoringTabs()->currentWidget();
-    page->findChild<QTableWidget *>()->selectAll();
-    page->findChild<QToolButton *>("trendTool")->click();
-    auto *trend = m_window->findChild<TrendWindow *>();
+    TrendWindow *trend = m_user->openTrend();
     QVERIFY(trend);
-    trend->resize(960, 540);
-    QVERIFY(QTest::qWaitForWindowExposed(trend));
     QCOMPARE(trend->points().size(), 3);
-    for (int step = 0; step < 5; ++step) { // to half a minute
-        trend->findChild<QToolButton *>("zoomIn")->click();
-    }
-    const PointId first = trend->points().first().id;
-    QTRY_VERIFY_WITH_TIMEOUT(trend->source()->extent(first).to - trend->source()->extent(first).from > length,
-                             60000);
-    auto *figures = trend->findChild<QTableView *>("figures");
-    QTRY_VERIFY(figures->model()->index(0, FigureModel::Current).data().toDouble() > 0);
+    RUN(watchTrend(trend, worthAPicture(20000)));
+    QTRY_VERIFY(figure(trend, 0, FigureModel::Current).toDouble() > 0);
     m_user->picture("15-trend", trend);
     trend->close();
 }
@@ -356,9 +372,89 @@ void TestTour::aLargeProjectIsLoadedPushedAndWatched()
     m_user->press(form, "connectButton");
     const QString connected = QCoreApplication::translate("Protocol", "Connection status: Connected");
     QTRY_COMPARE(form->findChild<QLabel *>("statusLabel")->text(), connected);
-    pushProject(riverside);
+    RUN(pushProject(riverside, m_box->simulated()));
     watch(riverside + "/Data/Feeder meters", "Feeder meters", 32);
     m_user->picture("14-riverside-live");
+}
+
+// From here on the window is a newcomer's, with nothing of the projects before.
+void TestTour::aDeviceOnTheDeskIsDescribed()
+{
+    SKIP_WITHOUT_SIMULATOR("a real Box is not on this desk");
+    SKIP_WITHOUT_DEVICE();
+    QVERIFY(m_device.start(deskAddress));
+    auto *box = m_user->form<BoxEditDialog>();
+    QVERIFY(box);
+    m_user->press(box, "cancelButton");
+    for (const QString &old : {project, QString("Riverside substation")}) {
+        m_user->choose(old + "/Data", shown("Delete All"));
+        m_user->messages().expect(QMessageBox::No);
+        m_user->choose(old, shown("Close Project"));
+        QVERIFY(!m_user->node(old));
+    }
+    RUN(makeProject(desk, "A device on the desk, before the Box is there."));
+    m_user->choose(desk + "/Standard", shown("Add Standard"), [this](QWidget *dialog) {
+        m_user->type(dialog, "name", "Pump");
+        dialog->findChild<QComboBox *>("protocol")->setCurrentText("Modbus");
+        m_user->press(dialog, "okButton");
+    });
+    auto *form = m_user->form<standardModbusEditDialog>();
+    QVERIFY(form);
+    m_user->type(form, "ip", deskAddress);
+    m_user->type(form, "port", QString::number(ModbusDevice::Port));
+    m_user->type(form, "collectionInterval", "200");
+    m_user->press(form, "addTabButton");
+    m_user->addPoints(form, {{"40001", "Starts", "uint16"}, {"40019", "Voltage", "float"}});
+    auto *table = form->findChild<QTableWidget *>();
+    table->setColumnWidth(0, 55);
+    table->setColumnWidth(1, 118);
+    m_user->scrollTo(table, 80);
+    m_user->picture("16-desk-points");
+    m_user->press(form, "saveButton");
+}
+
+void TestTour::itsRegistersComeLive()
+{
+    SKIP_WITHOUT_SIMULATOR("a real Box is not on this desk");
+    SKIP_WITHOUT_DEVICE();
+    BoxSimOptions options;
+    options.address = QHostAddress(deskAddress);
+    options.acquire.on = true;
+    m_acquiringBox = std::make_unique<BoxSim>(options);
+    QVERIFY2(m_acquiringBox->start(), qPrintable(m_acquiringBox->errorString()));
+    m_user->choose(desk + "/Box", shown("Add Box"), [this](QWidget *dialog) {
+        m_user->type(dialog, "name", "Notebook");
+        m_user->type(dialog, "ip", deskAddress);
+        m_user->press(dialog, "okButton");
+    });
+    auto *form = m_user->form<BoxEditDialog>();
+    const QString connected = QCoreApplication::translate("Protocol", "Connection status: Connected");
+    QTRY_COMPARE(form->findChild<QLabel *>("statusLabel")->text(), connected);
+    RUN(pushProject(desk, m_acquiringBox.get()));
+    RUN(watch(desk + "/Data/Pump", "Pump", 2));
+    QCOMPARE(m_user->liveTable("Pump")->item(0, 3)->text(), "7");
+    QCOMPARE(m_user->liveTable("Pump")->item(1, 3)->text(), "230.1");
+    m_user->widenLiveValues();
+    m_user->picture("17-desk-values");
+}
+
+void TestTour::aChangedRegisterIsSeen()
+{
+    SKIP_WITHOUT_SIMULATOR("a real Box is not on this desk");
+    SKIP_WITHOUT_DEVICE();
+    TrendWindow *trend = m_user->openTrend();
+    QVERIFY(trend);
+    RUN(watchTrend(trend, worthAPicture(8000)));
+    QTRY_COMPARE(figure(trend, 0, FigureModel::Current), "7");
+    QVERIFY(m_device.set(0, 12));
+    QTRY_COMPARE(m_user->liveTable("Pump")->item(0, 3)->text(), "12");
+    QTRY_COMPARE(figure(trend, 0, FigureModel::Current), "12");
+    QCOMPARE(figure(trend, 0, FigureModel::Least), "7");
+    QCOMPARE(figure(trend, 0, FigureModel::Greatest), "12");
+    QCOMPARE(figure(trend, 1, FigureModel::Current), "230.1");
+    RUN(watchTrend(trend, worthAPicture(20000)));
+    m_user->picture("18-desk-trend", trend);
+    trend->close();
 }
 
 QTEST_MAIN(TestTour)
