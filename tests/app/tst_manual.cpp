@@ -19,6 +19,7 @@ private slots:
     void everyMessageIsExplained();
     void bothExplainTheSameMessages();
     void eachMessageStandsBesideItsOther();
+    void bothHaveTheSameCommandsAndLogLines();
 
 private:
     QMap<QString, QSet<QString>> m_chineseOf; // by source text, blanks made one
@@ -73,13 +74,17 @@ struct Manual {
 constexpr Manual english{"manual.md", "(?<![*\\\\])\\*(?!\\*)((?:[^*\\\\]|\\\\.)+)\\*"};
 constexpr Manual chinese{"manual.zh.md", "`([^`\n]+)`"};
 
+QString wholeTextOf(const Manual &manual)
+{
+    QFile file(QString(SOURCE_ROOT "/docs/") + QString::fromLatin1(manual.file));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
 // Without examples of code, in which an asterisk multiplies.
 QString textOf(const Manual &manual)
 {
     static const QRegularExpression code("\n {4}[^\n]*");
-    QFile file(QString(SOURCE_ROOT "/docs/") + QString::fromLatin1(manual.file));
-    QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    return text.remove(code).remove(QLatin1String("**"));
+    return wholeTextOf(manual).remove(code).remove(QLatin1String("**"));
 }
 
 QStringList quotes(const Manual &manual, const QString &text)
@@ -126,6 +131,20 @@ QVector<QStringList> messageRows(const Manual &manual)
         rows.append(row.quoted);
     }
     return rows;
+}
+
+// Examples of code, and the cells in which the log of boxsim is quoted.
+QStringList commandsAndLogLines(const Manual &manual)
+{
+    static const QRegularExpression pattern(
+        "(?<=\n\n)( {4}[^! ].*\n)+|^\\| `[ -_a-~]*[a-z ]{8}[ -_a-~]*` \\|",
+        QRegularExpression::MultilineOption);
+    QStringList found;
+    const QString text = wholeTextOf(manual);
+    for (auto match = pattern.globalMatch(text); match.hasNext();) {
+        found.append(match.next().captured());
+    }
+    return found;
 }
 
 QString joined(const QStringList &texts)
@@ -220,6 +239,13 @@ void TestManual::eachMessageStandsBesideItsOther()
         QCOMPARE(sources.at(row).other, translations.at(row).quoted);
         QCOMPARE(translations.at(row).other, sources.at(row).quoted);
     }
+}
+
+void TestManual::bothHaveTheSameCommandsAndLogLines()
+{
+    const QStringList commands = commandsAndLogLines(english);
+    QVERIFY(commands.size() > 20);
+    QCOMPARE(commandsAndLogLines(chinese), commands);
 }
 
 QTEST_GUILESS_MAIN(TestManual)
