@@ -198,3 +198,20 @@ TrendWindow *Traveller::openTrend()
     }
     return trend && QTest::qWaitForWindowExposed(trend) ? trend : nullptr;
 }
+
+TrendWindow *Traveller::openRecording(const QString &path)
+{
+    m_dialogs.expect([path](QWidget *dialog) {
+        dialog->findChild<QLineEdit *>("file")->setText(path);
+        dialog->findChild<QPushButton *>("okButton")->click();
+    });
+    m_dialogs.expect([](QWidget *picker) { qobject_cast<QDialog *>(picker)->accept(); });
+    trigger("actionOpen_Recording");
+    const auto isOpen = [this] { return form<TrendWindow>() != nullptr; };
+    if (!QTest::qWaitFor(isOpen, 10000)) {
+        return nullptr;
+    }
+    auto *trend = form<TrendWindow>();
+    trend->resize(960, 540);
+    return QTest::qWaitForWindowExposed(trend) ? trend : nullptr;
+}

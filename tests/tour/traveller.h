@@ -56,6 +56,8 @@ public:
     QTableWidget *liveTable(const QString &title) const;
     // The trend of all rows of the live page in front, over half a minute; null if none opens.
     TrendWindow *openTrend();
+    // The trend of all points of a recording; null if none opens.
+    TrendWindow *openRecording(const QString &path);
 
 private:
     QPoint centreOf(const QStandardItem *item) const;

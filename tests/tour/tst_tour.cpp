@@ -6,11 +6,13 @@
 #include "boxlink/frame.h"
 #include "boxundertest.h"
 #include "modbusdevice.h"
+#include "recordedhour.h"
 #include "run.h"
 #include "services/serviceiec61850editdialog.h"
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
 #include "trends/figuremodel.h"
+#include "trends/trendtexts.h"
 #include "trends/trendwindow.h"
 
 #include <QCheckBox>
@@ -51,6 +53,7 @@ private slots:
     void theProjectIsPushed();
     void itsValuesComeLive();
     void aTrendIsWatched();
+    void aRecordingIsOpened();
     void theProjectIsSaved();
     void aLargeProjectIsLoadedPushedAndWatched();
     void aDeviceOnTheDeskIsDescribed();
@@ -341,6 +344,20 @@ void TestTour::aTrendIsWatched()
     RUN(watchTrend(trend, worthAPicture(20000)));
     QTRY_VERIFY(figure(trend, 0, FigureModel::Current).toDouble() > 0);
     m_user->picture("15-trend", trend);
+    trend->close();
+}
+
+// What the link was down for stays empty, between two curves that do not meet.
+void TestTour::aRecordingIsOpened()
+{
+    const QString path = QDir::current().filePath("North feeder.sqlite");
+    QVERIFY(recordHour(path));
+    TrendWindow *trend = m_user->openRecording(path);
+    QVERIFY(trend);
+    QCOMPARE(trend->points().size(), 3);
+    QTRY_COMPARE(figure(trend, 0, FigureModel::Least), QString("227.64")); // of all the hour
+    QTRY_COMPARE(figure(trend, 1, FigureModel::Current), TrendTexts::ofBreak(SampleState::Ended));
+    m_user->picture("19-recording", trend);
     trend->close();
 }
 
