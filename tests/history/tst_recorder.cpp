@@ -456,7 +456,7 @@ void TestRecorder::manyNewPoints()
     const qint64 first = take(1000);
     const qint64 second = take(2000);
     const QString times = QString("%1 ms, then %2 ms").arg(first).arg(second);
-    QVERIFY2(first > 0 && second > 0 && first < 8 * second + 100, qPrintable(times));
+    QVERIFY2(first > 0 && second > 0 && first < 16 * second + 100, qPrintable(times));
     QCOMPARE(asked(path(), "SELECT count(*), count(DISTINCT name) FROM point"), QStringList{"10001|10001"});
     QVERIFY(stopAndWait(&recorder));
 }
