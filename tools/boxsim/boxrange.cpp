@@ -54,6 +54,9 @@ bool BoxRange::start()
 void BoxRange::stop()
 {
     for (const auto &box : m_boxes) {
+        box->interrupt(); // all at once, since each takes a while to end
+    }
+    for (const auto &box : m_boxes) {
         box->stop();
     }
 }

@@ -30,6 +30,8 @@ public:
     // Ends every connection, closes both ports and forgets the project. A later start() finds the settings as
     // they were left, but for those that the options set.
     void stop();
+    // Begins what stop() does and waits for; returns at once. stop() is to follow.
+    void interrupt() { m_runner.interrupt(); }
     QString errorString() const { return m_error; }
     // Whether the Box is on the network: from start() to stop() but for the time of a reboot, and but for a
     // closed door under the fault refuseSecond.

@@ -33,6 +33,8 @@ public:
     void run(const SimProject &project, quint32 seed, const QString &serialNumber);
     // Forgets the project.
     void clear();
+    // Ends what clear() waits for; returns at once. clear() is to follow.
+    void interrupt() { m_acquisition.interrupt(); }
     // Holds and resumes the reports without losing the project or its steps.
     void pause();
     void resume();

@@ -57,12 +57,17 @@ void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOpti
     }
 }
 
-void Acquisition::stop()
+void Acquisition::interrupt()
 {
-    ++m_generation;
     for (const auto &link : m_links) {
         link->stopFlag()->set();
     }
+}
+
+void Acquisition::stop()
+{
+    ++m_generation;
+    interrupt();
     m_links.clear();
     m_sharedLinks.clear();
 }

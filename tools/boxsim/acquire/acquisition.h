@@ -30,6 +30,8 @@ public:
     // Reads these Standards in place of those before, each at its own interval, or all at the one given if
     // that is above 0. The first reading begins at once.
     void start(const QVector<SimStandard> &standards, const AcquireOptions &options, int interval);
+    // Ends what is being waited for, and reads no more; returns at once. stop() is to follow.
+    void interrupt();
     // Ends what is being waited for and closes all lines. Nothing is told any more when it returns, which it
     // does within 2 s.
     void stop();
