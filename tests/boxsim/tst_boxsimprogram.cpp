@@ -130,6 +130,8 @@ void TestBoxSimProgram::wrongCommandLinesAreTold_data()
     row("--serial S7", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
     row("--serial =/dev/ttyS0", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
     row("--serial COM1=", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
+    row("--acquire --serial COM1=/dev/ttyS9 --address 127.1.0.1-2",
+        "--serial is for one Box, since a line serves one only");
     row("--scenario bogus", "there is no scenario bogus");
     row("--scenario=", "there is no scenario ");
     row("--fault bogus", "there is no fault bogus");

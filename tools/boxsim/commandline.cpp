@@ -182,7 +182,7 @@ QMap<QString, QString> readPairs(const QStringList &pairs, const QString &wrong,
     return found;
 }
 
-void readAcquisition(const QCommandLineParser &parser, Reader *reader, AcquireOptions *options)
+void readAcquisition(const QCommandLineParser &parser, int boxCount, Reader *reader, AcquireOptions *options)
 {
     const QString wrong = QStringLiteral("--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
     options->on = parser.isSet(QStringLiteral("acquire"));
@@ -190,6 +190,9 @@ void readAcquisition(const QCommandLineParser &parser, Reader *reader, AcquireOp
     options->serialLines = readPairs(parser.values(QStringLiteral("serial")), wrong, reader);
     if (options->serialLines.values().contains(QString())) {
         reader->fail(wrong);
+    }
+    if (boxCount > 1 && !options->serialLines.isEmpty()) {
+        reader->fail(QStringLiteral("--serial is for one Box, since a line serves one only"));
     }
 }
 
@@ -228,7 +231,7 @@ void readOptions(const QCommandLineParser &parser, Reader *reader, CommandLine *
     line->seconds = reader->number("seconds", 1, largest / 1000, 0);
     options.settings =
         readPairs(parser.values(QStringLiteral("set")), QStringLiteral("--set takes key=value"), reader);
-    readAcquisition(parser, reader, &options.acquire);
+    readAcquisition(parser, line->boxCount, reader, &options.acquire);
     readFaults(parser.values(QStringLiteral("fault")), reader, &options);
     if (!parser.positionalArguments().isEmpty()) {
         reader->fail(QStringLiteral("unexpected argument: ") + parser.positionalArguments().constFirst());
