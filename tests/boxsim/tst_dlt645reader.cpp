@@ -101,7 +101,7 @@ private:
             texts.append(reading.valid ? reading.value : "-");
         }
         if (result.outcome != DeviceReader::Outcome::Answered) {
-            const bool lost = result.outcome == DeviceReader::Outcome::LineLost;
+            const bool lost = result.outcome == DeviceReader::Outcome::Closed;
             texts.append((lost ? QString("lost: ") : QString("silent: ")) + result.reason);
         }
         return texts;

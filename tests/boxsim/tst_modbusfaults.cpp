@@ -1,8 +1,11 @@
+#include "boxsim/boxrange.h"
 #include "modbusdevice.h"
 #include "run.h"
 
 #include <functional>
 #include <memory>
+#include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 
 using Modbus::Answer;
@@ -23,6 +26,14 @@ private slots:
     void lateAnswersAreLeftAside_data();
     void lateAnswersAreLeftAside();
     void afterATimeoutASerialLineMustBeSilent();
+    void lateAnswersOfALostStationAreLeftAside();
+    void answersWithoutAnEndAreNotReadToTheEnd();
+    void theTimeoutIsOfTheWholeAnswer_data();
+    void theTimeoutIsOfTheWholeAnswer();
+    void aStationThatEndsTheConnectionLeavesTheOthersValid();
+    void manyOpenFilesAreNoObstacle();
+    void oneLineUnderTwoNamesIsOneLine();
+    void aLineInUseIsWaitedFor();
     void aRefusedPointLeavesTheOthersValid_data();
     void aRefusedPointLeavesTheOthersValid();
     void aSplitIsRemembered();
@@ -40,6 +51,7 @@ private slots:
     void whatCannotBeReadIsToldByName();
     void everyWaitEndsAtAStop_data();
     void everyWaitEndsAtAStop();
+    void aRangeStopsAtOnce();
 
 private:
     struct Fault {
@@ -123,6 +135,14 @@ QVector<TestModbusFaults::Fault> TestModbusFaults::faults()
          [](const Request &request) { return request.frame(request.data().replace(0, 1, "\x04")); }},
         {"half a frame", true, "a broken answer",
          [](const Request &request) { return request.good().chopped(4); }},
+        {"more than it says", true, "a broken answer",
+         [](const Request &request) { return request.frame(request.data() + "abcd"); }},
+        {"wrong length", true, "a broken answer",
+         [](const Request &request) { return request.good().replace(4, 2, QByteArray(2, '\0')); }},
+        {"endless length", true, "a broken answer",
+         [](const Request &request) { return request.good().replace(4, 2, QByteArray(2, '\xee')); }},
+        {"wrong protocol", true, "a broken answer",
+         [](const Request &request) { return request.good().replace(2, 1, "\x12"); }},
         {"an empty answer", true, "",
          [](const Request &request) { return request.frame(QByteArray("\x03\0", 2)); }},
         {"device failure", true, QString(), [](const Request &request) { return request.refusal(4); }},
@@ -138,7 +158,7 @@ QVector<TestModbusFaults::Fault> TestModbusFaults::faults()
 void TestModbusFaults::whatIsNoAnswerIsNotValid()
 {
     RUN(runAll(
-        {Acquire::slave(1, {"7 uint16"})}, [](const Fault &fault) { return fault.answer; }, 60, 50));
+        {Acquire::slave(1, {"7 uint16"})}, [](const Fault &fault) { return fault.answer; }, 120, 40));
     int lost = 0;
     for (const QString &reason : qAsConst(m_reasons)) {
         lost += reason.isNull() ? 0 : 1;
@@ -225,6 +245,153 @@ void TestModbusFaults::afterATimeoutASerialLineMustBeSilent()
     QCOMPARE(m_device->times.size(), 2);
     const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
     QVERIFY2(pause >= 180 + 95, QByteArray::number(pause));
+}
+
+// However short the others leave a try. Each register is asked for alone, by requests that look alike.
+void TestModbusFaults::lateAnswersOfALostStationAreLeftAside()
+{
+    RUN(run(true, {Acquire::slave(1, {"7 uint16", "100 uint16", "200 uint16"})}, silence, 60, 200));
+    EVENTUALLY(!m_run->log.filter("lost").isEmpty());
+    m_device->answer = [this](const Request &request) {
+        QTimer::singleShot(130, this, [this, late = request.good()] { m_device->send(late); });
+        return QByteArray();
+    };
+    const int before = m_run->count();
+    EVENTUALLY(m_run->count() >= before + 12);
+    for (const QStringList &reading : qAsConst(m_run->readings[0])) {
+        QCOMPARE(reading, (QStringList{"!", "!", "!"}));
+    }
+}
+
+void TestModbusFaults::answersWithoutAnEndAreNotReadToTheEnd()
+{
+    QTimer flood;
+    RUN(run(
+        false, {Acquire::slave(1, {"7 uint16"})},
+        [&](const Request &request) {
+            const QByteArray other = "\xee\xee" + request.good().mid(2);
+            flood.disconnect();
+            connect(&flood, &QTimer::timeout, this, [this, other] {
+                if (m_device->socket && m_device->socket->bytesToWrite() < 1000000) {
+                    m_device->socket->write(other.repeated(10000));
+                }
+            });
+            flood.start(0);
+            return QByteArray();
+        },
+        100, 50));
+    EVENTUALLY(!m_run->log.isEmpty());
+    QCOMPARE(m_run->log,
+             QStringList{"\"S0\": station 1 lost after 3 attempts: only answers to other requests"});
+    QElapsedTimer clock;
+    clock.start();
+    m_run.reset();
+    QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()));
+}
+
+void TestModbusFaults::theTimeoutIsOfTheWholeAnswer_data()
+{
+    addLines();
+}
+
+// The bytes come one by one, each long before its time-out.
+void TestModbusFaults::theTimeoutIsOfTheWholeAnswer()
+{
+    QFETCH(bool, serial);
+    QTimer trickle;
+    RUN(run(
+        serial, {Acquire::slave(1, {"7 string 40"})},
+        [&](const Request &request) {
+            trickle.disconnect();
+            connect(&trickle, &QTimer::timeout, this, [this, rest = request.good()]() mutable {
+                m_device->send(rest.left(1));
+                rest.remove(0, 1);
+            });
+            trickle.start(30);
+            return QByteArray();
+        },
+        5000, 150));
+    EVENTUALLY(m_run->count() == 1);
+    trickle.stop();
+    QCOMPARE(m_run->last(), QStringList{"!"});
+    QVERIFY2(m_run->times[0].at(0) < 600, QByteArray::number(m_run->times[0].at(0)));
+}
+
+void TestModbusFaults::aStationThatEndsTheConnectionLeavesTheOthersValid()
+{
+    RUN(run(
+        false,
+        {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"}), Acquire::slave(3, {"7 uint16"})},
+        [this](const Request &request) {
+            if (request.station != 2) {
+                return request.good();
+            }
+            m_device->socket->disconnectFromHost();
+            return QByteArray();
+        }));
+    EVENTUALLY(m_run->count() >= 8);
+    QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(), {"1007", "!", "3007"}));
+    QCOMPARE(m_run->log, QStringList{"\"S0\": station 2 lost after 3 attempts: Connection reset by peer"});
+}
+
+void TestModbusFaults::manyOpenFilesAreNoObstacle()
+{
+    rlimit limit = {};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit before = limit;
+    limit.rlim_cur = qMin<rlim_t>(limit.rlim_max, 2 * FD_SETSIZE);
+    if (limit.rlim_cur < 2 * FD_SETSIZE || setrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        QSKIP("not so many files may be open");
+    }
+    QVector<int> files;
+    while (files.isEmpty() || files.constLast() < FD_SETSIZE) {
+        files.append(::open("/dev/null", O_RDONLY));
+        QVERIFY(files.constLast() >= 0);
+    }
+    Device line(true, 1, good);
+    RUN(m_device = std::make_unique<Device>(false, 0, good));
+    const QJsonArray slaves = {Acquire::slave(1, {"7 uint16"})};
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({m_device->standard(slaves, 2000), line.standard(slaves, 2000)}, 60, {{"COM1", "line1"}});
+    const bool came = m_run->comes({"1007"}, 0) && m_run->comes({"1007"}, 1);
+    m_run.reset();
+    for (const int file : qAsConst(files)) {
+        ::close(file);
+    }
+    setrlimit(RLIMIT_NOFILE, &before);
+    QVERIFY(came);
+}
+
+// As with the names that udev gives to one adapter: its Standards take turns.
+void TestModbusFaults::oneLineUnderTwoNamesIsOneLine()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
+            QTimer::singleShot(10, this, [this, answer = request.good()] { m_device->send(answer); });
+            return QByteArray();
+        }));
+    QFile::remove("other");
+    QVERIFY(QFile::link("line0", "other"));
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({Acquire::rtu({Acquire::slave(1, {"7 uint16"})}, 500, "COM1"),
+                  Acquire::rtu({Acquire::slave(1, {"100 uint16"})}, 500, "COM2")},
+                 60, {{"COM1", "line0"}, {"COM2", "other"}});
+    EVENTUALLY(m_run->count(0) >= 6 && m_run->count(1) >= 6);
+    QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(0), {"1007"}));
+    QCOMPARE(m_run->readings[1], QVector<QStringList>(m_run->count(1), {"1100"}));
+}
+
+void TestModbusFaults::aLineInUseIsWaitedFor()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, good));
+    const int user = ::open("line0", O_RDWR | O_NOCTTY);
+    QCOMPARE(flock(user, LOCK_EX | LOCK_NB), 0);
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({m_device->standard({Acquire::slave(1, {"7 uint16"})}, 150)}, 60, {{"COM0", "line0"}});
+    EVENTUALLY(!m_run->log.isEmpty());
+    QCOMPARE(m_run->log, QStringList{"\"S0\": line0 lost after 3 attempts: it is in use"});
+    QCOMPARE(m_device->requestCount(), 0);
+    ::close(user);
+    QVERIFY(m_run->comes({"1007"}));
 }
 
 void TestModbusFaults::aRefusedPointLeavesTheOthersValid_data()
@@ -338,7 +505,7 @@ void TestModbusFaults::lostAndBackAreToldOnce_data()
 void TestModbusFaults::lostAndBackAreToldOnce()
 {
     QFETCH(bool, serial);
-    RUN(run(serial, {Acquire::slave(1, {"7 uint16"})}, good, 50, 40));
+    RUN(run(serial, {Acquire::slave(1, {"7 uint16"})}, good, 120, 40));
     QVERIFY(m_run->comes({"1007"}));
     m_device->answer = silence;
     QVERIFY(m_run->comes({"!1007"}));
@@ -503,6 +670,27 @@ void TestModbusFaults::everyWaitEndsAtAStop()
     clock.start();
     m_run.reset();
     QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()));
+}
+
+// However many Boxes it has: they do not end one after another.
+void TestModbusFaults::aRangeStopsAtOnce()
+{
+    constexpr int count = 60;
+    constexpr int minutes = 600000;
+    RUN(m_device = std::make_unique<Device>(false, 0, silence));
+    BoxSimOptions options;
+    options.address = QHostAddress("127.0.52.11");
+    options.discovery = false;
+    options.reportInterval = minutes;
+    options.acquire.on = true;
+    options.project = Acquire::project({m_device->standard({Acquire::slave(1, {"7 uint16"})}, minutes)});
+    BoxRange range(options, count);
+    QVERIFY2(range.start(), qPrintable(range.errorString()));
+    EVENTUALLY(m_device->requestCount() == count);
+    QElapsedTimer clock;
+    clock.start();
+    range.stop();
+    QVERIFY2(clock.elapsed() < 600, QByteArray::number(clock.elapsed()));
 }
 
 QTEST_GUILESS_MAIN(TestModbusFaults)

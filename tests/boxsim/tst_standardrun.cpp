@@ -20,6 +20,12 @@ private slots:
     void manyLostDevicesAllHaveTheirTurn();
     void aLineThatDoesNotOpenIsLostAndBack();
     void aLineThatBreaksIsOpenedAnewAtOnce();
+    void aDeviceThatBreaksTheLineIsLostAlone();
+    void aLineThatCannotBeUsedIsAskedOnce();
+    void aSilentLineIsNotClosedInTheReading();
+    void whatIsSaidForADeviceKeepsTheLine();
+    void aTryLeavesRoomForTheSilenceAfterIt_data();
+    void aTryLeavesRoomForTheSilenceAfterIt();
     void aLineWithoutAnAnswerIsOpenedAnew();
     void nothingIsToldAfterAStop();
     void withoutAReaderNothingIsValid();
@@ -46,17 +52,32 @@ private:
             m_open = !closed;
             return m_open;
         }
-        void close() override { m_open = false; }
+        void close() override
+        {
+            *m_clock += m_open && quiet > 0 ? qMax<qint64>(0, m_quietUntil - *m_clock) : 0;
+            m_open = false;
+        }
+        int quietTime() const override { return quiet; }
         bool isOpen() const override { return m_open; }
         Result read(int device, int most, PointReading *readings) override
         {
             ++asked[device];
+            if (breakers.contains(device)) {
+                return {Outcome::Closed, "closed"};
+            }
+            if (unusable) {
+                return {Outcome::LineLost, "no use"};
+            }
+            if (absent.contains(device)) {
+                return {Outcome::Absent, "away"};
+            }
             if (breaks-- > 0) {
-                return {Outcome::LineLost, "broken"};
+                return {Outcome::Closed, "broken"};
             }
             if (dead.contains(device)) {
                 *m_clock += qMin(most, timeout);
                 longest = qMax(longest, most);
+                m_quietUntil = *m_clock + quiet;
                 return {Outcome::Silent, "no answer"};
             }
             *m_clock += cost;
@@ -66,6 +87,10 @@ private:
         void forget(int device) override { forgotten.append(device); }
 
         int timeout = 200;
+        int quiet = 0;
+        QSet<int> breakers;
+        QSet<int> absent;
+        bool unusable = false;
         int cost = 0;
         int idle = -1;
         QSet<int> dead;
@@ -78,6 +103,7 @@ private:
 
     private:
         qint64 *m_clock;
+        qint64 m_quietUntil = 0;
         bool m_open = false;
     };
 
@@ -296,9 +322,89 @@ void TestStandardRun::aLineThatBreaksIsOpenedAnewAtOnce()
     QCOMPARE(beat(), (QStringList{"v4", "v3"}));
     QCOMPARE(m_reader->opened, 2);
     m_reader->breaks = 2;
-    QCOMPARE(beat(), (QStringList{"-v4", "-v3"}));
+    QCOMPARE(beat(), (QStringList{"-v4", "v4"}));
     QCOMPARE(beat().at(0).at(0), QChar('v'));
     QCOMPARE(m_told, QStringList());
+}
+
+void TestStandardRun::aDeviceThatBreaksTheLineIsLostAlone()
+{
+    start(4, 1000);
+    m_reader->breakers = {1};
+    for (int i = 1; i <= 20; ++i) {
+        const QString value = QString("v%1").arg(i);
+        QCOMPARE(beat(), (QStringList{value, "-", value, value}));
+    }
+    QCOMPARE(m_told, QStringList{"\"S\": station 2 lost after 3 attempts: closed"});
+    // All are lost with the line; the first is the one that then stays away.
+    m_reader->closed = true;
+    m_reader->breakers = {2};
+    beats(5);
+    m_reader->breakers = {0};
+    m_reader->closed = false;
+    beats(15);
+    QCOMPARE(beat().mid(1).filter("-"), QStringList());
+}
+
+void TestStandardRun::aLineThatCannotBeUsedIsAskedOnce()
+{
+    start(3, 1000);
+    m_reader->unusable = true;
+    QCOMPARE(beat(), (QStringList{"-", "-", "-"}));
+    QCOMPARE(m_reader->asked, (QMap<int, int>{{0, 1}}));
+    beats(10);
+    QCOMPARE(m_told, QStringList{"\"S\": line lost after 3 attempts: no use"});
+}
+
+// A serial line waits for silence before it is closed, which costs the report nothing.
+void TestStandardRun::aSilentLineIsNotClosedInTheReading()
+{
+    start(1, 1000);
+    m_reader->quiet = 200;
+    m_reader->dead = {0};
+    for (int i = 0; i < 3; ++i) {
+        beat();
+        QCOMPARE(m_took, 200);
+        QVERIFY(!m_reader->isOpen());
+    }
+}
+
+// A gateway has answered, if not the device behind it.
+void TestStandardRun::whatIsSaidForADeviceKeepsTheLine()
+{
+    start(1, 1000);
+    m_reader->absent = {0};
+    beats(20);
+    QCOMPARE(m_told, QStringList{"\"S\": station 1 lost after 3 attempts: away"});
+    QCOMPARE(m_reader->opened, 1);
+}
+
+void TestStandardRun::aTryLeavesRoomForTheSilenceAfterIt_data()
+{
+    QTest::addColumn<int>("timeout");
+    QTest::addColumn<int>("tries"); // in ten seconds
+    QTest::addColumn<int>("longest");
+    QTest::newRow("room enough") << 200 << 10 << 200;
+    QTest::newRow("room for a short one") << 700 << 10 << 300;
+    QTest::newRow("no room") << 1500 << 1 << 20;
+}
+
+void TestStandardRun::aTryLeavesRoomForTheSilenceAfterIt()
+{
+    QFETCH(int, timeout);
+    start(2, 1000);
+    m_reader->timeout = timeout;
+    m_reader->quiet = timeout;
+    m_reader->dead = {0};
+    beats(8);
+    m_reader->longest = 0;
+    const int before = m_reader->asked[0];
+    const qint64 begin = m_time;
+    while (m_time < begin + 9500) {
+        beat();
+    }
+    QTEST(m_reader->asked[0] - before, "tries");
+    QTEST(m_reader->longest, "longest");
 }
 
 // A peer that was switched off does not end its connection.

@@ -3,6 +3,8 @@
 #include "boxsim/acquire/link.h"
 #include "boxsim/acquire/readerkinds.h"
 
+#include <QFileInfo>
+
 namespace {
 
 // Why a Standard cannot be read, empty if it can.
@@ -96,9 +98,11 @@ Link *Acquisition::newLink()
     return link;
 }
 
+// A line may have two names, such as those that udev gives to an adapter.
 Link *Acquisition::sharedLink(const QString &path)
 {
-    Link *&link = m_sharedLinks[path];
+    const QString file = QFileInfo(path).canonicalFilePath();
+    Link *&link = m_sharedLinks[file.isEmpty() ? path : file];
     if (!link) {
         link = newLink();
     }

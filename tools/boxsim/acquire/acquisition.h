@@ -9,7 +9,6 @@
 #include <vector>
 
 class Link;
-struct ReaderKind;
 
 // How a Box in software reads real devices.
 struct AcquireOptions {
@@ -49,6 +48,6 @@ private:
 
     QVector<SimStandard> m_standards; // which the readers refer to
     std::vector<std::unique_ptr<Link>> m_links;
-    QMap<QString, Link *> m_sharedLinks; // by the path of the line; empty for Standards that cannot be read
+    QMap<QString, Link *> m_sharedLinks; // by the file of the line; empty for Standards that cannot be read
     int m_generation = 0;                // of the links: what older ones have told comes too late
 };

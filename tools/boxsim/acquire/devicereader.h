@@ -29,7 +29,9 @@ public:
     enum class Outcome {
         Answered, // the device said something, if only that it refuses
         Silent,   // it said nothing that makes sense
-        LineLost, // the line itself failed, and is to be opened anew
+        Absent,   // another one on the line said for it that it is silent
+        Closed,   // the line was closed meanwhile, and is to be opened anew
+        LineLost, // the line cannot be used
     };
     struct Result {
         Outcome outcome = Outcome::Answered;
@@ -47,6 +49,8 @@ public:
     // The longest that one attempt to open, and one request to a device that is silent, may take.
     virtual int openTimeout() const = 0;
     virtual int requestTimeout() const = 0;
+    // The silence that the line needs after such a request, before anybody is asked again.
+    virtual int quietTime() const { return 0; }
 
     // Opens the line with the Standard's settings. False, with the reason for the log, if that takes longer
     // than the time given or fails.

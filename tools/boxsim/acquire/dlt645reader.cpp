@@ -1,5 +1,6 @@
 #include "boxsim/acquire/dlt645reader.h"
 
+#include "boxsim/acquire/lineclaim.h"
 #include "boxsim/acquire/stopflag.h"
 #include "boxsim/simproject.h"
 
@@ -49,6 +50,11 @@ bool hasParity(QSerialPort *port)
     return tcgetattr(port->handle(), &settings) != 0 || (settings.c_cflag & PARENB) != 0;
 }
 
+bool isClaimed(QSerialPort *port, QString *reason)
+{
+    return claimLine(port->handle(), reason);
+}
+
 // Returns when the last bit is on the line.
 void drain(QSerialPort *port)
 {
@@ -58,6 +64,11 @@ void drain(QSerialPort *port)
 bool hasParity(QSerialPort *)
 {
     return true;
+}
+
+bool isClaimed(QSerialPort *, QString *)
+{
+    return true; // the system opens no line twice
 }
 
 void drain(QSerialPort *) {}
@@ -176,8 +187,8 @@ bool Dlt645Reader::open(int, QString *reason)
         m_port->setParity(QSerialPort::NoParity);
         opened = m_port->open(QIODevice::ReadWrite);
     }
-    if (!opened) {
-        *reason = failure;
+    *reason = failure;
+    if (!opened || !isClaimed(m_port.get(), reason)) {
         close();
         return false;
     }
@@ -206,7 +217,7 @@ DeviceReader::Result Dlt645Reader::read(int device, int timeout, PointReading *r
         Dlt645Answer answer;
         switch (ask(item->query, timeout, &answer)) {
         case Exchange::Failed:
-            return {Outcome::LineLost, QStringLiteral("the line hung up")};
+            return {Outcome::Closed, QStringLiteral("the line hung up")};
         case Exchange::Silent:
             // Some meters do not answer to items that they lack: the others have their turn first next time.
             std::rotate(item, item + 1, meter.items.end());

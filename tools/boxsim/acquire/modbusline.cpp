@@ -7,24 +7,21 @@
 #include <cerrno>
 #include <modbus.h>
 #include <poll.h>
+#include <unistd.h>
+#include <utility>
 
 namespace {
 
 constexpr int exceptionBit = 0x80;
-constexpr int longestByteGap = 500; // within an answer
-
 QString errorText()
 {
     return QString::fromLocal8Bit(modbus_strerror(errno));
 }
 
-void setTimes(modbus_t *context, int timeout)
+// The bytes of an answer behind its size.
+int dataSize(const ModbusAsk &ask)
 {
-    const auto seconds = [](int time) { return static_cast<quint32>(time / 1000); };
-    const auto micros = [](int time) { return static_cast<quint32>(time % 1000 * 1000); };
-    const int gap = qMin(timeout, longestByteGap);
-    modbus_set_response_timeout(context, seconds(gap), micros(gap)); // what there is has begun to come
-    modbus_set_byte_timeout(context, seconds(gap), micros(gap));
+    return isBitArea(ask.area) ? (ask.count + 7) / 8 : 2 * ask.count;
 }
 
 } // namespace
@@ -76,7 +73,7 @@ int ModbusLine::waitFor(int socket, short events, qint64 time) const
 ModbusAnswer ModbusLine::read(const ModbusAsk &ask, int timeout, quint16 *words)
 {
     ModbusAnswer answer;
-    if (!makeReady(&answer)) {
+    if (!makeReady(timeout, &answer)) {
         return answer;
     }
     modbus_set_slave(context(), ask.station);
@@ -88,34 +85,61 @@ ModbusAnswer ModbusLine::read(const ModbusAsk &ask, int timeout, quint16 *words)
 
 ModbusAnswer ModbusLine::receive(const ModbusAsk &ask, int timeout, quint16 *words)
 {
-    const QDeadlineTimer deadline(timeout);
-    setTimes(context(), timeout);
+    QDeadlineTimer deadline(timeout);
+    int extra = transferTime(dataSize(ask));
     ModbusAnswer answer;
     answer.reason = QStringLiteral("no answer");
-    for (;;) {
-        const int waited = waitFor(socket(), POLLIN, deadline.remainingTime());
-        if (waited < 0) {
-            return {ModbusAnswer::Kind::Lost, 0, QStringLiteral("the line hung up")};
-        }
-        if (waited == 0) {
-            failed(false, timeout);
+    QByteArray adu;
+    while (!m_stop->isSet()) {
+        if (deadline.hasExpired()) { // while others talk without an end
+            failed(true);
             return answer;
         }
-        QByteArray adu(MODBUS_MAX_ADU_LENGTH, '\0');
-        const int size = modbus_receive_confirmation(context(), reinterpret_cast<quint8 *>(adu.data()));
-        if (size < 0 && (errno == ECONNRESET || errno == EBADF || errno == EIO || errno == EPIPE)) {
-            return {ModbusAnswer::Kind::Lost, 0, errorText()};
-        }
-        if (size < 0) {
-            failed(true, timeout);
+        switch (collect(&deadline, &extra, &adu)) {
+        case Coming::Whole:
+            if (take(ask, adu, words, &answer)) {
+                return answer;
+            }
+            break;
+        case Coming::Nothing:
+            failed(false);
+            return answer;
+        case Coming::Broken:
+            failed(true);
             answer.reason = QStringLiteral("a broken answer");
             return answer;
-        }
-        adu.truncate(size);
-        if (take(ask, adu, words, &answer)) {
-            return answer;
+        case Coming::Lost:
+            return {ModbusAnswer::Kind::Lost, 0, errorText()};
         }
     }
+    return answer;
+}
+
+// One answer, to whatever request; extra is added to the time once, when something comes. Not by libmodbus,
+// which waits for each byte anew, and for none on a file past FD_SETSIZE.
+ModbusLine::Coming ModbusLine::collect(QDeadlineTimer *deadline, int *extra, QByteArray *answer) const
+{
+    answer->clear();
+    int missing = missingBytes(*answer);
+    for (; missing > 0; missing = missingBytes(*answer)) {
+        const int waited = waitFor(socket(), POLLIN, deadline->remainingTime());
+        if (waited == 0) {
+            return answer->isEmpty() ? Coming::Nothing : Coming::Broken;
+        }
+        char bytes[MODBUS_MAX_ADU_LENGTH];
+        errno = 0;
+        const ssize_t size = ::read(socket(), bytes, static_cast<size_t>(missing));
+        if (size < 0 && (errno == EAGAIN || errno == EINTR)) {
+            continue;
+        }
+        if (waited < 0 || size <= 0) {
+            errno = errno == 0 ? ECONNRESET : errno;
+            return Coming::Lost;
+        }
+        answer->append(bytes, static_cast<int>(size));
+        *deadline += std::exchange(*extra, 0);
+    }
+    return missing == 0 && isSound(*answer) ? Coming::Whole : Coming::Broken;
 }
 
 // Of an answer to this request; another one changes nothing but the reason.
@@ -149,8 +173,7 @@ bool ModbusLine::fits(const ModbusAsk &ask, const QByteArray &answer, int header
     if (function == (readFunction(ask.area) | exceptionBit)) {
         return true;
     }
-    const int expected = isBitArea(ask.area) ? (ask.count + 7) / 8 : 2 * ask.count;
-    return function == readFunction(ask.area) && size == expected && answer.size() >= header + 2 + size;
+    return function == readFunction(ask.area) && size == dataSize(ask) && answer.size() >= header + 2 + size;
 }
 
 QString modbusExceptionText(int code)

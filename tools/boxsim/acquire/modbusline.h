@@ -3,12 +3,12 @@
 #include "boxsim/acquire/modbusaddress.h"
 
 #include <QByteArray>
-#include <QElapsedTimer>
 #include <QString>
 
 #include <memory>
 #include <modbus.h>
 
+class QDeadlineTimer;
 class StopFlag;
 
 // One request to one slave.
@@ -25,6 +25,7 @@ struct ModbusAnswer {
         Exception, // the slave refuses
         Silent,    // nothing came that makes sense
         Lost,      // the line failed
+        Unusable,  // the line does not let a request be sent
     };
     Kind kind = Kind::Silent;
     int exception = 0; // the code
@@ -42,13 +43,16 @@ public:
     // The longest that opening may take.
     virtual int openTimeout() const = 0;
     int requestTimeout() const { return m_requestTimeout; }
+    // The silence that follows a request without an answer.
+    virtual int quietTime() const { return 0; }
 
     bool open(int timeout, QString *reason);
     // Waits until what may still come cannot disturb others on the line.
     virtual void settle() {}
     void close();
     bool isOpen() const { return m_context != nullptr; }
-    // Reads registers, or bits as 0 and 1, into words. Answers that are not to this request are left aside.
+    // Reads registers, or bits as 0 and 1, into words. The time-out is that of the whole answer, on a serial
+    // line without what the bytes of the answer need. Answers that are not to this request are left aside.
     ModbusAnswer read(const ModbusAsk &ask, int timeout, quint16 *words);
 
     // Whether a whole answer, of which so many bytes come before the function, is one to this request. True
@@ -65,13 +69,20 @@ protected:
 
     // A context with an open line, null with the reason.
     virtual Context connect(int timeout, QString *reason) = 0;
-    // Waits until a request may be sent. False if the line does not let it come to that.
-    virtual bool makeReady(ModbusAnswer *answer) = 0;
+    // Waits until a request may be sent. False if the line does not let it come to that. Opening the line
+    // anew may take no longer than the time given.
+    virtual bool makeReady(int timeout, ModbusAnswer *answer) = 0;
     virtual bool send(const ModbusAsk &ask) = 0;
+    // How many bytes more it is known to take until the answer is whole, 0 for one that is; below 0 if no
+    // answer begins like this.
+    virtual int missingBytes(const QByteArray &answer) const = 0;
+    virtual bool isSound(const QByteArray &answer) const = 0;
+    // What an answer with so many bytes of data needs on the line.
+    virtual int transferTime(int /*dataSize*/) const { return 0; }
     // Whether the answer belongs to the request that was sent last.
     virtual bool isLatest(const QByteArray &answer) const = 0;
     // A request had no answer, or a broken one.
-    virtual void failed(bool broken, int timeout) = 0;
+    virtual void failed(bool broken) = 0;
 
     modbus_t *context() const { return m_context.get(); }
     int socket() const;
@@ -81,7 +92,10 @@ protected:
     int waitFor(int socket, short events, qint64 time) const;
 
 private:
+    enum class Coming { Whole, Nothing, Broken, Lost };
+
     ModbusAnswer receive(const ModbusAsk &ask, int timeout, quint16 *words);
+    Coming collect(QDeadlineTimer *deadline, int *extra, QByteArray *answer) const;
     bool take(const ModbusAsk &ask, const QByteArray &adu, quint16 *words, ModbusAnswer *answer) const;
 
     int m_requestTimeout;

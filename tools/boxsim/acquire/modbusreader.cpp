@@ -11,12 +11,24 @@ constexpr int illegalValue = 3;
 constexpr int gatewayPath = 10;
 constexpr int gatewayTarget = 11;
 
-// A gateway says in this way that the slave behind it is silent.
-bool isSilence(const ModbusAnswer &answer)
+// What an answer means for the device that was asked.
+DeviceReader::Outcome outcomeOf(const ModbusAnswer &answer)
 {
-    return answer.kind == ModbusAnswer::Kind::Silent
-        || (answer.kind == ModbusAnswer::Kind::Exception
-            && (answer.exception == gatewayPath || answer.exception == gatewayTarget));
+    using Outcome = DeviceReader::Outcome;
+    switch (answer.kind) {
+    case ModbusAnswer::Kind::Silent:
+        return Outcome::Silent;
+    case ModbusAnswer::Kind::Lost:
+        return Outcome::Closed;
+    case ModbusAnswer::Kind::Unusable:
+        return Outcome::LineLost;
+    case ModbusAnswer::Kind::Exception:
+        return answer.exception == gatewayPath || answer.exception == gatewayTarget ? Outcome::Absent
+                                                                                    : Outcome::Answered;
+    case ModbusAnswer::Kind::Data:
+        break;
+    }
+    return Outcome::Answered;
 }
 
 bool isRefusal(const ModbusAnswer &answer)
@@ -83,12 +95,13 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
         const ModbusRequest request = slave.plan.requests().at(i);
         QVector<quint16> words(request.count());
         const ModbusAnswer answer = ask(slave, request, timeout, words.data());
-        if (answer.kind == ModbusAnswer::Kind::Lost) {
-            return {Outcome::LineLost, answer.reason};
+        const Outcome outcome = outcomeOf(answer);
+        if (outcome == Outcome::LineLost || outcome == Outcome::Closed) {
+            return {outcome, answer.reason};
         }
-        if (isSilence(answer)) {
+        if (outcome != Outcome::Answered) {
             slave.plan.putLast(i);
-            return {answered ? Outcome::Answered : Outcome::Silent, answer.reason};
+            return {answered ? Outcome::Answered : outcome, answer.reason};
         }
         answered = true;
         if (isRefusal(answer) && slave.plan.split(i)) {

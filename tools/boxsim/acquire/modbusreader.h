@@ -18,6 +18,7 @@ public:
     QString lineName() const override { return m_line->name(); }
     int openTimeout() const override { return m_line->openTimeout(); }
     int requestTimeout() const override { return m_line->requestTimeout(); }
+    int quietTime() const override { return m_line->quietTime(); }
     bool open(int timeout, QString *reason) override { return m_line->open(timeout, reason); }
     void close() override;
     bool isOpen() const override { return m_line->isOpen(); }

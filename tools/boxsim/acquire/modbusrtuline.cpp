@@ -1,5 +1,6 @@
 #include "boxsim/acquire/modbusrtuline.h"
 
+#include "boxsim/acquire/lineclaim.h"
 #include "boxsim/acquire/stopflag.h"
 
 #include <QDeadlineTimer>
@@ -12,6 +13,13 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
+
+namespace {
+
+constexpr int shortestKnown = 3; // station, function, size or exception: what says how long an answer is
+constexpr int frameSize = 5;     // those and the checksum
+
+} // namespace
 
 ModbusRtuLine::ModbusRtuLine(const QString &path, const SerialSettings &settings, StopFlag *stop,
                              std::function<void(const QString &)> tell)
@@ -45,6 +53,9 @@ ModbusLine::Context ModbusRtuLine::connect(int, QString *reason)
         *reason = QString::fromLocal8Bit(modbus_strerror(errno));
         return nullptr;
     }
+    if (!claimLine(modbus_get_socket(context.get()), reason)) {
+        return nullptr;
+    }
     checkParity(context.get());
     if (m_settings.rts) {
         enableRts(context.get());
@@ -76,7 +87,7 @@ void ModbusRtuLine::enableRts(modbus_t *context)
     }
 }
 
-bool ModbusRtuLine::makeReady(ModbusAnswer *answer)
+bool ModbusRtuLine::makeReady(int, ModbusAnswer *answer)
 {
     if (!waitForSilence(answer)) {
         return false;
@@ -93,7 +104,8 @@ bool ModbusRtuLine::makeReady(ModbusAnswer *answer)
 
 bool ModbusRtuLine::waitForSilence(ModbusAnswer *answer)
 {
-    const QDeadlineTimer limit(3 * m_silence);
+    m_babbles = false;
+    const QDeadlineTimer limit(m_silence);
     while (m_silence > 0) {
         const qint64 left = qMax<qint64>(0, m_silence - m_sinceLastByte.elapsed());
         const int waited = waitFor(socket(), POLLIN, left);
@@ -108,7 +120,8 @@ bool ModbusRtuLine::waitForSilence(ModbusAnswer *answer)
         if (waited == 0) {
             m_silence = 0;
         } else if (limit.hasExpired()) {
-            *answer = {ModbusAnswer::Kind::Lost, 0, QStringLiteral("the line is never silent")};
+            m_babbles = true;
+            *answer = {ModbusAnswer::Kind::Unusable, 0, QStringLiteral("the line is never silent")};
             return false;
         } else {
             m_sinceLastByte.restart();
@@ -120,7 +133,7 @@ bool ModbusRtuLine::waitForSilence(ModbusAnswer *answer)
 void ModbusRtuLine::settle()
 {
     ModbusAnswer ignored;
-    if (isOpen()) {
+    if (isOpen() && !m_babbles) {
         waitForSilence(&ignored);
     }
 }
@@ -133,8 +146,39 @@ bool ModbusRtuLine::send(const ModbusAsk &ask)
     return modbus_send_raw_request(context(), request, sizeof request) > 0;
 }
 
-void ModbusRtuLine::failed(bool, int timeout)
+int ModbusRtuLine::missingBytes(const QByteArray &answer) const
 {
-    m_silence = timeout;
+    if (answer.size() < shortestKnown) {
+        return shortestKnown - answer.size();
+    }
+    const int function = static_cast<quint8>(answer.at(1));
+    const int data = static_cast<quint8>(answer.at(2));
+    const bool isException = (function & 0x80) != 0;
+    const int size = isException ? frameSize : frameSize + data;
+    const bool isRead = function >= 1 && function <= 4; // all that is ever asked for
+    return (isException || isRead) && size <= MODBUS_RTU_MAX_ADU_LENGTH ? size - answer.size() : -1;
+}
+
+bool ModbusRtuLine::isSound(const QByteArray &answer) const
+{
+    quint32 sum = 0xffff;
+    for (const char byte : answer) {
+        sum ^= static_cast<quint8>(byte);
+        for (int bit = 0; bit < 8; ++bit) {
+            sum = (sum & 1) != 0 ? sum >> 1 ^ 0xa001 : sum >> 1;
+        }
+    }
+    return sum == 0; // since the checksum is among the bytes, low byte first
+}
+
+int ModbusRtuLine::transferTime(int dataSize) const
+{
+    return static_cast<int>((frameSize + dataSize) * m_settings.characterTime() / 1000) + 1;
+}
+
+// However short the request waited: its answer may take a whole time-out.
+void ModbusRtuLine::failed(bool)
+{
+    m_silence = requestTimeout();
     m_sinceLastByte.restart();
 }

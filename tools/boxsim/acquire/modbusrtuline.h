@@ -3,6 +3,8 @@
 #include "boxsim/acquire/modbusline.h"
 #include "boxsim/acquire/serialsettings.h"
 
+#include <QElapsedTimer>
+
 #include <functional>
 
 // A serial line with slaves. After a request without an answer nothing is sent until the line has been silent
@@ -16,14 +18,18 @@ public:
 
     QString name() const override { return m_path; }
     int openTimeout() const override { return requestTimeout(); }
+    int quietTime() const override { return requestTimeout(); }
     void settle() override;
 
 protected:
     Context connect(int timeout, QString *reason) override;
-    bool makeReady(ModbusAnswer *answer) override;
+    bool makeReady(int timeout, ModbusAnswer *answer) override;
     bool send(const ModbusAsk &ask) override;
+    int missingBytes(const QByteArray &answer) const override;
+    bool isSound(const QByteArray &answer) const override;
+    int transferTime(int dataSize) const override;
     bool isLatest(const QByteArray &) const override { return true; }
-    void failed(bool broken, int timeout) override;
+    void failed(bool broken) override;
 
 private:
     Context connectWith(char parity) const;
@@ -35,7 +41,8 @@ private:
     SerialSettings m_settings;
     std::function<void(const QString &)> m_tell;
     QElapsedTimer m_sinceLastByte;
-    qint64 m_silence = 0; // that must be before the next request
+    qint64 m_silence = 0;   // that must be before the next request
+    bool m_babbles = false; // it was not silent when it had to be
     bool m_toldParity = false;
     bool m_toldRts = false;
 };

@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <modbus.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -16,6 +15,8 @@
 
 namespace {
 
+constexpr int prefix = 6;          // bytes up to the length of what follows
+constexpr int shortest = 9;        // with station, function, and size or exception
 constexpr int longestIdle = 32767; // seconds
 
 QString errorText(int error)
@@ -95,12 +96,12 @@ bool ModbusTcpLine::finishConnect(int socket, int timeout, QString *reason) cons
     return error == 0;
 }
 
-bool ModbusTcpLine::makeReady(ModbusAnswer *answer)
+bool ModbusTcpLine::makeReady(int timeout, ModbusAnswer *answer)
 {
     if (m_broken) {
         close();
         QString reason;
-        if (!open(m_setup.connectTimeout, &reason)) {
+        if (!open(qMin(timeout, m_setup.connectTimeout), &reason)) {
             *answer = {ModbusAnswer::Kind::Lost, 0, reason};
             return false;
         }
@@ -124,13 +125,32 @@ bool ModbusTcpLine::send(const ModbusAsk &ask)
         == frame.size();
 }
 
+int ModbusTcpLine::missingBytes(const QByteArray &answer) const
+{
+    if (answer.size() < prefix) {
+        return prefix - answer.size();
+    }
+    const int protocol = qFromBigEndian<quint16>(answer.constData() + 2);
+    const int size = prefix + qFromBigEndian<quint16>(answer.constData() + 4);
+    const bool isModbus = protocol == 0 && size >= shortest && size <= MODBUS_TCP_MAX_ADU_LENGTH;
+    return isModbus ? size - answer.size() : -1;
+}
+
+// Whether the answer is as long as the data or the exception that it says to have.
+bool ModbusTcpLine::isSound(const QByteArray &answer) const
+{
+    const int function = static_cast<quint8>(answer.at(shortest - 2));
+    const int data = static_cast<quint8>(answer.at(shortest - 1));
+    return answer.size() == ((function & 0x80) != 0 ? shortest : shortest + data);
+}
+
 // A late answer has the number of its own request.
 bool ModbusTcpLine::isLatest(const QByteArray &answer) const
 {
     return answer.size() > 2 && qFromBigEndian<quint16>(answer.constData()) == m_transaction;
 }
 
-void ModbusTcpLine::failed(bool broken, int)
+void ModbusTcpLine::failed(bool broken)
 {
     m_broken = m_broken || broken;
 }

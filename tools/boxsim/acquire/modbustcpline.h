@@ -23,10 +23,12 @@ public:
 
 protected:
     Context connect(int timeout, QString *reason) override;
-    bool makeReady(ModbusAnswer *answer) override;
+    bool makeReady(int timeout, ModbusAnswer *answer) override;
     bool send(const ModbusAsk &ask) override;
+    int missingBytes(const QByteArray &answer) const override;
+    bool isSound(const QByteArray &answer) const override;
     bool isLatest(const QByteArray &answer) const override;
-    void failed(bool broken, int timeout) override;
+    void failed(bool broken) override;
 
 private:
     bool finishConnect(int socket, int timeout, QString *reason) const;

@@ -22,16 +22,25 @@ char parity(const QString &text, char usual)
     return letters.value(text, usual);
 }
 
+// With the start bit, and the parity bit if there is one.
+int characterBits(const SerialSettings &settings)
+{
+    return 1 + settings.dataBits + (settings.parity == 'N' ? 0 : 1) + settings.stopBits;
+}
+
 } // namespace
+
+qint64 SerialSettings::characterTime() const
+{
+    return characterBits(*this) * Q_INT64_C(1000000) / baudRate;
+}
 
 int SerialSettings::gapTime() const
 {
     if (gap >= 0) {
         return qMin(gap, 1000000) * 1000;
     }
-    // A character has a start bit, and its parity bit if there is one.
-    const int bits = 1 + dataBits + (parity == 'N' ? 0 : 1) + stopBits;
-    return 7 * bits * 1000000 / (2 * baudRate);
+    return 7 * characterBits(*this) * 1000000 / (2 * baudRate);
 }
 
 SerialSettings serialSettings(const QMap<QString, QString> &parameters, const SerialSettings &usual)

@@ -13,6 +13,8 @@ struct SerialSettings {
     int timeout = 2000;
     int gap = -1; // silence before a request; below 0 for 3.5 characters
 
+    // What a character takes on the line, in microseconds.
+    qint64 characterTime() const;
     // The silence before a request that the gap stands for, in microseconds.
     int gapTime() const;
 };

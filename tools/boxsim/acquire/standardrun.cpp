@@ -8,6 +8,11 @@ constexpr qint64 longestPause = 10000;      // between two tries of what is lost
 constexpr qint64 longestImpatience = 60000; // between two tries that wait longer than the others leave
 constexpr int shortestTry = 20;
 
+bool isHeard(DeviceReader::Outcome outcome)
+{
+    return outcome == DeviceReader::Outcome::Answered || outcome == DeviceReader::Outcome::Absent;
+}
+
 } // namespace
 
 StandardRun::StandardRun(const SimStandard &standard, std::unique_ptr<DeviceReader> reader, int interval,
@@ -51,9 +56,8 @@ QVector<PointReading> StandardRun::read()
 
 void StandardRun::readDevices()
 {
-    bool silent = false;
-    bool answered = false;
     const QVector<int> devices = devicesWithWork(false);
+    m_heard = devices.isEmpty();
     for (const int index : devices) {
         const SimDevice &device = m_standard.devices.at(index);
         QVector<PointReading> readings(device.pointCount);
@@ -61,31 +65,28 @@ void StandardRun::readDevices()
         if (isOver() || outcome == DeviceReader::Outcome::LineLost) {
             return;
         }
-        (outcome == DeviceReader::Outcome::Silent ? silent : answered) = true;
+        m_heard = m_heard || isHeard(outcome);
         for (int i = 0; i < device.pointCount; ++i) {
             if (readings.at(i).valid) {
                 m_readings[device.firstPoint + i] = readings.at(i);
             }
         }
     }
-    // A peer that went without a word is not noticed otherwise.
-    if (silent && !answered) {
-        close();
-    }
 }
 
-// Opens the line first if need be, and anew if it turns out to have died since the last beat.
+// Opens the line first if need be, and anew if it turns out to have died since the last beat. A line that can
+// be opened, but is closed again, is closed because of the device that is asked.
 DeviceReader::Result StandardRun::exchange(int device, const Patience &patience, PointReading *readings)
 {
     using Outcome = DeviceReader::Outcome;
-    DeviceReader::Result result{Outcome::LineLost, QString()};
+    DeviceReader::Result result{Outcome::Closed, QString()};
     const bool wasOpen = m_reader->isOpen();
-    for (int attempt = wasOpen ? 0 : 1; attempt < 2 && result.outcome == Outcome::LineLost; ++attempt) {
+    for (int attempt = wasOpen ? 0 : 1; attempt < 2 && result.outcome == Outcome::Closed; ++attempt) {
         if (!m_reader->isOpen() && !m_reader->open(patience.open, &result.reason)) {
-            return result;
+            return {Outcome::LineLost, result.reason};
         }
         result = m_reader->read(device, patience.request, readings);
-        if (result.outcome == Outcome::LineLost) {
+        if (result.outcome == Outcome::Closed || result.outcome == Outcome::LineLost) {
             m_reader->close();
         }
     }
@@ -147,6 +148,12 @@ void StandardRun::tryLost(qint64 until, bool alone)
     if (!m_reader || isOver()) {
         return;
     }
+    // A peer that went without a word is not noticed otherwise. Not in the reading: a serial line is closed
+    // when it is silent.
+    if (!m_heard) {
+        close();
+        m_heard = true;
+    }
     if (m_line.health.isLost()) {
         tryLine(until, alone);
     } else {
@@ -181,14 +188,14 @@ void StandardRun::tryLine(qint64 until, bool alone)
     const int whole = qMax(m_reader->openTimeout(), m_reader->requestTimeout());
     int timeout = 0;
     if (!devices.isEmpty() && mayTry(&m_line, (until - now()) / 2, whole, alone, &timeout)) {
-        const int device = devices.constFirst();
+        const int device = devices.at(m_lineTries++ % devices.size());
         QVector<PointReading> readings(m_standard.devices.at(device).pointCount);
         ask(device, patience(timeout), readings.data());
     }
 }
 
 // So many in each beat that each has its turn within the longest pause. The time that is left is for opening
-// the line and for asking, or for asking and the silence that a serial line needs after it.
+// the line and for asking, on a serial line for asking and for the silence after it.
 void StandardRun::tryDevices(qint64 until, bool alone)
 {
     QVector<int> lost = devicesWithWork(true);
@@ -197,16 +204,19 @@ void StandardRun::tryDevices(qint64 until, bool alone)
     });
     const qint64 turns = (lost.size() * qint64(m_beat.interval()) + longestPause - 1) / longestPause;
     const int count = static_cast<int>(qMin<qint64>(turns, lost.size()));
+    bool heard = false;
     for (int i = 0; i < count && !isOver() && !m_line.health.isLost(); ++i) {
         Target *target = &m_devices[static_cast<size_t>(lost.at(i))];
         int timeout = 0;
-        if (!mayTry(target, (until - now()) / 2 / (count - i), m_reader->requestTimeout(), alone, &timeout)) {
+        const qint64 room = (until - now()) / (count - i);
+        const qint64 share = m_reader->quietTime() > 0 ? room - m_reader->quietTime() : room / 2;
+        if (!mayTry(target, share, m_reader->requestTimeout(), alone, &timeout)) {
             return;
         }
         QVector<PointReading> readings(m_standard.devices.at(lost.at(i)).pointCount);
-        ask(lost.at(i), patience(timeout), readings.data());
+        heard = isHeard(ask(lost.at(i), patience(timeout), readings.data())) || heard;
     }
-    if (count > 0 && devicesWithWork(false).isEmpty()) {
+    if (count > 0 && !heard && devicesWithWork(false).isEmpty()) {
         close();
     }
 }

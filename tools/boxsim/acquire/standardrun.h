@@ -70,5 +70,7 @@ private:
     QVector<PointReading> m_readings;
     std::vector<Target> m_devices; // as in the Standard
     Target m_line;
+    int m_lineTries = 0;
+    bool m_heard = true; // whether anybody was, in the last reading
     int m_beats = 0;
 };
