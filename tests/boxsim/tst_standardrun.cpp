@@ -1,5 +1,7 @@
+#include "boxsim/acquire/link.h"
 #include "boxsim/acquire/standardrun.h"
 
+#include <QSemaphore>
 #include <QtTest>
 
 // The rhythm of one Standard's readings: beats, what is lost and comes back, and what that costs. Clock and
@@ -29,6 +31,7 @@ private slots:
     void aLineWithoutAnAnswerIsOpenedAnew();
     void nothingIsToldAfterAStop();
     void withoutAReaderNothingIsValid();
+    void readingsThatNobodyTakesDoNotQueue();
 
 private:
     // Reads one value a device, the number of the attempt, in no time but for the devices that are dead.
@@ -439,6 +442,42 @@ void TestStandardRun::withoutAReaderNothingIsValid()
     QCOMPARE(readings.size(), 1);
     QVERIFY(!readings.at(0).valid && readings.at(0).value.isEmpty());
     QCOMPARE(run.due(), 500);
+}
+
+// As when reports take the main thread longer than a beat.
+void TestStandardRun::readingsThatNobodyTakesDoNotQueue()
+{
+    class Counter : public Reader
+    {
+    public:
+        using Reader::Reader;
+        Result read(int device, int most, PointReading *readings) override
+        {
+            const Result result = Reader::read(device, most, readings);
+            count.release();
+            return result;
+        }
+        QSemaphore count;
+    };
+    qint64 clock = 0;
+    auto reader = std::make_unique<Counter>(&clock);
+    QSemaphore *count = &reader->count;
+    SimStandard standard;
+    standard.points.append({"p", "1", "int16", 0});
+    standard.devices.append({{}, 0, 1});
+    QStringList taken;
+    Link link;
+    link.add(0, standard, std::move(reader), 5);
+    connect(
+        &link, &Link::readingOver, this, [&](int id) { taken.append(link.takeReading(id).at(0).value); },
+        Qt::QueuedConnection);
+    link.start();
+    QVERIFY(count->tryAcquire(10, 5000));
+    link.stopFlag()->set();
+    link.wait();
+    QCoreApplication::processEvents();
+    QCOMPARE(taken.size(), 1);
+    QVERIFY2(taken.at(0).mid(1).toInt() >= 9, qPrintable(taken.at(0)));
 }
 
 QTEST_GUILESS_MAIN(TestStandardRun)

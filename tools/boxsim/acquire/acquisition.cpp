@@ -81,9 +81,9 @@ Link *Acquisition::newLink()
     const int generation = m_generation;
     connect(
         link, &Link::readingOver, this,
-        [this, generation](int id, const QVector<PointReading> &readings) {
+        [this, generation, link](int id) {
             if (generation == m_generation) {
-                emit readingOver(id, readings);
+                emit readingOver(id, link->takeReading(id));
             }
         },
         Qt::QueuedConnection);

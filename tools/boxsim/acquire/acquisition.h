@@ -37,7 +37,7 @@ public:
 
 signals:
     // A beat's reading of a Standard, counted as in start(): one row a point. What could not be read has its
-    // last value, and is not valid.
+    // last value, and is not valid. A thread that cannot keep up gets the last reading only.
     void readingOver(int standard, const QVector<PointReading> &readings);
     // A line for the log.
     void told(const QString &text);

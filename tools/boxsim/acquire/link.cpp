@@ -28,6 +28,23 @@ Link::Turn &Link::nextTurn()
     return **std::min_element(m_turns.begin(), m_turns.end(), earlier);
 }
 
+void Link::keepReading(int id, const QVector<PointReading> &readings)
+{
+    QMutexLocker locker(&m_mutex);
+    const bool isTold = m_readings.contains(id);
+    m_readings.insert(id, readings);
+    locker.unlock();
+    if (!isTold) {
+        emit readingOver(id);
+    }
+}
+
+QVector<PointReading> Link::takeReading(int id)
+{
+    const QMutexLocker locker(&m_mutex);
+    return m_readings.take(id);
+}
+
 void Link::run()
 {
     const bool alone = m_turns.size() == 1;
@@ -37,7 +54,7 @@ void Link::run()
         if (m_stop.isSet()) {
             break; // what was cut short is no reading
         }
-        emit readingOver(turn.id, readings);
+        keepReading(turn.id, readings);
         turn.run.tryLost(nextTurn().run.due(), alone);
         if (!alone) {
             turn.run.close();

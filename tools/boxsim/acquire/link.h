@@ -4,6 +4,8 @@
 #include "boxsim/acquire/stopflag.h"
 
 #include <QElapsedTimer>
+#include <QMap>
+#include <QMutex>
 #include <QThread>
 
 #include <memory>
@@ -23,10 +25,14 @@ public:
     // Before the start. id is what readings are told under; reader may be null.
     void add(int id, const SimStandard &standard, std::unique_ptr<DeviceReader> reader, int interval);
     StopFlag *stopFlag() { return &m_stop; }
+    // The last reading of a Standard, one row a point. Those before it that were not taken are gone, so that
+    // nothing grows when readings are over faster than they are taken. From any thread, once after each
+    // readingOver().
+    QVector<PointReading> takeReading(int id);
 
 signals:
-    // A reading is over: one row a point of the Standard.
-    void readingOver(int id, const QVector<PointReading> &readings);
+    // A reading can be taken.
+    void readingOver(int id);
     // A line for the log.
     void told(const QString &text);
 
@@ -40,8 +46,11 @@ private:
     };
 
     Turn &nextTurn();
+    void keepReading(int id, const QVector<PointReading> &readings);
 
     StopFlag m_stop;
     QElapsedTimer m_clock;
     std::vector<std::unique_ptr<Turn>> m_turns;
+    QMutex m_mutex;
+    QMap<int, QVector<PointReading>> m_readings; // not taken yet
 };
