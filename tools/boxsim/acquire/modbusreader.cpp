@@ -6,6 +6,7 @@
 
 namespace {
 
+constexpr int illegalFunction = 1;
 constexpr int illegalAddress = 2;
 constexpr int illegalValue = 3;
 constexpr int gatewayPath = 10;
@@ -48,7 +49,7 @@ ModbusReader::ModbusReader(const ReaderSetup &setup, std::unique_ptr<ModbusLine>
         const QString station = device.settings.value(QStringLiteral("stationNum"));
         m_slaves.push_back({readModbusStation(station, !setup.serialPath.isEmpty()),
                             ModbusPlan(points, device.settings, setup.grouping),
-                            QVector<bool>(device.pointCount)});
+                            QVector<bool>(device.pointCount), false});
         tellRefusals(m_slaves.back(), device);
     }
 }
@@ -107,9 +108,7 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
         if (isRefusal(answer) && slave.plan.split(i)) {
             --i; // both halves are asked for
         } else if (answer.kind == ModbusAnswer::Kind::Exception) {
-            for (const ModbusItem &item : request.items) {
-                refuse(&slave, device, item, answer.reason);
-            }
+            takeException(&slave, device, request, answer);
         } else {
             for (const ModbusItem &item : request.items) {
                 const quint16 *first = words.constData() + item.address.number - request.first();
@@ -134,6 +133,21 @@ ModbusAnswer ModbusReader::ask(const Slave &slave, const ModbusRequest &request,
         }
     }
     return answer;
+}
+
+// A device that is busy, or fails, is so for all its points, and may read them the next time.
+void ModbusReader::takeException(Slave *slave, int device, const ModbusRequest &request,
+                                 const ModbusAnswer &answer)
+{
+    if (answer.exception == illegalFunction || isRefusal(answer)) {
+        for (const ModbusItem &item : request.items) {
+            refuse(slave, device, item, answer.reason);
+        }
+    } else if (!slave->toldException) {
+        slave->toldException = true;
+        m_setup.tell(QStringLiteral("\"%1\": %2 has no value at times: %3")
+                         .arg(m_setup.standard->name, deviceName(device), answer.reason));
+    }
 }
 
 void ModbusReader::refuse(Slave *slave, int device, const ModbusItem &item, const QString &reason)

@@ -29,12 +29,14 @@ private:
     struct Slave {
         int station;
         ModbusPlan plan;
-        QVector<bool> refused; // points that were told as refused by the device
+        QVector<bool> refused;      // points that were told as refused by the device
+        bool toldException = false; // that it answered with one that refuses no point
     };
 
     void tell(const QString &name, const QString &text) const;
     void tellRefusals(const Slave &slave, const SimDevice &device) const;
     ModbusAnswer ask(const Slave &slave, const ModbusRequest &request, int timeout, quint16 *words);
+    void takeException(Slave *slave, int device, const ModbusRequest &request, const ModbusAnswer &answer);
     void refuse(Slave *slave, int device, const ModbusItem &item, const QString &reason);
 
     ReaderSetup m_setup;
