@@ -253,6 +253,7 @@ void TestBoxSimProject::largeProjectsAreBounded()
                            &project, &error));
     QCOMPARE(project.standards.size(), 256);
     QCOMPARE(project.standards.at(0).points.size(), 50000);
+    QCOMPARE(project.standards.at(0).leftOut, 65536 - 50000);
 }
 
 void TestBoxSimProject::valuesKeepToTheirPoint_data()

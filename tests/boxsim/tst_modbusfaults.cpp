@@ -38,6 +38,7 @@ private slots:
     void aRefusedPointLeavesTheOthersValid();
     void aSplitIsRemembered();
     void otherExceptionsSplitNothing();
+    void aGatewayIsHeardForItsDevices();
     void aSilentStationLeavesTheOthersTheirBeat_data();
     void aSilentStationLeavesTheOthersTheirBeat();
     void aSilentPointLeavesTheOthersValid();
@@ -447,6 +448,17 @@ void TestModbusFaults::otherExceptionsSplitNothing()
     EVENTUALLY(m_run->count() >= 2);
     m_run->stop();
     QCOMPARE(m_device->askedAtAll(), QStringList{"1:0+2"});
+    QCOMPARE(m_run->log, QStringList{"\"S0\": station 1 has no value at times: device failure"});
+}
+
+// Nor is the connection closed: the gateway has answered.
+void TestModbusFaults::aGatewayIsHeardForItsDevices()
+{
+    RUN(run(false, {Acquire::slave(1, {"0 uint16"})},
+            [](const Request &request) { return request.refusal(11); }));
+    EVENTUALLY(m_run->count() >= 8);
+    QCOMPARE(m_device->connections, 1);
+    QCOMPARE(m_run->log, QStringList{"\"S0\": station 1 lost after 3 attempts: gateway's target is silent"});
 }
 
 void TestModbusFaults::aSilentStationLeavesTheOthersTheirBeat_data()
@@ -589,7 +601,8 @@ void TestModbusFaults::whatCannotBeReadIsToldByName()
     QJsonObject points =
         Acquire::tcp("127.0.52.1", port,
                      {Acquire::slave(248, {"7 uint16"}),
-                      Acquire::slave(1, {"x uint16", "00001 uint16", "70000 bool", "7 uint16"})},
+                      Acquire::slave(1, {"x uint16", "00001 uint16", "70000 bool", "7 uint16"}),
+                      Acquire::points({"9 uint16"}).at(0)},
                      300);
     points.insert("name", "E");
     m_run = std::make_unique<Acquire::Run>();
@@ -600,7 +613,7 @@ void TestModbusFaults::whatCannotBeReadIsToldByName()
     for (int i = 0; i < 4; ++i) {
         QCOMPARE(m_run->last(i), QStringList{"!"});
     }
-    QCOMPARE(m_run->last(4), (QStringList{"!", "!", "!", "!", "1007"}));
+    QCOMPARE(m_run->last(4), (QStringList{"!", "!", "!", "!", "1007", "!"}));
     QCOMPARE(m_device->askedAtAll(), QStringList{"1:7+1"});
     m_run->log.sort();
     QCOMPARE(m_run->log,
@@ -609,6 +622,7 @@ void TestModbusFaults::whatCannotBeReadIsToldByName()
                           "\"D\": not read, OpcUA is not served by this boxsim",
                           "\"E\": 00001 uint16 is not read, uint16 at 00001 is a bit",
                           "\"E\": 70000 bool is not read, there is no address 70000",
+                          "\"E\": 9 uint16 is not read, it belongs to no device",
                           "\"E\": station 248 is not read, there is no such station",
                           "\"E\": x uint16 is not read, its address x is no number"}));
 }

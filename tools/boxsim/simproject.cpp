@@ -30,8 +30,13 @@ void appendPoint(const QJsonObject &object, SimStandard *standard)
     point.length = text(object, "length").toInt();
     const bool left =
         object.contains(QLatin1String("select")) && text(object, "select") != QLatin1String("true");
-    if (!left && !point.name.isEmpty() && standard->points.size() < mostPoints) {
+    if (left || point.name.isEmpty()) {
+        return;
+    }
+    if (standard->points.size() < mostPoints) {
         standard->points.append(point);
+    } else {
+        ++standard->leftOut;
     }
 }
 

@@ -24,6 +24,7 @@ struct SimStandard {
     QString name;
     int interval = 1000; // milliseconds between two acquisitions
     QVector<SimPoint> points;
+    int leftOut = 0; // points beyond those that are taken
 
     // What says how the points are acquired.
     QString protocol;                  // "Modbus", "DLT645" or another

@@ -5,6 +5,8 @@
 
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace {
 
 // Why a Standard cannot be read, empty if it can.
@@ -19,6 +21,28 @@ QString obstacle(const SimStandard &standard, const ReaderKind *kind, const QStr
             + standard.parameters.value(QStringLiteral("serialport"));
     }
     return QString();
+}
+
+// The points that nobody can be asked for.
+void tellOutside(const SimStandard &standard, const std::function<void(const QString &)> &tell)
+{
+    const QString name = QStringLiteral("\"%1\": ").arg(standard.name);
+    QVector<bool> hasDevice(standard.points.size());
+    for (const SimDevice &device : standard.devices) {
+        std::fill_n(hasDevice.begin() + device.firstPoint, device.pointCount, true);
+    }
+    for (int i = 0; i < standard.points.size(); ++i) {
+        if (!hasDevice.at(i)) {
+            tell(name
+                 + QStringLiteral("%1 is not read, it belongs to no device").arg(standard.points.at(i).name));
+        }
+    }
+    if (standard.leftOut > 0) {
+        tell(name
+             + QStringLiteral("%1 points are left out, %2 are the most")
+                   .arg(standard.leftOut)
+                   .arg(standard.points.size()));
+    }
 }
 
 } // namespace
@@ -49,6 +73,7 @@ void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOpti
         if (kind && why.isEmpty()) {
             const auto tell = [link](const QString &text) { emit link->told(text); };
             reader = kind->make({&standard, path, options.grouping, link->stopFlag(), tell});
+            tellOutside(standard, tell);
         } else {
             emit link->told(QStringLiteral("\"%1\": not read, %2").arg(standard.name, why));
         }
