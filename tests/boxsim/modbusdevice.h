@@ -59,12 +59,13 @@ struct Request {
     QByteArray good() const { return frame(data()); }
     QByteArray refusal(int code) const { return frame(QByteArray(1, char(function | 0x80)) + char(code)); }
 };
+inline QString address = "127.0.52.1"; // of the devices; each test program has its own
 using Answer = std::function<QByteArray(const Request &)>;
 
 class Device : public QObject
 {
 public:
-    // On 127.0.52.1, at a port by its number, or on a line by its number.
+    // At a port by its number, or on a line by its number.
     Device(bool serial, int number, const Answer &how)
         : answer(how)
         , m_serial(serial)
@@ -91,12 +92,12 @@ public:
     }
     int port() const { return 1502 + m_number; }
     QString line() const { return QString("line%1").arg(m_number); }
-    QString lineName() const { return m_serial ? line() : QString("127.0.52.1:%1").arg(port()); }
+    QString lineName() const { return m_serial ? line() : QString("%1:%2").arg(address).arg(port()); }
     QJsonObject standard(const QJsonArray &slaves, int timeout) const
     {
         const QString com = QString("COM%1").arg(m_number);
-        QJsonObject standard = m_serial ? Acquire::rtu(slaves, timeout, com)
-                                        : Acquire::tcp("127.0.52.1", port(), slaves, timeout);
+        QJsonObject standard =
+            m_serial ? Acquire::rtu(slaves, timeout, com) : Acquire::tcp(address, port(), slaves, timeout);
         standard.insert("name", QString("S%1").arg(m_number));
         return standard;
     }
@@ -128,7 +129,7 @@ private:
     void listen()
     {
         m_server = std::make_unique<QTcpServer>();
-        QVERIFY2(m_server->listen(QHostAddress("127.0.52.1"), quint16(port())),
+        QVERIFY2(m_server->listen(QHostAddress(address), quint16(port())),
                  qPrintable(m_server->errorString()));
         connect(m_server.get(), &QTcpServer::newConnection, this, [this] {
             QTcpSocket *peer = m_server->nextPendingConnection();

@@ -1,0 +1,386 @@
+#include "boxsim/boxrange.h"
+#include "modbusdevice.h"
+#include "run.h"
+
+#include <memory>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+
+using Modbus::Answer;
+using Modbus::Device;
+using Modbus::Request;
+
+// What a connection and a serial line are left to: answers that come late, slowly or without an end, lines
+// that close, are taken or have two names, and how soon all that ends. The device is the test's own.
+class TestModbusLines : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { Modbus::address = "127.0.52.3"; }
+    void cleanup();
+
+    void lateAnswersAreLeftAside_data();
+    void lateAnswersAreLeftAside();
+    void afterATimeoutASerialLineMustBeSilent();
+    void lateAnswersOfALostStationAreLeftAside();
+    void answersWithoutAnEndAreNotReadToTheEnd();
+    void theTimeoutIsOfTheWholeAnswer_data();
+    void theTimeoutIsOfTheWholeAnswer();
+    void aStationThatEndsTheConnectionLeavesTheOthersValid();
+    void manyOpenFilesAreNoObstacle();
+    void oneLineUnderTwoNamesIsOneLine();
+    void aLineInUseIsWaitedFor();
+    void aClosedConnectionIsOpenedAnew();
+    void oneConnectionIsKept();
+    void aPulledLineComesBack();
+    void everyWaitEndsAtAStop_data();
+    void everyWaitEndsAtAStop();
+    void aRangeStopsAtOnce();
+
+private:
+    static QByteArray good(const Request &request) { return request.good(); }
+    static QByteArray silence(const Request &) { return QByteArray(); }
+
+    // Starts a device and reads these slaves of it.
+    void run(bool serial, const QJsonArray &slaves, const Answer &answer, int interval = 60,
+             int timeout = 150)
+    {
+        m_device = std::make_unique<Device>(serial, 0, answer);
+        m_run = std::make_unique<Acquire::Run>();
+        m_run->start({m_device->standard(slaves, timeout)}, interval, {{"COM0", "line0"}});
+    }
+    static void addLines()
+    {
+        QTest::addColumn<bool>("serial");
+        QTest::newRow("TCP") << false;
+        QTest::newRow("RTU") << true;
+    }
+
+    std::unique_ptr<Device> m_device;
+    std::unique_ptr<Acquire::Run> m_run;
+};
+
+void TestModbusLines::cleanup()
+{
+    m_run.reset();
+    m_device.reset();
+}
+
+void TestModbusLines::lateAnswersAreLeftAside_data()
+{
+    addLines();
+}
+
+// The answer to each second request comes after its time-out. The values of two stations must not be mixed
+// up.
+void TestModbusLines::lateAnswersAreLeftAside()
+{
+    QFETCH(bool, serial);
+    RUN(run(
+        serial, {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"})},
+        [this](const Request &request) {
+            if (request.station == 2) {
+                return request.good();
+            }
+            QTimer::singleShot(80, this, [this, late = request.good()] { m_device->send(late); });
+            return QByteArray();
+        },
+        300, 50));
+    EVENTUALLY(m_run->count() >= 3);
+    m_run->stop();
+    for (const QStringList &reading : qAsConst(m_run->readings[0])) {
+        QCOMPARE(reading, (QStringList{"!", "2007"}));
+    }
+    QCOMPARE(m_device->connections, serial ? 0 : 1);
+}
+
+void TestModbusLines::afterATimeoutASerialLineMustBeSilent()
+{
+    // The late answer of station 1 is a good one to the request to station 2, were it sent at once.
+    RUN(run(
+        true, {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"})},
+        [this](const Request &request) {
+            if (request.station == 2) {
+                return request.good();
+            }
+            for (const int time : {120, 150, 180}) {
+                QTimer::singleShot(
+                    time, this, [this, late = request.frameOf(2, request.data())] { m_device->send(late); });
+            }
+            return QByteArray();
+        },
+        1000, 100));
+    EVENTUALLY(m_run->count() == 1);
+    QCOMPARE(m_run->last(), (QStringList{"!", "2007"}));
+    QCOMPARE(m_device->times.size(), 2);
+    const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
+    QVERIFY2(pause >= 180 + 95, QByteArray::number(pause));
+}
+
+// However short the others leave a try. Each register is asked for alone, by requests that look alike.
+void TestModbusLines::lateAnswersOfALostStationAreLeftAside()
+{
+    RUN(run(true, {Acquire::slave(1, {"7 uint16", "100 uint16", "200 uint16"})}, silence, 60, 200));
+    EVENTUALLY(!m_run->log.filter("lost").isEmpty());
+    m_device->answer = [this](const Request &request) {
+        QTimer::singleShot(130, this, [this, late = request.good()] { m_device->send(late); });
+        return QByteArray();
+    };
+    const int before = m_run->count();
+    EVENTUALLY(m_run->count() >= before + 12);
+    for (const QStringList &reading : qAsConst(m_run->readings[0])) {
+        QCOMPARE(reading, (QStringList{"!", "!", "!"}));
+    }
+}
+
+void TestModbusLines::answersWithoutAnEndAreNotReadToTheEnd()
+{
+    QTimer flood;
+    RUN(run(
+        false, {Acquire::slave(1, {"7 uint16"})},
+        [&](const Request &request) {
+            const QByteArray other = "\xee\xee" + request.good().mid(2);
+            flood.disconnect();
+            connect(&flood, &QTimer::timeout, this, [this, other] {
+                if (m_device->socket && m_device->socket->bytesToWrite() < 1000000) {
+                    m_device->socket->write(other.repeated(10000));
+                }
+            });
+            flood.start(0);
+            return QByteArray();
+        },
+        100, 50));
+    EVENTUALLY(!m_run->log.isEmpty());
+    QCOMPARE(m_run->log,
+             QStringList{"\"S0\": station 1 lost after 3 attempts: only answers to other requests"});
+    QElapsedTimer clock;
+    clock.start();
+    m_run.reset();
+    QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()));
+}
+
+void TestModbusLines::theTimeoutIsOfTheWholeAnswer_data()
+{
+    addLines();
+}
+
+// The bytes come one by one, each long before its time-out.
+void TestModbusLines::theTimeoutIsOfTheWholeAnswer()
+{
+    QFETCH(bool, serial);
+    QTimer trickle;
+    RUN(run(
+        serial, {Acquire::slave(1, {"7 string 40"})},
+        [&](const Request &request) {
+            trickle.disconnect();
+            connect(&trickle, &QTimer::timeout, this, [this, rest = request.good()]() mutable {
+                m_device->send(rest.left(1));
+                rest.remove(0, 1);
+            });
+            trickle.start(30);
+            return QByteArray();
+        },
+        5000, 150));
+    EVENTUALLY(m_run->count() == 1);
+    trickle.stop();
+    QCOMPARE(m_run->last(), QStringList{"!"});
+    QVERIFY2(m_run->times[0].at(0) < 600, QByteArray::number(m_run->times[0].at(0)));
+}
+
+void TestModbusLines::aStationThatEndsTheConnectionLeavesTheOthersValid()
+{
+    RUN(run(
+        false,
+        {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"}), Acquire::slave(3, {"7 uint16"})},
+        [this](const Request &request) {
+            if (request.station != 2) {
+                return request.good();
+            }
+            m_device->socket->disconnectFromHost();
+            return QByteArray();
+        }));
+    EVENTUALLY(m_run->count() >= 8);
+    QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(), {"1007", "!", "3007"}));
+    QCOMPARE(m_run->log, QStringList{"\"S0\": station 2 lost after 3 attempts: Connection reset by peer"});
+}
+
+void TestModbusLines::manyOpenFilesAreNoObstacle()
+{
+    rlimit limit = {};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit before = limit;
+    limit.rlim_cur = qMin<rlim_t>(limit.rlim_max, 2 * FD_SETSIZE);
+    if (limit.rlim_cur < 2 * FD_SETSIZE || setrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        QSKIP("not so many files may be open");
+    }
+    QVector<int> files;
+    while (files.isEmpty() || files.constLast() < FD_SETSIZE) {
+        files.append(::open("/dev/null", O_RDONLY));
+        QVERIFY(files.constLast() >= 0);
+    }
+    Device line(true, 1, good);
+    RUN(m_device = std::make_unique<Device>(false, 0, good));
+    const QJsonArray slaves = {Acquire::slave(1, {"7 uint16"})};
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({m_device->standard(slaves, 2000), line.standard(slaves, 2000)}, 60, {{"COM1", "line1"}});
+    const bool came = m_run->comes({"1007"}, 0) && m_run->comes({"1007"}, 1);
+    m_run.reset();
+    for (const int file : qAsConst(files)) {
+        ::close(file);
+    }
+    setrlimit(RLIMIT_NOFILE, &before);
+    QVERIFY(came);
+}
+
+// As with the names that udev gives to one adapter: its Standards take turns.
+void TestModbusLines::oneLineUnderTwoNamesIsOneLine()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
+            QTimer::singleShot(10, this, [this, answer = request.good()] { m_device->send(answer); });
+            return QByteArray();
+        }));
+    QFile::remove("other");
+    QVERIFY(QFile::link("line0", "other"));
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({Acquire::rtu({Acquire::slave(1, {"7 uint16"})}, 500, "COM1"),
+                  Acquire::rtu({Acquire::slave(1, {"100 uint16"})}, 500, "COM2")},
+                 60, {{"COM1", "line0"}, {"COM2", "other"}});
+    EVENTUALLY(m_run->count(0) >= 6 && m_run->count(1) >= 6);
+    QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(0), {"1007"}));
+    QCOMPARE(m_run->readings[1], QVector<QStringList>(m_run->count(1), {"1100"}));
+}
+
+void TestModbusLines::aLineInUseIsWaitedFor()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, good));
+    const int user = ::open("line0", O_RDWR | O_NOCTTY);
+    QCOMPARE(flock(user, LOCK_EX | LOCK_NB), 0);
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({m_device->standard({Acquire::slave(1, {"7 uint16"})}, 150)}, 60, {{"COM0", "line0"}});
+    EVENTUALLY(!m_run->log.isEmpty());
+    QCOMPARE(m_run->log, QStringList{"\"S0\": line0 lost after 3 attempts: it is in use"});
+    QCOMPARE(m_device->requestCount(), 0);
+    ::close(user);
+    QVERIFY(m_run->comes({"1007"}));
+}
+
+void TestModbusLines::aClosedConnectionIsOpenedAnew()
+{
+    RUN(run(false, {Acquire::slave(1, {"7 uint16"})}, good));
+    for (int i = 1; i < 4; ++i) {
+        EVENTUALLY(m_device->connections == i && m_run->count() > 2 * i);
+        m_device->socket->disconnectFromHost();
+    }
+    EVENTUALLY(m_device->connections == 4);
+    EVENTUALLY(m_run->count() >= 8);
+    QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(), {"1007"}));
+    QCOMPARE(m_run->log, QStringList());
+}
+
+void TestModbusLines::oneConnectionIsKept()
+{
+    RUN(run(false, {Acquire::slave(1, {"7 uint16", "30005 uint16"}), Acquire::slave(2, {"7 uint16"})}, good));
+    EVENTUALLY(m_run->count() >= 5);
+    QCOMPARE(m_device->connections, 1);
+    QCOMPARE(m_run->last(), (QStringList{"1007", "1004", "2007"}));
+}
+
+void TestModbusLines::aPulledLineComesBack()
+{
+    RUN(run(true, {Acquire::slave(1, {"7 uint16"})}, good));
+    QVERIFY(m_run->comes({"1007"}));
+    m_device->stop();
+    QVERIFY(m_run->comes({"!1007"}));
+    EVENTUALLY(m_run->log.size() == 1);
+    QVERIFY2(m_run->log.at(0).startsWith("\"S0\": line0 lost after 3 attempts: "),
+             qPrintable(m_run->log.at(0)));
+    RUN(m_device->start());
+    QVERIFY(m_run->comes({"1007"}));
+    QCOMPARE(m_run->log.size(), 2);
+    QVERIFY(m_run->log.at(1).contains("line0 back after "));
+}
+
+void TestModbusLines::everyWaitEndsAtAStop_data()
+{
+    QTest::addColumn<QString>("wait");
+    QTest::newRow("for an answer, TCP") << "TCP";
+    QTest::newRow("for an answer, RTU") << "RTU";
+    QTest::newRow("for a connection") << "connection";
+    QTest::newRow("for the beat") << "beat";
+    QTest::newRow("for silence") << "silence";
+    QTest::newRow("for the gap") << "gap";
+}
+
+// All times of the document are ten minutes.
+void TestModbusLines::everyWaitEndsAtAStop()
+{
+    QFETCH(QString, wait);
+    const int minutes = 600000;
+    const QJsonArray slaves = {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"})};
+    QTcpServer full; // whose queue of connections is full
+    QVector<QTcpSocket *> queued;
+    if (wait == "connection") {
+        full.setMaxPendingConnections(1);
+        QVERIFY(full.listen(QHostAddress("127.0.52.2"), 1502));
+        full.pauseAccepting();
+        ::listen(int(full.socketDescriptor()), 0);
+        for (int i = 0; i < 4; ++i) {
+            queued.append(new QTcpSocket(&full));
+            queued.last()->connectToHost("127.0.52.2", 1502);
+        }
+        m_run = std::make_unique<Acquire::Run>();
+        m_run->start({Acquire::tcp("127.0.52.2", 1502, slaves, minutes)}, minutes);
+        QVERIFY(!Acquire::waitFor([&] { return m_run->count() > 0; }, 100));
+    } else if (wait == "gap") {
+        RUN(m_device = std::make_unique<Device>(true, 0, good));
+        QJsonObject standard = m_device->standard(slaves, minutes);
+        QJsonObject parameter = standard.value("parameter").toObject();
+        parameter.insert("communicationGap", QString::number(minutes));
+        standard.insert("parameter", parameter);
+        m_run = std::make_unique<Acquire::Run>();
+        m_run->start({standard}, minutes, {{"COM0", "line0"}});
+        QVERIFY(!Acquire::waitFor([&] { return m_run->count() > 0; }, 100));
+    } else if (wait == "beat") {
+        RUN(run(false, slaves, good, minutes, minutes));
+        EVENTUALLY(m_run->count() == 1);
+    } else if (wait == "silence") {
+        RUN(run(
+            true, slaves, [](const Request &request) { return request.good().chopped(1) + '?'; }, minutes,
+            minutes));
+        EVENTUALLY(m_device->requestCount() == 1);
+        QVERIFY(!Acquire::waitFor([&] { return m_device->requestCount() > 1; }, 100));
+    } else {
+        RUN(run(wait == "RTU", slaves, silence, minutes, minutes));
+        EVENTUALLY(m_device->requestCount() == 1);
+    }
+    QElapsedTimer clock;
+    clock.start();
+    m_run.reset();
+    QVERIFY2(clock.elapsed() < 1000, QByteArray::number(clock.elapsed()));
+}
+
+// However many Boxes it has: they do not end one after another.
+void TestModbusLines::aRangeStopsAtOnce()
+{
+    constexpr int count = 60;
+    constexpr int minutes = 600000;
+    RUN(m_device = std::make_unique<Device>(false, 0, silence));
+    BoxSimOptions options;
+    options.address = QHostAddress("127.0.52.11");
+    options.discovery = false;
+    options.reportInterval = minutes;
+    options.acquire.on = true;
+    options.project = Acquire::project({m_device->standard({Acquire::slave(1, {"7 uint16"})}, minutes)});
+    BoxRange range(options, count);
+    QVERIFY2(range.start(), qPrintable(range.errorString()));
+    EVENTUALLY(m_device->requestCount() == count);
+    QElapsedTimer clock;
+    clock.start();
+    range.stop();
+    QVERIFY2(clock.elapsed() < 600, QByteArray::number(clock.elapsed()));
+}
+
+QTEST_GUILESS_MAIN(TestModbusLines)
+#include "tst_modbuslines.moc"
