@@ -53,6 +53,8 @@ private slots:
     void damagedAnswerIsAskedForOnceMore();
     void silenceAboutOneItemLeavesTheOthers();
     void lateAnswerIsNotTakenForAnother();
+    void timeOutLeavesRoomForAnAnswer_data();
+    void timeOutLeavesRoomForAnAnswer();
     void lineComesBack();
     void whatIsNoLineIsTold_data();
     void whatIsNoLineIsTold();
@@ -321,6 +323,25 @@ void TestDlt645Reader::lateAnswerIsNotTakenForAnother()
     QVERIFY(m_meter.tell("fault late=100*1"));
     QCOMPARE(read(0, impatience), QStringList({"-", "silent: no answer"}));
     QCOMPARE(read(1), QStringList({"231.2"}));
+}
+
+void TestDlt645Reader::timeOutLeavesRoomForAnAnswer_data()
+{
+    QTest::addColumn<QString>("baudRate");
+    QTest::addColumn<int>("least");
+    QTest::newRow("600") << "600" << 1453;
+    QTest::newRow("2400") << "2400" << 738;
+    QTest::newRow("115200") << "115200" << 504;
+}
+
+// 500 ms until the answer begins, and 52 characters of 11 bits.
+void TestDlt645Reader::timeOutLeavesRoomForAnAnswer()
+{
+    QFETCH(QString, baudRate);
+    m_standard.parameters["baudRate"] = baudRate;
+    m_standard.parameters["parityBit"] = "EVEN";
+    makeReader();
+    QTEST(m_reader->leastTimeout(), "least");
 }
 
 void TestDlt645Reader::lineComesBack()

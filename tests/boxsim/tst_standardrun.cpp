@@ -19,6 +19,8 @@ private slots:
     void aDeadDeviceCostsOneTimeoutUntilItIsLost();
     void triesFitBetweenTheReadings_data();
     void triesFitBetweenTheReadings();
+    void noTryIsTooShortForAnAnswer_data();
+    void noTryIsTooShortForAnAnswer();
     void manyLostDevicesAllHaveTheirTurn();
     void aLineThatDoesNotOpenIsLostAndBack();
     void aLineThatBreaksIsOpenedAnewAtOnce();
@@ -47,6 +49,7 @@ private:
         QString lineName() const override { return "line"; }
         int openTimeout() const override { return timeout; }
         int requestTimeout() const override { return timeout; }
+        int leastTimeout() const override { return least; }
         bool open(int most, QString *reason) override
         {
             ++opened;
@@ -79,6 +82,7 @@ private:
             }
             if (dead.contains(device)) {
                 *m_clock += qMin(most, timeout);
+                waits.append(most);
                 longest = qMax(longest, most);
                 m_quietUntil = *m_clock + quiet;
                 return {Outcome::Silent, "no answer"};
@@ -94,7 +98,9 @@ private:
         QSet<int> breakers;
         QSet<int> absent;
         bool unusable = false;
+        int least = 20;
         int cost = 0;
+        int longest = 0;
         int idle = -1;
         QSet<int> dead;
         bool closed = false;
@@ -102,7 +108,7 @@ private:
         int opened = 0;
         QMap<int, int> asked;
         QVector<int> forgotten;
-        int longest = 0;
+        QVector<int> waits; // for the devices that are dead
 
     private:
         qint64 *m_clock;
@@ -279,6 +285,40 @@ void TestStandardRun::triesFitBetweenTheReadings()
     QCOMPARE(m_told, QStringList());
 }
 
+void TestStandardRun::noTryIsTooShortForAnAnswer_data()
+{
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<int>("timeout");
+    QTest::addColumn<int>("cost"); // of the device that is there
+    QTest::addColumn<int>("shortest");
+    QTest::newRow("room enough") << 5000 << 2000 << 100 << 2000;
+    QTest::newRow("room for an answer") << 2000 << 2000 << 100 << 950;
+    QTest::newRow("no room for an answer") << 1000 << 2000 << 100 << 2000;
+    QTest::newRow("no room at all") << 500 << 2000 << 500 << 2000;
+    QTest::newRow("a short time-out") << 1000 << 400 << 100 << 400;
+}
+
+void TestStandardRun::noTryIsTooShortForAnAnswer()
+{
+    QFETCH(int, interval);
+    QFETCH(int, timeout);
+    QFETCH(int, cost);
+    start(2, interval);
+    m_reader->dead = {0};
+    m_reader->timeout = timeout;
+    m_reader->least = 740;
+    m_reader->cost = cost;
+    beats(3);
+    m_reader->waits.clear();
+    const qint64 begin = m_time;
+    while (m_time < begin + 60000) {
+        beat();
+    }
+    const QVector<int> waits = m_reader->waits;
+    QVERIFY2(waits.size() >= 4, QByteArray::number(waits.size()));
+    QTEST(*std::min_element(waits.begin(), waits.end()), "shortest");
+}
+
 void TestStandardRun::manyLostDevicesAllHaveTheirTurn()
 {
     start(30, 1000);
@@ -389,7 +429,7 @@ void TestStandardRun::aTryLeavesRoomForTheSilenceAfterIt_data()
     QTest::addColumn<int>("longest");
     QTest::newRow("room enough") << 200 << 10 << 200;
     QTest::newRow("room for a short one") << 700 << 10 << 300;
-    QTest::newRow("no room") << 1500 << 1 << 20;
+    QTest::newRow("no room") << 1500 << 1 << 1500; // a shorter one would be of no use
 }
 
 void TestStandardRun::aTryLeavesRoomForTheSilenceAfterIt()

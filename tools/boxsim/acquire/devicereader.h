@@ -51,6 +51,8 @@ public:
     virtual int requestTimeout() const = 0;
     // The silence that the line needs after such a request, before anybody is asked again.
     virtual int quietTime() const { return 0; }
+    // What a request takes at least until its answer can be here. A shorter time-out is of no use.
+    virtual int leastTimeout() const { return 20; }
 
     // Opens the line with the Standard's settings. False, with the reason for the log, if that takes longer
     // than the time given or fails.

@@ -14,7 +14,9 @@
 
 namespace {
 
-constexpr int timeToOpen = 1000; // milliseconds, far more than a device file takes
+constexpr int timeToOpen = 1000;    // milliseconds, far more than a device file takes
+constexpr int timeToAnswer = 500;   // milliseconds; a meter begins its answer within them
+constexpr int longestExchange = 52; // characters of a request and an answer with a long value
 
 SerialSettings usualSettings()
 {
@@ -168,6 +170,11 @@ int Dlt645Reader::openTimeout() const
 int Dlt645Reader::requestTimeout() const
 {
     return m_settings.timeout;
+}
+
+int Dlt645Reader::leastTimeout() const
+{
+    return timeToAnswer + m_settings.timeOf(longestExchange) / 1000;
 }
 
 bool Dlt645Reader::open(int, QString *reason)

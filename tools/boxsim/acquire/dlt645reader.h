@@ -27,6 +27,7 @@ public:
     QString lineName() const override;
     int openTimeout() const override;
     int requestTimeout() const override;
+    int leastTimeout() const override;
 
     bool open(int timeout, QString *reason) override;
     void close() override;

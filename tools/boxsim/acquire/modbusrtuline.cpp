@@ -173,7 +173,7 @@ bool ModbusRtuLine::isSound(const QByteArray &answer) const
 
 int ModbusRtuLine::transferTime(int dataSize) const
 {
-    return static_cast<int>((frameSize + dataSize) * m_settings.characterTime() / 1000) + 1;
+    return m_settings.timeOf(frameSize + dataSize) / 1000 + 1;
 }
 
 // However short the request waited: its answer may take a whole time-out.

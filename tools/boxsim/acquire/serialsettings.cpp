@@ -30,17 +30,14 @@ int characterBits(const SerialSettings &settings)
 
 } // namespace
 
-qint64 SerialSettings::characterTime() const
+int SerialSettings::timeOf(int characters) const
 {
-    return characterBits(*this) * Q_INT64_C(1000000) / baudRate;
+    return static_cast<int>(qint64(characters) * characterBits(*this) * 1000000 / baudRate);
 }
 
 int SerialSettings::gapTime() const
 {
-    if (gap >= 0) {
-        return qMin(gap, 1000000) * 1000;
-    }
-    return 7 * characterBits(*this) * 1000000 / (2 * baudRate);
+    return gap >= 0 ? qMin(gap, 1000000) * 1000 : timeOf(7) / 2;
 }
 
 SerialSettings serialSettings(const QMap<QString, QString> &parameters, const SerialSettings &usual)

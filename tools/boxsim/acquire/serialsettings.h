@@ -13,8 +13,8 @@ struct SerialSettings {
     int timeout = 2000;
     int gap = -1; // silence before a request; below 0 for 3.5 characters
 
-    // What a character takes on the line, in microseconds.
-    qint64 characterTime() const;
+    // What so many characters take on the line, in microseconds.
+    int timeOf(int characters) const;
     // The silence before a request that the gap stands for, in microseconds.
     int gapTime() const;
 };

@@ -6,7 +6,6 @@ namespace {
 
 constexpr qint64 longestPause = 10000;      // between two tries of what is lost
 constexpr qint64 longestImpatience = 60000; // between two tries that wait longer than the others leave
-constexpr int shortestTry = 20;
 
 bool isHeard(DeviceReader::Outcome outcome)
 {
@@ -163,17 +162,18 @@ void StandardRun::tryLost(qint64 until, bool alone)
 }
 
 // Whether a try is to be made now, and with which time-out. share is what the try may take without holding
-// anybody up, whole the time-out that the document gives.
+// anybody up, whole the time-out that the document gives. Where the share is too short for any answer, the
+// try waits until it is urgent, and then has the whole time-out.
 bool StandardRun::mayTry(Target *target, qint64 share, int whole, bool alone, int *timeout) const
 {
     const qint64 time = now();
     const bool urgent = time - target->lastTry >= longestPause - m_beat.interval();
     const bool patient = time - target->lastWhole >= (alone ? longestPause : longestImpatience);
-    *timeout =
-        urgent && patient ? whole : static_cast<int>(qBound<qint64>(qMin(shortestTry, whole), share, whole));
-    if (target->lastBeat == m_beats || (*timeout > share && !urgent)) {
+    const bool fits = share >= qMin(m_reader->leastTimeout(), whole);
+    if (target->lastBeat == m_beats || (!fits && !urgent)) {
         return false;
     }
+    *timeout = urgent && (patient || !fits) ? whole : static_cast<int>(qMin<qint64>(share, whole));
     target->lastTry = time;
     target->lastBeat = m_beats;
     if (*timeout == whole) {
