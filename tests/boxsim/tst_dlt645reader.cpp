@@ -53,6 +53,9 @@ private slots:
     void damagedAnswerIsAskedForOnceMore();
     void silenceAboutOneItemLeavesTheOthers();
     void lateAnswerIsNotTakenForAnother();
+    void lateErrorIsNotTakenForAnother();
+    void lineIsSilentBeforeItIsClosed();
+    void lineThatIsNeverSilentIsLost();
     void timeOutLeavesRoomForAnAnswer_data();
     void timeOutLeavesRoomForAnAnswer();
     void lineComesBack();
@@ -323,6 +326,47 @@ void TestDlt645Reader::lateAnswerIsNotTakenForAnother()
     QVERIFY(m_meter.tell("fault late=100*1"));
     QCOMPARE(read(0, impatience), QStringList({"-", "silent: no answer"}));
     QCOMPARE(read(1), QStringList({"231.2"}));
+}
+
+// An error does not say which item it is about.
+void TestDlt645Reader::lateErrorIsNotTakenForAnother()
+{
+    addMeter("123456789012");
+    RUN(open());
+    QVERIFY(m_meter.tell("fault error=2*1"));
+    QVERIFY(m_meter.tell("fault late=150*1"));
+    QCOMPARE(read(0, 100), QStringList({"-", "-", "silent: no answer"}));
+    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+    QCOMPARE(m_told, QStringList());
+}
+
+// The next Standard of the line opens it anew.
+void TestDlt645Reader::lineIsSilentBeforeItIsClosed()
+{
+    addMeter("123456789012");
+    RUN(open());
+    QVERIFY(m_meter.tell("fault error=2*1"));
+    QVERIFY(m_meter.tell("fault late=150*1"));
+    QCOMPARE(read(0, 100), QStringList({"-", "-", "silent: no answer"}));
+    QElapsedTimer clock;
+    clock.start();
+    m_reader->close();
+    QVERIFY2(clock.elapsed() >= 100, qPrintable(QString::number(clock.elapsed())));
+    RUN(open());
+    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+}
+
+void TestDlt645Reader::lineThatIsNeverSilentIsLost()
+{
+    addMeter("123456789012");
+    RUN(open());
+    QVERIFY(m_meter.tell("fault split=10"));
+    QCOMPARE(read(0, 30), QStringList({"-", "-", "silent: no answer"}));
+    QCOMPARE(read(0, 30), QStringList({"-", "-", "lost: the line is never silent"}));
+    m_reader->close();
+    QVERIFY(m_meter.tell("sound"));
+    RUN(open());
+    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
 }
 
 void TestDlt645Reader::timeOutLeavesRoomForAnAnswer_data()

@@ -206,8 +206,13 @@ bool Dlt645Reader::open(int, QString *reason)
     return true;
 }
 
+// Whoever opens the line next shall not meet an answer that is late.
 void Dlt645Reader::close()
 {
+    if (isOpen()) {
+        waitForSilence();
+    }
+    m_silence = 0;
     m_port.reset();
 }
 
@@ -223,8 +228,10 @@ DeviceReader::Result Dlt645Reader::read(int device, int timeout, PointReading *r
     for (auto item = meter.items.begin(); item != meter.items.end() && !m_setup.stop->isSet(); ++item) {
         Dlt645Answer answer;
         switch (ask(item->query, timeout, &answer)) {
-        case Exchange::Failed:
+        case Exchange::HungUp:
             return {Outcome::Closed, QStringLiteral("the line hung up")};
+        case Exchange::Restless:
+            return {Outcome::LineLost, QStringLiteral("the line is never silent")};
         case Exchange::Silent:
             // Some meters do not answer to items that they lack: the others have their turn first next time.
             std::rotate(item, item + 1, meter.items.end());
@@ -242,16 +249,46 @@ DeviceReader::Result Dlt645Reader::read(int device, int timeout, PointReading *r
 // A request whose answer was damaged is repeated once.
 Dlt645Reader::Exchange Dlt645Reader::ask(const Dlt645Query &query, int timeout, Dlt645Answer *answer)
 {
-    Exchange exchange = Exchange::Damaged;
+    Exchange exchange = waitForSilence();
+    if (exchange != Exchange::Silent) {
+        return exchange;
+    }
+    exchange = Exchange::Damaged;
     for (int attempt = 0; attempt < 2 && exchange == Exchange::Damaged; ++attempt) {
         waitForGap();
         m_port->clear(); // what is there belongs to no request any more
         m_port->clearError();
         const QDeadlineTimer deadline(timeout);
-        exchange = send(query.request(), deadline) ? receive(query, deadline, answer) : Exchange::Failed;
+        exchange = send(query.request(), deadline) ? receive(query, deadline, answer) : Exchange::HungUp;
         m_lastByte.start();
     }
+    m_silence = exchange == Exchange::Silent ? timeout : 0;
     return exchange;
+}
+
+// An answer may still come after a time-out. It would collide with the next request, and one with an error is
+// not to be told from an answer to that, as it names no item.
+Dlt645Reader::Exchange Dlt645Reader::waitForSilence()
+{
+    const QDeadlineTimer limit(3 * qint64(m_silence));
+    while (m_silence > 0 && !m_setup.stop->isSet()) {
+        const QDeadlineTimer silence(qMax<qint64>(0, m_silence - m_lastByte.elapsed()));
+        m_port->clearError();
+        if (m_port->waitForReadyRead(sliceOf(silence))) {
+            m_port->readAll();
+            m_lastByte.start();
+        } else if (m_port->error() != QSerialPort::TimeoutError) {
+            m_silence = 0;
+            return Exchange::HungUp;
+        } else if (silence.hasExpired()) {
+            m_silence = 0;
+        }
+        if (m_silence > 0 && limit.hasExpired()) {
+            m_silence = 0;
+            return Exchange::Restless;
+        }
+    }
+    return Exchange::Silent;
 }
 
 void Dlt645Reader::waitForGap()
@@ -290,7 +327,7 @@ Dlt645Reader::Exchange Dlt645Reader::receive(const Dlt645Query &query, const QDe
         m_port->clearError();
         if (!m_port->waitForReadyRead(sliceOf(deadline))) {
             if (m_port->error() != QSerialPort::TimeoutError) {
-                return Exchange::Failed;
+                return Exchange::HungUp;
             }
             if (damaged) {
                 break; // the line is silent, so nothing sound is on its way

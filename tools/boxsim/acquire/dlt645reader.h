@@ -46,7 +46,13 @@ private:
         QString address; // as the project has it
         std::vector<Item> items;
     };
-    enum class Exchange { Answered, Silent, Damaged, Failed };
+    enum class Exchange {
+        Answered,
+        Silent,
+        Damaged,  // there was an answer, with a wrong checksum
+        HungUp,   // the line has failed
+        Restless, // somebody else talks on the line without an end
+    };
 
     Meter meterOf(const SimDevice &device) const;
     bool takeItem(const SimPoint &point, Dlt645Query query, Item *item) const;
@@ -54,6 +60,7 @@ private:
     void tellLack(bool lacks, const char *what, bool *told) const;
 
     Exchange ask(const Dlt645Query &query, int timeout, Dlt645Answer *answer);
+    Exchange waitForSilence();
     void waitForGap();
     bool send(const QByteArray &request, const QDeadlineTimer &deadline);
     Exchange receive(const Dlt645Query &query, const QDeadlineTimer &deadline, Dlt645Answer *answer);
@@ -64,6 +71,7 @@ private:
     std::vector<Meter> m_meters;
     std::unique_ptr<QSerialPort> m_port; // lives in the thread of its line
     QElapsedTimer m_lastByte;            // when one came or went
+    int m_silence = 0; // how long the line must be silent before the next request, as an answer may be late
     bool m_switchesRts = false;
     bool m_toldParity = false;
     bool m_toldRts = false;
