@@ -58,6 +58,7 @@ private slots:
     void lineThatIsNeverSilentIsLost();
     void timeOutLeavesRoomForAnAnswer_data();
     void timeOutLeavesRoomForAnAnswer();
+    void refusalIsToldAgainAfterAValue();
     void lineComesBack();
     void whatIsNoLineIsTold_data();
     void whatIsNoLineIsTold();
@@ -276,7 +277,8 @@ void TestDlt645Reader::faultsOfTheLine_data()
     QTest::newRow("digits above 9") << QByteArray("digits*1") << QStringList{"-", "231.2"}
                                     << QStringList{misfit.arg("ffff")};
     QTest::newRow("more to come") << QByteArray("more*1") << QStringList{"-", "231.2"}
-                                  << QStringList{misfit.arg("0123")};
+                                  << QStringList{"\"Meters\": ua is not read, its value at meter "
+                                                 "123456789012 has more than one frame"};
 }
 
 void TestDlt645Reader::faultsOfTheLine()
@@ -386,6 +388,20 @@ void TestDlt645Reader::timeOutLeavesRoomForAnAnswer()
     m_standard.parameters["parityBit"] = "EVEN";
     makeReader();
     QTEST(m_reader->leastTimeout(), "least");
+}
+
+void TestDlt645Reader::refusalIsToldAgainAfterAValue()
+{
+    addMeter("123456789012", {{"ua", "02010100", "XXX.X"}});
+    RUN(open());
+    const QString told = "\"Meters\": ua is not read, meter 123456789012 refuses it: no such data";
+    for (const QStringList &lines : {QStringList{told}, QStringList{told, told}}) {
+        QVERIFY(m_meter.tell("fault error=2*2"));
+        QCOMPARE(read(), QStringList("-"));
+        QCOMPARE(read(), QStringList("-"));
+        QCOMPARE(m_told, lines);
+        QCOMPARE(read(), QStringList("230.1"));
+    }
 }
 
 void TestDlt645Reader::lineComesBack()

@@ -352,13 +352,23 @@ void Dlt645Reader::take(const Meter &meter, Item *item, const Dlt645Answer &answ
     const QString text = refused || answer.more ? QString() : item->format.text(answer.value);
     if (!text.isNull()) {
         *reading = {text, true};
-    } else if (!item->told) {
-        item->told = true;
+        item->told = false;
+        return;
+    }
+    if (item->told) {
+        return;
+    }
+    item->told = true;
+    if (refused) {
         tell(item->name,
-             refused ? QStringLiteral("meter %1 refuses it: %2")
-                           .arg(meter.address, item->query.errorText(answer.error))
-                     : QStringLiteral("meter %1 gives the bytes %2, which do not fit its format")
-                           .arg(meter.address, QString::fromLatin1(answer.value.toHex())));
+             QStringLiteral("meter %1 refuses it: %2")
+                 .arg(meter.address, item->query.errorText(answer.error)));
+    } else if (answer.more) {
+        tell(item->name, QStringLiteral("its value at meter %1 has more than one frame").arg(meter.address));
+    } else {
+        tell(item->name,
+             QStringLiteral("meter %1 gives the bytes %2, which do not fit its format")
+                 .arg(meter.address, QString::fromLatin1(answer.value.toHex())));
     }
 }
 

@@ -40,7 +40,7 @@ private:
         int reading = 0; // its place among the points of the meter
         Dlt645Query query;
         Dlt645Format format;
-        bool told = false; // why it cannot be read
+        bool told = false; // why it cannot be read, since it was last read
     };
     struct Meter {
         QString address; // as the project has it
