@@ -204,7 +204,7 @@ void FigureModel::suggestSides()
     const QVector<Side> together = ValueScale::suggested(magnitudes);
     for (int i = 0; i < fresh.size(); ++i) {
         Curve *curve = fresh.at(i);
-        curve->side = most < 0 ? together.at(i) : ValueScale::suggested(magnitudes.at(i), most);
+        curve->side = most <= 0 ? together.at(i) : ValueScale::suggested(magnitudes.at(i), most);
         curve->hasSide = true;
     }
 }

@@ -1,5 +1,6 @@
 #include "fakesource.h"
 #include "trends/curvestyle.h"
+#include "trends/figuremodel.h"
 #include "trends/polylines.h"
 #include "trends/trendtexts.h"
 #include "trends/valuescale.h"
@@ -23,6 +24,7 @@ private slots:
     void suggestsTheScale();
     void suggestsTheScalesOfMany_data();
     void suggestsTheScalesOfMany();
+    void suggestsTheScalesBesideZero();
     void scaleShowsAllNumbers_data();
     void scaleShowsAllNumbers();
     void zoomedScaleHasTwoEnds();
@@ -173,6 +175,37 @@ void TestTrendParts::suggestsTheScalesOfMany()
         expected[place] = Side::Right;
     }
     QVERIFY(ValueScale::suggested(magnitudes) == expected);
+}
+
+// A curve that has been 0 so far tells nothing of what suits those that come after it.
+void TestTrendParts::suggestsTheScalesBesideZero()
+{
+    FigureModel model(nullptr, nullptr);
+    const auto answer = [](const QString &name, double least, double greatest) {
+        const PointId id{"192.168.1.80", "plant", "meters", name};
+        Thinned thinned;
+        thinned.statistics = figures(least, greatest);
+        return std::make_pair(Point{id, "40001", "float"}, thinned);
+    };
+    const auto add = [&model](const QVector<std::pair<Point, Thinned>> &all) {
+        QVector<Point> points;
+        SampleSource::Request request;
+        QVector<Thinned> answers;
+        for (const auto &each : all) {
+            points.append(each.first);
+            request.points.append(each.first.id);
+            answers.append(each.second);
+        }
+        model.add(points);
+        model.setAnswers(request, answers);
+    };
+    add({answer("Fault", 0, 0)});
+    add({answer("Voltage", 228, 232), answer("Power factor", 0.9, 0.95)});
+    QStringList scales;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        scales.append(model.index(row, FigureModel::RightScale).data().toString());
+    }
+    QCOMPARE(scales, (QStringList{"Left", "Left", "Right"}));
 }
 
 void TestTrendParts::scaleShowsAllNumbers_data()
