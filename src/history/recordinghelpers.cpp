@@ -40,10 +40,10 @@ void RecordingHelpers::start(int threads, const std::function<bool(RecordingData
     }
 }
 
-void RecordingHelpers::wait()
+bool RecordingHelpers::wait(int time)
 {
     // The pool's own waiting would end its threads, and with them the connections.
-    m_done.acquire(m_started);
+    return m_done.tryAcquire(m_started, time);
 }
 
 void RecordingHelpers::run(const std::function<bool(RecordingDatabase *)> &work)

@@ -22,8 +22,8 @@ public:
     // Has the work done in so many threads, or fewer; one that can't open the database leaves it to the
     // others. Gives false where the database fails, which is then opened anew the next time.
     void start(int threads, const std::function<bool(RecordingDatabase *)> &work);
-    // Until the work that was started is done.
-    void wait();
+    // For so many ms at most; false if the work that was started goes on. To be called until it is done.
+    bool wait(int time);
     // The file or the server may be another one since: all connections are opened anew. While none works.
     void reopen() { ++m_generation; }
 

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int patience = 1000;        // ms for a locked file
 constexpr int samplesBetween = 10000; // that are read until it is looked for newer requests
+constexpr int momentsEach = 20;       // ms, while the helpers read on
 constexpr int tries = 3;              // of a request, each with the database opened anew
 
 template <class Asked> bool hasAsker(const QVector<Asked> &all, const void *asker)
@@ -175,17 +176,20 @@ bool RecordingSession::isWanted(const Asked &asked)
     return !m_isAbandoned && !hasAsker(m_asked, asked.asker);
 }
 
-// A few look-ups by key each, which do not wait for what is being thinned. One that fails otherwise than by a
-// lock is left to whoever asked.
+// A few look-ups by key each, which do not wait for what is being thinned. Each asker is answered once, or
+// else a pointer that moves on and on would keep the curves waiting on a slow server. One that fails
+// otherwise than by a lock is left to whoever asked.
 bool RecordingSession::answerMoments()
 {
-    for (;;) {
+    int left = 0;
+    {
+        const QMutexLocker locker(&m_mutex);
+        left = m_askedAt.size();
+    }
+    for (; left > 0; --left) {
         AskedAt asked;
         {
             const QMutexLocker locker(&m_mutex);
-            if (m_askedAt.isEmpty()) {
-                return true;
-            }
             asked = m_askedAt.takeFirst();
         }
         const SampleSource::Moment &moment = asked.moment;
@@ -203,6 +207,7 @@ bool RecordingSession::answerMoments()
         }
         emit answeredAt(asked);
     }
+    return true;
 }
 
 bool RecordingSession::valueAt(const RecordingPoints::Curve &curve, qint64 time, ValueAt *value)
@@ -239,7 +244,14 @@ RecordingSession::Result RecordingSession::thinAll(Answer *answer)
                     [&take](RecordingDatabase *database) { return take(database) != Result::Failed; });
     Result result = take(&m_database);
     next = count; // if not for all, then for none
-    m_helpers.wait();
+    m_hasFailed = result == Result::Failed;
+    while (!m_helpers.wait(momentsEach)) {
+        if (!m_hasFailed && !answerMoments()) {
+            m_hasFailed = true;
+            result = Result::Failed;
+        }
+    }
+    m_hasFailed = false;
     for (int place = 0; place < count && result == Result::Done; ++place) {
         Thinned thinned;
         // What a helper has failed with.
@@ -274,7 +286,7 @@ RecordingSession::Result RecordingSession::thin(RecordingDatabase *database, con
             if (database == &m_database && !answerMoments()) {
                 return Result::Failed;
             }
-            if (!isWanted(asked)) {
+            if (m_hasFailed || !isWanted(asked)) {
                 return Result::GivenUp;
             }
         }

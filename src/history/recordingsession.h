@@ -78,6 +78,7 @@ private:
     QVariant m_version; // of what has been read
     QString m_told;     // failure told last; empty after what went well
     std::atomic<bool> m_isAbandoned{false};
+    std::atomic<bool> m_hasFailed{false}; // the thinning that is under way
 
     QMutex m_mutex; // for the requests
     QVector<Asked> m_asked;
