@@ -56,6 +56,7 @@ private slots:
     void lateErrorIsNotTakenForAnother();
     void lineIsSilentBeforeItIsClosed();
     void lineThatIsNeverSilentIsLost();
+    void damagedAnswersCostOneTimeOut();
     void timeOutLeavesRoomForAnAnswer_data();
     void timeOutLeavesRoomForAnAnswer();
     void refusalIsToldAgainAfterAValue();
@@ -369,6 +370,22 @@ void TestDlt645Reader::lineThatIsNeverSilentIsLost()
     QVERIFY(m_meter.tell("sound"));
     RUN(open());
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+}
+
+// Each item takes part of it; those behind have their turn next time.
+void TestDlt645Reader::damagedAnswersCostOneTimeOut()
+{
+    const QVector<SimPoint> points = allPoints(false);
+    addMeter("123456789012", points);
+    RUN(open());
+    QVERIFY(m_meter.tell("fault checksum"));
+    QCOMPARE(read(0, 250).last(), QString("silent: wrong checksums"));
+    const QStringList asked = m_meter.takeRequests();
+    QVERIFY2(asked.size() >= 4 && asked.size() <= 6, qPrintable(asked.join(", ")));
+    QCOMPARE(read(0, 250).last(), QString("silent: wrong checksums"));
+    QCOMPARE(m_meter.takeRequests().first(), "123456789012 " + points.at(asked.size() / 2).addr);
+    QVERIFY(m_meter.tell("sound"));
+    QCOMPARE(read(), allTexts(false));
 }
 
 void TestDlt645Reader::timeOutLeavesRoomForAnAnswer_data()

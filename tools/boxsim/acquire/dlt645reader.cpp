@@ -223,10 +223,14 @@ bool Dlt645Reader::isOpen() const
 
 DeviceReader::Result Dlt645Reader::read(int device, int timeout, PointReading *readings)
 {
+    const QString wrongChecksums = QStringLiteral("wrong checksums");
     Meter &meter = m_meters[static_cast<size_t>(device)];
     bool answered = false;
+    qint64 damaged = 0; // milliseconds
     for (auto item = meter.items.begin(); item != meter.items.end() && !m_setup.stop->isSet(); ++item) {
         Dlt645Answer answer;
+        QElapsedTimer clock;
+        clock.start();
         switch (ask(item->query, timeout, &answer)) {
         case Exchange::HungUp:
             return {Outcome::Closed, QStringLiteral("the line hung up")};
@@ -237,13 +241,19 @@ DeviceReader::Result Dlt645Reader::read(int device, int timeout, PointReading *r
             std::rotate(item, item + 1, meter.items.end());
             return {answered ? Outcome::Answered : Outcome::Silent, QStringLiteral("no answer")};
         case Exchange::Damaged:
+            damaged += clock.elapsed();
+            if (damaged >= timeout) {
+                // The next reading begins with the items that had no turn.
+                std::rotate(meter.items.begin(), item + 1, meter.items.end());
+                return {answered ? Outcome::Answered : Outcome::Silent, wrongChecksums};
+            }
             break;
         case Exchange::Answered:
             answered = true;
             take(meter, &*item, answer, &readings[item->reading]);
         }
     }
-    return answered ? Result() : Result{Outcome::Silent, QStringLiteral("wrong checksums")};
+    return answered ? Result() : Result{Outcome::Silent, wrongChecksums};
 }
 
 // A request whose answer was damaged is repeated once.
