@@ -13,6 +13,12 @@
 #include <memory>
 #include <thread>
 
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <termios.h>
+#include <unistd.h>
+#endif
+
 namespace {
 
 constexpr int patience = 5000; // milliseconds; no answer of the meter takes so long
@@ -56,6 +62,7 @@ private slots:
     void lateErrorIsNotTakenForAnother();
     void lineIsSilentBeforeItIsClosed();
     void lineThatIsNeverSilentIsLost();
+    void lineThatTakesNothingHasNoAnswer();
     void damagedAnswersCostOneTimeOut();
     void timeOutLeavesRoomForAnAnswer_data();
     void timeOutLeavesRoomForAnAnswer();
@@ -370,6 +377,24 @@ void TestDlt645Reader::lineThatIsNeverSilentIsLost()
     QVERIFY(m_meter.tell("sound"));
     RUN(open());
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+}
+
+// As one does whose other end holds it up: that is no failure of the line.
+void TestDlt645Reader::lineThatTakesNothingHasNoAnswer()
+{
+#ifdef Q_OS_UNIX
+    addMeter("123456789012");
+    RUN(open());
+    const int line = ::open(QFile::encodeName(MeterSim::path()).constData(), O_RDWR | O_NOCTTY);
+    QVERIFY(line >= 0);
+    QCOMPARE(tcflow(line, TCOOFF), 0);
+    QCOMPARE(read(0, impatience), QStringList({"-", "-", "silent: no answer"}));
+    QCOMPARE(tcflow(line, TCOON), 0);
+    ::close(line);
+    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+    QCOMPARE(m_meter.takeRequests(),
+             QStringList({"123456789012 02010200", "123456789012 02010100"})); // nothing of the first one
+#endif
 }
 
 // Each item takes part of it; those behind have their turn next time.

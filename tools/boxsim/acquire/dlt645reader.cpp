@@ -309,17 +309,21 @@ void Dlt645Reader::waitForGap()
     }
 }
 
+// False if the line hung up. What is not sent when the time is over is thrown away.
 bool Dlt645Reader::send(const QByteArray &request, const QDeadlineTimer &deadline)
 {
     if (m_switchesRts) {
         m_port->setRequestToSend(true);
     }
     m_port->write(request);
-    while (m_port->bytesToWrite() > 0 && !m_setup.stop->isSet()) {
-        if (!m_port->waitForBytesWritten(sliceOf(deadline))
-            && (m_port->error() != QSerialPort::TimeoutError || deadline.hasExpired())) {
+    while (m_port->bytesToWrite() > 0 && !deadline.hasExpired() && !m_setup.stop->isSet()) {
+        m_port->clearError();
+        if (!m_port->waitForBytesWritten(sliceOf(deadline)) && m_port->error() != QSerialPort::TimeoutError) {
             return false;
         }
+    }
+    if (m_port->bytesToWrite() > 0) {
+        m_port->clear(QSerialPort::Output);
     }
     if (m_switchesRts) {
         drain(m_port.get());
