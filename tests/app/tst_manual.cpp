@@ -20,6 +20,7 @@ private slots:
     void bothExplainTheSameMessages();
     void eachMessageStandsBesideItsOther();
     void bothHaveTheSameCommandsAndLogLines();
+    void contentsNameEveryChapter();
 
 private:
     QMap<QString, QSet<QString>> m_chineseOf; // by source text, blanks made one
@@ -147,6 +148,18 @@ QStringList commandsAndLogLines(const Manual &manual)
     return found;
 }
 
+// What a pattern captures, in the manual's order.
+QStringList captured(const Manual &manual, const char *pattern)
+{
+    const QRegularExpression expression(QString::fromLatin1(pattern), QRegularExpression::MultilineOption);
+    QStringList found;
+    const QString text = wholeTextOf(manual);
+    for (auto match = expression.globalMatch(text); match.hasNext();) {
+        found.append(match.next().captured(1));
+    }
+    return found;
+}
+
 QString joined(const QStringList &texts)
 {
     return QLatin1Char('\n') + texts.join(QLatin1Char('\n'));
@@ -246,6 +259,14 @@ void TestManual::bothHaveTheSameCommandsAndLogLines()
     const QStringList commands = commandsAndLogLines(english);
     QVERIFY(commands.size() > 20);
     QCOMPARE(commandsAndLogLines(chinese), commands);
+}
+
+void TestManual::contentsNameEveryChapter()
+{
+    for (const Manual &manual : {english, chinese}) {
+        const QStringList contents = captured(manual, "^- \\[(.*)\\]\\(#.*\\)$");
+        QCOMPARE(contents, captured(manual, "^## (.*)$"));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestManual)
