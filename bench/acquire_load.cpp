@@ -88,14 +88,14 @@ void measure(int devices, int registers, int seconds, bool grouping)
 {
     Acquisition acquisition;
     QVector<int> beats(devices);
-    QVector<double> late; // milliseconds behind the beat, when the reading is over
+    QVector<double> late; // milliseconds behind the beat, when the reading is over; a skipped one makes those
+                          // after it late
     int notValid = 0;
     QElapsedTimer clock;
     QObject::connect(&acquisition, &Acquisition::readingOver, &acquisition,
                      [&](int standard, const QVector<PointReading> &readings) {
-                         ++beats[standard];
-                         const qint64 now = clock.nsecsElapsed() / 1000;
-                         late.append(static_cast<double>(now % (1000 * interval)) / 1000);
+                         const double now = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+                         late.append(now - beats[standard]++ * interval);
                          notValid +=
                              static_cast<int>(std::count_if(readings.cbegin(), readings.cend(),
                                                             [](const PointReading &r) { return !r.valid; }));
