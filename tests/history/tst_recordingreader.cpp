@@ -3,7 +3,6 @@
 #include "history/recordingkeys.h"
 #include "history/recordingpoints.h"
 #include "history/recordingreader.h"
-#include "history/recordingsession.h"
 #include "recordings.h"
 
 #include <QTemporaryDir>
@@ -63,8 +62,6 @@ private slots:
     void longTextsAreReadInPieces();
     void cursorSurvivesItsReader();
     void newerRequestReplaces();
-    void curvesDoNotWaitForThePointer();
-    void pointerDoesNotWaitForCurves();
     void noPeakIsLost();
     void findsByKeysAlone_data();
     void findsByKeysAlone();
@@ -270,59 +267,6 @@ void TestRecordingReader::newerRequestReplaces()
     QCOMPARE(thinned.at(1).at(1).value<SampleSource::Request>().columns, 200);
     QTest::qWait(0);
     QCOMPARE(thinned.size(), 2);
-}
-
-// One that moves on as soon as it is told its values, on a server that is slower than that.
-void TestRecordingReader::curvesDoNotWaitForThePointer()
-{
-    recordSome();
-    RecordingSession session(file(path()), 30);
-    session.open();
-    bool hasCurves = false;
-    int moments = 0;
-    connect(&session, &RecordingSession::answered, this, [&] { hasCurves = true; });
-    connect(&session, &RecordingSession::answeredAt, this, [&](const RecordingSession::AskedAt &asked) {
-        if (!hasCurves && ++moments < 100) {
-            session.askAt({asked.asker, asked.moment, {}});
-        }
-    });
-    session.askAt({this, {{id("U")}, start + 1500}, {}});
-    session.ask({1, this, {{id("U")}, {start, start + 5000}, 10}});
-    session.answerAll();
-    QVERIFY(hasCurves);
-    QCOMPARE(moments, 1);
-}
-
-// Nor does it when the session's own thread has nothing left to read, but another one has.
-void TestRecordingReader::pointerDoesNotWaitForCurves()
-{
-    record(file(path()), {report(0, {reading("Short", "1"), reading("Long", "1")})});
-    asked(path(),
-          QString("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 500000) "
-                  "INSERT INTO sample SELECT id, %1 + 100000 + i, i, NULL, 1 FROM n, point "
-                  "WHERE name = 'Long' OR i < 20000")
-              .arg(start));
-    RecordingReader reader;
-    QCOMPARE(open(&reader), QString());
-    QElapsedTimer clock;
-    qint64 last = 0;
-    qint64 longest = 0; // ms without an answer
-    const auto told = [&] {
-        longest = qMax(longest, clock.elapsed() - last);
-        last = clock.elapsed();
-    };
-    connect(&reader, &RecordingReader::knownAt, this,
-            [&](const void *asker, const SampleSource::Moment &moment) {
-                told();
-                reader.requestAt(asker, moment);
-            });
-    QSignalSpy thinned(&reader, &RecordingReader::thinned);
-    clock.start();
-    reader.request(this, {{id("Short"), id("Long")}, {start, start + 1000000}, 1000});
-    reader.requestAt(&last, {{id("Long")}, start + 100500});
-    QVERIFY(thinned.wait(20000));
-    told();
-    QVERIFY2(longest < last / 2, qPrintable(QString("%1 of %2 ms").arg(longest).arg(last)));
 }
 
 // Three hours, a sample a second; one of them is a peak.
