@@ -12,8 +12,8 @@ constexpr int statusInterval = 500; // ms
 
 bool isSame(const Recorder::Status &a, const Recorder::Status &b)
 {
-    return a.state == b.state && a.since == b.since && a.samples == b.samples && a.dropped == b.dropped
-        && a.bytes == b.bytes && a.error == b.error;
+    return a.state == b.state && a.hasBegun == b.hasBegun && a.since == b.since && a.samples == b.samples
+        && a.dropped == b.dropped && a.bytes == b.bytes && a.error == b.error;
 }
 
 } // namespace

@@ -28,10 +28,11 @@ public:
     };
     struct Status {
         State state = State::Idle;
-        qint64 since = 0;   // ms since 1970 UTC, of the start
-        qint64 samples = 0; // written and committed, breaks included
-        qint64 dropped = 0; // samples that came and are not in it
-        qint64 bytes = -1;  // of the file; -1 where that is not known
+        bool hasBegun = false; // a try to open and write has gone well
+        qint64 since = 0;      // ms since 1970 UTC, of the start
+        qint64 samples = 0;    // written and committed, breaks included
+        qint64 dropped = 0;    // samples that came and are not in it
+        qint64 bytes = -1;     // of the file; -1 where that is not known
         QString error; // of Troubled, and of Stopped if not all could be written; in the words of the user
     };
 

@@ -158,6 +158,7 @@ void RecordingJob::tell(bool ok)
         m_target.kind == RecordingTarget::Kind::File ? QFileInfo(m_target.file).size() : qint64(-1);
     const QMutexLocker locker(&m_mutex);
     m_status.state = ok ? Recorder::State::Recording : Recorder::State::Troubled;
+    m_status.hasBegun |= ok;
     m_status.error = ok ? QString() : m_writer.error();
     if (ok && m_isHeldBack) {
         m_status.state = Recorder::State::Troubled;

@@ -49,6 +49,21 @@ QStringList samplesOf(const QString &path)
     return points;
 }
 
+int recordingsIn(const QString &path)
+{
+    int count = 0;
+    if (QFile::exists(path)) {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "recordings");
+        database.setDatabaseName(path);
+        database.setConnectOptions("QSQLITE_OPEN_READONLY");
+        database.open();
+        QSqlQuery query("SELECT count(*) FROM recording", database);
+        count = query.next() ? query.value(0).toInt() : 0;
+    }
+    QSqlDatabase::removeDatabase("recordings");
+    return count;
+}
+
 QByteArray oneReport(const char *value)
 {
     return reportOf("A", {point("a", "float", value)});
@@ -79,6 +94,7 @@ private slots:
     void badDatabaseEndsIt_data();
     void badDatabaseEndsIt();
     void fullDiskIsTold();
+    void fullDiskThatIsEmptiedLosesNothing_data();
     void fullDiskThatIsEmptiedLosesNothing();
 };
 
@@ -242,11 +258,22 @@ void TestBoxCtlRecord::fullDiskIsTold()
     QCOMPARE(outcome.out, QString("1 samples recorded into plant.sqlite\n"));
 }
 
+void TestBoxCtlRecord::fullDiskThatIsEmptiedLosesNothing_data()
+{
+    QTest::addColumn<bool>("hasSamples");
+    QTest::newRow("with samples in it") << true;
+    QTest::newRow("before the first sample") << false;
+}
+
 void TestBoxCtlRecord::fullDiskThatIsEmptiedLosesNothing()
 {
-    const ReportingBox box(address, {oneReport("1")});
+    QFETCH(bool, hasSamples);
+    const ReportingBox box(address, hasSamples ? QList<QByteArray>{oneReport("1")} : QList<QByteArray>());
     RunningCall call({"record", address, "--to", "sqlite:plant.sqlite"});
-    QTRY_COMPARE(samplesOf("plant.sqlite"), QStringList("127.0.48.10/P/A/a: 1"));
+    if (hasSamples) {
+        QTRY_COMPARE(samplesOf("plant.sqlite"), QStringList("127.0.48.10/P/A/a: 1"));
+    }
+    QTRY_VERIFY(box.isLinked() && recordingsIn("plant.sqlite") == 1);
     limitFiles(call.process()->processId(), 4096);
     box.send(bytesOf(oneReport("2")));
     QTRY_VERIFY(call.error().startsWith("boxctl: plant.sqlite can't be"));
@@ -255,8 +282,10 @@ void TestBoxCtlRecord::fullDiskThatIsEmptiedLosesNothing()
     call.signal(SIGINT);
     const Outcome outcome = call.outcome();
     QCOMPARE(outcome.status, 0);
-    QCOMPARE(outcome.out, QString("3 samples recorded into plant.sqlite\n"));
-    QCOMPARE(samplesOf("plant.sqlite"), QStringList("127.0.48.10/P/A/a: 1 2 ended"));
+    QCOMPARE(outcome.out, QString("%1 samples recorded into plant.sqlite\n").arg(hasSamples ? 3 : 2));
+    QCOMPARE(
+        samplesOf("plant.sqlite"),
+        QStringList(QString("127.0.48.10/P/A/a: %1 ended").arg(QLatin1String(hasSamples ? "1 2" : "2"))));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlRecord)

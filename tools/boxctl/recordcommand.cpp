@@ -108,7 +108,7 @@ private:
             m_hasDropped = true;
             m_run->tell(QStringLiteral("samples are being lost"));
         }
-        if (isTroubled && status.samples == 0) { // a name that is wrong, most likely
+        if (isTroubled && !status.hasBegun) { // a name that is wrong, most likely
             m_run->end();
         }
     }
