@@ -1,8 +1,6 @@
-#include "boxctl/reportlink.h"
 #include "reportingbox.h"
 
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <fcntl.h>
@@ -60,10 +58,11 @@ private slots:
     void closedPipeEndsItQuietly();
     void fullDiskIsTold();
     void unreadOutputDoesNotGrow();
+    void reportThatIsTooLargeIsLeftOut_data();
+    void reportThatIsTooLargeIsLeftOut();
+    void progressOnASmallTerminal_data();
+    void progressOnASmallTerminal();
     void simulatedBoxIsWatched();
-
-    void pausesGrow();
-    void silentBoxIsLost();
 };
 
 void TestBoxCtlWatch::wrongCalls_data()
@@ -165,15 +164,19 @@ void TestBoxCtlWatch::formats()
     QCOMPARE(watch({address, "--format", format, "--reports", "1"}), (Outcome{0, lines, QString()}));
 }
 
+// What is no object, or one of nothing, is no report.
 void TestBoxCtlWatch::jsonHasTheReportAsItCame()
 {
     const ReportingBox box(address,
-                           {R"({"sn": "7", "more": [1, null, {"deep": true}], "datas": [ 5, "x" ]})", "[]"});
+                           {"[1, 2, 3]", "[]", "{}",
+                            R"({"sn": "7", "more": [1, null, {"deep": true}], "datas": [ 5, "x" ]})",
+                            "{\"sn\": \"\u202e\u2028\u009b\"}"});
     QCOMPARE(watch({address, "--json", "--reports", "2"}),
              (Outcome{0,
                       "{\"box\":\"127.0.47.10\",\"ok\":true,\"report\":{\"datas\":[5,\"x\"],"
                       "\"more\":[1,null,{\"deep\":true}],\"sn\":\"7\"},\"time\":\"T\"}\n"
-                      "{\"box\":\"127.0.47.10\",\"ok\":true,\"report\":{},\"time\":\"T\"}\n",
+                      "{\"box\":\"127.0.47.10\",\"ok\":true,\"report\":{\"sn\":\"\\u202e\\u2028\\u009b\"},"
+                      "\"time\":\"T\"}\n",
                       QString()}));
 }
 
@@ -310,11 +313,11 @@ void TestBoxCtlWatch::lostLinkIsTriedAgain()
 
 void TestBoxCtlWatch::lostLinkAsJson()
 {
-    const ReportingBox box(address, {"{}"});
+    const ReportingBox box(address, {R"({"sn":"7"})"});
     RunningCall call({"watch", address, "--format", "json", "--reports", "2"});
     QTRY_VERIFY(call.out().endsWith("}\n"));
     box.close();
-    const QString report = "{\"box\":\"127.0.47.10\",\"ok\":true,\"report\":{},\"time\":\"T\"}\n";
+    const QString report = "{\"box\":\"127.0.47.10\",\"ok\":true,\"report\":{\"sn\":\"7\"},\"time\":\"T\"}\n";
     const QString error = "The remote host closed the connection";
     QCOMPARE(timeless(call.outcome()),
              (Outcome{0,
@@ -352,9 +355,10 @@ void TestBoxCtlWatch::boxThatDiesAtAnyByte()
     for (int cut = 0; cut < all.size(); ++cut) {
         const QString its = QString("127.0.47.%1").arg(50 + cut);
         expected.append(its + ": T A / a = 1");
+        const bool hasAnswered = cut >= heartbeatAnswer.size();
         told += QStringList{"boxctl: " + its + ": linked",
-                            "boxctl: " + its
-                                + ": the link is lost: The remote host closed the connection; trying again"};
+                            QString("boxctl: %1: %2: The remote host closed the connection; trying again")
+                                .arg(its, QLatin1String(hasAnswered ? "the link is lost" : "no link"))};
     }
     const auto sorted = [](const QString &lines) {
         QStringList single = lines.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
@@ -441,51 +445,62 @@ void TestBoxCtlWatch::simulatedBoxIsWatched()
              QString("127.0.47.10: T M / a\n127.0.47.10: T M / b\n").repeated(3));
 }
 
-void TestBoxCtlWatch::pausesGrow()
+void TestBoxCtlWatch::reportThatIsTooLargeIsLeftOut_data()
 {
-    ReportLink link(nowhere, 1000);
-    QSignalSpy lost(&link, &ReportLink::lost);
-    auto *pause = link.findChild<QTimer *>("pauseTimer");
-    QVERIFY(pause);
-    link.start();
-    for (const int seconds : {1, 2, 4, 8, 16, 32, 60, 60}) {
-        QTRY_COMPARE(lost.count(), 1);
-        QCOMPARE(lost.takeFirst(), (QVariantList{"Connection refused", false}));
-        QCOMPARE(pause->interval(), 1000 * seconds);
-        pause->start(0);
-    }
-    // From the start once the Box has answered.
-    QTRY_COMPARE(lost.count(), 1);
-    const ReportingBox box(nowhere);
-    pause->start(0);
-    QSignalSpy reported(&link, &ReportLink::reported);
-    QTRY_VERIFY(box.isLinked() && !box.received().isEmpty());
-    box.send(bytesOf("{}"));
-    QTRY_COMPARE(reported.count(), 1);
-    QVERIFY(link.isUp());
-    QCOMPARE(link.error(), QString());
-    box.close();
-    QTRY_COMPARE(lost.count(), 2);
-    QCOMPARE(lost.last(), (QVariantList{"The remote host closed the connection", true}));
-    QCOMPARE(pause->interval(), 1000);
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("lines");
+    QTest::newRow("text") << "text"
+                          << "127.0.47.10: T A / a = 1\n";
+    QTest::newRow("csv") << "csv"
+                         << "time,box,project,standard,name,address,type,value,valid\n"
+                            "T,127.0.47.10,P,A,a,7,float,1,1\n";
+    QTest::newRow("influx") << "influx"
+                            << "point,box=127.0.47.10,name=a,project=P,standard=A valid=true,value=1 T\n";
 }
 
-void TestBoxCtlWatch::silentBoxIsLost()
+// A few long names that each point repeats: it is no fault of who reads the output.
+void TestBoxCtlWatch::reportThatIsTooLargeIsLeftOut()
 {
-    const FakeBox box(nowhere);
-    ReportLink link(nowhere, 1000);
-    QSignalSpy lost(&link, &ReportLink::lost);
-    link.start();
-    QTRY_VERIFY(link.isUp());
-    auto *silence = link.findChild<QTimer *>("offlineTimer");
-    QVERIFY(silence);
-    QCOMPARE(silence->interval(), 30000);
-    silence->start(0);
-    QTRY_COMPARE(lost.count(), 1);
-    QCOMPARE(lost.constFirst(), (QVariantList{"No answer to a heartbeat in 30 s", true}));
-    QVERIFY(!link.isUp());
-    QTRY_COMPARE(box.link()->state(), QAbstractSocket::UnconnectedState);
-    QTRY_COMPARE(box.count(), 2); // the next one
+    QFETCH(QString, format);
+    QFETCH(QString, lines);
+    QJsonArray points;
+    for (int i = 0; i < 20000; ++i) {
+        points.append(QJsonObject());
+    }
+    const ReportingBox box(
+        address, {reportOf(QByteArray(1000, 'x'), points), reportOf("A", {point("a", "float", "1")})});
+    QCOMPARE(watch({address, "--format", format, "--reports", "2"}),
+             (Outcome{1, lines,
+                      "boxctl: 127.0.47.10: a report is left out, since it would be more than 16 MiB of "
+                      "output\nboxctl: 1 reports were too large and are left out\n"}));
+}
+
+void TestBoxCtlWatch::progressOnASmallTerminal_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QString>("drawn");
+    const QString total = "0 of 3 Boxes linked, 0 reports\r\n";
+    const QString first = "127.0.47.12: connecting\r\n";
+    QTest::newRow("room for all") << 5
+                                  << first + "127.0.47.13 (North): connecting\r\n"
+            + "127.0.47.14: connecting\r\n" + total;
+    QTest::newRow("one line too few") << 4 << first + "and 2 more\r\n" + total;
+    QTest::newRow("for the total") << 2 << total;
+}
+
+// None goes past the upper edge, where it could not be erased.
+void TestBoxCtlWatch::progressOnASmallTerminal()
+{
+    QFETCH(int, rows);
+    QFETCH(QString, drawn);
+    const FakeBox silent[] = {FakeBox(nowhere), FakeBox("127.0.47.13"), FakeBox("127.0.47.14")};
+    Files::put("list", "127.0.47.12\n127.0.47.13 North\n127.0.47.14\n");
+    const QString command = QString("stty rows %1 cols 60; %2 watch --seconds 1 @list >/dev/null")
+                                .arg(rows)
+                                .arg(QString(BOXCTL_PROGRAM));
+    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
+    const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
+    QVERIFY2(outcome.out.startsWith(drawn + erased), qPrintable(outcome.out));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlWatch)

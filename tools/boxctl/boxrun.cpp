@@ -212,22 +212,6 @@ void BoxRun::tellProgress()
     }
 }
 
-QStringList BoxRun::progress(int mostLines) const
-{
-    const int room = mostLines - 1; // above the total
-    const int shown = m_running.size() <= room ? m_running.size() : room - 1;
-    QStringList lines;
-    for (auto running = m_running.cbegin(); running != m_running.cend() && lines.size() < shown; ++running) {
-        lines.append(
-            QStringLiteral("%1: %2").arg(m_list.boxes.at(running.key()).label(), running.value()->state()));
-    }
-    if (shown >= 0 && shown < m_running.size()) {
-        lines.append(QStringLiteral("and %1 more").arg(m_running.size() - shown));
-    }
-    lines.append(total());
-    return lines;
-}
-
 void BoxRun::drawProgress()
 {
     m_isStale = true;
@@ -237,7 +221,12 @@ void BoxRun::drawProgress()
     }
     m_isStale = false;
     clearProgress();
-    const QStringList lines = progress(Terminal::mostLines());
+    auto running = m_running.cbegin();
+    const auto line = [&](int) {
+        const BoxTarget &box = m_list.boxes.at(running.key());
+        return QStringLiteral("%1: %2").arg(box.label(), (running++).value()->state());
+    };
+    const QStringList lines = Terminal::progress(m_running.size(), line, total());
     Terminal::draw(lines);
     m_drawnLines = lines.size();
     m_lastDrawn.start();

@@ -47,8 +47,6 @@ private:
     void tell(const BoxTarget &box, const BoxTask::Outcome &outcome);
     QString total() const;
     void tellTotal() const;
-    // A line for each Box that is at work, as many as there is room for, and the total.
-    QStringList progress(int mostLines) const;
     // What each Box is doing, if it is not what was told the last time.
     void tellProgress();
     // Not too often; what is put off is drawn a moment later.

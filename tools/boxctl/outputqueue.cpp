@@ -4,9 +4,8 @@
 
 namespace {
 
-constexpr int limit = 16 * 1024 * 1024; // bytes
-constexpr int piece = 64 * 1024;        // bytes
-constexpr int patience = 2000;          // ms for each piece at the end
+constexpr int piece = 64 * 1024; // bytes
+constexpr int patience = 2000;   // ms for each piece at the end
 
 } // namespace
 

@@ -11,6 +11,8 @@ class OutputQueue : public QThread
 {
     Q_OBJECT
 public:
+    static constexpr int limit = 16 * 1024 * 1024; // bytes
+
     explicit OutputQueue(QObject *parent = nullptr);
     ~OutputQueue() override;
 

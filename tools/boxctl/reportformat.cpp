@@ -1,13 +1,14 @@
 #include "boxctl/reportformat.h"
 
 #include "boxctl/output.h"
+#include "boxctl/outputqueue.h"
 #include "boxlink/monitoringreport.h"
 #include "history/reading.h"
 #include "log/csvcell.h"
 #include "log/timetext.h"
 
 #include <QDateTime>
-#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLocale>
 
 #include <cmath>
@@ -17,12 +18,16 @@ namespace {
 
 constexpr qint64 nanoseconds = 1000000; // in a millisecond
 
-QByteArray linesOf(const MonitoringReport &report, const std::function<QByteArray(const QJsonObject &)> &line)
+std::optional<QByteArray> linesOf(const MonitoringReport &report,
+                                  const std::function<QByteArray(const QJsonObject &)> &line)
 {
     QByteArray lines;
     for (const QJsonValue &point : report.datas) {
         if (point.isObject()) {
             lines += line(point.toObject()) + '\n';
+        }
+        if (lines.size() > OutputQueue::limit) {
+            return std::nullopt;
         }
     }
     return lines;
@@ -44,7 +49,7 @@ QByteArray noLoss(const BoxTarget &, const QString &, qint64)
 }
 
 // For people: "192.168.1.80 (North): 2026-11-22 16:05:01.123 Meter 1 / Voltage A = 231.4".
-QByteArray textReport(const BoxTarget &box, const MonitoringReport &report, qint64 time)
+std::optional<QByteArray> textReport(const BoxTarget &box, const MonitoringReport &report, qint64 time)
 {
     const QString local =
         QDateTime::fromMSecsSinceEpoch(time).toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz"));
@@ -61,7 +66,7 @@ QByteArray textReport(const BoxTarget &box, const MonitoringReport &report, qint
     });
 }
 
-QByteArray csvReport(const BoxTarget &box, const MonitoringReport &report, qint64 time)
+std::optional<QByteArray> csvReport(const BoxTarget &box, const MonitoringReport &report, qint64 time)
 {
     const auto cell = [](const QString &text) { return csvCell(Output::printable(text)); };
     const QByteArrayList place{zonedTimeText(time).toLatin1(), box.address.toLatin1(),
@@ -78,10 +83,10 @@ QByteArray csvReport(const BoxTarget &box, const MonitoringReport &report, qint6
 
 QByteArray jsonLine(const QJsonObject &object)
 {
-    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+    return Output::jsonText(object).toUtf8() + '\n';
 }
 
-QByteArray jsonReport(const BoxTarget &box, const MonitoringReport &report, qint64 time)
+std::optional<QByteArray> jsonReport(const BoxTarget &box, const MonitoringReport &report, qint64 time)
 {
     return jsonLine({{QStringLiteral("box"), box.address},
                      {QStringLiteral("ok"), true},
@@ -137,7 +142,7 @@ QByteArray influxFields(const Reading &reading)
     return fields.join(',');
 }
 
-QByteArray influxReport(const BoxTarget &box, const MonitoringReport &report, qint64 time)
+std::optional<QByteArray> influxReport(const BoxTarget &box, const MonitoringReport &report, qint64 time)
 {
     const QByteArray end = ' ' + QByteArray::number(time * nanoseconds);
     return linesOf(report, [&](const QJsonObject &point) {

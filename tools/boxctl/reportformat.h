@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QVariantMap>
 
+#include <optional>
+
 class QJsonObject;
 struct MonitoringReport;
 
@@ -12,7 +14,9 @@ struct MonitoringReport;
 struct ReportFormat {
     const char *name;
     const char *head; // the first line
-    QByteArray (*report)(const BoxTarget &box, const MonitoringReport &report, qint64 time);
+    // Nothing if they are more than an OutputQueue takes: a few names that are repeated for each point can
+    // make that of a small report.
+    std::optional<QByteArray> (*report)(const BoxTarget &box, const MonitoringReport &report, qint64 time);
     QByteArray (*loss)(const BoxTarget &box, const QString &error, qint64 time); // of a link
 
     static const ReportFormat *named(const QString &name); // null if there is none

@@ -11,13 +11,13 @@ ReportLink::ReportLink(const QString &address, int timeout, QObject *parent)
     : QObject(parent)
     , m_address(address)
     , m_timeout(timeout)
-    , m_connectTimer(this)
+    , m_answerTimer(this)
     , m_pauseTimer(this)
     , m_pause(firstPause)
 {
-    m_connectTimer.setSingleShot(true);
-    connect(&m_connectTimer, &QTimer::timeout, this,
-            [this] { lose(QStringLiteral("No connection in %1 s").arg(m_timeout / 1000.0)); });
+    m_answerTimer.setSingleShot(true);
+    connect(&m_answerTimer, &QTimer::timeout, this,
+            [this] { lose(QStringLiteral("No %1 in %2 s").arg(m_awaited).arg(m_timeout / 1000.0)); });
     m_pauseTimer.setObjectName(QStringLiteral("pauseTimer"));
     m_pauseTimer.setSingleShot(true);
     connect(&m_pauseTimer, &QTimer::timeout, this, &ReportLink::connectToBox);
@@ -42,10 +42,8 @@ void ReportLink::connectToBox()
     m_session->joinReportsApart();
     m_socketError.clear();
     connect(m_session, &Session::linkOpened, this, [this] {
-        m_connectTimer.stop();
-        m_isUp = true;
-        m_error.clear();
-        emit opened();
+        m_awaited = QStringLiteral("answer");
+        m_answerTimer.start(m_timeout);
     });
     connect(m_session, &Session::socketFailed, this, [this](const QString &error) {
         m_socketError = error;
@@ -55,16 +53,32 @@ void ReportLink::connectToBox()
     });
     connect(m_session, &Session::statusChanged, this, [this](Session::Status status) {
         if (status == Session::Status::Connected) {
-            m_pause = firstPause;
+            takeUp();
         } else if (status == Session::Status::Disconnected) {
             lose(m_socketError.isEmpty() ? QStringLiteral("The link is closed") : m_socketError);
         }
     });
     connect(m_session, &Session::offlineOccurred, this,
             [this] { lose(QStringLiteral("No answer to a heartbeat in 30 s")); });
-    connect(m_session, &Session::reportReceived, this, &ReportLink::reported);
-    m_connectTimer.start(m_timeout);
+    connect(m_session, &Session::reportReceived, this, [this](const MonitoringReport &report) {
+        takeUp();
+        emit reported(report);
+    });
+    m_awaited = QStringLiteral("connection");
+    m_answerTimer.start(m_timeout);
     m_session->connectToBox(m_address);
+}
+
+void ReportLink::takeUp()
+{
+    if (m_isUp) {
+        return;
+    }
+    m_answerTimer.stop();
+    m_pause = firstPause;
+    m_isUp = true;
+    m_error.clear();
+    emit opened();
 }
 
 void ReportLink::lose(const QString &error)
@@ -72,7 +86,7 @@ void ReportLink::lose(const QString &error)
     const bool wasUp = m_isUp;
     m_isUp = false;
     m_error = error;
-    m_connectTimer.stop();
+    m_answerTimer.stop();
     m_pauseTimer.start(m_pause);
     m_pause = qMin(2 * m_pause, longestPause);
     m_session->disconnect(this);

@@ -4,14 +4,15 @@
 
 #include <QPointer>
 
-// Keeps a link to one Box up and hands on what the Box reports. A link that drops, does not come about, or
+// Keeps a link to one Box up and hands on what the Box reports. It is up from the first answer to a heartbeat
+// or the first report on. A link that drops, does not come about, or
 // lacks an answer to its heartbeats for 30 seconds is tried again after a pause, which grows from 1 to 60
 // seconds until the Box has answered.
 class ReportLink : public QObject
 {
     Q_OBJECT
 public:
-    // The time-out, in milliseconds, is for connecting.
+    // The time-out, in milliseconds, is for connecting, and again for the first word of the Box.
     ReportLink(const QString &address, int timeout, QObject *parent = nullptr);
     ~ReportLink() override;
 
@@ -28,12 +29,14 @@ signals:
 
 private:
     void connectToBox();
+    void takeUp();
     void lose(const QString &error);
 
     QString m_address;
     int m_timeout;
     QPointer<Session> m_session; // one a try
-    QTimer m_connectTimer;
+    QTimer m_answerTimer;
+    QString m_awaited; // by that timer
     QTimer m_pauseTimer;
     int m_pause = 0; // ms
     bool m_isUp = false;

@@ -4,7 +4,6 @@
 #include "boxctl/output.h"
 
 #include <QFile>
-#include <QStringList>
 
 #include <csignal>
 #include <cstdio>
@@ -182,6 +181,21 @@ int Terminal::mostConnections()
 }
 
 #endif
+
+QStringList Terminal::progress(int count, const std::function<QString(int)> &line, const QString &total)
+{
+    const int room = mostLines() - 1; // above the total
+    const int shown = count <= room ? count : room - 1;
+    QStringList lines;
+    for (int i = 0; i < shown; ++i) {
+        lines.append(line(i));
+    }
+    if (shown >= 0 && shown < count) {
+        lines.append(QStringLiteral("and %1 more").arg(count - shown));
+    }
+    lines.append(total);
+    return lines;
+}
 
 void Terminal::erase(int lines)
 {

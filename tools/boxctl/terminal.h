@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
+#include <functional>
 #include <optional>
-
-class QStringList;
 
 // What the program needs of the system beside Qt.
 namespace Terminal {
@@ -13,6 +12,9 @@ namespace Terminal {
 bool isErrorTerminal();
 // How many lines fit on it above the one with the cursor.
 int mostLines();
+// So many lines and the total below them. Where there is no room for all, the last tells how many more there
+// are.
+QStringList progress(int count, const std::function<QString(int)> &line, const QString &total);
 // Lines on it, cut to its width, and as many lines above the cursor away.
 void draw(const QStringList &lines);
 void erase(int lines);

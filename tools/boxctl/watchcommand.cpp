@@ -20,10 +20,12 @@ class Printer
 {
 public:
     Printer(const ReportFormat &format, WatchRun *run)
+        : m_run(run)
     {
         QObject::connect(run, &WatchRun::reported, &m_queue,
                          [=](const BoxTarget &box, const MonitoringReport &report, qint64 time) {
-                             print(format.report(box, report, time));
+                             const std::optional<QByteArray> lines = format.report(box, report, time);
+                             lines ? print(*lines) : leaveOut(box);
                          });
         QObject::connect(run, &WatchRun::linkLost, &m_queue,
                          [=](const BoxTarget &box, const QString &error, qint64 time) {
@@ -43,6 +45,10 @@ public:
                               .arg(m_queue.dropped()));
             status = SomeFailed;
         }
+        if (m_tooLarge > 0) {
+            Output::error(QStringLiteral("%1 reports were too large and are left out").arg(m_tooLarge));
+            status = SomeFailed;
+        }
         if (!isRead) {
             Output::error(QStringLiteral("the output is no longer read: its end is left out"));
             std::_Exit(SomeFailed);
@@ -54,11 +60,22 @@ private:
     void print(const QByteArray &lines)
     {
         if (!m_queue.add(lines) && m_queue.dropped() == 1) {
-            Output::error(QStringLiteral("the output is read too slowly: reports are left out"));
+            m_run->tell(QStringLiteral("the output is read too slowly: reports are left out"));
         }
     }
 
+    void leaveOut(const BoxTarget &box)
+    {
+        if (++m_tooLarge == 1) {
+            m_run->tell(
+                QStringLiteral("%1: a report is left out, since it would be more than 16 MiB of output")
+                    .arg(box.label()));
+        }
+    }
+
+    WatchRun *m_run;
     OutputQueue m_queue;
+    int m_tooLarge = 0;
 };
 
 int run(const Call &call)
@@ -86,7 +103,7 @@ Command watchCommand()
             "Print what each Box reports, until Ctrl+C.",
             "text is for people, a line a point. csv has a head line, then a row a point,\n"
             "with valid as 1 or 0. json has an object a report; its keys are box, ok, time\n"
-            "and report, the report as it came. influx is line protocol, a line a point,\n"
+            "and report, the object that the Box sent. influx is line protocol, a line a point,\n"
             "with the tags box, name, project and standard and the fields value (of valid\n"
             "numbers alone), text (of valid texts, and what was reported where it is no\n"
             "valid number) and valid. Times are those of the arrival.\n"
@@ -95,8 +112,9 @@ Command watchCommand()
             "and tried again, after 1 second at first and 60 at most; json also has an\n"
             "object for it, with ok false and error. A Box that does not answer a heartbeat\n"
             "for 30 seconds counts as dropped. Ends with 1 if the link to a Box is missing\n"
-            "at the end, or if output was left out because it was read too slowly; with 0 if\n"
-            "who reads the output has closed it.",
+            "at the end, or if output was left out because it was read too slowly or because\n"
+            "a report would be more than 16 MiB of it; with 0 if who reads the output has\n"
+            "closed it.",
             WatchRun::options()
                 + QList<QCommandLineOption>{{"format", "Print text, csv, json or influx. Default: text.",
                                              "name", "text"},

@@ -8,11 +8,12 @@
 #include "boxctl/terminal.h"
 #include "history/reading.h"
 
+#include <algorithm>
+
 namespace {
 
-constexpr int lookPause = 50;     // ms
-constexpr int drawPause = 500;    // ms
-constexpr int progressLines = 20; // at most, so that they fit on a terminal
+constexpr int lookPause = 50;  // ms
+constexpr int drawPause = 500; // ms
 constexpr int largest = 1000000000;
 
 } // namespace
@@ -46,7 +47,8 @@ QList<QCommandLineOption> WatchRun::options()
             {"reports",
              "End after so many reports of all Boxes together; only those count that are asked for.",
              "number"},
-            {"timeout", "Wait so long for a connection. Default: 10.", "seconds", "10"},
+            {"timeout", "Wait so long for a connection and for the first answer. Default: 10.", "seconds",
+             "10"},
         };
 }
 
@@ -153,7 +155,7 @@ void WatchRun::takeOpened(Watched *watched)
 
 void WatchRun::takeReport(Watched *watched, const MonitoringReport &report)
 {
-    if (m_isEnded) {
+    if (m_isEnded || report.json.isEmpty()) { // it is no object, or one of nothing
         return;
     }
     const std::optional<MonitoringReport> wanted = m_filter.wanted(report);
@@ -198,15 +200,14 @@ void WatchRun::tell(const QString &event)
 void WatchRun::drawProgress()
 {
     m_drawnAt.start();
-    QStringList lines;
-    int linked = 0;
-    for (const auto &watched : m_boxes) {
-        linked += int(watched->link.isUp());
-        if (lines.size() < progressLines) {
-            lines.append(QStringLiteral("%1: %2").arg(watched->box.label(), watched->state()));
-        }
-    }
-    lines.append(
+    const auto linked = std::count_if(m_boxes.cbegin(), m_boxes.cend(),
+                                      [](const auto &watched) { return watched->link.isUp(); });
+    const auto line = [this](int place) {
+        const Watched &watched = *m_boxes[size_t(place)];
+        return QStringLiteral("%1: %2").arg(watched.box.label(), watched.state());
+    };
+    const QStringList lines = Terminal::progress(
+        int(m_boxes.size()), line,
         QStringLiteral("%1 of %2 Boxes linked, %3 reports").arg(linked).arg(m_boxes.size()).arg(m_reports));
     clearProgress();
     Terminal::draw(lines);
