@@ -32,6 +32,7 @@ private slots:
     void manyOpenFilesAreNoObstacle();
     void oneLineUnderTwoNamesIsOneLine();
     void aLineInUseIsWaitedFor();
+    void aLineThatIsNeverSilentCostsOneTimeout();
     void aClosedConnectionIsOpenedAnew();
     void oneConnectionIsKept();
     void aPulledLineComesBack();
@@ -264,6 +265,27 @@ void TestModbusLines::aLineInUseIsWaitedFor()
     QCOMPARE(m_device->requestCount(), 0);
     ::close(user);
     QVERIFY(m_run->comes({"1007"}));
+}
+
+// However many stations wait for it to be silent.
+void TestModbusLines::aLineThatIsNeverSilentCostsOneTimeout()
+{
+    QTimer babble;
+    RUN(run(
+        true,
+        {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"}), Acquire::slave(3, {"7 uint16"})},
+        [&](const Request &) {
+            babble.disconnect();
+            connect(&babble, &QTimer::timeout, this, [this] { m_device->send("\x11\x11\x11"); });
+            babble.start(20);
+            return QByteArray();
+        },
+        3000, 200));
+    EVENTUALLY(m_run->count() == 1);
+    babble.stop();
+    QCOMPARE(m_run->last(), (QStringList{"!", "!", "!"}));
+    QCOMPARE(m_device->requestCount(), 1);
+    QVERIFY2(m_run->times[0].at(0) < 500, QByteArray::number(m_run->times[0].at(0)));
 }
 
 void TestModbusLines::aClosedConnectionIsOpenedAnew()
