@@ -1,28 +1,11 @@
-#include "boxsim/acquire/dlt645reader.h"
-#include "boxsim/acquire/stopflag.h"
 #include "boxsim/boxsim.h"
-#include "boxsim/simproject.h"
+#include "dlt645readertest.h"
 #include "meterproject.h"
-#include "metersim.h"
 #include "rawtool.h"
-#include "run.h"
 
-#include <QElapsedTimer>
 #include <QSignalSpy>
 
-#include <memory>
-#include <thread>
-
-#ifdef Q_OS_UNIX
-#include <fcntl.h>
-#include <termios.h>
-#include <unistd.h>
-#endif
-
 namespace {
-
-constexpr int patience = 5000; // milliseconds; no answer of the meter takes so long
-constexpr int impatience = 50;
 
 // The texts of a report, "-" for what is not valid.
 QStringList reportedTexts(const QJsonObject &report)
@@ -39,118 +22,24 @@ QStringList reportedTexts(const QJsonObject &report)
 } // namespace
 
 // DL/T 645 meters on a serial line, against the simulated meter, which has code of its own.
-class TestDlt645Reader : public QObject
+class TestDlt645Reader : public Dlt645ReaderTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-
     void everyItemIsRead_data();
     void everyItemIsRead();
     void boxReportsWhatMetersSay();
     void metersOfALineAreToldApart();
     void changedValueIsSeen();
-    void gapIsNoPartOfTheTimeOut();
-    void faultsOfTheLine_data();
-    void faultsOfTheLine();
-    void damagedAnswerIsAskedForOnceMore();
-    void silenceAboutOneItemLeavesTheOthers();
-    void lateAnswerIsNotTakenForAnother();
-    void lateErrorIsNotTakenForAnother();
-    void lineIsSilentBeforeItIsClosed();
-    void lineThatIsNeverSilentIsLost();
-    void lineThatTakesNothingHasNoAnswer();
-    void damagedAnswersCostOneTimeOut();
-    void timeOutLeavesRoomForAnAnswer_data();
-    void timeOutLeavesRoomForAnAnswer();
     void refusalIsToldAgainAfterAValue();
-    void lineComesBack();
     void whatIsNoLineIsTold_data();
     void whatIsNoLineIsTold();
     void whatCannotBeReadIsTold_data();
     void whatCannotBeReadIsTold();
-    void stopEndsAWait();
     void simulatedMeterRefusesWrongWords_data();
     void simulatedMeterRefusesWrongWords();
-
-private:
-    // A meter with voltages of the phases A and B unless told otherwise.
-    void addMeter(const QString &address,
-                  const QVector<SimPoint> &points = {{"ua", "02010100", "XXX.X"},
-                                                     {"ub", "02010200", "XXX.X"}})
-    {
-        SimDevice device;
-        device.settings = {{"slaveAddress", address}, {"protocolVersion", "1"}};
-        device.firstPoint = m_standard.points.size();
-        device.pointCount = points.size();
-        m_standard.devices.append(device);
-        m_standard.points += points;
-    }
-    void makeReader(const QString &path = MeterSim::path())
-    {
-        ReaderSetup setup;
-        setup.standard = &m_standard;
-        setup.serialPath = path;
-        setup.stop = m_stop.get();
-        setup.tell = [this](const QString &text) { m_told.append(text); };
-        m_reader = std::make_unique<Dlt645Reader>(setup);
-    }
-    void open()
-    {
-        makeReader();
-        QString reason;
-        QVERIFY2(m_reader->open(patience, &reason), qPrintable(reason));
-    }
-    // The texts of a meter's values, "-" for what is not valid, and at last the reason if it has not
-    // answered.
-    QStringList read(int device = 0, int timeout = patience)
-    {
-        QVector<PointReading> readings(m_standard.devices.at(device).pointCount);
-        const DeviceReader::Result result = m_reader->read(device, timeout, readings.data());
-        QStringList texts;
-        for (const PointReading &reading : qAsConst(readings)) {
-            texts.append(reading.valid ? reading.value : "-");
-        }
-        if (result.outcome != DeviceReader::Outcome::Answered) {
-            const bool lost = result.outcome == DeviceReader::Outcome::Closed;
-            texts.append((lost ? QString("lost: ") : QString("silent: ")) + result.reason);
-        }
-        return texts;
-    }
-
-    MeterSim m_meter;
-    SimStandard m_standard;
-    std::unique_ptr<StopFlag> m_stop;
-    std::unique_ptr<Dlt645Reader> m_reader;
-    QStringList m_told;
 };
-
-void TestDlt645Reader::initTestCase()
-{
-    if (!MeterSim::whyNot().isEmpty()) {
-        QSKIP(qPrintable(MeterSim::whyNot()));
-    }
-    QVERIFY(m_meter.start());
-}
-
-void TestDlt645Reader::init()
-{
-    m_standard = SimStandard();
-    m_standard.name = "Meters";
-    m_standard.parameters = {{"baudRate", "115200"}, {"parityBit", "NONE"}, {"communicationGap", "0"}};
-    m_stop = std::make_unique<StopFlag>();
-    m_told.clear();
-    QVERIFY(m_meter.tell("sound"));
-    m_meter.takeRequests();
-}
-
-void TestDlt645Reader::cleanup()
-{
-    m_reader.reset();
-}
 
 void TestDlt645Reader::everyItemIsRead_data()
 {
@@ -246,192 +135,6 @@ void TestDlt645Reader::changedValueIsSeen()
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
 }
 
-void TestDlt645Reader::gapIsNoPartOfTheTimeOut()
-{
-    m_standard.parameters["communicationGap"] = "400";
-    addMeter("123456789012", {{"ua", "02010100", "XXX.X"}});
-    RUN(open());
-    QElapsedTimer clock;
-    clock.start();
-    QCOMPARE(read(0, 350), QStringList({"230.1"}));
-    QVERIFY(clock.elapsed() >= 350);
-}
-
-void TestDlt645Reader::faultsOfTheLine_data()
-{
-    QTest::addColumn<QByteArray>("fault");
-    QTest::addColumn<QStringList>("texts");
-    QTest::addColumn<QStringList>("told");
-    const QStringList sound = {"230.1", "231.2"};
-    const QStringList silent = {"-", "-", "silent: no answer"};
-    const QStringList none;
-    const QString misfit =
-        "\"Meters\": ua is not read, meter 123456789012 gives the bytes %1, which do not fit its format";
-    QTest::newRow("silence") << QByteArray("silence") << silent << none;
-    QTest::newRow("half an answer") << QByteArray("half") << silent << none;
-    QTest::newRow("another meter") << QByteArray("station") << silent << none;
-    QTest::newRow("another item") << QByteArray("item") << silent << none;
-    QTest::newRow("too late") << QByteArray("late=100*1") << silent << none;
-    QTest::newRow("wrong checksums") << QByteArray("checksum")
-                                     << QStringList{"-", "-", "silent: wrong checksums"} << none;
-    QTest::newRow("noise") << QByteArray("noise=100") << sound << none;
-    QTest::newRow("in pieces") << QByteArray("split=1") << sound << none;
-    QTest::newRow("echo") << QByteArray("echo") << sound << none;
-    QTest::newRow("error") << QByteArray("error=2*1") << QStringList{"-", "231.2"}
-                           << QStringList{
-                                  "\"Meters\": ua is not read, meter 123456789012 refuses it: no such data"};
-    QTest::newRow("a byte too few") << QByteArray("short*1") << QStringList{"-", "231.2"}
-                                    << QStringList{misfit.arg("01")};
-    QTest::newRow("digits above 9") << QByteArray("digits*1") << QStringList{"-", "231.2"}
-                                    << QStringList{misfit.arg("ffff")};
-    QTest::newRow("more to come") << QByteArray("more*1") << QStringList{"-", "231.2"}
-                                  << QStringList{"\"Meters\": ua is not read, its value at meter "
-                                                 "123456789012 has more than one frame"};
-}
-
-void TestDlt645Reader::faultsOfTheLine()
-{
-    QFETCH(QByteArray, fault);
-    QFETCH(QStringList, texts);
-    addMeter("123456789012");
-    RUN(open());
-    QVERIFY(m_meter.tell("fault " + fault));
-    QCOMPARE(read(0, texts.last() == "silent: no answer" ? impatience : patience), texts);
-    QVERIFY(m_meter.tell("sound"));
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-    QTEST(m_told, "told");
-}
-
-void TestDlt645Reader::damagedAnswerIsAskedForOnceMore()
-{
-    addMeter("123456789012");
-    RUN(open());
-    QVERIFY(m_meter.tell("fault checksum*1"));
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-    const QString ua = "123456789012 02010100";
-    const QString ub = "123456789012 02010200";
-    QCOMPARE(m_meter.takeRequests(), QStringList({ua, ua, ub}));
-    QVERIFY(m_meter.tell("fault checksum*3"));
-    QCOMPARE(read(), QStringList({"-", "231.2"}));
-    QCOMPARE(m_meter.takeRequests(), QStringList({ua, ua, ub, ub}));
-}
-
-void TestDlt645Reader::silenceAboutOneItemLeavesTheOthers()
-{
-    addMeter("123456789012");
-    RUN(open());
-    QVERIFY(m_meter.tell("fault silence*1"));
-    QCOMPARE(read(0, impatience), QStringList({"-", "-", "silent: no answer"}));
-    QVERIFY(m_meter.tell("fault ignore=02010100"));
-    QCOMPARE(read(0, 300), QStringList({"-", "231.2"}));
-    QVERIFY(m_meter.tell("sound"));
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-}
-
-void TestDlt645Reader::lateAnswerIsNotTakenForAnother()
-{
-    addMeter("123456789012", {{"ua", "02010100", "XXX.X"}});
-    addMeter("AAAAAAAAAAAA", {{"ub", "02010200", "XXX.X"}});
-    RUN(open());
-    QVERIFY(m_meter.tell("fault late=100*1"));
-    QCOMPARE(read(0, impatience), QStringList({"-", "silent: no answer"}));
-    QCOMPARE(read(1), QStringList({"231.2"}));
-}
-
-// An error does not say which item it is about.
-void TestDlt645Reader::lateErrorIsNotTakenForAnother()
-{
-    addMeter("123456789012");
-    RUN(open());
-    QVERIFY(m_meter.tell("fault error=2*1"));
-    QVERIFY(m_meter.tell("fault late=150*1"));
-    QCOMPARE(read(0, 100), QStringList({"-", "-", "silent: no answer"}));
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-    QCOMPARE(m_told, QStringList());
-}
-
-// The next Standard of the line opens it anew.
-void TestDlt645Reader::lineIsSilentBeforeItIsClosed()
-{
-    addMeter("123456789012");
-    RUN(open());
-    QVERIFY(m_meter.tell("fault error=2*1"));
-    QVERIFY(m_meter.tell("fault late=150*1"));
-    QCOMPARE(read(0, 100), QStringList({"-", "-", "silent: no answer"}));
-    QElapsedTimer clock;
-    clock.start();
-    m_reader->close();
-    QVERIFY2(clock.elapsed() >= 100, qPrintable(QString::number(clock.elapsed())));
-    RUN(open());
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-}
-
-void TestDlt645Reader::lineThatIsNeverSilentIsLost()
-{
-    addMeter("123456789012");
-    RUN(open());
-    QVERIFY(m_meter.tell("fault split=10"));
-    QCOMPARE(read(0, 30), QStringList({"-", "-", "silent: no answer"}));
-    QCOMPARE(read(0, 30), QStringList({"-", "-", "lost: the line is never silent"}));
-    m_reader->close();
-    QVERIFY(m_meter.tell("sound"));
-    RUN(open());
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-}
-
-// As one does whose other end holds it up: that is no failure of the line.
-void TestDlt645Reader::lineThatTakesNothingHasNoAnswer()
-{
-#ifdef Q_OS_UNIX
-    addMeter("123456789012");
-    RUN(open());
-    const int line = ::open(QFile::encodeName(MeterSim::path()).constData(), O_RDWR | O_NOCTTY);
-    QVERIFY(line >= 0);
-    QCOMPARE(tcflow(line, TCOOFF), 0);
-    QCOMPARE(read(0, impatience), QStringList({"-", "-", "silent: no answer"}));
-    QCOMPARE(tcflow(line, TCOON), 0);
-    ::close(line);
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-    QCOMPARE(m_meter.takeRequests(),
-             QStringList({"123456789012 02010200", "123456789012 02010100"})); // nothing of the first one
-#endif
-}
-
-// Each item takes part of it; those behind have their turn next time.
-void TestDlt645Reader::damagedAnswersCostOneTimeOut()
-{
-    const QVector<SimPoint> points = allPoints(false);
-    addMeter("123456789012", points);
-    RUN(open());
-    QVERIFY(m_meter.tell("fault checksum"));
-    QCOMPARE(read(0, 250).last(), QString("silent: wrong checksums"));
-    const QStringList asked = m_meter.takeRequests();
-    QVERIFY2(asked.size() >= 4 && asked.size() <= 6, qPrintable(asked.join(", ")));
-    QCOMPARE(read(0, 250).last(), QString("silent: wrong checksums"));
-    QCOMPARE(m_meter.takeRequests().first(), "123456789012 " + points.at(asked.size() / 2).addr);
-    QVERIFY(m_meter.tell("sound"));
-    QCOMPARE(read(), allTexts(false));
-}
-
-void TestDlt645Reader::timeOutLeavesRoomForAnAnswer_data()
-{
-    QTest::addColumn<QString>("baudRate");
-    QTest::addColumn<int>("least");
-    QTest::newRow("600") << "600" << 1453;
-    QTest::newRow("2400") << "2400" << 738;
-    QTest::newRow("115200") << "115200" << 504;
-}
-
-// 500 ms until the answer begins, and 52 characters of 11 bits.
-void TestDlt645Reader::timeOutLeavesRoomForAnAnswer()
-{
-    QFETCH(QString, baudRate);
-    m_standard.parameters["baudRate"] = baudRate;
-    m_standard.parameters["parityBit"] = "EVEN";
-    makeReader();
-    QTEST(m_reader->leastTimeout(), "least");
-}
-
 void TestDlt645Reader::refusalIsToldAgainAfterAValue()
 {
     addMeter("123456789012", {{"ua", "02010100", "XXX.X"}});
@@ -444,31 +147,6 @@ void TestDlt645Reader::refusalIsToldAgainAfterAValue()
         QCOMPARE(m_told, lines);
         QCOMPARE(read(), QStringList("230.1"));
     }
-}
-
-void TestDlt645Reader::lineComesBack()
-{
-    m_standard.parameters["parityBit"] = "EVEN";
-    m_standard.parameters["rtsEnable"] = "1";
-    addMeter("123456789012");
-    RUN(open());
-    QVERIFY(m_reader->isOpen());
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-    const QStringList lost = {"-", "-", "lost: the line hung up"};
-    QVERIFY(m_meter.tell("fault gone"));
-    QCOMPARE(read(), lost); // while it waits for an answer
-    QCOMPARE(read(), lost);
-    m_reader->close();
-    QVERIFY(!m_reader->isOpen());
-    QString reason;
-    QVERIFY(!m_reader->open(patience, &reason));
-    QCOMPARE(reason, "No such file or directory");
-    QVERIFY(m_meter.start());
-    QVERIFY(m_reader->open(patience, &reason));
-    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
-    QCOMPARE(m_told,
-             QStringList({"\"Meters\": " + MeterSim::path() + " has no parity, and is used without",
-                          "\"Meters\": " + MeterSim::path() + " has no RTS, and is used without"}));
 }
 
 void TestDlt645Reader::whatIsNoLineIsTold_data()
@@ -545,22 +223,6 @@ void TestDlt645Reader::whatCannotBeReadIsTold()
     QCOMPARE(m_told, told);
     QCOMPARE(m_reader->hasWork(0), told.isEmpty());
     QCOMPARE(m_reader->deviceName(0), "meter " + address);
-}
-
-void TestDlt645Reader::stopEndsAWait()
-{
-    addMeter("123456789012");
-    RUN(open());
-    QVERIFY(m_meter.tell("fault silence"));
-    std::thread stopper([this] {
-        QTest::qSleep(100);
-        m_stop->set();
-    });
-    QElapsedTimer clock;
-    clock.start();
-    read(0, 60000);
-    stopper.join();
-    QVERIFY2(clock.elapsed() < patience, qPrintable(QString::number(clock.elapsed())));
 }
 
 void TestDlt645Reader::simulatedMeterRefusesWrongWords_data()
