@@ -11,7 +11,8 @@
 namespace {
 
 constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
-constexpr qint64 spare = 16; // one part in so many of the budget is freed with what is too much
+constexpr qint64 spare = 16;     // one part in so many of the budget is freed with what is too much
+constexpr qint64 curvesPart = 4; // one part in so many is the most that is kept to go on with curves
 
 // None goes on into the future.
 void endGaps(QVector<Thinned::Gap> *gaps, qint64 now)
@@ -178,7 +179,9 @@ void History::release(const PointId &id)
         return;
     }
     m_holds.erase(holds);
-    m_thinnings.erase(id);
+    for (auto &asked : m_thinnings) {
+        asked.second.erase(id);
+    }
     const Found found = find(id);
     if (found.series) {
         found.series->isHeld = false;
@@ -225,24 +228,49 @@ TimeRange History::extent(const PointId &id) const
 
 void History::request(const void *asker, const Request &request)
 {
+    // What it does not ask for again is not kept.
+    Thinnings earlier;
+    Thinnings kept;
+    earlier.swap(m_thinnings[asker]);
     QVector<Thinned> answers;
     for (const PointId &id : request.points) {
-        answers.append(thin(id, request));
+        auto node = earlier.extract(id);
+        SeriesThinning thinning = node ? std::move(node.mapped()) : SeriesThinning();
+        answers.append(thin(find(id), request, &thinning));
         endGaps(&answers.last().gaps, request.now);
+        if (m_holds.contains(id)) {
+            kept.emplace(id, std::move(thinning));
+        }
+    }
+    if (kept.empty()) {
+        m_thinnings.erase(asker);
+    } else {
+        m_thinnings[asker] = std::move(kept);
+    }
+    // Some may be of windows that are closed.
+    if (curvesSize() > m_budget / curvesPart) {
+        m_thinnings.clear();
     }
     emit thinned(asker, request, answers);
 }
 
-Thinned History::thin(const PointId &id, const Request &request)
+qint64 History::curvesSize() const
 {
-    const Found found = find(id);
+    qint64 size = 0;
+    for (const auto &asked : m_thinnings) {
+        for (const auto &each : asked.second) {
+            size += each.second.bytes();
+        }
+    }
+    return size;
+}
+
+Thinned History::thin(const Found &found, const Request &request, SeriesThinning *earlier)
+{
     if (!found.series) {
         return Thinning(request.range, request.columns, Shape::Line).finish();
     }
-    // Those that no window holds are rarely asked for again.
-    SeriesThinning once;
-    Thinning thinning = (found.series->isHeld ? m_thinnings[id] : once)
-                            .thinning(*found.series, request.range, request.columns);
+    Thinning thinning = earlier->thinning(*found.series, request.range, request.columns);
     const auto late = found.standard->lateness.lateSince(std::min(request.now, request.range.to));
     if (late && !found.series->isSilent()) {
         thinning.add(Sample{*late, nothing, SampleState::NoReport, {}});

@@ -40,6 +40,9 @@ public:
     // What the points and their samples take, in bytes, texts included. Never more than the budget, but for
     // the records of points that are held.
     qint64 size() const { return m_size; }
+    // What is kept to go on with the curves of windows, in bytes. At most a quarter of the budget, beside
+    // it.
+    qint64 curvesSize() const;
 
     // Those of a Standard in the order in which they came.
     QVector<Point> points() const override;
@@ -53,6 +56,7 @@ public:
     std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override;
 
 private:
+    using Thinnings = std::map<PointId, SeriesThinning>;
     struct Standard;
     struct Found {
         Standard *standard = nullptr;
@@ -60,7 +64,7 @@ private:
     };
 
     Found find(const PointId &id) const;
-    Thinned thin(const PointId &id, const Request &request);
+    static Thinned thin(const Found &found, const Request &request, SeriesThinning *earlier);
     ValueAt valueAt(const PointId &id, const Moment &moment) const;
     void removeFree(Standard *standard);
     void keepBudget();
@@ -72,5 +76,5 @@ private:
     std::map<PointId, std::unique_ptr<Standard>>
         m_standards; // by their ids without a name; none is without points
     QHash<PointId, int> m_holds;
-    std::map<PointId, SeriesThinning> m_thinnings; // of points that are held
+    std::map<const void *, Thinnings> m_thinnings; // what each asker asked last, of points that are held
 };

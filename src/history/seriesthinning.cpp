@@ -21,3 +21,8 @@ Thinning SeriesThinning::thinning(const Series &series, const TimeRange &range, 
     m_extent = extent;
     return *m_thinning;
 }
+
+qint64 SeriesThinning::bytes() const
+{
+    return qint64(sizeof(*this)) + (m_thinning ? m_thinning->bytes() : 0);
+}

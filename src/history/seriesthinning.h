@@ -13,6 +13,7 @@ class SeriesThinning
 public:
     // Of all samples that the series has by now; to be finished.
     Thinning thinning(const Series &series, const TimeRange &range, int columns);
+    qint64 bytes() const;
 
 private:
     std::optional<Thinning> m_thinning;

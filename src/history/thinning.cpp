@@ -112,6 +112,19 @@ bool Thinning::add(const NumberAt *numbers, int count, const Summary *summaries)
     return behind == count ? !m_isDone : add(sampleOf(behind));
 }
 
+qint64 Thinning::bytes() const
+{
+    qint64 bytes = m_thinned.gaps.capacity() * qint64(sizeof(Thinned::Gap))
+        + m_thinned.events.capacity() * qint64(sizeof(Thinned::Event));
+    for (const QVector<QPointF> &piece : m_thinned.pieces) {
+        bytes += qint64(sizeof(piece)) + piece.capacity() * qint64(sizeof(QPointF));
+    }
+    for (const Thinned::Event &event : m_thinned.events) {
+        bytes += event.text.size() * qint64(sizeof(QChar));
+    }
+    return bytes;
+}
+
 Thinned Thinning::finish()
 {
     takeBefore();

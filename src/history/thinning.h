@@ -40,6 +40,8 @@ public:
     // The same for many valid numbers, in strictly increasing times. There may be summaries of them: of the
     // first ones, of those that follow, and so on, as many as are whole.
     bool add(const NumberAt *numbers, int count, const Summary *summaries = nullptr);
+    // What it has allocated.
+    qint64 bytes() const;
     // Once, at the end.
     Thinned finish();
 

@@ -93,7 +93,7 @@ inline QStringList namesOf(const History &history)
 
 // What it answers, by seconds from the begin.
 inline QString answerOf(History *history, const PointId &id, qint64 from, qint64 to, int columns = 1000,
-                        qint64 now = 1000000, bool withStatistics = false)
+                        qint64 now = 1000000, bool withStatistics = false, const void *asker = nullptr)
 {
     QString text;
     const auto link = QObject::connect(
@@ -126,7 +126,7 @@ inline QString answerOf(History *history, const PointId &id, qint64 from, qint64
                 text += QString("%1 %2 ").arg(double(event.time - begin) / s).arg(event.text);
             }
         });
-    history->request(nullptr, {{id}, {begin + from * s, begin + to * s}, columns, begin + now * s});
+    history->request(asker, {{id}, {begin + from * s, begin + to * s}, columns, begin + now * s});
     QObject::disconnect(link);
     return text.trimmed();
 }

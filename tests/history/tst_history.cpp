@@ -313,6 +313,7 @@ void TestHistory::goesOnAsIfAnew()
         goesOn.hold(idOf("A"));
         goesOn.hold(idOf("B"));
         goesOn.hold(idOf("C"));
+        const QStringList windows{"A", "B", "C"};
         int from = 0;
         int to = 0;
         int columns = 1;
@@ -326,8 +327,8 @@ void TestHistory::goesOnAsIfAnew()
                 columns = 1 + reports.upTo(100);
             }
             const int now = reports.second() + reports.upTo(20);
-            for (const QString &name : {QString("A"), QString("B"), QString("C")}) {
-                QCOMPARE(answerOf(&goesOn, idOf(name), from, to, columns, now, true),
+            for (const QString &name : windows) {
+                QCOMPARE(answerOf(&goesOn, idOf(name), from, to, columns, now, true, &name),
                          answerOf(&anew, idOf(name), from, to, columns, now, true));
             }
         }

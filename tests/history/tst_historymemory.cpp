@@ -16,6 +16,8 @@ private slots:
     void pointsThatNeverComeBackGo();
     void keepsTextsOnce();
     void keepsTheBeginOfLongTexts();
+    void keepsCurvesOfEachWindow();
+    void keepsCurvesToTheirBudget();
 };
 
 void TestHistoryMemory::keepsToItsBudget_data()
@@ -191,6 +193,50 @@ void TestHistoryMemory::keepsTheBeginOfLongTexts()
         history.add(report(second, {word("A", QString::number(second) + QString(65536, 'x'))}));
     }
     QVERIFY2(history.size() < 200 * 1300, qPrintable(QString::number(history.size())));
+}
+
+// Two of them show a point over different times.
+void TestHistoryMemory::keepsCurvesOfEachWindow()
+{
+    History history;
+    const char windows[2] = {};
+    history.hold(idOf("A"));
+    history.hold(idOf("B"));
+    for (int second = 0; second < 2000; ++second) {
+        history.add(report(second, {value("A", second), value("B", -second)}));
+    }
+    const auto sizeAfter = [&](int window, const QVector<PointId> &points) {
+        history.request(&windows[window], {points, {begin + window * s, begin + 1900 * s}, 1000});
+        return history.curvesSize();
+    };
+    const qint64 one = sizeAfter(0, {idOf("A"), idOf("B")});
+    QVERIFY2(one > 2 * 1900 * qint64(sizeof(QPointF)), qPrintable(QString::number(one)));
+    const qint64 both = sizeAfter(1, {idOf("A"), idOf("B")});
+    QVERIFY2(both > one + one / 2, qPrintable(QString::number(both)));
+    QCOMPARE(sizeAfter(0, {idOf("A"), idOf("B")}), both);
+    QCOMPARE(sizeAfter(0, {idOf("A"), idOf("not held")}), both - one / 2);
+    history.release(idOf("A"));
+    QCOMPARE(history.curvesSize(), (both - one) / 2);
+    history.release(idOf("B"));
+    QCOMPARE(history.curvesSize(), qint64(0));
+}
+
+// However many windows there are and have been.
+void TestHistoryMemory::keepsCurvesToTheirBudget()
+{
+    constexpr qint64 budget = 1024 * 1024;
+    History history(budget);
+    history.hold(idOf("A"));
+    for (int second = 0; second < 200; ++second) {
+        history.add(report(second, {value("A", second), word("S", QString(400, QChar('a' + second % 20)))}));
+    }
+    const QVector<char> windows(100);
+    qint64 most = 0;
+    for (const char &window : windows) {
+        history.request(&window, {{idOf("A"), idOf("S")}, {begin, begin + 200 * s}, 1000});
+        most = qMax(most, history.curvesSize());
+    }
+    QVERIFY2(most > budget / 8 && most <= budget / 4, qPrintable(QString::number(most)));
 }
 
 QTEST_GUILESS_MAIN(TestHistoryMemory)
