@@ -1,4 +1,5 @@
 #include "dlt645readertest.h"
+#include "meterproject.h"
 
 #include <QElapsedTimer>
 

@@ -14,7 +14,7 @@ int run(const Call &call)
     if (arguments.isEmpty()) {
         return call.wrong(QStringLiteral("it takes a program file, then Boxes"));
     }
-    const QString path = arguments.constFirst();
+    const QString &path = arguments.constFirst();
     QFile file(path);
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
         Output::error(QStringLiteral("%1: %2").arg(
