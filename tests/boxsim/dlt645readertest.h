@@ -78,7 +78,7 @@ protected:
             texts.append(reading.valid ? reading.value : "-");
         }
         if (result.outcome != DeviceReader::Outcome::Answered) {
-            const bool lost = result.outcome == DeviceReader::Outcome::Closed;
+            const bool lost = result.outcome >= DeviceReader::Outcome::Closed;
             texts.append((lost ? QString("lost: ") : QString("silent: ")) + result.reason);
         }
         return texts;
