@@ -153,7 +153,7 @@ void TestBoxCtlBoxes::progressOnASmallTerminal()
     const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
     QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
     const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
-    QVERIFY2(outcome.out.mid(drawn.size()).startsWith(erased), qPrintable(outcome.out));
+    QVERIFY2(outcome.out.midRef(drawn.size()).startsWith(erased), qPrintable(outcome.out));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlBoxes)

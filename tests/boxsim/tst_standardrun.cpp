@@ -513,7 +513,7 @@ void TestStandardRun::readingsThatNobodyTakesDoNotQueue()
     link.wait();
     QCoreApplication::processEvents();
     QCOMPARE(taken.size(), 1);
-    QVERIFY2(taken.at(0).mid(1).toInt() >= 9, qPrintable(taken.at(0)));
+    QVERIFY2(taken.at(0).midRef(1).toInt() >= 9, qPrintable(taken.at(0)));
 }
 
 QTEST_GUILESS_MAIN(TestStandardRun)

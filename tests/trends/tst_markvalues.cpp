@@ -105,7 +105,7 @@ void TestMarkValues::initTestCase()
 
 void TestMarkValues::cleanup()
 {
-    if (!m_shown.values().contains(window)) {
+    if (std::find(m_shown.cbegin(), m_shown.cend(), window) == m_shown.cend()) {
         delete window;
     }
 }

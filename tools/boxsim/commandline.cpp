@@ -7,6 +7,8 @@
 #include <QCommandLineParser>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace {
 
 // clang-format off
@@ -188,7 +190,8 @@ void readAcquisition(const QCommandLineParser &parser, int boxCount, Reader *rea
     options->on = parser.isSet(QStringLiteral("acquire"));
     options->grouping = !parser.isSet(QStringLiteral("no-grouping"));
     options->serialLines = readPairs(parser.values(QStringLiteral("serial")), wrong, reader);
-    if (options->serialLines.values().contains(QString())) {
+    const auto &lines = options->serialLines;
+    if (std::find(lines.cbegin(), lines.cend(), QString()) != lines.cend()) {
         reader->fail(wrong);
     }
     if (boxCount > 1 && !options->serialLines.isEmpty()) {
