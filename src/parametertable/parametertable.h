@@ -2,12 +2,9 @@
 
 #include "model/projecttree.h"
 #include "parameters/parametervariant.h"
+#include "parametertable/widgettable.h"
 
 #include <QIcon>
-#include <QPersistentModelIndex>
-#include <QPointer>
-#include <QTableWidget>
-#include <QVector>
 
 class QComboBox;
 class QLineEdit;
@@ -17,11 +14,7 @@ class QLineEdit;
 // Compat: two kinds of row differ. A row that was added has a widget in every cell, and tells of its
 // editors under the row number of its creation. A row that was loaded, from the item or from a file, has
 // plain items for address, name and formulas, of which cellChanged() tells under their present row numbers.
-//
-// A cell keeps its widget from the row's beginning. Those of the rows in sight are in the viewport; the
-// others wait below a hidden parent, neither shown nor styled, so that what a step of scrolling costs does
-// not grow with the table.
-class ParameterTable : public QTableWidget
+class ParameterTable : public WidgetTable
 {
     Q_OBJECT
 public:
@@ -63,27 +56,13 @@ signals:
 
 protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
-    void updateEditorGeometries() override;
-    void scrollContentsBy(int dx, int dy) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     enum class RowKind { Added, Loaded };
-    // A widget in the viewport; null when it is deleted.
-    struct Cell {
-        QPointer<QWidget> widget;
-        QPersistentModelIndex index;
-    };
 
     void setUpColumns();
     void fillRow(int row, const QVariantList &values);
-    void putWidget(int row, int column, QWidget *widget);
-    QWidget *lastWidget();
-    void placeWidgets(bool placeAgain);
-    void placeWidget(QWidget *widget, const QModelIndex &index, bool again);
-    void moveTo(QWidget *widget, QWidget *parent);
-    QVector<int> rowsInSight() const;
-    int rowInUse() const;
     static QTableWidgetItem *makeSpatialIndex(const QString &text);
     QString removalText() const;
     QWidget *makeButton();
@@ -97,8 +76,4 @@ private:
     const ParameterVariant &m_variant;
     QObject *m_listFilter;
     QIcon m_deleteIcon;
-    QWidget *m_waiting; // hidden parent of the widgets out of sight
-    QVector<Cell> m_placed;
-    QPointer<QWidget> m_lastPut; // behind which the next widget comes in the tab order
-    bool m_moves = false;        // a widget, from one parent to another
 };
