@@ -28,14 +28,9 @@ public:
     virtual bool isOpen(const QWidget *open) const = 0;
     // Points the open form, which is of this class, at another item.
     virtual void rebind(QWidget *open, QStandardItem *item) const = 0;
-    // Connections of a new form beyond those that close its tab; its warnings are shown over the window.
-    virtual void connectTab(QDialog *form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window) const
-    {
-        Q_UNUSED(form)
-        Q_UNUSED(item)
-        Q_UNUSED(tab)
-        Q_UNUSED(window)
-    }
+    // Connections of a new form for the item beyond those that close its tab; its warnings are shown over the
+    // window.
+    virtual void connectTab(QDialog *, QStandardItem *, ads::CDockWidget *, QWidget *) const {}
 
 private:
     QString m_subKind;

@@ -37,9 +37,8 @@ void ResourceActions::append(const ResourceKind &kind, QStandardItem *folder,
 {
     const bool isNamed = !resource.name.isEmpty();
     if (!isNamed || kind.isNameTaken(folder, resource.name)) {
-        Tell::warning(
-            m_window, WindowText::tr("Warning"),
-            WindowText::tr(isNamed ? kind.description().duplicateName : kind.description().emptyName));
+        Tell::warning(m_window, WindowText::tr("Warning"),
+                      WindowText::tr(isNamed ? kind.duplicateName : kind.emptyName));
         return;
     }
     const QStandardItem *item =
@@ -55,15 +54,14 @@ void ResourceActions::edit(const ResourceKind &kind)
         return;
     }
     const FormClass *form = kind.formFor(item);
-    const EditorTab tabKind = kind.description().tab;
-    if (ads::CDockWidget *tab = m_tabs->find(tabKind)) {
+    if (ads::CDockWidget *tab = m_tabs->find(kind.tab)) {
         if (form && form->isOpen(tab->widget())) {
-            remember(tabKind, item);
+            remember(kind.tab, item);
             form->rebind(tab->widget(), item);
-            m_tabs->show(tab, tabKind);
+            m_tabs->show(tab, kind.tab);
             return;
         }
-        if (kind.description().subKindRole == ResourceKind::noSubKind) {
+        if (kind.subKindRole == ResourceKind::noSubKind) {
             return; // a tab of this title with something else in it is left alone
         }
         tab->closeDockWidget();
@@ -73,22 +71,21 @@ void ResourceActions::edit(const ResourceKind &kind)
 
 void ResourceActions::open(const ResourceKind &kind, const FormClass *form, QStandardItem *item)
 {
-    const EditorTab tabKind = kind.description().tab;
     ads::CDockWidget *tab = nullptr;
     if (form) {
         QDialog *dialog = form->make(item, m_workspace);
         emit formMade(dialog);
-        tab = m_tabs->make(tabKind, dialog);
+        tab = m_tabs->make(kind.tab, dialog);
         connect(dialog, &QDialog::accepted, tab, [tab] { tab->closeDockWidget(); });
         connect(dialog, &QDialog::rejected, tab, [tab] { tab->closeDockWidget(); });
         form->connectTab(dialog, item, tab, m_window);
-        remember(tabKind, item);
-        returnToTree(dialog, tab, tabKind);
+        remember(kind.tab, item);
+        returnToTree(dialog, tab, kind.tab);
     } else {
         // Compat: not registered, so that each further opening of such an item adds one more empty tab.
-        tab = m_tabs->makeEmpty(tabKind);
+        tab = m_tabs->makeEmpty(kind.tab);
     }
-    m_tabs->place(tab, tabKind);
+    m_tabs->place(tab, kind.tab);
 }
 
 void ResourceActions::remember(EditorTab kind, QStandardItem *item)

@@ -60,186 +60,138 @@ template <typename Class> const FormClass *formClass(QLatin1String subKind = {})
     return &form;
 }
 
-class BoxKind : public ResourceKind
+void askForBox(QWidget *window, const QStandardItem *, const ResourceKind::Take &take)
 {
-public:
-    BoxKind()
-        : ResourceKind({EditorTab::Box,
-                        noSubKind,
-                        {formClass<BoxForm>()},
-                        QT_TRANSLATE_NOOP("CMainWindow", "Box Name cannot be empty."),
-                        QT_TRANSLATE_NOOP("CMainWindow",
-                                          "A box file with the same name already exists in this folder. "
-                                          "Please use a different name.")})
-    {
+    BoxInputDialog dialog(window);
+    if (dialog.exec() == QDialog::Accepted) {
+        take({dialog.name(),
+              ProjectTree::boxIcon,
+              {{boxIpRole, dialog.ip()}, {boxModelRole, dialog.model()}}});
     }
+}
 
-    void ask(QWidget *window, const QStandardItem *, const Take &take) const override
-    {
-        BoxInputDialog dialog(window);
-        if (dialog.exec() == QDialog::Accepted) {
-            take({dialog.name(),
-                  ProjectTree::boxIcon,
-                  {{boxIpRole, dialog.ip()}, {boxModelRole, dialog.model()}}});
+void askForPlc(QWidget *window, const QStandardItem *, const ResourceKind::Take &take)
+{
+    PLCInputDialog dialog(window);
+    if (dialog.exec() == QDialog::Accepted) {
+        take({dialog.plcName(),
+              QStringLiteral(":/adsdemo/images/PLC-file.svg"),
+              {{plcManufacturerRole, dialog.manufacturer()}, {plcProtocolRole, dialog.protocol()}}});
+    }
+}
+
+void askForStandard(QWidget *window, const QStandardItem *, const ResourceKind::Take &take)
+{
+    standardInputDialog dialog(window);
+    if (dialog.exec() == QDialog::Accepted) {
+        take({dialog.name(),
+              Protocols::standardIcon(dialog.protocol()),
+              {{standardProtocolRole, dialog.protocol()}}});
+    }
+}
+
+void askForServer(QWidget *window, const QStandardItem *folder, const ResourceKind::Take &take)
+{
+    ServerInputDialog dialog(window);
+    QStringList protocols;
+    for (int row = 0; row < folder->rowCount(); ++row) {
+        if (const QStandardItem *child = folder->child(row)) {
+            protocols.append(child->data(serverProtocolRole).toString());
         }
     }
-};
-
-class PlcKind : public ResourceKind
-{
-public:
-    PlcKind()
-        : ResourceKind(
-            {EditorTab::Plc,
-             noSubKind,
-             {formClass<FormOf<PLCEditDialog>>()},
-             QT_TRANSLATE_NOOP("CMainWindow", "PLC Name cannot be empty."),
-             QT_TRANSLATE_NOOP("CMainWindow",
-                               "A PLC file with the same name already exists in PLC or StandardDIO "
-                               "folder. Please use a different name."),
-             // Compat: these two, whatever folders the warning names.
-             {ProjectTree::StandardRow, ProjectTree::ServiceRow}})
-    {
+    dialog.setExistingProtocols(protocols);
+    if (dialog.exec() == QDialog::Accepted) {
+        take({dialog.name(),
+              ServerProtocols::icon(dialog.protocol()),
+              {{serverDescriptionRole, dialog.description()},
+               {serverProtocolRole, dialog.protocol()},
+               {serverIpRole, dialog.ip()},
+               {serverPortRole, dialog.port()},
+               {serverDomainNameRole, dialog.domain()}}});
     }
-
-    void ask(QWidget *window, const QStandardItem *, const Take &take) const override
-    {
-        PLCInputDialog dialog(window);
-        if (dialog.exec() == QDialog::Accepted) {
-            take({dialog.plcName(),
-                  QStringLiteral(":/adsdemo/images/PLC-file.svg"),
-                  {{plcManufacturerRole, dialog.manufacturer()}, {plcProtocolRole, dialog.protocol()}}});
-        }
-    }
-};
-
-class StandardKind : public ResourceKind
-{
-public:
-    StandardKind()
-        : ResourceKind({EditorTab::Standard,
-                        standardProtocolRole,
-                        {formClass<RenamingFormOf<standardDLT645EditDialog>>(Protocols::dlt645),
-                         formClass<RenamingFormOf<standardModbusEditDialog>>(Protocols::modbus)},
-                        QT_TRANSLATE_NOOP("CMainWindow", "standard Name cannot be empty."),
-                        QT_TRANSLATE_NOOP("CMainWindow",
-                                          "A standard file with the same name already exists in PLC or "
-                                          "Standard folder. Please use a different name."),
-                        {ProjectTree::StandardRow}})
-    {
-    }
-
-    void ask(QWidget *window, const QStandardItem *, const Take &take) const override
-    {
-        standardInputDialog dialog(window);
-        if (dialog.exec() == QDialog::Accepted) {
-            take({dialog.name(),
-                  Protocols::standardIcon(dialog.protocol()),
-                  {{standardProtocolRole, dialog.protocol()}}});
-        }
-    }
-};
-
-class ServiceKind : public ResourceKind
-{
-public:
-    ServiceKind()
-        : ResourceKind({EditorTab::Service,
-                        serviceProtocolRole,
-                        {formClass<FormOf<ServiceIEC61850EditDialog>>(Protocols::iec61850)}})
-    {
-    }
-};
-
-class ServerKind : public ResourceKind
-{
-public:
-    ServerKind()
-        : ResourceKind({EditorTab::Server,
-                        serverProtocolRole,
-                        {formClass<FormOf<ServerEditDialog>>(Protocols::mqtt),
-                         formClass<FormOf<ServerAliMQTTEditDialog>>(Protocols::aliMqtt),
-                         formClass<FormOf<ServerOneNetMQTTEditDialog>>(Protocols::oneNetMqtt),
-                         formClass<FormOf<ServerHuaWeiMQTTEditDialog>>(Protocols::huaWeiMqtt),
-                         formClass<FormOf<ServerModbusTCPEditDialog>>(Protocols::modbusTcpSlave),
-                         formClass<FormOf<ServerHJ212EditDialog>>(Protocols::hj212),
-                         formClass<FormOf<ServerSL651EditDialog>>(Protocols::sl651),
-                         formClass<FormOf<ServerOPCUAEditDialog>>(Protocols::opcUaServer)},
-                        QT_TRANSLATE_NOOP("CMainWindow", "Server Name cannot be empty."),
-                        QT_TRANSLATE_NOOP("CMainWindow",
-                                          "A server file with the same name already exists in this folder. "
-                                          "Please use a different name.")})
-    {
-    }
-
-    void ask(QWidget *window, const QStandardItem *folder, const Take &take) const override
-    {
-        ServerInputDialog dialog(window);
-        QStringList protocols;
-        for (int row = 0; row < folder->rowCount(); ++row) {
-            if (const QStandardItem *child = folder->child(row)) {
-                protocols.append(child->data(serverProtocolRole).toString());
-            }
-        }
-        dialog.setExistingProtocols(protocols);
-        if (dialog.exec() == QDialog::Accepted) {
-            take({dialog.name(),
-                  ServerProtocols::icon(dialog.protocol()),
-                  {{serverDescriptionRole, dialog.description()},
-                   {serverProtocolRole, dialog.protocol()},
-                   {serverIpRole, dialog.ip()},
-                   {serverPortRole, dialog.port()},
-                   {serverDomainNameRole, dialog.domain()}}});
-        }
-    }
-};
+}
 
 } // namespace
 
-ResourceKind::ResourceKind(const Description &description)
-    : m_description(description)
-{
-}
-
-ResourceKind::~ResourceKind() = default;
-
 const ResourceKind &ResourceKind::box()
 {
-    static const BoxKind kind;
+    static const ResourceKind kind{
+        EditorTab::Box,
+        noSubKind,
+        {formClass<BoxForm>()},
+        askForBox,
+        QT_TRANSLATE_NOOP("CMainWindow", "Box Name cannot be empty."),
+        QT_TRANSLATE_NOOP("CMainWindow",
+                          "A box file with the same name already exists in this folder. "
+                          "Please use a different name.")};
     return kind;
 }
 
 const ResourceKind &ResourceKind::plc()
 {
-    static const PlcKind kind;
+    static const ResourceKind kind{
+        EditorTab::Plc,
+        noSubKind,
+        {formClass<FormOf<PLCEditDialog>>()},
+        askForPlc,
+        QT_TRANSLATE_NOOP("CMainWindow", "PLC Name cannot be empty."),
+        QT_TRANSLATE_NOOP("CMainWindow",
+                          "A PLC file with the same name already exists in PLC or StandardDIO "
+                          "folder. Please use a different name."),
+        // Compat: these two, whatever folders the warning names.
+        {ProjectTree::StandardRow, ProjectTree::ServiceRow}};
     return kind;
 }
 
 const ResourceKind &ResourceKind::standard()
 {
-    static const StandardKind kind;
+    static const ResourceKind kind{
+        EditorTab::Standard,
+        standardProtocolRole,
+        {formClass<RenamingFormOf<standardDLT645EditDialog>>(Protocols::dlt645),
+         formClass<RenamingFormOf<standardModbusEditDialog>>(Protocols::modbus)},
+        askForStandard,
+        QT_TRANSLATE_NOOP("CMainWindow", "standard Name cannot be empty."),
+        QT_TRANSLATE_NOOP("CMainWindow",
+                          "A standard file with the same name already exists in PLC or "
+                          "Standard folder. Please use a different name."),
+        {ProjectTree::StandardRow}};
     return kind;
 }
 
 const ResourceKind &ResourceKind::service()
 {
-    static const ServiceKind kind;
+    static const ResourceKind kind{EditorTab::Service,
+                                   serviceProtocolRole,
+                                   {formClass<FormOf<ServiceIEC61850EditDialog>>(Protocols::iec61850)}};
     return kind;
 }
 
 const ResourceKind &ResourceKind::server()
 {
-    static const ServerKind kind;
+    static const ResourceKind kind{
+        EditorTab::Server,
+        serverProtocolRole,
+        {formClass<FormOf<ServerEditDialog>>(Protocols::mqtt),
+         formClass<FormOf<ServerAliMQTTEditDialog>>(Protocols::aliMqtt),
+         formClass<FormOf<ServerOneNetMQTTEditDialog>>(Protocols::oneNetMqtt),
+         formClass<FormOf<ServerHuaWeiMQTTEditDialog>>(Protocols::huaWeiMqtt),
+         formClass<FormOf<ServerModbusTCPEditDialog>>(Protocols::modbusTcpSlave),
+         formClass<FormOf<ServerHJ212EditDialog>>(Protocols::hj212),
+         formClass<FormOf<ServerSL651EditDialog>>(Protocols::sl651),
+         formClass<FormOf<ServerOPCUAEditDialog>>(Protocols::opcUaServer)},
+        askForServer,
+        QT_TRANSLATE_NOOP("CMainWindow", "Server Name cannot be empty."),
+        QT_TRANSLATE_NOOP("CMainWindow",
+                          "A server file with the same name already exists in this folder. "
+                          "Please use a different name.")};
     return kind;
 }
 
-void ResourceKind::ask(QWidget *, const QStandardItem *, const Take &) const {}
-
 const FormClass *ResourceKind::formFor(const QStandardItem *item) const
 {
-    const int role = m_description.subKindRole;
-    const QString subKind = role == noSubKind ? QString() : item->data(role).toString();
-    for (const FormClass *form : m_description.forms) {
+    const QString subKind = subKindRole == noSubKind ? QString() : item->data(subKindRole).toString();
+    for (const FormClass *form : forms) {
         if (form->subKind() == subKind) {
             return form;
         }
@@ -249,12 +201,11 @@ const FormClass *ResourceKind::formFor(const QStandardItem *item) const
 
 bool ResourceKind::isNameTaken(QStandardItem *folder, const QString &name) const
 {
-    const QVector<ProjectTree::FolderRow> &rows = m_description.comparedFolders;
-    if (rows.isEmpty()) {
+    if (comparedFolders.isEmpty()) {
         return ProjectTree::childNamed(folder, name);
     }
     const QStandardItem *project = ProjectTree::projectOf(folder);
-    return std::any_of(rows.begin(), rows.end(), [&](ProjectTree::FolderRow row) {
+    return std::any_of(comparedFolders.begin(), comparedFolders.end(), [&](ProjectTree::FolderRow row) {
         return ProjectTree::childNamed(project->child(row), name);
     });
 }

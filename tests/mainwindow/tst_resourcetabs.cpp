@@ -206,14 +206,9 @@ void editWithTwoForms(Window *window)
 {
     static const FormOf<FirstForm> first("one");
     static const FormOf<SecondForm> second("two");
-    struct Kind : ResourceKind {
-        Kind()
-            : ResourceKind({EditorTab::Standard, standardProtocolRole, {&first, &second}})
-        {
-        }
-    };
     EditorTabs tabs(window->dockManager(), window->viewMenu(), nullptr);
-    ResourceActions(window->projectTree(), &tabs, window, nullptr).edit(Kind());
+    ResourceActions(window->projectTree(), &tabs, window, nullptr)
+        .edit({EditorTab::Standard, standardProtocolRole, {&first, &second}});
 }
 
 } // namespace
