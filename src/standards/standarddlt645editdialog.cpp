@@ -59,14 +59,15 @@ QWidget *standardDLT645EditDialog::buildContent()
     column->addWidget(add, 0, Qt::AlignLeft);
 
     // Compat: loaded tabs bear the word of the other form.
-    m_tabs = new StandardTabs(QStringLiteral("DLT645-%1"), QStringLiteral("Modbus-%1"), content);
+    m_tabs = new StandardTabs(
+        QStringLiteral("DLT645-%1"), QStringLiteral("Modbus-%1"), [this] { return makePage(); }, content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardDLT645EditDialog::deleteTab);
     connect(m_tabs, &StandardTabs::duplicateRequested, this, &standardDLT645EditDialog::duplicateTab);
     column->addWidget(m_tabs);
     return content;
 }
 
-MeterPage *standardDLT645EditDialog::makePage(const QString &title)
+MeterPage *standardDLT645EditDialog::makePage()
 {
     auto *page = new MeterPage(m_fields.labelWidth(), m_tabs);
     connect(page, &MeterPage::selectAllPressed, this, [this] { toggleSelectAll(MeterPage::tickColumn); });
@@ -76,7 +77,6 @@ MeterPage *standardDLT645EditDialog::makePage(const QString &title)
     connect(page->version(), qOverload<int>(&QComboBox::currentIndexChanged), this,
             &standardDLT645EditDialog::updateParameterTable);
     page->version()->installEventFilter(this);
-    m_tabs->appendPage(page, title);
     return page;
 }
 
@@ -88,16 +88,12 @@ MeterPage *standardDLT645EditDialog::currentPage() const
 
 void standardDLT645EditDialog::addTab()
 {
-    makePage(m_tabs->takeTitle());
+    m_tabs->addPage();
 }
 
 void standardDLT645EditDialog::loadTab(QString title, QList<QVariantList> rows)
 {
-    StandardPage *page = m_tabs->pageTitled(title);
-    if (!page) {
-        page = makePage(title);
-    }
-    page->setRows(rows);
+    m_tabs->pageTitled(title)->setRows(rows);
     log("loadParameters");
 }
 
@@ -111,7 +107,7 @@ void standardDLT645EditDialog::duplicateTab(int index)
     if (const MeterPage *page = currentPage()) {
         page->table()->setFocus(); // ends the editing of a name: a click on a tab does not
     }
-    m_tabs->duplicatePage(index, [this](const QString &title) { return makePage(title); });
+    m_tabs->duplicatePage(index);
 }
 
 void standardDLT645EditDialog::updateParameterTable(int index)

@@ -37,7 +37,7 @@ public slots:
 
 private:
     QWidget *buildContent();
-    MeterPage *makePage(const QString &title);
+    MeterPage *makePage();
     // Null without a tab that has its table.
     MeterPage *currentPage() const;
 

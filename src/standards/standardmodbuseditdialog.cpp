@@ -70,7 +70,8 @@ QWidget *standardModbusEditDialog::buildContent()
     column->addWidget(StandardFields::makeTriggerRow(m_trigger, content));
 
     const QString title = QStringLiteral("Modbus-%1");
-    m_tabs = new StandardTabs(title, title, content);
+    m_tabs = new StandardTabs(
+        title, title, [this] { return makePage(); }, content);
     connect(m_tabs, &StandardTabs::tabCloseRequested, this, &standardModbusEditDialog::deleteTab);
     connect(m_tabs, &StandardTabs::duplicateRequested, this, &standardModbusEditDialog::duplicateTab);
     column->addWidget(m_tabs);
@@ -108,13 +109,12 @@ void standardModbusEditDialog::alignFields(const QWidget *identity)
     m_trigger.setLabelWidth(m_fieldColumn);
 }
 
-ModbusPage *standardModbusEditDialog::makePage(const QString &title)
+ModbusPage *standardModbusEditDialog::makePage()
 {
     auto *page = new ModbusPage(m_fieldColumn, m_tabs);
     QWidget *buttons = makeTableButtons(page); // first, as the Tab key goes
     m_latestTable = makeTable(page);
     page->addTable(buttons, m_latestTable);
-    m_tabs->appendPage(page, title);
     return page;
 }
 
@@ -130,16 +130,12 @@ void standardModbusEditDialog::loadTabs()
 
 void standardModbusEditDialog::addTab()
 {
-    makePage(m_tabs->takeTitle());
+    m_tabs->addPage();
 }
 
 void standardModbusEditDialog::loadTab(QString title, QList<QVariantList> rows)
 {
-    StandardPage *page = m_tabs->pageTitled(title);
-    if (!page) {
-        page = makePage(title);
-    }
-    page->setRows(rows);
+    m_tabs->pageTitled(title)->setRows(rows);
 }
 
 void standardModbusEditDialog::deleteTab(int index)
@@ -154,7 +150,7 @@ void standardModbusEditDialog::duplicateTab(int index)
 {
     // A click on a tab leaves the cell in use its focus, also one of another tab.
     if (endEditing(currentTable())) {
-        m_tabs->duplicatePage(index, [this](const QString &title) { return makePage(title); });
+        m_tabs->duplicatePage(index);
     }
 }
 

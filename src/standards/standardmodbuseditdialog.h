@@ -41,7 +41,7 @@ private:
     QWidget *buildContent();
     QWidget *buildIdentity(QVBoxLayout *column);
     void alignFields(const QWidget *identity);
-    ModbusPage *makePage(const QString &title);
+    ModbusPage *makePage();
     void loadTabs();
 
     FieldGroup m_identity;

@@ -13,10 +13,11 @@
 #include <QTabBar>
 #include <QTableWidget>
 
-StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, QWidget *parent)
+StandardTabs::StandardTabs(QString newTitle, QString loadedTitle, MakePage makePage, QWidget *parent)
     : TabWidget(parent)
     , m_newTitle(std::move(newTitle))
     , m_loadedTitle(std::move(loadedTitle))
+    , m_makePage(std::move(makePage))
 {
     setTabsClosable(true);
     if (isDark(palette())) { // the platform's cross is black
@@ -40,35 +41,38 @@ QPushButton *StandardTabs::makeAddButton(const QString &text, QWidget *parent)
     return add;
 }
 
-QString StandardTabs::takeTitle()
+StandardPage *StandardTabs::addPage()
 {
-    return m_newTitle.arg(m_next++);
+    return appendPage(m_newTitle.arg(m_next++));
 }
 
-void StandardTabs::appendPage(StandardPage *page, const QString &title)
+StandardPage *StandardTabs::appendPage(const QString &title)
 {
+    StandardPage *page = m_makePage();
     addTab(page, title);
     FormPage::orderBehind(this, page);
+    return page;
 }
 
-StandardPage *StandardTabs::pageTitled(const QString &title) const
+StandardPage *StandardTabs::pageTitled(const QString &title)
 {
     for (int index = 0; index < count(); ++index) {
-        if (tabText(index) == title) {
-            return qobject_cast<StandardPage *>(widget(index));
+        auto *page = qobject_cast<StandardPage *>(widget(index));
+        if (page && tabText(index) == title) {
+            return page;
         }
     }
-    return nullptr;
+    return appendPage(title);
 }
 
-void StandardTabs::duplicatePage(int index, const std::function<StandardPage *(const QString &)> &makePage)
+void StandardTabs::duplicatePage(int index)
 {
     const auto *page = qobject_cast<StandardPage *>(widget(index));
     const RowList rows = page ? page->rows() : RowList();
     if (rows.isEmpty()) {
         return;
     }
-    StandardPage *copy = makePage(takeTitle());
+    StandardPage *copy = addPage();
     copy->setRows(rows);
     setCurrentWidget(copy);
     copy->addressInput()->setFocus();
