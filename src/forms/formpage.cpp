@@ -1,5 +1,7 @@
 #include "forms/formpage.h"
 
+#include "widgets/combobox.h"
+
 #include <QBoxLayout>
 #include <QDialog>
 #include <QFormLayout>
@@ -52,17 +54,20 @@ QPushButton *appendDialogButtons(QBoxLayout *layout, const QString &okText, cons
     return buttons.save;
 }
 
-void putBeforeField(QFormLayout *form, int row, QWidget *widget)
+void addTrigger(QFormLayout *form, const QString &entry)
 {
-    QLayoutItem *item = form->itemAt(row, QFormLayout::FieldRole);
+    auto *trigger = new ComboBox(form->parentWidget());
+    trigger->setObjectName(QStringLiteral("trigger"));
+    trigger->addItem(entry);
+    QLayoutItem *item = form->itemAt(0, QFormLayout::FieldRole);
     QWidget *field = item->widget();
     form->removeItem(item);
     delete item; // the layout's item, not the widget
     auto *both = new QHBoxLayout;
-    both->addWidget(widget);
+    both->addWidget(trigger);
     both->addWidget(field);
-    form->setLayout(row, QFormLayout::FieldRole, both);
-    QWidget::setTabOrder(widget, field);
+    form->setLayout(0, QFormLayout::FieldRole, both);
+    QWidget::setTabOrder(trigger, field);
 }
 
 void orderBehind(QWidget *previous, const QWidget *page)

@@ -26,8 +26,9 @@ Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString
 // The same for the dialog that the layout is of: "Cancel" rejects it, and "OK", which is returned and not
 // connected, is what Enter presses. Its objectName is "okButton".
 QPushButton *appendDialogButtons(QBoxLayout *layout, const QString &okText, const QString &cancelText);
-// Puts a widget between the label and the field of a row, also in the tab order.
-void putBeforeField(QFormLayout *form, int row, QWidget *widget);
+// Puts the list "trigger" before the field of the first row, also in the tab order: what sets a reading off.
+// It has this one entry, which is not stored; the text is already translated.
+void addTrigger(QFormLayout *form, const QString &entry);
 // Puts the inputs of a page behind a widget in the tab order: what is made after its form comes last
 // otherwise, behind the confirming buttons or even the rest of the window.
 void orderBehind(QWidget *previous, const QWidget *page);

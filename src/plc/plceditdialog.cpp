@@ -4,7 +4,6 @@
 #include "model/itemroles.h"
 #include "parametertable/parametertable.h"
 #include "plc/plcfields.h"
-#include "widgets/combobox.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -117,11 +116,7 @@ void PLCEditDialog::addParameterList(QVBoxLayout *column)
     m_trigger
         .add<TextField>(plcCollectionIntervalRole, QT_TRANSLATE_NOOP("PLCEditDialog", "Trigger Conditions:"))
         ->milliseconds();
-    // Its one entry is not stored.
-    auto *trigger = new ComboBox(frame);
-    trigger->setObjectName(QStringLiteral("trigger"));
-    trigger->addItem(tr("Timed Loops"));
-    FormPage::putBeforeField(form, 0, trigger);
+    FormPage::addTrigger(form, tr("Timed Loops"));
     form->addRow(makeTableButtons(frame));
     m_table = makeTable(frame);
     form->addRow(m_table);

@@ -2,9 +2,7 @@
 
 #include "forms/formpage.h"
 #include "model/itemroles.h"
-#include "widgets/combobox.h"
 
-#include <QComboBox>
 #include <QFormLayout>
 
 void StandardFields::addSerialLine(FieldGroup &fields, const char *baudRate, const char *parity)
@@ -41,10 +39,6 @@ QWidget *StandardFields::makeTriggerRow(FieldGroup &fields, QWidget *parent)
         .add<TextField>(standardCollectionIntervalRole,
                         QT_TRANSLATE_NOOP("StandardFields", "Trigger Conditions:"))
         ->milliseconds();
-    // The list is between the label and the period; its one entry is not stored.
-    auto *trigger = new ComboBox(row);
-    trigger->setObjectName(QStringLiteral("trigger"));
-    trigger->addItem(fields.translated(QT_TRANSLATE_NOOP("StandardFields", "Timed Loops")));
-    FormPage::putBeforeField(form, 0, trigger);
+    FormPage::addTrigger(form, fields.translated(QT_TRANSLATE_NOOP("StandardFields", "Timed Loops")));
     return row;
 }
