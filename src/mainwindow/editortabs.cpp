@@ -3,6 +3,7 @@
 #include "mainwindow/docking.h"
 #include "mainwindow/windowtext.h"
 #include "model/itemref.h"
+#include "model/projecttree.h"
 #include "widgets/svgicon.h"
 #include "widgets/tell.h"
 
@@ -52,18 +53,6 @@ QStringList neighbourTitles(EditorTab kind)
 constexpr int formWidth = 520;
 constexpr int formPercentage = 42;
 
-bool siblingHasName(const QStandardItem *item, const QString &name)
-{
-    const QStandardItem *parent = item->parent();
-    for (int row = 0; row < parent->rowCount(); ++row) {
-        const QStandardItem *child = parent->child(row);
-        if (child && child != item && child->text() == name) {
-            return true;
-        }
-    }
-    return false;
-}
-
 // The item is null once its node has left the tree, which leaves it without a folder to be found.
 void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidget *tab, QWidget *window)
 {
@@ -72,7 +61,7 @@ void renameAndSave(const RenamingForm &form, QStandardItem *item, ads::CDockWidg
         Tell::warning(window, WindowText::tr("invalid name"), WindowText::tr("Name cannot be null"));
     } else if (!item || !item->parent()) {
         Tell::warning(window, WindowText::tr("error"), WindowText::tr("Unable to find parent directory"));
-    } else if (siblingHasName(item, name)) {
+    } else if (ProjectTree::childNamed(item->parent(), name, item)) {
         Tell::warning(window, WindowText::tr("Duplicate name"),
                       WindowText::tr("The name\"%1\"already exists, please change the name.").arg(name));
     } else {

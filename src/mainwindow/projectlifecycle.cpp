@@ -100,12 +100,9 @@ void ProjectLifecycle::modify(QStandardItem *project, const QString &name, const
     if (!project) {
         return; // its row has left the tree
     }
-    for (int row = 0; row < m_model->rowCount(); ++row) {
-        const QStandardItem *other = m_model->item(row);
-        if (other && other != project && other->text() == name) {
-            warn(WindowText::tr("A project with the same name already exists. Please use a different name."));
-            return;
-        }
+    if (ProjectTree::projectNamed(*m_model, name, project)) {
+        warn(WindowText::tr("A project with the same name already exists. Please use a different name."));
+        return;
     }
     project->setText(name);
     project->setData(path, projectPathRole);
@@ -144,13 +141,7 @@ void ProjectLifecycle::saveAllIfWanted()
         qDebug() << "No projects found. Aborting close project operation.";
         return;
     }
-    const auto answer =
-        Tell::question(m_window, WindowText::tr("Save Changes"),
-                       WindowText::tr("Do you want to save all projects before closing them?"),
-                       QMessageBox::Yes | QMessageBox::No);
-    if (answer == QMessageBox::Yes) {
-        m_files->saveAll();
-    }
+    offerToSaveAll(QMessageBox::Yes | QMessageBox::No);
 }
 
 ProjectLifecycle::Exit ProjectLifecycle::confirmExit() const
@@ -159,12 +150,17 @@ ProjectLifecycle::Exit ProjectLifecycle::confirmExit() const
         qDebug() << "No projects found. Closing without prompt.";
         return Exit::LeaveUnasked;
     }
+    const auto answer = offerToSaveAll(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+    return answer == QMessageBox::Yes || answer == QMessageBox::No ? Exit::Leave : Exit::Stay;
+}
+
+QMessageBox::StandardButton ProjectLifecycle::offerToSaveAll(QMessageBox::StandardButtons answers) const
+{
     const auto answer =
         Tell::question(m_window, WindowText::tr("Save Changes"),
-                       WindowText::tr("Do you want to save all projects before closing them?"),
-                       QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+                       WindowText::tr("Do you want to save all projects before closing them?"), answers);
     if (answer == QMessageBox::Yes) {
         m_files->saveAll();
     }
-    return answer == QMessageBox::Yes || answer == QMessageBox::No ? Exit::Leave : Exit::Stay;
+    return answer;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMessageBox>
 #include <QObject>
 #include <QPointer>
 
@@ -48,6 +49,7 @@ private:
     void connectForm(EditProjectDialog *form, QStandardItem *project);
     void modify(QStandardItem *project, const QString &name, const QString &path, const QString &description);
     void warn(const QString &text);
+    QMessageBox::StandardButton offerToSaveAll(QMessageBox::StandardButtons answers) const;
 
     QStandardItemModel *m_model;
     QPointer<QTreeView> m_tree;

@@ -43,20 +43,20 @@ QStandardItem *itemAt(const QModelIndex &index)
     return model ? model->itemFromIndex(index) : nullptr;
 }
 
-QStandardItem *childNamed(const QStandardItem *parent, const QString &text)
+QStandardItem *childNamed(const QStandardItem *parent, const QString &text, const QStandardItem *except)
 {
     for (int row = 0; parent && row < parent->rowCount(); ++row) {
         QStandardItem *child = parent->child(row);
-        if (child && child->text() == text) {
+        if (child && child != except && child->text() == text) {
             return child;
         }
     }
     return nullptr;
 }
 
-QStandardItem *projectNamed(const QStandardItemModel &model, const QString &name)
+QStandardItem *projectNamed(const QStandardItemModel &model, const QString &name, const QStandardItem *except)
 {
-    return childNamed(model.invisibleRootItem(), name);
+    return childNamed(model.invisibleRootItem(), name, except);
 }
 
 QStandardItem *makeProject(const QString &name, const QString &path, const QString &description)

@@ -45,10 +45,12 @@ Level levelOf(const QStandardItem *item);
 QStandardItem *itemAt(const QModelIndex &index);
 // The top-level item above (or at) the item; null for null.
 QStandardItem *projectOf(QStandardItem *item);
-// The first child with exactly this text, or null.
-QStandardItem *childNamed(const QStandardItem *parent, const QString &text);
-// The first top-level item with exactly this text, or null.
-QStandardItem *projectNamed(const QStandardItemModel &model, const QString &name);
+// The first child with exactly this text, another one than the last argument; or null.
+QStandardItem *childNamed(const QStandardItem *parent, const QString &text,
+                          const QStandardItem *except = nullptr);
+// The same for top-level items.
+QStandardItem *projectNamed(const QStandardItemModel &model, const QString &name,
+                            const QStandardItem *except = nullptr);
 
 // A detached project item with its path and description and no folders.
 QStandardItem *makeProject(const QString &name, const QString &path, const QString &description);
