@@ -8,19 +8,20 @@ class QStandardItemModel;
 class QTreeView;
 class QWidget;
 
-// Saving and loading of projects as the user meets it: the file dialog, the boxes and the tree view around
-// the project document. Success shows an information box, failure is a line of the debug log alone.
+// Saving and loading of projects as the user meets it: the file dialog, the messages and the tree view around
+// the project document. Success is told, failure is a line of the debug log alone.
 class ProjectFiles : public QObject
 {
     Q_OBJECT
 public:
-    // Boxes and dialogs open over dialogParent, which owns this object too if it is not null. The view may
+    // Messages and dialogs open over dialogParent, which owns this object too if it is not null. The view may
     // die first.
     ProjectFiles(QWidget *dialogParent, QStandardItemModel *model, QTreeView *view);
 
     // Saves the document of this item, taken for a project whatever its level. Null is a log line.
     void saveProject(QStandardItem *project);
-    // Saves every project of the model in row order, each with its own box; a failure stops none of the rest.
+    // Saves every project of the model in row order, each with its own message; a failure stops none of the
+    // rest.
     void saveAll();
 
     // Asks for a file and loads it.
@@ -31,7 +32,7 @@ public:
 private:
     void inform(const QString &title, const QString &text);
 
-    QWidget *m_dialogParent;     // Not owned.
-    QStandardItemModel *m_model; // Not owned.
-    QPointer<QTreeView> m_view;  // Not owned.
+    QWidget *m_dialogParent;
+    QStandardItemModel *m_model;
+    QPointer<QTreeView> m_view;
 };
