@@ -1,6 +1,7 @@
 #include "boxes/pushoutcome.h"
 
 #include "log/timetext.h"
+#include "widgets/svgicon.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -93,8 +94,7 @@ void PushOutcome::setColor()
     const QPalette desktop = parentWidget()->palette();
     QColor color = desktop.color(QPalette::WindowText);
     if (m_isFailure) {
-        const bool isDark = desktop.color(QPalette::Window).lightness() < 128;
-        color = isDark ? QColor(0xff, 0xb4, 0xab) : QColor(0xb0, 0x00, 0x20);
+        color = isDark(desktop) ? QColor(0xff, 0xb4, 0xab) : QColor(0xb0, 0x00, 0x20);
     }
     if (palette().color(QPalette::WindowText) != color) {
         QPalette own;
