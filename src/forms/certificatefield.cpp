@@ -5,8 +5,8 @@
 #include "forms/formpage.h"
 #include "model/itemref.h"
 #include "widgets/choosefile.h"
-#include "widgets/quietline.h"
 #include "widgets/tell.h"
+#include "widgets/tooltip.h"
 
 #include <QAction>
 #include <QCoreApplication>

@@ -1,5 +1,7 @@
 #include "monitoring/liveitems.h"
 
+#include "widgets/tooltip.h"
+
 #include <cmath>
 #include <limits>
 
@@ -12,8 +14,7 @@ NameItem::NameItem()
 
 QVariant NameItem::data(int role) const
 {
-    // A tool tip is plain text only as long as it does not look like mark-up.
-    return role == Qt::ToolTipRole ? QVariant(text().toHtmlEscaped()) : QTableWidgetItem::data(role);
+    return role == Qt::ToolTipRole ? QVariant(plainToolTip(text())) : QTableWidgetItem::data(role);
 }
 
 bool NameItem::operator<(const QTableWidgetItem &other) const

@@ -1,7 +1,8 @@
 #include "widgets/quietline.h"
 
+#include "widgets/tooltip.h"
+
 #include <QPainter>
-#include <QTextDocument>
 
 namespace {
 
@@ -59,9 +60,4 @@ void QuietLine::paintEvent(QPaintEvent *)
     const QRect place = rect().adjusted(margin, 0, -margin, 0);
     painter.drawText(place, Qt::AlignVCenter | Qt::TextSingleLine,
                      fontMetrics().elidedText(m_text, Qt::ElideMiddle, place.width()));
-}
-
-QString plainToolTip(const QString &text)
-{
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
 }

@@ -29,6 +29,3 @@ private:
     QString m_text;
     QTimer m_moment;
 };
-
-// A tool tip that shows the text as it is: names and paths come from files, and are no mark-up.
-QString plainToolTip(const QString &text);
