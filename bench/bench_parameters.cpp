@@ -1,7 +1,7 @@
 // Large parameter tables in the form of a Modbus Standard.
 
+#include "definitions/choices.h"
 #include "model/itemroles.h"
-#include "parameters/parametertext.h"
 #include "standards/standardmodbuseditdialog.h"
 #include "support/largeplant.h"
 
@@ -66,6 +66,8 @@ void openTab(benchmark::State &state)
 void makeWidgets(benchmark::State &state)
 {
     const QIcon icon(QStringLiteral(":/adsdemo/images/Delete.svg"));
+    const QStringList types = Choices::list(Choices::dataTypes);
+    const QStringList permissions = Choices::list(Choices::permissions);
     const auto empty = standardWith(0);
     for (auto _ : state) {
         state.PauseTiming();
@@ -73,7 +75,7 @@ void makeWidgets(benchmark::State &state)
         QWidget *parent = form->findChild<QTableWidget *>()->viewport();
         state.ResumeTiming();
         for (int point = 0; point < int(state.range(0)); ++point) {
-            for (const QStringList &entries : {ParameterText::types(), ParameterText::permissions()}) {
+            for (const QStringList &entries : {types, permissions}) {
                 auto *list = new QComboBox(parent);
                 list->addItems(entries);
                 list->setCurrentText(entries.last());

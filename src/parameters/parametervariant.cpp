@@ -1,15 +1,40 @@
 #include "parameters/parametervariant.h"
 
-#include "parameters/parametertext.h"
+#include "definitions/choices.h"
 
 #include <QCoreApplication>
 
 namespace {
 
+QStringList listOf(std::initializer_list<const char *> texts)
+{
+    QStringList list;
+    for (const char *text : texts) {
+        list.append(QString::fromLatin1(text));
+    }
+    return list;
+}
+
+const QStringList &methods()
+{
+    static const QStringList list =
+        listOf({QT_TRANSLATE_NOOP("ParameterTable", "Timed"), QT_TRANSLATE_NOOP("ParameterTable", "Change"),
+                QT_TRANSLATE_NOOP("ParameterTable", "Change amplitude")});
+    return list;
+}
+
+const QStringList &nodeTypes()
+{
+    static const QStringList list = listOf({QT_TRANSLATE_NOOP("ParameterTable", "GUID Node"),
+                                            QT_TRANSLATE_NOOP("ParameterTable", "Numerical Node"),
+                                            QT_TRANSLATE_NOOP("ParameterTable", "String Node")});
+    return list;
+}
+
 // The entries that are shown translated, as stored.
 const QStringList &translatedEntries()
 {
-    static const QStringList list = ParameterText::methods() + ParameterText::nodeTypes();
+    static const QStringList list = methods() + nodeTypes();
     return list;
 }
 
@@ -118,18 +143,20 @@ QStringList ParameterVariant::headers() const
 
 QStringList ParameterVariant::entries(ParameterCell cell) const
 {
+    static const QStringList types = Choices::list(Choices::dataTypes);
+    static const QStringList permissions = Choices::list(Choices::permissions);
     switch (cell) {
     case ParameterCell::Type:
-        return ParameterText::types();
+        return types;
     case ParameterCell::Permissions:
-        return ParameterText::permissions();
+        return permissions;
     case ParameterCell::Method:
-        return ParameterText::methods().mid(0, indexOf(ParameterCell::Amplitude) < 0 ? 2 : -1);
+        return methods().mid(0, indexOf(ParameterCell::Amplitude) < 0 ? 2 : -1);
     case ParameterCell::Hex:
     case ParameterCell::Crc:
         return {QStringLiteral("true"), QStringLiteral("false")};
     case ParameterCell::NodeType:
-        return ParameterText::nodeTypes();
+        return nodeTypes();
     default:
         return {};
     }
@@ -166,7 +193,7 @@ QStringList ParameterVariant::shownEntries(ParameterCell cell) const
 
 QString ParameterVariant::amplitudeMethod() const
 {
-    return shown(ParameterText::methods().last());
+    return shown(methods().last());
 }
 
 QString ParameterVariant::loadingText() const

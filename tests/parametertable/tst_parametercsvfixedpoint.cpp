@@ -1,6 +1,5 @@
 #include "files.h"
 #include "messages.h"
-#include "parameters/parametertext.h"
 #include "parametertable/parameterform.h"
 #include "parametertable/parametertable.h"
 #include "rounds.h"
@@ -39,14 +38,12 @@ QString cellText(QRandomGenerator &random, ParameterCell cell)
         return oneOf(random, addresses);
     case ParameterCell::Name:
         return oneOf(random, names);
-    case ParameterCell::Type:
-        return oneOf(random, ParameterText::types());
     case ParameterCell::Length:
         return oneOf(random, lengths);
+    case ParameterCell::Type:
     case ParameterCell::Permissions:
-        return oneOf(random, ParameterText::permissions());
     case ParameterCell::Method:
-        return oneOf(random, ParameterText::methods());
+        return oneOf(random, ParameterVariant::plc().entries(cell));
     case ParameterCell::Amplitude:
         return oneOf(random, amplitudes);
     case ParameterCell::CollectionFormula:

@@ -1,5 +1,5 @@
 #include "model/itemroles.h"
-#include "parameters/parametertext.h"
+#include "parameters/parametervariant.h"
 #include "standardformtest.h"
 #include "tableform.h"
 
@@ -45,7 +45,8 @@ void TestStandardTableFields::listsHaveTheirEntries_data()
                                  << QStringList{"GUID Node", "Numerical Node", "String Node"};
     QTest::newRow("OpcUA, permissions") << QByteArray("OpcUA") << 4 << permissions;
     QTest::newRow("OpcUA, method") << QByteArray("OpcUA") << 5 << methods + QStringList{"Change amplitude"};
-    QTest::newRow("OpcUA, type") << QByteArray("OpcUA") << 9 << ParameterText::types();
+    QTest::newRow("OpcUA, type") << QByteArray("OpcUA") << 9
+                                 << ParameterVariant::opcUa().entries(ParameterCell::Type);
 }
 
 void TestStandardTableFields::listsHaveTheirEntries()
