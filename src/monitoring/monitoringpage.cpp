@@ -4,6 +4,7 @@
 #include "monitoring/livedelegate.h"
 #include "monitoring/livetable.h"
 #include "monitoring/monitoringtable.h"
+#include "monitoring/sourceline.h"
 #include "widgets/choosefile.h"
 #include "widgets/svgicon.h"
 #include "widgets/tablecopy.h"
@@ -13,7 +14,6 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
@@ -27,17 +27,6 @@ namespace {
 
 constexpr int second = 1000; // ms
 
-QString ageText(qint64 age)
-{
-    const qint64 seconds = age / second;
-    if (seconds < 120) {
-        return MonitoringPage::tr("%1 s").arg(seconds);
-    }
-    const qint64 minutes = seconds / 60;
-    return minutes < 120 ? MonitoringPage::tr("%1 min").arg(minutes)
-                         : MonitoringPage::tr("%1 h").arg(minutes / 60);
-}
-
 bool writeFile(const QString &path, const QByteArray &bytes)
 {
     QSaveFile file(path);
@@ -50,19 +39,13 @@ MonitoringPage::MonitoringPage(QWidget *parent)
     : QWidget(parent)
     , m_layout(new QVBoxLayout(this))
     , m_tools(new QHBoxLayout)
-    , m_source(new QLabel(this))
+    , m_source(new SourceLine(this))
     , m_filter(new QLineEdit(this))
     , m_onlyNotValid(new QCheckBox(tr("Only not valid"), this))
     , m_table(new LiveTable(this))
     , m_delegate(new LiveDelegate(m_table))
     , m_clock(liveTime)
 {
-    m_source->setObjectName(QStringLiteral("source"));
-    m_source->setTextFormat(Qt::PlainText); // names of the user and of the Box
-    m_source->setWordWrap(true);
-    m_source->setToolTip(
-        tr("Project, Box and address of these values, and the time since their last report"));
-    m_source->hide();
     m_filter->setObjectName(QStringLiteral("filter"));
     m_filter->setPlaceholderText(tr("Filter by name or address"));
     m_filter->setAccessibleName(m_filter->placeholderText());
@@ -122,15 +105,13 @@ void MonitoringPage::setClock(const LiveClock &clock)
 
 void MonitoringPage::noteReport(const LiveSource &source, qint64 time)
 {
-    m_freshness[source].report(time);
+    m_source->noteReport(source, time);
 }
 
 void MonitoringPage::showReport(const QVariantList &rows, const QString &time, const LiveSource &source)
 {
     const qint64 now = m_clock();
-    m_shown = source;
-    noteReport(source, now);
-    m_link = Link::Up;
+    m_source->showReport(source, now);
     {
         const bool isFirst = m_table->columnCount() == 0;
         const QScopedValueRollback<bool> fitting(m_fitting, true);
@@ -148,69 +129,33 @@ void MonitoringPage::showReport(const QVariantList &rows, const QString &time, c
 
 void MonitoringPage::endSession()
 {
-    setLink(Link::Ended);
+    m_source->endSession();
+    refresh();
 }
 
 void MonitoringPage::setAnswering(bool answers)
 {
-    if (m_link != Link::Ended) {
-        setLink(answers ? Link::Up : Link::Silent);
-    }
+    m_source->setAnswering(answers);
+    refresh();
 }
 
-void MonitoringPage::setLink(Link link)
+const LiveSource &MonitoringPage::source() const
 {
-    if (link != Link::Up) {
-        for (Freshness &freshness : m_freshness) {
-            freshness.interrupt();
-        }
-    }
-    if (!m_shown.box.isEmpty() || !m_shown.address.isEmpty()) {
-        m_link = link;
-        refresh();
-    }
+    return m_source->source();
 }
 
 void MonitoringPage::refresh()
 {
-    const Freshness shown = m_freshness.value(m_shown);
-    if (!shown.hasReport()) {
+    if (!m_source->hasReport()) {
         return;
     }
     const qint64 now = m_clock();
-    const bool outOfDate = m_link != Link::Up || shown.isLate(now);
-    m_source->setText(sourceLine(now));
-    if (outOfDate != m_outOfDate) {
-        QFont font = m_source->font();
-        font.setBold(outOfDate);
-        m_source->setFont(font);
-    }
-    m_source->show();
-    m_delegate->setState(now, outOfDate);
-    if (outOfDate != m_outOfDate) {
-        m_outOfDate = outOfDate;
+    const bool wasOutOfDate = m_source->isOutOfDate();
+    m_source->refresh(now);
+    m_delegate->setState(now, m_source->isOutOfDate());
+    if (m_source->isOutOfDate() != wasOutOfDate) {
         m_table->viewport()->update();
     }
-}
-
-QString MonitoringPage::sourceLine(qint64 now) const
-{
-    const Freshness shown = m_freshness.value(m_shown);
-    QStringList parts;
-    for (const QString &part : {m_shown.project, (m_shown.box + QLatin1Char(' ') + m_shown.address).trimmed(),
-                                ageText(shown.age(now))}) {
-        if (!part.isEmpty()) {
-            parts.append(part);
-        }
-    }
-    if (m_link == Link::Ended) {
-        parts.append(tr("Out of date: not connected"));
-    } else if (m_link == Link::Silent) {
-        parts.append(tr("Out of date: the Box does not answer"));
-    } else if (shown.isLate(now)) {
-        parts.append(tr("Out of date: no new report"));
-    }
-    return parts.join(QStringLiteral(" · "));
 }
 
 void MonitoringPage::showEvent(QShowEvent *event)

@@ -1,27 +1,24 @@
 #pragma once
 
-#include "boxlink/freshness.h"
 #include "boxlink/liveclock.h"
 #include "monitoring/livesource.h"
 
 #include <QBasicTimer>
-#include <QMap>
 #include <QVariantList>
 #include <QWidget>
 
 class LiveDelegate;
 class QCheckBox;
 class QHBoxLayout;
-class QLabel;
 class QLineEdit;
 class QMenu;
 class QTableWidget;
 class QVBoxLayout;
+class SourceLine;
 
-// The page of one PLC's live values: above the table a line that tells whose values it shows and how old they
-// are, a filter and a check for rows that are not valid; on it a menu that copies the selection and exports
-// what is shown. Once the session has ended, the Box does not answer, or the next report is overdue, the line
-// says so and the values are grey.
+// The page of one PLC's live values: above the table the line of their source, a filter and a check for rows
+// that are not valid; on it a menu that copies the selection and exports what is shown. Values that are out
+// of date are grey.
 class MonitoringPage : public QWidget
 {
     Q_OBJECT
@@ -31,21 +28,18 @@ public:
     // By default the clock is the system's.
     void setClock(const LiveClock &clock);
 
-    // Takes notice of a report of the source at that time, which was not to be shown.
+    // As the functions of the line.
     void noteReport(const LiveSource &source, qint64 time);
+    void endSession();
+    void setAnswering(bool answers);
     // Shows the rows of a report, as MonitoringTable::update() takes them, and whose they are.
     void showReport(const QVariantList &rows, const QString &time, const LiveSource &source);
-    // The session with the Box of the values has ended, until the next report. Values without a Box only age.
-    void endSession();
-    // Whether that Box answers. It does with each report, and nothing is known of one whose session has
-    // ended.
-    void setAnswering(bool answers);
     // Brings line and colours up to the clock. While the page is on screen it does so each second.
     void refresh();
 
     // What has been shown last, and whose it is.
     QTableWidget *table() const { return m_table; }
-    const LiveSource &source() const { return m_shown; }
+    const LiveSource &source() const;
 
     // Puts a tool behind the check, or a line between the tools and the table. The page owns them.
     void addTool(QWidget *tool);
@@ -66,11 +60,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    enum class Link { Up, Silent, Ended };
-
     void layOut();
-    void setLink(Link link);
-    QString sourceLine(qint64 now) const;
     void awaitEndOfMarks();
     // Hides the rows whose name and address both lack the filter's text, whatever its case, and with the
     // check those that are valid. A row is hidden by its number, so this runs anew whenever rows come, move
@@ -90,7 +80,7 @@ private:
 
     QVBoxLayout *m_layout;
     QHBoxLayout *m_tools;
-    QLabel *m_source;
+    SourceLine *m_source;
     QLineEdit *m_filter;
     QCheckBox *m_onlyNotValid;
     QTableWidget *m_table;
@@ -104,8 +94,4 @@ private:
     QBasicTimer m_second;
     QBasicTimer m_mark; // runs while a value may be marked as just changed
     qint64 m_marksEnd = 0;
-    LiveSource m_shown;
-    QMap<LiveSource, Freshness> m_freshness; // each may report more or less often
-    Link m_link = Link::Up;                  // with the Box, since the last report
-    bool m_outOfDate = false;
 };

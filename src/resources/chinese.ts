@@ -1258,6 +1258,13 @@
         <translation>无法写入文件 %1。</translation>
     </message>
     <message>
+        <source>Only not valid</source>
+        <translation>仅显示非有效值</translation>
+    </message>
+</context>
+<context>
+    <name>SourceLine</name>
+    <message>
         <source>%1 s</source>
         <translation>%1 秒</translation>
     </message>
@@ -1268,10 +1275,6 @@
     <message>
         <source>%1 h</source>
         <translation>%1 小时</translation>
-    </message>
-    <message>
-        <source>Only not valid</source>
-        <translation>仅显示非有效值</translation>
     </message>
     <message>
         <source>Project, Box and address of these values, and the time since their last report</source>

@@ -1256,6 +1256,13 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
+        <source>Only not valid</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>SourceLine</name>
+    <message>
         <source>%1 s</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1265,10 +1272,6 @@
     </message>
     <message>
         <source>%1 h</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Only not valid</source>
         <translation type="unfinished"></translation>
     </message>
     <message>

@@ -1,0 +1,85 @@
+#include "monitoring/sourceline.h"
+
+namespace {
+
+QString ageText(qint64 age)
+{
+    const qint64 seconds = age / 1000;
+    if (seconds < 120) {
+        return SourceLine::tr("%1 s").arg(seconds);
+    }
+    const qint64 minutes = seconds / 60;
+    return minutes < 120 ? SourceLine::tr("%1 min").arg(minutes) : SourceLine::tr("%1 h").arg(minutes / 60);
+}
+
+} // namespace
+
+SourceLine::SourceLine(QWidget *parent)
+    : QLabel(parent)
+{
+    setObjectName(QStringLiteral("source"));
+    setTextFormat(Qt::PlainText); // names of the user and of the Box
+    setWordWrap(true);
+    setToolTip(tr("Project, Box and address of these values, and the time since their last report"));
+    hide();
+}
+
+void SourceLine::noteReport(const LiveSource &source, qint64 time)
+{
+    m_freshness[source].report(time);
+}
+
+void SourceLine::showReport(const LiveSource &source, qint64 now)
+{
+    m_shown = source;
+    m_link = Link::Up;
+    noteReport(source, now);
+}
+
+void SourceLine::setAnswering(bool answers)
+{
+    if (m_link != Link::Ended) {
+        setLink(answers ? Link::Up : Link::Silent);
+    }
+}
+
+void SourceLine::setLink(Link link)
+{
+    if (link != Link::Up) {
+        for (Freshness &freshness : m_freshness) {
+            freshness.interrupt();
+        }
+    }
+    if (!m_shown.box.isEmpty() || !m_shown.address.isEmpty()) {
+        m_link = link;
+    }
+}
+
+void SourceLine::refresh(qint64 now)
+{
+    const Freshness shown = m_freshness.value(m_shown);
+    if (!shown.hasReport()) {
+        return;
+    }
+    QStringList parts{m_shown.project, (m_shown.box + QLatin1Char(' ') + m_shown.address).trimmed(),
+                      ageText(shown.age(now))};
+    parts.removeAll(QString());
+    bool outOfDate = true;
+    if (m_link == Link::Ended) {
+        parts.append(tr("Out of date: not connected"));
+    } else if (m_link == Link::Silent) {
+        parts.append(tr("Out of date: the Box does not answer"));
+    } else if (shown.isLate(now)) {
+        parts.append(tr("Out of date: no new report"));
+    } else {
+        outOfDate = false;
+    }
+    setText(parts.join(QStringLiteral(" · ")));
+    if (outOfDate != m_outOfDate) {
+        m_outOfDate = outOfDate;
+        QFont weighed = font();
+        weighed.setBold(outOfDate);
+        setFont(weighed);
+    }
+    show();
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "boxlink/freshness.h"
+#include "monitoring/livesource.h"
+
+#include <QLabel>
+#include <QMap>
+
+// The line that tells whose live values a page shows and how old they are. Once the session has ended, the
+// Box does not answer, or the next report is overdue, the line says so in bold. Times are in ms of one clock;
+// the line is hidden before the first report.
+class SourceLine : public QLabel
+{
+    Q_OBJECT
+public:
+    explicit SourceLine(QWidget *parent);
+
+    // Takes notice of a report of the source at that time, which was not to be shown.
+    void noteReport(const LiveSource &source, qint64 time);
+    // The page shows a report of the source from now on.
+    void showReport(const LiveSource &source, qint64 now);
+    // The session with the Box of the values has ended, until the next report. Values without a Box only age.
+    void endSession() { setLink(Link::Ended); }
+    // Whether that Box answers. It does with each report, and nothing is known of one whose session has
+    // ended.
+    void setAnswering(bool answers);
+    // Brings the line up to the time.
+    void refresh(qint64 now);
+
+    // Whose values are shown.
+    const LiveSource &source() const { return m_shown; }
+    bool hasReport() const { return m_freshness.value(m_shown).hasReport(); }
+    // As the line says it.
+    bool isOutOfDate() const { return m_outOfDate; }
+
+private:
+    enum class Link { Up, Silent, Ended };
+
+    void setLink(Link link);
+
+    LiveSource m_shown;
+    QMap<LiveSource, Freshness> m_freshness; // each may report more or less often
+    Link m_link = Link::Up;                  // with the Box, since the last report
+    bool m_outOfDate = false;
+};
