@@ -3,37 +3,31 @@
 #include "definitions/plccatalogue.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
-#include "widgets/combobox.h"
 
 #include <QComboBox>
 #include <QFormLayout>
 #include <QIcon>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 PLCInputDialog::PLCInputDialog(QWidget *parent)
     : QDialog(parent)
-    , m_name(new QLineEdit(this))
-    , m_manufacturer(new ComboBox(this))
-    , m_protocol(new ComboBox(this))
+    , m_fields(staticMetaObject.className(), Definitions::Kind::Plc)
 {
     setWindowTitle(tr("Add PLC"));
     setWindowIcon(QIcon(QStringLiteral(":/adsdemo/images/PLC (2).png")));
     resize(500, 200);
-    m_name->setObjectName(QStringLiteral("name"));
-    m_manufacturer->setObjectName(QStringLiteral("manufacturer"));
-    m_protocol->setObjectName(QStringLiteral("protocol"));
-    m_manufacturer->addItems(PlcCatalogue::manufacturers());
-    connect(m_manufacturer, &QComboBox::currentTextChanged, this, &PLCInputDialog::updateModelList);
-    updateModelList(m_manufacturer->currentText());
 
     auto *layout = new QVBoxLayout(this);
     auto *form = new QFormLayout;
     layout->addLayout(form);
-    form->addRow(tr("PLC Name:"), m_name);
-    form->addRow(tr("Manufacturer:"), m_manufacturer);
-    form->addRow(tr("Protocol:"), m_protocol);
+    m_fields.setLayout(form);
+    m_name = m_fields.add<TextField>(FormField::noRole, "name", tr("PLC Name:"));
+    m_manufacturer = m_fields.add<ListField>(FormField::noRole, "manufacturer", tr("Manufacturer:"))
+                         ->entries(PlcCatalogue::manufacturers());
+    m_protocol = m_fields.add<ListField>(FormField::noRole, "protocol", tr("Protocol:"));
+    connect(m_manufacturer->list(), &QComboBox::currentTextChanged, this, &PLCInputDialog::updateModelList);
+    updateModelList(m_manufacturer->text());
     layout->addStretch();
 
     const QPushButton *ok = FormPage::appendDialogButtons(layout, tr("OK"), tr("Cancel"));
@@ -46,23 +40,8 @@ PLCInputDialog::~PLCInputDialog()
     logToFile(QStringLiteral("PLCInputDialog: destroyed"));
 }
 
-QString PLCInputDialog::plcName() const
-{
-    return m_name->text();
-}
-
-QString PLCInputDialog::manufacturer() const
-{
-    return m_manufacturer->currentText();
-}
-
-QString PLCInputDialog::protocol() const
-{
-    return m_protocol->currentText();
-}
-
 void PLCInputDialog::updateModelList(QString manufacturer)
 {
-    m_protocol->clear();
-    m_protocol->addItems(PlcCatalogue::protocols(manufacturer));
+    m_protocol->list()->clear();
+    m_protocol->entries(PlcCatalogue::protocols(manufacturer));
 }

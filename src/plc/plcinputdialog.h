@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QDialog>
+#include "forms/fieldgroup.h"
 
-class QComboBox;
-class QLineEdit;
+#include <QDialog>
 
 // The modal dialog "Add PLC": asks for the name, the manufacturer and the protocol of a new PLC and checks
 // none of them.
@@ -15,16 +14,17 @@ public:
     ~PLCInputDialog() override;
 
     // As typed, blanks included.
-    QString plcName() const;
-    QString manufacturer() const;
-    QString protocol() const;
+    QString plcName() const { return m_name->text(); }
+    QString manufacturer() const { return m_manufacturer->text(); }
+    QString protocol() const { return m_protocol->text(); }
 
 public slots:
     // Offers the protocols of the manufacturer; the first becomes current.
     void updateModelList(QString manufacturer);
 
 private:
-    QLineEdit *m_name;
-    QComboBox *m_manufacturer;
-    QComboBox *m_protocol;
+    FieldGroup m_fields;
+    TextField *m_name;
+    ListField *m_manufacturer;
+    ListField *m_protocol;
 };

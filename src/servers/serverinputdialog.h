@@ -1,13 +1,11 @@
 #pragma once
 
+#include "forms/fieldgroup.h"
+
+#include <QComboBox>
 #include <QDialog>
 #include <QStringList>
 #include <QVector>
-
-class QComboBox;
-class QFormLayout;
-class QLineEdit;
-class QValidator;
 
 // The modal dialog "Add Server": asks for what a new Server of any protocol needs, shows the inputs of the
 // chosen one, and checks none of them. Only a second "ModbusTCP(Slave)" is refused.
@@ -22,20 +20,19 @@ public:
     void setExistingProtocols(const QStringList &protocols) { m_existingProtocols = protocols; }
 
     // Also what is in an input that the chosen protocol hides.
-    QString name() const;
-    QString description() const;
+    QString name() const { return m_name->text(); }
+    QString description() const { return m_description->text(); }
     // The key, whatever the list shows.
-    QString protocol() const;
-    QString ip() const;
-    QString port() const;
-    QString domain() const;
+    QString protocol() const { return m_protocol->list()->currentData().toString(); }
+    QString ip() const { return m_ip->text(); }
+    QString port() const { return m_port->text(); }
+    QString domain() const { return m_domain->text(); }
 
 public slots:
     // Presets and shows what the protocol needs, which is given as the list shows it.
     void updateProtocolOptions(const QString &protocol);
 
 private:
-    QLineEdit *makeEdit(const char *name, QValidator *validator = nullptr);
     void fillForm(QFormLayout *form);
 
     struct Option {
@@ -44,11 +41,12 @@ private:
     };
 
     QStringList m_existingProtocols;
-    QLineEdit *m_name;
-    QLineEdit *m_description;
-    QComboBox *m_protocol;
-    QLineEdit *m_ip;
-    QLineEdit *m_port;
-    QLineEdit *m_domain;
+    FieldGroup m_fields;
+    TextField *m_name = nullptr;
+    TextField *m_description = nullptr;
+    ListField *m_protocol = nullptr;
+    TextField *m_ip = nullptr;
+    TextField *m_port = nullptr;
+    TextField *m_domain = nullptr;
     QVector<Option> m_options; // what only some protocols show
 };

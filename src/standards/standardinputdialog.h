@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QDialog>
+#include "forms/fieldgroup.h"
 
-class QComboBox;
-class QLineEdit;
+#include <QDialog>
 
 // The modal dialog "Add Standard": asks for the name and the protocol of a new Standard and checks neither.
 class standardInputDialog : public QDialog
@@ -13,11 +12,12 @@ public:
     explicit standardInputDialog(QWidget *parent = nullptr);
     ~standardInputDialog() override;
 
-    QString name() const;
+    QString name() const { return m_name->text(); }
     // "DLT645" or "Modbus".
-    QString protocol() const;
+    QString protocol() const { return m_protocol->text(); }
 
 private:
-    QLineEdit *m_name;
-    QComboBox *m_protocol;
+    FieldGroup m_fields;
+    TextField *m_name;
+    ListField *m_protocol;
 };
