@@ -95,6 +95,16 @@ void transmitBoxData(const QJsonObject &box, QStandardItem *item)
     DefinitionObject::read(Kind::Box, box, item, Texts());
 }
 
+void transmitPlcData(const QJsonObject &plc, QStandardItem *item)
+{
+    DefinitionObject::read(Kind::Plc, plc, item, Texts());
+}
+
+void transmitServerData(const QJsonObject &server, QStandardItem *item)
+{
+    DefinitionObject::read(Kind::Server, server, item, Texts());
+}
+
 QStandardItem *loadProject(QStandardItemModel &model, const QJsonObject &root, const QString &folderPath)
 {
     const QString name = root.value(nameKey).toString();

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "boxes/protocol.h"
-#include "document/plcdocument.h"
 #include "document/projectreader.h"
 #include "document/projectwriter.h"
-#include "document/serverdocument.h"
 #include "mainwindow/docklayout.h"
 #include "model/workspace.h"
 

@@ -1,9 +1,15 @@
-#include "document/plcdocument.h"
+#include "document/definitionobject.h"
+#include "document/projectreader.h"
 
 #include "readertest.h"
 #include "tablerow.h"
 
 namespace {
+
+QJsonObject plcObject(const QStandardItem &plc)
+{
+    return DefinitionObject::write(Definitions::Kind::Plc, plc, DocumentKeys::Texts());
+}
 
 // One key of an object: under which it is written and read, and its role; a flag is "1" or "0".
 struct Key {

@@ -1,8 +1,14 @@
-#include "document/serverdocument.h"
+#include "document/definitionobject.h"
+#include "document/projectreader.h"
 
 #include "readertest.h"
 
 namespace {
+
+QJsonObject serverObject(const QStandardItem &server)
+{
+    return DefinitionObject::write(Definitions::Kind::Server, server, DocumentKeys::Texts());
+}
 
 constexpr int firstRole = serverDescriptionRole;
 constexpr int lastRole = serverInputRegistersRole;
