@@ -10,10 +10,9 @@
 namespace {
 
 // The texts belong to the form that starts the transfers.
-QString text(const char *source)
-{
-    return QCoreApplication::translate("BoxEditDialog", source);
-}
+struct Text {
+    Q_DECLARE_TR_FUNCTIONS(BoxEditDialog)
+};
 
 } // namespace
 
@@ -44,8 +43,7 @@ bool FileTransfer::connectToBox()
 {
     if (m_job.localAddress != anyAddress() && !m_socket->bind(QHostAddress(m_job.localAddress), 0)) {
         m_result.ending = Ending::NotBound;
-        m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Binding Status: Failed to bind to %1"))
-                            .arg(m_job.localAddress);
+        m_result.line = Text::tr("Binding Status: Failed to bind to %1").arg(m_job.localAddress);
         delete m_socket;
         return false;
     }
@@ -54,8 +52,7 @@ bool FileTransfer::connectToBox()
     if (!m_socket->waitForConnected(m_timeouts.connecting)) {
         m_result.ending = Ending::NotConnected;
         // Compat: a project that finds no Box is told in the words of a program.
-        m_result.line = text(QT_TRANSLATE_NOOP(
-            "BoxEditDialog", "Connection Status:Failed to connect to server for program update."));
+        m_result.line = Text::tr("Connection Status:Failed to connect to server for program update.");
         delete m_socket;
         return false;
     }
@@ -66,15 +63,14 @@ bool FileTransfer::sendChunks()
 {
     if (!m_frames.open()) {
         m_result.ending = Ending::FileUnreadable;
-        m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
-        m_result.messageText = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file."));
+        m_result.messageTitle = Text::tr("Error");
+        m_result.messageText = Text::tr("Failed to open program file.");
         return false;
     }
     m_progress(0);
     for (QByteArray frame = m_frames.nextChunk(); !frame.isEmpty(); frame = m_frames.nextChunk()) {
         if (!isOpen()) {
-            m_result.line =
-                text(QT_TRANSLATE_NOOP("BoxEditDialog", "Connection Status:Not connected to server."));
+            m_result.line = Text::tr("Connection Status:Not connected to server.");
             break;
         }
         send(frame);
@@ -90,9 +86,8 @@ bool FileTransfer::sendDigest()
     const std::optional<QByteArray> digest = m_frames.digest();
     if (!digest) {
         m_result.ending = Ending::FileUnreadable;
-        m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Error"));
-        m_result.messageText =
-            text(QT_TRANSLATE_NOOP("BoxEditDialog", "Failed to open program file for checksum."));
+        m_result.messageTitle = Text::tr("Error");
+        m_result.messageText = Text::tr("Failed to open program file for checksum.");
         return false;
     }
     if (m_job.removeWhenDigested) {
@@ -123,11 +118,9 @@ void FileTransfer::awaitVerdict()
     if (!timer.isActive()) {
         m_progress(0);
         m_result.ending = Ending::NoVerdict;
-        m_result.messageTitle = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout"));
-        m_result.messageText =
-            text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout while waiting for checksum result."));
-        m_result.line =
-            text(QT_TRANSLATE_NOOP("BoxEditDialog", "Timeout:Timeout while waiting for checksum result."));
+        m_result.messageTitle = Text::tr("Timeout");
+        m_result.messageText = Text::tr("Timeout while waiting for checksum result.");
+        m_result.line = Text::tr("Timeout:Timeout while waiting for checksum result.");
     } else {
         judge(m_socket->readAll());
         m_result.ended = true;
@@ -143,19 +136,18 @@ void FileTransfer::judge(const QByteArray &answer)
     m_result.ending = TransferFrames::endingOf(verdict);
     switch (verdict) {
     case TransferVerdict::Success:
-        m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum successful."));
+        m_result.line = Text::tr("Checksum Result:Checksum successful.");
         return;
     case TransferVerdict::Broken:
         return;
     case TransferVerdict::OtherCommand:
-        m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Command type error."));
+        m_result.line = Text::tr("Checksum Result:Command type error.");
         break;
     case TransferVerdict::OtherSubType:
-        m_result.line =
-            text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Verification data return value error."));
+        m_result.line = Text::tr("Checksum Result:Verification data return value error.");
         break;
     case TransferVerdict::Failure:
-        m_result.line = text(QT_TRANSLATE_NOOP("BoxEditDialog", "Checksum Result:Checksum failed."));
+        m_result.line = Text::tr("Checksum Result:Checksum failed.");
         break;
     }
     m_progress(0);

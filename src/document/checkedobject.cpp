@@ -3,8 +3,6 @@
 #include "definitions/choices.h"
 #include "definitions/documentkeys.h"
 
-#include <QCoreApplication>
-
 using namespace Definitions;
 
 CheckedObject::CheckedObject(const QJsonObject &object, const QString &folder, int row,
@@ -87,11 +85,6 @@ void CheckedObject::checkValues(Severity severity, Kind kind, unsigned subKinds,
     }
 }
 
-QString CheckText::translated(const char *source)
-{
-    return QCoreApplication::translate("ProjectCheck", source);
-}
-
 QString CheckText::labelOf(const QString &key)
 {
     static const struct {
@@ -123,7 +116,7 @@ QString CheckText::labelOf(const QString &key)
     };
     for (const auto &each : labels) {
         if (key == each.key) {
-            return translated(each.label);
+            return tr(each.label);
         }
     }
     return key;
@@ -131,23 +124,22 @@ QString CheckText::labelOf(const QString &key)
 
 QString CheckText::empty(const QString &label)
 {
-    return translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 is empty.")).arg(label);
+    return tr("%1 is empty.").arg(label);
 }
 
 QString CheckText::noList(const QString &key)
 {
-    return translated(QT_TRANSLATE_NOOP("ProjectCheck", "'%1' is not a list of objects.")).arg(key);
+    return tr("'%1' is not a list of objects.").arg(key);
 }
 
 QString CheckText::noText(const QString &label)
 {
-    return translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 is not a text.")).arg(label);
+    return tr("%1 is not a text.").arg(label);
 }
 
 QString CheckText::notInList(const QString &label, const QString &value)
 {
-    return translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 is '%2', which no list has."))
-        .arg(label, shortened(value));
+    return tr("%1 is '%2', which no list has.").arg(label, shortened(value));
 }
 
 QString CheckText::shortened(const QString &text)

@@ -3,6 +3,7 @@
 #include "definitions/values.h"
 #include "document/projectcheck.h"
 
+#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -42,18 +43,16 @@ private:
     QVector<ProjectCheck::Remark> *m_remarks;
 };
 
-// The words of the check.
-namespace CheckText {
-
-// A source text of the context ProjectCheck in the language in force.
-QString translated(const char *source);
-// What the user knows a value of the document by; the key itself if that is all there is.
-QString labelOf(const QString &key);
-QString empty(const QString &label);
-QString noText(const QString &label);
-QString noList(const QString &key);
-QString notInList(const QString &label, const QString &value);
-// In one line of bearable length, for texts from outside.
-QString shortened(const QString &text);
-
-} // namespace CheckText
+// The words of the check, in the language in force.
+struct CheckText {
+    Q_DECLARE_TR_FUNCTIONS(ProjectCheck)
+public:
+    // What the user knows a value of the document by; the key itself if that is all there is.
+    static QString labelOf(const QString &key);
+    static QString empty(const QString &label);
+    static QString noText(const QString &label);
+    static QString noList(const QString &key);
+    static QString notInList(const QString &label, const QString &value);
+    // In one line of bearable length, for texts from outside.
+    static QString shortened(const QString &text);
+};

@@ -7,7 +7,6 @@
 #include <QStringList>
 
 using namespace DocumentKeys;
-using CheckText::translated;
 
 namespace {
 
@@ -16,8 +15,7 @@ constexpr int mostTold = 5; // of rows or names in one remark
 QString andMore(const QStringList &told, int all)
 {
     const QString list = told.join(QLatin1String(", "));
-    return all > told.size() ? translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 and %2 more"))
-                                   .arg(list, QString::number(all - told.size()))
+    return all > told.size() ? CheckText::tr("%1 and %2 more").arg(list, QString::number(all - told.size()))
                              : list;
 }
 
@@ -42,10 +40,7 @@ void tell(CheckedObject *standard, const PointCheck::Tab &tab, Severity severity
           const QString &fault)
 {
     if (!rows.numbers.isEmpty()) {
-        standard->add(
-            severity,
-            tab.place()
-                + translated(QT_TRANSLATE_NOOP("ProjectCheck", "rows %1: %2")).arg(rows.text(), fault));
+        standard->add(severity, tab.place() + CheckText::tr("rows %1: %2").arg(rows.text(), fault));
     }
 }
 
@@ -94,9 +89,8 @@ public:
     void tell(CheckedObject *standard, const PointCheck::Tab &tab, bool isMeter) const
     {
         // A meter's point has the address of its item, and no column of its own for it.
-        const QString noAddress = isMeter
-            ? translated(QT_TRANSLATE_NOOP("ProjectCheck", "The item is not one of this protocol version."))
-            : CheckText::empty(CheckText::labelOf(addrKey));
+        const QString noAddress = isMeter ? CheckText::tr("The item is not one of this protocol version.")
+                                          : CheckText::empty(CheckText::labelOf(addrKey));
         ::tell(standard, tab, Severity::Error, m_withoutAddress, noAddress);
         ::tell(standard, tab, Severity::Warning, m_withoutName,
                CheckText::empty(CheckText::labelOf(nameKey)));
@@ -128,9 +122,8 @@ QString PointCheck::Tab::address() const
 QString PointCheck::Tab::place() const
 {
     const QString shown = CheckText::shortened(address());
-    return shown.isEmpty()
-        ? translated(QT_TRANSLATE_NOOP("ProjectCheck", "Tab %1: ")).arg(number)
-        : translated(QT_TRANSLATE_NOOP("ProjectCheck", "Tab %1 (%2): ")).arg(number).arg(shown);
+    return shown.isEmpty() ? CheckText::tr("Tab %1: ").arg(number)
+                           : CheckText::tr("Tab %1 (%2): ").arg(number).arg(shown);
 }
 
 void PointCheck::Names::add(const QString &name, int tab, int row)
@@ -151,15 +144,13 @@ void PointCheck::Names::tellShared(CheckedObject *standard) const
     QStringList told;
     const QVector<Shared> first = m_shared.mid(0, mostTold);
     for (const Shared &shared : first) {
-        told.append(translated(QT_TRANSLATE_NOOP("ProjectCheck", "'%1' (tab %2 row %3, tab %4 row %5)"))
+        told.append(CheckText::tr("'%1' (tab %2 row %3, tab %4 row %5)")
                         .arg(CheckText::shortened(shared.name), QString::number(shared.first.tab),
                              QString::number(shared.first.row), QString::number(shared.second.tab),
                              QString::number(shared.second.row)));
     }
-    standard->warning(
-        translated(
-            QT_TRANSLATE_NOOP("ProjectCheck", "Points of one name share a row of the Box's reports: %1."))
-            .arg(andMore(told, m_shared.size())));
+    standard->warning(CheckText::tr("Points of one name share a row of the Box's reports: %1.")
+                          .arg(andMore(told, m_shared.size())));
 }
 
 void PointCheck::check(CheckedObject *standard, const Tab &tab, bool isMeter, Names *names)

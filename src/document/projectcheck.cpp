@@ -36,12 +36,10 @@ void checkBox(CheckedObject *box)
 
 QString Remark::line() const
 {
-    const QString word = severity == Severity::Error
-        ? CheckText::translated(QT_TRANSLATE_NOOP("ProjectCheck", "Error"))
-        : CheckText::translated(QT_TRANSLATE_NOOP("ProjectCheck", "Warning"));
+    const QString word = severity == Severity::Error ? CheckText::tr("Error") : CheckText::tr("Warning");
     const QString shown = CheckText::shortened(name);
     const QString place = folder.isEmpty() ? shown : folder + QLatin1Char('/') + shown;
-    return CheckText::translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1: %2: %3")).arg(word, place, text);
+    return CheckText::tr("%1: %2: %3").arg(word, place, text);
 }
 
 QVector<Remark> remarksOn(const QJsonObject &project, const QDateTime &now)

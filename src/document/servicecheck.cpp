@@ -11,7 +11,6 @@
 #include <algorithm>
 
 using namespace Definitions;
-using CheckText::translated;
 
 namespace {
 
@@ -33,14 +32,13 @@ void checkDates(CheckedObject *service, Severity severity, const QString &label,
     for (const QSslCertificate &certificate : certificates) {
         if (certificate.expiryDate() < now) {
             service->add(severity,
-                         translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 expired on %2."))
-                             .arg(label, dayOf(certificate.expiryDate())));
+                         CheckText::tr("%1 expired on %2.").arg(label, dayOf(certificate.expiryDate())));
             return;
         }
         if (certificate.effectiveDate() > now) {
-            service->add(severity,
-                         translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 is not valid before %2."))
-                             .arg(label, dayOf(certificate.effectiveDate())));
+            service->add(
+                severity,
+                CheckText::tr("%1 is not valid before %2.").arg(label, dayOf(certificate.effectiveDate())));
             return;
         }
     }
@@ -55,8 +53,7 @@ Certificates checkCertificate(CheckedObject *service, Severity severity, const Q
     }
     const Certificates certificates = CertificateCheck::certificatesIn(content);
     if (certificates.isEmpty()) {
-        service->add(severity,
-                     translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1 cannot be read.")).arg(label));
+        service->add(severity, CheckText::tr("%1 cannot be read.").arg(label));
     }
     checkDates(service, severity, label, certificates, now);
     return certificates;
@@ -64,26 +61,23 @@ Certificates checkCertificate(CheckedObject *service, Severity severity, const Q
 
 void tellMissing(CheckedObject *service, Severity severity, const QString &label)
 {
-    service->add(severity,
-                 translated(QT_TRANSLATE_NOOP("ProjectCheck", "SSL is on, and %1 is missing.")).arg(label));
+    service->add(severity, CheckText::tr("SSL is on, and %1 is missing.").arg(label));
 }
 
 void checkKey(CheckedObject *service, const Certificates &certificates)
 {
     const QString key = service->text("serverKey", extended);
     if (key.isEmpty()) {
-        tellMissing(service, Severity::Error,
-                    translated(QT_TRANSLATE_NOOP("ProjectCheck", "the server key")));
+        tellMissing(service, Severity::Error, CheckText::tr("the server key"));
     } else if (!certificates.isEmpty()) {
         switch (
             CertificateCheck::fit(certificates.first(), key, service->text("serverKeyPassword", extended))) {
         case CertificateCheck::Fit::Different:
-            service->error(translated(
-                QT_TRANSLATE_NOOP("ProjectCheck", "The server key does not fit the server certificate.")));
+            service->error(CheckText::tr("The server key does not fit the server certificate."));
             break;
         case CertificateCheck::Fit::Unreadable:
-            service->error(translated(QT_TRANSLATE_NOOP(
-                "ProjectCheck", "The server key cannot be read; perhaps its password is another one.")));
+            service->error(
+                CheckText::tr("The server key cannot be read; perhaps its password is another one."));
             break;
         case CertificateCheck::Fit::Fits:
         case CertificateCheck::Fit::Unknown:
@@ -100,20 +94,16 @@ void checkClients(CheckedObject *service, const QDateTime &now)
         const QByteArray number = QByteArray::number(client);
         const QString content = service->text(("clientCertificate" + number).constData(), extended);
         const QString path = service->text(("clientCertificatePath" + number).constData(), extended);
-        const QString label =
-            translated(QT_TRANSLATE_NOOP("ProjectCheck", "the client certificate %1")).arg(client);
+        const QString label = CheckText::tr("the client certificate %1").arg(client);
         any = any || !content.isEmpty();
         if (content.isEmpty() && !path.isEmpty()) {
             tellMissing(service, Severity::Warning, label);
         }
-        checkCertificate(
-            service, Severity::Warning,
-            translated(QT_TRANSLATE_NOOP("ProjectCheck", "The client certificate %1")).arg(client), content,
-            now);
+        checkCertificate(service, Severity::Warning, CheckText::tr("The client certificate %1").arg(client),
+                         content, now);
     }
     if (!any) {
-        service->warning(translated(
-            QT_TRANSLATE_NOOP("ProjectCheck", "Clients have to show a certificate, and none is given.")));
+        service->warning(CheckText::tr("Clients have to show a certificate, and none is given."));
     }
 }
 
@@ -124,18 +114,15 @@ void checkSsl(CheckedObject *service, const QDateTime &now)
     const QString server = service->text("serverCertificate", extended);
     if (root.isEmpty()) {
         tellMissing(service, verifies ? Severity::Error : Severity::Warning,
-                    translated(QT_TRANSLATE_NOOP("ProjectCheck", "the root certificate")));
+                    CheckText::tr("the root certificate"));
     }
-    checkCertificate(service, Severity::Error,
-                     translated(QT_TRANSLATE_NOOP("ProjectCheck", "The root certificate")), root, now);
+    checkCertificate(service, Severity::Error, CheckText::tr("The root certificate"), root, now);
     if (server.isEmpty()) {
-        tellMissing(service, Severity::Error,
-                    translated(QT_TRANSLATE_NOOP("ProjectCheck", "the server certificate")));
+        tellMissing(service, Severity::Error, CheckText::tr("the server certificate"));
     }
-    checkKey(service,
-             checkCertificate(service, Severity::Error,
-                              translated(QT_TRANSLATE_NOOP("ProjectCheck", "The server certificate")), server,
-                              now));
+    checkKey(
+        service,
+        checkCertificate(service, Severity::Error, CheckText::tr("The server certificate"), server, now));
     if (verifies) {
         checkClients(service, now);
     }
@@ -172,7 +159,6 @@ void ServiceCheck::check(CheckedObject *service, const QDateTime &now)
     if (service->text("enableSSL") == QLatin1String("true")) {
         checkSsl(service, now);
     } else if (login == QLatin1String("1") && service->text("password", extended).isEmpty()) {
-        service->error(translated(
-            QT_TRANSLATE_NOOP("ProjectCheck", "Clients have to give a password, and it is empty.")));
+        service->error(CheckText::tr("Clients have to give a password, and it is empty."));
     }
 }

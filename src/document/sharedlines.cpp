@@ -5,7 +5,6 @@
 #include <QStringList>
 
 using namespace Definitions;
-using CheckText::translated;
 
 namespace {
 
@@ -37,9 +36,8 @@ void SharedLines::addStandard(CheckedObject *standard, unsigned kind)
         if (first == m_networks.constEnd()) {
             m_networks.insert(m_line, standard->name());
         } else {
-            standard->warning(
-                translated(QT_TRANSLATE_NOOP("ProjectCheck", "'%1' has the same IP address and port, %2."))
-                    .arg(CheckText::shortened(*first), CheckText::shortened(m_line)));
+            standard->warning(CheckText::tr("'%1' has the same IP address and port, %2.")
+                                  .arg(CheckText::shortened(*first), CheckText::shortened(m_line)));
         }
     } else if (kind & (ModbusRtu | Meter | CustomPoll)) {
         m_line = standard->text("serialport", Place::Parameter);
@@ -61,16 +59,15 @@ void SharedLines::compareSettings(CheckedObject *standard, const QString &port)
         const QString own = standard->text(key, Place::Parameter);
         const QString other = first->text(key, Place::Parameter);
         if (own != other) {
-            different.append(translated(QT_TRANSLATE_NOOP("ProjectCheck", "%1: %2, not %3"))
+            different.append(CheckText::tr("%1: %2, not %3")
                                  .arg(CheckText::labelOf(QLatin1String(key)), CheckText::shortened(other),
                                       CheckText::shortened(own)));
         }
     }
     if (!different.isEmpty()) {
-        standard->error(
-            translated(QT_TRANSLATE_NOOP("ProjectCheck", "'%1' uses %2 with other settings (%3)."))
-                .arg(CheckText::shortened(first->name()), CheckText::shortened(port),
-                     different.join(QLatin1String("; "))));
+        standard->error(CheckText::tr("'%1' uses %2 with other settings (%3).")
+                            .arg(CheckText::shortened(first->name()), CheckText::shortened(port),
+                                 different.join(QLatin1String("; "))));
     }
 }
 
@@ -83,14 +80,10 @@ void SharedLines::addStation(CheckedObject *standard, const PointCheck::Tab &tab
     const QString key = m_line + (isMeter ? QLatin1String("|meter|") : QLatin1String("|station|")) + address;
     const auto first = m_stations.constFind(key);
     if (first == m_stations.constEnd()) {
-        m_stations.insert(key,
-                          translated(QT_TRANSLATE_NOOP("ProjectCheck", "tab %1 of '%2'"))
-                              .arg(tab.number)
-                              .arg(CheckText::shortened(standard->name())));
+        m_stations.insert(
+            key, CheckText::tr("tab %1 of '%2'").arg(tab.number).arg(CheckText::shortened(standard->name())));
     } else {
-        standard->warning(
-            tab.place()
-            + translated(QT_TRANSLATE_NOOP("ProjectCheck", "the same device as %1, on the same line."))
-                  .arg(*first));
+        standard->warning(tab.place()
+                          + CheckText::tr("the same device as %1, on the same line.").arg(*first));
     }
 }

@@ -2,13 +2,13 @@
 
 #include "definitions/dlt645items.h"
 #include "forms/formpage.h"
+#include "standards/standarddlt645editdialog.h"
 #include "standards/standardtabs.h"
 #include "widgets/tablecopy.h"
 #include "widgets/tableheader.h"
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QFormLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -16,14 +16,6 @@
 #include <QTableWidget>
 
 namespace {
-
-// The texts belong to the form.
-constexpr char context[] = "standardDLT645EditDialog";
-
-QString translated(const char *source)
-{
-    return QCoreApplication::translate(context, source);
-}
 
 QCheckBox *tickOf(const QTableWidget *table, int row)
 {
@@ -40,7 +32,7 @@ QString textOf(const QTableWidget *table, int row, int column)
 
 MeterPage::MeterPage(int labelWidth, QWidget *parent)
     : StandardPage(parent)
-    , m_settings(context, Definitions::Kind::Standard)
+    , m_settings("standardDLT645EditDialog", Definitions::Kind::Standard)
 {
     auto *column = new QVBoxLayout(this);
     auto *form = new QFormLayout;
@@ -48,19 +40,18 @@ MeterPage::MeterPage(int labelWidth, QWidget *parent)
     m_settings.setLayout(form);
     m_address = m_settings
                     .add<TextField>(FormField::noRole, "slaveAddressEdit",
-                                    QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Slave Address:"))
+                                    standardDLT645EditDialog::tr("Slave Address:"))
                     ->pattern("^[0-9A-Fa-f]{0,12}$");
     m_address->setText(QStringLiteral("AAAAAAAAAAAA")); // the address that every meter answers to
     m_version =
         m_settings
             .add<ListField>(FormField::noRole, "protocolVersionComboBox",
-                            QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Protocol Version:"))
+                            standardDLT645EditDialog::tr("Protocol Version:"))
             ->entries({Dlt645::versionText(Dlt645::Version2007), Dlt645::versionText(Dlt645::Version1997)});
     m_settings.setLabelWidth(labelWidth - column->contentsMargins().left());
 
-    QPushButton *all =
-        FormPage::button(translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Select All")),
-                         QStringLiteral(":/adsdemo/images/SelectAll.svg"), this);
+    QPushButton *all = FormPage::button(standardDLT645EditDialog::tr("Select All"),
+                                        QStringLiteral(":/adsdemo/images/SelectAll.svg"), this);
     all->setObjectName(QStringLiteral("selectAllButton"));
     connect(all, &QPushButton::clicked, this, &MeterPage::selectAllPressed);
     m_filter = makeFilter();
@@ -78,8 +69,7 @@ QLineEdit *MeterPage::makeFilter()
 {
     auto *filter = new QLineEdit(this);
     filter->setObjectName(QStringLiteral("filter"));
-    filter->setPlaceholderText(
-        translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Filter by data name or name")));
+    filter->setPlaceholderText(standardDLT645EditDialog::tr("Filter by data name or name"));
     filter->setAccessibleName(filter->placeholderText());
     filter->setClearButtonEnabled(true);
     connect(filter, &QLineEdit::textChanged, this, &MeterPage::applyFilter);
@@ -89,9 +79,9 @@ QLineEdit *MeterPage::makeFilter()
 QTableWidget *MeterPage::makeTable()
 {
     auto *table = new QTableWidget(0, 3, this);
-    table->setHorizontalHeaderLabels({translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Select All")),
-                                      translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Data name")),
-                                      translated(QT_TRANSLATE_NOOP("standardDLT645EditDialog", "Name"))});
+    table->setHorizontalHeaderLabels({standardDLT645EditDialog::tr("Select All"),
+                                      standardDLT645EditDialog::tr("Data name"),
+                                      standardDLT645EditDialog::tr("Name")});
     table->setColumnWidth(tickColumn, 40);
     table->setColumnWidth(labelColumn, 150);
     table->setColumnWidth(nameColumn, 90);
