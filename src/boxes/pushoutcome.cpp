@@ -1,7 +1,7 @@
 #include "boxes/pushoutcome.h"
 
 #include "log/timetext.h"
-#include "widgets/svgicon.h"
+#include "widgets/iconground.h"
 
 #include <QCoreApplication>
 #include <QEvent>

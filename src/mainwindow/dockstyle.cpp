@@ -2,7 +2,6 @@
 
 #include "mainwindow/docking.h"
 #include "widgets/iconground.h"
-#include "widgets/svgicon.h"
 
 #include <QAbstractButton>
 #include <QFile>

@@ -2,7 +2,7 @@
 
 #include "forms/formpage.h"
 #include "standards/standardpage.h"
-#include "widgets/svgicon.h"
+#include "widgets/iconground.h"
 
 #include <QContextMenuEvent>
 #include <QLineEdit>

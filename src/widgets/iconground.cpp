@@ -1,7 +1,5 @@
 #include "widgets/iconground.h"
 
-#include "widgets/svgicon.h"
-
 #include <QApplication>
 #include <QPalette>
 
@@ -18,4 +16,9 @@ void IconGround::useInMenus(const QPalette &desktop)
     palette.setColor(QPalette::Highlight, colours.ground);
     palette.setColor(QPalette::HighlightedText, colours.text);
     QApplication::setPalette(palette, "QMenu");
+}
+
+bool isDark(const QPalette &desktop)
+{
+    return desktop.color(QPalette::Window).lightness() < 128;
 }

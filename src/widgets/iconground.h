@@ -15,3 +15,6 @@ struct IconGround {
     // Gives the entry of a menu that the user is at these colours, in all menus of the program.
     static void useInMenus(const QPalette &desktop);
 };
+
+// Whether the desktop is a dark one, where icons drawn for light ground vanish.
+bool isDark(const QPalette &desktop);
