@@ -2,6 +2,7 @@
 
 #include "forms/formpage.h"
 #include "log/activitylog.h"
+#include "model/projecttree.h"
 #include "model/workspace.h"
 #include "widgets/quietline.h"
 
@@ -20,6 +21,7 @@ DefinitionForm::DefinitionForm(const Names &names, QStandardItem *item, Workspac
     , m_column(new QVBoxLayout(this))
     , m_owner(new QuietLine(this))
 {
+    ProjectTree::registerTypes(); // slots that take these may be called by name and queued
     m_owner->setObjectName(QStringLiteral("owner"));
     m_column->addWidget(m_owner);
     followOwner();

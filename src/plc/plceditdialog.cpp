@@ -56,7 +56,6 @@ PLCEditDialog::PLCEditDialog(QStandardItem *item, Workspace *workspace, QWidget 
     , m_stored(
           [this](QStandardItem *shown) { loadParameters(shown->data(plcParametersRole).value<RowList>()); },
           [this](QStandardItem *saved) {
-              ProjectTree::registerTypes();
               saved->setData(QVariant::fromValue(m_table->rows()), plcParametersRole);
           },
           [this] { m_table->setRowCount(0); })

@@ -35,8 +35,6 @@ PointForm::PointForm(const Names &names, const Points &points, QStandardItem *it
     : ServerForm(names, item, workspace)
     , m_points(points)
 {
-    // Under the name by which the slot declares it, so that it may be called by name and queued.
-    qRegisterMetaType<QList<QJsonObject>>("QList<QJsonObject>");
 }
 
 void PointForm::handleImportedData(const QList<QJsonObject> &points, const QString &currentPLC)
