@@ -16,59 +16,47 @@ namespace {
 
 struct CommonButton {
     const char *name;
-    const char *text; // null for none
+    const char *text; // source text, or null for a small button that has a tool tip alone
     const char *icon;
     void (BoxEditDialog::*slot)();
+    const char *toolTip = nullptr; // source text
+};
+const CommonButton ofSession[] = {
+    {"connectButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Connect"), "Connect.svg",
+     &BoxEditDialog::connectToServer},
+    {"disconnectButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Disconnect"), "Disconnect.svg",
+     &BoxEditDialog::disconnectFromServer},
+    {"changeHostButton", nullptr, "change_host.svg", &BoxEditDialog::showChangeHostAddressDialog,
+     QT_TRANSLATE_NOOP("BoxEditDialog", "Select Host Address")},
+};
+const CommonButton ofTransfers[] = {
+    {"updateProjectButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Update project"), "Update project.svg",
+     &BoxEditDialog::updateProject},
+    {"updateProgramButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Update program"), "Update project.svg",
+     &BoxEditDialog::updateProgram},
+};
+const CommonButton ofReboot[] = {
+    {"rebootButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Reboot Device"), "Reboot Device.svg",
+     &BoxEditDialog::rebootDevice},
 };
 
-QPushButton *addButton(const CommonButton &entry, QHBoxLayout *row, BoxEditDialog *form, QWidget *page)
-{
-    QPushButton *button =
-        FormPage::button(entry.text ? BoxEditDialog::tr(entry.text) : QString(),
-                         QLatin1String(":/adsdemo/images/") + QLatin1String(entry.icon), page);
-    button->setObjectName(QLatin1String(entry.name));
-    QObject::connect(button, &QPushButton::clicked, form, entry.slot);
-    row->addWidget(button);
-    return button;
-}
-
-void addSessionRow(QFormLayout *layout, BoxEditDialog *form, QWidget *page)
+template <class Buttons> QHBoxLayout *makeRow(const Buttons &buttons, BoxEditDialog *form, QWidget *page)
 {
     auto *row = new QHBoxLayout;
-    addButton({"connectButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Connect"), "Connect.svg",
-               &BoxEditDialog::connectToServer},
-              row, form, page);
-    addButton({"disconnectButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Disconnect"), "Disconnect.svg",
-               &BoxEditDialog::disconnectFromServer},
-              row, form, page);
-    QPushButton *host = addButton(
-        {"changeHostButton", nullptr, "change_host.svg", &BoxEditDialog::showChangeHostAddressDialog}, row,
-        form, page);
-    host->setFixedSize(20, 25);
-    host->setToolTip(BoxEditDialog::tr("Select Host Address"));
-    host->setAccessibleName(host->toolTip());
-    layout->addRow(row);
-}
-
-void addTransferRow(QFormLayout *layout, BoxEditDialog *form, QWidget *page)
-{
-    auto *row = new QHBoxLayout;
-    addButton({"updateProjectButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Update project"),
-               "Update project.svg", &BoxEditDialog::updateProject},
-              row, form, page);
-    addButton({"updateProgramButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Update program"),
-               "Update project.svg", &BoxEditDialog::updateProgram},
-              row, form, page);
-    layout->addRow(row);
-}
-
-void addRebootRow(QFormLayout *layout, BoxEditDialog *form, QWidget *page)
-{
-    auto *row = new QHBoxLayout;
-    addButton({"rebootButton", QT_TRANSLATE_NOOP("BoxEditDialog", "Reboot Device"), "Reboot Device.svg",
-               &BoxEditDialog::rebootDevice},
-              row, form, page);
-    layout->addRow(row);
+    for (const CommonButton &each : buttons) {
+        QPushButton *button =
+            FormPage::button(each.text ? BoxEditDialog::tr(each.text) : QString(),
+                             QLatin1String(":/adsdemo/images/") + QLatin1String(each.icon), page);
+        button->setObjectName(QLatin1String(each.name));
+        if (each.toolTip) {
+            button->setFixedSize(20, 25);
+            button->setToolTip(BoxEditDialog::tr(each.toolTip));
+            button->setAccessibleName(button->toolTip());
+        }
+        QObject::connect(button, &QPushButton::clicked, form, each.slot);
+        row->addWidget(button);
+    }
+    return row;
 }
 
 } // namespace
@@ -92,16 +80,16 @@ BoxCommonPage BoxCommonPage::build(BoxEditDialog *form, Workspace *workspace, co
     page.project->setObjectName(QStringLiteral("projectOutcome"));
     page.program->setObjectName(QStringLiteral("programOutcome"));
 
-    addSessionRow(layout, form, widget);
+    layout->addRow(makeRow(ofSession, form, widget));
     layout->addRow(page.status);
     layout->addRow(page.version);
     layout->addRow(new PushPreview(workspace, address, widget));
-    addTransferRow(layout, form, widget);
+    layout->addRow(makeRow(ofTransfers, form, widget));
     layout->addRow(BoxEditDialog::tr("Progress:"), page.progress);
     auto *outcomes = new QVBoxLayout; // one row of the form, which both leave empty at first
     outcomes->addWidget(page.project);
     outcomes->addWidget(page.program);
     layout->addRow(outcomes);
-    addRebootRow(layout, form, widget);
+    layout->addRow(makeRow(ofReboot, form, widget));
     return page;
 }
