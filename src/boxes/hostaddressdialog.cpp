@@ -20,8 +20,7 @@ HostAddressDialog::HostAddressDialog(const QString &current, QWidget *parent)
     setMinimumSize(350, 100);
     m_address->setObjectName(QStringLiteral("hostAddress"));
     m_address->addItems(choices(QNetworkInterface::allAddresses()));
-    m_address->setCurrentIndex(
-        qMax(0, m_address->findData(current, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive)));
+    m_address->setCurrentIndex(qMax(0, m_address->findText(current)));
 
     auto *layout = new QVBoxLayout(this);
     auto *label = new QLabel(BoxEditDialog::tr("Please select the host address:"), this);

@@ -178,7 +178,7 @@ void ListField::showAgain(const QVariant &value, const OnRefill &onRefill)
 
 bool ListField::select(const QString &text)
 {
-    const int index = list()->findData(text, Qt::DisplayRole, Qt::MatchExactly | Qt::MatchCaseSensitive);
+    const int index = list()->findText(text);
     if (index >= 0) {
         list()->setCurrentIndex(index);
     }

@@ -269,27 +269,23 @@ void ParameterForm::validateLength(int row, int column)
                  : QT_TRANSLATE_NOOP("ParameterTable", "Length must be a positive integer."));
 }
 
-void ParameterForm::validateNameOnChange(int row, int column, QString newName)
+void ParameterForm::validateNameOnChange(int row, int column, QString)
 {
-    Q_UNUSED(newName)
     watch(editorOf(currentTable(), row, column), row, ParameterCell::Name);
 }
 
-void ParameterForm::validateAddrOnChange(int row, int column, QString newName)
+void ParameterForm::validateAddrOnChange(int row, int column, QString)
 {
-    Q_UNUSED(newName)
     watch(editorOf(latestTable(), row, column), row, ParameterCell::Address);
 }
 
-void ParameterForm::validateChangeOnChange(int row, int column, QString newName)
+void ParameterForm::validateChangeOnChange(int row, int column, QString)
 {
-    Q_UNUSED(newName)
     watch(editorOf(currentTable(), row, column), row, ParameterCell::Amplitude);
 }
 
-void ParameterForm::validateFormulaOnChange(int row, int column, QString newName)
+void ParameterForm::validateFormulaOnChange(int row, int column, QString)
 {
-    Q_UNUSED(newName)
     watch(editorOf(currentTable(), row, column), row, ParameterCell::CollectionFormula);
 }
 

@@ -110,9 +110,8 @@ void standardDLT645EditDialog::duplicateTab(int index)
     m_tabs->duplicatePage(index);
 }
 
-void standardDLT645EditDialog::updateParameterTable(int index)
+void standardDLT645EditDialog::updateParameterTable(int)
 {
-    Q_UNUSED(index)
     if (MeterPage *page = currentPage()) {
         page->showItems();
     }
