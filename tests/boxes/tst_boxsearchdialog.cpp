@@ -1,12 +1,14 @@
-#include "boxes/boxsearchdialog.h"
+#include "handframes.h"
 #include "messages.h"
+#include "searchrows.h"
 
 #include <QComboBox>
-#include <QListWidget>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 #include <QtTest>
+
+using HandFrames::foundBox;
 
 // The search dialog without a network: what it lists, when it stops, what it tells.
 class TestBoxSearchDialog : public QObject
@@ -24,22 +26,6 @@ private slots:
 };
 
 namespace {
-
-QByteArray answer(const QByteArray &ip)
-{
-    return QByteArray("\x12\x34\xFF\xFF", 4) + ip.leftJustified(16, '\0')
-        + QByteArray("255.255.255.0\0\0\0", 16) + QByteArray("\x0BMRN-GATE-70", 12);
-}
-
-QStringList rowsOf(const BoxSearchDialog &dialog)
-{
-    QStringList rows;
-    const auto *list = dialog.findChild<QListWidget *>();
-    for (int row = 0; row < list->count(); ++row) {
-        rows.append(list->item(row)->text());
-    }
-    return rows;
-}
 
 QList<QTimer *> endsOf(const BoxSearchDialog &dialog)
 {
@@ -67,9 +53,9 @@ void silence(const BoxSearchDialog &dialog)
 void TestBoxSearchDialog::listsABoxOnceByItsAddress()
 {
     BoxSearchDialog dialog;
-    take(dialog, answer("192.168.1.70"));
-    take(dialog, answer("192.168.1.71"));
-    take(dialog, answer("192.168.1.70"));
+    take(dialog, foundBox("192.168.1.70"));
+    take(dialog, foundBox("192.168.1.71"));
+    take(dialog, foundBox("192.168.1.70"));
     QCOMPARE(rowsOf(dialog),
              (QStringList{"设备IP: 192.168.1.70\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70",
                           "设备IP: 192.168.1.71\n子网掩码: 255.255.255.0\n盒子型号: MRN-GATE-70"}));
@@ -79,9 +65,9 @@ void TestBoxSearchDialog::badDatagramLeavesNoTrace()
 {
     BoxSearchDialog dialog;
     take(dialog, QByteArray());
-    take(dialog, answer("192.168.1.70").left(37));
-    take(dialog, answer("192.168.1.70").replace(0, 1, "\x11"));
-    take(dialog, answer("192.168.1.70").replace(2, 1, QByteArray(1, '\0')));
+    take(dialog, foundBox("192.168.1.70").left(37));
+    take(dialog, foundBox("192.168.1.70").replace(0, 1, "\x11"));
+    take(dialog, foundBox("192.168.1.70").replace(2, 1, QByteArray(1, '\0')));
     QCOMPARE(rowsOf(dialog), QStringList());
 }
 
@@ -89,10 +75,10 @@ void TestBoxSearchDialog::newSearchForgetsTheOldRows()
 {
     BoxSearchDialog dialog;
     silence(dialog);
-    take(dialog, answer("192.168.1.70"));
+    take(dialog, foundBox("192.168.1.70"));
     dialog.findChild<QPushButton *>()->click();
     QCOMPARE(rowsOf(dialog), QStringList());
-    take(dialog, answer("192.168.1.70"));
+    take(dialog, foundBox("192.168.1.70"));
     QCOMPARE(rowsOf(dialog).size(), 1);
 }
 
@@ -118,7 +104,7 @@ void TestBoxSearchDialog::searchWithAnswerEndsInSilence()
     BoxSearchDialog dialog;
     silence(dialog);
     dialog.searchForBoxes();
-    take(dialog, answer("192.168.1.70"));
+    take(dialog, foundBox("192.168.1.70"));
     endsOf(dialog).first()->start(1);
     QTRY_VERIFY(!broadcastsOf(dialog)->isActive());
     QCOMPARE(messages.told(), QStringList());
@@ -132,7 +118,7 @@ void TestBoxSearchDialog::firstEndOfTwoSearchesStopsTheBroadcasts()
     silence(dialog);
     dialog.searchForBoxes();
     dialog.searchForBoxes();
-    take(dialog, answer("192.168.1.70"));
+    take(dialog, foundBox("192.168.1.70"));
     QCOMPARE(endsOf(dialog).size(), 2);
     endsOf(dialog).first()->start(1);
     QTRY_VERIFY(!broadcastsOf(dialog)->isActive());

@@ -1,10 +1,9 @@
-#include "boxes/boxsearchdialog.h"
 #include "run.h"
+#include "searchrows.h"
 
 #include <QComboBox>
 #include <QFileInfo>
 #include <QHostAddress>
-#include <QListWidget>
 #include <QNetworkInterface>
 #include <QProcess>
 #include <QPushButton>
@@ -78,16 +77,6 @@ void selectInterface(const BoxSearchDialog &dialog, const QString &address)
         }
     }
     QFAIL("the interface is not in the list");
-}
-
-QStringList rowsOf(const BoxSearchDialog &dialog)
-{
-    QStringList rows;
-    const auto *list = dialog.findChild<QListWidget *>();
-    for (int row = 0; row < list->count(); ++row) {
-        rows.append(list->item(row)->text());
-    }
-    return rows;
 }
 
 // Has the Box answer a search that is not the dialog's: all that the dialog sent it before is answered then.

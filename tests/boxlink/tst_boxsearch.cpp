@@ -1,6 +1,9 @@
 #include "boxlink/boxsearch.h"
+#include "handframes.h"
 
 #include <QtTest>
+
+using HandFrames::foundBox;
 
 // A search without a network: what it finds, and when it ends.
 class TestBoxSearch : public QObject
@@ -17,12 +20,6 @@ private slots:
 };
 
 namespace {
-
-QByteArray answer(const QByteArray &ip)
-{
-    return QByteArray("\x12\x34\xFF\xFF", 4) + ip.leftJustified(16, '\0')
-        + QByteArray("255.255.255.0\0\0\0", 16) + QByteArray("\x0BMRN-GATE-70", 12);
-}
 
 // An interface without an address, which nothing can be sent from.
 QNetworkInterface noInterface()
@@ -55,9 +52,9 @@ void TestBoxSearch::aBoxIsFoundOnceByItsAddress()
     BoxSearch search(noInterface);
     QStringList found;
     listen(&search, &found);
-    search.take(answer("192.168.1.70"));
-    search.take(answer("192.168.1.71"));
-    search.take(answer("192.168.1.70"));
+    search.take(foundBox("192.168.1.70"));
+    search.take(foundBox("192.168.1.71"));
+    search.take(foundBox("192.168.1.70"));
     QCOMPARE(
         found,
         (QStringList{"192.168.1.70 255.255.255.0 MRN-GATE-70", "192.168.1.71 255.255.255.0 MRN-GATE-70"}));
@@ -69,9 +66,9 @@ void TestBoxSearch::badDatagramLeavesNoTrace()
     QStringList found;
     listen(&search, &found);
     search.take(QByteArray());
-    search.take(answer("192.168.1.70").left(37));
-    search.take(answer("192.168.1.70").replace(0, 1, "\x11"));
-    search.take(answer("192.168.1.70").replace(2, 1, QByteArray(1, '\0')));
+    search.take(foundBox("192.168.1.70").left(37));
+    search.take(foundBox("192.168.1.70").replace(0, 1, "\x11"));
+    search.take(foundBox("192.168.1.70").replace(2, 1, QByteArray(1, '\0')));
     QCOMPARE(found, QStringList());
 }
 
@@ -80,9 +77,9 @@ void TestBoxSearch::newSearchForgetsWhatWasFound()
     BoxSearch search(noInterface);
     QStringList found;
     listen(&search, &found);
-    search.take(answer("192.168.1.70"));
+    search.take(foundBox("192.168.1.70"));
     search.start();
-    search.take(answer("192.168.1.70"));
+    search.take(foundBox("192.168.1.70"));
     QCOMPARE(found.size(), 2);
 }
 

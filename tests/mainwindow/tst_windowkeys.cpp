@@ -2,6 +2,7 @@
 
 #include "messages.h"
 #include "modaldialogs.h"
+#include "seen.h"
 #include "windowundertest.h"
 
 #include <QComboBox>
@@ -312,16 +313,6 @@ void TestWindowKeys::everyStopOfTheTabKeyCanBeSeen_data()
     for (const char *title : {"", "Edit Project", "Edit Standard", "Edit Service", "Edit Box"}) {
         QTest::addRow("%s", *title ? title : "no form") << QString::fromLatin1(title);
     }
-}
-
-// Whether it has a size in what it lies in; pages scroll to what has the focus.
-static bool canBeSeen(const QWidget *widget)
-{
-    QRect seen = widget->rect();
-    for (const QWidget *at = widget; !seen.isEmpty() && !at->isWindow(); at = at->parentWidget()) {
-        seen = seen.translated(at->pos()) & at->parentWidget()->rect();
-    }
-    return widget->isVisible() && !seen.isEmpty();
 }
 
 void TestWindowKeys::everyStopOfTheTabKeyCanBeSeen()

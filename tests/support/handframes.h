@@ -31,6 +31,13 @@ inline QByteArray json(const QByteArray &text)
     return frame("05 00", little(quint32(text.size()), 2) + text);
 }
 
+// What a Box at the address answers to a search.
+inline QByteArray foundBox(const QByteArray &ip)
+{
+    return hex("12 34 ff ff") + ip.leftJustified(16, '\0')
+        + QByteArray("255.255.255.0").leftJustified(16, '\0') + "\x0BMRN-GATE-70";
+}
+
 inline const QByteArray heartbeat = hex("12 34 01 00 08 00 56 78");
 inline const QByteArray verdictOfSuccess = hex("12 34 03 00 0a 00 03 00 56 78"); // on a project
 

@@ -1,5 +1,6 @@
 #include "inspector.h"
 
+#include "seen.h"
 #include "textspots.h"
 
 #include <QAbstractButton>
@@ -108,16 +109,6 @@ bool followsTheEye(const QRect &from, const QRect &to)
     const bool isBelow = to.top() >= from.bottom() - 2;
     const bool isBeside = to.left() >= from.right() - 2 && to.bottom() > from.top();
     return isBelow || isBeside;
-}
-
-// Whether any of it is in sight, what lies on it counted in; pages scroll to what has the focus.
-bool canBeSeen(const QWidget *widget)
-{
-    QRect seen = widget->rect();
-    for (const QWidget *at = widget; !seen.isEmpty() && !at->isWindow(); at = at->parentWidget()) {
-        seen = seen.translated(at->pos()) & at->parentWidget()->rect();
-    }
-    return widget->isVisible() && !seen.isEmpty();
 }
 
 // The tabs of the live values are white on a blue of 3.3 to 1 on purpose: users know them so.
