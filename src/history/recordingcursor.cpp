@@ -90,6 +90,7 @@ bool RecordingWalk::fetchPlain()
         m_samples.append(sample);
     }
     m_hasFailed = m_hasFailed || m_database->hasFailed(query);
+    query.finish();
     return isPlain && !m_hasFailed;
 }
 
@@ -102,6 +103,7 @@ bool RecordingWalk::fetchAll()
         characters += m_samples.last().text.size();
     }
     m_hasFailed = m_hasFailed || m_database->hasFailed(query);
+    query.finish();
     return characters < charactersAtOnce;
 }
 
@@ -119,7 +121,7 @@ QSqlQuery RecordingWalk::asked(Columns columns)
 {
     m_samples.clear();
     m_samples.reserve(samplesAtOnce);
-    QSqlQuery query = m_database->prepared(statement(columns));
+    QSqlQuery query = m_database->kept(statement(columns));
     query.addBindValue(m_key);
     query.addBindValue(m_range.from);
     query.addBindValue(m_range.to);
@@ -183,21 +185,21 @@ bool readNeighbour(RecordingDatabase *database, const QVector<qint64> &keys, Nei
 {
     const bool isBefore = which == Neighbour::Before;
     *found = false;
+    QSqlQuery query = database->kept(neighbourStatement(which));
     for (const qint64 key : keys) {
-        QSqlQuery query = database->prepared(neighbourStatement(which));
-        query.addBindValue(key);
-        query.addBindValue(time);
+        query.bindValue(0, key);
+        query.bindValue(1, time);
         if (!database->run(&query)) {
             return false;
         }
-        if (!query.next()) {
-            continue;
+        if (query.next()) {
+            const Sample each = sampleOf(query);
+            if (!*found || (isBefore ? each.time > sample->time : each.time < sample->time)) {
+                *sample = each;
+                *found = true;
+            }
         }
-        const Sample each = sampleOf(query);
-        if (!*found || (isBefore ? each.time > sample->time : each.time < sample->time)) {
-            *sample = each;
-            *found = true;
-        }
+        query.finish();
     }
     return true;
 }

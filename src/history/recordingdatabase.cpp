@@ -71,6 +71,7 @@ bool RecordingDatabase::open(Access access)
 void RecordingDatabase::close()
 {
     if (isOpen()) {
+        m_kept.clear();
         QSqlDatabase::database(m_name, false).close();
         QSqlDatabase::removeDatabase(m_name);
         m_name.clear();
@@ -252,6 +253,17 @@ QSqlQuery RecordingDatabase::prepared(const QString &sql)
         fail(query.lastError());
     }
     return query;
+}
+
+QSqlQuery RecordingDatabase::kept(const QString &sql)
+{
+    auto query = m_kept.find(sql);
+    if (query == m_kept.end()) {
+        query = m_kept.insert(sql, prepared(sql));
+    } else if (query->lastError().isValid()) {
+        *query = prepared(sql); // drivers don't go on with one that has failed
+    }
+    return *query;
 }
 
 bool RecordingDatabase::run(QSqlQuery *query)

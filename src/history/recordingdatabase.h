@@ -2,6 +2,7 @@
 
 #include "history/recordingtarget.h"
 
+#include <QHash>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
@@ -41,6 +42,9 @@ public:
 
     // A query of its own, forward only; to be executed by run().
     QSqlQuery prepared(const QString &sql);
+    // The same, but prepared once and kept until the database is closed. To be finished where not all rows
+    // are read, since it would go on to lock a file.
+    QSqlQuery kept(const QString &sql);
     bool run(QSqlQuery *query);
     // Whether the query ended by a failure, and not after its last row.
     bool hasFailed(const QSqlQuery &query);
@@ -76,6 +80,7 @@ private:
     int m_patience = 2000;
     Access m_access = Access::Read;
     QString m_name; // of the connection of Qt SQL; empty while there is none
+    QHash<QString, QSqlQuery> m_kept;
     QString m_error;
     bool m_isLocked = false;
     bool m_isLeftOver = false; // the last failure: a program was killed in a transaction, which is to be

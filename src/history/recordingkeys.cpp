@@ -2,7 +2,6 @@
 
 #include "history/recordingdatabase.h"
 
-#include <QSqlError>
 #include <QVariant>
 
 #include <algorithm>
@@ -46,9 +45,6 @@ bool RecordingKeys::find(const QVector<int> &numbers, const QVector<RecordingRow
     while (m_keys.size() < points.size()) {
         m_keys.append(-1);
     }
-    if (!prepareStatements()) {
-        return false;
-    }
     QHash<PointId, QVector<int>> standards;
     for (const int number : numbers) {
         standards[standardOf(points.at(number).point.id)].append(number);
@@ -73,20 +69,6 @@ void RecordingKeys::forget()
 {
     m_keys.clear();
     m_latest.clear();
-    m_find.reset();
-    m_insertMany.reset();
-    m_insertOne.reset();
-}
-
-bool RecordingKeys::prepareStatements()
-{
-    if (!m_insertOne) {
-        m_find = m_database->prepared(statement(m_database->kind()));
-        m_insertMany = m_database->prepared(insertStatement(pointsAtOnce));
-        m_insertOne = m_database->prepared(insertStatement(1));
-    }
-    return !m_find->lastError().isValid() && !m_insertMany->lastError().isValid()
-        && !m_insertOne->lastError().isValid();
 }
 
 bool RecordingKeys::findPiece(const PointId &standard, const Numbers &numbers, const Points &points)
@@ -136,7 +118,7 @@ bool RecordingKeys::read(const PointId &standard, const Numbers &numbers, const 
             names.insert(name, point.id);
         }
     }
-    QSqlQuery &query = *m_find;
+    QSqlQuery query = m_database->kept(statement(m_database->kind()));
     int place = 0;
     for (const QString &text : {standard.box, standard.project, standard.standard}) {
         query.bindValue(place++, RecordingDatabase::storable(text));
@@ -167,7 +149,7 @@ bool RecordingKeys::insert(const Numbers &numbers, const Points &points)
 {
     for (int done = 0; done < numbers.size();) {
         const int count = numbers.size() - done >= pointsAtOnce ? pointsAtOnce : 1;
-        QSqlQuery &query = count == 1 ? *m_insertOne : *m_insertMany;
+        QSqlQuery query = m_database->kept(insertStatement(count));
         int place = 0;
         for (int i = done; i < done + count; ++i) {
             const Point &point = points.at(numbers.at(i)).point;

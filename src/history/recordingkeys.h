@@ -4,7 +4,6 @@
 #include "history/recordingtarget.h"
 
 #include <QHash>
-#include <QSqlQuery>
 #include <QVector>
 
 #include <optional>
@@ -39,13 +38,8 @@ private:
     bool findPiece(const PointId &standard, const Numbers &numbers, const Points &points);
     bool read(const PointId &standard, const Numbers &numbers, const Points &points);
     bool insert(const Numbers &numbers, const Points &points);
-    bool prepareStatements();
 
     RecordingDatabase *m_database;
     QVector<qint64> m_keys; // by number
     QHash<PointId, qint64> m_latest;
-    // As long as the database is open.
-    std::optional<QSqlQuery> m_find;
-    std::optional<QSqlQuery> m_insertMany;
-    std::optional<QSqlQuery> m_insertOne;
 };

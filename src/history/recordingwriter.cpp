@@ -1,6 +1,5 @@
 #include "history/recordingwriter.h"
 
-#include <QSqlError>
 #include <QVariant>
 
 #include <algorithm>
@@ -116,16 +115,19 @@ bool RecordingWriter::findRecording()
 
 bool RecordingWriter::writeRecording(const Progress &progress)
 {
+    if (m_isRecordingKnown && progress == m_written) {
+        return true;
+    }
     const QVariant ended = progress.ended < 0 ? QVariant(QVariant::LongLong) : QVariant(progress.ended);
     const QString statement = m_isRecordingKnown
         ? QStringLiteral("UPDATE recording SET ended = ?, dropped = ? WHERE id = ?")
         : QStringLiteral("INSERT INTO recording (ended, dropped, started, program) VALUES (?, ?, ?, ?)");
-    QSqlQuery query = m_database.prepared(statement);
+    QSqlQuery query = m_database.kept(statement);
     query.addBindValue(ended);
     query.addBindValue(progress.dropped);
     if (m_isRecordingKnown) {
         query.addBindValue(m_recording);
-        return progress == m_written || m_database.run(&query);
+        return m_database.run(&query);
     }
     query.addBindValue(m_since);
     query.addBindValue(QCoreApplication::applicationName());
@@ -223,31 +225,16 @@ RecordingWriter::Curve &RecordingWriter::changed(int number)
 
 bool RecordingWriter::insertRows(const Rows &rows)
 {
-    if (!prepareStatements()) {
-        return false;
-    }
     int done = 0;
-    for (; rows.size() - done >= rowsAtOnce; done += rowsAtOnce) {
-        if (!insert(&*m_insertMany, rows.constData() + done, rowsAtOnce)) {
-            return false;
-        }
-    }
-    for (; done < rows.size(); ++done) {
-        if (!insert(&*m_insertOne, rows.constData() + done, 1)) {
-            return false;
+    for (const int count : {rowsAtOnce, 1}) {
+        QSqlQuery statement = m_database.kept(insertStatement(count));
+        for (; rows.size() - done >= count; done += count) {
+            if (!insert(&statement, rows.constData() + done, count)) {
+                return false;
+            }
         }
     }
     return true;
-}
-
-bool RecordingWriter::prepareStatements()
-{
-    if (m_insertOne) {
-        return true;
-    }
-    m_insertMany = m_database.prepared(insertStatement(rowsAtOnce));
-    m_insertOne = m_database.prepared(insertStatement(1));
-    return !m_insertMany->lastError().isValid() && !m_insertOne->lastError().isValid();
 }
 
 bool RecordingWriter::insert(QSqlQuery *statement, const Row *rows, int count)
@@ -266,8 +253,6 @@ bool RecordingWriter::insert(QSqlQuery *statement, const Row *rows, int count)
 
 void RecordingWriter::close()
 {
-    m_insertMany.reset();
-    m_insertOne.reset();
     m_keys.forget();
     m_isRecordingKnown = false;
     if (m_database.isOpen()) {

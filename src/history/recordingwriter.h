@@ -57,7 +57,6 @@ private:
     void begin(const Row &row, const RecordingRows::Recorded &recorded, Rows *rows);
     Curve &changed(int number);
     bool insertRows(const Rows &rows);
-    bool prepareStatements();
     bool insert(QSqlQuery *statement, const Row *rows, int count);
 
     const qint64 m_since;
@@ -75,7 +74,5 @@ private:
 
     // As long as the database is open.
     bool m_isRecordingKnown = false;
-    std::optional<QSqlQuery> m_insertMany;
-    std::optional<QSqlQuery> m_insertOne;
     RecordingKeys m_keys;
 };

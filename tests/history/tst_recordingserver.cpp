@@ -1,4 +1,5 @@
 #include "files.h"
+#include "history/recordingcursor.h"
 #include "history/recordingkeys.h"
 #include "history/recordingreader.h"
 #include "recordings.h"
@@ -156,6 +157,7 @@ private slots:
     void otherTablesAreLeftAlone();
     void longNamesAreKept();
     void findsNamesByIndex();
+    void preparesALookUpOnce();
     void optionsAreQuoted();
     void serverGoesAwayAndComesBack();
 
@@ -261,6 +263,24 @@ void TestRecordingServer::findsNamesByIndex()
         ran(m_server.target(), "postgres", {"SET enable_seqscan = off", "EXPLAIN " + sql}).join('\n');
     QVERIFY2(plan.contains("point_form"), qPrintable(plan));
     QVERIFY2(plan.contains("Index Cond: ((md5(box)") && plan.contains("(md5(name) ="), qPrintable(plan));
+}
+
+// Else each moment of the pointer would take three answers of the server for each curve.
+void TestRecordingServer::preparesALookUpOnce()
+{
+    record(m_server.target(), {});
+    RecordingDatabase database(m_server.target());
+    QVERIFY2(database.open(RecordingDatabase::Access::Read), qPrintable(database.error()));
+    Sample sample;
+    bool found = false;
+    for (const qint64 time : {start, start + 1000, start + 2000}) {
+        QVERIFY(readNeighbour(&database, {1, 2, 3}, Neighbour::Before, time, &sample, &found));
+    }
+    QVariant count;
+    QVERIFY(database.readCell("SELECT count(*) FROM pg_prepared_statements WHERE statement LIKE '%DESC%' "
+                              "AND statement NOT LIKE '%prepared%'",
+                              &count));
+    QCOMPARE(count.toInt(), 1);
 }
 
 void TestRecordingServer::optionsAreQuoted()

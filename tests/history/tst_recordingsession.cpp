@@ -1,3 +1,4 @@
+#include "history/recordingcursor.h"
 #include "history/recordingdatabase.h"
 #include "history/recordinghelpers.h"
 #include "history/recordingreader.h"
@@ -22,11 +23,16 @@ private slots:
     void helperThatCanNotOpenDoesNothing();
     void helperOpensAnew_data();
     void helperOpensAnew();
+    void lookUpLeavesTheFileFree();
+    void looksUpAgainAfterALock();
+    void looksUpInTheFileThatIsOpen();
 
 private:
     QString path() const { return m_folder->filePath("plant.sqlite"); }
     // In the place of what was there.
     void recordSome(const QStringList &names) const;
+    // The number of the first point's last sample, or why there is none.
+    static QString lastNumber(RecordingDatabase *database);
 
     std::unique_ptr<QTemporaryDir> m_folder;
 };
@@ -180,6 +186,57 @@ void TestRecordingSession::helperOpensAnew()
     isOk = true;
     look();
     QTEST(points, "points");
+}
+
+QString TestRecordingSession::lastNumber(RecordingDatabase *database)
+{
+    Sample sample;
+    bool found = false;
+    if (!readNeighbour(database, {1}, Neighbour::Before, start + 5000, &sample, &found)) {
+        return database->isLocked() ? "locked" : database->error();
+    }
+    return found ? QString::number(sample.number) : "none";
+}
+
+// A statement that waits for its next row would keep recorders from writing.
+void TestRecordingSession::lookUpLeavesTheFileFree()
+{
+    record(file(path()),
+           {report(0, {reading("U", "1")}), report(1000, {reading("U", "no number")}),
+            report(2000, {reading("U", "1")})});
+    RecordingDatabase database(file(path()));
+    QVERIFY(database.open(RecordingDatabase::Access::Read));
+    RecordingMerge samples(&database, {1}, {start, start + 5000});
+    Sample sample;
+    QVERIFY(samples.next(&sample));
+    QCOMPARE(lastNumber(&database), QString("1"));
+    QCOMPARE(asked(path(), "UPDATE sample SET number = 2 WHERE validity = 1"), QStringList());
+}
+
+void TestRecordingSession::looksUpAgainAfterALock()
+{
+    recordSome({"U"});
+    RecordingDatabase database(file(path()));
+    database.setPatience(50);
+    QVERIFY(database.open(RecordingDatabase::Access::Read));
+    QCOMPARE(lastNumber(&database), QString("1"));
+    Lock lock(path());
+    QVERIFY(lock.isHeld());
+    QCOMPARE(lastNumber(&database), QString("locked"));
+    QVERIFY(lock.release());
+    QCOMPARE(lastNumber(&database), QString("1"));
+}
+
+void TestRecordingSession::looksUpInTheFileThatIsOpen()
+{
+    recordSome({"U"});
+    RecordingDatabase database(file(path()));
+    QVERIFY(database.open(RecordingDatabase::Access::Read));
+    QCOMPARE(lastNumber(&database), QString("1"));
+    recordSome({"U"});
+    QCOMPARE(asked(path(), "UPDATE sample SET number = 2 WHERE validity = 1"), QStringList());
+    QVERIFY(database.open(RecordingDatabase::Access::Read));
+    QCOMPARE(lastNumber(&database), QString("2"));
 }
 
 QTEST_GUILESS_MAIN(TestRecordingSession)
