@@ -48,12 +48,12 @@ private slots:
     void pointsAreThereOnce();
     void removedRowsAreThoseSelected();
     void hundredCurves();
+    void firstOfTooManyPointsAreTaken();
+    void failureIsToldUntilTheNextAnswer();
 
 private:
     // On a plot of ten seconds, from 0 to 1.
     bool isDrawnAt(int curve, double time, double value) const;
-    void firstOfTooManyPointsAreTaken();
-    void failureIsToldUntilTheNextAnswer();
 };
 
 namespace {
