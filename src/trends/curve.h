@@ -21,8 +21,9 @@ struct Curve {
     Side side = Side::Left;
     bool hasSide = false; // chosen by the user, or suggested since there were numbers
     Thinned data;
-    TimeRange answered{0, -1};             // what the data is of; it tells nothing of other times
-    QString current = QStringLiteral("–"); // the last value that the data is of
+    TimeRange asked{0, -1};    // what the data is of
+    TimeRange answered{0, -1}; // the same up to the present; it tells nothing of other times
+    qint64 end = -1;           // the time of the value at the end
     std::array<std::optional<ValueAt>, markCount> values; // none as long as the source has not told it
 
     const std::optional<ValueAt> &at(Mark mark) const { return values[size_t(mark)]; }

@@ -178,12 +178,22 @@ void FigureModel::setAnswers(const SampleSource::Request &request, const QVector
         const int place = places.value(curve.point.id, -1);
         if (place >= 0) {
             curve.data = answers.at(place);
+            curve.asked = request.range;
             curve.answered = {request.range.from, qMin(request.range.to, request.now)};
         }
     }
     suggestSides();
     if (!m_curves.isEmpty()) {
         emit dataChanged(index(0, Type), index(m_curves.size() - 1, ColumnCount - 1));
+    }
+}
+
+void FigureModel::setScreen(const TimeRange &range)
+{
+    const bool isOther = range.from != m_screen.from || range.to != m_screen.to;
+    m_screen = range;
+    if (isOther && !m_curves.isEmpty()) {
+        emit dataChanged(index(0, Current), index(m_curves.size() - 1, Skipped));
     }
 }
 
@@ -219,9 +229,8 @@ void FigureModel::setValues(Mark mark, const SampleSource::Moment &moment, const
         const int place = places.value(curve.point.id, -1);
         std::optional<ValueAt> &value = curve.values[size_t(mark)];
         value = place >= 0 ? std::make_optional(values.at(place)) : std::nullopt;
-        // Figures of one time are not put together with those of another.
-        if (mark == Mark::End && value && moment.time == curve.answered.to) {
-            curve.current = current(curve);
+        if (mark == Mark::End) {
+            curve.end = moment.time;
         }
     }
     if (!m_curves.isEmpty() && mark != Mark::Pointer) {
@@ -317,27 +326,13 @@ bool FigureModel::setData(const QModelIndex &index, const QVariant &value, int r
     return true;
 }
 
-QString FigureModel::textOf(const Curve &curve, int column)
+QString FigureModel::textOf(const Curve &curve, int column) const
 {
-    const Statistics &figures = curve.data.statistics;
-    const auto number = [&figures](double value) {
-        return figures.count > 0 ? TrendTexts::ofNumber(value) : QStringLiteral("–");
-    };
     switch (column) {
     case Name:
         return curve.label;
     case Type:
         return curve.point.type;
-    case Current:
-        return curve.current;
-    case Least:
-        return number(figures.least);
-    case Greatest:
-        return number(figures.greatest);
-    case Mean:
-        return TrendTexts::ofMean(figures.count > 0 ? figures.mean : qQNaN());
-    case Skipped:
-        return figures.notNumbers > 0 ? QString::number(figures.notNumbers) : QString();
     case AtA:
         return atMarker(curve, Mark::A);
     case AtB:
@@ -347,11 +342,34 @@ QString FigureModel::textOf(const Curve &curve, int column)
     case RightScale:
         return curve.side == Side::Right ? FigureTable::tr("Right") : FigureTable::tr("Left");
     default:
-        return {};
+        return figure(curve, column);
     }
 }
 
-// Of the end of what is on screen.
+// Of what is on screen. For a moment after that has changed it is not known yet.
+QString FigureModel::figure(const Curve &curve, int column) const
+{
+    const bool isOfScreen = curve.asked.from == m_screen.from && curve.asked.to == m_screen.to;
+    if (!isOfScreen || (column == Current && curve.end != curve.answered.to)) {
+        return QStringLiteral("…");
+    }
+    const Statistics &figures = curve.data.statistics;
+    const auto known = [&figures](double number) { return figures.count > 0 ? number : qQNaN(); };
+    switch (column) {
+    case Current:
+        return current(curve);
+    case Least:
+        return TrendTexts::ofNumber(known(figures.least));
+    case Greatest:
+        return TrendTexts::ofNumber(known(figures.greatest));
+    case Mean:
+        return TrendTexts::ofMean(known(figures.mean));
+    default:
+        return figures.notNumbers > 0 ? QString::number(figures.notNumbers) : QString();
+    }
+}
+
+// At the end of what is on screen.
 QString FigureModel::current(const Curve &curve)
 {
     const ValueAt last = curve.at(Mark::End).value_or(ValueAt());

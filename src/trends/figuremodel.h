@@ -41,6 +41,8 @@ public:
     void describe(const QVector<Point> &points);
     // An answer an element; of points that are not here nothing is taken.
     void setAnswers(const SampleSource::Request &request, const QVector<Thinned> &answers);
+    // The plot now shows that range. Figures of another one are not told.
+    void setScreen(const TimeRange &range);
     // What the points are at a mark. Those that are not among them have no value there.
     void setValues(Mark mark, const SampleSource::Moment &moment, const QVector<ValueAt> &values);
 
@@ -58,7 +60,8 @@ signals:
     void curvesChanged();
 
 private:
-    static QString textOf(const Curve &curve, int column);
+    QString textOf(const Curve &curve, int column) const;
+    QString figure(const Curve &curve, int column) const;
     static QString current(const Curve &curve);
     static QString difference(const Curve &curve);
     static QString atMarker(const Curve &curve, Mark marker);
@@ -68,4 +71,5 @@ private:
 
     QWidget *m_list;
     QVector<Curve> m_curves;
+    TimeRange m_screen{0, -1};
 };

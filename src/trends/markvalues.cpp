@@ -18,8 +18,8 @@ MarkValues::MarkValues(TrendFeed *feed, TrendMarks *marks, const Shown &shown, Q
     connect(marks, &TrendMarks::markersChanged, this, &MarkValues::askMarkers);
     connect(feed, &TrendFeed::answeredAt, this,
             [this](Mark mark, const SampleSource::Moment &moment, const QVector<ValueAt> &values) {
-                // It may have been taken away since.
-                if (m_isAsked[size_t(mark)]) {
+                // The others may have been taken away since.
+                if (mark == Mark::End || m_isAsked[size_t(mark)]) {
                     take(mark, moment, values);
                 }
             });
@@ -32,12 +32,6 @@ void MarkValues::setScreen(const TimeRange &screen, qint64 now)
     m_now = qMin(now, screen.to);
     askPointer();
     askMarkers();
-}
-
-void MarkValues::setEnd(qint64 time)
-{
-    m_isAsked[size_t(Mark::End)] = true;
-    m_feed->askAt(Mark::End, time, time);
 }
 
 void MarkValues::askPointer()

@@ -32,8 +32,6 @@ public:
 
     // What is on screen; nothing is known of later times than now. There may be other samples than before.
     void setScreen(const TimeRange &screen, qint64 now);
-    // The end of the curves that were answered last.
-    void setEnd(qint64 time);
     // Places the readout anew where the plot has moved.
     void showReadout();
     // As far as their values have been told.

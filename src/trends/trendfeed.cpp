@@ -20,6 +20,7 @@ TrendFeed::TrendFeed(SampleSource *source, QObject *parent)
     });
     connect(source, &SampleSource::thinned, this, &TrendFeed::take);
     connect(source, &SampleSource::knownAt, this, &TrendFeed::takeAt);
+    connect(source, &SampleSource::failed, this, [this] { m_hasFailed = true; });
 }
 
 TrendFeed::~TrendFeed()
@@ -141,15 +142,28 @@ void TrendFeed::send()
     m_next.now = present();
     if (m_source && !m_points.isEmpty()) {
         m_pause.start(interval);
+        m_isAsked = true;
+        askAt(Mark::End, endOf(m_next), endOf(m_next));
         m_source->request(this, m_next);
     }
 }
 
+qint64 TrendFeed::endOf(const SampleSource::Request &request)
+{
+    return qMin(request.range.to, request.now);
+}
+
 void TrendFeed::take(const void *asker, const SampleSource::Request &request, const QVector<Thinned> &answers)
 {
-    if (asker == this) {
-        emit answered(request, answers);
+    if (asker != this) {
+        return;
     }
+    m_isAsked = false;
+    m_hasFailed = false;
+    if (m_end != endOf(request)) { // a source that fails may forget it
+        askAt(Mark::End, endOf(request), endOf(request));
+    }
+    emit answered(request, answers);
 }
 
 bool TrendFeed::askAt(Mark mark, qint64 time, qint64 now)
@@ -164,6 +178,7 @@ void TrendFeed::takeAt(const void *asker, const SampleSource::Moment &moment, co
 {
     for (size_t mark = 0; mark < m_askers.size(); ++mark) {
         if (asker == &m_askers[mark]) {
+            m_end = Mark(mark) == Mark::End ? moment.time : m_end;
             emit answeredAt(Mark(mark), moment, values);
         }
     }

@@ -40,8 +40,10 @@ public:
     qint64 present() const;
     std::vector<ValueTable::Column> values(const QVector<PointId> &points, const TimeRange &range) const;
 
-    // The last question counts.
+    // The last question counts. What the points are at its end is asked, too.
     void ask(const TimeRange &range, int columns);
+    // Whether an answer is to come; not from a source that has failed since its last one.
+    bool isBusy() const { return (m_isWaiting || m_isAsked) && !m_hasFailed; }
     // What the points are at a time, exactly. The last question about each mark counts, but answers to
     // earlier ones may still come. False if there is no source.
     bool askAt(Mark mark, qint64 time, qint64 now);
@@ -55,6 +57,7 @@ signals:
 private:
     void release(const QVector<PointId> &points);
     void send();
+    static qint64 endOf(const SampleSource::Request &request);
     void take(const void *asker, const SampleSource::Request &request, const QVector<Thinned> &answers);
     void takeAt(const void *asker, const SampleSource::Moment &moment, const QVector<ValueAt> &values);
 
@@ -63,6 +66,9 @@ private:
     QVector<PointId> m_points;
     QTimer m_pause; // runs while nothing may be asked
     SampleSource::Request m_next;
-    bool m_isWaiting = false;
+    bool m_isWaiting = false; // to be sent
+    bool m_isAsked = false;   // sent, and not answered
+    bool m_hasFailed = false;
+    qint64 m_end = -1;                      // the last one that was told
     std::array<char, markCount> m_askers{}; // their addresses ask about marks
 };

@@ -105,6 +105,7 @@ void TrendPlot::setCurves(const QVector<Curve> &curves)
 
 void TrendPlot::setView(const TimeView &view)
 {
+    m_view = view;
     setAxisScale(xBottom, double(view.range().from), double(view.range().to));
     for (const Side side : {Side::Left, Side::Right}) {
         QVector<Statistics> shown;

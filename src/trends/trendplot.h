@@ -23,6 +23,7 @@ public:
 
     void setCurves(const QVector<Curve> &curves);
     void setView(const TimeView &view);
+    const TimeView &view() const { return m_view; }
     void setMarkers(const Markers &markers);
 
     // Of the canvas, in pixels.
@@ -59,4 +60,5 @@ private:
     MarkerLines *m_markers;
     QVector<TrendCurve *> m_items;
     QVector<Curve> m_curves;
+    TimeView m_view;
 };

@@ -3,8 +3,8 @@
 #include "trends/figuremodel.h"
 #include "trends/markvalues.h"
 #include "trends/trendfeed.h"
+#include "trends/trendplot.h"
 #include "trends/valuesaver.h"
-#include "trends/viewcontrol.h"
 #include "widgets/choosefile.h"
 #include "widgets/tell.h"
 
@@ -67,7 +67,7 @@ void TrendSaver::saveValues()
             shown.append(curve.point.id);
         }
     }
-    const TimeRange range = m_parts.control->view().range();
+    const TimeRange range = m_parts.plot->view().range();
     std::vector<ValueTable::Column> columns = m_parts.feed->values(shown, range);
     const QPointer<TrendSaver> self(this);
     const QString path =
@@ -79,11 +79,11 @@ void TrendSaver::saveValues()
 
 TrendPicture TrendSaver::picture() const
 {
-    return {m_parts.figures, m_parts.control->view(), m_parts.marks->markers(), m_window->windowTitle()};
+    return {m_parts.figures, m_parts.plot->view(), m_parts.marks->markers(), m_window->windowTitle()};
 }
 
 QString TrendSaver::fileName() const
 {
-    const QDateTime end = QDateTime::fromMSecsSinceEpoch(m_parts.control->view().range().to);
+    const QDateTime end = QDateTime::fromMSecsSinceEpoch(m_parts.plot->view().range().to);
     return m_window->windowTitle() + QLatin1Char(' ') + end.toString(QStringLiteral("yyyy-MM-dd hh-mm-ss"));
 }

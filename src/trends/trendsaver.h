@@ -6,7 +6,7 @@
 
 class MarkValues;
 class TrendFeed;
-class ViewControl;
+class TrendPlot;
 class QWidget;
 
 // Takes a trend out of its window: to the clipboard, or into a file that the user names. What fails is told
@@ -18,7 +18,7 @@ public:
     struct Parts {
         TrendFeed *feed;
         FigureModel *figures;
-        ViewControl *control;
+        const TrendPlot *plot;
         MarkValues *marks;
     };
 

@@ -127,7 +127,7 @@ void TrendWindow::addKeys()
 
 void TrendWindow::setWorks()
 {
-    auto *saver = new TrendSaver({m_feed, m_figures, m_control, m_values}, this);
+    auto *saver = new TrendSaver({m_feed, m_figures, m_plot, m_values}, this);
     m_works = {
         {Tool::Follow, [this] { m_control->toggleFollowing(); }},
         {Tool::Back, [this] { m_control->back(); }},
@@ -154,6 +154,8 @@ void TrendWindow::connectParts()
         ask();
         scheduleRedraw();
     });
+    // The picture goes on once its values are there, so that figures don't come and go.
+    connect(m_control, &ViewControl::viewWentOn, this, &TrendWindow::ask);
     connect(m_marks, &TrendMarks::markersChanged, this, [this] {
         m_plot->setMarkers(m_marks->markers());
         showTools();
@@ -275,10 +277,8 @@ void TrendWindow::ask()
 
 void TrendWindow::take(const SampleSource::Request &request, const QVector<Thinned> &answers)
 {
-    m_figures->describe(m_feed->points());
     m_note->tell(TrendNote::Failure, QString());
-    m_figures->setAnswers(request, answers);
-    m_values->setEnd(qMin(request.range.to, request.now));
+    m_answer = Answer{request, answers};
     m_values->setScreen(m_control->view().range(), m_feed->present());
     scheduleRedraw();
 }
@@ -295,6 +295,12 @@ void TrendWindow::scheduleRedraw()
 void TrendWindow::redraw()
 {
     m_sinceRedraw.start();
+    if (m_answer) {
+        m_figures->describe(m_feed->points());
+        m_figures->setAnswers(m_answer->request, m_answer->curves);
+        m_answer.reset();
+    }
+    m_figures->setScreen(m_control->view().range());
     m_plot->setCurves(m_figures->curves());
     m_plot->setView(m_control->view());
     m_plot->replot();
@@ -360,6 +366,9 @@ void TrendWindow::timerEvent(QTimerEvent *event)
     tellClock();
     if (m_control->view().isFollowing() && !m_feed->isGrowing()) {
         m_control->toggleFollowing();
+    }
+    if (m_feed->isBusy()) {
+        return; // each question would take the place of the one before: none would be answered
     }
     // What would move the picture by less than a pixel waits.
     const qint64 column = m_control->view().span() / m_plot->columns();

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class FigureModel;
 class FigureTable;
@@ -108,6 +109,11 @@ private:
     QTimer m_redraw;
     QElapsedTimer m_sinceRedraw;
     QBasicTimer m_tick;
+    struct Answer {
+        SampleSource::Request request;
+        QVector<Thinned> curves;
+    };
+    std::optional<Answer> m_answer; // to be shown with the next picture
     bool m_hasGrown = false;
     bool m_isNew = true; // no curve was ever shown
 };

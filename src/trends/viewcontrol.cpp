@@ -127,7 +127,7 @@ void ViewControl::setPresent(qint64 time)
 {
     m_view.setPresent(time);
     if (m_view.isFollowing()) {
-        changed();
+        emit viewWentOn();
     }
 }
 

@@ -31,6 +31,8 @@ public:
 
 signals:
     void viewChanged();
+    // The view has gone on with the present, and has not changed otherwise.
+    void viewWentOn();
 
 private:
     // A key and what it does; a table of these makes the shortcuts.

@@ -69,6 +69,12 @@ private slots:
     void markersOfADay();
     void currentIsTheLastOfItsColumn_data();
     void currentIsTheLastOfItsColumn();
+    void figuresOfAnotherRangeAreNotTold_data();
+    void figuresOfAnotherRangeAreNotTold();
+    void currentOfAnotherTimeIsNotTold();
+    void followedFiguresDoNotComeAndGo();
+    void followingWaitsForASlowSource();
+    void followingGoesOnAfterAFailure();
     void doesNotWaitForCurves();
     void oldValuesStayWithTheirTime();
     void takenAwayMeanwhile();
@@ -81,7 +87,11 @@ private:
     void view(const TimeRange &range);
     SampleSource *history();
     SampleSource *recording();
-    void openFake();
+    void openFake(bool growing = false);
+    QStringList row() const;
+    void answerAll();
+    // Until the window has looked at the present some times more.
+    static void letTick();
     void point(double second) { marks()->setCursor(start + qint64(second * 1000)); }
     TrendMarks *marks() const { return window->findChild<TrendMarks *>(); }
     QStringList readout() const { return window->findChild<Readout *>()->lines(); }
@@ -322,11 +332,130 @@ void TestMarkValues::doesNotWaitForCurves()
     QTRY_COMPARE_WITH_TIMEOUT(thinned.size(), 1, 20000);
 }
 
-void TestMarkValues::openFake()
+void TestMarkValues::openFake(bool growing)
 {
     source = std::make_unique<FakeSource>();
     source->add("Voltage", "float", {valid(0, 230), valid(400, 240), valid(600, 235), valid(1000, 231.5)});
-    RUN(open());
+    RUN(open(growing));
+}
+
+QStringList TestMarkValues::row() const
+{
+    return {cell(0, FigureModel::Current), cell(0, FigureModel::Least), cell(0, FigureModel::Greatest),
+            cell(0, FigureModel::Mean), cell(0, FigureModel::Skipped)};
+}
+
+void TestMarkValues::answerAll()
+{
+    const auto moments = source->moments;
+    source->moments.clear();
+    for (const auto &each : moments) {
+        source->answerAt(each.first, each.second);
+    }
+    source->answer(window->findChild<TrendFeed *>(), source->requests.last());
+    redrawn();
+}
+
+void TestMarkValues::letTick()
+{
+    QTimer timer;
+    const QSignalSpy ticks(&timer, &QTimer::timeout);
+    timer.start(TrendWindow::tick);
+    QTRY_VERIFY(ticks.size() > 5);
+}
+
+void TestMarkValues::figuresOfAnotherRangeAreNotTold_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QStringList>("figures");
+    QTest::newRow("less") << int(Qt::Key_Plus) << QStringList{"235", "235", "240", "237.5", ""};
+    QTest::newRow("another time") << int(Qt::Key_PageUp) << QStringList{"230", "230", "230", "230", ""};
+    QTest::newRow("nothing there") << int(Qt::Key_PageDown)
+                                   << QStringList{"231.5", "231.5", "231.5", "231.5", ""};
+}
+
+void TestMarkValues::figuresOfAnotherRangeAreNotTold()
+{
+    QFETCH(int, key);
+    RUN(openFake());
+    QCOMPARE(row(), (QStringList{"231.5", "230", "240", "234.125", ""}));
+    source->answers = false;
+    source->answersMoments = false;
+    source->moments.clear();
+    press(key);
+    QCOMPARE(row(), (QStringList{"…", "…", "…", "…", "…"}));
+    RUN(answerAll());
+    QTEST(row(), "figures");
+}
+
+// The figures of curves come before the value at their end, which the source may even forget.
+void TestMarkValues::currentOfAnotherTimeIsNotTold()
+{
+    RUN(openFake());
+    source->answersMoments = false;
+    source->moments.clear();
+    press(Qt::Key_PageUp);
+    QCOMPARE(row(), (QStringList{"…", "230", "230", "230", ""}));
+    QVERIFY(source->moments.size() > 1);
+    source->moments = source->moments.mid(1); // the first one is forgotten
+    RUN(answerAll());
+    QCOMPARE(row(), (QStringList{"230", "230", "230", "230", ""}));
+}
+
+void TestMarkValues::followedFiguresDoNotComeAndGo()
+{
+    RUN(openFake(true));
+    QTRY_VERIFY(!row().contains("…"));
+    const QStringList before = row();
+    const qint64 shown = plot->timeAt(plot->columns());
+    source->answers = false;
+    source->answersMoments = false;
+    const int asked = source->requests.size();
+    source->append(FakeSource::idOf("Voltage"),
+                   {QDateTime::currentMSecsSinceEpoch(), 7, SampleState::Valid, {}});
+    QTRY_VERIFY(source->requests.size() > asked);
+    RUN(letTick());
+    QCOMPARE(row(), before);
+    QCOMPARE(plot->timeAt(plot->columns()), shown);
+    RUN(answerAll());
+    QTRY_VERIFY(plot->timeAt(plot->columns()) > shown);
+    QVERIFY(!row().contains("…"));
+}
+
+// A question that takes the place of another one would keep both from being answered.
+void TestMarkValues::followingWaitsForASlowSource()
+{
+    RUN(openFake(true));
+    source->answers = false;
+    const auto append = [this] {
+        source->append(FakeSource::idOf("Voltage"),
+                       {QDateTime::currentMSecsSinceEpoch(), 7, SampleState::Valid, {}});
+    };
+    const int asked = source->requests.size();
+    append();
+    QTRY_COMPARE(source->requests.size(), asked + 1);
+    append();
+    RUN(letTick());
+    QCOMPARE(source->requests.size(), asked + 1);
+    press(Qt::Key_Plus); // the user does not wait
+    QCOMPARE(source->requests.size(), asked + 2);
+    RUN(answerAll());
+    QTRY_VERIFY(source->requests.size() > asked + 2); // what came meanwhile
+}
+
+void TestMarkValues::followingGoesOnAfterAFailure()
+{
+    RUN(openFake(true));
+    source->answers = false;
+    const int asked = source->requests.size();
+    const PointId id = FakeSource::idOf("Voltage");
+    source->append(id, {QDateTime::currentMSecsSinceEpoch(), 7, SampleState::Valid, {}});
+    QTRY_COMPARE(source->requests.size(), asked + 1);
+    emit source->failed("The server can't be reached.");
+    RUN(letTick());
+    const int before = source->requests.size(); // the note has made the plot smaller
+    source->append(id, {QDateTime::currentMSecsSinceEpoch(), 7, SampleState::Valid, {}});
+    QTRY_VERIFY(source->requests.size() > before);
 }
 
 void TestMarkValues::oldValuesStayWithTheirTime()

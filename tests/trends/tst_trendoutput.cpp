@@ -334,7 +334,7 @@ void TestTrendOutput::silentSourceKeepsTheWindowAlive()
 {
     source->answers = false;
     RUN(open(true));
-    QCOMPARE(cell(0, FigureModel::Current), "–");
+    QCOMPARE(cell(0, FigureModel::Current), "…");
     for (const int key : {Qt::Key_3, Qt::Key_Plus, Qt::Key_Left, Qt::Key_A, Qt::Key_Home, Qt::Key_Escape}) {
         press(key);
     }
