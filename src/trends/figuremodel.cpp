@@ -245,6 +245,12 @@ bool FigureModel::hasSkipped() const
                        [](const Curve &curve) { return curve.data.statistics.notNumbers > 0; });
 }
 
+bool FigureModel::hasRightScale() const
+{
+    return std::any_of(m_curves.cbegin(), m_curves.cend(),
+                       [](const Curve &curve) { return curve.shown && curve.side == Side::Right; });
+}
+
 int FigureModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : m_curves.size();

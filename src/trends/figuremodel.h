@@ -47,6 +47,8 @@ public:
     void setValues(Mark mark, const SampleSource::Moment &moment, const QVector<ValueAt> &values);
 
     bool hasSkipped() const;
+    // Whether a curve that is shown is on the scale on the right.
+    bool hasRightScale() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

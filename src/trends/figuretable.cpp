@@ -54,12 +54,13 @@ void FigureTable::setUpColumns()
         const int width = fontMetrics().averageCharWidth() * chars + margins;
         header->resizeSection(column, qMax(width, header->sectionSizeHint(column)));
     }
-    int breaks = 0; // which stand at markers
+    int breaks = 0;
     for (const SampleState state : {SampleState::NotValid, SampleState::NoNumber, SampleState::NoReport,
                                     SampleState::Ended, SampleState::Dropped}) {
         breaks = qMax(breaks, fontMetrics().horizontalAdvance(TrendTexts::ofBreak(state)) + margins);
     }
-    for (const FigureModel::Column column : {FigureModel::AtA, FigureModel::AtB}) {
+    // Half a reason could be read as another one, or as the begin of a text.
+    for (const FigureModel::Column column : {FigureModel::Current, FigureModel::AtA, FigureModel::AtB}) {
         header->resizeSection(column, qMax(breaks, header->sectionSize(column)));
     }
     header->setMinimumSectionSize(header->sectionSizeHint(FigureModel::AtA));

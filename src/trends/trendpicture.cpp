@@ -82,9 +82,10 @@ bool TrendPicture::saveSvg(const QString &path) const
 QVector<int> TrendPicture::columns() const
 {
     QVector<int> columns;
-    for (int column = 0; column < FigureModel::RightScale; ++column) {
-        const bool isOfMarkers = column >= FigureModel::AtA;
+    for (int column = 0; column < FigureModel::ColumnCount; ++column) {
+        const bool isOfMarkers = column >= FigureModel::AtA && column <= FigureModel::Difference;
         if ((column != FigureModel::Skipped || m_figures->hasSkipped())
+            && (column != FigureModel::RightScale || m_figures->hasRightScale())
             && (!isOfMarkers || m_markers.isAnySet())) {
             columns.append(column);
         }
@@ -96,15 +97,10 @@ QString TrendPicture::text() const
 {
     QStringList lines{m_title, TrendTexts::ofRange(m_view.range())};
     const QVector<int> shown = columns();
-    QStringList titles;
-    for (const int column : shown) {
-        titles.append(m_figures->headerData(column, Qt::Horizontal).toString());
-    }
-    lines.append(titles.join(QLatin1Char('\t')));
-    for (int row = 0; row < m_figures->rowCount(); ++row) {
+    for (int row = -1; row < m_figures->rowCount(); ++row) {
         QStringList cells;
         for (const int column : shown) {
-            cells.append(m_figures->index(row, column).data().toString().simplified());
+            cells.append(cell(row, column));
         }
         lines.append(cells.join(QLatin1Char('\t')));
     }
@@ -176,7 +172,8 @@ void TrendPicture::paintFigures(QPainter *painter, const QRectF &area, const QPa
     const int rows = qRound(area.height() / line) - 1;
     const int more = m_figures->rowCount() - rows;
     painter->setPen(colours.color(QPalette::Text));
-    paintRow(painter, QRectF(area.topLeft(), QSizeF(area.width(), line)), -1);
+    const QVector<Column> columns = placed(painter, area);
+    paintRow(painter, QRectF(area.topLeft(), QSizeF(area.width(), line)), columns, -1);
     for (int row = 0; row < rows; ++row) {
         const QRectF place(area.left(), area.top() + (row + 1) * line, area.width(), line);
         if (more > 0 && row == rows - 1) {
@@ -187,26 +184,58 @@ void TrendPicture::paintFigures(QPainter *painter, const QRectF &area, const QPa
         painter->setPen(CurveStyle::pen(m_figures->curves().at(row).style, colours, 2.5));
         painter->drawLine(QPointF(place.left(), middle), QPointF(place.left() + swatch - 4, middle));
         painter->setPen(colours.color(QPalette::Text));
-        paintRow(painter, place, row);
+        paintRow(painter, place, columns, row);
     }
     painter->setPen(QPen(colours.color(QPalette::Text), 0.5));
     painter->drawLine(QPointF(area.left(), area.top() + line), QPointF(area.right(), area.top() + line));
 }
 
-// The titles for a negative row.
-void TrendPicture::paintRow(QPainter *painter, const QRectF &place, int row) const
+// Each column is as wide as its texts, the name has the rest; equal parts where that is too little.
+QVector<TrendPicture::Column> TrendPicture::placed(const QPainter *painter, const QRectF &area) const
 {
+    constexpr qreal space = 12;
     const QVector<int> shown = columns();
-    const qreal width = (place.width() - swatch) / (nameShare + shown.size() - 1);
-    qreal left = place.left() + swatch;
+    const qreal room = area.width() - swatch;
+    const qreal part = room / (nameShare + shown.size() - 1);
+    QVector<Column> placed;
+    qreal all = 0; // but the name
     for (const int column : shown) {
-        const bool isName = column == FigureModel::Name;
-        const QRectF cell(left, place.top(), (isName ? nameShare * width : width) - 6, place.height());
-        const QString text = row < 0 ? m_figures->headerData(column, Qt::Horizontal).toString()
-                                     : m_figures->index(row, column).data().toString().simplified();
-        const bool isText = isName || column == FigureModel::Type;
-        painter->drawText(cell, int(isText ? Qt::AlignLeft : Qt::AlignRight) | int(Qt::AlignVCenter),
-                          painter->fontMetrics().elidedText(text, Qt::ElideRight, int(cell.width())));
-        left += isName ? nameShare * width : width;
+        qreal width = 0;
+        for (int row = -1; row < m_figures->rowCount(); ++row) {
+            width = qMax<qreal>(width, painter->fontMetrics().horizontalAdvance(cell(row, column)) + space);
+        }
+        placed.append({column, 0, width});
+        all += column == FigureModel::Name ? 0 : width;
+    }
+    const bool isEnough = all + nameShare * part <= room;
+    qreal left = area.left() + swatch;
+    for (Column &column : placed) {
+        if (column.number == FigureModel::Name) {
+            column.width = isEnough ? room - all : nameShare * part;
+        } else if (!isEnough) {
+            column.width = part;
+        }
+        column.left = left;
+        left += column.width;
+    }
+    return placed;
+}
+
+// The title for a negative row.
+QString TrendPicture::cell(int row, int column) const
+{
+    return row < 0 ? m_figures->headerData(column, Qt::Horizontal).toString()
+                   : m_figures->index(row, column).data().toString().simplified();
+}
+
+void TrendPicture::paintRow(QPainter *painter, const QRectF &place, const QVector<Column> &columns,
+                            int row) const
+{
+    for (const Column &column : columns) {
+        const QRectF box(column.left, place.top(), column.width - 6, place.height());
+        const bool isText = column.number == FigureModel::Name || column.number == FigureModel::Type;
+        const QString text = cell(row, column.number);
+        painter->drawText(box, int(isText ? Qt::AlignLeft : Qt::AlignRight) | int(Qt::AlignVCenter),
+                          painter->fontMetrics().elidedText(text, Qt::ElideRight, int(box.width())));
     }
 }

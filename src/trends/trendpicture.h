@@ -35,7 +35,14 @@ private:
     void paint(QPainter *painter, const Sheet &sheet) const;
     qreal paintHead(QPainter *painter, const QRectF &area) const;
     void paintFigures(QPainter *painter, const QRectF &area, const QPalette &colours) const;
-    void paintRow(QPainter *painter, const QRectF &place, int row) const;
+    struct Column {
+        int number; // in the table
+        qreal left;
+        qreal width;
+    };
+    QVector<Column> placed(const QPainter *painter, const QRectF &area) const;
+    QString cell(int row, int column) const;
+    void paintRow(QPainter *painter, const QRectF &place, const QVector<Column> &columns, int row) const;
     void paintPlot(QPainter *painter, const QRectF &area, const Sheet &sheet) const;
     QVector<int> columns() const;
     int figureRows(qreal height, qreal line) const;

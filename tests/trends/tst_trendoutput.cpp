@@ -35,6 +35,7 @@ private slots:
     void copiesPictureAndFigures();
     void savesAPicture_data();
     void savesAPicture();
+    void pictureTellsScalesAndWholeReasons();
     void savesValuesOnScreen();
     void savesValuesBesideTheWindow();
     void cancelledValuesLeaveTheFileAsItWas_data();
@@ -196,6 +197,34 @@ void TestTrendOutput::savesAPicture()
     const QByteArray words = svg.readAll();
     for (const char *word :
          {"Trend: Relay", "Voltage", "234.125", "Running", "not valid", "Time of arrival at this computer"}) {
+        QVERIFY2(words.contains(word), word);
+    }
+}
+
+void TestTrendOutput::pictureTellsScalesAndWholeReasons()
+{
+    source = std::make_unique<FakeSource>();
+    source->add("Voltage", "float", {valid(0, 230), valid(998, 231), broken(1000, SampleState::Ended)});
+    source->add("Power factor", "float", {valid(0, 0.95), broken(1, SampleState::NoNumber), valid(9, 0.9)});
+    RUN(open());
+    press(Qt::Key_M);
+    press(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    const QStringList lines = QApplication::clipboard()->text().split('\n');
+    QStringList scales;
+    for (const QString &line : lines.mid(2)) {
+        scales.append(line.section('\t', -1));
+    }
+    QCOMPARE(scales, (QStringList{"Scale", "Left", "Right"}));
+
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) {
+        auto *choosing = qobject_cast<QFileDialog *>(dialog);
+        choosing->selectFile(QDir::current().filePath("scales.svg"));
+        choosing->QDialog::accept();
+    });
+    press(Qt::Key_S, Qt::ControlModifier);
+    const QByteArray words = Files::contents("scales.svg");
+    for (const char *word : {"session ended", "Right", "Scale"}) {
         QVERIFY2(words.contains(word), word);
     }
 }
