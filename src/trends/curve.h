@@ -19,7 +19,7 @@ struct Curve {
     int style = 0; // of CurveStyle
     bool shown = true;
     Side side = Side::Left;
-    bool hasSide = false; // chosen by the user, or suggested since there were numbers
+    bool hasSide = false; // chosen by the user, or suggested since there were numbers but 0
     Thinned data;
     TimeRange asked{0, -1};    // what the data is of
     TimeRange answered{0, -1}; // the same up to the present; it tells nothing of other times

@@ -49,6 +49,14 @@ bool isChecked(const QVariant &value)
     return value.toInt() == Qt::Checked;
 }
 
+// A state that has been 0 so far goes to 1, at most.
+double magnitudeOf(const Curve &curve)
+{
+    const double magnitude = ValueScale::magnitude(curve.data.statistics);
+    const bool isState = curve.point.type.startsWith(QLatin1String("bool"), Qt::CaseInsensitive);
+    return magnitude == 0 && isState ? 1 : magnitude;
+}
+
 QVariant checkOf(bool on)
 {
     return on ? Qt::Checked : Qt::Unchecked;
@@ -203,10 +211,10 @@ void FigureModel::suggestSides()
     QVector<Curve *> fresh;
     QVector<double> magnitudes;
     for (Curve &curve : m_curves) {
-        const double magnitude = ValueScale::magnitude(curve.data.statistics);
+        const double magnitude = magnitudeOf(curve);
         if (curve.hasSide && curve.side == Side::Left) {
             most = qMax(most, magnitude);
-        } else if (!curve.hasSide && curve.data.statistics.count > 0) {
+        } else if (!curve.hasSide && magnitude > 0) { // of nothing but zeros it is not known yet
             fresh.append(&curve);
             magnitudes.append(magnitude);
         }

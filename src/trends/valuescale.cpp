@@ -10,6 +10,9 @@ constexpr double manyTimes = 20;
 constexpr double room = 0.05; // of the range, above and below
 // Beyond it the distance between two numbers is none that a double can hold.
 constexpr double farthest = 1e300;
+// The least room above and below, as a part of the numbers. With less Qwt takes steps of the scale for equal,
+// and labels them wrong.
+constexpr double finest = 1e-12;
 
 } // namespace
 
@@ -65,8 +68,7 @@ ValueRange ValueScale::around(const QVector<Statistics> &curves)
     range.least = qMax(range.least, -farthest);
     range.greatest = qMin(range.greatest, farthest);
     double more = (range.greatest - range.least) * room;
-    // Less could not be told apart on the scale.
-    const double least = qMax(std::abs(range.least), std::abs(range.greatest)) * 1e-9;
+    const double least = qMax(std::abs(range.least), std::abs(range.greatest)) * finest;
     if (more <= least) {
         more = range.greatest == 0 ? 1 : std::abs(range.greatest) * room;
     }
@@ -76,7 +78,7 @@ ValueRange ValueScale::around(const QVector<Statistics> &curves)
 ValueRange ValueScale::zoomed(const ValueRange &range, double factor)
 {
     const double middle = range.least / 2 + range.greatest / 2;
-    const double least = qMax(std::abs(middle) * 1e-9, 1e-300);
+    const double least = qMax(std::abs(middle) * 10 * finest, 1e-300);
     const double half = qMax(least, (range.greatest / 2 - range.least / 2) * factor);
     return {qMax(-farthest, middle - half), qMin(farthest, middle + half)};
 }

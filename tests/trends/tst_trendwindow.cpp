@@ -33,6 +33,7 @@ private slots:
     void axisTellsWhoseTimeItIs();
     void recordingOpensWithItsLastDay_data();
     void recordingOpensWithItsLastDay();
+    void scaleTellsItsStepsApart_data();
     void scaleTellsItsStepsApart();
     void figuresAreOfWhatIsOnScreen();
     void currentIsWhatHoldsAtTheEnd_data();
@@ -256,18 +257,34 @@ void TestTrendWindow::recordingOpensWithItsLastDay()
     QCOMPARE(tool("follow")->isChecked(), growing);
 }
 
+void TestTrendWindow::scaleTellsItsStepsApart_data()
+{
+    QTest::addColumn<double>("least");
+    QTest::addColumn<double>("greatest");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("fractions") << 1234567.8 << 1234568.1 << "1234568.1";
+    QTest::newRow("counter") << 4294967290.0 << 4294967295.0 << "4294967295";
+    QTest::newRow("large counter") << 1e12 << 1e12 + 21 << "1000000000021";
+    QTest::newRow("largest integer") << 9e15 << 9e15 + 190000 << "9000000000190000";
+}
+
 void TestTrendWindow::scaleTellsItsStepsApart()
 {
-    source->add("Energy", "double", {valid(0, 1234567.8), valid(9, 1234568.1)});
+    QFETCH(double, least);
+    QFETCH(double, greatest);
+    source->add("Energy", "double", {valid(0, least), valid(9, greatest)});
     RUN(open());
     QSet<QString> labels;
     const QList<double> ticks = plot->axisScaleDiv(QwtPlot::yLeft).ticks(QwtScaleDiv::MajorTick);
     for (const double tick : ticks) {
-        labels.insert(plot->axisScaleDraw(QwtPlot::yLeft)->label(tick).text());
+        const QString label = plot->axisScaleDraw(QwtPlot::yLeft)->label(tick).text();
+        QVERIFY2(qAbs(label.toDouble() - tick) < (greatest - least) / 100, qPrintable(label));
+        labels.insert(label);
     }
     QVERIFY(ticks.size() > 2);
     QCOMPARE(labels.size(), ticks.size());
-    QCOMPARE(cell(0, FigureModel::Greatest), "1234568.1");
+    QTEST(cell(0, FigureModel::Greatest), "text");
+    QVERIFY(plot->axisInterval(QwtPlot::yLeft).width() < 2 * (greatest - least));
 }
 
 void TestTrendWindow::figuresAreOfWhatIsOnScreen()

@@ -14,6 +14,7 @@ private slots:
     void suggestsTheScale();
     void suggestsTheScalesOfMany_data();
     void suggestsTheScalesOfMany();
+    void suggestsTheScalesBesideZero_data();
     void suggestsTheScalesBesideZero();
     void scaleShowsAllNumbers_data();
     void scaleShowsAllNumbers();
@@ -86,15 +87,35 @@ void TestValueScale::suggestsTheScalesOfMany()
     QVERIFY(ValueScale::suggested(magnitudes) == expected);
 }
 
-// A curve that has been 0 so far tells nothing of what suits those that come after it.
+void TestValueScale::suggestsTheScalesBesideZero_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<double>("later"); // its greatest, with the answer after the one in which it is 0
+    QTest::addColumn<QString>("scale");
+    QTest::addColumn<QString>("laterScale");
+    QTest::newRow("number") << "float" << 0.0 << "Left"
+                            << "Left";
+    QTest::newRow("number that grows") << "float" << 0.9 << "Left"
+                                       << "Right";
+    QTest::newRow("number that becomes alike") << "float" << 100.0 << "Left"
+                                               << "Left";
+    QTest::newRow("state") << "bool" << 0.0 << "Right"
+                           << "Right";
+    QTest::newRow("state that changes") << "bool" << 1.0 << "Right"
+                                        << "Right";
+}
+
+// A curve that has been 0 so far tells nothing of what suits it, or those that come after it.
 void TestValueScale::suggestsTheScalesBesideZero()
 {
+    QFETCH(QString, type);
+    QFETCH(double, later);
     FigureModel model(nullptr, nullptr);
-    const auto answer = [](const QString &name, double least, double greatest) {
+    const auto answer = [](const QString &name, double least, double greatest, const QString &of = "float") {
         const PointId id{"192.168.1.80", "plant", "meters", name};
         Thinned thinned;
         thinned.statistics = figures(least, greatest);
-        return std::make_pair(Point{id, "40001", "float"}, thinned);
+        return std::make_pair(Point{id, "40001", of}, thinned);
     };
     const auto add = [&model](const QVector<std::pair<Point, Thinned>> &all) {
         QVector<Point> points;
@@ -108,13 +129,16 @@ void TestValueScale::suggestsTheScalesBesideZero()
         model.add(points);
         model.setAnswers(request, answers);
     };
-    add({answer("Fault", 0, 0)});
+    const auto scale = [&model](int row) {
+        return model.index(row, FigureModel::RightScale).data().toString();
+    };
+    add({answer("Zero", 0, 0)});
     add({answer("Voltage", 228, 232), answer("Power factor", 0.9, 0.95)});
-    QStringList scales;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        scales.append(model.index(row, FigureModel::RightScale).data().toString());
-    }
-    QCOMPARE(scales, (QStringList{"Left", "Left", "Right"}));
+    QCOMPARE((QStringList{scale(0), scale(1), scale(2)}), (QStringList{"Left", "Left", "Right"}));
+    add({answer("Fault", 0, 0, type)});
+    QTEST(scale(3), "scale");
+    add({answer("Fault", 0, later, type)});
+    QTEST(scale(3), "laterScale");
 }
 
 void TestValueScale::scaleShowsAllNumbers_data()
@@ -126,6 +150,7 @@ void TestValueScale::scaleShowsAllNumbers_data()
     QTest::newRow("one curve") << QVector<double>{0, 100} << -5.0 << 105.0;
     QTest::newRow("two curves") << QVector<double>{10, 20, 80, 110} << 5.0 << 115.0;
     QTest::newRow("always the same") << QVector<double>{200, 200} << 190.0 << 210.0;
+    QTest::newRow("a counter") << QVector<double>{1e11, 1e11 + 20} << 1e11 - 1 << 1e11 + 21;
     QTest::newRow("always zero") << QVector<double>{0, 0} << -1.0 << 1.0;
     QTest::newRow("beyond what can be told apart")
         << QVector<double>{-1.7e308, 1.7e308} << -1.1e300 << 1.1e300;
