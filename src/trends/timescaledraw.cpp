@@ -1,5 +1,7 @@
 #include "trends/timescaledraw.h"
 
+#include "trends/trendtexts.h"
+
 #include <QDateTime>
 #include <QPainter>
 
@@ -40,12 +42,18 @@ void TimeScaleDraw::drawLabel(QPainter *painter, double value) const
 
 QString TimeScaleDraw::dateFormatOfDate(const QDateTime &date, QwtDate::IntervalType interval) const
 {
-    const QString format = QwtDateScaleDraw::dateFormatOfDate(date, interval);
+    QString format = QwtDateScaleDraw::dateFormatOfDate(date, interval);
     if (interval >= QwtDate::Day) {
         return format;
     }
     const auto ticks = scaleDiv().ticks(QwtScaleDiv::MajorTick);
     const int place = ticks.indexOf(double(date.toMSecsSinceEpoch()));
-    const bool hasDate = place <= 0 || toDateTime(ticks.at(place - 1)).date() != date.date();
-    return hasDate ? format + QStringLiteral("\nyyyy-MM-dd") : format;
+    const QDateTime before = place > 0 ? toDateTime(ticks.at(place - 1)) : QDateTime();
+    if (before.date() != date.date()) {
+        format += QStringLiteral("\nyyyy-MM-dd");
+    }
+    if (before.isValid() && before.offsetFromUtc() != date.offsetFromUtc()) {
+        format += QStringLiteral("\n'%1'").arg(TrendTexts::ofZone(date.toMSecsSinceEpoch()));
+    }
+    return format;
 }

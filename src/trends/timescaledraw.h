@@ -2,7 +2,8 @@
 
 #include <qwt_date_scale_draw.h>
 
-// Labels of local time, in digits alone. The date stands below the first one, and where it has changed.
+// Labels of local time, in digits alone. The date stands below the first one, and where it has changed; the
+// zone where clocks have been set.
 class TimeScaleDraw : public QwtDateScaleDraw
 {
 public:

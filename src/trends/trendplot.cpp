@@ -4,6 +4,7 @@
 #include "trends/gapbands.h"
 #include "trends/timescaledraw.h"
 #include "trends/trendcurve.h"
+#include "trends/trendtexts.h"
 #include "trends/valuescaledraw.h"
 
 #include <QEvent>
@@ -70,12 +71,19 @@ void TrendPlot::applyFont()
     for (const int axis : {int(xBottom), int(yLeft), int(yRight)}) {
         setAxisFont(axis, font());
     }
-    QwtText title(tr("Time of arrival at this computer"));
-    title.setFont(font());
-    setAxisTitle(xBottom, title);
+    showZone();
     // So that the plot keeps its width while labels move along, the widest at an end of the scale too.
     const int half = QFontMetrics(font()).horizontalAdvance(QStringLiteral("0000-00-00")) / 2 + 2;
     axisWidget(xBottom)->setMinBorderDist(half, half);
+}
+
+// A picture may be looked at in another zone, or in another half of the year.
+void TrendPlot::showZone()
+{
+    QwtText title(QStringLiteral("%1 (%2)").arg(tr("Time of arrival at this computer"),
+                                                TrendTexts::ofZones(m_view.range())));
+    title.setFont(font());
+    setAxisTitle(xBottom, title);
 }
 
 void TrendPlot::setCurves(const QVector<Curve> &curves)
@@ -106,6 +114,7 @@ void TrendPlot::setCurves(const QVector<Curve> &curves)
 void TrendPlot::setView(const TimeView &view)
 {
     m_view = view;
+    showZone();
     setAxisScale(xBottom, double(view.range().from), double(view.range().to));
     for (const Side side : {Side::Left, Side::Right}) {
         QVector<Statistics> shown;

@@ -50,6 +50,7 @@ protected:
 private:
     void setUpAxes();
     void applyFont();
+    void showZone();
     void applyColours();
     void fitTicks();
 

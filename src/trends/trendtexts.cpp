@@ -32,6 +32,20 @@ int powerOf(double number)
     return int(std::floor(std::log10(std::abs(number)) + 1e-9));
 }
 
+qint64 aheadOfUtc(qint64 time)
+{
+    return QDateTime::fromMSecsSinceEpoch(time).offsetFromUtc() * TimeView::second;
+}
+
+// Whether local time comes to it twice.
+bool isTwice(qint64 time)
+{
+    constexpr qint64 day = 24 * TimeView::hour;
+    const qint64 setBack = aheadOfUtc(time - day) - aheadOfUtc(time + day);
+    const qint64 ahead = aheadOfUtc(time);
+    return setBack > 0 && (aheadOfUtc(time - setBack) != ahead || aheadOfUtc(time + setBack) != ahead);
+}
+
 } // namespace
 
 QString TrendTexts::ofPoint(const Point &point)
@@ -117,14 +131,30 @@ QString TrendTexts::ofValue(const ValueAt &value)
 
 QString TrendTexts::ofTime(qint64 time)
 {
-    return QDateTime::fromMSecsSinceEpoch(time).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
+    const QString text =
+        QDateTime::fromMSecsSinceEpoch(time).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
+    return isTwice(time) ? text + QLatin1Char(' ') + ofZone(time) : text;
 }
 
 QString TrendTexts::ofRange(const TimeRange &range)
 {
     const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss");
     return QDateTime::fromMSecsSinceEpoch(range.from).toString(format) + QStringLiteral(" – ")
-        + QDateTime::fromMSecsSinceEpoch(range.to).toString(format);
+        + QDateTime::fromMSecsSinceEpoch(range.to).toString(format) + QLatin1Char(' ') + ofZones(range);
+}
+
+QString TrendTexts::ofZone(qint64 time)
+{
+    const qint64 ahead = aheadOfUtc(time);
+    const QTime offset = QTime::fromMSecsSinceStartOfDay(int(qAbs(ahead)));
+    return QLatin1String(ahead < 0 ? "UTC-" : "UTC+") + offset.toString(QStringLiteral("hh:mm"));
+}
+
+QString TrendTexts::ofZones(const TimeRange &range)
+{
+    const QString first = ofZone(range.from);
+    const QString last = ofZone(range.to);
+    return first == last ? first : first + QStringLiteral(" – ") + last;
 }
 
 QString TrendTexts::ofDuration(qint64 duration)

@@ -22,9 +22,13 @@ public:
     // With as many digits as the steps of its scale need.
     static QString ofTick(double number, double step);
     static QString ofValue(const ValueAt &value);
-    // Local time with milliseconds.
+    // Local time with milliseconds; with its zone if clocks show it twice, being set back.
     static QString ofTime(qint64 time);
     static QString ofRange(const TimeRange &range);
+    // How far local time is ahead of UTC then: "UTC+01:00".
+    static QString ofZone(qint64 time);
+    // One or both of the ends.
+    static QString ofZones(const TimeRange &range);
     // "1 h 2 min 3.004 s"; with a minus before it where it is negative.
     static QString ofDuration(qint64 duration);
 };

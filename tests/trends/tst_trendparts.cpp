@@ -1,6 +1,8 @@
 #include "fakesource.h"
 #include "trends/curvestyle.h"
 #include "trends/polylines.h"
+#include "trends/timescaledraw.h"
+#include "trends/timeview.h"
 #include "trends/trendtexts.h"
 
 #include <QPalette>
@@ -9,6 +11,9 @@
 
 #include <array>
 #include <cmath>
+#include <ctime>
+
+#include <qwt_date_scale_engine.h>
 
 using Matrix = std::array<std::array<double, 3>, 3>;
 Q_DECLARE_METATYPE(Matrix)
@@ -36,6 +41,10 @@ private slots:
     void ticks();
     void durations_data();
     void durations();
+    void timesThatComeTwice_data();
+    void timesThatComeTwice();
+    void scaleAcrossTheEndOfSummer_data();
+    void scaleAcrossTheEndOfSummer();
     void everyBreakHasAWord();
     void stepsHoldTheirValue();
     void linesAreCutToTheArea();
@@ -45,6 +54,31 @@ private slots:
 };
 
 namespace {
+
+// The zone of this computer, for a while.
+class Zone
+{
+public:
+    explicit Zone(const QString &name)
+        : m_before(qgetenv("TZ"))
+    {
+        set(name.toLatin1());
+    }
+    ~Zone() { set(m_before); }
+
+private:
+    static void set(const QByteArray &name)
+    {
+        if (name.isEmpty()) {
+            qunsetenv("TZ");
+        } else {
+            qputenv("TZ", name);
+        }
+        tzset();
+    }
+
+    QByteArray m_before;
+};
 
 double linear(double part)
 {
@@ -327,6 +361,70 @@ void TestTrendParts::durations()
 {
     QFETCH(qint64, duration);
     QTEST(TrendTexts::ofDuration(duration), "text");
+}
+
+void TestTrendParts::timesThatComeTwice_data()
+{
+    QTest::addColumn<QString>("zone");
+    QTest::addColumn<QString>("utc");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const char *zone, const char *utc, const char *text) {
+        QTest::newRow(name) << zone << utc << text;
+    };
+    row("summer", "Europe/Berlin", "2026-10-24T23:59:59Z", "2026-10-25 01:59:59.000");
+    row("first time", "Europe/Berlin", "2026-10-25T00:00:00Z", "2026-10-25 02:00:00.000 UTC+02:00");
+    row("first time, end", "Europe/Berlin", "2026-10-25T00:59:59Z", "2026-10-25 02:59:59.000 UTC+02:00");
+    row("second time", "Europe/Berlin", "2026-10-25T01:00:00Z", "2026-10-25 02:00:00.000 UTC+01:00");
+    row("second time, end", "Europe/Berlin", "2026-10-25T01:59:59Z", "2026-10-25 02:59:59.000 UTC+01:00");
+    row("winter", "Europe/Berlin", "2026-10-25T02:00:00Z", "2026-10-25 03:00:00.000");
+    row("clocks set on", "Europe/Berlin", "2026-03-29T01:00:00Z", "2026-03-29 03:00:00.000");
+    row("half an hour", "Australia/Lord_Howe", "2026-04-04T15:10:00Z", "2026-04-05 01:40:00.000 UTC+10:30");
+    row("behind UTC", "America/New_York", "2026-11-01T05:30:00Z", "2026-11-01 01:30:00.000 UTC-04:00");
+    row("no summer time", "Asia/Shanghai", "2026-10-25T01:00:00Z", "2026-10-25 09:00:00.000");
+}
+
+void TestTrendParts::timesThatComeTwice()
+{
+    QFETCH(QString, zone);
+    QFETCH(QString, utc);
+    const Zone there(zone);
+    QTEST(TrendTexts::ofTime(QDateTime::fromString(utc, Qt::ISODate).toMSecsSinceEpoch()), "text");
+}
+
+void TestTrendParts::scaleAcrossTheEndOfSummer_data()
+{
+    QTest::addColumn<int>("from"); // minutes of the day
+    QTest::addColumn<int>("length");
+    QTest::addColumn<QStringList>("labels");
+    QTest::addColumn<QString>("zones");
+    const QStringList hours{"00:00 2026-10-25", "01:00", "02:00", "02:00 UTC+01:00", "03:00", "04:00"};
+    QTest::newRow("hours") << 0 << 5 * 60 << hours << "UTC+02:00 – UTC+01:00";
+    const QStringList quarters{"01:30 2026-10-25", "01:45", "02:00", "02:15", "02:30", "02:45",
+                               "02:00 UTC+01:00",  "02:15", "02:30"};
+    QTest::newRow("quarters") << 90 << 2 * 60 << quarters << "UTC+02:00 – UTC+01:00";
+    QTest::newRow("summer")
+        << 60 << 7
+        << QStringList{"01:00 2026-10-25", "01:01", "01:02", "01:03", "01:04", "01:05", "01:06", "01:07"}
+        << "UTC+02:00";
+}
+
+void TestTrendParts::scaleAcrossTheEndOfSummer()
+{
+    QFETCH(int, from);
+    QFETCH(int, length);
+    const Zone berlin("Europe/Berlin");
+    const qint64 midnight = QDateTime(QDate(2026, 10, 25), QTime(0, 0)).toMSecsSinceEpoch();
+    const TimeRange range{midnight + from * TimeView::minute, midnight + (from + length) * TimeView::minute};
+    TimeScaleDraw scale;
+    scale.setScaleDiv(
+        QwtDateScaleEngine(Qt::LocalTime).divideScale(double(range.from), double(range.to), 8, 5));
+    QStringList labels;
+    const QList<double> ticks = scale.scaleDiv().ticks(QwtScaleDiv::MajorTick);
+    for (const double tick : ticks) {
+        labels.append(scale.label(tick).text().split('\n').join(' '));
+    }
+    QTEST(labels, "labels");
+    QTEST(TrendTexts::ofZones(range), "zones");
 }
 
 void TestTrendParts::everyBreakHasAWord()

@@ -1,6 +1,7 @@
 #include "trends/eventlabels.h"
 #include "trends/gapbands.h"
 #include "trends/trendcurve.h"
+#include "trends/trendtexts.h"
 #include "trendtest.h"
 
 #include <QAbstractItemModelTester>
@@ -224,7 +225,8 @@ void TestTrendWindow::axisTellsWhoseTimeItIs()
 {
     source->add("Voltage", "float", {valid(0, 1), valid(60, 2)});
     RUN(open());
-    QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(), "Time of arrival at this computer");
+    QCOMPARE(plot->axisTitle(QwtPlot::xBottom).text(),
+             "Time of arrival at this computer (" + TrendTexts::ofZone(start) + ')');
     const QString first = QDateTime::fromMSecsSinceEpoch(start + 20000).toString("hh:mm:ss");
     QVERIFY(plot->axisScaleDraw(QwtPlot::xBottom)->label(double(start + 20000)).text().startsWith(first));
 }
