@@ -1,28 +1,53 @@
 # Completion of boxctl for bash. Commands and options are those that its help names.
 _boxctl()
 {
-    local word=${COMP_WORDS[COMP_CWORD]} program=${COMP_WORDS[0]} command=${COMP_WORDS[1]} words
+    # What bash calls a word ends at "=", "@" and ":"; what is completed, $2, has the "@" in front of it.
+    local word=$2 before=$3 program=${COMP_WORDS[0]} command=${COMP_WORDS[1]} help words
+    if [[ ${COMP_WORDS[COMP_CWORD]} == = ]]; then
+        word=""
+    elif [[ $before == = ]]; then
+        before=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
     COMPREPLY=()
     if ((COMP_CWORD == 1)); then
         words="--help --help-all --version $("$program" --help 2>/dev/null |
             sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p')"
-    elif [[ $word == -* ]]; then
-        words=$("$program" "$command" --help 2>/dev/null | grep -o '^  [-a-z, ]*' | grep -o -- '--[a-z-]*')
-    elif [[ ${COMP_WORDS[COMP_CWORD - 1]} == --format ]]; then
-        words="text csv json influx"
-    elif [[ $command == get || $command == set ]]; then
-        words="lan wan wifi lte ntp time"
+    else
+        help=$("$program" "$command" --help 2>/dev/null)
+        if [[ $before == --format ]]; then
+            words="text csv json influx"
+        elif [[ $before == --* && $help == *"$before <"* ]]; then
+            return # a value that is free
+        elif [[ $word == -* ]]; then
+            words=$(grep -o '^  [-a-z, ]*' <<<"$help" | grep -o -- '--[a-z-]*')
+        elif [[ $command == get || $command == set ]]; then
+            words="lan wan wifi lte ntp time"
+        fi
     fi
     if [[ -n ${words-} ]]; then
         mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
     fi
-    # Files, of lists behind their mark, too.
     if ((COMP_CWORD > 1 && ${#COMPREPLY[@]} == 0)); then
-        if [[ $word == @* ]]; then
-            mapfile -t COMPREPLY < <(compgen -P @ -f -- "${word#@}")
-        else
-            mapfile -t COMPREPLY < <(compgen -f -- "$word")
-        fi
+        _boxctl_files "$word"
     fi
+}
+
+# Files, of lists behind their mark, too: then bash knows no folder by it and would quote the mark.
+_boxctl_files()
+{
+    local file files
+    if [[ $1 != @* ]]; then
+        mapfile -t COMPREPLY < <(compgen -f -- "$1")
+        return
+    fi
+    compopt +o filenames
+    mapfile -t files < <(compgen -f -- "${1#@}")
+    for file in "${files[@]}"; do
+        if [[ -d $file ]]; then
+            compopt -o nospace
+            file+=/
+        fi
+        COMPREPLY+=("@$(printf %q "$file")")
+    done
 }
 complete -o filenames -F _boxctl boxctl

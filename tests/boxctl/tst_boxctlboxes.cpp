@@ -1,6 +1,8 @@
 #include "boxctltest.h"
 #include "files.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QTcpServer>
 #include <QtTest>
 
@@ -26,6 +28,8 @@ private slots:
     void progressOnATerminal();
     void progressOnASmallTerminal_data();
     void progressOnASmallTerminal();
+    void completion_data();
+    void completion();
 };
 
 void TestBoxCtlBoxes::listsOfBoxes_data()
@@ -154,6 +158,53 @@ void TestBoxCtlBoxes::progressOnASmallTerminal()
     QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
     const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
     QVERIFY2(outcome.out.midRef(drawn.size()).startsWith(erased), qPrintable(outcome.out));
+}
+
+void TestBoxCtlBoxes::completion_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("words");
+    const auto row = [](const char *typed, const char *words) {
+        QTest::newRow(typed) << QString::fromLatin1(typed) << QString::fromLatin1(words);
+    };
+    row("inf", "<info>");
+    row("info --ti", "<info> <--timeout>");
+    row("get 1.2.3.4 wi", "<get> <1.2.3.4> <wifi>");
+    row("get plants/no", "<get> <plants/north.txt>");
+    row("get @plants/no", "<get> <@plants/north.txt>");
+    row("get @plants/two", "<get> <@plants/two words.txt>");
+    row("get @pla", "<get> <@plants/>"); // and no space, so that the name goes on
+    row("set 1.2.3.4 wifi password=@plants/no", "<set> <1.2.3.4> <wifi> <password=@plants/north.txt>");
+    row("watch --format c", "<watch> <--format> <csv>");
+    row("watch --format=c", "<watch> <--format=csv>");
+    row("get --timeout n", "<get> <--timeout> <n>"); // it is a number, no group
+    row("get --timeout=n", "<get> <--timeout=n>");
+    row("record --to sqlite:plants/no", "<record> <--to> <sqlite:plants/north.txt>");
+}
+
+// What bash makes of a call at the tabulator key.
+void TestBoxCtlBoxes::completion()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, words);
+    QVERIFY(QDir().mkpath("plants"));
+    Files::put("plants/north.txt", "");
+    Files::put("plants/two words.txt", "");
+    Files::put("rc",
+               "PATH=" + QFileInfo(BOXCTL_PROGRAM).path().toUtf8() + ":$PATH\n. " SOURCE_ROOT
+               "/packaging/linux/boxctl.bash\nPS1='ready> '\n"
+               "boxctl() { if [[ $* == *--help ]]; then command boxctl \"$@\"; else printf '<%s> ' \"$@\" "
+               "end; fi; }\n");
+    QProcess bash;
+    bash.start("script",
+               {"--quiet", "--command", "TERM=dumb bash --noprofile --rcfile rc -i", "typescript"});
+    QVERIFY(QTest::qWaitFor([&] { return bash.peek(10000).contains("ready> "); }));
+    bash.write("boxctl " + typed.toLatin1() + "\t\n");
+    QVERIFY2(QTest::qWaitFor([&] { return bash.peek(10000).contains("<end>"); }), bash.peek(10000));
+    const QString shown = QString::fromUtf8(bash.readAll()).section(QLatin1Char('\n'), -1);
+    QCOMPARE(shown.left(shown.indexOf(" <end>")), words);
+    bash.write("exit\n");
+    QVERIFY(bash.waitForFinished());
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlBoxes)
