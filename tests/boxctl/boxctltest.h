@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <csignal>
+
 // What the tests of boxctl share: the program as a process, and simulated Boxes for it.
 namespace BoxCtl {
 
@@ -26,23 +28,57 @@ inline char *toString(const Outcome &outcome)
         QString("status %1\n%2--- standard error\n%3").arg(outcome.status).arg(outcome.out, outcome.error));
 }
 
+// A call that goes on while the test's own Boxes talk to it.
+class RunningCall
+{
+public:
+    explicit RunningCall(const QStringList &arguments)
+        : RunningCall(QString(BOXCTL_PROGRAM), arguments)
+    {
+    }
+    RunningCall(const QString &program, const QStringList &arguments)
+    {
+        m_process.start(program, arguments, QIODevice::ReadOnly);
+    }
+
+    QByteArray error()
+    {
+        m_error += m_process.readAllStandardError();
+        return m_error;
+    }
+    QByteArray out()
+    {
+        m_out += m_process.readAllStandardOutput();
+        return m_out;
+    }
+    void signal(int number) const { ::kill(pid_t(m_process.processId()), number); }
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+    // Waits for its end.
+    Outcome outcome()
+    {
+        const bool hasEnded =
+            QTest::qWaitFor([this] { return m_process.state() == QProcess::NotRunning; }, 60000);
+        const bool isGood = hasEnded && m_process.exitStatus() == QProcess::NormalExit
+            && m_process.error() != QProcess::FailedToStart;
+        return {isGood ? m_process.exitCode() : -1, QString::fromUtf8(out()),
+                isGood ? QString::fromUtf8(error()) : m_process.errorString()};
+    }
+    QProcess *process() { return &m_process; }
+
+private:
+    QProcess m_process;
+    QByteArray m_out;
+    QByteArray m_error;
+};
+
 inline Outcome run(const QString &program, const QStringList &arguments)
 {
-    QProcess process;
-    process.start(program, arguments, QIODevice::ReadOnly);
-    // Boxes that live in the test answer meanwhile.
-    const auto hasEnded = [&process] { return process.state() == QProcess::NotRunning; };
-    if (!QTest::qWaitFor(hasEnded, 60000) || process.exitStatus() != QProcess::NormalExit
-        || process.error() == QProcess::FailedToStart) {
-        return {-1, QString::fromUtf8(process.readAllStandardOutput()), process.errorString()};
-    }
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return RunningCall(program, arguments).outcome();
 }
 
 inline Outcome run(const QStringList &arguments)
 {
-    return run(QString(BOXCTL_PROGRAM), arguments);
+    return RunningCall(arguments).outcome();
 }
 
 // A simulated Box, which lives as long as the object.
@@ -82,6 +118,12 @@ private:
     QString m_log;
     QProcess m_process;
 };
+
+// A command of the shell on a terminal of its own.
+inline Outcome runOnTerminal(const QString &command)
+{
+    return run("script", {"--quiet", "--return", "--command", command, "typescript"});
+}
 
 // A call of the program on a terminal of its own, on which something is typed once it asks.
 inline Outcome runOnTerminal(const QStringList &arguments, const QByteArray &question,

@@ -8,9 +8,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <csignal>
-
-// What the tests of reports share: Boxes that say what a test makes them say, and calls that go on meanwhile.
+// What the tests of reports share: Boxes that say what a test makes them say.
 namespace BoxCtl {
 
 inline const QByteArray heartbeatAnswer = HandFrames::hex("12 34 02 00 0c 00 01 31 00 00 56 78");
@@ -69,46 +67,6 @@ public:
             }
         };
     }
-};
-
-// A call that goes on while the test's own Boxes talk to it.
-class RunningCall
-{
-public:
-    explicit RunningCall(const QStringList &arguments)
-        : RunningCall(QString(BOXCTL_PROGRAM), arguments)
-    {
-    }
-    RunningCall(const QString &program, const QStringList &arguments)
-    {
-        m_process.start(program, arguments, QIODevice::ReadOnly);
-    }
-
-    QByteArray error()
-    {
-        m_error += m_process.readAllStandardError();
-        return m_error;
-    }
-    QByteArray out()
-    {
-        m_out += m_process.readAllStandardOutput();
-        return m_out;
-    }
-    void signal(int number) const { ::kill(pid_t(m_process.processId()), number); }
-    bool isRunning() const { return m_process.state() == QProcess::Running; }
-    Outcome outcome()
-    {
-        const bool hasEnded =
-            QTest::qWaitFor([this] { return m_process.state() == QProcess::NotRunning; }, 20000);
-        return {hasEnded && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1,
-                QString::fromUtf8(out()), QString::fromUtf8(error())};
-    }
-    QProcess *process() { return &m_process; }
-
-private:
-    QProcess m_process;
-    QByteArray m_out;
-    QByteArray m_error;
 };
 
 } // namespace BoxCtl

@@ -116,7 +116,7 @@ void TestBoxCtlBoxes::progressOnATerminal()
 {
     const SimulatedBox box(address, {"--fault", "late-heartbeat=400"});
     const QString command = QString("%1 info %2 %3").arg(QString(BOXCTL_PROGRAM), address, nowhere);
-    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
+    const Outcome outcome = runOnTerminal(command);
     QCOMPARE(outcome.status, 1);
     QVERIFY2(outcome.out.contains("127.0.40.70: waiting for the heartbeat answer\r\n"
                                   "0 of 2 Boxes done, 1 failed\r\n"),
@@ -154,7 +154,7 @@ void TestBoxCtlBoxes::progressOnASmallTerminal()
     Files::put("names", "127.0.40.76 北京变电站一号网关二层\n127.0.40.77 North feeder\n127.0.40.78\n");
     const QString command =
         QString("stty rows %1 cols 30; %2 info --timeout 0.1 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
-    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
+    const Outcome outcome = runOnTerminal(command);
     QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
     const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
     QVERIFY2(outcome.out.midRef(drawn.size()).startsWith(erased), qPrintable(outcome.out));
@@ -190,14 +190,14 @@ void TestBoxCtlBoxes::completion()
     QVERIFY(QDir().mkpath("plants"));
     Files::put("plants/north.txt", "");
     Files::put("plants/two words.txt", "");
-    Files::put("rc",
-               "PATH=" + QFileInfo(BOXCTL_PROGRAM).path().toUtf8() + ":$PATH\n. " SOURCE_ROOT
-               "/packaging/linux/boxctl.bash\nPS1='ready> '\n"
-               "boxctl() { if [[ $* == *--help ]]; then command boxctl \"$@\"; else printf '<%s> ' \"$@\" "
-               "end; fi; }\n");
+    Files::put(
+        "rc",
+        "PATH=" + QFileInfo(BOXCTL_PROGRAM).path().toUtf8()
+            + ":$PATH\n. " SOURCE_ROOT "/packaging/linux/boxctl.bash\nPS1='ready> '\n"
+              "boxctl() { if [[ $* == *--help ]]; then command boxctl \"$@\"; else printf '<%s> ' \"$@\" "
+              "end; fi; }\n");
     QProcess bash;
-    bash.start("script",
-               {"--quiet", "--command", "TERM=dumb bash --noprofile --rcfile rc -i", "typescript"});
+    bash.start("script", {"--quiet", "--command", "TERM=dumb bash --noprofile --rcfile rc -i", "typescript"});
     QVERIFY(QTest::qWaitFor([&] { return bash.peek(10000).contains("ready> "); }));
     bash.write("boxctl " + typed.toLatin1() + "\t\n");
     QVERIFY2(QTest::qWaitFor([&] { return bash.peek(10000).contains("<end>"); }), bash.peek(10000));

@@ -69,18 +69,6 @@ Outcome runWithFiles(int files, const QStringList &arguments)
     return run("sh", QStringList{"-c", shell, "sh", BOXCTL_PROGRAM} + arguments);
 }
 
-// While the Boxes of this program go on.
-Outcome runBeside(const QStringList &arguments)
-{
-    QProcess process;
-    process.start(QString(BOXCTL_PROGRAM), arguments, QIODevice::ReadOnly);
-    if (!QTest::qWaitFor([&process] { return process.state() == QProcess::NotRunning; }, 60000)) {
-        return {-1, QString(), "it does not end"};
-    }
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
 // Looks for reports that are left out. The values of a Box and Standard tell which report it is.
 class ReportSteps
 {
@@ -235,7 +223,7 @@ void TestBoxCtlMany::boxThatDiesAtAnyByte()
             dying += faults.dropAfterReceived > 0 ? 1 : 0;
             range.boxes()[size_t(place)]->setFaults(faults);
         }
-        const Outcome outcome = runBeside({"push", "--progress", "0", "--jobs", "50", oneSlave, list});
+        const Outcome outcome = run({"push", "--progress", "0", "--jobs", "50", oneSlave, list});
         QCOMPARE(outcome.out.count("took "), count - dying);
         QCOMPARE(
             told(outcome.error),

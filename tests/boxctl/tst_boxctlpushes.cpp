@@ -7,7 +7,6 @@
 #include <QRegularExpression>
 #include <QtTest>
 
-#include <csignal>
 #include <memory>
 #include <vector>
 
@@ -213,17 +212,15 @@ void TestBoxCtlPushes::boxThatTakesNoConnection()
 void TestBoxCtlPushes::interruptTellsOfThePushUnderWay()
 {
     SimulatedBox box(address, {"--fault", "verdict=none"});
-    QProcess process;
-    process.start(QString(BOXCTL_PROGRAM), {"push", "--jobs", "1", oneSlave, address, other});
+    RunningCall call({"push", "--jobs", "1", oneSlave, address, other});
     QVERIFY(box.hasHeard("checksum"));
-    ::kill(pid_t(process.processId()), SIGINT);
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.readAllStandardError(),
-             QByteArray("boxctl: 127.0.40.20: interrupted while the push is under way, all handed over and "
-                        "no verdict yet\n"
-                        "boxctl: 127.0.40.21: interrupted before it was begun\n"
-                        "boxctl: 0 of 2 Boxes done, 2 failed\n"));
-    QCOMPARE(process.exitCode(), 1);
+    call.signal(SIGINT);
+    QCOMPARE(call.outcome(),
+             (Outcome{1, QString(),
+                      "boxctl: 127.0.40.20: interrupted while the push is under way, all handed over and "
+                      "no verdict yet\n"
+                      "boxctl: 127.0.40.21: interrupted before it was begun\n"
+                      "boxctl: 0 of 2 Boxes done, 2 failed\n"}));
 }
 
 void TestBoxCtlPushes::interruptWhileItIsSent()
@@ -236,16 +233,14 @@ void TestBoxCtlPushes::interruptWhileItIsSent()
         link->setReadBufferSize(1); // so that it takes in no more than the system does
     });
     Files::put("large.json", Files::contents(oneSlave) + QByteArray(32 * 1024 * 1024, ' '));
-    QProcess process;
-    process.start(QString(BOXCTL_PROGRAM), {"push", "large.json", address});
+    RunningCall call({"push", "large.json", address});
     QTRY_VERIFY(link && link->bytesAvailable() == 1);
-    ::kill(pid_t(process.processId()), SIGINT);
-    QVERIFY(process.waitForFinished());
-    const QString error = QString::fromUtf8(process.readAllStandardError());
+    call.signal(SIGINT);
+    const Outcome outcome = call.outcome();
     static const QRegularExpression told(
         "\\Aboxctl: 127.0.40.20: interrupted while the push is under way, [1-9]?[0-9] % sent\n\\z");
-    QVERIFY2(told.match(error).hasMatch(), qPrintable(error));
-    QCOMPARE(process.exitCode(), 1);
+    QVERIFY2(told.match(outcome.error).hasMatch(), qPrintable(outcome.error));
+    QCOMPARE(outcome.status, 1);
 }
 
 // The script of the documentation, on ten Boxes of one list.

@@ -199,12 +199,10 @@ void TestBoxCtlSet::passwordsStayOutOfSight()
         run({"get", "--json", "--show-secrets", address, "wifi"}).out.count("\"password\":\"tiger = 7\""), 1);
     QCOMPARE(run(arguments + QStringList{"--json"}).out.count("tiger"), 0);
     // setsid(1) leaves no terminal to ask on.
-    QProcess process;
-    process.start("setsid", {"--wait", BOXCTL_PROGRAM, "set", address, "wifi", "password=-"});
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.readAllStandardError(),
-             QByteArray("boxctl: set: there is no terminal to ask for the password on\n"
-                        "boxctl: try boxctl set --help\n"));
+    QCOMPARE(run("setsid", {"--wait", BOXCTL_PROGRAM, "set", address, "wifi", "password=-"}),
+             (Outcome{2, QString(),
+                      "boxctl: set: there is no terminal to ask for the password on\n"
+                      "boxctl: try boxctl set --help\n"}));
 }
 
 void TestBoxCtlSet::passwordIsAskedFor()

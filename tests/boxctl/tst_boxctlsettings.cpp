@@ -3,8 +3,6 @@
 
 #include <QtTest>
 
-#include <csignal>
-
 using namespace BoxCtl;
 
 namespace {
@@ -75,10 +73,7 @@ void TestBoxCtlSettings::wrongCalls_data()
     row("set 127.0.40.10 wifi password=@missing", "missing: No such file or directory");
     row("set 127.0.40 wifi password=@missing", "'127.0.40' is no IPv4 address");
     row("set 127.0.40.10 wifi password=@/dev/null", "/dev/null: it holds no password");
-    row("set 127.0.40.10 lan dns1=10.0.0.1\n", "dns1 takes an IPv4 address, or nothing");
     row("set 127.0.40.10 lte at1=AT\rAT", "at1 takes no control characters");
-    row("info 127.0.40.10:30088", "'127.0.40.10:30088' is no IPv4 address");
-    row("info 127.0.40.10\n", "'127.0.40.10 ' is no IPv4 address");
     row("set 127.0.40.10 time soon", "time takes now, or a time such as \"2026-11-21 20:00:00\"");
     row("set 127.0.40.10 time now now", "time takes now, or one time such as \"2026-11-21 20:00:00\"");
 }
@@ -243,14 +238,12 @@ void TestBoxCtlSettings::manyBoxesAndFewFiles()
             "127.0.4" + QByteArray::number(3 + box / 250) + '.' + QByteArray::number(1 + box % 250) + '\n';
     }
     Files::put("thousand", list);
-    QProcess process;
-    process.start("sh", {"-c", "ulimit -n 256; exec \"$0\" info --jobs 1000 @thousand", BOXCTL_PROGRAM});
-    QVERIFY(process.waitForFinished());
-    const QString error = QString::fromUtf8(process.readAllStandardError());
-    QCOMPARE(error.count(": Connection refused\n"), 1000);
-    QCOMPARE(error.count(QLatin1Char('\n')), 1000 + 1);
-    QVERIFY(error.endsWith("boxctl: 0 of 1000 Boxes done, 1000 failed\n"));
-    QCOMPARE(process.exitCode(), 1);
+    const Outcome outcome =
+        run("sh", {"-c", "ulimit -n 256; exec \"$0\" info --jobs 1000 @thousand", BOXCTL_PROGRAM});
+    QCOMPARE(outcome.error.count(": Connection refused\n"), 1000);
+    QCOMPARE(outcome.error.count(QLatin1Char('\n')), 1000 + 1);
+    QVERIFY(outcome.error.endsWith("boxctl: 0 of 1000 Boxes done, 1000 failed\n"));
+    QCOMPARE(outcome.status, 1);
 }
 
 void TestBoxCtlSettings::interruptTellsWhatIsUnfinished_data()
@@ -264,17 +257,14 @@ void TestBoxCtlSettings::interruptTellsWhatIsUnfinished()
 {
     QFETCH(int, number);
     SimulatedBox box(address, {"--fault", "silent"});
-    QProcess process;
-    process.start(QString(BOXCTL_PROGRAM), {"info", "--jobs", "1", address, other});
+    RunningCall call({"info", "--jobs", "1", address, other});
     QVERIFY(box.hasHeard("-> heartbeat"));
-    ::kill(pid_t(process.processId()), number);
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.readAllStandardError(),
-             QByteArray("boxctl: 127.0.40.10: interrupted while waiting for the heartbeat answer\n"
-                        "boxctl: 127.0.40.11: interrupted before it was begun\n"
-                        "boxctl: 0 of 2 Boxes done, 2 failed\n"));
-    QCOMPARE(process.exitCode(), 1);
+    call.signal(number);
+    QCOMPARE(call.outcome(),
+             (Outcome{1, QString(),
+                      "boxctl: 127.0.40.10: interrupted while waiting for the heartbeat answer\n"
+                      "boxctl: 127.0.40.11: interrupted before it was begun\n"
+                      "boxctl: 0 of 2 Boxes done, 2 failed\n"}));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlSettings)
