@@ -8,6 +8,11 @@ constexpr qint64 enoughToRead = Frame::verdictSize + 1;
 // line that many pushes share.
 constexpr int systemBuffer = 64 * 1024;
 
+QString inTime(const QString &event, int timeout)
+{
+    return QStringLiteral("%1 in %2 s").arg(event).arg(timeout / 1000.0);
+}
+
 } // namespace
 
 TransferRun::TransferRun(TransferFrames frames, const TransferTimeouts &timeouts, QObject *parent)
@@ -114,13 +119,13 @@ void TransferRun::handleTimeout()
 {
     switch (m_stage) {
     case Stage::Connecting:
-        end(TransferEnding::NotConnected);
+        end(TransferEnding::NotConnected, inTime(QStringLiteral("no answer"), m_timeouts.connecting));
         break;
     case Stage::AwaitingVerdict:
-        end(TransferEnding::NoVerdict);
+        end(TransferEnding::NoVerdict, inTime(QStringLiteral("no answer"), m_timeouts.verdict));
         break;
     default:
-        end(TransferEnding::LinkLost);
+        end(TransferEnding::LinkLost, inTime(QStringLiteral("no byte was taken"), m_timeouts.writing));
         break;
     }
 }

@@ -27,7 +27,8 @@ public:
 signals:
     // Of the file that has been handed to the system, in percent.
     void progressed(int percentage);
-    // Once. The detail tells, in English, what the system says about a failure, or is empty.
+    // Once. The detail tells, in English, what the system says about a failure or what did not come in time;
+    // it may be empty.
     void ended(TransferEnding ending, const QString &detail);
 
 private:
