@@ -4,9 +4,10 @@
 #include <QCryptographicHash>
 #include <QFile>
 
-TransferFrames::TransferFrames(Frame::Command command, Opener opener)
+TransferFrames::TransferFrames(Frame::Command command, Opener opener, const QByteArray &md5)
     : m_command(command)
     , m_opener(std::move(opener))
+    , m_md5(md5)
 {
 }
 
@@ -29,15 +30,28 @@ TransferFrames::Opener TransferFrames::bytes(const QByteArray &bytes)
     };
 }
 
-std::unique_ptr<QIODevice> TransferFrames::opened() const
+QByteArray TransferFrames::md5Of(const Opener &opener)
 {
-    std::unique_ptr<QIODevice> device = m_opener();
+    const std::unique_ptr<QIODevice> device = opened(opener);
+    return device ? md5Of(device.get()) : QByteArray();
+}
+
+QByteArray TransferFrames::md5Of(QIODevice *device)
+{
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    hash.addData(device);
+    return hash.result();
+}
+
+std::unique_ptr<QIODevice> TransferFrames::opened(const Opener &opener)
+{
+    std::unique_ptr<QIODevice> device = opener();
     return device && device->isOpen() ? std::move(device) : nullptr;
 }
 
 bool TransferFrames::open()
 {
-    m_device = opened();
+    m_device = opened(m_opener);
     m_size = m_device ? m_device->size() : 0;
     m_sent = 0;
     m_number = 1;
@@ -62,14 +76,15 @@ int TransferFrames::percentage() const
 
 std::optional<QByteArray> TransferFrames::digest() const
 {
-    const std::unique_ptr<QIODevice> device = opened();
+    if (!m_md5.isEmpty()) {
+        return Frame::checksumFrame(m_command, static_cast<quint32>(m_size), m_md5);
+    }
+    const std::unique_ptr<QIODevice> device = opened(m_opener);
     if (!device) {
         return std::nullopt;
     }
     const qint64 size = device->size();
-    QCryptographicHash hash(QCryptographicHash::Md5);
-    hash.addData(device.get());
-    return Frame::checksumFrame(m_command, static_cast<quint32>(size), hash.result());
+    return Frame::checksumFrame(m_command, static_cast<quint32>(size), md5Of(device.get()));
 }
 
 TransferVerdict TransferFrames::judge(const QByteArray &answer) const

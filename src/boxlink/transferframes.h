@@ -47,10 +47,13 @@ public:
     // fails.
     using Opener = std::function<std::unique_ptr<QIODevice>()>;
 
-    TransferFrames(Frame::Command command, Opener opener);
+    // The digest is made once all chunks are read, unless it is given.
+    TransferFrames(Frame::Command command, Opener opener, const QByteArray &md5 = {});
 
     static Opener file(const QString &path);
     static Opener bytes(const QByteArray &bytes);
+    // For many transfers of what is opened each time; empty if it can't be.
+    static QByteArray md5Of(const Opener &opener);
 
     // Opens it for the chunks; false if it can't be read.
     bool open();
@@ -62,7 +65,7 @@ public:
     // Of the bytes in the chunks so far, from 0 to 100, truncated.
     int percentage() const;
 
-    // The frame with the digest of what is there now; nothing if it can't be opened again.
+    // The frame with the digest; nothing if it is to be made of what is there now and that can't be opened.
     std::optional<QByteArray> digest() const;
 
     // What was there at the first moment at which anything was: a Box sends its verdict in one piece.
@@ -70,10 +73,12 @@ public:
     static TransferEnding endingOf(TransferVerdict verdict);
 
 private:
-    std::unique_ptr<QIODevice> opened() const;
+    static std::unique_ptr<QIODevice> opened(const Opener &opener);
+    static QByteArray md5Of(QIODevice *device);
 
     Frame::Command m_command;
     Opener m_opener;
+    QByteArray m_md5;                    // empty unless it was given
     std::unique_ptr<QIODevice> m_device; // while chunks are read
     qint64 m_size = 0;
     qint64 m_sent = 0;

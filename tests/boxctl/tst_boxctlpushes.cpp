@@ -43,6 +43,7 @@ private slots:
     void faults_data();
     void faults();
     void program();
+    void programThatChangesGoesToNoOtherBox();
     void badPrograms_data();
     void badPrograms();
     void boxThatTakesNoConnection();
@@ -174,6 +175,20 @@ void TestBoxCtlPushes::program()
              (Outcome{0, "127.0.40.20: took box.bin, 100000 bytes T\n", QString()}));
     QVERIFY(box.hasHeard("saved "));
     QCOMPARE(Files::contents("kept/program.bin"), QByteArray(100000, '\x7f'));
+}
+
+void TestBoxCtlPushes::programThatChangesGoesToNoOtherBox()
+{
+    const SimulatedBox box(address, {"--fault", "late-verdict=1000"});
+    const SimulatedBox second(other);
+    Files::put("changing.bin", "old");
+    RunningCall call({"program", "--jobs", "1", "changing.bin", address, other});
+    QVERIFY(box.hasHeard("checksum"));
+    Files::put("changing.bin", "new");
+    QCOMPARE(timeless(call.outcome()),
+             (Outcome{1, "127.0.40.20: took changing.bin, 3 bytes T\n",
+                      "boxctl: 127.0.40.21: The file has changed meanwhile, or can no longer be read\n"
+                      "boxctl: 1 of 2 Boxes done, 1 failed\n"}));
 }
 
 void TestBoxCtlPushes::badPrograms_data()

@@ -29,11 +29,6 @@ QList<QCommandLineOption> BoxRun::options()
     };
 }
 
-std::optional<int> BoxRun::timeoutOf(const Call &call)
-{
-    return call.milliseconds("timeout", leastSeconds, mostSeconds);
-}
-
 int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &maker, const Check &lastCheck)
 {
     const std::optional<int> jobs = call.number("jobs", 1, mostJobs);
@@ -45,7 +40,8 @@ int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &ma
         return call.wrong(QStringLiteral("--progress takes a number from 0 to %1").arg(mostSeconds));
     }
     BoxList list;
-    const int status = read(call, boxes, &list);
+    int timeout = 0;
+    const int status = read(call, boxes, &list, &timeout);
     if (status != AllDone) {
         return status;
     }
@@ -53,15 +49,19 @@ int BoxRun::over(const Call &call, const QStringList &boxes, const TaskMaker &ma
     if (!wrong.isEmpty()) {
         return call.wrong(wrong);
     }
-    return BoxRun(list, qMin(*jobs, Terminal::mostConnections()), *interval, call.isSet("json"), maker).run();
+    return BoxRun(list, timeout, qMin(*jobs, Terminal::mostConnections()), *interval, call.isSet("json"),
+                  maker)
+        .run();
 }
 
-int BoxRun::read(const Call &call, const QStringList &boxes, BoxList *list)
+int BoxRun::read(const Call &call, const QStringList &boxes, BoxList *list, int *timeout)
 {
-    if (!timeoutOf(call)) {
+    const std::optional<int> given = call.milliseconds("timeout", leastSeconds, mostSeconds);
+    if (!given) {
         return call.wrong(
             QStringLiteral("--timeout takes a number from %1 to %2").arg(leastSeconds).arg(mostSeconds));
     }
+    *timeout = *given;
     *list = BoxList::read(boxes);
     if (list->isBadDocument) {
         Output::error(list->error);
@@ -76,8 +76,9 @@ int BoxRun::read(const Call &call, const QStringList &boxes, BoxList *list)
     return AllDone;
 }
 
-BoxRun::BoxRun(const BoxList &list, int jobs, int interval, bool json, TaskMaker maker)
+BoxRun::BoxRun(const BoxList &list, int timeout, int jobs, int interval, bool json, TaskMaker maker)
     : m_list(list)
+    , m_timeout(timeout)
     , m_jobs(jobs)
     , m_interval(interval)
     , m_json(json)
@@ -120,7 +121,7 @@ void BoxRun::startMore()
     while (m_running.size() < m_jobs && m_next < m_list.boxes.size()) {
         const int place = m_next++;
         const BoxTarget &box = m_list.boxes.at(place);
-        BoxTask *task = m_maker(box);
+        BoxTask *task = m_maker(m_timeout);
         task->setParent(this);
         m_running.insert(place, task);
         connect(task, &BoxTask::progressed, this, &BoxRun::drawProgress);

@@ -18,7 +18,8 @@ class BoxRun : public QObject
 {
     Q_OBJECT
 public:
-    using TaskMaker = std::function<BoxTask *(const BoxTarget &box)>;
+    // Makes a task with the time-out of the call, in milliseconds.
+    using TaskMaker = std::function<BoxTask *(int timeout)>;
 
     // The options of every command that runs over Boxes.
     static QList<QCommandLineOption> options();
@@ -29,16 +30,14 @@ public:
     // exit status.
     static int over(const Call &call, const QStringList &boxes, const TaskMaker &maker,
                     const Check &lastCheck = {});
-    // Reads the time-out and the Boxes of the call. Gives AllDone, or tells what is wrong and gives the
+    // Reads the Boxes and the time-out of the call. Gives AllDone, or tells what is wrong and gives the
     // status for it.
-    static int read(const Call &call, const QStringList &boxes, BoxList *list);
-    // The time-out of the call in milliseconds; nothing if it is wrong.
-    static std::optional<int> timeoutOf(const Call &call);
+    static int read(const Call &call, const QStringList &boxes, BoxList *list, int *timeout);
 
 private:
     // Tells the progress at such an interval, in milliseconds, if there is no terminal to draw it on; not at
     // all with 0.
-    BoxRun(const BoxList &list, int jobs, int interval, bool json, TaskMaker maker);
+    BoxRun(const BoxList &list, int timeout, int jobs, int interval, bool json, TaskMaker maker);
 
     int run();
     void startMore();
@@ -54,6 +53,7 @@ private:
     void clearProgress();
 
     BoxList m_list;
+    int m_timeout;
     int m_jobs;
     int m_interval;
     bool m_json;

@@ -64,10 +64,8 @@ int run(const Call &call)
             groups.append(*SettingsFields::groupNamed(name));
         }
     }
-    const int timeout = BoxRun::timeoutOf(call).value_or(0);
     const bool showSecrets = call.isSet("show-secrets");
-    return BoxRun::over(call, boxes,
-                        [=](const BoxTarget &) { return new GetTask(timeout, groups, showSecrets); });
+    return BoxRun::over(call, boxes, [=](int timeout) { return new GetTask(timeout, groups, showSecrets); });
 }
 
 } // namespace

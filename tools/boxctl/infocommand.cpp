@@ -30,9 +30,7 @@ namespace {
 
 int run(const Call &call)
 {
-    const int timeout = BoxRun::timeoutOf(call).value_or(0);
-    return BoxRun::over(call, call.arguments(),
-                        [timeout](const BoxTarget &) { return new InfoTask(timeout); });
+    return BoxRun::over(call, call.arguments(), [](int timeout) { return new InfoTask(timeout); });
 }
 
 } // namespace

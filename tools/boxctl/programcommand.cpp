@@ -3,10 +3,23 @@
 #include "boxctl/output.h"
 #include "boxctl/transfertask.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
 namespace {
+
+// Opens the file as long as it is the one that is there now, so that all Boxes get the same program.
+TransferFrames::Opener unchanged(const QString &path)
+{
+    const auto stateOf = [](const QString &its) {
+        const QFileInfo info(its);
+        return qMakePair(info.size(), info.lastModified());
+    };
+    return [=, before = stateOf(path), open = TransferFrames::file(path)] {
+        return stateOf(path) == before ? open() : nullptr;
+    };
+}
 
 int run(const Call &call)
 {
@@ -26,11 +39,7 @@ int run(const Call &call)
         Output::error(QStringLiteral("%1: it is empty").arg(path));
         return BadDocument;
     }
-    const int timeout = BoxRun::timeoutOf(call).value_or(0);
-    return BoxRun::over(call, arguments.mid(1), [=](const BoxTarget &) {
-        return new TransferTask(TransferFrames(Frame::ProgramTransfer, TransferFrames::file(path)), path,
-                                timeout);
-    });
+    return pushToAll(call, arguments.mid(1), Frame::ProgramTransfer, path, unchanged(path));
 }
 
 } // namespace
@@ -41,6 +50,7 @@ Command programCommand()
             "FILE.bin BOX...",
             "Update the program of each Box.",
             "A Box has 8 seconds for its verdict, and 30 to take more bytes while it is sent.\n"
+            "Once the file changes, no further Box gets it.\n"
             "With --json the keys are file, bytes and seconds.",
             BoxRun::options(),
             run};

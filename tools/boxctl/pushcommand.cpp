@@ -26,11 +26,8 @@ int run(const Call &call)
             QStringLiteral("%1: not pushed, since it has errors; --force pushes it").arg(document.path));
         return BadDocument;
     }
-    const int timeout = BoxRun::timeoutOf(call).value_or(0);
-    return BoxRun::over(call, arguments.mid(1), [=](const BoxTarget &) {
-        return new TransferTask(TransferFrames(Frame::ProjectTransfer, TransferFrames::bytes(document.bytes)),
-                                document.path, timeout);
-    });
+    return pushToAll(call, arguments.mid(1), Frame::ProjectTransfer, document.path,
+                     TransferFrames::bytes(document.bytes));
 }
 
 } // namespace

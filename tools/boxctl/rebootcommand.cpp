@@ -122,9 +122,7 @@ int run(const Call &call)
         return call.wrong(QStringLiteral("--wait-limit takes a number from 1 to %1").arg(mostSeconds));
     }
     const int limit = call.isSet("wait") ? *seconds * 1000 : 0;
-    const int timeout = BoxRun::timeoutOf(call).value_or(0);
-    return BoxRun::over(call, call.arguments(),
-                        [=](const BoxTarget &) { return new RebootTask(timeout, limit); });
+    return BoxRun::over(call, call.arguments(), [=](int timeout) { return new RebootTask(timeout, limit); });
 }
 
 } // namespace

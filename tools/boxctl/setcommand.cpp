@@ -132,10 +132,8 @@ int run(const Call &call)
     if (!reader.error.isEmpty()) {
         return call.wrong(reader.error);
     }
-    const int timeout = BoxRun::timeoutOf(call).value_or(0);
     return BoxRun::over(
-        call, arguments.mid(0, place),
-        [timeout, &reader](const BoxTarget &) { return new SetTask(timeout, reader.change); },
+        call, arguments.mid(0, place), [&reader](int timeout) { return new SetTask(timeout, reader.change); },
         [&reader] { return reader.readSecret(); });
 }
 

@@ -1,5 +1,7 @@
 #include "boxctl/transfertask.h"
 
+#include "boxctl/boxrun.h"
+
 namespace {
 
 TransferTimeouts timeouts(int connecting)
@@ -15,7 +17,7 @@ QString reason(TransferEnding ending)
     case TransferEnding::NotConnected:
         return QStringLiteral("No connection");
     case TransferEnding::FileUnreadable:
-        return QStringLiteral("The file can no longer be read");
+        return QStringLiteral("The file has changed meanwhile, or can no longer be read");
     case TransferEnding::LinkLost:
         return QStringLiteral("The link broke before all was sent");
     case TransferEnding::NoVerdict:
@@ -81,4 +83,13 @@ void TransferTask::end(TransferEnding ending, const QString &detail)
             detail.isEmpty() ? reason(ending) : QStringLiteral("%1 (%2)").arg(reason(ending), detail);
     }
     emit ended(outcome);
+}
+
+int pushToAll(const Call &call, const QStringList &boxes, Frame::Command command, const QString &name,
+              const TransferFrames::Opener &opener)
+{
+    const QByteArray md5 = TransferFrames::md5Of(opener);
+    return BoxRun::over(call, boxes, [=](int timeout) {
+        return new TransferTask(TransferFrames(command, opener, md5), name, timeout);
+    });
 }

@@ -5,6 +5,8 @@
 
 #include <QElapsedTimer>
 
+class Call;
+
 // Pushes one file to a Box.
 class TransferTask : public BoxTask
 {
@@ -24,3 +26,8 @@ private:
     QElapsedTimer m_clock;
     int m_percentage = -1; // nothing is sent yet
 };
+
+// Pushes what is opened to each of the Boxes of a call. Its digest is made once: a Box that gets other bytes
+// refuses them. The name is that of the file, for people. Gives the exit status.
+int pushToAll(const Call &call, const QStringList &boxes, Frame::Command command, const QString &name,
+              const TransferFrames::Opener &opener);

@@ -69,7 +69,8 @@ std::unique_ptr<WatchRun> WatchRun::make(const Call &call, int *status)
         }
     }
     BoxList list;
-    *status = BoxRun::read(call, call.arguments(), &list);
+    int timeout = 0;
+    *status = BoxRun::read(call, call.arguments(), &list, &timeout);
     if (*status != AllDone) {
         return nullptr;
     }
@@ -84,7 +85,7 @@ std::unique_ptr<WatchRun> WatchRun::make(const Call &call, int *status)
         return nullptr;
     }
     Interruption::prepare();
-    std::unique_ptr<WatchRun> run(new WatchRun(list, *filter, *BoxRun::timeoutOf(call)));
+    std::unique_ptr<WatchRun> run(new WatchRun(list, *filter, timeout));
     run->m_seconds = call.number("seconds", 1, largest).value_or(0);
     run->m_mostReports = call.number("reports", 1, largest).value_or(0);
     return run;
