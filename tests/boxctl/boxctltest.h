@@ -144,6 +144,12 @@ inline Outcome runOnTerminal(const QStringList &arguments, const QByteArray &que
             QString::fromUtf8(process.readAllStandardError())};
 }
 
+// What takes the lines of the progress off a terminal.
+inline QString erasure(const QString &lines)
+{
+    return "\r\x1b[2K" + QString("\x1b[A\x1b[2K").repeated(lines.count(QLatin1Char('\n')));
+}
+
 } // namespace BoxCtl
 
 Q_DECLARE_METATYPE(BoxCtl::Outcome)

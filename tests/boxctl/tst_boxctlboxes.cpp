@@ -28,6 +28,8 @@ private slots:
     void progressOnATerminal();
     void progressOnASmallTerminal_data();
     void progressOnASmallTerminal();
+    void interruptOnATerminal();
+    void failuresStayInSight();
     void completion_data();
     void completion();
 };
@@ -156,8 +158,38 @@ void TestBoxCtlBoxes::progressOnASmallTerminal()
         QString("stty rows %1 cols 30; %2 info --timeout 0.1 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
     const Outcome outcome = runOnTerminal(command);
     QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
-    const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
-    QVERIFY2(outcome.out.midRef(drawn.size()).startsWith(erased), qPrintable(outcome.out));
+    QVERIFY2(outcome.out.midRef(drawn.size()).startsWith(erasure(drawn)), qPrintable(outcome.out));
+}
+
+// What the terminal shows of Ctrl+C goes with the progress.
+void TestBoxCtlBoxes::interruptOnATerminal()
+{
+    const SimulatedBox box(address, {"--fault", "silent"});
+    const QString drawn = "127.0.40.70: waiting for the heartbeat answer\r\n0 of 1 Boxes done, 0 failed\r\n";
+    const Outcome outcome = runOnTerminal({"info", address}, drawn.toLatin1(), "\x03");
+    QCOMPARE(outcome.status, 1);
+    QVERIFY2(
+        outcome.out.endsWith(drawn + "^C" + erasure(drawn)
+                             + "boxctl: 127.0.40.70: interrupted while waiting for the heartbeat answer\r\n"),
+        qPrintable(outcome.out));
+}
+
+// Told again at the end, where the results of other Boxes may have pushed them off the screen.
+void TestBoxCtlBoxes::failuresStayInSight()
+{
+    const SimulatedBox box(address);
+    const SimulatedBox second(other);
+    Files::put("names", "127.0.40.72 North\n127.0.40.70\n127.0.40.71\n");
+    const QString command =
+        QString("stty rows %1 cols 80; %2 info --jobs 1 @names").arg("%1", QString(BOXCTL_PROGRAM));
+    const QString failed = "boxctl: 127.0.40.72 (North): Connection refused\r\n";
+    const QString total = "2 of 3 Boxes done, 1 failed\r\n";
+    for (const int rows : {3, 4}) {
+        const Outcome outcome = runOnTerminal(command.arg(rows));
+        QVERIFY2(outcome.out.endsWith(rows == 3 ? "boxctl: these failed:\r\n" + failed + total : total),
+                 qPrintable(outcome.out));
+        QCOMPARE(outcome.out.count(failed), rows == 3 ? 2 : 1);
+    }
 }
 
 void TestBoxCtlBoxes::completion_data()

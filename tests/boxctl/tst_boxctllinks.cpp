@@ -1,4 +1,5 @@
 #include "boxctl/reportlink.h"
+#include "files.h"
 #include "reportingbox.h"
 
 #include <QSignalSpy>
@@ -12,7 +13,7 @@ const QString nowhere = "127.0.47.15"; // nothing listens there at first
 
 } // namespace
 
-// The links of the commands that take reports.
+// The links of the commands that take reports, and what a terminal shows of them.
 class TestBoxCtlLinks : public QObject
 {
     Q_OBJECT
@@ -20,6 +21,9 @@ private slots:
     void pausesGrow();
     void silentBoxIsLost();
     void boxThatNeverAnswersHasNoLink();
+    void progressOnASmallTerminal_data();
+    void progressOnASmallTerminal();
+    void progressBeginsWithWhatIsMissing();
 };
 
 void TestBoxCtlLinks::pausesGrow()
@@ -84,6 +88,44 @@ void TestBoxCtlLinks::boxThatNeverAnswersHasNoLink()
     QCOMPARE(link.findChild<QTimer *>("pauseTimer")->interval(), 1000);
     QTRY_COMPARE(lost.count(), 2);
     QCOMPARE(link.findChild<QTimer *>("pauseTimer")->interval(), 2000);
+}
+
+void TestBoxCtlLinks::progressOnASmallTerminal_data()
+{
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<QString>("drawn");
+    const QString total = "0 of 3 Boxes linked, 0 reports\r\n";
+    const QString first = "127.0.47.16: connecting\r\n";
+    QTest::newRow("room for all") << 5
+                                  << first + "127.0.47.17 (North): connecting\r\n"
+            + "127.0.47.18: connecting\r\n" + total;
+    QTest::newRow("one line too few") << 4 << first + "and 2 more\r\n" + total;
+    QTest::newRow("for the total") << 2 << total;
+}
+
+// None goes past the upper edge, where it could not be erased.
+void TestBoxCtlLinks::progressOnASmallTerminal()
+{
+    QFETCH(int, rows);
+    QFETCH(QString, drawn);
+    const FakeBox silent[] = {FakeBox("127.0.47.16"), FakeBox("127.0.47.17"), FakeBox("127.0.47.18")};
+    Files::put("list", "127.0.47.16\n127.0.47.17 North\n127.0.47.18\n");
+    const QString command = QString("stty rows %1 cols 60; %2 watch --seconds 1 @list >/dev/null")
+                                .arg(rows)
+                                .arg(QString(BOXCTL_PROGRAM));
+    const Outcome outcome = runOnTerminal(command);
+    QVERIFY2(outcome.out.startsWith(drawn + erasure(drawn)), qPrintable(outcome.out));
+}
+
+void TestBoxCtlLinks::progressBeginsWithWhatIsMissing()
+{
+    const ReportingBox box("127.0.47.19");
+    const FakeBox silent("127.0.47.16");
+    const QString command = QString(BOXCTL_PROGRAM) + " watch --seconds 2 127.0.47.19 127.0.47.16 >/dev/null";
+    const Outcome outcome = runOnTerminal(command);
+    QVERIFY2(outcome.out.contains("127.0.47.16: connecting\r\n127.0.47.19: 0 reports\r\n"
+                                  "1 of 2 Boxes linked, 0 reports\r\n"),
+             qPrintable(outcome.out));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlLinks)

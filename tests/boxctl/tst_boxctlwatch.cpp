@@ -60,8 +60,6 @@ private slots:
     void unreadOutputDoesNotGrow();
     void reportThatIsTooLargeIsLeftOut_data();
     void reportThatIsTooLargeIsLeftOut();
-    void progressOnASmallTerminal_data();
-    void progressOnASmallTerminal();
     void simulatedBoxIsWatched();
 };
 
@@ -257,11 +255,13 @@ void TestBoxCtlWatch::reportsOfTwoBoxesDoNotMix()
 void TestBoxCtlWatch::endsAfterItsTime()
 {
     const ReportingBox box(address, {reportOf("A", {point("a", "float", "1")})});
+    const ReportingBox idle(other);
     QElapsedTimer clock;
     clock.start();
-    QCOMPARE(watch({address, "--points", "b", "--format", "csv", "--seconds", "1"}),
+    QCOMPARE(watch({address, other, "--points", "b", "--format", "csv", "--seconds", "1"}),
              (Outcome{0, "time,box,project,standard,name,address,type,value,valid\n",
-                      "boxctl: none of 1 reports has what --standard or --points ask for\n"}));
+                      "boxctl: 127.0.47.10: none of its 1 reports has what --standard or --points ask for\n"
+                      "boxctl: 127.0.47.11: it is linked, but has sent no report\n"}));
     QVERIFY(clock.elapsed() >= 1000);
 }
 
@@ -285,10 +285,12 @@ void TestBoxCtlWatch::interruptEndsIt()
 void TestBoxCtlWatch::missingBoxFails()
 {
     const ReportingBox box(address, {reportOf("A", {point("a", "float", "1")})});
-    Files::put("list", "127.0.47.10 North\n127.0.47.12 South\n");
+    const FakeBox silent(other);
+    Files::put("list", "127.0.47.10 North\n127.0.47.11\n127.0.47.12 South\n");
     QCOMPARE(watch({"@list", "--seconds", "1"}),
              (Outcome{1, "127.0.47.10 (North): T A / a = 1\n",
                       "boxctl: 127.0.47.12 (South): no link: Connection refused; trying again\n"
+                      "boxctl: 127.0.47.11: no link at the end: No answer yet\n"
                       "boxctl: 127.0.47.12 (South): no link at the end: Connection refused\n"}));
 }
 
@@ -473,34 +475,6 @@ void TestBoxCtlWatch::reportThatIsTooLargeIsLeftOut()
              (Outcome{1, lines,
                       "boxctl: 127.0.47.10: a report is left out, since it would be more than 16 MiB of "
                       "output\nboxctl: 1 reports were too large and are left out\n"}));
-}
-
-void TestBoxCtlWatch::progressOnASmallTerminal_data()
-{
-    QTest::addColumn<int>("rows");
-    QTest::addColumn<QString>("drawn");
-    const QString total = "0 of 3 Boxes linked, 0 reports\r\n";
-    const QString first = "127.0.47.12: connecting\r\n";
-    QTest::newRow("room for all") << 5
-                                  << first + "127.0.47.13 (North): connecting\r\n"
-            + "127.0.47.14: connecting\r\n" + total;
-    QTest::newRow("one line too few") << 4 << first + "and 2 more\r\n" + total;
-    QTest::newRow("for the total") << 2 << total;
-}
-
-// None goes past the upper edge, where it could not be erased.
-void TestBoxCtlWatch::progressOnASmallTerminal()
-{
-    QFETCH(int, rows);
-    QFETCH(QString, drawn);
-    const FakeBox silent[] = {FakeBox(nowhere), FakeBox("127.0.47.13"), FakeBox("127.0.47.14")};
-    Files::put("list", "127.0.47.12\n127.0.47.13 North\n127.0.47.14\n");
-    const QString command = QString("stty rows %1 cols 60; %2 watch --seconds 1 @list >/dev/null")
-                                .arg(rows)
-                                .arg(QString(BOXCTL_PROGRAM));
-    const Outcome outcome = run("script", {"--quiet", "--return", "--command", command, "typescript"});
-    const QString erased = QString("\x1b[A\x1b[2K").repeated(drawn.count(QLatin1Char('\n')));
-    QVERIFY2(outcome.out.startsWith(drawn + erased), qPrintable(outcome.out));
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlWatch)

@@ -83,6 +83,7 @@ BoxRun::BoxRun(const BoxList &list, int timeout, int jobs, int interval, bool js
     , m_interval(interval)
     , m_json(json)
     , m_maker(std::move(maker))
+    , m_progress(drawingPause)
 {
 }
 
@@ -109,11 +110,11 @@ int BoxRun::run()
     if (!m_running.isEmpty()) {
         loop.exec();
     }
-    clearProgress();
+    m_progress.clear();
     if (m_interval > 0 && m_list.boxes.size() > 1) {
-        tellTotal();
+        tellEnd();
     }
-    return m_failed > 0 ? SomeFailed : AllDone;
+    return m_failures.isEmpty() ? AllDone : SomeFailed;
 }
 
 void BoxRun::startMore()
@@ -151,10 +152,12 @@ void BoxRun::end(int box, const BoxTask::Outcome &outcome)
 void BoxRun::tell(const BoxTarget &box, const BoxTask::Outcome &outcome)
 {
     const bool isDone = outcome.error.isEmpty();
-    ++(isDone ? m_done : m_failed);
-    clearProgress();
-    if (!isDone) {
-        Output::error(QStringLiteral("%1: %2").arg(box.label(), outcome.error));
+    m_progress.clear();
+    if (isDone) {
+        ++m_done;
+    } else {
+        m_failures.append(QStringLiteral("%1: %2").arg(box.label(), outcome.error));
+        Output::error(m_failures.constLast());
     }
     if (m_json) {
         QJsonObject object = outcome.json;
@@ -190,16 +193,24 @@ QString BoxRun::total() const
     return QStringLiteral("%1 of %2 Boxes done, %3 failed")
         .arg(m_done)
         .arg(m_list.boxes.size())
-        .arg(m_failed);
+        .arg(m_failures.size());
 }
 
-void BoxRun::tellTotal() const
+void BoxRun::tellEnd()
 {
-    if (Terminal::isErrorTerminal()) {
-        Terminal::draw({total()});
-    } else {
+    if (!Terminal::isErrorTerminal()) {
         Output::error(total());
+        return;
     }
+    // Those that failed may be out of sight, between the results of the others.
+    if (Terminal::isOutputTerminal() && m_done + m_failures.size() >= Terminal::errorSize().height()
+        && m_done > 0 && !m_failures.isEmpty()) {
+        Output::error(QStringLiteral("these failed:"));
+        for (const QString &failure : qAsConst(m_failures)) {
+            Output::error(failure);
+        }
+    }
+    m_progress.end(total());
 }
 
 void BoxRun::tellProgress()
@@ -215,26 +226,13 @@ void BoxRun::tellProgress()
 
 void BoxRun::drawProgress()
 {
-    m_isStale = true;
-    if (m_interval == 0 || !Terminal::isErrorTerminal()
-        || (m_lastDrawn.isValid() && m_lastDrawn.elapsed() < drawingPause)) {
+    if (m_interval == 0) {
         return;
     }
-    m_isStale = false;
-    clearProgress();
     auto running = m_running.cbegin();
     const auto line = [&](int) {
         const BoxTarget &box = m_list.boxes.at(running.key());
         return QStringLiteral("%1: %2").arg(box.label(), (running++).value()->state());
     };
-    const QStringList lines = Terminal::progress(m_running.size(), line, total());
-    Terminal::draw(lines);
-    m_drawnLines = lines.size();
-    m_lastDrawn.start();
-}
-
-void BoxRun::clearProgress()
-{
-    Terminal::erase(m_drawnLines);
-    m_drawnLines = 0;
+    m_isStale = !m_progress.draw(m_running.size(), line, total());
 }

@@ -2,8 +2,8 @@
 
 #include "boxctl/boxtask.h"
 #include "boxctl/command.h"
+#include "boxctl/progress.h"
 
-#include <QElapsedTimer>
 #include <QHash>
 #include <QMap>
 #include <QTimer>
@@ -44,13 +44,13 @@ private:
     void end(int box, const BoxTask::Outcome &outcome);
     void interrupt();
     void tell(const BoxTarget &box, const BoxTask::Outcome &outcome);
+    // What stands at the end of the output.
+    void tellEnd();
     QString total() const;
-    void tellTotal() const;
     // What each Box is doing, if it is not what was told the last time.
     void tellProgress();
-    // Not too often; what is put off is drawn a moment later.
+    // What is too soon to be drawn is drawn a moment later.
     void drawProgress();
-    void clearProgress();
 
     BoxList m_list;
     int m_timeout;
@@ -61,11 +61,10 @@ private:
     QMap<int, BoxTask *> m_running; // by the place in the list
     int m_next = 0;
     int m_done = 0;
-    int m_failed = 0;
+    QStringList m_failures;     // as they were told
     QHash<int, QString> m_told; // by the place in the list
     QTimer m_signalTimer;
     QTimer m_progressTimer;
-    QElapsedTimer m_lastDrawn;
-    int m_drawnLines = 0;
+    Progress m_progress;
     bool m_isStale = false; // what is drawn is no longer so
 };

@@ -109,7 +109,7 @@ private:
             m_run->tell(QStringLiteral("samples are being lost"));
         }
         if (isTroubled && !status.hasBegun) { // a name that is wrong, most likely
-            m_run->end();
+            m_run->end(true);
         }
     }
 

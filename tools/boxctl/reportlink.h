@@ -5,9 +5,8 @@
 #include <QPointer>
 
 // Keeps a link to one Box up and hands on what the Box reports. It is up from the first answer to a heartbeat
-// or the first report on. A link that drops, does not come about, or
-// lacks an answer to its heartbeats for 30 seconds is tried again after a pause, which grows from 1 to 60
-// seconds until the Box has answered.
+// or the first report on. A link that drops, does not come about, or lacks an answer to its heartbeats for 30
+// seconds is tried again after a pause, which grows from 1 to 60 seconds until the Box has answered.
 class ReportLink : public QObject
 {
     Q_OBJECT
@@ -20,6 +19,8 @@ public:
     bool isUp() const { return m_isUp; }
     // Why there is no link; empty while there is one, or no try has ended.
     QString error() const { return m_error; }
+    // What a try waits for: "connection" or "answer".
+    QString awaited() const { return m_awaited; }
 
 signals:
     void opened();
@@ -36,7 +37,7 @@ private:
     int m_timeout;
     QPointer<Session> m_session; // one a try
     QTimer m_answerTimer;
-    QString m_awaited; // by that timer
+    QString m_awaited = QStringLiteral("connection"); // by that timer
     QTimer m_pauseTimer;
     int m_pause = 0; // ms
     bool m_isUp = false;

@@ -1,12 +1,10 @@
 #include "boxctl/terminal.h"
 
 #include "boxctl/command.h"
-#include "boxctl/output.h"
 
 #include <QFile>
 
 #include <csignal>
-#include <cstdio>
 
 #ifdef Q_OS_UNIX
 #include <sys/ioctl.h>
@@ -17,6 +15,8 @@
 
 namespace {
 
+constexpr QSize usualSize(80, 24);
+
 const QString noTerminal = QStringLiteral("there is no terminal to ask for the password on");
 
 } // namespace
@@ -26,33 +26,6 @@ const QString noTerminal = QStringLiteral("there is no terminal to ask for the p
 namespace {
 
 constexpr int filesBeside = 32; // of the program itself
-constexpr int usualWidth = 80;
-constexpr int usualHeight = 24;
-
-// All zero where the terminal does not say.
-winsize windowSize()
-{
-    winsize size = {};
-    ioctl(STDERR_FILENO, TIOCGWINSZ, &size);
-    return size;
-}
-
-// From Hangul on, where those of East Asia lie, each character counts as two columns: a line that is cut
-// early does no harm, one that wraps is not erased.
-QString cutToColumns(const QString &text, int columns)
-{
-    constexpr ushort firstWide = 0x1100;
-    int length = 0;
-    for (const QChar character : text) {
-        const int width = character.unicode() < firstWide ? 1 : 2;
-        columns -= character.isLowSurrogate() ? 0 : width; // its other half has counted
-        if (columns < 0) {
-            break;
-        }
-        ++length;
-    }
-    return text.left(length);
-}
 
 // The terminal that is asked on, and how it was before; for the handler of a signal.
 int askedTerminal = -1;
@@ -102,19 +75,12 @@ bool Terminal::isOutputTerminal()
     return is;
 }
 
-int Terminal::mostLines()
+QSize Terminal::errorSize()
 {
-    const int rows = windowSize().ws_row;
-    return qMax(1, (rows > 0 ? rows : usualHeight) - 1);
-}
-
-void Terminal::draw(const QStringList &lines)
-{
-    const int width = windowSize().ws_col;
-    const int columns = (width > 0 ? width : usualWidth) - 1;
-    for (const QString &line : lines) {
-        fprintf(stderr, "%s\n", cutToColumns(Output::printable(line), columns).toUtf8().constData());
-    }
+    winsize size = {};
+    ioctl(STDERR_FILENO, TIOCGWINSZ, &size);
+    return {size.ws_col > 0 ? size.ws_col : usualSize.width(),
+            size.ws_row > 0 ? size.ws_row : usualSize.height()};
 }
 
 std::optional<QString> Terminal::askSecret(const QString &question, QString *error)
@@ -162,12 +128,10 @@ bool Terminal::isOutputTerminal()
     return false;
 }
 
-int Terminal::mostLines()
+QSize Terminal::errorSize()
 {
-    return 1;
+    return usualSize;
 }
-
-void Terminal::draw(const QStringList &) {}
 
 std::optional<QString> Terminal::askSecret(const QString &, QString *error)
 {
@@ -181,25 +145,3 @@ int Terminal::mostConnections()
 }
 
 #endif
-
-QStringList Terminal::progress(int count, const std::function<QString(int)> &line, const QString &total)
-{
-    const int room = mostLines() - 1; // above the total
-    const int shown = count <= room ? count : room - 1;
-    QStringList lines;
-    for (int i = 0; i < shown; ++i) {
-        lines.append(line(i));
-    }
-    if (shown >= 0 && shown < count) {
-        lines.append(QStringLiteral("and %1 more").arg(count - shown));
-    }
-    lines.append(total);
-    return lines;
-}
-
-void Terminal::erase(int lines)
-{
-    for (int line = 0; line < lines; ++line) {
-        fputs("\x1b[A\x1b[2K", stderr);
-    }
-}

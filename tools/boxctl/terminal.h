@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QStringList>
+#include <QSize>
+#include <QString>
 
-#include <functional>
 #include <optional>
 
 // What the program needs of the system beside Qt.
@@ -10,15 +10,8 @@ namespace Terminal {
 
 // Whether the standard error is one: progress goes there.
 bool isErrorTerminal();
-// How many lines fit on it above the one with the cursor.
-int mostLines();
-// So many lines and the total below them. Where there is no room for all, the last tells how many more there
-// are.
-QStringList progress(int count, const std::function<QString(int)> &line, const QString &total);
-// Lines on it, cut to its width, and as many lines above the cursor away.
-void draw(const QStringList &lines);
-void erase(int lines);
-
+// In characters; the usual one where it does not say.
+QSize errorSize();
 // Whether the standard output is one: then what is printed there is all to look at.
 bool isOutputTerminal();
 

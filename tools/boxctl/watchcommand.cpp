@@ -111,10 +111,12 @@ Command watchCommand()
             "All Boxes are watched at once. A link that drops or does not come about is told\n"
             "and tried again, after 1 second at first and 60 at most; json also has an\n"
             "object for it, with ok false and error. A Box that does not answer a heartbeat\n"
-            "for 30 seconds counts as dropped. Ends with 1 if the link to a Box is missing\n"
-            "at the end, or if output was left out because it was read too slowly or because\n"
-            "a report would be more than 16 MiB of it; with 0 if who reads the output has\n"
-            "closed it.",
+            "for 30 seconds counts as dropped. At the end a Box is told that is linked and\n"
+            "has sent nothing of what is asked for: it may run another project.\n"
+            "\n"
+            "Ends with 1 if the link to a Box is missing at the end, or if output was left\n"
+            "out because it was read too slowly or because a report would be more than 16 MiB\n"
+            "of it; with 0 if who reads the output has closed it.",
             WatchRun::options()
                 + QList<QCommandLineOption>{{"format", "Print text, csv, json or influx. Default: text.",
                                              "name", "text"},

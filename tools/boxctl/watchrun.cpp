@@ -12,8 +12,7 @@
 
 namespace {
 
-constexpr int lookPause = 50;  // ms
-constexpr int drawPause = 500; // ms
+constexpr int drawingPause = 500; // ms
 constexpr int largest = 1000000000;
 
 } // namespace
@@ -23,12 +22,21 @@ struct WatchRun::Watched {
     ReportLink link;
     ArrivalClock clock; // its own, since it may go on by 1 ms only with each report
     int reports = 0;    // that the call asks for
+    int others = 0;     // that it does not
     QString told;       // why there is no link; empty if none was missed
 
     Watched(const BoxTarget &target, int timeout)
         : box(target)
         , link(target.address, timeout)
     {
+    }
+
+    // Why there is no link now; empty if there is one.
+    QString missing() const
+    {
+        return link.isUp()           ? QString()
+            : link.error().isEmpty() ? QStringLiteral("No %1 yet").arg(link.awaited())
+                                     : link.error();
     }
 
     QString state() const
@@ -93,6 +101,7 @@ std::unique_ptr<WatchRun> WatchRun::make(const Call &call, int *status)
 
 WatchRun::WatchRun(const BoxList &list, const ReportFilter &filter, int timeout)
     : m_filter(filter)
+    , m_progress(drawingPause)
 {
     for (const BoxTarget &box : list.boxes) {
         m_boxes.push_back(std::make_unique<Watched>(box, timeout));
@@ -110,17 +119,17 @@ WatchRun::~WatchRun() = default;
 
 int WatchRun::run(bool showsProgress)
 {
-    m_showsProgress = showsProgress && Terminal::isErrorTerminal();
+    m_showsProgress = showsProgress;
     for (const auto &watched : m_boxes) {
         watched->link.start();
     }
     m_clock.start();
-    m_timer.start(lookPause);
+    m_timer.start(Interruption::pause);
     if (!m_isEnded) {
         m_loop.exec();
     }
     m_timer.stop();
-    clearProgress();
+    m_progress.clear();
     return m_isQuiet ? AllDone : tellEnd();
 }
 
@@ -135,13 +144,7 @@ QVector<WatchRun::Result> WatchRun::results() const
 {
     QVector<Result> results;
     for (const auto &watched : m_boxes) {
-        const bool isUp = watched->link.isUp();
-        const QString error = watched->link.error();
-        results.append({watched->box,
-                        isUp                  ? QString()
-                            : error.isEmpty() ? QStringLiteral("No connection yet")
-                                              : error,
-                        watched->reports});
+        results.append({watched->box, watched->missing(), watched->reports});
     }
     return results;
 }
@@ -161,7 +164,7 @@ void WatchRun::takeReport(Watched *watched, const MonitoringReport &report)
     }
     const std::optional<MonitoringReport> wanted = m_filter.wanted(report);
     if (!wanted) {
-        ++m_otherReports;
+        ++watched->others;
         return;
     }
     ++m_reports;
@@ -187,53 +190,63 @@ void WatchRun::look()
 {
     if (Interruption::isAsked() || (m_seconds > 0 && m_clock.elapsed() >= 1000LL * m_seconds)) {
         end();
-    } else if (m_showsProgress && (!m_drawnAt.isValid() || m_drawnAt.hasExpired(drawPause))) {
+    } else if (m_showsProgress) {
         drawProgress();
     }
 }
 
 void WatchRun::tell(const QString &event)
 {
-    clearProgress();
+    m_progress.clear();
     Output::error(event);
 }
 
+// Boxes without a link come first, since there may not be room for all.
 void WatchRun::drawProgress()
 {
-    m_drawnAt.start();
-    const auto linked = std::count_if(m_boxes.cbegin(), m_boxes.cend(),
-                                      [](const auto &watched) { return watched->link.isUp(); });
-    const auto line = [this](int place) {
-        const Watched &watched = *m_boxes[size_t(place)];
+    std::vector<const Watched *> boxes;
+    for (const auto &watched : m_boxes) {
+        boxes.push_back(watched.get());
+    }
+    const auto firstLinked = std::stable_partition(
+        boxes.begin(), boxes.end(), [](const Watched *watched) { return !watched->link.isUp(); });
+    const auto line = [&boxes](int place) {
+        const Watched &watched = *boxes[size_t(place)];
         return QStringLiteral("%1: %2").arg(watched.box.label(), watched.state());
     };
-    const QStringList lines = Terminal::progress(
-        int(m_boxes.size()), line,
-        QStringLiteral("%1 of %2 Boxes linked, %3 reports").arg(linked).arg(m_boxes.size()).arg(m_reports));
-    clearProgress();
-    Terminal::draw(lines);
-    m_drawnLines = lines.size();
-}
-
-void WatchRun::clearProgress()
-{
-    Terminal::erase(m_drawnLines);
-    m_drawnLines = 0;
+    m_progress.draw(int(boxes.size()), line,
+                    QStringLiteral("%1 of %2 Boxes linked, %3 reports")
+                        .arg(boxes.end() - firstLinked)
+                        .arg(boxes.size())
+                        .arg(m_reports));
 }
 
 int WatchRun::tellEnd()
 {
     int status = AllDone;
-    const QVector<Result> all = results();
-    for (const Result &result : all) {
-        if (!result.error.isEmpty()) {
+    for (const auto &watched : m_boxes) {
+        const QString complaint = complaintOn(*watched);
+        if (!complaint.isEmpty()) {
+            Output::error(QStringLiteral("%1: %2").arg(watched->box.label(), complaint));
+        }
+        if (!watched->link.isUp()) {
             status = SomeFailed;
-            Output::error(QStringLiteral("%1: no link at the end: %2").arg(result.box.label(), result.error));
         }
     }
-    if (m_reports == 0 && m_otherReports > 0) {
-        Output::error(
-            QStringLiteral("none of %1 reports has what --standard or --points ask for").arg(m_otherReports));
-    }
     return status;
+}
+
+// One that is linked and has not reported may run another project, or none.
+QString WatchRun::complaintOn(const Watched &watched) const
+{
+    if (!watched.link.isUp()) {
+        return QStringLiteral("no link at the end: ") + watched.missing();
+    }
+    const bool isCutShort = m_reports == m_mostReports && m_mostReports > 0;
+    if (watched.reports > 0 || isCutShort) {
+        return {};
+    }
+    return watched.others > 0
+        ? QStringLiteral("none of its %1 reports has what --standard or --points ask for").arg(watched.others)
+        : QStringLiteral("it is linked, but has sent no report");
 }

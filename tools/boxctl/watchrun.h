@@ -1,6 +1,7 @@
 #pragma once
 
 #include "boxctl/boxlist.h"
+#include "boxctl/progress.h"
 #include "boxctl/reportfilter.h"
 
 #include <QElapsedTimer>
@@ -28,7 +29,7 @@ public:
 
     // Gives the exit status. Progress is shown where there is a terminal for it.
     int run(bool showsProgress);
-    // Ends the run early; without a word on links that are missing and as done, if nobody is left to hear it.
+    // Ends the run early; if it is quiet, without a word on the Boxes and as done.
     void end(bool isQuiet = false);
 
     // One line on the standard error, above the progress.
@@ -57,21 +58,19 @@ private:
     void takeLoss(Watched *watched, const QString &error, bool wasUp);
     void look();
     void drawProgress();
-    void clearProgress();
     int tellEnd();
+    QString complaintOn(const Watched &watched) const;
 
     ReportFilter m_filter;
     std::vector<std::unique_ptr<Watched>> m_boxes;
     int m_seconds = 0;     // 0: without end
     int m_mostReports = 0; // 0: without end
     int m_reports = 0;     // that the call asks for
-    int m_otherReports = 0;
     bool m_showsProgress = false;
     bool m_isEnded = false;
     bool m_isQuiet = false;
     QEventLoop m_loop;
     QTimer m_timer;
     QElapsedTimer m_clock;
-    QElapsedTimer m_drawnAt;
-    int m_drawnLines = 0;
+    Progress m_progress;
 };
