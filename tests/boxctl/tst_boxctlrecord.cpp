@@ -93,6 +93,8 @@ private slots:
     void simulatedBoxIsRecordedThroughItsRestart();
     void badDatabaseEndsIt_data();
     void badDatabaseEndsIt();
+    void pointsWithoutEndAreLeftOut_data();
+    void pointsWithoutEndAreLeftOut();
     void fullDiskIsTold();
     void fullDiskThatIsEmptiedLosesNothing_data();
     void fullDiskThatIsEmptiedLosesNothing();
@@ -240,6 +242,40 @@ void TestBoxCtlRecord::badDatabaseEndsIt()
     }
     QCOMPARE(outcome.error, "boxctl: " + why + "\n");
     QCOMPARE(outcome.out, QString("0 samples recorded into %1\n").arg(database.mid(7)));
+}
+
+void TestBoxCtlRecord::pointsWithoutEndAreLeftOut_data()
+{
+    QTest::addColumn<QJsonArray>("points");
+    QTest::addColumn<QString>("samples"); // with a break for each point that is no longer reported
+    QTest::addColumn<int>("lost");
+    QJsonArray many{point("a", "float", "1")};
+    for (int i = 0; i < 100009; ++i) {
+        many.append(QJsonObject{{"name", QString("n%1").arg(i)}});
+    }
+    // The Standard counts, too.
+    QTest::newRow("many") << many << "199999" << 11 + 1;
+    QJsonArray large{point("a", "float", "1")};
+    for (int i = 0; i < 9; ++i) {
+        large.append(QJsonObject{{"name", QString(1000000, QLatin1Char(char('n' + i)))}}); // 2 MB in memory
+    }
+    QTest::newRow("long names") << large << "19" << 1 + 1;
+}
+
+// Those that are known go on.
+void TestBoxCtlRecord::pointsWithoutEndAreLeftOut()
+{
+    QFETCH(QJsonArray, points);
+    QFETCH(QString, samples);
+    QFETCH(int, lost);
+    const ReportingBox box(
+        address, {reportOf("A", points), reportOf("B", {point("b", "float", "1")}), oneReport("2")});
+    QCOMPARE(
+        run({"record", address, "--to", "sqlite:plant.sqlite", "--reports", "3"}),
+        (Outcome{1, samples + " samples recorded into plant.sqlite\n",
+                 QString("boxctl: 127.0.48.10: it names more than 100000 points, or 16 MiB of names: the "
+                         "others are left out\nboxctl: %1 samples are lost\n")
+                     .arg(lost)}));
 }
 
 void TestBoxCtlRecord::fullDiskIsTold()

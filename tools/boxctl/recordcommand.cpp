@@ -1,6 +1,6 @@
 #include "boxctl/call.h"
+#include "boxctl/namedpoints.h"
 #include "boxctl/output.h"
-#include "boxctl/reportformat.h"
 #include "boxctl/watchrun.h"
 #include "boxlink/monitoringreport.h"
 #include "history/recorder.h"
@@ -69,27 +69,41 @@ public:
         if (!end.error.isEmpty() && end.error != m_trouble) {
             Output::error(end.error);
         }
-        if (end.dropped > 0) {
-            Output::error(QStringLiteral("%1 samples are lost").arg(end.dropped));
+        const qint64 lost = end.dropped + leftOut();
+        if (lost > 0) {
+            Output::error(QStringLiteral("%1 samples are lost").arg(lost));
         }
         const QString total =
             QStringLiteral("%1 samples recorded into %2").arg(end.samples).arg(m_recorder.target().text());
         json ? Output::error(total) : Output::line(total);
-        return end.error.isEmpty() && end.dropped == 0 ? status : SomeFailed;
+        return end.error.isEmpty() && lost == 0 ? status : SomeFailed;
     }
 
 private:
     void add(const BoxTarget &box, const MonitoringReport &report, qint64 time)
     {
-        QVariantList rows;
-        for (const QJsonValue &point : report.datas) {
-            if (point.isObject()) {
-                rows.append(rowOf(point.toObject()));
-            }
+        NamedPoints &points = m_points[box.address];
+        const qint64 leftOut = points.leftOut();
+        const std::optional<QVector<Reading>> rows = points.take(report);
+        if (leftOut == 0 && points.leftOut() > 0) {
+            m_run->tell(QStringLiteral(
+                            "%1: it names more than %2 points, or %3 MiB of names: the others are left out")
+                            .arg(box.label())
+                            .arg(NamedPoints::most)
+                            .arg(NamedPoints::mostText >> 20));
         }
-        QVector<Reading> &last = m_last[{box.address, report.projectName, report.plcName, {}}];
-        last = readRows(rows, last);
-        m_recorder.add({time, box.address, report.projectName, report.plcName, last});
+        if (rows) {
+            m_recorder.add({time, box.address, report.projectName, report.plcName, *rows});
+        }
+    }
+
+    qint64 leftOut() const
+    {
+        qint64 samples = 0;
+        for (const NamedPoints &points : m_points) {
+            samples += points.leftOut();
+        }
+        return samples;
     }
 
     void takeStatus()
@@ -115,7 +129,7 @@ private:
 
     WatchRun *m_run;
     Recorder m_recorder;
-    QHash<PointId, QVector<Reading>> m_last; // of each Standard, with an empty name
+    QHash<QString, NamedPoints> m_points; // by the address of the Box
     QString m_trouble;
     bool m_hasDropped = false;
 };
@@ -172,7 +186,8 @@ Command recordCommand()
             "a full disk, is told and tried again every few seconds; up to 32 MiB wait\n"
             "meanwhile. Links are tried again as by watch, and the recording tells when\n"
             "there was none. Ends with 1 if samples are lost, or if the link to a Box is\n"
-            "missing at the end.",
+            "missing at the end. A Box may name 100000 Standards and points, or 16 MiB of\n"
+            "names; what it names beyond is told and lost.",
             QList<QCommandLineOption>{{"to", "Record into this database.", "database"}} + WatchRun::options()
                 + QList<QCommandLineOption>{{"json", "Print one JSON object a Box at the end."}},
             run};
