@@ -106,10 +106,10 @@ void TestBoxCtlDocuments::helpNamesEveryCommand()
         QVERIFY2(own.out.startsWith("Usage: boxctl " + name + " [options]"), qPrintable(own.out));
         QVERIFY2(all.out.contains("\nboxctl " + name + " [options]"), qPrintable(name));
         QVERIFY2(all.out.contains(own.out.section("\n", 1)), qPrintable(name));
-        const QStringList lines = own.out.split(QLatin1Char('\n'));
-        for (const QString &line : lines) {
-            QVERIFY2(line.size() <= 80, qPrintable(line));
-        }
+    }
+    const QStringList lines = all.out.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        QVERIFY2(line.size() <= 80, qPrintable(line));
     }
 }
 

@@ -32,7 +32,7 @@ Command checkCommand()
 {
     return {"check",
             "PROJECT.json",
-            "Tell what in a project a Box can't do, or hardly does as it was meant.",
+            "Tell what in a project a Box can't do, or hardly as it was meant.",
             "These are the remarks that the form of a Box shows before a push. Ends with 0 if\n"
             "there are no errors; warnings are told.",
             {{"json",

@@ -129,7 +129,7 @@ Command diffCommand()
 {
     return {"diff",
             "A.json B.json",
-            "Tell what differs between two projects, node by node and field by field.",
+            "Tell what differs between two projects, field by field.",
             "A line names the node, the field as its form calls it, and both values as JSON,\n"
             "so that 502 and \"502\" differ. Nodes are told apart by their names, tabs by\n"
             "their place; the order of nodes does not count. The values of a node that only\n"

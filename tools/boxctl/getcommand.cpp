@@ -75,7 +75,7 @@ Command getCommand()
     return {
         "get",
         "BOX... [lan wan wifi lte ntp time]",
-        "Read the settings of each Box, all of them or the groups that are named.",
+        "Read the settings of each Box, all or the groups that are named.",
         "A line a field, as set takes it. With --json each group is an object under its\n"
         "name, with the keys and texts of the wire. Where a group can't be read, those\n"
         "before it are printed, and those behind it are not read.",

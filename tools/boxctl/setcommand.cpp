@@ -144,7 +144,7 @@ Command setCommand()
     return {
         "set",
         "BOX... GROUP FIELD=TEXT...",
-        "Change settings of each Box: read, change the named fields, write, read back.",
+        "Change the named settings of each Box and read them back.",
         "Groups and their fields:\n"
         "  lan   ip mask gateway dns1 dns2\n"
         "  wan   dhcp ip mask gateway dns1 dns2\n"
@@ -153,11 +153,12 @@ Command setCommand()
         "  ntp   server\n"
         "  time  now, or a time such as \"2026-11-21 20:00:00\" in place of a field\n"
         "\n"
-        "dhcp and state are on or off. The password is password=@FILE, the first line of\n"
-        "a file, or password=-, which asks for it on the terminal. What can't be read is\n"
-        "not written, and what is read back and differs is a failure; a clock may differ\n"
-        "by two seconds. A text takes no control characters, and a group of settings\n"
-        "4096 bytes. With --json the group is as get prints it.",
+        "A group is read, the named fields are changed, and all of it is written and\n"
+        "read back. dhcp and state are on or off. The password is password=@FILE, the\n"
+        "first line of a file, or password=-, which asks for it on the terminal. What\n"
+        "can't be read is not written, and what is read back and differs is a failure; a\n"
+        "clock may differ by two seconds. A text takes no control characters, and a group\n"
+        "of settings 4096 bytes. With --json the group is as get prints it.",
         BoxRun::options()
             + QList<QCommandLineOption>{{"dry-run", "Print what would be written, and write nothing."},
                                         {"show-secrets", "Print the password, too; it is masked otherwise."}},
