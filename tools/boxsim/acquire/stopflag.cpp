@@ -7,9 +7,6 @@ void StopFlag::set()
     const QMutexLocker locker(&m_mutex);
     m_set = true;
     m_condition.wakeAll();
-    if (m_waker) {
-        m_waker();
-    }
 }
 
 bool StopFlag::wait(qint64 time)
@@ -18,13 +15,4 @@ bool StopFlag::wait(qint64 time)
     QMutexLocker locker(&m_mutex);
     while (!m_set && m_condition.wait(&m_mutex, deadline)) {}
     return !m_set;
-}
-
-void StopFlag::setWaker(std::function<void()> waker)
-{
-    const QMutexLocker locker(&m_mutex);
-    m_waker = std::move(waker);
-    if (m_set && m_waker) {
-        m_waker();
-    }
 }

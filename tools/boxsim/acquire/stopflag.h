@@ -4,7 +4,6 @@
 #include <QWaitCondition>
 
 #include <atomic>
-#include <functional>
 
 // Tells a thread to end, and cuts its waits short. Each function may be called from any thread.
 class StopFlag
@@ -18,13 +17,9 @@ public:
     bool isSet() const { return m_set; }
     // Waits so many milliseconds, none if there are less than 0. False as soon as the flag is set.
     bool wait(qint64 time);
-    // What set() calls to end a wait in the system, null for nothing; called at once if the flag is set. It
-    // is called from the thread of set(), and never again once this function has replaced it.
-    void setWaker(std::function<void()> waker);
 
 private:
     std::atomic<bool> m_set{false};
     QMutex m_mutex;
     QWaitCondition m_condition;
-    std::function<void()> m_waker;
 };
