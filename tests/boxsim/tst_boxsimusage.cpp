@@ -2,6 +2,7 @@
 #include "boxsim/faultlist.h"
 #include "boxsim/scenariolist.h"
 
+#include <QDir>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -21,6 +22,8 @@ private slots:
     void scenarioStandsForItsOptions();
     void scenariosAddUp();
     void whatTheUserSaysCountsForMore();
+    void serialLinesAreWholePaths_data();
+    void serialLinesAreWholePaths();
 
 private:
     static CommandLine read(const QString &arguments)
@@ -171,6 +174,30 @@ void TestBoxSimUsage::whatTheUserSaysCountsForMore()
     QCOMPARE(line.options.reportInterval, 70);
     QCOMPARE(line.options.faults.lateJson, 5);
     QCOMPARE(line.options.faults.lateVerdict, 6000);
+}
+
+void TestBoxSimUsage::serialLinesAreWholePaths_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("line");
+    const QDir here;
+    QTest::newRow("whole") << "/dev/ttyUSB0"
+                           << "/dev/ttyUSB0";
+    QTest::newRow("a name") << "ttyUSB0" << here.absoluteFilePath("ttyUSB0");
+    QTest::newRow("in a folder") << "lines/1" << here.absoluteFilePath("lines/1");
+    QTest::newRow("beside") << "../tty" << QFileInfo(here.absolutePath()).dir().absoluteFilePath("tty");
+    QTest::newRow("a link") << "link" << here.absoluteFilePath("link");
+}
+
+// Both kinds of line open the same file, wherever the one or the other would look for a relative path.
+void TestBoxSimUsage::serialLinesAreWholePaths()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, line);
+    QFile::link("/dev/null", "link");
+    const CommandLine told = read("--acquire --serial COM1=" + path);
+    QCOMPARE(told.text, QString());
+    QCOMPARE(told.options.acquire.serialLines, (QMap<QString, QString>{{"COM1", line}}));
 }
 
 QTEST_GUILESS_MAIN(TestBoxSimUsage)

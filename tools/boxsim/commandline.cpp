@@ -5,9 +5,8 @@
 #include "boxsim/scenariolist.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QRegularExpression>
-
-#include <algorithm>
 
 namespace {
 
@@ -184,15 +183,27 @@ QMap<QString, QString> readPairs(const QStringList &pairs, const QString &wrong,
     return found;
 }
 
+// What opens serial lines takes a relative path from the working folder or from /dev, each as it likes.
+QString deviceFile(const QString &path)
+{
+#ifdef Q_OS_UNIX
+    return QFileInfo(path).absoluteFilePath(); // a link stays one: it may lead elsewhere at the next try
+#else
+    return path; // the name of a port, such as COM3
+#endif
+}
+
 void readAcquisition(const QCommandLineParser &parser, int boxCount, Reader *reader, AcquireOptions *options)
 {
     const QString wrong = QStringLiteral("--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
     options->on = parser.isSet(QStringLiteral("acquire"));
     options->grouping = !parser.isSet(QStringLiteral("no-grouping"));
     options->serialLines = readPairs(parser.values(QStringLiteral("serial")), wrong, reader);
-    const auto &lines = options->serialLines;
-    if (std::find(lines.cbegin(), lines.cend(), QString()) != lines.cend()) {
-        reader->fail(wrong);
+    for (QString &line : options->serialLines) {
+        if (line.isEmpty()) {
+            reader->fail(wrong);
+        }
+        line = deviceFile(line);
     }
     if (boxCount > 1 && !options->serialLines.isEmpty()) {
         reader->fail(QStringLiteral("--serial is for one Box, since a line serves one only"));
