@@ -130,6 +130,9 @@ void TestBoxSimProgram::wrongCommandLinesAreTold_data()
     row("--serial S7", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
     row("--serial =/dev/ttyS0", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
     row("--serial COM1=", "--serial takes NAME=PATH, such as COM1=/dev/ttyUSB0");
+    // Whoever names a line takes what is reported for values of it.
+    row("--serial COM1=/dev/ttyS9", "--serial needs --acquire");
+    row("--no-grouping", "--no-grouping needs --acquire");
     row("--acquire --serial COM1=/dev/ttyS9 --address 127.1.0.1-2",
         "--serial is for one Box, since a line serves one only");
     row("--scenario bogus", "there is no scenario bogus");

@@ -205,6 +205,11 @@ void readAcquisition(const QCommandLineParser &parser, int boxCount, Reader *rea
         }
         line = deviceFile(line);
     }
+    for (const char *name : {"serial", "no-grouping"}) {
+        if (parser.isSet(QLatin1String(name)) && !options->on) {
+            reader->fail(QStringLiteral("--%1 needs --acquire").arg(QLatin1String(name)));
+        }
+    }
     if (boxCount > 1 && !options->serialLines.isEmpty()) {
         reader->fail(QStringLiteral("--serial is for one Box, since a line serves one only"));
     }
