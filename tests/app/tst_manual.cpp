@@ -138,7 +138,7 @@ QVector<QStringList> messageRows(const Manual &manual)
 QStringList commandsAndLogLines(const Manual &manual)
 {
     static const QRegularExpression pattern(
-        "(?<=\n\n)( {4}[^! ].*\n)+|^\\| `[ -_a-~]*[a-z ]{8}[ -_a-~]*` \\|",
+        "(?<=\n\n)( {4}[^! ].*\n)+|^\\| (`[ -_a-~]*[a-z ]{8}[ -_a-~]*`(<br>)?)+ \\|",
         QRegularExpression::MultilineOption);
     QStringList found;
     const QString text = wholeTextOf(manual);
