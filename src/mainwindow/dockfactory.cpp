@@ -25,11 +25,10 @@ CDockWidget *DockFactory::makeTable(ads::CDockManager *manager)
     return dock;
 }
 
-CDockWidget *DockFactory::makeEditor(ads::CDockManager *manager, const QString &title,
+CDockWidget *DockFactory::makeEditor(ads::CDockManager *manager, const QString &title, QPlainTextEdit *editor,
                                      const QString &placeholder, const QIcon &icon)
 {
     CDockWidget *dock = Docking::makeDock(manager, title);
-    auto *editor = new QPlainTextEdit;
     editor->setPlaceholderText(placeholder);
     editor->setStyleSheet(QStringLiteral("border: none"));
     dock->setWidget(editor);

@@ -1,6 +1,7 @@
 #pragma once
 
 class QIcon;
+class QPlainTextEdit;
 class QString;
 
 namespace ads {
@@ -13,8 +14,8 @@ namespace DockFactory {
 
 // A dock "Table %1", counted through the process, around an empty tab widget.
 ads::CDockWidget *makeTable(ads::CDockManager *manager);
-// A text editor with this placeholder in a dock with this icon and the "Options" menu.
-ads::CDockWidget *makeEditor(ads::CDockManager *manager, const QString &title, const QString &placeholder,
-                             const QIcon &icon);
+// The editor, which the dock owns, with this placeholder in a dock with this icon and the "Options" menu.
+ads::CDockWidget *makeEditor(ads::CDockManager *manager, const QString &title, QPlainTextEdit *editor,
+                             const QString &placeholder, const QIcon &icon);
 
 } // namespace DockFactory

@@ -9,6 +9,7 @@
 #include "mainwindow/opendocks.h"
 #include "mainwindow/windowtext.h"
 #include "widgets/svgicon.h"
+#include "widgets/timedtext.h"
 
 #include <QAction>
 #include <QGuiApplication>
@@ -127,9 +128,9 @@ CDockWidget *DockLayout::makeProjectDock(QStandardItemModel *model)
 
 CDockWidget *DockLayout::makeMessageDock()
 {
-    CDockWidget *dock =
-        DockFactory::makeEditor(m_manager, QStringLiteral("Editor"), WindowText::tr("Message:"),
-                                svgIcon(QStringLiteral(":/adsdemo/images/message.svg")));
+    CDockWidget *dock = DockFactory::makeEditor(m_manager, QStringLiteral("Editor"), new TimedText,
+                                                WindowText::tr("Message:"),
+                                                svgIcon(QStringLiteral(":/adsdemo/images/message.svg")));
     dock->setWindowTitle(WindowText::tr("Message"));
     dock->setGeometry(10, 10, 600, 300);
     dock->resize(600, 2000);

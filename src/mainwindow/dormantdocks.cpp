@@ -9,6 +9,7 @@
 #include "widgets/tell.h"
 
 #include <QAction>
+#include <QPlainTextEdit>
 #include <QRandomGenerator>
 
 using ads::CDockManager;
@@ -46,7 +47,7 @@ CDockWidget *DormantDocks::createEditor(const QObject *trigger)
     }
     static int counter = 0;
     CDockWidget *dock = DockFactory::makeEditor(
-        m_manager, QStringLiteral("Editor %1").arg(counter++),
+        m_manager, QStringLiteral("Editor %1").arg(counter++), new QPlainTextEdit,
         WindowText::tr(
             "This is an editor. If you close the editor, it will be deleted. Enter your text here."),
         svgIcon(QStringLiteral(":/adsdemo/images/edit-1.svg")));

@@ -1,6 +1,7 @@
 #include "docksundertest.h"
 #include "mainwindow/cmainwindow.h"
 #include "run.h"
+#include "widgets/timedtext.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -43,6 +44,7 @@ private slots:
     void theOptionsMenuClearsTheMessages();
     void theMessageEditorIsNamedAndLeftByTab();
     void messagesAreReadAndCopiedButNotTyped();
+    void messagesHaveTheirTimes();
     void savingAndRestoringLeavesTheLayout();
     void restoringBringsASavedLayoutBack();
     void theTreeKeepsItsWidthAsTheWindowGrows_data();
@@ -348,6 +350,14 @@ void TestDockLayout::messagesAreReadAndCopiedButNotTyped()
     QCOMPARE(QApplication::clipboard()->text().trimmed(), "first");
     m_window->appendMessage("third");
     QVERIFY(editor->toPlainText().endsWith(QLatin1String("\nthird")));
+}
+
+void TestDockLayout::messagesHaveTheirTimes()
+{
+    m_window->appendMessage("hello");
+    const auto *messages = qobject_cast<TimedText *>(m_window->messageEditor());
+    QVERIFY(messages);
+    QVERIFY(!messages->timeOf(0).isEmpty());
 }
 
 void TestDockLayout::savingAndRestoringLeavesTheLayout()

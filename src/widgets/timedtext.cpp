@@ -1,0 +1,105 @@
+#include "widgets/timedtext.h"
+
+#include <QDateTime>
+#include <QEvent>
+#include <QPainter>
+#include <QTextBlock>
+
+namespace {
+
+constexpr int padding = 4; // pixels on either side of the times
+
+// With the day, since a message may stand there for days.
+QString timeFormat()
+{
+    return QStringLiteral("MM-dd HH:mm:ss");
+}
+
+struct LineTime : QTextBlockUserData {
+    QString text = QDateTime::currentDateTime().toString(timeFormat());
+};
+
+QString timeOfBlock(const QTextBlock &block)
+{
+    const auto *time = static_cast<const LineTime *>(block.userData());
+    return time ? time->text : QString();
+}
+
+} // namespace
+
+TimedText::TimedText(QWidget *parent)
+    : QPlainTextEdit(parent)
+    , m_margin(new QWidget(this))
+{
+    m_margin->setObjectName(QStringLiteral("times"));
+    m_margin->installEventFilter(this);
+    connect(document(), &QTextDocument::contentsChange, this,
+            [this](int position, int, int added) { noteLines(position, added); });
+    connect(this, &QPlainTextEdit::updateRequest, m_margin, qOverload<>(&QWidget::update));
+    makeRoom();
+}
+
+QString TimedText::timeOf(int line) const
+{
+    return timeOfBlock(document()->findBlockByNumber(line));
+}
+
+void TimedText::noteLines(int position, int added)
+{
+    const QTextBlock end = document()->findBlock(position + added).next();
+    for (QTextBlock block = document()->findBlock(position); block.isValid() && block != end;
+         block = block.next()) {
+        if (block.text().isEmpty()) {
+            block.setUserData(nullptr);
+        } else if (!block.userData()) {
+            block.setUserData(new LineTime); // the block owns it
+        }
+    }
+}
+
+void TimedText::makeRoom()
+{
+    const QFontMetrics metrics = fontMetrics();
+    const int width = metrics.horizontalAdvance(QString(timeFormat().size(), QLatin1Char('0'))) + 2 * padding;
+    setViewportMargins(width, 0, 0, 0);
+    const QRect inside = contentsRect();
+    m_margin->setGeometry(inside.left(), inside.top(), width, viewport()->height());
+}
+
+void TimedText::resizeEvent(QResizeEvent *event)
+{
+    QPlainTextEdit::resizeEvent(event);
+    makeRoom();
+}
+
+void TimedText::changeEvent(QEvent *event)
+{
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        makeRoom();
+    }
+}
+
+bool TimedText::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_margin && event->type() == QEvent::Paint) {
+        paintTimes();
+        return true;
+    }
+    return QPlainTextEdit::eventFilter(watched, event);
+}
+
+void TimedText::paintTimes()
+{
+    QPainter painter(m_margin);
+    painter.fillRect(m_margin->rect(), palette().base());
+    painter.setPen(palette().color(QPalette::Text));
+    for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
+        const QRectF place = blockBoundingGeometry(block).translated(contentOffset());
+        if (place.top() > m_margin->height()) {
+            break;
+        }
+        painter.drawText(QRectF(padding, place.top(), m_margin->width() - padding, place.height()),
+                         Qt::AlignLeft | Qt::AlignTop, timeOfBlock(block));
+    }
+}
