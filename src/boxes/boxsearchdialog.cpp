@@ -1,5 +1,6 @@
 #include "boxes/boxsearchdialog.h"
 
+#include "boxes/outcomeline.h"
 #include "log/activitylog.h"
 #include "widgets/combobox.h"
 #include "widgets/tablecopy.h"
@@ -15,6 +16,7 @@ BoxSearchDialog::BoxSearchDialog(QWidget *parent)
     : QDialog(parent)
     , m_list(new QListWidget(this))
     , m_interfaces(new ComboBox(this))
+    , m_state(new OutcomeLine(this))
     , m_search(new BoxSearch([this] { return m_interfaces->currentData().value<QNetworkInterface>(); }, this))
 {
     setWindowTitle(tr("Search Box"));
@@ -28,10 +30,14 @@ BoxSearchDialog::BoxSearchDialog(QWidget *parent)
     layout->addWidget(m_list);
     layout->addWidget(m_interfaces);
     layout->addWidget(search);
+    m_state->setObjectName(QStringLiteral("searchState"));
+    m_state->hide();
+    layout->addWidget(m_state);
 
     fillInterfaces();
     connect(search, &QPushButton::clicked, this, &BoxSearchDialog::searchForBoxes);
     connect(m_search, &BoxSearch::found, this, &BoxSearchDialog::showBox);
+    connect(m_search, &BoxSearch::failed, this, &BoxSearchDialog::tellFailure);
     connect(m_search, &BoxSearch::finished, this, &BoxSearchDialog::tellEnd);
     logToFile(QStringLiteral("BoxSearchDialog new-nuilt"));
 }
@@ -56,6 +62,8 @@ void BoxSearchDialog::fillInterfaces()
 void BoxSearchDialog::searchForBoxes()
 {
     m_list->clear();
+    m_state->showLine(tr("Searching for ten seconds..."), false);
+    m_state->show();
     m_search->start();
     logToFile(QStringLiteral("BoxSearchDialog: search"));
 }
@@ -70,6 +78,13 @@ void BoxSearchDialog::readPendingDatagrams()
     m_search->readPendingDatagrams();
 }
 
+void BoxSearchDialog::tellFailure(const QHostAddress &address, const QString &why)
+{
+    m_state->showLine(
+        tr("Nothing was searched: %1 could not send from UDP port 5 (%2).").arg(address.toString(), why),
+        true);
+}
+
 void BoxSearchDialog::showBox(const Discovery::Answer &box)
 {
     // The three labels are the Boxes' own and stay Chinese in every language of the interface.
@@ -79,6 +94,9 @@ void BoxSearchDialog::showBox(const Discovery::Answer &box)
 
 void BoxSearchDialog::tellEnd()
 {
+    if (!m_state->isAmiss()) {
+        m_state->showLine(tr("The search has ended. Boxes found: %1.").arg(m_list->count()), false);
+    }
     if (m_list->count() == 0) {
         Tell::information(this, tr("No Devices Found"), tr("No devices were found during the search."));
     }

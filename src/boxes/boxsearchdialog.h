@@ -4,6 +4,7 @@
 
 #include <QDialog>
 
+class OutcomeLine;
 class QComboBox;
 class QListWidget;
 
@@ -25,10 +26,12 @@ public slots:
 
 private:
     void fillInterfaces();
+    void tellFailure(const QHostAddress &address, const QString &why);
     void showBox(const Discovery::Answer &box);
     void tellEnd();
 
     QListWidget *m_list;
     QComboBox *m_interfaces; // user data: the QNetworkInterface
+    OutcomeLine *m_state;    // that a search is under way, or what keeps it from the network
     BoxSearch *m_search;
 };

@@ -1,7 +1,6 @@
 #include "boxes/pushoutcome.h"
 
 #include "log/timetext.h"
-#include "widgets/iconground.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -37,11 +36,8 @@ const char *reason(FileTransfer::Ending ending)
 } // namespace
 
 PushOutcome::PushOutcome(QWidget *parent)
-    : QLabel(parent)
+    : OutcomeLine(parent)
 {
-    setTextFormat(Qt::PlainText);
-    setWordWrap(true);
-    setTextInteractionFlags(Qt::TextSelectableByMouse);
     hide();
 }
 
@@ -49,6 +45,7 @@ int PushOutcome::begin(const Push &push)
 {
     const int number = ++m_latest;
     showLine(tr("%1: pushing '%2' to %3...").arg(timeText(), push.what, push.address), false);
+    show();
     // No other event may come in between: the push blocks from its first moment on.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     repaint();
@@ -78,47 +75,5 @@ void PushOutcome::fail(const Push &push, const QString &why)
 void PushOutcome::showFailure(const Push &push, const QString &why)
 {
     showLine(tr("%1: FAILED: '%2' to %3: %4.").arg(timeText(), push.what, push.address, why), true);
-}
-
-void PushOutcome::showLine(const QString &text, bool isFailure)
-{
-    m_isFailure = isFailure;
-    setColor();
-    setText(text);
-    claimHeight();
     show();
-}
-
-void PushOutcome::setColor()
-{
-    const QPalette desktop = parentWidget()->palette();
-    QColor color = desktop.color(QPalette::WindowText);
-    if (m_isFailure) {
-        color = isDark(desktop) ? QColor(0xff, 0xb4, 0xab) : QColor(0xb0, 0x00, 0x20);
-    }
-    if (palette().color(QPalette::WindowText) != color) {
-        QPalette own;
-        own.setColor(QPalette::WindowText, color);
-        setPalette(own);
-    }
-}
-
-void PushOutcome::resizeEvent(QResizeEvent *event)
-{
-    QLabel::resizeEvent(event);
-    claimHeight();
-}
-
-// So that a low page scrolls: a layout takes lines away from a label that may break them.
-void PushOutcome::claimHeight()
-{
-    setMinimumHeight(heightForWidth(width()));
-}
-
-void PushOutcome::changeEvent(QEvent *event)
-{
-    QLabel::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) {
-        setColor();
-    }
 }

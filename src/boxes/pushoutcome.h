@@ -1,11 +1,10 @@
 #pragma once
 
+#include "boxes/outcomeline.h"
 #include "boxlink/filetransfer.h"
 
-#include <QLabel>
-
 // The line that keeps what was pushed last, where to and when, and how it ended. Hidden until the first push.
-class PushOutcome : public QLabel
+class PushOutcome : public OutcomeLine
 {
     Q_OBJECT
 public:
@@ -25,16 +24,8 @@ public:
     // For a push that did not come to a transfer; a translated clause.
     void fail(const Push &push, const QString &why);
 
-protected:
-    void changeEvent(QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
-
 private:
     void showFailure(const Push &push, const QString &why);
-    void showLine(const QString &text, bool isFailure);
-    void setColor();
-    void claimHeight();
 
     int m_latest = 0; // number of the push in the line
-    bool m_isFailure = false;
 };

@@ -377,6 +377,18 @@
         <source>No devices were found during the search.</source>
         <translation>未搜索到任何设备。</translation>
     </message>
+    <message>
+        <source>Searching for ten seconds...</source>
+        <translation>正在搜索，共十秒…</translation>
+    </message>
+    <message>
+        <source>Nothing was searched: %1 could not send from UDP port 5 (%2).</source>
+        <translation>未能搜索：%1 无法从 UDP 端口 5 发送（%2）。</translation>
+    </message>
+    <message>
+        <source>The search has ended. Boxes found: %1.</source>
+        <translation>搜索结束，找到的 Box：%1 个。</translation>
+    </message>
 </context>
 <context>
     <name>CImageViewer</name>

@@ -377,6 +377,18 @@
         <source>No devices were found during the search.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Searching for ten seconds...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was searched: %1 could not send from UDP port 5 (%2).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The search has ended. Boxes found: %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>CImageViewer</name>

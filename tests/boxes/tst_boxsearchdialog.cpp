@@ -3,6 +3,7 @@
 #include "searchrows.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
@@ -22,6 +23,8 @@ private slots:
     void searchWithAnswerEndsInSilence();
     void firstEndOfTwoSearchesStopsTheBroadcasts();
     void interfaceWithoutAddressGoesOnSearching();
+    void searchUnderWayIsTold();
+    void searchThatCouldNotSendIsTold();
     void dialogMayCloseWhileItsBoxStands();
 };
 
@@ -40,6 +43,11 @@ QTimer *broadcastsOf(const BoxSearchDialog &dialog)
 void take(const BoxSearchDialog &dialog, const QByteArray &datagram)
 {
     dialog.findChild<BoxSearch *>()->take(datagram);
+}
+
+QString stateOf(const BoxSearchDialog &dialog)
+{
+    return dialog.findChild<QLabel *>("searchState")->text();
 }
 
 // A dialog that broadcasts nothing: it has no interface to do so from.
@@ -133,6 +141,33 @@ void TestBoxSearchDialog::interfaceWithoutAddressGoesOnSearching()
     QTest::ignoreMessage(QtDebugMsg, "No IPv4 address found for selected network interface!");
     dialog.sendSearchBroadcast();
     QVERIFY(broadcastsOf(dialog)->isActive());
+}
+
+void TestBoxSearchDialog::searchUnderWayIsTold()
+{
+    BoxSearchDialog dialog;
+    silence(dialog);
+    dialog.searchForBoxes();
+    QCOMPARE(stateOf(dialog), "Searching for ten seconds...");
+    take(dialog, foundBox("192.168.1.70"));
+    endsOf(dialog).first()->start(1);
+    QTRY_COMPARE(stateOf(dialog), "The search has ended. Boxes found: 1.");
+}
+
+void TestBoxSearchDialog::searchThatCouldNotSendIsTold()
+{
+    Messages messages;
+    messages.expect();
+    BoxSearchDialog dialog;
+    silence(dialog);
+    dialog.searchForBoxes();
+    emit dialog.findChild<BoxSearch *>()->failed(QHostAddress("192.168.1.5"), "Permission denied");
+    const QString failure =
+        "Nothing was searched: 192.168.1.5 could not send from UDP port 5 (Permission denied).";
+    QCOMPARE(stateOf(dialog), failure);
+    endsOf(dialog).first()->start(1);
+    QTRY_COMPARE(messages.told().size(), 1);
+    QCOMPARE(stateOf(dialog), failure);
 }
 
 void TestBoxSearchDialog::dialogMayCloseWhileItsBoxStands()
