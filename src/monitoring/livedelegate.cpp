@@ -33,6 +33,10 @@ void LiveDelegate::setState(qint64 now, bool outOfDate)
 void LiveDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
 {
     QStyledItemDelegate::initStyleOption(option, index);
+    if (MonitoringTable::isNumber(index)) { // so that a larger one looks larger
+        option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
+    }
+    option->font.setItalic(m_outOfDate); // grey alone is hard to see in bad light
     QPalette &palette = option->palette;
     if (!MonitoringTable::isValid(index)) {
         const Colours &colours = m_outOfDate ? notValidOutOfDate : notValid;

@@ -32,7 +32,14 @@ NumberItem::NumberItem()
 
 QVariant NumberItem::data(int role) const
 {
-    return role == changedAtRole ? QVariant(m_changedAt) : QTableWidgetItem::data(role);
+    switch (role) {
+    case changedAtRole:
+        return m_changedAt;
+    case isNumberRole:
+        return !std::isnan(number());
+    default:
+        return QTableWidgetItem::data(role);
+    }
 }
 
 void NumberItem::setData(int role, const QVariant &value)

@@ -30,6 +30,7 @@ public:
     static constexpr int itemType = QTableWidgetItem::UserType + 1;
     // What data() gives under this role: when the text has changed last, or -1.
     static constexpr int changedAtRole = Qt::UserRole + 1;
+    static constexpr int isNumberRole = Qt::UserRole + 2;
 
     NumberItem();
 

@@ -127,6 +127,12 @@ void MonitoringPage::showReport(const QVariantList &rows, const QString &time, c
     }
 }
 
+void MonitoringPage::setWanted(const QString &project)
+{
+    m_source->setWanted(project);
+    refresh();
+}
+
 void MonitoringPage::endSession()
 {
     m_source->endSession();

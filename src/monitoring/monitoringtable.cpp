@@ -272,6 +272,11 @@ bool MonitoringTable::isValid(const QModelIndex &index)
     return index.siblingAtColumn(Valid).data(validityRole).toBool();
 }
 
+bool MonitoringTable::isNumber(const QModelIndex &index)
+{
+    return index.column() == Value && index.data(NumberItem::isNumberRole).toBool();
+}
+
 qint64 MonitoringTable::changedAt(const QModelIndex &index)
 {
     const QVariant time = index.column() == Value ? index.data(NumberItem::changedAtRole) : QVariant();

@@ -26,6 +26,8 @@ void fitColumns(QTableWidget *table, int room);
 
 // Whether the row of the index holds a value that the Box calls valid.
 bool isValid(const QModelIndex &index);
+// Whether the index is in column Value and its text a number.
+bool isNumber(const QModelIndex &index);
 // When the index's text last became another; negative for never, and outside of column Value.
 qint64 changedAt(const QModelIndex &index);
 

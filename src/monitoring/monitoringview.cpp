@@ -10,6 +10,7 @@
 #include <QDebug>
 #include <QFont>
 #include <QIcon>
+#include <QItemSelectionModel>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QStandardItemModel>
@@ -87,6 +88,22 @@ MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTre
     , m_model(model)
     , m_tree(tree)
 {
+    if (tree && tree->selectionModel()) {
+        connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
+                &MonitoringView::noteCurrent);
+    }
+}
+
+void MonitoringView::noteCurrent()
+{
+    const QModelIndex node = m_tree ? m_tree->currentIndex() : QModelIndex();
+    const QModelIndex folder = node.parent();
+    const bool isLive = folder.parent().isValid() && folder.data().toString() == ProjectTree::dataFolder;
+    const QVector<MonitoringPage *> pages = livePages();
+    for (MonitoringPage *page : pages) {
+        const bool isOfNode = isLive && page->windowTitle() == node.data().toString();
+        page->setWanted(isOfNode ? folder.parent().data().toString() : QString());
+    }
 }
 
 void MonitoringView::setBox(const QString &name, const QString &address)
@@ -232,6 +249,7 @@ QWidget *MonitoringView::pageOf(const QString &plcName)
     page->setClock(m_clock);
     page->setWindowTitle(plcName);
     m_tabs->addTab(page, plcName);
+    noteCurrent();
     emit pageMade(page);
     return page;
 }

@@ -67,6 +67,8 @@ signals:
     void sessionEnded(const QString &address);
 
 private:
+    // Tells the pages which of them the tree's current node stands for, and of which project.
+    void noteCurrent();
     LiveSource sourceOf(QStandardItem *item) const;
     int tabNamed(const QString &name) const;
     QWidget *pageOf(const QString &plcName);

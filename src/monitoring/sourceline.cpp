@@ -6,10 +6,11 @@ QString ageText(qint64 age)
 {
     const qint64 seconds = age / 1000;
     if (seconds < 120) {
-        return SourceLine::tr("%1 s").arg(seconds);
+        return SourceLine::tr("%1 s ago").arg(seconds);
     }
     const qint64 minutes = seconds / 60;
-    return minutes < 120 ? SourceLine::tr("%1 min").arg(minutes) : SourceLine::tr("%1 h").arg(minutes / 60);
+    return minutes < 120 ? SourceLine::tr("%1 min ago").arg(minutes)
+                         : SourceLine::tr("%1 h ago").arg(minutes / 60);
 }
 
 } // namespace
@@ -74,11 +75,15 @@ void SourceLine::refresh(qint64 now)
     } else {
         outOfDate = false;
     }
+    const bool isOther = !m_wanted.isEmpty() && m_wanted != m_shown.project;
+    if (isOther) {
+        parts.append(tr("NOT of '%1', whose node is selected").arg(m_wanted));
+    }
     setText(parts.join(QStringLiteral(" · ")));
-    if (outOfDate != m_outOfDate) {
-        m_outOfDate = outOfDate;
+    m_outOfDate = outOfDate;
+    if (font().bold() != (outOfDate || isOther)) {
         QFont weighed = font();
-        weighed.setBold(outOfDate);
+        weighed.setBold(!weighed.bold());
         setFont(weighed);
     }
     show();

@@ -7,7 +7,8 @@
 #include <QMap>
 
 // The line that tells whose live values a page shows and how old they are. Once the session has ended, the
-// Box does not answer, or the next report is overdue, the line says so in bold. Times are in ms of one clock;
+// Box does not answer, or the next report is overdue, or the values are not those that were asked for, the
+// line says so in bold. Times are in ms of one clock;
 // the line is hidden before the first report.
 class SourceLine : public QLabel
 {
@@ -24,6 +25,9 @@ public:
     // Whether that Box answers. It does with each report, and nothing is known of one whose session has
     // ended.
     void setAnswering(bool answers);
+    // The project whose values the user asked for last, or empty: the line says so if those shown are
+    // another's.
+    void setWanted(const QString &project) { m_wanted = project; }
     // Brings the line up to the time.
     void refresh(qint64 now);
 
@@ -39,6 +43,7 @@ private:
     void setLink(Link link);
 
     LiveSource m_shown;
+    QString m_wanted;
     QMap<LiveSource, Freshness> m_freshness; // each may report more or less often
     Link m_link = Link::Up;                  // with the Box, since the last report
     bool m_outOfDate = false;

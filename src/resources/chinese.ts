@@ -1277,16 +1277,16 @@
 <context>
     <name>SourceLine</name>
     <message>
-        <source>%1 s</source>
-        <translation>%1 秒</translation>
+        <source>%1 s ago</source>
+        <translation>%1 秒前</translation>
     </message>
     <message>
-        <source>%1 min</source>
-        <translation>%1 分钟</translation>
+        <source>%1 min ago</source>
+        <translation>%1 分钟前</translation>
     </message>
     <message>
-        <source>%1 h</source>
-        <translation>%1 小时</translation>
+        <source>%1 h ago</source>
+        <translation>%1 小时前</translation>
     </message>
     <message>
         <source>Project, Box and address of these values, and the time since their last report</source>
@@ -1303,6 +1303,10 @@
     <message>
         <source>Out of date: no new report</source>
         <translation>数据已过时：没有新的上报</translation>
+    </message>
+    <message>
+        <source>NOT of &apos;%1&apos;, whose node is selected</source>
+        <translation>并非所选节点“%1”的数据</translation>
     </message>
 </context>
 <context>

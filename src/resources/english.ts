@@ -1275,15 +1275,15 @@
 <context>
     <name>SourceLine</name>
     <message>
-        <source>%1 s</source>
+        <source>%1 s ago</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 min</source>
+        <source>%1 min ago</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 h</source>
+        <source>%1 h ago</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
@@ -1300,6 +1300,10 @@
     </message>
     <message>
         <source>Out of date: no new report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NOT of &apos;%1&apos;, whose node is selected</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -44,7 +44,7 @@ private:
     // Without the age, which goes by the real clock.
     QString line() const
     {
-        static const QRegularExpression age(" · \\d+ s");
+        static const QRegularExpression age(" · \\d+ s ago");
         return page()->findChild<QLabel *>("source")->text().remove(age);
     }
     // The name of the first point as it is drawn.

@@ -24,6 +24,8 @@ private slots:
     void valuesWithoutABoxOnlyAge();
     void anotherBoxHasItsOwnPeriods();
     void sourcesThatTakeTurnsHaveTheirOwnPeriods();
+    void numbersStandAtTheRight();
+    void oldValuesDifferInShape();
     void greyValuesAreReadable_data();
     void greyValuesAreReadable();
     void changedValueIsMarkedForAMoment();
@@ -44,16 +46,16 @@ void TestLivePage::tellsWhoseValuesItShows_data()
     };
     const char *const riverside = "Riverside substation";
     const char *const north = "Gateway north";
-    row("Riverside substation · Gateway north 127.0.0.2 · 0 s", riverside, north, "127.0.0.2", 0);
-    row("Riverside substation · Gateway north 127.0.0.2 · 3 s", riverside, north, "127.0.0.2", 3);
-    row("Riverside substation · 7 s", riverside, "", "", 7);
-    row("Gateway north · 7 s", "", north, "", 7);
-    row("10 s", "", "", "", 10);
-    row("11 s · Out of date: no new report", "", "", "", 11);
-    row("119 s · Out of date: no new report", "", "", "", 119);
-    row("2 min · Out of date: no new report", "", "", "", 120);
-    row("119 min · Out of date: no new report", "", "", "", 2 * 3600 - 1);
-    row("2 h · Out of date: no new report", "", "", "", 2 * 3600);
+    row("Riverside substation · Gateway north 127.0.0.2 · 0 s ago", riverside, north, "127.0.0.2", 0);
+    row("Riverside substation · Gateway north 127.0.0.2 · 3 s ago", riverside, north, "127.0.0.2", 3);
+    row("Riverside substation · 7 s ago", riverside, "", "", 7);
+    row("Gateway north · 7 s ago", "", north, "", 7);
+    row("10 s ago", "", "", "", 10);
+    row("11 s ago · Out of date: no new report", "", "", "", 11);
+    row("119 s ago · Out of date: no new report", "", "", "", 119);
+    row("2 min ago · Out of date: no new report", "", "", "", 120);
+    row("119 min ago · Out of date: no new report", "", "", "", 2 * 3600 - 1);
+    row("2 h ago · Out of date: no new report", "", "", "", 2 * 3600);
 }
 
 void TestLivePage::tellsWhoseValuesItShows()
@@ -93,7 +95,7 @@ void TestLivePage::agesByItself()
 {
     live(feeders());
     m_now += 3000;
-    QTRY_COMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 3 s");
+    QTRY_COMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 3 s ago");
 }
 
 void TestLivePage::hiddenPageIsBroughtUpToDateWhenShown()
@@ -102,7 +104,7 @@ void TestLivePage::hiddenPageIsBroughtUpToDateWhenShown()
     live(feeders());
     m_now += 20000;
     m_page->show();
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 20 s · Out of date: no new report");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 20 s ago · Out of date: no new report");
 }
 
 void TestLivePage::overdueReportMakesTheValuesGrey()
@@ -128,7 +130,7 @@ void TestLivePage::overdueReportMakesTheValuesGrey()
     QCOMPARE(drawn(0, MonitoringTable::Name), fresh);
     QCOMPARE(drawn(2, MonitoringTable::Name), freshInvalid);
     QVERIFY(!m_page->findChild<QLabel *>("source")->font().bold());
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago");
 }
 
 void TestLivePage::endOfTheSessionMakesTheValuesGrey()
@@ -137,13 +139,13 @@ void TestLivePage::endOfTheSessionMakesTheValuesGrey()
     const QImage fresh = drawn(0, MonitoringTable::Name);
     m_page->endSession();
     QVERIFY(drawn(0, MonitoringTable::Name) != fresh);
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s · Out of date: not connected");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago · Out of date: not connected");
     m_now += 60000;
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 60 s · Out of date: not connected");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 60 s ago · Out of date: not connected");
     live(feeders());
     QCOMPARE(drawn(0, MonitoringTable::Name), fresh);
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago");
 }
 
 void TestLivePage::silentBoxMakesTheValuesGrey()
@@ -178,7 +180,7 @@ void TestLivePage::valuesWithoutABoxOnlyAge()
     m_page->showReport(feeders(), reportTime, {"Riverside", QString(), QString()});
     m_page->setAnswering(false);
     m_page->endSession();
-    QCOMPARE(line(), "Riverside · 0 s");
+    QCOMPARE(line(), "Riverside · 0 s ago");
 }
 
 void TestLivePage::anotherBoxHasItsOwnPeriods()
@@ -188,11 +190,11 @@ void TestLivePage::anotherBoxHasItsOwnPeriods()
         m_now += 60000;
     }
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 60 s");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 60 s ago");
     live(feeders(), "Gateway south");
     m_now += 60000;
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.2 · 60 s · Out of date: no new report");
+    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.2 · 60 s ago · Out of date: no new report");
 }
 
 void TestLivePage::sourcesThatTakeTurnsHaveTheirOwnPeriods()
@@ -204,14 +206,63 @@ void TestLivePage::sourcesThatTakeTurnsHaveTheirOwnPeriods()
         m_now += 40000;
     }
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 40 s");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 40 s ago");
     m_now += 140001;
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 3 min · Out of date: no new report");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 3 min ago · Out of date: no new report");
     live(feeders(), "Gateway south");
     m_now += 60000;
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.2 · 60 s");
+    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.2 · 60 s ago");
+}
+
+// Where there is ink in a cell: black, the rest white, whatever the colours.
+static QImage inkIn(const QImage &picture)
+{
+    const QRgb ground = picture.pixel(picture.width() / 2, 2);
+    QImage ink(picture.size(), QImage::Format_Mono);
+    ink.fill(0);
+    for (int x = 0; x < picture.width() - 1; ++x) { // without the grid
+        for (int y = 0; y < picture.height() - 1; ++y) {
+            if (qAbs(qGray(picture.pixel(x, y)) - qGray(ground)) > 60) {
+                ink.setPixel(x, y, 1);
+            }
+        }
+    }
+    return ink;
+}
+
+static int firstInk(const QImage &ink)
+{
+    for (int x = 0; x < ink.width(); ++x) {
+        for (int y = 0; y < ink.height(); ++y) {
+            if (ink.pixelIndex(x, y) == 1) {
+                return x;
+            }
+        }
+    }
+    return -1;
+}
+
+void TestLivePage::numbersStandAtTheRight()
+{
+    live({point("Ua", "1", "1"), point("State", "open", "1")});
+    m_table->setColumnWidth(MonitoringTable::Value, 200);
+    m_table->item(0, MonitoringTable::Value)->setText("7");
+    m_table->item(1, MonitoringTable::Value)->setText("open");
+    QVERIFY(firstInk(inkIn(drawn(0))) > 100);
+    const int text = firstInk(inkIn(drawn(1)));
+    QVERIFY(text >= 0 && text < 20);
+}
+
+// Grey alone is hard to tell from black in bad light.
+void TestLivePage::oldValuesDifferInShape()
+{
+    live(feeders());
+    const QImage fresh = inkIn(drawn(0, MonitoringTable::Name));
+    QCOMPARE(inkIn(drawn(0, MonitoringTable::Name)), fresh);
+    m_page->endSession();
+    QVERIFY(inkIn(drawn(0, MonitoringTable::Name)) != fresh);
 }
 
 void TestLivePage::greyValuesAreReadable_data()

@@ -26,6 +26,7 @@ private slots:
     void keepsTwoPlcsApart();
     void samePlcNameInTwoProjectsSharesATab();
     void tellsEachPageWhoseValuesItShows();
+    void valuesOfAnotherProjectThanTheSelectedOneAreTold();
     void endOfTheSessionReachesAllItsPages();
     void firstPageKnowsThePeriod();
     void pauseBetweenSessionsIsNoPeriod();
@@ -170,23 +171,41 @@ void TestMonitoringView::tellsEachPageWhoseValuesItShows()
 {
     addProject("Hillside");
     showPoints({point("Ua", "1")}); // from outside of any session
-    QCOMPARE(line(), "Riverside · 0 s");
+    QCOMPARE(line(), "Riverside · 0 s ago");
     m_view->setBox("Gateway north", "127.0.0.2");
     receive({point("Ua", "1")});
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago");
     // One page for two projects: it says whose values it shows now.
     m_view->setBox("Gateway south", "127.0.0.3");
     for (int i = 0; i < 2; ++i) {
         m_view->receive(report("Hillside", "Meter 1", {point("Ua", "1")}));
     }
-    QCOMPARE(line(), "Hillside · Gateway south 127.0.0.3 · 0 s");
+    QCOMPARE(line(), "Hillside · Gateway south 127.0.0.3 · 0 s ago");
     receive({point("Ua", "1")});
-    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.3 · 0 s");
+    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.3 · 0 s ago");
     // An item that is in no project.
     QStandardItem loose("loose");
     m_view->endSession("127.0.0.2");
     m_view->showData(&loose, QString(), "Meter 2");
-    QCOMPARE(line("Meter 2"), "0 s");
+    QCOMPARE(line("Meter 2"), "0 s ago");
+}
+
+void TestMonitoringView::valuesOfAnotherProjectThanTheSelectedOneAreTold()
+{
+    addProject("Hillside");
+    showPoints({point("Ua", "1")});
+    QStandardItem *node = dataFolder()->child(0);
+    m_tree->setCurrentIndex(node->index());
+    QCOMPARE(line(), "Riverside · 0 s ago");
+    for (int i = 0; i < 2; ++i) { // takes the page over
+        m_view->receive(report("Hillside", "Meter 1", {point("Ua", "1")}));
+    }
+    QCOMPARE(line(), "Hillside · 0 s ago · NOT of 'Riverside', whose node is selected");
+    m_tree->setCurrentIndex(node->parent()->index());
+    QCOMPARE(line(), "Hillside · 0 s ago");
+    m_tree->setCurrentIndex(node->index());
+    receive({point("Ua", "1")});
+    QCOMPARE(line(), "Riverside · 0 s ago");
 }
 
 void TestMonitoringView::endOfTheSessionReachesAllItsPages()
@@ -196,13 +215,13 @@ void TestMonitoringView::endOfTheSessionReachesAllItsPages()
     showPoints({point("Ua", "1")});
     showPoints({point("Ua", "1")}, "Meter 2");
     m_view->endSession("127.0.0.2");
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s · Out of date: not connected");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago · Out of date: not connected");
     QCOMPARE(line("Meter 2"), line());
-    QCOMPARE(line("from outside"), "Riverside · 0 s");
+    QCOMPARE(line("from outside"), "Riverside · 0 s ago");
     m_view->setBox("Gateway north", "127.0.0.2");
     receive({point("Ua", "1")});
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s");
-    QCOMPARE(line("Meter 2"), "Riverside · Gateway north 127.0.0.2 · 0 s · Out of date: not connected");
+    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago");
+    QCOMPARE(line("Meter 2"), "Riverside · Gateway north 127.0.0.2 · 0 s ago · Out of date: not connected");
 }
 
 void TestMonitoringView::firstPageKnowsThePeriod()
@@ -214,14 +233,14 @@ void TestMonitoringView::firstPageKnowsThePeriod()
     receive({point("Ua", "1")});
     now += 60000;
     receive({point("Ua", "1")});
-    QCOMPARE(lineAfter(&now, 60000), "Riverside · Gateway north 127.0.0.2 · 60 s");
+    QCOMPARE(lineAfter(&now, 60000), "Riverside · Gateway north 127.0.0.2 · 60 s ago");
     // The page is there already when another project's node is made.
     m_view->receive(report("Hillside", "Meter 1", {}));
     now += 50000;
     m_view->receive(report("Hillside", "Meter 1", {}));
-    QCOMPARE(lineAfter(&now, 60000), "Hillside · Gateway north 127.0.0.2 · 60 s");
+    QCOMPARE(lineAfter(&now, 60000), "Hillside · Gateway north 127.0.0.2 · 60 s ago");
     QCOMPARE(lineAfter(&now, 90001),
-             "Hillside · Gateway north 127.0.0.2 · 2 min · Out of date: no new report");
+             "Hillside · Gateway north 127.0.0.2 · 2 min ago · Out of date: no new report");
 }
 
 void TestMonitoringView::pauseBetweenSessionsIsNoPeriod()
@@ -235,7 +254,7 @@ void TestMonitoringView::pauseBetweenSessionsIsNoPeriod()
     m_view->setBox("Gateway north", "127.0.0.2");
     receive({point("Ua", "1")});
     QCOMPARE(lineAfter(&now, 10001),
-             "Riverside · Gateway north 127.0.0.2 · 10 s · Out of date: no new report");
+             "Riverside · Gateway north 127.0.0.2 · 10 s ago · Out of date: no new report");
 }
 
 void TestMonitoringView::tellsWhetherTheProjectIsOpen()
