@@ -5,6 +5,7 @@
 #include "model/projecttree.h"
 #include "widgets/combobox.h"
 #include "widgets/passwordeye.h"
+#include "widgets/unitmark.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -69,6 +70,7 @@ TextField *TextField::pattern(const char *regularExpression)
 TextField *TextField::milliseconds()
 {
     edit()->setToolTip(m_group.translated(QT_TRANSLATE_NOOP("DefinitionForm", "In milliseconds (ms)")));
+    UnitMark::show(edit(), QStringLiteral("ms"));
     return check(integerValidator);
 }
 

@@ -3809,7 +3809,7 @@
     <name>StandardTableForm</name>
     <message>
         <source>Server Name:</source>
-        <translation>Server 名称：</translation>
+        <translation>Standard 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -4115,7 +4115,7 @@
     <name>standardDLT645EditDialog</name>
     <message>
         <source>Server Name:</source>
-        <translation>Server 名称：</translation>
+        <translation>Standard 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -4189,7 +4189,7 @@
     <name>standardModbusEditDialog</name>
     <message>
         <source>Server Name:</source>
-        <translation>Server 名称：</translation>
+        <translation>Standard 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>

@@ -381,7 +381,11 @@ void TestEveryForm::timesTellTheirUnit()
     const auto form = open();
     const auto edits = form->findChildren<QLineEdit *>();
     for (const QLineEdit *each : edits) {
-        QCOMPARE(each->toolTip() == "In milliseconds (ms)", times.contains(each->objectName()));
+        const bool isTime = times.contains(each->objectName());
+        QCOMPARE(each->toolTip() == "In milliseconds (ms)", isTime);
+        const auto *unit = each->findChild<QLabel *>("unit");
+        QCOMPARE(unit ? unit->text() : QString(), QString(isTime ? "ms" : ""));
+        QVERIFY(!unit || each->textMargins().right() >= unit->sizeHint().width()); // no number below it
     }
     const bool hasTimes = row().kind == Kind::Standard || row().kind == Kind::Plc;
     QCOMPARE(edit(*form, "collectionInterval") != nullptr, hasTimes);
