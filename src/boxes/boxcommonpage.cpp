@@ -1,8 +1,10 @@
 #include "boxes/boxcommonpage.h"
 
 #include "boxes/boxeditdialog.h"
+#include "boxes/linkline.h"
 #include "boxes/pushoutcome.h"
 #include "boxes/pushpreview.h"
+#include "boxes/requestline.h"
 #include "forms/formpage.h"
 
 #include <QFormLayout>
@@ -68,9 +70,12 @@ BoxCommonPage BoxCommonPage::build(BoxEditDialog *form, Workspace *workspace, co
     BoxCommonPage page{widget,
                        new QLabel(BoxEditDialog::tr("Connection status: connecting.."), widget),
                        new QLabel(BoxEditDialog::tr("Program version: ") + QLatin1String("0.0.0"), widget),
+                       new LinkLine(address, widget),
+                       new PushPreview(workspace, address, widget),
                        new QProgressBar(widget),
                        new PushOutcome(widget),
-                       new PushOutcome(widget)};
+                       new PushOutcome(widget),
+                       new RequestLine(widget)};
     page.version->setTextFormat(Qt::PlainText); // the Box's own words
     page.status->setObjectName(QStringLiteral("statusLabel"));
     page.version->setObjectName(QStringLiteral("versionLabel"));
@@ -79,16 +84,21 @@ BoxCommonPage BoxCommonPage::build(BoxEditDialog *form, Workspace *workspace, co
     page.progress->setValue(0);
     page.project->setObjectName(QStringLiteral("projectOutcome"));
     page.program->setObjectName(QStringLiteral("programOutcome"));
+    page.link->setObjectName(QStringLiteral("linkLine"));
+    page.reboot->setObjectName(QStringLiteral("rebootLine"));
+    page.reboot->hide();
 
     layout->addRow(makeRow(ofSession, form, widget));
     layout->addRow(page.status);
     layout->addRow(page.version);
-    layout->addRow(new PushPreview(workspace, address, widget));
+    layout->addRow(page.link);
+    layout->addRow(page.preview);
     layout->addRow(makeRow(ofTransfers, form, widget));
     layout->addRow(BoxEditDialog::tr("Progress:"), page.progress);
-    auto *outcomes = new QVBoxLayout; // one row of the form, which both leave empty at first
+    auto *outcomes = new QVBoxLayout; // one row of the form, which all leave empty at first
     outcomes->addWidget(page.project);
     outcomes->addWidget(page.program);
+    outcomes->addWidget(page.reboot);
     layout->addRow(outcomes);
     layout->addRow(makeRow(ofReboot, form, widget));
     return page;

@@ -3,10 +3,14 @@
 #include "boxes/boxcommonpage.h"
 #include "boxes/dhcpword.h"
 #include "boxes/hostaddressdialog.h"
+#include "boxes/linkline.h"
+#include "boxes/pushpreview.h"
+#include "boxes/requestline.h"
 #include "forms/formpage.h"
 #include "log/activitylog.h"
 #include "log/timetext.h"
 #include "model/itemroles.h"
+#include "model/projecttree.h"
 #include "widgets/tell.h"
 
 #include <QDebug>
@@ -123,6 +127,10 @@ QTabWidget *BoxEditDialog::buildPages()
     const BoxCommonPage common = BoxCommonPage::build(this, workspace(), m_ip->edit());
     m_status = common.status;
     m_version = common.version;
+    m_link = common.link;
+    m_reboot = common.reboot;
+    m_preview = common.preview;
+    m_preview->setOwner([this] { return ProjectTree::projectOf(item()); });
     m_upload = new BoxUpload([this] { return route(); }, common, workspace(), this);
     tabs->addTab(common.widget, tr("Commonly"));
     const QVector<BoxGroup> &groups = BoxGroups::groups();
@@ -145,6 +153,11 @@ QWidget *BoxEditDialog::buildGroupPage(SettingsGroup group)
     m_pages.append(pageOf(group).addRows(m_fields));
 
     const QString name = QString::fromLatin1(pageOf(group).name);
+    auto *request = new RequestLine(page);
+    request->setObjectName(name + QLatin1String("RequestLine"));
+    request->showUnread();
+    m_requests.append(request);
+    layout->addRow(request);
     QPushButton *read = FormPage::button(tr("Read"), QStringLiteral(":/adsdemo/images/read.svg"), page);
     QPushButton *write = FormPage::button(tr("Write"), QStringLiteral(":/adsdemo/images/write.svg"), page);
     read->setObjectName(name + QLatin1String("ReadButton"));
@@ -156,6 +169,15 @@ QWidget *BoxEditDialog::buildGroupPage(SettingsGroup group)
     row->addWidget(write);
     layout->addRow(row);
     return page;
+}
+
+void BoxEditDialog::replaceItem(QStandardItem *item)
+{
+    DefinitionForm::replaceItem(item);
+    m_preview->showTarget();
+    for (RequestLine *request : qAsConst(m_requests)) {
+        request->showUnread();
+    }
 }
 
 void BoxEditDialog::startClock()
@@ -171,6 +193,7 @@ void BoxEditDialog::begin()
     m_protocol = new Protocol(this);
     m_sessionName = item() ? item()->text() : m_name->text();
     m_sessionAddress = m_ip->text();
+    m_link->begin(m_sessionAddress);
 }
 
 void BoxEditDialog::connectToServer()
@@ -221,6 +244,12 @@ void BoxEditDialog::listenTo(const Protocol *session)
     connect(session, &Protocol::offlineOccurred, this, &BoxEditDialog::tellOffline);
     connect(session->session(), &Session::statusChanged, this, &BoxEditDialog::considerStatus);
     connect(session, &Protocol::dataReceived, this, &BoxEditDialog::passData);
+    const QPointer<BoxEditDialog> alive(this); // a message that the session shows may outlast this form
+    m_protocol->setResultListener([alive, address = m_sessionAddress](const CommandResult &result) {
+        if (alive) {
+            alive->noteResult(result, address);
+        }
+    });
     const auto show = [this](const auto &record) { showSettings(record); };
     connect(session, &Protocol::lanAllocationDataReceived, this, show);
     connect(session, &Protocol::wanAllocationDataReceived, this, show);
@@ -282,14 +311,19 @@ Protocol *BoxEditDialog::session()
 
 void BoxEditDialog::rebootDevice()
 {
-    session()->rebootDevice();
+    Protocol *link = session();
+    m_reboot->begin(RequestLine::Reboot, m_sessionAddress);
+    m_reboot->show();
+    link->rebootDevice();
     logToFile(QStringLiteral("BoxEditDialog: rebooting"));
 }
 
 void BoxEditDialog::readGroup(SettingsGroup group)
 {
     const QString line = QLatin1String("BoxEditDialog: read ") + QLatin1String(pageOf(group).logName);
-    session()->read(group); // who hears of its status may delete the form
+    Protocol *link = session();
+    m_requests[int(group)]->begin(RequestLine::Read, m_sessionAddress);
+    link->read(group); // who hears of its status may delete the form
     logToFile(line);
 }
 
@@ -301,8 +335,26 @@ void BoxEditDialog::writeGroup(SettingsGroup group)
     for (int i = 0; i < texts.size(); ++i) {
         *texts[i].text = wireText(texts[i].kind, fieldsOf(group).at(i)->text());
     }
-    session()->write(settings);
+    Protocol *link = session();
+    m_requests[int(group)]->begin(RequestLine::Write, m_sessionAddress);
+    link->write(settings);
     logToFile(line);
+}
+
+void BoxEditDialog::noteResult(const CommandResult &result, const QString &address)
+{
+    RequestLine *line = m_reboot;
+    for (int group = 0; group < m_requests.size(); ++group) {
+        if (JsonCommand::writeType(static_cast<SettingsGroup>(group)) == result.command) {
+            line = m_requests.at(group);
+        }
+    }
+    if (result.succeeded()) {
+        line->succeed(line == m_reboot ? RequestLine::Reboot : RequestLine::Write, address);
+    } else {
+        line->refuse(address, result.code);
+    }
+    line->show();
 }
 
 void BoxEditDialog::showSettings(BoxSettings settings)
@@ -314,6 +366,7 @@ void BoxEditDialog::showSettings(BoxSettings settings)
     for (int i = 0; i < texts.size(); ++i) {
         fields.at(first + i)->setText(fieldText(texts[i]));
     }
+    m_requests.at(int(groupOf(settings)))->succeed(RequestLine::Read, m_sessionAddress);
     logToFile(QLatin1String("BoxEditDialog: update ") + QLatin1String(page.updateName));
     Tell::information(this, tr(page.updateTitle), tr(page.updateText));
 }
@@ -327,21 +380,42 @@ void BoxEditDialog::tellOffline()
 {
     appendMessage(tr("!!!No communication for 30 seconds. Connection may be lost.!!!"));
     m_notice->hide();
+    m_link->noteSilence();
     emit answering(false);
 }
 
 void BoxEditDialog::considerStatus(Session::Status status)
 {
-    if (status == Session::Status::Disconnected) {
+    switch (status) {
+    case Session::Status::Disconnected:
         tellEnd();
-    } else if (status == Session::Status::Connected) {
+        break;
+    case Session::Status::Connected:
+        m_link->noteAnswer();
         emit answering(true);
+        break;
+    case Session::Status::HeartbeatLost:
+        m_link->noteSilence();
+        break;
+    case Session::Status::RequestLost:
+        for (RequestLine *request : qAsConst(m_requests)) {
+            request->loseUnsent();
+        }
+        m_reboot->loseUnsent();
+        break;
+    default:
+        break;
     }
 }
 
 void BoxEditDialog::tellEnd()
 {
     m_notice->hide();
+    m_link->end();
+    for (RequestLine *request : qAsConst(m_requests)) {
+        request->loseAnswer();
+    }
+    m_reboot->loseAnswer();
     emit sessionEnded(m_sessionAddress);
 }
 

@@ -5,8 +5,11 @@
 #include "boxes/protocol.h"
 #include "forms/definitionform.h"
 
+class LinkLine;
+class PushPreview;
 class QLabel;
 class QTabWidget;
+class RequestLine;
 
 // The form of a Box: shows what its item holds, and works on the real Box through a session that opens with
 // the form and is replaced at each Connect. Values travel between fields and Box only at Read and Write,
@@ -61,7 +64,7 @@ public slots:
     void writeTimeAllocation() { writeGroup(SettingsGroup::Time); }
 
     // Here to be a slot, for callers by name.
-    void replaceItem(QStandardItem *item) override { DefinitionForm::replaceItem(item); }
+    void replaceItem(QStandardItem *item) override;
     // Pushes the project of the tree's current item to the Box, by way of "temp.json" in the project's
     // folder.
     void updateProject() { m_upload->pushProject(); }
@@ -91,6 +94,7 @@ private:
     void begin();
     void listenTo(const Protocol *session);
     void considerStatus(Session::Status status);
+    void noteResult(const CommandResult &result, const QString &address);
     void tellEnd();
     void endSession();
     Protocol *session();
@@ -119,4 +123,8 @@ private:
     QLabel *m_notice = nullptr; // that reports are dropped
     QLabel *m_status = nullptr;
     QLabel *m_version = nullptr;
+    LinkLine *m_link = nullptr;
+    PushPreview *m_preview = nullptr;
+    RequestLine *m_reboot = nullptr;
+    QVector<RequestLine *> m_requests; // by SettingsGroup
 };

@@ -124,7 +124,7 @@ void BoxUpload::push(const FileTransfer::Job &job, const QString &what, PushOutc
     const QPointer<BoxUpload> alive(this);
     const PushOutcome::Push push{what, job.boxAddress};
     const int number = outcome->begin(push);
-    const FileTransfer::Result result = transfer(job);
+    const FileTransfer::Result result = transfer(job, [&] { outcome->await(number, push); });
     if (alive) {
         outcome->end(number, push, result.ending);
     }
@@ -139,10 +139,14 @@ void BoxUpload::push(const FileTransfer::Job &job, const QString &what, PushOutc
     }
 }
 
-FileTransfer::Result BoxUpload::transfer(const FileTransfer::Job &job)
+FileTransfer::Result BoxUpload::transfer(const FileTransfer::Job &job, const std::function<void()> &allSent)
 {
     const BlockedCursor blocked;
-    return FileTransfer(
-               job, m_form, [this](int percent) { m_page.progress->setValue(percent); }, m_timeouts)
-        .run();
+    const auto show = [this, &allSent](int percent) {
+        m_page.progress->setValue(percent);
+        if (percent == m_page.progress->maximum()) {
+            allSent();
+        }
+    };
+    return FileTransfer(job, m_form, show, m_timeouts).run();
 }

@@ -32,7 +32,7 @@ public:
     void pushProgram();
 
 private:
-    FileTransfer::Result transfer(const FileTransfer::Job &job);
+    FileTransfer::Result transfer(const FileTransfer::Job &job, const std::function<void()> &allSent);
     void push(const FileTransfer::Job &job, const QString &what, PushOutcome *outcome, const char *logLine);
 
     Route m_route;

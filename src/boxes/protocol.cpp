@@ -98,7 +98,12 @@ Protocol::Protocol(QObject *parent)
     connect(m_session, &Session::settingsReceived, this, [this](const BoxSettings &settings) {
         std::visit([this](const auto &record) { pass(record); }, settings);
     });
-    connect(m_session, &Session::commandAnswered, this, tellResult);
+    connect(m_session, &Session::commandAnswered, this, [this](const CommandResult &result) {
+        if (m_listener) {
+            m_listener(result);
+        }
+        tellResult(result); // this may be gone when it returns
+    });
     connect(m_session, &Session::reportReceived, this, &Protocol::dataReceived);
     connect(m_session, &Session::bindingFailed, this, [this](const QHostAddress &address) {
         emit bindingFailed(tr("Failed to bind to IP address: %1").arg(address.toString()));

@@ -4,6 +4,8 @@
 
 #include <QMetaType>
 
+#include <functional>
+
 // The session of a form: hands all over to a Session, and tells in words how the link does and, in modal
 // messages, what became of a write or of the reboot.
 //
@@ -30,6 +32,9 @@ public:
     void openConnection(const QString &ip) { m_session->openConnection(ip); }
     void closeConnection() { m_session->closeConnection(); }
     void dispose();
+    // Hears of each result before the message on it. Must not end this object or its parent.
+    using ResultListener = std::function<void(const CommandResult &)>;
+    void setResultListener(const ResultListener &listener) { m_listener = listener; }
     // What goes on below the words.
     const Session *session() const { return m_session; }
 
@@ -112,6 +117,7 @@ private:
     void pass(const NtpSettings &ntp) { emit NTPAllocationDataReceived(ntp); }
     void pass(const TimeSettings &time) { emit timeAllocationDataReceived(time); }
 
+    ResultListener m_listener;
     Session *m_session; // a child, until it is disposed of
 };
 

@@ -52,6 +52,15 @@ int PushOutcome::begin(const Push &push)
     return number;
 }
 
+void PushOutcome::await(int number, const Push &push)
+{
+    if (number == m_latest) {
+        showLine(tr("%1: all of '%2' was sent to %3, whose verdict is still to come...")
+                     .arg(timeText(), push.what, push.address),
+                 false);
+    }
+}
+
 void PushOutcome::end(int number, const Push &push, FileTransfer::Ending ending)
 {
     if (number != m_latest) {

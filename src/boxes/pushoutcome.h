@@ -19,6 +19,8 @@ public:
     // Says that the push is under way, and gives its number. The line is on the screen when this returns: the
     // window is blocked next.
     int begin(const Push &push);
+    // Says that all of it has gone out: the Box has the say now.
+    void await(int number, const Push &push);
     // Says how the push of that number has ended, unless a later one has taken the line meanwhile.
     void end(int number, const Push &push, FileTransfer::Ending ending);
     // For a push that did not come to a transfer; a translated clause.

@@ -1,12 +1,12 @@
 #include "boxes/pushpreview.h"
 
+#include "boxes/outcomeline.h"
 #include "boxes/remarksdialog.h"
 #include "model/projecttree.h"
 #include "model/workspace.h"
 
 #include <QDateTime>
 #include <QItemSelectionModel>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStandardItem>
@@ -35,12 +35,10 @@ PushPreview::PushPreview(Workspace *workspace, const QLineEdit *address, QWidget
     : QWidget(parent)
     , m_workspace(workspace)
     , m_address(address)
-    , m_target(new QLabel(this))
+    , m_target(new OutcomeLine(this))
     , m_count(new QPushButton(this))
 {
     m_target->setObjectName(QStringLiteral("pushTarget"));
-    m_target->setTextFormat(Qt::PlainText);
-    m_target->setWordWrap(true);
     m_count->setObjectName(QStringLiteral("remarksButton"));
     m_count->setAutoDefault(false);
     m_count->setToolTip(tr("What the Box can't do, or hardly as it was meant"));
@@ -117,17 +115,29 @@ void PushPreview::refresh()
     }
 }
 
+void PushPreview::setOwner(const Owner &owner)
+{
+    m_owner = owner;
+    showTarget();
+}
+
 void PushPreview::showTarget()
 {
     const QStandardItem *current = project();
+    const QStandardItem *owner = m_owner ? m_owner() : nullptr;
     const QString address = m_address->text();
     if (!current) {
-        m_target->setText(tr("Update project pushes nothing: no node is selected in the tree."));
+        m_target->showLine(tr("Update project pushes nothing: no node is selected in the tree."), false);
     } else if (address.isEmpty()) {
-        m_target->setText(
-            tr("Update project would push '%1', but the address above is empty.").arg(current->text()));
+        m_target->showLine(
+            tr("Update project would push '%1', but the address above is empty.").arg(current->text()),
+            false);
+    } else if (owner && owner != current) {
+        m_target->showLine(tr("Update project pushes '%1' to %2, which is a Box of ANOTHER project, '%3'.")
+                               .arg(current->text(), address, owner->text()),
+                           true);
     } else {
-        m_target->setText(tr("Update project pushes '%1' to %2.").arg(current->text(), address));
+        m_target->showLine(tr("Update project pushes '%1' to %2.").arg(current->text(), address), false);
     }
 }
 

@@ -7,7 +7,9 @@
 #include <QTimer>
 #include <QWidget>
 
-class QLabel;
+#include <functional>
+
+class OutcomeLine;
 class QLineEdit;
 class QPushButton;
 class QStandardItem;
@@ -23,6 +25,13 @@ public:
     // Neither the workspace, which may be null, nor the field with the Box's address is owned.
     PushPreview(Workspace *workspace, const QLineEdit *address, QWidget *parent);
 
+    // The project of the Box that has the address; asked each time, may answer null. The line stands out
+    // where another one would be pushed.
+    using Owner = std::function<const QStandardItem *()>;
+    void setOwner(const Owner &owner);
+    // Names the project, the address and their owner as they are now.
+    void showTarget();
+
 protected:
     void showEvent(QShowEvent *event) override;
 
@@ -32,7 +41,6 @@ private:
     // For a change below this item of the tree.
     void considerChange(const QModelIndex &parent);
     void refresh();
-    void showTarget();
     void showRemarks();
     void listRemarks();
     void selectItemOf(int remark);
@@ -40,7 +48,8 @@ private:
 
     Workspace *m_workspace;
     const QLineEdit *m_address;
-    QLabel *m_target;
+    Owner m_owner;
+    OutcomeLine *m_target;
     QPushButton *m_count;
     QTimer m_timer;
     bool m_stale = true;             // the remarks may be others than those that are kept

@@ -1155,6 +1155,37 @@
     </message>
 </context>
 <context>
+    <name>LinkLine</name>
+    <message>
+        <source>The address above is another one: Connect goes there.</source>
+        <translation>上方的地址不同：按“连接”后才会连接到该地址。</translation>
+    </message>
+    <message>
+        <source>There is no address to connect to.</source>
+        <translation>没有可连接的地址。</translation>
+    </message>
+    <message>
+        <source>The link to %1 has ended, without an answer. Its program version is not known.</source>
+        <translation>与 %1 的连接已结束，期间没有应答，其程序版本未知。</translation>
+    </message>
+    <message>
+        <source>%1 has not answered yet. Its program version is not known.</source>
+        <translation>%1 尚未应答，其程序版本未知。</translation>
+    </message>
+    <message>
+        <source>%1 DOES NOT ANSWER. Its last answer, with the program version, came at %2.</source>
+        <translation>%1 无应答！最后一次应答（含程序版本）：%2。</translation>
+    </message>
+    <message>
+        <source>The link to %1 has ended. Its last answer, with the program version, came at %2.</source>
+        <translation>与 %1 的连接已结束。最后一次应答（含程序版本）：%2。</translation>
+    </message>
+    <message>
+        <source>%1 answered last at %2.</source>
+        <translation>%1 最后一次应答：%2。</translation>
+    </message>
+</context>
+<context>
     <name>LiveTools</name>
     <message>
         <source>Trend</source>
@@ -2351,6 +2382,10 @@
         <source>%1: FAILED: &apos;%2&apos; to %3: %4.</source>
         <translation>%1：失败：“%2”下发到 %3：%4。</translation>
     </message>
+    <message>
+        <source>%1: all of &apos;%2&apos; was sent to %3, whose verdict is still to come...</source>
+        <translation>%1：“%2”已全部发送到 %3，正在等待 Box 的结论…</translation>
+    </message>
 </context>
 <context>
     <name>PushPreview</name>
@@ -2377,6 +2412,10 @@
     <message>
         <source>%1 remarks on this project</source>
         <translation>此项目有 %1 条提示</translation>
+    </message>
+    <message>
+        <source>Update project pushes &apos;%1&apos; to %2, which is a Box of ANOTHER project, &apos;%3&apos;.</source>
+        <translation>“更新项目”将把“%1”下发到 %2，而该 Box 属于另一个项目“%3”！</translation>
     </message>
 </context>
 <context>
@@ -2649,6 +2688,53 @@
     <message>
         <source>A click on a remark selects in the tree what it is about.</source>
         <translation>单击一条提示，即在树中选中它所指的节点。</translation>
+    </message>
+</context>
+<context>
+    <name>RequestLine</name>
+    <message>
+        <source>%1: asked %2 for its values, no answer yet.</source>
+        <translation>%1：已向 %2 请求读取，尚无应答。</translation>
+    </message>
+    <message>
+        <source>%1: sent to %2, no answer yet.</source>
+        <translation>%1：已发送到 %2，尚无应答。</translation>
+    </message>
+    <message>
+        <source>%1: asked %2 to restart, no answer yet.</source>
+        <translation>%1：已请求 %2 重启，尚无应答。</translation>
+    </message>
+    <message>
+        <source>%1: read from %2.</source>
+        <translation>%1：已从 %2 读取。</translation>
+    </message>
+    <message>
+        <source>%1: written to %2.</source>
+        <translation>%1：已写入 %2。</translation>
+    </message>
+    <message>
+        <source>%1: %2 restarts.</source>
+        <translation>%1：%2 正在重启。</translation>
+    </message>
+    <message>
+        <source>Nothing on this page has been read from the Box.</source>
+        <translation>本页内容尚未从 Box 读取。</translation>
+    </message>
+    <message>
+        <source>%1: FAILED: %2 refused, error code %3.</source>
+        <translation>%1：失败：%2 拒绝，错误码 %3。</translation>
+    </message>
+    <message>
+        <source>nothing was sent, there is no link to %1</source>
+        <translation>未发送，与 %1 没有连接</translation>
+    </message>
+    <message>
+        <source>the link to %1 ended before an answer</source>
+        <translation>与 %1 的连接在应答之前已结束</translation>
+    </message>
+    <message>
+        <source>%1: FAILED: %2.</source>
+        <translation>%1：失败：%2。</translation>
     </message>
 </context>
 <context>
@@ -3809,7 +3895,7 @@
     <name>StandardTableForm</name>
     <message>
         <source>Server Name:</source>
-        <translation>Standard 名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -4115,7 +4201,7 @@
     <name>standardDLT645EditDialog</name>
     <message>
         <source>Server Name:</source>
-        <translation>Standard 名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>
@@ -4189,7 +4275,7 @@
     <name>standardModbusEditDialog</name>
     <message>
         <source>Server Name:</source>
-        <translation>Standard 名称：</translation>
+        <translation>Server 名称：</translation>
     </message>
     <message>
         <source>Protocol:</source>

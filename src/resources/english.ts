@@ -1153,6 +1153,37 @@
     </message>
 </context>
 <context>
+    <name>LinkLine</name>
+    <message>
+        <source>The address above is another one: Connect goes there.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no address to connect to.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The link to %1 has ended, without an answer. Its program version is not known.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 has not answered yet. Its program version is not known.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 DOES NOT ANSWER. Its last answer, with the program version, came at %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The link to %1 has ended. Its last answer, with the program version, came at %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 answered last at %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>LiveTools</name>
     <message>
         <source>Trend</source>
@@ -2349,6 +2380,10 @@
         <source>%1: FAILED: &apos;%2&apos; to %3: %4.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>%1: all of &apos;%2&apos; was sent to %3, whose verdict is still to come...</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>PushPreview</name>
@@ -2374,6 +2409,10 @@
     </message>
     <message>
         <source>%1 remarks on this project</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Update project pushes &apos;%1&apos; to %2, which is a Box of ANOTHER project, &apos;%3&apos;.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2646,6 +2685,53 @@
     </message>
     <message>
         <source>A click on a remark selects in the tree what it is about.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RequestLine</name>
+    <message>
+        <source>%1: asked %2 for its values, no answer yet.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: sent to %2, no answer yet.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: asked %2 to restart, no answer yet.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: read from %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: written to %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: %2 restarts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing on this page has been read from the Box.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: FAILED: %2 refused, error code %3.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>nothing was sent, there is no link to %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the link to %1 ended before an answer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: FAILED: %2.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -4,9 +4,11 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QtTest>
 
 // The settings that a Box form asks for, sends and shows.
@@ -27,7 +29,21 @@ private slots:
     void answersLeaveTheItemAlone();
     void unknownDhcpFlagLeavesTheList();
     void unknownSwitchChecksNeitherButton();
+    void pageTellsWhereItsValuesComeFrom();
+    void requestWithoutAnAnswerIsTold_data();
+    void requestWithoutAnAnswerIsTold();
+    void refusedWriteStaysToldOnItsPage();
+
+private:
+    // What the page's line says, without the time.
+    QString told(const char *line) const;
 };
+
+QString TestBoxEditAllocation::told(const char *line) const
+{
+    static const QRegularExpression time("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d: ");
+    return find<QLabel>(line)->text().remove(time);
+}
 
 void TestBoxEditAllocation::requests_data()
 {
@@ -180,6 +196,63 @@ void TestBoxEditAllocation::unknownSwitchChecksNeitherButton()
     m_messages->expect();
     emit m_form->protocol()->lteAllocationDataReceived({});
     QCOMPARE(shown("lteOnOff"), "neither");
+}
+
+void TestBoxEditAllocation::pageTellsWhereItsValuesComeFrom()
+{
+    const QString notRead = "Nothing on this page has been read from the Box.";
+    open();
+    QVERIFY(connected());
+    QCOMPARE(told("ntpRequestLine"), notRead);
+    click("ntpReadButton");
+    QCOMPARE(told("ntpRequestLine"), "asked 127.0.11.5 for its values, no answer yet.");
+    m_messages->expect();
+    answer(jsonAnswer(R"({"type":"8","pares":{"NTP":"10.9.9.9"}})"));
+    QTRY_COMPARE(m_messages->told().size(), 1);
+    QCOMPARE(told("ntpRequestLine"), "read from 127.0.11.5.");
+    click("ntpWriteButton");
+    QCOMPARE(told("ntpRequestLine"), "sent to 127.0.11.5, no answer yet.");
+    m_messages->expect();
+    answer(jsonAnswer(R"({"type":"108","code":"200"})"));
+    QTRY_COMPARE(m_messages->told().size(), 2);
+    QCOMPARE(told("ntpRequestLine"), "written to 127.0.11.5.");
+    QCOMPARE(told("lanRequestLine"), notRead);
+    m_form->replaceItem(m_item);
+    QCOMPARE(told("ntpRequestLine"), notRead);
+}
+
+void TestBoxEditAllocation::requestWithoutAnAnswerIsTold_data()
+{
+    QTest::addColumn<QByteArray>("button");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("read") << QByteArray("lanReadButton") << QByteArray("lanRequestLine");
+    QTest::newRow("write") << QByteArray("wanWriteButton") << QByteArray("wanRequestLine");
+    QTest::newRow("reboot") << QByteArray("rebootButton") << QByteArray("rebootLine");
+}
+
+void TestBoxEditAllocation::requestWithoutAnAnswerIsTold()
+{
+    QFETCH(QByteArray, button);
+    QFETCH(QByteArray, line);
+    open();
+    QVERIFY(connected());
+    click(button);
+    QVERIFY(told(line).endsWith("no answer yet."));
+    m_box->link(0)->abort();
+    QTRY_COMPARE(told(line), "FAILED: the link to 127.0.11.5 ended before an answer.");
+    click(button);
+    QCOMPARE(told(line), "FAILED: nothing was sent, there is no link to 127.0.11.5.");
+}
+
+void TestBoxEditAllocation::refusedWriteStaysToldOnItsPage()
+{
+    open();
+    QVERIFY(connected());
+    click("lanWriteButton");
+    QString below; // what the page says below the message
+    actBelowTheNextMessage([&] { below = told("lanRequestLine"); });
+    answer(jsonAnswer(R"({"type":"102","code":"417"})"));
+    QTRY_COMPARE(below, "FAILED: 127.0.11.5 refused, error code 417.");
 }
 
 QTEST_MAIN(TestBoxEditAllocation)

@@ -1,6 +1,7 @@
 #include "boxformtest.h"
 
 #include "boxes/hostaddressdialog.h"
+#include "boxes/linkline.h"
 #include "logtail.h"
 
 #include <QApplication>
@@ -10,6 +11,7 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -42,6 +44,9 @@ private slots:
     void silenceIsNoEndOfTheSession();
     void projectThatIsNotOpenIsTold();
     void requestOnADeadLinkIsToldInTheLabel();
+    void lastAnswerStandsBesideTheStatus();
+    void anotherBoxHasNotAnsweredYet();
+    void addressThatWasNotConnectedIsTold();
     void hostAddressChoices();
     void hostAddressDialogOffersTheAddressesOfThisMachine();
     void anyHostAddressStartsANewSession();
@@ -300,6 +305,60 @@ void TestBoxEditSession::requestOnADeadLinkIsToldInTheLabel()
     QTRY_COMPARE(status(), "Connection status: Disconnected");
     click("lanReadButton");
     QCOMPARE(status(), "Not connected to server.");
+}
+
+// Status and version stay what the last answer made them, so the line beside them has to tell of its age.
+void TestBoxEditSession::lastAnswerStandsBesideTheStatus()
+{
+    const QByteArray heartbeatAnswer = QByteArray::fromHex("12340200 1300 05 322e312e30 02 5331 01 4d 5678");
+    const QRegularExpression time("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d");
+    open();
+    const auto *line = find<LinkLine>("linkLine");
+    const auto told = [&] { return QString(line->text()).replace(time, "TIME"); };
+    QCOMPARE(told(), "127.0.11.4 has not answered yet. Its program version is not known.");
+    QVERIFY(!line->isAmiss());
+    QVERIFY(connected());
+    answer(heartbeatAnswer);
+    QTRY_COMPARE(told(), "127.0.11.4 answered last at TIME.");
+    QVERIFY(!line->isAmiss());
+    emit m_form->protocol()->offlineOccurred();
+    QCOMPARE(status(), "Connection status: Connected");
+    QCOMPARE(told(), "127.0.11.4 DOES NOT ANSWER. Its last answer, with the program version, came at TIME.");
+    QVERIFY(line->isAmiss());
+    answer(heartbeatAnswer);
+    QTRY_COMPARE(told(), "127.0.11.4 answered last at TIME.");
+    QVERIFY(!line->isAmiss());
+    m_box->link(0)->abort();
+    QTRY_COMPARE(
+        told(), "The link to 127.0.11.4 has ended. Its last answer, with the program version, came at TIME.");
+    QVERIFY(line->isAmiss());
+}
+
+void TestBoxEditSession::anotherBoxHasNotAnsweredYet()
+{
+    open();
+    QVERIFY(connected());
+    answer(QByteArray::fromHex("12340200 1300 05 322e312e30 02 5331 01 4d 5678"));
+    QTRY_COMPARE(find<QLabel>("versionLabel")->text(), "Program version: 2.1.0");
+    find<QLineEdit>("ip")->setText("127.0.11.9"); // nobody listens there
+    click("connectButton");
+    QCOMPARE(find<QLabel>("versionLabel")->text(), "Program version: 2.1.0");
+    QCOMPARE(find<LinkLine>("linkLine")->text(),
+             "127.0.11.9 has not answered yet. Its program version is not known.");
+}
+
+void TestBoxEditSession::addressThatWasNotConnectedIsTold()
+{
+    open();
+    QVERIFY(connected());
+    const auto *line = find<LinkLine>("linkLine");
+    find<QLineEdit>("ip")->setText("127.0.11.9");
+    QCOMPARE(line->text(),
+             "127.0.11.4 has not answered yet. Its program version is not known. "
+             "The address above is another one: Connect goes there.");
+    QVERIFY(line->isAmiss());
+    find<QLineEdit>("ip")->setText(boxAddress());
+    QVERIFY(!line->isAmiss());
 }
 
 void TestBoxEditSession::hostAddressChoices()

@@ -62,6 +62,8 @@ private slots:
     void laterPushKeepsTheLine_data();
     void laterPushKeepsTheLine();
     void lineIsOnTheScreenWhileTheWindowIsBlocked();
+    void nothingIsCertainBeforeTheVerdict();
+    void lineIsOnlyAsHighAsItsText();
     void messageHasNoWaitCursor();
 };
 
@@ -224,6 +226,37 @@ void TestBoxPush::lineIsOnTheScreenWhileTheWindowIsBlocked()
     m_form->updateProject();
     QCOMPARE(painted.mid(21), "pushing '" + name + "' to 127.0.11.8...");
     QVERIFY(hadRoom);
+}
+
+// The progress bar is full by then.
+void TestBoxPush::nothingIsCertainBeforeTheVerdict()
+{
+    addProject();
+    open();
+    QVERIFY(connected());
+    QString inBetween;
+    m_box->heard = [&](int index) {
+        if (index == 1 && inBetween.isEmpty()) {
+            inBetween = outcome();
+            m_box->send(index, QByteArray::fromHex("12340300 0a00 03 00 5678"));
+        }
+    };
+    m_form->updateProject();
+    QCOMPARE(inBetween, "all of 'plant' was sent to 127.0.11.8, whose verdict is still to come...");
+    QCOMPARE(outcome(), "'plant' is on 127.0.11.8. The verdict of the Box: checksum successful.");
+}
+
+void TestBoxPush::lineIsOnlyAsHighAsItsText()
+{
+    open();
+    m_form->resize(300, 700);
+    m_form->show();
+    m_form->updateProject(); // of no project
+    const auto *line = find<QLabel>("projectOutcome");
+    const auto oneLine = line->fontMetrics().height();
+    QTRY_VERIFY(line->height() > 2 * oneLine);
+    m_form->resize(1400, 700);
+    QTRY_VERIFY(line->height() < 2 * oneLine);
 }
 
 void TestBoxPush::messageHasNoWaitCursor()

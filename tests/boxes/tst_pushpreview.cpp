@@ -1,3 +1,4 @@
+#include "boxes/outcomeline.h"
 #include "boxes/pushpreview.h"
 #include "boxes/remarksdialog.h"
 #include "model/itemroles.h"
@@ -65,6 +66,7 @@ private slots:
     void cleanup();
     void targetFollowsTreeAndAddress();
     void targetWithoutAWindow();
+    void projectOfAnotherBoxStandsOut();
     void remarksAreCounted();
     void burstOfChangesIsOneCheck();
     void liveValuesAreNotChecked();
@@ -118,6 +120,22 @@ void TestPushPreview::targetFollowsTreeAndAddress()
     QTRY_COMPARE(target(), "Update project would push '<b>east</b>', but the address above is empty.");
     m_workspace->select(nullptr);
     QTRY_COMPARE(target(), "Update project pushes nothing: no node is selected in the tree.");
+}
+
+void TestPushPreview::projectOfAnotherBoxStandsOut()
+{
+    QStandardItem *north = m_workspace->addProject("north");
+    QStandardItem *south = m_workspace->addProject("south");
+    m_preview->setOwner([north] { return north; });
+    const auto *line = m_preview->findChild<OutcomeLine *>("pushTarget");
+    m_workspace->select(south);
+    QTRY_COMPARE(
+        target(),
+        "Update project pushes 'south' to 192.168.1.70, which is a Box of ANOTHER project, 'north'.");
+    QVERIFY(line->isAmiss());
+    m_workspace->select(north);
+    QTRY_COMPARE(target(), "Update project pushes 'north' to 192.168.1.70.");
+    QVERIFY(!line->isAmiss());
 }
 
 void TestPushPreview::targetWithoutAWindow()
