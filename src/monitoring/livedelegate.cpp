@@ -36,7 +36,8 @@ void LiveDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelInd
     if (MonitoringTable::isNumber(index)) { // so that a larger one looks larger
         option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
     }
-    option->font.setItalic(m_outOfDate); // grey alone is hard to see in bad light
+    // Grey alone is hard to see in bad light. A name that just fits would be cut off.
+    option->font.setItalic(m_outOfDate && index.column() == MonitoringTable::Value);
     QPalette &palette = option->palette;
     if (!MonitoringTable::isValid(index)) {
         const Colours &colours = m_outOfDate ? notValidOutOfDate : notValid;

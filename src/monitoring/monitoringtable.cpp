@@ -291,7 +291,12 @@ void MonitoringTable::fitColumns(QTableWidget *table, int room)
     std::transform(widths.begin(), widths.end(), spare.begin(), spare.begin(), std::minus<>());
     const int wholeName = widths.at(Name);
     spare[Name] = wholeName * 2 / 5;
-    if (lack <= std::accumulate(spare.begin(), spare.end(), 0)) {
+    const auto sum = [](const QVector<int> &all, int count) {
+        return std::accumulate(all.begin(), all.begin() + count, 0);
+    };
+    const bool allFit = lack <= sum(spare, UpdateTime);
+    const bool valuesFit = sum(widths, Value + 1) - sum(spare, Value + 1) <= room;
+    if (allFit || valuesFit) {
         for (const Column column : {DataType, Name, Valid, Value, Addr}) {
             const int cut = std::clamp(lack, 0, spare.at(column));
             widths[column] -= cut;

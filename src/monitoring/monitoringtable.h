@@ -19,8 +19,9 @@ void update(QTableWidget *table, const QVariantList &rows, const QString &time, 
 // Brings the rows back into the order in which their points came, and shows them as not sorted.
 void unsort(QTableWidget *table);
 
-// Makes the columns as wide as titles and cells need. Where that is more than the room in pixels, and all
-// would fit then, titles are cut, and names by up to two fifths: tool tips tell both in full. A name that is
+// Makes the columns as wide as titles and cells need. Where that is more than the room in pixels,
+// titles are cut, and names by up to two fifths, if all columns or at least those up to the values fit then:
+// tool tips tell both in full. A name that is
 // cut goes on in a second line.
 void fitColumns(QTableWidget *table, int room);
 

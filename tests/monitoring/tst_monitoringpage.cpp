@@ -213,8 +213,12 @@ void TestMonitoringPage::columnsFitANarrowPage()
     QVERIFY(m_table->rowHeight(0) >= view->sizeHintForRow(0));
     QCOMPARE(m_table->item(0, MonitoringTable::Name)->toolTip(), "Feeder 0 voltage");
     QCOMPARE(m_table->horizontalHeaderItem(MonitoringTable::DataType)->toolTip(), "DataType");
-    // Where not even that would do, names are not cut short for nothing.
+    // Where not even that would do for all columns, the values at least are seen.
     m_page->resize(300, 300);
+    QVERIFY(m_table->columnWidth(MonitoringTable::Name) < full);
+    QVERIFY(m_table->columnViewportPosition(MonitoringTable::Valid) <= m_table->viewport()->width());
+    // And if not these, names are not cut short for nothing.
+    m_page->resize(160, 300);
     QCOMPARE(m_table->rowHeight(0), oneLine);
     QCOMPARE(m_table->columnWidth(MonitoringTable::Name), full);
     m_page->resize(1000, 300);
