@@ -35,6 +35,7 @@ TimedText::TimedText(QWidget *parent)
     m_margin->installEventFilter(this);
     connect(document(), &QTextDocument::contentsChange, this,
             [this](int position, int, int added) { noteLines(position, added); });
+    connect(this, &QPlainTextEdit::textChanged, this, &TimedText::makeRoom);
     connect(this, &QPlainTextEdit::updateRequest, m_margin, qOverload<>(&QWidget::update));
     makeRoom();
 }
@@ -59,8 +60,8 @@ void TimedText::noteLines(int position, int added)
 
 void TimedText::makeRoom()
 {
-    const QFontMetrics metrics = fontMetrics();
-    const int width = metrics.horizontalAdvance(QString(timeFormat().size(), QLatin1Char('0'))) + 2 * padding;
+    const QString widest(timeFormat().size(), QLatin1Char('0'));
+    const int width = document()->isEmpty() ? 0 : fontMetrics().horizontalAdvance(widest) + 2 * padding;
     setViewportMargins(width, 0, 0, 0);
     const QRect inside = contentsRect();
     m_margin->setGeometry(inside.left(), inside.top(), width, viewport()->height());

@@ -53,10 +53,10 @@ void TestTimedText::timesAreDrawnBesideTheLines()
     text.resize(400, 100);
     text.show();
     QWidget *margin = text.findChild<QWidget *>("times");
-    const QImage empty = margin->grab().toImage();
+    QCOMPARE(margin->width(), 0);
     text.appendPlainText("first");
+    QVERIFY(margin->width() > 0);
     const QImage one = margin->grab().toImage();
-    QVERIFY(one != empty);
     QVERIFY(text.viewport()->x() >= margin->width());
     text.appendPlainText("second");
     QVERIFY(margin->grab().toImage() != one);
