@@ -70,7 +70,7 @@ TextField *TextField::pattern(const char *regularExpression)
 TextField *TextField::milliseconds()
 {
     edit()->setToolTip(m_group.translated(QT_TRANSLATE_NOOP("DefinitionForm", "In milliseconds (ms)")));
-    UnitMark::show(edit(), QStringLiteral("ms"));
+    new UnitMark(QStringLiteral("ms"), edit());
     return check(integerValidator);
 }
 

@@ -1,18 +1,41 @@
 #include "widgets/unitmark.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
+#include <QEvent>
 #include <QLineEdit>
+#include <QPainter>
 
-void UnitMark::show(QLineEdit *edit, const QString &unit)
+UnitMark::UnitMark(const QString &unit, QLineEdit *edit)
+    : QWidget(edit)
+    , m_edit(edit)
+    , m_unit(unit)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    edit->installEventFilter(this);
+    place();
+}
+
+void UnitMark::place()
 {
     constexpr int gap = 4; // pixels
-    auto *label = new QLabel(unit, edit);
-    label->setObjectName(QStringLiteral("unit"));
-    label->setTextFormat(Qt::PlainText);
-    label->setAttribute(Qt::WA_TransparentForMouseEvents);
-    auto *row = new QHBoxLayout(edit);
-    row->setContentsMargins(0, 0, gap, 0);
-    row->addWidget(label, 0, Qt::AlignRight | Qt::AlignVCenter);
-    edit->setTextMargins(0, 0, label->sizeHint().width() + gap, 0);
+    const int width = fontMetrics().horizontalAdvance(m_unit) + gap;
+    setGeometry(m_edit->width() - width - gap, 0, width, m_edit->height());
+    const QMargins margins(0, 0, width + gap, 0);
+    if (m_edit->textMargins() != margins) {
+        m_edit->setTextMargins(margins);
+    }
+}
+
+bool UnitMark::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize || event->type() == QEvent::FontChange) {
+        place();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void UnitMark::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Text));
+    painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, m_unit);
 }

@@ -18,6 +18,7 @@
 #include "standards/standarddlt645editdialog.h"
 #include "standards/standardmodbuseditdialog.h"
 #include "standards/standardopcuaeditdialog.h"
+#include "widgets/unitmark.h"
 
 #include <QAbstractSpinBox>
 #include <QComboBox>
@@ -383,9 +384,9 @@ void TestEveryForm::timesTellTheirUnit()
     for (const QLineEdit *each : edits) {
         const bool isTime = times.contains(each->objectName());
         QCOMPARE(each->toolTip() == "In milliseconds (ms)", isTime);
-        const auto *unit = each->findChild<QLabel *>("unit");
-        QCOMPARE(unit ? unit->text() : QString(), QString(isTime ? "ms" : ""));
-        QVERIFY(!unit || each->textMargins().right() >= unit->sizeHint().width()); // no number below it
+        const auto *mark = each->findChild<UnitMark *>();
+        QCOMPARE(mark ? mark->unit() : QString(), isTime ? QString("ms") : QString());
+        QVERIFY(!mark || each->textMargins().right() >= mark->width()); // no number below it
     }
     const bool hasTimes = row().kind == Kind::Standard || row().kind == Kind::Plc;
     QCOMPARE(edit(*form, "collectionInterval") != nullptr, hasTimes);
