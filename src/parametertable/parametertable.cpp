@@ -3,6 +3,7 @@
 #include "parameters/parameterrules.h"
 #include "parametertable/cellwidget.h"
 #include "parametertable/listcell.h"
+#include "widgets/celltips.h"
 #include "widgets/progress.h"
 #include "widgets/tableheader.h"
 
@@ -46,7 +47,7 @@ ParameterTable::ParameterTable(const ParameterVariant &variant, QObject *listFil
 {
     setUpColumns();
     verticalHeader()->setDefaultSectionSize(buttonSize + 1); // the grid takes a pixel
-    setWordWrap(false);
+    CellTips::install(this);
     TableHeader::makeGrey(this);
     setTabKeyNavigation(false); // Tab leads through the cell widgets and out of the table
     setInputMethodHints(Qt::ImhHiddenText);

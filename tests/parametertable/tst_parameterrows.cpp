@@ -22,6 +22,7 @@ private slots:
 
     void deleteButtonTellsWhichRowItTakes();
     void deleteButtonShowsTextsAsTheyAre();
+    void cutNamesAreToldInFull();
     void typedPermissionStays();
     void typedEntryIsSelected_data();
     void typedEntryIsSelected();
@@ -117,6 +118,21 @@ void TestParameterRows::deleteButtonTellsWhichRowItTakes()
     QCOMPARE(tipOf(m_table->cellWidget(2, 5)), tipOf(last));
     qobject_cast<QPushButton *>(last)->click();
     QCOMPARE(names(), QStringList({"voltage", "current"}));
+}
+
+// A column of points with long names would look all the same.
+void TestParameterRows::cutNamesAreToldInFull()
+{
+    RUN(showWithButtons({modbusRow("40001", "Feeder 1 <b>Phase A</b> voltage"), modbusRow("40002", "I")}));
+    const auto tipAt = [this](int row) {
+        const QPoint place = m_table->visualItemRect(m_table->item(row, Name)).center();
+        QHelpEvent help(QEvent::ToolTip, place, m_table->viewport()->mapToGlobal(place));
+        QToolTip::hideText();
+        QApplication::sendEvent(m_table->viewport(), &help);
+        return QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText();
+    };
+    QCOMPARE(tipAt(0), "Feeder 1 <b>Phase A</b> voltage");
+    QTRY_COMPARE(tipAt(1), QString());
 }
 
 void TestParameterRows::deleteButtonShowsTextsAsTheyAre()
