@@ -98,6 +98,7 @@ void TestBoxSimMany::eachHasItsOwnOptions_data()
     QTest::newRow("many digits") << "12345678901234567890" << 1 << "12345678901234567891";
     QTest::newRow("no number, first") << "S" << 0 << "S1";
     QTest::newRow("no number") << "S" << 11 << "S12";
+    QTest::newRow("no number at the end") << "S1\n" << 1 << "S1\n2";
     QTest::newRow("nothing") << "" << 2 << "3";
 }
 

@@ -121,6 +121,7 @@ void TestBoxSimProgram::wrongCommandLinesAreTold_data()
     row("--address 127.1.0.1-5,127.1.1.1-5", range);
     row("--address 127.1.0.010-20", range); // 8 or 10, by whom one asks
     row("--address 127.1.0.1-", range);
+    row("--address 127.1.0.1-5\n", range);
     row("--address 127.1.0-5", range);
     row("--address 0.0.0.0-5", range);
     row("--address ::1-5", range);

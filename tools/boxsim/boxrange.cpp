@@ -9,7 +9,7 @@ namespace {
 QString serialNumberAt(const QString &first, int place)
 {
     // No more digits than an int can hold; those before them stay as they are.
-    static const QRegularExpression ending(QStringLiteral("[0-9]{1,9}$"));
+    static const QRegularExpression ending(QStringLiteral("[0-9]{1,9}\\z"));
     const QString digits = ending.match(first).captured();
     if (digits.isEmpty()) {
         return first + QString::number(place + 1);

@@ -140,7 +140,7 @@ public:
     QHostAddress addresses(int *count)
     {
         static const QRegularExpression range(
-            QStringLiteral("^((?:%1\\.){3}(%1))-(%1)$").arg(QStringLiteral("(?:0|[1-9][0-9]{0,2})")));
+            QStringLiteral("\\A((?:%1\\.){3}(%1))-(%1)\\z").arg(QStringLiteral("(?:0|[1-9][0-9]{0,2})")));
         if (!text("address").contains(QLatin1Char('-'))) {
             return address("address");
         }

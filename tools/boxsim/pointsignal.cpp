@@ -147,7 +147,7 @@ Type typeOf(const QString &dataType)
 
 PointSignal::PointSignal(const SimPoint &point, quint32 seed)
 {
-    static const QRegularExpression meterFormat(QStringLiteral("^[XN]+(\\.[XN]+)?$"));
+    static const QRegularExpression meterFormat(QStringLiteral("\\A[XN]+(\\.[XN]+)?\\z"));
     const QString dataType = point.dataType.trimmed();
     const bool meter = meterFormat.match(dataType).hasMatch();
     const Course &course = courseOf(point, meter);

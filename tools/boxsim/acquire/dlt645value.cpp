@@ -13,7 +13,7 @@ constexpr quint8 signBit = 0x80;
 bool isSignedItem(const QString &item)
 {
     static const QRegularExpression signedItems(
-        QStringLiteral("^(0000[0-9A-F]{2}00|00030000|00040000|020[2-6][0-9A-F]{4})$"),
+        QStringLiteral("\\A(0000[0-9A-F]{2}00|00030000|00040000|020[2-6][0-9A-F]{4})\\z"),
         QRegularExpression::CaseInsensitiveOption);
     return signedItems.match(item).hasMatch();
 }
@@ -22,7 +22,7 @@ bool isSignedItem(const QString &item)
 
 Dlt645Format Dlt645Format::of(const QString &item, const QString &dataType)
 {
-    static const QRegularExpression layout(QStringLiteral("^([XN]+)(?:\\.([XN]+))?$"));
+    static const QRegularExpression layout(QStringLiteral("\\A([XN]+)(?:\\.([XN]+))?\\z"));
     const QRegularExpressionMatch match = layout.match(dataType.trimmed());
     Dlt645Format format;
     const int digits = match.capturedLength(1) + match.capturedLength(2);
