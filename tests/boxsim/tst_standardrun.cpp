@@ -22,6 +22,11 @@ private slots:
     void noTryIsTooShortForAnAnswer_data();
     void noTryIsTooShortForAnAnswer();
     void manyLostDevicesAllHaveTheirTurn();
+    void lostDevicesLeaveTheOthersTheirBeat_data();
+    void lostDevicesLeaveTheOthersTheirBeat();
+    void aSlowDeviceComesBack_data();
+    void aSlowDeviceComesBack();
+    void manyComeBackSoon();
     void aLineThatDoesNotOpenIsLostAndBack();
     void aLineThatBreaksIsOpenedAnewAtOnce();
     void aDeviceThatBreaksTheLineIsLostAlone();
@@ -60,14 +65,17 @@ private:
         }
         void close() override
         {
-            *m_clock += m_open && quiet > 0 ? qMax<qint64>(0, m_quietUntil - *m_clock) : 0;
+            settle();
             m_open = false;
         }
+        void settle() override { *m_clock = m_open ? qMax(*m_clock, m_quietUntil) : *m_clock; }
         int quietTime() const override { return quiet; }
         bool isOpen() const override { return m_open; }
         Result read(int device, int most, PointReading *readings) override
         {
+            settle();
             ++asked[device];
+            lastAsked[device] = *m_clock;
             if (breakers.contains(device)) {
                 return {Outcome::Closed, "closed"};
             }
@@ -80,13 +88,14 @@ private:
             if (breaks-- > 0) {
                 return {Outcome::Closed, "broken"};
             }
-            if (dead.contains(device)) {
+            const int needed = dead.contains(device) ? INT_MAX : slow.value(device);
+            if (needed > most) {
                 *m_clock += qMin(most, timeout);
                 waits.append(most);
-                m_quietUntil = *m_clock + quiet;
+                m_quietUntil = *m_clock + (quietAsLong ? most : quiet);
                 return {Outcome::Silent, "no answer"};
             }
-            *m_clock += cost;
+            *m_clock += needed + cost;
             readings[0] = {QString("v%1").arg(asked[device]), true};
             return {};
         }
@@ -94,17 +103,20 @@ private:
 
         int timeout = 200;
         int quiet = 0;
+        bool quietAsLong = false; // as the request waited
         QSet<int> breakers;
         QSet<int> absent;
         bool unusable = false;
         int least = 20;
         int cost = 0;
+        QMap<int, int> slow; // what a request to a device takes
         int idle = -1;
         QSet<int> dead;
         bool closed = false;
         int breaks = 0;
         int opened = 0;
         QMap<int, int> asked;
+        QMap<int, qint64> lastAsked;
         QVector<int> forgotten;
         QVector<int> waits; // for the devices that are dead
 
@@ -296,9 +308,9 @@ void TestStandardRun::noTryIsTooShortForAnAnswer_data()
     QTest::addColumn<int>("cost"); // of the device that is there
     QTest::addColumn<int>("shortest");
     QTest::newRow("room enough") << 5000 << 2000 << 100 << 2000;
-    QTest::newRow("room for an answer") << 2000 << 2000 << 100 << 950;
-    QTest::newRow("no room for an answer") << 1000 << 2000 << 100 << 2000;
-    QTest::newRow("no room at all") << 500 << 2000 << 500 << 2000;
+    QTest::newRow("room for an answer") << 2000 << 2000 << 100 << 900;
+    QTest::newRow("no room for an answer") << 1000 << 2000 << 100 << 740;
+    QTest::newRow("no room at all") << 500 << 2000 << 500 << 740;
     QTest::newRow("a short time-out") << 1000 << 400 << 100 << 400;
 }
 
@@ -335,6 +347,114 @@ void TestStandardRun::manyLostDevicesAllHaveTheirTurn()
     }
     QVERIFY2(m_time - begin <= 11000, QByteArray::number(m_time - begin));
     QCOMPARE(m_reader->asked[0], 13);
+}
+
+void TestStandardRun::lostDevicesLeaveTheOthersTheirBeat_data()
+{
+    QTest::addColumn<int>("lost");
+    QTest::addColumn<int>("timeout");
+    QTest::addColumn<int>("least");
+    QTest::addColumn<int>("quiet");
+    QTest::addColumn<bool>("quietAsLong");
+    QTest::addColumn<int>("kept");  // of 600 beats
+    QTest::addColumn<int>("bound"); // seconds, between two tries of the same device
+    QTest::newRow("many on a network") << 29 << 2000 << 20 << 0 << false << 590 << 13;
+    QTest::newRow("many meters") << 29 << 2000 << 738 << 0 << true << 570 << 190;
+    QTest::newRow("many on a Modbus line") << 29 << 2000 << 110 << 2000 << false << 510 << 270;
+    QTest::newRow("two meters") << 2 << 2000 << 738 << 0 << true << 570 << 17;
+    QTest::newRow("two on a Modbus line") << 2 << 1000 << 110 << 1000 << false << 570 << 15;
+    QTest::newRow("a long time-out") << 1 << 10000 << 110 << 10000 << false << 300 << 55;
+}
+
+// One is not lost, and the beat is a second. Where the tries do not fit, the beat comes first.
+void TestStandardRun::lostDevicesLeaveTheOthersTheirBeat()
+{
+    QFETCH(int, lost);
+    QFETCH(int, kept);
+    QFETCH(int, bound);
+    QFETCH(int, timeout);
+    QFETCH(int, least);
+    QFETCH(int, quiet);
+    QFETCH(bool, quietAsLong);
+    start(lost + 1, 1000);
+    m_reader->timeout = timeout;
+    m_reader->least = least;
+    m_reader->quiet = quiet;
+    m_reader->quietAsLong = quietAsLong;
+    m_reader->cost = 100;
+    for (int i = 1; i <= lost; ++i) {
+        m_reader->dead.insert(i);
+    }
+    beatsFor(600000);
+    m_told.clear();
+    const qint64 begin = m_time;
+    const int before = m_reader->asked[0];
+    QMap<int, qint64> last = m_reader->lastAsked;
+    qint64 longestPause = 0;
+    while (m_time < begin + 600000) {
+        beat();
+        for (int i = 1; i <= lost; ++i) {
+            longestPause = qMax(longestPause, qMax(m_time, m_reader->lastAsked[i]) - last[i]);
+        }
+        last = m_reader->lastAsked;
+    }
+    const int count = m_reader->asked[0] - before;
+    QVERIFY2(count >= kept, QByteArray::number(count));
+    QVERIFY2(longestPause <= bound * 1000, QByteArray::number(longestPause));
+    QCOMPARE(m_told, QStringList());
+}
+
+void TestStandardRun::aSlowDeviceComesBack_data()
+{
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<int>("quiet");
+    QTest::addColumn<bool>("alone");
+    QTest::addColumn<int>("bound"); // seconds
+    QTest::newRow("no room for its answer") << 1000 << 0 << true << 65;
+    QTest::newRow("no room at all") << 1000 << 2000 << true << 75;
+    QTest::newRow("room for a short answer") << 3000 << 0 << true << 65;
+    QTest::newRow("others wait for the line") << 1000 << 0 << false << 65;
+}
+
+// One that needs longer than the others leave.
+void TestStandardRun::aSlowDeviceComesBack()
+{
+    QFETCH(int, interval);
+    QFETCH(int, quiet);
+    QFETCH(bool, alone);
+    QFETCH(int, bound);
+    start(2, interval);
+    m_reader->timeout = 2000;
+    m_reader->quiet = quiet;
+    m_reader->dead = {0};
+    beats(10, alone);
+    m_reader->dead.clear();
+    m_reader->slow[0] = 1800;
+    const qint64 begin = m_time;
+    while (m_told.filter("back").isEmpty() && m_time < begin + 600000) {
+        beat(alone);
+    }
+    QVERIFY2(m_time - begin <= bound * 1000, QByteArray::number(m_time - begin));
+}
+
+// As after a power cut: who answers costs the others nothing.
+void TestStandardRun::manyComeBackSoon()
+{
+    start(30, 1000);
+    m_reader->timeout = 2000;
+    m_reader->quiet = 2000;
+    m_reader->least = 110;
+    m_reader->cost = 20;
+    for (int i = 0; i < 30; ++i) {
+        m_reader->dead.insert(i);
+    }
+    beats(20);
+    m_reader->dead.clear();
+    const qint64 begin = m_time;
+    while (m_told.filter("back").size() < 30 && m_time < begin + 600000) {
+        beat();
+    }
+    QVERIFY2(m_time - begin <= 30000, QByteArray::number(m_time - begin));
 }
 
 void TestStandardRun::aLineThatDoesNotOpenIsLostAndBack()
@@ -429,7 +549,7 @@ void TestStandardRun::aTryLeavesRoomForTheSilenceAfterIt_data()
     QTest::addColumn<int>("longest");
     QTest::newRow("room enough") << 200 << 10 << 200;
     QTest::newRow("room for a short one") << 700 << 10 << 300;
-    QTest::newRow("no room") << 1500 << 1 << 1500; // a shorter one would be of no use
+    QTest::newRow("no room") << 1500 << 1 << 20; // and no more than an answer needs
 }
 
 void TestStandardRun::aTryLeavesRoomForTheSilenceAfterIt()

@@ -52,13 +52,15 @@ public:
     // The silence that the line needs after such a request, before anybody is asked again.
     virtual int quietTime() const { return 0; }
     // What a request takes at least until its answer can be here. A shorter time-out is of no use.
-    virtual int leastTimeout() const { return 20; }
+    virtual int leastTimeout() const = 0;
 
     // Opens the line with the Standard's settings. False, with the reason for the log, if that takes longer
     // than the time given or fails.
     virtual bool open(int timeout, QString *reason) = 0;
     virtual void close() = 0;
     virtual bool isOpen() const = 0;
+    // Waits for the silence that the line still needs. Otherwise the next request waits for it.
+    virtual void settle() {}
     // Asks the device for its points. readings has one for each point of the device, in order, not valid when
     // it comes; what is read is put there. Ends with the first request that is silent for the time given. A
     // point that is refused stays not valid, and the device has answered.

@@ -216,6 +216,15 @@ void Dlt645Reader::close()
     m_port.reset();
 }
 
+// A line that is never silent is told by the next request.
+void Dlt645Reader::settle()
+{
+    const int silence = m_silence;
+    if (isOpen() && waitForSilence() == Exchange::Restless) {
+        m_silence = silence;
+    }
+}
+
 bool Dlt645Reader::isOpen() const
 {
     return m_port && m_port->isOpen();

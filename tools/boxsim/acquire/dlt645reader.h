@@ -31,6 +31,7 @@ public:
 
     bool open(int timeout, QString *reason) override;
     void close() override;
+    void settle() override;
     bool isOpen() const override;
     Result read(int device, int timeout, PointReading *readings) override;
 

@@ -45,6 +45,8 @@ public:
     int requestTimeout() const { return m_requestTimeout; }
     // The silence that follows a request without an answer.
     virtual int quietTime() const { return 0; }
+    // What a request takes at least until its answer can be here.
+    virtual int leastTimeout() const { return 20; }
 
     bool open(int timeout, QString *reason);
     // Waits until what may still come cannot disturb others on the line.

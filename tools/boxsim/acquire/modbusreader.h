@@ -19,8 +19,10 @@ public:
     int openTimeout() const override { return m_line->openTimeout(); }
     int requestTimeout() const override { return m_line->requestTimeout(); }
     int quietTime() const override { return m_line->quietTime(); }
+    int leastTimeout() const override { return m_line->leastTimeout(); }
     bool open(int timeout, QString *reason) override { return m_line->open(timeout, reason); }
     void close() override;
+    void settle() override { m_line->settle(); }
     bool isOpen() const override { return m_line->isOpen(); }
     Result read(int device, int timeout, PointReading *readings) override;
     void forget(int device) override;

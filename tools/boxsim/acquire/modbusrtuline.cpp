@@ -16,8 +16,10 @@
 
 namespace {
 
-constexpr int shortestKnown = 3; // station, function, size or exception: what says how long an answer is
-constexpr int frameSize = 5;     // those and the checksum
+constexpr int shortestKnown = 3;  // station, function, size or exception: what says how long an answer is
+constexpr int frameSize = 5;      // those and the checksum
+constexpr int requestSize = 8;    // with the checksum
+constexpr int timeToAnswer = 100; // milliseconds; most slaves begin their answer within them
 
 } // namespace
 
@@ -29,6 +31,11 @@ ModbusRtuLine::ModbusRtuLine(const QString &path, const SerialSettings &settings
     , m_tell(std::move(tell))
 {
     m_sinceLastByte.start();
+}
+
+int ModbusRtuLine::leastTimeout() const
+{
+    return timeToAnswer + m_settings.timeOf(requestSize) / 1000;
 }
 
 ModbusLine::Context ModbusRtuLine::connectWith(char parity) const

@@ -19,6 +19,7 @@ public:
     QString name() const override { return m_path; }
     int openTimeout() const override { return requestTimeout(); }
     int quietTime() const override { return requestTimeout(); }
+    int leastTimeout() const override;
     void settle() override;
 
 protected:

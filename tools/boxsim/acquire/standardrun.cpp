@@ -5,7 +5,11 @@
 namespace {
 
 constexpr qint64 longestPause = 10000;      // between two tries of what is lost
-constexpr qint64 longestImpatience = 60000; // between two tries that wait longer than the others leave
+constexpr qint64 longestImpatience = 60000; // between two tries that wait their whole time-out
+
+// What tries that hold others up may take of the time: a quarter, and a half rather than leave out the pause.
+constexpr int usualPart = 4;
+constexpr int mostPart = 2;
 
 bool isHeard(DeviceReader::Outcome outcome)
 {
@@ -107,10 +111,9 @@ DeviceReader::Outcome StandardRun::ask(int device, const Patience &patience, Poi
         return result.outcome;
     }
     succeed(&m_line, m_reader->lineName());
-    Target *target = &m_devices[static_cast<size_t>(device)];
     if (result.outcome == DeviceReader::Outcome::Answered) {
-        succeed(target, m_reader->deviceName(device));
-    } else if (fail(target, m_reader->deviceName(device), result.reason)) {
+        succeed(&target(device), m_reader->deviceName(device));
+    } else if (fail(&target(device), m_reader->deviceName(device), result.reason)) {
         m_reader->forget(device);
     }
     return result.outcome;
@@ -130,7 +133,6 @@ bool StandardRun::fail(Target *target, const QString &name, const QString &reaso
         return false;
     }
     target->lastTry = now();
-    target->lastWhole = now();
     target->lastBeat = m_beats;
     tell(
         QStringLiteral("%1 lost after %2 attempts: %3").arg(name).arg(target->health.attempts()).arg(reason));
@@ -161,71 +163,108 @@ void StandardRun::tryLost(qint64 until, bool alone)
     m_beat.resume(now());
 }
 
-// Whether a try is to be made now, and with which time-out. share is what the try may take without holding
-// anybody up, whole the time-out that the document gives. Where the share is too short for any answer, the
-// try waits until it is urgent, and then has the whole time-out.
-bool StandardRun::mayTry(Target *target, qint64 share, int whole, bool alone, int *timeout) const
+// What a silent request takes of the line: its time-out, and as much before it if the line is to be opened,
+// or the silence after it.
+qint64 StandardRun::costOf(int timeout) const
 {
-    const qint64 time = now();
-    const bool urgent = time - target->lastTry >= longestPause - m_beat.interval();
-    const bool patient = time - target->lastWhole >= (alone ? longestPause : longestImpatience);
-    const bool fits = share >= qMin(m_reader->leastTimeout(), whole);
-    if (target->lastBeat == m_beats || (!fits && !urgent)) {
-        return false;
+    const int quiet = m_reader->quietTime();
+    return quiet > 0 ? qint64(timeout) + quiet : 2 * qint64(timeout);
+}
+
+// Whether a try is to have the whole time-out, for what answers slowly: one a minute, in turn, or each ten
+// seconds where nobody is held up.
+bool StandardRun::isPatient(const Target &target, const Room &room) const
+{
+    const qint64 pause = room.othersWait ? longestImpatience : longestPause - m_beat.interval();
+    return now() - m_lastWhole >= pause && now() - target.lastWhole >= pause * room.lost;
+}
+
+// The time-out of a try now, 0 for none. What there is room for is tried at each beat. Where there is none, a
+// try has the least that an answer needs.
+int StandardRun::timeoutOf(const Target &target, const Room &room, int whole) const
+{
+    const int least = qMin(m_reader->leastTimeout(), whole);
+    const int quiet = m_reader->quietTime();
+    const qint64 share = quiet > 0 ? room.time - quiet : room.time / 2;
+    const bool patient = isPatient(target, room);
+    const bool isUrgent = patient || now() - target.lastTry >= longestPause - m_beat.interval();
+    const bool mayOverrun = isUrgent && (!room.othersWait || now() >= m_nextOverrun);
+    if (target.lastBeat == m_beats || (share < least && !mayOverrun)) {
+        return 0;
     }
-    *timeout = urgent && (patient || !fits) ? whole : static_cast<int>(qMin<qint64>(share, whole));
-    target->lastTry = time;
+    return patient ? whole : static_cast<int>(qBound<qint64>(least, share, whole));
+}
+
+// Asks a device that is lost, or that is to show whether the line is back; nothing if it is not the time.
+std::optional<DeviceReader::Outcome> StandardRun::tryOnce(Target *target, int device, const Room &room)
+{
+    const int request = m_reader->requestTimeout();
+    const int whole = target == &m_line ? qMax(m_reader->openTimeout(), request) : request;
+    const int timeout = timeoutOf(*target, room, whole);
+    if (timeout == 0) {
+        return {};
+    }
+    const qint64 begin = now();
+    target->lastTry = begin;
     target->lastBeat = m_beats;
-    if (*timeout == whole) {
-        target->lastWhole = time;
+    QVector<PointReading> readings(m_standard.devices.at(device).pointCount);
+    const DeviceReader::Outcome outcome = ask(device, patience(timeout), readings.data());
+    m_reader->settle(); // not in the next reading
+    if (!target->health.isLost()) {
+        return outcome;
     }
-    return true;
+    if (timeout == whole) {
+        target->lastWhole = m_lastWhole = now();
+    }
+    const qint64 cost = now() - begin;
+    if (cost > room.time) {
+        const qint64 pause = longestPause - m_beat.interval();
+        m_nextOverrun = begin + qMax(cost * mostPart, qMin(pause, cost * usualPart));
+    }
+    return outcome;
 }
 
 void StandardRun::tryLine(qint64 until, bool alone)
 {
     const QVector<int> devices = devicesWithWork(false) + devicesWithWork(true);
-    const int whole = qMax(m_reader->openTimeout(), m_reader->requestTimeout());
-    int timeout = 0;
-    if (!devices.isEmpty() && mayTry(&m_line, (until - now()) / 2, whole, alone, &timeout)) {
-        const int device = devices.at(m_lineTries++ % devices.size());
-        QVector<PointReading> readings(m_standard.devices.at(device).pointCount);
-        ask(device, patience(timeout), readings.data());
+    if (!devices.isEmpty()
+        && tryOnce(&m_line, devices.at(m_lineTries % devices.size()), {until - now(), 1, !alone})) {
+        ++m_lineTries;
     }
 }
 
-// So many in each beat that each has its turn within the longest pause. The time that is left is for opening
-// the line and for asking, on a serial line for asking and for the silence after it.
+// So many in each beat that each has its turn within the longest pause, as far as there is room for them.
 void StandardRun::tryDevices(qint64 until, bool alone)
 {
+    const bool othersWait = !alone || !devicesWithWork(false).isEmpty();
     QVector<int> lost = devicesWithWork(true);
-    std::stable_sort(lost.begin(), lost.end(), [this](int a, int b) {
-        return m_devices[static_cast<size_t>(a)].lastTry < m_devices[static_cast<size_t>(b)].lastTry;
-    });
+    std::stable_sort(lost.begin(), lost.end(),
+                     [this](int a, int b) { return target(a).lastTry < target(b).lastTry; });
     const qint64 turns = (lost.size() * qint64(m_beat.interval()) + longestPause - 1) / longestPause;
     const int count = static_cast<int>(qMin<qint64>(turns, lost.size()));
+    const qint64 leastCost = costOf(qMin(m_reader->leastTimeout(), m_reader->requestTimeout()));
+    int tries = 0;
     bool heard = false;
-    for (int i = 0; i < count && !isOver() && !m_line.health.isLost(); ++i) {
-        Target *target = &m_devices[static_cast<size_t>(lost.at(i))];
-        int timeout = 0;
-        const qint64 room = (until - now()) / (count - i);
-        const qint64 share = m_reader->quietTime() > 0 ? room - m_reader->quietTime() : room / 2;
-        if (!mayTry(target, share, m_reader->requestTimeout(), alone, &timeout)) {
-            return;
+    for (; tries < count && !isOver() && !m_line.health.isLost(); ++tries) {
+        const int device = lost.at(tries);
+        const qint64 left = until - now();
+        const qint64 share = left / qBound<qint64>(1, left / leastCost, count - tries);
+        const auto outcome = tryOnce(&target(device), device, {share, lost.size(), othersWait});
+        if (!outcome) {
+            break;
         }
-        QVector<PointReading> readings(m_standard.devices.at(lost.at(i)).pointCount);
-        heard = isHeard(ask(lost.at(i), patience(timeout), readings.data())) || heard;
+        heard = heard || isHeard(*outcome);
     }
-    if (count > 0 && !heard && devicesWithWork(false).isEmpty()) {
+    if (tries > 0 && !heard && devicesWithWork(false).isEmpty()) {
         close();
     }
 }
 
-QVector<int> StandardRun::devicesWithWork(bool lost) const
+QVector<int> StandardRun::devicesWithWork(bool lost)
 {
     QVector<int> found;
     for (int i = 0; i < m_standard.devices.size(); ++i) {
-        if (m_reader->hasWork(i) && m_devices[static_cast<size_t>(i)].health.isLost() == lost) {
+        if (m_reader->hasWork(i) && target(i).health.isLost() == lost) {
             found.append(i);
         }
     }

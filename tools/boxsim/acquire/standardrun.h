@@ -8,8 +8,10 @@
 
 #include <QVector>
 
+#include <climits>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 // Reads one Standard beat by beat, in the thread of its link. What does not answer is lost after some beats;
@@ -32,21 +34,28 @@ public:
     // The reading of the beat that is due: one row a point of the Standard.
     QVector<PointReading> read();
     // Tries some of what is lost. That takes no longer than until the time given, at which a reading is due,
-    // as far as that is possible; alone says that nobody else waits for the line.
+    // as far as that is possible; alone says that no other Standard waits for the line.
     void tryLost(qint64 until, bool alone);
     void close();
 
 private:
+    static constexpr qint64 longAgo = INT_MIN;
     // A device, or the line.
     struct Target {
         Health health;
         qint64 lastTry = 0;
-        int lastBeat = 0;     // of the last try
-        qint64 lastWhole = 0; // the last try that waited its whole time-out
+        int lastBeat = 0;           // of the last try
+        qint64 lastWhole = longAgo; // the last try that waited its whole time-out
     };
     struct Patience {
         int open;
         int request;
+    };
+    // What a try may take without holding anybody up.
+    struct Room {
+        qint64 time;
+        int lost;        // how many there are to be tried
+        bool othersWait; // whether there is anybody to hold up
     };
 
     bool isOver() const { return m_surroundings.stop->isSet(); }
@@ -58,10 +67,14 @@ private:
     void succeed(Target *target, const QString &name);
     bool fail(Target *target, const QString &name, const QString &reason);
     Patience patience(int most) const;
-    bool mayTry(Target *target, qint64 share, int whole, bool alone, int *timeout) const;
+    qint64 costOf(int timeout) const;
+    bool isPatient(const Target &target, const Room &room) const;
+    int timeoutOf(const Target &target, const Room &room, int whole) const;
+    std::optional<DeviceReader::Outcome> tryOnce(Target *target, int device, const Room &room);
     void tryLine(qint64 until, bool alone);
     void tryDevices(qint64 until, bool alone);
-    QVector<int> devicesWithWork(bool lost) const;
+    QVector<int> devicesWithWork(bool lost);
+    Target &target(int device) { return m_devices[static_cast<size_t>(device)]; }
 
     SimStandard m_standard;
     std::unique_ptr<DeviceReader> m_reader;
@@ -71,6 +84,8 @@ private:
     std::vector<Target> m_devices; // as in the Standard
     Target m_line;
     int m_lineTries = 0;
-    bool m_heard = true; // whether anybody was, in the last reading
+    qint64 m_lastWhole = longAgo; // the last try of anything that waited its whole time-out
+    qint64 m_nextOverrun = 0;     // when a try may hold others up again
+    bool m_heard = true;          // whether anybody was, in the last reading
     int m_beats = 0;
 };
