@@ -1,6 +1,6 @@
 #include "boxsim/acquire/modbusrtuline.h"
 
-#include "boxsim/acquire/lineclaim.h"
+#include "boxsim/acquire/serialfile.h"
 #include "boxsim/acquire/stopflag.h"
 
 #include <QDeadlineTimer>
@@ -11,7 +11,6 @@
 #include <modbus.h>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <termios.h>
 #include <unistd.h>
 
 namespace {
@@ -24,11 +23,11 @@ constexpr int timeToAnswer = 100; // milliseconds; most slaves begin their answe
 } // namespace
 
 ModbusRtuLine::ModbusRtuLine(const QString &path, const SerialSettings &settings, StopFlag *stop,
-                             std::function<void(const QString &)> tell)
+                             const std::function<void(const QString &)> &tell)
     : ModbusLine(settings.timeout, stop)
     , m_path(path)
     , m_settings(settings)
-    , m_tell(std::move(tell))
+    , m_lacks(path, tell)
 {
     m_sinceLastByte.start();
 }
@@ -63,23 +62,13 @@ ModbusLine::Context ModbusRtuLine::connect(int, QString *reason)
     if (!claimLine(modbus_get_socket(context.get()), reason)) {
         return nullptr;
     }
-    checkParity(context.get());
+    if (m_settings.parity != 'N' && !hasParity(modbus_get_socket(context.get()))) {
+        m_lacks.tell(QStringLiteral("parity"));
+    }
     if (m_settings.rts) {
         enableRts(context.get());
     }
     return context;
-}
-
-// A line may refuse a parity or, as pseudo-terminals do, leave it off without a word.
-void ModbusRtuLine::checkParity(modbus_t *context)
-{
-    termios settings = {};
-    const bool isKnown = tcgetattr(modbus_get_socket(context), &settings) == 0;
-    const bool isOn = (settings.c_cflag & PARENB) != 0;
-    if (isKnown && !isOn && m_settings.parity != 'N' && !m_toldParity) {
-        m_toldParity = true;
-        m_tell(QStringLiteral("%1 has no parity, and is used without").arg(m_path));
-    }
 }
 
 // Has libmodbus switch RTS on around what it sends.
@@ -88,9 +77,8 @@ void ModbusRtuLine::enableRts(modbus_t *context)
     int lines = 0;
     if (ioctl(modbus_get_socket(context), TIOCMGET, &lines) == 0) {
         modbus_rtu_set_rts(context, MODBUS_RTU_RTS_UP);
-    } else if (!m_toldRts) {
-        m_toldRts = true;
-        m_tell(QStringLiteral("%1 has no RTS, and is used without").arg(m_path));
+    } else {
+        m_lacks.tell(QStringLiteral("RTS"));
     }
 }
 

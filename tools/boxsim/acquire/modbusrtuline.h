@@ -1,11 +1,10 @@
 #pragma once
 
 #include "boxsim/acquire/modbusline.h"
+#include "boxsim/acquire/seriallacks.h"
 #include "boxsim/acquire/serialsettings.h"
 
 #include <QElapsedTimer>
-
-#include <functional>
 
 // A serial line with slaves. After a request without an answer nothing is sent until the line has been silent
 // for one more time-out, since a late answer cannot be told from one to the next request.
@@ -14,7 +13,7 @@ class ModbusRtuLine : public ModbusLine
 public:
     // tell is called once for each thing that the line cannot do, with the words for it.
     ModbusRtuLine(const QString &path, const SerialSettings &settings, StopFlag *stop,
-                  std::function<void(const QString &)> tell);
+                  const std::function<void(const QString &)> &tell);
 
     QString name() const override { return m_path; }
     int openTimeout() const override { return requestTimeout(); }
@@ -34,16 +33,13 @@ protected:
 
 private:
     Context connectWith(char parity) const;
-    void checkParity(modbus_t *context);
     void enableRts(modbus_t *context);
     bool waitForSilence(ModbusAnswer *answer);
 
     QString m_path;
     SerialSettings m_settings;
-    std::function<void(const QString &)> m_tell;
+    SerialLacks m_lacks;
     QElapsedTimer m_sinceLastByte;
     qint64 m_silence = 0;   // that must be before the next request
     bool m_babbles = false; // it was not silent when it had to be
-    bool m_toldParity = false;
-    bool m_toldRts = false;
 };

@@ -1,7 +1,8 @@
-#include "boxsim/acquire/lineclaim.h"
+#include "boxsim/acquire/serialfile.h"
 
 #include <cerrno>
 #include <sys/file.h>
+#include <termios.h>
 
 bool claimLine(int file, QString *reason)
 {
@@ -11,4 +12,10 @@ bool claimLine(int file, QString *reason)
     }
     *reason = QStringLiteral("it is in use");
     return false;
+}
+
+bool hasParity(int file)
+{
+    termios settings = {};
+    return tcgetattr(file, &settings) != 0 || (settings.c_cflag & PARENB) != 0;
 }
