@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int exceptionBit = 0x80;
+
 QString errorText()
 {
     return QString::fromLocal8Bit(modbus_strerror(errno));
@@ -48,6 +49,7 @@ bool ModbusLine::open(int timeout, QString *reason)
 
 void ModbusLine::close()
 {
+    settle();
     m_context.reset();
 }
 
@@ -73,7 +75,7 @@ int ModbusLine::waitFor(int socket, short events, qint64 time) const
 ModbusAnswer ModbusLine::read(const ModbusAsk &ask, int timeout, quint16 *words)
 {
     ModbusAnswer answer;
-    if (!makeReady(timeout, &answer)) {
+    if (!prepare(timeout, &answer)) {
         return answer;
     }
     modbus_set_slave(context(), ask.station);
@@ -86,26 +88,26 @@ ModbusAnswer ModbusLine::read(const ModbusAsk &ask, int timeout, quint16 *words)
 ModbusAnswer ModbusLine::receive(const ModbusAsk &ask, int timeout, quint16 *words)
 {
     QDeadlineTimer deadline(timeout);
-    int extra = transferTime(dataSize(ask));
+    int transfer = transferTime(dataSize(ask));
     ModbusAnswer answer;
     answer.reason = QStringLiteral("no answer");
     QByteArray adu;
     while (!m_stop->isSet()) {
         if (deadline.hasExpired()) { // while others talk without an end
-            failed(true);
+            noteFailure(Failure::OutOfStep);
             return answer;
         }
-        switch (collect(&deadline, &extra, &adu)) {
+        switch (collect(&deadline, &transfer, &adu)) {
         case Coming::Whole:
             if (take(ask, adu, words, &answer)) {
                 return answer;
             }
             break;
         case Coming::Nothing:
-            failed(false);
+            noteFailure(Failure::NoAnswer);
             return answer;
         case Coming::Broken:
-            failed(true);
+            noteFailure(Failure::OutOfStep);
             answer.reason = QStringLiteral("a broken answer");
             return answer;
         case Coming::Lost:
@@ -115,9 +117,9 @@ ModbusAnswer ModbusLine::receive(const ModbusAsk &ask, int timeout, quint16 *wor
     return answer;
 }
 
-// One answer, to whatever request; extra is added to the time once, when something comes. Not by libmodbus,
-// which waits for each byte anew, and for none on a file past FD_SETSIZE.
-ModbusLine::Coming ModbusLine::collect(QDeadlineTimer *deadline, int *extra, QByteArray *answer) const
+// One answer, to whatever request. Its transfer is added to the time once, when something comes. Not by
+// libmodbus, which waits for each byte anew, and for none on a file past FD_SETSIZE.
+ModbusLine::Coming ModbusLine::collect(QDeadlineTimer *deadline, int *transfer, QByteArray *answer) const
 {
     answer->clear();
     int missing = missingBytes(*answer);
@@ -137,7 +139,7 @@ ModbusLine::Coming ModbusLine::collect(QDeadlineTimer *deadline, int *extra, QBy
             return Coming::Lost;
         }
         answer->append(bytes, static_cast<int>(size));
-        *deadline += std::exchange(*extra, 0);
+        *deadline += std::exchange(*transfer, 0);
     }
     return missing == 0 && isSound(*answer) ? Coming::Whole : Coming::Broken;
 }

@@ -49,9 +49,10 @@ public:
     virtual int leastTimeout() const { return 20; }
 
     bool open(int timeout, QString *reason);
-    // Waits until what may still come cannot disturb others on the line.
-    virtual void settle() {}
+    // Settles first.
     void close();
+    // Waits for the silence that the line still needs.
+    virtual void settle() {}
     bool isOpen() const { return m_context != nullptr; }
     // Reads registers, or bits as 0 and 1, into words. The time-out is that of the whole answer, on a serial
     // line without what the bytes of the answer need. Answers that are not to this request are left aside.
@@ -66,25 +67,29 @@ protected:
         void operator()(modbus_t *context) const;
     };
     using Context = std::unique_ptr<modbus_t, Free>;
+    enum class Failure {
+        NoAnswer,
+        OutOfStep, // where an answer begins in what comes is no longer known
+    };
 
     ModbusLine(int requestTimeout, StopFlag *stop);
 
     // A context with an open line, null with the reason.
     virtual Context connect(int timeout, QString *reason) = 0;
-    // Waits until a request may be sent. False if the line does not let it come to that. Opening the line
-    // anew may take no longer than the time given.
-    virtual bool makeReady(int timeout, ModbusAnswer *answer) = 0;
+    // Waits until a request may be sent, or opens the line anew, which may take no longer than the time
+    // given. False with what is to be said instead of an answer.
+    virtual bool prepare(int timeout, ModbusAnswer *answer) = 0;
     virtual bool send(const ModbusAsk &ask) = 0;
     // How many bytes more it is known to take until the answer is whole, 0 for one that is; below 0 if no
     // answer begins like this.
     virtual int missingBytes(const QByteArray &answer) const = 0;
     virtual bool isSound(const QByteArray &answer) const = 0;
-    // What an answer with so many bytes of data needs on the line.
+    // What an answer with so many bytes of data needs on the line, in addition to the time-out.
     virtual int transferTime(int /*dataSize*/) const { return 0; }
     // Whether the answer belongs to the request that was sent last.
     virtual bool isLatest(const QByteArray &answer) const = 0;
-    // A request had no answer, or a broken one.
-    virtual void failed(bool broken) = 0;
+    // The request that was sent last has failed.
+    virtual void noteFailure(Failure failure) = 0;
 
     modbus_t *context() const { return m_context.get(); }
     int socket() const;
@@ -97,7 +102,7 @@ private:
     enum class Coming { Whole, Nothing, Broken, Lost };
 
     ModbusAnswer receive(const ModbusAsk &ask, int timeout, quint16 *words);
-    Coming collect(QDeadlineTimer *deadline, int *extra, QByteArray *answer) const;
+    Coming collect(QDeadlineTimer *deadline, int *transfer, QByteArray *answer) const;
     bool take(const ModbusAsk &ask, const QByteArray &adu, quint16 *words, ModbusAnswer *answer) const;
 
     int m_requestTimeout;

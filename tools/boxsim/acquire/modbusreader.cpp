@@ -82,12 +82,6 @@ QString ModbusReader::deviceName(int device) const
     return QStringLiteral("station %1").arg(m_slaves[static_cast<size_t>(device)].station);
 }
 
-void ModbusReader::close()
-{
-    m_line->settle();
-    m_line->close();
-}
-
 DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *readings)
 {
     Slave &slave = m_slaves[static_cast<size_t>(device)];

@@ -21,7 +21,7 @@ public:
     int quietTime() const override { return m_line->quietTime(); }
     int leastTimeout() const override { return m_line->leastTimeout(); }
     bool open(int timeout, QString *reason) override { return m_line->open(timeout, reason); }
-    void close() override;
+    void close() override { m_line->close(); }
     void settle() override { m_line->settle(); }
     bool isOpen() const override { return m_line->isOpen(); }
     Result read(int device, int timeout, PointReading *readings) override;

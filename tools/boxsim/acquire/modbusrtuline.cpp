@@ -49,7 +49,7 @@ ModbusLine::Context ModbusRtuLine::connectWith(char parity) const
     return context;
 }
 
-ModbusLine::Context ModbusRtuLine::connect(int, QString *reason)
+ModbusLine::Context ModbusRtuLine::connect(int /*timeout*/, QString *reason)
 {
     Context context = connectWith(m_settings.parity);
     if (!context && errno == EINVAL && m_settings.parity != 'N') {
@@ -82,7 +82,7 @@ void ModbusRtuLine::enableRts(modbus_t *context)
     }
 }
 
-bool ModbusRtuLine::makeReady(int, ModbusAnswer *answer)
+bool ModbusRtuLine::prepare(int /*timeout*/, ModbusAnswer *answer)
 {
     if (!waitForSilence(answer)) {
         return false;
@@ -171,8 +171,8 @@ int ModbusRtuLine::transferTime(int dataSize) const
     return m_settings.timeOf(frameSize + dataSize) / 1000 + 1;
 }
 
-// However short the request waited: its answer may take a whole time-out.
-void ModbusRtuLine::failed(bool)
+// However short the request waited: its answer may take a whole time-out. Out of step the silence helps, too.
+void ModbusRtuLine::noteFailure(Failure)
 {
     m_silence = requestTimeout();
     m_sinceLastByte.restart();

@@ -23,13 +23,13 @@ public:
 
 protected:
     Context connect(int timeout, QString *reason) override;
-    bool makeReady(int timeout, ModbusAnswer *answer) override;
+    bool prepare(int timeout, ModbusAnswer *answer) override;
     bool send(const ModbusAsk &ask) override;
     int missingBytes(const QByteArray &answer) const override;
     bool isSound(const QByteArray &answer) const override;
     int transferTime(int dataSize) const override;
     bool isLatest(const QByteArray &) const override { return true; }
-    void failed(bool broken) override;
+    void noteFailure(Failure failure) override;
 
 private:
     Context connectWith(char parity) const;

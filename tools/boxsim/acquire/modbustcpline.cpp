@@ -54,7 +54,7 @@ QString ModbusTcpLine::name() const
 // libmodbus would wait for the connection without an end to it at a stop.
 ModbusLine::Context ModbusTcpLine::connect(int timeout, QString *reason)
 {
-    m_broken = false;
+    m_isOutOfStep = false;
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (socket < 0) {
         *reason = errorText(errno);
@@ -96,9 +96,9 @@ bool ModbusTcpLine::finishConnect(int socket, int timeout, QString *reason) cons
     return error == 0;
 }
 
-bool ModbusTcpLine::makeReady(int timeout, ModbusAnswer *answer)
+bool ModbusTcpLine::prepare(int timeout, ModbusAnswer *answer)
 {
-    if (m_broken) {
+    if (m_isOutOfStep) {
         close();
         QString reason;
         if (!open(qMin(timeout, m_setup.connectTimeout), &reason)) {
@@ -150,7 +150,7 @@ bool ModbusTcpLine::isLatest(const QByteArray &answer) const
     return answer.size() > 2 && qFromBigEndian<quint16>(answer.constData()) == m_transaction;
 }
 
-void ModbusTcpLine::failed(bool broken)
+void ModbusTcpLine::noteFailure(Failure failure)
 {
-    m_broken = m_broken || broken;
+    m_isOutOfStep = m_isOutOfStep || failure == Failure::OutOfStep;
 }

@@ -23,17 +23,17 @@ public:
 
 protected:
     Context connect(int timeout, QString *reason) override;
-    bool makeReady(int timeout, ModbusAnswer *answer) override;
+    bool prepare(int timeout, ModbusAnswer *answer) override;
     bool send(const ModbusAsk &ask) override;
     int missingBytes(const QByteArray &answer) const override;
     bool isSound(const QByteArray &answer) const override;
     bool isLatest(const QByteArray &answer) const override;
-    void failed(bool broken) override;
+    void noteFailure(Failure failure) override;
 
 private:
     bool finishConnect(int socket, int timeout, QString *reason) const;
 
     Setup m_setup;
     quint16 m_transaction = 0;
-    bool m_broken = false; // where an answer begins in what comes is no longer known
+    bool m_isOutOfStep = false; // so that it is to be opened anew
 };
