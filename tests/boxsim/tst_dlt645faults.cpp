@@ -36,13 +36,13 @@ private slots:
 
 void TestDlt645Faults::gapIsNoPartOfTheTimeOut()
 {
-    m_standard.parameters["communicationGap"] = "400";
+    m_standard.parameters["communicationGap"] = "250";
     addMeter("123456789012", {{"ua", "02010100", "XXX.X"}});
     RUN(open());
     QElapsedTimer clock;
     clock.start();
-    QCOMPARE(read(0, 350), QStringList({"230.1"}));
-    QVERIFY(clock.elapsed() >= 350);
+    QCOMPARE(read(0, 240), QStringList({"230.1"}));
+    QVERIFY(clock.elapsed() >= 240);
 }
 
 void TestDlt645Faults::faultsOfTheLine_data()
@@ -111,7 +111,7 @@ void TestDlt645Faults::silenceAboutOneItemLeavesTheOthers()
     QVERIFY(m_meter.tell("fault silence*1"));
     QCOMPARE(read(0, impatience), QStringList({"-", "-", "silent: no answer"}));
     QVERIFY(m_meter.tell("fault ignore=02010100"));
-    QCOMPARE(read(0, 300), QStringList({"-", "231.2"}));
+    QCOMPARE(read(0, 200), QStringList({"-", "231.2"}));
     QVERIFY(m_meter.tell("sound"));
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
 }
@@ -192,10 +192,10 @@ void TestDlt645Faults::damagedAnswersCostOneTimeOut()
     addMeter("123456789012", points);
     RUN(open());
     QVERIFY(m_meter.tell("fault checksum"));
-    QCOMPARE(read(0, 250).last(), QString("silent: wrong checksums"));
+    QCOMPARE(read(0, 190).last(), QString("silent: wrong checksums"));
     const QStringList asked = m_meter.takeRequests();
     QVERIFY2(asked.size() >= 4 && asked.size() <= 6, qPrintable(asked.join(", ")));
-    QCOMPARE(read(0, 250).last(), QString("silent: wrong checksums"));
+    QCOMPARE(read(0, 190).last(), QString("silent: wrong checksums"));
     QCOMPARE(m_meter.takeRequests().first(), "123456789012 " + points.at(asked.size() / 2).addr);
     QVERIFY(m_meter.tell("sound"));
     QCOMPARE(read(), allTexts(false));

@@ -107,7 +107,7 @@ void TestModbusLines::lateAnswersAreLeftAside()
             QTimer::singleShot(80, this, [this, late = request.good()] { m_device->send(late); });
             return QByteArray();
         },
-        300, 50));
+        160, 50));
     EVENTUALLY(m_run->count() >= 3);
     m_run->stop();
     for (const QStringList &reading : qAsConst(m_run->readings[0])) {
@@ -145,7 +145,7 @@ void TestModbusLines::aLineIsSilentForAWholeTimeout()
 {
     RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
             const QByteArray answer = request.frameOf(2, request.data());
-            QTimer::singleShot(request.station == 2 ? 200 : 180, this,
+            QTimer::singleShot(request.station == 2 ? 100 : 120, this,
                                [this, answer] { m_device->send(answer); });
             return QByteArray();
         }));
@@ -170,7 +170,7 @@ void TestModbusLines::aLineIsSilentForAWholeTimeout()
     QCOMPARE(int(word), 2007);
     QCOMPARE(m_device->asked(), (QStringList{"1:7+1", "2:7+1"}));
     const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
-    QVERIFY2(pause >= 180 + 295, QByteArray::number(pause));
+    QVERIFY2(pause >= 120 + 295, QByteArray::number(pause));
 }
 
 void TestModbusLines::answersWithoutAnEndAreNotReadToTheEnd()
@@ -239,7 +239,7 @@ void TestModbusLines::aStationThatEndsTheConnectionLeavesTheOthersValid()
             m_device->socket->disconnectFromHost();
             return QByteArray();
         }));
-    EVENTUALLY(m_run->count() >= 8);
+    EVENTUALLY(m_run->count() >= 6);
     QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(), {"1007", "!", "3007"}));
     QCOMPARE(m_run->log, QStringList{"\"S0\": station 2 lost after 3 attempts: Connection reset by peer"});
 }
@@ -285,7 +285,7 @@ void TestModbusLines::oneLineUnderTwoNamesIsOneLine()
     m_run->start({Acquire::rtu({Acquire::slave(1, {"7 uint16"})}, 500, "COM1"),
                   Acquire::rtu({Acquire::slave(1, {"100 uint16"})}, 500, "COM2")},
                  60, {{"COM1", "line0"}, {"COM2", "other"}});
-    EVENTUALLY(m_run->count(0) >= 6 && m_run->count(1) >= 6);
+    EVENTUALLY(m_run->count(0) >= 4 && m_run->count(1) >= 4);
     QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(0), {"1007"}));
     QCOMPARE(m_run->readings[1], QVector<QStringList>(m_run->count(1), {"1100"}));
 }
@@ -411,7 +411,7 @@ void TestModbusLines::everyWaitEndsAtAStop()
         RUN(fillQueue(&full));
         m_run = std::make_unique<Acquire::Run>();
         m_run->start({Acquire::tcp("127.0.52.2", 1502, slaves, minutes)}, minutes);
-        QVERIFY(!Acquire::waitFor([&] { return m_run->count() > 0; }, 100));
+        QVERIFY(!Acquire::waitFor([&] { return m_run->count() > 0; }, 50));
     } else if (wait == "gap") {
         RUN(m_device = std::make_unique<Device>(true, 0, good));
         QJsonObject standard = m_device->standard(slaves, minutes);
@@ -420,7 +420,7 @@ void TestModbusLines::everyWaitEndsAtAStop()
         standard.insert("parameter", parameter);
         m_run = std::make_unique<Acquire::Run>();
         m_run->start({standard}, minutes, {{"COM0", "line0"}});
-        QVERIFY(!Acquire::waitFor([&] { return m_run->count() > 0; }, 100));
+        QVERIFY(!Acquire::waitFor([&] { return m_run->count() > 0; }, 50));
     } else if (wait == "beat") {
         RUN(run(false, slaves, good, minutes, minutes));
         EVENTUALLY(m_run->count() == 1);
@@ -429,7 +429,7 @@ void TestModbusLines::everyWaitEndsAtAStop()
             true, slaves, [](const Request &request) { return request.good().chopped(1) + '?'; }, minutes,
             minutes));
         EVENTUALLY(m_device->requestCount() == 1);
-        QVERIFY(!Acquire::waitFor([&] { return m_device->requestCount() > 1; }, 100));
+        QVERIFY(!Acquire::waitFor([&] { return m_device->requestCount() > 1; }, 50));
     } else {
         RUN(run(wait == "RTU", slaves, silence, minutes, minutes));
         EVENTUALLY(m_device->requestCount() == 1);
@@ -443,7 +443,7 @@ void TestModbusLines::everyWaitEndsAtAStop()
 // However many Boxes it has: they do not end one after another.
 void TestModbusLines::aRangeStopsAtOnce()
 {
-    constexpr int count = 60;
+    constexpr int count = 45; // no more than connect at once
     constexpr int minutes = 600000;
     RUN(m_device = std::make_unique<Device>(false, 0, silence));
     BoxSimOptions options;
