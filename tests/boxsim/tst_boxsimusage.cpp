@@ -15,6 +15,7 @@ private slots:
     void helpFitsTheTerminal();
     void helpNamesEveryOption();
     void helpCarriesTheLists();
+    void helpNamesWhatIsRead();
     void examplesAreTaken();
     void listsAreTold_data();
     void listsAreTold();
@@ -81,6 +82,21 @@ void TestBoxSimUsage::helpCarriesTheLists()
     const QString help = read("--help").text;
     QVERIFY(help.contains("\n\nScenarios:\n" + scenarioList()));
     QVERIFY(help.contains("\n\nFaults:\n" + faultList()));
+}
+
+void TestBoxSimUsage::helpNamesWhatIsRead()
+{
+    QStringList titles;
+#ifdef BOXSIM_MODBUS
+    titles << "Modbus TCP"
+           << "Modbus RTU";
+#endif
+#ifdef BOXSIM_DLT645
+    titles << "DL/T 645";
+#endif
+    const QString all = titles.isEmpty() ? "nothing, it was left out of this build" : titles.join(", ");
+    const QString help = read("--help").text;
+    QVERIFY2(help.contains("\nWith --acquire it reads: " + all + ".\n"), qPrintable(help));
 }
 
 void TestBoxSimUsage::examplesAreTaken()
