@@ -43,13 +43,9 @@ ValueAt ValueAt::of(const Sample *last, const Sample *next, qint64 time)
     if (next && last->time < time && stateOf(*next) != SampleState::Valid) {
         return broken(stateOf(*next));
     }
-    if (std::isnan(last->number)) {
-        found.kind = Kind::Text;
-        found.text = last->text;
-    } else {
-        found.kind = Kind::Number;
-        found.number = last->number;
-    }
+    found.kind = std::isnan(last->number) ? Kind::Text : Kind::Number;
+    found.number = last->number;
+    found.text = last->text;
     return found;
 }
 

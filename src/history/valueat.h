@@ -7,7 +7,7 @@ struct ValueAt {
     enum class Kind { Nothing, Number, Text, Break };
     Kind kind = Kind::Nothing;
     double number = 0;                       // of Number
-    QString text;                            // of Text
+    QString text;                            // of Text; of Number, as that of a Sample
     SampleState why = SampleState::NotValid; // of Break
 
     // Of the last sample at the time or before it, and the first one after it; null where there is none. From

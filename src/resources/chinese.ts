@@ -4010,6 +4010,10 @@
         <source>%1 s</source>
         <translation>%1 秒</translation>
     </message>
+    <message>
+        <source>(empty)</source>
+        <translation>（空）</translation>
+    </message>
 </context>
 <context>
     <name>TrendTools</name>

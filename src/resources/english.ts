@@ -4008,6 +4008,10 @@
         <source>%1 s</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>(empty)</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>TrendTools</name>

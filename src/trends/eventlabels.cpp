@@ -1,6 +1,7 @@
 #include "trends/eventlabels.h"
 
 #include "trends/curvestyle.h"
+#include "trends/trendtexts.h"
 
 #include <QPainter>
 #include <QPalette>
@@ -90,8 +91,8 @@ void EventLabels::drawLabel(QPainter *painter, const QRectF &place, const QStrin
         return;
     }
     const QFontMetricsF metrics(painter->font());
-    const QString shown =
-        metrics.elidedText(text.left(mostChars).simplified(), Qt::ElideRight, place.width() - 2 * margin);
+    const QString shown = metrics.elidedText(TrendTexts::ofText(text.left(mostChars)), Qt::ElideRight,
+                                             place.width() - 2 * margin);
     QRectF label = place;
     label.setWidth(metrics.horizontalAdvance(shown) + 2 * margin);
     painter->setPen(m_pens.at(index));

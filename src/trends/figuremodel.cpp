@@ -66,7 +66,7 @@ QVariant checkOf(bool on)
 QString inOneLine(const ValueAt &value)
 {
     constexpr int most = 500; // chars, more than a tool tip should have
-    return TrendTexts::ofValue(value).left(most).simplified();
+    return TrendTexts::ofValue(value).left(most);
 }
 
 } // namespace
@@ -387,10 +387,11 @@ QString FigureModel::figure(const Curve &curve, int column) const
 QString FigureModel::current(const Curve &curve)
 {
     const ValueAt last = curve.at(Mark::End).value_or(ValueAt());
-    if (last.kind == ValueAt::Kind::Break || last.kind == ValueAt::Kind::Text) {
+    const Statistics &figures = curve.data.statistics;
+    const bool isNumber = last.kind == ValueAt::Kind::Number && figures.count > 0;
+    if (isNumber || last.kind == ValueAt::Kind::Break || last.kind == ValueAt::Kind::Text) {
         return inOneLine(last);
     }
-    const Statistics &figures = curve.data.statistics;
     return TrendTexts::ofNumber(figures.count > 0 ? figures.current : qQNaN());
 }
 

@@ -32,8 +32,7 @@ void Readout::show(qint64 time, int x, const QVector<Curve> &curves)
     for (const Curve &curve : curves) {
         if (curve.shown) {
             const std::optional<ValueAt> &value = curve.at(Mark::Pointer);
-            m_rows.append(
-                {curve.label, value ? TrendTexts::ofValue(*value).simplified() : QString(), curve.style});
+            m_rows.append({curve.label, value ? TrendTexts::ofValue(*value) : QString(), curve.style});
         }
     }
     update();

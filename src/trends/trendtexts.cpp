@@ -118,15 +118,21 @@ QString TrendTexts::ofValue(const ValueAt &value)
 {
     switch (value.kind) {
     case ValueAt::Kind::Number:
-        return ofNumber(value.number);
+        return value.text.isEmpty() ? ofNumber(value.number) : ofText(value.text);
     case ValueAt::Kind::Text:
-        return value.text;
+        return ofText(value.text);
     case ValueAt::Kind::Break:
         return ofBreak(value.why);
     case ValueAt::Kind::Nothing:
         break;
     }
     return QStringLiteral("–");
+}
+
+QString TrendTexts::ofText(const QString &text)
+{
+    const QString line = text.simplified();
+    return line.isEmpty() ? tr("(empty)") : line;
 }
 
 QString TrendTexts::ofTime(qint64 time)

@@ -22,6 +22,8 @@ public:
     // With as many digits as the steps of its scale need.
     static QString ofTick(double number, double step);
     static QString ofValue(const ValueAt &value);
+    // In one line. An empty one is told as such: an empty place says that nothing has been told yet.
+    static QString ofText(const QString &text);
     // Local time with milliseconds; with its zone if clocks show it twice, being set back.
     static QString ofTime(qint64 time);
     static QString ofRange(const TimeRange &range);

@@ -45,7 +45,7 @@ private slots:
     void tellsThatAPictureWasNotSaved();
     void silentSourceKeepsTheWindowAlive();
     void sourceThatDiesIsTold();
-    void failureIsTold();
+    void failureIsToldUntilTheNextAnswer();
     void closesByKey();
     void historyKeepsThePointsOfTheWindow();
 
@@ -387,13 +387,18 @@ void TestTrendOutput::sourceThatDiesIsTold()
     QCOMPARE(window->source(), nullptr);
 }
 
-void TestTrendOutput::failureIsTold()
+void TestTrendOutput::failureIsToldUntilTheNextAnswer()
 {
     RUN(open());
+    const auto *note = window->findChild<QLabel *>("note");
     source->answers = false; // the note makes the plot smaller, which asks anew
-    emit source->failed("The file is gone.");
-    QCOMPARE(window->findChild<QLabel *>("note")->text(), "The file is gone.");
-    QVERIFY(window->findChild<QLabel *>("note")->isVisible());
+    emit source->failed("night.sqlite is locked by another program.");
+    press(Qt::Key_Minus);
+    QVERIFY(note->isVisible());
+    QCOMPARE(note->text(), "night.sqlite is locked by another program.");
+    source->answers = true;
+    press(Qt::Key_Minus);
+    QVERIFY(!note->isVisible());
 }
 
 void TestTrendOutput::closesByKey()

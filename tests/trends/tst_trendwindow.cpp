@@ -51,7 +51,6 @@ private slots:
     void removedRowsAreThoseSelected();
     void hundredCurves();
     void firstOfTooManyPointsAreTaken();
-    void failureIsToldUntilTheNextAnswer();
 
 private:
     // On a plot of ten seconds, from 0 to 1.
@@ -316,6 +315,10 @@ void TestTrendWindow::currentIsWhatHoldsAtTheEnd_data()
     QTest::newRow("no report") << Samples{valid(0, 1), broken(2, SampleState::NoReport)} << "no report";
     QTest::newRow("ended") << Samples{valid(0, 1), broken(2, SampleState::Ended)} << "session ended";
     QTest::newRow("text") << Samples{words(0, "Stopped"), words(2, "Running\nfast")} << "Running fast";
+    QTest::newRow("empty text") << Samples{words(0, "Stopped"), words(2, " \n")} << "(empty)";
+    const double rounded = 18446744073709551615.0;
+    QTest::newRow("all digits") << Samples{{start, rounded, SampleState::Valid, "18446744073709551615"}}
+                                << "18446744073709551615";
     QTest::newRow("no text") << Samples{words(0, "Stopped"), broken(2, SampleState::NotValid)} << "not valid";
 }
 
@@ -498,21 +501,6 @@ void TestTrendWindow::hundredCurves()
     QCOMPARE(plot->curveItems().size(), 100);
     QVERIFY(plot->canvas()->height() > 150);
     QCOMPARE(source->requests.last().points.size(), 100);
-}
-
-void TestTrendWindow::failureIsToldUntilTheNextAnswer()
-{
-    source->add("Voltage", "float", {valid(0, 1), valid(9, 2)});
-    RUN(open());
-    const auto *note = window->findChild<QLabel *>("note");
-    source->answers = false;
-    emit source->failed("night.sqlite is locked by another program.");
-    press(Qt::Key_Minus);
-    QVERIFY(note->isVisible());
-    QCOMPARE(note->text(), "night.sqlite is locked by another program.");
-    source->answers = true;
-    press(Qt::Key_Minus);
-    QVERIFY(!note->isVisible());
 }
 
 QTEST_MAIN(TestTrendWindow)
