@@ -327,8 +327,7 @@ QString RecordingDatabase::fileWords(const QSqlError &error)
         if (m_access == Access::Read) {
             m_isLeftOver = true;
             return tr("%1 was left open by a program that was killed. Copy it, with the file \"-journal\" "
-                      "beside "
-                      "it, to where you may write.")
+                      "beside it, to where you may write.")
                 .arg(file);
         }
         break;

@@ -1,6 +1,7 @@
 #include "history/recordingkeys.h"
 
 #include "history/recordingdatabase.h"
+#include "history/recordingschema.h"
 
 #include <QVariant>
 
@@ -24,13 +25,8 @@ PointId standardOf(PointId id)
 
 QString insertStatement(int points)
 {
-    QStringList places;
-    for (int point = 0; point < points; ++point) {
-        places.append(QStringLiteral("(?, ?, ?, ?, ?, ?)"));
-    }
     // Another recorder may have made it a moment ago.
-    return QStringLiteral("INSERT INTO point (box, project, standard, name, address, type) VALUES ")
-        + places.join(QLatin1String(", ")) + QStringLiteral(" ON CONFLICT DO NOTHING");
+    return RecordingSchema::insertion("point", "box, project, standard, name, address, type", points);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "history/recordingwriter.h"
 
+#include "history/recordingschema.h"
+
 #include <QVariant>
 
 #include <algorithm>
@@ -12,13 +14,8 @@ constexpr int rowsAtOnce = 50; // of one INSERT; older SQLites take 999 values
 
 QString insertStatement(int rows)
 {
-    QStringList places;
-    for (int row = 0; row < rows; ++row) {
-        places.append(QStringLiteral("(?, ?, ?, ?, ?)"));
-    }
     // What is there already was recorded by another recorder at the same time.
-    return QStringLiteral("INSERT INTO sample (point, time, number, text, validity) VALUES ")
-        + places.join(QLatin1String(", ")) + QStringLiteral(" ON CONFLICT DO NOTHING");
+    return RecordingSchema::insertion("sample", "point, time, number, text, validity", rows);
 }
 
 // NULL where nothing was reported, or a number says it all.
