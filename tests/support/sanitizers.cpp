@@ -25,10 +25,10 @@ const char *__lsan_default_options()
     return "print_suppressions=0";
 }
 
-// What libraries keep until the process ends, or lose, by the frames next to the allocation: eight of them
-// are kept in the tests of widgets, thirty in those of the corpora. Nothing of ours belongs here. The xcb
-// platform has no entries: libxkbcommon reads past a string's end, which the strict string checks do not let
-// pass.
+// What libraries keep until the process ends, or lose, by the frames next to the allocation. Libraries have
+// no frame pointers, so that only the nearest is seen, but in the tests of the corpora. Nothing of ours
+// belongs here. The xcb platform has no entries: libxkbcommon reads past a string's end, which the strict
+// string checks do not let pass.
 const char *__lsan_default_suppressions()
 {
     return
@@ -37,7 +37,7 @@ const char *__lsan_default_suppressions()
         // Fonts of a program that ends without the end of its QGuiApplication: a fuzzer, or a soak that
         // fails.
         "leak:libfontconfig\n"
-        // Layout items that the docking library 3.8 drops when a dock changes its area.
+        // The docking library 3.8; the items of layouts that it loses are in droppeditems.cpp.
         "leak:libqtadvanceddocking\n"
         // Qt 5.15's JSON parser loses the arrays and objects of keys that come twice
         // (fuzz/corpus/project/duplicate-keys).
