@@ -4,13 +4,6 @@
 
 namespace {
 
-constexpr qint64 longestPause = 10000;      // between two tries of what is lost
-constexpr qint64 longestImpatience = 60000; // between two tries that wait their whole time-out
-
-// What tries that hold others up may take of the time: a quarter, and a half rather than leave out the pause.
-constexpr int usualPart = 4;
-constexpr int mostPart = 2;
-
 bool isHeard(DeviceReader::Outcome outcome)
 {
     return outcome == DeviceReader::Outcome::Answered || outcome == DeviceReader::Outcome::Absent;
@@ -26,6 +19,7 @@ StandardRun::StandardRun(const SimStandard &standard, std::unique_ptr<DeviceRead
     , m_beat(interval, surroundings.clock())
     , m_readings(standard.points.size())
     , m_devices(static_cast<size_t>(standard.devices.size()))
+    , m_rules(interval)
 {
 }
 
@@ -37,7 +31,7 @@ void StandardRun::tell(const QString &text) const
 QVector<PointReading> StandardRun::read()
 {
     m_beat.begin(now());
-    ++m_beats;
+    m_rules.beginRound();
     for (PointReading &reading : m_readings) {
         reading.valid = false;
     }
@@ -132,8 +126,7 @@ bool StandardRun::fail(Target *target, const QString &name, const QString &reaso
     if (!target->health.fail()) {
         return false;
     }
-    target->lastTry = now();
-    target->lastBeat = m_beats;
+    m_rules.note(&target->tries, now());
     tell(
         QStringLiteral("%1 lost after %2 attempts: %3").arg(name).arg(target->health.attempts()).arg(reason));
     return true;
@@ -163,63 +156,30 @@ void StandardRun::tryLost(qint64 until, bool alone)
     m_beat.resume(now());
 }
 
-// What a silent request takes of the line: its time-out, and as much before it if the line is to be opened,
-// or the silence after it.
-qint64 StandardRun::costOf(int timeout) const
+// A line may take its time to open, too.
+TryRules::Cost StandardRun::cost(const Target &target) const
 {
-    const int quiet = m_reader->quietTime();
-    return quiet > 0 ? qint64(timeout) + quiet : 2 * qint64(timeout);
-}
-
-// Whether a try is to have the whole time-out, for what answers slowly: one a minute, in turn, or each ten
-// seconds where nobody is held up.
-bool StandardRun::isPatient(const Target &target, const Room &room) const
-{
-    const qint64 pause = room.othersWait ? longestImpatience : longestPause - m_beat.interval();
-    return now() - m_lastWhole >= pause && now() - target.lastWhole >= pause * room.lost;
-}
-
-// The time-out of a try now, 0 for none. What there is room for is tried at each beat. Where there is none, a
-// try has the least that an answer needs.
-int StandardRun::timeoutOf(const Target &target, const Room &room, int whole) const
-{
-    const int least = qMin(m_reader->leastTimeout(), whole);
-    const int quiet = m_reader->quietTime();
-    const qint64 share = quiet > 0 ? room.time - quiet : room.time / 2;
-    const bool patient = isPatient(target, room);
-    const bool isUrgent = patient || now() - target.lastTry >= longestPause - m_beat.interval();
-    const bool mayOverrun = isUrgent && (!room.othersWait || now() >= m_nextOverrun);
-    if (target.lastBeat == m_beats || (share < least && !mayOverrun)) {
-        return 0;
-    }
-    return patient ? whole : static_cast<int>(qBound<qint64>(least, share, whole));
+    const int request = m_reader->requestTimeout();
+    const int whole = &target == &m_line ? qMax(m_reader->openTimeout(), request) : request;
+    return {whole, m_reader->leastTimeout(), m_reader->quietTime()};
 }
 
 // Asks a device that is lost, or that is to show whether the line is back; nothing if it is not the time.
-std::optional<DeviceReader::Outcome> StandardRun::tryOnce(Target *target, int device, const Room &room)
+std::optional<DeviceReader::Outcome> StandardRun::tryOnce(Target *target, int device,
+                                                          const TryRules::Room &room)
 {
-    const int request = m_reader->requestTimeout();
-    const int whole = target == &m_line ? qMax(m_reader->openTimeout(), request) : request;
-    const int timeout = timeoutOf(*target, room, whole);
+    const TryRules::Cost costs = cost(*target);
+    const qint64 begin = now();
+    const int timeout = m_rules.timeout(target->tries, room, costs, begin);
     if (timeout == 0) {
         return {};
     }
-    const qint64 begin = now();
-    target->lastTry = begin;
-    target->lastBeat = m_beats;
+    m_rules.note(&target->tries, begin);
     QVector<PointReading> readings(m_standard.devices.at(device).pointCount);
     const DeviceReader::Outcome outcome = ask(device, patience(timeout), readings.data());
     m_reader->settle(); // not in the next reading
-    if (!target->health.isLost()) {
-        return outcome;
-    }
-    if (timeout == whole) {
-        target->lastWhole = m_lastWhole = now();
-    }
-    const qint64 cost = now() - begin;
-    if (cost > room.time) {
-        const qint64 pause = longestPause - m_beat.interval();
-        m_nextOverrun = begin + qMax(cost * mostPart, qMin(pause, cost * usualPart));
+    if (target->health.isLost()) {
+        m_rules.noteVain(&target->tries, room, timeout == costs.whole, begin, now());
     }
     return outcome;
 }
@@ -233,22 +193,18 @@ void StandardRun::tryLine(qint64 until, bool alone)
     }
 }
 
-// So many in each beat that each has its turn within the longest pause, as far as there is room for them.
 void StandardRun::tryDevices(qint64 until, bool alone)
 {
     const bool othersWait = !alone || !devicesWithWork(false).isEmpty();
     QVector<int> lost = devicesWithWork(true);
     std::stable_sort(lost.begin(), lost.end(),
-                     [this](int a, int b) { return target(a).lastTry < target(b).lastTry; });
-    const qint64 turns = (lost.size() * qint64(m_beat.interval()) + longestPause - 1) / longestPause;
-    const int count = static_cast<int>(qMin<qint64>(turns, lost.size()));
-    const qint64 leastCost = costOf(qMin(m_reader->leastTimeout(), m_reader->requestTimeout()));
+                     [this](int a, int b) { return target(a).tries.last < target(b).tries.last; });
+    const int count = m_rules.count(lost.size());
     int tries = 0;
     bool heard = false;
     for (; tries < count && !isOver() && !m_line.health.isLost(); ++tries) {
         const int device = lost.at(tries);
-        const qint64 left = until - now();
-        const qint64 share = left / qBound<qint64>(1, left / leastCost, count - tries);
+        const qint64 share = TryRules::share(until - now(), count - tries, cost(target(device)));
         const auto outcome = tryOnce(&target(device), device, {share, lost.size(), othersWait});
         if (!outcome) {
             break;

@@ -4,11 +4,11 @@
 #include "boxsim/acquire/devicereader.h"
 #include "boxsim/acquire/health.h"
 #include "boxsim/acquire/stopflag.h"
+#include "boxsim/acquire/tryrules.h"
 #include "boxsim/simproject.h"
 
 #include <QVector>
 
-#include <climits>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -39,25 +39,15 @@ public:
     void close();
 
 private:
-    static constexpr qint64 longAgo = INT_MIN;
     // A device, or the line.
     struct Target {
         Health health;
-        qint64 lastTry = 0;
-        int lastBeat = 0;           // of the last try
-        qint64 lastWhole = longAgo; // the last try that waited its whole time-out
+        TryRules::History tries;
     };
     struct Patience {
         int open;
         int request;
     };
-    // What a try may take without holding anybody up.
-    struct Room {
-        qint64 time;
-        int lost;        // how many there are to be tried
-        bool othersWait; // whether there is anybody to hold up
-    };
-
     bool isOver() const { return m_surroundings.stop->isSet(); }
     qint64 now() const { return m_surroundings.clock(); }
     void tell(const QString &text) const;
@@ -67,10 +57,8 @@ private:
     void succeed(Target *target, const QString &name);
     bool fail(Target *target, const QString &name, const QString &reason);
     Patience patience(int most) const;
-    qint64 costOf(int timeout) const;
-    bool isPatient(const Target &target, const Room &room) const;
-    int timeoutOf(const Target &target, const Room &room, int whole) const;
-    std::optional<DeviceReader::Outcome> tryOnce(Target *target, int device, const Room &room);
+    TryRules::Cost cost(const Target &target) const;
+    std::optional<DeviceReader::Outcome> tryOnce(Target *target, int device, const TryRules::Room &room);
     void tryLine(qint64 until, bool alone);
     void tryDevices(qint64 until, bool alone);
     QVector<int> devicesWithWork(bool lost);
@@ -84,8 +72,6 @@ private:
     std::vector<Target> m_devices; // as in the Standard
     Target m_line;
     int m_lineTries = 0;
-    qint64 m_lastWhole = longAgo; // the last try of anything that waited its whole time-out
-    qint64 m_nextOverrun = 0;     // when a try may hold others up again
-    bool m_heard = true;          // whether anybody was, in the last reading
-    int m_beats = 0;
+    TryRules m_rules;
+    bool m_heard = true; // whether anybody was, in the last reading
 };
