@@ -6,6 +6,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <climits>
 #include <memory>
 
 // What the tests of a Standard's rhythm share: a run whose clock and line are made up, so that an hour takes
@@ -62,7 +63,8 @@ protected:
             if (breaks-- > 0) {
                 return {Outcome::Closed, "broken"};
             }
-            const int needed = dead.contains(device) ? INT_MAX : slow.value(device);
+            const bool isDead = dead.contains(device) && *m_clock < backAt;
+            const int needed = isDead ? INT_MAX : slow.value(device);
             if (needed > most) {
                 *m_clock += qMin(most, timeout);
                 waits.append(most);
@@ -86,6 +88,7 @@ protected:
         QMap<int, int> slow; // what a request to a device takes
         int idle = -1;
         QSet<int> dead;
+        qint64 backAt = LLONG_MAX; // when those are there again
         bool closed = false;
         int breaks = 0;
         int opened = 0;
@@ -118,10 +121,14 @@ protected:
             StandardRun::Surroundings{[this] { return m_time; },
                                       [this](const QString &text) { m_told.append(text); }, m_stop.get()});
     }
-    // One beat with what follows it, as on a link of its own or a shared one. Each row as text, "-" in front
-    // of those that are not valid.
+    // One beat with what is before and behind it, as on a link of its own or a shared one. Each row as text,
+    // "-" in front of those that are not valid.
     QStringList beat(bool alone = false)
     {
+        while (m_run->wake() < m_run->due()) {
+            m_time = qMax(m_time, m_run->wake());
+            m_run->tryLost(m_run->due(), alone);
+        }
         m_time = qMax(m_time, m_run->due());
         const qint64 due = m_time;
         const QVector<PointReading> readings = m_run->read();

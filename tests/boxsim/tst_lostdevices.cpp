@@ -18,6 +18,8 @@ private slots:
     void manyComeBackSoon();
     void aTryLeavesRoomForTheSilenceAfterIt_data();
     void aTryLeavesRoomForTheSilenceAfterIt();
+    void whatIsBackIsReadAtTheNextBeat_data();
+    void whatIsBackIsReadAtTheNextBeat();
 };
 
 void TestLostDevices::triesFitBetweenTheReadings_data()
@@ -242,6 +244,45 @@ void TestLostDevices::aTryLeavesRoomForTheSilenceAfterIt()
     beatsFor(9500);
     QTEST(m_reader->waits.size(), "tries");
     QTEST(*std::max_element(m_reader->waits.begin(), m_reader->waits.end()), "longest");
+}
+
+void TestLostDevices::whatIsBackIsReadAtTheNextBeat_data()
+{
+    QTest::addColumn<int>("interval");
+    QTest::addColumn<int>("quiet");
+    QTest::addColumn<bool>("line"); // what is lost
+    QTest::newRow("a little longer than a pause") << 10001 << 0 << false;
+    QTest::newRow("two pauses") << 15000 << 0 << false;
+    QTest::newRow("a line") << 15000 << 0 << true;
+    QTest::newRow("a line that needs silence") << 35000 << 500 << false;
+    QTest::newRow("a quarter of an hour") << 900000 << 0 << false;
+}
+
+// However far the beats are from each other, what is lost is tried each ten seconds.
+void TestLostDevices::whatIsBackIsReadAtTheNextBeat()
+{
+    QFETCH(int, interval);
+    QFETCH(int, quiet);
+    QFETCH(bool, line);
+    start(2, interval);
+    m_reader->timeout = 500;
+    m_reader->quiet = quiet;
+    m_reader->dead = {1};
+    m_reader->closed = line;
+    beats(5, true);
+    qint64 longestPause = 0;
+    for (qint64 last = m_time; m_run->wake() < m_run->due(); last = m_time) {
+        m_time = qMax(m_time, m_run->wake());
+        if (m_time > m_run->due() - 2500) {
+            m_reader->closed = false;
+            m_reader->backAt = m_time;
+        }
+        longestPause = qMax(longestPause, m_time - last);
+        m_run->tryLost(m_run->due(), true);
+    }
+    QVERIFY2(longestPause <= 10000, QByteArray::number(longestPause));
+    QCOMPARE(beat(true).filter("-"), QStringList());
+    QCOMPARE(m_time, m_run->due() - interval); // on the beat
 }
 
 QTEST_GUILESS_MAIN(TestLostDevices)

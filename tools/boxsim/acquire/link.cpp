@@ -24,8 +24,15 @@ void Link::add(int id, const SimStandard &standard, std::unique_ptr<DeviceReader
 
 Link::Turn &Link::nextTurn()
 {
-    const auto earlier = [](const auto &a, const auto &b) { return a->run.due() < b->run.due(); };
+    const auto earlier = [](const auto &a, const auto &b) { return a->run.wake() < b->run.wake(); };
     return **std::min_element(m_turns.begin(), m_turns.end(), earlier);
+}
+
+// Of a reading.
+qint64 Link::nextDue()
+{
+    const auto earlier = [](const auto &a, const auto &b) { return a->run.due() < b->run.due(); };
+    return (*std::min_element(m_turns.begin(), m_turns.end(), earlier))->run.due();
 }
 
 void Link::keepReading(int id, const QVector<PointReading> &readings)
@@ -48,14 +55,16 @@ QVector<PointReading> Link::takeReading(int id)
 void Link::run()
 {
     const bool alone = m_turns.size() == 1;
-    while (m_stop.wait(nextTurn().run.due() - m_clock.elapsed())) {
+    while (m_stop.wait(nextTurn().run.wake() - m_clock.elapsed())) {
         Turn &turn = nextTurn();
-        const QVector<PointReading> readings = turn.run.read();
-        if (m_stop.isSet()) {
-            break; // what was cut short is no reading
+        if (turn.run.due() <= m_clock.elapsed()) {
+            const QVector<PointReading> readings = turn.run.read();
+            if (m_stop.isSet()) {
+                break; // what was cut short is no reading
+            }
+            keepReading(turn.id, readings);
         }
-        keepReading(turn.id, readings);
-        turn.run.tryLost(nextTurn().run.due(), alone);
+        turn.run.tryLost(nextDue(), alone);
         if (!alone) {
             turn.run.close();
         }

@@ -46,6 +46,7 @@ private:
     };
 
     Turn &nextTurn();
+    qint64 nextDue();
     void keepReading(int id, const QVector<PointReading> &readings);
 
     StopFlag m_stop;

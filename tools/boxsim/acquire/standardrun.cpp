@@ -48,6 +48,7 @@ QVector<PointReading> StandardRun::read()
     case Beat::Change::None:
         break;
     }
+    m_nextRound = m_rules.nextRound(now(), due(), longestRound());
     return m_readings;
 }
 
@@ -148,12 +149,38 @@ void StandardRun::tryLost(qint64 until, bool alone)
         close();
         m_heard = true;
     }
+    if (m_rules.isBetweenReadings()) {
+        if (now() < m_nextRound) {
+            return;
+        }
+        m_rules.beginRound();
+    }
     if (m_line.health.isLost()) {
         tryLine(until, alone);
     } else {
         tryDevices(until, alone);
     }
     m_beat.resume(now());
+    m_nextRound = m_rules.nextRound(now(), due(), longestRound());
+}
+
+qint64 StandardRun::wake() const
+{
+    const bool isTried = m_rules.isBetweenReadings() && longestRound() > 0;
+    return isTried ? qMin(m_nextRound, due()) : due();
+}
+
+// 0 if nothing is lost.
+qint64 StandardRun::longestRound() const
+{
+    if (!m_reader) {
+        return 0;
+    }
+    if (m_line.health.isLost()) {
+        return TryRules::timeOf(cost(m_line).whole, m_reader->quietTime());
+    }
+    const int lost = devicesWithWork(true).size();
+    return lost * TryRules::timeOf(m_reader->requestTimeout(), m_reader->quietTime());
 }
 
 // A line may take its time to open, too.
@@ -216,7 +243,7 @@ void StandardRun::tryDevices(qint64 until, bool alone)
     }
 }
 
-QVector<int> StandardRun::devicesWithWork(bool lost)
+QVector<int> StandardRun::devicesWithWork(bool lost) const
 {
     QVector<int> found;
     for (int i = 0; i < m_standard.devices.size(); ++i) {

@@ -30,7 +30,10 @@ public:
     StandardRun(const SimStandard &standard, std::unique_ptr<DeviceReader> reader, int interval,
                 const Surroundings &surroundings);
 
+    // When the next reading is due.
     qint64 due() const { return m_beat.due(); }
+    // When there is something to do next: a reading, or before it tries of what is lost.
+    qint64 wake() const;
     // The reading of the beat that is due: one row a point of the Standard.
     QVector<PointReading> read();
     // Tries some of what is lost. That takes no longer than until the time given, at which a reading is due,
@@ -59,10 +62,12 @@ private:
     Patience patience(int most) const;
     TryRules::Cost cost(const Target &target) const;
     std::optional<DeviceReader::Outcome> tryOnce(Target *target, int device, const TryRules::Room &room);
+    qint64 longestRound() const;
     void tryLine(qint64 until, bool alone);
     void tryDevices(qint64 until, bool alone);
-    QVector<int> devicesWithWork(bool lost);
+    QVector<int> devicesWithWork(bool lost) const;
     Target &target(int device) { return m_devices[static_cast<size_t>(device)]; }
+    const Target &target(int device) const { return m_devices[static_cast<size_t>(device)]; }
 
     SimStandard m_standard;
     std::unique_ptr<DeviceReader> m_reader;
@@ -73,5 +78,6 @@ private:
     Target m_line;
     int m_lineTries = 0;
     TryRules m_rules;
-    bool m_heard = true; // whether anybody was, in the last reading
+    qint64 m_nextRound = 0; // of tries between two readings
+    bool m_heard = true;    // whether anybody was, in the last reading
 };
