@@ -213,7 +213,9 @@ void TestLostDevices::manyComeBackSoon()
     for (int i = 0; i < 30; ++i) {
         m_reader->dead.insert(i);
     }
-    beats(20);
+    while (m_told.filter("lost").size() < 30) {
+        beat();
+    }
     m_reader->dead.clear();
     const qint64 begin = m_time;
     while (m_told.filter("back").size() < 30 && m_time < begin + 600000) {

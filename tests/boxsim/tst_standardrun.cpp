@@ -22,6 +22,8 @@ private slots:
     void aSilentLineIsNotClosedInTheReading();
     void whatIsSaidForADeviceKeepsTheLine();
     void aLineWithoutAnAnswerIsOpenedAnew();
+    void aReadingInWhichNobodyAnswersEnds();
+    void theSilentKeepNobodyFromTheirTurn();
     void nothingIsToldAfterAStop();
     void withoutAReaderNothingIsValid();
     void readingsThatNobodyTakesDoNotQueue();
@@ -199,6 +201,59 @@ void TestStandardRun::aLineWithoutAnAnswerIsOpenedAnew()
     m_reader->dead = {0, 1};
     beat();
     QCOMPARE(m_reader->opened, 2);
+}
+
+// Not after the time-outs of a whole plant, so that something is seen soon when the cable is off.
+void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
+{
+    start(10, 2000);
+    m_reader->timeout = 2000;
+    m_reader->quiet = 2000;
+    for (int i = 0; i < 10; ++i) {
+        m_reader->dead.insert(i);
+    }
+    const QVector<QSet<int>> turns = {{0, 1, 2}, {3, 4, 5}, {6, 7, 8}, {9, 0, 1}, {2, 3, 4}};
+    for (const QSet<int> &turn : turns) {
+        m_reader->asked.clear();
+        beat();
+        QCOMPARE(m_took, 10000); // three time-outs, and the silence between them
+        const QList<int> asked = m_reader->asked.keys();
+        QCOMPARE(QSet<int>(asked.begin(), asked.end()), turn);
+        QCOMPARE(
+            m_told.filter("nobody"),
+            QStringList{"\"S\": nobody answers on line, 3 were asked: look at power, cable and settings"});
+    }
+    while (m_told.filter("lost").size() < 10) {
+        beat();
+    }
+    QCOMPARE(m_told.filter("nobody").size(), 1);
+    QVERIFY2(m_time <= 130000, QByteArray::number(m_time)); // 120 s are three times ten time-outs and silences
+    // Again if somebody was heard in between.
+    m_reader->dead.clear();
+    while (m_told.filter("back").size() < 10) {
+        beat();
+    }
+    m_reader->dead = {0, 1, 2};
+    beats(2);
+    QCOMPARE(m_told.filter("nobody").size(), 2);
+}
+
+// Of a plant of which some are dead the others have their turn first, and the dead ones are lost as soon.
+void TestStandardRun::theSilentKeepNobodyFromTheirTurn()
+{
+    start(6, 1000);
+    m_reader->dead = {0, 1, 2, 3};
+    const QString none = "-";
+    QCOMPARE(beat(), (QStringList{none, none, none, none, none, none}));
+    QCOMPARE(m_took, 600);
+    QCOMPARE(beat(), (QStringList{none, none, none, none, "v1", "v1"}));
+    QCOMPARE(beat(), (QStringList{none, none, none, none, "v2", "v2"}));
+    QCOMPARE(m_told.filter("lost").size(), 3);
+    QCOMPARE(beat(), (QStringList{none, none, none, none, "v3", "v3"}));
+    QCOMPARE(m_told.filter("lost").size(), 4);
+    for (int i = 0; i < 10; ++i) {
+        QCOMPARE(beat().filter("v").size(), 2);
+    }
 }
 
 void TestStandardRun::nothingIsToldAfterAStop()

@@ -14,6 +14,8 @@ public:
     bool succeed();
 
     bool isLost() const { return m_lost; }
+    // Attempts in vain since the last success.
+    int failures() const { return m_failures; }
     int attempts() const { return m_told; }
 
 private:

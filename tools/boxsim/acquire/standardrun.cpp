@@ -4,6 +4,9 @@
 
 namespace {
 
+// So many that are silent one after another, and nobody else heard, end a reading.
+constexpr int mostSilent = 3;
+
 bool isHeard(DeviceReader::Outcome outcome)
 {
     return outcome == DeviceReader::Outcome::Answered || outcome == DeviceReader::Outcome::Absent;
@@ -54,8 +57,9 @@ QVector<PointReading> StandardRun::read()
 
 void StandardRun::readDevices()
 {
-    const QVector<int> devices = devicesWithWork(false);
+    const QVector<int> devices = devicesToRead();
     m_heard = devices.isEmpty();
+    int silent = 0;
     for (const int index : devices) {
         const SimDevice &device = m_standard.devices.at(index);
         QVector<PointReading> readings(device.pointCount);
@@ -64,11 +68,38 @@ void StandardRun::readDevices()
             return;
         }
         m_heard = m_heard || isHeard(outcome);
+        silent = outcome == DeviceReader::Outcome::Silent ? silent + 1 : 0;
+        if (!m_heard && silent == mostSilent) {
+            tellNobody();
+            return;
+        }
         for (int i = 0; i < device.pointCount; ++i) {
             if (readings.at(i).valid) {
                 m_readings[device.firstPoint + i] = readings.at(i);
             }
         }
+    }
+}
+
+// Those that answered before come first. So of those that are silent, the next reading begins behind where
+// the last one ended.
+QVector<int> StandardRun::devicesToRead() const
+{
+    QVector<int> devices = devicesWithWork(false);
+    std::stable_sort(devices.begin(), devices.end(), [this](int a, int b) {
+        return target(a).health.failures() < target(b).health.failures();
+    });
+    return devices;
+}
+
+// Once until somebody is heard.
+void StandardRun::tellNobody()
+{
+    if (!m_toldNobody) {
+        m_toldNobody = true;
+        tell(QStringLiteral("nobody answers on %1, %2 were asked: look at power, cable and settings")
+                 .arg(m_reader->lineName())
+                 .arg(mostSilent));
     }
 }
 
@@ -106,6 +137,7 @@ DeviceReader::Outcome StandardRun::ask(int device, const Patience &patience, Poi
         return result.outcome;
     }
     succeed(&m_line, m_reader->lineName());
+    m_toldNobody = m_toldNobody && !isHeard(result.outcome);
     if (result.outcome == DeviceReader::Outcome::Answered) {
         succeed(&target(device), m_reader->deviceName(device));
     } else if (fail(&target(device), m_reader->deviceName(device), result.reason)) {

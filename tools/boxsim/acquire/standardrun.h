@@ -55,6 +55,8 @@ private:
     qint64 now() const { return m_surroundings.clock(); }
     void tell(const QString &text) const;
     void readDevices();
+    QVector<int> devicesToRead() const;
+    void tellNobody();
     DeviceReader::Result exchange(int device, const Patience &patience, PointReading *readings);
     DeviceReader::Outcome ask(int device, const Patience &patience, PointReading *readings);
     void succeed(Target *target, const QString &name);
@@ -80,4 +82,5 @@ private:
     TryRules m_rules;
     qint64 m_nextRound = 0; // of tries between two readings
     bool m_heard = true;    // whether anybody was, in the last reading
+    bool m_toldNobody = false;
 };
