@@ -104,7 +104,8 @@ void TestModbusLines::lateAnswersAreLeftAside()
             if (request.station == 2) {
                 return request.good();
             }
-            QTimer::singleShot(80, this, [this, late = request.good()] { m_device->send(late); });
+            Device *device = m_device.get();
+            QTimer::singleShot(80, device, [device, late = request.good()] { device->send(late); });
             return QByteArray();
         },
         160, 50));
