@@ -111,9 +111,19 @@ void TestDlt645Faults::silenceAboutOneItemLeavesTheOthers()
     QVERIFY(m_meter.tell("fault silence*1"));
     QCOMPARE(read(0, impatience), QStringList({"-", "-", "silent: no answer"}));
     QVERIFY(m_meter.tell("fault ignore=02010100"));
-    QCOMPARE(read(0, 200), QStringList({"-", "231.2"}));
+    const QStringList line = {"\"Meters\": ua is not read, meter 123456789012 gives no answer to it"};
+    for (int i = 1; i <= 5; ++i) {
+        QCOMPARE(read(0, impatience), QStringList({"-", "231.2"}));
+        QCOMPARE(m_told, i < 3 ? QStringList() : line);
+    }
     QVERIFY(m_meter.tell("sound"));
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+    // Told again now that it was read.
+    QVERIFY(m_meter.tell("fault ignore=02010100"));
+    for (int i = 1; i <= 4; ++i) {
+        QCOMPARE(read(0, impatience), QStringList({"-", "231.2"}));
+    }
+    QCOMPARE(m_told, line + line);
 }
 
 void TestDlt645Faults::lateAnswerIsNotTakenForAnother()

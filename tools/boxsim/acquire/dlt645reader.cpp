@@ -1,5 +1,6 @@
 #include "boxsim/acquire/dlt645reader.h"
 
+#include "boxsim/acquire/health.h"
 #include "boxsim/acquire/stopflag.h"
 #include "boxsim/simproject.h"
 
@@ -114,6 +115,9 @@ DeviceReader::Result Dlt645Reader::read(int device, int timeout, PointReading *r
             return {Outcome::LineLost, QStringLiteral("the line is never silent")};
         case Dlt645Line::Exchange::Silent:
             // Some meters do not answer to items that they lack: the others have their turn first next time.
+            if (answered && !m_setup.stop->isSet()) {
+                takeSilence(meter, &*item);
+            }
             std::rotate(item, item + 1, meter.items.end());
             return {answered ? Outcome::Answered : Outcome::Silent, QStringLiteral("no answer")};
         case Dlt645Line::Exchange::Damaged:
@@ -126,10 +130,19 @@ DeviceReader::Result Dlt645Reader::read(int device, int timeout, PointReading *r
             break;
         case Dlt645Line::Exchange::Answered:
             answered = true;
+            item->failures = 0;
             take(meter, &*item, answer, &readings[item->reading]);
         }
     }
     return answered ? Result() : Result{Outcome::Silent, wrongChecksums};
+}
+
+void Dlt645Reader::takeSilence(const Meter &meter, Item *item) const
+{
+    if (++item->failures >= Health::patience && !item->told) {
+        item->told = true;
+        tell(item->name, QStringLiteral("meter %1 gives no answer to it").arg(meter.address));
+    }
 }
 
 void Dlt645Reader::take(const Meter &meter, Item *item, const Dlt645Answer &answer, PointReading *reading)

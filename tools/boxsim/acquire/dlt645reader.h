@@ -37,6 +37,7 @@ private:
         Dlt645Query query;
         Dlt645Format format;
         bool told = false; // why it cannot be read, since it was last read
+        int failures = 0;  // times running that it was not answered, though others were
     };
     struct Meter {
         QString address; // as the project has it
@@ -46,6 +47,7 @@ private:
     Meter meterOf(const SimDevice &device) const;
     bool takeItem(const SimPoint &point, Dlt645Query query, Item *item) const;
     void tell(const QString &name, const QString &why) const;
+    void takeSilence(const Meter &meter, Item *item) const;
     void take(const Meter &meter, Item *item, const Dlt645Answer &answer, PointReading *reading);
 
     ReaderSetup m_setup;
