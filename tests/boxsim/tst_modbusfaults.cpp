@@ -25,7 +25,8 @@ private slots:
     void otherExceptionsSplitNothing();
     void aGatewayIsHeardForItsDevices();
     void aSilentStationLeavesTheOthersTheirBeat();
-    void aSilentPointLeavesTheOthersValid();
+    void aPointWithoutAnAnswerLeavesTheOthersValid_data();
+    void aPointWithoutAnAnswerLeavesTheOthersValid();
     void aDeadDeviceSlowsNoOtherLink();
     void lostAndBackAreToldOnce();
     void aServerThatIsNotThereIsLostAndBack();
@@ -265,16 +266,54 @@ void TestModbusFaults::aSilentStationLeavesTheOthersTheirBeat()
                           "\"S1\": station 1 lost after 3 attempts: no answer"}));
 }
 
-// One register of a device that is there: each beat it is asked for last.
-void TestModbusFaults::aSilentPointLeavesTheOthersValid()
+void TestModbusFaults::aPointWithoutAnAnswerLeavesTheOthersValid_data()
 {
+    QTest::addColumn<bool>("serial");
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<QString>("told");
+    QTest::newRow("silence, TCP") << false << "silence"
+                                  << "gives no answer to it";
+    QTest::newRow("silence, RTU") << true << "silence"
+                                  << "gives no answer to it";
+    QTest::newRow("a gateway's word") << false << "gateway"
+                                      << "gives no answer to it";
+    QTest::newRow("hanging up") << false << "hang up"
+                                << "closes the connection when asked for it";
+}
+
+// One register of a device that is there, among others that are asked for together: each beat it is asked for
+// once, and last.
+void TestModbusFaults::aPointWithoutAnAnswerLeavesTheOthersValid()
+{
+    QFETCH(bool, serial);
+    QFETCH(QString, how);
+    QFETCH(QString, told);
+    const auto answer = [&](const Request &request) {
+        if (request.first > 53 || request.first + request.count <= 53) {
+            return request.good();
+        }
+        if (how == "hang up") {
+            m_device->socket->abort();
+        }
+        return how == "gateway" ? request.refusal(11) : QByteArray();
+    };
     RUN(run(
-        false, {Acquire::slave(1, {"0 uint16", "2 uint16", "4 uint16"})},
-        [](const Request &request) { return request.first == 0 ? QByteArray() : request.good(); }, 80, 40));
-    QVERIFY(m_run->comes({"!", "1002", "1004"}));
-    EVENTUALLY(m_run->count() >= 4);
-    QCOMPARE(m_run->last(), (QStringList{"!", "1002", "1004"}));
-    QCOMPARE(m_run->log, QStringList());
+        serial,
+        {Acquire::slave(1, {"7 uint16", "50 uint16", "51 uint16", "52 uint16", "53 uint16", "54 uint16"})},
+        answer, serial ? 60 : 40, 20));
+    const QStringList expected = {"1007", "1050", "1051", "1052", "!", "1054"};
+    QVERIFY(m_run->comes(expected));
+    const QStringList line = {"\"S0\": 53 uint16 is not read, station 1 " + told};
+    EVENTUALLY(m_run->log.filter("station") == line);
+    const int before = m_run->count();
+    m_device->asked();
+    EVENTUALLY(m_run->count() >= before + 4);
+    m_run->stop();
+    const QStringList asked = m_device->asked();
+    QVERIFY2(!asked.filter("1:53+1").isEmpty(), qPrintable(asked.join(' ')));
+    QVERIFY2(asked.filter("1:53+1").size() <= m_run->count() - before + 1, qPrintable(asked.join(' ')));
+    QCOMPARE(m_run->readings[0].mid(before), QVector<QStringList>(m_run->count() - before, expected));
+    QCOMPARE(m_run->log.filter("station"), line);
 }
 
 void TestModbusFaults::aDeadDeviceSlowsNoOtherLink()

@@ -1,5 +1,7 @@
 #include "boxsim/acquire/modbusplan.h"
 
+#include "boxsim/acquire/health.h"
+
 #include <algorithm>
 #include <tuple>
 
@@ -72,16 +74,27 @@ void ModbusPlan::reset()
 
 bool ModbusPlan::split(int request)
 {
-    const QVector<ModbusItem> items = m_requests.at(request).items;
-    if (items.size() < 2) {
+    const ModbusRequest whole = m_requests.at(request);
+    const int half = whole.items.size() / 2;
+    if (half == 0) {
         return false;
     }
-    m_requests[request].items = items.mid(0, items.size() / 2);
-    m_requests.insert(request + 1, {items.mid(items.size() / 2)});
+    m_requests[request].items = whole.items.mid(0, half);
+    m_requests.insert(request + 1, {whole.items.mid(half), whole.failures});
     return true;
 }
 
 void ModbusPlan::putLast(int request)
 {
     m_requests.append(m_requests.takeAt(request));
+}
+
+void ModbusPlan::noteAnswer(int request)
+{
+    m_requests[request].failures = 0;
+}
+
+bool ModbusPlan::noteFailure(int request)
+{
+    return ++m_requests[request].failures >= Health::patience;
 }

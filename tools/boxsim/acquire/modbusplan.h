@@ -19,6 +19,7 @@ struct ModbusItem {
 // Neighbouring values of one area, asked for together.
 struct ModbusRequest {
     QVector<ModbusItem> items; // by address
+    int failures = 0;          // times running that it was not answered, though others were
     ModbusArea area() const { return items.constFirst().address.area; }
     int first() const { return items.constFirst().address.number; }
     int count() const;
@@ -40,10 +41,15 @@ public:
     const QVector<ModbusRequest> &requests() const { return m_requests; }
     const ModbusOrder &order() const { return m_order; }
 
-    // A request was refused: halves it. False if it has one value only.
+    // Halves a request that was refused, or is not answered. False if it has one value only.
     bool split(int request);
     // A request was not answered: from now on it is the last, so that it does not keep the others waiting.
     void putLast(int request);
+    // A request was answered.
+    void noteAnswer(int request);
+    // A request was not answered, though others were. True if that was so too often for a chance; then the
+    // halves of a split begin with as many failures.
+    bool noteFailure(int request);
     // Forgets what was split and moved.
     void reset();
 

@@ -91,14 +91,19 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
         QVector<quint16> words(request.count());
         const ModbusAnswer answer = ask(slave, request, timeout, words.data());
         const Outcome outcome = outcomeOf(answer);
-        if (outcome == Outcome::LineLost || outcome == Outcome::Closed) {
+        if (outcome == Outcome::LineLost || m_setup.stop->isSet()) {
             return {outcome, answer.reason};
         }
         if (outcome != Outcome::Answered) {
+            if (answered) {
+                takeFailure(&slave, device, i, outcome);
+                return {};
+            }
             slave.plan.putLast(i);
-            return {answered ? Outcome::Answered : outcome, answer.reason};
+            return {outcome, answer.reason};
         }
         answered = true;
+        slave.plan.noteAnswer(i);
         if (isRefusal(answer) && slave.plan.split(i)) {
             --i; // both halves are asked for
         } else if (answer.kind == ModbusAnswer::Kind::Exception) {
@@ -135,7 +140,7 @@ void ModbusReader::takeException(Slave *slave, int device, const ModbusRequest &
 {
     if (answer.exception == illegalFunction || isRefusal(answer)) {
         for (const ModbusItem &item : request.items) {
-            refuse(slave, device, item, answer.reason);
+            tellOnce(slave, device, item, QStringLiteral("refuses it: ") + answer.reason);
         }
     } else if (!slave->toldException) {
         slave->toldException = true;
@@ -144,13 +149,30 @@ void ModbusReader::takeException(Slave *slave, int device, const ModbusRequest &
     }
 }
 
-void ModbusReader::refuse(Slave *slave, int device, const ModbusItem &item, const QString &reason)
+// A request that was not answered by a device that answered others. Some are silent about a register that
+// they lack, or close the connection.
+void ModbusReader::takeFailure(Slave *slave, int device, int request, Outcome outcome)
 {
-    if (!slave->refused.at(item.point)) {
-        slave->refused[item.point] = true;
+    if (outcome == Outcome::Closed) {
+        m_line->close();
+    }
+    const bool isLasting = slave->plan.noteFailure(request);
+    slave->plan.putLast(request);
+    const int last = slave->plan.requests().size() - 1;
+    if (isLasting && !slave->plan.split(last)) {
+        tellOnce(slave, device, slave->plan.requests().at(last).items.constFirst(),
+                 outcome == Outcome::Closed ? QStringLiteral("closes the connection when asked for it")
+                                            : QStringLiteral("gives no answer to it"));
+    }
+}
+
+void ModbusReader::tellOnce(Slave *slave, int device, const ModbusItem &item, const QString &what)
+{
+    if (!slave->told.at(item.point)) {
+        slave->told[item.point] = true;
         const int first = m_setup.standard->devices.at(device).firstPoint;
         tell(m_setup.standard->points.at(first + item.point).name,
-             QStringLiteral("%1 refuses it: %2").arg(deviceName(device), reason));
+             QStringLiteral("%1 %2").arg(deviceName(device), what));
     }
 }
 

@@ -31,7 +31,7 @@ private:
     struct Slave {
         int station;
         ModbusPlan plan;
-        QVector<bool> refused;      // points that were told as refused by the device
+        QVector<bool> told;         // points that were told as refused or not answered by the device
         bool toldException = false; // that it answered with one that refuses no point
     };
 
@@ -39,7 +39,8 @@ private:
     void tellRefusals(const Slave &slave, const SimDevice &device) const;
     ModbusAnswer ask(const Slave &slave, const ModbusRequest &request, int timeout, quint16 *words);
     void takeException(Slave *slave, int device, const ModbusRequest &request, const ModbusAnswer &answer);
-    void refuse(Slave *slave, int device, const ModbusItem &item, const QString &reason);
+    void takeFailure(Slave *slave, int device, int request, Outcome outcome);
+    void tellOnce(Slave *slave, int device, const ModbusItem &item, const QString &what);
 
     ReaderSetup m_setup;
     std::unique_ptr<ModbusLine> m_line;
