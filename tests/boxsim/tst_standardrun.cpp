@@ -227,8 +227,7 @@ void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
         beat();
     }
     QCOMPARE(m_told.filter("nobody").size(), 1);
-    QVERIFY2(m_time <= 130000,
-             QByteArray::number(m_time)); // 120 s are three times ten time-outs and silences
+    QVERIFY2(m_time <= 130000, QByteArray::number(m_time)); // of 120 s that the attempts take
     // Again if somebody was heard in between.
     m_reader->dead.clear();
     while (m_told.filter("back").size() < 10) {
