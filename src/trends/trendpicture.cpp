@@ -14,6 +14,8 @@
 
 #include <qwt_plot_renderer.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr qreal margin = 12;
@@ -49,6 +51,11 @@ TrendPicture::TrendPicture(const FigureModel *figures, const TimeView &view, con
     , m_markers(markers)
     , m_title(std::move(title))
 {
+    for (int row = 0; row < figures->rowCount(); ++row) {
+        if (figures->curves().at(row).shown) {
+            m_rows.append(row);
+        }
+    }
 }
 
 QImage TrendPicture::image(const QSize &size, const QPalette &desktop) const
@@ -79,12 +86,19 @@ bool TrendPicture::saveSvg(const QString &path) const
     return file.open(QIODevice::WriteOnly) && file.write(bytes.data()) == bytes.size() && file.commit();
 }
 
+bool TrendPicture::hasSkipped() const
+{
+    return std::any_of(m_rows.cbegin(), m_rows.cend(), [this](int row) {
+        return m_figures->curves().at(row).data.statistics.notNumbers > 0;
+    });
+}
+
 QVector<int> TrendPicture::columns() const
 {
     QVector<int> columns;
     for (int column = 0; column < FigureModel::ColumnCount; ++column) {
         const bool isOfMarkers = column >= FigureModel::AtA && column <= FigureModel::Difference;
-        if ((column != FigureModel::Skipped || m_figures->hasSkipped())
+        if ((column != FigureModel::Skipped || hasSkipped())
             && (column != FigureModel::RightScale || m_figures->hasRightScale())
             && (!isOfMarkers || m_markers.isAnySet())) {
             columns.append(column);
@@ -97,7 +111,8 @@ QString TrendPicture::text() const
 {
     QStringList lines{m_title, TrendTexts::ofRange(m_view.range())};
     const QVector<int> shown = columns();
-    for (int row = -1; row < m_figures->rowCount(); ++row) {
+    const QVector<int> all = rows();
+    for (const int row : all) {
         QStringList cells;
         for (const int column : shown) {
             cells.append(cell(row, column));
@@ -125,7 +140,7 @@ void TrendPicture::paint(QPainter *painter, const Sheet &sheet) const
 // As far as there is room; the last row then tells how many more there are.
 int TrendPicture::figureRows(qreal height, qreal line) const
 {
-    return qMin(m_figures->rowCount(), qMax(1, int(height * figuresShare / line) - 1));
+    return qMin(m_rows.size(), qMax(1, int(height * figuresShare / line) - 1));
 }
 
 qreal TrendPicture::paintHead(QPainter *painter, const QRectF &area) const
@@ -170,7 +185,7 @@ void TrendPicture::paintFigures(QPainter *painter, const QRectF &area, const QPa
 {
     const qreal line = lineHeight(painter);
     const int rows = qRound(area.height() / line) - 1;
-    const int more = m_figures->rowCount() - rows;
+    const int more = m_rows.size() - rows;
     painter->setPen(colours.color(QPalette::Text));
     const QVector<Column> columns = placed(painter, area);
     paintRow(painter, QRectF(area.topLeft(), QSizeF(area.width(), line)), columns, -1);
@@ -181,10 +196,10 @@ void TrendPicture::paintFigures(QPainter *painter, const QRectF &area, const QPa
             break;
         }
         const qreal middle = place.center().y();
-        painter->setPen(CurveStyle::pen(m_figures->curves().at(row).style, colours, 2.5));
+        painter->setPen(CurveStyle::pen(m_figures->curves().at(m_rows.at(row)).style, colours, 2.5));
         painter->drawLine(QPointF(place.left(), middle), QPointF(place.left() + swatch - 4, middle));
         painter->setPen(colours.color(QPalette::Text));
-        paintRow(painter, place, columns, row);
+        paintRow(painter, place, columns, m_rows.at(row));
     }
     painter->setPen(QPen(colours.color(QPalette::Text), 0.5));
     painter->drawLine(QPointF(area.left(), area.top() + line), QPointF(area.right(), area.top() + line));
@@ -195,13 +210,14 @@ QVector<TrendPicture::Column> TrendPicture::placed(const QPainter *painter, cons
 {
     constexpr qreal space = 12;
     const QVector<int> shown = columns();
+    const QVector<int> rows = this->rows();
     const qreal room = area.width() - swatch;
     const qreal part = room / (nameShare + shown.size() - 1);
     QVector<Column> placed;
     qreal all = 0; // but the name
     for (const int column : shown) {
         qreal width = 0;
-        for (int row = -1; row < m_figures->rowCount(); ++row) {
+        for (const int row : rows) {
             width = qMax<qreal>(width, painter->fontMetrics().horizontalAdvance(cell(row, column)) + space);
         }
         placed.append({column, 0, width});

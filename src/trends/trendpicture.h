@@ -11,7 +11,7 @@
 class FigureModel;
 class QPainter;
 
-// A trend as a picture: title, time, plot and the figures of its curves.
+// A trend as a picture: title, time, plot and the figures of the curves that are shown.
 class TrendPicture
 {
     Q_DECLARE_TR_FUNCTIONS(TrendPicture)
@@ -44,10 +44,14 @@ private:
     QString cell(int row, int column) const;
     void paintRow(QPainter *painter, const QRectF &place, const QVector<Column> &columns, int row) const;
     void paintPlot(QPainter *painter, const QRectF &area, const Sheet &sheet) const;
+    bool hasSkipped() const;
     QVector<int> columns() const;
+    // Of the table; a negative one, the titles, before them.
+    QVector<int> rows() const { return QVector<int>{-1} + m_rows; }
     int figureRows(qreal height, qreal line) const;
 
     const FigureModel *m_figures;
+    QVector<int> m_rows; // of the curves that are shown
     TimeView m_view;
     Markers m_markers;
     QString m_title;

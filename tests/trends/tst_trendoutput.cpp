@@ -36,6 +36,7 @@ private slots:
     void savesAPicture_data();
     void savesAPicture();
     void pictureTellsScalesAndWholeReasons();
+    void pictureLeavesOutHiddenCurves();
     void savesValuesOnScreen();
     void savesValuesBesideTheWindow();
     void cancelledValuesLeaveTheFileAsItWas_data();
@@ -227,6 +228,33 @@ void TestTrendOutput::pictureTellsScalesAndWholeReasons()
     for (const char *word : {"session ended", "Right", "Scale"}) {
         QVERIFY2(words.contains(word), word);
     }
+}
+
+void TestTrendOutput::pictureLeavesOutHiddenCurves()
+{
+    source->add("Hidden", "float", {valid(0, 1), broken(500, SampleState::NoNumber), valid(1000, 1)});
+    source->add("Load", "float", {valid(0, 7), valid(1000, 8)});
+    RUN(open());
+    figures()->setData(figures()->index(1, FigureModel::Name), Qt::Unchecked, Qt::CheckStateRole);
+    redrawn();
+    press(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    const QStringList lines = QApplication::clipboard()->text().split('\n');
+    // Nor is there the column of what it alone has skipped.
+    QCOMPARE(
+        lines.mid(2),
+        QStringList({"Point\tType\tCurrent\tLeast\tGreatest\tMean\tScale",
+                     "Voltage\tfloat\t231.5\t230\t240\t234.125\tLeft", "Load\tfloat\t8\t7\t8\t7.5\tRight"}));
+
+    ModalDialogs dialogs;
+    dialogs.expect([](QWidget *dialog) {
+        auto *choosing = qobject_cast<QFileDialog *>(dialog);
+        choosing->selectFile(QDir::current().filePath("hidden.svg"));
+        choosing->QDialog::accept();
+    });
+    press(Qt::Key_S, Qt::ControlModifier);
+    const QByteArray words = Files::contents("hidden.svg");
+    QVERIFY(words.contains("Voltage") && words.contains("Load"));
+    QVERIFY(!words.contains("Hidden") && !words.contains("Skipped"));
 }
 
 void TestTrendOutput::savesValuesOnScreen()
