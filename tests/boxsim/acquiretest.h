@@ -11,13 +11,18 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSet>
 #include <QStandardPaths>
 #include <QTimer>
 #include <QtTest>
 
+#include <atomic>
 #include <cstdlib>
 #include <fcntl.h>
+#include <functional>
+#include <sys/file.h>
 #include <termios.h>
+#include <thread>
 #include <unistd.h>
 
 // What the tests of acquisition share: documents with Standards, and what is read of them.
@@ -199,6 +204,47 @@ public:
 private:
     int m_master;
     QString m_path;
+};
+
+// Another program that has a line in use.
+class LineUser
+{
+public:
+    LineUser(const QString &path, uint speed)
+        : m_file(::open(QFile::encodeName(path).constData(), O_RDWR | O_NOCTTY))
+    {
+        flock(m_file, LOCK_EX | LOCK_NB);
+        termios settings = {};
+        tcgetattr(m_file, &settings);
+        cfsetspeed(&settings, speed);
+        tcsetattr(m_file, TCSANOW, &settings);
+    }
+    ~LineUser() { ::close(m_file); }
+    LineUser(const LineUser &) = delete;
+    LineUser &operator=(const LineUser &) = delete;
+
+    // The speeds that it meets while something is done a hundred times.
+    QSet<uint> speedsDuring(const std::function<void()> &action) const
+    {
+        std::atomic_bool isOver{false};
+        std::thread actor([&] {
+            for (int i = 0; i < 100; ++i) {
+                action();
+            }
+            isOver = true;
+        });
+        QSet<uint> speeds;
+        do {
+            termios settings = {};
+            tcgetattr(m_file, &settings);
+            speeds.insert(cfgetospeed(&settings));
+        } while (!isOver);
+        actor.join();
+        return speeds;
+    }
+
+private:
+    int m_file;
 };
 
 } // namespace Acquire

@@ -1,3 +1,4 @@
+#include "acquiretest.h"
 #include "dlt645readertest.h"
 #include "meterproject.h"
 
@@ -26,6 +27,7 @@ private slots:
     void lateErrorIsNotTakenForAnother();
     void lineIsSilentBeforeItIsClosed();
     void lineThatIsNeverSilentIsLost();
+    void lineInUseIsLeftAsItIs();
     void lineThatTakesNothingHasNoAnswer();
     void damagedAnswersCostOneTimeOut();
     void timeOutLeavesRoomForAnAnswer_data();
@@ -175,6 +177,19 @@ void TestDlt645Faults::lineThatIsNeverSilentIsLost()
     QVERIFY(m_meter.tell("sound"));
     RUN(open());
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+}
+
+void TestDlt645Faults::lineInUseIsLeftAsItIs()
+{
+#ifdef Q_OS_UNIX
+    const Acquire::Terminal terminal;
+    const Acquire::LineUser user(terminal.path(), B38400);
+    m_standard.parameters["baudRate"] = "1200";
+    makeReader(terminal.path());
+    QString reason;
+    QCOMPARE(user.speedsDuring([&] { m_reader->open(patience, &reason); }), QSet<uint>{B38400});
+    QCOMPARE(reason, "it is in use");
+#endif
 }
 
 // As one does whose other end holds it up: that is no failure of the line.

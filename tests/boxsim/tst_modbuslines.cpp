@@ -1,23 +1,19 @@
-#include "boxsim/acquire/modbusrtuline.h"
 #include "boxsim/acquire/modbustcpline.h"
 #include "boxsim/acquire/stopflag.h"
 #include "boxsim/boxrange.h"
 #include "modbusdevice.h"
 #include "run.h"
 
-#include <atomic>
 #include <memory>
-#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <thread>
 
 using Modbus::Answer;
 using Modbus::Device;
 using Modbus::Request;
 
 // What a connection and a serial line are left to: answers that come late, slowly or without an end, lines
-// that close, are taken or have two names, and how soon all that ends. The device is the test's own.
+// that close, and how soon all that ends. The device is the test's own.
 class TestModbusLines : public QObject
 {
     Q_OBJECT
@@ -28,16 +24,11 @@ private slots:
 
     void lateAnswersAreLeftAside_data();
     void lateAnswersAreLeftAside();
-    void afterATimeoutASerialLineMustBeSilent();
-    void aLineIsSilentForAWholeTimeout();
     void answersWithoutAnEndAreNotReadToTheEnd();
     void theTimeoutIsOfTheWholeAnswer_data();
     void theTimeoutIsOfTheWholeAnswer();
     void aStationThatEndsTheConnectionLeavesTheOthersValid();
     void manyOpenFilesAreNoObstacle();
-    void oneLineUnderTwoNamesIsOneLine();
-    void aLineInUseIsWaitedFor();
-    void aLineThatIsNeverSilentCostsOneTimeout();
     void aClosedConnectionIsOpenedAnew();
     void aReconnectionTakesNoLongerThanItsRequest();
     void oneConnectionIsKept();
@@ -115,63 +106,6 @@ void TestModbusLines::lateAnswersAreLeftAside()
         QCOMPARE(reading, (QStringList{"!", "2007"}));
     }
     QCOMPARE(m_device->connections, serial ? 0 : 1);
-}
-
-void TestModbusLines::afterATimeoutASerialLineMustBeSilent()
-{
-    // The late answer of station 1 is a good one to the request to station 2, were it sent at once.
-    RUN(run(
-        true, {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"})},
-        [this](const Request &request) {
-            if (request.station == 2) {
-                return request.good();
-            }
-            for (const int time : {120, 150, 180}) {
-                QTimer::singleShot(
-                    time, this, [this, late = request.frameOf(2, request.data())] { m_device->send(late); });
-            }
-            return QByteArray();
-        },
-        1000, 100));
-    EVENTUALLY(m_run->count() == 1);
-    QCOMPARE(m_run->last(), (QStringList{"!", "2007"}));
-    QCOMPARE(m_device->times.size(), 2);
-    const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
-    QVERIFY2(pause >= 180 + 95, QByteArray::number(pause));
-}
-
-// However short a request waited, which is how what is lost is tried. The late answer of station 1 is a good
-// one to the request to station 2.
-void TestModbusLines::aLineIsSilentForAWholeTimeout()
-{
-    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
-            const QByteArray answer = request.frameOf(2, request.data());
-            QTimer::singleShot(request.station == 2 ? 100 : 120, this,
-                               [this, answer] { m_device->send(answer); });
-            return QByteArray();
-        }));
-    SerialSettings settings;
-    settings.timeout = 300;
-    StopFlag stop;
-    ModbusRtuLine line("line0", settings, &stop, [](const QString &) {});
-    quint16 word = 0;
-    std::atomic_bool isOver{false};
-    std::thread reader([&] {
-        QString reason;
-        if (line.open(1000, &reason)) {
-            line.read({1, ModbusArea::HoldingRegisters, 7, 1}, 50, &word);
-            line.read({2, ModbusArea::HoldingRegisters, 7, 1}, 3000, &word);
-        }
-        isOver = true;
-    });
-    const bool ended = Acquire::waitFor([&] { return isOver.load(); }, 10000);
-    stop.set();
-    reader.join();
-    QVERIFY(ended);
-    QCOMPARE(int(word), 2007);
-    QCOMPARE(m_device->asked(), (QStringList{"1:7+1", "2:7+1"}));
-    const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
-    QVERIFY2(pause >= 120 + 295, QByteArray::number(pause));
 }
 
 void TestModbusLines::answersWithoutAnEndAreNotReadToTheEnd()
@@ -271,59 +205,6 @@ void TestModbusLines::manyOpenFilesAreNoObstacle()
     }
     setrlimit(RLIMIT_NOFILE, &before);
     QVERIFY(came);
-}
-
-// As with the names that udev gives to one adapter: its Standards take turns.
-void TestModbusLines::oneLineUnderTwoNamesIsOneLine()
-{
-    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
-            QTimer::singleShot(10, this, [this, answer = request.good()] { m_device->send(answer); });
-            return QByteArray();
-        }));
-    QFile::remove("other");
-    QVERIFY(QFile::link("line0", "other"));
-    m_run = std::make_unique<Acquire::Run>();
-    m_run->start({Acquire::rtu({Acquire::slave(1, {"7 uint16"})}, 500, "COM1"),
-                  Acquire::rtu({Acquire::slave(1, {"100 uint16"})}, 500, "COM2")},
-                 60, {{"COM1", "line0"}, {"COM2", "other"}});
-    EVENTUALLY(m_run->count(0) >= 4 && m_run->count(1) >= 4);
-    QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(0), {"1007"}));
-    QCOMPARE(m_run->readings[1], QVector<QStringList>(m_run->count(1), {"1100"}));
-}
-
-void TestModbusLines::aLineInUseIsWaitedFor()
-{
-    RUN(m_device = std::make_unique<Device>(true, 0, good));
-    const int user = ::open("line0", O_RDWR | O_NOCTTY);
-    QCOMPARE(flock(user, LOCK_EX | LOCK_NB), 0);
-    m_run = std::make_unique<Acquire::Run>();
-    m_run->start({m_device->standard({Acquire::slave(1, {"7 uint16"})}, 150)}, 60, {{"COM0", "line0"}});
-    EVENTUALLY(!m_run->log.isEmpty());
-    QCOMPARE(m_run->log, QStringList{"\"S0\": line0 lost after 3 attempts: it is in use"});
-    QCOMPARE(m_device->requestCount(), 0);
-    ::close(user);
-    QVERIFY(m_run->comes({"1007"}));
-}
-
-// However many stations wait for it to be silent.
-void TestModbusLines::aLineThatIsNeverSilentCostsOneTimeout()
-{
-    QTimer babble;
-    RUN(run(
-        true,
-        {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"}), Acquire::slave(3, {"7 uint16"})},
-        [&](const Request &) {
-            babble.disconnect();
-            connect(&babble, &QTimer::timeout, this, [this] { m_device->send("\x11\x11\x11"); });
-            babble.start(20);
-            return QByteArray();
-        },
-        3000, 200));
-    EVENTUALLY(m_run->count() == 1);
-    babble.stop();
-    QCOMPARE(m_run->last(), (QStringList{"!", "!", "!"}));
-    QCOMPARE(m_device->requestCount(), 1);
-    QVERIFY2(m_run->times[0].at(0) < 500, QByteArray::number(m_run->times[0].at(0)));
 }
 
 void TestModbusLines::aClosedConnectionIsOpenedAnew()

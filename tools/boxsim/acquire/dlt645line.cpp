@@ -1,8 +1,8 @@
 #include "boxsim/acquire/dlt645line.h"
 
-#include "boxsim/acquire/serialfile.h"
 #include "boxsim/acquire/stopflag.h"
 
+#include <QFileInfo>
 #include <QSerialPort>
 
 #ifdef Q_OS_UNIX
@@ -33,32 +33,12 @@ int sliceOf(const QDeadlineTimer &deadline)
 }
 
 #ifdef Q_OS_UNIX
-bool isClaimed(QSerialPort *port, QString *reason)
-{
-    return claimLine(port->handle(), reason);
-}
-
-bool usesParity(QSerialPort *port)
-{
-    return hasParity(port->handle());
-}
-
 // Returns when the last bit is on the line.
 void drain(QSerialPort *port)
 {
     tcdrain(port->handle());
 }
 #else
-bool isClaimed(QSerialPort *, QString *)
-{
-    return true; // the system opens no line twice
-}
-
-bool usesParity(QSerialPort *port)
-{
-    return port->parity() != QSerialPort::NoParity;
-}
-
 void drain(QSerialPort *) {}
 #endif
 
@@ -82,18 +62,21 @@ int Dlt645Line::leastTimeout() const
 
 bool Dlt645Line::open(QString *reason)
 {
+    if (!m_file.open(m_path, reason)) {
+        return false;
+    }
     m_port = std::make_unique<QSerialPort>();
-    m_port->setPortName(m_path);
+    m_port->setPortName(QFileInfo(m_path).absoluteFilePath());
     m_port->setBaudRate(m_settings.baudRate);
     m_port->setDataBits(static_cast<QSerialPort::DataBits>(m_settings.dataBits));
     m_port->setStopBits(m_settings.stopBits == 2 ? QSerialPort::TwoStop : QSerialPort::OneStop);
     m_port->setParity(parityOf(m_settings.parity));
     m_port->setFlowControl(QSerialPort::NoFlowControl);
-    if (!openPort(reason) || !isClaimed(m_port.get(), reason)) {
+    if (!openPort(reason)) {
         close();
         return false;
     }
-    if (m_settings.parity != 'N' && !usesParity(m_port.get())) {
+    if (m_settings.parity != 'N' && !usesParity()) {
         m_lacks.tell(QStringLiteral("parity"));
     }
     m_switchesRts = m_settings.rts && m_port->setRequestToSend(false);
@@ -116,11 +99,18 @@ bool Dlt645Line::openPort(QString *reason)
     return m_port->open(QIODevice::ReadWrite);
 }
 
+bool Dlt645Line::usesParity() const
+{
+    return m_port->parity() != QSerialPort::NoParity && m_file.hasParity();
+}
+
+// The file last: what has the line next is to find its settings as they were before.
 void Dlt645Line::close()
 {
     settle();
     m_silence = 0;
     m_port.reset();
+    m_file.close();
 }
 
 bool Dlt645Line::isOpen() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "boxsim/acquire/dlt645query.h"
+#include "boxsim/acquire/serialfile.h"
 #include "boxsim/acquire/seriallacks.h"
 #include "boxsim/acquire/serialsettings.h"
 
@@ -48,6 +49,7 @@ public:
 
 private:
     bool openPort(QString *reason);
+    bool usesParity() const;
     Exchange waitForSilence();
     void waitForGap();
     bool send(const QByteArray &request, const QDeadlineTimer &deadline);
@@ -57,6 +59,7 @@ private:
     SerialSettings m_settings;
     StopFlag *m_stop;
     SerialLacks m_lacks;
+    SerialFile m_file;
     std::unique_ptr<QSerialPort> m_port; // lives in the thread of its line
     QElapsedTimer m_lastByte;            // when one came or went
     int m_silence = 0; // how long the line must be silent before the next request, as an answer may be late

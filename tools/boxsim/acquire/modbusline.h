@@ -50,7 +50,7 @@ public:
 
     bool open(int timeout, QString *reason);
     // Settles first.
-    void close();
+    virtual void close();
     // Waits for the silence that the line still needs.
     virtual void settle() {}
     bool isOpen() const { return m_context != nullptr; }

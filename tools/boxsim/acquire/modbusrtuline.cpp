@@ -1,6 +1,5 @@
 #include "boxsim/acquire/modbusrtuline.h"
 
-#include "boxsim/acquire/serialfile.h"
 #include "boxsim/acquire/stopflag.h"
 
 #include <QDeadlineTimer>
@@ -32,6 +31,18 @@ ModbusRtuLine::ModbusRtuLine(const QString &path, const SerialSettings &settings
     m_sinceLastByte.start();
 }
 
+ModbusRtuLine::~ModbusRtuLine()
+{
+    ModbusRtuLine::close();
+}
+
+// The file last: what has the line next is to find its settings as they were before.
+void ModbusRtuLine::close()
+{
+    ModbusLine::close();
+    m_file.close();
+}
+
 int ModbusRtuLine::leastTimeout() const
 {
     return timeToAnswer + m_settings.timeOf(requestSize) / 1000;
@@ -51,18 +62,19 @@ ModbusLine::Context ModbusRtuLine::connectWith(char parity) const
 
 ModbusLine::Context ModbusRtuLine::connect(int /*timeout*/, QString *reason)
 {
+    if (!m_file.open(m_path, reason)) {
+        return nullptr;
+    }
     Context context = connectWith(m_settings.parity);
     if (!context && errno == EINVAL && m_settings.parity != 'N') {
         context = connectWith('N');
     }
     if (!context) {
         *reason = QString::fromLocal8Bit(modbus_strerror(errno));
+        m_file.close();
         return nullptr;
     }
-    if (!claimLine(modbus_get_socket(context.get()), reason)) {
-        return nullptr;
-    }
-    if (m_settings.parity != 'N' && !hasParity(modbus_get_socket(context.get()))) {
+    if (m_settings.parity != 'N' && !m_file.hasParity()) {
         m_lacks.tell(QStringLiteral("parity"));
     }
     if (m_settings.rts) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "boxsim/acquire/modbusline.h"
+#include "boxsim/acquire/serialfile.h"
 #include "boxsim/acquire/seriallacks.h"
 #include "boxsim/acquire/serialsettings.h"
 
@@ -14,11 +15,13 @@ public:
     // tell is called once for each thing that the line cannot do, with the words for it.
     ModbusRtuLine(const QString &path, const SerialSettings &settings, StopFlag *stop,
                   const std::function<void(const QString &)> &tell);
+    ~ModbusRtuLine() override;
 
     QString name() const override { return m_path; }
     int openTimeout() const override { return requestTimeout(); }
     int quietTime() const override { return requestTimeout(); }
     int leastTimeout() const override;
+    void close() override;
     void settle() override;
 
 protected:
@@ -39,6 +42,7 @@ private:
     QString m_path;
     SerialSettings m_settings;
     SerialLacks m_lacks;
+    SerialFile m_file;
     QElapsedTimer m_sinceLastByte;
     qint64 m_silence = 0;   // that must be before the next request
     bool m_babbles = false; // it was not silent when it had to be

@@ -1,0 +1,173 @@
+#include "boxsim/acquire/modbusrtuline.h"
+#include "boxsim/acquire/stopflag.h"
+#include "modbusdevice.h"
+#include "run.h"
+
+#include <atomic>
+#include <memory>
+#include <thread>
+
+using Modbus::Answer;
+using Modbus::Device;
+using Modbus::Request;
+
+// What a serial line of Modbus slaves needs of all that use it: silence after a request without an answer,
+// and one user at a time. The device is the test's own.
+class TestModbusSerial : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+
+    void afterATimeoutASerialLineMustBeSilent();
+    void aLineIsSilentForAWholeTimeout();
+    void oneLineUnderTwoNamesIsOneLine();
+    void aLineInUseIsWaitedFor();
+    void aLineInUseIsLeftAsItIs();
+    void aLineThatIsNeverSilentCostsOneTimeout();
+
+private:
+    static QByteArray good(const Request &request) { return request.good(); }
+
+    // Starts a device and reads these slaves of it.
+    void run(const QJsonArray &slaves, const Answer &answer, int interval, int timeout)
+    {
+        m_device = std::make_unique<Device>(true, 0, answer);
+        m_run = std::make_unique<Acquire::Run>();
+        m_run->start({m_device->standard(slaves, timeout)}, interval, {{"COM0", "line0"}});
+    }
+
+    std::unique_ptr<Device> m_device;
+    std::unique_ptr<Acquire::Run> m_run;
+};
+
+void TestModbusSerial::cleanup()
+{
+    m_run.reset();
+    m_device.reset();
+}
+
+void TestModbusSerial::afterATimeoutASerialLineMustBeSilent()
+{
+    // The late answer of station 1 is a good one to the request to station 2, were it sent at once.
+    RUN(run(
+        {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"})},
+        [this](const Request &request) {
+            if (request.station == 2) {
+                return request.good();
+            }
+            for (const int time : {120, 150, 180}) {
+                QTimer::singleShot(
+                    time, this, [this, late = request.frameOf(2, request.data())] { m_device->send(late); });
+            }
+            return QByteArray();
+        },
+        1000, 100));
+    EVENTUALLY(m_run->count() == 1);
+    QCOMPARE(m_run->last(), (QStringList{"!", "2007"}));
+    QCOMPARE(m_device->times.size(), 2);
+    const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
+    QVERIFY2(pause >= 180 + 95, QByteArray::number(pause));
+}
+
+// However short a request waited, which is how what is lost is tried. The late answer of station 1 is a good
+// one to the request to station 2.
+void TestModbusSerial::aLineIsSilentForAWholeTimeout()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
+            const QByteArray answer = request.frameOf(2, request.data());
+            QTimer::singleShot(request.station == 2 ? 100 : 120, this,
+                               [this, answer] { m_device->send(answer); });
+            return QByteArray();
+        }));
+    SerialSettings settings;
+    settings.timeout = 300;
+    StopFlag stop;
+    ModbusRtuLine line("line0", settings, &stop, [](const QString &) {});
+    quint16 word = 0;
+    std::atomic_bool isOver{false};
+    std::thread reader([&] {
+        QString reason;
+        if (line.open(1000, &reason)) {
+            line.read({1, ModbusArea::HoldingRegisters, 7, 1}, 50, &word);
+            line.read({2, ModbusArea::HoldingRegisters, 7, 1}, 3000, &word);
+        }
+        isOver = true;
+    });
+    const bool ended = Acquire::waitFor([&] { return isOver.load(); }, 10000);
+    stop.set();
+    reader.join();
+    QVERIFY(ended);
+    QCOMPARE(int(word), 2007);
+    QCOMPARE(m_device->asked(), (QStringList{"1:7+1", "2:7+1"}));
+    const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
+    QVERIFY2(pause >= 120 + 295, QByteArray::number(pause));
+}
+
+// As with the names that udev gives to one adapter: its Standards take turns.
+void TestModbusSerial::oneLineUnderTwoNamesIsOneLine()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
+            QTimer::singleShot(10, this, [this, answer = request.good()] { m_device->send(answer); });
+            return QByteArray();
+        }));
+    QFile::remove("other");
+    QVERIFY(QFile::link("line0", "other"));
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({Acquire::rtu({Acquire::slave(1, {"7 uint16"})}, 500, "COM1"),
+                  Acquire::rtu({Acquire::slave(1, {"100 uint16"})}, 500, "COM2")},
+                 60, {{"COM1", "line0"}, {"COM2", "other"}});
+    EVENTUALLY(m_run->count(0) >= 4 && m_run->count(1) >= 4);
+    QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(0), {"1007"}));
+    QCOMPARE(m_run->readings[1], QVector<QStringList>(m_run->count(1), {"1100"}));
+}
+
+void TestModbusSerial::aLineInUseIsWaitedFor()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, good));
+    auto user = std::make_unique<Acquire::LineUser>("line0", B38400);
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({m_device->standard({Acquire::slave(1, {"7 uint16"})}, 150)}, 60, {{"COM0", "line0"}});
+    EVENTUALLY(!m_run->log.isEmpty());
+    QCOMPARE(m_run->log, QStringList{"\"S0\": line0 lost after 3 attempts: it is in use"});
+    QCOMPARE(m_device->requestCount(), 0);
+    user.reset();
+    QVERIFY(m_run->comes({"1007"}));
+}
+
+void TestModbusSerial::aLineInUseIsLeftAsItIs()
+{
+    const Acquire::Terminal terminal;
+    const Acquire::LineUser user(terminal.path(), B38400);
+    SerialSettings settings;
+    settings.baudRate = 1200;
+    StopFlag stop;
+    ModbusRtuLine line(terminal.path(), settings, &stop, [](const QString &) {});
+    QString reason;
+    QCOMPARE(user.speedsDuring([&] { line.open(1000, &reason); }), QSet<uint>{B38400});
+    QCOMPARE(reason, "it is in use");
+}
+
+// However many stations wait for it to be silent.
+void TestModbusSerial::aLineThatIsNeverSilentCostsOneTimeout()
+{
+    QTimer babble;
+    RUN(run(
+        {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"}), Acquire::slave(3, {"7 uint16"})},
+        [&](const Request &) {
+            babble.disconnect();
+            connect(&babble, &QTimer::timeout, this, [this] { m_device->send("\x11\x11\x11"); });
+            babble.start(20);
+            return QByteArray();
+        },
+        3000, 200));
+    EVENTUALLY(m_run->count() == 1);
+    babble.stop();
+    QCOMPARE(m_run->last(), (QStringList{"!", "!", "!"}));
+    QCOMPARE(m_device->requestCount(), 1);
+    QVERIFY2(m_run->times[0].at(0) < 500, QByteArray::number(m_run->times[0].at(0)));
+}
+
+QTEST_GUILESS_MAIN(TestModbusSerial)
+#include "tst_modbusserial.moc"
