@@ -32,6 +32,9 @@ private slots:
         m_standard = SimStandard();
         m_standard.name = "Meters";
         m_standard.parameters = {{"baudRate", "115200"}, {"parityBit", "NONE"}, {"communicationGap", "0"}};
+        m_standard.parameters["communicationTimeout"] =
+            QString::number(impatience); // and the silence after it
+        m_silence = std::make_shared<LineSilence>();
         m_stop = std::make_unique<StopFlag>();
         m_told.clear();
         QVERIFY(m_meter.tell("sound"));
@@ -58,6 +61,7 @@ protected:
         setup.standard = &m_standard;
         setup.serialPath = path;
         setup.stop = m_stop.get();
+        setup.silence = m_silence;
         setup.tell = [this](const QString &text) { m_told.append(text); };
         m_reader = std::make_unique<Dlt645Reader>(setup);
     }
@@ -87,6 +91,7 @@ protected:
     MeterSim m_meter;
     SimStandard m_standard;
     std::unique_ptr<StopFlag> m_stop;
+    std::shared_ptr<LineSilence> m_silence;
     std::unique_ptr<Dlt645Reader> m_reader;
     QStringList m_told;
 };

@@ -38,11 +38,7 @@ protected:
             m_open = !closed;
             return m_open;
         }
-        void close() override
-        {
-            settle();
-            m_open = false;
-        }
+        void close() override { m_open = false; }
         void settle() override { *m_clock = m_open ? qMax(*m_clock, m_quietUntil) : *m_clock; }
         int quietTime() const override { return quiet; }
         bool isOpen() const override { return m_open; }
@@ -68,7 +64,7 @@ protected:
             if (needed > most) {
                 *m_clock += qMin(most, timeout);
                 waits.append(most);
-                m_quietUntil = *m_clock + (quietAsLong ? most : quiet);
+                m_quietUntil = *m_clock + quiet;
                 return {Outcome::Silent, "no answer"};
             }
             *m_clock += needed + cost;
@@ -79,7 +75,6 @@ protected:
 
         int timeout = 200;
         int quiet = 0;
-        bool quietAsLong = false; // as the request waited
         QSet<int> breakers;
         QSet<int> absent;
         bool unusable = false;

@@ -25,8 +25,11 @@ private slots:
     void silenceAboutOneItemLeavesTheOthers();
     void lateAnswerIsNotTakenForAnother();
     void lateErrorIsNotTakenForAnother();
-    void lineIsSilentBeforeItIsClosed();
+    void shortRequestNeedsAWholeSilence();
+    void nextReaderWaitsForTheSilence_data();
+    void nextReaderWaitsForTheSilence();
     void lineThatIsNeverSilentIsLost();
+    void lineThatIsNeverSilentCostsOneTimeOut();
     void lineInUseIsLeftAsItIs();
     void lineThatTakesNothingHasNoAnswer();
     void damagedAnswersCostOneTimeOut();
@@ -43,6 +46,7 @@ void TestDlt645Faults::gapIsNoPartOfTheTimeOut()
     RUN(open());
     QElapsedTimer clock;
     clock.start();
+    m_silence->noteByte();
     QCOMPARE(read(0, 240), QStringList({"230.1"}));
     QVERIFY(clock.elapsed() >= 240);
 }
@@ -141,29 +145,61 @@ void TestDlt645Faults::lateAnswerIsNotTakenForAnother()
 // An error does not say which item it is about.
 void TestDlt645Faults::lateErrorIsNotTakenForAnother()
 {
+    m_standard.parameters["communicationTimeout"] = "200";
     addMeter("123456789012");
     RUN(open());
     QVERIFY(m_meter.tell("fault error=2*1"));
-    QVERIFY(m_meter.tell("fault late=150*1"));
-    QCOMPARE(read(0, 100), QStringList({"-", "-", "silent: no answer"}));
+    QVERIFY(m_meter.tell("fault late=300*1"));
+    QCOMPARE(read(0, 200), QStringList({"-", "-", "silent: no answer"}));
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
     QCOMPARE(m_told, QStringList());
 }
 
-// The next Standard of the line opens it anew.
-void TestDlt645Faults::lineIsSilentBeforeItIsClosed()
+// As what is lost is tried.
+void TestDlt645Faults::shortRequestNeedsAWholeSilence()
 {
+    m_standard.parameters["communicationTimeout"] = "400";
     addMeter("123456789012");
     RUN(open());
     QVERIFY(m_meter.tell("fault error=2*1"));
-    QVERIFY(m_meter.tell("fault late=150*1"));
-    QCOMPARE(read(0, 100), QStringList({"-", "-", "silent: no answer"}));
+    QVERIFY(m_meter.tell("fault late=250*1"));
+    QCOMPARE(read(0, impatience), QStringList({"-", "-", "silent: no answer"}));
+    QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+    QCOMPARE(m_told, QStringList());
+}
+
+void TestDlt645Faults::nextReaderWaitsForTheSilence_data()
+{
+    QTest::addColumn<bool>("stopped");
+    QTest::newRow("after a time-out") << false;
+    QTest::newRow("after a stop") << true;
+}
+
+// Another Standard of the line, or one of another project. Nothing waits for it before.
+void TestDlt645Faults::nextReaderWaitsForTheSilence()
+{
+    QFETCH(bool, stopped);
+    m_standard.parameters["communicationTimeout"] = "400";
+    addMeter("123456789012");
+    RUN(open());
+    QVERIFY(m_meter.tell("fault error=2*1"));
+    QVERIFY(m_meter.tell("fault late=250*1"));
+    std::thread stopper([this, stopped] {
+        QTest::qSleep(impatience);
+        if (stopped) {
+            m_stop->set();
+        }
+    });
+    read(0, stopped ? patience : impatience);
+    stopper.join();
     QElapsedTimer clock;
     clock.start();
     m_reader->close();
-    QVERIFY2(clock.elapsed() >= 100, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(clock.elapsed() < 300, qPrintable(QString::number(clock.elapsed())));
+    m_stop = std::make_unique<StopFlag>();
     RUN(open());
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+    QCOMPARE(m_told, QStringList());
 }
 
 void TestDlt645Faults::lineThatIsNeverSilentIsLost()
@@ -177,6 +213,36 @@ void TestDlt645Faults::lineThatIsNeverSilentIsLost()
     QVERIFY(m_meter.tell("sound"));
     RUN(open());
     QCOMPARE(read(), QStringList({"230.1", "231.2"}));
+}
+
+// However many meters wait for it to be silent, and however often.
+void TestDlt645Faults::lineThatIsNeverSilentCostsOneTimeOut()
+{
+#ifdef Q_OS_UNIX
+    constexpr int timeout = 250;
+    Acquire::Terminal terminal;
+    QTimer babble;
+    connect(&babble, &QTimer::timeout, this, [&terminal] {
+        terminal.read();
+        terminal.write("\x11\x11\x11");
+    });
+    babble.start(10);
+    QJsonObject standard = meterStandard("Meters", "COM1", false);
+    QJsonObject line = standard.value("parameter").toObject();
+    line.insert("parityBit", "NONE");
+    line.insert("communicationTimeout", QString::number(timeout));
+    standard.insert("parameter", line);
+    const QJsonValue meter = standard.value("datas").toArray().at(0);
+    standard.insert("datas", QJsonArray{meter, meter, meter});
+    Acquire::Run run;
+    run.start({standard}, 10, {{"COM1", terminal.path()}});
+    const QString lost =
+        "\"Meters\": " + terminal.path() + " lost after 3 attempts: the line is never silent";
+    EVENTUALLY(run.log.contains(lost));
+    QVERIFY(run.count() >= 3);
+    const qint64 took = run.times[0].at(2) - run.times[0].at(0); // two readings
+    QVERIFY2(took < 2 * 2 * timeout, qPrintable(QString::number(took)));
+#endif
 }
 
 void TestDlt645Faults::lineInUseIsLeftAsItIs()

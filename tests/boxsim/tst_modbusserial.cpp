@@ -12,7 +12,7 @@ using Modbus::Device;
 using Modbus::Request;
 
 // What a serial line of Modbus slaves needs of all that use it: silence after a request without an answer,
-// and one user at a time. The device is the test's own.
+// whoever asks next, and one user at a time. The device is the test's own.
 class TestModbusSerial : public QObject
 {
     Q_OBJECT
@@ -22,6 +22,9 @@ private slots:
 
     void afterATimeoutASerialLineMustBeSilent();
     void aLineIsSilentForAWholeTimeout();
+    void whoeverReadsALineNextWaitsForItsSilence_data();
+    void whoeverReadsALineNextWaitsForItsSilence();
+    void standardsOfALineWaitForItsSilence();
     void oneLineUnderTwoNamesIsOneLine();
     void aLineInUseIsWaitedFor();
     void aLineInUseIsLeftAsItIs();
@@ -84,7 +87,7 @@ void TestModbusSerial::aLineIsSilentForAWholeTimeout()
     SerialSettings settings;
     settings.timeout = 300;
     StopFlag stop;
-    ModbusRtuLine line("line0", settings, &stop, [](const QString &) {});
+    ModbusRtuLine line("line0", settings, &stop, std::make_shared<LineSilence>(), [](const QString &) {});
     quint16 word = 0;
     std::atomic_bool isOver{false};
     std::thread reader([&] {
@@ -103,6 +106,54 @@ void TestModbusSerial::aLineIsSilentForAWholeTimeout()
     QCOMPARE(m_device->asked(), (QStringList{"1:7+1", "2:7+1"}));
     const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
     QVERIFY2(pause >= 120 + 295, QByteArray::number(pause));
+}
+
+void TestModbusSerial::whoeverReadsALineNextWaitsForItsSilence_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::newRow("the same line") << "line0";
+    QTest::newRow("under another name") << "other";
+}
+
+// The answer to the project before would be a good one to that of the next.
+void TestModbusSerial::whoeverReadsALineNextWaitsForItsSilence()
+{
+    QFETCH(QString, line);
+    constexpr int timeout = 250;
+    RUN(run(
+        {Acquire::slave(1, {"7 uint16"})},
+        [this](const Request &request) {
+            QTimer::singleShot(120, this, [this, answer = request.good()] { m_device->send(answer); });
+            return QByteArray();
+        },
+        60, timeout));
+    QFile::remove("other");
+    QVERIFY(QFile::link("line0", "other"));
+    EVENTUALLY(m_device->requestCount() == 1);
+    m_run->start({m_device->standard({Acquire::slave(1, {"100 uint16"})}, timeout)}, 60, {{"COM0", line}});
+    EVENTUALLY(m_run->count() >= 1);
+    QCOMPARE(m_run->readings[0].at(0), QStringList{"1100"});
+    const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
+    QVERIFY2(pause >= 120 + timeout - 5, QByteArray::number(pause));
+}
+
+// One Standard is answered too late, with what would be good to the other.
+void TestModbusSerial::standardsOfALineWaitForItsSilence()
+{
+    constexpr int timeout = 250;
+    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
+            QTimer::singleShot(request.first == 7 ? 320 : 100, this,
+                               [this, answer = request.good()] { m_device->send(answer); });
+            return QByteArray();
+        }));
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({m_device->standard({Acquire::slave(1, {"7 uint16"})}, timeout),
+                  m_device->standard({Acquire::slave(1, {"100 uint16"})}, timeout)},
+                 5000, {{"COM0", "line0"}});
+    EVENTUALLY(m_run->count(1) == 1);
+    QCOMPARE(m_run->last(0), QStringList{"!"});
+    QCOMPARE(m_run->last(1), QStringList{"1100"});
+    QCOMPARE(m_device->asked(), (QStringList{"1:7+1", "1:100+1"}));
 }
 
 // As with the names that udev gives to one adapter: its Standards take turns.
@@ -143,7 +194,8 @@ void TestModbusSerial::aLineInUseIsLeftAsItIs()
     SerialSettings settings;
     settings.baudRate = 1200;
     StopFlag stop;
-    ModbusRtuLine line(terminal.path(), settings, &stop, [](const QString &) {});
+    ModbusRtuLine line(terminal.path(), settings, &stop, std::make_shared<LineSilence>(),
+                       [](const QString &) {});
     QString reason;
     QCOMPARE(user.speedsDuring([&] { line.open(1000, &reason); }), QSet<uint>{B38400});
     QCOMPARE(reason, "it is in use");

@@ -1,5 +1,6 @@
 #include "boxsim/acquire/acquisition.h"
 
+#include "boxsim/acquire/linesilence.h"
 #include "boxsim/acquire/link.h"
 #include "boxsim/acquire/readerkinds.h"
 
@@ -45,6 +46,13 @@ void tellOutside(const SimStandard &standard, const std::function<void(const QSt
     }
 }
 
+// A line may have two names, such as those that udev gives to an adapter.
+QString fileOf(const QString &path)
+{
+    const QString file = QFileInfo(path).canonicalFilePath();
+    return file.isEmpty() ? path : file;
+}
+
 } // namespace
 
 Acquisition::Acquisition(QObject *parent)
@@ -68,11 +76,15 @@ void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOpti
         const QString port = standard.parameters.value(QStringLiteral("serialport"));
         const QString path = kind && kind->serial ? options.serialLines.value(port) : QString();
         const QString why = obstacle(standard, kind, path);
-        Link *link = kind && !kind->serial ? newLink() : sharedLink(path);
+        Link *link = kind && !kind->serial ? newLink() : sharedLink(fileOf(path));
         std::unique_ptr<DeviceReader> reader;
         if (kind && why.isEmpty()) {
             const auto tell = [link](const QString &text) { emit link->told(text); };
-            reader = kind->make({&standard, path, options.grouping, link->stopFlag(), tell});
+            ReaderSetup setup{&standard, path, options.grouping, link->stopFlag(), tell};
+            if (kind->serial) {
+                setup.silence = silenceOf(fileOf(path));
+            }
+            reader = kind->make(setup);
             tellOutside(standard, tell);
         } else {
             emit link->told(QStringLiteral("\"%1\": not read, %2").arg(standard.name, why));
@@ -123,13 +135,20 @@ Link *Acquisition::newLink()
     return link;
 }
 
-// A line may have two names, such as those that udev gives to an adapter.
-Link *Acquisition::sharedLink(const QString &path)
+Link *Acquisition::sharedLink(const QString &file)
 {
-    const QString file = QFileInfo(path).canonicalFilePath();
-    Link *&link = m_sharedLinks[file.isEmpty() ? path : file];
+    Link *&link = m_sharedLinks[file];
     if (!link) {
         link = newLink();
     }
     return link;
+}
+
+std::shared_ptr<LineSilence> Acquisition::silenceOf(const QString &file)
+{
+    std::shared_ptr<LineSilence> &silence = m_silences[file];
+    if (!silence) {
+        silence = std::make_shared<LineSilence>();
+    }
+    return silence;
 }

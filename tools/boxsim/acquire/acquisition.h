@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+class LineSilence;
 class Link;
 
 // How a Box in software reads real devices.
@@ -44,10 +45,12 @@ signals:
 
 private:
     Link *newLink();
-    Link *sharedLink(const QString &path);
+    Link *sharedLink(const QString &file);
+    std::shared_ptr<LineSilence> silenceOf(const QString &file);
 
     QVector<SimStandard> m_standards; // which the readers refer to
     std::vector<std::unique_ptr<Link>> m_links;
     QMap<QString, Link *> m_sharedLinks; // by the file of the line; empty for Standards that cannot be read
-    int m_generation = 0;                // of the links: what older ones have told comes too late
+    QMap<QString, std::shared_ptr<LineSilence>> m_silences; // by the file, also for the next start()
+    int m_generation = 0; // of the links: what older ones have told comes too late
 };

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "boxsim/acquire/linesilence.h"
 #include "boxsim/acquire/reading.h"
 
 #include <QString>
 
 #include <functional>
+#include <memory>
 
 class StopFlag;
 struct SimStandard;
@@ -18,6 +20,8 @@ struct ReaderSetup {
     // A line for the log, told once each: which points can never be read, a parity that the line refuses. It
     // begins with the name of the Standard or the point. May be called from any thread.
     std::function<void(const QString &)> tell;
+    // What the serial line needs, if only because of those that had it open before.
+    std::shared_ptr<LineSilence> silence = std::make_shared<LineSilence>();
 };
 
 // Reads the devices of one Standard over its line: slaves or meters, numbered as in SimStandard::devices.

@@ -45,11 +45,12 @@ void drain(QSerialPort *) {}
 } // namespace
 
 Dlt645Line::Dlt645Line(const QString &path, const SerialSettings &settings, StopFlag *stop,
-                       const std::function<void(const QString &)> &tell)
+                       std::shared_ptr<LineSilence> silence, const std::function<void(const QString &)> &tell)
     : m_path(path)
     , m_settings(settings)
     , m_stop(stop)
     , m_lacks(path, tell)
+    , m_silence(std::move(silence))
 {
 }
 
@@ -83,7 +84,6 @@ bool Dlt645Line::open(QString *reason)
     if (m_settings.rts && !m_switchesRts) {
         m_lacks.tell(QStringLiteral("RTS"));
     }
-    m_lastByte.start();
     return true;
 }
 
@@ -107,8 +107,6 @@ bool Dlt645Line::usesParity() const
 // The file last: what has the line next is to find its settings as they were before.
 void Dlt645Line::close()
 {
-    settle();
-    m_silence = 0;
     m_port.reset();
     m_file.close();
 }
@@ -120,62 +118,74 @@ bool Dlt645Line::isOpen() const
 
 void Dlt645Line::settle()
 {
-    const int silence = m_silence;
-    if (isOpen() && waitForSilence() == Exchange::Restless) {
-        m_silence = silence;
+    if (isOpen()) {
+        waitForSilence();
     }
 }
 
 Dlt645Line::Exchange Dlt645Line::ask(const Dlt645Query &query, int timeout, Dlt645Answer *answer)
 {
-    Exchange exchange = waitForSilence();
-    if (exchange != Exchange::Silent) {
-        return exchange;
+    switch (waitForSilence()) {
+    case LineSilence::Ending::Silent:
+        break;
+    case LineSilence::Ending::Stopped:
+        return Exchange::Silent;
+    case LineSilence::Ending::HungUp:
+        return Exchange::HungUp;
+    case LineSilence::Ending::Restless:
+        return Exchange::Restless;
     }
-    exchange = Exchange::Damaged;
+    Exchange exchange = Exchange::Damaged;
     for (int attempt = 0; attempt < 2 && exchange == Exchange::Damaged; ++attempt) {
         waitForGap();
-        m_port->clear(); // what is there belongs to no request any more
-        m_port->clearError();
-        const QDeadlineTimer deadline(timeout);
-        exchange = send(query.request(), deadline) ? receive(query, deadline, answer) : Exchange::HungUp;
-        m_lastByte.start();
+        exchange = askOnce(query, timeout, answer);
     }
-    m_silence = exchange == Exchange::Silent ? timeout : 0;
     return exchange;
 }
 
 // An answer may still come after a time-out. It would collide with the next request, and one with an error is
 // not to be told from an answer to that, as it names no item.
-Dlt645Line::Exchange Dlt645Line::waitForSilence()
+Dlt645Line::Exchange Dlt645Line::askOnce(const Dlt645Query &query, int timeout, Dlt645Answer *answer)
 {
-    const QDeadlineTimer limit(3 * qint64(m_silence));
-    while (m_silence > 0 && !m_stop->isSet()) {
-        const QDeadlineTimer silence(qMax<qint64>(0, m_silence - m_lastByte.elapsed()));
-        m_port->clearError();
-        if (m_port->waitForReadyRead(sliceOf(silence))) {
-            m_port->readAll();
-            m_lastByte.start();
-        } else if (m_port->error() != QSerialPort::TimeoutError) {
-            m_silence = 0;
-            return Exchange::HungUp;
-        } else if (silence.hasExpired()) {
-            m_silence = 0;
-        }
-        if (m_silence > 0 && limit.hasExpired()) {
-            m_silence = 0;
-            return Exchange::Restless;
-        }
+    m_port->clear(); // what is there belongs to no request any more
+    m_port->clearError();
+    const QDeadlineTimer deadline(timeout);
+    if (!send(query.request(), deadline)) {
+        return Exchange::HungUp;
     }
-    return Exchange::Silent;
+    const Exchange exchange = receive(query, deadline, answer);
+    m_silence->noteByte();
+    if (exchange == Exchange::Silent || exchange == Exchange::HungUp) {
+        m_silence->need(requestTimeout());
+    }
+    return exchange;
+}
+
+LineSilence::Ending Dlt645Line::waitForSilence()
+{
+    return m_silence->wait([this](qint64 time) { return listen(time); }, *m_stop);
+}
+
+int Dlt645Line::listen(qint64 time)
+{
+    const QDeadlineTimer deadline(time);
+    do {
+        m_port->clearError();
+        if (m_port->waitForReadyRead(sliceOf(deadline))) {
+            m_port->readAll();
+            return 1;
+        }
+        if (m_port->error() != QSerialPort::TimeoutError) {
+            return -1;
+        }
+    } while (!deadline.hasExpired() && !m_stop->isSet());
+    return 0;
 }
 
 void Dlt645Line::waitForGap()
 {
     const qint64 gap = (m_settings.gapTime() + 999) / 1000;
-    if (m_lastByte.elapsed() < gap) {
-        m_stop->wait(gap - m_lastByte.elapsed());
-    }
+    m_stop->wait(gap - m_silence->sinceLastByte());
 }
 
 // False if the line hung up. What is not sent when the time is over is thrown away.

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "boxsim/acquire/dlt645query.h"
+#include "boxsim/acquire/linesilence.h"
 #include "boxsim/acquire/serialfile.h"
 #include "boxsim/acquire/seriallacks.h"
 #include "boxsim/acquire/serialsettings.h"
 
 #include <QDeadlineTimer>
-#include <QElapsedTimer>
 
 #include <memory>
 
@@ -14,8 +14,8 @@ class QSerialPort;
 class StopFlag;
 
 // A serial line with DL/T 645 meters. It is used in one thread; it blocks, but ends soon after the stop flag
-// is set. After a request without an answer nothing is sent until the line has been silent for as long as the
-// request waited.
+// is set. After a request without an answer nothing is sent until the line has been silent for one more
+// time-out, however short the request waited.
 class Dlt645Line
 {
 public:
@@ -27,9 +27,10 @@ public:
         Restless, // somebody else talks on the line without an end
     };
 
-    // tell is called once for each thing that the line cannot do, with the words for it.
+    // silence is that of the line. tell is called once for each thing that the line cannot do, with the
+    // words for it.
     Dlt645Line(const QString &path, const SerialSettings &settings, StopFlag *stop,
-               const std::function<void(const QString &)> &tell);
+               std::shared_ptr<LineSilence> silence, const std::function<void(const QString &)> &tell);
     ~Dlt645Line();
 
     QString name() const { return m_path; }
@@ -38,10 +39,9 @@ public:
 
     // False with the reason for the log.
     bool open(QString *reason);
-    // Settles first: whoever opens the line next shall not meet an answer that is late.
     void close();
     bool isOpen() const;
-    // Waits until the line is silent. One that never is, is told by the next request.
+    // Waits for the silence that the line still needs. One that is never silent is told by the next request.
     void settle();
     // Asks a meter, once more if its answer was damaged. The time-out, in milliseconds, is that of each
     // request.
@@ -50,7 +50,9 @@ public:
 private:
     bool openPort(QString *reason);
     bool usesParity() const;
-    Exchange waitForSilence();
+    LineSilence::Ending waitForSilence();
+    int listen(qint64 time);
+    Exchange askOnce(const Dlt645Query &query, int timeout, Dlt645Answer *answer);
     void waitForGap();
     bool send(const QByteArray &request, const QDeadlineTimer &deadline);
     Exchange receive(const Dlt645Query &query, const QDeadlineTimer &deadline, Dlt645Answer *answer);
@@ -60,8 +62,7 @@ private:
     StopFlag *m_stop;
     SerialLacks m_lacks;
     SerialFile m_file;
+    std::shared_ptr<LineSilence> m_silence;
     std::unique_ptr<QSerialPort> m_port; // lives in the thread of its line
-    QElapsedTimer m_lastByte;            // when one came or went
-    int m_silence = 0; // how long the line must be silent before the next request, as an answer may be late
     bool m_switchesRts = false;
 };

@@ -25,7 +25,7 @@ SerialSettings usualSettings()
 Dlt645Reader::Dlt645Reader(const ReaderSetup &setup)
     : m_setup(setup)
     , m_line(setup.serialPath, serialSettings(setup.standard->parameters, usualSettings()), setup.stop,
-             [log = setup.tell, standard = setup.standard->name](const QString &text) {
+             setup.silence, [log = setup.tell, standard = setup.standard->name](const QString &text) {
                  log(QStringLiteral("\"%1\": %2").arg(standard, text));
              })
 {

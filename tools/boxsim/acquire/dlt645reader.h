@@ -22,6 +22,7 @@ public:
     QString lineName() const override { return m_line.name(); }
     int openTimeout() const override;
     int requestTimeout() const override { return m_line.requestTimeout(); }
+    int quietTime() const override { return m_line.requestTimeout(); }
     int leastTimeout() const override { return m_line.leastTimeout(); }
 
     bool open(int /*timeout*/, QString *reason) override { return m_line.open(reason); }

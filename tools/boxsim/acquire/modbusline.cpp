@@ -49,7 +49,6 @@ bool ModbusLine::open(int timeout, QString *reason)
 
 void ModbusLine::close()
 {
-    settle();
     m_context.reset();
 }
 
@@ -111,9 +110,12 @@ ModbusAnswer ModbusLine::receive(const ModbusAsk &ask, int timeout, quint16 *wor
             answer.reason = QStringLiteral("a broken answer");
             return answer;
         case Coming::Lost:
-            return {ModbusAnswer::Kind::Lost, 0, errorText()};
+            answer = {ModbusAnswer::Kind::Lost, 0, errorText()};
+            noteFailure(Failure::NoAnswer);
+            return answer;
         }
     }
+    noteFailure(Failure::NoAnswer);
     return answer;
 }
 

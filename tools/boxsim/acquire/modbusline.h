@@ -49,7 +49,6 @@ public:
     virtual int leastTimeout() const { return 20; }
 
     bool open(int timeout, QString *reason);
-    // Settles first.
     virtual void close();
     // Waits for the silence that the line still needs.
     virtual void settle() {}
@@ -88,7 +87,7 @@ protected:
     virtual int transferTime(int /*dataSize*/) const { return 0; }
     // Whether the answer belongs to the request that was sent last.
     virtual bool isLatest(const QByteArray &answer) const = 0;
-    // The request that was sent last has failed.
+    // The request that was sent last has no answer, if only because of a stop.
     virtual void noteFailure(Failure failure) = 0;
 
     modbus_t *context() const { return m_context.get(); }

@@ -212,5 +212,5 @@ std::unique_ptr<DeviceReader> makeModbusRtuReader(const ReaderSetup &setup)
     };
     const SerialSettings settings = serialSettings(setup.standard->parameters, SerialSettings());
     return std::make_unique<ModbusReader>(
-        setup, std::make_unique<ModbusRtuLine>(setup.serialPath, settings, setup.stop, tell));
+        setup, std::make_unique<ModbusRtuLine>(setup.serialPath, settings, setup.stop, setup.silence, tell));
 }

@@ -2,7 +2,6 @@
 
 #include "boxsim/acquire/stopflag.h"
 
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QThread>
 
@@ -22,13 +21,14 @@ constexpr int timeToAnswer = 100; // milliseconds; most slaves begin their answe
 } // namespace
 
 ModbusRtuLine::ModbusRtuLine(const QString &path, const SerialSettings &settings, StopFlag *stop,
+                             std::shared_ptr<LineSilence> silence,
                              const std::function<void(const QString &)> &tell)
     : ModbusLine(settings.timeout, stop)
     , m_path(path)
     , m_settings(settings)
     , m_lacks(path, tell)
+    , m_silence(std::move(silence))
 {
-    m_sinceLastByte.start();
 }
 
 ModbusRtuLine::~ModbusRtuLine()
@@ -96,7 +96,16 @@ void ModbusRtuLine::enableRts(modbus_t *context)
 
 bool ModbusRtuLine::prepare(int /*timeout*/, ModbusAnswer *answer)
 {
-    if (!waitForSilence(answer)) {
+    switch (waitForSilence()) {
+    case LineSilence::Ending::Silent:
+        break;
+    case LineSilence::Ending::Stopped:
+        return false;
+    case LineSilence::Ending::HungUp:
+        *answer = {ModbusAnswer::Kind::Lost, 0, QStringLiteral("the line hung up")};
+        return false;
+    case LineSilence::Ending::Restless:
+        *answer = {ModbusAnswer::Kind::Unusable, 0, QStringLiteral("the line is never silent")};
         return false;
     }
     const int gap = m_settings.gapTime();
@@ -109,39 +118,20 @@ bool ModbusRtuLine::prepare(int /*timeout*/, ModbusAnswer *answer)
     return true;
 }
 
-bool ModbusRtuLine::waitForSilence(ModbusAnswer *answer)
+LineSilence::Ending ModbusRtuLine::waitForSilence()
 {
-    m_babbles = false;
-    const QDeadlineTimer limit(m_silence);
-    while (m_silence > 0) {
-        const qint64 left = qMax<qint64>(0, m_silence - m_sinceLastByte.elapsed());
-        const int waited = waitFor(socket(), POLLIN, left);
+    const auto listen = [this](qint64 time) {
+        const int waited = waitFor(socket(), POLLIN, time);
         char thrownAway[256];
-        if (waited < 0 || (waited > 0 && ::read(socket(), thrownAway, sizeof thrownAway) <= 0)) {
-            *answer = {ModbusAnswer::Kind::Lost, 0, QStringLiteral("the line hung up")};
-            return false;
-        }
-        if (stopFlag()->isSet()) {
-            return false;
-        }
-        if (waited == 0) {
-            m_silence = 0;
-        } else if (limit.hasExpired()) {
-            m_babbles = true;
-            *answer = {ModbusAnswer::Kind::Unusable, 0, QStringLiteral("the line is never silent")};
-            return false;
-        } else {
-            m_sinceLastByte.restart();
-        }
-    }
-    return true;
+        return waited > 0 && ::read(socket(), thrownAway, sizeof thrownAway) <= 0 ? -1 : waited;
+    };
+    return m_silence->wait(listen, *stopFlag());
 }
 
 void ModbusRtuLine::settle()
 {
-    ModbusAnswer ignored;
-    if (isOpen() && !m_babbles) {
-        waitForSilence(&ignored);
+    if (isOpen()) {
+        waitForSilence();
     }
 }
 
@@ -186,6 +176,5 @@ int ModbusRtuLine::transferTime(int dataSize) const
 // However short the request waited: its answer may take a whole time-out. Out of step the silence helps, too.
 void ModbusRtuLine::noteFailure(Failure)
 {
-    m_silence = requestTimeout();
-    m_sinceLastByte.restart();
+    m_silence->need(requestTimeout());
 }

@@ -1,20 +1,22 @@
 #pragma once
 
+#include "boxsim/acquire/linesilence.h"
 #include "boxsim/acquire/modbusline.h"
 #include "boxsim/acquire/serialfile.h"
 #include "boxsim/acquire/seriallacks.h"
 #include "boxsim/acquire/serialsettings.h"
 
-#include <QElapsedTimer>
+#include <memory>
 
 // A serial line with slaves. After a request without an answer nothing is sent until the line has been silent
 // for one more time-out, since a late answer cannot be told from one to the next request.
 class ModbusRtuLine : public ModbusLine
 {
 public:
-    // tell is called once for each thing that the line cannot do, with the words for it.
+    // silence is that of the line. tell is called once for each thing that the line cannot do, with the
+    // words for it.
     ModbusRtuLine(const QString &path, const SerialSettings &settings, StopFlag *stop,
-                  const std::function<void(const QString &)> &tell);
+                  std::shared_ptr<LineSilence> silence, const std::function<void(const QString &)> &tell);
     ~ModbusRtuLine() override;
 
     QString name() const override { return m_path; }
@@ -37,13 +39,11 @@ protected:
 private:
     Context connectWith(char parity) const;
     void enableRts(modbus_t *context);
-    bool waitForSilence(ModbusAnswer *answer);
+    LineSilence::Ending waitForSilence();
 
     QString m_path;
     SerialSettings m_settings;
     SerialLacks m_lacks;
     SerialFile m_file;
-    QElapsedTimer m_sinceLastByte;
-    qint64 m_silence = 0;   // that must be before the next request
-    bool m_babbles = false; // it was not silent when it had to be
+    std::shared_ptr<LineSilence> m_silence;
 };

@@ -175,8 +175,7 @@ void StandardRun::tryLost(qint64 until, bool alone)
     if (!m_reader || isOver()) {
         return;
     }
-    // A peer that went without a word is not noticed otherwise. Not in the reading: a serial line is closed
-    // when it is silent.
+    // A peer that went without a word is not noticed otherwise.
     if (!m_heard) {
         close();
         m_heard = true;
