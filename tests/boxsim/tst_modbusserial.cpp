@@ -41,6 +41,13 @@ private:
         m_run->start({m_device->standard(slaves, timeout)}, interval, {{"COM0", "line0"}});
     }
 
+    // As long as the device is there.
+    void sendLater(int time, const QByteArray &answer) const
+    {
+        Device *device = m_device.get();
+        QTimer::singleShot(time, device, [device, answer] { device->send(answer); });
+    }
+
     std::unique_ptr<Device> m_device;
     std::unique_ptr<Acquire::Run> m_run;
 };
@@ -61,8 +68,7 @@ void TestModbusSerial::afterATimeoutASerialLineMustBeSilent()
                 return request.good();
             }
             for (const int time : {120, 150, 180}) {
-                QTimer::singleShot(
-                    time, this, [this, late = request.frameOf(2, request.data())] { m_device->send(late); });
+                sendLater(time, request.frameOf(2, request.data()));
             }
             return QByteArray();
         },
@@ -79,9 +85,7 @@ void TestModbusSerial::afterATimeoutASerialLineMustBeSilent()
 void TestModbusSerial::aLineIsSilentForAWholeTimeout()
 {
     RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
-            const QByteArray answer = request.frameOf(2, request.data());
-            QTimer::singleShot(request.station == 2 ? 100 : 120, this,
-                               [this, answer] { m_device->send(answer); });
+            sendLater(request.station == 2 ? 100 : 120, request.frameOf(2, request.data()));
             return QByteArray();
         }));
     SerialSettings settings;
@@ -123,7 +127,7 @@ void TestModbusSerial::whoeverReadsALineNextWaitsForItsSilence()
     RUN(run(
         {Acquire::slave(1, {"7 uint16"})},
         [this](const Request &request) {
-            QTimer::singleShot(120, this, [this, answer = request.good()] { m_device->send(answer); });
+            sendLater(120, request.good());
             return QByteArray();
         },
         60, timeout));
@@ -142,8 +146,7 @@ void TestModbusSerial::standardsOfALineWaitForItsSilence()
 {
     constexpr int timeout = 250;
     RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
-            QTimer::singleShot(request.first == 7 ? 320 : 100, this,
-                               [this, answer = request.good()] { m_device->send(answer); });
+            sendLater(request.first == 7 ? 320 : 100, request.good());
             return QByteArray();
         }));
     m_run = std::make_unique<Acquire::Run>();
@@ -160,7 +163,7 @@ void TestModbusSerial::standardsOfALineWaitForItsSilence()
 void TestModbusSerial::oneLineUnderTwoNamesIsOneLine()
 {
     RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
-            QTimer::singleShot(10, this, [this, answer = request.good()] { m_device->send(answer); });
+            sendLater(10, request.good());
             return QByteArray();
         }));
     QFile::remove("other");
