@@ -5,6 +5,7 @@
 #include "forms/formpage.h"
 #include "model/itemref.h"
 #include "widgets/choosefile.h"
+#include "widgets/showonly.h"
 #include "widgets/tell.h"
 #include "widgets/tooltip.h"
 
@@ -35,7 +36,7 @@ CertificateField::CertificateField(const char *context, Kind kind, Definitions::
 {
     const QString name = QString::fromLatin1(Definitions::valueOf(definition, contentRole).key);
     m_field->setObjectName(name + QStringLiteral("Path"));
-    m_field->setReadOnly(true);
+    ShowOnly::make(m_field);
     m_select->setObjectName(name + QStringLiteral("Select"));
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

@@ -5,6 +5,7 @@
 #include "model/projecttree.h"
 #include "widgets/combobox.h"
 #include "widgets/passwordeye.h"
+#include "widgets/showonly.h"
 #include "widgets/unitmark.h"
 
 #include <QCheckBox>
@@ -83,7 +84,7 @@ TextField *TextField::password()
 
 TextField *TextField::readOnly()
 {
-    edit()->setReadOnly(true);
+    ShowOnly::make(edit());
     return this;
 }
 

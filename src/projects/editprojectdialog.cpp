@@ -2,6 +2,7 @@
 
 #include "forms/formpage.h"
 #include "log/activitylog.h"
+#include "widgets/showonly.h"
 #include "widgets/tell.h"
 
 #include <QFormLayout>
@@ -20,7 +21,7 @@ EditProjectDialog::EditProjectDialog(const QString &name, const QString &path, c
     setWindowTitle(QStringLiteral("Edit Project"));
     m_name->setObjectName(QStringLiteral("name"));
     m_path->setObjectName(QStringLiteral("path"));
-    m_path->setReadOnly(true);
+    ShowOnly::make(m_path);
     m_description->setObjectName(QStringLiteral("description"));
     m_description->setAcceptRichText(false);
     m_description->setTabChangesFocus(true);

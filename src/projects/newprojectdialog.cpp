@@ -2,6 +2,7 @@
 
 #include "forms/formpage.h"
 #include "log/activitylog.h"
+#include "widgets/showonly.h"
 #include "widgets/tell.h"
 
 #include <QDir>
@@ -43,7 +44,7 @@ void NewProjectDialog::appendFields(QFormLayout *form)
 {
     m_name->setObjectName(QStringLiteral("name"));
     m_path->setObjectName(QStringLiteral("path"));
-    m_path->setReadOnly(true);
+    ShowOnly::make(m_path);
     m_description->setObjectName(QStringLiteral("description"));
     m_description->setAcceptRichText(false);
     m_description->setTabChangesFocus(true);

@@ -1,6 +1,7 @@
 #include "definitions/values.h"
 #include "formtest.h"
 #include "logtail.h"
+#include "looks.h"
 #include "model/itemroles.h"
 #include "plc/plceditdialog.h"
 #include "projectdump.h"
@@ -59,6 +60,7 @@ private slots:
     void wheelChangesTheListInUse();
     void timesTellTheirUnit();
     void passwordsAreShownToWhoHoldsTheirEye();
+    void fieldsThatOnlyShowLookSo();
     void rolesOfTheWrongTypeDoNoHarm();
     void writesItsLifeToTheLog();
 
@@ -390,6 +392,17 @@ void TestEveryForm::timesTellTheirUnit()
     }
     const bool hasTimes = row().kind == Kind::Standard || row().kind == Kind::Plc;
     QCOMPARE(edit(*form, "collectionInterval") != nullptr, hasTimes);
+}
+
+void TestEveryForm::fieldsThatOnlyShowLookSo()
+{
+    const auto form = open();
+    RUN(show(*form));
+    const auto edits = form->findChildren<QLineEdit *>();
+    for (const QLineEdit *edit : edits) {
+        const bool isOpen = edit->isEnabled() && !edit->isReadOnly();
+        QVERIFY2(looksReadOnly(edit) != isOpen, qPrintable(edit->objectName()));
+    }
 }
 
 void TestEveryForm::passwordsAreShownToWhoHoldsTheirEye()

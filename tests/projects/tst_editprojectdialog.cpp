@@ -2,10 +2,13 @@
 
 #include "inputdialogs.h"
 #include "logtail.h"
+#include "looks.h"
 #include "messages.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QTextEdit>
 #include <QtTest>
 
@@ -14,6 +17,7 @@ class TestEditProjectDialog : public QObject
     Q_OBJECT
 private slots:
     void showsWhatItIsGiven();
+    void pathLooksReadOnlyOnEachDesktop();
     void settersReplaceWhatItShows();
     void savingReportsAndStaysOpen();
     void savingNeedsOnlyAName();
@@ -58,6 +62,20 @@ void TestEditProjectDialog::showsWhatItIsGiven()
         QVERIFY(!button->autoDefault());
     }
     QCOMPARE(buttons, QStringList({"Save", "Cancel"}));
+}
+
+void TestEditProjectDialog::pathLooksReadOnlyOnEachDesktop()
+{
+    const QPalette desktop = QApplication::palette();
+    const auto restore = qScopeGuard([&desktop] { QApplication::setPalette(desktop); });
+    const Form form;
+    const auto *path = child<QLineEdit>(form, "path");
+    for (const QPalette &each : {desktop, QPalette(QColor(40, 40, 40)), desktop}) {
+        QApplication::setPalette(each);
+        QCOMPARE(path->palette().window(), each.window());
+        QVERIFY(looksReadOnly(path));
+        QVERIFY(!looksReadOnly(child<QLineEdit>(form, "name")));
+    }
 }
 
 void TestEditProjectDialog::settersReplaceWhatItShows()

@@ -2,6 +2,7 @@
 
 #include "inputdialogs.h"
 #include "logtail.h"
+#include "looks.h"
 #include "messages.h"
 #include "modaldialogs.h"
 #include "projectdump.h"
@@ -61,6 +62,8 @@ void TestNewProjectDialog::opensEmptyAndWithAReadOnlyPath()
     QCOMPARE(child<QLineEdit>("name")->text(), QString());
     QCOMPARE(child<QLineEdit>("path")->text(), QString());
     QVERIFY(child<QLineEdit>("path")->isReadOnly());
+    QVERIFY(looksReadOnly(child<QLineEdit>("path")));
+    QVERIFY(!looksReadOnly(child<QLineEdit>("name")));
     QCOMPARE(child<QTextEdit>("description")->toPlainText(), QString());
     QStringList buttons;
     for (const QPushButton *button : m_dialog->findChildren<QPushButton *>()) {
