@@ -151,6 +151,14 @@ void History::add(const Readings &report)
     emit grown();
 }
 
+void History::nameBox(const QString &box, const QString &project, const QString &name)
+{
+    QStringList &names = m_boxNames[{box, project}];
+    if (!name.isEmpty() && !names.contains(name)) {
+        names.append(name);
+    }
+}
+
 void History::endSession(const QString &box, qint64 time)
 {
     for (const auto &entry : m_standards) {
@@ -218,6 +226,11 @@ std::optional<Point> History::point(const PointId &id) const
     const Found found = find(id);
     return found.series ? std::make_optional(Point{id, found.series->address(), found.series->type()})
                         : std::nullopt;
+}
+
+QStringList History::boxNames(const PointId &id) const
+{
+    return m_boxNames.value({id.box, id.project});
 }
 
 TimeRange History::extent(const PointId &id) const

@@ -3,6 +3,7 @@
 #include "history/samplesource.h"
 
 #include <QHash>
+#include <QPair>
 
 #include <map>
 #include <memory>
@@ -26,6 +27,8 @@ public:
     // before, NoReport breaks its points at the end of these; a point that the report lacks is broken at its
     // time. Of texts 1 kB is kept.
     void add(const Readings &report);
+    // What the Box is called while it reports the project.
+    void nameBox(const QString &box, const QString &project, const QString &name);
     // The session with the Box has ended at that time: breaks all of its points for which NoReport or Ended
     // does not stand yet.
     void endSession(const QString &box, qint64 time);
@@ -47,6 +50,7 @@ public:
     // Those of a Standard in the order in which they came.
     QVector<Point> points() const override;
     std::optional<Point> point(const PointId &id) const override;
+    QStringList boxNames(const PointId &id) const override;
     TimeRange extent(const PointId &id) const override;
     bool isGrowing() const override { return true; }
     // Answers at once. What is late by the present, or by the end of the range before it, is broken there.
@@ -76,5 +80,6 @@ private:
     std::map<PointId, std::unique_ptr<Standard>>
         m_standards; // by their ids without a name; none is without points
     QHash<PointId, int> m_holds;
+    QHash<QPair<QString, QString>, QStringList> m_boxNames; // by address and project
     std::map<const void *, Thinnings> m_thinnings; // what each asker asked last, of points that are held
 };

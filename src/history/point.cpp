@@ -2,6 +2,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <tuple>
 
 namespace {
@@ -9,6 +10,24 @@ namespace {
 auto tied(const PointId &id)
 {
     return std::tie(id.box, id.project, id.standard, id.name);
+}
+
+enum Level { Name, Standard, Project, Box, LevelCount };
+
+QString nameUpTo(int level, const PointId &id)
+{
+    const QStringList parts{id.box, id.project, id.standard, id.name};
+    return parts.mid(Box - level).join(QLatin1String(" / "));
+}
+
+// What all names have in front: nobody should take a point for one of another source.
+int commonLevel(const QVector<PointId> &ids)
+{
+    const auto differ = [&ids](QString PointId::*part) {
+        return std::any_of(ids.cbegin(), ids.cend(),
+                           [&ids, part](const PointId &id) { return id.*part != ids.first().*part; });
+    };
+    return differ(&PointId::box) ? Box : differ(&PointId::project) ? Project : Name;
 }
 
 } // namespace
@@ -33,26 +52,27 @@ uint qHash(const PointId &id, uint seed)
 
 QStringList distinctNames(const QVector<PointId> &ids)
 {
-    constexpr int levels = 4;
-    const auto nameOf = [](const PointId &id, int level) {
-        const QStringList parts{id.box, id.project, id.standard, id.name};
-        return parts.mid(levels - 1 - level).join(QLatin1String(" / "));
-    };
-    QHash<QString, int> counts[levels];
-    for (int level = 0; level < levels; ++level) {
+    const int least = commonLevel(ids);
+    QHash<QString, int> counts[LevelCount];
+    for (int level = least; level < LevelCount; ++level) {
         for (const PointId &id : ids) {
-            ++counts[level][nameOf(id, level)];
+            ++counts[level][nameUpTo(level, id)];
         }
     }
     QStringList names;
     for (const PointId &id : ids) {
-        int level = 0;
-        while (level < levels - 1 && counts[level].value(nameOf(id, level)) > 1) {
+        int level = least;
+        while (level < Box && counts[level].value(nameUpTo(level, id)) > 1) {
             ++level;
         }
-        names.append(nameOf(id, level));
+        names.append(nameUpTo(level, id));
     }
     return names;
+}
+
+QString fullName(const PointId &id)
+{
+    return nameUpTo(Box, id);
 }
 
 Shape shapeOf(const QString &type)

@@ -17,8 +17,11 @@ bool operator<(const PointId &left, const PointId &right);
 uint qHash(const PointId &id, uint seed = 0);
 
 // A name for each point that tells it apart from the others: its own, with Standard, project and Box in front
-// as far as needed: "Line 1 / Pressure".
+// as far as needed: "Line 1 / Pressure". Points of several projects all have theirs in front, those of
+// several Boxes project and Box.
 QStringList distinctNames(const QVector<PointId> &ids);
+// The name with all of these: "10.0.0.1 / Plant / Line 1 / Pressure".
+QString fullName(const PointId &id);
 
 // How what lies between two samples of a point is drawn.
 enum class Shape {

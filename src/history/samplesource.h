@@ -47,6 +47,9 @@ public:
     virtual QVector<Point> points() const = 0;
     // As it is described now; none if the source does not have it.
     virtual std::optional<Point> point(const PointId &id) const = 0;
+    // What the Box of the point was called while its project reported, as far as the source knows that; the
+    // first name first.
+    virtual QStringList boxNames(const PointId &) const { return {}; }
     // Of all samples of the point, breaks too; from > to if it has none.
     virtual TimeRange extent(const PointId &id) const = 0;
     // Whether samples still come, so that a window has a present to follow.

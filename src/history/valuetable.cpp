@@ -46,14 +46,9 @@ QByteArray cellOf(const Sample &sample)
 
 QByteArray headLine(const std::vector<ValueTable::Column> &columns)
 {
-    QVector<PointId> ids;
-    for (const ValueTable::Column &column : columns) {
-        ids.append(column.id);
-    }
     QByteArrayList cells{"Time"};
-    const QStringList names = distinctNames(ids);
-    for (const QString &name : names) {
-        cells.append(csvCell(name));
+    for (const ValueTable::Column &column : columns) {
+        cells.append(csvCell(fullName(column.id)));
     }
     return csvBegin + csvLine(cells);
 }

@@ -8,10 +8,10 @@
 class QIODevice;
 
 // The values of points as CSV, one line for each time at which one of them has a sample: the time, then one
-// column a point, empty where that has none. Times are local and by ISO 8601, with ms and the offset from
-// UTC: 2026-01-31T13:45:00.250+01:00. Numbers are the shortest that read back as the same double, integers
-// that a double can't hold and texts stand as they are. A break has the word of its state, English in each
-// language: "not valid", "no number", "no report", "ended", "dropped".
+// column a point under its fullName(), empty where that has none. Times are local and by ISO 8601, with ms
+// and the offset from UTC: 2026-01-31T13:45:00.250+01:00. Numbers are the shortest that read back as the same
+// double, integers that a double can't hold and texts stand as they are. A break has the word of its state,
+// English in each language: "not valid", "no number", "no report", "ended", "dropped".
 namespace ValueTable {
 
 struct Column {

@@ -2,6 +2,7 @@
 
 #include "history/history.h"
 #include "history/recordingreader.h"
+#include "trends/trendtexts.h"
 
 #include <QDateTime>
 #include <QSet>
@@ -73,6 +74,21 @@ QVector<Point> TrendFeed::points() const
         }
     }
     return points;
+}
+
+QString TrendFeed::sources(const QVector<PointId> &points) const
+{
+    QStringList sources;
+    QSet<QPair<QString, QString>> known;
+    for (const PointId &point : points) {
+        const QPair<QString, QString> source(point.box, point.project);
+        if (!known.contains(source)) {
+            known.insert(source);
+            sources.append(TrendTexts::ofSource(point, m_source ? m_source->boxNames(point) : QStringList()));
+        }
+    }
+    sources.removeAll(QString());
+    return sources.join(QStringLiteral("; "));
 }
 
 TimeRange TrendFeed::extent() const

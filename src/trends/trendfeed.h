@@ -28,6 +28,8 @@ public:
     const QVector<PointId> &ids() const { return m_points; }
     // All of them as they are described now, as far as the source has them.
     QVector<Point> points() const;
+    // Whose values they are, in words; each source once.
+    QString sources(const QVector<PointId> &points) const;
     // Of all samples of the points; from > to if there are none.
     TimeRange extent() const;
     // What to show first: the last minutes of live values; the last day of a recording or all of it, up to

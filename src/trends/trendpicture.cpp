@@ -45,11 +45,11 @@ qreal lineHeight(const QPainter *painter)
 } // namespace
 
 TrendPicture::TrendPicture(const FigureModel *figures, const TimeView &view, const Markers &markers,
-                           QString title)
+                           Head head)
     : m_figures(figures)
     , m_view(view)
     , m_markers(markers)
-    , m_title(std::move(title))
+    , m_head(std::move(head))
 {
     for (int row = 0; row < figures->rowCount(); ++row) {
         if (figures->curves().at(row).shown) {
@@ -76,7 +76,7 @@ bool TrendPicture::saveSvg(const QString &path) const
     svg.setResolution(pixelsPerInch);
     svg.setSize(page.toSize());
     svg.setViewBox(QRectF(QPointF(0, 0), page));
-    svg.setTitle(m_title);
+    svg.setTitle(m_head.title);
     QFont font = QApplication::font();
     font.setPointSizeF(9);
     QPainter painter(&svg);
@@ -109,7 +109,10 @@ QVector<int> TrendPicture::columns() const
 
 QString TrendPicture::text() const
 {
-    QStringList lines{m_title, TrendTexts::ofRange(m_view.range())};
+    QStringList lines{m_head.title, TrendTexts::ofRange(m_view.range())};
+    if (!m_head.sources.isEmpty()) {
+        lines.append(m_head.sources);
+    }
     const QVector<int> shown = columns();
     const QVector<int> all = rows();
     for (const int row : all) {
@@ -155,9 +158,14 @@ qreal TrendPicture::paintHead(QPainter *painter, const QRectF &area) const
     painter->setFont(bold);
     const qreal room = area.width() - painter->fontMetrics().horizontalAdvance(range) - 2 * margin;
     painter->drawText(head, Qt::AlignLeft | Qt::AlignTop,
-                      painter->fontMetrics().elidedText(m_title, Qt::ElideRight, int(room)));
+                      painter->fontMetrics().elidedText(m_head.title, Qt::ElideRight, int(room)));
     painter->setFont(plain);
-    return line + margin / 2;
+    if (m_head.sources.isEmpty()) {
+        return line + margin / 2;
+    }
+    painter->drawText(head.translated(0, line), Qt::AlignLeft | Qt::AlignTop,
+                      painter->fontMetrics().elidedText(m_head.sources, Qt::ElideMiddle, int(area.width())));
+    return 2 * line + margin / 2;
 }
 
 void TrendPicture::paintPlot(QPainter *painter, const QRectF &area, const Sheet &sheet) const

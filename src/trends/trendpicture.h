@@ -11,12 +11,17 @@
 class FigureModel;
 class QPainter;
 
-// A trend as a picture: title, time, plot and the figures of the curves that are shown.
+// A trend as a picture: title, time, sources, plot and the figures of the curves that are shown.
 class TrendPicture
 {
     Q_DECLARE_TR_FUNCTIONS(TrendPicture)
 public:
-    TrendPicture(const FigureModel *figures, const TimeView &view, const Markers &markers, QString title);
+    struct Head {
+        QString title;
+        QString sources; // whose values they are; may be empty
+    };
+
+    TrendPicture(const FigureModel *figures, const TimeView &view, const Markers &markers, Head head);
 
     // With twice as many pixels as the size has on screen, in the colours of the desktop.
     QImage image(const QSize &size, const QPalette &desktop) const;
@@ -54,5 +59,5 @@ private:
     QVector<int> m_rows; // of the curves that are shown
     TimeView m_view;
     Markers m_markers;
-    QString m_title;
+    Head m_head;
 };

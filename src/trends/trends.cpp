@@ -103,6 +103,7 @@ void Trends::take(MonitoringPage *page, const LiveSource &source, const QVariant
     report.rows = readRows(rows, before);
     before = report.rows;
     m_shown[page].insert({source.address, source.project});
+    m_history->nameBox(source.address, source.project, source.box);
     m_history->add(report);
     m_recordings->add(report);
 }

@@ -61,14 +61,8 @@ void TrendSaver::savePicture()
 // As they are when it is asked for.
 void TrendSaver::saveValues()
 {
-    QVector<PointId> shown;
-    for (const Curve &curve : m_parts.figures->curves()) {
-        if (curve.shown) {
-            shown.append(curve.point.id);
-        }
-    }
     const TimeRange range = m_parts.plot->view().range();
-    std::vector<ValueTable::Column> columns = m_parts.feed->values(shown, range);
+    std::vector<ValueTable::Column> columns = m_parts.feed->values(shown(), range);
     const QPointer<TrendSaver> self(this);
     const QString path =
         chooseSaveFile(m_window, tr("Save Values"), lastUsedFolder(), tr("CSV Files (*.csv)"), fileName());
@@ -77,9 +71,23 @@ void TrendSaver::saveValues()
     }
 }
 
+QVector<PointId> TrendSaver::shown() const
+{
+    QVector<PointId> shown;
+    for (const Curve &curve : m_parts.figures->curves()) {
+        if (curve.shown) {
+            shown.append(curve.point.id);
+        }
+    }
+    return shown;
+}
+
 TrendPicture TrendSaver::picture() const
 {
-    return {m_parts.figures, m_parts.plot->view(), m_parts.marks->markers(), m_window->windowTitle()};
+    return {m_parts.figures,
+            m_parts.plot->view(),
+            m_parts.marks->markers(),
+            {m_window->windowTitle(), m_parts.feed->sources(shown())}};
 }
 
 QString TrendSaver::fileName() const

@@ -33,6 +33,7 @@ public:
     void saveValues();
 
 private:
+    QVector<PointId> shown() const;
     TrendPicture picture() const;
     QString fileName() const;
 

@@ -56,6 +56,14 @@ QString TrendTexts::ofPoint(const Point &point)
     return lines.join(QLatin1Char('\n'));
 }
 
+QString TrendTexts::ofSource(const PointId &point, const QStringList &boxNames)
+{
+    const QString box = boxNames.join(QStringLiteral(", ")) + QLatin1Char(' ') + point.box;
+    QStringList parts{point.project, box.trimmed()};
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral(" · "));
+}
+
 QString TrendTexts::ofBreak(SampleState why)
 {
     switch (why) {

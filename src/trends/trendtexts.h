@@ -11,6 +11,8 @@ class TrendTexts
 public:
     // All that is known of the point, a line each.
     static QString ofPoint(const Point &point);
+    // Project, Box and address, as the line of a live page has them.
+    static QString ofSource(const PointId &point, const QStringList &boxNames);
     static QString ofBreak(SampleState why);
     // Numbers are in the C locale, as on live pages; a dash is none. The shortest text that reads back as the
     // same number.

@@ -46,6 +46,7 @@ TrendWindow::TrendWindow(SampleSource *source, QWidget *parent)
     , m_figures(m_table->figures())
     , m_marks(new TrendMarks(this))
     , m_control(new ViewControl(m_plot, m_marks, [this] { return m_feed->extent(); }))
+    , m_sources(new QuietLine(this))
     , m_markerLine(new QuietLine(this))
     , m_values(new MarkValues(m_feed, m_marks,
                               {m_plot, new Readout(m_plot->canvas()), m_figures, m_markerLine}, this))
@@ -85,6 +86,8 @@ void TrendWindow::layOut()
     m_hint->setObjectName(QStringLiteral("hint"));
     m_hint->setAlignment(Qt::AlignCenter);
     m_hint->setWordWrap(true);
+    m_sources->setObjectName(QStringLiteral("sources"));
+    m_sources->hide();
     m_markerLine->setObjectName(QStringLiteral("markerLine"));
     m_plot->setMinimumHeight(leastPlotHeight);
     m_splitter->setChildrenCollapsible(false);
@@ -99,6 +102,7 @@ void TrendWindow::layOut()
     layout->addWidget(m_tools);
     layout->addWidget(m_recording);
     layout->addWidget(m_note);
+    layout->addWidget(m_sources);
     layout->addWidget(m_pages, 1);
     layout->addWidget(m_markerLine);
 }
@@ -182,6 +186,7 @@ void TrendWindow::addPoints(const QVector<Point> &points)
         return;
     }
     m_feed->add(fresh);
+    tellSources();
     m_pages->setCurrentIndex(1);
     fitTable();
     showTitle();
@@ -253,6 +258,7 @@ void TrendWindow::choosePoints()
 void TrendWindow::removeRows(const QVector<int> &rows)
 {
     m_feed->remove(m_figures->remove(rows));
+    tellSources();
     m_note->tell(TrendNote::Excess, QString());
     if (m_figures->rowCount() == 0) {
         m_pages->setCurrentIndex(0);
@@ -297,6 +303,7 @@ void TrendWindow::redraw()
     m_sinceRedraw.start();
     if (m_answer) {
         m_figures->describe(m_feed->points());
+        tellSources(); // a Box may have another name by now
         m_figures->setAnswers(m_answer->request, m_answer->curves);
         m_answer.reset();
     }
@@ -335,6 +342,12 @@ void TrendWindow::showTitle()
     }
     setWindowTitle(standards.isEmpty() ? tr("Trend")
                                        : tr("Trend: %1").arg(standards.join(QStringLiteral(", "))));
+}
+
+void TrendWindow::tellSources()
+{
+    m_sources->setText(m_feed->sources(m_feed->ids()));
+    m_sources->setVisible(!m_sources->text().isEmpty());
 }
 
 void TrendWindow::tellClock()

@@ -89,6 +89,7 @@ private:
     void showTools();
     void showTitle();
     void tellClock();
+    void tellSources();
 
     QMap<TrendTools::Tool, std::function<void()>> m_works;
     TrendFeed *m_feed;
@@ -98,6 +99,7 @@ private:
     FigureModel *m_figures;
     TrendMarks *m_marks;
     ViewControl *m_control;
+    QuietLine *m_sources;
     QuietLine *m_markerLine;
     MarkValues *m_values;
     RecordingLine *m_recording;

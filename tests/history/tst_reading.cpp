@@ -157,13 +157,15 @@ void TestReading::tellsNamesApart_data()
     };
     row("none", {}, {});
     row("one", {{"10.0.0.1", "Plant", "Line", "Ua"}}, {"Ua"});
-    row("by name", {{"b", "p", "s", "Ua"}, {"c", "q", "t", "Ub"}}, {"Ua", "Ub"});
+    row("by name", {{"b", "p", "s", "Ua"}, {"b", "p", "t", "Ub"}}, {"Ua", "Ub"});
     row("by Standard", {{"b", "p", "s", "Ua"}, {"b", "p", "t", "Ua"}, {"b", "p", "t", "Ub"}},
         {"s / Ua", "t / Ua", "Ub"});
     row("by project", {{"b", "p", "s", "Ua"}, {"b", "q", "s", "Ua"}}, {"p / s / Ua", "q / s / Ua"});
     row("by Box", {{"b", "p", "s", "Ua"}, {"c", "p", "s", "Ua"}}, {"b / p / s / Ua", "c / p / s / Ua"});
     row("each as far as needed", {{"b", "p", "s", "Ua"}, {"c", "p", "s", "Ua"}, {"b", "p", "t", "Ua"}},
-        {"b / p / s / Ua", "c / p / s / Ua", "t / Ua"});
+        {"b / p / s / Ua", "c / p / s / Ua", "b / p / t / Ua"});
+    row("of two projects", {{"b", "p", "s", "Ua"}, {"b", "q", "s", "Ub"}}, {"p / s / Ua", "q / s / Ub"});
+    row("of two Boxes", {{"b", "p", "s", "Ua"}, {"c", "p", "s", "Ub"}}, {"b / p / s / Ua", "c / p / s / Ub"});
     row("outside a session", {{"", "p", "s", "Ua"}, {"c", "p", "s", "Ua"}},
         {" / p / s / Ua", "c / p / s / Ua"});
 }

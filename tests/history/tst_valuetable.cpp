@@ -112,7 +112,7 @@ private slots:
     void writesNumbers_data();
     void writesNumbers();
     void mergesByTime();
-    void tellsColumnsApart();
+    void tellsWhoseColumnsTheyAre();
     void writesPieceByPiece();
     void tellsThatItCouldNotWrite_data();
     void tellsThatItCouldNotWrite();
@@ -135,22 +135,22 @@ void TestValueTable::writes_data()
     const qint64 noon = ms("2026-01-31T11:45:00.250Z");
     const QByteArray noonText = "2026-01-31T12:45:00.250+01:00";
     row("no point", {}, "Time\r\n");
-    row("no sample", {{"Ua", {}}}, "Time,Ua\r\n");
-    row("a number", {{"Ua", {number(noon, 2.5)}}}, "Time,Ua\r\n" + noonText + ",2.5\r\n");
+    row("no sample", {{"Ua", {}}}, "Time,b / p / s / Ua\r\n");
+    row("a number", {{"Ua", {number(noon, 2.5)}}}, "Time,b / p / s / Ua\r\n" + noonText + ",2.5\r\n");
     row("a number and its digits",
         {{"I", {{noon, 9007199254740992, SampleState::Valid, " 9007199254740993"}}}},
-        "Time,I\r\n" + noonText + ",9007199254740993\r\n");
-    row("a text", {{"Mode", {text(noon, "on")}}}, "Time,Mode\r\n" + noonText + ",on\r\n");
-    row("an empty text", {{"Mode", {text(noon, "")}}}, "Time,Mode\r\n" + noonText + ",\r\n");
+        "Time,b / p / s / I\r\n" + noonText + ",9007199254740993\r\n");
+    row("a text", {{"Mode", {text(noon, "on")}}}, "Time,b / p / s / Mode\r\n" + noonText + ",on\r\n");
+    row("an empty text", {{"Mode", {text(noon, "")}}}, "Time,b / p / s / Mode\r\n" + noonText + ",\r\n");
     row("quoted", {{"a,\"b\"", {text(noon, "1,5\r\n\"x\"")}}},
-        "Time,\"a,\"\"b\"\"\"\r\n" + noonText + ",\"1,5\r\n\"\"x\"\"\"\r\n");
-    row("UTF-8", {{"温度", {text(noon, "高 °C")}}}, "Time,温度\r\n" + noonText + ",高 °C\r\n");
+        "Time,\"b / p / s / a,\"\"b\"\"\"\r\n" + noonText + ",\"1,5\r\n\"\"x\"\"\"\r\n");
+    row("UTF-8", {{"温度", {text(noon, "高 °C")}}}, "Time,b / p / s / 温度\r\n" + noonText + ",高 °C\r\n");
     row("breaks",
         {{"Ua",
           {broken(noon, SampleState::NotValid, "7"), broken(noon + 1, SampleState::NoNumber, "nan"),
            broken(noon + 2, SampleState::NoReport), broken(noon + 3, SampleState::Ended),
            broken(noon + 4, SampleState::Dropped)}}},
-        "Time,Ua\r\n"
+        "Time,b / p / s / Ua\r\n"
         "2026-01-31T12:45:00.250+01:00,not valid\r\n"
         "2026-01-31T12:45:00.251+01:00,no number\r\n"
         "2026-01-31T12:45:00.252+01:00,no report\r\n"
@@ -158,7 +158,7 @@ void TestValueTable::writes_data()
         "2026-01-31T12:45:00.254+01:00,dropped\r\n");
     row("an hour that comes twice",
         {{"Ua", {number(ms("2026-10-25T00:30:00.000Z"), 1), number(ms("2026-10-25T01:30:00.000Z"), 2)}}},
-        "Time,Ua\r\n2026-10-25T02:30:00.000+02:00,1\r\n2026-10-25T02:30:00.000+01:00,2\r\n");
+        "Time,b / p / s / Ua\r\n2026-10-25T02:30:00.000+02:00,1\r\n2026-10-25T02:30:00.000+01:00,2\r\n");
 }
 
 void TestValueTable::writes()
@@ -206,7 +206,7 @@ void TestValueTable::mergesByTime()
                           {"C", {number(1000, 10), number(2000, 20)}},
                           {"D", {text(2000, "x"), broken(4000, SampleState::Ended)}}};
     QCOMPARE(written(columns),
-             QByteArray("\xef\xbb\xbfTime,A,B,C,D\r\n"
+             QByteArray("\xef\xbb\xbfTime,b / p / s / A,b / p / s / B,b / p / s / C,b / p / s / D\r\n"
                         "1970-01-01T01:00:00.000+01:00,1,,,\r\n"
                         "1970-01-01T01:00:01.000+01:00,,,10,\r\n"
                         "1970-01-01T01:00:02.000+01:00,2,,20,x\r\n"
@@ -214,16 +214,16 @@ void TestValueTable::mergesByTime()
                         "1970-01-01T01:00:04.000+01:00,,,,ended\r\n"));
 }
 
-void TestValueTable::tellsColumnsApart()
+void TestValueTable::tellsWhoseColumnsTheyAre()
 {
     std::vector<ValueTable::Column> columns;
-    for (const PointId &id : {PointId{"b", "p", "Line 1", "Ua"}, PointId{"b", "p", "Line 2", "Ua"}}) {
+    for (const PointId &id : {PointId{"b", "p", "Line 1", "Ua"}, PointId{"c", "p", "Line 1", "Ua"}}) {
         columns.push_back({id, std::make_unique<ListCursor>(QVector<Sample>())});
     }
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QVERIFY(ValueTable::write(&buffer, std::move(columns)));
-    QCOMPARE(buffer.data(), QByteArray("\xef\xbb\xbfTime,Line 1 / Ua,Line 2 / Ua\r\n"));
+    QCOMPARE(buffer.data(), QByteArray("\xef\xbb\xbfTime,b / p / Line 1 / Ua,c / p / Line 1 / Ua\r\n"));
 }
 
 void TestValueTable::writesPieceByPiece()

@@ -158,10 +158,11 @@ void TestTrendOutput::copiesPictureAndFigures()
     tool("copyTrend")->click();
     const QMimeData *data = QApplication::clipboard()->mimeData();
     const QStringList lines = data->text().split(QLatin1Char('\n'));
-    QCOMPARE(lines.size(), 4);
+    QCOMPARE(lines.size(), 5);
     QCOMPARE(lines.at(0), "Trend: Relay");
-    QCOMPARE(lines.at(2), "Point\tType\tCurrent\tLeast\tGreatest\tMean");
-    QCOMPARE(lines.at(3), "Voltage\tfloat\t231.5\t230\t240\t234.125");
+    QCOMPARE(lines.at(2), "Riverside · 127.0.0.2");
+    QCOMPARE(lines.at(3), "Point\tType\tCurrent\tLeast\tGreatest\tMean");
+    QCOMPARE(lines.at(4), "Voltage\tfloat\t231.5\t230\t240\t234.125");
     QCOMPARE(qvariant_cast<QImage>(data->imageData()).size(), window->size() * 2);
 }
 
@@ -196,8 +197,8 @@ void TestTrendOutput::savesAPicture()
     QFile svg(file);
     QVERIFY(svg.open(QIODevice::ReadOnly));
     const QByteArray words = svg.readAll();
-    for (const char *word :
-         {"Trend: Relay", "Voltage", "234.125", "Running", "not valid", "Time of arrival at this computer"}) {
+    for (const char *word : {"Trend: Relay", "Riverside · 127.0.0.2", "Voltage", "234.125", "Running",
+                             "not valid", "Time of arrival at this computer"}) {
         QVERIFY2(words.contains(word), word);
     }
 }
@@ -212,7 +213,7 @@ void TestTrendOutput::pictureTellsScalesAndWholeReasons()
     press(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
     const QStringList lines = QApplication::clipboard()->text().split('\n');
     QStringList scales;
-    for (const QString &line : lines.mid(2)) {
+    for (const QString &line : lines.mid(3)) {
         scales.append(line.section('\t', -1));
     }
     QCOMPARE(scales, (QStringList{"Scale", "Left", "Right"}));
@@ -241,7 +242,7 @@ void TestTrendOutput::pictureLeavesOutHiddenCurves()
     const QStringList lines = QApplication::clipboard()->text().split('\n');
     // Nor is there the column of what it alone has skipped.
     QCOMPARE(
-        lines.mid(2),
+        lines.mid(3),
         QStringList({"Point\tType\tCurrent\tLeast\tGreatest\tMean\tScale",
                      "Voltage\tfloat\t231.5\t230\t240\t234.125\tLeft", "Load\tfloat\t8\t7\t8\t7.5\tRight"}));
 
@@ -269,7 +270,7 @@ void TestTrendOutput::savesValuesOnScreen()
     QTRY_VERIFY(QFile::exists("values.csv"));
     const QList<QByteArray> lines = Files::contents("values.csv").split('\n');
     QVERIFY2(lines.size() >= 4, qPrintable(QString::number(lines.size())));
-    QVERIFY(lines.at(0).trimmed().endsWith("Voltage"));
+    QCOMPARE(lines.at(0).trimmed(), "\xef\xbb\xbfTime,127.0.0.2 / Riverside / Relay / Voltage");
     QVERIFY(lines.at(1).trimmed().endsWith(",240"));
     QVERIFY(lines.at(2).trimmed().endsWith(",not valid"));
     QVERIFY(lines.at(3).trimmed().endsWith(",235"));

@@ -1,5 +1,7 @@
+#include "trends/figuremodel.h"
 #include "trends/figuretable.h"
 #include "trendstest.h"
+#include "widgets/quietline.h"
 
 #include <QLineEdit>
 #include <QPointer>
@@ -22,6 +24,8 @@ private slots:
     void menuAddsToOneOfSeveralWindows();
     void menuWithoutASelectionOffersNoTrend();
     void pointsBelongToTheSourceThatShowedLast();
+    void windowsNameTheirSources();
+    void curvesEndWhereAnotherBoxReports();
     void droppedRowsAreAdded();
     void onlyTablesMayBeDropped_data();
     void onlyTablesMayBeDropped();
@@ -167,6 +171,67 @@ void TestTrends::pointsBelongToTheSourceThatShowedLast()
     QVERIFY(points.at(1).id == other);
     QCOMPARE(samplesOf(history(), riverside("Ua")), QStringList("1"));
     QCOMPARE(samplesOf(history(), other), QStringList("8"));
+}
+
+static QString sourcesOf(const TrendWindow *window)
+{
+    const auto *line = window->findChild<QuietLine *>("sources");
+    return line->isVisible() ? line->text() : QString();
+}
+
+static QStringList labelsOf(const TrendWindow *window)
+{
+    QStringList labels;
+    for (const Curve &curve : window->findChild<FigureTable *>()->figures()->curves()) {
+        labels.append(curve.label);
+    }
+    return labels;
+}
+
+void TestTrends::windowsNameTheirSources()
+{
+    const MonitoringPage *shown = openPage({point("Ua", "1"), point("Ub", "2")});
+    m_trends->showTrend();
+    TrendWindow *window = windows().first();
+    QCOMPARE(sourcesOf(window), QString());
+    select(shown, {0});
+    QVERIFY(drop(shown->table(), window));
+    QTRY_COMPARE(sourcesOf(window), "Riverside · Gateway north 127.0.0.2");
+    QCOMPARE(labelsOf(window), QStringList("Ua"));
+    m_view->endSession("127.0.0.2");
+    m_view->setBox("Gateway south", "127.0.0.3");
+    receive({point("Ua", "7"), point("Ub", "8")});
+    QCoreApplication::processEvents();
+    QCOMPARE(sourcesOf(window), "Riverside · Gateway north 127.0.0.2"); // still those curves
+    select(shown, {1});
+    QVERIFY(drop(shown->table(), window));
+    QTRY_COMPARE(sourcesOf(window),
+                 "Riverside · Gateway north 127.0.0.2; Riverside · Gateway south 127.0.0.3");
+    QCOMPARE(labelsOf(window),
+             QStringList({"127.0.0.2 / Riverside / Meter 1 / Ua", "127.0.0.3 / Riverside / Meter 1 / Ub"}));
+    auto *table = window->findChild<FigureTable *>();
+    table->selectRow(0);
+    table->findChild<QAction *>("remove")->trigger();
+    QCOMPARE(sourcesOf(window), "Riverside · Gateway south 127.0.0.3");
+    QCOMPARE(labelsOf(window), QStringList("Ub"));
+}
+
+// Whether it has another address or the same one.
+void TestTrends::curvesEndWhereAnotherBoxReports()
+{
+    const MonitoringPage *shown = openPage({point("Ua", "1")});
+    select(shown, {0});
+    m_trends->showTrend();
+    TrendWindow *window = windows().first();
+    for (const QString &address : {QString("127.0.0.2"), QString("127.0.0.3")}) {
+        m_view->endSession("127.0.0.2");
+        m_view->setBox("Gateway south", address);
+        receive({point("Ua", "7")});
+    }
+    QCOMPARE(samplesOf(history(), riverside("Ua")), QStringList({"1", "state 4", "7", "state 4"}));
+    const PointId other{"127.0.0.3", "Riverside", "Meter 1", "Ua"};
+    QCOMPARE(samplesOf(history(), other), QStringList("7"));
+    QTRY_COMPARE(sourcesOf(window), "Riverside · Gateway north, Gateway south 127.0.0.2");
 }
 
 void TestTrends::droppedRowsAreAdded()
