@@ -26,6 +26,33 @@ constexpr Qt::PenStyle lines[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::
 constexpr int lineCount = int(sizeof(lines) / sizeof(lines[0]));
 static_assert(colourCount * lineCount == CurveStyle::count);
 
+constexpr qreal radius = 4; // pixels, of a symbol
+struct Symbol {
+    int count;
+    QPointF corners[12]; // of the radius 1
+};
+constexpr Symbol symbols[] = {
+    {0, {}}, // a circle
+    {4, {{-0.9, -0.9}, {0.9, -0.9}, {0.9, 0.9}, {-0.9, 0.9}}},
+    {3, {{0, -1.2}, {1.2, 0.9}, {-1.2, 0.9}}},
+    {4, {{0, -1.3}, {1.3, 0}, {0, 1.3}, {-1.3, 0}}},
+    {12,
+     {{-0.4, -1.2},
+      {0.4, -1.2},
+      {0.4, -0.4},
+      {1.2, -0.4},
+      {1.2, 0.4},
+      {0.4, 0.4},
+      {0.4, 1.2},
+      {-0.4, 1.2},
+      {-0.4, 0.4},
+      {-1.2, 0.4},
+      {-1.2, -0.4},
+      {-0.4, -0.4}}},
+    {3, {{0, 1.2}, {1.2, -0.9}, {-1.2, -0.9}}},
+};
+static_assert(sizeof(symbols) / sizeof(symbols[0]) == colourCount);
+
 } // namespace
 
 QPen CurveStyle::pen(int style, const QPalette &desktop, qreal width)
@@ -36,13 +63,38 @@ QPen CurveStyle::pen(int style, const QPalette &desktop, qreal width)
             Qt::FlatCap, Qt::RoundJoin};
 }
 
-QIcon CurveStyle::swatch(int style, const QWidget *list, const QSize &size)
+void CurveStyle::drawSymbol(QPainter *painter, int style, const QPalette &desktop, const QPointF &at)
 {
-    QPixmap picture(size * list->devicePixelRatioF());
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(QPen(desktop.color(QPalette::Base), 1)); // else it is lost upon its own curve
+    painter->setBrush(pen(style, desktop).color());
+    const Symbol &symbol = symbols[style % colourCount];
+    if (symbol.count == 0) {
+        painter->drawEllipse(at, radius, radius);
+        return;
+    }
+    QPointF corners[12];
+    for (int corner = 0; corner < symbol.count; ++corner) {
+        corners[corner] = at + radius * symbol.corners[corner];
+    }
+    painter->drawPolygon(corners, symbol.count);
+}
+
+void CurveStyle::drawSample(QPainter *painter, int style, const QPalette &desktop, const QPointF &left)
+{
+    painter->save();
+    painter->setPen(pen(style, desktop, 2));
+    painter->drawLine(left, left + QPointF(sampleSize.width(), 0));
+    drawSymbol(painter, style, desktop, left + QPointF(sampleSize.width() / 2.0, 0));
+    painter->restore();
+}
+
+QIcon CurveStyle::sample(int style, const QWidget *list)
+{
+    QPixmap picture(sampleSize * list->devicePixelRatioF());
     picture.setDevicePixelRatio(list->devicePixelRatioF());
     picture.fill(list->palette().color(QPalette::Base));
     QPainter painter(&picture);
-    painter.setPen(pen(style, list->palette(), 2.5));
-    painter.drawLine(QPointF(1, size.height() / 2.0), QPointF(size.width() - 1, size.height() / 2.0));
+    drawSample(&painter, style, list->palette(), QPointF(0, sampleSize.height() / 2.0));
     return picture;
 }

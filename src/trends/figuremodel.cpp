@@ -281,9 +281,7 @@ QVariant FigureModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return index.column() == Name ? TrendTexts::ofPoint(curve.point) : textOf(curve, index.column());
     case Qt::DecorationRole:
-        return index.column() == Name
-            ? QVariant(CurveStyle::swatch(curve.style, m_list, FigureTable::swatchSize))
-            : QVariant();
+        return index.column() == Name ? QVariant(CurveStyle::sample(curve.style, m_list)) : QVariant();
     case Qt::CheckStateRole:
         if (index.column() == Name) {
             return checkOf(curve.shown);

@@ -1,5 +1,6 @@
 #include "trends/figuretable.h"
 
+#include "trends/curvestyle.h"
 #include "trends/figuremodel.h"
 #include "trends/trendtexts.h"
 #include "widgets/svgicon.h"
@@ -29,7 +30,7 @@ FigureTable::FigureTable(QWidget *parent)
     setModel(m_figures);
     setSelectionBehavior(SelectRows);
     setTabKeyNavigation(false); // else Tab would never leave it
-    setIconSize(swatchSize);
+    setIconSize(CurveStyle::sampleSize);
     setWordWrap(false);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);

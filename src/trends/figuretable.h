@@ -10,8 +10,6 @@ class FigureTable : public QTableView
 {
     Q_OBJECT
 public:
-    static constexpr QSize swatchSize{28, 12}; // pixels
-
     explicit FigureTable(QWidget *parent = nullptr);
 
     FigureModel *figures() const { return m_figures; }

@@ -8,10 +8,10 @@
 
 namespace {
 
-constexpr int margin = 6;       // pixels
-constexpr int swatchWidth = 22; // pixels
-constexpr int mostLabel = 200;  // pixels
-constexpr int mostValue = 260;  // pixels
+constexpr int margin = 6; // pixels
+constexpr int swatchWidth = CurveStyle::sampleSize.width();
+constexpr int mostLabel = 200; // pixels
+constexpr int mostValue = 260; // pixels
 
 } // namespace
 
@@ -113,8 +113,7 @@ void Readout::drawBox(QPainter *painter) const
     for (int row = 0; row < rows; ++row) {
         at.translate(0, line);
         const Row &shown = m_rows.at(row);
-        painter->setPen(CurveStyle::pen(shown.style, palette(), 2.5));
-        painter->drawLine(at.left(), at.center().y(), at.left() + swatchWidth, at.center().y());
+        CurveStyle::drawSample(painter, shown.style, palette(), QPointF(at.left(), at.center().y()));
         painter->setPen(palette().color(QPalette::Text));
         painter->drawText(at.adjusted(swatchWidth + margin, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
                           fontMetrics().elidedText(shown.label, Qt::ElideMiddle, labelWidth));

@@ -2,6 +2,7 @@
 
 #include "trends/curvestyle.h"
 #include "trends/polylines.h"
+#include "trends/symbolplaces.h"
 
 #include <QPainter>
 
@@ -24,6 +25,7 @@ TrendCurve::TrendCurve()
 void TrendCurve::setCurve(const Curve &curve, const QPalette &desktop)
 {
     m_curve = curve;
+    m_desktop = desktop;
     m_pen = CurveStyle::pen(curve.style, desktop);
     setVisible(curve.shown);
     setYAxis(curve.side == Side::Left ? QwtPlot::yLeft : QwtPlot::yRight);
@@ -33,6 +35,8 @@ void TrendCurve::draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScale
                       const QRectF &canvasRect) const
 {
     const QRectF area = canvasRect.adjusted(-beyond, -beyond, beyond, beyond);
+    const bool isStep = shapeOf(m_curve.point.type) == Shape::Step;
+    SymbolPlaces symbols(xMap, area, m_curve.style);
     QPointF dot(-1, -1); // the last one
     for (const QVector<QPointF> &piece : m_curve.data.pieces) {
         QPolygonF points;
@@ -41,7 +45,10 @@ void TrendCurve::draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScale
             points.append({xMap.transform(sample.x()), yMap.transform(sample.y())});
         }
         if (points.size() > 1) {
-            drawLine(painter, points, area);
+            const QPolygonF line = isStep ? Polylines::steps(points) : points;
+            const QVector<QPolygonF> parts = Polylines::cut(line, area);
+            drawLine(painter, points, parts);
+            symbols.addLine(line, parts);
         } else if (points.size() == 1 && area.contains(points.first())
                    && (points.first() - dot).manhattanLength() >= 1) {
             dot = points.first();
@@ -49,14 +56,17 @@ void TrendCurve::draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScale
             painter->setPen(Qt::NoPen);
             painter->setBrush(m_pen.color());
             painter->drawEllipse(dot, dotRadius, dotRadius);
+            symbols.addDot(dot);
         }
+    }
+    const QVector<QPointF> places = symbols.points();
+    for (const QPointF &place : places) {
+        CurveStyle::drawSymbol(painter, m_curve.style, m_desktop, place);
     }
 }
 
-void TrendCurve::drawLine(QPainter *painter, const QPolygonF &points, const QRectF &area) const
+void TrendCurve::drawLine(QPainter *painter, const QPolygonF &points, const QVector<QPolygonF> &parts) const
 {
-    const bool isStep = shapeOf(m_curve.point.type) == Shape::Step;
-    const auto parts = Polylines::cut(isStep ? Polylines::steps(points) : points, area);
     QPen pen = m_pen;
     // Such a line is as clear without what makes it smooth, and drawn ten times as fast.
     const bool isDense = Polylines::isDense(points, parts);

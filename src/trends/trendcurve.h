@@ -2,9 +2,13 @@
 
 #include "trends/curve.h"
 
+#include <QPalette>
+#include <QPen>
+
 #include <qwt_plot_item.h>
 
-// Draws the numbers of a curve: unbroken pieces as lines or steps, and a dot where a piece is one sample.
+// Draws the numbers of a curve: unbroken pieces as lines or steps, a dot where a piece is one sample, and a
+// symbol at a few places.
 class TrendCurve : public QwtPlotItem
 {
 public:
@@ -18,8 +22,9 @@ public:
               const QRectF &canvasRect) const override;
 
 private:
-    void drawLine(QPainter *painter, const QPolygonF &points, const QRectF &area) const;
+    void drawLine(QPainter *painter, const QPolygonF &points, const QVector<QPolygonF> &parts) const;
 
     Curve m_curve;
+    QPalette m_desktop;
     QPen m_pen;
 };

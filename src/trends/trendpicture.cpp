@@ -23,7 +23,7 @@ constexpr int pixelsPerInch = 96;
 constexpr QSizeF page{297 / 25.4 * pixelsPerInch, 210 / 25.4 * pixelsPerInch}; // A4 across
 constexpr qreal figuresShare = 0.4;                                            // of the height at most
 constexpr qreal nameShare = 3;                                                 // widths of the other columns
-constexpr qreal swatch = 30;
+constexpr qreal swatch = CurveStyle::sampleSize.width() + 4;
 
 QPalette paper()
 {
@@ -203,10 +203,8 @@ void TrendPicture::paintFigures(QPainter *painter, const QRectF &area, const QPa
             painter->drawText(place, Qt::AlignLeft | Qt::AlignVCenter, tr("%1 more").arg(more + 1));
             break;
         }
-        const qreal middle = place.center().y();
-        painter->setPen(CurveStyle::pen(m_figures->curves().at(m_rows.at(row)).style, colours, 2.5));
-        painter->drawLine(QPointF(place.left(), middle), QPointF(place.left() + swatch - 4, middle));
-        painter->setPen(colours.color(QPalette::Text));
+        CurveStyle::drawSample(painter, m_figures->curves().at(m_rows.at(row)).style, colours,
+                               QPointF(place.left(), place.center().y()));
         paintRow(painter, place, columns, m_rows.at(row));
     }
     painter->setPen(QPen(colours.color(QPalette::Text), 0.5));

@@ -1,10 +1,12 @@
 #include "fakesource.h"
 #include "trends/curvestyle.h"
 #include "trends/polylines.h"
+#include "trends/symbolplaces.h"
 #include "trends/timescaledraw.h"
 #include "trends/timeview.h"
 #include "trends/trendtexts.h"
 
+#include <QPainter>
 #include <QPalette>
 #include <QSet>
 #include <QtTest>
@@ -14,6 +16,7 @@
 #include <ctime>
 
 #include <qwt_date_scale_engine.h>
+#include <qwt_scale_map.h>
 
 using Matrix = std::array<std::array<double, 3>, 3>;
 Q_DECLARE_METATYPE(Matrix)
@@ -24,6 +27,10 @@ class TestTrendParts : public QObject
     Q_OBJECT
 private slots:
     void stylesDiffer();
+    void stylesDifferWithoutColours();
+    void symbolsStandOnTheCurve_data();
+    void symbolsStandOnTheCurve();
+    void symbolsGoAlongWithTheCurve();
     void coloursDifferForAllEyes_data();
     void coloursDifferForAllEyes();
     void stylesAreReadable_data();
@@ -150,6 +157,90 @@ void TestTrendParts::stylesDiffer()
         QVERIFY(CurveStyle::count >= 16);
         QCOMPARE(seen.size(), CurveStyle::count);
     }
+}
+
+void TestTrendParts::stylesDifferWithoutColours()
+{
+    for (const QColor &base : {QColor(Qt::white), QColor(0x23, 0x23, 0x23)}) {
+        QSet<QByteArray> seen;
+        for (int style = 0; style < CurveStyle::count; ++style) {
+            QImage image(CurveStyle::sampleSize, QImage::Format_RGB32);
+            image.fill(base);
+            QPainter painter(&image);
+            CurveStyle::drawSample(&painter, style, desktopOf(base), QPointF(0, image.height() / 2.0));
+            QByteArray shape;
+            for (int at = 0; at < image.width() * image.height(); ++at) {
+                const QColor pixel = image.pixelColor(at % image.width(), at / image.width());
+                shape.append(pixel == base ? ' ' : 'x');
+            }
+            seen.insert(shape);
+        }
+        QCOMPARE(seen.size(), CurveStyle::count);
+    }
+}
+
+using Line = QVector<QPointF>;
+
+void TestTrendParts::symbolsStandOnTheCurve_data()
+{
+    QTest::addColumn<QVector<Line>>("pieces");
+    QTest::addColumn<Line>("symbols");
+    const auto row = [](const char *name, const QVector<Line> &pieces, const Line &symbols) {
+        QTest::newRow(name) << pieces << symbols;
+    };
+    row("nothing", {}, {});
+    row("a line", {Line{{100, 10}, {200, 20}, {500, 50}}}, Line{{150, 15}, {300, 30}, {450, 45}});
+    row("steps", {Line{{0, 5}, {150, 5}, {150, 50}, {310, 50}}}, Line{{0, 5}, {150, 5}, {300, 50}});
+    row("a gap", {Line{{100, 5}, {200, 5}}, Line{{400, 8}, {440, 8}}}, Line{{150, 5}});
+    row("dots", {Line{{140, 5}}, Line{{160, 6}}, Line{{170, 7}}, Line{{460, 8}}},
+        Line{{140, 5}, {160, 6}, {460, 8}});
+    row("too short for the distance", {Line{{10, 3}, {20, 4}}}, Line{{20, 4}});
+    row("one dot", {Line{{590, 3}}}, Line{{590, 3}});
+    row("out of sight", {Line{{0, 500}, {600, 500}}}, {});
+    row("seen at last", {Line{{500, 500}, {560, 20}}}, Line{{560, 20}});
+}
+
+void TestTrendParts::symbolsStandOnTheCurve()
+{
+    QFETCH(QVector<Line>, pieces);
+    QwtScaleMap map;
+    map.setScaleInterval(0, 600);
+    map.setPaintInterval(0, 600);
+    const QRectF area(0, 0, 600, 100);
+    SymbolPlaces places(map, area, 0);
+    for (const Line &piece : qAsConst(pieces)) {
+        if (piece.size() > 1) {
+            places.addLine(piece, Polylines::cut(piece, area));
+        } else {
+            places.addDot(piece.first());
+        }
+    }
+    QTEST(places.points(), "symbols");
+}
+
+void TestTrendParts::symbolsGoAlongWithTheCurve()
+{
+    const qint64 start = 1763800000000;
+    const auto timesFrom = [start](qint64 moved) {
+        QwtScaleMap map;
+        map.setScaleInterval(double(start + moved), double(start + moved + 1200));
+        map.setPaintInterval(0, 1200);
+        const QPolygonF line(Line{{0, 50}, {1200, 50}});
+        SymbolPlaces places(map, QRectF(0, 0, 1200, 100), 1);
+        places.addLine(line, {line});
+        QVector<qint64> times; // at which there is one
+        const auto points = places.points();
+        for (const QPointF &point : points) {
+            times.append(moved + qRound64(point.x()));
+        }
+        return times;
+    };
+    const QVector<qint64> times = timesFrom(0);
+    QCOMPARE(times.size(), 8);
+    QVector<qint64> later = times.mid(1);
+    later.append(times.last() + 150);
+    QCOMPARE(timesFrom(150), later);
+    QCOMPARE(timesFrom(times.first()).first(), times.first());
 }
 
 void TestTrendParts::coloursDifferForAllEyes_data()

@@ -25,6 +25,7 @@ private slots:
 
     void emptyWindowTellsHowToGetPoints();
     void drawsPiecesAsTheyAre();
+    void curvesDifferWithoutColours();
     void drawsStatesAndCountersAsSteps();
     void changedTypeIsDrawnAnew();
     void shadesGapsOnce();
@@ -54,6 +55,7 @@ private slots:
 
 private:
     // On a plot of ten seconds, from 0 to 1.
+    QImage imageOf(int curve) const;
     bool isDrawnAt(int curve, double time, double value) const;
 };
 
@@ -105,7 +107,8 @@ void TestTrendWindow::drawsPiecesAsTheyAre()
     QCOMPARE(source->requests.last().columns, plot->columns());
 }
 
-bool TestTrendWindow::isDrawnAt(int curve, double time, double value) const
+// Ten seconds from the start, and values from 0 to 1; white where nothing is drawn.
+QImage TestTrendWindow::imageOf(int curve) const
 {
     QImage image(400, 400, QImage::Format_RGB32);
     image.fill(Qt::white);
@@ -117,13 +120,36 @@ bool TestTrendWindow::isDrawnAt(int curve, double time, double value) const
     y.setScaleInterval(0, 1);
     y.setPaintInterval(400, 0);
     plot->curveItems().at(curve)->draw(&painter, x, y, QRectF(0, 0, 400, 400));
-    const QPoint at(int(x.transform(time)), int(y.transform(value)));
+    return image;
+}
+
+bool TestTrendWindow::isDrawnAt(int curve, double time, double value) const
+{
+    const QImage image = imageOf(curve);
+    const QPoint at(int((time - start) / 25), int(400 - 400 * value));
     for (int side = -4; side <= 4; ++side) {
         if (image.pixelColor(qBound(0, at.x() + side, 399), at.y()) != QColor(Qt::white)) {
             return true;
         }
     }
     return false;
+}
+
+void TestTrendWindow::curvesDifferWithoutColours()
+{
+    source->add("Voltage A", "float", {valid(0, 0.5), valid(10, 0.5)});
+    source->add("Voltage B", "float", {valid(0, 0.5), valid(10, 0.5)});
+    RUN(open());
+    const auto drawn = [this](int curve) {
+        const QImage image = imageOf(curve);
+        QByteArray shape;
+        for (int at = 0; at < image.width() * image.height(); ++at) {
+            shape.append(image.pixelColor(at % image.width(), at / image.width()) == Qt::white ? ' ' : 'x');
+        }
+        return shape;
+    };
+    QVERIFY(drawn(0).contains('x'));
+    QVERIFY(drawn(0) != drawn(1));
 }
 
 void TestTrendWindow::drawsStatesAndCountersAsSteps()
