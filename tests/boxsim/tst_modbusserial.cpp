@@ -24,6 +24,7 @@ private slots:
     void aLineIsSilentForAWholeTimeout();
     void whoeverReadsALineNextWaitsForItsSilence_data();
     void whoeverReadsALineNextWaitsForItsSilence();
+    void aNameThatLedNowhereKeepsTheSilence();
     void standardsOfALineWaitForItsSilence();
     void oneLineUnderTwoNamesIsOneLine();
     void aLineInUseIsWaitedFor();
@@ -139,6 +140,25 @@ void TestModbusSerial::whoeverReadsALineNextWaitsForItsSilence()
     QCOMPARE(m_run->readings[0].at(0), QStringList{"1100"});
     const qint64 pause = m_device->times.at(1) - m_device->times.at(0);
     QVERIFY2(pause >= 120 + timeout - 5, QByteArray::number(pause));
+}
+
+// As that of an adapter that was plugged in late.
+void TestModbusSerial::aNameThatLedNowhereKeepsTheSilence()
+{
+    constexpr int timeout = 250;
+    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
+            sendLater(120, request.good());
+            return QByteArray();
+        }));
+    m_run = std::make_unique<Acquire::Run>();
+    QFile::remove("late");
+    m_run->start({m_device->standard({Acquire::slave(1, {"7 uint16"})}, timeout)}, 60, {{"COM0", "late"}});
+    EVENTUALLY(m_run->count() >= 1);
+    QVERIFY(QFile::link("line0", "late"));
+    EVENTUALLY(m_device->requestCount() == 1);
+    m_run->start({m_device->standard({Acquire::slave(1, {"100 uint16"})}, timeout)}, 60, {{"COM0", "late"}});
+    EVENTUALLY(m_run->count() >= 1);
+    QCOMPARE(m_run->readings[0].at(0), QStringList{"1100"});
 }
 
 // One Standard is answered too late, with what would be good to the other.

@@ -3,6 +3,7 @@
 #include "boxsim/acquire/linesilence.h"
 #include "boxsim/acquire/link.h"
 #include "boxsim/acquire/readerkinds.h"
+#include "boxsim/acquire/serialsettings.h"
 
 #include <QFileInfo>
 
@@ -69,6 +70,7 @@ Acquisition::~Acquisition()
 void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOptions &options, int interval)
 {
     stop();
+    ++m_starts;
     m_standards = standards;
     for (int i = 0; i < m_standards.size(); ++i) {
         const SimStandard &standard = m_standards.at(i);
@@ -82,7 +84,7 @@ void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOpti
             const auto tell = [link](const QString &text) { emit link->told(text); };
             ReaderSetup setup{&standard, path, options.grouping, link->stopFlag(), tell};
             if (kind->serial) {
-                setup.silence = silenceOf(fileOf(path));
+                setup.silence = silenceOf(fileOf(path), serialSettings(standard.parameters, {}).timeout);
             }
             reader = kind->make(setup);
             tellOutside(standard, tell);
@@ -144,11 +146,16 @@ Link *Acquisition::sharedLink(const QString &file)
     return link;
 }
 
-std::shared_ptr<LineSilence> Acquisition::silenceOf(const QString &file)
+// A file that nobody has read may be one that the project before read under another name, as that of an
+// adapter that was not there yet.
+std::shared_ptr<LineSilence> Acquisition::silenceOf(const QString &file, int timeout)
 {
     std::shared_ptr<LineSilence> &silence = m_silences[file];
     if (!silence) {
         silence = std::make_shared<LineSilence>();
+        if (m_starts > 1) {
+            silence->need(timeout);
+        }
     }
     return silence;
 }

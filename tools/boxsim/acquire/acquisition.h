@@ -46,11 +46,12 @@ signals:
 private:
     Link *newLink();
     Link *sharedLink(const QString &file);
-    std::shared_ptr<LineSilence> silenceOf(const QString &file);
+    std::shared_ptr<LineSilence> silenceOf(const QString &file, int timeout);
 
     QVector<SimStandard> m_standards; // which the readers refer to
     std::vector<std::unique_ptr<Link>> m_links;
     QMap<QString, Link *> m_sharedLinks; // by the file of the line; empty for Standards that cannot be read
     QMap<QString, std::shared_ptr<LineSilence>> m_silences; // by the file, also for the next start()
+    int m_starts = 0;
     int m_generation = 0; // of the links: what older ones have told comes too late
 };
