@@ -18,6 +18,8 @@ private slots:
     void manyComeBackSoon();
     void aTryLeavesRoomForTheSilenceAfterIt_data();
     void aTryLeavesRoomForTheSilenceAfterIt();
+    void triesOfAllTheLostEndWithTheBeat_data();
+    void triesOfAllTheLostEndWithTheBeat();
     void whatIsBackIsReadAtTheNextBeat_data();
     void whatIsBackIsReadAtTheNextBeat();
 };
@@ -243,6 +245,31 @@ void TestLostDevices::aTryLeavesRoomForTheSilenceAfterIt()
     beatsFor(9500);
     QTEST(m_reader->waits.size(), "tries");
     QTEST(*std::max_element(m_reader->waits.begin(), m_reader->waits.end()), "longest");
+}
+
+void TestLostDevices::triesOfAllTheLostEndWithTheBeat_data()
+{
+    QTest::addColumn<int>("interval");
+    QTest::newRow("2 s") << 2000;
+    QTest::newRow("10 s") << 10000;
+    QTest::newRow("60 s") << 60000;
+}
+
+// The report of a plant that is off comes late by one try at most.
+void TestLostDevices::triesOfAllTheLostEndWithTheBeat()
+{
+    QFETCH(int, interval);
+    start(8, interval);
+    m_reader->timeout = 3000;
+    for (int i = 0; i < 8; ++i) {
+        m_reader->dead.insert(i);
+    }
+    beats(100, true);
+    for (int i = 0; i < 50; ++i) {
+        const qint64 before = m_time;
+        beat(true);
+        QVERIFY2(m_time - before <= interval + 2 * m_reader->timeout, QByteArray::number(m_time - before));
+    }
 }
 
 void TestLostDevices::whatIsBackIsReadAtTheNextBeat_data()

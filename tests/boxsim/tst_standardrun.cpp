@@ -24,6 +24,7 @@ private slots:
     void aLineWithoutAnAnswerIsOpenedAnew();
     void aReadingInWhichNobodyAnswersEnds();
     void theSilentKeepNobodyFromTheirTurn();
+    void thoseThatAnsweredAreAskedBehindTheSilent();
     void nothingIsToldAfterAStop();
     void withoutAReaderNothingIsValid();
     void readingsThatNobodyTakesDoNotQueue();
@@ -233,7 +234,9 @@ void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
     while (m_told.filter("back").size() < 10) {
         beat();
     }
-    m_reader->dead = {0, 1, 2};
+    for (int i = 0; i < 10; ++i) {
+        m_reader->dead.insert(i);
+    }
     beats(2);
     QCOMPARE(m_told.filter("nobody").size(), 2);
 }
@@ -254,6 +257,15 @@ void TestStandardRun::theSilentKeepNobodyFromTheirTurn()
     for (int i = 0; i < 10; ++i) {
         QCOMPARE(beat().filter("v").size(), 2);
     }
+}
+
+void TestStandardRun::thoseThatAnsweredAreAskedBehindTheSilent()
+{
+    start(6, 1000);
+    beat();
+    m_reader->dead = {0, 1, 2};
+    QCOMPARE(beat(), (QStringList{"-v1", "-v1", "-v1", "v2", "v2", "v2"}));
+    QCOMPARE(m_told, QStringList());
 }
 
 void TestStandardRun::nothingIsToldAfterAStop()

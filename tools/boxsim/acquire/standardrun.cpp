@@ -55,10 +55,13 @@ QVector<PointReading> StandardRun::read()
     return m_readings;
 }
 
+// Ends early where three are silent one after another and nobody is known to answer.
 void StandardRun::readDevices()
 {
     const QVector<int> devices = devicesToRead();
+    const bool wasHeard = m_wasHeard;
     m_heard = devices.isEmpty();
+    m_wasHeard = false;
     int silent = 0;
     for (const int index : devices) {
         const SimDevice &device = m_standard.devices.at(index);
@@ -68,8 +71,9 @@ void StandardRun::readDevices()
             return;
         }
         m_heard = m_heard || isHeard(outcome);
+        m_wasHeard = m_heard;
         silent = outcome == DeviceReader::Outcome::Silent ? silent + 1 : 0;
-        if (!m_heard && silent == mostSilent) {
+        if (!m_heard && !wasHeard && silent == mostSilent) {
             tellNobody();
             return;
         }
@@ -261,9 +265,12 @@ void StandardRun::tryDevices(qint64 until, bool alone)
     int tries = 0;
     bool heard = false;
     for (; tries < count && !isOver() && !m_line.health.isLost(); ++tries) {
+        if (tries > 0 && now() >= until) {
+            break; // the reading is to be reported, even if it is one of lost devices alone
+        }
         const int device = lost.at(tries);
         const qint64 share = TryRules::share(until - now(), count - tries, cost(target(device)));
-        const auto outcome = tryOnce(&target(device), device, {share, lost.size(), othersWait});
+        const auto outcome = tryOnce(&target(device), device, {share, lost.size(), othersWait || heard});
         if (!outcome) {
             break;
         }
