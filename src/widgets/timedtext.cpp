@@ -1,5 +1,7 @@
 #include "widgets/timedtext.h"
 
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QEvent>
 #include <QPainter>
@@ -85,6 +87,19 @@ bool TimedText::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_margin && event->type() == QEvent::Paint) {
         paintTimes();
+        return true;
+    }
+    // The wheel and the menu are the text's own, beside it as over it.
+    if (watched == m_margin && event->type() == QEvent::Wheel) {
+        QCoreApplication::sendEvent(viewport(), event);
+        return true;
+    }
+    if (watched == m_margin && event->type() == QEvent::ContextMenu) {
+        const auto *menu = static_cast<QContextMenuEvent *>(event);
+        QContextMenuEvent mapped(menu->reason(), viewport()->mapFromGlobal(menu->globalPos()),
+                                 menu->globalPos(), menu->modifiers());
+        QCoreApplication::sendEvent(viewport(), &mapped);
+        event->setAccepted(mapped.isAccepted());
         return true;
     }
     return QPlainTextEdit::eventFilter(watched, event);

@@ -1,7 +1,12 @@
 #include "widgets/timedtext.h"
 
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QDateTime>
+#include <QMenu>
 #include <QRegularExpression>
+#include <QScrollBar>
+#include <QWheelEvent>
 #include <QtTest>
 
 class TestTimedText : public QObject
@@ -12,6 +17,8 @@ private slots:
     void timesAreNoPartOfTheText();
     void timesAreDrawnBesideTheLines();
     void clearedTextHasNoTimes();
+    void wheelScrollsBesideTheLines();
+    void menuOpensBesideTheLines();
 };
 
 namespace {
@@ -70,6 +77,47 @@ void TestTimedText::clearedTextHasNoTimes()
     QCOMPARE(text.timeOf(0), QString());
     text.appendPlainText("again");
     QVERIFY(isTime(text.timeOf(0)));
+}
+
+void TestTimedText::wheelScrollsBesideTheLines()
+{
+    TimedText text;
+    text.resize(400, 100);
+    text.show();
+    for (int line = 0; line < 100; ++line) {
+        text.appendPlainText(QString::number(line));
+    }
+    QWidget *margin = text.findChild<QWidget *>("times");
+    const int last = text.verticalScrollBar()->value();
+    QVERIFY(last > 0);
+    const QPoint place(2, 2);
+    QWheelEvent wheel(place, margin->mapToGlobal(place), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(margin, &wheel);
+    QVERIFY(text.verticalScrollBar()->value() < last);
+}
+
+void TestTimedText::menuOpensBesideTheLines()
+{
+    TimedText text;
+    text.setReadOnly(true);
+    text.resize(400, 100);
+    text.show();
+    text.appendPlainText("first");
+    QWidget *margin = text.findChild<QWidget *>("times");
+    const QPoint place(2, 2);
+    QContextMenuEvent click(QContextMenuEvent::Mouse, place, margin->mapToGlobal(place));
+    QCoreApplication::sendEvent(margin, &click);
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    QVERIFY(menu);
+    QStringList entries;
+    const QList<QAction *> actions = menu->actions();
+    for (const QAction *action : actions) {
+        entries.append(action->objectName());
+    }
+    QVERIFY2(entries.contains("edit-copy"), qPrintable(entries.join(' ')));
+    menu->close();
 }
 
 QTEST_MAIN(TestTimedText)
