@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <QTextBlock>
+#include <QTextLayout>
 
 namespace {
 
@@ -115,7 +116,8 @@ void TimedText::paintTimes()
         if (place.top() > m_margin->height()) {
             break;
         }
-        painter.drawText(QRectF(padding, place.top(), m_margin->width() - padding, place.height()),
-                         Qt::AlignLeft | Qt::AlignTop, timeOfBlock(block));
+        // On the base line of the text, which a glyph of another font may move down.
+        const QTextLine line = block.layout()->lineAt(0);
+        painter.drawText(QPointF(padding, place.top() + line.y() + line.ascent()), timeOfBlock(block));
     }
 }

@@ -19,6 +19,7 @@ private slots:
     void clearedTextHasNoTimes();
     void wheelScrollsBesideTheLines();
     void menuOpensBesideTheLines();
+    void timesStandOnTheBaseLine();
 };
 
 namespace {
@@ -118,6 +119,33 @@ void TestTimedText::menuOpensBesideTheLines()
     }
     QVERIFY2(entries.contains("edit-copy"), qPrintable(entries.join(' ')));
     menu->close();
+}
+
+static int lowestInk(const QImage &image)
+{
+    for (int y = image.height() - 1; y >= 0; --y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qGray(image.pixel(x, y)) < 100) {
+                return y;
+            }
+        }
+    }
+    return -1;
+}
+
+// A glyph of another font makes its line higher. Here it is a blank, so that digits alone leave ink.
+void TestTimedText::timesStandOnTheBaseLine()
+{
+    TimedText text;
+    text.setPalette(QPalette(Qt::white));
+    text.setTextInteractionFlags(Qt::NoTextInteraction); // no cursor
+    text.resize(400, 150);
+    text.show();
+    text.appendHtml("88<span style='font-size:40pt'>&nbsp;</span>");
+    const int written = lowestInk(text.viewport()->grab().toImage());
+    const int time = lowestInk(text.findChild<QWidget *>("times")->grab().toImage());
+    QVERIFY(written > 30);
+    QCOMPARE(time, written);
 }
 
 QTEST_MAIN(TestTimedText)
