@@ -1,5 +1,9 @@
 #include "monitoring/sourceline.h"
 
+#include "widgets/tooltip.h"
+
+#include <QPainter>
+
 namespace {
 
 QString ageText(qint64 age)
@@ -20,8 +24,7 @@ SourceLine::SourceLine(QWidget *parent)
 {
     setObjectName(QStringLiteral("source"));
     setTextFormat(Qt::PlainText); // names of the user and of the Box
-    setWordWrap(true);
-    setToolTip(tr("Project, Box and address of these values, and the time since their last report"));
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     hide();
 }
 
@@ -62,9 +65,12 @@ void SourceLine::refresh(qint64 now)
     if (!shown.hasReport()) {
         return;
     }
-    QStringList parts{m_shown.project, (m_shown.box + QLatin1Char(' ') + m_shown.address).trimmed(),
-                      ageText(shown.age(now))};
-    parts.removeAll(QString());
+    // What is wrong comes first, since the end is cut off where there is no room.
+    QStringList parts;
+    const bool isOther = !m_wanted.isEmpty() && m_wanted != m_shown.project;
+    if (isOther) {
+        parts.append(tr("NOT of '%1', whose node is selected").arg(m_wanted));
+    }
     bool outOfDate = true;
     if (m_link == Link::Ended) {
         parts.append(tr("Out of date: not connected"));
@@ -75,11 +81,13 @@ void SourceLine::refresh(qint64 now)
     } else {
         outOfDate = false;
     }
-    const bool isOther = !m_wanted.isEmpty() && m_wanted != m_shown.project;
-    if (isOther) {
-        parts.append(tr("NOT of '%1', whose node is selected").arg(m_wanted));
-    }
+    parts += {m_shown.project, (m_shown.box + QLatin1Char(' ') + m_shown.address).trimmed(),
+              ageText(shown.age(now))};
+    parts.removeAll(QString());
     setText(parts.join(QStringLiteral(" · ")));
+    setToolTip(
+        plainToolTip(text() + QLatin1Char('\n')
+                     + tr("Project, Box and address of these values, and the time since their last report")));
     m_outOfDate = outOfDate;
     if (font().bold() != (outOfDate || isOther)) {
         QFont weighed = font();
@@ -87,4 +95,25 @@ void SourceLine::refresh(qint64 now)
         setFont(weighed);
     }
     show();
+}
+
+QSize SourceLine::sizeHint() const
+{
+    QFont bold = font();
+    bold.setBold(true);
+    const QFontMetrics metrics(bold);
+    return {metrics.horizontalAdvance(text()), qMax(metrics.height(), fontMetrics().height()) + 2};
+}
+
+QSize SourceLine::minimumSizeHint() const
+{
+    return {0, sizeHint().height()};
+}
+
+void SourceLine::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(rect(), Qt::AlignVCenter | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, width()));
 }

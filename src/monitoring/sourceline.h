@@ -8,8 +8,9 @@
 
 // The line that tells whose live values a page shows and how old they are. Once the session has ended, the
 // Box does not answer, or the next report is overdue, or the values are not those that were asked for, the
-// line says so in bold. Times are in ms of one clock;
-// the line is hidden before the first report.
+// line says so first and in bold. It has one height, so that the table below stays where it is: what has no
+// room is left out, and the tool tip says it whole. Times are in ms of one clock; the line is hidden before
+// the first report.
 class SourceLine : public QLabel
 {
     Q_OBJECT
@@ -36,6 +37,12 @@ public:
     bool hasReport() const { return m_freshness.value(m_shown).hasReport(); }
     // As the line says it.
     bool isOutOfDate() const { return m_outOfDate; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     enum class Link { Up, Silent, Ended };

@@ -143,7 +143,7 @@ void TestLiveValues::deadBoxMakesItsValuesGrey()
     } else {
         m_window->click(m_southItem);
     }
-    QTRY_COMPARE(line(), "Riverside · north 127.0.21.11 · " + told);
+    QTRY_COMPARE(line(), told + " · Riverside · north 127.0.21.11");
     QVERIFY(drawn() != current);
     QCOMPARE(page()->findChild<QTableWidget *>()->item(0, 4)->text(), "Effective");
 }
@@ -152,10 +152,10 @@ void TestLiveValues::nextReportMakesThemCurrent()
 {
     RUN(open());
     m_north->link()->abort();
-    QTRY_VERIFY(line().endsWith("Out of date: not connected"));
+    QTRY_VERIFY(line().startsWith("Out of date: not connected"));
     Window::press(form(), "connectButton");
     QTRY_VERIFY(m_north->isLinked());
-    QVERIFY(line().endsWith("Out of date: not connected")); // they are still the old ones
+    QVERIFY(line().startsWith("Out of date: not connected")); // they are still the old ones
     send(*m_north);
     QTRY_COMPARE(line(), "Riverside · north 127.0.21.11");
 }

@@ -31,6 +31,7 @@ private slots:
     void changedValueIsMarkedForAMoment();
     void markGoesWhateverTheTimer();
     void whatHasNotChangedIsNotMarked();
+    void longLineLeavesTheTableInPlace();
 };
 
 void TestLivePage::tellsWhoseValuesItShows_data()
@@ -51,11 +52,11 @@ void TestLivePage::tellsWhoseValuesItShows_data()
     row("Riverside substation · 7 s ago", riverside, "", "", 7);
     row("Gateway north · 7 s ago", "", north, "", 7);
     row("10 s ago", "", "", "", 10);
-    row("11 s ago · Out of date: no new report", "", "", "", 11);
-    row("119 s ago · Out of date: no new report", "", "", "", 119);
-    row("2 min ago · Out of date: no new report", "", "", "", 120);
-    row("119 min ago · Out of date: no new report", "", "", "", 2 * 3600 - 1);
-    row("2 h ago · Out of date: no new report", "", "", "", 2 * 3600);
+    row("Out of date: no new report · 11 s ago", "", "", "", 11);
+    row("Out of date: no new report · 119 s ago", "", "", "", 119);
+    row("Out of date: no new report · 2 min ago", "", "", "", 120);
+    row("Out of date: no new report · 119 min ago", "", "", "", 2 * 3600 - 1);
+    row("Out of date: no new report · 2 h ago", "", "", "", 2 * 3600);
 }
 
 void TestLivePage::tellsWhoseValuesItShows()
@@ -104,7 +105,7 @@ void TestLivePage::hiddenPageIsBroughtUpToDateWhenShown()
     live(feeders());
     m_now += 20000;
     m_page->show();
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 20 s ago · Out of date: no new report");
+    QCOMPARE(line(), "Out of date: no new report · Riverside · Gateway north 127.0.0.2 · 20 s ago");
 }
 
 void TestLivePage::overdueReportMakesTheValuesGrey()
@@ -139,10 +140,10 @@ void TestLivePage::endOfTheSessionMakesTheValuesGrey()
     const QImage fresh = drawn(0, MonitoringTable::Name);
     m_page->endSession();
     QVERIFY(drawn(0, MonitoringTable::Name) != fresh);
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago · Out of date: not connected");
+    QCOMPARE(line(), "Out of date: not connected · Riverside · Gateway north 127.0.0.2 · 0 s ago");
     m_now += 60000;
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 60 s ago · Out of date: not connected");
+    QCOMPARE(line(), "Out of date: not connected · Riverside · Gateway north 127.0.0.2 · 60 s ago");
     live(feeders());
     QCOMPARE(drawn(0, MonitoringTable::Name), fresh);
     QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago");
@@ -157,7 +158,7 @@ void TestLivePage::silentBoxMakesTheValuesGrey()
     QCOMPARE(line(), current);
     m_page->setAnswering(false);
     QVERIFY(drawn(0, MonitoringTable::Name) != fresh);
-    QCOMPARE(line(), current + " · Out of date: the Box does not answer");
+    QCOMPARE(line(), "Out of date: the Box does not answer · " + current);
     // It reports again, or answers again.
     live(feeders());
     QCOMPARE(line(), current);
@@ -169,7 +170,7 @@ void TestLivePage::silentBoxMakesTheValuesGrey()
     m_page->endSession();
     for (const bool answers : {false, true}) {
         m_page->setAnswering(answers);
-        QCOMPARE(line(), current + " · Out of date: not connected");
+        QCOMPARE(line(), "Out of date: not connected · " + current);
     }
 }
 
@@ -194,7 +195,7 @@ void TestLivePage::anotherBoxHasItsOwnPeriods()
     live(feeders(), "Gateway south");
     m_now += 60000;
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway south 127.0.0.2 · 60 s ago · Out of date: no new report");
+    QCOMPARE(line(), "Out of date: no new report · Riverside · Gateway south 127.0.0.2 · 60 s ago");
 }
 
 void TestLivePage::sourcesThatTakeTurnsHaveTheirOwnPeriods()
@@ -209,7 +210,7 @@ void TestLivePage::sourcesThatTakeTurnsHaveTheirOwnPeriods()
     QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 40 s ago");
     m_now += 140001;
     m_page->refresh();
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 3 min ago · Out of date: no new report");
+    QCOMPARE(line(), "Out of date: no new report · Riverside · Gateway north 127.0.0.2 · 3 min ago");
     live(feeders(), "Gateway south");
     m_now += 60000;
     m_page->refresh();
@@ -382,6 +383,27 @@ void TestLivePage::whatHasNotChangedIsNotMarked()
     live(feeders() << point("New", "60001"));
     QCOMPARE(ground(0), plain);
     QCOMPARE(ground(3), plain); // it has only come
+}
+
+void TestLivePage::longLineLeavesTheTableInPlace()
+{
+    live(feeders(), "Gateway of the northern switchyard");
+    m_page->resize(m_page->minimumSizeHint().width(), 300);
+    QCoreApplication::processEvents();
+    const QRect place = m_table->geometry();
+    const int least = m_page->minimumSizeHint().width();
+    auto *source = m_page->findChild<QLabel *>("source");
+    const QImage calm = source->grab().toImage();
+    m_page->setWanted("Riverside substation");
+    m_page->endSession();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_table->geometry(), place);
+    QCOMPARE(m_page->minimumSizeHint().width(), least);
+    QVERIFY(source->sizeHint().width() > source->width());
+    QVERIFY(source->grab().toImage() != calm); // what is new stands where there is room
+    QCOMPARE(source->toolTip().section('\n', 0, 0), line());
+    QVERIFY2(line().startsWith("NOT of 'Riverside substation', whose node is selected · Out of date: "),
+             qPrintable(line()));
 }
 
 QTEST_MAIN(TestLivePage)

@@ -200,7 +200,7 @@ void TestMonitoringView::valuesOfAnotherProjectThanTheSelectedOneAreTold()
     for (int i = 0; i < 2; ++i) { // takes the page over
         m_view->receive(report("Hillside", "Meter 1", {point("Ua", "1")}));
     }
-    QCOMPARE(line(), "Hillside · 0 s ago · NOT of 'Riverside', whose node is selected");
+    QCOMPARE(line(), "NOT of 'Riverside', whose node is selected · Hillside · 0 s ago");
     m_tree->setCurrentIndex(node->parent()->index());
     QCOMPARE(line(), "Hillside · 0 s ago");
     m_tree->setCurrentIndex(node->index());
@@ -215,13 +215,13 @@ void TestMonitoringView::endOfTheSessionReachesAllItsPages()
     showPoints({point("Ua", "1")});
     showPoints({point("Ua", "1")}, "Meter 2");
     m_view->endSession("127.0.0.2");
-    QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago · Out of date: not connected");
+    QCOMPARE(line(), "Out of date: not connected · Riverside · Gateway north 127.0.0.2 · 0 s ago");
     QCOMPARE(line("Meter 2"), line());
     QCOMPARE(line("from outside"), "Riverside · 0 s ago");
     m_view->setBox("Gateway north", "127.0.0.2");
     receive({point("Ua", "1")});
     QCOMPARE(line(), "Riverside · Gateway north 127.0.0.2 · 0 s ago");
-    QCOMPARE(line("Meter 2"), "Riverside · Gateway north 127.0.0.2 · 0 s ago · Out of date: not connected");
+    QCOMPARE(line("Meter 2"), "Out of date: not connected · Riverside · Gateway north 127.0.0.2 · 0 s ago");
 }
 
 void TestMonitoringView::firstPageKnowsThePeriod()
@@ -240,7 +240,7 @@ void TestMonitoringView::firstPageKnowsThePeriod()
     m_view->receive(report("Hillside", "Meter 1", {}));
     QCOMPARE(lineAfter(&now, 60000), "Hillside · Gateway north 127.0.0.2 · 60 s ago");
     QCOMPARE(lineAfter(&now, 90001),
-             "Hillside · Gateway north 127.0.0.2 · 2 min ago · Out of date: no new report");
+             "Out of date: no new report · Hillside · Gateway north 127.0.0.2 · 2 min ago");
 }
 
 void TestMonitoringView::pauseBetweenSessionsIsNoPeriod()
@@ -254,7 +254,7 @@ void TestMonitoringView::pauseBetweenSessionsIsNoPeriod()
     m_view->setBox("Gateway north", "127.0.0.2");
     receive({point("Ua", "1")});
     QCOMPARE(lineAfter(&now, 10001),
-             "Riverside · Gateway north 127.0.0.2 · 10 s ago · Out of date: no new report");
+             "Out of date: no new report · Riverside · Gateway north 127.0.0.2 · 10 s ago");
 }
 
 void TestMonitoringView::tellsWhetherTheProjectIsOpen()
