@@ -127,6 +127,17 @@ void MonitoringPage::showReport(const QVariantList &rows, const QString &time, c
     }
 }
 
+void MonitoringPage::setProject(const QString &name)
+{
+    m_source->setProject(name);
+    refresh();
+}
+
+const QString &MonitoringPage::project() const
+{
+    return m_source->project();
+}
+
 void MonitoringPage::setWanted(const QString &project)
 {
     m_source->setWanted(project);

@@ -32,7 +32,9 @@ public:
     void noteReport(const LiveSource &source, qint64 time);
     void endSession();
     void setAnswering(bool answers);
+    void setProject(const QString &name);
     void setWanted(const QString &project);
+    const QString &project() const;
     // Shows the rows of a report, as MonitoringTable::update() takes them, and whose they are.
     void showReport(const QVariantList &rows, const QString &time, const LiveSource &source);
     // Brings line and colours up to the clock. While the page is on screen it does so each second.

@@ -80,6 +80,12 @@ QStandardItem *dataFolderOf(QStandardItem *project)
     return folder;
 }
 
+// Whether it is the project whose values are shown. Of one that has been closed only the name is left.
+bool isProject(const QModelIndex &project, const QPersistentModelIndex &shown, const QString &shownName)
+{
+    return shown.isValid() ? shown == project : project.data().toString() == shownName;
+}
+
 } // namespace
 
 MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTreeView *tree, QObject *parent)
@@ -90,19 +96,31 @@ MonitoringView::MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTre
 {
     if (tree && tree->selectionModel()) {
         connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, this,
-                &MonitoringView::noteCurrent);
+                &MonitoringView::noteProjects);
+    }
+    if (model) {
+        connect(model, &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &first) {
+            if (!first.parent().isValid()) { // a project, which may have a new name
+                noteProjects();
+            }
+        });
     }
 }
 
-void MonitoringView::noteCurrent()
+void MonitoringView::noteProjects()
 {
     const QModelIndex node = m_tree ? m_tree->currentIndex() : QModelIndex();
     const QModelIndex folder = node.parent();
     const bool isLive = folder.parent().isValid() && folder.data().toString() == ProjectTree::dataFolder;
     const QVector<MonitoringPage *> pages = livePages();
     for (MonitoringPage *page : pages) {
+        const QPersistentModelIndex shown = m_projects.value(page->windowTitle());
+        if (shown.isValid()) {
+            page->setProject(shown.data().toString());
+        }
         const bool isOfNode = isLive && page->windowTitle() == node.data().toString();
-        page->setWanted(isOfNode ? folder.parent().data().toString() : QString());
+        const bool isOther = isOfNode && !isProject(folder.parent(), shown, page->project());
+        page->setWanted(isOther ? folder.parent().data().toString() : QString());
     }
 }
 
@@ -194,6 +212,8 @@ void MonitoringView::showData(QStandardItem *item, const QString &time, const QS
             live->noteReport(report.key(), report.value());
         }
         live->showReport(rows, time, sourceOf(item));
+        m_projects[plcName] = item->parent() ? ProjectTree::projectOf(item)->index() : QModelIndex();
+        noteProjects();
         emit shown(live, live->source(), rows);
     } else if (auto *table = page->findChild<QTableWidget *>()) {
         MonitoringTable::update(table, rows, time);
@@ -249,7 +269,6 @@ QWidget *MonitoringView::pageOf(const QString &plcName)
     page->setClock(m_clock);
     page->setWindowTitle(plcName);
     m_tabs->addTab(page, plcName);
-    noteCurrent();
     emit pageMade(page);
     return page;
 }

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QMap>
 #include <QObject>
+#include <QPersistentModelIndex>
 #include <QPointer>
 #include <QVariantList>
 #include <QVector>
@@ -67,8 +68,8 @@ signals:
     void sessionEnded(const QString &address);
 
 private:
-    // Tells the pages which of them the tree's current node stands for, and of which project.
-    void noteCurrent();
+    // Tells the pages what the project is called whose values they show, and which is wanted in its place.
+    void noteProjects();
     LiveSource sourceOf(QStandardItem *item) const;
     int tabNamed(const QString &name) const;
     QWidget *pageOf(const QString &plcName);
@@ -77,7 +78,8 @@ private:
     QPointer<QTabWidget> m_tabs;
     QPointer<QStandardItemModel> m_model;
     QPointer<QTreeView> m_tree;
-    LiveSource m_box; // without a project
+    LiveSource m_box;                                 // without a project
+    QHash<QString, QPersistentModelIndex> m_projects; // whose values are shown, by PLC
     LiveClock m_clock = liveTime;
     // When reports came in this session that made a node and were not shown, by PLC.
     QHash<QString, QMap<LiveSource, qint64>> m_notShown;

@@ -36,6 +36,7 @@ void SourceLine::noteReport(const LiveSource &source, qint64 time)
 void SourceLine::showReport(const LiveSource &source, qint64 now)
 {
     m_shown = source;
+    m_project = source.project;
     m_link = Link::Up;
     noteReport(source, now);
 }
@@ -67,7 +68,7 @@ void SourceLine::refresh(qint64 now)
     }
     // What is wrong comes first, since the end is cut off where there is no room.
     QStringList parts;
-    const bool isOther = !m_wanted.isEmpty() && m_wanted != m_shown.project;
+    const bool isOther = !m_wanted.isEmpty();
     if (isOther) {
         parts.append(tr("NOT of '%1', whose node is selected").arg(m_wanted));
     }
@@ -81,8 +82,8 @@ void SourceLine::refresh(qint64 now)
     } else {
         outOfDate = false;
     }
-    parts += {m_shown.project, (m_shown.box + QLatin1Char(' ') + m_shown.address).trimmed(),
-              ageText(shown.age(now))};
+    parts +=
+        {m_project, (m_shown.box + QLatin1Char(' ') + m_shown.address).trimmed(), ageText(shown.age(now))};
     parts.removeAll(QString());
     setText(parts.join(QStringLiteral(" · ")));
     setToolTip(

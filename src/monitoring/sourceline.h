@@ -26,14 +26,17 @@ public:
     // Whether that Box answers. It does with each report, and nothing is known of one whose session has
     // ended.
     void setAnswering(bool answers);
-    // The project whose values the user asked for last, or empty: the line says so if those shown are
-    // another's.
+    // The project of the values shown has this name now.
+    void setProject(const QString &name) { m_project = name; }
+    // The project whose values the user asked for last, where those shown are another's, or empty.
     void setWanted(const QString &project) { m_wanted = project; }
     // Brings the line up to the time.
     void refresh(qint64 now);
 
     // Whose values are shown.
     const LiveSource &source() const { return m_shown; }
+    // What its project is called now; the source has the name of the last report.
+    const QString &project() const { return m_project; }
     bool hasReport() const { return m_freshness.value(m_shown).hasReport(); }
     // As the line says it.
     bool isOutOfDate() const { return m_outOfDate; }
@@ -50,6 +53,7 @@ private:
     void setLink(Link link);
 
     LiveSource m_shown;
+    QString m_project;
     QString m_wanted;
     QMap<LiveSource, Freshness> m_freshness; // each may report more or less often
     Link m_link = Link::Up;                  // with the Box, since the last report

@@ -27,6 +27,9 @@ private slots:
     void samePlcNameInTwoProjectsSharesATab();
     void tellsEachPageWhoseValuesItShows();
     void valuesOfAnotherProjectThanTheSelectedOneAreTold();
+    void renamedProjectKeepsItsValues();
+    void newNameOfTheWantedProjectIsTold();
+    void closedProjectIsKnownByItsName();
     void endOfTheSessionReachesAllItsPages();
     void firstPageKnowsThePeriod();
     void pauseBetweenSessionsIsNoPeriod();
@@ -205,6 +208,43 @@ void TestMonitoringView::valuesOfAnotherProjectThanTheSelectedOneAreTold()
     QCOMPARE(line(), "Hillside · 0 s ago");
     m_tree->setCurrentIndex(node->index());
     receive({point("Ua", "1")});
+    QCOMPARE(line(), "Riverside · 0 s ago");
+}
+
+void TestMonitoringView::renamedProjectKeepsItsValues()
+{
+    showPoints({point("Ua", "1")});
+    QStandardItem *node = dataFolder()->child(0);
+    m_tree->setCurrentIndex(node->index());
+    m_model->item(0)->setText("Riverside B");
+    QCOMPARE(line(), "Riverside B · 0 s ago");
+    m_tree->setCurrentIndex(m_model->item(0)->index());
+    m_tree->setCurrentIndex(node->index());
+    QCOMPARE(line(), "Riverside B · 0 s ago");
+}
+
+void TestMonitoringView::newNameOfTheWantedProjectIsTold()
+{
+    QStandardItem *other = addProject("Hillside");
+    showPoints({point("Ua", "1")});
+    m_view->receive(report("Hillside", "Meter 1", {point("Ua", "1")})); // only makes the node
+    m_tree->setCurrentIndex(ProjectTree::childNamed(other, ProjectTree::dataFolder)->child(0)->index());
+    QCOMPARE(line(), "NOT of 'Hillside', whose node is selected · Riverside · 0 s ago");
+    other->setText("Hillside B");
+    QCOMPARE(line(), "NOT of 'Hillside B', whose node is selected · Riverside · 0 s ago");
+    // The name that the other one had.
+    other->setText("Hillside C");
+    m_model->item(0)->setText("Hillside B");
+    QCOMPARE(line(), "NOT of 'Hillside C', whose node is selected · Hillside B · 0 s ago");
+}
+
+void TestMonitoringView::closedProjectIsKnownByItsName()
+{
+    showPoints({point("Ua", "1")});
+    m_model->removeRow(0);
+    addProject("Riverside");
+    receive({point("Ua", "1")}); // only makes the node
+    m_tree->setCurrentIndex(dataFolder()->child(0)->index());
     QCOMPARE(line(), "Riverside · 0 s ago");
 }
 
