@@ -91,7 +91,7 @@ void EventLabels::drawLabel(QPainter *painter, const QRectF &place, const QStrin
         return;
     }
     const QFontMetricsF metrics(painter->font());
-    const QString shown = metrics.elidedText(TrendTexts::ofText(text.left(mostChars)), Qt::ElideRight,
+    const QString shown = metrics.elidedText(TrendTexts::ofText(text).left(mostChars), Qt::ElideRight,
                                              place.width() - 2 * margin);
     QRectF label = place;
     label.setWidth(metrics.horizontalAdvance(shown) + 2 * margin);
