@@ -15,6 +15,7 @@ private slots:
     void cleanup() { tearDown(); }
 
     void secondReportShowsTheTable();
+    void looksAsDesigned();
     void headersAreReadableOnADarkDesktop();
     void showsValidityInWords_data();
     void showsValidityInWords();
@@ -52,6 +53,43 @@ void TestMonitoringTable::secondReportShowsTheTable()
         QVERIFY2(timePattern.match(time).hasMatch(), qPrintable(time));
         QVERIFY(!time.startsWith(QLatin1String("1999"))); // when it came, not what the Box's clock said
     }
+}
+
+void TestMonitoringTable::looksAsDesigned()
+{
+    QTableWidget *shown = showPoints({point("Ua", "1")});
+    QVERIFY(!m_tabs->tabsClosable());
+    QVERIFY(shown->isSortingEnabled());
+    QStringList headers;
+    for (int i = 0; i < shown->columnCount(); ++i) {
+        headers.append(shown->horizontalHeaderItem(i)->text());
+    }
+    QCOMPARE(headers, QStringList({"Name", "Addr", "DataType", "Value", "Valid", "Update Time"}));
+    QCOMPARE(shown->horizontalHeader()->styleSheet(), "QHeaderView::section { background-color: #DDDDDD; }");
+    QCOMPARE(shown->columnWidth(5), 180);
+    QCOMPARE(m_tabs->styleSheet(),
+             "QTabBar::tab { font-size: 16px; color: black; background-color: #e0e0e0; border-radius: "
+             "5px; min-width: 80px; height: 20px; padding: 5px 10px; } QTabBar::tab:selected { "
+             "background-color: #1296db; color: white; } QTabBar::tab:hover { background-color: "
+             "#7dc5eb; }");
+
+    // A name as long as they get is readable from the start; then the width is the user's.
+    const QString name = "Combined active total electrical energy of tariff 1";
+    const QTableWidget *wide = showPoints({point(name, "1")}, "Meter 2");
+    QVERIFY(wide->columnWidth(0) > wide->fontMetrics().horizontalAdvance(name));
+    shown->setColumnWidth(0, 234);
+
+    // Each report says so anew.
+    m_tabs->setTabsClosable(true);
+    m_tabs->setStyleSheet(QString());
+    shown->horizontalHeader()->setStyleSheet(QString());
+    shown->setColumnWidth(5, 40);
+    receive({});
+    QVERIFY(!m_tabs->tabsClosable());
+    QVERIFY(!m_tabs->styleSheet().isEmpty());
+    QVERIFY(!shown->horizontalHeader()->styleSheet().isEmpty());
+    QCOMPARE(shown->columnWidth(5), 180);
+    QCOMPARE(shown->columnWidth(0), 234);
 }
 
 void TestMonitoringTable::headersAreReadableOnADarkDesktop()

@@ -35,7 +35,6 @@ private slots:
     void pauseBetweenSessionsIsNoPeriod();
     void tellsWhetherTheProjectIsOpen();
     void expandsTheTreeWithEachReport();
-    void looksAsDesigned();
     void longNamesFitTheirTabs();
     void tabsAreFoundByTheirNames();
     void closedTabComesBackWithAPageOfItsOwn();
@@ -315,43 +314,6 @@ void TestMonitoringView::expandsTheTreeWithEachReport()
         QVERIFY(m_tree->isExpanded(m_model->item(0)->index()));
         QVERIFY(m_tree->isExpanded(dataFolder()->index()));
     }
-}
-
-void TestMonitoringView::looksAsDesigned()
-{
-    QTableWidget *shown = showPoints({point("Ua", "1")});
-    QVERIFY(!m_tabs->tabsClosable());
-    QVERIFY(shown->isSortingEnabled());
-    QStringList headers;
-    for (int i = 0; i < shown->columnCount(); ++i) {
-        headers.append(shown->horizontalHeaderItem(i)->text());
-    }
-    QCOMPARE(headers, QStringList({"Name", "Addr", "DataType", "Value", "Valid", "Update Time"}));
-    QCOMPARE(shown->horizontalHeader()->styleSheet(), "QHeaderView::section { background-color: #DDDDDD; }");
-    QCOMPARE(shown->columnWidth(5), 180);
-    QCOMPARE(m_tabs->styleSheet(),
-             "QTabBar::tab { font-size: 16px; color: black; background-color: #e0e0e0; border-radius: "
-             "5px; min-width: 80px; height: 20px; padding: 5px 10px; } QTabBar::tab:selected { "
-             "background-color: #1296db; color: white; } QTabBar::tab:hover { background-color: "
-             "#7dc5eb; }");
-
-    // A name as long as they get is readable from the start; then the width is the user's.
-    const QString name = "Combined active total electrical energy of tariff 1";
-    const QTableWidget *wide = showPoints({point(name, "1")}, "Meter 2");
-    QVERIFY(wide->columnWidth(0) > wide->fontMetrics().horizontalAdvance(name));
-    shown->setColumnWidth(0, 234);
-
-    // Each report says so anew.
-    m_tabs->setTabsClosable(true);
-    m_tabs->setStyleSheet(QString());
-    shown->horizontalHeader()->setStyleSheet(QString());
-    shown->setColumnWidth(5, 40);
-    receive({});
-    QVERIFY(!m_tabs->tabsClosable());
-    QVERIFY(!m_tabs->styleSheet().isEmpty());
-    QVERIFY(!shown->horizontalHeader()->styleSheet().isEmpty());
-    QCOMPARE(shown->columnWidth(5), 180);
-    QCOMPARE(shown->columnWidth(0), 234);
 }
 
 void TestMonitoringView::longNamesFitTheirTabs()

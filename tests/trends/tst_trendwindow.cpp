@@ -32,7 +32,6 @@ private slots:
     void showsTextsAsEvents();
     void textThatHeldBeforeIsLabelledAtTheEdge_data();
     void textThatHeldBeforeIsLabelledAtTheEdge();
-    void labelOfATextAfterBlanksShowsTheText();
     void axisTellsWhoseTimeItIs();
     void recordingOpensWithItsLastDay_data();
     void recordingOpensWithItsLastDay();
@@ -245,28 +244,6 @@ void TestTrendWindow::textThatHeldBeforeIsLabelledAtTheEdge()
     };
     QCOMPARE(isDrawn(0, 50), label);
     QVERIFY(!isDrawn(60, 100)); // no line: it does not begin there
-}
-
-void TestTrendWindow::labelOfATextAfterBlanksShowsTheText()
-{
-    const auto drawn = [](const QString &text) {
-        Curve curve;
-        curve.point.type = "string";
-        curve.answered = {10000, 20000};
-        curve.data.events = {{11000, text}};
-        EventLabels labels;
-        labels.setCurves({curve}, QPalette(Qt::white));
-        QImage image(400, 100, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        QwtScaleMap x;
-        x.setScaleInterval(10000, 20000);
-        x.setPaintInterval(0, 400);
-        labels.draw(&painter, x, x, QRectF(0, 0, 400, 100));
-        return image;
-    };
-    QVERIFY(drawn("Running") != drawn(QString()));
-    QVERIFY(drawn(QString(200, ' ') + "Running") == drawn("Running"));
 }
 
 void TestTrendWindow::axisTellsWhoseTimeItIs()
