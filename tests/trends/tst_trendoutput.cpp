@@ -2,6 +2,7 @@
 #include "history/history.h"
 #include "messages.h"
 #include "modaldialogs.h"
+#include "trends/eventlabels.h"
 #include "trends/recordingline.h"
 #include "trends/valuesaver.h"
 #include "trendtest.h"
@@ -15,11 +16,14 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMimeData>
+#include <QPainter>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QSemaphore>
 #include <QSvgRenderer>
+
+#include <qwt_scale_map.h>
 
 // What comes out of the window of a trend, and what becomes of it.
 class TestTrendOutput : public TrendTest
@@ -37,6 +41,7 @@ private slots:
     void savesAPicture();
     void pictureTellsScalesAndWholeReasons();
     void pictureLeavesOutHiddenCurves();
+    void labelOfATextAfterBlanksShowsTheText();
     void savesValuesOnScreen();
     void savesValuesBesideTheWindow();
     void cancelledValuesLeaveTheFileAsItWas_data();
@@ -256,6 +261,28 @@ void TestTrendOutput::pictureLeavesOutHiddenCurves()
     const QByteArray words = Files::contents("hidden.svg");
     QVERIFY(words.contains("Voltage") && words.contains("Load"));
     QVERIFY(!words.contains("Hidden") && !words.contains("Skipped"));
+}
+
+void TestTrendOutput::labelOfATextAfterBlanksShowsTheText()
+{
+    const auto drawn = [](const QString &text) {
+        Curve curve;
+        curve.point.type = "string";
+        curve.answered = {10000, 20000};
+        curve.data.events = {{11000, text}};
+        EventLabels labels;
+        labels.setCurves({curve}, QPalette(Qt::white));
+        QImage image(400, 100, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        QwtScaleMap x;
+        x.setScaleInterval(10000, 20000);
+        x.setPaintInterval(0, 400);
+        labels.draw(&painter, x, x, QRectF(0, 0, 400, 100));
+        return image;
+    };
+    QVERIFY(drawn("Running") != drawn(QString()));
+    QVERIFY(drawn(QString(200, ' ') + "Running") == drawn("Running"));
 }
 
 void TestTrendOutput::savesValuesOnScreen()
