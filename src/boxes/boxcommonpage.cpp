@@ -91,15 +91,23 @@ BoxCommonPage BoxCommonPage::build(BoxEditDialog *form, Workspace *workspace, co
     layout->addRow(makeRow(ofSession, form, widget));
     layout->addRow(page.status);
     layout->addRow(page.version);
-    layout->addRow(page.link);
-    layout->addRow(page.preview);
+    auto *lines = new QWidget(widget);
+    auto *column = new QVBoxLayout(lines);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSizeConstraint(QLayout::SetMinimumSize); // or a low page takes of it
+    column->addWidget(page.link);
+    column->addWidget(page.preview);
+    layout->addRow(lines);
     layout->addRow(makeRow(ofTransfers, form, widget));
     layout->addRow(BoxEditDialog::tr("Progress:"), page.progress);
-    auto *outcomes = new QVBoxLayout; // one row of the form, which all leave empty at first
+    auto *outcomes = new QVBoxLayout; // one row of the form, which both leave empty at first
     outcomes->addWidget(page.project);
     outcomes->addWidget(page.program);
-    outcomes->addWidget(page.reboot);
     layout->addRow(outcomes);
-    layout->addRow(makeRow(ofReboot, form, widget));
+    auto *reboot = new QVBoxLayout; // the line below the button, which so stays where it is
+    reboot->addLayout(makeRow(ofReboot, form, widget));
+    reboot->addWidget(page.reboot);
+    reboot->addStretch(1);
+    layout->addRow(reboot);
     return page;
 }

@@ -15,7 +15,7 @@
 
 #include <QDebug>
 #include <QFormLayout>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -157,16 +157,16 @@ QWidget *BoxEditDialog::buildGroupPage(SettingsGroup group)
     request->setObjectName(name + QLatin1String("RequestLine"));
     request->showUnread();
     m_requests.append(request);
-    layout->addRow(request);
     QPushButton *read = FormPage::button(tr("Read"), QStringLiteral(":/adsdemo/images/read.svg"), page);
     QPushButton *write = FormPage::button(tr("Write"), QStringLiteral(":/adsdemo/images/write.svg"), page);
     read->setObjectName(name + QLatin1String("ReadButton"));
     write->setObjectName(name + QLatin1String("WriteButton"));
     connect(read, &QPushButton::clicked, this, [this, group] { readGroup(group); });
     connect(write, &QPushButton::clicked, this, [this, group] { writeGroup(group); });
-    auto *row = new QHBoxLayout;
-    row->addWidget(read);
-    row->addWidget(write);
+    auto *row = new QGridLayout; // the line below the buttons, which so stay where they are
+    row->addWidget(read, 0, 0);
+    row->addWidget(write, 0, 1);
+    row->addWidget(request, 1, 0, 1, 2);
     layout->addRow(row);
     return page;
 }
@@ -178,6 +178,8 @@ void BoxEditDialog::replaceItem(QStandardItem *item)
     for (RequestLine *request : qAsConst(m_requests)) {
         request->showUnread();
     }
+    m_reboot->showUnread();
+    m_reboot->hide();
 }
 
 void BoxEditDialog::startClock()
@@ -224,6 +226,9 @@ void BoxEditDialog::disconnectFromServer()
     }
     if (!m_protocol) { // who heard of the end may have connected the form again
         m_status->setText(tr("Connection status: Not connected"));
+        m_link->end();
+        // Of a link that was there the end has been told.
+        loseRequests(&RequestLine::loseUnsent);
     }
     logToFile(QStringLiteral("BoxEditDialog: disconnect"));
 }
@@ -344,15 +349,17 @@ void BoxEditDialog::writeGroup(SettingsGroup group)
 void BoxEditDialog::noteResult(const CommandResult &result, const QString &address)
 {
     RequestLine *line = m_reboot;
+    RequestLine::Request request = RequestLine::Reboot;
     for (int group = 0; group < m_requests.size(); ++group) {
         if (JsonCommand::writeType(static_cast<SettingsGroup>(group)) == result.command) {
             line = m_requests.at(group);
+            request = RequestLine::Write;
         }
     }
     if (result.succeeded()) {
-        line->succeed(line == m_reboot ? RequestLine::Reboot : RequestLine::Write, address);
+        line->succeed(request, address);
     } else {
-        line->refuse(address, result.code);
+        line->refuse(request, address, result.code);
     }
     line->show();
 }
@@ -387,6 +394,11 @@ void BoxEditDialog::tellOffline()
 void BoxEditDialog::considerStatus(Session::Status status)
 {
     switch (status) {
+    case Session::Status::Connecting:
+    case Session::Status::Waiting:
+    case Session::Status::Reconnecting:
+        m_link->begin(m_sessionAddress); // a socket that was bound has told of an end
+        break;
     case Session::Status::Disconnected:
         tellEnd();
         break;
@@ -395,13 +407,11 @@ void BoxEditDialog::considerStatus(Session::Status status)
         emit answering(true);
         break;
     case Session::Status::HeartbeatLost:
-        m_link->noteSilence();
+        m_link->end();
+        loseRequests(&RequestLine::loseUnsent); // no link came about: of one that ends it is told at once
         break;
     case Session::Status::RequestLost:
-        for (RequestLine *request : qAsConst(m_requests)) {
-            request->loseUnsent();
-        }
-        m_reboot->loseUnsent();
+        loseRequests(&RequestLine::loseUnsent);
         break;
     default:
         break;
@@ -412,11 +422,16 @@ void BoxEditDialog::tellEnd()
 {
     m_notice->hide();
     m_link->end();
-    for (RequestLine *request : qAsConst(m_requests)) {
-        request->loseAnswer();
-    }
-    m_reboot->loseAnswer();
+    loseRequests(&RequestLine::loseAnswer);
     emit sessionEnded(m_sessionAddress);
+}
+
+void BoxEditDialog::loseRequests(void (RequestLine::*loss)())
+{
+    for (RequestLine *request : qAsConst(m_requests)) {
+        (request->*loss)();
+    }
+    (m_reboot->*loss)();
 }
 
 void BoxEditDialog::showReported(const QString &project, bool isOpen)

@@ -96,6 +96,7 @@ private:
     void considerStatus(Session::Status status);
     void noteResult(const CommandResult &result, const QString &address);
     void tellEnd();
+    void loseRequests(void (RequestLine::*loss)());
     void endSession();
     Protocol *session();
     FileTransfer::Job route() const;

@@ -31,12 +31,13 @@ BoxSearchDialog::BoxSearchDialog(QWidget *parent)
     layout->addWidget(m_interfaces);
     layout->addWidget(search);
     m_state->setObjectName(QStringLiteral("searchState"));
-    m_state->hide();
+    m_state->keepRoom(4);
     layout->addWidget(m_state);
 
     fillInterfaces();
     connect(search, &QPushButton::clicked, this, &BoxSearchDialog::searchForBoxes);
     connect(m_search, &BoxSearch::found, this, &BoxSearchDialog::showBox);
+    connect(m_search, &BoxSearch::sent, this, &BoxSearchDialog::noteSent);
     connect(m_search, &BoxSearch::failed, this, &BoxSearchDialog::tellFailure);
     connect(m_search, &BoxSearch::finished, this, &BoxSearchDialog::tellEnd);
     logToFile(QStringLiteral("BoxSearchDialog new-nuilt"));
@@ -62,8 +63,9 @@ void BoxSearchDialog::fillInterfaces()
 void BoxSearchDialog::searchForBoxes()
 {
     m_list->clear();
+    m_hasSent = false;
+    m_failure = tr("The search has ended before anything was sent.");
     m_state->showLine(tr("Searching for ten seconds..."), false);
-    m_state->show();
     m_search->start();
     logToFile(QStringLiteral("BoxSearchDialog: search"));
 }
@@ -80,9 +82,20 @@ void BoxSearchDialog::readPendingDatagrams()
 
 void BoxSearchDialog::tellFailure(const QHostAddress &address, const QString &why)
 {
-    m_state->showLine(
-        tr("Nothing was searched: %1 could not send from UDP port 5 (%2).").arg(address.toString(), why),
-        true);
+    m_failure = address.isNull()
+        ? tr("Nothing was searched: there is no IPv4 address to search from.")
+        : tr("Nothing was searched: %1 could not send from UDP port 5 (%2).").arg(address.toString(), why);
+    if (!m_hasSent) {
+        m_state->showLine(m_failure, true);
+    }
+}
+
+void BoxSearchDialog::noteSent()
+{
+    if (!m_hasSent) {
+        m_hasSent = true;
+        m_state->showLine(tr("Searching for ten seconds..."), false);
+    }
 }
 
 void BoxSearchDialog::showBox(const Discovery::Answer &box)
@@ -94,9 +107,9 @@ void BoxSearchDialog::showBox(const Discovery::Answer &box)
 
 void BoxSearchDialog::tellEnd()
 {
-    if (!m_state->isAmiss()) {
-        m_state->showLine(tr("The search has ended. Boxes found: %1.").arg(m_list->count()), false);
-    }
+    m_state->showLine(m_hasSent ? tr("The search has ended. Boxes found: %1.").arg(m_list->count())
+                                : m_failure,
+                      !m_hasSent);
     if (m_list->count() == 0) {
         Tell::information(this, tr("No Devices Found"), tr("No devices were found during the search."));
     }

@@ -27,6 +27,7 @@ public slots:
 private:
     void fillInterfaces();
     void tellFailure(const QHostAddress &address, const QString &why);
+    void noteSent();
     void showBox(const Discovery::Answer &box);
     void tellEnd();
 
@@ -34,4 +35,7 @@ private:
     QComboBox *m_interfaces; // user data: the QNetworkInterface
     OutcomeLine *m_state;    // that a search is under way, or what keeps it from the network
     BoxSearch *m_search;
+    // Of the latest search:
+    bool m_hasSent = false; // a broadcast, so that it is a search
+    QString m_failure;      // what to tell if it has not
 };

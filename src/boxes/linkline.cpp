@@ -8,6 +8,7 @@ LinkLine::LinkLine(const QLineEdit *field, QWidget *parent)
     : OutcomeLine(parent)
     , m_field(field)
 {
+    keepRoom(2);
     connect(field, &QLineEdit::textChanged, this, &LinkLine::refresh);
 }
 
@@ -50,7 +51,7 @@ void LinkLine::refresh()
     QStringList sentences{sentence()};
     const bool isElsewhere = m_field->text() != m_address;
     if (isElsewhere) {
-        sentences.append(tr("The address above is another one: Connect goes there."));
+        sentences.append(tr("The address above is ANOTHER one."));
     }
     showLine(sentences.join(QLatin1Char(' ')), isElsewhere || m_state != State::Up);
 }
@@ -58,24 +59,21 @@ void LinkLine::refresh()
 QString LinkLine::sentence() const
 {
     if (m_address.isEmpty()) {
-        return tr("There is no address to connect to.");
+        return tr("Nothing was connected: the address was empty.");
     }
-    if (m_lastAnswer.isEmpty()) {
-        return m_state == State::Ended
-            ? tr("The link to %1 has ended, without an answer. Its program version is not known.")
-                  .arg(m_address)
-            : tr("%1 has not answered yet. Its program version is not known.").arg(m_address);
-    }
+    const bool isKnown = !m_lastAnswer.isEmpty();
     switch (m_state) {
     case State::None:
     case State::Up:
         break;
     case State::Silent:
-        return tr("%1 DOES NOT ANSWER. Its last answer, with the program version, came at %2.")
-            .arg(m_address, m_lastAnswer);
+        return isKnown ? tr("%1 has NOT told its program version since %2.").arg(m_address, m_lastAnswer)
+                       : tr("%1 has NOT told its program version.").arg(m_address);
     case State::Ended:
-        return tr("The link to %1 has ended. Its last answer, with the program version, came at %2.")
-            .arg(m_address, m_lastAnswer);
+        return isKnown
+            ? tr("NO link to %1. It told its program version last at %2.").arg(m_address, m_lastAnswer)
+            : tr("NO link to %1. It has not told its program version.").arg(m_address);
     }
-    return tr("%1 answered last at %2.").arg(m_address, m_lastAnswer);
+    return isKnown ? tr("%1 told its program version last at %2.").arg(m_address, m_lastAnswer)
+                   : tr("%1 has not told its program version yet.").arg(m_address);
 }

@@ -4,9 +4,9 @@
 
 class QLineEdit;
 
-// Says beside the status of the link which Box it goes to and when that answered last: status and version are
-// those of the last answer, however long ago, and the field with the address may have changed since the
-// connect.
+// Says beside status and version which Box the link goes to and when that told its version last, which it
+// does with each heartbeat answer: both labels keep what it said, however long ago, and the field with the
+// address may have changed since the connect.
 class LinkLine : public OutcomeLine
 {
     Q_OBJECT
@@ -18,8 +18,9 @@ public:
     void begin(const QString &address);
     // The Box has answered a heartbeat.
     void noteAnswer();
-    // It has not for 30 seconds, or the link did not come about.
+    // It has not for 30 seconds.
     void noteSilence();
+    // The link is down, or did not come about.
     void end();
 
 private:

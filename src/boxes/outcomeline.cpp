@@ -39,6 +39,18 @@ void OutcomeLine::setColor()
     }
 }
 
+void OutcomeLine::keepRoom(int lines)
+{
+    // A Chinese letter makes a line taller, also in an English text that names something Chinese.
+    QString text = QStringLiteral("g\u56fd");
+    text += (QLatin1Char('\n') + text).repeated(lines - 1);
+    QFont bold = font();
+    bold.setBold(true);
+    m_room = QFontMetrics(bold).boundingRect(QRect(), Qt::AlignLeft, text).height();
+    setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    claimHeight();
+}
+
 void OutcomeLine::resizeEvent(QResizeEvent *event)
 {
     QLabel::resizeEvent(event);
@@ -49,7 +61,7 @@ void OutcomeLine::resizeEvent(QResizeEvent *event)
 void OutcomeLine::claimHeight()
 {
     setMinimumHeight(0); // which a label counts in: it would never become lower again
-    setMinimumHeight(heightForWidth(width()));
+    setMinimumHeight(qMax(heightForWidth(width()), m_room));
 }
 
 void OutcomeLine::changeEvent(QEvent *event)

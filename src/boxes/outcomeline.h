@@ -12,6 +12,9 @@ public:
 
     void showLine(const QString &text, bool isAmiss);
     bool isAmiss() const { return m_isAmiss; }
+    // The line is as high as so many lines of text even where it needs fewer, so that what stands below does
+    // not move.
+    void keepRoom(int lines);
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -22,4 +25,5 @@ private:
     void claimHeight();
 
     bool m_isAmiss = false;
+    int m_room = 0; // pixels
 };

@@ -38,6 +38,7 @@ PushPreview::PushPreview(Workspace *workspace, const QLineEdit *address, QWidget
     , m_target(new OutcomeLine(this))
     , m_count(new QPushButton(this))
 {
+    m_target->keepRoom(2);
     m_target->setObjectName(QStringLiteral("pushTarget"));
     m_count->setObjectName(QStringLiteral("remarksButton"));
     m_count->setAutoDefault(false);
@@ -45,6 +46,7 @@ PushPreview::PushPreview(Workspace *workspace, const QLineEdit *address, QWidget
     m_count->hide();
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
+    column->setSizeConstraint(QLayout::SetMinimumSize); // or a low page takes the room of the button
     column->addWidget(m_target);
     column->addWidget(m_count, 0, Qt::AlignLeft);
     connect(m_count, &QPushButton::clicked, this, &PushPreview::listRemarks);
@@ -133,9 +135,10 @@ void PushPreview::showTarget()
             tr("Update project would push '%1', but the address above is empty.").arg(current->text()),
             false);
     } else if (owner && owner != current) {
-        m_target->showLine(tr("Update project pushes '%1' to %2, which is a Box of ANOTHER project, '%3'.")
-                               .arg(current->text(), address, owner->text()),
-                           true);
+        m_target->showLine(
+            tr("Update project pushes '%1' to %2. The Box of this form is in ANOTHER project, '%3'.")
+                .arg(current->text(), address, owner->text()),
+            true);
     } else {
         m_target->showLine(tr("Update project pushes '%1' to %2.").arg(current->text(), address), false);
     }

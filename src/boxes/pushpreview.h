@@ -25,11 +25,11 @@ public:
     // Neither the workspace, which may be null, nor the field with the Box's address is owned.
     PushPreview(Workspace *workspace, const QLineEdit *address, QWidget *parent);
 
-    // The project of the Box that has the address; asked each time, may answer null. The line stands out
+    // The project of the Box whose form it is; asked each time, may answer null. The line stands out
     // where another one would be pushed.
     using Owner = std::function<const QStandardItem *()>;
     void setOwner(const Owner &owner);
-    // Names the project, the address and their owner as they are now.
+    // Names both projects and the address as they are now.
     void showTarget();
 
 protected:

@@ -6,14 +6,22 @@ namespace {
 
 // By Request; with the time and the address.
 const char *const awaited[] = {
-    QT_TRANSLATE_NOOP("RequestLine", "%1: asked %2 for its values, no answer yet."),
-    QT_TRANSLATE_NOOP("RequestLine", "%1: sent to %2, no answer yet."),
-    QT_TRANSLATE_NOOP("RequestLine", "%1: asked %2 to restart, no answer yet."),
+    QT_TRANSLATE_NOOP("RequestLine", "%1: reading from %2, no answer yet."),
+    QT_TRANSLATE_NOOP("RequestLine", "%1: writing to %2, no answer yet."),
+    QT_TRANSLATE_NOOP("RequestLine", "%1: asking %2 to restart, no answer yet."),
 };
 const char *const done[] = {
     QT_TRANSLATE_NOOP("RequestLine", "%1: read from %2."),
     QT_TRANSLATE_NOOP("RequestLine", "%1: written to %2."),
     QT_TRANSLATE_NOOP("RequestLine", "%1: %2 restarts."),
+};
+const char *const lost[] = {
+    QT_TRANSLATE_NOOP("RequestLine", "%1: NO ANSWER: the link to %2 ended before it."),
+    QT_TRANSLATE_NOOP(
+        "RequestLine",
+        "%1: NO ANSWER: the link to %2 ended before it. Nobody knows whether %2 was written to."),
+    QT_TRANSLATE_NOOP("RequestLine",
+                      "%1: NO ANSWER: the link to %2 ended before it. Nobody knows whether %2 restarts."),
 };
 
 } // namespace
@@ -25,43 +33,56 @@ RequestLine::RequestLine(QWidget *parent)
 
 void RequestLine::showUnread()
 {
-    m_isAwaited = false;
+    m_awaited.fill(0);
     showLine(tr("Nothing on this page has been read from the Box."), false);
 }
 
 void RequestLine::begin(Request request, const QString &address)
 {
-    m_isAwaited = true;
+    ++m_awaited[request];
+    m_latest = request;
     m_address = address;
     showLine(tr(awaited[request]).arg(timeText(), address), false);
 }
 
 void RequestLine::succeed(Request request, const QString &address)
 {
-    m_isAwaited = false;
-    showLine(tr(done[request]).arg(timeText(), address), false);
+    if (takeAnswer(request)) {
+        showLine(tr(done[request]).arg(timeText(), address), false);
+    }
 }
 
-void RequestLine::refuse(const QString &address, const QString &code)
+void RequestLine::refuse(Request request, const QString &address, const QString &code)
 {
-    m_isAwaited = false;
-    showLine(tr("%1: FAILED: %2 refused, error code %3.").arg(timeText(), address, code), true);
+    if (takeAnswer(request)) {
+        showLine(tr("%1: FAILED: %2 refused, error code %3.").arg(timeText(), address, code), true);
+    }
+}
+
+// Whether it is to be shown: the line is that of the latest request, as long as this waits.
+bool RequestLine::takeAnswer(Request request)
+{
+    // The values of any read are those of the Box. Each write has an answer of its own.
+    m_awaited[request] = request == Read ? 0 : qMax(0, m_awaited[request] - 1);
+    return m_awaited[m_latest] == 0;
 }
 
 void RequestLine::loseUnsent()
 {
-    fail(tr("nothing was sent, there is no link to %1").arg(m_address));
+    if (m_awaited != Counts{}) {
+        m_awaited.fill(0);
+        showLine(tr("%1: FAILED: nothing was sent, there is no link to %2.").arg(timeText(), m_address),
+                 true);
+    }
 }
 
 void RequestLine::loseAnswer()
 {
-    fail(tr("the link to %1 ended before an answer").arg(m_address));
-}
-
-void RequestLine::fail(const QString &clause)
-{
-    if (m_isAwaited) {
-        m_isAwaited = false;
-        showLine(tr("%1: FAILED: %2.").arg(timeText(), clause), true);
+    for (const Request request : {Reboot, Write, Read}) { // what may have changed the Box comes first
+        if (m_awaited[request] > 0) {
+            m_awaited.fill(0);
+            showLine(tr(lost[request]).arg(timeText(), m_address), true);
+            return;
+        }
     }
 }

@@ -2,8 +2,10 @@
 
 #include "boxes/outcomeline.h"
 
-// Keeps what became of the last request of a page, so that one without an answer is seen, and with it where
-// the values above come from.
+#include <array>
+
+// Keeps what became of the latest request of a page, so that one without an answer is seen, and with it where
+// the values come from. Answers are not matched to requests, so they are counted.
 class RequestLine : public OutcomeLine
 {
     Q_OBJECT
@@ -16,16 +18,19 @@ public:
     void showUnread();
     // A request is about to be made of the Box at the address.
     void begin(Request request, const QString &address);
-    // The Box has answered it.
+    // The Box has answered one.
     void succeed(Request request, const QString &address);
-    void refuse(const QString &address, const QString &code);
-    // These are without effect while no answer is awaited.
+    void refuse(Request request, const QString &address, const QString &code);
+    // These are without effect while no answer is awaited. The link was never there, or has ended.
     void loseUnsent();
     void loseAnswer();
 
 private:
-    void fail(const QString &clause);
+    using Counts = std::array<int, 3>; // by Request
 
-    bool m_isAwaited = false;
-    QString m_address; // that the request went to
+    bool takeAnswer(Request request);
+
+    Counts m_awaited{};
+    Request m_latest = Read;
+    QString m_address; // that the latest went to
 };

@@ -59,6 +59,7 @@ void BoxSearch::broadcast()
     const QHostAddress address = m_source();
     if (address.isNull()) {
         qDebug() << "No IPv4 address found for selected network interface!";
+        emit failed(address, QString());
         return;
     }
     qDebug() << "Binding to address:" << address;
@@ -71,7 +72,9 @@ void BoxSearch::broadcast()
     const QHostAddress everybody(QHostAddress::Broadcast);
     if (m_socket.writeDatagram(Discovery::request(), everybody, Frame::boxPort) < 0) {
         emit failed(address, m_socket.errorString());
+        return;
     }
+    emit sent();
 }
 
 void BoxSearch::readPendingDatagrams()

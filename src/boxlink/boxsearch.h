@@ -34,7 +34,10 @@ public:
     void take(const QByteArray &datagram);
 
 signals:
-    // A broadcast could not be sent from this address, for the reason that the system gives.
+    // A broadcast has gone out.
+    void sent();
+    // A broadcast could not be sent from this address, for the reason that the system gives, or there is no
+    // IPv4 address to send from.
     void failed(const QHostAddress &address, const QString &errorString);
     // Once a search for each address.
     void found(const Discovery::Answer &box);

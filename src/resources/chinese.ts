@@ -389,6 +389,14 @@
         <source>The search has ended. Boxes found: %1.</source>
         <translation>搜索结束，找到的 Box：%1 个。</translation>
     </message>
+    <message>
+        <source>The search has ended before anything was sent.</source>
+        <translation>搜索结束，未发出任何内容！</translation>
+    </message>
+    <message>
+        <source>Nothing was searched: there is no IPv4 address to search from.</source>
+        <translation>未能搜索：没有可用于搜索的 IPv4 地址。</translation>
+    </message>
 </context>
 <context>
     <name>CImageViewer</name>
@@ -1157,32 +1165,36 @@
 <context>
     <name>LinkLine</name>
     <message>
-        <source>The address above is another one: Connect goes there.</source>
-        <translation>上方的地址不同：按“连接”后才会连接到该地址。</translation>
+        <source>The address above is ANOTHER one.</source>
+        <translation>上方的地址与此不同！</translation>
     </message>
     <message>
-        <source>There is no address to connect to.</source>
-        <translation>没有可连接的地址。</translation>
+        <source>Nothing was connected: the address was empty.</source>
+        <translation>未连接：当时地址为空。</translation>
     </message>
     <message>
-        <source>The link to %1 has ended, without an answer. Its program version is not known.</source>
-        <translation>与 %1 的连接已结束，期间没有应答，其程序版本未知。</translation>
+        <source>%1 has NOT told its program version since %2.</source>
+        <translation>%1 自 %2 起未再告知其程序版本！</translation>
     </message>
     <message>
-        <source>%1 has not answered yet. Its program version is not known.</source>
-        <translation>%1 尚未应答，其程序版本未知。</translation>
+        <source>%1 has NOT told its program version.</source>
+        <translation>%1 未告知其程序版本！</translation>
     </message>
     <message>
-        <source>%1 DOES NOT ANSWER. Its last answer, with the program version, came at %2.</source>
-        <translation>%1 无应答！最后一次应答（含程序版本）：%2。</translation>
+        <source>NO link to %1. It told its program version last at %2.</source>
+        <translation>与 %1 没有连接！它最后一次告知程序版本：%2。</translation>
     </message>
     <message>
-        <source>The link to %1 has ended. Its last answer, with the program version, came at %2.</source>
-        <translation>与 %1 的连接已结束。最后一次应答（含程序版本）：%2。</translation>
+        <source>NO link to %1. It has not told its program version.</source>
+        <translation>与 %1 没有连接！它未告知其程序版本。</translation>
     </message>
     <message>
-        <source>%1 answered last at %2.</source>
-        <translation>%1 最后一次应答：%2。</translation>
+        <source>%1 told its program version last at %2.</source>
+        <translation>%1 最后一次告知程序版本：%2。</translation>
+    </message>
+    <message>
+        <source>%1 has not told its program version yet.</source>
+        <translation>%1 尚未告知其程序版本。</translation>
     </message>
 </context>
 <context>
@@ -2379,8 +2391,8 @@
         <translation>此项目有 %1 条提示</translation>
     </message>
     <message>
-        <source>Update project pushes &apos;%1&apos; to %2, which is a Box of ANOTHER project, &apos;%3&apos;.</source>
-        <translation>“更新项目”将把“%1”下发到 %2，而该 Box 属于另一个项目“%3”！</translation>
+        <source>Update project pushes &apos;%1&apos; to %2. The Box of this form is in ANOTHER project, &apos;%3&apos;.</source>
+        <translation>“更新项目”将把“%1”下发到 %2。本表单的 Box 属于另一个项目“%3”！</translation>
     </message>
 </context>
 <context>
@@ -2658,18 +2670,6 @@
 <context>
     <name>RequestLine</name>
     <message>
-        <source>%1: asked %2 for its values, no answer yet.</source>
-        <translation>%1：已向 %2 请求读取，尚无应答。</translation>
-    </message>
-    <message>
-        <source>%1: sent to %2, no answer yet.</source>
-        <translation>%1：已发送到 %2，尚无应答。</translation>
-    </message>
-    <message>
-        <source>%1: asked %2 to restart, no answer yet.</source>
-        <translation>%1：已请求 %2 重启，尚无应答。</translation>
-    </message>
-    <message>
         <source>%1: read from %2.</source>
         <translation>%1：已从 %2 读取。</translation>
     </message>
@@ -2690,16 +2690,32 @@
         <translation>%1：失败：%2 拒绝，错误码 %3。</translation>
     </message>
     <message>
-        <source>nothing was sent, there is no link to %1</source>
-        <translation>未发送，与 %1 没有连接</translation>
+        <source>%1: reading from %2, no answer yet.</source>
+        <translation>%1：正在从 %2 读取，尚无应答。</translation>
     </message>
     <message>
-        <source>the link to %1 ended before an answer</source>
-        <translation>与 %1 的连接在应答之前已结束</translation>
+        <source>%1: writing to %2, no answer yet.</source>
+        <translation>%1：正在写入 %2，尚无应答。</translation>
     </message>
     <message>
-        <source>%1: FAILED: %2.</source>
-        <translation>%1：失败：%2。</translation>
+        <source>%1: asking %2 to restart, no answer yet.</source>
+        <translation>%1：正在请求 %2 重启，尚无应答。</translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER: the link to %2 ended before it.</source>
+        <translation>%1：无应答！与 %2 的连接在应答之前已结束。</translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER: the link to %2 ended before it. Nobody knows whether %2 was written to.</source>
+        <translation>%1：无应答！与 %2 的连接在应答之前已结束，无从得知是否已写入 %2。</translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER: the link to %2 ended before it. Nobody knows whether %2 restarts.</source>
+        <translation>%1：无应答！与 %2 的连接在应答之前已结束，无从得知 %2 是否重启。</translation>
+    </message>
+    <message>
+        <source>%1: FAILED: nothing was sent, there is no link to %2.</source>
+        <translation>%1：失败：未发送，与 %2 没有连接。</translation>
     </message>
 </context>
 <context>

@@ -389,6 +389,14 @@
         <source>The search has ended. Boxes found: %1.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>The search has ended before anything was sent.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing was searched: there is no IPv4 address to search from.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>CImageViewer</name>
@@ -1155,31 +1163,35 @@
 <context>
     <name>LinkLine</name>
     <message>
-        <source>The address above is another one: Connect goes there.</source>
+        <source>The address above is ANOTHER one.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>There is no address to connect to.</source>
+        <source>Nothing was connected: the address was empty.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The link to %1 has ended, without an answer. Its program version is not known.</source>
+        <source>%1 has NOT told its program version since %2.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 has not answered yet. Its program version is not known.</source>
+        <source>%1 has NOT told its program version.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 DOES NOT ANSWER. Its last answer, with the program version, came at %2.</source>
+        <source>NO link to %1. It told its program version last at %2.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>The link to %1 has ended. Its last answer, with the program version, came at %2.</source>
+        <source>NO link to %1. It has not told its program version.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1 answered last at %2.</source>
+        <source>%1 told its program version last at %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 has not told its program version yet.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2377,7 +2389,7 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Update project pushes &apos;%1&apos; to %2, which is a Box of ANOTHER project, &apos;%3&apos;.</source>
+        <source>Update project pushes &apos;%1&apos; to %2. The Box of this form is in ANOTHER project, &apos;%3&apos;.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2656,18 +2668,6 @@
 <context>
     <name>RequestLine</name>
     <message>
-        <source>%1: asked %2 for its values, no answer yet.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1: sent to %2, no answer yet.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>%1: asked %2 to restart, no answer yet.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>%1: read from %2.</source>
         <translation type="unfinished"></translation>
     </message>
@@ -2688,15 +2688,31 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>nothing was sent, there is no link to %1</source>
+        <source>%1: reading from %2, no answer yet.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>the link to %1 ended before an answer</source>
+        <source>%1: writing to %2, no answer yet.</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>%1: FAILED: %2.</source>
+        <source>%1: asking %2 to restart, no answer yet.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER: the link to %2 ended before it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER: the link to %2 ended before it. Nobody knows whether %2 was written to.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER: the link to %2 ended before it. Nobody knows whether %2 restarts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: FAILED: nothing was sent, there is no link to %2.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QtTest>
 
 // The settings that a Box form asks for, sends and shows.
@@ -32,6 +33,10 @@ private slots:
     void pageTellsWhereItsValuesComeFrom();
     void requestWithoutAnAnswerIsTold_data();
     void requestWithoutAnAnswerIsTold();
+    void requestThatNeverWentOutIsTold_data();
+    void requestThatNeverWentOutIsTold();
+    void answerToOneRequestIsNotThatToAnother();
+    void anotherItemTakesTheLineOfTheRebootBefore();
     void refusedWriteStaysToldOnItsPage();
 
 private:
@@ -205,13 +210,13 @@ void TestBoxEditAllocation::pageTellsWhereItsValuesComeFrom()
     QVERIFY(connected());
     QCOMPARE(told("ntpRequestLine"), notRead);
     click("ntpReadButton");
-    QCOMPARE(told("ntpRequestLine"), "asked 127.0.11.5 for its values, no answer yet.");
+    QCOMPARE(told("ntpRequestLine"), "reading from 127.0.11.5, no answer yet.");
     m_messages->expect();
     answer(jsonAnswer(R"({"type":"8","pares":{"NTP":"10.9.9.9"}})"));
     QTRY_COMPARE(m_messages->told().size(), 1);
     QCOMPARE(told("ntpRequestLine"), "read from 127.0.11.5.");
     click("ntpWriteButton");
-    QCOMPARE(told("ntpRequestLine"), "sent to 127.0.11.5, no answer yet.");
+    QCOMPARE(told("ntpRequestLine"), "writing to 127.0.11.5, no answer yet.");
     m_messages->expect();
     answer(jsonAnswer(R"({"type":"108","code":"200"})"));
     QTRY_COMPARE(m_messages->told().size(), 2);
@@ -225,23 +230,90 @@ void TestBoxEditAllocation::requestWithoutAnAnswerIsTold_data()
 {
     QTest::addColumn<QByteArray>("button");
     QTest::addColumn<QByteArray>("line");
-    QTest::newRow("read") << QByteArray("lanReadButton") << QByteArray("lanRequestLine");
-    QTest::newRow("write") << QByteArray("wanWriteButton") << QByteArray("wanRequestLine");
-    QTest::newRow("reboot") << QByteArray("rebootButton") << QByteArray("rebootLine");
+    QTest::addColumn<QString>("doubt");
+    QTest::newRow("read") << QByteArray("lanReadButton") << QByteArray("lanRequestLine") << QString();
+    QTest::newRow("write") << QByteArray("wanWriteButton") << QByteArray("wanRequestLine")
+                           << " Nobody knows whether 127.0.11.5 was written to.";
+    QTest::newRow("reboot") << QByteArray("rebootButton") << QByteArray("rebootLine")
+                            << " Nobody knows whether 127.0.11.5 restarts.";
 }
 
 void TestBoxEditAllocation::requestWithoutAnAnswerIsTold()
 {
     QFETCH(QByteArray, button);
     QFETCH(QByteArray, line);
+    QFETCH(QString, doubt);
     open();
     QVERIFY(connected());
     click(button);
     QVERIFY(told(line).endsWith("no answer yet."));
     m_box->link(0)->abort();
-    QTRY_COMPARE(told(line), "FAILED: the link to 127.0.11.5 ended before an answer.");
+    QTRY_COMPARE(told(line), "NO ANSWER: the link to 127.0.11.5 ended before it." + doubt);
     click(button);
     QCOMPARE(told(line), "FAILED: nothing was sent, there is no link to 127.0.11.5.");
+}
+
+void TestBoxEditAllocation::requestThatNeverWentOutIsTold_data()
+{
+    QTest::addColumn<bool>("byUser");
+    QTest::newRow("heartbeat finds no link") << false;
+    QTest::newRow("disconnected") << true;
+}
+
+void TestBoxEditAllocation::requestThatNeverWentOutIsTold()
+{
+    QFETCH(bool, byUser);
+    open();
+    QVERIFY(connected());
+    click("disconnectButton");
+    find<QLineEdit>("ip")->setText("127.0.11.9"); // nobody listens there
+    click("lanWriteButton");
+    QCOMPARE(told("lanRequestLine"), "writing to 127.0.11.9, no answer yet.");
+    QSignalSpy refused(m_form->protocol()->session(), &Session::socketFailed);
+    QVERIFY(!refused.isEmpty() || refused.wait());
+    if (byUser) {
+        click("disconnectButton");
+    } else {
+        m_form->protocol()->sendHeartbeat();
+    }
+    QCOMPARE(told("lanRequestLine"), "FAILED: nothing was sent, there is no link to 127.0.11.9.");
+}
+
+void TestBoxEditAllocation::answerToOneRequestIsNotThatToAnother()
+{
+    open();
+    QVERIFY(connected());
+    click("ntpReadButton");
+    click("ntpWriteButton");
+    m_messages->expect();
+    answer(jsonAnswer(R"({"type":"8","pares":{"NTP":"10.9.9.9"}})"));
+    QTRY_COMPARE(m_messages->told().size(), 1);
+    QCOMPARE(told("ntpRequestLine"), "writing to 127.0.11.5, no answer yet.");
+    click("ntpWriteButton");
+    m_messages->expect();
+    answer(jsonAnswer(R"({"type":"108","code":"200"})"));
+    QTRY_COMPARE(m_messages->told().size(), 2);
+    QCOMPARE(told("ntpRequestLine"), "writing to 127.0.11.5, no answer yet.");
+    // What was read since leaves the write as it is.
+    click("ntpReadButton");
+    m_messages->expect();
+    answer(jsonAnswer(R"({"type":"8","pares":{"NTP":"10.9.9.9"}})"));
+    QTRY_COMPARE(m_messages->told().size(), 3);
+    QCOMPARE(told("ntpRequestLine"), "read from 127.0.11.5.");
+    m_box->link(0)->abort();
+    QTRY_COMPARE(told("ntpRequestLine"),
+                 "NO ANSWER: the link to 127.0.11.5 ended before it. "
+                 "Nobody knows whether 127.0.11.5 was written to.");
+}
+
+void TestBoxEditAllocation::anotherItemTakesTheLineOfTheRebootBefore()
+{
+    open();
+    QVERIFY(connected());
+    click("rebootButton");
+    QVERIFY(!find<QLabel>("rebootLine")->isHidden());
+    m_form->replaceItem(m_item);
+    QVERIFY(find<QLabel>("rebootLine")->isHidden());
 }
 
 void TestBoxEditAllocation::refusedWriteStaysToldOnItsPage()

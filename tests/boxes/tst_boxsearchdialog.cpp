@@ -24,6 +24,8 @@ private slots:
     void firstEndOfTwoSearchesStopsTheBroadcasts();
     void interfaceWithoutAddressGoesOnSearching();
     void searchUnderWayIsTold();
+    void searchThatSentOnceIsOne();
+    void buttonStaysWhereItIs();
     void searchThatCouldNotSendIsTold();
     void dialogMayCloseWhileItsBoxStands();
 };
@@ -141,6 +143,7 @@ void TestBoxSearchDialog::interfaceWithoutAddressGoesOnSearching()
     QTest::ignoreMessage(QtDebugMsg, "No IPv4 address found for selected network interface!");
     dialog.sendSearchBroadcast();
     QVERIFY(broadcastsOf(dialog)->isActive());
+    QCOMPARE(stateOf(dialog), "Nothing was searched: there is no IPv4 address to search from.");
 }
 
 void TestBoxSearchDialog::searchUnderWayIsTold()
@@ -151,7 +154,40 @@ void TestBoxSearchDialog::searchUnderWayIsTold()
     QCOMPARE(stateOf(dialog), "Searching for ten seconds...");
     take(dialog, foundBox("192.168.1.70"));
     endsOf(dialog).first()->start(1);
+    QTRY_COMPARE(stateOf(dialog), "The search has ended before anything was sent.");
+}
+
+// One broadcast that went out is a search, whatever became of the others.
+void TestBoxSearchDialog::searchThatSentOnceIsOne()
+{
+    BoxSearchDialog dialog;
+    silence(dialog);
+    auto *search = dialog.findChild<BoxSearch *>();
+    const QHostAddress address("192.168.1.5");
+    dialog.searchForBoxes();
+    emit search->failed(address, "busy");
+    emit search->sent();
+    QCOMPARE(stateOf(dialog), "Searching for ten seconds...");
+    emit search->failed(address, "busy");
+    QCOMPARE(stateOf(dialog), "Searching for ten seconds...");
+    take(dialog, foundBox("192.168.1.70"));
+    endsOf(dialog).first()->start(1);
     QTRY_COMPARE(stateOf(dialog), "The search has ended. Boxes found: 1.");
+}
+
+void TestBoxSearchDialog::buttonStaysWhereItIs()
+{
+    BoxSearchDialog dialog;
+    silence(dialog);
+    dialog.resize(dialog.minimumSize());
+    dialog.show();
+    auto *button = dialog.findChild<QPushButton *>();
+    const int before = button->y();
+    button->click();
+    emit dialog.findChild<BoxSearch *>()->failed(QHostAddress("192.168.1.5"),
+                                                 "The bound address is already in use");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QCOMPARE(button->y(), before);
 }
 
 void TestBoxSearchDialog::searchThatCouldNotSendIsTold()

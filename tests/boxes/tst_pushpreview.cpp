@@ -129,9 +129,9 @@ void TestPushPreview::projectOfAnotherBoxStandsOut()
     m_preview->setOwner([north] { return north; });
     const auto *line = m_preview->findChild<OutcomeLine *>("pushTarget");
     m_workspace->select(south);
-    QTRY_COMPARE(
-        target(),
-        "Update project pushes 'south' to 192.168.1.70, which is a Box of ANOTHER project, 'north'.");
+    QTRY_COMPARE(target(),
+                 "Update project pushes 'south' to 192.168.1.70. The Box of this form is in ANOTHER project, "
+                 "'north'.");
     QVERIFY(line->isAmiss());
     m_workspace->select(north);
     QTRY_COMPARE(target(), "Update project pushes 'north' to 192.168.1.70.");

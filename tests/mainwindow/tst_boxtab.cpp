@@ -171,8 +171,9 @@ void TestBoxTab::pageFollowsTheTree()
     Window::addBox(other, "b", QString());
     const QStandardItem *box = Window::addBox(other, "c", QString());
     m_window->select(other);
-    QTRY_COMPARE(target->text(),
-                 "Update project pushes 'other' to 127.0.21.1, which is a Box of ANOTHER project, 'plant'.");
+    QTRY_COMPARE(
+        target->text(),
+        "Update project pushes 'other' to 127.0.21.1. The Box of this form is in ANOTHER project, 'plant'.");
     // Its Boxes have no address.
     const auto *button = Window::input<QPushButton>(form, "remarksButton");
     QTRY_COMPARE(button->text(), "2 remarks on this project");
