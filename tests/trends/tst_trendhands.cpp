@@ -1,4 +1,5 @@
 #include "trends/readout.h"
+#include "trends/trendcurve.h"
 #include "trends/viewcontrol.h"
 #include "trendtest.h"
 #include "widgets/quietline.h"
@@ -37,6 +38,8 @@ private slots:
     void markersTellDifferences();
     void markerOffTheScreenTellsNothing();
     void markerIsDragged();
+    void removedCurveIsGone();
+    void userChoosesTheScale();
 
 private:
     void point(qint64 second);
@@ -404,6 +407,38 @@ void TestTrendHands::markerIsDragged()
     QCOMPARE(cell(0, FigureModel::AtA), "235");
     redrawn();
     QCOMPARE(screen(), (QVector<double>{0, 1000}));
+}
+
+void TestTrendHands::removedCurveIsGone()
+{
+    source->add("Voltage", "float", {valid(0, 230), valid(9, 231)});
+    const PointId current = source->add("Current", "float", {valid(0, 100), valid(9, 102)});
+    RUN(open());
+    table()->setFocus();
+    table()->selectRow(0);
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QCOMPARE(window->points().size(), 1);
+    QVERIFY(window->points().first().id == current);
+    QTRY_COMPARE(plot->curveItems().size(), 1);
+    QTRY_COMPARE(source->requests.last().points, QVector<PointId>{current});
+    table()->selectRow(0);
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QVERIFY(window->findChild<QLabel *>("hint")->isVisible());
+}
+
+void TestTrendHands::userChoosesTheScale()
+{
+    source->add("Voltage", "float", {valid(0, 228), valid(9, 232)});
+    source->add("Power factor", "float", {valid(0, 0.9), valid(9, 0.95)});
+    RUN(open());
+    const QModelIndex check = figures()->index(1, FigureModel::RightScale);
+    QCOMPARE(check.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
+    table()->setFocus();
+    table()->setCurrentIndex(check);
+    QTest::keyClick(table(), Qt::Key_Space);
+    redrawn();
+    QCOMPARE(plot->curveItems().at(1)->yAxis(), int(QwtPlot::yLeft));
+    QVERIFY(!plot->hasScale(Side::Right));
 }
 
 QTEST_MAIN(TestTrendHands)

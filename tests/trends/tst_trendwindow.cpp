@@ -45,9 +45,7 @@ private slots:
     void hiddenCurveIsNotDrawn();
     void tableFitsItsRows_data();
     void tableFitsItsRows();
-    void removedCurveIsGone();
     void smallCurveGoesToTheRight();
-    void userChoosesTheScale();
     void pointsAreThereOnce();
     void removedRowsAreThoseSelected();
     void hundredCurves();
@@ -422,23 +420,6 @@ void TestTrendWindow::tableFitsItsRows()
     QCOMPARE(table()->verticalScrollBar()->maximum(), 0);
 }
 
-void TestTrendWindow::removedCurveIsGone()
-{
-    source->add("Voltage", "float", {valid(0, 230), valid(9, 231)});
-    const PointId current = source->add("Current", "float", {valid(0, 100), valid(9, 102)});
-    RUN(open());
-    table()->setFocus();
-    table()->selectRow(0);
-    QTest::keyClick(table(), Qt::Key_Delete);
-    QCOMPARE(window->points().size(), 1);
-    QVERIFY(window->points().first().id == current);
-    QTRY_COMPARE(plot->curveItems().size(), 1);
-    QTRY_COMPARE(source->requests.last().points, QVector<PointId>{current});
-    table()->selectRow(0);
-    QTest::keyClick(table(), Qt::Key_Delete);
-    QVERIFY(window->findChild<QLabel *>("hint")->isVisible());
-}
-
 void TestTrendWindow::smallCurveGoesToTheRight()
 {
     source->add("Voltage", "float", {valid(0, 228), valid(9, 232)});
@@ -449,21 +430,6 @@ void TestTrendWindow::smallCurveGoesToTheRight()
     QCOMPARE(plot->curveItems().at(1)->yAxis(), int(QwtPlot::yRight));
     QVERIFY(!plot->axisInterval(QwtPlot::yLeft).contains(0.9));
     QVERIFY(plot->axisInterval(QwtPlot::yRight).contains(0.9));
-}
-
-void TestTrendWindow::userChoosesTheScale()
-{
-    source->add("Voltage", "float", {valid(0, 228), valid(9, 232)});
-    source->add("Power factor", "float", {valid(0, 0.9), valid(9, 0.95)});
-    RUN(open());
-    const QModelIndex check = figures()->index(1, FigureModel::RightScale);
-    QCOMPARE(check.data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
-    table()->setFocus();
-    table()->setCurrentIndex(check);
-    QTest::keyClick(table(), Qt::Key_Space);
-    redrawn();
-    QCOMPARE(plot->curveItems().at(1)->yAxis(), int(QwtPlot::yLeft));
-    QVERIFY(!plot->hasScale(Side::Right));
 }
 
 void TestTrendWindow::pointsAreThereOnce()
@@ -477,6 +443,25 @@ void TestTrendWindow::pointsAreThereOnce()
     QCOMPARE(figures()->index(0, FigureModel::Name).data(Qt::CheckStateRole).toInt(), int(Qt::Unchecked));
     QCOMPARE(cell(0, FigureModel::Name), "Relay / Voltage");
     QCOMPARE(window->windowTitle(), "Trend: Relay, Meter");
+}
+
+void TestTrendWindow::firstOfTooManyPointsAreTaken()
+{
+    for (int curve = 0; curve < 10000; ++curve) {
+        source->add(QString("Point %1").arg(curve), "float", {valid(0, 1), valid(9, 2)});
+    }
+    RUN(open());
+    QCOMPARE(window->points().size(), TrendWindow::mostAtOnce);
+    QCOMPARE(cell(TrendWindow::mostAtOnce - 1, FigureModel::Name), "Point 199");
+    const auto *note = window->findChild<QLabel *>("note");
+    QVERIFY(note->isVisible());
+    QCOMPARE(note->text(), "Of 10000 points only the first 200 were taken: more could not be told apart.");
+    window->addPoints(source->points().mid(300, 1));
+    QVERIFY(!note->isVisible());
+    table()->selectAll();
+    table()->setFocus();
+    QTest::keyClick(table(), Qt::Key_Delete);
+    QCOMPARE(window->points().size(), 0);
 }
 
 void TestTrendWindow::removedRowsAreThoseSelected()
@@ -497,25 +482,6 @@ void TestTrendWindow::removedRowsAreThoseSelected()
         left.append(cell(row, FigureModel::Name));
     }
     QCOMPARE(left, (QStringList{"Point 1", "Point 3", "Point 7"}));
-}
-
-void TestTrendWindow::firstOfTooManyPointsAreTaken()
-{
-    for (int curve = 0; curve < 10000; ++curve) {
-        source->add(QString("Point %1").arg(curve), "float", {valid(0, 1), valid(9, 2)});
-    }
-    RUN(open());
-    QCOMPARE(window->points().size(), TrendWindow::mostAtOnce);
-    QCOMPARE(cell(TrendWindow::mostAtOnce - 1, FigureModel::Name), "Point 199");
-    const auto *note = window->findChild<QLabel *>("note");
-    QVERIFY(note->isVisible());
-    QCOMPARE(note->text(), "Of 10000 points only the first 200 were taken: more could not be told apart.");
-    window->addPoints(source->points().mid(300, 1));
-    QVERIFY(!note->isVisible());
-    table()->selectAll();
-    table()->setFocus();
-    QTest::keyClick(table(), Qt::Key_Delete);
-    QCOMPARE(window->points().size(), 0);
 }
 
 void TestTrendWindow::hundredCurves()
