@@ -83,9 +83,10 @@ class Soak:
 
     def bounds(self):
         """The threads and open files that the Box may have: a thread a link, which has a file of its own beside the
-        link; and the sessions: the one that checks, the visitors and a push."""
-        links = len(self.plant.hosts())
-        return self.idle.threads + links, self.idle.files + 2 * links + 2 + VISITORS
+        link, and a second one of a line, by which it is claimed; and the sessions: the one that checks, the visitors
+        and a push."""
+        links, lines = len(self.plant.hosts()), len(self.plant.lines)
+        return self.idle.threads + links, self.idle.files + 2 * links + lines + 2 + VISITORS
 
     async def finish(self):
         for task in self.tasks:
