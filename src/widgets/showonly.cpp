@@ -24,7 +24,7 @@ void ShowOnly::setGround()
     QPalette own; // the rest goes on to follow the desktop
     bool isOther = false;
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        const QBrush window = shown.brush(group, QPalette::Window);
+        const QBrush &window = shown.brush(group, QPalette::Window);
         own.setBrush(group, QPalette::Base, window);
         isOther |= shown.brush(group, QPalette::Base) != window;
     }

@@ -33,7 +33,7 @@ private slots:
 void TestLinkLine::lastAnswerStandsBesideTheStatus()
 {
     const QByteArray heartbeatAnswer = QByteArray::fromHex("12340200 1300 05 322e312e30 02 5331 01 4d 5678");
-    const QRegularExpression time("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d");
+    static const QRegularExpression time("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d");
     open();
     const auto *line = find<LinkLine>("linkLine");
     const auto told = [&] { return QString(line->text()).replace(time, "TIME"); };

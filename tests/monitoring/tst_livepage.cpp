@@ -1,5 +1,6 @@
 #include "pagetest.h"
 
+#include <QTextDocument>
 #include <QTextDocumentFragment>
 
 #include <cmath>

@@ -163,7 +163,7 @@ void TestCurveStyle::symbolsStandOnTheCurve()
 void TestCurveStyle::symbolsGoAlongWithTheCurve()
 {
     const qint64 start = 1763800000000;
-    const auto timesFrom = [start](qint64 moved) {
+    const auto timesFrom = [](qint64 moved) {
         QwtScaleMap map;
         map.setScaleInterval(double(start + moved), double(start + moved + 1200));
         map.setPaintInterval(0, 1200);
