@@ -361,7 +361,6 @@ void BoxEditDialog::noteResult(const CommandResult &result, const QString &addre
     } else {
         line->refuse(request, address, result.code);
     }
-    line->show();
 }
 
 void BoxEditDialog::showSettings(BoxSettings settings)

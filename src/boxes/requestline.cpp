@@ -62,8 +62,16 @@ void RequestLine::refuse(Request request, const QString &address, const QString 
 // Whether it is to be shown: the line is that of the latest request, as long as this waits.
 bool RequestLine::takeAnswer(Request request)
 {
-    // The values of any read are those of the Box. Each write has an answer of its own.
-    m_awaited[request] = request == Read ? 0 : qMax(0, m_awaited[request] - 1);
+    // The values of any read are those of the Box.
+    if (request == Read) {
+        m_awaited[Read] = 0;
+        return m_awaited[m_latest] == 0;
+    }
+    // Each write has an answer of its own. One that is not awaited belongs to another item, or to none.
+    if (m_awaited[request] == 0) {
+        return false;
+    }
+    --m_awaited[request];
     return m_awaited[m_latest] == 0;
 }
 

@@ -31,6 +31,7 @@ private slots:
     void unknownDhcpFlagLeavesTheList();
     void unknownSwitchChecksNeitherButton();
     void pageTellsWhereItsValuesComeFrom();
+    void answerToNoRequestTellsNothing();
     void requestWithoutAnAnswerIsTold_data();
     void requestWithoutAnAnswerIsTold();
     void requestThatNeverWentOutIsTold_data();
@@ -224,6 +225,19 @@ void TestBoxEditAllocation::pageTellsWhereItsValuesComeFrom()
     QCOMPARE(told("lanRequestLine"), notRead);
     m_form->replaceItem(m_item);
     QCOMPARE(told("ntpRequestLine"), notRead);
+}
+
+// Such as one that comes late, after the form has turned to another Box.
+void TestBoxEditAllocation::answerToNoRequestTellsNothing()
+{
+    open();
+    QVERIFY(connected());
+    click("ntpWriteButton");
+    m_form->replaceItem(m_item);
+    m_messages->expect();
+    answer(jsonAnswer(R"({"type":"108","code":"200"})"));
+    QTRY_COMPARE(m_messages->told().size(), 1);
+    QCOMPARE(told("ntpRequestLine"), "Nothing on this page has been read from the Box.");
 }
 
 void TestBoxEditAllocation::requestWithoutAnAnswerIsTold_data()
