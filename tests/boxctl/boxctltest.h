@@ -125,14 +125,15 @@ inline Outcome runOnTerminal(const QString &command)
     return run("script", {"--quiet", "--return", "--command", command, "typescript"});
 }
 
-// A call of the program on a terminal of its own, on which something is typed once it asks.
+// A call of the program on a terminal of its own, on which something is typed once it asks. No shell stays
+// beside it: Ctrl+C would end that, too.
 inline Outcome runOnTerminal(const QStringList &arguments, const QByteArray &question,
                              const QByteArray &typed)
 {
     QProcess process;
     process.start("script",
                   {"--quiet", "--return", "--command",
-                   QString(BOXCTL_PROGRAM) + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')),
+                   "exec " + QString(BOXCTL_PROGRAM) + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')),
                    "typescript"});
     if (QTest::qWaitFor([&] { return process.peek(10000).contains(question); }, 60000)) {
         process.write(typed);
