@@ -12,6 +12,7 @@ private slots:
     void beatsAreKeptOrSkipped_data();
     void beatsAreKeptOrSkipped();
     void skippedBeatsAreToldOnce();
+    void beatsThatTriesTakeAreCounted();
     void whatCannotBeReadKeepsItsLastValue();
     void aDeadDeviceIsLostAndBack();
     void aDeadDeviceCostsOneTimeoutUntilItIsLost();
@@ -66,6 +67,23 @@ void TestStandardRun::skippedBeatsAreToldOnce()
     m_reader->cost = 10;
     beats(10);
     QCOMPARE(m_told.mid(1), QStringList{"\"S\": keeps its beat again, 20 were skipped"});
+}
+
+// Those of a plant that is off, too: until its beat is kept each has a report or is counted.
+void TestStandardRun::beatsThatTriesTakeAreCounted()
+{
+    start(10, 2000);
+    m_reader->timeout = 2000;
+    m_reader->quiet = 2000;
+    for (int i = 0; i < 10; ++i) {
+        m_reader->dead.insert(i);
+    }
+    int reports = 0;
+    for (; m_told.filter("keeps").isEmpty() && reports < 1000; ++reports) {
+        beat(true);
+    }
+    const QString told = "\"S\": keeps its beat again, %1 were skipped";
+    QCOMPARE(m_told.filter("keeps"), QStringList{told.arg(m_run->due() / 2000 - reports)});
 }
 
 void TestStandardRun::whatCannotBeReadKeepsItsLastValue()

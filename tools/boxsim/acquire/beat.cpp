@@ -41,5 +41,10 @@ Beat::Change Beat::end(qint64 now)
 
 void Beat::resume(qint64 now)
 {
-    m_next = qMax(m_next, (now - m_start) / m_interval);
+    const qint64 current = (now - m_start) / m_interval;
+    if (m_skipping && current > m_next) {
+        m_skipped += current - m_next;
+        m_kept = 0;
+    }
+    m_next = qMax(m_next, current);
 }

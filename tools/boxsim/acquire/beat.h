@@ -23,8 +23,8 @@ public:
     // A reading begins, not before due(), and ends.
     void begin(qint64 now);
     Change end(qint64 now);
-    // Whatever else held the Standard up is over. Beats that fell into it are left out and not counted, but
-    // for the last, which is late.
+    // Whatever else held the Standard up is over. Beats that fell into it are left out, but for the last,
+    // which is late. They count as skipped if beats are, and do not begin that.
     void resume(qint64 now);
 
 private:
