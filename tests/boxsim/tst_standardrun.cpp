@@ -24,6 +24,8 @@ private slots:
     void whatIsSaidForADeviceKeepsTheLine();
     void aLineWithoutAnAnswerIsOpenedAnew();
     void aReadingInWhichNobodyAnswersEnds();
+    void thatNobodyAnswersIsToldWhenItIsSo_data();
+    void thatNobodyAnswersIsToldWhenItIsSo();
     void theSilentKeepNobodyFromTheirTurn();
     void thoseThatAnsweredAreAskedBehindTheSilent();
     void nothingIsToldAfterAStop();
@@ -238,9 +240,6 @@ void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
         QVERIFY(m_took <= 12000); // three time-outs, and the silence before each
         const QList<int> asked = m_reader->asked.keys();
         QCOMPARE(QSet<int>(asked.begin(), asked.end()), turn);
-        QCOMPARE(
-            m_told.filter("nobody"),
-            QStringList{"\"S\": nobody answers on line, 3 were asked: look at power, cable and settings"});
     }
     while (m_told.filter("lost").size() < 10) {
         beat();
@@ -257,6 +256,41 @@ void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
     }
     beats(2);
     QCOMPARE(m_told.filter("nobody").size(), 2);
+}
+
+void TestStandardRun::thatNobodyAnswersIsToldWhenItIsSo_data()
+{
+    QTest::addColumn<int>("devices");
+    QTest::addColumn<int>("answering"); // the last ones
+    QTest::addColumn<int>("before");    // readings in which all answer
+    QTest::addColumn<int>("reading");   // in which it is told
+    QTest::addColumn<QString>("asked"); // empty if it is not told
+    QTest::newRow("two") << 2 << 0 << 0 << 3 << "";
+    QTest::newRow("three") << 3 << 0 << 0 << 1 << "3 of 3";
+    QTest::newRow("four") << 4 << 0 << 0 << 2 << "4 of 4";
+    QTest::newRow("many") << 10 << 0 << 0 << 2 << "6 of 10";
+    QTest::newRow("many that answered before") << 10 << 0 << 2 << 1 << "10 of 10";
+    QTest::newRow("the fourth answers") << 4 << 1 << 0 << 5 << "";
+    QTest::newRow("the sixth answers") << 6 << 1 << 0 << 5 << "";
+}
+
+void TestStandardRun::thatNobodyAnswersIsToldWhenItIsSo()
+{
+    QFETCH(int, devices);
+    QFETCH(int, answering);
+    QFETCH(int, before);
+    QFETCH(int, reading);
+    QFETCH(QString, asked);
+    start(devices, 1000);
+    beats(before);
+    for (int i = 0; i < devices - answering; ++i) {
+        m_reader->dead.insert(i);
+    }
+    beats(reading - 1);
+    QCOMPARE(m_told.filter("nobody"), QStringList());
+    beat();
+    const QString told = "\"S\": nobody answers on line, %1 were asked: look at power, cable and settings";
+    QCOMPARE(m_told.filter("nobody"), asked.isEmpty() ? QStringList() : QStringList{told.arg(asked)});
 }
 
 // Of a plant of which some are dead the others have their turn first, and the dead ones are lost as soon.

@@ -1,11 +1,14 @@
 #include "boxsim/acquire/standardrun.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
 // So many that are silent one after another, and nobody else heard, end a reading.
 constexpr int mostSilent = 3;
+// So many have to be silent, or all if they are fewer, until it is told that nobody answers.
+constexpr int surelySilent = 6;
 
 bool isHeard(DeviceReader::Outcome outcome)
 {
@@ -59,11 +62,13 @@ QVector<PointReading> StandardRun::read()
 void StandardRun::readDevices()
 {
     const QVector<int> devices = devicesToRead();
-    const bool wasHeard = m_wasHeard;
+    const bool wasHeard = std::exchange(m_wasHeard, false);
     m_heard = devices.isEmpty();
-    m_wasHeard = false;
     int silent = 0;
     for (const int index : devices) {
+        if (!m_heard && !wasHeard && silent == mostSilent) {
+            break;
+        }
         const SimDevice &device = m_standard.devices.at(index);
         QVector<PointReading> readings(device.pointCount);
         const DeviceReader::Outcome outcome = ask(index, patience(INT_MAX), readings.data());
@@ -73,15 +78,14 @@ void StandardRun::readDevices()
         m_heard = m_heard || isHeard(outcome);
         m_wasHeard = m_heard;
         silent = outcome == DeviceReader::Outcome::Silent ? silent + 1 : 0;
-        if (!m_heard && !wasHeard && silent == mostSilent) {
-            tellNobody();
-            return;
-        }
         for (int i = 0; i < device.pointCount; ++i) {
             if (readings.at(i).valid) {
                 m_readings[device.firstPoint + i] = readings.at(i);
             }
         }
+    }
+    if (!m_heard && silent >= mostSilent) {
+        tellNobody();
     }
 }
 
@@ -96,14 +100,18 @@ QVector<int> StandardRun::devicesToRead() const
     return devices;
 }
 
-// Once until somebody is heard.
+// Once until somebody is heard, and not while those that had no turn yet may answer.
 void StandardRun::tellNobody()
 {
-    if (!m_toldNobody) {
+    const QVector<int> devices = devicesWithWork(false) + devicesWithWork(true);
+    const auto silent = static_cast<int>(std::count_if(
+        devices.begin(), devices.end(), [this](int device) { return target(device).health.failures() > 0; }));
+    if (!m_toldNobody && silent >= qMin(surelySilent, devices.size())) {
         m_toldNobody = true;
-        tell(QStringLiteral("nobody answers on %1, %2 were asked: look at power, cable and settings")
+        tell(QStringLiteral("nobody answers on %1, %2 of %3 were asked: look at power, cable and settings")
                  .arg(m_reader->lineName())
-                 .arg(mostSilent));
+                 .arg(silent)
+                 .arg(devices.size()));
     }
 }
 
