@@ -54,6 +54,7 @@ protected:
                 return {Outcome::LineLost, "no use"};
             }
             if (absent.contains(device)) {
+                *m_clock += qMin(most, slow.value(device));
                 return {Outcome::Absent, "away"};
             }
             if (breaks-- > 0) {

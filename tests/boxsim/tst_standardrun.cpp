@@ -24,6 +24,7 @@ private slots:
     void whatIsSaidForADeviceKeepsTheLine();
     void aLineWithoutAnAnswerIsOpenedAnew();
     void aReadingInWhichNobodyAnswersEnds();
+    void aGatewayThatNamesTheSilentEndsAReading();
     void thatNobodyAnswersIsToldWhenItIsSo_data();
     void thatNobodyAnswersIsToldWhenItIsSo();
     void theSilentKeepNobodyFromTheirTurn();
@@ -256,6 +257,29 @@ void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
     }
     beats(2);
     QCOMPARE(m_told.filter("nobody").size(), 2);
+}
+
+// As if they were silent, since it may take as long. It tells why itself.
+void TestStandardRun::aGatewayThatNamesTheSilentEndsAReading()
+{
+    start(10, 2000);
+    m_reader->timeout = 2000;
+    for (int i = 0; i < 10; ++i) {
+        m_reader->slow[i] = 1000;
+        m_reader->absent.insert(i);
+    }
+    while (m_told.filter("lost").size() < 10) {
+        beat();
+        QVERIFY2(m_took <= 3000, QByteArray::number(m_took));
+    }
+    QCOMPARE(m_told.filter("nobody"), QStringList());
+    QCOMPARE(m_reader->opened, 1);
+    QVERIFY2(m_time <= 50000, QByteArray::number(m_time));
+    for (int i = 0; i < 20; ++i) {
+        const qint64 before = m_time;
+        beat(true);
+        QVERIFY2(m_time - before <= 4000, QByteArray::number(m_time - before));
+    }
 }
 
 void TestStandardRun::thatNobodyAnswersIsToldWhenItIsSo_data()

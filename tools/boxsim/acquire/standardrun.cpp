@@ -5,7 +5,7 @@
 
 namespace {
 
-// So many that are silent one after another, and nobody else heard, end a reading.
+// So many that are silent one after another, and no answer of others, end a reading.
 constexpr int mostSilent = 3;
 // So many have to be silent, or all if they are fewer, until it is told that nobody answers.
 constexpr int surelySilent = 6;
@@ -13,6 +13,12 @@ constexpr int surelySilent = 6;
 bool isHeard(DeviceReader::Outcome outcome)
 {
     return outcome == DeviceReader::Outcome::Answered || outcome == DeviceReader::Outcome::Absent;
+}
+
+// A gateway may wait as long before it says so.
+bool isSilent(DeviceReader::Outcome outcome)
+{
+    return outcome == DeviceReader::Outcome::Silent || outcome == DeviceReader::Outcome::Absent;
 }
 
 } // namespace
@@ -62,11 +68,11 @@ QVector<PointReading> StandardRun::read()
 void StandardRun::readDevices()
 {
     const QVector<int> devices = devicesToRead();
-    const bool wasHeard = std::exchange(m_wasHeard, false);
+    const bool hadAnswer = std::exchange(m_hasAnswer, false);
     m_heard = devices.isEmpty();
     int silent = 0;
     for (const int index : devices) {
-        if (!m_heard && !wasHeard && silent == mostSilent) {
+        if (!m_hasAnswer && !hadAnswer && silent == mostSilent) {
             break;
         }
         const SimDevice &device = m_standard.devices.at(index);
@@ -76,8 +82,8 @@ void StandardRun::readDevices()
             return;
         }
         m_heard = m_heard || isHeard(outcome);
-        m_wasHeard = m_heard;
-        silent = outcome == DeviceReader::Outcome::Silent ? silent + 1 : 0;
+        m_hasAnswer = m_hasAnswer || outcome == DeviceReader::Outcome::Answered;
+        silent = isSilent(outcome) ? silent + 1 : 0;
         for (int i = 0; i < device.pointCount; ++i) {
             if (readings.at(i).valid) {
                 m_readings[device.firstPoint + i] = readings.at(i);

@@ -80,8 +80,8 @@ private:
     Target m_line;
     int m_lineTries = 0;
     TryRules m_rules;
-    qint64 m_nextRound = 0;  // of tries between two readings
-    bool m_heard = true;     // whether anybody was, in the last reading; true again once the line is closed
-    bool m_wasHeard = false; // as it was when the reading ended
+    qint64 m_nextRound = 0;   // of tries between two readings
+    bool m_heard = true;      // whether anybody was, in the last reading; true again once the line is closed
+    bool m_hasAnswer = false; // of a device, in the last reading
     bool m_toldNobody = false;
 };
