@@ -30,6 +30,7 @@ private slots:
     void aLineInUseIsWaitedFor();
     void aLineInUseIsLeftAsItIs();
     void aLineThatIsNeverSilentCostsOneTimeout();
+    void aLongAnswerThatIsLateIsNoRestlessLine();
 
 private:
     static QByteArray good(const Request &request) { return request.good(); }
@@ -242,6 +243,36 @@ void TestModbusSerial::aLineThatIsNeverSilentCostsOneTimeout()
     QCOMPARE(m_run->last(), (QStringList{"!", "!", "!"}));
     QCOMPARE(m_device->requestCount(), 1);
     QVERIFY2(m_run->times[0].at(0) < 500, QByteArray::number(m_run->times[0].at(0)));
+}
+
+// At a low baud rate it takes longer than the time-out.
+void TestModbusSerial::aLongAnswerThatIsLateIsNoRestlessLine()
+{
+    constexpr int timeout = 250;
+    QTimer late;
+    int pieces = 0;
+    connect(&late, &QTimer::timeout, this, [&] {
+        m_device->send("\x11");
+        if (++pieces == 40) {
+            late.stop();
+        }
+    });
+    RUN(m_device = std::make_unique<Device>(true, 0, [&](const Request &request) {
+            if (request.station == 2) {
+                return request.good();
+            }
+            QTimer::singleShot(timeout + 50, &late, [&] { late.start(10); });
+            return QByteArray();
+        }));
+    QJsonObject standard =
+        m_device->standard({Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"})}, timeout);
+    QJsonObject parameter = standard.value("parameter").toObject();
+    parameter.insert("baudRate", "1200");
+    standard.insert("parameter", parameter);
+    m_run = std::make_unique<Acquire::Run>();
+    m_run->start({standard}, 5000, {{"COM0", "line0"}});
+    EVENTUALLY(m_run->count() == 1);
+    QCOMPARE(m_run->last(), (QStringList{"!", "2007"}));
 }
 
 QTEST_GUILESS_MAIN(TestModbusSerial)

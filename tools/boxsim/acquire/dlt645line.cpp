@@ -163,7 +163,8 @@ Dlt645Line::Exchange Dlt645Line::askOnce(const Dlt645Query &query, int timeout, 
 
 LineSilence::Ending Dlt645Line::waitForSilence()
 {
-    return m_silence->wait([this](qint64 time) { return listen(time); }, *m_stop);
+    return m_silence->wait([this](qint64 time) { return listen(time); }, *m_stop,
+                           m_settings.timeOf(longestExchange) / 1000);
 }
 
 int Dlt645Line::listen(qint64 time)

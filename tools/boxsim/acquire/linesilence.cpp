@@ -10,7 +10,7 @@ void LineSilence::need(int time)
     noteByte();
 }
 
-LineSilence::Ending LineSilence::wait(const Listener &listen, const StopFlag &stop)
+LineSilence::Ending LineSilence::wait(const Listener &listen, const StopFlag &stop, int longestAnswer)
 {
     QDeadlineTimer limit(QDeadlineTimer::Forever); // from the first byte on
     while (m_needed > 0) {
@@ -27,7 +27,7 @@ LineSilence::Ending LineSilence::wait(const Listener &listen, const StopFlag &st
         }
         noteByte();
         if (limit.isForever()) {
-            limit.setRemainingTime(m_needed);
+            limit.setRemainingTime(qint64(m_needed) + longestAnswer);
         } else if (limit.hasExpired()) {
             return Ending::Restless;
         }

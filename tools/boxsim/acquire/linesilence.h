@@ -31,8 +31,8 @@ public:
     void noteByte() { m_sinceLastByte.restart(); }
     qint64 sinceLastByte() const { return m_sinceLastByte.elapsed(); }
     // Waits until it was silent for as long as it must be. One on which bytes still come so long after the
-    // first is restless. What is needed stays so until it was silent.
-    Ending wait(const Listener &listen, const StopFlag &stop);
+    // first, and longer than an answer takes, is restless. What is needed stays so until it was silent.
+    Ending wait(const Listener &listen, const StopFlag &stop, int longestAnswer);
 
 private:
     QElapsedTimer m_sinceLastByte; // or since the last request was over

@@ -125,7 +125,7 @@ LineSilence::Ending ModbusRtuLine::waitForSilence()
         char thrownAway[256];
         return waited > 0 && ::read(socket(), thrownAway, sizeof thrownAway) <= 0 ? -1 : waited;
     };
-    return m_silence->wait(listen, *stopFlag());
+    return m_silence->wait(listen, *stopFlag(), m_settings.timeOf(MODBUS_RTU_MAX_ADU_LENGTH) / 1000);
 }
 
 void ModbusRtuLine::settle()
