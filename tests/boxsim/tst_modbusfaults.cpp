@@ -26,6 +26,7 @@ private slots:
     void aGatewayIsHeardForItsDevices();
     void aSilentStationLeavesTheOthersTheirBeat();
     void aPointWithoutAnAnswerLeavesTheOthersValid();
+    void aPointThatIsAnsweredAgainIsJoinedAgain();
     void aDeadDeviceSlowsNoOtherLink();
     void lostAndBackAreToldOnce();
     void aServerThatIsNotThereIsLostAndBack();
@@ -307,6 +308,27 @@ void TestModbusFaults::aPointWithoutAnAnswerLeavesTheOthersValid()
              (QStringList{told.arg("0", "gives no answer to it"), told.arg("1", "gives no answer to it"),
                           told.arg("2", "gives no answer to it"),
                           told.arg("3", "closes the connection when asked for it")}));
+}
+
+// And told once more if it is not answered again.
+void TestModbusFaults::aPointThatIsAnsweredAgainIsJoinedAgain()
+{
+    bool silent = true;
+    bool joined = false;
+    RUN(run(
+        false, {Acquire::slave(1, {"7 uint16", "50 uint16", "51 uint16", "52 uint16", "53 uint16"})},
+        [&](const Request &request) {
+            joined = joined || (!silent && request.first == 50 && request.count == 4);
+            return silent && request.first + request.count > 53 ? QByteArray() : request.good();
+        },
+        20, 50));
+    const QString told = "\"S0\": 53 uint16 is not read, station 1 gives no answer to it";
+    EVENTUALLY(m_run->log.contains(told));
+    silent = false;
+    EVENTUALLY(joined);
+    QVERIFY(m_run->comes({"1007", "1050", "1051", "1052", "1053"}));
+    silent = true;
+    EVENTUALLY(m_run->log.count(told) == 2);
 }
 
 void TestModbusFaults::aDeadDeviceSlowsNoOtherLink()

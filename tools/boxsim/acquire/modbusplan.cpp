@@ -5,6 +5,20 @@
 #include <algorithm>
 #include <tuple>
 
+namespace {
+
+constexpr int mostTrust = 1000; // readings
+
+bool comesBefore(const ModbusItem &a, const ModbusItem &b)
+{
+    const auto place = [](const ModbusItem &item) {
+        return std::make_tuple(item.address.area, item.address.number, item.count);
+    };
+    return place(a) < place(b);
+}
+
+} // namespace
+
 int ModbusRequest::count() const
 {
     int end = 0;
@@ -24,11 +38,7 @@ ModbusPlan::ModbusPlan(const QVector<SimPoint> &points, const QMap<QString, QStr
     for (int i = 0; i < points.size(); ++i) {
         take(i, points.at(i), countsFrom0);
     }
-    const auto place = [](const ModbusItem &item) {
-        return std::make_tuple(item.address.area, item.address.number, item.count);
-    };
-    std::stable_sort(m_items.begin(), m_items.end(),
-                     [&](const ModbusItem &a, const ModbusItem &b) { return place(a) < place(b); });
+    std::stable_sort(m_items.begin(), m_items.end(), comesBefore);
     reset();
 }
 
@@ -72,16 +82,58 @@ void ModbusPlan::reset()
     }
 }
 
-bool ModbusPlan::split(int request)
+bool ModbusPlan::split(int request, Split split)
 {
-    const ModbusRequest whole = m_requests.at(request);
-    const int half = whole.items.size() / 2;
+    ModbusRequest first = m_requests.at(request);
+    const int half = first.items.size() / 2;
     if (half == 0) {
         return false;
     }
-    m_requests[request].items = whole.items.mid(0, half);
-    m_requests.insert(request + 1, {whole.items.mid(half), whole.failures});
+    if (split == Split::Lasting) {
+        // The other parts would have a gap between them.
+        for (ModbusRequest &other : m_requests) {
+            other.part = other.part == first.part ? 0 : other.part;
+        }
+        first.part = 0;
+    } else if (first.part == 0) {
+        first.part = ++m_lastPart;
+    }
+    first.answers = 0;
+    ModbusRequest second = first;
+    second.items = first.items.mid(half);
+    first.items = first.items.mid(0, half);
+    m_requests[request] = first;
+    m_requests.insert(request + 1, second);
     return true;
+}
+
+void ModbusPlan::joinAnswered()
+{
+    for (const ModbusRequest &request : qAsConst(m_requests)) {
+        const auto isSettled = [&](const ModbusRequest &other) {
+            return other.part != request.part || other.answers >= other.trust;
+        };
+        if (request.part != 0 && std::all_of(m_requests.cbegin(), m_requests.cend(), isSettled)) {
+            join(request.part);
+            return;
+        }
+    }
+}
+
+void ModbusPlan::join(int part)
+{
+    const auto isPart = [part](const ModbusRequest &request) { return request.part == part; };
+    ModbusRequest whole;
+    for (const ModbusRequest &request : qAsConst(m_requests)) {
+        if (isPart(request)) {
+            whole.items += request.items;
+            whole.trust = qMin(2 * request.trust, mostTrust);
+        }
+    }
+    std::stable_sort(whole.items.begin(), whole.items.end(), comesBefore);
+    whole.failures = Health::patience - 1;
+    m_requests.erase(std::remove_if(m_requests.begin(), m_requests.end(), isPart), m_requests.end());
+    m_requests.append(whole);
 }
 
 void ModbusPlan::putLast(int request)
@@ -91,10 +143,13 @@ void ModbusPlan::putLast(int request)
 
 void ModbusPlan::noteAnswer(int request)
 {
-    m_requests[request].failures = 0;
+    ModbusRequest &answered = m_requests[request];
+    answered.failures = 0;
+    answered.answers = qMin(answered.answers + 1, mostTrust);
 }
 
 bool ModbusPlan::noteFailure(int request)
 {
+    m_requests[request].answers = 0;
     return ++m_requests[request].failures >= Health::patience;
 }

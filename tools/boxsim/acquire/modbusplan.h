@@ -20,6 +20,10 @@ struct ModbusItem {
 struct ModbusRequest {
     QVector<ModbusItem> items; // by address
     int failures = 0;          // times running that it was not answered, though others were
+    int answers = 0;           // times running that it was
+    int part = 0;              // number of the request of which it is a part since silence, 0 if it is whole
+    int trust = 10;            // answers of all parts after which they are joined again
+
     ModbusArea area() const { return items.constFirst().address.area; }
     int first() const { return items.constFirst().address.number; }
     int count() const;
@@ -41,8 +45,16 @@ public:
     const QVector<ModbusRequest> &requests() const { return m_requests; }
     const ModbusOrder &order() const { return m_order; }
 
-    // Halves a request that was refused, or is not answered. False if it has one value only.
-    bool split(int request);
+    enum class Split {
+        Lasting,      // it was refused
+        UntilAnswers, // it is not answered
+    };
+    // Halves a request. False if it has one value only.
+    bool split(int request, Split split);
+    // Joins again, and puts last, what was split because of silence if all of it has been answered for long
+    // enough. If that was in vain, one failure splits it, and the next time takes twice as long. One request
+    // at a time, so that it costs no others their answers.
+    void joinAnswered();
     // A request was not answered: from now on it is the last, so that it does not keep the others waiting.
     void putLast(int request);
     // A request was answered.
@@ -55,10 +67,12 @@ public:
 
 private:
     void take(int index, const SimPoint &point, bool countsFrom0);
+    void join(int part);
 
     bool m_grouping;
     ModbusOrder m_order;
     QVector<ModbusItem> m_items; // by area and address
     QVector<ModbusRequest> m_requests;
+    int m_lastPart = 0;
     QVector<Refusal> m_refusals;
 };

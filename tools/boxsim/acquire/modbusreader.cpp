@@ -86,6 +86,7 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
 {
     Slave &slave = m_slaves[static_cast<size_t>(device)];
     bool answered = false;
+    slave.plan.joinAnswered();
     for (int i = 0; i < slave.plan.requests().size() && !m_setup.stop->isSet(); ++i) {
         const ModbusRequest request = slave.plan.requests().at(i);
         QVector<quint16> words(request.count());
@@ -104,7 +105,7 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
         }
         answered = true;
         slave.plan.noteAnswer(i);
-        if (isRefusal(answer) && slave.plan.split(i)) {
+        if (isRefusal(answer) && slave.plan.split(i, ModbusPlan::Split::Lasting)) {
             --i; // both halves are asked for
         } else if (answer.kind == ModbusAnswer::Kind::Exception) {
             takeException(&slave, device, request, answer);
@@ -112,6 +113,7 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
             for (const ModbusItem &item : request.items) {
                 const quint16 *first = words.constData() + item.address.number - request.first();
                 readings[item.point] = item.type.reading(first, slave.plan.order());
+                slave.told[item.point] = false;
             }
         }
     }
@@ -159,7 +161,7 @@ void ModbusReader::takeFailure(Slave *slave, int device, int request, Outcome ou
     const bool isLasting = slave->plan.noteFailure(request);
     slave->plan.putLast(request);
     const int last = slave->plan.requests().size() - 1;
-    if (isLasting && !slave->plan.split(last)) {
+    if (isLasting && !slave->plan.split(last, ModbusPlan::Split::UntilAnswers)) {
         tellOnce(slave, device, slave->plan.requests().at(last).items.constFirst(),
                  outcome == Outcome::Closed ? QStringLiteral("closes the connection when asked for it")
                                             : QStringLiteral("gives no answer to it"));

@@ -31,7 +31,7 @@ private:
     struct Slave {
         int station;
         ModbusPlan plan;
-        QVector<bool> told;         // points that were told as refused or not answered by the device
+        QVector<bool> told; // points that were told as refused or not answered since they were last read
         bool toldException = false; // that it answered with one that refuses no point
     };
 
