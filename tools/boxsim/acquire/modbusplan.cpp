@@ -141,6 +141,11 @@ void ModbusPlan::putLast(int request)
     m_requests.append(m_requests.takeAt(request));
 }
 
+void ModbusPlan::putFirst(int request)
+{
+    std::rotate(m_requests.begin(), m_requests.begin() + request, m_requests.end());
+}
+
 void ModbusPlan::noteAnswer(int request)
 {
     ModbusRequest &answered = m_requests[request];

@@ -57,6 +57,8 @@ public:
     void joinAnswered();
     // A request was not answered: from now on it is the last, so that it does not keep the others waiting.
     void putLast(int request);
+    // A request had no turn, nor those behind it: the next reading begins with them.
+    void putFirst(int request);
     // A request was answered.
     void noteAnswer(int request);
     // A request was not answered, though others were. True if that was so too often for a chance; then the

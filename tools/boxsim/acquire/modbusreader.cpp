@@ -85,55 +85,72 @@ QString ModbusReader::deviceName(int device) const
 DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *readings)
 {
     Slave &slave = m_slaves[static_cast<size_t>(device)];
-    bool answered = false;
+    Turn turn = {device, timeout, false, QDeadlineTimer(QDeadlineTimer::Forever)};
     slave.plan.joinAnswered();
     for (int i = 0; i < slave.plan.requests().size() && !m_setup.stop->isSet(); ++i) {
         const ModbusRequest request = slave.plan.requests().at(i);
         QVector<quint16> words(request.count());
-        const ModbusAnswer answer = ask(slave, request, timeout, words.data());
+        const ModbusAnswer answer = ask(slave, request, &turn, words.data());
         const Outcome outcome = outcomeOf(answer);
         if (outcome == Outcome::LineLost || m_setup.stop->isSet()) {
             return {outcome, answer.reason};
         }
         if (outcome != Outcome::Answered) {
-            if (answered) {
-                takeFailure(&slave, device, i, outcome);
-                return {};
-            }
-            slave.plan.putLast(i);
-            return {outcome, answer.reason};
+            takeFailure(&slave, turn, i, outcome);
+            return turn.answered ? Result() : Result{outcome, answer.reason};
         }
-        answered = true;
         slave.plan.noteAnswer(i);
         if (isRefusal(answer) && slave.plan.split(i, ModbusPlan::Split::Lasting)) {
             --i; // both halves are asked for
         } else if (answer.kind == ModbusAnswer::Kind::Exception) {
             takeException(&slave, device, request, answer);
         } else {
-            for (const ModbusItem &item : request.items) {
-                const quint16 *first = words.constData() + item.address.number - request.first();
-                readings[item.point] = item.type.reading(first, slave.plan.order());
-                slave.told[item.point] = false;
-            }
+            takeValues(&slave, request, words, readings);
         }
     }
     return {};
 }
 
-// In as many requests as a string needs that is longer than one.
-ModbusAnswer ModbusReader::ask(const Slave &slave, const ModbusRequest &request, int timeout, quint16 *words)
+// In as many requests as a string needs that is longer than one. What was sent over a connection that has
+// ended is sent once more: some peers end it after each answer, or after some.
+ModbusAnswer ModbusReader::ask(const Slave &slave, const ModbusRequest &request, Turn *turn, quint16 *words)
 {
     ModbusAnswer answer;
     const int most = mostInRequest(request.area());
     for (int done = 0; done < request.count(); done += most) {
         const ModbusAsk part = {slave.station, request.area(), request.first() + done,
                                 qMin(most, request.count() - done)};
-        answer = m_line->read(part, timeout, words + done);
+        answer = m_line->read(part, turn->timeout, words + done);
+        if (answer.kind == ModbusAnswer::Kind::Lost && turn->answered && reopen(turn)) {
+            answer = m_line->read(part, turn->timeout, words + done);
+        }
+        turn->answered = turn->answered || outcomeOf(answer) == Outcome::Answered;
         if (answer.kind != ModbusAnswer::Kind::Data) {
             break;
         }
     }
     return answer;
+}
+
+// For one time-out, so that a peer that is slow does not hold up the others.
+bool ModbusReader::reopen(Turn *turn)
+{
+    m_line->close();
+    if (turn->reopening.isForever()) {
+        turn->reopening.setRemainingTime(turn->timeout);
+    }
+    QString reason;
+    return !turn->reopening.hasExpired() && m_line->open(qMin(turn->timeout, m_line->openTimeout()), &reason);
+}
+
+void ModbusReader::takeValues(Slave *slave, const ModbusRequest &request, const QVector<quint16> &words,
+                              PointReading *readings)
+{
+    for (const ModbusItem &item : request.items) {
+        const quint16 *first = words.constData() + item.address.number - request.first();
+        readings[item.point] = item.type.reading(first, slave->plan.order());
+        slave->told[item.point] = false;
+    }
 }
 
 // A device that is busy, or fails, is so for all its points, and may read them the next time.
@@ -151,18 +168,22 @@ void ModbusReader::takeException(Slave *slave, int device, const ModbusRequest &
     }
 }
 
-// A request that was not answered by a device that answered others. Some are silent about a register that
-// they lack, or close the connection.
-void ModbusReader::takeFailure(Slave *slave, int device, int request, Outcome outcome)
+// A request without an answer comes last the next time. If the device answered others it counts: some are
+// silent about a register that they lack, or close the connection.
+void ModbusReader::takeFailure(Slave *slave, const Turn &turn, int request, Outcome outcome)
 {
     if (outcome == Outcome::Closed) {
         m_line->close();
+        if (turn.reopening.hasExpired()) {
+            slave->plan.putFirst(request); // over a new connection it may be answered
+            return;
+        }
     }
-    const bool isLasting = slave->plan.noteFailure(request);
+    const bool isLasting = turn.answered && slave->plan.noteFailure(request);
     slave->plan.putLast(request);
     const int last = slave->plan.requests().size() - 1;
     if (isLasting && !slave->plan.split(last, ModbusPlan::Split::UntilAnswers)) {
-        tellOnce(slave, device, slave->plan.requests().at(last).items.constFirst(),
+        tellOnce(slave, turn.device, slave->plan.requests().at(last).items.constFirst(),
                  outcome == Outcome::Closed ? QStringLiteral("closes the connection when asked for it")
                                             : QStringLiteral("gives no answer to it"));
     }

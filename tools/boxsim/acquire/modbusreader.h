@@ -4,6 +4,8 @@
 #include "boxsim/acquire/modbusline.h"
 #include "boxsim/acquire/modbusplan.h"
 
+#include <QDeadlineTimer>
+
 #include <memory>
 #include <vector>
 
@@ -35,11 +37,22 @@ private:
         bool toldException = false; // that it answered with one that refuses no point
     };
 
+    // One read().
+    struct Turn {
+        int device;
+        int timeout;
+        bool answered;            // whether the device answered anything
+        QDeadlineTimer reopening; // until when a line that was closed is opened anew; forever if none was
+    };
+
     void tell(const QString &name, const QString &text) const;
     void tellRefusals(const Slave &slave, const SimDevice &device) const;
-    ModbusAnswer ask(const Slave &slave, const ModbusRequest &request, int timeout, quint16 *words);
+    ModbusAnswer ask(const Slave &slave, const ModbusRequest &request, Turn *turn, quint16 *words);
+    bool reopen(Turn *turn);
+    void takeValues(Slave *slave, const ModbusRequest &request, const QVector<quint16> &words,
+                    PointReading *readings);
     void takeException(Slave *slave, int device, const ModbusRequest &request, const ModbusAnswer &answer);
-    void takeFailure(Slave *slave, int device, int request, Outcome outcome);
+    void takeFailure(Slave *slave, const Turn &turn, int request, Outcome outcome);
     void tellOnce(Slave *slave, int device, const ModbusItem &item, const QString &what);
 
     ReaderSetup m_setup;
