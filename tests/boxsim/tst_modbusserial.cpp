@@ -27,6 +27,7 @@ private slots:
     void aNameThatLedNowhereKeepsTheSilence();
     void standardsOfALineWaitForItsSilence();
     void oneLineUnderTwoNamesIsOneLine();
+    void twoNamesOfALineThatComesLate();
     void aLineInUseIsWaitedFor();
     void aLineInUseIsLeftAsItIs();
     void aLineThatIsNeverSilentCostsOneTimeout();
@@ -196,6 +197,36 @@ void TestModbusSerial::oneLineUnderTwoNamesIsOneLine()
     EVENTUALLY(m_run->count(0) >= 4 && m_run->count(1) >= 4);
     QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(0), {"1007"}));
     QCOMPARE(m_run->readings[1], QVector<QStringList>(m_run->count(1), {"1100"}));
+}
+
+// They could not be told to be one when the project began. One has the line then, until the next push.
+void TestModbusSerial::twoNamesOfALineThatComesLate()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, good));
+    QFile::remove("late1");
+    QFile::remove("late2");
+    QJsonArray standards;
+    for (const QString &number : {QString("1"), QString("2")}) {
+        QJsonObject standard =
+            Acquire::rtu({Acquire::slave(number.toInt(), {"7 uint16"})}, 150, "COM" + number);
+        standard.insert("name", "S" + number);
+        standards.append(standard);
+    }
+    m_run = std::make_unique<Acquire::Run>();
+    const QMap<QString, QString> lines = {{"COM1", "late1"}, {"COM2", "late2"}};
+    m_run->start(standards, 60, lines);
+    EVENTUALLY(m_run->log.filter("No such file").size() == 2);
+    m_run->log.clear();
+    QVERIFY(QFile::link("line0", "late1"));
+    QVERIFY(QFile::link("line0", "late2"));
+    QVERIFY(m_run->comes({"1007"}, 0));
+    EVENTUALLY(m_run->log.contains("\"S2\": late2 is not read, late1 is the same line"));
+    const int before = m_run->count(1);
+    EVENTUALLY(m_run->count(1) >= before + 5);
+    QCOMPARE(m_run->log.filter("S2").size(), 1);
+    QCOMPARE(m_run->readings[1], QVector<QStringList>(m_run->count(1), {"!"}));
+    m_run->start(standards, 60, lines);
+    QVERIFY(m_run->comes({"1007"}, 0) && m_run->comes({"2007"}, 1));
 }
 
 void TestModbusSerial::aLineInUseIsWaitedFor()

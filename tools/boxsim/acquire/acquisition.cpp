@@ -8,6 +8,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -54,6 +55,64 @@ QString fileOf(const QString &path)
     return file.isEmpty() ? path : file;
 }
 
+// The serial line of a Standard, all empty if it has none.
+struct SerialName {
+    QString path;
+    QString file; // when the project began
+};
+
+QVector<SerialName> serialNames(const QVector<SimStandard> &standards, const AcquireOptions &options)
+{
+    QVector<SerialName> names;
+    for (const SimStandard &standard : standards) {
+        const ReaderKind *kind = readerKind(standard);
+        const QString port = standard.parameters.value(QStringLiteral("serialport"));
+        const QString path = kind && kind->serial ? options.serialLines.value(port) : QString();
+        names.append({path, fileOf(path)});
+    }
+    return names;
+}
+
+// The other names that have the line if it turns out to be theirs: those of files that were there when the
+// project began, then the first.
+QStringList namesBefore(const QVector<SerialName> &names, const QString &file)
+{
+    QStringList files;
+    for (const SerialName &name : names) {
+        files.append(name.file);
+    }
+    std::stable_partition(files.begin(), files.end(),
+                          [](const QString &path) { return QFileInfo::exists(path); });
+    QStringList before;
+    for (const SerialName &name : names) {
+        if (!name.path.isEmpty() && files.indexOf(name.file) < files.indexOf(file)) {
+            before.append(name.path);
+        }
+    }
+    return before;
+}
+
+// Refuses a line while another name leads to its file, which could not be known when the project began: each
+// has a link of its own. That is told once.
+std::function<bool(QString *)> lineGuard(const ReaderSetup &setup, const QStringList &others)
+{
+    const QString refusal =
+        QStringLiteral("\"%1\": %2 is not read, ").arg(setup.standard->name, setup.serialPath);
+    return
+        [path = setup.serialPath, tell = setup.tell, others, refusal, told = false](QString *reason) mutable {
+            for (const QString &other : others) {
+                if (fileOf(other) == fileOf(path)) {
+                    *reason = QStringLiteral("%1 is the same line").arg(other);
+                    if (!std::exchange(told, true)) {
+                        tell(refusal + *reason);
+                    }
+                    return false;
+                }
+            }
+            return true;
+        };
+}
+
 } // namespace
 
 Acquisition::Acquisition(QObject *parent)
@@ -72,19 +131,20 @@ void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOpti
     stop();
     ++m_starts;
     m_standards = standards;
+    const QVector<SerialName> names = serialNames(standards, options);
     for (int i = 0; i < m_standards.size(); ++i) {
         const SimStandard &standard = m_standards.at(i);
         const ReaderKind *kind = readerKind(standard);
-        const QString port = standard.parameters.value(QStringLiteral("serialport"));
-        const QString path = kind && kind->serial ? options.serialLines.value(port) : QString();
-        const QString why = obstacle(standard, kind, path);
-        Link *link = kind && !kind->serial ? newLink() : sharedLink(fileOf(path));
+        const SerialName &line = names.at(i);
+        const QString why = obstacle(standard, kind, line.path);
+        Link *link = kind && !kind->serial ? newLink() : sharedLink(line.file);
         std::unique_ptr<DeviceReader> reader;
         if (kind && why.isEmpty()) {
             const auto tell = [link](const QString &text) { emit link->told(text); };
-            ReaderSetup setup{&standard, path, options.grouping, link->stopFlag(), tell};
+            ReaderSetup setup{&standard, line.path, options.grouping, link->stopFlag(), tell};
             if (kind->serial) {
-                setup.silence = silenceOf(fileOf(path), serialSettings(standard.parameters, {}).timeout);
+                setup.silence = silenceOf(line.file, serialSettings(standard.parameters, {}).timeout);
+                setup.mayOpen = lineGuard(setup, namesBefore(names, line.file));
             }
             reader = kind->make(setup);
             tellOutside(standard, tell);

@@ -22,6 +22,8 @@ struct ReaderSetup {
     std::function<void(const QString &)> tell;
     // What the serial line needs, if only because of those that had it open before.
     std::shared_ptr<LineSilence> silence = std::make_shared<LineSilence>();
+    // Whether the serial line may be opened by now. False with the reason.
+    std::function<bool(QString *reason)> mayOpen = [](QString *) { return true; };
 };
 
 // Reads the devices of one Standard over its line: slaves or meters, numbered as in SimStandard::devices.

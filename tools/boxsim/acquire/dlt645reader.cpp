@@ -98,6 +98,11 @@ int Dlt645Reader::openTimeout() const
     return timeToOpen;
 }
 
+bool Dlt645Reader::open(int /*timeout*/, QString *reason)
+{
+    return m_setup.mayOpen(reason) && m_line.open(reason);
+}
+
 DeviceReader::Result Dlt645Reader::read(int device, int timeout, PointReading *readings)
 {
     const QString wrongChecksums = QStringLiteral("wrong checksums");

@@ -25,7 +25,7 @@ public:
     int quietTime() const override { return m_line.requestTimeout(); }
     int leastTimeout() const override { return m_line.leastTimeout(); }
 
-    bool open(int /*timeout*/, QString *reason) override { return m_line.open(reason); }
+    bool open(int timeout, QString *reason) override;
     void close() override { m_line.close(); }
     bool isOpen() const override { return m_line.isOpen(); }
     void settle() override { m_line.settle(); }

@@ -82,6 +82,11 @@ QString ModbusReader::deviceName(int device) const
     return QStringLiteral("station %1").arg(m_slaves[static_cast<size_t>(device)].station);
 }
 
+bool ModbusReader::open(int timeout, QString *reason)
+{
+    return m_setup.mayOpen(reason) && m_line->open(timeout, reason);
+}
+
 DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *readings)
 {
     Slave &slave = m_slaves[static_cast<size_t>(device)];

@@ -22,7 +22,7 @@ public:
     int requestTimeout() const override { return m_line->requestTimeout(); }
     int quietTime() const override { return m_line->quietTime(); }
     int leastTimeout() const override { return m_line->leastTimeout(); }
-    bool open(int timeout, QString *reason) override { return m_line->open(timeout, reason); }
+    bool open(int timeout, QString *reason) override;
     void close() override { m_line->close(); }
     void settle() override { m_line->settle(); }
     bool isOpen() const override { return m_line->isOpen(); }
