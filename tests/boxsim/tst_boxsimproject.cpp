@@ -30,6 +30,7 @@ private slots:
     void documentsThatAreNoProject_data();
     void documentsThatAreNoProject();
     void wrongTypesInEveryKeyAreHarmless();
+    void settingsOfAnotherTypeAreMissing();
     void largeProjectsAreBounded();
     void valuesKeepToTheirPoint_data();
     void valuesKeepToTheirPoint();
@@ -235,6 +236,23 @@ void TestBoxSimProject::wrongTypesInEveryKeyAreHarmless()
     QCOMPARE(project.standards.size(), 4);
     QCOMPARE(project.standards.at(3).points.size(), 1);
     QCOMPARE(project.standards.at(3).interval, 1000);
+}
+
+void TestBoxSimProject::settingsOfAnotherTypeAreMissing()
+{
+    SimProject project;
+    QString error;
+    QVERIFY(readSimProject(
+        R"({"name": "P", "standards": [{"name": "S", "parameter": {"ip": "10.0.0.1", "port": 502},
+                               "datas": [{"datas": [], "slaveAddress": "17", "protocolVersion": 1},
+                                         {"datas": [], "stationNum": 1, "protocolVersion": "1"}]}]})",
+        &project, &error));
+    const SimStandard &standard = project.standards.at(0);
+    QCOMPARE(standard.parameters, (QMap<QString, QString>{{"ip", "10.0.0.1"}}));
+    QCOMPARE(standard.devices.size(), 2);
+    QCOMPARE(standard.devices.at(0).settings,
+             (QMap<QString, QString>{{"protocolVersion", "1"}, {"slaveAddress", "17"}}));
+    QCOMPARE(standard.devices.at(1).settings, (QMap<QString, QString>()));
 }
 
 void TestBoxSimProject::largeProjectsAreBounded()

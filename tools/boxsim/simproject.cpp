@@ -40,12 +40,14 @@ void appendPoint(const QJsonObject &object, SimStandard *standard)
     }
 }
 
-// The object's texts and numbers, as texts.
+// As a Box reads them: a document has the edition of a meter as a number and all else as texts, and what is
+// of another type is as if it were missing.
 QMap<QString, QString> texts(const QJsonObject &object)
 {
     QMap<QString, QString> texts;
     for (auto it = object.constBegin(); it != object.constEnd(); ++it) {
-        if (it->isString() || it->isDouble()) {
+        const bool isEdition = it.key() == QLatin1String("protocolVersion");
+        if (isEdition ? it->isDouble() : it->isString()) {
             texts.insert(it.key(), it->toVariant().toString());
         }
     }
