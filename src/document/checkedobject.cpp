@@ -3,7 +3,20 @@
 #include "definitions/choices.h"
 #include "definitions/documentkeys.h"
 
+#include <algorithm>
+
 using namespace Definitions;
+
+namespace {
+
+constexpr int longest = 40; // characters of a text that is shown
+
+QString cut(const QString &line)
+{
+    return line.size() > longest ? line.left(longest - 1) + QChar(0x2026) : line;
+}
+
+} // namespace
 
 CheckedObject::CheckedObject(const QJsonObject &object, const QString &folder, int row,
                              QVector<ProjectCheck::Remark> *remarks)
@@ -139,12 +152,13 @@ QString CheckText::noText(const QString &label)
 
 QString CheckText::notInList(const QString &label, const QString &value)
 {
-    return tr("%1 is '%2', which no list has.").arg(label, shortened(value));
+    QString line = cut(value); // with its blanks, which may be all that is wrong
+    std::replace_if(
+        line.begin(), line.end(), [](QChar c) { return c.isSpace(); }, QLatin1Char(' '));
+    return tr("%1 is '%2', which no list has.").arg(label, line);
 }
 
 QString CheckText::shortened(const QString &text)
 {
-    constexpr int longest = 40;
-    const QString line = text.left(2 * longest).simplified();
-    return line.size() > longest ? line.left(longest - 1) + QChar(0x2026) : line;
+    return cut(text.left(2 * longest).simplified());
 }

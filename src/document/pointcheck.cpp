@@ -40,7 +40,9 @@ void tell(CheckedObject *standard, const PointCheck::Tab &tab, Severity severity
           const QString &fault)
 {
     if (!rows.numbers.isEmpty()) {
-        standard->add(severity, tab.place() + CheckText::tr("rows %1: %2").arg(rows.text(), fault));
+        const QString text =
+            rows.numbers.size() == 1 ? CheckText::tr("row %1: %2") : CheckText::tr("rows %1: %2");
+        standard->add(severity, tab.place() + text.arg(rows.text(), fault));
     }
 }
 

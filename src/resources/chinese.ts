@@ -2189,6 +2189,10 @@
         <source>the same device as %1, on the same line.</source>
         <translation>与%1是同一线路上的同一设备。</translation>
     </message>
+    <message>
+        <source>row %1: %2</source>
+        <translation>第 %1 行：%2</translation>
+    </message>
 </context>
 <context>
     <name>Protocol</name>

@@ -2187,6 +2187,10 @@
         <source>the same device as %1, on the same line.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>row %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Protocol</name>

@@ -163,15 +163,17 @@ static void addNetworkRows()
         "Error: Standard/net: Tab 1 (1): The byte order is 'ACBD', which no list has.");
     row("standards/0/datas/0/series", R"("")", "Error: Standard/net: Tab 1 (1): The series is empty.");
     row("standards/0/datas/0/datas/1/addr", R"("")",
-        "Error: Standard/net: Tab 1 (1): rows 2: The address is empty.");
+        "Error: Standard/net: Tab 1 (1): row 2: The address is empty.");
     row("standards/0/datas/0/datas/1/addr", "40001",
-        "Error: Standard/net: Tab 1 (1): rows 2: The address is empty.");
+        "Error: Standard/net: Tab 1 (1): row 2: The address is empty.");
     row("standards/0/datas/0/datas/0/name", R"("")",
-        "Warning: Standard/net: Tab 1 (1): rows 1: The name is empty.");
+        "Warning: Standard/net: Tab 1 (1): row 1: The name is empty.");
     row("standards/0/datas/0/datas/0/dataType", R"("real")",
-        "Error: Standard/net: Tab 1 (1): rows 1: The type is 'real', which no list has.");
+        "Error: Standard/net: Tab 1 (1): row 1: The type is 'real', which no list has.");
+    row("standards/0/datas/0/datas/0/dataType", R"(" int16\n")",
+        "Error: Standard/net: Tab 1 (1): row 1: The type is ' int16 ', which no list has.");
     row("standards/0/datas/0/datas/0/permissions", R"("")",
-        "Error: Standard/net: Tab 1 (1): rows 1: The permission is empty.");
+        "Error: Standard/net: Tab 1 (1): row 1: The permission is empty.");
     row("standards/0/datas/1/datas/0/name", R"("U")",
         "Warning: Standard/net: Points of one name share a row of the Box's reports: 'U' (tab 1 row 1, tab 2 "
         "row 1).");
@@ -206,10 +208,10 @@ static void addSerialRows()
     row("standards/3/datas/0/protocolVersion", R"("1")",
         "Error: Standard/more: Tab 1 (18): The protocol version is '1', which no list has.");
     row("standards/2/datas/0/datas/0/addr", R"("")",
-        "Error: Standard/meters: Tab 1 (000000000017): rows 1: The item is not one of this protocol "
+        "Error: Standard/meters: Tab 1 (000000000017): row 1: The item is not one of this protocol "
         "version.");
     row("standards/2/datas/0/datas/0/name", R"("")",
-        "Warning: Standard/meters: Tab 1 (000000000017): rows 1: The name is empty.");
+        "Warning: Standard/meters: Tab 1 (000000000017): row 1: The name is empty.");
     row("standards/2/datas/0/datas/3", R"({"select": "true", "name": "E", "addr": "00020000"})",
         "Warning: Standard/meters: Points of one name share a row of the Box's reports: "
         "'E' (tab 1 row 1, tab 1 row 4).");
@@ -282,8 +284,8 @@ void TestProjectCheck::eachWrongValueIsARemark()
     const QJsonObject project = changed(parsed(goodProject), "standards/0/datas/0/datas", points).toObject();
     QCOMPARE(
         lines(project),
-        (QStringList{"Error: Standard/net: Tab 1 (1): rows 2: The type is empty.",
-                     "Error: Standard/net: Tab 1 (1): rows 3: The type is 'bar', which no list has.",
+        (QStringList{"Error: Standard/net: Tab 1 (1): row 2: The type is empty.",
+                     "Error: Standard/net: Tab 1 (1): row 3: The type is 'bar', which no list has.",
                      "Error: Standard/net: Tab 1 (1): rows 1, 4: The type is 'foo', which no list has."}));
 }
 
