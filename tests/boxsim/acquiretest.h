@@ -11,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSet>
 #include <QStandardPaths>
 #include <QTimer>
@@ -123,13 +124,21 @@ template <typename Predicate> bool waitFor(Predicate predicate, int time = 5000)
 
 #define EVENTUALLY(condition) QVERIFY(Acquire::waitFor([&] { return condition; }))
 
+// Whether it tells that beats are skipped or kept again. A busy computer may skip some at any time.
+inline bool isOfTheBeat(const QString &line)
+{
+    static const QRegularExpression told("^\"[^\"]*\": (skips beats|keeps its beat)");
+    return told.match(line).hasMatch();
+}
+
 // Reads Standards without a Box around it.
 class Run : public QObject
 {
 public:
     Run()
     {
-        connect(&m_acquisition, &Acquisition::told, this, [this](const QString &line) { log.append(line); });
+        connect(&m_acquisition, &Acquisition::told, this,
+                [this](const QString &line) { (isOfTheBeat(line) ? beats : log).append(line); });
         connect(&m_acquisition, &Acquisition::readingOver, this,
                 [this](int standard, const QVector<PointReading> &rows) {
                     QStringList texts;
@@ -162,7 +171,8 @@ public:
 
     QMap<int, QVector<QStringList>> readings;
     QMap<int, QVector<qint64>> times; // milliseconds
-    QStringList log;
+    QStringList log;                  // what was told
+    QStringList beats;                // and what of that is about them
 
 private:
     Acquisition m_acquisition;

@@ -254,7 +254,7 @@ void TestModbusFaults::aSilentStationLeavesTheOthersTheirBeat()
     RUN(runBoth(
         {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"8 uint16"})},
         [](const Request &request) { return request.station == 1 ? QByteArray() : request.good(); }, 30, 80));
-    EVENTUALLY(m_run->log.filter("keeps its beat again").size() == 2);
+    EVENTUALLY(m_run->beats.filter("keeps its beat again").size() == 2);
     for (int i = 0; i < 2; ++i) {
         const int before = m_run->count(i);
         EVENTUALLY(m_run->count(i) >= before + 6);

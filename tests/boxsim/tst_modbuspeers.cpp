@@ -74,8 +74,11 @@ private:
         own.acquire = {true, {{"COM1", m_line}}, grouping};
         m_log.clear();
         RUN(startBox(own));
-        connect(m_box.get(), &BoxSim::acquisitionTold, this,
-                [this](const QString &line) { m_log.append(line); });
+        connect(m_box.get(), &BoxSim::acquisitionTold, this, [this](const QString &line) {
+            if (!Acquire::isOfTheBeat(line)) {
+                m_log.append(line);
+            }
+        });
         m_tool = std::make_unique<RawTool>();
         QVERIFY(m_tool->connectTo(address()));
         m_tool->send(Raw::heartbeat);
