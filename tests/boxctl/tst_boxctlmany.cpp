@@ -3,6 +3,7 @@
 #include "boxsim/pointsignal.h"
 #include "boxsim/simproject.h"
 #include "files.h"
+#include "openfiles.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -133,6 +134,7 @@ class TestBoxCtlMany : public QObject
 {
     Q_OBJECT
 private slots:
+    void initTestCase();
     void pushesToTwoHundred();
     void watchesTwoHundred();
     void answersThatNeverCome();
@@ -140,6 +142,13 @@ private slots:
     void fewOpenFiles_data();
     void fewOpenFiles();
 };
+
+void TestBoxCtlMany::initTestCase()
+{
+    if (!mayOpenFiles(1024)) {
+        QSKIP("not so many files may be open");
+    }
+}
 
 // A dead one and one that refuses are told and keep no other from its project.
 void TestBoxCtlMany::pushesToTwoHundred()

@@ -1,3 +1,4 @@
+#include "openfiles.h"
 #include "reportingbox.h"
 
 #include <QRegularExpression>
@@ -21,7 +22,7 @@ const QString nowhere = "127.0.47.12"; // nothing listens there
 Outcome timeless(Outcome outcome)
 {
     static const QRegularExpression time(
-        "\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}\\+00:00|"
+        "\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}[+-]\\d\\d:\\d\\d|"
         "\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3}|\\b\\d{13}000000\\b");
     outcome.out.replace(time, "T");
     return outcome;
@@ -332,6 +333,9 @@ void TestBoxCtlWatch::lostLinkAsJson()
 // A Box for each byte at which a first link may end; its second one brings the report.
 void TestBoxCtlWatch::boxThatDiesAtAnyByte()
 {
+    if (!mayOpenFiles(1024)) {
+        QSKIP("not so many files may be open");
+    }
     const QByteArray whole = bytesOf(reportOf("A", {point("a", "float", "1")}));
     std::vector<std::unique_ptr<FakeBox>> boxes;
     QByteArray list;
