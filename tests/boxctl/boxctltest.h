@@ -119,6 +119,12 @@ private:
     QProcess m_process;
 };
 
+// The program in a command of the shell.
+inline QString boxctl()
+{
+    return "'" BOXCTL_PROGRAM "'";
+}
+
 // A command of the shell on a terminal of its own.
 inline Outcome runOnTerminal(const QString &command)
 {
@@ -133,8 +139,7 @@ inline Outcome runOnTerminal(const QStringList &arguments, const QByteArray &que
     QProcess process;
     process.start("script",
                   {"--quiet", "--return", "--command",
-                   "exec " + QString(BOXCTL_PROGRAM) + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')),
-                   "typescript"});
+                   "exec " + boxctl() + QLatin1Char(' ') + arguments.join(QLatin1Char(' ')), "typescript"});
     if (QTest::qWaitFor([&] { return process.peek(10000).contains(question); }, 60000)) {
         process.write(typed);
     }

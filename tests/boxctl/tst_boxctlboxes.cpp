@@ -117,7 +117,7 @@ void TestBoxCtlBoxes::progressInALog()
 void TestBoxCtlBoxes::progressOnATerminal()
 {
     const SimulatedBox box(address, {"--fault", "late-heartbeat=400"});
-    const QString command = QString("%1 info %2 %3").arg(QString(BOXCTL_PROGRAM), address, nowhere);
+    const QString command = QString("%1 info %2 %3").arg(boxctl(), address, nowhere);
     const Outcome outcome = runOnTerminal(command);
     QCOMPARE(outcome.status, 1);
     QVERIFY2(outcome.out.contains("127.0.40.70: waiting for the heartbeat answer\r\n"
@@ -155,7 +155,7 @@ void TestBoxCtlBoxes::progressOnASmallTerminal()
     }
     Files::put("names", "127.0.40.76 北京变电站一号网关二层\n127.0.40.77 North feeder\n127.0.40.78\n");
     const QString command =
-        QString("stty rows %1 cols 30; %2 info --timeout 0.1 @names").arg(rows).arg(QString(BOXCTL_PROGRAM));
+        QString("stty rows %1 cols 30; %2 info --timeout 0.1 @names").arg(rows).arg(boxctl());
     const Outcome outcome = runOnTerminal(command);
     QVERIFY2(outcome.out.startsWith(drawn), qPrintable(outcome.out));
     QVERIFY2(outcome.out.midRef(drawn.size()).startsWith(erasure(drawn)), qPrintable(outcome.out));
@@ -180,8 +180,7 @@ void TestBoxCtlBoxes::failuresStayInSight()
     const SimulatedBox box(address);
     const SimulatedBox second(other);
     Files::put("names", "127.0.40.72 North\n127.0.40.70\n127.0.40.71\n");
-    const QString command =
-        QString("stty rows %1 cols 80; %2 info --jobs 1 @names").arg("%1", QString(BOXCTL_PROGRAM));
+    const QString command = QString("stty rows %1 cols 80; %2 info --jobs 1 @names").arg("%1", boxctl());
     const QString failed = "boxctl: 127.0.40.72 (North): Connection refused\r\n";
     const QString total = "2 of 3 Boxes done, 1 failed\r\n";
     for (const int rows : {3, 4}) {
@@ -224,8 +223,8 @@ void TestBoxCtlBoxes::completion()
     Files::put("plants/two words.txt", "");
     Files::put(
         "rc",
-        "PATH=" + QFileInfo(BOXCTL_PROGRAM).path().toUtf8()
-            + ":$PATH\n. " SOURCE_ROOT "/packaging/linux/boxctl.bash\nPS1='ready> '\n"
+        "PATH='" + QFileInfo(BOXCTL_PROGRAM).path().toUtf8()
+            + "':$PATH\n. '" SOURCE_ROOT "/packaging/linux/boxctl.bash'\nPS1='ready> '\n"
               "boxctl() { if [[ $* == *--help ]]; then command boxctl \"$@\"; else printf '<%s> ' \"$@\" "
               "end; fi; }\n");
     QProcess bash;

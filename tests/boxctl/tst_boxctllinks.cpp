@@ -110,9 +110,8 @@ void TestBoxCtlLinks::progressOnASmallTerminal()
     QFETCH(QString, drawn);
     const FakeBox silent[] = {FakeBox("127.0.47.16"), FakeBox("127.0.47.17"), FakeBox("127.0.47.18")};
     Files::put("list", "127.0.47.16\n127.0.47.17 North\n127.0.47.18\n");
-    const QString command = QString("stty rows %1 cols 60; %2 watch --seconds 1 @list >/dev/null")
-                                .arg(rows)
-                                .arg(QString(BOXCTL_PROGRAM));
+    const QString command =
+        QString("stty rows %1 cols 60; %2 watch --seconds 1 @list >/dev/null").arg(rows).arg(boxctl());
     const Outcome outcome = runOnTerminal(command);
     QVERIFY2(outcome.out.startsWith(drawn + erasure(drawn)), qPrintable(outcome.out));
 }
@@ -121,7 +120,7 @@ void TestBoxCtlLinks::progressBeginsWithWhatIsMissing()
 {
     const ReportingBox box("127.0.47.19");
     const FakeBox silent("127.0.47.16");
-    const QString command = QString(BOXCTL_PROGRAM) + " watch --seconds 2 127.0.47.19 127.0.47.16 >/dev/null";
+    const QString command = boxctl() + " watch --seconds 2 127.0.47.19 127.0.47.16 >/dev/null";
     const Outcome outcome = runOnTerminal(command);
     QVERIFY2(outcome.out.contains("127.0.47.16: connecting\r\n127.0.47.19: 0 reports\r\n"
                                   "1 of 2 Boxes linked, 0 reports\r\n"),

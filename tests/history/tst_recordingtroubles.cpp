@@ -356,7 +356,7 @@ void TestRecordingTroubles::silentServerIsTold()
         QCOMPARE(recorder.status().state, Recorder::State::Troubled);
         taken.start();
     }
-    QVERIFY2(taken.elapsed() < 500, qPrintable(QString::number(taken.elapsed())));
+    QVERIFY2(taken.elapsed() < 1200, qPrintable(QString::number(taken.elapsed())));
 }
 
 void TestRecordingTroubles::removedFolderIsTold()
@@ -383,13 +383,13 @@ void TestRecordingTroubles::fullDiskIsTold()
     const QString small = m_folder->filePath("small");
     QVERIFY(QDir().mkdir(small));
     // Seen by the child alone.
-    const QString mount = QString("mount -t tmpfs -o size=200k none %1").arg(small);
+    const QString mount = QString("mount -t tmpfs -o size=200k none '%1'").arg(small);
     const QStringList apart{"--user", "--map-root-user", "--mount", "sh", "-c"};
     if (answerOf("unshare", apart + QStringList{mount + " && echo mounted"}) != "mounted") {
         QSKIP("No file system can be mounted here.");
     }
     const QString child =
-        QString(" && %1 --record %2/a.sqlite").arg(QCoreApplication::applicationFilePath(), small);
+        QString(" && '%1' --record '%2/a.sqlite'").arg(QCoreApplication::applicationFilePath(), small);
     QCOMPARE(withoutLost(answerOf("unshare", apart + QStringList{mount + child})),
              small + "/a.sqlite can't be written: the disk is full.");
 }
