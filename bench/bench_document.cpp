@@ -54,8 +54,8 @@ void load(benchmark::State &state, MakeProject makeProject, Shape shape)
     for (auto _ : state) {
         QStandardItemModel model;
         {
-            const LoadResult result = readProjectFile(path);
-            loadProject(model, result.document, folder.path());
+            const std::optional<QJsonObject> document = readProjectFile(path);
+            loadProject(model, *document, folder.path());
         }
         state.PauseTiming();
         model.clear();

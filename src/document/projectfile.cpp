@@ -129,32 +129,26 @@ SaveResult saveProject(const QStandardItem *project)
     return result;
 }
 
-LoadResult readProjectFile(const QString &path)
+std::optional<QJsonObject> readProjectFile(const QString &path)
 {
-    LoadResult result;
-    result.path = path;
     if (path.isEmpty()) {
-        result.failure = LoadResult::Failure::EmptyPath;
         qDebug() << "File path is empty.";
-        return result;
+        return std::nullopt;
     }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        result.failure = LoadResult::Failure::OpenFailed;
-        result.errorString = file.errorString();
-        qDebug() << "Could not open file for reading:" << result.errorString;
-        return result;
+        qDebug() << "Could not open file for reading:" << file.errorString();
+        return std::nullopt;
     }
     const QByteArray bytes = file.readAll();
     file.close();
     const QJsonDocument document = QJsonDocument::fromJson(bytes);
     if (!document.isObject()) {
-        result.failure = LoadResult::Failure::NoDocument;
         qDebug() << "Failed to create valid JSON document";
-        return result;
+        return std::nullopt;
     }
-    result.document = document.object();
-    qDebug() << "Project Name:" << result.document.value(DocumentKeys::nameKey).toString();
-    qDebug() << "Project Description:" << result.document.value(DocumentKeys::descriptionKey).toString();
-    return result;
+    const QJsonObject project = document.object();
+    qDebug() << "Project Name:" << project.value(DocumentKeys::nameKey).toString();
+    qDebug() << "Project Description:" << project.value(DocumentKeys::descriptionKey).toString();
+    return project;
 }

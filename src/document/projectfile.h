@@ -3,30 +3,22 @@
 #include <QJsonObject>
 #include <QString>
 
+#include <optional>
+
 class QStandardItem;
 
-// The project document on disk. Nothing here shows a message: what happened is in the result and, for whoever
-// looks for it, in the debug log.
+// The project document on disk. Nothing here shows a message: the result says whether it went well, and the
+// debug log why not.
 
+// How a save ended.
 struct SaveResult {
     enum class Failure { None, OpenFailed, WriteFailed };
 
     bool ok() const { return failure == Failure::None; }
 
-    QString path; // The file that was, or would have been, written.
+    QString path; // of the file that was, or would have been, written
     Failure failure = Failure::None;
-    QString errorString; // The file's own words; empty on success.
-};
-
-struct LoadResult {
-    enum class Failure { None, EmptyPath, OpenFailed, NoDocument };
-
-    bool ok() const { return failure == Failure::None; }
-
-    QString path;
-    QJsonObject document; // Empty on failure.
-    Failure failure = Failure::None;
-    QString errorString; // The file's own words; only if it could not be opened.
+    QString errorString; // what the system says about the failure
 };
 
 // Saves the document of a top-level item under projectFilePath(). The file is replaced as a whole at the end,
@@ -35,5 +27,5 @@ struct LoadResult {
 // it was, a crash may not.
 SaveResult saveProject(const QStandardItem *project);
 
-// Reads a document; refuses what is not JSON or has no object at its root.
-LoadResult readProjectFile(const QString &path);
+// The document in a file; nothing if the file can't be opened, is not JSON, or has no object at its root.
+std::optional<QJsonObject> readProjectFile(const QString &path);

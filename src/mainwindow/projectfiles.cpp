@@ -68,11 +68,11 @@ void ProjectFiles::loadFile(const QString &path)
 {
     {
         const Busy busy;
-        const LoadResult result = readProjectFile(path);
-        if (!result.ok()) {
+        const std::optional<QJsonObject> document = readProjectFile(path);
+        if (!document) {
             return;
         }
-        loadProject(*m_model, result.document, QFileInfo(path).absolutePath());
+        loadProject(*m_model, *document, QFileInfo(path).absolutePath());
         if (m_view) {
             m_view->expandAll();
         }

@@ -73,9 +73,9 @@ public:
             session();
         }
         closeProject();
-        const LoadResult loaded = readProjectFile(m_folder.filePath("plant.json"));
-        require(loaded.ok(), "the project did not load");
-        m_project = loadProject(*m_window.projectModel(), loaded.document, m_folder.path());
+        const std::optional<QJsonObject> document = readProjectFile(m_folder.filePath("plant.json"));
+        require(document.has_value(), "the project did not load");
+        m_project = loadProject(*m_window.projectModel(), *document, m_folder.path());
         m_gate = Window::folder(m_project, ProjectTree::boxFolder)->child(0);
         m_other = Window::folder(m_project, ProjectTree::boxFolder)->child(1);
         openForms();
