@@ -5,27 +5,34 @@
 
 namespace {
 
-bool isPem(const QString &content)
-{
-    return content.contains(QLatin1String("-----BEGIN "));
-}
+constexpr QSsl::KeyAlgorithm algorithms[] = {QSsl::Rsa, QSsl::Ec, QSsl::Dsa};
 
-QByteArray bytesOf(const QString &content)
+struct Decoded {
+    QByteArray bytes;
+    QSsl::EncodingFormat format;
+};
+
+// PEM is no Base64, since it has dashes. Line breaks in Base64 come from other programs.
+Decoded decoded(const QString &content)
 {
-    return isPem(content) ? content.toUtf8() : QByteArray::fromBase64(content.toLatin1());
+    const QByteArray base64 = content.simplified().remove(QLatin1Char(' ')).toUtf8();
+    const auto der = QByteArray::fromBase64Encoding(base64, QByteArray::AbortOnBase64DecodingErrors);
+    return der ? Decoded{*der, QSsl::Der} : Decoded{content.toUtf8(), QSsl::Pem};
 }
 
 // Qt takes a key in PEM under each of the titles, in DER under one only.
 QList<QByteArray> pemForms(const QString &key)
 {
-    if (isPem(key)) {
-        return {key.toUtf8()};
+    const Decoded own = decoded(key);
+    if (own.format == QSsl::Pem) {
+        return {own.bytes};
     }
+    constexpr int longestKey = 0xffff; // bytes of DER; a file of another kind may be huge
+    const QByteArray text = own.bytes.left(longestKey).toBase64();
     QList<QByteArray> forms;
     for (const char *title : {"PRIVATE KEY", "ENCRYPTED PRIVATE KEY", "RSA PRIVATE KEY", "EC PRIVATE KEY"}) {
         constexpr int lineLength = 64;
         QByteArray pem = QByteArray("-----BEGIN ") + title + "-----\n";
-        const QByteArray text = bytesOf(key).toBase64();
         for (int at = 0; at < text.size(); at += lineLength) {
             pem += text.mid(at, lineLength) + '\n';
         }
@@ -87,9 +94,26 @@ bool CertificateCheck::isPossible()
     return QSslSocket::supportsSsl();
 }
 
+QByteArray CertificateCheck::bytesIn(const QString &content)
+{
+    return decoded(content).bytes;
+}
+
 QList<QSslCertificate> CertificateCheck::certificatesIn(const QString &content)
 {
-    return QSslCertificate::fromData(bytesOf(content), isPem(content) ? QSsl::Pem : QSsl::Der);
+    const Decoded own = decoded(content);
+    return QSslCertificate::fromData(own.bytes, own.format);
+}
+
+int CertificateCheck::keyBits(const QString &content)
+{
+    for (const QSsl::KeyAlgorithm algorithm : algorithms) {
+        const QSslKey key = privateKey(content, algorithm, QString());
+        if (!key.isNull()) {
+            return key.length();
+        }
+    }
+    return 0;
 }
 
 CertificateCheck::Fit CertificateCheck::fit(const QSslCertificate &certificate, const QString &key,
@@ -112,7 +136,7 @@ CertificateCheck::Fit CertificateCheck::fit(const QSslCertificate &certificate, 
         constexpr int telling = 32;
         return own.toDer().contains(publicKey.toDer().right(telling)) ? Fit::Fits : Fit::Different;
     }
-    for (const QSsl::KeyAlgorithm other : {QSsl::Rsa, QSsl::Ec, QSsl::Dsa}) {
+    for (const QSsl::KeyAlgorithm other : algorithms) {
         if (!privateKey(key, other, password).isNull()) {
             return Fit::Different;
         }

@@ -1,7 +1,7 @@
 #include "forms/certificatefield.h"
 
 #include "document/certificatefile.h"
-#include "forms/certificatesummary.h"
+#include "document/certificatesummary.h"
 #include "forms/formpage.h"
 #include "model/itemref.h"
 #include "widgets/choosefile.h"
