@@ -93,7 +93,8 @@ Protocol::Protocol(QObject *parent)
 
     connect(m_session, &Session::statusChanged, this,
             [this](Session::Status status) { emit connectionStatusChanged(tr(textOf(status))); });
-    connect(m_session, &Session::versionReceived, this, &Protocol::versionReceived);
+    connect(m_session, &Session::identified, this,
+            [this](const HeartbeatAnswer &answer) { emit versionReceived(answer.version); });
     connect(m_session, &Session::offlineOccurred, this, &Protocol::handleOffline);
     connect(m_session, &Session::settingsReceived, this, [this](const BoxSettings &settings) {
         std::visit([this](const auto &record) { pass(record); }, settings);

@@ -275,7 +275,6 @@ void Session::takeHeartbeat(const QByteArray &frame)
         return;
     }
     emit statusChanged(Status::Connected);
-    emit versionReceived(answer->version);
     emit identified(*answer);
     qDebug().noquote().nospace() << "Box Version: " << answer->version;
     qDebug().noquote().nospace() << "Box Serial Number: " << answer->serialNumber;

@@ -81,8 +81,7 @@ signals:
     void linkOpened();
     // What the system says of a connection that could not be made, or of the end of one, before Disconnected.
     void socketFailed(const QString &errorString);
-    void versionReceived(const QString &version);
-    // All that came with the version.
+    // A heartbeat answer that can be read has come.
     void identified(const HeartbeatAnswer &answer);
     // 30 seconds have passed without a heartbeat answer; comes once until the next answer or disconnection.
     void offlineOccurred();

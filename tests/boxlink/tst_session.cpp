@@ -29,8 +29,8 @@ public:
     {
         connect(session, &Session::statusChanged, this,
                 [this](Session::Status status) { lines.append(QVariant::fromValue(status).toString()); });
-        connect(session, &Session::versionReceived, this,
-                [this](const QString &version) { lines.append("version " + version); });
+        connect(session, &Session::identified, this,
+                [this](const HeartbeatAnswer &answer) { lines.append("version " + answer.version); });
         connect(session, &Session::offlineOccurred, this, [this] { lines.append("offline"); });
         connect(session, &Session::settingsReceived, this, [this](const BoxSettings &settings) {
             BoxSettings record = settings;
