@@ -133,7 +133,7 @@ void transfer(benchmark::State &state)
             FileTransfer(
                 job, &owner, [&percent](int now) { percent = now; }, FileTransfer::Timeouts())
                 .run();
-        if (!result.ended || percent != 100) {
+        if (!result.endedInTime || percent != 100) {
             state.SkipWithError("the transfer failed");
         }
     }

@@ -134,7 +134,7 @@ void BoxUpload::push(const FileTransfer::Job &job, const QString &what, PushOutc
     if (alive && m_workspace && !result.line.isEmpty()) {
         m_workspace->appendMessage(result.line);
     }
-    if (alive && result.ended) {
+    if (alive && result.endedInTime) {
         logToFile(QLatin1String(logLine));
     }
 }

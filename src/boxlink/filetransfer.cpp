@@ -123,7 +123,7 @@ void FileTransfer::awaitVerdict()
         m_result.line = Text::tr("Timeout:Timeout while waiting for checksum result.");
     } else {
         judge(m_socket->readAll());
-        m_result.ended = true;
+        m_result.endedInTime = true;
     }
     m_socket->disconnectFromHost();
     m_socket->deleteLater();

@@ -30,8 +30,8 @@ public:
     struct Result {
         QString messageTitle;
         QString messageText;
-        QString line;       // for the "Message" dock
-        bool ended = false; // the wait for the verdict ended with an answer of any kind
+        QString line;             // for the "Message" dock
+        bool endedInTime = false; // the wait for the verdict did, mostly by an answer of any kind
         Ending ending = Ending::LinkLost;
     };
 

@@ -55,11 +55,10 @@ protected:
         return transfer.run();
     }
 
-    // The "title|text|line" of a result, behind "ended: " where the wait for the verdict ended with an
-    // answer.
+    // The "title|text|line" of a result, behind "ended: " where the wait for the verdict ended in time.
     static QString told(const FileTransfer::Result &result)
     {
-        return (result.ended ? QString("ended: ") : QString())
+        return (result.endedInTime ? QString("ended: ") : QString())
             + QStringList{result.messageTitle, result.messageText, result.line}.join(QLatin1Char('|'));
     }
 

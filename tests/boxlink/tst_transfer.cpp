@@ -290,7 +290,7 @@ void TestTransfer::secondTransferDuringTheWait()
     QCOMPARE(second.line, "Timeout:Timeout while waiting for checksum result.");
     QCOMPARE(first.line, line);
     QCOMPARE(first.messageTitle, firstTimeout < 400 ? QString("Timeout") : QString());
-    QCOMPARE(first.ended, firstTimeout > 400);
+    QCOMPARE(first.endedInTime, firstTimeout > 400);
     QTRY_VERIFY(m_owner->children().isEmpty());
 }
 
