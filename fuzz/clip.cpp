@@ -11,7 +11,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
     }
     const ParameterVariant &variant = data[0] % 2 == 0 ? ParameterVariant::plc() : ParameterVariant::modbus();
     const QString text = QString::fromUtf8(Fuzz::bytesOf(data + 1, size - 1));
-    const ParameterCsv::Import import = ParameterClip::read(text, variant);
+    const RowImport import = ParameterClip::read(text, variant);
     Fuzz::require(!import.refusal || import.rows.isEmpty(), "what is refused brings no rows");
     Fuzz::require(import.badChoices <= import.rows.size(), "a bad choice is a row");
     Fuzz::require(import.faults.told.size() <= RowFaults::mostTold, "what is told is bounded");

@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, std::size_t size)
         file.prepend(variant.headers().join(QLatin1Char(',')).toUtf8() + '\n');
     }
     QTextStream stream(&file, QIODevice::ReadOnly | QIODevice::Text);
-    const ParameterCsv::Import import = ParameterCsv::read(stream.readAll(), variant);
+    const RowImport import = ParameterCsv::read(stream.readAll(), variant);
     Fuzz::require(import.refusal || import.badChoices <= import.rows.size(),
                   "a bad choice is told once a row");
     Fuzz::require(!import.refusal || import.rows.isEmpty(), "what is refused brings no rows");

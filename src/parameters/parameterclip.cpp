@@ -1,6 +1,7 @@
 #include "parameters/parameterclip.h"
 
 #include "parameters/parameterrules.h"
+#include "parameters/rowcheck.h"
 
 #include <QCoreApplication>
 
@@ -129,9 +130,9 @@ QString ParameterClip::write(const QList<QStringList> &rows)
     return lines.join(QLatin1Char('\n'));
 }
 
-ParameterCsv::Import ParameterClip::read(const QString &text, const ParameterVariant &variant)
+RowImport ParameterClip::read(const QString &text, const ParameterVariant &variant)
 {
-    ParameterCsv::Import import;
+    RowImport import;
     if (text.size() > mostText) {
         import.refusal = QT_TRANSLATE_NOOP("ParameterTable", "The clipboard holds too much to be pasted");
         return import;

@@ -1,5 +1,7 @@
 #include "parameters/parametercsv.h"
 
+#include "parameters/rowcheck.h"
+
 #include <QCoreApplication>
 #include <QTextStream>
 
@@ -9,7 +11,7 @@ constexpr char place[] = QT_TRANSLATE_NOOP("ParameterTable", "Line %1");
 
 // The rows that have passed go with the first line that is refused. Those behind it are only looked at for
 // what is wrong with them.
-void refuse(ParameterCsv::Import *import, const char *text)
+void refuse(RowImport *import, const char *text)
 {
     if (!import->refusal) {
         import->rows.clear();
@@ -17,7 +19,7 @@ void refuse(ParameterCsv::Import *import, const char *text)
     }
 }
 
-void takeRow(ParameterCsv::Import *import, const RowCheck &check, int number, const QStringList &fields)
+void takeRow(RowImport *import, const RowCheck &check, int number, const QStringList &fields)
 {
     const int bad = check.badColumn(fields);
     const bool badChoice = bad >= 0 && check.isChoice(bad);
@@ -36,9 +38,9 @@ void takeRow(ParameterCsv::Import *import, const RowCheck &check, int number, co
 
 } // namespace
 
-ParameterCsv::Import ParameterCsv::read(QString text, const ParameterVariant &variant)
+RowImport ParameterCsv::read(QString text, const ParameterVariant &variant)
 {
-    Import import;
+    RowImport import;
     const RowCheck check(variant);
     bool headerRead = false;
     int number = 0; // of the line, from 1; each line break ends one, since nothing is quoted

@@ -1,17 +1,9 @@
 #pragma once
 
 #include "parameters/parametervariant.h"
+#include "parameters/rowimport.h"
 
 #include <QVariant>
-
-// Rows from outside with which something is wrong, in words of the current language: the first of them, and
-// how many there are.
-struct RowFaults {
-    static constexpr int mostTold = 20;
-
-    QStringList told;
-    int count = 0;
-};
 
 // What a row from outside, of a file or of the clipboard, must hold to come into a table. Words are those of
 // the current language.
@@ -20,7 +12,7 @@ class RowCheck
 public:
     explicit RowCheck(const ParameterVariant &variant);
 
-    // Of any variant: a row of Modbus is that wide with the empty field of its button.
+    // The fewest fields of a row in any variant: those of Modbus, with the empty one of the button.
     static constexpr int leastFields = 6;
 
     const QStringList &headers() const { return m_headers; }

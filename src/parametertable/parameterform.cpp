@@ -45,7 +45,7 @@ ParameterTable *ParameterForm::makeTable(QWidget *parent)
     connectTo(&ParameterTable::amplitudeEntered, &ParameterForm::checkThreshold);
     connectTo(&ParameterTable::removePressed, &ParameterForm::removeParameter);
     connect(new RowClipboard(m_variant, table), &RowClipboard::pasted, table,
-            [table](const ParameterCsv::Import &import) {
+            [table](const RowImport &import) {
                 if (TableNote *note = TableNote::of(table)) {
                     note->tellPaste(import);
                 }
@@ -155,7 +155,7 @@ void ParameterForm::importFile(const QString &path)
              QT_TRANSLATE_NOOP("ParameterTable", "Unable to open file for reading."));
         return;
     }
-    const ParameterCsv::Import import = ParameterCsv::read(QTextStream(&file).readAll(), m_variant);
+    const RowImport import = ParameterCsv::read(QTextStream(&file).readAll(), m_variant);
     file.close();
     const QPointer<ParameterForm> guard(this);
     for (int told = 0; told < import.badChoices && guard; ++told) {

@@ -44,7 +44,7 @@ QString RowClipboard::copied() const
 
 void RowClipboard::paste()
 {
-    const ParameterCsv::Import import = ParameterClip::read(QApplication::clipboard()->text(), m_variant);
+    const RowImport import = ParameterClip::read(QApplication::clipboard()->text(), m_variant);
     const int first = m_table->rowCount();
     if (!import.rows.isEmpty()) {
         m_table->append(import.rows);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "parameters/parametercsv.h"
+#include "parameters/parametervariant.h"
+#include "parameters/rowimport.h"
 
 #include <QObject>
 
@@ -18,7 +19,7 @@ public:
     RowClipboard(const ParameterVariant &variant, ParameterTable *table);
 
 signals:
-    void pasted(const ParameterCsv::Import &import);
+    void pasted(const RowImport &import);
 
 private:
     QString copied() const;

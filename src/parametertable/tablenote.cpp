@@ -16,14 +16,14 @@ TableNote *TableNote::of(const QWidget *table)
     return table ? table->parentWidget()->findChild<TableNote *>() : nullptr;
 }
 
-void TableNote::tellImport(const ParameterCsv::Import &import, const QString &path)
+void TableNote::tellImport(const RowImport &import, const QString &path)
 {
     const QString text =
         m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Rows imported from %1: %2"));
     tell(text.arg(QFileInfo(path).fileName(), QString::number(import.rows.size())), import.faults);
 }
 
-void TableNote::tellPaste(const ParameterCsv::Import &import)
+void TableNote::tellPaste(const RowImport &import)
 {
     const QString text = m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "Rows pasted: %1"));
     tell(import.refusal ? m_variant.translated(import.refusal) : text.arg(import.rows.size()), import.faults);

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "parameters/parametercsv.h"
+#include "parameters/parametervariant.h"
+#include "parameters/rowimport.h"
 #include "widgets/quietline.h"
 
 // The quiet line beside the buttons of a parameter table: what the last import, export or paste came to. Its
@@ -11,11 +12,11 @@ class TableNote : public QuietLine
 public:
     TableNote(const ParameterVariant &variant, QWidget *parent);
 
-    // That of the table, which has its buttons on the same page; null without.
+    // The note beside the buttons of the table, which are on its page; null if there is none.
     static TableNote *of(const QWidget *table);
 
-    void tellImport(const ParameterCsv::Import &import, const QString &path);
-    void tellPaste(const ParameterCsv::Import &import);
+    void tellImport(const RowImport &import, const QString &path);
+    void tellPaste(const RowImport &import);
     void tellExport(int rows, const QString &path, bool isWhole);
     void tellNothing() { setText(QString()); }
 

@@ -1,5 +1,6 @@
 #include "parametercsvtexts.h"
 #include "parameters/parameterclip.h"
+#include "parameters/rowcheck.h"
 
 #include <QtTest>
 
@@ -66,7 +67,7 @@ void TestParameterClip::pastedRows()
     QFETCH(bool, modbus);
     QFETCH(QString, text);
     QFETCH(QList<QVariantList>, rows);
-    const ParameterCsv::Import import = ParameterClip::read(text, variantOf(modbus));
+    const RowImport import = ParameterClip::read(text, variantOf(modbus));
     QVERIFY(!import.refusal);
     QCOMPARE(import.rows, rows);
 }
@@ -98,7 +99,7 @@ void TestParameterClip::refusedRowsAreLeftOut()
     QFETCH(QString, told);
     QFETCH(bool, stays);
     const QString good = modbus ? QString("0\ta\tfloat\t1\tr\n") : "0\ta\tint16\t1\tr\tTimed\t\t\t\n";
-    const ParameterCsv::Import import = ParameterClip::read(good + bad + '\n' + good, variantOf(modbus));
+    const RowImport import = ParameterClip::read(good + bad + '\n' + good, variantOf(modbus));
     QVERIFY(!import.refusal);
     QCOMPARE(import.rows.size(), stays ? 3 : 2);
     QCOMPARE(import.faults.told, QStringList{"Row 2, \"b\": " + told});
@@ -119,7 +120,7 @@ void TestParameterClip::refusedText()
 {
     QFETCH(QString, text);
     QFETCH(QByteArray, refusal);
-    const ParameterCsv::Import import = ParameterClip::read(text, ParameterVariant::modbus());
+    const RowImport import = ParameterClip::read(text, ParameterVariant::modbus());
     QCOMPARE(QByteArray(import.refusal), refusal);
     QCOMPARE(import.rows, RowList());
 }
@@ -144,7 +145,7 @@ void TestParameterClip::manyQuotesAreReadWithFewFaultsTold()
     for (const char *piece : {"\"", "\"\"", "\"\t", "\"\"\"\n", "\"a\t", "\n\"\"a"}) {
         const QString text = QString::fromLatin1(piece).repeated(pieces);
         for (const QString &start : {QString(), QString("\"")}) {
-            const ParameterCsv::Import import = ParameterClip::read(start + text, ParameterVariant::modbus());
+            const RowImport import = ParameterClip::read(start + text, ParameterVariant::modbus());
             QVERIFY(!import.refusal);
             QVERIFY(import.faults.told.size() <= RowFaults::mostTold);
         }

@@ -98,7 +98,7 @@ void TestParameterCsv::refusedText()
     QFETCH(bool, modbus);
     QFETCH(QByteArray, bytes);
     QFETCH(QByteArray, refusal);
-    const ParameterCsv::Import import = ParameterCsv::read(QString::fromUtf8(bytes), variantOf(modbus));
+    const RowImport import = ParameterCsv::read(QString::fromUtf8(bytes), variantOf(modbus));
     QCOMPARE(QByteArray(import.refusal), refusal);
     QCOMPARE(import.rows, RowList());
     QCOMPARE(import.badChoices, 0);
@@ -137,7 +137,7 @@ void TestParameterCsv::acceptedText()
     QFETCH(bool, modbus);
     QFETCH(QByteArray, bytes);
     QFETCH(QList<QVariantList>, rows);
-    const ParameterCsv::Import import = ParameterCsv::read(QString::fromUtf8(bytes), variantOf(modbus));
+    const RowImport import = ParameterCsv::read(QString::fromUtf8(bytes), variantOf(modbus));
     QVERIFY(!import.refusal);
     QCOMPARE(import.rows, rows);
     QCOMPARE(import.badChoices, 0);
@@ -148,7 +148,7 @@ void TestParameterCsv::badChoiceCountsOnceARowAndGoesOn()
     const QByteArray rows = "D1,a,INT16,1,w,Timed,,,,\nD2,b,int16,1,w,Timed,,,,\n"
                             "D3,c,int16,1,r,Never,,,,\nD4,d,int16,1,r,Change,,,,\n";
     const QString text = QString::fromUtf8(plcHeader + rows);
-    const ParameterCsv::Import import = ParameterCsv::read(text, ParameterVariant::plc());
+    const RowImport import = ParameterCsv::read(text, ParameterVariant::plc());
     QVERIFY(!import.refusal);
     QCOMPARE(import.badChoices, 3);
     QCOMPARE(import.rows,
@@ -156,7 +156,7 @@ void TestParameterCsv::badChoiceCountsOnceARowAndGoesOn()
                       row("D3,c,int16,1,r,Never,,,,"), row("D4,d,int16,1,r,Change,,,,")}));
 
     // Those before the line that is refused are told too.
-    const ParameterCsv::Import refused =
+    const RowImport refused =
         ParameterCsv::read(text + "D5,e,int16,x,r,Timed,,,,\n", ParameterVariant::plc());
     QVERIFY(refused.refusal);
     QCOMPARE(refused.badChoices, 3);
@@ -202,7 +202,7 @@ void TestParameterCsv::faultsTellLineNameAndReason()
     QFETCH(bool, modbus);
     QFETCH(QByteArray, bytes);
     QFETCH(QStringList, told);
-    const ParameterCsv::Import import = ParameterCsv::read(QString::fromUtf8(bytes), variantOf(modbus));
+    const RowImport import = ParameterCsv::read(QString::fromUtf8(bytes), variantOf(modbus));
     QCOMPARE(import.faults.told, told);
     QCOMPARE(import.faults.count, told.size());
 }
@@ -214,12 +214,11 @@ void TestParameterCsv::faultsAreBounded()
         bytes += QByteArray(line, 'n') + ",name " + QByteArray::number(line) + ",float,x,r,\n";
     }
     bytes += "0," + QByteArray(100000, 'n') + ",float,x,r,\n";
-    const ParameterCsv::Import import =
-        ParameterCsv::read(QString::fromUtf8(bytes), ParameterVariant::modbus());
+    const RowImport import = ParameterCsv::read(QString::fromUtf8(bytes), ParameterVariant::modbus());
     QCOMPARE(import.faults.count, 1001);
     QCOMPARE(import.faults.told.size(), 20);
 
-    const ParameterCsv::Import wide =
+    const RowImport wide =
         ParameterCsv::read(QString::fromUtf8(modbusHeader + "0," + QByteArray(100000, 'n') + ",float,x,r,\n"),
                            ParameterVariant::modbus());
     QCOMPARE(
