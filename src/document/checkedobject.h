@@ -3,7 +3,6 @@
 #include "definitions/values.h"
 #include "document/projectcheck.h"
 
-#include <QCoreApplication>
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -19,19 +18,20 @@ public:
 
     QString name() const;
     const QJsonObject &json() const { return m_object; }
-    // As the program reads it: a value that is no text is an empty one.
+    // The text under the key; empty for a value that is no text, since the program reads it so.
     QString text(const char *key, Definitions::Place place = Definitions::Place::Object) const;
-    // An array that is something else is an error.
+    // The array under the key. Adds an error if something else is there.
     QJsonArray array(const char *key);
 
+    // Adds a remark on the object.
     void add(Severity severity, const QString &text);
     void error(const QString &text) { add(Severity::Error, text); }
     void warning(const QString &text) { add(Severity::Warning, text); }
 
-    // The same for an empty text under the key.
+    // Adds a remark if there is no text under the key, or one of white space alone.
     void needText(Severity severity, const char *key, Definitions::Place place = Definitions::Place::Object);
-    // The same for values that are no text, and for those that their lists do not have, by the rows of the
-    // kind. An empty one passes where the form was never saved: not with a list that has to be set.
+    // Adds a remark on each value that is no text and on each that its list does not have, by the rows of the
+    // kind. An empty text passes, since the form may never have been saved, unless the lists have to be set.
     void checkValues(Severity severity, Definitions::Kind kind, unsigned subKinds, bool listsAreSet);
 
 private:
@@ -41,18 +41,4 @@ private:
     QString m_folder;
     int m_row;
     QVector<ProjectCheck::Remark> *m_remarks;
-};
-
-// The words of the check, in the language in force.
-struct CheckText {
-    Q_DECLARE_TR_FUNCTIONS(ProjectCheck)
-public:
-    // What the user knows a value of the document by; the key itself if that is all there is.
-    static QString labelOf(const QString &key);
-    static QString empty(const QString &label);
-    static QString noText(const QString &label);
-    static QString noList(const QString &key);
-    static QString notInList(const QString &label, const QString &value);
-    // In one line of bearable length, for texts from outside.
-    static QString shortened(const QString &text);
 };

@@ -2,6 +2,7 @@
 
 #include "definitions/documentkeys.h"
 #include "document/checkedobject.h"
+#include "document/checktext.h"
 
 #include <QMap>
 #include <QStringList>

@@ -26,7 +26,7 @@ class Names
 {
 public:
     void add(const QString &name, int tab, int row);
-    // One remark on all of them.
+    // Adds one remark on all names that are given more than once.
     void tellShared(CheckedObject *standard) const;
 
 private:

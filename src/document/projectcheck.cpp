@@ -2,6 +2,7 @@
 
 #include "definitions/documentkeys.h"
 #include "document/checkedobject.h"
+#include "document/checktext.h"
 #include "document/servicecheck.h"
 #include "document/standardcheck.h"
 #include "model/projecttree.h"

@@ -4,6 +4,7 @@
 #include "definitions/protocols.h"
 #include "document/certificatecheck.h"
 #include "document/checkedobject.h"
+#include "document/checktext.h"
 #include "model/itemroles.h"
 
 #include <QDateTime>

@@ -1,6 +1,7 @@
 #include "document/sharedlines.h"
 
 #include "document/checkedobject.h"
+#include "document/checktext.h"
 
 #include <QStringList>
 

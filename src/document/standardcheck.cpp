@@ -3,6 +3,7 @@
 #include "definitions/documentkeys.h"
 #include "definitions/protocols.h"
 #include "document/checkedobject.h"
+#include "document/checktext.h"
 #include "document/pointcheck.h"
 #include "document/sharedlines.h"
 
