@@ -15,7 +15,6 @@
 #include "mainwindow/treekeys.h"
 #include "mainwindow/windowactions.h"
 #include "mainwindow/windowkeys.h"
-#include "mainwindow/windowtext.h"
 #include "monitoring/monitoringview.h"
 #include "projects/newprojectdialog.h"
 #include "servers/importdatadialog.h"
@@ -28,6 +27,22 @@
 #include <QPlainTextEdit>
 #include <QStandardItemModel>
 #include <QTreeView>
+
+namespace {
+
+// Puts a catalogue in the place of the one that the translator holds. One that can't be read leaves the
+// source texts.
+void loadCatalogue(QTranslator *translator, const QString &file)
+{
+    if (translator->load(file, QLatin1String(""), QLatin1String(""), QLatin1String(""))) {
+        QCoreApplication::installTranslator(translator);
+    } else {
+        QCoreApplication::removeTranslator(translator);
+        qWarning() << "Failed to load translation file: " << file;
+    }
+}
+
+} // namespace
 
 CMainWindow::CMainWindow(QWidget *parent)
     : QMainWindow(parent)
@@ -142,7 +157,7 @@ void CMainWindow::CESwitching()
 {
     static QTranslator translator;
     m_chinese = !m_chinese;
-    WindowText::load(&translator, QLatin1String(m_chinese ? ":/adsdemo/chinese.qm" : ":/adsdemo/english.qm"));
+    loadCatalogue(&translator, QLatin1String(m_chinese ? ":/adsdemo/chinese.qm" : ":/adsdemo/english.qm"));
     m_ui->retranslateUi(this);
     setWindowTitle(QStringLiteral("MRN-IEC61850-Modbus"));
 }
