@@ -65,7 +65,25 @@ private slots:
     void nothingIsCertainBeforeTheVerdict();
     void lineIsOnlyAsHighAsItsText();
     void messageHasNoWaitCursor();
+
+private:
+    // Pushes the project. The function runs once all of it was sent, before the Box gives its verdict.
+    void push(const std::function<void()> &beforeTheVerdict);
 };
+
+void TestBoxPush::push(const std::function<void()> &beforeTheVerdict)
+{
+    bool isDone = false;
+    m_box->heard = [&](int index) {
+        if (index == 1 && !isDone) {
+            isDone = true;
+            beforeTheVerdict();
+            m_box->send(index, QByteArray::fromHex("12340300 0a00 03 00 5678"));
+        }
+    };
+    m_form->updateProject();
+    m_box->heard = nullptr;
+}
 
 void TestBoxPush::tempFileIsForItsOwnerAlone_data()
 {
@@ -181,16 +199,12 @@ void TestBoxPush::laterPushKeepsTheLine()
     open();
     QVERIFY(connected());
     QString inBetween;
-    m_box->heard = [&](int index) {
-        if (index == 1 && inBetween.isEmpty()) {
-            find<QLineEdit>("ip")->setText("127.0.11.9"); // nobody listens there
-            m_workspace->current = hasProject ? m_workspace->current : nullptr;
-            m_form->updateProject();
-            inBetween = outcome();
-            m_box->send(index, QByteArray::fromHex("12340300 0a00 03 00 5678"));
-        }
-    };
-    m_form->updateProject();
+    push([&] {
+        find<QLineEdit>("ip")->setText("127.0.11.9"); // nobody listens there
+        m_workspace->current = hasProject ? m_workspace->current : nullptr;
+        m_form->updateProject();
+        inBetween = outcome();
+    });
     QCOMPARE(inBetween, expected);
     QCOMPARE(outcome(), expected);
 }
@@ -235,13 +249,7 @@ void TestBoxPush::nothingIsCertainBeforeTheVerdict()
     open();
     QVERIFY(connected());
     QString inBetween;
-    m_box->heard = [&](int index) {
-        if (index == 1 && inBetween.isEmpty()) {
-            inBetween = outcome();
-            m_box->send(index, QByteArray::fromHex("12340300 0a00 03 00 5678"));
-        }
-    };
-    m_form->updateProject();
+    push([&] { inBetween = outcome(); });
     QCOMPARE(inBetween, "all of 'plant' was sent to 127.0.11.8, whose verdict is still to come...");
     QCOMPARE(outcome(), "'plant' is on 127.0.11.8. The verdict of the Box: checksum successful.");
 }

@@ -183,4 +183,29 @@ private:
     QElapsedTimer m_clock;
 };
 
+// Base of the tests that read devices of their own.
+class DeviceTest : public QObject
+{
+protected:
+    static QByteArray good(const Request &request) { return request.good(); }
+    static QByteArray silence(const Request &) { return QByteArray(); }
+
+    // Starts a device and reads these slaves of it. Times are in milliseconds.
+    void run(bool serial, const QJsonArray &slaves, const Answer &answer, int interval = 60,
+             int timeout = 150)
+    {
+        m_device = std::make_unique<Device>(serial, 0, answer);
+        m_run = std::make_unique<Acquire::Run>();
+        m_run->start({m_device->standard(slaves, timeout)}, interval, {{"COM0", "line0"}});
+    }
+    void stop()
+    {
+        m_run.reset();
+        m_device.reset();
+    }
+
+    std::unique_ptr<Device> m_device;
+    std::unique_ptr<Acquire::Run> m_run;
+};
+
 } // namespace Modbus

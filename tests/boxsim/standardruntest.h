@@ -136,6 +136,16 @@ protected:
         }
         return rows;
     }
+    // Beats until so many lines with the word were told, for ten minutes at most. Returns the time that it
+    // took, in milliseconds.
+    qint64 timeUntilTold(const QString &word, int count, bool alone = false)
+    {
+        const qint64 begin = m_time;
+        while (m_told.filter(word).size() < count && m_time < begin + 600000) {
+            beat(alone);
+        }
+        return m_time - begin;
+    }
     void beatsFor(qint64 milliseconds)
     {
         for (const qint64 begin = m_time; m_time < begin + milliseconds;) {

@@ -194,11 +194,8 @@ void TestLostDevices::aSlowDeviceComesBack()
     beats(10, alone);
     m_reader->dead.clear();
     m_reader->slow[0] = 1800;
-    const qint64 begin = m_time;
-    while (m_told.filter("back").isEmpty() && m_time < begin + 600000) {
-        beat(alone);
-    }
-    QVERIFY2(m_time - begin <= bound * 1000, QByteArray::number(m_time - begin));
+    const qint64 took = timeUntilTold("back", 1, alone);
+    QVERIFY2(took <= bound * 1000, QByteArray::number(took));
 }
 
 // As after a power cut: who answers costs the others nothing.
@@ -212,15 +209,10 @@ void TestLostDevices::manyComeBackSoon()
     for (int i = 0; i < 30; ++i) {
         m_reader->dead.insert(i);
     }
-    while (m_told.filter("lost").size() < 30) {
-        beat();
-    }
+    timeUntilTold("lost", 30);
     m_reader->dead.clear();
-    const qint64 begin = m_time;
-    while (m_told.filter("back").size() < 30 && m_time < begin + 600000) {
-        beat();
-    }
-    QVERIFY2(m_time - begin <= 30000, QByteArray::number(m_time - begin));
+    const qint64 took = timeUntilTold("back", 30);
+    QVERIFY2(took <= 30000, QByteArray::number(took));
 }
 
 void TestLostDevices::aTryLeavesRoomForTheSilenceAfterIt_data()

@@ -10,7 +10,7 @@ using Modbus::Request;
 
 // Devices and lines that fail, over TCP and over a serial line. The device is the test's own, since no
 // well-behaved one fails in these ways: what it says is made here, byte by byte.
-class TestModbusFaults : public QObject
+class TestModbusFaults : public Modbus::DeviceTest
 {
     Q_OBJECT
 
@@ -43,18 +43,8 @@ private:
         Answer answer;
     };
     static QVector<Fault> faults();
-    static QByteArray good(const Request &request) { return request.good(); }
-    static QByteArray silence(const Request &) { return QByteArray(); }
 
-    // Starts a device and reads these slaves of it.
-    void run(bool serial, const QJsonArray &slaves, const Answer &answer, int interval = 60,
-             int timeout = 150)
-    {
-        m_device = std::make_unique<Device>(serial, 0, answer);
-        m_run = std::make_unique<Acquire::Run>();
-        m_run->start({m_device->standard(slaves, timeout)}, interval, {{"COM0", "line0"}});
-    }
-    // The same on a network and on a line, at the same time.
+    // Starts two devices, one on a network and one on a line, and reads these slaves of both.
     void runBoth(const QJsonArray &slaves, const Answer &answer, int interval, int timeout)
     {
         QJsonArray standards;
@@ -96,17 +86,14 @@ private:
         return true;
     }
 
-    std::unique_ptr<Device> m_device;
     std::vector<std::unique_ptr<Device>> m_devices;
     QStringList m_names;   // of the devices
     QStringList m_reasons; // of their faults
-    std::unique_ptr<Acquire::Run> m_run;
 };
 
 void TestModbusFaults::cleanup()
 {
-    m_run.reset();
-    m_device.reset();
+    stop();
     m_devices.clear();
     m_names.clear();
     m_reasons.clear();

@@ -14,13 +14,13 @@ using Modbus::Request;
 
 // What a connection and a serial line are left to: answers that come late, slowly or without an end, lines
 // that close, and how soon all that ends. The device is the test's own.
-class TestModbusLines : public QObject
+class TestModbusLines : public Modbus::DeviceTest
 {
     Q_OBJECT
 
 private slots:
     void initTestCase() { Modbus::address = "127.0.52.3"; }
-    void cleanup();
+    void cleanup() { stop(); }
 
     void lateAnswersAreLeftAside_data();
     void lateAnswersAreLeftAside();
@@ -38,17 +38,6 @@ private slots:
     void aRangeStopsAtOnce();
 
 private:
-    static QByteArray good(const Request &request) { return request.good(); }
-    static QByteArray silence(const Request &) { return QByteArray(); }
-
-    // Starts a device and reads these slaves of it.
-    void run(bool serial, const QJsonArray &slaves, const Answer &answer, int interval = 60,
-             int timeout = 150)
-    {
-        m_device = std::make_unique<Device>(serial, 0, answer);
-        m_run = std::make_unique<Acquire::Run>();
-        m_run->start({m_device->standard(slaves, timeout)}, interval, {{"COM0", "line0"}});
-    }
     // From then on whoever connects waits.
     static void fillQueue(QTcpServer *server)
     {
@@ -68,16 +57,7 @@ private:
         QTest::newRow("TCP") << false;
         QTest::newRow("RTU") << true;
     }
-
-    std::unique_ptr<Device> m_device;
-    std::unique_ptr<Acquire::Run> m_run;
 };
-
-void TestModbusLines::cleanup()
-{
-    m_run.reset();
-    m_device.reset();
-}
 
 void TestModbusLines::lateAnswersAreLeftAside_data()
 {

@@ -242,16 +242,12 @@ void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
         const QList<int> asked = m_reader->asked.keys();
         QCOMPARE(QSet<int>(asked.begin(), asked.end()), turn);
     }
-    while (m_told.filter("lost").size() < 10) {
-        beat();
-    }
+    timeUntilTold("lost", 10);
     QCOMPARE(m_told.filter("nobody").size(), 1);
     QVERIFY2(m_time <= 130000, QByteArray::number(m_time)); // of 120 s that the attempts take
     // Again if somebody was heard in between.
     m_reader->dead.clear();
-    while (m_told.filter("back").size() < 10) {
-        beat();
-    }
+    timeUntilTold("back", 10);
     for (int i = 0; i < 10; ++i) {
         m_reader->dead.insert(i);
     }
