@@ -26,9 +26,9 @@ public:
     // Forgets what was found and broadcasts once a second for ten seconds. Compat: a search that is started
     // while another runs has an end of its own, and the first end of the two stops the broadcasts.
     void start();
-    // One broadcast from the interface's first IPv4 address.
+    // Sends one broadcast from the interface's first IPv4 address.
     void broadcast();
-    // Takes what the socket has.
+    // Takes all datagrams that the socket has.
     void readPendingDatagrams();
     // Takes one datagram; anything but a first answer of its address is dropped in silence.
     void take(const QByteArray &datagram);

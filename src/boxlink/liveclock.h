@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-// Gives ms, and is never set back.
+// A clock that gives ms and is never set back.
 using LiveClock = std::function<qint64()>;
 
 // Makes one clock of two. It goes with the monotonic one, which may stand still while the computer sleeps,
@@ -13,7 +13,7 @@ using LiveClock = std::function<qint64()>;
 class WakingClock
 {
 public:
-    // Takes what both show, in ms.
+    // The time when the two clocks show this, all in ms.
     qint64 at(qint64 monotonic, qint64 wall);
 
 private:
@@ -21,5 +21,5 @@ private:
     qint64 m_slept = 0;
 };
 
-// That of the system.
+// The time by the clocks of the system, in ms.
 qint64 liveTime();

@@ -52,17 +52,18 @@ public:
 
     static Opener file(const QString &path);
     static Opener bytes(const QByteArray &bytes);
-    // For many transfers of what is opened each time; empty if it can't be.
+    // The digest of what the opener opens, to be given to many transfers of it; empty if it can't be opened.
     static QByteArray md5Of(const Opener &opener);
 
-    // Opens it for the chunks; false if it can't be read.
+    // Opens what is to be sent, for the chunks; false if it can't be read.
     bool open();
     // The frame of the next chunk; empty behind the last one, and where no more can be read: the digest will
     // tell the Box.
     QByteArray nextChunk();
-    // Bytes as announced; in a frame the total has 32 bits, so that 4 GiB or more go out under a wrong one.
+    // The size of the file in bytes, as announced; in a frame the total has 32 bits, so that 4 GiB or more go
+    // out under a wrong one.
     qint64 size() const { return m_size; }
-    // Of the bytes in the chunks so far, from 0 to 100, truncated.
+    // How much of the file is in the chunks so far, from 0 to 100, truncated.
     int percentage() const;
 
     // The frame with the digest; nothing if it is to be made of what is there now and that can't be opened.

@@ -21,11 +21,11 @@ public:
 
     // To be called once.
     void start(const QString &boxAddress);
-    // Bytes of the file as announced, once it is sent.
+    // The size of the file in bytes, as announced; known once sending has begun.
     qint64 size() const { return m_frames.size(); }
 
 signals:
-    // Of the file that has been handed to the system, in percent.
+    // How much of the file has been handed to the system, in percent.
     void progressed(int percentage);
     // Once. The detail tells, in English, what the system says about a failure or what did not come in time;
     // it may be empty.

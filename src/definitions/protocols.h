@@ -8,7 +8,7 @@
 // translated.
 namespace Protocols {
 
-// Of Standards.
+// Protocols of Standards.
 inline const QLatin1String modbus("Modbus");
 inline const QLatin1String dlt645("DLT645");
 inline const QLatin1String dido("DIDO");
@@ -19,10 +19,10 @@ inline const QLatin1String opcUa("OpcUA");
 inline const QLatin1String modbusTcp("ModbusTCP");
 inline const QLatin1String modbusRtu("ModbusRTU");
 
-// Of services.
+// Protocols of Services.
 inline const QLatin1String iec61850("IEC61850");
 
-// Of Servers. Three are shown as the provider is called in the user's language.
+// Protocols of Servers. Three are shown by the name that the provider has in the user's language.
 inline const QLatin1String mqtt("MQTT");
 inline const QLatin1String aliMqtt(QT_TRANSLATE_NOOP("ServerFields", "AliMQTT"));
 inline const QLatin1String oneNetMqtt(QT_TRANSLATE_NOOP("ServerFields", "OneNetMQTT"));

@@ -22,7 +22,7 @@ struct ServerProtocol {
     unsigned shown;        // Inputs
     bool isSingle = false; // a folder has at most one of it
 
-    // As the dialog shows it, whose class name is the context.
+    // The name that a dialog shows; the context is the class name of the dialog.
     QString shownName(const char *context) const;
 };
 

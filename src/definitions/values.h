@@ -72,7 +72,7 @@ struct Value {
     const char *choices = nullptr; // what its list offers, see choices.h; null for no list
 };
 
-// Of a Standard.
+// Sub-kinds of a Standard.
 enum StandardKind : unsigned {
     UnknownStandard = 0x01, // of another protocol than these
     ModbusTcp = 0x02,
@@ -84,7 +84,7 @@ enum StandardKind : unsigned {
     OpcUa = 0x80,
 };
 
-// Of a Service: what its settings bring into the document.
+// Sub-kinds of a Service: what its settings bring into the document.
 enum ServiceKind : unsigned {
     UnknownService = 0x01,
     OpenService = 0x02,
@@ -93,7 +93,7 @@ enum ServiceKind : unsigned {
     VerifyingService = 0x10, // SSL, and clients have to show a certificate
 };
 
-// Of a Server.
+// Sub-kinds of a Server.
 enum ServerKind : unsigned {
     UnknownServer = 0x01,
     Mqtt = 0x02,
@@ -120,7 +120,7 @@ unsigned subKindsWith(Kind kind, Place place);
 
 // The first value with this role that one of the sub-kinds has, or null.
 const Value *find(Kind kind, int role, unsigned subKinds = anySubKind);
-// The same for a role that is known to be there.
+// The first value with this role that one of the sub-kinds has, for a role that is known to have one.
 const Value &valueOf(Kind kind, int role, unsigned subKinds = anySubKind);
 
 } // namespace Definitions

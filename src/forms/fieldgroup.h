@@ -31,10 +31,10 @@ public:
     // Adds a field whose objectName is the key of its role's first row, the widget being the buddy of its
     // label, whose text is already translated.
     template <class F> F *add(int role, const QString &label) { return add<F>(role, nullptr, label); }
-    // The same with a source text, for rows that several forms have.
+    // Adds such a field with a source text for the label, for rows that several forms have.
     template <class F> F *add(int role, const char *label) { return add<F>(role, translated(label)); }
-    // The same under a name of its own, which Qt::DisplayRole and FormField::noRole need, since they have no
-    // row; null for the key.
+    // Adds a field whose objectName is given, which Qt::DisplayRole and FormField::noRole need, since they
+    // have no row; null for the key.
     template <class F> F *add(int role, const char *name, const QString &label)
     {
         F *field = make<F>(role, name, label);
@@ -53,12 +53,12 @@ public:
         return field;
     }
 
-    // For a form that turns to another item: lists stay as they are where the item's text is not among their
-    // entries, rather than go to the fallback.
+    // These three say what is done otherwise when a form that is open turns to another item. Lists stay as
+    // they are where the item's text is not among their entries, rather than go to the fallback.
     void keepUnknownOnRefill() { m_onRefill.unknownStays = true; }
-    // Likewise: lists go to their first entry where the item has no text.
+    // Lists go to their first entry where the item has no text.
     void resetEmptyOnRefill() { m_onRefill.emptyGoesFirst = true; }
-    // Likewise: empty roles are not given their defaults.
+    // Empty roles are not given their defaults.
     void keepEmptyOnRefill() { m_onRefill.emptyStays = true; }
 
     void fill(QStandardItem *item) override;

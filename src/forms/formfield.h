@@ -33,7 +33,7 @@ public:
     QLabel *label() const { return m_label; }
     // Null once it was deleted from outside.
     QWidget *widget() const { return m_widget; }
-    // Of the widget and its label.
+    // These two act on the widget and on its label.
     void setEnabled(bool enabled);
     void setVisible(bool visible);
 

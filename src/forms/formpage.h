@@ -23,8 +23,8 @@ QPushButton *button(const QString &text, const QString &icon, QWidget *parent);
 QScrollArea *scrollArea(QWidget *content, QWidget *parent);
 // Appends the row of the two confirming buttons, neither of them connected; the texts are already translated.
 Buttons appendButtons(QBoxLayout *layout, const QString &saveText, const QString &cancelText);
-// The same for the dialog that the layout is of: "Cancel" rejects it, and "OK", which is returned and not
-// connected, is what Enter presses. Its objectName is "okButton".
+// Appends such a row to the dialog that the layout is of: "Cancel" rejects it, and "OK", which is returned
+// and not connected, is what Enter presses. Its objectName is "okButton".
 QPushButton *appendDialogButtons(QBoxLayout *layout, const QString &okText, const QString &cancelText);
 // Puts the list "trigger" before the field of the first row, also in the tab order: what sets a reading off.
 // It has this one entry, which is not stored; the text is already translated.

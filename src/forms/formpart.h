@@ -13,7 +13,7 @@ public:
 
     // Writes defaults into empty roles, then shows the item. Handles no event.
     virtual void fill(QStandardItem *item) = 0;
-    // The same in a form that is open already and turns to this item.
+    // Does the same in a form that is open already and turns to this item.
     virtual void refill(QStandardItem *item) { fill(item); }
     // May show a message, during which the form or the item may go.
     virtual void save(QStandardItem *item) = 0;

@@ -8,7 +8,7 @@
 // What a file begins with: without it spreadsheets take the text for another encoding.
 constexpr char csvBegin[] = "\xef\xbb\xbf";
 
-// Quoted where it needs to be.
+// A cell, quoted where it needs to be.
 QByteArray csvCell(const QString &text);
 // A line of finished cells, with its end.
 QByteArray csvLine(const QByteArrayList &cells);

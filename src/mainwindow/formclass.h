@@ -36,7 +36,7 @@ private:
     QString m_subKind;
 };
 
-// Of a class with a constructor (QStandardItem *, Workspace *) and replaceItem().
+// The FormClass of a class with a constructor (QStandardItem *, Workspace *) and replaceItem().
 template <typename Form> class FormOf : public FormClass
 {
 public:
@@ -56,7 +56,8 @@ public:
     }
 };
 
-// Of a class with, in addition, nameEdit(), saveButton() and saveChanges(): its name field renames the item.
+// The FormClass of a class that has, in addition, nameEdit(), saveButton() and saveChanges(): its name field
+// renames the item.
 template <typename Form> class RenamingFormOf : public FormOf<Form>
 {
 public:

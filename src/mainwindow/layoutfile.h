@@ -2,5 +2,5 @@
 
 #include <QString>
 
-// In the working directory, with the window's layout and the perspectives.
+// The file in the working directory that keeps the window's layout and the perspectives.
 inline const QString layoutFile = QStringLiteral("Settings.ini");

@@ -13,6 +13,10 @@ class QSplitter;
 
 // Keeps what is open in sight when a stored layout comes back. A dock that the layout does not know stays
 // where it was; a form that it knows as closed opens at its place there. The focus stays where it is, too.
+//
+// Before the layout comes back, the docks of each window are remembered as rows: what a splitter holds, areas
+// and inner splitters. Afterwards a dock that has no place is put beside one of its row that stands where it
+// did, tabs are joined again, and a row that is whole gets its old sizes.
 class OpenDocks : public QObject
 {
     Q_OBJECT
@@ -23,7 +27,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // In a window of its own, or in the main window, there by the sides of the docks that never move.
+    // Where an area is: in a window of its own, or in the main window. There it is told by the sides at which
+    // it stands of the docks that never move.
     struct Place {
         QRect window; // null for the main window
         QList<ads::DockWidgetArea> sides;
@@ -31,22 +36,24 @@ private:
         bool operator==(const Place &other) const { return window == other.window && sides == other.sides; }
     };
     using Docks = QList<QPointer<ads::CDockWidget>>;
-    // An area, with its docks in the order of the tabs.
+    // The docks of an area, in the order of the tabs.
     struct Area {
         Docks docks;
         QPointer<ads::CDockWidget> current;
     };
-    // What stands side by side in a splitter: areas, and rows within it with all of their docks.
+    // A part of a row: an area, or an inner row with all of its docks.
     struct Part {
         Docks docks;
-        int extent = 0; // pixels
+        int extent = 0; // pixels along the row
     };
+    // What stands side by side, or one below the other, in a splitter.
     struct Row {
         Qt::Orientation orientation;
         QRect window; // null for the main window
         QList<Part> parts;
     };
 
+    // Which docks are put back: those that stood at an edge of the main window, or all.
     enum class Where { AtEdges, Everywhere };
 
     Place placeOf(const ads::CDockAreaWidget *area) const;
@@ -69,7 +76,7 @@ private:
     ads::CDockManager *m_manager;
     QHash<const ads::CDockWidget *, Place> m_places; // of all docks that were open
     QList<Area> m_areas;
-    QList<Row> m_rows; // inner ones first
-    QSet<const ads::CDockWidget *> m_back;
-    QPointer<QWidget> m_focus;
+    QList<Row> m_rows;                     // inner ones first
+    QSet<const ads::CDockWidget *> m_back; // those that were put back
+    QPointer<QWidget> m_focus;             // had it before
 };

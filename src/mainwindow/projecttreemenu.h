@@ -20,7 +20,7 @@ public:
     // showed a menu, an empty one included, makes the next request do nothing.
     void popUp(const QPoint &position);
     void click(const QModelIndex &index);
-    // As a click, but for the nodes that have a form alone.
+    // Does what a click does, for the nodes that have a form alone.
     void openForm(const QModelIndex &index);
 
 signals:

@@ -48,7 +48,7 @@ QStandardItem *projectOf(QStandardItem *item);
 // The first child with exactly this text, another one than the last argument; or null.
 QStandardItem *childNamed(const QStandardItem *parent, const QString &text,
                           const QStandardItem *except = nullptr);
-// The same for top-level items.
+// The first top-level item with exactly this name, another one than the last argument; or null.
 QStandardItem *projectNamed(const QStandardItemModel &model, const QString &name,
                             const QStandardItem *except = nullptr);
 
@@ -60,7 +60,7 @@ void appendMissingFolders(QStandardItem *project);
 // them all before it is in the tree, so that whoever hears of the new row finds them.
 QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QString &icon,
                                 const Roles &roles = {});
-// The same with an icon that was read before: reading one costs much more than the item.
+// As above, with an icon that was read before: reading one costs much more than the item.
 QStandardItem *appendDefinition(QStandardItem *folder, const QString &name, const QIcon &icon,
                                 const Roles &roles = {});
 

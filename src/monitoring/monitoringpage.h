@@ -28,7 +28,7 @@ public:
     // By default the clock is the system's.
     void setClock(const LiveClock &clock);
 
-    // As the functions of the line.
+    // These are handed on to the line of the source, see SourceLine.
     void noteReport(const LiveSource &source, qint64 time);
     void endSession();
     void setAnswering(bool answers);

@@ -29,7 +29,7 @@ public:
     // None of the three is owned. A view without tabs or tree only keeps the values.
     MonitoringView(QTabWidget *tabs, QStandardItemModel *model, QTreeView *tree, QObject *parent = nullptr);
 
-    // Of this view and of the pages that are made from now on; by default the system's.
+    // Sets the clock of this view and of the pages that are made from now on; by default it is the system's.
     void setClock(const LiveClock &clock) { m_clock = clock; }
 
     // The Box that reports come from, from now until endSession().

@@ -38,7 +38,7 @@ public:
     // What its project is called now; the source has the name of the last report.
     const QString &project() const { return m_project; }
     bool hasReport() const { return m_freshness.value(m_shown).hasReport(); }
-    // As the line says it.
+    // Whether the line says that the values are out of date.
     bool isOutOfDate() const { return m_outOfDate; }
 
     QSize sizeHint() const override;

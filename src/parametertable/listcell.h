@@ -17,7 +17,7 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
-    // Of the open list.
+    // Sees the keys that are pressed in the open list.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -19,7 +19,7 @@ public:
     // The protocols of the Servers that the folder has already.
     void setExistingProtocols(const QStringList &protocols) { m_existingProtocols = protocols; }
 
-    // Also what is in an input that the chosen protocol hides.
+    // These give what is in the inputs, also in those that the chosen protocol hides.
     QString name() const { return m_name->text(); }
     QString description() const { return m_description->text(); }
     // The key, whatever the list shows.

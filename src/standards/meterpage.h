@@ -23,7 +23,7 @@ public:
     MeterPage(int labelWidth, QWidget *parent);
 
     QComboBox *version() const { return m_version->list(); }
-    // Null if it is gone.
+    // The table of the items; null if it is gone.
     QTableWidget *table() const;
 
     RowList rows() const override;

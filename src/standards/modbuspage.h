@@ -18,7 +18,7 @@ public:
 
     // The page takes both; called once.
     void addTable(QWidget *buttons, ParameterTable *table);
-    // Null if it is gone.
+    // The table of the parameters; null if it is gone.
     ParameterTable *table() const;
 
     RowList rows() const override;

@@ -18,7 +18,7 @@ public slots:
     // A row's list "HEX" has the entry with that index, the first being hexadecimal digits: only these
     // may have a CRC.
     void onCRCComboBoxChanged(int index, QComboBox *crcComboBox);
-    // The same; what may be typed as data changes as well, so the data are cleared.
+    // Does the same, and clears the data, since other data may be typed now.
     void onHexComboBoxChanged(int index, QComboBox *crcComboBox, QLineEdit *dataContentLineEdit);
 
 private:
