@@ -28,7 +28,7 @@ public:
     void error(const QString &text) { add(Severity::Error, text); }
     void warning(const QString &text) { add(Severity::Warning, text); }
 
-    // Adds a remark if there is no text under the key, or one of white space alone.
+    // Adds a remark if there is nothing under the key, or a text of white space alone.
     void needText(Severity severity, const char *key, Definitions::Place place = Definitions::Place::Object);
     // Adds a remark on each value that is no text and on each that its list does not have, by the rows of the
     // kind. An empty text passes, since the form may never have been saved, unless the lists have to be set.
