@@ -14,17 +14,6 @@ constexpr double nothing = std::numeric_limits<double>::quiet_NaN();
 constexpr qint64 spare = 16;     // one part in so many of the budget is freed with what is too much
 constexpr qint64 curvesPart = 4; // one part in so many is the most that is kept to go on with curves
 
-// None goes on into the future.
-void endGaps(QVector<Thinned::Gap> *gaps, qint64 now)
-{
-    while (!gaps->isEmpty() && gaps->last().range.from >= now) {
-        gaps->removeLast();
-    }
-    if (!gaps->isEmpty()) {
-        gaps->last().range.to = std::min(gaps->last().range.to, now);
-    }
-}
-
 } // namespace
 
 // The points of the reports with one "plcName".
@@ -250,7 +239,7 @@ void History::request(const void *asker, const Request &request)
         auto node = earlier.extract(id);
         SeriesThinning thinning = node ? std::move(node.mapped()) : SeriesThinning();
         answers.append(thin(find(id), request, &thinning));
-        endGaps(&answers.last().gaps, request.now);
+        answers.last().endGaps(request.now);
         if (m_holds.contains(id)) {
             kept.emplace(id, std::move(thinning));
         }
@@ -284,7 +273,7 @@ Thinned History::thin(const Found &found, const Request &request, SeriesThinning
         return Thinning(request.range, request.columns, Shape::Line).finish();
     }
     Thinning thinning = earlier->thinning(*found.series, request.range, request.columns);
-    const auto late = found.standard->lateness.lateSince(std::min(request.now, request.range.to));
+    const auto late = found.standard->lateness.lateSince(request.present());
     if (late && !found.series->isSilent()) {
         thinning.add(Sample{*late, nothing, SampleState::NoReport, {}});
     }

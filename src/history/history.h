@@ -53,7 +53,7 @@ public:
     QStringList boxNames(const PointId &id) const override;
     TimeRange extent(const PointId &id) const override;
     bool isGrowing() const override { return true; }
-    // Answers at once. What is late by the present, or by the end of the range before it, is broken there.
+    // Answers at once. What is late by the present is broken.
     void request(const void *asker, const Request &request) override;
     // The same.
     void requestAt(const void *asker, const Moment &moment) override;

@@ -1,8 +1,5 @@
 #include "history/recordingsession.h"
 
-#include "history/recordingcursor.h"
-#include "history/thinning.h"
-
 #include <QElapsedTimer>
 #include <QMutexLocker>
 
@@ -13,10 +10,9 @@
 
 namespace {
 
-constexpr int patience = 1000;        // ms for a locked file
-constexpr int samplesBetween = 10000; // that are read until it is looked for newer requests
-constexpr int momentsEach = 20;       // ms, while the helpers read on
-constexpr int tries = 3;              // of a request, each with the database opened anew
+constexpr int patience = 1000;  // ms for a locked file
+constexpr int momentsEach = 20; // ms, while the helpers read on
+constexpr int tries = 3;        // of a request, each with the database opened anew
 
 template <class Asked> bool hasAsker(const QVector<Asked> &all, const void *asker)
 {
@@ -196,7 +192,8 @@ bool RecordingSession::answerMoments()
         for (const PointId &id : moment.points) {
             const RecordingPoints::Curve *const known = m_points->find(id);
             ValueAt value;
-            if (known && moment.time <= moment.now && !valueAt(*known, moment.time, &value)) {
+            if (known && moment.time <= moment.now
+                && !RecordingCurveReader(&m_database, *known).valueAt(moment.time, moment.now, &value)) {
                 const QMutexLocker locker(&m_mutex);
                 if (m_database.isLocked() && !hasAsker(m_askedAt, asked.asker)) {
                     m_askedAt.append({asked.asker, moment, {}});
@@ -208,18 +205,6 @@ bool RecordingSession::answerMoments()
         emit answeredAt(asked);
     }
     return true;
-}
-
-bool RecordingSession::valueAt(const RecordingPoints::Curve &curve, qint64 time, ValueAt *value)
-{
-    Sample last;
-    Sample next;
-    bool hasLast = false;
-    bool hasNext = false;
-    const bool ok = readNeighbour(&m_database, curve.keys, Neighbour::Before, time + 1, &last, &hasLast)
-        && (!hasLast || readNeighbour(&m_database, curve.keys, Neighbour::After, time, &next, &hasNext));
-    *value = ValueAt::of(hasLast ? &last : nullptr, hasNext ? &next : nullptr, time);
-    return ok;
 }
 
 // Each of several threads takes one curve after the other.
@@ -267,39 +252,18 @@ RecordingSession::Result RecordingSession::thin(RecordingDatabase *database, con
                                                 const Asked &asked, Thinned *thinned)
 {
     const RecordingPoints::Curve *const known = m_points->find(id);
-    const RecordingPoints::Curve curve = known ? *known : RecordingPoints::Curve();
-    const TimeRange &range = asked.request.range;
-    Thinning thinning(range, asked.request.columns, shapeOf(curve.point.type));
-    Sample sample;
-    bool found = false;
-    if (!readNeighbour(database, curve.keys, Neighbour::Before, range.from, &sample, &found)) {
-        return Result::Failed;
-    }
-    if (found) {
-        thinning.add(sample);
-    }
-    RecordingMerge samples(database, curve.keys, range);
-    for (int count = 1; samples.next(&sample); ++count) {
-        thinning.add(sample);
-        if (count % samplesBetween == 0) {
-            // Of the threads only the session's own looks up what else is asked.
-            if (database == &m_database && !answerMoments()) {
-                return Result::Failed;
-            }
-            if (m_hasFailed || !isWanted(asked)) {
-                return Result::GivenUp;
-            }
-        }
-    }
-    if (samples.hasFailed()
-        || !readNeighbour(database, curve.keys, Neighbour::After, range.to, &sample, &found)) {
-        return Result::Failed;
-    }
-    if (found) {
-        thinning.add(sample);
-    }
-    *thinned = thinning.finish();
-    return Result::Done;
+    const RecordingPoints::Curve none;
+    return RecordingCurveReader(database, known ? *known : none)
+        .thin(
+            asked.request,
+            [&] {
+                // Of the threads only the session's own looks up what else is asked.
+                if (database == &m_database && !answerMoments()) {
+                    return Result::Failed;
+                }
+                return m_hasFailed || !isWanted(asked) ? Result::GivenUp : Result::Done;
+            },
+            thinned);
 }
 
 // Each failure once, until something goes well.

@@ -1,9 +1,8 @@
 #pragma once
 
+#include "history/recordingcurvereader.h"
 #include "history/recordingdatabase.h"
 #include "history/recordinghelpers.h"
-#include "history/recordingpoints.h"
-#include "history/samplesource.h"
 
 #include <QMutex>
 #include <QTimer>
@@ -55,14 +54,13 @@ signals:
     void failed(const QString &why);
 
 private:
-    enum class Result { Done, GivenUp, Failed };
+    using Result = RecordingCurveReader::Result;
 
     void poll();
     bool openDatabase();
     bool readVersion();
     bool isWanted(const Asked &asked);
     bool answerMoments();
-    bool valueAt(const RecordingPoints::Curve &curve, qint64 time, ValueAt *value);
     Result thinAll(Answer *answer);
     Result thin(RecordingDatabase *database, const PointId &id, const Asked &asked, Thinned *thinned);
     void tryAgain(Asked asked);

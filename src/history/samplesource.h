@@ -30,8 +30,10 @@ public:
         QVector<PointId> points;
         TimeRange range;
         int columns = 0; // pixels of the plot's width
-        // Nothing is known of later times, nor is anything late by then.
+        // Nothing is known of later times, and what should have come by then is late.
         qint64 now = std::numeric_limits<qint64>::max();
+        // The end of the range where none is given.
+        qint64 present() const { return now < std::numeric_limits<qint64>::max() ? now : range.to; }
     };
 
     // A time at which something is to be told of points.

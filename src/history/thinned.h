@@ -43,4 +43,7 @@ struct Thinned {
     QVector<Event> events; // valid texts that differ from the one before, or follow a gap; one a column, the
                            // last. A text before the range that holds at its begin is the first.
     Statistics statistics;
+
+    // None goes on into the future.
+    void endGaps(qint64 now);
 };

@@ -12,6 +12,16 @@ constexpr qint64 farthest = qint64(1) << 60; // ms
 
 } // namespace
 
+void Thinned::endGaps(qint64 now)
+{
+    while (!gaps.isEmpty() && gaps.last().range.from >= now) {
+        gaps.removeLast();
+    }
+    if (!gaps.isEmpty()) {
+        gaps.last().range.to = std::min(gaps.last().range.to, now);
+    }
+}
+
 Summary Summary::of(const NumberAt *numbers)
 {
     const double perMs = 1 / double(numbers[length - 1].time - numbers[0].time + 1);

@@ -29,7 +29,7 @@ MarkValues::MarkValues(TrendFeed *feed, TrendMarks *marks, const Shown &shown, Q
 void MarkValues::setScreen(const TimeRange &screen, qint64 now)
 {
     m_screen = screen;
-    m_now = qMin(now, screen.to);
+    m_now = now;
     askPointer();
     askMarkers();
 }

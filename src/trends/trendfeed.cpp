@@ -159,7 +159,7 @@ void TrendFeed::send()
     if (m_source && !m_points.isEmpty()) {
         m_pause.start(interval);
         m_isAsked = true;
-        askAt(Mark::End, endOf(m_next), endOf(m_next));
+        askAt(Mark::End, endOf(m_next), m_next.now);
         m_source->request(this, m_next);
     }
 }
@@ -177,7 +177,7 @@ void TrendFeed::take(const void *asker, const SampleSource::Request &request, co
     m_isAsked = false;
     m_hasFailed = false;
     if (m_end != endOf(request)) { // a source that fails may forget it
-        askAt(Mark::End, endOf(request), endOf(request));
+        askAt(Mark::End, endOf(request), request.now);
     }
     emit answered(request, answers);
 }

@@ -91,9 +91,9 @@ inline QStringList namesOf(const History &history)
     return names;
 }
 
-// What it answers, by seconds from the begin.
+// What it answers, by seconds from the begin. Without a present the range ends at it.
 inline QString answerOf(History *history, const PointId &id, qint64 from, qint64 to, int columns = 1000,
-                        qint64 now = 1000000, bool withStatistics = false, const void *asker = nullptr)
+                        qint64 now = -1, bool withStatistics = false, const void *asker = nullptr)
 {
     QString text;
     const auto link = QObject::connect(
@@ -126,7 +126,8 @@ inline QString answerOf(History *history, const PointId &id, qint64 from, qint64
                 text += QString("%1 %2 ").arg(double(event.time - begin) / s).arg(event.text);
             }
         });
-    history->request(asker, {{id}, {begin + from * s, begin + to * s}, columns, begin + now * s});
+    history->request(asker,
+                     {{id}, {begin + from * s, begin + to * s}, columns, begin + (now < 0 ? to : now) * s});
     QObject::disconnect(link);
     return text.trimmed();
 }

@@ -23,6 +23,7 @@ private slots:
     void shadesWhatIsLate();
     void shadesNoFuture_data();
     void shadesNoFuture();
+    void shadesWhatIsLateSince();
     void answersEachAsker();
     void thinsAcrossChunks();
     void thinsWhatWasReplaced();
@@ -198,6 +199,17 @@ void TestHistory::shadesNoFuture()
         history.add(report(second, {value("A", second + 1)}));
     }
     QTEST(answerOf(&history, idOf("A"), 0, 60, 1000, now), "answer");
+}
+
+// A window that is paused at that time shows it.
+void TestHistory::shadesWhatIsLateSince()
+{
+    History history;
+    for (int second = 0; second < 3; ++second) {
+        history.add(report(second, {value("A", second + 1)}));
+    }
+    QCOMPARE(answerOf(&history, idOf("A"), 0, 5, 1000, 12), QString("0:1 1:2 2:3 |"));
+    QCOMPARE(answerOf(&history, idOf("A"), 0, 5, 1000, 13), QString("0:1 1:2 2:3 | gap 2-12 3"));
 }
 
 void TestHistory::answersEachAsker()

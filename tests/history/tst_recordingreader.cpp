@@ -1,5 +1,6 @@
 #include "files.h"
 #include "history/recordingcursor.h"
+#include "history/recordingcurvereader.h"
 #include "history/recordingkeys.h"
 #include "history/recordingpoints.h"
 #include "history/recordingreader.h"
@@ -308,6 +309,7 @@ void TestRecordingReader::findsByKeysAlone_data()
     QTest::newRow("samples") << RecordingWalk::statement(RecordingWalk::Columns::All) << byKey;
     QTest::newRow("before") << neighbourStatement(Neighbour::Before) << byKey;
     QTest::newRow("after") << neighbourStatement(Neighbour::After) << byKey;
+    QTest::newRow("usual") << RecordingCurveReader::latestStatement() << byKey;
     const QString ofNames = RecordingKeys::statement(RecordingTarget::Kind::File);
     QTest::newRow("names") << ofNames << "point_form (box=? AND project=? AND standard=? AND name=?)";
     QTest::newRow("latest") << ofNames << byKey;

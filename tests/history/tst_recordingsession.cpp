@@ -1,4 +1,5 @@
 #include "history/recordingcursor.h"
+#include "history/recordingcurvereader.h"
 #include "history/recordingdatabase.h"
 #include "history/recordinghelpers.h"
 #include "history/recordingreader.h"
@@ -26,6 +27,8 @@ private slots:
     void lookUpLeavesTheFileFree();
     void looksUpAgainAfterALock();
     void looksUpInTheFileThatIsOpen();
+    void silenceBreaks_data();
+    void silenceBreaks();
 
 private:
     QString path() const { return m_folder->filePath("plant.sqlite"); }
@@ -237,6 +240,69 @@ void TestRecordingSession::looksUpInTheFileThatIsOpen()
     QCOMPARE(asked(path(), "UPDATE sample SET number = 2 WHERE validity = 1"), QStringList());
     QVERIFY(database.open(RecordingDatabase::Access::Read));
     QCOMPARE(lastNumber(&database), QString("2"));
+}
+
+// A recorder tells with the next report that one was late. Until that comes its reader sees so.
+void TestRecordingSession::silenceBreaks_data()
+{
+    QTest::addColumn<QVector<int>>("reports"); // s
+    QTest::addColumn<bool>("ended");
+    QTest::addColumn<int>("now");
+    QTest::addColumn<QString>("gaps");  // up to a time before the present
+    QTest::addColumn<QString>("value"); // at that time
+    const QVector<int> seconds{0, 1, 2, 3};
+    const QVector<int> minutes{0, 300, 600, 900, 1200, 1500, 1800};
+    QTest::newRow("in time") << seconds << false << 13 << ""
+                             << "number";
+    QTest::newRow("late") << seconds << false << 14 << "3..13: 3"
+                          << "break";
+    QTest::newRow("ended") << seconds << true << 60 << "3..55: 4"
+                           << "break";
+    QTest::newRow("one report") << QVector<int>{0} << false << 60 << "0..55: 3"
+                                << "break";
+    QTest::newRow("five minutes are usual") << minutes << false << 2700 << ""
+                                            << "number";
+    QTest::newRow("fifteen are not") << minutes << false << 2701 << "1800..2700: 3"
+                                     << "break";
+}
+
+void TestRecordingSession::silenceBreaks()
+{
+    QFETCH(QVector<int>, reports);
+    QFETCH(bool, ended);
+    QFETCH(int, now);
+    QVector<Readings> all;
+    for (const int second : qAsConst(reports)) {
+        all.append(report(second * 1000, {reading("U", "1")}));
+    }
+    record(file(path()), all);
+    asked(path(),
+          ended ? QString("UPDATE sample SET time = %1 WHERE validity = 4").arg(start + 4000)
+                : QString("DELETE FROM sample WHERE validity = 4 OR validity = 3 AND time > %1")
+                      .arg(start + reports.last() * 1000));
+    RecordingDatabase database(file(path()));
+    QVERIFY(database.open(RecordingDatabase::Access::Read));
+    RecordingPoints points;
+    QVERIFY(points.read(&database));
+    RecordingCurveReader reader(&database, *points.find(id("U")));
+    constexpr int before = 5;
+    const qint64 time = start + (now - before) * 1000;
+    Thinned thinned;
+    const auto goesOn = [] { return RecordingCurveReader::Result::Done; };
+    const TimeRange range{start + qMax(0, reports.last() - 1) * 1000, time};
+    QCOMPARE(reader.thin({{id("U")}, range, 100, start + now * 1000}, goesOn, &thinned),
+             RecordingCurveReader::Result::Done);
+    QStringList gaps;
+    for (const Thinned::Gap &gap : qAsConst(thinned.gaps)) {
+        gaps.append(QString("%1..%2: %3")
+                        .arg((gap.range.from - start) / 1000)
+                        .arg((gap.range.to - start) / 1000)
+                        .arg(int(gap.why)));
+    }
+    QTEST(gaps.join(' '), "gaps");
+    ValueAt value;
+    QVERIFY(reader.valueAt(time, start + now * 1000, &value));
+    QTEST(QString::fromLatin1(value.kind == ValueAt::Kind::Break ? "break" : "number"), "value");
 }
 
 QTEST_GUILESS_MAIN(TestRecordingSession)

@@ -64,6 +64,7 @@ private slots:
     void cleanupTestCase();
     void tellsTheSampleOfADay_data();
     void tellsTheSampleOfADay();
+    void tellsWhatIsLate_data();
     void tellsWhatIsLate();
     void markersOfADay_data();
     void markersOfADay();
@@ -246,13 +247,21 @@ void TestMarkValues::tellsTheSampleOfADay()
     QCOMPARE(readout().value(1), "Voltage\t" + value);
 }
 
+void TestMarkValues::tellsWhatIsLate_data()
+{
+    currentIsTheLastOfItsColumn_data();
+}
+
 void TestMarkValues::tellsWhatIsLate()
 {
-    RUN(showDay("history", 60));
+    QFETCH(QString, kind);
+    RUN(showDay(kind, 60));
+    RUN(view({start, start + (day + 10) * qint64(1000)}));
+    QTRY_COMPARE(cell(0, FigureModel::Current), QString("no report"));
     point(day + 3);
-    QCOMPARE(readout().value(1), QString("Voltage\tno report"));
+    QTRY_COMPARE(readout().value(1), QString("Voltage\tno report"));
     point(day - 1);
-    QCOMPARE(readout().value(1), "Voltage\t" + valueAt(day - 1));
+    QTRY_COMPARE(readout().value(1), "Voltage\t" + valueAt(day - 1));
 }
 
 void TestMarkValues::markersOfADay_data()
