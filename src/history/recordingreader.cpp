@@ -6,15 +6,10 @@
 
 #include <QDateTime>
 
-namespace {
-
-constexpr qint64 growsFor = 60000; // ms after the last sample
-
-} // namespace
-
 RecordingReader::RecordingReader(QObject *parent)
     : SampleSource(parent)
 {
+    m_clock.start();
 }
 
 RecordingReader::~RecordingReader()
@@ -37,39 +32,46 @@ void RecordingReader::open(const RecordingTarget &target)
     m_thread = new QThread;
     m_session->moveToThread(m_thread);
     connect(m_thread, &QThread::finished, m_session, &QObject::deleteLater);
-    connect(
-        m_session, &RecordingSession::opened, this,
-        [this](const auto &points) {
-            m_points = points;
-            emit opened();
-        },
-        Qt::QueuedConnection);
-    connect(
-        m_session, &RecordingSession::grown, this,
-        [this](const auto &points) {
-            m_points = points;
-            emit grown();
-        },
-        Qt::QueuedConnection);
-    connect(
-        m_session, &RecordingSession::answered, this,
-        [this](const RecordingSession::Answer &answer) {
-            // A newer request may be on its way.
-            if (m_newest.value(answer.asked.asker) == answer.asked.number) {
-                m_newest.remove(answer.asked.asker);
-                emit thinned(answer.asked.asker, answer.asked.request, answer.thinned);
-            }
-        },
-        Qt::QueuedConnection);
-    connect(
-        m_session, &RecordingSession::answeredAt, this,
-        [this](const RecordingSession::AskedAt &asked) {
-            emit knownAt(asked.asker, asked.moment, asked.values);
-        },
-        Qt::QueuedConnection);
-    connect(m_session, &RecordingSession::failed, this, &RecordingReader::failed);
+    listen();
     RecordingThreads::start(m_thread);
     QMetaObject::invokeMethod(m_session, &RecordingSession::open);
+}
+
+void RecordingReader::listen()
+{
+    // In so many words, so that the types of their arguments are made known.
+    constexpr auto queued = Qt::QueuedConnection;
+    connect(m_session, &RecordingSession::opened, this, &RecordingReader::takePoints, queued);
+    connect(m_session, &RecordingSession::grown, this, &RecordingReader::takeGrown, queued);
+    const auto takeAnswer = [this](const RecordingSession::Answer &answer) {
+        // A newer request may be on its way.
+        if (m_newest.value(answer.asked.asker) == answer.asked.number) {
+            m_newest.remove(answer.asked.asker);
+            emit thinned(answer.asked.asker, answer.asked.request, answer.thinned);
+        }
+    };
+    connect(m_session, &RecordingSession::answered, this, takeAnswer, queued);
+    const auto takeValues = [this](const RecordingSession::AskedAt &asked) {
+        emit knownAt(asked.asker, asked.moment, asked.values);
+    };
+    connect(m_session, &RecordingSession::answeredAt, this, takeValues, queued);
+    connect(m_session, &RecordingSession::failed, this, &RecordingReader::failed);
+}
+
+void RecordingReader::takePoints(const std::shared_ptr<const RecordingPoints> &points)
+{
+    m_points = points;
+    m_growth.open(points->latest(), QDateTime::currentMSecsSinceEpoch(), m_clock.elapsed());
+    emit opened();
+}
+
+void RecordingReader::takeGrown(const std::shared_ptr<const RecordingPoints> &points)
+{
+    if (points->latest() > m_points->latest()) {
+        m_growth.grow(points->latest(), m_clock.elapsed());
+    }
+    m_points = points;
+    emit grown();
 }
 
 RecordingTarget RecordingReader::target() const
@@ -102,8 +104,12 @@ TimeRange RecordingReader::extent(const PointId &id) const
 
 bool RecordingReader::isGrowing() const
 {
-    return m_points && m_points->isOpenEnded()
-        && QDateTime::currentMSecsSinceEpoch() - m_points->latest() < growsFor;
+    return m_points && m_points->isOpenEnded() && m_growth.isGrowing(m_clock.elapsed());
+}
+
+qint64 RecordingReader::present(qint64 clock) const
+{
+    return m_growth.present(m_clock.elapsed()).value_or(clock);
 }
 
 void RecordingReader::request(const void *asker, const Request &request)

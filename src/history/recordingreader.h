@@ -1,8 +1,10 @@
 #pragma once
 
+#include "history/recordinggrowth.h"
 #include "history/recordingtarget.h"
 #include "history/samplesource.h"
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QPointer>
 #include <QThread>
@@ -29,8 +31,10 @@ public:
     QVector<Point> points() const override;
     std::optional<Point> point(const PointId &id) const override;
     TimeRange extent(const PointId &id) const override;
-    // Whether a recording in it has no end, and its last sample is younger than a minute.
+    // Whether a recording in it has no end, and samples have come of late, whatever their times.
     bool isGrowing() const override;
+    // By the clock of who records, once it is known.
+    qint64 present(qint64 clock) const override;
     void request(const void *asker, const Request &request) override;
     void requestAt(const void *asker, const Moment &moment) override;
     std::unique_ptr<SampleCursor> cursor(const PointId &id, const TimeRange &range) const override;
@@ -42,9 +46,15 @@ signals:
     void opened();
 
 private:
+    void listen();
+    void takePoints(const std::shared_ptr<const RecordingPoints> &points);
+    void takeGrown(const std::shared_ptr<const RecordingPoints> &points);
+
     int m_pollInterval = 1000;
     RecordingTarget m_target;
     std::shared_ptr<const RecordingPoints> m_points;
+    QElapsedTimer m_clock;
+    RecordingGrowth m_growth;
     QPointer<QThread> m_thread;
     QPointer<RecordingSession> m_session; // lives in the thread, and dies with it
     quint64 m_requests = 0;

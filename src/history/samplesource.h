@@ -56,6 +56,9 @@ public:
     virtual TimeRange extent(const PointId &id) const = 0;
     // Whether samples still come, so that a window has a present to follow.
     virtual bool isGrowing() const = 0;
+    // The present of its samples, given what the clock shows; both in ms since 1970 UTC. The clock that gave
+    // their times may be another one.
+    virtual qint64 present(qint64 clock) const { return clock; }
     // Has the samples thinned; thinned() tells them, at once or later. A newer request with the same asker
     // replaces one that has not been answered. The asker is any pointer; it is only compared.
     virtual void request(const void *asker, const Request &request) = 0;

@@ -125,7 +125,7 @@ ArrivalClock::Present TrendFeed::clock() const
 qint64 TrendFeed::present() const
 {
     const TimeRange all = extent();
-    const qint64 now = clock().time;
+    const qint64 now = m_source ? m_source->present(clock().time) : clock().time;
     return all.from <= all.to ? qMax(now, all.to) : now;
 }
 

@@ -38,7 +38,7 @@ public:
     // By which reports arrive; by default the computer's.
     void setClock(const Clock &clock) { m_clock = clock; }
     ArrivalClock::Present clock() const;
-    // What the clock shows, or the last sample where that is later: it may come from another computer.
+    // That of the source, or the last sample where that is later: it may come from another computer.
     qint64 present() const;
     std::vector<ValueTable::Column> values(const QVector<PointId> &points, const TimeRange &range) const;
 

@@ -315,13 +315,18 @@ void TrendWindow::redraw()
     m_values->showReadout();
 }
 
+bool TrendWindow::canFollow() const
+{
+    return m_figures->rowCount() > 0 && m_feed->isGrowing();
+}
+
 void TrendWindow::showTools()
 {
     const TimeView &view = m_control->view();
     const bool hasCurves = m_figures->rowCount() > 0;
     m_tools->showSpan(view.span());
     m_tools->button(Tool::Follow)->setChecked(view.isFollowing());
-    m_tools->button(Tool::Follow)->setEnabled(hasCurves && m_feed->isGrowing());
+    m_tools->button(Tool::Follow)->setEnabled(canFollow());
     m_tools->button(Tool::Back)->setEnabled(view.canGoBack());
     m_tools->button(Tool::Markers)->setChecked(m_marks->markers().isAnySet());
     m_tools->showRecording(!m_recording->text().isEmpty());
@@ -377,22 +382,29 @@ void TrendWindow::timerEvent(QTimerEvent *event)
         return;
     }
     tellClock();
+    if (m_tools->button(Tool::Follow)->isEnabled() != canFollow()) {
+        showTools();
+    }
     if (m_control->view().isFollowing() && !m_feed->isGrowing()) {
         m_control->toggleFollowing();
     }
     if (m_feed->isBusy()) {
         return; // each question would take the place of the one before: none would be answered
     }
-    // What would move the picture by less than a pixel waits.
-    const qint64 column = m_control->view().span() / m_plot->columns();
-    const qint64 moved = m_feed->clock().time - m_control->view().range().to;
-    if (m_control->view().isFollowing() && (m_hasGrown || moved >= column)) {
-        followPresent();
-    } else if (m_hasGrown) {
-        followPresent(); // for when it is followed again
-        ask();
+    if (m_hasGrown || isPresentSeen()) {
+        followPresent(); // for when it is followed again, too
+        if (!m_control->view().isFollowing()) {
+            ask();
+        }
     }
     m_hasGrown = false;
+}
+
+// Whether another picture would show that time has gone on. What would move it by less than a pixel waits.
+bool TrendWindow::isPresentSeen() const
+{
+    const TimeView &view = m_control->view();
+    return view.isFollowing() && m_feed->present() - view.range().to >= view.span() / m_plot->columns();
 }
 
 bool TrendWindow::takes(const QDropEvent &drop) const

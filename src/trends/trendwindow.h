@@ -86,6 +86,8 @@ private:
     void take(const SampleSource::Request &request, const QVector<Thinned> &answers);
     void scheduleRedraw();
     void redraw();
+    bool canFollow() const;
+    bool isPresentSeen() const;
     void showTools();
     void showTitle();
     void tellClock();

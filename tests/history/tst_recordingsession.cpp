@@ -29,6 +29,8 @@ private slots:
     void looksUpInTheFileThatIsOpen();
     void silenceBreaks_data();
     void silenceBreaks();
+    void growsByAnyClock_data();
+    void growsByAnyClock();
 
 private:
     QString path() const { return m_folder->filePath("plant.sqlite"); }
@@ -303,6 +305,38 @@ void TestRecordingSession::silenceBreaks()
     ValueAt value;
     QVERIFY(reader.valueAt(time, start + now * 1000, &value));
     QTEST(QString::fromLatin1(value.kind == ValueAt::Kind::Break ? "break" : "number"), "value");
+}
+
+void TestRecordingSession::growsByAnyClock_data()
+{
+    QTest::addColumn<int>("ahead"); // min
+    QTest::newRow("of this computer") << 0;
+    QTest::newRow("behind") << -10;
+    QTest::newRow("ahead") << 10;
+}
+
+void TestRecordingSession::growsByAnyClock()
+{
+    QFETCH(int, ahead);
+    const qint64 wall = QDateTime::currentMSecsSinceEpoch();
+    const qint64 now = wall - start + ahead * 60000;
+    Recorder recorder;
+    recorder.setLimits(quick());
+    recorder.start(file(path()), {});
+    recorder.add(report(now, {reading("U", "1")}));
+    QTRY_COMPARE(recorder.status().samples, qint64(1));
+    RecordingReader reader;
+    QSignalSpy opened(&reader, &RecordingReader::opened);
+    reader.setPollInterval(30);
+    reader.open(file(path()));
+    QVERIFY(opened.wait());
+    QCOMPARE(reader.isGrowing(), ahead == 0);
+    recorder.add(report(now + 1000, {reading("U", "2")}));
+    QTRY_VERIFY(reader.extent(id("U")).to == start + now + 1000 && reader.isGrowing());
+    const qint64 present = reader.present(wall) - start;
+    QVERIFY2(present >= now + 1000 && present < now + 6000, qPrintable(QString::number(present - now)));
+    QVERIFY(stopAndWait(&recorder));
+    QTRY_VERIFY(!reader.isGrowing());
 }
 
 QTEST_GUILESS_MAIN(TestRecordingSession)

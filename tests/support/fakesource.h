@@ -53,6 +53,7 @@ public:
         emit grown();
     }
     bool isGrowing() const override { return growing; }
+    qint64 present(qint64 clock) const override { return clock + ahead; }
     void request(const void *asker, const Request &request) override
     {
         requests.append(request);
@@ -101,6 +102,7 @@ public:
     }
 
     bool growing = false;
+    qint64 ahead = 0; // of its clock, in ms
     bool answers = true;
     QVector<Request> requests;
     bool answersMoments = true;

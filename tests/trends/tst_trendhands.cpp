@@ -29,6 +29,7 @@ private slots:
     void plotKeepsItsWidth();
     void followsWhatComes();
     void followsNoMoreWhatHasEnded();
+    void followsByTheClockOfTheSource();
     void recordingHasNoPresent();
     void sampleAheadOfTheClockIsShown();
     void clockThatWasSetBackIsTold();
@@ -263,6 +264,18 @@ void TestTrendHands::followsNoMoreWhatHasEnded()
     source->growing = false;
     QTRY_VERIFY(!tool("follow")->isChecked());
     QVERIFY(!tool("follow")->isEnabled());
+    source->growing = true;
+    QTRY_VERIFY(tool("follow")->isEnabled());
+}
+
+// Somebody else records it.
+void TestTrendHands::followsByTheClockOfTheSource()
+{
+    source->ahead = -3600000;
+    RUN(open(true));
+    const qint64 behind = QDateTime::currentMSecsSinceEpoch() - source->requests.last().range.to;
+    QVERIFY2(qAbs(behind - 3600000) < 5000, qPrintable(QString::number(behind)));
+    QVERIFY(qAbs(source->requests.last().now - source->requests.last().range.to) < 5000);
 }
 
 void TestTrendHands::recordingHasNoPresent()
