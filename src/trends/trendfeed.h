@@ -44,6 +44,8 @@ public:
 
     // The last question counts. What the points are at its end is asked, too.
     void ask(const TimeRange &range, int columns);
+    // The present as it was at that time.
+    qint64 askedAt() const { return m_next.now; }
     // Whether an answer is to come; not from a source that has failed since its last one.
     bool isBusy() const { return (m_isWaiting || m_isAsked) && !m_hasFailed; }
     // What the points are at a time, exactly. The last question about each mark counts, but answers to

@@ -400,11 +400,16 @@ void TrendWindow::timerEvent(QTimerEvent *event)
     m_hasGrown = false;
 }
 
-// Whether another picture would show that time has gone on. What would move it by less than a pixel waits.
+// Whether another picture would show that time has gone on. A paused one does not move, but what has become
+// late since is a gap at its end. What would move it by less than a pixel waits.
 bool TrendWindow::isPresentSeen() const
 {
     const TimeView &view = m_control->view();
-    return view.isFollowing() && m_feed->present() - view.range().to >= view.span() / m_plot->columns();
+    if (!m_feed->isGrowing() || (!view.isFollowing() && view.range().to < m_feed->extent().to)) {
+        return false;
+    }
+    const qint64 shown = view.isFollowing() ? view.range().to : m_feed->askedAt();
+    return m_feed->present() - shown >= view.span() / m_plot->columns();
 }
 
 bool TrendWindow::takes(const QDropEvent &drop) const

@@ -30,6 +30,7 @@ private slots:
     void followsWhatComes();
     void followsNoMoreWhatHasEnded();
     void followsByTheClockOfTheSource();
+    void pausedWindowSeesWhatIsLate();
     void recordingHasNoPresent();
     void sampleAheadOfTheClockIsShown();
     void clockThatWasSetBackIsTold();
@@ -276,6 +277,27 @@ void TestTrendHands::followsByTheClockOfTheSource()
     const qint64 behind = QDateTime::currentMSecsSinceEpoch() - source->requests.last().range.to;
     QVERIFY2(qAbs(behind - 3600000) < 5000, qPrintable(QString::number(behind)));
     QVERIFY(qAbs(source->requests.last().now - source->requests.last().range.to) < 5000);
+}
+
+// Although nothing comes: that is what it should see.
+void TestTrendHands::pausedWindowSeesWhatIsLate()
+{
+    RUN(open(true));
+    press(Qt::Key_Space);
+    const SampleSource::Request paused = source->requests.last();
+    const qint64 later = paused.now + TimeView::hour;
+    window->setClock([later] { return ArrivalClock::Present{later, 0}; });
+    QTRY_COMPARE(source->requests.last().now, later);
+    QCOMPARE(source->requests.last().range.to, paused.range.to);
+    press(Qt::Key_1);
+    press(Qt::Key_Home); // to where samples follow
+    const int asked = source->requests.size();
+    window->setClock([later] { return ArrivalClock::Present{later + TimeView::hour, 0}; });
+    QTimer timer;
+    const QSignalSpy ticks(&timer, &QTimer::timeout);
+    timer.start(TrendWindow::tick);
+    QTRY_VERIFY(ticks.size() > 5);
+    QCOMPARE(source->requests.size(), asked);
 }
 
 void TestTrendHands::recordingHasNoPresent()
