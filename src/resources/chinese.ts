@@ -4034,6 +4034,11 @@
         <source>(empty)</source>
         <translation>（空）</translation>
     </message>
+    <message>
+        <source>(%1)</source>
+        <comment>why there is no value</comment>
+        <translation>（%1）</translation>
+    </message>
 </context>
 <context>
     <name>TrendTools</name>

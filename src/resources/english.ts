@@ -4032,6 +4032,11 @@
         <source>(empty)</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>(%1)</source>
+        <comment>why there is no value</comment>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>TrendTools</name>

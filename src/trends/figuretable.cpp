@@ -58,7 +58,8 @@ void FigureTable::setUpColumns()
     int breaks = 0;
     for (const SampleState state : {SampleState::NotValid, SampleState::NoNumber, SampleState::NoReport,
                                     SampleState::Ended, SampleState::Dropped}) {
-        breaks = qMax(breaks, fontMetrics().horizontalAdvance(TrendTexts::ofBreak(state)) + margins);
+        const QString text = TrendTexts::ofValue({ValueAt::Kind::Break, 0, {}, state});
+        breaks = qMax(breaks, fontMetrics().horizontalAdvance(text) + margins);
     }
     // Half a reason could be read as another one, or as the begin of a text.
     for (const FigureModel::Column column : {FigureModel::Current, FigureModel::AtA, FigureModel::AtB}) {

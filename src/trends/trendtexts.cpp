@@ -130,7 +130,7 @@ QString TrendTexts::ofValue(const ValueAt &value)
     case ValueAt::Kind::Text:
         return ofText(value.text);
     case ValueAt::Kind::Break:
-        return ofBreak(value.why);
+        return tr("(%1)", "why there is no value").arg(ofBreak(value.why));
     case ValueAt::Kind::Nothing:
         break;
     }

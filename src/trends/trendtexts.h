@@ -23,6 +23,7 @@ public:
     static QString ofDifference(double from, double to);
     // With as many digits as the steps of its scale need.
     static QString ofTick(double number, double step);
+    // What is no value stands in parentheses: a point may have a text such as "no report".
     static QString ofValue(const ValueAt &value);
     // In one line. An empty one is told as such: an empty place says that nothing has been told yet.
     static QString ofText(const QString &text);

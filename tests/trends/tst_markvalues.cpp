@@ -220,11 +220,11 @@ void TestMarkValues::tellsTheSampleOfADay_data()
         {"at one", 40000, valueAt(40000)},
         {"between two", 40000.5, valueAt(40000)},
         {"before the next", 40000.999, valueAt(40000)},
-        {"behind the last before a gap", 2999.5, "not valid"},
-        {"in the gap", 3100.5, "not valid"},
+        {"behind the last before a gap", 2999.5, "(not valid)"},
+        {"in the gap", 3100.5, "(not valid)"},
         {"behind the gap", 3500, valueAt(3500)},
-        {"no report yet", 50001, "no report"},
-        {"no report", 50050, "no report"},
+        {"no report yet", 50001, "(no report)"},
+        {"no report", 50050, "(no report)"},
         {"reports come again", 50100.5, valueAt(50100)},
         {"after the last", day + 3, valueAt(day - 1)},
         {"after the present", day + 6, "–"},
@@ -257,9 +257,9 @@ void TestMarkValues::tellsWhatIsLate()
     QFETCH(QString, kind);
     RUN(showDay(kind, 60));
     RUN(view({start, start + (day + 10) * qint64(1000)}));
-    QTRY_COMPARE(cell(0, FigureModel::Current), QString("no report"));
+    QTRY_COMPARE(cell(0, FigureModel::Current), QString("(no report)"));
     point(day + 3);
-    QTRY_COMPARE(readout().value(1), QString("Voltage\tno report"));
+    QTRY_COMPARE(readout().value(1), QString("Voltage\t(no report)"));
     point(day - 1);
     QTRY_COMPARE(readout().value(1), "Voltage\t" + valueAt(day - 1));
 }
@@ -276,7 +276,7 @@ void TestMarkValues::markersOfADay_data()
             << QStringList{valueAt(40000), valueAt(60001),
                            QString::number(valueAt(60001).toInt() - valueAt(40000).toInt())};
         QTest::addRow("%s, one in a gap", kind) << QString::fromLatin1(kind) << 40000.5 << 50050.0
-                                                << QStringList{valueAt(40000), "no report", "–"};
+                                                << QStringList{valueAt(40000), "(no report)", "–"};
         QTest::addRow("%s, one before all", kind)
             << QString::fromLatin1(kind) << -5.0 << 100.0 << QStringList{"–", valueAt(100), "–"};
     }
@@ -311,7 +311,7 @@ void TestMarkValues::currentIsTheLastOfItsColumn()
     RUN(showDay(kind));
     RUN(view({start - TimeView::hour, start + day * qint64(1000)}));
     QTRY_COMPARE(cell(0, FigureModel::Current), valueAt(day - 1));
-    QTRY_COMPARE(cell(1, FigureModel::Current), QString("no number"));
+    QTRY_COMPARE(cell(1, FigureModel::Current), QString("(no number)"));
 }
 
 void TestMarkValues::doesNotWaitForCurves()

@@ -363,7 +363,7 @@ void TestTrendHands::readoutTellsTheSampleBefore()
     const QString time = QDateTime::fromMSecsSinceEpoch(start + 399000).toString("yyyy-MM-dd hh:mm");
     QVERIFY2(readout().first().startsWith(time), qPrintable(readout().first()));
     point(550);
-    QCOMPARE(readout().at(1), "Voltage\tnot valid");
+    QCOMPARE(readout().at(1), "Voltage\t(not valid)");
     point(700);
     QCOMPARE(readout().at(1), "Voltage\t235");
     QEvent leave(QEvent::Leave);
@@ -375,7 +375,7 @@ void TestTrendHands::keysMoveTheReadout()
 {
     RUN(open());
     press(Qt::Key_Left, Qt::ControlModifier); // from the middle
-    QCOMPARE(readout().mid(1), QStringList{"Voltage\tnot valid"});
+    QCOMPARE(readout().mid(1), QStringList{"Voltage\t(not valid)"});
     for (int step = 0; step < 10; ++step) {
         press(Qt::Key_Left, Qt::ControlModifier);
     }
@@ -393,8 +393,8 @@ void TestTrendHands::markersTellDifferences()
     press(Qt::Key_B);
     QVERIFY(!table->isColumnHidden(FigureModel::AtA));
     QCOMPARE(cell(0, FigureModel::AtA), "230");
-    QCOMPARE(cell(0, FigureModel::AtB), "not valid");
-    const int longest = table->fontMetrics().horizontalAdvance("session ended");
+    QCOMPARE(cell(0, FigureModel::AtB), "(not valid)");
+    const int longest = table->fontMetrics().horizontalAdvance("(session ended)");
     for (const FigureModel::Column column : {FigureModel::Current, FigureModel::AtA, FigureModel::AtB}) {
         QVERIFY(table->columnWidth(column) >= longest + 6); // and its margins
     }

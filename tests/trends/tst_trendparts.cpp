@@ -84,17 +84,17 @@ void TestTrendParts::valueAtATime_data()
         qint64 time;
         const char *value;
     } rows[] = {
-        {"before all", 900, "no report"},
+        {"before all", 900, "(no report)"},
         {"at the first", 1000, "1.5"},
         {"between two", 1999, "1.5"},
         {"at the second", 2000, "2.5"},
-        {"behind the last before a gap", 2001, "not valid"},
-        {"in the gap", 2500, "not valid"},
+        {"behind the last before a gap", 2001, "(not valid)"},
+        {"in the gap", 2500, "(not valid)"},
         {"at the end of the gap", 3000, "4"},
         {"behind it", 3500, "4"},
         {"at a text", 4000, "Running"},
         {"behind it, the same", 4500, "Running"},
-        {"in the gap behind the text", 5500, "session ended"},
+        {"in the gap behind the text", 5500, "(session ended)"},
     };
     for (const auto &row : rows) {
         QTest::newRow(row.name) << row.time << QString::fromUtf8(row.value);

@@ -334,16 +334,17 @@ void TestTrendWindow::currentIsWhatHoldsAtTheEnd_data()
     QTest::addColumn<QString>("current");
     using Samples = QVector<Sample>;
     QTest::newRow("number") << Samples{valid(0, 1), broken(1, SampleState::NotValid), valid(2, 3)} << "3";
-    QTest::newRow("not valid") << Samples{valid(0, 1), broken(2, SampleState::NotValid)} << "not valid";
-    QTest::newRow("no number") << Samples{valid(0, 1), broken(2, SampleState::NoNumber)} << "no number";
-    QTest::newRow("no report") << Samples{valid(0, 1), broken(2, SampleState::NoReport)} << "no report";
-    QTest::newRow("ended") << Samples{valid(0, 1), broken(2, SampleState::Ended)} << "session ended";
+    QTest::newRow("not valid") << Samples{valid(0, 1), broken(2, SampleState::NotValid)} << "(not valid)";
+    QTest::newRow("no number") << Samples{valid(0, 1), broken(2, SampleState::NoNumber)} << "(no number)";
+    QTest::newRow("no report") << Samples{valid(0, 1), broken(2, SampleState::NoReport)} << "(no report)";
+    QTest::newRow("ended") << Samples{valid(0, 1), broken(2, SampleState::Ended)} << "(session ended)";
     QTest::newRow("text") << Samples{words(0, "Stopped"), words(2, "Running\nfast")} << "Running fast";
     QTest::newRow("empty text") << Samples{words(0, "Stopped"), words(2, " \n")} << "(empty)";
     const double rounded = 18446744073709551615.0;
     QTest::newRow("all digits") << Samples{{start, rounded, SampleState::Valid, "18446744073709551615"}}
                                 << "18446744073709551615";
-    QTest::newRow("no text") << Samples{words(0, "Stopped"), broken(2, SampleState::NotValid)} << "not valid";
+    QTest::newRow("no text") << Samples{words(0, "Stopped"), broken(2, SampleState::NotValid)}
+                             << "(not valid)";
 }
 
 void TestTrendWindow::currentIsWhatHoldsAtTheEnd()
