@@ -137,14 +137,15 @@ void History::add(const Readings &report)
         m_standards.erase(id);
     }
     keepBudget();
+    nameBox(report);
     emit grown();
 }
 
-void History::nameBox(const QString &box, const QString &project, const QString &name)
+void History::nameBox(const Readings &report)
 {
-    QStringList &names = m_boxNames[{box, project}];
-    if (!name.isEmpty() && !names.contains(name)) {
-        names.append(name);
+    QStringList &names = m_boxNames[{report.box, report.project}];
+    if (!report.boxName.isEmpty() && !names.contains(report.boxName)) {
+        names.append(report.boxName);
     }
 }
 

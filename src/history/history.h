@@ -27,8 +27,6 @@ public:
     // before, NoReport breaks its points at the end of these; a point that the report lacks is broken at its
     // time. Of texts 1 kB is kept.
     void add(const Readings &report);
-    // What the Box is called while it reports the project.
-    void nameBox(const QString &box, const QString &project, const QString &name);
     // The session with the Box has ended at that time: breaks all of its points for which NoReport or Ended
     // does not stand yet.
     void endSession(const QString &box, qint64 time);
@@ -67,6 +65,7 @@ private:
         Series *series = nullptr; // null if there is none
     };
 
+    void nameBox(const Readings &report);
     Found find(const PointId &id) const;
     static Thinned thin(const Found &found, const Request &request, SeriesThinning *earlier);
     ValueAt valueAt(const PointId &id, const Moment &moment) const;

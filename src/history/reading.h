@@ -52,6 +52,7 @@ struct Readings {
     QString project;
     QString standard;
     QVector<Reading> rows; // in the order of the report; of rows with one name the last counts
+    QString boxName{};     // what the Box is called then; empty if that is not known
 };
 
 // Takes the rows of a report, QVariantMaps. Texts that stand at the same place of the report before are those

@@ -134,6 +134,7 @@ bool RecordingJob::takeRows()
         switch (entry.kind) {
         case RecordingQueue::Entry::Kind::Report:
             m_rows.add(entry.readings);
+            m_writer.nameBox(entry.readings);
             break;
         case RecordingQueue::Entry::Kind::SessionEnd:
             m_rows.endSession(entry.readings.box, entry.readings.time);

@@ -1,6 +1,7 @@
 #include "history/recordingpoints.h"
 
 #include "history/recordingdatabase.h"
+#include "history/recordingnames.h"
 
 #include <QVariant>
 
@@ -22,7 +23,7 @@ bool RecordingPoints::read(RecordingDatabase *database)
         return false;
     }
     QSqlQuery query = database->prepared(statement());
-    if (!database->run(&query)) {
+    if (!RecordingNames::read(database, &m_boxNames) || !database->run(&query)) {
         return false;
     }
     m_isOpenEnded = open.toInt() > 0;
@@ -57,12 +58,17 @@ const RecordingPoints::Curve *RecordingPoints::find(const PointId &id) const
     return place == m_places.constEnd() ? nullptr : &m_curves.at(*place);
 }
 
+QString RecordingPoints::boxName(const PointId &id) const
+{
+    return m_boxNames.value(RecordingNames::key(id.box, id.project));
+}
+
 bool RecordingPoints::isSameAs(const RecordingPoints &other) const
 {
     const auto isSame = [](const Curve &a, const Curve &b) {
         return a.keys == b.keys && a.extent.from == b.extent.from && a.extent.to == b.extent.to;
     };
-    return m_isOpenEnded == other.m_isOpenEnded
+    return m_isOpenEnded == other.m_isOpenEnded && m_boxNames == other.m_boxNames
         && std::equal(m_curves.cbegin(), m_curves.cend(), other.m_curves.cbegin(), other.m_curves.cend(),
                       isSame);
 }

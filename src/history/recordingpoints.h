@@ -25,6 +25,8 @@ public:
     const QVector<Curve> &curves() const { return m_curves; }
     // Null if there is none.
     const Curve *find(const PointId &id) const;
+    // What the Box of the point was called; empty if nobody has told it.
+    QString boxName(const PointId &id) const;
     // Whether a recording has no end.
     bool isOpenEnded() const { return m_isOpenEnded; }
     // Whether nothing has come since the other was read.
@@ -35,6 +37,7 @@ public:
 private:
     QVector<Curve> m_curves;
     QHash<PointId, int> m_places;
+    QHash<QString, QString> m_boxNames; // by the keys of RecordingNames
     bool m_isOpenEnded = false;
     qint64 m_latest = 0;
 };

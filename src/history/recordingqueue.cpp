@@ -165,7 +165,7 @@ Readings RecordingQueue::wanted(const Readings &report) const
         return report;
     }
     const QSet<QString> names = m_wanted.value({report.box, report.project, report.standard, {}});
-    Readings kept{report.time, report.box, report.project, report.standard, {}};
+    Readings kept{report.time, report.box, report.project, report.standard, {}, report.boxName};
     for (const Reading &reading : report.rows) {
         if (names.contains(reading.name)) {
             kept.rows.append(reading);

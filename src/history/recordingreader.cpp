@@ -96,6 +96,12 @@ std::optional<Point> RecordingReader::point(const PointId &id) const
     return curve ? std::make_optional(curve->point) : std::nullopt;
 }
 
+QStringList RecordingReader::boxNames(const PointId &id) const
+{
+    const QString name = m_points ? m_points->boxName(id) : QString();
+    return name.isEmpty() ? QStringList() : QStringList(name);
+}
+
 TimeRange RecordingReader::extent(const PointId &id) const
 {
     const RecordingPoints::Curve *const curve = m_points ? m_points->find(id) : nullptr;

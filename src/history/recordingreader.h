@@ -30,6 +30,7 @@ public:
     // Known from opened() on.
     QVector<Point> points() const override;
     std::optional<Point> point(const PointId &id) const override;
+    QStringList boxNames(const PointId &id) const override;
     TimeRange extent(const PointId &id) const override;
     // Whether a recording in it has no end, and samples have come of late, whatever their times.
     bool isGrowing() const override;

@@ -55,6 +55,9 @@ bool RecordingWriter::write(QVector<Row> rows, const QVector<RecordingRows::Reco
     if (isOpen && m_isRecordingKnown && rows.isEmpty() && all == m_written) {
         return true;
     }
+    if (isOpen) {
+        m_names.write(&m_database);
+    }
     m_before.clear();
     m_begun.clear();
     const qint64 recording = m_recording;
@@ -251,6 +254,7 @@ bool RecordingWriter::insert(QSqlQuery *statement, const Row *rows, int count)
 void RecordingWriter::close()
 {
     m_keys.forget();
+    m_names.forgetWritten();
     m_isRecordingKnown = false;
     if (m_database.isOpen()) {
         m_database.close();

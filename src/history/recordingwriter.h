@@ -2,6 +2,7 @@
 
 #include "history/recordingdatabase.h"
 #include "history/recordingkeys.h"
+#include "history/recordingnames.h"
 #include "history/recordingpeers.h"
 #include "history/recordingrows.h"
 
@@ -28,6 +29,8 @@ public:
     // call opens the database anew. The rows refer to the points.
     bool write(QVector<RecordingRows::Row> rows, const QVector<RecordingRows::Recorded> &points,
                const Progress &progress);
+    // With what is written next.
+    void nameBox(const Readings &report) { m_names.add(report.box, report.project, report.boxName); }
     // Of the database; in the thread that wrote.
     void close();
     QString error() const { return m_database.error(); }
@@ -75,4 +78,5 @@ private:
     // As long as the database is open.
     bool m_isRecordingKnown = false;
     RecordingKeys m_keys;
+    RecordingNames m_names;
 };

@@ -99,11 +99,11 @@ void Trends::take(MonitoringPage *page, const LiveSource &source, const QVariant
     report.box = source.address;
     report.project = source.project;
     report.standard = page->windowTitle();
+    report.boxName = source.box;
     QVector<Reading> &before = m_before[page];
     report.rows = readRows(rows, before);
     before = report.rows;
     m_shown[page].insert({source.address, source.project});
-    m_history->nameBox(source.address, source.project, source.box);
     m_history->add(report);
     m_recordings->add(report);
 }

@@ -49,6 +49,24 @@ QStringList samplesOf(const QString &path)
     return points;
 }
 
+// What Boxes are called.
+QStringList namesIn(const QString &path)
+{
+    QStringList names;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "names");
+        database.setDatabaseName(path);
+        database.setConnectOptions("QSQLITE_OPEN_READONLY");
+        database.open();
+        QSqlQuery query("SELECT key || ': ' || value FROM recording_info WHERE key LIKE 'box %'", database);
+        while (query.next()) {
+            names.append(query.value(0).toString());
+        }
+    }
+    QSqlDatabase::removeDatabase("names");
+    return names;
+}
+
 int recordingsIn(const QString &path)
 {
     int count = 0;
@@ -87,6 +105,7 @@ private slots:
     void wrongCalls_data();
     void wrongCalls();
     void recordsReports();
+    void keepsTheNamesOfAList();
     void picksPoints();
     void interruptEndsItAsJson();
     void lostLinkLeavesAGap();
@@ -148,6 +167,17 @@ void TestBoxCtlRecord::recordsReports()
     QCOMPARE(samplesOf("plant.sqlite"),
              (QStringList{"127.0.48.10/P/A/a: 1.5 not valid", "127.0.48.10/P/A/t: on off ended",
                           "127.0.48.10/P/B/a: 9007199254740992 ended", "127.0.48.11/P/A/a: no number"}));
+}
+
+void TestBoxCtlRecord::keepsTheNamesOfAList()
+{
+    const ReportingBox one(address, {oneReport("1")});
+    const ReportingBox two(other, {oneReport("1")});
+    Files::put("plant", QString("%1 North feeder\n%2\n").arg(address, other).toUtf8());
+    QCOMPARE(
+        RunningCall({"record", "@plant", "--to", "sqlite:plant.sqlite", "--reports", "2"}).outcome().status,
+        0);
+    QCOMPARE(namesIn("plant.sqlite"), QStringList{"box 127.0.48.10 P: North feeder"});
 }
 
 void TestBoxCtlRecord::picksPoints()

@@ -153,6 +153,7 @@ class TestRecordingServer : public QObject
 private slots:
     void initTestCase();
     void recordsAndReads();
+    void namesBoxesWhereItMay();
     void wrongPasswordIsTold();
     void otherTablesAreLeftAlone();
     void longNamesAreKept();
@@ -220,6 +221,37 @@ void TestRecordingServer::recordsAndReads()
     // Another recording is told apart from this one.
     QCOMPARE(record(m_server.target(), {report(400000, {reading(name, "1")})}).error, QString());
     QCOMPARE(walk(name).section(' ', 2), QString("nan:4 1:1 nan:4 nan:4"));
+}
+
+// One who may not goes on without.
+void TestRecordingServer::namesBoxesWhereItMay()
+{
+    const QString name = QString::fromUtf8("it's \"北\" ?1 \\");
+    Readings given = report(500000, {reading("named", "1")});
+    const auto names = [this] {
+        return ran(m_server.target(), "postgres",
+                   {"SELECT value FROM recording_info WHERE key = 'box 192.168.1.80 plant'"});
+    };
+    for (const QString &each : {QString("North"), name}) {
+        given.boxName = each;
+        QCOMPARE(record(m_server.target(), {given}).error, QString());
+        QCOMPARE(names(), QStringList{each});
+    }
+    QCOMPARE(
+        ran(m_server.target(), "postgres",
+            {"CREATE ROLE bob LOGIN PASSWORD 'bob'", "GRANT SELECT ON ALL TABLES IN SCHEMA public TO bob",
+             "GRANT INSERT, UPDATE ON recording, point, sample TO bob",
+             "GRANT USAGE ON ALL SEQUENCES IN SCHEMA public TO bob"}),
+        QStringList());
+    RecordingTarget target = m_server.target();
+    target.server.setUserName("bob");
+    target.server.setPassword("bob");
+    given.boxName = "South";
+    given.time += 1000;
+    const Recorder::Status status = record(target, {given});
+    QCOMPARE(status.error, QString());
+    QCOMPARE(status.samples, qint64(3)); // with the breaks around it
+    QCOMPARE(names(), QStringList{name});
 }
 
 void TestRecordingServer::wrongPasswordIsTold()

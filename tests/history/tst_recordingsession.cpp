@@ -31,6 +31,8 @@ private slots:
     void silenceBreaks();
     void growsByAnyClock_data();
     void growsByAnyClock();
+    void namesBoxes_data();
+    void namesBoxes();
 
 private:
     QString path() const { return m_folder->filePath("plant.sqlite"); }
@@ -337,6 +339,47 @@ void TestRecordingSession::growsByAnyClock()
     QVERIFY2(present >= now + 1000 && present < now + 6000, qPrintable(QString::number(present - now)));
     QVERIFY(stopAndWait(&recorder));
     QTRY_VERIFY(!reader.isGrowing());
+}
+
+// Beside the samples, which are kept whether or not names can be.
+void TestRecordingSession::namesBoxes_data()
+{
+    QTest::addColumn<QStringList>("names"); // as the reports tell them
+    QTest::addColumn<QString>("before");    // what is done to the database
+    QTest::addColumn<QStringList>("shown");
+    const QString refuse =
+        "CREATE TRIGGER no BEFORE INSERT ON recording_info BEGIN SELECT RAISE(ABORT, 'no'); END";
+    QTest::newRow("no name") << QStringList{""} << "" << QStringList();
+    QTest::newRow("a name") << QStringList{"North", "North"} << "" << QStringList{"North"};
+    QTest::newRow("another name") << QStringList{"North", "South", ""} << "" << QStringList{"South"};
+    QTest::newRow("told late") << QStringList{"", "Tor 北"} << "" << QStringList{"Tor 北"};
+    QTest::newRow("none may be written") << QStringList{"North", "South"} << refuse << QStringList();
+}
+
+void TestRecordingSession::namesBoxes()
+{
+    QFETCH(QStringList, names);
+    QFETCH(QString, before);
+    record(file(path()), {});
+    asked(path(), before);
+    QVector<Readings> reports;
+    for (const QString &name : qAsConst(names)) {
+        reports.append(report(reports.size() * 1000, {reading("U", "1")}));
+        reports.last().boxName = name;
+    }
+    const Recorder::Status status = record(file(path()), reports);
+    QCOMPARE(status.error, QString());
+    QCOMPARE(status.samples, qint64(names.size()) + 1); // with its end
+    RecordingReader reader;
+    QSignalSpy opened(&reader, &RecordingReader::opened);
+    reader.open(file(path()));
+    QVERIFY(opened.wait());
+    QTEST(reader.boxNames(id("U")), "shown");
+    QCOMPARE(reader.boxNames({"192.168.1.80", "another", "meters", "U"}), QStringList());
+    // As the documented query has it.
+    QCOMPARE(
+        asked(path(), "SELECT value FROM point JOIN recording_info ON key = 'box ' || box || ' ' || project"),
+        reader.boxNames(id("U")));
 }
 
 QTEST_GUILESS_MAIN(TestRecordingSession)

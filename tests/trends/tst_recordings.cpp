@@ -4,6 +4,7 @@
 #include "history/recordingreader.h"
 #include "trends/recordingline.h"
 #include "trends/recordingopener.h"
+#include "widgets/quietline.h"
 
 #include <QDir>
 #include <QLabel>
@@ -288,6 +289,7 @@ void TestRecordings::openedRecordingIsShown()
     QTRY_COMPARE(windows().size(), 1);
     const TrendWindow *window = windows().first();
     QCOMPARE(namesOf(window), QStringList("Ub"));
+    QCOMPARE(window->findChild<QuietLine *>("sources")->text(), "Riverside · Gateway north 127.0.0.2");
     QVERIFY2(window->windowTitle().contains("recorded.sqlite"), qPrintable(window->windowTitle()));
     QCOMPARE(samplesOf(window->source(), riverside("Ub")), QStringList({"4", ended}));
     QVERIFY(!window->findChild<QToolButton *>("record")->isEnabled()); // nothing comes there

@@ -93,7 +93,7 @@ private:
                             .arg(NamedPoints::mostText >> 20));
         }
         if (rows) {
-            m_recorder.add({time, box.address, report.projectName, report.plcName, *rows});
+            m_recorder.add({time, box.address, report.projectName, report.plcName, *rows, box.name});
         }
     }
 
