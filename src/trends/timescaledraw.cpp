@@ -37,7 +37,16 @@ void TimeScaleDraw::drawLabel(QPainter *painter, double value) const
     constexpr QSizeF room(400, 100); // more than any label takes
     const QPointF top = labelPosition(value);
     painter->drawText(QRectF(QPointF(top.x() - room.width() / 2, top.y()), room),
-                      Qt::AlignHCenter | Qt::AlignTop, label(value).text());
+                      Qt::AlignHCenter | Qt::AlignTop, tickLabel(painter->font(), value).text());
+}
+
+QwtDate::IntervalType TimeScaleDraw::intervalType(const QwtScaleDiv &ticks) const
+{
+    if (ticks != m_ticks) {
+        m_interval = QwtDateScaleDraw::intervalType(ticks);
+        m_ticks = ticks;
+    }
+    return m_interval;
 }
 
 QString TimeScaleDraw::dateFormatOfDate(const QDateTime &date, QwtDate::IntervalType interval) const

@@ -273,14 +273,21 @@ void TestTrendParts::scaleAcrossTheEndOfSummer()
     const qint64 midnight = QDateTime(QDate(2026, 10, 25), QTime(0, 0)).toMSecsSinceEpoch();
     const TimeRange range{midnight + from * TimeView::minute, midnight + (from + length) * TimeView::minute};
     TimeScaleDraw scale;
-    scale.setScaleDiv(
-        QwtDateScaleEngine(Qt::LocalTime).divideScale(double(range.from), double(range.to), 8, 5));
-    QStringList labels;
-    const QList<double> ticks = scale.scaleDiv().ticks(QwtScaleDiv::MajorTick);
-    for (const double tick : ticks) {
-        labels.append(scale.label(tick).text().split('\n').join(' '));
+    const auto labelsOf = [&scale](const TimeRange &shown) {
+        scale.setScaleDiv(
+            QwtDateScaleEngine(Qt::LocalTime).divideScale(double(shown.from), double(shown.to), 8, 5));
+        QStringList labels;
+        const QList<double> ticks = scale.scaleDiv().ticks(QwtScaleDiv::MajorTick);
+        for (const double tick : ticks) {
+            labels.append(scale.label(tick).text().split('\n').join(' '));
+        }
+        return labels;
+    };
+    const TimeRange days{midnight - 144 * TimeView::hour, midnight};
+    for (int round = 0; round < 2; ++round) { // zoomed in and out
+        QTEST(labelsOf(range), "labels");
+        QCOMPARE(labelsOf(days).last(), QString("2026-10-25"));
     }
-    QTEST(labels, "labels");
     QTEST(TrendTexts::ofZones(range), "zones");
 }
 
