@@ -23,17 +23,27 @@ const char *const lost[] = {
     QT_TRANSLATE_NOOP("RequestLine",
                       "%1: NO ANSWER: the link to %2 ended before it. Nobody knows whether %2 restarts."),
 };
+const char *const overdue[] = {
+    QT_TRANSLATE_NOOP("RequestLine", "%1: NO ANSWER from %2 within ten seconds."),
+    QT_TRANSLATE_NOOP(
+        "RequestLine",
+        "%1: NO ANSWER from %2 within ten seconds. Nobody knows whether all was written to %2."),
+    QT_TRANSLATE_NOOP("RequestLine",
+                      "%1: NO ANSWER from %2 within ten seconds. Nobody knows whether %2 restarts."),
+};
 
 } // namespace
 
 RequestLine::RequestLine(QWidget *parent)
     : OutcomeLine(parent)
 {
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &RequestLine::giveUp);
 }
 
 void RequestLine::showUnread()
 {
-    m_awaited.fill(0);
+    forget();
     showLine(tr("Nothing on this page has been read from the Box."), false);
 }
 
@@ -42,6 +52,7 @@ void RequestLine::begin(Request request, const QString &address)
     ++m_awaited[request];
     m_latest = request;
     m_address = address;
+    m_timer.start(patience);
     showLine(tr(awaited[request]).arg(timeText(), address), false);
 }
 
@@ -68,29 +79,54 @@ bool RequestLine::takeAnswer(Request request)
         return m_awaited[m_latest] == 0;
     }
     // Each write has an answer of its own. One that is not awaited belongs to another item, or to none.
-    if (m_awaited[request] == 0) {
+    Counts &counts = m_awaited[request] > 0 ? m_awaited : m_overdue;
+    if (counts[request] == 0) {
         return false;
     }
-    --m_awaited[request];
+    --counts[request];
     return m_awaited[m_latest] == 0;
+}
+
+// One answer that is lost must not keep those to later requests from being shown.
+void RequestLine::giveUp()
+{
+    if (m_awaited[m_latest] > 0) {
+        showLoss(overdue);
+    }
+    for (std::size_t request = 0; request < m_awaited.size(); ++request) {
+        m_overdue[request] += m_awaited[request];
+    }
+    m_awaited.fill(0);
 }
 
 void RequestLine::loseUnsent()
 {
-    if (m_awaited != Counts{}) {
-        m_awaited.fill(0);
+    if (m_awaited != Counts{} || m_overdue != Counts{}) {
         showLine(tr("%1: FAILED: nothing was sent, there is no link to %2.").arg(timeText(), m_address),
                  true);
     }
+    forget();
 }
 
 void RequestLine::loseAnswer()
 {
+    showLoss(lost);
+    forget();
+}
+
+void RequestLine::showLoss(const Texts &texts)
+{
     for (const Request request : {Reboot, Write, Read}) { // what may have changed the Box comes first
         if (m_awaited[request] > 0) {
-            m_awaited.fill(0);
-            showLine(tr(lost[request]).arg(timeText(), m_address), true);
+            showLine(tr(texts[request]).arg(timeText(), m_address), true);
             return;
         }
     }
+}
+
+void RequestLine::forget()
+{
+    m_timer.stop();
+    m_awaited.fill(0);
+    m_overdue.fill(0);
 }

@@ -2,6 +2,8 @@
 
 #include "boxes/outcomeline.h"
 
+#include <QTimer>
+
 #include <array>
 
 // Keeps what became of the latest request of a page, so that one without an answer is seen, and with it where
@@ -25,12 +27,20 @@ public:
     void loseUnsent();
     void loseAnswer();
 
+    inline static int patience = 10000; // before a request counts as unanswered, in ms; for tests to shorten
+
 private:
     using Counts = std::array<int, 3>; // by Request
+    using Texts = const char *const[3];
 
     bool takeAnswer(Request request);
+    void giveUp();
+    void showLoss(const Texts &texts);
+    void forget();
 
     Counts m_awaited{};
+    Counts m_overdue{}; // given up, though their answers may still come
+    QTimer m_timer;
     Request m_latest = Read;
     QString m_address; // that the latest went to
 };

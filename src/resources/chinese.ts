@@ -2721,6 +2721,18 @@
         <source>%1: FAILED: nothing was sent, there is no link to %2.</source>
         <translation>%1：失败：未发送，与 %2 没有连接。</translation>
     </message>
+    <message>
+        <source>%1: NO ANSWER from %2 within ten seconds.</source>
+        <translation>%1：%2 十秒内无应答！</translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER from %2 within ten seconds. Nobody knows whether all was written to %2.</source>
+        <translation>%1：%2 十秒内无应答，无从得知是否已全部写入 %2！</translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER from %2 within ten seconds. Nobody knows whether %2 restarts.</source>
+        <translation>%1：%2 十秒内无应答，无从得知 %2 是否重启！</translation>
+    </message>
 </context>
 <context>
     <name>RowClipboard</name>

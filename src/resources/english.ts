@@ -2726,6 +2726,18 @@
         <source>Paste</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>%1: NO ANSWER from %2 within ten seconds.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER from %2 within ten seconds. Nobody knows whether all was written to %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: NO ANSWER from %2 within ten seconds. Nobody knows whether %2 restarts.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ServerAliMQTTEditDialog</name>

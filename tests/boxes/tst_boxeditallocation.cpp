@@ -1,5 +1,6 @@
 #include "boxformtest.h"
 
+#include "boxes/requestline.h"
 #include "logtail.h"
 
 #include <QJsonDocument>
@@ -9,6 +10,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QScopedValueRollback>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -37,6 +39,9 @@ private slots:
     void requestThatNeverWentOutIsTold_data();
     void requestThatNeverWentOutIsTold();
     void answerToOneRequestIsNotThatToAnother();
+    void answerThatIsLostIsTold_data();
+    void answerThatIsLostIsTold();
+    void lostAnswerDoesNotHideThoseBehindIt();
     void anotherItemTakesTheLineOfTheRebootBefore();
     void refusedWriteStaysToldOnItsPage();
 
@@ -318,6 +323,60 @@ void TestBoxEditAllocation::answerToOneRequestIsNotThatToAnother()
     QTRY_COMPARE(told("ntpRequestLine"),
                  "NO ANSWER: the link to 127.0.11.5 ended before it. "
                  "Nobody knows whether 127.0.11.5 was written to.");
+}
+
+void TestBoxEditAllocation::answerThatIsLostIsTold_data()
+{
+    QTest::addColumn<QByteArray>("button");
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("doubt");
+    QTest::newRow("read") << QByteArray("lanReadButton") << QByteArray("lanRequestLine") << QString();
+    QTest::newRow("write") << QByteArray("wanWriteButton") << QByteArray("wanRequestLine")
+                           << " Nobody knows whether all was written to 127.0.11.5.";
+    QTest::newRow("reboot") << QByteArray("rebootButton") << QByteArray("rebootLine")
+                            << " Nobody knows whether 127.0.11.5 restarts.";
+}
+
+void TestBoxEditAllocation::answerThatIsLostIsTold()
+{
+    QFETCH(QByteArray, button);
+    QFETCH(QByteArray, line);
+    QFETCH(QString, doubt);
+    const QScopedValueRollback<int> patience(RequestLine::patience, 50);
+    open();
+    QVERIFY(connected());
+    click(button);
+    QVERIFY(told(line).endsWith("no answer yet."));
+    QTRY_COMPARE(told(line), "NO ANSWER from 127.0.11.5 within ten seconds." + doubt);
+}
+
+void TestBoxEditAllocation::lostAnswerDoesNotHideThoseBehindIt()
+{
+    const QByteArray written = jsonAnswer(R"({"type":"108","code":"200"})");
+    const QString doubt = "NO ANSWER from 127.0.11.5 within ten seconds. "
+                          "Nobody knows whether all was written to 127.0.11.5.";
+    const QScopedValueRollback<int> patience(RequestLine::patience, 200);
+    open();
+    QVERIFY(connected());
+    click("ntpWriteButton");
+    click("ntpWriteButton");
+    m_messages->expect();
+    answer(written);
+    QTRY_COMPARE(m_messages->told().size(), 1);
+    QCOMPARE(told("ntpRequestLine"), "writing to 127.0.11.5, no answer yet.");
+    QTRY_COMPARE(told("ntpRequestLine"), doubt);
+    click("ntpWriteButton");
+    m_messages->expect();
+    answer(written);
+    QTRY_COMPARE(m_messages->told().size(), 2);
+    QCOMPARE(told("ntpRequestLine"), "written to 127.0.11.5.");
+    // One that is late.
+    click("ntpWriteButton");
+    QTRY_COMPARE(told("ntpRequestLine"), doubt);
+    m_messages->expect();
+    answer(written);
+    QTRY_COMPARE(m_messages->told().size(), 3);
+    QCOMPARE(told("ntpRequestLine"), "written to 127.0.11.5.");
 }
 
 void TestBoxEditAllocation::anotherItemTakesTheLineOfTheRebootBefore()
