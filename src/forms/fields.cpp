@@ -8,6 +8,7 @@
 #include "widgets/showonly.h"
 #include "widgets/unitmark.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -40,6 +41,22 @@ QRadioButton *addRadio(QWidget *row, const char *name, const QString &suffix)
     return button;
 }
 
+// A validator lets the beginning of an address stand, and nobody refuses it later.
+void markIncomplete(QLineEdit *edit, const QString &why)
+{
+    QAction *mark = edit->addAction(QIcon(QStringLiteral(":/adsdemo/images/nothing-read.svg")),
+                                    QLineEdit::TrailingPosition);
+    mark->setText(why);
+    mark->setObjectName(QStringLiteral("incompleteMark"));
+    const auto show = [edit, mark, why] {
+        const bool isIncomplete = !edit->text().isEmpty() && !edit->hasAcceptableInput();
+        mark->setVisible(isIncomplete);
+        edit->setAccessibleDescription(isIncomplete ? why : QString());
+    };
+    QObject::connect(edit, &QLineEdit::textChanged, mark, show);
+    show();
+}
+
 // A button of an exclusive pair refuses to be unchecked, which would leave one item's choice to the next.
 void check(QRadioButton *button, bool checked)
 {
@@ -59,6 +76,11 @@ TextField::TextField(FieldGroup &group, int role, const char *name, const QStrin
 TextField *TextField::check(MakeValidator make)
 {
     edit()->setValidator(m_group.validator(make));
+    if (make == ipv4Validator) {
+        markIncomplete(edit(),
+                       m_group.translated(QT_TRANSLATE_NOOP(
+                           "DefinitionForm", "Incomplete: it is saved and sent as it stands")));
+    }
     return this;
 }
 

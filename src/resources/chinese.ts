@@ -1016,6 +1016,10 @@
         <source>Show the password while held (F8)</source>
         <translation>按住显示密码（F8）</translation>
     </message>
+    <message>
+        <source>Incomplete: it is saved and sent as it stands</source>
+        <translation>不完整！保存和发送的就是现有内容</translation>
+    </message>
 </context>
 <context>
     <name>EditProjectDialog</name>

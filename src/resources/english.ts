@@ -1014,6 +1014,10 @@
         <source>Show the password while held (F8)</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Incomplete: it is saved and sent as it stands</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>EditProjectDialog</name>

@@ -8,7 +8,8 @@ cmake_minimum_required(VERSION 3.25)
 # A shared context and the contexts that it goes into.
 set(rows
   "CertificateField       ServiceIEC61850EditDialog standardOPCUAEditDialog"
-  "DefinitionForm         BoxEditDialog PLCEditDialog ServiceIEC61850EditDialog standardModbusEditDialog
+  "DefinitionForm         BoxEditDialog BoxInputDialog PLCEditDialog ServiceIEC61850EditDialog
+                          standardModbusEditDialog
                           standardDLT645EditDialog standardCustomPollEditDialog standardDIOEditDialog
                           standardOPCUAEditDialog ServerEditDialog ServerAliMQTTEditDialog
                           ServerOneNetMQTTEditDialog ServerHuaWeiMQTTEditDialog ServerOPCUAEditDialog

@@ -2,6 +2,7 @@
 
 #include "model/itemroles.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
@@ -111,6 +112,8 @@ private slots:
     void numberedButtonsAreStoredAsANumber_data();
     void numberedButtonsAreStoredAsANumber();
     void unsetCheckMayShowCheckedAndWritesNothing();
+    void beginningOfAnAddressIsMarked_data();
+    void beginningOfAnAddressIsMarked();
     void patternRestrainsTypingAndIsShared();
     void scriptKeepsItsLines();
 };
@@ -435,6 +438,31 @@ void TestFields::unsetCheckMayShowCheckedAndWritesNothing()
     item.setData(false, enabledRole);
     page.group.fill(&item);
     QVERIFY(!page.enabled->isChecked());
+}
+
+void TestFields::beginningOfAnAddressIsMarked_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("marked");
+    QTest::newRow("nothing") << "" << false;
+    QTest::newRow("three parts") << "192.168.1." << true;
+    QTest::newRow("four parts") << "192.168.1.8" << false;
+    QTest::newRow("what another program wrote") << "box.local" << true;
+}
+
+void TestFields::beginningOfAnAddressIsMarked()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, marked);
+    EmptyPage page;
+    auto *field = page.group.add<TextField>(parityRole, "ip", "IP:")->check(ipv4Validator);
+    const auto *mark = field->edit()->findChild<QAction *>("incompleteMark");
+    QVERIFY(!mark->isVisible());
+    field->setText(text);
+    QCOMPARE(mark->isVisible(), marked);
+    QCOMPARE(field->value(), QVariant(text));
+    field->clear();
+    QVERIFY(!mark->isVisible());
 }
 
 void TestFields::patternRestrainsTypingAndIsShared()
