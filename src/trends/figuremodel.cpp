@@ -190,6 +190,7 @@ void FigureModel::setAnswers(const SampleSource::Request &request, const QVector
             curve.answered = {request.range.from, qMin(request.range.to, request.now)};
         }
     }
+    takeEnds();
     suggestSides();
     if (!m_curves.isEmpty()) {
         emit dataChanged(index(0, Type), index(m_curves.size() - 1, ColumnCount - 1));
@@ -229,21 +230,40 @@ void FigureModel::suggestSides()
 
 void FigureModel::setValues(Mark mark, const SampleSource::Moment &moment, const QVector<ValueAt> &values)
 {
-    QHash<PointId, int> places;
+    QHash<PointId, ValueAt> told;
     for (int place = 0; place < qMin(moment.points.size(), values.size()); ++place) {
-        places.insert(moment.points.at(place), place);
+        told.insert(moment.points.at(place), values.at(place));
     }
-    for (Curve &curve : m_curves) {
-        const int place = places.value(curve.point.id, -1);
-        std::optional<ValueAt> &value = curve.values[size_t(mark)];
-        value = place >= 0 ? std::make_optional(values.at(place)) : std::nullopt;
-        if (mark == Mark::End) {
-            curve.end = moment.time;
+    if (mark == Mark::End) {
+        constexpr int most = 4; // asked for until an answer is drawn, and more
+        m_ends.append({moment.time, told});
+        if (m_ends.size() > most) {
+            m_ends.removeFirst();
+        }
+        takeEnds();
+    } else {
+        for (Curve &curve : m_curves) {
+            const auto value = told.constFind(curve.point.id);
+            curve.values[size_t(mark)] = value != told.cend() ? std::make_optional(*value) : std::nullopt;
         }
     }
     if (!m_curves.isEmpty() && mark != Mark::Pointer) {
         emit dataChanged(index(0, mark == Mark::End ? Current : AtA),
                          index(m_curves.size() - 1, mark == Mark::End ? Current : Difference));
+    }
+}
+
+// While the present is followed, the value at its end is known before the curve up to there is drawn.
+void FigureModel::takeEnds()
+{
+    for (Curve &curve : m_curves) {
+        for (const End &end : qAsConst(m_ends)) {
+            const auto value = end.values.constFind(curve.point.id);
+            if (end.time == curve.answered.to && value != end.values.cend()) {
+                curve.end = end.time;
+                curve.values[size_t(Mark::End)] = *value;
+            }
+        }
     }
 }
 

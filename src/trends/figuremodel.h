@@ -4,6 +4,7 @@
 #include "trends/curve.h"
 
 #include <QAbstractTableModel>
+#include <QHash>
 
 class QWidget;
 
@@ -68,10 +69,17 @@ private:
     static QString difference(const Curve &curve);
     static QString atMarker(const Curve &curve, Mark marker);
     void suggestSides();
+    void takeEnds();
     void relabel();
     int freeStyle() const;
 
     QWidget *m_list;
     QVector<Curve> m_curves;
     TimeRange m_screen{0, -1};
+
+    struct End {
+        qint64 time;
+        QHash<PointId, ValueAt> values;
+    };
+    QVector<End> m_ends; // told last, the newest at the end; that of the answers need not be the newest
 };

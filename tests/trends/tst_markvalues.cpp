@@ -73,6 +73,7 @@ private slots:
     void figuresOfAnotherRangeAreNotTold_data();
     void figuresOfAnotherRangeAreNotTold();
     void currentOfAnotherTimeIsNotTold();
+    void followedFiguresDoNotComeAndGo_data();
     void followedFiguresDoNotComeAndGo();
     void followingWaitsForASlowSource();
     void followingGoesOnAfterAFailure();
@@ -411,14 +412,22 @@ void TestMarkValues::currentOfAnotherTimeIsNotTold()
     QCOMPARE(row(), (QStringList{"230", "230", "230", "230", ""}));
 }
 
+void TestMarkValues::followedFiguresDoNotComeAndGo_data()
+{
+    QTest::addColumn<bool>("momentsAtOnce");
+    QTest::newRow("a source that takes its time") << false;
+    QTest::newRow("a source that takes its time for curves") << true;
+}
+
 void TestMarkValues::followedFiguresDoNotComeAndGo()
 {
+    QFETCH(bool, momentsAtOnce);
     RUN(openFake(true));
     QTRY_VERIFY(!row().contains("…"));
     const QStringList before = row();
     const qint64 shown = plot->timeAt(plot->columns());
     source->answers = false;
-    source->answersMoments = false;
+    source->answersMoments = momentsAtOnce;
     const int asked = source->requests.size();
     source->append(FakeSource::idOf("Voltage"),
                    {QDateTime::currentMSecsSinceEpoch(), 7, SampleState::Valid, {}});
