@@ -95,9 +95,13 @@ void Readout::drawBox(QPainter *painter) const
     const int rows = qMin(m_rows.size(), room - 1);
     int labelWidth = 0;
     int valueWidth = 0;
+    const auto widthOf = [this](const QString &text) {
+        return fontMetrics().horizontalAdvance(text)
+            + 1; // which is rounded, and down would cut the text short
+    };
     for (int row = 0; row < rows; ++row) {
-        labelWidth = qMax(labelWidth, fontMetrics().horizontalAdvance(m_rows.at(row).label));
-        valueWidth = qMax(valueWidth, fontMetrics().horizontalAdvance(m_rows.at(row).value));
+        labelWidth = qMax(labelWidth, widthOf(m_rows.at(row).label));
+        valueWidth = qMax(valueWidth, widthOf(m_rows.at(row).value));
     }
     labelWidth = qMin(labelWidth, mostLabel);
     valueWidth = qMin(valueWidth, mostValue);
