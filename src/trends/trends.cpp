@@ -162,7 +162,8 @@ TrendWindow *Trends::openWindow(SampleSource *source, const QString &titleEnd)
     };
     addEnd(window->windowTitle());
     connect(window, &QWidget::windowTitleChanged, window, addEnd);
-    connect(window, &TrendWindow::openAsked, this, &Trends::openRecording);
+    // Over itself: a dialog of the main window would bring that to the front.
+    connect(window, &TrendWindow::openAsked, this, [this, window] { openRecordingOver(window); });
     connect(window, &TrendWindow::dropped, this, [this, window](QObject *table) {
         // Not before the drag has come to its end.
         m_dropped = table;
@@ -242,9 +243,9 @@ void Trends::showRecording(QWidget *owner)
     }
 }
 
-void Trends::openRecording()
+void Trends::openRecordingOver(QWidget *window)
 {
-    auto *opener = new RecordingOpener(m_window, this);
+    auto *opener = new RecordingOpener(window, this);
     connect(opener, &RecordingOpener::opened, this, &Trends::showRecorded);
     opener->ask();
 }

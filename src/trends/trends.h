@@ -39,7 +39,7 @@ public:
     // Records all points of the current page, or stops that.
     void record();
     // Asks for a recording and shows it in a window of its own.
-    void openRecording();
+    void openRecording() { openRecordingOver(m_window); }
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -55,6 +55,7 @@ private:
     void endSession(const QString &address);
     void close(MonitoringPage *page);
 
+    void openRecordingOver(QWidget *window);
     void recordPage(MonitoringPage *page);
     void recordWindow(TrendWindow *window);
     void showRecording(QWidget *owner);

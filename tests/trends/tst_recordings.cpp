@@ -41,6 +41,7 @@ private slots:
     void programThatEndsFinishesItsRecordings();
     void troubleIsToldWhileLiveValuesGoOn();
     void openedRecordingIsShown();
+    void anotherRecordingIsAskedForOverTheWindow();
     void liveRowsAreNotAddedToARecording();
     void whatIsNoRecordingIsTold();
     void recordingWithoutPointsIsTold();
@@ -293,6 +294,18 @@ void TestRecordings::openedRecordingIsShown()
     QVERIFY2(window->windowTitle().contains("recorded.sqlite"), qPrintable(window->windowTitle()));
     QCOMPARE(samplesOf(window->source(), riverside("Ub")), QStringList({"4", ended}));
     QVERIFY(!window->findChild<QToolButton *>("record")->isEnabled()); // nothing comes there
+}
+
+void TestRecordings::anotherRecordingIsAskedForOverTheWindow()
+{
+    RUN(openedRecordingIsShown());
+    const QWidget *over = nullptr;
+    m_dialogs->expect([&over](QWidget *dialog) {
+        over = dialog->parentWidget();
+        qobject_cast<QDialog *>(dialog)->reject();
+    });
+    emit windows().first()->openAsked();
+    QCOMPARE(over, windows().first());
 }
 
 void TestRecordings::liveRowsAreNotAddedToARecording()
