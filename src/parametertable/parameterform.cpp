@@ -73,6 +73,14 @@ void ParameterForm::addParameter()
     log("addParameter");
 }
 
+void ParameterForm::startParameter()
+{
+    addParameter();
+    if (ParameterTable *table = currentTable()) {
+        table->typeInto(table->rowCount() - 1);
+    }
+}
+
 void ParameterForm::removeParameter()
 {
     ParameterTable *table = currentTable();

@@ -21,6 +21,8 @@ public:
     // The flows behind the file dialogs.
     void importFile(const QString &path);
     void exportFile(const QString &path);
+    // As addParameter(), and what is typed next goes into the new row.
+    void startParameter();
 
 public slots:
     // Appends a row to the current table.

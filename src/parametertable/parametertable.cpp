@@ -15,6 +15,7 @@
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QTextDocument>
 #include <QToolTip>
@@ -86,6 +87,21 @@ void ParameterTable::appendRow()
     connectLength(row, RowKind::Added);
     connectAmplitude(row, RowKind::Added);
     emit rowMade(row);
+}
+
+void ParameterTable::typeInto(int row)
+{
+    QLineEdit *first = editor(row, 0);
+    if (!first) {
+        return;
+    }
+    scrollTo(model()->index(row, 0));
+    for (QWidget *around = parentWidget(); around; around = around->parentWidget()) {
+        if (auto *area = qobject_cast<QScrollArea *>(around)) {
+            area->ensureWidgetVisible(first, 0);
+        }
+    }
+    first->setFocus();
 }
 
 void ParameterTable::fill(const RowList &rows)

@@ -22,6 +22,8 @@ public:
     ParameterTable(const ParameterVariant &variant, QObject *listFilter, QWidget *parent);
 
     void appendRow();
+    // Brings the row into sight and the cursor into its first cell.
+    void typeInto(int row);
     // Replaces the rows; tells of no change.
     void fill(const RowList &rows);
     // Adds rows below the others, as if they had been loaded with them; tells of no change.

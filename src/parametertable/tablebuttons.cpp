@@ -18,7 +18,7 @@ TableButtons::TableButtons(const ParameterVariant &variant, ParameterForm *form,
         bool isOfCsv;
     } table[] = {
         {QT_TRANSLATE_NOOP("ParameterTable", "Add"), ":/adsdemo/images/add.svg", "addButton",
-         &ParameterForm::addParameter, false},
+         &ParameterForm::startParameter, false},
         {QT_TRANSLATE_NOOP("ParameterTable", "Remove All"), ":/adsdemo/images/cancel.svg", "removeAllButton",
          &ParameterForm::removeAllParameters, false},
         {QT_TRANSLATE_NOOP("ParameterTable", "Import"), ":/adsdemo/images/read.svg", "importButton",

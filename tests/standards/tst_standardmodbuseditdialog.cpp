@@ -1,5 +1,6 @@
 #include "barwatch.h"
 #include "model/itemroles.h"
+#include "parametertable/parametertable.h"
 #include "standardformtest.h"
 #include "standards/standardmodbuseditdialog.h"
 #include "standards/standardtabs.h"
@@ -43,6 +44,7 @@ private slots:
     void storedTabIsShown();
     void sameNameInTwoTabsIsAccepted();
     void buttonsActOnTheCurrentTab();
+    void whatIsTypedGoesIntoTheRowThatWasAdded();
     void replaceItemShowsTheOtherStandard();
     void replaceItemBeforeTheTabsAppearedLoadsThemOnce();
     void operationsWithoutATab();
@@ -294,6 +296,26 @@ void TestStandardModbusEditDialog::buttonsActOnTheCurrentTab()
     first->setCurrentCell(0, 0);
     qobject_cast<QPushButton *>(first->cellWidget(0, 5))->click();
     QCOMPARE(first->rowCount(), 0);
+}
+
+void TestStandardModbusEditDialog::whatIsTypedGoesIntoTheRowThatWasAdded()
+{
+    standardModbusEditDialog form(m_item, m_workspace);
+    form.resize(480, 460); // much lower than what it holds
+    RUN(show(form));
+    QVERIFY(QTest::qWaitForWindowActive(&form));
+    form.addTab();
+    const QWidget *page = form.findChild<QTabWidget *>()->widget(0);
+    QTRY_VERIFY(page->height() > StandardTabs::tableHeight); // it is laid out
+    for (int point = 1; point <= 6; ++point) {
+        click(*page, "addButton");
+        QTest::keyClicks(QApplication::focusWidget(), QString::number(40000 + point));
+        QCOMPARE(QApplication::focusWidget()->visibleRegion(), QRegion(QApplication::focusWidget()->rect()));
+    }
+    const auto *table = page->findChild<ParameterTable *>();
+    QCOMPARE(table->texts(0).first(), "40001");
+    QCOMPARE(table->texts(5).first(), "40006");
+    QCOMPARE(table->rowCount(), 6);
 }
 
 void TestStandardModbusEditDialog::replaceItemShowsTheOtherStandard()
