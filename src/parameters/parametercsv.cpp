@@ -26,6 +26,8 @@ void takeRow(RowImport *import, const RowCheck &check, int number, const QString
     const char *refusal = bad < 0 ? nullptr : check.refusalOf(bad);
     if (refusal || badChoice) {
         check.add(&import->faults, place, number, fields, check.fault(bad, fields));
+    } else if (!RowCheck::isReadable(fields.join(QLatin1Char(',')))) {
+        check.add(&import->faults, place, number, fields, check.unreadable()); // in a name, which is kept
     }
     if (refusal) {
         refuse(import, refusal);
@@ -62,7 +64,8 @@ RowImport ParameterCsv::read(QString text, const ParameterVariant &variant)
                 &import,
                 QT_TRANSLATE_NOOP("ParameterTable", "CSV file has incorrect column count, unable to import"));
         } else if (fields != check.headers()) {
-            check.add(&import.faults, place, number, {}, check.otherHeader());
+            check.add(&import.faults, place, number, {},
+                      RowCheck::isReadable(line) ? check.otherHeader() : check.unreadable());
             refuse(&import,
                    QT_TRANSLATE_NOOP("ParameterTable", "CSV header does not match expected format."));
         }

@@ -108,7 +108,19 @@ QString RowCheck::tooShort() const
 
 QString RowCheck::otherHeader() const
 {
-    return m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "not the header of this table"));
+    return m_variant.translated(QT_TRANSLATE_NOOP("ParameterTable", "not the header of this table, %1"))
+        .arg(m_headers.join(QLatin1Char(',')));
+}
+
+bool RowCheck::isReadable(const QString &line)
+{
+    return !line.contains(QChar(QChar::ReplacementCharacter));
+}
+
+QString RowCheck::unreadable() const
+{
+    return m_variant.translated(QT_TRANSLATE_NOOP(
+        "ParameterTable", "characters that cannot be read: save the file as \"CSV UTF-8\""));
 }
 
 void RowCheck::add(RowFaults *faults, const char *place, int number, const QStringList &fields,

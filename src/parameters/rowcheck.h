@@ -32,6 +32,9 @@ public:
     QString fault(int column, const QStringList &fields) const;
     QString tooShort() const;
     QString otherHeader() const;
+    // Whether all of a line was in the encoding that it was read with.
+    static bool isReadable(const QString &line);
+    QString unreadable() const;
     // Adds a row: its place is source text with %1 for the number.
     void add(RowFaults *faults, const char *place, int number, const QStringList &fields,
              const QString &fault) const;

@@ -89,7 +89,7 @@ private:
     void checkThreshold(QLineEdit *editor);
 
     void tell(const char *source, int row);
-    // Into the line beside the buttons of the current table, if there is one.
+    // Into the line below the buttons of the current table, if there is one.
     void note(const std::function<void(TableNote *)> &told);
     void warn(const char *title, const char *source);
     // For the editors, whose messages take the focus and so end another editing: says nothing, and

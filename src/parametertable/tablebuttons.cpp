@@ -6,6 +6,7 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 TableButtons::TableButtons(const ParameterVariant &variant, ParameterForm *form, QWidget *parent)
     : QWidget(parent)
@@ -26,8 +27,10 @@ TableButtons::TableButtons(const ParameterVariant &variant, ParameterForm *form,
         {QT_TRANSLATE_NOOP("ParameterTable", "Export"), ":/adsdemo/images/write.svg", "exportButton",
          &ParameterForm::exportParameters, true},
     };
-    auto *row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    auto *row = new QHBoxLayout;
+    column->addLayout(row);
     for (const auto &entry : table) {
         if (variant.hasCsv || !entry.isOfCsv) {
             QPushButton *button =
@@ -37,9 +40,8 @@ TableButtons::TableButtons(const ParameterVariant &variant, ParameterForm *form,
             row->addWidget(button);
         }
     }
+    row->addStretch();
     if (variant.hasCsv) {
-        row->addWidget(new TableNote(variant, this), 1);
-    } else {
-        row->addStretch();
+        column->addWidget(new TableNote(variant, this)); // beside the buttons it would be cut short
     }
 }

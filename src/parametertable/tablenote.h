@@ -4,7 +4,7 @@
 #include "parameters/rowimport.h"
 #include "widgets/quietline.h"
 
-// The quiet line beside the buttons of a parameter table: what the last import, export or paste came to. Its
+// The quiet line below the buttons of a parameter table: what the last import, export or paste came to. Its
 // tool tip tells the faults in the rows.
 class TableNote : public QuietLine
 {

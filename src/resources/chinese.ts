@@ -1857,8 +1857,12 @@
         <translation>列数不足</translation>
     </message>
     <message>
-        <source>not the header of this table</source>
-        <translation>不是此表的表头</translation>
+        <source>not the header of this table, %1</source>
+        <translation>不是此表的表头，应为 %1</translation>
+    </message>
+    <message>
+        <source>characters that cannot be read: save the file as &quot;CSV UTF-8&quot;</source>
+        <translation>有无法识别的字符，请将文件另存为“CSV UTF-8”格式</translation>
     </message>
     <message>
         <source>%1, &quot;%2&quot;</source>

@@ -1855,10 +1855,6 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>not the header of this table</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>%1, &quot;%2&quot;</source>
         <translation type="unfinished"></translation>
     </message>
@@ -1912,6 +1908,14 @@
     </message>
     <message>
         <source>The clipboard holds no rows</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not the header of this table, %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>characters that cannot be read: save the file as &quot;CSV UTF-8&quot;</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2723,13 +2727,6 @@
         <source>%1: FAILED: nothing was sent, there is no link to %2.</source>
         <translation type="unfinished"></translation>
     </message>
-</context>
-<context>
-    <name>RowClipboard</name>
-    <message>
-        <source>Paste</source>
-        <translation type="unfinished"></translation>
-    </message>
     <message>
         <source>%1: NO ANSWER from %2 within ten seconds.</source>
         <translation type="unfinished"></translation>
@@ -2740,6 +2737,13 @@
     </message>
     <message>
         <source>%1: NO ANSWER from %2 within ten seconds. Nobody knows whether %2 restarts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>RowClipboard</name>
+    <message>
+        <source>Paste</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -171,7 +171,16 @@ void TestParameterCsv::faultsTellLineNameAndReason_data()
     const QByteArray good = "0,a,float,1,r,\n";
     QTest::newRow("nothing wrong") << true << modbusHeader + good << QStringList();
     QTest::newRow("other header") << true << "\n" + plcHeader + good
-                                  << QStringList{"Line 2: not the header of this table"};
+                                  << QStringList{"Line 2: not the header of this table, "
+                                                 "Address,Name,Type,Length,Permissions,Deleat"};
+    QTest::newRow("header in another encoding")
+        << true << "\xb5\xd8\xd6\xb7,b,c,d,e,f\n" + good
+        << QStringList{"Line 1: characters that cannot be read: save the file as \"CSV UTF-8\""};
+    QTest::newRow("a name in another encoding, kept")
+        << true << modbusHeader + good + "2,\xb5\xe7,float,1,r,\n"
+        << QStringList{QString("Line 3, \"%1%1\": characters that cannot be read: "
+                               "save the file as \"CSV UTF-8\"")
+                           .arg(QChar(QChar::ReplacementCharacter))};
     QTest::newRow("short header, what follows is not looked at")
         << true << "Address,Name\n1,2\n" + good << QStringList{"Line 1: too few columns"};
     QTest::newRow("bad choices, kept") << true << modbusHeader + good + "\n1,volt,FLOAT,1,r,\n2,,float,1,w,\n"

@@ -39,6 +39,7 @@ private slots:
     void noteTellsHowManyRowsWentWhere();
     void noteIsOfTheTabsTable();
     void longNameOfAFileDoesNotWidenTheForm();
+    void noteIsShownWholeInANarrowForm();
 
 private:
     // A Modbus form whose current table is not the latest one, with a length being typed into.
@@ -383,6 +384,20 @@ void TestParameterImport::noteIsOfTheTabsTable()
     m_form->importFile("in.csv"); // which empties the other one
     QCOMPARE(noteIn(pages[0]), "Rows imported from in.csv: 1");
     QCOMPARE(noteIn(pages[1]) + tipIn(pages[1]), QString());
+}
+
+// In the middle of its text stands how many rows came.
+void TestParameterImport::noteIsShownWholeInANarrowForm()
+{
+    make(ParameterVariant::modbus());
+    QWidget *buttons = m_form->makeTableButtons(m_form);
+    buttons->resize(440, buttons->sizeHint().height());
+    m_messages->expect();
+    m_form->importFile(writeFile(modbusHeader + "D 1,a,float,1,r,\n"));
+    const auto *note = buttons->findChild<TableNote *>();
+    QCOMPARE(note->text(), "Rows imported from in.csv: 0; with faults: 1");
+    buttons->layout()->activate();
+    QVERIFY(note->width() >= note->sizeHint().width());
 }
 
 void TestParameterImport::longNameOfAFileDoesNotWidenTheForm()
