@@ -12,6 +12,22 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
+namespace {
+
+// The loopback comes first in the list, and no Box is there.
+bool mayLeadToBoxes(const QNetworkInterface &networkInterface)
+{
+    const QList<QNetworkAddressEntry> entries = networkInterface.addressEntries();
+    return !networkInterface.flags().testFlag(QNetworkInterface::IsLoopBack)
+        && std::any_of(entries.cbegin(), entries.cend(), [](const QNetworkAddressEntry &entry) {
+               return entry.ip().protocol() == QAbstractSocket::IPv4Protocol;
+           });
+}
+
+} // namespace
+
 BoxSearchDialog::BoxSearchDialog(QWidget *parent)
     : QDialog(parent)
     , m_list(new QListWidget(this))
@@ -24,6 +40,7 @@ BoxSearchDialog::BoxSearchDialog(QWidget *parent)
     auto *search = new QPushButton(QIcon(QStringLiteral(":/adsdemo/images/look.svg")), tr("Search"), this);
     search->setObjectName(QStringLiteral("searchButton"));
     m_list->setObjectName(QStringLiteral("boxes"));
+    m_list->setAlternatingRowColors(true); // a Box has three lines
     TableCopy::install(m_list);
     m_interfaces->setObjectName(QStringLiteral("interfaces"));
     auto *layout = new QVBoxLayout(this);
@@ -56,6 +73,12 @@ void BoxSearchDialog::fillInterfaces()
             && networkInterface.flags().testFlag(QNetworkInterface::IsRunning)) {
             m_interfaces->addItem(networkInterface.humanReadableName(),
                                   QVariant::fromValue(networkInterface));
+        }
+    }
+    for (int index = 0; index < m_interfaces->count(); ++index) {
+        if (mayLeadToBoxes(m_interfaces->itemData(index).value<QNetworkInterface>())) {
+            m_interfaces->setCurrentIndex(index);
+            return;
         }
     }
 }
