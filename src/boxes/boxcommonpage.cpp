@@ -42,6 +42,12 @@ const CommonButton ofReboot[] = {
      &BoxEditDialog::rebootDevice},
 };
 
+template <class Widget> Widget *named(const char *name, Widget *widget)
+{
+    widget->setObjectName(QLatin1String(name));
+    return widget;
+}
+
 template <class Buttons> QHBoxLayout *makeRow(const Buttons &buttons, BoxEditDialog *form, QWidget *page)
 {
     auto *row = new QHBoxLayout;
@@ -67,25 +73,21 @@ BoxCommonPage BoxCommonPage::build(BoxEditDialog *form, Workspace *workspace, co
 {
     auto *widget = new QWidget(form);
     auto *layout = new QFormLayout(widget);
-    BoxCommonPage page{widget,
-                       new QLabel(BoxEditDialog::tr("Connection status: connecting.."), widget),
-                       new QLabel(BoxEditDialog::tr("Program version: ") + QLatin1String("0.0.0"), widget),
-                       new LinkLine(address, widget),
-                       new PushPreview(workspace, address, widget),
-                       new QProgressBar(widget),
-                       new PushOutcome(widget),
-                       new PushOutcome(widget),
-                       new RequestLine(widget)};
+    const QString unknownVersion = BoxEditDialog::tr("Program version: ") + QLatin1String("0.0.0");
+    BoxCommonPage page{
+        widget,
+        named("statusLabel", new QLabel(BoxEditDialog::tr("Connection status: connecting.."), widget)),
+        named("versionLabel", new QLabel(unknownVersion, widget)),
+        named("linkLine", new LinkLine(address, widget)),
+        new PushPreview(workspace, address, widget),
+        named("progressBar", new QProgressBar(widget)),
+        named("projectOutcome", new PushOutcome(widget)),
+        named("programOutcome", new PushOutcome(widget)),
+        named("rebootLine", new RequestLine(widget)),
+    };
     page.version->setTextFormat(Qt::PlainText); // the Box's own words
-    page.status->setObjectName(QStringLiteral("statusLabel"));
-    page.version->setObjectName(QStringLiteral("versionLabel"));
-    page.progress->setObjectName(QStringLiteral("progressBar"));
     page.progress->setRange(0, 100);
     page.progress->setValue(0);
-    page.project->setObjectName(QStringLiteral("projectOutcome"));
-    page.program->setObjectName(QStringLiteral("programOutcome"));
-    page.link->setObjectName(QStringLiteral("linkLine"));
-    page.reboot->setObjectName(QStringLiteral("rebootLine"));
     page.reboot->hide();
 
     layout->addRow(makeRow(ofSession, form, widget));
