@@ -131,7 +131,7 @@ void transfer(benchmark::State &state)
         int percent = 0;
         const FileTransfer::Result result =
             FileTransfer(
-                job, &owner, [&percent](int now) { percent = now; }, FileTransfer::Timeouts())
+                job, &owner, [&percent](int now) { percent = now; }, TransferTimeouts())
                 .run();
         if (!result.endedInTime || percent != 100) {
             state.SkipWithError("the transfer failed");

@@ -36,7 +36,7 @@ public:
     void showReported(const QString &project, bool isOpen);
 
     // For the transfers that start from now on.
-    void setTransferTimeouts(const FileTransfer::Timeouts &timeouts) { m_upload->setTimeouts(timeouts); }
+    void setTransferTimeouts(const TransferTimeouts &timeouts) { m_upload->setTimeouts(timeouts); }
 
 public slots:
     // This one and clearData() are declared here for the order of the slots, which is fixed.

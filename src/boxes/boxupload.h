@@ -24,7 +24,7 @@ public:
     BoxUpload(Route route, const BoxCommonPage &page, Workspace *workspace, QWidget *form);
 
     // For the transfers that start from now on.
-    void setTimeouts(const FileTransfer::Timeouts &timeouts) { m_timeouts = timeouts; }
+    void setTimeouts(const TransferTimeouts &timeouts) { m_timeouts = timeouts; }
 
     // Pushes the project of the tree's current item, by way of "temp.json" in the project's folder.
     void pushProject();
@@ -39,5 +39,5 @@ private:
     BoxCommonPage m_page;
     Workspace *m_workspace;
     QWidget *m_form;
-    FileTransfer::Timeouts m_timeouts;
+    TransferTimeouts m_timeouts;
 };

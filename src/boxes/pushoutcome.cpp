@@ -8,27 +8,27 @@
 
 namespace {
 
-const char *reason(FileTransfer::Ending ending)
+const char *reason(TransferEnding ending)
 {
     switch (ending) {
-    case FileTransfer::Ending::Delivered:
+    case TransferEnding::Delivered:
         break;
-    case FileTransfer::Ending::NotBound:
+    case TransferEnding::NotBound:
         return QT_TRANSLATE_NOOP("PushOutcome", "this computer does not have the chosen host address");
-    case FileTransfer::Ending::NotConnected:
+    case TransferEnding::NotConnected:
         return QT_TRANSLATE_NOOP("PushOutcome", "no connection to the Box");
-    case FileTransfer::Ending::FileUnreadable:
+    case TransferEnding::FileUnreadable:
         return QT_TRANSLATE_NOOP("PushOutcome", "the file could not be read");
-    case FileTransfer::Ending::LinkLost:
+    case TransferEnding::LinkLost:
         return QT_TRANSLATE_NOOP("PushOutcome", "the connection broke before all was sent");
-    case FileTransfer::Ending::NoVerdict:
+    case TransferEnding::NoVerdict:
         return QT_TRANSLATE_NOOP("PushOutcome",
                                  "the Box gave no verdict in time, so nobody knows what it has");
-    case FileTransfer::Ending::BrokenVerdict:
+    case TransferEnding::BrokenVerdict:
         return QT_TRANSLATE_NOOP("PushOutcome", "the Box gave no whole verdict, so nobody knows what it has");
-    case FileTransfer::Ending::WrongVerdict:
+    case TransferEnding::WrongVerdict:
         return QT_TRANSLATE_NOOP("PushOutcome", "the Box gave the verdict on something else");
-    case FileTransfer::Ending::Refused:
+    case TransferEnding::Refused:
         return QT_TRANSLATE_NOOP("PushOutcome", "the Box says that the checksum is wrong");
     }
     return "";
@@ -72,12 +72,12 @@ void PushOutcome::await(int number, const Push &push)
     }
 }
 
-void PushOutcome::end(int number, const Push &push, FileTransfer::Ending ending)
+void PushOutcome::end(int number, const Push &push, TransferEnding ending)
 {
     if (number != m_latest) {
         return;
     }
-    if (ending == FileTransfer::Ending::Delivered) {
+    if (ending == TransferEnding::Delivered) {
         showLine(tr("%1: '%2' is on %3. The verdict of the Box: checksum successful.")
                      .arg(timeText(), push.what, push.address),
                  false);

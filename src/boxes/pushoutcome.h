@@ -1,7 +1,7 @@
 #pragma once
 
 #include "boxes/outcomeline.h"
-#include "boxlink/filetransfer.h"
+#include "boxlink/transferframes.h"
 
 // The line that keeps what was pushed last, where to and when, and how it ended. Hidden until the first push.
 class PushOutcome : public OutcomeLine
@@ -22,7 +22,7 @@ public:
     // Says that all of it has gone out: the Box has the say now.
     void await(int number, const Push &push);
     // Says how the push of that number has ended, unless a later one has taken the line meanwhile.
-    void end(int number, const Push &push, FileTransfer::Ending ending);
+    void end(int number, const Push &push, TransferEnding ending);
     // For a push that did not come to a transfer; a translated clause.
     void fail(const Push &push, const QString &why);
 

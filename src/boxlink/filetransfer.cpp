@@ -17,7 +17,7 @@ struct Text {
 } // namespace
 
 FileTransfer::FileTransfer(Job job, QObject *owner, std::function<void(int)> progress,
-                           const Timeouts &timeouts)
+                           const TransferTimeouts &timeouts)
     : m_job(std::move(job))
     , m_frames(m_job.command, TransferFrames::file(m_job.path))
     , m_progress(std::move(progress))
@@ -42,7 +42,7 @@ QString FileTransfer::anyAddress()
 bool FileTransfer::connectToBox()
 {
     if (m_job.localAddress != anyAddress() && !m_socket->bind(QHostAddress(m_job.localAddress), 0)) {
-        m_result.ending = Ending::NotBound;
+        m_result.ending = TransferEnding::NotBound;
         m_result.line = Text::tr("Binding Status: Failed to bind to %1").arg(m_job.localAddress);
         delete m_socket;
         return false;
@@ -50,7 +50,7 @@ bool FileTransfer::connectToBox()
     m_socket->connectToHost(m_job.boxAddress, Frame::boxPort, QIODevice::ReadWrite,
                             QAbstractSocket::AnyIPProtocol);
     if (!m_socket->waitForConnected(m_timeouts.connecting)) {
-        m_result.ending = Ending::NotConnected;
+        m_result.ending = TransferEnding::NotConnected;
         // Compat: a project that finds no Box is told in the words of a program.
         m_result.line = Text::tr("Connection Status:Failed to connect to server for program update.");
         delete m_socket;
@@ -62,7 +62,7 @@ bool FileTransfer::connectToBox()
 bool FileTransfer::sendChunks()
 {
     if (!m_frames.open()) {
-        m_result.ending = Ending::FileUnreadable;
+        m_result.ending = TransferEnding::FileUnreadable;
         m_result.messageTitle = Text::tr("Error");
         m_result.messageText = Text::tr("Failed to open program file.");
         return false;
@@ -85,7 +85,7 @@ bool FileTransfer::sendDigest()
 {
     const std::optional<QByteArray> digest = m_frames.digest();
     if (!digest) {
-        m_result.ending = Ending::FileUnreadable;
+        m_result.ending = TransferEnding::FileUnreadable;
         m_result.messageTitle = Text::tr("Error");
         m_result.messageText = Text::tr("Failed to open program file for checksum.");
         return false;
@@ -117,7 +117,7 @@ void FileTransfer::awaitVerdict()
     // before.
     if (!timer.isActive()) {
         m_progress(0);
-        m_result.ending = Ending::NoVerdict;
+        m_result.ending = TransferEnding::NoVerdict;
         m_result.messageTitle = Text::tr("Timeout");
         m_result.messageText = Text::tr("Timeout while waiting for checksum result.");
         m_result.line = Text::tr("Timeout:Timeout while waiting for checksum result.");

@@ -15,9 +15,6 @@ class QTcpSocket;
 class FileTransfer
 {
 public:
-    using Timeouts = TransferTimeouts;
-    using Ending = TransferEnding;
-
     struct Job {
         Frame::Command command = Frame::ProjectTransfer; // or ProgramTransfer
         QString path;                                    // read piece by piece, never held as a whole
@@ -32,11 +29,12 @@ public:
         QString messageText;
         QString line;             // for the "Message" dock
         bool endedInTime = false; // the wait for the verdict did, mostly by an answer of any kind
-        Ending ending = Ending::LinkLost;
+        TransferEnding ending = TransferEnding::LinkLost;
     };
 
     // The owner becomes the parent of the connection. Percentages go to progress, only while the owner lives.
-    FileTransfer(Job job, QObject *owner, std::function<void(int)> progress, const Timeouts &timeouts);
+    FileTransfer(Job job, QObject *owner, std::function<void(int)> progress,
+                 const TransferTimeouts &timeouts);
 
     // Runs the transfer, to be called once. The object must outlive the call, the owner need not.
     Result run();
@@ -58,7 +56,7 @@ private:
     Job m_job;
     TransferFrames m_frames;
     std::function<void(int)> m_progress;
-    Timeouts m_timeouts;
+    TransferTimeouts m_timeouts;
     Result m_result;
     QPointer<QTcpSocket> m_socket; // a child of the owner
 };

@@ -183,7 +183,7 @@ void TestBoxEditTransfer::timeoutIsToldInABoxAndInTheDock()
 {
     addProject();
     open();
-    FileTransfer::Timeouts timeouts;
+    TransferTimeouts timeouts;
     timeouts.verdict = 20;
     m_form->setTransferTimeouts(timeouts);
     const LogTail log("BoxEditDialog");
@@ -312,7 +312,7 @@ void TestBoxEditTransfer::formMayDie()
         };
         m_form->updateProject();
     } else if (moment == "below the time-out's box") {
-        FileTransfer::Timeouts timeouts;
+        TransferTimeouts timeouts;
         timeouts.verdict = 20;
         m_form->setTransferTimeouts(timeouts);
         actBelowTheNextMessage(kill);

@@ -145,7 +145,7 @@ void TestBoxPush::endOfAPushIsKept()
     QVERIFY(connected());
     QCOMPARE(outcome(), "none: ");
     if (verdict.isEmpty()) {
-        FileTransfer::Timeouts timeouts;
+        TransferTimeouts timeouts;
         timeouts.verdict = 20;
         m_form->setTransferTimeouts(timeouts);
         m_messages->expect();
@@ -272,7 +272,7 @@ void TestBoxPush::messageHasNoWaitCursor()
     addProject();
     open();
     QVERIFY(connected());
-    FileTransfer::Timeouts timeouts;
+    TransferTimeouts timeouts;
     timeouts.verdict = 200;
     m_form->setTransferTimeouts(timeouts);
     // One of the session's in the midst of the wait, and the one at its end.

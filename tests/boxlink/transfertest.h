@@ -66,5 +66,5 @@ protected:
     std::unique_ptr<QTemporaryDir> m_dir;
     std::unique_ptr<QObject> m_owner;
     QList<int> m_percentages;
-    FileTransfer::Timeouts m_timeouts;
+    TransferTimeouts m_timeouts;
 };

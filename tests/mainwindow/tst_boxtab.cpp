@@ -307,7 +307,7 @@ void TestBoxTab::outcomeIsToldInTheLanguageOfTheWindow()
     QFETCH(QString, englishBox);
     QFETCH(QString, chineseBox);
     BoxEditDialog *form = open();
-    FileTransfer::Timeouts timeouts;
+    TransferTimeouts timeouts;
     timeouts.verdict = verdict == int(BoxSimVerdict::None) ? 50 : timeouts.verdict;
     form->setTransferTimeouts(timeouts);
     BoxSimFaults faults;

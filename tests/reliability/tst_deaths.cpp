@@ -148,7 +148,7 @@ void TestDeaths::reach(const QByteArray &moment, const std::function<void()> &th
         BoxSimFaults faults;
         faults.verdict = BoxSimVerdict::None;
         m_firstSim->setFaults(faults);
-        FileTransfer::Timeouts timeouts;
+        TransferTimeouts timeouts;
         timeouts.verdict = 100;
         form()->setTransferTimeouts(timeouts);
         const BoxWatch timeoutBox([] {}); // where the form lives on

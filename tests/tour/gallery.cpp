@@ -149,13 +149,13 @@ QWidget *boxSearch(GalleryStock &)
 QWidget *pushed(GalleryStock &stock)
 {
     auto *form = qobject_cast<BoxEditDialog *>(box(0)(stock));
-    const auto show = [form](const char *line, const char *what, FileTransfer::Ending ending) {
+    const auto show = [form](const char *line, const char *what, TransferEnding ending) {
         const PushOutcome::Push push{text(what), text("192.168.100.200")};
         auto *outcome = form->findChild<PushOutcome *>(text(line));
         outcome->end(outcome->begin(push), push, ending);
     };
-    show("projectOutcome", "North feeder", FileTransfer::Ending::NoVerdict);
-    show("programOutcome", "gate.bin", FileTransfer::Ending::Delivered);
+    show("projectOutcome", "North feeder", TransferEnding::NoVerdict);
+    show("programOutcome", "gate.bin", TransferEnding::Delivered);
     return form;
 }
 
