@@ -17,6 +17,21 @@ const QVector<Value> &projectValues()
     return table;
 }
 
+struct ProtocolKind {
+    QLatin1String protocol;
+    unsigned kind;
+};
+
+unsigned kindOf(const QString &protocol, std::initializer_list<ProtocolKind> kinds, unsigned unknown)
+{
+    for (const ProtocolKind &each : kinds) {
+        if (protocol == each.protocol) {
+            return each.kind;
+        }
+    }
+    return unknown;
+}
+
 } // namespace
 
 unsigned standardKind(const QString &protocol, const QString &mode)
@@ -26,44 +41,26 @@ unsigned standardKind(const QString &protocol, const QString &mode)
             : mode == Protocols::modbusRtu  ? ModbusRtu
                                             : ModbusOther;
     }
-    const struct {
-        QLatin1String protocol;
-        StandardKind kind;
-    } kinds[] = {
-        {Protocols::dlt645, Meter},
-        {Protocols::dido, Dido},
-        {Protocols::customPoll, CustomPoll},
-        {Protocols::opcUa, OpcUa},
-    };
-    for (const auto &each : kinds) {
-        if (protocol == each.protocol) {
-            return each.kind;
-        }
-    }
-    return UnknownStandard;
+    return kindOf(protocol,
+                  {{Protocols::dlt645, Meter},
+                   {Protocols::dido, Dido},
+                   {Protocols::customPoll, CustomPoll},
+                   {Protocols::opcUa, OpcUa}},
+                  UnknownStandard);
 }
 
 unsigned serverKind(const QString &protocol)
 {
-    const struct {
-        QLatin1String protocol;
-        ServerKind kind;
-    } kinds[] = {
-        {Protocols::mqtt, Mqtt},
-        {Protocols::aliMqtt, AliMqtt},
-        {Protocols::oneNetMqtt, OneNetMqtt},
-        {Protocols::huaWeiMqtt, HuaWeiMqtt},
-        {Protocols::modbusTcpSlave, ModbusSlave},
-        {Protocols::hj212, Hj212},
-        {Protocols::sl651, Sl651},
-        {Protocols::opcUaServer, OpcUaServer},
-    };
-    for (const auto &each : kinds) {
-        if (protocol == each.protocol) {
-            return each.kind;
-        }
-    }
-    return UnknownServer;
+    return kindOf(protocol,
+                  {{Protocols::mqtt, Mqtt},
+                   {Protocols::aliMqtt, AliMqtt},
+                   {Protocols::oneNetMqtt, OneNetMqtt},
+                   {Protocols::huaWeiMqtt, HuaWeiMqtt},
+                   {Protocols::modbusTcpSlave, ModbusSlave},
+                   {Protocols::hj212, Hj212},
+                   {Protocols::sl651, Sl651},
+                   {Protocols::opcUaServer, OpcUaServer}},
+                  UnknownServer);
 }
 
 unsigned plcKinds(const QString &manufacturer, const QString &protocol)
