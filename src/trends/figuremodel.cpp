@@ -2,6 +2,7 @@
 
 #include "trends/curvestyle.h"
 #include "trends/figuretable.h"
+#include "trends/figuretexts.h"
 #include "trends/trendtexts.h"
 
 #include <QHash>
@@ -57,16 +58,19 @@ double magnitudeOf(const Curve &curve)
     return magnitude == 0 && isState ? 1 : magnitude;
 }
 
+// Where each of the points stands.
+QHash<PointId, int> placesOf(const QVector<PointId> &points)
+{
+    QHash<PointId, int> places;
+    for (int place = 0; place < points.size(); ++place) {
+        places.insert(points.at(place), place);
+    }
+    return places;
+}
+
 QVariant checkOf(bool on)
 {
     return on ? Qt::Checked : Qt::Unchecked;
-}
-
-// The beginning of a long text.
-QString inOneLine(const ValueAt &value)
-{
-    constexpr int most = 500; // chars, more than a tool tip should have
-    return TrendTexts::ofValue(value).left(most);
 }
 
 } // namespace
@@ -177,11 +181,7 @@ void FigureModel::describe(const QVector<Point> &points)
 
 void FigureModel::setAnswers(const SampleSource::Request &request, const QVector<Thinned> &answers)
 {
-    const QVector<PointId> &points = request.points;
-    QHash<PointId, int> places;
-    for (int place = 0; place < qMin(points.size(), answers.size()); ++place) {
-        places.insert(points.at(place), place);
-    }
+    const QHash<PointId, int> places = placesOf(request.points.mid(0, answers.size()));
     for (Curve &curve : m_curves) {
         const int place = places.value(curve.point.id, -1);
         if (place >= 0) {
@@ -297,9 +297,10 @@ QVariant FigureModel::data(const QModelIndex &index, int role) const
     const Curve &curve = m_curves.at(index.row());
     switch (role) {
     case Qt::DisplayRole:
-        return textOf(curve, index.column());
+        return FigureTexts::of(curve, Column(index.column()), m_screen);
     case Qt::ToolTipRole:
-        return index.column() == Name ? TrendTexts::ofPoint(curve.point) : textOf(curve, index.column());
+        return index.column() == Name ? TrendTexts::ofPoint(curve.point)
+                                      : FigureTexts::of(curve, Column(index.column()), m_screen);
     case Qt::DecorationRole:
         return index.column() == Name ? QVariant(CurveStyle::sample(curve.style, m_list)) : QVariant();
     case Qt::CheckStateRole:
@@ -356,76 +357,4 @@ bool FigureModel::setData(const QModelIndex &index, const QVariant &value, int r
     emit dataChanged(index, index, {Qt::CheckStateRole});
     emit curvesChanged();
     return true;
-}
-
-QString FigureModel::textOf(const Curve &curve, int column) const
-{
-    switch (column) {
-    case Name:
-        return curve.label;
-    case Type:
-        return curve.point.type;
-    case AtA:
-        return atMarker(curve, Mark::A);
-    case AtB:
-        return atMarker(curve, Mark::B);
-    case Difference:
-        return difference(curve);
-    case RightScale:
-        return curve.side == Side::Right ? FigureTable::tr("Right") : FigureTable::tr("Left");
-    default:
-        return figure(curve, column);
-    }
-}
-
-// Of what is on screen. For a moment after that has changed it is not known yet.
-QString FigureModel::figure(const Curve &curve, int column) const
-{
-    const bool isOfScreen = curve.asked.from == m_screen.from && curve.asked.to == m_screen.to;
-    if (!isOfScreen || (column == Current && curve.end != curve.answered.to)) {
-        return QStringLiteral("…");
-    }
-    const Statistics &figures = curve.data.statistics;
-    const auto known = [&figures](double number) { return figures.count > 0 ? number : qQNaN(); };
-    switch (column) {
-    case Current:
-        return current(curve);
-    case Least:
-        return TrendTexts::ofNumber(known(figures.least));
-    case Greatest:
-        return TrendTexts::ofNumber(known(figures.greatest));
-    case Mean:
-        return TrendTexts::ofMean(known(figures.mean));
-    default:
-        return figures.notNumbers > 0 ? QString::number(figures.notNumbers) : QString();
-    }
-}
-
-// At the end of what is on screen.
-QString FigureModel::current(const Curve &curve)
-{
-    const ValueAt last = curve.at(Mark::End).value_or(ValueAt());
-    const Statistics &figures = curve.data.statistics;
-    const bool isNumber = last.kind == ValueAt::Kind::Number && figures.count > 0;
-    if (isNumber || last.kind == ValueAt::Kind::Break || last.kind == ValueAt::Kind::Text) {
-        return inOneLine(last);
-    }
-    return TrendTexts::ofNumber(figures.count > 0 ? figures.current : qQNaN());
-}
-
-QString FigureModel::atMarker(const Curve &curve, Mark marker)
-{
-    const std::optional<ValueAt> &value = curve.at(marker);
-    return value ? inOneLine(*value) : QString();
-}
-
-QString FigureModel::difference(const Curve &curve)
-{
-    const std::optional<ValueAt> &a = curve.at(Mark::A);
-    const std::optional<ValueAt> &b = curve.at(Mark::B);
-    if (!a || !b) {
-        return {};
-    }
-    const bool areNumbers = a->kind == ValueAt::Kind::Number && b->kind == ValueAt::Kind::Number;
-    return areNumbers ? TrendTexts::ofDifference(a->number, b->number) : QStringLiteral("–");
 }

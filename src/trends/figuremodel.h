@@ -63,11 +63,6 @@ signals:
     void curvesChanged();
 
 private:
-    QString textOf(const Curve &curve, int column) const;
-    QString figure(const Curve &curve, int column) const;
-    static QString current(const Curve &curve);
-    static QString difference(const Curve &curve);
-    static QString atMarker(const Curve &curve, Mark marker);
     void suggestSides();
     void takeEnds();
     void relabel();
