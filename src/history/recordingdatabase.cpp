@@ -11,28 +11,10 @@
 
 namespace {
 
-// The first byte of SQLite's result codes.
-enum FileError {
-    Busy = 5,
-    Locked = 6,
-    ReadOnly = 8,
-    Corrupt = 11,
-    Full = 13,
-    CantOpen = 14,
-    NoDatabase = 26,
-};
-
 QString newName()
 {
     static std::atomic<int> count{0};
     return QStringLiteral("recording-%1").arg(++count);
-}
-
-// What the database itself says, behind our own words.
-QString detail(const QSqlError &error)
-{
-    const QString text = error.databaseText().trimmed().section(QLatin1Char('\n'), 0, 0);
-    return QLatin1String(" (") + (text.isEmpty() ? error.driverText() : text) + QLatin1Char(')');
 }
 
 // As libpq reads the value of an option.
@@ -59,7 +41,7 @@ bool RecordingDatabase::open(Access access)
 {
     close();
     bool ok = connect(access) && check(access);
-    if (!ok && m_isLeftOver && rollBackLeftOver()) {
+    if (!ok && m_failure.isLeftOver && rollBackLeftOver()) {
         ok = connect(access) && check(access);
     }
     if (!ok) {
@@ -87,7 +69,7 @@ QString RecordingDatabase::storable(QString text)
 bool RecordingDatabase::isInPlace()
 {
     // SQLite sees it when it writes the next time, which may be long after.
-    return !isFile() || QFileInfo::exists(m_target.file) || fail(movedWords());
+    return !isFile() || QFileInfo::exists(m_target.file) || fail(RecordingFailure::moved(m_target).text);
 }
 
 bool RecordingDatabase::connect(Access access)
@@ -296,92 +278,12 @@ bool RecordingDatabase::readCell(const QString &sql, QVariant *cell)
 
 bool RecordingDatabase::fail(const QString &why)
 {
-    m_error = why;
-    m_isLocked = false;
-    m_isLeftOver = false;
+    m_failure = {why};
     return false;
 }
 
 bool RecordingDatabase::fail(const QSqlError &error)
 {
-    fail(QString());
-    m_error = isFile() ? fileWords(error) : serverWords(error);
+    m_failure = RecordingFailure::of(m_target, m_access, isOpen(), error);
     return false;
-}
-
-QString RecordingDatabase::fileWords(const QSqlError &error)
-{
-    const QString file = m_target.text();
-    switch (error.nativeErrorCode().toInt() & 0xff) {
-    case Busy:
-    case Locked:
-        m_isLocked = true;
-        return tr("%1 is locked by another program.").arg(file);
-    case Full:
-        return tr("%1 can't be written: the disk is full.").arg(file);
-    case Corrupt:
-        return tr("%1 is damaged or cut off.").arg(file);
-    case NoDatabase:
-        return tr("%1 is no recording.").arg(file);
-    case ReadOnly:
-        if (m_access == Access::Read) {
-            m_isLeftOver = true;
-            return tr("%1 was left open by a program that was killed. Copy it, with the file \"-journal\" "
-                      "beside it, to where you may write.")
-                .arg(file);
-        }
-        break;
-    case CantOpen:
-        break;
-    default:
-        return tr("%1 can't be read or written.").arg(file) + detail(error);
-    }
-    return accessWords(error);
-}
-
-// Why a file can't be opened, or not for writing.
-QString RecordingDatabase::accessWords(const QSqlError &error) const
-{
-    const QString file = m_target.text();
-    const QFileInfo info(m_target.file);
-    const QFileInfo folder(info.absolutePath());
-    if (!folder.exists()) {
-        return tr("%1 can't be opened: there is no such folder.").arg(file);
-    }
-    if (!info.exists() && m_access == Access::Read) {
-        return tr("%1 does not exist.").arg(file);
-    }
-    if (info.exists() && !(m_access == Access::Read ? info.isReadable() : info.isWritable())) {
-        return m_access == Access::Read ? tr("%1 can't be read: no permission.").arg(file)
-                                        : tr("%1 can't be written: no permission.").arg(file);
-    }
-    // The journal lies beside the file.
-    if (m_access == Access::Write && !folder.isWritable()) {
-        return tr("%1 can't be written: no permission for its folder.").arg(file);
-    }
-    if (isOpen() && (error.nativeErrorCode().toInt() & 0xff) == ReadOnly) {
-        return movedWords();
-    }
-    return tr("%1 can't be opened.").arg(file) + detail(error);
-}
-
-QString RecordingDatabase::movedWords() const
-{
-    return tr("%1 has been removed or renamed.").arg(m_target.text());
-}
-
-QString RecordingDatabase::serverWords(const QSqlError &error) const
-{
-    const QString server = m_target.text();
-    const QString code = error.nativeErrorCode(); // the SQLSTATE of PostgreSQL; empty without an answer
-    if (code.startsWith(QLatin1String("53"))) {
-        return tr("%1 can't be written: the server is out of space.").arg(server) + detail(error);
-    }
-    if (code.startsWith(QLatin1String("42501"))) {
-        return tr("%1 can't be written: no permission.").arg(server) + detail(error);
-    }
-    if (code.isEmpty() || code.startsWith(QLatin1String("08")) || code.startsWith(QLatin1String("57P"))) {
-        return tr("%1 can't be reached.").arg(server) + detail(error);
-    }
-    return tr("%1 can't be read or written.").arg(server) + detail(error);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "history/recordingtarget.h"
+#include "history/recordingfailure.h"
 
 #include <QHash>
 #include <QSqlDatabase>
@@ -14,7 +14,7 @@ class RecordingDatabase
 {
     Q_DECLARE_TR_FUNCTIONS(RecordingDatabase)
 public:
-    enum class Access { Read, Write };
+    using Access = RecordingFailure::Access;
 
     static constexpr int schema = 1; // the version that is written, and the newest that is read
     static constexpr int applicationId = 0x4d52474c; // of SQLite files
@@ -55,9 +55,9 @@ public:
     // The text as it is read back: never null, without NUL, which a server does not take.
     static QString storable(QString text);
 
-    QString error() const { return m_error; }
+    QString error() const { return m_failure.text; }
     // Whether the last failure was a lock, which others give back.
-    bool isLocked() const { return m_isLocked; }
+    bool isLocked() const { return m_failure.isLocked; }
 
 private:
     bool connect(Access access);
@@ -71,18 +71,11 @@ private:
     bool isFile() const { return m_target.kind == RecordingTarget::Kind::File; }
     bool fail(const QString &why);
     bool fail(const QSqlError &error);
-    QString fileWords(const QSqlError &error);
-    QString accessWords(const QSqlError &error) const;
-    QString movedWords() const;
-    QString serverWords(const QSqlError &error) const;
 
     RecordingTarget m_target;
     int m_patience = 2000;
     Access m_access = Access::Read;
     QString m_name; // of the connection of Qt SQL; empty while there is none
     QHash<QString, QSqlQuery> m_kept;
-    QString m_error;
-    bool m_isLocked = false;
-    bool m_isLeftOver = false; // the last failure: a program was killed in a transaction, which is to be
-                               // rolled back by one that may write
+    RecordingFailure m_failure; // the last one
 };
