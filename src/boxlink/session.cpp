@@ -57,6 +57,13 @@ Session::Session(QObject *parent)
         const Hold hold(this);
         emit socketFailed(m_socket.errorString());
     });
+    // A modal message in receive() holds readyRead up as long as it stands, but not this signal: reports and
+    // heartbeats go on. Below two messages all waits, or a Box could pile them up.
+    connect(&m_socket, &QTcpSocket::channelReadyRead, this, [this] {
+        if (m_receives == 1) {
+            receive();
+        }
+    });
 }
 
 Session::~Session()
@@ -201,12 +208,16 @@ void Session::sendRequest(const QJsonObject &request)
 void Session::receive()
 {
     const Hold hold(this);
-    // A slot that lets events in holds readyRead up: what came in behind it is read before returning.
+    // What came in below two messages is read before returning.
     const QPointer<Session> alive(this);
+    ++m_receives;
     do {
         const QByteArray chunk = m_socket.readAll();
         assemble(chunk.constData(), unsigned(chunk.size()));
     } while (alive && m_socket.state() == QAbstractSocket::ConnectedState && m_socket.bytesAvailable() > 0);
+    if (alive) {
+        --m_receives;
+    }
 }
 
 void Session::assemble(const char *data, unsigned length)

@@ -106,5 +106,6 @@ private:
     std::optional<MonitoringAccumulator> m_ownAccumulator;
     QHostAddress m_boundAddress; // null: any
     int m_holds = 0;             // calls on the stack that go on after a signal
+    int m_receives = 0;          // on the stack
     bool m_disposed = false;
 };

@@ -48,6 +48,8 @@ private slots:
     void chosenHostAddressIsBoundAndRemembered();
     void cancelledHostAddressChangesNothing();
     void bindingFailureIsToldForTheSessionOfThatMoment();
+    void linkGoesOnBelowAMessage_data();
+    void linkGoesOnBelowAMessage();
     void sessionMayBeDroppedBelowItsOwnBox_data();
     void sessionMayBeDroppedBelowItsOwnBox();
 };
@@ -388,6 +390,29 @@ void TestBoxEditSession::bindingFailureIsToldForTheSessionOfThatMoment()
     // The session that "OK" starts has nobody listening.
     chooseHostAddress("192.0.2.1");
     QCOMPARE(m_messages->told(), QStringList(told));
+}
+
+void TestBoxEditSession::linkGoesOnBelowAMessage_data()
+{
+    QTest::addColumn<QByteArray>("told");
+    QTest::newRow("an update's") << jsonAnswer(R"({"type":"8","pares":{"NTP":"4.1.1.1"}})");
+    QTest::newRow("a write's") << jsonAnswer(R"({"type":"108","code":"200"})");
+}
+
+// Somebody who went away from the message finds all that was reported meanwhile.
+void TestBoxEditSession::linkGoesOnBelowAMessage()
+{
+    QFETCH(QByteArray, told);
+    open();
+    QVERIFY(connected());
+    QString below;
+    actBelowTheNextMessage([&] {
+        answer(QByteArray::fromHex("12340200 1300 05 322e312e30 02 5331 01 4d 5678"));
+        const auto version = [this] { return find<QLabel>("versionLabel")->text(); };
+        below = QTest::qWaitFor([&] { return version().endsWith("2.1.0"); }, 2000) ? version() : "nothing";
+    });
+    answer(told);
+    QTRY_COMPARE(below, "Program version: 2.1.0");
 }
 
 void TestBoxEditSession::sessionMayBeDroppedBelowItsOwnBox_data()
