@@ -38,11 +38,14 @@ PushPreview::PushPreview(Workspace *workspace, const QLineEdit *address, QWidget
     , m_target(new OutcomeLine(this))
     , m_count(new QPushButton(this))
 {
-    m_target->keepRoom(2);
+    m_target->keepRoom(3); // of two projects with long names
     m_target->setObjectName(QStringLiteral("pushTarget"));
     m_count->setObjectName(QStringLiteral("remarksButton"));
     m_count->setAutoDefault(false);
     m_count->setToolTip(tr("What the Box can't do, or hardly as it was meant"));
+    QSizePolicy kept = m_count->sizePolicy(); // the buttons below stay where they are
+    kept.setRetainSizeWhenHidden(true);
+    m_count->setSizePolicy(kept);
     m_count->hide();
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

@@ -11,6 +11,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QStandardItemModel>
+#include <QVBoxLayout>
 #include <QtTest>
 
 namespace {
@@ -67,6 +68,7 @@ private slots:
     void targetFollowsTreeAndAddress();
     void targetWithoutAWindow();
     void projectOfAnotherBoxStandsOut();
+    void whatIsBelowStaysWhereItIs();
     void remarksAreCounted();
     void burstOfChangesIsOneCheck();
     void liveValuesAreNotChecked();
@@ -144,6 +146,31 @@ void TestPushPreview::targetWithoutAWindow()
     m_preview->show();
     QCOMPARE(target(), "Update project pushes nothing: no node is selected in the tree.");
     QVERIFY(!QTest::qWaitFor([this] { return count() != "none"; }, 120));
+}
+
+void TestPushPreview::whatIsBelowStaysWhereItIs()
+{
+    QWidget page;
+    auto *column = new QVBoxLayout(&page);
+    auto *below = new QPushButton("Update project", &page);
+    column->addWidget(m_preview.data());
+    column->addWidget(below);
+    page.resize(480, 460);
+    page.show();
+    QStandardItem *north = m_workspace->addProject("Riverside substation north");
+    QStandardItem *south = m_workspace->addProject("Riverside substation south");
+    m_preview->setOwner([north] { return north; });
+    m_workspace->select(north);
+    QTRY_COMPARE(target(), "Update project pushes 'Riverside substation north' to 192.168.1.70.");
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
+    const int place = below->y();
+    m_workspace->addBox(south, "Gateway"); // brings a remark
+    m_workspace->select(south);
+    QTRY_COMPARE(count(), "1 remark on this project");
+    QVERIFY(target().contains("ANOTHER"));
+    QCoreApplication::processEvents();
+    QCOMPARE(below->y(), place);
+    m_preview->setParent(nullptr);
 }
 
 void TestPushPreview::remarksAreCounted()
