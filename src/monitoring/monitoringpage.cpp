@@ -14,6 +14,7 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPointer>
@@ -42,6 +43,7 @@ MonitoringPage::MonitoringPage(QWidget *parent)
     , m_source(new SourceLine(this))
     , m_filter(new QLineEdit(this))
     , m_onlyNotValid(new QCheckBox(tr("Only not valid"), this))
+    , m_shown(new QLabel(this))
     , m_table(new LiveTable(this))
     , m_delegate(new LiveDelegate(m_table))
     , m_clock(liveTime)
@@ -51,6 +53,8 @@ MonitoringPage::MonitoringPage(QWidget *parent)
     m_filter->setAccessibleName(m_filter->placeholderText());
     m_filter->setClearButtonEnabled(true);
     m_onlyNotValid->setObjectName(QStringLiteral("onlyNotValid"));
+    m_shown->setObjectName(QStringLiteral("shownRows"));
+    m_shown->hide();
     // Values come from the Box; typing over them would only last until the next report.
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setItemDelegate(m_delegate);
@@ -78,6 +82,7 @@ MonitoringPage::MonitoringPage(QWidget *parent)
 void MonitoringPage::layOut()
 {
     m_tools->addWidget(m_filter);
+    m_tools->addWidget(m_shown);
     m_tools->addWidget(m_onlyNotValid);
     // Width is scarce beside a form: all columns are to be seen. The rows have no numbers of their own.
     m_layout->setContentsMargins(2, m_layout->contentsMargins().top(), 2, 2);
@@ -229,6 +234,7 @@ void MonitoringPage::applyFilter()
     QHeaderView *header = m_table->verticalHeader();
     const bool updates = header->updatesEnabled();
     header->setUpdatesEnabled(false);
+    int shown = 0;
     for (int row = 0; row < m_table->rowCount(); ++row) {
         const bool lacksText =
             !wanted.isEmpty() && !holds(row, MonitoringTable::Name) && !holds(row, MonitoringTable::Addr);
@@ -236,8 +242,12 @@ void MonitoringPage::applyFilter()
         if (m_table->isRowHidden(row) != hidden) {
             m_table->setRowHidden(row, hidden);
         }
+        shown += hidden ? 0 : 1;
     }
     header->setUpdatesEnabled(updates);
+    // Else a table that a filter has emptied looks as if nothing was reported.
+    m_shown->setText(tr("%1 of %2").arg(shown).arg(m_table->rowCount()));
+    m_shown->setVisible(shown < m_table->rowCount());
 }
 
 void MonitoringPage::resizeEvent(QResizeEvent *event)

@@ -9,6 +9,7 @@
 
 class LiveDelegate;
 class QCheckBox;
+class QLabel;
 class QHBoxLayout;
 class QLineEdit;
 class QMenu;
@@ -86,6 +87,7 @@ private:
     SourceLine *m_source;
     QLineEdit *m_filter;
     QCheckBox *m_onlyNotValid;
+    QLabel *m_shown; // how many of the rows are, while not all are
     QTableWidget *m_table;
     LiveDelegate *m_delegate;
     Sort m_sort{-1, Qt::AscendingOrder};

@@ -1320,6 +1320,10 @@
         <source>Only not valid</source>
         <translation>仅显示非有效值</translation>
     </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>显示 %1/%2</translation>
+    </message>
 </context>
 <context>
     <name>NewProjectDialog</name>

@@ -30,6 +30,7 @@ private slots:
     void rowsThatAreNotValidAreColoured();
     void rowsThatAreNotValidAreReadableOnADarkDesktop();
     void checkShowsOnlyWhatIsNotValid();
+    void tellsHowManyRowsAFilterLeaves();
     void thirdClickUndoesTheSort();
     void columnsFitANarrowPage();
     void widthsOfTheUserStay();
@@ -153,6 +154,21 @@ void TestMonitoringPage::checkShowsOnlyWhatIsNotValid()
     check->click();
     filter(QString());
     QCOMPARE(shownNames(), (QStringList{"Ub", "Ua", "Ia"}));
+}
+
+void TestMonitoringPage::tellsHowManyRowsAFilterLeaves()
+{
+    const auto *shown = m_page->findChild<QLabel *>("shownRows");
+    const auto told = [shown] { return shown->isVisible() ? shown->text() : QString("none"); };
+    QCOMPARE(told(), "none");
+    filter("4000");
+    QCOMPARE(told(), "2 of 3");
+    filter("no such point");
+    QCOMPARE(told(), "0 of 3");
+    report({point("Ua", "40001"), point("Ub", "40003"), point("Ia", "50001"), point("Ib", "50003")});
+    QCOMPARE(told(), "0 of 4");
+    filter(QString());
+    QCOMPARE(told(), "none");
 }
 
 void TestMonitoringPage::thirdClickUndoesTheSort()
