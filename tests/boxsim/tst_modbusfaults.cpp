@@ -26,6 +26,7 @@ private slots:
     void aGatewayIsHeardForItsDevices();
     void aSilentStationLeavesTheOthersTheirBeat();
     void aPointWithoutAnAnswerLeavesTheOthersValid();
+    void aDeviceThatIsSilentAboutOneOfAllIsFound();
     void aPointThatIsAnsweredAgainIsJoinedAgain();
     void aPeerThatEndsItsConnectionsIsRead_data();
     void aPeerThatEndsItsConnectionsIsRead();
@@ -298,6 +299,21 @@ void TestModbusFaults::aPointWithoutAnAnswerLeavesTheOthersValid()
              (QStringList{told.arg("0", "gives no answer to it"), told.arg("1", "gives no answer to it"),
                           told.arg("2", "gives no answer to it"),
                           told.arg("3", "closes the connection when asked for it")}));
+}
+
+// Though all its values are joined, and the first that is asked for alone is the one without an answer.
+void TestModbusFaults::aDeviceThatIsSilentAboutOneOfAllIsFound()
+{
+    RUN(runBoth(
+        {Acquire::slave(1, {"50 uint16", "51 uint16", "52 uint16", "53 uint16"})},
+        [](const Request &request) { return request.first > 50 ? request.good() : QByteArray(); }, 160, 50));
+    const QString told = "\"S%1\": 50 uint16 is not read, station 1 gives no answer to it";
+    for (int i = 0; i < 2; ++i) {
+        EVENTUALLY(m_run->log.contains(told.arg(i)));
+        const int before = m_run->count(i) + 1;
+        EVENTUALLY(m_run->count(i) > before);
+        QCOMPARE(m_run->readings[i].at(before), (QStringList{"!", "1051", "1052", "1053"}));
+    }
 }
 
 // And told once more if it is not answered again.

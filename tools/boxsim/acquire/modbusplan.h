@@ -44,6 +44,8 @@ public:
     const QVector<Refusal> &refusals() const { return m_refusals; }
     const QVector<ModbusRequest> &requests() const { return m_requests; }
     const ModbusOrder &order() const { return m_order; }
+    // Asks for one value alone, by any number: another one for each, in turn.
+    ModbusRequest single(int number) const { return {{m_items.at(number % m_items.size())}}; }
 
     enum class Split {
         Lasting,      // it was refused

@@ -92,6 +92,12 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
     Slave &slave = m_slaves[static_cast<size_t>(device)];
     Turn turn = {device, timeout, false, QDeadlineTimer(QDeadlineTimer::Forever)};
     slave.plan.joinAnswered();
+    if (slave.isFoundFirst && slave.plan.requests().constFirst().items.size() > 1) {
+        const Result found = find(&slave, &turn, readings);
+        if (found.outcome != Outcome::Answered || m_setup.stop->isSet()) {
+            return found;
+        }
+    }
     for (int i = 0; i < slave.plan.requests().size() && !m_setup.stop->isSet(); ++i) {
         const ModbusRequest request = slave.plan.requests().at(i);
         QVector<quint16> words(request.count());
@@ -104,6 +110,7 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
             takeFailure(&slave, turn, i, outcome);
             return turn.answered ? Result() : Result{outcome, answer.reason};
         }
+        slave.isFoundFirst = false;
         slave.plan.noteAnswer(i);
         if (isRefusal(answer) && slave.plan.split(i, ModbusPlan::Split::Lasting)) {
             --i; // both halves are asked for
@@ -114,6 +121,21 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
         }
     }
     return {};
+}
+
+// By one value alone, each time another one: a device may seem lost for being silent about one of those that
+// are joined.
+DeviceReader::Result ModbusReader::find(Slave *slave, Turn *turn, PointReading *readings)
+{
+    const ModbusRequest request = slave->plan.single(slave->single);
+    QVector<quint16> words(request.count());
+    const ModbusAnswer answer = ask(*slave, request, turn, words.data());
+    if (answer.kind == ModbusAnswer::Kind::Data) {
+        takeValues(slave, request, words, readings);
+    } else {
+        ++slave->single;
+    }
+    return {outcomeOf(answer), answer.reason};
 }
 
 // In as many requests as a string needs that is longer than one. What was sent over a connection that has
@@ -206,7 +228,9 @@ void ModbusReader::tellOnce(Slave *slave, int device, const ModbusItem &item, co
 
 void ModbusReader::forget(int device)
 {
-    m_slaves[static_cast<size_t>(device)].plan.reset();
+    Slave &slave = m_slaves[static_cast<size_t>(device)];
+    slave.plan.reset();
+    slave.isFoundFirst = true;
 }
 
 std::unique_ptr<DeviceReader> makeModbusTcpReader(const ReaderSetup &setup)

@@ -35,6 +35,8 @@ private:
         ModbusPlan plan;
         QVector<bool> told; // points that were told as refused or not answered since they were last read
         bool toldException = false; // that it answered with one that refuses no point
+        bool isFoundFirst = false;  // whether no request was answered since it was lost
+        int single = 0;             // number of the value that it is found by
     };
 
     // One read().
@@ -49,6 +51,7 @@ private:
     void tellRefusals(const Slave &slave, const SimDevice &device) const;
     ModbusAnswer ask(const Slave &slave, const ModbusRequest &request, Turn *turn, quint16 *words);
     bool reopen(Turn *turn);
+    Result find(Slave *slave, Turn *turn, PointReading *readings);
     void takeValues(Slave *slave, const ModbusRequest &request, const QVector<quint16> &words,
                     PointReading *readings);
     void takeException(Slave *slave, int device, const ModbusRequest &request, const ModbusAnswer &answer);
