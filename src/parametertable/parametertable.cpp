@@ -96,12 +96,16 @@ void ParameterTable::typeInto(int row)
         return;
     }
     scrollTo(model()->index(row, 0));
-    for (QWidget *around = parentWidget(); around; around = around->parentWidget()) {
-        if (auto *area = qobject_cast<QScrollArea *>(around)) {
-            area->ensureWidgetVisible(first, 0);
-        }
-    }
     first->setFocus();
+    // Not before something is typed: the button that added the row would slip away under the pointer, and the
+    // next click of who adds several would go into a cell.
+    connect(first, &QLineEdit::textEdited, this, [this, first] {
+        for (QWidget *around = parentWidget(); around; around = around->parentWidget()) {
+            if (auto *area = qobject_cast<QScrollArea *>(around)) {
+                area->ensureWidgetVisible(first, 0);
+            }
+        }
+    });
 }
 
 void ParameterTable::fill(const RowList &rows)

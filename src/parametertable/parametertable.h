@@ -22,7 +22,7 @@ public:
     ParameterTable(const ParameterVariant &variant, QObject *listFilter, QWidget *parent);
 
     void appendRow();
-    // Brings the row into sight and the cursor into its first cell.
+    // Brings the cursor into the first cell of the row, and that into sight when something is typed.
     void typeInto(int row);
     // Replaces the rows; tells of no change.
     void fill(const RowList &rows);

@@ -307,8 +307,11 @@ void TestStandardModbusEditDialog::whatIsTypedGoesIntoTheRowThatWasAdded()
     form.addTab();
     const QWidget *page = form.findChild<QTabWidget *>()->widget(0);
     QTRY_VERIFY(page->height() > StandardTabs::tableHeight); // it is laid out
+    const auto *button = page->findChild<QPushButton *>("addButton");
     for (int point = 1; point <= 6; ++point) {
+        const QPoint place = button->mapTo(&form, QPoint());
         click(*page, "addButton");
+        QCOMPARE(button->mapTo(&form, QPoint()), place); // for the next click
         QTest::keyClicks(QApplication::focusWidget(), QString::number(40000 + point));
         QCOMPARE(QApplication::focusWidget()->visibleRegion(), QRegion(QApplication::focusWidget()->rect()));
     }
