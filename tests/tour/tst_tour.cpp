@@ -356,7 +356,8 @@ void TestTour::aRecordingIsOpened()
     QVERIFY(trend);
     QCOMPARE(trend->points().size(), 3);
     QTRY_COMPARE(figure(trend, 0, FigureModel::Least), QString("227.64")); // of all the hour
-    QTRY_COMPARE(figure(trend, 1, FigureModel::Current), TrendTexts::ofBreak(SampleState::Ended));
+    QTRY_COMPARE(figure(trend, 1, FigureModel::Current),
+                 TrendTexts::ofValue({ValueAt::Kind::Break, 0, {}, SampleState::Ended}));
     m_user->picture("19-recording", trend);
     trend->close();
 }
