@@ -24,10 +24,18 @@ bool mayBeLate(const Sample &last, qint64 now)
 
 } // namespace
 
-RecordingCurveReader::RecordingCurveReader(RecordingDatabase *database, const RecordingPoints::Curve &curve)
+RecordingCurveReader::RecordingCurveReader(RecordingDatabase *database, const RecordingPoints::Curve &curve,
+                                           qint64 monotonic)
     : m_database(database)
     , m_curve(curve)
+    , m_monotonic(monotonic)
 {
+}
+
+// By the clock of who records it, once a sample was seen to come.
+qint64 RecordingCurveReader::presentOf(qint64 given) const
+{
+    return m_curve.seen < 0 ? given : m_curve.extent.to + m_monotonic - m_curve.seen;
 }
 
 RecordingCurveReader::Result RecordingCurveReader::thin(const SampleSource::Request &request,
@@ -92,7 +100,7 @@ bool RecordingCurveReader::readNext(const Sample *last, qint64 time, qint64 now,
     if (found) {
         *next = after;
     }
-    return found || !last || readLateBreak(*last, now, next);
+    return found || !last || readLateBreak(*last, presentOf(now), next);
 }
 
 QString RecordingCurveReader::latestStatement()

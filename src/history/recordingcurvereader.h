@@ -13,8 +13,9 @@ class RecordingCurveReader
 public:
     enum class Result { Done, GivenUp, Failed };
 
-    // In the thread of the database. Both live as long as it does.
-    RecordingCurveReader(RecordingDatabase *database, const RecordingPoints::Curve &curve);
+    // In the thread of the database. Both live as long as it does. The time is of the clock that tells when
+    // samples were found: those who record into one database may each have another clock.
+    RecordingCurveReader(RecordingDatabase *database, const RecordingPoints::Curve &curve, qint64 monotonic);
 
     // Asks now and then whether to go on.
     Result thin(const SampleSource::Request &request, const std::function<Result()> &goesOn,
@@ -28,8 +29,10 @@ public:
 private:
     // The first sample after the time or, where there is none, the break behind the last one. Null for none.
     bool readNext(const Sample *last, qint64 time, qint64 now, std::optional<Sample> *next);
+    qint64 presentOf(qint64 given) const;
     bool readLateBreak(const Sample &last, qint64 now, std::optional<Sample> *late);
 
     RecordingDatabase *m_database;
     const RecordingPoints::Curve &m_curve;
+    const qint64 m_monotonic;
 };

@@ -33,7 +33,7 @@ bool RecordingPoints::read(RecordingDatabase *database)
         auto place = m_places.find(point.id);
         if (place == m_places.end()) {
             place = m_places.insert(point.id, m_curves.size());
-            m_curves.append({point, {}, {0, -1}});
+            m_curves.append({point, {}, {0, -1}, -1});
         }
         Curve &curve = m_curves[*place];
         curve.keys.append(query.value(0).toLongLong());
@@ -50,6 +50,14 @@ bool RecordingPoints::read(RecordingDatabase *database)
         m_latest = qMax(m_latest, own.to);
     }
     return !database->hasFailed(query);
+}
+
+void RecordingPoints::setSeen(const RecordingPoints &before, qint64 now)
+{
+    for (Curve &curve : m_curves) {
+        const Curve *const known = before.find(curve.point.id);
+        curve.seen = known && known->extent.to == curve.extent.to ? known->seen : now;
+    }
 }
 
 const RecordingPoints::Curve *RecordingPoints::find(const PointId &id) const

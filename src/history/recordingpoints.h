@@ -16,10 +16,13 @@ public:
         Point point;          // as it was recorded last
         QVector<qint64> keys; // in the database; one for each address and type that it had
         TimeRange extent;     // of all samples; from > to if there are none
+        qint64 seen = -1;     // when the last one was found, in ms; -1 if it was there from the beginning
     };
 
     // False if the database can't be read.
     bool read(RecordingDatabase *database);
+    // By a monotonic clock of the reader's, in ms: when what is new since the other was read has been found.
+    void setSeen(const RecordingPoints &before, qint64 now);
     static QString statement();
 
     const QVector<Curve> &curves() const { return m_curves; }

@@ -40,6 +40,7 @@ RecordingSession::RecordingSession(const RecordingTarget &target, int pollInterv
     , m_timer(this)
 {
     m_database.setPatience(patience);
+    m_clock.start();
     m_timer.setInterval(pollInterval);
     connect(&m_timer, &QTimer::timeout, this, &RecordingSession::poll);
 }
@@ -96,6 +97,7 @@ void RecordingSession::poll()
         }
         return;
     }
+    points->setSeen(*m_points, m_clock.elapsed());
     const bool isOther = !points->isSameAs(*m_points);
     m_points = points;
     if (isOther) {
@@ -193,7 +195,8 @@ bool RecordingSession::answerMoments()
             const RecordingPoints::Curve *const known = m_points->find(id);
             ValueAt value;
             if (known && moment.time <= moment.now
-                && !RecordingCurveReader(&m_database, *known).valueAt(moment.time, moment.now, &value)) {
+                && !RecordingCurveReader(&m_database, *known, m_clock.elapsed())
+                        .valueAt(moment.time, moment.now, &value)) {
                 const QMutexLocker locker(&m_mutex);
                 if (m_database.isLocked() && !hasAsker(m_askedAt, asked.asker)) {
                     m_askedAt.append({asked.asker, moment, {}});
@@ -253,7 +256,7 @@ RecordingSession::Result RecordingSession::thin(RecordingDatabase *database, con
 {
     const RecordingPoints::Curve *const known = m_points->find(id);
     const RecordingPoints::Curve none;
-    return RecordingCurveReader(database, known ? *known : none)
+    return RecordingCurveReader(database, known ? *known : none, m_clock.elapsed())
         .thin(
             asked.request,
             [&] {

@@ -4,6 +4,7 @@
 #include "history/recordingdatabase.h"
 #include "history/recordinghelpers.h"
 
+#include <QElapsedTimer>
 #include <QMutex>
 #include <QTimer>
 #include <QVariant>
@@ -73,6 +74,7 @@ private:
     RecordingHelpers m_helpers;
     std::shared_ptr<const RecordingPoints> m_points;
     QTimer m_timer;
+    QElapsedTimer m_clock;
     QVariant m_version; // of what has been read
     QString m_told;     // failure told last; empty after what went well
     std::atomic<bool> m_isAbandoned{false};

@@ -11,6 +11,8 @@
 
 using namespace Recordings;
 
+Q_DECLARE_METATYPE(ValueAt::Kind)
+
 // The threads that read a recording for a trend window: what they do for each other, and when one fails.
 class TestRecordingSession : public QObject
 {
@@ -29,6 +31,9 @@ private slots:
     void looksUpInTheFileThatIsOpen();
     void silenceBreaks_data();
     void silenceBreaks();
+    void silenceIsThatOfACurve_data();
+    void silenceIsThatOfACurve();
+    void clocksOfRecordersMayDiffer();
     void growsByAnyClock_data();
     void growsByAnyClock();
     void namesBoxes_data();
@@ -288,7 +293,7 @@ void TestRecordingSession::silenceBreaks()
     QVERIFY(database.open(RecordingDatabase::Access::Read));
     RecordingPoints points;
     QVERIFY(points.read(&database));
-    RecordingCurveReader reader(&database, *points.find(id("U")));
+    RecordingCurveReader reader(&database, *points.find(id("U")), 0);
     constexpr int before = 5;
     const qint64 time = start + (now - before) * 1000;
     Thinned thinned;
@@ -307,6 +312,68 @@ void TestRecordingSession::silenceBreaks()
     ValueAt value;
     QVERIFY(reader.valueAt(time, start + now * 1000, &value));
     QTEST(QString::fromLatin1(value.kind == ValueAt::Kind::Break ? "break" : "number"), "value");
+}
+
+// Whatever the present of the others.
+void TestRecordingSession::silenceIsThatOfACurve_data()
+{
+    QTest::addColumn<qint64>("seen"); // ms before now
+    QTest::addColumn<ValueAt::Kind>("kind");
+    QTest::newRow("came a moment ago") << qint64(10000) << ValueAt::Kind::Number;
+    QTest::newRow("silent") << qint64(10001) << ValueAt::Kind::Break;
+}
+
+void TestRecordingSession::silenceIsThatOfACurve()
+{
+    QFETCH(qint64, seen);
+    record(file(path()), {report(0, {reading("U", "1")}), report(1000, {reading("U", "1")})});
+    asked(path(), "DELETE FROM sample WHERE validity = 4");
+    RecordingDatabase database(file(path()));
+    QVERIFY(database.open(RecordingDatabase::Access::Read));
+    RecordingPoints points;
+    QVERIFY(points.read(&database));
+    RecordingPoints::Curve curve = *points.find(id("U"));
+    constexpr qint64 now = 1000000;
+    curve.seen = now - seen;
+    ValueAt value;
+    QVERIFY(RecordingCurveReader(&database, curve, now).valueAt(start + 60000, start + 60000, &value));
+    QTEST(value.kind, "kind");
+}
+
+// One that is a minute behind does not look late for that.
+void TestRecordingSession::clocksOfRecordersMayDiffer()
+{
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() - start;
+    Recorder ahead;
+    Recorder behind;
+    const auto add = [&](qint64 time) {
+        ahead.add(report(now + time, {reading("A", "1")}));
+        Readings other = report(now + time - 60000, {reading("B", "1")});
+        other.standard = "others";
+        behind.add(other);
+    };
+    for (Recorder *recorder : {&ahead, &behind}) {
+        recorder->setLimits(quick());
+        recorder->start(file(path()), {});
+    }
+    add(0);
+    QTRY_VERIFY(ahead.status().samples == 1 && behind.status().samples == 1);
+    RecordingReader reader;
+    QSignalSpy opened(&reader, &RecordingReader::opened);
+    reader.setPollInterval(30);
+    reader.open(file(path()));
+    QVERIFY(opened.wait());
+    add(1000);
+    const PointId id{"192.168.1.80", "plant", "others", "B"};
+    QTRY_COMPARE(reader.extent(id).to, start + now - 59000);
+    QSignalSpy thinned(&reader, &RecordingReader::thinned);
+    const qint64 present = qMax(start + now, reader.present(start + now));
+    reader.request(this, {{id}, {start + now - 61000, present}, 100, present});
+    QVERIFY(thinned.wait());
+    const Thinned answer = thinned.first().at(2).value<QVector<Thinned>>().value(0);
+    QCOMPARE(answer.statistics.count, qint64(2));
+    QVERIFY(answer.gaps.isEmpty());
+    QVERIFY(stopAndWait(&ahead) && stopAndWait(&behind));
 }
 
 void TestRecordingSession::growsByAnyClock_data()
