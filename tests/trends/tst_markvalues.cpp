@@ -64,7 +64,7 @@ private slots:
     void cleanupTestCase();
     void tellsTheSampleOfADay_data();
     void tellsTheSampleOfADay();
-    void tellsWhatIsLate_data();
+    void tellsWhatIsLate_data() { currentIsTheLastOfItsColumn_data(); }
     void tellsWhatIsLate();
     void markersOfADay_data();
     void markersOfADay();
@@ -246,11 +246,6 @@ void TestMarkValues::tellsTheSampleOfADay()
     point(second);
     QTRY_COMPARE(readout().value(0), timeAt(second));
     QCOMPARE(readout().value(1), "Voltage\t" + value);
-}
-
-void TestMarkValues::tellsWhatIsLate_data()
-{
-    currentIsTheLastOfItsColumn_data();
 }
 
 void TestMarkValues::tellsWhatIsLate()
