@@ -53,6 +53,7 @@ DockLayout::DockLayout(QMainWindow *window)
     DockStyle::install(m_manager, window->palette());
     DropOverlay::cutOut(m_manager);
     FloatingDocks::keepOnScreen(m_manager);
+    FloatingDocks::keepBelowDialogs(m_manager);
     new OpenDocks(m_manager);
     // A restored layout has new splitters.
     connect(m_manager, &ads::CDockManager::stateRestored, this, &DockLayout::keepTreeWidth);

@@ -2,6 +2,7 @@
 
 #include "mainwindow/docking.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QGuiApplication>
 #include <QScreen>
@@ -96,6 +97,39 @@ private:
     const QWidget *m_main;
 };
 
+// Sees the main window lose the focus, as the library does.
+class FocusLoss : public QObject
+{
+    Q_OBJECT
+public:
+    explicit FocusLoss(QWidget *main)
+        : QObject(main)
+        , m_main(main)
+    {
+        main->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched == m_main && event->type() == QEvent::WindowDeactivate) {
+            QTimer::singleShot(0, this, &FocusLoss::raiseNext); // once the library is done
+        }
+        return false;
+    }
+
+private:
+    void raiseNext()
+    {
+        QWidget *modal = QApplication::activeModalWidget();
+        QWidget *next = modal ? modal : QApplication::activeWindow();
+        if (next && next != m_main) {
+            next->raise();
+        }
+    }
+
+    QWidget *m_main;
+};
+
 } // namespace
 
 void FloatingDocks::keepOnScreen(ads::CDockManager *manager)
@@ -103,6 +137,11 @@ void FloatingDocks::keepOnScreen(ads::CDockManager *manager)
     QObject::connect(
         manager, &ads::CDockManager::floatingWidgetCreated, manager,
         [manager](ads::CFloatingDockContainer *floating) { new FirstShow(floating, manager->window()); });
+}
+
+void FloatingDocks::keepBelowDialogs(ads::CDockManager *manager)
+{
+    new FocusLoss(manager->window());
 }
 
 #include "floatingdocks.moc"

@@ -10,4 +10,8 @@ namespace FloatingDocks {
 // whole, smaller if need be. Where the user moves it afterwards is the user's business.
 void keepOnScreen(ads::CDockManager *manager);
 
+// On Linux the library raises all floating docks when the main window loses the focus, above the message or
+// dialog that took it: what then has the focus is raised again.
+void keepBelowDialogs(ads::CDockManager *manager);
+
 } // namespace FloatingDocks

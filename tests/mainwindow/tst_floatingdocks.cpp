@@ -1,6 +1,7 @@
 #include "mainwindow/floatingdocks.h"
 
 #include "docksundertest.h"
+#include "modalwatch.h"
 
 #include <QDialog>
 #include <QLabel>
@@ -15,6 +16,25 @@ private slots:
     void comesUpWholeOnTheScreen();
     void whatIsNoFormKeepsItsSize();
     void isMovedAsItComesUpAlone();
+    void dialogIsRaisedAboveThem_data();
+    void dialogIsRaisedAboveThem();
+};
+
+// Counts how often its widget is raised.
+class Raises : public QObject
+{
+public:
+    explicit Raises(QWidget *widget)
+        : QObject(widget)
+    {
+        widget->installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::ZOrderChange ? 1 : 0;
+        return false;
+    }
+    int count = 0;
 };
 
 static QRect available()
@@ -88,6 +108,29 @@ void TestFloatingDocks::isMovedAsItComesUpAlone()
     floating->show();
     QTest::qWait(0);
     QCOMPARE(floating->pos(), outside.topLeft());
+}
+
+void TestFloatingDocks::dialogIsRaisedAboveThem_data()
+{
+    QTest::addColumn<bool>("modal");
+    QTest::newRow("a message") << true;
+    QTest::newRow("a dialog that may stay") << false;
+}
+
+// They raise themselves when the window loses the focus.
+void TestFloatingDocks::dialogIsRaisedAboveThem()
+{
+    QFETCH(bool, modal);
+    const UnwatchedModals closedBelow;
+    DocksUnderTest window;
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QDialog dialog(&window);
+    dialog.setModal(modal);
+    const Raises *raises = new Raises(&dialog);
+    dialog.show();
+    QVERIFY(QTest::qWaitForWindowActive(&dialog));
+    QTRY_VERIFY(raises->count > 0);
 }
 
 QTEST_MAIN(TestFloatingDocks)
