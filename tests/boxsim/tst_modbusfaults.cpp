@@ -133,7 +133,7 @@ QVector<TestModbusFaults::Fault> TestModbusFaults::faults()
 void TestModbusFaults::whatIsNoAnswerIsNotValid()
 {
     RUN(runAll(
-        {Acquire::slave(1, {"7 uint16"})}, [](const Fault &fault) { return fault.answer; }, 120, 40));
+        {Acquire::slave(1, {"7 uint16"})}, [](const Fault &fault) { return fault.answer; }, 300, 100));
     int lost = 0;
     for (const QString &reason : qAsConst(m_reasons)) {
         lost += reason.isNull() ? 0 : 1;
@@ -160,7 +160,7 @@ void TestModbusFaults::aFailureHitsOneBeatOnly()
             return request.station == 1 && ++*count == 2 ? fault.answer(request) : request.good();
         };
     };
-    RUN(runAll({Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"8 uint16"})}, once, 100, 100));
+    RUN(runAll({Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"8 uint16"})}, once, 100, 200));
     EVENTUALLY(allHave(4));
     m_run->stop();
     for (int i = 0; i < m_names.size(); ++i) {
@@ -245,9 +245,16 @@ void TestModbusFaults::aSilentStationLeavesTheOthersTheirBeat()
     EVENTUALLY(m_run->beats.filter("keeps its beat again").size() == 2);
     for (int i = 0; i < 2; ++i) {
         const int before = m_run->count(i);
-        EVENTUALLY(m_run->count(i) >= before + 6);
-        const QVector<qint64> times = m_run->times[i].mid(before);
-        QVERIFY2(times.at(5) - times.at(0) < 5 * 80, QByteArray::number(times.at(5) - times.at(0)));
+        const auto hasBeat = [&] { // once, since a busy computer may skip some
+            const QVector<qint64> times = m_run->times[i].mid(before);
+            for (int last = 5; last < times.size(); ++last) {
+                if (times.at(last) - times.at(last - 5) < 5 * 80) {
+                    return true;
+                }
+            }
+            return false;
+        };
+        EVENTUALLY(hasBeat());
         QCOMPARE(m_run->last(i), (QStringList{"!", "2008"}));
     }
     QStringList told = m_run->log.filter("station");
@@ -409,7 +416,7 @@ void TestModbusFaults::aDeadDeviceSlowsNoOtherLink()
 
 void TestModbusFaults::lostAndBackAreToldOnce()
 {
-    RUN(runBoth({Acquire::slave(1, {"7 uint16"})}, good, 100, 40));
+    RUN(runBoth({Acquire::slave(1, {"7 uint16"})}, good, 250, 100));
     const auto bothCome = [this](const QString &reading) {
         return m_run->comes({reading}, 0) && m_run->comes({reading}, 1);
     };

@@ -76,10 +76,10 @@ void TestModbusLines::lateAnswersAreLeftAside()
                 return request.good();
             }
             Device *device = m_device.get();
-            QTimer::singleShot(80, device, [device, late = request.good()] { device->send(late); });
+            QTimer::singleShot(160, device, [device, late = request.good()] { device->send(late); });
             return QByteArray();
         },
-        160, 50));
+        320, 100));
     EVENTUALLY(m_run->count() >= 3);
     m_run->stop();
     for (const QStringList &reading : qAsConst(m_run->readings[0])) {
@@ -104,7 +104,7 @@ void TestModbusLines::answersWithoutAnEndAreNotReadToTheEnd()
             flood.start(0);
             return QByteArray();
         },
-        100, 50));
+        100, 200));
     EVENTUALLY(!m_run->log.isEmpty());
     QCOMPARE(m_run->log,
              QStringList{"\"S0\": station 1 lost after 3 attempts: only answers to other requests"});
@@ -119,13 +119,13 @@ void TestModbusLines::theTimeoutIsOfTheWholeAnswer_data()
     addLines();
 }
 
-// The bytes come one by one, each long before its time-out.
+// The bytes come one by one, each long before its time-out; it takes six seconds until all are there.
 void TestModbusLines::theTimeoutIsOfTheWholeAnswer()
 {
     QFETCH(bool, serial);
     QTimer trickle;
     RUN(run(
-        serial, {Acquire::slave(1, {"7 string 40"})},
+        serial, {Acquire::slave(1, {"7 string 200"})},
         [&](const Request &request) {
             trickle.disconnect();
             connect(&trickle, &QTimer::timeout, this, [this, rest = request.good()]() mutable {
@@ -139,7 +139,7 @@ void TestModbusLines::theTimeoutIsOfTheWholeAnswer()
     EVENTUALLY(m_run->count() == 1);
     trickle.stop();
     QCOMPARE(m_run->last(), QStringList{"!"});
-    QVERIFY2(m_run->times[0].at(0) < 600, QByteArray::number(m_run->times[0].at(0)));
+    QVERIFY2(m_run->times[0].at(0) < 3000, QByteArray::number(m_run->times[0].at(0)));
 }
 
 void TestModbusLines::aStationThatEndsTheConnectionLeavesTheOthersValid()
@@ -320,7 +320,7 @@ void TestModbusLines::aRangeStopsAtOnce()
     QElapsedTimer clock;
     clock.start();
     range.stop();
-    QVERIFY2(clock.elapsed() < 600, QByteArray::number(clock.elapsed()));
+    QVERIFY2(clock.elapsed() < 1200, QByteArray::number(clock.elapsed()));
 }
 
 QTEST_GUILESS_MAIN(TestModbusLines)

@@ -259,9 +259,15 @@ void TestModbusSerial::aLineInUseIsLeftAsItIs()
 // However many stations wait for it to be silent.
 void TestModbusSerial::aLineThatIsNeverSilentCostsOneTimeout()
 {
+    QJsonArray stations;
+    QStringList none;
+    for (int station = 1; station <= 8; ++station) {
+        stations.append(Acquire::slave(station, {"7 uint16"}));
+        none.append("!");
+    }
     QTimer babble;
     RUN(run(
-        {Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"7 uint16"}), Acquire::slave(3, {"7 uint16"})},
+        stations,
         [&](const Request &) {
             babble.disconnect();
             connect(&babble, &QTimer::timeout, this, [this] { m_device->send("\x11\x11\x11"); });
@@ -271,9 +277,9 @@ void TestModbusSerial::aLineThatIsNeverSilentCostsOneTimeout()
         3000, 200));
     EVENTUALLY(m_run->count() == 1);
     babble.stop();
-    QCOMPARE(m_run->last(), (QStringList{"!", "!", "!"}));
+    QCOMPARE(m_run->last(), none);
     QCOMPARE(m_device->requestCount(), 1);
-    QVERIFY2(m_run->times[0].at(0) < 500, QByteArray::number(m_run->times[0].at(0)));
+    QVERIFY2(m_run->times[0].at(0) < 1200, QByteArray::number(m_run->times[0].at(0)));
 }
 
 // At a low baud rate it takes longer than the time-out.
