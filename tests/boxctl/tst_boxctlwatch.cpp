@@ -421,8 +421,9 @@ void TestBoxCtlWatch::unreadOutputDoesNotGrow()
     for (int i = 0; i < sent; ++i) {
         box.send(report);
     }
-    QTRY_COMPARE(call.error(), QByteArray("boxctl: the output is read too slowly: reports are left out\n"));
-    QTRY_COMPARE(box.link()->bytesToWrite(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(
+        call.error(), QByteArray("boxctl: the output is read too slowly: reports are left out\n"), 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(box.link()->bytesToWrite(), 0, 60000);
     QVERIFY(fcntl(reader, F_SETFL, 0) == 0); // reads wait
     QByteArray out;
     QByteArray piece(1 << 20, '\0');

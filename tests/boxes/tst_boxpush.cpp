@@ -273,7 +273,7 @@ void TestBoxPush::messageHasNoWaitCursor()
     open();
     QVERIFY(connected());
     TransferTimeouts timeouts;
-    timeouts.verdict = 200;
+    timeouts.verdict = 600; // long after the first message
     m_form->setTransferTimeouts(timeouts);
     // One of the session's in the midst of the wait, and the one at its end.
     QVector<Qt::CursorShape> shapes;
