@@ -1,4 +1,5 @@
 #include "reportingbox.h"
+#include "run.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>
@@ -114,7 +115,10 @@ private slots:
     void pointsWithoutEndAreLeftOut_data();
     void pointsWithoutEndAreLeftOut();
     void fullDiskIsTold();
-    void fullDiskThatIsEmptiedLosesNothing();
+
+private:
+    static void endsFull(RunningCall *call);
+    static void endsComplete(RunningCall *call, const QString &total);
 };
 
 void TestBoxCtlRecord::init()
@@ -299,53 +303,62 @@ void TestBoxCtlRecord::pointsWithoutEndAreLeftOut()
                      .arg(lost)}));
 }
 
+// One that stays full, one with samples and one without any that are emptied: at the same time, since it
+// takes seconds until a database is tried again.
 void TestBoxCtlRecord::fullDiskIsTold()
 {
-    const ReportingBox box(address, {oneReport("1")});
-    RunningCall call({"record", address, "--to", "sqlite:plant.sqlite"});
+    const QString third = "127.0.48.13";
+    const ReportingBox ofFull(third, {oneReport("1")});
+    const ReportingBox ofPlant(address, {oneReport("1")});
+    const ReportingBox ofEmpty(other);
+    const auto into = [](const QString &box, const QString &file) {
+        QFile::remove(file);
+        return QStringList{"record", box, "--to", "sqlite:" + file};
+    };
+    RunningCall full(into(third, "full.sqlite"));
+    RunningCall plant(into(address, "plant.sqlite"));
+    RunningCall empty(into(other, "empty.sqlite"));
+    QTRY_COMPARE(samplesOf("full.sqlite"), QStringList("127.0.48.13/P/A/a: 1"));
     QTRY_COMPARE(samplesOf("plant.sqlite"), QStringList("127.0.48.10/P/A/a: 1"));
-    limitFiles(call.process()->processId(), 4096);
-    box.send(bytesOf(reportOf("A", {point("a", "string", QByteArray(100000, 'x'))})));
-    QTRY_VERIFY(call.error().startsWith("boxctl: plant.sqlite can't be"));
-    QVERIFY(call.isRunning());
-    call.signal(SIGINT);
-    const Outcome outcome = call.outcome();
+    QTRY_VERIFY(ofEmpty.isLinked() && recordingsIn("empty.sqlite") == 1);
+    for (RunningCall *call : {&full, &plant, &empty}) {
+        limitFiles(call->process()->processId(), 4096);
+    }
+    ofFull.send(bytesOf(reportOf("A", {point("a", "string", QByteArray(100000, 'x'))})));
+    ofPlant.send(bytesOf(oneReport("2")));
+    ofEmpty.send(bytesOf(oneReport("2")));
+    QTRY_VERIFY(full.error().startsWith("boxctl: full.sqlite can't be"));
+    QTRY_VERIFY(plant.error().startsWith("boxctl: plant.sqlite can't be"));
+    QTRY_VERIFY(empty.error().startsWith("boxctl: empty.sqlite can't be"));
+    for (RunningCall *call : {&plant, &empty}) {
+        limitFiles(call->process()->processId(), RLIM_INFINITY);
+    }
+    RUN(endsFull(&full));
+    RUN(endsComplete(&plant, "3 samples recorded into plant.sqlite\n"));
+    QCOMPARE(samplesOf("plant.sqlite"), QStringList("127.0.48.10/P/A/a: 1 2 ended"));
+    RUN(endsComplete(&empty, "2 samples recorded into empty.sqlite\n"));
+    QCOMPARE(samplesOf("empty.sqlite"), QStringList("127.0.48.11/P/A/a: 2 ended"));
+}
+
+void TestBoxCtlRecord::endsFull(RunningCall *call)
+{
+    QVERIFY(call->isRunning());
+    call->signal(SIGINT);
+    const Outcome outcome = call->outcome();
     QCOMPARE(outcome.status, 1);
     QVERIFY2(outcome.error.contains("Samples that were not written: 1."), qPrintable(outcome.error));
     QVERIFY2(outcome.error.endsWith("boxctl: 1 samples are lost\n"), qPrintable(outcome.error));
-    QCOMPARE(outcome.out, QString("1 samples recorded into plant.sqlite\n"));
+    QCOMPARE(outcome.out, QString("1 samples recorded into full.sqlite\n"));
 }
 
-// With samples in it, and before the first sample: at the same time, since it takes seconds until a database
-// is tried again.
-void TestBoxCtlRecord::fullDiskThatIsEmptiedLosesNothing()
+// Once its disk was emptied.
+void TestBoxCtlRecord::endsComplete(RunningCall *call, const QString &total)
 {
-    QFile::remove("empty.sqlite");
-    const ReportingBox one(address, {oneReport("1")});
-    const ReportingBox two(other);
-    RunningCall ofOne({"record", address, "--to", "sqlite:plant.sqlite"});
-    RunningCall ofTwo({"record", other, "--to", "sqlite:empty.sqlite"});
-    QTRY_COMPARE(samplesOf("plant.sqlite"), QStringList("127.0.48.10/P/A/a: 1"));
-    QTRY_VERIFY(two.isLinked() && recordingsIn("empty.sqlite") == 1);
-    for (RunningCall *call : {&ofOne, &ofTwo}) {
-        limitFiles(call->process()->processId(), 4096);
-    }
-    one.send(bytesOf(oneReport("2")));
-    two.send(bytesOf(oneReport("2")));
-    QTRY_VERIFY(ofOne.error().startsWith("boxctl: plant.sqlite can't be"));
-    QTRY_VERIFY(ofTwo.error().startsWith("boxctl: empty.sqlite can't be"));
-    for (RunningCall *call : {&ofOne, &ofTwo}) {
-        limitFiles(call->process()->processId(), RLIM_INFINITY);
-    }
-    for (RunningCall *call : {&ofOne, &ofTwo}) {
-        QTRY_VERIFY(call->error().endsWith("boxctl: recording goes on\n"));
-        call->signal(SIGINT);
-        QCOMPARE(call->outcome().status, 0);
-    }
-    QCOMPARE(ofOne.out(), QByteArray("3 samples recorded into plant.sqlite\n"));
-    QCOMPARE(samplesOf("plant.sqlite"), QStringList("127.0.48.10/P/A/a: 1 2 ended"));
-    QCOMPARE(ofTwo.out(), QByteArray("2 samples recorded into empty.sqlite\n"));
-    QCOMPARE(samplesOf("empty.sqlite"), QStringList("127.0.48.11/P/A/a: 2 ended"));
+    QTRY_VERIFY(call->error().endsWith("boxctl: recording goes on\n"));
+    call->signal(SIGINT);
+    const Outcome outcome = call->outcome();
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.out, total);
 }
 
 QTEST_GUILESS_MAIN(TestBoxCtlRecord)
