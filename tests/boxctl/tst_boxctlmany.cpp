@@ -176,7 +176,7 @@ void TestBoxCtlMany::watchesTwoHundred()
     const QString project = TEST_DATA_DIR "/riverside-substation.json";
     const SimulatedBox boxes(
         "127.1.0.1-200",
-        {"--project", project, "--report-interval", "300", "--fault", "split=700", "--fault", "split-gap=5"});
+        {"--project", project, "--report-interval", "600", "--fault", "split=700", "--fault", "split-gap=5"});
     std::map<QString, ReportSteps> steps = stepsOf(project, "127.1.0.1", 200);
     const Outcome outcome = run({"watch", "--json", "--reports", "2000", listOf(addresses("127.1.0.", 200))});
     QCOMPARE(outcome.error, QString());

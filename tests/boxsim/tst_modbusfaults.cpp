@@ -160,7 +160,7 @@ void TestModbusFaults::aFailureHitsOneBeatOnly()
             return request.station == 1 && ++*count == 2 ? fault.answer(request) : request.good();
         };
     };
-    RUN(runAll({Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"8 uint16"})}, once, 100, 200));
+    RUN(runAll({Acquire::slave(1, {"7 uint16"}), Acquire::slave(2, {"8 uint16"})}, once, 100, 500));
     EVENTUALLY(allHave(4));
     m_run->stop();
     for (int i = 0; i < m_names.size(); ++i) {
