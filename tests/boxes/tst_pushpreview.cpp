@@ -88,6 +88,7 @@ private:
     QScopedPointer<TreeWorkspace> m_workspace;
     QScopedPointer<QLineEdit> m_address;
     QScopedPointer<PushPreview> m_preview;
+    QScopedPointer<QWidget> m_page; // that a test put it into
 };
 
 void TestPushPreview::init()
@@ -101,6 +102,7 @@ void TestPushPreview::init()
 void TestPushPreview::cleanup()
 {
     m_preview.reset();
+    m_page.reset();
     m_address.reset();
     m_workspace.reset();
 }
@@ -150,19 +152,20 @@ void TestPushPreview::targetWithoutAWindow()
 
 void TestPushPreview::whatIsBelowStaysWhereItIs()
 {
-    QWidget page;
-    auto *column = new QVBoxLayout(&page);
-    auto *below = new QPushButton("Update project", &page);
+    m_page.reset(new QWidget);
+    auto *column = new QVBoxLayout(m_page.data());
+    auto *below = new QPushButton("Update project", m_page.data());
     column->addWidget(m_preview.data());
     column->addWidget(below);
-    page.resize(480, 460);
-    page.show();
-    QStandardItem *north = m_workspace->addProject("Riverside substation north");
-    QStandardItem *south = m_workspace->addProject("Riverside substation south");
+    column->addStretch(1);
+    m_page->resize(480, 460);
+    m_page->show();
+    QStandardItem *north = m_workspace->addProject("Riverside substation");
+    QStandardItem *south = m_workspace->addProject("Hillside substation");
     m_preview->setOwner([north] { return north; });
     m_workspace->select(north);
-    QTRY_COMPARE(target(), "Update project pushes 'Riverside substation north' to 192.168.1.70.");
-    QVERIFY(QTest::qWaitForWindowExposed(&page));
+    QTRY_COMPARE(target(), "Update project pushes 'Riverside substation' to 192.168.1.70.");
+    QVERIFY(QTest::qWaitForWindowExposed(m_page.data()));
     const int place = below->y();
     m_workspace->addBox(south, "Gateway"); // brings a remark
     m_workspace->select(south);
@@ -170,7 +173,6 @@ void TestPushPreview::whatIsBelowStaysWhereItIs()
     QVERIFY(target().contains("ANOTHER"));
     QCoreApplication::processEvents();
     QCOMPARE(below->y(), place);
-    m_preview->setParent(nullptr);
 }
 
 void TestPushPreview::remarksAreCounted()
