@@ -73,7 +73,6 @@ private slots:
     void figuresOfAnotherRangeAreNotTold_data();
     void figuresOfAnotherRangeAreNotTold();
     void currentOfAnotherTimeIsNotTold();
-    void followedFiguresDoNotComeAndGo_data();
     void followedFiguresDoNotComeAndGo();
     void followingWaitsForASlowSource();
     void followingGoesOnAfterAFailure();
@@ -407,22 +406,14 @@ void TestMarkValues::currentOfAnotherTimeIsNotTold()
     QCOMPARE(row(), (QStringList{"230", "230", "230", "230", ""}));
 }
 
-void TestMarkValues::followedFiguresDoNotComeAndGo_data()
-{
-    QTest::addColumn<bool>("momentsAtOnce");
-    QTest::newRow("a source that takes its time") << false;
-    QTest::newRow("a source that takes its time for curves") << true;
-}
-
 void TestMarkValues::followedFiguresDoNotComeAndGo()
 {
-    QFETCH(bool, momentsAtOnce);
     RUN(openFake(true));
     QTRY_VERIFY(!row().contains("…"));
     const QStringList before = row();
     const qint64 shown = plot->timeAt(plot->columns());
     source->answers = false;
-    source->answersMoments = momentsAtOnce;
+    source->answersMoments = false;
     const int asked = source->requests.size();
     source->append(FakeSource::idOf("Voltage"),
                    {QDateTime::currentMSecsSinceEpoch(), 7, SampleState::Valid, {}});

@@ -1,4 +1,5 @@
 #include "fakesource.h"
+#include "trends/figuremodel.h"
 #include "trends/polylines.h"
 #include "trends/timescaledraw.h"
 #include "trends/timeview.h"
@@ -18,6 +19,7 @@ class TestTrendParts : public QObject
 private slots:
     void valueAtATime_data();
     void valueAtATime();
+    void currentValueIsThatOfTheCurve();
     void pointIsToldInFull();
     void numbers_data();
     void numbers();
@@ -112,6 +114,36 @@ void TestTrendParts::valueAtATime()
     curve.events = {{4000, "Running"}};
     QTEST(TrendTexts::ofValue(ValueAt::of(curve, time)), "value");
     QCOMPARE(TrendTexts::ofValue(ValueAt::of(Thinned(), time)), "–");
+}
+
+// While the present is followed, the value at the end of the next picture is told before that is drawn.
+void TestTrendParts::currentValueIsThatOfTheCurve()
+{
+    FakeSource source;
+    const PointId id = source.add("Voltage", "float", {});
+    FigureModel figures(nullptr, nullptr);
+    figures.add(source.points());
+    const auto tell = [&](qint64 time, double number) {
+        ValueAt value;
+        value.kind = ValueAt::Kind::Number;
+        value.number = number;
+        figures.setValues(Mark::End, {{id}, time}, {value});
+    };
+    const auto draw = [&](qint64 time) {
+        Thinned curve;
+        curve.statistics.count = 1;
+        figures.setAnswers({{id}, {0, time}, 100, time}, {curve});
+        figures.setScreen({0, time});
+        return figures.index(0, FigureModel::Current).data().toString();
+    };
+    tell(1000, 230);
+    QCOMPARE(draw(1000), "230");
+    tell(2000, 240);
+    QCOMPARE(figures.index(0, FigureModel::Current).data().toString(), "230");
+    tell(3000, 250);
+    QCOMPARE(draw(2000), "240");
+    QCOMPARE(draw(3000), "250");
+    QCOMPARE(draw(4000), "…"); // not told yet
 }
 
 void TestTrendParts::pointIsToldInFull()
