@@ -21,6 +21,9 @@ private slots:
     void neighboursAreJoined();
     void aRefusedRequestIsHalved();
     void whatIsSilentComesLast();
+    void silentValuesKeepNoOthersWaiting_data();
+    void silentValuesKeepNoOthersWaiting();
+    void whatHadNoTurnComesFirst();
     void whatAnswersAgainIsJoinedAgain();
     void whatStaysSilentIsNotJoined();
     void whatWasRefusedIsNotJoined();
@@ -63,15 +66,20 @@ private:
         }
         return points;
     }
-    // Asks as a reader does, and counts what was not answered.
+    // Asks as a reader does, and counts what was not answered, and the readings without one of the points.
     static int failures(ModbusPlan *plan, int readings,
-                        const std::function<bool(const ModbusRequest &)> &answers)
+                        const std::function<bool(const ModbusRequest &)> &answers, int point = 0,
+                        int *missed = nullptr)
     {
         int failures = 0;
+        const auto hasPoint = [point](const ModbusItem &item) { return item.point == point; };
         for (; readings > 0; --readings) {
-            plan->joinAnswered();
+            bool isRead = false;
+            plan->beginReading();
             for (int i = 0; i < plan->requests().size(); ++i) {
-                if (answers(plan->requests().at(i))) {
+                const ModbusRequest request = plan->requests().at(i);
+                if (answers(request)) {
+                    isRead = isRead || std::any_of(request.items.begin(), request.items.end(), hasPoint);
                     plan->noteAnswer(i);
                     continue;
                 }
@@ -82,6 +90,9 @@ private:
                     plan->split(plan->requests().size() - 1, ModbusPlan::Split::UntilAnswers);
                 }
                 break;
+            }
+            if (missed && !isRead) {
+                ++*missed;
             }
         }
         return failures;
@@ -207,6 +218,59 @@ void TestModbusPlan::whatIsSilentComesLast()
     QCOMPARE(spans(plan), "H2+1 H4+1 H0+1");
     plan.putLast(2);
     QCOMPARE(spans(plan), "H2+1 H4+1 H0+1");
+}
+
+void TestModbusPlan::silentValuesKeepNoOthersWaiting_data()
+{
+    QTest::addColumn<int>("silent"); // values apart that are never answered
+    QTest::addColumn<int>("atStart");
+    QTest::newRow("none") << 0 << 3;
+    QTest::newRow("five") << 5 << 8; // one more for the first silence of each
+    QTest::newRow("twenty") << 20 << 23;
+}
+
+// Of 60 that are joined one is silent at times.
+void TestModbusPlan::silentValuesKeepNoOthersWaiting()
+{
+    QFETCH(int, silent);
+    QVector<SimPoint> points = registers(7, 1) + registers(100, 60);
+    for (int i = 1; i <= silent; ++i) {
+        points += registers(1000 + 2 * i, 1);
+    }
+    ModbusPlan plan(points, {{"startAddress0", "1"}}, true);
+    bool isSound = false;
+    const auto answers = [&](const ModbusRequest &request) {
+        const bool hasBad = request.first() <= 130 && request.first() + request.count() > 130;
+        return request.first() < 1000 && (isSound || !hasBad);
+    };
+    constexpr int neighbour = 6; // register 105
+    int missed = 0;
+    failures(&plan, 300, answers, neighbour, &missed);
+    QTEST(missed, "atStart");
+    isSound = true;
+    missed = 0;
+    failures(&plan, 1100, answers, neighbour, &missed);
+    QCOMPARE(missed, 0); // not when they are joined, either
+    const auto isWhole = [](const ModbusRequest &request) { return request.items.size() == 60; };
+    QVERIFY(std::any_of(plan.requests().begin(), plan.requests().end(), isWhole));
+    isSound = false;
+    failures(&plan, 300, answers, neighbour, &missed);
+    QCOMPARE(missed, 3);
+}
+
+// A peer that takes two requests a reading lets none wait for ever, silent or not.
+void TestModbusPlan::whatHadNoTurnComesFirst()
+{
+    ModbusPlan plan(points("0:int16 2:int16 4:int16 6:int16 8:int16"), {{"startAddress0", "1"}}, true);
+    plan.noteFailure(4);
+    QMap<int, int> asked;
+    for (int reading = 0; reading < 5; ++reading) {
+        plan.beginReading();
+        ++asked[plan.requests().at(0).first()];
+        ++asked[plan.requests().at(1).first()];
+        plan.putFirst(2);
+    }
+    QCOMPARE(asked, (QMap<int, int>{{0, 2}, {2, 2}, {4, 2}, {6, 2}, {8, 2}}));
 }
 
 void TestModbusPlan::whatAnswersAgainIsJoinedAgain()

@@ -69,9 +69,9 @@ public:
     virtual void settle() {}
     // Asks the device for its points. readings has one for each point of the device, in order, not valid when
     // it comes; what is read is put there. Ends with the first request that is silent for the time given, or
-    // at which the line is closed; that one comes last the next time. A reader may open the line anew and ask
-    // once more before. The device has answered if it answered anything. A point that is refused, or to which
-    // there never is an answer, is told once, and again only if it was read in between.
+    // at which the line is closed; that one comes behind the others the next time. A reader may open the line
+    // anew and ask once more before. The device has answered if it answered anything. A point that is
+    // refused, or to which there never is an answer, is told once, and again only if it was read in between.
     virtual Result read(int device, int timeout, PointReading *readings) = 0;
     // The device was lost: what has been learned of it no longer counts.
     virtual void forget(int /*device*/) {}

@@ -4,10 +4,23 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 namespace {
 
 constexpr int mostTrust = 1000; // readings
+
+// The place in a reading.
+int rank(const ModbusRequest &request)
+{
+    if (request.failures == 0) {
+        return 0;
+    }
+    if (request.items.size() > 1) {
+        return 1;
+    }
+    return request.failures < Health::patience ? 2 : 3;
+}
 
 bool comesBefore(const ModbusItem &a, const ModbusItem &b)
 {
@@ -68,6 +81,7 @@ void ModbusPlan::take(int index, const SimPoint &point, bool countsFrom0)
 void ModbusPlan::reset()
 {
     m_requests.clear();
+    m_isInTurn = false;
     int end = 0; // of the request that is being made
     for (const ModbusItem &item : qAsConst(m_items)) {
         const bool joins = m_grouping && !m_requests.isEmpty()
@@ -99,12 +113,22 @@ bool ModbusPlan::split(int request, Split split)
         first.part = ++m_lastPart;
     }
     first.answers = 0;
+    first.failures = qMin(first.failures, Health::patience - 1);
     ModbusRequest second = first;
     second.items = first.items.mid(half);
     first.items = first.items.mid(0, half);
     m_requests[request] = first;
     m_requests.insert(request + 1, second);
     return true;
+}
+
+void ModbusPlan::beginReading()
+{
+    joinAnswered();
+    if (!std::exchange(m_isInTurn, false)) {
+        std::stable_sort(m_requests.begin(), m_requests.end(),
+                         [](const auto &a, const auto &b) { return rank(a) < rank(b); });
+    }
 }
 
 void ModbusPlan::joinAnswered()
@@ -143,6 +167,7 @@ void ModbusPlan::putLast(int request)
 
 void ModbusPlan::putFirst(int request)
 {
+    m_isInTurn = true;
     std::rotate(m_requests.begin(), m_requests.begin() + request, m_requests.end());
 }
 

@@ -53,24 +53,27 @@ public:
     };
     // Halves a request. False if it has one value only.
     bool split(int request, Split split);
-    // Joins again, and puts last, what was split because of silence if all of it has been answered for long
-    // enough. If that was in vain, one failure splits it, and the next time takes twice as long. One request
-    // at a time, so that it costs no others their answers.
-    void joinAnswered();
-    // A request was not answered: from now on it is the last, so that it does not keep the others waiting.
+    // To be called before each reading. Joins again what was split because of silence if all of it has been
+    // answered for long enough; if that was in vain, one failure splits it, and the next time takes twice as
+    // long. Then sorts the requests, unless putFirst() said with which to begin: what was answered the last
+    // time comes first, then what may be answered if it is split further, then single values that are silent.
+    // As the first that is not answered ends a reading, only those behind it are not read.
+    void beginReading();
+    // A request was not answered: it comes behind the others of its kind.
     void putLast(int request);
     // A request had no turn, nor those behind it: the next reading begins with them.
     void putFirst(int request);
     // A request was answered.
     void noteAnswer(int request);
-    // A request was not answered, though others were. True if that was so too often for a chance; then the
-    // halves of a split begin with as many failures.
+    // A request was not answered, though others were. True if that was so too often for a chance. One more
+    // failure is so for each half of a split.
     bool noteFailure(int request);
     // Forgets what was split and moved.
     void reset();
 
 private:
     void take(int index, const SimPoint &point, bool countsFrom0);
+    void joinAnswered();
     void join(int part);
 
     bool m_grouping;
@@ -78,5 +81,6 @@ private:
     QVector<ModbusItem> m_items; // by area and address
     QVector<ModbusRequest> m_requests;
     int m_lastPart = 0;
+    bool m_isInTurn = false; // whether putFirst() said with which to begin
     QVector<Refusal> m_refusals;
 };

@@ -91,7 +91,7 @@ DeviceReader::Result ModbusReader::read(int device, int timeout, PointReading *r
 {
     Slave &slave = m_slaves[static_cast<size_t>(device)];
     Turn turn = {device, timeout, false, QDeadlineTimer(QDeadlineTimer::Forever)};
-    slave.plan.joinAnswered();
+    slave.plan.beginReading();
     if (slave.isFoundFirst && slave.plan.requests().constFirst().items.size() > 1) {
         const Result found = find(&slave, &turn, readings);
         if (found.outcome != Outcome::Answered || m_setup.stop->isSet()) {
