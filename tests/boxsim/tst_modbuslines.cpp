@@ -1,3 +1,4 @@
+#include "boxsim/acquire/modbusreader.h"
 #include "boxsim/acquire/modbustcpline.h"
 #include "boxsim/acquire/stopflag.h"
 #include "boxsim/boxrange.h"
@@ -11,6 +12,47 @@
 using Modbus::Answer;
 using Modbus::Device;
 using Modbus::Request;
+
+namespace {
+
+// Closed at each second request; the others are answered with a failure. It takes its time to be opened anew.
+class ClosingLine : public ModbusLine
+{
+public:
+    explicit ClosingLine(StopFlag *stop)
+        : ModbusLine(1000, stop)
+    {
+    }
+    QString name() const override { return "line"; }
+    int openTimeout() const override { return 1000; }
+
+    QVector<int> opens; // the time that each had
+
+protected:
+    Context connect(int timeout, QString * /*reason*/) override
+    {
+        opens.append(timeout);
+        m_requests = 0;
+        QThread::msleep(opens.size() == 2 ? 30 : 0);
+        return Context(modbus_new_tcp(nullptr, 1502));
+    }
+    bool prepare(int /*timeout*/, ModbusAnswer *answer) override
+    {
+        const bool isAnswered = ++m_requests == 1;
+        *answer = {isAnswered ? ModbusAnswer::Kind::Exception : ModbusAnswer::Kind::Lost, 4, "none"};
+        return false;
+    }
+    bool send(const ModbusAsk & /*ask*/) override { return false; }
+    int missingBytes(const QByteArray & /*answer*/) const override { return -1; }
+    bool isSound(const QByteArray & /*answer*/) const override { return false; }
+    bool isLatest(const QByteArray & /*answer*/) const override { return false; }
+    void noteFailure(Failure /*failure*/) override {}
+
+private:
+    int m_requests = 0; // since it was opened
+};
+
+} // namespace
 
 // What a connection and a serial line are left to: answers that come late, slowly or without an end, lines
 // that close, and how soon all that ends. The device is the test's own.
@@ -28,6 +70,9 @@ private slots:
     void theTimeoutIsOfTheWholeAnswer_data();
     void theTimeoutIsOfTheWholeAnswer();
     void aStationThatEndsTheConnectionLeavesTheOthersValid();
+    void aPeerThatRefusesForAMomentIsRead_data();
+    void aPeerThatRefusesForAMomentIsRead();
+    void aLineIsOpenedAnewForOneTimeout();
     void manyOpenFilesAreNoObstacle();
     void aClosedConnectionIsOpenedAnew();
     void aReconnectionTakesNoLongerThanItsRequest();
@@ -157,6 +202,66 @@ void TestModbusLines::aStationThatEndsTheConnectionLeavesTheOthersValid()
     EVENTUALLY(m_run->count() >= 6);
     QCOMPARE(m_run->readings[0], QVector<QStringList>(m_run->count(), {"1007", "!", "3007"}));
     QCOMPARE(m_run->log, QStringList{"\"S0\": station 2 lost after 3 attempts: Connection reset by peer"});
+}
+
+void TestModbusLines::aPeerThatRefusesForAMomentIsRead_data()
+{
+    QTest::addColumn<QJsonArray>("slaves");
+    QTest::newRow("one station") << QJsonArray{
+        Acquire::slave(1, {"7 uint16", "50 uint16", "100 uint16", "200 uint16"})};
+    QTest::newRow("two stations") << QJsonArray{Acquire::slave(1, {"7 uint16", "50 uint16"}),
+                                                Acquire::slave(2, {"8 uint16"})};
+}
+
+// It ends a connection at the second request, and takes no other for a while.
+void TestModbusLines::aPeerThatRefusesForAMomentIsRead()
+{
+    QFETCH(QJsonArray, slaves);
+    int answered = 0; // in this connection
+    RUN(run(
+        false, slaves,
+        [&](const Request &request) {
+            if (++answered == 1) {
+                return request.good();
+            }
+            QTimer::singleShot(0, m_device.get(), [&] { m_device->stop(); });
+            QTimer::singleShot(90, m_device.get(), [&] {
+                answered = 0;
+                m_device->start();
+            });
+            return QByteArray();
+        },
+        100, 250));
+    EVENTUALLY(m_run->count() >= 1);
+    for (int point = 0; point < m_run->last().size(); ++point) {
+        EVENTUALLY(!m_run->last().at(point).startsWith('!'));
+    }
+    EVENTUALLY(m_run->count() >= 6);
+    QCOMPARE(m_run->log, QStringList());
+}
+
+// Only as long as is left of it, and only if the line may be opened.
+void TestModbusLines::aLineIsOpenedAnewForOneTimeout()
+{
+    SimStandard standard;
+    for (const QString &address : {QString("1"), QString("3"), QString("5"), QString("7")}) {
+        standard.points.append({address, address, "uint16", 1});
+    }
+    standard.devices.append({{{"stationNum", "1"}}, 0, 4});
+    StopFlag stop;
+    int asked = 0;
+    ReaderSetup setup = {&standard, QString(), true, &stop, [](const QString &) {}};
+    setup.mayOpen = [&asked](QString *) { return ++asked < 4; };
+    auto owned = std::make_unique<ClosingLine>(&stop);
+    const ClosingLine *line = owned.get();
+    ModbusReader reader(setup, std::move(owned));
+    QString reason;
+    QVERIFY(reader.open(1000, &reason));
+    QVector<PointReading> readings(4);
+    reader.read(0, 500, readings.data());
+    QCOMPARE(asked, 4);
+    QCOMPARE(line->opens.size(), 3);
+    QVERIFY2(line->opens.at(2) <= 470, QByteArray::number(line->opens.at(2)));
 }
 
 void TestModbusLines::manyOpenFilesAreNoObstacle()

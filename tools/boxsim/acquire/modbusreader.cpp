@@ -159,7 +159,7 @@ ModbusAnswer ModbusReader::ask(const Slave &slave, const ModbusRequest &request,
     return answer;
 }
 
-// For one time-out, so that a peer that is slow does not hold up the others.
+// For one time-out in all, so that a peer that is slow does not hold up the others.
 bool ModbusReader::reopen(Turn *turn)
 {
     m_line->close();
@@ -167,7 +167,12 @@ bool ModbusReader::reopen(Turn *turn)
         turn->reopening.setRemainingTime(turn->timeout);
     }
     QString reason;
-    return !turn->reopening.hasExpired() && m_line->open(qMin(turn->timeout, m_line->openTimeout()), &reason);
+    const auto left = static_cast<int>(turn->reopening.remainingTime());
+    if (left > 0 && open(qMin(left, openTimeout()), &reason)) {
+        return true;
+    }
+    turn->reopening.setRemainingTime(0);
+    return false;
 }
 
 void ModbusReader::takeValues(Slave *slave, const ModbusRequest &request, const QVector<quint16> &words,

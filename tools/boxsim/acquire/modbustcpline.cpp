@@ -2,6 +2,7 @@
 
 #include "boxsim/acquire/stopflag.h"
 
+#include <QDeadlineTimer>
 #include <QtEndian>
 
 #include <cerrno>
@@ -18,6 +19,7 @@ namespace {
 constexpr int prefix = 6;          // bytes up to the length of what follows
 constexpr int shortest = 9;        // with station, function, and size or exception
 constexpr int longestIdle = 32767; // seconds
+constexpr int retryPause = 50;     // milliseconds until a peer that refuses is asked again
 
 QString errorText(int error)
 {
@@ -51,10 +53,23 @@ QString ModbusTcpLine::name() const
     return QStringLiteral("%1:%2").arg(m_setup.address.toString()).arg(m_setup.port);
 }
 
-// libmodbus would wait for the connection without an end to it at a stop.
+// Some peers refuse for a moment after the end of a connection. One that took none before is asked once, and
+// so is one that refused for the whole time.
 ModbusLine::Context ModbusTcpLine::connect(int timeout, QString *reason)
 {
     m_isOutOfStep = false;
+    const QDeadlineTimer deadline(timeout);
+    Context context = connectOnce(timeout, reason);
+    while (!context && m_mayRefuse && deadline.remainingTime() > retryPause && stopFlag()->wait(retryPause)) {
+        context = connectOnce(static_cast<int>(deadline.remainingTime()), reason);
+    }
+    m_mayRefuse = context || (m_mayRefuse && timeout < m_setup.connectTimeout);
+    return context;
+}
+
+// libmodbus would wait for the connection without an end to it at a stop.
+ModbusLine::Context ModbusTcpLine::connectOnce(int timeout, QString *reason) const
+{
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (socket < 0) {
         *reason = errorText(errno);

@@ -31,9 +31,11 @@ protected:
     void noteFailure(Failure failure) override;
 
 private:
+    Context connectOnce(int timeout, QString *reason) const;
     bool finishConnect(int socket, int timeout, QString *reason) const;
 
     Setup m_setup;
     quint16 m_transaction = 0;
+    bool m_mayRefuse = false;   // the next connection for a moment, as it took the last one
     bool m_isOutOfStep = false; // so that it is to be opened anew
 };
