@@ -100,7 +100,8 @@ bool RecordingCurveReader::readNext(const Sample *last, qint64 time, qint64 now,
     if (found) {
         *next = after;
     }
-    return found || !last || readLateBreak(*last, presentOf(now), next);
+    // Of an ended recording nobody knows whether reports came later: that is not told as none.
+    return found || !last || !m_curve.isOpenEnded || readLateBreak(*last, presentOf(now), next);
 }
 
 QString RecordingCurveReader::latestStatement()

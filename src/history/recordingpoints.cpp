@@ -33,7 +33,7 @@ bool RecordingPoints::read(RecordingDatabase *database)
         auto place = m_places.find(point.id);
         if (place == m_places.end()) {
             place = m_places.insert(point.id, m_curves.size());
-            m_curves.append({point, {}, {0, -1}, -1});
+            m_curves.append({point, {}, {0, -1}, -1, m_isOpenEnded});
         }
         Curve &curve = m_curves[*place];
         curve.keys.append(query.value(0).toLongLong());

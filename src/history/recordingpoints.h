@@ -13,10 +13,11 @@ class RecordingPoints
 {
 public:
     struct Curve {
-        Point point;          // as it was recorded last
-        QVector<qint64> keys; // in the database; one for each address and type that it had
-        TimeRange extent;     // of all samples; from > to if there are none
-        qint64 seen = -1;     // when the last one was found, in ms; -1 if it was there from the beginning
+        Point point;              // as it was recorded last
+        QVector<qint64> keys;     // in the database; one for each address and type that it had
+        TimeRange extent;         // of all samples; from > to if there are none
+        qint64 seen = -1;         // when the last one was found, in ms; -1 if it was there from the beginning
+        bool isOpenEnded = false; // as of all
     };
 
     // False if the database can't be read.

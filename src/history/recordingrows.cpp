@@ -46,9 +46,7 @@ void RecordingRows::drop(const Readings &standard)
 void RecordingRows::end(qint64 time, const std::function<bool(const PointId &)> &goesOn)
 {
     for (int curve = 0; curve < m_curves.size(); ++curve) {
-        // Others are broken already.
-        if (m_curves.at(curve).state == SampleState::Valid
-            && !goesOn(m_points.at(m_curves.at(curve).point).point.id)) {
+        if (!goesOn(m_points.at(m_curves.at(curve).point).point.id)) {
             breakCurve(curve, time, SampleState::Ended);
         }
     }

@@ -11,6 +11,7 @@
 
 using namespace Recordings;
 
+Q_DECLARE_METATYPE(SampleState)
 Q_DECLARE_METATYPE(ValueAt::Kind)
 
 // The threads that read a recording for a trend window: what they do for each other, and when one fails.
@@ -31,6 +32,8 @@ private slots:
     void looksUpInTheFileThatIsOpen();
     void silenceBreaks_data();
     void silenceBreaks();
+    void endIsNoSilence_data();
+    void endIsNoSilence();
     void silenceIsThatOfACurve_data();
     void silenceIsThatOfACurve();
     void clocksOfRecordersMayDiffer();
@@ -289,6 +292,7 @@ void TestRecordingSession::silenceBreaks()
           ended ? QString("UPDATE sample SET time = %1 WHERE validity = 4").arg(start + 4000)
                 : QString("DELETE FROM sample WHERE validity = 4 OR validity = 3 AND time > %1")
                       .arg(start + reports.last() * 1000));
+    asked(path(), QString("UPDATE recording SET ended = NULL WHERE %1").arg(int(!ended)));
     RecordingDatabase database(file(path()));
     QVERIFY(database.open(RecordingDatabase::Access::Read));
     RecordingPoints points;
@@ -314,6 +318,39 @@ void TestRecordingSession::silenceBreaks()
     QTEST(QString::fromLatin1(value.kind == ValueAt::Kind::Break ? "break" : "number"), "value");
 }
 
+// Whatever was reported last.
+void TestRecordingSession::endIsNoSilence_data()
+{
+    QTest::addColumn<QString>("valid");
+    QTest::addColumn<QString>("sql");
+    QTest::addColumn<SampleState>("why");
+    QTest::newRow("valid") << "1"
+                           << "" << SampleState::Ended;
+    QTest::newRow("not valid") << "0"
+                               << "" << SampleState::Ended;
+    QTest::newRow("not valid, of an earlier version")
+        << "0"
+        << "DELETE FROM sample WHERE validity = 4" << SampleState::NotValid;
+}
+
+void TestRecordingSession::endIsNoSilence()
+{
+    QFETCH(QString, valid);
+    QFETCH(QString, sql);
+    const auto at = [&valid](qint64 time) { return report(time, {reading("U", "1", "float", valid)}); };
+    record(file(path()), {at(0), at(1000)});
+    asked(path(), QString("UPDATE sample SET time = %1 WHERE validity = 4;").arg(start + 2000) + sql);
+    RecordingDatabase database(file(path()));
+    QVERIFY(database.open(RecordingDatabase::Access::Read));
+    RecordingPoints points;
+    QVERIFY(points.read(&database));
+    ValueAt value;
+    QVERIFY(RecordingCurveReader(&database, *points.find(id("U")), 0)
+                .valueAt(start + 60000, start + 60000, &value));
+    QCOMPARE(value.kind, ValueAt::Kind::Break);
+    QTEST(value.why, "why");
+}
+
 // Whatever the present of the others.
 void TestRecordingSession::silenceIsThatOfACurve_data()
 {
@@ -327,7 +364,7 @@ void TestRecordingSession::silenceIsThatOfACurve()
 {
     QFETCH(qint64, seen);
     record(file(path()), {report(0, {reading("U", "1")}), report(1000, {reading("U", "1")})});
-    asked(path(), "DELETE FROM sample WHERE validity = 4");
+    asked(path(), "DELETE FROM sample WHERE validity = 4; UPDATE recording SET ended = NULL");
     RecordingDatabase database(file(path()));
     QVERIFY(database.open(RecordingDatabase::Access::Read));
     RecordingPoints points;
