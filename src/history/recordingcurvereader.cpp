@@ -12,7 +12,8 @@
 namespace {
 
 constexpr int samplesBetween = 10000; // that are read until it asks whether to go on
-constexpr int reportsForUsual = 6;    // with the pauses between them
+constexpr int latePauses = 3;
+constexpr int samplesForUsual = 16; // more than one program may record the same reports
 
 // Whatever is usual.
 bool mayBeLate(const Sample &last, qint64 now)
@@ -20,6 +21,19 @@ bool mayBeLate(const Sample &last, qint64 now)
     Lateness alone;
     alone.report(last.time);
     return isReported(last.state) && alone.lateSince(now);
+}
+
+// Between reports without a break; 0 if there is none. Where several programs record the same reports, most
+// pauses are short ones between their samples.
+qint64 longestPause(const QVector<QPair<qint64, SampleState>> &samples)
+{
+    qint64 longest = 0;
+    for (int place = 1; place < samples.size(); ++place) {
+        if (isReported(samples.at(place - 1).second) && isReported(samples.at(place).second)) {
+            longest = std::max(longest, samples.at(place).first - samples.at(place - 1).first);
+        }
+    }
+    return longest;
 }
 
 } // namespace
@@ -108,7 +122,7 @@ QString RecordingCurveReader::latestStatement()
 {
     return QStringLiteral(
                "SELECT time, validity FROM sample WHERE point = ? AND time <= ? ORDER BY time DESC LIMIT %1")
-        .arg(reportsForUsual);
+        .arg(samplesForUsual);
 }
 
 bool RecordingCurveReader::readLateBreak(const Sample &last, qint64 now, std::optional<Sample> *late)
@@ -140,8 +154,13 @@ bool RecordingCurveReader::readLateBreak(const Sample &last, qint64 now, std::op
             lateness.endSession();
         }
     }
-    if (const auto since = lateness.lateSince(now)) {
-        *late = Sample{*since, std::numeric_limits<double>::quiet_NaN(), SampleState::NoReport, {}};
+    const auto since = lateness.lateSince(now);
+    const qint64 leastSince = last.time + latePauses * longestPause(samples);
+    if (since && now > leastSince) {
+        *late = Sample{std::max(*since, leastSince),
+                       std::numeric_limits<double>::quiet_NaN(),
+                       SampleState::NoReport,
+                       {}};
     }
     return true;
 }

@@ -34,6 +34,8 @@ private slots:
     void silenceBreaks();
     void endIsNoSilence_data();
     void endIsNoSilence();
+    void silenceWithTwoRecorders_data();
+    void silenceWithTwoRecorders();
     void silenceIsThatOfACurve_data();
     void silenceIsThatOfACurve();
     void clocksOfRecordersMayDiffer();
@@ -349,6 +351,46 @@ void TestRecordingSession::endIsNoSilence()
                 .valueAt(start + 60000, start + 60000, &value));
     QCOMPARE(value.kind, ValueAt::Kind::Break);
     QTEST(value.why, "why");
+}
+
+// Which are two programs: each of the reports is there twice.
+void TestRecordingSession::silenceWithTwoRecorders_data()
+{
+    QTest::addColumn<int>("apart");            // ms
+    QTest::addColumn<QVector<int>>("reports"); // min
+    QTest::addColumn<int>("quiet");            // s
+    QTest::addColumn<ValueAt::Kind>("kind");
+    const QVector<int> each{0, 1, 2, 3, 4, 5};
+    const QVector<int> outage{0, 1, 2, 3, 60};
+    QTest::newRow("in time") << 5 << each << 60 << ValueAt::Kind::Number;
+    QTest::newRow("late") << 5 << each << 181 << ValueAt::Kind::Break;
+    QTest::newRow("other clocks") << 5000 << each << 60 << ValueAt::Kind::Number;
+    QTest::newRow("in time after an outage") << 5 << outage << 60 << ValueAt::Kind::Number;
+    QTest::newRow("late after an outage") << 5 << outage << 181 << ValueAt::Kind::Break;
+}
+
+void TestRecordingSession::silenceWithTwoRecorders()
+{
+    QFETCH(int, apart);
+    QFETCH(QVector<int>, reports);
+    QFETCH(int, quiet);
+    QVector<Readings> all;
+    for (const int minute : qAsConst(reports)) {
+        all.append(report(minute * 60000, {reading("U", "1")}));
+    }
+    record(file(path()), all);
+    asked(path(),
+          QString("DELETE FROM sample WHERE validity = 4; UPDATE recording SET ended = NULL; "
+                  "INSERT INTO sample SELECT point, time + %1, number, text, validity FROM sample")
+              .arg(apart));
+    RecordingDatabase database(file(path()));
+    QVERIFY(database.open(RecordingDatabase::Access::Read));
+    RecordingPoints points;
+    QVERIFY(points.read(&database));
+    const qint64 now = start + reports.last() * 60000 + apart + quiet * 1000;
+    ValueAt value;
+    QVERIFY(RecordingCurveReader(&database, *points.find(id("U")), 0).valueAt(now, now, &value));
+    QTEST(value.kind, "kind");
 }
 
 // Whatever the present of the others.
