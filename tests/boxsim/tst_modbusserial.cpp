@@ -25,6 +25,8 @@ private slots:
     void whoeverReadsALineNextWaitsForItsSilence_data();
     void whoeverReadsALineNextWaitsForItsSilence();
     void aNameThatLedNowhereKeepsTheSilence();
+    void aNameThatIsBackKeepsTheSilence();
+    void theLongerTimeoutIsOwedToAnotherLine();
     void standardsOfALineWaitForItsSilence();
     void oneLineUnderTwoNamesIsOneLine();
     void twoNamesOfALineThatComesLate();
@@ -161,6 +163,62 @@ void TestModbusSerial::aNameThatLedNowhereKeepsTheSilence()
     m_run->start({m_device->standard({Acquire::slave(1, {"100 uint16"})}, timeout)}, 60, {{"COM0", "late"}});
     EVENTUALLY(m_run->count() >= 1);
     QCOMPARE(m_run->readings[0].at(0), QStringList{"1100"});
+}
+
+// As that of an adapter that is another tty and then the first again.
+void TestModbusSerial::aNameThatIsBackKeepsTheSilence()
+{
+    constexpr int timeout = 250;
+    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
+            sendLater(120, request.good());
+            return QByteArray();
+        }));
+    Device other(true, 1, good);
+    const auto lead = [](const QString &line) {
+        QFile::remove("moves");
+        return QFile::link(line, "moves");
+    };
+    m_run = std::make_unique<Acquire::Run>();
+    const auto start = [&](const QString &point) {
+        m_run->start({m_device->standard({Acquire::slave(1, {point})}, timeout)}, 60, {{"COM0", "moves"}});
+    };
+    QVERIFY(lead("line0"));
+    RUN(start("7 uint16"));
+    QVERIFY(m_run->comes({"1007"}));
+    QVERIFY(lead("line1"));
+    RUN(start("100 uint16"));
+    QVERIFY(m_run->comes({"1100"}));
+    QVERIFY(lead("line0"));
+    const int before = m_device->requestCount();
+    other.stop();
+    EVENTUALLY(m_device->requestCount() > before);
+    RUN(start("7 uint16"));
+    EVENTUALLY(m_run->count() >= 1);
+    QCOMPARE(m_run->readings[0].at(0), QStringList{"1007"});
+}
+
+// An answer is late by the time-out of the project before.
+void TestModbusSerial::theLongerTimeoutIsOwedToAnotherLine()
+{
+    RUN(m_device = std::make_unique<Device>(true, 0, [this](const Request &request) {
+            if (request.first == 7) {
+                sendLater(170, request.good());
+            }
+            return QByteArray();
+        }));
+    m_run = std::make_unique<Acquire::Run>();
+    QFile::remove("late");
+    const auto start = [this](const QString &point, int timeout) {
+        m_run->start({m_device->standard({Acquire::slave(1, {point})}, timeout)}, 60, {{"COM0", "late"}});
+    };
+    RUN(start("7 uint16", 400));
+    EVENTUALLY(m_run->count() >= 1);
+    QVERIFY(QFile::link("line0", "late"));
+    EVENTUALLY(m_device->requestCount() == 1);
+    RUN(start("100 uint16", 100));
+    EVENTUALLY(m_run->count() >= 1);
+    QCOMPARE(m_run->readings[0].at(0), QStringList{"!"});
+    QCOMPARE(m_device->asked(), (QStringList{"1:7+1", "1:100+1"}));
 }
 
 // One Standard is answered too late, with what would be good to the other.

@@ -55,36 +55,31 @@ QString fileOf(const QString &path)
     return file.isEmpty() ? path : file;
 }
 
-// The serial line of a Standard, all empty if it has none.
-struct SerialName {
-    QString path;
-    QString file; // when the project began
-};
-
-QVector<SerialName> serialNames(const QVector<SimStandard> &standards, const AcquireOptions &options)
+QVector<Acquisition::SerialName> serialNames(const QVector<SimStandard> &standards,
+                                             const AcquireOptions &options)
 {
-    QVector<SerialName> names;
+    QVector<Acquisition::SerialName> names;
     for (const SimStandard &standard : standards) {
         const ReaderKind *kind = readerKind(standard);
         const QString port = standard.parameters.value(QStringLiteral("serialport"));
         const QString path = kind && kind->serial ? options.serialLines.value(port) : QString();
-        names.append({path, fileOf(path)});
+        names.append({path, fileOf(path), serialSettings(standard.parameters, {}).timeout});
     }
     return names;
 }
 
 // The other names that have the line if it turns out to be theirs: those of files that were there when the
 // project began, then the first.
-QStringList namesBefore(const QVector<SerialName> &names, const QString &file)
+QStringList namesBefore(const QVector<Acquisition::SerialName> &names, const QString &file)
 {
     QStringList files;
-    for (const SerialName &name : names) {
+    for (const Acquisition::SerialName &name : names) {
         files.append(name.file);
     }
     std::stable_partition(files.begin(), files.end(),
                           [](const QString &path) { return QFileInfo::exists(path); });
     QStringList before;
-    for (const SerialName &name : names) {
+    for (const Acquisition::SerialName &name : names) {
         if (!name.path.isEmpty() && files.indexOf(name.file) < files.indexOf(file)) {
             before.append(name.path);
         }
@@ -92,25 +87,41 @@ QStringList namesBefore(const QVector<SerialName> &names, const QString &file)
     return before;
 }
 
+// Until it was silent for so long, the line may still have an answer to somebody else if its path leads to
+// another file than before. That has to begin anew while it cannot be opened, as it may be in use.
+std::function<void()> silenceAfterMove(const ReaderSetup &setup, const QString &file, int longest)
+{
+    return [path = setup.serialPath, silence = setup.silence, last = file, longest, moved = false]() mutable {
+        const bool hasMoved = last != fileOf(path);
+        last = fileOf(path);
+        moved = hasMoved || (moved && silence->isNeeded());
+        if (moved) {
+            silence->need(longest);
+        }
+    };
+}
+
 // Refuses a line while another name leads to its file, which could not be known when the project began: each
 // has a link of its own. That is told once.
-std::function<bool(QString *)> lineGuard(const ReaderSetup &setup, const QStringList &others)
+std::function<bool(QString *)> lineGuard(const ReaderSetup &setup, const QStringList &others,
+                                         const std::function<void()> &notice)
 {
     const QString refusal =
         QStringLiteral("\"%1\": %2 is not read, ").arg(setup.standard->name, setup.serialPath);
-    return
-        [path = setup.serialPath, tell = setup.tell, others, refusal, told = false](QString *reason) mutable {
-            for (const QString &other : others) {
-                if (fileOf(other) == fileOf(path)) {
-                    *reason = QStringLiteral("%1 is the same line").arg(other);
-                    if (!std::exchange(told, true)) {
-                        tell(refusal + *reason);
-                    }
-                    return false;
+    return [path = setup.serialPath, tell = setup.tell, others, refusal, notice,
+            told = false](QString *reason) mutable {
+        notice();
+        for (const QString &other : others) {
+            if (fileOf(other) == fileOf(path)) {
+                *reason = QStringLiteral("%1 is the same line").arg(other);
+                if (!std::exchange(told, true)) {
+                    tell(refusal + *reason);
                 }
+                return false;
             }
-            return true;
-        };
+        }
+        return true;
+    };
 }
 
 } // namespace
@@ -129,9 +140,9 @@ Acquisition::~Acquisition()
 void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOptions &options, int interval)
 {
     stop();
-    ++m_starts;
     m_standards = standards;
     const QVector<SerialName> names = serialNames(standards, options);
+    noteLines(names);
     for (int i = 0; i < m_standards.size(); ++i) {
         const SimStandard &standard = m_standards.at(i);
         const ReaderKind *kind = readerKind(standard);
@@ -143,8 +154,9 @@ void Acquisition::start(const QVector<SimStandard> &standards, const AcquireOpti
             const auto tell = [link](const QString &text) { emit link->told(text); };
             ReaderSetup setup{&standard, line.path, options.grouping, link->stopFlag(), tell};
             if (kind->serial) {
-                setup.silence = silenceOf(line.file, serialSettings(standard.parameters, {}).timeout);
-                setup.mayOpen = lineGuard(setup, namesBefore(names, line.file));
+                setup.silence = m_silences.value(line.file);
+                setup.mayOpen = lineGuard(setup, namesBefore(names, line.file),
+                                          silenceAfterMove(setup, line.file, m_longestSilence));
             }
             reader = kind->make(setup);
             tellOutside(standard, tell);
@@ -206,16 +218,32 @@ Link *Acquisition::sharedLink(const QString &file)
     return link;
 }
 
-// A file that nobody has read may be one that the project before read under another name, as that of an
-// adapter that was not there yet.
-std::shared_ptr<LineSilence> Acquisition::silenceOf(const QString &file, int timeout)
+// What a path leads to now may have been read under another one, or that of an adapter that is back. So the
+// silence is the longest that either project needs.
+void Acquisition::noteLines(const QVector<SerialName> &names)
 {
-    std::shared_ptr<LineSilence> &silence = m_silences[file];
-    if (!silence) {
-        silence = std::make_shared<LineSilence>();
-        if (m_starts > 1) {
-            silence->need(timeout);
+    QMap<QString, QString> files;
+    int longest = 0;
+    for (const SerialName &name : names) {
+        if (!name.path.isEmpty()) {
+            files.insert(name.path, name.file);
+            longest = qMax(longest, name.timeout);
         }
     }
-    return silence;
+    if (files.isEmpty()) {
+        return;
+    }
+    const bool isFirst = m_files.isEmpty();
+    const int owed = qMax(longest, std::exchange(m_longest, longest));
+    m_longestSilence = owed;
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        std::shared_ptr<LineSilence> &silence = m_silences[file.value()];
+        if (!silence) {
+            silence = std::make_shared<LineSilence>();
+        }
+        if (!isFirst && m_files.value(file.key()) != file.value()) {
+            silence->need(owed);
+        }
+    }
+    m_files = files;
 }

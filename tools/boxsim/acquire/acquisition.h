@@ -24,6 +24,13 @@ class Acquisition : public QObject
     Q_OBJECT
 
 public:
+    // The serial line of a Standard, its path and file empty if it has none.
+    struct SerialName {
+        QString path;
+        QString file; // when the project began
+        int timeout;  // milliseconds
+    };
+
     explicit Acquisition(QObject *parent = nullptr);
     ~Acquisition() override;
 
@@ -46,12 +53,14 @@ signals:
 private:
     Link *newLink();
     Link *sharedLink(const QString &file);
-    std::shared_ptr<LineSilence> silenceOf(const QString &file, int timeout);
+    void noteLines(const QVector<SerialName> &names);
 
     QVector<SimStandard> m_standards; // which the readers refer to
     std::vector<std::unique_ptr<Link>> m_links;
     QMap<QString, Link *> m_sharedLinks; // by the file of the line; empty for Standards that cannot be read
     QMap<QString, std::shared_ptr<LineSilence>> m_silences; // by the file, also for the next start()
-    int m_starts = 0;
-    int m_generation = 0; // of the links: what older ones have told comes too late
+    QMap<QString, QString> m_files;                         // of the lines of this project, by path
+    int m_longest = 0;                                      // time-out of these lines
+    int m_longestSilence = 0; // that a line may owe, also because of the project before
+    int m_generation = 0;     // of the links: what older ones have told comes too late
 };

@@ -6,7 +6,7 @@
 
 void LineSilence::need(int time)
 {
-    m_needed = time;
+    m_needed = qMax(m_needed, time);
     noteByte();
 }
 

@@ -27,6 +27,8 @@ public:
 
     // There was no answer: from now on it must be silent for so long.
     void need(int time);
+    // Whether it has not been silent for as long as it must be.
+    bool isNeeded() const { return m_needed > 0; }
     // A byte came or went.
     void noteByte() { m_sinceLastByte.restart(); }
     qint64 sinceLastByte() const { return m_sinceLastByte.elapsed(); }
