@@ -13,6 +13,7 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -95,8 +96,16 @@ void ParameterTable::typeInto(int row)
     if (!first) {
         return;
     }
-    scrollTo(model()->index(row, 0));
+    // The focus makes a row the current one, which is the one that a button then deletes. The view is not told
+    // of the way back: it would take the focus along.
+    const QPersistentModelIndex current = currentIndex();
     first->setFocus();
+    {
+        const QSignalBlocker quiet(selectionModel());
+        selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    }
+    viewport()->update();
+    scrollTo(model()->index(row, 0));
     // Not before something is typed: the button that added the row would slip away under the pointer, and the
     // next click of who adds several would go into a cell.
     connect(first, &QLineEdit::textEdited, this, [this, first] {

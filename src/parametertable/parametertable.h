@@ -22,7 +22,8 @@ public:
     ParameterTable(const ParameterVariant &variant, QObject *listFilter, QWidget *parent);
 
     void appendRow();
-    // Brings the cursor into the first cell of the row, and that into sight when something is typed.
+    // Brings the cursor into the first cell of the row, and that into sight when something is typed. The
+    // current row stays.
     void typeInto(int row);
     // Replaces the rows; tells of no change.
     void fill(const RowList &rows);

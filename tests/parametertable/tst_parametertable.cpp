@@ -29,6 +29,7 @@ private slots:
     void fieldUnderTheButtonStaysInTheRow();
     void shortAndLongRowsDoNoHarm();
     void deleteButtonRemovesTheCurrentRow();
+    void addingKeepsTheCurrentRow();
     void clickedDeleteButtonRemovesTheCurrentRow();
     void removeAllEmptiesTheTable();
     void wheelLeavesListsAlone();
@@ -204,6 +205,25 @@ void TestParameterTable::deleteButtonRemovesTheCurrentRow()
     m_table->setCurrentCell(0, 0);
     lastButton->click();
     QCOMPARE(m_table->rows(), (RowList{plcRow("2", "b"), plcRow("3", "c")}));
+}
+
+void TestParameterTable::addingKeepsTheCurrentRow()
+{
+    m_table->resize(900, 300);
+    m_form->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_form));
+    m_form->startParameter();
+    m_form->startParameter();
+    QVERIFY(editor(1, Address)->hasFocus());
+    QTest::mouseClick(m_table->cellWidget(0, Button), Qt::LeftButton);
+    QCOMPARE(m_table->rowCount(), 2);
+    editor(0, Name)->setText("first");
+    m_table->setCurrentCell(0, Address);
+    m_form->startParameter();
+    QVERIFY(editor(2, Address)->hasFocus());
+    QTest::mouseClick(m_table->cellWidget(2, Button), Qt::LeftButton);
+    QCOMPARE(m_table->rowCount(), 2);
+    QCOMPARE(m_table->text(0, Name), QString());
 }
 
 void TestParameterTable::clickedDeleteButtonRemovesTheCurrentRow()
