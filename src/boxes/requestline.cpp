@@ -90,9 +90,7 @@ bool RequestLine::takeAnswer(Request request)
 // One answer that is lost must not keep those to later requests from being shown.
 void RequestLine::giveUp()
 {
-    if (m_awaited[m_latest] > 0) {
-        showLoss(overdue);
-    }
+    showLoss(overdue);
     for (std::size_t request = 0; request < m_awaited.size(); ++request) {
         m_overdue[request] += m_awaited[request];
     }

@@ -41,6 +41,7 @@ private slots:
     void answerToOneRequestIsNotThatToAnother();
     void answerThatIsLostIsTold_data();
     void answerThatIsLostIsTold();
+    void lostWriteIsToldBehindARead();
     void lostAnswerDoesNotHideThoseBehindIt();
     void anotherItemTakesTheLineOfTheRebootBefore();
     void refusedWriteStaysToldOnItsPage();
@@ -348,6 +349,21 @@ void TestBoxEditAllocation::answerThatIsLostIsTold()
     click(button);
     QVERIFY(told(line).endsWith("no answer yet."));
     QTRY_COMPARE(told(line), "NO ANSWER from 127.0.11.5 within ten seconds." + doubt);
+}
+
+void TestBoxEditAllocation::lostWriteIsToldBehindARead()
+{
+    const QScopedValueRollback<int> patience(RequestLine::patience, 200);
+    open();
+    QVERIFY(connected());
+    click("ntpWriteButton");
+    click("ntpReadButton");
+    m_messages->expect();
+    answer(jsonAnswer(R"({"type":"8","pares":{"NTP":"10.9.9.9"}})"));
+    QTRY_COMPARE(m_messages->told().size(), 1);
+    QTRY_COMPARE(told("ntpRequestLine"),
+                 "NO ANSWER from 127.0.11.5 within ten seconds. "
+                 "Nobody knows whether all was written to 127.0.11.5.");
 }
 
 void TestBoxEditAllocation::lostAnswerDoesNotHideThoseBehindIt()
