@@ -8,6 +8,7 @@ namespace {
 constexpr int heartbeatInterval = 5000; // ms
 constexpr int offlineAfter = 30000;     // ms
 constexpr int reconnectDelay = 2000;    // ms
+constexpr int mostWaiting = 100;        // answers below a message
 
 } // namespace
 
@@ -58,9 +59,9 @@ Session::Session(QObject *parent)
         emit socketFailed(m_socket.errorString());
     });
     // A modal message in receive() holds readyRead up as long as it stands, but not this signal: reports and
-    // heartbeats go on. Below two messages all waits, or a Box could pile them up.
+    // heartbeats go on. Answers wait, so that their messages come one after the other.
     connect(&m_socket, &QTcpSocket::channelReadyRead, this, [this] {
-        if (m_receives == 1) {
+        if (m_receives == 1 && m_waiting.size() < mostWaiting) {
             receive();
         }
     });
@@ -170,6 +171,7 @@ void Session::handleDisconnected()
     emit statusChanged(Status::Disconnected);
     m_offlineTimer.start();
     accumulator().reset();
+    m_waiting.clear();
 }
 
 void Session::sendHeartbeat()
@@ -208,12 +210,15 @@ void Session::sendRequest(const QJsonObject &request)
 void Session::receive()
 {
     const Hold hold(this);
-    // What came in below two messages is read before returning.
+    // What could not be taken below a message is read before returning.
     const QPointer<Session> alive(this);
     ++m_receives;
     do {
         const QByteArray chunk = m_socket.readAll();
         assemble(chunk.constData(), unsigned(chunk.size()));
+        while (alive && m_receives == 1 && !m_waiting.isEmpty()) {
+            dispatch(m_waiting.takeFirst());
+        }
     } while (alive && m_socket.state() == QAbstractSocket::ConnectedState && m_socket.bytesAvailable() > 0);
     if (alive) {
         --m_receives;
@@ -236,8 +241,12 @@ void Session::dispatch(const QByteArray &frame)
         takeHeartbeat(frame);
         break;
     case Frame::JsonCommand:
-        // The text-length field is not looked at: the text reaches to the footer.
-        dispatchJson(frame.mid(Frame::jsonTextOffset, qMax(0, frame.size() - Frame::jsonOverhead)));
+        if (m_receives > 1) {
+            m_waiting.append(frame);
+        } else {
+            // The text-length field is not looked at: the text reaches to the footer.
+            dispatchJson(frame.mid(Frame::jsonTextOffset, qMax(0, frame.size() - Frame::jsonOverhead)));
+        }
         break;
     case Frame::MonitoringSegment:
         takeSegment(frame);

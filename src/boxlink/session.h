@@ -106,6 +106,7 @@ private:
     std::optional<MonitoringAccumulator> m_ownAccumulator;
     QHostAddress m_boundAddress; // null: any
     int m_holds = 0;             // calls on the stack that go on after a signal
-    int m_receives = 0;          // on the stack
+    int m_receives = 0;          // on the stack; the second is below a message that the first one set off
+    QList<QByteArray> m_waiting; // frames of answers that came below it
     bool m_disposed = false;
 };

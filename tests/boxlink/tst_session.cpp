@@ -71,6 +71,7 @@ private slots:
     void writesWithoutAMessage();
     void resultsOfCommandsAreTold_data();
     void resultsOfCommandsAreTold();
+    void answersWaitBelowAMessage();
     void requestOnAClosedLinkIsLost();
     void reportsAreJoinedApartWhereAsked_data();
     void reportsAreJoinedApartWhereAsked();
@@ -165,6 +166,26 @@ void TestSession::resultsOfCommandsAreTold()
     Told told(&session);
     session.dispatch(json(text));
     QCOMPARE(told.lines, lines);
+}
+
+// Each answer may open a message: the next one opens when that is closed. Reports do not wait.
+void TestSession::answersWaitBelowAMessage()
+{
+    Session session;
+    Told told(&session);
+    connect(&session, &Session::commandAnswered, this, [&](const CommandResult &result) {
+        told.lines.append(QString("open %1").arg(result.command));
+        m_box->send(json(R"({"type":"103","code":"200"})") + json(R"({"type":"104","code":"200"})") + report);
+        if (!QTest::qWaitFor([&] { return told.lines.endsWith("report"); }, 2000)) {
+            told.lines.append("nothing");
+        }
+        told.lines.append(QString("close %1").arg(result.command));
+        disconnect(&session, &Session::commandAnswered, this, nullptr);
+    });
+    session.connectToBox(address);
+    QTRY_COMPARE(m_box->received(), heartbeat);
+    m_box->send(json(R"({"type":"102","code":"200"})"));
+    QTRY_COMPARE(told.lines, words("Connecting|102: 200|open 102|report|close 102|103: 200|104: 200"));
 }
 
 void TestSession::requestOnAClosedLinkIsLost()
