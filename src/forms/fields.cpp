@@ -49,7 +49,10 @@ void markIncomplete(QLineEdit *edit, const QString &why)
     mark->setText(why);
     mark->setObjectName(QStringLiteral("incompleteMark"));
     const auto show = [edit, mark, why] {
-        const bool isIncomplete = !edit->text().isEmpty() && !edit->hasAcceptableInput();
+        QString text = edit->text();
+        int position = 0;
+        const bool isIncomplete =
+            !text.isEmpty() && edit->validator()->validate(text, position) == QValidator::Intermediate;
         mark->setVisible(isIncomplete);
         edit->setAccessibleDescription(isIncomplete ? why : QString());
     };
