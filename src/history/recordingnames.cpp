@@ -24,7 +24,10 @@ void RecordingNames::write(RecordingDatabase *database)
         query.addBindValue(RecordingDatabase::storable(each.key()));
         query.addBindValue(RecordingDatabase::storable(each.value()));
         if (!database->run(&query) && database->isLocked()) {
-            m_unwritten.insert(each.key(), each.value());
+            for (; each != names.cend(); ++each) { // each would wait for the lock
+                m_unwritten.insert(each.key(), each.value());
+            }
+            return;
         }
     }
 }

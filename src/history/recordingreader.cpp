@@ -6,6 +6,9 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+#include <optional>
+
 RecordingReader::RecordingReader(QObject *parent)
     : SampleSource(parent)
 {
@@ -67,8 +70,16 @@ void RecordingReader::takePoints(const std::shared_ptr<const RecordingPoints> &p
 
 void RecordingReader::takeGrown(const std::shared_ptr<const RecordingPoints> &points)
 {
-    if (points->latest() > m_points->latest()) {
-        m_growth.grow(points->latest(), m_clock.elapsed());
+    // Some other curve may have ended later, by another clock.
+    std::optional<qint64> latest;
+    for (const RecordingPoints::Curve &curve : points->curves()) {
+        const RecordingPoints::Curve *const before = m_points->find(curve.point.id);
+        if (!before || curve.extent.to > before->extent.to) {
+            latest = std::max(latest.value_or(curve.extent.to), curve.extent.to);
+        }
+    }
+    if (latest) {
+        m_growth.grow(*latest, m_clock.elapsed());
     }
     m_points = points;
     emit grown();
