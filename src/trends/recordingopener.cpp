@@ -18,6 +18,9 @@ RecordingOpener::RecordingOpener(QWidget *over, QObject *parent)
     : QObject(parent)
     , m_over(over)
 {
+    if (over) {
+        connect(over, &QObject::destroyed, this, &QObject::deleteLater); // nobody could cancel it any more
+    }
 }
 
 void RecordingOpener::ask()

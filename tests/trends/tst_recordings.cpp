@@ -45,6 +45,7 @@ private slots:
     void liveRowsAreNotAddedToARecording();
     void whatIsNoRecordingIsTold();
     void recordingWithoutPointsIsTold();
+    void slowOpeningIsTold_data();
     void slowOpeningIsTold();
 
 private:
@@ -344,11 +345,21 @@ void TestRecordings::recordingWithoutPointsIsTold()
 }
 
 // A pipe that nobody writes to is a file that does not answer.
+void TestRecordings::slowOpeningIsTold_data()
+{
+    QTest::addColumn<bool>("isClosed");
+    QTest::newRow("cancelled") << false;
+    QTest::newRow("its window closed") << true;
+}
+
 void TestRecordings::slowOpeningIsTold()
 {
+    QFETCH(bool, isClosed);
     const QByteArray pipe = path().toLocal8Bit();
     QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
-    const QPointer<RecordingOpener> opener(new RecordingOpener(m_window.get(), m_window.get()));
+    auto *over = new QWidget(m_window.get());
+    over->show();
+    const QPointer<RecordingOpener> opener(new RecordingOpener(over, m_window.get()));
     QString error;
     opener->open(RecordingTarget::fromText(path(), &error));
     const auto *progress = m_window->findChild<QProgressDialog *>();
@@ -356,11 +367,16 @@ void TestRecordings::slowOpeningIsTold()
     // Qt waits for 4 s, unless it is told otherwise.
     QTRY_VERIFY_WITH_TIMEOUT(progress->isVisible(), 3000);
     QCOMPARE(progress->labelText(), "Opening " + path());
-    progress->findChild<QPushButton *>()->click();
+    if (isClosed) {
+        delete over;
+    } else {
+        progress->findChild<QPushButton *>()->click();
+    }
     QTRY_VERIFY(!opener);
     const int end = open(pipe.constData(), O_WRONLY | O_NONBLOCK); // the thread goes on
     QVERIFY(end >= 0);
     close(end);
+    QVERIFY(QFile::remove(path()));
 }
 
 QTEST_MAIN(TestRecordings)
