@@ -96,8 +96,8 @@ void ParameterTable::typeInto(int row)
     if (!first) {
         return;
     }
-    // The focus makes a row the current one, which is the one that a button then deletes. The view is not told
-    // of the way back: it would take the focus along.
+    // The focus makes a row the current one, which is the one that a button then deletes. The view is not
+    // told of the way back: it would take the focus along.
     const QPersistentModelIndex current = currentIndex();
     first->setFocus();
     {

@@ -166,10 +166,11 @@ void TestBoxCtlRecord::recordsReports()
     const ReportingBox two(other, {oneReport("nan")});
     QCOMPARE(
         RunningCall({"record", address, other, "--to", "sqlite:plant.sqlite", "--reports", "4"}).outcome(),
-        (Outcome{0, "8 samples recorded into plant.sqlite\n", QString()}));
-    QCOMPARE(samplesOf("plant.sqlite"),
-             (QStringList{"127.0.48.10/P/A/a: 1.5 not valid", "127.0.48.10/P/A/t: on off ended",
-                          "127.0.48.10/P/B/a: 9007199254740992 ended", "127.0.48.11/P/A/a: no number"}));
+        (Outcome{0, "10 samples recorded into plant.sqlite\n", QString()}));
+    QCOMPARE(
+        samplesOf("plant.sqlite"),
+        (QStringList{"127.0.48.10/P/A/a: 1.5 not valid ended", "127.0.48.10/P/A/t: on off ended",
+                     "127.0.48.10/P/B/a: 9007199254740992 ended", "127.0.48.11/P/A/a: no number ended"}));
 }
 
 void TestBoxCtlRecord::keepsTheNamesOfAList()

@@ -154,9 +154,10 @@ SampleSource *TestMarkValues::recording()
     if (!Recordings::stopAndWait(&recorder) || recorder.status().dropped > 0) {
         qFatal("%s", qPrintable(recorder.status().error));
     }
-    // Its end is that of the samples, and not of today.
+    // As its recorder would have left it, had it been killed then.
     Recordings::asked(target.file,
                       QString("DELETE FROM sample WHERE time >= %1").arg(start + day * qint64(1000)));
+    Recordings::asked(target.file, "UPDATE recording SET ended = NULL");
     m_reader->open(target);
     if (opened.isEmpty() && !opened.wait(10000)) {
         qFatal("The recording does not open.");
