@@ -111,7 +111,7 @@ inline QStringList texts(const QJsonObject &report)
 }
 
 // As QTest::qWaitFor(), but without its pauses, in which a device of the test's own would not answer.
-template <typename Predicate> bool waitFor(Predicate predicate, int time = 5000)
+template <typename Predicate> bool waitFor(Predicate predicate, int time = 20000)
 {
     const QDeadlineTimer deadline(time);
     QTimer tick; // so that an event comes in any case
