@@ -87,6 +87,7 @@ public:
     void stop()
     {
         m_notifier.reset();
+        QFile::remove(line()); // another program may get a terminal of the same name
         m_terminal.reset();
         m_server.reset();
     }
