@@ -14,8 +14,8 @@ public:
 
     QString text{};        // in the words of the user
     bool isLocked = false; // which others give back
-    bool isLeftOver =
-        false; // a program was killed in a transaction, which one that may write is to roll back
+    // A program was killed in a transaction, which one that may write is to roll back.
+    bool isLeftOver = false;
 
     // What the database was opened for, and whether it was.
     static RecordingFailure of(const RecordingTarget &target, Access access, bool isOpen,

@@ -73,8 +73,9 @@ void RecordingReader::takeGrown(const std::shared_ptr<const RecordingPoints> &po
     // Some other curve may have ended later, by another clock.
     std::optional<qint64> latest;
     for (const RecordingPoints::Curve &curve : points->curves()) {
-        const RecordingPoints::Curve *const before = m_points->find(curve.point.id);
-        if (!before || curve.extent.to > before->extent.to) {
+        const RecordingPoints::Curve *const known = m_points->find(curve.point.id);
+        const bool hasSamples = curve.extent.from <= curve.extent.to;
+        if (hasSamples && (!known || curve.extent.to > known->extent.to)) {
             latest = std::max(latest.value_or(curve.extent.to), curve.extent.to);
         }
     }

@@ -78,6 +78,15 @@ inline bool stopAndWait(Recorder *recorder)
     return !stopped.isEmpty() || stopped.wait(20000);
 }
 
+// Begins a recording with a report. False if that is not written within 5 s.
+inline bool begin(Recorder *recorder, const RecordingTarget &target, const Readings &report)
+{
+    recorder->setLimits(quick());
+    recorder->start(target, {});
+    recorder->add(report);
+    return QTest::qWaitFor([&] { return recorder->status().samples == report.rows.size(); });
+}
+
 // A whole recording; gives what its status was at the end.
 inline Recorder::Status record(const RecordingTarget &target, const QVector<Readings> &reports,
                                const QSet<PointId> &points = {})

@@ -329,10 +329,7 @@ void TestRecordingReader::growsWhileItIsRecorded()
 {
     const qint64 now = QDateTime::currentMSecsSinceEpoch() - start;
     Recorder recorder;
-    recorder.setLimits(quick());
-    recorder.start(file(path()), {});
-    recorder.add(report(now, {reading("U", "1")}));
-    QTRY_COMPARE(recorder.status().samples, qint64(1));
+    QVERIFY(begin(&recorder, file(path()), report(now, {reading("U", "1")})));
     RecordingReader reader;
     QSignalSpy grown(&reader, &RecordingReader::grown);
     QCOMPARE(open(&reader), QString());

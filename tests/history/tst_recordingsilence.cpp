@@ -28,6 +28,7 @@ private slots:
     void clocksOfRecordersMayDiffer();
     void growsByAnyClock_data();
     void growsByAnyClock();
+    void pointWithoutSamplesTellsNoTime();
 
 private:
     QString path() const { return m_folder->filePath("plant.sqlite"); }
@@ -254,10 +255,7 @@ void TestRecordingSilence::growsByAnyClock()
         record(file(path()), {report(now + 60000, {reading("V", "1")})});
     }
     Recorder recorder;
-    recorder.setLimits(quick());
-    recorder.start(file(path()), {});
-    recorder.add(report(now, {reading("U", "1")}));
-    QTRY_COMPARE(recorder.status().samples, qint64(1));
+    QVERIFY(begin(&recorder, file(path()), report(now, {reading("U", "1")})));
     RecordingReader reader;
     QSignalSpy opened(&reader, &RecordingReader::opened);
     reader.setPollInterval(30);
@@ -270,6 +268,28 @@ void TestRecordingSilence::growsByAnyClock()
     QVERIFY2(present >= now + 1000 && present < now + 6000, qPrintable(QString::number(present - now)));
     QVERIFY(stopAndWait(&recorder));
     QTRY_VERIFY(!reader.isGrowing());
+}
+
+// As another program may add one.
+void TestRecordingSilence::pointWithoutSamplesTellsNoTime()
+{
+    const qint64 wall = QDateTime::currentMSecsSinceEpoch();
+    Recorder recorder;
+    QVERIFY(begin(&recorder, file(path()), report(wall - start, {reading("U", "1")})));
+    RecordingReader reader;
+    QSignalSpy opened(&reader, &RecordingReader::opened);
+    QSignalSpy grown(&reader, &RecordingReader::grown);
+    reader.setPollInterval(30);
+    reader.open(file(path()));
+    QVERIFY(opened.wait());
+    QCOMPARE(asked(path(),
+                   "INSERT INTO point (box, project, standard, name, address, type) "
+                   "VALUES ('192.168.1.80', 'plant', 'meters', 'I', '40002', 'float')"),
+             QStringList());
+    QVERIFY(grown.wait());
+    QCOMPARE(reader.points().size(), 2);
+    QVERIFY2(reader.present(wall) >= wall, qPrintable(QString::number(reader.present(wall))));
+    QVERIFY(stopAndWait(&recorder));
 }
 
 QTEST_GUILESS_MAIN(TestRecordingSilence)

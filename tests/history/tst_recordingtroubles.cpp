@@ -278,10 +278,7 @@ void TestRecordingTroubles::otherFileInItsPlaceIsNotJoined()
     record(file(other), {report(0, {reading("U", "1")})});
     asked(other, "DELETE FROM sample WHERE validity = 4");
     Recorder recorder;
-    recorder.setLimits(quick());
-    recorder.start(file(path()), {});
-    recorder.add(report(10000, {reading("U", "7")}));
-    QTRY_COMPARE(recorder.status().samples, qint64(1));
+    QVERIFY(begin(&recorder, file(path()), report(10000, {reading("U", "7")})));
     QVERIFY(QFile::remove(path()) && QFile::rename(other, path()));
     recorder.add(report(20000, {reading("U", "8")}));
     QTRY_COMPARE(recorder.status().samples, qint64(3));
@@ -364,10 +361,7 @@ void TestRecordingTroubles::removedFolderIsTold()
     const QString folder = m_folder->filePath("night");
     QVERIFY(QDir().mkdir(folder));
     Recorder recorder;
-    recorder.setLimits(quick());
-    recorder.start(file(folder + "/a.sqlite"), {});
-    recorder.add(report(0, {reading("U", "1")}));
-    QTRY_COMPARE(recorder.status().samples, qint64(1));
+    QVERIFY(begin(&recorder, file(folder + "/a.sqlite"), report(0, {reading("U", "1")})));
     QVERIFY(QDir(folder).removeRecursively());
     recorder.add(report(1000, {reading("U", "2")}));
     QTRY_COMPARE(recorder.status().error, folder + "/a.sqlite can't be opened: there is no such folder.");
