@@ -1,10 +1,10 @@
 #include "boxes/pushoutcome.h"
 
 #include "log/timetext.h"
+#include "widgets/scrollintosight.h"
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QScrollArea>
 
 namespace {
 
@@ -49,18 +49,9 @@ int PushOutcome::begin(const Push &push)
     show();
     // No other event may come in between: the push blocks from its first moment on.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-    scrollIntoSight();
+    scrollIntoSight(this);
     repaint();
     return number;
-}
-
-void PushOutcome::scrollIntoSight()
-{
-    for (QWidget *around = parentWidget(); around; around = around->parentWidget()) {
-        if (auto *area = qobject_cast<QScrollArea *>(around)) {
-            area->ensureWidgetVisible(this);
-        }
-    }
 }
 
 void PushOutcome::await(int number, const Push &push)

@@ -27,7 +27,6 @@ public:
     void fail(const Push &push, const QString &why);
 
 private:
-    void scrollIntoSight();
     void showFailure(const Push &push, const QString &why);
 
     int m_latest = 0; // number of the push in the line

@@ -1,13 +1,13 @@
 #include "mainwindow/windowkeys.h"
 
 #include "mainwindow/docking.h"
+#include "widgets/scrollintosight.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QTabWidget>
 
 namespace {
@@ -67,15 +67,6 @@ bool endEditing(QWidget *next)
     return isQuiet && alive;
 }
 
-void scrollTo(QWidget *widget)
-{
-    for (QWidget *parent = widget->parentWidget(); parent; parent = parent->parentWidget()) {
-        if (auto *area = qobject_cast<QScrollArea *>(parent)) {
-            area->ensureWidgetVisible(widget);
-        }
-    }
-}
-
 } // namespace
 
 WindowKeys::WindowKeys(QMainWindow *window, ads::CDockManager *docks, QTabWidget *livePages,
@@ -129,7 +120,7 @@ void WindowKeys::goToFilter()
     if (!filter) {
         return;
     }
-    scrollTo(filter);
+    scrollIntoSight(filter);
     filter->window()->activateWindow();
     filter->setFocus(Qt::ShortcutFocusReason);
     filter->selectAll();

@@ -5,6 +5,7 @@
 #include "parametertable/listcell.h"
 #include "widgets/celltips.h"
 #include "widgets/progress.h"
+#include "widgets/scrollintosight.h"
 #include "widgets/tableheader.h"
 
 #include <QAbstractItemDelegate>
@@ -16,7 +17,6 @@
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QTextDocument>
 #include <QToolTip>
@@ -108,13 +108,7 @@ void ParameterTable::typeInto(int row)
     scrollTo(model()->index(row, 0));
     // Not before something is typed: the button that added the row would slip away under the pointer, and the
     // next click of who adds several would go into a cell.
-    connect(first, &QLineEdit::textEdited, this, [this, first] {
-        for (QWidget *around = parentWidget(); around; around = around->parentWidget()) {
-            if (auto *area = qobject_cast<QScrollArea *>(around)) {
-                area->ensureWidgetVisible(first, 0);
-            }
-        }
-    });
+    connect(first, &QLineEdit::textEdited, first, [first] { scrollIntoSight(first, 0); });
 }
 
 void ParameterTable::fill(const RowList &rows)
