@@ -58,16 +58,6 @@ double magnitudeOf(const Curve &curve)
     return magnitude == 0 && isState ? 1 : magnitude;
 }
 
-// Where each of the points stands.
-QHash<PointId, int> placesOf(const QVector<PointId> &points)
-{
-    QHash<PointId, int> places;
-    for (int place = 0; place < points.size(); ++place) {
-        places.insert(points.at(place), place);
-    }
-    return places;
-}
-
 QVariant checkOf(bool on)
 {
     return on ? Qt::Checked : Qt::Unchecked;
@@ -181,7 +171,10 @@ void FigureModel::describe(const QVector<Point> &points)
 
 void FigureModel::setAnswers(const SampleSource::Request &request, const QVector<Thinned> &answers)
 {
-    const QHash<PointId, int> places = placesOf(request.points.mid(0, answers.size()));
+    QHash<PointId, int> places;
+    for (int place = 0; place < qMin(request.points.size(), answers.size()); ++place) {
+        places.insert(request.points.at(place), place);
+    }
     for (Curve &curve : m_curves) {
         const int place = places.value(curve.point.id, -1);
         if (place >= 0) {

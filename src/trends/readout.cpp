@@ -95,10 +95,8 @@ void Readout::drawBox(QPainter *painter) const
     const int rows = qMin(m_rows.size(), room - 1);
     int labelWidth = 0;
     int valueWidth = 0;
-    const auto widthOf = [this](const QString &text) {
-        return fontMetrics().horizontalAdvance(text)
-            + 1; // which is rounded, and down would cut the text short
-    };
+    // The width of a text is rounded, and down would cut it short.
+    const auto widthOf = [this](const QString &text) { return fontMetrics().horizontalAdvance(text) + 1; };
     for (int row = 0; row < rows; ++row) {
         labelWidth = qMax(labelWidth, widthOf(m_rows.at(row).label));
         valueWidth = qMax(valueWidth, widthOf(m_rows.at(row).value));
