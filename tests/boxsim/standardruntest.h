@@ -73,6 +73,13 @@ protected:
             return {};
         }
         void forget(int device) override { forgotten.append(device); }
+        // The devices from the first one up to the end give no answer from now on.
+        void die(int first, int end)
+        {
+            for (int device = first; device < end; ++device) {
+                dead.insert(device);
+            }
+        }
 
         int timeout = 200;
         int quiet = 0;

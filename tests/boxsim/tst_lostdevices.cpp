@@ -101,9 +101,7 @@ void TestLostDevices::noTryIsTooShortForAnAnswer()
 void TestLostDevices::manyLostDevicesAllHaveTheirTurn()
 {
     start(30, 1000);
-    for (int i = 1; i < 30; ++i) {
-        m_reader->dead.insert(i);
-    }
+    m_reader->die(1, 30);
     beats(3);
     m_told.clear();
     const QMap<int, int> before = m_reader->asked;
@@ -146,9 +144,7 @@ void TestLostDevices::lostDevicesLeaveTheOthersTheirBeat()
     m_reader->least = least;
     m_reader->quiet = quiet;
     m_reader->cost = 100;
-    for (int i = 1; i <= lost; ++i) {
-        m_reader->dead.insert(i);
-    }
+    m_reader->die(1, lost + 1);
     beatsFor(600000);
     m_told.clear();
     const qint64 begin = m_time;
@@ -206,9 +202,7 @@ void TestLostDevices::manyComeBackSoon()
     m_reader->quiet = 2000;
     m_reader->least = 110;
     m_reader->cost = 20;
-    for (int i = 0; i < 30; ++i) {
-        m_reader->dead.insert(i);
-    }
+    m_reader->die(0, 30);
     timeUntilTold("lost", 30);
     m_reader->dead.clear();
     const qint64 took = timeUntilTold("back", 30);
@@ -253,9 +247,7 @@ void TestLostDevices::triesOfAllTheLostEndWithTheBeat()
     QFETCH(int, interval);
     start(8, interval);
     m_reader->timeout = 3000;
-    for (int i = 0; i < 8; ++i) {
-        m_reader->dead.insert(i);
-    }
+    m_reader->die(0, 8);
     beats(100, true);
     for (int i = 0; i < 50; ++i) {
         const qint64 before = m_time;

@@ -78,9 +78,7 @@ void TestStandardRun::beatsThatTriesTakeAreCounted()
     start(10, 2000);
     m_reader->timeout = 2000;
     m_reader->quiet = 2000;
-    for (int i = 0; i < 10; ++i) {
-        m_reader->dead.insert(i);
-    }
+    m_reader->die(0, 10);
     int reports = 0;
     for (; m_told.filter("keeps").isEmpty() && reports < 1000; ++reports) {
         beat(true);
@@ -231,9 +229,7 @@ void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
     start(10, 2000);
     m_reader->timeout = 2000;
     m_reader->quiet = 2000;
-    for (int i = 0; i < 10; ++i) {
-        m_reader->dead.insert(i);
-    }
+    m_reader->die(0, 10);
     const QVector<QSet<int>> turns = {{0, 1, 2}, {3, 4, 5}, {6, 7, 8}, {9, 0, 1}, {2, 3, 4}};
     for (const QSet<int> &turn : turns) {
         m_reader->asked.clear();
@@ -248,9 +244,7 @@ void TestStandardRun::aReadingInWhichNobodyAnswersEnds()
     // Again if somebody was heard in between.
     m_reader->dead.clear();
     timeUntilTold("back", 10);
-    for (int i = 0; i < 10; ++i) {
-        m_reader->dead.insert(i);
-    }
+    m_reader->die(0, 10);
     beats(2);
     QCOMPARE(m_told.filter("nobody").size(), 2);
 }
@@ -303,9 +297,7 @@ void TestStandardRun::thatNobodyAnswersIsToldWhenItIsSo()
     QFETCH(QString, asked);
     start(devices, 1000);
     beats(before);
-    for (int i = 0; i < devices - answering; ++i) {
-        m_reader->dead.insert(i);
-    }
+    m_reader->die(0, devices - answering);
     beats(reading - 1);
     QCOMPARE(m_told.filter("nobody"), QStringList());
     beat();
